@@ -1,0 +1,7 @@
+# Our own code compiles without a warning; libraries' headers are system headers.
+add_library(strict_warnings INTERFACE)
+target_compile_options(strict_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Werror
+  -Wcast-align -Wcast-qual -Wconversion -Wdouble-promotion -Wextra-semi -Wfloat-equal -Wformat -Wformat-security
+  -Wnon-virtual-dtor -Wnull-dereference -Wold-style-cast -Wshadow -Wsign-conversion -Wundef -Wunused
+  -Wzero-as-null-pointer-constant)

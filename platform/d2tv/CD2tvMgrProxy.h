@@ -1,0 +1,56 @@
+#pragma once
+
+/// One audio track of what the secondary TV stack shows. The codes are the stack's own.
+struct MVPDAudio {
+  int index;
+  int pid;
+  int decodeType;
+  int audioMode;
+  int audioType;
+  int lang;
+};
+
+/// One subtitle or teletext page of what the secondary TV stack shows.
+struct DVBSubtitleInfo {
+  unsigned int index;
+  unsigned int lang;
+};
+
+/// The manager of the secondary TV stack, which shows the ISP source. Its operations answer 0 for success; any
+/// other number is a failure of the manager's own numbering, and outputs are then not to be read.
+class CD2tvMgrProxy {
+ public:
+  /// The process's one manager instance, made on first use.
+  /// @param client  name of the client that asks.
+  /// @return the instance, owned by the library; null when the stack can't be reached.
+  static CD2tvMgrProxy* GetInstance(const char* client);
+
+  /// Drops the instance. Harmless when there is none.
+  static void DestroyInstance();
+
+  virtual ~CD2tvMgrProxy();
+
+  /// Number of audio tracks.
+  virtual int GetTotalNumOfAudio(unsigned int* count) = 0;
+  /// The track at `position`, counted from 0.
+  virtual int GetMultiAudioInfo(MVPDAudio* audio, unsigned int position) = 0;
+  /// The track in use.
+  virtual int GetCurrentAudioInfo(int* pid, int* index, unsigned int* lang) = 0;
+  /// Selects the track with this PID.
+  virtual int ChangeAudioByPID(unsigned int pid) = 0;
+  /// Selects the track at this position.
+  virtual int ChangeAudioByIndex(unsigned int index) = 0;
+
+  /// Numbers of DVB subtitle tracks, of teletext pages and of teletext subtitle pages.
+  virtual int GetTotalNumOfSubtitle(unsigned int* subtitles, unsigned int* teletext,
+                                    unsigned int* teletextSubtitles) = 0;
+  /// The entry at `position` of the three kinds taken together, in that order.
+  virtual int GetDVBSubtitleInfo(DVBSubtitleInfo* subtitle, int position) = 0;
+  /// Language code of the subtitle in use.
+  virtual int GetCurrentSubtitle(int* language) = 0;
+  /// Selects the subtitle at this position.
+  virtual int ChangeSubtitleLanguage(int index) = 0;
+
+  /// Size in pixels of the picture on screen.
+  virtual int GetVideoResolution(unsigned int* width, unsigned int* height) = 0;
+};

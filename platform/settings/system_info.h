@@ -1,0 +1,11 @@
+#pragma once
+
+extern "C" {
+
+enum system_info_key_e : int {
+  SYSTEM_INFO_KEY_REGION_KIND = 0,  ///< the region that the set was built for, a number of the platform
+};
+
+/// Reads a fact about the set. @return 0 on success, negative on failure, which leaves `*value` as it is.
+int system_info_get_value_int(system_info_key_e key, int* value);
+}

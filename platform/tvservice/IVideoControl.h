@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tvservice/TVServiceTypes.h"
+
+/// The video plane of one window, in base-screen pixels. Made by `TVServiceAPI::CreateVideoControl`; owned by the
+/// library. Unless an operation says otherwise it answers at least 1 on success, and outputs are not to be read
+/// after a failure.
+class IVideoControl {
+ public:
+  virtual ~IVideoControl();
+
+  /// Places the picture. The height comes before the width.
+  virtual int SetSize(int x, int y, int height, int width) = 0;
+  /// Where the picture is. The height comes before the width.
+  virtual int GetSize(int* x, int* y, int* height, int* width) = 0;
+  /// Makes the picture fill the screen.
+  virtual int SetDefaultSize() = 0;
+  /// The picture's active part after the broadcaster's format description.
+  virtual int GetAFDGeometryRectSize(int* x, int* y, int* width, int* height) = 0;
+  /// Shows the part `crop` of the source picture in the rectangle `display`.
+  virtual int SetCropArea(TSRectInfo* crop, TSRectInfo* display) = 0;
+  /// The rectangles of the last crop.
+  virtual int GetCropArea(TSRectInfo* crop, TSRectInfo* display) = 0;
+  /// Raises or lowers the plane. @return not negative on success.
+  virtual int SetZOrder(int order) = 0;
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+/// Base of the records that cross the border between a client and the TV service.
+class TCMarshalable {
+ public:
+  TCMarshalable() = default;
+  TCMarshalable(const TCMarshalable&) = default;
+  TCMarshalable& operator=(const TCMarshalable&) = default;
+  virtual ~TCMarshalable();
+};

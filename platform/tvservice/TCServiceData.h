@@ -1,0 +1,75 @@
+#pragma once
+
+#include <vector>
+
+#include "tvservice/TCMarshalable.h"
+
+/// A record of one service (a channel), read field by field. It holds the fields that the query which filled it
+/// fetched and that the service has; all others are absent.
+class TCServiceData : public TCMarshalable {
+ public:
+  /// Ids of the fields that this program knows.
+  enum EField : int {
+    CHANNEL_TYPE = 1,  ///< TV-service channel type
+    PTC = 2,           ///< physical transmission channel
+    FREQUENCY = 4,     ///< kHz
+    MODULATION = 6,    ///< TV-service modulation
+    SYMBOL_RATE = 7,   ///< ksym/s
+    SERVICE_ID = 12,   ///< unsigned 64-bit, all ones when unknown
+    MAJOR = 13,        ///< major channel number
+    MINOR = 14,        ///< minor channel number
+    PROGRAM_NUMBER = 15,
+    CHANNEL_NAME = 16,  ///< text of big-endian UCS-2 units
+    TRANSPORT_STREAM_ID = 18,
+    LOCK = 22,  ///< non-zero when the service is locked
+    SOURCE_ID = 37,
+    ORIGINAL_NETWORK_ID = 41,
+    SERVICE_FIELD_110 = 110,  ///< a JSON object attached to the service, text of big-endian UTF-16 units
+    ANTENNA_MODE = 115,
+  };
+
+  TCServiceData();
+  TCServiceData(const TCServiceData&);
+  TCServiceData(TCServiceData&&) noexcept;
+  TCServiceData& operator=(const TCServiceData&);
+  TCServiceData& operator=(TCServiceData&&) noexcept;
+  ~TCServiceData() override;
+
+  /// Reads a number. A value wider than the output is cut to its low bits.
+  /// @return true when the record holds the field; otherwise `value` is left as it is.
+  bool Get(int fieldId, unsigned char& value) const;
+  bool Get(int fieldId, unsigned short& value) const;
+  bool Get(int fieldId, int& value) const;
+  bool Get(int fieldId, unsigned long long& value) const;
+
+  /// Length of a text in 16-bit units; 0 when the record does not hold it.
+  int GetLength(int fieldId) const;
+
+  /// Copies the `GetLength(fieldId)` units of a text, as stored and without a terminator.
+  /// @param text  has room for them; left as it is when the record does not hold the text.
+  /// @return true when the record holds the text.
+  bool Get(int fieldId, unsigned short* text) const;
+
+  // For the TV service's side.
+
+  struct Field {
+    int id;
+    int length;                ///< units of a text, -1 for a number
+    unsigned long long value;  ///< the number, or where the text starts in `Units`
+  };
+
+  /// Adds or replaces a field.
+  void Set(int fieldId, unsigned long long value);
+  void Set(int fieldId, const unsigned short* text, int length);
+  /// Makes the record empty.
+  void Clear();
+  /// The fields held, in the order in which they were set.
+  const std::vector<Field>& Fields() const;
+  const std::vector<unsigned short>& Units() const;
+
+ private:
+  const Field* Find(int fieldId, bool text) const;
+
+  std::vector<Field> m_fields;
+  std::vector<unsigned short> m_units;
+};

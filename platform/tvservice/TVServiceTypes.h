@@ -1,0 +1,113 @@
+#pragma once
+
+#include "tvservice/TCMarshalable.h"
+
+// Codes of the TV service. Only the numbers are fixed; where a number's meaning has no name here, the type has no
+// enumerator for it and the number is used as it is.
+
+/// Which window a client's interfaces act on.
+enum EProfile : int {
+  PROFILE_MAIN = 1,   ///< the main window
+  PROFILE_PIP = 101,  ///< the picture-in-picture window
+};
+
+/// An input of the set.
+enum ESource : int {
+  SOURCE_NONE = -1,
+  SOURCE_TV = 0,
+};
+
+/// Code of a picture's resolution.
+enum EResolution : int {};
+
+enum EAntennaMode : int {
+  ANTENNA_NONE = -1,
+  ANTENNA_TERRESTRIAL = 0,
+  ANTENNA_CABLE = 1,
+  ANTENNA_SATELLITE = 2,
+};
+
+/// Which of an antenna's service lists is meant; 3 to 18 and 21 to 27 name an operator's list.
+enum EServiceMode : int {
+  SERVICE_MODE_NONE = -1,
+};
+
+/// Which services a navigation goes through; 0 is the whole list of the TV mode.
+enum ENavigationMode : int {
+  NAVIGATION_ALL = 0,
+};
+
+enum ESortOrder : int {
+  SORT_ASCENDING = 0,
+  SORT_DESCENDING = 1,
+};
+
+enum ESatelliteId : int {};
+enum EDVBSPolarisation : int {};
+enum EDVBFECInner : int {};
+
+/// A TV mode: the antenna and the service list in use. (-1, -1) stands for "not known" or "any".
+class TSTvMode : public TCMarshalable {
+ public:
+  TSTvMode(EAntennaMode antenna, EServiceMode service);
+
+  EAntennaMode antennaMode;
+  EServiceMode serviceMode;
+};
+
+/// A satellite transponder.
+class TSTransponder : public TCMarshalable {
+ public:
+  TSTransponder(unsigned short id, ESatelliteId satelliteId, int frequency, unsigned short symbolRate,
+                EDVBSPolarisation polarisation, EDVBFECInner fecInner);
+
+  unsigned short id;  ///< 65535 when unknown
+  ESatelliteId satelliteId;
+  int frequency;              ///< kHz
+  unsigned short symbolRate;  ///< ksym/s
+  EDVBSPolarisation polarisation;
+  EDVBFECInner fecInner;  ///< -1 when unknown
+};
+
+/// An audio track of a service. The codes are the TV service's own.
+class TSAudio : public TCMarshalable {
+ public:
+  TSAudio();  ///< all members 0
+
+  int lang;
+  int decodeType;
+  unsigned short pid;
+  int audioMode;
+  int audioType;
+};
+
+/// A hybrid subtitle track of a service. Clients pass it on and do not read it.
+class TSHybridSBT : public TCMarshalable {
+ public:
+  TSHybridSBT();  ///< all members 0
+
+  int type;
+  unsigned short pid;
+};
+
+/// A rectangle in pixels.
+class TSRectInfo : public TCMarshalable {
+ public:
+  TSRectInfo();  ///< all members 0
+
+  int x;
+  int y;
+  int width;
+  int height;
+};
+
+/// Size and frequencies of the picture on screen.
+class TSResolution : public TCMarshalable {
+ public:
+  TSResolution();  ///< all members 0
+
+  unsigned int horizontal;           ///< pixels
+  unsigned int vertical;             ///< lines
+  unsigned int frequency;            ///< frames a second
+  unsigned int horizontalFrequency;  ///< lines a second
+};

@@ -1,0 +1,12 @@
+# embed(TARGET NAME FILE): makes the file's bytes available to the target as
+#   namespace virtualtv::embedded { extern const std::string_view NAME; }
+function(embed target name file)
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/embedded/${name}.cpp)
+  add_custom_command(
+    OUTPUT ${source}
+    COMMAND ${CMAKE_COMMAND} -DNAME=${name} -DFILE=${file} -DSOURCE=${source}
+            -P ${PROJECT_SOURCE_DIR}/virtualtv/embed_file.cmake
+    DEPENDS ${file} ${PROJECT_SOURCE_DIR}/virtualtv/embed_file.cmake
+    VERBATIM)
+  target_sources(${target} PRIVATE ${source})
+endfunction()

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tvservice/TCServiceData.h"
+
+namespace virtualtv {
+
+/// Field ids that only this set knows, beyond those of `TCServiceData`. Navigation criteria use them.
+enum ServiceField : int {
+  HIDDEN = 1001,        ///< non-zero: left out of every list, reached by number or id only
+  SERVICE_MODE = 1002,  ///< the operator's list that the service belongs to, 0 for none
+};
+
+/// A language code as the TV service writes it: the three letters of ISO 639-2, first letter highest, as in
+/// 'e' << 16 | 'n' << 8 | 'g'. 0 when unknown.
+using LanguageCode = int;
+
+struct AudioTrack {
+  int pid = 0;
+  LanguageCode lang = 0;
+  int decodeType = 0;  ///< how it is coded, see `AudioCoding`
+  int audioMode = 0;
+  int audioType = 0;     ///< ISO 639 audio type: 0 undefined, 1 clean effects, 2 hearing impaired, 3 visual impaired
+  bool readable = true;  ///< false: the set counts the track but can't read it
+
+  bool operator==(const AudioTrack&) const = default;
+};
+
+/// Values of `AudioTrack::decodeType`.
+enum AudioCoding : int { CODING_UNKNOWN = 0, CODING_MPEG = 1, CODING_AC3 = 2, CODING_EAC3 = 3, CODING_AAC = 4 };
+
+struct SubtitleTrack {
+  int pid = 0;
+  LanguageCode lang = 0;
+  int type = 0;  ///< 0 DVB subtitle, 1 teletext
+  bool readable = true;
+
+  bool operator==(const SubtitleTrack&) const = default;
+};
+
+/// One service as the set keeps it. A field that is in neither map is absent. Plain data.
+struct Service {
+  std::map<int, std::uint64_t> numbers;  ///< by field id; negative numbers as two's complement
+  std::map<int, std::u16string> texts;   ///< by field id, 16-bit units in host order, any values
+  std::string group;                     ///< name of the list section that it was found in, UTF-8
+  std::vector<AudioTrack> audio;
+  std::vector<SubtitleTrack> subtitles;
+  std::map<std::uint8_t, bool> favourites;  ///< favourite group and membership
+
+  bool operator==(const Service&) const = default;
+};
+
+}  // namespace virtualtv
