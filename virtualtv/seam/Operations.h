@@ -1,0 +1,172 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace virtualtv::seam {
+
+/// What an operation answers, and when that means success.
+enum class Answer {
+  positive,     ///< int, success above 0
+  one,          ///< int, success exactly 1
+  nonZero,      ///< int, success other than 0
+  notNegative,  ///< int, success from 0
+  zero,         ///< int, success 0
+  pointer,      ///< a pointer, failure null
+  text,         ///< a text, empty when there is none
+  nothing,
+};
+
+/// Form in which an output is written in a trace and given in a fault.
+enum class Form {
+  numbers,     ///< integers with commas between, `count` of them: `7`, `0,1`, `0,0,1920,1080`
+  record,      ///< fields of a service: `{12=281,13=7,16="News 24"}`
+  records,     ///< `[{12=281},{12=282}]`
+  favourites,  ///< groups and membership: `{1=1,12=0}`
+  criteria,    ///< the calls made on it; can't be given
+  interface,   ///< the pointer of a factory; only `null` can be given
+};
+
+struct Output {
+  std::string_view name;
+  Form form = Form::numbers;
+  int count = 1;  ///< how many integers, where the form is `numbers`
+};
+
+/// One operation of the set's interfaces: its name, what it answers, what it writes. Its ways to fail follow from
+/// these (see `Fault`).
+struct Operation {
+  std::string_view name;
+  Answer answer = Answer::nothing;
+  std::array<Output, 4> outputs{};
+
+  /// The outputs that it has.
+  constexpr std::span<const Output> written() const {
+    std::size_t count = 0;
+    while (count < outputs.size() && !outputs[count].name.empty()) ++count;
+    return {outputs.data(), count};
+  }
+  constexpr bool answersNumber() const { return answer <= Answer::zero; }
+  /// True when `result` is a success of this operation.
+  constexpr bool succeeds(int result) const {
+    switch (answer) {
+      case Answer::positive:
+        return result > 0;
+      case Answer::one:
+        return result == 1;
+      case Answer::nonZero:
+        return result != 0;
+      case Answer::notNegative:
+        return result >= 0;
+      default:
+        return result == 0;
+    }
+  }
+  /// The plain success: 0 or 1.
+  constexpr int success() const { return succeeds(1) ? 1 : 0; }
+};
+
+/// Every operation that passes the seam: the one table that tracing, faults, completion and documentation walk.
+inline constexpr std::array operations{
+    Operation{"TVServiceAPI::CreateService", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateServiceNavigation", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateSourceControl", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateVideoControl", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateAVControl", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateDataControl", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateTunerControl", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateSatellite", Answer::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::ServiceDataAux", Answer::pointer},
+
+    Operation{"IService::FindService", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IService::SetFavorites", Answer::positive},
+    Operation{"IService::GetFavorites", Answer::positive, {{{"favorites", Form::favourites}}}},
+
+    Operation{"IServiceNavigation::TuneService", Answer::positive},
+    Operation{"IServiceNavigation::GetTvMode", Answer::positive, {{{"mode", Form::numbers, 2}}}},
+    Operation{"IServiceNavigation::SetTVMode", Answer::positive},
+    Operation{"IServiceNavigation::GetCurrentService", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::GetPreviousServiceId", Answer::positive, {{{"serviceId"}}}},
+    Operation{"IServiceNavigation::SeekNextService", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::SeekPreviousService", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::GetOptimumService", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::GetServiceList", Answer::positive, {{{"services", Form::records}}}},
+    Operation{"IServiceNavigation::GetStartService", Answer::positive, {{{"serviceId"}, {"source"}}}},
+    Operation{"IServiceNavigation::GetCurrentServiceInfo", Answer::positive, {{{"service", Form::record}}}},
+
+    Operation{"ISourceControl::GetSourceState", Answer::one, {{{"state"}}}},
+    Operation{"ISourceControl::GetCurrentSourceInfo", Answer::positive, {{{"source"}}}},
+    Operation{"ISourceControl::GetPreviousSourceInfo", Answer::positive, {{{"source"}}}},
+    Operation{"ISourceControl::SetSource", Answer::positive},
+    Operation{"ISourceControl::DeactivateSource", Answer::positive},
+
+    Operation{"IVideoControl::SetSize", Answer::positive},
+    Operation{"IVideoControl::GetSize", Answer::positive, {{{"x"}, {"y"}, {"height"}, {"width"}}}},
+    Operation{"IVideoControl::SetDefaultSize", Answer::positive},
+    Operation{"IVideoControl::GetAFDGeometryRectSize", Answer::positive, {{{"x"}, {"y"}, {"width"}, {"height"}}}},
+    Operation{"IVideoControl::SetCropArea", Answer::positive},
+    Operation{
+        "IVideoControl::GetCropArea", Answer::positive, {{{"crop", Form::numbers, 4}, {"display", Form::numbers, 4}}}},
+    Operation{"IVideoControl::SetZOrder", Answer::notNegative},
+
+    Operation{"IAVControl::MuteVideo", Answer::one},
+    Operation{"IAVControl::GetResolution", Answer::zero, {{{"code"}, {"resolution", Form::numbers, 4}}}},
+    Operation{"IAVControl::GetCurrentAudioInfo", Answer::positive, {{{"lang"}, {"index"}}}},
+    Operation{"IAVControl::SetCurrentAudioByIndex", Answer::positive},
+
+    Operation{"ServiceDataAux::GetAudioSize", Answer::positive, {{{"size"}}}},
+    Operation{"ServiceDataAux::GetAudio", Answer::positive, {{{"audio", Form::numbers, 5}}}},
+    Operation{"ServiceDataAux::GetHybridSBTSize", Answer::positive, {{{"size"}}}},
+    Operation{"ServiceDataAux::GetHybridSBT", Answer::positive, {{{"lang"}, {"subtitle", Form::numbers, 2}}}},
+
+    Operation{"IDataControl::GetCurrentHybridSBT", Answer::positive, {{{"lang"}, {"subtitle", Form::numbers, 2}}}},
+    Operation{"IDataControl::SelectHybridSBT", Answer::positive},
+
+    Operation{"ITunerControl::GetSignalStrength", Answer::positive, {{{"strength"}}}},
+
+    Operation{"ISatellite::LookupTransponder", Answer::positive, {{{"result"}}}},
+
+    Operation{"TCNavigationModeHelper::GetNavigationCriteria", Answer::nonZero, {{{"criteria", Form::criteria}}}},
+    Operation{"TCNavigationModeHelper::GetOptimumCriteria", Answer::nonZero, {{{"criteria", Form::criteria}}}},
+
+    Operation{"CD2tvMgrProxy::GetInstance", Answer::pointer},
+    Operation{"CD2tvMgrProxy::DestroyInstance", Answer::nothing},
+    Operation{"CD2tvMgrProxy::GetTotalNumOfAudio", Answer::zero, {{{"count"}}}},
+    Operation{"CD2tvMgrProxy::GetMultiAudioInfo", Answer::zero, {{{"audio", Form::numbers, 6}}}},
+    Operation{"CD2tvMgrProxy::GetCurrentAudioInfo", Answer::zero, {{{"pid"}, {"index"}, {"lang"}}}},
+    Operation{"CD2tvMgrProxy::ChangeAudioByPID", Answer::zero},
+    Operation{"CD2tvMgrProxy::ChangeAudioByIndex", Answer::zero},
+    Operation{
+        "CD2tvMgrProxy::GetTotalNumOfSubtitle", Answer::zero, {{{"subtitles"}, {"teletext"}, {"teletextSubtitles"}}}},
+    Operation{"CD2tvMgrProxy::GetDVBSubtitleInfo", Answer::zero, {{{"subtitle", Form::numbers, 2}}}},
+    Operation{"CD2tvMgrProxy::GetCurrentSubtitle", Answer::zero, {{{"language"}}}},
+    Operation{"CD2tvMgrProxy::ChangeSubtitleLanguage", Answer::zero},
+    Operation{"CD2tvMgrProxy::GetVideoResolution", Answer::zero, {{{"width"}, {"height"}}}},
+
+    Operation{"D2TVCAPI_setSourceISP", Answer::one},
+
+    Operation{"vconf_get_int", Answer::zero, {{{"value"}}}},
+    Operation{"vconf_set_int", Answer::zero},
+    Operation{"vconf_get_str", Answer::text},
+    Operation{"vconf_set_str", Answer::zero},
+    Operation{"system_info_get_value_int", Answer::zero, {{{"value"}}}},
+    Operation{"system_settings_get_value_int", Answer::zero, {{{"value"}}}},
+    Operation{"CEmpEngineBase::GetAppInfo", Answer::text},
+};
+
+/// The operation of that name; null when there is none.
+constexpr const Operation* findOperation(std::string_view name) {
+  for (const Operation& operation : operations) {
+    if (operation.name == name) return &operation;
+  }
+  return nullptr;
+}
+
+/// The same for a name in the code: one that is not in the table does not compile.
+consteval const Operation& op(std::string_view name) {
+  return *findOperation(name);
+}
+
+}  // namespace virtualtv::seam

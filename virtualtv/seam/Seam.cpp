@@ -1,0 +1,106 @@
+#include "seam/Seam.h"
+
+#include <algorithm>
+
+namespace virtualtv::seam {
+
+std::string line(const Call& call) {
+  std::string name(call.operation->name);
+  if (!call.handle.empty()) name.insert(name.find("::"), "[" + call.handle + "]");
+  std::string text = name + "(" + call.arguments + ")";
+  if (!call.outputs.empty()) text += " " + call.outputs;
+  if (!call.result.empty()) text += " -> " + call.result;
+  return call.fault ? text + " [fault]" : text;
+}
+
+Seam& Seam::instance() {
+  static Seam seam;
+  return seam;
+}
+
+void Seam::reset() {
+  *this = Seam();
+  refresh();
+}
+
+void Seam::record(bool on) {
+  recording_ = on;
+  refresh();
+}
+
+std::vector<Call> Seam::take() {
+  return std::exchange(calls_, {});
+}
+
+void Seam::add(Fault fault) {
+  faults_.push_back(std::move(fault));
+  refresh();
+}
+
+void Seam::clearFaults() {
+  faults_.clear();
+  refresh();
+}
+
+void Seam::setLatency(const Operation& operation, std::uint64_t milliseconds) {
+  if (milliseconds == 0) {
+    latencies_.erase(&operation);
+  } else {
+    latencies_[&operation] = milliseconds;
+  }
+  refresh();
+}
+
+std::uint64_t Seam::latency(const Operation& operation) const {
+  const auto found = latencies_.find(&operation);
+  return found == latencies_.end() ? 0 : found->second;
+}
+
+Call Seam::begin(const Operation& operation, const Handle& handle) {
+  Call call;
+  call.sequence = ++sequence_;
+  call.caller = caller_;
+  call.operation = &operation;
+  if (!handle.profile.empty()) call.handle = std::string(handle.profile) + "#" + std::to_string(handle.number);
+  if (const std::uint64_t milliseconds = latency(operation); milliseconds > 0 && delay_) delay_(milliseconds);
+  return call;
+}
+
+const Fault* Seam::hit(const Operation& operation) {
+  const Fault* first = nullptr;
+  for (Fault& fault : faults_) {
+    if (fault.operation != &operation) continue;
+    ++fault.seen;
+    const bool due = fault.seen >= fault.nth && (!fault.times || fault.hits < *fault.times);
+    if (!due || first != nullptr) continue;
+    ++fault.hits;
+    first = &fault;
+  }
+  return first;
+}
+
+void Seam::end(Call call) {
+  if (recording_) calls_.push_back(std::move(call));
+}
+
+void Seam::refresh() {
+  observed_ = recording_ || !faults_.empty() || !latencies_.empty();
+}
+
+namespace detail {
+
+void append(std::string& list, std::string_view separator, const char* name, const std::string& value) {
+  if (!list.empty()) list += separator;
+  if (*name != '\0') list += std::string(name) + "=";
+  list += value;
+}
+
+bool carriedOut(const Operation& operation, const Fault& fault) {
+  if (fault.way == Fault::Way::outputs) return true;
+  return fault.way == Fault::Way::result && operation.answersNumber() &&
+         operation.succeeds(std::atoi(fault.result.c_str()));
+}
+
+}  // namespace detail
+
+}  // namespace virtualtv::seam

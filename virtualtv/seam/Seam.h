@@ -1,0 +1,264 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "seam/Operations.h"
+#include "seam/Values.h"
+
+/// The one place where the plug-in's calls to the set pass. Here they are recorded, made to fail, and delayed.
+/// With nothing of this switched on a call costs one test of a flag.
+namespace virtualtv::seam {
+
+/// Who asked: the engine's name, and the number of its command since it was opened (0 outside a command).
+struct Caller {
+  std::string engine;
+  std::uint64_t command = 0;
+};
+
+/// The interface that a call went to: which window's it is and its number among its kind; empty for plain functions.
+struct Handle {
+  std::string_view profile;  ///< "main", "pip", "set" for those of no window, empty for a plain function
+  int number = 0;
+};
+
+/// One call as it was recorded.
+struct Call {
+  std::uint64_t sequence = 0;  ///< counted from 1 since the set was made
+  Caller caller;
+  const Operation* operation = nullptr;
+  std::string handle;     ///< as in "main#2", empty for a plain function
+  std::string arguments;  ///< as in "where 12=5, fetch 16, count=1"
+  std::string outputs;    ///< as in "mode=0,1"
+  std::string result;     ///< as in "1", "null", "throws", empty where there is none
+  bool fault = false;     ///< a fault decided the outcome
+};
+
+/// A call in one line: `IServiceNavigation[main#2]::GetTvMode() mode=0,1 -> 1`.
+std::string line(const Call& call);
+
+/// How a call is made to fail. What a fault leaves open is as in the healthy call.
+struct Fault {
+  enum class Way {
+    outputs,    ///< the call is carried out, only the chosen outputs are replaced
+    result,     ///< answers `result`; carried out only if that is a success of the operation
+    null,       ///< a null pointer with the plain success as result
+    unwritten,  ///< the plain success, but nothing is carried out and no output written
+    throwing,   ///< leaves with an exception
+  };
+
+  const Operation* operation = nullptr;
+  Way way = Way::outputs;
+  std::string result;                          ///< a number, or a text where the operation answers one
+  std::map<std::string, std::string> outputs;  ///< texts of the outputs to be written
+  std::uint64_t nth = 1;                       ///< the first call that it hits, counted from when it was set
+  std::optional<std::uint64_t> times = 1;      ///< how many calls it hits; always when empty
+  std::uint64_t seen = 0;                      ///< calls passed since it was set
+  std::uint64_t hits = 0;                      ///< calls that it has hit
+};
+
+/// Reads a fault from its words, as in `{"IService::FindService", "nth=2", "times=always", "result=0"}`.
+/// @throws std::invalid_argument with a line for a person when the words make no fault of that operation.
+Fault parseFault(const std::vector<std::string>& words);
+
+/// A fault in the words that `parseFault` reads.
+std::string describe(const Fault& fault);
+
+/// The exception that a call throws by a fault.
+class Thrown : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The seam's state, one a process. Used by the shell and by tests; the calls themselves use `pass`.
+class Seam {
+ public:
+  static Seam& instance();
+
+  /// Back to nothing recorded, no faults, no latency, sequence 0.
+  void reset();
+
+  /// Switches recording on or off.
+  void record(bool on);
+  /// The calls recorded since the last `take`, which it removes.
+  std::vector<Call> take();
+  const std::vector<Call>& calls() const { return calls_; }
+
+  void add(Fault fault);
+  void clearFaults();
+  const std::vector<Fault>& faults() const { return faults_; }
+
+  /// Every call of the operation takes this long; 0 for no delay.
+  void setLatency(const Operation& operation, std::uint64_t milliseconds);
+  std::uint64_t latency(const Operation& operation) const;
+  /// What a delay does: the set moves its clock.
+  void onDelay(std::function<void(std::uint64_t milliseconds)> delay) { delay_ = std::move(delay); }
+
+  /// Who is calling now. Set by the framework around each call into an engine.
+  const Caller& caller() const { return caller_; }
+  void setCaller(Caller caller) { caller_ = std::move(caller); }
+
+  // For `pass`.
+  static bool observed() { return observed_; }
+  Call begin(const Operation& operation, const Handle& handle);
+  const Fault* hit(const Operation& operation);
+  void end(Call call);
+
+ private:
+  void refresh();
+
+  static inline bool observed_ = false;
+  bool recording_ = false;
+  std::uint64_t sequence_ = 0;
+  std::vector<Call> calls_;
+  std::vector<Fault> faults_;
+  std::map<const Operation*, std::uint64_t> latencies_;
+  std::function<void(std::uint64_t)> delay_;
+  Caller caller_;
+};
+
+/// Sets who is calling for as long as it lives.
+class CallerScope {
+ public:
+  explicit CallerScope(Caller caller) : before_(Seam::instance().caller()) {
+    Seam::instance().setCaller(std::move(caller));
+  }
+  CallerScope(const CallerScope&) = delete;
+  CallerScope& operator=(const CallerScope&) = delete;
+  ~CallerScope() { Seam::instance().setCaller(std::move(before_)); }
+
+ private:
+  Caller before_;
+};
+
+namespace detail {
+
+void append(std::string& list, std::string_view separator, const char* name, const std::string& value);
+
+template <typename Value>
+void describe(Call& call, const In<Value>& argument) {
+  append(call.arguments, ", ", argument.name, print(argument.value));
+}
+template <typename Value>
+void describe(Call&, const Out<Value>&) {}
+
+template <typename Value>
+void describeOutput(Call&, const In<Value>&) {}
+template <typename Value>
+void describeOutput(Call& call, const Out<Value>& output) {
+  if constexpr (!std::is_pointer_v<Value>) append(call.outputs, " ", output.name, print(output.value));
+}
+
+template <typename Value>
+void assign(const Fault&, const In<Value>&) {}
+template <typename Value>
+void assign(const Fault& fault, const Out<Value>& output) {
+  if constexpr (std::is_pointer_v<Value>) {
+    if (fault.way == Fault::Way::null) output.value = nullptr;
+  } else if constexpr (!std::is_same_v<Value, TCCriteriaHelper>) {
+    const auto chosen = fault.outputs.find(output.name);
+    if (chosen != fault.outputs.end()) parse(chosen->second, output.value);
+  }
+}
+
+/// The result that a fault asks for.
+template <typename Result>
+Result failed(const Operation& operation, const Fault& fault) {
+  if constexpr (std::is_same_v<Result, int>) {
+    return fault.way == Fault::Way::result ? std::atoi(fault.result.c_str()) : operation.success();
+  } else if constexpr (std::is_same_v<Result, std::string>) {
+    return fault.result;
+  } else if constexpr (std::is_same_v<Result, char*>) {  // a text that the caller frees
+    return fault.way == Fault::Way::result ? ::strdup(fault.result.c_str()) : nullptr;
+  } else {
+    return Result();
+  }
+}
+
+/// True when the call is carried out although a fault hits it.
+bool carriedOut(const Operation& operation, const Fault& fault);
+
+template <typename Result>
+std::string printResult(const Result& result) {
+  if constexpr (std::is_same_v<Result, char*>) {
+    return result == nullptr ? "null" : print(static_cast<const char*>(result));
+  } else if constexpr (std::is_pointer_v<Result>) {
+    return result == nullptr ? "null" : "made";
+  } else {
+    return print(result);
+  }
+}
+
+/// Records the call when it ends, also by an exception.
+class Ending {
+ public:
+  explicit Ending(Call& call) : call_(call) {}
+  Ending(const Ending&) = delete;
+  Ending& operator=(const Ending&) = delete;
+  ~Ending() { Seam::instance().end(std::move(call_)); }
+
+ private:
+  Call& call_;
+};
+
+template <typename Values, typename Body>
+auto observe(const Operation& operation, const Handle& handle, const Values& values, Body& body) -> decltype(body()) {
+  using Result = decltype(body());
+  Seam& seam = Seam::instance();
+  Call call = seam.begin(operation, handle);
+  std::apply([&](const auto&... value) { (describe(call, value), ...); }, values);
+  call.result = "throws";
+  const Ending ending(call);
+  std::optional<Fault> fault;
+  if (const Fault* found = seam.hit(operation)) fault = *found;
+  call.fault = fault.has_value();
+  if (fault && fault->way == Fault::Way::throwing) throw Thrown("fault in " + std::string(operation.name));
+
+  const bool run = !fault || carriedOut(operation, *fault);
+  const auto finish = [&] {
+    if (fault) std::apply([&](const auto&... value) { (assign(*fault, value), ...); }, values);
+    std::apply([&](const auto&... value) { (describeOutput(call, value), ...); }, values);
+  };
+  if constexpr (std::is_void_v<Result>) {
+    if (run) body();
+    finish();
+    call.result.clear();
+  } else {
+    Result result = run ? body() : failed<Result>(operation, *fault);
+    if (run && fault && fault->way == Fault::Way::result) result = failed<Result>(operation, *fault);
+    finish();
+    call.result = printResult(result);
+    return result;
+  }
+}
+
+}  // namespace detail
+
+/// Arguments and outputs of a call: `args(in("key", key), out("value", *value))`.
+template <typename... Values>
+std::tuple<Values...> args(Values... values) {
+  return {values...};
+}
+
+/// Carries a platform call out: `body` does it and answers its result.
+/// @param handle  the interface called, `{}` for a plain function.
+/// @param values  made by `args`.
+template <typename Values, typename Body>
+auto pass(const Operation& operation, const Handle& handle, const Values& values, Body&& body) -> decltype(body()) {
+  if (!Seam::observed()) [[likely]] {
+    return body();
+  }
+  return detail::observe(operation, handle, values, body);
+}
+
+}  // namespace virtualtv::seam

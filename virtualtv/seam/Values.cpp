@@ -1,0 +1,186 @@
+#include "seam/Values.h"
+
+#include <charconv>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "text/Units.h"
+
+namespace virtualtv::seam {
+
+namespace {
+
+constexpr std::size_t recordsShown = 8;  // of a longer list only the number is written
+
+/// Units of a record's text in host order; records hold them big-endian.
+std::u16string hostUnits(const TCServiceData& record, const TCServiceData::Field& field) {
+  std::u16string units;
+  for (int at = 0; at < field.length; ++at) {
+    const unsigned unit = record.Units()[static_cast<std::size_t>(field.value) + static_cast<std::size_t>(at)];
+    units += static_cast<char16_t>((unit & 0xFFU) << 8U | unit >> 8U);
+  }
+  return units;
+}
+
+std::string printNumber(unsigned long long value) {
+  // Numbers of the set are 32 bits signed but for service ids; a sign-extended one is written with its sign.
+  const auto signedValue = static_cast<long long>(value);
+  if (signedValue < -1 && signedValue >= -0x80000000LL) return std::to_string(signedValue);
+  return std::to_string(value);
+}
+
+/// Reads a number from the front of `text`, which it moves on. Accepts all of 64 bits, signed or unsigned.
+std::optional<unsigned long long> takeNumber(std::string_view& text) {
+  unsigned long long value = 0;
+  const bool negative = !text.empty() && text.front() == '-';
+  const std::string_view digits = text.substr(negative ? 1 : 0);
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (error != std::errc()) return std::nullopt;
+  text = digits.substr(static_cast<std::size_t>(end - digits.data()));
+  return negative ? 0 - value : value;
+}
+
+bool take(std::string_view& text, char expected) {
+  if (text.empty() || text.front() != expected) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+bool takeField(std::string_view& text, TCServiceData& record) {
+  const auto id = takeNumber(text);
+  if (!id || !take(text, '=')) return false;
+  if (const auto number = takeNumber(text)) {
+    record.Set(static_cast<int>(*id), *number);
+    return true;
+  }
+  const auto units = text::parseQuoted(text);
+  if (!units) return false;
+  std::vector<unsigned short> stored;
+  for (const char16_t unit : *units) stored.push_back(static_cast<unsigned short>((unit & 0xFFU) << 8U | unit >> 8U));
+  record.Set(static_cast<int>(*id), stored.data(), static_cast<int>(stored.size()));
+  return true;
+}
+
+/// Reads `open item,item close` from the front of `text`.
+template <typename Item>
+bool takeList(std::string_view& text, char open, char close, Item item) {
+  if (!take(text, open)) return false;
+  if (take(text, close)) return true;
+  do {
+    if (!item()) return false;
+  } while (take(text, ','));
+  return take(text, close);
+}
+
+bool takeRecord(std::string_view& text, TCServiceData& record) {
+  return takeList(text, '{', '}', [&] { return takeField(text, record); });
+}
+
+}  // namespace
+
+std::string print(const std::string& value) {
+  return text::quoted(text::toUnits(value));
+}
+std::string print(const char* value) {
+  return value == nullptr ? "null" : print(std::string(value));
+}
+
+std::string print(const TCServiceData& record) {
+  std::string text;
+  for (const TCServiceData::Field& field : record.Fields()) {
+    text += (text.empty() ? "" : ",") + std::to_string(field.id) + "=";
+    text += field.length < 0 ? printNumber(field.value) : text::quoted(hostUnits(record, field));
+  }
+  return "{" + text + "}";
+}
+
+std::string print(const std::list<TCServiceData*>& records) {
+  if (records.size() > recordsShown) return "[" + std::to_string(records.size()) + " records]";
+  std::string text;
+  for (const TCServiceData* record : records) text += (text.empty() ? "" : ",") + print(*record);
+  return "[" + text + "]";
+}
+
+std::string print(const std::map<unsigned char, bool>& favourites) {
+  std::string text;
+  for (const auto& [group, member] : favourites) {
+    text += (text.empty() ? "" : ",") + std::to_string(group) + "=" + (member ? "1" : "0");
+  }
+  return "{" + text + "}";
+}
+
+std::string print(const std::list<std::pair<unsigned long long, bool>>& updates) {
+  std::string text;
+  for (const auto& [service, member] : updates) {
+    text += (text.empty() ? "" : ",") + std::to_string(service) + "=" + (member ? "1" : "0");
+  }
+  return "{" + text + "}";
+}
+
+std::string print(const TCCriteriaHelper& criteria) {
+  std::string text;
+  TCCriteriaHelper::Step::Kind last = TCCriteriaHelper::Step::WHERE;
+  for (const TCCriteriaHelper::Step& step : criteria.Steps()) {
+    const bool fetch = step.kind == TCCriteriaHelper::Step::FETCH;
+    const bool more = fetch && last == step.kind;
+    text += text.empty() ? "" : more ? " " : ", ";
+    last = step.kind;
+    if (fetch) {
+      text += (more ? "" : "fetch ") + std::to_string(step.fieldId);
+    } else if (step.kind == TCCriteriaHelper::Step::WHERE) {
+      text += "where " + std::to_string(step.fieldId) + "=" + printNumber(step.value);
+    } else {
+      text += "order " + std::to_string(step.fieldId) + (step.value == SORT_ASCENDING ? " up" : " down");
+    }
+  }
+  return text;
+}
+
+bool parseNumbers(std::string_view text, std::size_t count, long long* numbers) {
+  for (std::size_t at = 0; at < count; ++at) {
+    if (at > 0 && !take(text, ',')) return false;
+    const auto number = takeNumber(text);
+    if (!number) return false;
+    numbers[at] = static_cast<long long>(*number);
+  }
+  return text.empty();
+}
+
+bool parse(std::string_view text, TCServiceData& record) {
+  TCServiceData read;
+  if (!takeRecord(text, read) || !text.empty()) return false;
+  record = std::move(read);
+  return true;
+}
+
+bool parse(std::string_view text, std::list<TCServiceData*>& records) {
+  std::list<std::unique_ptr<TCServiceData>> read;
+  const bool whole = takeList(text, '[', ']', [&] {
+    read.push_back(std::make_unique<TCServiceData>());
+    return takeRecord(text, *read.back());
+  });
+  if (!whole || !text.empty()) return false;
+  for (TCServiceData* old : records) delete old;
+  records.clear();
+  for (auto& record : read) records.push_back(record.release());
+  return true;
+}
+
+bool parse(std::string_view text, std::map<unsigned char, bool>& favourites) {
+  std::map<unsigned char, bool> read;
+  const bool whole = takeList(text, '{', '}', [&] {
+    const auto group = takeNumber(text);
+    if (!group || !take(text, '=')) return false;
+    const auto member = takeNumber(text);
+    if (!member) return false;
+    read[static_cast<unsigned char>(*group)] = *member != 0;
+    return true;
+  });
+  if (!whole || !text.empty()) return false;
+  favourites = std::move(read);
+  return true;
+}
+
+}  // namespace virtualtv::seam

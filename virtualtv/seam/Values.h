@@ -1,0 +1,124 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
+#include "d2tv/CD2tvMgrProxy.h"
+#include "tvservice/TCCriteriaHelper.h"
+#include "tvservice/TCServiceData.h"
+#include "tvservice/TVServiceTypes.h"
+
+// How the values of platform calls are written in a trace and read from a fault. Both use the same text.
+
+namespace virtualtv::seam {
+
+std::string print(const std::string& value);
+std::string print(const char* value);
+std::string print(const TCServiceData& record);
+std::string print(const std::list<TCServiceData*>& records);
+std::string print(const std::map<unsigned char, bool>& favourites);
+std::string print(const TCCriteriaHelper& criteria);
+std::string print(const std::list<std::pair<unsigned long long, bool>>& updates);
+
+template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number> || std::is_enum_v<Number>, int> = 0>
+std::string print(Number value) {
+  if constexpr (std::is_enum_v<Number>) {
+    return std::to_string(static_cast<int>(value));
+  } else {
+    return std::to_string(value);
+  }
+}
+
+/// Reads a text into a value; false, and the value as it was, when the text is not of its form.
+bool parse(std::string_view text, TCServiceData& record);
+bool parse(std::string_view text, std::list<TCServiceData*>& records);
+bool parse(std::string_view text, std::map<unsigned char, bool>& favourites);
+/// Reads exactly `count` integers with commas between.
+bool parseNumbers(std::string_view text, std::size_t count, long long* numbers);
+
+/// References to the members that make up a value of the form `numbers`.
+template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number> || std::is_enum_v<Number>, int> = 0>
+auto parts(Number& value) {
+  return std::tie(value);
+}
+inline auto parts(TSTvMode& value) {
+  return std::tie(value.antennaMode, value.serviceMode);
+}
+inline auto parts(TSRectInfo& value) {
+  return std::tie(value.x, value.y, value.width, value.height);
+}
+inline auto parts(TSResolution& value) {
+  return std::tie(value.horizontal, value.vertical, value.frequency, value.horizontalFrequency);
+}
+inline auto parts(TSAudio& value) {
+  return std::tie(value.lang, value.decodeType, value.pid, value.audioMode, value.audioType);
+}
+inline auto parts(TSHybridSBT& value) {
+  return std::tie(value.type, value.pid);
+}
+inline auto parts(TSTransponder& value) {
+  return std::tie(value.id, value.satelliteId, value.frequency, value.symbolRate, value.polarisation, value.fecInner);
+}
+inline auto parts(MVPDAudio& value) {
+  return std::tie(value.index, value.pid, value.decodeType, value.audioMode, value.audioType, value.lang);
+}
+inline auto parts(DVBSubtitleInfo& value) {
+  return std::tie(value.index, value.lang);
+}
+
+template <typename Value>
+using IsMany = std::bool_constant<(std::tuple_size_v<decltype(parts(std::declval<Value&>()))> > 1)>;
+
+template <typename Value, std::enable_if_t<std::is_class_v<Value> && IsMany<Value>::value, int> = 0>
+std::string print(const Value& value) {
+  std::string text;
+  std::apply([&](const auto&... part) { ((text += (text.empty() ? "" : ",") + print(part)), ...); },
+             parts(const_cast<Value&>(value)));  // only read here
+  return text;
+}
+
+template <typename Value, typename = decltype(parts(std::declval<Value&>()))>
+bool parse(std::string_view text, Value& value) {
+  auto members = parts(value);
+  std::array<long long, std::tuple_size_v<decltype(members)>> numbers{};
+  if (!parseNumbers(text, numbers.size(), numbers.data())) return false;
+  std::apply(
+      [&](auto&... member) {
+        std::size_t next = 0;
+        ((member = static_cast<std::remove_reference_t<decltype(member)>>(numbers[next++])), ...);
+      },
+      members);
+  return true;
+}
+
+/// An argument of a call under its name; a name that is empty is not written.
+template <typename Value>
+struct In {
+  const char* name;
+  const Value& value;
+};
+
+/// An output of a call.
+template <typename Value>
+struct Out {
+  const char* name;
+  Value& value;
+};
+
+template <typename Value>
+In<Value> in(const char* name, const Value& value) {
+  return {name, value};
+}
+template <typename Value>
+Out<Value> out(const char* name, Value& value) {
+  return {name, value};
+}
+
+}  // namespace virtualtv::seam

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "set/Tv.h"
+
+namespace virtualtv {
+
+/// Something about the set that can be read and set from outside.
+struct Knob {
+  std::string_view name;   ///< as in "main.source"; a part in capitals stands for what is put there: "service.ID.FIELD"
+  std::string_view value;  ///< what it takes, in words: "number", "on or off", "ANTENNA,SERVICE"
+  std::string_view help;
+  /// What the knob stands at. `parts` are the texts in place of the parts in capitals.
+  std::string (*get)(Tv& tv, const std::vector<std::string>& parts);
+  /// Turns it. Throws std::invalid_argument with a line for a person. Null where it can only be read.
+  void (*set)(Tv& tv, const std::vector<std::string>& parts, const std::string& value);
+};
+
+/// All knobs; the shell, completion and documentation walk this table.
+std::span<const Knob> knobs();
+
+/// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob.
+std::string getKnob(Tv& tv, const std::string& name);
+
+/// Turns the knob of that name. @throws std::invalid_argument when there is none, or when it does not take `value`.
+void setKnob(Tv& tv, const std::string& name, const std::string& value);
+
+}  // namespace virtualtv

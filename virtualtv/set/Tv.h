@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "services/Service.h"
+#include "set/State.h"
+
+namespace virtualtv {
+
+class ServiceStore;
+class SettingsStore;
+
+/// What a verb did, for those who watch the set.
+struct Event {
+  enum class Kind { started, tuned, modeChanged, sourceChanged, servicesChanged, adjusted };
+  Kind kind;
+  WindowId window;  ///< which window it concerns; `main` where it concerns the whole set
+  std::uint64_t revision;
+};
+
+/// Where a set keeps what it keeps: its databases. Outlives the set that runs on it.
+class Storage {
+ public:
+  /// A store in memory, gone with this object.
+  Storage();
+  /// The store in a state directory, which it makes and holds for this process alone.
+  /// @throws StoreError when it can't be had.
+  explicit Storage(const std::filesystem::path& directory);
+  ~Storage();
+
+  struct Parts;
+  Parts& parts() { return *parts_; }
+
+ private:
+  std::unique_ptr<Parts> parts_;
+};
+
+/// The TV set. One a process at a time; the adapters behind the platform interfaces find it by `current`. Its
+/// state is plain data that only the verbs change; each verb keeps what a set keeps, raises the revision and
+/// tells the watchers. Used from one thread. A verb throws `StoreError` when the set can't keep what it should;
+/// the state is then as it was.
+class Tv {
+ public:
+  /// Switches the set on: loads what `storage` kept, or the embedded set where that is empty.
+  explicit Tv(Storage& storage);
+  Tv(const Tv&) = delete;
+  Tv& operator=(const Tv&) = delete;
+  ~Tv();
+
+  /// The set of this process. There must be one.
+  static Tv& current();
+
+  const TvState& state() const { return state_; }
+  std::uint64_t revision() const { return revision_; }
+  ServiceStore& services();
+  SettingsStore& settings();
+
+  /// Calls `watcher` after each verb, for as long as the set lives.
+  void watch(std::function<void(const Event&)> watcher);
+
+  // Verbs.
+
+  /// Puts a service on a window's screen; the one before becomes its previous one.
+  void tune(WindowId window, ServiceKey service);
+  void setMode(WindowId window, TvMode mode);
+  /// Replaces the services, or merges these into them; the TV mode follows the first of them, which becomes the
+  /// start service and, in the main window, the current one. All of it or nothing.
+  void import(const std::vector<Service>& services, bool add);
+  /// Back to the embedded set, settings keys included.
+  void reset();
+  /// Anything else that is set from outside: `change` edits the state.
+  void adjust(WindowId window, const std::function<void(TvState&)>& change);
+  /// Moves the clock.
+  void pass(std::uint64_t milliseconds);
+
+  /// What could not be kept, a line each, since the last call; the adapters report here what they can't answer.
+  std::vector<std::string> takeComplaints();
+  void complain(std::string line);
+
+ private:
+  void load();
+  void commit(Event::Kind kind, WindowId window, TvState next);
+  void announce(Event::Kind kind, WindowId window);
+
+  Storage& storage_;
+  TvState state_;
+  std::uint64_t revision_ = 0;
+  std::vector<std::function<void(const Event&)>> watchers_;
+  std::vector<std::string> complaints_;
+};
+
+}  // namespace virtualtv

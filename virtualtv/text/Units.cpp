@@ -1,0 +1,190 @@
+#include "text/Units.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+namespace virtualtv::text {
+
+namespace {
+
+constexpr char32_t replacement = 0xFFFD;
+
+bool isHigh(char32_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool isLow(char32_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+/// Length of the UTF-8 sequence at the front of `bytes` and its code point; length 0 when there is none.
+struct Decoded {
+  std::size_t length = 0;
+  char32_t point = 0;
+};
+
+Decoded decode(std::string_view bytes) {
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
+  const unsigned lead = byte(0);
+  if (lead < 0x80) return {1, lead};
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4 || bytes.size() < length) return {};
+  char32_t point = lead & (0xFFU >> (length + 1));
+  for (std::size_t at = 1; at < length; ++at) {
+    if ((byte(at) & 0xC0U) != 0x80U) return {};
+    point = point << 6U | (byte(at) & 0x3FU);
+  }
+  constexpr std::array<char32_t, 5> least{0, 0, 0x80, 0x800, 0x10000};
+  if (point < least[length] || point > 0x10FFFF || isHigh(point) || isLow(point)) return {};
+  return {length, point};
+}
+
+void appendUtf8(std::string& out, char32_t point) {
+  const auto put = [&](char32_t byte) { out += static_cast<char>(byte); };
+  if (point < 0x80) {
+    put(point);
+  } else if (point < 0x800) {
+    put(0xC0 | point >> 6);
+    put(0x80 | (point & 0x3F));
+  } else if (point < 0x10000) {
+    put(0xE0 | point >> 12);
+    put(0x80 | (point >> 6 & 0x3F));
+    put(0x80 | (point & 0x3F));
+  } else {
+    put(0xF0 | point >> 18);
+    put(0x80 | (point >> 12 & 0x3F));
+    put(0x80 | (point >> 6 & 0x3F));
+    put(0x80 | (point & 0x3F));
+  }
+}
+
+void appendUnits(std::u16string& out, char32_t point) {
+  if (point < 0x10000) {
+    out += static_cast<char16_t>(point);
+  } else {
+    out += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
+    out += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+  }
+}
+
+/// The code point at `at`, which it moves on; a lone surrogate as it is.
+char32_t next(std::u16string_view units, std::size_t& at) {
+  const char32_t unit = units[at++];
+  if (!isHigh(unit) || at == units.size() || !isLow(units[at])) return unit;
+  return 0x10000 + ((unit - 0xD800) << 10 | (units[at++] - 0xDC00U));
+}
+
+bool isControl(char32_t point) {
+  return point < 0x20 || (point >= 0x7F && point < 0xA0);
+}
+
+void appendEscape(std::string& out, const char* format, unsigned value) {
+  std::array<char, 8> escape{};
+  std::snprintf(escape.data(), escape.size(), format, value);
+  out += escape.data();
+}
+
+int hexDigit(char digit) {
+  if (digit >= '0' && digit <= '9') return digit - '0';
+  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
+  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
+  return -1;
+}
+
+std::optional<char16_t> parseEscape(std::string_view digits) {
+  if (digits.size() < 4) return std::nullopt;
+  unsigned unit = 0;
+  for (const char digit : digits.substr(0, 4)) {
+    const int value = hexDigit(digit);
+    if (value < 0) return std::nullopt;
+    unit = unit << 4U | static_cast<unsigned>(value);
+  }
+  return static_cast<char16_t>(unit);
+}
+
+}  // namespace
+
+std::u16string toUnits(std::string_view utf8) {
+  std::u16string units;
+  units.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const Decoded decoded = decode(utf8);
+    appendUnits(units, decoded.length == 0 ? replacement : decoded.point);
+    utf8.remove_prefix(decoded.length == 0 ? 1 : decoded.length);
+  }
+  return units;
+}
+
+std::string toUtf8(std::u16string_view units) {
+  std::string utf8;
+  for (std::size_t at = 0; at < units.size();) {
+    const char32_t point = next(units, at);
+    appendUtf8(utf8, isHigh(point) || isLow(point) ? replacement : point);
+  }
+  return utf8;
+}
+
+std::string quoted(std::u16string_view units) {
+  std::string text = "\"";
+  for (std::size_t at = 0; at < units.size();) {
+    const char32_t point = next(units, at);
+    if (point == U'"' || point == U'\\') text += '\\';
+    if (isControl(point) || isHigh(point) || isLow(point)) {
+      appendEscape(text, "\\u%04X", static_cast<unsigned>(point));
+    } else {
+      appendUtf8(text, point);
+    }
+  }
+  return text + '"';
+}
+
+std::optional<std::u16string> parseQuoted(std::string_view& text) {
+  if (text.empty() || text.front() != '"') return std::nullopt;
+  std::string_view rest = text.substr(1);
+  std::u16string units;
+  while (!rest.empty() && rest.front() != '"') {
+    if (rest.front() == '\\' && rest.size() > 1 && rest[1] == 'u') {
+      const auto unit = parseEscape(rest.substr(2));
+      if (!unit) return std::nullopt;
+      units += *unit;
+      rest.remove_prefix(6);
+      continue;
+    }
+    if (rest.front() == '\\') rest.remove_prefix(1);
+    if (rest.empty()) return std::nullopt;
+    const Decoded decoded = decode(rest);
+    appendUnits(units, decoded.length == 0 ? replacement : decoded.point);
+    rest.remove_prefix(decoded.length == 0 ? 1 : decoded.length);
+  }
+  if (rest.empty()) return std::nullopt;
+  text = rest.substr(1);
+  return units;
+}
+
+std::string printable(std::string_view bytes) {
+  std::string text;
+  while (!bytes.empty()) {
+    const Decoded decoded = decode(bytes);
+    if (bytes.front() == '\\') {
+      text += "\\\\";
+    } else if (decoded.length == 0 || isControl(decoded.point)) {
+      const std::size_t escaped = decoded.length == 0 ? 1 : decoded.length;
+      for (const char byte : bytes.substr(0, escaped)) appendEscape(text, "\\x%02X", static_cast<unsigned char>(byte));
+    } else {
+      text += bytes.substr(0, decoded.length);
+    }
+    bytes.remove_prefix(decoded.length == 0 ? 1 : decoded.length);
+  }
+  return text;
+}
+
+bool isPrintable(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const Decoded decoded = decode(bytes);
+    if (decoded.length == 0 || isControl(decoded.point)) return false;
+    bytes.remove_prefix(decoded.length);
+  }
+  return true;
+}
+
+}  // namespace virtualtv::text

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace virtualtv::text {
+
+/// UTF-8 to 16-bit units in host order. Bytes that are no UTF-8 become U+FFFD each.
+std::u16string toUnits(std::string_view utf8);
+
+/// 16-bit units to UTF-8; a lone surrogate becomes U+FFFD.
+std::string toUtf8(std::u16string_view units);
+
+/// The units between double quotes, for a person and for `parseQuoted`: UTF-8 with `\"`, `\\`, and `\uNNNN` for
+/// control characters and lone surrogates.
+std::string quoted(std::u16string_view units);
+
+/// Reads what `quoted` wrote from the front of `text` and removes it there; nothing when it does not start so.
+std::optional<std::u16string> parseQuoted(std::string_view& text);
+
+/// Bytes with everything but printable UTF-8 written as `\xNN`; a backslash is doubled.
+std::string printable(std::string_view bytes);
+
+/// True when all of `bytes` are UTF-8 without control characters.
+bool isPrintable(std::string_view bytes);
+
+}  // namespace virtualtv::text
