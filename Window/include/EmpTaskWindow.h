@@ -1,0 +1,239 @@
+#pragma once
+
+#include <list>
+#include <string>
+
+#include "EmpConverterWindow.h"
+#include "tvservice/TCCriteriaHelper.h"
+#include "tvservice/TCServiceData.h"
+#include "tvservice/TVServiceTypes.h"
+
+class IAVControl;
+class IDataControl;
+class IService;
+class IServiceNavigation;
+class ISourceControl;
+class ITunerControl;
+class IVideoControl;
+class ServiceDataAux;
+
+namespace kel {
+
+class CEmpEngineBase;
+
+/// The worker behind every command. It owns the connections (proxies) to the TV service's interfaces for the main or
+/// the picture-in-picture window, makes those that are missing on first use, and carries the commands out.
+///
+/// Unless an operation says otherwise it answers 1 for success, 0 for a failure or a missing proxy, -1 when a record or
+/// a value could not be had and -3 for a null output pointer, and leaves its output as it was when it fails. An
+/// exception from the set counts as the failure of that call. Called by the engine, from one thread.
+class CEmpTaskWindow {
+ public:
+  /// A rectangle, in pixels of the space that the operation names.
+  struct Rect {
+    int x;
+    int y;
+    int width;
+    int height;
+  };
+
+  CEmpTaskWindow();
+  CEmpTaskWindow(const CEmpTaskWindow&) = delete;
+  CEmpTaskWindow& operator=(const CEmpTaskWindow&) = delete;
+  virtual ~CEmpTaskWindow();
+
+  // EmpTaskWindow: life cycle, proxies, window selection
+
+  /// Lets go of what the worker owns. Called by the engine once the worker is created, and again by the destructor.
+  virtual void Destroy();
+  /// True once `Create` was called, also when it failed.
+  virtual bool FlagCreate();
+
+  /// Connects to the TV service for the main window and seeds the source keys. Called once, by the engine.
+  /// @param name    not used.
+  /// @param engine  the engine that owns the worker; outlives it.
+  /// @return true when every proxy was made and the keys were seeded.
+  bool Create(const char* name, CEmpEngineBase* engine);
+
+  /// Selects the window that the worker drives: 0 main, anything else picture-in-picture.
+  /// @return 1; 0 when a proxy of that window can't be made, the ones before it then stay selected.
+  int SetWindow(_PL_WINDOW_WINDOW window);
+
+  // EmpTaskWindow_Source: the window's source
+
+  /// The window's source: for the seeks 6, 8 and 9 the number stored as its previous source, as it stands; for any
+  /// other the source that the TV service shows, 43 when none is active.
+  /// @return 1, -3, -1 when the source can't be read, 0 when the previous source's key can't.
+  int GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek);
+  /// The source that the TV service showed before. @return 1, -3 or -1.
+  int GetPreviousSource(_PL_WINDOW_Source* peSource);
+  /// State of the window's source, -1 when none is active. @return 1, -3 or -1.
+  int GetSourceState(int* pnState);
+
+  // EmpTaskWindow_Channel: looking services up
+
+  /// Rebuilds the found-channel list with the services of a TV mode.
+  /// @param type  limits them to a channel type; 0 for all.
+  /// @return 1; 0 when none was found, -1 without a navigation proxy.
+  int FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE mode);
+  /// The window's TV mode, as a `_PL_WINDOW_TV_MODE`. @return the TV service's own positive number, 0 or -1.
+  int GetTVMode(int* pnMode);
+  /// @return 1; 0 without a navigation proxy, -1 when the TV service refuses.
+  int SetTVMode(_PL_WINDOW_TV_MODE mode);
+
+  // EmpTaskWindow_ChannelField: one field of one channel
+
+  /// A field of the channel at a position of the found-channel list. A field that the record lacks reads as 65535; a
+  /// channel type is mapped to the plug-in's. @return 1, -1 when there is no such position, -3.
+  int GetChannel_Major(int index, int* pnMajor);
+  int GetChannel_Minor(int index, int* pnMinor);
+  int GetChannel_OriginNetID(int index, int* pnOriginNetID);
+  int GetChannel_ProgramNumber(int index, int* pnProgramNumber);
+  int GetChannel_PTC(int index, int* pnPTC);
+  int GetChannel_TransportStreamID(int index, int* pnTransportStreamID);
+  int GetChannel_Type(int index, _PL_WINDOW_CHANNEL_TYPE* peChannelType);
+
+  /// The channel's name as UTF-16 with a byte-order mark and without a terminator, cut at 512 bytes, into a zeroed
+  /// buffer of at least as many. An empty name leaves the buffer as it is; `GetChannel_Name` alone answers -1 for it.
+  int GetChannel_Name(int index, unsigned short* ptwName);
+  int GetChannel_ServiceName(int index, unsigned short* ptwServiceName);
+
+  /// The channel's service id as decimal text into 32 bytes, terminated. `pszServiceId` is not checked.
+  int GetChannel_ServiceId(int index, char* pszServiceId);
+  /// Length of the found-channel list. @return 1; 0 for a null pointer.
+  int GetChannel_Size(int* pnSize);
+
+  /// The same fields of the channel on screen.
+  int GetCurrentChannel_Major(int* pnMajor);
+  int GetCurrentChannel_Minor(int* pnMinor);
+  int GetCurrentChannel_OriginNetID(int* pnOriginNetID);
+  int GetCurrentChannel_ProgramNumber(int* pnProgramNumber);
+  int GetCurrentChannel_PTC(int* pnPTC);
+  int GetCurrentChannel_TransportStreamID(int* pnTransportStreamID);
+  int GetCurrentChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelType);
+  int GetCurrentChannel_Name(unsigned short* ptwName);
+  int GetCurrentChannel_ServiceName(unsigned short* ptwServiceName);
+
+  /// The same of the channel that the set starts with. Its major and minor numbers read as -1 when missing. The service
+  /// id comes without a lookup; its pointer is not checked, and a failure answers 0.
+  int GetStartChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelType);
+  int GetStartChannel_Major(int* pnMajor);
+  int GetStartChannel_Minor(int* pnMinor);
+  int GetStartChannel_Name(unsigned short* ptwName);
+  int GetStartChannel_ServiceId(char* pszServiceId);
+
+  // EmpTaskWindow_Tuning: finding a channel by its numbers
+
+  /// Id of the first service, in service-id order, with these numbers and of this channel type, as decimal text into
+  /// 32 bytes. A type that maps outside 1 to 9 is no condition. `pszServiceId` is not checked.
+  /// @return 1, 0 when there is none, -1 without a service proxy.
+  int GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHANNEL_TYPE eChannelType, char* pszServiceId);
+
+  // EmpTaskWindow_Report: documents about channels
+
+  /// The channel-information document of the channel on screen, or of the one watched before. @return 1 or -1.
+  int GetCurrentChannelInfo(std::string& strInfo);
+  int GetPreviousChannelInfo(std::string& strInfo);
+  /// The smaller document of the channel that the set starts with. @return 1 or -1.
+  int GetStartChannel_Info(std::string& strInfo);
+  /// The text attached to the channel at a position of the found-channel list, as it stands. @return 1 or -1.
+  int GetChannel_OnTVJson(int index, std::string& strJson);
+  /// The document of all services of the window's TV mode. @return 1; 0 when they can't be had, -1 when the document
+  /// can't be made.
+  int GetFullChannelList(std::string& strChannelInfo);
+
+ protected:
+  // EmpTaskWindow
+
+  /// Each makes sure that the proxy exists, for the window that the worker drives. @return true when it does.
+  bool t_CheckServiceproxy();
+  bool t_CheckServiceNavigationproxy();
+  bool t_CheckSourceControlproxy();
+  bool t_CheckVideoControlproxy();
+  bool t_CheckAVControlproxy();
+  bool t_CheckServiceDataAuxproxy();
+  bool t_CheckDataControlproxy();
+  bool t_CheckTunerControlproxy();
+
+  /// The calling application's id, "NoAppId" when it is unknown. @param function  the operation that asks.
+  std::string t_GetAppId(const char* function);
+
+  // EmpTaskWindow_Source
+
+  bool t_IsTVServiceSource(_PL_WINDOW_Source eSource);
+  /// Translates a source; false, and the output as it was, when it has no counterpart.
+  bool t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLSource);
+  bool t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSSource);
+  /// The window's source as the TV service shows it; 43 when none is active.
+  bool t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource);
+  bool t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource);
+  /// Publishes the main window's source to the TV middleware. @param key  the window's source key; only the main
+  /// window's is accepted.
+  bool t_SetTVMWMainSourcevconf(const char* key, int nPLSource);
+  /// Brings the source keys into line with the TV service. Called at the end of `Create`.
+  bool t_InitSourceVconf();
+  /// Records a source change of this window: previous source, middleware, current source.
+  bool t_UpdateSourceVconf(int nNewSource, int nPreviousSource);
+
+  // EmpTaskWindow_Channel
+
+  /// The record at a position of the found-channel list, which keeps it. @return 1; 0 when there is no such position.
+  int t_GetChannelSeek(int index, TCServiceData** out);
+  /// Each fills a record with the service on screen, the one watched before, the one that the set starts with.
+  /// @return 1; 0 on failure, the record is then not to be read.
+  int t_GetCurrentChannel(TCServiceData& out);
+  int t_GetPreviousChannel(TCServiceData& out);
+  int t_GetStartService(TCServiceData& out);
+
+  // EmpTaskWindow_Report
+
+  /// The channel-information document of a record; empty for null and when it can't be made.
+  std::string t_GetChannelInfo(TCServiceData* service);
+  /// The text attached to a service as UTF-8; empty when there is none.
+  std::string t_GetServiceJsonText(const TCServiceData& service);
+
+  CEmpEngineBase* m_pEngine;  ///< set once `Create` was called
+  int m_baseScrW;             ///< base screen, pixels
+  int m_baseScrH;
+  std::string m_SourceVconf;          ///< settings key of the window's current source
+  std::string m_PreviousSourceVconf;  ///< and of its previous one
+
+  // The proxies in use and those kept for each window. The TV-service library owns them all.
+  IServiceNavigation* svc_navi_proxy;
+  IServiceNavigation* svc_navi_proxy_main;
+  IServiceNavigation* svc_navi_proxy_pip;
+  ISourceControl* src_ctrl_proxy;
+  ISourceControl* src_ctrl_proxy_main;
+  ISourceControl* src_ctrl_proxy_pip;
+  IVideoControl* video_ctrl_proxy;
+  IVideoControl* video_ctrl_proxy_main;
+  IVideoControl* video_ctrl_proxy_pip;
+  IAVControl* av_ctrl_proxy;
+  IAVControl* av_ctrl_proxy_main;
+  IAVControl* av_ctrl_proxy_pip;
+  ServiceDataAux* servicedata_aux_proxy;
+  ServiceDataAux* servicedata_aux_proxy_main;
+  ServiceDataAux* servicedata_aux_proxy_pip;
+  IDataControl* svc_datacontrol_proxy;
+  IDataControl* svc_datacontrol_proxy_main;
+  IDataControl* svc_datacontrol_proxy_pip;
+  ITunerControl* tuner_ctrl_proxy;
+  IService* svc_proxy;
+
+  std::list<TCServiceData*> m_ChannelList;  ///< the found-channel list; owns its records
+  int t_eWindow;                            ///< the window driven: 0 main, anything else picture-in-picture
+
+ private:
+  struct FieldQuery;
+
+  bool t_BindSourceControl(EProfile profile);
+  template <typename Value>
+  int t_GetChannelNumber(const FieldQuery& query, int index, Value* out);
+  template <typename Value>
+  int t_GetCurrentChannelNumber(const FieldQuery& query, Value* out);
+  template <typename Value>
+  int t_GetStartChannelNumber(const FieldQuery& query, Value* out);
+  void t_ClearChannelList();
+};
+
+}  // namespace kel
