@@ -1,0 +1,133 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "EmpAppWindow.h"
+#include "framework/Log.h"
+#include "framework/Reply.h"
+#include "kel/CEmpEngineBase.h"
+#include "seam/Seam.h"
+#include "services/Service.h"
+#include "set/Tv.h"
+#include "support/WorkerProbe.h"
+
+/// What the tests of the plug-in stand on: a TV set of their own with the plug-in on it, and what can be observed of
+/// the two: replies, calls to the set, settings keys, log lines.
+namespace support {
+
+/// Lines in the order in which they were seen.
+using Lines = std::vector<std::string>;
+
+/// What an engine made of a command.
+struct Answer {
+  bool accepted = false;
+  bool written = false;                              ///< the engine wrote the return string
+  std::optional<virtualtv::framework::Reply> reply;  ///< what it wrote, decoded
+
+  /// As a transcript shows it: `int 1`, `ascii TEXT`, `unicode "TEXT"`, `refused`, `refused int -1`, `empty`.
+  std::string shown() const;
+  /// Text of an ascii reply; fails the test when it is another one.
+  std::string text() const;
+};
+
+/// A service with these number fields and, unless it is empty, this name.
+virtualtv::Service service(std::map<int, std::uint64_t> numbers, std::u16string name = {});
+
+/// A set of its own for each test: the embedded default, in memory, with all calls recorded and all log lines kept.
+/// No engine is open yet. Nothing outlives the test.
+class TvTest : public ::testing::Test {
+ protected:
+  static constexpr const char* appId = "test.app";
+  static constexpr const char* widgetId = "test.widget";
+
+  TvTest();
+  ~TvTest() override;
+
+  virtualtv::Tv& tv() { return *tv_; }
+  kel::CEmpAppWindow& app() { return *app_; }
+
+  /// Opens an engine under a name, which commands go to from now on.
+  bool open(const std::string& name = "emp", const std::string& app = appId, const std::string& widget = widgetId);
+  /// Commands go to the engine of this name from now on.
+  void use(const std::string& name) { engine_ = name; }
+  bool close(const std::string& name = "emp");
+
+  /// Runs a command with up to four parameters; the others are empty.
+  Answer ask(const std::string& command, const Lines& parameters = {});
+  /// The same, as a transcript shows the answer.
+  std::string execute(const std::string& command, const Lines& parameters = {}) {
+    return ask(command, parameters).shown();
+  }
+  /// Runs a command with a parameter list.
+  std::string executeWithParamList(const std::string& command, const Lines& parameters);
+
+  /// The calls to the set since the last time, a line each as in a trace.
+  Lines calls();
+  /// The log messages since the last time, as in "0 TEXT", with what differs from run to run masked as `*`.
+  Lines logs();
+  /// Drops both.
+  void forget();
+
+  /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0".
+  void fault(const std::string& words);
+  void clearFaults();
+  /// True when each fault set has hit at least one call.
+  bool faultsHit() const;
+
+  // The settings keys, unseen by faults and trace. A key of the other type reads as missing.
+  std::optional<int> intSetting(const std::string& key);
+  std::optional<std::string> textSetting(const std::string& key);
+  void setSetting(const std::string& key, int value);
+  void setSetting(const std::string& key, const std::string& value);
+
+  /// The set has these services and no others. The first gives the TV mode and becomes start and current service.
+  void setServices(const std::vector<virtualtv::Service>& services);
+
+ private:
+  std::optional<virtualtv::Storage> storage_;
+  std::optional<virtualtv::Tv> tv_;
+  std::optional<kel::CEmpAppWindow> app_;
+  std::string engine_;
+  std::vector<virtualtv::framework::LogLine> lines_;
+};
+
+/// The same with an engine open, its calls and log lines so far dropped.
+class EngineTest : public TvTest {
+ protected:
+  void SetUp() override;
+};
+
+/// An engine that does nothing but know who calls.
+class BareEngine : public kel::CEmpEngineBase {
+ public:
+  bool Execute(std::string&, const std::string&, const std::string&, const std::string&, const std::string&,
+               const std::string&) override {
+    return false;
+  }
+  bool ExecuteWithParamList(std::string&, const std::string&, const kel::ParamList&) override { return false; }
+};
+
+/// A set with a worker that is not yet created.
+class BareWorkerTest : public TvTest {
+ protected:
+  BareWorkerTest();
+
+  bool create() { return worker.Create("CEmpTaskWindow", &engine); }
+
+  BareEngine engine;
+  WorkerProbe worker;
+};
+
+/// A set with a worker that drives the main window, its calls and log lines so far dropped.
+class WorkerTest : public BareWorkerTest {
+ protected:
+  void SetUp() override;
+};
+
+}  // namespace support
