@@ -13,6 +13,9 @@ class CEmpTaskWindow;
 /// Called by the framework, from one thread.
 class CEmpEngineWindow : public CEmpEngineBase {
  public:
+  /// Encodes a command's reply; the rows of the command table answer through it.
+  class Reply;
+
   /// Makes the worker and connects it to the TV service. A worker that could not connect is kept: its commands
   /// connect on first use.
   CEmpEngineWindow();
@@ -31,8 +34,6 @@ class CEmpEngineWindow : public CEmpEngineBase {
   bool ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& params) override;
 
  private:
-  friend struct Reply;
-
   CEmpTaskWindow* m_pEmpTaskWindow;  ///< owned; null only when it could not be allocated
 };
 

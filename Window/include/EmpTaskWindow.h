@@ -226,14 +226,34 @@ class CEmpTaskWindow {
  private:
   struct FieldQuery;
 
-  bool t_BindSourceControl(EProfile profile);
+  // EmpTaskWindow
+  int t_CreateProxies();
+  bool t_BindSourceControl(const char* function, EProfile profile);
+  bool t_BindServiceDataAux(EProfile profile);
+  void t_BindDataControl(bool main);
+  void t_ClearChannelList();
+
+  // EmpTaskWindow_Source: steps that operations share, under the name of the one that takes them
+  bool t_AskCurrentSource(const char* function, _PL_WINDOW_Source& eSource);
+  bool t_ConvertSource(const char* function, ESource eTVSSource, _PL_WINDOW_Source& eSource);
+  bool t_SeedKey(const char* key, int nSource);
+  bool t_RecordSource(const char* function, const std::string& key, int nSource);
+
+  // EmpTaskWindow_Channel: the same
+  bool t_GetNavigationCriteria(const char* function, ENavigationMode navigationMode, TSTvMode mode,
+                               TCCriteriaHelper& criteria);
+  int t_GetTvMode(const char* function, TSTvMode& mode);
+  int t_FindService(const char* function, TCCriteriaHelper& criteria, TCServiceData& out);
+  bool t_AskStartService(const char* function, unsigned long long& serviceId, int& source);
+
+  // EmpTaskWindow_ChannelField
   template <typename Value>
   int t_GetChannelNumber(const FieldQuery& query, int index, Value* out);
   template <typename Value>
   int t_GetCurrentChannelNumber(const FieldQuery& query, Value* out);
   template <typename Value>
   int t_GetStartChannelNumber(const FieldQuery& query, Value* out);
-  void t_ClearChannelList();
+  int t_GetCurrentChannelName(const char* function, unsigned short* out, const char* null, const char* empty);
 };
 
 }  // namespace kel

@@ -1,0 +1,254 @@
+// The command table and the rows' ways to answer. To add a command: declare its operation in the worker, add its row
+// here in its place of the comparison order with the handler for its kind of answer, and its help text to the
+// catalogue.
+#include "Commands.h"
+
+#include "Log.h"
+
+namespace kel {
+
+namespace {
+
+using W = CEmpTaskWindow;
+
+constexpr const char* kFunction = "Execute";  // what the rows log under
+
+constexpr std::size_t kNameUnits = 257;
+constexpr std::size_t kServiceIdBytes = 32;
+
+// Calls of a worker operation with the row's parameters, by the operation's shape.
+
+template <typename First>
+int Do(W& worker, int (W::*operation)(First), const Arguments& in) {
+  return (worker.*operation)(static_cast<First>(in.number[0]));
+}
+template <typename First, typename Second>
+int Do(W& worker, int (W::*operation)(First, Second), const Arguments& in) {
+  return (worker.*operation)(static_cast<First>(in.number[0]), static_cast<Second>(in.number[1]));
+}
+
+template <typename Out>
+int Get(W& worker, int (W::*operation)(Out), const Arguments&, Out out) {
+  return (worker.*operation)(out);
+}
+template <typename First, typename Out>
+int Get(W& worker, int (W::*operation)(First, Out), const Arguments& in, Out out) {
+  return (worker.*operation)(static_cast<First>(in.number[0]), out);
+}
+
+template <typename Out>
+Out* OutputOf(int (W::*)(Out*));
+template <typename First, typename Out>
+Out* OutputOf(int (W::*)(First, Out*));
+
+// Ways to answer.
+
+/// The worker's result.
+template <auto operation>
+int Code(const Call& call) {
+  const int result = Do(call.worker, operation, call.in);
+  call.reply.Integer(result);
+  return result;
+}
+
+void AnswerValue(const Call& call, int result, int value) {
+  call.reply.Integer(result < 0 ? result : value);
+}
+
+/// The number that the worker writes.
+template <auto operation>
+int Value(const Call& call) {
+  auto value = static_cast<std::remove_pointer_t<decltype(OutputOf(operation))>>(call.command.preset);
+  const int result = Get(call.worker, operation, call.in, &value);
+  AnswerValue(call, result, value);
+  return result;
+}
+
+void AnswerName(const Call& call, int result, std::array<unsigned short, kNameUnits>& name) {
+  name.back() = 0;
+  if (result < 0) {
+    call.reply.Integer(result);
+  } else {
+    call.reply.Unicode(name.data() + 1);  // the byte-order mark stays behind
+  }
+}
+
+/// The UTF-16 text that the worker writes.
+template <auto operation>
+int Name(const Call& call) {
+  std::array<unsigned short, kNameUnits> name{};
+  const int result = Get(call.worker, operation, call.in, name.data());
+  AnswerName(call, result, name);
+  return result;
+}
+
+void AnswerTextOrCode(const Call& call, int result, std::string& text) {
+  if (result < 0) {
+    call.reply.Integer(result);
+  } else {
+    call.reply.Ascii(text);
+  }
+}
+
+/// The document that the worker writes, unless it answers a negative code.
+template <auto operation>
+int Text(const Call& call) {
+  std::string text;
+  const int result = (call.worker.*operation)(text);
+  AnswerTextOrCode(call, result, text);
+  return result;
+}
+
+// Rows with a way of their own.
+
+/// Answers a document for a result of 1, and `otherwise` for any other.
+int AnswerIfOne(const Call& call, int result, std::string& text, int otherwise) {
+  if (result == 1) {
+    call.reply.Ascii(text);
+  } else {
+    call.reply.Integer(otherwise);
+  }
+  return result;
+}
+
+int GetSource(const Call& call) {
+  constexpr int unparsed = 2;
+  auto eSource = static_cast<_PL_WINDOW_Source>(call.command.preset);
+  const int seek = call.in.parsed[0] ? call.in.number[0] : unparsed;
+  const int result = call.worker.GetSource(&eSource, static_cast<_PL_WINDOW_SEEK>(seek));
+  AnswerValue(call, result, eSource);
+  return result;
+}
+
+int GetTVMode(const Call& call) {
+  int mode = call.command.preset;
+  const int result = call.worker.GetTVMode(&mode);
+  call.reply.Integer(mode);
+  return result;
+}
+
+int AnswerServiceId(const Call& call, int result, const char* text) {
+  if (result < 0) {
+    call.reply.Integer(result);
+  } else {
+    call.reply.Ascii(text);
+  }
+  return result;
+}
+
+/// By index, or by major and minor number and channel type where the second or the third parameter is given.
+int GetChannelServiceId(const Call& call) {
+  constexpr int notRun = 1;
+  const Arguments& in = call.in;
+  std::array<char, kServiceIdBytes> text{};
+  const bool byIndex = !in.given[1] && !in.given[2];
+  const bool parsed = in.parsed[0] && (byIndex || (in.parsed[1] && in.parsed[2]));
+  if (!parsed) return AnswerServiceId(call, notRun, text.data());
+  const int result =
+      byIndex ? call.worker.GetChannel_ServiceId(in.number[0], text.data())
+              : call.worker.GetChannel_ServiceId(in.number[0], in.number[1],
+                                                 static_cast<_PL_WINDOW_CHANNEL_TYPE>(in.number[2]), text.data());
+  return AnswerServiceId(call, result, text.data());
+}
+
+int GetStartChannelServiceId(const Call& call) {
+  std::array<char, kServiceIdBytes> text{};
+  const int result = call.worker.GetStartChannel_ServiceId(text.data());
+  return AnswerServiceId(call, result, text.data());
+}
+
+int GetChannelOnTVJson(const Call& call) {
+  std::string text;
+  const int result = call.worker.GetChannel_OnTVJson(call.in.number[0], text);
+  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get Json string");
+  return AnswerIfOne(call, result, text, result);
+}
+
+int GetFullChannelList(const Call& call) {
+  std::string text;
+  const int result = call.worker.GetFullChannelList(text);
+  return AnswerIfOne(call, result, text, -1);
+}
+
+int GetCurrentChannelInfo(const Call& call) {
+  std::string text;
+  const int result = call.worker.GetCurrentChannelInfo(text);
+  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get current channel information");
+  return AnswerIfOne(call, result, text, result);
+}
+
+// Parameters.
+
+constexpr Parameter Dec() {
+  return {Parse::dec, 0, false};
+}
+constexpr Parameter Num(int preset) {
+  return {Parse::num, preset, false};
+}
+constexpr Parameter Required(int preset) {
+  return {Parse::num, preset, true};
+}
+
+// Presets of answers that stand for "unknown".
+constexpr int kUnknownType = 29;
+constexpr int kUnknownSource = 101;
+constexpr int kUnknownPreviousSource = 100;
+
+constexpr Command kCommands[] = {
+    // clang-format off
+    {"SetWindow",                           {{Dec()}},               Answer::code, 0, Code<&W::SetWindow>},
+    {"GetCurrentChannel_Major",             {},                      Answer::value, 0, Value<&W::GetCurrentChannel_Major>},
+    {"GetCurrentChannel_Minor",             {},                      Answer::value, 0, Value<&W::GetCurrentChannel_Minor>},
+    {"GetCurrentChannel_Name",              {},                      Answer::name, 0, Name<&W::GetCurrentChannel_Name>},
+    {"GetCurrentChannel_OriginNetID",       {},                      Answer::value, 0, Value<&W::GetCurrentChannel_OriginNetID>},
+    {"GetCurrentChannel_ProgramNumber",     {},                      Answer::value, 0, Value<&W::GetCurrentChannel_ProgramNumber>},
+    {"GetCurrentChannel_PTC",               {},                      Answer::value, 0, Value<&W::GetCurrentChannel_PTC>},
+    {"GetCurrentChannel_ServiceName",       {},                      Answer::name, 0, Name<&W::GetCurrentChannel_ServiceName>},
+    {"GetCurrentChannel_TransportStreamID", {},                      Answer::value, 0, Value<&W::GetCurrentChannel_TransportStreamID>},
+    {"GetCurrentChannel_Type",              {},                      Answer::value, kUnknownType, Value<&W::GetCurrentChannel_Type>},
+    {"GetSource",                           {{Num(-1)}},             Answer::value, kUnknownSource, GetSource},
+    {"GetPreviousSource",                   {},                      Answer::value, kUnknownPreviousSource, Value<&W::GetPreviousSource>},
+    {"FindChannel",                         {{Dec(), Dec()}},        Answer::code, 0, Code<&W::FindChannel>},
+    {"GetChannel_Major",                    {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_Major>},
+    {"GetChannel_Minor",                    {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_Minor>},
+    {"GetChannel_Name",                     {{Dec()}},               Answer::name, 0, Name<&W::GetChannel_Name>},
+    {"GetChannel_OriginNetID",              {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_OriginNetID>},
+    {"GetChannel_ProgramNumber",            {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_ProgramNumber>},
+    {"GetChannel_PTC",                      {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_PTC>},
+    {"GetChannel_ServiceName",              {{Dec()}},               Answer::name, 0, Name<&W::GetChannel_ServiceName>},
+    {"GetChannel_TransportStreamID",        {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_TransportStreamID>},
+    {"GetChannel_Type",                     {{Dec()}},               Answer::value, kUnknownType, Value<&W::GetChannel_Type>},
+    {"GetChannel_Size",                     {},                      Answer::value, 0, Value<&W::GetChannel_Size>},
+    {"GetChannel_ServiceId",                {{Num(0), Num(0), Num(0)}}, Answer::ascii, 0, GetChannelServiceId},
+    {"GetChannel_OnTVJson",                 {{Dec()}},               Answer::textOrCode, 0, GetChannelOnTVJson},
+    {"SetTVMode",                           {{Required(-1)}},        Answer::code, 0, Code<&W::SetTVMode>},
+    {"GetTVMode",                           {},                      Answer::value, -1, GetTVMode},
+    {"GetFullChannelList",                  {},                      Answer::textOrNone, 0, GetFullChannelList},
+    {"GetCurrentChannelInfo",               {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
+    {"GetCurrentChannel",                   {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
+    {"GetStartChannel_Type",                {},                      Answer::value, kUnknownType, Value<&W::GetStartChannel_Type>},
+    {"GetStartChannel_Major",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Major>},
+    {"GetStartChannel_Minor",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Minor>},
+    {"GetStartChannel_Name",                {},                      Answer::name, 0, Name<&W::GetStartChannel_Name>},
+    {"GetStartChannel_ServiceId",           {},                      Answer::ascii, 0, GetStartChannelServiceId},
+    {"GetStartChannel_Info",                {},                      Answer::textOrCode, 0, Text<&W::GetStartChannel_Info>},
+    {"GetPreviousChannelInfo",              {},                      Answer::textOrCode, 0, Text<&W::GetPreviousChannelInfo>},
+    {"GetSourceState",                      {},                      Answer::value, 0, Value<&W::GetSourceState>},
+    // clang-format on
+};
+
+}  // namespace
+
+const Command* FindCommand(std::string_view name) {
+  for (const Command& command : kCommands) {
+    if (command.name == name) return &command;
+  }
+  return nullptr;
+}
+
+const Command* CommandTable(std::size_t& count) {
+  count = sizeof kCommands / sizeof *kCommands;
+  return kCommands;
+}
+
+}  // namespace kel

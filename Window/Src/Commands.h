@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "EmpEngineWindow.h"
+#include "EmpTaskWindow.h"
+
+// The command table: what a row is made of. The rows stand in Commands.cpp. Used by the engine, and by the tools that
+// write the catalogue of commands.
+
+namespace kel {
+
+/// How a text parameter is read.
+enum class Parse {
+  none,  ///< the command has no such parameter
+  dec,   ///< decimal digits at the front, 0 for garbage; clamped to the range of `int`
+  num,   ///< a whole decimal number; anything else does not parse and reads as the preset
+  u64,   ///< unsigned 64-bit: decimal, 0x hexadecimal or 0 octal digits at the front
+};
+
+struct Parameter {
+  Parse parse = Parse::none;
+  int preset = 0;         ///< of `num`
+  bool required = false;  ///< of `num`: a text that does not parse is answered with the row's refusal
+};
+
+inline constexpr std::size_t kParameters = 4;
+
+/// A call's parameters, read as its row states.
+struct Arguments {
+  std::array<int, kParameters> number{};  ///< of `dec` and `num`
+  std::array<bool, kParameters> parsed{};
+  std::array<bool, kParameters> given{};  ///< the text is not empty
+  unsigned long long id = 0;              ///< of `u64`
+};
+
+/// What a command answers. Negative worker results are always answered as they are, as a number.
+enum class Answer {
+  code,        ///< the worker's result
+  value,       ///< a number; its preset when the worker leaves it
+  name,        ///< UTF-16 text
+  ascii,       ///< text
+  textOrCode,  ///< document when the worker answers 1, else its result
+  textOrNone,  ///< document when the worker answers 1, else -1
+};
+
+struct Command;
+
+/// A command on its way through its row.
+struct Call {
+  const Command& command;
+  CEmpTaskWindow& worker;
+  const Arguments& in;
+  CEmpEngineWindow::Reply& reply;
+};
+
+struct Command {
+  std::string_view name;
+  std::array<Parameter, kParameters> parameters;
+  Answer answer;
+  int preset;  ///< of the answer's value
+  /// Runs the row: calls the worker, answers, and returns the result code.
+  int (*run)(const Call& call);
+  int refusal = -1;  ///< answer and result code when a required parameter does not parse
+};
+
+/// The row of that name; null when there is none. The first row of a name is the one that counts.
+const Command* FindCommand(std::string_view name);
+
+/// All rows, in comparison order.
+const Command* CommandTable(std::size_t& count);
+
+/// See `CEmpEngineWindow`.
+class CEmpEngineWindow::Reply {
+ public:
+  Reply(CEmpEngineWindow& engine, std::string& ret) : m_engine(engine), m_ret(ret) {}
+
+  void Integer(int value) { m_engine.SetReturnValueInteger(m_ret, value); }
+  void Ascii(const char* text) { m_engine.SetReturnValueASCII(m_ret, text); }
+  void Ascii(std::string& text) { m_engine.SetReturnValueASCII(m_ret, text); }
+  void Unicode(unsigned short* text) { m_engine.SetReturnValueUNICODE(m_ret, text); }
+
+ private:
+  CEmpEngineWindow& m_engine;
+  std::string& m_ret;
+};
+
+}  // namespace kel

@@ -1,0 +1,131 @@
+// The command engine: dispatch by the command table. Calls the framework's parsing, logging and result encoding, and
+// nothing of the TV service.
+#include "EmpEngineWindow.h"
+
+#include <pthread.h>
+
+#include <climits>
+#include <cstdlib>
+#include <exception>
+
+#include "Ask.h"
+#include "Commands.h"
+#include "kel/ParamList.h"
+#include "kel/StringToNumber.h"
+
+namespace kel {
+
+namespace {
+
+constexpr const char* kEngineFile = "Window/Src/EmpEngineWindow";
+
+int Decimal(const std::string& text) {
+  const long number = std::strtol(text.c_str(), nullptr, 10);
+  if (number > INT_MAX) return INT_MAX;
+  if (number < INT_MIN) return INT_MIN;
+  return static_cast<int>(number);
+}
+
+/// Reads the parameters as the row states. False when one that is required does not parse.
+bool ReadArguments(const Command& command, const std::array<const std::string*, kParameters>& texts, Arguments& in) {
+  bool complete = true;
+  for (std::size_t at = 0; at < kParameters; ++at) {
+    const Parameter& parameter = command.parameters[at];
+    const std::string& text = *texts[at];
+    in.given[at] = !text.empty();
+    switch (parameter.parse) {
+      case Parse::none:
+        break;
+      case Parse::dec:
+        in.number[at] = Decimal(text);
+        break;
+      case Parse::num:
+        in.number[at] = parameter.preset;
+        in.parsed[at] = StringToNumber(text, in.number[at]);
+        complete = complete && (in.parsed[at] || !parameter.required);
+        break;
+      case Parse::u64:
+        in.id = std::strtoull(text.c_str(), nullptr, 0);
+        break;
+    }
+  }
+  return complete;
+}
+
+int RunCommand(const Command& command, CEmpTaskWindow& worker, const std::array<const std::string*, kParameters>& texts,
+               CEmpEngineWindow::Reply& reply) {
+  Arguments in;
+  if (!ReadArguments(command, texts, in)) {
+    reply.Integer(command.refusal);
+    return command.refusal;
+  }
+  return command.run({command, worker, in, reply});
+}
+
+}  // namespace
+
+CEmpEngineWindow::CEmpEngineWindow() : m_pEmpTaskWindow(nullptr) {
+  KEL_LOG(kRoutine, "[CEmpEngineWindow::CEmpEngineWindow][%p] begin.", static_cast<void*>(this));
+  KEL_LOG_PLACE(kEngineFile, __func__, kRoutine);
+  constexpr CEmpTaskWindow* none = nullptr;
+  m_pEmpTaskWindow = Try(__func__, none, [] { return new CEmpTaskWindow; });
+  const bool created = m_pEmpTaskWindow != nullptr &&
+                       Try(__func__, false, [this] { return m_pEmpTaskWindow->Create("CEmpTaskWindow", this); });
+  if (!created) KEL_LOG_ERROR(kEngineFile, __func__, kMissingWorker);
+  KEL_LOG(kRoutine, "[CEmpEngineWindow::CEmpEngineWindow][%p] end.", static_cast<void*>(this));
+}
+
+CEmpEngineWindow::~CEmpEngineWindow() {
+  KEL_LOG(kRoutine, "[CEmpEngineWindow::~CEmpEngineWindow][%p] begin.", static_cast<void*>(this));
+  KEL_LOG_PLACE(kEngineFile, __func__, kRoutine);
+  if (m_pEmpTaskWindow != nullptr) {
+    if (m_pEmpTaskWindow->FlagCreate()) m_pEmpTaskWindow->Destroy();
+    delete m_pEmpTaskWindow;
+    m_pEmpTaskWindow = nullptr;
+  }
+  KEL_LOG(kRoutine, "[CEmpEngineWindow::~CEmpEngineWindow][%p] end.", static_cast<void*>(this));
+}
+
+bool CEmpEngineWindow::Execute(std::string& ret, const std::string& cmd, const std::string& p1, const std::string& p2,
+                               const std::string& p3, const std::string& p4) {
+  const void* const self = this;
+  KEL_LOG(kRoutine, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s],pid = %lu", __func__, self, cmd.c_str(),
+          p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str(), static_cast<unsigned long>(pthread_self()));
+  if (m_pEmpTaskWindow == nullptr) {
+    KEL_LOG(kMissingWorker, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s] but m_pEmpTaskWindow is NULL!!", __func__,
+            self, cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str());
+    KEL_LOG_ERROR(kEngineFile, __func__, kMissingWorker);
+    return false;
+  }
+  const Command* const command = FindCommand(cmd);
+  if (command == nullptr) {
+    KEL_LOG(kRoutine, "CEmpEngineWindow::Execute Command[%s] is NOT supported. return false", cmd.c_str());
+    return false;
+  }
+  Reply reply(*this, ret);
+  int result = -1;
+  try {
+    result = RunCommand(*command, *m_pEmpTaskWindow, {&p1, &p2, &p3, &p4}, reply);
+  } catch (const std::exception& exception) {
+    LogException(__func__, exception.what());
+    reply.Integer(result);
+  } catch (...) {
+    LogException(__func__, kUnknownException);
+    reply.Integer(result);
+  }
+  KEL_LOG(kRoutine, "CEmpEngineWindow::Execute Command[%s] Finish result[%d].", cmd.c_str(), result);
+  return true;
+}
+
+bool CEmpEngineWindow::ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& /*params*/) {
+  KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList[%s]\n", cmd.c_str());
+  if (cmd.empty()) {
+    KEL_LOG(kRoutine, "Command length is <= 0.\n");
+    return false;
+  }
+  SetReturnValueInteger(ret, -1);
+  KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] is NOT supported. return false", cmd.c_str());
+  return false;
+}
+
+}  // namespace kel

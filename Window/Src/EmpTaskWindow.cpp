@@ -1,0 +1,307 @@
+// The worker's life cycle, its proxies and the window selection. Calls the factories of TVServiceAPI and the engine's
+// GetAppInfo.
+#include "EmpTaskWindow.h"
+
+#include "Ask.h"
+#include "TaskFile.h"
+#include "kel/CEmpEngineBase.h"
+#include "tvservice/TVServiceAPI.h"
+
+namespace kel {
+
+namespace {
+
+constexpr int kIndex = 0;  // second argument of every factory
+
+template <typename Interface>
+using Factory = int (*)(EProfile, int, Interface**);
+
+// The two factories that differ, under the signature of the others.
+int MakeService(EProfile, int, IService** service) {
+  return TVServiceAPI::CreateService(service);
+}
+int MakeServiceDataAux(EProfile profile, int index, ServiceDataAux** aux) {
+  *aux = TVServiceAPI::ServiceDataAux(profile, index);
+  return 0;
+}
+
+enum class Made { yes, refused, nothing };
+
+/// Runs a factory. `target` is null afterwards unless it made something.
+template <typename Interface>
+Made Make(const char* function, Interface*& target, Factory<Interface> factory, EProfile profile) {
+  target = nullptr;
+  if (Try(function, kFailed, [&] { return factory(profile, kIndex, &target); }) == 0) {
+    return target == nullptr ? Made::nothing : Made::yes;
+  }
+  target = nullptr;
+  return Made::refused;
+}
+
+/// One step of `Create`: runs a factory for the main window. @return 1 for a failure, 0 for none.
+template <typename Interface>
+int MakeFirst(Interface*& target, Factory<Interface> factory, int level, const char* failed) {
+  if (Make("Create", target, factory, PROFILE_MAIN) == Made::yes) return 0;
+  KEL_LOG_AS("Create", level, "%s", failed);
+  return 1;
+}
+
+/// One interface of window selection and what it logs when it can't be made.
+template <typename Interface>
+struct Binding {
+  Factory<Interface> factory;
+  const char* refused;
+  const char* nothing;
+};
+
+/// Makes a window's own instance where it is missing, and that instance the active one.
+template <typename Interface>
+bool Bind(const char* function, Interface*& active, Interface*& own, EProfile profile,
+          const Binding<Interface>& binding) {
+  const Made made = own == nullptr ? Make(function, own, binding.factory, profile) : Made::yes;
+  if (made == Made::refused) KEL_LOG_AS(function, kFailure, binding.refused, static_cast<int>(profile), kIndex);
+  if (made == Made::nothing) KEL_LOG_AS(function, kFailure, "%s", binding.nothing);
+  if (made != Made::yes) return false;
+  active = own;
+  return true;
+}
+
+/// Makes an active proxy on first use; a proxy made so is no window's own.
+template <typename Interface>
+bool Check(const char* function, Interface*& active, Factory<Interface> factory, int window, const char* missing,
+           const char* failed) {
+  if (active != nullptr) return true;
+  KEL_LOG_AS(function, kFailure, missing, window);
+  const EProfile profile = window == PL_WINDOW_WINDOW_MAIN ? PROFILE_MAIN : PROFILE_PIP;
+  if (Make(function, active, factory, profile) == Made::yes) return true;
+  KEL_LOG_AS(function, kFailure, "%s", failed);
+  return false;
+}
+
+constexpr const char* kMainSource = "db/emp/mainsource";
+constexpr const char* kPreviousMainSource = "db/emp/previousmainsource";
+constexpr const char* kPipSource = "db/emp/pipsource";
+constexpr const char* kPreviousPipSource = "db/emp/previouspipsource";
+
+}  // namespace
+
+CEmpTaskWindow::CEmpTaskWindow()
+    : m_pEngine(nullptr),
+      m_baseScrW(1920),
+      m_baseScrH(1080),
+      svc_navi_proxy(nullptr),
+      svc_navi_proxy_main(nullptr),
+      svc_navi_proxy_pip(nullptr),
+      src_ctrl_proxy(nullptr),
+      src_ctrl_proxy_main(nullptr),
+      src_ctrl_proxy_pip(nullptr),
+      video_ctrl_proxy(nullptr),
+      video_ctrl_proxy_main(nullptr),
+      video_ctrl_proxy_pip(nullptr),
+      av_ctrl_proxy(nullptr),
+      av_ctrl_proxy_main(nullptr),
+      av_ctrl_proxy_pip(nullptr),
+      servicedata_aux_proxy(nullptr),
+      servicedata_aux_proxy_main(nullptr),
+      servicedata_aux_proxy_pip(nullptr),
+      svc_datacontrol_proxy(nullptr),
+      svc_datacontrol_proxy_main(nullptr),
+      svc_datacontrol_proxy_pip(nullptr),
+      tuner_ctrl_proxy(nullptr),
+      svc_proxy(nullptr),
+      t_eWindow(3) {
+  KEL_LOG(kInformation, "[CEmpTaskWindow::CEmpTaskWindow][%p] begin.", static_cast<void*>(this));
+  KEL_LOG(kInformation, "[CEmpTaskWindow::CEmpTaskWindow][%p] end.", static_cast<void*>(this));
+}
+
+CEmpTaskWindow::~CEmpTaskWindow() {
+  KEL_LOG(kInformation, "[CEmpTaskWindow::~CEmpTaskWindow][%p] begin.", static_cast<void*>(this));
+  if (m_pEngine != nullptr) CEmpTaskWindow::Destroy();
+  KEL_LOG(kInformation, "[CEmpTaskWindow::~CEmpTaskWindow][%p] end.", static_cast<void*>(this));
+}
+
+void CEmpTaskWindow::Destroy() {
+  KEL_LOG(kInformation, "[CEmpTaskWindow::Destroy][%p] begin.", static_cast<void*>(this));
+  t_ClearChannelList();
+  KEL_LOG(kInformation, "[CEmpTaskWindow::Destroy][%p] end.", static_cast<void*>(this));
+}
+
+bool CEmpTaskWindow::FlagCreate() {
+  return m_pEngine != nullptr;
+}
+
+bool CEmpTaskWindow::Create(const char* /*name*/, CEmpEngineBase* engine) {
+  KEL_LOG(kInformation, "[CEmpTaskWindow::Create][%p] begin.", static_cast<void*>(this));
+  int nError = 0;
+  if (FlagCreate()) {
+    KEL_LOG(kInformation, "[CEmpTaskWindow::Create][%p] end.[nError:%d]", static_cast<void*>(this), nError);
+  } else {
+    m_pEngine = engine;
+    nError = t_CreateProxies();
+    m_SourceVconf = kMainSource;
+    m_PreviousSourceVconf = kPreviousMainSource;
+    KEL_LOG(kInformation, "resolution is RES_1920x1080");
+    m_baseScrW = 1920;
+    m_baseScrH = 1080;
+    KEL_LOG(kInformation, "[m_baseScrW = %d,[m_baseScrH:%d]", m_baseScrW, m_baseScrH);
+    KEL_LOG(kInformation, "[CEmpTaskWindow::Create][%p] end.[nError:%d]", static_cast<void*>(this), nError);
+  }
+  if (nError != 0) return false;
+
+  t_eWindow = PL_WINDOW_WINDOW_MAIN;
+  const bool seeded = t_InitSourceVconf();
+  if (!seeded) KEL_LOG(kFailure, "[CEmpTaskWindow::Create] t_InitSourceVconf failed");
+  return seeded;
+}
+
+int CEmpTaskWindow::t_CreateProxies() {
+  int nError = MakeFirst(svc_proxy, MakeService, kFailure, "CEmpTaskWindow::Create. svc_proxy create is FAIL!!");
+  nError += MakeFirst(src_ctrl_proxy_main, TVServiceAPI::CreateSourceControl, kFailure,
+                      "CEmpTaskWindow::Create. src_ctrl_proxy create is FAIL!!");
+  src_ctrl_proxy = src_ctrl_proxy_main;
+  nError += MakeFirst(svc_navi_proxy_main, TVServiceAPI::CreateServiceNavigation, kFailure,
+                      "CEmpTaskWindow::Create. svc_navi_proxy create is FAIL!!");
+  svc_navi_proxy = svc_navi_proxy_main;
+  nError += MakeFirst(av_ctrl_proxy_main, TVServiceAPI::CreateAVControl, kFailure,
+                      "CEmpTaskWindow::Create. av_ctrl_proxy create is FAIL!!");
+  av_ctrl_proxy = av_ctrl_proxy_main;
+  nError += MakeFirst(servicedata_aux_proxy_main, MakeServiceDataAux, kFailure,
+                      "CEmpTaskWindow::Create. servicedata_aux_proxy create is FAIL!!");
+  servicedata_aux_proxy = servicedata_aux_proxy_main;
+  // The next three are made active and nothing more: selecting the main window later makes another video control.
+  nError += MakeFirst(video_ctrl_proxy, TVServiceAPI::CreateVideoControl, kFailure,
+                      "CEmpTaskWindow::Create. video_ctrl_proxy create is FAIL!!");
+  nError += MakeFirst(tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, kInformation,
+                      "CEmpTaskTV::Create. tuner_ctrl_proxy create is FAIL!!");
+  nError += MakeFirst(svc_datacontrol_proxy, TVServiceAPI::CreateDataControl, kFailure,
+                      "CEmpTaskWindow::Create. svc_datacontrol_proxy create is FAIL!!");
+  return nError;
+}
+
+int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kRoutine);
+  t_eWindow = window;
+  const bool main = window == PL_WINDOW_WINDOW_MAIN;
+  const EProfile profile = main ? PROFILE_MAIN : PROFILE_PIP;
+  if (main) {
+    KEL_LOG(kRoutine, "PL_WINDOW_WINDOW_MAIN");
+  } else {
+    KEL_LOG(kRoutine, "PL_WINDOW_WINDOW_PIP");
+  }
+
+  // The picture-in-picture window reports its navigation in the words of the source control.
+  const Binding<IServiceNavigation> navigation{
+      TVServiceAPI::CreateServiceNavigation,
+      main ? "CreateServiceNavigation returned false for [p:%d,s:%d] failed."
+           : "CreateSourceControl returned false for [p:%d,s:%d] failed.",
+      main ? "CreateServiceNavigation returned NULL!!!" : "CreateSourceControl returned NULL!!!"};
+  const Binding<IVideoControl> video{TVServiceAPI::CreateVideoControl,
+                                     "CreateVideoControl returned false for [p:%d,s:%d] failed.",
+                                     "CreateVideoControl returned NULL!!!"};
+  const Binding<IAVControl> av{TVServiceAPI::CreateAVControl, "CreateAVControl returned false for [p:%d,s:%d] failed.",
+                               "CreateAVControl returned NULL!!!"};
+
+  const bool bound =
+      Bind(__func__, svc_navi_proxy, main ? svc_navi_proxy_main : svc_navi_proxy_pip, profile, navigation) &&
+      t_BindSourceControl(__func__, profile) &&
+      Bind(__func__, video_ctrl_proxy, main ? video_ctrl_proxy_main : video_ctrl_proxy_pip, profile, video) &&
+      Bind(__func__, av_ctrl_proxy, main ? av_ctrl_proxy_main : av_ctrl_proxy_pip, profile, av) &&
+      t_BindServiceDataAux(profile);
+  if (!bound) return 0;
+  t_BindDataControl(main);
+  return 1;
+}
+
+bool CEmpTaskWindow::t_BindSourceControl(const char* function, EProfile profile) {
+  const Binding<ISourceControl> control{TVServiceAPI::CreateSourceControl,
+                                        "CreateSourceControl returned false for [p:%d,s:%d] failed.",
+                                        "CreateSourceControl returned NULL!!!"};
+  const bool main = profile == PROFILE_MAIN;
+  if (!Bind(function, src_ctrl_proxy, main ? src_ctrl_proxy_main : src_ctrl_proxy_pip, profile, control)) return false;
+  m_SourceVconf = main ? kMainSource : kPipSource;
+  m_PreviousSourceVconf = main ? kPreviousMainSource : kPreviousPipSource;
+  return true;
+}
+
+bool CEmpTaskWindow::t_BindServiceDataAux(EProfile profile) {
+  ServiceDataAux*& own = profile == PROFILE_MAIN ? servicedata_aux_proxy_main : servicedata_aux_proxy_pip;
+  if (own == nullptr && Make("SetWindow", own, MakeServiceDataAux, profile) != Made::yes) {
+    KEL_LOG_AS("SetWindow", kFailure, "ServiceDataAux returned NULL!!!");
+    return false;
+  }
+  servicedata_aux_proxy = own;
+  return true;
+}
+
+void CEmpTaskWindow::t_BindDataControl(bool main) {
+  IDataControl*& own = main ? svc_datacontrol_proxy_main : svc_datacontrol_proxy_pip;
+  // Made for the main profile in both windows. Without one the window is selected all the same.
+  if (own == nullptr && Make("SetWindow", own, TVServiceAPI::CreateDataControl, PROFILE_MAIN) != Made::yes) {
+    if (main) {
+      KEL_LOG_AS("SetWindow", kFailure, "SetWindow svc_datacontrol_proxy_main create is FAIL!!");
+    } else {
+      KEL_LOG_AS("SetWindow", kFailure, "SetWindow svc_datacontrol_proxy_pip create is FAIL!!");
+    }
+  }
+  svc_datacontrol_proxy = own;
+}
+
+bool CEmpTaskWindow::t_CheckServiceproxy() {
+  return Check(__func__, svc_proxy, MakeService, t_eWindow, "src_ctrl_proxy is NULL t_eWindow =%d",
+               "CEmpTaskWindow svc_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckServiceNavigationproxy() {
+  return Check(__func__, svc_navi_proxy, TVServiceAPI::CreateServiceNavigation, t_eWindow,
+               "svc_navi_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow svc_navi_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckSourceControlproxy() {
+  return Check(__func__, src_ctrl_proxy, TVServiceAPI::CreateSourceControl, t_eWindow,
+               "src_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow src_ctrl_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckVideoControlproxy() {
+  return Check(__func__, video_ctrl_proxy, TVServiceAPI::CreateVideoControl, t_eWindow,
+               "video_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow video_ctrl_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckAVControlproxy() {
+  return Check(__func__, av_ctrl_proxy, TVServiceAPI::CreateAVControl, t_eWindow,
+               "av_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow av_ctrl_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckServiceDataAuxproxy() {
+  return Check(__func__, servicedata_aux_proxy, MakeServiceDataAux, t_eWindow,
+               "servicedata_aux_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow servicedata_aux_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckDataControlproxy() {
+  return Check(__func__, svc_datacontrol_proxy, TVServiceAPI::CreateDataControl, t_eWindow,
+               "svc_datacontrol_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow svc_datacontrol_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_CheckTunerControlproxy() {
+  return Check(__func__, tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, t_eWindow,
+               "tuner_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow tuner_ctrl_proxy create is FAIL!!");
+}
+
+std::string CEmpTaskWindow::t_GetAppId(const char* function) {
+  std::string appId;
+  if (m_pEngine != nullptr) {
+    appId = Try(function, appId, [&] { return m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); });
+  }
+  if (appId.empty()) {
+    KEL_LOG_AS(function, kFailure, "Could not get app ID.");
+    appId = "NoAppId";
+  }
+  KEL_LOG_AS(function, kInformation, "appid is %s", appId.c_str());
+  return appId;
+}
+
+void CEmpTaskWindow::t_ClearChannelList() {
+  for (TCServiceData* service : m_ChannelList) delete service;
+  m_ChannelList.clear();
+}
+
+}  // namespace kel

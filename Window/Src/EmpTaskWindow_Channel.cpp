@@ -1,0 +1,201 @@
+// Looking services up: the found-channel list, the service on screen, the one before, the one that the set starts with,
+// and the TV mode. Calls IServiceNavigation, IService and TCNavigationModeHelper.
+#include "Ask.h"
+#include "Criteria.h"
+#include "EmpTaskWindow.h"
+#include "ServiceFields.h"
+#include "TaskFile.h"
+#include "tvservice/IService.h"
+#include "tvservice/IServiceNavigation.h"
+#include "tvservice/TCNavigationModeHelper.h"
+
+namespace kel {
+
+namespace {
+
+using S = TCServiceData;
+
+void LogFound(const TCServiceData& service) {
+  KEL_LOG_AS("FindChannel", kInformation,
+             "SERVICE_ID = %llu,FREQUENCY = %d,PROGRAM_NUMBER= %d,CHANNEL_TYPE = %d,MAJOR = %d,MINOR = %d, "
+             "TRANSPORT_STREAM_ID = %d, ORIGINAL_NETWORK_ID = %d",
+             ReadServiceId(service), ReadInt(service, S::FREQUENCY),
+             ReadField<unsigned char>(service, S::PROGRAM_NUMBER, 255), ReadInt(service, S::CHANNEL_TYPE),
+             ReadShort(service, S::MAJOR), ReadShort(service, S::MINOR), ReadShort(service, S::TRANSPORT_STREAM_ID),
+             ReadShort(service, S::ORIGINAL_NETWORK_ID));
+}
+
+}  // namespace
+
+int CEmpTaskWindow::t_GetChannelSeek(int index, TCServiceData** out) {
+  if (index < 0 || static_cast<std::size_t>(index) >= m_ChannelList.size()) return 0;
+  auto found = m_ChannelList.begin();
+  std::advance(found, index);
+  *out = *found;
+  return 1;
+}
+
+int CEmpTaskWindow::FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE mode) {
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return -1;
+  }
+  t_ClearChannelList();
+  const int nChannelType = CEmpConverterWindow::GetTCValue(type, PL_WINDOW_MAPPING_TABLE_CHANNEL_TYPE);
+  const TSTvMode nTCTVMode = CEmpConverterWindow::GetTCTVModeValue(mode);
+  KEL_LOG(kInformation, "nTCTVMode.antennaMode = %d, nTCTVMode.serviceMode = %d !",
+          static_cast<int>(nTCTVMode.antennaMode), static_cast<int>(nTCTVMode.serviceMode));
+
+  TCCriteriaHelper criteria;
+  if (!t_GetNavigationCriteria(__func__, NAVIGATION_ALL, nTCTVMode, criteria)) {
+    KEL_LOG(kFailure, "Get navigation criteria failed");
+    return 0;
+  }
+  if (type != PL_WINDOW_CHANNEL_TYPE_ALL) criteria.Where(S::CHANNEL_TYPE, nChannelType);
+  FetchAll(criteria, {S::SERVICE_ID, S::CHANNEL_NAME, S::ORIGINAL_NETWORK_ID, S::PROGRAM_NUMBER, S::TRANSPORT_STREAM_ID,
+                      S::CHANNEL_TYPE, S::PTC, S::MODULATION, S::SOURCE_ID, S::FREQUENCY, S::MAJOR, S::MINOR,
+                      S::SERVICE_FIELD_110});
+  KEL_LOG(kInformation, "execute GetServiceList");
+  // The main window's navigation knows all lists, whichever window asks.
+  const int result = Ask(__func__, svc_navi_proxy_main, [&](IServiceNavigation& navigation) {
+    return navigation.GetServiceList(criteria, m_ChannelList, AnyMode(), 0, 0);
+  });
+  for (const TCServiceData* service : m_ChannelList) LogFound(*service);
+  return result > 0 && !m_ChannelList.empty() ? 1 : 0;
+}
+
+bool CEmpTaskWindow::t_GetNavigationCriteria(const char* function, ENavigationMode navigationMode, TSTvMode mode,
+                                             TCCriteriaHelper& criteria) {
+  constexpr int failed = 0;
+  return Try(function, failed, [&] {
+           return TCNavigationModeHelper::GetNavigationCriteria(navigationMode, mode, criteria, kNoServiceId);
+         }) != 0;
+}
+
+int CEmpTaskWindow::t_GetTvMode(const char* function, TSTvMode& mode) {
+  return Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) { return navigation.GetTvMode(mode); });
+}
+
+int CEmpTaskWindow::GetTVMode(int* pnMode) {
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return 0;
+  }
+  TSTvMode mode = AnyMode();
+  const int result = t_GetTvMode(__func__, mode);
+  if (result < 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return -1;
+  }
+  *pnMode = CEmpConverterWindow::GetPLTVModeValue(mode);
+  return result;
+}
+
+int CEmpTaskWindow::SetTVMode(_PL_WINDOW_TV_MODE mode) {
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return 0;
+  }
+  const TSTvMode nTCTVMode = CEmpConverterWindow::GetTCTVModeValue(mode);
+  const std::string appId = t_GetAppId(__func__);
+  const int result = Ask(__func__, svc_navi_proxy,
+                         [&](IServiceNavigation& navigation) { return navigation.SetTVMode(nTCTVMode, appId); });
+  return result > 0 ? 1 : -1;
+}
+
+int CEmpTaskWindow::t_GetCurrentChannel(TCServiceData& out) {
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return 0;
+  }
+  TCCriteriaHelper criteria;
+  FetchAll(criteria, {S::SERVICE_ID, S::CHANNEL_NAME, S::ORIGINAL_NETWORK_ID, S::PROGRAM_NUMBER, S::TRANSPORT_STREAM_ID,
+                      S::CHANNEL_TYPE, S::PTC, S::MODULATION, S::SOURCE_ID, S::FREQUENCY, S::MAJOR, S::MINOR, S::LOCK,
+                      S::SERVICE_FIELD_110});
+  TSTvMode mode = AnyMode();
+  if (t_GetTvMode(__func__, mode) < 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return 0;
+  }
+  const int result = Ask(__func__, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+    return navigation.GetCurrentService(mode, criteria, out);
+  });
+  if (result < 1) {
+    KEL_LOG(kFailure, "Fail to get current service data\n");
+    return 0;
+  }
+  KEL_LOG(kInformation, "SERVICE_ID = %llu", ReadServiceId(out));
+  KEL_LOG(kInformation, "MAJOR = %d", ReadShort(out, S::MAJOR));
+  return 1;
+}
+
+int CEmpTaskWindow::t_GetPreviousChannel(TCServiceData& out) {
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return 0;
+  }
+  if (!t_CheckServiceproxy()) {
+    KEL_LOG(kFailure, "Serviceproxy is NULL");
+    return 0;
+  }
+  TSTvMode mode = AnyMode();
+  if (t_GetTvMode(__func__, mode) < 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return 0;
+  }
+  unsigned long long serviceId = kNoServiceId;
+  const int known = Ask(__func__, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+    return navigation.GetPreviousServiceId(mode, serviceId);
+  });
+  if (known < 1) {
+    KEL_LOG(kFailure, "Fail to get previous service id\n");
+    return 0;
+  }
+  TCCriteriaHelper criteria;
+  FetchAll(criteria, {S::SERVICE_ID, S::CHANNEL_NAME, S::ORIGINAL_NETWORK_ID, S::PROGRAM_NUMBER, S::TRANSPORT_STREAM_ID,
+                      S::CHANNEL_TYPE, S::PTC, S::MODULATION, S::SOURCE_ID, S::FREQUENCY, S::MAJOR, S::MINOR});
+  criteria.Where(S::SERVICE_ID, serviceId);
+  if (t_FindService(__func__, criteria, out) < 1) {
+    KEL_LOG(kFailure, "Fail to find previous service\n");
+    return 0;
+  }
+  KEL_LOG(kInformation, "previous channel SERVICE_ID = %llu", ReadServiceId(out));
+  KEL_LOG(kInformation, "previous channel MAJOR = %d,MINOR = %d", ReadShort(out, S::MAJOR), ReadShort(out, S::MINOR));
+  return 1;
+}
+
+int CEmpTaskWindow::t_FindService(const char* function, TCCriteriaHelper& criteria, TCServiceData& out) {
+  return Ask(function, svc_proxy, [&](IService& services) { return services.FindService(criteria, out, 1); });
+}
+
+bool CEmpTaskWindow::t_AskStartService(const char* function, unsigned long long& serviceId, int& source) {
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG_AS(function, kFailure, "ServiceNavigationproxy is NULL");
+    return false;
+  }
+  const int result = Ask(function, svc_navi_proxy,
+                         [&](IServiceNavigation& navigation) { return navigation.GetStartService(serviceId, source); });
+  if (result < 1) KEL_LOG_AS(function, kFailure, "Fail to GetStartService!!!");
+  return result >= 1;
+}
+
+int CEmpTaskWindow::t_GetStartService(TCServiceData& out) {
+  unsigned long long serviceId = kNoServiceId;
+  int source = -1;
+  if (!t_AskStartService(__func__, serviceId, source)) return 0;
+  if (!t_CheckServiceproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return 0;
+  }
+  KEL_LOG(kInformation, "serviceId = %llu, source = %d", serviceId, source);
+  TCCriteriaHelper criteria;
+  FetchAll(criteria, {S::CHANNEL_NAME, S::MAJOR, S::MINOR, S::CHANNEL_TYPE, S::SERVICE_ID});
+  criteria.Where(S::SERVICE_ID, serviceId);
+  if (t_FindService(__func__, criteria, out) < 1) {
+    KEL_LOG(kFailure, "Fail to FindService!!!");
+    return 0;
+  }
+  return 1;
+}
+
+}  // namespace kel

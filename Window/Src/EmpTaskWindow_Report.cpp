@@ -1,0 +1,295 @@
+// Documents about channels, as JSON. Calls IServiceNavigation and TCNavigationModeHelper for the full list, and
+// otherwise only the lookups. Documents are written by jsoncpp, which sorts their members by key.
+#include <json/json.h>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+#include "Ask.h"
+#include "Criteria.h"
+#include "EmpTaskWindow.h"
+#include "ServiceFields.h"
+#include "TaskFile.h"
+#include "Ucs2Text.h"
+#include "tvservice/IServiceNavigation.h"
+
+// The styled writer is deprecated in favour of one with another layout; this layout is what applications parse.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace kel {
+
+namespace {
+
+using S = TCServiceData;
+
+/// Records handed over by the TV service; deleted when the list goes.
+struct ServiceList {
+  ServiceList() = default;
+  ServiceList(const ServiceList&) = delete;
+  ServiceList& operator=(const ServiceList&) = delete;
+  ~ServiceList() {
+    for (TCServiceData* service : services) delete service;
+  }
+  std::list<TCServiceData*> services;
+};
+
+std::string ServiceIdText(const TCServiceData& service) {
+  std::array<char, 33> text{};
+  std::snprintf(text.data(), text.size(), "%llu", ReadServiceId(service));
+  return text.data();
+}
+
+/// Big-endian units as UTF-8, up to the first zero and cut where the conversion's room ends.
+std::string Utf8(const std::vector<unsigned short>& units) {
+  if (units.empty()) return {};
+  std::array<char, kUtf8Room + 1> text{};
+  ucs2utf8(text.data(), reinterpret_cast<const char*>(units.data()), units.size() * sizeof(unsigned short));
+  return text.data();
+}
+
+std::string ChannelName(const TCServiceData& service) {
+  return Utf8(ReadText(service, S::CHANNEL_NAME));
+}
+
+int PLValue(const TCServiceData& service, int fieldId, _PL_WINDOW_MAPPING_TABLE_ID table) {
+  return CEmpConverterWindow::GetPLValue(ReadInt(service, fieldId), table);
+}
+
+/// The members that the document of every channel has.
+void FillChannel(Json::Value& root, const TCServiceData& service) {
+  root["type"] = PLValue(service, S::CHANNEL_TYPE, PL_WINDOW_MAPPING_TABLE_CHANNEL_TYPE);
+  root["major"] = static_cast<int>(ReadShort(service, S::MAJOR));
+  root["minor"] = static_cast<int>(ReadShort(service, S::MINOR));
+  root["channelName"] = ChannelName(service);
+  root["serviceId"] = ServiceIdText(service);
+}
+
+/// The members that the start channel's document lacks.
+void FillTuning(Json::Value& root, const TCServiceData& service) {
+  root["serviceid"] = ServiceIdText(service);
+  root["ptc"] = static_cast<int>(ReadShort(service, S::PTC));
+  root["frequency"] = ReadInt(service, S::FREQUENCY);
+  root["lock"] = static_cast<int>(ReadShort(service, S::LOCK));
+  root["originalNetworkId"] = static_cast<int>(ReadShort(service, S::ORIGINAL_NETWORK_ID));
+  root["programNumber"] = static_cast<int>(ReadShort(service, S::PROGRAM_NUMBER));
+  root["sourceId"] = static_cast<int>(ReadShort(service, S::SOURCE_ID));
+  root["transportStreamId"] = static_cast<int>(ReadShort(service, S::TRANSPORT_STREAM_ID));
+  root["tuneMode"] = PLValue(service, S::MODULATION, PL_WINDOW_MAPPING_TABLE_MODULATION);
+}
+
+/// Adds the members of the attached text, which win over those that stand already; a text that is no JSON adds none.
+void MergeAttached(Json::Value& root, const std::string& text) {
+  if (text.empty()) return;
+  Json::Value attached;
+  Json::Reader reader;
+  if (!reader.parse(text, attached, true)) return;
+  for (const std::string& name : attached.getMemberNames()) root[name] = attached[name];
+}
+
+void AppendUtf8(std::string& out, unsigned codePoint) {
+  const auto append = [&](unsigned byte) { out += static_cast<char>(byte); };
+  const auto continuation = [&](unsigned shift) { append(0x80U | (codePoint >> shift & 0x3FU)); };
+  if (codePoint < 0x80) {
+    append(codePoint);
+  } else if (codePoint < 0x800) {
+    append(0xC0U | codePoint >> 6);
+    continuation(0);
+  } else if (codePoint < 0x10000) {
+    append(0xE0U | codePoint >> 12);
+    continuation(6);
+    continuation(0);
+  } else {
+    append(0xF0U | codePoint >> 18);
+    continuation(12);
+    continuation(6);
+    continuation(0);
+  }
+}
+
+bool IsHighSurrogate(unsigned unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool IsLowSurrogate(unsigned unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+unsigned HostOrder(unsigned short unit) {
+  return (unit & 0xFFU) << 8 | unit >> 8;
+}
+
+/// One element of the full channel list, and its log line.
+Json::Value ListedChannel(const TCServiceData& service) {
+  constexpr const char* function = "GetFullChannelList";
+  const std::string serviceId = ServiceIdText(service);
+  const std::vector<unsigned short> units = ReadText(service, S::CHANNEL_NAME);
+  if (!units.empty()) {
+    KEL_LOG_AS(function, kInformation, "len = %d, c_len=%d", static_cast<int>(units.size()),
+               static_cast<int>(units.size() * 2));
+  }
+  const std::string name = Utf8(units);
+  const int major = ReadShort(service, S::MAJOR);
+  const int minor = ReadShort(service, S::MINOR);
+  const int type = ReadInt(service, S::CHANNEL_TYPE);
+  const int frequency = ReadInt(service, S::FREQUENCY);
+  const int number = ReadShort(service, S::PTC);
+  const int program = ReadField<unsigned char>(service, S::PROGRAM_NUMBER, 255);  // the format has its low byte only
+  const int network = ReadShort(service, S::ORIGINAL_NETWORK_ID);
+  KEL_LOG_AS(function, kInformation,
+             "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
+             "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
+             ReadServiceId(service), name.c_str(), major, minor, type, frequency, number, program, network);
+
+  Json::Value element;
+  element["SERVICE_ID"] = serviceId;
+  element["SERVICE_NAME"] = name;
+  element["MAJOR"] = major;
+  element["MINOR"] = minor;
+  element["CHANNEL_TYPE"] = type;
+  element["FREQUENCY"] = frequency;
+  element["CHANNEL_NUMBER"] = number;
+  element["PROGRAM_NUMBER"] = program;
+  element["ORIGINAL_NETWORK_ID"] = network;
+  return element;
+}
+
+/// Writes the document of a list, deleting each record once it is written.
+std::string ChannelListText(std::list<TCServiceData*>& services) {
+  Json::Value root;
+  root["ListName"] = "ChannelList";
+  Json::Value elements(Json::arrayValue);
+  while (!services.empty()) {
+    const std::unique_ptr<TCServiceData> service(services.front());
+    services.pop_front();
+    elements.append(ListedChannel(*service));
+  }
+  root["TCServiceData"] = std::move(elements);
+  return Json::StyledWriter().write(root);
+}
+
+}  // namespace
+
+std::string CEmpTaskWindow::t_GetServiceJsonText(const TCServiceData& service) {
+  const std::vector<unsigned short> units = ReadText(service, S::SERVICE_FIELD_110);
+  std::string text;
+  text.reserve(units.size());
+  for (std::size_t at = 0; at < units.size(); ++at) {
+    const unsigned unit = HostOrder(units[at]);
+    if (IsHighSurrogate(unit) && at + 1 < units.size()) {
+      // The unit behind a high surrogate goes with it, also when the two are no pair.
+      const unsigned low = HostOrder(units[++at]);
+      if (IsLowSurrogate(low)) AppendUtf8(text, 0x10000U + ((unit & 0x3FFU) << 10 | (low & 0x3FFU)));
+    } else if (!IsHighSurrogate(unit) && !IsLowSurrogate(unit)) {
+      AppendUtf8(text, unit);
+    }
+  }
+  return text;
+}
+
+std::string CEmpTaskWindow::t_GetChannelInfo(TCServiceData* service) {
+  if (service == nullptr) return {};
+  try {
+    Json::Value root;
+    FillChannel(root, *service);
+    FillTuning(root, *service);
+    MergeAttached(root, t_GetServiceJsonText(*service));
+    return Json::StyledWriter().write(root);
+  } catch (const std::exception& exception) {
+    LogException(__func__, exception.what());
+    return {};
+  }
+}
+
+int CEmpTaskWindow::GetCurrentChannelInfo(std::string& strInfo) {
+  TCServiceData service;
+  if (t_GetCurrentChannel(service) != 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return -1;
+  }
+  strInfo = t_GetChannelInfo(&service);
+  return 1;
+}
+
+int CEmpTaskWindow::GetPreviousChannelInfo(std::string& strInfo) {
+  TCServiceData service;
+  if (t_GetPreviousChannel(service) != 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return -1;
+  }
+  strInfo = t_GetChannelInfo(&service);
+  return 1;
+}
+
+int CEmpTaskWindow::GetStartChannel_Info(std::string& strInfo) {
+  TCServiceData service;
+  if (t_GetStartService(service) != 1) {
+    KEL_LOG(kFailure, "Get start service failed");
+    return -1;
+  }
+  try {
+    Json::Value root;
+    FillChannel(root, service);
+    strInfo = Json::StyledWriter().write(root);
+  } catch (const std::exception& exception) {
+    LogException(__func__, exception.what());
+    return -1;
+  }
+  KEL_LOG(kInformation, "[CEmpTaskWindow::%s] channelJson = %s!!", __func__, strInfo.c_str());
+  return 1;
+}
+
+int CEmpTaskWindow::GetChannel_OnTVJson(int index, std::string& strJson) {
+  KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] call begin.", __func__, index);
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  TCServiceData* service = nullptr;
+  if (t_GetChannelSeek(index, &service) != 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG(kFailure, "[CEmpTaskWindow::%s][Idx:%d] Failed to get data.", __func__, index);
+    return -1;
+  }
+  strJson = t_GetServiceJsonText(*service);
+  if (strJson.empty()) KEL_LOG(kInformation, "JSON has zero length");
+  KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] call end. Success.", __func__, index);
+  return 1;
+}
+
+int CEmpTaskWindow::GetFullChannelList(std::string& strChannelInfo) {
+  KEL_LOG(kInformation, "This is GetFullChannelList");
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
+    return 0;
+  }
+  TSTvMode mode = AnyMode();
+  if (t_GetTvMode(__func__, mode) < 1) {
+    KEL_LOG(kFailure, "GetTvMode failed");
+    return 0;
+  }
+  TCCriteriaHelper criteria;
+  if (!t_GetNavigationCriteria(__func__, NAVIGATION_ALL, mode, criteria)) {
+    KEL_LOG(kFailure, "Get navigation criteria failed");
+    return 0;
+  }
+  FetchAll(criteria, {S::SERVICE_ID, S::CHANNEL_NAME, S::MAJOR, S::MINOR, S::CHANNEL_TYPE, S::FREQUENCY, S::PTC,
+                      S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID});
+  KEL_LOG(kInformation, "execute GetServiceList");
+  ServiceList list;
+  const int result = Ask(__func__, svc_navi_proxy_main, [&](IServiceNavigation& navigation) {
+    return navigation.GetServiceList(criteria, list.services, AnyMode(), 0, 0);
+  });
+  if (result < 1 || list.services.empty()) {
+    KEL_LOG(kFailure, "GetServiceList failed");
+    return 0;
+  }
+  KEL_LOG(kInformation, "ServiceList size = %d", static_cast<int>(list.services.size()));
+  try {
+    strChannelInfo = ChannelListText(list.services);
+  } catch (const std::exception& exception) {
+    LogException(__func__, exception.what());
+    return -1;
+  }
+  KEL_LOG(kInformation, "Lenght = %d,strChannelInfo = %s", static_cast<int>(strChannelInfo.size()),
+          strChannelInfo.c_str());
+  return 1;
+}
+
+}  // namespace kel

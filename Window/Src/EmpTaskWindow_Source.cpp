@@ -1,0 +1,245 @@
+// The window's source: what the TV service shows, and the settings keys that record it. Calls ISourceControl, vconf and
+// the engine's GetAppInfo.
+#include <cstdio>
+#include <cstring>
+
+#include "Ask.h"
+#include "EmpTaskWindow.h"
+#include "TaskFile.h"
+#include "kel/CEmpEngineBase.h"
+#include "settings/vconf.h"
+#include "tvservice/ISourceControl.h"
+
+namespace kel {
+
+namespace {
+
+constexpr const char* kMainSource = "db/emp/mainsource";
+constexpr const char* kPublishedSource = "db/kel/current_source_type";
+
+bool ReadKey(const char* function, const char* key, int& value) {
+  return Try(function, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
+}
+
+bool WriteKey(const char* function, const char* key, int value) {
+  return Try(function, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
+}
+
+bool IsPreviousSourceSeek(_PL_WINDOW_SEEK eSeek) {
+  return eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_6 || eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_8 ||
+         eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_9;
+}
+
+}  // namespace
+
+int CEmpTaskWindow::GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (peSource == nullptr) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return -3;
+  }
+  if (IsPreviousSourceSeek(eSeek)) {
+    int nStored = 0;
+    if (!ReadKey(__func__, m_PreviousSourceVconf.c_str(), nStored)) {
+      KEL_LOG(kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
+      return 0;
+    }
+    KEL_LOG(kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nStored);
+    *peSource = static_cast<_PL_WINDOW_Source>(nStored);
+    return 1;
+  }
+  _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
+  if (!t_GetCurrentSourceInfo(eSource)) return -1;
+  *peSource = eSource;
+  return 1;
+}
+
+int CEmpTaskWindow::GetPreviousSource(_PL_WINDOW_Source* peSource) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (peSource == nullptr) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return -3;
+  }
+  _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
+  if (!t_GetPreviousSourceInfo(eSource)) return -1;
+  *peSource = eSource;
+  return 1;
+}
+
+int CEmpTaskWindow::GetSourceState(int* pnState) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (pnState == nullptr) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return -3;
+  }
+  if (!t_CheckSourceControlproxy()) {
+    KEL_LOG(kFailure, "SourceControlproxy is NULL");
+    return -1;
+  }
+  KEL_LOG(kInformation, "GetSourceState start");
+  int nState = -1;
+  if (Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetSourceState(&nState); }) != 1) {
+    KEL_LOG(kFailure, "Get GetSourceState failed");
+    return -1;
+  }
+  KEL_LOG(kInformation, "GetSourceState = %d", nState);
+  *pnState = nState;
+  return 1;
+}
+
+bool CEmpTaskWindow::t_IsTVServiceSource(_PL_WINDOW_Source eSource) {
+  return static_cast<unsigned>(eSource) <= PL_WINDOW_SOURCE_TVS_LAST;
+}
+
+bool CEmpTaskWindow::t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLSource) {
+  KEL_LOG(kInformation, "t_IsConvertable input eTVSSource = %d", static_cast<int>(eTVSSource));
+  const int nPLSource = CEmpConverterWindow::GetPLValue(eTVSSource, PL_WINDOW_MAPPING_TABLE_SOURCE);
+  // 0 stands for "not found" too, and 1 is the first of the sources that have no counterpart.
+  if (eTVSSource != SOURCE_TV && static_cast<unsigned>(nPLSource) <= 1) {
+    KEL_LOG(kFailure, "t_IsConvertable can't convert to  PL_WINDOW_SOURCE");
+    return false;
+  }
+  ePLSource = static_cast<_PL_WINDOW_Source>(nPLSource);
+  KEL_LOG(kInformation, "t_IsConvertable output ePLSource = %d", nPLSource);
+  return true;
+}
+
+bool CEmpTaskWindow::t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSSource) {
+  KEL_LOG(kInformation, "t_IsConvertable input ePLSource = %d", static_cast<int>(ePLSource));
+  const int nTVSSource = CEmpConverterWindow::GetTCValue(ePLSource, PL_WINDOW_MAPPING_TABLE_SOURCE);
+  if (nTVSSource == -1) {
+    KEL_LOG(kFailure, "t_IsConvertable can't convert to  ESource");
+    return false;
+  }
+  eTVSSource = static_cast<ESource>(nTVSSource);
+  KEL_LOG(kInformation, "t_IsConvertable output eTVSSource = %d", nTVSSource);
+  return true;
+}
+
+bool CEmpTaskWindow::t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource) {
+  if (!t_CheckSourceControlproxy()) {
+    KEL_LOG(kFailure, "SourceControlproxy is NULL");
+    return false;
+  }
+  KEL_LOG(kInformation, "This is t_GetCurrentSourceInfo");
+  KEL_LOG(kInformation, "GetSourceState start");
+  int nState = -1;
+  if (Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetSourceState(&nState); }) == 1) {
+    KEL_LOG(kInformation, "GetSourceState = %d", nState);
+    if (nState != -1) return t_AskCurrentSource(__func__, eSource);
+    KEL_LOG(kInformation, "Get GetSourceState success and eCurrentSourceState = SOURCE_STATE_NONE");
+  } else {
+    KEL_LOG(kFailure, "Get GetSourceState failed");
+  }
+  KEL_LOG(kInformation, "TVS is not active");
+  eSource = PL_WINDOW_SOURCE_NONE;
+  return true;
+}
+
+bool CEmpTaskWindow::t_AskCurrentSource(const char* function, _PL_WINDOW_Source& eSource) {
+  ESource eTVSSource = SOURCE_NONE;
+  const int result =
+      Ask(function, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetCurrentSourceInfo(eTVSSource); });
+  if (result < 1) {
+    KEL_LOG_AS(function, kFailure, "GetCurrentSourceInfo failed");
+    return false;
+  }
+  KEL_LOG_AS(function, kInformation, "GetCurrentSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
+  return t_ConvertSource(function, eTVSSource, eSource);
+}
+
+bool CEmpTaskWindow::t_ConvertSource(const char* function, ESource eTVSSource, _PL_WINDOW_Source& eSource) {
+  if (t_IsConvertable(eTVSSource, eSource)) return true;
+  KEL_LOG_AS(function, kFailure, "Can't convert from eTVSSource = %d to PL_WINDOW_SOURCE",
+             static_cast<int>(eTVSSource));
+  return false;
+}
+
+bool CEmpTaskWindow::t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource) {
+  if (!t_CheckSourceControlproxy()) {
+    KEL_LOG(kFailure, "SourceControlproxy is NULL");
+    return false;
+  }
+  KEL_LOG(kInformation, "This is t_GetPreviousSourceInfo");
+  ESource eTVSSource = SOURCE_NONE;
+  const int result =
+      Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetPreviousSourceInfo(eTVSSource); });
+  if (result < 1) {
+    KEL_LOG(kFailure, "GetCurrentSourceInfo failed");
+    return false;
+  }
+  KEL_LOG(kInformation, "GetPreviousSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
+  return t_ConvertSource(__func__, eTVSSource, eSource);
+}
+
+bool CEmpTaskWindow::t_SetTVMWMainSourcevconf(const char* key, int nPLSource) {
+  KEL_LOG(kInformation, "This is t_SetCurrentSourcevconf");
+  if (std::strcmp(key, kMainSource) != 0) {
+    KEL_LOG(kFailure, "in_key= %s  is not equal to %s", key, kMainSource);
+    return false;
+  }
+  KEL_LOG(kInformation, "it is main source set the vconf for emptvsmw ");
+  const char* const function = __func__;
+  std::string value;
+  if (m_pEngine != nullptr) {
+    value = Try(function, value, [&] { return m_pEngine->GetAppInfo(eAPP_INFO_WIDGET_ID); });
+  }
+  if (value.empty()) KEL_LOG(kFailure, "Could not get widget ID.");
+
+  char digits[12] = {};
+  std::snprintf(digits, sizeof digits, "%d", nPLSource);
+  value.append(":").append(digits, ::strnlen(digits, 3));  // the middleware reads no more than three characters
+  KEL_LOG(kInformation, "The vconf value to be set: %s", value.c_str());
+  if (Try(function, kFailed, [&] { return vconf_set_str(kPublishedSource, value.c_str()); }) != 0) {
+    KEL_LOG(kFailure, "set the vconf for emptvsmw failed!!!");
+    return false;
+  }
+  return true;
+}
+
+bool CEmpTaskWindow::t_InitSourceVconf() {
+  _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
+  if (!t_GetCurrentSourceInfo(eSource)) return false;
+  if (!t_SeedKey("db/emp/mainsource", eSource)) return false;
+  // The previous source starts as the current one, whatever the TV service showed before.
+  if (!t_AskCurrentSource(__func__, eSource)) return false;
+  if (!t_SeedKey("db/emp/previousmainsource", eSource)) return false;
+
+  constexpr const char* pipSource = "db/emp/pipsource";
+  if (!WriteKey(__func__, pipSource, PL_WINDOW_SOURCE_TV)) {
+    KEL_LOG(kFailure, "Set vconf %sfailed", pipSource);
+    return false;
+  }
+  KEL_LOG(kInformation, "Set vconf %s = %d success", pipSource, static_cast<int>(PL_WINDOW_SOURCE_TV));
+  return true;
+}
+
+bool CEmpTaskWindow::t_SeedKey(const char* key, int nSource) {
+  constexpr const char* function = "t_InitSourceVconf";
+  if (!WriteKey(function, key, nSource)) {
+    KEL_LOG_AS(function, kFailure, "Set vconf %s failed", key);
+    return false;
+  }
+  KEL_LOG_AS(function, kInformation, "Set vconf %s = %d success", key, nSource);
+  return true;
+}
+
+bool CEmpTaskWindow::t_UpdateSourceVconf(int nNewSource, int nPreviousSource) {
+  if (!t_RecordSource(__func__, m_PreviousSourceVconf, nPreviousSource)) return false;
+  if (!t_SetTVMWMainSourcevconf(m_SourceVconf.c_str(), nNewSource)) {
+    KEL_LOG(kFailure, "t_SetTVMWMainSourcevconf failed");
+    return false;
+  }
+  return t_RecordSource(__func__, m_SourceVconf, nNewSource);
+}
+
+bool CEmpTaskWindow::t_RecordSource(const char* function, const std::string& key, int nSource) {
+  if (!WriteKey(function, key.c_str(), nSource)) {
+    KEL_LOG_AS(function, kFailure, "Set vconf %s = %d failed", key.c_str(), nSource);
+    return false;
+  }
+  KEL_LOG_AS(function, kInformation, "Set vconf %s = %d success", key.c_str(), nSource);
+  return true;
+}
+
+}  // namespace kel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <vector>
+
+#include "tvservice/TCServiceData.h"
+
+// Fields of a service record under the values that they read as when the record lacks them.
+
+namespace kel {
+
+inline constexpr unsigned long long kNoServiceId = ~0ULL;
+
+template <typename Number>
+Number ReadField(const TCServiceData& service, int fieldId, Number missing) {
+  service.Get(fieldId, missing);
+  return missing;
+}
+
+inline unsigned short ReadShort(const TCServiceData& service, int fieldId) {
+  return ReadField<unsigned short>(service, fieldId, 65535);
+}
+
+inline int ReadInt(const TCServiceData& service, int fieldId) {
+  return ReadField(service, fieldId, -1);
+}
+
+inline unsigned long long ReadServiceId(const TCServiceData& service) {
+  return ReadField(service, TCServiceData::SERVICE_ID, kNoServiceId);
+}
+
+/// The units of a text as stored (big-endian), however many they are.
+inline std::vector<unsigned short> ReadText(const TCServiceData& service, int fieldId) {
+  const int length = service.GetLength(fieldId);
+  std::vector<unsigned short> units(length > 0 ? static_cast<std::size_t>(length) : 0);
+  if (!units.empty()) service.Get(fieldId, units.data());
+  return units;
+}
+
+}  // namespace kel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+
+// The set's texts are arrays of big-endian UCS-2 units; applications want UTF-16, documents UTF-8. Used by the worker.
+
+namespace kel {
+
+inline constexpr std::size_t kUtf16Room = 512;
+inline constexpr std::size_t kUtf8Room = 514;
+
+/// Converts UCS-2 text to UTF-16 with a byte-order mark.
+/// @param out      room for 512 bytes; no terminator is added. What does not fit, and what follows a unit that can't be
+///                 converted, is left out, and logged.
+/// @param in       the text.
+/// @param inBytes  its length in bytes, two a unit.
+void ucs2utf16(char* out, const char* in, std::size_t inBytes);
+
+/// The same to UTF-8, with room for 514 bytes.
+void ucs2utf8(char* out, const char* in, std::size_t inBytes);
+
+}  // namespace kel
