@@ -1,0 +1,163 @@
+"""Each check of tools/check passes on a clean tree and finds what is planted in it."""
+
+import json
+import unittest
+
+from scratch import TOP, ScratchTest
+
+
+class CheckTest(ScratchTest):
+    def setUp(self):
+        super().setUp()
+        self.copy(".clang-format", ".clang-tidy", "cmake/Warnings.cmake", "platform/.clang-tidy", "platform/kel/CKELDebug.h")
+        self.write("Window/include/Answer.h", "#pragma once\n\nint answer(int number);\n")
+        self.source = self.write(
+            "Window/Src/Answer.cpp",
+            '#include "Answer.h"\n\n#include "kel/CKELDebug.h"\n\n'
+            'int answer(int number) {\n  kel::CKELDebug::PrintLog(2, 0, "%d", number);\n  return number;\n}\n')
+        self.write("virtualtv/set/Tv.h", "#pragma once\n\nint volume();\n")
+        self.write("run", "#!/bin/sh\necho \"$1\"\n")
+        self.git("init", "--quiet")
+        self.commit("Say hello")
+
+    def git(self, *arguments):
+        identity = ["-c", "user.name=Someone", "-c", "user.email=someone@example.org"]
+        done = self.call("git", *identity, *arguments)
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    def commit(self, message):
+        self.git("add", ".")
+        self.git("commit", "--quiet", "--allow-empty", "-m", message)
+
+    def build(self):
+        """Makes what the checks on compiled code look at."""
+        folder = self.root / "build/debug/Window"
+        folder.mkdir(parents=True, exist_ok=True)
+        compile_it = ["g++", "-std=c++17", "-I", str(self.root / "platform"), "-I", str(self.root / "Window/include"),
+                      "-c", str(self.source), "-o", str(folder / "Answer.o")]
+        done = self.call(*compile_it)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        (folder / "libwindow.a").unlink(missing_ok=True)
+        self.call("ar", "rc", folder / "libwindow.a", folder / "Answer.o")
+        database = [{"directory": str(folder), "file": str(self.source), "arguments": compile_it}]
+        (folder.parent / "compile_commands.json").write_text(json.dumps(database))
+
+    def check(self, name):
+        return self.call(TOP / "tools/check", "--root", self.root, name)
+
+    def assertClean(self, name):
+        done = self.check(name)
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
+    def assertFound(self, name, *texts):
+        done = self.check(name)
+        self.assertEqual(done.returncode, 1, done.stdout)
+        for text in texts:
+            self.assertIn(f"{name}: {text}", done.stdout)
+        self.assertIn(f"failed: {name}", done.stderr)
+
+    def test_format(self):
+        self.assertClean("format")
+        self.source.write_text(self.source.read_text().replace("  return", "    return"))
+        self.assertFound("format", "Window/Src/Answer.cpp:6:")
+
+    def test_blanks(self):
+        self.assertClean("blanks")
+        self.write("notes.md", "one \ntwo\tthree\n\n")
+        self.write("CMakeLists.txt", "no_line_break()")
+        self.assertFound("blanks", "notes.md:1: trailing", "notes.md:2: tab", "notes.md:4:", "CMakeLists.txt:1:")
+
+    def test_length(self):
+        self.assertClean("length")
+        self.write("Window/include/EmpTaskWindow.h", "\n" * 700)
+        self.write("virtualtv/set/Long.cpp", "\n" * 600)
+        self.assertClean("length")
+        self.write("virtualtv/set/Long.cpp", "\n" * 601)
+        self.assertFound("length", "virtualtv/set/Long.cpp:601: ")
+
+    def test_words_in_a_file(self):
+        self.assertClean("words")
+        self.write("notes.md", "fine\nas " + "Part" + " 3.1 of the " + "Speci" + "fication says\n")
+        self.assertFound("words", "notes.md:2: mentions 'Part" + " 3.1'")
+
+    def test_words_in_a_path_of_a_machine(self):
+        self.write("notes.md", "see /wo" + "rk/main\n")
+        self.assertFound("words", "notes.md:1: ")
+
+    def test_commits(self):
+        self.assertClean("commits")
+        self.commit("Do more\n\nSee spec" + ".md for why.")
+        self.assertFound("commits", "commit ")
+
+    def test_commits_can_not_be_checked_without_git(self):
+        (self.root / ".git").rename(self.root / "moved")
+        self.assertFound("commits", "cannot check: ")
+
+    def test_scripts(self):
+        self.assertClean("scripts")
+        self.write("run", "#!/bin/sh\necho $1\n")
+        self.assertFound("scripts", "run:2:6: ")
+
+    def test_includes_of_the_set_in_the_plug_in(self):
+        self.assertClean("includes")
+        self.write("Window/Src/Other.cpp", '\n#include "set/Tv.h"\n')
+        self.write("platform/kel/Other.h", "#include <virtualtv/set/Tv.h>\n")
+        self.assertFound("includes", "Window/Src/Other.cpp:2: ", "platform/kel/Other.h:1: ")
+
+    def test_includes_of_the_plug_in_in_the_set(self):
+        self.write("virtualtv/set/Tv.cpp", '#include "set/Tv.h"\n#  include "Answer.h"\n')
+        self.write("virtualtv/set/Up.h", '#include "../../Window/include/Answer.h"\n')
+        self.write("platform/kel/Other.h", '#include "Answer.h"\n')
+        self.assertFound("includes", "virtualtv/set/Tv.cpp:2: ", "virtualtv/set/Up.h:1: ", "platform/kel/Other.h:1: ")
+
+    def test_headers(self):
+        self.assertClean("headers")
+        self.write("platform/kel/Needy.h", "#pragma once\n\nstd::string name();\n")
+        self.write("Window/include/Sloppy.h", "#pragma once\n\ninline int cut(long n) { return n; }\n")
+        self.assertFound("headers", "platform/kel/Needy.h:1: ", "Window/include/Sloppy.h:1: ")
+
+    def test_symbols(self):
+        self.build()
+        self.assertClean("symbols")
+        self.source.write_text("namespace virtualtv {\nint volume();\n}\n" + 'extern "C" int sqlite3_open();\n' +
+                               self.source.read_text().replace("return number", "return virtualtv::volume() + sqlite3_open()"))
+        self.build()
+        library = self.root / "build/debug/Window/libwindow.a"
+        self.assertFound("symbols", f"{library}:1: needs virtualtv::volume()", f"{library}:1: needs sqlite3_open")
+
+    def test_symbols_that_only_a_comment_of_the_platform_names(self):
+        header = self.root / "platform/kel/CKELDebug.h"
+        header.write_text("/// Unlike sqlite3_open.\n" + header.read_text())
+        self.source.write_text('extern "C" int sqlite3_open();\nint answer() { return sqlite3_open(); }\n')
+        self.build()
+        self.assertFound("symbols", f"{self.root}/build/debug/Window/libwindow.a:1: needs sqlite3_open")
+
+    def test_symbols_can_not_be_checked_without_a_build(self):
+        self.assertFound("symbols", "cannot check: ")
+
+    def test_tidy(self):
+        self.build()
+        self.assertClean("tidy")
+        self.source.write_text(self.source.read_text().replace("return number;", "int Bad_name = 0;\n  return Bad_name;"))
+        self.assertFound("tidy", "Window/Src/Answer.cpp:7:7: error: invalid case style for variable 'Bad_name'")
+
+    def test_tidy_keeps_the_enumerations_of_the_plug_in(self):
+        self.copy("Window/.clang-tidy")
+        self.source.write_text("enum _PL_WINDOW_SEEK : int {};\nenum _OTHER : int {};\n")
+        self.build()
+        self.assertFound("tidy", "Window/Src/Answer.cpp:2:6: ")
+        self.assertNotIn("_PL_WINDOW_SEEK", self.check("tidy").stdout)
+
+    def test_tidy_can_not_check_an_empty_build(self):
+        self.build()
+        (self.root / "build/debug/compile_commands.json").write_text("[]")
+        self.assertFound("tidy", "cannot check: ")
+
+    def test_an_unknown_check_is_refused(self):
+        done = self.check("formats")
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("no such check: formats", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
