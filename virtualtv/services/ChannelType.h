@@ -1,0 +1,46 @@
+#pragma once
+
+#include "tvservice/TVServiceTypes.h"
+
+namespace virtualtv {
+
+/// What a service brings.
+enum class ServiceKind {
+  television,  ///< it has a picture
+  radio,       ///< sound without a picture
+  data,        ///< neither
+};
+
+/// The channel types (field `CHANNEL_TYPE`) of this set. All of them lie in 1..9, where a lookup by number and type
+/// compares the type; each has a counterpart among the types that web pages use.
+///
+/// Television is one type on every antenna: such a lookup adds the antenna of the current TV mode to 9 and to no
+/// other type. Radio and data therefore have a type for each antenna.
+enum ChannelType : int {
+  CHANNEL_ANALOGUE_TERRESTRIAL = 1,  ///< no list brings it, kept for services made by hand
+  CHANNEL_ANALOGUE_CABLE = 2,        ///< likewise
+  CHANNEL_RADIO_TERRESTRIAL = 3,
+  CHANNEL_RADIO_CABLE = 4,
+  CHANNEL_RADIO_SATELLITE = 5,
+  CHANNEL_DATA_TERRESTRIAL = 6,
+  CHANNEL_DATA_CABLE = 7,
+  CHANNEL_DATA_SATELLITE = 8,
+  CHANNEL_TELEVISION = 9,
+};
+
+/// The channel type of a digital service.
+/// @param antenna  terrestrial, cable or satellite; any other counts as terrestrial.
+constexpr ChannelType channelType(EAntennaMode antenna, ServiceKind kind) {
+  if (kind == ServiceKind::television) return CHANNEL_TELEVISION;
+  const bool radio = kind == ServiceKind::radio;
+  switch (antenna) {
+    case ANTENNA_CABLE:
+      return radio ? CHANNEL_RADIO_CABLE : CHANNEL_DATA_CABLE;
+    case ANTENNA_SATELLITE:
+      return radio ? CHANNEL_RADIO_SATELLITE : CHANNEL_DATA_SATELLITE;
+    default:
+      return radio ? CHANNEL_RADIO_TERRESTRIAL : CHANNEL_DATA_TERRESTRIAL;
+  }
+}
+
+}  // namespace virtualtv
