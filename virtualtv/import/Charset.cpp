@@ -1,0 +1,209 @@
+#include "import/Charset.h"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <cstdint>
+
+#include "import/Words.h"
+#include "text/Units.h"
+
+namespace virtualtv::import {
+
+namespace {
+
+constexpr char16_t replacement = 0xFFFD;
+constexpr const char* unitsCharset = std::endian::native == std::endian::little ? "UTF-16LE" : "UTF-16BE";
+
+unsigned value(char byte) {
+  return static_cast<unsigned char>(byte);
+}
+
+bool isAscii(char byte) {
+  return value(byte) < 0x80;
+}
+
+bool isIso6937Accent(char byte) {
+  return value(byte) >= 0xC1 && value(byte) <= 0xCF;
+}
+
+/// Fractions, notes and the like: in a name they are letters of ISO 8859.
+bool isIso6937Symbol(char byte) {
+  return value(byte) >= 0xD0 && value(byte) <= 0xDF;
+}
+
+/// A character table as a broadcast tells it in front of a text.
+struct Marker {
+  std::size_t length = 0;  ///< bytes that tell it; 0 when there is none
+  std::string charset;
+};
+
+Marker longMarker(std::string_view bytes) {
+  if (bytes.size() < 3 || bytes[1] != 0) return {};
+  const unsigned part = value(bytes[2]);
+  if (part < 1 || part > 16 || part == 12) return {};
+  return {3, "ISO-8859-" + std::to_string(part)};
+}
+
+Marker marker(std::string_view bytes) {
+  const unsigned first = value(bytes.front());
+  switch (first) {
+    case 0x10:
+      return longMarker(bytes);
+    case 0x11:
+    case 0x14:
+      return {1, "UTF-16BE"};
+    case 0x12:
+      return {1, "EUC-KR"};
+    case 0x13:
+      return {1, "GB2312"};
+    case 0x15:
+      return {1, "UTF-8"};
+    default:
+      break;
+  }
+  if (first < 0x01 || first > 0x0B || first == 0x08) return {};
+  return {1, "ISO-8859-" + std::to_string(first + 4)};
+}
+
+bool isBlank(char16_t unit) {
+  return unit == u' ' || unit == u'\t' || unit == 0x8A || unit == 0xE08A;
+}
+
+/// Control characters, among them those of broadcasts (0x80 and up, U+E080 and up in tables of two bytes).
+bool isControl(char16_t unit) {
+  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || (unit >= 0xE080 && unit < 0xE0A0) || unit == 0xFEFF;
+}
+
+std::u16string cleaned(const std::u16string& units) {
+  std::u16string clean;
+  clean.reserve(units.size());
+  for (const char16_t unit : units) {
+    if (isBlank(unit)) {
+      clean += u' ';
+    } else if (!isControl(unit)) {
+      clean += unit;
+    }
+  }
+  clean.erase(clean.find_last_not_of(u' ') + 1);
+  clean.erase(0, clean.find_first_not_of(u' '));
+  return clean;
+}
+
+}  // namespace
+
+/// One conversion of the C library, kept open.
+class TextDecoder::Converter {
+ public:
+  explicit Converter(const std::string& charset)
+      : handle_(iconv_open(unitsCharset, charset.c_str())), width_(charset == "UTF-16BE" ? 2 : 1) {}
+  ~Converter() {
+    if (isOpen()) iconv_close(handle_);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+
+  /// Appends `bytes`, up to the first that can't be read; false when there is one.
+  bool appendStrictly(std::string_view bytes, std::u16string& units) { return append(bytes, units).empty(); }
+
+  /// Appends `bytes`, with a replacement for what can't be read.
+  void appendAll(std::string_view bytes, std::u16string& units) {
+    for (bytes = append(bytes, units); !bytes.empty(); bytes = append(bytes, units)) {
+      units += replacement;
+      bytes.remove_prefix(std::min(width_, bytes.size()));
+    }
+  }
+
+ private:
+  bool isOpen() const {
+    return handle_ != reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr): how the library says it
+  }
+
+  /// @return what is left from the first byte on that can't be read.
+  std::string_view append(std::string_view bytes, std::u16string& units) {
+    if (!isOpen()) return appendAscii(bytes, units);
+    iconv(handle_, nullptr, nullptr, nullptr, nullptr);
+    char* in = const_cast<char*>(bytes.data());
+    std::size_t left = bytes.size();
+    while (left > 0 && step(&in, &left, units)) {
+    }
+    step(nullptr, nullptr, units);
+    return bytes.substr(bytes.size() - left);
+  }
+
+  /// Converts a buffer full, or with no input what the converter holds back; false at a byte that can't be read.
+  bool step(char** in, std::size_t* left, std::u16string& units) {
+    std::array<char16_t, 256> buffer{};
+    char* out = reinterpret_cast<char*>(buffer.data());
+    std::size_t room = sizeof(buffer);
+    const bool failed = iconv(handle_, in, left, &out, &room) == static_cast<std::size_t>(-1);
+    const bool full = failed && errno == E2BIG;
+    units.append(buffer.data(), buffer.size() - room / sizeof(char16_t));
+    return !failed || full;
+  }
+
+  /// What remains of any encoding in a C library that lacks it.
+  static std::string_view appendAscii(std::string_view bytes, std::u16string& units) {
+    while (!bytes.empty() && isAscii(bytes.front())) {
+      units += static_cast<char16_t>(bytes.front());
+      bytes.remove_prefix(1);
+    }
+    return bytes;
+  }
+
+  iconv_t handle_;
+  std::size_t width_;  ///< bytes to leave out where something can't be read
+};
+
+TextDecoder::TextDecoder() = default;
+TextDecoder::~TextDecoder() = default;
+
+std::u16string TextDecoder::decode(std::string_view bytes) {
+  if (bytes.empty()) return {};
+  return cleaned(value(bytes.front()) < 0x20 ? marked(bytes) : unmarked(bytes));
+}
+
+TextDecoder::Converter& TextDecoder::from(const std::string& charset) {
+  std::unique_ptr<Converter>& converter = converters_[charset];
+  if (!converter) converter = std::make_unique<Converter>(charset);
+  return *converter;
+}
+
+std::u16string TextDecoder::marked(std::string_view bytes) {
+  const Marker found = marker(bytes);
+  if (found.length == 0) return unmarked(bytes);
+  bytes.remove_prefix(found.length);
+  if (found.charset == "UTF-8") return text::toUnits(bytes);
+  std::u16string units;
+  from(found.charset).appendAll(bytes, units);
+  return units;
+}
+
+std::u16string TextDecoder::unmarked(std::string_view bytes) {
+  if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {bytes.begin(), bytes.end()};
+  std::u16string units;
+  if (from("UTF-8").appendStrictly(bytes, units)) return units;
+  units.clear();
+  if (readIso6937(bytes, units)) return units;
+  units.clear();
+  from("ISO-8859-15").appendAll(bytes, units);
+  return units;
+}
+
+/// Broadcasts put the euro sign where ISO 6937 has nothing, so the text is read from one such sign to the next.
+bool TextDecoder::readIso6937(std::string_view bytes, std::u16string& units) {
+  constexpr char euro = '\xA4';
+  if (std::none_of(bytes.begin(), bytes.end(), isIso6937Accent)) return false;
+  if (std::any_of(bytes.begin(), bytes.end(), isIso6937Symbol)) return false;
+  while (true) {
+    const bool more = bytes.find(euro) != std::string_view::npos;
+    if (!from("ISO_6937").appendStrictly(cut(bytes, euro), units)) return false;
+    if (!more) return true;
+    units += u'\u20AC';
+  }
+}
+
+}  // namespace virtualtv::import

@@ -1,0 +1,29 @@
+#include "import/Lines.h"
+
+#include <limits>
+
+#include "import/Words.h"
+
+namespace virtualtv::import {
+
+Lines::Lines(std::string_view content) : rest_(content) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (rest_.starts_with(byteOrderMark)) rest_.remove_prefix(byteOrderMark.size());
+}
+
+bool Lines::next() {
+  if (rest_.empty()) return false;
+  line_ = trimmedEnd(cut(rest_, '\n'));
+  if (number_ < std::numeric_limits<int>::max()) ++number_;
+  return true;
+}
+
+std::string_view Lines::line() const {
+  return line_;
+}
+
+int Lines::number() const {
+  return number_;
+}
+
+}  // namespace virtualtv::import
