@@ -1,0 +1,301 @@
+// A libdvbv5 channel file has a section for each service: its name in brackets, then lines of KEY = VALUE in any order.
+
+#include "import/Dvbv5.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "import/Charset.h"
+#include "import/Dvbv5Values.h"
+#include "import/Lines.h"
+#include "import/ServiceList.h"
+#include "import/Streams.h"
+#include "import/Words.h"
+
+namespace virtualtv::import {
+
+namespace {
+
+/// Keys of which the last value in a section counts.
+enum Key : std::size_t {
+  CHANNEL,
+  SERVICE_ID,
+  NETWORK_ID,
+  TRANSPORT_ID,
+  DELIVERY_SYSTEM,
+  FREQUENCY,
+  BANDWIDTH_HZ,
+  SYMBOL_RATE,
+  MODULATION,
+  POLARIZATION,
+  SAT_NUMBER,
+  KEYS,
+};
+
+constexpr std::array<std::string_view, KEYS> keyNames{
+    "CHANNEL",      "SERVICE_ID",  "NETWORK_ID", "TRANSPORT_ID", "DELIVERY_SYSTEM", "FREQUENCY",
+    "BANDWIDTH_HZ", "SYMBOL_RATE", "MODULATION", "POLARIZATION", "SAT_NUMBER",
+};
+
+std::optional<Key> keyNamed(std::string_view name) {
+  const auto found =
+      std::find_if(keyNames.begin(), keyNames.end(), [&](std::string_view known) { return sameWord(known, name); });
+  if (found == keyNames.end()) return std::nullopt;
+  return static_cast<Key>(found - keyNames.begin());
+}
+
+/// What the streams of a key with PIDs are.
+struct StreamKind {
+  bool video = false;
+  AudioCoding coding = CODING_UNKNOWN;
+};
+
+/// PID_ is followed by the stream type of the program map, hexadecimal; the plain audio key has audio of any coding.
+std::optional<StreamKind> streamsNamed(std::string_view name) {
+  if (sameWord(name, "VIDEO_PID")) return StreamKind{true};
+  if (sameWord(name, "AUDIO_PID")) return StreamKind{};
+  if (sameWord(name, "AC3_PID") || sameWord(name, "AC3")) return StreamKind{false, CODING_AC3};
+  if (sameWord(name, "EAC3_PID") || sameWord(name, "EAC3")) return StreamKind{false, CODING_EAC3};
+  if (name.size() != 6 || !sameWord(name.substr(0, 4), "PID_")) return std::nullopt;
+  int type = 0;
+  const char* end = name.data() + name.size();
+  if (std::from_chars(name.data() + 4, end, type, 16).ptr != end) return std::nullopt;
+  const StreamKind kind{isVideoType(type), audioCoding(type)};
+  if (!kind.video && kind.coding == CODING_UNKNOWN) return std::nullopt;
+  return kind;
+}
+
+/// One section of the file. Values are kept as they stand and read when the section is whole, since what some mean
+/// depends on others.
+class Section {
+ public:
+  Section(int line, std::string_view name) : name_(name), head_(line), line_(line) {}
+
+  /// The line that was last looked at: the one at fault when reading throws.
+  int line() const { return line_; }
+
+  /// Keeps a line of the section.
+  /// @throw Unreadable  when it is no KEY = VALUE.
+  void add(int line, std::string_view text) {
+    line_ = line;
+    const std::string_view whole = text;
+    const bool assigns = text.find('=') != std::string_view::npos;
+    const std::string_view name = trimmed(cut(text, '='));
+    if (!assigns || name.empty()) throw Unreadable{quoted(whole) + " is not KEY = VALUE"};
+    if (const auto key = keyNamed(name)) values_[*key] = {line, trimmed(text)};
+    if (const auto kind = streamsNamed(name)) streams_.push_back({*kind, name, {line, trimmed(text)}});
+  }
+
+  Entry read(TextDecoder& decoder) {
+    Entry entry;
+    entry.program = id(SERVICE_ID).value_or(-1);
+    if (entry.program < 0) missing("SERVICE_ID: it is no service");
+    readTuning(entry);
+    entry.network = id(NETWORK_ID);
+    entry.transportStream = id(TRANSPORT_ID);
+    entry.source = entry.network;
+    if (entry.antenna == ANTENNA_SATELLITE) entry.source = satellite();
+    readStreams(entry);
+    entry.name = decoder.decode(serviceName());
+    return entry;
+  }
+
+ private:
+  struct Value {
+    int line = 0;
+    std::string_view text;
+  };
+
+  struct Streams {
+    StreamKind kind;
+    std::string_view key;
+    Value value;
+  };
+
+  [[noreturn]] void missing(const std::string& what) {
+    line_ = head_;
+    throw Unreadable{"the section has no " + what};
+  }
+
+  /// The value of a key, without a comment behind it; nothing when the section lacks the key.
+  std::optional<std::string_view> value(Key key) {
+    if (values_[key].line == 0) return std::nullopt;
+    return uncommented(values_[key]);
+  }
+
+  std::string_view uncommented(const Value& value) {
+    line_ = value.line;
+    return trimmed(value.text.substr(0, std::min(value.text.find(" #"), value.text.find("\t#"))));
+  }
+
+  std::optional<int> id(Key key) {
+    const auto text = value(key);
+    if (!text) return std::nullopt;
+    return static_cast<int>(number(*text, keyNames[key], greatestId));
+  }
+
+  /// -1 stands for a dish without a switch.
+  std::optional<int> satellite() {
+    if (value(SAT_NUMBER) == "-1") return std::nullopt;
+    return id(SAT_NUMBER);
+  }
+
+  void readTuning(Entry& entry) {
+    const auto system = value(DELIVERY_SYSTEM);
+    if (!system) missing("DELIVERY_SYSTEM");
+    const Dvbv5System known = readDvbv5System(*system);
+    entry.antenna = known.antenna;
+    entry.raster = known.raster;
+    const auto frequency = value(FREQUENCY);
+    if (!frequency) missing("FREQUENCY");
+    entry.frequency = readDvbv5Frequency(*frequency, entry.antenna);
+    if (const auto text = value(BANDWIDTH_HZ)) entry.bandwidth = readDvbv5Bandwidth(*text);
+    if (const auto text = value(POLARIZATION)) entry.polarisation = readDvbv5Polarisation(*text);
+    readModulation(entry, known);
+    const auto symbolRate = value(SYMBOL_RATE);
+    if (!symbolRate || entry.antenna == ANTENNA_TERRESTRIAL) return;
+    entry.symbolRate = static_cast<int>((number(*symbolRate, keyNames[SYMBOL_RATE], 100'000'000) + 500) / 1000);
+  }
+
+  void readModulation(Entry& entry, const Dvbv5System& system) {
+    const auto text = value(MODULATION);
+    if (text) entry.modulation = readDvbv5Modulation(*text);
+    if (!text && system.name == "DVBS") entry.modulation = MODULATION_QPSK;
+    const bool secondGeneration = system.name.starts_with("DVBS2");
+    if (secondGeneration && entry.modulation == MODULATION_QPSK) entry.modulation = MODULATION_QPSK_S2;
+    if (system.name == "ATSC" && isQam(entry.modulation)) entry.antenna = ANTENNA_CABLE;
+  }
+
+  void readStreams(Entry& entry) {
+    for (const Streams& streams : streams_) {
+      std::string_view rest = uncommented(streams.value);
+      while (!rest.empty()) {
+        const std::size_t end = rest.find_first_of(" \t,");
+        addStream(entry, streams, rest.substr(0, end));
+        rest.remove_prefix(std::min(rest.find_first_not_of(" \t,", end), rest.size()));
+      }
+    }
+  }
+
+  static void addStream(Entry& entry, const Streams& streams, std::string_view text) {
+    const int pid = static_cast<int>(number(text, streams.key, greatestPid));
+    if (!isStreamPid(pid)) return;
+    if (streams.kind.video) {
+      entry.picture = true;
+      return;
+    }
+    AudioTrack& track = entry.audio.emplace_back();
+    track.pid = pid;
+    track.decodeType = streams.kind.coding;
+  }
+
+  /// The head says CHANNEL where the one who wrote the file had no name.
+  std::string_view serviceName() const {
+    if (!values_[CHANNEL].text.empty()) return values_[CHANNEL].text;
+    return sameWord(trimmed(name_), keyNames[CHANNEL]) ? std::string_view() : name_;
+  }
+
+  std::string_view name_;
+  int head_;
+  int line_;
+  std::array<Value, KEYS> values_;
+  std::vector<Streams> streams_;
+};
+
+/// The name in the head of a section; nothing when the bracket is not closed.
+std::optional<std::string_view> headName(std::string_view line) {
+  const std::size_t end = line.rfind(']');
+  if (end == std::string_view::npos) return std::nullopt;
+  const std::string_view behind = trimmed(line.substr(end + 1));
+  if (!behind.empty() && behind.front() != '#') return std::nullopt;
+  return line.substr(1, end - 1);
+}
+
+/// A section with a line at fault is left out as a whole; that line is its one problem.
+class Dvbv5Reader {
+ public:
+  Result read(std::string_view content) {
+    result_.format = Format::dvbv5;
+    for (Lines lines(content); lines.next();) {
+      const std::string_view line = trimmed(lines.line());
+      if (line.empty() || line.front() == '#') continue;
+      if (line.front() == '[') {
+        finishSection();
+        startSection(lines.number(), line);
+      } else {
+        addLine(lines.number(), line);
+      }
+    }
+    finishSection();
+    result_.services = list_.finish();
+    return std::move(result_);
+  }
+
+ private:
+  void startSection(int number, std::string_view line) {
+    leftOut_ = true;
+    const auto name = headName(line);
+    if (!name) {
+      result_.problems.push_back({number, "the head of a section, " + quoted(line) + ", does not end with ]"});
+      return;
+    }
+    section_.emplace(number, *name);
+    leftOut_ = false;
+  }
+
+  void addLine(int number, std::string_view line) {
+    if (leftOut_) return;
+    if (!section_) {
+      result_.problems.push_back({number, quoted(line) + " stands in front of the first section"});
+      leftOut_ = true;
+      return;
+    }
+    guarded([&] { section_->add(number, line); });
+  }
+
+  void finishSection() {
+    if (!section_) return;
+    guarded([&] { list_.add(section_->read(decoder_)); });
+    section_.reset();
+  }
+
+  template <typename Step>
+  void guarded(const Step& step) {
+    try {
+      step();
+    } catch (Unreadable& unreadable) {
+      result_.problems.push_back({section_->line(), std::move(unreadable.reason)});
+      section_.reset();
+      leftOut_ = true;
+    }
+  }
+
+  Result result_;
+  TextDecoder decoder_;
+  ServiceList list_;
+  std::optional<Section> section_;
+  bool leftOut_ = false;  ///< lines up to the next head belong to nothing
+};
+
+}  // namespace
+
+bool looksLikeDvbv5Section(std::string_view line) {
+  line = trimmed(line);
+  return line.starts_with('[') && headName(line).has_value();
+}
+
+bool looksLikeDvbv5Value(std::string_view line) {
+  if (line.find('=') == std::string_view::npos) return false;
+  const auto key = keyNamed(trimmed(cut(line, '=')));
+  return key && (*key == SERVICE_ID || *key == DELIVERY_SYSTEM || *key == FREQUENCY);
+}
+
+Result readDvbv5(std::string_view content) {
+  return Dvbv5Reader().read(content);
+}
+
+}  // namespace virtualtv::import

@@ -1,0 +1,209 @@
+// A line of VDR's channels.conf is a service of thirteen fields between colons, or the head of a group after a colon.
+
+#include "import/Vdr.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "import/Charset.h"
+#include "import/Lines.h"
+#include "import/ServiceList.h"
+#include "import/Streams.h"
+#include "import/VdrFields.h"
+#include "import/Words.h"
+#include "text/Units.h"
+
+namespace virtualtv::import {
+
+namespace {
+
+enum Field : std::size_t {
+  NAME,
+  FREQUENCY,
+  PARAMETERS,
+  SOURCE,
+  SYMBOL_RATE,
+  VIDEO,
+  AUDIO,
+  TELETEXT,
+  CONDITIONAL_ACCESS,
+  SERVICE,
+  NETWORK,
+  STREAM,
+  RADIO,
+  FIELDS,
+};
+
+constexpr std::size_t fewestFields = SERVICE + 1;      // the lists of old versions end there
+constexpr std::uint64_t greatestSymbolRate = 100'000;  // ksym/s
+
+/// The fields of one line, and one more when the line has too many.
+struct Fields {
+  std::array<std::string_view, FIELDS + 1> texts;
+  std::size_t count = 0;
+
+  explicit Fields(std::string_view line) {
+    std::size_t end = 0;
+    while (count < texts.size() && end != std::string_view::npos) {
+      end = line.find(':');
+      texts[count++] = line.substr(0, end);
+      if (end != std::string_view::npos) line.remove_prefix(end + 1);
+    }
+    for (std::string_view& text : texts) {
+      if (&text != &texts[NAME]) text = trimmed(text);
+    }
+  }
+
+  bool areEnough() const { return count >= fewestFields && count <= FIELDS; }
+};
+
+std::string wrongCount(std::size_t count) {
+  if (count > FIELDS) return " has more than the 13 fields of a service; a colon in a name is written as |";
+  return " has " + std::to_string(count) + " of the 13 fields of a service";
+}
+
+/// Names write a colon as a bar.
+std::u16string decodeName(TextDecoder& decoder, std::string_view bytes) {
+  std::u16string name = decoder.decode(bytes);
+  std::replace(name.begin(), name.end(), u'|', u':');
+  return name;
+}
+
+/// Name,Short;Provider
+std::string_view nameOnly(std::string_view field) {
+  field = field.substr(0, field.find(';'));
+  return field.substr(0, field.rfind(','));
+}
+
+Modulation satelliteModulation(const VdrParameters& parameters) {
+  const Modulation untold = parameters.secondGeneration ? MODULATION_UNKNOWN : MODULATION_QPSK;
+  const Modulation modulation = parameters.modulation.value_or(untold);
+  return modulation == MODULATION_QPSK && parameters.secondGeneration ? MODULATION_QPSK_S2 : modulation;
+}
+
+/// American cable networks are QAM under the same source letter as the terrestrial ones. Inputs that are none of the
+/// set's antennas are taken for cable.
+EAntennaMode antennaOf(char sourceLetter, Modulation modulation) {
+  switch (sourceLetter) {
+    case 'S':
+      return ANTENNA_SATELLITE;
+    case 'T':
+      return ANTENNA_TERRESTRIAL;
+    case 'A':
+      return isQam(modulation) ? ANTENNA_CABLE : ANTENNA_TERRESTRIAL;
+    default:
+      return ANTENNA_CABLE;
+  }
+}
+
+bool isTuner(char sourceLetter) {
+  return std::string_view("SCTA").find(sourceLetter) != std::string_view::npos;
+}
+
+void setTuning(Entry& entry, const Fields& fields, const VdrSource& source) {
+  const int symbolRate = static_cast<int>(number(fields.texts[SYMBOL_RATE], "symbol rate", greatestSymbolRate));
+  if (!isTuner(source.letter)) {
+    entry.antenna = antennaOf(source.letter, MODULATION_UNKNOWN);
+    return;
+  }
+  const VdrParameters parameters = readVdrParameters(fields.texts[PARAMETERS]);
+  entry.frequency = readVdrFrequency(fields.texts[FREQUENCY], source.letter);
+  entry.polarisation = parameters.polarisation;
+  entry.bandwidth = parameters.bandwidth;
+  entry.modulation = parameters.modulation.value_or(MODULATION_UNKNOWN);
+  entry.antenna = antennaOf(source.letter, entry.modulation);
+  if (source.letter == 'S') entry.modulation = satelliteModulation(parameters);
+  if (source.letter == 'S' || source.letter == 'C') entry.symbolRate = symbolRate;
+  if (source.letter == 'A') entry.raster = Raster::american;
+}
+
+void setIds(Entry& entry, const Fields& fields, const VdrSource& source) {
+  const auto id = [&](Field field, const char* what) {
+    return static_cast<int>(number(fields.texts[field], what, greatestId));
+  };
+  entry.program = id(SERVICE, "service id");
+  if (fields.count > NETWORK) entry.network = id(NETWORK, "network id");
+  if (fields.count > STREAM) entry.transportStream = id(STREAM, "transport stream id");
+  if (fields.count > RADIO) id(RADIO, "radio id");
+  entry.source = source.position ? source.position : entry.network;
+}
+
+Entry readService(const Fields& fields, TextDecoder& decoder) {
+  const auto source = parseVdrSource(fields.texts[SOURCE]);
+  if (!source) throw Unreadable{"source " + quoted(fields.texts[SOURCE]) + " is not known"};
+  Entry entry;
+  setTuning(entry, fields, *source);
+  entry.picture = readVdrVideo(fields.texts[VIDEO]);
+  entry.audio = readVdrAudio(fields.texts[AUDIO]);
+  entry.subtitles = readVdrSubtitles(fields.texts[TELETEXT]);
+  checkVdrConditionalAccess(fields.texts[CONDITIONAL_ACCESS]);
+  setIds(entry, fields, *source);
+  entry.name = decodeName(decoder, nameOnly(fields.texts[NAME]));
+  return entry;
+}
+
+class VdrReader {
+ public:
+  Result read(std::string_view content) {
+    Result result;
+    result.format = Format::vdr;
+    for (Lines lines(content); lines.next();) {
+      try {
+        readLine(lines.line());
+      } catch (Unreadable& unreadable) {
+        result.problems.push_back({lines.number(), std::move(unreadable.reason)});
+      }
+    }
+    result.services = list_.finish();
+    return result;
+  }
+
+ private:
+  void readLine(std::string_view line) {
+    const std::string_view text = trimmed(line);
+    if (text.empty() || text.front() == '#') return;
+    if (text.front() == ':') {
+      readGroup(text.substr(1));
+      return;
+    }
+    const Fields fields(line);
+    if (!fields.areEnough()) throw Unreadable{quoted(text) + wrongCount(fields.count)};
+    Entry entry = readService(fields, decoder_);
+    entry.group = group_;
+    list_.add(std::move(entry));
+  }
+
+  /// A name, or @ and the number of the next channel in front of it.
+  void readGroup(std::string_view text) {
+    std::string_view digits;
+    if (text.size() > 1 && text[0] == '@' && isDigit(text[1])) {
+      text.remove_prefix(1);
+      digits = text.substr(0, text.find_first_not_of("0123456789"));
+      text.remove_prefix(digits.size());
+    }
+    group_ = text::toUtf8(decodeName(decoder_, text));
+    if (digits.empty() || list_.continueFrom(number(digits, "channel number", greatestChannelNumber))) return;
+    throw Unreadable{"channel number " + quoted(digits) + " is given already, the next one is " +
+                     std::to_string(list_.nextNumber())};
+  }
+
+  TextDecoder decoder_;
+  ServiceList list_;
+  std::string group_;
+};
+
+}  // namespace
+
+bool looksLikeVdr(std::string_view line) {
+  const Fields fields(line);
+  const std::string_view frequency = fields.texts[FREQUENCY];
+  return fields.areEnough() && !frequency.empty() && std::all_of(frequency.begin(), frequency.end(), isDigit) &&
+         parseVdrSource(fields.texts[SOURCE]).has_value();
+}
+
+Result readVdr(std::string_view content) {
+  return VdrReader().read(content);
+}
+
+}  // namespace virtualtv::import
