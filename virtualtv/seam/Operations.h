@@ -66,6 +66,8 @@ struct Operation {
   }
   /// The plain success: 0 or 1.
   constexpr int success() const { return succeeds(1) ? 1 : 0; }
+  /// The plain failure: 0 or -1.
+  constexpr int failure() const { return succeeds(0) ? -1 : 0; }
 };
 
 /// Every operation that passes the seam: the one table that tracing, faults, completion and documentation walk.

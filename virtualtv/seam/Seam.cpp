@@ -19,7 +19,9 @@ Seam& Seam::instance() {
 }
 
 void Seam::reset() {
-  *this = Seam();
+  Seam fresh;
+  fresh.delay_ = std::move(delay_);
+  *this = std::move(fresh);
   refresh();
 }
 

@@ -85,7 +85,7 @@ class Seam {
  public:
   static Seam& instance();
 
-  /// Back to nothing recorded, no faults, no latency, sequence 0.
+  /// Back to nothing recorded, no faults, no latency, sequence 0, nobody calling. What a delay does stays.
   void reset();
 
   /// Switches recording on or off.

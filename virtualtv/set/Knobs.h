@@ -11,7 +11,7 @@ namespace virtualtv {
 
 /// Something about the set that can be read and set from outside.
 struct Knob {
-  std::string_view name;   ///< as in "main.source"; a part in capitals stands for what is put there: "service.ID.FIELD"
+  std::string_view name;   ///< as in "country"; a part in capitals stands for what is put there: "WINDOW.source"
   std::string_view value;  ///< what it takes, in words: "number", "on or off", "ANTENNA,SERVICE"
   std::string_view help;
   /// What the knob stands at. `parts` are the texts in place of the parts in capitals.
@@ -22,6 +22,9 @@ struct Knob {
 
 /// All knobs; the shell, completion and documentation walk this table.
 std::span<const Knob> knobs();
+
+/// The names of all knobs but those of services and operations, which are many.
+std::vector<std::string> knobNames(Tv& tv);
 
 /// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob.
 std::string getKnob(Tv& tv, const std::string& name);

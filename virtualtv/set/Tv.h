@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "services/Service.h"
+#include "set/Interfaces.h"
 #include "set/State.h"
 
 namespace virtualtv {
@@ -60,6 +61,8 @@ class Tv {
   std::uint64_t revision() const { return revision_; }
   ServiceStore& services();
   SettingsStore& settings();
+  /// What the set made for those who connected to it.
+  Interfaces& interfaces() { return interfaces_; }
 
   /// Calls `watcher` after each verb, for as long as the set lives.
   void watch(std::function<void(const Event&)> watcher);
@@ -84,11 +87,12 @@ class Tv {
   void complain(std::string line);
 
  private:
-  void load();
+  void loadEmbedded();
   void commit(Event::Kind kind, WindowId window, TvState next);
   void announce(Event::Kind kind, WindowId window);
 
   Storage& storage_;
+  Interfaces interfaces_;
   TvState state_;
   std::uint64_t revision_ = 0;
   std::vector<std::function<void(const Event&)>> watchers_;

@@ -70,10 +70,18 @@ const TCServiceData::Field* TCServiceData::Find(int fieldId, bool text) const {
   return found == m_fields.end() ? nullptr : &*found;
 }
 
-bool TCServiceData::Get(int fieldId, unsigned char& value) const { return store(Find(fieldId, false), value); }
-bool TCServiceData::Get(int fieldId, unsigned short& value) const { return store(Find(fieldId, false), value); }
-bool TCServiceData::Get(int fieldId, int& value) const { return store(Find(fieldId, false), value); }
-bool TCServiceData::Get(int fieldId, unsigned long long& value) const { return store(Find(fieldId, false), value); }
+bool TCServiceData::Get(int fieldId, unsigned char& value) const {
+  return store(Find(fieldId, false), value);
+}
+bool TCServiceData::Get(int fieldId, unsigned short& value) const {
+  return store(Find(fieldId, false), value);
+}
+bool TCServiceData::Get(int fieldId, int& value) const {
+  return store(Find(fieldId, false), value);
+}
+bool TCServiceData::Get(int fieldId, unsigned long long& value) const {
+  return store(Find(fieldId, false), value);
+}
 
 int TCServiceData::GetLength(int fieldId) const {
   const Field* field = Find(fieldId, true);
@@ -104,15 +112,21 @@ void TCServiceData::Clear() {
   m_units.clear();
 }
 
-const std::vector<TCServiceData::Field>& TCServiceData::Fields() const { return m_fields; }
-const std::vector<unsigned short>& TCServiceData::Units() const { return m_units; }
+const std::vector<TCServiceData::Field>& TCServiceData::Fields() const {
+  return m_fields;
+}
+const std::vector<unsigned short>& TCServiceData::Units() const {
+  return m_units;
+}
 
 TCCriteriaHelper::TCCriteriaHelper() = default;
 TCCriteriaHelper::TCCriteriaHelper(const TCCriteriaHelper&) = default;
 TCCriteriaHelper& TCCriteriaHelper::operator=(const TCCriteriaHelper&) = default;
 TCCriteriaHelper::~TCCriteriaHelper() = default;
 
-void TCCriteriaHelper::Fetch(int fieldId) { m_steps.push_back({Step::FETCH, fieldId, 0}); }
+void TCCriteriaHelper::Fetch(int fieldId) {
+  m_steps.push_back({Step::FETCH, fieldId, 0});
+}
 
 void TCCriteriaHelper::Where(int fieldId, int value) {
   m_steps.push_back({Step::WHERE, fieldId, static_cast<unsigned long long>(value)});
@@ -126,4 +140,6 @@ void TCCriteriaHelper::OrderBy(int fieldId, ESortOrder order) {
   m_steps.push_back({Step::ORDER_BY, fieldId, static_cast<unsigned long long>(order)});
 }
 
-const std::vector<TCCriteriaHelper::Step>& TCCriteriaHelper::Steps() const { return m_steps; }
+const std::vector<TCCriteriaHelper::Step>& TCCriteriaHelper::Steps() const {
+  return m_steps;
+}

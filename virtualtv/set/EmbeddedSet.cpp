@@ -1,0 +1,155 @@
+#include "set/EmbeddedSet.h"
+
+#include <json/json.h>
+
+#include <array>
+#include <charconv>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "text/Units.h"
+
+namespace virtualtv {
+
+namespace embedded {
+extern const std::string_view DefaultSet;
+}
+
+namespace {
+
+/// Members of a service that are plain numbers, and their fields.
+struct Member {
+  const char* name;
+  int fieldId;
+};
+
+constexpr std::array numbers{
+    Member{"type", TCServiceData::CHANNEL_TYPE},
+    Member{"ptc", TCServiceData::PTC},
+    Member{"frequency", TCServiceData::FREQUENCY},
+    Member{"modulation", TCServiceData::MODULATION},
+    Member{"symbolRate", TCServiceData::SYMBOL_RATE},
+    Member{"major", TCServiceData::MAJOR},
+    Member{"minor", TCServiceData::MINOR},
+    Member{"programNumber", TCServiceData::PROGRAM_NUMBER},
+    Member{"transportStreamId", TCServiceData::TRANSPORT_STREAM_ID},
+    Member{"originalNetworkId", TCServiceData::ORIGINAL_NETWORK_ID},
+    Member{"sourceId", TCServiceData::SOURCE_ID},
+    Member{"lock", TCServiceData::LOCK},
+    Member{"hidden", HIDDEN},
+    Member{"antenna", TCServiceData::ANTENNA_MODE},
+    Member{"serviceMode", SERVICE_MODE},
+};
+
+[[noreturn]] void refuse(const std::string& reason) {
+  throw std::invalid_argument("set description: " + reason);
+}
+
+std::uint64_t idOf(const Json::Value& text) {
+  const std::string digits = text.asString();
+  std::uint64_t id = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
+  if (error != std::errc() || end != digits.data() + digits.size()) refuse("'" + digits + "' is no service id");
+  return id;
+}
+
+LanguageCode languageOf(const std::string& letters) {
+  if (letters.size() != 3) return 0;
+  LanguageCode code = 0;
+  for (const char letter : letters) code = code << 8 | static_cast<unsigned char>(letter);
+  return code;
+}
+
+int codingOf(const std::string& name) {
+  constexpr std::array names{"", "mpeg", "ac3", "eac3", "aac"};
+  for (std::size_t code = 0; code < names.size(); ++code) {
+    if (name == names[code]) return static_cast<int>(code);
+  }
+  refuse("audio coding '" + name + "'");
+}
+
+AudioTrack audioOf(const Json::Value& track) {
+  return {.pid = track["pid"].asInt(),
+          .lang = languageOf(track["lang"].asString()),
+          .decodeType = codingOf(track["coding"].asString()),
+          .audioMode = track["mode"].asInt(),
+          .audioType = track["type"].asInt()};
+}
+
+SubtitleTrack subtitleOf(const Json::Value& track) {
+  return {.pid = track["pid"].asInt(),
+          .lang = languageOf(track["lang"].asString()),
+          .type = track["type"].asString() == "teletext" ? 1 : 0};
+}
+
+std::u16string attachedText(const Json::Value& attached) {
+  Json::StreamWriterBuilder writer;
+  writer["indentation"] = "";
+  writer["emitUTF8"] = true;
+  return text::toUnits(Json::writeString(writer, attached));
+}
+
+Service serviceOf(const Json::Value& member) {
+  Service service;
+  if (member.isMember("id")) service.numbers[TCServiceData::SERVICE_ID] = idOf(member["id"]);
+  for (const Member& number : numbers) {
+    if (member.isMember(number.name)) service.numbers[number.fieldId] = member[number.name].asUInt64();
+  }
+  if (member.isMember("name")) {
+    service.texts[TCServiceData::CHANNEL_NAME] = text::toUnits(member["name"].asString());
+  }
+  if (member.isMember("attached")) {
+    service.texts[TCServiceData::SERVICE_FIELD_110] = attachedText(member["attached"]);
+  }
+  service.group = member["group"].asString();
+  for (const Json::Value& track : member["audio"]) service.audio.push_back(audioOf(track));
+  for (const Json::Value& track : member["subtitles"]) service.subtitles.push_back(subtitleOf(track));
+  for (const std::string& group : member["favourites"].getMemberNames()) {
+    service.favourites[static_cast<std::uint8_t>(std::stoi(group))] = member["favourites"][group].asBool();
+  }
+  return service;
+}
+
+void readState(const Json::Value& root, SetDescription& set) {
+  TvState& state = set.state;
+  for (const Json::Value& input : root["inputs"]) {
+    state.inputs.push_back({input["source"].asInt(), input["name"].asString(), input["plugged"].asBool()});
+  }
+  state.region = root["region"].asInt();
+  state.country = root["country"].asInt();
+  state.startServiceId = idOf(root["start"]["service"]);
+  state.startSource = root["start"]["source"].asInt();
+  set.currentId = idOf(root["current"]["service"]);
+  set.previousId = idOf(root["previous"]["service"]);
+  const TvMode mode{root["tvMode"]["antenna"].asInt(), root["tvMode"]["service"].asInt()};
+  for (const WindowId window : windowIds) state[window].mode = mode;
+  WindowState& main = state[WindowId::main];
+  main.source = root["current"]["source"].asInt();
+  main.previousSource = root["previous"]["source"].asInt();
+  main.sourceState = SOURCE_STATE_SHOWN;
+}
+
+}  // namespace
+
+SetDescription readSet(std::string_view document) {
+  Json::Value root;
+  std::string errors;
+  const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+  if (!reader->parse(document.data(), document.data() + document.size(), &root, &errors)) refuse(errors);
+  SetDescription set;
+  try {
+    readState(root, set);
+    for (const Json::Value& member : root["services"]) set.services.push_back(serviceOf(member));
+  } catch (const Json::Exception& exception) {
+    refuse(exception.what());
+  }
+  return set;
+}
+
+const SetDescription& embeddedSet() {
+  static const SetDescription set = readSet(embedded::DefaultSet);
+  return set;
+}
+
+}  // namespace virtualtv

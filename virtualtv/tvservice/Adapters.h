@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+#include "tvservice/Adapter.h"
+#include "tvservice/IAVControl.h"
+#include "tvservice/IDataControl.h"
+#include "tvservice/ISatellite.h"
+#include "tvservice/IService.h"
+#include "tvservice/IServiceNavigation.h"
+#include "tvservice/ISourceControl.h"
+#include "tvservice/ITunerControl.h"
+#include "tvservice/IVideoControl.h"
+#include "tvservice/ServiceDataAux.h"
+
+// Each makes an interface of the TV service that acts on the set of the process. Used by the factories.
+
+namespace virtualtv::tvservice {
+
+std::shared_ptr<IService> makeService(const Profile& profile);
+std::shared_ptr<IServiceNavigation> makeServiceNavigation(const Profile& profile);
+std::shared_ptr<ISourceControl> makeSourceControl(const Profile& profile);
+std::shared_ptr<IVideoControl> makeVideoControl(const Profile& profile);
+std::shared_ptr<IAVControl> makeAVControl(const Profile& profile);
+std::shared_ptr<::ServiceDataAux> makeServiceDataAux(const Profile& profile);
+std::shared_ptr<IDataControl> makeDataControl(const Profile& profile);
+std::shared_ptr<ITunerControl> makeTunerControl(const Profile& profile);
+std::shared_ptr<ISatellite> makeSatellite(const Profile& profile);
+
+}  // namespace virtualtv::tvservice

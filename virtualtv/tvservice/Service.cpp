@@ -1,0 +1,46 @@
+// The service database as the TV service shows it.
+#include "services/ServiceStore.h"
+#include "tvservice/Adapters.h"
+
+namespace virtualtv::tvservice {
+
+namespace {
+
+using seam::args;
+using seam::in;
+using seam::op;
+using seam::out;
+
+class Service : public IService {
+ public:
+  explicit Service(const Profile& profile) : profile_(profile) {}
+
+  int FindService(TCCriteriaHelper& criteria, TCServiceData& service, int count) override {
+    return answer(op("IService::FindService"), profile_.handle,
+                  args(in("", criteria), in("count", count), out("service", service)), [&](Tv& tv) {
+                    const TSTvMode any(ANTENNA_NONE, SERVICE_MODE_NONE);
+                    return tv.services().first(criteria, any, service) ? 1 : 0;
+                  });
+  }
+
+  int SetFavorites(const std::list<std::pair<unsigned long long, bool>>& favorites, char group) override {
+    const int number = static_cast<unsigned char>(group);
+    return refuse(op("IService::SetFavorites"), profile_.handle, args(in("", favorites), in("group", number)));
+  }
+
+  int GetFavorites(const unsigned long long& serviceId, std::map<unsigned char, bool>& favorites) override {
+    return refuse(op("IService::GetFavorites"), profile_.handle,
+                  args(in("serviceId", serviceId), out("favorites", favorites)));
+  }
+
+ private:
+  Profile profile_;
+};
+
+}  // namespace
+
+std::shared_ptr<IService> makeService(const Profile& profile) {
+  return std::make_shared<Service>(profile);
+}
+
+}  // namespace virtualtv::tvservice

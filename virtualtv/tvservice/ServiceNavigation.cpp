@@ -1,0 +1,114 @@
+// Navigation among the services of one window.
+#include "services/ServiceStore.h"
+#include "tvservice/Adapters.h"
+
+namespace virtualtv::tvservice {
+
+namespace {
+
+using seam::args;
+using seam::in;
+using seam::op;
+using seam::out;
+
+class ServiceNavigation : public IServiceNavigation {
+ public:
+  explicit ServiceNavigation(const Profile& profile) : profile_(profile) {}
+
+  int TuneService(const unsigned long long& serviceId, int first, int second, const std::string& appId) override {
+    return refuse(op("IServiceNavigation::TuneService"), profile_.handle,
+                  args(in("serviceId", serviceId), in("", first), in("", second), in("appId", appId)));
+  }
+
+  int GetTvMode(TSTvMode& mode) override {
+    return answer(op("IServiceNavigation::GetTvMode"), profile_.handle, args(out("mode", mode)), [&](Tv& tv) {
+      const TvMode now = tv.state()[profile_.window].mode;
+      mode = TSTvMode(static_cast<EAntennaMode>(now.antenna), static_cast<EServiceMode>(now.service));
+      return 1;
+    });
+  }
+
+  int SetTVMode(TSTvMode mode, const std::string& appId) override {
+    return answer(op("IServiceNavigation::SetTVMode"), profile_.handle, args(in("mode", mode), in("appId", appId)),
+                  [&](Tv& tv) {
+                    const bool known = mode.antennaMode >= ANTENNA_TERRESTRIAL && mode.antennaMode <= ANTENNA_SATELLITE;
+                    if (!known) return 0;
+                    tv.setMode(profile_.window, {mode.antennaMode, mode.serviceMode});
+                    return 1;
+                  });
+  }
+
+  int GetCurrentService(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) override {
+    return answer(op("IServiceNavigation::GetCurrentService"), profile_.handle,
+                  args(in("mode", mode), in("", criteria), out("service", service)),
+                  [&](Tv& tv) { return fetchCurrent(tv, criteria, service); });
+  }
+
+  int GetPreviousServiceId(TSTvMode mode, unsigned long long& serviceId) override {
+    return answer(op("IServiceNavigation::GetPreviousServiceId"), profile_.handle,
+                  args(in("mode", mode), out("serviceId", serviceId)), [&](Tv& tv) {
+                    TCCriteriaHelper criteria;
+                    criteria.Fetch(TCServiceData::SERVICE_ID);
+                    TCServiceData service;
+                    const ServiceKey key = tv.state()[profile_.window].previousService;
+                    if (!tv.services().at(key, criteria, service)) return 0;
+                    return service.Get(TCServiceData::SERVICE_ID, serviceId) ? 1 : 0;
+                  });
+  }
+
+  int SeekNextService(TCCriteriaHelper& criteria, const unsigned long long& currentId, TCServiceData& service,
+                      TSTvMode mode) override {
+    return refuse(op("IServiceNavigation::SeekNextService"), profile_.handle,
+                  args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)));
+  }
+
+  int SeekPreviousService(TCCriteriaHelper& criteria, const unsigned long long& currentId, TCServiceData& service,
+                          TSTvMode mode) override {
+    return refuse(op("IServiceNavigation::SeekPreviousService"), profile_.handle,
+                  args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)));
+  }
+
+  int GetOptimumService(TCCriteriaHelper& criteria, TCServiceData& service, TSTvMode mode) override {
+    return refuse(op("IServiceNavigation::GetOptimumService"), profile_.handle,
+                  args(in("", criteria), in("mode", mode), out("service", service)));
+  }
+
+  int GetServiceList(TCCriteriaHelper& criteria, std::list<TCServiceData*>& services, TSTvMode mode, int first,
+                     int second) override {
+    return answer(op("IServiceNavigation::GetServiceList"), profile_.handle,
+                  args(in("", criteria), in("mode", mode), in("", first), in("", second), out("services", services)),
+                  [&](Tv& tv) { return tv.services().list(criteria, mode, services); });
+  }
+
+  int GetStartService(unsigned long long& serviceId, int& source) override {
+    return answer(op("IServiceNavigation::GetStartService"), profile_.handle,
+                  args(out("serviceId", serviceId), out("source", source)), [&](Tv& tv) {
+                    serviceId = tv.state().startServiceId;
+                    source = tv.state().startSource;
+                    return 1;
+                  });
+  }
+
+  int GetCurrentServiceInfo(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) override {
+    return answer(op("IServiceNavigation::GetCurrentServiceInfo"), profile_.handle,
+                  args(in("mode", mode), in("", criteria), out("service", service)),
+                  [&](Tv& tv) { return fetchCurrent(tv, criteria, service); });
+  }
+
+ private:
+  /// The service on screen is there whether or not the conditions of the criteria select it: one can be tuned to a
+  /// hidden service by its number.
+  int fetchCurrent(Tv& tv, const TCCriteriaHelper& criteria, TCServiceData& service) const {
+    return tv.services().at(tv.state()[profile_.window].service, criteria, service) ? 1 : 0;
+  }
+
+  Profile profile_;
+};
+
+}  // namespace
+
+std::shared_ptr<IServiceNavigation> makeServiceNavigation(const Profile& profile) {
+  return std::make_shared<ServiceNavigation>(profile);
+}
+
+}  // namespace virtualtv::tvservice

@@ -1,0 +1,62 @@
+// The input of one window.
+#include "tvservice/Adapters.h"
+
+namespace virtualtv::tvservice {
+
+namespace {
+
+using seam::args;
+using seam::in;
+using seam::op;
+using seam::out;
+
+class SourceControl : public ISourceControl {
+ public:
+  explicit SourceControl(const Profile& profile) : profile_(profile) {}
+
+  int GetSourceState(int* state) override {
+    return answer(op("ISourceControl::GetSourceState"), profile_.handle, args(out("state", *state)), [&](Tv& tv) {
+      *state = tv.state()[profile_.window].sourceState;
+      return 1;
+    });
+  }
+
+  int GetCurrentSourceInfo(ESource& source) override {
+    return answer(op("ISourceControl::GetCurrentSourceInfo"), profile_.handle, args(out("source", source)),
+                  [&](Tv& tv) { return tell(tv.state()[profile_.window].source, source); });
+  }
+
+  int GetPreviousSourceInfo(ESource& source) override {
+    return answer(op("ISourceControl::GetPreviousSourceInfo"), profile_.handle, args(out("source", source)),
+                  [&](Tv& tv) { return tell(tv.state()[profile_.window].previousSource, source); });
+  }
+
+  int SetSource(ESource source, const std::string& appId) override {
+    return refuse(op("ISourceControl::SetSource"), profile_.handle, args(in("source", source), in("appId", appId)));
+  }
+
+  int SetSource(ESource source, unsigned long long serviceId, const std::string& appId) override {
+    return refuse(op("ISourceControl::SetSource"), profile_.handle,
+                  args(in("source", source), in("serviceId", serviceId), in("appId", appId)));
+  }
+
+  int DeactivateSource() override { return refuse(op("ISourceControl::DeactivateSource"), profile_.handle, args()); }
+
+ private:
+  /// A window without a source has none to tell.
+  static int tell(int source, ESource& told) {
+    if (source < 0) return 0;
+    told = static_cast<ESource>(source);
+    return 1;
+  }
+
+  Profile profile_;
+};
+
+}  // namespace
+
+std::shared_ptr<ISourceControl> makeSourceControl(const Profile& profile) {
+  return std::make_shared<SourceControl>(profile);
+}
+
+}  // namespace virtualtv::tvservice

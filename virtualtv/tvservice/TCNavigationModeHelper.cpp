@@ -1,0 +1,51 @@
+// The conditions of navigations.
+#include "tvservice/TCNavigationModeHelper.h"
+
+#include "services/Service.h"
+#include "tvservice/Adapter.h"
+
+namespace {
+
+using virtualtv::seam::args;
+using virtualtv::seam::in;
+using virtualtv::seam::op;
+using virtualtv::seam::out;
+
+/// True for the service modes that name an operator's list; the others stand for the whole antenna.
+bool isOperatorList(EServiceMode mode) {
+  return (mode >= 3 && mode <= 18) || (mode >= 21 && mode <= 27);
+}
+
+bool selectList(ENavigationMode navigationMode, const TSTvMode& mode, TCCriteriaHelper& criteria) {
+  if (navigationMode != NAVIGATION_ALL) return false;
+  if (mode.antennaMode < ANTENNA_TERRESTRIAL || mode.antennaMode > ANTENNA_SATELLITE) return false;
+  criteria.Where(TCServiceData::ANTENNA_MODE, mode.antennaMode);
+  if (isOperatorList(mode.serviceMode)) criteria.Where(virtualtv::SERVICE_MODE, mode.serviceMode);
+  criteria.Where(virtualtv::HIDDEN, 0);
+  return true;
+}
+
+}  // namespace
+
+int TCNavigationModeHelper::GetNavigationCriteria(ENavigationMode navigationMode, TSTvMode tvMode,
+                                                  TCCriteriaHelper& criteria, unsigned long long serviceId) {
+  return virtualtv::seam::pass(
+      op("TCNavigationModeHelper::GetNavigationCriteria"), {},
+      args(in("navigation", navigationMode), in("mode", tvMode), in("service", serviceId), out("criteria", criteria)),
+      [&] { return selectList(navigationMode, tvMode, criteria) ? 1 : 0; });
+}
+
+int TCNavigationModeHelper::GetNavigationCriteria(TSTvMode tvMode, ENavigationMode navigationMode,
+                                                  TCCriteriaHelper& criteria, unsigned long long serviceId) {
+  return virtualtv::seam::pass(
+      op("TCNavigationModeHelper::GetNavigationCriteria"), {},
+      args(in("mode", tvMode), in("navigation", navigationMode), in("service", serviceId), out("criteria", criteria)),
+      [&] { return selectList(navigationMode, tvMode, criteria) ? 1 : 0; });
+}
+
+int TCNavigationModeHelper::GetOptimumCriteria(unsigned short major, unsigned short minor, TCCriteriaHelper& criteria,
+                                               ENavigationMode navigationMode) {
+  return virtualtv::tvservice::refuse(
+      op("TCNavigationModeHelper::GetOptimumCriteria"), {},
+      args(in("major", major), in("minor", minor), in("navigation", navigationMode), out("criteria", criteria)));
+}
