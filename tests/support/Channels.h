@@ -1,0 +1,83 @@
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "support/TvTest.h"
+#include "tvservice/TCServiceData.h"
+
+/// What the tests of the channel operations and reports share: services and records to ask about, a worker without
+/// proxies, and the log lines that many operations print.
+namespace channels {
+
+using support::Lines;
+
+/// Three terrestrial services, in the order of their ids, major numbers and names: the TV services 281 "News 24" and
+/// 283 without a name, the radio service 282 "Radio 5" between them.
+std::vector<virtualtv::Service> threeServices();
+
+/// The record that a text as in `{12=281,16="News"}` describes.
+TCServiceData record(std::string_view text);
+/// Gives a record a text, of units in host order.
+void setText(TCServiceData& record, int field, std::u16string_view units);
+/// The same text in the form in which a fault takes it: quoted, without blanks.
+std::string quoted(std::u16string_view units);
+
+/// Lists one after another.
+Lines join(std::initializer_list<Lines> parts);
+
+// Log lines of the worker, with their level.
+
+/// The error line of an operation.
+std::string banner(int level, std::string_view function);
+/// The line that tells the place in the source.
+std::string place(std::string_view function);
+/// An exception that a faulty platform call left with, told by the operation that made the call.
+std::string caught(std::string_view function, std::string_view call);
+
+/// What the worker logs when the proxy is missing and can't be made.
+Lines noNavigation();
+Lines noService();
+
+/// Calls as a trace shows them, with the conditions that the TV chose for a navigation replaced by the word CRITERIA,
+/// where they were asked for and where they were used.
+Lines withoutConditions(const Lines& calls);
+
+/// A worker for the main window of a set that has the three services, in TV mode (0, 1), with 281 on screen, 282 before
+/// it, and 281 to start with. Calls and log lines so far are dropped.
+class ChannelTest : public support::WorkerTest {
+ protected:
+  void SetUp() override;
+
+  /// From now on the proxy is missing and can't be made.
+  void loseNavigation();
+  void loseService();
+
+  /// Runs an operation under a fault, which must be hit, and drops what was seen before it.
+  template <typename Operation>
+  auto under(const std::string& words, Operation operation) {
+    clearFaults();
+    forget();
+    fault(words);
+    const auto result = operation();
+    EXPECT_TRUE(faultsHit()) << words;
+    clearFaults();
+    return result;
+  }
+};
+
+/// The same set with an engine open.
+class ChannelEngineTest : public support::EngineTest {
+ protected:
+  void SetUp() override;
+
+  /// The result code in the finish line of the last command; the other log lines are dropped.
+  std::string finished();
+};
+
+/// Puts the three services on a set as `ChannelTest` says.
+void furnish(virtualtv::Tv& tv);
+
+}  // namespace channels
