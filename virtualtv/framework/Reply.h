@@ -23,7 +23,13 @@ std::string encode(const Reply& reply);
 std::optional<Reply> decode(std::string_view encoded);
 
 /// A reply as a transcript shows it, in one or more lines with a line break after each but the last:
-/// `int 1`, `ascii TEXT`, `ascii |` with the lines behind it, `unicode "TEXT"`.
+/// `int 1`, `unicode "TEXT"`, and `ascii TEXT` where the text is one printable line. Other texts are shown as a block:
+/// `ascii |`, then its lines with `| ` before each (`|` alone for an empty one), `\` at the end of the last one where
+/// no line break follows it, and `\xNN` for bytes that can't be shown and for a backslash that would mean one of these.
 std::string show(const Reply& reply);
+
+/// What an engine made of a command, as a transcript shows it: its reply, `refused` before it when it refused, `empty`
+/// when it wrote none. @param encoded  the return string, empty when nobody wrote it.
+std::string showAnswer(bool accepted, std::string_view encoded);
 
 }  // namespace virtualtv::framework

@@ -1,0 +1,149 @@
+#include "framework/Log.h"
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <string>
+#include <vector>
+
+#include "kel/CKELDebug.h"
+
+namespace virtualtv::framework {
+namespace {
+
+using kel::CKELDebug;
+
+constexpr const char* location = "[KEL][%s(%d)] ";
+constexpr const char* banner = "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m";
+
+class LogTest : public ::testing::Test {
+ protected:
+  LogTest() {
+    setLogLevel(3);
+    setLogListener([this](const LogLine& line) { lines.push_back(line); });
+  }
+  ~LogTest() override {
+    setLogListener({});
+    setLogLevel(-1);
+  }
+
+  std::vector<LogLine> lines;
+};
+
+TEST_F(LogTest, HoldsTheLocationLineBackForItsMessage) {
+  CKELDebug::PrintLog(2, 3, location, "GetSource", 120);
+  EXPECT_TRUE(lines.empty());
+  CKELDebug::PrintLog(2, 3, "source = [%d]", 5);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].level, 3);
+  EXPECT_EQ(lines[0].function, "GetSource");
+  EXPECT_EQ(lines[0].format, "source = [%d]");
+  EXPECT_EQ(lines[0].text, "source = [5]");
+}
+
+TEST_F(LogTest, AMessageWithoutLocationLineHasNoFunction) {
+  CKELDebug::PrintLog(2, 0, location, "First", 1);
+  CKELDebug::PrintLog(2, 0, "one");
+  CKELDebug::PrintLog(2, 0, "two");
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0].function, "First");
+  EXPECT_EQ(lines[1].function, "");
+}
+
+TEST_F(LogTest, LetsOnlyMessagesUpToTheLevelThrough) {
+  const std::vector<std::vector<int>> expected{{}, {0}, {0}, {0}, {0, 3}};
+  for (int level = -1; level <= 3; ++level) {
+    lines.clear();
+    setLogLevel(level);
+    EXPECT_EQ(logLevel(), level);
+    CKELDebug::PrintLog(2, 0, "routine");
+    CKELDebug::PrintLog(2, 3, "information");
+    std::vector<int> levels;
+    for (const LogLine& line : lines) levels.push_back(line.level);
+    EXPECT_EQ(levels, expected[static_cast<std::size_t>(level + 1)]) << level;
+  }
+}
+
+TEST_F(LogTest, AFilteredMessageNeitherReadsItsFormatNorItsArguments) {
+  setLogLevel(0);
+  const char* nowhere = reinterpret_cast<const char*>(1);  // reading it would crash
+  CKELDebug::PrintLog(2, 3, nowhere, 1);
+  CKELDebug::PrintLog(2, 3, "%s", nowhere);
+  EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(LogTest, NobodyNeedsToListen) {
+  setLogListener({});
+  CKELDebug::PrintLog(2, 0, "unheard");
+  EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(LogTest, RendersTextsOfAnyLength) {
+  const std::string longText(100000, 'x');
+  CKELDebug::PrintLog(2, 0, "<%s>", longText.c_str());
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].text, "<" + longText + ">");
+  EXPECT_EQ(lines[0].masked, lines[0].text);
+}
+
+TEST_F(LogTest, RendersEachConversionAsPrintfDoes) {
+  CKELDebug::PrintLog(2, 0, "%d|%5d|%-5d|%05d|%+d|%i|%u|%x|%X|%o|%c|%%", -7, 42, 42, 42, 42, 3, 4000000000U, 255, 255,
+                      8, 'z');
+  CKELDebug::PrintLog(2, 0, "%ld|%lu|%lld|%llu|%zu|%hd|%hhu", -8L, 8UL, -9LL, 18446744073709551615ULL, std::size_t{7},
+                      70000, 300);
+  CKELDebug::PrintLog(2, 0, "%s|%.2s|%5s|%-5s|%*d|%.*s", "text", "text", "t", "t", 4, 1, 3, "abcdef");
+  CKELDebug::PrintLog(2, 0, "%.2f|%g|%e", 1.5, 0.25, 1000.0);
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0].text, "-7|   42|42   |00042|+42|3|4000000000|ff|FF|10|z|%");
+  EXPECT_EQ(lines[1].text, "-8|8|-9|18446744073709551615|7|4464|44");
+  EXPECT_EQ(lines[2].text, "text|te|    t|t    |   1|abc");
+  EXPECT_EQ(lines[3].text, "1.50|0.25|1.000000e+03");
+}
+
+TEST_F(LogTest, ANullTextIsWrittenAsSuch) {
+  const char* none = nullptr;
+  CKELDebug::PrintLog(2, 0, "[%s]", none);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].text, "[(null)]");
+}
+
+TEST_F(LogTest, MasksAddresses) {
+  CKELDebug::PrintLog(2, 0, "[CEmpTaskWindow::Create][%p] begin.", static_cast<void*>(this));
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].masked, "[CEmpTaskWindow::Create][*] begin.");
+  EXPECT_NE(lines[0].text, lines[0].masked);
+}
+
+TEST_F(LogTest, MasksLineNumbersButNotOtherNumbers) {
+  CKELDebug::PrintLog(2, 0, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", "Window/Src/X", "Create", 77);
+  CKELDebug::PrintLog(2, 0, banner, "Window/Src/X", "Create", 77);
+  CKELDebug::PrintLog(2, 0, "[%s][%s][%d] size=[%d]", "a", "b", 77, 5);
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_EQ(lines[0].masked, "FILE=[Window/Src/X] FUNCTION=[Create] LINE=[*]");
+  EXPECT_EQ(lines[1].masked, "\033[2;31;42m !!!!ERROR!!!![Window/Src/X][Create][*] \033[0m");
+  EXPECT_EQ(lines[1].text, "\033[2;31;42m !!!!ERROR!!!![Window/Src/X][Create][77] \033[0m");
+  EXPECT_EQ(lines[2].masked, "[a][b][77] size=[5]");
+}
+
+TEST_F(LogTest, MasksThreadIdsAndPointerValuedNumbers) {
+  CKELDebug::PrintLog(2, 0, "[%s],pid = %lu", "x", static_cast<unsigned long>(pthread_self()));
+  CKELDebug::PrintLog(2, 3, "GetSignalStrength sigStrength is %d", 12345);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0].masked, "[x],pid = *");
+  EXPECT_EQ(lines[1].masked, "GetSignalStrength sigStrength is *");
+}
+
+TEST_F(LogTest, ArgumentsThatLookLikeAMarkMaskNothing) {
+  CKELDebug::PrintLog(2, 0, "%s%d", "LINE=[", 5);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].masked, "LINE=[5");
+}
+
+TEST_F(LogTest, KeepsLineBreaksOfTheMessage) {
+  CKELDebug::PrintLog(2, 0, "ExecuteWithParamList[%s]\n", "a\nb");
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].text, "ExecuteWithParamList[a\nb]\n");
+}
+
+}  // namespace
+}  // namespace virtualtv::framework

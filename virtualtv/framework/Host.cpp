@@ -1,0 +1,118 @@
+#include "framework/Host.h"
+
+#include <exception>
+#include <utility>
+#include <vector>
+
+#include "seam/Seam.h"
+
+namespace virtualtv::framework {
+
+namespace {
+
+std::map<const kel::CEmpAppBase*, Host*>& hosts() {
+  static std::map<const kel::CEmpAppBase*, Host*> all;
+  return all;
+}
+
+std::vector<std::function<void(const std::string&)>>& closeListeners() {
+  static std::vector<std::function<void(const std::string&)>> all;
+  return all;
+}
+
+void tellClosed(const std::string& key) {
+  for (const auto& listener : closeListeners()) listener(key);
+}
+
+/// Runs a step of the plug-in that must not stop the framework. @return false when it threw.
+template <typename Step>
+bool survive(Step step) {
+  try {
+    step();
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+}  // namespace
+
+std::string engineKey(int id) {
+  return "#" + std::to_string(id);
+}
+
+std::string engineKey(const std::string& name) {
+  return name.starts_with('#') ? "#" + name : name;
+}
+
+Host::Host(kel::CEmpAppBase& app) : app_(app) {
+  hosts()[&app] = this;
+}
+
+Host::~Host() {
+  closeAll();
+  hosts().erase(&app_);
+}
+
+Host& Host::of(const kel::CEmpAppBase& app) {
+  return *hosts().at(&app);
+}
+
+bool Host::open(const std::string& key, const Client& client) {
+  if (isOpen(key)) return false;
+  const seam::CallerScope scope({key, 0});
+  Hosted hosted;
+  const bool made = survive([&] {
+    hosted.engine.reset(app_.CreateEmpEngine());
+    if (hosted.engine) hosted.engine->SetAppInfo(client.id, client.appId, client.widgetId, client.profile);
+  });
+  if (made && hosted.engine) {
+    engines_.emplace(key, std::move(hosted));
+    return true;
+  }
+  hosted.engine.reset();
+  tellClosed(key);
+  return false;
+}
+
+bool Host::setClient(const std::string& key, const Client& client) {
+  const auto found = engines_.find(key);
+  if (found == engines_.end()) return false;
+  const seam::CallerScope scope({key, found->second.commands});
+  found->second.engine->SetAppInfo(client.id, client.appId, client.widgetId, client.profile);
+  return true;
+}
+
+bool Host::execute(const std::string& key, const std::function<bool(kel::CEmpEngineBase&)>& command) {
+  const auto found = engines_.find(key);
+  if (found == engines_.end()) return false;
+  const seam::CallerScope scope({key, ++found->second.commands});
+  return command(*found->second.engine);
+}
+
+std::uint64_t Host::commands(const std::string& key) const {
+  const auto found = engines_.find(key);
+  return found == engines_.end() ? 0 : found->second.commands;
+}
+
+bool Host::close(const std::string& key) {
+  auto closing = engines_.extract(key);
+  if (closing.empty()) return false;
+  {
+    const seam::CallerScope scope({key, 0});
+    survive([&] { closing.mapped().engine->Destroy(); });
+    closing.mapped().engine.reset();
+  }
+  tellClosed(key);
+  return true;
+}
+
+void Host::closeAll() {
+  while (!engines_.empty()) close(engines_.begin()->first);
+}
+
+void onEngineClosed(std::function<void(const std::string& engine)> listener) {
+  closeListeners().push_back(std::move(listener));
+}
+
+}  // namespace virtualtv::framework

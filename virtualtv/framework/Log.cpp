@@ -1,0 +1,71 @@
+#include "framework/Log.h"
+
+#include <cstdarg>
+#include <cstring>
+#include <utility>
+
+#include "framework/Render.h"
+#include "kel/CKELDebug.h"
+
+namespace virtualtv::framework {
+
+namespace {
+
+constexpr const char* locationFormat = "[KEL][%s(%d)] ";
+
+int threshold = -1;
+
+std::function<void(const LogLine&)>& listener() {
+  static std::function<void(const LogLine&)> current;
+  return current;
+}
+
+/// Function of the location line that waits for its message.
+std::string& location() {
+  static std::string function;
+  return function;
+}
+
+void tell(int level, const char* format, va_list arguments) {
+  LogLine line;
+  line.level = level;
+  line.function = std::exchange(location(), {});
+  line.format = format;
+  Rendered rendered = render(format, arguments);
+  line.text = std::move(rendered.text);
+  line.masked = std::move(rendered.masked);
+  if (listener()) listener()(line);
+}
+
+}  // namespace
+
+void setLogLevel(int level) {
+  threshold = level;
+  location().clear();
+}
+
+int logLevel() {
+  return threshold;
+}
+
+void setLogListener(std::function<void(const LogLine&)> heard) {
+  listener() = std::move(heard);
+}
+
+}  // namespace virtualtv::framework
+
+using namespace virtualtv::framework;
+
+void kel::CKELDebug::PrintLog(int, int level, const char* format, ...) {
+  if (level > threshold) return;
+  if (format == nullptr) return;
+  va_list arguments;
+  va_start(arguments, format);
+  if (std::strcmp(format, locationFormat) == 0) {
+    const char* function = va_arg(arguments, const char*);
+    location() = function == nullptr ? "" : function;
+  } else {
+    tell(level, format, arguments);
+  }
+  va_end(arguments);
+}

@@ -1,0 +1,121 @@
+#include "framework/Reply.h"
+
+#include <array>
+#include <charconv>
+#include <cstring>
+
+#include "text/Units.h"
+
+namespace virtualtv::framework {
+
+namespace {
+
+// An encoded reply starts with a letter for its kind and a colon. A number follows in decimal, a text as its bytes,
+// units as two bytes each, the high one first.
+constexpr std::string_view integerMark = "i:";
+constexpr std::string_view asciiMark = "a:";
+constexpr std::string_view unicodeMark = "u:";
+
+std::string bytesOf(std::u16string_view units) {
+  std::string bytes;
+  bytes.reserve(units.size() * 2);
+  for (const char16_t unit : units) {
+    bytes += static_cast<char>(unit >> 8U);
+    bytes += static_cast<char>(unit & 0xFFU);
+  }
+  return bytes;
+}
+
+std::u16string unitsOf(std::string_view bytes) {
+  std::u16string units;
+  units.reserve(bytes.size() / 2);
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    const unsigned high = static_cast<unsigned char>(bytes[at]);
+    const unsigned low = static_cast<unsigned char>(bytes[at + 1]);
+    units += static_cast<char16_t>(high << 8U | low);
+  }
+  return units;
+}
+
+std::optional<Reply> decodeInteger(std::string_view digits) {
+  Reply reply{.kind = Reply::Kind::integer, .text = {}, .units = {}};
+  const char* end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, reply.number);
+  if (error != std::errc() || stop != end) return std::nullopt;
+  return reply;
+}
+
+/// One line of a text in a block: a backslash stays unless it would read as an escape or as the end of the text.
+std::string blockLine(std::string_view line) {
+  std::string shown;
+  while (!line.empty()) {
+    const std::size_t slash = line.find('\\');
+    shown += text::printable(line.substr(0, slash));
+    if (slash == std::string_view::npos) break;
+    line.remove_prefix(slash + 1);
+    shown += line.empty() || line.front() == 'x' ? "\\x5C" : "\\";
+  }
+  return shown;
+}
+
+std::string showBlock(std::string_view text) {
+  std::string shown = "ascii |";
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    const std::string line = blockLine(text.substr(0, end));
+    shown += line.empty() ? "\n|" : "\n| " + line;
+    if (end == std::string_view::npos) return shown + "\\";
+    text.remove_prefix(end + 1);
+  }
+  return shown;
+}
+
+std::string showAscii(const std::string& text) {
+  if (text.empty()) return "ascii";
+  const bool plain = text::isPrintable(text) && text != "|" && text.back() != ' ';
+  return plain ? "ascii " + text : showBlock(text);
+}
+
+}  // namespace
+
+std::string encode(const Reply& reply) {
+  switch (reply.kind) {
+    case Reply::Kind::integer:
+      return std::string(integerMark) + std::to_string(reply.number);
+    case Reply::Kind::ascii:
+      return std::string(asciiMark) + reply.text;
+    case Reply::Kind::unicode:
+      break;
+  }
+  return std::string(unicodeMark) + bytesOf(reply.units);
+}
+
+std::optional<Reply> decode(std::string_view encoded) {
+  const std::string_view mark = encoded.substr(0, 2);
+  const std::string_view value = encoded.substr(mark.size());
+  if (mark == integerMark) return decodeInteger(value);
+  if (mark == asciiMark) return Reply{Reply::Kind::ascii, 0, std::string(value), {}};
+  if (mark == unicodeMark && value.size() % 2 == 0) return Reply{Reply::Kind::unicode, 0, {}, unitsOf(value)};
+  return std::nullopt;
+}
+
+std::string show(const Reply& reply) {
+  switch (reply.kind) {
+    case Reply::Kind::integer:
+      return "int " + std::to_string(reply.number);
+    case Reply::Kind::ascii:
+      return showAscii(reply.text);
+    case Reply::Kind::unicode:
+      break;
+  }
+  return "unicode " + text::quoted(reply.units);
+}
+
+std::string showAnswer(bool accepted, std::string_view encoded) {
+  if (encoded.empty()) return accepted ? "empty" : "refused";
+  const std::optional<Reply> reply = decode(encoded);
+  const std::string shown = reply ? show(*reply) : "undecodable " + text::printable(encoded);
+  return accepted ? shown : "refused " + shown;
+}
+
+}  // namespace virtualtv::framework
