@@ -1,0 +1,260 @@
+#include "store/Database.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "store/Statement.h"
+#include "store/Transaction.h"
+#include "virtualtv/store/Support.h"
+
+namespace virtualtv::test {
+namespace {
+
+constexpr const char* oldSchema[] = {"CREATE TABLE thing(key INTEGER PRIMARY KEY, value BLOB) STRICT"};
+constexpr const char* newSchema[] = {oldSchema[0], "ALTER TABLE thing ADD COLUMN colour TEXT DEFAULT 'red'"};
+constexpr std::chrono::milliseconds noPatience{0};
+
+int count(Database& database) {
+  Statement statement(database, "SELECT count(value) FROM thing", "count the things");
+  Rows rows = statement.query();
+  rows.next();
+  return static_cast<int>(rows.integer(0));
+}
+
+void add(Database& database, int size = 1) {
+  Statement(database, "INSERT INTO thing(value) VALUES(zeroblob(?))", "add a thing").run(size);
+}
+
+std::string textOf(Database& database, const char* query) {
+  Statement statement(database, query, "ask");
+  Rows rows = statement.query();
+  return rows.next() ? rows.text(0) : "";
+}
+
+class DatabaseFile : public testing::Test {
+ public:
+  /// Makes a database with `things` rows that take some pages.
+  void make(int things) {
+    Database database(file, oldSchema);
+    for (int thing = 0; thing < things; ++thing) add(database, 1000);
+  }
+
+  std::string failureToOpen() {
+    return failureOf([&] { Database(file, oldSchema, noPatience); });
+  }
+
+  std::string failure(const std::string& text) const { return file.string() + ": cannot " + text; }
+
+  TemporaryDirectory directory;
+  const std::filesystem::path file = directory / "a.db";
+};
+
+TEST_F(DatabaseFile, KeepsItsRows) {
+  make(3);
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 3);
+}
+
+TEST_F(DatabaseFile, HasEveryCommitOnTheDisk) {
+  Database database(file, oldSchema);
+  EXPECT_EQ(textOf(database, "PRAGMA journal_mode"), "wal");
+  EXPECT_EQ(textOf(database, "PRAGMA synchronous"), "2");
+}
+
+TEST_F(DatabaseFile, KeepsWhatWasCommittedWhenTheProcessDies) {
+  const std::string end = inChild([&]() -> std::string {
+    Database database(file, oldSchema);
+    add(database);
+    add(database);
+    std::_Exit(0);
+  });
+  ASSERT_EQ(end, "");
+  ASSERT_GT(std::filesystem::file_size(file.string() + "-wal"), 0U);
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 2);
+}
+
+TEST_F(DatabaseFile, KeepsNothingOfATransactionInWhichTheProcessDies) {
+  const std::string end = inChild([&]() -> std::string {
+    Database database(file, oldSchema);
+    add(database);
+    Transaction transaction(database, "add things");
+    for (int thing = 0; thing < 50; ++thing) add(database, 1'000'000);  // more than the cache takes
+    std::_Exit(0);
+  });
+  ASSERT_EQ(end, "");
+  ASSERT_GT(std::filesystem::file_size(file.string() + "-wal"), 1'000'000U);
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 1);
+}
+
+TEST_F(DatabaseFile, LooksAfterReferences) {
+  Database database(file, oldSchema);
+  EXPECT_EQ(textOf(database, "PRAGMA foreign_keys"), "1");
+}
+
+TEST_F(DatabaseFile, IsBroughtToTheNewestVersionWithItsRows) {
+  make(2);
+  Database database(file, newSchema);
+  EXPECT_EQ(count(database), 2);
+  EXPECT_EQ(textOf(database, "SELECT colour FROM thing"), "red");
+  EXPECT_EQ(textOf(database, "PRAGMA user_version"), "2");
+}
+
+TEST_F(DatabaseFile, StaysInItsVersionWhenAStepFails) {
+  make(2);
+  constexpr const char* broken[] = {oldSchema[0], "ALTER TABLE thing ADD COLUMN colour TEXT", "CREATE TABLE thing(k)"};
+  EXPECT_EQ(failureOf([&] { Database(file, broken); }),
+            failure("bring it to the newest version: table thing already exists"));
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 2);
+}
+
+TEST_F(DatabaseFile, OfANewerVersionIsRefused) {
+  { Database database(file, newSchema); }
+  const std::string before = contentOf(file);
+  EXPECT_EQ(failureToOpen(), failure("open it: a newer version of this program wrote it"));
+  EXPECT_EQ(contentOf(file), before);
+}
+
+TEST_F(DatabaseFile, OfAnotherProgramIsRefused) {
+  sqlite3* handle = nullptr;
+  sqlite3_open(file.c_str(), &handle);
+  sqlite3_exec(handle, "CREATE TABLE theirs(x)", nullptr, nullptr, nullptr);
+  sqlite3_close(handle);
+  const std::string before = contentOf(file);
+  EXPECT_EQ(failureToOpen(), failure("open it: it is a database of another program"));
+  EXPECT_EQ(contentOf(file), before);
+}
+
+TEST_F(DatabaseFile, ThatIsEmptyBecomesADatabase) {
+  write(file, "");
+  Database database(file, oldSchema);
+  add(database);
+  EXPECT_EQ(count(database), 1);
+}
+
+TEST_F(DatabaseFile, ThatIsNoDatabaseIsRefusedAndLeftAlone) {
+  std::mt19937 random(7);
+  std::string noise(20000, ' ');
+  for (char& byte : noise) byte = static_cast<char>(random());
+  for (const std::string& content :
+       {noise, noise.substr(0, 10), std::string("VDR;channels\n"), std::string(5000, '\0')}) {
+    write(file, content);
+    EXPECT_EQ(failureToOpen(), failure("open it: the file is damaged, or is not a database"));
+    EXPECT_EQ(contentOf(file), content);
+  }
+}
+
+TEST_F(DatabaseFile, ThatIsCutOffIsRefusedAndLeftAlone) {
+  make(20);
+  const std::string whole = contentOf(file);
+  for (const std::size_t size : {std::size_t{10}, std::size_t{100}, std::size_t{4096}, whole.size() / 2}) {
+    write(file, whole.substr(0, size));
+    const std::string text = failureOf([&] {
+      Database database(file, oldSchema);
+      count(database);
+    });
+    EXPECT_TRUE(text.starts_with(failure(""))) << text;
+    EXPECT_NE(text.find("the file is damaged"), std::string::npos) << text;
+    EXPECT_EQ(contentOf(file), whole.substr(0, size));
+  }
+}
+
+TEST_F(DatabaseFile, WithADamagedPageFailsWhereThatIsMet) {
+  make(100);
+  const std::string whole = contentOf(file);
+  overwrite(file, whole.size() / 2 / 4096 * 4096, std::string(4096, '\x5a'));
+  const std::string damaged = contentOf(file);
+  {
+    Database database(file, oldSchema);
+    EXPECT_EQ(textOf(database, "SELECT 1 FROM thing WHERE key = 1"), "1");
+    EXPECT_EQ(failureOf([&] { count(database); }), failure("count the things: the file is damaged"));
+  }
+  EXPECT_EQ(contentOf(file), damaged);
+}
+
+TEST_F(DatabaseFile, WithADamagedHeaderIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
+  make(3);
+  inChild([&]() -> std::string {
+    Database database(file, oldSchema);
+    add(database);
+    std::_Exit(0);
+  });
+  overwrite(file, 0, std::string(100, '\x5a'));
+  const std::string log = file.string() + "-wal";
+  const std::string before = contentOf(file);
+  const std::string logBefore = contentOf(log);
+  ASSERT_FALSE(logBefore.empty());
+  EXPECT_EQ(failureToOpen(), failure("open it: the file is damaged, or is not a database"));
+  EXPECT_EQ(contentOf(file), before);
+  EXPECT_EQ(contentOf(log), logBefore);
+}
+
+TEST_F(DatabaseFile, InADirectoryThatDoesNotExistFails) {
+  const auto missing = directory / "missing/a.db";
+  EXPECT_EQ(failureOf([&] { Database(missing, oldSchema); }),
+            missing.string() + ": cannot open it: No such file or directory");
+}
+
+TEST_F(DatabaseFile, ThatIsADirectoryFails) {
+  std::filesystem::create_directory(file);
+  EXPECT_EQ(failureToOpen(), failure("open it: it is a directory"));
+}
+
+TEST_F(DatabaseFile, InADirectoryThatCantBeWrittenToFails) {
+  EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(DatabaseFile, ThatCantBeWrittenToFails) {
+  make(1);
+  std::filesystem::permissions(file, std::filesystem::perms(0444));
+  const std::string before = contentOf(file);
+  EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
+  EXPECT_EQ(contentOf(file), before);
+}
+
+TEST_F(DatabaseFile, ThatCantBeReadFails) {
+  make(1);
+  std::filesystem::permissions(file, std::filesystem::perms(0600));
+  EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
+}
+
+TEST_F(DatabaseFile, ThatAnotherProcessHasOpenIsRefused) {
+  Database database(file, oldSchema);
+  add(database);
+  EXPECT_EQ(inChild([&] { return failureToOpen(); }), failure("open it: another process has locked it"));
+  add(database);
+  EXPECT_EQ(count(database), 2);
+}
+
+TEST_F(DatabaseFile, OnAFullDiskKeepsWhatItHad) {
+  make(2);
+  const std::string text = inChild([&] {
+    Database database(file, oldSchema);
+    add(database, 100);
+    limitFileSize(100'000);
+    return failureOf([&] { add(database, 1'000'000); }) + "\n" + std::to_string(count(database));
+  });
+  EXPECT_EQ(text, failure("add a thing: writing to the disk failed\n3"));
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 3);
+  EXPECT_EQ(textOf(database, "PRAGMA integrity_check"), "ok");
+}
+
+TEST_F(DatabaseFile, CantBeMadeOnAFullDisk) {
+  const std::string text = inChild([&] {
+    limitFileSize(1000);
+    return failureToOpen();
+  });
+  EXPECT_EQ(text, failure("bring it to the newest version: writing to the disk failed"));
+  Database database(file, oldSchema);
+  add(database);
+  EXPECT_EQ(count(database), 1);
+}
+
+}  // namespace
+}  // namespace virtualtv::test

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "store/Database.h"
+#include "store/StoreError.h"
+
+namespace virtualtv::test {
+
+/// A directory for one test, removed with all that is in it. Any user may look into it.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  ~TemporaryDirectory();
+
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string contentOf(const std::filesystem::path& file);
+void write(const std::filesystem::path& file, const std::string& content);
+/// Overwrites part of a file.
+void overwrite(const std::filesystem::path& file, std::size_t position, const std::string& content);
+
+/// Runs `body` in a process of its own, which ends without any clean-up, like one that is killed.
+/// @return what `body` answered, or "died" when it did not come to an end.
+std::string inChild(const std::function<std::string()>& body);
+
+/// The same as a user without privileges, for whom permissions count.
+std::string inChildWithoutPrivileges(const std::function<std::string()>& body);
+
+/// In a child only: no file may grow beyond `size` bytes from here on.
+void limitFileSize(std::size_t size);
+
+/// Text of the `StoreError` that `body` throws, empty when it throws none.
+template <typename Body>
+std::string failureOf(Body&& body) {
+  try {
+    body();
+  } catch (const StoreError& error) {
+    return error.what();
+  }
+  return {};
+}
+
+}  // namespace virtualtv::test

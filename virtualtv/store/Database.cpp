@@ -1,0 +1,156 @@
+#include "store/Database.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "store/StoreError.h"
+#include "store/Transaction.h"
+
+namespace virtualtv {
+
+namespace {
+
+constexpr int applicationId = 0x656d7731;  // "emw1", in the file's header
+constexpr const char* opening = "open it";
+
+// What keeps this process from writing to a file and, for the log, beside it. SQLite does not tell reliably.
+std::string obstacle(const std::string& file) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) return "it is a directory";
+  const std::string directory = std::filesystem::path(file).parent_path();
+  if (access(directory.c_str(), W_OK | X_OK) != 0) return std::strerror(errno);
+  if (access(file.c_str(), R_OK | W_OK) != 0 && errno != ENOENT) return std::strerror(errno);
+  return "the file can't be opened";
+}
+
+// Why a call failed, for a person.
+std::string reasonOf(int code, sqlite3* handle, const std::string& file) {
+  if (code == SQLITE_IOERR_READ || code == SQLITE_IOERR_SHORT_READ) return "reading from the disk failed";
+  switch (code & 0xff) {
+    case SQLITE_CORRUPT:
+      return "the file is damaged";
+    case SQLITE_NOTADB:
+      return "the file is damaged, or is not a database";
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "another process has locked it";
+    case SQLITE_FULL:
+      return "no space left on the disk";
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:
+      return obstacle(file);
+    case SQLITE_IOERR:
+      return "writing to the disk failed";
+    case SQLITE_ABORT:
+      return "an earlier failure has undone the transaction";
+    default:
+      return sqlite3_errmsg(handle);
+  }
+}
+
+}  // namespace
+
+void Database::Close::operator()(sqlite3* handle) const {
+  sqlite3_close_v2(handle);
+}
+
+Database::Database(Memory, Schema schema) : name_("memory") {
+  open(":memory:");
+  configure(std::chrono::milliseconds(0));
+  migrate(schema);
+}
+
+Database::Database(const std::filesystem::path& file, Schema schema, std::chrono::milliseconds patience)
+    : name_(std::filesystem::absolute(file).string()) {
+  open(name_.c_str());
+  keepLogOnClose(true);  // a file that turns out to be damaged or foreign is left alone on the way out, too
+  configure(patience);
+  if (!isOurs()) refuse("it is a database of another program");
+  if (version() > static_cast<int>(schema.size())) refuse("a newer version of this program wrote it");
+  useWriteAheadLog();
+  migrate(schema);
+  keepLogOnClose(false);
+}
+
+Database::~Database() = default;
+
+void Database::open(const char* path) {
+  // One thread uses it, so SQLite need not lock anything on each call.
+  constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  sqlite3* handle = nullptr;
+  const int code = sqlite3_open_v2(path, &handle, flags, nullptr);
+  handle_.reset(handle);
+  if (code != SQLITE_OK) fail(opening, code);
+  // SQLite would be content to read a file that it can't write to.
+  if (sqlite3_db_readonly(handle_.get(), nullptr) == 1) refuse(obstacle(name_));
+}
+
+void Database::configure(std::chrono::milliseconds patience) {
+  sqlite3_busy_timeout(handle(), static_cast<int>(patience.count()));
+  // Exclusive: the first access locks the file until it is closed, and each later one is spared the system calls.
+  execute(
+      "PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON;"
+      "PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY;"
+      "PRAGMA cache_size = -32768",
+      opening);
+}
+
+std::string Database::answerOf(const char* query) const {
+  sqlite3_stmt* statement = nullptr;
+  int code = sqlite3_prepare_v2(handle(), query, -1, &statement, nullptr);
+  if (code == SQLITE_OK) code = sqlite3_step(statement);
+  const unsigned char* text = code == SQLITE_ROW ? sqlite3_column_text(statement, 0) : nullptr;
+  std::string answer(text == nullptr ? "" : reinterpret_cast<const char*>(text));
+  sqlite3_finalize(statement);
+  if (code != SQLITE_ROW && code != SQLITE_DONE) fail(opening, code);
+  return answer;
+}
+
+int Database::version() const {
+  return std::stoi(answerOf("PRAGMA user_version"));
+}
+
+bool Database::isOurs() const {
+  return answerOf("PRAGMA application_id") == std::to_string(applicationId) ||
+         answerOf("SELECT count(*) FROM sqlite_schema") == "0";
+}
+
+void Database::useWriteAheadLog() {
+  if (answerOf("PRAGMA journal_mode = WAL") != "wal") refuse("its file system has no room for a write-ahead log");
+}
+
+void Database::migrate(Schema schema) {
+  const auto current = static_cast<std::size_t>(version());
+  if (current == schema.size()) return;
+  constexpr const char* action = "bring it to the newest version";
+  Transaction transaction(*this, action);
+  for (const char* step : schema.subspan(current)) execute(step, action);
+  const std::string marks = "PRAGMA application_id = " + std::to_string(applicationId) +
+                            "; PRAGMA user_version = " + std::to_string(schema.size());
+  execute(marks.c_str(), action);
+  transaction.commit();
+}
+
+void Database::execute(const char* sql, const char* action) {
+  const int code = sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) fail(action, code);
+}
+
+void Database::keepLogOnClose(bool keep) const {
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keep ? 1 : 0, nullptr);
+}
+
+void Database::fail(const std::string& action, int code) const {
+  const std::string reason = reasonOf(code, handle(), name_);
+  const int kind = code & 0xff;
+  if (kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB) keepLogOnClose(true);
+  throw StoreError(name_ + ": cannot " + action + ": " + reason);
+}
+
+void Database::refuse(const std::string& reason) const {
+  throw StoreError(name_ + ": cannot " + opening + ": " + reason);
+}
+
+}  // namespace virtualtv

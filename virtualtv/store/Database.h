@@ -1,0 +1,75 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace virtualtv {
+
+/// The steps that lead to a schema, in SQL: step n takes a database from version n to version n + 1, an empty one being
+/// of version 0. A step that was ever released is never changed; a new version adds one.
+using Schema = std::span<const char* const>;
+
+/// One SQLite database, open for as long as the object lives, used from one thread. A file is kept in write-ahead mode
+/// with every commit on the disk before it returns, and is held for this object alone: a second one that opens it
+/// fails. Opening reads the first page only; damage elsewhere shows as a `StoreError` where it is met. A file that is
+/// damaged or no database of ours is never written to.
+class Database {
+ public:
+  struct Memory {};
+  static constexpr Memory inMemory{};
+
+  /// An empty database in memory, gone with the object.
+  Database(Memory, Schema schema);
+
+  /// Opens a file, or makes it in a directory that exists, and brings it to the newest version of `schema`.
+  /// @param patience  how long to wait for another process that has locked the file.
+  /// @throws StoreError when it can't be read or written, is damaged, is no database of this program, was written with
+  ///     a newer schema, or stays locked. The file is then as it was.
+  Database(const std::filesystem::path& file, Schema schema,
+           std::chrono::milliseconds patience = std::chrono::seconds(1));
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+  ~Database();
+
+  /// Runs SQL that answers no rows. @param action  as for `Statement`.
+  void execute(const char* sql, const char* action);
+
+  /// For `Statement` and `Transaction`.
+
+  sqlite3* handle() const { return handle_.get(); }
+
+  /// Throws the `StoreError` of the failure that SQLite has just reported.
+  /// @param action  what could not be done, in words that follow "cannot": "read the services".
+  [[noreturn]] void fail(const std::string& action, int code) const;
+
+  /// True when a failure has ended the transaction under the feet of the `Transaction` that began it.
+  bool transactionIsLost() const { return transactions_ > 0 && sqlite3_get_autocommit(handle()) != 0; }
+
+ private:
+  friend class Transaction;
+
+  struct Close {
+    void operator()(sqlite3* handle) const;
+  };
+
+  void open(const char* path);
+  void configure(std::chrono::milliseconds patience);
+  bool isOurs() const;
+  int version() const;
+  std::string answerOf(const char* query) const;
+  void useWriteAheadLog();
+  void migrate(Schema schema);
+  void keepLogOnClose(bool keep) const;
+  [[noreturn]] void refuse(const std::string& reason) const;
+
+  std::string name_;
+  std::unique_ptr<sqlite3, Close> handle_;
+  int transactions_ = 0;  ///< how many are under way, one in the other
+};
+
+}  // namespace virtualtv

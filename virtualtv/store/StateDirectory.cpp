@@ -1,0 +1,72 @@
+#include "store/StateDirectory.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "store/StoreError.h"
+
+namespace virtualtv {
+
+namespace {
+
+// Who holds the lock, as it wrote into the file.
+std::string holder(int lock) {
+  std::array<char, 16> text{};
+  const ssize_t length = pread(lock, text.data(), text.size(), 0);
+  std::string process(text.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+  process.resize(std::min(process.find_first_not_of("0123456789"), process.size()));
+  return process.empty() ? "another process" : "process " + process;
+}
+
+bool writeProcessId(int lock) {
+  const std::string text = std::to_string(getpid()) + "\n";
+  return ftruncate(lock, 0) == 0 && pwrite(lock, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
+}
+
+}  // namespace
+
+StateDirectory::StateDirectory(const std::filesystem::path& path)
+    : path_(std::filesystem::absolute(path).lexically_normal()) {
+  make();
+  lock();
+}
+
+StateDirectory::~StateDirectory() {
+  close(lock_);
+}
+
+void StateDirectory::make() const {
+  std::filesystem::path part;
+  for (const auto& name : path_) {
+    part /= name;
+    if (mkdir(part.c_str(), S_IRWXU) != 0 && errno != EEXIST) fail(std::strerror(errno));
+  }
+}
+
+void StateDirectory::lock() {
+  lock_ = open((path_ / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (lock_ < 0) fail(std::strerror(errno));
+  std::string reason;
+  if (flock(lock_, LOCK_EX | LOCK_NB) != 0) {
+    reason = errno == EWOULDBLOCK ? holder(lock_) + " holds it" : std::strerror(errno);
+  } else if (!writeProcessId(lock_)) {
+    reason = std::strerror(errno);
+  }
+  if (reason.empty()) return;
+  close(lock_);
+  fail(reason);
+}
+
+void StateDirectory::fail(const std::string& reason) const {
+  throw StoreError(path_.string() + ": cannot use it as state directory: " + reason);
+}
+
+}  // namespace virtualtv

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "store/Database.h"
+
+namespace virtualtv {
+
+using Bytes = std::span<const std::byte>;
+
+class Rows;
+
+/// A statement that is prepared at its first use and kept, to be run any number of times, one run at a time. All its
+/// operations throw `StoreError`.
+class Statement {
+ public:
+  /// @param action  what it does, in words that follow "cannot" in an error: "read the services".
+  Statement(Database& database, std::string sql, std::string action);
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+  ~Statement();
+
+  /// Binds `values` to the parameters, from the first on, and starts a run.
+  template <typename... Values>
+  Rows query(const Values&... values);
+
+  /// Binds and runs to the end. @return how many rows it changed.
+  template <typename... Values>
+  int run(const Values&... values);
+
+  /// Binds one parameter of the next run, counted from 1. Text and bytes are copied.
+  void bind(int parameter, std::int64_t value);
+  void bind(int parameter, std::optional<std::int64_t> value);
+  void bind(int parameter, std::nullptr_t);
+  void bind(int parameter, std::string_view text);
+  void bind(int parameter, Bytes bytes);
+
+  /// Starts a run with what `bind` bound.
+  Rows start();
+
+ private:
+  friend class Rows;
+
+  sqlite3_stmt* prepared();
+  void check(int code) const;
+
+  Database& database_;
+  std::string sql_;
+  std::string action_;
+  sqlite3_stmt* statement_ = nullptr;
+};
+
+/// A run of a statement: its rows, one at a time. The end of its scope ends the run.
+class Rows {
+ public:
+  Rows(const Rows&) = delete;
+  Rows& operator=(const Rows&) = delete;
+  ~Rows() { sqlite3_reset(statement_); }
+
+  /// Goes to the next row. @return false behind the last one.
+  bool next() {
+    const int code = sqlite3_step(statement_);
+    if (code != SQLITE_ROW && code != SQLITE_DONE) owner_.check(code);
+    return code == SQLITE_ROW;
+  }
+
+  /// Columns of the row, counted from 0. Bytes are valid until the next call of `next`.
+
+  bool isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
+  bool isInteger(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_INTEGER; }
+  std::int64_t integer(int column) const { return sqlite3_column_int64(statement_, column); }
+  std::string text(int column) const;
+  Bytes bytes(int column) const;
+
+ private:
+  friend class Statement;
+
+  explicit Rows(Statement& owner) : owner_(owner), statement_(owner.statement_) {}
+
+  Statement& owner_;
+  sqlite3_stmt* statement_;
+};
+
+template <typename... Values>
+Rows Statement::query(const Values&... values) {
+  int parameter = 0;
+  (bind(++parameter, values), ...);
+  return start();
+}
+
+template <typename... Values>
+int Statement::run(const Values&... values) {
+  Rows rows = query(values...);
+  while (rows.next()) continue;
+  return sqlite3_changes(database_.handle());
+}
+
+}  // namespace virtualtv
