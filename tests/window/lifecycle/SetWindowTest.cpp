@@ -1,0 +1,249 @@
+// Window selection: the proxies and the source keys of the main and the picture-in-picture window.
+#include <algorithm>
+
+#include "Proxies.h"
+
+namespace {
+
+using lifecycle::failures;
+using lifecycle::made;
+using lifecycle::slots;
+using support::caught;
+using support::join;
+using support::Lines;
+using support::place;
+
+constexpr auto mainWindow = PL_WINDOW_WINDOW_MAIN;
+constexpr auto pipWindow = PL_WINDOW_WINDOW_PIP;
+
+const Lines beginMain{place("SetWindow", 0), "0 PL_WINDOW_WINDOW_MAIN"};
+const Lines beginPip{place("SetWindow", 0), "0 PL_WINDOW_WINDOW_PIP"};
+
+const Lines pipCalls{made("TVServiceAPI::CreateServiceNavigation", 101), made("TVServiceAPI::CreateSourceControl", 101),
+                     made("TVServiceAPI::CreateVideoControl", 101),      made("TVServiceAPI::CreateAVControl", 101),
+                     made("TVServiceAPI::ServiceDataAux", 101),          made("TVServiceAPI::CreateDataControl", 1)};
+
+using SetWindowTest = support::WorkerTest;
+
+TEST_F(SetWindowTest, ToTheMainWindowAfterCreateMakesOnlyTheVideoAndDataControlThatItLacks) {
+  EXPECT_EQ(worker.SetWindow(mainWindow), 1);
+  EXPECT_EQ(calls(), (Lines{made("TVServiceAPI::CreateVideoControl", 1), made("TVServiceAPI::CreateDataControl", 1)}));
+  EXPECT_EQ(logs(), beginMain);
+  EXPECT_EQ(slots(worker).main, lifecycle::all);
+}
+
+TEST_F(SetWindowTest, ToTheMainWindowReplacesTheVideoAndDataControlMadeByCreate) {
+  auto* const video = worker.video_ctrl_proxy;
+  auto* const data = worker.svc_datacontrol_proxy;
+  worker.SetWindow(mainWindow);
+  EXPECT_NE(worker.video_ctrl_proxy, video);
+  EXPECT_EQ(worker.video_ctrl_proxy, worker.video_ctrl_proxy_main);
+  EXPECT_NE(worker.svc_datacontrol_proxy, data);
+  EXPECT_EQ(worker.svc_datacontrol_proxy, worker.svc_datacontrol_proxy_main);
+}
+
+TEST_F(SetWindowTest, ToPictureInPictureMakesItsProxiesInOrderAndItsDataControlWithTheMainProfile) {
+  EXPECT_EQ(worker.SetWindow(pipWindow), 1);
+  EXPECT_EQ(calls(), pipCalls);
+  EXPECT_EQ(logs(), beginPip);
+}
+
+TEST_F(SetWindowTest, ToPictureInPictureMakesItsProxiesTheActiveOnes) {
+  worker.SetWindow(pipWindow);
+  EXPECT_EQ(slots(worker).pip, lifecycle::all);
+  EXPECT_EQ(worker.svc_navi_proxy, worker.svc_navi_proxy_pip);
+  EXPECT_EQ(worker.src_ctrl_proxy, worker.src_ctrl_proxy_pip);
+  EXPECT_EQ(worker.video_ctrl_proxy, worker.video_ctrl_proxy_pip);
+  EXPECT_EQ(worker.av_ctrl_proxy, worker.av_ctrl_proxy_pip);
+  EXPECT_EQ(worker.servicedata_aux_proxy, worker.servicedata_aux_proxy_pip);
+  EXPECT_EQ(worker.svc_datacontrol_proxy, worker.svc_datacontrol_proxy_pip);
+}
+
+TEST_F(SetWindowTest, SwitchesTheSourceKeysWithTheWindow) {
+  worker.SetWindow(pipWindow);
+  EXPECT_EQ(worker.t_eWindow, 1);
+  EXPECT_EQ(worker.m_SourceVconf, "db/emp/pipsource");
+  EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previouspipsource");
+  worker.SetWindow(mainWindow);
+  EXPECT_EQ(worker.t_eWindow, 0);
+  EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
+  EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previousmainsource");
+}
+
+TEST_F(SetWindowTest, ToAnyOtherNumberIsPictureInPicture) {
+  for (const int number : {2, 3, 100, -1, 2147483647, -2147483647 - 1}) {
+    worker.SetWindow(mainWindow);
+    forget();
+    EXPECT_EQ(worker.SetWindow(static_cast<_PL_WINDOW_WINDOW>(number)), 1) << number;
+    EXPECT_EQ(logs(), beginPip) << number;
+    EXPECT_EQ(worker.t_eWindow, number);
+    EXPECT_EQ(worker.src_ctrl_proxy, worker.src_ctrl_proxy_pip);
+    EXPECT_EQ(worker.m_SourceVconf, "db/emp/pipsource");
+  }
+}
+
+TEST_F(SetWindowTest, BackToTheMainWindowReusesItsInstances) {
+  auto* const navigation = worker.svc_navi_proxy;
+  auto* const source = worker.src_ctrl_proxy;
+  auto* const av = worker.av_ctrl_proxy;
+  auto* const auxiliary = worker.servicedata_aux_proxy;
+  worker.SetWindow(pipWindow);
+  forget();
+  EXPECT_EQ(worker.SetWindow(mainWindow), 1);
+  EXPECT_EQ(calls(), (Lines{made("TVServiceAPI::CreateVideoControl", 1), made("TVServiceAPI::CreateDataControl", 1)}));
+  EXPECT_EQ(worker.svc_navi_proxy, navigation);
+  EXPECT_EQ(worker.src_ctrl_proxy, source);
+  EXPECT_EQ(worker.av_ctrl_proxy, av);
+  EXPECT_EQ(worker.servicedata_aux_proxy, auxiliary);
+}
+
+TEST_F(SetWindowTest, MakesNothingOnceBothWindowsHaveTheirProxies) {
+  worker.SetWindow(pipWindow);
+  worker.SetWindow(mainWindow);
+  auto* const pipVideo = worker.video_ctrl_proxy_pip;
+  forget();
+  EXPECT_EQ(worker.SetWindow(pipWindow), 1);
+  EXPECT_EQ(worker.video_ctrl_proxy, pipVideo);
+  EXPECT_EQ(worker.SetWindow(mainWindow), 1);
+  EXPECT_EQ(calls(), Lines());
+}
+
+TEST_F(SetWindowTest, LeavesServiceAndTunerProxyAsTheyAre) {
+  auto* const service = worker.svc_proxy;
+  auto* const tuner = worker.tuner_ctrl_proxy;
+  worker.SetWindow(pipWindow);
+  EXPECT_EQ(worker.svc_proxy, service);
+  EXPECT_EQ(worker.tuner_ctrl_proxy, tuner);
+}
+
+TEST_F(SetWindowTest, LeavesTheFoundChannelListAndTheSettingsKeysAsTheyAre) {
+  worker.m_ChannelList.push_back(new TCServiceData);
+  setSetting("db/emp/mainsource", 43);
+  worker.SetWindow(pipWindow);
+  EXPECT_EQ(worker.m_ChannelList.size(), 1U);
+  EXPECT_EQ(intSetting("db/emp/mainsource"), 43);
+}
+
+TEST_F(SetWindowTest, SourcesOfTheTwoWindowsAreTheirOwn) {
+  tv().adjust(virtualtv::WindowId::pip, [](virtualtv::TvState& state) {
+    state[virtualtv::WindowId::pip].sourceState = virtualtv::SOURCE_STATE_SHOWN;
+    state[virtualtv::WindowId::pip].source = 5;
+  });
+  auto source = PL_WINDOW_SOURCE_UNKNOWN;
+  worker.SetWindow(pipWindow);
+  EXPECT_EQ(worker.GetSource(&source, _PL_WINDOW_SEEK{}), 1);
+  EXPECT_EQ(source, 20);
+  worker.SetWindow(mainWindow);
+  EXPECT_EQ(worker.GetSource(&source, _PL_WINDOW_SEEK{}), 1);
+  EXPECT_EQ(source, PL_WINDOW_SOURCE_TV);
+}
+
+/// A factory that stops the selection when it fails: its messages with each window, and how many of the proxies
+/// (navigation, source, video, AV, auxiliary, data) are active then.
+struct Stop {
+  std::string factory;
+  std::string mainName;  ///< how the messages call it
+  std::string pipName;
+  std::size_t active;
+};
+
+const std::vector<Stop>& stops() {
+  static const std::vector<Stop> all{
+      {"TVServiceAPI::CreateServiceNavigation", "CreateServiceNavigation", "CreateSourceControl", 0},
+      {"TVServiceAPI::CreateSourceControl", "CreateSourceControl", "CreateSourceControl", 1},
+      {"TVServiceAPI::CreateVideoControl", "CreateVideoControl", "CreateVideoControl", 2},
+      {"TVServiceAPI::CreateAVControl", "CreateAVControl", "CreateAVControl", 3},
+      {"TVServiceAPI::ServiceDataAux", "ServiceDataAux", "ServiceDataAux", 4},
+  };
+  return all;
+}
+
+/// What the selection logs of the failure.
+Lines reported(const Stop& stop, const std::string& way, bool pip) {
+  const std::string name = pip ? stop.pipName : stop.mainName;
+  const std::string null = "0 " + name + " returned NULL!!!";
+  if (way == "result=null" || way == "result=unwritten") return {null};
+  const std::string refused = "0 " + name + " returned false for [p:" + (pip ? "101" : "1") + ",s:0] failed.";
+  if (way != "result=throw") return {refused};
+  return {caught("SetWindow", stop.factory), name == "ServiceDataAux" ? null : refused};
+}
+
+struct Stopping {
+  std::size_t stop;
+  std::string way;
+  bool pip;
+};
+
+/// The worker has no proxy at all: it was never created.
+class SetWindowStopped : public support::BareWorkerTest, public ::testing::WithParamInterface<Stopping> {};
+
+TEST_P(SetWindowStopped, KeepsWhatWasSelectedBeforeTheFailure) {
+  const Stop& stop = stops()[GetParam().stop];
+  const auto& [number, way, pip] = GetParam();
+  fault(stop.factory + " " + way);
+  EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 0);
+  EXPECT_TRUE(faultsHit());
+
+  EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, reported(stop, way, pip)}));
+  std::vector<bool> before(6, false);
+  std::fill_n(before.begin(), stop.active, true);
+  EXPECT_EQ(slots(worker).active, before);
+  EXPECT_EQ(pip ? slots(worker).pip : slots(worker).main, before);
+  EXPECT_EQ(calls().size(), stop.active + 1) << "nothing is made after the failure";
+  EXPECT_EQ(worker.t_eWindow, pip ? 1 : 0) << "the window is stored first";
+  const std::string key = pip ? "db/emp/pipsource" : "db/emp/mainsource";
+  EXPECT_EQ(worker.m_SourceVconf, stop.active >= 2 ? key : "") << "the keys come after the source control";
+  EXPECT_EQ(worker.m_PreviousSourceVconf.empty(), stop.active < 2);
+
+  forget();
+  EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 1) << "the next selection makes the rest";
+  EXPECT_EQ(calls().size(), 6 - stop.active);
+  EXPECT_EQ(slots(worker).active, lifecycle::all);
+}
+
+std::vector<Stopping> eachStop() {
+  std::vector<Stopping> each;
+  for (std::size_t at = 0; at < stops().size(); ++at) {
+    for (const std::string& way : failures(stops()[at].factory)) {
+      for (const bool pip : {false, true}) each.push_back({at, way, pip});
+    }
+  }
+  return each;
+}
+
+std::string nameOf(const ::testing::TestParamInfo<Stopping>& info) {
+  const std::string factory = stops()[info.param.stop].factory;
+  std::string name = factory.substr(factory.rfind(':') + 1) + "_" + info.param.way.substr(7);
+  std::replace(name.begin(), name.end(), '-', 'm');
+  return name + (info.param.pip ? "_pip" : "_main");
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, SetWindowStopped, ::testing::ValuesIn(eachStop()), nameOf);
+
+class SetWindowWithoutDataControl : public support::WorkerTest, public ::testing::WithParamInterface<std::string> {};
+
+TEST_P(SetWindowWithoutDataControl, StillSucceedsAndLeavesNoneActive) {
+  for (const bool pip : {false, true}) {
+    SCOPED_TRACE(pip ? "pip" : "main");
+    clearFaults();
+    forget();
+    fault("TVServiceAPI::CreateDataControl " + GetParam());
+    EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 1);
+    Lines failure{pip ? "0 SetWindow svc_datacontrol_proxy_pip create is FAIL!!"
+                      : "0 SetWindow svc_datacontrol_proxy_main create is FAIL!!"};
+    if (GetParam() == "result=throw") {
+      failure.insert(failure.begin(), caught("SetWindow", "TVServiceAPI::CreateDataControl"));
+    }
+    EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, failure}));
+    EXPECT_EQ(worker.svc_datacontrol_proxy, nullptr);
+    EXPECT_EQ(pip ? worker.svc_datacontrol_proxy_pip : worker.svc_datacontrol_proxy_main, nullptr);
+    EXPECT_EQ(slots(worker).active, (std::vector<bool>{true, true, true, true, true, false}));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, SetWindowWithoutDataControl,
+                         ::testing::ValuesIn(failures("TVServiceAPI::CreateDataControl")), [](const auto& test) {
+                           return test.param == "result=-1" ? "negative" : test.param.substr(7);
+                         });
+
+}  // namespace
