@@ -1,0 +1,85 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/Channels.h"
+
+/// The queries for one field of one channel, as one table: three families, by where the channel comes from.
+namespace channels {
+
+enum class Family {
+  indexed,  ///< at a position of the found-channel list
+  current,  ///< on screen
+  start,    ///< that the set starts with
+};
+
+enum class Reading {
+  unsigned16,  ///< 65535 when missing
+  signed32,    ///< -1 when missing
+  type,        ///< a channel type, mapped; -1 when missing
+  name,        ///< a text
+};
+
+/// The position that the queries of the indexed family ask for.
+inline constexpr int position = 1;
+
+/// What a query writes into. Starts with values that no query answers.
+struct Output {
+  static constexpr int untouched = -77;
+
+  int number = untouched;
+  _PL_WINDOW_CHANNEL_TYPE type = static_cast<_PL_WINDOW_CHANNEL_TYPE>(untouched);
+  std::array<unsigned short, 256> units{};  ///< 512 bytes
+
+  /// The number or the type, whichever was written.
+  int value() const { return number == untouched ? type : number; }
+};
+
+struct FieldQuery {
+  std::string name;  ///< of the operation and of its command
+  Family family;
+  Reading reading;
+  int field;
+  std::string null;  ///< what is logged about a null output
+  /// What is logged at the end: `%1` stands for the number as read, `%2` for the number answered. Of several lines for
+  /// those that a line break separates.
+  std::string end;
+  /// Asks the worker; with no output, for a null one.
+  std::function<int(support::WorkerProbe& worker, Output* output)> ask;
+
+  bool isName() const { return reading == Reading::name; }
+  /// Parameters of the command.
+  Lines parameters() const { return family == Family::indexed ? Lines{std::to_string(position)} : Lines{}; }
+};
+
+const std::vector<FieldQuery>& fieldQueries();
+
+// What is logged.
+
+/// Level of the messages of a family's failures and ends.
+int levelOf(Family family);
+/// A message of the query, with its prefix.
+std::string message(const FieldQuery& query, const std::string& text);
+/// What is logged before the output is looked at.
+Lines begin(const FieldQuery& query);
+/// What the lookup logs when it finds a channel with this id, as text, and major number.
+Lines lookup(const FieldQuery& query, const std::string& id, const std::string& major);
+/// What is logged about a null output.
+Lines nullOutput(const FieldQuery& query);
+/// What is logged when there is no channel, without what the lookup logs.
+Lines noChannel(const FieldQuery& query);
+/// What is logged behind the lookup when a number was read.
+Lines end(const FieldQuery& query, const std::string& id, int read, int answered);
+
+/// A set and a worker whose channel of each family holds the same record.
+class FieldTest : public ChannelTest {
+ protected:
+  /// Gives the channel that each family asks for the record of this text.
+  void give(const std::string& record);
+};
+
+}  // namespace channels

@@ -1,0 +1,351 @@
+// The document of all services of the TV mode.
+#include <cerrno>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/Converter.h"
+#include "window/report/Documents.h"
+
+namespace {
+
+using channels::caught;
+using channels::ChannelEngineTest;
+using channels::ChannelTest;
+using channels::join;
+using channels::withoutConditions;
+using reports::parsed;
+using support::Lines;
+
+const std::string threeDocument = R"({
+   "ListName" : "ChannelList",
+   "TCServiceData" : [
+      {
+         "CHANNEL_NUMBER" : 34,
+         "CHANNEL_TYPE" : 1,
+         "FREQUENCY" : 578000,
+         "MAJOR" : 7,
+         "MINOR" : 0,
+         "ORIGINAL_NETWORK_ID" : 8442,
+         "PROGRAM_NUMBER" : 44,
+         "SERVICE_ID" : "281",
+         "SERVICE_NAME" : "News 24"
+      },
+      {
+         "CHANNEL_NUMBER" : 35,
+         "CHANNEL_TYPE" : 2,
+         "FREQUENCY" : 586000,
+         "MAJOR" : 8,
+         "MINOR" : 0,
+         "ORIGINAL_NETWORK_ID" : 8442,
+         "PROGRAM_NUMBER" : 20,
+         "SERVICE_ID" : "282",
+         "SERVICE_NAME" : "Radio 5"
+      },
+      {
+         "CHANNEL_NUMBER" : 36,
+         "CHANNEL_TYPE" : 1,
+         "FREQUENCY" : 594000,
+         "MAJOR" : 9,
+         "MINOR" : 0,
+         "ORIGINAL_NETWORK_ID" : 8442,
+         "PROGRAM_NUMBER" : 30,
+         "SERVICE_ID" : "283",
+         "SERVICE_NAME" : ""
+      }
+   ]
+}
+)";
+
+const std::string emptyElement = R"({
+   "ListName" : "ChannelList",
+   "TCServiceData" : [
+      {
+         "CHANNEL_NUMBER" : 65535,
+         "CHANNEL_TYPE" : -1,
+         "FREQUENCY" : -1,
+         "MAJOR" : 65535,
+         "MINOR" : 65535,
+         "ORIGINAL_NETWORK_ID" : 65535,
+         "PROGRAM_NUMBER" : 255,
+         "SERVICE_ID" : "18446744073709551615",
+         "SERVICE_NAME" : ""
+      }
+   ]
+}
+)";
+
+const std::string begun = "3 This is GetFullChannelList";
+const std::string asking = "3 execute GetServiceList";
+const std::string modeCall = "IServiceNavigation[main#1]::GetTvMode() mode=0,1 -> 1";
+const std::string criteriaCall =
+    "TCNavigationModeHelper::GetNavigationCriteria(navigation=0, mode=0,1, service=18446744073709551615) "
+    "criteria=CRITERIA -> 1";
+const std::string listCall =
+    "IServiceNavigation[main#1]::GetServiceList(CRITERIA, fetch 12 16 13 14 1 4 2 15 41, mode=-1,-1, 0, 0) ";
+
+std::string length(int units) {
+  return "3 len = " + std::to_string(units) + ", c_len=" + std::to_string(2 * units);
+}
+
+std::string told(const std::string& document) {
+  return "3 Lenght = " + std::to_string(document.size()) + ",strChannelInfo = " + document;
+}
+
+class FullChannelList : public ChannelTest {
+ protected:
+  /// The document of a set with these records; the operation must succeed.
+  std::string listOf(const std::string& records) {
+    std::string list;
+    EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[" + records + "]",
+                    [&] { return worker.GetFullChannelList(list); }),
+              1);
+    return list;
+  }
+  Json::Value elementOf(const std::string& record) { return parsed(listOf(record))["TCServiceData"][0]; }
+};
+
+TEST_F(FullChannelList, HoldsTheServicesOfTheModeInTheSetsOrder) {
+  std::string list;
+  EXPECT_EQ(worker.GetFullChannelList(list), 1);
+  EXPECT_EQ(list, threeDocument);
+  EXPECT_EQ(logs(), Lines({begun, asking, "3 ServiceList size = 3", length(7),
+                           "3 SERVICE_ID = 281,tmpName = News 24, MAJOR = 7,MINOR = 0, CHANNEL_TYPE = 1, FREQUENCY = "
+                           "578000, CHANNEL_NUMBER = 34, PROGRAM_NUMBER= 44, ORIGINAL_NETWORK_ID = 8442",
+                           length(7),
+                           "3 SERVICE_ID = 282,tmpName = Radio 5, MAJOR = 8,MINOR = 0, CHANNEL_TYPE = 2, FREQUENCY = "
+                           "586000, CHANNEL_NUMBER = 35, PROGRAM_NUMBER= 20, ORIGINAL_NETWORK_ID = 8442",
+                           "3 SERVICE_ID = 283,tmpName = , MAJOR = 9,MINOR = 0, CHANNEL_TYPE = 1, FREQUENCY = "
+                           "594000, CHANNEL_NUMBER = 36, PROGRAM_NUMBER= 30, ORIGINAL_NETWORK_ID = 8442",
+                           told(threeDocument)}));
+  const Lines asked = withoutConditions(calls());
+  ASSERT_EQ(asked.size(), 3U);
+  EXPECT_EQ(asked[0], modeCall);
+  EXPECT_EQ(asked[1], criteriaCall);
+  EXPECT_EQ(asked[2].find(listCall + "services="), 0U) << asked[2];
+}
+
+TEST_F(FullChannelList, LeavesTheFoundChannelListAlone) {
+  worker.FindChannel(static_cast<_PL_WINDOW_CHANNEL_TYPE>(3), static_cast<_PL_WINDOW_TV_MODE>(1));
+  std::string list;
+  EXPECT_EQ(worker.GetFullChannelList(list), 1);
+  EXPECT_EQ(worker.m_ChannelList.size(), 1U);
+}
+
+TEST_F(FullChannelList, IsFetchedAnewOnEachCall) {
+  std::string list;
+  worker.GetFullChannelList(list);
+  setServices({channels::threeServices().back()});
+  EXPECT_EQ(worker.GetFullChannelList(list), 1);
+  EXPECT_EQ(parsed(list)["TCServiceData"].size(), 1U);
+}
+
+TEST_F(FullChannelList, HoldsTheDefaultsOfMissingFields) {
+  EXPECT_EQ(listOf("{}"), emptyElement);
+  EXPECT_EQ(logs(), Lines({begun, asking, "3 ServiceList size = 1",
+                           "3 SERVICE_ID = 18446744073709551615,tmpName = , MAJOR = 65535,MINOR = 65535, CHANNEL_TYPE "
+                           "= -1, FREQUENCY = -1, CHANNEL_NUMBER = 65535, PROGRAM_NUMBER= 255, ORIGINAL_NETWORK_ID = "
+                           "65535",
+                           told(emptyElement)}));
+}
+
+TEST_F(FullChannelList, EachMissingFieldLeavesTheOthers) {
+  const Json::Value whole = elementOf("{12=281,16=\"News\",13=7,14=0,1=1,4=578000,2=34,15=300,41=8442}");
+  const std::vector<std::pair<std::string, std::string>> fields{
+      {"12=281", "SERVICE_ID"},   {"16=\"News\"", "SERVICE_NAME"}, {"13=7", "MAJOR"},
+      {"14=0", "MINOR"},          {"1=1", "CHANNEL_TYPE"},         {"4=578000", "FREQUENCY"},
+      {"2=34", "CHANNEL_NUMBER"}, {"15=300", "PROGRAM_NUMBER"},    {"41=8442", "ORIGINAL_NETWORK_ID"}};
+  const Json::Value defaults = parsed(emptyElement)["TCServiceData"][0];
+  for (const auto& [missing, key] : fields) {
+    std::string record;
+    for (const auto& [field, unused] : fields) {
+      if (field != missing) record += (record.empty() ? "" : ",") + field;
+    }
+    Json::Value expected = whole;
+    expected[key] = defaults[key];
+    EXPECT_EQ(elementOf("{" + record + "}"), expected) << key;
+  }
+}
+
+TEST_F(FullChannelList, HasNumbersAsIntegersAndIdsAndNamesAsTexts) {
+  const Json::Value document = parsed(listOf("{12=281,16=\"News\"}"));
+  EXPECT_EQ(document["ListName"], Json::Value("ChannelList"));
+  EXPECT_EQ(document.size(), 2U);
+  const Json::Value element = document["TCServiceData"][0];
+  EXPECT_EQ(element.size(), 9U);
+  for (const std::string& key : element.getMemberNames()) {
+    const bool text = key == "SERVICE_ID" || key == "SERVICE_NAME";
+    EXPECT_EQ(element[key].type(), text ? Json::stringValue : Json::intValue) << key;
+  }
+}
+
+TEST_F(FullChannelList, ProgramNumbersKeepTheirLowest8Bits) {
+  for (const auto& [stored, shown] :
+       std::vector<std::pair<std::string, int>>{{"0", 0}, {"255", 255}, {"256", 0}, {"300", 44}, {"65535", 255}}) {
+    EXPECT_EQ(elementOf("{15=" + stored + "}")["PROGRAM_NUMBER"], Json::Value(shown)) << stored;
+  }
+}
+
+TEST_F(FullChannelList, TypesAreTheSetsOwn) {
+  for (const int type : {3, 9, 20, 99, -2}) {
+    EXPECT_EQ(elementOf("{1=" + std::to_string(type) + "}")["CHANNEL_TYPE"], Json::Value(type));
+  }
+}
+
+TEST_F(FullChannelList, IdsOf64BitsAreWhole) {
+  for (const std::string id : {"9223372036854775808", "18446744073709551615"}) {
+    EXPECT_EQ(elementOf("{12=" + id + "}")["SERVICE_ID"], Json::Value(id));
+  }
+}
+
+TEST_F(FullChannelList, NamesBeyondAsciiAreEscaped) {
+  const std::string list = listOf("{16=\"Новости\"}");
+  EXPECT_EQ(parsed(list)["TCServiceData"][0]["SERVICE_NAME"], Json::Value("Новости"));
+  EXPECT_NE(list.find(R"("SERVICE_NAME" : "\u041d\u043e\u0432\u043e\u0441\u0442\u0438")"), std::string::npos);
+}
+
+TEST_F(FullChannelList, LongNamesAreCutWhereTheRoomOfTheConversionEnds) {
+  for (const int units : {257, 258, 514, 515, 5000}) {
+    const auto count = static_cast<std::size_t>(units);
+    const Json::Value element = elementOf("{16=" + channels::quoted(std::u16string(count, u'a')) + "}");
+    EXPECT_EQ(element["SERVICE_NAME"], Json::Value(std::string(std::min<std::size_t>(count, 514), 'a')));
+    Lines expected{begun, asking, "3 ServiceList size = 1", length(units)};
+    if (units > 514) expected.push_back("3 iconv failed: " + std::to_string(E2BIG));
+    Lines lines = logs();
+    lines.resize(expected.size());
+    EXPECT_EQ(lines, expected);
+  }
+}
+
+TEST_F(FullChannelList, ANameEndsBeforeASurrogateOrAZero) {
+  EXPECT_EQ(elementOf("{16=\"ab\\uD83D\\uDE00cd\"}")["SERVICE_NAME"], Json::Value("ab"));
+  EXPECT_EQ(elementOf("{16=\"ab\\u0000cd\"}")["SERVICE_NAME"], Json::Value("ab"));
+}
+
+TEST_F(FullChannelList, ANameThatCanNotBeConvertedIsTheEmptyTextAndTheNextIsItsOwn) {
+  EXPECT_EQ(parsed(listOf("{16=\"long\\u0020name\"},{16=\"\\uD800\"},{}"))["TCServiceData"][1]["SERVICE_NAME"],
+            Json::Value(""));
+  converter::Watch watch;
+  watch.use.failOpen = EMFILE;
+  EXPECT_EQ(elementOf("{16=\"News\"}")["SERVICE_NAME"], Json::Value(""));
+}
+
+TEST_F(FullChannelList, AttachedTextsAreNotMerged) {
+  EXPECT_EQ(listOf("{110=" + channels::quoted(u"{\"MAJOR\":5}") + "}"), emptyElement);
+}
+
+TEST_F(FullChannelList, EachFailedCallAnswers0WithItsOwnLineAndLeavesTheTextAsItWas) {
+  struct Step {
+    std::string call;
+    Lines before;
+    std::string line;
+    std::size_t made;
+  };
+  const std::vector<Step> steps{
+      {"IServiceNavigation::GetTvMode", {begun}, "0 GetTvMode failed", 1},
+      {"TCNavigationModeHelper::GetNavigationCriteria", {begun}, "0 Get navigation criteria failed", 2},
+      {"IServiceNavigation::GetServiceList", {begun, asking}, "0 GetServiceList failed", 3}};
+  for (const Step& step : steps) {
+    for (const std::string way : {"result=0", "result=-1", "result=throw"}) {
+      const bool anyNumber = step.call == "TCNavigationModeHelper::GetNavigationCriteria";
+      if (anyNumber && way == "result=-1") continue;  // a success there
+      SCOPED_TRACE(step.call + " " + way);
+      std::string list = "as it was";
+      EXPECT_EQ(under(step.call + " " + way, [&] { return worker.GetFullChannelList(list); }), 0);
+      EXPECT_EQ(list, "as it was");
+      const Lines thrown = way == "result=throw" ? Lines{caught("GetFullChannelList", step.call)} : Lines{};
+      EXPECT_EQ(logs(), join({step.before, thrown, {step.line}}));
+      EXPECT_EQ(calls().size(), step.made);
+    }
+  }
+}
+
+TEST_F(FullChannelList, AnyNumberButZeroIsASuccessOfTheCriteria) {
+  std::string list;
+  EXPECT_EQ(
+      under("TCNavigationModeHelper::GetNavigationCriteria result=-1", [&] { return worker.GetFullChannelList(list); }),
+      1);
+}
+
+TEST_F(FullChannelList, AnEmptyListIsAFailureAlsoBehindAPositiveResult) {
+  const Lines expected{begun, asking, "0 GetServiceList failed"};
+  std::string list = "as it was";
+  EXPECT_EQ(
+      under("IServiceNavigation::GetServiceList result=unwritten", [&] { return worker.GetFullChannelList(list); }), 0);
+  EXPECT_EQ(logs(), expected);
+  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) {
+    state[virtualtv::WindowId::main].mode = {2, 7};
+  });
+  forget();
+  EXPECT_EQ(worker.GetFullChannelList(list), 0);
+  EXPECT_EQ(logs(), expected);
+  EXPECT_EQ(list, "as it was");
+}
+
+TEST_F(FullChannelList, RecordsOfAFailedLookupAreNotUsed) {
+  std::string list = "as it was";
+  EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=[{12=5},{12=6}]",
+                  [&] { return worker.GetFullChannelList(list); }),
+            0);
+  EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
+  EXPECT_EQ(list, "as it was");
+}
+
+TEST_F(FullChannelList, AModeThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
+  std::string list;
+  under("IServiceNavigation::GetTvMode result=unwritten", [&] { return worker.GetFullChannelList(list); });
+  EXPECT_NE(calls()[1].find("GetNavigationCriteria(navigation=0, mode=-1,-1, "), std::string::npos);
+}
+
+TEST_F(FullChannelList, WithoutNavigationProxyAnswers0) {
+  loseNavigation();
+  std::string list = "as it was";
+  EXPECT_EQ(worker.GetFullChannelList(list), 0);
+  EXPECT_EQ(list, "as it was");
+  EXPECT_EQ(logs(), join({{begun}, channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
+}
+
+TEST_F(FullChannelList, WithoutTheMainWindowsNavigationAnswers0AndMakesNone) {
+  worker.svc_navi_proxy_main = nullptr;
+  std::string list = "as it was";
+  EXPECT_EQ(worker.GetFullChannelList(list), 0);
+  EXPECT_EQ(list, "as it was");
+  EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
+  EXPECT_EQ(withoutConditions(calls()), Lines({modeCall, criteriaCall}));
+}
+
+TEST_F(FullChannelList, OfThePictureInPictureHasItsModeButAsksTheMainWindowsNavigation) {
+  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
+  forget();
+  std::string list;
+  worker.GetFullChannelList(list);
+  const Lines asked = calls();
+  ASSERT_EQ(asked.size(), 3U);
+  EXPECT_EQ(asked[0].find("IServiceNavigation[pip#"), 0U);
+  EXPECT_EQ(asked[2].find("IServiceNavigation[main#1]::GetServiceList"), 0U);
+}
+
+TEST_F(FullChannelList, ThatCanNotBeWrittenAnswersMinus1) {
+  const reports::WriterFault fault;
+  std::string list = "as it was";
+  EXPECT_EQ(worker.GetFullChannelList(list), -1);
+  EXPECT_TRUE(fault.hit());
+  EXPECT_EQ(list, "as it was");
+  EXPECT_EQ(logs().back(), reports::notWritten("GetFullChannelList"));
+}
+
+TEST_F(ChannelEngineTest, GetFullChannelListAnswersTheDocument) {
+  EXPECT_EQ(ask("GetFullChannelList").text(), threeDocument);
+  EXPECT_EQ(finished(), "1");
+}
+
+TEST_F(ChannelEngineTest, GetFullChannelListAnswersMinus1ForEveryFailure) {
+  fault("IServiceNavigation::GetServiceList result=0");
+  EXPECT_EQ(execute("GetFullChannelList"), "int -1");
+  EXPECT_EQ(finished(), "0");
+  const reports::WriterFault writer;
+  EXPECT_EQ(execute("GetFullChannelList"), "int -1");
+  EXPECT_EQ(finished(), "-1");
+}
+
+}  // namespace
