@@ -42,6 +42,10 @@ struct SubtitleTrack {
   bool operator==(const SubtitleTrack&) const = default;
 };
 
+/// A service in the service database, which counts its keys from 1; 0 for none. A key stays that of its service, and is
+/// given to no other, until all services are replaced.
+using ServiceKey = std::int64_t;
+
 /// One service as the set keeps it. A field that is in neither map is absent. Plain data.
 struct Service {
   std::map<int, std::uint64_t> numbers;  ///< by field id; negative numbers as two's complement

@@ -53,6 +53,12 @@ Rows Statement::start() {
   return Rows(*this);
 }
 
+int Statement::finish() {
+  Rows rows = start();
+  while (rows.next()) continue;
+  return sqlite3_changes(database_.handle());
+}
+
 std::string Rows::text(int column) const {
   const unsigned char* text = sqlite3_column_text(statement_, column);
   const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));

@@ -44,6 +44,8 @@ class Statement {
 
   /// Starts a run with what `bind` bound.
   Rows start();
+  /// Runs to the end with what `bind` bound. @return how many rows it changed.
+  int finish();
 
  private:
   friend class Rows;
@@ -97,9 +99,9 @@ Rows Statement::query(const Values&... values) {
 
 template <typename... Values>
 int Statement::run(const Values&... values) {
-  Rows rows = query(values...);
-  while (rows.next()) continue;
-  return sqlite3_changes(database_.handle());
+  int parameter = 0;
+  (bind(++parameter, values), ...);
+  return finish();
 }
 
 }  // namespace virtualtv

@@ -1,0 +1,117 @@
+#include "services/Fields.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <limits>
+#include <stdexcept>
+
+#include "services/Service.h"
+#include "tvservice/TCServiceData.h"
+
+namespace virtualtv {
+
+namespace {
+
+using enum FieldKind;
+using Data = TCServiceData;
+
+constexpr std::array fields{
+    KnownField{Data::CHANNEL_TYPE, "CHANNEL_TYPE", int32, "channel_type", "channel_type"},
+    KnownField{Data::PTC, "PTC", uint16, "ptc", "ptc"},
+    KnownField{Data::FREQUENCY, "FREQUENCY", int32, "frequency", "frequency"},
+    KnownField{Data::MODULATION, "MODULATION", int32, "modulation", "modulation"},
+    KnownField{Data::SYMBOL_RATE, "SYMBOL_RATE", int32, "symbol_rate", "symbol_rate"},
+    KnownField{Data::SERVICE_ID, "SERVICE_ID", uint64, "service_id", "service_id"},
+    KnownField{Data::MAJOR, "MAJOR", uint16, "major", "major"},
+    KnownField{Data::MINOR, "MINOR", uint16, "minor", "minor"},
+    KnownField{Data::PROGRAM_NUMBER, "PROGRAM_NUMBER", uint16, "program_number", "program_number"},
+    KnownField{Data::CHANNEL_NAME, "CHANNEL_NAME", text, "channel_name", "NULL"},
+    KnownField{Data::TRANSPORT_STREAM_ID, "TRANSPORT_STREAM_ID", uint16, "transport_stream_id", "transport_stream_id"},
+    KnownField{Data::LOCK, "LOCK", uint16, "lock", "lock"},
+    KnownField{Data::SOURCE_ID, "SOURCE_ID", uint16, "source_id", "source_id"},
+    KnownField{Data::ORIGINAL_NETWORK_ID, "ORIGINAL_NETWORK_ID", uint16, "original_network_id", "original_network_id"},
+    KnownField{Data::SERVICE_FIELD_110, "SERVICE_FIELD_110", text, "service_field_110", "NULL"},
+    KnownField{Data::ANTENNA_MODE, "ANTENNA_MODE", int32, "antenna_mode", "antenna_mode"},
+    KnownField{HIDDEN, "HIDDEN", int32, "hidden", "hidden_or_0"},
+    KnownField{SERVICE_MODE, "SERVICE_MODE", int32, "service_mode", "service_mode"},
+};
+
+constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
+
+[[noreturn]] void refuse(int fieldId, const std::string& reason) {
+  const KnownField* field = knownField(fieldId);
+  const std::string name = field == nullptr ? "" : std::string(" (") + field->name + ")";
+  throw std::invalid_argument("field " + std::to_string(fieldId) + name + " " + reason);
+}
+
+}  // namespace
+
+std::span<const KnownField> knownFields() {
+  return fields;
+}
+
+const KnownField* knownField(int id) {
+  const auto found =
+      std::find_if(fields.begin(), fields.end(), [=](const KnownField& field) { return field.id == id; });
+  return found == fields.end() ? nullptr : &*found;
+}
+
+std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t value) {
+  const auto number = std::bit_cast<std::int64_t>(value);
+  if (field == nullptr) return number;
+  switch (field->kind) {
+    case uint64:
+      return std::bit_cast<std::int64_t>(value ^ signBit);
+    case uint16:
+      if (value <= std::numeric_limits<std::uint16_t>::max()) return number;
+      return std::nullopt;
+    case int32:
+      if (value <= std::numeric_limits<std::uint32_t>::max()) return static_cast<std::int32_t>(value);
+      if (number < 0 && number >= std::numeric_limits<std::int32_t>::min()) return number;
+      return std::nullopt;
+    case text:
+      break;
+  }
+  return std::nullopt;
+}
+
+std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
+  const auto number = std::bit_cast<std::uint64_t>(value);
+  return field != nullptr && field->kind == uint64 ? number ^ signBit : number;
+}
+
+std::int64_t numberColumn(int fieldId, std::uint64_t value) {
+  const KnownField* field = knownField(fieldId);
+  if (field != nullptr && field->kind == text) refuse(fieldId, "holds a text, not a number");
+  const auto column = toColumn(field, value);
+  if (!column) refuse(fieldId, "can't hold " + std::to_string(std::bit_cast<std::int64_t>(value)));
+  return *column;
+}
+
+void requireText(int fieldId) {
+  const KnownField* field = knownField(fieldId);
+  if (field != nullptr && field->kind != text) refuse(fieldId, "holds a number, not a text");
+}
+
+std::vector<std::byte> toBytes(std::u16string_view units) {
+  std::vector<std::byte> bytes;
+  bytes.reserve(units.size() * 2);
+  for (const char16_t unit : units) {
+    bytes.push_back(static_cast<std::byte>(unit >> 8));
+    bytes.push_back(static_cast<std::byte>(unit & 0xff));
+  }
+  return bytes;
+}
+
+std::u16string toUnits(Bytes bytes) {
+  std::u16string units;
+  units.reserve(bytes.size() / 2);
+  for (std::size_t high = 0; high + 1 < bytes.size(); high += 2) {
+    units.push_back(
+        static_cast<char16_t>(std::to_integer<int>(bytes[high]) << 8 | std::to_integer<int>(bytes[high + 1])));
+  }
+  return units;
+}
+
+}  // namespace virtualtv

@@ -1,0 +1,228 @@
+#include "services/ServiceStore.h"
+
+#include <memory>
+#include <string>
+
+#include "services/Fields.h"
+#include "store/Transaction.h"
+
+namespace virtualtv {
+
+namespace {
+
+constexpr const char* changing = "change a field of a service";
+
+std::int64_t idColumn(std::uint64_t serviceId) {
+  return *toColumn(knownField(TCServiceData::SERVICE_ID), serviceId);
+}
+
+// Reads the first row of a run into a record, if there is one.
+bool readOne(Query& query, Rows rows, TCServiceData& record) {
+  if (!rows.next()) return false;
+  record.Clear();
+  query.read(rows, record);
+  return true;
+}
+
+}  // namespace
+
+ServiceStore::ServiceStore(Database& database)
+    : database_(database),
+      tables_(database),
+      queries_(database),
+      size_(database, "SELECT count(*) FROM service", "count the services"),
+      keys_(database, "SELECT key FROM service ORDER BY place, key", "read the services"),
+      spotOf_(database, "SELECT place, key FROM service WHERE service_id = ? ORDER BY place, key LIMIT 1",
+              "look up a service"),
+      exists_(database, "SELECT 1 FROM service WHERE key = ?", "look up a service") {}
+
+std::size_t ServiceStore::size() {
+  Rows rows = size_.query();
+  rows.next();
+  return static_cast<std::size_t>(rows.integer(0));
+}
+
+std::vector<ServiceKey> ServiceStore::keys() {
+  std::vector<ServiceKey> keys;
+  Rows rows = keys_.query();
+  while (rows.next()) keys.push_back(rows.integer(0));
+  return keys;
+}
+
+std::optional<Service> ServiceStore::read(ServiceKey key) {
+  return tables_.read(key);
+}
+
+std::optional<ServiceStore::Spot> ServiceStore::spotOf(std::uint64_t serviceId) {
+  Rows rows = spotOf_.query(idColumn(serviceId));
+  if (!rows.next()) return std::nullopt;
+  return Spot{rows.integer(0), rows.integer(1)};
+}
+
+std::optional<ServiceKey> ServiceStore::keyOf(std::uint64_t serviceId) {
+  const auto spot = spotOf(serviceId);
+  if (!spot) return std::nullopt;
+  return spot->key;
+}
+
+bool ServiceStore::exists(ServiceKey key) {
+  return exists_.query(key).next();
+}
+
+void ServiceStore::replaceAll(const std::vector<Service>& services) {
+  Transaction transaction(database_, "replace the services");
+  tables_.clear();
+  for (const Service& service : services) tables_.insert(std::nullopt, service);
+  transaction.commit();
+}
+
+void ServiceStore::merge(const std::vector<Service>& services) {
+  Transaction transaction(database_, "merge services");
+  for (const Service& service : services) {
+    const auto id = service.numbers.find(TCServiceData::SERVICE_ID);
+    const auto key = id == service.numbers.end() ? std::nullopt : keyOf(id->second);
+    if (key) tables_.remove(*key);
+    tables_.insert(key, service);
+  }
+  transaction.commit();
+}
+
+ServiceKey ServiceStore::add(const Service& service) {
+  Transaction transaction(database_, "add a service");
+  const ServiceKey key = tables_.insert(std::nullopt, service);
+  transaction.commit();
+  return key;
+}
+
+bool ServiceStore::remove(ServiceKey key) {
+  return tables_.remove(key);
+}
+
+bool ServiceStore::set(ServiceKey key, int fieldId, std::uint64_t number) {
+  const std::int64_t value = numberColumn(fieldId, number);
+  if (const KnownField* field = knownField(fieldId)) {
+    return Statement(database_, std::string("UPDATE service SET ") + field->column + " = ? WHERE key = ?", changing)
+               .run(value, key) > 0;
+  }
+  if (!exists(key)) return false;
+  tables_.setRaw(key, fieldId, number);
+  return true;
+}
+
+bool ServiceStore::set(ServiceKey key, int fieldId, std::u16string_view units) {
+  requireText(fieldId);
+  if (const KnownField* field = knownField(fieldId)) {
+    return Statement(database_, std::string("UPDATE service SET ") + field->column + " = ? WHERE key = ?", changing)
+               .run(Bytes(toBytes(units)), key) > 0;
+  }
+  if (!exists(key)) return false;
+  tables_.setRaw(key, fieldId, units);
+  return true;
+}
+
+bool ServiceStore::unset(ServiceKey key, int fieldId) {
+  if (const KnownField* field = knownField(fieldId)) {
+    return Statement(database_, std::string("UPDATE service SET ") + field->column + " = NULL WHERE key = ?", changing)
+               .run(key) > 0;
+  }
+  Statement(database_, "DELETE FROM raw_field WHERE service = ? AND field = ?", changing).run(key, fieldId);
+  return exists(key);
+}
+
+std::vector<AudioTrack> ServiceStore::audio(ServiceKey key) {
+  return tables_.audio(key);
+}
+std::vector<SubtitleTrack> ServiceStore::subtitles(ServiceKey key) {
+  return tables_.subtitles(key);
+}
+
+bool ServiceStore::setAudio(ServiceKey key, const std::vector<AudioTrack>& tracks) {
+  if (!exists(key)) return false;
+  Transaction transaction(database_, "keep audio tracks");
+  tables_.removeAudio(key);
+  tables_.insertAudio(key, tracks);
+  transaction.commit();
+  return true;
+}
+
+bool ServiceStore::setSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks) {
+  if (!exists(key)) return false;
+  Transaction transaction(database_, "keep subtitle tracks");
+  tables_.removeSubtitles(key);
+  tables_.insertSubtitles(key, tracks);
+  transaction.commit();
+  return true;
+}
+
+std::optional<std::map<std::uint8_t, bool>> ServiceStore::favourites(std::uint64_t serviceId) {
+  const auto key = keyOf(serviceId);
+  if (!key) return std::nullopt;
+  return tables_.favourites(*key);
+}
+
+bool ServiceStore::setFavourite(std::uint64_t serviceId, std::uint8_t group, bool member) {
+  const auto key = keyOf(serviceId);
+  if (key) tables_.setFavourite(*key, group, member);
+  return key.has_value();
+}
+
+Query& ServiceStore::ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked) {
+  virtualtv::ask(pick, criteria, mode, skipLocked, question_);
+  return queries_.find(question_.shape);
+}
+
+// The last question with another pick.
+Query& ServiceStore::askAgain(Pick pick) {
+  question_.shape.pick = pick;
+  return queries_.find(question_.shape);
+}
+
+bool ServiceStore::first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record) {
+  Query& query = ask(Pick::first, criteria, mode);
+  return readOne(query, query.start(question_.values), record);
+}
+
+int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::list<TCServiceData*>& records) {
+  Query& query = ask(Pick::list, criteria, mode);
+  Rows rows = query.start(question_.values);
+  int count = 0;
+  for (; rows.next(); ++count) {
+    auto record = std::make_unique<TCServiceData>();
+    query.read(rows, *record);
+    records.push_back(record.get());
+    record.release();
+  }
+  return count;
+}
+
+bool ServiceStore::next(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId,
+                        bool skipLocked, TCServiceData& record) {
+  virtualtv::ask(Pick::after, criteria, mode, skipLocked, question_);
+  return step(Pick::after, Pick::start, currentId, record);
+}
+
+bool ServiceStore::previous(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId,
+                            bool skipLocked, TCServiceData& record) {
+  virtualtv::ask(Pick::before, criteria, mode, skipLocked, question_);
+  return step(Pick::before, Pick::end, currentId, record);
+}
+
+// Services that share the current one's id are left out, or a step could come back to where it started.
+bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) {
+  const std::int64_t current = idColumn(currentId);
+  if (const auto spot = spotOf(currentId)) {
+    Query& query = askAgain(towards);
+    if (readOne(query, query.start(question_.values, spot->place, spot->key, current), record)) return true;
+  }
+  Query& query = askAgain(over);
+  if (readOne(query, query.start(question_.values, current), record)) return true;
+  // No other is selected. With none left out, the current one is found if it is.
+  return readOne(query, query.start(question_.values, nullptr), record);
+}
+
+bool ServiceStore::at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record) {
+  Query& query = ask(Pick::at, criteria, TSTvMode(ANTENNA_NONE, SERVICE_MODE_NONE));
+  return readOne(query, query.start(question_.values, key), record);
+}
+
+}  // namespace virtualtv

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "services/Query.h"
+#include "services/Service.h"
+#include "services/ServiceTables.h"
+#include "store/Database.h"
+#include "tvservice/TCCriteriaHelper.h"
+#include "tvservice/TCServiceData.h"
+
+namespace virtualtv {
+
+/// The tables of this room, for the schema of the database that they stand in.
+extern const char* const serviceTables;
+
+/// The service database: what the set knows of its services, and the queries of clients on it. List order is by major,
+/// then by minor number, services without one last, then by key.
+///
+/// A write is one transaction, all of it or nothing, and on the disk when it returns, unless a `Transaction` is under
+/// way. All operations throw `StoreError`; those that take fields throw std::invalid_argument when a field can't hold
+/// what it is given, with a line that says which and why.
+class ServiceStore {
+ public:
+  /// @param database  outlives this object and has `serviceTables`.
+  explicit ServiceStore(Database& database);
+
+  // The services.
+
+  std::size_t size();
+  /// All keys in list order.
+  std::vector<ServiceKey> keys();
+  /// Nothing when there is no such service; the same for 0.
+  std::optional<Service> read(ServiceKey key);
+  /// The service of an id, the first in list order should several have it.
+  std::optional<ServiceKey> keyOf(std::uint64_t serviceId);
+
+  /// Keeps these in place of all there were, with keys from 1 on in their order.
+  void replaceAll(const std::vector<Service>& services);
+  /// Each takes the place, and the key, of the one with its service id; where there is none it is added.
+  void merge(const std::vector<Service>& services);
+  ServiceKey add(const Service& service);
+  /// @return false when there is no such service. So below.
+  bool remove(ServiceKey key);
+
+  // One field of a service.
+
+  bool set(ServiceKey key, int fieldId, std::uint64_t number);
+  bool set(ServiceKey key, int fieldId, std::u16string_view units);
+  /// Makes a field absent.
+  bool unset(ServiceKey key, int fieldId);
+
+  // What a service has beside its fields. Empty where there is no such service.
+
+  std::vector<AudioTrack> audio(ServiceKey key);
+  std::vector<SubtitleTrack> subtitles(ServiceKey key);
+  bool setAudio(ServiceKey key, const std::vector<AudioTrack>& tracks);
+  bool setSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks);
+  /// Favourite groups that hold a value for the service of an id; nothing when there is no such service.
+  std::optional<std::map<std::uint8_t, bool>> favourites(std::uint64_t serviceId);
+  bool setFavourite(std::uint64_t serviceId, std::uint8_t group, bool member);
+
+  // Queries. A record gets the fields that the criteria fetch, in their order, as far as the service has them. All
+  // conditions must hold; one on an absent field does not, but for `HIDDEN`, whose absence counts as 0; one on a text
+  // never does. Without an order to sort by it is list order, which also settles ties; services without the field that
+  // is sorted by come last. `mode` limits the services to an antenna and, where the service mode names an operator's
+  // list, to that; (-1, -1) does not.
+
+  /// @return false when there is none; `record` is then as it was. So below.
+  bool first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record);
+
+  /// Appends a new record for each service; the caller owns them. @return how many.
+  int list(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::list<TCServiceData*>& records);
+
+  /// The service one step behind (before) the one of `currentId` in list order, starting over at the other end of the
+  /// list, among those that the criteria select. The current one need not be selected; it is answered when it is the
+  /// only one. An id that no service has stands at the end (start) of the list. Criteria's order is passed over.
+  /// @param skipLocked  goes past services whose `LOCK` is not 0.
+  bool next(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
+            TCServiceData& record);
+  bool previous(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
+                TCServiceData& record);
+
+  /// The service with a key, whether or not it meets the conditions of the criteria.
+  bool at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record);
+
+ private:
+  struct Spot {
+    std::int64_t place;
+    ServiceKey key;
+  };
+
+  std::optional<Spot> spotOf(std::uint64_t serviceId);
+  bool exists(ServiceKey key);
+  bool step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record);
+  Query& ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked = false);
+  Query& askAgain(Pick pick);
+
+  Database& database_;
+  ServiceTables tables_;
+  QueryCache queries_;
+  Question question_;
+  Statement size_;
+  Statement keys_;
+  Statement spotOf_;
+  Statement exists_;
+};
+
+}  // namespace virtualtv

@@ -1,0 +1,284 @@
+#include "services/ServiceTables.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "services/Fields.h"
+#include "services/ServiceStore.h"
+
+namespace virtualtv {
+
+namespace {
+
+constexpr const char* adding = "add a service";
+constexpr const char* reading = "read a service";
+
+// Columns of `service` for the known fields, in their order, each followed by `behind`.
+std::string columns(const std::string& behind) {
+  std::string list;
+  for (const KnownField& field : knownFields()) list += field.column + behind;
+  return list;
+}
+
+std::string insertSql() {
+  std::string marks;
+  for (std::size_t field = 0; field < knownFields().size(); ++field) marks += "?, ";
+  return "INSERT INTO service(" + columns(", ") + "group_name, key) VALUES(" + marks + "?, ?)";
+}
+
+int readFields(const Rows& rows, Service& service) {
+  int column = 0;
+  for (const KnownField& field : knownFields()) {
+    if (!rows.isNull(column) && field.kind == FieldKind::text) {
+      service.texts[field.id] = toUnits(rows.bytes(column));
+    } else if (!rows.isNull(column)) {
+      service.numbers[field.id] = fromColumn(&field, rows.integer(column));
+    }
+    ++column;
+  }
+  return column;
+}
+
+}  // namespace
+
+// `place` counts services up in list order: by major, then by minor number, absent ones last. A service that does not
+// say whether it is hidden is not. What `sqlite_stat1` tells the query planner is what a list of a set looks like; so
+// it takes the index of few rows whatever the list at hand.
+const char* const serviceTables = R"(
+CREATE TABLE service(
+  key INTEGER PRIMARY KEY AUTOINCREMENT,
+  service_id INTEGER,
+  channel_name BLOB,
+  original_network_id INTEGER,
+  program_number INTEGER,
+  transport_stream_id INTEGER,
+  channel_type INTEGER,
+  ptc INTEGER,
+  modulation INTEGER,
+  source_id INTEGER,
+  frequency INTEGER,
+  major INTEGER,
+  minor INTEGER,
+  lock INTEGER,
+  symbol_rate INTEGER,
+  antenna_mode INTEGER,
+  hidden INTEGER,
+  service_mode INTEGER,
+  group_name TEXT NOT NULL,
+  service_field_110 BLOB,
+  place INTEGER AS (ifnull(major, 65536) * 65537 + ifnull(minor, 65536)) VIRTUAL,
+  hidden_or_0 INTEGER AS (ifnull(hidden, 0)) VIRTUAL
+) STRICT;
+CREATE INDEX service_by_id ON service(service_id);
+CREATE INDEX service_by_number ON service(major, minor);
+CREATE INDEX service_by_ptc ON service(ptc);
+CREATE INDEX service_by_place ON service(place);
+CREATE INDEX service_by_antenna ON service(antenna_mode, hidden_or_0, place);
+CREATE INDEX service_by_mode ON service(antenna_mode, service_mode, hidden_or_0, place);
+
+CREATE TABLE raw_field(
+  service INTEGER NOT NULL REFERENCES service ON DELETE CASCADE,
+  field INTEGER NOT NULL,
+  value ANY NOT NULL,
+  PRIMARY KEY(service, field)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX raw_field_by_value ON raw_field(field, value);
+
+CREATE TABLE audio_track(
+  service INTEGER NOT NULL REFERENCES service ON DELETE CASCADE,
+  position INTEGER NOT NULL,
+  pid INTEGER NOT NULL,
+  lang INTEGER NOT NULL,
+  decode_type INTEGER NOT NULL,
+  audio_mode INTEGER NOT NULL,
+  audio_type INTEGER NOT NULL,
+  readable INTEGER NOT NULL,
+  PRIMARY KEY(service, position)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE subtitle_track(
+  service INTEGER NOT NULL REFERENCES service ON DELETE CASCADE,
+  position INTEGER NOT NULL,
+  pid INTEGER NOT NULL,
+  lang INTEGER NOT NULL,
+  type INTEGER NOT NULL,
+  readable INTEGER NOT NULL,
+  PRIMARY KEY(service, position)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE favourite(
+  service INTEGER NOT NULL REFERENCES service ON DELETE CASCADE,
+  number INTEGER NOT NULL,
+  member INTEGER NOT NULL,
+  PRIMARY KEY(service, number)
+) STRICT, WITHOUT ROWID;
+
+ANALYZE sqlite_schema;
+INSERT INTO sqlite_stat1(tbl, idx, stat) VALUES
+  ('service', 'service_by_id', '10000 1'),
+  ('service', 'service_by_number', '10000 4 2'),
+  ('service', 'service_by_ptc', '10000 20'),
+  ('service', 'service_by_place', '10000 2'),
+  ('service', 'service_by_antenna', '10000 3500 3000 1'),
+  ('service', 'service_by_mode', '10000 3500 1000 900 1');
+ANALYZE sqlite_schema;
+)";
+
+ServiceTables::ServiceTables(Database& database)
+    : database_(database),
+      insert_(database, insertSql(), adding),
+      insertRaw_(database, "INSERT OR REPLACE INTO raw_field VALUES(?, ?, ?)", "keep a field of a service"),
+      insertAudio_(database, "INSERT INTO audio_track VALUES(?, ?, ?, ?, ?, ?, ?, ?)", "keep an audio track"),
+      insertSubtitle_(database, "INSERT INTO subtitle_track VALUES(?, ?, ?, ?, ?, ?)", "keep a subtitle track"),
+      insertFavourite_(database, "INSERT OR REPLACE INTO favourite VALUES(?, ?, ?)", "keep a favourite"),
+      remove_(database, "DELETE FROM service WHERE key = ?", "remove a service"),
+      read_(database, "SELECT " + columns(", ") + "group_name FROM service WHERE key = ?", reading),
+      readRaw_(database, "SELECT field, value FROM raw_field WHERE service = ?", reading),
+      readAudio_(database,
+                 "SELECT pid, lang, decode_type, audio_mode, audio_type, readable FROM audio_track WHERE service = ?"
+                 " ORDER BY position",
+                 "read audio tracks"),
+      readSubtitles_(database,
+                     "SELECT pid, lang, type, readable FROM subtitle_track WHERE service = ? ORDER BY position",
+                     "read subtitle tracks"),
+      readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
+
+void ServiceTables::bindFields(const Service& service) {
+  int parameter = 0;
+  for (const KnownField& field : knownFields()) {
+    const auto number = service.numbers.find(field.id);
+    const auto units = service.texts.find(field.id);
+    insert_.bind(++parameter, nullptr);
+    if (number != service.numbers.end()) insert_.bind(parameter, numberColumn(field.id, number->second));
+    if (units == service.texts.end()) continue;
+    requireText(field.id);
+    insert_.bind(parameter, Bytes(toBytes(units->second)));
+  }
+  insert_.bind(++parameter, std::string_view(service.group));
+}
+
+ServiceKey ServiceTables::insert(std::optional<ServiceKey> key, const Service& service) {
+  bindFields(service);
+  insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
+  insert_.finish();
+  const ServiceKey added = sqlite3_last_insert_rowid(database_.handle());
+  for (const auto& [id, number] : service.numbers) {
+    if (service.texts.contains(id))
+      throw std::invalid_argument("field " + std::to_string(id) + " can't hold two values");
+    if (knownField(id) == nullptr) setRaw(added, id, number);
+  }
+  for (const auto& [id, units] : service.texts) {
+    if (knownField(id) == nullptr) setRaw(added, id, units);
+  }
+  insertAudio(added, service.audio);
+  insertSubtitles(added, service.subtitles);
+  for (const auto& [group, member] : service.favourites) setFavourite(added, group, member);
+  return added;
+}
+
+bool ServiceTables::remove(ServiceKey key) {
+  return remove_.run(key) > 0;
+}
+
+void ServiceTables::clear() {
+  database_.execute(
+      "DELETE FROM raw_field; DELETE FROM audio_track; DELETE FROM subtitle_track; DELETE FROM favourite;"
+      "DELETE FROM service; DELETE FROM sqlite_sequence WHERE name = 'service'",
+      "remove the services");
+}
+
+std::optional<Service> ServiceTables::read(ServiceKey key) {
+  Service service;
+  {
+    Rows rows = read_.query(key);
+    if (!rows.next()) return std::nullopt;
+    const int behind = readFields(rows, service);
+    service.group = rows.text(behind);
+  }
+  readRaw(key, service);
+  service.audio = audio(key);
+  service.subtitles = subtitles(key);
+  service.favourites = favourites(key);
+  return service;
+}
+
+void ServiceTables::readRaw(ServiceKey key, Service& service) {
+  Rows rows = readRaw_.query(key);
+  while (rows.next()) {
+    const auto id = static_cast<int>(rows.integer(0));
+    if (rows.isInteger(1)) {
+      service.numbers[id] = fromColumn(nullptr, rows.integer(1));
+    } else {
+      service.texts[id] = toUnits(rows.bytes(1));
+    }
+  }
+}
+
+std::vector<AudioTrack> ServiceTables::audio(ServiceKey key) {
+  std::vector<AudioTrack> tracks;
+  Rows rows = readAudio_.query(key);
+  const auto number = [&](int column) { return static_cast<int>(rows.integer(column)); };
+  while (rows.next()) {
+    tracks.push_back({.pid = number(0),
+                      .lang = number(1),
+                      .decodeType = number(2),
+                      .audioMode = number(3),
+                      .audioType = number(4),
+                      .readable = number(5) != 0});
+  }
+  return tracks;
+}
+
+std::vector<SubtitleTrack> ServiceTables::subtitles(ServiceKey key) {
+  std::vector<SubtitleTrack> tracks;
+  Rows rows = readSubtitles_.query(key);
+  const auto number = [&](int column) { return static_cast<int>(rows.integer(column)); };
+  while (rows.next()) {
+    tracks.push_back({.pid = number(0), .lang = number(1), .type = number(2), .readable = number(3) != 0});
+  }
+  return tracks;
+}
+
+std::map<std::uint8_t, bool> ServiceTables::favourites(ServiceKey key) {
+  std::map<std::uint8_t, bool> groups;
+  Rows rows = readFavourites_.query(key);
+  while (rows.next()) groups[static_cast<std::uint8_t>(rows.integer(0))] = rows.integer(1) != 0;
+  return groups;
+}
+
+void ServiceTables::removeAudio(ServiceKey key) {
+  Statement(database_, "DELETE FROM audio_track WHERE service = ?", "remove audio tracks").run(key);
+}
+
+void ServiceTables::removeSubtitles(ServiceKey key) {
+  Statement(database_, "DELETE FROM subtitle_track WHERE service = ?", "remove subtitle tracks").run(key);
+}
+
+void ServiceTables::insertAudio(ServiceKey key, const std::vector<AudioTrack>& tracks) {
+  int position = 0;
+  for (const AudioTrack& track : tracks) {
+    insertAudio_.run(key, position++, track.pid, track.lang, track.decodeType, track.audioMode, track.audioType,
+                     track.readable);
+  }
+}
+
+void ServiceTables::insertSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks) {
+  int position = 0;
+  for (const SubtitleTrack& track : tracks) {
+    insertSubtitle_.run(key, position++, track.pid, track.lang, track.type, track.readable);
+  }
+}
+
+void ServiceTables::setFavourite(ServiceKey key, std::uint8_t group, bool member) {
+  insertFavourite_.run(key, int{group}, member);
+}
+
+void ServiceTables::setRaw(ServiceKey key, int fieldId, std::uint64_t number) {
+  insertRaw_.run(key, fieldId, numberColumn(fieldId, number));
+}
+
+void ServiceTables::setRaw(ServiceKey key, int fieldId, std::u16string_view units) {
+  insertRaw_.run(key, fieldId, Bytes(toBytes(units)));
+}
+
+}  // namespace virtualtv

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <optional>
+
+#include "services/Service.h"
+#include "store/Statement.h"
+
+namespace virtualtv {
+
+/// Whole services in the tables: one row of `service` with the fields that have a column there, and rows beside it.
+/// Used by `ServiceStore` alone, which sees to transactions. All operations throw `StoreError`; those that write throw
+/// std::invalid_argument when a field can't hold what it is given.
+class ServiceTables {
+ public:
+  explicit ServiceTables(Database& database);
+
+  /// Adds a service. @param key  a free key, or nothing for the next one. @return its key.
+  ServiceKey insert(std::optional<ServiceKey> key, const Service& service);
+  /// @return false when there was none.
+  bool remove(ServiceKey key);
+  /// Removes all; the next key is 1.
+  void clear();
+  /// Nothing when there is none.
+  std::optional<Service> read(ServiceKey key);
+
+  std::vector<AudioTrack> audio(ServiceKey key);
+  std::vector<SubtitleTrack> subtitles(ServiceKey key);
+  std::map<std::uint8_t, bool> favourites(ServiceKey key);
+
+  void removeAudio(ServiceKey key);
+  void removeSubtitles(ServiceKey key);
+  /// Adds tracks to a service that has none.
+  void insertAudio(ServiceKey key, const std::vector<AudioTrack>& tracks);
+  void insertSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks);
+  /// Each replaces what was there.
+  void setFavourite(ServiceKey key, std::uint8_t group, bool member);
+  void setRaw(ServiceKey key, int fieldId, std::uint64_t number);
+  void setRaw(ServiceKey key, int fieldId, std::u16string_view units);
+
+ private:
+  void bindFields(const Service& service);
+  void readRaw(ServiceKey key, Service& service);
+
+  Database& database_;
+  Statement insert_;
+  Statement insertRaw_;
+  Statement insertAudio_;
+  Statement insertSubtitle_;
+  Statement insertFavourite_;
+  Statement remove_;
+  Statement read_;
+  Statement readRaw_;
+  Statement readAudio_;
+  Statement readSubtitles_;
+  Statement readFavourites_;
+};
+
+}  // namespace virtualtv
