@@ -84,25 +84,6 @@ std::string quoted(std::u16string_view units) {
   return text;
 }
 
-Lines join(std::initializer_list<Lines> parts) {
-  Lines all;
-  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
-
-std::string banner(int level, std::string_view function) {
-  return std::to_string(level) + " \033[2;31;42m !!!!ERROR!!!![Window/Src/EmpTaskWindow][" + std::string(function) +
-         "][*] \033[0m";
-}
-
-std::string place(std::string_view function) {
-  return "3 FILE=[Window/Src/EmpTaskWindow] FUNCTION=[" + std::string(function) + "] LINE=[*]";
-}
-
-std::string caught(std::string_view function, std::string_view call) {
-  return "0 Exception Handled by " + std::string(function) + " fault in " + std::string(call);
-}
-
 Lines noNavigation() {
   return {"0 svc_navi_proxy is NULL, t_eWindow =0", "0 CEmpTaskWindow svc_navi_proxy create is FAIL!!"};
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
+#include "support/LogLines.h"
 #include "support/TvTest.h"
 #include "tvservice/TCServiceData.h"
 
@@ -25,17 +25,10 @@ void setText(TCServiceData& record, int field, std::u16string_view units);
 /// The same text in the form in which a fault takes it: quoted, without blanks.
 std::string quoted(std::u16string_view units);
 
-/// Lists one after another.
-Lines join(std::initializer_list<Lines> parts);
-
-// Log lines of the worker, with their level.
-
-/// The error line of an operation.
-std::string banner(int level, std::string_view function);
-/// The line that tells the place in the source.
-std::string place(std::string_view function);
-/// An exception that a faulty platform call left with, told by the operation that made the call.
-std::string caught(std::string_view function, std::string_view call);
+using support::banner;
+using support::caught;
+using support::join;
+using support::place;
 
 /// What the worker logs when the proxy is missing and can't be made.
 Lines noNavigation();

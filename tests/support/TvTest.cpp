@@ -126,7 +126,7 @@ Lines TvTest::calls() {
 
 Lines TvTest::logs() {
   Lines lines;
-  for (const LogLine& line : std::exchange(lines_, {})) {
+  for (const LogLine& line : messages()) {
     lines.push_back(std::to_string(line.level) + " " + line.masked);
   }
   return lines;

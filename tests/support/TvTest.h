@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "EmpAppWindow.h"
@@ -71,6 +72,8 @@ class TvTest : public ::testing::Test {
   Lines calls();
   /// The log messages since the last time, as in "0 TEXT", with what differs from run to run masked as `*`.
   Lines logs();
+  /// The same messages with all that is known of them.
+  std::vector<virtualtv::framework::LogLine> messages() { return std::exchange(lines_, {}); }
   /// Drops both.
   void forget();
 
