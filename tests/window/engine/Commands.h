@@ -1,0 +1,74 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "support/TvTest.h"
+
+/// The commands that the tests of the whole engine go through.
+namespace engine {
+
+/// A command with parameters that a set with services answers well.
+struct Call {
+  std::string name;
+  support::Lines parameters;
+  std::string unconnected;  ///< its answer when no interface of the set can be had
+};
+
+/// Every command of channels, sources and windows, once in each of its forms.
+inline const std::vector<Call>& everyCall() {
+  static const std::vector<Call> all{
+      {"SetWindow", {"0"}, "int 0"},
+      {"SetWindow", {"1"}, "int 0"},
+      {"GetCurrentChannel_Major", {}, "int -1"},
+      {"GetCurrentChannel_Minor", {}, "int -1"},
+      {"GetCurrentChannel_Name", {}, "int -1"},
+      {"GetCurrentChannel_OriginNetID", {}, "int -1"},
+      {"GetCurrentChannel_ProgramNumber", {}, "int -1"},
+      {"GetCurrentChannel_PTC", {}, "int -1"},
+      {"GetCurrentChannel_ServiceName", {}, "int -1"},
+      {"GetCurrentChannel_TransportStreamID", {}, "int -1"},
+      {"GetCurrentChannel_Type", {}, "int -1"},
+      {"GetSource", {"0"}, "int -1"},
+      {"GetSource", {"6"}, "int 101"},
+      {"GetPreviousSource", {}, "int -1"},
+      {"FindChannel", {"0", "1"}, "int -1"},
+      {"GetChannel_Major", {"0"}, "int -1"},
+      {"GetChannel_Minor", {"0"}, "int -1"},
+      {"GetChannel_Name", {"0"}, "int -1"},
+      {"GetChannel_OriginNetID", {"0"}, "int -1"},
+      {"GetChannel_ProgramNumber", {"0"}, "int -1"},
+      {"GetChannel_PTC", {"0"}, "int -1"},
+      {"GetChannel_ServiceName", {"0"}, "int -1"},
+      {"GetChannel_TransportStreamID", {"0"}, "int -1"},
+      {"GetChannel_Type", {"0"}, "int -1"},
+      {"GetChannel_Size", {}, "int 0"},
+      {"GetChannel_ServiceId", {"0"}, "int -1"},
+      {"GetChannel_ServiceId", {"7", "0", "20"}, "int -1"},
+      {"GetChannel_OnTVJson", {"0"}, "int -1"},
+      {"SetTVMode", {"1"}, "int 0"},
+      {"GetTVMode", {}, "int -1"},
+      {"GetFullChannelList", {}, "int -1"},
+      {"GetCurrentChannelInfo", {}, "int -1"},
+      {"GetCurrentChannel", {}, "int -1"},
+      {"GetStartChannel_Type", {}, "int -1"},
+      {"GetStartChannel_Major", {}, "int -1"},
+      {"GetStartChannel_Minor", {}, "int -1"},
+      {"GetStartChannel_Name", {}, "int -1"},
+      {"GetStartChannel_ServiceId", {}, "ascii"},
+      {"GetStartChannel_Info", {}, "int -1"},
+      {"GetPreviousChannelInfo", {}, "int -1"},
+      {"GetSourceState", {}, "int -1"},
+  };
+  return all;
+}
+
+/// The factories of the proxies that the worker makes.
+inline constexpr std::array factories{
+    "TVServiceAPI::CreateService",      "TVServiceAPI::CreateSourceControl", "TVServiceAPI::CreateServiceNavigation",
+    "TVServiceAPI::CreateAVControl",    "TVServiceAPI::ServiceDataAux",      "TVServiceAPI::CreateVideoControl",
+    "TVServiceAPI::CreateTunerControl", "TVServiceAPI::CreateDataControl",
+};
+
+}  // namespace engine

@@ -1,0 +1,126 @@
+// The frame around every command: what is logged in which order, what is refused, what stays untouched.
+#include <pthread.h>
+
+#include <algorithm>
+
+#include "support/Channels.h"
+#include "support/LogLines.h"
+
+namespace {
+
+using support::commandLogs;
+using support::join;
+using support::Lines;
+using support::place;
+using virtualtv::framework::LogLine;
+
+using FrameTest = channels::ChannelEngineTest;
+
+std::string entered(const std::string& command, const std::string& parameters = "[][][][]") {
+  return "0 [CEmpEngineWindow::Execute][*] [" + command + "]" + parameters + ",pid = *";
+}
+std::string unsupported(const std::string& command) {
+  return "0 CEmpEngineWindow::Execute Command[" + command + "] is NOT supported. return false";
+}
+
+TEST_F(FrameTest, LogsTheCallThenTheWorkersLinesThenTheFinish) {
+  EXPECT_EQ(execute("GetChannel_Size"), "int 0");
+  EXPECT_EQ(logs(), commandLogs("GetChannel_Size", {}, {place("GetChannel_Size"), "3 *pnSize = [0]"}, 1));
+}
+
+TEST_F(FrameTest, LogsAllFourParametersAlsoThoseThatTheCommandDoesNotTake) {
+  EXPECT_EQ(execute("GetChannel_Size", {"a", "", "c d", "[e]"}), "int 0");
+  EXPECT_EQ(logs().front(), entered("GetChannel_Size", "[a][][c d][[e]]"));
+}
+
+TEST_F(FrameTest, LogsTheCallingThreadAndTheEngineUnderTheNameOfItsOperation) {
+  execute("GetChannel_Size");
+  execute("NoSuchCommand");
+  const std::vector<LogLine> lines = messages();
+  ASSERT_EQ(lines.size(), 6U);
+  const std::string thread = ",pid = " + std::to_string(pthread_self());
+  const std::string engine = lines[0].text.substr(0, lines[0].text.find("] [") + 1);
+  for (const std::size_t call : {0U, 4U}) {
+    EXPECT_EQ(lines[call].text.substr(lines[call].text.rfind(',')), thread);
+    EXPECT_EQ(lines[call].text.substr(0, engine.size()), engine) << "the engine's own address";
+  }
+  for (const std::size_t at : {0U, 3U, 4U, 5U}) EXPECT_EQ(lines[at].function, "Execute") << lines[at].text;
+}
+
+TEST_F(FrameTest, FinishesWithTheWorkersResult) {
+  fault("IServiceNavigation::GetTvMode result=2");
+  EXPECT_EQ(execute("GetTVMode"), "int 1");
+  EXPECT_EQ(finished(), "2");
+  fault("IServiceNavigation::GetTvMode result=0");
+  EXPECT_EQ(execute("GetTVMode"), "int -1");
+  EXPECT_EQ(finished(), "-1");
+}
+
+TEST_F(FrameTest, AnUnknownCommandIsRefusedAndLeavesTheReplyUntouched) {
+  EXPECT_EQ(execute("NoSuchCommand", {"1", "2"}), "refused");
+  EXPECT_EQ(logs(), (Lines{entered("NoSuchCommand", "[1][2][][]"), unsupported("NoSuchCommand")}));
+  EXPECT_EQ(calls(), Lines());
+}
+
+TEST_F(FrameTest, CommandsAreComparedExactly) {
+  for (const char* name : {"", " ", "setwindow", "SETWINDOW", "SetWindow ", " SetWindow", "SetWindo", "SetWindows",
+                           "GetChannel_", "GetChannel", "GetCurrentChannel_", "Get", "SetWindow\n", "\xff"}) {
+    EXPECT_EQ(execute(name), "refused") << name;
+    EXPECT_EQ(logs().back(), unsupported(name));
+  }
+  EXPECT_EQ(calls(), Lines());
+}
+
+TEST_F(FrameTest, ACommandWithAZeroByteBehindAKnownNameIsUnknown) {
+  EXPECT_EQ(execute(std::string("GetChannel_Size\0", 16)), "refused");
+  EXPECT_EQ(execute(std::string("GetChannel_Size\0x", 17)), "refused");
+}
+
+TEST_F(FrameTest, PercentSignsInCommandAndParametersAreText) {
+  EXPECT_EQ(execute("%s%n%d", {"%s%s%s", "%n", "%1000000d", "%"}), "refused");
+  EXPECT_EQ(logs(), (Lines{entered("%s%n%d", "[%s%s%s][%n][%1000000d][%]"), unsupported("%s%n%d")}));
+}
+
+TEST_F(FrameTest, TextsOfAnyLengthPass) {
+  const std::string text(200000, 'x');
+  EXPECT_EQ(execute(text, {text, text, text, text}), "refused");
+  EXPECT_EQ(execute("GetChannel_Size", {text, text, text, text}), "int 0");
+  EXPECT_EQ(execute("GetChannel_Major", {std::string(200000, '9')}), "int -1");
+}
+
+TEST_F(FrameTest, ParametersThatACommandDoesNotTakeDoNotMatter) {
+  EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 7");
+  EXPECT_EQ(execute("GetCurrentChannel_Major", {"x", "99999999999999999999", "\xff", "-"}), "int 7");
+  EXPECT_EQ(execute("GetTVMode", {"5"}), "int 1");
+}
+
+// The entry with a parameter list.
+
+TEST_F(FrameTest, AnUnknownCommandWithAParameterListIsRefusedWithMinusOne) {
+  for (const char* name : {"NoSuchCommand", "SetWindow", "GetChannel_Size", "setscreencroprect", " "}) {
+    EXPECT_EQ(executeWithParamList(name, {"0", "1"}), "refused int -1") << name;
+    const std::string text = name;
+    EXPECT_EQ(logs(),
+              (Lines{"0 CEmpEngineWindow::ExecuteWithParamList[" + text + "]\n",
+                     "0 CEmpEngineWindow::ExecuteWithParamList Command[" + text + "] is NOT supported. return false"}));
+  }
+  EXPECT_EQ(calls(), Lines());
+}
+
+TEST_F(FrameTest, AnEmptyCommandWithAParameterListIsRefusedAndLeavesTheReplyUntouched) {
+  EXPECT_EQ(executeWithParamList("", {"0", "1"}), "refused");
+  EXPECT_EQ(logs(), (Lines{"0 CEmpEngineWindow::ExecuteWithParamList[]\n", "0 Command length is <= 0.\n"}));
+}
+
+TEST_F(FrameTest, AnUnknownCommandWithAParameterListIsRefusedHoweverLongTheListIs) {
+  EXPECT_EQ(executeWithParamList("NoSuchCommand", {}), "refused int -1");
+  EXPECT_EQ(executeWithParamList("NoSuchCommand", Lines(1000, "%s")), "refused int -1");
+}
+
+TEST_F(FrameTest, LinesOfTheEntryWithAParameterListStandUnderItsName) {
+  executeWithParamList("NoSuchCommand", {});
+  executeWithParamList("", {});
+  for (const LogLine& line : messages()) EXPECT_EQ(line.function, "ExecuteWithParamList") << line.text;
+}
+
+}  // namespace

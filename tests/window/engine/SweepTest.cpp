@@ -1,0 +1,73 @@
+// Every platform call of every command failing in turn, in every way that it can.
+#include <algorithm>
+
+#include "Commands.h"
+#include "support/Channels.h"
+
+namespace {
+
+using support::Answer;
+using support::Lines;
+using virtualtv::seam::Call;
+using virtualtv::seam::Operation;
+using virtualtv::seam::Seam;
+
+class SweepTest : public channels::ChannelEngineTest, public ::testing::WithParamInterface<std::size_t> {
+ protected:
+  /// The words behind an operation that make it fail.
+  static Lines ways(const Operation& operation) {
+    Lines all{"result=throw"};
+    for (const char* words : {"result=0", "result=-1", "result=1", "result=2", "result=null", "result=unwritten"}) {
+      try {
+        virtualtv::seam::parseFault({std::string(operation.name), words});
+        all.emplace_back(words);
+      } catch (const std::invalid_argument&) {  // this operation can't
+      }
+    }
+    return all;
+  }
+
+  /// A set with a found-channel list, an engine on it, and what the command answers there.
+  void prepare() {
+    clearFaults();
+    close();
+    ASSERT_TRUE(open());
+    ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
+    forget();
+  }
+};
+
+TEST_P(SweepTest, NothingBreaks) {
+  const engine::Call& call = engine::everyCall()[GetParam()];
+  prepare();
+  const std::string healthy = execute(call.name, call.parameters);
+  const std::vector<Call> made = Seam::instance().take();
+  std::map<const Operation*, int> counts;
+  for (const Call& one : made) {
+    const std::string nth = " nth=" + std::to_string(++counts[one.operation]) + " ";
+    for (const std::string& way : ways(*one.operation)) {
+      const std::string words = std::string(one.operation->name) + nth + way;
+      SCOPED_TRACE(call.name + ": " + words);
+      prepare();
+      fault(words);
+      const Answer answer = ask(call.name, call.parameters);
+      EXPECT_TRUE(faultsHit());
+      EXPECT_TRUE(answer.accepted);
+      EXPECT_TRUE(answer.reply.has_value()) << answer.shown();
+      EXPECT_NE(finished().find_first_of("0123456789"), std::string::npos);
+      clearFaults();
+      EXPECT_EQ(execute(call.name, call.parameters), healthy) << "and the next time it is well again";
+    }
+  }
+}
+
+std::string nameOf(const ::testing::TestParamInfo<std::size_t>& info) {
+  const engine::Call& call = engine::everyCall()[info.param];
+  std::string name = call.name;
+  for (const std::string& parameter : call.parameters) name += "_" + parameter;
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, SweepTest, ::testing::Range(std::size_t{0}, engine::everyCall().size()), nameOf);
+
+}  // namespace

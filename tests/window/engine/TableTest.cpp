@@ -1,0 +1,120 @@
+// The command table: which commands there are, and the order in which names are compared.
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "Window/Src/Commands.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// All commands of the plug-in, in the order of comparison.
+const Names order{"SetWindow",
+                  "GetCurrentChannel_Major",
+                  "GetCurrentChannel_Minor",
+                  "GetCurrentChannel_Name",
+                  "GetCurrentChannel_OriginNetID",
+                  "GetCurrentChannel_ProgramNumber",
+                  "GetCurrentChannel_PTC",
+                  "GetCurrentChannel_ServiceName",
+                  "GetCurrentChannel_TransportStreamID",
+                  "GetCurrentChannel_Type",
+                  "GetScreenRect",
+                  "GetAFDGeometryRectSize",
+                  "GetScreenRect_PosMode",
+                  "GetScreenRect_SizeMode",
+                  "GetState_Show",
+                  "SetChannel",
+                  "SetChannel_PTC",
+                  "SetChannel_Seek",
+                  "SetChannelByServiceid",
+                  "SetScreenRect",
+                  "SetScreenRect_PosSizeMode",
+                  "Show",
+                  "GetResolution",
+                  "GetSource",
+                  "SetSource",
+                  "SetSourceAndTune",
+                  "GetPreviousSource",
+                  "SetPreviousSource",
+                  "FindChannel",
+                  "GetChannel_Major",
+                  "GetChannel_Minor",
+                  "GetChannel_Name",
+                  "GetChannel_OriginNetID",
+                  "GetChannel_ProgramNumber",
+                  "GetChannel_PTC",
+                  "GetChannel_ServiceName",
+                  "GetChannel_TransportStreamID",
+                  "GetChannel_Type",
+                  "GetChannel_Size",
+                  "GetChannel_ServiceId",
+                  "GetChannel_OnTVJson",
+                  "SetScreenCropRect",
+                  "GetScreenCropRect",
+                  "SetScreenZorder",
+                  "DisconnectSource",
+                  "ChangeAudioPID",
+                  "ChangeAudioByIndex",
+                  "GetMultiAudioInfo",
+                  "SetSourceVolume",
+                  "SetTVMode",
+                  "GetTVMode",
+                  "GetFavorites",
+                  "UpdateFavorites",
+                  "GetFullChannelList",
+                  "GetCurrentAudioInfo",
+                  "GetSignalStrength",
+                  "GetCurrentChannelInfo",
+                  "GetCurrentChannel",
+                  "GetCurrentSubtitle",
+                  "GetSubtitleInfo",
+                  "ChangeSubtitle",
+                  "GetStartChannel_Type",
+                  "GetStartChannel_Major",
+                  "GetStartChannel_Minor",
+                  "GetStartChannel_Name",
+                  "GetStartChannel_ServiceId",
+                  "GetStartChannel_Info",
+                  "GetPreviousChannelInfo",
+                  "GetResolutionDetail",
+                  "GetSourceState",
+                  "MuteVideo",
+                  "SetDVBSIChannelDirectEx",
+                  "SetChannelDirect"};
+
+Names table() {
+  std::size_t count = 0;
+  const kel::Command* const rows = kel::CommandTable(count);
+  Names names;
+  for (std::size_t at = 0; at < count; ++at) names.emplace_back(rows[at].name);
+  return names;
+}
+
+TEST(CommandTable, HoldsItsCommandsInTheOrderOfComparison) {
+  const Names names = table();
+  Names expected;
+  std::copy_if(order.begin(), order.end(), std::back_inserter(expected),
+               [&](const std::string& name) { return std::count(names.begin(), names.end(), name) > 0; });
+  EXPECT_EQ(names, expected) << "a name is out of order, unknown or there twice";
+}
+
+TEST(CommandTable, HoldsEveryCommandOfChannelsSourcesAndWindows) {
+  const Names names = table();
+  std::set<std::string> wanted;
+  for (const engine::Call& call : engine::everyCall()) wanted.insert(call.name);
+  EXPECT_EQ(wanted.size(), 38U);
+  for (const std::string& name : wanted) EXPECT_EQ(std::count(names.begin(), names.end(), name), 1) << name;
+}
+
+TEST(CommandTable, FindsEachRowByItsNameAndNothingElse) {
+  std::size_t count = 0;
+  const kel::Command* const rows = kel::CommandTable(count);
+  for (std::size_t at = 0; at < count; ++at) EXPECT_EQ(kel::FindCommand(rows[at].name), &rows[at]) << rows[at].name;
+  for (const char* name : {"", "Nope", "setwindow", "SetWindow "}) EXPECT_EQ(kel::FindCommand(name), nullptr) << name;
+}
+
+}  // namespace
