@@ -111,6 +111,18 @@ std::string show(const Reply& reply) {
   return "unicode " + text::quoted(reply.units);
 }
 
+std::string bare(const Reply& reply) {
+  switch (reply.kind) {
+    case Reply::Kind::integer:
+      return std::to_string(reply.number);
+    case Reply::Kind::ascii:
+      return reply.text;
+    case Reply::Kind::unicode:
+      break;
+  }
+  return text::toUtf8(reply.units);
+}
+
 std::string showAnswer(bool accepted, std::string_view encoded) {
   if (encoded.empty()) return accepted ? "empty" : "refused";
   const std::optional<Reply> reply = decode(encoded);

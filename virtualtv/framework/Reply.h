@@ -28,6 +28,9 @@ std::optional<Reply> decode(std::string_view encoded);
 /// no line break follows it, and `\xNN` for bytes that can't be shown and for a backslash that would mean one of these.
 std::string show(const Reply& reply);
 
+/// The reply's value alone: digits, the text's bytes, the units as UTF-8.
+std::string bare(const Reply& reply);
+
 /// What an engine made of a command, as a transcript shows it: its reply, `refused` before it when it refused, `empty`
 /// when it wrote none. @param encoded  the return string, empty when nobody wrote it.
 std::string showAnswer(bool accepted, std::string_view encoded);

@@ -127,6 +127,12 @@ TEST(ReplyShown, EveryUnitReadsBackAsItWas) {
   }
 }
 
+TEST(ReplyBare, IsTheValueAlone) {
+  EXPECT_EQ(bare(integer(-3)), "-3");
+  EXPECT_EQ(bare(ascii("a\\b\n\xff")), "a\\b\n\xff");
+  EXPECT_EQ(bare(unicode(u"\u00e9 \"")), "é \"");
+}
+
 TEST(AnswerShown, SaysWhenTheEngineRefusedOrWroteNothing) {
   EXPECT_EQ(showAnswer(true, encode(integer(1))), "int 1");
   EXPECT_EQ(showAnswer(true, ""), "empty");

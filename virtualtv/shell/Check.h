@@ -1,0 +1,48 @@
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kel/CEmpAppBase.h"
+
+namespace virtualtv::shell {
+
+/// How an input of a transcript did.
+struct CheckedStep {
+  int line = 0;
+  std::string input;
+  std::string failure;  ///< empty when it printed what was expected, otherwise the difference or what was found
+};
+
+/// How a transcript did.
+struct CheckedFile {
+  std::string name;
+  std::string error;  ///< why it could not be run at all, empty when it was
+  std::vector<CheckedStep> steps;
+  std::string diff;                   ///< expected and printed, in the unified format; empty when they agree
+  std::vector<std::string> findings;  ///< what fails it although the texts agree, as in `FILE:LINE: FINDING`
+  bool passed() const { return error.empty() && diff.empty() && findings.empty(); }
+};
+
+/// Runs a transcript on a fresh set in memory and compares what it prints with what stands in the file.
+/// @param update  puts what was printed in place of what stands there; comments and blank lines stay. The difference
+/// then is none.
+CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool update);
+
+struct CheckOptions {
+  std::vector<std::string> files;
+  bool update = false;
+  std::optional<std::string> junit;  ///< file that receives a report for machines
+};
+
+/// Checks transcripts one after the other and reports on them: differences and a summary on `out`, errors on `err`.
+/// @return true when all passed.
+bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err);
+
+/// The report for machines, in the JUnit format: a suite for each file, a case for each of its inputs.
+std::string junitReport(const std::vector<CheckedFile>& files);
+
+}  // namespace virtualtv::shell

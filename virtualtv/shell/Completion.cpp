@@ -1,0 +1,125 @@
+#include "shell/Completion.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "set/Knobs.h"
+#include "shell/Catalogue.h"
+#include "shell/DotCommands.h"
+#include "shell/Session.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+Lines operationNames(const std::string& before) {
+  Lines names;
+  for (const seam::Operation& operation : seam::operations) names.push_back(before + std::string(operation.name));
+  return names;
+}
+
+Lines commandNames() {
+  Lines names;
+  for (const CatalogueCommand& command : catalogue()) names.push_back(command.name);
+  return names;
+}
+
+Lines firstWords() {
+  Lines names = commandNames();
+  for (const DotCommand& command : dotCommands()) names.emplace_back(command.name);
+  return names;
+}
+
+Lines knobWords(Session& session) {
+  Lines names = knobNames(session.rig().tv());
+  for (std::string& name : operationNames("latency.")) names.push_back(std::move(name));
+  return names;
+}
+
+Lines settingKeys(Session& session) {
+  Lines keys;
+  for (const auto& [key, value] : session.rig().tv().settings().list()) keys.push_back(key);
+  return keys;
+}
+
+/// The outputs of an operation and the other words of a fault.
+Lines faultWords(const std::string& name) {
+  Lines words{"nth=", "times=", "always", "result=null", "result=unwritten", "result=throw", "result="};
+  if (const seam::Operation* operation = seam::findOperation(name)) {
+    for (const seam::Output& output : operation->written()) words.push_back("out." + std::string(output.name) + "=");
+  }
+  return words;
+}
+
+Lines files(Session& session, const std::string& typed) {
+  namespace fs = std::filesystem;
+  const std::size_t slash = typed.rfind('/');
+  const std::string folder = slash == std::string::npos ? "" : typed.substr(0, slash + 1);
+  Lines names;
+  std::error_code unreadable;
+  for (const fs::directory_entry& entry :
+       fs::directory_iterator(session.resolve(folder.empty() ? "." : folder), unreadable)) {
+    const bool isFolder = entry.is_directory(unreadable);
+    names.push_back(folder + entry.path().filename().string() + (isFolder ? "/" : ""));
+  }
+  return names;
+}
+
+Lines argumentsOf(Session& session, const Lines& words, const std::string& typed) {
+  const std::string& command = words.front();
+  const bool second = words.size() == 1;
+  if (command == "+" && second) return commandNames();
+  if ((command == ".set" || command == ".get") && second) return knobWords(session);
+  if (command == ".fault") {
+    if (!second) return faultWords(words[1]);
+    Lines names = operationNames("");
+    names.emplace_back("clear");
+    return names;
+  }
+  if (command == ".vconf" && second) return {"get", "set", "unset"};
+  if (command == ".vconf" && words.size() == 2) return settingKeys(session);
+  if (command == ".vconf" && words.size() == 3 && words[1] == "set") return {"int", "str"};
+  if ((command == ".trace" || command == ".log") && second) return {"on", "off"};
+  if (command == ".help" && second) return {"commands", "operations", "knobs", "faults"};
+  if (command == ".engine" && second) return {session.rig().openEngines().begin(), session.rig().openEngines().end()};
+  if (command == ".source" || command == ".import") return files(session, typed);
+  return {};
+}
+
+Lines wordsBefore(std::string_view line) {
+  Lines words;
+  std::size_t at = 0;
+  while ((at = line.find_first_not_of(' ', at)) != std::string_view::npos) {
+    const std::size_t end = line.find(' ', at);
+    words.emplace_back(line.substr(at, end - at));
+    at = end == std::string_view::npos ? line.size() : end;
+  }
+  return words;
+}
+
+}  // namespace
+
+Lines completions(Session& session, std::string_view line) {
+  const std::size_t blank = line.rfind(' ');
+  const std::size_t start = blank == std::string_view::npos ? 0 : blank + 1;
+  const std::string typed(line.substr(start));
+  const Lines before = wordsBefore(line.substr(0, start));
+  Lines words = before.empty() ? firstWords() : argumentsOf(session, before, typed);
+  words.erase(
+      std::remove_if(words.begin(), words.end(), [&](const std::string& word) { return !word.starts_with(typed); }),
+      words.end());
+  std::sort(words.begin(), words.end());
+  return words;
+}
+
+std::string commonStart(const Lines& words) {
+  if (words.empty()) return {};
+  std::string start = words.front();
+  for (const std::string& word : words) {
+    const auto [end, other] = std::mismatch(start.begin(), start.end(), word.begin(), word.end());
+    start.erase(end, start.end());
+  }
+  return start;
+}
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "shell/Lines.h"
+
+namespace virtualtv::shell {
+
+/// A line of two texts laid side by side.
+struct DiffLine {
+  enum class Kind : char { same = ' ', removed = '-', added = '+' };
+  Kind kind;
+  std::string text;
+};
+using Diff = std::vector<DiffLine>;
+
+/// Appends lines that both texts have.
+void same(Diff& diff, const std::string& line);
+void same(Diff& diff, const Lines& lines);
+
+/// Appends the difference of two groups of lines, with as few changes as there can be unless the groups are huge.
+void compare(Diff& diff, const Lines& before, const Lines& after);
+
+/// A diff in the unified format with three lines of context, so that `patch` can apply it; empty when all is the same.
+std::string unified(const Diff& diff, const std::string& nameBefore, const std::string& nameAfter);
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,283 @@
+// The commands that speak to the set. To add one: write its function, add its row to the table at the end, and say in
+// docs/virtual-tv.md what it is for.
+#include "shell/DotCommands.h"
+
+#include <array>
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <stdexcept>
+
+#include "set/Knobs.h"
+#include "shell/Files.h"
+#include "shell/Help.h"
+#include "shell/ImportFile.h"
+#include "shell/ServiceTable.h"
+#include "shell/Session.h"
+#include "shell/Show.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+[[noreturn]] void refuse(const std::string& reason) {
+  throw std::invalid_argument(reason);
+}
+
+void wantCount(const Words& words, std::size_t least, std::size_t most, const char* usage) {
+  if (words.size() < least || words.size() > most) refuse(std::string("usage: ") + usage);
+}
+
+bool onOrOff(const std::string& word, const char* usage) {
+  if (word != "on" && word != "off") refuse(std::string("usage: ") + usage);
+  return word == "on";
+}
+
+std::optional<int> numberIn(const std::string& text) {
+  int value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+/// A transcript must not name operations that do not exist, even if it expects the error.
+void noteIfUnknown(Session& session, const std::string& operation) {
+  if (seam::findOperation(operation) == nullptr) session.note("unknown operation " + oneLine(operation));
+}
+
+void noteKnob(Session& session, const std::string& knob) {
+  constexpr std::string_view latency = "latency.";
+  if (knob.starts_with(latency)) noteIfUnknown(session, knob.substr(latency.size()));
+}
+
+// Faults and what is printed of the calls.
+
+Lines listFaults() {
+  Lines lines;
+  for (const seam::Fault& fault : seam::Seam::instance().faults()) {
+    lines.push_back("fault " + oneLine(seam::describe(fault)) + " (hits: " + std::to_string(fault.hits) + ")");
+  }
+  if (lines.empty()) lines.emplace_back("no faults");
+  return lines;
+}
+
+Lines fault(Session& session, const Words& words) {
+  if (words.empty()) return listFaults();
+  if (words.size() == 1 && words[0] == "clear") {
+    session.noteIdleFaults();
+    seam::Seam::instance().clearFaults();
+    return {};
+  }
+  noteIfUnknown(session, words[0]);
+  seam::Seam::instance().add(seam::parseFault(words));
+  return {};
+}
+
+Lines trace(Session& session, const Words& words) {
+  constexpr const char* usage = ".trace on|off";
+  wantCount(words, 1, 1, usage);
+  session.trace = onOrOff(words[0], usage);
+  return {};
+}
+
+Lines log(Session& session, const Words& words) {
+  constexpr const char* usage = ".log on|off [LEVEL]";
+  wantCount(words, 1, 2, usage);
+  const bool on = onOrOff(words[0], usage);
+  const std::optional<int> level = words.size() == 2 ? numberIn(words[1]) : std::numeric_limits<int>::max();
+  if (!level || (!on && words.size() == 2)) refuse(std::string("usage: ") + usage);
+  session.logLevel = on ? *level : -1;
+  return {};
+}
+
+Lines why(Session& session, const Words& words) {
+  wantCount(words, 0, 0, ".why");
+  if (session.lastCommand().empty()) refuse("no command has run yet");
+  const Deed& deed = session.lastDeed();
+  Lines lines{"command " + oneLine(deed.engine) + " " + std::to_string(deed.command) + ": " +
+              oneLine(session.lastCommand())};
+  for (const Lines& more : {callLines(deed), keyLines(deed), logLines(deed, std::numeric_limits<int>::max())}) {
+    lines.insert(lines.end(), more.begin(), more.end());
+  }
+  return lines;
+}
+
+// The set.
+
+std::string knobLine(Session& session, const std::string& name) {
+  return oneLine(name + " = " + getKnob(session.rig().tv(), name));
+}
+
+Lines get(Session& session, const Words& words) {
+  wantCount(words, 0, 1, ".get [NAME]");
+  if (words.size() == 1) {
+    noteKnob(session, words[0]);
+    return {knobLine(session, words[0])};
+  }
+  Lines lines;
+  for (const std::string& name : knobNames(session.rig().tv())) lines.push_back(knobLine(session, name));
+  return lines;
+}
+
+Lines set(Session& session, const Words& words) {
+  wantCount(words, 2, 2, ".set NAME VALUE");
+  noteKnob(session, words[0]);
+  setKnob(session.rig().tv(), words[0], words[1]);
+  return {};
+}
+
+Setting settingFrom(const Words& words) {
+  if (words[2] == "str") return words[3];
+  const std::optional<int> number = words[2] == "int" ? numberIn(words[3]) : std::nullopt;
+  if (!number) refuse("'" + words[2] + " " + words[3] + "': int NUMBER or str TEXT is wanted");
+  return *number;
+}
+
+Lines listSettings(SettingsStore& settings) {
+  Lines lines;
+  for (const auto& [key, value] : settings.list()) lines.push_back("key " + oneLine(key) + " " + show(value));
+  if (lines.empty()) lines.emplace_back("no keys");
+  return lines;
+}
+
+Lines vconf(Session& session, const Words& words) {
+  SettingsStore& settings = session.rig().tv().settings();
+  if (words.empty()) return listSettings(settings);
+  const std::string& key = words.size() > 1 ? words[1] : words[0];
+  if (words[0] == "get" && words.size() == 2) {
+    const std::optional<Setting> value = settings.get(key);
+    return {value ? show(*value) : "unset"};
+  }
+  if (words[0] == "set" && words.size() == 4) {
+    settings.set(key, settingFrom(words));
+    return {};
+  }
+  if (words[0] == "unset" && words.size() == 2) {
+    if (!settings.unset(key)) refuse("the key " + key + " is not set");
+    return {};
+  }
+  refuse("usage: .vconf [get KEY | set KEY int NUMBER | set KEY str TEXT | unset KEY]");
+}
+
+Lines import(Session& session, const Words& words) {
+  std::string file;
+  bool add = false;
+  for (const std::string& word : words) {
+    if (word == "--add") {
+      add = true;
+    } else if (file.empty()) {
+      file = word;
+    } else {
+      file.clear();
+      break;
+    }
+  }
+  if (file.empty()) refuse("usage: .import FILE [--add]");
+  const ImportReport report =
+      importServices(session.rig().tv(), file, readFile(session.resolve(file)), {std::nullopt, add});
+  Lines lines = report.problems;
+  lines.push_back(report.summary);
+  return lines;
+}
+
+Lines services(Session& session, const Words& words) {
+  wantCount(words, 0, 1, ".services [COUNT | TEXT]");
+  return serviceTable(session.rig().tv(), words.empty() ? "" : words[0]);
+}
+
+Lines restart(Session& session, const Words& words) {
+  wantCount(words, 0, 0, ".restart");
+  session.noteIdleFaults();
+  session.rig().restart();
+  return {};
+}
+
+Lines reset(Session& session, const Words& words) {
+  wantCount(words, 0, 0, ".reset");
+  session.noteIdleFaults();
+  session.rig().reset();
+  session.forget();
+  return {};
+}
+
+// Engines.
+
+Lines engine(Session& session, const Words& words) {
+  wantCount(words, 0, 1, ".engine [NAME]");
+  Rig& rig = session.rig();
+  if (!words.empty()) {
+    if (words[0].empty()) refuse("an engine needs a name");
+    rig.use(words[0]);
+    return {};
+  }
+  Lines lines;
+  for (const std::string& name : rig.openEngines()) {
+    lines.push_back("engine " + oneLine(name) + (name == rig.engine() ? " (in use)" : ""));
+  }
+  if (lines.empty()) lines.emplace_back("no engine is open");
+  return lines;
+}
+
+Lines reopen(Session& session, const Words& words) {
+  wantCount(words, 0, 0, ".reopen");
+  session.rig().reopen();
+  return {};
+}
+
+Lines app(Session& session, const Words& words) {
+  wantCount(words, 1, 2, ".app APPID [WIDGETID]");
+  session.rig().setApplication({words[0], words.size() == 2 ? words[1] : ""});
+  return {};
+}
+
+// Others.
+
+Lines source(Session& session, const Words& words) {
+  wantCount(words, 1, 1, ".source FILE");
+  return session.source(words[0]);
+}
+
+Lines help(Session&, const Words& words) {
+  wantCount(words, 0, 1, ".help [TOPIC]");
+  return helpOn(words.empty() ? "" : words[0]);
+}
+
+constexpr std::array commands{
+    DotCommand{".app", "APPID [WIDGETID]", "say which application calls the engine in use", app},
+    DotCommand{".engine", "[NAME]", "open an engine or switch to it; without a name, list the open ones", engine, true},
+    DotCommand{".fault", "[OPERATION [nth=N] [times=N|always] result=R [out.NAME=VALUE] | clear]",
+               "make calls to the set fail; without words, list the faults; see '.help faults'", fault},
+    DotCommand{".get", "[NAME]", "print a knob, or all of them", get},
+    DotCommand{".help", "[TOPIC]",
+               "print help; topics are commands, operations, knobs, faults and each plug-in command", help},
+    DotCommand{".import", "FILE [--add]", "replace the services by those of a channel list, or add these", import},
+    DotCommand{".log", "on|off [LEVEL]", "print the plug-in's log messages, up to a level, behind each reply", log},
+    DotCommand{".reopen", "", "close the engine in use and open a new one", reopen, true},
+    DotCommand{".reset", "", "go back to the built-in set and a fresh session", reset, true},
+    DotCommand{".restart", "", "switch the set off and on; faults and latencies go", restart, true},
+    DotCommand{".services", "[COUNT | TEXT]", "list the services, the first few, or those with a text in the name",
+               services},
+    DotCommand{".set", "NAME VALUE", "turn a knob", set},
+    DotCommand{".source", "FILE", "run the '>' lines of a file", source},
+    DotCommand{".trace", "on|off", "print the calls to the set behind each reply", trace},
+    DotCommand{".vconf", "[get KEY | set KEY int|str VALUE | unset KEY]",
+               "read, write or remove a settings key; without words, list them", vconf},
+    DotCommand{".why", "", "print the calls, changed keys and log messages of the last plug-in command", why},
+};
+
+}  // namespace
+
+std::span<const DotCommand> dotCommands() {
+  return commands;
+}
+
+const DotCommand& dotCommand(const std::string& name) {
+  for (const DotCommand& command : commands) {
+    if (command.name == name) return command;
+  }
+  refuse("there is no command '" + name + "'; '.help' lists them");
+}
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,15 @@
+#include "kel/EmpMain.h"
+
+#include <cstdlib>
+#include <memory>
+
+#include "kel/CEmpAppBase.h"
+#include "shell/CommandLine.h"
+
+/// The entry drops what this returns, so that the process ends here.
+int kel::EmpMain(int argc, char** argv, CEmpAppBase* app) {
+  std::unique_ptr<CEmpAppBase> owned(app);
+  const int status = owned ? virtualtv::shell::runCommandLine(argc, argv, *owned) : virtualtv::shell::unusable;
+  owned.reset();
+  std::exit(status);
+}

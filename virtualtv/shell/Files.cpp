@@ -1,0 +1,91 @@
+#include "shell/Files.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+#include <system_error>
+
+namespace virtualtv::shell {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const char* action, const fs::path& file, int error) {
+  throw std::runtime_error(std::string("cannot ") + action + " " + file.string() + ": " +
+                           std::generic_category().message(error));
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// A new file beside another, removed at the end of the scope unless it was renamed.
+class Beside {
+ public:
+  explicit Beside(const fs::path& target) : name_(target.string() + ".XXXXXX") {
+    const int descriptor = ::mkstemp(name_.data());
+    if (descriptor < 0) fail("write", target, errno);
+    file_.reset(::fdopen(descriptor, "wb"));
+  }
+  Beside(const Beside&) = delete;
+  Beside& operator=(const Beside&) = delete;
+  ~Beside() {
+    if (!name_.empty()) std::remove(name_.c_str());
+  }
+
+  bool write(std::string_view content) {
+    std::FILE* file = file_.get();
+    return std::fwrite(content.data(), 1, content.size(), file) == content.size() && std::fflush(file) == 0 &&
+           ::fsync(::fileno(file)) == 0;
+  }
+  bool setMode(mode_t mode) { return ::fchmod(::fileno(file_.get()), mode) == 0; }
+  bool becomes(const fs::path& target) {
+    if (std::rename(name_.c_str(), target.c_str()) != 0) return false;
+    name_.clear();
+    return true;
+  }
+
+ private:
+  std::string name_;
+  File file_;
+};
+
+}  // namespace
+
+std::string readFile(const fs::path& path) {
+  const File file(std::fopen(path.c_str(), "rb"));
+  if (!file) fail("read", path, errno);
+  std::string content;
+  char chunk[65536];
+  while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, file.get())) content.append(chunk, count);
+  if (std::ferror(file.get()) != 0) fail("read", path, errno);  // a folder too ends up here
+  return content;
+}
+
+void replaceFile(const fs::path& file, std::string_view content) {
+  std::error_code missing;
+  const fs::path target = fs::canonical(file, missing);
+  if (missing) fail("write", file, missing.value());
+  struct stat before {};
+  if (::stat(target.c_str(), &before) != 0) fail("write", file, errno);
+  Beside made(target);
+  if (!made.write(content) || !made.setMode(before.st_mode & 07777U) || !made.becomes(target)) {
+    fail("write", file, errno);
+  }
+}
+
+void writeFile(const fs::path& path, std::string_view content) {
+  File file(std::fopen(path.c_str(), "wb"));
+  if (!file) fail("write", path, errno);
+  const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
+  if (!written || std::fclose(file.release()) != 0) fail("write", path, errno);
+}
+
+}  // namespace virtualtv::shell

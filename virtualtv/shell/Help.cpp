@@ -1,0 +1,157 @@
+#include "shell/Help.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "set/Knobs.h"
+#include "shell/Catalogue.h"
+#include "shell/DotCommands.h"
+#include "shell/Show.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+using seam::Answer;
+using seam::Form;
+using seam::Operation;
+using seam::Output;
+
+Lines overview() {
+  std::vector<Lines> rows{{"COMMAND", "WHAT IT DOES"},
+                          {"NAME p1 p2 p3 p4", "run a plug-in command; '.help commands' lists them"},
+                          {"+ NAME p1 p2 ...", "run a plug-in command with a parameter list"}};
+  for (const DotCommand& command : dotCommands()) {
+    const std::string usage = command.usage.empty() ? "" : " " + std::string(command.usage);
+    rows.push_back({std::string(command.name) + usage, std::string(command.help)});
+  }
+  // A usage may be longer than its column; the help then follows on a line of its own.
+  constexpr std::size_t widest = 40;
+  std::vector<Lines> fitted;
+  for (Lines& row : rows) {
+    if (row[0].size() <= widest) {
+      fitted.push_back(std::move(row));
+    } else {
+      fitted.push_back({row[0]});
+      fitted.push_back({"", row[1]});
+    }
+  }
+  return fitted.empty() ? Lines() : table(fitted);
+}
+
+std::string usageOf(const CatalogueCommand& command) {
+  std::string usage = command.name;
+  for (const CatalogueCommand::Parameter& parameter : command.parameters) usage += " " + parameter.name;
+  return usage;
+}
+
+Lines helpOnCommands() {
+  std::vector<Lines> rows{{"COMMAND", "WHAT IT DOES"}};
+  for (const CatalogueCommand& command : catalogue()) rows.push_back({usageOf(command), command.help});
+  return table(rows);
+}
+
+Lines helpOnCommand(const CatalogueCommand& command) {
+  std::vector<Lines> rows{{usageOf(command), command.help}};
+  for (const CatalogueCommand::Parameter& parameter : command.parameters) {
+    rows.push_back({"  " + parameter.name, parameter.help + (parameter.required ? " Required." : "")});
+  }
+  rows.push_back({"  answers " + command.reply, command.answerHelp});
+  return table(rows);
+}
+
+Lines helpOnKnobs() {
+  std::vector<Lines> rows{{"KNOB", "VALUE", "WHAT IT IS"}};
+  for (const Knob& knob : knobs()) {
+    rows.push_back({std::string(knob.name), knob.set == nullptr ? "(read only)" : std::string(knob.value),
+                    std::string(knob.help)});
+  }
+  return table(rows);
+}
+
+std::string outputsOf(const Operation& operation) {
+  std::string text;
+  for (const Output& output : operation.written()) {
+    if (output.form == Form::interface || output.form == Form::criteria) continue;
+    text += (text.empty() ? "out." : ", out.") + std::string(output.name) + "=" + takenBy(output);
+  }
+  return text;
+}
+
+Lines helpOnOperations() {
+  std::vector<Lines> rows{{"OPERATION", "result=", "OUTPUTS"}};
+  for (const Operation& operation : seam::operations) {
+    rows.push_back({std::string(operation.name), waysToFail(operation), outputsOf(operation)});
+    if (rows.back().back().empty()) rows.back().pop_back();
+  }
+  return table(rows);
+}
+
+Lines helpOnFaults() {
+  return {
+      "  .fault OPERATION [nth=N] [times=N|always] result=R [out.NAME=VALUE] makes calls of an operation fail.",
+      "    nth=N         the first call that it hits, counted from now; 1 if left out",
+      "    times=N       how many calls it hits; 1 if left out",
+      "    always        it hits every call from the first one on",
+      "    result=N      the call answers N; it is carried out if N is a success of the operation, otherwise not",
+      "    result=TEXT   likewise, where the operation answers a text",
+      "    result=null   a null pointer; a factory still answers its success",
+      "    result=unwritten  the call answers its success, but writes no output and does nothing",
+      "    result=throw  an exception leaves the call",
+      "    out.NAME=VALUE  that output is written; without a result= the call is carried out first",
+      "  Values: numbers as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in [{12=281},{12=282}];",
+      "  favourite groups as in {1=1,12=0}. Quote what has quotes: 'out.service={16=\"News\"}'.",
+      "  .fault lists what is set and how often it has hit, .fault clear removes all.",
+      "  '.help operations' lists the operations with what each can answer.",
+  };
+}
+
+struct Topic {
+  std::string_view name;
+  Lines (*help)();
+};
+
+constexpr std::array topics{
+    Topic{"", overview},         Topic{"commands", helpOnCommands}, Topic{"operations", helpOnOperations},
+    Topic{"knobs", helpOnKnobs}, Topic{"faults", helpOnFaults},
+};
+
+}  // namespace
+
+Lines helpOn(const std::string& name) {
+  const auto topic = std::find_if(topics.begin(), topics.end(), [&](const Topic& known) { return known.name == name; });
+  if (topic != topics.end()) return topic->help();
+  for (const CatalogueCommand& command : catalogue()) {
+    if (command.name == name) return helpOnCommand(command);
+  }
+  throw std::invalid_argument("there is no help on '" + name +
+                              "'; topics are commands, operations, knobs, faults and each command's name");
+}
+
+std::string waysToFail(const Operation& operation) {
+  std::string ways;
+  const bool interface = !operation.written().empty() && operation.written().front().form == Form::interface;
+  if (operation.answersNumber()) ways += "N, ";
+  if (operation.answer == Answer::text) ways += "TEXT, ";
+  if (operation.answer == Answer::pointer || operation.answer == Answer::text || interface) ways += "null, ";
+  if (!operation.written().empty()) ways += "unwritten, ";
+  return ways + "throw";
+}
+
+std::string takenBy(const Output& output) {
+  switch (output.form) {
+    case Form::numbers:
+      return output.count == 1 ? "NUMBER" : std::to_string(output.count) + " NUMBERS";
+    case Form::record:
+      return "RECORD";
+    case Form::records:
+      return "RECORDS";
+    case Form::favourites:
+      return "GROUPS";
+    default:
+      return {};
+  }
+}
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace virtualtv::shell {
+
+/// Lines of text without their line breaks.
+using Lines = std::vector<std::string>;
+
+/// The lines of a text. A carriage return before a line break belongs to it; the last line needs no break.
+Lines splitLines(std::string_view text);
+
+/// Splits a line into words as a POSIX shell does: blanks separate, single quotes keep all between them, double quotes
+/// all but a backslash before `"`, `\`, `$` or a backquote; elsewhere a backslash keeps the next character. Nothing is
+/// expanded, and `#` is a character like others.
+/// @throws std::invalid_argument with a line for a person when a quote is not closed or a backslash ends the line.
+std::vector<std::string> splitWords(std::string_view line);
+
+/// A text as one line that a terminal shows as it is: unchanged if it is that, else escaped.
+std::string oneLine(std::string_view text);
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,127 @@
+#include "shell/Session.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "framework/Reply.h"
+#include "shell/DotCommands.h"
+#include "shell/Files.h"
+#include "shell/Show.h"
+#include "shell/Transcript.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+constexpr std::size_t deepestFile = 16;
+
+std::string_view withoutMarks(std::string_view input) {
+  const std::size_t start = input.find_first_not_of("> \t");
+  return start == std::string_view::npos ? std::string_view() : input.substr(start);
+}
+
+std::string reasonOf(const std::exception_ptr& thrown) {
+  try {
+    std::rethrow_exception(thrown);
+  } catch (const std::exception& exception) {
+    return exception.what();
+  } catch (...) {
+    return "an exception of an unknown kind";
+  }
+}
+
+void append(Lines& lines, Lines more) {
+  for (std::string& line : more) lines.push_back(std::move(line));
+}
+
+}  // namespace
+
+Session::Session(kel::CEmpAppBase& app, Storage& storage, std::filesystem::path directory) : rig_(app, storage) {
+  directories_.push_back(std::move(directory));
+}
+
+Lines Session::run(std::string_view input) {
+  try {
+    return runStep(withoutMarks(input));
+  } catch (...) {
+    return errorLine(std::current_exception());
+  }
+}
+
+Session::Remarks Session::takeRemarks() {
+  Remarks remarks = std::exchange(remarks_, {});
+  remarks.complaints = rig_.takeComplaints();
+  return remarks;
+}
+
+void Session::noteIdleFaults() {
+  for (const seam::Fault& fault : seam::Seam::instance().faults()) {
+    if (fault.hits == 0) note("a fault was never hit: " + seam::describe(fault));
+  }
+}
+
+Lines Session::source(const std::string& file) {
+  const std::filesystem::path path = resolve(file);
+  if (directories_.size() > deepestFile) throw std::runtime_error(file + ": files run each other too deep");
+  const Transcript transcript = readTranscript(file, readFile(path));
+  directories_.push_back(path.parent_path());
+  Lines output;
+  for (const Step& step : transcript.steps) append(output, run(step.input));
+  directories_.pop_back();
+  return output;
+}
+
+std::filesystem::path Session::resolve(const std::string& file) const {
+  return directories_.back() / file;
+}
+
+void Session::forget() {
+  trace = false;
+  logLevel = -1;
+  lastDeed_ = {};
+  lastCommand_.clear();
+}
+
+Lines Session::runStep(std::string_view input) {
+  if (input.empty()) return {};
+  if (input.front() != '.') {
+    const bool list = input.front() == '+';
+    return runCommand(std::string(input.substr(list ? 1 : 0)), list);
+  }
+  const std::vector<std::string> words = splitWords(input);
+  const DotCommand& command = dotCommand(words.front());
+  const auto step = [&] { return command.run(*this, {words.begin() + 1, words.end()}); };
+  return command.drivesEngines ? watch(step, false) : step();
+}
+
+Lines Session::runCommand(const std::string& input, bool list) {
+  const std::vector<std::string> words = splitWords(input);
+  lastCommand_ = input;
+  return watch(
+      [&] {
+        std::string ret;
+        const bool accepted = rig_.execute(words, list, ret);
+        return splitLines(framework::showAnswer(accepted, ret));
+      },
+      true);
+}
+
+/// Runs a step that reaches the plug-in; behind what it prints come its calls and log messages as far as wanted.
+Lines Session::watch(const std::function<Lines()>& step, bool remember) {
+  Lines output;
+  std::exception_ptr thrown;
+  Deed deed = rig_.watch([&] { output = step(); }, thrown);
+  if (thrown) append(output, errorLine(thrown));
+  if (trace) append(output, callLines(deed));
+  append(output, logLines(deed, logLevel));
+  if (remember) lastDeed_ = std::move(deed);
+  return output;
+}
+
+Lines Session::errorLine(const std::exception_ptr& thrown) {
+  const std::string reason = oneLine(reasonOf(thrown));
+  remarks_.errors.push_back(reason);
+  return {"error: " + reason};
+}
+
+}  // namespace virtualtv::shell

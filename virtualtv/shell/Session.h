@@ -1,0 +1,67 @@
+#pragma once
+
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/Lines.h"
+#include "shell/Rig.h"
+
+namespace virtualtv::shell {
+
+/// A conversation with the plug-in and the set: text in, text out. The interactive shell, piped input and transcripts
+/// all speak through it. There is one at a time.
+class Session {
+ public:
+  /// @param app, storage  outlive it.
+  /// @param directory  files that inputs name are relative to it.
+  /// @throws StoreError when the storage can't be read.
+  Session(kel::CEmpAppBase& app, Storage& storage, std::filesystem::path directory);
+
+  /// Runs an input line, with or without `>` before it: `NAME p1..p4` calls the plug-in, `+ NAME p1...` calls it with a
+  /// parameter list, `.NAME ...` speaks to the set. Nothing escapes: what goes wrong is a line `error: ...`.
+  /// @return what it prints; none of the lines could be taken for an input, a comment or a blank line.
+  Lines run(std::string_view input);
+
+  /// What went wrong since this was last called.
+  struct Remarks {
+    Lines errors;      ///< what `error:` lines said
+    Lines findings;    ///< what a transcript must not have: an unknown operation, a fault never hit
+    Lines complaints;  ///< what the set could not read or keep
+  };
+  Remarks takeRemarks();
+  /// Notes the faults that are still set and were never hit, as at the end of a transcript.
+  void noteIdleFaults();
+
+  // For the commands that speak to the set, and for `exec`.
+
+  Rig& rig() { return rig_; }
+  const Deed& lastDeed() const { return lastDeed_; }
+  const std::string& lastCommand() const { return lastCommand_; }
+  bool trace = false;  ///< print the calls of each step
+  int logLevel = -1;   ///< print the log messages of each step up to this level
+  /// Runs the input lines of a transcript file. @return what they print.
+  Lines source(const std::string& file);
+  /// A file that an input names, as it can be opened.
+  std::filesystem::path resolve(const std::string& file) const;
+  void note(std::string finding) { remarks_.findings.push_back(std::move(finding)); }
+  /// Back to the start of a session: nothing traced, nothing remembered.
+  void forget();
+
+ private:
+  Lines runStep(std::string_view input);
+  Lines runCommand(const std::string& input, bool list);
+  Lines watch(const std::function<Lines()>& step, bool remember);
+  Lines errorLine(const std::exception_ptr& thrown);
+
+  Rig rig_;
+  std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last
+  Deed lastDeed_;
+  std::string lastCommand_;
+  Remarks remarks_;
+};
+
+}  // namespace virtualtv::shell

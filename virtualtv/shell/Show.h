@@ -1,0 +1,25 @@
+#pragma once
+
+#include "shell/Lines.h"
+#include "shell/Rig.h"
+#include "store/SettingsStore.h"
+
+/// How the shell prints what it knows.
+namespace virtualtv::shell {
+
+/// A line `call CALL` for each platform call.
+Lines callLines(const Deed& deed);
+
+/// A line `log LEVEL TEXT` for each message up to a level, with what differs from run to run as `*`.
+Lines logLines(const Deed& deed, int level);
+
+/// A line `key KEY BEFORE -> AFTER` for each settings key that changed.
+Lines keyLines(const Deed& deed);
+
+/// `int 5` or `str "text"`.
+std::string show(const Setting& setting);
+
+/// Rows of cells as lines with aligned columns, the first row being the heads. Lines start with two blanks.
+Lines table(const std::vector<Lines>& rows);
+
+}  // namespace virtualtv::shell

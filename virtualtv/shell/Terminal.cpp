@@ -1,0 +1,111 @@
+#include "shell/Terminal.h"
+
+#include <histedit.h>
+
+#include <clocale>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "shell/Completion.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+constexpr int keptLines = 1000;
+
+struct EndEditing {
+  void operator()(EditLine* editor) const { el_end(editor); }
+};
+struct EndHistory {
+  void operator()(History* history) const { history_end(history); }
+};
+
+char* prompt(EditLine*) {
+  static char text[] = "> ";
+  return text;
+}
+
+/// Completes the word before the cursor; where several words fit, lists them as a comment, so that all that the
+/// terminal shows can stand in a transcript.
+unsigned char complete(EditLine* editor, int) {
+  Session* session = nullptr;
+  el_get(editor, EL_CLIENTDATA, &session);
+  const LineInfo* line = el_line(editor);
+  const std::string_view typed(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
+  Lines words;
+  try {
+    words = completions(*session, typed);
+  } catch (const std::exception&) {
+    return CC_ERROR;  // the set can't be read; the next command says so
+  }
+  if (words.empty()) return CC_ERROR;
+  const std::size_t known = typed.size() - (typed.rfind(' ') + 1);
+  std::string rest = commonStart(words).substr(known);
+  if (words.size() == 1 && !words[0].ends_with('/') && !words[0].ends_with('=')) rest += ' ';
+  if (!rest.empty()) return el_insertstr(editor, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+  std::printf("\n#");
+  for (const std::string& word : words) std::printf(" %s", word.c_str());
+  std::printf("\n");
+  return CC_REDISPLAY;
+}
+
+class Editor {
+ public:
+  Editor(Session& session, std::string historyFile)
+      : file_(std::move(historyFile)), history_(history_init()), editor_(el_init("emp-window", stdin, stdout, stderr)) {
+    HistEvent event;
+    history(history_.get(), &event, H_SETSIZE, keptLines);
+    history(history_.get(), &event, H_SETUNIQUE, 1);
+    history(history_.get(), &event, H_LOAD, file_.c_str());
+    el_set(editor_.get(), EL_CLIENTDATA, &session);
+    el_set(editor_.get(), EL_PROMPT, prompt);
+    el_set(editor_.get(), EL_EDITOR, "emacs");
+    el_set(editor_.get(), EL_SIGNAL, 1);
+    el_set(editor_.get(), EL_HIST, history, history_.get());
+    el_set(editor_.get(), EL_ADDFN, "complete", "completes the word before the cursor", complete);
+    el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
+    el_source(editor_.get(), nullptr);
+  }
+
+  /// @return false at the end of the input.
+  bool next(std::string& line) {
+    int length = 0;
+    const char* text = el_gets(editor_.get(), &length);
+    if (text == nullptr || length <= 0) return false;
+    line.assign(text, static_cast<std::size_t>(length));
+    if (line.ends_with('\n')) line.pop_back();
+    return true;
+  }
+
+  void remember(const std::string& line) {
+    HistEvent event;
+    history(history_.get(), &event, H_ENTER, line.c_str());
+    history(history_.get(), &event, H_SAVE, file_.c_str());
+  }
+
+ private:
+  std::string file_;
+  std::unique_ptr<History, EndHistory> history_;
+  std::unique_ptr<EditLine, EndEditing> editor_;
+};
+
+}  // namespace
+
+void talk(Session& session, const std::filesystem::path& history, const std::function<void()>& afterEach) {
+  std::setlocale(LC_CTYPE, "");
+  if (MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");  // names of channels are in all scripts
+  std::printf("# emp-window: .help lists what can be typed, Tab completes, Ctrl-D ends\n");
+  Editor editor(session, history.string());
+  for (std::string line; editor.next(line);) {
+    if (line.find_first_not_of(" \t") == std::string::npos || line.starts_with('#')) continue;
+    editor.remember(line);
+    for (const std::string& printed : session.run(line)) std::printf("%s\n", printed.c_str());
+    std::fflush(stdout);
+    afterEach();
+  }
+  std::printf("\n");
+}
+
+}  // namespace virtualtv::shell

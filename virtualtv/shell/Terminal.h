@@ -1,0 +1,15 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+
+#include "shell/Session.h"
+
+namespace virtualtv::shell {
+
+/// Talks to a person on the terminal until the input ends: line editing, completion, history.
+/// @param history  file that keeps what was typed; one that can't be read or written is passed over.
+/// @param afterEach  called after each line.
+void talk(Session& session, const std::filesystem::path& history, const std::function<void()>& afterEach);
+
+}  // namespace virtualtv::shell

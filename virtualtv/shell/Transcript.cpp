@@ -1,0 +1,69 @@
+#include "shell/Transcript.h"
+
+#include <stdexcept>
+
+#include "text/Units.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+/// Why a line can't stand in a transcript; empty when it can.
+std::string flaw(const Transcript& transcript, const std::string& line) {
+  if (line.find('\0') != std::string::npos || text::toUtf8(text::toUnits(line)) != line) return "not a text in UTF-8";
+  if (isInput(line) || isRemark(line)) return {};
+  if (transcript.steps.empty()) return "output before the first '>' line";
+  if (!transcript.steps.back().remarks.empty()) return "output must directly follow its '>' line";
+  return {};
+}
+
+void add(Transcript& transcript, int number, const std::string& line) {
+  if (isInput(line)) {
+    transcript.steps.push_back({number, line, {}, {}});
+  } else if (!isRemark(line)) {
+    transcript.steps.back().output.push_back(line);
+  } else if (transcript.steps.empty()) {
+    transcript.opening.push_back(line);
+  } else {
+    transcript.steps.back().remarks.push_back(line);
+  }
+}
+
+void append(std::string& text, const Lines& lines) {
+  for (const std::string& line : lines) text += line + "\n";
+}
+
+}  // namespace
+
+bool isInput(std::string_view line) {
+  return line.starts_with('>');
+}
+
+bool isRemark(std::string_view line) {
+  return line.starts_with('#') || line.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+Transcript readTranscript(const std::string& name, std::string_view content) {
+  Transcript transcript;
+  int number = 0;
+  for (const std::string& line : splitLines(content)) {
+    ++number;
+    const std::string reason = flaw(transcript, line);
+    if (!reason.empty()) throw std::runtime_error(name + ":" + std::to_string(number) + ": " + reason);
+    add(transcript, number, line);
+  }
+  return transcript;
+}
+
+std::string writeTranscript(const Transcript& transcript) {
+  std::string text;
+  append(text, transcript.opening);
+  for (const Step& step : transcript.steps) {
+    text += step.input + "\n";
+    append(text, step.output);
+    append(text, step.remarks);
+  }
+  return text;
+}
+
+}  // namespace virtualtv::shell

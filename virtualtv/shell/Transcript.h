@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/Lines.h"
+
+/// The file form of a session: inputs, what each printed, and comments.
+namespace virtualtv::shell {
+
+struct Step {
+  int line = 0;       ///< of the input in the file, counted from 1
+  std::string input;  ///< the whole line, `>` included
+  Lines output;       ///< what it prints
+  Lines remarks;      ///< the comments and blank lines that follow
+};
+
+struct Transcript {
+  Lines opening;  ///< comments and blank lines before the first input
+  std::vector<Step> steps;
+};
+
+/// True for an input line.
+bool isInput(std::string_view line);
+/// True for a comment or a blank line.
+bool isRemark(std::string_view line);
+
+/// Reads a transcript: lines that start with `>` are inputs, `#` starts a comment, all other lines but blank ones are
+/// what the input before them prints.
+/// @param name  stands before the line number in errors.
+/// @throws std::runtime_error `NAME:LINE: REASON` for a line that is no text, and for output that does not directly
+/// follow an input.
+Transcript readTranscript(const std::string& name, std::string_view content);
+
+/// The text of a transcript, each line ended by a line break.
+std::string writeTranscript(const Transcript& transcript);
+
+}  // namespace virtualtv::shell
