@@ -58,7 +58,8 @@ class Writer : public ::testing::Environment {
 }  // namespace
 
 std::string contractLine(const virtualtv::framework::LogLine& line) {
-  return escaped(line.format) + "\t" + std::to_string(line.level) + "\t" + line.function;
+  const bool fixedText = line.format == "%s";  // it came out of a table of texts
+  return escaped(fixedText ? line.text : line.format) + "\t" + std::to_string(line.level) + "\t" + line.function;
 }
 
 void noteForContract(const virtualtv::framework::LogLine& line) {

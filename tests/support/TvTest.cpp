@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 #include "settings/vconf.h"
@@ -77,6 +78,10 @@ TvTest::TvTest() {
   Seam::instance().reset();
   virtualtv::framework::setLogLevel(3);
   virtualtv::framework::setLogListener([this](const LogLine& line) {
+    if (!breaking_.empty() && line.text == breaking_) {
+      breaking_.clear();
+      throw std::runtime_error("no log");
+    }
     noteForContract(line);
     lines_.push_back(line);
   });

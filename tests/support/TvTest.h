@@ -83,6 +83,9 @@ class TvTest : public ::testing::Test {
   /// True when each fault set has hit at least one call.
   bool faultsHit() const;
 
+  /// The next message with this text leaves the log with an exception, which says "no log".
+  void breakLog(const std::string& text) { breaking_ = text; }
+
   // The settings keys, unseen by faults and trace. A key of the other type reads as missing.
   std::optional<int> intSetting(const std::string& key);
   std::optional<std::string> textSetting(const std::string& key);
@@ -97,6 +100,7 @@ class TvTest : public ::testing::Test {
   std::optional<virtualtv::Tv> tv_;
   std::optional<kel::CEmpAppWindow> app_;
   std::string engine_;
+  std::string breaking_;
   std::vector<virtualtv::framework::LogLine> lines_;
 };
 
