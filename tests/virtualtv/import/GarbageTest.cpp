@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "virtualtv/import/Lists.h"
+
+namespace import_tests {
+namespace {
+
+/// Reads it as any format, and checks what holds for every result.
+void readAll(const std::string& content) {
+  virtualtv::import::recognise(content);
+  for (const auto& result : {readVdr(content), readDvbv5(content)}) {
+    int line = 0;
+    for (const auto& problem : result.problems) {
+      EXPECT_GE(problem.line, 1);
+      EXPECT_GE(problem.line, result.format == virtualtv::import::Format::vdr ? line : 0);
+      EXPECT_FALSE(problem.reason.empty());
+      EXPECT_LT(problem.reason.size(), 400U);
+      for (const char byte : problem.reason) EXPECT_GE(static_cast<unsigned char>(byte), 0x20);
+      line = problem.line;
+    }
+    for (const auto& service : result.services) {
+      EXPECT_NE(number(service, TCServiceData::SERVICE_ID).value_or(0), 0U);
+      EXPECT_LE(number(service, TCServiceData::ANTENNA_MODE).value_or(9), 2U);
+      EXPECT_LE(number(service, TCServiceData::PTC).value_or(0), 65534U);
+      EXPECT_FALSE(name(service).empty());
+    }
+  }
+}
+
+/// A seed that stays the same, and a fresh one; either is shown when a test fails.
+std::vector<unsigned> seeds() {
+  return {20240229U, std::random_device{}()};
+}
+
+std::size_t below(std::mt19937& random, std::size_t limit) {
+  return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+}
+
+/// A list of both formats' lines, with bytes changed, left out, doubled and cut.
+std::string mutated(std::mt19937& random) {
+  static const std::vector<std::string> pieces{
+      VdrLine{}.text(),
+      terrestrial("578").text(),
+      cable("306").text(),
+      ":@20 Group\n",
+      "# comment\n",
+      section("News"),
+      satelliteSection("News"),
+      "\r\n",
+      "SERVICE_ID",
+      "\xEF\xBB\xBF",
+      "AUDIO_PID = 1 2\n",
+  };
+  static const std::string favourites = std::string(":;,=@+|[]#\n\r\t 0919SETC\xC8\xFF\x80\x01\x05\x11\x15\x7F") + '\0';
+  std::string list;
+  for (std::size_t at = below(random, 8) + 1; at > 0; --at) list += pieces[below(random, pieces.size())];
+  for (std::size_t change = below(random, 12); change > 0 && !list.empty(); --change) {
+    const std::size_t at = below(random, list.size());
+    switch (below(random, 5)) {
+      case 0:
+        list[at] = favourites[below(random, favourites.size())];
+        break;
+      case 1:
+        list[at] = static_cast<char>(below(random, 256));
+        break;
+      case 2:
+        list.erase(at, below(random, 5));
+        break;
+      case 3:
+        list.insert(at, below(random, 30), favourites[below(random, favourites.size())]);
+        break;
+      default:
+        list.insert(at, list.substr(below(random, list.size()), below(random, 40)));
+    }
+  }
+  return list;
+}
+
+TEST(Garbage, OfRandomBytesCrashesNothing) {
+  for (const unsigned seed : seeds()) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 200; ++round) {
+      std::string bytes(below(random, 2000), '\0');
+      for (char& byte : bytes) byte = static_cast<char>(below(random, 256));
+      readAll(bytes);
+    }
+  }
+}
+
+TEST(Garbage, OfDamagedListsCrashesNothing) {
+  for (const unsigned seed : seeds()) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 5000; ++round) readAll(mutated(random));
+  }
+}
+
+TEST(Garbage, OfOneKindOfByteCrashesNothing) {
+  for (int byte = 0; byte < 256; ++byte) readAll(std::string(3000, static_cast<char>(byte)));
+}
+
+TEST(Garbage, InAnyFieldCrashesNothing) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string piece(2, static_cast<char>(byte));
+    const std::string line = VdrLine{}.text();
+    for (std::size_t at = 0; at < line.size(); ++at) readAll(line.substr(0, at) + piece + line.substr(at));
+  }
+}
+
+TEST(Garbage, CutAnywhereCrashesNothing) {
+  const std::string list = VdrLine{}.text() + section("News") + satelliteSection("Öl");
+  for (std::size_t length = 0; length <= list.size(); ++length) readAll(list.substr(0, length));
+}
+
+TEST(Garbage, IsALineWithoutEnd) {
+  constexpr std::size_t size = 50'000'000;
+  for (const char byte : {'x', ':', '\0', '\r', '[', '=', '1', ','}) {
+    const std::string content(size, byte);
+    EXPECT_FALSE(virtualtv::import::recognise(content).has_value());
+    EXPECT_TRUE(readVdr(content).services.empty());
+    EXPECT_TRUE(readDvbv5(content).services.empty());
+  }
+}
+
+TEST(Garbage, IsAFieldWithoutEnd) {
+  const std::string digits(10'000'000, '1');
+  EXPECT_EQ(reason({.frequency = digits}).find("frequency \"1111"), 0U);
+  EXPECT_EQ(reason({.parameters = "M" + digits}).find("parameter M \"1111"), 0U);
+  EXPECT_EQ(reason({.source = "S" + digits + "E"}).find("source \"S111"), 0U);
+  EXPECT_EQ(reason({.audio = digits}).find("audio PID \"1111"), 0U);
+  EXPECT_EQ(reason({.service = digits}).find("service id \"1111"), 0U);
+  EXPECT_EQ(number(vdr({.service = std::string(10'000'000, '0') + '7'}), TCServiceData::PROGRAM_NUMBER), 7U);
+}
+
+TEST(Garbage, OfLoneCarriageReturnsIsOneLine) {
+  const auto result = readVdr("a\rb\rc");
+  EXPECT_EQ(problems(result), std::vector<std::string>{"1: \"a\\x0Db\\x0Dc\" has 1 of the 13 fields of a service"});
+}
+
+}  // namespace
+}  // namespace import_tests

@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include <iconv.h>
+
+#include "virtualtv/import/Lists.h"
+
+namespace {
+bool hasConverters = true;
+}
+
+// The linker puts these in the place of the C library's function, and the C library's under the second name.
+extern "C" {
+iconv_t __real_iconv_open(const char* to, const char* from);  // NOLINT(bugprone-reserved-identifier)
+iconv_t __wrap_iconv_open(const char* to, const char* from);  // NOLINT(bugprone-reserved-identifier)
+
+iconv_t __wrap_iconv_open(const char* to, const char* from) {  // NOLINT(bugprone-reserved-identifier)
+  if (hasConverters) return __real_iconv_open(to, from);
+  return reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr)
+}
+}
+
+namespace import_tests {
+namespace {
+
+/// How both formats read the bytes of a name, which must be the same.
+std::u16string decoded(const std::string& bytes) {
+  VdrLine line;
+  line.name = bytes;
+  std::u16string text = name(vdr(line));
+  EXPECT_EQ(name(dvbv5(section(bytes))), text);
+  return text;
+}
+
+TEST(Name, IsUtf8WhereItIsValid) {
+  EXPECT_EQ(decoded("Österreich"), u"Österreich");
+  EXPECT_EQ(decoded("Первый канал"), u"Первый канал");
+  EXPECT_EQ(decoded("中央电视台"), u"中央电视台");
+  EXPECT_EQ(decoded("€uro"), u"€uro");
+}
+
+TEST(Name, HasSurrogatePairsForCharactersBeyondTheBasicPlane) {
+  EXPECT_EQ(decoded("TV \U0001F4FA"), (std::u16string{u'T', u'V', u' ', 0xD83D, 0xDCFA}));
+  EXPECT_EQ(decoded("\xF4\x8F\xBF\xBD"), (std::u16string{0xDBFF, 0xDFFD}));
+}
+
+TEST(Name, IsIso8859WhereItIsNoUtf8) {
+  EXPECT_EQ(decoded("\xD6sterreich"), u"Österreich");
+  EXPECT_EQ(decoded("\xDC"
+                    "ber M\xFCnchen"),
+            u"Über München");
+  EXPECT_EQ(decoded("\xC9"
+                    "cole fran\xE7"
+                    "aise"),
+            u"École française");
+  EXPECT_EQ(decoded("\xCBL \xD6L"), u"ËL ÖL");  // not all of it makes sense in ISO 6937
+  EXPECT_EQ(decoded("Caf\xE9 \xA4"), u"Café €");
+  EXPECT_EQ(decoded("\xC0\x80"), u"À");  // not an overlong NUL
+}
+
+TEST(Name, IsIso6937WhereItsAccentsMakeSense) {
+  EXPECT_EQ(decoded("\xC8Osterreich"), u"Österreich");
+  EXPECT_EQ(decoded("T\xC2"
+                    "el\xC2"
+                    "e"),
+            u"Télé");
+  EXPECT_EQ(decoded("\xCFSport \xCF"
+                    "c"),
+            u"Šport č");
+  EXPECT_EQ(decoded("\xC8"
+                    "Ahnlich f\xFB"),
+            u"Ähnlich fß");
+  EXPECT_EQ(decoded("Kan\xC1"
+                    "al \xA4"),
+            u"Kanàl €");
+}
+
+TEST(Name, IsOfTheTableThatItsFirstByteTells) {
+  EXPECT_EQ(decoded("\x01\xBF\xD5\xE0\xD2\xEB\xD9"), u"Первый");  // 8859-5
+  EXPECT_EQ(decoded("\x02\xC7\xE4"), u"\u0627\u0644");            // 8859-6
+  EXPECT_EQ(decoded("\x03\xC5\xD1\xD4"), u"ΕΡΤ");                 // 8859-7
+  EXPECT_EQ(decoded("\x04\xE0\xE1"), u"\u05D0\u05D1");            // 8859-8
+  EXPECT_EQ(decoded("\x05T\xDCRK\xDD\xFE"), u"TÜRKİş");           // 8859-9
+  EXPECT_EQ(decoded("\x06\xBD"), u"―");                           // 8859-10
+  EXPECT_EQ(decoded("\x07\xA1"), u"\u0E01");                      // 8859-11
+  EXPECT_EQ(decoded("\x09\xD0"), u"Š");                           // 8859-13
+  EXPECT_EQ(decoded("\x0B\xA4"), u"€");                           // 8859-15
+}
+
+TEST(Name, IsOfTheTableThatThreeBytesTell) {
+  EXPECT_EQ(decoded(std::string("\x10\x00\x01\xE9", 4)), u"é");
+  EXPECT_EQ(decoded(std::string("\x10\x00\x02\xB9l\xB1sk", 8)), u"šląsk");
+  EXPECT_EQ(decoded(std::string("\x10\x00\x05\xBF", 4)), u"П");
+  EXPECT_EQ(decoded(std::string("\x10\x00\x0F\xA4", 4)), u"€");
+  EXPECT_EQ(decoded(std::string("\x10\x00\x10\xAA", 4)), u"Ș");
+}
+
+TEST(Name, IsOfPairsOfBytesBehindTheirMark) {
+  EXPECT_EQ(decoded(std::string("\x11\x04\x1F\x04\x35", 5)), u"Пе");
+  EXPECT_EQ(decoded(std::string("\x14\x4E\x2D", 3)), u"中");
+  EXPECT_EQ(decoded(std::string("\x11\xD8\x3D\xDC\xFA", 5)), u"\U0001F4FA");
+}
+
+TEST(Name, IsOfAnEastAsianTableBehindItsMark) {
+  EXPECT_EQ(decoded("\x12\xC7\xD1\xB1\xB9"), u"한국");
+  EXPECT_EQ(decoded("\x13\xD6\xD0\xD1\xEB"), u"中央");
+}
+
+TEST(Name, IsUtf8BehindItsMark) {
+  EXPECT_EQ(decoded("\x15Österreich"), u"Österreich");
+}
+
+TEST(Name, HasAReplacementForWhatCannotBeRead) {
+  EXPECT_EQ(decoded("\x15"
+                    "A\xFF"
+                    "B"),
+            u"A\uFFFDB");
+  EXPECT_EQ(decoded("\x03"
+                    "A\xAE"
+                    "B\xFF"),
+            u"A\uFFFDB\uFFFD");
+  EXPECT_EQ(decoded(std::string("\x11\x04\x1F\xD8\x3D", 5)), u"П\uFFFD");  // half a pair
+  EXPECT_EQ(decoded(std::string("\x11\x04\x1F\x04", 4)), u"П\uFFFD");      // half a unit
+  EXPECT_EQ(decoded(std::string("\x11\xDC\x3D\x04\x1F", 5)), u"\uFFFDП");
+}
+
+TEST(Name, IsReadAsItStandsBehindAByteThatIsNoMark) {
+  EXPECT_EQ(decoded("\x08"
+                    "A"),
+            u"A");
+  EXPECT_EQ(decoded("\x1F"
+                    "A"),
+            u"A");
+  EXPECT_EQ(decoded(std::string("\x10\x00\x0C\xE9", 4)), u"é");
+  EXPECT_EQ(name(vdr({.name = "\x10"})), u"Service 12003");
+}
+
+TEST(Name, HasNoControlCharacters) {
+  EXPECT_EQ(decoded("\x86"
+                    "Das\x87 Erste"),
+            u"Das Erste");                           // emphasis
+  EXPECT_EQ(decoded("Radio\x8AOne"), u"Radio One");  // line break
+  EXPECT_EQ(decoded("News\t24"), u"News 24");
+  EXPECT_EQ(decoded("A\x7F"
+                    "B\x1B[1m"),
+            u"AB[1m");
+  EXPECT_EQ(decoded(std::string("A\0B", 3)), u"AB");
+  EXPECT_EQ(decoded("A\rB"), u"AB");
+  EXPECT_EQ(decoded("\xEE\x82\x86"
+                    "A\xEE\x82\x87"),
+            u"A");  // emphasis in tables of pairs
+  EXPECT_EQ(decoded("\xC2\x9B"
+                    "A"),
+            u"A");
+}
+
+TEST(Name, KeepsItsAsciiWhereTheSystemHasNoConverters) {
+  hasConverters = false;
+  const std::u16string latin = name(vdr({.name = "Caf\xE9 1"}));
+  const std::u16string greek = name(vdr({.name = "\x03 ERT \xC5"}));
+  const std::u16string plain = name(vdr({.name = "News"}));
+  hasConverters = true;
+  EXPECT_EQ(latin, u"Caf\uFFFD 1");
+  EXPECT_EQ(greek, u"ERT \uFFFD");
+  EXPECT_EQ(plain, u"News");
+}
+
+TEST(Name, MayBeLong) {
+  EXPECT_EQ(decoded(std::string(100'000, 'x')), std::u16string(100'000, u'x'));
+  std::string umlauts;
+  for (int at = 0; at < 100'000; ++at) umlauts += "\xFC";
+  EXPECT_EQ(decoded(umlauts), std::u16string(100'000, u'ü'));
+}
+
+}  // namespace
+}  // namespace import_tests
