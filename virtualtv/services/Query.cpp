@@ -48,8 +48,8 @@ std::string fetched(const QueryShape& shape) {
 std::string conditions(const QueryShape& shape) {
   std::vector<std::string> all;
   for (const int fieldId : shape.where) all.push_back(conditionOn(fieldId));
-  if (shape.pick == Pick::after) all.emplace_back("(place, key) > (?, ?)");
-  if (shape.pick == Pick::before) all.emplace_back("(place, key) < (?, ?)");
+  if (shape.pick == Pick::after) all.emplace_back("place > ?");
+  if (shape.pick == Pick::before) all.emplace_back("place < ?");
   if (stepsThroughTheList(shape.pick)) all.emplace_back("service_id IS NOT ?");
   if (shape.pick == Pick::at) all.emplace_back("key = ?");
   if (shape.skipLocked) all.emplace_back("ifnull(lock, 0) = 0");
@@ -60,12 +60,12 @@ std::string conditions(const QueryShape& shape) {
 
 std::string order(const QueryShape& shape) {
   if (shape.pick == Pick::at) return "";
-  if (shape.pick == Pick::before || shape.pick == Pick::end) return " ORDER BY place DESC, key DESC LIMIT 1";
+  if (shape.pick == Pick::before || shape.pick == Pick::end) return " ORDER BY place DESC LIMIT 1";
   std::string text = " ORDER BY ";
   for (const QueryShape::Order& by : shape.order) {
     text += valueOf(by.field) + (by.descending ? " DESC" : " ASC") + " NULLS LAST, ";
   }
-  return text + "place, key" + (shape.pick == Pick::list ? "" : " LIMIT 1");
+  return text + "place" + (shape.pick == Pick::list ? "" : " LIMIT 1");
 }
 
 template <typename Value>

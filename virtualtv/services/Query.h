@@ -51,8 +51,8 @@ struct Question {
 /// used again.
 void ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked, Question& question);
 
-/// SQL of a shape. Its parameters are the values of the conditions; then, for `after` and `before`, the place and the
-/// key to go on from; then, for these, `start` and `end`, the service id to leave out; for `at` the key alone.
+/// SQL of a shape. Its parameters are the values of the conditions; then, for `after` and `before`, the place to go
+/// on from; then, for these, `start` and `end`, the service id to leave out; for `at` the key alone.
 std::string sqlOf(const QueryShape& shape);
 
 /// A statement for a shape, and how its columns go into a record.

@@ -31,8 +31,8 @@ ServiceStore::ServiceStore(Database& database)
       tables_(database),
       queries_(database),
       size_(database, "SELECT count(*) FROM service", "count the services"),
-      keys_(database, "SELECT key FROM service ORDER BY place, key", "read the services"),
-      spotOf_(database, "SELECT place, key FROM service WHERE service_id = ? ORDER BY place, key LIMIT 1",
+      keys_(database, "SELECT key FROM service ORDER BY place", "read the services"),
+      spotOf_(database, "SELECT place, key FROM service WHERE service_id = ? ORDER BY place LIMIT 1",
               "look up a service"),
       exists_(database, "SELECT 1 FROM service WHERE key = ?", "look up a service") {}
 
@@ -190,7 +190,7 @@ int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode, s
     auto record = std::make_unique<TCServiceData>();
     query.read(rows, *record);
     records.push_back(record.get());
-    record.release();
+    static_cast<void>(record.release());
   }
   return count;
 }
@@ -212,7 +212,7 @@ bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServ
   const std::int64_t current = idColumn(currentId);
   if (const auto spot = spotOf(currentId)) {
     Query& query = askAgain(towards);
-    if (readOne(query, query.start(question_.values, spot->place, spot->key, current), record)) return true;
+    if (readOne(query, query.start(question_.values, spot->place, current), record)) return true;
   }
   Query& query = askAgain(over);
   if (readOne(query, query.start(question_.values, current), record)) return true;

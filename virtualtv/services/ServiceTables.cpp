@@ -41,9 +41,9 @@ int readFields(const Rows& rows, Service& service) {
 
 }  // namespace
 
-// `place` counts services up in list order: by major, then by minor number, absent ones last. A service that does not
-// say whether it is hidden is not. What `sqlite_stat1` tells the query planner is what a list of a set looks like; so
-// it takes the index of few rows whatever the list at hand.
+// `place` counts services up in list order: by major, then by minor number, absent ones last, then by key, for which it
+// has 29 bits. A service that does not say whether it is hidden is not. What `sqlite_stat1` tells the query planner is
+// what a list of a set looks like; so it takes the index that leaves few rows, whatever the list at hand.
 const char* const serviceTables = R"(
 CREATE TABLE service(
   key INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -66,7 +66,7 @@ CREATE TABLE service(
   service_mode INTEGER,
   group_name TEXT NOT NULL,
   service_field_110 BLOB,
-  place INTEGER AS (ifnull(major, 65536) * 65537 + ifnull(minor, 65536)) VIRTUAL,
+  place INTEGER AS (((ifnull(major, 65536) << 17 | ifnull(minor, 65536)) << 29) + key) VIRTUAL,
   hidden_or_0 INTEGER AS (ifnull(hidden, 0)) VIRTUAL
 ) STRICT;
 CREATE INDEX service_by_id ON service(service_id);
@@ -118,7 +118,7 @@ INSERT INTO sqlite_stat1(tbl, idx, stat) VALUES
   ('service', 'service_by_id', '10000 1'),
   ('service', 'service_by_number', '10000 4 2'),
   ('service', 'service_by_ptc', '10000 20'),
-  ('service', 'service_by_place', '10000 2'),
+  ('service', 'service_by_place', '10000 1'),
   ('service', 'service_by_antenna', '10000 3500 3000 1'),
   ('service', 'service_by_mode', '10000 3500 1000 900 1');
 ANALYZE sqlite_schema;

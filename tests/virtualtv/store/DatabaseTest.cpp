@@ -7,7 +7,7 @@
 
 #include "store/Statement.h"
 #include "store/Transaction.h"
-#include "virtualtv/store/Support.h"
+#include "virtualtv/support/Support.h"
 
 namespace virtualtv::test {
 namespace {

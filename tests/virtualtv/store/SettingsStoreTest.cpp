@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "store/Transaction.h"
-#include "virtualtv/store/Support.h"
+#include "virtualtv/support/Support.h"
 
 namespace virtualtv::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-#include "virtualtv/store/Support.h"
+#include "virtualtv/support/Support.h"
 
 namespace virtualtv::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "store/Statement.h"
-#include "virtualtv/store/Support.h"
+#include "virtualtv/support/Support.h"
 
 namespace virtualtv::test {
 namespace {

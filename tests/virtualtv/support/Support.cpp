@@ -1,4 +1,4 @@
-#include "virtualtv/store/Support.h"
+#include "virtualtv/support/Support.h"
 
 #include <grp.h>
 #include <sys/resource.h>
