@@ -55,7 +55,7 @@ std::uint64_t idOf(const Json::Value& text) {
 }
 
 LanguageCode languageOf(const std::string& letters) {
-  if (letters.size() != 3) return 0;
+  if (letters.size() != 3 || letters == "und") return 0;
   LanguageCode code = 0;
   for (const char letter : letters) code = code << 8 | static_cast<unsigned char>(letter);
   return code;
