@@ -1,0 +1,326 @@
+#include "Merge.h"
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+#include <string>
+
+namespace catalogue {
+
+namespace {
+
+const char* nameOf(kel::Parse parse) {
+  switch (parse) {
+    case kel::Parse::none:
+      return "none";
+    case kel::Parse::dec:
+      return "dec";
+    case kel::Parse::num:
+      return "num";
+    case kel::Parse::u64:
+      return "u64";
+  }
+  return "";
+}
+
+const char* nameOf(kel::Answer answer) {
+  switch (answer) {
+    case kel::Answer::code:
+      return "code";
+    case kel::Answer::value:
+      return "value";
+    case kel::Answer::name:
+      return "name";
+    case kel::Answer::ascii:
+      return "ascii";
+    case kel::Answer::textOrCode:
+      return "textOrCode";
+    case kel::Answer::textOrNone:
+      return "textOrNone";
+  }
+  return "";
+}
+
+/// How the reply is encoded when the command succeeds.
+const char* replyOf(kel::Answer answer) {
+  switch (answer) {
+    case kel::Answer::code:
+    case kel::Answer::value:
+      return "int";
+    case kel::Answer::name:
+      return "unicode";
+    default:
+      return "ascii";
+  }
+}
+
+/// True for the failure codes that a kind of answer lets through.
+bool canFailWith(kel::Answer answer, int code) {
+  switch (answer) {
+    case kel::Answer::code:
+      return true;
+    case kel::Answer::textOrNone:
+      return code == -1;
+    case kel::Answer::textOrCode:
+      return code != 1;
+    default:
+      return code < 0;
+  }
+}
+
+bool isNone(const kel::Parameter& parameter) {
+  return parameter.parse == kel::Parse::none;
+}
+bool isRequired(const kel::Parameter& parameter) {
+  return parameter.required;
+}
+
+std::size_t parametersOf(const kel::Command& row) {
+  const auto* const end = std::find_if(row.parameters.begin(), row.parameters.end(), isNone);
+  return static_cast<std::size_t>(end - row.parameters.begin());
+}
+
+std::string quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
+
+bool parsesAs(const std::string& text, int& number) {
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end;
+}
+
+class Merger {
+ public:
+  explicit Merger(const Help& help) : help_(help) {}
+
+  Json::Value run(std::span<const kel::Command> table);
+
+ private:
+  bool checkTypes() const;
+  bool checkValues(const Json::Value& type, const std::string& what) const;
+  void checkStrays(std::span<const kel::Command> table) const;
+  void checkUnused() const;
+  bool checkEntry(const kel::Command& row, const Json::Value& entry) const;
+  bool checkFailures(const kel::Command& row, const Json::Value& entry) const;
+
+  /// Notes that something needs what a section says under that name. False, and reported, when it says nothing.
+  bool use(const char* section, const std::string& name, const std::string& user);
+  /// Checks that at most one of a type and a text tells what a part of a command holds, exactly one where needed.
+  void useValues(const Json::Value& part, bool needed, const std::string& what);
+
+  Json::Value command(const kel::Command& row);
+  /// @param entry  the parameter's help, or the name of one that several commands share.
+  Json::Value parameter(const kel::Command& row, Json::ArrayIndex at, const Json::Value& entry);
+  Json::Value answer(const kel::Command& row, const Json::Value& described);
+  static Json::Value failures(const Json::Value& described);
+
+  const Help& help_;
+  std::set<std::pair<std::string, std::string>> used_;  ///< sections and names in them
+};
+
+Json::Value Merger::run(std::span<const kel::Command> table) {
+  const Json::Value& texts = help_.root();
+  const bool whole = help_.check(texts, "the document",
+                                 {{"introduction", Json::arrayValue},
+                                  {"parsing", Json::objectValue},
+                                  {"answers", Json::objectValue},
+                                  {"parameters", Json::objectValue},
+                                  {"types", Json::objectValue},
+                                  {"commands", Json::objectValue}}) &&
+                     help_.checkAll(texts["introduction"], "introduction", Json::stringValue) &&
+                     help_.checkAll(texts["parsing"], "parsing", Json::stringValue) &&
+                     help_.checkAll(texts["answers"], "answers", Json::stringValue) && checkTypes();
+  if (!whole) return {};
+
+  Json::Value catalogue = texts;
+  catalogue.removeMember("parameters");
+  catalogue["commands"] = Json::Value(Json::arrayValue);
+  for (const kel::Command& row : table) catalogue["commands"].append(command(row));
+  checkStrays(table);
+  if (help_.isFaultless()) checkUnused();
+  return catalogue;
+}
+
+bool Merger::checkTypes() const {
+  const Json::Value& types = help_.root()["types"];
+  bool good = true;
+  for (const std::string& name : types.getMemberNames()) {
+    const std::string what = "type " + quoted(name);
+    const Json::Value& type = types[name];
+    const bool document = type.isObject() && type.isMember("members");
+    const Member held = document ? Member{"members", Json::objectValue} : Member{"values", Json::arrayValue};
+    good =
+        help_.check(type, what, {{"help", Json::stringValue}, held}) &&
+        (document ? help_.checkAll(type["members"], what + " member", Json::stringValue) : checkValues(type, what)) &&
+        good;
+  }
+  return good;
+}
+
+bool Merger::checkValues(const Json::Value& type, const std::string& what) const {
+  return std::all_of(type["values"].begin(), type["values"].end(), [&](const Json::Value& value) {
+    return help_.check(value, what + " value",
+                       {{"value", Json::intValue}, {"to", Json::intValue, false}, {"means", Json::stringValue}});
+  });
+}
+
+void Merger::checkStrays(std::span<const kel::Command> table) const {
+  const Json::Value& entries = help_.root()["commands"];
+  for (const std::string& name : entries.getMemberNames()) {
+    const auto isNamed = [&](const kel::Command& row) { return row.name == name; };
+    if (std::any_of(table.begin(), table.end(), isNamed)) continue;
+    help_.report(entries[name], quoted(name) + " has a help text and is no command");
+  }
+}
+
+void Merger::checkUnused() const {
+  for (const char* section : {"parsing", "answers", "parameters", "types"}) {
+    const Json::Value& texts = help_.root()[section];
+    for (const std::string& name : texts.getMemberNames()) {
+      if (used_.contains({section, name})) continue;
+      help_.report(texts[name], "no command needs " + quoted(name) + " of '" + section + "'");
+    }
+  }
+}
+
+bool Merger::checkEntry(const kel::Command& row, const Json::Value& entry) const {
+  const std::string what = quoted(row.name);
+  if (!help_.check(entry, what,
+                   {{"help", Json::stringValue},
+                    {"parameters", Json::arrayValue, false},
+                    {"answer", Json::objectValue},
+                    {"failures", Json::objectValue, false}})) {
+    return false;
+  }
+  const std::size_t described = entry["parameters"].size();
+  if (described != parametersOf(row)) {
+    help_.report(entry, what + " has " + std::to_string(parametersOf(row)) + " parameters, its help describes " +
+                            std::to_string(described));
+    return false;
+  }
+  return checkFailures(row, entry);
+}
+
+bool Merger::checkFailures(const kel::Command& row, const Json::Value& entry) const {
+  const std::string what = quoted(row.name);
+  const Json::Value& failures = entry["failures"];
+  if (!help_.checkAll(failures, what + " failure", Json::stringValue)) return false;
+  bool good = true;
+  for (const std::string& code : failures.getMemberNames()) {
+    int number = 0;
+    if (parsesAs(code, number) && canFailWith(row.answer, number)) continue;
+    help_.report(failures[code], what + " can't fail with " + quoted(code));
+    good = false;
+  }
+  const std::string refusal = std::to_string(row.refusal);
+  if (std::any_of(row.parameters.begin(), row.parameters.end(), isRequired) && !failures.isMember(refusal)) {
+    help_.report(entry, what + " lacks the failure " + quoted(refusal) + ", for a parameter that is no number");
+    good = false;
+  }
+  return good;
+}
+
+bool Merger::use(const char* section, const std::string& name, const std::string& user) {
+  used_.insert({section, name});
+  const Json::Value& texts = help_.root()[section];
+  if (texts.isMember(name)) return true;
+  help_.report(texts, user + " needs " + quoted(name) + " of '" + section + "', where there is none");
+  return false;
+}
+
+void Merger::useValues(const Json::Value& part, bool needed, const std::string& what) {
+  const bool typed = part.isMember("type");
+  const bool told = part.isMember("values");
+  if (typed && told) help_.report(part, what + " has both 'type' and 'values'");
+  if (!typed && !told && needed) help_.report(part, what + " lacks 'type' or 'values'");
+  if (typed) use("types", part["type"].asString(), what);
+}
+
+Json::Value Merger::command(const kel::Command& row) {
+  const std::string name(row.name);
+  const Json::Value& entries = help_.root()["commands"];
+  if (!entries.isMember(name)) {
+    help_.report(entries, quoted(name) + " is a command and has no help text");
+    return {};
+  }
+  const Json::Value& entry = entries[name];
+  if (!checkEntry(row, entry)) return {};
+  Json::Value merged;
+  merged["name"] = name;
+  merged["help"] = entry["help"];
+  merged["parameters"] = Json::Value(Json::arrayValue);
+  for (const Json::Value& described : entry["parameters"]) {
+    merged["parameters"].append(parameter(row, merged["parameters"].size(), described));
+  }
+  merged["answer"] = answer(row, entry["answer"]);
+  merged["failures"] = failures(entry["failures"]);
+  return merged;
+}
+
+Json::Value Merger::parameter(const kel::Command& row, Json::ArrayIndex at, const Json::Value& entry) {
+  const kel::Parameter& parameter = row.parameters[at];
+  const std::string what = quoted(row.name) + " parameter " + std::to_string(at + 1);
+  if (entry.isString() && !use("parameters", entry.asString(), what)) return {};
+  const Json::Value& described = entry.isString() ? help_.root()["parameters"][entry.asString()] : entry;
+  if (!help_.check(described, what,
+                   {{"name", Json::stringValue},
+                    {"help", Json::stringValue},
+                    {"type", Json::stringValue, false},
+                    {"values", Json::stringValue, false},
+                    {"unparsed", Json::stringValue, false}})) {
+    return {};
+  }
+  useValues(described, true, what);
+  use("parsing", nameOf(parameter.parse), what);
+  Json::Value merged = described;
+  merged["parse"] = nameOf(parameter.parse);
+  merged["required"] = parameter.required;
+  if (described.isMember("unparsed")) return merged;
+  if (parameter.required) {
+    merged["unparsed"] = "answers " + std::to_string(row.refusal) + " and does nothing";
+  } else {
+    merged["unparsed"] = "reads as " + std::to_string(parameter.preset);
+    merged["preset"] = parameter.preset;
+  }
+  return merged;
+}
+
+Json::Value Merger::answer(const kel::Command& row, const Json::Value& described) {
+  const std::string what = quoted(row.name) + " answer";
+  const bool isValue = row.answer == kel::Answer::value;
+  if (!help_.check(described, what,
+                   {{"help", Json::stringValue},
+                    {"type", Json::stringValue, false},
+                    {"values", Json::stringValue, false},
+                    {"presetMeans", Json::stringValue, isValue}})) {
+    return {};
+  }
+  if (described.isMember("presetMeans") && !isValue) help_.report(described, what + " has no preset");
+  useValues(described, isValue, what);
+  use("answers", nameOf(row.answer), what);
+  Json::Value merged = described;
+  merged["kind"] = nameOf(row.answer);
+  merged["reply"] = replyOf(row.answer);
+  if (isValue) merged["preset"] = row.preset;
+  return merged;
+}
+
+Json::Value Merger::failures(const Json::Value& described) {
+  Json::Value merged(Json::arrayValue);
+  for (const std::string& code : described.getMemberNames()) {
+    Json::Value failure;
+    failure["code"] = std::stoi(code);
+    failure["means"] = described[code];
+    merged.append(failure);
+  }
+  return merged;
+}
+
+}  // namespace
+
+Json::Value merge(std::span<const kel::Command> table, const Help& help) {
+  return Merger(help).run(table);
+}
+
+}  // namespace catalogue
