@@ -2,44 +2,113 @@
 
 #include <json/json.h>
 
+#include <algorithm>
 #include <memory>
-#include <string_view>
+#include <stdexcept>
 
 namespace virtualtv::embedded {
-extern const std::string_view CommandCatalogue;
+extern const std::string_view commandCatalogue;
 }
 
 namespace virtualtv::shell {
 
 namespace {
 
-CatalogueCommand commandFrom(const Json::Value& described) {
+[[noreturn]] void refuse(const std::string& reason) {
+  throw std::invalid_argument("catalogue of commands: " + reason);
+}
+
+/// The member of that name, which must be there.
+const Json::Value& at(const Json::Value& object, const char* name) {
+  if (!object.isObject() || !object.isMember(name)) refuse("'" + std::string(name) + "' is missing");
+  return object[name];
+}
+
+std::string textAt(const Json::Value& object, const char* name) {
+  return at(object, name).asString();
+}
+
+std::map<std::string, std::string> textsOf(const Json::Value& object) {
+  std::map<std::string, std::string> texts;
+  for (const std::string& name : object.getMemberNames()) texts[name] = object[name].asString();
+  return texts;
+}
+
+CatalogueCommand::Parameter parameterOf(const Json::Value& parameter) {
+  return {.name = textAt(parameter, "name"),
+          .help = textAt(parameter, "help"),
+          .required = at(parameter, "required").asBool(),
+          .parse = textAt(parameter, "parse"),
+          .unparsed = textAt(parameter, "unparsed"),
+          .type = parameter["type"].asString(),
+          .values = parameter["values"].asString()};
+}
+
+void readAnswer(const Json::Value& answer, CatalogueCommand& command) {
+  command.reply = textAt(answer, "reply");
+  command.answerKind = textAt(answer, "kind");
+  command.answerHelp = textAt(answer, "help");
+  command.answerType = answer["type"].asString();
+  command.answerValues = answer["values"].asString();
+  if (answer.isMember("preset")) command.preset = answer["preset"].asInt();
+  command.presetMeans = answer["presetMeans"].asString();
+}
+
+CatalogueCommand commandOf(const Json::Value& described) {
   CatalogueCommand command;
-  command.name = described["name"].asString();
-  command.help = described["help"].asString();
-  command.reply = described["answer"]["reply"].asString();
-  command.answerHelp = described["answer"]["help"].asString();
-  for (const Json::Value& parameter : described["parameters"]) {
-    command.parameters.push_back(
-        {parameter["name"].asString(), parameter["help"].asString(), parameter["required"].asBool()});
+  command.name = textAt(described, "name");
+  command.help = textAt(described, "help");
+  for (const Json::Value& parameter : at(described, "parameters")) command.parameters.push_back(parameterOf(parameter));
+  readAnswer(at(described, "answer"), command);
+  for (const Json::Value& failure : at(described, "failures")) {
+    command.failures.push_back({at(failure, "code").asInt(), textAt(failure, "means")});
   }
   return command;
 }
 
-std::vector<CatalogueCommand> read(std::string_view document) {
-  const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-  Json::Value root;
-  std::vector<CatalogueCommand> commands;
-  if (!reader->parse(document.data(), document.data() + document.size(), &root, nullptr)) return commands;
-  for (const Json::Value& described : root["commands"]) commands.push_back(commandFrom(described));
-  return commands;
+CatalogueType typeOf(const Json::Value& described) {
+  CatalogueType type;
+  type.help = textAt(described, "help");
+  for (const Json::Value& value : described["values"]) {
+    const int from = at(value, "value").asInt();
+    type.values.push_back({from, value.get("to", from).asInt(), textAt(value, "means")});
+  }
+  type.members = textsOf(described["members"]);
+  return type;
 }
 
 }  // namespace
 
-const std::vector<CatalogueCommand>& catalogue() {
-  static const std::vector<CatalogueCommand> commands = read(embedded::CommandCatalogue);
-  return commands;
+Catalogue::Catalogue(std::string_view document) {
+  Json::Value root;
+  std::string errors;
+  const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+  if (!reader->parse(document.data(), document.data() + document.size(), &root, &errors)) refuse(errors);
+  try {
+    for (const Json::Value& command : at(root, "commands")) commands_.push_back(commandOf(command));
+    const Json::Value& types = at(root, "types");
+    for (const std::string& name : types.getMemberNames()) types_[name] = typeOf(types[name]);
+    parsing_ = textsOf(at(root, "parsing"));
+    answers_ = textsOf(at(root, "answers"));
+  } catch (const Json::Exception& exception) {
+    refuse(exception.what());
+  }
+}
+
+const CatalogueCommand* Catalogue::find(std::string_view name) const {
+  const auto found =
+      std::find_if(begin(), end(), [&](const CatalogueCommand& command) { return command.name == name; });
+  return found == end() ? nullptr : &*found;
+}
+
+const CatalogueType* Catalogue::findType(std::string_view name) const {
+  const auto found = types_.find(name);
+  return found == types_.end() ? nullptr : &found->second;
+}
+
+const Catalogue& catalogue() {
+  static const Catalogue builtIn(embedded::commandCatalogue);
+  return builtIn;
 }
 
 }  // namespace virtualtv::shell
