@@ -118,7 +118,8 @@ TEST(Garbage, CutAnywhereCrashesNothing) {
 TEST(Garbage, IsALineWithoutEnd) {
   constexpr std::size_t size = 50'000'000;
   for (const char byte : {'x', ':', '\0', '\r', '[', '=', '1', ','}) {
-    const std::string content(size, byte);
+    std::string content;
+    content.resize(size, byte);
     EXPECT_FALSE(virtualtv::import::recognise(content).has_value());
     EXPECT_TRUE(readVdr(content).services.empty());
     EXPECT_TRUE(readDvbv5(content).services.empty());
@@ -126,13 +127,16 @@ TEST(Garbage, IsALineWithoutEnd) {
 }
 
 TEST(Garbage, IsAFieldWithoutEnd) {
-  const std::string digits(10'000'000, '1');
+  constexpr std::size_t size = 10'000'000;
+  std::string digits;
+  digits.resize(size, '1');
   EXPECT_EQ(reason({.frequency = digits}).find("frequency \"1111"), 0U);
   EXPECT_EQ(reason({.parameters = "M" + digits}).find("parameter M \"1111"), 0U);
   EXPECT_EQ(reason({.source = "S" + digits + "E"}).find("source \"S111"), 0U);
   EXPECT_EQ(reason({.audio = digits}).find("audio PID \"1111"), 0U);
   EXPECT_EQ(reason({.service = digits}).find("service id \"1111"), 0U);
-  EXPECT_EQ(number(vdr({.service = std::string(10'000'000, '0') + '7'}), TCServiceData::PROGRAM_NUMBER), 7U);
+  digits.assign(size, '0');
+  EXPECT_EQ(number(vdr({.service = digits + '7'}), TCServiceData::PROGRAM_NUMBER), 7U);
 }
 
 TEST(Garbage, OfLoneCarriageReturnsIsOneLine) {

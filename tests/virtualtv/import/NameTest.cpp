@@ -8,16 +8,18 @@ namespace {
 bool hasConverters = true;
 }
 
-// The linker puts these in the place of the C library's function, and the C library's under the second name.
+// The linker puts the second of these in the place of the C library's function, and that under the first name.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
-iconv_t __real_iconv_open(const char* to, const char* from);  // NOLINT(bugprone-reserved-identifier)
-iconv_t __wrap_iconv_open(const char* to, const char* from);  // NOLINT(bugprone-reserved-identifier)
+iconv_t __real_iconv_open(const char* to, const char* from);
+iconv_t __wrap_iconv_open(const char* to, const char* from);
 
-iconv_t __wrap_iconv_open(const char* to, const char* from) {  // NOLINT(bugprone-reserved-identifier)
+iconv_t __wrap_iconv_open(const char* to, const char* from) {
   if (hasConverters) return __real_iconv_open(to, from);
   return reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr)
 }
 }
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace import_tests {
 namespace {
