@@ -94,6 +94,14 @@ TEST_F(FrameTest, ParametersThatACommandDoesNotTakeDoNotMatter) {
   EXPECT_EQ(execute("GetTVMode", {"5"}), "int 1");
 }
 
+TEST_F(FrameTest, AnExceptionThatNoOperationCaughtIsToldAndAnsweredWithMinusOne) {
+  breakLog("*pnSize = [0]");
+  EXPECT_EQ(execute("GetChannel_Size"), "int -1");
+  EXPECT_EQ(logs(), commandLogs("GetChannel_Size", {},
+                                {place("GetChannel_Size"), "0 Exception Handled by Execute no log"}, -1));
+  EXPECT_EQ(execute("GetChannel_Size"), "int 0") << "the engine goes on";
+}
+
 // The entry with a parameter list.
 
 TEST_F(FrameTest, AnUnknownCommandWithAParameterListIsRefusedWithMinusOne) {
@@ -115,6 +123,14 @@ TEST_F(FrameTest, AnEmptyCommandWithAParameterListIsRefusedAndLeavesTheReplyUnto
 TEST_F(FrameTest, AnUnknownCommandWithAParameterListIsRefusedHoweverLongTheListIs) {
   EXPECT_EQ(executeWithParamList("NoSuchCommand", {}), "refused int -1");
   EXPECT_EQ(executeWithParamList("NoSuchCommand", Lines(1000, "%s")), "refused int -1");
+}
+
+TEST_F(FrameTest, AnExceptionIsToldAndAnsweredWithMinusOneAlsoWithAParameterList) {
+  breakLog("Command length is <= 0.\n");
+  EXPECT_EQ(executeWithParamList("", {}), "int -1");
+  EXPECT_EQ(logs(),
+            (Lines{"0 CEmpEngineWindow::ExecuteWithParamList[]\n", "0 Exception Handled by ExecuteWithParamList no log",
+                   "0 CEmpEngineWindow::ExecuteWithParamList Command[] Finish result[-1]."}));
 }
 
 TEST_F(FrameTest, LinesOfTheEntryWithAParameterListStandUnderItsName) {
