@@ -42,6 +42,12 @@ bool logsServiceId(const FieldQuery& query) {
   return query.family == Family::indexed && !query.isName() && query.name != "GetChannel_Major";
 }
 
+/// The error line that announces a failure; the queries for names have none.
+Lines error(const FieldQuery& query) {
+  if (query.isName()) return {};
+  return {banner(levelOf(query.family), query.name)};
+}
+
 Lines split(const std::string& text) {
   const std::size_t at = text.find('\n');
   return at == std::string::npos ? Lines{text} : Lines{text.substr(0, at), text.substr(at + 1)};
@@ -123,14 +129,13 @@ Lines lookup(const FieldQuery& query, const std::string& id, const std::string& 
 }
 
 Lines nullOutput(const FieldQuery& query) {
-  return {banner(levelOf(query.family), query.name), message(query, query.null)};
+  return join({error(query), {message(query, query.null)}});
 }
 
 Lines noChannel(const FieldQuery& query) {
-  const std::string error = banner(levelOf(query.family), query.name);
-  if (query.family == Family::start) return {error, "0 Get start service failed"};
-  if (query.name == "GetChannel_PTC") return {error};
-  return {error, message(query, "Failed to get data.")};
+  if (query.name == "GetChannel_PTC") return {banner(0, query.name)};
+  const bool start = query.family == Family::start;
+  return join({error(query), {start ? "0 Get start service failed" : message(query, "Failed to get data.")}});
 }
 
 Lines end(const FieldQuery& query, const std::string& id, int read, int answered) {

@@ -54,7 +54,7 @@ TEST_F(ChannelSize, IsTheLengthOfTheList) {
 
 TEST_F(ChannelSize, ANullOutputAnswers0) {
   EXPECT_EQ(worker.GetChannel_Size(nullptr), 0);
-  EXPECT_EQ(logs(), Lines({channels::place("GetChannel_Size"), banner(3, "GetChannel_Size")}));
+  EXPECT_EQ(logs(), Lines({channels::place("GetChannel_Size"), banner(0, "GetChannel_Size")}));
 }
 
 TEST_F(ChannelServiceId, IsUnsignedDecimalOfAll64Bits) {
@@ -80,10 +80,7 @@ TEST_F(ChannelServiceId, IsUnsignedDecimalOfAll64Bits) {
 TEST_F(ChannelServiceId, WithoutTheChannelAnswersMinus1) {
   EXPECT_EQ(worker.GetChannel_ServiceId(0, text), -1);
   EXPECT_STREQ(text, "as it was");
-  EXPECT_EQ(
-      logs(),
-      join({begin,
-            {banner(3, "GetChannel_ServiceId"), prefix("GetChannel_ServiceId") + "[Idx:0] Failed to get data."}}));
+  EXPECT_EQ(logs(), join({begin, {prefix("GetChannel_ServiceId") + "[Idx:0] Failed to get data."}}));
 }
 
 /// The form with a major number, a minor number and a channel type.
@@ -164,6 +161,11 @@ TEST_F(ServiceIdByNumbers, AnAntennaThatCanNotBeReadIsNoCondition) {
     EXPECT_EQ(head(calls().back()), lookup(", where 1=9"));
     EXPECT_EQ(logs(), join({begun(7, 0), {types(20, 9)}, lines, {banner(0, "GetChannel_ServiceId")}}));
   }
+}
+
+TEST_F(ServiceIdByNumbers, AnAntennaThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
+  EXPECT_EQ(under("IServiceNavigation::GetTvMode result=unwritten", [&] { return ask(7, 0, 20); }), 0);
+  EXPECT_EQ(head(calls().back()), lookup(", where 1=9, where 115=18446744073709551615"));
 }
 
 TEST_F(ServiceIdByNumbers, WithoutNavigationProxyNoneIsMadeForTheAntenna) {
