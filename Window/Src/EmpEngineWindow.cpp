@@ -62,6 +62,21 @@ int RunCommand(const Command& command, CEmpTaskWindow& worker, const std::array<
   return command.run({command, worker, in, reply});
 }
 
+/// Runs the body of an entry. An exception that no operation has caught is logged, answered with -1 and finished.
+template <typename Finish, typename Body>
+bool Guarded(const char* function, CEmpEngineWindow::Reply& reply, Finish finish, Body body) {
+  constexpr int failed = -1;
+  try {
+    return body();
+  } catch (const std::exception& exception) {
+    LogException(function, exception.what());
+  } catch (...) {
+    LogException(function, kUnknownException);
+  }
+  reply.Integer(failed);
+  return finish(failed);
+}
+
 }  // namespace
 
 CEmpEngineWindow::CEmpEngineWindow() : m_pEmpTaskWindow(nullptr) {
@@ -88,44 +103,52 @@ CEmpEngineWindow::~CEmpEngineWindow() {
 
 bool CEmpEngineWindow::Execute(std::string& ret, const std::string& cmd, const std::string& p1, const std::string& p2,
                                const std::string& p3, const std::string& p4) {
-  const void* const self = this;
-  KEL_LOG(kRoutine, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s],pid = %lu", __func__, self, cmd.c_str(),
-          p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str(), static_cast<unsigned long>(pthread_self()));
-  if (m_pEmpTaskWindow == nullptr) {
-    KEL_LOG(kMissingWorker, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s] but m_pEmpTaskWindow is NULL!!", __func__,
-            self, cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str());
-    KEL_LOG_ERROR(kEngineFile, __func__, kMissingWorker);
-    return false;
-  }
-  const Command* const command = FindCommand(cmd);
-  if (command == nullptr) {
-    KEL_LOG(kRoutine, "CEmpEngineWindow::Execute Command[%s] is NOT supported. return false", cmd.c_str());
-    return false;
-  }
+  const char* const function = __func__;
   Reply reply(*this, ret);
-  int result = -1;
-  try {
-    result = RunCommand(*command, *m_pEmpTaskWindow, {&p1, &p2, &p3, &p4}, reply);
-  } catch (const std::exception& exception) {
-    LogException(__func__, exception.what());
-    reply.Integer(result);
-  } catch (...) {
-    LogException(__func__, kUnknownException);
-    reply.Integer(result);
-  }
-  KEL_LOG(kRoutine, "CEmpEngineWindow::Execute Command[%s] Finish result[%d].", cmd.c_str(), result);
-  return true;
+  const auto finish = [&](int result) {
+    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::Execute Command[%s] Finish result[%d].", cmd.c_str(), result);
+    return true;
+  };
+  return Guarded(function, reply, finish, [&] {
+    KEL_LOG_AS(function, kRoutine, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s],pid = %lu", function,
+               static_cast<void*>(this), cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str(),
+               static_cast<unsigned long>(pthread_self()));
+    if (m_pEmpTaskWindow == nullptr) {
+      KEL_LOG_AS(function, kMissingWorker,
+                 "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s] but m_pEmpTaskWindow is NULL!!", function,
+                 static_cast<void*>(this), cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str());
+      KEL_LOG_ERROR(kEngineFile, function, kMissingWorker);
+      return false;
+    }
+    const Command* const command = FindCommand(cmd);
+    if (command == nullptr) {
+      KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::Execute Command[%s] is NOT supported. return false",
+                 cmd.c_str());
+      return false;
+    }
+    return finish(RunCommand(*command, *m_pEmpTaskWindow, {&p1, &p2, &p3, &p4}, reply));
+  });
 }
 
 bool CEmpEngineWindow::ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& /*params*/) {
-  KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList[%s]\n", cmd.c_str());
-  if (cmd.empty()) {
-    KEL_LOG(kRoutine, "Command length is <= 0.\n");
+  const char* const function = __func__;
+  Reply reply(*this, ret);
+  const auto finish = [&](int result) {
+    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] Finish result[%d].", cmd.c_str(),
+               result);
+    return true;
+  };
+  return Guarded(function, reply, finish, [&] {
+    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList[%s]\n", cmd.c_str());
+    if (cmd.empty()) {
+      KEL_LOG_AS(function, kRoutine, "Command length is <= 0.\n");
+      return false;
+    }
+    reply.Integer(-1);
+    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] is NOT supported. return false",
+               cmd.c_str());
     return false;
-  }
-  SetReturnValueInteger(ret, -1);
-  KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] is NOT supported. return false", cmd.c_str());
-  return false;
+  });
 }
 
 }  // namespace kel
