@@ -52,12 +52,27 @@ Lines helpOnCommands() {
   return table(rows);
 }
 
+/// Appends what the numbers of a type mean.
+void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
+  const CatalogueType* type = catalogue().findType(typeName);
+  if (type == nullptr) return;
+  for (const CatalogueType::Value& value : type->values) {
+    const std::string to = value.to == value.from ? "" : " to " + std::to_string(value.to);
+    rows.push_back({"    " + std::to_string(value.from) + to, value.means});
+  }
+}
+
 Lines helpOnCommand(const CatalogueCommand& command) {
   std::vector<Lines> rows{{usageOf(command), command.help}};
   for (const CatalogueCommand::Parameter& parameter : command.parameters) {
     rows.push_back({"  " + parameter.name, parameter.help + (parameter.required ? " Required." : "")});
+    appendValues(rows, parameter.type);
   }
   rows.push_back({"  answers " + command.reply, command.answerHelp});
+  appendValues(rows, command.answerType);
+  for (const CatalogueCommand::Failure& failure : command.failures) {
+    rows.push_back({"  or int " + std::to_string(failure.code), failure.means});
+  }
   return table(rows);
 }
 
@@ -122,9 +137,7 @@ constexpr std::array topics{
 Lines helpOn(const std::string& name) {
   const auto topic = std::find_if(topics.begin(), topics.end(), [&](const Topic& known) { return known.name == name; });
   if (topic != topics.end()) return topic->help();
-  for (const CatalogueCommand& command : catalogue()) {
-    if (command.name == name) return helpOnCommand(command);
-  }
+  if (const CatalogueCommand* command = catalogue().find(name)) return helpOnCommand(*command);
   throw std::invalid_argument("there is no help on '" + name +
                               "'; topics are commands, operations, knobs, faults and each command's name");
 }

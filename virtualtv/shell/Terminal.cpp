@@ -72,6 +72,7 @@ class Editor {
   /// @return false at the end of the input.
   bool next(std::string& line) {
     int length = 0;
+    el_set(editor_.get(), EL_PREP_TERM, 1);  // before the prompt, so that keys typed right after it all count
     const char* text = el_gets(editor_.get(), &length);
     if (text == nullptr || length <= 0) return false;
     line.assign(text, static_cast<std::size_t>(length));

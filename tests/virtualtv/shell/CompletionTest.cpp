@@ -1,0 +1,75 @@
+#include "shell/Completion.h"
+
+#include <algorithm>
+
+#include "seam/Operations.h"
+#include "virtualtv/shell/Support.h"
+
+namespace virtualtv::shell {
+namespace {
+
+class CompletionTest : public SessionTest {
+ protected:
+  Lines complete(std::string_view line) { return completions(*session, line); }
+};
+
+bool contains(const Lines& lines, const std::string& wanted) {
+  return std::find(lines.begin(), lines.end(), wanted) != lines.end();
+}
+
+TEST_F(CompletionTest, TheFirstWordIsACommand) {
+  EXPECT_EQ(complete("GetFullCh"), Lines{"GetFullChannelList"});
+  EXPECT_EQ(complete(".re"), (Lines{".reopen", ".reset", ".restart"}));
+  EXPECT_TRUE(contains(complete(""), "FindChannel"));
+  EXPECT_TRUE(contains(complete(""), ".help"));
+  EXPECT_EQ(complete("NoSuch"), Lines{});
+  EXPECT_EQ(complete("+ GetFullCh"), Lines{"GetFullChannelList"});
+}
+
+TEST_F(CompletionTest, FaultsTakeOperationsAndTheirOutputs) {
+  EXPECT_EQ(complete(".fault ").size(), seam::operations.size() + 1);
+  EXPECT_EQ(complete(".fault cl"), Lines{"clear"});
+  EXPECT_EQ(complete(".fault vconf_get_i"), Lines{"vconf_get_int"});
+  EXPECT_EQ(complete(".fault vconf_get_int out"), Lines{"out.value="});
+  EXPECT_TRUE(contains(complete(".fault vconf_get_int result=0 "), "always"));
+}
+
+TEST_F(CompletionTest, KnobsAndLatenciesForSetAndGet) {
+  EXPECT_EQ(complete(".set coun"), Lines{"country"});
+  EXPECT_EQ(complete(".get main.mo"), Lines{"main.mode"});
+  EXPECT_EQ(complete(".set latency.vconf_set_i"), Lines{"latency.vconf_set_int"});
+  EXPECT_EQ(complete(".set country "), Lines{});
+}
+
+TEST_F(CompletionTest, OtherArguments) {
+  run(".vconf set db/x int 1");
+  run(".engine second");
+  EXPECT_EQ(complete(".vconf "), (Lines{"get", "set", "unset"}));
+  EXPECT_EQ(complete(".vconf get db/x"), Lines{"db/x"});
+  EXPECT_EQ(complete(".vconf set db/x "), (Lines{"int", "str"}));
+  EXPECT_EQ(complete(".trace "), (Lines{"off", "on"}));
+  EXPECT_EQ(complete(".log o"), (Lines{"off", "on"}));
+  EXPECT_EQ(complete(".help k"), Lines{"knobs"});
+  EXPECT_EQ(complete(".engine s"), Lines{"second"});
+}
+
+TEST_F(CompletionTest, FilesWhereFilesAreWanted) {
+  test::write(folder / "alpha.txt", "");
+  test::write(folder / "beta.txt", "");
+  std::filesystem::create_directory(folder / "below");
+  test::write(folder / "below/gamma", "");
+  EXPECT_EQ(complete(".source be"), (Lines{"below/", "beta.txt"}));
+  EXPECT_EQ(complete(".import below/"), Lines{"below/gamma"});
+  EXPECT_EQ(complete(".import nowhere/"), Lines{});
+}
+
+TEST(CommonStart, IsWhatAllWordsStartWith) {
+  EXPECT_EQ(commonStart({}), "");
+  EXPECT_EQ(commonStart({"abc"}), "abc");
+  EXPECT_EQ(commonStart({".reopen", ".reset", ".restart"}), ".re");
+  EXPECT_EQ(commonStart({"a", "b"}), "");
+  EXPECT_EQ(commonStart({"ab", "abc"}), "ab");
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

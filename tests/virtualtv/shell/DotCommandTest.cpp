@@ -1,0 +1,340 @@
+#include "shell/DotCommands.h"
+
+#include <algorithm>
+
+#include "seam/Seam.h"
+#include "set/Knobs.h"
+#include "shell/ImportFile.h"
+#include "virtualtv/shell/Support.h"
+
+namespace virtualtv::shell {
+namespace {
+
+using DotCommandTest = SessionTest;
+
+bool contains(const Lines& lines, const std::string& wanted) {
+  return std::find(lines.begin(), lines.end(), wanted) != lines.end();
+}
+
+TEST_F(DotCommandTest, TraceShowsTheCallsBehindTheReply) {
+  run("int 1");
+  EXPECT_EQ(run(".trace on"), "");
+  EXPECT_EQ(lines("read none"), (Lines{"int -7", "call vconf_get_int(key=\"none\") value=-7 -> -1"}));
+  EXPECT_EQ(lines("write a 5"), (Lines{"int 0", "call vconf_set_int(key=\"a\", value=5) -> 0"}));
+  EXPECT_EQ(lines("int 1"), Lines{"int 1"});
+  EXPECT_EQ(run(".trace off"), "");
+  EXPECT_EQ(lines("read a"), Lines{"int 5"});
+}
+
+TEST_F(DotCommandTest, TraceShowsTheCallsOfOpeningAnEngine) {
+  run(".trace on");
+  const std::string opening = "call vconf_get_int(key=\"opened\") value=0 -> -1";
+  EXPECT_EQ(lines("int 1"), (Lines{"int 1", opening}));
+  EXPECT_EQ(lines(".engine other"), Lines{opening});
+  EXPECT_EQ(lines(".engine main"), Lines{});
+  EXPECT_EQ(lines(".reopen"), Lines{opening});
+}
+
+TEST_F(DotCommandTest, TraceAndLogWantOnOrOff) {
+  EXPECT_EQ(run(".trace"), "error: usage: .trace on|off");
+  EXPECT_EQ(run(".trace yes"), "error: usage: .trace on|off");
+  EXPECT_EQ(run(".log"), "error: usage: .log on|off [LEVEL]");
+  EXPECT_EQ(run(".log on x"), "error: usage: .log on|off [LEVEL]");
+  EXPECT_EQ(run(".log off 3"), "error: usage: .log on|off [LEVEL]");
+}
+
+TEST_F(DotCommandTest, LogShowsMaskedMessagesWithTheirLevelOnOneLine) {
+  EXPECT_EQ(lines("log 3 before"), Lines{"empty"});
+  run(".log on");
+  EXPECT_EQ(lines("log 3 tuned"), (Lines{"empty", "log 3 tuned at *\\x0A"}));
+  EXPECT_EQ(lines("log 0 'a\\b'"), (Lines{"empty", "log 0 a\\\\b at *\\x0A"}));
+  run(".log off");
+  EXPECT_EQ(lines("log 0 after"), Lines{"empty"});
+}
+
+TEST_F(DotCommandTest, LogCanBeLimitedToALevel) {
+  run(".log on 0");
+  EXPECT_EQ(lines("log 3 x"), Lines{"empty"});
+  EXPECT_EQ(lines("log 0 x").size(), 2U);
+}
+
+TEST_F(DotCommandTest, CallsStandBeforeMessages) {
+  run("int 1");
+  run(".log on");
+  run(".trace on");
+  const Lines printed = lines("read none");
+  EXPECT_EQ(printed.size(), 2U);
+  EXPECT_EQ(lines("log 0 x"), (Lines{"empty", "log 0 x at *\\x0A"}));
+}
+
+TEST_F(DotCommandTest, FaultMakesACallFail) {
+  run("write a 5");
+  EXPECT_EQ(run(".fault vconf_get_int result=-1"), "");
+  EXPECT_EQ(run("read a"), "int -7");
+  EXPECT_EQ(run("read a"), "int 5");
+  run(".fault vconf_get_int out.value=9 always");
+  run(".trace on");
+  EXPECT_EQ(lines("read a"), (Lines{"int 9", "call vconf_get_int(key=\"a\") value=9 -> 0 [fault]"}));
+}
+
+TEST_F(DotCommandTest, FaultThatThrowsGoesThroughThePlugin) {
+  run("int 1");
+  run(".fault vconf_set_int result=throw");
+  EXPECT_EQ(run("write a 1"), "error: fault in vconf_set_int");
+}
+
+TEST_F(DotCommandTest, FaultsAreListedWithTheirHits) {
+  EXPECT_EQ(run(".fault"), "no faults");
+  run("int 1");
+  run(".fault vconf_get_int times=2 result=-1");
+  run(".fault vconf_set_int nth=3 always result=throw");
+  run("read a");
+  EXPECT_EQ(lines(".fault"), (Lines{"fault vconf_get_int times=2 result=-1 (hits: 1)",
+                                    "fault vconf_set_int nth=3 always result=throw (hits: 0)"}));
+  EXPECT_EQ(run(".fault clear"), "");
+  EXPECT_EQ(run(".fault"), "no faults");
+}
+
+TEST_F(DotCommandTest, ABadFaultIsAnErrorAndSetsNothing) {
+  EXPECT_TRUE(run(".fault vconf_get_int result=abc").starts_with("error: "));
+  EXPECT_TRUE(run(".fault vconf_get_int").starts_with("error: "));
+  EXPECT_EQ(run(".fault"), "no faults");
+  EXPECT_EQ(session->takeRemarks().findings, Lines{});
+}
+
+TEST_F(DotCommandTest, AnUnknownOperationIsAFinding) {
+  EXPECT_TRUE(run(".fault IService::Nothing result=0").starts_with("error: "));
+  EXPECT_TRUE(run(".set latency.IService::Nothing 5").starts_with("error: "));
+  EXPECT_TRUE(run(".get latency.Nothing").starts_with("error: "));
+  EXPECT_EQ(session->takeRemarks().findings,
+            (Lines{"unknown operation IService::Nothing", "unknown operation IService::Nothing",
+                   "unknown operation Nothing"}));
+}
+
+TEST_F(DotCommandTest, AFaultThatNeverHitIsAFindingWhenItGoes) {
+  const Lines finding{"a fault was never hit: vconf_set_str times=1 result=-1"};
+  for (const char* end : {".fault clear", ".restart", ".reset"}) {
+    run(".fault vconf_set_str result=-1");
+    EXPECT_EQ(session->takeRemarks().findings, Lines{});
+    run(end);
+    EXPECT_EQ(session->takeRemarks().findings, finding) << end;
+    EXPECT_EQ(run(".fault"), "no faults") << end;
+  }
+  run(".fault vconf_set_str result=-1");
+  session->noteIdleFaults();
+  EXPECT_EQ(session->takeRemarks().findings, finding);
+}
+
+TEST_F(DotCommandTest, AFaultThatHitOnceIsNoFinding) {
+  run("int 1");
+  run(".fault vconf_get_int times=5 result=-1");
+  run("read a");
+  run(".fault clear");
+  EXPECT_EQ(session->takeRemarks().findings, Lines{});
+}
+
+TEST_F(DotCommandTest, LatencyMovesTheClockOfTheSet) {
+  run("int 1");
+  run(".set latency.vconf_get_int 250");
+  run("read a");
+  run("read a");
+  EXPECT_EQ(run(".get clock"), "clock = 500");
+  EXPECT_EQ(run(".get latency.vconf_get_int"), "latency.vconf_get_int = 250");
+}
+
+TEST_F(DotCommandTest, WhyTellsWhatTheLastCommandDid) {
+  EXPECT_EQ(run(".why"), "error: no command has run yet");
+  run("int 1");
+  run("write a 5");
+  EXPECT_EQ(lines(".why"), (Lines{"command main 2: write a 5", "call vconf_set_int(key=\"a\", value=5) -> 0",
+                                  "key a unset -> int 5"}));
+  run(".get region");
+  run("write a 6");
+  EXPECT_TRUE(contains(lines(".why"), "key a int 5 -> int 6"));
+  run("log 3 x");
+  EXPECT_EQ(lines(".why"), (Lines{"command main 4: log 3 x", "log 3 x at *\\x0A"}));
+}
+
+TEST_F(DotCommandTest, WhyTellsOfAFailedCommandToo) {
+  run("int 1");
+  run(".fault vconf_set_int result=throw");
+  run("write a 5");
+  EXPECT_EQ(lines(".why"),
+            (Lines{"command main 2: write a 5", "call vconf_set_int(key=\"a\", value=5) -> throws [fault]"}));
+}
+
+TEST_F(DotCommandTest, GetAndSetReachTheKnobs) {
+  EXPECT_EQ(run(".set country 7"), "");
+  EXPECT_EQ(run(".get country"), "country = 7");
+  EXPECT_EQ(tv().state().country, 7);
+  EXPECT_TRUE(run(".set country seven").starts_with("error: "));
+  EXPECT_TRUE(run(".set nosuch 1").starts_with("error: "));
+  EXPECT_TRUE(run(".get nosuch").starts_with("error: "));
+  EXPECT_EQ(run(".set country"), "error: usage: .set NAME VALUE");
+  EXPECT_EQ(run(".get country 1"), "error: usage: .get [NAME]");
+}
+
+TEST_F(DotCommandTest, GetAloneListsTheKnobsWithTheirValues) {
+  const Lines listed = lines(".get");
+  EXPECT_EQ(listed.size(), knobNames(tv()).size());
+  EXPECT_TRUE(contains(listed, "main.source = " + getKnob(tv(), "main.source")));
+}
+
+TEST_F(DotCommandTest, SetTakesNamesWithOddUnits) {
+  run(".set service.#1.name '\"a\\uD800\\u0001b\"'");
+  EXPECT_EQ(run(".get service.#1.name"), "service.#1.name = \"a\\uD800\\u0001b\"");
+}
+
+TEST_F(DotCommandTest, VconfReadsWritesRemovesAndListsKeys) {
+  EXPECT_EQ(run(".vconf get a"), "unset");
+  EXPECT_EQ(run(".vconf set a int -5"), "");
+  EXPECT_EQ(run(".vconf get a"), "int -5");
+  EXPECT_EQ(run("read a"), "int -5");
+  EXPECT_EQ(run(".vconf set a str 'x \"y'"), "");
+  EXPECT_EQ(run(".vconf get a"), "str \"x \\\"y\"");
+  EXPECT_TRUE(contains(lines(".vconf"), "key a str \"x \\\"y\""));
+  EXPECT_EQ(run(".vconf unset a"), "");
+  EXPECT_EQ(run(".vconf get a"), "unset");
+  EXPECT_EQ(run(".vconf unset a"), "error: the key a is not set");
+}
+
+TEST_F(DotCommandTest, VconfIsUnseenByFaultsAndTrace) {
+  run("int 1");
+  run(".trace on");
+  run(".fault vconf_set_int always result=-1");
+  EXPECT_EQ(run(".vconf set a int 5"), "");
+  EXPECT_EQ(run(".vconf get a"), "int 5");
+}
+
+TEST_F(DotCommandTest, VconfRefusesWhatItDoesNotKnow) {
+  for (const char* bad : {".vconf get", ".vconf set a", ".vconf set a int", ".vconf nothing a", ".vconf get a b"}) {
+    EXPECT_TRUE(run(bad).starts_with("error: usage: .vconf")) << bad;
+  }
+  for (const char* bad : {".vconf set a int x", ".vconf set a int 9999999999", ".vconf set a bool 1"}) {
+    EXPECT_TRUE(run(bad).ends_with("int NUMBER or str TEXT is wanted")) << bad;
+  }
+}
+
+TEST_F(DotCommandTest, ImportReplacesTheServicesAndReportsWhatItCouldNotRead) {
+  test::write(folder / "list", smallList);
+  const Lines printed = lines(".import list");
+  ASSERT_EQ(printed.size(), 2U);
+  EXPECT_TRUE(printed[0].starts_with("list:2: ")) << printed[0];
+  EXPECT_EQ(printed[1], "imported 2 services, 1 line could not be read");
+  EXPECT_EQ(run(".get services"), "services = 2");
+}
+
+TEST_F(DotCommandTest, ImportCanAdd) {
+  const std::size_t before = std::stoul(getKnob(tv(), "services"));
+  test::write(folder / "list", smallList);
+  lines(".import --add list");
+  EXPECT_EQ(getKnob(tv(), "services"), std::to_string(before + 2));
+}
+
+TEST_F(DotCommandTest, ImportOfWhatIsNoListIsAnErrorAndKeepsTheServices) {
+  const std::string before = run(".get services");
+  test::write(folder / "noise", "hello\nworld\n");
+  EXPECT_EQ(run(".import noise"), "error: noise: not a channel list of a known format");
+  EXPECT_TRUE(run(".import none").starts_with("error: cannot read "));
+  EXPECT_EQ(run(".import"), "error: usage: .import FILE [--add]");
+  EXPECT_EQ(run(".import a b"), "error: usage: .import FILE [--add]");
+  EXPECT_EQ(run(".get services"), before);
+}
+
+TEST_F(DotCommandTest, ServicesShowsATable) {
+  test::write(folder / "list", smallList);
+  run(".import list");
+  run(".set service.#2.lock 1");
+  run(".set service.#2.hidden 1");
+  const Lines printed = lines(".services");
+  ASSERT_EQ(printed.size(), 4U);
+  EXPECT_TRUE(printed[0].starts_with("  KEY  ANTENNA      NUMBER  ID"));
+  EXPECT_NE(printed[1].find("#1   terrestrial  1"), std::string::npos) << printed[1];
+  EXPECT_TRUE(printed[1].ends_with("  -              \"One\"")) << printed[1];
+  EXPECT_TRUE(printed[2].ends_with("  locked,hidden  \"Two\"")) << printed[2];
+  EXPECT_EQ(printed[3], "2 of 2 services");
+}
+
+TEST_F(DotCommandTest, ServicesCanBeLimitedByNumberOrName) {
+  test::write(folder / "list", smallList);
+  run(".import list");
+  EXPECT_EQ(lines(".services 1").size(), 3U);
+  EXPECT_EQ(lines(".services 1").back(), "1 of 2 services");
+  EXPECT_TRUE(lines(".services tWO")[1].ends_with("\"Two\""));
+  EXPECT_EQ(lines(".services tWO").back(), "1 of 2 services");
+  EXPECT_EQ(lines(".services three"), Lines{"0 of 2 services"});
+}
+
+TEST_F(DotCommandTest, ServicesShowsWhatAServiceLacks) {
+  test::write(folder / "list", smallList);
+  run(".import list");
+  for (const char* field : {"major", "minor", "antenna", "name", "lock"})
+    run(".set service.#1." + std::string(field) + " unset");
+  bool found = false;
+  for (const std::string& line : lines(".services")) {
+    found = found || (line.starts_with("  #1   -            -") && line.ends_with("-      \"\""));
+  }
+  EXPECT_TRUE(found) << run(".services");
+}
+
+TEST_F(DotCommandTest, RestartKeepsWhatASetKeepsAndClosesTheEngines) {
+  run("write a 5");
+  run(".set country 9");
+  run("count");
+  EXPECT_EQ(run(".restart"), "");
+  EXPECT_EQ(run("count"), "int 1");
+  EXPECT_EQ(run("read a"), "int 5");
+  EXPECT_EQ(run(".get country"), "country = 9");
+}
+
+TEST_F(DotCommandTest, RestartEndsFaultsAndLatenciesButNotTheTrace) {
+  run(".trace on");
+  run(".fault vconf_get_int always result=-1");
+  run(".set latency.vconf_get_int 250");
+  run(".restart");
+  EXPECT_EQ(run(".fault"), "no faults");
+  EXPECT_EQ(run(".get latency.vconf_get_int"), "latency.vconf_get_int = 0");
+  EXPECT_EQ(lines("int 1").size(), 2U);
+}
+
+TEST_F(DotCommandTest, ResetGoesBackToTheFirstDay) {
+  const Lines first = lines(".get");
+  const Lines keys = lines(".vconf");
+  run(".app org.example.tv");
+  run("write a 5");
+  run(".set country 9");
+  run(".engine other");
+  run(".trace on");
+  run(".log on");
+  run(".set latency.vconf_get_int 250");
+  EXPECT_EQ(run(".reset"), "");
+  EXPECT_EQ(lines(".get"), first);
+  EXPECT_EQ(lines(".vconf"), keys);
+  EXPECT_EQ(run(".why"), "error: no command has run yet");
+  EXPECT_EQ(lines("count"), Lines{"int 1"});
+  EXPECT_EQ(run("app"), "ascii");
+  EXPECT_EQ(run(".engine"), "engine main (in use)");
+}
+
+TEST_F(DotCommandTest, ATableNamesEachCommandOnce) {
+  for (const DotCommand& command : dotCommands()) {
+    EXPECT_EQ(&dotCommand(std::string(command.name)), &command);
+    EXPECT_FALSE(command.help.empty());
+  }
+}
+
+TEST(ImportReport, CountsInWordsThatFit) {
+  Storage storage;
+  Tv tv(storage);
+  const ImportReport both = importServices(tv, "l", smallList, {});
+  EXPECT_TRUE(both.imported);
+  EXPECT_EQ(both.summary, "imported 2 services, 1 line could not be read");
+  const ImportReport none = importServices(tv, "l", "no channel\nno channel either\n", {import::Format::vdr, false});
+  EXPECT_FALSE(none.imported);
+  EXPECT_EQ(none.summary, "imported 0 services, 2 lines could not be read");
+  EXPECT_EQ(none.problems.size(), 2U);
+  EXPECT_EQ(getKnob(tv, "services"), "2");
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

@@ -1,0 +1,89 @@
+#include "shell/Files.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "virtualtv/shell/Support.h"
+
+namespace virtualtv::shell {
+namespace {
+
+namespace fs = std::filesystem;
+
+Lines namesIn(const fs::path& folder) {
+  Lines names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+  return names;
+}
+
+/// A file with this content.
+fs::path made(const fs::path& file, const std::string& content) {
+  test::write(file, content);
+  return file;
+}
+
+std::string reasonOf(const std::function<void()>& act) {
+  try {
+    act();
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "nothing was thrown";
+}
+
+TEST(ReadFile, GivesEveryByte) {
+  const TemporaryDirectory folder;
+  std::string content;
+  for (int byte = 0; byte < 200000; ++byte) content += static_cast<char>(byte);
+  EXPECT_EQ(readFile(made(folder / "f", content)), content);
+  EXPECT_EQ(readFile(made(folder / "e", "")), "");
+}
+
+TEST(ReadFile, SaysWhatCantBeRead) {
+  const TemporaryDirectory folder;
+  EXPECT_EQ(reasonOf([&] { readFile(folder / "none"); }),
+            "cannot read " + (folder / "none").string() + ": No such file or directory");
+  EXPECT_EQ(reasonOf([&] { readFile(folder.path()); }), "cannot read " + folder.path().string() + ": Is a directory");
+}
+
+TEST(ReplaceFile, PutsTheNewContentInPlaceAndLeavesNothingElseBehind) {
+  const TemporaryDirectory folder;
+  const fs::path file = made(folder / "f", "old");
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  replaceFile(file, "new");
+  EXPECT_EQ(test::contentOf(folder / "f"), "new");
+  EXPECT_EQ(namesIn(folder.path()), Lines{"f"});
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+}
+
+TEST(ReplaceFile, KeepsALinkALink) {
+  const TemporaryDirectory folder;
+  made(folder / "f", "old");
+  fs::create_symlink("f", folder / "link");
+  replaceFile(folder / "link", "new");
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_EQ(test::contentOf(folder / "f"), "new");
+}
+
+TEST(ReplaceFile, DoesNotMakeAFile) {
+  const TemporaryDirectory folder;
+  EXPECT_EQ(reasonOf([&] { replaceFile(folder / "none", "new"); }),
+            "cannot write " + (folder / "none").string() + ": No such file or directory");
+  EXPECT_EQ(namesIn(folder.path()), Lines{});
+}
+
+TEST(WriteFile, MakesOrOverwrites) {
+  const TemporaryDirectory folder;
+  writeFile(folder / "f", "one");
+  writeFile(folder / "f", "2");
+  EXPECT_EQ(test::contentOf(folder / "f"), "2");
+  EXPECT_EQ(reasonOf([&] { writeFile(folder / "no/f", "x"); }),
+            "cannot write " + (folder / "no/f").string() + ": No such file or directory");
+}
+
+TEST(WriteFile, AFullDiskIsAnError) {
+  EXPECT_EQ(reasonOf([] { writeFile("/dev/full", "x"); }), "cannot write /dev/full: No space left on device");
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

@@ -1,0 +1,93 @@
+#include "shell/Help.h"
+
+#include <algorithm>
+
+#include "seam/Seam.h"
+#include "set/Knobs.h"
+#include "shell/Catalogue.h"
+#include "shell/DotCommands.h"
+#include "virtualtv/shell/Support.h"
+
+namespace virtualtv::shell {
+namespace {
+
+using seam::Form;
+using seam::Operation;
+
+bool mentions(const Lines& lines, std::string_view text) {
+  return std::any_of(lines.begin(), lines.end(),
+                     [&](const std::string& line) { return line.find(text) != std::string::npos; });
+}
+
+bool accepted(const Operation& operation, const std::string& words) {
+  try {
+    seam::parseFault({std::string(operation.name), words});
+    return true;
+  } catch (const std::invalid_argument&) {
+    return false;
+  }
+}
+
+TEST(Help, TheOverviewNamesEachDotCommand) {
+  const Lines overview = helpOn("");
+  for (const DotCommand& command : dotCommands()) EXPECT_TRUE(mentions(overview, command.help)) << command.name;
+}
+
+TEST(Help, ListsEachPluginCommand) {
+  ASSERT_FALSE(catalogue().commands().empty());
+  const Lines listed = helpOn("commands");
+  for (const CatalogueCommand& command : catalogue()) EXPECT_TRUE(mentions(listed, command.help)) << command.name;
+}
+
+TEST(Help, TellsOfASinglePluginCommand) {
+  const Lines told = helpOn("GetSource");
+  EXPECT_TRUE(mentions(told, "GetSource seek"));
+  EXPECT_TRUE(mentions(told, "answers int"));
+}
+
+TEST(Help, ListsEachKnob) {
+  const Lines listed = helpOn("knobs");
+  for (const Knob& knob : knobs()) EXPECT_TRUE(mentions(listed, knob.name)) << knob.name;
+}
+
+TEST(Help, RefusesOtherTopics) {
+  EXPECT_THROW(helpOn("nothing"), std::invalid_argument);
+}
+
+TEST(HelpOnOperations, NamesEachOperation) {
+  const Lines listed = helpOn("operations");
+  for (const Operation& operation : seam::operations) EXPECT_TRUE(mentions(listed, operation.name)) << operation.name;
+}
+
+TEST(HelpOnOperations, SaysJustWhatAFaultTakes) {
+  const std::pair<std::string, const char*> ways[] = {
+      {"N", "-5"}, {"null", "null"}, {"unwritten", "unwritten"}, {"throw", "throw"}};
+  for (const Operation& operation : seam::operations) {
+    const std::string told = ", " + waysToFail(operation) + ", ";
+    const bool takesText = told.find(", TEXT, ") != std::string::npos;
+    for (const auto& [name, word] : ways) {
+      if (takesText && name == "N") continue;  // a number is a text too
+      EXPECT_EQ(told.find(", " + name + ", ") != std::string::npos, accepted(operation, "result=" + std::string(word)))
+          << operation.name << " " << name;
+    }
+    EXPECT_EQ(takesText, accepted(operation, "result=some text")) << operation.name;
+  }
+}
+
+TEST(HelpOnOperations, SaysWhichOutputsCanBeChosen) {
+  for (const Operation& operation : seam::operations) {
+    for (const seam::Output& output : operation.written()) {
+      std::string numbers = "1";
+      for (int more = 1; more < output.count; ++more) numbers += ",1";
+      const std::string value = output.form == Form::record       ? "{12=1}"
+                                : output.form == Form::records    ? "[{12=1}]"
+                                : output.form == Form::favourites ? "{1=1}"
+                                                                  : numbers;
+      EXPECT_EQ(!takenBy(output).empty(), accepted(operation, "out." + std::string(output.name) + "=" + value))
+          << operation.name << " " << output.name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

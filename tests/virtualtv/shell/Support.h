@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kel/CEmpAppBase.h"
+#include "kel/CEmpEngineBase.h"
+#include "shell/Session.h"
+#include "virtualtv/shell/SmallList.h"
+#include "virtualtv/support/Support.h"
+
+namespace virtualtv::shell {
+
+using test::TemporaryDirectory;
+
+/// A plug-in whose commands do what a test of the shell needs. Opening an engine reads the key "opened".
+///
+/// `int N`, `ascii TEXT`, `unicode TEXT`, `lines A B` (a text of two lines), `empty`, `refuse`, `refuse N`, `throw`,
+/// `echo p1..p4`, `app` and `widget` (who calls), `read KEY` and `write KEY N` (settings keys), `log LEVEL TEXT`,
+/// `count` (commands of this engine so far).
+class TestApp : public kel::CEmpAppBase {
+ public:
+  TestApp();
+  kel::CEmpEngineBase* CreateEmpEngine() override;
+
+  bool opens = true;  ///< false: no engine can be made
+};
+
+/// A session on a set in memory.
+class SessionTest : public ::testing::Test {
+ protected:
+  SessionTest() { session.emplace(app, storage, folder.path()); }
+  ~SessionTest() override { session.reset(); }
+
+  /// What an input prints, with line breaks between the lines.
+  std::string run(std::string_view input);
+  /// The same as lines.
+  Lines lines(std::string_view input) { return session->run(input); }
+  Tv& tv() { return session->rig().tv(); }
+
+  TemporaryDirectory folder;
+  TestApp app;
+  Storage storage;
+  std::optional<Session> session;
+};
+
+}  // namespace virtualtv::shell

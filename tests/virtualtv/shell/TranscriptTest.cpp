@@ -1,0 +1,56 @@
+#include "shell/Transcript.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace virtualtv::shell {
+namespace {
+
+TEST(TranscriptText, HasInputsWhatTheyPrintAndRemarks) {
+  const Transcript transcript = readTranscript("t", "# head\n\n> A 1\nint 1\n# tail\n \n>+ B\nascii |\n| x\n|\n> C\n");
+  EXPECT_EQ(transcript.opening, (Lines{"# head", ""}));
+  ASSERT_EQ(transcript.steps.size(), 3U);
+  EXPECT_EQ(transcript.steps[0].line, 3);
+  EXPECT_EQ(transcript.steps[0].input, "> A 1");
+  EXPECT_EQ(transcript.steps[0].output, Lines{"int 1"});
+  EXPECT_EQ(transcript.steps[0].remarks, (Lines{"# tail", " "}));
+  EXPECT_EQ(transcript.steps[1].line, 7);
+  EXPECT_EQ(transcript.steps[1].output, (Lines{"ascii |", "| x", "|"}));
+  EXPECT_EQ(transcript.steps[2].output, Lines{});
+}
+
+TEST(TranscriptText, IsWrittenAsItWasRead) {
+  for (const std::string text :
+       {"", "# only a remark\n", "> A\n", "# a\n\n> A\nint 1\n\n\n# b\n> B\n> C\nempty\n# c\n"}) {
+    EXPECT_EQ(writeTranscript(readTranscript("t", text)), text);
+  }
+}
+
+TEST(TranscriptText, TheLastLineNeedsNoLineBreak) {
+  const Transcript transcript = readTranscript("t", "> A\nint 1");
+  EXPECT_EQ(transcript.steps.at(0).output, Lines{"int 1"});
+  EXPECT_EQ(writeTranscript(transcript), "> A\nint 1\n");
+}
+
+TEST(TranscriptText, RefusesLinesThatCantStandThere) {
+  const std::pair<std::string, const char*> bad[] = {
+      {"int 1\n", "t:1: output before the first '>' line"},
+      {"# a\n\nint 1\n> A\n", "t:3: output before the first '>' line"},
+      {"> A\nint 1\n\nint 2\n", "t:4: output must directly follow its '>' line"},
+      {"> A\n# c\nint 2\n", "t:3: output must directly follow its '>' line"},
+      {std::string("> A\nb\0c\n", 8), "t:2: not a text in UTF-8"},
+      {"> A\n# \xff\n", "t:2: not a text in UTF-8"},
+  };
+  for (const auto& [text, reason] : bad) {
+    try {
+      readTranscript("t", text);
+      ADD_FAILURE() << reason;
+    } catch (const std::runtime_error& error) {
+      EXPECT_STREQ(error.what(), reason);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

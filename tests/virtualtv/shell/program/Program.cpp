@@ -1,0 +1,121 @@
+#include "virtualtv/shell/program/Program.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+namespace virtualtv::shell {
+
+namespace {
+
+constexpr int patience = 30000;  // milliseconds without a sign of life
+
+[[noreturn]] void become(const std::vector<std::string>& arguments) {
+  std::vector<std::string> words{EMP_WINDOW};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  ::execv(EMP_WINDOW, pointers.data());
+  std::_Exit(127);
+}
+
+int statusOf(int process) {
+  int status = 0;
+  if (::waitpid(process, &status, 0) != process || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
+void open(const std::filesystem::path& file, int flags, int descriptor) {
+  const int opened = ::open(file.c_str(), flags, 0600);
+  if (opened < 0 || ::dup2(opened, descriptor) < 0) std::_Exit(126);
+}
+
+/// Runs the program with its standard streams on files. @param prepare  is called in the new process.
+Ending runWith(const std::filesystem::path& folder, const std::vector<std::string>& arguments, const std::string& input,
+               const std::function<void()>& prepare) {
+  test::write(folder / "stdin", input);
+  const int process = ::fork();
+  if (process < 0) throw std::runtime_error("no process for the test");
+  if (process == 0) {
+    open(folder / "stdin", O_RDONLY, STDIN_FILENO);
+    open(folder / "stdout", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+    open(folder / "stderr", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    prepare();
+    become(arguments);
+  }
+  Ending run;
+  run.status = statusOf(process);
+  run.out = test::contentOf(folder / "stdout");
+  run.err = test::contentOf(folder / "stderr");
+  return run;
+}
+
+}  // namespace
+
+Ending ProgramTest::run(std::vector<std::string> arguments, const std::string& input) {
+  return runWith(folder.path(), arguments, input, [this] { ::setenv("XDG_STATE_HOME", (folder / "xdg").c_str(), 1); });
+}
+
+Ending ProgramTest::runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments) {
+  return runWith(folder.path(), arguments, "", [&] {
+    ::unsetenv("XDG_STATE_HOME");
+    ::unsetenv("HOME");
+    for (const std::string& setting : environment) ::putenv(const_cast<char*>(setting.c_str()));
+  });
+}
+
+std::string ProgramTest::made(const std::string& name, const std::string& content) const {
+  test::write(folder / name, content);
+  return (folder / name).string();
+}
+
+OnTerminal::OnTerminal(const std::vector<std::string>& arguments) {
+  const winsize size{40, 200, 0, 0};
+  process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
+  if (process_ < 0) throw std::runtime_error("no terminal for the test");
+  if (process_ == 0) {
+    ::setenv("TERM", "vt100", 1);
+    ::setenv("LC_ALL", "C.UTF-8", 1);
+    become(arguments);
+  }
+}
+
+OnTerminal::~OnTerminal() {
+  ::close(terminal_);
+  if (process_ > 0) {
+    ::kill(process_, SIGKILL);
+    wait();
+  }
+}
+
+void OnTerminal::type(const std::string& keys) const {
+  if (::write(terminal_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) ADD_FAILURE() << "can't type";
+}
+
+std::string OnTerminal::readUntil(const std::string& text) {
+  while (unread_.find(text) == std::string::npos) {
+    pollfd waiting{terminal_, POLLIN, 0};
+    char chunk[4096];
+    const ssize_t count = ::poll(&waiting, 1, patience) == 1 ? ::read(terminal_, chunk, sizeof chunk) : 0;
+    if (count <= 0) return std::exchange(unread_, {});
+    unread_.append(chunk, static_cast<std::size_t>(count));
+  }
+  const std::string shown = unread_.substr(0, unread_.find(text) + text.size());
+  unread_.erase(0, shown.size());
+  return shown;
+}
+
+int OnTerminal::wait() {
+  return statusOf(std::exchange(process_, -1));
+}
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "virtualtv/support/Support.h"
+
+namespace virtualtv::shell {
+
+/// What a run of the program left behind.
+struct Ending {
+  int status = -1;  ///< its exit status, -1 when a signal ended it
+  std::string out;
+  std::string err;
+};
+
+/// Starts the program, `emp-window`, with a state directory of its own.
+class ProgramTest : public ::testing::Test {
+ protected:
+  /// Runs it to its end. @param input  what stands on its standard input.
+  Ending run(std::vector<std::string> arguments, const std::string& input = "");
+  /// Runs it with these settings of the environment and none of its own for the state directory.
+  Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
+
+  std::filesystem::path state() const { return folder / "state"; }
+  /// A file in the test's folder. @return its path.
+  std::string made(const std::string& name, const std::string& content) const;
+
+  test::TemporaryDirectory folder;
+};
+
+/// The program on a terminal of its own, as a person has it.
+class OnTerminal {
+ public:
+  explicit OnTerminal(const std::vector<std::string>& arguments);
+  OnTerminal(const OnTerminal&) = delete;
+  OnTerminal& operator=(const OnTerminal&) = delete;
+  ~OnTerminal();
+
+  void type(const std::string& keys) const;
+  /// Reads what the terminal shows until `text` has come. @return what came, up to and with it; all that came when the
+  /// program ends before, or shows nothing for long.
+  std::string readUntil(const std::string& text);
+  /// Waits for the end of the program. @return its exit status.
+  int wait();
+
+ private:
+  int terminal_ = -1;
+  int process_ = -1;
+  std::string unread_;
+};
+
+}  // namespace virtualtv::shell

@@ -1,0 +1,313 @@
+#include "virtualtv/shell/program/Program.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "store/StateDirectory.h"
+#include "virtualtv/shell/SmallList.h"
+
+namespace virtualtv::shell {
+namespace {
+
+namespace fs = std::filesystem;
+
+int lineCount(const std::string& text) {
+  return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
+
+/// One line, of the program, that says all these things.
+void expectError(const Ending& run, const std::vector<std::string>& mentioned) {
+  EXPECT_NE(run.status, 0);
+  EXPECT_EQ(lineCount(run.err), 1) << run.err;
+  EXPECT_TRUE(run.err.starts_with("emp-window: ")) << run.err;
+  for (const std::string& text : mentioned) EXPECT_NE(run.err.find(text), std::string::npos) << run.err;
+}
+
+// exec
+
+TEST_F(ProgramTest, ExecPrintsTheReplyAsATranscriptShowsIt) {
+  const Ending number = run({"exec", "GetSource", "2"});
+  EXPECT_EQ(number.out, "int 0\n");
+  EXPECT_EQ(number.status, 0);
+  EXPECT_EQ(number.err, "");
+  EXPECT_EQ(run({"exec", "GetCurrentChannel_Name"}).out, "unicode \"Lighthouse One\"\n");
+  EXPECT_TRUE(run({"exec", "GetFullChannelList"}).out.starts_with("ascii |\n| {\n"));
+}
+
+TEST_F(ProgramTest, ExecEndsWithOneWhenThePluginRefuses) {
+  const Ending refused = run({"exec", "NoSuchCommand"});
+  EXPECT_EQ(refused.out, "refused\n");
+  EXPECT_EQ(refused.err, "");
+  EXPECT_EQ(refused.status, 1);
+}
+
+TEST_F(ProgramTest, ExecRawPrintsTheBareReply) {
+  EXPECT_EQ(run({"exec", "--raw", "GetSource", "2"}).out, "0\n");
+  EXPECT_EQ(run({"exec", "--raw", "GetCurrentChannel_Name"}).out, "Lighthouse One\n");
+  const std::string document = run({"exec", "--raw", "GetFullChannelList"}).out;
+  EXPECT_TRUE(document.starts_with("{\n")) << document.substr(0, 80);
+  EXPECT_TRUE(document.ends_with("}\n"));
+  EXPECT_FALSE(document.ends_with("\n\n"));
+  const Ending refused = run({"exec", "--raw", "NoSuchCommand"});
+  EXPECT_EQ(refused.out, "");
+  EXPECT_EQ(refused.status, 1);
+}
+
+TEST_F(ProgramTest, ExecPassesArgumentsAsTheyAre) {
+  const auto logged = [&](std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"--log", "0", "exec"});
+    return run(std::move(arguments)).err;
+  };
+  EXPECT_NE(logged({"GetSource", "-1", "--raw", "--", "shell"}).find("[GetSource][-1][--raw][--][shell]"),
+            std::string::npos);
+  EXPECT_NE(logged({"GetSource", "a b", "", "\"c'", "--help"}).find("[GetSource][a b][][\"c'][--help]"),
+            std::string::npos);
+  EXPECT_NE(logged({"GetSource", "--state", "/x"}).find("[GetSource][--state][/x]"), std::string::npos);
+}
+
+TEST_F(ProgramTest, ExecRefusesWhatItCantPass) {
+  const Ending tooMany = run({"exec", "GetSource", "1", "2", "3", "4", "5"});
+  expectError(tooMany, {"GetSource", "5 parameters", "at most 4"});
+  EXPECT_EQ(tooMany.out, "");
+  expectError(run({"exec"}), {"exec", "name of a command"});
+  expectError(run({"exec", "--nosuch", "GetSource"}), {"exec", "--nosuch"});
+}
+
+// The state directory.
+
+TEST_F(ProgramTest, KeepsItsStateFromRunToRun) {
+  EXPECT_EQ(run({"shell"}, ".vconf set db/kel/current_source_type int 3\n").status, 0);
+  EXPECT_EQ(run({}, ".vconf get db/kel/current_source_type\n").out, "> .vconf get db/kel/current_source_type\nint 3\n");
+  EXPECT_EQ(run({"--state", state().string(), "shell"}, ".vconf get db/kel/current_source_type\n").out,
+            "> .vconf get db/kel/current_source_type\nunset\n");
+}
+
+TEST_F(ProgramTest, StateStandsInTheXdgFolderOrInTheHome) {
+  EXPECT_EQ(runIn({"XDG_STATE_HOME=" + (folder / "xdg").string()}, {"exec", "GetSource"}).status, 0);
+  EXPECT_TRUE(fs::exists(folder / "xdg/emp-window/tv.db"));
+  EXPECT_EQ(runIn({"HOME=" + (folder / "home").string(), "XDG_STATE_HOME=relative"}, {"exec", "GetSource"}).status, 0);
+  EXPECT_TRUE(fs::exists(folder / "home/.local/state/emp-window/tv.db"));
+  expectError(runIn({}, {"exec", "GetSource"}), {"state", "--state DIR"});
+}
+
+TEST_F(ProgramTest, AStateDirectoryThatCantBeHadIsAnError) {
+  const std::string file = made("file", "");
+  const Ending isFile = run({"--state", file, "exec", "GetSource"});
+  expectError(isFile, {file});
+  EXPECT_EQ(isFile.out, "");
+}
+
+TEST_F(ProgramTest, AStateDirectoryThatAnotherProcessHoldsIsAnErrorThatNamesIt) {
+  const StateDirectory held(state());
+  expectError(run({"--state", state().string(), "exec", "GetSource"}), {state().string(), std::to_string(::getpid())});
+}
+
+TEST_F(ProgramTest, ADamagedDatabaseIsAnErrorAndStaysAsItIs) {
+  fs::create_directory(state());
+  made("state/tv.db", std::string(8192, 'x'));
+  expectError(run({"--state", state().string(), "exec", "GetSource"}), {(state() / "tv.db").string()});
+  EXPECT_EQ(test::contentOf(state() / "tv.db"), std::string(8192, 'x'));
+}
+
+// The shell on a pipe.
+
+TEST_F(ProgramTest, APipedShellPrintsATranscript) {
+  const Ending piped = run({}, "# a comment\n\nGetSource 2\n> GetSource 2\n+ NoSuch 1\n");
+  EXPECT_EQ(piped.out, "# a comment\n\n> GetSource 2\nint 0\n> GetSource 2\nint 0\n>+ NoSuch 1\nrefused int -1\n");
+  EXPECT_EQ(piped.status, 0);
+  EXPECT_EQ(run({"check", made("t", piped.out)}).status, 0);
+}
+
+TEST_F(ProgramTest, APipedShellNeedsNoLineBreakAtTheEnd) {
+  EXPECT_EQ(run({"shell"}, "GetSource 2").out, "> GetSource 2\nint 0\n");
+  EXPECT_EQ(run({"shell"}, "GetSource 2\r\n").out, "> GetSource 2\nint 0\n");
+  EXPECT_EQ(run({"shell"}, "").out, "");
+}
+
+TEST_F(ProgramTest, BadInputOnAPipeIsAnErrorWithItsLine) {
+  const Ending quotes = run({"shell"}, "GetSource 2\nGetSource 'x\n");
+  expectError(quotes, {"standard input:2: ", "no closing '"});
+  EXPECT_EQ(quotes.out, "> GetSource 2\nint 0\n> GetSource 'x\nerror: no closing ' for the one at column 11\n");
+  expectError(run({"shell"}, "GetSource 1 2 3 4 5\n"), {"standard input:1: ", "5 parameters"});
+  expectError(run({"shell"}, ".nosuch\n"), {"standard input:1: ", ".nosuch"});
+  expectError(run({"shell"}, ".import " + (folder / "none").string() + "\n"), {(folder / "none").string()});
+}
+
+TEST_F(ProgramTest, LogLinesGoToStandardErrorUpToTheLevel) {
+  EXPECT_EQ(run({"exec", "GetSource"}).err, "");
+  const std::string routine = run({"--log", "0", "exec", "GetSource"}).err;
+  EXPECT_NE(routine.find("log 0 CEmpEngineWindow::Execute Command[GetSource] Finish result[1].\n"), std::string::npos);
+  EXPECT_EQ(routine.find("log 3 "), std::string::npos);
+  EXPECT_NE(run({"--log", "3", "exec", "GetSource"}).err.find("log 3 "), std::string::npos);
+  expectError(run({"--log", "much", "exec", "GetSource"}), {"--log"});
+}
+
+// import
+
+TEST_F(ProgramTest, ImportReportsLinesItCouldNotReadAndCountsBoth) {
+  const std::string list = made("list", smallList);
+  const Ending imported = run({"import", list});
+  EXPECT_EQ(imported.out, "imported 2 services, 1 line could not be read\n");
+  EXPECT_EQ(lineCount(imported.err), 1);
+  EXPECT_TRUE(imported.err.starts_with(list + ":2: ")) << imported.err;
+  EXPECT_EQ(imported.status, 0);
+  EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 2\n");
+}
+
+TEST_F(ProgramTest, ImportReadsStandardInput) {
+  const Ending imported = run({"import", "-"}, smallList);
+  EXPECT_TRUE(imported.err.starts_with("standard input:2: ")) << imported.err;
+  EXPECT_EQ(imported.status, 0);
+}
+
+TEST_F(ProgramTest, ImportReplacesOrAdds) {
+  run({"import", made("list", smallList)});
+  run({"import", "--add", made("more", "Three;Net:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:3:1:1:0\n")});
+  EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 3\n");
+  run({"import", made("list", smallList)});
+  EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 2\n");
+}
+
+TEST_F(ProgramTest, AnImportThatBringsNothingFailsAndKeepsTheServices) {
+  run({"import", made("list", smallList)});
+  const Ending nothing = run({"import", "--format", "vdr", made("noise", "no channel\n")});
+  EXPECT_EQ(nothing.out, "imported 0 services, 1 line could not be read\n");
+  EXPECT_EQ(nothing.status, 1);
+  expectError(run({"import", made("binary", std::string("\0\x01\xff\xfe", 4))}), {"binary", "not a channel list"});
+  expectError(run({"import", (folder / "none").string()}), {(folder / "none").string(), "No such file"});
+  expectError(run({"import", folder.path().string()}), {folder.path().string(), "directory"});
+  expectError(run({"import", "--format", "other", made("list", smallList)}), {"--format", "other"});
+  EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 2\n");
+}
+
+TEST_F(ProgramTest, ImportedServicesAnswerCommands) {
+  run({"import", made("list", smallList)});
+  EXPECT_EQ(run({"exec", "GetCurrentChannel_Name"}).out, "unicode \"One\"\n");
+}
+
+// check
+
+TEST_F(ProgramTest, CheckEndsWithZeroOnlyWhenAllPass) {
+  const std::string good = made("good", "> GetSource 2\nint 0\n");
+  const std::string bad = made("bad", "> GetSource 2\nint 5\n");
+  EXPECT_EQ(run({"check", good}).status, 0);
+  const Ending both = run({"check", good, bad});
+  EXPECT_EQ(both.status, 1);
+  EXPECT_NE(both.out.find("-int 5\n+int 0\n"), std::string::npos) << both.out;
+  EXPECT_EQ(run({"check", "--update", bad}).status, 0);
+  EXPECT_EQ(test::contentOf(bad), "> GetSource 2\nint 0\n");
+}
+
+TEST_F(ProgramTest, CheckWritesAJunitReport) {
+  const std::string report = (folder / "report.xml").string();
+  EXPECT_EQ(run({"check", made("good", "> GetSource 2\nint 0\n"), "--junit", report}).status, 0);
+  EXPECT_NE(test::contentOf(report).find("<testsuite "), std::string::npos);
+  expectError(run({"check", (folder / "good").string(), "--junit", (folder / "none/r.xml").string()}), {"none/r.xml"});
+}
+
+TEST_F(ProgramTest, CheckDoesNotTouchTheState) {
+  run({"check", made("t", "> .vconf set a int 1\n")});
+  EXPECT_FALSE(fs::exists(folder / "xdg"));
+  expectError(run({"--state", state().string(), "check", (folder / "t").string()}), {"--state", "check"});
+}
+
+TEST_F(ProgramTest, CheckSaysWhatItCantRead) {
+  expectError(run({"check", (folder / "none").string()}), {(folder / "none").string()});
+  expectError(run({"check", made("binary", std::string("\x7f"
+                                                       "ELF\0\x01",
+                                                       6))}),
+              {"binary:1", "not a text"});
+  expectError(run({"check"}), {"FILE"});
+}
+
+// The command line itself.
+
+TEST_F(ProgramTest, TellsItsVersionAndItsUse) {
+  const Ending version = run({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "emp-window, plug-in Window 0001 1.003\n");
+  const Ending help = run({"--help"});
+  EXPECT_EQ(help.status, 0);
+  for (const char* word : {"shell", "exec", "check", "import", "--state", "--log"}) {
+    EXPECT_NE(help.out.find(word), std::string::npos) << word;
+  }
+}
+
+TEST_F(ProgramTest, ArgumentsThatItDoesNotKnowAreAnError) {
+  expectError(run({"nonsense"}), {"nonsense"});
+  expectError(run({"--nonsense"}), {"--nonsense"});
+  expectError(run({"shell", "more"}), {"more"});
+  EXPECT_FALSE(fs::exists(folder / "xdg"));
+}
+
+TEST_F(ProgramTest, OutputThatCantBeWrittenIsAnError) {
+  const std::string program = EMP_WINDOW;
+  const std::string command = "XDG_STATE_HOME='" + folder.path().string() + "' '" + program +
+                              "' exec GetFullChannelList >/dev/full 2>'" + (folder / "err").string() + "'";
+  EXPECT_NE(std::system(command.c_str()), 0);  // NOLINT: the shell opens the full device
+  EXPECT_EQ(test::contentOf(folder / "err"), "emp-window: cannot write to standard output\n");
+}
+
+// The terminal.
+
+class TerminalTest : public ProgramTest {
+ protected:
+  std::vector<std::string> arguments() const { return {"--state", state().string(), "shell"}; }
+};
+
+TEST_F(TerminalTest, PromptsAnswersAndEndsWithTheInput) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("GetSource 2\n");
+  EXPECT_NE(terminal.readUntil("> ").find("int 0\r\n"), std::string::npos);
+  terminal.type("\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, ErrorsAreShownOnceAndDoNotEndIt) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type(".nosuch\n");
+  const std::string shown = terminal.readUntil("> ");
+  EXPECT_NE(shown.find("error: there is no command '.nosuch'"), std::string::npos);
+  EXPECT_EQ(shown.find("emp-window:"), std::string::npos);
+  terminal.type("\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, TabCompletesOrListsAsAComment) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("GetCurrentChannel_Na\t\n");
+  EXPECT_NE(terminal.readUntil("\n> ").find("unicode \"Lighthouse One\""), std::string::npos);
+  terminal.type(".re\t");
+  EXPECT_NE(terminal.readUntil(".restart").find("\n# .reopen .reset .restart"), std::string::npos);
+  terminal.type("\x15\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, RemembersWhatWasTyped) {
+  {
+    OnTerminal terminal(arguments());
+    terminal.readUntil("> ");
+    terminal.type("GetSource 2\n");
+    terminal.readUntil("> ");
+    terminal.type("\x04");
+    terminal.readUntil("nothing more");
+  }
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("\x10\n");  // the line before
+  const std::string shown = terminal.readUntil("int 0");
+  EXPECT_NE(shown.find("GetSource 2"), std::string::npos) << shown;
+}
+
+}  // namespace
+}  // namespace virtualtv::shell
