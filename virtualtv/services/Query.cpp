@@ -39,7 +39,7 @@ std::string conditionOn(int fieldId) {
   return "key IN (SELECT service FROM raw_field WHERE field = " + std::to_string(fieldId) + " AND value = ?)";
 }
 
-std::string fetched(const QueryShape& shape) {
+std::string columns(const QueryShape& shape) {
   std::string list;
   for (const int fieldId : shape.fetch) list += (list.empty() ? "" : ", ") + valueOf(fieldId);
   return list.empty() ? "NULL" : list;
@@ -96,12 +96,12 @@ void ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool
 }
 
 std::string sqlOf(const QueryShape& shape) {
-  return "SELECT " + fetched(shape) + " FROM service" + conditions(shape) + order(shape);
+  return "SELECT " + columns(shape) + " FROM service" + conditions(shape) + order(shape);
 }
 
 Query::Query(Database& database, QueryShape shape)
     : shape_(std::move(shape)), statement_(database, sqlOf(shape_), "look up services") {
-  for (const int fieldId : shape_.fetch) columns_.push_back({fieldId, knownField(fieldId)});
+  for (const int fieldId : shape_.fetch) fetched_.push_back({fieldId, knownField(fieldId)});
   for (const int fieldId : shape_.where) conditions_.push_back(knownField(fieldId));
 }
 
@@ -116,14 +116,14 @@ int Query::bindConditions(const std::vector<std::uint64_t>& values) {
 }
 
 void Query::read(const Rows& rows, TCServiceData& record) {
-  int column = 0;
-  for (const Column& fetched : columns_) {
-    if (rows.isInteger(column)) {
-      record.Set(fetched.fieldId, fromColumn(fetched.field, rows.integer(column)));
-    } else if (!rows.isNull(column)) {
-      readText(fetched.fieldId, rows.bytes(column), record);
+  int number = 0;
+  for (const Fetched& fetched : fetched_) {
+    const Column column = rows[number++];
+    if (column.isInteger()) {
+      record.Set(fetched.fieldId, fromColumn(fetched.field, column.integer()));
+    } else if (!column.isNull()) {
+      readText(fetched.fieldId, column.bytes(), record);
     }
-    ++column;
   }
 }
 

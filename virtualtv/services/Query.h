@@ -77,13 +77,13 @@ class Query {
   int bindConditions(const std::vector<std::uint64_t>& values);
   void readText(int fieldId, Bytes bytes, TCServiceData& record);
 
-  struct Column {
+  struct Fetched {
     int fieldId;
     const KnownField* field;
   };
 
   QueryShape shape_;
-  std::vector<Column> columns_;
+  std::vector<Fetched> fetched_;
   std::vector<const KnownField*> conditions_;
   std::vector<unsigned short> units_;  ///< kept to be filled again
   Statement statement_;

@@ -187,8 +187,10 @@ int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode, s
   Rows rows = query.start(question_.values);
   int count = 0;
   for (; rows.next(); ++count) {
-    auto record = std::make_unique<TCServiceData>();
-    query.read(rows, *record);
+    // A copy takes just the memory that it needs; the one that is filled keeps its own.
+    scratch_.Clear();
+    query.read(rows, scratch_);
+    auto record = std::make_unique<TCServiceData>(scratch_);
     records.push_back(record.get());
     static_cast<void>(record.release());
   }

@@ -106,6 +106,7 @@ class ServiceStore {
   ServiceTables tables_;
   QueryCache queries_;
   Question question_;
+  TCServiceData scratch_;
   Statement size_;
   Statement keys_;
   Statement spotOf_;

@@ -65,9 +65,4 @@ std::string Rows::text(int column) const {
   return text == nullptr ? std::string() : std::string(text, text + length);
 }
 
-Bytes Rows::bytes(int column) const {
-  const auto* start = static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
-  return {start, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
-}
-
 }  // namespace virtualtv

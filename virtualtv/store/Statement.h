@@ -17,6 +17,25 @@ using Bytes = std::span<const std::byte>;
 
 class Rows;
 
+/// One column of a row, for those who look at it more than once. Bytes are valid until the run goes on.
+class Column {
+ public:
+  bool isNull() const { return sqlite3_value_type(value_) == SQLITE_NULL; }
+  bool isInteger() const { return sqlite3_value_type(value_) == SQLITE_INTEGER; }
+  std::int64_t integer() const { return sqlite3_value_int64(value_); }
+  Bytes bytes() const {
+    const auto* start = static_cast<const std::byte*>(sqlite3_value_blob(value_));
+    return {start, static_cast<std::size_t>(sqlite3_value_bytes(value_))};
+  }
+
+ private:
+  friend class Rows;
+
+  explicit Column(sqlite3_value* value) : value_(value) {}
+
+  sqlite3_value* value_;
+};
+
 /// A statement that is prepared at its first use and kept, to be run any number of times, one run at a time. All its
 /// operations throw `StoreError`.
 class Statement {
@@ -75,11 +94,12 @@ class Rows {
 
   /// Columns of the row, counted from 0. Bytes are valid until the next call of `next`.
 
-  bool isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
-  bool isInteger(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_INTEGER; }
-  std::int64_t integer(int column) const { return sqlite3_column_int64(statement_, column); }
+  Column operator[](int column) const { return Column(sqlite3_column_value(statement_, column)); }
+  bool isNull(int column) const { return (*this)[column].isNull(); }
+  bool isInteger(int column) const { return (*this)[column].isInteger(); }
+  std::int64_t integer(int column) const { return (*this)[column].integer(); }
+  Bytes bytes(int column) const { return (*this)[column].bytes(); }
   std::string text(int column) const;
-  Bytes bytes(int column) const;
 
  private:
   friend class Statement;

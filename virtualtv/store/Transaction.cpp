@@ -13,10 +13,8 @@ Transaction::Transaction(Database& database, std::string action)
 
 Transaction::~Transaction() {
   if (committed_) return;
-  const bool lost = database_.transactionIsLost();
   --database_.transactions_;
-  if (lost) return;
-  // Should undoing fail as well, the file's log still ends at the last commit, and so does what the next start reads.
+  // Should this fail, SQLite has undone it already, or does so when the file is opened the next time.
   sqlite3_exec(database_.handle(), nested_ ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

@@ -49,6 +49,7 @@ class DatabaseFile : public testing::Test {
 
   TemporaryDirectory directory;
   const std::filesystem::path file = directory / "a.db";
+  const std::filesystem::path log = directory / "a.db-wal";
 };
 
 TEST_F(DatabaseFile, KeepsItsRows) {
@@ -71,7 +72,7 @@ TEST_F(DatabaseFile, KeepsWhatWasCommittedWhenTheProcessDies) {
     std::_Exit(0);
   });
   ASSERT_EQ(end, "");
-  ASSERT_GT(std::filesystem::file_size(file.string() + "-wal"), 0U);
+  ASSERT_GT(std::filesystem::file_size(log), 0U);
   Database database(file, oldSchema);
   EXPECT_EQ(count(database), 2);
 }
@@ -85,7 +86,7 @@ TEST_F(DatabaseFile, KeepsNothingOfATransactionInWhichTheProcessDies) {
     std::_Exit(0);
   });
   ASSERT_EQ(end, "");
-  ASSERT_GT(std::filesystem::file_size(file.string() + "-wal"), 1'000'000U);
+  ASSERT_GT(std::filesystem::file_size(log), 1'000'000U);
   Database database(file, oldSchema);
   EXPECT_EQ(count(database), 1);
 }
@@ -184,11 +185,43 @@ TEST_F(DatabaseFile, WithADamagedHeaderIsLeftAloneTogetherWithTheLogOfAProcessTh
     std::_Exit(0);
   });
   overwrite(file, 0, std::string(100, '\x5a'));
-  const std::string log = file.string() + "-wal";
   const std::string before = contentOf(file);
   const std::string logBefore = contentOf(log);
   ASSERT_FALSE(logBefore.empty());
   EXPECT_EQ(failureToOpen(), failure("open it: the file is damaged, or is not a database"));
+  EXPECT_EQ(contentOf(file), before);
+  EXPECT_EQ(contentOf(log), logBefore);
+}
+
+TEST_F(DatabaseFile, OfANewerVersionIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
+  inChild([&]() -> std::string {
+    Database database(file, newSchema);
+    add(database);
+    std::_Exit(0);
+  });
+  const std::string before = contentOf(file);
+  const std::string logBefore = contentOf(log);
+  ASSERT_FALSE(logBefore.empty());
+  EXPECT_EQ(failureToOpen(), failure("open it: a newer version of this program wrote it"));
+  EXPECT_EQ(contentOf(file), before);
+  EXPECT_EQ(contentOf(log), logBefore);
+}
+
+TEST_F(DatabaseFile, ThatProvesDamagedIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
+  make(100);
+  inChild([&]() -> std::string {
+    Database database(file, oldSchema);
+    add(database);
+    std::_Exit(0);
+  });
+  overwrite(file, std::filesystem::file_size(file) / 2 / 4096 * 4096, std::string(4096, '\x5a'));
+  const std::string before = contentOf(file);
+  const std::string logBefore = contentOf(log);
+  ASSERT_FALSE(logBefore.empty());
+  {
+    Database database(file, oldSchema);
+    EXPECT_EQ(failureOf([&] { count(database); }), failure("count the things: the file is damaged"));
+  }
   EXPECT_EQ(contentOf(file), before);
   EXPECT_EQ(contentOf(log), logBefore);
 }
