@@ -1,5 +1,6 @@
 #include "kel/EmpMain.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <memory>
 
@@ -8,6 +9,7 @@
 
 /// The entry drops what this returns, so that the process ends here.
 int kel::EmpMain(int argc, char** argv, CEmpAppBase* app) {
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a full disk, which is told, not died of
   std::unique_ptr<CEmpAppBase> owned(app);
   const int status = owned ? virtualtv::shell::runCommandLine(argc, argv, *owned) : virtualtv::shell::unusable;
   owned.reset();
