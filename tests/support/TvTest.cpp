@@ -46,7 +46,7 @@ Answer answer(bool accepted, const std::string& ret) {
   return answer;
 }
 
-std::vector<std::string> words(const std::string& text) {
+std::vector<std::string> split(const std::string& text) {
   std::istringstream stream(text);
   std::vector<std::string> found;
   for (std::string word; stream >> word;) found.push_back(word);
@@ -142,8 +142,8 @@ void TvTest::forget() {
   lines_.clear();
 }
 
-void TvTest::fault(const std::string& description) {
-  Seam::instance().add(virtualtv::seam::parseFault(words(description)));
+void TvTest::fault(const std::string& words) {
+  Seam::instance().add(virtualtv::seam::parseFault(split(words)));
 }
 
 void TvTest::clearFaults() {

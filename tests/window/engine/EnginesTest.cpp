@@ -112,6 +112,15 @@ TEST_F(EnginesTest, AWorkerThatCannotSeedItsKeysIsToldOfAndKept) {
   EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 7");
 }
 
+TEST_F(EnginesTest, AWorkerThatThrowsWhileItConnectsIsToldOfAndKept) {
+  breakLog("resolution is RES_1920x1080");
+  EXPECT_TRUE(open());
+  const Lines lines = logs();
+  EXPECT_EQ(Lines(lines.end() - 3, lines.end()), (Lines{"0 Exception Handled by CEmpEngineWindow no log",
+                                                        banner(3, "CEmpEngineWindow", engineFile), engineStands}));
+  EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 7");
+}
+
 TEST_F(EnginesTest, AnEngineWhoseWorkerLacksAProxyMakesItLater) {
   for (const char* factory : engine::factories) {
     for (const char* way : {"result=1", "result=null", "result=throw"}) {

@@ -9,7 +9,6 @@
 namespace {
 
 using support::commandLogs;
-using support::join;
 using support::Lines;
 using support::place;
 using virtualtv::framework::LogLine;

@@ -2,7 +2,6 @@
 
 namespace sources {
 
-using support::join;
 using support::leveled;
 
 const std::string askState = "ISourceControl[main#1]::GetSourceState() state=2 -> 1";
