@@ -43,11 +43,11 @@ Value ChannelType(const TCServiceData& service, int fieldId) {
 /// What an operation of the families reads and logs. The formats of the indexed family take the operation's name, the
 /// index and the value, those of the others the name and the value; a value is given as stored and as answered.
 struct CEmpTaskWindow::FieldQuery {
-  const char* function;
-  int fieldId;
-  Value (*read)(const TCServiceData&, int);
-  const char* null;
-  const char* end;
+  const char* function = nullptr;
+  int fieldId = 0;
+  Value (*read)(const TCServiceData&, int) = nullptr;
+  const char* null = nullptr;
+  const char* end = nullptr;
   const char* beforeEnd = nullptr;
   bool logsPlace = true;
   bool logsServiceId = true;

@@ -58,8 +58,8 @@ class TSTvMode : public TCMarshalable {
 /// A satellite transponder.
 class TSTransponder : public TCMarshalable {
  public:
-  TSTransponder(unsigned short id, ESatelliteId satelliteId, int frequency, unsigned short symbolRate,
-                EDVBSPolarisation polarisation, EDVBFECInner fecInner);
+  TSTransponder(unsigned short transponderId, ESatelliteId satellite, int frequencyKhz, unsigned short symbols,
+                EDVBSPolarisation polarisationCode, EDVBFECInner fec);
 
   unsigned short id;  ///< 65535 when unknown
   ESatelliteId satelliteId;

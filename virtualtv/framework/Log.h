@@ -20,8 +20,8 @@ struct LogLine {
 void setLogLevel(int level);
 int logLevel();
 
-/// Calls `listener` with each message that passes; an empty function for nobody. A location line is held back
+/// Calls `heard` with each message that passes; an empty function for nobody. A location line is held back
 /// until its message comes.
-void setLogListener(std::function<void(const LogLine&)> listener);
+void setLogListener(std::function<void(const LogLine&)> heard);
 
 }  // namespace virtualtv::framework

@@ -14,7 +14,7 @@ struct Rendered {
 /// Renders a printf format. All conversions of printf are understood but for positional arguments and wide
 /// characters; "%n" writes nothing. What differs from run to run is known by its place in the format: "%p", and
 /// the number behind "LINE=[", "pid = ", "sigStrength is " or the error banner's second name.
-/// @param arguments  as `va_start` left them, one for each conversion; used up afterwards.
-Rendered render(const char* format, va_list arguments);
+/// @param list  as `va_start` left them, one for each conversion; used up afterwards.
+Rendered render(const char* format, va_list list);
 
 }  // namespace virtualtv::framework

@@ -13,7 +13,7 @@
 namespace virtualtv {
 
 namespace embedded {
-extern const std::string_view DefaultSet;
+extern const std::string_view defaultSet;
 }
 
 namespace {
@@ -148,7 +148,7 @@ SetDescription readSet(std::string_view document) {
 }
 
 const SetDescription& embeddedSet() {
-  static const SetDescription set = readSet(embedded::DefaultSet);
+  static const SetDescription set = readSet(embedded::defaultSet);
   return set;
 }
 

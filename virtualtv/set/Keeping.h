@@ -17,7 +17,7 @@ namespace virtualtv {
 /// What a storage is made of. Used by the set alone.
 struct Storage::Parts {
   Parts();
-  explicit Parts(const std::filesystem::path& directory);
+  explicit Parts(const std::filesystem::path& path);
 
   std::optional<StateDirectory> directory;
   Database database;

@@ -7,7 +7,7 @@
 namespace virtualtv::shell {
 
 /// All of a file. @throws std::runtime_error `cannot read FILE: REASON`.
-std::string readFile(const std::filesystem::path& file);
+std::string readFile(const std::filesystem::path& path);
 
 /// Puts `content` in the place of a file's, all of it or nothing: whoever opens the file meanwhile finds the old
 /// content or the new one. A link stays a link, and the file keeps its permissions.
@@ -15,6 +15,6 @@ std::string readFile(const std::filesystem::path& file);
 void replaceFile(const std::filesystem::path& file, std::string_view content);
 
 /// Writes a file, made where it does not exist. @throws std::runtime_error `cannot write FILE: REASON`.
-void writeFile(const std::filesystem::path& file, std::string_view content);
+void writeFile(const std::filesystem::path& path, std::string_view content);
 
 }  // namespace virtualtv::shell
