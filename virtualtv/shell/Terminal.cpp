@@ -64,7 +64,8 @@ class Editor {
     el_set(editor_.get(), EL_EDITOR, "emacs");
     el_set(editor_.get(), EL_SIGNAL, 1);
     el_set(editor_.get(), EL_HIST, history, history_.get());
-    el_set(editor_.get(), EL_ADDFN, "complete", "completes the word before the cursor", complete);
+    // The wide form, as the other one copies both texts and never frees them.
+    el_wset(editor_.get(), EL_ADDFN, L"complete", L"completes the word before the cursor", complete);
     el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
     el_source(editor_.get(), nullptr);
   }
