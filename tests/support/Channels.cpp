@@ -92,6 +92,10 @@ Lines noService() {
   return {"0 src_ctrl_proxy is NULL t_eWindow =0", "0 CEmpTaskWindow svc_proxy create is FAIL!!"};
 }
 
+std::string head(const std::string& call) {
+  return call.substr(0, call.find(") ") + 1);
+}
+
 Lines withoutConditions(const Lines& calls) {
   const std::string before = " criteria=";
   std::string conditions;

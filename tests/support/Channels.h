@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -33,6 +32,9 @@ using support::place;
 /// What the worker logs when the proxy is missing and can't be made.
 Lines noNavigation();
 Lines noService();
+
+/// A call as a trace shows it, without what it wrote and answered.
+std::string head(const std::string& call);
 
 /// Calls as a trace shows them, with the conditions that the TV chose for a navigation replaced by the word CRITERIA,
 /// where they were asked for and where they were used.

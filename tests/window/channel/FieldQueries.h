@@ -79,7 +79,13 @@ Lines end(const FieldQuery& query, const std::string& id, int read, int answered
 class FieldTest : public ChannelTest {
  protected:
   /// Gives the channel that each family asks for the record of this text.
-  void give(const std::string& record);
+  void give(const std::string& text);
+};
+
+/// The same with an engine.
+class FieldCommandTest : public ChannelEngineTest {
+ protected:
+  void give(const std::string& text);
 };
 
 }  // namespace channels

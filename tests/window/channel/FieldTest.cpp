@@ -8,8 +8,8 @@
 
 namespace {
 
-using channels::ChannelEngineTest;
 using channels::Family;
+using channels::FieldCommandTest;
 using channels::fieldQueries;
 using channels::FieldQuery;
 using channels::FieldTest;
@@ -57,8 +57,8 @@ std::string recordWith(int field, const std::string& stored) {
   return id + major + (stored.empty() ? "" : "," + text(field) + "=" + stored) + "}";
 }
 
-/// Asks for a number and holds result, answer and log lines against what is expected.
-void expectNumber(FieldTest&, support::WorkerProbe& worker, const FieldQuery& query, int answered) {
+/// Asks for a number and holds result and answer against what is expected.
+void expectNumber(support::WorkerProbe& worker, const FieldQuery& query, int answered) {
   Output output;
   EXPECT_EQ(query.ask(worker, &output), 1);
   EXPECT_EQ(output.value(), answered);
@@ -75,7 +75,7 @@ TEST_F(FieldTest, NumbersAreReadAtTheirFamilysWidthAndMissingOnesAsItsDefault) {
       SCOPED_TRACE(query.name + " " + value.stored);
       give(recordWith(query.field, value.stored));
       const int expected = query.reading == Reading::unsigned16 ? value.unsigned16 : value.signed32;
-      expectNumber(*this, worker, query, expected);
+      expectNumber(worker, query, expected);
       const int major = query.field == TCServiceData::MAJOR ? value.unsigned16 : 5;
       EXPECT_EQ(logs(), join({channels::begin(query), channels::lookup(query, "281", text(major)),
                               channels::end(query, "281", expected, expected)}));
@@ -89,7 +89,7 @@ TEST_F(FieldTest, TypesAreMappedToThePlugins) {
     for (const auto& [stored, mapped] : types) {
       SCOPED_TRACE(query.name + " " + text(stored));
       give(recordWith(query.field, text(stored)));
-      expectNumber(*this, worker, query, mapped);
+      expectNumber(worker, query, mapped);
       EXPECT_EQ(logs(), join({channels::begin(query), channels::lookup(query, "281", "5"),
                               channels::end(query, "281", stored, mapped)}));
     }
@@ -101,7 +101,7 @@ TEST_F(FieldTest, AMissingTypeReadsAsNone) {
     if (query.reading != Reading::type) continue;
     SCOPED_TRACE(query.name);
     give(recordWith(query.field, ""));
-    expectNumber(*this, worker, query, 0);
+    expectNumber(worker, query, 0);
     EXPECT_EQ(logs().back(), channels::end(query, "281", -1, 0).back());
   }
 }
@@ -203,18 +203,6 @@ TEST_F(FieldTest, OnlyTheChannelIsAskedFor) {
         << asked[1];
   }
 }
-
-class FieldCommandTest : public ChannelEngineTest {
- protected:
-  /// Gives the channel of each family the record of this text.
-  void give(const std::string& record) {
-    clearFaults();
-    fault("IServiceNavigation::GetServiceList out.services=[" + record + "," + record + "]");
-    ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
-    fault("IServiceNavigation::GetCurrentService always out.service=" + record);
-    fault("IService::FindService always out.service=" + record);
-  }
-};
 
 TEST_F(FieldCommandTest, CommandsAnswerTheNumber) {
   give("{12=281,1=9,2=34,13=70000,14=2,15=300,18=1051,41=8442}");

@@ -8,10 +8,10 @@
 
 namespace {
 
-using channels::banner;
 using channels::caught;
 using channels::ChannelEngineTest;
 using channels::ChannelTest;
+using channels::head;
 using channels::join;
 using channels::withoutConditions;
 using support::Lines;
@@ -39,11 +39,6 @@ const std::vector<std::string> serviceLogs{
     "TRANSPORT_STREAM_ID = 1051, ORIGINAL_NETWORK_ID = 8442",
     "3 SERVICE_ID = 283,FREQUENCY = 594000,PROGRAM_NUMBER= 30,CHANNEL_TYPE = 1,MAJOR = 9,MINOR = 0, "
     "TRANSPORT_STREAM_ID = 1051, ORIGINAL_NETWORK_ID = 8442"};
-
-/// A call as far as its outputs.
-std::string head(const std::string& call) {
-  return call.substr(0, call.find(" services="));
-}
 
 class FindChannel : public ChannelTest {
  protected:

@@ -12,15 +12,11 @@ using channels::banner;
 using channels::caught;
 using channels::ChannelEngineTest;
 using channels::ChannelTest;
+using channels::head;
 using channels::join;
 using support::Lines;
 
 using Outcomes = std::vector<std::pair<std::string, Lines>>;
-
-/// A call as far as the record that it filled.
-std::string head(const std::string& call) {
-  return call.substr(0, call.find(" service="));
-}
 
 /// The ways in which a call that answers a positive number fails, with the lines that the operation logs then.
 Outcomes failures(const std::string& function, const std::string& call, const Lines& lines) {

@@ -9,8 +9,6 @@
 
 namespace {
 
-using channels::ChannelEngineTest;
-using channels::Family;
 using channels::fieldQueries;
 using channels::FieldQuery;
 using channels::FieldTest;
@@ -144,16 +142,7 @@ TEST_F(NameTest, OfAnIndexedChannelWithoutOneFailsForNameAlone) {
   }
 }
 
-class NameCommandTest : public ChannelEngineTest {
- protected:
-  void give(const std::string& record) {
-    clearFaults();
-    fault("IServiceNavigation::GetServiceList out.services=[" + record + "," + record + "]");
-    ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
-    fault("IServiceNavigation::GetCurrentService always out.service=" + record);
-    fault("IService::FindService always out.service=" + record);
-  }
-};
+class NameCommandTest : public channels::FieldCommandTest {};
 
 TEST_F(NameCommandTest, CommandsAnswerTheNameWithoutTheMark) {
   for (const std::u16string name : {u"News 24", u"Новости", u"日本"}) {

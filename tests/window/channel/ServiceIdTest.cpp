@@ -12,16 +12,12 @@ using channels::banner;
 using channels::caught;
 using channels::ChannelEngineTest;
 using channels::ChannelTest;
+using channels::head;
 using channels::join;
 using support::Lines;
 
 _PL_WINDOW_CHANNEL_TYPE type(int number) {
   return static_cast<_PL_WINDOW_CHANNEL_TYPE>(number);
-}
-
-/// A call as far as the record that it filled.
-std::string head(const std::string& call) {
-  return call.substr(0, call.find(" service="));
 }
 
 std::string prefix(const std::string& function) {
