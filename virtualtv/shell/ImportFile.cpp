@@ -10,13 +10,13 @@ std::string count(std::size_t number, const char* thing) {
   return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
 }
 
-import::Format formatOf(const std::string& name, std::string_view content, const ImportOptions& options){
-    const auto format = options.format ? options.format : import::recognise(content);
-if (!format) throw std::runtime_error(name + ": not a channel list of a known format");
-return *format;
-}  // namespace
+auto formatOf(const std::string& name, std::string_view content, const ImportOptions& options) -> import::Format {
+  const auto format = options.format ? options.format : import::recognise(content);
+  if (!format) throw std::runtime_error(name + ": not a channel list of a known format");
+  return *format;
+}
 
-}  // namespace virtualtv::shell
+}  // namespace
 
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options) {
   const import::Result read = import::read(content, formatOf(name, content, options));
