@@ -90,7 +90,7 @@ TEST_F(LogTest, RendersEachConversionAsPrintfDoes) {
   CKELDebug::PrintLog(2, 0, "%d|%5d|%-5d|%05d|%+d|%i|%u|%x|%X|%o|%c|%%", -7, 42, 42, 42, 42, 3, 4000000000U, 255, 255,
                       8, 'z');
   CKELDebug::PrintLog(2, 0, "%ld|%lu|%lld|%llu|%zu|%hd|%hhu", -8L, 8UL, -9LL, 18446744073709551615ULL, std::size_t{7},
-                      70000, 300);
+                      short{4464}, static_cast<unsigned char>(44));
   CKELDebug::PrintLog(2, 0, "%s|%.2s|%5s|%-5s|%*d|%.*s", "text", "text", "t", "t", 4, 1, 3, "abcdef");
   CKELDebug::PrintLog(2, 0, "%.2f|%g|%e", 1.5, 0.25, 1000.0);
   ASSERT_EQ(lines.size(), 4U);

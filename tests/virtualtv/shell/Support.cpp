@@ -34,10 +34,10 @@ class TestEngine : public kel::CEmpEngineBase {
     if (cmd == "echo") SetReturnValueASCII(ret, ("[" + p1 + "][" + p2 + "][" + p3 + "][" + p4 + "]").c_str());
     if (cmd == "app") SetReturnValueASCII(ret, GetAppInfo(kel::eAPP_INFO_APP_ID).c_str());
     if (cmd == "widget") SetReturnValueASCII(ret, GetAppInfo(kel::eAPP_INFO_WIDGET_ID).c_str());
-    if (cmd == "unicode") Unicode(ret, p1);
-    if (cmd == "read") Read(ret, p1);
+    if (cmd == "unicode") unicode(ret, p1);
+    if (cmd == "read") read(ret, p1);
     if (cmd == "write") SetReturnValueInteger(ret, vconf_set_int(p1.c_str(), numberFrom(p2)));
-    if (cmd == "log") Log(numberFrom(p1), p2);
+    if (cmd == "log") log(numberFrom(p1), p2);
     return cmd != "refuse";
   }
 
@@ -49,20 +49,20 @@ class TestEngine : public kel::CEmpEngineBase {
   }
 
  private:
-  void Unicode(std::string& ret, const std::string& text) {
+  void unicode(std::string& ret, const std::string& text) {
     std::vector<unsigned short> units;
     for (const char16_t unit : text::toUnits(text)) units.push_back(unit);
     units.push_back(0);
     SetReturnValueUNICODE(ret, units.data());
   }
 
-  void Read(std::string& ret, const std::string& key) {
+  void read(std::string& ret, const std::string& key) {
     int value = -7;
     vconf_get_int(key.c_str(), &value);
     SetReturnValueInteger(ret, value);
   }
 
-  void Log(int level, const std::string& text) {
+  void log(int level, const std::string& text) {
     kel::CKELDebug::PrintLog(2, level, "[KEL][%s(%d)] ", "Log", 1);
     kel::CKELDebug::PrintLog(2, level, "%s at %p\n", text.c_str(), static_cast<void*>(this));
   }

@@ -3,10 +3,10 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <functional>
 #include <stdexcept>
@@ -22,6 +22,7 @@ constexpr int patience = 30000;  // milliseconds without a sign of life
   std::vector<std::string> words{EMP_WINDOW};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   ::execv(EMP_WINDOW, pointers.data());
@@ -109,7 +110,7 @@ std::string OnTerminal::readUntil(const std::string& text) {
     if (count <= 0) return std::exchange(unread_, {});
     unread_.append(chunk, static_cast<std::size_t>(count));
   }
-  const std::string shown = unread_.substr(0, unread_.find(text) + text.size());
+  std::string shown = unread_.substr(0, unread_.find(text) + text.size());
   unread_.erase(0, shown.size());
   return shown;
 }
