@@ -27,6 +27,13 @@ int Do(W& worker, int (W::*operation)(First, Second), const Arguments& in) {
   return (worker.*operation)(static_cast<First>(in.number[0]), static_cast<Second>(in.number[1]));
 }
 
+int Do(W& worker, int (W::*operation)(), const Arguments&) {
+  return (worker.*operation)();
+}
+int Do(W& worker, bool (W::*operation)(), const Arguments&) {
+  return (worker.*operation)() ? 1 : 0;
+}
+
 template <typename Out>
 int Get(W& worker, int (W::*operation)(Out), const Arguments&, Out out) {
   return (worker.*operation)(out);
@@ -177,6 +184,41 @@ int GetCurrentChannelInfo(const Call& call) {
   return AnswerIfOne(call, result, text, result);
 }
 
+int SetSource(const Call& call) {
+  constexpr int unparsed = 101;
+  const int seek = call.in.parsed[1] ? call.in.number[1] : unparsed;
+  const int result =
+      call.worker.SetSource(static_cast<_PL_WINDOW_Source>(call.in.number[0]), static_cast<_PL_WINDOW_SEEK>(seek));
+  call.reply.Integer(result);
+  return result;
+}
+
+int SetChannelByServiceid(const Call& call) {
+  const int result = call.worker.SetChannelByServiceid(call.in.id);
+  call.reply.Integer(result);
+  return result;
+}
+
+int GetSignalStrength(const Call& call) {
+  unsigned char strength = 0;
+  const int result = call.worker.GetSignalStrength(&strength);
+  AnswerValue(call, result, strength);
+  return result;
+}
+
+int SetDVBSIChannelDirectEx(const Call& call) {
+  const int result = call.worker.SetDVBSIChannelDirectEx(*call.in.text, call.in.number[1]);
+  call.reply.Integer(result);
+  return result;
+}
+
+int SetChannelDirect(const Call& call) {
+  const Arguments& in = call.in;
+  const int result = call.worker.SetChannelDirect(in.number[0], in.number[1], in.number[2], in.number[3]);
+  call.reply.Integer(result);
+  return result;
+}
+
 // Parameters.
 
 constexpr Parameter Dec() {
@@ -187,6 +229,13 @@ constexpr Parameter Num(int preset) {
 }
 constexpr Parameter Required(int preset) {
   return {Parse::num, preset, true};
+}
+
+constexpr Parameter U64() {
+  return {Parse::u64, 0, false};
+}
+constexpr Parameter AsText() {
+  return {Parse::text, 0, false};
 }
 
 // Presets of answers that stand for "unknown".
@@ -206,8 +255,15 @@ constexpr Command kCommands[] = {
     {"GetCurrentChannel_ServiceName",       {},                      Answer::name, 0, Name<&W::GetCurrentChannel_ServiceName>},
     {"GetCurrentChannel_TransportStreamID", {},                      Answer::value, 0, Value<&W::GetCurrentChannel_TransportStreamID>},
     {"GetCurrentChannel_Type",              {},                      Answer::value, kUnknownType, Value<&W::GetCurrentChannel_Type>},
+    {"SetChannel",                          {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetChannel>},
+    {"SetChannel_PTC",                      {{Dec()}},               Answer::code, 0, Code<&W::SetChannel_PTC>},
+    {"SetChannel_Seek",                     {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetChannel_Seek>},
+    {"SetChannelByServiceid",               {{U64()}},               Answer::code, 0, SetChannelByServiceid},
     {"GetSource",                           {{Num(-1)}},             Answer::value, kUnknownSource, GetSource},
+    {"SetSource",                           {{Required(0), Num(0)}}, Answer::code, 0, SetSource},
+    {"SetSourceAndTune",                    {{Required(0), Required(0)}}, Answer::code, 0, Code<&W::SetSourceAndTune>},
     {"GetPreviousSource",                   {},                      Answer::value, kUnknownPreviousSource, Value<&W::GetPreviousSource>},
+    {"SetPreviousSource",                   {},                      Answer::code, 0, Code<&W::SetPreviousSource>},
     {"FindChannel",                         {{Dec(), Dec()}},        Answer::code, 0, Code<&W::FindChannel>},
     {"GetChannel_Major",                    {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_Major>},
     {"GetChannel_Minor",                    {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_Minor>},
@@ -221,9 +277,11 @@ constexpr Command kCommands[] = {
     {"GetChannel_Size",                     {},                      Answer::value, 0, Value<&W::GetChannel_Size>},
     {"GetChannel_ServiceId",                {{Num(0), Num(0), Num(0)}}, Answer::ascii, 0, GetChannelServiceId},
     {"GetChannel_OnTVJson",                 {{Dec()}},               Answer::textOrCode, 0, GetChannelOnTVJson},
+    {"DisconnectSource",                    {},                      Answer::code, 0, Code<&W::DisconnectSource>},
     {"SetTVMode",                           {{Required(-1)}},        Answer::code, 0, Code<&W::SetTVMode>},
     {"GetTVMode",                           {},                      Answer::value, -1, GetTVMode},
     {"GetFullChannelList",                  {},                      Answer::textOrNone, 0, GetFullChannelList},
+    {"GetSignalStrength",                   {},                      Answer::value, 0, GetSignalStrength},
     {"GetCurrentChannelInfo",               {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
     {"GetCurrentChannel",                   {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
     {"GetStartChannel_Type",                {},                      Answer::value, kUnknownType, Value<&W::GetStartChannel_Type>},
@@ -234,6 +292,8 @@ constexpr Command kCommands[] = {
     {"GetStartChannel_Info",                {},                      Answer::textOrCode, 0, Text<&W::GetStartChannel_Info>},
     {"GetPreviousChannelInfo",              {},                      Answer::textOrCode, 0, Text<&W::GetPreviousChannelInfo>},
     {"GetSourceState",                      {},                      Answer::value, 0, Value<&W::GetSourceState>},
+    {"SetDVBSIChannelDirectEx",             {{AsText(), Required(-1)}}, Answer::code, 0, SetDVBSIChannelDirectEx},
+    {"SetChannelDirect",                    {{Required(-1), Required(-1), Required(-1), Num(-1)}}, Answer::code, 0, SetChannelDirect, 1},
     // clang-format on
 };
 

@@ -19,6 +19,7 @@ enum class Parse {
   dec,   ///< decimal digits at the front, 0 for garbage; clamped to the range of `int`
   num,   ///< a whole decimal number; anything else does not parse and reads as the preset
   u64,   ///< unsigned 64-bit: decimal, 0x hexadecimal or 0 octal digits at the front
+  text,  ///< taken as it is
 };
 
 struct Parameter {
@@ -35,6 +36,7 @@ struct Arguments {
   std::array<bool, kParameters> parsed{};
   std::array<bool, kParameters> given{};  ///< the text is not empty
   unsigned long long id = 0;              ///< of `u64`
+  const std::string* text = nullptr;      ///< of `text`
 };
 
 /// What a command answers. Negative worker results are always answered as they are, as a number.

@@ -47,6 +47,9 @@ bool ReadArguments(const Command& command, const std::array<const std::string*, 
       case Parse::u64:
         in.id = std::strtoull(text.c_str(), nullptr, 0);
         break;
+      case Parse::text:
+        in.text = &text;
+        break;
     }
   }
   return complete;

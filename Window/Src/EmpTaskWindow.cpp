@@ -123,6 +123,7 @@ CEmpTaskWindow::~CEmpTaskWindow() {
 void CEmpTaskWindow::Destroy() {
   KEL_LOG(kInformation, "[CEmpTaskWindow::Destroy][%p] begin.", static_cast<void*>(this));
   t_ClearChannelList();
+  DestroyD2TVManagerInstance();
   KEL_LOG(kInformation, "[CEmpTaskWindow::Destroy][%p] end.", static_cast<void*>(this));
 }
 

@@ -10,6 +10,7 @@
 #include "Criteria.h"
 #include "EmpTaskWindow.h"
 #include "ServiceFields.h"
+#include "ServiceList.h"
 #include "TaskFile.h"
 #include "Ucs2Text.h"
 #include "tvservice/IServiceNavigation.h"
@@ -22,17 +23,6 @@ namespace kel {
 namespace {
 
 using S = TCServiceData;
-
-/// Records handed over by the TV service; deleted when the list goes.
-struct ServiceList {
-  ServiceList() = default;
-  ServiceList(const ServiceList&) = delete;
-  ServiceList& operator=(const ServiceList&) = delete;
-  ~ServiceList() {
-    for (TCServiceData* service : services) delete service;
-  }
-  std::list<TCServiceData*> services;
-};
 
 std::string ServiceIdText(const TCServiceData& service) {
   std::array<char, 33> text{};

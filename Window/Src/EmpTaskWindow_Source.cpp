@@ -5,6 +5,7 @@
 
 #include "Ask.h"
 #include "EmpTaskWindow.h"
+#include "SourceKeys.h"
 #include "TaskFile.h"
 #include "kel/CEmpEngineBase.h"
 #include "settings/vconf.h"
@@ -16,19 +17,6 @@ namespace {
 
 constexpr const char* kMainSource = "db/emp/mainsource";
 constexpr const char* kPublishedSource = "db/kel/current_source_type";
-
-bool ReadKey(const char* function, const char* key, int& value) {
-  return Try(function, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
-}
-
-bool WriteKey(const char* function, const char* key, int value) {
-  return Try(function, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
-}
-
-bool IsPreviousSourceSeek(_PL_WINDOW_SEEK eSeek) {
-  return eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_6 || eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_8 ||
-         eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_9;
-}
 
 }  // namespace
 
@@ -225,12 +213,16 @@ bool CEmpTaskWindow::t_SeedKey(const char* key, int nSource) {
 }
 
 bool CEmpTaskWindow::t_UpdateSourceVconf(int nNewSource, int nPreviousSource) {
-  if (!t_RecordSource(__func__, m_PreviousSourceVconf, nPreviousSource)) return false;
+  return t_RecordSources(__func__, nNewSource, nPreviousSource);
+}
+
+bool CEmpTaskWindow::t_RecordSources(const char* function, int nNewSource, int nPreviousSource) {
+  if (!t_RecordSource(function, m_PreviousSourceVconf, nPreviousSource)) return false;
   if (!t_SetTVMWMainSourcevconf(m_SourceVconf.c_str(), nNewSource)) {
-    KEL_LOG(kFailure, "t_SetTVMWMainSourcevconf failed");
+    KEL_LOG_AS(function, kFailure, "t_SetTVMWMainSourcevconf failed");
     return false;
   }
-  return t_RecordSource(__func__, m_SourceVconf, nNewSource);
+  return t_RecordSource(function, m_SourceVconf, nNewSource);
 }
 
 bool CEmpTaskWindow::t_RecordSource(const char* function, const std::string& key, int nSource) {

@@ -1,11 +1,17 @@
-// Finding a channel by its numbers. Calls IService and IServiceNavigation.
+// Changing the channel, and finding one by its numbers. Calls IServiceNavigation, IService, ISourceControl,
+// ITunerControl, TCNavigationModeHelper, vconf and the engine's GetAppInfo.
+#include <cstdint>
 #include <cstdio>
 
-#include "Ask.h"
 #include "Criteria.h"
 #include "EmpTaskWindow.h"
 #include "ServiceFields.h"
+#include "SourceKeys.h"
 #include "TaskFile.h"
+#include "tvservice/IServiceNavigation.h"
+#include "tvservice/ISourceControl.h"
+#include "tvservice/ITunerControl.h"
+#include "tvservice/TCNavigationModeHelper.h"
 
 namespace kel {
 
@@ -18,6 +24,211 @@ constexpr int kFirstChannelType = 1;
 constexpr int kLastChannelType = 9;
 
 }  // namespace
+
+// The shared steps.
+
+int CEmpTaskWindow::t_TuneService(const char* function, unsigned long long serviceId, const std::string& appId) {
+  const int result = Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+    return navigation.TuneService(serviceId, 0, 0, appId);
+  });
+  return result > 0 ? 1 : 0;
+}
+
+int CEmpTaskWindow::t_TuneToService(const char* function, unsigned long long serviceId, const std::string& appId,
+                                    const char* notTv) {
+  _PL_WINDOW_Source ePLSource = PL_WINDOW_SOURCE_UNKNOWN;
+  if (t_GetCurrentSourceInfo(ePLSource) && ePLSource == PL_WINDOW_SOURCE_TV) {
+    KEL_LOG_AS(function, kInformation, "Current source is TV, ePLSource = %d", static_cast<int>(ePLSource));
+    return t_TuneService(function, serviceId, appId);
+  }
+  if (notTv != nullptr) KEL_LOG_AS(function, kInformation, "%s", notTv);
+  // The switch's own result does not count; whether the keys agree does.
+  Ask(function, src_ctrl_proxy,
+      [&](ISourceControl& control) { return control.SetSource(SOURCE_TV, serviceId, appId); });
+  int nCurSourceVconf = -1;
+  if (!ReadKey(function, m_SourceVconf.c_str(), nCurSourceVconf)) {
+    KEL_LOG_AS(function, kFailure, "Get the vconf %s fails", m_SourceVconf.c_str());
+    return 0;
+  }
+  if (nCurSourceVconf == PL_WINDOW_SOURCE_TV) {
+    KEL_LOG_AS(function, kInformation, "nCurSourceVconf is PL_WINDOW_SOURCE_TV");
+    return 1;
+  }
+  if (!t_UpdateSourceVconf(PL_WINDOW_SOURCE_TV, nCurSourceVconf)) {
+    KEL_LOG_AS(function, kFailure, "Update the vconf fails");
+    return 0;
+  }
+  return 1;
+}
+
+/// Tunes to the first service of the database that meets the criteria.
+int CEmpTaskWindow::t_TuneToFound(const char* function, TCCriteriaHelper& criteria) {
+  TCServiceData service;
+  if (t_FindService(function, criteria, service) < 1) return 0;
+  const unsigned long long serviceId = ReadServiceId(service);
+  KEL_LOG_AS(function, kInformation, "SERVICE_ID=[%llu]", serviceId);
+  return t_TuneToService(function, serviceId, t_GetAppId(function));
+}
+
+bool CEmpTaskWindow::t_CheckTuningproxies(const char* function) {
+  if (!t_CheckServiceproxy()) {
+    KEL_LOG_AS(function, kFailure, "Serviceproxy is NULL");
+    return false;
+  }
+  if (!t_CheckSourceControlproxy()) {
+    KEL_LOG_AS(function, kFailure, "SourceControlproxy is NULL");
+    return false;
+  }
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG_AS(function, kFailure, "ServiceNavigationproxy is NULL");
+    return false;
+  }
+  return true;
+}
+
+// The commands.
+
+int CEmpTaskWindow::SetChannel(int nMajor, int nMinor) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (!t_CheckTuningproxies(__func__)) return 0;
+  KEL_LOG(kInformation, "nMajor=[%d] nMinor=[%d]", nMajor, nMinor);
+  TCCriteriaHelper criteria;
+  criteria.Fetch(S::SERVICE_ID);
+  constexpr int failed = 0;
+  const int filled = Try(__func__, failed, [&] {
+    return TCNavigationModeHelper::GetOptimumCriteria(static_cast<unsigned short>(nMajor),
+                                                      static_cast<unsigned short>(nMinor), criteria, NAVIGATION_ALL);
+  });
+  if (filled == 0) return 0;
+  TCServiceData service;
+  const int found = Ask(__func__, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+    return navigation.GetOptimumService(criteria, service, AnyMode());
+  });
+  if (found < 1) {
+    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    return 0;
+  }
+  const unsigned long long serviceId = ReadServiceId(service);
+  KEL_LOG(kInformation, "SERVICE_ID=[%llu]", serviceId);
+  return t_TuneToService(__func__, serviceId, t_GetAppId(__func__), "Current source is not TV,use setsource API");
+}
+
+int CEmpTaskWindow::SetChannel_PTC(int nPTC) {
+  if (!t_CheckTuningproxies(__func__)) return 0;
+  KEL_LOG(kInformation, "nPTC=[%d]", nPTC);
+  TCCriteriaHelper criteria;
+  FetchAll(criteria, {S::SERVICE_ID, S::ORIGINAL_NETWORK_ID, S::TRANSPORT_STREAM_ID, S::PTC});
+  criteria.OrderBy(S::SERVICE_ID, SORT_ASCENDING);
+  criteria.Where(S::PTC, nPTC);
+  return t_TuneToFound(__func__, criteria);
+}
+
+int CEmpTaskWindow::SetChannelDirect(int ptc, int major, int minor, int channelType) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (!t_CheckTuningproxies(__func__)) return 0;
+  KEL_LOG(kInformation, "ptc=[%d],major=[%d],minor=[%d],channelType=[%d]", ptc, major, minor, channelType);
+  TCCriteriaHelper criteria;
+  criteria.Fetch(S::SERVICE_ID);
+  criteria.Where(S::PTC, ptc);
+  criteria.Where(S::CHANNEL_TYPE, major);  // so applications use it: the type comes in the place of the major number
+  criteria.Where(S::MINOR, minor);
+  return t_TuneToFound(__func__, criteria);
+}
+
+int CEmpTaskWindow::SetChannelByServiceid(unsigned long long serviceId) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (!t_CheckSourceControlproxy()) {
+    KEL_LOG(kFailure, "SourceControlproxy is NULL");
+    return 0;
+  }
+  KEL_LOG(kInformation, "TCServiceId=[%llu]", serviceId);
+  return t_TuneToService(__func__, serviceId, t_GetAppId(__func__));
+}
+
+int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_MODE eNavigatorMode) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (!t_CheckSeekproxies(__func__)) return 0;
+  KEL_LOG(kInformation, "eSeek=[%d] eNavigatorMode=[%d]", static_cast<int>(eSeek), static_cast<int>(eNavigatorMode));
+  const int nTCNavigatorMode = CEmpConverterWindow::GetTCValue(eNavigatorMode, PL_WINDOW_MAPPING_TABLE_NAVIGATOR_MODE);
+  KEL_LOG(kInformation, "eSeek=[%d] nTCNavigatorMode=[%d]", static_cast<int>(eSeek), nTCNavigatorMode);
+  TSTvMode mode = AnyMode();
+  if (t_GetTvMode(__func__, mode) < 1) {
+    KEL_LOG(kFailure, "GetTvMode failed");
+    return 0;
+  }
+  TCCriteriaHelper criteria;
+  if (!t_GetNavigationCriteria(__func__, static_cast<ENavigationMode>(nTCNavigatorMode), mode, criteria)) {
+    KEL_LOG(kFailure, "Get navigation criteria failed");
+    return 0;
+  }
+  FetchAll(criteria, {S::CHANNEL_TYPE, S::SERVICE_ID, S::LOCK});
+  TCServiceData service;
+  const int known = Ask(__func__, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+    return navigation.GetCurrentService(mode, criteria, service);
+  });
+  if (known < 1) {
+    KEL_LOG(kFailure, "Fail to get current service data\n");
+    return -1;
+  }
+  const std::string appId = t_GetAppId(__func__);
+  const int result = t_SeekService(eSeek, criteria, service);
+  if (result != 1) return result;
+  const unsigned long long serviceId = ReadServiceId(service);
+  KEL_LOG(kInformation, "svcidNext = %llu", serviceId);
+  return t_TuneToService(__func__, serviceId, appId);
+}
+
+bool CEmpTaskWindow::t_CheckSeekproxies(const char* function) {
+  if (!t_CheckServiceproxy()) {
+    KEL_LOG_AS(function, kFailure, "Serviceproxy is NULL");
+    return false;
+  }
+  if (!t_CheckServiceNavigationproxy()) {
+    KEL_LOG_AS(function, kFailure, "ServiceNavigationproxy is NULL");
+    return false;
+  }
+  if (!t_CheckSourceControlproxy()) {
+    KEL_LOG_AS(function, kFailure, "SourceControlproxy is NULL");
+    return false;
+  }
+  return true;
+}
+
+/// Replaces the current service's record by that of the one next to it. @return 1; 0 for another seek, -1 on failure.
+int CEmpTaskWindow::t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service) {
+  constexpr const char* function = "SetChannel_Seek";
+  const unsigned long long currentId = ReadServiceId(service);
+  KEL_LOG_AS(function, kInformation, "svcid = %llu", currentId);
+  if (eSeek != PL_WINDOW_SEEK_NEXT && eSeek != PL_WINDOW_SEEK_PREVIOUS) {
+    KEL_LOG_AS(function, kFailure, "not support");
+    return 0;
+  }
+  const int found = Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+    return eSeek == PL_WINDOW_SEEK_NEXT ? navigation.SeekNextService(criteria, currentId, service, AnyMode())
+                                        : navigation.SeekPreviousService(criteria, currentId, service, AnyMode());
+  });
+  if (found >= 1) return 1;
+  KEL_LOG_ERROR(kTaskFile, function, kFailure);
+  return -1;
+}
+
+int CEmpTaskWindow::GetSignalStrength(unsigned char* strength) {
+  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  if (!t_CheckTunerControlproxy()) {
+    KEL_LOG(kFailure, "TunerControlproxy is NULL");
+    return 0;
+  }
+  const int result =
+      Ask(__func__, tuner_ctrl_proxy, [&](ITunerControl& tuner) { return tuner.GetSignalStrength(0, strength); });
+  if (result < 1) {
+    KEL_LOG(kFailure, "GetSignalStrength failed");
+    return -1;
+  }
+  // The number is where the strength stands, not the strength; log readers know it so.
+  KEL_LOG(kInformation, "GetSignalStrength sigStrength is %d",
+          static_cast<int>(reinterpret_cast<std::uintptr_t>(strength)));
+  return 1;
+}
 
 int CEmpTaskWindow::GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHANNEL_TYPE eChannelType,
                                          char* pszServiceId) {

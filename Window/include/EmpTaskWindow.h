@@ -70,6 +70,16 @@ class CEmpTaskWindow {
   /// State of the window's source, -1 when none is active. @return 1, -3 or -1.
   int GetSourceState(int* pnState);
 
+  /// Switches the window to a source and records it in the source keys. For the seeks 6, 8 and 9 the source is the one
+  /// stored as previous, whatever `eSource` says. @return 1; 0 on failure, -1 without a source-control proxy.
+  int SetSource(_PL_WINDOW_Source eSource, _PL_WINDOW_SEEK nSeek);
+  /// The same, and to the first channel with a major number; a negative one means no channel.
+  int SetSourceAndTune(_PL_WINDOW_Source eSource, int nMajor);
+  /// Switches to the source stored as previous. @return 1 or 0.
+  int SetPreviousSource();
+  /// Leaves the window without a source of the TV service. @return true on success.
+  bool DisconnectSource();
+
   // EmpTaskWindow_Channel: looking services up
 
   /// Rebuilds the found-channel list with the services of a TV mode.
@@ -121,6 +131,35 @@ class CEmpTaskWindow {
   int GetStartChannel_Minor(int* pnMinor);
   int GetStartChannel_Name(unsigned short* ptwName);
   int GetStartChannel_ServiceId(char* pszServiceId);
+
+  // EmpTaskWindow_Tuning: changing the channel
+  //
+  // A tune goes to the window's navigation when the window shows the TV source; otherwise it switches the source to TV
+  // with the service, and brings the source keys up to date. Nothing is changed when the channel can't be found.
+
+  /// Tunes to the best service for a major and a minor number.
+  int SetChannel(int nMajor, int nMinor);
+  /// Tunes to the first service, in service-id order, of a physical channel.
+  int SetChannel_PTC(int nPTC);
+  /// Tunes one service onward (seek 3) or back (seek 4). @return 1; 0 on failure and for any other seek, -1 when the
+  /// current or the next service can't be had.
+  int SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_MODE eNavigatorMode);
+  /// Tunes to a service as given, without looking it up.
+  int SetChannelByServiceid(unsigned long long serviceId);
+  /// Tunes to the service of a physical channel whose channel type is `major` and whose minor number is `minor`.
+  /// @param channelType  logged only.
+  int SetChannelDirect(int ptc, int major, int minor, int channelType);
+
+  /// Strength of the tuner's signal, 0 to 255. @return 1; 0 without a tuner proxy, -1 when the tuner can't tell.
+  int GetSignalStrength(unsigned char* strength);
+
+  // EmpTaskWindow_Satellite: tuning by a description
+
+  /// Tunes to a satellite service that a JSON object describes. No source is switched and no key written.
+  /// @param channelInfo  the object; a missing member counts as 1.
+  /// @param type         only 0 is supported.
+  /// @return 1; 0 for a bad description and when no such service can be tuned to, -1 without a satellite manager.
+  int SetDVBSIChannelDirectEx(const std::string& channelInfo, int type);
 
   // EmpTaskWindow_Tuning: finding a channel by its numbers
 
@@ -174,6 +213,19 @@ class CEmpTaskWindow {
   bool t_InitSourceVconf();
   /// Records a source change of this window: previous source, middleware, current source.
   bool t_UpdateSourceVconf(int nNewSource, int nPreviousSource);
+
+  /// Switches the window to a source, and to a channel of it where `nMajor` is not negative; then records it.
+  bool t_SetSource(_PL_WINDOW_Source ePLSource, int nMajor);
+
+  // EmpTaskWindow_D2TV: the ISP source, shown by the secondary TV stack
+
+  /// Asks for the stack's manager and logs the outcome. No operation needs it: each asks for itself.
+  void CreateD2TVManagerInstance();
+  void DestroyD2TVManagerInstance();
+  /// True when the platform says that the ISP source is on screen.
+  bool IsSourceISP();
+  /// Switches the secondary stack to the ISP source.
+  bool SetSource_D2TV();
 
   // EmpTaskWindow_Channel
 
@@ -238,6 +290,12 @@ class CEmpTaskWindow {
   bool t_ConvertSource(const char* function, ESource eTVSSource, _PL_WINDOW_Source& eSource);
   bool t_SeedKey(const char* key, int nSource);
   bool t_RecordSource(const char* function, const std::string& key, int nSource);
+  bool t_RecordSources(const char* function, int nNewSource, int nPreviousSource);
+  bool t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Source eCurPLSource);
+  bool t_SwitchTVService(_PL_WINDOW_Source ePLSource, int nMajor, const std::string& appId);
+  bool t_FindMajor(int nMajor, unsigned long long& serviceId);
+  bool t_LeaveTVService(_PL_WINDOW_Source ePLSource);
+  bool t_DeactivateSource();
 
   // EmpTaskWindow_Channel: the same
   bool t_GetNavigationCriteria(const char* function, ENavigationMode navigationMode, TSTvMode mode,
@@ -245,6 +303,16 @@ class CEmpTaskWindow {
   int t_GetTvMode(const char* function, TSTvMode& mode);
   int t_FindService(const char* function, TCCriteriaHelper& criteria, TCServiceData& out);
   bool t_AskStartService(const char* function, unsigned long long& serviceId, int& source);
+
+  // EmpTaskWindow_Tuning: the same
+  bool t_CheckTuningproxies(const char* function);
+  bool t_CheckSeekproxies(const char* function);
+  int t_TuneToService(const char* function, unsigned long long serviceId, const std::string& appId,
+                      const char* notTv = nullptr);
+  int t_TuneService(const char* function, unsigned long long serviceId, const std::string& appId);
+  int t_TuneToFound(const char* function, TCCriteriaHelper& criteria);
+  int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
+  int t_TuneDescribed(const std::string& channelInfo, int type);
 
   // EmpTaskWindow_ChannelField
   template <typename Value>

@@ -21,8 +21,14 @@ class WorkerProbe : public kel::CEmpTaskWindow {
   using CEmpTaskWindow::t_InitSourceVconf;
   using CEmpTaskWindow::t_IsConvertable;
   using CEmpTaskWindow::t_IsTVServiceSource;
+  using CEmpTaskWindow::t_SetSource;
   using CEmpTaskWindow::t_SetTVMWMainSourcevconf;
   using CEmpTaskWindow::t_UpdateSourceVconf;
+
+  using CEmpTaskWindow::CreateD2TVManagerInstance;
+  using CEmpTaskWindow::DestroyD2TVManagerInstance;
+  using CEmpTaskWindow::IsSourceISP;
+  using CEmpTaskWindow::SetSource_D2TV;
 
   using CEmpTaskWindow::t_GetChannelSeek;
   using CEmpTaskWindow::t_GetCurrentChannel;

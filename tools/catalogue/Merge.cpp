@@ -19,6 +19,8 @@ const char* nameOf(kel::Parse parse) {
       return "num";
     case kel::Parse::u64:
       return "u64";
+    case kel::Parse::text:
+      return "text";
   }
   return "";
 }

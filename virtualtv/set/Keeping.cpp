@@ -15,6 +15,9 @@ template <typename State, typename Visit>
 void visit(State& state, Visit visitor) {
   visitor("region", state.region);
   visitor("country", state.country);
+  visitor("isp.present", state.ispPresent);
+  visitor("isp.shown", state.ispShown);
+  visitor("tuner.fade", state.fade);
   visitor("start.service", state.startServiceId);
   visitor("start.source", state.startSource);
   for (auto& input : state.inputs) visitor("input." + std::to_string(input.source) + ".plugged", input.plugged);

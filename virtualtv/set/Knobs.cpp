@@ -78,6 +78,22 @@ void setNumber(Tv& tv, const Parts&, const std::string& value) {
   tv.adjust(WindowId::main, [&](TvState& state) { state.*member = wanted; });
 }
 
+template <auto member>
+std::string getSwitch(Tv& tv, const Parts&) {
+  return tv.state().*member ? "on" : "off";
+}
+
+void setIspPresent(Tv& tv, const Parts&, const std::string& value) {
+  const bool present = onOrOff(value);
+  tv.adjust(WindowId::main, [=](TvState& state) { state.ispPresent = present; });
+}
+
+void setFade(Tv& tv, const Parts&, const std::string& value) {
+  const int fade = number<int>(value);
+  if (fade < 0 || fade > 255) refuse("'" + value + "': a number from 0 to 255 is wanted");
+  tv.adjust(WindowId::main, [=](TvState& state) { state.fade = fade; });
+}
+
 std::string getServiceCount(Tv& tv, const Parts&) {
   return std::to_string(tv.services().size());
 }
@@ -137,13 +153,7 @@ std::string getPlugged(Tv& tv, const Parts& parts) {
   return inputNamed(tv, parts[0]).plugged ? "on" : "off";
 }
 void setPlugged(Tv& tv, const Parts& parts, const std::string& value) {
-  const int source = inputNamed(tv, parts[0]).source;
-  const bool plugged = onOrOff(value);
-  tv.adjust(WindowId::main, [&](TvState& state) {
-    for (Input& input : state.inputs) {
-      if (input.source == source) input.plugged = plugged;
-    }
-  });
+  tv.plug(inputNamed(tv, parts[0]).source, onOrOff(value));
 }
 
 std::string getInputName(Tv& tv, const Parts& parts) {
@@ -251,6 +261,11 @@ constexpr std::array table{
          setNumber<&TvState::startServiceId>},
     Knob{"start.source", "number", "the source that the set starts with", getNumber<&TvState::startSource>,
          setNumber<&TvState::startSource>},
+    Knob{"isp.present", "on or off", "whether the secondary TV stack can be reached", getSwitch<&TvState::ispPresent>,
+         setIspPresent},
+    Knob{"isp.shown", "", "whether the secondary TV stack shows the ISP source", getSwitch<&TvState::ispShown>,
+         nullptr},
+    Knob{"tuner.fade", "0 to 255", "how much of the tuner's signal is lost", getNumber<&TvState::fade>, setFade},
     Knob{"clock", "", "milliseconds since the set was switched on", getNumber<&TvState::clock>, nullptr},
     Knob{"services", "", "number of services", getServiceCount, nullptr},
     Knob{"WINDOW.source_state", "number", "state of the window's source: -1 none, 1 no signal, 2 shown",

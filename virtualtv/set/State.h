@@ -57,6 +57,9 @@ struct TvState {
   int startSource = 0;
   int region = 0;
   int country = 0;
+  bool ispPresent = true;   ///< the secondary TV stack can be reached
+  bool ispShown = false;    ///< it shows the ISP source
+  int fade = 0;             ///< how much of the tuner's signal is lost, 0 to 255
   std::uint64_t clock = 0;  ///< milliseconds since the set was switched on
 
   WindowState& operator[](WindowId window) { return windows[static_cast<std::size_t>(window)]; }

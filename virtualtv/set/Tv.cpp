@@ -1,5 +1,7 @@
 #include "set/Tv.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
@@ -7,6 +9,7 @@
 #include "set/EmbeddedSet.h"
 #include "set/Keeping.h"
 #include "store/Transaction.h"
+#include "tvservice/TVServiceTypes.h"
 
 namespace virtualtv {
 
@@ -14,10 +17,11 @@ namespace {
 
 Tv* theSet = nullptr;
 
-/// The settings keys that the platform itself has written by the time that the plug-in starts.
-void writePlatformKeys(SettingsStore& settings) {
-  settings.set("db/boot/last_service", std::string("tv-service"));
-}
+/// The settings key in which the platform itself records what the main window shows, and its values.
+constexpr const char* lastServiceKey = "db/boot/last_service";
+constexpr const char* tvService = "tv-service";
+constexpr const char* inputService = "av-service";
+constexpr const char* ispService = "isp-service";
 
 }  // namespace
 
@@ -55,11 +59,85 @@ void Tv::watch(std::function<void(const Event&)> watcher) {
   watchers_.push_back(std::move(watcher));
 }
 
-void Tv::tune(WindowId window, ServiceKey service) {
+bool Tv::tune(WindowId window, ServiceKey service) {
   TvState next = state_;
-  if (next[window].service != service) next[window].previousService = next[window].service;
-  next[window].service = service;
+  if (!follow(next[window], service)) return false;
   commit(Event::Kind::tuned, window, std::move(next));
+  return true;
+}
+
+/// Puts a service on a window's screen.
+bool Tv::follow(WindowState& window, ServiceKey service) {
+  TCCriteriaHelper criteria;
+  criteria.Fetch(TCServiceData::ANTENNA_MODE);
+  TCServiceData record;
+  if (!services().at(service, criteria, record)) return false;
+  if (window.service != service) window.previousService = window.service;
+  window.service = service;
+  int antenna = window.mode.antenna;
+  record.Get(TCServiceData::ANTENNA_MODE, antenna);
+  if (antenna != window.mode.antenna) window.mode = {antenna, 0};
+  return true;
+}
+
+bool Tv::switchSource(WindowId id, int source, ServiceKey service) {
+  const auto input = std::find_if(state_.inputs.begin(), state_.inputs.end(),
+                                  [=](const Input& candidate) { return candidate.source == source; });
+  if (input == state_.inputs.end()) return false;
+  TvState next = state_;
+  WindowState& window = next[id];
+  if (service != 0 && !follow(window, service)) return false;
+  if (window.source != source && window.source >= 0) window.previousSource = window.source;
+  window.source = source;
+  window.sourceState = input->plugged ? SOURCE_STATE_SHOWN : SOURCE_STATE_NO_SIGNAL;
+  const bool main = id == WindowId::main;
+  if (main) next.ispShown = false;
+  commit(Event::Kind::sourceChanged, id, std::move(next),
+         !main                 ? nullptr
+         : source == SOURCE_TV ? tvService
+                               : inputService);
+  return true;
+}
+
+void Tv::deactivate(WindowId id) {
+  TvState next = state_;
+  WindowState& window = next[id];
+  if (window.source >= 0) window.previousSource = window.source;
+  window.source = -1;
+  window.sourceState = SOURCE_STATE_NONE;
+  commit(Event::Kind::sourceChanged, id, std::move(next));
+}
+
+bool Tv::showIsp() {
+  if (!state_.ispPresent) return false;
+  TvState next = state_;
+  next.ispShown = true;
+  commit(Event::Kind::sourceChanged, WindowId::main, std::move(next), ispService);
+  return true;
+}
+
+void Tv::plug(int source, bool plugged) {
+  TvState next = state_;
+  for (Input& input : next.inputs) {
+    if (input.source == source) input.plugged = plugged;
+  }
+  for (const WindowId id : windowIds) {
+    if (next[id].source == source) next[id].sourceState = plugged ? SOURCE_STATE_SHOWN : SOURCE_STATE_NO_SIGNAL;
+  }
+  commit(Event::Kind::sourceChanged, WindowId::main, std::move(next));
+}
+
+std::optional<int> Tv::signalStrength(WindowId window) {
+  TCCriteriaHelper criteria;
+  criteria.Fetch(TCServiceData::FREQUENCY);
+  TCServiceData record;
+  if (!services().at(state_[window].service, criteria, record)) return std::nullopt;
+  int frequency = 0;
+  record.Get(TCServiceData::FREQUENCY, frequency);
+  constexpr int weakest = 140;
+  constexpr int spread = 100;  // kHz steps of channels and transponders fall all over it
+  const int strength = weakest + std::abs(frequency % 9973) % spread;
+  return std::clamp(strength - state_.fade, 0, 255);
 }
 
 void Tv::setMode(WindowId window, TvMode mode) {
@@ -101,7 +179,7 @@ void Tv::loadEmbedded() {
   const SetDescription& set = embeddedSet();
   Transaction transaction(parts.database, "set up the embedded set");
   for (const auto& [key, value] : parts.settings.list()) parts.settings.unset(key);
-  writePlatformKeys(parts.settings);
+  parts.settings.set(lastServiceKey, std::string(tvService));
   parts.services.replaceAll(set.services);
   TvState next = set.state;
   next[WindowId::main].service = parts.services.keyOf(set.currentId).value_or(0);
@@ -133,8 +211,12 @@ void Tv::complain(std::string line) {
   complaints_.push_back(std::move(line));
 }
 
-void Tv::commit(Event::Kind kind, WindowId window, TvState next) {
-  storage_.parts().state.setAll(keptOf(next));
+void Tv::commit(Event::Kind kind, WindowId window, TvState next, const char* lastService) {
+  Storage::Parts& parts = storage_.parts();
+  Transaction transaction(parts.database, "keep the state of the set");
+  parts.state.setAll(keptOf(next));
+  if (lastService != nullptr) parts.settings.set(lastServiceKey, std::string(lastService));
+  transaction.commit();
   state_ = std::move(next);
   announce(kind, window);
 }

@@ -67,10 +67,24 @@ class Tv {
   /// Calls `watcher` after each verb, for as long as the set lives.
   void watch(std::function<void(const Event&)> watcher);
 
+  /// Strength of the tuner's signal for what a window shows, 0 to 255: it depends on the frequency, less what fades.
+  /// Nothing when no service is on its screen.
+  std::optional<int> signalStrength(WindowId window);
+
   // Verbs.
 
-  /// Puts a service on a window's screen; the one before becomes its previous one.
-  void tune(WindowId window, ServiceKey service);
+  /// Puts a service on a window's screen; the one before becomes its previous one, and the TV mode follows the
+  /// service's antenna. @return false when there is no such service.
+  bool tune(WindowId window, ServiceKey service);
+  /// Shows an input in a window and, where `service` is not 0, that service. @return false when the set has no such
+  /// input or no such service; nothing is changed then.
+  bool switchSource(WindowId id, int source, ServiceKey service = 0);
+  /// Leaves a window without a source.
+  void deactivate(WindowId id);
+  /// Has the secondary TV stack show the ISP source. @return false when it can't be reached.
+  bool showIsp();
+  /// Plugs something into an input, or out of it; windows that show the input gain or lose its picture.
+  void plug(int source, bool plugged);
   void setMode(WindowId window, TvMode mode);
   /// Replaces the services, or merges these into them; the TV mode follows the first of them, which becomes the
   /// start service and, in the main window, the current one. All of it or nothing.
@@ -88,7 +102,8 @@ class Tv {
 
  private:
   void loadEmbedded();
-  void commit(Event::Kind kind, WindowId window, TvState next);
+  void commit(Event::Kind kind, WindowId window, TvState next, const char* lastService = nullptr);
+  bool follow(WindowState& window, ServiceKey service);
   void announce(Event::Kind kind, WindowId window);
 
   Storage& storage_;

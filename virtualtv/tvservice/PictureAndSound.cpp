@@ -107,32 +107,6 @@ class DataControl : public IDataControl {
   Profile profile_;
 };
 
-class TunerControl : public ITunerControl {
- public:
-  explicit TunerControl(const Profile& profile) : profile_(profile) {}
-
-  int GetSignalStrength(int tuner, unsigned char* strength) override {
-    return refuse(op("ITunerControl::GetSignalStrength"), profile_.handle,
-                  args(in("tuner", tuner), out("strength", *strength)));
-  }
-
- private:
-  Profile profile_;
-};
-
-class Satellite : public ISatellite {
- public:
-  explicit Satellite(const Profile& profile) : profile_(profile) {}
-
-  int LookupTransponder(const TSTransponder& transponder, unsigned short& result) override {
-    return refuse(op("ISatellite::LookupTransponder"), profile_.handle,
-                  args(in("transponder", transponder), out("result", result)));
-  }
-
- private:
-  Profile profile_;
-};
-
 }  // namespace
 
 std::shared_ptr<IVideoControl> makeVideoControl(const Profile& profile) {
@@ -146,12 +120,6 @@ std::shared_ptr<::ServiceDataAux> makeServiceDataAux(const Profile& profile) {
 }
 std::shared_ptr<IDataControl> makeDataControl(const Profile& profile) {
   return std::make_shared<DataControl>(profile);
-}
-std::shared_ptr<ITunerControl> makeTunerControl(const Profile& profile) {
-  return std::make_shared<TunerControl>(profile);
-}
-std::shared_ptr<ISatellite> makeSatellite(const Profile& profile) {
-  return std::make_shared<Satellite>(profile);
 }
 
 }  // namespace virtualtv::tvservice

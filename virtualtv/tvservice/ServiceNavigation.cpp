@@ -11,13 +11,18 @@ using seam::in;
 using seam::op;
 using seam::out;
 
+constexpr bool skipLocked = true;  // a step of zapping goes past services that ask for a code
+
 class ServiceNavigation : public IServiceNavigation {
  public:
   explicit ServiceNavigation(const Profile& profile) : profile_(profile) {}
 
   int TuneService(const unsigned long long& serviceId, int first, int second, const std::string& appId) override {
-    return refuse(op("IServiceNavigation::TuneService"), profile_.handle,
-                  args(in("serviceId", serviceId), in("", first), in("", second), in("appId", appId)));
+    return answer(op("IServiceNavigation::TuneService"), profile_.handle,
+                  args(in("serviceId", serviceId), in("", first), in("", second), in("appId", appId)), [&](Tv& tv) {
+                    const auto key = tv.services().keyOf(serviceId);
+                    return key && tv.tune(profile_.window, *key) ? 1 : 0;
+                  });
   }
 
   int GetTvMode(TSTvMode& mode) override {
@@ -58,19 +63,29 @@ class ServiceNavigation : public IServiceNavigation {
 
   int SeekNextService(TCCriteriaHelper& criteria, const unsigned long long& currentId, TCServiceData& service,
                       TSTvMode mode) override {
-    return refuse(op("IServiceNavigation::SeekNextService"), profile_.handle,
-                  args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)));
+    return answer(op("IServiceNavigation::SeekNextService"), profile_.handle,
+                  args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)),
+                  [&](Tv& tv) { return tv.services().next(criteria, mode, currentId, skipLocked, service) ? 1 : 0; });
   }
 
   int SeekPreviousService(TCCriteriaHelper& criteria, const unsigned long long& currentId, TCServiceData& service,
                           TSTvMode mode) override {
-    return refuse(op("IServiceNavigation::SeekPreviousService"), profile_.handle,
-                  args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)));
+    return answer(
+        op("IServiceNavigation::SeekPreviousService"), profile_.handle,
+        args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)),
+        [&](Tv& tv) { return tv.services().previous(criteria, mode, currentId, skipLocked, service) ? 1 : 0; });
   }
 
   int GetOptimumService(TCCriteriaHelper& criteria, TCServiceData& service, TSTvMode mode) override {
-    return refuse(op("IServiceNavigation::GetOptimumService"), profile_.handle,
-                  args(in("", criteria), in("mode", mode), out("service", service)));
+    return answer(op("IServiceNavigation::GetOptimumService"), profile_.handle,
+                  args(in("", criteria), in("mode", mode), out("service", service)), [&](Tv& tv) {
+                    // The same number may stand on several antennas: the window's own list comes first.
+                    const TvMode own = tv.state()[profile_.window].mode;
+                    const TSTvMode list(static_cast<EAntennaMode>(own.antenna), static_cast<EServiceMode>(own.service));
+                    const bool any = mode.antennaMode == ANTENNA_NONE;
+                    if (any && tv.services().first(criteria, list, service)) return 1;
+                    return tv.services().first(criteria, mode, service) ? 1 : 0;
+                  });
   }
 
   int GetServiceList(TCCriteriaHelper& criteria, std::list<TCServiceData*>& services, TSTvMode mode, int first,

@@ -1,4 +1,5 @@
 // The input of one window.
+#include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"
 
 namespace virtualtv::tvservice {
@@ -32,15 +33,24 @@ class SourceControl : public ISourceControl {
   }
 
   int SetSource(ESource source, const std::string& appId) override {
-    return refuse(op("ISourceControl::SetSource"), profile_.handle, args(in("source", source), in("appId", appId)));
+    return answer(op("ISourceControl::SetSource"), profile_.handle, args(in("source", source), in("appId", appId)),
+                  [&](Tv& tv) { return tv.switchSource(profile_.window, source) ? 1 : 0; });
   }
 
   int SetSource(ESource source, unsigned long long serviceId, const std::string& appId) override {
-    return refuse(op("ISourceControl::SetSource"), profile_.handle,
-                  args(in("source", source), in("serviceId", serviceId), in("appId", appId)));
+    return answer(op("ISourceControl::SetSource"), profile_.handle,
+                  args(in("source", source), in("serviceId", serviceId), in("appId", appId)), [&](Tv& tv) {
+                    const auto key = tv.services().keyOf(serviceId);
+                    return key && tv.switchSource(profile_.window, source, *key) ? 1 : 0;
+                  });
   }
 
-  int DeactivateSource() override { return refuse(op("ISourceControl::DeactivateSource"), profile_.handle, args()); }
+  int DeactivateSource() override {
+    return answer(op("ISourceControl::DeactivateSource"), profile_.handle, args(), [&](Tv& tv) {
+      tv.deactivate(profile_.window);
+      return 1;
+    });
+  }
 
  private:
   /// A window without a source has none to tell.

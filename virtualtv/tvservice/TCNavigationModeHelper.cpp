@@ -1,8 +1,8 @@
 // The conditions of navigations.
 #include "tvservice/TCNavigationModeHelper.h"
 
+#include "seam/Seam.h"
 #include "services/Service.h"
-#include "tvservice/Adapter.h"
 
 namespace {
 
@@ -10,6 +10,8 @@ using virtualtv::seam::args;
 using virtualtv::seam::in;
 using virtualtv::seam::op;
 using virtualtv::seam::out;
+
+constexpr unsigned short anyMinor = 65535;
 
 /// True for the service modes that name an operator's list; the others stand for the whole antenna.
 bool isOperatorList(EServiceMode mode) {
@@ -45,7 +47,12 @@ int TCNavigationModeHelper::GetNavigationCriteria(TSTvMode tvMode, ENavigationMo
 
 int TCNavigationModeHelper::GetOptimumCriteria(unsigned short major, unsigned short minor, TCCriteriaHelper& criteria,
                                                ENavigationMode navigationMode) {
-  return virtualtv::tvservice::refuse(
+  return virtualtv::seam::pass(
       op("TCNavigationModeHelper::GetOptimumCriteria"), {},
-      args(in("major", major), in("minor", minor), in("navigation", navigationMode), out("criteria", criteria)));
+      args(in("major", major), in("minor", minor), in("navigation", navigationMode), out("criteria", criteria)), [&] {
+        if (navigationMode != NAVIGATION_ALL) return 0;
+        criteria.Where(TCServiceData::MAJOR, major);
+        if (minor != anyMinor) criteria.Where(TCServiceData::MINOR, minor);
+        return 1;
+      });
 }

@@ -60,6 +60,20 @@ inline const std::vector<Call>& everyCall() {
       {"GetStartChannel_Info", {}, "int -1"},
       {"GetPreviousChannelInfo", {}, "int -1"},
       {"GetSourceState", {}, "int -1"},
+      {"SetChannel", {"8", "0"}, "int 0"},
+      {"SetChannel_PTC", {"35"}, "int 0"},
+      {"SetChannel_Seek", {"3", "0"}, "int 0"},
+      {"SetChannel_Seek", {"4", "0"}, "int 0"},
+      {"SetChannelByServiceid", {"282"}, "int 0"},
+      {"GetSignalStrength", {}, "int 0"},
+      {"SetChannelDirect", {"35", "2", "0", "1"}, "int 0"},
+      {"SetSource", {"31"}, "int -1"},
+      {"SetSource", {"31", "8"}, "int -1"},
+      {"SetSource", {"48"}, "int -1"},
+      {"SetSourceAndTune", {"31", "8"}, "int -1"},
+      {"SetPreviousSource", {}, "int 0"},
+      {"DisconnectSource", {}, "int 0"},
+      {"SetDVBSIChannelDirectEx", {"{}", "0"}, "int 0"},
   };
   return all;
 }

@@ -1,5 +1,7 @@
 // Every platform call of every command failing in turn, in every way that it can.
 #include <algorithm>
+#include <cctype>
+#include <iterator>
 
 #include "Commands.h"
 #include "support/Channels.h"
@@ -27,14 +29,23 @@ class SweepTest : public channels::ChannelEngineTest, public ::testing::WithPara
     return all;
   }
 
-  /// A set with a found-channel list, an engine on it, and what the command answers there.
+  void SetUp() override {
+    ChannelEngineTest::SetUp();
+    fresh_ = tv().state();
+  }
+
+  /// The set as it was at first with a found-channel list, an engine on it, and what the command answers there.
   void prepare() {
     clearFaults();
     close();
+    tv().adjust(virtualtv::WindowId::main, [this](virtualtv::TvState& state) { state = fresh_; });
     ASSERT_TRUE(open());
     ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
     forget();
   }
+
+ private:
+  virtualtv::TvState fresh_;
 };
 
 TEST_P(SweepTest, NothingBreaks) {
@@ -61,10 +72,17 @@ TEST_P(SweepTest, NothingBreaks) {
   }
 }
 
+bool isAlphanumeric(char letter) {
+  return std::isalnum(static_cast<unsigned char>(letter)) != 0;
+}
+
 std::string nameOf(const ::testing::TestParamInfo<std::size_t>& info) {
   const engine::Call& call = engine::everyCall()[info.param];
   std::string name = call.name;
-  for (const std::string& parameter : call.parameters) name += "_" + parameter;
+  for (const std::string& parameter : call.parameters) {
+    name += "_";
+    std::copy_if(parameter.begin(), parameter.end(), std::back_inserter(name), isAlphanumeric);
+  }
   return name;
 }
 

@@ -106,7 +106,7 @@ TEST(CommandTable, HoldsEveryCommandOfChannelsSourcesAndWindows) {
   const Names names = table();
   std::set<std::string> wanted;
   for (const engine::Call& call : engine::everyCall()) wanted.insert(call.name);
-  EXPECT_EQ(wanted.size(), 38U);
+  EXPECT_EQ(wanted.size(), 49U);
   for (const std::string& name : wanted) EXPECT_EQ(std::count(names.begin(), names.end(), name), 1) << name;
 }
 

@@ -1,0 +1,71 @@
+// The ISP source, which the secondary TV stack shows. Calls CD2tvMgrProxy, D2TVCAPI and vconf. Everything here is
+// logged as information, failures too.
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "Ask.h"
+#include "EmpTaskWindow.h"
+#include "d2tv/CD2tvMgrProxy.h"
+#include "d2tv/D2TVCAPI.h"
+#include "settings/vconf.h"
+
+namespace kel {
+
+namespace {
+
+constexpr const char* kD2tvFile = "Window/Src/EmpTaskWindow_D2TV";
+constexpr const char* kClient = "EMP_WINDOW";
+constexpr const char* kLastService = "db/boot/last_service";
+constexpr const char* kIspService = "isp-service";
+
+CD2tvMgrProxy* Manager(const char* function) {
+  constexpr CD2tvMgrProxy* none = nullptr;
+  return Try(function, none, [] { return CD2tvMgrProxy::GetInstance(kClient); });
+}
+
+struct Free {
+  void operator()(char* text) const { std::free(text); }
+};
+
+}  // namespace
+
+void CEmpTaskWindow::CreateD2TVManagerInstance() {
+  if (Manager(__func__) == nullptr) {
+    KEL_LOG(kInformation, "CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr Failed ");
+  } else {
+    KEL_LOG(kInformation, "CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr successfully ");
+  }
+}
+
+void CEmpTaskWindow::DestroyD2TVManagerInstance() {
+  Try(__func__, false, [] {
+    CD2tvMgrProxy::DestroyInstance();
+    return true;
+  });
+}
+
+bool CEmpTaskWindow::IsSourceISP() {
+  constexpr char* none = nullptr;
+  const std::unique_ptr<char, Free> sourceType(Try(__func__, none, [] { return vconf_get_str(kLastService); }));
+  if (sourceType == nullptr) {
+    KEL_LOG(kInformation, "CEmpTaskWindow::IsSourceISP:: sourceType is NULL");
+    return false;
+  }
+  KEL_LOG(kInformation, "CEmpTaskWindow::IsSourceISP:: Source is in ISP source of sourceType - (%s)", sourceType.get());
+  const bool isp = std::strcmp(sourceType.get(), kIspService) == 0;
+  if (!isp) KEL_LOG(kInformation, "CEmpTaskWindow::IsSourceISP::Source is Not in ISP source");
+  return isp;
+}
+
+bool CEmpTaskWindow::SetSource_D2TV() {
+  KEL_LOG_PLACE(kD2tvFile, __func__, kInformation);
+  KEL_LOG(kInformation, "CEmpTaskWindow::SetSource : [SetISPSource]");
+  if (Try(__func__, kFailed, [] { return D2TVCAPI_setSourceISP(); }) != 1) {
+    KEL_LOG(kInformation, "CEmpTaskWindow::SetSource : Fail to Set ISP Source");
+    return false;
+  }
+  return true;
+}
+
+}  // namespace kel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Ask.h"
+#include "EmpConverterWindow.h"
+#include "settings/vconf.h"
+
+// Reading and writing the settings keys of sources.
+
+namespace kel {
+
+/// Both answer false when the store fails or throws. @param function  the operation that asks.
+inline bool ReadKey(const char* function, const char* key, int& value) {
+  return Try(function, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
+}
+
+inline bool WriteKey(const char* function, const char* key, int value) {
+  return Try(function, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
+}
+
+/// True for the seeks that mean the source stored as previous.
+inline bool IsPreviousSourceSeek(_PL_WINDOW_SEEK eSeek) {
+  return eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_6 || eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_8 ||
+         eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_9;
+}
+
+}  // namespace kel

@@ -1,0 +1,171 @@
+#include "Comparison.h"
+
+#include <algorithm>
+
+#include "EmpAppWindow.h"
+#include "framework/Reply.h"
+#include "seam/Seam.h"
+#include "services/ServiceStore.h"
+#include "set/Tv.h"
+#include "shell/Session.h"
+#include "store/SettingsStore.h"
+
+namespace comparison {
+
+namespace {
+
+using model::Set;
+using model::Setting;
+using virtualtv::framework::Reply;
+using virtualtv::shell::Lines;
+using virtualtv::shell::Session;
+
+// What is seen of the two, in the same words.
+
+struct Show {
+  std::string operator()(int number) const { return shown({Reply::Kind::integer, number, {}, {}}); }
+  std::string operator()(const std::string& text) const { return shown({Reply::Kind::ascii, 0, text, {}}); }
+  std::string operator()(const std::u16string& units) const { return shown({Reply::Kind::unicode, 0, {}, units}); }
+
+  static std::string shown(const Reply& reply) { return virtualtv::framework::show(reply); }
+};
+
+std::string joined(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
+  return text;
+}
+
+std::string shown(const Setting& setting) {
+  const int* const number = std::get_if<int>(&setting);
+  return number != nullptr ? std::to_string(*number) : '"' + std::get<std::string>(setting) + '"';
+}
+
+std::string shown(const std::map<std::string, Setting>& settings) {
+  std::string text;
+  for (const auto& [key, value] : settings) text += "  " + key + " = " + shown(value) + "\n";
+  return text;
+}
+
+std::string shown(const virtualtv::TvState& state) {
+  std::string text = "  isp " + std::to_string(state.ispPresent) + std::to_string(state.ispShown) + ", region " +
+                     std::to_string(state.region) + ", country " + std::to_string(state.country) + ", start " +
+                     std::to_string(state.startServiceId) + ", fade " + std::to_string(state.fade) + "\n  unplugged:";
+  for (const virtualtv::Input& input : state.inputs) text += input.plugged ? "" : " " + std::to_string(input.source);
+  for (const virtualtv::WindowId id : virtualtv::windowIds) {
+    const virtualtv::WindowState& window = state[id];
+    text += std::string("\n  ") + nameOf(id) + ": state " + std::to_string(window.sourceState) + ", source " +
+            std::to_string(window.source) + ", before " + std::to_string(window.previousSource) + ", mode " +
+            std::to_string(window.mode.antenna) + "," + std::to_string(window.mode.service) + ", service #" +
+            std::to_string(window.service) + ", before #" + std::to_string(window.previousService);
+  }
+  return text + "\n";
+}
+
+std::string written(const std::vector<std::pair<std::string, Setting>>& writes) {
+  std::string text;
+  for (const auto& [key, value] : writes) {
+    const char* const type = std::holds_alternative<int>(value) ? "int" : "str";
+    text += std::string("  vconf_set_") + type + "(key=\"" + key + "\", value=" + shown(value) + ") -> 0\n";
+  }
+  return text;
+}
+
+std::string written(const std::vector<virtualtv::seam::Call>& calls) {
+  std::string text;
+  for (const virtualtv::seam::Call& call : calls) {
+    const std::string line = virtualtv::seam::line(call);
+    if (line.starts_with("vconf_set_")) text += "  " + line + "\n";
+  }
+  return text;
+}
+
+Set copyOf(virtualtv::Tv& tv) {
+  Set set;
+  set.state = tv.state();
+  set.settings = tv.settings().list();
+  for (const model::ServiceKey key : tv.services().keys()) set.services[key] = *tv.services().read(key);
+  return set;
+}
+
+/// The plug-in on a set of its own, and the model of both.
+class Pair {
+ public:
+  Pair() { world_.set = copyOf(session_.rig().tv()); }
+
+  model::World& world() { return world_; }
+
+  /// Runs a line on both. @return what differs, empty when nothing does.
+  std::string run(const std::string& line, std::string& reply) {
+    const model::Words words = virtualtv::shell::splitWords(line);
+    const bool command = line.front() != '.';
+    const auto expected = model::run(world_, words);
+    const std::string actual = joined(session_.run(line));
+    reply = expected ? std::visit(Show(), *expected) : std::string();
+    std::string details = difference("reply", reply + "\n", actual + "\n");
+    if (command) {
+      details += difference("written keys", written(world_.set.written), written(session_.lastDeed().calls));
+    }
+    virtualtv::Tv& tv = session_.rig().tv();
+    virtualtv::TvState state = tv.state();
+    state.clock = world_.set.state.clock;
+    if (state != world_.set.state) details += difference("state", shown(world_.set.state), shown(state));
+    const auto settings = tv.settings().list();
+    if (settings != world_.set.settings) details += difference("keys", shown(world_.set.settings), shown(settings));
+    return details;
+  }
+
+ private:
+  static std::string difference(const std::string& what, const std::string& expected, const std::string& actual) {
+    if (expected == actual && what != "state") return {};
+    return what + ", by the model:\n" + expected + what + ", really:\n" + actual;
+  }
+
+  virtualtv::Storage storage_;
+  kel::CEmpAppWindow app_;
+  Session session_{app_, storage_, "."};
+  model::World world_;
+};
+
+}  // namespace
+
+model::Set startingSet() {
+  virtualtv::Storage storage;
+  virtualtv::Tv tv(storage);
+  return copyOf(tv);
+}
+
+std::optional<Difference> compare(const Script& script, Replies* replies,
+                                  const std::function<void(model::World&)>& spoil) {
+  Pair pair;
+  if (spoil) spoil(pair.world());
+  std::string transcript;
+  for (std::size_t line = 0; line < script.size(); ++line) {
+    std::string reply;
+    const std::string details = pair.run(script[line], reply);
+    transcript += "> " + script[line] + "\n" + (reply.empty() ? "" : reply + "\n");
+    if (!details.empty()) return Difference{line, transcript, details};
+    if (replies != nullptr) (*replies)[script[line].substr(0, script[line].find(' '))].insert(reply);
+  }
+  return std::nullopt;
+}
+
+Script shrunk(Script script, const std::function<bool(const Script&)>& fails) {
+  for (std::size_t size = std::max<std::size_t>(script.size() / 2, 1); size > 0;) {
+    bool dropped = false;
+    for (std::size_t end = script.size(); end > 0;) {
+      const std::size_t start = end > size ? end - size : 0;
+      Script rest(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(start));
+      rest.insert(rest.end(), script.begin() + static_cast<std::ptrdiff_t>(end), script.end());
+      if (fails(rest)) {
+        script = std::move(rest);
+        dropped = true;
+      }
+      end = start;
+    }
+    if (!dropped || size > 1) size = size == 1 ? 0 : size / 2;
+  }
+  return script;
+}
+
+}  // namespace comparison

@@ -1,0 +1,233 @@
+#include "Scripts.h"
+
+#include <random>
+
+namespace comparison {
+
+namespace {
+
+using Data = TCServiceData;
+using Words = std::vector<std::string>;
+
+class Author {
+ public:
+  Author(std::uint64_t seed, const model::Set& set) : random_(seed), set_(set) {
+    for (const auto& [key, service] : set.services) keys_.push_back("#" + std::to_string(key));
+  }
+
+  std::string line() {
+    const std::size_t kind = below(100);
+    if (kind < 17) return switching();
+    if (kind < 41) return tuning();
+    if (kind < 76) return asking();
+    if (kind < 94) return fromOutside();
+    return engines();
+  }
+
+  /// A question about what was found, which few would be if they came by chance.
+  std::string askFound() { return "GetChannel_" + oneOf(fields_) + " '" + index() + "'"; }
+
+ private:
+  std::size_t below(std::size_t limit) { return random_() % limit; }
+  bool oneIn(std::size_t parts) { return below(parts) == 0; }
+  std::string number(std::size_t limit) { return std::to_string(below(limit)); }
+  std::string oneOf(const Words& words) { return words[below(words.size())]; }
+
+  // Parameters.
+
+  std::string source() {
+    if (oneIn(12)) return std::to_string(static_cast<int>(below(120)) - 8);
+    return oneOf({"0",  "0",  "0",  "8",  "15", "27", "31",  "31",   "32", "33",   "35", "16",
+                  "42", "43", "48", "48", "53", "1",  "100", "1234", "-1", "-100", "x"});
+  }
+
+  std::string seek() { return oneOf({"", "0", "2", "6", "7", "8", "9", "101", "-1", "x"}); }
+
+  /// Mostly one of a few, so that lines of a script meet on the same service.
+  std::string service() { return oneIn(3) ? oneOf(keys_) : keys_[below(4)]; }
+
+  /// A number of some service, now and then one that none has.
+  std::string fieldOfSome(int field) {
+    if (oneIn(8)) return oneOf({"-1", "0", "7", "65535", "70000", "x"});
+    const model::Service& service = set_.services.at(std::stoll(this->service().substr(1)));
+    return std::to_string(model::number(service, field).value_or(0));
+  }
+
+  std::string major() { return fieldOfSome(Data::MAJOR); }
+  std::string minor() { return oneOf({"0", "0", "0", "1", "2", "65535", "x"}); }
+  std::string index() {
+    return oneIn(3) ? oneOf({"-1", "99", "", "x", "81", "21", "22", "23"}) : number(oneIn(3) ? 30 : 6);
+  }
+  std::string type() { return oneOf({"0", "0", "0", "0", "4", "5", "12", "13", "28", "20", "2", "1", "99", "x"}); }
+  std::string mode() {
+    return oneOf({"1", "1", "1", "1", "1", "2", "3", "4", "23", "24", "25", "31", "12", "20", "0", "21", "-1", "x"});
+  }
+
+  // Commands.
+
+  std::string switching() {
+    switch (below(9)) {
+      case 0:
+        return "SetSourceAndTune " + source() + " " + major();
+      case 1:
+        return "SetPreviousSource";
+      case 2:
+        return "DisconnectSource";
+      case 3:
+        return "SetSource " + source() + " '" + seek() + "'";
+      case 4:
+      case 5:
+        return "SetWindow " + oneOf({"0", "1"});
+      default:
+        return "SetSource " + source();
+    }
+  }
+
+  std::string tuning() {
+    switch (below(11)) {
+      case 0:
+        return "SetChannel " + major() + " " + minor();
+      case 1:
+        return "SetChannel_PTC " + fieldOfSome(Data::PTC);
+      case 2:
+        return "SetChannelByServiceid " + fieldOfSome(Data::SERVICE_ID);
+      case 3:
+        return "SetChannelDirect " + fieldOfSome(Data::PTC) + " " + fieldOfSome(Data::CHANNEL_TYPE) + " " + minor() +
+               " " + type();
+      case 4:
+        return "SetTVMode " + mode();
+      case 5:
+      case 6:
+        return "FindChannel " + type() + " " + mode();
+      case 7:
+        return "SetChannel_Seek " + oneOf({"3", "4", "0", "5", "x"}) + " " + oneOf({"0", "1", "x"});
+      default:
+        return "SetChannel_Seek " + oneOf({"3", "4"}) + " 0";
+    }
+  }
+
+  std::string asking() {
+    switch (below(18)) {
+      case 0:
+        return "GetPreviousSource";
+      case 1:
+        return "GetSourceState";
+      case 2:
+        return "GetTVMode";
+      case 3:
+        return "GetSignalStrength";
+      case 4:
+        return "GetChannel_Size";
+      case 5:
+        return "GetStartChannel_" + oneOf({"Type", "Major", "Minor", "Name", "ServiceId"});
+      case 6:
+      case 7:
+        return "GetCurrentChannel_" + oneOf(fields_);
+      case 8:
+      case 9:
+        return "GetSource '" + seek() + "'";
+      case 10:
+        return "GetChannel_ServiceId '" + index() + "'";
+      case 11:
+        return "GetChannel_ServiceId " + major() + " " + minor() + " " + type();
+      default:
+        return askFound();
+    }
+  }
+
+  // Changes from outside.
+
+  std::string serviceField() {
+    switch (below(10)) {
+      case 0:
+        return ".lock " + oneOf({"0", "1", "2", "unset"});
+      case 1:
+        return ".hidden " + oneOf({"0", "1", "unset"});
+      case 2:
+        return ".major " + oneOf({"1", "2", "3", "5", "7", "999", "unset"});
+      case 3:
+        return ".minor " + oneOf({"0", "1", "2", "unset"});
+      case 4:
+        return ".antenna " + oneOf({"0", "1", "2", "3", "-1", "unset"});
+      case 5:
+        return ".service_mode " + oneOf({"0", "21", "12", "unset"});
+      case 6:
+        return oneOf({".type 1", ".type 9", ".type -1", ".type unset", ".ptc 21", ".ptc unset", ".frequency unset"});
+      case 7:
+        return oneOf({".id 1152959734176350310", ".id unset", ".id 7"});
+      default:
+        return oneOf({".name Quayside", ".name unset", ".name unset"});
+    }
+  }
+
+  std::string windowKnob() {
+    const std::string window = oneOf({"main", "main", "pip"});
+    switch (below(5)) {
+      case 0:
+        return window + ".source_state " + oneOf({"-1", "1", "2", "2"});
+      case 1:
+        return window + ".source " + oneOf({"-1", "0", "0", "5", "13", "31", "23", "99"});
+      case 2:
+        return window + ".previous_source " + oneOf({"-1", "0", "13", "31", "30"});
+      case 3:
+        return window + ".mode " + oneOf({"0,1", "1,0", "2,0", "2,12", "0,21", "3,0", "3,1", "-1,-1"});
+      default:
+        return window + ".service " + (oneIn(2) ? "0" : service());
+    }
+  }
+
+  std::string fromOutside() {
+    static const Words keys{"db/emp/mainsource", "db/emp/previousmainsource", "db/emp/pipsource",
+                            "db/emp/previouspipsource", "db/kel/current_source_type"};
+    switch (below(9)) {
+      case 0:
+      case 1:
+        return ".set input." + oneOf({"0", "13", "13", "14", "15", "31"}) + ".plugged " + oneOf({"on", "off"});
+      case 2:
+        return ".set isp.present " + oneOf({"on", "off", "on"});
+      case 3:
+        return oneIn(2) ? ".set region " + oneOf({"1", "17"}) : ".set country " + oneOf({"0", "1", "3", "34", "81"});
+      case 4:
+        return ".vconf set " + oneOf(keys) + " " + oneOf({"int 0", "int 0", "int 31", "int 48", "int 77", "str odd"});
+      case 5:
+        return ".set " + windowKnob();
+      case 6:
+        return oneIn(2) ? ".set tuner.fade " + oneOf({"0", "100", "255"})
+                        : ".set start.service " + oneOf({"0", "1152959734176350311", "2305881256028602379"});
+      default:
+        return ".set service." + service() + serviceField();
+    }
+  }
+
+  std::string engines() {
+    switch (below(6)) {
+      case 0:
+        return ".reopen";
+      case 1:
+        return ".app " + oneOf({"an.app a.widget", "another.app another.widget", "an.app"});
+      default:
+        return ".engine " + oneOf({"main", "main", "second", "third"});
+    }
+  }
+
+  std::mt19937_64 random_;
+  const model::Set& set_;
+  Words keys_;
+  const Words fields_{"Type",        "Major",       "Minor",         "Name", "Name",
+                      "ServiceName", "OriginNetID", "ProgramNumber", "PTC",  "TransportStreamID"};
+};
+
+}  // namespace
+
+Script randomScript(std::uint64_t seed, std::size_t lines, const model::Set& set) {
+  Author author(seed, set);
+  Script script;
+  while (script.size() < lines) {
+    script.push_back(author.line());
+    if (!script.back().starts_with("FindChannel")) continue;
+    for (int questions = 3; questions > 0; --questions) script.push_back(author.askFound());
+  }
+  return script;
+}
+
+}  // namespace comparison

@@ -1,0 +1,40 @@
+// Random sequences of source and tuning commands, and of changes from outside, do what the model says they do.
+//
+// MODEL_SEED=N starts with another seed, MODEL_RUNS=N runs as many scripts, each with the next seed, MODEL_LINES=N
+// makes them longer. A failure prints the seed, and the script with all lines dropped that it does not need.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "Comparison.h"
+#include "Scripts.h"
+
+namespace comparison {
+namespace {
+
+std::uint64_t chosen(const char* variable, std::uint64_t otherwise) {
+  const char* const text = std::getenv(variable);
+  return text == nullptr ? otherwise : std::stoull(text);
+}
+
+bool differs(const Script& script) {
+  return compare(script).has_value();
+}
+
+TEST(SourcesAndTuning, PlugInAndSetDoWhatTheModelDoes) {
+  const std::uint64_t firstSeed = chosen("MODEL_SEED", 1);
+  const std::uint64_t runs = chosen("MODEL_RUNS", 60);
+  const std::uint64_t lines = chosen("MODEL_LINES", 120);
+  const model::Set set = startingSet();
+  for (std::uint64_t seed = firstSeed; seed < firstSeed + runs; ++seed) {
+    Script script = randomScript(seed, lines, set);
+    if (!differs(script)) continue;
+    script = shrunk(std::move(script), differs);
+    const Difference difference = compare(script).value();
+    FAIL() << "seed " << seed << ": by the model this holds:\n" << difference.expectation << difference.details;
+  }
+}
+
+}  // namespace
+}  // namespace comparison

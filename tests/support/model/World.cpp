@@ -1,0 +1,161 @@
+#include "support/model/World.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string_view>
+
+namespace model {
+
+namespace {
+
+using Data = TCServiceData;
+
+[[noreturn]] void refuse(const std::string& what) {
+  throw std::invalid_argument("the model does not know " + what);
+}
+
+/// The engine in use, opened if it is not open.
+Engine& engineOf(World& world) {
+  const auto found = world.engines.find(world.engine);
+  if (found != world.engines.end()) return found->second;
+  return world.engines[world.engine] = open(world.set, world.widgets[world.engine]);
+}
+
+void setApplication(World& world, const std::string& widget) {
+  world.widgets[world.engine] = widget;
+  const auto found = world.engines.find(world.engine);
+  if (found != world.engines.end()) found->second.widgetId = widget;
+}
+
+// Knobs.
+
+/// The parts between full stops.
+Words partsOf(const std::string& name) {
+  Words parts(1);
+  for (const char c : name) {
+    if (c == '.') {
+      parts.emplace_back();
+    } else {
+      parts.back() += c;
+    }
+  }
+  return parts;
+}
+
+ServiceKey keyNamed(const std::string& name) {
+  return name == "0" ? 0 : std::stoll(name.substr(1));
+}
+
+const std::map<std::string, int> fields{
+    {"type", Data::CHANNEL_TYPE},
+    {"ptc", Data::PTC},
+    {"frequency", Data::FREQUENCY},
+    {"id", Data::SERVICE_ID},
+    {"major", Data::MAJOR},
+    {"minor", Data::MINOR},
+    {"program_number", Data::PROGRAM_NUMBER},
+    {"transport_stream_id", Data::TRANSPORT_STREAM_ID},
+    {"lock", Data::LOCK},
+    {"original_network_id", Data::ORIGINAL_NETWORK_ID},
+    {"antenna", Data::ANTENNA_MODE},
+    {"hidden", virtualtv::HIDDEN},
+    {"service_mode", virtualtv::SERVICE_MODE},
+};
+
+/// Names are of letters and blanks here.
+void changeService(Service& service, const std::string& field, const std::string& value) {
+  if (field == "name") {
+    service.texts.erase(Data::CHANNEL_NAME);
+    if (value != "unset") service.texts[Data::CHANNEL_NAME] = std::u16string(value.begin(), value.end());
+    return;
+  }
+  const auto found = fields.find(field);
+  if (found == fields.end()) refuse("the field " + field);
+  if (value == "unset") {
+    service.numbers.erase(found->second);
+  } else if (value.front() == '-') {
+    service.numbers[found->second] = static_cast<std::uint64_t>(std::stoll(value));
+  } else {
+    service.numbers[found->second] = std::stoull(value);
+  }
+}
+
+void changeWindow(virtualtv::WindowState& window, const std::string& what, const std::string& value) {
+  if (what == "source_state") {
+    window.sourceState = std::stoi(value);
+  } else if (what == "source") {
+    window.source = std::stoi(value);
+  } else if (what == "previous_source") {
+    window.previousSource = std::stoi(value);
+  } else if (what == "service") {
+    window.service = keyNamed(value);
+  } else if (what == "previous_service") {
+    window.previousService = keyNamed(value);
+  } else if (what == "mode") {
+    window.mode = {std::stoi(value), std::stoi(value.substr(value.find(',') + 1))};
+  } else {
+    refuse("the knob WINDOW." + what);
+  }
+}
+
+void change(Set& set, const std::string& knob, const std::string& value) {
+  virtualtv::TvState& state = set.state;
+  const Words parts = partsOf(knob);
+  if (parts[0] == "service") {
+    changeService(set.services.at(keyNamed(parts.at(1))), parts.at(2), value);
+  } else if (parts[0] == "input") {
+    plug(set, std::stoi(parts.at(1)), value == "on");
+  } else if (parts[0] == "main" || parts[0] == "pip") {
+    changeWindow(state[parts[0] == "main" ? WindowId::main : WindowId::pip], parts.at(1), value);
+  } else if (knob == "region") {
+    state.region = std::stoi(value);
+  } else if (knob == "country") {
+    state.country = std::stoi(value);
+  } else if (knob == "isp.present") {
+    state.ispPresent = value == "on";
+  } else if (knob == "tuner.fade") {
+    state.fade = std::stoi(value);
+  } else if (knob == "start.service") {
+    state.startServiceId = std::stoull(value);
+  } else {
+    refuse("the knob " + knob);
+  }
+}
+
+Setting settingOf(const Words& words) {
+  if (words.at(3) == "int") return std::stoi(words.at(4));
+  return words.at(4);
+}
+
+void speakToSet(World& world, const Words& words) {
+  if (words[0] == ".engine") {
+    world.engine = words.at(1);
+    engineOf(world);
+  } else if (words[0] == ".reopen") {
+    world.engines.erase(world.engine);
+    engineOf(world);
+  } else if (words[0] == ".app") {
+    setApplication(world, words.size() > 2 ? words[2] : "");
+  } else if (words[0] == ".set") {
+    change(world.set, words.at(1), words.at(2));
+  } else if (words[0] == ".vconf" && words.at(1) == "set") {
+    world.set.settings[words.at(2)] = settingOf(words);
+  } else {
+    refuse("the line " + words[0]);
+  }
+}
+
+}  // namespace
+
+std::optional<Reply> run(World& world, const Words& words) {
+  world.set.written.clear();
+  if (words.at(0).front() == '.') {
+    speakToSet(world, words);
+    return std::nullopt;
+  }
+  Words parameters(words.begin() + 1, words.end());
+  parameters.resize(4);
+  return answer({world.set, engineOf(world), words[0], parameters});
+}
+
+}  // namespace model

@@ -1,0 +1,110 @@
+// What a set keeps of its tuning when it is switched off, and what becomes of a change that it can't keep.
+#include "d2tv/D2TVCAPI.h"
+#include "store/Statement.h"
+#include "virtualtv/support/Support.h"
+#include "virtualtv/tuning/SetTest.h"
+
+namespace virtualtv::test {
+namespace {
+
+/// What `changeEverything` leaves behind.
+void changeEverything(Tv& tv) {
+  tv.import({serviceOf(10, 0, 1), serviceOf(20, 0, 2), serviceOf(40, 1, 3)}, false);
+  tv.tune(WindowId::main, *tv.services().keyOf(20));
+  tv.tune(WindowId::main, *tv.services().keyOf(40));
+  tv.switchSource(WindowId::main, hdmi2);
+  tv.switchSource(WindowId::pip, antennaInput, *tv.services().keyOf(20));
+  tv.plug(hdmi2, false);
+  tv.plug(hdmi3, true);
+  tv.setMode(WindowId::pip, {0, 21});
+  tv.showIsp();
+  tv.adjust(WindowId::main, [](TvState& state) {
+    state.fade = 30;
+    state.ispPresent = false;
+  });
+}
+
+class Keeping : public SetTest {
+ protected:
+  /// From now on nothing can be written.
+  void breakStore() { Statement(storage.parts().database, "PRAGMA query_only = ON", "break the store").query().next(); }
+  void mendStore() { Statement(storage.parts().database, "PRAGMA query_only = OFF", "mend the store").query().next(); }
+};
+
+TEST_F(Keeping, ARestartKeepsSourcesServicesModesAndInputs) {
+  changeEverything(*tv);
+  const TvState before = tv->state();
+  restart();
+  EXPECT_EQ(tv->state(), before);
+  EXPECT_EQ(current(), 40U);
+  EXPECT_EQ(previous(), 20U);
+  EXPECT_EQ(lastService(), "isp-service");
+}
+
+TEST_F(Keeping, ARestartStartsTheClockAnewAndEndsLatency) {
+  seam::Seam::instance().setLatency(seam::op("IServiceNavigation::TuneService"), 50);
+  tune(current());
+  ASSERT_EQ(tv->state().clock, 50U);
+  restart();
+  EXPECT_EQ(tv->state().clock, 0U);
+  tune(current());
+  EXPECT_EQ(tv->state().clock, 0U);
+}
+
+TEST(KeepingOnDisk, TheNextProcessFindsWhatTheLastOneLeft) {
+  const TemporaryDirectory directory;
+  std::optional<TvState> before;
+  {
+    Storage storage(directory.path());
+    Tv tv(storage);
+    changeEverything(tv);
+    before = tv.state();
+  }
+  Storage storage(directory.path());
+  const Tv tv(storage);
+  EXPECT_EQ(tv.state(), before);
+}
+
+/// Ends without switching anything off, as when the power goes.
+TEST(KeepingOnDisk, WhatWasAnsweredIsKeptWhenThePowerGoes) {
+  const TemporaryDirectory directory;
+  const std::string answered = inChild([&] {
+    Storage storage(directory.path());
+    Tv tv(storage);
+    return std::string(tv.switchSource(WindowId::main, hdmi2) ? "switched" : "refused");
+  });
+  ASSERT_EQ(answered, "switched");
+  Storage storage(directory.path());
+  const Tv tv(storage);
+  EXPECT_EQ(tv.state()[WindowId::main].source, hdmi2);
+}
+
+TEST_F(Keeping, ResetGoesBackToTheBuiltInSet) {
+  const TvState first = tv->state();
+  changeEverything(*tv);
+  tv->reset();
+  EXPECT_EQ(tv->state(), first);
+  EXPECT_EQ(lastService(), "tv-service");
+}
+
+TEST_F(Keeping, WhatCannotBeKeptDoesNotHappenAndIsComplainedAbout) {
+  tv->import({serviceOf(10, 0, 1), serviceOf(20, 0, 2)}, false);
+  const TvState before = tv->state();
+  const std::uint64_t revision = tv->revision();
+  breakStore();
+  EXPECT_EQ(tune(20), 0);
+  EXPECT_EQ(switchTo(hdmi1), 0);
+  EXPECT_EQ(switchTo(antennaInput, 20), 0);
+  EXPECT_EQ(leaveSource(), 0);
+  EXPECT_NE(D2TVCAPI_setSourceISP(), 1);
+  EXPECT_EQ(tv->state(), before);
+  EXPECT_EQ(tv->revision(), revision);
+  EXPECT_EQ(lastService(), "tv-service");
+  EXPECT_EQ(tv->takeComplaints().size(), 5U);
+  mendStore();
+  EXPECT_GT(tune(20), 0);
+  EXPECT_EQ(tv->takeComplaints(), std::vector<std::string>());
+}
+
+}  // namespace
+}  // namespace virtualtv::test

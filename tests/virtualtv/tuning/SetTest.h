@@ -1,0 +1,67 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "seam/Seam.h"
+#include "services/ServiceStore.h"
+#include "set/Keeping.h"
+#include "set/Tv.h"
+#include "tvservice/IServiceNavigation.h"
+#include "tvservice/ISourceControl.h"
+#include "tvservice/ITunerControl.h"
+#include "tvservice/TCNavigationModeHelper.h"
+#include "tvservice/TVServiceAPI.h"
+
+/// A set in memory and the interfaces through which it is driven, without the plug-in.
+namespace virtualtv::test {
+
+/// Sources of the set that is built in.
+enum : int { antennaInput = 0, avInput = 1, hdmi1 = 13, hdmi2 = 14, hdmi3 = 15 };
+
+/// A service that is neither hidden nor locked; `more` adds to its fields or takes their place.
+Service serviceOf(std::uint64_t id, int antenna, int major, std::map<int, std::uint64_t> more = {});
+
+class SetTest : public ::testing::Test {
+ protected:
+  SetTest() { tv.emplace(storage); }
+  ~SetTest() override;
+
+  /// Switches the set off and on.
+  void restart();
+
+  const WindowState& window(WindowId id = WindowId::main) const { return tv->state()[id]; }
+  /// Ids of the services on a window's screen, and on it before; 0 for none.
+  std::uint64_t current(WindowId id = WindowId::main) { return idOf(window(id).service); }
+  std::uint64_t previous(WindowId id = WindowId::main) { return idOf(window(id).previousService); }
+
+  // What a client does to a window. Answers are those of the interfaces.
+
+  static int tune(std::uint64_t id, WindowId on = WindowId::main);
+  static int switchTo(int source, WindowId on = WindowId::main);
+  static int switchTo(int source, std::uint64_t service, WindowId on = WindowId::main);
+  static int leaveSource(WindowId on = WindowId::main);
+  /// Id of the service one step from another in the list of a TV mode; 0 for none.
+  static std::uint64_t next(std::uint64_t id, TSTvMode mode = TSTvMode(ANTENNA_TERRESTRIAL, EServiceMode{}));
+  static std::uint64_t beforeThat(std::uint64_t id, TSTvMode mode = TSTvMode(ANTENNA_TERRESTRIAL, EServiceMode{}));
+  /// Id of the best service for a number; 0 for none.
+  static std::uint64_t best(int major, int minor, WindowId on = WindowId::main);
+  /// Nothing where the tuner can't tell.
+  static std::optional<int> signal(WindowId on = WindowId::main, int tuner = 0);
+
+  /// The last service, as the platform has recorded it.
+  std::string lastService();
+
+  Storage storage;
+  std::optional<Tv> tv;
+
+ private:
+  std::uint64_t idOf(ServiceKey key);
+};
+
+}  // namespace virtualtv::test

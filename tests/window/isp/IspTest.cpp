@@ -1,0 +1,204 @@
+// The ISP source: whether it is on screen, switching to it, and the manager of the stack that shows it.
+#include <optional>
+#include <string>
+
+#include "store/SettingsStore.h"
+#include "support/LogLines.h"
+#include "support/TvTest.h"
+
+namespace {
+
+using support::caught;
+using support::Lines;
+using support::place;
+
+constexpr const char* lastService = "db/boot/last_service";
+const std::string readLast = "vconf_get_str(key=\"db/boot/last_service\") -> ";
+const std::string notThere = "3 CEmpTaskWindow::IsSourceISP:: sourceType is NULL";
+const std::string isOther = "3 CEmpTaskWindow::IsSourceISP::Source is Not in ISP source";
+
+std::string told(const std::string& service) {
+  return "3 CEmpTaskWindow::IsSourceISP:: Source is in ISP source of sourceType - (" + service + ")";
+}
+
+using IspTest = support::WorkerTest;
+
+// Whether it is on screen.
+
+TEST_F(IspTest, IsTheSourceWhenThePlatformsLastServiceSaysSo) {
+  setSetting(lastService, "isp-service");
+  EXPECT_TRUE(worker.IsSourceISP());
+  EXPECT_EQ(calls(), Lines{readLast + "\"isp-service\""});
+  EXPECT_EQ(logs(), Lines{told("isp-service")});
+}
+
+TEST_F(IspTest, IsNotTheSourceForAnyOtherLastService) {
+  for (const char* service : {"tv-service", "", " ", "isp-service ", " isp-service", "ISP-service", "isp-Service",
+                              "isp-servic", "isp-service1", "isp_service", "isp-service\n", "\xff\xfe", "%s%n"}) {
+    SCOPED_TRACE(service);
+    setSetting(lastService, service);
+    forget();
+    EXPECT_FALSE(worker.IsSourceISP());
+    EXPECT_EQ(logs(), (Lines{told(service), isOther}));
+  }
+}
+
+TEST_F(IspTest, IsNotTheSourceWhenTheLastServiceIsAbsentOrNoText) {
+  tv().settings().unset(lastService);
+  EXPECT_FALSE(worker.IsSourceISP());
+  EXPECT_EQ(logs(), Lines{notThere});
+  setSetting(lastService, 48);
+  EXPECT_FALSE(worker.IsSourceISP());
+  EXPECT_EQ(logs(), Lines{notThere});
+}
+
+TEST_F(IspTest, IsNotTheSourceWhenTheLastServiceCannotBeRead) {
+  setSetting(lastService, "isp-service");
+  forget();
+  fault("vconf_get_str result=null");
+  EXPECT_FALSE(worker.IsSourceISP());
+  EXPECT_EQ(logs(), Lines{notThere});
+  clearFaults();
+  fault("vconf_get_str result=throw");
+  EXPECT_FALSE(worker.IsSourceISP());
+  EXPECT_EQ(logs(), (Lines{caught("IsSourceISP", "vconf_get_str"), notThere}));
+}
+
+TEST_F(IspTest, IsAskedAfreshEachTime) {
+  for (const bool isp : {true, false, true}) {
+    setSetting(lastService, isp ? "isp-service" : "tv-service");
+    EXPECT_EQ(worker.IsSourceISP(), isp);
+  }
+}
+
+TEST_F(IspTest, AskingChangesNothing) {
+  setSetting(lastService, "isp-service");
+  worker.IsSourceISP();
+  EXPECT_EQ(textSetting(lastService), "isp-service");
+}
+
+TEST_F(IspTest, ALongLastServiceIsLoggedWhole) {
+  const std::string service(5000, 'x');
+  setSetting(lastService, service);
+  forget();
+  EXPECT_FALSE(worker.IsSourceISP());
+  EXPECT_EQ(logs(), (Lines{told(service), isOther}));
+}
+
+// Switching to it.
+
+const Lines switching{place("SetSource_D2TV", 3, "Window/Src/EmpTaskWindow_D2TV"),
+                      "3 CEmpTaskWindow::SetSource : [SetISPSource]"};
+const std::string notSwitched = "3 CEmpTaskWindow::SetSource : Fail to Set ISP Source";
+
+TEST_F(IspTest, SwitchesTheSecondaryStack) {
+  EXPECT_TRUE(worker.SetSource_D2TV());
+  EXPECT_EQ(calls(), Lines{"D2TVCAPI_setSourceISP() -> 1"});
+  EXPECT_EQ(logs(), switching);
+  EXPECT_TRUE(tv().state().ispShown);
+}
+
+TEST_F(IspTest, AfterTheSwitchThePlatformSaysThatItIsOnScreen) {
+  EXPECT_FALSE(worker.IsSourceISP());
+  EXPECT_TRUE(worker.SetSource_D2TV());
+  EXPECT_TRUE(worker.IsSourceISP());
+}
+
+TEST_F(IspTest, AnyResultButOneIsAFailedSwitch) {
+  for (const char* result : {"0", "2", "-1", "48", "2147483647"}) {
+    SCOPED_TRACE(result);
+    clearFaults();
+    fault(std::string("D2TVCAPI_setSourceISP result=") + result);
+    EXPECT_FALSE(worker.SetSource_D2TV());
+    EXPECT_EQ(logs(), support::join({switching, {notSwitched}}));
+  }
+}
+
+TEST_F(IspTest, AnExceptionIsAFailedSwitch) {
+  fault("D2TVCAPI_setSourceISP result=throw");
+  EXPECT_FALSE(worker.SetSource_D2TV());
+  EXPECT_EQ(logs(), support::join({switching, {caught("SetSource_D2TV", "D2TVCAPI_setSourceISP"), notSwitched}}));
+}
+
+TEST_F(IspTest, AStackThatCannotBeReachedIsAFailedSwitch) {
+  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) { state.ispPresent = false; });
+  EXPECT_FALSE(worker.SetSource_D2TV());
+  EXPECT_FALSE(worker.IsSourceISP());
+}
+
+TEST_F(IspTest, SwitchingWritesNoKeyItself) {
+  const std::optional<std::string> before = textSetting(lastService);
+  fault("D2TVCAPI_setSourceISP result=0");
+  worker.SetSource_D2TV();
+  EXPECT_EQ(textSetting(lastService), before);
+  for (const std::string& call : calls()) EXPECT_EQ(call.find("vconf"), std::string::npos) << call;
+}
+
+// The manager of the stack.
+
+const std::string made = "3 CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr successfully ";
+const std::string notMade = "3 CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr Failed ";
+const std::string askManager = "CD2tvMgrProxy::GetInstance(client=\"EMP_WINDOW\") -> ";
+const std::string destroyManager = "CD2tvMgrProxy::DestroyInstance()";
+
+TEST_F(IspTest, TheManagerIsAskedForInThePluginsName) {
+  worker.CreateD2TVManagerInstance();
+  EXPECT_EQ(calls(), Lines{askManager + "made"});
+  EXPECT_EQ(logs(), Lines{made});
+}
+
+TEST_F(IspTest, AManagerThatCannotBeHadIsTold) {
+  fault("CD2tvMgrProxy::GetInstance result=null");
+  worker.CreateD2TVManagerInstance();
+  EXPECT_EQ(calls(), Lines{askManager + "null [fault]"});
+  EXPECT_EQ(logs(), Lines{notMade});
+  fault("CD2tvMgrProxy::GetInstance result=throw");
+  worker.CreateD2TVManagerInstance();
+  EXPECT_EQ(logs(), (Lines{caught("CreateD2TVManagerInstance", "CD2tvMgrProxy::GetInstance"), notMade}));
+}
+
+TEST_F(IspTest, DestroyingTheManagerIsSilent) {
+  worker.DestroyD2TVManagerInstance();
+  EXPECT_EQ(calls(), Lines{destroyManager});
+  EXPECT_EQ(logs(), Lines());
+}
+
+TEST_F(IspTest, AnExceptionWhileTheManagerIsDestroyedStaysInside) {
+  fault("CD2tvMgrProxy::DestroyInstance result=throw");
+  worker.DestroyD2TVManagerInstance();
+  EXPECT_EQ(logs(), Lines{caught("DestroyD2TVManagerInstance", "CD2tvMgrProxy::DestroyInstance")});
+}
+
+const Lines destroyed{"3 [CEmpTaskWindow::Destroy][*] begin.", "3 [CEmpTaskWindow::Destroy][*] end."};
+
+TEST_F(IspTest, DestroyDropsTheManagerWhetherThereIsOneOrNot) {
+  worker.Destroy();
+  EXPECT_EQ(calls(), Lines{destroyManager});
+  EXPECT_EQ(logs(), destroyed);
+  worker.CreateD2TVManagerInstance();
+  forget();
+  worker.Destroy();
+  EXPECT_EQ(calls(), Lines{destroyManager});
+}
+
+TEST_F(IspTest, DestroyEndsAlsoWhenTheManagerCannotBeDropped) {
+  fault("CD2tvMgrProxy::DestroyInstance result=throw");
+  worker.Destroy();
+  EXPECT_EQ(logs(), (Lines{destroyed[0], caught("DestroyD2TVManagerInstance", "CD2tvMgrProxy::DestroyInstance"),
+                           destroyed[1]}));
+}
+
+TEST_F(IspTest, ClosingAnEngineDropsTheManagerTwice) {
+  ASSERT_TRUE(open());
+  forget();
+  ASSERT_TRUE(close());
+  EXPECT_EQ(calls(), (Lines{destroyManager, destroyManager}));
+}
+
+TEST_F(IspTest, NothingElseAsksForTheManager) {
+  worker.SetSource_D2TV();
+  worker.IsSourceISP();
+  for (const std::string& call : calls()) EXPECT_EQ(call.find("CD2tvMgrProxy"), std::string::npos) << call;
+}
+
+}  // namespace

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "support/LogLines.h"
+#include "support/TvTest.h"
+
+/// What the tests of tuning by a description share: a set with a satellite service, and descriptions of it.
+namespace satellite {
+
+using support::caught;
+using support::join;
+using support::Lines;
+
+/// Members of a description, as JSON writes their values.
+using Members = std::map<std::string, std::string>;
+
+/// The description of the set's service 900 with these members in place of its own; an empty value leaves one out.
+std::string description(const Members& changes = {});
+
+/// The log lines of a description as far as it is understood, and as far as its search.
+Lines understood(const std::string& text);
+/// The line with the text as it was given.
+std::string given(const std::string& text);
+
+extern const std::string notParsed;
+
+/// The calls that a description makes, as traced: without arguments it is the one of the service 900.
+extern const std::string createManager;
+std::string lookUp(const std::string& transponder = "65535,26,11727000,27000,1,-1", const std::string& result = "3");
+std::string find(const std::string& conditions =
+                     "where 1=9, where 6=16, where 7=27, where 2=3, where 15=50, "
+                     "where 1=9, where 14=2",
+                 const std::string& answer = "service={12=900} -> 1");
+extern const std::string tune;
+
+/// A worker for the main window of a set with the satellite service 900 and a terrestrial one, 281, which is on screen.
+class SatelliteTest : public support::WorkerTest {
+ protected:
+  void SetUp() override;
+
+  int set(const std::string& text, int type = 0) { return worker.SetDVBSIChannelDirectEx(text, type); }
+
+  /// The terrestrial service is on screen again; what was seen so far is dropped.
+  void restart();
+  /// Id of the service on the main window's screen, asked of the set itself.
+  unsigned long long onScreen();
+
+  /// The text answers 0, and nothing is called but what is expected, nothing changed.
+  void expectRefused(const std::string& text, const Lines& expected);
+};
+
+}  // namespace satellite

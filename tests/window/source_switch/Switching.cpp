@@ -1,0 +1,124 @@
+#include "Switching.h"
+
+namespace switching {
+
+using sources::mainKey;
+using sources::middlewareKey;
+using sources::pipKey;
+using sources::previousMainKey;
+using sources::previousPipKey;
+using support::place;
+using virtualtv::WindowId;
+
+const Lines startKeys{"20", "77", "0", "-", "-"};
+const Lines toIsp{"3 [ISPSource] : SetSource to ISP Source : [48]",
+                  place("SetSource_D2TV", 3, "Window/Src/EmpTaskWindow_D2TV"),
+                  "3 CEmpTaskWindow::SetSource : [SetISPSource]"};
+
+const std::string askApp = "CEmpEngineBase::GetAppInfo(type=1) -> \"test.app\"";
+const std::string leave = "ISourceControl[main#1]::DeactivateSource() -> 1";
+
+void SwitchTest::SetUp() {
+  channels::furnish(tv());
+  SourceTest::SetUp();
+  restart();
+}
+
+void SwitchTest::restart() {
+  clearFaults();
+  show(5, 8);
+  setSetting(mainKey, 20);
+  setSetting(previousMainKey, 77);
+  forget();
+}
+
+Lines SwitchTest::keys() {
+  Lines values;
+  for (const char* key : {mainKey, previousMainKey, pipKey, previousPipKey}) {
+    const std::optional<int> value = intSetting(key);
+    values.push_back(value ? std::to_string(*value) : "-");
+  }
+  values.push_back(textSetting(middlewareKey).value_or("-"));
+  return values;
+}
+
+int SwitchTest::shown(WindowId window) {
+  return tv().state()[window].source;
+}
+
+void SwitchTest::drivePictureInPicture() {
+  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
+  show(1, 2, WindowId::pip);
+  forget();
+}
+
+Lines asked(int source, int major) {
+  return join({{"3 t_SetSource input ePLSource = " + std::to_string(source) + ", nMajor = " + std::to_string(major)},
+               sources::currentLogs(5),
+               sources::converted(5, 20),
+               {"3 t_SetSource input eCurPLSource = 20"}});
+}
+
+Lines other(int source) {
+  return {"3 ePLSource=[" + std::to_string(source) + "], current db/emp/mainsource = 20 success",
+          "3 appid is test.app"};
+}
+
+Lines translated(int source, int tc, int major) {
+  const std::string from = std::to_string(source);
+  const std::string to = std::to_string(tc);
+  return {"3 t_IsConvertable input ePLSource = " + from, "3 t_IsConvertable output eTVSSource = " + to,
+          "3 ePLSource=[" + from + "] eTVSSource=[" + to + "], nMajor=[" + std::to_string(major) + "]"};
+}
+
+std::string leaving(int source) {
+  return "3 ePLSource=[" + std::to_string(source) + "].Deactivate TVService";
+}
+
+std::string written(const std::string& key, int source) {
+  return "3 Set vconf " + key + " = " + std::to_string(source) + " success";
+}
+
+std::string unwritten(const std::string& key, int source) {
+  return "0 Set vconf " + key + " = " + std::to_string(source) + " failed";
+}
+
+Lines published(int source) {
+  return {"3 This is t_SetCurrentSourcevconf", "3 it is main source set the vconf for emptvsmw ",
+          "3 The vconf value to be set: test.widget:" + std::to_string(source)};
+}
+
+Lines recorded(int source, int previous) {
+  return join({{written(previousMainKey, previous)}, published(source), {written(mainKey, source)}});
+}
+
+Lines askSource() {
+  return {sources::askState, sources::askCurrent};
+}
+
+std::string switchTo(int tc) {
+  return "ISourceControl[main#1]::SetSource(source=" + std::to_string(tc) + ", appId=\"test.app\") -> 1";
+}
+
+std::string switchTo(int tc, unsigned long long serviceId) {
+  return "ISourceControl[main#1]::SetSource(source=" + std::to_string(tc) + ", serviceId=" + std::to_string(serviceId) +
+         ", appId=\"test.app\") -> 1";
+}
+
+std::string search(int major, const std::string& answer) {
+  return "IServiceNavigation[main#1]::GetServiceList(fetch 12, where 13=" + std::to_string(major) +
+         ", mode=-1,-1, 0, 0) services=" + answer;
+}
+
+std::string write(const std::string& key, int source) {
+  return "vconf_set_int(key=\"" + key + "\", value=" + std::to_string(source) + ") -> 0";
+}
+
+Lines record(int source, int previous) {
+  return {
+      write(previousMainKey, previous), "CEmpEngineBase::GetAppInfo(type=2) -> \"test.widget\"",
+      "vconf_set_str(key=\"db/kel/current_source_type\", value=\"test.widget:" + std::to_string(source) + "\") -> 0",
+      write(mainKey, source)};
+}
+
+}  // namespace switching

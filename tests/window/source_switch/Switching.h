@@ -1,0 +1,74 @@
+#pragma once
+
+#include <string>
+
+#include "support/Channels.h"
+#include "support/LogLines.h"
+#include "window/source/Sources.h"
+
+/// What the tests of switching share: a set whose source is about to be switched, and the calls and log lines of the
+/// steps of a switch.
+namespace switching {
+
+using support::caught;
+using support::join;
+using support::Lines;
+
+inline constexpr int noMajor = -1;
+inline constexpr int isp = 48;
+inline constexpr int none = 43;
+
+/// A worker for the main window of a set with the three services. The set shows its source 5 (the plug-in's 20) there,
+/// as the keys say too; the plug-in's 77 was shown before.
+class SwitchTest : public sources::SourceTest {
+ protected:
+  void SetUp() override;
+
+  bool set(int source, int major = noMajor) {
+    return worker.t_SetSource(static_cast<_PL_WINDOW_Source>(source), major);
+  }
+
+  /// Back to what the test started with; what was seen so far is dropped.
+  void restart();
+
+  /// The keys of current and previous source, main window then picture-in-picture, and what the middleware was told;
+  /// `-` for a key that is not there.
+  Lines keys();
+  /// The set's own number of the source that a window shows, -1 for none.
+  int shown(virtualtv::WindowId window = virtualtv::WindowId::main);
+
+  /// From now on the worker drives the picture-in-picture window, where the source 1 (the plug-in's 15) is shown.
+  void drivePictureInPicture();
+};
+
+extern const Lines startKeys;  ///< the keys as the test starts
+
+// Log lines.
+
+/// A request that has read what the main window shows, the plug-in's 20.
+Lines asked(int source, int major = noMajor);
+/// The source is another one than that.
+Lines other(int source);
+/// It is one of the TV service.
+Lines translated(int source, int tc, int major = noMajor);
+std::string leaving(int source);
+std::string written(const std::string& key, int source);
+std::string unwritten(const std::string& key, int source);
+Lines published(int source);
+/// A switch of the main window is recorded.
+Lines recorded(int source, int previous);
+/// A switch to the ISP source, as far as the secondary stack's answer.
+extern const Lines toIsp;
+
+// Calls, as traced.
+
+Lines askSource();
+extern const std::string askApp;
+extern const std::string leave;
+std::string switchTo(int tc);
+std::string switchTo(int tc, unsigned long long serviceId);
+std::string search(int major, const std::string& answer);
+std::string write(const std::string& key, int source);
+Lines record(int source, int previous);
+
+}  // namespace switching

@@ -1,0 +1,65 @@
+// The tuner behind a window, and the satellite manager.
+#include "services/ServiceStore.h"
+#include "tvservice/Adapters.h"
+
+namespace virtualtv::tvservice {
+
+namespace {
+
+using seam::args;
+using seam::in;
+using seam::op;
+using seam::out;
+
+class TunerControl : public ITunerControl {
+ public:
+  explicit TunerControl(const Profile& profile) : profile_(profile) {}
+
+  int GetSignalStrength(int tuner, unsigned char* strength) override {
+    return answer(op("ITunerControl::GetSignalStrength"), profile_.handle,
+                  args(in("tuner", tuner), out("strength", *strength)), [&](Tv& tv) {
+                    const auto signal = tv.signalStrength(profile_.window);
+                    if (tuner != 0 || !signal) return 0;
+                    *strength = static_cast<unsigned char>(*signal);
+                    return 1;
+                  });
+  }
+
+ private:
+  Profile profile_;
+};
+
+class Satellite : public ISatellite {
+ public:
+  explicit Satellite(const Profile& profile) : profile_(profile) {}
+
+  /// A transponder's id is the physical channel of the services on it.
+  int LookupTransponder(const TSTransponder& transponder, unsigned short& result) override {
+    return answer(op("ISatellite::LookupTransponder"), profile_.handle,
+                  args(in("transponder", transponder), out("result", result)), [&](Tv& tv) {
+                    TCCriteriaHelper criteria;
+                    criteria.Fetch(TCServiceData::PTC);
+                    criteria.Where(TCServiceData::ANTENNA_MODE, ANTENNA_SATELLITE);
+                    criteria.Where(TCServiceData::FREQUENCY, transponder.frequency);
+                    TCServiceData service;
+                    const TSTvMode any(ANTENNA_NONE, SERVICE_MODE_NONE);
+                    if (!tv.services().first(criteria, any, service)) return 0;
+                    return service.Get(TCServiceData::PTC, result) ? 1 : 0;
+                  });
+  }
+
+ private:
+  Profile profile_;
+};
+
+}  // namespace
+
+std::shared_ptr<ITunerControl> makeTunerControl(const Profile& profile) {
+  return std::make_shared<TunerControl>(profile);
+}
+
+std::shared_ptr<ISatellite> makeSatellite(const Profile& profile) {
+  return std::make_shared<Satellite>(profile);
+}
+
+}  // namespace virtualtv::tvservice
