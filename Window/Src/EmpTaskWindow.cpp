@@ -25,17 +25,18 @@ int MakeServiceDataAux(EProfile profile, int index, ServiceDataAux** aux) {
   return 0;
 }
 
-enum class Made { yes, refused, nothing };
+enum class Made { yes, refused, nothing, thrown };
 
 /// Runs a factory. `target` is null afterwards unless it made something.
 template <typename Interface>
 Made Make(const char* function, Interface*& target, Factory<Interface> factory, EProfile profile) {
   target = nullptr;
-  if (Try(function, kFailed, [&] { return factory(profile, kIndex, &target); }) == 0) {
+  const Made made = Try(function, Made::thrown, [&] {
+    if (factory(profile, kIndex, &target) != 0) return Made::refused;
     return target == nullptr ? Made::nothing : Made::yes;
-  }
-  target = nullptr;
-  return Made::refused;
+  });
+  if (made != Made::yes) target = nullptr;
+  return made;
 }
 
 /// One step of `Create`: runs a factory for the main window. @return 1 for a failure, 0 for none.
@@ -59,7 +60,8 @@ template <typename Interface>
 bool Bind(const char* function, Interface*& active, Interface*& own, EProfile profile,
           const Binding<Interface>& binding) {
   const Made made = own == nullptr ? Make(function, own, binding.factory, profile) : Made::yes;
-  if (made == Made::refused) KEL_LOG_AS(function, kFailure, binding.refused, static_cast<int>(profile), kIndex);
+  if (made == Made::refused || made == Made::thrown)
+    KEL_LOG_AS(function, kFailure, binding.refused, static_cast<int>(profile), kIndex);
   if (made == Made::nothing) KEL_LOG_AS(function, kFailure, "%s", binding.nothing);
   if (made != Made::yes) return false;
   active = own;
@@ -208,9 +210,7 @@ int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
       Bind(__func__, video_ctrl_proxy, main ? video_ctrl_proxy_main : video_ctrl_proxy_pip, profile, video) &&
       Bind(__func__, av_ctrl_proxy, main ? av_ctrl_proxy_main : av_ctrl_proxy_pip, profile, av) &&
       t_BindServiceDataAux(profile);
-  if (!bound) return 0;
-  t_BindDataControl(main);
-  return 1;
+  return bound && t_BindDataControl(main) ? 1 : 0;
 }
 
 bool CEmpTaskWindow::t_BindSourceControl(const char* function, EProfile profile) {
@@ -234,10 +234,12 @@ bool CEmpTaskWindow::t_BindServiceDataAux(EProfile profile) {
   return true;
 }
 
-void CEmpTaskWindow::t_BindDataControl(bool main) {
+/// Without a data control the window is selected all the same, unless making one throws.
+bool CEmpTaskWindow::t_BindDataControl(bool main) {
   IDataControl*& own = main ? svc_datacontrol_proxy_main : svc_datacontrol_proxy_pip;
-  // Made for the main profile in both windows. Without one the window is selected all the same.
-  if (own == nullptr && Make("SetWindow", own, TVServiceAPI::CreateDataControl, PROFILE_MAIN) != Made::yes) {
+  Made made = Made::yes;
+  if (own == nullptr) made = Make("SetWindow", own, TVServiceAPI::CreateDataControl, PROFILE_MAIN);  // in both windows
+  if (made != Made::yes) {
     if (main) {
       KEL_LOG_AS("SetWindow", kFailure, "SetWindow svc_datacontrol_proxy_main create is FAIL!!");
     } else {
@@ -245,6 +247,7 @@ void CEmpTaskWindow::t_BindDataControl(bool main) {
     }
   }
   svc_datacontrol_proxy = own;
+  return made != Made::thrown;
 }
 
 bool CEmpTaskWindow::t_CheckServiceproxy() {
@@ -287,17 +290,15 @@ bool CEmpTaskWindow::t_CheckTunerControlproxy() {
                "tuner_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow tuner_ctrl_proxy create is FAIL!!");
 }
 
-std::string CEmpTaskWindow::t_GetAppId(const char* function) {
-  std::string appId;
-  if (m_pEngine != nullptr) {
-    appId = Try(function, appId, [&] { return m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); });
-  }
+bool CEmpTaskWindow::t_GetAppId(const char* function, std::string& appId) {
+  appId.clear();
+  if (m_pEngine != nullptr && !Reach(function, [&] { appId = m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); })) return false;
   if (appId.empty()) {
     KEL_LOG_AS(function, kFailure, "Could not get app ID.");
     appId = "NoAppId";
   }
   KEL_LOG_AS(function, kInformation, "appid is %s", appId.c_str());
-  return appId;
+  return true;
 }
 
 void CEmpTaskWindow::t_ClearChannelList() {

@@ -97,7 +97,8 @@ int CEmpTaskWindow::SetTVMode(_PL_WINDOW_TV_MODE mode) {
     return 0;
   }
   const TSTvMode nTCTVMode = CEmpConverterWindow::GetTCTVModeValue(mode);
-  const std::string appId = t_GetAppId(__func__);
+  std::string appId;
+  if (!t_GetAppId(__func__, appId)) return -1;
   const int result = Ask(__func__, svc_navi_proxy,
                          [&](IServiceNavigation& navigation) { return navigation.SetTVMode(nTCTVMode, appId); });
   return result > 0 ? 1 : -1;

@@ -19,9 +19,15 @@ constexpr const char* kClient = "EMP_WINDOW";
 constexpr const char* kLastService = "db/boot/last_service";
 constexpr const char* kIspService = "isp-service";
 
+/// `Try` at this file's level.
+template <typename Call, typename Result>
+Result Attempt(const char* function, Result failed, Call call) {
+  return Try(function, failed, call, kInformation);
+}
+
 CD2tvMgrProxy* Manager(const char* function) {
   constexpr CD2tvMgrProxy* none = nullptr;
-  return Try(function, none, [] { return CD2tvMgrProxy::GetInstance(kClient); });
+  return Attempt(function, none, [] { return CD2tvMgrProxy::GetInstance(kClient); });
 }
 
 struct Free {
@@ -39,7 +45,7 @@ void CEmpTaskWindow::CreateD2TVManagerInstance() {
 }
 
 void CEmpTaskWindow::DestroyD2TVManagerInstance() {
-  Try(__func__, false, [] {
+  Attempt(__func__, false, [] {
     CD2tvMgrProxy::DestroyInstance();
     return true;
   });
@@ -47,7 +53,7 @@ void CEmpTaskWindow::DestroyD2TVManagerInstance() {
 
 bool CEmpTaskWindow::IsSourceISP() {
   constexpr char* none = nullptr;
-  const std::unique_ptr<char, Free> sourceType(Try(__func__, none, [] { return vconf_get_str(kLastService); }));
+  const std::unique_ptr<char, Free> sourceType(Attempt(__func__, none, [] { return vconf_get_str(kLastService); }));
   if (sourceType == nullptr) {
     KEL_LOG(kInformation, "CEmpTaskWindow::IsSourceISP:: sourceType is NULL");
     return false;
@@ -61,7 +67,7 @@ bool CEmpTaskWindow::IsSourceISP() {
 bool CEmpTaskWindow::SetSource_D2TV() {
   KEL_LOG_PLACE(kD2tvFile, __func__, kInformation);
   KEL_LOG(kInformation, "CEmpTaskWindow::SetSource : [SetISPSource]");
-  if (Try(__func__, kFailed, [] { return D2TVCAPI_setSourceISP(); }) != 1) {
+  if (Attempt(__func__, kFailed, [] { return D2TVCAPI_setSourceISP(); }) != 1) {
     KEL_LOG(kInformation, "CEmpTaskWindow::SetSource : Fail to Set ISP Source");
     return false;
   }

@@ -124,7 +124,7 @@ int CEmpTaskWindow::t_TuneDescribed(const std::string& channelInfo, int type) {
   }
   FillTransponder(transponder, info, description.symbolRate);
   unsigned short looked = 65535;
-  Ask(kFunction, satellites, [&](ISatellite& manager) { return manager.LookupTransponder(transponder, looked); });
+  satellites->LookupTransponder(transponder, looked);  // what it finds does not matter
 
   TCCriteriaHelper criteria;
   FillCriteria(criteria, description);

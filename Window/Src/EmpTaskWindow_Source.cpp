@@ -112,7 +112,9 @@ bool CEmpTaskWindow::t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource) {
   KEL_LOG(kInformation, "This is t_GetCurrentSourceInfo");
   KEL_LOG(kInformation, "GetSourceState start");
   int nState = -1;
-  if (Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetSourceState(&nState); }) == 1) {
+  int result = kFailed;
+  if (!Reach(__func__, [&] { result = src_ctrl_proxy->GetSourceState(&nState); })) return false;
+  if (result == 1) {
     KEL_LOG(kInformation, "GetSourceState = %d", nState);
     if (nState != -1) return t_AskCurrentSource(__func__, eSource);
     KEL_LOG(kInformation, "Get GetSourceState success and eCurrentSourceState = SOURCE_STATE_NONE");
@@ -169,9 +171,8 @@ bool CEmpTaskWindow::t_SetTVMWMainSourcevconf(const char* key, int nPLSource) {
   KEL_LOG(kInformation, "it is main source set the vconf for emptvsmw ");
   const char* const function = __func__;
   std::string value;
-  if (m_pEngine != nullptr) {
-    value = Try(function, value, [&] { return m_pEngine->GetAppInfo(eAPP_INFO_WIDGET_ID); });
-  }
+  if (m_pEngine != nullptr && !Reach(function, [&] { value = m_pEngine->GetAppInfo(eAPP_INFO_WIDGET_ID); }))
+    return false;
   if (value.empty()) KEL_LOG(kFailure, "Could not get widget ID.");
 
   char digits[12] = {};

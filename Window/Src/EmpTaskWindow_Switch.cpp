@@ -90,7 +90,8 @@ bool CEmpTaskWindow::t_SetSource(_PL_WINDOW_Source ePLSource, int nMajor) {
 
   KEL_LOG(kInformation, "ePLSource=[%d], current %s = %d success", static_cast<int>(ePLSource), m_SourceVconf.c_str(),
           static_cast<int>(eCurPLSource));
-  const std::string appId = t_GetAppId(__func__);
+  std::string appId;
+  if (!t_GetAppId(__func__, appId)) return false;
   const bool switched =
       t_IsTVServiceSource(ePLSource) ? t_SwitchTVService(ePLSource, nMajor, appId) : t_LeaveTVService(ePLSource);
   return switched && t_RecordSources(__func__, ePLSource, eCurPLSource);
@@ -107,7 +108,9 @@ bool CEmpTaskWindow::t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Sour
                static_cast<int>(eCurPLSource));
   }
   int nStored = 0;
-  if (!ReadKey(function, m_SourceVconf.c_str(), nStored) || nStored == eCurPLSource) {
+  int read = kFailed;
+  if (!Reach(function, [&] { read = vconf_get_int(m_SourceVconf.c_str(), &nStored); })) return false;
+  if (read != 0 || nStored == eCurPLSource) {
     KEL_LOG_AS(function, kFailure, "Set vconf %s = %d failed", m_SourceVconf.c_str(), static_cast<int>(ePLSource));
     return true;
   }

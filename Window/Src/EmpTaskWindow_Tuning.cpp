@@ -43,8 +43,7 @@ int CEmpTaskWindow::t_TuneToService(const char* function, unsigned long long ser
   }
   if (notTv != nullptr) KEL_LOG_AS(function, kInformation, "%s", notTv);
   // The switch's own result does not count; whether the keys agree does.
-  Ask(function, src_ctrl_proxy,
-      [&](ISourceControl& control) { return control.SetSource(SOURCE_TV, serviceId, appId); });
+  if (!Reach(function, [&] { src_ctrl_proxy->SetSource(SOURCE_TV, serviceId, appId); })) return 0;
   int nCurSourceVconf = -1;
   if (!ReadKey(function, m_SourceVconf.c_str(), nCurSourceVconf)) {
     KEL_LOG_AS(function, kFailure, "Get the vconf %s fails", m_SourceVconf.c_str());
@@ -67,7 +66,12 @@ int CEmpTaskWindow::t_TuneToFound(const char* function, TCCriteriaHelper& criter
   if (t_FindService(function, criteria, service) < 1) return 0;
   const unsigned long long serviceId = ReadServiceId(service);
   KEL_LOG_AS(function, kInformation, "SERVICE_ID=[%llu]", serviceId);
-  return t_TuneToService(function, serviceId, t_GetAppId(function));
+  return t_AskAppAndTune(function, serviceId);
+}
+
+int CEmpTaskWindow::t_AskAppAndTune(const char* function, unsigned long long serviceId, const char* notTv) {
+  std::string appId;
+  return t_GetAppId(function, appId) ? t_TuneToService(function, serviceId, appId, notTv) : 0;
 }
 
 bool CEmpTaskWindow::t_CheckTuningproxies(const char* function) {
@@ -110,7 +114,7 @@ int CEmpTaskWindow::SetChannel(int nMajor, int nMinor) {
   }
   const unsigned long long serviceId = ReadServiceId(service);
   KEL_LOG(kInformation, "SERVICE_ID=[%llu]", serviceId);
-  return t_TuneToService(__func__, serviceId, t_GetAppId(__func__), "Current source is not TV,use setsource API");
+  return t_AskAppAndTune(__func__, serviceId, "Current source is not TV,use setsource API");
 }
 
 int CEmpTaskWindow::SetChannel_PTC(int nPTC) {
@@ -142,7 +146,7 @@ int CEmpTaskWindow::SetChannelByServiceid(unsigned long long serviceId) {
     return 0;
   }
   KEL_LOG(kInformation, "TCServiceId=[%llu]", serviceId);
-  return t_TuneToService(__func__, serviceId, t_GetAppId(__func__));
+  return t_AskAppAndTune(__func__, serviceId);
 }
 
 int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_MODE eNavigatorMode) {
@@ -170,7 +174,8 @@ int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_
     KEL_LOG(kFailure, "Fail to get current service data\n");
     return -1;
   }
-  const std::string appId = t_GetAppId(__func__);
+  std::string appId;
+  if (!t_GetAppId(__func__, appId)) return 0;
   const int result = t_SeekService(eSeek, criteria, service);
   if (result != 1) return result;
   const unsigned long long serviceId = ReadServiceId(service);

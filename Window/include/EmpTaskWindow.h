@@ -26,7 +26,7 @@ class CEmpEngineBase;
 ///
 /// Unless an operation says otherwise it answers 1 for success, 0 for a failure or a missing proxy, -1 when a record or
 /// a value could not be had and -3 for a null output pointer, and leaves its output as it was when it fails. An
-/// exception from the set counts as the failure of that call. Called by the engine, from one thread.
+/// exception from the set fails the operation. Called by the engine, from one thread.
 class CEmpTaskWindow {
  public:
   /// A rectangle, in pixels of the space that the operation names.
@@ -195,7 +195,8 @@ class CEmpTaskWindow {
   bool t_CheckTunerControlproxy();
 
   /// The calling application's id, "NoAppId" when it is unknown. @param function  the operation that asks.
-  std::string t_GetAppId(const char* function);
+  /// @return false when the engine throws.
+  bool t_GetAppId(const char* function, std::string& appId);
 
   // EmpTaskWindow_Source
 
@@ -282,7 +283,7 @@ class CEmpTaskWindow {
   int t_CreateProxies();
   bool t_BindSourceControl(const char* function, EProfile profile);
   bool t_BindServiceDataAux(EProfile profile);
-  void t_BindDataControl(bool main);
+  bool t_BindDataControl(bool main);
   void t_ClearChannelList();
 
   // EmpTaskWindow_Source: steps that operations share, under the name of the one that takes them
@@ -309,6 +310,7 @@ class CEmpTaskWindow {
   bool t_CheckSeekproxies(const char* function);
   int t_TuneToService(const char* function, unsigned long long serviceId, const std::string& appId,
                       const char* notTv = nullptr);
+  int t_AskAppAndTune(const char* function, unsigned long long serviceId, const char* notTv = nullptr);
   int t_TuneService(const char* function, unsigned long long serviceId, const std::string& appId);
   int t_TuneToFound(const char* function, TCCriteriaHelper& criteria);
   int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
