@@ -50,7 +50,10 @@ std::string conditions(const QueryShape& shape) {
   for (const int fieldId : shape.where) all.push_back(conditionOn(fieldId));
   if (shape.pick == Pick::after) all.emplace_back("place > ?");
   if (shape.pick == Pick::before) all.emplace_back("place < ?");
-  if (stepsThroughTheList(shape.pick)) all.emplace_back("service_id IS NOT ?");
+  if (stepsThroughTheList(shape.pick)) {
+    all.emplace_back("service_id IS NOT ?");
+    all.emplace_back("service_id IS NOT NULL");  // a client could not tune to it
+  }
   if (shape.pick == Pick::at) all.emplace_back("key = ?");
   if (shape.skipLocked) all.emplace_back("ifnull(lock, 0) = 0");
   std::string text;

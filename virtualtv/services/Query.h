@@ -17,9 +17,9 @@ namespace virtualtv {
 enum class Pick {
   list,    ///< all, in the order asked for
   first,   ///< the first of them
-  after,   ///< in list order the first behind a place, but none of one service id
+  after,   ///< in list order the first behind a place that has a service id, but not a given one
   before,  ///< the last before a place, likewise
-  start,   ///< in list order the first of all, but none of one service id
+  start,   ///< in list order the first of all that has a service id, but not a given one
   end,     ///< the last of all, likewise
   at,      ///< the one with a key
 };

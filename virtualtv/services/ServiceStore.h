@@ -81,6 +81,7 @@ class ServiceStore {
   /// The service one step behind (before) the one of `currentId` in list order, starting over at the other end of the
   /// list, among those that the criteria select. The current one need not be selected; it is answered when it is the
   /// only one. An id that no service has stands at the end (start) of the list. Criteria's order is passed over.
+  /// Goes past services without a service id, which nobody could tune to.
   /// @param skipLocked  goes past services whose `LOCK` is not 0.
   bool next(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
             TCServiceData& record);

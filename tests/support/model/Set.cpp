@@ -120,7 +120,10 @@ ServiceKey best(const Set& set, WindowId window, std::uint16_t major, std::uint1
 ServiceKey step(const Set& set, const Conditions& conditions, std::uint64_t from, Direction direction) {
   const bool forwards = direction == Direction::forwards;
   std::vector<ServiceKey> selected = listed(set, conditions);
-  std::erase_if(selected, [&](ServiceKey key) { return number(set.services.at(key), Data::LOCK).value_or(0) != 0; });
+  std::erase_if(selected, [&](ServiceKey key) {
+    const Service& service = set.services.at(key);
+    return !number(service, Data::SERVICE_ID) || number(service, Data::LOCK).value_or(0) != 0;
+  });
   if (!forwards) std::reverse(selected.begin(), selected.end());
   std::vector<ServiceKey> others = selected;
   std::erase_if(others, [&](ServiceKey key) { return number(set.services.at(key), Data::SERVICE_ID) == from; });

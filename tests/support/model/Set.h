@@ -64,9 +64,9 @@ std::optional<Conditions> listOf(virtualtv::TvMode mode);
 ServiceKey best(const Set& set, WindowId window, std::uint16_t major, std::uint16_t minor);
 
 enum class Direction { forwards, backwards };
-/// The next service that meets the conditions and is not locked, seen from the service of an id, starting over at the
-/// other end of the list. The service itself only if there is no other; an id that no service has stands behind both
-/// ends.
+/// The next service that meets the conditions, has an id and is not locked, seen from the service of an id, starting
+/// over at the other end of the list. The service itself only if there is no other; an id that no service has stands
+/// behind both ends.
 ServiceKey step(const Set& set, const Conditions& conditions, std::uint64_t from, Direction direction);
 
 // The windows. What answers false has changed nothing.

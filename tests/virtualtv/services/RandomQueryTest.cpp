@@ -95,7 +95,10 @@ class Reference {
   std::string step(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t id, bool skipLocked,
                    bool forwards) const {
     std::vector<Entry> list = selected(criteria, mode);
-    std::erase_if(list, [&](const Entry& entry) { return skipLocked && entry.number(Data::LOCK).value_or(0) != 0; });
+    std::erase_if(list, [&](const Entry& entry) {
+      const bool locked = entry.number(Data::LOCK).value_or(0) != 0;
+      return !entry.number(Data::SERVICE_ID) || (skipLocked && locked);
+    });
     const auto current = std::find_if(entries_.begin(), entries_.end(),
                                       [&](const Entry& entry) { return entry.number(Data::SERVICE_ID) == id; });
     if (!forwards) std::reverse(list.begin(), list.end());

@@ -55,6 +55,19 @@ TEST_F(Seek, GoesPastLockedServicesWhenAsked) {
   EXPECT_EQ(previousOf(store, criteria, 30, true), "12=40");
 }
 
+TEST_F(Seek, GoesPastServicesWithoutAnId) {
+  for (const std::uint64_t id : {20U, 10U}) store.unset(store.keyOf(id).value(), Data::SERVICE_ID);
+  EXPECT_EQ(nextOf(store, criteria, 40), "12=30");
+  EXPECT_EQ(previousOf(store, criteria, 30), "12=40");
+  EXPECT_EQ(nextOf(store, criteria, ~std::uint64_t{0}), "12=30");
+}
+
+TEST_F(Seek, FindsNothingWhereNoServiceHasAnId) {
+  for (const std::uint64_t id : {10U, 20U, 30U, 40U}) store.unset(store.keyOf(id).value(), Data::SERVICE_ID);
+  EXPECT_EQ(nextOf(store, criteria, 10), "none");
+  EXPECT_EQ(previousOf(store, criteria, ~std::uint64_t{0}), "none");
+}
+
 TEST_F(Seek, TakesALockOfZeroForNone) {
   store.set(store.keyOf(20).value(), Data::LOCK, std::uint64_t{0});
   EXPECT_EQ(nextOf(store, criteria, 10, true), "12=20");

@@ -105,6 +105,12 @@ TEST_F(Tune, AStepWrapsAroundAtBothEndsOfTheList) {
   EXPECT_EQ(beforeThat(30), 20U);
 }
 
+TEST_F(Tune, AStepGoesPastServicesThatNobodyCanTuneTo) {
+  tv->services().unset(*tv->services().keyOf(20), Data::SERVICE_ID);
+  EXPECT_EQ(next(10), 30U);
+  EXPECT_EQ(beforeThat(30), 10U);
+}
+
 TEST_F(Tune, AStepFromAHiddenOrLockedServiceGoesOnFromItsPlace) {
   tv->services().set(*tv->services().keyOf(20), HIDDEN, std::uint64_t{1});
   EXPECT_EQ(next(20), 30U);
