@@ -24,13 +24,6 @@ std::u16string hostUnits(const TCServiceData& record, const TCServiceData::Field
   return units;
 }
 
-std::string printNumber(unsigned long long value) {
-  // Numbers of the set are 32 bits signed but for service ids; a sign-extended one is written with its sign.
-  const auto signedValue = static_cast<long long>(value);
-  if (signedValue < -1 && signedValue >= -0x80000000LL) return std::to_string(signedValue);
-  return std::to_string(value);
-}
-
 /// Reads a number from the front of `text`, which it moves on. Accepts all of 64 bits, signed or unsigned.
 std::optional<unsigned long long> takeNumber(std::string_view& text) {
   unsigned long long value = 0;
@@ -87,11 +80,16 @@ std::string print(const char* value) {
   return value == nullptr ? "null" : print(std::string(value));
 }
 
+std::string printNumber(int fieldId, unsigned long long value) {
+  if (fieldId == TCServiceData::SERVICE_ID) return std::to_string(value);
+  return std::to_string(static_cast<long long>(value));
+}
+
 std::string print(const TCServiceData& record) {
   std::string text;
   for (const TCServiceData::Field& field : record.Fields()) {
     text += (text.empty() ? "" : ",") + std::to_string(field.id) + "=";
-    text += field.length < 0 ? printNumber(field.value) : text::quoted(hostUnits(record, field));
+    text += field.length < 0 ? printNumber(field.id, field.value) : text::quoted(hostUnits(record, field));
   }
   return "{" + text + "}";
 }
@@ -130,7 +128,7 @@ std::string print(const TCCriteriaHelper& criteria) {
     if (fetch) {
       text += (more ? "" : "fetch ") + std::to_string(step.fieldId);
     } else if (step.kind == TCCriteriaHelper::Step::WHERE) {
-      text += "where " + std::to_string(step.fieldId) + "=" + printNumber(step.value);
+      text += "where " + std::to_string(step.fieldId) + "=" + printNumber(step.fieldId, step.value);
     } else {
       text += "order " + std::to_string(step.fieldId) + (step.value == SORT_ASCENDING ? " up" : " down");
     }

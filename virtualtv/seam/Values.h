@@ -27,6 +27,10 @@ std::string print(const std::map<unsigned char, bool>& favourites);
 std::string print(const TCCriteriaHelper& criteria);
 std::string print(const std::list<std::pair<unsigned long long, bool>>& updates);
 
+/// A number of a service's field, as in records and conditions: with its sign, which of all fields only the service id
+/// does not have.
+std::string printNumber(int fieldId, unsigned long long value);
+
 template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number> || std::is_enum_v<Number>, int> = 0>
 std::string print(Number value) {
   if constexpr (std::is_enum_v<Number>) {

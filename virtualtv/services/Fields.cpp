@@ -45,6 +45,12 @@ constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
   throw std::invalid_argument("field " + std::to_string(fieldId) + name + " " + reason);
 }
 
+[[noreturn]] void refuseNumber(int fieldId, const std::string& written) {
+  const KnownField* field = knownField(fieldId);
+  const bool isText = field != nullptr && field->kind == text;
+  refuse(fieldId, isText ? "holds a text, not a number" : "can't hold " + written);
+}
+
 }  // namespace
 
 std::span<const KnownField> knownFields() {
@@ -82,11 +88,12 @@ std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
 }
 
 std::int64_t numberColumn(int fieldId, std::uint64_t value) {
-  const KnownField* field = knownField(fieldId);
-  if (field != nullptr && field->kind == text) refuse(fieldId, "holds a text, not a number");
-  const auto column = toColumn(field, value);
-  if (!column) refuse(fieldId, "can't hold " + std::to_string(std::bit_cast<std::int64_t>(value)));
-  return *column;
+  if (const auto column = toColumn(knownField(fieldId), value)) return *column;
+  refuseNumber(fieldId, std::to_string(std::bit_cast<std::int64_t>(value)));
+}
+
+void requireNumber(int fieldId, std::uint64_t value, const std::string& written) {
+  if (!toColumn(knownField(fieldId), value)) refuseNumber(fieldId, written);
 }
 
 void requireText(int fieldId) {

@@ -201,18 +201,12 @@ bool isText(int fieldId) {
   return fieldId == TCServiceData::CHANNEL_NAME || fieldId == TCServiceData::SERVICE_FIELD_110;
 }
 
-/// A stored number with its sign; of all fields only the service id has none.
-std::string printField(int fieldId, std::uint64_t value) {
-  if (fieldId == TCServiceData::SERVICE_ID) return std::to_string(value);
-  return std::to_string(static_cast<std::int64_t>(value));
-}
-
 std::string getField(Tv& tv, const Parts& parts) {
   const auto service = tv.services().read(existingService(tv, parts[0]));
   const int fieldId = fieldNamed(parts[1]);
   if (const auto text = service->texts.find(fieldId); text != service->texts.end()) return text::quoted(text->second);
   const auto value = service->numbers.find(fieldId);
-  return value == service->numbers.end() ? "unset" : printField(fieldId, value->second);
+  return value == service->numbers.end() ? "unset" : seam::printNumber(fieldId, value->second);
 }
 
 /// A text as `.set` takes it: between double quotes with \uNNNN for odd units, or plain.
@@ -230,10 +224,11 @@ void setField(Tv& tv, const Parts& parts, const std::string& value) {
     tv.services().unset(key, fieldId);
   } else if (const auto units = textIn(value, fieldId)) {
     tv.services().set(key, fieldId, *units);
-  } else if (const auto positive = numberIn<std::uint64_t>(value)) {
-    tv.services().set(key, fieldId, *positive);
   } else {
-    tv.services().set(key, fieldId, static_cast<std::uint64_t>(number<std::int64_t>(value)));
+    const auto positive = numberIn<std::uint64_t>(value);
+    const std::uint64_t wanted = positive ? *positive : static_cast<std::uint64_t>(number<std::int64_t>(value));
+    requireNumber(fieldId, wanted, value);
+    tv.services().set(key, fieldId, wanted);
   }
   tv.adjust(WindowId::main, [](TvState&) {});
 }
