@@ -189,6 +189,7 @@ Lines services(Session& session, const Words& words) {
 
 Lines restart(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".restart");
+  session.rig().closeEngines();  // which may still hit a fault
   session.noteIdleFaults();
   session.rig().restart();
   return {};
@@ -196,6 +197,7 @@ Lines restart(Session& session, const Words& words) {
 
 Lines reset(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".reset");
+  session.rig().closeEngines();
   session.noteIdleFaults();
   session.rig().reset();
   session.forget();

@@ -99,14 +99,18 @@ bool Rig::execute(const std::vector<std::string>& words, bool list, std::string&
   return app_.Execute(ret, engine_, words[0], p[0], p[1], p[2], p[3]);
 }
 
+void Rig::closeEngines() {
+  app_.Destroy();
+  open_.clear();
+}
+
 void Rig::restart() {
   switchOff();
   switchOn();
 }
 
 void Rig::reset() {
-  app_.Destroy();
-  open_.clear();
+  closeEngines();
   tv().reset();
   engine_ = firstEngine;
   applications_.clear();
@@ -114,7 +118,7 @@ void Rig::reset() {
 }
 
 Deed Rig::watch(const std::function<void()>& step, std::exception_ptr& thrown) {
-  Seam::instance().take();
+  takeCalls();
   log_.clear();
   const Settings before = settings();
   try {
@@ -125,7 +129,7 @@ Deed Rig::watch(const std::function<void()>& step, std::exception_ptr& thrown) {
   Deed deed;
   deed.engine = engine_;
   deed.command = framework::Host::of(app_).commands(framework::engineKey(engine_));
-  deed.calls = Seam::instance().take();
+  deed.calls = takeCalls();
   deed.log = std::exchange(log_, {});
   deed.keys = changes(before, settings());
   return deed;
@@ -146,10 +150,16 @@ void Rig::switchOn() {
 }
 
 void Rig::switchOff() {
-  app_.Destroy();
-  open_.clear();
+  closeEngines();
+  calls_ = takeCalls();
   complaints_ = takeComplaints();
   tv_.reset();
+}
+
+std::vector<seam::Call> Rig::takeCalls() {
+  std::vector<seam::Call> calls = std::exchange(calls_, {});
+  for (seam::Call& call : Seam::instance().take()) calls.push_back(std::move(call));
+  return calls;
 }
 
 void Rig::openEngine() {

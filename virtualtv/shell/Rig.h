@@ -75,6 +75,9 @@ class Rig {
   /// @return the engine's answer. What the engine throws passes.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
 
+  /// Closes all engines.
+  void closeEngines();
+
   // The set.
 
   /// Switches the set off and on. Engines are closed, faults and latencies are gone.
@@ -92,6 +95,7 @@ class Rig {
   void switchOn();
   void switchOff();
   void openEngine();
+  std::vector<seam::Call> takeCalls();
   std::map<std::string, Setting> settings();
 
   kel::CEmpAppBase& app_;
@@ -100,6 +104,7 @@ class Rig {
   std::string engine_ = firstEngine;
   std::set<std::string> open_;
   std::map<std::string, Application> applications_;  ///< by engine
+  std::vector<seam::Call> calls_;                    ///< of the step, from before the set was switched off
   std::vector<framework::LogLine> log_;
   std::vector<std::string> complaints_;
   int toldLevel_ = -1;

@@ -12,6 +12,10 @@ namespace {
 
 using DotCommandTest = SessionTest;
 
+// What opening and closing an engine calls.
+const std::string opening = "call vconf_get_int(key=\"opened\") value=0 -> -1";
+const std::string closing = "call vconf_get_int(key=\"closed\") value=0 -> -1";
+
 bool contains(const Lines& lines, const std::string& wanted) {
   return std::find(lines.begin(), lines.end(), wanted) != lines.end();
 }
@@ -28,11 +32,24 @@ TEST_F(DotCommandTest, TraceShowsTheCallsBehindTheReply) {
 
 TEST_F(DotCommandTest, TraceShowsTheCallsOfOpeningAnEngine) {
   run(".trace on");
-  const std::string opening = "call vconf_get_int(key=\"opened\") value=0 -> -1";
   EXPECT_EQ(lines("int 1"), (Lines{"int 1", opening}));
   EXPECT_EQ(lines(".engine other"), Lines{opening});
   EXPECT_EQ(lines(".engine main"), Lines{});
-  EXPECT_EQ(lines(".reopen"), Lines{opening});
+}
+
+TEST_F(DotCommandTest, TraceShowsTheCallsOfClosingAnEngine) {
+  run(".trace on");
+  run("int 1");
+  EXPECT_EQ(lines(".reopen"), (Lines{closing, opening}));
+}
+
+TEST_F(DotCommandTest, TraceShowsTheCallsOfAllEnginesThatARestartCloses) {
+  run(".trace on");
+  run("int 1");
+  run(".engine other");
+  EXPECT_EQ(lines(".restart"), (Lines{closing, closing}));
+  EXPECT_EQ(lines(".restart"), Lines{}) << "none was open, and what was shown is not shown again";
+  EXPECT_EQ(lines("int 1"), (Lines{"int 1", opening})) << "the trace stays on";
 }
 
 TEST_F(DotCommandTest, TraceAndLogWantOnOrOff) {
@@ -125,6 +142,15 @@ TEST_F(DotCommandTest, AFaultThatNeverHitIsAFindingWhenItGoes) {
   EXPECT_EQ(session->takeRemarks().findings, finding);
 }
 
+TEST_F(DotCommandTest, AFaultThatHitsTheClosingOfEnginesIsNoFinding) {
+  for (const char* end : {".restart", ".reset"}) {
+    run("int 1");
+    run(".fault vconf_get_int result=-1");
+    run(end);
+    EXPECT_EQ(session->takeRemarks().findings, Lines{}) << end;
+  }
+}
+
 TEST_F(DotCommandTest, AFaultThatHitOnceIsNoFinding) {
   run("int 1");
   run(".fault vconf_get_int times=5 result=-1");
@@ -183,6 +209,14 @@ TEST_F(DotCommandTest, GetAloneListsTheKnobsWithTheirValues) {
 TEST_F(DotCommandTest, SetTakesNamesWithOddUnits) {
   run(".set service.#1.name '\"a\\uD800\\u0001b\"'");
   EXPECT_EQ(run(".get service.#1.name"), "service.#1.name = \"a\\uD800\\u0001b\"");
+}
+
+TEST_F(DotCommandTest, SetTellsTheNumberThatAFieldCantHoldAsItWasTyped) {
+  for (const std::string number : {"18446744073709551615", "-1", "65536", "-9223372036854775808"}) {
+    EXPECT_EQ(run(".set service.#1.ptc " + number), "error: field 2 (PTC) can't hold " + number);
+  }
+  EXPECT_EQ(run(".set service.#1.ptc 65535"), "");
+  EXPECT_EQ(run(".get service.#1.ptc"), "service.#1.ptc = 65535");
 }
 
 TEST_F(DotCommandTest, VconfReadsWritesRemovesAndListsKeys) {

@@ -22,6 +22,11 @@ class TestEngine : public kel::CEmpEngineBase {
     vconf_get_int("opened", &value);
   }
 
+  void Destroy() override {
+    int value = 0;
+    vconf_get_int("closed", &value);
+  }
+
   bool Execute(std::string& ret, const std::string& cmd, const std::string& p1, const std::string& p2,
                const std::string& p3, const std::string& p4) override {
     ++commands_;

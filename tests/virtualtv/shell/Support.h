@@ -17,7 +17,8 @@ namespace virtualtv::shell {
 
 using test::TemporaryDirectory;
 
-/// A plug-in whose commands do what a test of the shell needs. Opening an engine reads the key "opened".
+/// A plug-in whose commands do what a test of the shell needs. Opening an engine reads the key "opened", closing it the
+/// key "closed".
 ///
 /// `int N`, `ascii TEXT`, `unicode TEXT`, `lines A B` (a text of two lines), `empty`, `refuse`, `refuse N`, `throw`,
 /// `echo p1..p4`, `app` and `widget` (who calls), `read KEY` and `write KEY N` (settings keys), `log LEVEL TEXT`,
