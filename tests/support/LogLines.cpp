@@ -11,8 +11,8 @@ std::string place(std::string_view function, int level, std::string_view file) {
   return std::to_string(level) + " FILE=[" + std::string(file) + "] FUNCTION=[" + std::string(function) + "] LINE=[*]";
 }
 
-std::string caught(std::string_view function, std::string_view call) {
-  return "0 Exception Handled by " + std::string(function) + " fault in " + std::string(call);
+std::string caught(std::string_view function, std::string_view call, int level) {
+  return std::to_string(level) + " Exception Handled by " + std::string(function) + " fault in " + std::string(call);
 }
 
 Lines leveled(int level, const Lines& texts) {

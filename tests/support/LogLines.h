@@ -17,8 +17,9 @@ inline constexpr std::string_view taskFile = "Window/Src/EmpTaskWindow";
 std::string banner(int level, std::string_view function, std::string_view file = taskFile);
 /// The line that tells the place in the source.
 std::string place(std::string_view function, int level = 3, std::string_view file = taskFile);
-/// An exception that a faulty platform call left with, told by the operation that made the call.
-std::string caught(std::string_view function, std::string_view call);
+/// An exception that a faulty platform call left with, told by the operation that made the call. @param level  3 in the
+/// ISP source's file.
+std::string caught(std::string_view function, std::string_view call, int level = 0);
 
 /// A level before each of some texts.
 Lines leveled(int level, const Lines& texts);

@@ -161,7 +161,7 @@ TEST_F(ServiceIdByNumbers, AnAntennaThatCanNotBeReadIsNoCondition) {
 
 TEST_F(ServiceIdByNumbers, AnAntennaThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
   EXPECT_EQ(under("IServiceNavigation::GetTvMode result=unwritten", [&] { return ask(7, 0, 20); }), 0);
-  EXPECT_EQ(head(calls().back()), lookup(", where 1=9, where 115=18446744073709551615"));
+  EXPECT_EQ(head(calls().back()), lookup(", where 1=9, where 115=-1"));
 }
 
 TEST_F(ServiceIdByNumbers, WithoutNavigationProxyNoneIsMadeForTheAntenna) {

@@ -102,11 +102,20 @@ TEST_F(SetTvMode, AnApplicationWithoutIdIsCalledNoAppId) {
 }
 
 TEST_F(SetTvMode, AnIdThatCanNotBeHadIsNoAppId) {
-  EXPECT_EQ(under("CEmpEngineBase::GetAppInfo result=throw",
+  EXPECT_EQ(under("CEmpEngineBase::GetAppInfo result=null",
                   [&] { return worker.SetTVMode(static_cast<_PL_WINDOW_TV_MODE>(24)); }),
             1);
-  EXPECT_EQ(logs(), Lines({caught("SetTVMode", "CEmpEngineBase::GetAppInfo"), "0 Could not get app ID.",
-                           "3 appid is NoAppId"}));
+  EXPECT_EQ(logs(), Lines({"0 Could not get app ID.", "3 appid is NoAppId"}));
+  EXPECT_EQ(calls().back(), "IServiceNavigation[main#1]::SetTVMode(mode=1,21, appId=\"NoAppId\") -> 1");
+}
+
+TEST_F(SetTvMode, AnExceptionOverTheIdAnswersMinus1AndSetsNoMode) {
+  EXPECT_EQ(under("CEmpEngineBase::GetAppInfo result=throw",
+                  [&] { return worker.SetTVMode(static_cast<_PL_WINDOW_TV_MODE>(24)); }),
+            -1);
+  EXPECT_EQ(logs(), Lines{caught("SetTVMode", "CEmpEngineBase::GetAppInfo")});
+  EXPECT_EQ(calls(), Lines{"CEmpEngineBase::GetAppInfo(type=1) -> throws [fault]"});
+  EXPECT_EQ(tv().state()[virtualtv::WindowId::main].mode, (virtualtv::TvMode{0, 1}));
 }
 
 TEST_F(SetTvMode, AnswersMinus1WhenTheSetRefuses) {
@@ -158,6 +167,12 @@ TEST_F(ChannelEngineTest, GetTvModeAnswersTheModeAlsoWhenItFails) {
   fault("IServiceNavigation::GetTvMode result=2 out.mode=0,21");
   EXPECT_EQ(execute("GetTVMode"), "int 23");
   EXPECT_EQ(finished(), "2");
+}
+
+TEST_F(ChannelEngineTest, SetTvModeAnswersMinus1WhenTheApplicationIsAskedForWithAnException) {
+  fault("CEmpEngineBase::GetAppInfo result=throw");
+  EXPECT_EQ(execute("SetTVMode", {"24"}), "int -1");
+  EXPECT_EQ(finished(), "-1");
 }
 
 TEST_F(ChannelEngineTest, SetTvModeOfAnUnknownApplicationPassesNoAppId) {

@@ -181,6 +181,28 @@ TEST_F(ReplyTest, AnAttachedTextThatIsEmptyIsTheEmptyText) {
   expect({{"GetChannel_OnTVJson", {"0"}, "", "ascii", "1"}});
 }
 
+TEST_F(ReplyTest, AnExceptionAnswersTheFailureAlsoWhereTheCallMayFail) {
+  const std::string noApplication = "CEmpEngineBase::GetAppInfo result=throw";
+  const std::string noWidget = "CEmpEngineBase::GetAppInfo nth=2 result=throw";
+  const std::string noState = "ISourceControl::GetSourceState result=throw";
+  expect({{"SetWindow", {"0"}, "TVServiceAPI::CreateDataControl result=throw", "int 0", "0"},
+          {"GetSource", {"0"}, noState, "int -1", "-1"},
+          {"SetTVMode", {"1"}, noApplication, "int -1", "-1"},
+          {"SetChannel", {"8", "0"}, noApplication, "int 0", "0"},
+          {"SetChannel_PTC", {"35"}, noApplication, "int 0", "0"},
+          {"SetChannel_Seek", {"3", "0"}, noApplication, "int 0", "0"},
+          {"SetChannelByServiceid", {"282"}, noApplication, "int 0", "0"},
+          {"SetChannelDirect", {"35", "2", "0", "1"}, noApplication, "int 0", "0"},
+          {"SetDVBSIChannelDirectEx", {"{}", "0"}, "ISatellite::LookupTransponder result=throw", "int 0", "0"},
+          {"SetSource", {"0", "0"}, "vconf_get_int result=throw", "int 0", "0"}});
+  for (const std::string& words : {noState, noApplication, noWidget}) {
+    showInput(virtualtv::SOURCE_STATE_SHOWN, 5, 8);
+    expect({{"SetSource", {"31", "0"}, words, "int 0", "0"}});
+  }
+  showInput(virtualtv::SOURCE_STATE_SHOWN, 5, 8);
+  expect({{"SetChannelByServiceid", {"282"}, "ISourceControl::SetSource result=throw", "int 0", "0"}});
+}
+
 /// The line before the finish line.
 std::string lastButOne(const Lines& lines) {
   return lines.size() < 2 ? "" : lines[lines.size() - 2];

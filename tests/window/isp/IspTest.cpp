@@ -61,7 +61,7 @@ TEST_F(IspTest, IsNotTheSourceWhenTheLastServiceCannotBeRead) {
   clearFaults();
   fault("vconf_get_str result=throw");
   EXPECT_FALSE(worker.IsSourceISP());
-  EXPECT_EQ(logs(), (Lines{caught("IsSourceISP", "vconf_get_str"), notThere}));
+  EXPECT_EQ(logs(), (Lines{caught("IsSourceISP", "vconf_get_str", 3), notThere}));
 }
 
 TEST_F(IspTest, IsAskedAfreshEachTime) {
@@ -117,7 +117,7 @@ TEST_F(IspTest, AnyResultButOneIsAFailedSwitch) {
 TEST_F(IspTest, AnExceptionIsAFailedSwitch) {
   fault("D2TVCAPI_setSourceISP result=throw");
   EXPECT_FALSE(worker.SetSource_D2TV());
-  EXPECT_EQ(logs(), support::join({switching, {caught("SetSource_D2TV", "D2TVCAPI_setSourceISP"), notSwitched}}));
+  EXPECT_EQ(logs(), support::join({switching, {caught("SetSource_D2TV", "D2TVCAPI_setSourceISP", 3), notSwitched}}));
 }
 
 TEST_F(IspTest, AStackThatCannotBeReachedIsAFailedSwitch) {
@@ -154,7 +154,7 @@ TEST_F(IspTest, AManagerThatCannotBeHadIsTold) {
   EXPECT_EQ(logs(), Lines{notMade});
   fault("CD2tvMgrProxy::GetInstance result=throw");
   worker.CreateD2TVManagerInstance();
-  EXPECT_EQ(logs(), (Lines{caught("CreateD2TVManagerInstance", "CD2tvMgrProxy::GetInstance"), notMade}));
+  EXPECT_EQ(logs(), (Lines{caught("CreateD2TVManagerInstance", "CD2tvMgrProxy::GetInstance", 3), notMade}));
 }
 
 TEST_F(IspTest, DestroyingTheManagerIsSilent) {
@@ -166,7 +166,7 @@ TEST_F(IspTest, DestroyingTheManagerIsSilent) {
 TEST_F(IspTest, AnExceptionWhileTheManagerIsDestroyedStaysInside) {
   fault("CD2tvMgrProxy::DestroyInstance result=throw");
   worker.DestroyD2TVManagerInstance();
-  EXPECT_EQ(logs(), Lines{caught("DestroyD2TVManagerInstance", "CD2tvMgrProxy::DestroyInstance")});
+  EXPECT_EQ(logs(), Lines{caught("DestroyD2TVManagerInstance", "CD2tvMgrProxy::DestroyInstance", 3)});
 }
 
 const Lines destroyed{"3 [CEmpTaskWindow::Destroy][*] begin.", "3 [CEmpTaskWindow::Destroy][*] end."};
@@ -184,7 +184,7 @@ TEST_F(IspTest, DestroyDropsTheManagerWhetherThereIsOneOrNot) {
 TEST_F(IspTest, DestroyEndsAlsoWhenTheManagerCannotBeDropped) {
   fault("CD2tvMgrProxy::DestroyInstance result=throw");
   worker.Destroy();
-  EXPECT_EQ(logs(), (Lines{destroyed[0], caught("DestroyD2TVManagerInstance", "CD2tvMgrProxy::DestroyInstance"),
+  EXPECT_EQ(logs(), (Lines{destroyed[0], caught("DestroyD2TVManagerInstance", "CD2tvMgrProxy::DestroyInstance", 3),
                            destroyed[1]}));
 }
 

@@ -205,6 +205,19 @@ TEST_F(CreateTest, FailsWhenTheSourceKeysCannotBeSeeded) {
   EXPECT_EQ(worker.t_eWindow, 0) << "the main window is selected before";
 }
 
+TEST_F(CreateTest, FailsWithoutSeedingWhenTheSourceStateIsReadWithAnException) {
+  setSetting("db/emp/mainsource", 77);
+  forget();
+  fault("ISourceControl::GetSourceState result=throw");
+  EXPECT_FALSE(create());
+  const Lines seen = logs();
+  ASSERT_GE(seen.size(), 2U);
+  EXPECT_EQ(seen.back(), seedingFailed);
+  EXPECT_EQ(seen[seen.size() - 2], caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState"));
+  EXPECT_EQ(calls().back(), "ISourceControl[main#1]::GetSourceState() -> throws [fault]");
+  EXPECT_EQ(intSetting("db/emp/mainsource"), 77);
+}
+
 TEST_F(CreateTest, ASecondTimeFailsWhenTheSourceKeysCannotBeSeeded) {
   create();
   forget();

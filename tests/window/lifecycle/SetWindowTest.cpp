@@ -220,6 +220,14 @@ std::string nameOf(const ::testing::TestParamInfo<Stopping>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Each, SetWindowStopped, ::testing::ValuesIn(eachStop()), nameOf);
 
+const std::string dataControl = "TVServiceAPI::CreateDataControl";
+
+/// What the selection logs when it has no data control.
+std::string noDataControl(bool pip) {
+  return pip ? "0 SetWindow svc_datacontrol_proxy_pip create is FAIL!!"
+             : "0 SetWindow svc_datacontrol_proxy_main create is FAIL!!";
+}
+
 class SetWindowWithoutDataControl : public support::WorkerTest, public ::testing::WithParamInterface<std::string> {};
 
 TEST_P(SetWindowWithoutDataControl, StillSucceedsAndLeavesNoneActive) {
@@ -227,23 +235,46 @@ TEST_P(SetWindowWithoutDataControl, StillSucceedsAndLeavesNoneActive) {
     SCOPED_TRACE(pip ? "pip" : "main");
     clearFaults();
     forget();
-    fault("TVServiceAPI::CreateDataControl " + GetParam());
+    fault(dataControl + " " + GetParam());
     EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 1);
-    Lines failure{pip ? "0 SetWindow svc_datacontrol_proxy_pip create is FAIL!!"
-                      : "0 SetWindow svc_datacontrol_proxy_main create is FAIL!!"};
-    if (GetParam() == "result=throw") {
-      failure.insert(failure.begin(), caught("SetWindow", "TVServiceAPI::CreateDataControl"));
-    }
-    EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, failure}));
+    EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, {noDataControl(pip)}}));
     EXPECT_EQ(worker.svc_datacontrol_proxy, nullptr);
     EXPECT_EQ(pip ? worker.svc_datacontrol_proxy_pip : worker.svc_datacontrol_proxy_main, nullptr);
     EXPECT_EQ(slots(worker).active, (std::vector<bool>{true, true, true, true, true, false}));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, SetWindowWithoutDataControl,
-                         ::testing::ValuesIn(failures("TVServiceAPI::CreateDataControl")), [](const auto& test) {
-                           return test.param == "result=-1" ? "negative" : test.param.substr(7);
-                         });
+/// The ways in which the factory fails without an exception.
+Lines refusals() {
+  Lines ways = failures(dataControl);
+  ways.erase(std::remove(ways.begin(), ways.end(), "result=throw"), ways.end());
+  return ways;
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, SetWindowWithoutDataControl, ::testing::ValuesIn(refusals()), [](const auto& test) {
+  return test.param == "result=-1" ? "negative" : test.param.substr(7);
+});
+
+TEST_F(SetWindowTest, AnExceptionOverTheDataControlFailsTheSelectionAndLeavesTheProxiesBoundBefore) {
+  for (const bool pip : {false, true}) {
+    SCOPED_TRACE(pip ? "pip" : "main");
+    forget();
+    fault(dataControl + " result=throw");
+    EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 0);
+    EXPECT_TRUE(faultsHit());
+    clearFaults();
+    EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, {caught("SetWindow", dataControl), noDataControl(pip)}}));
+    EXPECT_EQ(calls().back(), dataControl + "(profile=1, index=0) -> throws [fault]");
+    const std::vector<bool> allButData{true, true, true, true, true, false};
+    EXPECT_EQ(slots(worker).active, allButData);
+    EXPECT_EQ(pip ? slots(worker).pip : slots(worker).main, allButData);
+    EXPECT_EQ(worker.svc_navi_proxy, pip ? worker.svc_navi_proxy_pip : worker.svc_navi_proxy_main);
+    EXPECT_EQ(worker.src_ctrl_proxy, pip ? worker.src_ctrl_proxy_pip : worker.src_ctrl_proxy_main);
+    EXPECT_EQ(worker.t_eWindow, pip ? 1 : 0);
+    EXPECT_EQ(worker.m_SourceVconf, pip ? "db/emp/pipsource" : "db/emp/mainsource");
+    EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 1) << "the next selection makes it";
+    EXPECT_EQ(calls(), Lines{made(dataControl, 1)});
+  }
+}
 
 }  // namespace

@@ -106,7 +106,7 @@ TEST_F(SatelliteTest, TheSymbolRateIsSearchedForAsGivenAndLookedUpAThousandfoldI
   struct Rate {
     std::string given;
     std::string thousandfold;
-    std::string searched;  ///< as traced, -1 as the largest number
+    std::string searched;  ///< as traced
   };
   const std::vector<Rate> rates{{"27", "27000", "27"},
                                 {"0", "0", "0"},
@@ -115,7 +115,7 @@ TEST_F(SatelliteTest, TheSymbolRateIsSearchedForAsGivenAndLookedUpAThousandfoldI
                                 {"66", "464", "66"},
                                 {"27500", "40416", "27500"},
                                 {"2147483647", "64536", "2147483647"},
-                                {"-1", "64536", "18446744073709551615"},
+                                {"-1", "64536", "-1"},
                                 {"-2147483648", "0", "-2147483648"}};
   for (const Rate& rate : rates) {
     SCOPED_TRACE(rate.given);
@@ -226,11 +226,18 @@ TEST_F(SatelliteTest, WhatTheManagerMakesOfTheTransponderDoesNotCount) {
     EXPECT_EQ(logs(), join({understood(text), {"3 SERVICE_ID=[900]"}}));
     EXPECT_EQ(calls()[2], find());
   }
-  restart();
+}
+
+TEST_F(SatelliteTest, ATransponderThatIsLookedUpWithAnExceptionAnswersZeroAndFindsNothing) {
+  const std::string text = description();
   fault("ISatellite::LookupTransponder result=throw");
-  EXPECT_EQ(set(text), 1);
-  EXPECT_EQ(logs(), join({understood(text),
-                          {caught("SetDVBSIChannelDirectEx", "ISatellite::LookupTransponder"), "3 SERVICE_ID=[900]"}}));
+  EXPECT_EQ(set(text), 0);
+  EXPECT_EQ(logs(), join({understood(text), {caught("SetDVBSIChannelDirectEx", "ISatellite::LookupTransponder")}}));
+  const Lines made = calls();
+  ASSERT_EQ(made.size(), 2U);
+  EXPECT_EQ(made[0], createManager);
+  EXPECT_EQ(made[1].rfind("ISatellite[set#1]::LookupTransponder(", 0), 0U) << made[1];
+  EXPECT_EQ(onScreen(), 281U);
 }
 
 TEST_F(SatelliteTest, AServiceThatCannotBeFoundIsZero) {

@@ -138,6 +138,11 @@ TEST_F(KeepTest, SeedingWritesNothingWhenTheCurrentSourceCannotBeRead) {
     EXPECT_FALSE(worker.t_InitSourceVconf()) << words;
     EXPECT_EQ(keys(), (Lines{"77", "77", "77"})) << words;
   }
+  only("ISourceControl::GetSourceState result=throw");
+  EXPECT_FALSE(worker.t_InitSourceVconf());
+  EXPECT_EQ(logs(), (Lines{"3 This is t_GetCurrentSourceInfo", "3 GetSourceState start",
+                           caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")}));
+  EXPECT_EQ(keys(), (Lines{"77", "77", "77"}));
   only("ISourceControl::GetSourceState result=0");
   EXPECT_TRUE(worker.t_InitSourceVconf()) << "an unreadable state is no active source";
   EXPECT_EQ(keys(), (Lines{"43", "20", "0"}));
@@ -190,11 +195,15 @@ TEST_F(KeepTest, PublishingWithoutAWidgetGoesOnWithAnEmptyId) {
   EXPECT_TRUE(worker.t_SetTVMWMainSourcevconf(mainKey, 20));
   EXPECT_EQ(textSetting(middlewareKey), ":20");
   EXPECT_EQ(logs(), join({{"3 This is t_SetCurrentSourcevconf", published}, rest}));
+}
+
+TEST_F(KeepTest, PublishingFailsWhenTheWidgetIsAskedForWithAnException) {
   only("CEmpEngineBase::GetAppInfo result=throw");
-  EXPECT_TRUE(worker.t_SetTVMWMainSourcevconf(mainKey, 20));
-  EXPECT_EQ(logs(), join({{"3 This is t_SetCurrentSourcevconf", published,
-                           caught("t_SetTVMWMainSourcevconf", "CEmpEngineBase::GetAppInfo")},
-                          rest}));
+  EXPECT_FALSE(worker.t_SetTVMWMainSourcevconf(mainKey, 20));
+  EXPECT_EQ(logs(), (Lines{"3 This is t_SetCurrentSourcevconf", published,
+                           caught("t_SetTVMWMainSourcevconf", "CEmpEngineBase::GetAppInfo")}));
+  EXPECT_EQ(calls(), Lines{"CEmpEngineBase::GetAppInfo(type=2) -> throws [fault]"});
+  EXPECT_EQ(textSetting(middlewareKey), std::nullopt);
 }
 
 TEST_F(KeepTest, PublishingWorksForAWidgetWithALongName) {
@@ -246,6 +255,11 @@ TEST_F(KeepTest, UpdateStopsAtTheFirstFailureAndKeepsWhatItWrote) {
        {"77", "77", "77"},
        std::nullopt,
        {caught("t_UpdateSourceVconf", "vconf_set_int"), "0 Set vconf db/emp/previousmainsource = 20 failed"}},
+      {"CEmpEngineBase::GetAppInfo result=throw",
+       {"77", "20", "77"},
+       std::nullopt,
+       {written(previousMainKey, 20), publishedTv[0], published,
+        caught("t_SetTVMWMainSourcevconf", "CEmpEngineBase::GetAppInfo"), "0 t_SetTVMWMainSourcevconf failed"}},
       {"vconf_set_str result=-1",
        {"77", "20", "77"},
        std::nullopt,

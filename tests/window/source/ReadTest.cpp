@@ -131,11 +131,14 @@ TEST_F(ReadTest, GetSourceIsFortyThreeWhenTheStateCannotBeRead) {
     EXPECT_EQ(calls().size(), 1U);
     EXPECT_EQ(logs(), join({{place("GetSource")}, current, inactive})) << result;
   }
-  EXPECT_EQ(underFault("ISourceControl::GetSourceState result=throw"), 43);
-  EXPECT_EQ(logs(), join({{place("GetSource")},
-                          current,
-                          {caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")},
-                          inactive}));
+}
+
+TEST_F(ReadTest, GetSourceFailsWhenTheStateIsReadWithAnException) {
+  EXPECT_EQ(underFault("ISourceControl::GetSourceState result=throw"), -1);
+  EXPECT_EQ(calls(), Lines{"ISourceControl[main#1]::GetSourceState() -> throws [fault]"});
+  EXPECT_EQ(
+      logs(),
+      join({{place("GetSource")}, current, {caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")}}));
 }
 
 TEST_F(ReadTest, GetSourceTakesAStateThatNobodyWroteForNone) {

@@ -232,7 +232,7 @@ TEST_F(SwitchFailureTest, ASecondaryStackThatDoesNotSwitchLeavesTheTvServiceAlon
     for (const std::string& call : calls()) EXPECT_NE(call, leave);
   }
   expect(isp, {{"D2TVCAPI_setSourceISP result=throw",
-                join({toIsp, {caught("SetSource_D2TV", "D2TVCAPI_setSourceISP")}, failed}), oldKeys, 5}});
+                join({toIsp, {caught("SetSource_D2TV", "D2TVCAPI_setSourceISP", 3)}, failed}), oldKeys, 5}});
 }
 
 TEST_F(SwitchTest, ASecondaryStackThatCannotBeReachedIsAFailure) {
@@ -279,7 +279,7 @@ TEST_F(SwitchTest, WithoutTheCurrentSourceNothingIsSwitched) {
 }
 
 TEST_F(SwitchTest, AStateThatCannotBeReadCountsAsNoSource) {
-  for (const char* way : {"result=0", "result=2", "result=-1", "result=throw", "result=unwritten", "out.state=-1"}) {
+  for (const char* way : {"result=0", "result=2", "result=-1", "result=unwritten", "out.state=-1"}) {
     SCOPED_TRACE(way);
     restart();
     fault(std::string("ISourceControl::GetSourceState ") + way);
@@ -289,20 +289,47 @@ TEST_F(SwitchTest, AStateThatCannotBeReadCountsAsNoSource) {
   }
 }
 
+TEST_F(SwitchTest, AStateThatIsReadWithAnExceptionFailsBeforeAnythingIsSwitched) {
+  for (const int source : {hdmi, 20, none, 100, isp}) {
+    SCOPED_TRACE(source);
+    restart();
+    fault("ISourceControl::GetSourceState result=throw");
+    EXPECT_FALSE(set(source));
+    EXPECT_EQ(calls(), Lines{"ISourceControl[main#1]::GetSourceState() -> throws [fault]"});
+    EXPECT_EQ(logs(), (Lines{"3 t_SetSource input ePLSource = " + std::to_string(source) + ", nMajor = -1",
+                             "3 This is t_GetCurrentSourceInfo", "3 GetSourceState start",
+                             caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState"),
+                             "0 t_GetCurrentSourceInfo failed "}));
+    EXPECT_EQ(keys(), startKeys);
+    EXPECT_EQ(shown(), 5);
+  }
+}
+
 // Who asks.
 
 TEST_F(SwitchTest, AnApplicationWithoutAnIdIsNoAppId) {
-  const Lines named{"3 ePLSource=[31], current db/emp/mainsource = 20 success"};
-  const Lines unknown{"0 Could not get app ID.", "3 appid is NoAppId"};
-  const std::map<std::string, Lines> ways{
-      {"null", unknown}, {"throw", join({{caught("t_SetSource", "CEmpEngineBase::GetAppInfo")}, unknown})}};
-  for (const auto& [way, lines] : ways) {
+  const Lines unknown{"3 ePLSource=[31], current db/emp/mainsource = 20 success", "0 Could not get app ID.",
+                      "3 appid is NoAppId"};
+  for (const char* way : {"result=null", "result="}) {
     SCOPED_TRACE(way);
     restart();
-    fault("CEmpEngineBase::GetAppInfo result=" + way);
+    fault(std::string("CEmpEngineBase::GetAppInfo ") + way);
     EXPECT_TRUE(set(hdmi));
-    EXPECT_EQ(logs(), join({asked(hdmi), named, lines, translated(hdmi, hdmiTc), recorded(hdmi, 20)}));
+    EXPECT_EQ(logs(), join({asked(hdmi), unknown, translated(hdmi, hdmiTc), recorded(hdmi, 20)}));
     EXPECT_EQ(calls()[3], "ISourceControl[main#1]::SetSource(source=13, appId=\"NoAppId\") -> 1");
+  }
+}
+
+TEST_F(SwitchTest, AnApplicationThatIsAskedForWithAnExceptionFailsBeforeAnythingIsSwitched) {
+  for (const int source : {hdmi, 100, isp}) {
+    SCOPED_TRACE(source);
+    restart();
+    fault("CEmpEngineBase::GetAppInfo result=throw");
+    EXPECT_FALSE(set(source));
+    EXPECT_EQ(calls(), join({askSource(), {"CEmpEngineBase::GetAppInfo(type=1) -> throws [fault]"}}));
+    EXPECT_EQ(logs(), join({asked(source), {other(source)[0], caught("t_SetSource", "CEmpEngineBase::GetAppInfo")}}));
+    EXPECT_EQ(keys(), startKeys);
+    EXPECT_EQ(shown(), 5);
   }
 }
 
@@ -310,6 +337,23 @@ TEST_F(SwitchTest, AWidgetWithoutAnIdIsToldToTheMiddlewareAsEmpty) {
   fault("CEmpEngineBase::GetAppInfo nth=2 result=null");
   EXPECT_TRUE(set(hdmi));
   EXPECT_EQ(keys(), (Lines{"31", "20", "0", "-", ":31"}));
+}
+
+TEST_F(SwitchTest, AWidgetThatIsAskedForWithAnExceptionFailsAfterTheSwitchWithThePreviousSourceWritten) {
+  fault("CEmpEngineBase::GetAppInfo nth=2 result=throw");
+  EXPECT_FALSE(set(hdmi));
+  const Lines told = published(hdmi);
+  EXPECT_EQ(logs(), join({asked(hdmi),
+                          other(hdmi),
+                          translated(hdmi, hdmiTc),
+                          {written(previousMainKey, 20), told[0], told[1],
+                           caught("t_SetTVMWMainSourcevconf", "CEmpEngineBase::GetAppInfo"),
+                           "0 t_SetTVMWMainSourcevconf failed"}}));
+  EXPECT_EQ(calls(), join({askSource(),
+                           {askApp, switchTo(hdmiTc), write(previousMainKey, 20),
+                            "CEmpEngineBase::GetAppInfo(type=2) -> throws [fault]"}}));
+  EXPECT_EQ(keys(), (Lines{"20", "20", "0", "-", "-"}));
+  EXPECT_EQ(shown(), hdmiTc);
 }
 
 // Proxies.
