@@ -256,7 +256,9 @@ int CEmpTaskWindow::GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHAN
   }
   if (nChannelType == kLastChannelType) {
     TSTvMode mode = AnyMode();
-    if (t_GetTvMode(__func__, mode) >= 1) criteria.Where(S::ANTENNA_MODE, mode.antennaMode);
+    int known = kFailed;
+    if (svc_navi_proxy != nullptr && !Reach(__func__, [&] { known = svc_navi_proxy->GetTvMode(mode); })) return 0;
+    if (known >= 1) criteria.Where(S::ANTENNA_MODE, mode.antennaMode);
   }
   TCServiceData service;
   if (t_FindService(__func__, criteria, service) < 1) {
