@@ -132,7 +132,7 @@ Fault parseFault(const std::vector<std::string>& words) {
     } else if (key.rfind("out.", 0) == 0 && equals != std::string::npos) {
       setOutput(fault, key.substr(4), value);
     } else {
-      refuse("'" + word + "': nth=N, times=N, always, result=N|null|unwritten|throw or out.NAME=VALUE is wanted");
+      refuse("'" + word + "': [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] is wanted");
     }
   }
   if (fault.way == Fault::Way::outputs && fault.outputs.empty()) refuse("a result= or an out.NAME= is wanted");

@@ -11,8 +11,9 @@ enum ExitStatus : int {
   unusable = 2,  ///< bad input, or the set could not read or keep what it stores
 };
 
-/// Runs the program as its arguments say. Speaks through the standard streams; an error is one line on standard
-/// error, `emp-window: WHAT AND WHERE`. Nothing escapes. When it returns, all engines and the store are closed.
+/// Runs the program as its arguments say. Speaks through the standard streams, of which any may be closed; an
+/// error is one line on standard error, `emp-window: WHAT AND WHERE`. Nothing escapes. When it returns, all engines and
+/// the store are closed.
 /// @param app  the plug-in.
 ExitStatus runCommandLine(int argc, char** argv, kel::CEmpAppBase& app);
 

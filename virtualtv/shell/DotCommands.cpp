@@ -179,6 +179,7 @@ Lines import(Session& session, const Words& words) {
       importServices(session.rig().tv(), file, readFile(session.resolve(file)), {std::nullopt, add});
   Lines lines = report.problems;
   lines.push_back(report.summary);
+  if (!report.error.empty()) lines.push_back(session.errorLine(report.error));
   return lines;
 }
 
@@ -249,7 +250,7 @@ Lines help(Session&, const Words& words) {
 constexpr std::array commands{
     DotCommand{".app", "APPID [WIDGETID]", "say which application calls the engine in use", app},
     DotCommand{".engine", "[NAME]", "open an engine or switch to it; without a name, list the open ones", engine, true},
-    DotCommand{".fault", "[OPERATION [nth=N] [times=N|always] result=R [out.NAME=VALUE] | clear]",
+    DotCommand{".fault", "[OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] | clear]",
                "make calls to the set fail; without words, list the faults; see '.help faults'", fault},
     DotCommand{".get", "[NAME]", "print a knob, or all of them", get},
     DotCommand{".help", "[TOPIC]",

@@ -105,7 +105,7 @@ Lines helpOnOperations() {
 
 Lines helpOnFaults() {
   return {
-      "  .fault OPERATION [nth=N] [times=N|always] result=R [out.NAME=VALUE] makes calls of an operation fail.",
+      "  .fault OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] makes calls of an operation fail.",
       "    nth=N         the first call that it hits, counted from now; 1 if left out",
       "    times=N       how many calls it hits; 1 if left out",
       "    always        it hits every call from the first one on",
@@ -115,7 +115,8 @@ Lines helpOnFaults() {
       "    result=unwritten  the call answers its success, but writes no output and does nothing",
       "    result=throw  an exception leaves the call",
       "    out.NAME=VALUE  that output is written; without a result= the call is carried out first",
-      "  Values: numbers as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in [{12=281},{12=282}];",
+      "  Values: numbers as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
+      "[{12=281},{12=282}];",
       "  favourite groups as in {1=1,12=0}. Quote what has quotes: 'out.service={16=\"News\"}'.",
       "  .fault lists what is set and how often it has hit, .fault clear removes all.",
       "  '.help operations' lists the operations with what each can answer.",

@@ -6,12 +6,14 @@ namespace virtualtv::shell {
 
 namespace {
 
+using import::Format;
+
 std::string count(std::size_t number, const char* thing) {
   return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
 }
 
-auto formatOf(const std::string& name, std::string_view content, const ImportOptions& options) -> import::Format {
-  const auto format = options.format ? options.format : import::recognise(content);
+Format formatOf(const std::string& name, std::string_view content, const ImportOptions& options) {
+  const std::optional<Format> format = options.format ? options.format : import::recognise(content);
   if (!format) throw std::runtime_error(name + ": not a channel list of a known format");
   return *format;
 }
@@ -27,7 +29,7 @@ ImportReport importServices(Tv& tv, const std::string& name, std::string_view co
   }
   report.summary = "imported " + count(read.services.size(), "service") + ", " + count(read.problems.size(), "line") +
                    " could not be read";
-  report.imported = !read.services.empty();
+  if (read.services.empty()) report.error = oneLine(name + ": no service in it");
   return report;
 }
 

@@ -44,7 +44,7 @@ Lines Session::run(std::string_view input) {
   try {
     return runStep(withoutMarks(input));
   } catch (...) {
-    return errorLine(std::current_exception());
+    return {errorLine(reasonOf(std::current_exception()))};
   }
 }
 
@@ -73,6 +73,11 @@ Lines Session::source(const std::string& file) {
 
 std::filesystem::path Session::resolve(const std::string& file) const {
   return directories_.back() / file;
+}
+
+std::string Session::errorLine(const std::string& reason) {
+  remarks_.errors.push_back(oneLine(reason));
+  return "error: " + remarks_.errors.back();
 }
 
 void Session::forget() {
@@ -111,17 +116,11 @@ Lines Session::watch(const std::function<Lines()>& step, bool remember) {
   Lines output;
   std::exception_ptr thrown;
   Deed deed = rig_.watch([&] { output = step(); }, thrown);
-  if (thrown) append(output, errorLine(thrown));
+  if (thrown) output.push_back(errorLine(reasonOf(thrown)));
   if (trace) append(output, callLines(deed));
   append(output, logLines(deed, logLevel));
   if (remember) lastDeed_ = std::move(deed);
   return output;
-}
-
-Lines Session::errorLine(const std::exception_ptr& thrown) {
-  const std::string reason = oneLine(reasonOf(thrown));
-  remarks_.errors.push_back(reason);
-  return {"error: " + reason};
 }
 
 }  // namespace virtualtv::shell

@@ -43,6 +43,8 @@ class Session {
   const std::string& lastCommand() const { return lastCommand_; }
   bool trace = false;  ///< print the calls of each step
   int logLevel = -1;   ///< print the log messages of each step up to this level
+  /// Notes that an input went wrong, for one that has more to print than that. @return the line that says so.
+  std::string errorLine(const std::string& reason);
   /// Runs the input lines of a transcript file. @return what they print.
   Lines source(const std::string& file);
   /// A file that an input names, as it can be opened.
@@ -55,7 +57,6 @@ class Session {
   Lines runStep(std::string_view input);
   Lines runCommand(const std::string& input, bool list);
   Lines watch(const std::function<Lines()>& step, bool remember);
-  Lines errorLine(const std::exception_ptr& thrown);
 
   Rig rig_;
   std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last

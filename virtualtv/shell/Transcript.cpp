@@ -10,7 +10,7 @@ namespace {
 
 /// Why a line can't stand in a transcript; empty when it can.
 std::string flaw(const Transcript& transcript, const std::string& line) {
-  if (line.find('\0') != std::string::npos || text::toUtf8(text::toUnits(line)) != line) return "not a text in UTF-8";
+  if (!isText(line)) return noText;
   if (isInput(line) || isRemark(line)) return {};
   if (transcript.steps.empty()) return "output before the first '>' line";
   if (!transcript.steps.back().remarks.empty()) return "output must directly follow its '>' line";
@@ -34,6 +34,10 @@ void append(std::string& text, const Lines& lines) {
 }
 
 }  // namespace
+
+bool isText(std::string_view line) {
+  return line.find('\0') == std::string_view::npos && text::toUtf8(text::toUnits(line)) == line;
+}
 
 bool isInput(std::string_view line) {
   return line.starts_with('>');

@@ -21,6 +21,10 @@ struct Transcript {
   std::vector<Step> steps;
 };
 
+/// True for a line that a transcript may have: UTF-8 without null characters. Of others is said:
+bool isText(std::string_view line);
+inline constexpr const char* noText = "not a text in UTF-8";
+
 /// True for an input line.
 bool isInput(std::string_view line);
 /// True for a comment or a blank line.

@@ -113,6 +113,8 @@ TEST_F(DotCommandTest, FaultsAreListedWithTheirHits) {
 }
 
 TEST_F(DotCommandTest, ABadFaultIsAnErrorAndSetsNothing) {
+  EXPECT_EQ(run(".fault vconf_get_int foo"),
+            "error: 'foo': [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] is wanted");
   EXPECT_TRUE(run(".fault vconf_get_int result=abc").starts_with("error: "));
   EXPECT_TRUE(run(".fault vconf_get_int").starts_with("error: "));
   EXPECT_EQ(run(".fault"), "no faults");
@@ -187,6 +189,16 @@ TEST_F(DotCommandTest, WhyTellsOfAFailedCommandToo) {
   run("write a 5");
   EXPECT_EQ(lines(".why"),
             (Lines{"command main 2: write a 5", "call vconf_set_int(key=\"a\", value=5) -> throws [fault]"}));
+}
+
+TEST_F(DotCommandTest, WhyTellsOfTheEngineThatRanLastAndNamesIt) {
+  run(".engine other");
+  run("int 1");
+  run(".engine main");
+  EXPECT_EQ(lines(".why").front(), "command other 1: int 1");
+  run("int 2");
+  run(".engine other");
+  EXPECT_EQ(lines(".why").front(), "command main 1: int 2");
 }
 
 TEST_F(DotCommandTest, GetAndSetReachTheKnobs) {
@@ -275,6 +287,16 @@ TEST_F(DotCommandTest, ImportOfWhatIsNoListIsAnErrorAndKeepsTheServices) {
   EXPECT_EQ(run(".get services"), before);
 }
 
+TEST_F(DotCommandTest, ImportThatBringsNothingIsAnErrorBehindWhatItPrintsAndKeepsTheServices) {
+  const std::string before = run(".get services");
+  test::write(folder / "list", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:70000:1:1:0\n");
+  EXPECT_EQ(lines(".import list"),
+            (Lines{"list:1: service id \"70000\" is greater than 65535",
+                   "imported 0 services, 1 line could not be read", "error: list: no service in it"}));
+  EXPECT_EQ(session->takeRemarks().errors, Lines{"list: no service in it"});
+  EXPECT_EQ(run(".get services"), before);
+}
+
 TEST_F(DotCommandTest, ServicesShowsATable) {
   test::write(folder / "list", smallList);
   run(".import list");
@@ -357,14 +379,29 @@ TEST_F(DotCommandTest, ATableNamesEachCommandOnce) {
   }
 }
 
+TEST(ImportReport, AListWithoutServicesIsAnErrorInAllFormats) {
+  Storage storage;
+  Tv tv(storage);
+  const std::string before = getKnob(tv, "services");
+  for (const import::Format format : {import::Format::vdr, import::Format::dvbv5}) {
+    for (const char* content : {"", "# only\n\n# comments\n"}) {
+      const ImportReport report = importServices(tv, "l\n", content, {format, false});
+      EXPECT_EQ(report.problems, Lines{});
+      EXPECT_EQ(report.error, "l\\x0A: no service in it");
+      EXPECT_EQ(report.summary, "imported 0 services, 0 lines could not be read");
+    }
+  }
+  EXPECT_EQ(getKnob(tv, "services"), before);
+}
+
 TEST(ImportReport, CountsInWordsThatFit) {
   Storage storage;
   Tv tv(storage);
   const ImportReport both = importServices(tv, "l", smallList, {});
-  EXPECT_TRUE(both.imported);
+  EXPECT_EQ(both.error, "");
   EXPECT_EQ(both.summary, "imported 2 services, 1 line could not be read");
   const ImportReport none = importServices(tv, "l", "no channel\nno channel either\n", {import::Format::vdr, false});
-  EXPECT_FALSE(none.imported);
+  EXPECT_EQ(none.error, "l: no service in it");
   EXPECT_EQ(none.summary, "imported 0 services, 2 lines could not be read");
   EXPECT_EQ(none.problems.size(), 2U);
   EXPECT_EQ(getKnob(tv, "services"), "2");

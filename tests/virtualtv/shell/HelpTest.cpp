@@ -33,6 +33,12 @@ TEST(Help, TheOverviewNamesEachDotCommand) {
   for (const DotCommand& command : dotCommands()) EXPECT_TRUE(mentions(overview, command.help)) << command.name;
 }
 
+TEST(Help, SpellsAFaultAsTheTableOfCommandsDoes) {
+  const std::string words = "OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...]";
+  EXPECT_EQ(dotCommand(".fault").usage, "[" + words + " | clear]");
+  EXPECT_TRUE(mentions(helpOn("faults"), ".fault " + words));
+}
+
 TEST(Help, ListsEachPluginCommand) {
   ASSERT_FALSE(catalogue().commands().empty());
   const Lines listed = helpOn("commands");

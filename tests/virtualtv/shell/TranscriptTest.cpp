@@ -33,6 +33,20 @@ TEST(TranscriptText, TheLastLineNeedsNoLineBreak) {
   EXPECT_EQ(writeTranscript(transcript), "> A\nint 1\n");
 }
 
+TEST(TranscriptText, IsMadeOfLinesInUtf8WithoutNullCharacters) {
+  for (const char* line : {"", "> A",
+                           "S\xC3\xBC"
+                           "d \xEF\xBF\xBD",
+                           "\x01\t\x7f"})
+    EXPECT_TRUE(isText(line)) << line;
+  for (const char* line : {"\xff\xfe x",
+                           "S\xfc"
+                           "d",
+                           "\xED\xA0\x80", "\xC0\x80"})
+    EXPECT_FALSE(isText(line)) << line;
+  EXPECT_FALSE(isText(std::string("a\0b", 3)));
+}
+
 TEST(TranscriptText, RefusesLinesThatCantStandThere) {
   const std::pair<std::string, const char*> bad[] = {
       {"int 1\n", "t:1: output before the first '>' line"},

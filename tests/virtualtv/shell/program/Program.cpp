@@ -74,6 +74,12 @@ Ending ProgramTest::runIn(const std::vector<std::string>& environment, std::vect
   });
 }
 
+Ending ProgramTest::runWithout(const std::vector<int>& streams, std::vector<std::string> arguments) {
+  return runWith(folder.path(), arguments, "", [&] {
+    for (const int stream : streams) ::close(stream);
+  });
+}
+
 std::string ProgramTest::made(const std::string& name, const std::string& content) const {
   test::write(folder / name, content);
   return (folder / name).string();

@@ -25,6 +25,9 @@ class ProgramTest : public ::testing::Test {
   /// Runs it with these settings of the environment and none of its own for the state directory.
   Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
 
+  /// Runs it with its standard streams of these numbers closed.
+  Ending runWithout(const std::vector<int>& streams, std::vector<std::string> arguments);
+
   std::filesystem::path state() const { return folder / "state"; }
   /// A file in the test's folder. @return its path.
   std::string made(const std::string& name, const std::string& content) const;

@@ -69,6 +69,18 @@ TEST_F(ProgramTest, ExecPassesArgumentsAsTheyAre) {
   EXPECT_NE(logged({"GetSource", "--state", "/x"}).find("[GetSource][--state][/x]"), std::string::npos);
 }
 
+TEST_F(ProgramTest, ExecTakesAMarkBeforeTheCommandAndAllBehindItAsItIs) {
+  const std::string logged = run({"--log", "0", "exec", "--", "FindChannel", "-1", "-1"}).err;
+  EXPECT_NE(logged.find("[FindChannel][-1][-1]"), std::string::npos) << logged;
+  const std::string odd = run({"--log", "0", "exec", "--raw", "--", "GetSource", "--raw", "--", "-x"}).err;
+  EXPECT_NE(odd.find("[GetSource][--raw][--][-x]"), std::string::npos) << odd;
+  EXPECT_EQ(run({"exec", "--raw", "--", "GetSource", "2"}).out, "0\n");
+  EXPECT_EQ(run({"exec", "--", "--raw"}).out, "refused\n");
+  EXPECT_EQ(run({"exec", "--", "--help"}).out, "refused\n");
+  expectError(run({"exec", "--"}), {"name of a command"});
+  expectError(run({"exec", "--nosuch", "--", "GetSource"}), {"no option --nosuch"});
+}
+
 TEST_F(ProgramTest, ExecRefusesWhatItCantPass) {
   const Ending tooMany = run({"exec", "GetSource", "1", "2", "3", "4", "5"});
   expectError(tooMany, {"GetSource", "5 parameters", "at most 4"});
@@ -137,6 +149,20 @@ TEST_F(ProgramTest, BadInputOnAPipeIsAnErrorWithItsLine) {
   expectError(run({"shell"}, ".import " + (folder / "none").string() + "\n"), {(folder / "none").string()});
 }
 
+TEST_F(ProgramTest, ALineOfAPipeThatIsNoTextIsAnErrorAndACommentInTheTranscript) {
+  const std::pair<std::string, std::string> lines[] = {{"\xff\xfe x", "\\xFF\\xFE x"},
+                                                       {"# \xff", "# \\xFF"},
+                                                       {std::string("a\0b", 3), "a\\x00b"},
+                                                       {"> GetSource \xC0\x80\r", "> GetSource \\xC0\\x80"}};
+  for (const auto& [line, shown] : lines) {
+    const Ending piped = run({}, "GetSource 2\n" + line + "\nGetSource 2\n");
+    expectError(piped, {"emp-window: standard input:2: not a text in UTF-8\n"});
+    EXPECT_EQ(piped.status, 2);
+    EXPECT_EQ(piped.out, "> GetSource 2\nint 0\n# not a text in UTF-8: " + shown + "\n> GetSource 2\nint 0\n");
+    EXPECT_EQ(run({"check", made("t", piped.out)}).status, 0);
+  }
+}
+
 TEST_F(ProgramTest, LogLinesGoToStandardErrorUpToTheLevel) {
   EXPECT_EQ(run({"exec", "GetSource"}).err, "");
   const std::string routine = run({"--log", "0", "exec", "GetSource"}).err;
@@ -177,11 +203,36 @@ TEST_F(ProgramTest, AnImportThatBringsNothingFailsAndKeepsTheServices) {
   const Ending nothing = run({"import", "--format", "vdr", made("noise", "no channel\n")});
   EXPECT_EQ(nothing.out, "imported 0 services, 1 line could not be read\n");
   EXPECT_EQ(nothing.status, 1);
+  const std::string noise = (folder / "noise").string();
+  EXPECT_TRUE(nothing.err.starts_with(noise + ":1: ")) << nothing.err;
+  EXPECT_TRUE(nothing.err.ends_with("\nemp-window: " + noise + ": no service in it\n")) << nothing.err;
+  EXPECT_EQ(lineCount(nothing.err), 2);
   expectError(run({"import", made("binary", std::string("\0\x01\xff\xfe", 4))}), {"binary", "not a channel list"});
   expectError(run({"import", (folder / "none").string()}), {(folder / "none").string(), "No such file"});
   expectError(run({"import", folder.path().string()}), {folder.path().string(), "directory"});
   expectError(run({"import", "--format", "other", made("list", smallList)}), {"--format", "other"});
   EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 2\n");
+}
+
+TEST_F(ProgramTest, AnImportOfAListWithoutLinesSaysThatNothingIsInIt) {
+  for (const char* format : {"vdr", "dvbv5"}) {
+    for (const char* content : {"", "# a comment\n\n"}) {
+      const std::string list = made("e.conf", content);
+      const Ending nothing = run({"import", "--format", format, list});
+      EXPECT_EQ(nothing.out, "imported 0 services, 0 lines could not be read\n");
+      EXPECT_EQ(nothing.err, "emp-window: " + list + ": no service in it\n");
+      EXPECT_EQ(nothing.status, 1);
+    }
+  }
+  EXPECT_EQ(run({"import", "--format", "vdr", "-"}).err, "emp-window: standard input: no service in it\n");
+}
+
+TEST_F(ProgramTest, AnImportOfTheShellThatBringsNothingIsAnErrorOfItsLine) {
+  const std::string list = made("list", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:70000:1:1:0\n");
+  const Ending piped = run({}, ".import " + list + "\n");
+  expectError(piped, {"standard input:1: " + list + ": no service in it\n"});
+  EXPECT_EQ(piped.status, 2);
+  EXPECT_TRUE(piped.out.ends_with("\nerror: " + list + ": no service in it\n")) << piped.out;
 }
 
 TEST_F(ProgramTest, ImportedServicesAnswerCommands) {
@@ -250,6 +301,54 @@ TEST_F(ProgramTest, OutputThatCantBeWrittenIsAnError) {
                               "' exec GetFullChannelList >/dev/full 2>'" + (folder / "err").string() + "'";
   EXPECT_NE(std::system(command.c_str()), 0);  // NOLINT: the shell opens the full device
   EXPECT_EQ(test::contentOf(folder / "err"), "emp-window: cannot write to standard output\n");
+}
+
+// Standard streams that are closed: no file of the set may be taken for one.
+
+class ClosedStreamProgramTest : public ProgramTest {
+ protected:
+  Ending runOnSet(const std::vector<int>& closed, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"--state", state().string()});
+    return runWithout(closed, std::move(arguments));
+  }
+  /// The number of the process that had it last is all that the lock holds.
+  void expectLockIntact() const {
+    const std::string lock = test::contentOf(state() / "lock");
+    EXPECT_GT(lock.size(), 1U);
+    EXPECT_EQ(lock.find_first_not_of("0123456789"), lock.size() - 1) << lock;
+    EXPECT_TRUE(lock.ends_with('\n')) << lock;
+  }
+};
+
+TEST_F(ClosedStreamProgramTest, InputThatIsClosedIsEmpty) {
+  const Ending shell = runOnSet({STDIN_FILENO}, {"shell"});
+  EXPECT_EQ(shell.out, "");
+  EXPECT_EQ(shell.err, "");
+  EXPECT_EQ(shell.status, 0);
+  EXPECT_EQ(runOnSet({STDIN_FILENO}, {"exec", "GetSource", "2"}).out, "int 0\n");
+  expectError(runOnSet({STDIN_FILENO}, {"import", "--format", "vdr", "-"}), {"standard input: no service in it"});
+  expectLockIntact();
+}
+
+TEST_F(ClosedStreamProgramTest, OutputThatIsClosedCantBeWritten) {
+  const Ending exec = runOnSet({STDOUT_FILENO}, {"exec", "GetSource"});
+  EXPECT_EQ(exec.err, "emp-window: cannot write to standard output\n");
+  EXPECT_EQ(exec.status, 2);
+  expectLockIntact();
+}
+
+TEST_F(ClosedStreamProgramTest, MessagesAreLostWhereErrorIsClosed) {
+  const Ending exec = runOnSet({STDERR_FILENO}, {"--log", "3", "exec", "GetSource", "2"});
+  EXPECT_EQ(exec.out, "int 0\n");
+  EXPECT_EQ(exec.status, 0);
+  expectLockIntact();
+  EXPECT_EQ(runOnSet({STDERR_FILENO}, {"exec"}).status, 2);
+}
+
+TEST_F(ClosedStreamProgramTest, AllMayBeClosed) {
+  EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"exec", "GetSource"}).status, 2);
+  EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"shell"}).status, 0);
+  expectLockIntact();
 }
 
 // The terminal.
