@@ -115,7 +115,7 @@ Lines helpOnFaults() {
       "    result=unwritten  the call answers its success, but writes no output and does nothing",
       "    result=throw  an exception leaves the call",
       "    out.NAME=VALUE  that output is written; without a result= the call is carried out first",
-      "  Values: numbers as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
+      "  Values: numbers, the TV service's, as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
       "[{12=281},{12=282}];",
       "  favourite groups as in {1=1,12=0}. Quote what has quotes: 'out.service={16=\"News\"}'.",
       "  .fault lists what is set and how often it has hit, .fault clear removes all.",

@@ -52,6 +52,32 @@ std::string code(const std::string& cell) {
 
 using ManualOfTheProgram = ProgramTest;
 
+TEST_F(ManualOfTheProgram, TellsBothNumbersOfEachInput) {
+  const std::vector<Row> rows = table("| Input | Knobs, faults, trace | Commands |");
+  const std::string knobs = run({}, ".get\n").out;
+  std::size_t inputs = 0;
+  for (std::size_t at = knobs.find(".plugged = "); at != std::string::npos; at = knobs.find(".plugged = ", at + 1))
+    ++inputs;
+  EXPECT_EQ(rows.size(), inputs);
+  for (const Row& row : rows) {
+    const std::string name = ".get input." + row[1] + ".name";
+    const std::string set = ".set main.source " + row[1];
+    const std::string shown =
+        "> " + name + "\ninput." + row[1] + ".name = " + row[0] + "\n> " + set + "\n> GetSource\nint " + row[2] + "\n";
+    EXPECT_EQ(run({}, name + "\n" + set + "\nGetSource\n").out, shown);
+  }
+}
+
+TEST_F(ManualOfTheProgram, TellsBothNumbersOfEachChannelType) {
+  const std::vector<Row> rows = table("| Type | Knobs, faults, trace | Commands |");
+  EXPECT_EQ(rows.size(), 9U);
+  for (const Row& row : rows) {
+    const std::string told =
+        run({}, ".set service.1152959734176350309.type " + row[1] + "\nGetStartChannel_Info\n").out;
+    EXPECT_NE(told.find("\"type\" : " + row[2] + "\n"), std::string::npos) << row[0] << "\n" << told;
+  }
+}
+
 TEST_F(ManualOfTheProgram, TellsTheMessageOfEachBadLine) {
   int tried = 0;
   for (const Row& row : table("| Input | Message | Status |")) {
