@@ -11,6 +11,7 @@
 #include <iostream>
 #include <iterator>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -161,7 +162,9 @@ ExitStatus runCheck(kel::CEmpAppBase& app, const Wishes& wishes) {
 }
 
 std::string standardInput() {
-  return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+  std::ostringstream content;
+  content << std::cin.rdbuf();
+  return content.str();
 }
 
 ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
