@@ -52,10 +52,16 @@ Lines helpOnCommands() {
   return table(rows);
 }
 
-/// Appends what the numbers of a type mean.
+std::string sentence(const std::string& lead, const std::string& text) {
+  return text.empty() ? "" : " " + lead + ": " + text + ".";
+}
+
+/// Appends what the numbers of a type mean, or what a text of it is made of.
 void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
   const CatalogueType* type = catalogue().findType(typeName);
   if (type == nullptr) return;
+  if (!type->members.empty()) rows.push_back({"", type->help});
+  for (const auto& [name, means] : type->members) rows.push_back({"    " + name, means});
   for (const CatalogueType::Value& value : type->values) {
     const std::string to = value.to == value.from ? "" : " to " + std::to_string(value.to);
     rows.push_back({"    " + std::to_string(value.from) + to, value.means});
@@ -65,11 +71,15 @@ void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
 Lines helpOnCommand(const CatalogueCommand& command) {
   std::vector<Lines> rows{{usageOf(command), command.help}};
   for (const CatalogueCommand::Parameter& parameter : command.parameters) {
-    rows.push_back({"  " + parameter.name, parameter.help + (parameter.required ? " Required." : "")});
+    rows.push_back({"  " + parameter.name, parameter.help + sentence("Values", parameter.values) +
+                                               sentence("A text that is no number", parameter.unparsed)});
     appendValues(rows, parameter.type);
   }
-  rows.push_back({"  answers " + command.reply, command.answerHelp});
+  const bool told = command.answerHelp.starts_with(command.answerValues);  // as in "1 when it is done"
+  rows.push_back(
+      {"  answers " + command.reply, command.answerHelp + (told ? "" : sentence("Values", command.answerValues))});
   appendValues(rows, command.answerType);
+  if (command.preset) rows.push_back({"  or int " + std::to_string(*command.preset), command.presetMeans});
   for (const CatalogueCommand::Failure& failure : command.failures) {
     rows.push_back({"  or int " + std::to_string(failure.code), failure.means});
   }

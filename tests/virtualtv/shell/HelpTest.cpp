@@ -51,6 +51,28 @@ TEST(Help, TellsOfASinglePluginCommand) {
   EXPECT_TRUE(mentions(told, "answers int"));
 }
 
+TEST(Help, LeavesOutNothingOfWhatTheCatalogueSaysOfACommand) {
+  for (const CatalogueCommand& command : catalogue()) {
+    SCOPED_TRACE(command.name);
+    const Lines told = helpOn(command.name);
+    for (const CatalogueCommand::Parameter& parameter : command.parameters) {
+      for (const std::string& text : {parameter.help, parameter.values, parameter.unparsed}) {
+        EXPECT_TRUE(mentions(told, text)) << parameter.name << ": " << text;
+      }
+    }
+    EXPECT_TRUE(mentions(told, command.answerHelp));
+    EXPECT_TRUE(mentions(told, command.answerValues));
+    if (command.preset) {
+      EXPECT_TRUE(mentions(told, "or int " + std::to_string(*command.preset)));
+    }
+    EXPECT_TRUE(mentions(told, command.presetMeans));
+    for (const CatalogueCommand::Failure& failure : command.failures) EXPECT_TRUE(mentions(told, failure.means));
+    if (const CatalogueType* type = catalogue().findType(command.answerType)) {
+      for (const auto& [name, means] : type->members) EXPECT_TRUE(mentions(told, means)) << name;
+    }
+  }
+}
+
 TEST(Help, ListsEachKnob) {
   const Lines listed = helpOn("knobs");
   for (const Knob& knob : knobs()) EXPECT_TRUE(mentions(listed, knob.name)) << knob.name;
