@@ -3,6 +3,8 @@
 // catalogue.
 #include "Commands.h"
 
+#include <cstdio>
+
 #include "Log.h"
 
 namespace kel {
@@ -15,6 +17,8 @@ constexpr const char* kFunction = "Execute";  // what the rows log under
 
 constexpr std::size_t kNameUnits = 257;
 constexpr std::size_t kServiceIdBytes = 32;
+constexpr std::size_t kRectBytes = 40;
+constexpr std::size_t kCropBytes = 256;
 
 // Calls of a worker operation with the row's parameters, by the operation's shape.
 
@@ -25,6 +29,9 @@ int Do(W& worker, int (W::*operation)(First), const Arguments& in) {
 template <typename First, typename Second>
 int Do(W& worker, int (W::*operation)(First, Second), const Arguments& in) {
   return (worker.*operation)(static_cast<First>(in.number[0]), static_cast<Second>(in.number[1]));
+}
+int Do(W& worker, int (W::*operation)(int, int, int, int), const Arguments& in) {
+  return (worker.*operation)(in.number[0], in.number[1], in.number[2], in.number[3]);
 }
 
 int Do(W& worker, int (W::*operation)(), const Arguments&) {
@@ -89,6 +96,23 @@ int Name(const Call& call) {
   return result;
 }
 
+void AnswerBuffer(const Call& call, int result, const char* text) {
+  if (result < 0) {
+    call.reply.Integer(result);
+  } else {
+    call.reply.Ascii(text);
+  }
+}
+
+/// The text that the worker writes into a buffer of this size.
+template <std::size_t size, int (W::*operation)(char*)>
+int Buffer(const Call& call) {
+  std::array<char, size> text{};
+  const int result = (call.worker.*operation)(text.data());
+  AnswerBuffer(call, result, text.data());
+  return result;
+}
+
 void AnswerTextOrCode(const Call& call, int result, std::string& text) {
   if (result < 0) {
     call.reply.Integer(result);
@@ -134,15 +158,6 @@ int GetTVMode(const Call& call) {
   return result;
 }
 
-int AnswerServiceId(const Call& call, int result, const char* text) {
-  if (result < 0) {
-    call.reply.Integer(result);
-  } else {
-    call.reply.Ascii(text);
-  }
-  return result;
-}
-
 /// By index, or by major and minor number and channel type where the second or the third parameter is given.
 int GetChannelServiceId(const Call& call) {
   constexpr int notRun = 1;
@@ -150,18 +165,16 @@ int GetChannelServiceId(const Call& call) {
   std::array<char, kServiceIdBytes> text{};
   const bool byIndex = !in.given[1] && !in.given[2];
   const bool parsed = in.parsed[0] && (byIndex || (in.parsed[1] && in.parsed[2]));
-  if (!parsed) return AnswerServiceId(call, notRun, text.data());
+  if (!parsed) {
+    AnswerBuffer(call, notRun, text.data());
+    return notRun;
+  }
   const int result =
       byIndex ? call.worker.GetChannel_ServiceId(in.number[0], text.data())
               : call.worker.GetChannel_ServiceId(in.number[0], in.number[1],
                                                  static_cast<_PL_WINDOW_CHANNEL_TYPE>(in.number[2]), text.data());
-  return AnswerServiceId(call, result, text.data());
-}
-
-int GetStartChannelServiceId(const Call& call) {
-  std::array<char, kServiceIdBytes> text{};
-  const int result = call.worker.GetStartChannel_ServiceId(text.data());
-  return AnswerServiceId(call, result, text.data());
+  AnswerBuffer(call, result, text.data());
+  return result;
 }
 
 int GetChannelOnTVJson(const Call& call) {
@@ -206,6 +219,39 @@ int GetSignalStrength(const Call& call) {
   return result;
 }
 
+/// Crops into the rectangle that the picture has, in the plug-in's space.
+int SetScreenCropRect(const Call& call) {
+  const Arguments& in = call.in;
+  W::Rect crop{in.number[0], in.number[1], in.number[2], in.number[3]};
+  W::Rect display{};
+  const bool shown = call.worker.GetScreenRect(display) != 0;  // a missing source does not keep it from the crop
+  const int result = shown ? call.worker.SetScreenCropRect(&crop, &display, 0) : call.command.refusal;
+  call.reply.Integer(result);
+  return result;
+}
+
+int GetScreenCropRect(const Call& call) {
+  const int plane = call.in.number[0];
+  W::Rect crop{};
+  W::Rect display{};
+  const int result = call.worker.GetScreenCropRect(crop, display, plane);
+  if (result != 1) {
+    call.reply.Integer(result);
+    return result;
+  }
+  std::array<char, kCropBytes> text{};
+  std::snprintf(text.data(), text.size(), "{crop:{x:%d,y:%d,w:%d,h:%d},display:{x:%d,y:%d,w:%d,h:%d},plane:%d}", crop.x,
+                crop.y, crop.width, crop.height, display.x, display.y, display.width, display.height, plane);
+  call.reply.Ascii(text.data());
+  return result;
+}
+
+int SetScreenZorder(const Call& call) {
+  const int result = call.worker.SetScreenZorder(static_cast<PL_WINDOW_ZORDER>(call.in.number[0] != 0 ? 1 : 0));
+  call.reply.Integer(result);
+  return result;
+}
+
 int SetDVBSIChannelDirectEx(const Call& call) {
   const int result = call.worker.SetDVBSIChannelDirectEx(*call.in.text, call.in.number[1]);
   call.reply.Integer(result);
@@ -242,6 +288,9 @@ constexpr Parameter AsText() {
 constexpr int kUnknownType = 29;
 constexpr int kUnknownSource = 101;
 constexpr int kUnknownPreviousSource = 100;
+constexpr int kUnknownMode = 9;
+constexpr int kUnknownShowState = 5;
+constexpr int kUnknownResolution = 24;
 
 constexpr Command kCommands[] = {
     // clang-format off
@@ -255,10 +304,19 @@ constexpr Command kCommands[] = {
     {"GetCurrentChannel_ServiceName",       {},                      Answer::name, 0, Name<&W::GetCurrentChannel_ServiceName>},
     {"GetCurrentChannel_TransportStreamID", {},                      Answer::value, 0, Value<&W::GetCurrentChannel_TransportStreamID>},
     {"GetCurrentChannel_Type",              {},                      Answer::value, kUnknownType, Value<&W::GetCurrentChannel_Type>},
+    {"GetScreenRect",                       {},                      Answer::ascii, 0, Buffer<kRectBytes, &W::GetScreenRect>},
+    {"GetAFDGeometryRectSize",              {},                      Answer::ascii, 0, Buffer<kRectBytes, &W::GetAFDGeometryRectSize>},
+    {"GetScreenRect_PosMode",               {},                      Answer::value, kUnknownMode, Value<&W::GetScreenRect_PosMode>},
+    {"GetScreenRect_SizeMode",              {},                      Answer::value, kUnknownMode, Value<&W::GetScreenRect_SizeMode>},
+    {"GetState_Show",                       {},                      Answer::value, kUnknownShowState, Value<&W::GetState_Show>},
     {"SetChannel",                          {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetChannel>},
     {"SetChannel_PTC",                      {{Dec()}},               Answer::code, 0, Code<&W::SetChannel_PTC>},
     {"SetChannel_Seek",                     {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetChannel_Seek>},
     {"SetChannelByServiceid",               {{U64()}},               Answer::code, 0, SetChannelByServiceid},
+    {"SetScreenRect",                       {{Dec(), Dec(), Dec(), Dec()}}, Answer::code, 0, Code<&W::SetScreenRect>},
+    {"SetScreenRect_PosSizeMode",           {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetScreenRect_PosSizeMode>},
+    {"Show",                                {{Dec()}},               Answer::code, 0, Code<&W::Show>},
+    {"GetResolution",                       {},                      Answer::value, kUnknownResolution, Value<&W::GetResolution>},
     {"GetSource",                           {{Num(-1)}},             Answer::value, kUnknownSource, GetSource},
     {"SetSource",                           {{Required(0), Num(0)}}, Answer::code, 0, SetSource},
     {"SetSourceAndTune",                    {{Required(0), Required(0)}}, Answer::code, 0, Code<&W::SetSourceAndTune>},
@@ -277,6 +335,9 @@ constexpr Command kCommands[] = {
     {"GetChannel_Size",                     {},                      Answer::value, 0, Value<&W::GetChannel_Size>},
     {"GetChannel_ServiceId",                {{Num(0), Num(0), Num(0)}}, Answer::ascii, 0, GetChannelServiceId},
     {"GetChannel_OnTVJson",                 {{Dec()}},               Answer::textOrCode, 0, GetChannelOnTVJson},
+    {"SetScreenCropRect",                   {{Required(0), Required(0), Required(0), Required(0)}}, Answer::code, 0, SetScreenCropRect},
+    {"GetScreenCropRect",                   {{Num(0)}},              Answer::textOrCode, 0, GetScreenCropRect},
+    {"SetScreenZorder",                     {{Required(0)}},         Answer::code, 0, SetScreenZorder},
     {"DisconnectSource",                    {},                      Answer::code, 0, Code<&W::DisconnectSource>},
     {"SetTVMode",                           {{Required(-1)}},        Answer::code, 0, Code<&W::SetTVMode>},
     {"GetTVMode",                           {},                      Answer::value, -1, GetTVMode},
@@ -288,10 +349,12 @@ constexpr Command kCommands[] = {
     {"GetStartChannel_Major",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Major>},
     {"GetStartChannel_Minor",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Minor>},
     {"GetStartChannel_Name",                {},                      Answer::name, 0, Name<&W::GetStartChannel_Name>},
-    {"GetStartChannel_ServiceId",           {},                      Answer::ascii, 0, GetStartChannelServiceId},
+    {"GetStartChannel_ServiceId",           {},                      Answer::ascii, 0, Buffer<kServiceIdBytes, &W::GetStartChannel_ServiceId>},
     {"GetStartChannel_Info",                {},                      Answer::textOrCode, 0, Text<&W::GetStartChannel_Info>},
     {"GetPreviousChannelInfo",              {},                      Answer::textOrCode, 0, Text<&W::GetPreviousChannelInfo>},
+    {"GetResolutionDetail",                 {},                      Answer::textOrCode, 0, Text<&W::GetResolutionDetail>},
     {"GetSourceState",                      {},                      Answer::value, 0, Value<&W::GetSourceState>},
+    {"MuteVideo",                           {{Required(0)}},         Answer::code, 0, Code<&W::MuteVideo>},
     {"SetDVBSIChannelDirectEx",             {{AsText(), Required(-1)}}, Answer::code, 0, SetDVBSIChannelDirectEx},
     {"SetChannelDirect",                    {{Required(-1), Required(-1), Required(-1), Num(-1)}}, Answer::code, 0, SetChannelDirect, 1},
     // clang-format on

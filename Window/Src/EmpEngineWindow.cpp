@@ -65,6 +65,27 @@ int RunCommand(const Command& command, CEmpTaskWindow& worker, const std::array<
   return command.run({command, worker, in, reply});
 }
 
+/// Reads a rectangle from four parameters on. False at the first one that does not parse.
+bool ReadRect(const ParamList& params, std::size_t first, CEmpTaskWindow::Rect& rect) {
+  return StringToNumber(params.At(first), rect.x) && StringToNumber(params.At(first + 1), rect.y) &&
+         StringToNumber(params.At(first + 2), rect.width) && StringToNumber(params.At(first + 3), rect.height);
+}
+
+/// Crops as the list says: crop rectangle, display rectangle, plane. A list that does not parse is not answered.
+/// @return the result code.
+int CropScreen(CEmpTaskWindow* worker, const ParamList& params, CEmpEngineWindow::Reply& reply) {
+  constexpr int notRun = 1;
+  constexpr int noWorker = -1;
+  CEmpTaskWindow::Rect crop{};
+  CEmpTaskWindow::Rect display{};
+  if (!ReadRect(params, 0, crop) || !ReadRect(params, 4, display)) return notRun;
+  int plane = 0;
+  StringToNumber(params.At(8), plane);
+  const int result = worker == nullptr ? noWorker : worker->SetScreenCropRect(&crop, &display, plane);
+  reply.Integer(result);
+  return result;
+}
+
 /// Runs the body of an entry. An exception that no operation has caught is logged, answered with -1 and finished.
 template <typename Finish, typename Body>
 bool Guarded(const char* function, CEmpEngineWindow::Reply& reply, Finish finish, Body body) {
@@ -133,7 +154,7 @@ bool CEmpEngineWindow::Execute(std::string& ret, const std::string& cmd, const s
   });
 }
 
-bool CEmpEngineWindow::ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& /*params*/) {
+bool CEmpEngineWindow::ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& params) {
   const char* const function = __func__;
   Reply reply(*this, ret);
   const auto finish = [&](int result) {
@@ -147,6 +168,7 @@ bool CEmpEngineWindow::ExecuteWithParamList(std::string& ret, const std::string&
       KEL_LOG_AS(function, kRoutine, "Command length is <= 0.\n");
       return false;
     }
+    if (cmd == "SetScreenCropRect") return finish(CropScreen(m_pEmpTaskWindow, params, reply));
     reply.Integer(-1);
     KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] is NOT supported. return false",
                cmd.c_str());

@@ -185,12 +185,7 @@ int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
   KEL_LOG_PLACE(kTaskFile, __func__, kRoutine);
   t_eWindow = window;
   const bool main = window == PL_WINDOW_WINDOW_MAIN;
-  const EProfile profile = main ? PROFILE_MAIN : PROFILE_PIP;
-  if (main) {
-    KEL_LOG(kRoutine, "PL_WINDOW_WINDOW_MAIN");
-  } else {
-    KEL_LOG(kRoutine, "PL_WINDOW_WINDOW_PIP");
-  }
+  const EProfile profile = t_TellWindow(__func__);
 
   // The picture-in-picture window reports its navigation in the words of the source control.
   const Binding<IServiceNavigation> navigation{
@@ -211,6 +206,15 @@ int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
       Bind(__func__, av_ctrl_proxy, main ? av_ctrl_proxy_main : av_ctrl_proxy_pip, profile, av) &&
       t_BindServiceDataAux(profile);
   return bound && t_BindDataControl(main) ? 1 : 0;
+}
+
+EProfile CEmpTaskWindow::t_TellWindow(const char* function) {
+  if (t_eWindow == PL_WINDOW_WINDOW_MAIN) {
+    KEL_LOG_AS(function, kRoutine, "PL_WINDOW_WINDOW_MAIN");
+    return PROFILE_MAIN;
+  }
+  KEL_LOG_AS(function, kRoutine, "PL_WINDOW_WINDOW_PIP");
+  return PROFILE_PIP;
 }
 
 bool CEmpTaskWindow::t_BindSourceControl(const char* function, EProfile profile) {

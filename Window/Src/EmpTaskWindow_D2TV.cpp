@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "Ask.h"
+#include "D2tvManager.h"
 #include "EmpTaskWindow.h"
-#include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
 #include "settings/vconf.h"
 
@@ -15,7 +15,6 @@ namespace kel {
 namespace {
 
 constexpr const char* kD2tvFile = "Window/Src/EmpTaskWindow_D2TV";
-constexpr const char* kClient = "EMP_WINDOW";
 constexpr const char* kLastService = "db/boot/last_service";
 constexpr const char* kIspService = "isp-service";
 
@@ -25,11 +24,6 @@ Result Attempt(const char* function, Result failed, Call call) {
   return Try(function, failed, call, kInformation);
 }
 
-CD2tvMgrProxy* Manager(const char* function) {
-  constexpr CD2tvMgrProxy* none = nullptr;
-  return Attempt(function, none, [] { return CD2tvMgrProxy::GetInstance(kClient); });
-}
-
 struct Free {
   void operator()(char* text) const { std::free(text); }
 };
@@ -37,7 +31,7 @@ struct Free {
 }  // namespace
 
 void CEmpTaskWindow::CreateD2TVManagerInstance() {
-  if (Manager(__func__) == nullptr) {
+  if (D2tvManager(__func__, kInformation) == nullptr) {
     KEL_LOG(kInformation, "CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr Failed ");
   } else {
     KEL_LOG(kInformation, "CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr successfully ");

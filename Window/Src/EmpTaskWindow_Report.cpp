@@ -9,14 +9,12 @@
 #include "Ask.h"
 #include "Criteria.h"
 #include "EmpTaskWindow.h"
+#include "JsonText.h"
 #include "ServiceFields.h"
 #include "ServiceList.h"
 #include "TaskFile.h"
 #include "Ucs2Text.h"
 #include "tvservice/IServiceNavigation.h"
-
-// The styled writer is deprecated in favour of one with another layout; this layout is what applications parse.
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace kel {
 
@@ -72,8 +70,7 @@ void FillTuning(Json::Value& root, const TCServiceData& service) {
 void MergeAttached(Json::Value& root, const std::string& text) {
   if (text.empty()) return;
   Json::Value attached;
-  Json::Reader reader;
-  if (!reader.parse(text, attached, true)) return;
+  if (!ReadJson(text, attached)) return;
   for (const std::string& name : attached.getMemberNames()) root[name] = attached[name];
 }
 
@@ -154,7 +151,7 @@ std::string ChannelListText(std::list<TCServiceData*>& services) {
     elements.append(ListedChannel(*service));
   }
   root["TCServiceData"] = std::move(elements);
-  return Json::StyledWriter().write(root);
+  return WriteJson(root);
 }
 
 }  // namespace
@@ -183,7 +180,7 @@ std::string CEmpTaskWindow::t_GetChannelInfo(TCServiceData* service) {
     FillChannel(root, *service);
     FillTuning(root, *service);
     MergeAttached(root, t_GetServiceJsonText(*service));
-    return Json::StyledWriter().write(root);
+    return WriteJson(root);
   } catch (const std::exception& exception) {
     LogException(__func__, exception.what());
     return {};
@@ -219,7 +216,7 @@ int CEmpTaskWindow::GetStartChannel_Info(std::string& strInfo) {
   try {
     Json::Value root;
     FillChannel(root, service);
-    strInfo = Json::StyledWriter().write(root);
+    strInfo = WriteJson(root);
   } catch (const std::exception& exception) {
     LogException(__func__, exception.what());
     return -1;

@@ -7,12 +7,10 @@
 #include "Ask.h"
 #include "Criteria.h"
 #include "EmpTaskWindow.h"
+#include "JsonText.h"
 #include "ServiceFields.h"
 #include "tvservice/ISatellite.h"
 #include "tvservice/TVServiceAPI.h"
-
-// The reader is deprecated in favour of one that takes other texts; applications rely on what this one takes.
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace kel {
 
@@ -102,8 +100,7 @@ int CEmpTaskWindow::SetDVBSIChannelDirectEx(const std::string& channelInfo, int 
 
 int CEmpTaskWindow::t_TuneDescribed(const std::string& channelInfo, int type) {
   Json::Value info;
-  Json::Reader reader;
-  if (!reader.parse(channelInfo, info, true)) {
+  if (!ReadJson(channelInfo, info)) {
     KEL_LOG_AS(kFunction, kFailure, "#### DVBSIChannelDirectEx reade.parser Fail ###");
     return 0;
   }

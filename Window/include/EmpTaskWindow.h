@@ -80,6 +80,51 @@ class CEmpTaskWindow {
   /// Leaves the window without a source of the TV service. @return true on success.
   bool DisconnectSource();
 
+  // EmpTaskWindow_Screen: where the picture stands
+  //
+  // Applications use the plug-in's space of 960 x 540; the TV service uses the base screen.
+
+  /// Places the picture, in plug-in space; a negative `x` makes it fill the screen. @return 1 or 0.
+  int SetScreenRect(int x, int y, int w, int h);
+  /// Where the picture is, in plug-in space, as "x:%d,y:%d,w:%d,h:%d" into 40 bytes. @return 1, 0 or -3.
+  int GetScreenRect(char* pszScreenRect);
+  /// The same, with width and height in each other's place. @return 1; 0 when the TV service can't tell, -1 without a
+  /// video-control proxy or a source. `rect` may be written then, too.
+  int GetScreenRect(Rect& rect);
+  /// The picture's active part, in base-screen pixels, as text like `GetScreenRect`'s. @return 1, 0 or -3.
+  int GetAFDGeometryRectSize(char* pszAFDRect);
+  /// Neither has a value to tell. @return 0, the output left as it is, or -3.
+  int GetScreenRect_PosMode(_PL_WINDOW_POSITION_MODE* pePosMode);
+  int GetScreenRect_SizeMode(_PL_WINDOW_RECT_SIZE_MODE* peSizeMode);
+  /// Not supported. @return -1.
+  int SetScreenRect_PosSizeMode(_PL_WINDOW_POSITION_MODE ePosMode, _PL_WINDOW_RECT_SIZE_MODE eSizeMode);
+  /// Whether the window shows something: 0 no source, 1 a picture, 3 no signal, 4 anything else.
+  /// @return 1; 0 when the source control can't be made, -1 when the state can't be read, -3.
+  int GetState_Show(_PL_WINDOW_SHOW_STATE* peShowState);
+
+  // EmpTaskWindow_Picture: what is done to the picture
+
+  /// Shows the part `crop` of the source picture in the rectangle `display`; neither is converted. A null rectangle
+  /// counts as all zero. @param plane  not used. @return 1; 0 when refused, -1 without a video-control proxy or a
+  /// source.
+  int SetScreenCropRect(Rect* crop, Rect* display, int plane);
+  /// The rectangles of the last crop, not converted. @return as `SetScreenCropRect`.
+  int GetScreenCropRect(Rect& crop, Rect& display, int plane);
+  /// Lowers (0) or raises (1) the picture's plane. @return 1 or -1.
+  int SetScreenZorder(PL_WINDOW_ZORDER eZorder);
+  /// Hides (0 and 2) or shows (1 and 3) the picture. @return 1; -1 for any other type, too.
+  int Show(_PL_WINDOW_SHOW_TYPE eShowType);
+  /// @return 1 or -1.
+  int MuteVideo(bool mute);
+
+  // EmpTaskWindow_Resolution: the picture's resolution
+
+  /// The resolution on screen as the plug-in numbers it, 20 when it is unknown. @return 1, -1 or -3.
+  int GetResolution(_PL_WINDOW_RESOLUTION* peResolution);
+  /// Size and frequencies of the picture as a JSON document; on the ISP source those of the secondary stack.
+  /// @return 1; 0 when the secondary stack can't tell, `strDetail` then says 0 throughout; -1.
+  int GetResolutionDetail(std::string& strDetail);
+
   // EmpTaskWindow_Channel: looking services up
 
   /// Rebuilds the found-channel list with the services of a TV mode.
@@ -228,6 +273,13 @@ class CEmpTaskWindow {
   /// Switches the secondary stack to the ISP source.
   bool SetSource_D2TV();
 
+  // EmpTaskWindow_Resolution
+
+  /// The document of the secondary stack's picture, all 0 when the stack can't tell. @return 1 or -1.
+  int GetResolutionDetail_D2TV(std::string& strDetail);
+  /// Translates a resolution; 20 for one that has no number here.
+  static _PL_WINDOW_RESOLUTION t_getPLResolution(EResolution eResolution);
+
   // EmpTaskWindow_Channel
 
   /// The record at a position of the found-channel list, which keeps it. @return 1; 0 when there is no such position.
@@ -281,6 +333,7 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow
   int t_CreateProxies();
+  EProfile t_TellWindow(const char* function);
   bool t_BindSourceControl(const char* function, EProfile profile);
   bool t_BindServiceDataAux(EProfile profile);
   bool t_BindDataControl(bool main);
@@ -297,6 +350,12 @@ class CEmpTaskWindow {
   bool t_FindMajor(int nMajor, unsigned long long& serviceId);
   bool t_LeaveTVService(_PL_WINDOW_Source ePLSource);
   bool t_DeactivateSource();
+
+  // EmpTaskWindow_Screen and EmpTaskWindow_Picture: the same
+  int t_SetDefaultSize(const char* function);
+  int t_SetSize(const char* function, const Rect& rect);
+  bool t_CheckCropping(const char* function);
+  int t_ShowPicture(const char* function, bool shown);
 
   // EmpTaskWindow_Channel: the same
   bool t_GetNavigationCriteria(const char* function, ENavigationMode navigationMode, TSTvMode mode,

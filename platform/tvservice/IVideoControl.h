@@ -13,7 +13,7 @@ class IVideoControl {
   virtual int SetSize(int x, int y, int height, int width) = 0;
   /// Where the picture is. The height comes before the width.
   virtual int GetSize(int* x, int* y, int* height, int* width) = 0;
-  /// Makes the picture fill the screen.
+  /// Gives the picture its default place; that of the main window is the whole screen.
   virtual int SetDefaultSize() = 0;
   /// The picture's active part after the broadcaster's format description.
   virtual int GetAFDGeometryRectSize(int* x, int* y, int* width, int* height) = 0;

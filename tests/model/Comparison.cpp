@@ -26,6 +26,7 @@ struct Show {
   std::string operator()(int number) const { return shown({Reply::Kind::integer, number, {}, {}}); }
   std::string operator()(const std::string& text) const { return shown({Reply::Kind::ascii, 0, text, {}}); }
   std::string operator()(const std::u16string& units) const { return shown({Reply::Kind::unicode, 0, {}, units}); }
+  std::string operator()(model::Nothing) const { return "empty"; }
 
   static std::string shown(const Reply& reply) { return virtualtv::framework::show(reply); }
 };
@@ -47,6 +48,17 @@ std::string shown(const std::map<std::string, Setting>& settings) {
   return text;
 }
 
+std::string shown(const virtualtv::Rect& rect) {
+  return std::to_string(rect.x) + "," + std::to_string(rect.y) + "," + std::to_string(rect.width) + "," +
+         std::to_string(rect.height);
+}
+
+std::string shown(const virtualtv::Plane& plane) {
+  return "\n    at " + shown(plane.rect) + ", crop " +
+         (plane.crop ? shown(plane.crop->crop) + " at " + shown(plane.crop->display) : "none") + ", order " +
+         std::to_string(plane.order) + (plane.muted ? ", hidden" : ", not hidden");
+}
+
 std::string shown(const virtualtv::TvState& state) {
   std::string text = "  isp " + std::to_string(state.ispPresent) + std::to_string(state.ispShown) + ", region " +
                      std::to_string(state.region) + ", country " + std::to_string(state.country) + ", start " +
@@ -57,7 +69,8 @@ std::string shown(const virtualtv::TvState& state) {
     text += std::string("\n  ") + nameOf(id) + ": state " + std::to_string(window.sourceState) + ", source " +
             std::to_string(window.source) + ", before " + std::to_string(window.previousSource) + ", mode " +
             std::to_string(window.mode.antenna) + "," + std::to_string(window.mode.service) + ", service #" +
-            std::to_string(window.service) + ", before #" + std::to_string(window.previousService);
+            std::to_string(window.service) + ", before #" + std::to_string(window.previousService) + ", resolution " +
+            (window.resolution ? std::to_string(*window.resolution) : "auto") + shown(window.plane);
   }
   return text + "\n";
 }

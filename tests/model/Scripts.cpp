@@ -17,10 +17,12 @@ class Author {
 
   std::string line() {
     const std::size_t kind = below(100);
-    if (kind < 17) return switching();
-    if (kind < 41) return tuning();
-    if (kind < 76) return asking();
-    if (kind < 94) return fromOutside();
+    if (kind < 15) return switching();
+    if (kind < 33) return tuning();
+    if (kind < 60) return asking();
+    if (kind < 69) return showing();
+    if (kind < 78) return askPicture();
+    if (kind < 95) return fromOutside();
     return engines();
   }
 
@@ -135,9 +137,93 @@ class Author {
     }
   }
 
+  // Pictures.
+
+  /// A side of a rectangle, mostly a usual one.
+  std::string side() {
+    static const Words odd{"-2147483648", "2147483647", "1073741824", "99999999999", "-5", "0", "0", "", "x"};
+    return oneIn(8) ? "'" + oneOf(odd) + "'" : number(oneIn(3) ? 2000 : 60);
+  }
+
+  std::string sides(int count) {
+    std::string text;
+    for (; count > 0; --count) text += " " + side();
+    return text;
+  }
+
+  std::string showing() {
+    switch (below(9)) {
+      case 0:
+      case 1:
+        return "SetScreenRect" + sides(4);
+      case 2:
+        return "SetScreenRect -1";
+      case 3:
+        return "SetScreenCropRect" + sides(4);
+      case 4:
+      case 8:
+        return "+ SetScreenCropRect" + sides(oneOf({"8", "9", "9", "7"})[0] - '0');
+      case 5:
+        return "SetScreenZorder '" + oneOf({"0", "1", "-7", "", "x"}) + "'";
+      case 6:
+        return "Show '" + oneOf({"0", "1", "2", "3", "4", "6", "7", "-1", "x", ""}) + "'";
+      default:
+        return oneIn(8) ? "SetScreenRect_PosSizeMode 1 1" : "MuteVideo '" + oneOf({"0", "1", "2", "-1", "x", ""}) + "'";
+    }
+  }
+
+  std::string askPicture() {
+    switch (below(9)) {
+      case 0:
+        return "GetState_Show";
+      case 1:
+      case 2:
+        return "GetResolution";
+      case 3:
+        return "GetResolutionDetail";
+      case 4:
+      case 8:
+        return "GetScreenCropRect" + oneOf({"", " 3", " x", " ''"});
+      case 5:
+        return "GetAFDGeometryRectSize";
+      case 6:
+        return "GetScreenRect" + oneOf({"", "", "", "_PosMode", "_SizeMode"});
+      default:
+        return oneOf({"GetScreenRect", "GetAFDGeometryRectSize", "GetScreenCropRect"});
+    }
+  }
+
+  std::string pictureKnob() {
+    switch (below(3)) {
+      case 0:
+        return oneOf({"main", "main", "pip"}) + ".resolution " +
+               oneOf({"auto", "auto", "-1", "0", "5", "10", "15", "18", "21", "134", "154"});
+      case 1:
+        return "input." + oneOf({"13", "14", "31"}) + ".picture " +
+               oneOf({"640x480@60", "1x1@1", "1366x768@60", "2147483647x2147483647@3", "3840x2160@50"});
+      default:
+        return "isp.picture " + oneOf({"1280x720", "1x1", "3840x2160", "2147483647x2147483647"});
+    }
+  }
+
+  /// A field of a service's picture and its value.
+  std::string pictureField() {
+    static const Words lengths{"720", "576", "1", "0", "-1", "2147483647", "2147483648", "4294967297", "unset"};
+    switch (below(4)) {
+      case 0:
+        return ".picture_shape " + oneOf({"0", "1", "2", "unset"});
+      case 1:
+      case 2:
+        return ".active_format " + oneOf({"8", "9", "10", "11", "13", "14", "15", "0", "16", "-1", "unset"});
+      default:
+        return oneOf({".picture_width ", ".picture_height ", ".frame_rate "}) + oneOf(lengths);
+    }
+  }
+
   // Changes from outside.
 
   std::string serviceField() {
+    if (oneIn(4)) return pictureField();
     switch (below(10)) {
       case 0:
         return ".lock " + oneOf({"0", "1", "2", "unset"});
@@ -179,7 +265,7 @@ class Author {
   std::string fromOutside() {
     static const Words keys{"db/emp/mainsource", "db/emp/previousmainsource", "db/emp/pipsource",
                             "db/emp/previouspipsource", "db/kel/current_source_type"};
-    switch (below(9)) {
+    switch (below(10)) {
       case 0:
       case 1:
         return ".set input." + oneOf({"0", "13", "13", "14", "15", "31"}) + ".plugged " + oneOf({"on", "off"});
@@ -194,6 +280,8 @@ class Author {
       case 6:
         return oneIn(2) ? ".set tuner.fade " + oneOf({"0", "100", "255"})
                         : ".set start.service " + oneOf({"0", "1152959734176350311", "2305881256028602379"});
+      case 7:
+        return ".set " + pictureKnob();
       default:
         return ".set service." + service() + serviceField();
     }

@@ -1,4 +1,4 @@
-// Random sequences of source and tuning commands, and of changes from outside, do what the model says they do.
+// Random sequences of source, tuning and picture commands, and of changes from outside, do what the model says they do.
 //
 // MODEL_SEED=N starts with another seed, MODEL_RUNS=N runs as many scripts, each with the next seed, MODEL_LINES=N
 // makes them longer. A failure prints the seed, and the script with all lines dropped that it does not need.
@@ -25,7 +25,7 @@ bool differs(const Script& script) {
 TEST(SourcesAndTuning, PlugInAndSetDoWhatTheModelDoes) {
   const std::uint64_t firstSeed = chosen("MODEL_SEED", 1);
   const std::uint64_t runs = chosen("MODEL_RUNS", 60);
-  const std::uint64_t lines = chosen("MODEL_LINES", 120);
+  const std::uint64_t lines = chosen("MODEL_LINES", 160);
   const model::Set set = startingSet();
   for (std::uint64_t seed = firstSeed; seed < firstSeed + runs; ++seed) {
     Script script = randomScript(seed, lines, set);

@@ -30,6 +30,9 @@ class WorkerProbe : public kel::CEmpTaskWindow {
   using CEmpTaskWindow::IsSourceISP;
   using CEmpTaskWindow::SetSource_D2TV;
 
+  using CEmpTaskWindow::GetResolutionDetail_D2TV;
+  using CEmpTaskWindow::t_getPLResolution;
+
   using CEmpTaskWindow::t_GetChannelSeek;
   using CEmpTaskWindow::t_GetCurrentChannel;
   using CEmpTaskWindow::t_GetPreviousChannel;

@@ -1,5 +1,5 @@
-// The secondary TV stack, which shows the ISP source. Its manager does not tell of sound, subtitles and picture yet:
-// each of these answers its plain failure.
+// The secondary TV stack, which shows the ISP source. Its manager does not tell of sound and subtitles yet: each of
+// these answers its plain failure.
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
 #include "seam/Seam.h"
@@ -55,7 +55,14 @@ class Manager : public CD2tvMgrProxy {
     return refuse(op("CD2tvMgrProxy::ChangeSubtitleLanguage"), args(in("index", index)));
   }
   int GetVideoResolution(unsigned int* width, unsigned int* height) override {
-    return refuse(op("CD2tvMgrProxy::GetVideoResolution"), args(out("width", *width), out("height", *height)));
+    return virtualtv::seam::pass(op("CD2tvMgrProxy::GetVideoResolution"), manager,
+                                 args(out("width", *width), out("height", *height)), [&] {
+                                   const virtualtv::TvState& set = Tv::current().state();
+                                   if (!set.ispShown) return -1;
+                                   *width = static_cast<unsigned>(set.ispWidth);
+                                   *height = static_cast<unsigned>(set.ispHeight);
+                                   return 0;
+                                 });
   }
 };
 

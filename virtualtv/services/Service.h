@@ -13,6 +13,12 @@ namespace virtualtv {
 enum ServiceField : int {
   HIDDEN = 1001,        ///< non-zero: left out of every list, reached by number or id only
   SERVICE_MODE = 1002,  ///< the operator's list that the service belongs to, 0 for none
+  // The picture, where it is not what the channel type usually has.
+  PICTURE_WIDTH = 1003,
+  PICTURE_HEIGHT = 1004,
+  FRAME_RATE = 1005,
+  PICTURE_SHAPE = 1006,  ///< 0 is 16:9, 1 is 4:3
+  ACTIVE_FORMAT = 1007,  ///< the broadcaster's format description, 4 bits
 };
 
 /// A language code as the TV service writes it: the three letters of ISO 639-2, first letter highest, as in

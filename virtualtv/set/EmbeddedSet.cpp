@@ -42,6 +42,10 @@ constexpr std::array numbers{
     Member{"serviceMode", SERVICE_MODE},
 };
 
+/// Members of a picture that are plain numbers, and their fields in a service.
+constexpr std::array pictureNumbers{Member{"width", PICTURE_WIDTH}, Member{"height", PICTURE_HEIGHT},
+                                    Member{"rate", FRAME_RATE}, Member{"activeFormat", ACTIVE_FORMAT}};
+
 [[noreturn]] void refuse(const std::string& reason) {
   throw std::invalid_argument("set description: " + reason);
 }
@@ -83,6 +87,30 @@ SubtitleTrack subtitleOf(const Json::Value& track) {
           .type = track["type"].asString() == "teletext" ? 1 : 0};
 }
 
+Shape shapeOf(const Json::Value& picture) {
+  const std::string shape = picture.get("shape", "16:9").asString();
+  if (shape != "16:9" && shape != "4:3") refuse("picture shape '" + shape + "'");
+  return shape == "4:3" ? Shape::narrow : Shape::wide;
+}
+
+/// What comes into an input.
+Picture pictureOf(const Json::Value& member) {
+  const Picture usual;
+  return {.width = member.get("width", usual.width).asInt(),
+          .height = member.get("height", usual.height).asInt(),
+          .rate = member.get("rate", usual.rate).asInt(),
+          .shape = shapeOf(member),
+          .activeFormat = member.get("activeFormat", usual.activeFormat).asInt()};
+}
+
+/// A service keeps of its picture what the description tells.
+void readPicture(const Json::Value& member, Service& service) {
+  for (const Member& number : pictureNumbers) {
+    if (member.isMember(number.name)) service.numbers[number.fieldId] = member[number.name].asUInt64();
+  }
+  if (member.isMember("shape")) service.numbers[PICTURE_SHAPE] = shapeOf(member) == Shape::narrow ? 1 : 0;
+}
+
 std::u16string attachedText(const Json::Value& attached) {
   Json::StreamWriterBuilder writer;
   writer["indentation"] = "";
@@ -96,6 +124,7 @@ Service serviceOf(const Json::Value& member) {
   for (const Member& number : numbers) {
     if (member.isMember(number.name)) service.numbers[number.fieldId] = member[number.name].asUInt64();
   }
+  readPicture(member["picture"], service);
   if (member.isMember("name")) {
     service.texts[TCServiceData::CHANNEL_NAME] = text::toUnits(member["name"].asString());
   }
@@ -114,7 +143,10 @@ Service serviceOf(const Json::Value& member) {
 void readState(const Json::Value& root, SetDescription& set) {
   TvState& state = set.state;
   for (const Json::Value& input : root["inputs"]) {
-    state.inputs.push_back({input["source"].asInt(), input["name"].asString(), input["plugged"].asBool()});
+    state.inputs.push_back({.source = input["source"].asInt(),
+                            .name = input["name"].asString(),
+                            .plugged = input["plugged"].asBool(),
+                            .picture = pictureOf(input["picture"])});
   }
   state.region = root["region"].asInt();
   state.country = root["country"].asInt();

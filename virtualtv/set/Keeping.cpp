@@ -17,10 +17,18 @@ void visit(State& state, Visit visitor) {
   visitor("country", state.country);
   visitor("isp.present", state.ispPresent);
   visitor("isp.shown", state.ispShown);
+  visitor("isp.width", state.ispWidth);
+  visitor("isp.height", state.ispHeight);
   visitor("tuner.fade", state.fade);
   visitor("start.service", state.startServiceId);
   visitor("start.source", state.startSource);
-  for (auto& input : state.inputs) visitor("input." + std::to_string(input.source) + ".plugged", input.plugged);
+  for (auto& input : state.inputs) {
+    const std::string prefix = "input." + std::to_string(input.source) + ".";
+    visitor(prefix + "plugged", input.plugged);
+    visitor(prefix + "width", input.picture.width);
+    visitor(prefix + "height", input.picture.height);
+    visitor(prefix + "rate", input.picture.rate);
+  }
   for (const WindowId id : windowIds) {
     auto& window = state[id];
     const std::string prefix = std::string(nameOf(id)) + ".";

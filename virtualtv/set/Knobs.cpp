@@ -8,6 +8,7 @@
 
 #include "seam/Seam.h"
 #include "services/ServiceStore.h"
+#include "set/Picture.h"
 #include "text/Units.h"
 
 namespace virtualtv {
@@ -140,6 +141,81 @@ void setServiceOfWindow(Tv& tv, const Parts& parts, const std::string& value) {
   tv.adjust(window, [&](TvState& state) { state[window].*member = key; });
 }
 
+// The pictures.
+
+std::string textOf(const Rect& rect) {
+  return std::to_string(rect.x) + "," + std::to_string(rect.y) + "," + std::to_string(rect.width) + "," +
+         std::to_string(rect.height);
+}
+
+std::string textOf(const Picture& picture) {
+  return std::to_string(picture.width) + "x" + std::to_string(picture.height) + "@" + std::to_string(picture.rate);
+}
+
+/// Reads numbers from 1 on that have marks between them, as in 720x576@25, whose marks are x and @.
+/// @param wanted  what to write, for a person who wrote something else.
+template <std::size_t count>
+std::array<int, count> lengthsIn(const std::string& text, const std::array<char, count - 1>& marks,
+                                 const std::string& wanted) {
+  std::array<int, count> lengths{};
+  std::size_t start = 0;
+  for (std::size_t index = 0; index < count; ++index) {
+    const std::size_t end = index < marks.size() ? text.find(marks[index], start) : text.size();
+    const auto length = end == text.npos ? std::nullopt : numberIn<int>(text.substr(start, end - start));
+    if (length.value_or(0) < 1) refuse("'" + text + "': " + wanted + " is wanted, numbers from 1 on");
+    lengths[index] = *length;
+    start = end + 1;
+  }
+  return lengths;
+}
+
+std::string getRect(Tv& tv, const Parts& parts) {
+  return textOf(tv.state()[windowNamed(parts[0])].plane.rect);
+}
+template <auto member>
+std::string getCrop(Tv& tv, const Parts& parts) {
+  const auto crop = cropOn(tv, windowNamed(parts[0]));
+  return crop ? textOf((*crop).*member) : "none";
+}
+std::string getActive(Tv& tv, const Parts& parts) {
+  const WindowId window = windowNamed(parts[0]);
+  const auto picture = pictureOn(tv, window);
+  return picture ? textOf(activeArea(tv.state()[window].plane, *picture)) : "none";
+}
+std::string getOrder(Tv& tv, const Parts& parts) {
+  return std::to_string(tv.state()[windowNamed(parts[0])].plane.order);
+}
+std::string getMuted(Tv& tv, const Parts& parts) {
+  return tv.state()[windowNamed(parts[0])].plane.muted ? "on" : "off";
+}
+std::string getPicture(Tv& tv, const Parts& parts) {
+  const auto picture = pictureOn(tv, windowNamed(parts[0]));
+  return picture ? textOf(*picture) : "none";
+}
+
+std::string getResolution(Tv& tv, const Parts& parts) {
+  const WindowId window = windowNamed(parts[0]);
+  if (const auto told = tv.state()[window].resolution) return std::to_string(*told);
+  return "auto";
+}
+void setResolution(Tv& tv, const Parts& parts, const std::string& value) {
+  const WindowId window = windowNamed(parts[0]);
+  std::optional<int> wanted;
+  if (value != "auto") wanted = number<int>(value);
+  tv.adjust(window, [&](TvState& state) { state[window].resolution = wanted; });
+}
+
+std::string getIspPicture(Tv& tv, const Parts&) {
+  return std::to_string(tv.state().ispWidth) + "x" + std::to_string(tv.state().ispHeight);
+}
+void setIspPicture(Tv& tv, const Parts&, const std::string& value) {
+  const auto size = lengthsIn<2>(value, {'x'}, "WIDTHxHEIGHT");
+  tv.adjust(WindowId::main, [&](TvState& state) {
+    state.ispWidth = size[0];
+    state.ispHeight = size[1];
+  });
+}
+
 // The inputs.
 
 const Input& inputNamed(Tv& tv, const std::string& source) {
@@ -158,6 +234,23 @@ void setPlugged(Tv& tv, const Parts& parts, const std::string& value) {
 
 std::string getInputName(Tv& tv, const Parts& parts) {
   return inputNamed(tv, parts[0]).name;
+}
+
+std::string getInputPicture(Tv& tv, const Parts& parts) {
+  return textOf(inputNamed(tv, parts[0]).picture);
+}
+void setInputPicture(Tv& tv, const Parts& parts, const std::string& value) {
+  const Input& named = inputNamed(tv, parts[0]);
+  Picture wanted = named.picture;
+  const auto lengths = lengthsIn<3>(value, {'x', '@'}, "WIDTHxHEIGHT@RATE");
+  wanted.width = lengths[0];
+  wanted.height = lengths[1];
+  wanted.rate = lengths[2];
+  tv.adjust(WindowId::main, [&, source = named.source](TvState& state) {
+    for (Input& input : state.inputs) {
+      if (input.source == source) input.picture = wanted;
+    }
+  });
 }
 
 // The fields of a service.
@@ -186,6 +279,11 @@ constexpr std::array fieldNames{
     FieldName{"antenna", TCServiceData::ANTENNA_MODE},
     FieldName{"hidden", HIDDEN},
     FieldName{"service_mode", SERVICE_MODE},
+    FieldName{"picture_width", PICTURE_WIDTH},
+    FieldName{"picture_height", PICTURE_HEIGHT},
+    FieldName{"frame_rate", FRAME_RATE},
+    FieldName{"picture_shape", PICTURE_SHAPE},
+    FieldName{"active_format", ACTIVE_FORMAT},
 };
 
 int fieldNamed(const std::string& name) {
@@ -260,6 +358,7 @@ constexpr std::array table{
          setIspPresent},
     Knob{"isp.shown", "", "whether the secondary TV stack shows the ISP source", getSwitch<&TvState::ispShown>,
          nullptr},
+    Knob{"isp.picture", "WIDTHxHEIGHT", "size of the ISP source's picture, pixels", getIspPicture, setIspPicture},
     Knob{"tuner.fade", "0 to 255", "how much of the tuner's signal is lost", getNumber<&TvState::fade>, setFade},
     Knob{"clock", "", "milliseconds since the set was switched on", getNumber<&TvState::clock>, nullptr},
     Knob{"services", "", "number of services", getServiceCount, nullptr},
@@ -276,6 +375,21 @@ constexpr std::array table{
          setServiceOfWindow<&WindowState::service>},
     Knob{"WINDOW.previous_service", "service id, #KEY or 0", "the service on screen before",
          getServiceOfWindow<&WindowState::previousService>, setServiceOfWindow<&WindowState::previousService>},
+    Knob{"WINDOW.picture", "", "the picture that the window's source gives, WIDTHxHEIGHT@RATE", getPicture, nullptr},
+    Knob{"WINDOW.resolution", "number or auto", "code of the resolution that the set tells; auto: that of the picture",
+         getResolution, setResolution},
+    Knob{"WINDOW.rect", "", "where the window's picture stands on the base screen of 1920x1080: X,Y,WIDTH,HEIGHT",
+         getRect, nullptr},
+    Knob{"WINDOW.crop", "", "the part of the picture that is shown, in its pixels: X,Y,WIDTH,HEIGHT",
+         getCrop<&Crop::crop>, nullptr},
+    Knob{"WINDOW.display", "", "where that part is shown: X,Y,WIDTH,HEIGHT", getCrop<&Crop::display>, nullptr},
+    Knob{"WINDOW.active", "", "the part of the screen that the picture's content fills: X,Y,WIDTH,HEIGHT", getActive,
+         nullptr},
+    Knob{"WINDOW.order", "", "order of the window's plane: higher ones lie over lower ones, graphics have 1", getOrder,
+         nullptr},
+    Knob{"WINDOW.muted", "", "whether the window's picture is hidden", getMuted, nullptr},
+    Knob{"input.SOURCE.picture", "WIDTHxHEIGHT@RATE",
+         "what comes into an input; SOURCE is the TV service's number of it", getInputPicture, setInputPicture},
     Knob{"input.SOURCE.plugged", "on or off",
          "whether something is plugged into an input; SOURCE is the TV service's number of it", getPlugged, setPlugged},
     Knob{"input.SOURCE.name", "", "name of an input; SOURCE is the TV service's number of it", getInputName, nullptr},

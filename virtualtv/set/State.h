@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,11 +30,62 @@ struct TvMode {
 /// States of a window's source, as the set reports them.
 enum SourceState : int { SOURCE_STATE_NONE = -1, SOURCE_STATE_NO_SIGNAL = 1, SOURCE_STATE_SHOWN = 2 };
 
+/// A rectangle, in pixels; of the base screen where nothing else is said.
+struct Rect {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  bool operator==(const Rect&) const = default;
+};
+
+/// The base screen, on which the planes of the windows stand.
+inline constexpr Rect baseScreen{0, 0, 1920, 1080};
+/// Where the picture-in-picture window stands unless it is placed: a corner, with a margin.
+inline constexpr Rect pipCorner{1296, 702, 576, 324};
+
+enum class Shape { wide, narrow };  ///< 16:9, 4:3
+
+/// A moving picture, as a source gives it.
+struct Picture {
+  int width = 1920;
+  int height = 1080;
+  int rate = 25;  ///< frames a second
+  Shape shape = Shape::wide;
+  int activeFormat = 8;  ///< the broadcaster's format description, 4 bits; 8: the content fills the picture
+
+  bool operator==(const Picture&) const = default;
+};
+
+/// A part of the source picture, in its pixels, and the rectangle that shows it.
+struct Crop {
+  Rect crop;
+  Rect display;
+
+  bool operator==(const Crop&) const = default;
+};
+
+/// Planes with higher numbers lie over those with lower ones, and the picture-in-picture window's over the main
+/// window's where both have the same. Graphics, which is to say the web page, have this one.
+inline constexpr int graphicsOrder = 1;
+
+/// How a window's picture stands on the screen.
+struct Plane {
+  Rect rect = baseScreen;
+  std::optional<Crop> crop;  ///< none: the whole picture fills `rect`
+  int order = 0;             ///< see `graphicsOrder`
+  bool muted = false;        ///< the picture is hidden
+
+  bool operator==(const Plane&) const = default;
+};
+
 /// An input of the set.
 struct Input {
   int source = 0;  ///< its number among the TV service's sources
   std::string name;
   bool plugged = true;
+  Picture picture;  ///< what comes in when something is plugged in
 
   bool operator==(const Input&) const = default;
 };
@@ -45,6 +97,8 @@ struct WindowState {
   TvMode mode;
   ServiceKey service = 0;          ///< on screen
   ServiceKey previousService = 0;  ///< on screen before
+  Plane plane;
+  std::optional<int> resolution;  ///< the code that the set tells, whatever the picture is
 
   bool operator==(const WindowState&) const = default;
 };
@@ -57,10 +111,14 @@ struct TvState {
   int startSource = 0;
   int region = 0;
   int country = 0;
-  bool ispPresent = true;   ///< the secondary TV stack can be reached
-  bool ispShown = false;    ///< it shows the ISP source
+  bool ispPresent = true;  ///< the secondary TV stack can be reached
+  bool ispShown = false;   ///< it shows the ISP source
+  int ispWidth = 1920;     ///< size of its picture, pixels
+  int ispHeight = 1080;
   int fade = 0;             ///< how much of the tuner's signal is lost, 0 to 255
   std::uint64_t clock = 0;  ///< milliseconds since the set was switched on
+
+  TvState() { (*this)[WindowId::pip].plane.rect = pipCorner; }
 
   WindowState& operator[](WindowId window) { return windows[static_cast<std::size_t>(window)]; }
   const WindowState& operator[](WindowId window) const { return windows[static_cast<std::size_t>(window)]; }

@@ -146,6 +146,49 @@ void Tv::setMode(WindowId window, TvMode mode) {
   commit(Event::Kind::modeChanged, window, std::move(next));
 }
 
+bool Tv::place(WindowId window, const Rect& rect) {
+  if (rect.width <= 0 || rect.height <= 0) return false;
+  Plane plane = state_[window].plane;
+  plane.rect = rect;
+  plane.crop.reset();
+  show(window, plane);
+  return true;
+}
+
+void Tv::placeDefault(WindowId window) {
+  place(window, TvState()[window].plane.rect);
+}
+
+bool Tv::crop(WindowId window, const Crop& crop) {
+  for (const Rect& rect : {crop.crop, crop.display}) {
+    if (rect.width <= 0 || rect.height <= 0) return false;
+  }
+  Plane plane = state_[window].plane;
+  plane.crop = crop;
+  show(window, plane);
+  return true;
+}
+
+bool Tv::setOrder(WindowId window, int order) {
+  if (order < 0) return false;
+  Plane plane = state_[window].plane;
+  plane.order = order;
+  show(window, plane);
+  return true;
+}
+
+void Tv::mute(WindowId window, bool muted) {
+  Plane plane = state_[window].plane;
+  plane.muted = muted;
+  show(window, plane);
+}
+
+/// Planes are not kept: a set that is switched on shows its windows where they belong.
+void Tv::show(WindowId window, const Plane& plane) {
+  state_[window].plane = plane;
+  announce(Event::Kind::planeChanged, window);
+}
+
 void Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
   Transaction transaction(storage_.parts().database, "import services");

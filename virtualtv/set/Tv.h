@@ -19,7 +19,7 @@ class SettingsStore;
 
 /// What a verb did, for those who watch the set.
 struct Event {
-  enum class Kind { started, tuned, modeChanged, sourceChanged, servicesChanged, adjusted };
+  enum class Kind { started, tuned, modeChanged, sourceChanged, servicesChanged, planeChanged, adjusted };
   Kind kind;
   WindowId window;  ///< which window it concerns; `main` where it concerns the whole set
   std::uint64_t revision;
@@ -86,6 +86,15 @@ class Tv {
   /// Plugs something into an input, or out of it; windows that show the input gain or lose its picture.
   void plug(int source, bool plugged);
   void setMode(WindowId window, TvMode mode);
+  /// Places a window's picture, which ends a crop. @return false, and nothing changed, for an empty rectangle.
+  bool place(WindowId window, const Rect& rect);
+  /// Places it where it stands when the set is switched on: the main window fills the screen.
+  void placeDefault(WindowId window);
+  /// Shows a part of the picture. @return false, and nothing changed, where one of the rectangles is empty.
+  bool crop(WindowId window, const Crop& crop);
+  /// @return false, and nothing changed, for a negative one.
+  bool setOrder(WindowId window, int order);
+  void mute(WindowId window, bool muted);
   /// Replaces the services, or merges these into them; the TV mode follows the first of them, which becomes the
   /// start service and, in the main window, the current one. All of it or nothing.
   void import(const std::vector<Service>& services, bool add);
@@ -104,6 +113,7 @@ class Tv {
   void loadEmbedded();
   void commit(Event::Kind kind, WindowId window, TvState next, const char* lastService = nullptr);
   bool follow(WindowState& window, ServiceKey service);
+  void show(WindowId window, const Plane& plane);
   void announce(Event::Kind kind, WindowId window);
 
   Storage& storage_;

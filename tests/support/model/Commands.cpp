@@ -36,6 +36,20 @@ std::map<std::string, Run> makeCommands() {
       {"SetChannel_Seek", setChannelBySeek},
       {"SetChannelByServiceid", setChannelByServiceId},
       {"SetChannelDirect", setChannelDirect},
+      {"SetScreenRect", setScreenRect},
+      {"GetScreenRect", getScreenRect},
+      {"GetAFDGeometryRectSize", getActiveRect},
+      {"GetScreenRect_PosMode", getScreenMode},
+      {"GetScreenRect_SizeMode", getScreenMode},
+      {"SetScreenRect_PosSizeMode", setScreenMode},
+      {"GetState_Show", getShowState},
+      {"SetScreenCropRect", setScreenCropRect},
+      {"GetScreenCropRect", getScreenCropRect},
+      {"SetScreenZorder", setScreenZorder},
+      {"Show", show},
+      {"MuteVideo", muteVideo},
+      {"GetResolution", getResolution},
+      {"GetResolutionDetail", getResolutionDetail},
   };
   for (const char* field : {"Type", "Major", "Minor", "Name"}) {
     commands.emplace(std::string("GetStartChannel_") + field, getField);
@@ -75,6 +89,11 @@ Reply answer(const Command& command) {
   const auto found = commands.find(command.name);
   if (found == commands.end()) throw std::invalid_argument("the model does not know the command " + command.name);
   return found->second(command);
+}
+
+Reply answerList(const Command& command) {
+  if (command.name == "SetScreenCropRect") return setScreenCropRectByList(command);
+  throw std::invalid_argument("the model does not know " + command.name + " with a parameter list");
 }
 
 }  // namespace model

@@ -13,8 +13,11 @@
 /// command, on a set that never fails. A reference to hold the plug-in against; it shares no code with that.
 namespace model {
 
-/// A number, a text of bytes or a text of 16-bit units.
-using Reply = std::variant<int, std::string, std::u16string>;
+/// The command is accepted and not answered.
+using Nothing = std::monostate;
+
+/// A number, a text of bytes, a text of 16-bit units or none of these.
+using Reply = std::variant<int, std::string, std::u16string, Nothing>;
 
 /// One engine on the set: what it keeps between commands.
 struct Engine {
@@ -28,7 +31,7 @@ struct Command {
   Set& set;
   Engine& engine;
   std::string name;
-  std::vector<std::string> parameters;  ///< four
+  std::vector<std::string> parameters;  ///< four, or nine of a list
 
   virtualtv::WindowState& window() const { return set.state[engine.window]; }
 
@@ -44,6 +47,8 @@ Engine open(Set& set, const std::string& widgetId);
 
 /// Runs a command. @throws std::invalid_argument for a command that the model does not know.
 Reply answer(const Command& command);
+/// Runs a command that comes with a parameter list. @throws likewise.
+Reply answerList(const Command& command);
 
 // Sources.
 
@@ -67,6 +72,25 @@ Reply setSource(const Command& command);
 Reply setSourceAndTune(const Command& command);
 Reply setPreviousSource(const Command& command);
 Reply disconnectSource(const Command& command);
+
+// Pictures.
+
+Reply setScreenRect(const Command& command);
+Reply getScreenRect(const Command& command);
+/// The command "GetAFDGeometryRectSize".
+Reply getActiveRect(const Command& command);
+/// The two commands that ask for a mode of the rectangle, and the one that sets both.
+Reply getScreenMode(const Command& command);
+Reply setScreenMode(const Command& command);
+Reply getShowState(const Command& command);
+Reply setScreenCropRect(const Command& command);
+Reply setScreenCropRectByList(const Command& command);
+Reply getScreenCropRect(const Command& command);
+Reply setScreenZorder(const Command& command);
+Reply show(const Command& command);
+Reply muteVideo(const Command& command);
+Reply getResolution(const Command& command);
+Reply getResolutionDetail(const Command& command);
 
 // Channels.
 

@@ -60,6 +60,11 @@ const std::map<std::string, int> fields{
     {"antenna", Data::ANTENNA_MODE},
     {"hidden", virtualtv::HIDDEN},
     {"service_mode", virtualtv::SERVICE_MODE},
+    {"picture_width", virtualtv::PICTURE_WIDTH},
+    {"picture_height", virtualtv::PICTURE_HEIGHT},
+    {"frame_rate", virtualtv::FRAME_RATE},
+    {"picture_shape", virtualtv::PICTURE_SHAPE},
+    {"active_format", virtualtv::ACTIVE_FORMAT},
 };
 
 /// Names are of letters and blanks here.
@@ -93,8 +98,21 @@ void changeWindow(virtualtv::WindowState& window, const std::string& what, const
     window.previousService = keyNamed(value);
   } else if (what == "mode") {
     window.mode = {std::stoi(value), std::stoi(value.substr(value.find(',') + 1))};
+  } else if (what == "resolution") {
+    window.resolution = value == "auto" ? std::nullopt : std::optional(std::stoi(value));
   } else {
     refuse("the knob WINDOW." + what);
+  }
+}
+
+void changeInput(Set& set, int source, const std::string& what, const std::string& value) {
+  if (what == "plugged") return plug(set, source, value == "on");
+  if (what != "picture") refuse("the knob input.SOURCE." + what);
+  for (virtualtv::Input& input : set.state.inputs) {
+    if (input.source != source) continue;
+    input.picture.width = std::stoi(value);
+    input.picture.height = std::stoi(value.substr(value.find('x') + 1));
+    input.picture.rate = std::stoi(value.substr(value.find('@') + 1));
   }
 }
 
@@ -104,7 +122,7 @@ void change(Set& set, const std::string& knob, const std::string& value) {
   if (parts[0] == "service") {
     changeService(set.services.at(keyNamed(parts.at(1))), parts.at(2), value);
   } else if (parts[0] == "input") {
-    plug(set, std::stoi(parts.at(1)), value == "on");
+    changeInput(set, std::stoi(parts.at(1)), parts.at(2), value);
   } else if (parts[0] == "main" || parts[0] == "pip") {
     changeWindow(state[parts[0] == "main" ? WindowId::main : WindowId::pip], parts.at(1), value);
   } else if (knob == "region") {
@@ -113,6 +131,9 @@ void change(Set& set, const std::string& knob, const std::string& value) {
     state.country = std::stoi(value);
   } else if (knob == "isp.present") {
     state.ispPresent = value == "on";
+  } else if (knob == "isp.picture") {
+    state.ispWidth = std::stoi(value);
+    state.ispHeight = std::stoi(value.substr(value.find('x') + 1));
   } else if (knob == "tuner.fade") {
     state.fade = std::stoi(value);
   } else if (knob == "start.service") {
@@ -153,9 +174,12 @@ std::optional<Reply> run(World& world, const Words& words) {
     speakToSet(world, words);
     return std::nullopt;
   }
-  Words parameters(words.begin() + 1, words.end());
-  parameters.resize(4);
-  return answer({world.set, engineOf(world), words[0], parameters});
+  const bool list = words[0] == "+";
+  const std::size_t name = list ? 1 : 0;
+  Words parameters(words.begin() + static_cast<std::ptrdiff_t>(name) + 1, words.end());
+  parameters.resize(list ? 9 : 4);
+  const Command command{world.set, engineOf(world), words.at(name), parameters};
+  return list ? answerList(command) : answer(command);
 }
 
 }  // namespace model

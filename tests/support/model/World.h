@@ -13,7 +13,8 @@ namespace model {
 using Words = std::vector<std::string>;
 
 /// A set with several engines on it, spoken to in the language of transcripts: `NAME p1 p2 p3 p4` is a command for the
-/// engine in use, `.NAME ...` changes the set from outside or takes another engine into use.
+/// engine in use, `+ NAME p1 ... p9` one with a parameter list, `.NAME ...` changes the set from outside or takes
+/// another engine into use.
 struct World {
   Set set;
   std::string engine = "main";                 ///< in use
@@ -21,8 +22,8 @@ struct World {
   std::map<std::string, std::string> widgets;  ///< widget ids of engines, also of those that are not open
 };
 
-/// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.set` of what concerns sources and
-/// services, and `.vconf set`; services are named by their keys, as in `service.#3.lock`.
+/// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.set` of what concerns sources,
+/// services and pictures, and `.vconf set`; services are named by their keys, as in `service.#3.lock`.
 /// @return what a command answers, nothing for other lines.
 /// @throws std::invalid_argument for a line that the model does not know.
 std::optional<Reply> run(World& world, const Words& words);

@@ -123,6 +123,18 @@ TEST_F(AllocationTest, AnEngineWithoutAWorkerRefusesCommandsWithAParameterListAs
   EXPECT_EQ(virtualtv::framework::decode(ret)->number, -1);
 }
 
+TEST_F(AllocationTest, AnEngineWithoutAWorkerAnswersACropFromAParameterListWithMinusOne) {
+  const Engine engine = withoutWorker();
+  ASSERT_NE(engine, nullptr);
+  forget();
+  std::string ret = "untouched";
+  EXPECT_TRUE(engine->ExecuteWithParamList(ret, "SetScreenCropRect", kel::ParamList(Lines(9, "1"))));
+  EXPECT_EQ(virtualtv::framework::decode(ret)->number, -1);
+  EXPECT_EQ(calls(), Lines());
+  EXPECT_EQ(logs(), (Lines{"0 CEmpEngineWindow::ExecuteWithParamList[SetScreenCropRect]\n",
+                           "0 CEmpEngineWindow::ExecuteWithParamList Command[SetScreenCropRect] Finish result[-1]."}));
+}
+
 TEST_F(AllocationTest, AnEngineWithoutAWorkerEndsLikeAnyOther) {
   Engine engine = withoutWorker();
   ASSERT_NE(engine, nullptr);

@@ -16,7 +16,7 @@ struct Call {
   std::string unconnected;  ///< its answer when no interface of the set can be had
 };
 
-/// Every command of channels, sources and windows, once in each of its forms.
+/// Every command of channels, sources, windows and the picture, once in each of its forms.
 inline const std::vector<Call>& everyCall() {
   static const std::vector<Call> all{
       {"SetWindow", {"0"}, "int 0"},
@@ -74,6 +74,22 @@ inline const std::vector<Call>& everyCall() {
       {"SetPreviousSource", {}, "int 0"},
       {"DisconnectSource", {}, "int 0"},
       {"SetDVBSIChannelDirectEx", {"{}", "0"}, "int 0"},
+      {"GetScreenRect", {}, "ascii"},
+      {"GetAFDGeometryRectSize", {}, "ascii"},
+      {"GetScreenRect_PosMode", {}, "int 9"},
+      {"GetScreenRect_SizeMode", {}, "int 9"},
+      {"GetState_Show", {}, "int 5"},
+      {"SetScreenRect", {"480", "270", "480", "270"}, "int 0"},
+      {"SetScreenRect", {"-1", "0", "0", "0"}, "int 0"},
+      {"SetScreenRect_PosSizeMode", {"0", "0"}, "int -1"},
+      {"Show", {"0"}, "int -1"},
+      {"Show", {"1"}, "int -1"},
+      {"GetResolution", {}, "int -1"},
+      {"SetScreenCropRect", {"10", "20", "300", "200"}, "int -1"},
+      {"GetScreenCropRect", {"0"}, "int -1"},
+      {"SetScreenZorder", {"1"}, "int -1"},
+      {"GetResolutionDetail", {}, "int -1"},
+      {"MuteVideo", {"1"}, "int -1"},
   };
   return all;
 }

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Ask.h"
+#include "d2tv/CD2tvMgrProxy.h"
+
+namespace kel {
+
+/// The manager of the secondary TV stack; null when it can't be reached. @param function  the operation that asks.
+/// @param level  of the line that tells of an exception.
+inline CD2tvMgrProxy* D2tvManager(const char* function, int level = kFailure) {
+  constexpr CD2tvMgrProxy* none = nullptr;
+  const auto ask = [] { return CD2tvMgrProxy::GetInstance("EMP_WINDOW"); };
+  return Try(function, none, ask, level);
+}
+
+}  // namespace kel

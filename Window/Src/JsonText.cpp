@@ -1,0 +1,19 @@
+#include "JsonText.h"
+
+#include <json/json.h>
+
+// Reader and writer are deprecated in favour of others, which take other texts and write another layout.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace kel {
+
+std::string WriteJson(const Json::Value& document) {
+  return Json::StyledWriter().write(document);
+}
+
+bool ReadJson(const std::string& text, Json::Value& document) {
+  Json::Reader reader;
+  return reader.parse(text, document, true);
+}
+
+}  // namespace kel

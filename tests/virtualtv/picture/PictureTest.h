@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tvservice/IAVControl.h"
+#include "tvservice/IVideoControl.h"
+#include "virtualtv/tuning/SetTest.h"
+
+/// The planes and pictures of a set in memory, as the interfaces of the TV service tell them.
+namespace virtualtv::test {
+
+/// A resolution as it is told.
+struct Told {
+  int code = 0;
+  unsigned width = 0;
+  unsigned height = 0;
+  unsigned rate = 0;
+  unsigned lines = 0;
+
+  bool operator==(const Told&) const = default;
+};
+/// For the messages of tests.
+std::ostream& operator<<(std::ostream& out, const Told& told);
+
+class PictureTest : public SetTest {
+ protected:
+  // What a client does to a plane. Answers are those of the interfaces.
+
+  static int place(const Rect& rect, WindowId on = WindowId::main);
+  static int placeDefault(WindowId on = WindowId::main);
+  static int crop(const Rect& crop, const Rect& display, WindowId on = WindowId::main);
+  static int order(int order, WindowId on = WindowId::main);
+  static int mute(int mute, WindowId on = WindowId::main);
+
+  // What a client is told, with rectangles as "X,Y,WIDTHxHEIGHT"; "none" where the call fails, which must have left the
+  // outputs alone.
+
+  static std::string rect(WindowId on = WindowId::main);
+  static std::string cropped(WindowId on = WindowId::main);  ///< the part of the picture and where it is shown
+  static std::string active(WindowId on = WindowId::main);
+  static std::optional<Told> resolution(WindowId on = WindowId::main);
+
+  const Plane& plane(WindowId on = WindowId::main) const { return window(on).plane; }
+  std::string knob(const std::string& name);
+  void turn(const std::string& name, const std::string& value);
+};
+
+}  // namespace virtualtv::test

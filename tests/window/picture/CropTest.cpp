@@ -1,0 +1,272 @@
+// Cropping the picture, and reading the crop.
+#include <climits>
+
+#include "Picture.h"
+
+namespace {
+
+using picture::askSource;
+using picture::mainVideo;
+using picture::noVideoControl;
+using picture::Rect;
+using picture::sourceLogs;
+using support::caught;
+using support::join;
+using support::Lines;
+using virtualtv::WindowId;
+
+const std::string cropped = "3 SetSize success!\n";
+const std::string cropRead = "3 GetScreenCropRect success!\n";
+const std::string setCropArea = mainVideo + "SetCropArea";
+
+std::string sent(const std::string& crop, const std::string& display, const std::string& result = "1") {
+  return setCropArea + "(crop=" + crop + ", display=" + display + ") -> " + result;
+}
+
+bool operator==(const Rect& rect, const std::vector<int>& values) {
+  return std::vector<int>{rect.x, rect.y, rect.width, rect.height} == values;
+}
+
+/// Ways in which the source of the window can't be had, and what is logged of it after its first lines.
+struct NoSource {
+  std::string words;
+  Lines lines;
+};
+const std::vector<NoSource> noSources{
+    {"ISourceControl::GetSourceState result=throw",
+     {caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")}},
+    {"ISourceControl::GetCurrentSourceInfo result=0", {"3 GetSourceState = 2", "0 GetCurrentSourceInfo failed"}},
+    {"ISourceControl::GetCurrentSourceInfo result=-1", {"3 GetSourceState = 2", "0 GetCurrentSourceInfo failed"}},
+    {"ISourceControl::GetCurrentSourceInfo result=throw",
+     {"3 GetSourceState = 2", caught("t_GetCurrentSourceInfo", "ISourceControl::GetCurrentSourceInfo"),
+      "0 GetCurrentSourceInfo failed"}},
+    {"ISourceControl::GetCurrentSourceInfo result=unwritten",
+     join({{"3 GetSourceState = 2", "3 GetCurrentSourceInfo successfully eTVSSource = -1"}, sources::refused(-1)})},
+};
+const Lines sourceAsked{"3 This is t_GetCurrentSourceInfo", "3 GetSourceState start"};
+
+/// True when one of the calls is of this operation.
+bool called(const Lines& calls, const std::string& operation) {
+  return std::any_of(calls.begin(), calls.end(),
+                     [&](const std::string& call) { return call.find(operation + "(") != std::string::npos; });
+}
+
+class CropTest : public picture::PictureTest {
+ protected:
+  int setCrop(int plane = 0) { return worker.SetScreenCropRect(&crop, &display, plane); }
+  int getCrop(int plane = 0) { return worker.GetScreenCropRect(crop, display, plane); }
+  int setUnder(const std::string& words) {
+    return under(words, [this] { return setCrop(); });
+  }
+  int getUnder(const std::string& words) {
+    return under(words, [this] { return getCrop(); });
+  }
+
+  Rect crop{10, 20, 300, 400};
+  Rect display{5, 6, 70, 80};
+};
+
+// Setting.
+
+TEST_F(CropTest, SendsBothRectanglesAsTheyAreOnceTheSourceIsKnown) {
+  EXPECT_EQ(setCrop(), 1);
+  EXPECT_EQ(calls(), join({askSource(), {sent("10,20,300,400", "5,6,70,80")}}));
+  EXPECT_EQ(logs(), join({sourceLogs(), {cropped}}));
+  const virtualtv::Crop wanted{{10, 20, 300, 400}, {5, 6, 70, 80}};
+  EXPECT_EQ(plane().crop, wanted);
+}
+
+TEST_F(CropTest, AnyFourNumbersPass) {
+  crop = {INT_MIN, INT_MAX, 0, -1};
+  display = {INT_MAX, INT_MIN, INT_MAX, INT_MIN};
+  EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=1"), 1);
+  EXPECT_EQ(calls().back(),
+            sent("-2147483648,2147483647,0,-1", "2147483647,-2147483648,2147483647,-2147483648", "1 [fault]"));
+}
+
+TEST_F(CropTest, ThePlaneDoesNotMatter) {
+  for (const int plane : {0, 1, 2, -1, INT_MAX, INT_MIN}) {
+    forget();
+    EXPECT_EQ(setCrop(plane), 1) << plane;
+    EXPECT_EQ(calls(), join({askSource(), {sent("10,20,300,400", "5,6,70,80")}})) << plane;
+  }
+}
+
+TEST_F(CropTest, ANullRectangleIsSentAsZeros) {
+  const std::string zeros = "0,0,0,0";
+  const auto send = [this](Rect* first, Rect* second) {
+    return under("IVideoControl::SetCropArea result=1",
+                 [=, this] { return worker.SetScreenCropRect(first, second, 0); });
+  };
+  EXPECT_EQ(send(&crop, nullptr), 1);
+  EXPECT_EQ(calls().back(), sent("10,20,300,400", zeros, "1 [fault]"));
+  EXPECT_EQ(send(nullptr, &display), 1);
+  EXPECT_EQ(calls().back(), sent(zeros, "5,6,70,80", "1 [fault]"));
+  EXPECT_EQ(send(nullptr, nullptr), 1);
+  EXPECT_EQ(calls().back(), sent(zeros, zeros, "1 [fault]"));
+}
+
+TEST_F(CropTest, ARectangleThatTheSetRefusesAnswersZero) {
+  EXPECT_EQ(worker.SetScreenCropRect(&crop, nullptr, 0), 0);
+  EXPECT_EQ(calls().back(), sent("10,20,300,400", "0,0,0,0", "0"));
+  EXPECT_EQ(logs(), sourceLogs());
+  EXPECT_EQ(plane().crop, std::nullopt);
+}
+
+TEST_F(CropTest, ACropFailsBelowOneAndSucceedsFromOneOn) {
+  for (const std::string result : {"0", "-1", "-2147483648"}) {
+    EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=" + result), 0) << result;
+    EXPECT_EQ(logs(), sourceLogs()) << result;
+  }
+  for (const std::string result : {"1", "2", "2147483647"}) {
+    EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=" + result), 1) << result;
+    EXPECT_EQ(logs(), join({sourceLogs(), {cropped}})) << result;
+  }
+}
+
+TEST_F(CropTest, ACropThatThrowsAnswersZero) {
+  EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=throw"), 0);
+  EXPECT_EQ(logs(), join({sourceLogs(), {caught("SetScreenCropRect", "IVideoControl::SetCropArea")}}));
+}
+
+TEST_F(CropTest, WithoutVideoControlNothingIsCropped) {
+  failsWithout(
+      worker.video_ctrl_proxy, "CreateVideoControl", noVideoControl(), [this] { return setCrop(); }, -1);
+  worker.video_ctrl_proxy = nullptr;
+  fault("TVServiceAPI::CreateVideoControl result=-1");
+  EXPECT_EQ(worker.SetScreenCropRect(nullptr, nullptr, 0), -1) << "null rectangles are no error of their own";
+}
+
+TEST_F(CropTest, WithoutASourceNothingIsCropped) {
+  for (const NoSource& way : noSources) {
+    SCOPED_TRACE(way.words);
+    EXPECT_EQ(setUnder(way.words), -1);
+    EXPECT_FALSE(called(calls(), "SetCropArea"));
+    EXPECT_EQ(logs(), join({sourceAsked, way.lines}));
+  }
+  loseSourceControl();
+  forget();
+  EXPECT_EQ(setCrop(), -1);
+  EXPECT_FALSE(called(calls(), "SetCropArea"));
+  EXPECT_EQ(logs(), sources::noSourceControl);
+  EXPECT_EQ(plane().crop, std::nullopt);
+}
+
+TEST_F(CropTest, AWindowWhoseSourceIsNotActiveCanBeCropped) {
+  deactivate();
+  EXPECT_EQ(setCrop(), 1);
+  EXPECT_EQ(setUnder("ISourceControl::GetSourceState result=0"), 1);
+  EXPECT_EQ(getCrop(), 1);
+}
+
+TEST_F(CropTest, AMissingVideoControlIsMadeForTheWindowDriven) {
+  worker.video_ctrl_proxy = nullptr;
+  EXPECT_EQ(setCrop(), 1);
+  EXPECT_EQ(calls(), join({{"TVServiceAPI::CreateVideoControl(profile=1, index=0) -> 0"},
+                           askSource(),
+                           {"IVideoControl[main#2]::SetCropArea(crop=10,20,300,400, display=5,6,70,80) -> 1"}}));
+  EXPECT_EQ(logs(), join({{noVideoControl().front()}, sourceLogs(), {cropped}}));
+}
+
+TEST_F(CropTest, ThePictureInPictureWindowIsCroppedAlone) {
+  drivePictureInPicture();
+  EXPECT_EQ(setCrop(), 1);
+  EXPECT_EQ(calls(), (Lines{"ISourceControl[pip#2]::GetSourceState() state=2 -> 1",
+                            "ISourceControl[pip#2]::GetCurrentSourceInfo() source=5 -> 1",
+                            "IVideoControl[pip#2]::SetCropArea(crop=10,20,300,400, display=5,6,70,80) -> 1"}));
+  EXPECT_EQ(plane().crop, std::nullopt);
+  EXPECT_NE(plane(WindowId::pip).crop, std::nullopt);
+}
+
+// Reading.
+
+TEST_F(CropTest, ReadsTheRectanglesOfTheLastCrop) {
+  ASSERT_EQ(setCrop(), 1);
+  crop = display = {};
+  forget();
+  EXPECT_EQ(getCrop(), 1);
+  EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
+  EXPECT_TRUE(display == std::vector<int>({5, 6, 70, 80}));
+  EXPECT_EQ(calls(), join({askSource(), {mainVideo + "GetCropArea() crop=10,20,300,400 display=5,6,70,80 -> 1"}}));
+  EXPECT_EQ(logs(), join({sourceLogs(), {cropRead}}));
+}
+
+TEST_F(CropTest, ReadsTheRectanglesAsTheSetTellsThem) {
+  EXPECT_EQ(getUnder("IVideoControl::GetCropArea out.crop=-2147483648,2147483647,0,-1 "
+                     "out.display=1920,1080,2147483647,-2147483648 result=1"),
+            1);
+  EXPECT_TRUE(crop == std::vector<int>({INT_MIN, INT_MAX, 0, -1}));
+  EXPECT_TRUE(display == std::vector<int>({1920, 1080, INT_MAX, INT_MIN}));
+}
+
+TEST_F(CropTest, ReadingDoesNotCareForThePlane) {
+  ASSERT_EQ(setCrop(), 1);
+  for (const int plane : {0, 1, -1, INT_MAX, INT_MIN}) {
+    crop = display = {};
+    EXPECT_EQ(getCrop(plane), 1) << plane;
+    EXPECT_TRUE(display == std::vector<int>({5, 6, 70, 80})) << plane;
+  }
+}
+
+TEST_F(CropTest, RectanglesThatAreNotWrittenAreZeros) {
+  EXPECT_EQ(getUnder("IVideoControl::GetCropArea result=unwritten"), 1);
+  EXPECT_TRUE(crop == std::vector<int>(4, 0));
+  EXPECT_TRUE(display == std::vector<int>(4, 0));
+}
+
+TEST_F(CropTest, AReadThatFailsLeavesTheRectanglesAlone) {
+  const std::string written = " out.crop=1,1,1,1 out.display=2,2,2,2";
+  for (const std::string result : {"0", "-1", "-2147483648"}) {
+    EXPECT_EQ(getUnder("IVideoControl::GetCropArea result=" + result + written), 0) << result;
+    EXPECT_EQ(logs(), sourceLogs());
+  }
+  EXPECT_EQ(getUnder("IVideoControl::GetCropArea result=throw"), 0);
+  EXPECT_EQ(logs(), join({sourceLogs(), {caught("GetScreenCropRect", "IVideoControl::GetCropArea")}}));
+  EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
+  EXPECT_TRUE(display == std::vector<int>({5, 6, 70, 80}));
+}
+
+TEST_F(CropTest, AReadSucceedsOnAnyPositiveResult) {
+  for (const std::string result : {"2", "2147483647"}) {
+    EXPECT_EQ(getUnder("IVideoControl::GetCropArea out.crop=1,2,3,4 result=" + result), 1) << result;
+    EXPECT_TRUE(crop == std::vector<int>({1, 2, 3, 4}));
+  }
+}
+
+TEST_F(CropTest, WithoutVideoControlNothingIsRead) {
+  failsWithout(
+      worker.video_ctrl_proxy, "CreateVideoControl", noVideoControl(), [this] { return getCrop(); }, -1);
+  EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
+}
+
+TEST_F(CropTest, WithoutASourceNothingIsRead) {
+  for (const NoSource& way : noSources) {
+    SCOPED_TRACE(way.words);
+    EXPECT_EQ(getUnder(way.words), -1);
+    EXPECT_FALSE(called(calls(), "GetCropArea"));
+    EXPECT_EQ(logs(), join({sourceAsked, way.lines}));
+  }
+  loseSourceControl();
+  forget();
+  EXPECT_EQ(getCrop(), -1);
+  EXPECT_EQ(logs(), sources::noSourceControl);
+  EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
+  EXPECT_TRUE(display == std::vector<int>({5, 6, 70, 80}));
+}
+
+TEST_F(CropTest, EachWindowHasACropOfItsOwn) {
+  ASSERT_EQ(setCrop(), 1);
+  drivePictureInPicture();
+  crop = {1, 2, 3, 4};
+  ASSERT_EQ(setCrop(), 1);
+  crop = display = {};
+  forget();
+  EXPECT_EQ(getCrop(), 1);
+  EXPECT_TRUE(crop == std::vector<int>({1, 2, 3, 4}));
+  EXPECT_EQ(calls().back(), "IVideoControl[pip#2]::GetCropArea() crop=1,2,3,4 display=5,6,70,80 -> 1");
+  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_MAIN), 1);
+  EXPECT_EQ(getCrop(), 1);
+  EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
+}
+
+}  // namespace

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <string>
+
+#include "window/source/Sources.h"
+
+/// What the tests of crop, plane order, show and mute share.
+namespace picture {
+
+using support::Lines;
+using Rect = kel::CEmpTaskWindow::Rect;
+
+/// As a trace shows the main window's first controls, before the operation and its arguments.
+inline const std::string mainVideo = "IVideoControl[main#1]::";
+inline const std::string mainAv = "IAVControl[main#1]::";
+
+/// The calls that ask for the main window's source, and their log lines.
+Lines askSource();
+Lines sourceLogs();
+
+/// What the worker logs when a control of the main window is missing and can't be made.
+Lines noVideoControl();
+Lines noAvControl();
+
+/// Ways in which the factory of a control fails, as words of a fault.
+inline const Lines factoryFailures{"result=1", "result=-1", "result=null", "result=unwritten", "result=throw"};
+
+/// A worker for the main window, which shows the source 5 (the plug-in's 20), as `SourceTest` has it.
+class PictureTest : public sources::SourceTest {
+ protected:
+  /// Runs an operation under a fault, which must be hit.
+  template <typename Operation>
+  auto under(const std::string& words, Operation operation) {
+    only(words);
+    const auto result = operation();
+    EXPECT_TRUE(faultsHit()) << words;
+    clearFaults();
+    return result;
+  }
+
+  /// From now on the worker drives the picture-in-picture window, which shows the same source.
+  void drivePictureInPicture();
+
+  const virtualtv::Plane& plane(virtualtv::WindowId window = virtualtv::WindowId::main) {
+    return tv().state()[window].plane;
+  }
+
+  /// Forgets the control and runs `operation` under each way in which it can't be made again: it answers `result`, logs
+  /// `lines` after that, and makes no other call.
+  template <typename Proxy, typename Operation>
+  void failsWithout(Proxy*& proxy, const std::string& factory, const Lines& lines, Operation operation, int result) {
+    const std::string check = proxyCheck(factory);
+    for (const std::string& way : factoryFailures) {
+      SCOPED_TRACE(factory + " " + way);
+      proxy = nullptr;
+      EXPECT_EQ(under("TVServiceAPI::" + factory + " " + way, operation), result);
+      EXPECT_EQ(calls().size(), 1U) << "nothing but the factory is called";
+      Lines expected = lines;
+      const bool thrown = way == "result=throw";
+      if (thrown) expected.insert(expected.begin() + 1, support::caught(check, "TVServiceAPI::" + factory));
+      EXPECT_EQ(logs(), expected);
+    }
+  }
+
+ private:
+  static std::string proxyCheck(const std::string& factory);
+};
+
+}  // namespace picture

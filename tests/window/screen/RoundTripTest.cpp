@@ -1,0 +1,209 @@
+// Random rectangles between the plug-in's space and the base screen, held against exact fractions.
+//
+// The rectangles of a run follow from its seed, which a failure prints; SCREEN_SEED=N runs those of a seed again.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <limits>
+#include <optional>
+#include <random>
+
+#include "Screen.h"
+
+namespace {
+
+using screen::Rect;
+
+constexpr int lowest = std::numeric_limits<int>::min();
+constexpr int highest = std::numeric_limits<int>::max();
+
+/// A number, exactly: a fraction of integers that 64 bits hold.
+struct Fraction {
+  std::int64_t over;
+  std::int64_t under;  ///< above 0
+
+  Fraction operator+(const Fraction& other) const {
+    return {over * other.under + other.over * under, under * other.under};
+  }
+  bool operator<(const Fraction& other) const { return over * other.under < other.over * under; }
+
+  /// The integer part, as far as it fits an int.
+  int cut() const {
+    const bool negative = over < 0;
+    const std::int64_t whole = ((negative ? -over : over) - (negative ? -over : over) % under) / under;
+    const std::int64_t signedWhole = negative ? -whole : whole;
+    if (signedWhole > highest) return highest;
+    if (signedWhole < lowest) return lowest;
+    return static_cast<int>(signedWhole);
+  }
+};
+
+/// One side of the two spaces.
+struct Side {
+  std::int64_t plugin;
+  std::int64_t base;
+
+  int toBase(int value) const { return Fraction{value * base, plugin}.cut(); }
+  int toPlugin(int value) const { return (Fraction{value * plugin, base} + Fraction{1, 2}).cut(); }
+
+  /// Whether `back` is `value` but for what a way to base space and back may change: cutting takes less than one pixel
+  /// of base space, rounding at most half a pixel of the plug-in's, and below zero, where the sum is cut upwards, less
+  /// than one more.
+  bool isRounding(int value, int back) const {
+    const std::int64_t difference = std::int64_t{back} - value;
+    const Fraction cutPixel{plugin, base};
+    if (value >= 0) return difference <= 0 && Fraction{-difference, 1} < cutPixel + Fraction{1, 2};
+    return difference >= 0 && Fraction{difference, 1} < cutPixel + Fraction{3, 2};
+  }
+};
+
+struct Base {
+  int width;
+  int height;
+
+  Side across() const { return {960, width}; }
+  Side down() const { return {540, height}; }
+};
+
+Rect toBase(const Rect& rect, const Base& base) {
+  return {base.across().toBase(rect.x), base.down().toBase(rect.y), base.across().toBase(rect.width),
+          base.down().toBase(rect.height)};
+}
+Rect toPlugin(const Rect& rect, const Base& base) {
+  return {base.across().toPlugin(rect.x), base.down().toPlugin(rect.y), base.across().toPlugin(rect.width),
+          base.down().toPlugin(rect.height)};
+}
+
+std::vector<int> numbers(const Rect& rect) {
+  return {rect.x, rect.y, rect.width, rect.height};
+}
+
+std::string textOf(const Rect& rect) {
+  const auto number = [](int value) { return std::to_string(value); };
+  const std::string text =
+      "x:" + number(rect.x) + ",y:" + number(rect.y) + ",w:" + number(rect.width) + ",h:" + number(rect.height);
+  return text.substr(0, 39);
+}
+
+std::uint64_t seedOfThisRun() {
+  static const std::uint64_t seed = [] {
+    const char* const given = std::getenv("SCREEN_SEED");
+    const std::uint64_t chosen = given != nullptr ? std::strtoull(given, nullptr, 10) : std::random_device{}();
+    std::cout << "SCREEN_SEED=" << chosen << '\n';
+    return chosen;
+  }();
+  return seed;
+}
+
+constexpr int runs = 400;
+
+class RoundTripTest : public screen::ScreenTest, public ::testing::WithParamInterface<Base> {
+ protected:
+  RoundTripTest() : random_(seedOfThisRun()) {}
+
+  void SetUp() override {
+    ScreenTest::SetUp();
+    worker.m_baseScrW = base().width;
+    worker.m_baseScrH = base().height;
+  }
+
+  static const Base& base() { return GetParam(); }
+
+  /// A number from `least` to `most`.
+  int between(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
+
+  /// Any number, small ones and the ends of the range more often than by chance.
+  int any(int least = lowest) {
+    switch (between(0, 3)) {
+      case 0:
+        return between(std::max(least, -2000), 2000);
+      case 1:
+        return std::max(least, lowest + between(0, 3));
+      case 2:
+        return highest - between(0, 3);
+      default:
+        return between(least, highest);
+    }
+  }
+
+  /// A rectangle that the set accepts, mostly on the screen.
+  Rect proper() {
+    if (between(0, 3) == 0)
+      return {between(0, 100000), between(-100000, 100000), between(1, 100000), between(1, 100000)};
+    const int x = between(0, 959);
+    const int y = between(0, 539);
+    return {x, y, between(1, 960 - x), between(1, 540 - y)};
+  }
+
+  /// What the set has after a rectangle was set; nothing when it was refused.
+  std::optional<Rect> placed(const Rect& rect) {
+    if (worker.SetScreenRect(rect.x, rect.y, rect.width, rect.height) != 1) return std::nullopt;
+    const virtualtv::Rect plane = planeOf();
+    return Rect{plane.x, plane.y, plane.width, plane.height};
+  }
+
+  static std::string hint() { return "SCREEN_SEED=" + std::to_string(seedOfThisRun()); }
+
+ private:
+  std::mt19937_64 random_;
+};
+
+TEST_P(RoundTripTest, ARectangleComesBackButForTheRounding) {
+  for (int run = 0; run < runs; ++run) {
+    const Rect rect = proper();
+    SCOPED_TRACE(hint() + " " + textOf(rect));
+    const auto plane = placed(rect);
+    const bool vanishes = toBase(rect, base()).width == 0 || toBase(rect, base()).height == 0;
+    ASSERT_EQ(plane.has_value(), !vanishes);
+    if (!plane) continue;
+    ASSERT_EQ(numbers(*plane), numbers(toBase(rect, base())));
+
+    const Rect back = toPlugin(*plane, base());
+    const auto [result, text] = getScreenRect();
+    ASSERT_EQ(result, 1);
+    ASSERT_EQ(text, textOf(back));
+    EXPECT_TRUE(base().across().isRounding(rect.x, back.x));
+    EXPECT_TRUE(base().down().isRounding(rect.y, back.y));
+    EXPECT_TRUE(base().across().isRounding(rect.width, back.width));
+    EXPECT_TRUE(base().down().isRounding(rect.height, back.height));
+    forget();
+  }
+}
+
+TEST_P(RoundTripTest, AnyFourNumbersAreSentAsTheFractionsSay) {
+  fault("IVideoControl::SetSize always result=1");
+  for (int run = 0; run < runs; ++run) {
+    const Rect rect{any(0), any(), any(), any()};
+    SCOPED_TRACE(hint() + " " + ::testing::PrintToString(numbers(rect)));
+    ASSERT_EQ(worker.SetScreenRect(rect.x, rect.y, rect.width, rect.height), 1);
+    const Rect sent = toBase(rect, base());
+    ASSERT_EQ(calls().back(), "IVideoControl[main#1]::SetSize(x=" + std::to_string(sent.x) +
+                                  ", y=" + std::to_string(sent.y) + ", height=" + std::to_string(sent.height) +
+                                  ", width=" + std::to_string(sent.width) + ") -> 1 [fault]");
+    forget();
+  }
+}
+
+TEST_P(RoundTripTest, AnyFourNumbersAreReadAsTheFractionsSay) {
+  for (int run = 0; run < runs; ++run) {
+    const Rect rect{any(), any(), any(), any()};
+    SCOPED_TRACE(hint() + " " + ::testing::PrintToString(numbers(rect)));
+    putPlane({rect.x, rect.y, rect.width, rect.height});
+    const auto [result, text] = getScreenRect();
+    ASSERT_EQ(result, 1);
+    ASSERT_EQ(text, textOf(toPlugin(rect, base())));
+
+    Rect swapped{};
+    ASSERT_EQ(worker.GetScreenRect(swapped), 1);
+    ASSERT_EQ(numbers(swapped), numbers(toPlugin({rect.x, rect.y, rect.height, rect.width}, base())));
+    forget();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, RoundTripTest, ::testing::Values(Base{1920, 1080}, Base{1366, 768}, Base{3840, 2160}),
+                         [](const auto& test) {
+                           return std::to_string(test.param.width) + "x" + std::to_string(test.param.height);
+                         });
+
+}  // namespace

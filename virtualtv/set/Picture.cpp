@@ -1,0 +1,166 @@
+#include "set/Picture.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "services/ChannelType.h"
+#include "services/ServiceStore.h"
+#include "set/Tv.h"
+
+namespace virtualtv {
+
+namespace {
+
+using Data = TCServiceData;
+
+/// A width to a height.
+struct Ratio {
+  int width;
+  int height;
+};
+
+constexpr Ratio ratioOf(Shape shape) {
+  return shape == Shape::wide ? Ratio{16, 9} : Ratio{4, 3};
+}
+
+bool isAnalogue(int channelType) {
+  return channelType == CHANNEL_ANALOGUE_TERRESTRIAL || channelType == CHANNEL_ANALOGUE_CABLE;
+}
+bool isSoundOrData(int channelType) {
+  return channelType >= CHANNEL_RADIO_TERRESTRIAL && channelType <= CHANNEL_DATA_SATELLITE;
+}
+
+/// Reads a width, a height or a rate, which a field can hold far beyond what a picture has.
+/// @return false where it is none, 0 or less or beyond `int`; true, and `length` as it was, without the field.
+bool readLength(const Data& record, int field, int& length) {
+  unsigned long long held = 0;
+  if (!record.Get(field, held)) return true;
+  if (held < 1 || held > static_cast<unsigned>(std::numeric_limits<int>::max())) return false;
+  length = static_cast<int>(held);
+  return true;
+}
+
+/// A service says what its picture is like as far as it differs from what its channel type usually has.
+std::optional<Picture> pictureOf(Tv& tv, ServiceKey key) {
+  TCCriteriaHelper criteria;
+  for (const int field : {int{Data::CHANNEL_TYPE}, int{PICTURE_WIDTH}, int{PICTURE_HEIGHT}, int{FRAME_RATE},
+                          int{PICTURE_SHAPE}, int{ACTIVE_FORMAT}}) {
+    criteria.Fetch(field);
+  }
+  Data record;
+  if (!tv.services().at(key, criteria, record)) return std::nullopt;
+  int type = 0;
+  record.Get(Data::CHANNEL_TYPE, type);
+  if (isSoundOrData(type)) return std::nullopt;
+  Picture picture = isAnalogue(type) ? Picture{720, 576, 25, Shape::narrow} : Picture{};
+  if (!readLength(record, PICTURE_WIDTH, picture.width) || !readLength(record, PICTURE_HEIGHT, picture.height) ||
+      !readLength(record, FRAME_RATE, picture.rate)) {
+    return std::nullopt;
+  }
+  int shape = static_cast<int>(picture.shape);
+  if (record.Get(PICTURE_SHAPE, shape)) picture.shape = shape == 1 ? Shape::narrow : Shape::wide;
+  record.Get(ACTIVE_FORMAT, picture.activeFormat);
+  return picture;
+}
+
+/// A corner that lies some way from another one; it stays within what a rectangle can tell.
+int moved(int corner, int by) {
+  const auto most = std::int64_t{std::numeric_limits<int>::max()};
+  return static_cast<int>(std::min(std::int64_t{corner} + by, most));
+}
+
+/// The largest rectangle of a ratio in another one, in its middle.
+Rect fitted(const Rect& outer, Ratio ratio) {
+  const auto scaled = [](int length, int by, int of) {
+    return static_cast<int>(static_cast<std::int64_t>(length) * by / of);
+  };
+  Rect inner = outer;
+  const bool tooWide = std::int64_t{outer.width} * ratio.height > std::int64_t{outer.height} * ratio.width;
+  if (tooWide) {
+    inner.width = scaled(outer.height, ratio.width, ratio.height);
+  } else {
+    inner.height = scaled(outer.width, ratio.height, ratio.width);
+  }
+  inner.x = moved(outer.x, (outer.width - inner.width) / 2);
+  inner.y = moved(outer.y, (outer.height - inner.height) / 2);
+  return inner;
+}
+
+/// The shape of the content by the four bits of the format description; nothing where it fills the picture.
+std::optional<Ratio> contentOf(int activeFormat) {
+  switch (activeFormat) {
+    case 9:
+    case 13:
+      return Ratio{4, 3};
+    case 10:
+    case 14:
+    case 15:
+      return Ratio{16, 9};
+    case 11:
+      return Ratio{14, 9};
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+std::optional<Picture> pictureOn(Tv& tv, WindowId id) {
+  const WindowState& window = tv.state()[id];
+  if (window.sourceState != SOURCE_STATE_SHOWN) return std::nullopt;
+  if (window.source == SOURCE_TV) return pictureOf(tv, window.service);
+  for (const Input& input : tv.state().inputs) {
+    if (input.source == window.source) return input.picture;
+  }
+  return std::nullopt;
+}
+
+int resolutionCode(const Picture& picture) {
+  struct Code {
+    int width;
+    int height;
+    int code;
+  };
+  constexpr std::array codes{Code{640, 480, 0},  Code{720, 480, 1},   Code{720, 576, 2},
+                             Code{1280, 720, 3}, Code{1920, 1080, 4}, Code{3840, 2160, 29}};
+  constexpr int unknown = 136;
+  for (const Code& code : codes) {
+    if (code.width == picture.width && code.height == picture.height) return code.code;
+  }
+  return unknown;
+}
+
+unsigned linesPerSecond(const Picture& picture) {
+  struct Lines {
+    int shown;
+    int all;
+  };
+  constexpr std::array known{Lines{480, 525}, Lines{576, 625}, Lines{720, 750}, Lines{1080, 1125}, Lines{2160, 2250}};
+  int lines = picture.height;
+  for (const Lines& frame : known) {
+    if (frame.shown == picture.height) lines = frame.all;
+  }
+  const auto most = std::int64_t{std::numeric_limits<unsigned>::max()};
+  return static_cast<unsigned>(std::min(std::int64_t{lines} * picture.rate, most));
+}
+
+std::optional<Crop> cropOn(Tv& tv, WindowId window) {
+  const Plane& plane = tv.state()[window].plane;
+  if (plane.crop) return plane.crop;
+  const auto picture = pictureOn(tv, window);
+  if (!picture) return std::nullopt;
+  return Crop{{0, 0, picture->width, picture->height}, plane.rect};
+}
+
+Rect drawnAt(const Plane& plane) {
+  return plane.crop ? plane.crop->display : plane.rect;
+}
+
+Rect activeArea(const Plane& plane, const Picture& picture) {
+  const Rect frame = fitted(drawnAt(plane), ratioOf(picture.shape));
+  const auto content = contentOf(picture.activeFormat);
+  return content ? fitted(frame, *content) : frame;
+}
+
+}  // namespace virtualtv
