@@ -96,38 +96,28 @@ int Name(const Call& call) {
   return result;
 }
 
-void AnswerBuffer(const Call& call, int result, const char* text) {
+template <typename Text>
+int AnswerTextOrCode(const Call& call, int result, Text&& text) {
   if (result < 0) {
     call.reply.Integer(result);
   } else {
     call.reply.Ascii(text);
   }
+  return result;
 }
 
 /// The text that the worker writes into a buffer of this size.
 template <std::size_t size, int (W::*operation)(char*)>
 int Buffer(const Call& call) {
   std::array<char, size> text{};
-  const int result = (call.worker.*operation)(text.data());
-  AnswerBuffer(call, result, text.data());
-  return result;
-}
-
-void AnswerTextOrCode(const Call& call, int result, std::string& text) {
-  if (result < 0) {
-    call.reply.Integer(result);
-  } else {
-    call.reply.Ascii(text);
-  }
+  return AnswerTextOrCode(call, (call.worker.*operation)(text.data()), text.data());
 }
 
 /// The document that the worker writes, unless it answers a negative code.
 template <auto operation>
 int Text(const Call& call) {
   std::string text;
-  const int result = (call.worker.*operation)(text);
-  AnswerTextOrCode(call, result, text);
-  return result;
+  return AnswerTextOrCode(call, (call.worker.*operation)(text), text);
 }
 
 // Rows with a way of their own.
@@ -165,16 +155,12 @@ int GetChannelServiceId(const Call& call) {
   std::array<char, kServiceIdBytes> text{};
   const bool byIndex = !in.given[1] && !in.given[2];
   const bool parsed = in.parsed[0] && (byIndex || (in.parsed[1] && in.parsed[2]));
-  if (!parsed) {
-    AnswerBuffer(call, notRun, text.data());
-    return notRun;
-  }
+  if (!parsed) return AnswerTextOrCode(call, notRun, text.data());
   const int result =
       byIndex ? call.worker.GetChannel_ServiceId(in.number[0], text.data())
               : call.worker.GetChannel_ServiceId(in.number[0], in.number[1],
                                                  static_cast<_PL_WINDOW_CHANNEL_TYPE>(in.number[2]), text.data());
-  AnswerBuffer(call, result, text.data());
-  return result;
+  return AnswerTextOrCode(call, result, text.data());
 }
 
 int GetChannelOnTVJson(const Call& call) {
@@ -254,13 +240,6 @@ int SetScreenZorder(const Call& call) {
 
 int SetDVBSIChannelDirectEx(const Call& call) {
   const int result = call.worker.SetDVBSIChannelDirectEx(*call.in.text, call.in.number[1]);
-  call.reply.Integer(result);
-  return result;
-}
-
-int SetChannelDirect(const Call& call) {
-  const Arguments& in = call.in;
-  const int result = call.worker.SetChannelDirect(in.number[0], in.number[1], in.number[2], in.number[3]);
   call.reply.Integer(result);
   return result;
 }
@@ -356,7 +335,7 @@ constexpr Command kCommands[] = {
     {"GetSourceState",                      {},                      Answer::value, 0, Value<&W::GetSourceState>},
     {"MuteVideo",                           {{Required(0)}},         Answer::code, 0, Code<&W::MuteVideo>},
     {"SetDVBSIChannelDirectEx",             {{AsText(), Required(-1)}}, Answer::code, 0, SetDVBSIChannelDirectEx},
-    {"SetChannelDirect",                    {{Required(-1), Required(-1), Required(-1), Num(-1)}}, Answer::code, 0, SetChannelDirect, 1},
+    {"SetChannelDirect",                    {{Required(-1), Required(-1), Required(-1), Num(-1)}}, Answer::code, 0, Code<&W::SetChannelDirect>, 1},
     // clang-format on
 };
 

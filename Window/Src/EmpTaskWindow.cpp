@@ -80,6 +80,11 @@ bool Check(const char* function, Interface*& active, Factory<Interface> factory,
   return false;
 }
 
+bool Missing(const char* function, const char* text) {
+  KEL_LOG_AS(function, kFailure, "%s", text);
+  return false;
+}
+
 constexpr const char* kMainSource = "db/emp/mainsource";
 constexpr const char* kPreviousMainSource = "db/emp/previousmainsource";
 constexpr const char* kPipSource = "db/emp/pipsource";
@@ -292,6 +297,30 @@ bool CEmpTaskWindow::t_CheckDataControlproxy() {
 bool CEmpTaskWindow::t_CheckTunerControlproxy() {
   return Check(__func__, tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, t_eWindow,
                "tuner_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow tuner_ctrl_proxy create is FAIL!!");
+}
+
+bool CEmpTaskWindow::t_NeedServiceproxy(const char* function) {
+  return t_CheckServiceproxy() || Missing(function, "Serviceproxy is NULL");
+}
+
+bool CEmpTaskWindow::t_NeedServiceNavigationproxy(const char* function) {
+  return t_CheckServiceNavigationproxy() || Missing(function, "ServiceNavigationproxy is NULL");
+}
+
+bool CEmpTaskWindow::t_NeedSourceControlproxy(const char* function) {
+  return t_CheckSourceControlproxy() || Missing(function, "SourceControlproxy is NULL");
+}
+
+bool CEmpTaskWindow::t_NeedVideoControlproxy(const char* function) {
+  return t_CheckVideoControlproxy() || Missing(function, "VideoControlproxy is NULL");
+}
+
+bool CEmpTaskWindow::t_NeedAVControlproxy(const char* function) {
+  return t_CheckAVControlproxy() || Missing(function, "AVControlproxy is NULL");
+}
+
+bool CEmpTaskWindow::t_NeedTunerControlproxy(const char* function) {
+  return t_CheckTunerControlproxy() || Missing(function, "TunerControlproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_GetAppId(const char* function, std::string& appId) {

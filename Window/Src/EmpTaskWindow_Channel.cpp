@@ -36,10 +36,7 @@ int CEmpTaskWindow::t_GetChannelSeek(int index, TCServiceData** out) {
 }
 
 int CEmpTaskWindow::FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE mode) {
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedServiceNavigationproxy(__func__)) return -1;
   t_ClearChannelList();
   const int nChannelType = CEmpConverterWindow::GetTCValue(type, PL_WINDOW_MAPPING_TABLE_CHANNEL_TYPE);
   const TSTvMode nTCTVMode = CEmpConverterWindow::GetTCTVModeValue(mode);
@@ -77,10 +74,7 @@ int CEmpTaskWindow::t_GetTvMode(const char* function, TSTvMode& mode) {
 }
 
 int CEmpTaskWindow::GetTVMode(int* pnMode) {
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
   TSTvMode mode = AnyMode();
   const int result = t_GetTvMode(__func__, mode);
   if (result < 1) {
@@ -92,10 +86,7 @@ int CEmpTaskWindow::GetTVMode(int* pnMode) {
 }
 
 int CEmpTaskWindow::SetTVMode(_PL_WINDOW_TV_MODE mode) {
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
   const TSTvMode nTCTVMode = CEmpConverterWindow::GetTCTVModeValue(mode);
   std::string appId;
   if (!t_GetAppId(__func__, appId)) return -1;
@@ -105,10 +96,7 @@ int CEmpTaskWindow::SetTVMode(_PL_WINDOW_TV_MODE mode) {
 }
 
 int CEmpTaskWindow::t_GetCurrentChannel(TCServiceData& out) {
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
   TCCriteriaHelper criteria;
   FetchAll(criteria, {S::SERVICE_ID, S::CHANNEL_NAME, S::ORIGINAL_NETWORK_ID, S::PROGRAM_NUMBER, S::TRANSPORT_STREAM_ID,
                       S::CHANNEL_TYPE, S::PTC, S::MODULATION, S::SOURCE_ID, S::FREQUENCY, S::MAJOR, S::MINOR, S::LOCK,
@@ -131,14 +119,8 @@ int CEmpTaskWindow::t_GetCurrentChannel(TCServiceData& out) {
 }
 
 int CEmpTaskWindow::t_GetPreviousChannel(TCServiceData& out) {
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
-    return 0;
-  }
-  if (!t_CheckServiceproxy()) {
-    KEL_LOG(kFailure, "Serviceproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
+  if (!t_NeedServiceproxy(__func__)) return 0;
   TSTvMode mode = AnyMode();
   if (t_GetTvMode(__func__, mode) < 1) {
     KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
@@ -170,10 +152,7 @@ int CEmpTaskWindow::t_FindService(const char* function, TCCriteriaHelper& criter
 }
 
 bool CEmpTaskWindow::t_AskStartService(const char* function, unsigned long long& serviceId, int& source) {
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG_AS(function, kFailure, "ServiceNavigationproxy is NULL");
-    return false;
-  }
+  if (!t_NeedServiceNavigationproxy(function)) return false;
   const int result = Ask(function, svc_navi_proxy,
                          [&](IServiceNavigation& navigation) { return navigation.GetStartService(serviceId, source); });
   if (result < 1) KEL_LOG_AS(function, kFailure, "Fail to GetStartService!!!");

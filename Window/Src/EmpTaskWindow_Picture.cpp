@@ -23,10 +23,7 @@ CEmpTaskWindow::Rect RectOf(const TSRectInfo& rect) {
 }  // namespace
 
 bool CEmpTaskWindow::t_CheckCropping(const char* function) {
-  if (!t_CheckVideoControlproxy()) {
-    KEL_LOG_AS(function, kFailure, "VideoControlproxy is NULL");
-    return false;
-  }
+  if (!t_NeedVideoControlproxy(function)) return false;
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   return t_GetCurrentSourceInfo(eSource);
 }
@@ -58,10 +55,7 @@ int CEmpTaskWindow::GetScreenCropRect(Rect& crop, Rect& display, int /*plane*/) 
 }
 
 int CEmpTaskWindow::SetScreenZorder(PL_WINDOW_ZORDER eZorder) {
-  if (!t_CheckVideoControlproxy()) {
-    KEL_LOG(kFailure, "VideoControlproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedVideoControlproxy(__func__)) return -1;
   const int nOrder = CEmpConverterWindow::GetTCValue(eZorder, PL_WINDOW_MAPPING_TABLE_ZORDER);
   const int result = Ask(__func__, video_ctrl_proxy, [=](IVideoControl& video) { return video.SetZOrder(nOrder); });
   if (result < 0) return -1;
@@ -70,10 +64,7 @@ int CEmpTaskWindow::SetScreenZorder(PL_WINDOW_ZORDER eZorder) {
 }
 
 int CEmpTaskWindow::Show(_PL_WINDOW_SHOW_TYPE eShowType) {
-  if (!t_CheckAVControlproxy()) {
-    KEL_LOG(kFailure, "AVControlproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedAVControlproxy(__func__)) return -1;
   const int nType = eShowType;
   KEL_LOG(kInformation, "eShowType=[%d]", nType);
   switch (nType) {

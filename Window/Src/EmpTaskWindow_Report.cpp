@@ -242,10 +242,7 @@ int CEmpTaskWindow::GetChannel_OnTVJson(int index, std::string& strJson) {
 
 int CEmpTaskWindow::GetFullChannelList(std::string& strChannelInfo) {
   KEL_LOG(kInformation, "This is GetFullChannelList");
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG(kFailure, "ServiceNavigationproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
   TSTvMode mode = AnyMode();
   if (t_GetTvMode(__func__, mode) < 1) {
     KEL_LOG(kFailure, "GetTvMode failed");

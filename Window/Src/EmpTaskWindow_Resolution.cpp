@@ -73,10 +73,7 @@ _PL_WINDOW_RESOLUTION CEmpTaskWindow::t_getPLResolution(EResolution eResolution)
 
 int CEmpTaskWindow::GetResolution(_PL_WINDOW_RESOLUTION* peResolution) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_CheckAVControlproxy()) {
-    KEL_LOG(kFailure, "AVControlproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedAVControlproxy(__func__)) return -1;
   if (peResolution == nullptr) {
     KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
     return -3;
@@ -101,10 +98,7 @@ int CEmpTaskWindow::GetResolutionDetail(std::string& strDetail) {
     KEL_LOG(kFailure, "Fail to get the audio information in CEmpTaskWindow::GetResolutionDetail_D2TV");
     return 0;
   }
-  if (!t_CheckAVControlproxy()) {
-    KEL_LOG(kFailure, "AVControlproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedAVControlproxy(__func__)) return -1;
   EResolution eCode = kUnknownCode;
   TSResolution resolution;
   if (Ask(__func__, av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {

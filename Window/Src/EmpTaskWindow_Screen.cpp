@@ -65,20 +65,20 @@ _PL_WINDOW_SHOW_STATE ShowStateOf(int sourceState) {
 
 int CEmpTaskWindow::SetScreenRect(int x, int y, int w, int h) {
   KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_CheckVideoControlproxy()) {
-    KEL_LOG(kFailure, "VideoControlproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedVideoControlproxy(__func__)) return 0;
   KEL_LOG(kInformation, "nX=[%d] nY=[%d] nW=[%d] nH=[%d]", x, y, w, h);
   return x < 0 ? t_SetDefaultSize(__func__) : t_SetSize(__func__, {x, y, w, h});
 }
 
-int CEmpTaskWindow::t_SetDefaultSize(const char* function) {
+bool CEmpTaskWindow::t_HasSource(const char* function) {
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
-  if (!t_GetCurrentSourceInfo(eSource)) {
-    KEL_LOG_AS(function, kFailure, "t_GetCurrentSourceInfo fails !\n");
-    return 0;
-  }
+  if (t_GetCurrentSourceInfo(eSource)) return true;
+  KEL_LOG_AS(function, kFailure, "t_GetCurrentSourceInfo fails !\n");
+  return false;
+}
+
+int CEmpTaskWindow::t_SetDefaultSize(const char* function) {
+  if (!t_HasSource(function)) return 0;
   KEL_LOG_AS(function, kInformation, "bFullScreen = true SetDefaultSize !\n");
   if (Ask(function, video_ctrl_proxy, [](IVideoControl& video) { return video.SetDefaultSize(); }) < 1) return 0;
   KEL_LOG_AS(function, kInformation, "SetDefaultSize success!\n");
@@ -92,11 +92,7 @@ int CEmpTaskWindow::t_SetSize(const char* function, const Rect& rect) {
   const int height = ToBase(rect.height, m_baseScrH, kPluginHeight);
   KEL_LOG_AS(function, kInformation, "After convert nTempX=[%d] nTempY=[%d] nTempW=[%d] nTempH=[%d]", x, y, width,
              height);
-  _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
-  if (!t_GetCurrentSourceInfo(eSource)) {
-    KEL_LOG_AS(function, kFailure, "t_GetCurrentSourceInfo fails !\n");
-    return 0;
-  }
+  if (!t_HasSource(function)) return 0;
   const int result =
       Ask(function, video_ctrl_proxy, [&](IVideoControl& video) { return video.SetSize(x, y, height, width); });
   if (result < 1) return 0;
@@ -106,10 +102,7 @@ int CEmpTaskWindow::t_SetSize(const char* function, const Rect& rect) {
 
 int CEmpTaskWindow::GetScreenRect(char* pszScreenRect) {
   KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_CheckVideoControlproxy()) {
-    KEL_LOG(kFailure, "VideoControlproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedVideoControlproxy(__func__)) return 0;
   if (pszScreenRect == nullptr) {
     KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
     return -3;
@@ -138,10 +131,7 @@ int CEmpTaskWindow::GetScreenRect(char* pszScreenRect) {
 
 int CEmpTaskWindow::GetScreenRect(Rect& rect) {
   KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_CheckVideoControlproxy()) {
-    KEL_LOG(kFailure, "VideoControlproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedVideoControlproxy(__func__)) return -1;
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eSource)) return -1;
   // Width and height change places here, unlike in the text form; applications reckon with it.
@@ -156,10 +146,7 @@ int CEmpTaskWindow::GetScreenRect(Rect& rect) {
 
 int CEmpTaskWindow::GetAFDGeometryRectSize(char* pszAFDRect) {
   KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_CheckVideoControlproxy()) {
-    KEL_LOG(kFailure, "VideoControlproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedVideoControlproxy(__func__)) return 0;
   if (pszAFDRect == nullptr) {
     KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
     return -3;

@@ -28,11 +28,7 @@ int CEmpTaskWindow::GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek
   }
   if (IsPreviousSourceSeek(eSeek)) {
     int nStored = 0;
-    if (!ReadKey(__func__, m_PreviousSourceVconf.c_str(), nStored)) {
-      KEL_LOG(kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
-      return 0;
-    }
-    KEL_LOG(kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nStored);
+    if (!t_ReadPreviousSource(__func__, nStored)) return 0;
     *peSource = static_cast<_PL_WINDOW_Source>(nStored);
     return 1;
   }
@@ -60,10 +56,7 @@ int CEmpTaskWindow::GetSourceState(int* pnState) {
     KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
     return -3;
   }
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG(kFailure, "SourceControlproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedSourceControlproxy(__func__)) return -1;
   KEL_LOG(kInformation, "GetSourceState start");
   int nState = -1;
   if (Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetSourceState(&nState); }) != 1) {
@@ -105,10 +98,7 @@ bool CEmpTaskWindow::t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSS
 }
 
 bool CEmpTaskWindow::t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource) {
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG(kFailure, "SourceControlproxy is NULL");
-    return false;
-  }
+  if (!t_NeedSourceControlproxy(__func__)) return false;
   KEL_LOG(kInformation, "This is t_GetCurrentSourceInfo");
   KEL_LOG(kInformation, "GetSourceState start");
   int nState = -1;
@@ -146,10 +136,7 @@ bool CEmpTaskWindow::t_ConvertSource(const char* function, ESource eTVSSource, _
 }
 
 bool CEmpTaskWindow::t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource) {
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG(kFailure, "SourceControlproxy is NULL");
-    return false;
-  }
+  if (!t_NeedSourceControlproxy(__func__)) return false;
   KEL_LOG(kInformation, "This is t_GetPreviousSourceInfo");
   ESource eTVSSource = SOURCE_NONE;
   const int result =
@@ -160,6 +147,15 @@ bool CEmpTaskWindow::t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource) {
   }
   KEL_LOG(kInformation, "GetPreviousSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
   return t_ConvertSource(__func__, eTVSSource, eSource);
+}
+
+bool CEmpTaskWindow::t_ReadPreviousSource(const char* function, int& nSource) {
+  if (!ReadKey(function, m_PreviousSourceVconf.c_str(), nSource)) {
+    KEL_LOG_AS(function, kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
+    return false;
+  }
+  KEL_LOG_AS(function, kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
+  return true;
 }
 
 bool CEmpTaskWindow::t_SetTVMWMainSourcevconf(const char* key, int nPLSource) {

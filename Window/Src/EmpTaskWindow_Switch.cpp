@@ -25,13 +25,7 @@ int CEmpTaskWindow::SetSource(_PL_WINDOW_Source eSource, _PL_WINDOW_SEEK nSeek) 
     return -1;
   }
   int nSource = eSource;
-  if (IsPreviousSourceSeek(nSeek)) {
-    if (!ReadKey(__func__, m_PreviousSourceVconf.c_str(), nSource)) {
-      KEL_LOG(kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
-      return 0;
-    }
-    KEL_LOG(kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
-  }
+  if (IsPreviousSourceSeek(nSeek) && !t_ReadPreviousSource(__func__, nSource)) return 0;
   if (!t_SetSource(static_cast<_PL_WINDOW_Source>(nSource), kNoChannel)) {
     KEL_LOG(kFailure, "t_SetSource failed\n");
     return 0;
@@ -55,11 +49,7 @@ int CEmpTaskWindow::SetSourceAndTune(_PL_WINDOW_Source eSource, int nMajor) {
 
 int CEmpTaskWindow::SetPreviousSource() {
   int nSource = 0;
-  if (!ReadKey(__func__, m_PreviousSourceVconf.c_str(), nSource)) {
-    KEL_LOG(kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
-    return 0;
-  }
-  KEL_LOG(kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
+  if (!t_ReadPreviousSource(__func__, nSource)) return 0;
   if (!t_SetSource(static_cast<_PL_WINDOW_Source>(nSource), kNoChannel)) {
     KEL_LOG(kFailure, "t_SetSource failed");
     return 0;
@@ -75,10 +65,7 @@ bool CEmpTaskWindow::DisconnectSource() {
 }
 
 bool CEmpTaskWindow::t_SetSource(_PL_WINDOW_Source ePLSource, int nMajor) {
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG(kFailure, "SourceControlproxy is NULL");
-    return false;
-  }
+  if (!t_NeedSourceControlproxy(__func__)) return false;
   KEL_LOG(kInformation, "t_SetSource input ePLSource = %d, nMajor = %d", static_cast<int>(ePLSource), nMajor);
   _PL_WINDOW_Source eCurPLSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eCurPLSource)) {

@@ -74,27 +74,15 @@ int CEmpTaskWindow::t_AskAppAndTune(const char* function, unsigned long long ser
   return t_GetAppId(function, appId) ? t_TuneToService(function, serviceId, appId, notTv) : 0;
 }
 
-bool CEmpTaskWindow::t_CheckTuningproxies(const char* function) {
-  if (!t_CheckServiceproxy()) {
-    KEL_LOG_AS(function, kFailure, "Serviceproxy is NULL");
-    return false;
-  }
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG_AS(function, kFailure, "SourceControlproxy is NULL");
-    return false;
-  }
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG_AS(function, kFailure, "ServiceNavigationproxy is NULL");
-    return false;
-  }
-  return true;
+bool CEmpTaskWindow::t_NeedTuningproxies(const char* function) {
+  return t_NeedServiceproxy(function) && t_NeedSourceControlproxy(function) && t_NeedServiceNavigationproxy(function);
 }
 
 // The commands.
 
 int CEmpTaskWindow::SetChannel(int nMajor, int nMinor) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_CheckTuningproxies(__func__)) return 0;
+  if (!t_NeedTuningproxies(__func__)) return 0;
   KEL_LOG(kInformation, "nMajor=[%d] nMinor=[%d]", nMajor, nMinor);
   TCCriteriaHelper criteria;
   criteria.Fetch(S::SERVICE_ID);
@@ -118,7 +106,7 @@ int CEmpTaskWindow::SetChannel(int nMajor, int nMinor) {
 }
 
 int CEmpTaskWindow::SetChannel_PTC(int nPTC) {
-  if (!t_CheckTuningproxies(__func__)) return 0;
+  if (!t_NeedTuningproxies(__func__)) return 0;
   KEL_LOG(kInformation, "nPTC=[%d]", nPTC);
   TCCriteriaHelper criteria;
   FetchAll(criteria, {S::SERVICE_ID, S::ORIGINAL_NETWORK_ID, S::TRANSPORT_STREAM_ID, S::PTC});
@@ -129,7 +117,7 @@ int CEmpTaskWindow::SetChannel_PTC(int nPTC) {
 
 int CEmpTaskWindow::SetChannelDirect(int ptc, int major, int minor, int channelType) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_CheckTuningproxies(__func__)) return 0;
+  if (!t_NeedTuningproxies(__func__)) return 0;
   KEL_LOG(kInformation, "ptc=[%d],major=[%d],minor=[%d],channelType=[%d]", ptc, major, minor, channelType);
   TCCriteriaHelper criteria;
   criteria.Fetch(S::SERVICE_ID);
@@ -141,17 +129,17 @@ int CEmpTaskWindow::SetChannelDirect(int ptc, int major, int minor, int channelT
 
 int CEmpTaskWindow::SetChannelByServiceid(unsigned long long serviceId) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG(kFailure, "SourceControlproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedSourceControlproxy(__func__)) return 0;
   KEL_LOG(kInformation, "TCServiceId=[%llu]", serviceId);
   return t_AskAppAndTune(__func__, serviceId);
 }
 
 int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_MODE eNavigatorMode) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_CheckSeekproxies(__func__)) return 0;
+  // In another order than the other tunes.
+  const bool connected =
+      t_NeedServiceproxy(__func__) && t_NeedServiceNavigationproxy(__func__) && t_NeedSourceControlproxy(__func__);
+  if (!connected) return 0;
   KEL_LOG(kInformation, "eSeek=[%d] eNavigatorMode=[%d]", static_cast<int>(eSeek), static_cast<int>(eNavigatorMode));
   const int nTCNavigatorMode = CEmpConverterWindow::GetTCValue(eNavigatorMode, PL_WINDOW_MAPPING_TABLE_NAVIGATOR_MODE);
   KEL_LOG(kInformation, "eSeek=[%d] nTCNavigatorMode=[%d]", static_cast<int>(eSeek), nTCNavigatorMode);
@@ -183,22 +171,6 @@ int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_
   return t_TuneToService(__func__, serviceId, appId);
 }
 
-bool CEmpTaskWindow::t_CheckSeekproxies(const char* function) {
-  if (!t_CheckServiceproxy()) {
-    KEL_LOG_AS(function, kFailure, "Serviceproxy is NULL");
-    return false;
-  }
-  if (!t_CheckServiceNavigationproxy()) {
-    KEL_LOG_AS(function, kFailure, "ServiceNavigationproxy is NULL");
-    return false;
-  }
-  if (!t_CheckSourceControlproxy()) {
-    KEL_LOG_AS(function, kFailure, "SourceControlproxy is NULL");
-    return false;
-  }
-  return true;
-}
-
 /// Replaces the current service's record by that of the one next to it. @return 1; 0 for another seek, -1 on failure.
 int CEmpTaskWindow::t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service) {
   constexpr const char* function = "SetChannel_Seek";
@@ -219,10 +191,7 @@ int CEmpTaskWindow::t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& crite
 
 int CEmpTaskWindow::GetSignalStrength(unsigned char* strength) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_CheckTunerControlproxy()) {
-    KEL_LOG(kFailure, "TunerControlproxy is NULL");
-    return 0;
-  }
+  if (!t_NeedTunerControlproxy(__func__)) return 0;
   const int result =
       Ask(__func__, tuner_ctrl_proxy, [&](ITunerControl& tuner) { return tuner.GetSignalStrength(0, strength); });
   if (result < 1) {
@@ -239,10 +208,7 @@ int CEmpTaskWindow::GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHAN
                                          char* pszServiceId) {
   KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s][nMajor:%d,Minor:%d] call begin.", __func__, nMajor, nMinor);
-  if (!t_CheckServiceproxy()) {
-    KEL_LOG(kFailure, "Serviceproxy is NULL");
-    return -1;
-  }
+  if (!t_NeedServiceproxy(__func__)) return -1;
   TCCriteriaHelper criteria;
   FetchAll(criteria, {S::SERVICE_ID, S::MAJOR, S::MINOR});
   criteria.OrderBy(S::SERVICE_ID, SORT_ASCENDING);

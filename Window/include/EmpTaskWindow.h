@@ -84,7 +84,8 @@ class CEmpTaskWindow {
   //
   // Applications use the plug-in's space of 960 x 540; the TV service uses the base screen.
 
-  /// Places the picture, in plug-in space; a negative `x` makes it fill the screen. @return 1 or 0.
+  /// Places the picture, in plug-in space; a negative `x` gives it its default place, which is the whole screen in the
+  /// main window. @return 1 or 0.
   int SetScreenRect(int x, int y, int w, int h);
   /// Where the picture is, in plug-in space, as "x:%d,y:%d,w:%d,h:%d" into 40 bytes. @return 1, 0 or -3.
   int GetScreenRect(char* pszScreenRect);
@@ -239,6 +240,15 @@ class CEmpTaskWindow {
   bool t_CheckDataControlproxy();
   bool t_CheckTunerControlproxy();
 
+  /// The same for operations that can't do without the proxy: one that is missing is logged, under the name of the
+  /// operation that needs it.
+  bool t_NeedServiceproxy(const char* function);
+  bool t_NeedServiceNavigationproxy(const char* function);
+  bool t_NeedSourceControlproxy(const char* function);
+  bool t_NeedVideoControlproxy(const char* function);
+  bool t_NeedAVControlproxy(const char* function);
+  bool t_NeedTunerControlproxy(const char* function);
+
   /// The calling application's id, "NoAppId" when it is unknown. @param function  the operation that asks.
   /// @return false when the engine throws.
   bool t_GetAppId(const char* function, std::string& appId);
@@ -345,6 +355,7 @@ class CEmpTaskWindow {
   bool t_SeedKey(const char* key, int nSource);
   bool t_RecordSource(const char* function, const std::string& key, int nSource);
   bool t_RecordSources(const char* function, int nNewSource, int nPreviousSource);
+  bool t_ReadPreviousSource(const char* function, int& nSource);
   bool t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Source eCurPLSource);
   bool t_SwitchTVService(_PL_WINDOW_Source ePLSource, int nMajor, const std::string& appId);
   bool t_FindMajor(int nMajor, unsigned long long& serviceId);
@@ -352,6 +363,7 @@ class CEmpTaskWindow {
   bool t_DeactivateSource();
 
   // EmpTaskWindow_Screen and EmpTaskWindow_Picture: the same
+  bool t_HasSource(const char* function);
   int t_SetDefaultSize(const char* function);
   int t_SetSize(const char* function, const Rect& rect);
   bool t_CheckCropping(const char* function);
@@ -365,8 +377,7 @@ class CEmpTaskWindow {
   bool t_AskStartService(const char* function, unsigned long long& serviceId, int& source);
 
   // EmpTaskWindow_Tuning: the same
-  bool t_CheckTuningproxies(const char* function);
-  bool t_CheckSeekproxies(const char* function);
+  bool t_NeedTuningproxies(const char* function);
   int t_TuneToService(const char* function, unsigned long long serviceId, const std::string& appId,
                       const char* notTv = nullptr);
   int t_AskAppAndTune(const char* function, unsigned long long serviceId, const char* notTv = nullptr);
