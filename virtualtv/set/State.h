@@ -66,16 +66,14 @@ struct Crop {
   bool operator==(const Crop&) const = default;
 };
 
-/// Planes with higher numbers lie over those with lower ones, and the picture-in-picture window's over the main
-/// window's where both have the same. Graphics, which is to say the web page, have this one.
-inline constexpr int graphicsOrder = 1;
-
-/// How a window's picture stands on the screen.
+/// How a window's picture stands on the screen. Planes with higher orders lie over those with lower ones, and the
+/// picture-in-picture window's over the main window's where both have the same. Graphics, which is to say the web page,
+/// have 1.
 struct Plane {
   Rect rect = baseScreen;
   std::optional<Crop> crop;  ///< none: the whole picture fills `rect`
-  int order = 0;             ///< see `graphicsOrder`
-  bool muted = false;        ///< the picture is hidden
+  int order = 0;
+  bool muted = false;  ///< the picture is hidden
 
   bool operator==(const Plane&) const = default;
 };
