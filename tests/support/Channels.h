@@ -49,18 +49,6 @@ class ChannelTest : public support::WorkerTest {
   /// From now on the proxy is missing and can't be made.
   void loseNavigation();
   void loseService();
-
-  /// Runs an operation under a fault, which must be hit, and drops what was seen before it.
-  template <typename Operation>
-  auto under(const std::string& words, Operation operation) {
-    clearFaults();
-    forget();
-    fault(words);
-    const auto result = operation();
-    EXPECT_TRUE(faultsHit()) << words;
-    clearFaults();
-    return result;
-  }
 };
 
 /// The same set with an engine open.

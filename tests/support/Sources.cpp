@@ -1,4 +1,4 @@
-#include "Sources.h"
+#include "support/Sources.h"
 
 namespace sources {
 

@@ -183,6 +183,14 @@ void TvTest::setServices(const std::vector<virtualtv::Service>& services) {
   tv_->import(services, false);
 }
 
+void TvTest::showSource(virtualtv::WindowId window, int source) {
+  tv_->adjust(window, [=](virtualtv::TvState& state) {
+    state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
+    state[window].source = source;
+  });
+  forget();
+}
+
 void EngineTest::SetUp() {
   ASSERT_TRUE(open());
   forget();

@@ -25,6 +25,10 @@ namespace support {
 /// Lines in the order in which they were seen.
 using Lines = std::vector<std::string>;
 
+/// Parameters that are no whole number.
+inline const Lines noNumbers{"",    " ", "a", "1x",         " 1",          "1 ",  "0x1",
+                             "1.0", "+", "-", "2147483648", "-2147483649", "\xff"};
+
 /// What an engine made of a command.
 struct Answer {
   bool accepted = false;
@@ -83,6 +87,18 @@ class TvTest : public ::testing::Test {
   /// True when each fault set has hit at least one call.
   bool faultsHit() const;
 
+  /// Runs an operation under a fault, which must be hit, and drops what was seen before it.
+  template <typename Operation>
+  auto under(const std::string& words, Operation operation) {
+    clearFaults();
+    forget();
+    fault(words);
+    const auto result = operation();
+    EXPECT_TRUE(faultsHit()) << words;
+    clearFaults();
+    return result;
+  }
+
   /// The next message with this text leaves the log with an exception, which says "no log".
   void breakLog(const std::string& text) { breaking_ = text; }
 
@@ -91,6 +107,9 @@ class TvTest : public ::testing::Test {
   std::optional<std::string> textSetting(const std::string& key);
   void setSetting(const std::string& key, int value);
   void setSetting(const std::string& key, const std::string& value);
+
+  /// A window shows this source from now on, also one that the set does not have. What was seen so far is dropped.
+  void showSource(virtualtv::WindowId window, int source);
 
   /// The set has these services and no others. The first gives the TV mode and becomes start and current service.
   void setServices(const std::vector<virtualtv::Service>& services);

@@ -10,10 +10,6 @@ namespace {
 
 constexpr int untouched = -77;
 
-EProfile profileOf(WindowId window) {
-  return window == WindowId::main ? PROFILE_MAIN : PROFILE_PIP;
-}
-
 IVideoControl& video(WindowId window) {
   IVideoControl* made = nullptr;
   EXPECT_EQ(TVServiceAPI::CreateVideoControl(profileOf(window), 0, &made), 0);

@@ -8,10 +8,6 @@ namespace virtualtv::test {
 
 namespace {
 
-EProfile profileOf(WindowId window) {
-  return window == WindowId::main ? PROFILE_MAIN : PROFILE_PIP;
-}
-
 IServiceNavigation& navigation(WindowId window) {
   IServiceNavigation* made = nullptr;
   EXPECT_EQ(TVServiceAPI::CreateServiceNavigation(profileOf(window), 0, &made), 0);
@@ -47,6 +43,10 @@ std::uint64_t step(SeekOperation seek, std::uint64_t id, TSTvMode mode) {
 }
 
 }  // namespace
+
+EProfile profileOf(WindowId window) {
+  return window == WindowId::main ? PROFILE_MAIN : PROFILE_PIP;
+}
 
 Service serviceOf(std::uint64_t id, int antenna, int major, std::map<int, std::uint64_t> more) {
   Service service;

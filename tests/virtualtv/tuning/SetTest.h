@@ -24,6 +24,9 @@ namespace virtualtv::test {
 /// Sources of the set that is built in.
 enum : int { antennaInput = 0, avInput = 1, hdmi1 = 13, hdmi2 = 14, hdmi3 = 15 };
 
+/// The profile under which a client asks for a window's interfaces.
+EProfile profileOf(WindowId window);
+
 /// A service that is neither hidden nor locked; `more` adds to its fields or takes their place.
 Service serviceOf(std::uint64_t id, int antenna, int major, std::map<int, std::uint64_t> more = {});
 

@@ -1,12 +1,13 @@
 // The command that takes its parameters as a list: both rectangles of a crop, and a plane.
 #include "support/Channels.h"
-#include "window/source/Sources.h"
+#include "support/Sources.h"
 
 namespace {
 
 using support::caught;
 using support::join;
 using support::Lines;
+using support::noNumbers;
 using virtualtv::WindowId;
 
 const std::string command = "SetScreenCropRect";
@@ -25,23 +26,12 @@ std::string setCropArea(const std::string& crop, const std::string& display, con
   return "IVideoControl[main#1]::SetCropArea(crop=" + crop + ", display=" + display + ") -> " + result;
 }
 
-/// Texts that are no whole number.
-const Lines noNumbers{"", " ", "a", "1x", " 1", "1 ", "0x1", "1.0", "+", "-", "2147483648", "-2147483649", "\xff"};
-
 /// An engine on a set whose main window shows the source 5 (the plug-in's 20).
 class ParamListTest : public channels::ChannelEngineTest {
  protected:
   void SetUp() override {
     ChannelEngineTest::SetUp();
-    show(WindowId::main);
-  }
-
-  void show(WindowId window) {
-    tv().adjust(window, [&](virtualtv::TvState& state) {
-      state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
-      state[window].source = 5;
-    });
-    forget();
+    showSource(WindowId::main, 5);
   }
 
   std::string run(const Lines& parameters) {
@@ -155,7 +145,7 @@ TEST_F(ParamListTest, WithoutVideoControlAnswersMinusOne) {
 
 TEST_F(ParamListTest, CropsTheWindowSelected) {
   ASSERT_EQ(execute("SetWindow", {"1"}), "int 1");
-  show(WindowId::pip);
+  showSource(WindowId::pip, 5);
   EXPECT_EQ(run(rects), "int 1");
   EXPECT_EQ(calls().back(), "IVideoControl[pip#2]::SetCropArea(crop=1,2,3,4, display=5,6,7,8) -> 1");
   EXPECT_EQ(crop(), std::nullopt);

@@ -11,11 +11,9 @@ using picture::mainVideo;
 using support::commandLogs;
 using support::join;
 using support::Lines;
+using support::noNumbers;
 using support::place;
 using virtualtv::WindowId;
-
-/// Texts that are no whole number.
-const Lines noNumbers{"", " ", "a", "1x", " 1", "1 ", "0x1", "1.0", "+", "2147483648", "-2147483649"};
 
 const std::string crop = "SetScreenCropRect";
 const Lines corner{"10", "20", "300", "400"};
@@ -25,15 +23,7 @@ class PictureCommand : public channels::ChannelEngineTest {
  protected:
   void SetUp() override {
     ChannelEngineTest::SetUp();
-    show(WindowId::main);
-  }
-
-  void show(WindowId window) {
-    tv().adjust(window, [&](virtualtv::TvState& state) {
-      state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
-      state[window].source = 5;
-    });
-    forget();
+    showSource(WindowId::main, 5);
   }
 
   const virtualtv::Plane& plane(WindowId window = WindowId::main) { return tv().state()[window].plane; }
@@ -155,7 +145,7 @@ TEST_F(PictureCommand, CropReadsWholeNumbersOfEitherSign) {
 
 TEST_F(PictureCommand, CropIsThatOfTheWindowSelected) {
   ASSERT_EQ(execute("SetWindow", {"1"}), "int 1");
-  show(WindowId::pip);
+  showSource(WindowId::pip, 5);
   EXPECT_EQ(execute(crop, corner), "int 1");
   EXPECT_EQ(callsOf("IVideoControl[pip#2]::SetCropArea").size(), 1U);
   EXPECT_EQ(plane().crop, std::nullopt);

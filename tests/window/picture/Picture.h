@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "window/source/Sources.h"
+#include "support/Sources.h"
 
 /// What the tests of crop, plane order, show and mute share.
 namespace picture {
@@ -28,16 +28,6 @@ inline const Lines factoryFailures{"result=1", "result=-1", "result=null", "resu
 /// A worker for the main window, which shows the source 5 (the plug-in's 20), as `SourceTest` has it.
 class PictureTest : public sources::SourceTest {
  protected:
-  /// Runs an operation under a fault, which must be hit.
-  template <typename Operation>
-  auto under(const std::string& words, Operation operation) {
-    only(words);
-    const auto result = operation();
-    EXPECT_TRUE(faultsHit()) << words;
-    clearFaults();
-    return result;
-  }
-
   /// From now on the worker drives the picture-in-picture window, which shows the same source.
   void drivePictureInPicture();
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "window/source/Sources.h"
+#include "support/Sources.h"
 
 /// What the tests of the resolution share.
 namespace resolution {
@@ -30,18 +30,6 @@ class ResolutionTest : public support::WorkerTest {
   void show(virtualtv::WindowId window, int source) {
     ASSERT_TRUE(tv().switchSource(window, source));
     forget();
-  }
-
-  /// Runs an operation under a fault, which must be hit.
-  template <typename Operation>
-  auto under(const std::string& words, Operation operation) {
-    clearFaults();
-    forget();
-    fault(words);
-    const auto result = operation();
-    EXPECT_TRUE(faultsHit()) << words;
-    clearFaults();
-    return result;
   }
 };
 

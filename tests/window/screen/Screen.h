@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "window/source/Sources.h"
+#include "support/Sources.h"
 
 /// What the tests of the screen geometry share: the operations that ask the video control, and the calls and log lines
 /// that they have in common.

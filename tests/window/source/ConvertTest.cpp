@@ -1,7 +1,7 @@
 // Translating sources between the plug-in's numbers and the TV service's.
 #include <map>
 
-#include "Sources.h"
+#include "support/Sources.h"
 
 namespace {
 

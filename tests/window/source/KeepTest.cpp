@@ -1,5 +1,5 @@
 // The source keys: seeded at start, published to the middleware, brought up to date after a change.
-#include "Sources.h"
+#include "support/Sources.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Reading a window's source: the one shown, the one before, its state.
-#include "Sources.h"
+#include "support/Sources.h"
 
 namespace {
 

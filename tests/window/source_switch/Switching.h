@@ -4,7 +4,7 @@
 
 #include "support/Channels.h"
 #include "support/LogLines.h"
-#include "window/source/Sources.h"
+#include "support/Sources.h"
 
 /// What the tests of switching share: a set whose source is about to be switched, and the calls and log lines of the
 /// steps of a switch.

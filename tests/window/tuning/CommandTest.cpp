@@ -6,6 +6,7 @@ namespace {
 
 using support::commandLogs;
 using support::Lines;
+using support::noNumbers;
 using virtualtv::WindowId;
 
 class TuningCommand : public channels::ChannelEngineTest {
@@ -113,8 +114,6 @@ TEST_F(TuningCommand, SetChannelByServiceidReadsAnIdInAnyOfThreeBases) {
 }
 
 // Whole numbers.
-
-const Lines noNumbers{"", " ", "a", "1x", " 1", "1 ", "0x1", "1.0", "+", "2147483648", "-2147483649"};
 
 TEST_F(TuningCommand, SetChannelDirectThatDoesNotParseAnswersOneLikeASuccess) {
   for (const std::string& text : noNumbers) {

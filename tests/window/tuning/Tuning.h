@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "support/Channels.h"
-#include "window/source/Sources.h"
+#include "support/Sources.h"
 
 /// What the tests of tuning share: the five operations that tune, each brought to the service 282, and the calls and
 /// log lines of the steps that they have in common.
