@@ -39,6 +39,6 @@ class IServiceNavigation {
                              int) = 0;
   /// The service, and the source, that the set starts with.
   virtual int GetStartService(unsigned long long& serviceId, int& source) = 0;
-  /// The service on screen, if it is among those that the criteria select.
+  /// The service on screen, with the fields that the criteria fetch, whether or not their conditions select it.
   virtual int GetCurrentServiceInfo(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) = 0;
 };

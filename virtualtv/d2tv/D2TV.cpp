@@ -1,11 +1,17 @@
-// The secondary TV stack, which shows the ISP source. Its manager does not tell of sound and subtitles yet: each of
-// these answers its plain failure.
+// The secondary TV stack, which shows the ISP source. Its manager tells nothing while it does not show it.
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
-#include "seam/Seam.h"
-#include "set/Tv.h"
-#include "store/StoreError.h"
 
+#include <algorithm>
+#include <limits>
+
+#include "seam/Seam.h"
+#include "set/Answer.h"
+#include "set/Tv.h"
+
+using virtualtv::AudioTrack;
+using virtualtv::SecondaryStack;
+using virtualtv::SubtitleTrack;
 using virtualtv::Tv;
 using virtualtv::seam::args;
 using virtualtv::seam::Handle;
@@ -15,54 +21,135 @@ using virtualtv::seam::out;
 
 namespace {
 
+constexpr int good = 0;
+constexpr int bad = -1;
+
 const Handle manager{"set", 1};
 
-template <typename Values>
-int refuse(const virtualtv::seam::Operation& operation, const Values& values) {
-  return virtualtv::seam::pass(operation, manager, values, [&] { return operation.failure(); });
+/// Carries a call of the manager out; `body` takes what the stack shows, and tells whether it went well.
+template <typename Values, typename Body>
+int tell(const virtualtv::seam::Operation& operation, const Values& values, Body body) {
+  return virtualtv::answer(operation, manager, values, [&](Tv& tv) {
+    const SecondaryStack& stack = tv.state().isp;
+    return stack.shown && body(stack) ? good : bad;
+  });
+}
+
+/// The same for a call that changes something; `body` takes the set.
+template <typename Values, typename Body>
+int change(const virtualtv::seam::Operation& operation, const Values& values, Body body) {
+  return virtualtv::answer(operation, manager, values, [&](Tv& tv) { return body(tv) ? good : bad; });
+}
+
+/// A position as the set has it; one that is too great for it stays too great.
+int positionOf(unsigned position) {
+  constexpr auto greatest = static_cast<unsigned>(std::numeric_limits<int>::max());
+  return static_cast<int>(std::min(position, greatest));
+}
+
+/// Position of the first track of a PID, as far as tracks can be read; behind them all when there is none.
+int positionOfPid(const std::vector<AudioTrack>& tracks, unsigned pid) {
+  const auto found = std::find_if(tracks.begin(), tracks.end(), [=](const AudioTrack& track) {
+    return track.readable && std::cmp_equal(track.pid, pid);
+  });
+  return static_cast<int>(found - tracks.begin());
+}
+
+unsigned countOf(const std::vector<SubtitleTrack>& tracks, int kind) {
+  return static_cast<unsigned>(
+      std::count_if(tracks.begin(), tracks.end(), [=](const SubtitleTrack& track) { return track.type == kind; }));
 }
 
 class Manager : public CD2tvMgrProxy {
  public:
   int GetTotalNumOfAudio(unsigned int* count) override {
-    return refuse(op("CD2tvMgrProxy::GetTotalNumOfAudio"), args(out("count", *count)));
+    return tell(op("CD2tvMgrProxy::GetTotalNumOfAudio"), args(out("count", *count)), [&](const SecondaryStack& stack) {
+      *count = static_cast<unsigned>(stack.audio.size());
+      return true;
+    });
   }
+
   int GetMultiAudioInfo(MVPDAudio* audio, unsigned int position) override {
-    return refuse(op("CD2tvMgrProxy::GetMultiAudioInfo"), args(in("position", position), out("audio", *audio)));
+    return tell(op("CD2tvMgrProxy::GetMultiAudioInfo"), args(in("position", position), out("audio", *audio)),
+                [&](const SecondaryStack& stack) {
+                  const AudioTrack* const track = readableAt(stack.audio, position);
+                  if (track == nullptr) return false;
+                  *audio = {static_cast<int>(position), track->pid,       track->decodeType,
+                            track->audioMode,           track->audioType, track->lang};
+                  return true;
+                });
   }
+
   int GetCurrentAudioInfo(int* pid, int* index, unsigned int* lang) override {
-    return refuse(op("CD2tvMgrProxy::GetCurrentAudioInfo"),
-                  args(out("pid", *pid), out("index", *index), out("lang", *lang)));
+    return tell(op("CD2tvMgrProxy::GetCurrentAudioInfo"),
+                args(out("pid", *pid), out("index", *index), out("lang", *lang)), [&](const SecondaryStack& stack) {
+                  const AudioTrack* const track = readableAt(stack.audio, stack.inUse.audio);
+                  if (track == nullptr) return false;
+                  *pid = track->pid;
+                  *index = stack.inUse.audio;
+                  *lang = static_cast<unsigned>(track->lang);
+                  return true;
+                });
   }
+
   int ChangeAudioByPID(unsigned int pid) override {
-    return refuse(op("CD2tvMgrProxy::ChangeAudioByPID"), args(in("pid", pid)));
+    return change(op("CD2tvMgrProxy::ChangeAudioByPID"), args(in("pid", pid)),
+                  [&](Tv& tv) { return tv.selectIspAudio(positionOfPid(tv.state().isp.audio, pid)); });
   }
+
   int ChangeAudioByIndex(unsigned int index) override {
-    return refuse(op("CD2tvMgrProxy::ChangeAudioByIndex"), args(in("index", index)));
+    return change(op("CD2tvMgrProxy::ChangeAudioByIndex"), args(in("index", index)),
+                  [&](Tv& tv) { return tv.selectIspAudio(positionOf(index)); });
   }
+
   int GetTotalNumOfSubtitle(unsigned int* subtitles, unsigned int* teletext, unsigned int* teletextSubtitles) override {
-    return refuse(
+    return tell(
         op("CD2tvMgrProxy::GetTotalNumOfSubtitle"),
-        args(out("subtitles", *subtitles), out("teletext", *teletext), out("teletextSubtitles", *teletextSubtitles)));
+        args(out("subtitles", *subtitles), out("teletext", *teletext), out("teletextSubtitles", *teletextSubtitles)),
+        [&](const SecondaryStack& stack) {
+          *subtitles = countOf(stack.subtitles, virtualtv::KIND_DVB);
+          *teletext = countOf(stack.subtitles, virtualtv::KIND_TELETEXT);
+          *teletextSubtitles = countOf(stack.subtitles, virtualtv::KIND_TELETEXT_SUBTITLE);
+          return true;
+        });
   }
+
   int GetDVBSubtitleInfo(DVBSubtitleInfo* subtitle, int position) override {
-    return refuse(op("CD2tvMgrProxy::GetDVBSubtitleInfo"), args(in("position", position), out("subtitle", *subtitle)));
+    return tell(op("CD2tvMgrProxy::GetDVBSubtitleInfo"), args(in("position", position), out("subtitle", *subtitle)),
+                [&](const SecondaryStack& stack) {
+                  const SubtitleTrack* const track = readableAt(stack.subtitles, position);
+                  if (track == nullptr) return false;
+                  *subtitle = {static_cast<unsigned>(position), static_cast<unsigned>(track->lang)};
+                  return true;
+                });
   }
+
   int GetCurrentSubtitle(int* language) override {
-    return refuse(op("CD2tvMgrProxy::GetCurrentSubtitle"), args(out("language", *language)));
+    return tell(op("CD2tvMgrProxy::GetCurrentSubtitle"), args(out("language", *language)),
+                [&](const SecondaryStack& stack) {
+                  if (stack.inUse.subtitle < 0) {
+                    *language = -1;
+                    return true;
+                  }
+                  const SubtitleTrack* const track = readableAt(stack.subtitles, stack.inUse.subtitle);
+                  if (track == nullptr) return false;
+                  *language = track->lang;
+                  return true;
+                });
   }
+
   int ChangeSubtitleLanguage(int index) override {
-    return refuse(op("CD2tvMgrProxy::ChangeSubtitleLanguage"), args(in("index", index)));
+    return change(op("CD2tvMgrProxy::ChangeSubtitleLanguage"), args(in("index", index)),
+                  [&](Tv& tv) { return tv.selectIspSubtitle(index); });
   }
+
   int GetVideoResolution(unsigned int* width, unsigned int* height) override {
-    return virtualtv::seam::pass(op("CD2tvMgrProxy::GetVideoResolution"), manager,
-                                 args(out("width", *width), out("height", *height)), [&] {
-                                   const virtualtv::TvState& set = Tv::current().state();
-                                   if (!set.ispShown) return -1;
-                                   *width = static_cast<unsigned>(set.ispWidth);
-                                   *height = static_cast<unsigned>(set.ispHeight);
-                                   return 0;
-                                 });
+    return tell(op("CD2tvMgrProxy::GetVideoResolution"), args(out("width", *width), out("height", *height)),
+                [&](const SecondaryStack& stack) {
+                  *width = static_cast<unsigned>(stack.width);
+                  *height = static_cast<unsigned>(stack.height);
+                  return true;
+                });
   }
 };
 
@@ -74,7 +161,7 @@ CD2tvMgrProxy* CD2tvMgrProxy::GetInstance(const char* client) {
   return virtualtv::seam::pass(op("CD2tvMgrProxy::GetInstance"), {}, args(in("client", client)),
                                []() -> CD2tvMgrProxy* {
                                  static Manager instance;
-                                 return Tv::current().state().ispPresent ? &instance : nullptr;
+                                 return Tv::current().state().isp.present ? &instance : nullptr;
                                });
 }
 
@@ -83,13 +170,5 @@ void CD2tvMgrProxy::DestroyInstance() {
 }
 
 int D2TVCAPI_setSourceISP() {
-  return virtualtv::seam::pass(op("D2TVCAPI_setSourceISP"), {}, args(), [] {
-    Tv& tv = Tv::current();
-    try {
-      return tv.showIsp() ? 1 : 0;
-    } catch (const virtualtv::StoreError& error) {
-      tv.complain(error.what());
-      return 0;
-    }
-  });
+  return virtualtv::answer(op("D2TVCAPI_setSourceISP"), {}, args(), [](Tv& tv) { return tv.showIsp() ? 1 : 0; });
 }

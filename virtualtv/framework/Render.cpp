@@ -11,7 +11,8 @@ namespace virtualtv::framework {
 namespace {
 
 /// What stands before a number that differs from run to run.
-constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "pid = ", "sigStrength is ", "ERROR!!!![%s][%s]["};
+constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "[%s],pid = ", "sigStrength is ",
+                                                       "ERROR!!!![%s][%s]["};
 
 bool isMasked(std::string_view before, char conversion) {
   if (conversion == 'p') return true;

@@ -99,16 +99,6 @@ struct Stream {
   std::optional<int> type;
 };
 
-LanguageCode languageOf(std::string_view text) {
-  if (text.size() != 3) return 0;
-  LanguageCode code = 0;
-  for (const char letter : text) {
-    if (!isUpper(upper(letter))) return 0;
-    code = code << 8 | (upper(letter) - 'A' + 'a');
-  }
-  return code;
-}
-
 Stream readStream(std::string_view text, const std::string& what) {
   Stream stream;
   const bool typed = text.find('@') != std::string_view::npos;
@@ -116,7 +106,7 @@ Stream readStream(std::string_view text, const std::string& what) {
   if (typed) stream.type = static_cast<int>(number(text, what + " type", 255));
   stream.pid = readPid(cut(languages, '='), what + " PID");
   do {
-    stream.languages.push_back(languageOf(cut(languages, '+')));
+    stream.languages.push_back(languageNamed(cut(languages, '+')).value_or(0));
   } while (!languages.empty());
   return stream;
 }

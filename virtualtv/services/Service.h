@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "services/Language.h"
 #include "tvservice/TCServiceData.h"
 
 namespace virtualtv {
@@ -20,10 +22,6 @@ enum ServiceField : int {
   PICTURE_SHAPE = 1006,  ///< 0 is 16:9, 1 is 4:3
   ACTIVE_FORMAT = 1007,  ///< the broadcaster's format description, 4 bits
 };
-
-/// A language code as the TV service writes it: the three letters of ISO 639-2, first letter highest, as in
-/// 'e' << 16 | 'n' << 8 | 'g'. 0 when unknown.
-using LanguageCode = int;
 
 struct AudioTrack {
   int pid = 0;
@@ -42,11 +40,22 @@ enum AudioCoding : int { CODING_UNKNOWN = 0, CODING_MPEG = 1, CODING_AC3 = 2, CO
 struct SubtitleTrack {
   int pid = 0;
   LanguageCode lang = 0;
-  int type = 0;  ///< 0 DVB subtitle, 1 teletext
+  int type = 0;  ///< see `SubtitleKind`
   bool readable = true;
 
   bool operator==(const SubtitleTrack&) const = default;
 };
+
+/// Values of `SubtitleTrack::type`. Services have no teletext subtitle pages, the secondary TV stack may have all.
+enum SubtitleKind : int { KIND_DVB = 0, KIND_TELETEXT = 1, KIND_TELETEXT_SUBTITLE = 2 };
+
+/// The track at a position, counted from 0; null where there is none, or one that can't be read.
+template <typename Track>
+const Track* readableAt(const std::vector<Track>& tracks, std::int64_t position) {
+  if (position < 0 || std::cmp_greater_equal(position, tracks.size())) return nullptr;
+  const Track& track = tracks[static_cast<std::size_t>(position)];
+  return track.readable ? &track : nullptr;
+}
 
 /// A service in the service database, which counts its keys from 1; 0 for none. A key stays that of its service, and is
 /// given to no other, until all services are replaced.

@@ -166,6 +166,15 @@ bool ServiceStore::setFavourite(std::uint64_t serviceId, std::uint8_t group, boo
   return key.has_value();
 }
 
+bool ServiceStore::setFavourites(ServiceKey key, const std::map<std::uint8_t, bool>& favourites) {
+  if (!exists(key)) return false;
+  Transaction transaction(database_, "keep favourites");
+  tables_.removeFavourites(key);
+  for (const auto& [group, member] : favourites) tables_.setFavourite(key, group, member);
+  transaction.commit();
+  return true;
+}
+
 Query& ServiceStore::ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked) {
   virtualtv::ask(pick, criteria, mode, skipLocked, question_);
   return queries_.find(question_.shape);

@@ -65,6 +65,8 @@ class ServiceStore {
   /// Favourite groups that hold a value for the service of an id; nothing when there is no such service.
   std::optional<std::map<std::uint8_t, bool>> favourites(std::uint64_t serviceId);
   bool setFavourite(std::uint64_t serviceId, std::uint8_t group, bool member);
+  /// Keeps these in place of all there were.
+  bool setFavourites(ServiceKey key, const std::map<std::uint8_t, bool>& favourites);
 
   // Queries. A record gets the fields that the criteria fetch, in their order, as far as the service has them. All
   // conditions must hold; one on an absent field does not, but for `HIDDEN`, whose absence counts as 0; one on a text

@@ -254,6 +254,10 @@ void ServiceTables::removeSubtitles(ServiceKey key) {
   Statement(database_, "DELETE FROM subtitle_track WHERE service = ?", "remove subtitle tracks").run(key);
 }
 
+void ServiceTables::removeFavourites(ServiceKey key) {
+  Statement(database_, "DELETE FROM favourite WHERE service = ?", "remove favourites").run(key);
+}
+
 void ServiceTables::insertAudio(ServiceKey key, const std::vector<AudioTrack>& tracks) {
   int position = 0;
   for (const AudioTrack& track : tracks) {

@@ -29,6 +29,7 @@ class ServiceTables {
 
   void removeAudio(ServiceKey key);
   void removeSubtitles(ServiceKey key);
+  void removeFavourites(ServiceKey key);
   /// Adds tracks to a service that has none.
   void insertAudio(ServiceKey key, const std::vector<AudioTrack>& tracks);
   void insertSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks);

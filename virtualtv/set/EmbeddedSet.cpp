@@ -3,11 +3,12 @@
 #include <json/json.h>
 
 #include <array>
-#include <charconv>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
+#include "services/ListText.h"
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv {
@@ -52,39 +53,46 @@ constexpr std::array pictureNumbers{Member{"width", PICTURE_WIDTH}, Member{"heig
 
 std::uint64_t idOf(const Json::Value& text) {
   const std::string digits = text.asString();
-  std::uint64_t id = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
-  if (error != std::errc() || end != digits.data() + digits.size()) refuse("'" + digits + "' is no service id");
-  return id;
+  const auto id = text::numberIn<std::uint64_t>(digits);
+  if (!id) refuse("'" + digits + "' is no service id");
+  return *id;
 }
 
-LanguageCode languageOf(const std::string& letters) {
-  if (letters.size() != 3 || letters == "und") return 0;
-  LanguageCode code = 0;
-  for (const char letter : letters) code = code << 8 | static_cast<unsigned char>(letter);
-  return code;
+LanguageCode languageOf(const Json::Value& name) {
+  const auto code = languageNamed(name.asString());
+  if (!code) refuse("language '" + name.asString() + "'");
+  return *code;
 }
 
-int codingOf(const std::string& name) {
-  constexpr std::array names{"", "mpeg", "ac3", "eac3", "aac"};
-  for (std::size_t code = 0; code < names.size(); ++code) {
-    if (name == names[code]) return static_cast<int>(code);
-  }
-  refuse("audio coding '" + name + "'");
+int codingOf(const Json::Value& name) {
+  const auto coding = codingNamed(name.asString());
+  if (!coding) refuse("audio coding '" + name.asString() + "'");
+  return *coding;
+}
+
+int kindOf(const Json::Value& name) {
+  const auto kind = subtitleKindNamed(name.asString());
+  if (!kind) refuse("subtitle type '" + name.asString() + "'");
+  return *kind;
 }
 
 AudioTrack audioOf(const Json::Value& track) {
   return {.pid = track["pid"].asInt(),
-          .lang = languageOf(track["lang"].asString()),
-          .decodeType = codingOf(track["coding"].asString()),
+          .lang = languageOf(track["lang"]),
+          .decodeType = codingOf(track["coding"]),
           .audioMode = track["mode"].asInt(),
           .audioType = track["type"].asInt()};
 }
 
 SubtitleTrack subtitleOf(const Json::Value& track) {
-  return {.pid = track["pid"].asInt(),
-          .lang = languageOf(track["lang"].asString()),
-          .type = track["type"].asString() == "teletext" ? 1 : 0};
+  return {.pid = track["pid"].asInt(), .lang = languageOf(track["lang"]), .type = kindOf(track["type"])};
+}
+
+/// Tracks of a service or of the secondary TV stack.
+template <typename Tracks>
+void readTracks(const Json::Value& member, Tracks& tracks) {
+  for (const Json::Value& track : member["audio"]) tracks.audio.push_back(audioOf(track));
+  for (const Json::Value& track : member["subtitles"]) tracks.subtitles.push_back(subtitleOf(track));
 }
 
 Shape shapeOf(const Json::Value& picture) {
@@ -132,8 +140,7 @@ Service serviceOf(const Json::Value& member) {
     service.texts[TCServiceData::SERVICE_FIELD_110] = attachedText(member["attached"]);
   }
   service.group = member["group"].asString();
-  for (const Json::Value& track : member["audio"]) service.audio.push_back(audioOf(track));
-  for (const Json::Value& track : member["subtitles"]) service.subtitles.push_back(subtitleOf(track));
+  readTracks(member, service);
   for (const std::string& group : member["favourites"].getMemberNames()) {
     service.favourites[static_cast<std::uint8_t>(std::stoi(group))] = member["favourites"][group].asBool();
   }
@@ -148,6 +155,8 @@ void readState(const Json::Value& root, SetDescription& set) {
                             .plugged = input["plugged"].asBool(),
                             .picture = pictureOf(input["picture"])});
   }
+  readTracks(root["isp"], state.isp);
+  orderByKind(state.isp.subtitles);
   state.region = root["region"].asInt();
   state.country = root["country"].asInt();
   state.startServiceId = idOf(root["start"]["service"]);

@@ -3,6 +3,10 @@
 #include <array>
 #include <functional>
 #include <sstream>
+#include <stdexcept>
+
+#include "services/ListText.h"
+#include "store/StoreError.h"
 
 namespace virtualtv {
 
@@ -10,15 +14,43 @@ namespace {
 
 const std::array schema{settingsTables, serviceTables};
 
-/// Visits every kept number of a state under its name.
+// How a value is kept: a number by its digits, a list by its text.
+
+template <typename Number>
+std::string written(Number number) {
+  return std::to_string(number);
+}
+std::string written(const std::vector<AudioTrack>& tracks) {
+  return textOf(tracks);
+}
+std::string written(const std::vector<SubtitleTrack>& tracks) {
+  return textOf(tracks);
+}
+
+template <typename Number>
+void read(const std::string& text, Number& number) {
+  std::istringstream(text) >> number;
+}
+void read(const std::string& text, std::vector<AudioTrack>& tracks) {
+  tracks = readAudioTracks(text);
+}
+void read(const std::string& text, std::vector<SubtitleTrack>& tracks) {
+  tracks = readIspSubtitles(text);
+}
+
+/// Visits every kept value of a state under its name.
 template <typename State, typename Visit>
 void visit(State& state, Visit visitor) {
   visitor("region", state.region);
   visitor("country", state.country);
-  visitor("isp.present", state.ispPresent);
-  visitor("isp.shown", state.ispShown);
-  visitor("isp.width", state.ispWidth);
-  visitor("isp.height", state.ispHeight);
+  visitor("isp.present", state.isp.present);
+  visitor("isp.shown", state.isp.shown);
+  visitor("isp.width", state.isp.width);
+  visitor("isp.height", state.isp.height);
+  visitor("isp.audio", state.isp.audio);
+  visitor("isp.subtitles", state.isp.subtitles);
+  visitor("isp.audio_in_use", state.isp.inUse.audio);
+  visitor("isp.subtitle_in_use", state.isp.inUse.subtitle);
   visitor("tuner.fade", state.fade);
   visitor("start.service", state.startServiceId);
   visitor("start.source", state.startSource);
@@ -39,6 +71,8 @@ void visit(State& state, Visit visitor) {
     visitor(prefix + "service_mode", window.mode.service);
     visitor(prefix + "service", window.service);
     visitor(prefix + "previous_service", window.previousService);
+    visitor(prefix + "audio", window.inUse.audio);
+    visitor(prefix + "subtitle", window.inUse.subtitle);
   }
 }
 
@@ -60,13 +94,19 @@ Storage::~Storage() = default;
 
 std::map<std::string, std::string> keptOf(const TvState& state) {
   std::map<std::string, std::string> kept;
-  visit(state, [&](const std::string& name, auto value) { kept[name] = std::to_string(value); });
+  visit(state, [&](const std::string& name, const auto& value) { kept[name] = written(value); });
   return kept;
 }
 
 void restore(const std::map<std::string, std::string>& kept, TvState& state) {
   visit(state, [&](const std::string& name, auto& value) {
-    if (const auto found = kept.find(name); found != kept.end()) std::istringstream(found->second) >> value;
+    const auto found = kept.find(name);
+    if (found == kept.end()) return;
+    try {
+      read(found->second, value);
+    } catch (const std::invalid_argument& error) {
+      throw StoreError("cannot read " + name + " of the set that is kept: " + error.what());
+    }
   });
 }
 

@@ -30,6 +30,7 @@ struct Storage::Parts {
 std::map<std::string, std::string> keptOf(const TvState& state);
 
 /// Puts what was kept back into a state that stands at its defaults. Names that are unknown are passed over.
+/// @throws StoreError when a kept list can't be read.
 void restore(const std::map<std::string, std::string>& kept, TvState& state);
 
 }  // namespace virtualtv

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "services/Service.h"
+
 namespace virtualtv {
 
 /// The windows that show live broadcast. Their numbers index `TvState::windows`.
@@ -15,9 +17,6 @@ inline constexpr std::array<WindowId, 2> windowIds{WindowId::main, WindowId::pip
 constexpr const char* nameOf(WindowId window) {
   return window == WindowId::main ? "main" : "pip";
 }
-
-/// A service in the service database, which counts its keys from 1; 0 for none.
-using ServiceKey = std::int64_t;
 
 /// The antenna in use and the service list on it.
 struct TvMode {
@@ -88,17 +87,45 @@ struct Input {
   bool operator==(const Input&) const = default;
 };
 
+/// Positions of the tracks that are heard and seen, counted from 0. There need not be a track.
+struct TracksInUse {
+  int audio = 0;
+  int subtitle = -1;  ///< -1 for none
+
+  bool operator==(const TracksInUse&) const = default;
+};
+
 struct WindowState {
   int sourceState = SOURCE_STATE_NONE;
   int source = -1;          ///< the input shown, -1 for none
   int previousSource = -1;  ///< the one before
   TvMode mode;
   ServiceKey service = 0;          ///< on screen
+  TracksInUse inUse;               ///< of that service
   ServiceKey previousService = 0;  ///< on screen before
   Plane plane;
   std::optional<int> resolution;  ///< the code that the set tells, whatever the picture is
 
+  /// Puts a service on screen, 0 for none.
+  void bring(ServiceKey key) {
+    service = key;
+    inUse = {};
+  }
+
   bool operator==(const WindowState&) const = default;
+};
+
+/// The secondary TV stack, which shows the ISP source.
+struct SecondaryStack {
+  bool present = true;  ///< it can be reached
+  bool shown = false;   ///< it shows the ISP source
+  int width = 1920;     ///< size of its picture, pixels
+  int height = 1080;
+  std::vector<AudioTrack> audio;
+  std::vector<SubtitleTrack> subtitles;  ///< in the order of their kinds
+  TracksInUse inUse;
+
+  bool operator==(const SecondaryStack&) const = default;
 };
 
 /// All that the set is at a moment, but for what its databases hold. Plain data.
@@ -109,10 +136,7 @@ struct TvState {
   int startSource = 0;
   int region = 0;
   int country = 0;
-  bool ispPresent = true;  ///< the secondary TV stack can be reached
-  bool ispShown = false;   ///< it shows the ISP source
-  int ispWidth = 1920;     ///< size of its picture, pixels
-  int ispHeight = 1080;
+  SecondaryStack isp;
   int fade = 0;             ///< how much of the tuner's signal is lost, 0 to 255
   std::uint64_t clock = 0;  ///< milliseconds since the set was switched on
 

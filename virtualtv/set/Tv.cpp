@@ -23,6 +23,11 @@ constexpr const char* tvService = "tv-service";
 constexpr const char* inputService = "av-service";
 constexpr const char* ispService = "isp-service";
 
+template <typename Track>
+bool isAt(const std::vector<Track>& tracks, int position) {
+  return position >= 0 && std::cmp_less(position, tracks.size());
+}
+
 }  // namespace
 
 Tv::Tv(Storage& storage) : storage_(storage), state_(embeddedSet().state) {
@@ -72,8 +77,10 @@ bool Tv::follow(WindowState& window, ServiceKey service) {
   criteria.Fetch(TCServiceData::ANTENNA_MODE);
   TCServiceData record;
   if (!services().at(service, criteria, record)) return false;
-  if (window.service != service) window.previousService = window.service;
-  window.service = service;
+  if (window.service != service) {
+    window.previousService = window.service;
+    window.bring(service);
+  }
   int antenna = window.mode.antenna;
   record.Get(TCServiceData::ANTENNA_MODE, antenna);
   if (antenna != window.mode.antenna) window.mode = {antenna, 0};
@@ -91,7 +98,7 @@ bool Tv::switchSource(WindowId id, int source, ServiceKey service) {
   window.source = source;
   window.sourceState = input->plugged ? SOURCE_STATE_SHOWN : SOURCE_STATE_NO_SIGNAL;
   const bool main = id == WindowId::main;
-  if (main) next.ispShown = false;
+  if (main) next.isp.shown = false;
   commit(Event::Kind::sourceChanged, id, std::move(next),
          !main                 ? nullptr
          : source == SOURCE_TV ? tvService
@@ -109,9 +116,9 @@ void Tv::deactivate(WindowId id) {
 }
 
 bool Tv::showIsp() {
-  if (!state_.ispPresent) return false;
+  if (!state_.isp.present) return false;
   TvState next = state_;
-  next.ispShown = true;
+  next.isp.shown = true;
   commit(Event::Kind::sourceChanged, WindowId::main, std::move(next), ispService);
   return true;
 }
@@ -189,6 +196,40 @@ void Tv::show(WindowId window, const Plane& plane) {
   announce(Event::Kind::planeChanged, window);
 }
 
+bool Tv::selectAudio(WindowId window, int position) {
+  if (!isAt(services().audio(state_[window].service), position)) return false;
+  change(Event::Kind::audioChanged, window, [=](TvState& state) { state[window].inUse.audio = position; });
+  return true;
+}
+
+bool Tv::selectSubtitle(WindowId window, int position) {
+  if (!isAt(services().subtitles(state_[window].service), position)) return false;
+  change(Event::Kind::subtitleChanged, window, [=](TvState& state) { state[window].inUse.subtitle = position; });
+  return true;
+}
+
+bool Tv::selectIspAudio(int position) {
+  if (!state_.isp.shown || !isAt(state_.isp.audio, position)) return false;
+  change(Event::Kind::audioChanged, WindowId::main, [=](TvState& state) { state.isp.inUse.audio = position; });
+  return true;
+}
+
+bool Tv::selectIspSubtitle(int position) {
+  if (!state_.isp.shown || !isAt(state_.isp.subtitles, position)) return false;
+  change(Event::Kind::subtitleChanged, WindowId::main, [=](TvState& state) { state.isp.inUse.subtitle = position; });
+  return true;
+}
+
+bool Tv::setFavourites(std::uint8_t group, const std::list<std::pair<unsigned long long, bool>>& members) {
+  Transaction transaction(storage_.parts().database, "keep favourites");
+  for (const auto& [serviceId, member] : members) {
+    if (!services().setFavourite(serviceId, group, member)) return false;
+  }
+  transaction.commit();
+  announce(Event::Kind::favouritesChanged, WindowId::main);
+  return true;
+}
+
 void Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
   Transaction transaction(storage_.parts().database, "import services");
@@ -204,13 +245,12 @@ void Tv::import(const std::vector<Service>& services, bool add) {
   const TvMode mode{static_cast<int>(first.numbers.at(TCServiceData::ANTENNA_MODE)), 0};
   for (const WindowId window : windowIds) {
     next[window].mode = mode;
-    if (add) continue;
-    next[window].service = 0;
-    next[window].previousService = 0;
+    next[window].bring(add ? next[window].service : 0);  // it may have other tracks now
+    if (!add) next[window].previousService = 0;
   }
   WindowState& main = next[WindowId::main];
   if (add) main.previousService = main.service;
-  main.service = this->services().keyOf(next.startServiceId).value_or(0);
+  main.bring(this->services().keyOf(next.startServiceId).value_or(0));
   storage_.parts().state.setAll(keptOf(next));
   transaction.commit();
   state_ = std::move(next);
@@ -238,9 +278,13 @@ void Tv::reset() {
 }
 
 void Tv::adjust(WindowId window, const std::function<void(TvState&)>& change) {
+  this->change(Event::Kind::adjusted, window, change);
+}
+
+void Tv::change(Event::Kind kind, WindowId window, const std::function<void(TvState&)>& change) {
   TvState next = state_;
   change(next);
-  commit(Event::Kind::adjusted, window, std::move(next));
+  commit(kind, window, std::move(next));
 }
 
 void Tv::pass(std::uint64_t milliseconds) {

@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "services/Service.h"
@@ -19,7 +21,18 @@ class SettingsStore;
 
 /// What a verb did, for those who watch the set.
 struct Event {
-  enum class Kind { started, tuned, modeChanged, sourceChanged, servicesChanged, planeChanged, adjusted };
+  enum class Kind {
+    started,
+    tuned,
+    modeChanged,
+    sourceChanged,
+    servicesChanged,
+    planeChanged,
+    audioChanged,
+    subtitleChanged,
+    favouritesChanged,
+    adjusted
+  };
   Kind kind;
   WindowId window;  ///< which window it concerns; `main` where it concerns the whole set
   std::uint64_t revision;
@@ -95,6 +108,17 @@ class Tv {
   /// @return false, and nothing changed, for a negative one.
   bool setOrder(WindowId window, int order);
   void mute(WindowId window, bool muted);
+  /// Takes the audio track at a position of the service on a window's screen into use, and likewise a subtitle. A
+  /// service comes on screen with its first audio track and without subtitles. @return false, and nothing changed,
+  /// where it has no track there.
+  bool selectAudio(WindowId window, int position);
+  bool selectSubtitle(WindowId window, int position);
+  /// The same on the secondary TV stack. @return false also while it does not show the ISP source.
+  bool selectIspAudio(int position);
+  bool selectIspSubtitle(int position);
+  /// Puts services into a favourite group or takes them out, by their ids: all of them, or none and false where the set
+  /// does not have one.
+  bool setFavourites(std::uint8_t group, const std::list<std::pair<unsigned long long, bool>>& members);
   /// Replaces the services, or merges these into them; the TV mode follows the first of them, which becomes the
   /// start service and, in the main window, the current one. All of it or nothing.
   void import(const std::vector<Service>& services, bool add);
@@ -114,6 +138,7 @@ class Tv {
   void commit(Event::Kind kind, WindowId window, TvState next, const char* lastService = nullptr);
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
+  void change(Event::Kind kind, WindowId window, const std::function<void(TvState&)>& change);
   void announce(Event::Kind kind, WindowId window);
 
   Storage& storage_;

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <memory>
-#include <string>
+#include <vector>
 
 #include "seam/Seam.h"
-#include "set/Tv.h"
-#include "store/StoreError.h"
+#include "services/Service.h"
+#include "set/Answer.h"
+#include "set/State.h"
+#include "tvservice/TVServiceTypes.h"
 
 // What the adapters behind the TV service's interfaces share.
 
@@ -17,25 +18,15 @@ struct Profile {
   seam::Handle handle;
 };
 
-/// Carries a call of an adapter out on the set: `body` takes the set and answers the call's result. What the set can't
-/// keep is complained about and answered as a failure.
-template <typename Values, typename Body>
-int answer(const seam::Operation& operation, const seam::Handle& handle, const Values& values, Body body) {
-  return seam::pass(operation, handle, values, [&] {
-    Tv& tv = Tv::current();
-    try {
-      return static_cast<int>(body(tv));
-    } catch (const StoreError& error) {
-      tv.complain(error.what());
-      return operation.failure();
-    }
-  });
-}
-
-/// The same for an operation that this set does not carry out yet.
-template <typename Values>
-int refuse(const seam::Operation& operation, const seam::Handle& handle, const Values& values) {
-  return seam::pass(operation, handle, values, [&] { return operation.failure(); });
+/// Tells a client of the subtitle at a position. @return false, and nothing written, where there is none that can be
+/// read.
+inline bool tell(const std::vector<SubtitleTrack>& tracks, int position, int& lang, TSHybridSBT& subtitle) {
+  const SubtitleTrack* const track = readableAt(tracks, position);
+  if (track == nullptr) return false;
+  lang = track->lang;
+  subtitle.type = track->type;
+  subtitle.pid = static_cast<unsigned short>(track->pid);
+  return true;
 }
 
 }  // namespace virtualtv::tvservice

@@ -25,12 +25,18 @@ class Service : public IService {
 
   int SetFavorites(const std::list<std::pair<unsigned long long, bool>>& favorites, char group) override {
     const int number = static_cast<unsigned char>(group);
-    return refuse(op("IService::SetFavorites"), profile_.handle, args(in("", favorites), in("group", number)));
+    return answer(op("IService::SetFavorites"), profile_.handle, args(in("", favorites), in("group", number)),
+                  [&](Tv& tv) { return tv.setFavourites(static_cast<std::uint8_t>(number), favorites) ? 1 : 0; });
   }
 
   int GetFavorites(const unsigned long long& serviceId, std::map<unsigned char, bool>& favorites) override {
-    return refuse(op("IService::GetFavorites"), profile_.handle,
-                  args(in("serviceId", serviceId), out("favorites", favorites)));
+    return answer(op("IService::GetFavorites"), profile_.handle,
+                  args(in("serviceId", serviceId), out("favorites", favorites)), [&](Tv& tv) {
+                    const auto groups = tv.services().favourites(serviceId);
+                    if (!groups) return 0;
+                    favorites = *groups;
+                    return 1;
+                  });
   }
 
  private:

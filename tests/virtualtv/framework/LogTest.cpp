@@ -133,6 +133,12 @@ TEST_F(LogTest, MasksThreadIdsAndPointerValuedNumbers) {
   EXPECT_EQ(lines[1].masked, "GetSignalStrength sigStrength is *");
 }
 
+TEST_F(LogTest, PidsOfTracksAreNotMasked) {
+  CKELDebug::PrintLog(2, 3, "audio.pid = %d,pid = %d!", 256, 257);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].masked, "audio.pid = 256,pid = 257!");
+}
+
 TEST_F(LogTest, ArgumentsThatLookLikeAMarkMaskNothing) {
   CKELDebug::PrintLog(2, 0, "%s%d", "LINE=[", 5);
   ASSERT_EQ(lines.size(), 1U);

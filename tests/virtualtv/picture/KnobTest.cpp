@@ -6,16 +6,6 @@ namespace {
 
 class PictureKnobs : public PictureTest {
  protected:
-  /// What turning a knob says, "" when it was turned.
-  std::string refusal(const std::string& name, const std::string& value) {
-    try {
-      turn(name, value);
-      return "";
-    } catch (const std::invalid_argument& error) {
-      return error.what();
-    }
-  }
-
   /// The knobs of a window's plane and picture, in one line.
   std::string all(const std::string& window) {
     std::string line;

@@ -2,8 +2,6 @@
 
 #include <ostream>
 
-#include "set/Knobs.h"
-
 namespace virtualtv::test {
 
 namespace {
@@ -104,14 +102,6 @@ std::optional<Told> PictureTest::resolution(WindowId on) {
   if (result == 0) return told;
   EXPECT_EQ(told, (Told{untouched, 0, 0, 0, 0}));
   return std::nullopt;
-}
-
-std::string PictureTest::knob(const std::string& name) {
-  return getKnob(*tv, name);
-}
-
-void PictureTest::turn(const std::string& name, const std::string& value) {
-  setKnob(*tv, name, value);
 }
 
 }  // namespace virtualtv::test

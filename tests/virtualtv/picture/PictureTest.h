@@ -43,8 +43,6 @@ class PictureTest : public SetTest {
   static std::optional<Told> resolution(WindowId on = WindowId::main);
 
   const Plane& plane(WindowId on = WindowId::main) const { return window(on).plane; }
-  std::string knob(const std::string& name);
-  void turn(const std::string& name, const std::string& value);
 };
 
 }  // namespace virtualtv::test

@@ -2,7 +2,6 @@
 // hidden.
 #include <climits>
 
-#include "store/Statement.h"
 #include "virtualtv/picture/PictureTest.h"
 
 namespace virtualtv::test {
@@ -263,7 +262,7 @@ TEST_F(Planes, AResetPutsThemWhereTheyBelong) {
 }
 
 TEST_F(Planes, AreMovedAlsoByASetThatCannotKeepAnything) {
-  Statement(storage.parts().database, "PRAGMA query_only = ON", "break the store").query().next();
+  breakStore();
   EXPECT_GE(place({1, 2, 3, 4}), 1);
   EXPECT_EQ(rect(), "1,2,3x4");
   EXPECT_EQ(tv->takeComplaints(), std::vector<std::string>());

@@ -284,6 +284,7 @@ TEST_F(Services, ThatDoNotExistTakeNothing) {
   EXPECT_FALSE(store.setAudio(5, {{}}));
   EXPECT_FALSE(store.setSubtitles(5, {{}}));
   EXPECT_FALSE(store.setFavourite(7, 1, true));
+  EXPECT_FALSE(store.setFavourites(5, {{1, true}}));
   EXPECT_EQ(store.favourites(7), std::nullopt);
   EXPECT_TRUE(store.audio(5).empty());
   EXPECT_TRUE(store.subtitles(5).empty());
@@ -311,6 +312,17 @@ TEST_F(Services, HaveFavouriteGroupsByTheirId) {
   EXPECT_TRUE(store.setFavourite(highBit, 1, true));
   EXPECT_TRUE(store.setFavourite(highBit, 1, false));
   EXPECT_EQ(store.favourites(highBit), (std::map<std::uint8_t, bool>{{1, false}, {255, true}}));
+}
+
+TEST_F(Services, HaveTheirFavouriteGroupsReplaced) {
+  const ServiceKey key = store.add(wholeService(7));
+  const ServiceKey other = store.add(wholeService(8));
+  const std::map<std::uint8_t, bool> groups{{2, false}, {200, true}};
+  EXPECT_TRUE(store.setFavourites(key, groups));
+  EXPECT_EQ(store.read(key)->favourites, groups);
+  EXPECT_TRUE(store.setFavourites(key, {}));
+  EXPECT_TRUE(store.read(key)->favourites.empty());
+  EXPECT_EQ(store.read(other), wholeService(8));
 }
 
 TEST_F(Services, AreUndoneWithTheTransactionAroundThem) {

@@ -139,10 +139,10 @@ TEST_F(Inputs, TheLastServiceDoesNotFollowPictureInPicture) {
 
 TEST_F(Inputs, TheIspSourceIsShownAndRecorded) {
   EXPECT_EQ(D2TVCAPI_setSourceISP(), 1);
-  EXPECT_TRUE(tv->state().ispShown);
+  EXPECT_TRUE(tv->state().isp.shown);
   EXPECT_EQ(lastService(), "isp-service");
   leaveSource();
-  EXPECT_TRUE(tv->state().ispShown) << "it is not the TV service's to leave";
+  EXPECT_TRUE(tv->state().isp.shown) << "it is not the TV service's to leave";
   EXPECT_EQ(lastService(), "isp-service");
 }
 
@@ -150,17 +150,17 @@ TEST_F(Inputs, TheIspSourceGoesWhenTheMainWindowShowsAnInput) {
   for (const int source : {antennaInput, hdmi1}) {
     D2TVCAPI_setSourceISP();
     switchTo(hdmi2, WindowId::pip);
-    EXPECT_TRUE(tv->state().ispShown);
+    EXPECT_TRUE(tv->state().isp.shown);
     switchTo(source);
-    EXPECT_FALSE(tv->state().ispShown);
+    EXPECT_FALSE(tv->state().isp.shown);
     EXPECT_EQ(lastService(), source == antennaInput ? "tv-service" : "av-service");
   }
 }
 
 TEST_F(Inputs, TheIspSourceCannotBeShownWhenItsStackCannotBeReached) {
-  tv->adjust(WindowId::main, [](TvState& state) { state.ispPresent = false; });
+  tv->adjust(WindowId::main, [](TvState& state) { state.isp.present = false; });
   EXPECT_NE(D2TVCAPI_setSourceISP(), 1);
-  EXPECT_FALSE(tv->state().ispShown);
+  EXPECT_FALSE(tv->state().isp.shown);
   EXPECT_EQ(lastService(), "tv-service");
 }
 

@@ -1,6 +1,5 @@
 // What a set keeps of its tuning when it is switched off, and what becomes of a change that it can't keep.
 #include "d2tv/D2TVCAPI.h"
-#include "store/Statement.h"
 #include "virtualtv/support/Support.h"
 #include "virtualtv/tuning/SetTest.h"
 
@@ -20,16 +19,11 @@ void changeEverything(Tv& tv) {
   tv.showIsp();
   tv.adjust(WindowId::main, [](TvState& state) {
     state.fade = 30;
-    state.ispPresent = false;
+    state.isp.present = false;
   });
 }
 
-class Keeping : public SetTest {
- protected:
-  /// From now on nothing can be written.
-  void breakStore() { Statement(storage.parts().database, "PRAGMA query_only = ON", "break the store").query().next(); }
-  void mendStore() { Statement(storage.parts().database, "PRAGMA query_only = OFF", "mend the store").query().next(); }
-};
+class Keeping : public SetTest {};
 
 TEST_F(Keeping, ARestartKeepsSourcesServicesModesAndInputs) {
   changeEverything(*tv);

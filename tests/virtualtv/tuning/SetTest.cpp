@@ -1,8 +1,11 @@
 #include "virtualtv/tuning/SetTest.h"
 
+#include <stdexcept>
 #include <variant>
 
+#include "set/Knobs.h"
 #include "store/SettingsStore.h"
+#include "store/Statement.h"
 
 namespace virtualtv::test {
 
@@ -113,6 +116,31 @@ std::optional<int> SetTest::signal(WindowId on, int tuner) {
   unsigned char strength = 0;
   if (control->GetSignalStrength(tuner, &strength) < 1) return std::nullopt;
   return strength;
+}
+
+std::string SetTest::knob(const std::string& name) {
+  return getKnob(*tv, name);
+}
+
+void SetTest::turn(const std::string& name, const std::string& value) {
+  setKnob(*tv, name, value);
+}
+
+std::string SetTest::refusal(const std::string& name, const std::string& value) {
+  try {
+    turn(name, value);
+    return "";
+  } catch (const std::invalid_argument& error) {
+    return error.what();
+  }
+}
+
+void SetTest::breakStore() {
+  Statement(storage.parts().database, "PRAGMA query_only = ON", "break the store").query().next();
+}
+
+void SetTest::mendStore() {
+  Statement(storage.parts().database, "PRAGMA query_only = OFF", "mend the store").query().next();
 }
 
 std::string SetTest::lastService() {

@@ -57,6 +57,15 @@ class SetTest : public ::testing::Test {
   /// Nothing where the tuner can't tell.
   static std::optional<int> signal(WindowId on = WindowId::main, int tuner = 0);
 
+  std::string knob(const std::string& name);
+  void turn(const std::string& name, const std::string& value);
+  /// What turning a knob says, "" when it was turned.
+  std::string refusal(const std::string& name, const std::string& value);
+
+  /// From now on nothing can be written, until `mendStore`.
+  void breakStore();
+  void mendStore();
+
   /// The last service, as the platform has recorded it.
   std::string lastService();
 

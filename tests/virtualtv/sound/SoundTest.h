@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "virtualtv/tuning/SetTest.h"
+
+/// The tracks and favourites of a set in memory, as the interfaces of the TV service tell them.
+namespace virtualtv::test {
+
+class SoundTest : public SetTest {
+ protected:
+  // What a client is told; "fails" where the call fails, which must have left the outputs alone.
+
+  static std::string audioSize(std::uint64_t service);
+  static std::string audio(std::uint64_t service, int position);  ///< as in "256:eng:4:2:0", languages without letters
+                                                                  ///< as numbers
+  static std::string currentAudio(WindowId on = WindowId::main);  ///< position and language, as in "0 eng"
+  static std::string subtitleSize(std::uint64_t service);
+  static std::string subtitle(std::uint64_t service, int position);  ///< PID, language and type, as in "259:eng:0"
+  static std::string currentSubtitle(WindowId on = WindowId::main);  ///< likewise; "-1" where none is in use
+  static std::string favourites(std::uint64_t service);              ///< as in "1=1,12=0"
+
+  // What a client chooses. Answers are those of the interfaces.
+
+  static int selectAudio(int position, WindowId on = WindowId::main);
+  static int selectSubtitle(int position, WindowId on = WindowId::main);
+  static int favour(std::uint64_t service, bool member, int group);
+};
+
+/// A language code as its three letters, or as a number where it has none.
+std::string languageText(std::int64_t code);
+
+}  // namespace virtualtv::test

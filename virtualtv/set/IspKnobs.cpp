@@ -1,0 +1,73 @@
+// The secondary TV stack, which shows the ISP source.
+#include "services/ListText.h"
+#include "set/KnobParts.h"
+
+namespace virtualtv::knobparts {
+
+namespace {
+
+template <auto member>
+std::string getSwitch(Tv& tv, const Parts&) {
+  return onOff(tv.state().isp.*member);
+}
+void setPresent(Tv& tv, const Parts&, const std::string& value) {
+  const bool present = onOrOff(value);
+  tv.adjust(WindowId::main, [=](TvState& state) { state.isp.present = present; });
+}
+
+std::string getPicture(Tv& tv, const Parts&) {
+  const SecondaryStack& isp = tv.state().isp;
+  return std::to_string(isp.width) + "x" + std::to_string(isp.height);
+}
+void setPicture(Tv& tv, const Parts&, const std::string& value) {
+  const auto size = lengthsIn<2>(value, {'x'}, "WIDTHxHEIGHT");
+  tv.adjust(WindowId::main, [&](TvState& state) {
+    state.isp.width = size[0];
+    state.isp.height = size[1];
+  });
+}
+
+template <auto list>
+std::string getList(Tv& tv, const Parts&) {
+  return textOf(tv.state().isp.*list);
+}
+template <auto list, auto read>
+void setList(Tv& tv, const Parts&, const std::string& value) {
+  auto tracks = read(value);
+  tv.adjust(WindowId::main, [&](TvState& state) { state.isp.*list = std::move(tracks); });
+}
+
+template <auto member>
+std::string getInUse(Tv& tv, const Parts&) {
+  return std::to_string(tv.state().isp.inUse.*member);
+}
+template <auto member>
+void setInUse(Tv& tv, const Parts&, const std::string& value) {
+  const int position = number<int>(value);
+  tv.adjust(WindowId::main, [=](TvState& state) { state.isp.inUse.*member = position; });
+}
+
+constexpr std::array table{
+    Knob{"isp.present", "on or off", "whether the secondary TV stack can be reached",
+         getSwitch<&SecondaryStack::present>, setPresent},
+    Knob{"isp.shown", "", "whether the secondary TV stack shows the ISP source", getSwitch<&SecondaryStack::shown>,
+         nullptr},
+    Knob{"isp.picture", "WIDTHxHEIGHT", "size of the ISP source's picture, pixels", getPicture, setPicture},
+    Knob{"isp.audio", "tracks or none", "audio tracks of the ISP source, as in service.ID.audio",
+         getList<&SecondaryStack::audio>, setList<&SecondaryStack::audio, readAudioTracks>},
+    Knob{"isp.audio_in_use", "number", "position of the ISP source's audio track in use, counted from 0",
+         getInUse<&TracksInUse::audio>, setInUse<&TracksInUse::audio>},
+    Knob{"isp.subtitles", "tracks or none",
+         "subtitles of the ISP source, as in service.ID.subtitles; KIND may be teletext-subtitle, too; listed by kind",
+         getList<&SecondaryStack::subtitles>, setList<&SecondaryStack::subtitles, readIspSubtitles>},
+    Knob{"isp.subtitle_in_use", "number", "position of the ISP source's subtitle in use, counted from 0; -1 for none",
+         getInUse<&TracksInUse::subtitle>, setInUse<&TracksInUse::subtitle>},
+};
+
+}  // namespace
+
+std::span<const Knob> ispKnobs() {
+  return table;
+}
+
+}  // namespace virtualtv::knobparts

@@ -1,0 +1,126 @@
+// The fields of a service, its tracks and its favourites.
+#include "set/KnobParts.h"
+
+#include "seam/Values.h"
+#include "services/Fields.h"
+#include "services/ListText.h"
+#include "services/ServiceStore.h"
+#include "text/Units.h"
+
+namespace virtualtv::knobparts {
+
+namespace {
+
+struct FieldName {
+  std::string_view name;
+  int fieldId;
+};
+
+constexpr std::array fieldNames{
+    FieldName{"type", TCServiceData::CHANNEL_TYPE},
+    FieldName{"ptc", TCServiceData::PTC},
+    FieldName{"frequency", TCServiceData::FREQUENCY},
+    FieldName{"modulation", TCServiceData::MODULATION},
+    FieldName{"symbol_rate", TCServiceData::SYMBOL_RATE},
+    FieldName{"id", TCServiceData::SERVICE_ID},
+    FieldName{"major", TCServiceData::MAJOR},
+    FieldName{"minor", TCServiceData::MINOR},
+    FieldName{"program_number", TCServiceData::PROGRAM_NUMBER},
+    FieldName{"name", TCServiceData::CHANNEL_NAME},
+    FieldName{"transport_stream_id", TCServiceData::TRANSPORT_STREAM_ID},
+    FieldName{"lock", TCServiceData::LOCK},
+    FieldName{"source_id", TCServiceData::SOURCE_ID},
+    FieldName{"original_network_id", TCServiceData::ORIGINAL_NETWORK_ID},
+    FieldName{"attached", TCServiceData::SERVICE_FIELD_110},
+    FieldName{"antenna", TCServiceData::ANTENNA_MODE},
+    FieldName{"hidden", HIDDEN},
+    FieldName{"service_mode", SERVICE_MODE},
+    FieldName{"picture_width", PICTURE_WIDTH},
+    FieldName{"picture_height", PICTURE_HEIGHT},
+    FieldName{"frame_rate", FRAME_RATE},
+    FieldName{"picture_shape", PICTURE_SHAPE},
+    FieldName{"active_format", ACTIVE_FORMAT},
+};
+
+int fieldNamed(const std::string& name) {
+  for (const FieldName& field : fieldNames) {
+    if (field.name == name) return field.fieldId;
+  }
+  const auto fieldId = text::numberIn<int>(name);
+  if (!fieldId || *fieldId < 0) refuse("there is no field '" + name + "'");
+  return *fieldId;
+}
+
+bool isText(int fieldId) {
+  return fieldId == TCServiceData::CHANNEL_NAME || fieldId == TCServiceData::SERVICE_FIELD_110;
+}
+
+std::string getField(Tv& tv, const Parts& parts) {
+  const auto service = tv.services().read(existingService(tv, parts[0]));
+  const int fieldId = fieldNamed(parts[1]);
+  if (const auto text = service->texts.find(fieldId); text != service->texts.end()) return text::quoted(text->second);
+  const auto value = service->numbers.find(fieldId);
+  return value == service->numbers.end() ? "unset" : seam::printNumber(fieldId, value->second);
+}
+
+/// A text as `.set` takes it: between double quotes with \uNNNN for odd units, or plain.
+std::optional<std::u16string> textIn(const std::string& value, int fieldId) {
+  std::string_view rest = value;
+  if (auto units = text::parseQuoted(rest); units && rest.empty()) return units;
+  if (isText(fieldId)) return text::toUnits(value);
+  return std::nullopt;
+}
+
+void setField(Tv& tv, const Parts& parts, const std::string& value) {
+  const ServiceKey key = existingService(tv, parts[0]);
+  const int fieldId = fieldNamed(parts[1]);
+  if (value == "unset") {
+    tv.services().unset(key, fieldId);
+  } else if (const auto units = textIn(value, fieldId)) {
+    tv.services().set(key, fieldId, *units);
+  } else {
+    const auto positive = text::numberIn<std::uint64_t>(value);
+    const std::uint64_t wanted = positive ? *positive : static_cast<std::uint64_t>(number<std::int64_t>(value));
+    requireNumber(fieldId, wanted, value);
+    tv.services().set(key, fieldId, wanted);
+  }
+  tv.adjust(WindowId::main, [](TvState&) {});
+}
+
+// The lists. Reading comes first: a text that is none leaves the service as it is.
+
+template <auto list>
+std::string getList(Tv& tv, const Parts& parts) {
+  const auto service = tv.services().read(existingService(tv, parts[0]));
+  return textOf((*service).*list);
+}
+template <auto read, auto keep>
+void setList(Tv& tv, const Parts& parts, const std::string& value) {
+  const ServiceKey key = existingService(tv, parts[0]);
+  (tv.services().*keep)(key, read(value));
+  tv.adjust(WindowId::main, [](TvState&) {});
+}
+
+constexpr std::array table{
+    Knob{"service.ID.audio", "tracks or none",
+         "audio tracks of a service, PID:LANG:CODING:MODE:TYPE with commas between, ! before one that can't be read",
+         getList<&Service::audio>, setList<readAudioTracks, &ServiceStore::setAudio>},
+    Knob{"service.ID.subtitles", "tracks or none",
+         "subtitles of a service, PID:LANG:KIND, likewise; KIND is dvb or teletext", getList<&Service::subtitles>,
+         setList<readSubtitleTracks, &ServiceStore::setSubtitles>},
+    Knob{"service.ID.favourites", "groups or none",
+         "favourite groups of a service, GROUP=1 where it is a member, else GROUP=0", getList<&Service::favourites>,
+         setList<readFavourites, &ServiceStore::setFavourites>},
+    Knob{"service.ID.FIELD", "number, text or unset",
+         "a field of a service, by name or number; ID is a service id, or #KEY as .services shows it; the type is the "
+         "TV service's number of it",
+         getField, setField},
+};
+
+}  // namespace
+
+std::span<const Knob> serviceKnobs() {
+  return table;
+}
+
+}  // namespace virtualtv::knobparts

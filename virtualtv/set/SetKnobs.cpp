@@ -1,0 +1,68 @@
+// What concerns the whole set, and how long its operations take.
+#include "set/KnobParts.h"
+
+#include "seam/Seam.h"
+#include "services/ServiceStore.h"
+
+namespace virtualtv::knobparts {
+
+namespace {
+
+template <auto member>
+std::string getNumber(Tv& tv, const Parts&) {
+  return std::to_string(tv.state().*member);
+}
+template <auto member>
+void setNumber(Tv& tv, const Parts&, const std::string& value) {
+  using Number = std::remove_cvref_t<decltype(tv.state().*member)>;
+  const auto wanted = number<Number>(value);
+  tv.adjust(WindowId::main, [&](TvState& state) { state.*member = wanted; });
+}
+
+void setFade(Tv& tv, const Parts&, const std::string& value) {
+  const int fade = number<int>(value);
+  if (fade < 0 || fade > 255) refuse("'" + value + "': a number from 0 to 255 is wanted");
+  tv.adjust(WindowId::main, [=](TvState& state) { state.fade = fade; });
+}
+
+std::string getServiceCount(Tv& tv, const Parts&) {
+  return std::to_string(tv.services().size());
+}
+
+// Latency.
+
+const seam::Operation& operationNamed(const std::string& name) {
+  if (const seam::Operation* operation = seam::findOperation(name)) return *operation;
+  refuse("there is no operation '" + name + "'");
+}
+
+std::string getLatency(Tv&, const Parts& parts) {
+  return std::to_string(seam::Seam::instance().latency(operationNamed(parts[0])));
+}
+void setLatency(Tv&, const Parts& parts, const std::string& value) {
+  seam::Seam::instance().setLatency(operationNamed(parts[0]), number<std::uint64_t>(value));
+}
+
+constexpr std::array table{
+    Knob{"region", "number", "region kind that the set was built for", getNumber<&TvState::region>,
+         setNumber<&TvState::region>},
+    Knob{"country", "number", "country that the user chose", getNumber<&TvState::country>,
+         setNumber<&TvState::country>},
+    Knob{"start.service", "service id", "the service that the set starts with", getNumber<&TvState::startServiceId>,
+         setNumber<&TvState::startServiceId>},
+    Knob{"start.source", "number", "the TV service's number of the source that the set starts with",
+         getNumber<&TvState::startSource>, setNumber<&TvState::startSource>},
+    Knob{"tuner.fade", "0 to 255", "how much of the tuner's signal is lost", getNumber<&TvState::fade>, setFade},
+    Knob{"clock", "", "milliseconds since the set was switched on", getNumber<&TvState::clock>, nullptr},
+    Knob{"services", "", "number of services", getServiceCount, nullptr},
+    Knob{"latency.OPERATION", "milliseconds", "how long each call of a platform operation takes", getLatency,
+         setLatency},
+};
+
+}  // namespace
+
+std::span<const Knob> setKnobs() {
+  return table;
+}
+
+}  // namespace virtualtv::knobparts
