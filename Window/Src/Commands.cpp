@@ -3,6 +3,7 @@
 // catalogue.
 #include "Commands.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "Log.h"
@@ -238,6 +239,111 @@ int SetScreenZorder(const Call& call) {
   return result;
 }
 
+/// A change of the audio track: 1 or 0, and a line when it fails.
+int AnswerChange(const Call& call, int result, const char* failed) {
+  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, failed, static_cast<unsigned>(call.in.number[0]));
+  call.reply.Integer(result == 1 ? 1 : 0);
+  return result;
+}
+
+int ChangeAudioPID(const Call& call) {
+  const int result = call.worker.ChangeAudioPID(static_cast<short>(call.in.number[0]));
+  return AnswerChange(call, result, "Fail to ChangeAudioPID [0x%x]");
+}
+
+int ChangeAudioByIndex(const Call& call) {
+  const int result = call.worker.ChangeAudioByIndex(call.in.number[0]) ? 1 : 0;
+  return AnswerChange(call, result, "Fail to ChangeAudioByIndex [0x%x]");
+}
+
+/// A list of tracks: the document, whatever the result, unless the ISP source left none.
+void AnswerTracks(const Call& call, std::string& text) {
+  if (call.worker.IsSourceISP() && text.empty()) {
+    call.reply.Integer(-1);
+  } else {
+    call.reply.Ascii(text);
+  }
+}
+
+int GetMultiAudioInfo(const Call& call) {
+  std::string text;
+  const int result = call.worker.GetMultiAudioInfo(text);
+  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get the audio information");
+  AnswerTracks(call, text);
+  return result;
+}
+
+int GetCurrentAudioInfo(const Call& call) {
+  std::string text;
+  const int result = call.worker.GetCurrentAudioInfo(text);
+  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get GetCurrentAudioInfo");
+  return AnswerIfOne(call, result, text, -1);
+}
+
+int SetSourceVolume(const Call& call) {
+  constexpr int loudest = 255;
+  const int volume = call.in.number[0];
+  const int result =
+      volume < 0 ? 0 : call.worker.SetSourceVolume(static_cast<unsigned char>(std::min(volume, loudest)));
+  call.reply.Integer(result);
+  return result;
+}
+
+/// The language, whatever the worker's result.
+int GetCurrentSubtitle(const Call& call) {
+  int language = call.command.preset;
+  const int result = call.worker.GetCurrentSubtitle(&language);
+  if (result == 1) {
+    KEL_LOG_AS(kFunction, kRoutine, "value of GetCurrentSubtitle is  [%d]", language);
+  } else {
+    KEL_LOG_AS(kFunction, kRoutine, "Fail to GetCurrentSubtitle information");
+  }
+  call.reply.Integer(language);
+  return result;
+}
+
+int GetSubtitleInfo(const Call& call) {
+  std::string text;
+  const int result = call.worker.GetSubtitleInfo(text);
+  if (result == 1) {
+    KEL_LOG_AS(kFunction, kRoutine, "value of GetSubtitleInfo [%s]", text.c_str());
+  } else {
+    KEL_LOG_AS(kFunction, kRoutine, "Fail to get the subtitle information");
+  }
+  AnswerTracks(call, text);
+  return result;
+}
+
+int ChangeSubtitle(const Call& call) {
+  const int result = call.worker.ChangeSubtitle(call.in.number[0]);
+  if (result == 1) {
+    KEL_LOG_AS(kFunction, kRoutine, "Sucessful to ChangeSubtitle");
+  } else {
+    KEL_LOG_AS(kFunction, kRoutine, "Fail to ChangeSubtitle [0x%x]", static_cast<unsigned>(call.in.number[0]));
+  }
+  call.reply.Integer(result);
+  return result;
+}
+
+int GetFavorites(const Call& call) {
+  if (!call.in.given[0]) {
+    call.reply.Integer(call.command.refusal);
+    return call.command.refusal;
+  }
+  unsigned long long id = call.in.id;
+  KEL_LOG_AS(kFunction, kRoutine, "id == %llu", id);
+  std::string text;
+  const int result = call.worker.GetFavorites(id, text);
+  return AnswerIfOne(call, result, text, -1);
+}
+
+int UpdateFavorites(const Call& call) {
+  const Arguments& in = call.in;
+  const int result = call.worker.UpdateFavorites(in.id, in.number[1] != 0, static_cast<char>(in.number[2]));
+  call.reply.Integer(result);
+  return result;
+}
+
 int SetDVBSIChannelDirectEx(const Call& call) {
   const int result = call.worker.SetDVBSIChannelDirectEx(*call.in.text, call.in.number[1]);
   call.reply.Integer(result);
@@ -318,12 +424,22 @@ constexpr Command kCommands[] = {
     {"GetScreenCropRect",                   {{Num(0)}},              Answer::textOrCode, 0, GetScreenCropRect},
     {"SetScreenZorder",                     {{Required(0)}},         Answer::code, 0, SetScreenZorder},
     {"DisconnectSource",                    {},                      Answer::code, 0, Code<&W::DisconnectSource>},
+    {"ChangeAudioPID",                      {{Required(-1)}},        Answer::code, 0, ChangeAudioPID, 0},
+    {"ChangeAudioByIndex",                  {{Required(-1)}},        Answer::code, 0, ChangeAudioByIndex, 0},
+    {"GetMultiAudioInfo",                   {},                      Answer::text, 0, GetMultiAudioInfo},
+    {"SetSourceVolume",                     {{Required(0)}},         Answer::code, 0, SetSourceVolume, 0},
     {"SetTVMode",                           {{Required(-1)}},        Answer::code, 0, Code<&W::SetTVMode>},
     {"GetTVMode",                           {},                      Answer::value, -1, GetTVMode},
+    {"GetFavorites",                        {{U64()}},               Answer::textOrNone, 0, GetFavorites},
+    {"UpdateFavorites",                     {{U64(), Required(0), Required(0)}}, Answer::code, 0, UpdateFavorites},
     {"GetFullChannelList",                  {},                      Answer::textOrNone, 0, GetFullChannelList},
+    {"GetCurrentAudioInfo",                 {},                      Answer::textOrNone, 0, GetCurrentAudioInfo},
     {"GetSignalStrength",                   {},                      Answer::value, 0, GetSignalStrength},
     {"GetCurrentChannelInfo",               {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
     {"GetCurrentChannel",                   {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
+    {"GetCurrentSubtitle",                  {},                      Answer::value, -1, GetCurrentSubtitle},
+    {"GetSubtitleInfo",                     {},                      Answer::text, 0, GetSubtitleInfo},
+    {"ChangeSubtitle",                      {{Required(-1)}},        Answer::code, 0, ChangeSubtitle, 0},
     {"GetStartChannel_Type",                {},                      Answer::value, kUnknownType, Value<&W::GetStartChannel_Type>},
     {"GetStartChannel_Major",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Major>},
     {"GetStartChannel_Minor",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Minor>},

@@ -39,12 +39,14 @@ struct Arguments {
   const std::string* text = nullptr;      ///< of `text`
 };
 
-/// What a command answers. Negative worker results are always answered as they are, as a number.
+/// What a command answers. A negative worker result is answered as it is, as a number, where nothing else is said here
+/// or at the row's handler.
 enum class Answer {
   code,        ///< the worker's result
   value,       ///< a number; its preset when the worker leaves it
   name,        ///< UTF-16 text
   ascii,       ///< text
+  text,        ///< document, whatever the worker's result; -1 when there is none on the ISP source
   textOrCode,  ///< document when the worker answers 1, else its result
   textOrNone,  ///< document when the worker answers 1, else -1
 };

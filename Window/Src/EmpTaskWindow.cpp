@@ -319,6 +319,14 @@ bool CEmpTaskWindow::t_NeedAVControlproxy(const char* function) {
   return t_CheckAVControlproxy() || Missing(function, "AVControlproxy is NULL");
 }
 
+bool CEmpTaskWindow::t_NeedServiceDataAuxproxy(const char* function) {
+  return t_CheckServiceDataAuxproxy() || Missing(function, "ServiceDataAuxproxy is NULL");
+}
+
+bool CEmpTaskWindow::t_NeedDataControlproxy(const char* function) {
+  return t_CheckDataControlproxy() || Missing(function, "ServiceDataControlproxy is NULL");
+}
+
 bool CEmpTaskWindow::t_NeedTunerControlproxy(const char* function) {
   return t_CheckTunerControlproxy() || Missing(function, "TunerControlproxy is NULL");
 }

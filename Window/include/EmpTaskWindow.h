@@ -227,6 +227,46 @@ class CEmpTaskWindow {
   /// can't be made.
   int GetFullChannelList(std::string& strChannelInfo);
 
+  // EmpTaskWindow_Favourites: the favourite groups of a service
+
+  /// Puts a service into a favourite group or takes it out. @param group  0 to 255, as unsigned 8 bits.
+  /// @return 1; 0 without a service proxy, -1 when the TV service refuses.
+  int UpdateFavorites(unsigned long long serviceId, bool value, char group);
+  /// The document of a service's groups, each under the first digit of its number. @return 1, 0 or -1.
+  int GetFavorites(unsigned long long& serviceId, std::string& strFavorites);
+
+  // EmpTaskWindow_Audio: the audio tracks of what is on screen
+  //
+  // On the ISP source the secondary stack is asked, and a failure is 0. It leaves a document all the same.
+
+  /// The document of all tracks. @return 1; 0 on failure, -1 on an exception.
+  int GetMultiAudioInfo(std::string& strInfo);
+  /// The document of the track in use. @return 1; 0 without a proxy, -1 when something can't be told: the document is
+  /// then written all the same, unless it is the service on screen that can't.
+  int GetCurrentAudioInfo(std::string& strInfo);
+  /// Selects the first track with a PID. @return 1; 0 on failure, -1 when no track has it.
+  int ChangeAudioPID(short pid);
+  /// Selects the track at a position. @return true on success.
+  bool ChangeAudioByIndex(int index);
+  /// Does nothing. @return 0.
+  int SetSourceVolume(unsigned char volume);
+
+  // EmpTaskWindow_Subtitle: the subtitles of what is on screen
+  //
+  // On the ISP source the secondary stack is asked; its list leaves a document also when it fails.
+
+  /// The document of all subtitles. @return 1; 0 without a data-control or navigation proxy, -1 on failure.
+  int GetSubtitleInfo(std::string& strInfo);
+  /// Language code of the subtitle in use. @return 1; 0 without a proxy, -1 or the manager's own number on failure.
+  int GetCurrentSubtitle(int* language);
+  /// Selects the subtitle at a position. @return 1; -1 or the manager's own number on failure.
+  int ChangeSubtitle(int index);
+
+  // EmpTaskWindow_D2TV
+
+  /// True when the platform says that the ISP source is on screen.
+  bool IsSourceISP();
+
  protected:
   // EmpTaskWindow
 
@@ -247,6 +287,8 @@ class CEmpTaskWindow {
   bool t_NeedSourceControlproxy(const char* function);
   bool t_NeedVideoControlproxy(const char* function);
   bool t_NeedAVControlproxy(const char* function);
+  bool t_NeedServiceDataAuxproxy(const char* function);
+  bool t_NeedDataControlproxy(const char* function);
   bool t_NeedTunerControlproxy(const char* function);
 
   /// The calling application's id, "NoAppId" when it is unknown. @param function  the operation that asks.
@@ -278,10 +320,15 @@ class CEmpTaskWindow {
   /// Asks for the stack's manager and logs the outcome. No operation needs it: each asks for itself.
   void CreateD2TVManagerInstance();
   void DestroyD2TVManagerInstance();
-  /// True when the platform says that the ISP source is on screen.
-  bool IsSourceISP();
   /// Switches the secondary stack to the ISP source.
   bool SetSource_D2TV();
+
+  // EmpTaskWindow_AudioD2TV: the audio operations on the ISP source. Each answers 1 for success; the lists answer -1
+  // otherwise, the changes -1 without a manager and else the manager's own number.
+  int GetMultiAudioInfo_D2TV(std::string& strInfo);
+  int GetCurrentAudioInfo_D2TV(std::string& strInfo);
+  int ChangeAudioPID_D2TV(short pid);
+  int ChangeAudioByIndex_D2TV(int index);
 
   // EmpTaskWindow_Resolution
 
@@ -385,6 +432,14 @@ class CEmpTaskWindow {
   int t_TuneToFound(const char* function, TCCriteriaHelper& criteria);
   int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
   int t_TuneDescribed(const std::string& channelInfo, int type);
+
+  // EmpTaskWindow_Audio and EmpTaskWindow_Subtitle: the same
+  bool t_NeedAudioproxies(const char* function);
+  int t_ListAudio(unsigned long long serviceId, std::string& strInfo);
+  int t_TellAudio(std::string& strInfo);
+  int t_SelectAudio(unsigned long long serviceId, short pid);
+  bool t_AskSubtitledService(unsigned long long& serviceId);
+  int t_ListSubtitles(unsigned long long serviceId, std::string& strInfo);
 
   // EmpTaskWindow_ChannelField
   template <typename Value>

@@ -9,11 +9,13 @@
 #include "set/Tv.h"
 #include "shell/Session.h"
 #include "store/SettingsStore.h"
+#include "support/model/Tracks.h"
 
 namespace comparison {
 
 namespace {
 
+using model::Service;
 using model::Set;
 using model::Setting;
 using virtualtv::framework::Reply;
@@ -59,17 +61,57 @@ std::string shown(const virtualtv::Plane& plane) {
          std::to_string(plane.order) + (plane.muted ? ", hidden" : ", not hidden");
 }
 
+std::string shown(const virtualtv::TracksInUse& inUse) {
+  return ", audio " + std::to_string(inUse.audio) + ", subtitle " + std::to_string(inUse.subtitle);
+}
+
+std::string marked(bool readable) {
+  return readable ? "" : "!";
+}
+
+std::string shown(const std::vector<model::AudioTrack>& tracks) {
+  std::string text;
+  for (const model::AudioTrack& track : tracks) {
+    text += " " + marked(track.readable) + std::to_string(track.pid);
+    for (const int part : {track.lang, track.decodeType, track.audioMode, track.audioType}) {
+      text += ":" + std::to_string(part);
+    }
+  }
+  return text;
+}
+
+std::string shown(const std::vector<model::SubtitleTrack>& tracks) {
+  std::string text;
+  for (const model::SubtitleTrack& track : tracks) {
+    text += " " + marked(track.readable) + std::to_string(track.pid) + ":" + std::to_string(track.lang) + ":" +
+            std::to_string(track.type);
+  }
+  return text;
+}
+
+std::string shown(const Service& service) {
+  std::string text =
+      "    audio" + shown(service.audio) + "\n    subtitles" + shown(service.subtitles) + "\n    favourites";
+  for (const auto& [group, member] : service.favourites) {
+    text += " " + std::to_string(group) + "=" + (member ? "1" : "0");
+  }
+  return text + "\n";
+}
+
 std::string shown(const virtualtv::TvState& state) {
-  std::string text = "  isp " + std::to_string(state.ispPresent) + std::to_string(state.ispShown) + ", region " +
-                     std::to_string(state.region) + ", country " + std::to_string(state.country) + ", start " +
-                     std::to_string(state.startServiceId) + ", fade " + std::to_string(state.fade) + "\n  unplugged:";
+  std::string text = "  isp " + std::to_string(state.isp.present) + std::to_string(state.isp.shown) +
+                     shown(state.isp.inUse) + "\n    audio" + shown(state.isp.audio) + "\n    subtitles" +
+                     shown(state.isp.subtitles) + "\n  region " + std::to_string(state.region) + ", country " +
+                     std::to_string(state.country) + ", start " + std::to_string(state.startServiceId) + ", fade " +
+                     std::to_string(state.fade) + "\n  unplugged:";
   for (const virtualtv::Input& input : state.inputs) text += input.plugged ? "" : " " + std::to_string(input.source);
   for (const virtualtv::WindowId id : virtualtv::windowIds) {
     const virtualtv::WindowState& window = state[id];
     text += std::string("\n  ") + nameOf(id) + ": state " + std::to_string(window.sourceState) + ", source " +
             std::to_string(window.source) + ", before " + std::to_string(window.previousSource) + ", mode " +
             std::to_string(window.mode.antenna) + "," + std::to_string(window.mode.service) + ", service #" +
-            std::to_string(window.service) + ", before #" + std::to_string(window.previousService) + ", resolution " +
+            std::to_string(window.service) + shown(window.inUse) + ", before #" +
+            std::to_string(window.previousService) + ", resolution " +
             (window.resolution ? std::to_string(*window.resolution) : "auto") + shown(window.plane);
   }
   return text + "\n";
@@ -91,6 +133,14 @@ std::string written(const std::vector<virtualtv::seam::Call>& calls) {
     if (line.starts_with("vconf_set_")) text += "  " + line + "\n";
   }
   return text;
+}
+
+/// Whether a line is about what services have beside their fields.
+bool changesServices(const std::string& line) {
+  if (line.starts_with("UpdateFavorites")) return true;
+  if (!line.starts_with(".set service.")) return false;
+  return line.find(".audio ") != std::string::npos || line.find(".subtitles ") != std::string::npos ||
+         line.find(".favourites ") != std::string::npos;
 }
 
 Set copyOf(virtualtv::Tv& tv) {
@@ -125,6 +175,21 @@ class Pair {
     if (state != world_.set.state) details += difference("state", shown(world_.set.state), shown(state));
     const auto settings = tv.settings().list();
     if (settings != world_.set.settings) details += difference("keys", shown(world_.set.settings), shown(settings));
+    if (changesServices(line)) details += differingServices();
+    return details;
+  }
+
+  /// Holds the tracks and favourites of all services against each other; it takes too long to do it after each line.
+  /// @return what differs. Fields are left to those who ask for them.
+  std::string differingServices() {
+    virtualtv::ServiceStore& services = session_.rig().tv().services();
+    std::string details;
+    for (const auto& [key, expected] : world_.set.services) {
+      const Service actual = services.read(key).value();
+      const bool agree = actual.audio == expected.audio && actual.subtitles == expected.subtitles &&
+                         actual.favourites == expected.favourites;
+      if (!agree) details += difference("service #" + std::to_string(key), shown(expected), shown(actual));
+    }
     return details;
   }
 
@@ -160,6 +225,8 @@ std::optional<Difference> compare(const Script& script, Replies* replies,
     if (!details.empty()) return Difference{line, transcript, details};
     if (replies != nullptr) (*replies)[script[line].substr(0, script[line].find(' '))].insert(reply);
   }
+  const std::string details = script.empty() ? std::string() : pair.differingServices();
+  if (!details.empty()) return Difference{script.size() - 1, transcript, details};
   return std::nullopt;
 }
 

@@ -30,7 +30,8 @@ model::Set startingSet();
 using Replies = std::map<std::string, std::set<std::string>>;
 
 /// Runs a script on both, from the built-in set on. After each line these agree: the reply, the settings keys and the
-/// order in which the plug-in wrote them, the state of the set.
+/// order in which the plug-in wrote them, the state of the set with the tracks in use. Tracks and favourites of
+/// services agree after each line that is about them, and at the end.
 /// @param spoil  changes the model before the script, for tests of the comparison.
 /// @return the first difference, nothing when there is none.
 std::optional<Difference> compare(const Script& script, Replies* replies = nullptr,

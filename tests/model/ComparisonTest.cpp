@@ -32,6 +32,12 @@ bool names(const Script& script, const std::string& command) {
                      [&](const std::string& line) { return line.substr(0, line.find(' ')) == command; });
 }
 
+/// Whether one of the answers has a text in it.
+bool anyHas(const std::set<std::string>& answers, const std::string& part) {
+  return std::any_of(answers.begin(), answers.end(),
+                     [&](const std::string& answer) { return answer.find(part) != std::string::npos; });
+}
+
 TEST(Comparison, FindsAServiceThatIsLockedForTheModelAlone) {
   const Script script = shortest([](model::World& world) { world.set.services[2].numbers[Data::LOCK] = 1; });
   EXPECT_TRUE(names(script, "SetChannel_Seek")) << ::testing::PrintToString(script);
@@ -82,6 +88,35 @@ TEST(Comparison, FindsAnotherPictureOfAService) {
       shortest([](model::World& world) { world.set.services[1].numbers[virtualtv::FRAME_RATE] = 26; });
   EXPECT_TRUE(names(script, "GetResolutionDetail")) << ::testing::PrintToString(script);
   EXPECT_LE(script.size(), 3U) << ::testing::PrintToString(script);
+}
+
+TEST(Comparison, FindsTracksInUseThatNoReplyTells) {
+  const std::vector<Spoil> spoils{
+      [](model::World& world) { world.set.state.windows[1].inUse.audio = 1; },
+      [](model::World& world) { world.set.state.isp.inUse.subtitle = 1; },
+      [](model::World& world) { world.set.state.isp.audio.pop_back(); },
+  };
+  for (const Spoil& spoil : spoils) {
+    const auto difference = compare({"GetTVMode"}, nullptr, spoil);
+    ASSERT_TRUE(difference);
+    EXPECT_NE(difference->details.find("state, really:"), std::string::npos) << difference->details;
+  }
+}
+
+TEST(Comparison, FindsFavouritesBehindTheLineThatChangesThem) {
+  const auto difference = compare({"GetSource", "UpdateFavorites 1152959734176350309 1 5", "GetSource"}, nullptr,
+                                  [](model::World& world) { world.set.services[3].favourites[7] = true; });
+  ASSERT_TRUE(difference);
+  EXPECT_EQ(difference->line, 1U);
+  EXPECT_NE(difference->details.find("service #3, really:"), std::string::npos) << difference->details;
+}
+
+TEST(Comparison, FindsTracksAtTheEndOfAScriptThatIsNotAboutThem) {
+  const auto difference = compare({"GetSource", "GetTVMode"}, nullptr,
+                                  [](model::World& world) { world.set.services[8].audio[1].readable = false; });
+  ASSERT_TRUE(difference);
+  EXPECT_EQ(difference->line, 1U);
+  EXPECT_NE(difference->details.find("!3002:"), std::string::npos) << difference->details;
 }
 
 TEST(Comparison, SaysNothingWhereNothingDiffers) {
@@ -149,10 +184,37 @@ TEST(RandomScripts, ReachEveryAnswer) {
       {"Show", {"int 1", "int -1"}},
       {"MuteVideo", {"int 1", "int -1"}},
       {"GetResolution", {"int -1", "int 8", "int 14", "int 20", "int 21", "int 22"}},
+      {"GetMultiAudioInfo", {"ascii"}},
+      {"GetCurrentAudioInfo", {"int -1"}},
+      {"ChangeAudioPID", {"int 1", "int 0"}},
+      {"ChangeAudioByIndex", {"int 1", "int 0"}},
+      {"SetSourceVolume", {"int 0"}},
+      {"GetSubtitleInfo", {"ascii"}},
+      {"GetCurrentSubtitle", {"int -1", "int 0", "int 6647399", "int 6579573"}},
+      {"ChangeSubtitle", {"int 1", "int 0", "int -1"}},
+      {"GetFavorites", {"int -1", "ascii |\n| {}"}},
+      {"UpdateFavorites", {"int 1", "int -1"}},
+  };
+  const Replies wantedParts{
+      {"GetMultiAudioInfo",
+       {"{\n|    \"NumOfAudio\" : 0\n| }", "\"items\" : []", "\"items\" : null", "\"lang\" : -1,",
+        "\"lang\" : 4294967295,"}},
+      {"GetCurrentAudioInfo",
+       {"\"index\" : 0,", "\"index\" : 1,", "\"lang\" : -1,", "\"lang\" : 4294967295,", "\"pid\" : 7013\n"}},
+      {"GetSubtitleInfo",
+       {"{\n|    \"NumOfSubtitle\" : 0\n| }", "\"NumOfSubtitle\" : 1,\n|    \"subtitle\" : null",
+        "\"NumOfTTXSubtitle\" : 0,\n|    \"subtitle\" : null", "\"subtitle\" : []", "\"lang\" : 4294967295\n",
+        "\"NumOfTTX\" : 1,\n|    \"NumOfTTXSubtitle\" : 2,"}},
+      {"GetFavorites", {"\"1\" : \"0\"", "\"1\" : \"1\""}},
   };
   for (const auto& [command, answers] : wanted) {
     for (const std::string& answer : answers) {
       EXPECT_TRUE(replies[command].contains(answer)) << command << " never answers " << answer;
+    }
+  }
+  for (const auto& [command, parts] : wantedParts) {
+    for (const std::string& part : parts) {
+      EXPECT_TRUE(anyHas(replies[command], part)) << command << " never answers with " << part;
     }
   }
 }

@@ -15,32 +15,54 @@ class Author {
     for (const auto& [key, service] : set.services) keys_.push_back("#" + std::to_string(key));
   }
 
+  /// A line and what goes well behind it.
+  Script lines() { return followed(line()); }
+
+ private:
   std::string line() {
-    const std::size_t kind = below(100);
+    const std::size_t kind = below(126);
     if (kind < 15) return switching();
     if (kind < 33) return tuning();
     if (kind < 60) return asking();
     if (kind < 69) return showing();
     if (kind < 78) return askPicture();
-    if (kind < 95) return fromOutside();
+    if (kind < 84) return askTracks();
+    if (kind < 92) return changeTracks();
+    if (kind < 96) return favourites();
+    if (kind < 120) return fromOutside();
     return engines();
   }
 
-  /// A question about what was found, which few would be if they came by chance.
-  std::string askFound() { return "GetChannel_" + oneOf(fields_) + " '" + index() + "'"; }
-
- private:
   std::size_t below(std::size_t limit) { return random_() % limit; }
   bool oneIn(std::size_t parts) { return below(parts) == 0; }
   std::string number(std::size_t limit) { return std::to_string(below(limit)); }
   std::string oneOf(const Words& words) { return words[below(words.size())]; }
 
+  // Behind a line.
+
+  Script followed(const std::string& first) {
+    Script script = following(first);
+    script.insert(script.begin(), first);
+    return script;
+  }
+
+  /// Lines about what the first one brought, of which few would hit it if they came by chance.
+  Script following(const std::string& first) {
+    if (first.starts_with("FindChannel")) return {askFound(), askFound(), askFound()};
+    if (first.starts_with("SetSource 48")) return followed(".set " + ispTracks());
+    if (first == ".set isp.present off") return {askTracks(), changeTracks()};
+    if (first.find(".id 1") != std::string::npos) return {".set main.service " + keys_[1], askAudio()};
+    if (first.find(".audio ") != std::string::npos) return {changeAudio(), askAudio(), changeAudio()};
+    if (first.find(".subtitles ") != std::string::npos) return {askSubtitles(), changeSubtitle(), askSubtitles()};
+    return {};
+  }
+
   // Parameters.
 
   std::string source() {
     if (oneIn(12)) return std::to_string(static_cast<int>(below(120)) - 8);
-    return oneOf({"0",  "0",  "0",  "8",  "15", "27", "31",  "31",   "32", "33",   "35", "16",
-                  "42", "43", "48", "48", "53", "1",  "100", "1234", "-1", "-100", "x"});
+    return oneOf({"0",  "0",  "0",  "8",  "15", "27", "31", "31",  "32",   "33", "35",   "16",
+                  "42", "43", "48", "48", "48", "53", "1",  "100", "1234", "-1", "-100", "x"});
   }
 
   std::string seek() { return oneOf({"", "0", "2", "6", "7", "8", "9", "101", "-1", "x"}); }
@@ -58,7 +80,7 @@ class Author {
   std::string major() { return fieldOfSome(Data::MAJOR); }
   std::string minor() { return oneOf({"0", "0", "0", "1", "2", "65535", "x"}); }
   std::string index() {
-    return oneIn(3) ? oneOf({"-1", "99", "", "x", "81", "21", "22", "23"}) : number(oneIn(3) ? 30 : 6);
+    return oneIn(3) ? oneOf({"-1", "99", "", "x", "81", "21", "21", "22", "22", "23"}) : number(oneIn(3) ? 30 : 6);
   }
   std::string type() { return oneOf({"0", "0", "0", "0", "4", "5", "12", "13", "28", "20", "2", "1", "99", "x"}); }
   std::string mode() {
@@ -136,6 +158,8 @@ class Author {
         return askFound();
     }
   }
+
+  std::string askFound() { return "GetChannel_" + oneOf(fields_) + " '" + index() + "'"; }
 
   // Pictures.
 
@@ -220,6 +244,99 @@ class Author {
     }
   }
 
+  // Tracks and favourites.
+
+  std::string askAudio() { return oneOf({"GetMultiAudioInfo", "GetCurrentAudioInfo", "GetCurrentAudioInfo"}); }
+  std::string askSubtitles() { return oneOf({"GetSubtitleInfo", "GetSubtitleInfo", "GetCurrentSubtitle"}); }
+  std::string askTracks() { return oneIn(2) ? askAudio() : askSubtitles(); }
+
+  std::string changeAudio() {
+    static const Words odd{"-1", "65792", "65792", "-65280", "99", "x", ""};
+    if (oneIn(2)) return "ChangeAudioByIndex " + position();
+    return "ChangeAudioPID '" + (oneIn(4) ? oneOf(odd) : pid()) + "'";
+  }
+
+  std::string changeSubtitle() { return "ChangeSubtitle " + position(); }
+
+  std::string changeTracks() {
+    if (oneIn(12)) return "SetSourceVolume '" + oneOf({"0", "50", "300", "-1", "x", ""}) + "'";
+    return oneIn(3) ? changeSubtitle() : changeAudio();
+  }
+
+  std::string pid() {
+    return oneOf({"256", "256", "256", "257", "258", "1012", "7012", "7013", "0", "0", "65535", "40000"});
+  }
+
+  std::string position() {
+    static const Words odd{"-1", "-2", "99", "2147483647", "-2147483648", "4294967296", "x", "''", "+1"};
+    return oneIn(5) ? oneOf(odd) : number(3);
+  }
+
+  /// The front of a track, and what stands behind its language unless that is left out.
+  std::string track(const std::string& rest) {
+    std::string text = (oneIn(3) ? "!" : "") + pid();
+    if (oneIn(6)) return text;
+    text += ":" + oneOf({"eng", "deu", "und", "und", "-1", "-1", "7"});
+    return oneIn(6) ? text : text + ":" + rest;
+  }
+
+  std::string audio() {
+    return track(oneOf({"aac", "ac3", "eac3", "mpeg", "unknown", "9"}) + ":" + oneOf({"2", "0", "-1"}) + ":" +
+                 oneOf({"0", "3", "-2147483648"}));
+  }
+
+  std::string subtitle(const Words& kinds) { return track(oneOf(kinds)); }
+
+  /// Up to three pieces, as knobs take them.
+  template <typename Piece>
+  std::string list(Piece piece) {
+    std::string text;
+    for (std::size_t count = oneIn(3) ? 1 : below(4); count > 0; --count) text += (text.empty() ? "" : ",") + piece();
+    return text.empty() ? "none" : text;
+  }
+
+  std::string favourites() {
+    const std::string id = fieldOfSome(Data::SERVICE_ID);
+    if (oneIn(2)) return "GetFavorites " + (oneIn(8) ? "''" : id);
+    return "UpdateFavorites " + id + " " + oneOf({"0", "1", "1", "-1", "x"}) + " " +
+           oneOf({"0", "1", "2", "9", "10", "12", "127", "128", "255", "256", "300", "-1", "-129", "x"});
+  }
+
+  /// Groups that stand once each.
+  std::string groups() {
+    std::string text;
+    for (const char* const group : {"0", "1", "2", "12", "20", "128", "255"}) {
+      if (oneIn(3)) text += (text.empty() ? "" : ",") + std::string(group) + oneOf({"=0", "=1"});
+    }
+    return text.empty() ? "none" : text;
+  }
+
+  std::string serviceTracks() {
+    switch (below(5)) {
+      case 0:
+        return ".favourites " + groups();
+      case 1:
+      case 2:
+        return ".subtitles " + list([this] { return subtitle({"dvb", "teletext"}); });
+      default:
+        return ".audio " + list([this] { return audio(); });
+    }
+  }
+
+  std::string ispTracks() {
+    switch (below(5)) {
+      case 0:
+        return "isp.audio " + list([this] { return audio(); });
+      case 1:
+      case 4:
+        return "isp.subtitles " + list([this] { return subtitle({"dvb", "teletext", "teletext-subtitle"}); });
+      case 2:
+        return "isp.audio_in_use " + oneOf({"0", "1", "99"});
+      default:
+        return "isp.subtitle_in_use " + oneOf({"-1", "0", "1", "99"});
+    }
+  }
+
   // Changes from outside.
 
   std::string serviceField() {
@@ -248,7 +365,7 @@ class Author {
 
   std::string windowKnob() {
     const std::string window = oneOf({"main", "main", "pip"});
-    switch (below(5)) {
+    switch (below(7)) {
       case 0:
         return window + ".source_state " + oneOf({"-1", "1", "2", "2"});
       case 1:
@@ -257,6 +374,10 @@ class Author {
         return window + ".previous_source " + oneOf({"-1", "0", "13", "31", "30"});
       case 3:
         return window + ".mode " + oneOf({"0,1", "1,0", "2,0", "2,12", "0,21", "3,0", "3,1", "-1,-1"});
+      case 4:
+        return window + ".audio " + oneOf({"0", "1", "2", "99"});
+      case 5:
+        return window + ".subtitle " + oneOf({"-1", "0", "1", "99"});
       default:
         return window + ".service " + (oneIn(2) ? "0" : service());
     }
@@ -265,7 +386,7 @@ class Author {
   std::string fromOutside() {
     static const Words keys{"db/emp/mainsource", "db/emp/previousmainsource", "db/emp/pipsource",
                             "db/emp/previouspipsource", "db/kel/current_source_type"};
-    switch (below(10)) {
+    switch (below(14)) {
       case 0:
       case 1:
         return ".set input." + oneOf({"0", "13", "13", "14", "15", "31"}) + ".plugged " + oneOf({"on", "off"});
@@ -282,6 +403,13 @@ class Author {
                         : ".set start.service " + oneOf({"0", "1152959734176350311", "2305881256028602379"});
       case 7:
         return ".set " + pictureKnob();
+      case 8:
+        return ".set " + ispTracks();
+      case 9:
+        return oneIn(3) ? ".vconf set db/boot/last_service " + oneOf({"str isp-service", "str tv-service", "int 1"})
+                        : ".set " + windowKnob();
+      case 10:
+        return ".set service." + (oneIn(2) ? keys_[0] : service()) + serviceTracks();
       default:
         return ".set service." + service() + serviceField();
     }
@@ -311,9 +439,8 @@ Script randomScript(std::uint64_t seed, std::size_t lines, const model::Set& set
   Author author(seed, set);
   Script script;
   while (script.size() < lines) {
-    script.push_back(author.line());
-    if (!script.back().starts_with("FindChannel")) continue;
-    for (int questions = 3; questions > 0; --questions) script.push_back(author.askFound());
+    const Script more = author.lines();
+    script.insert(script.end(), more.begin(), more.end());
   }
   return script;
 }

@@ -1,4 +1,5 @@
-// Random sequences of source, tuning and picture commands, and of changes from outside, do what the model says they do.
+// Random sequences of commands for sources, tuning, pictures, tracks and favourites, and of changes from outside, do
+// what the model says they do.
 //
 // MODEL_SEED=N starts with another seed, MODEL_RUNS=N runs as many scripts, each with the next seed, MODEL_LINES=N
 // makes them longer. A failure prints the seed, and the script with all lines dropped that it does not need.

@@ -114,8 +114,8 @@ Lines withoutConditions(const Lines& calls) {
   return lines;
 }
 
-void furnish(Tv& tv) {
-  tv.import(threeServices(), false);
+void furnish(Tv& tv, const std::vector<Service>& services) {
+  tv.import(services, false);
   tv.adjust(WindowId::main, [](virtualtv::TvState& state) {
     state.region = 0;
     state.country = 3;

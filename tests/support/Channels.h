@@ -60,7 +60,7 @@ class ChannelEngineTest : public support::EngineTest {
   std::string finished();
 };
 
-/// Puts the three services on a set as `ChannelTest` says.
-void furnish(virtualtv::Tv& tv);
+/// Puts three services on a set as `ChannelTest` says.
+void furnish(virtualtv::Tv& tv, const std::vector<virtualtv::Service>& services = threeServices());
 
 }  // namespace channels

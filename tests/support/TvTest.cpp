@@ -129,6 +129,13 @@ Lines TvTest::calls() {
   return lines;
 }
 
+Lines TvTest::callsOf(const std::string& operation) {
+  Lines lines = calls();
+  const auto isOther = [&](const std::string& call) { return !call.substr(0, call.find('(')).ends_with(operation); };
+  lines.erase(std::remove_if(lines.begin(), lines.end(), isOther), lines.end());
+  return lines;
+}
+
 Lines TvTest::logs() {
   Lines lines;
   for (const LogLine& line : messages()) {

@@ -74,6 +74,8 @@ class TvTest : public ::testing::Test {
 
   /// The calls to the set since the last time, a line each as in a trace.
   Lines calls();
+  /// Those of an operation, as in "SetCropArea" or "IVideoControl[pip#2]::SetCropArea"; the others are dropped.
+  Lines callsOf(const std::string& operation);
   /// The log messages since the last time, as in "0 TEXT", with what differs from run to run masked as `*`.
   Lines logs();
   /// The same messages with all that is known of them.
@@ -97,6 +99,11 @@ class TvTest : public ::testing::Test {
     EXPECT_TRUE(faultsHit()) << words;
     clearFaults();
     return result;
+  }
+
+  /// What a command answers under a fault.
+  std::string executeUnder(const std::string& words, const std::string& command, const Lines& parameters = {}) {
+    return under(words, [&] { return execute(command, parameters); });
   }
 
   /// The next message with this text leaves the log with an exception, which says "no log".

@@ -30,6 +30,11 @@ class WorkerProbe : public kel::CEmpTaskWindow {
   using CEmpTaskWindow::IsSourceISP;
   using CEmpTaskWindow::SetSource_D2TV;
 
+  using CEmpTaskWindow::ChangeAudioByIndex_D2TV;
+  using CEmpTaskWindow::ChangeAudioPID_D2TV;
+  using CEmpTaskWindow::GetCurrentAudioInfo_D2TV;
+  using CEmpTaskWindow::GetMultiAudioInfo_D2TV;
+
   using CEmpTaskWindow::GetResolutionDetail_D2TV;
   using CEmpTaskWindow::t_getPLResolution;
 

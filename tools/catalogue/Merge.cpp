@@ -35,6 +35,8 @@ const char* nameOf(kel::Answer answer) {
       return "name";
     case kel::Answer::ascii:
       return "ascii";
+    case kel::Answer::text:
+      return "text";
     case kel::Answer::textOrCode:
       return "textOrCode";
     case kel::Answer::textOrNone:

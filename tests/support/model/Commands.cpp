@@ -50,6 +50,16 @@ std::map<std::string, Run> makeCommands() {
       {"MuteVideo", muteVideo},
       {"GetResolution", getResolution},
       {"GetResolutionDetail", getResolutionDetail},
+      {"GetMultiAudioInfo", getMultiAudioInfo},
+      {"GetCurrentAudioInfo", getCurrentAudioInfo},
+      {"ChangeAudioPID", changeAudioPid},
+      {"ChangeAudioByIndex", changeAudioByIndex},
+      {"SetSourceVolume", setSourceVolume},
+      {"GetSubtitleInfo", getSubtitleInfo},
+      {"GetCurrentSubtitle", getCurrentSubtitle},
+      {"ChangeSubtitle", changeSubtitle},
+      {"GetFavorites", getFavorites},
+      {"UpdateFavorites", updateFavorites},
   };
   for (const char* field : {"Type", "Major", "Minor", "Name"}) {
     commands.emplace(std::string("GetStartChannel_") + field, getField);

@@ -61,6 +61,8 @@ std::optional<int> currentSource(const Command& command);
 /// Records a switch of the window: previous source, then what the middleware reads, then current source.
 /// @return false where that ends early, as always in picture-in-picture.
 bool record(const Command& command, int source, int previous);
+/// Whether the platform notes that the ISP source is on screen.
+bool showsIsp(const Set& set);
 /// Key of the window's current source.
 std::string sourceKey(const Command& command);
 
@@ -91,6 +93,19 @@ Reply show(const Command& command);
 Reply muteVideo(const Command& command);
 Reply getResolution(const Command& command);
 Reply getResolutionDetail(const Command& command);
+
+// Tracks and favourites.
+
+Reply getMultiAudioInfo(const Command& command);
+Reply getCurrentAudioInfo(const Command& command);
+Reply changeAudioPid(const Command& command);
+Reply changeAudioByIndex(const Command& command);
+Reply setSourceVolume(const Command& command);
+Reply getSubtitleInfo(const Command& command);
+Reply getCurrentSubtitle(const Command& command);
+Reply changeSubtitle(const Command& command);
+Reply getFavorites(const Command& command);
+Reply updateFavorites(const Command& command);
 
 // Channels.
 

@@ -5,6 +5,7 @@
 #include <limits>
 #include <map>
 
+#include "support/model/Documents.h"
 #include "support/model/Picture.h"
 #include "support/model/Plugin.h"
 
@@ -62,20 +63,17 @@ std::optional<int> codeOf(const Command& command) {
   return picture ? std::optional(resolutionCode(*picture)) : std::nullopt;
 }
 
-bool showsIsp(const Set& set) {
-  const auto found = set.settings.find("db/boot/last_service");
-  return found != set.settings.end() && found->second == Setting("isp-service");
-}
-
 std::string detail(unsigned width, unsigned height, unsigned rate, unsigned lines) {
-  return "{\n   \"frequency\" : " + std::to_string(rate) + ",\n   \"hFrequency\" : " + std::to_string(lines) +
-         ",\n   \"horizontal\" : " + std::to_string(width) + ",\n   \"vertical\" : " + std::to_string(height) + "\n}\n";
+  return document({{"frequency", std::to_string(rate)},
+                   {"hFrequency", std::to_string(lines)},
+                   {"horizontal", std::to_string(width)},
+                   {"vertical", std::to_string(height)}});
 }
 
 /// What the secondary stack knows of its picture.
 std::string ispDetail(const virtualtv::TvState& state) {
-  if (!state.ispPresent || !state.ispShown) return detail(0, 0, 0, 0);
-  return detail(static_cast<unsigned>(state.ispWidth), static_cast<unsigned>(state.ispHeight), 0, 0);
+  if (!state.isp.present || !state.isp.shown) return detail(0, 0, 0, 0);
+  return detail(static_cast<unsigned>(state.isp.width), static_cast<unsigned>(state.isp.height), 0, 0);
 }
 
 }  // namespace

@@ -93,6 +93,11 @@ std::optional<int> currentSource(const Command& command) {
   return sourceOf(command.window());
 }
 
+bool showsIsp(const Set& set) {
+  const auto found = set.settings.find("db/boot/last_service");
+  return found != set.settings.end() && found->second == Setting("isp-service");
+}
+
 std::string sourceKey(const Command& command) {
   return isMain(command) ? mainKey : pipKey;
 }

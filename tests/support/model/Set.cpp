@@ -136,12 +136,19 @@ ServiceKey step(const Set& set, const Conditions& conditions, std::uint64_t from
   return others.front();
 }
 
+void bring(WindowState& window, ServiceKey key) {
+  window.service = key;
+  window.inUse = {0, -1};
+}
+
 bool tune(Set& set, WindowId id, ServiceKey key) {
   const Service* const service = at(set, key);
   if (service == nullptr) return false;
   WindowState& window = set.state[id];
-  if (window.service != key) window.previousService = window.service;
-  window.service = key;
+  if (window.service != key) {
+    window.previousService = window.service;
+    bring(window, key);
+  }
   const auto antenna = number(*service, Data::ANTENNA_MODE);
   if (antenna && static_cast<int>(*antenna) != window.mode.antenna) window.mode = {static_cast<int>(*antenna), 0};
   return true;
@@ -156,7 +163,7 @@ bool switchSource(Set& set, WindowId id, int source, std::optional<ServiceKey> s
   window.source = source;
   window.sourceState = stateOf(*input);
   if (id != WindowId::main) return true;
-  set.state.ispShown = false;
+  set.state.isp.shown = false;
   note(set, source == 0 ? "tv-service" : "av-service");
   return true;
 }
@@ -169,8 +176,8 @@ void deactivate(Set& set, WindowId id) {
 }
 
 bool showIsp(Set& set) {
-  if (!set.state.ispPresent) return false;
-  set.state.ispShown = true;
+  if (!set.state.isp.present) return false;
+  set.state.isp.shown = true;
   note(set, "isp-service");
   return true;
 }

@@ -71,7 +71,9 @@ ServiceKey step(const Set& set, const Conditions& conditions, std::uint64_t from
 
 // The windows. What answers false has changed nothing.
 
-/// Puts a service on a window's screen. @return false when there is no such service.
+/// A service comes on a window's screen, 0 for none: with its first audio track and without subtitles.
+void bring(virtualtv::WindowState& window, ServiceKey key);
+/// Tunes a window to a service. @return false when there is no such service.
 bool tune(Set& set, WindowId id, ServiceKey key);
 /// Shows an input, and where a service is told that one. @return false when the set has no such input or service.
 bool switchSource(Set& set, WindowId id, int source, std::optional<ServiceKey> service = std::nullopt);

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "support/model/Tracks.h"
+
 namespace model {
 
 namespace {
@@ -28,19 +30,6 @@ void setApplication(World& world, const std::string& widget) {
 }
 
 // Knobs.
-
-/// The parts between full stops.
-Words partsOf(const std::string& name) {
-  Words parts(1);
-  for (const char c : name) {
-    if (c == '.') {
-      parts.emplace_back();
-    } else {
-      parts.back() += c;
-    }
-  }
-  return parts;
-}
 
 ServiceKey keyNamed(const std::string& name) {
   return name == "0" ? 0 : std::stoll(name.substr(1));
@@ -69,6 +58,18 @@ const std::map<std::string, int> fields{
 
 /// Names are of letters and blanks here.
 void changeService(Service& service, const std::string& field, const std::string& value) {
+  if (field == "audio") {
+    service.audio = audioOf(value);
+    return;
+  }
+  if (field == "subtitles") {
+    service.subtitles = subtitlesOf(value);
+    return;
+  }
+  if (field == "favourites") {
+    service.favourites = favouritesOf(value);
+    return;
+  }
   if (field == "name") {
     service.texts.erase(Data::CHANNEL_NAME);
     if (value != "unset") service.texts[Data::CHANNEL_NAME] = std::u16string(value.begin(), value.end());
@@ -93,11 +94,15 @@ void changeWindow(virtualtv::WindowState& window, const std::string& what, const
   } else if (what == "previous_source") {
     window.previousSource = std::stoi(value);
   } else if (what == "service") {
-    window.service = keyNamed(value);
+    bring(window, keyNamed(value));
   } else if (what == "previous_service") {
     window.previousService = keyNamed(value);
   } else if (what == "mode") {
     window.mode = {std::stoi(value), std::stoi(value.substr(value.find(',') + 1))};
+  } else if (what == "audio") {
+    window.inUse.audio = std::stoi(value);
+  } else if (what == "subtitle") {
+    window.inUse.subtitle = std::stoi(value);
   } else if (what == "resolution") {
     window.resolution = value == "auto" ? std::nullopt : std::optional(std::stoi(value));
   } else {
@@ -116,24 +121,40 @@ void changeInput(Set& set, int source, const std::string& what, const std::strin
   }
 }
 
+void changeIsp(virtualtv::SecondaryStack& isp, const std::string& what, const std::string& value) {
+  if (what == "present") {
+    isp.present = value == "on";
+  } else if (what == "picture") {
+    isp.width = std::stoi(value);
+    isp.height = std::stoi(value.substr(value.find('x') + 1));
+  } else if (what == "audio") {
+    isp.audio = audioOf(value);
+  } else if (what == "subtitles") {
+    isp.subtitles = ispSubtitlesOf(value);
+  } else if (what == "audio_in_use") {
+    isp.inUse.audio = std::stoi(value);
+  } else if (what == "subtitle_in_use") {
+    isp.inUse.subtitle = std::stoi(value);
+  } else {
+    refuse("the knob isp." + what);
+  }
+}
+
 void change(Set& set, const std::string& knob, const std::string& value) {
   virtualtv::TvState& state = set.state;
-  const Words parts = partsOf(knob);
+  const Words parts = split(knob, '.');
   if (parts[0] == "service") {
     changeService(set.services.at(keyNamed(parts.at(1))), parts.at(2), value);
   } else if (parts[0] == "input") {
     changeInput(set, std::stoi(parts.at(1)), parts.at(2), value);
   } else if (parts[0] == "main" || parts[0] == "pip") {
     changeWindow(state[parts[0] == "main" ? WindowId::main : WindowId::pip], parts.at(1), value);
+  } else if (parts[0] == "isp") {
+    changeIsp(state.isp, parts.at(1), value);
   } else if (knob == "region") {
     state.region = std::stoi(value);
   } else if (knob == "country") {
     state.country = std::stoi(value);
-  } else if (knob == "isp.present") {
-    state.ispPresent = value == "on";
-  } else if (knob == "isp.picture") {
-    state.ispWidth = std::stoi(value);
-    state.ispHeight = std::stoi(value.substr(value.find('x') + 1));
   } else if (knob == "tuner.fade") {
     state.fade = std::stoi(value);
   } else if (knob == "start.service") {

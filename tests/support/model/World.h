@@ -23,7 +23,8 @@ struct World {
 };
 
 /// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.set` of what concerns sources,
-/// services and pictures, and `.vconf set`; services are named by their keys, as in `service.#3.lock`.
+/// services, pictures, tracks and favourites, and `.vconf set`; services are named by their keys, as in
+/// `service.#3.lock`.
 /// @return what a command answers, nothing for other lines.
 /// @throws std::invalid_argument for a line that the model does not know.
 std::optional<Reply> run(World& world, const Words& words);

@@ -39,6 +39,10 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return allocate(size);
 }
+// The library asks this way for room that it can do without, and gives it back like any other.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return fails(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }

@@ -1,10 +1,10 @@
-// Every platform call of every command failing in turn, in every way that it can.
+// Every platform call of every command failing in turn, in every way that it can, on both TV stacks.
 #include <algorithm>
 #include <cctype>
 #include <iterator>
 
 #include "Commands.h"
-#include "support/Channels.h"
+#include "support/Tracks.h"
 
 namespace {
 
@@ -31,7 +31,22 @@ class SweepTest : public channels::ChannelEngineTest, public ::testing::WithPara
 
   void SetUp() override {
     ChannelEngineTest::SetUp();
+    virtualtv::Service service;
+    service.audio = {{255, 5, 1, 0, 0, true}, {256, 6, 1, 0, 0, true}};
+    service.subtitles = {{270, 5, 0, true}, {271, 6, 0, true}};
+    service.favourites = {{1, true}};
+    channels::furnish(tv(), tracks::furnished(service));
+    tv().adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& state) {
+      state.isp.audio = service.audio;
+      state.isp.subtitles = service.subtitles;
+    });
     fresh_ = tv().state();
+  }
+
+  /// From now on commands find the ISP source on screen.
+  void showIsp() {
+    fresh_.isp.shown = true;
+    lastService_ = "isp-service";
   }
 
   /// The set as it was at first with a found-channel list, an engine on it, and what the command answers there.
@@ -39,16 +54,20 @@ class SweepTest : public channels::ChannelEngineTest, public ::testing::WithPara
     clearFaults();
     close();
     tv().adjust(virtualtv::WindowId::main, [this](virtualtv::TvState& state) { state = fresh_; });
+    setSetting(tracks::lastService, lastService_);
     ASSERT_TRUE(open());
     ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
     forget();
   }
 
+  void sweep();
+
  private:
   virtualtv::TvState fresh_;
+  std::string lastService_ = "tv-service";
 };
 
-TEST_P(SweepTest, NothingBreaks) {
+void SweepTest::sweep() {
   const engine::Call& call = engine::everyCall()[GetParam()];
   prepare();
   const std::string healthy = execute(call.name, call.parameters);
@@ -70,6 +89,15 @@ TEST_P(SweepTest, NothingBreaks) {
       EXPECT_EQ(execute(call.name, call.parameters), healthy) << "and the next time it is well again";
     }
   }
+}
+
+TEST_P(SweepTest, NothingBreaks) {
+  sweep();
+}
+
+TEST_P(SweepTest, NothingBreaksOnTheIspSource) {
+  showIsp();
+  sweep();
 }
 
 bool isAlphanumeric(char letter) {

@@ -95,7 +95,7 @@ TEST_F(IspTest, SwitchesTheSecondaryStack) {
   EXPECT_TRUE(worker.SetSource_D2TV());
   EXPECT_EQ(calls(), Lines{"D2TVCAPI_setSourceISP() -> 1"});
   EXPECT_EQ(logs(), switching);
-  EXPECT_TRUE(tv().state().ispShown);
+  EXPECT_TRUE(tv().state().isp.shown);
 }
 
 TEST_F(IspTest, AfterTheSwitchThePlatformSaysThatItIsOnScreen) {
@@ -121,7 +121,7 @@ TEST_F(IspTest, AnExceptionIsAFailedSwitch) {
 }
 
 TEST_F(IspTest, AStackThatCannotBeReachedIsAFailedSwitch) {
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) { state.ispPresent = false; });
+  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
   EXPECT_FALSE(worker.SetSource_D2TV());
   EXPECT_FALSE(worker.IsSourceISP());
 }

@@ -175,8 +175,8 @@ TEST_F(DetailTest, AsksTheTvServiceWhereTheLastServiceIsUnknown) {
 
 TEST_F(DetailTest, OnTheIspSourceTellsWhatTheSecondaryStackTells) {
   tv().adjust(WindowId::main, [](virtualtv::TvState& state) {
-    state.ispWidth = 1280;
-    state.ispHeight = 720;
+    state.isp.width = 1280;
+    state.isp.height = 720;
   });
   showIsp();
   EXPECT_EQ(ask(), 1);
@@ -204,7 +204,7 @@ TEST_F(DetailTest, OnTheIspSourceTheWindowDoesNotMatter) {
 
 TEST_F(DetailTest, WithoutAManagerTheDocumentIsAllZero) {
   setSetting(lastService, "isp-service");
-  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state.ispPresent = false; });
+  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
   forget();
   EXPECT_EQ(ask(), 0);
   EXPECT_EQ(text, allZero);

@@ -24,11 +24,7 @@ class ScreenCommandTest : public support::EngineTest {
 
   /// Runs a command under a fault, which must be hit: its answer and its result code.
   std::string under(const std::string& words, const std::string& command, const Lines& parameters = {}) {
-    clearFaults();
-    fault(words);
-    const std::string answer = execute(command, parameters);
-    EXPECT_TRUE(faultsHit()) << words;
-    clearFaults();
+    const std::string answer = executeUnder(words, command, parameters);
     return answer + ", " + finished();
   }
 

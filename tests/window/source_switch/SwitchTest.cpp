@@ -122,7 +122,7 @@ TEST_F(SwitchTest, IspSwitchesTheSecondaryStackThenDeactivatesTheTvService) {
   EXPECT_EQ(calls(), join({askSource(), {askApp, "D2TVCAPI_setSourceISP() -> 1", leave}, record(isp, 20)}));
   EXPECT_EQ(logs(), join({asked(isp), other(isp), toIsp, {leaving(isp)}, recorded(isp, 20)}));
   EXPECT_EQ(keys(), (Lines{"48", "20", "0", "-", "test.widget:48"}));
-  EXPECT_TRUE(tv().state().ispShown);
+  EXPECT_TRUE(tv().state().isp.shown);
   EXPECT_EQ(shown(), -1);
 }
 
@@ -139,7 +139,7 @@ TEST_F(SwitchTest, FromIspBackToTheTvServiceNoneIsThePreviousSource) {
   EXPECT_TRUE(set(isp));
   EXPECT_TRUE(set(0));
   EXPECT_EQ(keys(), (Lines{"0", "43", "0", "-", "test.widget:0"}));
-  EXPECT_FALSE(tv().state().ispShown);
+  EXPECT_FALSE(tv().state().isp.shown);
   EXPECT_EQ(shown(), 0);
 }
 
@@ -236,7 +236,7 @@ TEST_F(SwitchFailureTest, ASecondaryStackThatDoesNotSwitchLeavesTheTvServiceAlon
 }
 
 TEST_F(SwitchTest, ASecondaryStackThatCannotBeReachedIsAFailure) {
-  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state.ispPresent = false; });
+  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
   EXPECT_FALSE(set(isp));
   EXPECT_EQ(keys(), startKeys);
   EXPECT_EQ(shown(), 5);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "EmpAppWindow.h"
+#include "shell/Session.h"
+#include "window/cases/Cases.h"
+
+namespace cases {
+
+/// What was seen when a case ran.
+struct Seen {
+  Lines words;                ///< of the case's command: its name and parameters
+  Lines reply;                ///< what the command printed
+  std::optional<int> finish;  ///< the result that its finish line told
+  Lines calls;                ///< those of the command itself, not of the engine that it opened
+  Lines complaints;           ///< what did not print as expected, and what a transcript must not have
+
+  std::optional<int> number() const;  ///< the number replied, if it was one
+  /// True when the command did the same to the set, with the same outcome.
+  bool same(const Seen& other) const;
+};
+
+/// Runs cases, each on a fresh set in memory, as `emp-window check` does. There is one at a time.
+class Runner {
+ public:
+  Runner();
+
+  Seen run(const Case& shown);
+  /// Runs the case with another text as parameter `at`, counted from 0. Nothing is expected of what it prints.
+  Seen runWith(const Case& shown, std::size_t at, const std::string& text);
+
+ private:
+  kel::CEmpAppWindow app_;
+  virtualtv::Storage storage_;
+  virtualtv::shell::Session session_;
+};
+
+}  // namespace cases

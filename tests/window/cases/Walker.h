@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Window/Src/Commands.h"
+#include "shell/Catalogue.h"
+#include "window/cases/Cases.h"
+#include "window/cases/Runner.h"
+
+namespace cases {
+
+/// Holds the cases of a command against its row of the command table, the catalogue and the table of results: whether
+/// the row has all the cases that it must have, and whether each shows what it says. README.md in this folder tells
+/// what is demanded.
+class Walker {
+ public:
+  /// @param catalogue  outlives it.
+  Walker(const virtualtv::shell::Catalogue& catalogue, std::map<std::string, Results> results);
+
+  /// Runs the cases of a row. @return a line on each thing that is wrong, with the command's name or with file and
+  /// line.
+  Lines walk(const kel::Command& row, const std::vector<Case>& cases);
+
+  /// A line on each case and each line of results whose command is not in the table.
+  Lines strays(const std::vector<Case>& cases) const;
+
+ private:
+  const virtualtv::shell::Catalogue& catalogue_;
+  std::map<std::string, Results> results_;
+  Runner runner_;
+};
+
+}  // namespace cases

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "support/Tracks.h"
+#include "window/report/Documents.h"
+
+/// What the tests of subtitles share.
+namespace subtitle {
+
+using support::Lines;
+using tracks::Members;
+using virtualtv::SubtitleTrack;
+
+/// Three tracks of a service.
+inline const std::vector<SubtitleTrack> threeTracks{
+    {270, 41, virtualtv::KIND_DVB, true}, {271, 51, virtualtv::KIND_DVB, true}, {272, 61, virtualtv::KIND_DVB, true}};
+
+/// Two DVB subtitles, two teletext pages and a teletext subtitle page of the secondary stack.
+inline const std::vector<SubtitleTrack> fiveEntries{{270, 41, virtualtv::KIND_DVB, true},
+                                                    {271, 51, virtualtv::KIND_DVB, true},
+                                                    {272, 61, virtualtv::KIND_TELETEXT, true},
+                                                    {272, 71, virtualtv::KIND_TELETEXT, true},
+                                                    {272, 81, virtualtv::KIND_TELETEXT_SUBTITLE, true}};
+
+/// An element of a list of subtitles.
+inline Members element(const std::string& index, const std::string& lang) {
+  return {{"index", index}, {"lang", lang}};
+}
+
+inline const Lines dataControlMissing{"0 svc_datacontrol_proxy is NULL, t_eWindow =0",
+                                      "0 CEmpTaskWindow svc_datacontrol_proxy create is FAIL!!",
+                                      "0 ServiceDataControlproxy is NULL"};
+
+/// As a trace shows the main window's first interfaces, before the operation and its arguments.
+inline const std::string aux = "ServiceDataAux[main#1]::";
+inline const std::string control = "IDataControl[main#1]::";
+
+/// A worker for the main window; the TV service shows 281 with three subtitles.
+class SubtitleTest : public tracks::TrackTest {
+ protected:
+  void SetUp() override {
+    TrackTest::SetUp();
+    give(threeTracks);
+  }
+
+  /// The service on screen has these tracks.
+  void give(const std::vector<SubtitleTrack>& subtitles) {
+    virtualtv::Service service;
+    service.subtitles = subtitles;
+    showTv(service);
+  }
+};
+
+}  // namespace subtitle
