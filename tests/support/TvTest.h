@@ -95,7 +95,7 @@ class TvTest : public ::testing::Test {
     clearFaults();
     forget();
     fault(words);
-    const auto result = operation();
+    auto result = operation();
     EXPECT_TRUE(faultsHit()) << words;
     clearFaults();
     return result;
