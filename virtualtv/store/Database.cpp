@@ -103,8 +103,10 @@ std::string Database::answerOf(const char* query) const {
   if (code == SQLITE_OK) code = sqlite3_step(statement);
   const unsigned char* text = code == SQLITE_ROW ? sqlite3_column_text(statement, 0) : nullptr;
   std::string answer(text == nullptr ? "" : reinterpret_cast<const char*>(text));
+  // What a statement writes is on the disk only behind its last row.
+  if (code == SQLITE_ROW) code = sqlite3_step(statement);
   sqlite3_finalize(statement);
-  if (code != SQLITE_ROW && code != SQLITE_DONE) fail(opening, code);
+  if (code != SQLITE_DONE) fail(opening, code);
   return answer;
 }
 

@@ -283,7 +283,7 @@ TEST_F(DatabaseFile, CantBeMadeOnAFullDisk) {
     limitFileSize(1000);
     return failureToOpen();
   });
-  EXPECT_EQ(text, failure("bring it to the newest version: writing to the disk failed"));
+  EXPECT_EQ(text, failure("open it: writing to the disk failed"));
   Database database(file, oldSchema);
   add(database);
   EXPECT_EQ(count(database), 1);
