@@ -1,11 +1,11 @@
 // The comparison itself: it finds what differs, makes a script short, and its scripts go everywhere.
-#include "Comparison.h"
+#include "support/comparison/Comparison.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "Scripts.h"
+#include "support/comparison/Scripts.h"
 
 namespace comparison {
 namespace {
@@ -51,8 +51,8 @@ TEST(Comparison, FindsAnotherFieldOfAService) {
 }
 
 TEST(Comparison, FindsWhatTheMiddlewareIsTold) {
-  const auto difference =
-      compare({"GetSource", "SetSource 31"}, nullptr, [](model::World& world) { world.widgets["main"] = "another"; });
+  const auto difference = compare({"GetSource", "SetSource 31"}, nullptr,
+                                  [](model::World& world) { world.applications["main"].second = "another"; });
   ASSERT_TRUE(difference);
   EXPECT_EQ(difference->line, 1U);
   EXPECT_EQ(difference->expectation, "> GetSource\nint 0\n> SetSource 31\nint 1\n");

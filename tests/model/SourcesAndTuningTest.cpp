@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "Comparison.h"
-#include "Scripts.h"
+#include "support/comparison/Comparison.h"
+#include "support/comparison/Scripts.h"
 
 namespace comparison {
 namespace {

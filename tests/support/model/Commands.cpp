@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <limits>
 #include <map>
-#include <stdexcept>
 
 #include "support/model/Plugin.h"
 
@@ -60,6 +59,13 @@ std::map<std::string, Run> makeCommands() {
       {"ChangeSubtitle", changeSubtitle},
       {"GetFavorites", getFavorites},
       {"UpdateFavorites", updateFavorites},
+      {"SetDVBSIChannelDirectEx", setChannelBySatellite},
+      {"GetChannel_OnTVJson", getChannelJson},
+      {"GetCurrentChannelInfo", getCurrentChannelInfo},
+      {"GetCurrentChannel", getCurrentChannelInfo},
+      {"GetPreviousChannelInfo", getPreviousChannelInfo},
+      {"GetStartChannel_Info", getStartChannelInfo},
+      {"GetFullChannelList", getFullChannelList},
   };
   for (const char* field : {"Type", "Major", "Minor", "Name"}) {
     commands.emplace(std::string("GetStartChannel_") + field, getField);
@@ -97,13 +103,12 @@ std::uint64_t Command::identifier(std::size_t index) const {
 Reply answer(const Command& command) {
   static const std::map<std::string, Run> commands = makeCommands();
   const auto found = commands.find(command.name);
-  if (found == commands.end()) throw std::invalid_argument("the model does not know the command " + command.name);
-  return found->second(command);
+  return found == commands.end() ? Reply(Refused{}) : found->second(command);
 }
 
 Reply answerList(const Command& command) {
-  if (command.name == "SetScreenCropRect") return setScreenCropRectByList(command);
-  throw std::invalid_argument("the model does not know " + command.name + " with a parameter list");
+  if (command.name.empty()) return Refused{};
+  return command.name == "SetScreenCropRect" ? setScreenCropRectByList(command) : Reply(Refused{-1});
 }
 
 }  // namespace model

@@ -1,5 +1,8 @@
 #include "support/model/Documents.h"
 
+#include <json/reader.h>
+#include <json/writer.h>
+
 namespace model {
 
 namespace {
@@ -24,6 +27,18 @@ std::string arrayOf(const std::vector<Members>& objects) {
   std::string text;
   for (const Members& object : objects) text += (text.empty() ? "\n" : ",\n") + margin + objectOf(object, margin);
   return text.empty() ? "[]" : "[" + text + "\n   ]";
+}
+
+std::string quoted(const std::string& utf8) {
+  return Json::valueToQuotedString(utf8.c_str());
+}
+
+bool parseJson(const std::string& text, Json::Value& value) {
+  return Json::Reader().parse(text, value, true);
+}
+
+std::string document(const Json::Value& value) {
+  return Json::StyledWriter().write(value);
 }
 
 }  // namespace model

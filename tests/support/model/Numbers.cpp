@@ -43,14 +43,6 @@ bool isOneOf(const std::array<int, size>& values, int value) {
   return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-int serviceModeOf(int region, int country) {
-  if (region == 17) return 2;
-  if (isOneOf(std::array{0, 2}, country)) return 0;
-  if (isOneOf(std::array{1, 36, 63, 75}, country)) return 21;
-  if (isOneOf(std::array{34, 64, 65, 67, 69, 70, 71, 72, 73, 74, 80}, country)) return 2;
-  return 1;
-}
-
 constexpr int special = 21;  // a service mode with numbers of its own on every antenna
 
 }  // namespace
@@ -68,10 +60,22 @@ int channelTypeToPl(int tc) {
   return toPl(channelTypes, tc);
 }
 
-virtualtv::TvMode modeToTc(int pl, int region, int country) {
-  if (pl == 1) return {0, serviceModeOf(region, country)};
-  if (pl == 2 || pl == 3) return {1, serviceModeOf(region, country)};
-  if (pl == 4) return {2, serviceModeOf(region, country)};
+/// The codes from -1 to 18 are the same on both sides.
+int modulationToPl(int tc) {
+  return tc >= -1 && tc <= 18 ? tc : 0;
+}
+
+int serviceModeOf(int country) {
+  if (isOneOf(std::array{0, 2}, country)) return 0;
+  if (isOneOf(std::array{1, 36, 63, 75}, country)) return 21;
+  if (isOneOf(std::array{34, 64, 65, 67, 69, 70, 71, 72, 73, 74, 80}, country)) return 2;
+  return 1;
+}
+
+virtualtv::TvMode modeToTc(int pl, const std::function<int()>& serviceMode) {
+  if (pl == 1) return {0, serviceMode()};
+  if (pl == 2 || pl == 3) return {1, serviceMode()};
+  if (pl == 4) return {2, serviceMode()};
   if (pl >= 5 && pl <= 20) return {2, pl - 2};
   if (pl == 23) return {0, special};
   if (pl == 24) return {1, special};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "set/State.h"
 
 /// The numbers of web applications ("PL") and those of the TV service ("TC"), as the model knows them.
@@ -12,9 +14,13 @@ int sourceToPl(int tc);
 
 int channelTypeToTc(int pl);
 int channelTypeToPl(int tc);
+/// The TV service's modulation to the web applications' tune mode.
+int modulationToPl(int tc);
 
-/// A TV mode as one number; those that name an antenna alone get the service mode of region and country.
-virtualtv::TvMode modeToTc(int pl, int region, int country);
+/// A TV mode as one number. @param serviceMode  asked where the number names an antenna alone.
+virtualtv::TvMode modeToTc(int pl, const std::function<int()>& serviceMode);
 int modeToPl(virtualtv::TvMode mode);
+/// The service mode that a country has.
+int serviceModeOf(int country);
 
 }  // namespace model

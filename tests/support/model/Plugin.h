@@ -7,33 +7,58 @@
 #include <variant>
 #include <vector>
 
+#include "support/model/Platform.h"
 #include "support/model/Set.h"
 
-/// What the plug-in answers, what it has the set do and which settings keys it writes, in their order: one function a
-/// command, on a set that never fails. A reference to hold the plug-in against; it shares no code with that.
+/// What the plug-in answers, which calls it makes to the set in which order, and which settings keys it writes, also
+/// where calls fail: one function a command. A reference to hold the plug-in against; it shares no code with that.
+///
+/// A call that an exception leaves fails the operation that makes it: as the call's own failure would, or where that
+/// would not fail it, as the operation fails otherwise.
 namespace model {
 
 /// The command is accepted and not answered.
 using Nothing = std::monostate;
 
+/// The command is not known. It is answered with a number or not at all.
+struct Refused {
+  std::optional<int> answer;
+};
+
 /// A number, a text of bytes, a text of 16-bit units or none of these.
-using Reply = std::variant<int, std::string, std::u16string, Nothing>;
+using Reply = std::variant<int, std::string, std::u16string, Nothing, Refused>;
+
+/// The interfaces of a window.
+struct Proxies {
+  Interface navigation;
+  Interface source;
+  Interface video;
+  Interface av;
+  Interface aux;
+  Interface data;
+};
 
 /// One engine on the set: what it keeps between commands.
 struct Engine {
+  std::string appId;
   std::string widgetId;
-  WindowId window = WindowId::main;
-  std::vector<Service> found;  ///< what the last "FindChannel" found, as it was then
+  int window = 3;  ///< 0 is the main window, anything else picture-in-picture
+  std::string sourceKey;
+  std::string previousKey;
+  Proxies active;
+  Proxies main;
+  Proxies pip;
+  Interface service;
+  Interface tuner;
+  std::vector<TCServiceData> found;  ///< by the last "FindChannel"
 };
 
 /// A command that an engine was given, and the set that it runs on.
 struct Command {
-  Set& set;
+  Platform tv;
   Engine& engine;
   std::string name;
   std::vector<std::string> parameters;  ///< four, or nine of a list
-
-  virtualtv::WindowState& window() const { return set.state[engine.window]; }
 
   // How parameters are read. `index` counts from 0.
 
@@ -42,13 +67,40 @@ struct Command {
   std::uint64_t identifier(std::size_t index) const;   ///< also hexadecimal and octal; 0 when that is no number
 };
 
-/// An engine is opened: the keys of the sources start with what the main window shows.
-Engine open(Set& set, const std::string& widgetId);
+/// An engine is opened: it makes its interfaces for the main window, and the keys of the sources start with what that
+/// shows. What fails is left for later.
+Engine open(const Platform& tv, const std::string& appId, const std::string& widgetId);
+/// An engine is closed.
+void close(const Platform& tv);
 
-/// Runs a command. @throws std::invalid_argument for a command that the model does not know.
+/// Runs a command.
 Reply answer(const Command& command);
-/// Runs a command that comes with a parameter list. @throws likewise.
+/// Runs a command that comes with a parameter list.
 Reply answerList(const Command& command);
+
+/// Runs a step of an operation. @return what an exception makes of it, when one leaves it.
+template <typename Step, typename Result>
+Result attempt(Result failure, Step step) {
+  try {
+    return step();
+  } catch (const Thrown&) {
+    return failure;
+  }
+}
+
+// Interfaces that are missing are made when they are first wanted. @return whether there is one then.
+
+bool needService(const Command& command);
+bool needNavigation(const Command& command);
+bool needSource(const Command& command);
+bool needVideo(const Command& command);
+bool needAv(const Command& command);
+bool needAux(const Command& command);
+bool needData(const Command& command);
+bool needTuner(const Command& command);
+/// Makes the source control of the engine's window the active one, and its keys the ones in use.
+/// @throws Thrown
+bool selectSource(const Command& command);
 
 // Sources.
 
@@ -61,10 +113,12 @@ std::optional<int> currentSource(const Command& command);
 /// Records a switch of the window: previous source, then what the middleware reads, then current source.
 /// @return false where that ends early, as always in picture-in-picture.
 bool record(const Command& command, int source, int previous);
+/// The keys of the sources start with what the main window shows. @return false where that ends early.
+bool seedSources(const Command& command);
 /// Whether the platform notes that the ISP source is on screen.
-bool showsIsp(const Set& set);
-/// Key of the window's current source.
-std::string sourceKey(const Command& command);
+bool showsIsp(const Command& command);
+/// The application's id, or what stands for one that has none. @throws Thrown
+std::string application(const Command& command);
 
 Reply setWindow(const Command& command);
 Reply getSource(const Command& command);
@@ -107,22 +161,57 @@ Reply changeSubtitle(const Command& command);
 Reply getFavorites(const Command& command);
 Reply updateFavorites(const Command& command);
 
-// Channels.
+// Channels. A lookup answers nothing when it fails.
+
+inline constexpr unsigned long long noId = ~0ULL;
+
+std::optional<TCServiceData> currentChannel(const Command& command);
+std::optional<TCServiceData> previousChannel(const Command& command);
+std::optional<TCServiceData> startChannel(const Command& command);
+/// The channel at the position of the found list that the first parameter tells; null for none.
+const TCServiceData* foundChannel(const Command& command);
+
+/// A number of a record, cut to the width of `Value`; `Value(-1)` when it is missing.
+template <typename Value>
+Value fieldOf(const TCServiceData& record, int field) {
+  auto value = static_cast<Value>(-1);
+  record.Get(field, value);
+  return value;
+}
+/// A text of a record, its units in the host's order.
+std::u16string textOf(const TCServiceData& record, int field);
+unsigned long long idOf(const TCServiceData& record);
+
+/// The pair for a TV mode of web applications, which may take region and country.
+TSTvMode modeOf(const Command& command, int mode);
 
 Reply getTvMode(const Command& command);
 Reply setTvMode(const Command& command);
-Reply getSignalStrength(const Command& command);
 Reply findChannel(const Command& command);
 Reply getChannelSize(const Command& command);
 Reply getChannelServiceId(const Command& command);
 Reply getStartChannelServiceId(const Command& command);
+/// A field of the channel on screen, at a position of the found list, or that the set starts with: the commands
+/// "GetCurrentChannel_FIELD", "GetChannel_FIELD" and "GetStartChannel_FIELD".
+Reply getField(const Command& command);
+
+// Tuning.
+
 Reply setChannel(const Command& command);
 Reply setChannelByPtc(const Command& command);
 Reply setChannelBySeek(const Command& command);
 Reply setChannelByServiceId(const Command& command);
 Reply setChannelDirect(const Command& command);
-/// A field of the channel on screen, at a position of the found list, or that the set starts with: the commands
-/// "GetCurrentChannel_FIELD", "GetChannel_FIELD" and "GetStartChannel_FIELD".
-Reply getField(const Command& command);
+/// The command "SetDVBSIChannelDirectEx".
+Reply setChannelBySatellite(const Command& command);
+Reply getSignalStrength(const Command& command);
+
+// Reports.
+
+Reply getChannelJson(const Command& command);
+Reply getCurrentChannelInfo(const Command& command);
+Reply getPreviousChannelInfo(const Command& command);
+Reply getStartChannelInfo(const Command& command);
+Reply getFullChannelList(const Command& command);
 
 }  // namespace model

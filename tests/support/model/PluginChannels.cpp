@@ -1,7 +1,5 @@
-// The plug-in's channels: looking them up, their fields, tuning.
-#include <limits>
+// The plug-in's channels: looking them up, their fields, the TV mode.
 #include <map>
-#include <stdexcept>
 
 #include "support/model/Numbers.h"
 #include "support/model/Plugin.h"
@@ -12,36 +10,72 @@ namespace {
 
 using Data = TCServiceData;
 
-constexpr std::uint64_t noId = ~std::uint64_t{0};
+constexpr int regionWithOneMode = 17;
 
-std::uint64_t idOf(const Service& service) {
-  return number(service, Data::SERVICE_ID).value_or(noId);
+void fetchAll(TCCriteriaHelper& criteria, std::initializer_list<int> fields) {
+  for (const int field : fields) criteria.Fetch(field);
 }
 
-/// What every tune ends in. On the TV source the window is tuned; from elsewhere it is switched to TV, which may fail
-/// unseen, and the answer is about the settings key.
-int tuneTo(const Command& command, std::uint64_t id) {
-  const ServiceKey key = keyOf(command.set, id);
-  if (currentSource(command) == tvSource) return tune(command.set, command.engine.window, key) ? 1 : 0;
-  switchSource(command.set, command.engine.window, tvSource, key);
-  const auto stored = readInt(command.set, sourceKey(command));
-  if (!stored) return 0;
-  if (*stored == tvSource) return 1;
-  return record(command, tvSource, *stored) ? 1 : 0;
+/// The service mode that goes with an antenna; -1 when it can't be told.
+int defaultServiceMode(const Command& command) {
+  return attempt(-1, [&] {
+    int region = 0;
+    if (command.tv.region(region) != 0) return -1;
+    if (region == regionWithOneMode) return 2;
+    int country = 0;
+    return command.tv.country(country) == 0 ? serviceModeOf(country) : -1;
+  });
 }
 
-int tuneToService(const Command& command, ServiceKey key) {
-  const Service* const service = at(command.set, key);
-  return service == nullptr ? 0 : tuneTo(command, idOf(*service));
+std::optional<TCServiceData> askCurrent(const Command& command) {
+  const Interface navigation = command.engine.active.navigation;
+  TCCriteriaHelper criteria;
+  fetchAll(criteria, {12, 16, 41, 15, 18, 1, 2, 6, 37, 4, 13, 14, 22, 110});
+  TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
+  TCServiceData service;
+  if (command.tv.getTvMode(navigation, mode) < 1) return std::nullopt;
+  if (command.tv.getCurrentService(navigation, mode, criteria, service) < 1) return std::nullopt;
+  return service;
 }
 
-/// The channel that a command of a family asks about; null when there is none.
-const Service* channelOf(const Command& command, const std::string& family) {
-  if (family == "GetCurrentChannel") return at(command.set, command.window().service);
-  if (family == "GetStartChannel") return at(command.set, keyOf(command.set, command.set.state.startServiceId));
-  const int index = command.decimal(0);
-  if (index < 0 || static_cast<std::size_t>(index) >= command.engine.found.size()) return nullptr;
-  return &command.engine.found[static_cast<std::size_t>(index)];
+std::optional<TCServiceData> findById(const Command& command, unsigned long long id,
+                                      std::initializer_list<int> fields) {
+  TCCriteriaHelper criteria;
+  fetchAll(criteria, fields);
+  criteria.Where(Data::SERVICE_ID, id);
+  TCServiceData service;
+  if (command.tv.findService(command.engine.service, criteria, service) < 1) return std::nullopt;
+  return service;
+}
+
+std::optional<TCServiceData> askPrevious(const Command& command) {
+  const Interface navigation = command.engine.active.navigation;
+  TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
+  unsigned long long id = noId;
+  if (command.tv.getTvMode(navigation, mode) < 1) return std::nullopt;
+  if (command.tv.getPreviousServiceId(navigation, mode, id) < 1) return std::nullopt;
+  return findById(command, id, {12, 16, 41, 15, 18, 1, 2, 6, 37, 4, 13, 14});
+}
+
+std::optional<TCServiceData> askStart(const Command& command) {
+  unsigned long long id = noId;
+  int source = -1;
+  if (command.tv.getStartService(command.engine.active.navigation, id, source) < 1) return std::nullopt;
+  if (!needService(command)) return std::nullopt;
+  return findById(command, id, {16, 13, 14, 1, 12});
+}
+
+/// Fills the found list. @return whether the set has such channels.
+bool find(const Command& command) {
+  const int type = command.decimal(0);
+  const TSTvMode mode = modeOf(command, command.decimal(1));
+  TCCriteriaHelper criteria;
+  if (command.tv.getNavigationCriteria(mode, criteria) == 0) return false;
+  if (type != 0) criteria.Where(Data::CHANNEL_TYPE, channelTypeToTc(type));
+  fetchAll(criteria, {12, 16, 41, 15, 18, 1, 2, 6, 37, 4, 13, 14, 110});
+  if (!command.engine.main.navigation) return false;
+  const int answered = command.tv.getServiceList(command.engine.main.navigation, criteria, command.engine.found);
+  return answered > 0 && !command.engine.found.empty();
 }
 
 const std::map<std::string, int> numberFields{
@@ -53,14 +87,10 @@ const std::map<std::string, int> numberFields{
     {"TransportStreamID", Data::TRANSPORT_STREAM_ID},
 };
 
-Reply numberOf(const Service& channel, const std::string& family, int field) {
-  const int missing = family == "GetStartChannel" ? -1 : std::numeric_limits<std::uint16_t>::max();
-  const auto held = number(channel, field);
-  return held ? static_cast<int>(*held) : missing;
-}
-
-Reply typeOf(const Service& channel) {
-  return channelTypeToPl(static_cast<int>(number(channel, Data::CHANNEL_TYPE).value_or(noId)));
+/// The start channel's numbers are read as they are, those of others as 16 bits.
+Reply numberOf(const Command& command, const TCServiceData& channel, int field) {
+  if (command.name.starts_with("GetStartChannel")) return fieldOf<int>(channel, field);
+  return int{fieldOf<unsigned short>(channel, field)};
 }
 
 /// As much of a name as a reply takes: it ends at a surrogate, since names are of single units, at a terminator, and
@@ -76,40 +106,83 @@ std::u16string replied(const std::u16string& name) {
   return name.substr(0, length);
 }
 
-Reply nameOf(const Service& channel, const Command& command) {
-  const auto name = channel.texts.find(Data::CHANNEL_NAME);
-  const bool unnamed = name == channel.texts.end() || name->second.empty();
-  if (unnamed && command.name == "GetChannel_Name") return -1;
-  return unnamed ? std::u16string() : replied(name->second);
+Reply nameOf(const Command& command, const TCServiceData& channel) {
+  const std::u16string name = textOf(channel, Data::CHANNEL_NAME);
+  if (name.empty() && command.name == "GetChannel_Name") return -1;
+  return replied(name);
+}
+
+std::optional<TCServiceData> channelOf(const Command& command) {
+  if (command.name.starts_with("GetCurrentChannel")) return currentChannel(command);
+  if (command.name.starts_with("GetStartChannel")) return startChannel(command);
+  const TCServiceData* const found = foundChannel(command);
+  return found == nullptr ? std::nullopt : std::optional(*found);
 }
 
 }  // namespace
 
+TSTvMode modeOf(const Command& command, int mode) {
+  const virtualtv::TvMode told = modeToTc(mode, [&] { return defaultServiceMode(command); });
+  return {static_cast<EAntennaMode>(told.antenna), static_cast<EServiceMode>(told.service)};
+}
+
+std::optional<TCServiceData> currentChannel(const Command& command) {
+  if (!needNavigation(command)) return std::nullopt;
+  return attempt(std::optional<TCServiceData>(), [&] { return askCurrent(command); });
+}
+
+std::optional<TCServiceData> previousChannel(const Command& command) {
+  if (!needNavigation(command) || !needService(command)) return std::nullopt;
+  return attempt(std::optional<TCServiceData>(), [&] { return askPrevious(command); });
+}
+
+std::optional<TCServiceData> startChannel(const Command& command) {
+  if (!needNavigation(command)) return std::nullopt;
+  return attempt(std::optional<TCServiceData>(), [&] { return askStart(command); });
+}
+
+const TCServiceData* foundChannel(const Command& command) {
+  const int index = command.decimal(0);
+  if (index < 0 || static_cast<std::size_t>(index) >= command.engine.found.size()) return nullptr;
+  return &command.engine.found[static_cast<std::size_t>(index)];
+}
+
+std::u16string textOf(const TCServiceData& record, int field) {
+  std::vector<unsigned short> units(static_cast<std::size_t>(record.GetLength(field)));
+  record.Get(field, units.data());
+  std::u16string text;
+  for (const unsigned short unit : units) text += static_cast<char16_t>((unit & 0xFF) << 8 | unit >> 8);
+  return text;
+}
+
+unsigned long long idOf(const TCServiceData& record) {
+  return fieldOf<unsigned long long>(record, Data::SERVICE_ID);
+}
+
 Reply getTvMode(const Command& command) {
-  return modeToPl(command.window().mode);
+  if (!needNavigation(command)) return -1;
+  return attempt(-1, [&] {
+    TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
+    if (command.tv.getTvMode(command.engine.active.navigation, mode) < 1) return -1;
+    return modeToPl({mode.antennaMode, mode.serviceMode});
+  });
 }
 
 Reply setTvMode(const Command& command) {
-  const auto mode = command.number(0);
-  if (!mode) return -1;
-  const virtualtv::TvState& state = command.set.state;
-  return setMode(command.set, command.engine.window, modeToTc(*mode, state.region, state.country)) ? 1 : -1;
-}
-
-/// The tuner is the main window's, whichever the engine has selected.
-Reply getSignalStrength(const Command& command) {
-  return signalStrength(command.set, WindowId::main).value_or(-1);
+  const auto number = command.number(0);
+  if (!number) return -1;
+  if (!needNavigation(command)) return 0;
+  return attempt(-1, [&] {
+    const TSTvMode mode = modeOf(command, *number);
+    const std::string appId = application(command);
+    return command.tv.setTvMode(command.engine.active.navigation, mode, appId) > 0 ? 1 : -1;
+  });
 }
 
 Reply findChannel(const Command& command) {
+  if (!needNavigation(command)) return -1;
   command.engine.found.clear();
-  const int type = command.decimal(0);
-  const virtualtv::TvState& state = command.set.state;
-  auto conditions = listOf(modeToTc(command.decimal(1), state.region, state.country));
-  if (!conditions) return 0;
-  if (type != 0) conditions->push_back(equals(Data::CHANNEL_TYPE, channelTypeToTc(type)));
-  for (const ServiceKey key : listed(command.set, *conditions)) command.engine.found.push_back(*at(command.set, key));
-  return command.engine.found.empty() ? 0 : 1;
+  return attempt(0, [&] { return find(command) ? 1 : 0; });
 }
 
 Reply getChannelSize(const Command& command) {
@@ -117,38 +190,57 @@ Reply getChannelSize(const Command& command) {
 }
 
 Reply getField(const Command& command) {
-  const std::size_t line = command.name.find('_');
-  const std::string family = command.name.substr(0, line);
-  const std::string field = command.name.substr(line + 1);
-  const Service* const channel = channelOf(command, family);
-  if (channel == nullptr) return -1;
-  if (field == "Name" || field == "ServiceName") return nameOf(*channel, command);
-  if (field == "Type") return typeOf(*channel);
-  return numberOf(*channel, family, numberFields.at(field));
+  const auto channel = channelOf(command);
+  if (!channel) return -1;
+  const std::string field = command.name.substr(command.name.find('_') + 1);
+  if (field == "Name" || field == "ServiceName") return nameOf(command, *channel);
+  if (field == "Type") return channelTypeToPl(fieldOf<int>(*channel, Data::CHANNEL_TYPE));
+  return numberOf(command, *channel, numberFields.at(field));
 }
 
 Reply getStartChannelServiceId(const Command& command) {
-  return std::to_string(command.set.state.startServiceId);
+  if (!needNavigation(command)) return std::string();
+  return attempt(std::string(), [&] {
+    unsigned long long id = noId;
+    int source = -1;
+    const bool told = command.tv.getStartService(command.engine.active.navigation, id, source) > 0;
+    return told ? std::to_string(id) : std::string();
+  });
 }
 
 namespace {
 
 Reply idAtIndex(const Command& command) {
-  const auto index = command.number(0);
-  if (!index) return std::string();
-  const Service* const channel = channelOf(command, "GetChannel");
+  if (!command.number(0)) return std::string();
+  const TCServiceData* const channel = foundChannel(command);
   if (channel == nullptr) return -1;
   return std::to_string(idOf(*channel));
 }
 
+/// A type from 1 to 9 is looked for, the last of them on the window's antenna only, if that can be told.
+void addType(const Command& command, int type, TCCriteriaHelper& criteria) {
+  constexpr int tied = 9;
+  if (type < 1 || type > 9) return;
+  criteria.Where(Data::CHANNEL_TYPE, type);
+  const Interface navigation = command.engine.active.navigation;
+  if (type != tied || !navigation) return;
+  TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
+  if (command.tv.getTvMode(navigation, mode) > 0) criteria.Where(Data::ANTENNA_MODE, mode.antennaMode);
+}
+
 Reply idOfNumbers(const Command& command, int major, int minor, int type) {
-  constexpr int tied = 9;  // the channel type that is looked for on the window's antenna only
-  Conditions conditions{equals(Data::MAJOR, major), equals(Data::MINOR, minor)};
-  const int tc = channelTypeToTc(type);
-  if (tc >= 1 && tc <= 9) conditions.push_back(equals(Data::CHANNEL_TYPE, tc));
-  if (tc == tied) conditions.push_back(equals(Data::ANTENNA_MODE, command.window().mode.antenna));
-  const Service* const service = at(command.set, firstById(command.set, conditions));
-  return service == nullptr ? std::string() : std::to_string(idOf(*service));
+  if (!needService(command)) return -1;
+  return attempt(std::string(), [&] {
+    TCCriteriaHelper criteria;
+    fetchAll(criteria, {12, 13, 14});
+    criteria.OrderBy(Data::SERVICE_ID, SORT_ASCENDING);
+    criteria.Where(Data::MAJOR, major);
+    criteria.Where(Data::MINOR, minor);
+    addType(command, channelTypeToTc(type), criteria);
+    TCServiceData service;
+    const bool found = command.tv.findService(command.engine.service, criteria, service) > 0;
+    return found ? std::to_string(idOf(service)) : std::string();
+  });
 }
 
 }  // namespace
@@ -160,42 +252,6 @@ Reply getChannelServiceId(const Command& command) {
   const auto type = command.number(2);
   if (!major || !minor || !type) return std::string();
   return idOfNumbers(command, *major, *minor, *type);
-}
-
-Reply setChannel(const Command& command) {
-  const auto major = static_cast<std::uint16_t>(command.decimal(0));
-  const auto minor = static_cast<std::uint16_t>(command.decimal(1));
-  return tuneToService(command, best(command.set, command.engine.window, major, minor));
-}
-
-Reply setChannelByPtc(const Command& command) {
-  return tuneToService(command, firstById(command.set, {equals(Data::PTC, command.decimal(0))}));
-}
-
-Reply setChannelBySeek(const Command& command) {
-  const int seek = command.decimal(0);
-  const auto conditions = listOf(command.window().mode);
-  if (!conditions) return 0;
-  const Service* const current = at(command.set, command.window().service);
-  if (current == nullptr) return -1;
-  if (seek != 3 && seek != 4) return 0;
-  const Direction direction = seek == 3 ? Direction::forwards : Direction::backwards;
-  const Service* const target = at(command.set, step(command.set, *conditions, idOf(*current), direction));
-  return target == nullptr ? -1 : tuneTo(command, idOf(*target));
-}
-
-Reply setChannelByServiceId(const Command& command) {
-  return tuneTo(command, command.identifier(0));
-}
-
-/// The major number is looked for among the channel types, the channel type is looked for nowhere.
-Reply setChannelDirect(const Command& command) {
-  const auto ptc = command.number(0);
-  const auto major = command.number(1);
-  const auto minor = command.number(2);
-  if (!ptc || !major || !minor) return 1;
-  return tuneToService(command, first(command.set, {equals(Data::PTC, *ptc), equals(Data::CHANNEL_TYPE, *major),
-                                                    equals(Data::MINOR, *minor)}));
 }
 
 }  // namespace model

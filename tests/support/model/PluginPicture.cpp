@@ -6,18 +6,13 @@
 #include <map>
 
 #include "support/model/Documents.h"
-#include "support/model/Picture.h"
 #include "support/model/Plugin.h"
 
 namespace model {
 
 namespace {
 
-using virtualtv::Plane;
-
-Plane& planeOf(const Command& command) {
-  return command.window().plane;
-}
+using Sides = std::array<int, 4>;
 
 int toBase(int length) {
   constexpr std::int64_t least = std::numeric_limits<int>::min();
@@ -30,40 +25,61 @@ int toPlugin(int length) {
   return static_cast<int>((std::int64_t{length} + 1) / 2);
 }
 
-std::string textOf(const Rect& rect) {
-  return "x:" + std::to_string(rect.x) + ",y:" + std::to_string(rect.y) + ",w:" + std::to_string(rect.width) +
-         ",h:" + std::to_string(rect.height);
+/// Left, top, width and height.
+std::string textOf(const Sides& rect) {
+  return "x:" + std::to_string(rect[0]) + ",y:" + std::to_string(rect[1]) + ",w:" + std::to_string(rect[2]) +
+         ",h:" + std::to_string(rect[3]);
+}
+
+std::string textOf(const TSRectInfo& info) {
+  return textOf(Sides{info.x, info.y, info.width, info.height});
 }
 
 /// As much of a rectangle's text as an application gets.
-std::string replyOf(const Rect& rect) {
+std::string replyOf(const Sides& rect) {
   return textOf(rect).substr(0, 39);
 }
 
-/// The rectangle that the crop without one of its own is shown in: the plane's, in the applications' space, but with
-/// width and height in each other's place.
-Rect turnedPlaceOf(const Command& command) {
-  const Rect& rect = planeOf(command).rect;
-  return {toPlugin(rect.x), toPlugin(rect.y), toPlugin(rect.height), toPlugin(rect.width)};
+TSRectInfo infoOf(const Sides& rect) {
+  TSRectInfo info;
+  info.x = rect[0];
+  info.y = rect[1];
+  info.width = rect[2];
+  info.height = rect[3];
+  return info;
 }
 
-Reply cropTo(const Command& command, const Rect& part, const Rect& display) {
-  if (!currentSource(command)) return -1;
-  return crop(command.set, command.engine.window, {part, display}) ? 1 : 0;
+/// The rectangle that a crop without one of its own is shown in: the plane's, in the applications' space, but with
+/// width and height in each other's place; an empty one where it is not to be had at all. Nothing when it is not told.
+std::optional<Sides> turnedPlaceOf(const Command& command) {
+  Sides rect{};
+  if (!needVideo(command) || !currentSource(command)) return rect;
+  return attempt(std::optional<Sides>(), [&]() -> std::optional<Sides> {
+    if (command.tv.getSize(command.engine.active.video, rect[0], rect[1], rect[2], rect[3]) < 1) return std::nullopt;
+    for (int& side : rect) side = toPlugin(side);
+    return rect;
+  });
 }
 
-int hide(const Command& command, bool hidden) {
-  planeOf(command).muted = hidden;
-  return 1;
+Reply cropTo(const Command& command, const Sides& part, const Sides& display) {
+  if (!needVideo(command) || !currentSource(command)) return -1;
+  return attempt(0, [&] {
+    return command.tv.setCropArea(command.engine.active.video, infoOf(part), infoOf(display)) < 1 ? 0 : 1;
+  });
 }
 
-std::optional<int> codeOf(const Command& command) {
-  if (const auto told = command.window().resolution) return told;
-  const auto picture = pictureOn(command.set, command.engine.window);
-  return picture ? std::optional(resolutionCode(*picture)) : std::nullopt;
+/// The sides from a parameter on; nothing when one of them is no number.
+std::optional<Sides> sidesFrom(const Command& command, std::size_t parameter) {
+  Sides sides{};
+  for (int& side : sides) {
+    const auto number = command.number(parameter++);
+    if (!number) return std::nullopt;
+    side = *number;
+  }
+  return sides;
 }
 
-std::string detail(unsigned width, unsigned height, unsigned rate, unsigned lines) {
+std::string sizeText(unsigned width, unsigned height, unsigned rate, unsigned lines) {
   return document({{"frequency", std::to_string(rate)},
                    {"hFrequency", std::to_string(lines)},
                    {"horizontal", std::to_string(width)},
@@ -71,34 +87,58 @@ std::string detail(unsigned width, unsigned height, unsigned rate, unsigned line
 }
 
 /// What the secondary stack knows of its picture.
-std::string ispDetail(const virtualtv::TvState& state) {
-  if (!state.isp.present || !state.isp.shown) return detail(0, 0, 0, 0);
-  return detail(static_cast<unsigned>(state.isp.width), static_cast<unsigned>(state.isp.height), 0, 0);
+std::string ispDetail(const Command& command) {
+  return attempt(sizeText(0, 0, 0, 0), [&] {
+    unsigned width = 0;
+    unsigned height = 0;
+    const bool told = command.tv.getInstance() && command.tv.getVideoResolution(width, height) == 0;
+    return told ? sizeText(width, height, 0, 0) : sizeText(0, 0, 0, 0);
+  });
+}
+
+/// The code and the size of the picture; nothing when they are not told.
+std::optional<std::pair<int, TSResolution>> resolutionOf(const Command& command) {
+  using Told = std::optional<std::pair<int, TSResolution>>;
+  if (!needAv(command)) return std::nullopt;
+  return attempt(Told(), [&]() -> Told {
+    std::pair<int, TSResolution> told{136, {}};
+    if (command.tv.getResolution(command.engine.active.av, told.first, told.second) != 0) return std::nullopt;
+    return told;
+  });
 }
 
 }  // namespace
 
 Reply setScreenRect(const Command& command) {
   const bool byDefault = command.decimal(0) < 0;
-  if (!currentSource(command)) return 0;
-  if (byDefault) {
-    placeDefault(command.set, command.engine.window);
-    return 1;
-  }
-  const Rect rect{toBase(command.decimal(0)), toBase(command.decimal(1)), toBase(command.decimal(2)),
-                  toBase(command.decimal(3))};
-  return place(command.set, command.engine.window, rect) ? 1 : 0;
+  if (!needVideo(command) || !currentSource(command)) return 0;
+  const Interface video = command.engine.active.video;
+  return attempt(0, [&] {
+    if (byDefault) return command.tv.setDefaultSize(video) < 1 ? 0 : 1;
+    const int answered = command.tv.setSize(video, toBase(command.decimal(0)), toBase(command.decimal(1)),
+                                            toBase(command.decimal(3)), toBase(command.decimal(2)));
+    return answered < 1 ? 0 : 1;
+  });
 }
 
+/// A failure of 0 is answered as text.
 Reply getScreenRect(const Command& command) {
-  if (!currentSource(command)) return std::string();  // a failure of 0 is answered as text
-  const Rect& rect = planeOf(command).rect;
-  return replyOf({toPlugin(rect.x), toPlugin(rect.y), toPlugin(rect.width), toPlugin(rect.height)});
+  if (!needVideo(command) || !currentSource(command)) return std::string();
+  return attempt(std::string(), [&] {
+    int x = 0, y = 0, height = 0, width = 0;
+    if (command.tv.getSize(command.engine.active.video, x, y, height, width) < 1) return std::string();
+    return replyOf({toPlugin(x), toPlugin(y), toPlugin(width), toPlugin(height)});
+  });
 }
 
 Reply getActiveRect(const Command& command) {
-  const auto rect = activeArea(command.set, command.engine.window);
-  return rect ? replyOf(*rect) : std::string();
+  if (!needVideo(command)) return std::string();
+  return attempt(std::string(), [&] {
+    Sides rect{};
+    const int answered =
+        command.tv.getAfdGeometryRectSize(command.engine.active.video, rect[0], rect[1], rect[2], rect[3]);
+    return answered < 1 ? std::string() : replyOf(rect);
+  });
 }
 
 Reply getScreenMode(const Command&) {
@@ -110,69 +150,69 @@ Reply setScreenMode(const Command&) {
 }
 
 Reply getShowState(const Command& command) {
-  switch (command.window().sourceState) {
-    case -1:
-      return 0;
-    case 1:
-      return 3;
-    case 2:
-      return 1;
-    default:
-      return 4;
-  }
+  constexpr int preset = 5;
+  const bool there = command.engine.active.source || attempt(false, [&] { return selectSource(command); });
+  if (!there) return preset;
+  return attempt(-1, [&] {
+    int state = -1;
+    if (command.tv.getSourceState(command.engine.active.source, state) == 0) return -1;
+    switch (state) {
+      case -1:
+        return 0;
+      case 1:
+        return 3;
+      case 2:
+        return 1;
+      default:
+        return 4;
+    }
+  });
 }
 
 Reply setScreenCropRect(const Command& command) {
-  std::array<int, 4> sides{};
-  for (std::size_t side = 0; side < sides.size(); ++side) {
-    const auto number = command.number(side);
-    if (!number) return -1;
-    sides[side] = *number;
-  }
-  return cropTo(command, {sides[0], sides[1], sides[2], sides[3]}, turnedPlaceOf(command));
+  const auto part = sidesFrom(command, 0);
+  if (!part) return -1;
+  const auto display = turnedPlaceOf(command);
+  return display ? cropTo(command, *part, *display) : -1;
 }
 
 Reply setScreenCropRectByList(const Command& command) {
-  std::array<int, 8> sides{};
-  for (std::size_t side = 0; side < sides.size(); ++side) {
-    const auto number = command.number(side);
-    if (!number) return Nothing{};
-    sides[side] = *number;
-  }
-  return cropTo(command, {sides[0], sides[1], sides[2], sides[3]}, {sides[4], sides[5], sides[6], sides[7]});
+  const auto part = sidesFrom(command, 0);
+  const auto display = sidesFrom(command, 4);
+  if (!part || !display) return Nothing{};
+  return cropTo(command, *part, *display);
 }
 
 Reply getScreenCropRect(const Command& command) {
-  if (!currentSource(command)) return -1;
-  const auto crop = cropOn(command.set, command.engine.window);
-  if (!crop) return 0;
-  return "{crop:{" + textOf(crop->crop) + "},display:{" + textOf(crop->display) +
-         "},plane:" + std::to_string(command.number(0).value_or(0)) + "}";
+  if (!needVideo(command) || !currentSource(command)) return -1;
+  return attempt(Reply(0), [&]() -> Reply {
+    TSRectInfo part, display;
+    if (command.tv.getCropArea(command.engine.active.video, part, display) < 1) return 0;
+    return "{crop:{" + textOf(part) + "},display:{" + textOf(display) +
+           "},plane:" + std::to_string(command.number(0).value_or(0)) + "}";
+  });
 }
 
 Reply setScreenZorder(const Command& command) {
   const auto order = command.number(0);
-  if (!order) return -1;
-  planeOf(command).order = *order == 0 ? 0 : 2;
-  return 1;
+  if (!order || !needVideo(command)) return -1;
+  return attempt(-1,
+                 [&] { return command.tv.setZOrder(command.engine.active.video, *order == 0 ? 0 : 2) < 0 ? -1 : 1; });
 }
 
+/// It takes no other success than 1.
 Reply show(const Command& command) {
-  switch (command.decimal(0)) {
-    case 0:
-    case 2:
-      return hide(command, true);
-    case 1:
-    case 3:
-      return hide(command, false);
-    default:
-      return -1;
-  }
+  const int type = command.decimal(0);
+  if (!needAv(command) || type < 0 || type > 3) return -1;
+  const int mute = type == 0 || type == 2 ? 1 : 0;
+  return attempt(-1, [&] { return command.tv.muteVideo(command.engine.active.av, mute) == 1 ? 1 : -1; });
 }
 
+/// It takes any but 0.
 Reply muteVideo(const Command& command) {
   const auto mute = command.number(0);
-  return mute ? hide(command, *mute != 0) : -1;
+  if (!mute || !needAv(command)) return -1;
+  return attempt(-1, [&] { return command.tv.muteVideo(command.engine.active.av, *mute != 0 ? 1 : 0) != 0 ? 1 : -1; });
 }
 
 Reply getResolution(const Command& command) {
@@ -180,19 +220,18 @@ Reply getResolution(const Command& command) {
       {-1, 21}, {0, 2},   {1, 5},   {2, 6},   {3, 7},   {4, 8},   {5, 9},   {10, 10}, {11, 11},  {15, 14},
       {16, 15}, {17, 16}, {18, 14}, {19, 17}, {21, 12}, {22, 13}, {29, 22}, {134, 1}, {135, 19}, {137, 0},
   };
-  const auto code = codeOf(command);
-  if (!code) return -1;
-  const auto found = numbers.find(*code);
+  const auto told = resolutionOf(command);
+  if (!told) return -1;
+  const auto found = numbers.find(told->first);
   return found == numbers.end() ? 20 : found->second;
 }
 
 Reply getResolutionDetail(const Command& command) {
-  if (showsIsp(command.set)) return ispDetail(command.set.state);
-  if (!codeOf(command)) return -1;
-  const auto picture = pictureOn(command.set, command.engine.window);
-  if (!picture) return detail(0, 0, 0, 0);
-  return detail(static_cast<unsigned>(picture->width), static_cast<unsigned>(picture->height),
-                static_cast<unsigned>(picture->rate), linesPerSecond(*picture));
+  if (showsIsp(command)) return ispDetail(command);
+  const auto told = resolutionOf(command);
+  if (!told) return -1;
+  const TSResolution& size = told->second;
+  return sizeText(size.horizontal, size.vertical, size.frequency, size.horizontalFrequency);
 }
 
 }  // namespace model

@@ -1,4 +1,4 @@
-// The plug-in's windows and sources.
+// The plug-in's sources.
 #include "support/model/Numbers.h"
 #include "support/model/Plugin.h"
 
@@ -11,18 +11,10 @@ using Data = TCServiceData;
 constexpr const char* mainKey = "db/emp/mainsource";
 constexpr const char* previousMainKey = "db/emp/previousmainsource";
 constexpr const char* pipKey = "db/emp/pipsource";
-constexpr const char* previousPipKey = "db/emp/previouspipsource";
 constexpr const char* middlewareKey = "db/kel/current_source_type";
 
 constexpr int lastTvServiceSource = 42;
-
-bool isMain(const Command& command) {
-  return command.engine.window == WindowId::main;
-}
-
-std::string previousKey(const Command& command) {
-  return isMain(command) ? previousMainKey : previousPipKey;
-}
+constexpr int untold = -1;
 
 bool seeksPrevious(int seek) {
   return seek == 6 || seek == 8 || seek == 9;
@@ -37,129 +29,168 @@ std::optional<int> plOf(int tc) {
 }
 
 /// The source that the TV service tells for a window.
-std::optional<int> told(int tc) {
-  return tc < 0 ? std::nullopt : plOf(tc);
+std::optional<int> toldSource(const Command& command) {
+  int source = untold;
+  if (command.tv.getCurrentSourceInfo(command.engine.active.source, source) < 1) return std::nullopt;
+  return plOf(source);
 }
 
-std::optional<int> sourceOf(const virtualtv::WindowState& window) {
-  if (window.sourceState == virtualtv::SOURCE_STATE_NONE) return noSource;
-  return told(window.source);
+std::optional<int> askCurrentSource(const Command& command) {
+  int state = untold;
+  const int answered = command.tv.getSourceState(command.engine.active.source, state);
+  return answered == 1 && state != untold ? toldSource(command) : noSource;
+}
+
+/// What the settings tell of the source before; nothing when they don't, or an exception left the call.
+std::optional<int> recordedBefore(const Command& command) {
+  return attempt(std::optional<int>(), [&] {
+    int source = 0;
+    const bool read = command.tv.getInt(command.engine.previousKey, source) == 0;
+    return read ? std::optional(source) : std::nullopt;
+  });
+}
+
+/// Tells the middleware what the main window shows; there is no telling it of picture-in-picture.
+bool tellMiddleware(const Command& command, int source) {
+  if (command.engine.sourceKey != mainKey) return false;
+  return attempt(false, [&] {
+    const std::string widget = command.tv.appInfo(2, command.engine.widgetId);
+    return command.tv.setText(middlewareKey, widget + ":" + std::to_string(source).substr(0, 3)) == 0;
+  });
+}
+
+bool isWritten(const Command& command, const std::string& key, int source) {
+  return command.tv.setInt(key, source) == 0;
 }
 
 /// The window already shows the source: nothing is switched, keys that disagree are repaired.
 bool confirm(const Command& command, int source) {
-  if (source == noSource) deactivate(command.set, command.engine.window);
-  const auto stored = readInt(command.set, sourceKey(command));
-  if (!stored || *stored == source) return true;
-  return record(command, source, *stored);
+  if (source == noSource && command.tv.deactivateSource(command.engine.active.source) < 1) return false;
+  int stored = 0;
+  if (command.tv.getInt(command.engine.sourceKey, stored) != 0 || stored == source) return true;
+  return record(command, source, stored);
 }
 
-/// The first service of a major number that has an id.
-std::optional<ServiceKey> serviceOfMajor(const Command& command, int major) {
-  for (const ServiceKey key : listed(command.set, {equals(Data::MAJOR, major)})) {
-    const auto id = number(*at(command.set, key), Data::SERVICE_ID);
-    if (id && *id != ~std::uint64_t{0}) return keyOf(command.set, *id);
+/// The id of the first service of a major number that has one.
+std::optional<std::uint64_t> serviceOfMajor(const Command& command, int major) {
+  const Interface navigation = command.engine.active.navigation;
+  if (!navigation) return std::nullopt;
+  TCCriteriaHelper criteria;
+  criteria.Fetch(Data::SERVICE_ID);
+  criteria.Where(Data::MAJOR, major);
+  std::vector<TCServiceData> services;
+  if (command.tv.getServiceList(navigation, criteria, services) < 1) return std::nullopt;
+  for (const TCServiceData& service : services) {
+    if (idOf(service) != noId) return idOf(service);
   }
   return std::nullopt;
 }
 
-bool showTvServiceSource(const Command& command, int source, int major) {
+bool showTvServiceSource(const Command& command, const std::string& appId, int source, int major) {
   const int tc = sourceToTc(source);
   if (tc == -1) return false;
-  if (major < 0) return switchSource(command.set, command.engine.window, tc);
+  const Interface control = command.engine.active.source;
+  if (major < 0) return command.tv.setSource(control, tc, appId) > 0;
   const auto service = serviceOfMajor(command, major);
-  return service && switchSource(command.set, command.engine.window, tc, service);
+  return service && command.tv.setSource(control, tc, *service, appId) > 0;
+}
+
+bool showIspSource(const Command& command) {
+  return attempt(false, [&] { return command.tv.setSourceIsp() == 1; });
 }
 
 bool leaveTvService(const Command& command, int source) {
-  if (source == ispSource && !showIsp(command.set)) return false;
-  deactivate(command.set, command.engine.window);
-  return true;
+  if (source == ispSource && !showIspSource(command)) return false;
+  return command.tv.deactivateSource(command.engine.active.source) > 0;
 }
 
 /// The switch behind all commands. @param major  of the service to show, negative for none.
 bool switchTo(const Command& command, int source, int major) {
+  if (!needSource(command)) return false;
   const auto current = currentSource(command);
   if (!current) return false;
-  if (*current == source) return confirm(command, source);
-  const bool ofTvService = source >= 0 && source <= lastTvServiceSource;
-  const bool switched = ofTvService ? showTvServiceSource(command, source, major) : leaveTvService(command, source);
-  return switched && record(command, source, *current);
+  return attempt(false, [&] {
+    if (*current == source) return confirm(command, source);
+    const std::string appId = application(command);
+    const bool ofTvService = source >= 0 && source <= lastTvServiceSource;
+    const bool switched =
+        ofTvService ? showTvServiceSource(command, appId, source, major) : leaveTvService(command, source);
+    return switched && record(command, source, *current);
+  });
 }
 
 }  // namespace
 
+std::string application(const Command& command) {
+  const std::string id = command.tv.appInfo(1, command.engine.appId);
+  return id.empty() ? "NoAppId" : id;
+}
+
 std::optional<int> currentSource(const Command& command) {
-  return sourceOf(command.window());
+  if (!needSource(command)) return std::nullopt;
+  return attempt(std::optional<int>(), [&] { return askCurrentSource(command); });
 }
 
-bool showsIsp(const Set& set) {
-  const auto found = set.settings.find("db/boot/last_service");
-  return found != set.settings.end() && found->second == Setting("isp-service");
-}
-
-std::string sourceKey(const Command& command) {
-  return isMain(command) ? mainKey : pipKey;
+bool showsIsp(const Command& command) {
+  return attempt(false, [&] { return command.tv.getText("db/boot/last_service") == "isp-service"; });
 }
 
 bool record(const Command& command, int source, int previous) {
-  write(command.set, previousKey(command), previous);
-  if (!isMain(command)) return false;  // only the main window's source is told to the middleware
-  write(command.set, middlewareKey, command.engine.widgetId + ":" + std::to_string(source).substr(0, 3));
-  write(command.set, mainKey, source);
-  return true;
+  return attempt(false, [&] {
+    return isWritten(command, command.engine.previousKey, previous) && tellMiddleware(command, source) &&
+           isWritten(command, command.engine.sourceKey, source);
+  });
 }
 
-Engine open(Set& set, const std::string& widgetId) {
-  Engine engine{widgetId, WindowId::main, {}};
-  const virtualtv::WindowState& window = set.state[WindowId::main];
-  const auto source = sourceOf(window);
-  if (!source) return engine;
-  write(set, mainKey, *source);
-  const auto shown = told(window.source);
-  if (!shown) return engine;
-  write(set, previousMainKey, *shown);
-  write(set, pipKey, tvSource);
-  return engine;
-}
-
-Reply setWindow(const Command& command) {
-  command.engine.window = command.decimal(0) == 0 ? WindowId::main : WindowId::pip;
-  return 1;
+bool seedSources(const Command& command) {
+  const auto source = currentSource(command);
+  if (!source) return false;
+  return attempt(false, [&] {
+    if (!isWritten(command, mainKey, *source)) return false;
+    const auto shown = toldSource(command);
+    return shown && isWritten(command, previousMainKey, *shown) && isWritten(command, pipKey, tvSource);
+  });
 }
 
 Reply getSource(const Command& command) {
-  constexpr int untold = 101;
-  if (seeksPrevious(command.number(0).value_or(2))) {
-    return readInt(command.set, previousKey(command)).value_or(untold);
-  }
+  constexpr int preset = 101;
+  if (seeksPrevious(command.number(0).value_or(2))) return recordedBefore(command).value_or(preset);
   return currentSource(command).value_or(-1);
 }
 
 Reply getPreviousSource(const Command& command) {
-  return told(command.window().previousSource).value_or(-1);
+  if (!needSource(command)) return -1;
+  return attempt(-1, [&] {
+    int source = untold;
+    if (command.tv.getPreviousSourceInfo(command.engine.active.source, source) < 1) return -1;
+    return plOf(source).value_or(-1);
+  });
 }
 
 Reply getSourceState(const Command& command) {
-  return command.window().sourceState;
+  if (!needSource(command)) return -1;
+  return attempt(-1, [&] {
+    int state = untold;
+    return command.tv.getSourceState(command.engine.active.source, state) == 1 ? state : -1;
+  });
 }
 
 Reply setSource(const Command& command) {
   auto source = command.number(0);
-  if (!source) return -1;
-  if (seeksPrevious(command.number(1).value_or(101))) source = readInt(command.set, previousKey(command));
+  if (!source || !command.engine.active.source) return -1;
+  if (seeksPrevious(command.number(1).value_or(101))) source = recordedBefore(command);
   return source && switchTo(command, *source, -1) ? 1 : 0;
 }
 
 Reply setSourceAndTune(const Command& command) {
   const auto source = command.number(0);
   const auto major = command.number(1);
-  if (!source || !major) return -1;
+  if (!source || !major || !command.engine.active.source) return -1;
   return switchTo(command, *source, *major) ? 1 : 0;
 }
 
 Reply setPreviousSource(const Command& command) {
-  const auto source = readInt(command.set, previousKey(command));
+  const auto source = recordedBefore(command);
   return source && switchTo(command, *source, -1) ? 1 : 0;
 }
 

@@ -3,126 +3,217 @@
 // on the TV service only, which leaves a list without tracks out, and writes no document on failure.
 #include "support/model/Documents.h"
 #include "support/model/Plugin.h"
-#include "support/model/Tracks.h"
 
 namespace model {
 
 namespace {
 
-using Data = TCServiceData;
-
-/// How a stack writes a code.
-using Writer = std::string (*)(int);
-
-std::string text(int number) {
+template <typename Number>
+std::string text(Number number) {
   return std::to_string(number);
 }
 
-/// As the secondary stack does, which knows no sign.
+/// As the secondary stack writes a code, which knows no sign.
 std::string unsignedText(int number) {
   return std::to_string(static_cast<std::uint32_t>(number));
 }
 
-/// The service that the TV service's lists are of: they ask by the id of the one on screen, which another service, in
-/// front of it, may have as well. Null when it has none.
-const Service* namedByScreen(const Command& command) {
-  const Service* const shown = at(command.set, command.window().service);
-  const auto id = shown == nullptr ? std::nullopt : number(*shown, Data::SERVICE_ID);
-  return id ? at(command.set, keyOf(command.set, *id)) : nullptr;
+/// The elements of the tracks that can be read: that none of so many can is not the same as that there are none.
+std::string listOf(const std::vector<Members>& elements, unsigned count) {
+  return elements.empty() && count > 0 ? "null" : arrayOf(elements);
 }
 
-std::vector<AudioTrack> audioOfNamed(const Command& command) {
-  const Service* const service = namedByScreen(command);
-  return service == nullptr ? std::vector<AudioTrack>() : service->audio;
+/// What an engine answers for a list: the text that was written, unless the ISP source has none.
+Reply listed(const Command& command, const std::string& written) {
+  if (showsIsp(command) && written.empty()) return -1;
+  return written;
 }
 
-Members elementOf(const AudioTrack& track, int position, Writer write) {
-  return {{"index", text(position)},
-          {"pid", text(track.pid)},
-          {"decodeType", text(track.decodeType)},
-          {"audioMode", write(track.audioMode)},
-          {"audioType", write(track.audioType)},
-          {"lang", write(track.lang)}};
+/// What it answers for a document that is only written well.
+Reply written(const std::optional<std::string>& document) {
+  return document ? Reply(*document) : Reply(-1);
 }
 
-Members elementOf(const SubtitleTrack& track, int position, Writer write) {
-  return {{"index", text(position)}, {"lang", write(track.lang)}};
+// Audio of the TV service.
+
+std::string audioList(const Command& command) {
+  const auto channel = currentChannel(command);
+  if (!channel || !needAux(command)) return {};
+  const Interface aux = command.engine.active.aux;
+  return attempt(std::string(), [&] {
+    unsigned count = 0;
+    command.tv.getAudioSize(aux, idOf(*channel), count);
+    std::vector<Members> elements;
+    for (unsigned position = 0; position < count; ++position) {
+      TSAudio audio;
+      if (command.tv.getAudio(aux, idOf(*channel), static_cast<int>(position), audio) < 1) continue;
+      elements.push_back({{"index", text(position)},
+                          {"pid", text(audio.pid)},
+                          {"decodeType", text(audio.decodeType)},
+                          {"audioMode", text(audio.audioMode)},
+                          {"audioType", text(audio.audioType)},
+                          {"lang", text(audio.lang)}});
+    }
+    Members members{{"NumOfAudio", text(count)}};
+    if (count > 0) members["items"] = listOf(elements, count);
+    return document(members);
+  });
 }
 
-/// The tracks that can be read; that none of them can is not the same as that there are none.
-template <typename Track>
-std::string listOf(const std::vector<Track>& tracks, Writer write) {
-  std::vector<Members> elements;
-  int position = 0;
-  for (const Track& track : tracks) {
-    if (track.readable) elements.push_back(elementOf(track, position, write));
-    ++position;
-  }
-  return elements.empty() && !tracks.empty() ? "null" : arrayOf(elements);
+/// Position and language are those of the track in use, the PID is that of the service on screen at this position.
+std::optional<std::string> currentAudio(const Command& command) {
+  using Text = std::optional<std::string>;
+  if (!needAux(command) || !needAv(command)) return std::nullopt;
+  return attempt(Text(), [&]() -> Text {
+    int lang = -1;
+    int index = -1;
+    bool good = command.tv.getCurrentAudioInfo(command.engine.active.av, lang, index) > 0;
+    const auto channel = currentChannel(command);
+    if (!channel) return std::nullopt;
+    TSAudio audio;
+    good = command.tv.getAudio(command.engine.active.aux, idOf(*channel), index, audio) > 0 && good;
+    if (!good) return std::nullopt;
+    return document({{"index", text(index)}, {"lang", text(lang)}, {"pid", text(audio.pid)}});
+  });
 }
 
-// Audio.
-
-std::string ispAudioList(const Set& set) {
-  const std::vector<AudioTrack> tracks = showsIspTracks(set) ? set.state.isp.audio : std::vector<AudioTrack>();
-  return document({{"NumOfAudio", std::to_string(tracks.size())}, {"items", listOf(tracks, unsignedText)}});
-}
-
-Reply ispCurrentAudio(const Set& set) {
-  const int index = set.state.isp.inUse.audio;
-  const AudioTrack* const track = showsIspTracks(set) ? told(set.state.isp.audio, index) : nullptr;
-  if (track == nullptr) return -1;
-  return document({{"index", text(index)}, {"lang", unsignedText(track->lang)}, {"pid", text(track->pid)}});
-}
-
-/// The first track of a PID, where those that can't be read count as of PID 0.
+/// Selects the first track of a PID, where those that can't be read count as of PID 0.
 bool changeAudioByPid(const Command& command, int pid) {
-  const std::vector<AudioTrack> tracks = audioOfNamed(command);
-  for (std::size_t position = 0; position < tracks.size(); ++position) {
-    const int read = tracks[position].readable ? tracks[position].pid : 0;
-    if (read == pid) return selectAudio(command.set, command.engine.window, static_cast<std::int64_t>(position));
-  }
-  return false;
+  if (!needAux(command) || !needAv(command)) return false;
+  const auto channel = currentChannel(command);
+  if (!channel) return false;
+  return attempt(false, [&] {
+    unsigned count = 0;
+    command.tv.getAudioSize(command.engine.active.aux, idOf(*channel), count);
+    for (int position = 0; static_cast<unsigned>(position) < count; ++position) {
+      TSAudio audio;
+      command.tv.getAudio(command.engine.active.aux, idOf(*channel), position, audio);
+      if (audio.pid == pid) return command.tv.setCurrentAudioByIndex(command.engine.active.av, position) > 0;
+    }
+    return false;
+  });
+}
+
+bool changeAudioByPosition(const Command& command, int position) {
+  if (!needAv(command)) return false;
+  return attempt(false, [&] { return command.tv.setCurrentAudioByIndex(command.engine.active.av, position) > 0; });
+}
+
+// Audio of the secondary stack.
+
+std::string ispAudioList(const Command& command) {
+  const std::string failure = document({{"NumOfAudio", "0"}, {"items", "[]"}});
+  return attempt(failure, [&] {
+    unsigned count = 0;
+    if (!command.tv.getInstance() || command.tv.getTotalNumOfAudio(count) != 0) return failure;
+    std::vector<Members> elements;
+    for (unsigned position = 0; position < count; ++position) {
+      MVPDAudio audio{};
+      if (command.tv.getMultiAudioInfo(audio, position) != 0) continue;
+      elements.push_back({{"index", text(audio.index)},
+                          {"pid", text(audio.pid)},
+                          {"decodeType", text(audio.decodeType)},
+                          {"audioMode", unsignedText(audio.audioMode)},
+                          {"audioType", unsignedText(audio.audioType)},
+                          {"lang", unsignedText(audio.lang)}});
+    }
+    return document({{"NumOfAudio", text(count)}, {"items", listOf(elements, count)}});
+  });
+}
+
+std::optional<std::string> ispCurrentAudio(const Command& command) {
+  using Text = std::optional<std::string>;
+  return attempt(Text(), [&]() -> Text {
+    int pid = -1;
+    int index = -1;
+    unsigned lang = 0;
+    if (!command.tv.getInstance() || command.tv.getCurrentAudioInfo(pid, index, lang) != 0) return std::nullopt;
+    return document({{"index", text(index)}, {"lang", text(lang)}, {"pid", text(pid)}});
+  });
+}
+
+/// What a call of the manager that selects something comes to. A failure of 1 can't be told from a success.
+template <typename Call>
+int selected(const Command& command, Call call) {
+  return attempt(-1, [&] {
+    if (!command.tv.getInstance()) return -1;
+    const int answered = call();
+    return answered == 0 ? 1 : answered;
+  });
 }
 
 // Subtitles.
 
-std::string ispSubtitleList(const Set& set) {
-  const auto tracks = showsIspTracks(set) ? set.state.isp.subtitles : std::vector<SubtitleTrack>();
-  std::map<int, int> counts;
-  for (const SubtitleTrack& track : tracks) ++counts[track.type];
-  return document({{"NumOfSubtitle", text(counts[virtualtv::KIND_DVB])},
-                   {"NumOfTTX", text(counts[virtualtv::KIND_TELETEXT])},
-                   {"NumOfTTXSubtitle", text(counts[virtualtv::KIND_TELETEXT_SUBTITLE])},
-                   {"subtitle", listOf(tracks, unsignedText)}});
+std::string subtitleList(const Command& command) {
+  if (!needData(command) || !needNavigation(command)) return {};
+  return attempt(std::string(), [&]() -> std::string {
+    const Interface navigation = command.engine.active.navigation;
+    TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
+    TCCriteriaHelper criteria;
+    if (command.tv.getTvMode(navigation, mode) != 1) return {};
+    if (command.tv.getNavigationCriteria(mode, criteria, true) == 0) return {};
+    criteria.Fetch(TCServiceData::SERVICE_ID);
+    TCServiceData service;
+    if (command.tv.getCurrentServiceInfo(navigation, mode, criteria, service) < 1 || !needAux(command)) return {};
+    unsigned count = 0;
+    if (command.tv.getHybridSbtSize(command.engine.active.aux, idOf(service), count) < 1) return {};
+    std::vector<Members> elements;
+    int lang = -1;
+    for (int position = 0; static_cast<unsigned>(position) < count; ++position) {
+      if (command.tv.getHybridSbt(command.engine.active.aux, idOf(service), position, lang) < 1) continue;
+      elements.push_back({{"index", text(position)}, {"lang", text(lang)}});
+    }
+    Members members{{"NumOfSubtitle", text(count)}};
+    if (count > 0) members["subtitle"] = listOf(elements, count);
+    return document(members);
+  });
 }
 
-/// The subtitle in use is the main window's, whichever the engine has selected.
-const SubtitleTrack* currentSubtitle(const Set& set) {
-  if (!showsIsp(set)) return subtitleInUse(set, WindowId::main);
-  return showsIspTracks(set) ? told(set.state.isp.subtitles, set.state.isp.inUse.subtitle) : nullptr;
+std::string ispSubtitleList(const Command& command) {
+  const std::string failure =
+      document({{"NumOfSubtitle", "0"}, {"NumOfTTX", "0"}, {"NumOfTTXSubtitle", "0"}, {"subtitle", "[]"}});
+  return attempt(failure, [&] {
+    unsigned subtitles = 0, teletext = 0, teletextSubtitles = 0;
+    if (!command.tv.getInstance()) return failure;
+    if (command.tv.getTotalNumOfSubtitle(subtitles, teletext, teletextSubtitles) != 0) return failure;
+    const unsigned count = subtitles + teletext + teletextSubtitles;
+    std::vector<Members> elements;
+    for (int position = 0; static_cast<unsigned>(position) < count; ++position) {
+      DVBSubtitleInfo subtitle{};
+      if (command.tv.getDvbSubtitleInfo(subtitle, position) != 0) continue;
+      elements.push_back({{"index", text(subtitle.index)}, {"lang", text(subtitle.lang)}});
+    }
+    return document({{"NumOfSubtitle", text(subtitles)},
+                     {"NumOfTTX", text(teletext)},
+                     {"NumOfTTXSubtitle", text(teletextSubtitles)},
+                     {"subtitle", listOf(elements, count)}});
+  });
+}
+
+int currentSubtitle(const Command& command) {
+  if (!needData(command)) return -1;
+  return attempt(-1, [&] {
+    int lang = -1;
+    return command.tv.getCurrentHybridSbt(command.engine.active.data, lang) < 1 ? -1 : lang;
+  });
+}
+
+/// The stack writes into the answer itself.
+int ispCurrentSubtitle(const Command& command) {
+  int lang = -1;
+  attempt(-1, [&] { return command.tv.getInstance() ? command.tv.getCurrentSubtitle(lang) : -1; });
+  return lang;
 }
 
 }  // namespace
 
 Reply getMultiAudioInfo(const Command& command) {
-  if (showsIsp(command.set)) return ispAudioList(command.set);
-  if (at(command.set, command.window().service) == nullptr) return std::string();
-  const std::vector<AudioTrack> tracks = audioOfNamed(command);
-  Members members{{"NumOfAudio", std::to_string(tracks.size())}};
-  if (!tracks.empty()) members["items"] = listOf(tracks, text);
-  return document(members);
+  const std::string written = showsIsp(command) ? ispAudioList(command) : audioList(command);
+  return listed(command, written);
 }
 
-/// Position and language are those of the track in use, the PID is that of the service of its id.
 Reply getCurrentAudioInfo(const Command& command) {
-  if (showsIsp(command.set)) return ispCurrentAudio(command.set);
-  const AudioTrack* const track = audioInUse(command.set, command.engine.window);
-  const std::vector<AudioTrack> tracks = audioOfNamed(command);
-  const int index = command.window().inUse.audio;
-  const AudioTrack* const named = told(tracks, index);
-  if (track == nullptr || named == nullptr) return -1;
-  return document({{"index", text(index)}, {"lang", text(track->lang)}, {"pid", text(named->pid)}});
+  return written(showsIsp(command) ? ispCurrentAudio(command) : currentAudio(command));
 }
 
 /// PIDs are of 16 bits with a sign here.
@@ -130,16 +221,15 @@ Reply changeAudioPid(const Command& command) {
   const auto number = command.number(0);
   if (!number) return 0;
   const int pid = static_cast<std::int16_t>(*number);
-  const bool isp = showsIsp(command.set);
-  return (isp ? selectIspAudioByPid(command.set, pid) : changeAudioByPid(command, pid)) ? 1 : 0;
+  if (!showsIsp(command)) return changeAudioByPid(command, pid) ? 1 : 0;
+  return selected(command, [&] { return command.tv.changeAudioByPid(static_cast<unsigned>(pid)); }) == 1 ? 1 : 0;
 }
 
 Reply changeAudioByIndex(const Command& command) {
   const auto index = command.number(0);
   if (!index) return 0;
-  const bool changed = showsIsp(command.set) ? selectIspAudio(command.set, *index)
-                                             : selectAudio(command.set, command.engine.window, *index);
-  return changed ? 1 : 0;
+  if (!showsIsp(command)) return changeAudioByPosition(command, *index) ? 1 : 0;
+  return selected(command, [&] { return command.tv.changeAudioByIndex(static_cast<unsigned>(*index)); }) == 1 ? 1 : 0;
 }
 
 Reply setSourceVolume(const Command&) {
@@ -148,45 +238,46 @@ Reply setSourceVolume(const Command&) {
 
 /// The TV service tells them while the window's TV mode is one of its own, whether or not the service is in its list.
 Reply getSubtitleInfo(const Command& command) {
-  if (showsIsp(command.set)) return ispSubtitleList(command.set);
-  const Service* const service = namedByScreen(command);
-  if (service == nullptr || !listOf(command.window().mode)) return std::string();
-  Members members{{"NumOfSubtitle", std::to_string(service->subtitles.size())}};
-  if (!service->subtitles.empty()) members["subtitle"] = listOf(service->subtitles, text);
-  return document(members);
+  const std::string written = showsIsp(command) ? ispSubtitleList(command) : subtitleList(command);
+  return listed(command, written);
 }
 
 Reply getCurrentSubtitle(const Command& command) {
-  const SubtitleTrack* const track = currentSubtitle(command.set);
-  return track == nullptr ? -1 : track->lang;
+  return showsIsp(command) ? ispCurrentSubtitle(command) : currentSubtitle(command);
 }
 
 Reply changeSubtitle(const Command& command) {
   const auto index = command.number(0);
   if (!index) return 0;
-  const bool changed = showsIsp(command.set) ? selectIspSubtitle(command.set, *index)
-                                             : selectSubtitle(command.set, WindowId::main, *index);
-  return changed ? 1 : -1;
+  if (showsIsp(command)) return selected(command, [&] { return command.tv.changeSubtitleLanguage(*index); });
+  if (!needData(command)) return -1;
+  return attempt(-1, [&] { return command.tv.selectHybridSbt(command.engine.active.data, *index) > 0 ? 1 : -1; });
 }
 
 /// Keys are of one character: the later of two groups with the same first digit is told.
 Reply getFavorites(const Command& command) {
-  const Service* const service = at(command.set, keyOf(command.set, command.identifier(0)));
-  if (command.parameters[0].empty() || service == nullptr) return -1;
-  Members members;
-  for (const auto& [group, member] : service->favourites) {
-    members[std::to_string(group).substr(0, 1)] = member ? "\"1\"" : "\"0\"";
-  }
-  return document(members);
+  if (command.parameters[0].empty() || !needService(command)) return -1;
+  return attempt(Reply(-1), [&]() -> Reply {
+    std::map<unsigned char, bool> groups;
+    if (command.tv.getFavorites(command.engine.service, command.identifier(0), groups) < 1) return -1;
+    Members members;
+    for (const auto& [group, member] : groups) {
+      members[std::to_string(group).substr(0, 1)] = member ? "\"1\"" : "\"0\"";
+    }
+    return document(members);
+  });
 }
 
 Reply updateFavorites(const Command& command) {
   const auto member = command.number(1);
   const auto group = command.number(2);
-  const ServiceKey key = keyOf(command.set, command.identifier(0));
-  if (!member || !group || key == 0) return -1;
-  command.set.services.at(key).favourites[static_cast<std::uint8_t>(*group)] = *member != 0;
-  return 1;
+  if (!member || !group) return -1;
+  if (!needService(command)) return 0;
+  return attempt(-1, [&] {
+    const int answered =
+        command.tv.setFavorites(command.engine.service, command.identifier(0), *member != 0, static_cast<char>(*group));
+    return answered > 0 ? 1 : -1;
+  });
 }
 
 }  // namespace model

@@ -12,7 +12,6 @@ using Data = TCServiceData;
 using virtualtv::WindowState;
 
 constexpr std::uint64_t absent = ~std::uint64_t{0};  // sorts last
-constexpr std::uint16_t anyMinor = 65535;
 
 bool meets(const Service& service, const Condition& condition) {
   const auto held = number(service, condition.field);
@@ -101,14 +100,13 @@ ServiceKey keyOf(const Set& set, std::uint64_t id) {
 
 std::optional<Conditions> listOf(virtualtv::TvMode mode) {
   if (mode.antenna < 0 || mode.antenna > 2) return std::nullopt;
-  Conditions conditions{equals(Data::ANTENNA_MODE, mode.antenna), equals(virtualtv::HIDDEN, 0)};
+  Conditions conditions{equals(Data::ANTENNA_MODE, mode.antenna)};
   if (namesAnOperator(mode.service)) conditions.push_back(equals(virtualtv::SERVICE_MODE, mode.service));
+  conditions.push_back(equals(virtualtv::HIDDEN, 0));
   return conditions;
 }
 
-ServiceKey best(const Set& set, WindowId window, std::uint16_t major, std::uint16_t minor) {
-  Conditions conditions{equals(Data::MAJOR, major)};
-  if (minor != anyMinor) conditions.push_back(equals(Data::MINOR, minor));
+ServiceKey best(const Set& set, WindowId window, const Conditions& conditions) {
   const virtualtv::TvMode mode = set.state[window].mode;
   Conditions own = conditions;
   own.push_back(equals(Data::ANTENNA_MODE, mode.antenna));
@@ -209,11 +207,6 @@ std::optional<int> readInt(const Set& set, const std::string& key) {
   const auto found = set.settings.find(key);
   if (found == set.settings.end() || !std::holds_alternative<int>(found->second)) return std::nullopt;
   return std::get<int>(found->second);
-}
-
-void write(Set& set, const std::string& key, const Setting& value) {
-  set.settings[key] = value;
-  set.written.emplace_back(key, value);
 }
 
 }  // namespace model

@@ -27,8 +27,6 @@ struct Set {
   virtualtv::TvState state;
   std::map<ServiceKey, Service> services;
   std::map<std::string, Setting> settings;
-  /// The settings keys that plug-ins wrote, in their order. For who compares; nothing depends on it.
-  std::vector<std::pair<std::string, Setting>> written;
 };
 
 // The services. A key of 0 stands for no service.
@@ -60,8 +58,8 @@ ServiceKey keyOf(const Set& set, std::uint64_t id);
 /// Nothing for an antenna that the set does not have.
 std::optional<Conditions> listOf(virtualtv::TvMode mode);
 
-/// The service for a major and a minor number, 65535 for any minor: rather one of the window's own list than another.
-ServiceKey best(const Set& set, WindowId window, std::uint16_t major, std::uint16_t minor);
+/// The first service that meets the conditions: rather one of the window's own list than another.
+ServiceKey best(const Set& set, WindowId window, const Conditions& conditions);
 
 enum class Direction { forwards, backwards };
 /// The next service that meets the conditions, has an id and is not locked, seen from the service of an id, starting
@@ -90,6 +88,5 @@ std::optional<int> signalStrength(const Set& set, WindowId window);
 
 /// Nothing for a key that is not set or holds a text.
 std::optional<int> readInt(const Set& set, const std::string& key);
-void write(Set& set, const std::string& key, const Setting& value);
 
 }  // namespace model

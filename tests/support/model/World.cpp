@@ -16,17 +16,36 @@ using Data = TCServiceData;
   throw std::invalid_argument("the model does not know " + what);
 }
 
+Platform platformOf(World& world) {
+  return {world.set, world.calls};
+}
+
 /// The engine in use, opened if it is not open.
 Engine& engineOf(World& world) {
   const auto found = world.engines.find(world.engine);
   if (found != world.engines.end()) return found->second;
-  return world.engines[world.engine] = open(world.set, world.widgets[world.engine]);
+  const auto& [app, widget] = world.applications[world.engine];
+  return world.engines[world.engine] = open(platformOf(world), app, widget);
 }
 
-void setApplication(World& world, const std::string& widget) {
-  world.widgets[world.engine] = widget;
+void closeEngine(World& world) {
+  if (world.engines.erase(world.engine) > 0) close(platformOf(world));
+}
+
+void setApplication(World& world, const std::string& app, const std::string& widget) {
+  world.applications[world.engine] = {app, widget};
   const auto found = world.engines.find(world.engine);
-  if (found != world.engines.end()) found->second.widgetId = widget;
+  if (found == world.engines.end()) return;
+  found->second.appId = app;
+  found->second.widgetId = widget;
+}
+
+void setFault(Calls& calls, const Words& words) {
+  if (words.at(1) == "clear") {
+    calls.faults.clear();
+  } else {
+    calls.faults.push_back(seam::parseFault({words.begin() + 1, words.end()}));
+  }
 }
 
 // Knobs.
@@ -174,10 +193,12 @@ void speakToSet(World& world, const Words& words) {
     world.engine = words.at(1);
     engineOf(world);
   } else if (words[0] == ".reopen") {
-    world.engines.erase(world.engine);
+    closeEngine(world);
     engineOf(world);
   } else if (words[0] == ".app") {
-    setApplication(world, words.size() > 2 ? words[2] : "");
+    setApplication(world, words.at(1), words.size() > 2 ? words[2] : "");
+  } else if (words[0] == ".fault") {
+    setFault(world.calls, words);
   } else if (words[0] == ".set") {
     change(world.set, words.at(1), words.at(2));
   } else if (words[0] == ".vconf" && words.at(1) == "set") {
@@ -190,7 +211,7 @@ void speakToSet(World& world, const Words& words) {
 }  // namespace
 
 std::optional<Reply> run(World& world, const Words& words) {
-  world.set.written.clear();
+  world.calls.made.clear();
   if (words.at(0).front() == '.') {
     speakToSet(world, words);
     return std::nullopt;
@@ -199,7 +220,7 @@ std::optional<Reply> run(World& world, const Words& words) {
   const std::size_t name = list ? 1 : 0;
   Words parameters(words.begin() + static_cast<std::ptrdiff_t>(name) + 1, words.end());
   parameters.resize(list ? 9 : 4);
-  const Command command{world.set, engineOf(world), words.at(name), parameters};
+  const Command command{platformOf(world), engineOf(world), words.at(name), parameters};
   return list ? answerList(command) : answer(command);
 }
 

@@ -17,13 +17,15 @@ using Words = std::vector<std::string>;
 /// another engine into use.
 struct World {
   Set set;
-  std::string engine = "main";                 ///< in use
-  std::map<std::string, Engine> engines;       ///< that are open
-  std::map<std::string, std::string> widgets;  ///< widget ids of engines, also of those that are not open
+  Calls calls;                            ///< those of the last line, and what is to fail
+  std::string engine = "main";            ///< in use
+  std::map<std::string, Engine> engines;  ///< that are open
+  /// Ids of the application and its widget that call an engine, also of one that is not open.
+  std::map<std::string, std::pair<std::string, std::string>> applications;
 };
 
-/// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.set` of what concerns sources,
-/// services, pictures, tracks and favourites, and `.vconf set`; services are named by their keys, as in
+/// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.fault`, `.set` of what concerns
+/// sources, services, pictures, tracks and favourites, and `.vconf set`; services are named by their keys, as in
 /// `service.#3.lock`.
 /// @return what a command answers, nothing for other lines.
 /// @throws std::invalid_argument for a line that the model does not know.

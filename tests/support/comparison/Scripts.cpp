@@ -1,4 +1,4 @@
-#include "Scripts.h"
+#include "support/comparison/Scripts.h"
 
 #include <random>
 

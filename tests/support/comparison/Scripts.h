@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "Comparison.h"
+#include "support/comparison/Comparison.h"
 
 namespace comparison {
 

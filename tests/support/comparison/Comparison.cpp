@@ -1,0 +1,196 @@
+#include "support/comparison/Comparison.h"
+
+#include <algorithm>
+
+#include "EmpAppWindow.h"
+#include "seam/Seam.h"
+#include "services/ServiceStore.h"
+#include "set/Knobs.h"
+#include "set/Tv.h"
+#include "shell/Rig.h"
+#include "shell/Transcript.h"
+#include "store/SettingsStore.h"
+
+namespace comparison {
+
+namespace {
+
+using model::Service;
+using model::ServiceKey;
+using model::Set;
+using model::Words;
+using virtualtv::framework::LogLine;
+using virtualtv::seam::Seam;
+
+/// Whether a line is about what services have beside their fields.
+bool changesServices(const std::string& line) {
+  if (line.starts_with("UpdateFavorites")) return true;
+  if (!line.starts_with(".set service.")) return false;
+  return line.find(".audio ") != std::string::npos || line.find(".subtitles ") != std::string::npos ||
+         line.find(".favourites ") != std::string::npos;
+}
+
+Set copyOf(virtualtv::Tv& tv) {
+  Set set;
+  set.state = tv.state();
+  set.settings = tv.settings().list();
+  for (const ServiceKey key : tv.services().keys()) set.services[key] = *tv.services().read(key);
+  return set;
+}
+
+std::string difference(const std::string& what, const std::string& expected, const std::string& actual) {
+  return what + ", by the model:\n" + expected + what + ", really:\n" + actual;
+}
+
+virtualtv::Setting settingOf(const Words& words) {
+  if (words.at(3) == "int") return std::stoi(words.at(4));
+  return words.at(4);
+}
+
+}  // namespace
+
+/// The plug-in, its engines and its set.
+class Pair::Plugin {
+ public:
+  virtualtv::shell::Rig& rig() { return rig_; }
+
+  /// @return what the engine answered, nothing where the line is none for an engine.
+  std::optional<Answer> run(const Words& words) {
+    if (words.at(0).front() == '.') {
+      speakToSet(words);
+      return std::nullopt;
+    }
+    const bool list = words[0] == "+";
+    Answer answer;
+    answer.accepted = rig_.execute({words.begin() + (list ? 1 : 0), words.end()}, list, answer.encoded);
+    return answer;
+  }
+
+ private:
+  void speakToSet(const Words& words) {
+    if (words[0] == ".engine") {
+      rig_.use(words.at(1));
+    } else if (words[0] == ".reopen") {
+      rig_.reopen();
+    } else if (words[0] == ".app") {
+      rig_.setApplication({words.at(1), words.size() > 2 ? words[2] : ""});
+    } else if (words[0] == ".set") {
+      virtualtv::setKnob(rig_.tv(), words.at(1), words.at(2));
+    } else if (words[0] == ".vconf") {
+      rig_.tv().settings().set(words.at(2), settingOf(words));
+    } else if (words.at(1) == "clear") {
+      Seam::instance().clearFaults();
+    } else {
+      Seam::instance().add(virtualtv::seam::parseFault({words.begin() + 1, words.end()}));
+    }
+  }
+
+  virtualtv::Storage storage_;
+  kel::CEmpAppWindow app_;
+  virtualtv::shell::Rig rig_{app_, storage_};
+};
+
+Pair::Pair() : plugin_(std::make_unique<Plugin>()), first_(copyOf(tv())) {
+  world_.set = first_;
+  keepLog(false);
+}
+
+Pair::~Pair() = default;
+
+virtualtv::Tv& Pair::tv() {
+  return plugin_->rig().tv();
+}
+
+void Pair::keepLog(bool keep) {
+  constexpr int everything = 3;
+  virtualtv::framework::setLogLevel(keep ? everything : -1);
+  virtualtv::framework::setLogListener([this](const LogLine& line) { log_.push_back(line); });
+}
+
+void Pair::restart() {
+  plugin_->rig().reset();
+  world_ = {};
+  world_.set = first_;
+  Seam::instance().take();
+}
+
+std::string Pair::run(const std::string& line, Depth depth) {
+  const Words words = virtualtv::shell::splitWords(line);
+  log_.clear();
+  answer_ = plugin_->run(words);
+  calls_ = Seam::instance().take();
+  const auto reply = model::run(world_, words);
+  expected_ = reply ? std::optional(answerOf(*reply)) : std::nullopt;
+  std::string details;
+  if (answer_ != expected_) details += difference("reply", shown(expected_.value()) + "\n", shown(*answer_) + "\n");
+  if (!areSame(calls_, world_.calls.made)) details += difference("calls", linesOf(world_.calls.made), linesOf(calls_));
+  if (tv().state() != world_.set.state) details += difference("state", shown(world_.set.state), shown(tv().state()));
+  if (depth != Depth::state) details += differing(changesServices(line) ? Depth::services : depth);
+  return details;
+}
+
+std::string Pair::differing(Depth depth) {
+  std::string details;
+  const auto settings = tv().settings().list();
+  if (settings != world_.set.settings) details += difference("keys", shown(world_.set.settings), shown(settings));
+  return depth == Depth::services ? details + differingServices() : details;
+}
+
+/// Fields are left to those who ask for them.
+std::string Pair::differingServices() {
+  std::string details;
+  for (const auto& [key, expected] : world_.set.services) {
+    const Service actual = tv().services().read(key).value();
+    const bool agree = actual.audio == expected.audio && actual.subtitles == expected.subtitles &&
+                       actual.favourites == expected.favourites;
+    if (!agree) details += difference("service #" + std::to_string(key), shown(expected), shown(actual));
+  }
+  return details;
+}
+
+model::Set startingSet() {
+  virtualtv::Storage storage;
+  virtualtv::Tv tv(storage);
+  return copyOf(tv);
+}
+
+std::optional<Difference> compare(Pair& pair, const Script& script, Replies* replies,
+                                  const std::function<void(model::World&)>& spoil) {
+  if (spoil) spoil(pair.world());
+  std::string transcript;
+  for (std::size_t line = 0; line < script.size(); ++line) {
+    const bool last = line + 1 == script.size();
+    const std::string details = pair.run(script[line], last ? Depth::services : Depth::settings);
+    const std::string reply = pair.expected() ? shown(*pair.expected()) : "";
+    transcript += "> " + script[line] + "\n" + (reply.empty() ? "" : reply + "\n");
+    if (!details.empty()) return Difference{line, transcript, details};
+    if (replies != nullptr) (*replies)[script[line].substr(0, script[line].find(' '))].insert(reply);
+  }
+  return std::nullopt;
+}
+
+std::optional<Difference> compare(const Script& script, Replies* replies,
+                                  const std::function<void(model::World&)>& spoil) {
+  Pair pair;
+  return compare(pair, script, replies, spoil);
+}
+
+Script shrunk(Script script, const std::function<bool(const Script&)>& fails) {
+  for (std::size_t size = std::max<std::size_t>(script.size() / 2, 1); size > 0;) {
+    bool dropped = false;
+    for (std::size_t end = script.size(); end > 0;) {
+      const std::size_t start = end > size ? end - size : 0;
+      Script rest(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(start));
+      rest.insert(rest.end(), script.begin() + static_cast<std::ptrdiff_t>(end), script.end());
+      if (fails(rest)) {
+        script = std::move(rest);
+        dropped = true;
+      }
+      end = start;
+    }
+    if (!dropped || size > 1) size = size == 1 ? 0 : size / 2;
+  }
+  return script;
+}
+
+}  // namespace comparison
