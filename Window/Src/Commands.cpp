@@ -352,22 +352,13 @@ int SetDVBSIChannelDirectEx(const Call& call) {
 
 // Parameters.
 
-constexpr Parameter Dec() {
-  return {Parse::dec, 0, false};
-}
-constexpr Parameter Num(int preset) {
-  return {Parse::num, preset, false};
-}
-constexpr Parameter Required(int preset) {
-  return {Parse::num, preset, true};
-}
-
-constexpr Parameter U64() {
-  return {Parse::u64, 0, false};
-}
-constexpr Parameter AsText() {
-  return {Parse::text, 0, false};
-}
+constexpr Parameter kDec{Parse::dec, 0, false};
+template <int preset>
+constexpr Parameter kNum{Parse::num, preset, false};
+template <int preset>
+constexpr Parameter kRequired{Parse::num, preset, true};
+constexpr Parameter kU64{Parse::u64, 0, false};
+constexpr Parameter kText{Parse::text, 0, false};
 
 // Presets of answers that stand for "unknown".
 constexpr int kUnknownType = 29;
@@ -379,7 +370,7 @@ constexpr int kUnknownResolution = 24;
 
 constexpr Command kCommands[] = {
     // clang-format off
-    {"SetWindow",                           {{Dec()}},               Answer::code, 0, Code<&W::SetWindow>},
+    {"SetWindow",                           {{kDec}},                Answer::code, 0, Code<&W::SetWindow>},
     {"GetCurrentChannel_Major",             {},                      Answer::value, 0, Value<&W::GetCurrentChannel_Major>},
     {"GetCurrentChannel_Minor",             {},                      Answer::value, 0, Value<&W::GetCurrentChannel_Minor>},
     {"GetCurrentChannel_Name",              {},                      Answer::name, 0, Name<&W::GetCurrentChannel_Name>},
@@ -394,44 +385,44 @@ constexpr Command kCommands[] = {
     {"GetScreenRect_PosMode",               {},                      Answer::value, kUnknownMode, Value<&W::GetScreenRect_PosMode>},
     {"GetScreenRect_SizeMode",              {},                      Answer::value, kUnknownMode, Value<&W::GetScreenRect_SizeMode>},
     {"GetState_Show",                       {},                      Answer::value, kUnknownShowState, Value<&W::GetState_Show>},
-    {"SetChannel",                          {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetChannel>},
-    {"SetChannel_PTC",                      {{Dec()}},               Answer::code, 0, Code<&W::SetChannel_PTC>},
-    {"SetChannel_Seek",                     {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetChannel_Seek>},
-    {"SetChannelByServiceid",               {{U64()}},               Answer::code, 0, SetChannelByServiceid},
-    {"SetScreenRect",                       {{Dec(), Dec(), Dec(), Dec()}}, Answer::code, 0, Code<&W::SetScreenRect>},
-    {"SetScreenRect_PosSizeMode",           {{Dec(), Dec()}},        Answer::code, 0, Code<&W::SetScreenRect_PosSizeMode>},
-    {"Show",                                {{Dec()}},               Answer::code, 0, Code<&W::Show>},
+    {"SetChannel",                          {{kDec, kDec}},          Answer::code, 0, Code<&W::SetChannel>},
+    {"SetChannel_PTC",                      {{kDec}},                Answer::code, 0, Code<&W::SetChannel_PTC>},
+    {"SetChannel_Seek",                     {{kDec, kDec}},          Answer::code, 0, Code<&W::SetChannel_Seek>},
+    {"SetChannelByServiceid",               {{kU64}},                Answer::code, 0, SetChannelByServiceid},
+    {"SetScreenRect",                       {{kDec, kDec, kDec, kDec}}, Answer::code, 0, Code<&W::SetScreenRect>},
+    {"SetScreenRect_PosSizeMode",           {{kDec, kDec}},          Answer::code, 0, Code<&W::SetScreenRect_PosSizeMode>},
+    {"Show",                                {{kDec}},                Answer::code, 0, Code<&W::Show>},
     {"GetResolution",                       {},                      Answer::value, kUnknownResolution, Value<&W::GetResolution>},
-    {"GetSource",                           {{Num(-1)}},             Answer::value, kUnknownSource, GetSource},
-    {"SetSource",                           {{Required(0), Num(0)}}, Answer::code, 0, SetSource},
-    {"SetSourceAndTune",                    {{Required(0), Required(0)}}, Answer::code, 0, Code<&W::SetSourceAndTune>},
+    {"GetSource",                           {{kNum<-1>}},            Answer::value, kUnknownSource, GetSource},
+    {"SetSource",                           {{kRequired<0>, kNum<0>}}, Answer::code, 0, SetSource},
+    {"SetSourceAndTune",                    {{kRequired<0>, kRequired<0>}}, Answer::code, 0, Code<&W::SetSourceAndTune>},
     {"GetPreviousSource",                   {},                      Answer::value, kUnknownPreviousSource, Value<&W::GetPreviousSource>},
     {"SetPreviousSource",                   {},                      Answer::code, 0, Code<&W::SetPreviousSource>},
-    {"FindChannel",                         {{Dec(), Dec()}},        Answer::code, 0, Code<&W::FindChannel>},
-    {"GetChannel_Major",                    {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_Major>},
-    {"GetChannel_Minor",                    {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_Minor>},
-    {"GetChannel_Name",                     {{Dec()}},               Answer::name, 0, Name<&W::GetChannel_Name>},
-    {"GetChannel_OriginNetID",              {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_OriginNetID>},
-    {"GetChannel_ProgramNumber",            {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_ProgramNumber>},
-    {"GetChannel_PTC",                      {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_PTC>},
-    {"GetChannel_ServiceName",              {{Dec()}},               Answer::name, 0, Name<&W::GetChannel_ServiceName>},
-    {"GetChannel_TransportStreamID",        {{Dec()}},               Answer::value, 0, Value<&W::GetChannel_TransportStreamID>},
-    {"GetChannel_Type",                     {{Dec()}},               Answer::value, kUnknownType, Value<&W::GetChannel_Type>},
+    {"FindChannel",                         {{kDec, kDec}},          Answer::code, 0, Code<&W::FindChannel>},
+    {"GetChannel_Major",                    {{kDec}},                Answer::value, 0, Value<&W::GetChannel_Major>},
+    {"GetChannel_Minor",                    {{kDec}},                Answer::value, 0, Value<&W::GetChannel_Minor>},
+    {"GetChannel_Name",                     {{kDec}},                Answer::name, 0, Name<&W::GetChannel_Name>},
+    {"GetChannel_OriginNetID",              {{kDec}},                Answer::value, 0, Value<&W::GetChannel_OriginNetID>},
+    {"GetChannel_ProgramNumber",            {{kDec}},                Answer::value, 0, Value<&W::GetChannel_ProgramNumber>},
+    {"GetChannel_PTC",                      {{kDec}},                Answer::value, 0, Value<&W::GetChannel_PTC>},
+    {"GetChannel_ServiceName",              {{kDec}},                Answer::name, 0, Name<&W::GetChannel_ServiceName>},
+    {"GetChannel_TransportStreamID",        {{kDec}},                Answer::value, 0, Value<&W::GetChannel_TransportStreamID>},
+    {"GetChannel_Type",                     {{kDec}},                Answer::value, kUnknownType, Value<&W::GetChannel_Type>},
     {"GetChannel_Size",                     {},                      Answer::value, 0, Value<&W::GetChannel_Size>},
-    {"GetChannel_ServiceId",                {{Num(0), Num(0), Num(0)}}, Answer::ascii, 0, GetChannelServiceId},
-    {"GetChannel_OnTVJson",                 {{Dec()}},               Answer::textOrCode, 0, GetChannelOnTVJson},
-    {"SetScreenCropRect",                   {{Required(0), Required(0), Required(0), Required(0)}}, Answer::code, 0, SetScreenCropRect},
-    {"GetScreenCropRect",                   {{Num(0)}},              Answer::textOrCode, 0, GetScreenCropRect},
-    {"SetScreenZorder",                     {{Required(0)}},         Answer::code, 0, SetScreenZorder},
+    {"GetChannel_ServiceId",                {{kNum<0>, kNum<0>, kNum<0>}}, Answer::ascii, 0, GetChannelServiceId},
+    {"GetChannel_OnTVJson",                 {{kDec}},                Answer::textOrCode, 0, GetChannelOnTVJson},
+    {"SetScreenCropRect",                   {{kRequired<0>, kRequired<0>, kRequired<0>, kRequired<0>}}, Answer::code, 0, SetScreenCropRect},
+    {"GetScreenCropRect",                   {{kNum<0>}},             Answer::textOrCode, 0, GetScreenCropRect},
+    {"SetScreenZorder",                     {{kRequired<0>}},        Answer::code, 0, SetScreenZorder},
     {"DisconnectSource",                    {},                      Answer::code, 0, Code<&W::DisconnectSource>},
-    {"ChangeAudioPID",                      {{Required(-1)}},        Answer::code, 0, ChangeAudioPID, 0},
-    {"ChangeAudioByIndex",                  {{Required(-1)}},        Answer::code, 0, ChangeAudioByIndex, 0},
+    {"ChangeAudioPID",                      {{kRequired<-1>}},       Answer::code, 0, ChangeAudioPID, 0},
+    {"ChangeAudioByIndex",                  {{kRequired<-1>}},       Answer::code, 0, ChangeAudioByIndex, 0},
     {"GetMultiAudioInfo",                   {},                      Answer::text, 0, GetMultiAudioInfo},
-    {"SetSourceVolume",                     {{Required(0)}},         Answer::code, 0, SetSourceVolume, 0},
-    {"SetTVMode",                           {{Required(-1)}},        Answer::code, 0, Code<&W::SetTVMode>},
+    {"SetSourceVolume",                     {{kRequired<0>}},        Answer::code, 0, SetSourceVolume, 0},
+    {"SetTVMode",                           {{kRequired<-1>}},       Answer::code, 0, Code<&W::SetTVMode>},
     {"GetTVMode",                           {},                      Answer::value, -1, GetTVMode},
-    {"GetFavorites",                        {{U64()}},               Answer::textOrNone, 0, GetFavorites},
-    {"UpdateFavorites",                     {{U64(), Required(0), Required(0)}}, Answer::code, 0, UpdateFavorites},
+    {"GetFavorites",                        {{kU64}},                Answer::textOrNone, 0, GetFavorites},
+    {"UpdateFavorites",                     {{kU64, kRequired<0>, kRequired<0>}}, Answer::code, 0, UpdateFavorites},
     {"GetFullChannelList",                  {},                      Answer::textOrNone, 0, GetFullChannelList},
     {"GetCurrentAudioInfo",                 {},                      Answer::textOrNone, 0, GetCurrentAudioInfo},
     {"GetSignalStrength",                   {},                      Answer::value, 0, GetSignalStrength},
@@ -439,7 +430,7 @@ constexpr Command kCommands[] = {
     {"GetCurrentChannel",                   {},                      Answer::textOrCode, 0, GetCurrentChannelInfo},
     {"GetCurrentSubtitle",                  {},                      Answer::value, -1, GetCurrentSubtitle},
     {"GetSubtitleInfo",                     {},                      Answer::text, 0, GetSubtitleInfo},
-    {"ChangeSubtitle",                      {{Required(-1)}},        Answer::code, 0, ChangeSubtitle, 0},
+    {"ChangeSubtitle",                      {{kRequired<-1>}},       Answer::code, 0, ChangeSubtitle, 0},
     {"GetStartChannel_Type",                {},                      Answer::value, kUnknownType, Value<&W::GetStartChannel_Type>},
     {"GetStartChannel_Major",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Major>},
     {"GetStartChannel_Minor",               {},                      Answer::value, 0, Value<&W::GetStartChannel_Minor>},
@@ -449,9 +440,9 @@ constexpr Command kCommands[] = {
     {"GetPreviousChannelInfo",              {},                      Answer::textOrCode, 0, Text<&W::GetPreviousChannelInfo>},
     {"GetResolutionDetail",                 {},                      Answer::textOrCode, 0, Text<&W::GetResolutionDetail>},
     {"GetSourceState",                      {},                      Answer::value, 0, Value<&W::GetSourceState>},
-    {"MuteVideo",                           {{Required(0)}},         Answer::code, 0, Code<&W::MuteVideo>},
-    {"SetDVBSIChannelDirectEx",             {{AsText(), Required(-1)}}, Answer::code, 0, SetDVBSIChannelDirectEx},
-    {"SetChannelDirect",                    {{Required(-1), Required(-1), Required(-1), Num(-1)}}, Answer::code, 0, Code<&W::SetChannelDirect>, 1},
+    {"MuteVideo",                           {{kRequired<0>}},        Answer::code, 0, Code<&W::MuteVideo>},
+    {"SetDVBSIChannelDirectEx",             {{kText, kRequired<-1>}}, Answer::code, 0, SetDVBSIChannelDirectEx},
+    {"SetChannelDirect",                    {{kRequired<-1>, kRequired<-1>, kRequired<-1>, kNum<-1>}}, Answer::code, 0, Code<&W::SetChannelDirect>, 1},
     // clang-format on
 };
 

@@ -33,7 +33,7 @@ bool ReadArguments(const Command& command, const std::array<const std::string*, 
     const Parameter& parameter = command.parameters[at];
     const std::string& text = *texts[at];
     in.given[at] = !text.empty();
-    switch (parameter.parse) {
+    switch (parameter.parse) {  // not covered: there is no other way to parse
       case Parse::none:
         break;
       case Parse::dec:

@@ -80,9 +80,10 @@ bool Check(const char* function, Interface*& active, Factory<Interface> factory,
   return false;
 }
 
-bool Missing(const char* function, const char* text) {
-  KEL_LOG_AS(function, kFailure, "%s", text);
-  return false;
+/// Whether a proxy is `there`; the absence of one is logged.
+bool Needed(const char* function, bool there, const char* missing) {
+  if (!there) KEL_LOG_AS(function, kFailure, "%s", missing);
+  return there;
 }
 
 constexpr const char* kMainSource = "db/emp/mainsource";
@@ -300,35 +301,35 @@ bool CEmpTaskWindow::t_CheckTunerControlproxy() {
 }
 
 bool CEmpTaskWindow::t_NeedServiceproxy(const char* function) {
-  return t_CheckServiceproxy() || Missing(function, "Serviceproxy is NULL");
+  return Needed(function, t_CheckServiceproxy(), "Serviceproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedServiceNavigationproxy(const char* function) {
-  return t_CheckServiceNavigationproxy() || Missing(function, "ServiceNavigationproxy is NULL");
+  return Needed(function, t_CheckServiceNavigationproxy(), "ServiceNavigationproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedSourceControlproxy(const char* function) {
-  return t_CheckSourceControlproxy() || Missing(function, "SourceControlproxy is NULL");
+  return Needed(function, t_CheckSourceControlproxy(), "SourceControlproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedVideoControlproxy(const char* function) {
-  return t_CheckVideoControlproxy() || Missing(function, "VideoControlproxy is NULL");
+  return Needed(function, t_CheckVideoControlproxy(), "VideoControlproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedAVControlproxy(const char* function) {
-  return t_CheckAVControlproxy() || Missing(function, "AVControlproxy is NULL");
+  return Needed(function, t_CheckAVControlproxy(), "AVControlproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedServiceDataAuxproxy(const char* function) {
-  return t_CheckServiceDataAuxproxy() || Missing(function, "ServiceDataAuxproxy is NULL");
+  return Needed(function, t_CheckServiceDataAuxproxy(), "ServiceDataAuxproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedDataControlproxy(const char* function) {
-  return t_CheckDataControlproxy() || Missing(function, "ServiceDataControlproxy is NULL");
+  return Needed(function, t_CheckDataControlproxy(), "ServiceDataControlproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_NeedTunerControlproxy(const char* function) {
-  return t_CheckTunerControlproxy() || Missing(function, "TunerControlproxy is NULL");
+  return Needed(function, t_CheckTunerControlproxy(), "TunerControlproxy is NULL");
 }
 
 bool CEmpTaskWindow::t_GetAppId(const char* function, std::string& appId) {

@@ -1,8 +1,8 @@
 // The favourite groups of a service. Calls IService.
 #include <json/json.h>
 
-#include <cstdio>
 #include <map>
+#include <string>
 
 #include "Ask.h"
 #include "EmpTaskWindow.h"
@@ -17,9 +17,7 @@ constexpr const char* kFunction = "GetFavorites";
 
 /// The first digit of a number: applications know keys and values of one character.
 std::string Digit(int number) {
-  char text[2] = {};
-  const int length = std::snprintf(text, sizeof text, "%d", number);
-  return length > 0 ? text : std::string();
+  return std::to_string(number).substr(0, 1);
 }
 
 std::string Document(const std::map<unsigned char, bool>& favorites) {

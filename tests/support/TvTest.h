@@ -106,8 +106,13 @@ class TvTest : public ::testing::Test {
     return under(words, [&] { return execute(command, parameters); });
   }
 
-  /// The next message with this text leaves the log with an exception, which says "no log".
-  void breakLog(const std::string& text) { breaking_ = text; }
+  /// The next message with this text, masked as in `logs`, leaves the log with an exception, which says "no log" or is
+  /// of a kind that says nothing.
+  enum class Saying { noLog, nothing };
+  void breakLog(const std::string& text, Saying saying = Saying::noLog) {
+    breaking_ = text;
+    saying_ = saying;
+  }
 
   // The settings keys, unseen by faults and trace. A key of the other type reads as missing.
   std::optional<int> intSetting(const std::string& key);
@@ -127,6 +132,7 @@ class TvTest : public ::testing::Test {
   std::optional<kel::CEmpAppWindow> app_;
   std::string engine_;
   std::string breaking_;
+  Saying saying_ = Saying::noLog;
   std::vector<virtualtv::framework::LogLine> lines_;
 };
 

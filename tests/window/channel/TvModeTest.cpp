@@ -101,6 +101,13 @@ TEST_F(SetTvMode, AnApplicationWithoutIdIsCalledNoAppId) {
   EXPECT_EQ(calls().back(), "IServiceNavigation[main#1]::SetTVMode(mode=1,21, appId=\"NoAppId\") -> 1");
 }
 
+TEST_F(SetTvMode, WithoutAnEngineNobodyIsAskedForTheId) {
+  worker.m_pEngine = nullptr;
+  EXPECT_EQ(worker.SetTVMode(static_cast<_PL_WINDOW_TV_MODE>(24)), 1);
+  EXPECT_EQ(logs(), Lines({"0 Could not get app ID.", "3 appid is NoAppId"}));
+  EXPECT_EQ(calls(), Lines{"IServiceNavigation[main#1]::SetTVMode(mode=1,21, appId=\"NoAppId\") -> 1"});
+}
+
 TEST_F(SetTvMode, AnIdThatCanNotBeHadIsNoAppId) {
   EXPECT_EQ(under("CEmpEngineBase::GetAppInfo result=null",
                   [&] { return worker.SetTVMode(static_cast<_PL_WINDOW_TV_MODE>(24)); }),

@@ -121,6 +121,23 @@ TEST_F(EnginesTest, AWorkerThatThrowsWhileItConnectsIsToldOfAndKept) {
   EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 7");
 }
 
+TEST_F(EnginesTest, AnExceptionThatSaysNothingIsToldAsUnknown) {
+  breakLog("resolution is RES_1920x1080", Saying::nothing);
+  EXPECT_TRUE(open());
+  const Lines lines = logs();
+  EXPECT_EQ(Lines(lines.end() - 3, lines.end() - 1), (Lines{"0 Exception Handled by CEmpEngineWindow unknown exception",
+                                                            banner(3, "CEmpEngineWindow", engineFile)}));
+}
+
+TEST_F(EnginesTest, AWorkerThatNeverBeganToConnectEndsWithoutBeingDestroyed) {
+  breakLog("[CEmpTaskWindow::Create][*] begin.");
+  EXPECT_TRUE(open());
+  forget();
+  EXPECT_TRUE(close());
+  for (const std::string& line : logs()) EXPECT_EQ(line.find("Destroy"), std::string::npos) << line;
+  EXPECT_EQ(calls(), Lines());
+}
+
 TEST_F(EnginesTest, AnEngineWhoseWorkerLacksAProxyMakesItLater) {
   for (const char* factory : engine::factories) {
     for (const char* way : {"result=1", "result=null", "result=throw"}) {

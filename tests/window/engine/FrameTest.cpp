@@ -101,6 +101,13 @@ TEST_F(FrameTest, AnExceptionThatNoOperationCaughtIsToldAndAnsweredWithMinusOne)
   EXPECT_EQ(execute("GetChannel_Size"), "int 0") << "the engine goes on";
 }
 
+TEST_F(FrameTest, AnExceptionThatSaysNothingIsToldAsUnknown) {
+  breakLog("*pnSize = [0]", Saying::nothing);
+  EXPECT_EQ(execute("GetChannel_Size"), "int -1");
+  EXPECT_EQ(logs(), commandLogs("GetChannel_Size", {},
+                                {place("GetChannel_Size"), "0 Exception Handled by Execute unknown exception"}, -1));
+}
+
 // The entry with a parameter list.
 
 TEST_F(FrameTest, AnUnknownCommandWithAParameterListIsRefusedWithMinusOne) {

@@ -197,6 +197,13 @@ TEST_F(KeepTest, PublishingWithoutAWidgetGoesOnWithAnEmptyId) {
   EXPECT_EQ(logs(), join({{"3 This is t_SetCurrentSourcevconf", published}, rest}));
 }
 
+TEST_F(KeepTest, PublishingWithoutAnEngineAsksNobodyForTheWidget) {
+  worker.m_pEngine = nullptr;
+  EXPECT_TRUE(worker.t_SetTVMWMainSourcevconf(mainKey, 20));
+  EXPECT_EQ(textSetting(middlewareKey), ":20");
+  EXPECT_EQ(calls(), Lines{"vconf_set_str(key=\"" + std::string(middlewareKey) + "\", value=\":20\") -> 0"});
+}
+
 TEST_F(KeepTest, PublishingFailsWhenTheWidgetIsAskedForWithAnException) {
   only("CEmpEngineBase::GetAppInfo result=throw");
   EXPECT_FALSE(worker.t_SetTVMWMainSourcevconf(mainKey, 20));
