@@ -110,7 +110,7 @@ void runPiped(Desk& desk) {
   int number = 0;
   for (std::string line; std::getline(std::cin, line);) {
     const std::string where = "standard input:" + std::to_string(++number) + ": ";
-    if (line.ends_with('\r')) line.pop_back();
+    while (line.ends_with('\r')) line.pop_back();
     if (!isText(line)) {
       std::cout << "# " << noText << ": " << oneLine(line) << "\n";
       desk.sayThat(where + noText);

@@ -49,7 +49,7 @@ Lines splitLines(std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = text.find('\n');
     std::string_view line = text.substr(0, end);
-    if (end != std::string_view::npos && line.ends_with('\r')) line.remove_suffix(1);
+    while (line.ends_with('\r')) line.remove_suffix(1);
     lines.emplace_back(line);
     if (end == std::string_view::npos) break;
     text.remove_prefix(end + 1);

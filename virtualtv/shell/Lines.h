@@ -9,7 +9,8 @@ namespace virtualtv::shell {
 /// Lines of text without their line breaks.
 using Lines = std::vector<std::string>;
 
-/// The lines of a text. A carriage return before a line break belongs to it; the last line needs no break.
+/// The lines of a text. Carriage returns at the end of a line belong to its break, which the last line need not have;
+/// so lines that are written with plain breaks read as the same.
 Lines splitLines(std::string_view text);
 
 /// Splits a line into words as a POSIX shell does: blanks separate, single quotes keep all between them, double quotes

@@ -18,6 +18,10 @@ TEST(SplitLines, ACarriageReturnBelongsToTheLineBreak) {
   EXPECT_EQ(splitLines("a\r\nb\rc\r\n"), (Lines{"a", "b\rc"}));
 }
 
+TEST(SplitLines, SeveralCarriageReturnsAndThoseOfTheLastLineDoAsWell) {
+  EXPECT_EQ(splitLines("a\r\r\nb\r\r"), (Lines{"a", "b"}));
+}
+
 TEST(SplitWords, BlanksSeparate) {
   EXPECT_EQ(splitWords("GetSource 1"), (Lines{"GetSource", "1"}));
   EXPECT_EQ(splitWords("  a \t b  "), (Lines{"a", "b"}));

@@ -27,6 +27,12 @@ TEST(TranscriptText, IsWrittenAsItWasRead) {
   }
 }
 
+TEST(TranscriptText, WithCarriageReturnsHasTheSameInputsOnceItIsWrittenWithoutThem) {
+  for (const std::string text : {"> A\r\r\n# b\r\r\n", "> A\n# b\r\r"}) {
+    EXPECT_EQ(writeTranscript(readTranscript("t", text)), "> A\n# b\n");
+  }
+}
+
 TEST(TranscriptText, TheLastLineNeedsNoLineBreak) {
   const Transcript transcript = readTranscript("t", "> A\nint 1");
   EXPECT_EQ(transcript.steps.at(0).output, Lines{"int 1"});
