@@ -1,0 +1,108 @@
+// Command lines of any words, with any standard input: one of the documented statuses, and one line for what can't be
+// used. The words stand at the front of an input, one a line, up to an empty line; the rest is the standard input.
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "EmpAppWindow.h"
+#include "fuzz/support/Demand.h"
+#include "shell/CommandLine.h"
+#include "shell/Lines.h"
+#include "virtualtv/support/Support.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using fuzz::demand;
+using virtualtv::shell::ExitStatus;
+
+/// What stands in place of a standard stream as long as this lives.
+template <typename Stream>
+class Redirected {
+ public:
+  Redirected(Stream& stream, const std::string& content) : stream_(stream), text_(content) {
+    stream_.clear();
+    before_ = stream_.rdbuf(text_.rdbuf());
+  }
+  Redirected(const Redirected&) = delete;
+  Redirected& operator=(const Redirected&) = delete;
+  ~Redirected() { stream_.rdbuf(before_); }
+
+  std::string text() const { return text_.str(); }
+
+ private:
+  Stream& stream_;
+  std::stringstream text_;
+  std::streambuf* before_;
+};
+
+/// The folder in which all happens; whoever starts the program has no state of their own elsewhere.
+struct Home {
+  Home() {
+    fs::current_path(folder.path());
+    setenv("XDG_STATE_HOME", folder.path().c_str(), 1);
+    // A terminal would be talked to.
+    if (std::freopen("/dev/null", "r", stdin) == nullptr) std::abort();
+    fill();
+  }
+
+  void fill() const {
+    virtualtv::test::write(folder / "list.conf", "One:578:B8M64:T:0:101:102=eng:103:0:281:8442:1051:0\n");
+    virtualtv::test::write(folder / "t.txt", "> GetTVMode\nint 1\n");
+  }
+  void empty() const {
+    for (const auto& entry : fs::directory_iterator(folder.path())) fs::remove_all(entry.path());
+  }
+
+  virtualtv::test::TemporaryDirectory folder;
+};
+
+/// Words that name files elsewhere are not tried: they may be without end, or be somebody's.
+bool leadsElsewhere(std::string_view text) {
+  return text.find('/') != text.npos || text.find("..") != text.npos;
+}
+
+ExitStatus run(std::vector<std::string>& words) {
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  kel::CEmpAppWindow app;
+  return virtualtv::shell::runCommandLine(static_cast<int>(words.size()), arguments.data(), app);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view content(reinterpret_cast<const char*>(data), size);
+  if (leadsElsewhere(content)) return 0;
+  const std::size_t end = content.find("\n\n");
+  std::vector<std::string> words = virtualtv::shell::splitLines(content.substr(0, end));
+  words.insert(words.begin(), "emp-window");
+  const std::string input(end == content.npos ? std::string_view() : content.substr(end + 2));
+
+  static const Home home;
+  ExitStatus status{};
+  std::string told;
+  {
+    const Redirected in(std::cin, input);
+    const Redirected out(std::cout, "");
+    const Redirected err(std::cerr, "");
+    status = run(words);
+    told = err.text();
+  }
+  demand(status >= virtualtv::shell::allWell && status <= virtualtv::shell::unusable,
+         "status " + std::to_string(status));
+  demand(status != virtualtv::shell::unusable || told.find("emp-window: ") != told.npos, "unusable, without a word");
+  demand(told.empty() || told.ends_with('\n'), "not whole lines: " + told);
+  home.empty();
+  home.fill();
+  return 0;
+}

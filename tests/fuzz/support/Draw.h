@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "seam/Operations.h"
+
+namespace fuzz {
+
+/// Makes choices from the bytes of an input, from the front on. Behind its end all choices are the first one.
+class Draw {
+ public:
+  /// @param data  outlives the object.
+  Draw(const std::uint8_t* data, std::size_t size) : data_(data), left_(size) {}
+
+  bool isEmpty() const { return left_ == 0; }
+
+  std::uint8_t byte();
+  /// A number below `limit`, which is 1 to 65536.
+  std::size_t below(std::size_t limit);
+  bool chance() { return (byte() & 1U) != 0; }
+  template <typename Value, std::size_t count>
+  const Value& of(const std::array<Value, count>& values) {
+    return values[below(count)];
+  }
+
+  /// A number as text: small, at the border of a type, or any of 64 bits.
+  std::string number();
+  /// The same of 32 bits.
+  std::string number32();
+  /// Any bytes: some from the input, or one of them many times over.
+  std::string text();
+  /// 16-bit units, likewise.
+  std::u16string units();
+  /// A parameter of a command: a number, a text, or nothing.
+  std::string parameter();
+
+ private:
+  const std::uint8_t* data_;
+  std::size_t left_;
+};
+
+/// A fault of any operation, in the words that make one: how often it hits, and what the call then answers and writes.
+std::vector<std::string> drawFault(Draw& draw);
+
+/// The record of a service as a fault takes it, as in `{12=281,16="News"}`.
+std::string drawRecord(Draw& draw);
+
+}  // namespace fuzz

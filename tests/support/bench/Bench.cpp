@@ -1,0 +1,155 @@
+#include "support/bench/Bench.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "EmpConverterWindow.h"
+#include "Window/Src/Commands.h"
+#include "framework/Log.h"
+
+namespace support {
+
+namespace {
+
+using virtualtv::Event;
+using virtualtv::WindowId;
+using virtualtv::framework::Reply;
+using virtualtv::seam::Seam;
+
+constexpr const char* engineName = "bench";
+constexpr const char* untouched = "nobody wrote this";
+
+Outcome outcome(bool accepted, const std::string& ret) {
+  Outcome outcome{accepted, ret != untouched, std::nullopt};
+  if (outcome.written) outcome.reply = virtualtv::framework::decode(ret);
+  return outcome;
+}
+
+/// The kind of reply that a row has beside a number.
+std::optional<Reply::Kind> kindOf(const kel::Command& row) {
+  switch (row.answer) {
+    case kel::Answer::code:
+    case kel::Answer::value:
+      return std::nullopt;
+    case kel::Answer::name:
+      return Reply::Kind::unicode;
+    default:
+      return Reply::Kind::ascii;
+  }
+}
+
+}  // namespace
+
+bool Outcome::isNumber(int number) const {
+  return accepted && reply && reply->kind == Reply::Kind::integer && reply->number == number;
+}
+
+std::string Outcome::shown() const {
+  if (!written) return accepted ? "empty" : "refused";
+  const std::string text = reply ? virtualtv::framework::show(*reply) : "undecodable";
+  return accepted ? text : "refused " + text;
+}
+
+Bench::Bench(std::vector<virtualtv::Service> services) : services_(std::move(services)) {
+  Seam::instance().reset();
+  virtualtv::framework::setLogLevel(3);
+  virtualtv::framework::setLogListener([](const virtualtv::framework::LogLine&) {});
+  storage_.emplace();
+  tv_.emplace(*storage_);
+  app_.emplace();
+  furnish();
+  firstState_ = tv_->state();
+  firstSettings_ = tv_->settings().list();
+  tv_->watch([this](const Event& event) {
+    servicesChanged_ =
+        servicesChanged_ || event.kind == Event::Kind::servicesChanged || event.kind == Event::Kind::favouritesChanged;
+  });
+}
+
+Bench::~Bench() {
+  app_.reset();
+  tv_.reset();
+  virtualtv::framework::setLogListener({});
+  virtualtv::framework::setLogLevel(-1);
+  Seam::instance().reset();
+}
+
+void Bench::furnish() {
+  tv_->reset();
+  if (!services_.empty()) tv_->import(services_, false);
+}
+
+void Bench::renew() {
+  app_->Destroy();
+  Seam::instance().reset();
+  if (servicesChanged_) furnish();
+  servicesChanged_ = false;
+  tv_->adjust(WindowId::main, [this](virtualtv::TvState& state) { state = firstState_; });
+  virtualtv::SettingsStore& settings = tv_->settings();
+  for (const auto& [key, value] : settings.list()) {
+    if (firstSettings_.count(key) == 0) settings.unset(key);
+  }
+  for (const auto& [key, value] : firstSettings_) settings.set(key, value);
+}
+
+bool Bench::open() {
+  return app_->Open(engineName, "bench.app", "bench.widget", "");
+}
+
+bool Bench::close() {
+  return app_->Close(engineName, kel::EmpType::type{});
+}
+
+Outcome Bench::execute(const std::string& command, const std::vector<std::string>& parameters) {
+  std::array<std::string, 4> p;
+  std::copy_n(parameters.begin(), std::min(parameters.size(), p.size()), p.begin());
+  std::string ret = untouched;
+  const bool accepted = app_->Execute(ret, engineName, command, p[0], p[1], p[2], p[3]);
+  return outcome(accepted, ret);
+}
+
+Outcome Bench::executeWithParamList(const std::string& command, const std::vector<std::string>& parameters) {
+  std::string ret = untouched;
+  const bool accepted = app_->ExecuteWithParamList(ret, engineName, command, kel::ParamList(parameters));
+  return outcome(accepted, ret);
+}
+
+void Bench::showIsp() {
+  tv_->showIsp();
+  tv_->adjust(WindowId::main, [](virtualtv::TvState& state) {
+    state.isp.audio = {{.pid = 301, .lang = 6514802, .decodeType = virtualtv::CODING_AC3}};
+    state.isp.subtitles = {{.pid = 401, .lang = 6514802}};
+  });
+}
+
+std::string Bench::unhealthy() {
+  Seam::instance().clearFaults();
+  const auto& main = tv_->state()[WindowId::main];
+  const int mode = kel::CEmpConverterWindow::GetPLTVModeValue(
+      TSTvMode(static_cast<EAntennaMode>(main.mode.antenna), static_cast<EServiceMode>(main.mode.service)));
+  const struct {
+    const char* command;
+    std::vector<std::string> parameters;
+    int answer;
+  } questions[] = {{"SetWindow", {"0"}, 1}, {"GetSourceState", {}, main.sourceState}, {"GetTVMode", {}, mode}};
+  for (const auto& question : questions) {
+    const Outcome answer = execute(question.command, question.parameters);
+    if (answer.isNumber(question.answer)) continue;
+    return std::string(question.command) + " answers " + answer.shown() + ", not int " +
+           std::to_string(question.answer);
+  }
+  return {};
+}
+
+std::string undocumented(const std::string& command, const Outcome& outcome) {
+  const kel::Command* const row = kel::FindCommand(command);
+  if (row == nullptr) {
+    return outcome.accepted || outcome.written ? "unknown, yet answered " + outcome.shown() : std::string();
+  }
+  if (!outcome.accepted || !outcome.reply) return "answered " + outcome.shown();
+  if (outcome.reply->kind == Reply::Kind::integer || outcome.reply->kind == kindOf(*row)) return {};
+  return "answered with another kind: " + outcome.shown();
+}
+
+}  // namespace support

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "EmpAppWindow.h"
+#include "framework/Reply.h"
+#include "seam/Seam.h"
+#include "set/Tv.h"
+#include "store/SettingsStore.h"
+
+/// A set in memory with the plug-in on it, for programs that are no unit tests: those that fuzz and those that prove.
+/// There is one at a time. Log messages are rendered and dropped.
+namespace support {
+
+/// What an engine made of a command.
+struct Outcome {
+  bool accepted = false;
+  bool written = false;                              ///< the engine wrote the return string
+  std::optional<virtualtv::framework::Reply> reply;  ///< what it wrote, decoded; nothing if it is no reply
+
+  /// Accepted, with this number as reply.
+  bool isNumber(int number) const;
+  /// As a transcript shows it.
+  std::string shown() const;
+};
+
+class Bench {
+ public:
+  /// @param services  those of the set; the embedded ones when there are none.
+  explicit Bench(std::vector<virtualtv::Service> services = {});
+  Bench(const Bench&) = delete;
+  Bench& operator=(const Bench&) = delete;
+  ~Bench();
+
+  /// As new: no engine open, the set as it was first. Takes a fraction of the time of another bench.
+  void renew();
+
+  virtualtv::Tv& tv() { return *tv_; }
+  kel::CEmpAppWindow& app() { return *app_; }
+
+  /// Opens the engine that commands go to. @return false when it can't be made.
+  bool open();
+  bool close();
+
+  /// Runs a command. @param parameters  four at most; the others are empty.
+  Outcome execute(const std::string& command, const std::vector<std::string>& parameters = {});
+  Outcome executeWithParamList(const std::string& command, const std::vector<std::string>& parameters);
+
+  /// The secondary TV stack shows the ISP source, with an audio track and a subtitle.
+  void showIsp();
+
+  /// Without faults: takes the main window, asks two questions whose answers the set's state gives, and holds the
+  /// replies against it. @return what is wrong; empty when all is well.
+  std::string unhealthy();
+
+ private:
+  std::optional<virtualtv::Storage> storage_;
+  std::optional<virtualtv::Tv> tv_;
+  std::optional<kel::CEmpAppWindow> app_;
+  virtualtv::TvState firstState_;
+  std::map<std::string, virtualtv::Setting> firstSettings_;
+  std::vector<virtualtv::Service> services_;
+  bool servicesChanged_ = false;
+
+  void furnish();
+};
+
+/// What is wrong with an answer to `command` through the four-parameter entry, whatever the set does: that it is of no
+/// kind that the command's row has. Empty when nothing is.
+std::string undocumented(const std::string& command, const Outcome& outcome);
+
+}  // namespace support
