@@ -10,7 +10,7 @@
 #include <array>
 #include <exception>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace virtualtv::test {
@@ -29,7 +29,9 @@ TemporaryDirectory::~TemporaryDirectory() {
 
 std::string contentOf(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::ostringstream content;
+  content << stream.rdbuf();
+  return content.str();
 }
 
 void write(const std::filesystem::path& file, const std::string& content) {

@@ -1,0 +1,116 @@
+#include "Scenarios.h"
+
+#include <span>
+#include <string>
+
+#include "services/ServiceStore.h"
+#include "store/SettingsStore.h"
+#include "virtualtv/support/Support.h"
+
+namespace virtualtv::proof {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* inTheGuide = ".app com.example.guide guide";
+
+/// A channel list in the format of VDR. @param first  number of its first service.
+std::string channelList(int first, int count) {
+  std::string list;
+  for (int number = first; number < first + count; ++number) {
+    const std::string digits = std::to_string(number);
+    list += "Service " + digits + ";Net:474000:B8C23D12G4M64T8Y0:T:27500:" + digits + "1:" + digits +
+            "2=eng:0:0:" + digits + ":1:1:0\n";
+  }
+  return list;
+}
+
+/// The disk after lines that a fresh set has been told. @param killed  the set is not switched off before.
+Image after(const fs::path& directory, const Lines& lines, bool killed = false) {
+  Disk& disk = Disk::instance();
+  disk.insert({});
+  Image image;
+  {
+    Television television(directory);
+    for (const std::string& line : lines) television.run(line);
+    image = disk.image();
+  }
+  return killed ? image : disk.image();
+}
+
+/// The disk with a set's database of the first version, which had settings keys only, and a key in it.
+Image ofFirstVersion(const fs::path& directory) {
+  Disk& disk = Disk::instance();
+  disk.insert({});
+  {
+    Database database(directory / "tv.db", std::span(&settingsTables, 1));
+    SettingsStore(database).set("db/emp/mainsource", 31);
+  }
+  return disk.image();
+}
+
+/// Settings writes that make SQLite's log grow to where the next ones are brought into the database.
+Lines writesUpToACheckpoint() {
+  Lines lines;
+  for (int number = 0; number < 494; ++number) {
+    lines.push_back(".vconf set db/many/" + std::to_string(number % 40) + " int " + std::to_string(number));
+  }
+  return lines;
+}
+
+}  // namespace
+
+std::vector<Scenario> makeScenarios(const fs::path& directory) {
+  test::write(directory / "some.conf", channelList(1, 40));
+  test::write(directory / "more.conf", channelList(31, 20));
+  const Image set = after(directory, {inTheGuide, "SetChannel 3 0"});
+  const Image killed = after(directory, {inTheGuide, "SetSource 31 0", ".vconf set db/a int 1"}, true);
+  const Image nearCheckpoint = after(directory, writesUpToACheckpoint(), true);
+
+  std::vector<Scenario> scenarios{
+      {"first start", {}, true, ""},
+      {"start", set, true, ""},
+      {"start after a kill", killed, true, ""},
+      {"migration", ofFirstVersion(directory), true, ""},
+      {"first command", set, true, "GetSource 0"},
+      {"checkpoint", nearCheckpoint, true, ".vconf set db/a int 2"},
+  };
+  for (const char* line :
+       {".vconf set db/a int 2", ".vconf set db/a str text", ".vconf unset db/emp/mainsource", "SetChannel 2 0",
+        "SetSource 31 0", "SetSource 48 0", "SetSourceAndTune 31 2", "SetPreviousSource", "SetTVMode 2",
+        "UpdateFavorites 1152959734176350309 0 12", ".import some.conf", ".import more.conf --add", ".set country 44",
+        ".set main.source -1", ".set service.#1.name Other", ".set service.#2.audio 256:eng:aac,257:deu:ac3",
+        ".set service.#2.subtitles none", ".reset", ".restart"}) {
+    scenarios.push_back({line, set, false, line});
+  }
+  return scenarios;
+}
+
+std::vector<Lines> sessionsOfADay(const fs::path& directory) {
+  test::write(directory / "some.conf", channelList(1, 40));
+  test::write(directory / "more.conf", channelList(31, 20));
+  test::write(directory / "many.conf", channelList(1, 1000));
+  Lines evening{inTheGuide};
+  for (int round = 0; round < 40; ++round) {
+    const std::string number = std::to_string(round);
+    for (const std::string& line :
+         {".vconf set db/round int " + number, std::string("SetSource 31 0"), ".vconf set db/round str r" + number,
+          std::string("SetChannel 2 0"), std::string("SetSource 48 0"), std::string("SetChannel 9 1"),
+          "UpdateFavorites 1152959734176350309 " + std::to_string(round % 2) + " 12", ".set country " + number}) {
+      evening.push_back(line);
+    }
+  }
+  return {
+      {inTheGuide, "SetChannel 3 0", "SetSource 32 0", "SetWindow 1", "SetSource 33 0", ".vconf set db/a int 1"},
+      {".import some.conf", "SetChannel 7 0", ".import more.conf --add", ".set service.#3.name Other",
+       ".set service.#3.audio 256:eng:aac,257:deu:ac3", ".reset", "SetTVMode 2", ".vconf set db/a str b"},
+      evening,
+      {".import many.conf", ".vconf set db/a int 3", "SetSource 31 0", ".import some.conf", ".vconf unset db/a",
+       ".reset", "SetChannel 2 0"},
+      {},
+      {"GetSource 0"},
+  };
+}
+
+}  // namespace virtualtv::proof

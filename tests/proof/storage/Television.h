@@ -1,0 +1,62 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Disk.h"
+#include "EmpAppWindow.h"
+#include "set/Tv.h"
+#include "shell/Session.h"
+
+namespace virtualtv::proof {
+
+using Lines = std::vector<std::string>;
+
+/// What a set keeps: settings keys, state, and services with their tracks and favourites, each a line by its name.
+using Content = std::map<std::string, std::string>;
+
+/// What differs between two, in words; empty when nothing does.
+std::string difference(const Content& expected, const Content& found);
+
+/// What a step on a set came to.
+struct Outcome {
+  Lines printed;
+  Lines reported;  ///< what the shell says that went wrong
+
+  bool operator==(const Outcome&) const = default;
+};
+
+/// A set with the plug-in on it, on a state directory whose database lies on the disk in memory.
+class Television {
+ public:
+  /// Switches it on. @throws StoreError when the state can't be had.
+  explicit Television(const std::filesystem::path& directory);
+
+  /// Runs a line of the shell's.
+  Outcome run(const std::string& line);
+
+  Content content();
+  /// True when it could not be started again by a line that said so.
+  bool isOff();
+  /// True when what the set says of itself is what it has kept.
+  bool isOfOneMind();
+
+  /// Calls `seen` wherever a write may have ended: behind each change of the set and before each call to it.
+  void watch(const std::function<void()>& seen);
+
+ private:
+  Storage storage_;
+  kel::CEmpAppWindow app_;
+  shell::Session session_;
+};
+
+/// Switches a set on for nothing but to see what it has kept.
+Content contentOn(const std::filesystem::path& directory);
+
+/// What SQLite finds wrong with the database files of an image, which is put on the disk; empty when nothing.
+std::string damageOn(const Image& image);
+
+}  // namespace virtualtv::proof

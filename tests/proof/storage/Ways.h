@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "Disk.h"
+
+namespace virtualtv::proof {
+
+/// A way for accesses to fail.
+struct Way {
+  const char* name;
+  Access access;
+  int code;
+};
+
+inline constexpr Way ways[] = {
+    {"open", Access::open, SQLITE_CANTOPEN},      {"read", Access::read, SQLITE_IOERR},
+    {"write", Access::write, SQLITE_IOERR},       {"disk full", Access::write, SQLITE_FULL},
+    {"truncate", Access::truncate, SQLITE_IOERR}, {"sync", Access::sync, SQLITE_IOERR},
+    {"size", Access::size, SQLITE_IOERR},         {"lock", Access::lock, SQLITE_IOERR},
+    {"locked", Access::lock, SQLITE_BUSY},        {"unlock", Access::unlock, SQLITE_IOERR},
+    {"remove", Access::remove, SQLITE_IOERR},     {"exists", Access::exists, SQLITE_IOERR},
+    {"everything", Access::any, SQLITE_IOERR},
+};
+
+/// How many accesses of each kind there were since the disk began to count.
+inline std::map<Access, std::uint64_t> countAll() {
+  std::map<Access, std::uint64_t> counts;
+  for (const Way& way : ways) counts[way.access] = Disk::instance().count(way.access);
+  return counts;
+}
+
+/// Calls `run` for each way, each n up to what `count` says there are of its accesses, and for failing once and from
+/// then on, with the fault and its name. @param every  takes only each so manieth.
+inline void forEachFault(std::uint64_t every, const std::function<std::uint64_t(Access)>& count,
+                         const std::function<void(const Fault&, const std::string&)>& run) {
+  for (const Way& way : ways) {
+    for (std::uint64_t nth = 1; nth <= count(way.access); nth += every) {
+      const std::string name = std::string(way.name) + " " + std::to_string(nth);
+      run({way.access, nth, false, way.code}, name);
+      run({way.access, nth, true, way.code}, name + " and from then on");
+    }
+  }
+}
+
+}  // namespace virtualtv::proof

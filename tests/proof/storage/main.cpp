@@ -1,0 +1,39 @@
+// Makes the disk under a set fail and cuts its power, and looks whether anything is lost.
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+
+#include "CrashLoop.h"
+#include "Disk.h"
+#include "FaultLoop.h"
+#include "Findings.h"
+#include "virtualtv/support/Support.h"
+
+int main(int argc, char** argv) {
+  using namespace virtualtv::proof;
+  CLI::App app(
+      "Makes the disk under a set fail at each access, and cuts its power, and looks whether anything is lost");
+  std::uint64_t crashes = 1000;
+  std::uint64_t every = 1;
+  std::uint32_t seed = 1;
+  app.add_option("--crashes", crashes, "how often the power is cut")->capture_default_str();
+  app.add_option("--every", every, "let only each so manieth access fail")->capture_default_str();
+  app.add_option("--seed", seed, "where random choices start")->capture_default_str();
+  CLI11_PARSE(app, argc, argv);
+  try {
+    Disk::instance();
+    const virtualtv::test::TemporaryDirectory directory;
+    Findings findings;
+    if (every == 0) throw std::invalid_argument("--every: a number from 1 on is wanted");
+    loopOverFaults(directory.path(), every, findings);
+    loopOverTwoDatabases(directory.path(), every, findings);
+    loopOverCrashes(directory.path(), crashes, seed, findings);
+    findings.print();
+    return findings.areNone() ? 0 : 1;
+  } catch (const std::exception& exception) {
+    std::cerr << "proof_storage: " << exception.what() << "\n";
+    return 1;
+  }
+}
