@@ -1,7 +1,6 @@
 #include "Disk.h"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -222,8 +221,8 @@ int Disk::read(const Handle& handle, char* bytes, std::size_t size, std::size_t 
   if (failsAt(Access::read)) return fault_->code == SQLITE_IOERR ? SQLITE_IOERR_READ : fault_->code;
   const std::string& content = **handle.content;
   const std::size_t there = position < content.size() ? std::min(size, content.size() - position) : 0;
-  std::memset(bytes, 0, size);
-  if (there > 0) std::memcpy(bytes, content.data() + position, there);
+  std::fill_n(bytes, size, '\0');
+  if (there > 0) std::copy_n(content.data() + position, there, bytes);
   return there == size ? SQLITE_OK : SQLITE_IOERR_SHORT_READ;
 }
 

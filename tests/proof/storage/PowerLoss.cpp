@@ -55,11 +55,10 @@ void carryOutSome(const std::vector<Change>& changes, Content& content, std::mt1
   const std::size_t end = random() % (changes.size() + 1);
   for (std::size_t at = 0; at < end; ++at) {
     const Change& change = changes[at];
-    if (change.kind != Change::Kind::write) {
-      carryOut(change, content);
-    } else if (random() % 4 == 0) {
+    const bool isWrite = change.kind == Change::Kind::write;
+    if (isWrite && random() % 4 == 0) {
       tear(change, content, random);
-    } else if (toss(random)) {
+    } else if (!isWrite || toss(random)) {
       carryOut(change, content);
     }
   }

@@ -11,8 +11,11 @@
 #include "Findings.h"
 #include "virtualtv/support/Support.h"
 
-int main(int argc, char** argv) {
-  using namespace virtualtv::proof;
+namespace {
+
+using namespace virtualtv::proof;
+
+int run(int argc, char** argv) {
   CLI::App app(
       "Makes the disk under a set fail at each access, and cuts its power, and looks whether anything is lost");
   std::uint64_t crashes = 1000;
@@ -22,16 +25,22 @@ int main(int argc, char** argv) {
   app.add_option("--every", every, "let only each so manieth access fail")->capture_default_str();
   app.add_option("--seed", seed, "where random choices start")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
+  if (every == 0) throw std::invalid_argument("--every: a number from 1 on is wanted");
+  Disk::instance();
+  const virtualtv::test::TemporaryDirectory directory;
+  Findings findings;
+  loopOverFaults(directory.path(), every, findings);
+  loopOverTwoDatabases(directory.path(), every, findings);
+  loopOverCrashes(directory.path(), crashes, seed, findings);
+  findings.print();
+  return findings.areNone() ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    Disk::instance();
-    const virtualtv::test::TemporaryDirectory directory;
-    Findings findings;
-    if (every == 0) throw std::invalid_argument("--every: a number from 1 on is wanted");
-    loopOverFaults(directory.path(), every, findings);
-    loopOverTwoDatabases(directory.path(), every, findings);
-    loopOverCrashes(directory.path(), crashes, seed, findings);
-    findings.print();
-    return findings.areNone() ? 0 : 1;
+    return run(argc, argv);
   } catch (const std::exception& exception) {
     std::cerr << "proof_storage: " << exception.what() << "\n";
     return 1;
