@@ -138,9 +138,18 @@ TEST(RandomScripts, AreTheSameForTheSameSeed) {
   EXPECT_NE(scriptOf(5), scriptOf(6));
 }
 
+TEST(RandomScripts, HaveFaultsWhereTheyAreToHaveThem) {
+  const auto isFault = [](const std::string& line) { return line.starts_with(".fault "); };
+  const model::Set set = startingSet();
+  const Script failing = randomScript(5, 160, set, Faults::some);
+  EXPECT_GT(std::count_if(failing.begin(), failing.end(), isFault), 5);
+  const Script sound = randomScript(5, 160, set);
+  EXPECT_EQ(std::count_if(sound.begin(), sound.end(), isFault), 0);
+}
+
 TEST(RandomScripts, ReachEveryAnswer) {
   Replies replies;
-  for (std::uint64_t seed = 1; seed <= 120; ++seed) ASSERT_FALSE(compare(scriptOf(seed), &replies)) << seed;
+  for (std::uint64_t seed = 1; seed <= 160; ++seed) ASSERT_FALSE(compare(scriptOf(seed), &replies)) << seed;
   for (const auto& [command, answers] : Replies(replies)) {
     const std::size_t field = command.find("Channel_");
     if (field != std::string::npos)
@@ -194,6 +203,11 @@ TEST(RandomScripts, ReachEveryAnswer) {
       {"ChangeSubtitle", {"int 1", "int 0", "int -1"}},
       {"GetFavorites", {"int -1", "ascii |\n| {}"}},
       {"UpdateFavorites", {"int 1", "int -1"}},
+      {"SetDVBSIChannelDirectEx", {"int 1", "int 0", "int -1"}},
+      {"GetChannel_OnTVJson", {"int -1", "ascii"}},
+      {"GetPreviousChannelInfo", {"int -1"}},
+      {"GetStartChannel_Info", {"int -1"}},
+      {"GetFullChannelList", {"int -1"}},
   };
   const Replies wantedParts{
       {"GetMultiAudioInfo",
@@ -206,6 +220,11 @@ TEST(RandomScripts, ReachEveryAnswer) {
         "\"NumOfTTXSubtitle\" : 0,\n|    \"subtitle\" : null", "\"subtitle\" : []", "\"lang\" : 4294967295\n",
         "\"NumOfTTX\" : 1,\n|    \"NumOfTTXSubtitle\" : 2,"}},
       {"GetFavorites", {"\"1\" : \"0\"", "\"1\" : \"1\""}},
+      {"GetChannel_OnTVJson", {"{"}},
+      {"GetCurrentChannelInfo", {"\"new\" : [", "\"channelName\" : \"Lighthouse One\"", "\"lock\" : 1"}},
+      {"GetPreviousChannelInfo", {"\"lock\" : 65535"}},
+      {"GetStartChannel_Info", {"\"channelName\" : \"Lighthouse One\""}},
+      {"GetFullChannelList", {"\"PROGRAM_NUMBER\" : 101"}},
   };
   for (const auto& [command, answers] : wanted) {
     for (const std::string& answer : answers) {

@@ -114,6 +114,33 @@ void Pair::restart() {
   Seam::instance().take();
 }
 
+void Pair::restart(const std::vector<Service>& services) {
+  restart();
+  tv().import(services, false);
+  world_.set = copyOf(tv());
+}
+
+void Pair::turnTo(const Set& set) {
+  virtualtv::ServiceStore& services = tv().services();
+  for (const auto& [key, wanted] : set.services) {
+    const Service& present = world_.set.services.at(key);
+    if (present.audio != wanted.audio) services.setAudio(key, wanted.audio);
+    if (present.subtitles != wanted.subtitles) services.setSubtitles(key, wanted.subtitles);
+    if (present.favourites != wanted.favourites) services.setFavourites(key, wanted.favourites);
+  }
+  for (const auto& [key, value] : world_.set.settings) {
+    if (!set.settings.contains(key)) tv().settings().unset(key);
+  }
+  for (const auto& [key, value] : set.settings) {
+    const auto present = world_.set.settings.find(key);
+    if (present == world_.set.settings.end() || present->second != value) tv().settings().set(key, value);
+  }
+  if (world_.set.state != set.state) {
+    tv().adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& state) { state = set.state; });
+  }
+  world_.set = set;
+}
+
 std::string Pair::run(const std::string& line, Depth depth) {
   const Words words = virtualtv::shell::splitWords(line);
   log_.clear();

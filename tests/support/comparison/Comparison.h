@@ -40,6 +40,10 @@ class Pair {
 
   /// Both as on the first day, with no engine open.
   void restart();
+  /// Both with these services and no others, with no engine open.
+  void restart(const std::vector<model::Service>& services);
+  /// Both sets become this one, which has the same services but for their tracks and favourites. Engines stay.
+  void turnTo(const model::Set& set);
 
   model::World& world() { return world_; }
   virtualtv::Tv& tv();

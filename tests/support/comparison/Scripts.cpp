@@ -2,6 +2,8 @@
 
 #include <random>
 
+#include "support/comparison/Ways.h"
+
 namespace comparison {
 
 namespace {
@@ -15,12 +17,27 @@ class Author {
     for (const auto& [key, service] : set.services) keys_.push_back("#" + std::to_string(key));
   }
 
+  std::size_t below(std::size_t limit) { return random_() % limit; }
+  bool oneIn(std::size_t parts) { return below(parts) == 0; }
+
   /// A line and what goes well behind it.
   Script lines() { return followed(line()); }
 
+  /// Calls that fail, and commands that may make them.
+  Script failing() {
+    Script script;
+    for (std::size_t faults = 1 + below(5); faults > 0; --faults) script.push_back(fault());
+    for (std::size_t commands = 1 + below(6); commands > 0; --commands) {
+      const Script more = lines();
+      script.insert(script.end(), more.begin(), more.end());
+    }
+    if (!oneIn(4)) script.emplace_back(".fault clear");
+    return script;
+  }
+
  private:
   std::string line() {
-    const std::size_t kind = below(126);
+    const std::size_t kind = below(134);
     if (kind < 15) return switching();
     if (kind < 33) return tuning();
     if (kind < 60) return asking();
@@ -30,11 +47,20 @@ class Author {
     if (kind < 92) return changeTracks();
     if (kind < 96) return favourites();
     if (kind < 120) return fromOutside();
+    if (kind < 128) return reporting();
     return engines();
   }
 
-  std::size_t below(std::size_t limit) { return random_() % limit; }
-  bool oneIn(std::size_t parts) { return below(parts) == 0; }
+  /// Mostly of a call that many commands make.
+  std::string fault() {
+    const auto& all = virtualtv::seam::operations;
+    const auto& common = commonOperations();
+    const auto& operation = oneIn(3) ? all[below(all.size())] : *common[below(common.size())];
+    const Words& ways = waysOf(operation);
+    return faultLine(operation, 1 + below(3), oneOf({"always", "times=1", "times=1", "times=2"}),
+                     ways[below(ways.size())]);
+  }
+
   std::string number(std::size_t limit) { return std::to_string(below(limit)); }
   std::string oneOf(const Words& words) { return words[below(words.size())]; }
 
@@ -52,6 +78,10 @@ class Author {
     if (first.starts_with("SetSource 48")) return followed(".set " + ispTracks());
     if (first == ".set isp.present off") return {askTracks(), changeTracks()};
     if (first.find(".id 1") != std::string::npos) return {".set main.service " + keys_[1], askAudio()};
+    if (first.find(".attached ") != std::string::npos) {
+      const std::size_t key = first.find('#');
+      return {".set main.service " + first.substr(key, first.find('.', key) - key), "GetCurrentChannelInfo"};
+    }
     if (first.find(".audio ") != std::string::npos) return {changeAudio(), askAudio(), changeAudio()};
     if (first.find(".subtitles ") != std::string::npos) return {askSubtitles(), changeSubtitle(), askSubtitles()};
     return {};
@@ -160,6 +190,37 @@ class Author {
   }
 
   std::string askFound() { return "GetChannel_" + oneOf(fields_) + " '" + index() + "'"; }
+
+  std::string reporting() {
+    switch (below(8)) {
+      case 0:
+        return "GetFullChannelList";
+      case 1:
+        return "GetStartChannel_Info";
+      case 2:
+        return "GetPreviousChannelInfo";
+      case 3:
+      case 4:
+        return "GetChannel_OnTVJson '" + index() + "'";
+      case 5:
+        return "SetDVBSIChannelDirectEx '" + description() + "' " + oneOf({"0", "0", "0", "1", "x"});
+      default:
+        return oneOf({"GetCurrentChannelInfo", "GetCurrentChannel"});
+    }
+  }
+
+  /// Of the transponder of a service, most of the time.
+  std::string description() {
+    static const Words broken{"", " {}", "{", "{}", "{\"TYPE\": \"x\"}", "{\"SatelliteId\": [1]}", "[]"};
+    if (oneIn(4)) return oneOf(broken);
+    const model::Service& service = set_.services.at(std::stoll(oneOf(keys_).substr(1)));
+    const auto field = [&](int id) { return std::to_string(model::number(service, id).value_or(0)); };
+    return "{\"TYPE\": " + field(Data::CHANNEL_TYPE) + ", \"ProgNum\": " + field(Data::CHANNEL_TYPE) +
+           ", \"ModulationType\": " + oneOf({field(Data::MODULATION), "0", "5"}) +
+           ", \"SymbolRate\": " + field(Data::SYMBOL_RATE) + ", \"ProgramNumber\": " + field(Data::PROGRAM_NUMBER) +
+           ", \"PTC\": " + field(Data::PTC) + ", \"MINOR_NUMBER_ONE_PART\": " + oneOf({"0", field(Data::MINOR)}) +
+           ", \"SatelliteId\": \"1A\", \"Frequency\": " + field(Data::FREQUENCY) + ", \"Polarization\": 1}";
+  }
 
   // Pictures.
 
@@ -341,7 +402,7 @@ class Author {
 
   std::string serviceField() {
     if (oneIn(4)) return pictureField();
-    switch (below(10)) {
+    switch (below(11)) {
       case 0:
         return ".lock " + oneOf({"0", "1", "2", "unset"});
       case 1:
@@ -358,8 +419,11 @@ class Author {
         return oneOf({".type 1", ".type 9", ".type -1", ".type unset", ".ptc 21", ".ptc unset", ".frequency unset"});
       case 7:
         return oneOf({".id 1152959734176350310", ".id unset", ".id 7"});
+      case 8:
+        return oneOf({".attached \'{\"major\": 7, \"new\": [1]}\'", ".attached \'[1]\'", ".attached open{",
+                      ".attached unset", ".attached \'\"\\ud83c{} \\u6771\"\'"});
       default:
-        return oneOf({".name Quayside", ".name unset", ".name unset"});
+        return oneOf({".name Quayside", ".name unset", ".name unset", ".name \'\"caf\\u00e9 \\ud800 cut\"\'"});
     }
   }
 
@@ -435,11 +499,11 @@ class Author {
 
 }  // namespace
 
-Script randomScript(std::uint64_t seed, std::size_t lines, const model::Set& set) {
+Script randomScript(std::uint64_t seed, std::size_t lines, const model::Set& set, Faults faults) {
   Author author(seed, set);
   Script script;
   while (script.size() < lines) {
-    const Script more = author.lines();
+    const Script more = faults == Faults::some && author.oneIn(6) ? author.failing() : author.lines();
     script.insert(script.end(), more.begin(), more.end());
   }
   return script;

@@ -28,6 +28,7 @@ struct Interface {
   int number = 0;
 
   explicit operator bool() const { return number != 0; }
+  bool operator==(const Interface&) const = default;
 };
 
 /// A call as a trace shows it, but for what it wrote.

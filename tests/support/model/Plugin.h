@@ -36,6 +36,8 @@ struct Proxies {
   Interface av;
   Interface aux;
   Interface data;
+
+  bool operator==(const Proxies&) const = default;
 };
 
 /// One engine on the set: what it keeps between commands.

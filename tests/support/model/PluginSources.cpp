@@ -42,9 +42,9 @@ std::optional<int> askCurrentSource(const Command& command) {
 }
 
 /// What the settings tell of the source before; nothing when they don't, or an exception left the call.
-std::optional<int> recordedBefore(const Command& command) {
+/// @param source  what it is if they say that they tell it, and don't.
+std::optional<int> recordedBefore(const Command& command, int source = 0) {
   return attempt(std::optional<int>(), [&] {
-    int source = 0;
     const bool read = command.tv.getInt(command.engine.previousKey, source) == 0;
     return read ? std::optional(source) : std::nullopt;
   });
@@ -178,7 +178,7 @@ Reply getSourceState(const Command& command) {
 Reply setSource(const Command& command) {
   auto source = command.number(0);
   if (!source || !command.engine.active.source) return -1;
-  if (seeksPrevious(command.number(1).value_or(101))) source = recordedBefore(command);
+  if (seeksPrevious(command.number(1).value_or(101))) source = recordedBefore(command, *source);
   return source && switchTo(command, *source, -1) ? 1 : 0;
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "support/model/Tracks.h"
+#include "text/Units.h"
 
 namespace model {
 
@@ -58,6 +59,8 @@ const std::map<std::string, int> fields{
     {"type", Data::CHANNEL_TYPE},
     {"ptc", Data::PTC},
     {"frequency", Data::FREQUENCY},
+    {"modulation", Data::MODULATION},
+    {"symbol_rate", Data::SYMBOL_RATE},
     {"id", Data::SERVICE_ID},
     {"major", Data::MAJOR},
     {"minor", Data::MINOR},
@@ -75,7 +78,15 @@ const std::map<std::string, int> fields{
     {"active_format", virtualtv::ACTIVE_FORMAT},
 };
 
-/// Names are of letters and blanks here.
+const std::map<std::string, int> texts{{"name", Data::CHANNEL_NAME}, {"attached", Data::SERVICE_FIELD_110}};
+
+/// A text as it stands, or quoted.
+std::u16string unitsOf(const std::string& value) {
+  std::string_view rest = value;
+  const auto quoted = virtualtv::text::parseQuoted(rest);
+  return quoted && rest.empty() ? *quoted : virtualtv::text::toUnits(value);
+}
+
 void changeService(Service& service, const std::string& field, const std::string& value) {
   if (field == "audio") {
     service.audio = audioOf(value);
@@ -89,9 +100,9 @@ void changeService(Service& service, const std::string& field, const std::string
     service.favourites = favouritesOf(value);
     return;
   }
-  if (field == "name") {
-    service.texts.erase(Data::CHANNEL_NAME);
-    if (value != "unset") service.texts[Data::CHANNEL_NAME] = std::u16string(value.begin(), value.end());
+  if (const auto text = texts.find(field); text != texts.end()) {
+    service.texts.erase(text->second);
+    if (value != "unset") service.texts[text->second] = unitsOf(value);
     return;
   }
   const auto found = fields.find(field);

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "Commands.h"
 #include "support/Channels.h"
+#include "support/Commands.h"
 #include "support/LogLines.h"
 
 namespace {

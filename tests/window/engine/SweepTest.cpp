@@ -3,7 +3,7 @@
 #include <cctype>
 #include <iterator>
 
-#include "Commands.h"
+#include "support/Commands.h"
 #include "support/Tracks.h"
 
 namespace {

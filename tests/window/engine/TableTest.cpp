@@ -1,10 +1,12 @@
 // The command table: which commands there are, and the order in which names are compared.
+#include <gtest/gtest.h>
+
 #include <set>
 #include <string>
 #include <vector>
 
-#include "Commands.h"
 #include "Window/Src/Commands.h"
+#include "support/Commands.h"
 
 namespace {
 

@@ -1,5 +1,4 @@
-// Random sequences of commands for sources, tuning, pictures, tracks and favourites, and of changes from outside, do
-// what the model says they do.
+// Random sequences of commands and of changes from outside do what the model says they do, also where calls fail.
 //
 // MODEL_SEED=N starts with another seed, MODEL_RUNS=N runs as many scripts, each with the next seed, MODEL_LINES=N
 // makes them longer. A failure prints the seed, and the script with all lines dropped that it does not need.
@@ -23,18 +22,27 @@ bool differs(const Script& script) {
   return compare(script).has_value();
 }
 
-TEST(SourcesAndTuning, PlugInAndSetDoWhatTheModelDoes) {
+/// Runs scripts and fails on the first that differs.
+void runScripts(Faults faults) {
   const std::uint64_t firstSeed = chosen("MODEL_SEED", 1);
   const std::uint64_t runs = chosen("MODEL_RUNS", 60);
   const std::uint64_t lines = chosen("MODEL_LINES", 160);
   const model::Set set = startingSet();
   for (std::uint64_t seed = firstSeed; seed < firstSeed + runs; ++seed) {
-    Script script = randomScript(seed, lines, set);
+    Script script = randomScript(seed, lines, set, faults);
     if (!differs(script)) continue;
     script = shrunk(std::move(script), differs);
     const Difference difference = compare(script).value();
     FAIL() << "seed " << seed << ": by the model this holds:\n" << difference.expectation << difference.details;
   }
+}
+
+TEST(RandomScripts, PlugInAndSetDoWhatTheModelDoes) {
+  runScripts(Faults::none);
+}
+
+TEST(RandomScripts, PlugInAndSetDoWhatTheModelDoesWhereCallsFail) {
+  runScripts(Faults::some);
 }
 
 }  // namespace

@@ -4,15 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "support/TvTest.h"
-
-/// The commands that the tests of the whole engine go through.
+/// The commands that tests of the whole engine go through.
 namespace engine {
 
 /// A command with parameters that a set with services answers well.
 struct Call {
   std::string name;
-  support::Lines parameters;
+  std::vector<std::string> parameters;
   std::string unconnected;  ///< its answer when no interface of the set can be had
 };
 

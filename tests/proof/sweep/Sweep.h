@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Cases.h"
+#include "support/comparison/Comparison.h"
+
+namespace sweep {
+
+/// Which faults come two at a time.
+enum class Pairs { none, some, all };
+
+/// What was done and found.
+struct Figures {
+  std::uint64_t commands = 0;    ///< in their contexts
+  std::uint64_t faults = 0;      ///< that hit, each in a run of its own but for pairs
+  std::uint64_t deviations = 0;  ///< runs in which something was otherwise than it should be
+};
+
+/// Makes each call of a command fail, each way that it can, once and from then on, and some ways two at a time. After
+/// each run the command, the calls behind the fault, the settings keys and the set are as the model has them, keys were
+/// written in their order, and without the fault the command and a plain question are answered as by the model.
+class Sweep {
+ public:
+  /// @param reports  how many deviations are reported; all are counted.
+  explicit Sweep(std::size_t reports) : mostReports_(reports) {}
+
+  /// Sweeps a command at a context. @param pairs  which faults also come together, where it makes up to 12 calls.
+  void command(const Context& context, const std::string& line, Pairs pairs);
+
+  const Figures& figures() const { return figures_; }
+  /// What deviated, the first few, a transcript and what differs each.
+  const std::vector<std::string>& reports() const { return reports_; }
+
+ private:
+  using Calls = std::vector<virtualtv::seam::Call>;
+  using Faults = std::vector<std::string>;
+
+  void enter(const Context& context);
+  void renewEngine();
+  void rewind();
+  /// @return the calls of the command under these faults.
+  Calls inject(const Faults& faults);
+  std::string findings(const Faults& faults);
+  void sweepPairs(std::size_t position, const std::string& first, Pairs pairs);
+  void note(const Faults& faults, const std::string& details);
+
+  std::size_t mostReports_;
+  comparison::Pair pair_;
+  Context context_;
+  std::string line_;
+  model::Set set_;        ///< when the command comes
+  model::Engine engine_;  ///< likewise
+  Figures figures_;
+  std::vector<std::string> reports_;
+};
+
+}  // namespace sweep
