@@ -108,6 +108,7 @@ std::optional<Conditions> listOf(virtualtv::TvMode mode) {
 
 ServiceKey best(const Set& set, WindowId window, const Conditions& conditions) {
   const virtualtv::TvMode mode = set.state[window].mode;
+  if (mode.antenna == -1 && mode.service == -1) return first(set, conditions);  // a mode that stands for any
   Conditions own = conditions;
   own.push_back(equals(Data::ANTENNA_MODE, mode.antenna));
   if (namesAnOperator(mode.service)) own.push_back(equals(virtualtv::SERVICE_MODE, mode.service));
