@@ -7,7 +7,7 @@ import tempfile
 from dataclasses import dataclass
 from pathlib import Path
 
-FIGURE = re.compile(r"^figure: (?P<name>[^=]+?) = (?P<number>-?[0-9.]+)$", re.MULTILINE)
+FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>-?[0-9.]+)$", re.MULTILINE)
 
 
 @dataclass(frozen=True)
@@ -68,7 +68,8 @@ class Job:
 
     @staticmethod
     def figures(text):
-        """The figures that a program printed, as in `figure: faults injected = 1200`, by their names."""
+        """The figures that a program printed, as in `figure: faults injected = 1200`, by their names. The number that
+        ctest puts before a test's lines may stand before them."""
         found = {}
         for match in FIGURE.finditer(text):
             number = float(match["number"])
