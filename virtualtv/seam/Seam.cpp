@@ -1,6 +1,7 @@
 #include "seam/Seam.h"
 
 #include <algorithm>
+#include <new>
 
 namespace virtualtv::seam {
 
@@ -58,6 +59,11 @@ std::uint64_t Seam::latency(const Operation& operation) const {
   return found == latencies_.end() ? 0 : found->second;
 }
 
+void Seam::onPassage(std::function<void(const Operation*)> told) {
+  passage_ = std::move(told);
+  refresh();
+}
+
 Call Seam::begin(const Operation& operation, const Handle& handle) {
   Call call;
   call.sequence = ++sequence_;
@@ -82,11 +88,16 @@ const Fault* Seam::hit(const Operation& operation) {
 }
 
 void Seam::end(Call call) {
-  if (recording_) calls_.push_back(std::move(call));
+  if (!recording_) return;
+  try {
+    calls_.push_back(std::move(call));
+  } catch (const std::bad_alloc&) {
+    // The call ends as it does; the trace lacks it.
+  }
 }
 
 void Seam::refresh() {
-  observed_ = recording_ || !faults_.empty() || !latencies_.empty();
+  observed_ = recording_ || !faults_.empty() || !latencies_.empty() || passage_ != nullptr;
 }
 
 namespace detail {

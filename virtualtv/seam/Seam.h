@@ -5,6 +5,7 @@
 #include <cstring>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -85,7 +86,7 @@ class Seam {
  public:
   static Seam& instance();
 
-  /// Back to nothing recorded, no faults, no latency, sequence 0, nobody calling. What a delay does stays.
+  /// Back to nothing recorded, no faults, no latency, nobody told, sequence 0, nobody calling. What a delay does stays.
   void reset();
 
   /// Switches recording on or off.
@@ -104,12 +105,19 @@ class Seam {
   /// What a delay does: the set moves its clock.
   void onDelay(std::function<void(std::uint64_t milliseconds)> delay) { delay_ = std::move(delay); }
 
+  /// Is told of each call when it begins, before anything is done for it, and with null when it has ended, also by an
+  /// exception. An empty function for nobody.
+  void onPassage(std::function<void(const Operation* begun)> told);
+
   /// Who is calling now. Set by the framework around each call into an engine.
   const Caller& caller() const { return caller_; }
   void setCaller(Caller caller) { caller_ = std::move(caller); }
 
   // For `pass`.
   static bool observed() { return observed_; }
+  void passing(const Operation* begun) const {
+    if (passage_) passage_(begun);
+  }
   Call begin(const Operation& operation, const Handle& handle);
   const Fault* hit(const Operation& operation);
   void end(Call call);
@@ -124,6 +132,7 @@ class Seam {
   std::vector<Fault> faults_;
   std::map<const Operation*, std::uint64_t> latencies_;
   std::function<void(std::uint64_t)> delay_;
+  std::function<void(const Operation*)> passage_;
   Caller caller_;
 };
 
@@ -211,9 +220,19 @@ class Ending {
   Call& call_;
 };
 
+/// Tells of a call when it begins and when it ends.
+class Passage {
+ public:
+  explicit Passage(const Operation& operation) { Seam::instance().passing(&operation); }
+  Passage(const Passage&) = delete;
+  Passage& operator=(const Passage&) = delete;
+  ~Passage() { Seam::instance().passing(nullptr); }
+};
+
 template <typename Values, typename Body>
 auto observe(const Operation& operation, const Handle& handle, const Values& values, Body& body) -> decltype(body()) {
   using Result = decltype(body());
+  const Passage passage(operation);
   Seam& seam = Seam::instance();
   Call call = seam.begin(operation, handle);
   std::apply([&](const auto&... value) { (describe(call, value), ...); }, values);
@@ -236,8 +255,11 @@ auto observe(const Operation& operation, const Handle& handle, const Values& val
   } else {
     Result result = run ? body() : failed<Result>(operation, *fault);
     if (run && fault && fault->way == Fault::Way::result) result = failed<Result>(operation, *fault);
+    std::unique_ptr<char, decltype(&std::free)> text(nullptr, &std::free);  // which the caller frees, once they have it
+    if constexpr (std::is_same_v<Result, char*>) text.reset(result);
     finish();
     call.result = printResult(result);
+    static_cast<void>(text.release());
     return result;
   }
 }

@@ -1,80 +1,22 @@
-// Memory that can't be had: while an engine is made, and while it runs a command. This program replaces the global
-// allocation functions, so that one allocation of its choice fails.
+// Memory that can't be had: while an engine is made, and while it runs a command.
+#include "support/allocation/Allocations.h"
+
 #include <cstdlib>
 #include <memory>
 #include <new>
 
+#include "settings/vconf.h"
 #include "support/Channels.h"
 #include "support/LogLines.h"
 
 namespace {
 
-/// Which allocation fails, in the scope of an `Armed`.
-struct Plan {
-  bool armed = false;
-  std::size_t size = 0;       ///< the first of this size, where it is not 0
-  std::size_t countdown = 0;  ///< else the one at which this becomes 0
-  bool failed = false;
-};
-Plan plan;
-
-bool fails(std::size_t size) {
-  if (!plan.armed || plan.failed) return false;
-  plan.failed = plan.size != 0 ? size == plan.size : --plan.countdown == 0;
-  return plan.failed;
-}
-
-void* allocate(std::size_t size) {
-  if (fails(size)) throw std::bad_alloc();
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return allocate(size);
-}
-// The library asks this way for room that it can do without, and gives it back like any other.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return fails(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-
-namespace {
-
 using support::banner;
 using support::engineFile;
+using support::failedAllocations;
+using support::FailingAllocations;
 using support::Lines;
 using support::place;
-
-/// While it lives, an allocation fails: the first of a size, or the n-th of all.
-class Armed {
- public:
-  static Armed size(std::size_t bytes) { return Armed({true, bytes, 0, false}); }
-  static Armed nth(std::size_t count) { return Armed({true, 0, count, false}); }
-  Armed(const Armed&) = delete;
-  Armed& operator=(const Armed&) = delete;
-  ~Armed() { plan.armed = false; }
-
- private:
-  explicit Armed(Plan chosen) { plan = chosen; }
-};
 
 using Engine = std::unique_ptr<kel::CEmpEngineBase>;
 
@@ -84,7 +26,7 @@ class AllocationTest : public support::TvTest {
 
   /// An engine whose worker could not be allocated.
   Engine withoutWorker() {
-    const Armed armed = Armed::size(sizeof(kel::CEmpTaskWindow));
+    const FailingAllocations failing({.size = sizeof(kel::CEmpTaskWindow)});
     return Engine(app().CreateEmpEngine());
   }
 };
@@ -92,7 +34,7 @@ class AllocationTest : public support::TvTest {
 TEST_F(AllocationTest, AnEngineWithoutMemoryForItsWorkerStandsBehindABanner) {
   forget();
   const Engine engine = withoutWorker();
-  EXPECT_TRUE(plan.failed);
+  EXPECT_EQ(failedAllocations(), 1U);
   ASSERT_NE(engine, nullptr);
   EXPECT_EQ(logs(),
             (Lines{"0 [CEmpEngineWindow::CEmpEngineWindow][*] begin.", place("CEmpEngineWindow", 0, engineFile),
@@ -150,9 +92,9 @@ TEST_F(AllocationTest, AnEngineWithoutAWorkerEndsLikeAnyOther) {
 }
 
 TEST_F(AllocationTest, WithoutMemoryForTheEngineThereIsNone) {
-  const Armed armed = Armed::nth(1);
+  const FailingAllocations failing({.nth = 1});
   EXPECT_EQ(app().CreateEmpEngine(), nullptr);
-  EXPECT_TRUE(plan.failed);
+  EXPECT_EQ(failedAllocations(), 1U);
 }
 
 /// The log, the trace and the set allocate too; only the plug-in and the set are of interest here.
@@ -169,10 +111,10 @@ TEST_F(SilentAllocationTest, MakingAnEngineSurvivesEachAllocationThatFails) {
   for (;;) {
     Engine engine;
     {
-      const Armed armed = Armed::nth(++tried);
+      const FailingAllocations failing({.nth = ++tried});
       ASSERT_NO_THROW(engine.reset(app().CreateEmpEngine())) << tried;
     }
-    if (!plan.failed) break;
+    if (failedAllocations() == 0) break;
     if (engine == nullptr) continue;
     std::string ret = "untouched";
     const bool accepted = engine->Execute(ret, "GetChannel_Size", "", "", "", "");
@@ -192,16 +134,40 @@ TEST_F(SilentAllocationTest, ACommandSurvivesEachAllocationThatFails) {
       const std::string parameter = "1";
       bool accepted = false;
       {
-        const Armed armed = Armed::nth(tried);
+        const FailingAllocations failing({.nth = tried});
         ASSERT_NO_THROW(accepted = engine->Execute(ret, command, parameter, parameter, "", "")) << command << tried;
       }
       EXPECT_TRUE(accepted) << command << ' ' << tried;
       EXPECT_NE(ret, "untouched") << command << ' ' << tried;
       answered = answered || ret.find("-1") != std::string::npos;
-      if (!plan.failed) break;
+      if (failedAllocations() == 0) break;
     }
   }
   EXPECT_TRUE(answered) << "some of them failed";
+}
+
+/// Lets each allocation of a call of the set fail that is traced, on the way in, within, and on the way out. That
+/// nothing is lost, the address sanitizer tells.
+TEST_F(AllocationTest, ATextOfTheSetIsHandedOverOrTheCallLeavesWithAnException) {
+  std::size_t tried = 0;
+  std::size_t thrown = 0;
+  for (;;) {
+    char* text = nullptr;
+    {
+      const FailingAllocations failing({.nth = ++tried});
+      try {
+        text = vconf_get_str("db/boot/last_service");
+      } catch (const std::bad_alloc&) {
+        ++thrown;
+      }
+    }
+    if (text != nullptr) {
+      EXPECT_STREQ(text, "tv-service");
+    }
+    std::free(text);
+    if (failedAllocations() == 0) break;
+  }
+  EXPECT_GT(thrown, 1U);
 }
 
 }  // namespace
