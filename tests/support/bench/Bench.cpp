@@ -6,6 +6,7 @@
 
 #include "EmpConverterWindow.h"
 #include "Window/Src/Commands.h"
+#include "framework/Host.h"
 #include "framework/Log.h"
 
 namespace support {
@@ -101,18 +102,27 @@ bool Bench::close() {
   return app_->Close(engineName, kel::EmpType::type{});
 }
 
-Outcome Bench::execute(const std::string& command, const std::vector<std::string>& parameters) {
-  std::array<std::string, 4> p;
-  std::copy_n(parameters.begin(), std::min(parameters.size(), p.size()), p.begin());
+Outcome Bench::run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around) {
   std::string ret = untouched;
-  const bool accepted = app_->Execute(ret, engineName, command, p[0], p[1], p[2], p[3]);
+  const bool accepted = virtualtv::framework::Host::of(*app_).execute(
+      virtualtv::framework::engineKey(engineName), [&](kel::CEmpEngineBase& engine) {
+        const std::function<bool()> own = [&] { return command(engine, ret); };
+        return around ? around(own) : own();
+      });
   return outcome(accepted, ret);
 }
 
-Outcome Bench::executeWithParamList(const std::string& command, const std::vector<std::string>& parameters) {
-  std::string ret = untouched;
-  const bool accepted = app_->ExecuteWithParamList(ret, engineName, command, kel::ParamList(parameters));
-  return outcome(accepted, ret);
+Outcome Bench::execute(const std::string& command, const std::vector<std::string>& parameters, const Around& around) {
+  std::array<std::string, 4> p;
+  std::copy_n(parameters.begin(), std::min(parameters.size(), p.size()), p.begin());
+  return run([&](auto& engine, std::string& ret) { return engine.Execute(ret, command, p[0], p[1], p[2], p[3]); },
+             around);
+}
+
+Outcome Bench::executeWithParamList(const std::string& command, const std::vector<std::string>& parameters,
+                                    const Around& around) {
+  const kel::ParamList list(parameters);
+  return run([&](auto& engine, std::string& ret) { return engine.ExecuteWithParamList(ret, command, list); }, around);
 }
 
 void Bench::showIsp() {

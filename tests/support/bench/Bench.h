@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -45,9 +46,14 @@ class Bench {
   bool open();
   bool close();
 
+  /// Carries an engine's own run of a command out, with something around it.
+  using Around = std::function<bool(const std::function<bool()>& run)>;
+
   /// Runs a command. @param parameters  four at most; the others are empty.
-  Outcome execute(const std::string& command, const std::vector<std::string>& parameters = {});
-  Outcome executeWithParamList(const std::string& command, const std::vector<std::string>& parameters);
+  Outcome execute(const std::string& command, const std::vector<std::string>& parameters = {},
+                  const Around& around = {});
+  Outcome executeWithParamList(const std::string& command, const std::vector<std::string>& parameters,
+                               const Around& around = {});
 
   /// The secondary TV stack shows the ISP source, with an audio track and a subtitle.
   void showIsp();
@@ -66,6 +72,7 @@ class Bench {
   bool servicesChanged_ = false;
 
   void furnish();
+  Outcome run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around);
 };
 
 /// What is wrong with an answer to `command` through the four-parameter entry, whatever the set does: that it is of no

@@ -1,0 +1,53 @@
+// Lets each allocation of the plug-in fail, and those of the set while it is called, and looks whether it goes on.
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+
+#include "Sweep.h"
+
+namespace {
+
+int run(int argc, char** argv) {
+  CLI::App app(
+      "Runs every command on both TV stacks, and the making and ending of engines, with each allocation failing in "
+      "turn, "
+      "once and from then on");
+  std::size_t every = 1;
+  app.add_option("--every", every, "let only each so manieth allocation fail")->capture_default_str();
+  CLI11_PARSE(app, argc, argv);
+  if (every == 0) throw std::invalid_argument("--every: a number from 1 on is wanted");
+
+  proof::Sweep sweep(every);
+  for (const bool fromThenOn : {false, true}) {
+    sweep.makingAnEngine(fromThenOn);
+    sweep.endingAnEngine(fromThenOn);
+  }
+  for (const proof::Command& command : proof::everyCommand()) {
+    for (const proof::Stack stack : {proof::Stack::tv, proof::Stack::isp}) {
+      for (const bool fromThenOn : {false, true}) sweep.commandOutsideCalls(command, stack, fromThenOn);
+    }
+  }
+  const std::size_t failed = sweep.failed();
+  const std::size_t runs = sweep.runs();
+  for (const proof::Command& command : proof::everyCommand()) {
+    for (const proof::Stack stack : {proof::Stack::tv, proof::Stack::isp}) sweep.commandInsideCalls(command, stack);
+  }
+  std::cout << "figure: allocations failed = " << failed << "\n"
+            << "figure: runs with failing allocations = " << runs << "\n"
+            << "figure: allocations failed inside calls = " << sweep.failed() - failed << "\n"
+            << "figure: deviations = " << sweep.deviations() << "\n";
+  return sweep.deviations() == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& exception) {
+    std::cerr << "proof_allocations: " << exception.what() << "\n";
+    return 1;
+  }
+}
