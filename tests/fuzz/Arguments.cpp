@@ -72,6 +72,7 @@ bool leadsElsewhere(std::string_view text) {
 
 ExitStatus run(std::vector<std::string>& words) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   kel::CEmpAppWindow app;

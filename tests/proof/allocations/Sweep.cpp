@@ -68,7 +68,7 @@ void Sweep::commandInsideCalls(const Command& command, Stack stack) {
     prepare(stack);
     const Run run = runFailing(command, {.nth = nth}, true);
     if (support::failedAllocations() == 0) return {};
-    const std::string health = bench_.unhealthy();
+    std::string health = bench_.unhealthy();
     if (!health.empty() || !run.hit) return health;
     std::string& wanted = expected[*run.hit];
     if (wanted.empty()) wanted = answerToException(command, stack, run);
@@ -156,13 +156,13 @@ Sweep::Run Sweep::runFailing(const Command& command, const support::AllocationPl
 }
 
 /// What a command answers when the call in which an allocation failed leaves with an exception instead.
-std::string Sweep::answerToException(const Command& command, Stack stack, const Run& failing) {
+std::string Sweep::answerToException(const Command& command, Stack stack, const Run& failed) {
   prepare(stack);
   Fault fault;
-  fault.operation = failing.calls[*failing.hit];
+  fault.operation = failed.calls[*failed.hit];
   fault.way = Fault::Way::throwing;
-  const auto end = failing.calls.begin() + static_cast<std::ptrdiff_t>(*failing.hit) + 1;
-  fault.nth = static_cast<std::uint64_t>(std::count(failing.calls.begin(), end, fault.operation));
+  const auto end = failed.calls.begin() + static_cast<std::ptrdiff_t>(*failed.hit) + 1;
+  fault.nth = static_cast<std::uint64_t>(std::count(failed.calls.begin(), end, fault.operation));
   Seam::instance().add(fault);
   Run run;
   carryOut(command, run, {});

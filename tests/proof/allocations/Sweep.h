@@ -58,7 +58,7 @@ class Sweep {
   void watch(Run& run, bool inside);
   void carryOut(const Command& command, Run& run, const support::Bench::Around& around);
   Run runFailing(const Command& command, const support::AllocationPlan& plan, bool inside);
-  std::string answerToException(const Command& command, Stack stack, const Run& run);
+  std::string answerToException(const Command& command, Stack stack, const Run& failed);
   /// Runs `attempt` for each number from 1 on, until no allocation fails any more.
   void loop(const std::string& what, const std::function<std::string(std::size_t nth)>& attempt);
   void tell(const std::string& what, std::size_t nth, const std::string& wrong);
