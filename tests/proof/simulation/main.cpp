@@ -1,6 +1,7 @@
 // Runs random commands with random faults on the plug-in and holds what comes of them against the model.
 #include <CLI/CLI.hpp>
 #include <ctime>
+#include <exception>
 #include <fstream>
 #include <iostream>
 
@@ -49,12 +50,17 @@ int run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
-  CLI::App app{"Runs random commands with random faults and holds what comes of them against the model."};
-  app.add_option("--commands", options.commands, "how many commands at least")->capture_default_str();
-  app.add_option("--seed", options.seed, "seed of the first script; the next one has the next seed")
-      ->capture_default_str();
-  app.add_option("--transcript", options.transcript, "file for the transcript of a failure")->capture_default_str();
-  CLI11_PARSE(app, argc, argv);
-  return run(options);
+  try {
+    Options options;
+    CLI::App app{"Runs random commands with random faults and holds what comes of them against the model."};
+    app.add_option("--commands", options.commands, "how many commands at least")->capture_default_str();
+    app.add_option("--seed", options.seed, "seed of the first script; the next one has the next seed")
+        ->capture_default_str();
+    app.add_option("--transcript", options.transcript, "file for the transcript of a failure")->capture_default_str();
+    CLI11_PARSE(app, argc, argv);
+    return run(options);
+  } catch (const std::exception& exception) {
+    std::cerr << "proof_simulation: " << exception.what() << "\n";
+    return 1;
+  }
 }

@@ -57,6 +57,7 @@ const std::vector<std::string> more{
     "\"PTC\": 3, \"ProgNum\": 9, \"MINOR_NUMBER_ONE_PART\": 2, \"SatelliteId\": \"1A\", \"Frequency\": 11727000, "
     "\"Polarization\": 1}' 0",
     "SetDVBSIChannelDirectEx '{\"Frequency\": \"no number\"}' 0",
+    "SetDVBSIChannelDirectEx '{}' 1",
     "GetChannel_ServiceId 7 0 28",
     "GetChannel_ServiceId 7 0 0",
     "SetSource 0",
@@ -88,6 +89,7 @@ const std::vector<std::string> more{
 /// No factory makes anything while the engine is opened.
 std::vector<std::string> unconnected() {
   std::vector<std::string> lines;
+  lines.reserve(engine::factories.size() + 2);
   for (const char* const factory : engine::factories)
     lines.push_back(std::string(".fault ") + factory + " always result=null");
   lines.emplace_back(".reopen");
@@ -124,6 +126,7 @@ std::vector<Context> contexts() {
 
 std::vector<std::string> commands() {
   std::vector<std::string> lines;
+  lines.reserve(engine::everyCall().size() + more.size());
   for (const engine::Call& call : engine::everyCall()) lines.push_back(lineOf(call));
   lines.insert(lines.end(), more.begin(), more.end());
   return lines;

@@ -124,7 +124,7 @@ Sweep::Calls Sweep::inject(const Faults& faults) {
   rewind();
   for (const std::string& fault : faults) pair_.run(fault, comparison::Depth::state);
   std::string details = pair_.run(line_);
-  const Calls calls = pair_.calls();
+  Calls calls = pair_.calls();
   details += misplacedWrite(calls);
   for (const virtualtv::seam::Fault& fault : Seam::instance().faults()) {
     if (fault.hits > 0) ++figures_.faults;

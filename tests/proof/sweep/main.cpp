@@ -1,6 +1,7 @@
 // Makes every call of every command to the set fail, in every way that it can, and holds what comes of it against the
 // model.
 #include <CLI/CLI.hpp>
+#include <exception>
 #include <iostream>
 #include <map>
 
@@ -39,15 +40,21 @@ sweep::Figures run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
-  CLI::App app{"Makes every call of every command to the set fail, in every way that it can, once and from then on."};
-  app.add_option("--only", options.only, "commands whose lines start like this");
-  app.add_option("--pairs", options.pairs, "which faults also come two at a time, for commands with up to 12 calls")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, sweep::Pairs>{
-          {"none", sweep::Pairs::none}, {"some", sweep::Pairs::some}, {"all", sweep::Pairs::all}}));
-  app.add_option("--part", options.part, "which share of the commands, counted from 1")->capture_default_str();
-  app.add_option("--parts", options.parts, "how many shares there are")->capture_default_str();
-  app.add_option("--reports", options.reports, "how many deviations are told; all are counted")->capture_default_str();
-  CLI11_PARSE(app, argc, argv);
-  return run(options).deviations == 0 ? 0 : 1;
+  try {
+    Options options;
+    CLI::App app{"Makes every call of every command to the set fail, in every way that it can, once and from then on."};
+    app.add_option("--only", options.only, "commands whose lines start like this");
+    app.add_option("--pairs", options.pairs, "which faults also come two at a time, for commands with up to 12 calls")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, sweep::Pairs>{
+            {"none", sweep::Pairs::none}, {"some", sweep::Pairs::some}, {"all", sweep::Pairs::all}}));
+    app.add_option("--part", options.part, "which share of the commands, counted from 1")->capture_default_str();
+    app.add_option("--parts", options.parts, "how many shares there are")->capture_default_str();
+    app.add_option("--reports", options.reports, "how many deviations are told; all are counted")
+        ->capture_default_str();
+    CLI11_PARSE(app, argc, argv);
+    return run(options).deviations == 0 ? 0 : 1;
+  } catch (const std::exception& exception) {
+    std::cerr << "proof_sweep: " << exception.what() << "\n";
+    return 1;
+  }
 }

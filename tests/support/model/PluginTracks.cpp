@@ -102,7 +102,7 @@ bool changeAudioByPosition(const Command& command, int position) {
 // Audio of the secondary stack.
 
 std::string ispAudioList(const Command& command) {
-  const std::string failure = document({{"NumOfAudio", "0"}, {"items", "[]"}});
+  std::string failure = document({{"NumOfAudio", "0"}, {"items", "[]"}});
   return attempt(failure, [&] {
     unsigned count = 0;
     if (!command.tv.getInstance() || command.tv.getTotalNumOfAudio(count) != 0) return failure;
@@ -170,7 +170,7 @@ std::string subtitleList(const Command& command) {
 }
 
 std::string ispSubtitleList(const Command& command) {
-  const std::string failure =
+  std::string failure =
       document({{"NumOfSubtitle", "0"}, {"NumOfTTX", "0"}, {"NumOfTTXSubtitle", "0"}, {"subtitle", "[]"}});
   return attempt(failure, [&] {
     unsigned subtitles = 0, teletext = 0, teletextSubtitles = 0;
