@@ -7,6 +7,7 @@
 
 #include "services/ListText.h"
 #include "store/StoreError.h"
+#include "text/Units.h"
 
 namespace virtualtv {
 
@@ -105,7 +106,9 @@ void restore(const std::map<std::string, std::string>& kept, TvState& state) {
     try {
       read(found->second, value);
     } catch (const std::invalid_argument& error) {
-      throw StoreError("cannot read " + name + " of the set that is kept: " + error.what());
+      const std::string reason = error.what();  // which shows what is kept, and that may be anything
+      throw StoreError("cannot read " + name +
+                       " of the set that is kept: " + (text::isPrintable(reason) ? reason : text::printable(reason)));
     }
   });
 }
