@@ -1,5 +1,5 @@
 // A set's database with damage at any places: opened, read and written to, it is right or refused with one line, and a
-// file that was refused is as it was.
+// file that is refused for its damage is as it was.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -60,7 +60,10 @@ void putInto(const fs::path& folder, const Files& files) {
 
 void use(Tv& tv) {
   tv.switchSource(WindowId::main, 5);
-  tv.tune(WindowId::main, tv.services().keys().front());
+  // Damage may have left none, in a way that nobody can tell.
+  for (const virtualtv::ServiceKey key : tv.services().keys()) {
+    if (tv.tune(WindowId::main, key)) break;
+  }
   tv.settings().set("db/emp/mainsource", 20);
 }
 
@@ -70,11 +73,13 @@ struct Examples {
     const virtualtv::test::TemporaryDirectory folder;
     {
       Storage storage(folder.path());
-      Tv tv(storage);
-      use(tv);
-      powerLost = filesIn(folder.path());
+      const Tv tv(storage);
     }
     switchedOff = filesIn(folder.path());
+    Storage storage(folder.path());
+    Tv tv(storage);
+    use(tv);
+    powerLost = filesIn(folder.path());
   }
 
   Files switchedOff;
@@ -147,7 +152,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   putInto(folder.path(), files);
   if (const auto reason = refusal(folder.path(), readAll)) {
     demandOneLine(*reason);
-    demand(filesIn(folder.path()).database == files.database, "what was refused is no longer as it was: " + *reason);
+    // One that is whole, but keeps what the set can't use, may take what its log has.
+    const bool damaged = reason->find("the file is damaged") != reason->npos;
+    demand(!damaged || filesIn(folder.path()).database == files.database, "no longer as it was, yet " + *reason);
   }
   if (const auto reason = refusal(folder.path(), writeAll)) demandOneLine(*reason);
   return 0;
