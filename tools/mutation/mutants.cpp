@@ -1,5 +1,6 @@
 // Chooses the mutant that is active. With MUTANTS_REACHED in the environment, a file, it writes there which ones each
-// test reaches: the test's name, then their numbers; without a name those that were reached outside of tests.
+// test reaches: the test's name and milliseconds, then their numbers; without a name those that were reached outside of
+// tests.
 #include "mutants.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +23,7 @@ class Record {
   }
   Record(const Record&) = delete;
   Record& operator=(const Record&) = delete;
-  ~Record() { write(""); }
+  ~Record() { write(" 0"); }
 
   bool active(unsigned number) {
     if (!file_.empty()) {
@@ -47,9 +48,10 @@ class Record {
   class Listener : public testing::EmptyTestEventListener {
    public:
     explicit Listener(Record& record) : record_(record) {}
-    void OnTestStart(const testing::TestInfo&) override { record_.write(""); }
+    void OnTestStart(const testing::TestInfo&) override { record_.write(" 0"); }
     void OnTestEnd(const testing::TestInfo& test) override {
-      record_.write(std::string(test.test_suite_name()) + "." + test.name());
+      record_.write(std::string(test.test_suite_name()) + "." + test.name() + " " +
+                    std::to_string(test.result()->elapsed_time()));
     }
 
    private:

@@ -67,8 +67,8 @@ class Program:
         self.name = name
         self.command = command
         self.folder = folder
-        self.seconds = 0.0
         self.reached = {}  # by test
+        self.seconds = {}  # that each test takes
 
     def runs(self, tests, scratch):
         """The commands that run these tests."""
@@ -78,16 +78,18 @@ class Program:
         flags.write_text("--gtest_filter=" + ":".join(tests), encoding="utf-8")
         return [[*self.command, "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_flagfile={flags}"]]
 
+    def cost(self, tests):
+        """How many seconds these tests take."""
+        return sum(self.seconds[test] for test in tests)
+
     def learn(self, scratch):
         """Runs all tests without a mutant, noting what they reach."""
         record = scratch / "reached"
-        start = time.monotonic()
         done = subprocess.run([*self.command, "--gtest_brief=1"], cwd=self.folder, capture_output=True, check=False,
                               env={**os.environ, "MUTANTS_REACHED": str(record)})
-        self.seconds = time.monotonic() - start
         if done.returncode != 0:
             raise Failed(f"{self.name} fails without a mutant:\n{done.stdout.decode(errors='replace')[-2000:]}")
-        self.reached, always = read_record(record)
+        self.reached, self.seconds, always = read_record(record)
         for mutants in self.reached.values():
             mutants |= always
 
@@ -104,29 +106,30 @@ class Checks(Program):
 
     def learn(self, scratch):
         record = scratch / "reached"
-        start = time.monotonic()
         for test, command in self.commands.items():
             record.unlink(missing_ok=True)
+            start = time.monotonic()
             done = subprocess.run(command, cwd=self.folder, capture_output=True, check=False,
                                   env={**os.environ, "MUTANTS_REACHED": str(record)})
             if done.returncode != 0:
                 raise Failed(f"{test} fails without a mutant:\n{done.stdout.decode(errors='replace')}")
-            self.reached[test] = read_record(record)[1]
-        self.seconds = time.monotonic() - start
+            self.seconds[test] = time.monotonic() - start
+            self.reached[test] = read_record(record)[-1]
 
 
 def read_record(path):
-    """What was reached: by test, and outside of them."""
-    tests, always = {}, set()
+    """What was reached by each test, how many seconds each took, and what was reached outside of them."""
+    tests, seconds, always = {}, {}, set()
     if not path.exists():  # nothing was
-        return tests, always
+        return tests, seconds, always
     for line in path.read_text(encoding="utf-8").splitlines():
-        name, *numbers = line.split(" ")
+        name, milliseconds, *numbers = line.split(" ")
         if name:
             tests[name] = set(map(int, numbers))
+            seconds[name] = int(milliseconds) / 1000
         else:
             always |= set(map(int, numbers))
-    return tests, always
+    return tests, seconds, always
 
 
 class Trial:
@@ -183,7 +186,7 @@ class Trial:
     def attempt(self, mutant, reaching):
         """Runs the tests that reach a mutant until one fails. Returns which program that was, or nothing."""
         def order(program):
-            return -self.kills[mutant.file, program.name], program.seconds
+            return -self.kills[mutant.file, program.name], program.cost(reaching[program])
 
         for program in sorted(reaching, key=order):
             if self.fails(program, reaching[program], mutant):
@@ -199,8 +202,8 @@ class Trial:
             messages.mkdir()
             env = {**os.environ, "MUTANT": str(mutant.number), "EMP_WINDOW_LOG_CONTRACT": str(messages),
                    "TMPDIR": str(scratch)}
-            limit_of_time = 5 * program.seconds + SLACK
-            return (any(run_fails(command, program.folder, env, limit_of_time) for command in program.runs(tests, scratch))
+            patience = 5 * program.cost(tests) + SLACK
+            return (any(run_fails(command, program.folder, env, patience) for command in program.runs(tests, scratch))
                     or self.breaks_contract(messages))
 
     def breaks_contract(self, folder):

@@ -208,6 +208,20 @@ std::string lastButOne(const Lines& lines) {
   return lines.size() < 2 ? "" : lines[lines.size() - 2];
 }
 
+TEST_F(ReplyTest, RowsTellOfNoDocumentThatCouldBeHad) {
+  ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
+  const std::vector<std::pair<std::string, Lines>> commands{
+      {"GetChannel_OnTVJson", {"0"}}, {"GetCurrentChannelInfo", {}}, {"GetCurrentChannel", {}}};
+  for (const auto& [command, parameters] : commands) {
+    forget();
+    execute(command, parameters);
+    const Lines lines = logs();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_NE(lines.back().find("Finish result[1]"), std::string::npos) << lines.back();
+    EXPECT_EQ(lastButOne(lines).find("Fail to get "), std::string::npos) << command;
+  }
+}
+
 TEST_F(ReplyTest, RowsTellOfDocumentsThatCouldNotBeHad) {
   execute("GetChannel_OnTVJson", {"9"});
   EXPECT_EQ(lastButOne(logs()), "0 Fail to get Json string");

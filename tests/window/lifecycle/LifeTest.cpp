@@ -51,6 +51,11 @@ TEST_F(LifeTest, IsNotCreatedUntilCreateIsCalledAlsoWhenThatFails) {
   EXPECT_TRUE(worker.FlagCreate());
 }
 
+TEST_F(LifeTest, HasItsBaseScreenFromTheStart) {
+  EXPECT_EQ(worker.m_baseScrW, 1920);
+  EXPECT_EQ(worker.m_baseScrH, 1080);
+}
+
 TEST_F(LifeTest, TellsItsConstruction) {
   const WorkerProbe fresh;
   EXPECT_EQ(logs(), constructed);
