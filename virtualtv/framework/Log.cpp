@@ -26,7 +26,7 @@ std::string& location() {
   return function;
 }
 
-void tell(int level, const char* format, va_list arguments) {
+void tell(int channel, int level, const char* format, va_list arguments) {
   LogLine line;
   line.level = level;
   line.function = std::exchange(location(), {});
@@ -34,6 +34,7 @@ void tell(int level, const char* format, va_list arguments) {
   Rendered rendered = render(format, arguments);
   line.text = std::move(rendered.text);
   line.masked = std::move(rendered.masked);
+  line.channel = channel;
   if (listener()) listener()(line);
 }
 
@@ -56,7 +57,7 @@ void setLogListener(std::function<void(const LogLine&)> heard) {
 
 using namespace virtualtv::framework;
 
-void kel::CKELDebug::PrintLog(int, int level, const char* format, ...) {
+void kel::CKELDebug::PrintLog(int channel, int level, const char* format, ...) {
   if (level > threshold) return;
   if (format == nullptr) return;
   va_list arguments;
@@ -65,7 +66,7 @@ void kel::CKELDebug::PrintLog(int, int level, const char* format, ...) {
     const char* function = va_arg(arguments, const char*);
     location() = function == nullptr ? "" : function;
   } else {
-    tell(level, format, arguments);
+    tell(channel, level, format, arguments);
   }
   va_end(arguments);
 }

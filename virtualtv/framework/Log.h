@@ -13,6 +13,7 @@ struct LogLine {
   std::string format;
   std::string text;    ///< as rendered
   std::string masked;  ///< the same with addresses, line numbers, thread ids and pointer-valued numbers as `*`
+  int channel = 0;     ///< of the framework's log
 };
 
 /// Lets only messages of at most this level through: -1 none, 0 failures and routine lines, 3 all. At first -1.

@@ -27,6 +27,13 @@ TEST_F(FrameTest, LogsTheCallThenTheWorkersLinesThenTheFinish) {
   EXPECT_EQ(logs(), commandLogs("GetChannel_Size", {}, {place("GetChannel_Size"), "3 *pnSize = [0]"}, 1));
 }
 
+TEST_F(FrameTest, LogsOnTheChannelOfPlugIns) {
+  execute("SetChannel", {"2", "0"});
+  const std::vector<virtualtv::framework::LogLine> lines = messages();
+  EXPECT_FALSE(lines.empty());
+  for (const virtualtv::framework::LogLine& line : lines) EXPECT_EQ(line.channel, 2) << line.text;
+}
+
 TEST_F(FrameTest, LogsAllFourParametersAlsoThoseThatTheCommandDoesNotTake) {
   EXPECT_EQ(execute("GetChannel_Size", {"a", "", "c d", "[e]"}), "int 0");
   EXPECT_EQ(logs().front(), entered("GetChannel_Size", "[a][][c d][[e]]"));
