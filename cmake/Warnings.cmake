@@ -3,7 +3,7 @@ add_library(strict_warnings INTERFACE)
 target_compile_options(strict_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Werror
   -Wcast-align -Wcast-qual -Wconversion -Wdouble-promotion -Wextra-semi -Wfloat-equal -Wformat -Wformat-security
-  -Wnon-virtual-dtor -Wnull-dereference -Wold-style-cast -Wshadow -Wsign-conversion -Wundef -Wunused
+  -Wnon-virtual-dtor -Wold-style-cast -Wshadow -Wsign-conversion -Wundef -Wunused
   -Wzero-as-null-pointer-constant)
 # g++'s library uses what it deprecates itself (std::stable_sort, in C++20), and clang tells where it is instantiated.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

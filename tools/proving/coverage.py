@@ -67,9 +67,7 @@ class Source:
 
 def run_tests(job, build, profiles):
     """Runs every test program as a whole, and the transcripts. Returns the programs."""
-    listed = json.loads(job.run(["ctest", "--test-dir", build, "--show-only=json-v1"]))
-    programs = sorted({test["command"][0] for test in listed["tests"]
-                       if any(word.startswith("--gtest_filter") for word in test.get("command", []))})
+    programs, _ = job.test_programs(build)
     environment = {"LLVM_PROFILE_FILE": str(profiles / "%4m.profraw")}
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         runs = [pool.submit(job.run, [program, "--gtest_brief=1"], env=environment, timeout=600)

@@ -1,5 +1,6 @@
 """What a step of the proof works with: the tree, its builds, programs to run and a folder of its own."""
 
+import json
 import os
 import re
 import subprocess
@@ -46,9 +47,9 @@ class Job:
         self.run([self.top / "tools" / "build", preset, *targets])
         return self.top / "build" / preset
 
-    def run(self, argv, *, env=None, timeout=None, cwd=None):
+    def run(self, argv, *, env=None, timeout=None, cwd=None, quiet=False):
         """Runs a program, with `env` on top of the environment, and returns what it wrote on standard output. What it
-        wrote at all goes to the log. Raises Failed when it ends with another status than 0 or takes more than
+        wrote at all goes to the log, unless it is to be quiet. Raises Failed when it ends with another status than 0 or takes more than
         `timeout` seconds."""
         argv = [str(word) for word in argv]
         try:
@@ -60,11 +61,23 @@ class Job:
             raise Failed(f"{argv[0]}: {error.strerror}") from error
         out = done.stdout.decode(errors="replace")
         with self.log.open("a", encoding="utf-8") as log:
-            log.write(f"$ {' '.join(argv)}\n{out}{done.stderr.decode(errors='replace')}")
+            log.write(f"$ {' '.join(argv)}\n{'' if quiet else out}{done.stderr.decode(errors='replace')}")
         if done.returncode != 0:
             how = f"status {done.returncode}" if done.returncode > 0 else f"signal {-done.returncode}"
             raise Failed(f"{argv[0]} ended with {how}; what it wrote is in {self.log.relative_to(self.top)}")
         return out
+
+    def test_programs(self, build):
+        """The test programs of a build, and the names of the tests that are none of theirs, as ctest has them."""
+        tests = json.loads(self.run(["ctest", "--test-dir", build, "--show-only=json-v1"], quiet=True))["tests"]
+        programs, others = set(), []
+        for test in tests:
+            command = test.get("command", [])
+            if any(word.startswith("--gtest_filter") for word in command):
+                programs.add(command[0])
+            else:
+                others.append(test["name"])
+        return sorted(programs), others
 
     @staticmethod
     def figures(text):

@@ -4,7 +4,7 @@ from proving.job import Figure
 
 
 def run(job):
-    build = job.build("debug")
+    build = job.build("asan")
     figures = job.figures(job.run(["ctest", "--test-dir", build, "--verbose", "-R", "^log_contract$"]))
     return [Figure("log: messages in the contract", "more than 600", str(figures["messages in the contract"]),
                    figures["messages in the contract"] > 600),

@@ -11,6 +11,14 @@ namespace {
 using Data = TCServiceData;
 using Words = std::vector<std::string>;
 
+/// Pieces in one text. What makes them runs from the left to the right, by the braces around them, with every compiler;
+/// between plus signs it may not, and a seed would make another script.
+std::string join(const Words& pieces) {
+  std::string text;
+  for (const std::string& piece : pieces) text += piece;
+  return text;
+}
+
 class Author {
  public:
   Author(std::uint64_t seed, const model::Set& set) : random_(seed), set_(set) {
@@ -57,8 +65,9 @@ class Author {
     const auto& common = commonOperations();
     const auto& operation = oneIn(3) ? all[below(all.size())] : *common[below(common.size())];
     const Words& ways = waysOf(operation);
-    return faultLine(operation, 1 + below(3), oneOf({"always", "times=1", "times=1", "times=2"}),
-                     ways[below(ways.size())]);
+    const std::size_t nth = 1 + below(3);
+    const std::string times = oneOf({"always", "times=1", "times=1", "times=2"});
+    return faultLine(operation, nth, times, ways[below(ways.size())]);
   }
 
   std::string number(std::size_t limit) { return std::to_string(below(limit)); }
@@ -122,13 +131,13 @@ class Author {
   std::string switching() {
     switch (below(9)) {
       case 0:
-        return "SetSourceAndTune " + source() + " " + major();
+        return join({"SetSourceAndTune ", source(), " ", major()});
       case 1:
         return "SetPreviousSource";
       case 2:
         return "DisconnectSource";
       case 3:
-        return "SetSource " + source() + " '" + seek() + "'";
+        return join({"SetSource ", source(), " '", seek(), "'"});
       case 4:
       case 5:
         return "SetWindow " + oneOf({"0", "1"});
@@ -140,21 +149,21 @@ class Author {
   std::string tuning() {
     switch (below(11)) {
       case 0:
-        return "SetChannel " + major() + " " + minor();
+        return join({"SetChannel ", major(), " ", minor()});
       case 1:
         return "SetChannel_PTC " + fieldOfSome(Data::PTC);
       case 2:
         return "SetChannelByServiceid " + fieldOfSome(Data::SERVICE_ID);
       case 3:
-        return "SetChannelDirect " + fieldOfSome(Data::PTC) + " " + fieldOfSome(Data::CHANNEL_TYPE) + " " + minor() +
-               " " + type();
+        return join({"SetChannelDirect ", fieldOfSome(Data::PTC), " ", fieldOfSome(Data::CHANNEL_TYPE), " ", minor(),
+                     " ", type()});
       case 4:
         return "SetTVMode " + mode();
       case 5:
       case 6:
-        return "FindChannel " + type() + " " + mode();
+        return join({"FindChannel ", type(), " ", mode()});
       case 7:
-        return "SetChannel_Seek " + oneOf({"3", "4", "0", "5", "x"}) + " " + oneOf({"0", "1", "x"});
+        return join({"SetChannel_Seek ", oneOf({"3", "4", "0", "5", "x"}), " ", oneOf({"0", "1", "x"})});
       default:
         return "SetChannel_Seek " + oneOf({"3", "4"}) + " 0";
     }
@@ -183,13 +192,13 @@ class Author {
       case 10:
         return "GetChannel_ServiceId '" + index() + "'";
       case 11:
-        return "GetChannel_ServiceId " + major() + " " + minor() + " " + type();
+        return join({"GetChannel_ServiceId ", major(), " ", minor(), " ", type()});
       default:
         return askFound();
     }
   }
 
-  std::string askFound() { return "GetChannel_" + oneOf(fields_) + " '" + index() + "'"; }
+  std::string askFound() { return join({"GetChannel_", oneOf(fields_), " '", index(), "'"}); }
 
   std::string reporting() {
     switch (below(8)) {
@@ -203,7 +212,7 @@ class Author {
       case 4:
         return "GetChannel_OnTVJson '" + index() + "'";
       case 5:
-        return "SetDVBSIChannelDirectEx '" + description() + "' " + oneOf({"0", "0", "0", "1", "x"});
+        return join({"SetDVBSIChannelDirectEx '", description(), "' ", oneOf({"0", "0", "0", "1", "x"})});
       default:
         return oneOf({"GetCurrentChannelInfo", "GetCurrentChannel"});
     }
@@ -215,11 +224,11 @@ class Author {
     if (oneIn(4)) return oneOf(broken);
     const model::Service& service = set_.services.at(std::stoll(oneOf(keys_).substr(1)));
     const auto field = [&](int id) { return std::to_string(model::number(service, id).value_or(0)); };
-    return "{\"TYPE\": " + field(Data::CHANNEL_TYPE) + ", \"ProgNum\": " + field(Data::CHANNEL_TYPE) +
-           ", \"ModulationType\": " + oneOf({field(Data::MODULATION), "0", "5"}) +
-           ", \"SymbolRate\": " + field(Data::SYMBOL_RATE) + ", \"ProgramNumber\": " + field(Data::PROGRAM_NUMBER) +
-           ", \"PTC\": " + field(Data::PTC) + ", \"MINOR_NUMBER_ONE_PART\": " + oneOf({"0", field(Data::MINOR)}) +
-           ", \"SatelliteId\": \"1A\", \"Frequency\": " + field(Data::FREQUENCY) + ", \"Polarization\": 1}";
+    return join({"{\"TYPE\": ", field(Data::CHANNEL_TYPE), ", \"ProgNum\": ", field(Data::CHANNEL_TYPE),
+                 ", \"ModulationType\": ", oneOf({field(Data::MODULATION), "0", "5"}),
+                 ", \"SymbolRate\": ", field(Data::SYMBOL_RATE), ", \"ProgramNumber\": ", field(Data::PROGRAM_NUMBER),
+                 ", \"PTC\": ", field(Data::PTC), ", \"MINOR_NUMBER_ONE_PART\": ", oneOf({"0", field(Data::MINOR)}),
+                 ", \"SatelliteId\": \"1A\", \"Frequency\": ", field(Data::FREQUENCY), ", \"Polarization\": 1}"});
   }
 
   // Pictures.
@@ -281,11 +290,11 @@ class Author {
   std::string pictureKnob() {
     switch (below(3)) {
       case 0:
-        return oneOf({"main", "main", "pip"}) + ".resolution " +
-               oneOf({"auto", "auto", "-1", "0", "5", "10", "15", "18", "21", "134", "154"});
+        return join({oneOf({"main", "main", "pip"}), ".resolution ",
+                     oneOf({"auto", "auto", "-1", "0", "5", "10", "15", "18", "21", "134", "154"})});
       case 1:
-        return "input." + oneOf({"13", "14", "31"}) + ".picture " +
-               oneOf({"640x480@60", "1x1@1", "1366x768@60", "2147483647x2147483647@3", "3840x2160@50"});
+        return join({"input.", oneOf({"13", "14", "31"}), ".picture ",
+                     oneOf({"640x480@60", "1x1@1", "1366x768@60", "2147483647x2147483647@3", "3840x2160@50"})});
       default:
         return "isp.picture " + oneOf({"1280x720", "1x1", "3840x2160", "2147483647x2147483647"});
     }
@@ -301,7 +310,7 @@ class Author {
       case 2:
         return ".active_format " + oneOf({"8", "9", "10", "11", "13", "14", "15", "0", "16", "-1", "unset"});
       default:
-        return oneOf({".picture_width ", ".picture_height ", ".frame_rate "}) + oneOf(lengths);
+        return join({oneOf({".picture_width ", ".picture_height ", ".frame_rate "}), oneOf(lengths)});
     }
   }
 
@@ -335,15 +344,15 @@ class Author {
 
   /// The front of a track, and what stands behind its language unless that is left out.
   std::string track(const std::string& rest) {
-    std::string text = (oneIn(3) ? "!" : "") + pid();
+    std::string text = join({oneIn(3) ? "!" : "", pid()});
     if (oneIn(6)) return text;
     text += ":" + oneOf({"eng", "deu", "und", "und", "-1", "-1", "7"});
     return oneIn(6) ? text : text + ":" + rest;
   }
 
   std::string audio() {
-    return track(oneOf({"aac", "ac3", "eac3", "mpeg", "unknown", "9"}) + ":" + oneOf({"2", "0", "-1"}) + ":" +
-                 oneOf({"0", "3", "-2147483648"}));
+    return track(join({oneOf({"aac", "ac3", "eac3", "mpeg", "unknown", "9"}), ":", oneOf({"2", "0", "-1"}), ":",
+                       oneOf({"0", "3", "-2147483648"})}));
   }
 
   std::string subtitle(const Words& kinds) { return track(oneOf(kinds)); }
@@ -359,8 +368,8 @@ class Author {
   std::string favourites() {
     const std::string id = fieldOfSome(Data::SERVICE_ID);
     if (oneIn(2)) return "GetFavorites " + (oneIn(8) ? "''" : id);
-    return "UpdateFavorites " + id + " " + oneOf({"0", "1", "1", "-1", "x"}) + " " +
-           oneOf({"0", "1", "2", "9", "10", "12", "127", "128", "255", "256", "300", "-1", "-129", "x"});
+    return join({"UpdateFavorites ", id, " ", oneOf({"0", "1", "1", "-1", "x"}), " ",
+                 oneOf({"0", "1", "2", "9", "10", "12", "127", "128", "255", "256", "300", "-1", "-129", "x"})});
   }
 
   /// Groups that stand once each.
@@ -453,13 +462,14 @@ class Author {
     switch (below(14)) {
       case 0:
       case 1:
-        return ".set input." + oneOf({"0", "13", "13", "14", "15", "31"}) + ".plugged " + oneOf({"on", "off"});
+        return join({".set input.", oneOf({"0", "13", "13", "14", "15", "31"}), ".plugged ", oneOf({"on", "off"})});
       case 2:
         return ".set isp.present " + oneOf({"on", "off", "on"});
       case 3:
         return oneIn(2) ? ".set region " + oneOf({"1", "17"}) : ".set country " + oneOf({"0", "1", "3", "34", "81"});
       case 4:
-        return ".vconf set " + oneOf(keys) + " " + oneOf({"int 0", "int 0", "int 31", "int 48", "int 77", "str odd"});
+        return join(
+            {".vconf set ", oneOf(keys), " ", oneOf({"int 0", "int 0", "int 31", "int 48", "int 77", "str odd"})});
       case 5:
         return ".set " + windowKnob();
       case 6:
@@ -473,9 +483,9 @@ class Author {
         return oneIn(3) ? ".vconf set db/boot/last_service " + oneOf({"str isp-service", "str tv-service", "int 1"})
                         : ".set " + windowKnob();
       case 10:
-        return ".set service." + (oneIn(2) ? keys_[0] : service()) + serviceTracks();
+        return join({".set service.", oneIn(2) ? keys_[0] : service(), serviceTracks()});
       default:
-        return ".set service." + service() + serviceField();
+        return join({".set service.", service(), serviceField()});
     }
   }
 
