@@ -147,95 +147,107 @@ TEST(RandomScripts, HaveFaultsWhereTheyAreToHaveThem) {
   EXPECT_EQ(std::count_if(sound.begin(), sound.end(), isFault), 0);
 }
 
-TEST(RandomScripts, ReachEveryAnswer) {
-  Replies replies;
-  for (std::uint64_t seed = 1; seed <= 240; ++seed) ASSERT_FALSE(compare(scriptOf(seed), &replies)) << seed;
+/// Answers that random scripts are to bring, whole ones and pieces of them, by the commands' names.
+const Replies wanted{
+    {"SetWindow", {"int 1"}},
+    {"SetSource", {"int 1", "int 0", "int -1"}},
+    {"SetSourceAndTune", {"int 1", "int 0", "int -1"}},
+    {"SetPreviousSource", {"int 1", "int 0"}},
+    {"DisconnectSource", {"int 1", "int 0"}},
+    {"GetSource", {"int 0", "int 31", "int 43", "int 101", "int -1"}},
+    {"GetPreviousSource", {"int 0", "int 31", "int -1"}},
+    {"GetSourceState", {"int -1", "int 1", "int 2"}},
+    {"SetChannel", {"int 1", "int 0"}},
+    {"SetChannel_PTC", {"int 1", "int 0"}},
+    {"SetChannel_Seek", {"int 1", "int 0", "int -1"}},
+    {"SetChannelByServiceid", {"int 1", "int 0"}},
+    {"SetChannelDirect", {"int 1", "int 0"}},
+    {"GetSignalStrength", {"int 0", "int -1"}},
+    {"FindChannel", {"int 1", "int 0"}},
+    {"SetTVMode", {"int 1", "int -1"}},
+    {"GetTVMode", {"int 0", "int 1", "int 2"}},
+    {"GetChannel_Size", {"int 0"}},
+    {"GetChannel_ServiceId", {"int -1", "ascii", "ascii 1152959734176350309"}},
+    {"GetChannel_*", {"int -1", "int 65535", "unicode \"\""}},
+    {"GetCurrentChannel_*", {"int -1", "int 65535", "int 28", "unicode \"Lighthouse One\"", "unicode \"\""}},
+    {"GetStartChannel_*", {"int -1", "int 28", "unicode \"Lighthouse One\""}},
+    {"SetScreenRect", {"int 1", "int 0"}},
+    {"SetScreenRect_PosSizeMode", {"int -1"}},
+    {"GetScreenRect", {"ascii x:0,y:0,w:960,h:540", "ascii x:648,y:351,w:288,h:162", "ascii"}},
+    {"GetScreenRect_PosMode", {"int 9"}},
+    {"GetScreenRect_SizeMode", {"int 9"}},
+    {"GetAFDGeometryRectSize", {"ascii x:0,y:0,w:1920,h:1080", "ascii x:240,y:0,w:1440,h:1080", "ascii"}},
+    {"GetState_Show", {"int 0", "int 1", "int 3"}},
+    {"SetScreenCropRect", {"int 1", "int 0", "int -1"}},
+    {"+", {"int 1", "int 0", "int -1", "empty"}},
+    {"GetScreenCropRect",
+     {"ascii {crop:{x:0,y:0,w:1920,h:1080},display:{x:0,y:0,w:1920,h:1080},plane:0}", "int 0", "int -1"}},
+    {"SetScreenZorder", {"int 1", "int -1"}},
+    {"Show", {"int 1", "int -1"}},
+    {"MuteVideo", {"int 1", "int -1"}},
+    {"GetResolution", {"int -1", "int 8", "int 14", "int 20", "int 21", "int 22"}},
+    {"GetMultiAudioInfo", {"ascii"}},
+    {"GetCurrentAudioInfo", {"int -1"}},
+    {"ChangeAudioPID", {"int 1", "int 0"}},
+    {"ChangeAudioByIndex", {"int 1", "int 0"}},
+    {"SetSourceVolume", {"int 0"}},
+    {"GetSubtitleInfo", {"ascii"}},
+    {"GetCurrentSubtitle", {"int -1", "int 0", "int 6647399", "int 6579573"}},
+    {"ChangeSubtitle", {"int 1", "int 0", "int -1"}},
+    {"GetFavorites", {"int -1", "ascii |\n| {}"}},
+    {"UpdateFavorites", {"int 1", "int -1"}},
+    {"SetDVBSIChannelDirectEx", {"int 1", "int 0", "int -1"}},
+    {"GetChannel_OnTVJson", {"int -1", "ascii"}},
+    {"GetPreviousChannelInfo", {"int -1"}},
+    {"GetStartChannel_Info", {"int -1"}},
+    {"GetFullChannelList", {"int -1"}},
+};
+const Replies wantedPieces{
+    {"GetMultiAudioInfo",
+     {"{\n|    \"NumOfAudio\" : 0\n| }", "\"items\" : []", "\"items\" : null", "\"lang\" : -1,",
+      "\"lang\" : 4294967295,"}},
+    {"GetCurrentAudioInfo",
+     {"\"index\" : 0,", "\"index\" : 1,", "\"lang\" : -1,", "\"lang\" : 4294967295,", "\"pid\" : 7013\n"}},
+    {"GetSubtitleInfo",
+     {"{\n|    \"NumOfSubtitle\" : 0\n| }", "\"NumOfSubtitle\" : 1,\n|    \"subtitle\" : null",
+      "\"NumOfTTXSubtitle\" : 0,\n|    \"subtitle\" : null", "\"subtitle\" : []", "\"lang\" : 4294967295\n",
+      "\"NumOfTTX\" : 1,\n|    \"NumOfTTXSubtitle\" : 2,"}},
+    {"GetFavorites", {"\"1\" : \"0\"", "\"1\" : \"1\""}},
+    {"GetChannel_OnTVJson", {"{"}},
+    {"GetCurrentChannelInfo", {"\"new\" : [", "\"channelName\" : \"Lighthouse One\"", "\"lock\" : 1"}},
+    {"GetPreviousChannelInfo", {"\"lock\" : 65535"}},
+    {"GetStartChannel_Info", {"\"channelName\" : \"Lighthouse One\""}},
+    {"GetFullChannelList", {"\"PROGRAM_NUMBER\" : 101"}},
+};
+
+/// What is wanted and has not come.
+std::vector<std::string> missing(Replies replies) {
   for (const auto& [command, answers] : Replies(replies)) {
     const std::size_t field = command.find("Channel_");
     if (field != std::string::npos)
       replies[command.substr(0, field) + "Channel_*"].insert(answers.begin(), answers.end());
   }
-  const Replies wanted{
-      {"SetWindow", {"int 1"}},
-      {"SetSource", {"int 1", "int 0", "int -1"}},
-      {"SetSourceAndTune", {"int 1", "int 0", "int -1"}},
-      {"SetPreviousSource", {"int 1", "int 0"}},
-      {"DisconnectSource", {"int 1", "int 0"}},
-      {"GetSource", {"int 0", "int 31", "int 43", "int 101", "int -1"}},
-      {"GetPreviousSource", {"int 0", "int 31", "int -1"}},
-      {"GetSourceState", {"int -1", "int 1", "int 2"}},
-      {"SetChannel", {"int 1", "int 0"}},
-      {"SetChannel_PTC", {"int 1", "int 0"}},
-      {"SetChannel_Seek", {"int 1", "int 0", "int -1"}},
-      {"SetChannelByServiceid", {"int 1", "int 0"}},
-      {"SetChannelDirect", {"int 1", "int 0"}},
-      {"GetSignalStrength", {"int 0", "int -1"}},
-      {"FindChannel", {"int 1", "int 0"}},
-      {"SetTVMode", {"int 1", "int -1"}},
-      {"GetTVMode", {"int 0", "int 1", "int 2"}},
-      {"GetChannel_Size", {"int 0"}},
-      {"GetChannel_ServiceId", {"int -1", "ascii", "ascii 1152959734176350309"}},
-      {"GetChannel_*", {"int -1", "int 65535", "unicode \"\""}},
-      {"GetCurrentChannel_*", {"int -1", "int 65535", "int 28", "unicode \"Lighthouse One\"", "unicode \"\""}},
-      {"GetStartChannel_*", {"int -1", "int 28", "unicode \"Lighthouse One\""}},
-      {"SetScreenRect", {"int 1", "int 0"}},
-      {"SetScreenRect_PosSizeMode", {"int -1"}},
-      {"GetScreenRect", {"ascii x:0,y:0,w:960,h:540", "ascii x:648,y:351,w:288,h:162", "ascii"}},
-      {"GetScreenRect_PosMode", {"int 9"}},
-      {"GetScreenRect_SizeMode", {"int 9"}},
-      {"GetAFDGeometryRectSize", {"ascii x:0,y:0,w:1920,h:1080", "ascii x:240,y:0,w:1440,h:1080", "ascii"}},
-      {"GetState_Show", {"int 0", "int 1", "int 3"}},
-      {"SetScreenCropRect", {"int 1", "int 0", "int -1"}},
-      {"+", {"int 1", "int 0", "int -1", "empty"}},
-      {"GetScreenCropRect",
-       {"ascii {crop:{x:0,y:0,w:1920,h:1080},display:{x:0,y:0,w:1920,h:1080},plane:0}", "int 0", "int -1"}},
-      {"SetScreenZorder", {"int 1", "int -1"}},
-      {"Show", {"int 1", "int -1"}},
-      {"MuteVideo", {"int 1", "int -1"}},
-      {"GetResolution", {"int -1", "int 8", "int 14", "int 20", "int 21", "int 22"}},
-      {"GetMultiAudioInfo", {"ascii"}},
-      {"GetCurrentAudioInfo", {"int -1"}},
-      {"ChangeAudioPID", {"int 1", "int 0"}},
-      {"ChangeAudioByIndex", {"int 1", "int 0"}},
-      {"SetSourceVolume", {"int 0"}},
-      {"GetSubtitleInfo", {"ascii"}},
-      {"GetCurrentSubtitle", {"int -1", "int 0", "int 6647399", "int 6579573"}},
-      {"ChangeSubtitle", {"int 1", "int 0", "int -1"}},
-      {"GetFavorites", {"int -1", "ascii |\n| {}"}},
-      {"UpdateFavorites", {"int 1", "int -1"}},
-      {"SetDVBSIChannelDirectEx", {"int 1", "int 0", "int -1"}},
-      {"GetChannel_OnTVJson", {"int -1", "ascii"}},
-      {"GetPreviousChannelInfo", {"int -1"}},
-      {"GetStartChannel_Info", {"int -1"}},
-      {"GetFullChannelList", {"int -1"}},
-  };
-  const Replies wantedParts{
-      {"GetMultiAudioInfo",
-       {"{\n|    \"NumOfAudio\" : 0\n| }", "\"items\" : []", "\"items\" : null", "\"lang\" : -1,",
-        "\"lang\" : 4294967295,"}},
-      {"GetCurrentAudioInfo",
-       {"\"index\" : 0,", "\"index\" : 1,", "\"lang\" : -1,", "\"lang\" : 4294967295,", "\"pid\" : 7013\n"}},
-      {"GetSubtitleInfo",
-       {"{\n|    \"NumOfSubtitle\" : 0\n| }", "\"NumOfSubtitle\" : 1,\n|    \"subtitle\" : null",
-        "\"NumOfTTXSubtitle\" : 0,\n|    \"subtitle\" : null", "\"subtitle\" : []", "\"lang\" : 4294967295\n",
-        "\"NumOfTTX\" : 1,\n|    \"NumOfTTXSubtitle\" : 2,"}},
-      {"GetFavorites", {"\"1\" : \"0\"", "\"1\" : \"1\""}},
-      {"GetChannel_OnTVJson", {"{"}},
-      {"GetCurrentChannelInfo", {"\"new\" : [", "\"channelName\" : \"Lighthouse One\"", "\"lock\" : 1"}},
-      {"GetPreviousChannelInfo", {"\"lock\" : 65535"}},
-      {"GetStartChannel_Info", {"\"channelName\" : \"Lighthouse One\""}},
-      {"GetFullChannelList", {"\"PROGRAM_NUMBER\" : 101"}},
-  };
+  std::vector<std::string> missing;
   for (const auto& [command, answers] : wanted) {
     for (const std::string& answer : answers) {
-      EXPECT_TRUE(replies[command].contains(answer)) << command << " never answers " << answer;
+      if (!replies[command].contains(answer)) missing.push_back(command + " answers " + answer);
     }
   }
-  for (const auto& [command, parts] : wantedParts) {
-    for (const std::string& part : parts) {
-      EXPECT_TRUE(anyHas(replies[command], part)) << command << " never answers with " << part;
+  for (const auto& [command, pieces] : wantedPieces) {
+    for (const std::string& piece : pieces) {
+      if (!anyHas(replies[command], piece)) missing.push_back(command + " answers with " + piece);
     }
   }
+  return missing;
+}
+
+TEST(RandomScripts, ReachEveryAnswer) {
+  constexpr std::uint64_t most = 500;
+  Replies replies;
+  for (std::uint64_t seed = 1; seed <= most && !missing(replies).empty(); ++seed) {
+    ASSERT_FALSE(compare(scriptOf(seed), &replies)) << seed;
+  }
+  EXPECT_EQ(missing(replies), std::vector<std::string>());
 }
 
 }  // namespace

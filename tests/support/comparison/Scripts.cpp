@@ -85,6 +85,7 @@ class Author {
   Script following(const std::string& first) {
     if (first.starts_with("FindChannel")) return {askFound(), askFound(), askFound()};
     if (first.starts_with("SetSource 48")) return followed(".set " + ispTracks());
+    if (first == "DisconnectSource" || first.ends_with(".source -1")) return {"GetScreenRect", askPicture()};
     if (first == ".set isp.present off") return {askTracks(), changeTracks()};
     if (first.find(".id 1") != std::string::npos) return {".set main.service " + keys_[1], askAudio()};
     if (first.find(".attached ") != std::string::npos) {
