@@ -95,7 +95,10 @@ Pair::Pair() : plugin_(std::make_unique<Plugin>()), first_(copyOf(tv())) {
   keepLog(false);
 }
 
-Pair::~Pair() = default;
+/// The plug-in logs while it ends, when the lines kept are gone already.
+Pair::~Pair() {
+  keepLog(false);
+}
 
 virtualtv::Tv& Pair::tv() {
   return plugin_->rig().tv();
