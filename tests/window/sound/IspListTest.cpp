@@ -57,36 +57,7 @@ class IspAudioList : public tracks::Telling<sound::SoundTest, &kel::CEmpTaskWind
 
 TEST_F(IspAudioList, TellsEachTrackOfTheSecondaryStack) {
   EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(text, R"({
-   "NumOfAudio" : 3,
-   "items" : [
-      {
-         "audioMode" : 2,
-         "audioType" : 3,
-         "decodeType" : 4,
-         "index" : 0,
-         "lang" : 11,
-         "pid" : 256
-      },
-      {
-         "audioMode" : 1,
-         "audioType" : 2,
-         "decodeType" : 3,
-         "index" : 1,
-         "lang" : 21,
-         "pid" : 257
-      },
-      {
-         "audioMode" : 0,
-         "audioType" : 1,
-         "decodeType" : 2,
-         "index" : 2,
-         "lang" : 31,
-         "pid" : 258
-      }
-   ]
-}
-)");
+  EXPECT_EQ(text, sound::textOfThreeTracks);
   EXPECT_EQ(calls(),
             (Lines{tracks::ispTold, tracks::askManager + "made", tracks::manager + "GetTotalNumOfAudio() count=3 -> 0",
                    askTrack("0", "0,256,4,2,3,11"), askTrack("1", "1,257,3,1,2,21"), askTrack("2", "2,258,2,0,1,31")}));

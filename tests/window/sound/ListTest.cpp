@@ -38,43 +38,12 @@ std::string askTrack(const std::string& index, const std::string& audio) {
   return sound::aux + "GetAudio(serviceId=281, index=" + index + ") audio=" + audio + " -> 1";
 }
 
-class AudioList : public tracks::Telling<sound::SoundTest, &kel::CEmpTaskWindow::GetMultiAudioInfo> {
- protected:
-};
+class AudioList : public tracks::Telling<sound::SoundTest, &kel::CEmpTaskWindow::GetMultiAudioInfo> {};
 
 TEST_F(AudioList, TellsEachTrackOfTheServiceOnScreen) {
   give(threeTracks);
   EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(text, R"({
-   "NumOfAudio" : 3,
-   "items" : [
-      {
-         "audioMode" : 2,
-         "audioType" : 3,
-         "decodeType" : 4,
-         "index" : 0,
-         "lang" : 11,
-         "pid" : 256
-      },
-      {
-         "audioMode" : 1,
-         "audioType" : 2,
-         "decodeType" : 3,
-         "index" : 1,
-         "lang" : 21,
-         "pid" : 257
-      },
-      {
-         "audioMode" : 0,
-         "audioType" : 1,
-         "decodeType" : 2,
-         "index" : 2,
-         "lang" : 31,
-         "pid" : 258
-      }
-   ]
-}
-)");
+  EXPECT_EQ(text, sound::textOfThreeTracks);
   EXPECT_EQ(made(), join({{tracks::tvTold},
                           tracks::askCurrent,
                           {askSize("3"), askTrack("0", "11,4,256,2,3"), askTrack("1", "21,3,257,1,2"),

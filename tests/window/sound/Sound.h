@@ -14,6 +14,38 @@ using virtualtv::AudioTrack;
 inline const std::vector<AudioTrack> threeTracks{
     {256, 11, 4, 2, 3, true}, {257, 21, 3, 1, 2, true}, {258, 31, 2, 0, 1, true}};
 
+/// The list of them, the same from either stack.
+inline const std::string textOfThreeTracks = R"({
+   "NumOfAudio" : 3,
+   "items" : [
+      {
+         "audioMode" : 2,
+         "audioType" : 3,
+         "decodeType" : 4,
+         "index" : 0,
+         "lang" : 11,
+         "pid" : 256
+      },
+      {
+         "audioMode" : 1,
+         "audioType" : 2,
+         "decodeType" : 3,
+         "index" : 1,
+         "lang" : 21,
+         "pid" : 257
+      },
+      {
+         "audioMode" : 0,
+         "audioType" : 1,
+         "decodeType" : 2,
+         "index" : 2,
+         "lang" : 31,
+         "pid" : 258
+      }
+   ]
+}
+)";
+
 /// An element of a list of tracks.
 inline Members element(const std::string& index, const std::string& pid, const std::string& decodeType,
                        const std::string& audioMode, const std::string& audioType, const std::string& lang) {

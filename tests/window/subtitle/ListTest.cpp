@@ -34,9 +34,7 @@ std::string askTrack(const std::string& index, const std::string& outcome) {
 const std::string askMode = "IServiceNavigation[main#1]::GetTvMode() mode=0,1 -> 1";
 const std::string askSize = subtitle::aux + "GetHybridSBTSize(serviceId=281) size=3 -> 1";
 
-class SubtitleList : public tracks::Telling<subtitle::SubtitleTest, &kel::CEmpTaskWindow::GetSubtitleInfo> {
- protected:
-};
+class SubtitleList : public tracks::Telling<subtitle::SubtitleTest, &kel::CEmpTaskWindow::GetSubtitleInfo> {};
 
 TEST_F(SubtitleList, TellsEachTrackOfTheServiceOnScreen) {
   EXPECT_EQ(tell(), 1);
