@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "settings/vconf.h"
-#include "support/Contract.h"
 
 namespace support {
 
@@ -86,7 +85,6 @@ TvTest::TvTest() {
       if (saying_ == Saying::nothing) throw Silent();
       throw std::runtime_error("no log");
     }
-    noteForContract(line);
     lines_.push_back(line);
   });
   storage_.emplace();

@@ -5,17 +5,14 @@ the set during a call count as an exception from that call. Built with the addre
 Both forms let each allocation fail: it takes half a minute.
 """
 
-from proving.job import Figure
+from proving.job import at_most, more_than
 
 
 def run(job):
     folder = job.build("asan", "proof_allocations")
-    figures = job.figures(job.run([folder / "tests/proof/allocations/proof_allocations"],
-                                  env={"ASAN_OPTIONS": "detect_leaks=1:strict_string_checks=1"}))
-    outside, inside = figures["allocations failed"], figures["allocations failed inside calls"]
-    deviations = figures["deviations"]
+    found = job.measure([folder / "tests/proof/allocations/proof_allocations"])
     return [
-        Figure("allocations: failed", "more than 1000", str(outside), outside > 1000),
-        Figure("allocations: failed inside calls", "more than 1000", str(inside), inside > 1000),
-        Figure("allocations: deviations", "0", str(deviations), deviations == 0),
+        more_than("allocations: failed", 1000, found.get("allocations failed")),
+        more_than("allocations: failed inside calls", 1000, found.get("allocations failed inside calls")),
+        at_most("allocations: deviations", 0, found.get("deviations")),
     ]

@@ -7,11 +7,9 @@ line that ends in `// not covered: REASON` is left out, with the branches and co
 import json
 import os
 import re
-import subprocess
 from collections import defaultdict
-from concurrent.futures import ThreadPoolExecutor
 
-from proving.job import Failed, Figure
+from proving.job import MINUTE, Failed, Figure
 
 MARKER = re.compile(r"// not covered: (?P<reason>\S.*)$")
 TRANSCRIPTS = "^transcript[.]"
@@ -68,13 +66,10 @@ class Source:
 def run_tests(job, build, profiles):
     """Runs every test program as a whole, and the transcripts. Returns the programs."""
     programs, _ = job.test_programs(build)
+    commands = [*([program, "--gtest_brief=1"] for program in programs),
+                ["ctest", "--test-dir", build, "-R", TRANSCRIPTS]]
     environment = {"LLVM_PROFILE_FILE": str(profiles / "%4m.profraw")}
-    with ThreadPoolExecutor(os.cpu_count()) as pool:
-        runs = [pool.submit(job.run, [program, "--gtest_brief=1"], env=environment, timeout=600)
-                for program in programs]
-        runs.append(pool.submit(job.run, ["ctest", "--test-dir", build, "-R", TRANSCRIPTS], env=environment))
-        for one in runs:
-            one.result()
+    job.at_once(lambda command: job.attempt(command, env=environment, timeout=10 * MINUTE), commands, os.cpu_count())
     return [*programs, str(build / "emp-window")]
 
 
@@ -85,10 +80,7 @@ def read(job, programs, profiles, folders):
     objects = [word for program in programs[1:] for word in ("-object", program)]
     command = ["llvm-cov-19", "export", "-instr-profile", merged, programs[0], *objects, "-sources",
                *[job.top / folder for folder in folders]]
-    export = subprocess.run([str(word) for word in command], capture_output=True, check=False)
-    if export.returncode != 0:
-        raise Failed(f"llvm-cov: {export.stderr.decode(errors='replace').strip()}")
-    data = json.loads(export.stdout)["data"][0]
+    data = json.loads(job.run(command, quiet=True))["data"][0]
     sources = {file["filename"]: Source(job.top / file["filename"]) for file in data["files"]}
     for file in data["files"]:
         sources[file["filename"]].add_lines(file["segments"])
@@ -119,7 +111,7 @@ def of_folder(sources, folder):
 
 
 def run(job):
-    build = job.build("coverage")
+    build = job.build("coverage", "suites", "emp-window")
     profiles = job.scratch / "profiles"
     profiles.mkdir()
     sources = read(job, run_tests(job, build, profiles), profiles, ["Window", "virtualtv"])
@@ -127,18 +119,15 @@ def run(job):
     missing = [f"{name}:{line}: {what}" for name, source in sources.items() for line, what in source.missing()]
     exclusions = [f"{name}:{line}: left out: {reason}" for name, source in sources.items()
                   for line, reason in source.excluded.items()]
-    listing = job.log.with_suffix(".txt")
+    listing = job.folder / "coverage.txt"
     listing.write_text("".join(line + "\n" for line in exclusions + missing), encoding="utf-8")
     print("".join(f"  {line}\n" for line in exclusions + [line for line in missing if line.startswith("Window/")]), end="")
     print(f"  all that was not reached: {listing.relative_to(job.top)}")
 
     targets = [("Window/Src", "lines", 100), ("Window/Src", "branches", 100), ("Window/Src", "conditions (MC/DC)", 100),
                ("virtualtv", "lines", 95), ("virtualtv", "branches", 90)]
-    figures = []
     for folder, kind, target in targets:
         percent, text = share(of_folder(sources, folder)[kind])
-        figures.append(Figure(f"{folder}: {kind}", f"{target} %", text, percent >= target))
+        yield Figure(f"{folder}: {kind}", f"{target} %", text, percent >= target)
     left_out = sum(line.startswith("Window/") for line in exclusions)
-    figures.append(Figure("Window/Src: lines left out", f"< {MOST_EXCLUSIONS}", str(left_out),
-                          left_out < MOST_EXCLUSIONS))
-    return figures
+    yield Figure("Window/Src: lines left out", f"< {MOST_EXCLUSIONS}", str(left_out), left_out < MOST_EXCLUSIONS)

@@ -3,12 +3,24 @@
 import json
 import os
 import re
+import signal
 import subprocess
 import tempfile
+import threading
+from collections import deque
+from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
 
 FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>-?[0-9.]+)$", re.MULTILINE)
+MINUTE = 60
+HOUR = 60 * MINUTE
+READING = 10  # seconds that what a program wrote may take to arrive when it has ended
+TAIL = 30  # lines of a program that failed, for whoever has no more than what the proof printed
+
+# What would change what a program checks, or which tests it runs, does not come from the caller's environment.
+STRAY = re.compile(r"^(ASAN|UBSAN|LSAN|CTEST|GTEST|MALLOC|LLVM_PROFILE|EMP_WINDOW|MUTANT)")
+SANITIZERS = {"ASAN_OPTIONS": "detect_leaks=1:strict_string_checks=1", "UBSAN_OPTIONS": "print_stacktrace=1"}
 
 
 @dataclass(frozen=True)
@@ -19,22 +31,65 @@ class Figure:
     target: str
     measured: str
     reached: bool
+    remark: str = ""
+
+
+def shown(measured):
+    """A number in a row; a program that failed may not have told it."""
+    return "not told" if measured is None else str(measured)
+
+
+def more_than(name, least, measured):
+    return Figure(name, f"more than {least}", shown(measured), measured is not None and measured > least)
+
+
+def at_least(name, least, measured, unit=""):
+    told = shown(measured) + (unit if measured is not None else "")
+    return Figure(name, f"{least}{unit}", told, measured is not None and measured >= least)
+
+
+def at_most(name, most, measured):
+    return Figure(name, str(most), shown(measured), measured is not None and measured <= most)
+
+
+def added(parts, name):
+    """A figure of programs that share the work; nothing when one of them did not tell it."""
+    numbers = [part.get(name) for part in parts]
+    return None if None in numbers else sum(numbers)
 
 
 class Failed(Exception):
     """A program of a step ended otherwise than it should, or a build did."""
 
 
+@dataclass(frozen=True)
+class Outcome:
+    """How a program ended: what it wrote on standard output and on standard error, and what was wrong, if anything."""
+
+    out: str
+    errors: str
+    trouble: str = ""
+
+
 class Job:
-    """What the steps are given. `long` asks for the long form; `seed` is where random choices start."""
+    """What the steps are given. `long` asks for the long form; `seed` is where random choices start. Programs are run in
+    process groups of their own, so that all that they started ends with them."""
 
     def __init__(self, top, step, *, is_long=False, seed=1):
         self.top = Path(top)
+        self.step = step
         self.long = is_long
         self.seed = seed
-        self.log = self.top / "build" / "proof" / f"{step}.log"
-        self.log.parent.mkdir(parents=True, exist_ok=True)
-        self.log.write_text("", encoding="utf-8")
+        self.patience = 12 * HOUR if is_long else 15 * MINUTE
+        self.troubles = []
+        self.folder = self.top / "build" / "proof"
+        self._lock = threading.Lock()
+        self._runs = 0
+        self._running = set()
+        self.stopped = False
+        self.folder.mkdir(parents=True, exist_ok=True)
+        for log in self.folder.glob(f"{step}-*.log"):
+            log.unlink()
         self._scratch = tempfile.TemporaryDirectory(prefix=f"{step}-")
         self.scratch = Path(self._scratch.name)
 
@@ -42,49 +97,162 @@ class Job:
         """Ends the job; its scratch folder goes."""
         self._scratch.cleanup()
 
+    def stop(self):
+        """Kills what runs, and lets nothing start any more. May be called from a signal's handler."""
+        self.stopped = True
+        for group in list(self._running):
+            kill(group)
+
     def build(self, preset, *targets):
         """Brings the targets of a preset up to date, all of them if none is named. Returns the build folder."""
         self.run([self.top / "tools" / "build", preset, *targets])
         return self.top / "build" / preset
 
-    def run(self, argv, *, env=None, timeout=None, cwd=None, quiet=False):
-        """Runs a program, with `env` on top of the environment, and returns what it wrote on standard output. What it
-        wrote at all goes to the log, unless it is to be quiet. Raises Failed when it ends with another status than 0 or takes more than
-        `timeout` seconds."""
+    def run(self, argv, **options):
+        """Runs a program that the step can't do without, as `attempt` does, and returns what it wrote on standard
+        output. Raises Failed when it ends otherwise than well."""
+        done = self.attempt(argv, **options)
+        if done.trouble:
+            self.troubles.remove(done.trouble)
+            raise Failed(done.trouble)
+        return done.out
+
+    def measure(self, argv, **options):
+        """The figures of a program, as `attempt` runs it: those that it printed, even if it failed."""
+        return self.figures(self.attempt(argv, **options).out, Path(argv[0]).name)
+
+    def at_once(self, function, items, most):
+        """What the function gives for each item, some of them at a time."""
+        with ThreadPoolExecutor(most) as pool:
+            return list(pool.map(function, items))
+
+    def attempt(self, argv, *, env=None, timeout=None, cwd=None, quiet=False):
+        """Runs a program, with `env` on top of the environment, for `timeout` seconds at most. What it writes goes to a
+        log of its own as it comes, unless it is to be quiet. What is wrong with its end is noted among the troubles,
+        each of which is a figure missed, and printed with the last lines that it wrote."""
         argv = [str(word) for word in argv]
-        try:
-            done = subprocess.run(argv, cwd=cwd or self.top, env={**os.environ, **(env or {})}, timeout=timeout,
-                                  stdin=subprocess.DEVNULL, capture_output=True, check=False)
-        except subprocess.TimeoutExpired as late:
-            raise Failed(f"{argv[0]} took more than {timeout} s") from late
-        except OSError as error:
-            raise Failed(f"{argv[0]}: {error.strerror}") from error
-        out = done.stdout.decode(errors="replace")
-        with self.log.open("a", encoding="utf-8") as log:
-            log.write(f"$ {' '.join(argv)}\n{'' if quiet else out}{done.stderr.decode(errors='replace')}")
-        if done.returncode != 0:
-            how = f"status {done.returncode}" if done.returncode > 0 else f"signal {-done.returncode}"
-            raise Failed(f"{argv[0]} ended with {how}; what it wrote is in {self.log.relative_to(self.top)}")
-        return out
+        log = self._log_of(argv[0])
+        patience = timeout or self.patience
+        environment = {**{name: value for name, value in os.environ.items() if not STRAY.match(name)}, **SANITIZERS,
+                       **(env or {})}
+        with log.open("w", encoding="utf-8") as file:
+            file.write(f"$ {' '.join(argv)}\n")
+            file.flush()
+            copy = Copy(file, quiet)
+            status = self._wait(argv, copy, patience, cwd=cwd or self.top, env=environment)
+        trouble = describe(status, patience)
+        if not trouble:
+            return Outcome(*copy.texts())
+        trouble = f"{argv[0]} {trouble}; what it wrote is in {log.relative_to(self.top)}"
+        with self._lock:
+            self.troubles.append(trouble)
+            print(f"  {trouble}\n" + "".join(f"  | {line}\n" for line in copy.tail), end="", flush=True)
+        return Outcome(*copy.texts(), trouble)
+
+    def _log_of(self, program):
+        with self._lock:
+            self._runs += 1
+            return self.folder / f"{self.step}-{self._runs}-{Path(program).name}.log"
+
+    def _wait(self, argv, copy, patience, **options):
+        """Runs a program to its end, or to that of patience. Returns its status, "late" or why it could not start."""
+        with self._lock:
+            if self.stopped:
+                return "was not started"
+            try:
+                process = subprocess.Popen(argv, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                           start_new_session=True, **options)
+            except OSError as error:
+                return f"could not be started: {error.strerror}"
+            self._running.add(process.pid)
+        if self.stopped:
+            kill(process.pid)
+        late = threading.Timer(patience, kill, [process.pid])
+        late.start()
+        readers = copy.read(process)
+        os.waitid(os.P_PID, process.pid, os.WEXITED | os.WNOWAIT)
+        is_late = late.finished.is_set()
+        late.cancel()
+        # What it left behind goes, too; before it is waited for nobody else can have its number.
+        self._running.discard(process.pid)
+        kill(process.pid)
+        status = process.wait()
+        for reader in readers:
+            reader.join(READING)
+        if self.stopped:
+            return "was interrupted"
+        return "late" if is_late else status
 
     def test_programs(self, build):
-        """The test programs of a build, and the names of the tests that are none of theirs, as ctest has them."""
+        """The test programs of a build, and the other tests, as ctest has them: command by name."""
         tests = json.loads(self.run(["ctest", "--test-dir", build, "--show-only=json-v1"], quiet=True))["tests"]
-        programs, others = set(), []
+        programs, others = set(), {}
         for test in tests:
             command = test.get("command", [])
             if any(word.startswith("--gtest_filter") for word in command):
                 programs.add(command[0])
             else:
-                others.append(test["name"])
+                others[test["name"]] = command
         return sorted(programs), others
 
-    @staticmethod
-    def figures(text):
+    def figures(self, text, program):
         """The figures that a program printed, as in `figure: faults injected = 1200`, by their names. The number that
         ctest puts before a test's lines may stand before them."""
         found = {}
         for match in FIGURE.finditer(text):
+            if match["name"] in found:
+                self.troubles.append(f"{program} told the figure '{match['name']}' twice")
             number = float(match["number"])
             found[match["name"]] = int(number) if number.is_integer() else number
         return found
+
+
+class Copy:
+    """Takes what a process writes, line by line, into a file."""
+
+    def __init__(self, file, quiet):
+        self.file = file
+        self.quiet = quiet
+        self.tail = deque(maxlen=TAIL)
+        self._out = []
+        self._errors = []
+        self._lock = threading.Lock()
+
+    def texts(self):
+        return "".join(self._out), "".join(self._errors)
+
+    def read(self, process):
+        """Begins to read both outputs of a process. Returns the threads that read them to their ends."""
+        readers = [threading.Thread(target=self._read, args=arguments, daemon=True)
+                   for arguments in ((process.stdout, self._out, self.quiet), (process.stderr, self._errors, False))]
+        for reader in readers:
+            reader.start()
+        return readers
+
+    def _read(self, stream, lines, is_quiet):
+        with stream:
+            for raw in stream:
+                line = raw.decode(errors="replace")
+                lines.append(line)
+                with self._lock:
+                    self.tail.append(line.rstrip("\n"))
+                    if not is_quiet:
+                        self.file.write(line)
+                        self.file.flush()
+
+
+def kill(group):
+    """Kills the processes of a group that are still there."""
+    try:
+        os.killpg(group, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+
+
+def describe(status, patience):
+    """What is wrong with how a program ended; nothing if all is well."""
+    if status == "late":
+        return f"took more than {patience:.0f} s"
+    if isinstance(status, str) or status == 0:
+        return status or ""
+    return f"ended with status {status}" if status > 0 else f"ended with signal {-status}"

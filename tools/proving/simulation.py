@@ -4,9 +4,7 @@ A million commands, half of them in each of two processes; ten million in the lo
 printed as a transcript, which also stands in build/proof/simulation-N.txt.
 """
 
-from concurrent.futures import ThreadPoolExecutor
-
-from proving.job import Figure
+from proving.job import added, at_least, at_most, more_than
 
 PROCESSES = 2
 COMMANDS = 1_000_000
@@ -18,17 +16,14 @@ def run(job):
     wanted = COMMANDS * (10 if job.long else 1)
 
     def simulate(process):
-        transcript = job.log.parent / f"simulation-{process}.txt"
-        return job.figures(job.run([program, "--commands", wanted // PROCESSES, "--seed", job.seed + SEEDS * process,
-                                    "--transcript", transcript]))
+        transcript = job.folder / f"simulation-{process}.txt"
+        return job.measure([program, "--commands", wanted // PROCESSES, "--seed", job.seed + SEEDS * process,
+                            "--transcript", transcript])
 
-    with ThreadPoolExecutor(PROCESSES) as pool:
-        parts = list(pool.map(simulate, range(PROCESSES)))
-    total = {name: sum(part[name] for part in parts) for name in parts[0]}
+    parts = job.at_once(simulate, range(PROCESSES), PROCESSES)
     return [
-        Figure("simulation: commands", f"{wanted}", str(total["commands"]), total["commands"] >= wanted),
-        Figure("simulation: calls that failed", "more than 10000", str(total["calls that failed"]),
-               total["calls that failed"] > 10000),
-        Figure("simulation: scripts run again, all the same", "more than 10", str(total["replays"]), total["replays"] > 10),
-        Figure("simulation: deviations", "0", str(total["deviations"]), total["deviations"] == 0),
+        at_least("simulation: commands", wanted, added(parts, "commands")),
+        more_than("simulation: calls that failed", 10000, added(parts, "calls that failed")),
+        more_than("simulation: scripts run again, all the same", 10, added(parts, "replays")),
+        at_most("simulation: deviations", 0, added(parts, "deviations")),
     ]

@@ -4,7 +4,7 @@ Every access of the set to its disk fails, once and from then on, in a run each;
 set's day. The disk is one in memory. The short form takes each ninth access.
 """
 
-from proving.job import Figure
+from proving.job import at_least, at_most, more_than
 
 CRASHES = 1000
 
@@ -12,14 +12,11 @@ CRASHES = 1000
 def run(job):
     folder = job.build("proof", "proof_storage")
     every = 1 if job.long else 9
-    figures = job.figures(job.run([folder / "tests/proof/storage/proof_storage", "--every", every,
-                                   "--crashes", CRASHES, "--seed", job.seed]))
-    faults, crashes = figures["I/O faults injected"], figures["crash points"]
+    found = job.measure([folder / "tests/proof/storage/proof_storage", "--every", every, "--crashes", CRASHES,
+                         "--seed", job.seed])
     return [
-        Figure("storage: I/O faults injected", "more than 1000", str(faults), faults > 1000),
-        Figure("storage: crash points", str(CRASHES), str(crashes), crashes >= CRASHES),
-        Figure("storage: acknowledged writes checked", "more than 1000", str(figures["acknowledged writes checked"]),
-               figures["acknowledged writes checked"] > 1000),
-        *[Figure(f"storage: {name}", "0", str(figures[name]), figures[name] == 0)
-          for name in ("lost", "corrupt", "failures not reported")],
+        more_than("storage: I/O faults injected", 1000, found.get("I/O faults injected")),
+        at_least("storage: crash points", CRASHES, found.get("crash points")),
+        more_than("storage: acknowledged writes checked", 1000, found.get("acknowledged writes checked")),
+        *[at_most(f"storage: {name}", 0, found.get(name)) for name in ("lost", "corrupt", "failures not reported")],
     ]

@@ -5,9 +5,7 @@ fail one after the other, once and from then on, and two at a time. This runs un
 core. The long form takes all ways in which two calls can fail together, the short form a few.
 """
 
-from concurrent.futures import ThreadPoolExecutor
-
-from proving.job import Figure
+from proving.job import added, at_most, more_than
 
 PARTS = 2
 
@@ -17,14 +15,11 @@ def run(job):
     pairs = "all" if job.long else "some"
 
     def sweep(part):
-        return job.figures(job.run([program, "--part", part, "--parts", PARTS, "--pairs", pairs]))
+        return job.measure([program, "--part", part, "--parts", PARTS, "--pairs", pairs])
 
-    with ThreadPoolExecutor(PARTS) as pool:
-        parts = list(pool.map(sweep, range(1, PARTS + 1)))
-    commands, faults, deviations = (sum(part[name] for part in parts)
-                                    for name in ("commands", "faults injected", "deviations"))
+    parts = job.at_once(sweep, range(1, PARTS + 1), PARTS)
     return [
-        Figure("sweep: commands in their places", "more than 500", str(commands), commands > 500),
-        Figure("sweep: faults injected", "more than 50000", str(faults), faults > 50000),
-        Figure("sweep: deviations", "0", str(deviations), deviations == 0),
+        more_than("sweep: commands in their places", 500, added(parts, "commands")),
+        more_than("sweep: faults injected", 50000, added(parts, "faults injected")),
+        at_most("sweep: deviations", 0, added(parts, "deviations")),
     ]

@@ -1,0 +1,75 @@
+// Stands between the framework's log and whoever listens to it, in every program of a build with tests that holds the
+// plug-in. When the environment variable EMP_WINDOW_LOG_CONTRACT names a folder, each message that is printed goes to a
+// file of the process there, once, as a line of the log contract: format with C escapes, level, operation, with tabs
+// between.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "framework/Log.h"
+
+namespace {
+
+using virtualtv::framework::LogLine;
+using Heard = std::function<void(const LogLine&)>;
+
+std::string escaped(const std::string& text) {
+  std::string result;
+  for (const char letter : text) {
+    switch (letter) {
+      case '\n':
+        result += "\\n";
+        break;
+      case '\t':
+        result += "\\t";
+        break;
+      case '\033':
+        result += "\\033";
+        break;
+      case '"':
+      case '\\':
+        result += '\\';
+        [[fallthrough]];
+      default:
+        result += letter;
+    }
+  }
+  return result;
+}
+
+std::string contractLine(const LogLine& line) {
+  const bool fixedText = line.format == "%s";  // it came out of a table of texts
+  return escaped(fixedText ? line.text : line.format) + "\t" + std::to_string(line.level) + "\t" + line.function;
+}
+
+/// Writes a message at once, as a process may be killed any time.
+void note(const std::filesystem::path& folder, const LogLine& line) {
+  static std::set<std::string> known;
+  const auto [added, isNew] = known.insert(contractLine(line));
+  if (!isNew) return;
+  std::ofstream file(folder / (std::to_string(::getpid()) + ".tsv"), std::ios::app);
+  file << *added << '\n';
+  if (!file.flush().good()) throw std::runtime_error("can't write to " + folder.string());
+}
+
+}  // namespace
+
+void setListener(Heard heard) asm("__real__ZN9virtualtv9framework14setLogListenerESt8functionIFvRKNS0_7LogLineEEE");
+void setListenerAndNote(Heard heard) asm(
+    "__wrap__ZN9virtualtv9framework14setLogListenerESt8functionIFvRKNS0_7LogLineEEE");
+
+void setListenerAndNote(Heard heard) {
+  const char* folder = std::getenv("EMP_WINDOW_LOG_CONTRACT");
+  if (folder == nullptr || !heard) return setListener(std::move(heard));
+  setListener([folder = std::filesystem::path(folder), heard = std::move(heard)](const LogLine& line) {
+    note(folder, line);
+    heard(line);
+  });
+}
