@@ -8,19 +8,42 @@ target ends at its first finding; the input of it stays in build/proof/fuzz/find
 import json
 import os
 import re
-from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass
 
-from proving.job import Figure
+from proving.job import HOUR, MINUTE, Figure, at_most
 
-TARGETS = ["commands", "satellite", "reports", "lists", "transcripts", "databases", "arguments"]
+TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists"]
 AT_ONCE = 2
 SECONDS = 60
 EXECUTIONS = 1_000_000
+BEYOND = 5  # times as many executions as there are inputs to start from are the least that counts as fuzzing
 # Where files cost no access to a disk, of which the targets that write databases would do little else.
 MEMORY = "/dev/shm"
 
-EXECUTED = re.compile(r"^stat::number_of_executed_units: (\d+)$", re.MULTILINE)
-ENDED_WELL = re.compile(r"^status 0$", re.MULTILINE)
+LOADED = re.compile(r"^INFO: seed corpus: files: (\d+) ", re.MULTILINE)
+DONE = re.compile(r"^Done (\d+) runs in (\d+) second", re.MULTILINE)
+
+
+@dataclass(frozen=True)
+class Fuzzed:
+    """What a target says of its run: the inputs that it started from, executions, seconds; and how many there were to
+    start from. A target that ends before its time says nothing of executions."""
+
+    target: str
+    inputs: int
+    loaded: int = 0
+    executions: int = 0
+    seconds: int = 0
+    trouble: str = ""
+
+    def figure(self, is_long):
+        """The figure of its run: inputs all loaded, time or executions as wanted."""
+        wanted = f"{EXECUTIONS} executions" if is_long else f"{SECONDS} s"
+        enough = self.executions >= EXECUTIONS if is_long else self.seconds >= SECONDS
+        reached = enough and 0 < self.inputs == self.loaded and self.executions > BEYOND * self.inputs
+        return Figure(f"fuzz: {self.target}", f"{wanted} from {self.inputs} inputs on",
+                      f"{self.executions} executions, {self.seconds} s from {self.loaded} inputs on",
+                      reached and not self.trouble)
 
 
 def dictionary(job, target):
@@ -42,35 +65,42 @@ def limits(job):
     return [f"-runs={EXECUTIONS}"] if job.long else [f"-max_total_time={SECONDS}"]
 
 
+def said(target, inputs, outcome):
+    """What a target said, all of it on standard error."""
+    loaded, done = LOADED.search(outcome.errors), DONE.search(outcome.errors)
+    return Fuzzed(target, inputs, int(loaded[1]) if loaded else 0, *(map(int, done.groups()) if done else (0, 0)),
+                  outcome.trouble)
+
+
 def fuzz(job, build, target):
-    """Runs a target. Returns how often it was executed, and whether it ended without a finding."""
-    kept = job.top / "build" / "proof" / "fuzz"
+    """Runs a target."""
+    kept = job.folder / "fuzz"
     corpus = (kept if job.long else job.scratch) / target
     corpus.mkdir(parents=True, exist_ok=True)
+    seeds = job.top / "tests" / "fuzz" / "corpus" / target
+    inputs = sum(file.stat().st_size > 0 for folder in (corpus, seeds) for file in folder.rglob("*") if file.is_file())
     argv = [build / "tests" / "fuzz" / f"fuzz_{target}", *limits(job), *dictionary(job, target),
-            f"-seed={job.seed}", "-max_len=4096", "-timeout=30", "-print_final_stats=1", "-verbosity=0",
-            f"-artifact_prefix={kept / 'findings' / target}-", corpus, job.top / "tests" / "fuzz" / "corpus" / target]
-    environment = {"ASAN_OPTIONS": "detect_leaks=1:strict_string_checks=1", "UBSAN_OPTIONS": "print_stacktrace=1"}
-    environment["TMPDIR"] = MEMORY if os.access(MEMORY, os.W_OK) else str(job.scratch)
-    # All that the fuzzer says goes to standard error.
-    said = job.run(["sh", "-c", '"$0" "$@" 2>&1; echo "status $?"', *argv], env=environment,
-                   timeout=None if job.long else 3 * SECONDS)
-    executed = EXECUTED.search(said)
-    return int(executed[1]) if executed else 0, ENDED_WELL.search(said) is not None
+            f"-seed={job.seed}", "-max_len=4096", "-timeout=30", "-print_final_stats=1", "-verbosity=1",
+            f"-artifact_prefix={findings_of(job) / target}-", corpus, seeds]
+    environment = {"TMPDIR": MEMORY if os.access(MEMORY, os.W_OK) else str(job.scratch)}
+    patience = 12 * HOUR if job.long else SECONDS + 3 * MINUTE
+    return said(target, inputs, job.attempt(argv, env=environment, timeout=patience))
+
+
+def findings_of(job):
+    return job.folder / "fuzz" / "findings"
 
 
 def run(job):
     build = job.build("fuzz", "fuzzers")
-    findings = job.top / "build" / "proof" / "fuzz" / "findings"
+    findings = findings_of(job)
     findings.mkdir(parents=True, exist_ok=True)
-    before = set(findings.iterdir())
-    with ThreadPoolExecutor(AT_ONCE) as pool:
-        runs = list(pool.map(lambda target: fuzz(job, build, target), TARGETS))
-    for finding in sorted(set(findings.iterdir()) - before):
+    before = {file: file.stat().st_mtime_ns for file in findings.iterdir()}
+    runs = job.at_once(lambda target: fuzz(job, build, target), TARGETS, AT_ONCE)
+    found = sorted(file for file in findings.iterdir() if before.get(file) != file.stat().st_mtime_ns)
+    for finding in found:
         print(f"  finding: {finding}")
-    least = EXECUTIONS if job.long else 1
-    wanted = f"{least}" if job.long else f"{SECONDS} s"
-    figures = [Figure(f"fuzz: executions of {target}", wanted, str(executed), executed >= least)
-               for target, (executed, _) in zip(TARGETS, runs)]
-    failed = sum(not ended_well for _, ended_well in runs)
-    return [*figures, Figure("fuzz: targets with a finding", "0", str(failed), failed == 0)]
+    for fuzzed in runs:
+        yield fuzzed.figure(job.long)
+    yield at_most("fuzz: inputs found that must not be", 0, len(found))
+    yield at_most("fuzz: targets that did not end well", 0, sum(bool(fuzzed.trouble) for fuzzed in runs))
