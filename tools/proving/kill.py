@@ -1,19 +1,22 @@
 """Sets that are killed at random moments: what they had answered is kept, an import is all or nothing.
 
-The short form kills 100, the long one 1000, half of them while they switch sources, half while they import.
+The short form kills 100, the long one 1000: half of them shells that switch sources, the others shells that import and the
+program's own import. Each is held, all that it keeps, against what it had acknowledged.
 """
 
-from proving.job import Figure
+from proving.job import at_least, at_most
 
 
 def run(job):
     folder = job.build("proof", "emp-window")
     kills = 1000 if job.long else 100
-    found = job.figures(job.run(["python3", "-B", job.top / "tests/proof/kill/proof_kill.py", folder / "emp-window",
-                                 "--kills", kills, "--seed", job.seed]))
-    writes = found["acknowledged writes checked"]
+    found = job.measure(["python3", "-B", job.top / "tests/proof/kill/proof_kill.py", folder / "emp-window",
+                         "--kills", kills, "--seed", job.seed])
     return [
-        Figure("kill: sets killed", str(kills), str(found["kills"]), found["kills"] >= kills),
-        Figure("kill: acknowledged writes checked", "more than 1000", str(writes), writes > 1000),
-        *[Figure(f"kill: {name}", "0", str(found[name]), found[name] == 0) for name in ("lost", "corrupt")],
+        at_least("kill: sets killed", kills, found.get("kills")),
+        at_least("kill: shells that import killed", kills // 4, found.get("kills of shells that import")),
+        at_least("kill: imports killed", kills // 4, found.get("kills of imports")),
+        at_least("kill: killed after an answer", kills // 2, found.get("kills after an answer")),
+        at_least("kill: compared with what was acknowledged", kills, found.get("states compared")),
+        *[at_most(f"kill: {name}", 0, found.get(name)) for name in ("lost", "corrupt")],
     ]

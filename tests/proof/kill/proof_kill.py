@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Kills sets at random moments and looks whether anything is lost.
 
-proof_kill.py PROGRAM [--kills N] [--seed N] starts the shell of PROGRAM on a state directory, has it switch sources, set
-a key and import channel lists, and kills it with SIGKILL; half of the kills hit sets that import. After each, the database
-is copied and read: it must be whole, hold all that had been answered, and of what was under way a part that the order of
-writes allows, of an import all or nothing. The next set starts on the directory as it is. Prints figures; the status is 1
-when something was lost, damaged or left locked.
+proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL: shells that
+switch sources and set a key, shells that import channel lists, put them in place of the set's or add them, and mark
+services between, and the program's own import. After each, the database is copied and read: it must be whole, and hold
+all that had been answered, in every table; of what was under way a part that the order of writes allows, of an import
+all or nothing, as a set that nobody killed keeps it. The next one starts on the directory as it is. Prints figures; the
+status is 1 when something was lost, damaged or left locked.
 """
 
 import argparse
@@ -25,10 +26,16 @@ from pathlib import Path
 SOURCES = {0: 0, 15: 1, 31: 13, 32: 14, 35: 17}
 LINES = 400  # a set that is not killed is through with them after a second or so
 LONGEST = 0.12  # seconds that a set may live, but for the time that the first reply takes
-LISTS = {"a.conf": range(1, 41), "b.conf": range(101, 161)}
+PATIENCE = 10  # seconds that the first reply may take
+# The second brings some services of the first again.
+LISTS = {"a.conf": range(1, 41), "b.conf": [*range(1, 11), *range(101, 151)]}
 
-MAIN, BEFORE, PIP = "db/emp/mainsource", "db/emp/previousmainsource", "db/emp/pipsource"
-APPLICATION, COUNT = "db/kel/current_source_type", "kill/count"
+MAIN, BEFORE, PIP = "setting db/emp/mainsource", "setting db/emp/previousmainsource", "setting db/emp/pipsource"
+APPLICATION, COUNT = "setting db/kel/current_source_type", "setting kill/count"
+LAST = "setting db/boot/last_service"
+SOURCE, PREVIOUS, STATE = "set_state main.source", "set_state main.previous_source", "set_state main.source_state"
+SERVICES = "services"
+START = "set_state start.service"
 
 
 class Lost(Exception):
@@ -53,6 +60,40 @@ def channel_list(numbers):
     return "".join(f"Service {n};Net:474000:B8C23D12G4M64T8Y0:T:27500:{n}1:{n}2=eng:0:0:{n}:1:1:0\n" for n in numbers)
 
 
+def columns_of(database, table):
+    """The columns that a table keeps, without those that it works out."""
+    return [row[1] for row in database.execute(f"PRAGMA table_info({table})")]
+
+
+def services_in(database, tables, places):
+    """All that is kept of services: the rows of every table, with the place of a service among them for its key, which
+    no two imports share."""
+    rows = []
+    for table in tables:
+        columns = columns_of(database, table)
+        for row in database.execute(f"SELECT {', '.join(columns)} FROM {table}"):
+            rows.append((table, *((name, places[value] if name in ("key", "service") else value)
+                                  for name, value in zip(columns, row))))
+    return tuple(sorted(rows, key=repr))
+
+
+def all_in(database):
+    """What a database holds, by table and key; nothing when no set has kept anything yet."""
+    tables = {name for name, in database.execute("SELECT name FROM sqlite_schema WHERE type = 'table' "
+                                                 "AND name NOT LIKE 'sqlite_%'")}
+    if not tables:
+        return {}
+    places = {key: place for place, (key,) in enumerate(database.execute("SELECT key FROM service ORDER BY key"), 1)}
+    kept = {f"{table} {key}": value for table in ("setting", "set_state")
+            for key, value in database.execute(f"SELECT key, value FROM {table}")}
+    if START not in kept:
+        return {}
+    for window in ("main", "pip"):
+        for name in (f"set_state {window}.service", f"set_state {window}.previous_service"):
+            kept[name] = places.get(int(kept[name]), 0)
+    return {**kept, SERVICES: services_in(database, sorted(tables - {"setting", "set_state"}), places)}
+
+
 def kept_in(directory, scratch):
     """What a state directory holds, read from a copy. Raises Corrupt when the database is damaged."""
     copy = scratch / "copy"
@@ -60,58 +101,68 @@ def kept_in(directory, scratch):
     shutil.copytree(directory, copy)
     if not (copy / "tv.db").exists():
         return {}
+    database = sqlite3.connect(copy / "tv.db")
     try:
-        database = sqlite3.connect(copy / "tv.db")
         [[answer]] = database.execute("PRAGMA integrity_check").fetchall()
         if answer != "ok":
             raise Corrupt(answer)
-        if not database.execute("SELECT 1 FROM sqlite_schema").fetchall():
-            return {}
-        kept = dict(database.execute("SELECT key, value FROM setting"))
-        state = dict(database.execute("SELECT key, value FROM set_state"))
-        services = [number for number, in database.execute("SELECT service_id FROM service ORDER BY key")]
+        return all_in(database)
     except sqlite3.DatabaseError as error:
         raise Corrupt(str(error)) from error
     finally:
         database.close()
-    if not state:
-        return {}
-    # The table keeps unsigned numbers in signed columns, in their order.
-    ids = tuple(number + 2**63 for number in services)
-    return {**kept, "source": int(state["main.source"]), "services": ids, "starts with": int(state["start.service"])}
 
 
-def shown(value):
-    """A value in a message."""
-    return f"{len(value)} from {value[0]} on" if isinstance(value, tuple) else value
+def differences(found, wanted):
+    """Where two states differ, for a message."""
+    told = [f"{name} is {found.get(name)} instead of {wanted.get(name)}" for name in sorted({*found, *wanted} - {SERVICES})
+            if found.get(name) != wanted.get(name)]
+    ours, theirs = set(found.get(SERVICES, ())), set(wanted.get(SERVICES, ()))
+    told += [f"{len(rows)} rows {what}, {sorted(rows, key=repr)[0]} the first"
+             for rows, what in ((ours - theirs, "too many"), (theirs - ours, "missing")) if rows]
+    return "; ".join(told)
 
 
-def tracked(kept):
-    """The part of what is kept that the lines write."""
-    return {name: kept.get(name) for name in (MAIN, BEFORE, PIP, APPLICATION, COUNT, "source", "services",
-                                              "starts with")}
+def tuned(kept, number, before):
+    """What a set keeps, all at once, that has switched to a source."""
+    shown = SOURCES[number]
+    plugged = number == 0 or kept[f"set_state input.{shown}.plugged"] == "1"
+    return {SOURCE: str(shown), PREVIOUS: str(SOURCES[before]), STATE: "2" if plugged else "1",
+            LAST: "tv-service" if number == 0 else "av-service"}
 
 
 def switching(kept, chance):
     """Lines of a set that switches sources and counts."""
-    number = {shown: ours for ours, shown in SOURCES.items()}[kept["source"]]
+    number = {shown: ours for ours, shown in SOURCES.items()}[int(kept[SOURCE])]
     # The first command opens an engine, which puts the keys right.
     yield Line("GetSource 0", True, ({MAIN: number}, {BEFORE: number}, {PIP: 0}))
     count = kept.get(COUNT) or 0
     for _ in range(LINES // 2):
         source = chance.choice([other for other in SOURCES if other != number])
         yield Line(f"SetSource {source} 0", True,
-                   ({"source": SOURCES[source]}, {BEFORE: number}, {APPLICATION: f":{source}"}, {MAIN: source}))
+                   (tuned(kept, source, number), {BEFORE: number}, {APPLICATION: f":{source}"}, {MAIN: source}))
         number = source
         count += 1
-        yield Line(f".vconf set {COUNT} int {count}", False, ({COUNT: count},))
+        yield Line(f".vconf set {COUNT.removeprefix('setting ')} int {count}", False, ({COUNT: count},))
 
 
-def importing(lists):
-    """Lines of a set that imports one list after the other. @param lists  the services that each brings."""
-    for _ in range(LINES // 2):
-        for name, services in lists.items():
-            yield Line(f".import {name}", True, ({"services": services, "starts with": services[0]},))
+def marking(service):
+    """Lines that give a service what no list brings: favourite groups, subtitles, a field without a column."""
+    yield f".set service.{service}.favourites 1=1,2=0"
+    yield f".set service.{service}.subtitles 70:eng:dvb,71:deu:teletext"
+    yield f".set service.{service}.1003 720"
+
+
+def round_of_imports(services):
+    """Lines that import each list in place of another and one on top, and mark services between: what is there again in
+    the second list, and what is not. @param services  ids of the first list"""
+    return [".import a.conf", *marking(services[0]), *marking(services[-1]), ".import b.conf --add", ".import b.conf"]
+
+
+def of_imports(kept):
+    """The part of what is kept that imports and marks write."""
+    return {name: value for name, value in kept.items()
+            if name == SERVICES or (name.startswith("set_state ") and name not in (SOURCE, PREVIOUS, STATE))}
 
 
 def answered(lines, output):
@@ -133,7 +184,7 @@ def answered(lines, output):
 
 def states(kept, lines):
     """What is kept after each write of the lines, with the line that it belongs to."""
-    state = tracked(kept)
+    state = kept
     for number, line in enumerate(lines):
         for at, write in enumerate(line.writes):
             state = {**state, **write}
@@ -148,66 +199,94 @@ class Loop:
         self.folder = folder
         self.state = folder / "state"
         self.chance = chance
-        self.figures = dict.fromkeys(("kills", "kills amid a write", "acknowledged writes checked", "lost", "corrupt"), 0)
+        self.figures = dict.fromkeys(("kills", "kills of shells that import", "kills of imports", "kills after an answer",
+                                      "kills amid a write", "states compared", "acknowledged writes checked", "lost",
+                                      "corrupt"), 0)
         for name, numbers in LISTS.items():
             (folder / name).write_text(channel_list(numbers), encoding="utf-8")
-        self.lists = {name: self.services_of(name) for name in LISTS}
+        self.start(["exec", "GetSource", "0"])
+        self.imports = list(self.learn())
 
-    def start(self, arguments, **options):
-        return subprocess.run([self.program, "--state", self.state, *arguments], cwd=self.folder, capture_output=True,
-                              text=True, check=False, **options)
+    def start(self, arguments, state=None, script=""):
+        """Runs the program on the state directory, or another, to its end, which must be good. Returns its output."""
+        done = subprocess.run([self.program, "--state", state or self.state, *arguments], cwd=self.folder, input=script,
+                              capture_output=True, text=True, check=False)
+        if done.returncode != 0 or "error: " in done.stdout:
+            raise Corrupt(f"{' '.join(arguments)} ended with {done.returncode}: {done.stderr or done.stdout}")
+        return done.stdout
 
-    def services_of(self, name):
-        """The services that a list brings, as a set that nobody kills keeps them."""
-        done = self.start(["import", name])
-        if done.returncode != 0:
-            raise Corrupt(done.stderr)
-        return kept_in(self.state, self.folder)["services"]
+    def unkilled(self, arguments, script=""):
+        """What a set that nobody kills keeps after a run that begins with what there is."""
+        copy = self.folder / "unkilled"
+        shutil.rmtree(copy, ignore_errors=True)
+        shutil.copytree(self.state, copy)
+        self.start(arguments, copy, script)
+        return kept_in(copy, self.folder)
+
+    def learn(self):
+        """A round of imports, each line with what a set that nobody kills keeps after it."""
+        kept = self.unkilled(["import", "a.conf"])
+        # The table keeps unsigned numbers in signed columns, in their order.
+        services = sorted(dict(row[1:])["service_id"] + 2**63 for row in kept[SERVICES] if row[0] == "service")
+        texts = round_of_imports(services)
+        for count, text in enumerate(texts, 1):
+            after = self.unkilled(["shell"], "".join(line + "\n" for line in texts[:count]))
+            yield Line(text, text.startswith(".import"), (of_imports(after),))
 
     def round(self, number):
-        """Starts a set, kills it, looks at what it left."""
+        """Starts a program, kills it, looks at what it left."""
         before = kept_in(self.state, self.folder)
-        lines = list(importing(self.lists) if number % 2 == 0 else switching(before, self.chance))
-        output = self.run_and_kill("".join(line.text + "\n" for line in lines))
-        self.figures["kills"] += 1
-        self.judge(before, lines, output)
+        if number % 4 == 0:
+            self.figures["kills of imports"] += 1
+            arguments = ["import", *self.chance.choice([["a.conf"], ["b.conf"], ["--add", "b.conf"]])]
+            lines = [Line(" ".join(arguments), True, (self.unkilled(arguments),))]
+            done = int("imported " in self.run_and_kill(arguments))
+            self.judge(before, lines, done, 1)
+            return
+        if number % 4 == 2:
+            self.figures["kills of shells that import"] += 1
+            lines = self.imports * (LINES // len(self.imports))
+        else:
+            lines = list(switching(before, self.chance))
+        output = self.run_and_kill(["shell"], "".join(line.text + "\n" for line in lines))
+        self.judge(before, lines, *answered(lines, output))
 
-    def run_and_kill(self, script):
-        """What a set printed until it was killed, at a random moment from its start on."""
-        with subprocess.Popen([self.program, "--state", self.state, "shell"], cwd=self.folder, stdin=subprocess.PIPE,
+    def run_and_kill(self, arguments, script=""):
+        """What a program printed until it was killed, at a random moment: in most cases after its first answer."""
+        with subprocess.Popen([self.program, "--state", self.state, *arguments], cwd=self.folder, stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
             os.write(process.stdin.fileno(), script.encode())
-            if self.chance.random() < 0.8:
-                select.select([process.stdout], [], [], 10)
+            output = first_answer(process.stdout) if self.chance.random() < 0.8 else b""
             end = time.monotonic() + self.chance.random() * LONGEST
-            while time.monotonic() < end:
-                select.select([], [], [], max(0.0, end - time.monotonic()))
+            while time.monotonic() < end and process.poll() is None:
+                select.select([], [], [], max(0.0, min(0.005, end - time.monotonic())))
             ended = process.poll()
             process.kill()
-            output, errors = process.communicate()
-        if ended is not None or errors:
-            raise Corrupt(f"a set ended with {ended}: {errors.decode(errors='replace')}")
-        return output.decode()
+            rest, errors = process.communicate()
+        if errors or (script and ended is not None) or ended not in (None, 0):
+            raise Corrupt(f"{arguments[0]} ended with {ended}: {errors.decode(errors='replace')}")
+        return (output + rest).decode()
 
-    def judge(self, before, lines, output):
-        done, most = answered(lines, output)
-        found = tracked(kept_in(self.state, self.folder))
-        possible = [tracked(before)] if done == 0 else []
+    def judge(self, before, lines, done, most):
+        """Holds what is kept against what may be, when so many lines are answered and so many may have run."""
+        found = kept_in(self.state, self.folder)
+        possible = [before] if done == 0 else []
         for number, is_last, state in states(before, lines[:most]):
             if number < done:
                 self.figures["acknowledged writes checked"] += 1
             if number >= done or (number == done - 1 and is_last):
                 possible.append(state)
+        self.figures["states compared"] += 1
+        self.figures["kills after an answer"] += done > 0
         if found not in possible:
-            wanted = possible[0]
-            raise Lost(f"after {done} lines ({lines[done - 1].text}): " + ", ".join(
-                f"{name} is {shown(found[name])} instead of {shown(wanted[name])}" for name in wanted if found[name] != wanted[name]))
+            raise Lost(f"after {done} lines ({lines[done - 1].text if done else 'none'}): {differences(found, possible[0])}")
         if found != possible[0]:
             self.figures["kills amid a write"] += 1
 
     def run(self, kills):
         for number in range(1, kills + 1):
             try:
+                self.figures["kills"] += 1
                 self.round(number)
             except Lost as loss:
                 self.figures["lost"] += 1
@@ -215,17 +294,38 @@ class Loop:
             except Corrupt as damage:
                 self.figures["corrupt"] += 1
                 print(f"kill {number}: {damage}")
-        last = self.start(["exec", "GetSource", "0"])
-        if last.returncode != 0:
+        try:
+            self.start(["exec", "GetSource", "0"])
+        except Corrupt as damage:
             self.figures["corrupt"] += 1
-            print(f"after the last kill: {last.stderr}")
+            print(f"after the last kill: {damage}")
+
+
+def first_answer(stream):
+    """What a program wrote up to its first answer, which is no echo of a line."""
+    output = b""
+    end = time.monotonic() + PATIENCE
+    while not any(line and not line.startswith(b"> ") for line in output.split(b"\n")[:-1]):
+        ready, _, _ = select.select([stream], [], [], max(0.0, end - time.monotonic()))
+        more = os.read(stream.fileno(), 65536) if ready else b""
+        if not more:
+            break
+        output += more
+    return output
+
+
+def positive(text):
+    """A number among the arguments that is at least 1."""
+    if not text.isascii() or not text.isdecimal() or int(text) < 1:
+        raise argparse.ArgumentTypeError(f"a number from 1 on is wanted, not '{text}'")
+    return int(text)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("program", type=Path, help="the program whose sets are killed")
-    parser.add_argument("--kills", type=int, default=100, help="how many (default: %(default)s)")
-    parser.add_argument("--seed", type=int, default=1, help="where random choices start (default: %(default)s)")
+    parser.add_argument("--kills", type=positive, default=100, help="how many (default: %(default)s)")
+    parser.add_argument("--seed", type=positive, default=1, help="where random choices start (default: %(default)s)")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="kill-") as folder:
         loop = Loop(options.program.resolve(), Path(folder), random.Random(options.seed))
