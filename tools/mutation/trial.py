@@ -4,6 +4,7 @@ import os
 import re
 import resource
 import shutil
+import signal
 import subprocess
 import tempfile
 import threading
@@ -21,6 +22,10 @@ target_link_libraries(window PUBLIC GTest::gtest)
 FILTER_FROM = 0.7  # of a program's tests; when more of them reach a mutant all are run
 SLACK = 3  # seconds that a run may take beside five times what it takes without a mutant
 MEMORY = 4 << 30
+
+
+class Late(Exception):
+    """A run took too long: the mutant may never end, or the machine is busy."""
 
 
 class Failed(Exception):
@@ -184,7 +189,8 @@ class Trial:
         return found
 
     def attempt(self, mutant, reaching):
-        """Runs the tests that reach a mutant until one fails. Returns which program that was, or nothing."""
+        """Runs the tests that reach a mutant until one fails. Returns which program that was, or nothing. Raises Late
+        when one takes too long."""
         def order(program):
             return -self.kills[mutant.file, program.name], program.cost(reaching[program])
 
@@ -203,7 +209,7 @@ class Trial:
             env = {**os.environ, "MUTANT": str(mutant.number), "EMP_WINDOW_LOG_CONTRACT": str(messages),
                    "TMPDIR": str(scratch)}
             patience = 5 * program.cost(tests) + SLACK
-            return (any(run_fails(command, program.folder, env, patience) for command in program.runs(tests, scratch))
+            return (any(fails_within(patience, command, program.folder, env) for command in program.runs(tests, scratch))
                     or self.breaks_contract(messages))
 
     def breaks_contract(self, folder):
@@ -212,15 +218,15 @@ class Trial:
                    for line in file.read_text(encoding="utf-8", errors="replace").splitlines())
 
 
-def run_fails(command, folder, env, seconds):
-    """Runs a command with a mutant. A run that takes too long has failed."""
+def fails_within(seconds, command, folder, env):
+    """Whether a command fails with a mutant. Raises Late when it takes longer; all that it started is ended then."""
     with subprocess.Popen(command, cwd=folder, env=env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL, preexec_fn=limit) as process:
+                          stderr=subprocess.DEVNULL, preexec_fn=limit, start_new_session=True) as process:
         try:
             return process.wait(timeout=seconds) != 0
-        except subprocess.TimeoutExpired:
-            process.kill()
-            return True
+        except subprocess.TimeoutExpired as late:
+            os.killpg(process.pid, signal.SIGKILL)
+            raise Late(command[0]) from late
 
 
 def limit():
