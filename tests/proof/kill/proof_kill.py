@@ -239,8 +239,11 @@ class Loop:
         if number % 4 == 0:
             self.figures["kills of imports"] += 1
             arguments = ["import", *self.chance.choice([["a.conf"], ["b.conf"], ["--add", "b.conf"]])]
+            start = time.monotonic()
             lines = [Line(" ".join(arguments), True, (self.unkilled(arguments),))]
-            done = int("imported " in self.run_and_kill(arguments))
+            # It has one answer, its last word: most are killed before.
+            output = self.run_and_kill(arguments, answers=0.2, longest=1.2 * (time.monotonic() - start))
+            done = int("imported " in output)
             self.judge(before, lines, done, 1)
             return
         if number % 4 == 2:
@@ -251,13 +254,14 @@ class Loop:
         output = self.run_and_kill(["shell"], "".join(line.text + "\n" for line in lines))
         self.judge(before, lines, *answered(lines, output))
 
-    def run_and_kill(self, arguments, script=""):
-        """What a program printed until it was killed, at a random moment: in most cases after its first answer."""
+    def run_and_kill(self, arguments, script="", *, answers=0.8, longest=LONGEST):
+        """What a program printed until it was killed, at a random moment: of all cases the part `answers` after the first
+        answer."""
         with subprocess.Popen([self.program, "--state", self.state, *arguments], cwd=self.folder, stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
             os.write(process.stdin.fileno(), script.encode())
-            output = first_answer(process.stdout) if self.chance.random() < 0.8 else b""
-            end = time.monotonic() + self.chance.random() * LONGEST
+            output = first_answer(process.stdout) if self.chance.random() < answers else b""
+            end = time.monotonic() + self.chance.random() * longest
             while time.monotonic() < end and process.poll() is None:
                 select.select([], [], [], max(0.0, min(0.005, end - time.monotonic())))
             ended = process.poll()
