@@ -7,7 +7,6 @@ import signal
 import subprocess
 import tempfile
 import threading
-from collections import deque
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
@@ -16,7 +15,8 @@ FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>-?[0-9.]+
 MINUTE = 60
 HOUR = 60 * MINUTE
 READING = 10  # seconds that what a program wrote may take to arrive when it has ended
-TAIL = 30  # lines of a program that failed, for whoever has no more than what the proof printed
+TAIL = 30  # lines of each output of a program that failed, for whoever has no more than what the proof printed
+LONGEST = 400  # letters of such a line
 
 # What would change what a program checks, or which tests it runs, does not come from the caller's environment.
 STRAY = re.compile(r"^(ASAN|UBSAN|LSAN|CTEST|GTEST|MALLOC|LLVM_PROFILE|EMP_WINDOW|MUTANT)")
@@ -98,7 +98,7 @@ class Job:
         self._scratch.cleanup()
 
     def stop(self):
-        """Kills what runs, and lets nothing start any more. May be called from a signal's handler."""
+        """Kills what runs, and lets nothing start any more."""
         self.stopped = True
         for group in list(self._running):
             kill(group)
@@ -146,7 +146,7 @@ class Job:
         trouble = f"{argv[0]} {trouble}; what it wrote is in {log.relative_to(self.top)}"
         with self._lock:
             self.troubles.append(trouble)
-            print(f"  {trouble}\n" + "".join(f"  | {line}\n" for line in copy.tail), end="", flush=True)
+            print(f"  {trouble}\n" + "".join(f"  | {line}\n" for line in copy.tail()), end="", flush=True)
         return Outcome(*copy.texts(), trouble)
 
     def _log_of(self, program):
@@ -213,13 +213,16 @@ class Copy:
     def __init__(self, file, quiet):
         self.file = file
         self.quiet = quiet
-        self.tail = deque(maxlen=TAIL)
         self._out = []
         self._errors = []
         self._lock = threading.Lock()
 
     def texts(self):
         return "".join(self._out), "".join(self._errors)
+
+    def tail(self):
+        """The last lines of both outputs: which came first among them is not known."""
+        return [line.rstrip("\n")[:LONGEST] for lines in (self._out, self._errors) for line in lines[-TAIL:]]
 
     def read(self, process):
         """Begins to read both outputs of a process. Returns the threads that read them to their ends."""
@@ -234,11 +237,11 @@ class Copy:
             for raw in stream:
                 line = raw.decode(errors="replace")
                 lines.append(line)
+                if is_quiet:
+                    continue
                 with self._lock:
-                    self.tail.append(line.rstrip("\n"))
-                    if not is_quiet:
-                        self.file.write(line)
-                        self.file.flush()
+                    self.file.write(line)
+                    self.file.flush()
 
 
 def kill(group):

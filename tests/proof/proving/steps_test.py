@@ -1,0 +1,128 @@
+"""What the steps of tools/proof make of what their programs say."""
+
+import importlib.util
+import sys
+import tempfile
+import unittest
+from contextlib import redirect_stdout
+from importlib.machinery import SourceFileLoader
+from io import StringIO
+from pathlib import Path
+from types import SimpleNamespace
+
+TOP = Path(__file__).resolve().parents[3]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(TOP / "tools"))
+
+from proving import fuzz, log, suites  # noqa: E402  (needs the path above)
+from proving.job import Outcome  # noqa: E402
+
+# What a fuzzer writes, but for the lines of its progress.
+SAID = """\
+INFO: Seed: 1
+INFO:        0 files found in /tmp/corpus
+INFO: seed corpus: files: 5 min: 52b max: 355b total: 1102b rss: 57Mb
+#7\tINITED cov: 1907 ft: 3326 corp: 5/1102b exec/s: 0 rss: 73Mb
+Done 899 runs in 61 second(s)
+stat::number_of_executed_units: 899
+"""
+
+
+def proof():
+    """tools/proof as a module."""
+    loader = SourceFileLoader("proof", str(TOP / "tools" / "proof"))
+    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("proof", loader))
+    loader.exec_module(module)
+    return module
+
+
+class Fuzzing(unittest.TestCase):
+    """A target counts when it ended well, started from all inputs, went far beyond them and took its time."""
+
+    def figure(self, said=SAID, inputs=5, trouble="", is_long=False):
+        return fuzz.said("lists", inputs, Outcome("", said, trouble)).figure(is_long)
+
+    def test_counts(self):
+        figure = self.figure()
+        self.assertEqual((figure.target, figure.measured, figure.reached),
+                         ("60 s from 5 inputs on", "899 executions, 61 s from 5 inputs on", True))
+
+    def test_does_not_when_it_ended_early(self):
+        self.assertFalse(self.figure(SAID.replace("in 61 second", "in 59 second")).reached)
+
+    def test_does_not_when_inputs_were_not_loaded(self):
+        self.assertFalse(self.figure(inputs=6).reached)
+        self.assertFalse(self.figure(SAID.replace("INFO: seed corpus: files: 5 ", ""), inputs=0).reached)
+
+    def test_does_not_when_it_did_little_but_load_them(self):
+        self.assertFalse(self.figure(SAID.replace("Done 899", "Done 25")).reached)
+
+    def test_does_not_when_it_did_not_end_well(self):
+        self.assertFalse(self.figure(trouble="ended with status 77").reached)
+        self.assertFalse(self.figure("", trouble="took more than 240 s").reached)
+
+    def test_counts_executions_in_the_long_form(self):
+        self.assertFalse(self.figure(is_long=True).reached)
+        self.assertTrue(self.figure(SAID.replace("Done 899", "Done 1000000"), is_long=True).reached)
+
+
+class LogContract(unittest.TestCase):
+    """What any program printed must stand in the contract, and its tests alone print all of it."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.top = Path(folder.name).resolve()
+        (self.top / "tests/window").mkdir(parents=True)
+        self.ran = suites.Suites(self.top / "messages", programs=["/build/window_text", "/build/window_cases"],
+                                 contract=["log_contract", "tsv", "seen", "/build/window_text"])
+
+    def missed(self, contract, **printed):
+        """The figures that are missed when programs have printed these lines."""
+        (self.top / "tests/window/log_contract.tsv").write_text("".join(f"{line}\n" for line in contract))
+        for name, lines in printed.items():
+            (self.ran.messages / name).mkdir(parents=True)
+            (self.ran.messages / name / "1.tsv").write_text("".join(f"{line}\n" for line in lines))
+        suites._ran[self.top] = self.ran
+        with redirect_stdout(StringIO()) as self.told:
+            return {figure.name: figure.measured for figure in log.run(SimpleNamespace(top=self.top))
+                    if not figure.reached and figure.name not in ("log: messages in the contract", "log: programs heard")}
+
+    def test_holds(self):
+        self.assertEqual(self.missed(["a\t0\tF", "b\t3\tF"], window_text=["a\t0\tF", "b\t3\tF"], ctest=["a\t0\tF"]), {})
+
+    def test_knows_no_message_of_any_program_that_it_has_not(self):
+        for name in ("window_cases", "ctest"):
+            with self.subTest(name):
+                self.setUp()
+                self.assertEqual(self.missed(["a\t0\tF"], window_text=["a\t0\tF"], **{name: ["a\t3\tF"]}),
+                                 {"log: not in the contract": "1"})
+                self.assertIn(f"not in the contract: a\t3\tF (in {name})", self.told.getvalue())
+
+    def test_is_not_printed_by_the_way(self):
+        self.assertEqual(self.missed(["a\t0\tF", "b\t0\tF"], window_text=["a\t0\tF"], window_cases=["b\t0\tF"]),
+                         {"log: never printed": "1"})
+        self.assertIn("never printed: b\t0\tF", self.told.getvalue())
+
+    def test_is_in_order(self):
+        self.assertEqual(self.missed(["b", "a", "a"], window_text=["a", "b"]), {"log: out of order, or there twice": "2"})
+
+
+class Whole(unittest.TestCase):
+    """The proof as a whole is late by the clock, and missed by its own work."""
+
+    def test_is_reached_in_time(self):
+        figure = proof().whole(1100, 1900)
+        self.assertEqual((figure.measured, figure.reached, figure.remark),
+                         ("1100, 950 of them each of two processors' work", True, ""))
+
+    def test_is_late_where_others_use_the_machine(self):
+        figure = proof().whole(1900, 1900)
+        self.assertEqual((figure.reached, figure.remark), (True, "LATE"))
+
+    def test_is_missed_where_it_has_too_much_to_do(self):
+        self.assertFalse(proof().whole(1300, 2500).reached)
+
+
+if __name__ == "__main__":
+    unittest.main()
