@@ -1,17 +1,26 @@
-"""What tools/mutate makes of a source: which changes it finds, and that each can be chosen when the program runs."""
+"""What tools/mutate makes of a source: which changes it finds, that each can be chosen when the program runs, and what
+it makes of what the tests do then."""
 
+import importlib.util
 import os
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
+from contextlib import redirect_stdout
+from importlib.machinery import SourceFileLoader
+from io import StringIO
 from pathlib import Path
+from types import SimpleNamespace
 
 TOP = Path(__file__).resolve().parents[3]
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(TOP / "tools"))
 
 from mutation.rewrite import Sources  # noqa: E402  (needs the path above)
+from mutation.sites import Mutant  # noqa: E402
+from mutation.trial import Late, fails_within  # noqa: E402
 
 SOURCE = """\
 #include <cstdio>
@@ -93,6 +102,111 @@ class Mutants(unittest.TestCase):
         outputs = self.outputs()
         self.assertEqual(outputs[0], PLAIN)
         self.assertEqual({mutant.change: outputs[mutant.number] for mutant in self.sources.mutants}, CHANGES)
+
+
+def mutate():
+    """tools/mutate as a module."""
+    loader = SourceFileLoader("mutate", str(TOP / "tools" / "mutate"))
+    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
+    loader.exec_module(module)
+    return module
+
+
+class FakeTrial:
+    """Tells of each mutant, by number, what its attempts come to, one after the other."""
+
+    def __init__(self, outcomes):
+        self.outcomes = outcomes
+
+    def reaching(self):
+        return {number: {"tests": ["one"]} for number in self.outcomes}
+
+    def attempt(self, mutant, tests):
+        outcome = self.outcomes[mutant.number].pop(0)
+        if outcome is Late:
+            raise Late("tests")
+        return outcome
+
+
+class Attempts(unittest.TestCase):
+    """What a test's failure shows is one thing, what takes too long another."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.mutate = mutate()
+        self.accepted = SimpleNamespace(reason=lambda mutant: None)
+
+    def figures(self, outcomes, tables=(), digest="now"):
+        """The figures that are told when attempts come to this."""
+        mutants = [Mutant("a.cpp", number, 1, "1", "2", number in tables, number) for number in outcomes]
+        results = self.mutate.Results(self.folder / "results.tsv", digest)
+        with redirect_stdout(StringIO()) as told:
+            reaching = self.mutate.try_all(FakeTrial(outcomes), mutants, results, self.accepted, 2)
+            self.mutate.report(mutants, results, reaching, self.accepted, len(mutants))
+        lines = [line.removeprefix("figure: ").split(" = ") for line in told.getvalue().splitlines() if " = " in line]
+        return {name: float(number) for name, number in lines}
+
+    def test_of_what_takes_too_long_are_made_again_alone(self):
+        figures = self.figures({1: ["suite"], 2: [Late, None], 3: [Late, "suite"], 4: [Late, Late]})
+        self.assertEqual((figures["killed in worker and engine"], figures["of those killed, take too long"],
+                          figures["survivors without a reason"]), (3, 1, 1))
+
+    def test_count_as_long_as_the_tests_stay_the_same(self):
+        self.figures({1: ["suite"], 2: [Late, Late]})
+        self.assertEqual(self.figures({1: [], 2: []})["killed in worker and engine"], 2)
+        self.assertEqual(self.figures({1: [None], 2: [None]}, digest="later")["killed in worker and engine"], 0)
+
+    def test_give_no_share_of_nothing(self):
+        figures = self.figures({1: ["suite"]})
+        self.assertEqual(figures["percent killed in worker and engine"], 100)
+        self.assertNotIn("percent killed in the converter's tables", figures)
+        self.assertNotIn("percent killed in worker and engine", self.figures({2: ["suite"]}, tables=[2]))
+
+    def test_end_a_run_that_takes_too_long_with_all_that_it_started(self):
+        child = self.folder / "child"
+        self.assertTrue(fails_within(60, ["false"], self.folder, os.environ))
+        self.assertFalse(fails_within(60, ["true"], self.folder, os.environ))
+        with self.assertRaises(Late):
+            fails_within(2, ["sh", "-c", f"sleep 300 & echo $! >{child}; wait"], self.folder, os.environ)
+        state = Path(f"/proc/{child.read_text().strip()}/stat")
+        end = time.monotonic() + 10
+        while state.exists() and state.read_text().rpartition(")")[2].split()[0] not in "ZX":
+            self.assertLess(time.monotonic(), end, "its child is still there")
+
+
+class Digest(unittest.TestCase):
+    """What came out for a mutant holds as long as the plug-in, its tests and what they link stay the same."""
+
+    def test_changes_with_what_decides(self):
+        with tempfile.TemporaryDirectory() as name:
+            top = Path(name)
+            files = ["Window/Src/a.cpp", "tests/window/T.cpp", "tests/CMakeLists.txt", "virtualtv/set/Tv.cpp",
+                     "platform/p.h", "tests/window/log_contract.tsv", "docs/commands.json", "tests/fuzz/f.cpp",
+                     "tools/mutation/accepted.tsv", "README.md"]
+            for file in files:
+                (top / file).parent.mkdir(parents=True, exist_ok=True)
+                (top / file).write_text("1")
+            digest = mutate().digest_of
+            before = digest(top)
+            changing = []
+            for file in files:
+                (top / file).write_text("2")
+                changing += [file] if digest(top) != before else []
+                (top / file).write_text("1")
+            self.assertEqual((changing, digest(top)), (files[:-3], before))
+
+
+class Arguments(unittest.TestCase):
+    """What can't be meant is refused before anything is built."""
+
+    def test_are_refused(self):
+        for arguments, why in ((["--sample", "0"], "a number from 1 on is wanted, not '0'"), (["--jobs", "-1"], "from 1 on"),
+                               (["--seed", "x"], "not 'x'"), (["Window/Src/No.cpp"], "is no source of the plug-in")):
+            done = subprocess.run([TOP / "tools" / "mutate", *arguments], capture_output=True, text=True, check=False)
+            self.assertEqual(done.returncode, 2, arguments)
+            self.assertIn(why, done.stderr)
 
 
 if __name__ == "__main__":
