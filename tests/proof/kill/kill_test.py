@@ -1,0 +1,80 @@
+"""What proof_kill.py looks at: everything that a set keeps, whatever table it stands in. kill_test.py PROGRAM"""
+
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(Path(__file__).resolve().parent))
+
+from proof_kill import SERVICES, channel_list, columns_of, differences, kept_in  # noqa: E402  (needs the path above)
+
+PROGRAM = Path(sys.argv.pop()).resolve()
+# Another value of a column, by its type.
+OTHER = {"INTEGER": "ifnull({0}, 0) + 1", "TEXT": "ifnull({0}, '') || 'x'", "ANY": "ifnull({0}, '') || 'x'",
+         "BLOB": "CAST(ifnull({0}, '') || x'0041' AS BLOB)"}
+KEYS = {"setting": "key", "set_state": "key", "service": "key", "raw_field": "service, field", "audio_track":
+        "service, position", "subtitle_track": "service, position", "favourite": "service, number"}
+
+
+class Kept(unittest.TestCase):
+    """What a set keeps that has opened an engine on the services it comes with."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.state = self.folder / "state"
+        self.run_set("exec", "GetSource", "0")
+        self.before = self.kept()
+
+    def run_set(self, *arguments):
+        subprocess.run([PROGRAM, "--state", self.state, *arguments], cwd=self.folder, capture_output=True, check=True)
+
+    def kept(self):
+        return kept_in(self.state, self.folder)
+
+    def changed(self, statement):
+        """Whether what is kept is something else after a statement, which is undone."""
+        copy = (self.state / "tv.db").read_bytes()
+        database = sqlite3.connect(self.state / "tv.db")
+        try:
+            with database:
+                self.assertEqual(database.execute(statement).rowcount, 1, statement)
+        finally:
+            database.close()
+        after = self.kept()
+        (self.state / "tv.db").write_bytes(copy)
+        self.assertEqual(self.kept(), self.before)
+        return after != self.before and differences(after, self.before)
+
+    def test_is_compared_in_every_column_of_every_table(self):
+        database = sqlite3.connect(self.state / "tv.db")
+        columns = [(table, column, kind) for table, in database.execute(
+            "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite_%'").fetchall()
+            for column in columns_of(database, table) if (table, column) != ("service", "key")
+            for kind, in database.execute("SELECT type FROM pragma_table_info(?) WHERE name = ?", (table, column))]
+        database.close()
+        self.assertEqual(set(KEYS), {table for table, _, _ in columns})
+        for table, column, kind in columns:
+            with self.subTest(f"{table}.{column}"):
+                row = f"({KEYS[table]}) = (SELECT {KEYS[table]} FROM {table} ORDER BY {KEYS[table]} DESC LIMIT 1)"
+                change = f"UPDATE {table} SET {column} = {OTHER[kind].format(column)} WHERE {row}"
+                # A row of another service's would be none of any service that there is.
+                self.assertTrue(self.changed(f"DELETE FROM {table} WHERE {row}" if column == "service" else change))
+
+    def test_is_the_same_whichever_keys_services_have(self):
+        (self.folder / "a.conf").write_text(channel_list(range(1, 4)), encoding="utf-8")
+        self.run_set("import", "a.conf")
+        once = self.kept()
+        self.run_set("import", "a.conf")
+        self.assertEqual(self.kept(), once)
+        self.assertEqual(len([row for row in once[SERVICES] if row[0] == "audio_track"]), 3)
+        self.assertIn("rows missing", differences(once, self.before))
+
+
+if __name__ == "__main__":
+    unittest.main()
