@@ -80,7 +80,7 @@ class Job:
         self.step = step
         self.long = is_long
         self.seed = seed
-        self.patience = 12 * HOUR if is_long else 15 * MINUTE
+        self.patience = 12 * HOUR if is_long else 30 * MINUTE
         self.troubles = []
         self.folder = self.top / "build" / "proof"
         self._lock = threading.Lock()

@@ -1,6 +1,5 @@
 """tools/proof on a scratch tree with steps of its own: what becomes of steps and programs that go wrong."""
 
-import os
 import signal
 import subprocess
 import sys

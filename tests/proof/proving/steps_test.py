@@ -109,7 +109,7 @@ class LogContract(unittest.TestCase):
 
 
 class Whole(unittest.TestCase):
-    """The proof as a whole is late by the clock, and missed by its own work."""
+    """The proof as a whole is late by the clock, and missed by its own work alone."""
 
     def test_is_reached_in_time(self):
         figure = proof().whole(1100, 1900)
@@ -117,11 +117,11 @@ class Whole(unittest.TestCase):
                          ("1100, 950 of them each of two processors' work", True, ""))
 
     def test_is_late_where_others_use_the_machine(self):
-        figure = proof().whole(1900, 1900)
+        figure = proof().whole(1900, 3300)
         self.assertEqual((figure.reached, figure.remark), (True, "LATE"))
 
     def test_is_missed_where_it_has_too_much_to_do(self):
-        self.assertFalse(proof().whole(1300, 2500).reached)
+        self.assertFalse(proof().whole(2600, 4900).reached)
 
 
 if __name__ == "__main__":
