@@ -6,7 +6,9 @@
 #include <stdexcept>
 
 #include "services/ListText.h"
+#include "set/EmbeddedSet.h"
 #include "store/StoreError.h"
+#include "store/Transaction.h"
 #include "text/Units.h"
 
 namespace virtualtv {
@@ -77,14 +79,22 @@ void visit(State& state, Visit visitor) {
   }
 }
 
+/// Gives a database that has just got its tables the embedded set, unless an older one keeps a set already.
+void furnishNew(Database& database) {
+  ServiceStore services(database);
+  SettingsStore settings(database);
+  SetStateStore state(database);
+  if (state.all().empty()) furnish(database, services, settings, state);
+}
+
 }  // namespace
 
 Storage::Parts::Parts()
-    : database(Database::inMemory, schema), services(database), settings(database), state(database) {}
+    : database(Database::inMemory, schema, furnishNew), services(database), settings(database), state(database) {}
 
 Storage::Parts::Parts(const std::filesystem::path& path)
     : directory(path),
-      database(directory->databaseFile(), schema),
+      database(directory->databaseFile(), schema, furnishNew),
       services(database),
       settings(database),
       state(database) {}
@@ -99,7 +109,27 @@ std::map<std::string, std::string> keptOf(const TvState& state) {
   return kept;
 }
 
-void restore(const std::map<std::string, std::string>& kept, TvState& state) {
+TvState furnish(Database& database, ServiceStore& services, SettingsStore& settings, SetStateStore& state) {
+  const SetDescription& set = embeddedSet();
+  Transaction transaction(database, "set up the embedded set");
+  for (const auto& [key, value] : settings.list()) settings.unset(key);
+  settings.set(lastServiceKey, std::string(lastServiceOnTv));
+  services.replaceAll(set.services);
+  TvState next = set.state;
+  next[WindowId::main].service = services.keyOf(set.currentId).value_or(0);
+  next[WindowId::main].previousService = services.keyOf(set.previousId).value_or(0);
+  state.setAll(keptOf(next));
+  transaction.commit();
+  return next;
+}
+
+std::map<std::string, std::string> keptIn(Storage::Parts& parts) {
+  auto kept = parts.state.all();
+  if (kept.empty()) throw StoreError(parts.database.name() + ": cannot read the state of the set: there is none in it");
+  return kept;
+}
+
+void restore(const std::map<std::string, std::string>& kept, const std::string& file, TvState& state) {
   visit(state, [&](const std::string& name, auto& value) {
     const auto found = kept.find(name);
     if (found == kept.end()) return;
@@ -107,7 +137,7 @@ void restore(const std::map<std::string, std::string>& kept, TvState& state) {
       read(found->second, value);
     } catch (const std::invalid_argument& error) {
       const std::string reason = error.what();  // which shows what is kept, and that may be anything
-      throw StoreError("cannot read " + name +
+      throw StoreError(file + ": cannot read " + name +
                        " of the set that is kept: " + (text::isPrintable(reason) ? reason : text::printable(reason)));
     }
   });

@@ -14,7 +14,7 @@
 
 namespace virtualtv {
 
-/// What a storage is made of. Used by the set alone.
+/// What a storage is made of. Used by the set alone. A new one has the embedded set in it from the moment it is there.
 struct Storage::Parts {
   Parts();
   explicit Parts(const std::filesystem::path& path);
@@ -26,11 +26,23 @@ struct Storage::Parts {
   SetStateStore state;
 };
 
+/// The settings key in which the platform itself records what the main window shows, and what it holds while that is
+/// the TV.
+inline constexpr const char* lastServiceKey = "db/boot/last_service";
+inline constexpr const char* lastServiceOnTv = "tv-service";
+
 /// The part of a state that a set keeps when it is switched off, by name.
 std::map<std::string, std::string> keptOf(const TvState& state);
 
+/// Puts the embedded set in place of all that a storage keeps, settings keys included. @return what it is then.
+/// @throws StoreError when that can't be kept; then all is as it was.
+TvState furnish(Database& database, ServiceStore& services, SettingsStore& settings, SetStateStore& state);
+
+/// What was kept of a state. @throws StoreError when there is nothing: a set always keeps something.
+std::map<std::string, std::string> keptIn(Storage::Parts& parts);
+
 /// Puts what was kept back into a state that stands at its defaults. Names that are unknown are passed over.
-/// @throws StoreError when a kept list can't be read.
-void restore(const std::map<std::string, std::string>& kept, TvState& state);
+/// @param file  where it was kept, for errors. @throws StoreError when a kept list can't be read.
+void restore(const std::map<std::string, std::string>& kept, const std::string& file, TvState& state);
 
 }  // namespace virtualtv

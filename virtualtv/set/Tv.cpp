@@ -17,11 +17,16 @@ namespace {
 
 Tv* theSet = nullptr;
 
-/// The settings key in which the platform itself records what the main window shows, and its values.
-constexpr const char* lastServiceKey = "db/boot/last_service";
-constexpr const char* tvService = "tv-service";
+// What the platform itself records of what the main window shows, beside `lastServiceOnTv`.
 constexpr const char* inputService = "av-service";
 constexpr const char* ispService = "isp-service";
+
+/// What a set is that keeps this, when it is switched on.
+TvState stateIn(Storage::Parts& parts) {
+  TvState state = embeddedSet().state;
+  restore(keptIn(parts), parts.database.name(), state);
+  return state;
+}
 
 template <typename Track>
 bool isAt(const std::vector<Track>& tracks, int position) {
@@ -30,14 +35,8 @@ bool isAt(const std::vector<Track>& tracks, int position) {
 
 }  // namespace
 
-Tv::Tv(Storage& storage) : storage_(storage), state_(embeddedSet().state) {
+Tv::Tv(Storage& storage) : storage_(storage), state_(stateIn(storage.parts())) {
   if (theSet != nullptr) throw std::logic_error("a process has one set at a time");
-  const auto kept = storage_.parts().state.all();
-  if (kept.empty()) {
-    loadEmbedded();
-  } else {
-    restore(kept, state_);
-  }
   theSet = this;
   seam::Seam::instance().onDelay([this](std::uint64_t milliseconds) { pass(milliseconds); });
   announce(Event::Kind::started, WindowId::main);
@@ -101,7 +100,7 @@ bool Tv::switchSource(WindowId id, int source, ServiceKey service) {
   if (main) next.isp.shown = false;
   commit(Event::Kind::sourceChanged, id, std::move(next),
          !main                 ? nullptr
-         : source == SOURCE_TV ? tvService
+         : source == SOURCE_TV ? lastServiceOnTv
                                : inputService);
   return true;
 }
@@ -257,23 +256,9 @@ void Tv::import(const std::vector<Service>& services, bool add) {
   announce(Event::Kind::servicesChanged, WindowId::main);
 }
 
-void Tv::loadEmbedded() {
-  Storage::Parts& parts = storage_.parts();
-  const SetDescription& set = embeddedSet();
-  Transaction transaction(parts.database, "set up the embedded set");
-  for (const auto& [key, value] : parts.settings.list()) parts.settings.unset(key);
-  parts.settings.set(lastServiceKey, std::string(tvService));
-  parts.services.replaceAll(set.services);
-  TvState next = set.state;
-  next[WindowId::main].service = parts.services.keyOf(set.currentId).value_or(0);
-  next[WindowId::main].previousService = parts.services.keyOf(set.previousId).value_or(0);
-  parts.state.setAll(keptOf(next));
-  transaction.commit();
-  state_ = std::move(next);
-}
-
 void Tv::reset() {
-  loadEmbedded();
+  Storage::Parts& parts = storage_.parts();
+  state_ = furnish(parts.database, parts.services, parts.settings, parts.state);
   announce(Event::Kind::servicesChanged, WindowId::main);
 }
 

@@ -61,7 +61,8 @@ class Storage {
 /// the state is then as it was.
 class Tv {
  public:
-  /// Switches the set on: loads what `storage` kept, or the embedded set where that is empty.
+  /// Switches the set on: loads what `storage` keeps, which for a new one is the embedded set.
+  /// @throws StoreError when that can't be read.
   explicit Tv(Storage& storage);
   Tv(const Tv&) = delete;
   Tv& operator=(const Tv&) = delete;
@@ -134,7 +135,6 @@ class Tv {
   void complain(std::string line);
 
  private:
-  void loadEmbedded();
   void commit(Event::Kind kind, WindowId window, TvState next, const char* lastService = nullptr);
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "store/SideFile.h"
 #include "store/StoreError.h"
 #include "store/Transaction.h"
 
@@ -14,6 +15,8 @@ namespace {
 
 constexpr int applicationId = 0x656d7731;  // "emw1", in the file's header
 constexpr const char* opening = "open it";
+constexpr const char* markBehind = "-new";  // the name of a file, for the mark that it is being made
+constexpr const char* logBehind = "-wal";
 
 // What keeps this process from writing to a file and, for the log, beside it. SQLite does not tell reliably.
 std::string obstacle(const std::string& file) {
@@ -56,25 +59,63 @@ void Database::Close::operator()(sqlite3* handle) const {
   sqlite3_close_v2(handle);
 }
 
-Database::Database(Memory, Schema schema) : name_("memory") {
+Database::Database(Memory, Schema schema, const Fill& fill) : name_("memory") {
   open(":memory:");
   configure(std::chrono::milliseconds(0));
-  migrate(schema);
+  migrate(schema, fill);
 }
 
-Database::Database(const std::filesystem::path& file, Schema schema, std::chrono::milliseconds patience)
+Database::Database(const std::filesystem::path& file, Schema schema, const Fill& fill,
+                   std::chrono::milliseconds patience)
     : name_(std::filesystem::absolute(file).string()) {
+  const bool isBeingMade = beginFile();
   open(name_.c_str());
   keepLogOnClose(true);  // a file that turns out to be damaged or foreign is left alone on the way out, too
+  // SQLite would take it for a new one, and throw away the log beside it.
+  if (!isBeingMade && isEmptyFile()) refuse("the file is empty");
   configure(patience);
   if (!isOurs()) refuse("it is a database of another program");
   if (version() > static_cast<int>(schema.size())) refuse("a newer version of this program wrote it");
+  if (!isBeingMade && !hasTables()) refuse("there is nothing in it");
   useWriteAheadLog();
-  migrate(schema);
+  migrate(schema, fill);
   keepLogOnClose(false);
+  if (isBeingMade) endMaking();
 }
 
 Database::~Database() = default;
+
+bool Database::isThere(const std::string& file) const {
+  bool found = false;
+  const int code = SideFile(file).find(found);
+  if (code != SQLITE_OK) fail(opening, code);
+  return found;
+}
+
+/// Before anything is made. @return whether the file is to be made, or to be made to the end.
+bool Database::beginFile() const {
+  const std::string mark = name_ + markBehind;
+  if (isThere(mark)) return true;
+  if (isThere(name_)) return false;
+  if (isThere(name_ + logBehind)) refuse("its log " + name_ + logBehind + " is there, but not the file itself");
+  const int code = SideFile(mark).make();
+  if (code != SQLITE_OK) fail(opening, code);
+  return true;
+}
+
+void Database::endMaking() const {
+  const int code = SideFile(name_ + markBehind).remove();
+  if (code != SQLITE_OK) fail(opening, code);
+}
+
+bool Database::isEmptyFile() const {
+  sqlite3_file* file = nullptr;
+  sqlite3_int64 size = 0;
+  sqlite3_file_control(handle(), nullptr, SQLITE_FCNTL_FILE_POINTER, &file);
+  const int code = file->pMethods->xFileSize(file, &size);
+  if (code != SQLITE_OK) fail(opening, code);
+  return size == 0;  // or a single byte, for which SQLite says the same
+}
 
 void Database::open(const char* path) {
   // One thread uses it, so SQLite need not lock anything on each call.
@@ -114,21 +155,25 @@ int Database::version() const {
   return std::stoi(answerOf("PRAGMA user_version"));
 }
 
+bool Database::hasTables() const {
+  return answerOf("SELECT count(*) FROM sqlite_schema") != "0";
+}
+
 bool Database::isOurs() const {
-  return answerOf("PRAGMA application_id") == std::to_string(applicationId) ||
-         answerOf("SELECT count(*) FROM sqlite_schema") == "0";
+  return answerOf("PRAGMA application_id") == std::to_string(applicationId) || !hasTables();
 }
 
 void Database::useWriteAheadLog() {
   if (answerOf("PRAGMA journal_mode = WAL") != "wal") refuse("its file system has no room for a write-ahead log");
 }
 
-void Database::migrate(Schema schema) {
+void Database::migrate(Schema schema, const Fill& fill) {
   const auto current = static_cast<std::size_t>(version());
   if (current == schema.size()) return;
   constexpr const char* action = "bring it to the newest version";
   Transaction transaction(*this, action);
   for (const char* step : schema.subspan(current)) execute(step, action);
+  if (fill) fill(*this);
   const std::string marks = "PRAGMA application_id = " + std::to_string(applicationId) +
                             "; PRAGMA user_version = " + std::to_string(schema.size());
   execute(marks.c_str(), action);

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -18,23 +19,34 @@ using Schema = std::span<const char* const>;
 /// with every commit on the disk before it returns, and is held for this object alone: a second one that opens it
 /// fails. Opening reads the first page only; damage elsewhere shows as a `StoreError` where it is met. A file that is
 /// damaged or no database of ours is never written to.
+///
+/// While a file is being made, an empty one stands beside it, `NAME-new`. What the power left of a file that is being
+/// made is thus told from a file that has lost what it kept, which is refused.
 class Database {
  public:
+  /// Puts first rows into a database.
+  using Fill = std::function<void(Database&)>;
+
   struct Memory {};
   static constexpr Memory inMemory{};
 
-  /// An empty database in memory, gone with the object.
-  Database(Memory, Schema schema);
+  /// A database in memory, gone with the object.
+  Database(Memory, Schema schema, const Fill& fill = {});
 
   /// Opens a file, or makes it in a directory that exists, and brings it to the newest version of `schema`.
+  /// @param fill  is called in the transaction that does so, for a new file as for an older one: once a file has its
+  ///     tables, it has its first rows.
   /// @param patience  how long to wait for another process that has locked the file.
-  /// @throws StoreError when it can't be read or written, is damaged, is no database of this program, was written with
-  ///     a newer schema, or stays locked. The file is then as it was.
-  Database(const std::filesystem::path& file, Schema schema,
+  /// @throws StoreError when it can't be read or written, is damaged or empty, is no database of this program, was
+  ///     written with a newer schema, or stays locked. The file is then as it was.
+  Database(const std::filesystem::path& file, Schema schema, const Fill& fill = {},
            std::chrono::milliseconds patience = std::chrono::seconds(1));
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
   ~Database();
+
+  /// The file, or that it is memory, as errors name it.
+  const std::string& name() const { return name_; }
 
   /// Runs SQL that answers no rows. @param action  as for `Statement`.
   void execute(const char* sql, const char* action);
@@ -59,11 +71,16 @@ class Database {
 
   void open(const char* path);
   void configure(std::chrono::milliseconds patience);
+  bool isThere(const std::string& file) const;
+  bool beginFile() const;
+  void endMaking() const;
+  bool isEmptyFile() const;
+  bool hasTables() const;
   bool isOurs() const;
   int version() const;
   std::string answerOf(const char* query) const;
   void useWriteAheadLog();
-  void migrate(Schema schema);
+  void migrate(Schema schema, const Fill& fill);
   void keepLogOnClose(bool keep) const;
   [[noreturn]] void refuse(const std::string& reason) const;
 

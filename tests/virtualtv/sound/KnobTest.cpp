@@ -110,10 +110,10 @@ TEST_F(TrackKnobs, SayWhereAKeptListIsDamaged) {
   Statement(storage.parts().database, "UPDATE set_state SET value = '1:x' WHERE key = 'isp.audio'", "damage the set")
       .run();
   tv.reset();
-  EXPECT_EQ(
-      failureOf([&] { tv.emplace(storage); }),
-      "cannot read isp.audio of the set that is kept: track 1, '1:x': a language (three letters, und or a number) "
-      "is wanted, not 'x'");
+  EXPECT_EQ(failureOf([&] { tv.emplace(storage); }),
+            "memory: cannot read isp.audio of the set that is kept: track 1, '1:x': a language (three letters, und or "
+            "a number) "
+            "is wanted, not 'x'");
 }
 
 TEST_F(TrackKnobs, SayInOneLineThatAKeptListIsDamaged) {

@@ -42,7 +42,7 @@ class DatabaseFile : public testing::Test {
   }
 
   std::string failureToOpen() {
-    return failureOf([&] { Database(file, oldSchema, noPatience); });
+    return failureOf([&] { Database(file, oldSchema, {}, noPatience); });
   }
 
   std::string failure(const std::string& text) const { return file.string() + ": cannot " + text; }
@@ -50,6 +50,7 @@ class DatabaseFile : public testing::Test {
   TemporaryDirectory directory;
   const std::filesystem::path file = directory / "a.db";
   const std::filesystem::path log = directory / "a.db-wal";
+  const std::filesystem::path mark = directory / "a.db-new";
 };
 
 TEST_F(DatabaseFile, KeepsItsRows) {
@@ -130,11 +131,107 @@ TEST_F(DatabaseFile, OfAnotherProgramIsRefused) {
   EXPECT_EQ(contentOf(file), before);
 }
 
-TEST_F(DatabaseFile, ThatIsEmptyBecomesADatabase) {
+/// It may have kept something once, which a new one in its place would hide.
+TEST_F(DatabaseFile, ThatIsEmptyIsRefusedAndLeftAlone) {
+  for (const char* const content : {"", "x"}) {
+    write(file, content);
+    EXPECT_EQ(failureToOpen(), failure("open it: the file is empty"));
+    EXPECT_EQ(contentOf(file), content);
+    EXPECT_FALSE(std::filesystem::exists(mark));
+  }
+}
+
+TEST_F(DatabaseFile, ThatIsEmptyIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
+  inChild([&]() -> std::string {
+    Database database(file, oldSchema);
+    add(database);
+    std::_Exit(0);
+  });
   write(file, "");
-  Database database(file, oldSchema);
-  add(database);
-  EXPECT_EQ(count(database), 1);
+  const std::string logBefore = contentOf(log);
+  ASSERT_FALSE(logBefore.empty());
+  EXPECT_EQ(failureToOpen(), failure("open it: the file is empty"));
+  EXPECT_EQ(contentOf(log), logBefore);
+}
+
+TEST_F(DatabaseFile, ThatIsGoneWhileItsLogIsThereIsRefused) {
+  inChild([&]() -> std::string {
+    Database database(file, oldSchema);
+    add(database);
+    std::_Exit(0);
+  });
+  std::filesystem::remove(file);
+  const std::string logBefore = contentOf(log);
+  EXPECT_EQ(failureToOpen(), failure("open it: its log " + log.string() + " is there, but not the file itself"));
+  EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_EQ(contentOf(log), logBefore);
+}
+
+TEST_F(DatabaseFile, WithoutATableIsRefused) {
+  sqlite3* handle = nullptr;
+  sqlite3_open(file.c_str(), &handle);
+  sqlite3_exec(handle, "PRAGMA user_version = 0; VACUUM", nullptr, nullptr, nullptr);
+  sqlite3_close(handle);
+  ASSERT_GT(std::filesystem::file_size(file), 0U);
+  EXPECT_EQ(failureToOpen(), failure("open it: there is nothing in it"));
+}
+
+/// What is left when the power goes while it is being made.
+TEST_F(DatabaseFile, ThatWasNeverMadeToTheEndIsMadeAnew) {
+  for (const char* const content : {"", "x"}) {
+    write(mark, "");
+    write(file, content);
+    {
+      Database database(file, oldSchema);
+      add(database);
+    }
+    EXPECT_FALSE(std::filesystem::exists(mark));
+    Database database(file, oldSchema);
+    EXPECT_EQ(count(database), 1);
+    std::filesystem::remove(mark);
+  }
+}
+
+/// The mark may come back when the power goes, and takes nothing away.
+TEST_F(DatabaseFile, KeepsItsRowsBesideAMarkThatItIsBeingMade) {
+  make(3);
+  write(mark, "");
+  {
+    Database database(file, oldSchema);
+    EXPECT_EQ(count(database), 3);
+  }
+  EXPECT_FALSE(std::filesystem::exists(mark));
+}
+
+TEST_F(DatabaseFile, IsMarkedWhileItIsBeingMade) {
+  bool marked = false;
+  Database database(file, oldSchema, [&](Database&) { marked = std::filesystem::exists(mark); });
+  EXPECT_TRUE(marked);
+  EXPECT_FALSE(std::filesystem::exists(mark));
+}
+
+TEST_F(DatabaseFile, HasItsFirstRowsOnceItHasItsTables) {
+  const std::string end = inChild([&]() -> std::string {
+    Database(file, oldSchema, [](Database& made) {
+      add(made);
+      std::_Exit(0);
+    });
+    return "was not filled";
+  });
+  ASSERT_EQ(end, "");
+  Database database(file, oldSchema, [](Database& made) {
+    add(made);
+    add(made);
+  });
+  EXPECT_EQ(count(database), 2);
+}
+
+TEST_F(DatabaseFile, GetsRowsWithANewVersionAndNotAgain) {
+  make(2);
+  const auto fill = [](Database& made) { add(made); };
+  { Database database(file, newSchema, fill); }
+  Database database(file, newSchema, fill);
+  EXPECT_EQ(count(database), 3);
 }
 
 TEST_F(DatabaseFile, ThatIsNoDatabaseIsRefusedAndLeftAlone) {

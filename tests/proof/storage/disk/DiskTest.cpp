@@ -66,6 +66,15 @@ TEST_F(DiskTest, FailsFromTheChosenAccessOnUntilItIsHealed) {
   EXPECT_EQ(store.get("key"), Setting(2));
 }
 
+TEST_F(DiskTest, ThatCantBeReadFromIsSaidToBe) {
+  {
+    Database database(file, schema);
+    SettingsStore(database).set("key", 1);
+  }
+  disk.fail({Access::read, 1, true, SQLITE_IOERR});
+  EXPECT_EQ(test::failureOf([&] { Database(file, schema); }), file + ": cannot open it: reading from the disk failed");
+}
+
 TEST_F(DiskTest, RefusesAFileThatAnotherHasLocked) {
   Database database(file, schema);
   SettingsStore(database).set("key", 1);

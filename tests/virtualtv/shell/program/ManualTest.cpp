@@ -1,12 +1,16 @@
 // What the set's manual shows in tables, each row tried on the program.
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "store/Statement.h"
 #include "virtualtv/shell/program/Program.h"
 
 namespace virtualtv::shell {
@@ -107,6 +111,125 @@ TEST_F(ManualOfTheProgram, TellsTheMessageOfEachBadArgument) {
     EXPECT_EQ(std::to_string(ended.status), row[2]) << row[0];
   }
   EXPECT_EQ(tried, 7);
+}
+
+/// A set's files, and what can happen to them.
+class State {
+ public:
+  explicit State(const std::filesystem::path& folder) : database_(folder / "tv.db"), log_(folder / "tv.db-wal") {}
+
+  void hold(const std::string& content) const { test::write(database_, content); }
+  void loseDatabase() const {
+    std::filesystem::remove(database_);
+    test::write(log_, "x");
+  }
+  void becomeDirectory() const {
+    std::filesystem::remove(database_);
+    std::filesystem::create_directory(database_);
+  }
+  /// The database of someone else.
+  void becomeOther(const char* sql) const {
+    std::filesystem::remove(database_);
+    tell(sql);
+  }
+  void tell(const char* sql) const {
+    sqlite3* const handle = open();
+    EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql << sqlite3_errmsg(handle);
+    sqlite3_close(handle);
+  }
+  void damageWhatIsKept() const {
+    constexpr std::size_t page = 4096;
+    int root = 0;
+    sqlite3* const handle = open();
+    const auto note = [](void* to, int, char** values, char**) {
+      *static_cast<int*>(to) = std::stoi(values[0]);
+      return 0;
+    };
+    sqlite3_exec(handle, "SELECT rootpage FROM sqlite_schema WHERE name = 'set_state'", note, &root, nullptr);
+    sqlite3_close(handle);
+    ASSERT_GT(root, 0);
+    test::overwrite(database_, static_cast<std::size_t>(root - 1) * page, std::string(page, '\x5a'));
+  }
+  /// For as long as this lives.
+  void lock() {
+    held_ = open();
+    EXPECT_EQ(sqlite3_exec(held_, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
+              SQLITE_OK);
+  }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  ~State() { sqlite3_close(held_); }
+
+ private:
+  sqlite3* open() const {
+    sqlite3* handle = nullptr;
+    EXPECT_EQ(sqlite3_open(database_.c_str(), &handle), SQLITE_OK);
+    return handle;
+  }
+
+  std::filesystem::path database_;
+  std::filesystem::path log_;
+  sqlite3* held_ = nullptr;
+};
+
+class ManualOfStates : public ProgramTest {
+ protected:
+  /// Runs a command on the set in the state directory.
+  Ending runOnState(std::vector<std::string> command) {
+    command.insert(command.begin(), {"--state", state().string(), "exec"});
+    return run(std::move(command));
+  }
+};
+
+TEST_F(ManualOfStates, TellsTheMessageOfEachStateThatCantBeRead) {
+  std::map<std::string, std::function<void(State&)>> mishaps{
+      {"is empty, or has a single byte", [](State& kept) { kept.hold("x"); }},
+      {"is gone, but `tv.db-wal` is not", [](State& kept) { kept.loseDatabase(); }},
+      {"is damaged at its front, or no database", [](State& kept) { kept.hold(std::string(8192, 'x')); }},
+      {"is a database without tables", [](State& kept) { kept.becomeOther("VACUUM"); }},
+      {"is a database of another program", [](State& kept) { kept.becomeOther("CREATE TABLE theirs(x)"); }},
+      {"was written by a newer version", [](State& kept) { kept.tell("PRAGMA user_version = 3"); }},
+      {"is a directory", [](State& kept) { kept.becomeDirectory(); }},
+      {"is held by another program", [](State& kept) { kept.lock(); }},
+      {"has lost a table", [](State& kept) { kept.tell("DROP TABLE set_state"); }},
+      {"has services, but nothing of the set", [](State& kept) { kept.tell("DELETE FROM set_state"); }},
+      {"is damaged where the set is kept", [](State& kept) { kept.damageWhatIsKept(); }},
+      {"keeps a list that is none",
+       [](State& kept) { kept.tell("UPDATE set_state SET value = '1:x' WHERE key = 'isp.audio'"); }},
+  };
+  for (const Row& row : table("| `tv.db` | Message |")) {
+    // Permissions are nothing to a test that runs as root; the database's own test asks for them as someone else.
+    if (row[0] == "is not to be read or written by the user") continue;
+    std::filesystem::remove_all(state());
+    ASSERT_EQ(runOnState({"SetChannel", "3", "0"}).status, 0);
+    const auto mishap = mishaps.extract(row[0]);
+    ASSERT_FALSE(mishap.empty()) << row[0];
+    State kept(state());
+    mishap.mapped()(kept);
+    std::string message = code(row[1]);
+    for (std::size_t at = message.find("/home/me/tv"); at != std::string::npos; at = message.find("/home/me/tv")) {
+      message.replace(at, std::string("/home/me/tv").size(), state().string());
+    }
+    const Ending ended = runOnState({"GetSource"});
+    EXPECT_EQ(ended.err, "emp-window: " + message + "\n");
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.status, 2) << row[0];
+  }
+  EXPECT_TRUE(mishaps.empty()) << mishaps.begin()->first;
+}
+
+/// As the page says.
+TEST_F(ManualOfStates, TellsHowToGoOnWhenAStateCantBeRead) {
+  ASSERT_EQ(runOnState({"SetSource", "31"}).status, 0);
+  const std::string copy = test::contentOf(state() / "tv.db");
+  test::write(state() / "tv.db", "");
+  ASSERT_EQ(runOnState({"GetSource"}).status, 2);
+  test::write(state() / "tv.db", copy);
+  EXPECT_EQ(runOnState({"GetSource"}).out, "int 31\n");
+  test::write(state() / "tv.db", "");
+  std::filesystem::remove(state() / "tv.db");
+  std::filesystem::remove(state() / "tv.db-wal");
+  EXPECT_EQ(runOnState({"GetSource"}).out, "int 0\n");
 }
 
 }  // namespace
