@@ -5,10 +5,12 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "PowerLoss.h"
 #include "Scenarios.h"
+#include "virtualtv/support/Support.h"
 
 namespace virtualtv::proof {
 
@@ -65,9 +67,44 @@ void judge(const Day& day, std::size_t crash, const Content& found, const std::s
   const auto underWay = std::find_if(day.moments.begin() + 1, day.moments.end(),
                                      [&](const Moment& moment) { return moment.changes > crash; });
   const Moment& acknowledged = *(underWay - 1);
-  findings.writes += static_cast<std::uint64_t>(underWay - day.moments.begin()) - 1;
+  ++findings.states;
   if (found == acknowledged.content || (underWay != day.moments.end() && found == underWay->content)) return;
   findings.note(findings.lost, where, "the set is not what it was\n" + difference(acknowledged.content, found));
+}
+
+/// Power cuts in a day, in the order in which they come.
+class Cuts {
+ public:
+  Cuts(const Day& day, std::filesystem::path directory, Findings& findings)
+      : day_(day), directory_(std::move(directory)), findings_(findings) {}
+
+  void cut(std::size_t crash, Rest rest, std::mt19937& random) {
+    for (; done_ < crash; ++done_) power_.apply(day_.changes[done_]);
+    const std::string where = "power cut before change " + std::to_string(crash);
+    const Image image = power_.image(rest, random);
+    const std::string damage = damageOn(image);
+    if (!damage.empty()) findings_.note(findings_.corrupt, where, damage);
+    Disk::instance().insert(image);
+    ++findings_.crashes;
+    Content found;
+    const std::string refused = test::failureOf([&] { found = contentOn(directory_); });
+    if (refused.empty()) return judge(day_, crash, found, where, findings_);
+    findings_.note(findings_.lost, where, "the set does not start: " + refused);
+  }
+
+ private:
+  const Day& day_;
+  std::filesystem::path directory_;
+  Findings& findings_;
+  PowerLoss power_{{}};
+  std::size_t done_ = 0;  ///< changes that the power has
+};
+
+/// A set that is made for the first time has most to lose its way in: each of its changes, with all that may be left.
+void cutFirstStart(const Day& day, Cuts& cuts, std::mt19937& random) {
+  for (std::size_t crash = 0; crash <= day.moments.at(1).changes; ++crash) {
+    for (const Rest rest : rests) cuts.cut(crash, rest, random);
+  }
 }
 
 }  // namespace
@@ -77,17 +114,11 @@ void loopOverCrashes(const std::filesystem::path& directory, std::uint64_t crash
   const Day day = live(directory);
   std::cout << "a day of " << day.moments.size() - 1 << " writes, " << day.changes.size() << " changes of the disk\n";
   std::mt19937 random(seed);
-  PowerLoss power({});
-  std::size_t done = 0;
+  Cuts firstStart(day, directory, findings);
+  cutFirstStart(day, firstStart, random);
+  Cuts cuts(day, directory, findings);
   for (const std::size_t crash : choose(day.changes.size(), crashes, random)) {
-    for (; done < crash; ++done) power.apply(day.changes[done]);
-    const std::string where = "power cut before change " + std::to_string(crash);
-    const Image image = power.image(rests[random() % std::size(rests)], random);
-    const std::string damage = damageOn(image);
-    if (!damage.empty()) findings.note(findings.corrupt, where, damage);
-    Disk::instance().insert(image);
-    judge(day, crash, contentOn(directory), where, findings);
-    ++findings.crashes;
+    cuts.cut(crash, rests[random() % std::size(rests)], random);
   }
 }
 

@@ -9,7 +9,6 @@
 
 #include "PowerLoss.h"
 #include "Scenarios.h"
-#include "Ways.h"
 #include "store/StoreError.h"
 #include "virtualtv/support/Support.h"
 
@@ -35,7 +34,7 @@ class Loop {
  public:
   Loop(std::filesystem::path directory, Findings& findings) : directory_(std::move(directory)), findings_(findings) {}
 
-  void run(const Scenario& scenario, std::uint64_t every);
+  void run(const Scenario& scenario, Choice& choice);
 
  private:
   Course follow(const Scenario& scenario) const;
@@ -81,20 +80,26 @@ Course Loop::follow(const Scenario& scenario) const {
   return course;
 }
 
-void Loop::run(const Scenario& scenario, std::uint64_t every) {
+void Loop::run(const Scenario& scenario, Choice& choice) {
   const Course course = follow(scenario);
   const std::uint64_t before = findings_.faults;
   if (!course.outcome.reported.empty()) {
     findings_.note(findings_.untold, scenario.name, "fails in health: " + course.outcome.reported.front());
     return;
   }
+  const std::size_t writes = course.contents.size() - 1;
+  if (writes != scenario.writes) {
+    findings_.note(findings_.untold, scenario.name,
+                   "makes " + std::to_string(writes) + " writes, not " + std::to_string(scenario.writes));
+  }
   forEachFault(
-      every, [&](Access access) { return course.accessesWithClose.at(access); },
+      choice, [&](Access access) { return course.accessesWithClose.at(access); },
       [&](const Fault& fault, const std::string& name) {
-        runUnder(scenario, course, fault, scenario.name + ", " + name);
+        const std::string where = scenario.name + ", " + name;
+        const std::string refused = test::failureOf([&] { runUnder(scenario, course, fault, where); });
+        if (!refused.empty()) findings_.note(findings_.lost, where, "the set does not start again: " + refused);
       });
-  std::cout << scenario.name << ": " << course.contents.size() - 1 << " writes, " << findings_.faults - before
-            << " faults\n";
+  std::cout << scenario.name << ": " << writes << " writes, " << findings_.faults - before << " faults\n";
 }
 
 void Loop::runUnder(const Scenario& scenario, const Course& course, const Fault& fault, const std::string& where) {
@@ -120,11 +125,11 @@ void Loop::runUnder(const Scenario& scenario, const Course& course, const Fault&
   const bool hitsClose = fault.nth > course.accesses.at(fault.access);
   if (!television || fault.lasts || hitsClose) {
     television.reset();
-    findings_.faults += disk.hits() > 0 ? 1U : 0U;
+    findings_.noteFault(disk.hits(), where);
     disk.heal();
     television.emplace(directory_);
   } else {
-    findings_.faults += disk.hits() > 0 ? 1U : 0U;
+    findings_.noteFault(disk.hits(), where);
     disk.heal();
   }
   judgeContent(course, television->content(), "in the set that goes on", where);
@@ -150,7 +155,7 @@ void Loop::judge(const Course& course, const Outcome& outcome, const std::string
 void Loop::judgeContent(const Course& course, Content content, const char* when, const std::string& where) {
   const std::size_t hasLater = content.erase(laterKey);
   content.erase(probeKey);
-  findings_.writes += (acknowledged_ ? 1U : 0U) + (laterAcknowledged_ ? 1U : 0U);
+  ++findings_.states;
   if (laterAcknowledged_ && hasLater == 0) findings_.note(findings_.lost, where, std::string("loses a key ") + when);
   const auto& states = course.contents;
   if (!acknowledged_ && std::find(states.begin(), states.end(), content) != states.end()) return;
@@ -175,9 +180,9 @@ void Loop::tryAgain(Television& television, const std::string& where) {
 
 }  // namespace
 
-void loopOverFaults(const std::filesystem::path& directory, std::uint64_t every, Findings& findings) {
+void loopOverFaults(const std::filesystem::path& directory, Choice& choice, Findings& findings) {
   Loop loop(directory, findings);
-  for (const Scenario& scenario : makeScenarios(directory)) loop.run(scenario, every);
+  for (const Scenario& scenario : makeScenarios(directory)) loop.run(scenario, choice);
 }
 
 }  // namespace virtualtv::proof

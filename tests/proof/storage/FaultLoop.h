@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 
 #include "Findings.h"
+#include "Ways.h"
 
 namespace virtualtv::proof {
 
@@ -11,10 +11,10 @@ namespace virtualtv::proof {
 /// disk that is full, and all of it, once and from then on, a run each. A run must end with all that was acknowledged
 /// kept, what was not kept in whole or not at all, the failure reported, and a set that works.
 /// @param directory  where state directories and lists may lie.
-/// @param every  only each so manieth access is made to fail; 1 for all.
-void loopOverFaults(const std::filesystem::path& directory, std::uint64_t every, Findings& findings);
+/// In health each makes as many writes as it should, an import one.
+void loopOverFaults(const std::filesystem::path& directory, Choice& choice, Findings& findings);
 
 /// The same for two databases that are open side by side: what happens to one is nothing to the other.
-void loopOverTwoDatabases(const std::filesystem::path& directory, std::uint64_t every, Findings& findings);
+void loopOverTwoDatabases(const std::filesystem::path& directory, Choice& choice, Findings& findings);
 
 }  // namespace virtualtv::proof

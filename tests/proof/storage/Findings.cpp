@@ -10,10 +10,19 @@ void Findings::note(std::uint64_t& kind, const std::string& where, const std::st
   if (++printed_ <= most) std::cout << where << ": " << what << "\n";
 }
 
+void Findings::noteFault(std::uint64_t hits, const std::string& where) {
+  if (hits > 0) {
+    ++faults;
+  } else {
+    note(idle, where, "the fault is never hit");
+  }
+}
+
 void Findings::print() const {
   std::cout << "figure: I/O faults injected = " << faults << "\n"
             << "figure: crash points = " << crashes << "\n"
-            << "figure: acknowledged writes checked = " << writes << "\n"
+            << "figure: states compared = " << states << "\n"
+            << "figure: faults never hit = " << idle << "\n"
             << "figure: lost = " << lost << "\n"
             << "figure: corrupt = " << corrupt << "\n"
             << "figure: failures not reported = " << untold << "\n";

@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <utility>
 
 #include "services/ServiceStore.h"
 #include "store/SettingsStore.h"
@@ -69,21 +70,35 @@ std::vector<Scenario> makeScenarios(const fs::path& directory) {
   const Image nearCheckpoint = after(directory, writesUpToACheckpoint(), true);
 
   std::vector<Scenario> scenarios{
-      {"first start", {}, true, ""},
-      {"start", set, true, ""},
-      {"start after a kill", killed, true, ""},
-      {"migration", ofFirstVersion(directory), true, ""},
-      {"first command", set, true, "GetSource 0"},
-      {"checkpoint", nearCheckpoint, true, ".vconf set db/a int 2"},
+      {"first start", {}, true, "", 0},
+      {"start", set, true, "", 0},
+      {"start after a kill", killed, true, "", 0},
+      {"migration", ofFirstVersion(directory), true, "", 0},
+      {"first command", set, true, "GetSource 0", 0},
+      {"checkpoint", nearCheckpoint, true, ".vconf set db/a int 2", 1},
   };
-  for (const char* line :
-       {".vconf set db/a int 2", ".vconf set db/a str text", ".vconf unset db/emp/mainsource", "SetChannel 2 0",
-        "SetSource 31 0", "SetSource 48 0", "SetSourceAndTune 31 2", "SetPreviousSource", "SetTVMode 2",
-        "UpdateFavorites 1152959734176350309 0 12", ".import some.conf", ".import more.conf --add", ".set country 44",
-        ".set main.source -1", ".set service.#1.name Other", ".set service.#2.audio 256:eng:aac,257:deu:ac3",
-        ".set service.#2.subtitles none", ".reset", ".restart"}) {
-    scenarios.push_back({line, set, false, line});
-  }
+  const std::pair<const char*, std::size_t> lines[] = {
+      {".vconf set db/a int 2", 1},
+      {".vconf set db/a str text", 1},
+      {".vconf unset db/emp/mainsource", 1},
+      {"SetChannel 2 0", 1},
+      {"SetSource 31 0", 3},         // the source and two keys
+      {"SetSource 48 0", 4},         // those, and that the other stack shows it
+      {"SetSourceAndTune 31 2", 3},  // as of SetSource
+      {"SetPreviousSource", 0},
+      {"SetTVMode 2", 1},
+      {"UpdateFavorites 1152959734176350309 0 12", 1},
+      {".import some.conf", 1},
+      {".import more.conf --add", 1},
+      {".set country 44", 1},
+      {".set main.source -1", 1},
+      {".set service.#1.name Other", 1},
+      {".set service.#2.audio 256:eng:aac,257:deu:ac3", 1},
+      {".set service.#2.subtitles none", 1},
+      {".reset", 1},
+      {".restart", 0},
+  };
+  for (const auto& [line, writes] : lines) scenarios.push_back({line, set, false, line, writes});
   return scenarios;
 }
 

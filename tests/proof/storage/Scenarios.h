@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -13,8 +14,9 @@ namespace virtualtv::proof {
 struct Scenario {
   std::string name;
   Image disk;
-  bool startFails;   ///< the disk may fail from the start on, not only once the set is on
-  std::string line;  ///< what the set is then told; empty for nothing
+  bool startFails;     ///< the disk may fail from the start on, not only once the set is on
+  std::string line;    ///< what the set is then told; empty for nothing
+  std::size_t writes;  ///< that it makes in health: what is kept changes so often, each time all at once
 };
 
 /// All of them. Their files lie in a directory, which gets the lists that they import.

@@ -7,7 +7,6 @@
 
 #include "FaultLoop.h"
 #include "Television.h"
-#include "Ways.h"
 #include "store/Database.h"
 #include "store/SettingsStore.h"
 #include "virtualtv/support/Support.h"
@@ -52,7 +51,7 @@ void judgeLedgers(const std::vector<Ledger>& ledgers, Findings& findings, const 
   for (const Ledger& ledger : ledgers) {
     Database database(ledger.name, Schema(&settingsTables, 1));
     const int found = std::get<int>(SettingsStore(database).get("number").value());
-    findings.writes += ledger.may.size() == 1 ? 1U : 0U;
+    ++findings.states;
     if (std::find(ledger.may.begin(), ledger.may.end(), found) == ledger.may.end()) {
       findings.note(findings.lost, where, ledger.name + " holds " + std::to_string(found));
     }
@@ -61,7 +60,7 @@ void judgeLedgers(const std::vector<Ledger>& ledgers, Findings& findings, const 
 
 }  // namespace
 
-void loopOverTwoDatabases(const std::filesystem::path& directory, std::uint64_t every, Findings& findings) {
+void loopOverTwoDatabases(const std::filesystem::path& directory, Choice& choice, Findings& findings) {
   Disk& disk = Disk::instance();
   disk.insert({});
   for (const char* name : {"one.db", "two.db"}) {
@@ -73,13 +72,13 @@ void loopOverTwoDatabases(const std::filesystem::path& directory, std::uint64_t 
   writeBoth(directory, findings, "two databases");
   const std::map<Access, std::uint64_t> counts = countAll();
   forEachFault(
-      every, [&](Access access) { return counts.at(access); },
+      choice, [&](Access access) { return counts.at(access); },
       [&](const Fault& fault, const std::string& name) {
         const std::string where = "two databases, " + name;
         disk.insert(start);
         disk.fail(fault);
         const std::vector<Ledger> ledgers = writeBoth(directory, findings, where);
-        findings.faults += disk.hits() > 0 ? 1U : 0U;
+        findings.noteFault(disk.hits(), where);
         const Image image = disk.image();
         const std::string damage = damageOn(image);
         if (!damage.empty()) findings.note(findings.corrupt, where, damage);

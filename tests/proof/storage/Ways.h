@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <random>
 #include <string>
 
 #include "Disk.h"
@@ -33,12 +35,29 @@ inline std::map<Access, std::uint64_t> countAll() {
   return counts;
 }
 
+/// Which accesses are made to fail: all, or a share that a seed chooses.
+class Choice {
+ public:
+  /// @param every  takes only each so manieth, from one on that is among the first so many.
+  Choice(std::uint64_t every, std::uint32_t seed) : every_(every), random_(seed) {}
+
+  std::uint64_t every() const { return every_; }
+  /// The first one. @param count  how many there are, from 1 on.
+  std::uint64_t first(std::uint64_t count) { return 1 + random_() % std::min(every_, count); }
+
+ private:
+  std::uint64_t every_;
+  std::mt19937 random_;
+};
+
 /// Calls `run` for each way, each n up to what `count` says there are of its accesses, and for failing once and from
-/// then on, with the fault and its name. @param every  takes only each so manieth.
-inline void forEachFault(std::uint64_t every, const std::function<std::uint64_t(Access)>& count,
+/// then on, with the fault and its name.
+inline void forEachFault(Choice& choice, const std::function<std::uint64_t(Access)>& count,
                          const std::function<void(const Fault&, const std::string&)>& run) {
   for (const Way& way : ways) {
-    for (std::uint64_t nth = 1; nth <= count(way.access); nth += every) {
+    const std::uint64_t accesses = count(way.access);
+    if (accesses == 0) continue;
+    for (std::uint64_t nth = choice.first(accesses); nth <= accesses; nth += choice.every()) {
       const std::string name = std::string(way.name) + " " + std::to_string(nth);
       run({way.access, nth, false, way.code}, name);
       run({way.access, nth, true, way.code}, name + " and from then on");

@@ -21,7 +21,7 @@ int run(int argc, char** argv) {
   std::uint64_t crashes = 1000;
   std::uint64_t every = 1;
   std::uint32_t seed = 1;
-  app.add_option("--crashes", crashes, "how often the power is cut")->capture_default_str();
+  app.add_option("--crashes", crashes, "how often the power is cut, beside the first start")->capture_default_str();
   app.add_option("--every", every, "let only each so manieth access fail")->capture_default_str();
   app.add_option("--seed", seed, "where random choices start")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
@@ -29,8 +29,9 @@ int run(int argc, char** argv) {
   Disk::instance();
   const virtualtv::test::TemporaryDirectory directory;
   Findings findings;
-  loopOverFaults(directory.path(), every, findings);
-  loopOverTwoDatabases(directory.path(), every, findings);
+  Choice choice(every, seed);
+  loopOverFaults(directory.path(), choice, findings);
+  loopOverTwoDatabases(directory.path(), choice, findings);
   loopOverCrashes(directory.path(), crashes, seed, findings);
   findings.print();
   return findings.areNone() ? 0 : 1;
