@@ -55,7 +55,8 @@ TEST(Comparison, FindsWhatTheMiddlewareIsTold) {
                                   [](model::World& world) { world.applications["main"].second = "another"; });
   ASSERT_TRUE(difference);
   EXPECT_EQ(difference->line, 1U);
-  EXPECT_EQ(difference->expectation, "> GetSource\nint 0\n> SetSource 31\nint 1\n");
+  EXPECT_EQ(difference->expectation.find("> GetSource\nint 0\n> .trace on\n> SetSource 31\nint 1\ncall "), 0U)
+      << difference->expectation;
   EXPECT_NE(difference->details.find("\"another:31\""), std::string::npos) << difference->details;
   EXPECT_NE(difference->details.find("\":31\""), std::string::npos) << difference->details;
 }

@@ -2,9 +2,12 @@
 #include <CLI/CLI.hpp>
 #include <ctime>
 #include <exception>
-#include <fstream>
+#include <filesystem>
 #include <iostream>
+#include <optional>
+#include <string>
 
+#include "Report.h"
 #include "Simulation.h"
 
 namespace {
@@ -17,34 +20,34 @@ struct Options {
 
 constexpr std::uint64_t scriptsBetweenReplays = 16;
 
-/// Makes a failing script short, prints and writes it.
-void report(simulation::Simulation& simulation, const simulation::Failure& failure, const Options& options) {
-  std::cout << "seed " << failure.seed << ": " << failure.what << "\n";
-  const auto fails = [&](const comparison::Script& script) { return simulation.differenceIn(script).has_value(); };
-  if (!fails(failure.script)) return;
-  const auto difference = simulation.differenceIn(comparison::shrunk(failure.script, fails)).value();
-  std::ofstream(options.transcript) << difference.expectation;
-  std::cout << "by the model this holds, which stands in " << options.transcript << ":\n"
-            << difference.expectation << difference.details;
-}
-
-int run(const Options& options) {
-  simulation::Simulation simulation;
-  std::uint64_t failures = 0;
-  for (std::uint64_t seed = options.seed; failures == 0 && simulation.figures().commands < options.commands; ++seed) {
-    const auto failure = simulation.run(seed, (seed - options.seed) % scriptsBetweenReplays == 0);
-    if (!failure) continue;
-    ++failures;
-    report(simulation, *failure, options);
-  }
+void print(const simulation::Figures& figures, std::uint64_t deviations) {
   const double seconds = static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-  const simulation::Figures& figures = simulation.figures();
   std::cout << "figure: commands = " << figures.commands << "\nfigure: faults = " << figures.faults
             << "\nfigure: calls that failed = " << figures.hits << "\nfigure: replays = " << figures.replays
             << "\nfigure: commands per second of processor time = "
             << static_cast<std::uint64_t>(static_cast<double>(figures.commands) / seconds)
-            << "\nfigure: deviations = " << failures << "\n";
-  return failures == 0 ? 0 : 1;
+            << "\nfigure: deviations = " << deviations << "\n";
+}
+
+/// Runs scripts until there are enough commands or one fails. @return what is said of that.
+std::optional<simulation::Report> simulate(const Options& options) {
+  simulation::Simulation simulation;
+  std::optional<simulation::Report> report;
+  for (std::uint64_t seed = options.seed; !report && simulation.figures().commands < options.commands; ++seed) {
+    const auto failure = simulation.run(seed, (seed - options.seed) % scriptsBetweenReplays == 0);
+    if (failure) report = simulation::reportOf(simulation, *failure);
+  }
+  print(simulation.figures(), report ? 1 : 0);
+  return report;
+}
+
+int run(const Options& options) {
+  std::filesystem::remove(options.transcript);
+  const auto report = simulate(options);
+  if (!report) return 0;
+  std::cout << report->text;
+  if (!report->transcript.empty()) std::cout << simulation::tryOut(report->transcript, options.transcript);
+  return 1;
 }
 
 }  // namespace

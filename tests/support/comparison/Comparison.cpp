@@ -10,6 +10,7 @@
 #include "shell/Rig.h"
 #include "shell/Transcript.h"
 #include "store/SettingsStore.h"
+#include "support/comparison/Expectation.h"
 
 namespace comparison {
 
@@ -147,27 +148,32 @@ void Pair::turnTo(const Set& set) {
 std::string Pair::run(const std::string& line, Depth depth) {
   const Words words = virtualtv::shell::splitWords(line);
   log_.clear();
+  differing_ = {};
   answer_ = plugin_->run(words);
   calls_ = Seam::instance().take();
+  world_.calls.notesOutputs = notesOutputs_;
   const auto reply = model::run(world_, words);
   expected_ = reply ? std::optional(answerOf(*reply)) : std::nullopt;
   std::string details;
   if (answer_ != expected_) details += difference("reply", shown(expected_.value()) + "\n", shown(*answer_) + "\n");
-  if (!areSame(calls_, world_.calls.made)) details += difference("calls", linesOf(world_.calls.made), linesOf(calls_));
-  if (tv().state() != world_.set.state) details += difference("state", shown(world_.set.state), shown(tv().state()));
-  if (depth != Depth::state) details += differing(changesServices(line) ? Depth::services : depth);
+  differing_.calls = !areSame(calls_, world_.calls.made);
+  if (differing_.calls) details += difference("calls", linesOf(world_.calls.made), linesOf(calls_));
+  differing_.state = tv().state() != world_.set.state;
+  if (differing_.state) details += difference("state", shown(world_.set.state), shown(tv().state()));
+  if (depth != Depth::state) details += compareKept(changesServices(line) ? Depth::services : depth);
   return details;
 }
 
-std::string Pair::differing(Depth depth) {
+std::string Pair::compareKept(Depth depth) {
   std::string details;
   const auto settings = tv().settings().list();
-  if (settings != world_.set.settings) details += difference("keys", shown(world_.set.settings), shown(settings));
-  return depth == Depth::services ? details + differingServices() : details;
+  differing_.settings = settings != world_.set.settings;
+  if (differing_.settings) details += difference("keys", shown(world_.set.settings), shown(settings));
+  return depth == Depth::services ? details + compareServices() : details;
 }
 
 /// Fields are left to those who ask for them.
-std::string Pair::differingServices() {
+std::string Pair::compareServices() {
   std::string details;
   for (const auto& [key, expected] : world_.set.services) {
     const Service actual = tv().services().read(key).value();
@@ -175,6 +181,7 @@ std::string Pair::differingServices() {
                        actual.favourites == expected.favourites;
     if (!agree) details += difference("service #" + std::to_string(key), shown(expected), shown(actual));
   }
+  differing_.services = !details.empty();
   return details;
 }
 
@@ -187,14 +194,18 @@ model::Set startingSet() {
 std::optional<Difference> compare(Pair& pair, const Script& script, Replies* replies,
                                   const std::function<void(model::World&)>& spoil) {
   if (spoil) spoil(pair.world());
+  pair.noteOutputs(true);
   std::string transcript;
   for (std::size_t line = 0; line < script.size(); ++line) {
     const bool last = line + 1 == script.size();
     const std::string details = pair.run(script[line], last ? Depth::services : Depth::settings);
+    if (!details.empty()) {
+      return Difference{line, transcript + expectationOf(pair, script[line], pair.differing()), details};
+    }
+    transcript += expectationOf(pair, script[line], {});
+    if (replies == nullptr) continue;
     const std::string reply = pair.expected() ? shown(*pair.expected()) : "";
-    transcript += "> " + script[line] + "\n" + (reply.empty() ? "" : reply + "\n");
-    if (!details.empty()) return Difference{line, transcript, details};
-    if (replies != nullptr) (*replies)[script[line].substr(0, script[line].find(' '))].insert(reply);
+    (*replies)[script[line].substr(0, script[line].find(' '))].insert(reply);
   }
   return std::nullopt;
 }

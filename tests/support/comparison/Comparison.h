@@ -30,6 +30,14 @@ enum class Depth {
   services,  ///< and what the services have beside their fields, which takes long
 };
 
+/// What can differ beside the reply.
+struct Parts {
+  bool calls = false;
+  bool state = false;
+  bool settings = false;  ///< keys
+  bool services = false;  ///< what they have beside their fields
+};
+
 /// The plug-in on a set of its own, and the model of both. There is one at a time.
 class Pair {
  public:
@@ -50,9 +58,6 @@ class Pair {
 
   /// Runs a line, as `model::run` knows them, on both. @return what differs, empty when nothing does.
   std::string run(const std::string& line, Depth depth = Depth::settings);
-  /// What differs of what is kept: settings keys and services.
-  std::string differing(Depth depth);
-
   // Of the last line.
 
   /// What the engine answered, and what it should have; nothing where the line was none for an engine.
@@ -60,13 +65,17 @@ class Pair {
   const std::optional<Answer>& expected() const { return expected_; }
   const std::vector<virtualtv::seam::Call>& calls() const { return calls_; }
   const std::vector<virtualtv::framework::LogLine>& log() const { return log_; }
+  const Parts& differing() const { return differing_; }
   /// Log lines are kept; they take time to make.
   void keepLog(bool keep);
+  /// The model's calls have their outputs; that takes time, too.
+  void noteOutputs(bool note) { notesOutputs_ = note; }
 
  private:
   class Plugin;
 
-  std::string differingServices();
+  std::string compareKept(Depth depth);
+  std::string compareServices();
 
   std::unique_ptr<Plugin> plugin_;
   model::Set first_;
@@ -75,12 +84,14 @@ class Pair {
   std::optional<Answer> expected_;
   std::vector<virtualtv::seam::Call> calls_;
   std::vector<virtualtv::framework::LogLine> log_;
+  Parts differing_;
+  bool notesOutputs_ = false;
 };
 
 /// Where the two differ.
 struct Difference {
   std::size_t line;         ///< of the script, counted from 0
-  std::string expectation;  ///< the script so far as a transcript, with what the model answers
+  std::string expectation;  ///< the script so far as a transcript, by the model, which fails where it differs
   std::string details;      ///< what differs, a line each
 };
 

@@ -49,7 +49,7 @@ namespace detail {
 const Fault* begin(Calls& calls, const Operation& operation, const Interface& interface, std::string arguments) {
   std::string handle = interface ? std::string(interface.profile) + "#" + std::to_string(interface.number) : "";
   const Fault* const fault = hit(calls, operation);
-  calls.made.push_back({&operation, std::move(handle), std::move(arguments), "throws", fault != nullptr});
+  calls.made.push_back({&operation, std::move(handle), std::move(arguments), "throws", fault != nullptr, {}});
   if (fault != nullptr && fault->way == Fault::Way::throwing) throw Thrown();
   return fault;
 }
@@ -57,6 +57,12 @@ const Fault* begin(Calls& calls, const Operation& operation, const Interface& in
 bool carriedOut(const Operation& operation, const Fault* fault) {
   if (fault == nullptr || fault->way == Fault::Way::outputs) return true;
   return fault->way == Fault::Way::result && operation.answersNumber() && operation.succeeds(std::stoi(fault->result));
+}
+
+void describeOutput(std::string& text, const seam::Out<std::vector<TCServiceData>>& output) {
+  std::list<TCServiceData*> records;
+  for (TCServiceData& record : output.value) records.push_back(&record);
+  text += std::string(output.name) + "=" + seam::print(records);
 }
 
 void choose(const Fault& fault, const seam::Out<std::vector<TCServiceData>>& output) {

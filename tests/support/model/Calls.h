@@ -31,13 +31,14 @@ struct Interface {
   bool operator==(const Interface&) const = default;
 };
 
-/// A call as a trace shows it, but for what it wrote.
+/// A call as a trace shows it.
 struct Made {
   const Operation* operation = nullptr;
   std::string handle;     ///< as in "main#2", empty for a plain function
   std::string arguments;  ///< as in "source=1, appId=\"an.app\""
   std::string result;     ///< "throws" for a call that an exception left
   bool fault = false;     ///< a fault decided what it came to
+  std::string outputs;    ///< what it wrote, as in "mode=0,1", where that is noted
 };
 
 /// The exception that leaves a call by a fault.
@@ -48,6 +49,7 @@ struct Calls {
   std::vector<Made> made;
   std::vector<Fault> faults;
   std::map<const Operation*, int> interfaces;  ///< how many each factory has made
+  bool notesOutputs = false;                   ///< of the calls made, which takes time
 };
 
 namespace detail {
@@ -67,6 +69,15 @@ void describe(std::string& text, const seam::In<Value>& value) {
 }
 template <typename Value>
 void describe(std::string&, const seam::Out<Value>&) {}
+
+template <typename Value>
+void describeOutput(std::string&, const seam::In<Value>&) {}
+template <typename Value>
+void describeOutput(std::string& text, const seam::Out<Value>& output) {
+  if (!text.empty()) text += " ";
+  text += std::string(output.name) + "=" + seam::print(output.value);
+}
+void describeOutput(std::string& text, const seam::Out<std::vector<TCServiceData>>& output);
 
 template <typename Value>
 void choose(const Fault&, const seam::In<Value>&) {}
@@ -94,7 +105,11 @@ int call(Calls& calls, const Operation& operation, const Interface& interface, c
     if (fault->way == Fault::Way::result) result = std::stoi(fault->result);
     std::apply([&](const auto&... value) { (detail::choose(*fault, value), ...); }, values);
   }
-  calls.made.back().result = std::to_string(result);
+  Made& made = calls.made.back();
+  made.result = std::to_string(result);
+  if (calls.notesOutputs) {
+    std::apply([&](const auto&... value) { (detail::describeOutput(made.outputs, value), ...); }, values);
+  }
   return result;
 }
 

@@ -25,6 +25,13 @@ int callManager(const Platform& tv, const Operation& operation, const Values& va
   return call(tv.calls, operation, manager, values, [&] { return stackOf(tv).shown && body() ? good : bad; });
 }
 
+TSHybridSBT recordOf(const SubtitleTrack& track) {
+  TSHybridSBT record;
+  record.type = static_cast<decltype(record.type)>(track.type);
+  record.pid = static_cast<decltype(record.pid)>(track.pid);
+  return record;
+}
+
 unsigned countOf(const std::vector<SubtitleTrack>& tracks, int kind) {
   return static_cast<unsigned>(
       std::count_if(tracks.begin(), tracks.end(), [=](const SubtitleTrack& track) { return track.type == kind; }));
@@ -82,26 +89,28 @@ int Platform::getHybridSbtSize(Interface aux, std::uint64_t serviceId, unsigned&
 }
 
 int Platform::getHybridSbt(Interface aux, std::uint64_t serviceId, int index, int& lang) const {
-  TSHybridSBT unread;
+  TSHybridSBT subtitle;
   return call(calls, op("ServiceDataAux::GetHybridSBT"), aux,
-              args(in("serviceId", serviceId), in("index", index), out("lang", lang), out("subtitle", unread)), [&] {
+              args(in("serviceId", serviceId), in("index", index), out("lang", lang), out("subtitle", subtitle)), [&] {
                 const Service* const service = at(set, keyOf(set, serviceId));
                 const SubtitleTrack* const track = service == nullptr ? nullptr : told(service->subtitles, index);
                 if (track == nullptr) return 0;
                 lang = track->lang;
+                subtitle = recordOf(*track);
                 return 1;
               });
 }
 
 int Platform::getCurrentHybridSbt(Interface data, int& lang) const {
-  TSHybridSBT unread;
-  return call(calls, op("IDataControl::GetCurrentHybridSBT"), data, args(out("lang", lang), out("subtitle", unread)),
+  TSHybridSBT subtitle;
+  return call(calls, op("IDataControl::GetCurrentHybridSBT"), data, args(out("lang", lang), out("subtitle", subtitle)),
               [&] {
                 const virtualtv::WindowState& window = set.state[windowOf(data)];
                 if (at(set, window.service) == nullptr) return 0;
                 const SubtitleTrack* const track = subtitleInUse(set, windowOf(data));
                 if (track == nullptr && window.inUse.subtitle >= 0) return 0;
                 lang = track == nullptr ? -1 : track->lang;
+                if (track != nullptr) subtitle = recordOf(*track);
                 return 1;
               });
 }
