@@ -1,14 +1,16 @@
-// A set's database with damage at any places: opened, read and written to, it is right or refused with one line, and a
-// file that is refused for its damage is as it was.
+// A user's database with damage at any places: opened, read and written to, it is refused with one line, or it is what
+// the damaged file says. It is never the built-in set, and a file that is refused for its damage is as it was.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Draw.h"
+#include "fuzz/support/Kept.h"
 #include "services/ServiceStore.h"
 #include "set/Tv.h"
 #include "store/SettingsStore.h"
@@ -20,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using fuzz::demand;
 using fuzz::Draw;
+using fuzz::Kept;
 using virtualtv::Storage;
 using virtualtv::StoreError;
 using virtualtv::Tv;
@@ -58,13 +61,37 @@ void putInto(const fs::path& folder, const Files& files) {
   }
 }
 
+constexpr std::uint64_t firstId = 9001;
+constexpr int users = 6;
+constexpr int hdmi = 13;
+constexpr const char* sourceKey = "db/emp/mainsource";
+
+/// Services that the built-in set does not have.
+std::vector<virtualtv::Service> usersServices() {
+  std::vector<virtualtv::Service> services;
+  for (int number = 0; number < users; ++number) {
+    virtualtv::Service& service = services.emplace_back();
+    const auto position = static_cast<std::uint64_t>(number);
+    service.numbers = {{TCServiceData::SERVICE_ID, firstId + position},
+                       {TCServiceData::CHANNEL_TYPE, 9},
+                       {TCServiceData::MAJOR, 100 + position},
+                       {TCServiceData::ANTENNA_MODE, 0}};
+    service.texts[TCServiceData::CHANNEL_NAME] = u"Mine";
+    service.audio = {{.pid = 256 + number}};
+    service.subtitles = {{.pid = 512 + number}};
+    service.favourites = {{3, true}};
+  }
+  return services;
+}
+
 void use(Tv& tv) {
-  tv.switchSource(WindowId::main, 5);
+  tv.switchSource(WindowId::main, hdmi);
   // Damage may have left none, in a way that nobody can tell.
   for (const virtualtv::ServiceKey key : tv.services().keys()) {
     if (tv.tune(WindowId::main, key)) break;
   }
-  tv.settings().set("db/emp/mainsource", 20);
+  tv.services().setFavourite(firstId, 3, false);
+  tv.settings().set(sourceKey, 20);
 }
 
 /// The files of a set that was switched off, and of one that lost its power.
@@ -73,17 +100,24 @@ struct Examples {
     const virtualtv::test::TemporaryDirectory folder;
     {
       Storage storage(folder.path());
-      const Tv tv(storage);
+      Tv tv(storage);
+      builtIn = fuzz::keptBy(tv);
+      tv.import(usersServices(), false);
+      keptSwitchedOff = fuzz::keptBy(tv);
     }
     switchedOff = filesIn(folder.path());
     Storage storage(folder.path());
     Tv tv(storage);
     use(tv);
+    keptPowerLost = fuzz::keptBy(tv);
     powerLost = filesIn(folder.path());
   }
 
   Files switchedOff;
   Files powerLost;
+  Kept builtIn;
+  Kept keptSwitchedOff;
+  Kept keptPowerLost;
 };
 
 void damage(Draw& draw, std::string& file) {
@@ -124,38 +158,121 @@ std::optional<std::string> refusal(const fs::path& folder, Step step) {
   }
 }
 
-void readAll(Tv& tv) {
-  for (const virtualtv::ServiceKey key : tv.services().keys()) tv.services().read(key);
-  tv.settings().list();
-}
-
-void writeAll(Tv& tv) {
-  use(tv);
-  tv.services().setFavourite(281, 3, true);
-  tv.reset();
-}
-
 void demandOneLine(const std::string& text) {
   demand(!text.empty() && text.find('\n') == text.npos, "it is refused with: " + text);
 }
+
+bool isService(const std::string& name) {
+  return name.starts_with("service ");
+}
+
+/// The services of the built-in set are not there in the place of the user's.
+void demandUsersServices(const Kept& kept, const Kept& builtIn) {
+  for (const auto& [name, line] : kept) {
+    const auto other = isService(name) ? builtIn.find(name) : builtIn.end();
+    demand(other == builtIn.end() || line != other->second, "the built-in set is there: " + name + " " + line);
+  }
+}
+
+/// What a set says is what its database holds. Of its state only what is as it was: damaged numbers are read somehow,
+/// and what is missing stands at its default.
+void demandSame(const Kept& kept, const Kept& plain, const Kept& original) {
+  const auto isAsItWas = [&](const auto& entry) {
+    const auto before = original.find(entry.first);
+    return before != original.end() && before->second == entry.second;
+  };
+  for (const auto& entry : plain) {
+    if (entry.first.starts_with("state ") && !isAsItWas(entry)) continue;
+    const auto found = kept.find(entry.first);
+    demand(found != kept.end(), entry.first + " is kept, but not there");
+    demand(found->second == entry.second, entry.first + " is " + found->second + ", not " + entry.second);
+  }
+  for (const auto& [name, line] : kept) {
+    demand(name.starts_with("state ") || plain.contains(name), name + " is there, but not kept: " + line);
+  }
+}
+
+/// A set with damaged files that is used.
+class Attempt {
+ public:
+  Attempt(const Examples& examples, const Files& files, const Kept& original)
+      : examples_(examples), files_(files), original_(original) {
+    putInto(plain_.path(), files);
+    plainly_ = fuzz::plainlyKeptIn(plain_.path());
+    putInto(folder_.path(), files);
+  }
+
+  void readAll() {
+    Kept kept;
+    const auto reason = refusal(folder_.path(), [&](Tv& tv) { kept = fuzz::keptBy(tv); });
+    if (reason) return judge(*reason);
+    demandUsersServices(kept, examples_.builtIn);
+    if (plainly_) demandSame(kept, *plainly_, original_);
+    isSound_ = plainly_.has_value();
+  }
+
+  void write() {
+    if (isSound_) return writeSound();
+    isDone([](Tv& tv) {
+      use(tv);
+      tv.reset();
+    });
+  }
+
+ private:
+  /// What was answered is there the next time, and the built-in set when it is wanted.
+  void writeSound() {
+    if (!isDone(use)) return;
+    bool isOn = false;
+    const bool isReset = isDone([&](Tv& tv) {
+      isOn = true;
+      demand(tv.state()[WindowId::main].source == hdmi, "the source that was chosen is not kept");
+      demand(tv.settings().get(sourceKey) == virtualtv::Setting(20), "a key that was set is not kept");
+      tv.reset();
+    });
+    demand(isOn, "a set that was written to does not start again");
+    if (!isReset) return;
+    Kept kept;
+    demand(isDone([&](Tv& tv) { kept = fuzz::keptBy(tv); }), "a set that was reset does not start again");
+    demandSame(kept, examples_.builtIn, examples_.builtIn);
+  }
+
+  template <typename Step>
+  bool isDone(Step step) {
+    const auto reason = refusal(folder_.path(), step);
+    if (reason) demandOneLine(*reason);
+    return !reason;
+  }
+
+  void judge(const std::string& reason) const {
+    demandOneLine(reason);
+    demand(files_ != examples_.switchedOff && files_ != examples_.powerLost, "a sound one is refused: " + reason);
+    // One that is whole, but keeps what the set can't use, may take what its log has.
+    const bool damaged = reason.find("the file is damaged") != reason.npos;
+    demand(!damaged || filesIn(folder_.path()).database == files_.database, "no longer as it was, yet " + reason);
+  }
+
+  const Examples& examples_;
+  const Files& files_;
+  const Kept& original_;  ///< before the damage
+  const virtualtv::test::TemporaryDirectory plain_;
+  const virtualtv::test::TemporaryDirectory folder_;
+  std::optional<Kept> plainly_;  ///< nothing where the files are damaged in their form
+  bool isSound_ = false;         ///< the set could read all of it, and it was right
+};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const Examples examples;
-  static const virtualtv::test::TemporaryDirectory folder;
   Draw draw(data, size);
-  Files files = draw.chance() ? examples.powerLost : examples.switchedOff;
+  const bool powerLost = draw.chance();
+  Files files = powerLost ? examples.powerLost : examples.switchedOff;
   for (std::size_t at = 0; at < mostDamages && !draw.isEmpty(); ++at) {
     damage(draw, !files.log.empty() && draw.chance() ? files.log : files.database);
   }
-  putInto(folder.path(), files);
-  if (const auto reason = refusal(folder.path(), readAll)) {
-    demandOneLine(*reason);
-    // One that is whole, but keeps what the set can't use, may take what its log has.
-    const bool damaged = reason->find("the file is damaged") != reason->npos;
-    demand(!damaged || filesIn(folder.path()).database == files.database, "no longer as it was, yet " + *reason);
-  }
-  if (const auto reason = refusal(folder.path(), writeAll)) demandOneLine(*reason);
+  Attempt attempt(examples, files, powerLost ? examples.keptPowerLost : examples.keptSwitchedOff);
+  attempt.readAll();
+  attempt.write();
   return 0;
 }
