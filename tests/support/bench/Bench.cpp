@@ -53,10 +53,19 @@ std::string Outcome::shown() const {
 }
 
 Bench::Bench(std::vector<virtualtv::Service> services) : services_(std::move(services)) {
+  storage_.emplace();
+  start();
+}
+
+Bench::Bench(const std::filesystem::path& directory) {
+  storage_.emplace(directory);
+  start();
+}
+
+void Bench::start() {
   Seam::instance().reset();
   virtualtv::framework::setLogLevel(3);
   virtualtv::framework::setLogListener([](const virtualtv::framework::LogLine&) {});
-  storage_.emplace();
   tv_.emplace(*storage_);
   app_.emplace();
   furnish();
@@ -83,6 +92,10 @@ void Bench::furnish() {
 
 void Bench::renew() {
   app_->Destroy();
+  rest();
+}
+
+void Bench::rest() {
   Seam::instance().reset();
   if (servicesChanged_) furnish();
   servicesChanged_ = false;

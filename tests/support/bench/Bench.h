@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -12,7 +13,7 @@
 #include "set/Tv.h"
 #include "store/SettingsStore.h"
 
-/// A set in memory with the plug-in on it, for programs that are no unit tests: those that fuzz and those that prove.
+/// A set with the plug-in on it, for programs that are no unit tests: those that fuzz and those that prove.
 /// There is one at a time. Log messages are rendered and dropped.
 namespace support {
 
@@ -30,14 +31,18 @@ struct Outcome {
 
 class Bench {
  public:
-  /// @param services  those of the set; the embedded ones when there are none.
+  /// A set in memory. @param services  those of the set; the embedded ones when there are none.
   explicit Bench(std::vector<virtualtv::Service> services = {});
+  /// A set on a state directory.
+  explicit Bench(const std::filesystem::path& directory);
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
   ~Bench();
 
   /// As new: no engine open, the set as it was first. Takes a fraction of the time of another bench.
   void renew();
+  /// The same with engines left open.
+  void rest();
 
   virtualtv::Tv& tv() { return *tv_; }
   kel::CEmpAppWindow& app() { return *app_; }
@@ -71,6 +76,7 @@ class Bench {
   std::vector<virtualtv::Service> services_;
   bool servicesChanged_ = false;
 
+  void start();
   void furnish();
   Outcome run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around);
 };
