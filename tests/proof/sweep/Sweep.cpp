@@ -1,6 +1,7 @@
 #include "Sweep.h"
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
 
 #include "seam/Seam.h"
@@ -98,20 +99,20 @@ void Sweep::command(const Context& context, const std::string& line, Pairs pairs
   for (std::size_t position = 0; position < calls.size(); ++position) {
     const Operation& operation = *calls[position].operation;
     const std::uint64_t nth = rank(calls, position);
+    std::map<std::string, Calls> underOne;
     for (const std::string& words : waysOf(operation)) {
-      inject({faultLine(operation, nth, once, words)});
+      underOne[words] = inject({faultLine(operation, nth, once, words)});
       inject({faultLine(operation, nth, always, words)});
     }
     if (pairs == Pairs::none || calls.size() > mostForPairs) continue;
     for (const std::string& words : pairs == Pairs::all ? waysOf(operation) : someWaysOf(operation)) {
-      sweepPairs(position, faultLine(operation, nth, once, words), pairs);
+      sweepPairs(position, faultLine(operation, nth, once, words), underOne.at(words), pairs);
     }
   }
 }
 
 /// The second fault hits a call that really follows the first.
-void Sweep::sweepPairs(std::size_t position, const std::string& first, Pairs pairs) {
-  const Calls calls = inject({first});
+void Sweep::sweepPairs(std::size_t position, const std::string& first, const Calls& calls, Pairs pairs) {
   for (std::size_t next = position + 1; next < calls.size(); ++next) {
     const Operation& operation = *calls[next].operation;
     for (const std::string& words : pairs == Pairs::all ? waysOf(operation) : someWaysOf(operation)) {
@@ -126,10 +127,13 @@ Sweep::Calls Sweep::inject(const Faults& faults) {
   std::string details = pair_.run(line_);
   Calls calls = pair_.calls();
   details += misplacedWrite(calls);
+  bool allHit = !faults.empty();
   for (const virtualtv::seam::Fault& fault : Seam::instance().faults()) {
-    if (fault.hits > 0) ++figures_.faults;
-    if (fault.hits == 0) details += "a fault is never hit: " + virtualtv::seam::describe(fault) + "\n";
+    if (fault.hits > 0) continue;
+    allHit = false;
+    details += "a fault is never hit: " + virtualtv::seam::describe(fault) + "\n";
   }
+  if (allHit) ++figures_.runs;
   pair_.run(".fault clear", comparison::Depth::state);
   for (const std::string& healthy : {line_, std::string("GetSource 0")}) {
     if (details.empty()) details = pair_.run(healthy);

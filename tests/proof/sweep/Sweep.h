@@ -15,7 +15,7 @@ enum class Pairs { none, some, all };
 /// What was done and found.
 struct Figures {
   std::uint64_t commands = 0;    ///< in their contexts
-  std::uint64_t faults = 0;      ///< that hit, each in a run of its own but for pairs
+  std::uint64_t runs = 0;        ///< under faults, one or two, that all hit a call
   std::uint64_t deviations = 0;  ///< runs in which something was otherwise than it should be
 };
 
@@ -43,8 +43,8 @@ class Sweep {
   void rewind();
   /// @return the calls of the command under these faults.
   Calls inject(const Faults& faults);
-  std::string findings(const Faults& faults);
-  void sweepPairs(std::size_t position, const std::string& first, Pairs pairs);
+  /// @param calls  those that the command makes under the first fault.
+  void sweepPairs(std::size_t position, const std::string& first, const Calls& calls, Pairs pairs);
   void note(const Faults& faults, const std::string& details);
 
   std::size_t mostReports_;

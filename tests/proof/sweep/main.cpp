@@ -20,7 +20,7 @@ struct Options {
 void print(const sweep::Sweep& sweep) {
   for (const std::string& report : sweep.reports()) std::cout << report << "\n";
   const sweep::Figures& figures = sweep.figures();
-  std::cout << "figure: commands = " << figures.commands << "\nfigure: faults injected = " << figures.faults
+  std::cout << "figure: commands = " << figures.commands << "\nfigure: runs under faults = " << figures.runs
             << "\nfigure: deviations = " << figures.deviations << "\n";
 }
 
