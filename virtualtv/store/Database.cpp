@@ -185,6 +185,10 @@ void Database::execute(const char* sql, const char* action) {
   if (code != SQLITE_OK) fail(action, code);
 }
 
+void Database::undoLeftOver() {
+  if (transactions_ == 0 && sqlite3_get_autocommit(handle()) == 0) execute("ROLLBACK", "undo what could not be kept");
+}
+
 void Database::keepLogOnClose(bool keep) const {
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keep ? 1 : 0, nullptr);
 }

@@ -59,8 +59,15 @@ class Database {
   /// @param action  what could not be done, in words that follow "cannot": "read the services".
   [[noreturn]] void fail(const std::string& action, int code) const;
 
-  /// True when a failure has ended the transaction under the feet of the `Transaction` that began it.
-  bool transactionIsLost() const { return transactions_ > 0 && sqlite3_get_autocommit(handle()) != 0; }
+  /// True when a failure has ended the transaction under the feet of the `Transaction` that began it, or when a part of
+  /// it should be undone and could not be.
+  bool transactionIsLost() const {
+    return transactions_ > 0 && (partIsLeftOver_ || sqlite3_get_autocommit(handle()) != 0);
+  }
+
+  /// Undoes what the last `Transaction` could not undo when it ended, for want of memory. What comes now would become
+  /// part of it, and be undone with it later.
+  void undoLeftOver();
 
  private:
   friend class Transaction;
@@ -86,7 +93,8 @@ class Database {
 
   std::string name_;
   std::unique_ptr<sqlite3, Close> handle_;
-  int transactions_ = 0;  ///< how many are under way, one in the other
+  int transactions_ = 0;         ///< how many are under way, one in the other
+  bool partIsLeftOver_ = false;  ///< of the transaction under way: a part that could not be undone
 };
 
 }  // namespace virtualtv

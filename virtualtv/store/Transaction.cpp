@@ -7,6 +7,7 @@ namespace virtualtv {
 Transaction::Transaction(Database& database, std::string action)
     : database_(database), action_(std::move(action)), nested_(database.transactions_ > 0) {
   if (database_.transactionIsLost()) database_.fail(action_, SQLITE_ABORT_ROLLBACK);
+  database_.undoLeftOver();
   database_.execute(nested_ ? "SAVEPOINT part" : "BEGIN IMMEDIATE", action_.c_str());
   ++database_.transactions_;
 }
@@ -14,8 +15,10 @@ Transaction::Transaction(Database& database, std::string action)
 Transaction::~Transaction() {
   if (committed_) return;
   --database_.transactions_;
-  // Should this fail, SQLite has undone it already, or does so when the file is opened the next time.
-  sqlite3_exec(database_.handle(), nested_ ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK", nullptr, nullptr, nullptr);
+  const char* const undo = nested_ ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK";
+  // Should this fail, SQLite has undone it already; or it has no memory to, and it is done before anything else is.
+  const int code = sqlite3_exec(database_.handle(), undo, nullptr, nullptr, nullptr);
+  database_.partIsLeftOver_ = nested_ && (code != SQLITE_OK || database_.partIsLeftOver_);
 }
 
 void Transaction::commit() {

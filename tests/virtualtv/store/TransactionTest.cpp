@@ -21,6 +21,16 @@ class TransactionTest : public testing::Test {
   /// From here on there is room for little more than what is there.
   void fillTheDisk() { database.execute("PRAGMA max_page_count = 3", "limit it"); }
 
+  /// SQLite undoes nothing for now, as when it has no memory to.
+  void refuseToUndo(bool refuse) {
+    const auto answer = [](void*, int action, const char* what, const char*, const char*, const char*) {
+      const bool undoes =
+          (action == SQLITE_TRANSACTION || action == SQLITE_SAVEPOINT) && what == std::string("ROLLBACK");
+      return undoes ? SQLITE_DENY : SQLITE_OK;
+    };
+    sqlite3_set_authorizer(database.handle(), refuse ? +answer : nullptr, nullptr);
+  }
+
   Database database{Database::inMemory, schema};
   Statement insert{database, "INSERT INTO thing(value) VALUES(zeroblob(?))", "add a thing"};
 
@@ -61,6 +71,59 @@ TEST_F(TransactionTest, AnInnerOneUndoesItsOwnPartOnly) {
     insert.run(1);
   }
   outer.commit();
+  EXPECT_EQ(count(), 1);
+}
+
+/// Or a write would be acknowledged, and be undone with it.
+TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextStatement) {
+  {
+    Transaction transaction(database, "add things");
+    insert.run(1);
+    refuseToUndo(true);
+  }
+  refuseToUndo(false);
+  insert.run(1);
+  EXPECT_NE(sqlite3_get_autocommit(database.handle()), 0);
+  EXPECT_EQ(count(), 1);
+}
+
+TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextOne) {
+  {
+    Transaction transaction(database, "add things");
+    insert.run(1);
+    refuseToUndo(true);
+  }
+  refuseToUndo(false);
+  Transaction transaction(database, "add things");
+  insert.run(1);
+  transaction.commit();
+  EXPECT_EQ(count(), 1);
+}
+
+TEST_F(TransactionTest, NothingGoesOnWhileOneCantBeUndone) {
+  {
+    Transaction transaction(database, "add things");
+    insert.run(1);
+    refuseToUndo(true);
+  }
+  EXPECT_EQ(failureOf([&] { insert.run(1); }), "memory: cannot undo what could not be kept: not authorized");
+}
+
+TEST_F(TransactionTest, OfWhichAPartCouldNotBeUndoneKeepsNothing) {
+  {
+    Transaction outer(database, "add things");
+    insert.run(1);
+    {
+      Transaction inner(database, "add more things");
+      insert.run(1);
+      refuseToUndo(true);
+    }
+    refuseToUndo(false);
+    EXPECT_EQ(failureOf([&] { outer.commit(); }),
+              "memory: cannot add things: an earlier failure has undone the transaction");
+  }
+  EXPECT_EQ(count(), 0);
+  insert.run(1);
   EXPECT_EQ(count(), 1);
 }
 
