@@ -78,6 +78,28 @@ void Sweep::commandInsideCalls(const Command& command, Stack stack) {
   });
 }
 
+void Sweep::commandInsideCallsFromThenOn(const Command& command, Stack stack) {
+  loopInside(command, stack, " (inside calls, from then on)", {.fromThenOn = true});
+}
+
+void Sweep::commandInsideStore(const Command& command, Stack stack, bool fromThenOn) {
+  loopInside(command, stack, fromThenOn ? " (inside the store, from then on)" : " (inside the store)",
+             {.fromThenOn = fromThenOn, .allocator = support::Allocator::other});
+}
+
+void Sweep::loopInside(const Command& command, Stack stack, const std::string& where,
+                       const support::AllocationPlan& plan) {
+  loop(nameOf(command, stack) + where, [&](std::size_t nth) -> std::string {
+    prepare(stack);
+    support::AllocationPlan planned = plan;
+    planned.nth = nth;
+    const Run run = runFailing(command, planned, true);
+    if (std::string wrong = wrongWith(command, run.outcome); !wrong.empty()) return wrong;
+    if (!bench_.isKept()) return "the set is not what it keeps";
+    return bench_.unhealthy();
+  });
+}
+
 void Sweep::makingAnEngine(bool fromThenOn) {
   loop("making an engine", [&](std::size_t nth) -> std::string {
     bench_.renew();
@@ -177,7 +199,7 @@ void Sweep::loop(const std::string& what, const std::function<std::string(std::s
       if (!wrong.empty()) tell(what, nth, wrong);
     } catch (const std::exception& exception) {
       Seam::instance().onPassage({});
-      tell(what, nth, std::string("an exception leaves it: ") + exception.what());
+      return tell(what, nth, std::string("an exception leaves it: ") + exception.what());
     }
     if (support::failedAllocations() == 0) return;
     failed_ += support::failedAllocations();

@@ -37,6 +37,10 @@ class Sweep {
   void commandOutsideCalls(const Command& command, Stack stack, bool fromThenOn);
   /// Allocations of the set, during the calls of a command: the reply is the one to an exception from that call.
   void commandInsideCalls(const Command& command, Stack stack);
+  /// Those and all behind them, and those of the set's database: it is answered with a kind that the command has, the
+  /// next one is answered right, and the set is what it keeps.
+  void commandInsideCallsFromThenOn(const Command& command, Stack stack);
+  void commandInsideStore(const Command& command, Stack stack, bool fromThenOn);
   /// Allocations while an engine is made: it works, refuses all commands, or there is none.
   void makingAnEngine(bool fromThenOn);
   /// Allocations while it is ended.
@@ -58,6 +62,7 @@ class Sweep {
   void watch(Run& run, bool inside);
   void carryOut(const Command& command, Run& run, const support::Bench::Around& around);
   Run runFailing(const Command& command, const support::AllocationPlan& plan, bool inside);
+  void loopInside(const Command& command, Stack stack, const std::string& where, const support::AllocationPlan& plan);
   std::string answerToException(const Command& command, Stack stack, const Run& failed);
   /// Runs `attempt` for each number from 1 on, until no allocation fails any more.
   void loop(const std::string& what, const std::function<std::string(std::size_t nth)>& attempt);

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "StoreMemory.h"
 #include "Sweep.h"
 
 namespace {
@@ -19,6 +20,7 @@ int run(int argc, char** argv) {
   CLI11_PARSE(app, argc, argv);
   if (every == 0) throw std::invalid_argument("--every: a number from 1 on is wanted");
 
+  proof::takeOverStoreMemory();
   proof::Sweep sweep(every);
   for (const bool fromThenOn : {false, true}) {
     sweep.makingAnEngine(fromThenOn);
@@ -29,14 +31,22 @@ int run(int argc, char** argv) {
       for (const bool fromThenOn : {false, true}) sweep.commandOutsideCalls(command, stack, fromThenOn);
     }
   }
-  const std::size_t failed = sweep.failed();
   const std::size_t runs = sweep.runs();
   for (const proof::Command& command : proof::everyCommand()) {
-    for (const proof::Stack stack : {proof::Stack::tv, proof::Stack::isp}) sweep.commandInsideCalls(command, stack);
+    for (const proof::Stack stack : {proof::Stack::tv, proof::Stack::isp}) {
+      sweep.commandInsideCalls(command, stack);
+      sweep.commandInsideCallsFromThenOn(command, stack);
+    }
   }
-  std::cout << "figure: allocations failed = " << failed << "\n"
-            << "figure: runs with failing allocations = " << runs << "\n"
-            << "figure: allocations failed inside calls = " << sweep.failed() - failed << "\n"
+  const std::size_t runsInside = sweep.runs() - runs;
+  for (const proof::Command& command : proof::everyCommand()) {
+    for (const proof::Stack stack : {proof::Stack::tv, proof::Stack::isp}) {
+      for (const bool fromThenOn : {false, true}) sweep.commandInsideStore(command, stack, fromThenOn);
+    }
+  }
+  std::cout << "figure: runs with failing allocations = " << runs << "\n"
+            << "figure: runs with failing allocations inside calls = " << runsInside << "\n"
+            << "figure: runs with failing allocations of the database = " << sweep.runs() - runs - runsInside << "\n"
             << "figure: deviations = " << sweep.deviations() << "\n";
   return sweep.deviations() == 0 ? 0 : 1;
 }

@@ -19,8 +19,8 @@ bool isHit(std::size_t size) {
   return planned.size != 0 ? size == planned.size : ++counted == planned.nth;
 }
 
-bool fails(std::size_t size, bool canDoWithout) {
-  if (!armed || !counting || !isHit(size)) return false;
+bool fails(Allocator allocator, std::size_t size, bool canDoWithout) {
+  if (!armed || !counting || allocator != planned.allocator || !isHit(size)) return false;
   ++failed;
   dispensable = canDoWithout;
   return true;
@@ -31,7 +31,7 @@ void* memoryOf(std::size_t size) {
 }
 
 void* allocate(std::size_t size) {
-  void* const memory = fails(size, false) ? nullptr : memoryOf(size);
+  void* const memory = fails(Allocator::cpp, size, false) ? nullptr : memoryOf(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
@@ -48,6 +48,10 @@ FailingAllocations::FailingAllocations(const AllocationPlan& plan) {
 
 FailingAllocations::~FailingAllocations() {
   armed = false;
+}
+
+bool failsNext(std::size_t size) {
+  return fails(Allocator::other, size, false);
 }
 
 std::size_t failedAllocations() {
@@ -72,7 +76,7 @@ void* operator new[](std::size_t size) {
 }
 // The library asks this way for room that it can do without, and gives it back like any other.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return support::fails(size, true) ? nullptr : support::memoryOf(size);
+  return support::fails(support::Allocator::cpp, size, true) ? nullptr : support::memoryOf(size);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);

@@ -8,6 +8,7 @@
 #include "Window/Src/Commands.h"
 #include "framework/Host.h"
 #include "framework/Log.h"
+#include "set/Keeping.h"
 
 namespace support {
 
@@ -163,6 +164,10 @@ std::string Bench::unhealthy() {
            std::to_string(question.answer);
   }
   return {};
+}
+
+bool Bench::isKept() {
+  return virtualtv::keptOf(tv_->state()) == storage_->parts().state.all();
 }
 
 std::string undocumented(const std::string& command, const Outcome& outcome) {

@@ -67,6 +67,9 @@ class Bench {
   /// replies against it. @return what is wrong; empty when all is well.
   std::string unhealthy();
 
+  /// Whether the set is what its storage keeps.
+  bool isKept();
+
  private:
   std::optional<virtualtv::Storage> storage_;
   std::optional<virtualtv::Tv> tv_;
