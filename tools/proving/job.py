@@ -49,7 +49,7 @@ def at_least(name, least, measured, unit=""):
 
 
 def at_most(name, most, measured):
-    return Figure(name, str(most), shown(measured), measured is not None and measured <= most)
+    return Figure(name, f"at most {most}" if most else "0", shown(measured), measured is not None and measured <= most)
 
 
 def added(parts, name):
