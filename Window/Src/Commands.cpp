@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
+#include "CommandIndex.h"
 #include "Log.h"
 
 namespace kel {
@@ -446,17 +448,17 @@ constexpr Command kCommands[] = {
     // clang-format on
 };
 
+constexpr CommandIndex<std::size(kCommands)> kIndex(kCommands);
+
 }  // namespace
 
 const Command* FindCommand(std::string_view name) {
-  for (const Command& command : kCommands) {
-    if (command.name == name) return &command;
-  }
-  return nullptr;
+  const std::size_t row = kIndex.Find(name);
+  return row < std::size(kCommands) && kCommands[row].name == name ? &kCommands[row] : nullptr;
 }
 
 const Command* CommandTable(std::size_t& count) {
-  count = sizeof kCommands / sizeof *kCommands;
+  count = std::size(kCommands);
   return kCommands;
 }
 

@@ -346,6 +346,7 @@ bool CEmpTaskWindow::t_GetAppId(const char* function, std::string& appId) {
 void CEmpTaskWindow::t_ClearChannelList() {
   for (TCServiceData* service : m_ChannelList) delete service;
   m_ChannelList.clear();
+  m_ChannelIndex.clear();
 }
 
 }  // namespace kel

@@ -29,9 +29,8 @@ void LogFound(const TCServiceData& service) {
 
 int CEmpTaskWindow::t_GetChannelSeek(int index, TCServiceData** out) {
   if (index < 0 || static_cast<std::size_t>(index) >= m_ChannelList.size()) return 0;
-  auto found = m_ChannelList.begin();
-  std::advance(found, index);
-  *out = *found;
+  if (m_ChannelIndex.size() != m_ChannelList.size()) m_ChannelIndex.assign(m_ChannelList.begin(), m_ChannelList.end());
+  *out = m_ChannelIndex[static_cast<std::size_t>(index)];
   return 1;
 }
 

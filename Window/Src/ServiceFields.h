@@ -28,11 +28,16 @@ inline unsigned long long ReadServiceId(const TCServiceData& service) {
   return ReadField(service, TCServiceData::SERVICE_ID, kNoServiceId);
 }
 
-/// The units of a text as stored (big-endian), however many they are.
-inline std::vector<unsigned short> ReadText(const TCServiceData& service, int fieldId) {
+/// Makes `units` those of a text as stored (big-endian), however many they are.
+inline void ReadText(const TCServiceData& service, int fieldId, std::vector<unsigned short>& units) {
   const int length = service.GetLength(fieldId);
-  std::vector<unsigned short> units(length > 0 ? static_cast<std::size_t>(length) : 0);
+  units.assign(length > 0 ? static_cast<std::size_t>(length) : 0, 0);
   if (!units.empty()) service.Get(fieldId, units.data());
+}
+
+inline std::vector<unsigned short> ReadText(const TCServiceData& service, int fieldId) {
+  std::vector<unsigned short> units;
+  ReadText(service, fieldId, units);
   return units;
 }
 

@@ -11,29 +11,47 @@ namespace kel {
 
 namespace {
 
-void Convert(const char* function, const char* encoding, char* out, std::size_t room, const char* in,
-             std::size_t inBytes) {
-  const iconv_t converter = iconv_open(encoding, "UCS-2BE");
-  if (converter == iconv_t(-1)) {  // NOLINT: the type is the C library's
-    KEL_LOG_AS(function, kInformation, "Iconv open failed");
-    return;
+/// A converter of UCS-2 text, opened when it is first used and kept open.
+class Converter {
+ public:
+  explicit Converter(const char* encoding) : m_encoding(encoding) {}
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+  ~Converter() {
+    if (IsOpen()) iconv_close(m_converter);
   }
-  char* from = const_cast<char*>(in);  // NOLINT: iconv only reads it
-  if (iconv(converter, &from, &inBytes, &out, &room) == static_cast<std::size_t>(-1)) {
-    const int error = errno;  // the logger may change it
-    KEL_LOG_AS(function, kInformation, "iconv failed: %d", error);
+
+  void Convert(const char* function, char* out, std::size_t room, const char* in, std::size_t inBytes) {
+    if (!IsOpen()) m_converter = iconv_open(m_encoding, "UCS-2BE");
+    if (!IsOpen()) {
+      KEL_LOG_AS(function, kInformation, "Iconv open failed");
+      return;
+    }
+    iconv(m_converter, nullptr, nullptr, nullptr, nullptr);  // a text knows nothing of the one before
+    char* from = const_cast<char*>(in);                      // NOLINT: iconv only reads it
+    if (iconv(m_converter, &from, &inBytes, &out, &room) == static_cast<std::size_t>(-1)) {
+      const int error = errno;  // the logger may change it
+      KEL_LOG_AS(function, kInformation, "iconv failed: %d", error);
+    }
   }
-  iconv_close(converter);
-}
+
+ private:
+  bool IsOpen() const { return m_converter != iconv_t(-1); }  // NOLINT: the type is the C library's
+
+  const char* m_encoding;
+  iconv_t m_converter = iconv_t(-1);  // NOLINT
+};
 
 }  // namespace
 
 void ucs2utf16(char* out, const char* in, std::size_t inBytes) {
-  Convert(__func__, "UTF-16", out, kUtf16Room, in, inBytes);
+  thread_local Converter converter("UTF-16");
+  converter.Convert(__func__, out, kUtf16Room, in, inBytes);
 }
 
 void ucs2utf8(char* out, const char* in, std::size_t inBytes) {
-  Convert(__func__, "UTF-8", out, kUtf8Room, in, inBytes);
+  thread_local Converter converter("UTF-8");
+  converter.Convert(__func__, out, kUtf8Room, in, inBytes);
 }
 
 }  // namespace kel

@@ -2,6 +2,7 @@
 
 #include <list>
 #include <string>
+#include <vector>
 
 #include "EmpConverterWindow.h"
 #include "tvservice/TCCriteriaHelper.h"
@@ -386,6 +387,8 @@ class CEmpTaskWindow {
   int t_eWindow;                            ///< the window driven: 0 main, anything else picture-in-picture
 
  private:
+  std::vector<TCServiceData*> m_ChannelIndex;  ///< the found-channel list by index; made when one is asked for
+
   struct FieldQuery;
 
   // EmpTaskWindow

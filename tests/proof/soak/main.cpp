@@ -97,7 +97,7 @@ class Soak {
   std::uint64_t seed_;
   std::mt19937_64 random_;
   virtualtv::test::TemporaryDirectory state_;
-  support::Bench bench_{state_.path()};
+  support::Bench bench_{{}, state_.path()};
 };
 
 /// A share of the days, which come again in the same order in each round: whatever is kept for good, as questions that

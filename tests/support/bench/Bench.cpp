@@ -53,20 +53,16 @@ std::string Outcome::shown() const {
   return accepted ? text : "refused " + text;
 }
 
-Bench::Bench(std::vector<virtualtv::Service> services) : services_(std::move(services)) {
-  storage_.emplace();
-  start();
-}
-
-Bench::Bench(const std::filesystem::path& directory) {
-  storage_.emplace(directory);
-  start();
-}
-
-void Bench::start() {
+Bench::Bench(std::vector<virtualtv::Service> services, const std::filesystem::path& directory)
+    : services_(std::move(services)) {
   Seam::instance().reset();
   virtualtv::framework::setLogLevel(3);
   virtualtv::framework::setLogListener([](const virtualtv::framework::LogLine&) {});
+  if (directory.empty()) {
+    storage_.emplace();
+  } else {
+    storage_.emplace(directory);
+  }
   tv_.emplace(*storage_);
   app_.emplace();
   furnish();

@@ -31,10 +31,9 @@ struct Outcome {
 
 class Bench {
  public:
-  /// A set in memory. @param services  those of the set; the embedded ones when there are none.
-  explicit Bench(std::vector<virtualtv::Service> services = {});
-  /// A set on a state directory.
-  explicit Bench(const std::filesystem::path& directory);
+  /// @param services  those of the set; the embedded ones when there are none.
+  /// @param directory  where it keeps them; in memory when it is empty.
+  explicit Bench(std::vector<virtualtv::Service> services = {}, const std::filesystem::path& directory = {});
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
   ~Bench();
@@ -46,6 +45,7 @@ class Bench {
 
   virtualtv::Tv& tv() { return *tv_; }
   kel::CEmpAppWindow& app() { return *app_; }
+  virtualtv::Storage& storage() { return *storage_; }
 
   /// Opens the engine that commands go to. @return false when it can't be made.
   bool open();
@@ -79,7 +79,6 @@ class Bench {
   std::vector<virtualtv::Service> services_;
   bool servicesChanged_ = false;
 
-  void start();
   void furnish();
   Outcome run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around);
 };

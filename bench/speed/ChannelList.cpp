@@ -1,0 +1,57 @@
+// The full channel list: whole, against the JSON library's writer alone and against the plain way to write the code;
+// and the cost of a service in a long and in a short one.
+#include <benchmark/benchmark.h>
+#include <json/json.h>
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+
+#include "support/Television.h"
+#include "support/Tree.h"
+#include "PlainList.h"
+#include "framework/Reply.h"
+
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace {
+
+constexpr const char* command = "GetFullChannelList";
+constexpr std::size_t many = 10'000;
+
+void whole(benchmark::State& state) {
+  const auto services = static_cast<std::size_t>(state.range(0));
+  bench::Television& television = bench::Television::with(services);
+  const std::string name = command;
+  for (auto _ : state) benchmark::DoNotOptimize(television.execute(name));
+  state.SetItemsProcessed(static_cast<std::int64_t>(services) * state.iterations());
+}
+
+std::string answered() {
+  const auto reply = virtualtv::framework::decode(bench::Television::with(many).execute(command));
+  if (!reply || reply->kind != virtualtv::framework::Reply::Kind::ascii) throw std::runtime_error("there is no list");
+  return reply->text;
+}
+
+void writer(benchmark::State& state) {
+  const std::string text = answered();
+  const Json::Value tree = bench::channelTree(text);
+  if (Json::StyledWriter().write(tree) != text) throw std::runtime_error("the writer writes something else");
+  for (auto _ : state) benchmark::DoNotOptimize(Json::StyledWriter().write(tree));
+}
+
+void plain(benchmark::State& state) {
+  using virtualtv::framework::Reply;
+  if (bench::plainChannelList() != answered()) throw std::runtime_error("the plain way writes something else");
+  std::string reply;
+  for (auto _ : state) {
+    reply = virtualtv::framework::encode({Reply::Kind::ascii, 0, bench::plainChannelList(), {}});
+    benchmark::DoNotOptimize(reply);
+  }
+}
+
+BENCHMARK(whole)->Arg(many)->Arg(100)->Arg(100'000)->Name("list")->Unit(benchmark::kMillisecond);
+BENCHMARK(writer)->Unit(benchmark::kMillisecond);
+BENCHMARK(plain)->Unit(benchmark::kMillisecond);
+
+}  // namespace

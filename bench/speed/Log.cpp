@@ -1,0 +1,25 @@
+// A message that nobody asked for, against one that is formatted. Both are the two calls that every message is.
+#include "Window/Src/Log.h"
+
+#include <benchmark/benchmark.h>
+
+#include "framework/Log.h"
+
+namespace {
+
+void message(benchmark::State& state, int level) {
+  using virtualtv::framework::LogLine;
+  virtualtv::framework::setLogLevel(level);
+  virtualtv::framework::setLogListener([](const LogLine& line) { benchmark::DoNotOptimize(&line); });
+  int index = 0;
+  for (auto _ : state) {
+    KEL_LOG(kel::kInformation, "[CEmpTaskWindow::%s][Idx:%d] call end. Success.", __func__, index++);
+  }
+  virtualtv::framework::setLogListener({});
+  virtualtv::framework::setLogLevel(-1);
+}
+
+BENCHMARK_CAPTURE(message, filtered, -1);
+BENCHMARK_CAPTURE(message, formatted, kel::kInformation);
+
+}  // namespace

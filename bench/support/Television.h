@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "kel/CEmpEngineBase.h"
+#include "set/Tv.h"
+#include "support/bench/Bench.h"
+
+struct sqlite3;
+
+namespace bench {
+
+/// Made-up services, alike in size: names, numbers and frequencies as a cable network's list has them.
+std::vector<virtualtv::Service> services(std::size_t count);
+
+/// A set with so many services and an engine on it; nothing is logged, recorded or made to fail.
+class Television {
+ public:
+  /// @param directory  where it keeps them; in memory when it is empty.
+  explicit Television(std::size_t services, const std::filesystem::path& directory = {});
+
+  /// The set in memory with so many services. There is one at a time: asked for another number, it makes that in its place.
+  static Television& with(std::size_t services);
+  /// Switches that set off, for one that is made in another way.
+  static void drop();
+
+  virtualtv::Tv& tv() { return bench_.tv(); }
+  /// The database of the services.
+  sqlite3* database();
+
+  /// Runs a command as the framework does once it has found the engine. @return the reply, as the framework has it;
+  /// valid until the next command.
+  const std::string& execute(const std::string& command, const std::string& first = {}, const std::string& second = {});
+
+  /// Gives the memory of the last reply back.
+  void forgetReply() { std::string().swap(reply_); }
+
+  /// Runs a command and throws where it is not answered with this number.
+  void require(int answer, const std::string& command, const std::string& first = {}, const std::string& second = {});
+
+  /// How many calls a command makes to the set.
+  std::size_t callsOf(const std::string& command);
+
+ private:
+  support::Bench bench_;
+  kel::CEmpEngineBase* engine_ = nullptr;
+  std::string reply_;
+};
+
+}  // namespace bench

@@ -1,0 +1,23 @@
+"""Instructions of commands, as valgrind's callgrind counts them: the same each time, whatever else the machine does."""
+
+import re
+
+DUMP = re.compile(r"^desc: Trigger: Client Request: (?P<label>.*)$", re.MULTILINE)
+TOTALS = re.compile(r"^(?:totals|summary): (?P<count>\d+)$", re.MULTILINE)
+MOST_MORE = 3  # percent
+# The C library's choice of string functions is that of the simplest processor, so that counts are those of any machine.
+PLAIN = "glibc.cpu.hwcaps=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI1,-BMI2,-ERMS,-EVEX,-LZCNT,-MOVBE,-POPCNT,-SSE4_1,-SSE4_2,-SSSE3"
+
+
+def count(job, program):
+    """The instructions of one run of each command that `program` runs, in their order, by label."""
+    runs = dict(line.split("\t") for line in job.run(
+        ["valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={job.scratch / 'counts'}", program],
+        env={"GLIBC_TUNABLES": PLAIN, "LC_ALL": "C"}).splitlines())
+    counts = {}
+    for dump in job.scratch.glob("counts*"):
+        text = dump.read_text(encoding="utf-8")
+        if label := DUMP.search(text):
+            counts[label["label"]] = int(TOTALS.search(text)["count"])
+        dump.unlink()
+    return {label: counts[label] / int(times) for label, times in runs.items()}

@@ -1,0 +1,16 @@
+"""What the document of a full channel list takes in memory."""
+
+
+def measure(job, program):
+    """Figures by name, as (number, name, reference, subject, reference, ratio, target); a figure without a reference has
+    none and is its own ratio."""
+    found = job.figures(job.run([program]))
+    live, smallest = found["live bytes a service"], found["live bytes a service in the smallest tree"]
+    least, peak = smallest + found["bytes of text a service"], found["peak bytes a service"]
+    return [
+        ("7", "allocations a service in GetFullChannelList", "", None, None, found["allocations a service"], 13.1),
+        ("7", "bytes a service in the document's tree", "the smallest tree that the library can hold",
+         f"{live:.0f}", f"{smallest:.0f}", live / smallest, 1.05),
+        ("14", "peak bytes a service in GetFullChannelList of 100,000", "tree and text alone",
+         f"{peak:.0f}", f"{least:.0f}", peak / least, 1.3),
+    ]

@@ -1,0 +1,77 @@
+"""Times as ratios: a figure and its reference run in turns in one process, medians of their repetitions."""
+
+import json
+from dataclasses import dataclass, field
+
+REPETITIONS = 11
+SECONDS = 0.2  # that a repetition lasts at least, where a run is not longer
+
+
+@dataclass(frozen=True)
+class Ratio:
+    """A figure by what it measures, what it is held against, the benchmarks of both, and the most that their ratio may
+    be. `per` divides the times, for benchmarks that do different amounts of work."""
+
+    number: str
+    name: str
+    reference: str
+    pairs: list  # of benchmarks; of several pairs the worst counts
+    target: float
+    per: tuple = field(default=(1, 1))
+
+
+QUERIES = ["Major", "Minor", "Name", "OriginNetID", "ProgramNumber", "PTC", "ServiceName", "TransportStreamID", "Type",
+           "ServiceId"]
+
+RATIOS = [
+    Ratio("1", "finding the row of a name", "`std::unordered_map`", [("row/known", "map/known")], 0.5),
+    Ratio("1", "finding that a name has no row", "`std::unordered_map`", [("row/unknown", "map/unknown")], 0.3),
+    Ratio("2", "a whole command that makes one call to the set", "the call through a JSON-RPC dispatcher",
+          [("execute", "jsonRpc")], 1 / 40),
+    Ratio("3", "a message that is filtered", "one that is formatted", [("message/filtered", "message/formatted")], 0.03),
+    Ratio("4", "GetFullChannelList of 10,000 services", "the JSON library's writer alone", [("list/10000", "writer")], 2.0),
+    Ratio("5", "GetFullChannelList of 10,000 services", "the plain way to write it", [("list/10000", "plain")], 0.55),
+    Ratio("6", "a service of 100,000 in GetFullChannelList", "a service of 100", [("list/100000", "list/100")], 1.5,
+          per=(100_000, 100)),
+    Ratio("8", "the conversion of a name", "with a converter opened and closed",
+          [("convert/kept", "convert/opened")], 0.35),
+    Ratio("9", "FindChannel over 10,000 services", "stepping through the bare statement",
+          [("findChannel", "statement")], 1.3),
+    Ratio("10", "a field query at index 99,999, the slowest of ten", "at index 0",
+          [(f"field/{query}/99999", f"field/{query}/0") for query in QUERIES], 1.2),
+    Ratio("11", "a switch of the source and back, all keys written", "as many writes of the store alone",
+          [("tune/real_time", "store/real_time")], 1.2),
+    Ratio("12", "start of a process to its first reply", "`sqlite3 FILE 'select 1'`",
+          [("exec/real_time", "sqlite/real_time")], 3.0),
+]
+
+UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
+
+
+def medians(job, program, names):
+    """The median time of each benchmark, in seconds, from one run in which they take turns."""
+    said = job.run([program, f"--benchmark_filter=^({'|'.join(names)})$", f"--benchmark_repetitions={REPETITIONS}",
+                    f"--benchmark_min_time={SECONDS}", "--benchmark_enable_random_interleaving=true",
+                    "--benchmark_report_aggregates_only=true", "--benchmark_format=json"])
+    found = {}
+    for run in json.loads(said)["benchmarks"]:
+        if run.get("aggregate_name") == "median":
+            time = run["real_time" if run["run_name"].endswith("/real_time") else "cpu_time"]
+            found[run["run_name"]] = time * UNITS[run["time_unit"]]
+    return found
+
+
+def measure(job, program, ratio):
+    """The medians of the pair whose ratio is highest, and that ratio."""
+    times = medians(job, program, sorted({name for pair in ratio.pairs for name in pair}))
+    subject, reference = max(((times[one] / ratio.per[0], times[other] / ratio.per[1]) for one, other in ratio.pairs),
+                             key=lambda pair: pair[0] / pair[1])
+    return subject, reference, subject / reference
+
+
+def shown(seconds):
+    """A time in the unit that suits it."""
+    for unit, size in (("s", 1.0), ("ms", 1e-3), ("us", 1e-6)):
+        if seconds >= size:
+            return f"{seconds / size:.3g} {unit}"
+    return f"{seconds / 1e-9:.3g} ns"
