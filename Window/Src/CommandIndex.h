@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string_view>
 
 // Finding a command's row by its name without looking at the others. Used by the command table.
@@ -10,53 +12,80 @@
 namespace kel {
 
 /// A hash table of names without collisions, made by the compiler: it tries multipliers until no two names share a slot.
-/// A name is hashed by its length, its first and its last eight bytes.
+/// A name is hashed by its first and its last eight bytes, and compared in words of eight. No loop and no branch depends
+/// on its length, save for names shorter than that: with names in any order, guessing these wrong would be what a lookup
+/// spends most of its time on.
 template <std::size_t kNames>
 class CommandIndex {
  public:
   /// @param rows  a table with a `name` in each row. Of rows with the same name the first one counts.
   template <typename Row>
   constexpr explicit CommandIndex(const Row (&rows)[kNames]) {
-    while (!Fill(rows)) m_multiplier += 2;
+    for (std::size_t row = 0; row < kNames; ++row) {
+      m_names[row] = rows[row].name;
+      if (m_names[row].size() > kWord * kWords) throw std::length_error("a name has more words than are compared");
+    }
+    while (!Fill()) m_multiplier += 2;
   }
 
-  /// The number of the only row that may have this name; `kNames` when there is none.
-  constexpr std::size_t Find(std::string_view name) const { return m_slots[Slot(name)]; }
+  /// The number of the row of this name; `kNames` when there is none.
+  constexpr std::size_t Find(std::string_view name) const {
+    const std::size_t row = m_slots[Slot(name)];
+    return row != kNames && Equal(m_names[row], name) ? row : kNames;
+  }
 
  private:
   static constexpr unsigned kBits = 10;  // a slot in fourteen is taken, so that most names that no row has meet none
   static constexpr std::size_t kWord = 8;
+  static constexpr std::size_t kWords = 5;  // of the longest name
   static_assert(kNames < 255, "the numbers of rows are kept in a byte");
 
-  static constexpr std::uint64_t Word(std::string_view name, std::size_t from, std::size_t length) {
+  static constexpr std::uint64_t Word(const char* at) {
+    const auto byte = [at](unsigned number) {
+      return std::uint64_t{static_cast<unsigned char>(at[number])} << (8 * number);
+    };
+    return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
+  }
+
+  /// A name that is shorter than a word.
+  static constexpr std::uint64_t ShortWord(std::string_view name) {
     std::uint64_t word = 0;
-    for (std::size_t at = 0; at < length; ++at) {
-      word |= std::uint64_t{static_cast<unsigned char>(name[from + at])} << (8 * at);
-    }
+    for (const char byte : name) word = word << 8 | static_cast<unsigned char>(byte);
     return word;
   }
 
   constexpr std::size_t Slot(std::string_view name) const {
-    constexpr std::uint64_t spread = 0x9E3779B97F4A7C15;  // 2 to the 64th by the golden ratio
     const bool isShort = name.size() < kWord;
-    const std::uint64_t first = isShort ? Word(name, 0, name.size()) : Word(name, 0, kWord);
-    const std::uint64_t last = isShort ? 0 : Word(name, name.size() - kWord, kWord);
-    return static_cast<std::size_t>(((first ^ name.size()) * spread + last) * m_multiplier >> (64 - kBits));
+    const std::uint64_t first = isShort ? ShortWord(name) : Word(name.data());
+    const std::uint64_t last = isShort ? 0 : Word(name.data() + name.size() - kWord);
+    return static_cast<std::size_t>((first ^ (last << 1 | last >> 63)) * m_multiplier >> (64 - kBits));
+  }
+
+  /// True for the same names, of which the first is a row's. Words of it that would reach behind its end lie at its end.
+  static constexpr bool Equal(std::string_view own, std::string_view name) {
+    if (own.size() != name.size()) return false;
+    if (own.size() < kWord) return own == name;
+    std::uint64_t differences = 0;
+    for (std::size_t word = 0; word < kWords; ++word) {
+      const std::size_t at = std::min(word * kWord, own.size() - kWord);
+      differences |= Word(own.data() + at) ^ Word(name.data() + at);
+    }
+    return differences == 0;
   }
 
   /// Puts all names into their slots. @return false when two different ones meet.
-  template <typename Row>
-  constexpr bool Fill(const Row (&rows)[kNames]) {
+  constexpr bool Fill() {
     for (unsigned char& slot : m_slots) slot = kNames;
     for (std::size_t row = 0; row < kNames; ++row) {
-      unsigned char& slot = m_slots[Slot(rows[row].name)];
-      if (slot != kNames && rows[slot].name != rows[row].name) return false;
+      unsigned char& slot = m_slots[Slot(m_names[row])];
+      if (slot != kNames && m_names[slot] != m_names[row]) return false;
       if (slot == kNames) slot = static_cast<unsigned char>(row);
     }
     return true;
   }
 
   std::uint64_t m_multiplier = 0xD6E8FEB86659FD93;  // odd, otherwise any
+  std::array<std::string_view, kNames> m_names{};
   std::array<unsigned char, std::size_t{1} << kBits> m_slots{};
 };
 

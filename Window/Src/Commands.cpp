@@ -454,7 +454,7 @@ constexpr CommandIndex<std::size(kCommands)> kIndex(kCommands);
 
 const Command* FindCommand(std::string_view name) {
   const std::size_t row = kIndex.Find(name);
-  return row < std::size(kCommands) && kCommands[row].name == name ? &kCommands[row] : nullptr;
+  return row < std::size(kCommands) ? &kCommands[row] : nullptr;
 }
 
 const Command* CommandTable(std::size_t& count) {

@@ -68,7 +68,8 @@ void field(benchmark::State& state, const std::string& query) {
   bench::Television& television = bench::Television::with(most);
   find(television);
   const std::string index = std::to_string(state.range(0));
-  if (television.execute(query, index) == television.execute(query, "-1")) {
+  const std::string reply = television.execute(query, index);
+  if (reply == television.execute(query, "-1")) {
     throw std::runtime_error(query + " does not find " + index);
   }
   for (auto _ : state) benchmark::DoNotOptimize(television.execute(query, index));

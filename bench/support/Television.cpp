@@ -8,6 +8,7 @@
 #include "framework/Log.h"
 #include "framework/Reply.h"
 #include "seam/Seam.h"
+#include "services/ChannelType.h"
 #include "set/Keeping.h"
 #include "tvservice/TVServiceTypes.h"
 
@@ -32,7 +33,7 @@ virtualtv::Service service(std::size_t number) {
                      {S::ORIGINAL_NETWORK_ID, 8442},
                      {S::PROGRAM_NUMBER, number % 65'000 + 1},
                      {S::TRANSPORT_STREAM_ID, channel % 65'000 + 1},
-                     {S::CHANNEL_TYPE, 2},
+                     {S::CHANNEL_TYPE, virtualtv::CHANNEL_TELEVISION},
                      {S::PTC, channel % 130 + 2},
                      {S::MODULATION, 8},
                      {S::SOURCE_ID, number % 65'000 + 1},
@@ -40,7 +41,7 @@ virtualtv::Service service(std::size_t number) {
                      {S::MAJOR, number / 60'000 + 1},
                      {S::MINOR, number % 60'000 + 1},
                      {S::LOCK, 0},
-                     {S::ANTENNA_MODE, ANTENNA_CABLE}};
+                     {S::ANTENNA_MODE, ANTENNA_TERRESTRIAL}};
   const std::string digits = std::to_string(1'000'000 + number);
   service.texts[S::CHANNEL_NAME] = u"Made-up " + std::u16string(digits.begin(), digits.end());
   return service;

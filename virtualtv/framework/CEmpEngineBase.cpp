@@ -8,8 +8,7 @@
 
 namespace kel {
 
-using virtualtv::framework::encode;
-using virtualtv::framework::Reply;
+using namespace virtualtv::framework;
 using namespace virtualtv::seam;
 
 CEmpEngineBase::CEmpEngineBase() = default;
@@ -32,21 +31,21 @@ std::string CEmpEngineBase::GetAppInfo(eAPP_INFO_TYPE type) {
 }
 
 void CEmpEngineBase::SetReturnValueInteger(std::string& ret, int value) {
-  ret = encode({Reply::Kind::integer, value, {}, {}});
+  encodeInteger(ret, value);
 }
 
 void CEmpEngineBase::SetReturnValueASCII(std::string& ret, const char* text) {
-  ret = encode({Reply::Kind::ascii, 0, text == nullptr ? "" : text, {}});
+  encodeAscii(ret, text == nullptr ? "" : text);
 }
 
 void CEmpEngineBase::SetReturnValueASCII(std::string& ret, std::string& text) {
-  ret = encode({Reply::Kind::ascii, 0, text, {}});
+  encodeAscii(ret, text);
 }
 
 void CEmpEngineBase::SetReturnValueUNICODE(std::string& ret, unsigned short* text) {
-  Reply reply{Reply::Kind::unicode, 0, {}, {}};
-  for (; text != nullptr && *text != 0; ++text) reply.units += static_cast<char16_t>(*text);
-  ret = encode(reply);
+  std::u16string units;
+  for (; text != nullptr && *text != 0; ++text) units += static_cast<char16_t>(*text);
+  encodeUnicode(ret, units);
 }
 
 }  // namespace kel

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <charconv>
-#include <cstring>
+#include <limits>
 
 #include "text/Units.h"
 
@@ -15,16 +15,6 @@ namespace {
 constexpr std::string_view integerMark = "i:";
 constexpr std::string_view asciiMark = "a:";
 constexpr std::string_view unicodeMark = "u:";
-
-std::string bytesOf(std::u16string_view units) {
-  std::string bytes;
-  bytes.reserve(units.size() * 2);
-  for (const char16_t unit : units) {
-    bytes += static_cast<char>(unit >> 8U);
-    bytes += static_cast<char>(unit & 0xFFU);
-  }
-  return bytes;
-}
 
 std::u16string unitsOf(std::string_view bytes) {
   std::u16string units;
@@ -78,16 +68,39 @@ std::string showAscii(const std::string& text) {
 
 }  // namespace
 
+void encodeInteger(std::string& encoded, int number) {
+  std::array<char, std::numeric_limits<int>::digits10 + 2> digits;  // and a sign
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  encoded.assign(integerMark).append(digits.data(), end);
+}
+
+void encodeAscii(std::string& encoded, std::string_view text) {
+  encoded.assign(asciiMark).append(text);
+}
+
+void encodeUnicode(std::string& encoded, std::u16string_view units) {
+  encoded.assign(unicodeMark);
+  encoded.reserve(encoded.size() + units.size() * 2);
+  for (const char16_t unit : units) {
+    encoded += static_cast<char>(unit >> 8U);
+    encoded += static_cast<char>(unit & 0xFFU);
+  }
+}
+
 std::string encode(const Reply& reply) {
+  std::string encoded;
   switch (reply.kind) {
     case Reply::Kind::integer:
-      return std::string(integerMark) + std::to_string(reply.number);
+      encodeInteger(encoded, reply.number);
+      break;
     case Reply::Kind::ascii:
-      return std::string(asciiMark) + reply.text;
+      encodeAscii(encoded, reply.text);
+      break;
     case Reply::Kind::unicode:
+      encodeUnicode(encoded, reply.units);
       break;
   }
-  return std::string(unicodeMark) + bytesOf(reply.units);
+  return encoded;
 }
 
 std::optional<Reply> decode(std::string_view encoded) {

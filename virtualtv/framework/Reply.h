@@ -19,6 +19,11 @@ struct Reply {
 
 std::string encode(const Reply& reply);
 
+/// The same for one kind of reply, in place of what `encoded` holds, whose memory is used again.
+void encodeInteger(std::string& encoded, int number);
+void encodeAscii(std::string& encoded, std::string_view text);
+void encodeUnicode(std::string& encoded, std::u16string_view units);
+
 /// Nothing when `encoded` holds no reply (a return string that nobody wrote).
 std::optional<Reply> decode(std::string_view encoded);
 
