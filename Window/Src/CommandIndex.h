@@ -11,10 +11,10 @@
 
 namespace kel {
 
-/// A hash table of names without collisions, made by the compiler: it tries multipliers until no two names share a slot.
-/// A name is hashed by its first and its last eight bytes, and compared in words of eight. No loop and no branch depends
-/// on its length, save for names shorter than that: with names in any order, guessing these wrong would be what a lookup
-/// spends most of its time on.
+/// A hash table of names without collisions, made by the compiler: it tries multipliers until no two names share a
+/// slot. A name is hashed by its first and its last eight bytes, and compared in words of eight. No loop and no branch
+/// depends on its length, save for names shorter than that: with names in any order, guessing these wrong would be what
+/// a lookup spends most of its time on.
 template <std::size_t kNames>
 class CommandIndex {
  public:
@@ -61,7 +61,8 @@ class CommandIndex {
     return static_cast<std::size_t>((first ^ (last << 1 | last >> 63)) * m_multiplier >> (64 - kBits));
   }
 
-  /// True for the same names, of which the first is a row's. Words of it that would reach behind its end lie at its end.
+  /// True for the same names, of which the first is a row's. Words of it that would reach behind its end lie at its
+  /// end.
   static constexpr bool Equal(std::string_view own, std::string_view name) {
     if (own.size() != name.size()) return false;
     if (own.size() < kWord) return own == name;

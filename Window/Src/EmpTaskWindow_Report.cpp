@@ -2,9 +2,12 @@
 // otherwise only the lookups. Documents are written by jsoncpp, which sorts their members by key.
 #include <json/json.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <memory>
+#include <vector>
 
 #include "Ask.h"
 #include "Criteria.h"
@@ -114,66 +117,120 @@ unsigned HostOrder(unsigned short unit) {
   return (unit & 0xFFU) << 8 | unit >> 8;
 }
 
-/// Writes the elements of the full channel list, and their log lines. An element is a copy of one that has all members
-/// already, under names that are not copied, and is filled in the order of these: that takes half the time of setting
-/// members by name, and the document's writer, too, finds what lies in order faster.
-class ChannelListWriter {
+/// The services of the full channel list as its document has them, out of their records.
+class ChannelList {
  public:
-  ChannelListWriter() {
-    for (const auto name : {"CHANNEL_NUMBER", "CHANNEL_TYPE", "FREQUENCY", "MAJOR", "MINOR", "ORIGINAL_NETWORK_ID",
-                            "PROGRAM_NUMBER", "SERVICE_ID", "SERVICE_NAME"}) {
-      m_empty[Json::StaticString(name)] = 0;
-    }
-  }
+  explicit ChannelList(std::size_t size) { m_channels.reserve(size); }
 
-  void Append(Json::Value& elements, const TCServiceData& service) {
+  /// Adds a service, and logs it.
+  void Add(const TCServiceData& service) {
     ReadText(service, S::CHANNEL_NAME, m_units);
     if (!m_units.empty()) {
       KEL_LOG_AS(function, kInformation, "len = %d, c_len=%d", static_cast<int>(m_units.size()),
                  static_cast<int>(m_units.size() * 2));
     }
     const Utf8 name(m_units);
-    const int major = ReadShort(service, S::MAJOR);
-    const int minor = ReadShort(service, S::MINOR);
-    const int type = ReadInt(service, S::CHANNEL_TYPE);
-    const int frequency = ReadInt(service, S::FREQUENCY);
-    const int number = ReadShort(service, S::PTC);
-    const int program = ReadField<unsigned char>(service, S::PROGRAM_NUMBER, 255);  // the format has its low byte only
-    const int network = ReadShort(service, S::ORIGINAL_NETWORK_ID);
+    Channel channel;
+    channel.major = ReadShort(service, S::MAJOR);
+    channel.minor = ReadShort(service, S::MINOR);
+    channel.type = ReadInt(service, S::CHANNEL_TYPE);
+    channel.frequency = ReadInt(service, S::FREQUENCY);
+    channel.number = ReadShort(service, S::PTC);
+    channel.program = ReadField<unsigned char>(service, S::PROGRAM_NUMBER, 255);  // the format has its low byte only
+    channel.network = ReadShort(service, S::ORIGINAL_NETWORK_ID);
     const unsigned long long serviceId = ReadServiceId(service);
     KEL_LOG_AS(function, kInformation,
                "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
                "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
-               serviceId, name.c_str(), major, minor, type, frequency, number, program, network);
-    Fill(elements.append(m_empty), number, type, frequency, major, minor, network, program,
-         IdText(serviceId).c_str(), name.c_str());
+               serviceId, name.c_str(), channel.major, channel.minor, channel.type, channel.frequency, channel.number,
+               channel.program, channel.network);
+    channel.serviceId = Keep(IdText(serviceId).c_str());
+    channel.name = Keep(name.c_str());
+    m_channels.push_back(channel);
+  }
+
+  /// The document. The writer gets it a stretch at a time, in a tree that is filled again for each: for thousands of
+  /// services a tree of all would be ten times as large as the text, and take longer to make and to drop than to write.
+  std::string Document() const {
+    Json::Value root;
+    root["ListName"] = "ChannelList";
+    Json::Value& elements = root["TCServiceData"] = Json::Value(Json::arrayValue);
+    const Json::Value empty = EmptyElement();
+    std::string document;
+    for (std::size_t from = 0; from < m_channels.size(); from += kStretch) {
+      const std::size_t count = std::min(kStretch, m_channels.size() - from);
+      while (elements.size() < count) elements.append(empty);
+      elements.resize(static_cast<Json::ArrayIndex>(count));
+      auto channel = m_channels.begin() + static_cast<std::ptrdiff_t>(from);
+      for (Json::Value& element : elements) Fill(element, *channel++);
+      Extend(document, WriteJson(root));
+    }
+    return document;
   }
 
  private:
   static constexpr const char* function = "GetFullChannelList";
+  static constexpr std::size_t kStretch = 64;
 
+  struct Channel {
+    int number, type, frequency, major, minor, network, program;
+    std::size_t serviceId, name;  ///< where they start among the texts
+  };
+
+  std::size_t Keep(const char* text) {
+    const std::size_t start = m_texts.size();
+    m_texts.append(text, std::strlen(text) + 1);
+    return start;
+  }
+
+  /// An element with all members, under names that are not copied.
+  static Json::Value EmptyElement() {
+    Json::Value empty(Json::objectValue);
+    for (const auto name : {"CHANNEL_NUMBER", "CHANNEL_TYPE", "FREQUENCY", "MAJOR", "MINOR", "ORIGINAL_NETWORK_ID",
+                            "PROGRAM_NUMBER", "SERVICE_ID", "SERVICE_NAME"}) {
+      empty[Json::StaticString(name)] = 0;
+    }
+    return empty;
+  }
+
+  void Fill(Json::Value& element, const Channel& channel) const {
+    FillInOrder(element, channel.number, channel.type, channel.frequency, channel.major, channel.minor, channel.network,
+                channel.program, Json::StaticString(&m_texts[channel.serviceId]),
+                Json::StaticString(&m_texts[channel.name]));
+  }
+
+  /// Sets the members of an object in the order of their names.
   template <typename... Values>
-  static void Fill(Json::Value& element, Values... values) {
-    auto member = element.begin();
+  static void FillInOrder(Json::Value& object, const Values&... values) {
+    auto member = object.begin();
     ((*member++ = values), ...);
   }
 
-  Json::Value m_empty{Json::objectValue};
+  /// Makes a document longer by the elements of another.
+  static void Extend(std::string& document, const std::string& further) {
+    if (document.empty()) {
+      document = further;
+      return;
+    }
+    const std::size_t end = document.rfind('}', document.rfind(']')) + 1;  // of its last element
+    document.replace(end, std::string::npos, further, further.find('['), std::string::npos);
+    document[end] = ',';
+  }
+
+  std::vector<Channel> m_channels;
+  std::string m_texts;                  ///< each with a zero behind it
   std::vector<unsigned short> m_units;  ///< of a name; kept to be filled again
 };
 
-/// Writes the document of a list, deleting each record once it is written.
+/// Writes the document of a list, deleting each record once it is read.
 std::string ChannelListText(std::list<TCServiceData*>& services) {
-  Json::Value root;
-  root["ListName"] = "ChannelList";
-  Json::Value& elements = root["TCServiceData"] = Json::arrayValue;
-  ChannelListWriter writer;
+  ChannelList list(services.size());
   while (!services.empty()) {
     const std::unique_ptr<TCServiceData> service(services.front());
     services.pop_front();
-    writer.Append(elements, *service);
+    list.Add(*service);
   }
-  return WriteJson(root);
+  return list.Document();
 }
 
 }  // namespace

@@ -13,7 +13,8 @@ struct sqlite3;
 
 namespace bench {
 
-/// Made-up services, alike in size: names, numbers and frequencies as lists of a broadcast have them; all in the list of TV mode 1.
+/// Made-up services, alike in size: names, numbers and frequencies as lists of a broadcast have them; all in the list
+/// of TV mode 1.
 std::vector<virtualtv::Service> services(std::size_t count);
 
 /// A set with so many services and an engine on it; nothing is logged, recorded or made to fail.
@@ -22,7 +23,8 @@ class Television {
   /// @param directory  where it keeps them; in memory when it is empty.
   explicit Television(std::size_t services, const std::filesystem::path& directory = {});
 
-  /// The set in memory with so many services. There is one at a time: asked for another number, it makes that in its place.
+  /// The set in memory with so many services. There is one at a time: asked for another number, it makes that in its
+  /// place.
   static Television& with(std::size_t services);
   /// Switches that set off, for one that is made in another way.
   static void drop();

@@ -43,7 +43,11 @@ iconv_t __wrap_iconv_open(const char* to, const char* from) {
 
 std::size_t __wrap_iconv(iconv_t converter, char** in, std::size_t* inLeft, char** out, std::size_t* outLeft) {
   if (watched == nullptr) return __real_iconv(converter, in, inLeft, out, outLeft);
-  watched->rooms.push_back(outLeft == nullptr ? 0 : *outLeft);
+  if (in == nullptr) {
+    ++watched->resets;
+    return __real_iconv(converter, in, inLeft, out, outLeft);
+  }
+  watched->rooms.push_back(*outLeft);
   if (watched->failConvert == 0) return __real_iconv(converter, in, inLeft, out, outLeft);
   errno = watched->failConvert;
   return static_cast<std::size_t>(-1);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <thread>
 #include <vector>
 
 /// The C library's text converter as the plug-in uses it. The test program is linked with `--wrap` for its functions,
@@ -12,6 +13,7 @@ namespace converter {
 struct Use {
   std::vector<std::string> opened;  ///< as in "UTF-8 from UCS-2BE", also when it failed
   std::vector<std::size_t> rooms;   ///< bytes of output offered, a conversion each
+  int resets = 0;                   ///< of a converter to its initial state
   int closed = 0;
 
   int failOpen = 0;     ///< `errno` of opening, 0 to let it succeed
@@ -28,5 +30,12 @@ class Watch {
 
   Use use;
 };
+
+/// Takes a step on a thread of its own: the plug-in keeps a thread's converters open until it ends, and has none there
+/// yet.
+template <typename Step>
+void onNewThread(Step step) {
+  std::thread(step).join();
+}
 
 }  // namespace converter

@@ -271,6 +271,25 @@ TEST_F(FindChannel, APositionGivesTheListsOwnRecord) {
   EXPECT_EQ(calls(), Lines{});
 }
 
+TEST_F(FindChannel, APositionGivesARecordOfTheListThatWasFoundLast) {
+  const auto expectOwnRecords = [this] {
+    int at = 0;
+    for (TCServiceData* record : worker.m_ChannelList) {
+      TCServiceData* got = nullptr;
+      EXPECT_EQ(worker.t_GetChannelSeek(at++, &got), 1);
+      EXPECT_EQ(got, record);
+    }
+    TCServiceData* none = nullptr;
+    EXPECT_EQ(worker.t_GetChannelSeek(at, &none), 0);
+  };
+  for (const auto type : {all, all, television, radio, all}) {  // as long as the one before, shorter, longer
+    ASSERT_EQ(worker.FindChannel(type, terrestrial), 1);
+    expectOwnRecords();
+  }
+  worker.Destroy();
+  expectOwnRecords();
+}
+
 TEST_F(FindChannel, APositionOutsideTheListLeavesTheOutputAsItWas) {
   TCServiceData mine;
   TCServiceData* got = &mine;

@@ -225,7 +225,7 @@ TEST_F(ChannelInfo, ANameEndsBeforeASurrogate) {
 TEST_F(ChannelInfo, ANameThatCanNotBeConvertedIsTheEmptyText) {
   converter::Watch watch;
   watch.use.failOpen = EMFILE;
-  EXPECT_EQ(parsed(infoOf(record(whole)))["channelName"], Json::Value(""));
+  converter::onNewThread([&] { EXPECT_EQ(parsed(infoOf(record(whole)))["channelName"], Json::Value("")); });
   EXPECT_EQ(logs(), Lines{"3 Iconv open failed"});
 }
 

@@ -12,6 +12,9 @@ namespace reports {
 /// The document as values; fails the test when the text is no JSON.
 Json::Value parsed(const std::string& text);
 
+/// A document as the JSON library writes it when it is given the whole.
+std::string written(const Json::Value& document);
+
 /// While it lives, the plug-in's writer of documents throws a std::runtime_error with the text "no document". The test
 /// program is linked with `--wrap` for it.
 class WriterFault {

@@ -230,7 +230,7 @@ TEST_F(FullChannelList, ANameThatCanNotBeConvertedIsTheEmptyTextAndTheNextIsItsO
             Json::Value(""));
   converter::Watch watch;
   watch.use.failOpen = EMFILE;
-  EXPECT_EQ(elementOf("{16=\"News\"}")["SERVICE_NAME"], Json::Value(""));
+  converter::onNewThread([&] { EXPECT_EQ(elementOf("{16=\"News\"}")["SERVICE_NAME"], Json::Value("")); });
 }
 
 TEST_F(FullChannelList, AttachedTextsAreNotMerged) {
@@ -326,6 +326,47 @@ TEST_F(FullChannelList, OfThePictureInPictureHasItsModeButAsksTheMainWindowsNavi
   ASSERT_EQ(asked.size(), 3U);
   EXPECT_EQ(asked[0].find("IServiceNavigation[pip#"), 0U);
   EXPECT_EQ(asked[2].find("IServiceNavigation[main#1]::GetServiceList"), 0U);
+}
+
+/// So many services, each with an id of its own and a name that looks like the document's own signs.
+std::string manyServices(int count) {
+  std::string records;
+  for (int id = 1; id <= count; ++id) {
+    records +=
+        (id == 1 ? "{12=" : ",{12=") + std::to_string(id) + R"(,13=5,16="]},[{ \u0022 )" + std::to_string(id) + "\"}";
+  }
+  return records;
+}
+
+TEST_F(FullChannelList, IsTheSameDocumentHoweverManyServicesThereAre) {
+  for (const int count : {1, 2, 63, 64, 65, 127, 128, 129, 300}) {
+    SCOPED_TRACE(count);
+    const std::string list = listOf(manyServices(count));
+    const Json::Value document = parsed(list);
+    EXPECT_EQ(reports::written(document), list);
+    const Json::Value& elements = document["TCServiceData"];
+    ASSERT_EQ(elements.size(), static_cast<Json::ArrayIndex>(count));
+    for (int id = 1; id <= count; ++id) {
+      const Json::Value& element = elements[id - 1];
+      EXPECT_EQ(element["SERVICE_ID"], Json::Value(std::to_string(id)));
+      EXPECT_EQ(element["SERVICE_NAME"], Json::Value("]},[{ \" " + std::to_string(id)));
+      EXPECT_EQ(element["MAJOR"], Json::Value(5));
+      EXPECT_EQ(element["MINOR"], Json::Value(65535));
+    }
+  }
+}
+
+TEST_F(FullChannelList, ThatIsLongAndCanNotBeWrittenHasLoggedAllItsServices) {
+  const reports::WriterFault fault;
+  std::string list = "as it was";
+  EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[" + manyServices(200) + "]",
+                  [&] { return worker.GetFullChannelList(list); }),
+            -1);
+  EXPECT_EQ(list, "as it was");
+  const Lines lines = logs();
+  ASSERT_EQ(lines.size(), 3 + 2 * 200 + 1U);
+  EXPECT_EQ(lines[lines.size() - 2].find("3 SERVICE_ID = 200,"), 0U);
+  EXPECT_EQ(lines.back(), reports::notWritten("GetFullChannelList"));
 }
 
 TEST_F(FullChannelList, ThatCanNotBeWrittenAnswersMinus1) {

@@ -156,31 +156,76 @@ TEST_F(TextTest, AFailedConversionTellsTheErrorAndKeepsTheOutput) {
     watch.use.failConvert = EBADF;
     EXPECT_EQ(convert(conversion, u"News"), "");
     EXPECT_EQ(logs(), Lines{failed(EBADF)});
+  }
+}
+
+TEST_F(TextTest, AConverterThatDoesNotOpenLeavesTheOutputUntouchedAndIsOpenedByTheNextCall) {
+  for (const Conversion& conversion : {toUtf16, toUtf8}) {
+    SCOPED_TRACE(conversion.name);
+    converter::Watch watch;
+    converter::onNewThread([&] {
+      watch.use.failOpen = EMFILE;
+      EXPECT_EQ(convert(conversion, u"News"), "");
+      EXPECT_EQ(logs(), Lines{"3 Iconv open failed"});
+      EXPECT_EQ(watch.use.rooms, std::vector<std::size_t>{});
+      watch.use.failOpen = 0;
+      EXPECT_NE(convert(conversion, u"News"), "");
+      EXPECT_EQ(logs(), Lines{});
+    });
+    EXPECT_EQ(watch.use.opened, Lines(2, conversion.opening));
     EXPECT_EQ(watch.use.closed, 1);
   }
 }
 
-TEST_F(TextTest, AConverterThatDoesNotOpenLeavesTheOutputUntouched) {
-  for (const Conversion& conversion : {toUtf16, toUtf8}) {
-    SCOPED_TRACE(conversion.name);
-    converter::Watch watch;
-    watch.use.failOpen = EMFILE;
-    EXPECT_EQ(convert(conversion, u"News"), "");
-    EXPECT_EQ(logs(), Lines{"3 Iconv open failed"});
-    EXPECT_EQ(watch.use.rooms, std::vector<std::size_t>{});
-    EXPECT_EQ(watch.use.closed, 0);
-  }
-}
-
-TEST_F(TextTest, EachCallConvertsOnceWithAConverterOfItsOwn) {
+TEST_F(TextTest, AThreadOpensAConverterOnceAndClosesItAtItsEnd) {
   for (const Conversion& conversion : {toUtf16, toUtf8}) {
     SCOPED_TRACE(conversion.name);
     const converter::Watch watch;
-    convert(conversion, u"News");
-    convert(conversion, u"Radio");
-    EXPECT_EQ(watch.use.opened, Lines(2, conversion.opening));
+    converter::onNewThread([&] {
+      convert(conversion, u"News");
+      convert(conversion, u"Radio");
+      EXPECT_EQ(watch.use.closed, 0);
+    });
+    EXPECT_EQ(watch.use.opened, Lines{conversion.opening});
     EXPECT_EQ(watch.use.rooms, std::vector<std::size_t>(2, conversion.room));
-    EXPECT_EQ(watch.use.closed, 2);
+    EXPECT_EQ(watch.use.resets, 2);
+    EXPECT_EQ(watch.use.closed, 1);
+  }
+}
+
+TEST_F(TextTest, ATextIsConvertedAsIfThereHadBeenNoneBefore) {
+  const std::vector<std::pair<std::string, int>> texts{{"", 0},
+                                                       {bigEndian(u"News"), 0},
+                                                       {bigEndian(u"ab\xD800zz"), EILSEQ},
+                                                       {bigEndian(u"\xDC00"), EILSEQ},
+                                                       {bigEndian(std::u16string(2000, u'日')), E2BIG},
+                                                       {bigEndian(u"ab") + '\0', EINVAL},
+                                                       {"\x4E", EINVAL}};
+  for (const auto& [before, error] : texts) {
+    SCOPED_TRACE(before);
+    const Lines told = error == 0 ? Lines{} : Lines{failed(error)};
+    for (const std::u16string text : {u"Новости 24", u"日本"}) {
+      convert(toUtf16, before);
+      EXPECT_EQ(logs(), told);
+      EXPECT_EQ(convert(toUtf16, text), utf16(text));
+      convert(toUtf8, before);
+      EXPECT_EQ(logs(), told);
+      EXPECT_EQ(convert(toUtf8, text), text == u"日本" ? "日本" : "Новости 24");
+      EXPECT_EQ(logs(), Lines{});
+    }
+  }
+}
+
+TEST_F(TextTest, AConverterThatFailedConvertsTheNextText) {
+  for (const Conversion& conversion : {toUtf16, toUtf8}) {
+    SCOPED_TRACE(conversion.name);
+    const std::string expected = convert(conversion, u"News");
+    converter::Watch watch;
+    watch.use.failConvert = EBADF;
+    convert(conversion, u"Radio");
+    watch.use.failConvert = 0;
+    EXPECT_EQ(convert(conversion, u"News"), expected);
+    EXPECT_EQ(logs(), Lines{failed(EBADF)});
   }
 }
 
