@@ -130,7 +130,7 @@ class ChannelList {
                  static_cast<int>(m_units.size() * 2));
     }
     const Utf8 name(m_units);
-    Channel channel;
+    Channel channel{};
     channel.major = ReadShort(service, S::MAJOR);
     channel.minor = ReadShort(service, S::MINOR);
     channel.type = ReadInt(service, S::CHANNEL_TYPE);

@@ -7,10 +7,10 @@
 #include <stdexcept>
 #include <string>
 
-#include "support/Television.h"
-#include "support/Tree.h"
 #include "PlainList.h"
 #include "framework/Reply.h"
+#include "support/Television.h"
+#include "support/Tree.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 

@@ -47,8 +47,8 @@ class Server : public jsonrpc::AbstractServer<Server> {
  public:
   explicit Server(jsonrpc::AbstractServerConnector& connector) : AbstractServer(connector, jsonrpc::JSONRPC_SERVER_V2) {
     TVServiceAPI::CreateSourceControl(PROFILE_MAIN, 0, &control_);
-    bindAndAddMethod(
-        jsonrpc::Procedure(command, jsonrpc::PARAMS_BY_POSITION, jsonrpc::JSON_INTEGER, nullptr), &Server::sourceState);
+    bindAndAddMethod(jsonrpc::Procedure(command, jsonrpc::PARAMS_BY_POSITION, jsonrpc::JSON_INTEGER, nullptr),
+                     &Server::sourceState);
   }
 
  private:

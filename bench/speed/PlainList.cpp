@@ -29,8 +29,9 @@ using kel::kInformation;
 using kel::kRoutine;
 
 constexpr const char* function = "GetFullChannelList";
-constexpr std::array fields{S::SERVICE_ID, S::CHANNEL_NAME, S::MAJOR,          S::MINOR,              S::CHANNEL_TYPE,
-                            S::FREQUENCY,  S::PTC,          S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID};
+constexpr std::array fields{S::SERVICE_ID, S::CHANNEL_NAME,   S::MAJOR,
+                            S::MINOR,      S::CHANNEL_TYPE,   S::FREQUENCY,
+                            S::PTC,        S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID};
 
 std::string utf8(std::vector<unsigned short> units) {
   std::array<char, 515> text{};

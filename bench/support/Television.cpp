@@ -55,7 +55,8 @@ std::vector<virtualtv::Service> services(std::size_t count) {
   return all;
 }
 
-Television::Television(std::size_t count, const std::filesystem::path& directory) : bench_(services(count), directory) {
+Television::Television(std::size_t services, const std::filesystem::path& directory)
+    : bench_(bench::services(services), directory) {
   virtualtv::framework::setLogListener({});
   virtualtv::framework::setLogLevel(-1);
   if (!bench_.open()) throw std::runtime_error("no engine can be opened");
