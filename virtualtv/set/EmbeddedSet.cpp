@@ -15,7 +15,8 @@ namespace virtualtv {
 
 namespace embedded {
 extern const std::string_view defaultSet;
-}
+extern const std::string_view defaultServices;
+}  // namespace embedded
 
 namespace {
 
@@ -171,26 +172,43 @@ void readState(const Json::Value& root, SetDescription& set) {
   main.sourceState = SOURCE_STATE_SHOWN;
 }
 
-}  // namespace
-
-SetDescription readSet(std::string_view document) {
+/// Parses a document and has its root read.
+template <typename Read>
+void readDocument(std::string_view document, Read read) {
   Json::Value root;
   std::string errors;
   const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
   if (!reader->parse(document.data(), document.data() + document.size(), &root, &errors)) refuse(errors);
-  SetDescription set;
   try {
-    readState(root, set);
-    for (const Json::Value& member : root["services"]) set.services.push_back(serviceOf(member));
+    read(root);
   } catch (const Json::Exception& exception) {
     refuse(exception.what());
   }
+}
+
+}  // namespace
+
+SetDescription readSet(std::string_view document) {
+  SetDescription set;
+  readDocument(document, [&](const Json::Value& root) { readState(root, set); });
   return set;
+}
+
+std::vector<Service> readServices(std::string_view document) {
+  std::vector<Service> services;
+  readDocument(document, [&](const Json::Value& root) {
+    for (const Json::Value& member : root) services.push_back(serviceOf(member));
+  });
+  return services;
 }
 
 const SetDescription& embeddedSet() {
   static const SetDescription set = readSet(embedded::defaultSet);
   return set;
+}
+
+std::vector<Service> embeddedServices() {
+  return readServices(embedded::defaultServices);
 }
 
 }  // namespace virtualtv

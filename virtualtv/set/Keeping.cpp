@@ -114,7 +114,7 @@ TvState furnish(Database& database, ServiceStore& services, SettingsStore& setti
   Transaction transaction(database, "set up the embedded set");
   for (const auto& [key, value] : settings.list()) settings.unset(key);
   settings.set(lastServiceKey, std::string(lastServiceOnTv));
-  services.replaceAll(set.services);
+  services.replaceAll(embeddedServices());
   TvState next = set.state;
   next[WindowId::main].service = services.keyOf(set.currentId).value_or(0);
   next[WindowId::main].previousService = services.keyOf(set.previousId).value_or(0);
