@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <cstddef>
 
 #include "tvservice/TCMarshalable.h"
 
@@ -58,18 +58,44 @@ class TCServiceData : public TCMarshalable {
     unsigned long long value;  ///< the number, or where the text starts in `Units`
   };
 
+  /// Part of a record's memory; valid until the record changes.
+  template <typename Item>
+  class View {
+   public:
+    View(const Item* items, int size) : m_items(items), m_size(size) {}
+
+    const Item* begin() const { return m_items; }
+    const Item* end() const { return m_items + m_size; }
+    const Item& operator[](std::size_t at) const { return m_items[at]; }
+
+   private:
+    const Item* m_items;
+    int m_size;
+  };
+
   /// Adds or replaces a field.
   void Set(int fieldId, unsigned long long value);
   void Set(int fieldId, const unsigned short* text, int length);
   /// Makes the record empty.
   void Clear();
   /// The fields held, in the order in which they were set.
-  const std::vector<Field>& Fields() const;
-  const std::vector<unsigned short>& Units() const;
+  View<Field> Fields() const;
+  View<unsigned short> Units() const;
 
  private:
+  bool MayHold(int fieldId) const;
   const Field* Find(int fieldId, bool text) const;
+  void Remove(int fieldId);
+  void Append(int fieldId, int length, unsigned long long value);
+  void Swap(TCServiceData& other) noexcept;
+  void Move(int fieldRoom, int unitRoom);
 
-  std::vector<Field> m_fields;
-  std::vector<unsigned short> m_units;
+  // One block of memory holds the fields and, behind the room for them, the units of all texts.
+  Field* m_fields = nullptr;
+  unsigned short* m_units = nullptr;
+  int m_fieldCount = 0;
+  int m_fieldRoom = 0;
+  int m_unitCount = 0;
+  int m_unitRoom = 0;
+  unsigned long long m_ids = 0;  ///< of each field held the bit of its id modulo 64
 };

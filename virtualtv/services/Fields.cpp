@@ -37,8 +37,6 @@ constexpr std::array fields{
     KnownField{SERVICE_MODE, "SERVICE_MODE", int32, "service_mode", "service_mode"},
 };
 
-constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
-
 [[noreturn]] void refuse(int fieldId, const std::string& reason) {
   const KnownField* field = knownField(fieldId);
   const std::string name = field == nullptr ? "" : std::string(" (") + field->name + ")";
@@ -68,7 +66,7 @@ std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t valu
   if (field == nullptr) return number;
   switch (field->kind) {
     case uint64:
-      return std::bit_cast<std::int64_t>(value ^ signBit);
+      return std::bit_cast<std::int64_t>(value ^ unsignedAsSigned);
     case uint16:
       if (value <= std::numeric_limits<std::uint16_t>::max()) return number;
       return std::nullopt;
@@ -80,11 +78,6 @@ std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t valu
       break;
   }
   return std::nullopt;
-}
-
-std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
-  const auto number = std::bit_cast<std::uint64_t>(value);
-  return field != nullptr && field->kind == uint64 ? number ^ signBit : number;
 }
 
 std::int64_t numberColumn(int fieldId, std::uint64_t value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -34,12 +35,18 @@ std::span<const KnownField> knownFields();
 /// Null when the field has no column of its own.
 const KnownField* knownField(int id);
 
+/// What makes signed numbers of unsigned ones, in the same order, and back, by exclusive or.
+inline constexpr std::uint64_t unsignedAsSigned = std::uint64_t{1} << 63;
+
 /// How the database stands for a number: SQLite's integers are signed, and service ids shall sort as unsigned.
 /// @param field  null for one without a column of its own.
 /// @return nothing when the field can't hold `value`.
 std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t value);
 /// The number again, a negative one as two's complement of 64 bits.
-std::uint64_t fromColumn(const KnownField* field, std::int64_t value);
+inline std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
+  const auto number = std::bit_cast<std::uint64_t>(value);
+  return field != nullptr && field->kind == FieldKind::uint64 ? number ^ unsignedAsSigned : number;
+}
 
 /// `toColumn` for what is to be stored. @throws std::invalid_argument when the field can't hold it; says which and why.
 std::int64_t numberColumn(int fieldId, std::uint64_t value);

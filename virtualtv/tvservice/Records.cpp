@@ -1,5 +1,6 @@
 // Value types of the TV service: records, criteria and the destructors of its interfaces.
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "tvservice/IAVControl.h"
@@ -43,16 +44,19 @@ TSHybridSBT::TSHybridSBT() : type(0), pid(0) {}
 TSRectInfo::TSRectInfo() : x(0), y(0), width(0), height(0) {}
 TSResolution::TSResolution() : horizontal(0), vertical(0), frequency(0), horizontalFrequency(0) {}
 
-TCServiceData::TCServiceData() = default;
-TCServiceData::TCServiceData(const TCServiceData&) = default;
-TCServiceData::TCServiceData(TCServiceData&&) noexcept = default;
-TCServiceData& TCServiceData::operator=(const TCServiceData&) = default;
-TCServiceData& TCServiceData::operator=(TCServiceData&&) noexcept = default;
-TCServiceData::~TCServiceData() = default;
-
 namespace {
 
 constexpr int number = -1;  // length of a field that is no text
+
+unsigned long long bitOf(int fieldId) {
+  return 1ULL << (static_cast<unsigned>(fieldId) % 64);
+}
+
+// Room to grow into when `needed` is too much for what there is.
+int roomFor(int needed, int room) {
+  constexpr int least = 16;
+  return needed <= room ? room : std::max({needed, 2 * room, least});
+}
 
 template <typename Value>
 bool store(const TCServiceData::Field* field, Value& value) {
@@ -63,11 +67,73 @@ bool store(const TCServiceData::Field* field, Value& value) {
 
 }  // namespace
 
+TCServiceData::TCServiceData() = default;
+
+// A copy takes just the memory that it needs.
+TCServiceData::TCServiceData(const TCServiceData& other) : TCMarshalable(other), m_ids(other.m_ids) {
+  Move(other.m_fieldCount, other.m_unitCount);
+  m_fieldCount = static_cast<int>(std::copy_n(other.m_fields, other.m_fieldCount, m_fields) - m_fields);
+  m_unitCount = static_cast<int>(std::copy_n(other.m_units, other.m_unitCount, m_units) - m_units);
+}
+
+TCServiceData::TCServiceData(TCServiceData&& other) noexcept {
+  Swap(other);
+}
+
+TCServiceData& TCServiceData::operator=(const TCServiceData& other) {
+  TCServiceData copy(other);
+  Swap(copy);
+  return *this;
+}
+
+TCServiceData& TCServiceData::operator=(TCServiceData&& other) noexcept {
+  TCServiceData moved(std::move(other));
+  Swap(moved);
+  return *this;
+}
+
+TCServiceData::~TCServiceData() {
+  ::operator delete(m_fields);
+}
+
+void TCServiceData::Swap(TCServiceData& other) noexcept {
+  std::swap(m_fields, other.m_fields);
+  std::swap(m_units, other.m_units);
+  std::swap(m_fieldCount, other.m_fieldCount);
+  std::swap(m_fieldRoom, other.m_fieldRoom);
+  std::swap(m_unitCount, other.m_unitCount);
+  std::swap(m_unitRoom, other.m_unitRoom);
+  std::swap(m_ids, other.m_ids);
+}
+
+// Takes what is held to a block with other room, enough for it.
+void TCServiceData::Move(int fieldRoom, int unitRoom) {
+  const auto fieldBytes = static_cast<std::size_t>(fieldRoom) * sizeof(Field);
+  const auto unitBytes = static_cast<std::size_t>(unitRoom) * sizeof(unsigned short);
+  if (fieldBytes + unitBytes == 0) return;
+  auto* const block = static_cast<unsigned char*>(::operator new(fieldBytes + unitBytes));
+  auto* const fields = reinterpret_cast<Field*>(block);
+  auto* const units = reinterpret_cast<unsigned short*>(block + fieldBytes);
+  std::copy_n(m_fields, m_fieldCount, fields);
+  std::copy_n(m_units, m_unitCount, units);
+  ::operator delete(m_fields);
+  m_fields = fields;
+  m_units = units;
+  m_fieldRoom = fieldRoom;
+  m_unitRoom = unitRoom;
+}
+
+// False means that the record does not hold it.
+bool TCServiceData::MayHold(int fieldId) const {
+  return (m_ids & bitOf(fieldId)) != 0;
+}
+
 const TCServiceData::Field* TCServiceData::Find(int fieldId, bool text) const {
-  const auto found = std::find_if(m_fields.begin(), m_fields.end(), [&](const Field& field) {
-    return field.id == fieldId && (field.length != number) == text;
-  });
-  return found == m_fields.end() ? nullptr : &*found;
+  if (!MayHold(fieldId)) return nullptr;
+  for (const Field& field : Fields()) {
+    if (field.id == fieldId) return (field.length != number) == text ? &field : nullptr;
+  }
+  return nullptr;
 }
 
 bool TCServiceData::Get(int fieldId, unsigned char& value) const {
@@ -91,32 +157,52 @@ int TCServiceData::GetLength(int fieldId) const {
 bool TCServiceData::Get(int fieldId, unsigned short* text) const {
   const Field* field = Find(fieldId, true);
   if (field == nullptr) return false;
-  std::copy_n(m_units.begin() + static_cast<std::ptrdiff_t>(field->value), field->length, text);
+  std::copy_n(m_units + field->value, field->length, text);
   return true;
 }
 
+void TCServiceData::Remove(int fieldId) {
+  Field* const end = m_fields + m_fieldCount;
+  const Field* const left = std::remove_if(m_fields, end, [=](const Field& field) { return field.id == fieldId; });
+  m_fieldCount = static_cast<int>(left - m_fields);
+}
+
+void TCServiceData::Append(int fieldId, int length, unsigned long long value) {
+  if (MayHold(fieldId)) Remove(fieldId);
+  if (m_fieldCount == m_fieldRoom) Move(roomFor(m_fieldCount + 1, m_fieldRoom), m_unitRoom);
+  // By members: a whole one would be read from memory where its members have only just been written, and wait for them.
+  Field& field = m_fields[m_fieldCount++];
+  field.id = fieldId;
+  field.length = length;
+  field.value = value;
+  m_ids |= bitOf(fieldId);
+}
+
 void TCServiceData::Set(int fieldId, unsigned long long value) {
-  m_fields.erase(std::remove_if(m_fields.begin(), m_fields.end(), [=](const Field& f) { return f.id == fieldId; }),
-                 m_fields.end());
-  m_fields.push_back({fieldId, number, value});
+  Append(fieldId, number, value);
 }
 
 void TCServiceData::Set(int fieldId, const unsigned short* text, int length) {
-  Set(fieldId, m_units.size());
-  m_fields.back().length = length;
-  m_units.insert(m_units.end(), text, text + length);
+  // Room for the field as well, before there are units that no field tells of.
+  const int fieldRoom = roomFor(m_fieldCount + 1, m_fieldRoom);
+  const int unitRoom = roomFor(m_unitCount + length, m_unitRoom);
+  if (fieldRoom > m_fieldRoom || unitRoom > m_unitRoom) Move(fieldRoom, unitRoom);
+  std::copy_n(text, length, m_units + m_unitCount);
+  Append(fieldId, length, static_cast<unsigned long long>(m_unitCount));
+  m_unitCount += length;
 }
 
 void TCServiceData::Clear() {
-  m_fields.clear();
-  m_units.clear();
+  m_fieldCount = 0;
+  m_unitCount = 0;
+  m_ids = 0;
 }
 
-const std::vector<TCServiceData::Field>& TCServiceData::Fields() const {
-  return m_fields;
+TCServiceData::View<TCServiceData::Field> TCServiceData::Fields() const {
+  return {m_fields, m_fieldCount};
 }
-const std::vector<unsigned short>& TCServiceData::Units() const {
-  return m_units;
+TCServiceData::View<unsigned short> TCServiceData::Units() const {
+  return {m_units, m_unitCount};
 }
 
 TCCriteriaHelper::TCCriteriaHelper() = default;
