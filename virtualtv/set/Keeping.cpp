@@ -4,6 +4,7 @@
 #include <functional>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "services/ListText.h"
 #include "set/EmbeddedSet.h"
@@ -105,7 +106,7 @@ Storage::~Storage() = default;
 
 std::map<std::string, std::string> keptOf(const TvState& state) {
   std::map<std::string, std::string> kept;
-  visit(state, [&](const std::string& name, const auto& value) { kept[name] = written(value); });
+  visit(state, [&](std::string name, const auto& value) { kept.emplace(std::move(name), written(value)); });
   return kept;
 }
 

@@ -53,7 +53,7 @@ std::map<std::string, Setting> SettingsStore::list() {
 
 SetStateStore::SetStateStore(Database& database)
     : database_(database),
-      all_(database, "SELECT key, value FROM set_state", "read the state of the set"),
+      all_(database, "SELECT key, value FROM set_state ORDER BY key", "read the state of the set"),
       set_(database, "INSERT INTO set_state VALUES(?, ?) ON CONFLICT(key) DO UPDATE SET value = excluded.value",
            keeping),
       unset_(database, "DELETE FROM set_state WHERE key = ?", keeping) {}
@@ -66,15 +66,30 @@ std::map<std::string, std::string> SetStateStore::all() {
 }
 
 void SetStateStore::setAll(const std::map<std::string, std::string>& state) {
-  auto kept = all();
-  if (kept == state) return;
+  const Difference difference = differenceTo(state);
+  if (difference.removed.empty() && difference.changed.empty()) return;
   Transaction transaction(database_, keeping);
-  for (const auto& [key, value] : state) {
-    const auto old = kept.extract(key);
-    if (old.empty() || old.mapped() != value) set_.run(key, value);
-  }
-  for (const auto& [key, value] : kept) unset_.run(key);
+  for (const std::string& key : difference.removed) unset_.run(key);
+  for (const auto* entry : difference.changed) set_.run(entry->first, entry->second);
   transaction.commit();
+}
+
+// Rows and map are in the same order, so that one pass through both tells.
+SetStateStore::Difference SetStateStore::differenceTo(const std::map<std::string, std::string>& state) {
+  Difference difference;
+  auto entry = state.begin();
+  for (Rows rows = all_.query(); rows.next();) {
+    const std::string_view key = rows.view(0);
+    for (; entry != state.end() && entry->first < key; ++entry) difference.changed.push_back(&*entry);
+    if (entry == state.end() || entry->first != key) {
+      difference.removed.emplace_back(key);
+    } else {
+      if (entry->second != rows.view(1)) difference.changed.push_back(&*entry);
+      ++entry;
+    }
+  }
+  for (; entry != state.end(); ++entry) difference.changed.push_back(&*entry);
+  return difference;
 }
 
 }  // namespace virtualtv

@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
+#include <vector>
 
 #include "store/Statement.h"
 
@@ -49,6 +51,13 @@ class SetStateStore {
   std::map<std::string, std::string> all();
 
  private:
+  /// What to write for a state to be kept.
+  struct Difference {
+    std::vector<std::string> removed;
+    std::vector<const std::pair<const std::string, std::string>*> changed;  ///< or new
+  };
+  Difference differenceTo(const std::map<std::string, std::string>& state);
+
   Database& database_;
   Statement all_;
   Statement set_;

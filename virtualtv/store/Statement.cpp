@@ -60,10 +60,10 @@ int Statement::finish() {
   return sqlite3_changes(database_.handle());
 }
 
-std::string Rows::text(int column) const {
-  const unsigned char* text = sqlite3_column_text(statement_, column);
+std::string_view Rows::view(int column) const {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
   const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
-  return text == nullptr ? std::string() : std::string(text, text + length);
+  return text == nullptr ? std::string_view() : std::string_view(text, length);
 }
 
 }  // namespace virtualtv

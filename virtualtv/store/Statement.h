@@ -92,14 +92,15 @@ class Rows {
     return code == SQLITE_ROW;
   }
 
-  /// Columns of the row, counted from 0. Bytes are valid until the next call of `next`.
+  /// Columns of the row, counted from 0. Bytes and views are valid until the next call of `next`.
 
   Column operator[](int column) const { return Column(sqlite3_column_value(statement_, column)); }
   bool isNull(int column) const { return (*this)[column].isNull(); }
   bool isInteger(int column) const { return (*this)[column].isInteger(); }
   std::int64_t integer(int column) const { return (*this)[column].integer(); }
   Bytes bytes(int column) const { return (*this)[column].bytes(); }
-  std::string text(int column) const;
+  std::string_view view(int column) const;  ///< a text
+  std::string text(int column) const { return std::string(view(column)); }
 
  private:
   friend class Statement;

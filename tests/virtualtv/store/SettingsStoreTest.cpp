@@ -79,6 +79,40 @@ TEST_F(Settings, TheStateOfTheSetIsReplacedAsAWhole) {
   EXPECT_EQ(state.all(), State());
 }
 
+/// All states of three keys, one the start of another, each with one of two values or none.
+std::vector<State> smallStates() {
+  std::vector<State> states{{}};
+  for (const char* key : {"a", "a.b", "b"}) {
+    const std::vector<State> others = states;
+    for (const char* value : {"1", "2"}) {
+      for (State added : others) {
+        added.emplace(key, value);
+        states.push_back(std::move(added));
+      }
+    }
+  }
+  return states;
+}
+
+TEST_F(Settings, AnyStateOfTheSetTakesThePlaceOfAnyOther) {
+  for (const State& before : smallStates()) {
+    for (const State& after : smallStates()) {
+      state.setAll(before);
+      state.setAll(after);
+      ASSERT_EQ(state.all(), after);
+    }
+  }
+}
+
+TEST_F(Settings, OfTheStateOfTheSetOnlyWhatIsNewIsWritten) {
+  state.setAll({{"a", "1"}, {"b", "2"}, {"c", "3"}});
+  const int before = sqlite3_total_changes(database.handle());
+  state.setAll({{"a", "1"}, {"b", "4"}, {"d", "5"}});
+  EXPECT_EQ(sqlite3_total_changes(database.handle()) - before, 3);
+  state.setAll({{"a", "1"}, {"b", "4"}, {"d", "5"}});
+  EXPECT_EQ(sqlite3_total_changes(database.handle()) - before, 3);
+}
+
 TEST_F(Settings, TheStateOfTheSetStaysWhenItCantBeWritten) {
   const State kept{{"a", "1"}, {"b", "2"}};
   state.setAll(kept);
