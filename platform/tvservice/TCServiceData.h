@@ -83,6 +83,7 @@ class TCServiceData : public TCMarshalable {
   View<unsigned short> Units() const;
 
  private:
+  unsigned short* TextUnits() const;
   bool MayHold(int fieldId) const;
   const Field* Find(int fieldId, bool text) const;
   void Remove(int fieldId);
@@ -92,7 +93,6 @@ class TCServiceData : public TCMarshalable {
 
   // One block of memory holds the fields and, behind the room for them, the units of all texts.
   Field* m_fields = nullptr;
-  unsigned short* m_units = nullptr;
   int m_fieldCount = 0;
   int m_fieldRoom = 0;
   int m_unitCount = 0;

@@ -72,8 +72,10 @@ TCServiceData::TCServiceData() = default;
 // A copy takes just the memory that it needs.
 TCServiceData::TCServiceData(const TCServiceData& other) : TCMarshalable(other), m_ids(other.m_ids) {
   Move(other.m_fieldCount, other.m_unitCount);
-  m_fieldCount = static_cast<int>(std::copy_n(other.m_fields, other.m_fieldCount, m_fields) - m_fields);
-  m_unitCount = static_cast<int>(std::copy_n(other.m_units, other.m_unitCount, m_units) - m_units);
+  std::copy_n(other.m_fields, other.m_fieldCount, m_fields);
+  m_fieldCount = other.m_fieldCount;
+  std::copy_n(other.TextUnits(), other.m_unitCount, TextUnits());
+  m_unitCount = other.m_unitCount;
 }
 
 TCServiceData::TCServiceData(TCServiceData&& other) noexcept {
@@ -98,7 +100,6 @@ TCServiceData::~TCServiceData() {
 
 void TCServiceData::Swap(TCServiceData& other) noexcept {
   std::swap(m_fields, other.m_fields);
-  std::swap(m_units, other.m_units);
   std::swap(m_fieldCount, other.m_fieldCount);
   std::swap(m_fieldRoom, other.m_fieldRoom);
   std::swap(m_unitCount, other.m_unitCount);
@@ -115,12 +116,15 @@ void TCServiceData::Move(int fieldRoom, int unitRoom) {
   auto* const fields = reinterpret_cast<Field*>(block);
   auto* const units = reinterpret_cast<unsigned short*>(block + fieldBytes);
   std::copy_n(m_fields, m_fieldCount, fields);
-  std::copy_n(m_units, m_unitCount, units);
+  std::copy_n(TextUnits(), m_unitCount, units);
   ::operator delete(m_fields);
   m_fields = fields;
-  m_units = units;
   m_fieldRoom = fieldRoom;
   m_unitRoom = unitRoom;
+}
+
+unsigned short* TCServiceData::TextUnits() const {
+  return reinterpret_cast<unsigned short*>(m_fields + m_fieldRoom);
 }
 
 // False means that the record does not hold it.
@@ -157,7 +161,7 @@ int TCServiceData::GetLength(int fieldId) const {
 bool TCServiceData::Get(int fieldId, unsigned short* text) const {
   const Field* field = Find(fieldId, true);
   if (field == nullptr) return false;
-  std::copy_n(m_units + field->value, field->length, text);
+  std::copy_n(TextUnits() + field->value, field->length, text);
   return true;
 }
 
@@ -187,7 +191,7 @@ void TCServiceData::Set(int fieldId, const unsigned short* text, int length) {
   const int fieldRoom = roomFor(m_fieldCount + 1, m_fieldRoom);
   const int unitRoom = roomFor(m_unitCount + length, m_unitRoom);
   if (fieldRoom > m_fieldRoom || unitRoom > m_unitRoom) Move(fieldRoom, unitRoom);
-  std::copy_n(text, length, m_units + m_unitCount);
+  std::copy_n(text, length, TextUnits() + m_unitCount);
   Append(fieldId, length, static_cast<unsigned long long>(m_unitCount));
   m_unitCount += length;
 }
@@ -202,7 +206,7 @@ TCServiceData::View<TCServiceData::Field> TCServiceData::Fields() const {
   return {m_fields, m_fieldCount};
 }
 TCServiceData::View<unsigned short> TCServiceData::Units() const {
-  return {m_units, m_unitCount};
+  return {TextUnits(), m_unitCount};
 }
 
 TCCriteriaHelper::TCCriteriaHelper() = default;
