@@ -10,8 +10,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "support/Television.h"
 #include "store/SettingsStore.h"
+#include "support/Television.h"
 
 namespace {
 
