@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -12,34 +11,34 @@
 namespace kel {
 
 /// A hash table of names without collisions, made by the compiler: it tries multipliers until no two names share a
-/// slot. A name is hashed by its first and its last eight bytes, and compared in words of eight. No loop and no branch
-/// depends on its length, save for names shorter than that: with names in any order, guessing these wrong would be what
-/// a lookup spends most of its time on.
+/// slot, so that a lookup is one hash and at most one comparison. A name is hashed by its first and its last eight
+/// bytes, which tell all names apart: a loop over the whole name would take longer than all the rest.
 template <std::size_t kNames>
 class CommandIndex {
  public:
   /// @param rows  a table with a `name` in each row. Of rows with the same name the first one counts.
   template <typename Row>
   constexpr explicit CommandIndex(const Row (&rows)[kNames]) {
-    for (std::size_t row = 0; row < kNames; ++row) {
-      m_names[row] = rows[row].name;
-      if (m_names[row].size() > kWord * kWords) throw std::length_error("a name has more words than are compared");
+    for (std::size_t row = 0; row < kNames; ++row) m_names[row] = rows[row].name;
+    for (int tries = 0; !Fill(); ++tries) {
+      if (tries == kMostTries) throw std::logic_error("two names begin and end with the same eight bytes");
+      m_multiplier += 2;
     }
-    while (!Fill()) m_multiplier += 2;
   }
 
   /// The number of the row of this name; `kNames` when there is none.
   constexpr std::size_t Find(std::string_view name) const {
     const std::size_t row = m_slots[Slot(name)];
-    return row != kNames && Equal(m_names[row], name) ? row : kNames;
+    return row != kNames && m_names[row] == name ? row : kNames;
   }
 
  private:
   static constexpr unsigned kBits = 10;  // a slot in fourteen is taken, so that most names that no row has meet none
   static constexpr std::size_t kWord = 8;
-  static constexpr std::size_t kWords = 5;  // of the longest name
+  static constexpr int kMostTries = 100;
   static_assert(kNames < 255, "the numbers of rows are kept in a byte");
 
+  /// Eight bytes as a number; written so that compilers make it one load.
   static constexpr std::uint64_t Word(const char* at) {
     const auto byte = [at](unsigned number) {
       return std::uint64_t{static_cast<unsigned char>(at[number])} << (8 * number);
@@ -59,19 +58,6 @@ class CommandIndex {
     const std::uint64_t first = isShort ? ShortWord(name) : Word(name.data());
     const std::uint64_t last = isShort ? 0 : Word(name.data() + name.size() - kWord);
     return static_cast<std::size_t>((first ^ (last << 1 | last >> 63)) * m_multiplier >> (64 - kBits));
-  }
-
-  /// True for the same names, of which the first is a row's. Words of it that would reach behind its end lie at its
-  /// end.
-  static constexpr bool Equal(std::string_view own, std::string_view name) {
-    if (own.size() != name.size()) return false;
-    if (own.size() < kWord) return own == name;
-    std::uint64_t differences = 0;
-    for (std::size_t word = 0; word < kWords; ++word) {
-      const std::size_t at = std::min(word * kWord, own.size() - kWord);
-      differences |= Word(own.data() + at) ^ Word(name.data() + at);
-    }
-    return differences == 0;
   }
 
   /// Puts all names into their slots. @return false when two different ones meet.
