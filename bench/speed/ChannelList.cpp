@@ -11,6 +11,8 @@
 #include "framework/Reply.h"
 #include "support/Television.h"
 #include "support/Tree.h"
+#include "tvservice/IServiceNavigation.h"
+#include "tvservice/TVServiceAPI.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -42,10 +44,13 @@ void writer(benchmark::State& state) {
 
 void plain(benchmark::State& state) {
   using virtualtv::framework::Reply;
-  if (bench::plainChannelList() != answered()) throw std::runtime_error("the plain way writes something else");
+  const std::string text = answered();
+  IServiceNavigation* navigation = nullptr;
+  TVServiceAPI::CreateServiceNavigation(PROFILE_MAIN, 0, &navigation);
+  if (bench::plainChannelList(*navigation) != text) throw std::runtime_error("the plain way writes something else");
   std::string reply;
   for (auto _ : state) {
-    reply = virtualtv::framework::encode({Reply::Kind::ascii, 0, bench::plainChannelList(), {}});
+    reply = virtualtv::framework::encode({Reply::Kind::ascii, 0, bench::plainChannelList(*navigation), {}});
     benchmark::DoNotOptimize(reply);
   }
 }

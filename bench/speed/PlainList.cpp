@@ -1,22 +1,20 @@
 // The full channel list as one would write it without a thought of speed.
 #include "PlainList.h"
 
-#include <iconv.h>
 #include <json/json.h>
 
 #include <array>
-#include <cstdio>
 #include <list>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Window/Src/Log.h"
+#include "Window/Src/Ucs2Text.h"
 #include "tvservice/IServiceNavigation.h"
 #include "tvservice/TCCriteriaHelper.h"
 #include "tvservice/TCNavigationModeHelper.h"
 #include "tvservice/TCServiceData.h"
-#include "tvservice/TVServiceAPI.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -26,24 +24,15 @@ namespace {
 
 using S = TCServiceData;
 using kel::kInformation;
-using kel::kRoutine;
 
 constexpr const char* function = "GetFullChannelList";
 constexpr std::array fields{S::SERVICE_ID, S::CHANNEL_NAME,   S::MAJOR,
                             S::MINOR,      S::CHANNEL_TYPE,   S::FREQUENCY,
                             S::PTC,        S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID};
 
-std::string utf8(std::vector<unsigned short> units) {
-  std::array<char, 515> text{};
-  const iconv_t converter = iconv_open("UTF-8", "UCS-2BE");
-  char* in = reinterpret_cast<char*>(units.data());
-  std::size_t inBytes = units.size() * 2;
-  char* out = text.data();
-  std::size_t outBytes = text.size() - 1;
-  if (iconv(converter, &in, &inBytes, &out, &outBytes) == static_cast<std::size_t>(-1)) {
-    KEL_LOG_AS("ucs2utf8", kInformation, "iconv failed: %d", errno);
-  }
-  iconv_close(converter);
+std::string utf8(const std::vector<unsigned short>& units) {
+  std::array<char, kel::kUtf8Room + 1> text{};
+  kel::ucs2utf8(text.data(), reinterpret_cast<const char*>(units.data()), units.size() * 2);
   return text.data();
 }
 
@@ -61,32 +50,28 @@ Json::Value listed(const TCServiceData& service) {
   KEL_LOG_AS(function, kInformation, "len = %d, c_len=%d", static_cast<int>(units.size()),
              static_cast<int>(units.size() * 2));
   const std::string name = utf8(units);
-  Json::Value element;
-  element["SERVICE_ID"] = std::to_string(id);
-  element["SERVICE_NAME"] = name;
-  element["MAJOR"] = number(service, S::MAJOR);
-  element["MINOR"] = number(service, S::MINOR);
-  element["CHANNEL_TYPE"] = number(service, S::CHANNEL_TYPE);
-  element["FREQUENCY"] = number(service, S::FREQUENCY);
-  element["CHANNEL_NUMBER"] = number(service, S::PTC);
-  element["PROGRAM_NUMBER"] = number(service, S::PROGRAM_NUMBER) & 0xFF;
-  element["ORIGINAL_NETWORK_ID"] = number(service, S::ORIGINAL_NETWORK_ID);
+  const int major = number(service, S::MAJOR);
+  const int minor = number(service, S::MINOR);
+  const int type = number(service, S::CHANNEL_TYPE);
+  const int frequency = number(service, S::FREQUENCY);
+  const int ptc = number(service, S::PTC);
+  const int program = number(service, S::PROGRAM_NUMBER) & 0xFF;
+  const int network = number(service, S::ORIGINAL_NETWORK_ID);
   KEL_LOG_AS(function, kInformation,
              "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
              "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
-             id, name.c_str(), element["MAJOR"].asInt(), element["MINOR"].asInt(), element["CHANNEL_TYPE"].asInt(),
-             element["FREQUENCY"].asInt(), element["CHANNEL_NUMBER"].asInt(), element["PROGRAM_NUMBER"].asInt(),
-             element["ORIGINAL_NETWORK_ID"].asInt());
+             id, name.c_str(), major, minor, type, frequency, ptc, program, network);
+  Json::Value element;
+  element["SERVICE_ID"] = std::to_string(id);
+  element["SERVICE_NAME"] = name;
+  element["MAJOR"] = major;
+  element["MINOR"] = minor;
+  element["CHANNEL_TYPE"] = type;
+  element["FREQUENCY"] = frequency;
+  element["CHANNEL_NUMBER"] = ptc;
+  element["PROGRAM_NUMBER"] = program;
+  element["ORIGINAL_NETWORK_ID"] = network;
   return element;
-}
-
-IServiceNavigation& navigation() {
-  static IServiceNavigation* made = [] {
-    IServiceNavigation* created = nullptr;
-    TVServiceAPI::CreateServiceNavigation(PROFILE_MAIN, 0, &created);
-    return created;
-  }();
-  return *made;
 }
 
 std::string document(std::list<TCServiceData*>& services) {
@@ -105,17 +90,17 @@ std::string document(std::list<TCServiceData*>& services) {
 
 }  // namespace
 
-std::string plainChannelList() {
+std::string plainChannelList(IServiceNavigation& navigation) {
   KEL_LOG_AS(function, kInformation, "This is GetFullChannelList");
   TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
-  navigation().GetTvMode(mode);
+  navigation.GetTvMode(mode);
   TCCriteriaHelper criteria;
   TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_ALL, mode, criteria, ~0ULL);
   for (const int field : fields) criteria.Fetch(field);
   KEL_LOG_AS(function, kInformation, "execute GetServiceList");
   std::list<TCServiceData*> services;
   const TSTvMode any(ANTENNA_NONE, SERVICE_MODE_NONE);
-  if (navigation().GetServiceList(criteria, services, any, 0, 0) < 1) throw std::runtime_error("there is no list");
+  if (navigation.GetServiceList(criteria, services, any, 0, 0) < 1) throw std::runtime_error("there is no list");
   KEL_LOG_AS(function, kInformation, "ServiceList size = %d", static_cast<int>(services.size()));
   std::string text = document(services);
   KEL_LOG_AS(function, kInformation, "Lenght = %d,strChannelInfo = %s", static_cast<int>(text.size()), text.c_str());
