@@ -2,12 +2,19 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
+#include <array>
 #include <cstddef>
+#include <list>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "support/Television.h"
+#include "tvservice/IServiceNavigation.h"
+#include "tvservice/TCCriteriaHelper.h"
+#include "tvservice/TCNavigationModeHelper.h"
+#include "tvservice/TCServiceData.h"
+#include "tvservice/TVServiceAPI.h"
 
 namespace {
 
@@ -15,6 +22,14 @@ constexpr std::size_t many = 10'000;
 constexpr std::size_t most = 100'000;
 constexpr const char* everyType = "0";
 constexpr const char* ownMode = "1";
+
+using S = TCServiceData;
+
+/// What FindChannel asks for.
+constexpr std::array fields{
+    S::SERVICE_ID,   S::CHANNEL_NAME, S::ORIGINAL_NETWORK_ID, S::PROGRAM_NUMBER, S::TRANSPORT_STREAM_ID,
+    S::CHANNEL_TYPE, S::PTC,          S::MODULATION,          S::SOURCE_ID,      S::FREQUENCY,
+    S::MAJOR,        S::MINOR,        S::SERVICE_FIELD_110};
 
 void find(bench::Television& television) {
   television.require(1, "FindChannel", everyType, ownMode);
@@ -45,24 +60,67 @@ void findChannel(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(television.execute(name, type, mode));
 }
 
-void statement(benchmark::State& state) {
-  bench::Television& television = bench::Television::with(many);
+using Prepared = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
+
+/// The statement that finding the services runs.
+Prepared prepared(bench::Television& television) {
   sqlite3_stmt* made = nullptr;
   const std::string sql = statementOf(television);
   if (sqlite3_prepare_v2(television.database(), sql.c_str(), -1, &made, nullptr) != SQLITE_OK) {
     throw std::runtime_error(sql + ": " + sqlite3_errmsg(television.database()));
   }
-  const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> prepared(made, sqlite3_finalize);
+  return Prepared(made, sqlite3_finalize);
+}
+
+/// Steps over all rows, with something done at each.
+template <typename AtRow>
+void step(benchmark::State& state, AtRow atRow) {
+  const Prepared statement = prepared(bench::Television::with(many));
   for (auto _ : state) {
     std::size_t rows = 0;
-    while (sqlite3_step(made) == SQLITE_ROW) ++rows;
-    sqlite3_reset(made);
+    for (; sqlite3_step(statement.get()) == SQLITE_ROW; ++rows) atRow(statement.get());
+    sqlite3_reset(statement.get());
     if (rows != many) throw std::runtime_error("the statement finds " + std::to_string(rows));
+  }
+}
+
+void statement(benchmark::State& state) {
+  step(state, [](sqlite3_stmt*) {});
+}
+
+/// What anyone who wants the fields has to ask for, at the least.
+void columns(benchmark::State& state) {
+  step(state, [](sqlite3_stmt* row) {
+    for (int column = 0, count = sqlite3_data_count(row); column < count; ++column) {
+      sqlite3_value* const value = sqlite3_column_value(row, column);
+      const int type = sqlite3_value_type(value);
+      if (type == SQLITE_INTEGER) benchmark::DoNotOptimize(sqlite3_value_int64(value));
+      if (type == SQLITE_BLOB) benchmark::DoNotOptimize(sqlite3_value_blob(value));
+    }
+  });
+}
+
+/// The set's own part: the list of records, made and deleted.
+void records(benchmark::State& state) {
+  bench::Television::with(many);
+  IServiceNavigation* navigation = nullptr;
+  TVServiceAPI::CreateServiceNavigation(PROFILE_MAIN, 0, &navigation);
+  const TSTvMode mode(ANTENNA_TERRESTRIAL, SERVICE_MODE_NONE);
+  TCCriteriaHelper criteria;
+  TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_ALL, mode, criteria, ~0ULL);
+  for (const int field : fields) criteria.Fetch(field);
+  for (auto _ : state) {
+    std::list<TCServiceData*> services;
+    navigation->GetServiceList(criteria, services, TSTvMode(ANTENNA_NONE, SERVICE_MODE_NONE), 0, 0);
+    if (services.size() != many) throw std::runtime_error("the set has " + std::to_string(services.size()));
+    for (const TCServiceData* service : services) delete service;
   }
 }
 
 BENCHMARK(findChannel)->Unit(benchmark::kMillisecond);
 BENCHMARK(statement)->Unit(benchmark::kMillisecond);
+BENCHMARK(columns)->Unit(benchmark::kMillisecond);
+BENCHMARK(records)->Unit(benchmark::kMillisecond);
 
 void field(benchmark::State& state, const std::string& query) {
   bench::Television& television = bench::Television::with(most);
