@@ -18,14 +18,15 @@ def load():
 
 
 class InstructionsTest(ScratchTest):
-    BASELINE = "# Notes\n# 2026-01-02 first counted\nGetSource\t1000\nFindChannel, 200 services\t200000\n"
+    BASELINE = "# Notes\n# 2026-01-02 first counted (x86_64, g++ 12.2.0)\nGetSource\t1000\nFindChannel, 200 services\t200000\n"
 
     def setUp(self):
         super().setUp()
         self.tool = load()
         self.tool.TOP = self.root
         self.tool.BASELINE = self.root / "bench/instructions.tsv"
-        self.tool.counted = lambda: dict(self.counts)
+        self.tool.counted = lambda: (dict(self.counts), self.made_with)
+        self.made_with = "x86_64, g++ 12.2.0"
         self.counts = {"GetSource": 1000, "FindChannel, 200 services": 200000}
         self.baseline = self.write("bench/instructions.tsv", self.BASELINE)
 
@@ -60,6 +61,17 @@ class InstructionsTest(ScratchTest):
         self.assertEqual(status, 1)
         self.assertEqual(err, "GetSource: +3.1 %, more than 3 %\nIf that is meant: tools/instructions --renew 'REASON'\n")
 
+    def test_a_failure_says_when_the_baseline_was_counted_with_other_libraries(self):
+        self.made_with = "x86_64, g++ 12.2.1"
+        self.assertEqual(self.run_tool()[0], 0)
+        self.counts["GetSource"] = 1031
+        status, _, err = self.run_tool()
+        self.assertEqual(status, 1)
+        self.assertIn("\nThe baseline was counted with others than these: x86_64, g++ 12.2.1\nIf that is meant", err)
+        self.run_tool("--renew", "another compiler")
+        self.counts["GetSource"] = 2000
+        self.assertNotIn("with others", self.run_tool()[2])
+
     def test_a_command_without_a_baseline_fails(self):
         self.counts["GetTVMode"] = 5
         status, _, err = self.run_tool()
@@ -87,12 +99,19 @@ class InstructionsTest(ScratchTest):
                 self.assertEqual(status, 2)
                 self.assertRegex(err, r"^tools/instructions: bench/instructions\.tsv:5: ")
 
+    def test_a_baseline_that_is_no_text_is_told(self):
+        self.baseline.write_bytes(self.BASELINE.encode() + b"\xff\xfe\n")
+        status, _, err = self.run_tool()
+        self.assertEqual(status, 2)
+        self.assertRegex(err, r"^tools/instructions: bench/instructions\.tsv:5: ")
+
     def test_renewing_writes_the_counts_and_adds_the_reason(self):
         self.counts = {"GetSource": 2000.4, "GetTVMode": 7}
         status, _, err = self.run_tool("--renew", "a lookup\nmore")
         self.assertEqual((status, err), (0, ""))
         text = self.baseline.read_text()
-        self.assertRegex(text, r"\A# Notes\n# 2026-01-02 first counted\n# \d{4}-\d\d-\d\d a lookup more\n"
+        self.assertRegex(text, r"\A# Notes\n# 2026-01-02 first counted \(x86_64, g\+\+ 12\.2\.0\)\n"
+                               r"# \d{4}-\d\d-\d\d a lookup more \(x86_64, g\+\+ 12\.2\.0\)\n"
                                r"GetSource\t2000\nGetTVMode\t7\n\Z")
         self.assertEqual(self.run_tool()[0], 0)
 

@@ -1,4 +1,7 @@
-"""Instructions of commands, as valgrind's callgrind counts them: the same each time, whatever else the machine does."""
+"""Instructions of commands, as valgrind's callgrind counts them: the same each time, whatever else the machine does.
+
+They are those of the libraries, too, so that a command that asks more of them is noticed. With another release of a
+library or of the compiler they may be others."""
 
 import re
 
@@ -7,6 +10,15 @@ TOTALS = re.compile(r"^(?:totals|summary): (?P<count>\d+)$", re.MULTILINE)
 MOST_MORE = 3  # percent
 # The C library's choice of string functions is that of the simplest processor, so that counts are those of any machine.
 PLAIN = "glibc.cpu.hwcaps=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI1,-BMI2,-ERMS,-EVEX,-LZCNT,-MOVBE,-POPCNT,-SSE4_1,-SSE4_2,-SSSE3"
+
+
+def made_with(job):
+    """What counts depend on beside the sources: processor, compiler, libraries and valgrind, in words."""
+    def said(*argv):
+        return job.run(argv).strip()
+    libraries = [f"{name} {said('pkg-config', '--modversion', name)}" for name in ("jsoncpp", "sqlite3")]
+    return ", ".join([said("uname", "-m"), f"g++ {said('g++', '-dumpfullversion')}", said("getconf", "GNU_LIBC_VERSION"),
+                      *libraries, said("valgrind", "--version")])
 
 
 def count(job, program):
