@@ -1,15 +1,15 @@
 """Instructions of commands, as valgrind's callgrind counts them: the same each time, whatever else the machine does.
 
-They are those of the libraries, too, so that a command that asks more of them is noticed. With another release of a
-library or of the compiler they may be others."""
+valgrind shows programs the same processor on all machines of a kind, so that the C library chooses the same functions.
+What libraries do is counted, too: that a command asks more of them is to be noticed. With another release of a library
+or of the compiler counts may be others.
+"""
 
 import re
 
 DUMP = re.compile(r"^desc: Trigger: Client Request: (?P<label>.*)$", re.MULTILINE)
 TOTALS = re.compile(r"^(?:totals|summary): (?P<count>\d+)$", re.MULTILINE)
 MOST_MORE = 3  # percent
-# The C library's choice of string functions is that of the simplest processor, so that counts are those of any machine.
-PLAIN = "glibc.cpu.hwcaps=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI1,-BMI2,-ERMS,-EVEX,-LZCNT,-MOVBE,-POPCNT,-SSE4_1,-SSE4_2,-SSSE3"
 
 
 def made_with(job):
@@ -25,7 +25,7 @@ def count(job, program):
     """The instructions of one run of each command that `program` runs, in their order, by label."""
     runs = dict(line.split("\t") for line in job.run(
         ["valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={job.scratch / 'counts'}", program],
-        env={"GLIBC_TUNABLES": PLAIN, "LC_ALL": "C"}).splitlines())
+        env={"LC_ALL": "C"}).splitlines())
     counts = {}
     for dump in job.scratch.glob("counts*"):
         text = dump.read_text(encoding="utf-8")

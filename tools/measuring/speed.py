@@ -4,6 +4,8 @@ import json
 from dataclasses import dataclass
 from typing import Optional
 
+from proving.job import Failed
+
 REPETITIONS = 11
 
 
@@ -57,11 +59,17 @@ def medians(job, program, names, seconds):
     said = job.run([program, f"--benchmark_filter=^({'|'.join(names)})$", f"--benchmark_repetitions={REPETITIONS}",
                     f"--benchmark_min_time={seconds}", "--benchmark_enable_random_interleaving=true",
                     "--benchmark_report_aggregates_only=true", "--benchmark_format=json"])
+    try:
+        runs = json.loads(said)["benchmarks"]
+    except ValueError as error:
+        raise Failed(f"{program} says what is no list of benchmarks") from error
     found = {}
-    for run in json.loads(said)["benchmarks"]:
+    for run in runs:
         if run.get("aggregate_name") == "median":
             time = run["real_time" if run["run_name"].endswith("/real_time") else "cpu_time"]
             found[run["run_name"]] = time * UNITS[run["time_unit"]]
+    if missing := [name for name in names if not found.get(name)]:
+        raise Failed(f"{program} has not measured {', '.join(missing)}")
     return found
 
 
