@@ -125,6 +125,12 @@ class CheckTest(ScratchTest):
         library = self.root / "build/debug/Window/libwindow.a"
         self.assertFound("symbols", f"{library}:1: needs virtualtv::volume()", f"{library}:1: needs sqlite3_open")
 
+    def test_symbols_of_an_object_that_ends_with_its_thread(self):
+        self.source.write_text("struct Kept {\n  ~Kept();\n};\nstatic int ended;\nKept::~Kept() { ++ended; }\n"
+                               "Kept& kept() {\n  thread_local Kept kept;\n  return kept;\n}\n")
+        self.build()
+        self.assertClean("symbols")
+
     def test_symbols_that_only_a_comment_of_the_platform_names(self):
         header = self.root / "platform/kel/CKELDebug.h"
         header.write_text("/// Unlike sqlite3_open.\n" + header.read_text())
