@@ -15,8 +15,8 @@ constexpr int warming = 3;
 constexpr int counted = 10;
 
 struct Run {
-  const char* label;
-  const char* command;
+  const char* label = "";
+  const char* command = "";
   const char* first = "";
   const char* second = "";
 };

@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -9,13 +10,12 @@
 #include <string>
 #include <vector>
 
-extern char** environ;
-
 namespace {
 
 /// Runs a program to its end, without what it writes.
 void run(std::vector<std::string> words) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;
