@@ -150,7 +150,7 @@ class ChannelList {
   }
 
   /// The document. The writer gets it a stretch at a time, in a tree that is filled again for each: for thousands of
-  /// services a tree of all would be ten times as large as the text, and take longer to make and to drop than to write.
+  /// services a tree of all would be three times as large as the text, and take longer to make and drop than to write.
   std::string Document() const {
     Json::Value root;
     root["ListName"] = "ChannelList";
@@ -206,7 +206,8 @@ class ChannelList {
     ((*member++ = values), ...);
   }
 
-  /// Makes a document longer by the elements of another.
+  /// Makes a document longer by the elements of another. Brackets in names do no harm: the first bracket of a document
+  /// opens its elements, the last one closes them.
   static void Extend(std::string& document, const std::string& further) {
     if (document.empty()) {
       document = further;
