@@ -35,7 +35,7 @@ class CommandIndex {
  private:
   static constexpr unsigned kBits = 10;  // a slot in fourteen is taken, so that most names that no row has meet none
   static constexpr std::size_t kWord = 8;
-  static constexpr int kMostTries = 100;
+  static constexpr int kMostTries = 1000;
   static_assert(kNames < 255, "the numbers of rows are kept in a byte");
 
   /// Eight bytes as a number; written so that compilers make it one load.
