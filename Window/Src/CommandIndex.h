@@ -65,8 +65,11 @@ class CommandIndex {
     for (unsigned char& slot : m_slots) slot = kNames;
     for (std::size_t row = 0; row < kNames; ++row) {
       unsigned char& slot = m_slots[Slot(m_names[row])];
-      if (slot != kNames && m_names[slot] != m_names[row]) return false;
-      if (slot == kNames) slot = static_cast<unsigned char>(row);
+      if (slot == kNames) {
+        slot = static_cast<unsigned char>(row);
+      } else if (m_names[slot] != m_names[row]) {
+        return false;
+      }
     }
     return true;
   }
