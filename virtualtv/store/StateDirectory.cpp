@@ -26,9 +26,11 @@ std::string holder(int lock) {
   return process.empty() ? "another process" : "process " + process;
 }
 
+// Over the one before: to make the file empty first would be to wait for the disk, where that one is still written.
 bool writeProcessId(int lock) {
   const std::string text = std::to_string(getpid()) + "\n";
-  return ftruncate(lock, 0) == 0 && pwrite(lock, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
+  const auto size = static_cast<off_t>(text.size());
+  return pwrite(lock, text.data(), text.size(), 0) == size && ftruncate(lock, size) == 0;
 }
 
 }  // namespace

@@ -73,6 +73,16 @@ TEST_F(StateDirectoryTest, NamesNobodyWhereTheHolderIsUnknown) {
   EXPECT_EQ(failureOf([&] { StateDirectory second(path); }), failure(path, "another process holds it"));
 }
 
+TEST_F(StateDirectoryTest, HoldsTheNumberOfItsHolderAloneWhateverItHeld) {
+  const std::string own = std::to_string(getpid()) + "\n";
+  for (const std::string before : {"", "1\n", "12345678901234567890\n", "no number\nat all\n"}) {
+    { const StateDirectory made(path); }
+    write(path / "lock", before);
+    const StateDirectory state(path);
+    EXPECT_EQ(contentOf(path / "lock"), own) << before;
+  }
+}
+
 TEST_F(StateDirectoryTest, CantBeAFile) {
   std::filesystem::create_directories(path.parent_path());
   write(path, "content");
