@@ -145,5 +145,6 @@ FIELD(ServiceName);
 FIELD(TransportStreamID);
 FIELD(Type);
 FIELD(ServiceId);
+FIELD(OnTVJson);
 
 }  // namespace

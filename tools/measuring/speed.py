@@ -25,7 +25,7 @@ class Ratio:
 
 
 QUERIES = ["Major", "Minor", "Name", "OriginNetID", "ProgramNumber", "PTC", "ServiceName", "TransportStreamID", "Type",
-           "ServiceId"]
+           "ServiceId", "OnTVJson"]
 
 RATIOS = [
     Ratio("1", "finding the row of a name", "`std::unordered_map`", [("row/known", "map/known")], 0.5),
@@ -43,7 +43,7 @@ RATIOS = [
           [("findChannel", "statement")], 1.3),
     Ratio("9", "of this: stepping and reading the columns", "stepping alone", [("columns", "statement")], None),
     Ratio("9", "of this: the set's list of records, and deleting it", "stepping alone", [("records", "statement")], None),
-    Ratio("10", "a field query at index 99,999, the slowest of ten", "at index 0",
+    Ratio("10", "a field query at index 99,999, the slowest of eleven", "at index 0",
           [(f"field/{query}/99999", f"field/{query}/0") for query in QUERIES], 1.2),
     Ratio("11", "a switch of the source and back, all keys written", "as many writes of the store alone",
           [("tune/real_time", "store/real_time")], 1.2, seconds=0.5),
