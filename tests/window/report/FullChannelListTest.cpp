@@ -332,8 +332,8 @@ TEST_F(FullChannelList, OfThePictureInPictureHasItsModeButAsksTheMainWindowsNavi
 std::string manyServices(int count) {
   std::string records;
   for (int id = 1; id <= count; ++id) {
-    records +=
-        (id == 1 ? "{12=" : ",{12=") + std::to_string(id) + R"(,13=5,16="]},[{\u0020\u0022\u0020)" + std::to_string(id) + "\"}";
+    records += (id == 1 ? "{12=" : ",{12=") + std::to_string(id) + R"(,13=5,16="]},[{\u0020\u0022\u0020)" +
+               std::to_string(id) + "\"}";
   }
   return records;
 }
