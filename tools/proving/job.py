@@ -3,17 +3,21 @@
 import json
 import os
 import re
+import select
 import signal
+import socket
 import subprocess
 import tempfile
 import threading
 from concurrent.futures import ThreadPoolExecutor
+from contextlib import suppress
 from dataclasses import dataclass
 from pathlib import Path
 
 FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>-?[0-9.]+)$", re.MULTILINE)
 MINUTE = 60
 HOUR = 60 * MINUTE
+GRACE = 5  # seconds that a program has to end what it started, once it is asked to
 READING = 10  # seconds that what a program wrote may take to arrive when it has ended
 TAIL = 30  # lines of each output of a program that failed, for whoever has no more than what the proof printed
 LONGEST = 400  # letters of such a line
@@ -73,7 +77,8 @@ class Outcome:
 
 class Job:
     """What the steps are given. `long` asks for the long form; `seed` is where random choices start. Programs are run in
-    process groups of their own, so that all that they started ends with them."""
+    process groups of their own, so that all that they started ends with them. One that is to end early is asked first:
+    it may have started what is in no group of its own."""
 
     def __init__(self, top, step, *, is_long=False, seed=1):
         self.top = Path(top)
@@ -85,8 +90,8 @@ class Job:
         self.folder = self.top / "build" / "proof"
         self._lock = threading.Lock()
         self._runs = 0
-        self._running = set()
         self.stopped = False
+        self._ear, self._mouth = socket.socketpair()  # something can be heard once the job is stopped
         self.folder.mkdir(parents=True, exist_ok=True)
         for log in self.folder.glob(f"{step}-*.log"):
             log.unlink()
@@ -96,12 +101,14 @@ class Job:
     def close(self):
         """Ends the job; its scratch folder goes."""
         self._scratch.cleanup()
+        self._mouth.close()
+        self._ear.close()
 
     def stop(self):
-        """Kills what runs, and lets nothing start any more."""
+        """Ends what runs, and lets nothing start any more."""
         self.stopped = True
-        for group in list(self._running):
-            kill(group)
+        with suppress(OSError):  # the job has ended by itself
+            self._mouth.send(b"!")
 
     def build(self, preset, *targets):
         """Brings the targets of a preset up to date, all of them if none is named. Returns the build folder."""
@@ -164,17 +171,9 @@ class Job:
                                            start_new_session=True, **options)
             except OSError as error:
                 return f"could not be started: {error.strerror}"
-            self._running.add(process.pid)
-        if self.stopped:
-            kill(process.pid)
-        late = threading.Timer(patience, kill, [process.pid])
-        late.start()
         readers = copy.read(process)
-        os.waitid(os.P_PID, process.pid, os.WEXITED | os.WNOWAIT)
-        is_late = late.finished.is_set()
-        late.cancel()
+        is_late = self._see_end(process.pid, patience)
         # What it left behind goes, too; before it is waited for nobody else can have its number.
-        self._running.discard(process.pid)
         kill(process.pid)
         status = process.wait()
         for reader in readers:
@@ -182,6 +181,19 @@ class Job:
         if self.stopped:
             return "was interrupted"
         return "late" if is_late else status
+
+    def _see_end(self, process, patience):
+        """Waits until a process ends, which it is asked to do when patience ends or the job is stopped. Returns whether
+        patience did. The process may be there still."""
+        end = os.pidfd_open(process)
+        try:
+            seen, _, _ = select.select([end, self._ear], [], [], patience)
+            if end not in seen:
+                kill(process, signal.SIGTERM)
+                select.select([end], [], [], GRACE)
+            return not seen
+        finally:
+            os.close(end)
 
     def test_programs(self, build):
         """The test programs of a build, and the other tests, as ctest has them: command by name."""
@@ -244,12 +256,10 @@ class Copy:
                     self.file.flush()
 
 
-def kill(group):
-    """Kills the processes of a group that are still there."""
-    try:
-        os.killpg(group, signal.SIGKILL)
-    except ProcessLookupError:
-        pass
+def kill(group, number=signal.SIGKILL):
+    """Sends a signal to the processes of a group that are still there."""
+    with suppress(ProcessLookupError):
+        os.killpg(group, number)
 
 
 def describe(status, patience):

@@ -128,6 +128,36 @@ yield at_most("sweep: slow", 0, parts[0].get("found"))'''))
         self.assertTrue(log.read_text().endswith("\nbegun\n"))
         self.assert_gone(int((self.root / "child").read_text()))
 
+    def test_knows_a_late_program_though_it_ends_before_the_kill_returns(self):
+        self.write("tools/proving/sweep.py", step('''
+import time
+from proving import job as module
+plain = module.kill
+def slow(*arguments):
+    plain(*arguments)
+    time.sleep(0.5)
+module.kill = slow
+job.run(["sleep", "300"], timeout=1)'''))
+        self.assertIn("sleep took more than 1 s", self.row(self.prove("sweep"), "sweep"))
+
+    def test_asks_a_program_to_end_before_it_is_killed(self):
+        """What it started in a session of its own only the program itself can end."""
+        child = self.root / "child"
+        program = self.program("worker", f'setsid sleep 300 &\necho $! >"{child}"\n'
+                                         f"trap 'kill $!; sleep 1; exit' TERM\nwait\n")
+        self.write("tools/proving/sweep.py", step(f'job.run([{str(program)!r}], timeout=1)'))
+        self.assertIn("worker took more than 1 s", self.row(self.prove("sweep"), "sweep"))
+        self.assert_gone(int(child.read_text()))
+
+    def test_kills_a_program_that_does_not_end_when_it_is_asked(self):
+        program = self.program("worker", f'trap "" TERM\necho $$ >"{self.root}/worker.pid"\nsleep 300\n')
+        self.write("tools/proving/sweep.py", step(f'''
+import proving.job
+proving.job.GRACE = 1
+job.run([{str(program)!r}], timeout=1)'''))
+        self.assertIn("worker took more than 1 s", self.row(self.prove("sweep"), "sweep"))
+        self.assert_gone(int((self.root / "worker.pid").read_text()))
+
     def test_an_interrupted_proof_ends_its_programs_and_tells_what_it_knows(self):
         for number in (signal.SIGINT, signal.SIGTERM):
             child = self.root / "child"
