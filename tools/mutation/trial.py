@@ -2,15 +2,15 @@
 
 import os
 import re
-import resource
 import shutil
-import signal
 import subprocess
 import tempfile
 import threading
 import time
 from collections import Counter, defaultdict
 from pathlib import Path
+
+from mutation.runs import Runs
 
 SUITE = re.compile(r"^(?:window_suite\((\w+) |suite\((\w+) [^)]*\b(?:window|test_comparison)\b[^)]*\))", re.MULTILINE)
 LINKED = """
@@ -19,13 +19,18 @@ target_sources(window PRIVATE Src/mutants.cpp)
 target_compile_options(window PRIVATE -w)
 target_link_libraries(window PUBLIC GTest::gtest)
 """
+NO_MUTANT = 0
 FILTER_FROM = 0.7  # of a program's tests; when more of them reach a mutant all are run
 SLACK = 3  # seconds that a run may take beside five times what it takes without a mutant
-MEMORY = 4 << 30
 
 
 class Late(Exception):
-    """A run took too long: the mutant may never end, or the machine is busy."""
+    """These tests of a program took too long: the mutant may never end, or the machine is busy."""
+
+    def __init__(self, program, tests):
+        super().__init__(program, tests)
+        self.program = program
+        self.tests = tests
 
 
 class Failed(Exception):
@@ -150,6 +155,7 @@ class Trial:
         self.kills = Counter()  # by file of the mutant and program: who kills is asked first
         self.contract = set()
         self.lock = threading.Lock()
+        self.runs = Runs()
 
     def build(self):
         lay_out(self.top, self.tree, self.sources)
@@ -190,46 +196,42 @@ class Trial:
 
     def attempt(self, mutant, reaching):
         """Runs the tests that reach a mutant until one fails. Returns which program that was, or nothing. Raises Late
-        when one takes too long."""
+        when one takes too long, Failed when they fail without a mutant, too."""
         def order(program):
             return -self.kills[mutant.file, program.name], program.cost(reaching[program])
 
         for program in sorted(reaching, key=order):
-            if self.fails(program, reaching[program], mutant):
+            if self.fails(program, reaching[program], mutant.number):
+                self.assure(program, reaching[program])
                 with self.lock:
                     self.kills[mutant.file, program.name] += 1
                 return program.name
         return None
 
-    def fails(self, program, tests, mutant):
+    def assure(self, program, tests):
+        """Raises Failed when tests fail without a mutant: the disk may be full, and no mutant is what they notice."""
+        if self.fails(program, tests, NO_MUTANT):
+            raise Failed(f"{program.name} fails without a mutant, too, that passed before")
+
+    def stop(self):
+        """Ends what runs, and lets nothing start any more."""
+        self.runs.stop()
+
+    def fails(self, program, tests, number):
         with tempfile.TemporaryDirectory(dir=self.scratch) as name:
             scratch = Path(name)
             messages = scratch / "messages"
             messages.mkdir()
-            env = {**os.environ, "MUTANT": str(mutant.number), "EMP_WINDOW_LOG_CONTRACT": str(messages),
+            env = {**os.environ, "MUTANT": str(number), "EMP_WINDOW_LOG_CONTRACT": str(messages),
                    "TMPDIR": str(scratch)}
             patience = 5 * program.cost(tests) + SLACK
-            return (any(fails_within(patience, command, program.folder, env) for command in program.runs(tests, scratch))
-                    or self.breaks_contract(messages))
+            try:
+                return (any(self.runs.fails(patience, command, program.folder, env)
+                            for command in program.runs(tests, scratch)) or self.breaks_contract(messages))
+            except subprocess.TimeoutExpired as late:
+                raise Late(program, tests) from late
 
     def breaks_contract(self, folder):
         """True when something was logged that the log contract does not have."""
         return any(line not in self.contract for file in folder.iterdir()
                    for line in file.read_text(encoding="utf-8", errors="replace").splitlines())
-
-
-def fails_within(seconds, command, folder, env):
-    """Whether a command fails with a mutant. Raises Late when it takes longer; all that it started is ended then."""
-    with subprocess.Popen(command, cwd=folder, env=env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL, preexec_fn=limit, start_new_session=True) as process:
-        try:
-            return process.wait(timeout=seconds) != 0
-        except subprocess.TimeoutExpired as late:
-            os.killpg(process.pid, signal.SIGKILL)
-            raise Late(command[0]) from late
-
-
-def limit():
-    """A mutant may neither take all memory nor leave a core."""
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))

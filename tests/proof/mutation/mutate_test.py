@@ -6,6 +6,7 @@ import os
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 from contextlib import redirect_stdout
@@ -16,11 +17,13 @@ from types import SimpleNamespace
 
 TOP = Path(__file__).resolve().parents[3]
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(TOP / "tools"))
+sys.path[:0] = [str(TOP / "tools"), str(TOP / "tests" / "tools")]
 
 from mutation.rewrite import Sources  # noqa: E402  (needs the path above)
 from mutation.sites import Mutant  # noqa: E402
-from mutation.trial import Late, fails_within  # noqa: E402
+from mutation.runs import Runs, Stopped  # noqa: E402
+from mutation.trial import Late  # noqa: E402
+from scratch import ScratchTest  # noqa: E402
 
 SOURCE = """\
 #include <cstdio>
@@ -121,10 +124,16 @@ class FakeTrial:
     def reaching(self):
         return {number: {"tests": ["one"]} for number in self.outcomes}
 
+    def stop(self):
+        pass
+
+    def assure(self, program, tests):
+        pass
+
     def attempt(self, mutant, tests):
         outcome = self.outcomes[mutant.number].pop(0)
         if outcome is Late:
-            raise Late("tests")
+            raise Late("suite", tests)
         return outcome
 
 
@@ -141,7 +150,7 @@ class Attempts(unittest.TestCase):
     def figures(self, outcomes, tables=(), digest="now"):
         """The figures that are told when attempts come to this."""
         mutants = [Mutant("a.cpp", number, 1, "1", "2", number in tables, number) for number in outcomes]
-        results = self.mutate.Results(self.folder / "results.tsv", digest)
+        results = self.mutate.Results(self.folder / "results.tsv", lambda: digest)
         with redirect_stdout(StringIO()) as told:
             reaching = self.mutate.try_all(FakeTrial(outcomes), mutants, results, self.accepted, 2)
             self.mutate.report(mutants, results, reaching, self.accepted, len(mutants))
@@ -164,16 +173,83 @@ class Attempts(unittest.TestCase):
         self.assertNotIn("percent killed in the converter's tables", figures)
         self.assertNotIn("percent killed in worker and engine", self.figures({2: ["suite"]}, tables=[2]))
 
-    def test_end_a_run_that_takes_too_long_with_all_that_it_started(self):
-        child = self.folder / "child"
-        self.assertTrue(fails_within(60, ["false"], self.folder, os.environ))
-        self.assertFalse(fails_within(60, ["true"], self.folder, os.environ))
-        with self.assertRaises(Late):
-            fails_within(2, ["sh", "-c", f"sleep 300 & echo $! >{child}; wait"], self.folder, os.environ)
-        state = Path(f"/proc/{child.read_text().strip()}/stat")
+
+# Waits for a command.
+WAITING = """\
+import os, sys
+sys.dont_write_bytecode = True
+sys.path.insert(0, sys.argv[1])
+from mutation.runs import Runs
+Runs().fails(300, ["sh", "-c", sys.argv[2]], "/", os.environ)
+"""
+
+
+class Running(ScratchTest):
+    """Whatever a mutant does, nothing of it runs on."""
+
+    def setUp(self):
+        super().setUp()
+        self.child = self.root / "child"
+        self.command = f'sleep 300 & echo $! >"{self.child}.new"; mv "{self.child}.new" "{self.child}"; '
+
+    def fails(self, command, seconds=60):
+        return Runs().fails(seconds, command, self.root, os.environ)
+
+    def await_child(self):
+        while not self.child.exists():
+            time.sleep(0.01)
+        return int(self.child.read_text())
+
+    def assert_gone(self, process):
+        state = Path(f"/proc/{process}/stat")
         end = time.monotonic() + 10
         while state.exists() and state.read_text().rpartition(")")[2].split()[0] not in "ZX":
-            self.assertLess(time.monotonic(), end, "its child is still there")
+            self.assertLess(time.monotonic(), end, f"process {process} is still there")
+            time.sleep(0.01)
+
+    def test_tells_whether_it_fails(self):
+        self.assertTrue(self.fails(["false"]))
+        self.assertFalse(self.fails(["true"]))
+
+    def test_ends_when_it_takes_too_long(self):
+        with self.assertRaises(subprocess.TimeoutExpired):
+            self.fails(["sh", "-c", f"{self.command} wait"], seconds=1)
+        self.assert_gone(self.await_child())
+
+    def test_ends_when_the_program_that_started_it_has(self):
+        self.assertFalse(self.fails(["sh", "-c", self.command]))
+        self.assert_gone(self.await_child())
+
+    def test_ends_when_all_are_to_and_tells_nothing(self):
+        runs, told = Runs(), []
+
+        def run():
+            try:
+                told.append(runs.fails(60, ["sh", "-c", f"{self.command} wait"], self.root, os.environ))
+            except Stopped:
+                told.append(Stopped)
+
+        thread = threading.Thread(target=run)
+        thread.start()
+        child = self.await_child()
+        runs.stop()
+        thread.join()
+        self.assert_gone(child)
+        self.assertEqual(told, [Stopped])
+        with self.assertRaises(Stopped):
+            runs.fails(60, ["true"], self.root, os.environ)
+
+    def test_ends_when_nobody_waits_for_it_any_more(self):
+        command = f'echo $$ >"{self.child}.new"; mv "{self.child}.new" "{self.child}"; exec sleep 300'
+        with subprocess.Popen([sys.executable, "-c", WAITING, TOP / "tools", command]) as process:
+            run = self.await_child()
+            process.kill()
+        self.assert_gone(run)
+
+    def test_ends_when_it_has_used_all_the_time_there_is(self):
+        """What a run started may be in no group of its own: it has its share of the processors, and no more."""
+        self.assertFalse(self.fails(["sh", "-c", f'ulimit -t >"{self.child}"'], seconds=7))
+        self.assertEqual(int(self.child.read_text()), 7 * os.cpu_count() + 1)
 
 
 class Digest(unittest.TestCase):

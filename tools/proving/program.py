@@ -1,0 +1,29 @@
+"""What tools/proof and tools/mutate do alike as programs."""
+
+import fcntl
+import subprocess
+from contextlib import contextmanager
+
+GROUPS = ["build", "test", "proof"]  # of the packages that they need
+
+
+class Busy(Exception):
+    """Another one is at work."""
+
+
+@contextmanager
+def alone_in(folder):
+    """Keeps others from working in a folder. Raises Busy when one does. The lock stands beside the folder, and goes with
+    the program, however that ends."""
+    folder.parent.mkdir(parents=True, exist_ok=True)
+    with folder.with_name(f"{folder.name}.lock").open("w", encoding="utf-8") as lock:
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            raise Busy(f"another run works in {folder}") from None
+        yield
+
+
+def set_up(top):
+    """Installs what is missing. Returns the status, which is not 0 when that can't be done."""
+    return subprocess.run([top / "tools" / "setup", *GROUPS], check=False).returncode
