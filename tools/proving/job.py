@@ -14,7 +14,8 @@ from contextlib import suppress
 from dataclasses import dataclass
 from pathlib import Path
 
-FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>-?[0-9.]+)$", re.MULTILINE)
+FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>\S+)$", re.MULTILINE)
+NUMBER = re.compile(r"-?[0-9]+([.][0-9]+)?")
 MINUTE = 60
 HOUR = 60 * MINUTE
 GRACE = 5  # seconds that a program has to end what it started, once it is asked to
@@ -214,6 +215,9 @@ class Job:
         for match in FIGURE.finditer(text):
             if match["name"] in found:
                 self.troubles.append(f"{program} told the figure '{match['name']}' twice")
+            if not NUMBER.fullmatch(match["number"]):
+                self.troubles.append(f"{program} told the figure '{match['name']}' as '{match['number']}', which is no number")
+                continue
             number = float(match["number"])
             found[match["name"]] = int(number) if number.is_integer() else number
         return found

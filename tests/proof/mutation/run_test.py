@@ -37,7 +37,7 @@ class Trial(mutation.trial.Trial):
 
 mutation.rewrite.Sources = Sources
 mutation.trial.Trial = Trial
-mutation.trial.SLACK = 1
+mutation.trial.SLACK = 2
 sys.argv[0] = str(root / "tools/mutate")
 runpy.run_path(sys.argv[0], run_name="__main__")
 """

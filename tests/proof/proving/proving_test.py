@@ -1,5 +1,6 @@
 """tools/proof on a scratch tree with steps of its own: what becomes of steps and programs that go wrong."""
 
+import os
 import signal
 import subprocess
 import sys
@@ -28,7 +29,7 @@ def step(body):
 class ProvingTest(ScratchTest):
     def setUp(self):
         super().setUp()
-        self.copy("tools/proof", "tools/proving/__init__.py", "tools/proving/job.py")
+        self.copy("tools/proof", "tools/proving/__init__.py", "tools/proving/job.py", "tools/proving/program.py")
         self.write("tools/setup", "#!/bin/sh\n", executable=True)
         self.write("tools/proving/kill.py", GOOD)
 
@@ -159,16 +160,15 @@ job.run([{str(program)!r}], timeout=1)'''))
         self.assert_gone(int((self.root / "worker.pid").read_text()))
 
     def test_an_interrupted_proof_ends_its_programs_and_tells_what_it_knows(self):
-        for number in (signal.SIGINT, signal.SIGTERM):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             child = self.root / "child"
             child.unlink(missing_ok=True)
             slow = self.program("slow", f'sleep 300 &\necho $! >"{child}.new"\nmv "{child}.new" "{child}"\nwait\n')
             self.write("tools/proving/sweep.py", step(f'''
 yield at_most("sweep: seen", 0, 0)
 job.at_once(lambda one: job.attempt([one]), [{str(slow)!r}] * 3, 1)'''))
-            with subprocess.Popen([self.root / "tools/proof", "sweep", "kill"], stdout=subprocess.PIPE, text=True) as process:
-                while not child.exists():
-                    time.sleep(0.01)
+            with self.start("sweep", "kill") as process:
+                self.await_file("child")
                 process.send_signal(number)
                 done = subprocess.CompletedProcess([], 0, stdout=process.communicate(timeout=60)[0])
             self.assertEqual(process.returncode, 1)
@@ -176,6 +176,95 @@ job.at_once(lambda one: job.attempt([one]), [{str(slow)!r}] * 3, 1)'''))
             self.assertIn("interrupted in sweep", self.row(done, "all"))
             self.assertNotIn("good: things", done.stdout)
             self.assert_gone(int(child.read_text()))
+
+    def test_goes_on_under_nohup(self):
+        program = self.program("worker", 'touch begun\nwhile ! test -e go; do sleep 0.01; done\n')
+        self.write("tools/proving/sweep.py", step(f'job.run([{str(program)!r}])\nyield at_most("sweep: seen", 0, 0)'))
+        with self.start("sweep", preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN)) as process:
+            self.await_file("begun")
+            process.send_signal(signal.SIGHUP)
+            self.write("go", "")
+            out, _ = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0, out)
+
+    def test_may_be_interrupted_while_it_installs(self):
+        """A terminal interrupts both programs. An installation that is not interrupted itself comes to its end."""
+        for interrupt in (lambda process: os.killpg(process.pid, signal.SIGINT), subprocess.Popen.terminate):
+            for name in ("begun", "go"):
+                (self.root / name).unlink(missing_ok=True)
+            self.write("tools/setup", f"#!/bin/sh\ncd '{self.root}'\ntouch begun\nwhile ! test -e go; do sleep 0.01; done\n",
+                       executable=True)
+            with self.start("kill", stderr=subprocess.PIPE, start_new_session=True) as process:
+                self.await_file("begun")
+                interrupt(process)
+                self.write("go", "")
+                done = process.communicate(timeout=60)
+            self.assertEqual((process.returncode, *done), (1, "", "tools/proof: interrupted while packages were installed\n"))
+
+    def test_is_refused_while_another_one_runs(self):
+        program = self.program("worker", "touch begun\nwhile ! test -e go; do sleep 0.01; done\n")
+        self.write("tools/proving/sweep.py", step(f'job.run([{str(program)!r}])\nyield at_most("sweep: seen", 0, 0)'))
+        with self.start("sweep") as first:
+            self.await_file("begun")
+            done = self.prove("kill")
+            self.write("go", "")
+            out, _ = first.communicate(timeout=60)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertEqual(done.stderr, f"tools/proof: another run works in {self.root}/build/proof\n")
+        self.assertEqual(first.returncode, 0, out)
+
+    def test_ends_when_nobody_reads_what_it_prints(self):
+        self.write("tools/proving/sweep.py", step('(job.top / "go").stat()\nreturn []'))
+        self.write("tools/setup", f"#!/bin/sh\nwhile ! test -e '{self.root}/go'; do sleep 0.01; done\n", executable=True)
+        for arguments in (["sweep", "kill"], ["--list"]):
+            with self.start(*arguments, stderr=subprocess.PIPE) as process:
+                process.stdout.close()
+                self.write("go", "")
+                self.assertEqual(process.stderr.read(), "")
+            self.assertEqual(process.returncode, 1)
+
+    def test_lists_the_steps(self):
+        self.write("tools/proving/sweep.py", "def")
+        listed = self.prove("--list")
+        for line in ("sweep        SyntaxError: ", "kill         A step that is all well.\n",
+                     "log          ModuleNotFoundError: "):
+            self.assertIn(line, listed.stdout)
+        self.assertEqual((listed.returncode, listed.stderr), (0, ""))
+
+    def test_lists_those_that_are_named(self):
+        self.write("tools/proving/mutation.py", GOOD)
+        done = self.prove("--list", "mutation", "kill")
+        self.assertEqual(done.stdout, "mutation  A step that is all well.\nkill      A step that is all well.\n")
+
+    def test_a_step_that_cannot_be_loaded_is_a_figure_missed(self):
+        for text in ("def", '"""A step."""\nimport nothing_of_that_name\n', "run = None\n"):
+            self.write("tools/proving/sweep.py", text)
+            done = self.prove("sweep", "kill")
+            self.assertTrue(self.row(done, "sweep").endswith("MISSED"))
+            self.assertEqual((self.row(done, "good: things").split(), done.returncode, done.stderr), (["0", "0"], 1, ""))
+
+    def test_a_figure_that_is_no_number_is_missed(self):
+        for told in ("1.2.3", "-", ".", "1-2", "--1"):
+            program = self.program("worker", f'echo "figure: found = {told}"\necho "figure: lost = 0"\n')
+            self.write("tools/proving/sweep.py", step(f'''
+found = job.measure([{str(program)!r}])
+yield at_most("sweep: found", 9, found.get("found"))
+yield at_most("sweep: lost", 0, found.get("lost"))'''))
+            done = self.prove("sweep")
+            self.assertEqual(self.row(done, "sweep: found").split()[-3:], ["not", "told", "MISSED"])
+            self.assertEqual(self.row(done, "sweep: lost").split(), ["0", "0"])
+            self.assertIn(f"worker told the figure 'found' as '{told}', which is no number", self.row(done, "sweep"))
+
+    def start(self, *arguments, **options):
+        return subprocess.Popen([self.root / "tools/proof", *arguments], cwd=self.root,
+                                **{"stdout": subprocess.PIPE, "text": True, **options})
+
+    def await_file(self, name):
+        for _ in range(1000):
+            if (self.root / name).exists():
+                return
+            time.sleep(0.01)
+        self.fail(f"{name} does not appear")
 
     def assert_gone(self, process):
         """That a process ends; one that waits to be waited for has ended."""
