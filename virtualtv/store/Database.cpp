@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "store/SideFile.h"
 #include "store/StoreError.h"
 #include "store/Transaction.h"
 
@@ -15,8 +14,18 @@ namespace {
 
 constexpr int applicationId = 0x656d7731;  // "emw1", in the file's header
 constexpr const char* opening = "open it";
-constexpr const char* markBehind = "-new";  // the name of a file, for the mark that it is being made
-constexpr const char* logBehind = "-wal";
+
+// The file that a name stands for, even if it is not there yet. SQLite puts its log beside that one.
+std::filesystem::path behindLinks(std::filesystem::path file) {
+  constexpr int mostLinks = 40;
+  std::error_code failure;
+  for (int links = 0; links < mostLinks && std::filesystem::is_symlink(file, failure); ++links) {
+    const auto target = std::filesystem::read_symlink(file, failure);
+    if (failure) break;
+    file = file.parent_path() / target;
+  }
+  return file;
+}
 
 // What keeps this process from writing to a file and, for the log, beside it. SQLite does not tell reliably.
 std::string obstacle(const std::string& file) {
@@ -67,12 +76,29 @@ Database::Database(Memory, Schema schema, const Fill& fill) : name_("memory") {
 
 Database::Database(const std::filesystem::path& file, Schema schema, const Fill& fill,
                    std::chrono::milliseconds patience)
-    : name_(std::filesystem::absolute(file).string()) {
-  const bool isBeingMade = beginFile();
-  open(name_.c_str());
+    : name_(std::filesystem::absolute(file).string()), path_(behindLinks(name_).string()) {
+  const bool wasBeingMade = isThere(mark_);
+  const bool isNew = !wasBeingMade && isToBeMade();
+  try {
+    if (isNew) beginMaking();
+    openFile(wasBeingMade || isNew, schema, fill, patience);
+  } catch (...) {
+    dropEmptyLog();
+    if (isNew) unmake();
+    throw;
+  }
+  if (wasBeingMade || isNew) endMaking();
+}
+
+Database::~Database() {
+  dropEmptyLog();
+}
+
+void Database::openFile(bool isBeingMade, Schema schema, const Fill& fill, std::chrono::milliseconds patience) {
+  open(path_.c_str());
   keepLogOnClose(true);  // a file that turns out to be damaged or foreign is left alone on the way out, too
   // SQLite would take it for a new one, and throw away the log beside it.
-  if (!isBeingMade && isEmptyFile()) refuse("the file is empty");
+  if (!isBeingMade && isEmptyFile()) refuse("the file is empty" + andItsLog());
   configure(patience);
   if (!isOurs()) refuse("it is a database of another program");
   if (version() > static_cast<int>(schema.size())) refuse("a newer version of this program wrote it");
@@ -80,32 +106,46 @@ Database::Database(const std::filesystem::path& file, Schema schema, const Fill&
   useWriteAheadLog();
   migrate(schema, fill);
   keepLogOnClose(false);
-  if (isBeingMade) endMaking();
 }
 
-Database::~Database() = default;
-
-bool Database::isThere(const std::string& file) const {
+bool Database::isThere(const SideFile& file) const {
   bool found = false;
-  const int code = SideFile(file).find(found);
+  const int code = file.find(found);
   if (code != SQLITE_OK) fail(opening, code);
   return found;
 }
 
-/// Before anything is made. @return whether the file is to be made, or to be made to the end.
-bool Database::beginFile() const {
-  const std::string mark = name_ + markBehind;
-  if (isThere(mark)) return true;
-  if (isThere(name_)) return false;
-  if (isThere(name_ + logBehind)) refuse("its log " + name_ + logBehind + " is there, but not the file itself");
-  const int code = SideFile(mark).make();
+/// One with something in it.
+bool Database::hasLog() const {
+  bool found = false;
+  const int code = log_.findContent(found);
   if (code != SQLITE_OK) fail(opening, code);
+  return found;
+}
+
+/// Before anything is made.
+bool Database::isToBeMade() const {
+  if (isThere(SideFile(path_))) return false;
+  if (hasLog()) refuse("its log " + log_.name() + " is there, but not the file itself");
   return true;
 }
 
-void Database::endMaking() const {
-  const int code = SideFile(name_ + markBehind).remove();
+void Database::beginMaking() const {
+  const int code = mark_.make();
   if (code != SQLITE_OK) fail(opening, code);
+}
+
+void Database::endMaking() const {
+  const int code = mark_.remove();
+  if (code != SQLITE_OK) fail(opening, code);
+}
+
+/// Takes away what was made in vain. The mark goes last: it tells what the others are.
+void Database::unmake() {
+  handle_.reset();
+  for (const SideFile& file : {SideFile(path_ + "-journal"), log_, SideFile(path_), mark_}) {
+    if (file.remove() != SQLITE_OK) return;
+  }
 }
 
 bool Database::isEmptyFile() const {
@@ -125,7 +165,7 @@ void Database::open(const char* path) {
   handle_.reset(handle);
   if (code != SQLITE_OK) fail(opening, code);
   // SQLite would be content to read a file that it can't write to.
-  if (sqlite3_db_readonly(handle_.get(), nullptr) == 1) refuse(obstacle(name_));
+  if (sqlite3_db_readonly(handle_.get(), nullptr) == 1) refuse(obstacle(path_));
 }
 
 void Database::configure(std::chrono::milliseconds patience) {
@@ -193,10 +233,24 @@ void Database::keepLogOnClose(bool keep) const {
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keep ? 1 : 0, nullptr);
 }
 
+/// Whoever puts a copy in the file's place has to know: what the log has would become part of the copy.
+std::string Database::andItsLog() const {
+  return hasLog() ? ", and its log " + log_.name() + " is there" : "";
+}
+
+/// An empty log is one that this object made. SQLite takes it away on the way out.
+void Database::dropEmptyLog() const {
+  bool found = true;
+  if (handle_ && !path_.empty() && log_.findContent(found) == SQLITE_OK && !found) keepLogOnClose(false);
+}
+
 void Database::fail(const std::string& action, int code) const {
-  const std::string reason = reasonOf(code, handle(), name_);
+  std::string reason = reasonOf(code, handle(), path_);
   const int kind = code & 0xff;
-  if (kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB) keepLogOnClose(true);
+  if (kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB) {
+    keepLogOnClose(true);
+    if (action == opening) reason += andItsLog();
+  }
   throw StoreError(name_ + ": cannot " + action + ": " + reason);
 }
 

@@ -9,6 +9,8 @@
 #include <span>
 #include <string>
 
+#include "store/SideFile.h"
+
 namespace virtualtv {
 
 /// The steps that lead to a schema, in SQL: step n takes a database from version n to version n + 1, an empty one being
@@ -21,7 +23,8 @@ using Schema = std::span<const char* const>;
 /// damaged or no database of ours is never written to.
 ///
 /// While a file is being made, an empty one stands beside it, `NAME-new`. What the power left of a file that is being
-/// made is thus told from a file that has lost what it kept, which is refused.
+/// made is thus told from a file that has lost what it kept, which is refused. It, and the log, stand beside the file
+/// itself where the name is a link.
 class Database {
  public:
   /// Puts first rows into a database.
@@ -38,7 +41,7 @@ class Database {
   ///     tables, it has its first rows.
   /// @param patience  how long to wait for another process that has locked the file.
   /// @throws StoreError when it can't be read or written, is damaged or empty, is no database of this program, was
-  ///     written with a newer schema, or stays locked. The file is then as it was.
+  ///     written with a newer schema, or stays locked. The file is then as it was; where there was none, there is none.
   Database(const std::filesystem::path& file, Schema schema, const Fill& fill = {},
            std::chrono::milliseconds patience = std::chrono::seconds(1));
   Database(const Database&) = delete;
@@ -77,10 +80,14 @@ class Database {
   };
 
   void open(const char* path);
+  void openFile(bool isBeingMade, Schema schema, const Fill& fill, std::chrono::milliseconds patience);
   void configure(std::chrono::milliseconds patience);
-  bool isThere(const std::string& file) const;
-  bool beginFile() const;
+  bool isThere(const SideFile& file) const;
+  bool hasLog() const;
+  bool isToBeMade() const;
+  void beginMaking() const;
   void endMaking() const;
+  void unmake();
   bool isEmptyFile() const;
   bool hasTables() const;
   bool isOurs() const;
@@ -89,9 +96,14 @@ class Database {
   void useWriteAheadLog();
   void migrate(Schema schema, const Fill& fill);
   void keepLogOnClose(bool keep) const;
+  void dropEmptyLog() const;
+  std::string andItsLog() const;
   [[noreturn]] void refuse(const std::string& reason) const;
 
   std::string name_;
+  std::string path_;  ///< of the file itself, where the name is a link; empty for memory
+  SideFile log_{path_ + "-wal"};
+  SideFile mark_{path_ + "-new"};  ///< that the file is being made
   std::unique_ptr<sqlite3, Close> handle_;
   int transactions_ = 0;         ///< how many are under way, one in the other
   bool partIsLeftOver_ = false;  ///< of the transaction under way: a part that could not be undone

@@ -3,6 +3,8 @@
 #include <sqlite3.h>
 
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
 #include <vector>
 
 namespace virtualtv {
@@ -16,15 +18,23 @@ sqlite3_vfs& disk() {
 }  // namespace
 
 int SideFile::find(bool& found) const {
-  // The first does not see a file without content, the second none without permissions.
-  for (const int way : {SQLITE_ACCESS_EXISTS, SQLITE_ACCESS_READWRITE}) {
-    int answer = 0;
-    const int code = disk().xAccess(&disk(), name_.c_str(), way, &answer);
-    if (code != SQLITE_OK) return code;
-    found = answer != 0;
-    if (found) break;
-  }
-  return SQLITE_OK;
+  // SQLite's first question does not see a file without content, its second none without permissions.
+  std::error_code ignored;
+  found = std::filesystem::exists(std::filesystem::symlink_status(name_, ignored));
+  if (found) return SQLITE_OK;
+  const int code = ask(SQLITE_ACCESS_EXISTS, found);
+  return code != SQLITE_OK || found ? code : ask(SQLITE_ACCESS_READWRITE, found);
+}
+
+int SideFile::findContent(bool& found) const {
+  return ask(SQLITE_ACCESS_EXISTS, found);
+}
+
+int SideFile::ask(int question, bool& answer) const {
+  int yes = 0;
+  const int code = disk().xAccess(&disk(), name_.c_str(), question, &yes);
+  answer = yes != 0;
+  return code;
 }
 
 int SideFile::make() const {
@@ -41,7 +51,8 @@ int SideFile::make() const {
 
 int SideFile::remove() const {
   constexpr int withDirectory = 1;
-  return disk().xDelete(&disk(), name_.c_str(), withDirectory);
+  const int code = disk().xDelete(&disk(), name_.c_str(), withDirectory);
+  return code == SQLITE_IOERR_DELETE_NOENT ? SQLITE_OK : code;
 }
 
 }  // namespace virtualtv

@@ -11,13 +11,19 @@ class SideFile {
   /// @param name  absolute.
   explicit SideFile(std::string name) : name_(std::move(name)) {}
 
-  /// @param found  receives whether it is there; also one that is empty, or that this process may not read.
+  const std::string& name() const { return name_; }
+  /// @param found  receives whether it is there; also one that is empty, or that this process may not read, or both.
   int find(bool& found) const;
+  /// @param found  receives whether it is there with something in it.
+  int findContent(bool& found) const;
   /// Makes it, with nothing in it, unless it is there. It is on the disk, name and all, when this returns.
   int make() const;
+  /// It is gone for good when this returns, also when it was not there.
   int remove() const;
 
  private:
+  int ask(int question, bool& answer) const;
+
   std::string name_;
 };
 

@@ -94,8 +94,8 @@ int open(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, int*
 int remove(sqlite3_vfs* vfs, const char* name, int /*syncDirectory*/) {
   return diskOf(vfs).remove(name);
 }
-int exists(sqlite3_vfs* vfs, const char* name, int /*flags*/, int* answer) {
-  return diskOf(vfs).exists(name, *answer);
+int exists(sqlite3_vfs* vfs, const char* name, int question, int* answer) {
+  return diskOf(vfs).exists(name, question, *answer);
 }
 int fullName(sqlite3_vfs* /*vfs*/, const char* name, int size, char* full) {
   sqlite3_snprintf(size, full, "%s", name);
@@ -291,9 +291,11 @@ int Disk::remove(const char* name) {
   return SQLITE_OK;
 }
 
-int Disk::exists(const char* name, int& answer) {
+int Disk::exists(const char* name, int question, int& answer) {
   if (failsAt(Access::exists)) return SQLITE_IOERR_ACCESS;
-  answer = files_.count(name) > 0 ? 1 : 0;
+  const auto found = files_.find(name);
+  const bool isSeen = found != files_.end() && (question != SQLITE_ACCESS_EXISTS || !found->second->empty());
+  answer = isSeen ? 1 : 0;
   return SQLITE_OK;
 }
 

@@ -86,7 +86,8 @@ class Disk {
   int unlock(Handle& handle, int level);
   int isReserved(const Handle& handle, int& answer);
   int remove(const char* name);
-  int exists(const char* name, int& answer);
+  /// Like a real one, does not find a file without content when asked whether it exists.
+  int exists(const char* name, int question, int& answer);
   void random(char* bytes, std::size_t size);
 
  private:

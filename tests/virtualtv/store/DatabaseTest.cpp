@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "store/Statement.h"
@@ -43,6 +45,15 @@ class DatabaseFile : public testing::Test {
 
   std::string failureToOpen() {
     return failureOf([&] { Database(file, oldSchema, {}, noPatience); });
+  }
+
+  /// Names in the directory.
+  std::set<std::string> filesThere() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+      names.insert(entry.path().filename());
+    }
+    return names;
   }
 
   std::string failure(const std::string& text) const { return file.string() + ": cannot " + text; }
@@ -119,6 +130,7 @@ TEST_F(DatabaseFile, OfANewerVersionIsRefused) {
   const std::string before = contentOf(file);
   EXPECT_EQ(failureToOpen(), failure("open it: a newer version of this program wrote it"));
   EXPECT_EQ(contentOf(file), before);
+  EXPECT_EQ(filesThere(), std::set<std::string>({"a.db"}));
 }
 
 TEST_F(DatabaseFile, OfAnotherProgramIsRefused) {
@@ -150,7 +162,7 @@ TEST_F(DatabaseFile, ThatIsEmptyIsLeftAloneTogetherWithTheLogOfAProcessThatDied)
   write(file, "");
   const std::string logBefore = contentOf(log);
   ASSERT_FALSE(logBefore.empty());
-  EXPECT_EQ(failureToOpen(), failure("open it: the file is empty"));
+  EXPECT_EQ(failureToOpen(), failure("open it: the file is empty, and its log " + log.string() + " is there"));
   EXPECT_EQ(contentOf(log), logBefore);
 }
 
@@ -165,6 +177,13 @@ TEST_F(DatabaseFile, ThatIsGoneWhileItsLogIsThereIsRefused) {
   EXPECT_EQ(failureToOpen(), failure("open it: its log " + log.string() + " is there, but not the file itself"));
   EXPECT_FALSE(std::filesystem::exists(file));
   EXPECT_EQ(contentOf(log), logBefore);
+}
+
+/// There is nothing in it that the file could have lost.
+TEST_F(DatabaseFile, IsMadeBesideAnEmptyLog) {
+  write(log, "");
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 0);
 }
 
 TEST_F(DatabaseFile, WithoutATableIsRefused) {
@@ -258,6 +277,7 @@ TEST_F(DatabaseFile, ThatIsCutOffIsRefusedAndLeftAlone) {
     EXPECT_TRUE(text.starts_with(failure(""))) << text;
     EXPECT_NE(text.find("the file is damaged"), std::string::npos) << text;
     EXPECT_EQ(contentOf(file), whole.substr(0, size));
+    EXPECT_EQ(filesThere(), std::set<std::string>({"a.db"}));
   }
 }
 
@@ -285,7 +305,8 @@ TEST_F(DatabaseFile, WithADamagedHeaderIsLeftAloneTogetherWithTheLogOfAProcessTh
   const std::string before = contentOf(file);
   const std::string logBefore = contentOf(log);
   ASSERT_FALSE(logBefore.empty());
-  EXPECT_EQ(failureToOpen(), failure("open it: the file is damaged, or is not a database"));
+  EXPECT_EQ(failureToOpen(),
+            failure("open it: the file is damaged, or is not a database, and its log " + log.string() + " is there"));
   EXPECT_EQ(contentOf(file), before);
   EXPECT_EQ(contentOf(log), logBefore);
 }
@@ -381,9 +402,68 @@ TEST_F(DatabaseFile, CantBeMadeOnAFullDisk) {
     return failureToOpen();
   });
   EXPECT_EQ(text, failure("open it: writing to the disk failed"));
+  EXPECT_EQ(filesThere(), std::set<std::string>());
   Database database(file, oldSchema);
   add(database);
   EXPECT_EQ(count(database), 1);
+}
+
+TEST_F(DatabaseFile, LeavesNothingBehindWhenItCantBeFilled) {
+  const auto fails = [](Database& made) {
+    add(made);
+    throw StoreError("no first rows");
+  };
+  EXPECT_EQ(failureOf([&] { Database(file, oldSchema, fails); }), "no first rows");
+  EXPECT_EQ(filesThere(), std::set<std::string>());
+}
+
+/// It was not this start that made it.
+TEST_F(DatabaseFile, LeavesTheMarkOfAnEarlierStartWhenItCantBeFilled) {
+  write(mark, "");
+  const auto fails = [](Database&) { throw StoreError("no first rows"); };
+  EXPECT_EQ(failureOf([&] { Database(file, oldSchema, fails); }), "no first rows");
+  EXPECT_TRUE(std::filesystem::exists(mark));
+}
+
+TEST_F(DatabaseFile, ThatIsEmptyAndClosedToTheUserIsRefusedAndNotMarked) {
+  write(file, "");
+  std::filesystem::permissions(file, std::filesystem::perms(0));
+  std::filesystem::permissions(directory.path(), std::filesystem::perms(0777));
+  EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
+  EXPECT_EQ(filesThere(), std::set<std::string>({"a.db"}));
+}
+
+/// All that stands beside it does so beside what the link leads to.
+TEST_F(DatabaseFile, BehindALinkIsMadeWhereTheLinkLeads) {
+  std::filesystem::create_directory(directory / "elsewhere");
+  std::filesystem::create_symlink("elsewhere/b.db", file);
+  const auto target = directory / "elsewhere/b.db";
+  bool marked = false;
+  {
+    Database database(file, oldSchema, [&](Database&) { marked = std::filesystem::exists(target.string() + "-new"); });
+    add(database);
+  }
+  EXPECT_TRUE(marked);
+  EXPECT_FALSE(std::filesystem::exists(target.string() + "-new"));
+  EXPECT_EQ(filesThere(), std::set<std::string>({"a.db", "elsewhere"}));
+  Database database(file, oldSchema);
+  EXPECT_EQ(count(database), 1);
+}
+
+TEST_F(DatabaseFile, BehindALinkIntoNowhereFailsAndLeavesNoMark) {
+  std::filesystem::create_symlink(directory / "missing/b.db", file);
+  EXPECT_EQ(failureToOpen(), failure("open it: No such file or directory"));
+  EXPECT_EQ(filesThere(), std::set<std::string>({"a.db"}));
+}
+
+TEST_F(DatabaseFile, BehindALinkIsRefusedWhenItIsGoneWhileItsLogIsThere) {
+  std::filesystem::create_directory(directory / "elsewhere");
+  const auto target = directory / "elsewhere/b.db";
+  std::filesystem::create_symlink(target, file);
+  write(target.string() + "-wal", "rows");
+  EXPECT_EQ(failureToOpen(), failure("open it: its log " + target.string() + "-wal is there, but not the file itself"));
+  EXPECT_EQ(contentOf(target.string() + "-wal"), "rows");
+  EXPECT_FALSE(std::filesystem::exists(target));
 }
 
 }  // namespace
