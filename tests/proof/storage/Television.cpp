@@ -1,5 +1,6 @@
 #include "Television.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string_view>
 #include <variant>
@@ -7,6 +8,7 @@
 #include "seam/Seam.h"
 #include "services/ListText.h"
 #include "set/Keeping.h"
+#include "store/StoreError.h"
 #include "text/Units.h"
 
 namespace virtualtv::proof {
@@ -35,6 +37,11 @@ Content contentOf(Storage::Parts& parts) {
     content["service " + std::to_string(key)] = lineOf(*parts.services.read(key));
   }
   return content;
+}
+
+bool hasMark() {
+  const Image image = Disk::instance().image();
+  return std::any_of(image.begin(), image.end(), [](const auto& file) { return file.first.ends_with("-new"); });
 }
 
 std::string answerTo(sqlite3* database, const char* query) {
@@ -103,6 +110,7 @@ void Television::watch(const std::function<void()>& seen) {
 
 Content contentOn(const std::filesystem::path& directory) {
   Storage storage(directory);
+  if (hasMark()) throw StoreError("the mark that the file is being made is still there");
   return contentOf(storage.parts());
 }
 
