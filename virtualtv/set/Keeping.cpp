@@ -1,15 +1,18 @@
 #include "set/Keeping.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
-#include <sstream>
+#include <limits>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 #include "services/ListText.h"
 #include "set/EmbeddedSet.h"
 #include "store/StoreError.h"
 #include "store/Transaction.h"
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv {
@@ -33,7 +36,13 @@ std::string written(const std::vector<SubtitleTrack>& tracks) {
 
 template <typename Number>
 void read(const std::string& text, Number& number) {
-  std::istringstream(text) >> number;
+  using Limits = std::numeric_limits<Number>;
+  const auto value = text::numberIn<std::conditional_t<std::is_same_v<Number, bool>, unsigned, Number>>(text);
+  if (!value || *value > Limits::max()) {
+    throw std::invalid_argument("'" + text + "': a number from " + std::to_string(Limits::min()) + " to " +
+                                std::to_string(Limits::max()) + " is wanted");
+  }
+  number = static_cast<Number>(*value);
 }
 void read(const std::string& text, std::vector<AudioTrack>& tracks) {
   tracks = readAudioTracks(text);
@@ -42,42 +51,55 @@ void read(const std::string& text, std::vector<SubtitleTrack>& tracks) {
   tracks = readIspSubtitles(text);
 }
 
-/// Visits every kept value of a state under its name.
+/// What a set kept has grown, without new tables: a set of an earlier day has none of the names that came later, but
+/// all that it knew.
+enum class Since { first, inputs, pictures, tracks };
+
+/// Visits every kept value of a state under its name, with the day since which it is kept.
 template <typename State, typename Visit>
 void visit(State& state, Visit visitor) {
-  visitor("region", state.region);
-  visitor("country", state.country);
-  visitor("isp.present", state.isp.present);
-  visitor("isp.shown", state.isp.shown);
-  visitor("isp.width", state.isp.width);
-  visitor("isp.height", state.isp.height);
-  visitor("isp.audio", state.isp.audio);
-  visitor("isp.subtitles", state.isp.subtitles);
-  visitor("isp.audio_in_use", state.isp.inUse.audio);
-  visitor("isp.subtitle_in_use", state.isp.inUse.subtitle);
-  visitor("tuner.fade", state.fade);
-  visitor("start.service", state.startServiceId);
-  visitor("start.source", state.startSource);
+  visitor("region", state.region, Since::first);
+  visitor("country", state.country, Since::first);
+  visitor("isp.present", state.isp.present, Since::inputs);
+  visitor("isp.shown", state.isp.shown, Since::inputs);
+  visitor("isp.width", state.isp.width, Since::pictures);
+  visitor("isp.height", state.isp.height, Since::pictures);
+  visitor("isp.audio", state.isp.audio, Since::tracks);
+  visitor("isp.subtitles", state.isp.subtitles, Since::tracks);
+  visitor("isp.audio_in_use", state.isp.inUse.audio, Since::tracks);
+  visitor("isp.subtitle_in_use", state.isp.inUse.subtitle, Since::tracks);
+  visitor("tuner.fade", state.fade, Since::inputs);
+  visitor("start.service", state.startServiceId, Since::first);
+  visitor("start.source", state.startSource, Since::first);
   for (auto& input : state.inputs) {
     const std::string prefix = "input." + std::to_string(input.source) + ".";
-    visitor(prefix + "plugged", input.plugged);
-    visitor(prefix + "width", input.picture.width);
-    visitor(prefix + "height", input.picture.height);
-    visitor(prefix + "rate", input.picture.rate);
+    visitor(prefix + "plugged", input.plugged, Since::first);
+    visitor(prefix + "width", input.picture.width, Since::pictures);
+    visitor(prefix + "height", input.picture.height, Since::pictures);
+    visitor(prefix + "rate", input.picture.rate, Since::pictures);
   }
   for (const WindowId id : windowIds) {
     auto& window = state[id];
     const std::string prefix = std::string(nameOf(id)) + ".";
-    visitor(prefix + "source_state", window.sourceState);
-    visitor(prefix + "source", window.source);
-    visitor(prefix + "previous_source", window.previousSource);
-    visitor(prefix + "antenna", window.mode.antenna);
-    visitor(prefix + "service_mode", window.mode.service);
-    visitor(prefix + "service", window.service);
-    visitor(prefix + "previous_service", window.previousService);
-    visitor(prefix + "audio", window.inUse.audio);
-    visitor(prefix + "subtitle", window.inUse.subtitle);
+    visitor(prefix + "source_state", window.sourceState, Since::first);
+    visitor(prefix + "source", window.source, Since::first);
+    visitor(prefix + "previous_source", window.previousSource, Since::first);
+    visitor(prefix + "antenna", window.mode.antenna, Since::first);
+    visitor(prefix + "service_mode", window.mode.service, Since::first);
+    visitor(prefix + "service", window.service, Since::first);
+    visitor(prefix + "previous_service", window.previousService, Since::first);
+    visitor(prefix + "audio", window.inUse.audio, Since::tracks);
+    visitor(prefix + "subtitle", window.inUse.subtitle, Since::tracks);
   }
+}
+
+/// The day of a set that keeps this.
+Since dayOf(const std::map<std::string, std::string>& kept, TvState& state) {
+  Since day = Since::first;
+  visit(state, [&](const std::string& name, auto&, Since since) {
+    if (kept.contains(name)) day = std::max(day, since);
+  });
+  return day;
 }
 
 /// Gives a database that has just got its tables the embedded set, unless an older one keeps a set already.
@@ -106,7 +128,7 @@ Storage::~Storage() = default;
 
 std::map<std::string, std::string> keptOf(const TvState& state) {
   std::map<std::string, std::string> kept;
-  visit(state, [&](std::string name, const auto& value) { kept.emplace(std::move(name), written(value)); });
+  visit(state, [&](std::string name, const auto& value, Since) { kept.emplace(std::move(name), written(value)); });
   return kept;
 }
 
@@ -131,10 +153,12 @@ std::map<std::string, std::string> keptIn(Storage::Parts& parts) {
 }
 
 void restore(const std::map<std::string, std::string>& kept, const std::string& file, TvState& state) {
-  visit(state, [&](const std::string& name, auto& value) {
+  const Since day = dayOf(kept, state);
+  visit(state, [&](const std::string& name, auto& value, Since since) {
     const auto found = kept.find(name);
-    if (found == kept.end()) return;
+    if (found == kept.end() && since > day) return;
     try {
+      if (found == kept.end()) throw std::invalid_argument("it is not there");
       read(found->second, value);
     } catch (const std::invalid_argument& error) {
       const std::string reason = error.what();  // which shows what is kept, and that may be anything

@@ -1,5 +1,6 @@
 // What a set keeps of its tuning when it is switched off, and what becomes of a change that it can't keep.
 #include "d2tv/D2TVCAPI.h"
+#include "store/Statement.h"
 #include "virtualtv/support/Support.h"
 #include "virtualtv/tuning/SetTest.h"
 
@@ -71,6 +72,72 @@ TEST(KeepingOnDisk, WhatWasAnsweredIsKeptWhenThePowerGoes) {
   Storage storage(directory.path());
   const Tv tv(storage);
   EXPECT_EQ(tv.state()[WindowId::main].source, hdmi2);
+}
+
+/// A set with damaged state rows.
+class KeepingDamaged : public SetTest {
+ protected:
+  std::string failureAfter(const std::string& sql) {
+    Statement(storage.parts().database, sql, "damage the set").run();
+    tv.reset();
+    return failureOf([&] { tv.emplace(storage); });
+  }
+
+  std::string failureWith(const std::string& name, const std::string& value) {
+    return failureAfter("UPDATE set_state SET value = '" + value + "' WHERE key = '" + name + "'");
+  }
+
+  static std::string unreadable(const std::string& name, const std::string& reason) {
+    return "memory: cannot read " + name + " of the set that is kept: " + reason;
+  }
+};
+
+TEST_F(KeepingDamaged, ANumberThatIsNoneIsRefused) {
+  for (const char* const text : {"", "x", "13abc", " 13", "+13", "1.5", "2147483648", "99999999999999"}) {
+    EXPECT_EQ(
+        failureWith("main.source", text),
+        unreadable("main.source", "'" + std::string(text) + "': a number from -2147483648 to 2147483647 is wanted"));
+  }
+}
+
+TEST_F(KeepingDamaged, ANumberMayBeWhateverItsPlaceHolds) {
+  const std::string most = "18446744073709551615";
+  EXPECT_EQ(failureWith("start.service", "-1"),
+            unreadable("start.service", "'-1': a number from 0 to " + most + " is wanted"));
+  EXPECT_EQ(failureWith("start.service", most), "");
+  EXPECT_EQ(tv->state().startServiceId, ~std::uint64_t{0});
+  EXPECT_EQ(failureWith("pip.previous_source", "-2147483648"), "");
+}
+
+TEST_F(KeepingDamaged, ASwitchIsOnOrOff) {
+  for (const char* const text : {"2", "-1", "on", ""}) {
+    EXPECT_EQ(failureWith("isp.present", text),
+              unreadable("isp.present", "'" + std::string(text) + "': a number from 0 to 1 is wanted"));
+  }
+}
+
+/// Each name, and no other is missing.
+TEST_F(KeepingDamaged, AnyValueThatIsGoneIsRefused) {
+  const auto kept = storage.parts().state.all();
+  ASSERT_GT(kept.size(), 30U);
+  for (const auto& [name, value] : kept) {
+    EXPECT_EQ(failureAfter("DELETE FROM set_state WHERE key = '" + name + "'"), unreadable(name, "it is not there"));
+    storage.parts().state.setAll(kept);
+  }
+}
+
+/// Tracks in use, sizes of pictures, the ISP source and the tuner's loss came one after the other.
+TEST_F(KeepingDamaged, ASetThatWasKeptBeforeSomeValuesWereHasTheirDefaults) {
+  tv->switchSource(WindowId::main, hdmi2);
+  const TvState before = tv->state();
+  for (const char* const later :
+       {"key GLOB 'isp.*audio*' OR key GLOB 'isp.sub*' OR key GLOB '*.audio' OR key GLOB '*.subtitle'",
+        "key GLOB '*.width' OR key GLOB '*.height' OR key GLOB '*.rate'", "key GLOB 'isp.*' OR key = 'tuner.fade'"}) {
+    EXPECT_EQ(failureAfter(std::string("DELETE FROM set_state WHERE ") + later), "") << later;
+    EXPECT_EQ(tv->state(), before);
+  }
+  tv->setMode(WindowId::pip, {0, 21});
+  EXPECT_EQ(storage.parts().state.all(), keptOf(tv->state()));
 }
 
 TEST_F(Keeping, ResetGoesBackToTheBuiltInSet) {

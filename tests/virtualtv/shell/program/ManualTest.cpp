@@ -195,6 +195,10 @@ TEST_F(ManualOfStates, TellsTheMessageOfEachStateThatCantBeRead) {
       {"has lost a table", [](State& kept) { kept.tell("DROP TABLE set_state"); }},
       {"has services, but nothing of the set", [](State& kept) { kept.tell("DELETE FROM set_state"); }},
       {"is damaged where the set is kept", [](State& kept) { kept.damageWhatIsKept(); }},
+      {"keeps a number that is none",
+       [](State& kept) { kept.tell("UPDATE set_state SET value = '13abc' WHERE key = 'main.source'"); }},
+      {"has lost something of the set",
+       [](State& kept) { kept.tell("DELETE FROM set_state WHERE key = 'main.source'"); }},
       {"keeps a list that is none",
        [](State& kept) { kept.tell("UPDATE set_state SET value = '1:x' WHERE key = 'isp.audio'"); }},
   };
