@@ -13,11 +13,17 @@ namespace {
 
 using comparison::Script;
 
-std::optional<comparison::Difference> differenceAgain(Simulation& simulation, const Script& script) {
+/// How a script goes when it is run alone.
+struct Course {
+  std::optional<comparison::Difference> difference;
+  std::optional<std::string> exception;  ///< that it ends in, which no transcript can expect
+};
+
+Course courseOf(Simulation& simulation, const Script& script) {
   try {
-    return simulation.differenceIn(script);
-  } catch (const std::exception&) {
-    return std::nullopt;  // it ends in an exception, which no transcript can expect
+    return {simulation.differenceIn(script), std::nullopt};
+  } catch (const std::exception& exception) {
+    return {std::nullopt, exception.what()};
   }
 }
 
@@ -27,22 +33,48 @@ std::string inputsOf(const Script& script) {
   return inputs;
 }
 
+void write(const std::string& text, const std::filesystem::path& file) {
+  std::ofstream stream(file);
+  stream << text << std::flush;
+  if (!stream) throw std::runtime_error("cannot write " + file.string());
+}
+
 }  // namespace
+
+void leaveBehind(std::uint64_t seed, const Script& script, const std::filesystem::path& file) {
+  write("# seed " + std::to_string(seed) + ", not yet at its end\n" + inputsOf(script), file);
+}
 
 Report reportOf(Simulation& simulation, const Failure& failure) {
   const std::string what = "seed " + std::to_string(failure.seed) + ": " + failure.what;
-  const auto fails = [&](const Script& script) { return differenceAgain(simulation, script).has_value(); };
-  if (!fails(failure.script)) {
-    return {what + "it is not seen again when the script is run alone, which is:\n" + inputsOf(failure.script), ""};
+  const Course course = courseOf(simulation, failure.script);
+  if (!course.difference && !course.exception) {
+    return {what + "it is not seen again when the script is run alone, which is:\n" + inputsOf(failure.script), "", ""};
   }
-  const auto difference = simulation.differenceIn(comparison::shrunk(failure.script, fails)).value();
-  return {what + "by the model this holds:\n" + difference.expectation + difference.details, difference.expectation};
+  // It is to stay a failure of its kind.
+  const Script script = comparison::shrunk(failure.script, [&](const Script& part) {
+    const Course shorter = courseOf(simulation, part);
+    return course.exception ? shorter.exception.has_value() : shorter.difference.has_value();
+  });
+  const Course shortest = courseOf(simulation, script);
+  if (shortest.exception) {
+    const std::string inputs = inputsOf(script);
+    return {what + "this ends in an exception, " + *shortest.exception + ":\n" + inputs, "", inputs};
+  }
+  const comparison::Difference& difference = shortest.difference.value();
+  return {what + "by the model this holds:\n" + difference.expectation + difference.details, difference.expectation,
+          ""};
+}
+
+std::string keep(const Report& report, const std::filesystem::path& file) {
+  if (!report.transcript.empty()) return tryOut(report.transcript, file);
+  if (report.inputs.empty()) return "";
+  write(report.inputs, file);
+  return file.string() + " has that\n";
 }
 
 std::string tryOut(const std::string& transcript, const std::filesystem::path& file) {
-  std::ofstream stream(file);
-  stream << transcript << std::flush;
-  if (!stream) throw std::runtime_error("cannot write " + file.string());
+  write(transcript, file);
   kel::CEmpAppWindow app;
   const auto checked = virtualtv::shell::checkTranscript(app, file.string(), false);
   if (!checked.error.empty()) return file.string() + " has that, but can't be checked: " + checked.error + "\n";

@@ -34,6 +34,7 @@ std::optional<simulation::Report> simulate(const Options& options) {
   simulation::Simulation simulation;
   std::optional<simulation::Report> report;
   for (std::uint64_t seed = options.seed; !report && simulation.figures().commands < options.commands; ++seed) {
+    simulation::leaveBehind(seed, simulation.scriptOf(seed), options.transcript);
     const auto failure = simulation.run(seed, (seed - options.seed) % scriptsBetweenReplays == 0);
     if (failure) report = simulation::reportOf(simulation, *failure);
   }
@@ -42,11 +43,11 @@ std::optional<simulation::Report> simulate(const Options& options) {
 }
 
 int run(const Options& options) {
-  std::filesystem::remove(options.transcript);
   const auto report = simulate(options);
+  std::filesystem::remove(options.transcript);
   if (!report) return 0;
   std::cout << report->text;
-  if (!report->transcript.empty()) std::cout << simulation::tryOut(report->transcript, options.transcript);
+  std::cout << simulation::keep(*report, options.transcript);
   return 1;
 }
 
@@ -59,7 +60,8 @@ int main(int argc, char** argv) {
     app.add_option("--commands", options.commands, "how many commands at least")->capture_default_str();
     app.add_option("--seed", options.seed, "seed of the first script; the next one has the next seed")
         ->capture_default_str();
-    app.add_option("--transcript", options.transcript, "file for the transcript of a failure")->capture_default_str();
+    app.add_option("--transcript", options.transcript, "file for the script under way, and the transcript of a failure")
+        ->capture_default_str();
     CLI11_PARSE(app, argc, argv);
     return run(options);
   } catch (const std::exception& exception) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 #include "virtualtv/support/Support.h"
@@ -83,6 +84,34 @@ TEST(SimulationReport, HasTheScriptOfAFailureThatIsNotSeenAgain) {
   EXPECT_EQ(report.transcript, "");
   EXPECT_TRUE(has(report.text, "state, really:")) << report.text;
   for (const std::string& line : failure.script) EXPECT_TRUE(has(report.text, "> " + line + "\n")) << line;
+}
+
+TEST(SimulationReport, HasAShortScriptThatEndsInAnException) {
+  const virtualtv::test::TemporaryDirectory folder;
+  Simulation simulation;
+  Failure failure{7, "it ends in an exception\n", simulation.scriptOf(7)};
+  failure.script.resize(200);
+  failure.script[150] = ".unheard of";
+  const Report report = reportOf(simulation, failure);
+  EXPECT_TRUE(has(report.text, "seed 7: ")) << report.text;
+  EXPECT_TRUE(has(report.text, "this ends in an exception, ")) << report.text;
+  EXPECT_EQ(report.inputs, "> .unheard of\n");
+  EXPECT_EQ(keep(report, folder / "short.txt"), (folder / "short.txt").string() + " has that\n");
+  EXPECT_EQ(virtualtv::test::contentOf(folder / "short.txt"), report.inputs);
+}
+
+TEST(SimulationReport, IsFoundInTheFileWhenTheProgramDies) {
+  const virtualtv::test::TemporaryDirectory folder;
+  const auto file = folder / "died.txt";
+  const std::string end = virtualtv::test::inChild([&]() -> std::string {
+    const Simulation simulation;
+    leaveBehind(3, simulation.scriptOf(3), file);
+    std::_Exit(1);
+  });
+  EXPECT_EQ(end, "died");
+  std::string inputs;
+  for (const std::string& line : Simulation().scriptOf(3)) inputs += "> " + line + "\n";
+  EXPECT_EQ(virtualtv::test::contentOf(file), "# seed 3, not yet at its end\n" + inputs);
 }
 
 TEST(SimulationReport, TellsWhatIsNotTheSameAgain) {
