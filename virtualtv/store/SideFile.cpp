@@ -20,7 +20,9 @@ sqlite3_vfs& disk() {
 int SideFile::find(bool& found) const {
   // SQLite's first question does not see a file without content, its second none without permissions.
   std::error_code ignored;
-  found = std::filesystem::exists(std::filesystem::symlink_status(name_, ignored));
+  const auto status = std::filesystem::symlink_status(name_, ignored);
+  if (!std::filesystem::status_known(status)) return SQLITE_CANTOPEN;  // who can't tell must not take it for gone
+  found = std::filesystem::exists(status);
   if (found) return SQLITE_OK;
   const int code = ask(SQLITE_ACCESS_EXISTS, found);
   return code != SQLITE_OK || found ? code : ask(SQLITE_ACCESS_READWRITE, found);

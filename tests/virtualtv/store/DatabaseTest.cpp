@@ -374,6 +374,25 @@ TEST_F(DatabaseFile, ThatCantBeReadFails) {
   EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
 }
 
+/// Whether it is there can't be told.
+TEST_F(DatabaseFile, InADirectoryThatCantBeLookedIntoFails) {
+  const auto closed = directory / "closed";
+  std::filesystem::create_directory(closed);
+  write(closed / "a.db", "something");
+  std::filesystem::permissions(closed, std::filesystem::perms(0));
+  EXPECT_EQ(inChildWithoutPrivileges([&] { return failureOf([&] { Database(closed / "a.db", oldSchema); }); }),
+            (closed / "a.db").string() + ": cannot open it: Permission denied");
+  std::filesystem::permissions(closed, std::filesystem::perms(0700));
+  EXPECT_EQ(contentOf(closed / "a.db"), "something");
+}
+
+/// Of a directory that leads to itself, even the first user can't tell what is in it.
+TEST_F(DatabaseFile, BehindADirectoryThatLeadsNowhereFails) {
+  std::filesystem::create_symlink("loop", directory / "loop");
+  EXPECT_EQ(failureOf([&] { Database(directory / "loop/a.db", oldSchema); }),
+            (directory / "loop/a.db").string() + ": cannot open it: Too many levels of symbolic links");
+}
+
 TEST_F(DatabaseFile, ThatAnotherProcessHasOpenIsRefused) {
   Database database(file, oldSchema);
   add(database);

@@ -41,6 +41,20 @@ TEST_F(DiskTest, HoldsWhatADatabaseKeeps) {
   EXPECT_EQ(SettingsStore(database).get("key"), Setting(5));
 }
 
+/// As SQLite's own way to a real disk does.
+TEST_F(DiskTest, FindsAFileWithoutContentOnlyWhenAskedForMore) {
+  disk.insert({{"empty", ""}, {"full", "x"}});
+  const auto answers = [&](const char* name, int question) {
+    int answer = -1;
+    EXPECT_EQ(disk.exists(name, question, answer), SQLITE_OK);
+    return answer;
+  };
+  EXPECT_EQ(answers("empty", SQLITE_ACCESS_EXISTS), 0);
+  EXPECT_EQ(answers("empty", SQLITE_ACCESS_READWRITE), 1);
+  EXPECT_EQ(answers("full", SQLITE_ACCESS_EXISTS), 1);
+  EXPECT_EQ(answers("none", SQLITE_ACCESS_READWRITE), 0);
+}
+
 TEST_F(DiskTest, FailsTheChosenAccessAndNoOther) {
   Database database(file, schema);
   SettingsStore store(database);
