@@ -7,12 +7,14 @@ import io
 import json
 import sys
 import unittest
+from pathlib import Path
+from unittest import mock
 
 from scratch import TOP, ScratchTest
 
 sys.path.insert(0, str(TOP / "tools"))
 
-from measuring import speed  # noqa: E402  (needs the path above)
+from measuring import memory, sizes, speed  # noqa: E402  (needs the path above)
 from proving.job import Failed  # noqa: E402
 
 
@@ -35,10 +37,12 @@ class BenchTest(ScratchTest):
         self.ratios = {}  # by number, 0.01 for those that are not here
         self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "9", "10", "11", "12")
         self.tool.memory_rows = self.rows_of("7", "14")
+        self.seam_rows = self.tool.seam_rows
         self.tool.seam_rows = self.rows_of("13")
         self.tool.sizes.measure = lambda job, archive: [("text", "5 bytes")]
         self.tool.Job = self.job
         self.failure = None
+        self.builds = 0
 
     def rows_of(self, *numbers):
         def rows(_job, _build, wanted):
@@ -52,6 +56,7 @@ class BenchTest(ScratchTest):
 
         class Job:
             def build(self, *_):
+                test.builds += 1
                 if test.failure:
                     raise Failed(test.failure)
                 return test.root
@@ -125,6 +130,86 @@ class BenchTest(ScratchTest):
         status, out, err = self.run_tool("--write")
         self.assertEqual((status, out, err), (2, "", "tools/bench: bench_speed ended with status 1\n"))
         self.assertEqual(self.page(), "as it was\n")
+
+    def test_what_the_page_needs_is_told_before_anything_is_measured(self):
+        page, notes = self.root / "docs/performance.md", self.root / "bench/notes.md"
+        notes.unlink()
+        status, _, err = self.run_tool("--write")
+        self.assertEqual((status, self.builds), (2, 0))
+        self.assertRegex(err, r"^tools/bench: .*notes\.md can't be read: ")
+        self.assertEqual(self.run_tool()[0], 0)
+        self.write("bench/notes.md", "## Notes\n")
+        self.builds = 0
+        page.unlink()
+        page.mkdir()
+        status, _, err = self.run_tool("--write")
+        self.assertEqual((status, self.builds), (2, 0))
+        self.assertRegex(err, r"^tools/bench: .*performance\.md can't be written\n$")
+
+    def test_a_missing_page_is_made(self):
+        (self.root / "docs/performance.md").unlink()
+        self.assertEqual(self.run_tool("--write")[0], 0)
+        self.assertTrue(self.page().startswith("# Performance\n"))
+
+    def seam_row(self, with_seam, without):
+        counts = {"bench_instructions": with_seam, "bench_instructions_without_seam": without}
+        with mock.patch.object(self.tool.instructions, "count", lambda _job, program: counts[program.name]):
+            return list(self.seam_rows(None, self.root, {"13"}))
+
+    def test_of_all_queries_the_one_that_the_seam_costs_most_counts(self):
+        rows = self.seam_row({"GetSource": 1015, "GetState_Show": 515, "GetChannel_Name": 1000, "SetChannel": 9000},
+                             {"GetSource": 1000, "GetState_Show": 500, "GetChannel_Name": 1000, "SetChannel": 1000})
+        self.assertEqual(rows, [["13", "instructions of a query, trace and faults off, the most of 3: GetState_Show",
+                                 "with the seam compiled out", "515.0", "500.0", "1.03", "<= 1.02", "MISSED"]])
+
+
+class MemoryTest(unittest.TestCase):
+    FIGURES = dict.fromkeys(memory.NAMES, 2)
+
+    def measure(self, figures):
+        class Program:
+            def run(self, _argv):
+                return ""
+
+            def figures(self, _text):
+                return figures
+        return memory.measure(Program(), "bench_memory")
+
+    def test_all_figures_make_the_rows(self):
+        self.assertEqual([row[0] for row in self.measure(self.FIGURES)], ["7", "7", "14"])
+
+    def test_a_figure_that_was_not_told_is_told(self):
+        for name in memory.NAMES:
+            with self.subTest(name=name), self.assertRaisesRegex(Failed, f"bench_memory has not told {name}$"):
+                self.measure({other: number for other, number in self.FIGURES.items() if other != name})
+
+
+class Tools:
+    """Answers as compiler and valgrind do; in the user's language unless told otherwise."""
+
+    scratch = Path("scratch")
+
+    def __init__(self, foreign, plain):
+        self.foreign = foreign
+        self.plain = plain
+
+    def run(self, _argv, env=None):
+        return self.plain if (env or {}).get("LC_ALL") == "C" else self.foreign
+
+
+class SizesTest(unittest.TestCase):
+    def test_the_linker_is_asked_in_the_language_that_is_read(self):
+        tools = Tools("undefinierter Verweis auf »one«\n", "main.o: undefined reference to `one'\n")
+        self.assertEqual(sizes.undefined(tools, ["main.o"]), ["one"])
+
+    def test_allocations_are_read_from_valgrinds_line(self):
+        said = "==1==   total heap usage: 1,005 allocs, 5 frees, 72,834 bytes allocated\n"
+        self.assertEqual(sizes.allocations(Tools(said, said), "plugin"), (1005, 72834))
+
+    def test_a_heap_that_was_not_told_is_told(self):
+        said = "==1== in use at exit: 0 bytes\n"
+        with self.assertRaisesRegex(Failed, "does not tell what plugin allocates"):
+            sizes.allocations(Tools(said, said), "plugin")
 
 
 class Benchmarks:

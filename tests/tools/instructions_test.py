@@ -4,9 +4,16 @@ import contextlib
 import importlib.machinery
 import importlib.util
 import io
+import sys
 import unittest
+from pathlib import Path
 
 from scratch import TOP, ScratchTest
+
+sys.path.insert(0, str(TOP / "tools"))
+
+from measuring import instructions  # noqa: E402  (needs the path above)
+from proving.job import Failed  # noqa: E402
 
 
 def load():
@@ -25,10 +32,15 @@ class InstructionsTest(ScratchTest):
         self.tool = load()
         self.tool.TOP = self.root
         self.tool.BASELINE = self.root / "bench/instructions.tsv"
-        self.tool.counted = lambda: (dict(self.counts), self.made_with)
+        self.tool.counted = self.counted
+        self.runs = 0
         self.made_with = "x86_64, g++ 12.2.0"
         self.counts = {"GetSource": 1000, "FindChannel, 200 services": 200000}
         self.baseline = self.write("bench/instructions.tsv", self.BASELINE)
+
+    def counted(self):
+        self.runs += 1
+        return dict(self.counts), self.made_with
 
     def run_tool(self, *arguments):
         """Status, standard output and standard error."""
@@ -43,11 +55,18 @@ class InstructionsTest(ScratchTest):
     def test_equal_counts_pass(self):
         status, out, err = self.run_tool()
         self.assertEqual((status, err), (0, ""))
-        self.assertRegex(out, r"1,000 +1,000 +\+0\.0 %  GetSource\n")
+        self.assertRegex(out, r"1,000\.0 +1,000\.0 +\+0\.0 %  GetSource\n")
 
     def test_up_to_3_percent_more_passes(self):
         self.counts["GetSource"] = 1030
         self.assertEqual(self.run_tool()[0], 0)
+
+    def test_counts_show_what_makes_their_change(self):
+        self.baseline.write_text("GetSource\t208.2\nFindChannel, 200 services\t200000\n")
+        self.counts["GetSource"] = 208.6
+        status, out, _ = self.run_tool()
+        self.assertEqual(status, 0)
+        self.assertRegex(out, r"208\.6 +208\.2 +\+0\.2 %  GetSource\n")
 
     def test_less_passes(self):
         self.counts["GetSource"] = 10
@@ -91,7 +110,7 @@ class InstructionsTest(ScratchTest):
         self.assertIn("GetSource: is not in", err)
 
     def test_a_broken_line_is_told_by_its_number(self):
-        for line in ("GetSource", "GetSource\tmany", "GetSource\t0", "GetSource\t-5", "GetSource\t1\t2", "\t5",
+        for line in ("GetSource", "GetSource\tmany", "GetSource\t0", "GetSource\t-5", "GetSource\t1\t2", "\t5", "GetSource\t1.25",
                      "FindChannel, 200 services\t7"):
             with self.subTest(line=line):
                 self.write("bench/instructions.tsv", self.BASELINE + line + "\n")
@@ -112,7 +131,7 @@ class InstructionsTest(ScratchTest):
         text = self.baseline.read_text()
         self.assertRegex(text, r"\A# Notes\n# 2026-01-02 first counted \(x86_64, g\+\+ 12\.2\.0\)\n"
                                r"# \d{4}-\d\d-\d\d a lookup more \(x86_64, g\+\+ 12\.2\.0\)\n"
-                               r"GetSource\t2000\nGetTVMode\t7\n\Z")
+                               r"GetSource\t2000.4\nGetTVMode\t7.0\n\Z")
         self.assertEqual(self.run_tool()[0], 0)
 
     def test_renewing_makes_a_missing_baseline(self):
@@ -120,11 +139,68 @@ class InstructionsTest(ScratchTest):
         self.assertEqual(self.run_tool("--renew", "first counted")[0], 0)
         self.assertEqual(self.run_tool()[0], 0)
 
+    def test_a_baseline_that_can_not_be_read_is_told_before_anything_is_counted(self):
+        self.baseline.unlink()
+        self.baseline.mkdir()
+        for arguments in ([], ["--renew", "first counted"]):
+            with self.subTest(arguments=arguments):
+                status, _, err = self.run_tool(*arguments)
+                self.assertEqual((status, self.runs), (2, 0))
+                self.assertRegex(err, r"^tools/instructions: .*instructions\.tsv can't be read: ")
+
+    def test_a_baseline_that_can_not_be_written_is_told_before_anything_is_counted(self):
+        self.tool.BASELINE = self.root / "no-such-folder/instructions.tsv"
+        status, _, err = self.run_tool("--renew", "first counted")
+        self.assertEqual((status, self.runs), (2, 0))
+        self.assertRegex(err, r"^tools/instructions: .*instructions\.tsv can't be written\n$")
+
+    def test_a_baseline_that_turns_out_not_to_be_writable_is_told(self):
+        def counted():
+            self.baseline.unlink()
+            self.baseline.mkdir()
+            return self.counts, self.made_with
+        self.tool.counted = counted
+        status, _, err = self.run_tool("--renew", "a lookup more")
+        self.assertEqual(status, 2)
+        self.assertRegex(err, r"^tools/instructions: .*instructions\.tsv can't be written: ")
+
     def test_renewing_without_a_reason_is_refused(self):
         for arguments in (["--renew"], ["--renew", ""], ["--renew", "  "]):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.run_tool(*arguments)[0], 2)
                 self.assertEqual(self.baseline.read_text(), self.BASELINE)
+
+
+class CountTest(ScratchTest):
+    """What is made of valgrind's files and of what the program says it ran."""
+
+    DUMP = "version: 1\ndesc: Trigger: Client Request: GetSource\nevents: Ir\nsummary: {}\n"
+
+    def count(self, said, **dumps):
+        test = self
+        for name, text in dumps.items():
+            self.write(f"counts.{name}", text)
+
+        class Job:
+            scratch = Path(test.root)
+
+            def run(self, *_, **__):
+                return said
+        return instructions.count(Job(), "bench_instructions")
+
+    def test_counts_are_those_of_one_run(self):
+        self.assertEqual(self.count("GetSource\t10\n", one=self.DUMP.format(2084), rest="version: 1\nsummary: 7\n"),
+                         {"GetSource": 208.4})
+
+    def test_a_command_that_was_not_counted_is_told(self):
+        for dumps in ({}, {"one": "desc: Trigger: Client Request: GetSource\n"}):
+            with self.subTest(dumps=dumps), self.assertRaisesRegex(Failed, "has not counted GetSource, GetVolume"):
+                self.count("GetSource\t10\nGetVolume\t10\n", **dumps)
+
+    def test_a_program_that_tells_nothing_of_use_is_told(self):
+        for said in ("", "GetSource\n", "GetSource\t0\n", "GetSource\t1\t2\n"):
+            with self.subTest(said=said), self.assertRaisesRegex(Failed, "bench_instructions does not tell what it ran"):
+                self.count(said, one=self.DUMP.format(2084))
 
 
 if __name__ == "__main__":

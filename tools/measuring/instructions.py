@@ -7,9 +7,12 @@ or of the compiler counts may be others.
 
 import re
 
+from proving.job import Failed
+
 DUMP = re.compile(r"^desc: Trigger: Client Request: (?P<label>.*)$", re.MULTILINE)
 TOTALS = re.compile(r"^(?:totals|summary): (?P<count>\d+)$", re.MULTILINE)
 MOST_MORE = 3  # percent
+RUN = re.compile(r"^(?P<label>[^\t]+)\t(?P<times>[1-9][0-9]*)$")
 
 
 def made_with(job):
@@ -23,13 +26,30 @@ def made_with(job):
 
 def count(job, program):
     """The instructions of one run of each command that `program` runs, in their order, by label."""
-    runs = dict(line.split("\t") for line in job.run(
+    said = job.run(
         ["valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={job.scratch / 'counts'}", program],
-        env={"LC_ALL": "C"}).splitlines())
+        env={"LC_ALL": "C"}).splitlines()
+    runs = [RUN.match(line) for line in said]
+    if not all(runs) or not runs:
+        raise Failed(f"{program} does not tell what it ran")
+    counts = dumped(job.scratch)
+    if missing := [run["label"] for run in runs if run["label"] not in counts]:
+        raise Failed(f"valgrind has not counted {', '.join(missing)}")
+    return {run["label"]: counts[run["label"]] / int(run["times"]) for run in runs}
+
+
+def dumped(folder):
+    """The counts that valgrind left in a folder, by label; takes them away."""
     counts = {}
-    for dump in job.scratch.glob("counts*"):
+    for dump in folder.glob("counts*"):
         text = dump.read_text(encoding="utf-8")
-        if label := DUMP.search(text):
-            counts[label["label"]] = int(TOTALS.search(text)["count"])
+        label, total = DUMP.search(text), TOTALS.search(text)
+        if label and total:
+            counts[label["label"]] = int(total["count"])
         dump.unlink()
-    return {label: counts[label] / int(times) for label, times in runs.items()}
+    return counts
+
+
+def is_query(label):
+    """Whether a command that is run only asks."""
+    return label.startswith("Get")

@@ -13,7 +13,7 @@ ROOM = 256  # bytes of such a table
 def undefined(job, objects):
     """What the objects want of a set, by what the linker misses."""
     said = job.run(["sh", "-c", '"$0" "$@" 2>&1 || true', "g++", "-o", job.scratch / "unlinked", *objects, "-ljsoncpp",
-                    "-Wl,--no-demangle"])
+                    "-Wl,--no-demangle"], env={"LC_ALL": "C"})
     symbols = sorted(set(UNDEFINED.findall(said)))
     if not symbols:
         raise Failed("the plug-in wants nothing of a set")
@@ -39,7 +39,8 @@ def stand_in(job, symbols):
 def allocations(job, program):
     """How often a program allocates from its start to its end, and how many bytes."""
     said = job.run(["sh", "-c", '"$0" "$@" 2>&1', "valgrind", program])
-    found = HEAP.search(said)
+    if not (found := HEAP.search(said)):
+        raise Failed(f"valgrind does not tell what {program} allocates")
     return tuple(int(found[name].replace(",", "")) for name in ("count", "bytes"))
 
 
@@ -60,5 +61,5 @@ def measure(job, archive):
     empty_count, empty_size = allocations(job, empty)
     return [("text", f"{int(text):,} bytes"), ("data", f"{int(data):,} bytes"), ("bss", f"{int(bss):,} bytes"),
             ("relocations", str(relocations)),
-            ("allocations from start to end", f"{count} ({size:,} bytes)"),
+            ("allocations from start to end, no engine made", f"{count} ({size:,} bytes)"),
             ("of these without the plug-in, by the libraries", f"{empty_count} ({empty_size:,} bytes)")]

@@ -45,9 +45,9 @@ RATIOS = [
     Ratio("9", "of this: the set's list of records, and deleting it", "stepping alone", [("records", "statement")], None),
     Ratio("10", "a field query at index 99,999, the slowest of eleven", "at index 0",
           [(f"field/{query}/99999", f"field/{query}/0") for query in QUERIES], 1.2),
-    Ratio("11", "a switch of the source and back, all keys written", "as many writes of the store alone",
+    Ratio("11", "a tune from an input, all keys written", "as many writes of the store alone",
           [("tune/real_time", "store/real_time")], 1.2, seconds=0.5),
-    Ratio("12", "start of a process to its first reply", "`sqlite3 FILE 'select 1'`",
+    Ratio("12", "a process that answers once, from start to end", "`sqlite3 FILE 'select 1'`",
           [("exec/real_time", "sqlite/real_time")], 3.0, seconds=0.5),
 ]
 

@@ -1,0 +1,27 @@
+"""Files that a tool reads and writes, so that what is wrong with one is told before anything is measured."""
+
+import os
+
+from proving.job import Failed
+
+
+def text_of(path):
+    """What a file says. Raises Failed when it can't be read."""
+    try:
+        return path.read_text(encoding="utf-8", errors="replace")
+    except OSError as error:
+        raise Failed(f"{path} can't be read: {error.strerror}") from error
+
+
+def expect_writable(path):
+    """Raises Failed when a file can't be written, or made where there is none."""
+    if path.is_dir() or not os.access(path if path.exists() else path.parent, os.W_OK):
+        raise Failed(f"{path} can't be written")
+
+
+def write(path, text):
+    """Writes a whole file. Raises Failed when that can't be done after all."""
+    try:
+        path.write_text(text, encoding="utf-8")
+    except OSError as error:
+        raise Failed(f"{path} can't be written: {error.strerror}") from error
