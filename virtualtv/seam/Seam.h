@@ -229,8 +229,11 @@ class Passage {
   ~Passage() { Seam::instance().passing(nullptr); }
 };
 
+// Kept out of its callers, which would otherwise save registers for a path that a call seldom goes. It has copies of
+// its own: a caller's values and closure whose addresses nobody takes can stay in registers.
 template <typename Values, typename Body>
-auto observe(const Operation& operation, const Handle& handle, const Values& values, Body& body) -> decltype(body()) {
+[[gnu::noinline, gnu::cold]] auto observe(const Operation& operation, const Handle& handle, const Values values,
+                                          Body body) -> decltype(body()) {
   using Result = decltype(body());
   const Passage passage(operation);
   Seam& seam = Seam::instance();
@@ -284,7 +287,7 @@ auto pass([[maybe_unused]] const Operation& operation, [[maybe_unused]] const Ha
   if (!Seam::observed()) [[likely]] {
     return body();
   }
-  return detail::observe(operation, handle, values, body);
+  return detail::observe(operation, handle, Values(values), std::remove_reference_t<Body>(body));
 #endif
 }
 
