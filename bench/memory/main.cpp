@@ -104,7 +104,7 @@ std::string answered(bench::Television& television) {
 }
 
 void figure(const char* name, double value) {
-  std::cout << "figure: " << name << " = " << value << '\n';
+  std::cout << "figure: " << name << " = " << std::fixed << value << '\n';
 }
 
 void measure() {

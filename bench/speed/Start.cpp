@@ -1,4 +1,5 @@
-// From the start of a process to its first answer, on a state directory, against the database's own shell on a file.
+// A process that answers once, on a state directory, from its start to its end, against the database's own shell on a
+// file.
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/wait.h>

@@ -1,9 +1,8 @@
-// A switch of the source, which writes every key that a tune can, against as many writes of the store alone: both on a
+// A tune from an input, which writes every key that a tune can, against as many writes of the store alone: both on a
 // disk, each write there when it returns.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
@@ -16,13 +15,15 @@
 namespace {
 
 constexpr std::size_t services = 100;
-constexpr std::array sources{"15", "0"};  // an input, and the tuner
+constexpr const char* input = "15";
+constexpr const char* channelMajor = "1";
+constexpr int channelMinor = 7;
 
-/// A directory of its own, gone with the object.
+/// A directory of its own beside this program, gone with the object. The system's folder for such may be in memory.
 class Directory {
  public:
   Directory() {
-    std::string path = (std::filesystem::temp_directory_path() / "bench-XXXXXX").string();
+    std::string path = (std::filesystem::path(BENCH_SCRATCH) / "tune-XXXXXX").string();
     if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no directory can be made at " + path);
     path_ = path;
   }
@@ -36,22 +37,28 @@ class Directory {
   std::filesystem::path path_;
 };
 
-/// Back and forth between the sources.
-void switchSources(bench::Television& television) {
-  for (const char* source : sources) television.require(1, "SetSource", source);
+void showInput(bench::Television& television) {
+  television.require(1, "SetSource", input);
 }
 
-/// How many durable writes that takes.
+void tuneTo(bench::Television& television) {
+  television.require(1, "SetChannel", channelMajor, std::to_string(channelMinor));
+}
+
+/// How many durable writes a tune takes.
 std::size_t writesOf(bench::Television& television) {
   std::size_t writes = 0;
   const auto count = [](void* context) {
     ++*static_cast<std::size_t*>(context);
     return 0;
   };
-  switchSources(television);
+  tuneTo(television);
+  showInput(television);
   sqlite3_commit_hook(television.database(), count, &writes);
-  switchSources(television);
+  tuneTo(television);
   sqlite3_commit_hook(television.database(), nullptr, nullptr);
+  television.require(channelMinor, "GetCurrentChannel_Minor");
+  if (writes == 0) throw std::runtime_error("a tune writes nothing");
   return writes;
 }
 
@@ -60,17 +67,27 @@ void tune(benchmark::State& state) {
   bench::Television::drop();
   bench::Television television(services, directory.path());
   state.counters["writes"] = static_cast<double>(writesOf(television));
-  for (auto _ : state) switchSources(television);
+  for (auto _ : state) {
+    state.PauseTiming();
+    showInput(television);
+    state.ResumeTiming();
+    tuneTo(television);
+  }
 }
 
 void store(benchmark::State& state) {
   const Directory directory;
   bench::Television::drop();
   bench::Television television(services, directory.path());
-  const std::size_t writes = writesOf(television);
   int value = 0;
-  for (auto _ : state) {
+  const auto writeAll = [&, writes = writesOf(television)] {
     for (std::size_t write = 0; write < writes; ++write) television.tv().settings().set("db/bench", ++value);
+  };
+  for (auto _ : state) {
+    state.PauseTiming();
+    writeAll();  // as the way back to the input does
+    state.ResumeTiming();
+    writeAll();
   }
 }
 

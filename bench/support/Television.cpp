@@ -43,7 +43,9 @@ virtualtv::Service service(std::size_t number) {
                      {S::LOCK, 0},
                      {S::ANTENNA_MODE, ANTENNA_TERRESTRIAL}};
   const std::string digits = std::to_string(1'000'000 + number);
-  service.texts[S::CHANNEL_NAME] = u"Made-up " + std::u16string(digits.begin(), digits.end());
+  const std::u16string units(digits.begin(), digits.end());
+  service.texts[S::CHANNEL_NAME] = u"Made-up " + units;
+  service.texts[S::SERVICE_FIELD_110] = uR"({"logo":")" + units + uR"("})";
   return service;
 }
 

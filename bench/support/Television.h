@@ -13,8 +13,8 @@ struct sqlite3;
 
 namespace bench {
 
-/// Made-up services, alike in size: names, numbers and frequencies as lists of a broadcast have them; all in the list
-/// of TV mode 1.
+/// Made-up services, alike in size: names, numbers and frequencies as lists of a broadcast have them, with a short
+/// document attached; all in the list of TV mode 1.
 std::vector<virtualtv::Service> services(std::size_t count);
 
 /// A set with so many services and an engine on it; nothing is logged, recorded or made to fail.
