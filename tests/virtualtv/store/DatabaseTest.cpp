@@ -231,7 +231,7 @@ TEST_F(DatabaseFile, IsMarkedWhileItIsBeingMade) {
 
 TEST_F(DatabaseFile, HasItsFirstRowsOnceItHasItsTables) {
   const std::string end = inChild([&]() -> std::string {
-    Database(file, oldSchema, [](Database& made) {
+    const Database killed(file, oldSchema, [](Database& made) {
       add(made);
       std::_Exit(0);
     });
