@@ -15,7 +15,7 @@ from scratch import TOP, ScratchTest
 sys.path.insert(0, str(TOP / "tools"))
 
 from measuring import memory, sizes, speed  # noqa: E402  (needs the path above)
-from proving.job import Failed  # noqa: E402
+from proving.job import Failed, Job  # noqa: E402
 
 
 def load():
@@ -163,25 +163,31 @@ class BenchTest(ScratchTest):
                                  "with the seam compiled out", "515.0", "500.0", "1.03", "<= 1.02", "MISSED"]])
 
 
-class MemoryTest(unittest.TestCase):
-    FIGURES = dict.fromkeys(memory.NAMES, 2)
+class MemoryTest(ScratchTest):
+    """What is made of the figures of a program, run as the tool runs it."""
+
+    FIGURES = dict.fromkeys(memory.NAMES, "2.000000")
 
     def measure(self, figures):
-        class Program:
-            def run(self, _argv):
-                return ""
-
-            def figures(self, _text):
-                return figures
-        return memory.measure(Program(), "bench_memory")
+        lines = "".join(f"figure: {name} = {number}\n" for name, number in figures.items())
+        program = self.write("bench_memory", f"#!/bin/sh\ncat <<'END'\n{lines}END\n", executable=True)
+        job = Job(self.root, "bench")
+        self.addCleanup(job.close)
+        return memory.measure(job, program)
 
     def test_all_figures_make_the_rows(self):
-        self.assertEqual([row[0] for row in self.measure(self.FIGURES)], ["7", "7", "14"])
+        rows = self.measure({**self.FIGURES, "allocations a service": "0.000090", "peak bytes a service": "10.000000"})
+        self.assertEqual([(row[0], *row[3:]) for row in rows],
+                         [("7", None, None, 9e-5, 13.1), ("7", "2", "2", 1.0, 1.05), ("14", "10", "4", 2.5, 1.3)])
 
     def test_a_figure_that_was_not_told_is_told(self):
         for name in memory.NAMES:
             with self.subTest(name=name), self.assertRaisesRegex(Failed, f"bench_memory has not told {name}$"):
                 self.measure({other: number for other, number in self.FIGURES.items() if other != name})
+
+    def test_a_figure_without_fixed_digits_is_not_told(self):
+        with self.assertRaisesRegex(Failed, "has not told allocations a service$"):
+            self.measure({**self.FIGURES, "allocations a service": "9e-05"})
 
 
 class Tools:

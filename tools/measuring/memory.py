@@ -9,7 +9,7 @@ NAMES = ["allocations a service", "live bytes a service", "live bytes a service 
 def measure(job, program):
     """Figures by name, as (number, name, reference, subject, reference, ratio, target); a figure without a reference has
     none and is its own ratio."""
-    found = job.figures(job.run([program]))
+    found = job.figures(job.run([program]), program)
     if missing := [name for name in NAMES if name not in found]:
         raise Failed(f"{program} has not told {', '.join(missing)}")
     live, smallest = found["live bytes a service"], found["live bytes a service in the smallest tree"]
