@@ -174,8 +174,8 @@ void demandUsersServices(const Kept& kept, const Kept& builtIn) {
   }
 }
 
-/// What a set says is what its database holds. Of its state only what is as it was: a damaged number may be one that the
-/// set writes in another way, and a state of an earlier version lacks names.
+/// What a set says is what its database holds. Of its state only what is as it was: a damaged number may be one that
+/// the set writes in another way, and a state of an earlier version lacks names.
 void demandSame(const Kept& kept, const Kept& plain, const Kept& original) {
   const auto isAsItWas = [&](const auto& entry) {
     const auto before = original.find(entry.first);
