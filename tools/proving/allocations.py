@@ -12,7 +12,7 @@ from proving.job import at_most, more_than
 def run(job):
     folder = job.build("asan", "proof_allocations")
     found = job.measure([folder / "tests/proof/allocations/proof_allocations"])
-    least = {"runs with failing allocations": 1000, "runs with failing allocations inside calls": 10000,
+    least = {"runs with failing allocations": 1000, "runs with failing allocations inside calls": 5000,
              "runs with failing allocations of the database": 3000}
     return [
         *[more_than(f"allocations: {name}", number, found.get(name)) for name, number in least.items()],
