@@ -1,16 +1,12 @@
 """tools/bench: what it makes of measurements. The measuring itself is that of programs in bench/."""
 
-import contextlib
-import importlib.machinery
-import importlib.util
-import io
 import json
 import sys
 import unittest
 from pathlib import Path
 from unittest import mock
 
-from scratch import TOP, ScratchTest
+from scratch import TOP, ScratchTest, load, run_main
 
 sys.path.insert(0, str(TOP / "tools"))
 
@@ -18,18 +14,10 @@ from measuring import memory, sizes, speed  # noqa: E402  (needs the path above)
 from proving.job import Failed, Job  # noqa: E402
 
 
-def load():
-    """The script as a module."""
-    loader = importlib.machinery.SourceFileLoader("bench_tool", str(TOP / "tools/bench"))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(loader.name, loader))
-    loader.exec_module(module)
-    return module
-
-
 class BenchTest(ScratchTest):
     def setUp(self):
         super().setUp()
-        self.tool = load()
+        self.tool = load("bench")
         self.tool.TOP = self.root
         self.write("docs/performance.md", "as it was\n")
         self.write("bench/notes.md", "## Notes\n")
@@ -67,13 +55,7 @@ class BenchTest(ScratchTest):
 
     def run_tool(self, *arguments):
         """Status, standard output and standard error."""
-        out, err = io.StringIO(), io.StringIO()
-        with contextlib.redirect_stdout(out), contextlib.redirect_stderr(err):
-            try:
-                status = self.tool.main(arguments)
-            except SystemExit as end:
-                status = end.code
-        return status, out.getvalue(), err.getvalue()
+        return run_main(self.tool, *arguments)
 
     def page(self):
         return (self.root / "docs/performance.md").read_text()

@@ -1,14 +1,10 @@
 """tools/instructions: what it makes of counts and of a baseline. The counting itself is valgrind's."""
 
-import contextlib
-import importlib.machinery
-import importlib.util
-import io
 import sys
 import unittest
 from pathlib import Path
 
-from scratch import TOP, ScratchTest
+from scratch import TOP, ScratchTest, load, run_main
 
 sys.path.insert(0, str(TOP / "tools"))
 
@@ -16,20 +12,12 @@ from measuring import instructions  # noqa: E402  (needs the path above)
 from proving.job import Failed  # noqa: E402
 
 
-def load():
-    """The script as a module."""
-    loader = importlib.machinery.SourceFileLoader("instructions_tool", str(TOP / "tools/instructions"))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(loader.name, loader))
-    loader.exec_module(module)
-    return module
-
-
 class InstructionsTest(ScratchTest):
     BASELINE = "# Notes\n# 2026-01-02 first counted (x86_64, g++ 12.2.0)\nGetSource\t1000\nFindChannel, 200 services\t200000\n"
 
     def setUp(self):
         super().setUp()
-        self.tool = load()
+        self.tool = load("instructions")
         self.tool.TOP = self.root
         self.tool.BASELINE = self.root / "bench/instructions.tsv"
         self.tool.counted = self.counted
@@ -44,13 +32,7 @@ class InstructionsTest(ScratchTest):
 
     def run_tool(self, *arguments):
         """Status, standard output and standard error."""
-        out, err = io.StringIO(), io.StringIO()
-        with contextlib.redirect_stdout(out), contextlib.redirect_stderr(err):
-            try:
-                status = self.tool.main(arguments)
-            except SystemExit as end:
-                status = end.code
-        return status, out.getvalue(), err.getvalue()
+        return run_main(self.tool, *arguments)
 
     def test_equal_counts_pass(self):
         status, out, err = self.run_tool()

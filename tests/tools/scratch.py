@@ -1,13 +1,36 @@
-"""A scratch folder for tests of the scripts."""
+"""What tests of the scripts share: scripts as modules, and a scratch folder."""
 
 import os
 import shutil
 import subprocess
 import tempfile
+import time
 import unittest
+from contextlib import redirect_stderr, redirect_stdout
+from importlib.machinery import SourceFileLoader
+from importlib.util import module_from_spec, spec_from_loader
+from io import StringIO
 from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[2]
+
+
+def load(name):
+    """The script of this name in tools/ as a module of the test's own."""
+    loader = SourceFileLoader(f"{name}_tool", str(TOP / "tools" / name))
+    module = module_from_spec(spec_from_loader(loader.name, loader))
+    loader.exec_module(module)
+    return module
+
+
+def run_main(tool, *arguments):
+    """Status, standard output and standard error of a script that was loaded."""
+    with redirect_stdout(StringIO()) as out, redirect_stderr(StringIO()) as errors:
+        try:
+            status = tool.main(arguments)
+        except SystemExit as end:
+            status = end.code
+    return status, out.getvalue(), errors.getvalue()
 
 
 class ScratchTest(unittest.TestCase):
@@ -34,3 +57,16 @@ class ScratchTest(unittest.TestCase):
         environment = {**os.environ, **options.pop("env", {})}
         return subprocess.run([str(part) for part in command], text=True, capture_output=True, env=environment,
                               **{"cwd": self.root, **options})
+
+    def assert_gone(self, process):
+        """That a process ends; one that waits to be waited for has ended."""
+        state = Path(f"/proc/{process}/stat")
+        end = time.monotonic() + 10
+        while time.monotonic() < end:
+            try:
+                if state.read_text().rpartition(")")[2].split()[0] in "ZX":
+                    return
+            except (FileNotFoundError, ProcessLookupError):  # gone before it is opened, or before it is read
+                return
+            time.sleep(0.01)
+        self.fail(f"process {process} is still there")

@@ -1,4 +1,4 @@
-"""What tools/proof and tools/mutate do alike as programs."""
+"""What tools/proof, tools/mutate and tools/bench do alike as programs."""
 
 import fcntl
 import subprocess
@@ -27,3 +27,9 @@ def alone_in(folder):
 def set_up(top):
     """Installs what is missing. Returns the status, which is not 0 when that can't be done."""
     return subprocess.run([top / "tools" / "setup", *GROUPS], check=False).returncode
+
+
+def in_columns(rows):
+    """Rows of texts as lines in columns."""
+    widths = [max(len(text) for text in column) for column in zip(*rows)]
+    return ["  ".join(text.ljust(width) for text, width in zip(row, widths)).rstrip() for row in rows]

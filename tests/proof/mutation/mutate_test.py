@@ -1,7 +1,6 @@
 """What tools/mutate makes of a source: which changes it finds, that each can be chosen when the program runs, and what
 it makes of what the tests do then."""
 
-import importlib.util
 import os
 import subprocess
 import sys
@@ -10,7 +9,6 @@ import threading
 import time
 import unittest
 from contextlib import redirect_stdout
-from importlib.machinery import SourceFileLoader
 from io import StringIO
 from pathlib import Path
 from types import SimpleNamespace
@@ -23,7 +21,7 @@ from mutation.rewrite import Sources  # noqa: E402  (needs the path above)
 from mutation.sites import Mutant  # noqa: E402
 from mutation.runs import Runs, Stopped  # noqa: E402
 from mutation.trial import Late  # noqa: E402
-from scratch import ScratchTest  # noqa: E402
+from scratch import ScratchTest, load  # noqa: E402
 
 SOURCE = """\
 #include <cstdio>
@@ -107,14 +105,6 @@ class Mutants(unittest.TestCase):
         self.assertEqual({mutant.change: outputs[mutant.number] for mutant in self.sources.mutants}, CHANGES)
 
 
-def mutate():
-    """tools/mutate as a module."""
-    loader = SourceFileLoader("mutate", str(TOP / "tools" / "mutate"))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
-    loader.exec_module(module)
-    return module
-
-
 class FakeTrial:
     """Tells of each mutant, by number, what its attempts come to, one after the other."""
 
@@ -144,7 +134,7 @@ class Attempts(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
-        self.mutate = mutate()
+        self.mutate = load("mutate")
         self.accepted = SimpleNamespace(reason=lambda mutant: None)
 
     def figures(self, outcomes, tables=(), digest="now"):
@@ -199,13 +189,6 @@ class Running(ScratchTest):
         while not self.child.exists():
             time.sleep(0.01)
         return int(self.child.read_text())
-
-    def assert_gone(self, process):
-        state = Path(f"/proc/{process}/stat")
-        end = time.monotonic() + 10
-        while state.exists() and state.read_text().rpartition(")")[2].split()[0] not in "ZX":
-            self.assertLess(time.monotonic(), end, f"process {process} is still there")
-            time.sleep(0.01)
 
     def test_tells_whether_it_fails(self):
         self.assertTrue(self.fails(["false"]))
@@ -264,7 +247,7 @@ class Digest(unittest.TestCase):
             for file in files:
                 (top / file).parent.mkdir(parents=True, exist_ok=True)
                 (top / file).write_text("1")
-            digest = mutate().digest_of
+            digest = load("mutate").digest_of
             before = digest(top)
             changing = []
             for file in files:

@@ -78,13 +78,6 @@ class RunTest(ScratchTest):
             time.sleep(0.01)
         return self.fail(f"{name} does not appear")
 
-    def assert_gone(self, process):
-        state = Path(f"/proc/{process}/stat")
-        end = time.monotonic() + 10
-        while state.exists() and state.read_text().rpartition(")")[2].split()[0] not in "ZX":
-            self.assertLess(time.monotonic(), end, f"process {process} is still there")
-            time.sleep(0.01)
-
     def test_keeps_who_noticed(self):
         self.suite('test "$MUTANT" != 1')
         done = self.run_all()

@@ -266,17 +266,6 @@ yield at_most("sweep: lost", 0, found.get("lost"))'''))
             time.sleep(0.01)
         self.fail(f"{name} does not appear")
 
-    def assert_gone(self, process):
-        """That a process ends; one that waits to be waited for has ended."""
-        for _ in range(500):
-            try:
-                if Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] == "Z":
-                    return
-            except FileNotFoundError:
-                return
-            time.sleep(0.01)
-        self.fail(f"process {process} is still there")
-
     def test_programs_get_their_options_from_the_step_alone(self):
         program = self.program("worker", 'test "$ASAN_OPTIONS" = "detect_leaks=1:strict_string_checks=1" && '
                                          'test -z "$GTEST_FILTER$CTEST_PARALLEL_LEVEL$EMP_WINDOW_LOG_CONTRACT" && '

@@ -1,21 +1,20 @@
 """What the steps of tools/proof make of what their programs say."""
 
-import importlib.util
 import sys
 import tempfile
 import unittest
 from contextlib import redirect_stdout
-from importlib.machinery import SourceFileLoader
 from io import StringIO
 from pathlib import Path
 from types import SimpleNamespace
 
 TOP = Path(__file__).resolve().parents[3]
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(TOP / "tools"))
+sys.path[:0] = [str(TOP / "tools"), str(TOP / "tests" / "tools")]
 
 from proving import fuzz, log, suites  # noqa: E402  (needs the path above)
 from proving.job import Outcome  # noqa: E402
+from scratch import load  # noqa: E402
 
 # What a fuzzer writes, but for the lines of its progress.
 SAID = """\
@@ -26,14 +25,6 @@ INFO: seed corpus: files: 5 min: 52b max: 355b total: 1102b rss: 57Mb
 Done 899 runs in 61 second(s)
 stat::number_of_executed_units: 899
 """
-
-
-def proof():
-    """tools/proof as a module."""
-    loader = SourceFileLoader("proof", str(TOP / "tools" / "proof"))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("proof", loader))
-    loader.exec_module(module)
-    return module
 
 
 class Fuzzing(unittest.TestCase):
@@ -112,16 +103,16 @@ class Whole(unittest.TestCase):
     """The proof as a whole is late by the clock, and missed by its own work alone."""
 
     def test_is_reached_in_time(self):
-        figure = proof().whole(1100, 1900)
+        figure = load("proof").whole(1100, 1900)
         self.assertEqual((figure.measured, figure.reached, figure.remark),
                          ("1100, 950 of them each of two processors' work", True, ""))
 
     def test_is_late_where_others_use_the_machine(self):
-        figure = proof().whole(1900, 3300)
+        figure = load("proof").whole(1900, 3300)
         self.assertEqual((figure.reached, figure.remark), (True, "LATE"))
 
     def test_is_missed_where_it_has_too_much_to_do(self):
-        self.assertFalse(proof().whole(2600, 4900).reached)
+        self.assertFalse(load("proof").whole(2600, 4900).reached)
 
 
 if __name__ == "__main__":

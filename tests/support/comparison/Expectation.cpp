@@ -15,7 +15,6 @@ namespace comparison {
 namespace {
 
 using virtualtv::Tv;
-using virtualtv::seam::Call;
 
 /// What can be asked for, by the line that asks, and what that prints.
 using Answers = std::map<std::string, std::string>;
@@ -83,14 +82,7 @@ std::string keyLines(Pair& pair, bool asksAll) {
 }
 
 std::string traceOf(const model::Made& made) {
-  Call call;
-  call.operation = made.operation;
-  call.handle = made.handle;
-  call.arguments = made.arguments;
-  call.outputs = made.outputs;
-  call.result = made.result;
-  call.fault = made.fault;
-  return "call " + virtualtv::shell::oneLine(virtualtv::seam::line(call)) + "\n";
+  return "call " + virtualtv::shell::oneLine(virtualtv::seam::line(callOf(made))) + "\n";
 }
 
 }  // namespace

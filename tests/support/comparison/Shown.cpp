@@ -92,13 +92,18 @@ std::string shown(const Call& call) {
 }
 
 std::string shown(const Made& made) {
+  return shown(callOf(made));
+}
+
+Call callOf(const Made& made) {
   Call call;
   call.operation = made.operation;
   call.handle = made.handle;
   call.arguments = made.arguments;
+  call.outputs = made.outputs;
   call.result = made.result;
   call.fault = made.fault;
-  return virtualtv::seam::line(call);
+  return call;
 }
 
 bool areSame(const std::vector<Call>& calls, const std::vector<Made>& expected) {

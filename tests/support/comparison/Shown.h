@@ -24,6 +24,8 @@ std::string shown(const Answer& answer);
 /// A call, but for what it wrote.
 std::string shown(const virtualtv::seam::Call& call);
 std::string shown(const model::Made& made);
+/// A call of the model's as a trace has it, with what it wrote where that is noted.
+virtualtv::seam::Call callOf(const model::Made& made);
 /// The same as comparing the two by how they are shown.
 bool areSame(const std::vector<virtualtv::seam::Call>& calls, const std::vector<model::Made>& expected);
 

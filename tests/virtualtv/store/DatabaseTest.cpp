@@ -43,6 +43,16 @@ class DatabaseFile : public testing::Test {
     for (int thing = 0; thing < things; ++thing) add(database, 1000);
   }
 
+  /// A process adds a row and dies, and its log stays.
+  void leaveLog(Schema schema) {
+    const std::string end = inChild([&]() -> std::string {
+      Database database(file, schema);
+      add(database);
+      std::_Exit(0);
+    });
+    EXPECT_EQ(end, "");
+  }
+
   std::string failureToOpen() {
     return failureOf([&] { Database(file, oldSchema, {}, noPatience); });
   }
@@ -154,11 +164,7 @@ TEST_F(DatabaseFile, ThatIsEmptyIsRefusedAndLeftAlone) {
 }
 
 TEST_F(DatabaseFile, ThatIsEmptyIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
-  inChild([&]() -> std::string {
-    Database database(file, oldSchema);
-    add(database);
-    std::_Exit(0);
-  });
+  leaveLog(oldSchema);
   write(file, "");
   const std::string logBefore = contentOf(log);
   ASSERT_FALSE(logBefore.empty());
@@ -167,11 +173,7 @@ TEST_F(DatabaseFile, ThatIsEmptyIsLeftAloneTogetherWithTheLogOfAProcessThatDied)
 }
 
 TEST_F(DatabaseFile, ThatIsGoneWhileItsLogIsThereIsRefused) {
-  inChild([&]() -> std::string {
-    Database database(file, oldSchema);
-    add(database);
-    std::_Exit(0);
-  });
+  leaveLog(oldSchema);
   std::filesystem::remove(file);
   const std::string logBefore = contentOf(log);
   EXPECT_EQ(failureToOpen(), failure("open it: its log " + log.string() + " is there, but not the file itself"));
@@ -296,11 +298,7 @@ TEST_F(DatabaseFile, WithADamagedPageFailsWhereThatIsMet) {
 
 TEST_F(DatabaseFile, WithADamagedHeaderIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
   make(3);
-  inChild([&]() -> std::string {
-    Database database(file, oldSchema);
-    add(database);
-    std::_Exit(0);
-  });
+  leaveLog(oldSchema);
   overwrite(file, 0, std::string(100, '\x5a'));
   const std::string before = contentOf(file);
   const std::string logBefore = contentOf(log);
@@ -312,11 +310,7 @@ TEST_F(DatabaseFile, WithADamagedHeaderIsLeftAloneTogetherWithTheLogOfAProcessTh
 }
 
 TEST_F(DatabaseFile, OfANewerVersionIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
-  inChild([&]() -> std::string {
-    Database database(file, newSchema);
-    add(database);
-    std::_Exit(0);
-  });
+  leaveLog(newSchema);
   const std::string before = contentOf(file);
   const std::string logBefore = contentOf(log);
   ASSERT_FALSE(logBefore.empty());
@@ -327,11 +321,7 @@ TEST_F(DatabaseFile, OfANewerVersionIsLeftAloneTogetherWithTheLogOfAProcessThatD
 
 TEST_F(DatabaseFile, ThatProvesDamagedIsLeftAloneTogetherWithTheLogOfAProcessThatDied) {
   make(100);
-  inChild([&]() -> std::string {
-    Database database(file, oldSchema);
-    add(database);
-    std::_Exit(0);
-  });
+  leaveLog(oldSchema);
   overwrite(file, std::filesystem::file_size(file) / 2 / 4096 * 4096, std::string(4096, '\x5a'));
   const std::string before = contentOf(file);
   const std::string logBefore = contentOf(log);

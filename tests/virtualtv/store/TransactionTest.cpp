@@ -31,6 +31,13 @@ class TransactionTest : public testing::Test {
     sqlite3_set_authorizer(database.handle(), refuse ? +answer : nullptr, nullptr);
   }
 
+  /// A transaction that is given up and can't be undone.
+  void addWithoutUndoing() {
+    const Transaction transaction(database, "add things");
+    insert.run(1);
+    refuseToUndo(true);
+  }
+
   Database database{Database::inMemory, schema};
   Statement insert{database, "INSERT INTO thing(value) VALUES(zeroblob(?))", "add a thing"};
 
@@ -76,11 +83,7 @@ TEST_F(TransactionTest, AnInnerOneUndoesItsOwnPartOnly) {
 
 /// Or a write would be acknowledged, and be undone with it.
 TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextStatement) {
-  {
-    Transaction transaction(database, "add things");
-    insert.run(1);
-    refuseToUndo(true);
-  }
+  addWithoutUndoing();
   refuseToUndo(false);
   insert.run(1);
   EXPECT_NE(sqlite3_get_autocommit(database.handle()), 0);
@@ -88,11 +91,7 @@ TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextStatement) {
 }
 
 TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextOne) {
-  {
-    Transaction transaction(database, "add things");
-    insert.run(1);
-    refuseToUndo(true);
-  }
+  addWithoutUndoing();
   refuseToUndo(false);
   Transaction transaction(database, "add things");
   insert.run(1);
@@ -101,11 +100,7 @@ TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextOne) {
 }
 
 TEST_F(TransactionTest, NothingGoesOnWhileOneCantBeUndone) {
-  {
-    Transaction transaction(database, "add things");
-    insert.run(1);
-    refuseToUndo(true);
-  }
+  addWithoutUndoing();
   EXPECT_EQ(failureOf([&] { insert.run(1); }), "memory: cannot undo what could not be kept: not authorized");
 }
 
