@@ -196,22 +196,28 @@ class Trial:
 
     def attempt(self, mutant, reaching):
         """Runs the tests that reach a mutant until one fails. Returns which program that was, or nothing. Raises Late
-        when one takes too long, Failed when they fail without a mutant, too."""
+        when one takes too long."""
         def order(program):
             return -self.kills[mutant.file, program.name], program.cost(reaching[program])
 
         for program in sorted(reaching, key=order):
             if self.fails(program, reaching[program], mutant.number):
-                self.assure(program, reaching[program])
                 with self.lock:
                     self.kills[mutant.file, program.name] += 1
                 return program.name
         return None
 
     def assure(self, program, tests):
-        """Raises Failed when tests fail without a mutant: the disk may be full, and no mutant is what they notice."""
+        """Raises Failed when tests fail without a mutant: the disk may be full, and no mutant is what they notice. Raises
+        Late when they take too long."""
         if self.fails(program, tests, NO_MUTANT):
             raise Failed(f"{program.name} fails without a mutant, too, that passed before")
+
+    def assure_all(self, name):
+        """Raises what `assure` does unless all tests of the program of this name pass without a mutant."""
+        for program in self.programs:
+            if program.name == name:
+                self.assure(program, list(program.reached))
 
     def stop(self):
         """Ends what runs, and lets nothing start any more."""

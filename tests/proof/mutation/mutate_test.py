@@ -20,7 +20,7 @@ sys.path[:0] = [str(TOP / "tools"), str(TOP / "tests" / "tools")]
 from mutation.rewrite import Sources  # noqa: E402  (needs the path above)
 from mutation.sites import Mutant  # noqa: E402
 from mutation.runs import Runs, Stopped  # noqa: E402
-from mutation.trial import Late  # noqa: E402
+from mutation.trial import Failed, Late  # noqa: E402
 from scratch import ScratchTest, load  # noqa: E402
 
 SOURCE = """\
@@ -106,10 +106,13 @@ class Mutants(unittest.TestCase):
 
 
 class FakeTrial:
-    """Tells of each mutant, by number, what its attempts come to, one after the other."""
+    """Tells of each mutant, by number, what its attempts come to, one after the other, and notes which programs run whole
+    without one; the first runs that do take too long."""
 
-    def __init__(self, outcomes):
+    def __init__(self, outcomes, late_without_mutant=0):
         self.outcomes = outcomes
+        self.late_without_mutant = late_without_mutant
+        self.assured = []
 
     def reaching(self):
         return {number: {"tests": ["one"]} for number in self.outcomes}
@@ -119,6 +122,11 @@ class FakeTrial:
 
     def assure(self, program, tests):
         pass
+
+    def assure_all(self, name):
+        self.assured.append(name)
+        if len(self.assured) <= self.late_without_mutant:
+            raise Late(SimpleNamespace(name=name), ["one"])
 
     def attempt(self, mutant, tests):
         outcome = self.outcomes[mutant.number].pop(0)
@@ -137,12 +145,13 @@ class Attempts(unittest.TestCase):
         self.mutate = load("mutate")
         self.accepted = SimpleNamespace(reason=lambda mutant: None)
 
-    def figures(self, outcomes, tables=(), digest="now"):
+    def figures(self, outcomes, tables=(), digest="now", late_without_mutant=0):
         """The figures that are told when attempts come to this."""
+        self.trial = FakeTrial(outcomes, late_without_mutant)
         mutants = [Mutant("a.cpp", number, 1, "1", "2", number in tables, number) for number in outcomes]
         results = self.mutate.Results(self.folder / "results.tsv", lambda: digest)
         with redirect_stdout(StringIO()) as told:
-            reaching = self.mutate.try_all(FakeTrial(outcomes), mutants, results, self.accepted, 2)
+            reaching = self.mutate.try_all(self.trial, mutants, results, self.accepted, 2)
             self.mutate.report(mutants, results, reaching, self.accepted, len(mutants))
         lines = [line.removeprefix("figure: ").split(" = ") for line in told.getvalue().splitlines() if " = " in line]
         return {name: float(number) for name, number in lines}
@@ -156,6 +165,20 @@ class Attempts(unittest.TestCase):
         self.figures({1: ["suite"], 2: [Late, Late]})
         self.assertEqual(self.figures({1: [], 2: []})["killed in worker and engine"], 2)
         self.assertEqual(self.figures({1: [None], 2: [None]}, digest="later")["killed in worker and engine"], 0)
+
+    def test_that_fail_are_kept_some_at_a_time(self):
+        figures = self.figures({number: ["other" if number % 5 == 0 else "suite"] for number in range(1, 31)})
+        self.assertEqual(figures["killed in worker and engine"], 30)
+        self.assertEqual(sorted(self.trial.assured), ["other"] + ["suite"] * 3)
+
+    def test_are_made_again_alone_where_the_tests_take_too_long(self):
+        figures = self.figures({1: ["suite", "suite"], 2: ["suite", None]}, late_without_mutant=1)
+        self.assertEqual((figures["killed in worker and engine"], figures["survivors without a reason"]), (1, 1))
+        self.assertEqual(self.trial.assured, ["suite", "suite"])
+
+    def test_tell_nothing_where_the_tests_take_too_long_alone(self):
+        with self.assertRaisesRegex(Failed, "suite takes too long without a mutant, too; the machine is too busy"):
+            self.figures({1: ["suite", "suite"]}, late_without_mutant=2)
 
     def test_give_no_share_of_nothing(self):
         figures = self.figures({1: ["suite"]})

@@ -67,9 +67,9 @@ class RunTest(ScratchTest):
             return subprocess.CompletedProcess([], process.wait(60), *process.communicate())
 
     def kept(self):
-        """Who noticed each mutant that something is kept of."""
+        """Who noticed each mutant that something is kept of, in the order of their numbers."""
         lines = self.results.read_text().splitlines() if self.results.exists() else []
-        return [line.rpartition("\t")[2] for line in lines]
+        return [line.rpartition("\t")[2] for line in sorted(lines)]
 
     def await_file(self, name):
         for _ in range(1000):
