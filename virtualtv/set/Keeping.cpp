@@ -110,10 +110,16 @@ void furnishNew(Database& database) {
   if (state.all().empty()) furnish(database, services, settings, state);
 }
 
+/// The embedded set, filled once a process: whoever runs many sets would spend most time on filling them.
+const Database& furnished() {
+  static const Database database(Database::inMemory, schema, furnishNew);
+  return database;
+}
+
 }  // namespace
 
 Storage::Parts::Parts()
-    : database(Database::inMemory, schema, furnishNew), services(database), settings(database), state(database) {}
+    : database(Database::inMemory, furnished()), services(database), settings(database), state(database) {}
 
 Storage::Parts::Parts(const std::filesystem::path& path)
     : directory(path),

@@ -74,6 +74,16 @@ Database::Database(Memory, Schema schema, const Fill& fill) : name_("memory") {
   migrate(schema, fill);
 }
 
+Database::Database(Memory, const Database& original) : name_("memory") {
+  open(":memory:");
+  configure(std::chrono::milliseconds(0));
+  sqlite3_backup* copy = sqlite3_backup_init(handle(), "main", original.handle(), "main");
+  if (copy == nullptr) fail("copy it", sqlite3_errcode(handle()));
+  sqlite3_backup_step(copy, -1);
+  const int code = sqlite3_backup_finish(copy);
+  if (code != SQLITE_OK) fail("copy it", code);
+}
+
 Database::Database(const std::filesystem::path& file, Schema schema, const Fill& fill,
                    std::chrono::milliseconds patience)
     : name_(std::filesystem::absolute(file).string()), path_(behindLinks(name_).string()) {

@@ -36,6 +36,9 @@ class Database {
   /// A database in memory, gone with the object.
   Database(Memory, Schema schema, const Fill& fill = {});
 
+  /// A copy in memory of one that is as its constructor left it.
+  Database(Memory, const Database& original);
+
   /// Opens a file, or makes it in a directory that exists, and brings it to the newest version of `schema`.
   /// @param fill  is called in the transaction that does so, for a new file as for an older one: once a file has its
   ///     tables, it has its first rows.
