@@ -14,7 +14,7 @@ import subprocess
 from mutation.sites import Mutant, find
 
 ERROR = re.compile(r"^(?P<file>[^:\n]+):(?P<line>\d+):\d+: (?:fatal )?error: (?P<what>.*)", re.MULTILINE)
-NEEDED = re.compile(r"value of '(?:[\w:]*::)?(?:\{anonymous\}::)?(\w+)' is not usable in a constant expression"
+NEEDED = re.compile(r"value of '(?:[\w:<>]*::)?(?:\{anonymous\}::)?(\w+)' is not usable in a constant expression"
                     r"|(?:'(?:const|constexpr)[^']* (?:kel::)?(?:\{anonymous\}::)?(\w+)'|'(\w+)') was not (?:declared|initialized)"
                     r"|lambda capture of '(\w+)'|'(\w+)' is not captured")
 ROUNDS = 12
@@ -60,6 +60,8 @@ class Sources:
         head = self.texts[name][site.begin:site.end]
         if site.constant in self.needed:
             return head
+        if site.is_inline and not re.search(r"\binline\b", head):
+            head = f"inline {head}"
         if head.rstrip().endswith("*"):
             return re.sub(r"\bconstexpr\s+", "", head) + "const "
         return re.sub(r"\bconstexpr(\s+const)?\b", "const", head)

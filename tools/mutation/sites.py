@@ -55,6 +55,7 @@ class Site:
     labels: list = field(default_factory=list)
     variable: str = ""  # whose value this is part of
     constant: str = ""  # the constant that is declared here
+    is_inline: bool = False  # as one that is declared in a class is, without saying so
     inside: list = field(default_factory=list)
 
     @property
@@ -176,7 +177,8 @@ class Finder:
         if node.get("constexpr") and span and name and name[0] == span[0]:
             self.constants.add(node["name"])
             head = (span[0], span[1], name[1], 0)
-            self.found.setdefault(head, Site(*head[1:], [], constant=node["name"]))
+            is_inline = node.get("inline", False)
+            self.found.setdefault(head, Site(*head[1:], [], constant=node["name"], is_inline=is_inline))
 
     def see_literal(self, node):
         text = self.text(node)

@@ -24,14 +24,21 @@ from mutation.trial import Failed, Late  # noqa: E402
 from scratch import ScratchTest, load  # noqa: E402
 
 SOURCE = """\
+#include <array>
 #include <cstdio>
 namespace kel {
 constexpr int kStep = 4;
 constexpr int kRoom = 8;
 enum Kind : int { KIND_A, KIND_B };
+template <std::size_t kSize>
+struct Text {
+  static constexpr std::size_t kBits = 3;
+  static constexpr const char* kFormat = "%d!";
+  std::array<char, kSize << kBits> more{};
+};
 int Narrow(int value) {
   char text[kRoom] = {};
-  if (value > 5 && value != 7) return std::snprintf(text, sizeof text, "%d!", value);
+  if (value > 5 && value != 7) return std::snprintf(text, sizeof text, Text<1>::kFormat, value);
   switch (value) {
     case 1:
       return KIND_B;
@@ -92,17 +99,34 @@ class Mutants(unittest.TestCase):
                 for number in range(len(self.sources.mutants) + 1)}
 
     def test_are_all_that_the_source_offers(self):
-        """The size of an array and the values of an enumeration are what the compiler needs; they stay."""
+        """The sizes of arrays and the values of an enumeration are what the compiler needs; they stay."""
         self.assertEqual(sorted(mutant.change for mutant in self.sources.mutants), sorted(CHANGES))
 
     def test_tell_where_they_are(self):
         places = {mutant.change: mutant.where for mutant in self.sources.mutants}
-        self.assertEqual(places["5 -> 6"], "Narrow.cpp:8:15")
+        self.assertEqual(places["5 -> 6"], "Narrow.cpp:15:15")
 
     def test_do_what_they_say_and_one_at_a_time(self):
         outputs = self.outputs()
         self.assertEqual(outputs[0], PLAIN)
         self.assertEqual({mutant.change: outputs[mutant.number] for mutant in self.sources.mutants}, CHANGES)
+
+
+class ThePlugIn(unittest.TestCase):
+    """The mutants of the sources that it is all about."""
+
+    def test_can_be_mutated_on_most_lines(self):
+        mutate = load("mutate")
+        sources = Sources(TOP, *mutate.sources_of(TOP), mutate.INCLUDES)
+        with tempfile.TemporaryDirectory() as name:
+            tree = Path(name)
+            (tree / "Window/Src").mkdir(parents=True)
+            for folder in ("Window/include", "platform"):
+                (tree / folder).symlink_to(TOP / folder)
+            (tree / "Window/Src/mutants.h").symlink_to(TOP / "tools/mutation/mutants.h")
+            sources.write(tree)
+        self.assertGreater(len(sources.mutants), 2000)
+        self.assertLessEqual(sum(map(len, sources.unusable.values())), 10, sources.unusable)
 
 
 class FakeTrial:
