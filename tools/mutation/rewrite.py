@@ -14,7 +14,7 @@ import subprocess
 from mutation.sites import Mutant, find
 
 ERROR = re.compile(r"^(?P<file>[^:\n]+):(?P<line>\d+):\d+: (?:fatal )?error: (?P<what>.*)", re.MULTILINE)
-NEEDED = re.compile(r"value of '(?:[\w:<>]*::)?(?:\{anonymous\}::)?(\w+)' is not usable in a constant expression"
+NEEDED = re.compile(r"value of '(?:[\w:]*::)?(?:\{anonymous\}::)?(\w+)' is not usable in a constant expression"
                     r"|(?:'(?:const|constexpr)[^']* (?:kel::)?(?:\{anonymous\}::)?(\w+)'|'(\w+)') was not (?:declared|initialized)"
                     r"|lambda capture of '(\w+)'|'(\w+)' is not captured")
 ROUNDS = 12

@@ -172,6 +172,11 @@ class Finder:
         # The order in which its instances would be computed at start is not that of the source.
         self.needed.add(node["name"])
 
+    def see_ClassTemplateDecl(self, node):
+        # Neither is that of what its instances have for all their objects.
+        pattern = next(part for part in node["inner"] if part["kind"] == "CXXRecordDecl")
+        self.needed |= {part["name"] for part in pattern.get("inner", []) if part["kind"] == "VarDecl"}
+
     def note_constant(self, node):
         span, name = self.span(node), place(node.get("loc", {}), False)
         if node.get("constexpr") and span and name and name[0] == span[0]:

@@ -98,7 +98,7 @@ class Program:
         done = subprocess.run([*self.command, "--gtest_brief=1"], cwd=self.folder, capture_output=True, check=False,
                               env={**os.environ, "MUTANTS_REACHED": str(record)})
         if done.returncode != 0:
-            raise Failed(f"{self.name} fails without a mutant:\n{done.stdout.decode(errors='replace')[-2000:]}")
+            raise Failed(f"{self.name} fails without a mutant:\n{told(done)}")
         self.reached, self.seconds, always = read_record(record)
         for mutants in self.reached.values():
             mutants |= always
@@ -122,9 +122,14 @@ class Checks(Program):
             done = subprocess.run(command, cwd=self.folder, capture_output=True, check=False,
                                   env={**os.environ, "MUTANTS_REACHED": str(record)})
             if done.returncode != 0:
-                raise Failed(f"{test} fails without a mutant:\n{done.stdout.decode(errors='replace')}")
+                raise Failed(f"{test} fails without a mutant:\n{told(done)}")
             self.seconds[test] = time.monotonic() - start
             self.reached[test] = read_record(record)[-1]
+
+
+def told(done):
+    """The end of what a command wrote, for a person."""
+    return (done.stdout + done.stderr).decode(errors="replace")[-2000:]
 
 
 def read_record(path):
