@@ -36,7 +36,7 @@ class Database {
   /// A database in memory, gone with the object.
   Database(Memory, Schema schema, const Fill& fill = {});
 
-  /// A copy in memory of one that is as its constructor left it.
+  /// A copy in memory of one that no transaction is under way on. @throws StoreError when there is no memory for it.
   Database(Memory, const Database& original);
 
   /// Opens a file, or makes it in a directory that exists, and brings it to the newest version of `schema`.
