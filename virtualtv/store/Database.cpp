@@ -68,20 +68,22 @@ void Database::Close::operator()(sqlite3* handle) const {
   sqlite3_close_v2(handle);
 }
 
-Database::Database(Memory, Schema schema, const Fill& fill) : name_("memory") {
+Database::Database(Memory) : name_("memory") {
   open(":memory:");
   configure(std::chrono::milliseconds(0));
+}
+
+Database::Database(Memory, Schema schema, const Fill& fill) : Database(inMemory) {
   migrate(schema, fill);
 }
 
-Database::Database(Memory, const Database& original) : name_("memory") {
-  open(":memory:");
-  configure(std::chrono::milliseconds(0));
+Database::Database(Memory, const Database& original) : Database(inMemory) {
+  constexpr const char* action = "copy it";
   sqlite3_backup* copy = sqlite3_backup_init(handle(), "main", original.handle(), "main");
-  if (copy == nullptr) fail("copy it", sqlite3_errcode(handle()));
-  sqlite3_backup_step(copy, -1);
-  const int code = sqlite3_backup_finish(copy);
-  if (code != SQLITE_OK) fail("copy it", code);
+  if (copy == nullptr) fail(action, sqlite3_errcode(handle()));
+  const int code = sqlite3_backup_step(copy, -1);
+  sqlite3_backup_finish(copy);
+  if (code != SQLITE_DONE) fail(action, code);
 }
 
 Database::Database(const std::filesystem::path& file, Schema schema, const Fill& fill,

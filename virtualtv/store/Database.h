@@ -82,6 +82,8 @@ class Database {
     void operator()(sqlite3* handle) const;
   };
 
+  explicit Database(Memory);  ///< with nothing in it
+
   void open(const char* path);
   void openFile(bool isBeingMade, Schema schema, const Fill& fill, std::chrono::milliseconds patience);
   void configure(std::chrono::milliseconds patience);

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "store/Database.h"
-#include "store/Statement.h"
 #include "virtualtv/support/Support.h"
 
 namespace virtualtv::test {
@@ -12,12 +11,6 @@ namespace {
 
 constexpr const char* schema[] = {"CREATE TABLE thing(key INTEGER PRIMARY KEY, value BLOB) STRICT"};
 constexpr int things = 50;
-
-std::string answerOf(Database& database, const char* query) {
-  Statement statement(database, query, "ask");
-  Rows rows = statement.query();
-  return rows.next() ? rows.text(0) : "";
-}
 
 int count(Database& database) {
   return std::stoi(answerOf(database, "SELECT count(*) FROM thing"));

@@ -29,12 +29,6 @@ void add(Database& database, int size = 1) {
   Statement(database, "INSERT INTO thing(value) VALUES(zeroblob(?))", "add a thing").run(size);
 }
 
-std::string textOf(Database& database, const char* query) {
-  Statement statement(database, query, "ask");
-  Rows rows = statement.query();
-  return rows.next() ? rows.text(0) : "";
-}
-
 class DatabaseFile : public testing::Test {
  public:
   /// Makes a database with `things` rows that take some pages.
@@ -82,8 +76,8 @@ TEST_F(DatabaseFile, KeepsItsRows) {
 
 TEST_F(DatabaseFile, HasEveryCommitOnTheDisk) {
   Database database(file, oldSchema);
-  EXPECT_EQ(textOf(database, "PRAGMA journal_mode"), "wal");
-  EXPECT_EQ(textOf(database, "PRAGMA synchronous"), "2");
+  EXPECT_EQ(answerOf(database, "PRAGMA journal_mode"), "wal");
+  EXPECT_EQ(answerOf(database, "PRAGMA synchronous"), "2");
 }
 
 TEST_F(DatabaseFile, KeepsWhatWasCommittedWhenTheProcessDies) {
@@ -115,15 +109,15 @@ TEST_F(DatabaseFile, KeepsNothingOfATransactionInWhichTheProcessDies) {
 
 TEST_F(DatabaseFile, LooksAfterReferences) {
   Database database(file, oldSchema);
-  EXPECT_EQ(textOf(database, "PRAGMA foreign_keys"), "1");
+  EXPECT_EQ(answerOf(database, "PRAGMA foreign_keys"), "1");
 }
 
 TEST_F(DatabaseFile, IsBroughtToTheNewestVersionWithItsRows) {
   make(2);
   Database database(file, newSchema);
   EXPECT_EQ(count(database), 2);
-  EXPECT_EQ(textOf(database, "SELECT colour FROM thing"), "red");
-  EXPECT_EQ(textOf(database, "PRAGMA user_version"), "2");
+  EXPECT_EQ(answerOf(database, "SELECT colour FROM thing"), "red");
+  EXPECT_EQ(answerOf(database, "PRAGMA user_version"), "2");
 }
 
 TEST_F(DatabaseFile, StaysInItsVersionWhenAStepFails) {
@@ -290,7 +284,7 @@ TEST_F(DatabaseFile, WithADamagedPageFailsWhereThatIsMet) {
   const std::string damaged = contentOf(file);
   {
     Database database(file, oldSchema);
-    EXPECT_EQ(textOf(database, "SELECT 1 FROM thing WHERE key = 1"), "1");
+    EXPECT_EQ(answerOf(database, "SELECT 1 FROM thing WHERE key = 1"), "1");
     EXPECT_EQ(failureOf([&] { count(database); }), failure("count the things: the file is damaged"));
   }
   EXPECT_EQ(contentOf(file), damaged);
@@ -402,7 +396,7 @@ TEST_F(DatabaseFile, OnAFullDiskKeepsWhatItHad) {
   EXPECT_EQ(text, failure("add a thing: writing to the disk failed\n3"));
   Database database(file, oldSchema);
   EXPECT_EQ(count(database), 3);
-  EXPECT_EQ(textOf(database, "PRAGMA integrity_check"), "ok");
+  EXPECT_EQ(answerOf(database, "PRAGMA integrity_check"), "ok");
 }
 
 TEST_F(DatabaseFile, CantBeMadeOnAFullDisk) {

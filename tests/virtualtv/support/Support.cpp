@@ -13,6 +13,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "store/Statement.h"
+
 namespace virtualtv::test {
 
 TemporaryDirectory::TemporaryDirectory() {
@@ -32,6 +34,12 @@ std::string contentOf(const std::filesystem::path& file) {
   std::ostringstream content;
   content << stream.rdbuf();
   return content.str();
+}
+
+std::string answerOf(Database& database, const char* query) {
+  Statement statement(database, query, "ask");
+  Rows rows = statement.query();
+  return rows.next() ? rows.text(0) : "";
 }
 
 void write(const std::filesystem::path& file, const std::string& content) {

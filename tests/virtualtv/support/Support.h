@@ -29,6 +29,9 @@ void write(const std::filesystem::path& file, const std::string& content);
 /// Overwrites part of a file.
 void overwrite(const std::filesystem::path& file, std::size_t position, const std::string& content);
 
+/// The first column of the first row that a query answers, as text; empty when there is none.
+std::string answerOf(Database& database, const char* query);
+
 /// Runs `body` in a process of its own, which ends without any clean-up, like one that is killed.
 /// @return what `body` answered, or "died" when it did not come to an end.
 std::string inChild(const std::function<std::string()>& body);
