@@ -1,0 +1,1 @@
+// Stands for the tests' precompiled headers, which want a source.
