@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <string>
+#include <thread>
 
 #include "store/StoreError.h"
 
@@ -33,12 +35,29 @@ bool writeProcessId(int lock) {
   return pwrite(lock, text.data(), text.size(), 0) == size && ftruncate(lock, size) == 0;
 }
 
+/// Takes the lock. @return 0, or the number of what prevents it.
+int take(int lock, const StateDirectory::Wait& wait) {
+  while (flock(lock, LOCK_EX | LOCK_NB) != 0) {
+    const int error = errno;
+    if (error != EWOULDBLOCK || !wait()) return error;
+  }
+  return 0;
+}
+
 }  // namespace
 
-StateDirectory::StateDirectory(const std::filesystem::path& path)
+StateDirectory::Wait StateDirectory::twoSeconds() {
+  using Clock = std::chrono::steady_clock;
+  return [end = Clock::now() + std::chrono::seconds(2)] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return Clock::now() < end;
+  };
+}
+
+StateDirectory::StateDirectory(const std::filesystem::path& path, const Wait& wait)
     : path_(std::filesystem::absolute(path).lexically_normal()) {
   make();
-  lock();
+  lock(wait);
 }
 
 StateDirectory::~StateDirectory() {
@@ -53,12 +72,12 @@ void StateDirectory::make() const {
   }
 }
 
-void StateDirectory::lock() {
+void StateDirectory::lock(const Wait& wait) {
   lock_ = open((path_ / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
   if (lock_ < 0) fail(std::strerror(errno));
   std::string reason;
-  if (flock(lock_, LOCK_EX | LOCK_NB) != 0) {
-    reason = errno == EWOULDBLOCK ? holder(lock_) + " holds it" : std::strerror(errno);
+  if (const int error = take(lock_, wait); error != 0) {
+    reason = error == EWOULDBLOCK ? holder(lock_) + " holds it" : std::strerror(error);
   } else if (!writeProcessId(lock_)) {
     reason = std::strerror(errno);
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 
 namespace virtualtv {
 
@@ -8,8 +9,14 @@ namespace virtualtv {
 /// readable by its owner only, where it does not exist. Whoever opens the state holds one.
 class StateDirectory {
  public:
-  /// @throws StoreError when it can't be made or written to, or when another process holds it; that names the process.
-  explicit StateDirectory(const std::filesystem::path& path);
+  /// Asked each time another process holds the directory. @return true, after a while, to try again.
+  using Wait = std::function<bool()>;
+  /// Waits two seconds in all, so that a process that is about to end can do so.
+  static Wait twoSeconds();
+
+  /// @throws StoreError when it can't be made or written to, or when another process still holds it after the wait;
+  /// that names the process.
+  explicit StateDirectory(const std::filesystem::path& path, const Wait& wait = twoSeconds());
   StateDirectory(const StateDirectory&) = delete;
   StateDirectory& operator=(const StateDirectory&) = delete;
   ~StateDirectory();
@@ -20,7 +27,7 @@ class StateDirectory {
 
  private:
   void make() const;
-  void lock();
+  void lock(const Wait& wait);
   [[noreturn]] void fail(const std::string& reason) const;
 
   std::filesystem::path path_;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <optional>
 
 #include "virtualtv/support/Support.h"
@@ -18,6 +19,7 @@ class StateDirectoryTest : public testing::Test {
 
   TemporaryDirectory directory;
   const std::filesystem::path path = directory / "outer/state";
+  const StateDirectory::Wait atOnce = [] { return false; };
 };
 
 TEST_F(StateDirectoryTest, IsMadeForItsOwnerOnly) {
@@ -49,13 +51,33 @@ TEST_F(StateDirectoryTest, MayBeNamedFromTheWorkingDirectory) {
 
 TEST_F(StateDirectoryTest, TellsASecondProcessWhichOneHoldsIt) {
   StateDirectory state(path);
-  const std::string text = inChild([&] { return failureOf([&] { StateDirectory second(path); }); });
+  const std::string text = inChild([&] { return failureOf([&] { StateDirectory second(path, atOnce); }); });
   EXPECT_EQ(text, failure(path, "process " + std::to_string(getpid()) + " holds it"));
 }
 
 TEST_F(StateDirectoryTest, IsFreeAgainAfterwards) {
   { StateDirectory state(path); }
-  EXPECT_EQ(inChild([&] { return failureOf([&] { StateDirectory second(path); }); }), "");
+  EXPECT_EQ(inChild([&] { return failureOf([&] { StateDirectory second(path, atOnce); }); }), "");
+}
+
+TEST_F(StateDirectoryTest, IsHadOnceItsHolderLetsGo) {
+  std::optional<StateDirectory> first(path);
+  int waits = 0;
+  const StateDirectory second(path, [&] {
+    if (++waits == 3) first.reset();
+    return true;
+  });
+  EXPECT_EQ(waits, 3);
+  EXPECT_EQ(failureOf([&] { StateDirectory third(path, atOnce); }),
+            failure(path, "process " + std::to_string(getpid()) + " holds it"));
+}
+
+TEST_F(StateDirectoryTest, IsWaitedForTwoSecondsUnlessToldOtherwise) {
+  const StateDirectory state(path);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(failureOf([&] { StateDirectory second(path); }),
+            failure(path, "process " + std::to_string(getpid()) + " holds it"));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
 TEST_F(StateDirectoryTest, IsFreeAgainWhenItsHolderDied) {
@@ -70,7 +92,7 @@ TEST_F(StateDirectoryTest, IsFreeAgainWhenItsHolderDied) {
 TEST_F(StateDirectoryTest, NamesNobodyWhereTheHolderIsUnknown) {
   StateDirectory state(path);
   write(path / "lock", "");
-  EXPECT_EQ(failureOf([&] { StateDirectory second(path); }), failure(path, "another process holds it"));
+  EXPECT_EQ(failureOf([&] { StateDirectory second(path, atOnce); }), failure(path, "another process holds it"));
 }
 
 TEST_F(StateDirectoryTest, HoldsTheNumberOfItsHolderAloneWhateverItHeld) {

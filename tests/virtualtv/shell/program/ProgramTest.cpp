@@ -113,7 +113,7 @@ TEST_F(ProgramTest, AStateDirectoryThatCantBeHadIsAnError) {
   EXPECT_EQ(isFile.out, "");
 }
 
-TEST_F(ProgramTest, AStateDirectoryThatAnotherProcessHoldsIsAnErrorThatNamesIt) {
+TEST_F(ProgramTest, AStateDirectoryThatAnotherProcessKeepsHoldingIsAnErrorThatNamesIt) {
   const StateDirectory held(state());
   expectError(run({"--state", state().string(), "exec", "GetSource"}), {state().string(), std::to_string(::getpid())});
 }
