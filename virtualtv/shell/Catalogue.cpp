@@ -111,4 +111,10 @@ const Catalogue& catalogue() {
   return builtIn;
 }
 
+std::vector<std::string> commandNames() {
+  std::vector<std::string> names;
+  for (const CatalogueCommand& command : catalogue()) names.push_back(command.name);
+  return names;
+}
+
 }  // namespace virtualtv::shell

@@ -85,4 +85,7 @@ class Catalogue {
 /// The catalogue that is built in: docs/commands.json.
 const Catalogue& catalogue();
 
+/// The names of its commands, in their order.
+std::vector<std::string> commandNames();
+
 }  // namespace virtualtv::shell

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -19,9 +20,11 @@
 #include <vector>
 
 #include "framework/Reply.h"
+#include "shell/Catalogue.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/ImportFile.h"
+#include "shell/Nearest.h"
 #include "shell/Session.h"
 #include "shell/Terminal.h"
 #include "shell/Transcript.h"
@@ -38,6 +41,7 @@ struct Wishes {
   int logLevel = -1;
   bool raw = false;
   std::vector<std::string> command;  ///< of `exec`, with its parameters
+  bool marked = false;               ///< a `--` stands before the command
   CheckOptions check;
   std::string listFile;
   std::string format;
@@ -148,7 +152,21 @@ void printReply(bool accepted, const std::string& ret, bool raw) {
   std::cout << bare << (bare.ends_with('\n') ? "" : "\n");
 }
 
+/// Says of words that look like options of the program that they are parameters all the same, unless a `--` tells that
+/// they are meant to be.
+void noteOptionsAmongParameters(const Wishes& wishes) {
+  if (wishes.marked) return;
+  for (std::size_t at = 1; at < wishes.command.size(); ++at) {
+    const std::string option = wishes.command[at].substr(0, wishes.command[at].find('='));
+    for (const char* known : {"--state", "--log", "--raw", "--help"}) {
+      if (option != known) continue;
+      complain("exec: " + option + " behind " + wishes.command[0] + " is a parameter of it; options stand before it");
+    }
+  }
+}
+
 ExitStatus runExec(kel::CEmpAppBase& app, const Wishes& wishes) {
+  noteOptionsAmongParameters(wishes);
   Desk desk(app, wishes);
   std::string ret;
   const bool accepted = desk.session().rig().execute(wishes.command, false, ret);
@@ -186,32 +204,52 @@ ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
   throw CLI::ValidationError(reason);
 }
 
-/// Takes the command that stands behind a `--` out of the arguments of `exec`: all that follows belongs to it, whatever
-/// it looks like. Left there, the parser would end `exec` at the `--`.
-/// @param arguments  the last one first.
-std::vector<std::string> takeMarkedCommand(std::vector<std::string>& arguments) {
-  const auto mark = std::find_if(arguments.rbegin(), arguments.rend(),
-                                 [](const std::string& word) { return word == "--" || !word.starts_with('-'); });
-  if (mark == arguments.rend() || *mark != "--") return {};
-  std::vector<std::string> command(std::next(mark), arguments.rend());
-  arguments.erase(arguments.begin(), mark.base());
-  return command;
+/// The first word from there on that is neither an option nor the value of one that a set takes.
+std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t from) {
+  while (from < arguments.size() && arguments[from].starts_with('-') && arguments[from] != "--") {
+    const bool takesValue = arguments[from] == "--state" || arguments[from] == "--log";
+    from += takesValue ? 2U : 1U;
+  }
+  return std::min(from, arguments.size());
 }
+
+/// Writes `--NAME=` with nothing behind it as the two words that it stands for; the parser would take the next word for
+/// the value.
+void keepEmptyValues(std::vector<std::string>& arguments) {
+  for (std::size_t at = 0; at < arguments.size() && arguments[at] != "--"; ++at) {
+    if (!arguments[at].starts_with("--") || arguments[at].find('=') != arguments[at].size() - 1) continue;
+    arguments[at].pop_back();
+    arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(at) + 1, "");
+  }
+}
+
+/// @return what is wrong with a directory's name, empty when nothing is.
+std::string refuseEmpty(const std::string& value) {
+  return value.empty() ? "a directory is wanted, not an empty text" : "";
+}
+
+constexpr const char* execNotes =
+    R"(NAME and up to four ARGS are the plug-in's, whatever they look like; options stand
+before NAME.
+
+The set keeps its state from one exec to the next, but an engine lives for one
+command: the channels that it found and the window that it selected are gone
+after it. Several commands on one engine come through a pipe:
+  printf 'FindChannel 0 1\nGetChannel_Name 0\n' | emp-window
+or stand in a transcript, for 'emp-window check', which starts on a fresh set.)";
 
 /// The arguments' grammar.
 struct Grammar {
   Grammar(Wishes& wished, const kel::CEmpAppBase& app)
       : wishes(wished), program("A TV set in software with the " + app.Name() + " plug-in on it", "emp-window") {
     program.set_version_flag("--version", "emp-window, plug-in " + app.Name() + " " + app.Id() + " " + app.Version());
-    program.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
-    program.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error")
-        ->type_name("LEVEL");
     program.require_subcommand(0, 1);
 
     shell = program.add_subcommand("shell", "talk to the plug-in and the set; the default");
     exec = program.add_subcommand("exec", "run one plug-in command: exec [--raw] [--] NAME ARGS...");
     exec->add_flag("--raw", wishes.raw, "print the bare reply");
-    exec->prefix_command();
+    exec->footer(execNotes);
+    exec->allow_extras();  // to say of an unknown option whose it is
     check = program.add_subcommand("check", "run transcripts on a fresh set in memory and compare");
     check->add_option("FILE", wishes.check.files, "transcripts")->required();
     check->add_flag("--update", wishes.check.update, "write what was printed into the transcripts");
@@ -221,14 +259,20 @@ struct Grammar {
     import->add_option("--format", wishes.format, "its format; recognised if left out")
         ->check(CLI::IsMember({"vdr", "dvbv5"}));
     import->add_flag("--add", wishes.add, "keep the services that are there");
+    for (CLI::App* part : {&program, shell, exec, check, import}) addSetOptions(*part);
   }
 
-  /// Reads the arguments into the wishes. @param arguments  the last one first; they are used up.
+  /// Reads the arguments into the wishes.
   /// @throws CLI::ParseError for what can't be understood, and for `--help` and `--version`.
-  void parse(std::vector<std::string>& arguments) {
-    exec->preparse_callback([&](std::size_t) { wishes.command = takeMarkedCommand(arguments); });
+  void parse(std::vector<std::string> arguments) {
+    const std::size_t subcommand = behindOptions(arguments, 0);
+    if (subcommand < arguments.size()) wantSubcommand(arguments[subcommand]);
+    if (subcommand < arguments.size() && arguments[subcommand] == "exec") takeCommand(arguments, subcommand + 1);
+    keepEmptyValues(arguments);
+    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
     program.parse(arguments);
-    if (exec->parsed()) readCommand();
+    for (const CLI::App* parsed : program.get_subcommands()) wantSetOptionsOnce(*parsed);
+    if (exec->parsed()) wantCommand();
     if (check->parsed() && !wishes.state.empty()) {
       refuseArguments("check runs in memory, --state has no meaning for it");
     }
@@ -242,10 +286,49 @@ struct Grammar {
   CLI::App* import = nullptr;
 
  private:
-  void readCommand() {
+  /// Options that may stand before the subcommand or behind it.
+  void addSetOptions(CLI::App& part) {
+    CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
+    state->check(CLI::Validator(refuseEmpty, ""));
+    CLI::Option* log =
+        part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
+    log->type_name("LEVEL");
+    if (&part != check) return;
+    state->group("");  // not in its help
+    log->group("");
+  }
+
+  void wantSetOptionsOnce(const CLI::App& subcommand) const {
+    for (const char* name : {"--state", "--log"}) {
+      if (program.count(name) > 0 && subcommand.count(name) > 0) refuseArguments(std::string(name) + " stands twice");
+    }
+  }
+
+  void wantSubcommand(const std::string& word) const {
+    Lines names;
+    for (const CLI::App* part : {shell, exec, check, import}) names.push_back(part->get_name());
+    if (std::find(names.begin(), names.end(), word) != names.end()) return;
+    std::string meant = "there are shell, exec, check and import";
+    if (const Lines near = nearest(word, names); near.size() == 1) {
+      meant = "did you mean 'emp-window " + near[0] + "'?";
+    } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {
+      meant = "did you mean 'emp-window exec " + command[0] + "'?";
+    }
+    refuseArguments("there is no subcommand '" + word + "'; " + meant);
+  }
+
+  /// Takes the plug-in's command out of the arguments of `exec`, which start there: all from its name on belongs to it,
+  /// whatever it looks like, and so does all behind a `--`.
+  void takeCommand(std::vector<std::string>& arguments, std::size_t from) {
+    const auto end = arguments.begin() + static_cast<std::ptrdiff_t>(behindOptions(arguments, from));
+    wishes.marked = end != arguments.end() && *end == "--";
+    wishes.command.assign(wishes.marked ? std::next(end) : end, arguments.end());
+    arguments.erase(end, arguments.end());
+  }
+
+  void wantCommand() const {
     const std::vector<std::string> words = exec->remaining();
-    if (!words.empty() && words.front().starts_with('-')) refuseArguments("exec: there is no option " + words.front());
-    if (!words.empty()) wishes.command = words;
+    if (!words.empty()) refuseArguments("exec: there is no option " + words.front());
     if (wishes.command.empty()) refuseArguments("exec: the name of a command is wanted");
   }
 };
@@ -261,9 +344,8 @@ ExitStatus run(int argc, char** argv, kel::CEmpAppBase& app) {
   openStandardStreams();
   Wishes wishes;
   Grammar grammar(wishes, app);
-  std::vector<std::string> arguments(std::make_reverse_iterator(argv + argc), std::make_reverse_iterator(argv + 1));
   try {
-    grammar.parse(arguments);
+    grammar.parse(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return static_cast<ExitStatus>(grammar.program.exit(error));  // --help, --version
     complain(std::string(error.what()) + " ('emp-window --help' says more)");

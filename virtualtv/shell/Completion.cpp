@@ -18,12 +18,6 @@ Lines operationNames(const std::string& before) {
   return names;
 }
 
-Lines commandNames() {
-  Lines names;
-  for (const CatalogueCommand& command : catalogue()) names.push_back(command.name);
-  return names;
-}
-
 Lines firstWords() {
   Lines names = commandNames();
   for (const DotCommand& command : dotCommands()) names.emplace_back(command.name);

@@ -81,6 +81,30 @@ TEST_F(ProgramTest, ExecTakesAMarkBeforeTheCommandAndAllBehindItAsItIs) {
   expectError(run({"exec", "--nosuch", "--", "GetSource"}), {"no option --nosuch"});
 }
 
+TEST_F(ProgramTest, ExecSaysOfOptionsBehindTheCommandThatTheyAreParameters) {
+  const std::string note = "emp-window: exec: --state behind GetSource is a parameter of it; options stand before it\n";
+  const Ending noted = run({"exec", "GetSource", "2", "--state", state().string()});
+  EXPECT_EQ(noted.err, note);
+  EXPECT_EQ(noted.out, "int 0\n");
+  EXPECT_EQ(noted.status, 0);
+  EXPECT_FALSE(fs::exists(state()));
+  EXPECT_EQ(run({"exec", "GetSource", "--state=x"}).err, note);
+  EXPECT_EQ(run({"exec", "--", "GetSource", "2", "--state", "x"}).err, "");
+  EXPECT_EQ(run({"exec", "GetSource", "2", "-1", "state"}).err, "");
+}
+
+TEST_F(ProgramTest, ExecHelpSaysHowLongAnEngineLivesAndHowToRunSeveralCommandsOnOne) {
+  const std::string help = run({"exec", "--help"}).out;
+  EXPECT_NE(help.find("an engine lives for one\ncommand"), std::string::npos) << help;
+  EXPECT_NE(help.find("'emp-window check'"), std::string::npos) << help;
+  const std::size_t start = help.find("  printf '") + std::string("  printf '").size();
+  std::string lines = help.substr(start, help.find("' | emp-window\n") - start);
+  for (std::size_t at = lines.find("\\n"); at != std::string::npos; at = lines.find("\\n")) lines.replace(at, 2, "\n");
+  EXPECT_EQ(run({}, lines).out, "> FindChannel 0 1\nint 1\n> GetChannel_Name 0\nunicode \"Lighthouse One\"\n");
+  run({"exec", "FindChannel", "0", "1"});
+  EXPECT_EQ(run({"exec", "GetChannel_Name", "0"}).out, "int -1\n");
+}
+
 TEST_F(ProgramTest, ExecRefusesWhatItCantPass) {
   const Ending tooMany = run({"exec", "GetSource", "1", "2", "3", "4", "5"});
   expectError(tooMany, {"GetSource", "5 parameters", "at most 4"});
@@ -104,6 +128,37 @@ TEST_F(ProgramTest, StateStandsInTheXdgFolderOrInTheHome) {
   EXPECT_EQ(runIn({"HOME=" + (folder / "home").string(), "XDG_STATE_HOME=relative"}, {"exec", "GetSource"}).status, 0);
   EXPECT_TRUE(fs::exists(folder / "home/.local/state/emp-window/tv.db"));
   expectError(runIn({}, {"exec", "GetSource"}), {"state", "--state DIR"});
+}
+
+TEST_F(ProgramTest, StateMayBeNamedBeforeTheSubcommandOrBehindIt) {
+  const std::string directory = state().string();
+  const std::string list = made("list", smallList);
+  const std::vector<std::vector<std::string>> calls{{"--state", directory, "exec", "GetSource", "2"},
+                                                    {"exec", "--state", directory, "GetSource", "2"},
+                                                    {"exec", "--state=" + directory, "--", "GetSource", "2"},
+                                                    {"shell", "--state", directory},
+                                                    {"import", "--state", directory, list},
+                                                    {"import", list, "--state", directory}};
+  for (const std::vector<std::string>& call : calls) {
+    EXPECT_EQ(run(call).status, 0) << ::testing::PrintToString(call);
+    EXPECT_EQ(fs::remove_all(state()) > 0, true) << ::testing::PrintToString(call);
+  }
+  EXPECT_FALSE(fs::exists(folder / "xdg"));
+  EXPECT_NE(run({"exec", "--log", "0", "GetSource"}).err, "");
+  expectError(run({"--state", directory, "exec", "--state", directory, "GetSource"}), {"--state stands twice"});
+}
+
+TEST_F(ProgramTest, AnEmptyNameOfAStateDirectoryIsAnErrorAndNotTheUsersOwn) {
+  const std::vector<std::vector<std::string>> calls{
+      {"--state", "", "exec", "GetSource"}, {"--state=", "exec", "GetSource"}, {"--state=", "shell"},
+      {"exec", "--state=", "GetSource"},    {"shell", "--state", ""},          {"--state", ""}};
+  for (const std::vector<std::string>& call : calls) {
+    const Ending refused = run(call);
+    expectError(refused, {"--state: a directory is wanted, not an empty text"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.out, "");
+  }
+  EXPECT_FALSE(fs::exists(folder / "xdg"));
 }
 
 TEST_F(ProgramTest, AStateDirectoryThatCantBeHadIsAnError) {
@@ -292,6 +347,17 @@ TEST_F(ProgramTest, ArgumentsThatItDoesNotKnowAreAnError) {
   expectError(run({"nonsense"}), {"nonsense"});
   expectError(run({"--nonsense"}), {"--nonsense"});
   expectError(run({"shell", "more"}), {"more"});
+  EXPECT_FALSE(fs::exists(folder / "xdg"));
+}
+
+TEST_F(ProgramTest, AnUnknownSubcommandIsAnErrorThatNamesWhatWasMeant) {
+  const std::string exec = "there is no subcommand 'gettvmode'; did you mean 'emp-window exec GetTVMode'?";
+  expectError(run({"gettvmode", "1"}), {exec});
+  expectError(run({"--state", state().string(), "gettvmode"}), {exec});
+  expectError(run({"GetSource"}), {"did you mean 'emp-window exec GetSource'?"});
+  expectError(run({"chekc", "file"}), {"there is no subcommand 'chekc'; did you mean 'emp-window check'?"});
+  expectError(run({"nonsense"}), {"there is no subcommand 'nonsense'; there are shell, exec, check and import"});
+  expectError(run({"--", "exec", "GetSource"}), {"there is no subcommand '--'"});
   EXPECT_FALSE(fs::exists(folder / "xdg"));
 }
 
