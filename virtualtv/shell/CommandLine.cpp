@@ -128,6 +128,7 @@ void runPiped(Desk& desk) {
     for (const std::string& printed : desk.session().run(line)) std::cout << printed << "\n";
     std::cout.flush();
     desk.sayWhatWentWrong(where);
+    if (desk.session().ended) return;
   }
 }
 

@@ -6,6 +6,7 @@
 #include "set/Knobs.h"
 #include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
+#include "shell/Help.h"
 #include "shell/Session.h"
 
 namespace virtualtv::shell {
@@ -74,7 +75,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if (command == ".vconf" && words.size() == 2) return settingKeys(session);
   if (command == ".vconf" && words.size() == 3 && words[1] == "set") return {"int", "str"};
   if ((command == ".trace" || command == ".log") && second) return {"on", "off"};
-  if (command == ".help" && second) return {"commands", "operations", "knobs", "faults"};
+  if (command == ".help" && second) return helpTopics();
   if (command == ".engine" && second) return {session.rig().openEngines().begin(), session.rig().openEngines().end()};
   if (command == ".source" || command == ".import") return files(session, typed);
   return {};

@@ -242,9 +242,15 @@ Lines source(Session& session, const Words& words) {
   return session.source(words[0]);
 }
 
-Lines help(Session&, const Words& words) {
+Lines help(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".help [TOPIC]");
-  return helpOn(words.empty() ? "" : words[0]);
+  return helpOn(words.empty() ? "" : words[0], session.columns);
+}
+
+Lines quit(Session& session, const Words& words) {
+  wantCount(words, 0, 0, ".quit");
+  session.ended = true;
+  return {};
 }
 
 constexpr std::array commands{
@@ -254,9 +260,10 @@ constexpr std::array commands{
                "make calls to the set fail; without words, list the faults; see '.help faults'", fault},
     DotCommand{".get", "[NAME]", "print a knob, or all of them", get},
     DotCommand{".help", "[TOPIC]",
-               "print help; topics are commands, operations, knobs, faults and each plug-in command", help},
+               "print help; topics are commands, operations, knobs, faults and the name of each command", help},
     DotCommand{".import", "FILE [--add]", "replace the services by those of a channel list, or add these", import},
     DotCommand{".log", "on|off [LEVEL]", "print the plug-in's log messages, up to a level, behind each reply", log},
+    DotCommand{".quit", "", "end the shell, or the file that .source runs", quit},
     DotCommand{".reopen", "", "close the engine in use and open a new one", reopen, true},
     DotCommand{".reset", "", "go back to the built-in set and a fresh session", reset, true},
     DotCommand{".restart", "", "switch the set off and on; faults and latencies go", restart, true},

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 #include "set/Knobs.h"
 #include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
-#include "shell/Show.h"
+#include "shell/Table.h"
 
 namespace virtualtv::shell {
 
@@ -18,13 +19,16 @@ using seam::Form;
 using seam::Operation;
 using seam::Output;
 
-Lines overview() {
+std::string usageOf(const DotCommand& command) {
+  return std::string(command.name) + (command.usage.empty() ? "" : " " + std::string(command.usage));
+}
+
+Lines overview(std::size_t columns) {
   std::vector<Lines> rows{{"COMMAND", "WHAT IT DOES"},
                           {"NAME p1 p2 p3 p4", "run a plug-in command; '.help commands' lists them"},
                           {"+ NAME p1 p2 ...", "run a plug-in command with a parameter list"}};
   for (const DotCommand& command : dotCommands()) {
-    const std::string usage = command.usage.empty() ? "" : " " + std::string(command.usage);
-    rows.push_back({std::string(command.name) + usage, std::string(command.help)});
+    rows.push_back({usageOf(command), std::string(command.help)});
   }
   // A usage may be longer than its column; the help then follows on a line of its own.
   constexpr std::size_t widest = 40;
@@ -37,7 +41,7 @@ Lines overview() {
       fitted.push_back({"", row[1]});
     }
   }
-  return fitted.empty() ? Lines() : table(fitted);
+  return table(fitted, columns);
 }
 
 std::string usageOf(const CatalogueCommand& command) {
@@ -46,10 +50,10 @@ std::string usageOf(const CatalogueCommand& command) {
   return usage;
 }
 
-Lines helpOnCommands() {
+Lines helpOnCommands(std::size_t columns) {
   std::vector<Lines> rows{{"COMMAND", "WHAT IT DOES"}};
   for (const CatalogueCommand& command : catalogue()) rows.push_back({usageOf(command), command.help});
-  return table(rows);
+  return table(rows, columns);
 }
 
 std::string sentence(const std::string& lead, const std::string& text) {
@@ -68,7 +72,7 @@ void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
   }
 }
 
-Lines helpOnCommand(const CatalogueCommand& command) {
+Lines helpOnCommand(const CatalogueCommand& command, std::size_t columns) {
   std::vector<Lines> rows{{usageOf(command), command.help}};
   for (const CatalogueCommand::Parameter& parameter : command.parameters) {
     rows.push_back({"  " + parameter.name, parameter.help + sentence("Values", parameter.values) +
@@ -83,16 +87,16 @@ Lines helpOnCommand(const CatalogueCommand& command) {
   for (const CatalogueCommand::Failure& failure : command.failures) {
     rows.push_back({"  or int " + std::to_string(failure.code), failure.means});
   }
-  return table(rows);
+  return table(rows, columns);
 }
 
-Lines helpOnKnobs() {
+Lines helpOnKnobs(std::size_t columns) {
   std::vector<Lines> rows{{"KNOB", "VALUE", "WHAT IT IS"}};
   for (const Knob& knob : knobs()) {
     rows.push_back({std::string(knob.name), knob.set == nullptr ? "(read only)" : std::string(knob.value),
                     std::string(knob.help)});
   }
-  return table(rows);
+  return table(rows, columns);
 }
 
 std::string outputsOf(const Operation& operation) {
@@ -104,16 +108,16 @@ std::string outputsOf(const Operation& operation) {
   return text;
 }
 
-Lines helpOnOperations() {
+Lines helpOnOperations(std::size_t columns) {
   std::vector<Lines> rows{{"OPERATION", "result=", "OUTPUTS"}};
   for (const Operation& operation : seam::operations) {
     rows.push_back({std::string(operation.name), waysToFail(operation), outputsOf(operation)});
     if (rows.back().back().empty()) rows.back().pop_back();
   }
-  return table(rows);
+  return table(rows, columns);
 }
 
-Lines helpOnFaults() {
+Lines helpOnFaults(std::size_t) {
   return {
       "  .fault OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] makes calls of an operation fail.",
       "    nth=N         the first call that it hits, counted from now; 1 if left out",
@@ -135,7 +139,7 @@ Lines helpOnFaults() {
 
 struct Topic {
   std::string_view name;
-  Lines (*help)();
+  Lines (*help)(std::size_t columns);
 };
 
 constexpr std::array topics{
@@ -143,14 +147,37 @@ constexpr std::array topics{
     Topic{"knobs", helpOnKnobs}, Topic{"faults", helpOnFaults},
 };
 
-}  // namespace
-
-Lines helpOn(const std::string& name) {
+/// Help that is as wide as it comes, or fitted already.
+Lines helpAsWritten(const std::string& name, std::size_t columns) {
   const auto topic = std::find_if(topics.begin(), topics.end(), [&](const Topic& known) { return known.name == name; });
-  if (topic != topics.end()) return topic->help();
-  if (const CatalogueCommand* command = catalogue().find(name)) return helpOnCommand(*command);
+  if (topic != topics.end()) return topic->help(columns);
+  if (const CatalogueCommand* command = catalogue().find(name)) return helpOnCommand(*command, columns);
+  for (const DotCommand& command : dotCommands()) {
+    if (command.name == name) return table({{usageOf(command), std::string(command.help)}}, columns);
+  }
   throw std::invalid_argument("there is no help on '" + name +
                               "'; topics are commands, operations, knobs, faults and each command's name");
+}
+
+}  // namespace
+
+Lines helpTopics() {
+  Lines names;
+  for (const Topic& topic : topics) {
+    if (!topic.name.empty()) names.emplace_back(topic.name);
+  }
+  for (std::string& name : commandNames()) names.push_back(std::move(name));
+  for (const DotCommand& command : dotCommands()) names.emplace_back(command.name);
+  return names;
+}
+
+Lines helpOn(const std::string& name, std::size_t columns) {
+  constexpr std::size_t indent = 6;
+  Lines fitted;
+  for (const std::string& line : helpAsWritten(name, columns)) {
+    for (std::string& part : wrapped(line, columns, indent)) fitted.push_back(std::move(part));
+  }
+  return fitted;
 }
 
 std::string waysToFail(const Operation& operation) {

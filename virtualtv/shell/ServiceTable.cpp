@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "services/ServiceStore.h"
-#include "shell/Show.h"
+#include "shell/Table.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {

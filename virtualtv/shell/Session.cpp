@@ -41,6 +41,7 @@ Session::Session(kel::CEmpAppBase& app, Storage& storage, std::filesystem::path 
 }
 
 Lines Session::run(std::string_view input) {
+  if (ended) return {errorLine("'.quit' has ended the session, nothing behind it is run")};
   try {
     return runStep(withoutMarks(input));
   } catch (...) {
@@ -66,7 +67,11 @@ Lines Session::source(const std::string& file) {
   const Transcript transcript = readTranscript(file, readFile(path));
   directories_.push_back(path.parent_path());
   Lines output;
-  for (const Step& step : transcript.steps) append(output, run(step.input));
+  for (const Step& step : transcript.steps) {
+    append(output, run(step.input));
+    if (ended) break;
+  }
+  ended = false;  // the file is, not what runs it
   directories_.pop_back();
   return output;
 }

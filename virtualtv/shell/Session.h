@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -41,8 +42,10 @@ class Session {
   Rig& rig() { return rig_; }
   const Deed& lastDeed() const { return lastDeed_; }
   const std::string& lastCommand() const { return lastCommand_; }
-  bool trace = false;  ///< print the calls of each step
-  int logLevel = -1;   ///< print the log messages of each step up to this level
+  bool trace = false;       ///< print the calls of each step
+  int logLevel = -1;        ///< print the log messages of each step up to this level
+  std::size_t columns = 0;  ///< width of the terminal, in characters, that help is fitted to; 0 where there is none
+  bool ended = false;       ///< `.quit` was run; inputs behind it are errors
   /// Notes that an input went wrong, for one that has more to print than that. @return the line that says so.
   std::string errorLine(const std::string& reason);
   /// Runs the input lines of a transcript file. @return what they print.

@@ -1,7 +1,5 @@
 #include "shell/Show.h"
 
-#include <algorithm>
-
 #include "text/Units.h"
 
 namespace virtualtv::shell {
@@ -10,12 +8,6 @@ namespace {
 
 std::string show(const std::optional<Setting>& setting) {
   return setting ? shell::show(*setting) : "unset";
-}
-
-/// Columns that a text takes on a terminal, as far as that can be told without a terminal: its characters.
-std::size_t width(const std::string& text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
 }  // namespace
@@ -45,24 +37,6 @@ Lines keyLines(const Deed& deed) {
 std::string show(const Setting& setting) {
   if (const int* number = std::get_if<int>(&setting)) return "int " + std::to_string(*number);
   return "str " + text::quoted(text::toUnits(std::get<std::string>(setting)));
-}
-
-Lines table(const std::vector<Lines>& rows) {
-  std::vector<std::size_t> widths;
-  for (const Lines& row : rows) {
-    widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t at = 0; at < row.size(); ++at) widths[at] = std::max(widths[at], width(row[at]));
-  }
-  Lines lines;
-  for (const Lines& row : rows) {
-    std::string line;
-    for (std::size_t at = 0; at < row.size(); ++at) {
-      line += "  " + row[at];
-      if (at + 1 < row.size()) line.append(widths[at] - width(row[at]), ' ');
-    }
-    lines.push_back(line);
-  }
-  return lines;
 }
 
 }  // namespace virtualtv::shell

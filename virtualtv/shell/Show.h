@@ -19,7 +19,4 @@ Lines keyLines(const Deed& deed);
 /// `int 5` or `str "text"`.
 std::string show(const Setting& setting);
 
-/// Rows of cells as lines with aligned columns, the first row being the heads. Lines start with two blanks.
-Lines table(const std::vector<Lines>& rows);
-
 }  // namespace virtualtv::shell

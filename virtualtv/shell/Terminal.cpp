@@ -1,6 +1,8 @@
 #include "shell/Terminal.h"
 
 #include <histedit.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <clocale>
 #include <cstdio>
@@ -8,6 +10,7 @@
 #include <string>
 
 #include "shell/Completion.h"
+#include "shell/Hint.h"
 
 namespace virtualtv::shell {
 
@@ -51,6 +54,12 @@ unsigned char complete(EditLine* editor, int) {
   return CC_REDISPLAY;
 }
 
+/// Width of the terminal in characters, 0 when it does not tell.
+std::size_t columns() {
+  winsize size{};
+  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
 class Editor {
  public:
   Editor(Session& session, std::string historyFile)
@@ -66,8 +75,9 @@ class Editor {
     el_set(editor_.get(), EL_HIST, history, history_.get());
     // The wide form, as the other one copies both texts and never frees them.
     el_wset(editor_.get(), EL_ADDFN, L"complete", L"completes the word before the cursor", complete);
+    el_source(editor_.get(), nullptr);  // which may choose other keys, vi's
     el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
-    el_source(editor_.get(), nullptr);
+    clearLinesWithControlC();
   }
 
   /// @return false at the end of the input.
@@ -88,26 +98,44 @@ class Editor {
   }
 
  private:
+  /// The key then is one like others, while a line is typed and while one is run, and interrupts nothing. It leaves
+  /// nothing on the terminal that a transcript could not have.
+  void clearLinesWithControlC() {
+    for (const char* mode : {"-d", "-x"}) el_set(editor_.get(), EL_SETTY, mode, "intr=", nullptr);
+    el_set(editor_.get(), EL_BIND, "^C", "ed-start-over", nullptr);
+    el_set(editor_.get(), EL_BIND, "-a", "^C", "ed-start-over", nullptr);
+  }
+
   std::string file_;
   std::unique_ptr<History, EndHistory> history_;
   std::unique_ptr<EditLine, EndEditing> editor_;
 };
+
+/// Runs a line and prints what it prints, and what the person may have meant.
+void answer(Session& session, const std::string& line) {
+  session.columns = columns();
+  const Lines lines = session.run(line);
+  for (const std::string& printed : lines) std::printf("%s\n", printed.c_str());
+  const std::string hint = hintOn(line, lines);
+  if (!hint.empty()) std::printf("%s\n", hint.c_str());
+  std::fflush(stdout);
+}
 
 }  // namespace
 
 void talk(Session& session, const std::filesystem::path& history, const std::function<void()>& afterEach) {
   std::setlocale(LC_CTYPE, "");
   if (MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");  // names of channels are in all scripts
-  std::printf("# emp-window: .help lists what can be typed, Tab completes, Ctrl-D ends\n");
+  std::printf("# emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends\n");
   Editor editor(session, history.string());
   for (std::string line; editor.next(line);) {
     if (line.find_first_not_of(" \t") == std::string::npos || line.starts_with('#')) continue;
     editor.remember(line);
-    for (const std::string& printed : session.run(line)) std::printf("%s\n", printed.c_str());
-    std::fflush(stdout);
+    answer(session, line);
     afterEach();
+    if (session.ended) return;
   }
-  std::printf("\n");
+  std::printf("\n");  // behind the prompt
 }
 
 }  // namespace virtualtv::shell

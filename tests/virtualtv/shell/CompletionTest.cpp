@@ -50,6 +50,7 @@ TEST_F(CompletionTest, OtherArguments) {
   EXPECT_EQ(complete(".trace "), (Lines{"off", "on"}));
   EXPECT_EQ(complete(".log o"), (Lines{"off", "on"}));
   EXPECT_EQ(complete(".help k"), Lines{"knobs"});
+  EXPECT_EQ(complete(".help GetFullCh"), Lines{"GetFullChannelList"});
   EXPECT_EQ(complete(".engine s"), Lines{"second"});
 }
 

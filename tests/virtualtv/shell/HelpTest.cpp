@@ -1,6 +1,7 @@
 #include "shell/Help.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include "seam/Seam.h"
 #include "set/Knobs.h"
@@ -76,6 +77,38 @@ TEST(Help, LeavesOutNothingOfWhatTheCatalogueSaysOfACommand) {
 TEST(Help, ListsEachKnob) {
   const Lines listed = helpOn("knobs");
   for (const Knob& knob : knobs()) EXPECT_TRUE(mentions(listed, knob.name)) << knob.name;
+}
+
+TEST(Help, TellsOfEachDotCommand) {
+  for (const DotCommand& command : dotCommands()) {
+    const Lines told = helpOn(std::string(command.name));
+    EXPECT_TRUE(mentions(told, std::string(command.name) + (command.usage.empty() ? "" : " ")));
+    EXPECT_TRUE(mentions(told, command.usage));
+    EXPECT_TRUE(mentions(told, command.help));
+  }
+}
+
+TEST(Help, IsThereForEachOfItsTopics) {
+  for (const std::string& topic : helpTopics()) EXPECT_FALSE(helpOn(topic).empty()) << topic;
+}
+
+std::string joined(const Lines& lines) {
+  std::string words;
+  for (const std::string& line : lines) {
+    std::istringstream pieces(line);
+    for (std::string word; pieces >> word;) words += word + " ";
+  }
+  return words;
+}
+
+TEST(Help, FitsAWidthAndLosesNothing) {
+  for (std::string topic : {"", "commands", "operations", "knobs", "faults", "GetChannel_Name", ".fault"}) {
+    for (const std::size_t columns : {60U, 80U, 132U}) {
+      const Lines lines = helpOn(topic, columns);
+      for (const std::string& line : lines) EXPECT_LE(line.size(), columns) << line;
+      EXPECT_EQ(joined(lines), joined(helpOn(topic))) << topic << columns;
+    }
+  }
 }
 
 TEST(Help, RefusesOtherTopics) {

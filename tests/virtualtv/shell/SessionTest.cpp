@@ -189,6 +189,27 @@ TEST_F(SessionTest, AFileThatCantBeRunIsAnError) {
   EXPECT_EQ(run(".source"), "error: usage: .source FILE");
 }
 
+TEST_F(SessionTest, QuitEndsIt) {
+  EXPECT_FALSE(session->ended);
+  EXPECT_EQ(run(".quit"), "");
+  EXPECT_TRUE(session->ended);
+  EXPECT_TRUE(session->takeRemarks().errors.empty());
+}
+
+TEST_F(SessionTest, InputsBehindQuitAreErrorsAndDoNothing) {
+  run(".quit");
+  EXPECT_EQ(run("int 5"), "error: '.quit' has ended the session, nothing behind it is run");
+  EXPECT_EQ(session->lastCommand(), "");
+  EXPECT_EQ(session->takeRemarks().errors.size(), 1U);
+}
+
+TEST_F(SessionTest, QuitInAFileEndsThatFileOnly) {
+  test::write(folder / "inner", "> int 2\n> .quit\n> int 3\n");
+  test::write(folder / "outer", "> int 1\n> .source inner\n> int 4\n> .quit\n");
+  EXPECT_EQ(run(".source outer"), "int 1\nint 2\nint 4");
+  EXPECT_EQ(run("int 5"), "int 5");
+}
+
 TEST_F(SessionTest, ErrorsInAFileAreErrorsOfTheSession) {
   test::write(folder / "bad", "> .nosuch\n> int 1\n");
   EXPECT_EQ(lines(".source bad").size(), 2U);

@@ -85,8 +85,8 @@ std::string ProgramTest::made(const std::string& name, const std::string& conten
   return (folder / name).string();
 }
 
-OnTerminal::OnTerminal(const std::vector<std::string>& arguments) {
-  const winsize size{40, 200, 0, 0};
+OnTerminal::OnTerminal(const std::vector<std::string>& arguments, unsigned short columns) {
+  const winsize size{40, columns, 0, 0};
   process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
   if (process_ < 0) throw std::runtime_error("no terminal for the test");
   if (process_ == 0) {

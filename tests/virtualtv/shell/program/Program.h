@@ -38,7 +38,8 @@ class ProgramTest : public ::testing::Test {
 /// The program on a terminal of its own, as a person has it.
 class OnTerminal {
  public:
-  explicit OnTerminal(const std::vector<std::string>& arguments);
+  /// @param columns  its width in characters.
+  explicit OnTerminal(const std::vector<std::string>& arguments, unsigned short columns = 200);
   OnTerminal(const OnTerminal&) = delete;
   OnTerminal& operator=(const OnTerminal&) = delete;
   ~OnTerminal();

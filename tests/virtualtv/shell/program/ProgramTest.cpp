@@ -195,6 +195,15 @@ TEST_F(ProgramTest, APipedShellNeedsNoLineBreakAtTheEnd) {
   EXPECT_EQ(run({"shell"}, "").out, "");
 }
 
+TEST_F(ProgramTest, QuitEndsAPipedShell) {
+  const Ending piped = run({}, "GetSource 2\n.quit\nGetSource 'x\n");
+  EXPECT_EQ(piped.out, "> GetSource 2\nint 0\n> .quit\n");
+  EXPECT_EQ(piped.err, "");
+  EXPECT_EQ(piped.status, 0);
+  EXPECT_EQ(run({"check", made("t", piped.out)}).status, 0);
+  EXPECT_EQ(run({}, "GetSource 'x\n.quit\n").status, 2);
+}
+
 TEST_F(ProgramTest, BadInputOnAPipeIsAnErrorWithItsLine) {
   const Ending quotes = run({"shell"}, "GetSource 2\nGetSource 'x\n");
   expectError(quotes, {"standard input:2: ", "no closing '"});
@@ -415,63 +424,6 @@ TEST_F(ClosedStreamProgramTest, AllMayBeClosed) {
   EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"exec", "GetSource"}).status, 2);
   EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"shell"}).status, 0);
   expectLockIntact();
-}
-
-// The terminal.
-
-class TerminalTest : public ProgramTest {
- protected:
-  std::vector<std::string> arguments() const { return {"--state", state().string(), "shell"}; }
-};
-
-TEST_F(TerminalTest, PromptsAnswersAndEndsWithTheInput) {
-  OnTerminal terminal(arguments());
-  terminal.readUntil("> ");
-  terminal.type("GetSource 2\n");
-  EXPECT_NE(terminal.readUntil("> ").find("int 0\r\n"), std::string::npos);
-  terminal.type("\x04");
-  terminal.readUntil("nothing more");
-  EXPECT_EQ(terminal.wait(), 0);
-}
-
-TEST_F(TerminalTest, ErrorsAreShownOnceAndDoNotEndIt) {
-  OnTerminal terminal(arguments());
-  terminal.readUntil("> ");
-  terminal.type(".nosuch\n");
-  const std::string shown = terminal.readUntil("> ");
-  EXPECT_NE(shown.find("error: there is no command '.nosuch'"), std::string::npos);
-  EXPECT_EQ(shown.find("emp-window:"), std::string::npos);
-  terminal.type("\x04");
-  terminal.readUntil("nothing more");
-  EXPECT_EQ(terminal.wait(), 0);
-}
-
-TEST_F(TerminalTest, TabCompletesOrListsAsAComment) {
-  OnTerminal terminal(arguments());
-  terminal.readUntil("> ");
-  terminal.type("GetCurrentChannel_Na\t\n");
-  EXPECT_NE(terminal.readUntil("\n> ").find("unicode \"Lighthouse One\""), std::string::npos);
-  terminal.type(".re\t");
-  EXPECT_NE(terminal.readUntil(".restart").find("\n# .reopen .reset .restart"), std::string::npos);
-  terminal.type("\x15\x04");
-  terminal.readUntil("nothing more");
-  EXPECT_EQ(terminal.wait(), 0);
-}
-
-TEST_F(TerminalTest, RemembersWhatWasTyped) {
-  {
-    OnTerminal terminal(arguments());
-    terminal.readUntil("> ");
-    terminal.type("GetSource 2\n");
-    terminal.readUntil("> ");
-    terminal.type("\x04");
-    terminal.readUntil("nothing more");
-  }
-  OnTerminal terminal(arguments());
-  terminal.readUntil("> ");
-  terminal.type("\x10\n");  // the line before
-  const std::string shown = terminal.readUntil("int 0");
-  EXPECT_NE(shown.find("GetSource 2"), std::string::npos) << shown;
 }
 
 }  // namespace

@@ -1,0 +1,96 @@
+#include "shell/Hint.h"
+
+#include <gtest/gtest.h>
+
+namespace virtualtv::shell {
+namespace {
+
+const Lines refused{"refused"};
+const std::string unknown = "# no command has this name: '.help commands' lists those of the plug-in, Tab completes";
+
+std::string meant(const std::string& line) {
+  return "# did you mean: " + line;
+}
+
+TEST(Hint, NamesTheCommandThatWasMisspelt) {
+  EXPECT_EQ(hintOn("gettvmode", refused), meant("GetTVMode"));
+  EXPECT_EQ(hintOn("GetSorce 2", refused), meant("GetSource 2"));
+  EXPECT_EQ(hintOn("GetChannelName 'a b'", refused), meant("GetChannel_Name 'a b'"));
+  EXPECT_EQ(hintOn("getfull", refused), meant("GetFullChannelList"));
+}
+
+TEST(Hint, TakesAwayWhatACallInAProgramHas) {
+  EXPECT_EQ(hintOn("SetChannel(3,0)", refused), meant("SetChannel 3 0"));
+  EXPECT_EQ(hintOn("SetChannel( 3, \"0\" );", refused), meant("SetChannel 3 0"));
+  EXPECT_EQ(hintOn("tv.setchannel('a, b', 0)", refused), meant("SetChannel 'a, b' 0"));
+  EXPECT_EQ(hintOn("await tv.Execute('SetChannel', 3, 0)", refused), meant("SetChannel 3 0"));
+  EXPECT_EQ(hintOn("GetSource()", refused), meant("GetSource"));
+  EXPECT_EQ(hintOn("GetSource;", refused), meant("GetSource"));
+}
+
+TEST(Hint, TakesAwayTheNameOfTheProgram) {
+  EXPECT_EQ(hintOn("$ ./run exec GetSource 2", refused), meant("GetSource 2"));
+  EXPECT_EQ(hintOn("build/release/emp-window exec getsource", refused), meant("GetSource"));
+  EXPECT_EQ(hintOn("exec GetSource", refused), meant("GetSource"));
+  EXPECT_EQ(hintOn("emp-window import a.conf", refused), meant(".import a.conf"));
+}
+
+TEST(Hint, NamesTheCommandWhoseFullStopIsMissingOrTooMany) {
+  EXPECT_EQ(hintOn("help", refused), meant(".help"));
+  EXPECT_EQ(hintOn("Help GetSource", refused), meant(".help GetSource"));
+  EXPECT_EQ(hintOn("set main.source 17", refused), meant(".set main.source 17"));
+  EXPECT_EQ(hintOn("+ trace on", refused), meant(".trace on"));
+  const Lines error{"error: there is no command"};
+  EXPECT_EQ(hintOn(". help", error), meant(".help"));
+  EXPECT_EQ(hintOn(".GetSource 2", error), meant("GetSource 2"));
+}
+
+TEST(Hint, KnowsHowOtherShellsAreEndedAndAskedForHelp) {
+  for (const char* word : {"exit", "quit", "Exit", "bye", "q", ":q", "logout", "exit 0", "exit()"}) {
+    EXPECT_EQ(hintOn(word, refused), meant(".quit"));
+  }
+  for (const char* word : {"?", "h", "--help", "man", "usage"}) EXPECT_EQ(hintOn(word, refused), meant(".help"));
+  EXPECT_EQ(hintOn(".exit", {"error: there is no command '.exit'"}), meant(".quit"));
+}
+
+TEST(Hint, NamesTheDotCommandThatWasMisspelt) {
+  const Lines error{"error: there is no command"};
+  EXPECT_EQ(hintOn(".servces 3", error), meant(".services 3"));
+  EXPECT_EQ(hintOn("> .Help", error), meant(".help"));
+  EXPECT_EQ(hintOn(".re", error), "# did you mean one of: .reopen .reset .restart");
+  EXPECT_EQ(hintOn(".zzzzz", error), "");
+}
+
+TEST(Hint, NamesTheTopicOfHelpThatWasMisspelt) {
+  const Lines error{"error: there is no help on"};
+  EXPECT_EQ(hintOn(".help gettvmode", error), meant(".help GetTVMode"));
+  EXPECT_EQ(hintOn(".help set", error), meant(".help .set"));
+  EXPECT_EQ(hintOn(".help zzzzz", error), "");
+}
+
+TEST(Hint, LeavesOutTheParameterListThatACommandRefuses) {
+  EXPECT_EQ(hintOn("+ GetSource 2", {"refused int -1"}), meant("GetSource 2"));
+  EXPECT_EQ(hintOn("+ setscreencroprect 1 2", {"refused int -1"}), meant("+ SetScreenCropRect 1 2"));
+}
+
+TEST(Hint, SaysWhereNamesStandWhenNothingIsNear) {
+  EXPECT_EQ(hintOn("zzzzz", refused), unknown);
+  EXPECT_EQ(hintOn("GetChannel", refused), unknown);
+  EXPECT_EQ(hintOn("''", refused), unknown);
+}
+
+TEST(Hint, IsSilentWhereNothingIsToBeSaid) {
+  EXPECT_EQ(hintOn("gettvmode", {"int 1"}), "");
+  EXPECT_EQ(hintOn("gettvmode", {}), "");
+  EXPECT_EQ(hintOn("GetSource 2", {"refused"}), "");
+  EXPECT_EQ(hintOn("GetSource 'x", {"error: no closing ' for the one at column 11"}), "");
+  EXPECT_EQ(hintOn(".trace maybe", {"error: usage: .trace on|off"}), "");
+  EXPECT_EQ(hintOn(".help", {"error: of some other kind"}), "");
+}
+
+TEST(Hint, IsOneLineThatCanStandInATranscript) {
+  EXPECT_EQ(hintOn("getsource '\x01'", refused), "# did you mean: GetSource '\\x01'");
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

@@ -1,0 +1,139 @@
+// The shell as a person has it, on a terminal.
+#include <algorithm>
+#include <cstddef>
+#include <sstream>
+#include <string>
+
+#include "virtualtv/shell/program/Program.h"
+
+namespace virtualtv::shell {
+namespace {
+
+class TerminalTest : public ProgramTest {
+ protected:
+  std::vector<std::string> arguments() const { return {"--state", state().string(), "shell"}; }
+  /// Types a line on a terminal of its own. @return what it prints, up to the next prompt.
+  std::string answerTo(const std::string& line, unsigned short columns = 200) const {
+    OnTerminal terminal(arguments(), columns);
+    terminal.readUntil("> ");
+    terminal.type(line + "\n");
+    terminal.readUntil("\r\n");
+    std::string shown = terminal.readUntil("\n> ");
+    shown.erase(std::remove(shown.begin(), shown.end(), '\r'), shown.end());
+    return shown.substr(0, shown.size() - std::string("> ").size());
+  }
+};
+
+TEST_F(TerminalTest, PromptsAnswersAndEndsWithTheInput) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("GetSource 2\n");
+  EXPECT_NE(terminal.readUntil("> ").find("int 0\r\n"), std::string::npos);
+  terminal.type("\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, ErrorsAreShownOnceAndDoNotEndIt) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type(".nosuch\n");
+  const std::string shown = terminal.readUntil("> ");
+  EXPECT_NE(shown.find("error: there is no command '.nosuch'"), std::string::npos);
+  EXPECT_EQ(shown.find("emp-window:"), std::string::npos);
+  terminal.type("\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, TabCompletesOrListsAsAComment) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("GetCurrentChannel_Na\t\n");
+  EXPECT_NE(terminal.readUntil("\n> ").find("unicode \"Lighthouse One\""), std::string::npos);
+  terminal.type(".re\t");
+  EXPECT_NE(terminal.readUntil(".restart").find("\n# .reopen .reset .restart"), std::string::npos);
+  terminal.type("\x15\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, RemembersWhatWasTyped) {
+  {
+    OnTerminal terminal(arguments());
+    terminal.readUntil("> ");
+    terminal.type("GetSource 2\n");
+    terminal.readUntil("> ");
+    terminal.type("\x04");
+    terminal.readUntil("nothing more");
+  }
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("\x10\n");  // the line before
+  const std::string shown = terminal.readUntil("int 0");
+  EXPECT_NE(shown.find("GetSource 2"), std::string::npos) << shown;
+}
+
+TEST_F(TerminalTest, SaysAtTheStartWhatAPersonNeeds) {
+  OnTerminal terminal(arguments());
+  EXPECT_EQ(terminal.readUntil("\n"),
+            "# emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends\r\n");
+}
+
+TEST_F(TerminalTest, QuitEndsIt) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type(".quit\n");
+  ASSERT_EQ(terminal.readUntil("nothing more"), ".quit\r\n");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, ControlCTakesBackWhatWasTypedAndDoesNotEndIt) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("\x03");
+  terminal.type(".nosuch\x03GetSource 2\n");
+  const std::string shown = terminal.readUntil("int 0\r\n");
+  EXPECT_NE(shown.find("int 0"), std::string::npos) << shown;
+  EXPECT_EQ(shown.find("error"), std::string::npos) << shown;
+  terminal.readUntil("> ");
+  terminal.type(".nosuch\x03\x04");
+  EXPECT_EQ(terminal.readUntil("nothing more").find("error"), std::string::npos);
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, TellsWhatWasMeantByWhatIsNoCommand) {
+  EXPECT_EQ(answerTo("gettvmode"), "refused\n# did you mean: GetTVMode\n");
+  EXPECT_EQ(answerTo("SetChannel(3,0)"), "refused\n# did you mean: SetChannel 3 0\n");
+  EXPECT_EQ(answerTo("help"), "refused\n# did you mean: .help\n");
+  EXPECT_EQ(answerTo("exit"), "refused\n# did you mean: .quit\n");
+  EXPECT_EQ(answerTo(".servces 3"),
+            "error: there is no command '.servces'; '.help' lists them\n# did you mean: .services 3\n");
+}
+
+TEST_F(TerminalTest, WhatItTellsOfAMeantCommandCanStandInATranscript) {
+  const std::string shown = "> gettvmode\n" + answerTo("gettvmode") + "> GetTVMode\n" + answerTo("GetTVMode");
+  EXPECT_EQ(run({"check", made("t", shown)}).status, 0) << shown;
+}
+
+TEST_F(TerminalTest, OnlyAPersonIsToldWhatWasMeant) {
+  EXPECT_EQ(run({}, "help\n.hlep\n").out,
+            "> help\nrefused\n> .hlep\nerror: there is no command '.hlep'; '.help' lists them\n");
+}
+
+TEST_F(TerminalTest, HelpFitsTheTerminal) {
+  for (const char* topic : {"", "commands", "operations", "knobs", "faults", "GetSource", "SetScreenCropRect"}) {
+    std::istringstream help(answerTo(std::string(".help ") + topic, 80));
+    int lines = 0;
+    for (std::string line; std::getline(help, line); ++lines) EXPECT_LE(line.size(), 80U) << line;
+    EXPECT_GT(lines, 5) << topic;
+  }
+}
+
+TEST_F(TerminalTest, HelpOnAPipeIsTheSameWhateverTheTerminal) {
+  const std::string piped = run({}, ".help faults\n").out;
+  EXPECT_EQ(piped, "> .help faults\n" + answerTo(".help faults", 1000));
+}
+
+}  // namespace
+}  // namespace virtualtv::shell

@@ -1,0 +1,193 @@
+#include "shell/Hint.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "shell/Catalogue.h"
+#include "shell/DotCommands.h"
+#include "shell/Help.h"
+#include "shell/Nearest.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+constexpr std::string_view blanks = " \t";
+
+/// Words of other shells, and what does the same here.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 8> otherNames{{
+    {"exit", ".quit"},
+    {"bye", ".quit"},
+    {"logout", ".quit"},
+    {"q", ".quit"},
+    {"?", ".help"},
+    {"h", ".help"},
+    {"man", ".help"},
+    {"usage", ".help"},
+}};
+
+/// A line taken apart.
+struct Typed {
+  bool list = false;  ///< it has a `+`
+  std::string first;  ///< the first word, as it was typed
+  std::string name;   ///< of the command, as far as the way in which it is called can be told
+  std::string rest;   ///< the parameters
+};
+
+std::string_view trimmed(std::string_view text, std::string_view dropped = blanks) {
+  const std::size_t start = text.find_first_not_of(dropped);
+  if (start == std::string_view::npos) return {};
+  return text.substr(start, text.find_last_not_of(dropped) - start + 1);
+}
+
+/// Takes the first word from the front of a text, and the blanks behind it.
+std::string_view takeWord(std::string_view& text) {
+  const std::size_t end = std::min(text.find_first_of(blanks), text.size());
+  const std::string_view word = text.substr(0, end);
+  text = trimmed(text.substr(end));
+  return word;
+}
+
+/// What stands between the commas of a program's call, as words of the shell.
+Lines argumentsOf(std::string_view text) {
+  Lines words;
+  char quote = '\0';
+  std::size_t start = 0;
+  for (std::size_t at = 0; at <= text.size(); ++at) {
+    const bool end = at == text.size();
+    if (!end && quote != '\0') {
+      if (text[at] == quote) quote = '\0';
+    } else if (end || text[at] == ',') {
+      words.emplace_back(trimmed(text.substr(start, at - start)));
+      start = at + 1;
+    } else if (text[at] == '\'' || text[at] == '"') {
+      quote = text[at];
+    }
+  }
+  if (words.size() == 1 && words[0].empty()) words.clear();
+  return words;
+}
+
+/// Without its quotes, where it reads the same without them.
+std::string unquoted(const std::string& word) {
+  const bool isQuoted = word.size() > 2 && (word.front() == '\'' || word.front() == '"') && word.back() == word.front();
+  const std::string inner = isQuoted ? word.substr(1, word.size() - 2) : "";
+  constexpr std::string_view special = " \t\\'\"";
+  return isQuoted && inner.find_first_of(special) == std::string::npos ? inner : word;
+}
+
+/// Reads a call as programs spell it, as in `tv.SetChannel(3, 0)` or `tv.Execute("SetChannel", 3, 0)`.
+/// @return false when it is none.
+bool readCall(std::string_view text, Typed& typed) {
+  const std::size_t bracket = text.find('(');
+  if (bracket == std::string_view::npos || !text.ends_with(')')) return false;
+  const std::string_view function = trimmed(text.substr(0, bracket));
+  typed.name = function.substr(function.find_last_of(". \t") + 1);
+  Lines arguments = argumentsOf(text.substr(bracket + 1, text.size() - bracket - 2));
+  std::transform(arguments.begin(), arguments.end(), arguments.begin(), unquoted);
+  const bool isEntry = typed.name == "Execute" || typed.name == "ExecuteWithParamList";
+  if (isEntry && !arguments.empty()) {
+    typed.name = arguments.front();
+    arguments.erase(arguments.begin());
+  }
+  for (const std::string& argument : arguments) typed.rest += (typed.rest.empty() ? "" : " ") + argument;
+  return true;
+}
+
+/// Without the words that start the program and have it run a command.
+std::string_view withoutProgram(std::string_view text) {
+  std::string_view rest = text;
+  std::string_view word = takeWord(rest);
+  if (word.ends_with("emp-window") || word.ends_with("./run")) {
+    text = rest;
+    word = takeWord(rest);
+  }
+  return word == "exec" && !rest.empty() ? rest : text;
+}
+
+Typed readLine(std::string_view line) {
+  Typed typed;
+  line.remove_prefix(std::min(line.find_first_not_of("$> \t"), line.size()));
+  typed.list = line.starts_with('+');
+  if (typed.list) line.remove_prefix(1);
+  line = trimmed(line);
+  typed.first = line.substr(0, line.find_first_of(blanks));
+  line = withoutProgram(line);
+  line = line.substr(0, line.find_last_not_of("; \t") + 1);
+  if (readCall(line, typed)) return typed;
+  typed.name = takeWord(line);
+  if (typed.name == ".") typed.name += takeWord(line);
+  typed.rest = line;
+  return typed;
+}
+
+/// All that may stand first in a line, and what people type instead.
+Lines firstWords() {
+  Lines names = commandNames();
+  for (const DotCommand& command : dotCommands()) names.emplace_back(command.name);
+  for (const auto& [other, name] : otherNames) names.emplace_back(other);
+  return names;
+}
+
+bool isCommand(const std::string& name) {
+  return catalogue().find(name) != nullptr ||
+         std::any_of(dotCommands().begin(), dotCommands().end(),
+                     [&](const DotCommand& command) { return command.name == name; });
+}
+
+/// The commands that were most likely meant.
+Lines meant(const std::string& name) {
+  if (isCommand(name)) return {name};
+  Lines names = nearest(name, firstWords());
+  for (std::string& near : names) {
+    const auto same =
+        std::find_if(otherNames.begin(), otherNames.end(), [&](const auto& other) { return other.first == near; });
+    if (same != otherNames.end()) near = same->second;
+  }
+  std::sort(names.begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
+  return names;
+}
+
+std::string hint(const Lines& lines) {
+  if (lines.empty()) return {};
+  std::string text = lines.size() == 1 ? "# did you mean:" : "# did you mean one of:";
+  for (const std::string& line : lines) text += " " + oneLine(line);
+  return text;
+}
+
+/// A line with a command's name in place of what was typed.
+std::string lineWith(const std::string& name, const Typed& typed) {
+  const bool hasParameters = !typed.rest.empty() && name != ".quit";
+  return (typed.list && !name.starts_with('.') ? "+ " : "") + name + (hasParameters ? " " + typed.rest : "");
+}
+
+/// On a command that exists and was spelt right.
+std::string hintOnUse(Typed typed) {
+  if (typed.name == ".help") {
+    const Lines topics = nearest(typed.rest, helpTopics());
+    return hint(topics.size() == 1 ? Lines{".help " + topics[0]} : topics);
+  }
+  // Few commands take a parameter list; where one does not, it may take the parameters themselves.
+  if (!std::exchange(typed.list, false)) return {};
+  return hint({lineWith(typed.name, typed)});
+}
+
+}  // namespace
+
+std::string hintOn(std::string_view line, const Lines& printed) {
+  const Typed typed = readLine(line);
+  const bool refused = !printed.empty() && printed.front().starts_with("refused");
+  const bool failed = typed.first.starts_with('.') && !printed.empty() && printed.front().starts_with("error: ");
+  if (!refused && !failed) return {};
+  if (typed.first == typed.name && isCommand(typed.name)) return hintOnUse(typed);
+  const Lines names = meant(typed.name);
+  if (names.empty() && refused) {
+    return "# no command has this name: '.help commands' lists those of the plug-in, Tab completes";
+  }
+  return hint(names.size() == 1 ? Lines{lineWith(names[0], typed)} : names);
+}
+
+}  // namespace virtualtv::shell
