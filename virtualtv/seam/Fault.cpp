@@ -68,7 +68,7 @@ std::string wanted(const Output& output) {
     case Form::record:
       return "a record as in {12=281,16=\"News\"}";
     case Form::records:
-      return "records as in [{12=281},{12=282}]";
+      return "records as in [{12=281},null]";
     case Form::favourites:
       return "groups as in {1=1,12=0}";
     default:

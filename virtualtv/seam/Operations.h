@@ -23,7 +23,7 @@ enum class Answer {
 enum class Form {
   numbers,     ///< integers with commas between, `count` of them: `7`, `0,1`, `0,0,1920,1080`
   record,      ///< fields of a service: `{12=281,13=7,16="News 24"}`
-  records,     ///< `[{12=281},{12=282}]`
+  records,     ///< `[{12=281},null]`; a null pointer in place of a record is `null`
   favourites,  ///< groups and membership: `{1=1,12=0}`
   criteria,    ///< the calls made on it; can't be given
   interface,   ///< the pointer of a factory; only `null` can be given

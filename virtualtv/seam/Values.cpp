@@ -12,6 +12,7 @@ namespace virtualtv::seam {
 
 namespace {
 
+constexpr std::string_view nullRecord = "null";
 constexpr std::size_t recordsShown = 8;  // of a longer list only the number is written
 
 /// Units of a record's text in host order; records hold them big-endian.
@@ -38,6 +39,12 @@ std::optional<unsigned long long> takeNumber(std::string_view& text) {
 bool take(std::string_view& text, char expected) {
   if (text.empty() || text.front() != expected) return false;
   text.remove_prefix(1);
+  return true;
+}
+
+bool take(std::string_view& text, std::string_view expected) {
+  if (!text.starts_with(expected)) return false;
+  text.remove_prefix(expected.size());
   return true;
 }
 
@@ -97,7 +104,9 @@ std::string print(const TCServiceData& record) {
 std::string print(const std::list<TCServiceData*>& records) {
   if (records.size() > recordsShown) return "[" + std::to_string(records.size()) + " records]";
   std::string text;
-  for (const TCServiceData* record : records) text += (text.empty() ? "" : ",") + print(*record);
+  for (const TCServiceData* record : records) {
+    text += (text.empty() ? "" : ",") + (record == nullptr ? std::string(nullRecord) : print(*record));
+  }
   return "[" + text + "]";
 }
 
@@ -156,6 +165,10 @@ bool parse(std::string_view text, TCServiceData& record) {
 bool parse(std::string_view text, std::list<TCServiceData*>& records) {
   std::list<std::unique_ptr<TCServiceData>> read;
   const bool whole = takeList(text, '[', ']', [&] {
+    if (take(text, nullRecord)) {
+      read.push_back(nullptr);
+      return true;
+    }
     read.push_back(std::make_unique<TCServiceData>());
     return takeRecord(text, *read.back());
   });

@@ -130,8 +130,9 @@ Lines helpOnFaults(std::size_t) {
       "    result=throw  an exception leaves the call",
       "    out.NAME=VALUE  that output is written; without a result= the call is carried out first",
       "  Values: numbers, the TV service's, as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
-      "[{12=281},{12=282}];",
-      "  favourite groups as in {1=1,12=0}. Quote what has quotes: 'out.service={16=\"News\"}'.",
+      "[{12=281},null],",
+      "  null being a null pointer in place of a record; favourite groups as in {1=1,12=0}.",
+      "  Quote what has quotes: 'out.service={16=\"News\"}'.",
       "  .fault lists what is set and how often it has hit, .fault clear removes all.",
       "  '.help operations' lists the operations with what each can answer.",
   };

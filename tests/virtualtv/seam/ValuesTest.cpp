@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
+
+#include "seam/Seam.h"
 
 namespace virtualtv::seam {
 namespace {
@@ -54,6 +57,49 @@ TEST(Values, AWrittenRecordReadsAsTheSame) {
   TCServiceData read;
   ASSERT_TRUE(parse(print(record), read));
   EXPECT_EQ(print(read), print(record));
+}
+
+/// The records that a text stands for, printed again; what can't be read is told.
+std::string readAgain(const std::string& text) {
+  std::list<TCServiceData*> records;
+  if (!parse(text, records)) return "can't be read";
+  std::list<std::unique_ptr<TCServiceData>> owned;
+  for (TCServiceData* record : records) owned.emplace_back(record);
+  return print(records);
+}
+
+TEST(Values, AListMayHoldNullRecords) {
+  for (const char* text : {"[null]", "[{12=281},null]", "[null,null,{}]", "[null,{16=\"null\"}]"}) {
+    EXPECT_EQ(readAgain(text), text);
+  }
+}
+
+TEST(Values, AListWithAnythingElseThanRecordsAndNullCantBeRead) {
+  for (const char* text : {"null", "[nul]", "[null", "[nullnull]", "[null{}]", "[{12=281},]", "[NULL]", "[{null}]"}) {
+    EXPECT_EQ(readAgain(text), "can't be read") << text;
+  }
+}
+
+TEST(Values, ARecordThatStandsAloneCantBeNull) {
+  TCServiceData record;
+  EXPECT_FALSE(parse("null", record));
+}
+
+TEST(Values, AFaultPutsNullRecordsIntoAListAndTheTraceShowsThem) {
+  Seam& seam = Seam::instance();
+  seam.reset();
+  seam.record(true);
+  seam.add(parseFault({"IServiceNavigation::GetServiceList", "out.services=[{12=281},null]"}));
+  EXPECT_EQ(describe(seam.faults().front()), "IServiceNavigation::GetServiceList times=1 out.services=[{12=281},null]");
+
+  std::list<TCServiceData*> records{new TCServiceData};
+  pass(op("IServiceNavigation::GetServiceList"), {}, args(out("services", records)), [] { return 1; });
+  ASSERT_EQ(records.size(), 2U);
+  const std::unique_ptr<TCServiceData> first(records.front());
+  EXPECT_EQ(print(*first), "{12=281}");
+  EXPECT_EQ(records.back(), nullptr);
+  EXPECT_EQ(line(seam.calls().front()), "IServiceNavigation::GetServiceList() services=[{12=281},null] -> 1 [fault]");
+  seam.reset();
 }
 
 }  // namespace
