@@ -66,6 +66,7 @@ struct Fault {
   std::optional<std::uint64_t> times = 1;      ///< how many calls it hits; always when empty
   std::uint64_t seen = 0;                      ///< calls passed since it was set
   std::uint64_t hits = 0;                      ///< calls that it has hit
+  std::size_t input = 0;                       ///< number of the input that set it, for whoever reports on it
 };
 
 /// Reads a fault from its words, as in `{"IService::FindService", "nth=2", "times=always", "result=0"}`.

@@ -1,5 +1,6 @@
 #include "shell/Check.h"
 
+#include <filesystem>
 #include <ostream>
 #include <stdexcept>
 
@@ -12,18 +13,28 @@ namespace virtualtv::shell {
 
 namespace {
 
-std::string joined(const Lines& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
-  return text;
+using Clock = std::chrono::steady_clock;
+
+std::string place(const CheckedFile& file, const CheckedStep& step) {
+  return file.name + ":" + std::to_string(step.line) + ": ";
 }
 
-/// What an input left behind that fails a transcript although the texts may agree.
-Lines findingsOf(Session& session) {
+/// Adds to the steps what they left behind that fails a transcript although the texts may agree. What the set complains
+/// of is the last one's.
+void takeFindings(Session& session, std::vector<Lines>& findings) {
   Session::Remarks remarks = session.takeRemarks();
-  Lines findings = std::move(remarks.findings);
-  for (std::string& complaint : remarks.complaints) findings.push_back(std::move(complaint));
-  return findings;
+  for (Session::Finding& finding : remarks.findings) findings[finding.input].push_back(std::move(finding.text));
+  for (std::string& complaint : remarks.complaints) findings.back().push_back(std::move(complaint));
+}
+
+void report(const std::vector<Lines>& findings, CheckedFile& checked) {
+  for (std::size_t at = 0; at < findings.size(); ++at) {
+    CheckedStep& step = checked.steps[at];
+    for (const std::string& finding : findings[at]) {
+      checked.findings.push_back(place(checked, step) + finding);
+      step.failure += (step.failure.empty() ? "" : "\n") + checked.findings.back();
+    }
+  }
 }
 
 /// Runs the transcript on a fresh set. @return the same transcript with what was printed.
@@ -31,16 +42,17 @@ Transcript replay(kel::CEmpAppBase& app, const Transcript& expected, CheckedFile
   Storage storage;
   Session session(app, storage, std::filesystem::path(checked.name).parent_path());
   Transcript printed = expected;
-  for (std::size_t at = 0; at < printed.steps.size(); ++at) {
-    Step& step = printed.steps[at];
+  std::vector<Lines> findings;
+  for (Step& step : printed.steps) {
+    const Clock::time_point start = Clock::now();
     step.output = session.run(step.input);
-    if (at + 1 == printed.steps.size()) session.noteIdleFaults();
-    const Lines findings = findingsOf(session);
-    checked.steps.push_back({step.line, step.input, joined(findings)});
-    for (const std::string& finding : findings) {
-      checked.findings.push_back(checked.name + ":" + std::to_string(step.line) + ": " + finding);
-    }
+    checked.steps.push_back({step.line, step.input, {}, Clock::now() - start});
+    findings.emplace_back();
+    takeFindings(session, findings);
   }
+  session.noteIdleFaults();
+  takeFindings(session, findings);
+  report(findings, checked);
   return printed;
 }
 
@@ -74,7 +86,7 @@ void checkOpened(kel::CEmpAppBase& app, bool update, CheckedFile& checked) {
   }
 }
 
-void report(const CheckedFile& file, std::ostream& out, std::ostream& err) {
+void print(const CheckedFile& file, std::ostream& out, std::ostream& err) {
   out << file.diff;
   for (const std::string& finding : file.findings) out << finding << "\n";
   if (!file.error.empty()) err << "emp-window: " << file.error << "\n";
@@ -83,6 +95,7 @@ void report(const CheckedFile& file, std::ostream& out, std::ostream& err) {
 }  // namespace
 
 CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool update) {
+  const Clock::time_point start = Clock::now();
   CheckedFile checked;
   checked.name = file;
   try {
@@ -90,20 +103,24 @@ CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool
   } catch (const std::exception& exception) {
     checked.error = oneLine(exception.what());
   }
+  checked.time = Clock::now() - start;
   return checked;
 }
 
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err) {
   std::vector<CheckedFile> files;
-  std::size_t failed = 0;
+  Lines failed;
   for (const std::string& name : options.files) {
     files.push_back(checkTranscript(app, name, options.update));
-    report(files.back(), out, err);
-    if (!files.back().passed()) ++failed;
+    print(files.back(), out, err);
+    if (!files.back().passed()) failed.push_back(name);
   }
-  out << "transcripts: " << files.size() - failed << " passed, " << failed << " failed\n";
+  if (files.size() > 1) {
+    for (const std::string& name : failed) out << "failed: " << oneLine(name) << "\n";
+  }
+  out << "transcripts: " << files.size() - failed.size() << " passed, " << failed.size() << " failed\n";
   if (options.junit) writeFile(*options.junit, junitReport(files));
-  return failed == 0;
+  return failed.empty();
 }
 
 }  // namespace virtualtv::shell

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <filesystem>
+#include <chrono>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -14,7 +14,8 @@ namespace virtualtv::shell {
 struct CheckedStep {
   int line = 0;
   std::string input;
-  std::string failure;  ///< empty when it printed what was expected, otherwise the difference or what was found
+  std::string failure;  ///< empty when it printed what was expected, otherwise what was found and the difference
+  std::chrono::nanoseconds time{};  ///< that it took
 };
 
 /// How a transcript did.
@@ -24,6 +25,7 @@ struct CheckedFile {
   std::vector<CheckedStep> steps;
   std::string diff;                   ///< expected and printed, in the unified format; empty when they agree
   std::vector<std::string> findings;  ///< what fails it although the texts agree, as in `FILE:LINE: FINDING`
+  std::chrono::nanoseconds time{};    ///< that all of it took, also making the set
   bool passed() const { return error.empty() && diff.empty() && findings.empty(); }
 };
 
@@ -38,11 +40,13 @@ struct CheckOptions {
   std::optional<std::string> junit;  ///< file that receives a report for machines
 };
 
-/// Checks transcripts one after the other and reports on them: differences and a summary on `out`, errors on `err`.
+/// Checks transcripts one after the other and reports on them: differences, the failed ones of several and a summary on
+/// `out`, errors on `err`.
 /// @return true when all passed.
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err);
 
-/// The report for machines, in the JUnit format: a suite for each file, a case for each of its inputs.
+/// The report for machines, in the JUnit format: a suite for each file, a case for each of its inputs, with totals and
+/// times in seconds.
 std::string junitReport(const std::vector<CheckedFile>& files);
 
 }  // namespace virtualtv::shell

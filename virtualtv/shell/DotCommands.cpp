@@ -71,7 +71,9 @@ Lines fault(Session& session, const Words& words) {
     return {};
   }
   noteIfUnknown(session, words[0]);
-  seam::Seam::instance().add(seam::parseFault(words));
+  seam::Fault fault = seam::parseFault(words);
+  fault.input = session.input();
+  seam::Seam::instance().add(std::move(fault));
   return {};
 }
 

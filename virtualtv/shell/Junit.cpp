@@ -1,6 +1,8 @@
 // The report of a check for machines.
+#include <array>
+#include <charconv>
+
 #include "shell/Check.h"
-#include "shell/Lines.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {
@@ -40,37 +42,70 @@ std::string escaped(std::string_view text) {
   return xml;
 }
 
-std::string caseOf(const CheckedFile& file, const CheckedStep& step) {
-  std::string xml = "    <testcase classname=\"" + escaped(file.name) + "\" name=\"" + std::to_string(step.line) +
-                    ": " + escaped(step.input) + "\"";
-  if (step.failure.empty()) return xml + "/>\n";
-  return xml + ">\n      <failure message=\"not as expected\">" + escaped(step.failure) +
-         "</failure>\n    </testcase>\n";
+std::string inSeconds(std::chrono::nanoseconds time) {
+  constexpr int places = 6;
+  std::array<char, 32> digits{};
+  const double seconds = std::chrono::duration<double>(time).count();
+  char* const end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), seconds, std::chars_format::fixed, places).ptr;
+  return {digits.data(), end};
 }
 
-std::string suiteOf(const CheckedFile& file) {
+std::string attribute(const char* name, const std::string& value) {
+  return std::string(" ") + name + "=\"" + escaped(value) + "\"";
+}
+
+/// What a suite, or all of them, come to.
+struct Totals {
+  std::size_t tests = 0;
   std::size_t failures = 0;
+  std::size_t errors = 0;
+  std::chrono::nanoseconds time{};
+
+  std::string attributes() const {
+    return attribute("tests", std::to_string(tests)) + attribute("failures", std::to_string(failures)) +
+           attribute("errors", std::to_string(errors)) + attribute("time", inSeconds(time));
+  }
+};
+
+std::string caseOf(const CheckedFile& file, const CheckedStep& step) {
+  const std::string line = std::to_string(step.line) + ": ";
+  const std::string xml = "    <testcase" + attribute("classname", file.name) + attribute("name", line + step.input) +
+                          attribute("time", inSeconds(step.time));
+  if (step.failure.empty()) return xml + "/>\n";
+  return xml + ">\n      <failure" + attribute("message", file.name + ":" + line + "not as expected") + ">" +
+         escaped(step.failure) + "</failure>\n    </testcase>\n";
+}
+
+std::string suiteOf(const CheckedFile& file, Totals& all) {
+  Totals own{file.steps.size(), 0, 0, file.time};
   std::string cases;
   for (const CheckedStep& step : file.steps) {
     cases += caseOf(file, step);
-    if (!step.failure.empty()) ++failures;
+    if (!step.failure.empty()) ++own.failures;
   }
-  const bool broken = !file.error.empty();
-  if (broken) {
-    cases += "    <testcase classname=\"" + escaped(file.name) + "\" name=\"run\">\n      <error message=\"" +
-             escaped(file.error) + "\"/>\n    </testcase>\n";
+  if (!file.error.empty()) {
+    cases += "    <testcase" + attribute("classname", file.name) + attribute("name", "run") +
+             attribute("time", inSeconds(file.time)) + ">\n      <error" + attribute("message", file.error) +
+             "/>\n    </testcase>\n";
+    ++own.tests;
+    ++own.errors;
   }
-  return "  <testsuite name=\"" + escaped(file.name) + "\" tests=\"" +
-         std::to_string(file.steps.size() + (broken ? 1 : 0)) + "\" failures=\"" + std::to_string(failures) +
-         "\" errors=\"" + (broken ? "1" : "0") + "\">\n" + cases + "  </testsuite>\n";
+  all.tests += own.tests;
+  all.failures += own.failures;
+  all.errors += own.errors;
+  all.time += own.time;
+  return "  <testsuite" + attribute("name", file.name) + own.attributes() + ">\n" + cases + "  </testsuite>\n";
 }
 
 }  // namespace
 
 std::string junitReport(const std::vector<CheckedFile>& files) {
-  std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n";
-  for (const CheckedFile& file : files) xml += suiteOf(file);
-  return xml + "</testsuites>\n";
+  Totals all;
+  std::string suites;
+  for (const CheckedFile& file : files) suites += suiteOf(file, all);
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites" + all.attributes() + ">\n" + suites +
+         "</testsuites>\n";
 }
 
 }  // namespace virtualtv::shell

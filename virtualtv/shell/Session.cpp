@@ -41,6 +41,11 @@ Session::Session(kel::CEmpAppBase& app, Storage& storage, std::filesystem::path 
 }
 
 Lines Session::run(std::string_view input) {
+  ++inputs_;
+  return runLine(input);
+}
+
+Lines Session::runLine(std::string_view input) {
   if (ended) return {errorLine("'.quit' has ended the session, nothing behind it is run")};
   try {
     return runStep(withoutMarks(input));
@@ -57,7 +62,8 @@ Session::Remarks Session::takeRemarks() {
 
 void Session::noteIdleFaults() {
   for (const seam::Fault& fault : seam::Seam::instance().faults()) {
-    if (fault.hits == 0) note("a fault was never hit: " + seam::describe(fault));
+    if (fault.hits > 0) continue;
+    remarks_.findings.push_back({fault.input, "a fault was never hit: " + seam::describe(fault)});
   }
 }
 
@@ -68,7 +74,7 @@ Lines Session::source(const std::string& file) {
   directories_.push_back(path.parent_path());
   Lines output;
   for (const Step& step : transcript.steps) {
-    append(output, run(step.input));
+    append(output, runLine(step.input));
     if (ended) break;
   }
   ended = false;  // the file is, not what runs it

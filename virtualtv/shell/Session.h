@@ -27,10 +27,15 @@ class Session {
   /// @return what it prints; none of the lines could be taken for an input, a comment or a blank line.
   Lines run(std::string_view input);
 
+  /// What a transcript must not have: an unknown operation, a fault never hit.
+  struct Finding {
+    std::size_t input = 0;  ///< the call of `run`, counted from 0, that names the operation or sets the fault
+    std::string text;
+  };
   /// What went wrong since this was last called.
   struct Remarks {
-    Lines errors;      ///< what `error:` lines said
-    Lines findings;    ///< what a transcript must not have: an unknown operation, a fault never hit
+    Lines errors;  ///< what `error:` lines said
+    std::vector<Finding> findings;
     Lines complaints;  ///< what the set could not read or keep
   };
   Remarks takeRemarks();
@@ -52,17 +57,22 @@ class Session {
   Lines source(const std::string& file);
   /// A file that an input names, as it can be opened.
   std::filesystem::path resolve(const std::string& file) const;
-  void note(std::string finding) { remarks_.findings.push_back(std::move(finding)); }
+  /// Notes a finding of the input that runs.
+  void note(std::string finding) { remarks_.findings.push_back({input(), std::move(finding)}); }
+  /// Number of the input that runs, counted from 0; inputs of files have that of the input that runs the file.
+  std::size_t input() const { return inputs_ - 1; }
   /// Back to the start of a session: nothing traced, nothing remembered.
   void forget();
 
  private:
+  Lines runLine(std::string_view input);
   Lines runStep(std::string_view input);
   Lines runCommand(const std::string& input, bool list);
   Lines watch(const std::function<Lines()>& step, bool remember);
 
   Rig rig_;
   std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last
+  std::size_t inputs_ = 0;                          ///< that were given to `run`
   Deed lastDeed_;
   std::string lastCommand_;
   Remarks remarks_;

@@ -91,12 +91,34 @@ TEST_F(CheckTest, AnUnknownOperationFailsEvenIfItIsExpected) {
   EXPECT_EQ(result.findings, Lines{file() + ":3: unknown operation Nothing"});
 }
 
-TEST_F(CheckTest, AFaultNeverHitFailsAtItsEnd) {
+TEST_F(CheckTest, AFaultNeverHitFailsTheLineThatSetIt) {
+  const std::string fault = "> .fault vconf_set_str result=-1\n";
   const std::string finding = "a fault was never hit: vconf_set_str times=1 result=-1";
-  EXPECT_EQ(checked("> .fault vconf_set_str result=-1\n> int 1\nint 1\n").findings, Lines{file() + ":2: " + finding});
-  EXPECT_EQ(checked("> .fault vconf_set_str result=-1\n> .fault clear\n> int 1\nint 1\n").findings,
-            Lines{file() + ":2: " + finding});
+  for (const char* end : {"", "> .fault clear\n", "> .restart\n", "> .reset\n"}) {
+    const CheckedFile result = checked("> int 1\nint 1\n" + fault + "# c\n> int 2\nint 2\n" + end);
+    EXPECT_EQ(result.findings, Lines{file() + ":3: " + finding}) << end;
+    EXPECT_EQ(result.diff, "");
+    EXPECT_EQ(result.steps.at(0).failure, "");
+    EXPECT_EQ(result.steps.at(1).failure, file() + ":3: " + finding);
+    EXPECT_EQ(result.steps.at(2).failure, "");
+  }
   EXPECT_TRUE(checked("> .fault vconf_set_int result=-1\n> write a 1\nint -1\n").passed());
+}
+
+TEST_F(CheckTest, FindingsStandInTheOrderOfTheirLines) {
+  const CheckedFile result = checked(
+      "> .fault vconf_set_str result=-1\n"
+      "> .fault Nothing result=0\nerror: no operation 'Nothing'; '.help operations' lists them\n"
+      "> .fault vconf_set_str result=-2\n");
+  EXPECT_EQ(result.findings, (Lines{file() + ":1: a fault was never hit: vconf_set_str times=1 result=-1",
+                                    file() + ":2: unknown operation Nothing",
+                                    file() + ":4: a fault was never hit: vconf_set_str times=1 result=-2"}));
+}
+
+TEST_F(CheckTest, AFaultNeverHitOfAFileThatIsRunFailsTheLineThatRunsIt) {
+  made("setup", "> int 1\n> int 1\n> .fault vconf_set_str result=-1\n");
+  EXPECT_EQ(checked("> int 1\nint 1\n> .source setup\nint 1\nint 1\n> int 1\nint 1\n").findings,
+            Lines{file() + ":3: a fault was never hit: vconf_set_str times=1 result=-1"});
 }
 
 TEST_F(CheckTest, AnErrorOfADotCommandMayBeExpected) {
@@ -143,7 +165,25 @@ TEST_F(CheckTest, GoesOnBehindAFileThatCantBeRead) {
   const CheckOptions options{{(folder / "none").string(), made("good", "> int 1\nint 1\n")}, false, {}};
   EXPECT_FALSE(runCheck(options));
   EXPECT_EQ(err.str(), "emp-window: cannot read " + (folder / "none").string() + ": No such file or directory\n");
-  EXPECT_EQ(out.str(), "transcripts: 1 passed, 1 failed\n");
+  EXPECT_EQ(out.str(), "failed: " + options.files[0] + "\ntranscripts: 1 passed, 1 failed\n");
+}
+
+TEST_F(CheckTest, ListsTheFailedFilesBehindTheDifferencesOfSeveral) {
+  const CheckOptions options{{made("bad", "> int 1\nint 2\n"), made("good", "> int 1\nint 1\n"),
+                              made("idle", "> .fault vconf_set_str result=-1\n"), (folder / "none").string()},
+                             false,
+                             {}};
+  EXPECT_FALSE(runCheck(options));
+  const std::string end = "failed: " + options.files[0] + "\nfailed: " + options.files[2] +
+                          "\nfailed: " + options.files[3] + "\ntranscripts: 1 passed, 3 failed\n";
+  EXPECT_TRUE(out.str().ends_with("result=-1\n" + end)) << out.str();
+}
+
+TEST_F(CheckTest, ListsNoFailedFileWhereThereIsOnlyOneOrNone) {
+  EXPECT_FALSE(runCheck({{made("bad", "> int 1\nint 2\n")}, false, {}}));
+  EXPECT_EQ(out.str().find("failed: "), std::string::npos) << out.str();
+  EXPECT_TRUE(runCheck({{made("a", "> int 1\nint 1\n"), made("b", "> int 1\nint 1\n")}, false, {}}));
+  EXPECT_EQ(out.str(), "transcripts: 2 passed, 0 failed\n");
 }
 
 TEST_F(CheckTest, PrintsDifferencesAndFindings) {
@@ -176,18 +216,60 @@ TEST_F(CheckTest, JunitReportHasASuiteForEachFileAndACaseForEachInput) {
   EXPECT_FALSE(runCheck(options));
   const std::string report = parsed(*options.junit);
   EXPECT_NE(report.find("testsuite [('errors', '0'), ('failures', '0'), ('name', '" + options.files[0] +
-                        "'), ('tests', '2')]"),
+                        "'), ('tests', '2'), ('time', '"),
             std::string::npos)
       << report;
   EXPECT_NE(report.find("testsuite [('errors', '0'), ('failures', '1'), ('name', '" + options.files[1] +
-                        "'), ('tests', '1')]"),
+                        "'), ('tests', '1'), ('time', '"),
             std::string::npos);
   EXPECT_NE(report.find("testsuite [('errors', '1'), ('failures', '0'), ('name', '" + options.files[2] +
-                        "'), ('tests', '1')]"),
+                        "'), ('tests', '1'), ('time', '"),
             std::string::npos);
   EXPECT_NE(report.find("('name', '3: > int 2')"), std::string::npos) << report;
   EXPECT_NE(report.find("-int 2"), std::string::npos);
   EXPECT_NE(report.find("No such file or directory"), std::string::npos);
+}
+
+TEST_F(CheckTest, JunitReportNamesFileAndLineOfAFailure) {
+  CheckOptions options{{made("idle", "> int 1\nint 1\n> .fault vconf_set_str result=-1\n> int 1\nint 1\n")}, false, {}};
+  options.junit = (folder / "report.xml").string();
+  EXPECT_FALSE(runCheck(options));
+  const std::string report = parsed(*options.junit);
+  const std::string place = options.files[0] + ":3: ";
+  const std::string failing =
+      "testcase [('classname', '" + options.files[0] + "'), ('name', '3: > .fault vconf_set_str";
+  const std::size_t at = report.find(failing);
+  ASSERT_NE(at, std::string::npos) << report;
+  const std::size_t next = report.find('\n', at) + 1;
+  EXPECT_EQ(report.substr(next, report.find('\n', next) - next),
+            "failure [('message', '" + place + "not as expected')] '" + place +
+                "a fault was never hit: vconf_set_str times=1 result=-1'");
+}
+
+TEST(JunitReport, TellsTimesInSecondsAndTotals) {
+  using namespace std::chrono_literals;
+  CheckedFile good{"good", "", {{1, "> a", "", 1250ms}, {2, "> b", "", 7us}}, "", {}, 2s};
+  CheckedFile bad{"bad", "", {{1, "> c", "differs", 0s}}, "-", {}, 61s};
+  CheckedFile none{"none", "cannot read none", {}, "", {}, 1us};
+  const std::string report = junitReport({good, bad, none});
+  for (const char* part : {"<testsuites tests=\"4\" failures=\"1\" errors=\"1\" time=\"63.000001\">",
+                           "<testsuite name=\"good\" tests=\"2\" failures=\"0\" errors=\"0\" time=\"2.000000\">",
+                           "name=\"1: &gt; a\" time=\"1.250000\"/>", "name=\"2: &gt; b\" time=\"0.000007\"/>",
+                           "<testsuite name=\"bad\" tests=\"1\" failures=\"1\" errors=\"0\" time=\"61.000000\">",
+                           "name=\"1: &gt; c\" time=\"0.000000\">",
+                           "<testsuite name=\"none\" tests=\"1\" failures=\"0\" errors=\"1\" time=\"0.000001\">",
+                           "name=\"run\" time=\"0.000001\">"}) {
+    EXPECT_NE(report.find(part), std::string::npos) << part << "\n" << report;
+  }
+}
+
+TEST_F(CheckTest, MeasuresWhatEachInputAndTheWholeTake) {
+  const CheckedFile result = checked("> int 1\nint 1\n> .services 1\n");
+  ASSERT_EQ(result.steps.size(), 2U);
+  const auto inputs = result.steps[0].time + result.steps[1].time;
+  EXPECT_GT(result.steps[0].time.count(), 0);
+  EXPECT_GT(result.steps[1].time.count(), 0);
+  EXPECT_LT(inputs, result.time) << "which has the making of the set in it";
 }
 
 TEST_F(CheckTest, JunitReportIsWellFormedWhateverTheTextsHold) {

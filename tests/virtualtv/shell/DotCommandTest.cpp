@@ -10,7 +10,14 @@
 namespace virtualtv::shell {
 namespace {
 
-using DotCommandTest = SessionTest;
+class DotCommandTest : public SessionTest {
+ protected:
+  Lines findings() {
+    Lines texts;
+    for (const Session::Finding& finding : session->takeRemarks().findings) texts.push_back(finding.text);
+    return texts;
+  }
+};
 
 // What opening and closing an engine calls.
 const std::string opening = "call vconf_get_int(key=\"opened\") value=0 -> -1";
@@ -118,30 +125,29 @@ TEST_F(DotCommandTest, ABadFaultIsAnErrorAndSetsNothing) {
   EXPECT_TRUE(run(".fault vconf_get_int result=abc").starts_with("error: "));
   EXPECT_TRUE(run(".fault vconf_get_int").starts_with("error: "));
   EXPECT_EQ(run(".fault"), "no faults");
-  EXPECT_EQ(session->takeRemarks().findings, Lines{});
+  EXPECT_EQ(findings(), Lines{});
 }
 
 TEST_F(DotCommandTest, AnUnknownOperationIsAFinding) {
   EXPECT_TRUE(run(".fault IService::Nothing result=0").starts_with("error: "));
   EXPECT_TRUE(run(".set latency.IService::Nothing 5").starts_with("error: "));
   EXPECT_TRUE(run(".get latency.Nothing").starts_with("error: "));
-  EXPECT_EQ(session->takeRemarks().findings,
-            (Lines{"unknown operation IService::Nothing", "unknown operation IService::Nothing",
-                   "unknown operation Nothing"}));
+  EXPECT_EQ(findings(), (Lines{"unknown operation IService::Nothing", "unknown operation IService::Nothing",
+                               "unknown operation Nothing"}));
 }
 
 TEST_F(DotCommandTest, AFaultThatNeverHitIsAFindingWhenItGoes) {
   const Lines finding{"a fault was never hit: vconf_set_str times=1 result=-1"};
   for (const char* end : {".fault clear", ".restart", ".reset"}) {
     run(".fault vconf_set_str result=-1");
-    EXPECT_EQ(session->takeRemarks().findings, Lines{});
+    EXPECT_EQ(findings(), Lines{});
     run(end);
-    EXPECT_EQ(session->takeRemarks().findings, finding) << end;
+    EXPECT_EQ(findings(), finding) << end;
     EXPECT_EQ(run(".fault"), "no faults") << end;
   }
   run(".fault vconf_set_str result=-1");
   session->noteIdleFaults();
-  EXPECT_EQ(session->takeRemarks().findings, finding);
+  EXPECT_EQ(findings(), finding);
 }
 
 TEST_F(DotCommandTest, AFaultThatHitsTheClosingOfEnginesIsNoFinding) {
@@ -149,7 +155,7 @@ TEST_F(DotCommandTest, AFaultThatHitsTheClosingOfEnginesIsNoFinding) {
     run("int 1");
     run(".fault vconf_get_int result=-1");
     run(end);
-    EXPECT_EQ(session->takeRemarks().findings, Lines{}) << end;
+    EXPECT_EQ(findings(), Lines{}) << end;
   }
 }
 
@@ -158,7 +164,7 @@ TEST_F(DotCommandTest, AFaultThatHitOnceIsNoFinding) {
   run(".fault vconf_get_int times=5 result=-1");
   run("read a");
   run(".fault clear");
-  EXPECT_EQ(session->takeRemarks().findings, Lines{});
+  EXPECT_EQ(findings(), Lines{});
 }
 
 TEST_F(DotCommandTest, LatencyMovesTheClockOfTheSet) {

@@ -78,9 +78,11 @@ Seen Runner::run(const Case& shown) {
   seen.calls = callsOf(session_.lastDeed());
   session_.run(".fault clear");  // which notes faults that were never hit
   const auto remarks = session_.takeRemarks();
-  for (const Lines& lines : {remarks.errors, remarks.findings, remarks.complaints}) {
-    for (const std::string& line : lines) seen.complaints.push_back(placeOf(shown, shown.steps.back()) + line);
+  const std::string place = placeOf(shown, shown.steps.back());
+  for (const Lines& lines : {remarks.errors, remarks.complaints}) {
+    for (const std::string& line : lines) seen.complaints.push_back(place + line);
   }
+  for (const auto& finding : remarks.findings) seen.complaints.push_back(place + finding.text);
   return seen;
 }
 
