@@ -9,7 +9,6 @@
 #include <stdexcept>
 
 #include "set/Knobs.h"
-#include "shell/Files.h"
 #include "shell/Help.h"
 #include "shell/ImportFile.h"
 #include "shell/ServiceTable.h"
@@ -177,8 +176,7 @@ Lines import(Session& session, const Words& words) {
     }
   }
   if (file.empty()) refuse("usage: .import FILE [--add]");
-  const ImportReport report =
-      importServices(session.rig().tv(), file, readFile(session.resolve(file)), {std::nullopt, add});
+  const ImportReport report = importServices(session.rig().tv(), file, session.read(file), {std::nullopt, add});
   Lines lines = report.problems;
   lines.push_back(report.summary);
   if (!report.error.empty()) lines.push_back(session.errorLine(report.error));

@@ -16,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const char* action, const fs::path& file, int error) {
-  throw std::runtime_error(std::string("cannot ") + action + " " + file.string() + ": " +
+[[noreturn]] void fail(const char* action, const std::string& file, int error) {
+  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " +
                            std::generic_category().message(error));
 }
 
@@ -59,13 +59,13 @@ class Beside {
 
 }  // namespace
 
-std::string readFile(const fs::path& path) {
+std::string readFile(const fs::path& path, const std::string& name) {
   const File file(std::fopen(path.c_str(), "rb"));
-  if (!file) fail("read", path, errno);
+  if (!file) fail("read", name, errno);
   std::string content;
   char chunk[65536];
   while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, file.get())) content.append(chunk, count);
-  if (std::ferror(file.get()) != 0) fail("read", path, errno);  // a folder too ends up here
+  if (std::ferror(file.get()) != 0) fail("read", name, errno);  // a folder too ends up here
   return content;
 }
 

@@ -6,8 +6,11 @@
 
 namespace virtualtv::shell {
 
-/// All of a file. @throws std::runtime_error `cannot read FILE: REASON`.
-std::string readFile(const std::filesystem::path& path);
+/// All of a file. @throws std::runtime_error `cannot read NAME: REASON`.
+std::string readFile(const std::filesystem::path& path, const std::string& name);
+inline std::string readFile(const std::filesystem::path& path) {
+  return readFile(path, path.string());
+}
 
 /// Puts `content` in the place of a file's, all of it or nothing: whoever opens the file meanwhile finds the old
 /// content or the new one. A link stays a link, and the file keeps its permissions.

@@ -68,10 +68,9 @@ void Session::noteIdleFaults() {
 }
 
 Lines Session::source(const std::string& file) {
-  const std::filesystem::path path = resolve(file);
   if (directories_.size() > deepestFile) throw std::runtime_error(file + ": files run each other too deep");
-  const Transcript transcript = readTranscript(file, readFile(path));
-  directories_.push_back(path.parent_path());
+  const Transcript transcript = readTranscript(file, read(file));
+  directories_.push_back(resolve(file).parent_path());
   Lines output;
   for (const Step& step : transcript.steps) {
     append(output, runLine(step.input));
@@ -84,6 +83,10 @@ Lines Session::source(const std::string& file) {
 
 std::filesystem::path Session::resolve(const std::string& file) const {
   return directories_.back() / file;
+}
+
+std::string Session::read(const std::string& file) const {
+  return readFile(resolve(file), file);
 }
 
 std::string Session::errorLine(const std::string& reason) {

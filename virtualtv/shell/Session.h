@@ -57,6 +57,9 @@ class Session {
   Lines source(const std::string& file);
   /// A file that an input names, as it can be opened.
   std::filesystem::path resolve(const std::string& file) const;
+  /// All of a file that an input names. @throws std::runtime_error `cannot read FILE: REASON`, the file named as there:
+  /// wherever a transcript is checked from, it prints the same.
+  std::string read(const std::string& file) const;
   /// Notes a finding of the input that runs.
   void note(std::string finding) { remarks_.findings.push_back({input(), std::move(finding)}); }
   /// Number of the input that runs, counted from 0; inputs of files have that of the input that runs the file.

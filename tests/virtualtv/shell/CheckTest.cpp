@@ -83,6 +83,25 @@ TEST_F(CheckTest, FilesAreRelativeToTheTranscript) {
   EXPECT_TRUE(checked("> .source setup\nint 0\n> read a\nint 5\n").passed());
 }
 
+TEST_F(CheckTest, ErrorsNameFilesAsTheyStandInTheTranscript) {
+  std::filesystem::create_directory(folder / "inner");
+  made("inner/setup", "> .source none\n> .import ../none.conf\n> .source bad\n");
+  made("inner/bad", "int 1\n");
+  made("noise", "hello\n");
+  const std::string text =
+      "> .source inner/none\nerror: cannot read inner/none: No such file or directory\n"
+      "> .source inner\nerror: cannot read inner: Is a directory\n"
+      "> .source inner/bad\nerror: inner/bad:1: output before the first '>' line\n"
+      "> .import ./none.conf\nerror: cannot read ./none.conf: No such file or directory\n"
+      "> .import noise\nerror: noise: not a channel list of a known format\n"
+      "> .source inner/setup\n"
+      "error: cannot read none: No such file or directory\n"
+      "error: cannot read ../none.conf: No such file or directory\n"
+      "error: bad:1: output before the first '>' line\n";
+  const CheckedFile result = checked(text);
+  EXPECT_TRUE(result.passed()) << result.diff << result.error;
+}
+
 TEST_F(CheckTest, AnUnknownOperationFailsEvenIfItIsExpected) {
   const std::string reply = "error: no operation 'Nothing'; '.help operations' lists them\n";
   const CheckedFile result = checked("> int 1\nint 1\n> .fault Nothing result=0\n" + reply);

@@ -44,6 +44,7 @@ TEST(ReadFile, SaysWhatCantBeRead) {
   EXPECT_EQ(reasonOf([&] { readFile(folder / "none"); }),
             "cannot read " + (folder / "none").string() + ": No such file or directory");
   EXPECT_EQ(reasonOf([&] { readFile(folder.path()); }), "cannot read " + folder.path().string() + ": Is a directory");
+  EXPECT_EQ(reasonOf([&] { readFile(folder.path(), "it"); }), "cannot read it: Is a directory");
 }
 
 TEST(ReplaceFile, PutsTheNewContentInPlaceAndLeavesNothingElseBehind) {
