@@ -8,6 +8,8 @@ namespace virtualtv::shell {
 
 namespace {
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 /// Why a line can't stand in a transcript; empty when it can.
 std::string flaw(const Transcript& transcript, const std::string& line) {
   if (!isText(line)) return noText;
@@ -49,6 +51,8 @@ bool isRemark(std::string_view line) {
 
 Transcript readTranscript(const std::string& name, std::string_view content) {
   Transcript transcript;
+  transcript.marked = content.starts_with(byteOrderMark);
+  if (transcript.marked) content.remove_prefix(byteOrderMark.size());
   int number = 0;
   for (const std::string& line : splitLines(content)) {
     ++number;
@@ -60,7 +64,7 @@ Transcript readTranscript(const std::string& name, std::string_view content) {
 }
 
 std::string writeTranscript(const Transcript& transcript) {
-  std::string text;
+  std::string text(transcript.marked ? byteOrderMark : "");
   append(text, transcript.opening);
   for (const Step& step : transcript.steps) {
     text += step.input + "\n";

@@ -17,7 +17,8 @@ struct Step {
 };
 
 struct Transcript {
-  Lines opening;  ///< comments and blank lines before the first input
+  bool marked = false;  ///< a byte order mark stands before the first line
+  Lines opening;        ///< comments and blank lines before the first input
   std::vector<Step> steps;
 };
 
@@ -31,13 +32,13 @@ bool isInput(std::string_view line);
 bool isRemark(std::string_view line);
 
 /// Reads a transcript: lines that start with `>` are inputs, `#` starts a comment, all other lines but blank ones are
-/// what the input before them prints.
+/// what the input before them prints. A byte order mark at the start is no part of the first line.
 /// @param name  stands before the line number in errors.
 /// @throws std::runtime_error `NAME:LINE: REASON` for a line that is no text, and for output that does not directly
 /// follow an input.
 Transcript readTranscript(const std::string& name, std::string_view content);
 
-/// The text of a transcript, each line ended by a line break.
+/// The text of a transcript, each line ended by a line break, with the byte order mark that it had.
 std::string writeTranscript(const Transcript& transcript);
 
 }  // namespace virtualtv::shell

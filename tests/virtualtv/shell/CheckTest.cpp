@@ -54,6 +54,11 @@ TEST_F(CheckTest, PassesWithLineBreaksOfOtherSystems) {
   EXPECT_TRUE(checked("# c\r\n> int 1\r\nint 1\r\n\r\n").passed());
 }
 
+TEST_F(CheckTest, PassesWithAByteOrderMarkWhichAnUpdateKeeps) {
+  EXPECT_TRUE(checked("\xEF\xBB\xBF> int 1\nint 1\n").passed());
+  EXPECT_EQ(updated("\xEF\xBB\xBF# c\n> int 1\nint 2\n"), "\xEF\xBB\xBF# c\n> int 1\nint 1\n");
+}
+
 TEST_F(CheckTest, ShowsAUnifiedDiffWithFileAndLines) {
   const CheckedFile result = checked("# c\n> int 1\nint 2\n# d\n> int 3\nint 3\n");
   EXPECT_FALSE(result.passed());

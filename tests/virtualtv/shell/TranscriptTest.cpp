@@ -33,6 +33,20 @@ TEST(TranscriptText, WithCarriageReturnsHasTheSameInputsOnceItIsWrittenWithoutTh
   }
 }
 
+TEST(TranscriptText, KeepsAByteOrderMarkThatIsNoPartOfTheFirstLine) {
+  const Transcript transcript = readTranscript("t", "\xEF\xBB\xBF> A\nint 1\n");
+  EXPECT_EQ(transcript.opening, Lines{});
+  EXPECT_EQ(transcript.steps.at(0).input, "> A");
+  for (const std::string text : {"> A\n", "# a\n> A\n", "\n> A\n", ""}) {
+    EXPECT_EQ(writeTranscript(readTranscript("t", "\xEF\xBB\xBF" + text)), "\xEF\xBB\xBF" + text);
+  }
+}
+
+TEST(TranscriptText, AByteOrderMarkElsewhereIsPartOfItsLine) {
+  const Transcript transcript = readTranscript("t", "> A\n\xEF\xBB\xBF# no remark\n");
+  EXPECT_EQ(transcript.steps.at(0).output, Lines{"\xEF\xBB\xBF# no remark"});
+}
+
 TEST(TranscriptText, TheLastLineNeedsNoLineBreak) {
   const Transcript transcript = readTranscript("t", "> A\nint 1");
   EXPECT_EQ(transcript.steps.at(0).output, Lines{"int 1"});
