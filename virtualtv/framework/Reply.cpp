@@ -35,17 +35,11 @@ std::optional<Reply> decodeInteger(std::string_view digits) {
   return reply;
 }
 
-/// One line of a text in a block: a backslash stays unless it would read as an escape or as the end of the text.
+/// One line of a text in a block: a backslash at its end would read as the end of the text.
 std::string blockLine(std::string_view line) {
-  std::string shown;
-  while (!line.empty()) {
-    const std::size_t slash = line.find('\\');
-    shown += text::printable(line.substr(0, slash));
-    if (slash == std::string_view::npos) break;
-    line.remove_prefix(slash + 1);
-    shown += line.empty() || line.front() == 'x' ? "\\x5C" : "\\";
-  }
-  return shown;
+  const bool slash = line.ends_with('\\');
+  if (slash) line.remove_suffix(1);
+  return text::printable(line) + (slash ? "\\x5C" : "");
 }
 
 std::string showBlock(std::string_view text) {

@@ -13,7 +13,6 @@
 #include "store/StoreError.h"
 #include "store/Transaction.h"
 #include "text/Numbers.h"
-#include "text/Units.h"
 
 namespace virtualtv {
 
@@ -167,9 +166,7 @@ void restore(const std::map<std::string, std::string>& kept, const std::string& 
       if (found == kept.end()) throw std::invalid_argument("it is not there");
       read(found->second, value);
     } catch (const std::invalid_argument& error) {
-      const std::string reason = error.what();  // which shows what is kept, and that may be anything
-      throw StoreError(file + ": cannot read " + name +
-                       " of the set that is kept: " + (text::isPrintable(reason) ? reason : text::printable(reason)));
+      throw StoreError(file + ": cannot read " + name + " of the set that is kept: " + error.what());
     }
   });
 }

@@ -31,7 +31,7 @@ void report(const std::vector<Lines>& findings, CheckedFile& checked) {
   for (std::size_t at = 0; at < findings.size(); ++at) {
     CheckedStep& step = checked.steps[at];
     for (const std::string& finding : findings[at]) {
-      checked.findings.push_back(place(checked, step) + finding);
+      checked.findings.push_back(place(checked, step) + oneLine(finding));
       step.failure += (step.failure.empty() ? "" : "\n") + checked.findings.back();
     }
   }

@@ -43,7 +43,7 @@ std::optional<int> numberIn(const std::string& text) {
 
 /// A transcript must not name operations that do not exist, even if it expects the error.
 void noteIfUnknown(Session& session, const std::string& operation) {
-  if (seam::findOperation(operation) == nullptr) session.note("unknown operation " + oneLine(operation));
+  if (seam::findOperation(operation) == nullptr) session.note("unknown operation " + operation);
 }
 
 void noteKnob(Session& session, const std::string& knob) {
@@ -108,7 +108,7 @@ Lines why(Session& session, const Words& words) {
 // The set.
 
 std::string knobLine(Session& session, const std::string& name) {
-  return oneLine(name + " = " + getKnob(session.rig().tv(), name));
+  return name + " = " + getKnob(session.rig().tv(), name);
 }
 
 Lines get(Session& session, const Words& words) {

@@ -25,11 +25,11 @@ ImportReport importServices(Tv& tv, const std::string& name, std::string_view co
   if (!read.services.empty()) tv.import(read.services, options.add);
   ImportReport report;
   for (const import::Problem& problem : read.problems) {
-    report.problems.push_back(oneLine(name + ":" + std::to_string(problem.line) + ": " + problem.reason));
+    report.problems.push_back(oneLine(name) + ":" + std::to_string(problem.line) + ": " + problem.reason);
   }
   report.summary = "imported " + count(read.services.size(), "service") + ", " + count(read.problems.size(), "line") +
                    " could not be read";
-  if (read.services.empty()) report.error = oneLine(name + ": no service in it");
+  if (read.services.empty()) report.error = name + ": no service in it";
   return report;
 }
 

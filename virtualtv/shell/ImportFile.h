@@ -16,7 +16,7 @@ struct ImportOptions {
 };
 
 struct ImportReport {
-  Lines problems;       ///< a line `FILE:LINE: REASON` for each line that could not be read
+  Lines problems;       ///< a line `FILE:LINE: REASON` for each line that could not be read, escaped
   std::string summary;  ///< counts both
   std::string error;    ///< `FILE: no service in it`; empty when services were imported
 };

@@ -65,7 +65,7 @@ std::vector<std::string> splitWords(std::string_view line) {
 }
 
 std::string oneLine(std::string_view text) {
-  return text::isPrintable(text) ? std::string(text) : text::printable(text);
+  return text::printable(text);
 }
 
 }  // namespace virtualtv::shell

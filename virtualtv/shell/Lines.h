@@ -19,7 +19,8 @@ Lines splitLines(std::string_view text);
 /// @throws std::invalid_argument with a line for a person when a quote is not closed or a backslash ends the line.
 std::vector<std::string> splitWords(std::string_view line);
 
-/// A text as one line that a terminal shows as it is: unchanged if it is that, else escaped.
+/// A text as one line that a terminal shows as it is, with escapes as `text::printable` writes them. Not for text that
+/// has been escaped already.
 std::string oneLine(std::string_view text);
 
 }  // namespace virtualtv::shell

@@ -90,8 +90,8 @@ std::string Session::read(const std::string& file) const {
 }
 
 std::string Session::errorLine(const std::string& reason) {
-  remarks_.errors.push_back(oneLine(reason));
-  return "error: " + remarks_.errors.back();
+  remarks_.errors.push_back(reason);
+  return "error: " + oneLine(reason);
 }
 
 void Session::forget() {

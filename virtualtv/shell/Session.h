@@ -32,9 +32,9 @@ class Session {
     std::size_t input = 0;  ///< the call of `run`, counted from 0, that names the operation or sets the fault
     std::string text;
   };
-  /// What went wrong since this was last called.
+  /// What went wrong since this was last called. The texts may hold any bytes.
   struct Remarks {
-    Lines errors;  ///< what `error:` lines said
+    Lines errors;  ///< what `error:` lines tell
     std::vector<Finding> findings;
     Lines complaints;  ///< what the set could not read or keep
   };

@@ -14,7 +14,7 @@ std::string show(const std::optional<Setting>& setting) {
 
 Lines callLines(const Deed& deed) {
   Lines lines;
-  for (const seam::Call& call : deed.calls) lines.push_back("call " + oneLine(seam::line(call)));
+  for (const seam::Call& call : deed.calls) lines.push_back("call " + seam::line(call));
   return lines;
 }
 

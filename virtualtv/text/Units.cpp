@@ -165,8 +165,8 @@ std::string printable(std::string_view bytes) {
   std::string text;
   while (!bytes.empty()) {
     const Decoded decoded = decode(bytes);
-    if (bytes.front() == '\\') {
-      text += "\\\\";
+    if (bytes.starts_with("\\x")) {
+      text += "\\x5C";
     } else if (decoded.length == 0 || isControl(decoded.point)) {
       const std::size_t escaped = decoded.length == 0 ? 1 : decoded.length;
       for (const char byte : bytes.substr(0, escaped)) appendEscape(text, "\\x%02X", static_cast<unsigned char>(byte));

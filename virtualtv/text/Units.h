@@ -19,7 +19,8 @@ std::string quoted(std::u16string_view units);
 /// Reads what `quoted` wrote from the front of `text` and removes it there; nothing when it does not start so.
 std::optional<std::u16string> parseQuoted(std::string_view& text);
 
-/// Bytes with everything but printable UTF-8 written as `\xNN`; a backslash is doubled.
+/// Bytes with everything but printable UTF-8 written as `\xNN`. A backslash stays, but for one before an `x`, which is
+/// `\x5C`: so `\x` is always an escape, and other text is unchanged.
 std::string printable(std::string_view bytes);
 
 /// True when all of `bytes` are UTF-8 without control characters.

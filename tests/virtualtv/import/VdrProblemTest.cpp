@@ -107,7 +107,7 @@ TEST(VdrProblem, FindsGroupNumbersOutOfRangeAndKeepsTheGroup) {
 
 TEST(VdrProblem, QuotesWithControlBytesEscapedAndShortened) {
   EXPECT_EQ(reason({.frequency = std::string("1\0\x1B[31m\\\xFF", 9)}),
-            "frequency \"1\\x00\\x1B[31m\\\\\\xFF\" is not a decimal number");
+            "frequency \"1\\x00\\x1B[31m\\\\xFF\" is not a decimal number");
   EXPECT_EQ(reason({.frequency = std::string(41, 'x')}),
             "frequency \"" + std::string(40, 'x') + "\"... is not a decimal number");
   EXPECT_EQ(reason({.frequency = std::string(40, 'x')}),

@@ -129,6 +129,13 @@ TEST_F(CheckTest, AFaultNeverHitFailsTheLineThatSetIt) {
   EXPECT_TRUE(checked("> .fault vconf_set_int result=-1\n> write a 1\nint -1\n").passed());
 }
 
+TEST_F(CheckTest, FindingsAreOneLineEach) {
+  EXPECT_EQ(checked("> .fault vconf_get_str 'result=a\x01\\b'\n").findings,
+            Lines{file() + ":1: a fault was never hit: vconf_get_str times=1 result=a\\x01\\b"});
+  EXPECT_EQ(checked("> .fault a\x01 result=0\nerror: no operation 'a\\x01'; '.help operations' lists them\n").findings,
+            Lines{file() + ":1: unknown operation a\\x01"});
+}
+
 TEST_F(CheckTest, FindingsStandInTheOrderOfTheirLines) {
   const CheckedFile result = checked(
       "> .fault vconf_set_str result=-1\n"

@@ -71,7 +71,7 @@ TEST_F(DotCommandTest, LogShowsMaskedMessagesWithTheirLevelOnOneLine) {
   EXPECT_EQ(lines("log 3 before"), Lines{"empty"});
   run(".log on");
   EXPECT_EQ(lines("log 3 tuned"), (Lines{"empty", "log 3 tuned at *\\x0A"}));
-  EXPECT_EQ(lines("log 0 'a\\b'"), (Lines{"empty", "log 0 a\\\\b at *\\x0A"}));
+  EXPECT_EQ(lines("log 0 'a\\b \\x'"), (Lines{"empty", "log 0 a\\b \\x5Cx at *\\x0A"}));
   run(".log off");
   EXPECT_EQ(lines("log 0 after"), Lines{"empty"});
 }
@@ -227,6 +227,15 @@ TEST_F(DotCommandTest, GetAloneListsTheKnobsWithTheirValues) {
 TEST_F(DotCommandTest, SetTakesNamesWithOddUnits) {
   run(".set service.#1.name '\"a\\uD800\\u0001b\"'");
   EXPECT_EQ(run(".get service.#1.name"), "service.#1.name = \"a\\uD800\\u0001b\"");
+}
+
+TEST_F(DotCommandTest, ABackslashBetweenQuotesIsWrittenAsSetTakesIt) {
+  const std::string name = "\"a\\\\x41\\u0001\"";
+  run(".set service.#1.name '" + name + "'");
+  EXPECT_EQ(run(".get service.#1.name"), "service.#1.name = " + name);
+  run("int 1");
+  run(".trace on");
+  EXPECT_EQ(lines("read 'a\\x41'").back(), "call vconf_get_int(key=\"a\\\\x41\") value=-7 -> -1");
 }
 
 TEST_F(DotCommandTest, SetTellsTheNumberThatAFieldCantHoldAsItWasTyped) {
@@ -393,11 +402,25 @@ TEST(ImportReport, AListWithoutServicesIsAnErrorInAllFormats) {
     for (const char* content : {"", "# only\n\n# comments\n"}) {
       const ImportReport report = importServices(tv, "l\n", content, {format, false});
       EXPECT_EQ(report.problems, Lines{});
-      EXPECT_EQ(report.error, "l\\x0A: no service in it");
+      EXPECT_EQ(report.error, "l\n: no service in it");
       EXPECT_EQ(report.summary, "imported 0 services, 0 lines could not be read");
     }
   }
   EXPECT_EQ(getKnob(tv, "services"), before);
+}
+
+TEST(ImportReport, EscapesNamesAndWhatItQuotesOnce) {
+  Storage storage;
+  Tv tv(storage);
+  const ImportReport report = importServices(tv, "l\x01", "\x02\n", {import::Format::vdr, false});
+  EXPECT_EQ(report.problems, Lines{"l\\x01:1: \"\\x02\" has 1 of the 13 fields of a service"});
+}
+
+TEST_F(DotCommandTest, ErrorsOfImportsAreEscapedOnce) {
+  test::write(folder / "l\x01", "# no list\n");
+  EXPECT_EQ(lines(".import l\x01").back(), "error: l\\x01: not a channel list of a known format");
+  test::write(folder / "l\x01", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:70000:1:1:0\n");
+  EXPECT_EQ(lines(".import l\x01").back(), "error: l\\x01: no service in it");
 }
 
 TEST(ImportReport, CountsInWordsThatFit) {

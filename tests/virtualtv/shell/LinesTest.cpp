@@ -69,9 +69,22 @@ TEST(SplitWords, AnOpenQuoteOrALoneBackslashIsAnErrorThatSaysWhere) {
   }
 }
 
-TEST(OneLine, LeavesPrintableTextAloneAndEscapesOther) {
-  EXPECT_EQ(oneLine("a\\b é"), "a\\b é");
-  EXPECT_EQ(oneLine("a\nb\x1b"), "a\\x0Ab\\x1B");
+TEST(OneLine, LeavesPrintableTextAloneAndEscapesOtherBytes) {
+  EXPECT_EQ(oneLine("a\\b \\u0041 é"), "a\\b \\u0041 é");
+  EXPECT_EQ(oneLine("a\nb\x1b\xff"), "a\\x0Ab\\x1B\\xFF");
+}
+
+TEST(OneLine, WritesABackslashTheSameWhateverElseTheTextHas) {
+  for (const std::string text : {"\\", "a\\b", "\\\\", "{\"a\": \"\\/\"}"}) {
+    EXPECT_EQ(oneLine(text), text);
+    EXPECT_EQ(oneLine(text + "\n"), text + "\\x0A");
+  }
+}
+
+TEST(OneLine, ShowsABackslashThatWouldReadAsAnEscapeAsOne) {
+  EXPECT_EQ(oneLine("a\\x0A"), "a\\x5Cx0A");
+  EXPECT_EQ(oneLine("a\\\\x"), "a\\\\x5Cx");
+  EXPECT_EQ(oneLine("a\\x0A\n"), "a\\x5Cx0A\\x0A");
 }
 
 }  // namespace

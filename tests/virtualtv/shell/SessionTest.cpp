@@ -69,6 +69,7 @@ TEST_F(SessionTest, TellsOfEachErrorOnce) {
 TEST_F(SessionTest, AnErrorWithOddCharactersStaysOneLine) {
   EXPECT_EQ(lines(".\x1b[2J\xff").size(), 1U);
   EXPECT_EQ(run(".\x1b\xff"), "error: there is no command '.\\x1B\\xFF'; '.help' lists them");
+  EXPECT_EQ(run(".'a\\b\x1b'"), "error: there is no command '.a\\b\\x1B'; '.help' lists them");
 }
 
 TEST_F(SessionTest, WhatThePluginThrowsIsAnError) {

@@ -210,6 +210,7 @@ TEST_F(ProgramTest, BadInputOnAPipeIsAnErrorWithItsLine) {
   EXPECT_EQ(quotes.out, "> GetSource 2\nint 0\n> GetSource 'x\nerror: no closing ' for the one at column 11\n");
   expectError(run({"shell"}, "GetSource 1 2 3 4 5\n"), {"standard input:1: ", "5 parameters"});
   expectError(run({"shell"}, ".nosuch\n"), {"standard input:1: ", ".nosuch"});
+  expectError(run({"shell"}, ".odd\x01\n"), {"standard input:1: there is no command '.odd\\x01'; "});
   expectError(run({"shell"}, ".import " + (folder / "none").string() + "\n"), {(folder / "none").string()});
 }
 
