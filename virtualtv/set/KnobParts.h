@@ -23,6 +23,10 @@ std::span<const Knob> windowKnobs();
 std::span<const Knob> pictureKnobs();
 std::span<const Knob> serviceKnobs();
 
+/// The parts behind `service.ID.` in the names of a service's knobs: its lists, the fields with a name, and those
+/// without one that it has. @throws std::invalid_argument when there is no such service.
+std::vector<std::string> partsOfService(Tv& tv, const std::string& id);
+
 /// What stands in place of the parts in capitals of a knob's name.
 using Parts = std::vector<std::string>;
 

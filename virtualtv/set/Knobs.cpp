@@ -1,7 +1,9 @@
 #include "set/Knobs.h"
 
 #include <optional>
+#include <utility>
 
+#include "seam/Operations.h"
 #include "set/KnobParts.h"
 
 namespace virtualtv {
@@ -77,6 +79,21 @@ std::vector<std::string> knobNames(Tv& tv) {
       }
     } else if (rest.empty() || !isPlace(rest.substr(0, rest.find('.')))) {
       names.emplace_back(knob.name);
+    }
+  }
+  return names;
+}
+
+std::vector<std::string> knobsOf(Tv& tv, const std::string& group) {
+  std::vector<std::string> names;
+  std::string_view id = group;
+  if (takePart(id) == "service" && !id.empty() && id.find('.') == id.npos) {
+    for (const std::string& part : knobparts::partsOfService(tv, std::string(id))) names.push_back(group + "." + part);
+  } else if (group == "latency") {
+    for (const seam::Operation& operation : seam::operations) names.push_back("latency." + std::string(operation.name));
+  } else {
+    for (std::string& name : knobNames(tv)) {
+      if (name.starts_with(group + ".")) names.push_back(std::move(name));
     }
   }
   return names;

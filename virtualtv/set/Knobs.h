@@ -26,6 +26,11 @@ std::span<const Knob> knobs();
 /// The names of all knobs but those of services and operations, which are many.
 std::vector<std::string> knobNames(Tv& tv);
 
+/// The names of the knobs of a group, which all start with its name and a full stop: those of `main`, of `input.13` or
+/// of `latency`; of `service.ID` all that a service can have, set or not. Empty when there is no such group.
+/// @throws std::invalid_argument when there is no such service.
+std::vector<std::string> knobsOf(Tv& tv, const std::string& group);
+
 /// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob.
 std::string getKnob(Tv& tv, const std::string& name);
 

@@ -1,6 +1,8 @@
 // The fields of a service, its tracks and its favourites.
 #include "set/KnobParts.h"
 
+#include <algorithm>
+
 #include "seam/Values.h"
 #include "services/Fields.h"
 #include "services/ListText.h"
@@ -117,10 +119,30 @@ constexpr std::array table{
          getField, setField},
 };
 
+bool hasName(int fieldId) {
+  return std::any_of(fieldNames.begin(), fieldNames.end(),
+                     [=](const FieldName& field) { return field.fieldId == fieldId; });
+}
+
 }  // namespace
 
 std::span<const Knob> serviceKnobs() {
   return table;
+}
+
+std::vector<std::string> partsOfService(Tv& tv, const std::string& id) {
+  const auto service = tv.services().read(existingService(tv, id));
+  std::vector<std::string> parts;
+  for (const FieldName& field : fieldNames) parts.emplace_back(field.name);
+  const auto addNameless = [&](const auto& fields) {
+    for (const auto& [fieldId, value] : fields) {
+      if (!hasName(fieldId)) parts.push_back(std::to_string(fieldId));
+    }
+  };
+  addNameless(service->numbers);
+  addNameless(service->texts);
+  for (const char* list : {"audio", "subtitles", "favourites"}) parts.emplace_back(list);
+  return parts;
 }
 
 }  // namespace virtualtv::knobparts

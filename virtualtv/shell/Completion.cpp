@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <stdexcept>
 
+#include "services/ServiceStore.h"
 #include "set/Knobs.h"
 #include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
@@ -25,9 +27,27 @@ Lines firstWords() {
   return names;
 }
 
-Lines knobWords(Session& session) {
-  Lines names = knobNames(session.rig().tv());
+/// Services by their keys, and behind the full stop their knobs.
+Lines serviceWords(Tv& tv, const std::string& typed) {
+  constexpr std::string_view start = "service.";
+  if (const std::size_t stop = typed.rfind('.'); stop >= start.size()) {
+    try {
+      return knobsOf(tv, typed.substr(0, stop));
+    } catch (const std::invalid_argument&) {
+      return {};  // there is no such service
+    }
+  }
+  Lines names;
+  for (const ServiceKey key : tv.services().keys()) names.push_back(std::string(start) + "#" + std::to_string(key));
+  return names;
+}
+
+Lines knobWords(Session& session, const std::string& typed) {
+  Tv& tv = session.rig().tv();
+  if (typed.starts_with("service.")) return serviceWords(tv, typed);
+  Lines names = knobNames(tv);
   for (std::string& name : operationNames("latency.")) names.push_back(std::move(name));
+  names.emplace_back("service.#");
   return names;
 }
 
@@ -64,7 +84,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   const std::string& command = words.front();
   const bool second = words.size() == 1;
   if (command == "+" && second) return commandNames();
-  if ((command == ".set" || command == ".get") && second) return knobWords(session);
+  if ((command == ".set" || command == ".get") && second) return knobWords(session, typed);
   if (command == ".fault") {
     if (!second) return faultWords(words[1]);
     Lines names = operationNames("");

@@ -111,11 +111,22 @@ std::string knobLine(Session& session, const std::string& name) {
   return name + " = " + getKnob(session.rig().tv(), name);
 }
 
+/// The knobs of a group that are set; none when there is no such group.
+Lines groupLines(Session& session, const std::string& group) {
+  Lines lines;
+  for (const std::string& name : knobsOf(session.rig().tv(), group)) {
+    const std::string line = knobLine(session, name);
+    if (!line.ends_with(" = unset")) lines.push_back(line);
+  }
+  return lines;
+}
+
 Lines get(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".get [NAME]");
   if (words.size() == 1) {
     noteKnob(session, words[0]);
-    return {knobLine(session, words[0])};
+    Lines group = groupLines(session, words[0]);
+    return group.empty() ? Lines{knobLine(session, words[0])} : group;
   }
   Lines lines;
   for (const std::string& name : knobNames(session.rig().tv())) lines.push_back(knobLine(session, name));
@@ -258,7 +269,7 @@ constexpr std::array commands{
     DotCommand{".engine", "[NAME]", "open an engine or switch to it; without a name, list the open ones", engine, true},
     DotCommand{".fault", "[OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] | clear]",
                "make calls to the set fail; without words, list the faults; see '.help faults'", fault},
-    DotCommand{".get", "[NAME]", "print a knob, or all of them", get},
+    DotCommand{".get", "[NAME]", "print a knob, those of a group such as main or service.ID, or all of them", get},
     DotCommand{".help", "[TOPIC]",
                "print help; topics are commands, operations, knobs, faults and the name of each command", help},
     DotCommand{".import", "FILE [--add]", "replace the services by those of a channel list, or add these", import},

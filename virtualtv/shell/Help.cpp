@@ -96,7 +96,10 @@ Lines helpOnKnobs(std::size_t columns) {
     rows.push_back({std::string(knob.name), knob.set == nullptr ? "(read only)" : std::string(knob.value),
                     std::string(knob.help)});
   }
-  return table(rows, columns);
+  Lines lines = table(rows, columns);
+  lines.emplace_back(
+      "  .get also takes a group of knobs: .get main, .get input.13, .get service.#1 for all of a service");
+  return lines;
 }
 
 std::string outputsOf(const Operation& operation) {

@@ -41,6 +41,21 @@ TEST_F(CompletionTest, KnobsAndLatenciesForSetAndGet) {
   EXPECT_EQ(complete(".set country "), Lines{});
 }
 
+TEST_F(CompletionTest, ServicesByTheirKeysWithTheirFieldsAndLists) {
+  EXPECT_EQ(complete(".get serv"), (Lines{"service.#", "services"}));
+  EXPECT_EQ(complete(".set service.#1"), complete(".get service.#1"));
+  EXPECT_TRUE(contains(complete(".get service."), "service.#31"));
+  EXPECT_FALSE(contains(complete(".get service."), "service.#0"));
+  EXPECT_EQ(complete(".set service.#1.na"), Lines{"service.#1.name"});
+  EXPECT_EQ(complete(".get service.#1.a"),
+            (Lines{"service.#1.active_format", "service.#1.antenna", "service.#1.attached", "service.#1.audio"}));
+  run(".set service.#1.id 281");
+  run(".set service.#1.200 5");
+  EXPECT_EQ(complete(".set service.281.2"), Lines{"service.281.200"});
+  EXPECT_EQ(complete(".set service.#99."), Lines{});
+  EXPECT_EQ(complete(".set service.x."), Lines{});
+}
+
 TEST_F(CompletionTest, OtherArguments) {
   run(".vconf set db/x int 1");
   run(".engine second");

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "seam/Seam.h"
+#include "services/ServiceStore.h"
 #include "set/Knobs.h"
 #include "shell/ImportFile.h"
 #include "virtualtv/shell/Support.h"
@@ -222,6 +223,55 @@ TEST_F(DotCommandTest, GetAloneListsTheKnobsWithTheirValues) {
   const Lines listed = lines(".get");
   EXPECT_EQ(listed.size(), knobNames(tv()).size());
   EXPECT_TRUE(contains(listed, "main.source = " + getKnob(tv(), "main.source")));
+}
+
+TEST_F(DotCommandTest, GetOfAGroupPrintsEachKnobOfIt) {
+  for (const char* group : {"main", "pip", "isp", "start", "input", "input.13", "latency"}) {
+    const Lines listed = lines(std::string(".get ") + group);
+    EXPECT_GE(listed.size(), 2U) << group;
+    for (const std::string& line : listed) {
+      EXPECT_TRUE(line.starts_with(std::string(group) + ".")) << line;
+      EXPECT_EQ(run(".get " + line.substr(0, line.find(" = "))), line);
+    }
+  }
+  EXPECT_EQ(lines(".get input.13").size(), 3U);
+  EXPECT_EQ(lines(".get latency").size(), seam::operations.size());
+  for (const char* none : {"mai", "main.", "service", "service.", "nosuch", ""}) {
+    EXPECT_TRUE(run(std::string(".get '") + none + "'").starts_with("error: there is no knob '")) << none;
+  }
+}
+
+TEST_F(DotCommandTest, GetOfAServicePrintsItsFieldsAndLists) {
+  test::write(folder / "list", smallList);
+  run(".import list");
+  run(".set service.#1.name '\"O\\u0001ne\"'");
+  run(".set service.#1.200 -7");
+  run(".set service.#1.minor unset");
+  run(".set service.#1.favourites 3=1");
+  const Lines listed = lines(".get service.#1");
+  for (const char* line :
+       {"service.#1.type = 9", "service.#1.name = \"O\\u0001ne\"", "service.#1.200 = -7", "service.#1.major = 1",
+        "service.#1.audio = 102:eng:mpeg:0:0", "service.#1.subtitles = none", "service.#1.favourites = 3=1"}) {
+    EXPECT_TRUE(contains(listed, line)) << line << "\n" << run(".get service.#1");
+  }
+  EXPECT_EQ(run(".get service.#1").find("minor"), std::string::npos) << "which is unset";
+  const std::string id = run(".get service.#1.id").substr(std::string("service.#1.id = ").size());
+  EXPECT_EQ(lines(".get service." + id).size(), listed.size());
+  EXPECT_EQ(run(".get service.#99"), "error: there is no service #99");
+}
+
+TEST_F(DotCommandTest, WhatGetPrintsOfAServiceCanBeSetAgain) {
+  test::write(folder / "list", smallList);
+  run(".import list");
+  const auto before = tv().services().read(1);
+  Lines settings;
+  for (const std::string& line : lines(".get service.#1")) {
+    const std::size_t equals = line.find(" = ");
+    settings.push_back(".set " + line.substr(0, equals) + " '" + line.substr(equals + 3) + "'");
+  }
+  EXPECT_GE(settings.size(), before->numbers.size() + before->texts.size() + 3);
+  for (const std::string& setting : settings) EXPECT_EQ(run(setting), "") << setting;
+  EXPECT_EQ(tv().services().read(1), before);
 }
 
 TEST_F(DotCommandTest, SetTakesNamesWithOddUnits) {

@@ -77,6 +77,7 @@ TEST(Help, LeavesOutNothingOfWhatTheCatalogueSaysOfACommand) {
 TEST(Help, ListsEachKnob) {
   const Lines listed = helpOn("knobs");
   for (const Knob& knob : knobs()) EXPECT_TRUE(mentions(listed, knob.name)) << knob.name;
+  EXPECT_TRUE(mentions(listed, ".get service.#1")) << "which prints all of a service";
 }
 
 TEST(Help, TellsOfEachDotCommand) {
