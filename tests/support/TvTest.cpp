@@ -24,6 +24,20 @@ using virtualtv::seam::Seam;
 
 constexpr const char* untouched = "nobody wrote this";
 
+/// Takes the records out of the words of a fault and leaves empty ones there. @return the records by output.
+std::map<std::string, std::string> takeRecords(Lines& words) {
+  std::map<std::string, std::string> taken;
+  for (const auto& [output, none] : {std::pair("service", "{}"), std::pair("services", "[]")}) {
+    const std::string start = std::string("out.") + output + "=";
+    for (std::string& word : words) {
+      if (!word.starts_with(start)) continue;
+      taken[output] = word.substr(start.size());
+      word = start + none;
+    }
+  }
+  return taken;
+}
+
 /// While it lives, calls pass without trace and without faults.
 class Unseen {
  public:
@@ -152,7 +166,11 @@ void TvTest::forget() {
 }
 
 void TvTest::fault(const std::string& words) {
-  Seam::instance().add(virtualtv::seam::parseFault(split(words)));
+  Lines all = split(words);
+  const std::map<std::string, std::string> records = takeRecords(all);
+  Fault fault = virtualtv::seam::parseFault(all);
+  for (const auto& [name, text] : records) fault.outputs[name] = text;
+  Seam::instance().add(std::move(fault));
 }
 
 void TvTest::clearFaults() {

@@ -83,7 +83,8 @@ class TvTest : public ::testing::Test {
   /// Drops both.
   void forget();
 
-  /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0".
+  /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may
+  /// have numbers that `.fault` refuses since no service of this set has them; the plug-in reads what it is given.
   void fault(const std::string& words);
   void clearFaults();
   /// True when each fault set has hit at least one call.

@@ -1,9 +1,9 @@
 // Faults as words: reading and writing them.
-#include <charconv>
-#include <limits>
+#include <algorithm>
 
 #include "seam/Seam.h"
-#include "text/Units.h"
+#include "services/FieldNumbers.h"
+#include "text/Numbers.h"
 
 namespace virtualtv::seam {
 
@@ -19,12 +19,9 @@ const Operation& operationNamed(const std::string& name) {
 }
 
 std::uint64_t count(const std::string& word, const std::string& text) {
-  std::uint64_t value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || value == 0) {
-    refuse("'" + word + "': a number from 1 is wanted");
-  }
-  return value;
+  const auto value = text::numberIn<std::uint64_t>(text);
+  if (value.value_or(0) == 0) refuse("'" + word + "': a number from 1 is wanted");
+  return *value;
 }
 
 const Output& outputNamed(const Operation& operation, const std::string& name) {
@@ -36,43 +33,62 @@ const Output& outputNamed(const Operation& operation, const std::string& name) {
   refuse(std::string(operation.name) + " has no output '" + name + "'" + (known.empty() ? "" : "; it has:" + known));
 }
 
-bool fits(const Output& output, const std::string& value) {
-  switch (output.form) {
-    case Form::numbers: {
-      std::array<long long, 8> numbers{};
-      return parseNumbers(value, static_cast<std::size_t>(output.count), numbers.data());
+/// Refuses numbers that the output is not made of.
+void requireNumbers(const Output& output, const std::string& value) {
+  std::vector<std::string> written{""};
+  for (const char letter : value) {
+    if (letter == ',') {
+      written.emplace_back();
+    } else {
+      written.back() += letter;
     }
-    case Form::record: {
-      TCServiceData record;
-      return parse(value, record);
-    }
-    case Form::records: {
-      std::list<TCServiceData*> records;
-      const bool good = parse(value, records);
-      for (TCServiceData* record : records) delete record;
-      return good;
-    }
-    case Form::favourites: {
-      std::map<unsigned char, bool> favourites;
-      return parse(value, favourites);
-    }
-    default:
-      return false;
+  }
+  const std::size_t count = output.numbers.size();
+  if (written.size() != count && count > 1)
+    refuse(std::to_string(count) + " numbers with commas between are wanted, not '" + value + "'");
+  if (written.size() != count) written = {value};
+  for (std::size_t at = 0; at < count; ++at) {
+    if (!text::numberIn(written[at], output.numbers[at]))
+      refuse(text::describe(output.numbers[at]) + " is wanted, not '" + written[at] + "'");
   }
 }
 
-std::string wanted(const Output& output) {
+/// Refuses numbers that the fields of services can't hold. A text in place of a number, or the other way round, is an
+/// odd record, but what it says is what it holds.
+void checkField(int fieldId, std::string_view written) {
+  fieldNumber(fieldId, written);
+}
+
+void requireRecord(const std::string& value) {
+  TCServiceData record;
+  if (!parse(value, record, checkField)) refuse("a record as in {12=281,16=\"News\"} is wanted, not '" + value + "'");
+}
+
+void requireRecords(const std::string& value) {
+  std::list<TCServiceData*> records;
+  const bool good = parse(value, records, checkField);
+  for (TCServiceData* record : records) delete record;
+  if (!good) refuse("records as in [{12=281},null] are wanted, not '" + value + "'");
+}
+
+void requireFavourites(const std::string& value) {
+  std::map<unsigned char, bool> favourites;
+  if (!parse(value, favourites)) refuse("groups from 0 to 255 as in {1=1,12=0} are wanted, not '" + value + "'");
+}
+
+/// Refuses a text that the output can't be given.
+void require(const Output& output, const std::string& value) {
   switch (output.form) {
     case Form::numbers:
-      return output.count == 1 ? "a number" : std::to_string(output.count) + " numbers with commas between";
+      return requireNumbers(output, value);
     case Form::record:
-      return "a record as in {12=281,16=\"News\"}";
+      return requireRecord(value);
     case Form::records:
-      return "records as in [{12=281},null]";
+      return requireRecords(value);
     case Form::favourites:
-      return "groups as in {1=1,12=0}";
+      return requireFavourites(value);
     default:
-      return "nothing that can be given";
+      refuse("it can't be given");
   }
 }
 
@@ -92,10 +108,10 @@ void setResult(Fault& fault, const std::string& text) {
   } else if (operation.answer == Answer::text && text != "unwritten") {
     fault.way = Fault::Way::result;
   } else {
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (!operation.answersNumber() || error != std::errc() || end != text.data() + text.size()) {
-      refuse(std::string(operation.name) + " can't answer '" + text + "'");
+    constexpr text::Range range = text::rangeOf<int>();
+    const std::string wanted = operation.answersNumber() ? "; " + text::describe(range) + " is wanted" : "";
+    if (wanted.empty() || !text::numberIn(text, range)) {
+      refuse(std::string(operation.name) + " can't answer '" + text + "'" + wanted);
     }
     fault.way = Fault::Way::result;
   }
@@ -104,9 +120,11 @@ void setResult(Fault& fault, const std::string& text) {
 
 void setOutput(Fault& fault, const std::string& name, const std::string& value) {
   const Output& output = outputNamed(*fault.operation, name);
-  if (!fits(output, value))
-    refuse("'" + name + "' of " + std::string(fault.operation->name) + ": " + wanted(output) + " is wanted, not '" +
-           value + "'");
+  try {
+    require(output, value);
+  } catch (const std::invalid_argument& reason) {
+    refuse("'" + name + "' of " + std::string(fault.operation->name) + ": " + reason.what());
+  }
   fault.outputs[name] = value;
 }
 

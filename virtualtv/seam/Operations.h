@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "seam/Values.h"
+
 namespace virtualtv::seam {
 
 /// What an operation answers, and when that means success.
@@ -21,7 +23,7 @@ enum class Answer {
 
 /// Form in which an output is written in a trace and given in a fault.
 enum class Form {
-  numbers,     ///< integers with commas between, `count` of them: `7`, `0,1`, `0,0,1920,1080`
+  numbers,     ///< integers with commas between: `7`, `0,1`, `0,0,1920,1080`
   record,      ///< fields of a service: `{12=281,13=7,16="News 24"}`
   records,     ///< `[{12=281},null]`; a null pointer in place of a record is `null`
   favourites,  ///< groups and membership: `{1=1,12=0}`
@@ -32,8 +34,14 @@ enum class Form {
 struct Output {
   std::string_view name;
   Form form = Form::numbers;
-  int count = 1;  ///< how many integers, where the form is `numbers`
+  std::span<const text::Range> numbers{};  ///< what each integer can be, where the form is `numbers`
 };
+
+/// An output of the form `numbers`, for a value of that type.
+template <typename Value>
+constexpr Output numbers(std::string_view name) {
+  return {name, Form::numbers, rangesOf<Value>};
+}
 
 /// One operation of the set's interfaces: its name, what it answers, what it writes. Its ways to fail follow from
 /// these (see `Fault`).
@@ -87,74 +95,92 @@ inline constexpr std::array operations{
     Operation{"IService::GetFavorites", Answer::positive, {{{"favorites", Form::favourites}}}},
 
     Operation{"IServiceNavigation::TuneService", Answer::positive},
-    Operation{"IServiceNavigation::GetTvMode", Answer::positive, {{{"mode", Form::numbers, 2}}}},
+    Operation{"IServiceNavigation::GetTvMode", Answer::positive, {{numbers<TSTvMode>("mode")}}},
     Operation{"IServiceNavigation::SetTVMode", Answer::positive},
     Operation{"IServiceNavigation::GetCurrentService", Answer::positive, {{{"service", Form::record}}}},
-    Operation{"IServiceNavigation::GetPreviousServiceId", Answer::positive, {{{"serviceId"}}}},
+    Operation{
+        "IServiceNavigation::GetPreviousServiceId", Answer::positive, {{numbers<unsigned long long>("serviceId")}}},
     Operation{"IServiceNavigation::SeekNextService", Answer::positive, {{{"service", Form::record}}}},
     Operation{"IServiceNavigation::SeekPreviousService", Answer::positive, {{{"service", Form::record}}}},
     Operation{"IServiceNavigation::GetOptimumService", Answer::positive, {{{"service", Form::record}}}},
     Operation{"IServiceNavigation::GetServiceList", Answer::positive, {{{"services", Form::records}}}},
-    Operation{"IServiceNavigation::GetStartService", Answer::positive, {{{"serviceId"}, {"source"}}}},
+    Operation{"IServiceNavigation::GetStartService",
+              Answer::positive,
+              {{numbers<unsigned long long>("serviceId"), numbers<int>("source")}}},
     Operation{"IServiceNavigation::GetCurrentServiceInfo", Answer::positive, {{{"service", Form::record}}}},
 
-    Operation{"ISourceControl::GetSourceState", Answer::one, {{{"state"}}}},
-    Operation{"ISourceControl::GetCurrentSourceInfo", Answer::positive, {{{"source"}}}},
-    Operation{"ISourceControl::GetPreviousSourceInfo", Answer::positive, {{{"source"}}}},
+    Operation{"ISourceControl::GetSourceState", Answer::one, {{numbers<int>("state")}}},
+    Operation{"ISourceControl::GetCurrentSourceInfo", Answer::positive, {{numbers<ESource>("source")}}},
+    Operation{"ISourceControl::GetPreviousSourceInfo", Answer::positive, {{numbers<ESource>("source")}}},
     Operation{"ISourceControl::SetSource", Answer::positive},
     Operation{"ISourceControl::DeactivateSource", Answer::positive},
 
     Operation{"IVideoControl::SetSize", Answer::positive},
-    Operation{"IVideoControl::GetSize", Answer::positive, {{{"x"}, {"y"}, {"height"}, {"width"}}}},
+    Operation{"IVideoControl::GetSize",
+              Answer::positive,
+              {{numbers<int>("x"), numbers<int>("y"), numbers<int>("height"), numbers<int>("width")}}},
     Operation{"IVideoControl::SetDefaultSize", Answer::positive},
-    Operation{"IVideoControl::GetAFDGeometryRectSize", Answer::positive, {{{"x"}, {"y"}, {"width"}, {"height"}}}},
+    Operation{"IVideoControl::GetAFDGeometryRectSize",
+              Answer::positive,
+              {{numbers<int>("x"), numbers<int>("y"), numbers<int>("width"), numbers<int>("height")}}},
     Operation{"IVideoControl::SetCropArea", Answer::positive},
-    Operation{
-        "IVideoControl::GetCropArea", Answer::positive, {{{"crop", Form::numbers, 4}, {"display", Form::numbers, 4}}}},
+    Operation{"IVideoControl::GetCropArea",
+              Answer::positive,
+              {{numbers<TSRectInfo>("crop"), numbers<TSRectInfo>("display")}}},
     Operation{"IVideoControl::SetZOrder", Answer::notNegative},
 
     Operation{"IAVControl::MuteVideo", Answer::one},
-    Operation{"IAVControl::GetResolution", Answer::zero, {{{"code"}, {"resolution", Form::numbers, 4}}}},
-    Operation{"IAVControl::GetCurrentAudioInfo", Answer::positive, {{{"lang"}, {"index"}}}},
+    Operation{"IAVControl::GetResolution",
+              Answer::zero,
+              {{numbers<EResolution>("code"), numbers<TSResolution>("resolution")}}},
+    Operation{"IAVControl::GetCurrentAudioInfo", Answer::positive, {{numbers<int>("lang"), numbers<int>("index")}}},
     Operation{"IAVControl::SetCurrentAudioByIndex", Answer::positive},
 
-    Operation{"ServiceDataAux::GetAudioSize", Answer::positive, {{{"size"}}}},
-    Operation{"ServiceDataAux::GetAudio", Answer::positive, {{{"audio", Form::numbers, 5}}}},
-    Operation{"ServiceDataAux::GetHybridSBTSize", Answer::positive, {{{"size"}}}},
-    Operation{"ServiceDataAux::GetHybridSBT", Answer::positive, {{{"lang"}, {"subtitle", Form::numbers, 2}}}},
+    Operation{"ServiceDataAux::GetAudioSize", Answer::positive, {{numbers<unsigned>("size")}}},
+    Operation{"ServiceDataAux::GetAudio", Answer::positive, {{numbers<TSAudio>("audio")}}},
+    Operation{"ServiceDataAux::GetHybridSBTSize", Answer::positive, {{numbers<unsigned>("size")}}},
+    Operation{
+        "ServiceDataAux::GetHybridSBT", Answer::positive, {{numbers<int>("lang"), numbers<TSHybridSBT>("subtitle")}}},
 
-    Operation{"IDataControl::GetCurrentHybridSBT", Answer::positive, {{{"lang"}, {"subtitle", Form::numbers, 2}}}},
+    Operation{"IDataControl::GetCurrentHybridSBT",
+              Answer::positive,
+              {{numbers<int>("lang"), numbers<TSHybridSBT>("subtitle")}}},
     Operation{"IDataControl::SelectHybridSBT", Answer::positive},
 
-    Operation{"ITunerControl::GetSignalStrength", Answer::positive, {{{"strength"}}}},
+    Operation{"ITunerControl::GetSignalStrength", Answer::positive, {{numbers<unsigned char>("strength")}}},
 
-    Operation{"ISatellite::LookupTransponder", Answer::positive, {{{"result"}}}},
+    Operation{"ISatellite::LookupTransponder", Answer::positive, {{numbers<unsigned short>("result")}}},
 
     Operation{"TCNavigationModeHelper::GetNavigationCriteria", Answer::nonZero, {{{"criteria", Form::criteria}}}},
     Operation{"TCNavigationModeHelper::GetOptimumCriteria", Answer::nonZero, {{{"criteria", Form::criteria}}}},
 
     Operation{"CD2tvMgrProxy::GetInstance", Answer::pointer},
     Operation{"CD2tvMgrProxy::DestroyInstance", Answer::nothing},
-    Operation{"CD2tvMgrProxy::GetTotalNumOfAudio", Answer::zero, {{{"count"}}}},
-    Operation{"CD2tvMgrProxy::GetMultiAudioInfo", Answer::zero, {{{"audio", Form::numbers, 6}}}},
-    Operation{"CD2tvMgrProxy::GetCurrentAudioInfo", Answer::zero, {{{"pid"}, {"index"}, {"lang"}}}},
+    Operation{"CD2tvMgrProxy::GetTotalNumOfAudio", Answer::zero, {{numbers<unsigned>("count")}}},
+    Operation{"CD2tvMgrProxy::GetMultiAudioInfo", Answer::zero, {{numbers<MVPDAudio>("audio")}}},
+    Operation{"CD2tvMgrProxy::GetCurrentAudioInfo",
+              Answer::zero,
+              {{numbers<int>("pid"), numbers<int>("index"), numbers<unsigned>("lang")}}},
     Operation{"CD2tvMgrProxy::ChangeAudioByPID", Answer::zero},
     Operation{"CD2tvMgrProxy::ChangeAudioByIndex", Answer::zero},
     Operation{
-        "CD2tvMgrProxy::GetTotalNumOfSubtitle", Answer::zero, {{{"subtitles"}, {"teletext"}, {"teletextSubtitles"}}}},
-    Operation{"CD2tvMgrProxy::GetDVBSubtitleInfo", Answer::zero, {{{"subtitle", Form::numbers, 2}}}},
-    Operation{"CD2tvMgrProxy::GetCurrentSubtitle", Answer::zero, {{{"language"}}}},
+        "CD2tvMgrProxy::GetTotalNumOfSubtitle",
+        Answer::zero,
+        {{numbers<unsigned>("subtitles"), numbers<unsigned>("teletext"), numbers<unsigned>("teletextSubtitles")}}},
+    Operation{"CD2tvMgrProxy::GetDVBSubtitleInfo", Answer::zero, {{numbers<DVBSubtitleInfo>("subtitle")}}},
+    Operation{"CD2tvMgrProxy::GetCurrentSubtitle", Answer::zero, {{numbers<int>("language")}}},
     Operation{"CD2tvMgrProxy::ChangeSubtitleLanguage", Answer::zero},
-    Operation{"CD2tvMgrProxy::GetVideoResolution", Answer::zero, {{{"width"}, {"height"}}}},
+    Operation{
+        "CD2tvMgrProxy::GetVideoResolution", Answer::zero, {{numbers<unsigned>("width"), numbers<unsigned>("height")}}},
 
     Operation{"D2TVCAPI_setSourceISP", Answer::one},
 
-    Operation{"vconf_get_int", Answer::zero, {{{"value"}}}},
+    Operation{"vconf_get_int", Answer::zero, {{numbers<int>("value")}}},
     Operation{"vconf_set_int", Answer::zero},
     Operation{"vconf_get_str", Answer::text},
     Operation{"vconf_set_str", Answer::zero},
-    Operation{"system_info_get_value_int", Answer::zero, {{{"value"}}}},
-    Operation{"system_settings_get_value_int", Answer::zero, {{{"value"}}}},
+    Operation{"system_info_get_value_int", Answer::zero, {{numbers<int>("value")}}},
+    Operation{"system_settings_get_value_int", Answer::zero, {{numbers<int>("value")}}},
     Operation{"CEmpEngineBase::GetAppInfo", Answer::text},
 };
 

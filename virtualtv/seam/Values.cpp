@@ -1,6 +1,7 @@
 #include "seam/Values.h"
 
-#include <charconv>
+#include <algorithm>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -25,15 +26,13 @@ std::u16string hostUnits(const TCServiceData& record, const TCServiceData::Field
   return units;
 }
 
-/// Reads a number from the front of `text`, which it moves on. Accepts all of 64 bits, signed or unsigned.
-std::optional<unsigned long long> takeNumber(std::string_view& text) {
-  unsigned long long value = 0;
-  const bool negative = !text.empty() && text.front() == '-';
-  const std::string_view digits = text.substr(negative ? 1 : 0);
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (error != std::errc()) return std::nullopt;
-  text = digits.substr(static_cast<std::size_t>(end - digits.data()));
-  return negative ? 0 - value : value;
+/// Takes what is written like a number off the front of `text`; empty when nothing is.
+std::string_view takeNumber(std::string_view& text) {
+  const std::size_t sign = text.starts_with('-') ? 1 : 0;
+  const std::size_t end = std::min(text.find_first_not_of("0123456789", sign), text.size());
+  const std::string_view number = text.substr(0, end);
+  text.remove_prefix(end);
+  return number;
 }
 
 bool take(std::string_view& text, char expected) {
@@ -48,18 +47,26 @@ bool take(std::string_view& text, std::string_view expected) {
   return true;
 }
 
-bool takeField(std::string_view& text, TCServiceData& record) {
-  const auto id = takeNumber(text);
-  if (!id || !take(text, '=')) return false;
-  if (const auto number = takeNumber(text)) {
-    record.Set(static_cast<int>(*id), *number);
-    return true;
+/// The 64 bits of a record's number, signed or unsigned.
+std::optional<std::uint64_t> bitsOf(std::string_view written) {
+  constexpr text::Range all{std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::uint64_t>::max()};
+  return text::numberIn(written, all);
+}
+
+bool takeField(std::string_view& text, TCServiceData& record, const FieldCheck& check) {
+  const auto id = text::numberIn<int>(takeNumber(text));
+  if (!id || *id < 0 || !take(text, '=')) return false;
+  if (const std::string_view written = takeNumber(text); !written.empty()) {
+    if (check) check(*id, written);
+    const auto bits = bitsOf(written);
+    if (bits) record.Set(*id, *bits);
+    return bits.has_value();
   }
   const auto units = text::parseQuoted(text);
   if (!units) return false;
   std::vector<unsigned short> stored;
   for (const char16_t unit : *units) stored.push_back(static_cast<unsigned short>((unit & 0xFFU) << 8U | unit >> 8U));
-  record.Set(static_cast<int>(*id), stored.data(), static_cast<int>(stored.size()));
+  record.Set(*id, stored.data(), static_cast<int>(stored.size()));
   return true;
 }
 
@@ -74,8 +81,8 @@ bool takeList(std::string_view& text, char open, char close, Item item) {
   return take(text, close);
 }
 
-bool takeRecord(std::string_view& text, TCServiceData& record) {
-  return takeList(text, '{', '}', [&] { return takeField(text, record); });
+bool takeRecord(std::string_view& text, TCServiceData& record, const FieldCheck& check) {
+  return takeList(text, '{', '}', [&] { return takeField(text, record, check); });
 }
 
 }  // namespace
@@ -145,24 +152,24 @@ std::string print(const TCCriteriaHelper& criteria) {
   return text;
 }
 
-bool parseNumbers(std::string_view text, std::size_t count, long long* numbers) {
-  for (std::size_t at = 0; at < count; ++at) {
-    if (at > 0 && !take(text, ',')) return false;
-    const auto number = takeNumber(text);
+bool parseNumbers(std::string_view text, std::span<const text::Range> ranges, std::uint64_t* numbers) {
+  for (const text::Range& range : ranges) {
+    if (&range != &ranges.front() && !take(text, ',')) return false;
+    const auto number = text::numberIn(takeNumber(text), range);
     if (!number) return false;
-    numbers[at] = static_cast<long long>(*number);
+    *numbers++ = *number;
   }
   return text.empty();
 }
 
-bool parse(std::string_view text, TCServiceData& record) {
+bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check) {
   TCServiceData read;
-  if (!takeRecord(text, read) || !text.empty()) return false;
+  if (!takeRecord(text, read, check) || !text.empty()) return false;
   record = std::move(read);
   return true;
 }
 
-bool parse(std::string_view text, std::list<TCServiceData*>& records) {
+bool parse(std::string_view text, std::list<TCServiceData*>& records, const FieldCheck& check) {
   std::list<std::unique_ptr<TCServiceData>> read;
   const bool whole = takeList(text, '[', ']', [&] {
     if (take(text, nullRecord)) {
@@ -170,7 +177,7 @@ bool parse(std::string_view text, std::list<TCServiceData*>& records) {
       return true;
     }
     read.push_back(std::make_unique<TCServiceData>());
-    return takeRecord(text, *read.back());
+    return takeRecord(text, *read.back(), check);
   });
   if (!whole || !text.empty()) return false;
   for (TCServiceData* old : records) delete old;
@@ -182,11 +189,11 @@ bool parse(std::string_view text, std::list<TCServiceData*>& records) {
 bool parse(std::string_view text, std::map<unsigned char, bool>& favourites) {
   std::map<unsigned char, bool> read;
   const bool whole = takeList(text, '{', '}', [&] {
-    const auto group = takeNumber(text);
+    const auto group = text::numberIn<unsigned char>(takeNumber(text));
     if (!group || !take(text, '=')) return false;
-    const auto member = takeNumber(text);
+    const auto member = text::numberIn(takeNumber(text), text::rangeOf<bool>());
     if (!member) return false;
-    read[static_cast<unsigned char>(*group)] = *member != 0;
+    read[*group] = *member != 0;
     return true;
   });
   if (!whole || !text.empty()) return false;

@@ -1,16 +1,18 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <list>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
 
 #include "d2tv/CD2tvMgrProxy.h"
+#include "text/Numbers.h"
 #include "tvservice/TCCriteriaHelper.h"
 #include "tvservice/TCServiceData.h"
 #include "tvservice/TVServiceTypes.h"
@@ -40,12 +42,17 @@ std::string print(Number value) {
   }
 }
 
-/// Reads a text into a value; false, and the value as it was, when the text is not of its form.
-bool parse(std::string_view text, TCServiceData& record);
-bool parse(std::string_view text, std::list<TCServiceData*>& records);
+/// Is told of each number of a record as it is written; throws what shall leave `parse` where the field takes it not.
+using FieldCheck = std::function<void(int fieldId, std::string_view written)>;
+
+/// Reads a text into a value; false, and the value as it was, when the text is not of its form, or a number in it
+/// beyond what the value can hold. Fields of records hold any number of 64 bits, with or without a sign, unless `check`
+/// throws.
+bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check = {});
+bool parse(std::string_view text, std::list<TCServiceData*>& records, const FieldCheck& check = {});
 bool parse(std::string_view text, std::map<unsigned char, bool>& favourites);
-/// Reads exactly `count` integers with commas between.
-bool parseNumbers(std::string_view text, std::size_t count, long long* numbers);
+/// Reads an integer for each of the ranges, with commas between; negative ones as two's complement.
+bool parseNumbers(std::string_view text, std::span<const text::Range> ranges, std::uint64_t* numbers);
 
 /// References to the members that make up a value of the form `numbers`.
 template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number> || std::is_enum_v<Number>, int> = 0>
@@ -77,6 +84,21 @@ inline auto parts(DVBSubtitleInfo& value) {
   return std::tie(value.index, value.lang);
 }
 
+namespace detail {
+
+template <typename Members>
+struct Ranges;
+template <typename... Members>
+struct Ranges<std::tuple<Members&...>> {
+  static constexpr std::array<text::Range, sizeof...(Members)> all{text::rangeOf<Members>()...};
+};
+
+}  // namespace detail
+
+/// What each part of a value of the form `numbers` can hold.
+template <typename Value>
+inline constexpr std::span<const text::Range> rangesOf = detail::Ranges<decltype(parts(std::declval<Value&>()))>::all;
+
 template <typename Value>
 using IsMany = std::bool_constant<(std::tuple_size_v<decltype(parts(std::declval<Value&>()))> > 1)>;
 
@@ -91,8 +113,8 @@ std::string print(const Value& value) {
 template <typename Value, typename = decltype(parts(std::declval<Value&>()))>
 bool parse(std::string_view text, Value& value) {
   auto members = parts(value);
-  std::array<long long, std::tuple_size_v<decltype(members)>> numbers{};
-  if (!parseNumbers(text, numbers.size(), numbers.data())) return false;
+  std::array<std::uint64_t, std::tuple_size_v<decltype(members)>> numbers{};
+  if (!parseNumbers(text, rangesOf<Value>, numbers.data())) return false;
   std::apply(
       [&](auto&... member) {
         std::size_t next = 0;

@@ -6,6 +6,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "services/FieldNumbers.h"
 #include "services/Service.h"
 #include "tvservice/TCServiceData.h"
 
@@ -13,7 +14,9 @@ namespace virtualtv {
 
 namespace {
 
-using enum FieldKind;
+using FieldKind::int32;
+using FieldKind::uint16;
+using FieldKind::uint64;
 using Data = TCServiceData;
 
 constexpr std::array fields{
@@ -26,12 +29,12 @@ constexpr std::array fields{
     KnownField{Data::MAJOR, "MAJOR", uint16, "major", "major"},
     KnownField{Data::MINOR, "MINOR", uint16, "minor", "minor"},
     KnownField{Data::PROGRAM_NUMBER, "PROGRAM_NUMBER", uint16, "program_number", "program_number"},
-    KnownField{Data::CHANNEL_NAME, "CHANNEL_NAME", text, "channel_name", "NULL"},
+    KnownField{Data::CHANNEL_NAME, "CHANNEL_NAME", FieldKind::text, "channel_name", "NULL"},
     KnownField{Data::TRANSPORT_STREAM_ID, "TRANSPORT_STREAM_ID", uint16, "transport_stream_id", "transport_stream_id"},
     KnownField{Data::LOCK, "LOCK", uint16, "lock", "lock"},
     KnownField{Data::SOURCE_ID, "SOURCE_ID", uint16, "source_id", "source_id"},
     KnownField{Data::ORIGINAL_NETWORK_ID, "ORIGINAL_NETWORK_ID", uint16, "original_network_id", "original_network_id"},
-    KnownField{Data::SERVICE_FIELD_110, "SERVICE_FIELD_110", text, "service_field_110", "NULL"},
+    KnownField{Data::SERVICE_FIELD_110, "SERVICE_FIELD_110", FieldKind::text, "service_field_110", "NULL"},
     KnownField{Data::ANTENNA_MODE, "ANTENNA_MODE", int32, "antenna_mode", "antenna_mode"},
     KnownField{HIDDEN, "HIDDEN", int32, "hidden", "hidden_or_0"},
     KnownField{SERVICE_MODE, "SERVICE_MODE", int32, "service_mode", "service_mode"},
@@ -41,12 +44,6 @@ constexpr std::array fields{
   const KnownField* field = knownField(fieldId);
   const std::string name = field == nullptr ? "" : std::string(" (") + field->name + ")";
   throw std::invalid_argument("field " + std::to_string(fieldId) + name + " " + reason);
-}
-
-[[noreturn]] void refuseNumber(int fieldId, const std::string& written) {
-  const KnownField* field = knownField(fieldId);
-  const bool isText = field != nullptr && field->kind == text;
-  refuse(fieldId, isText ? "holds a text, not a number" : "can't hold " + written);
 }
 
 }  // namespace
@@ -74,7 +71,7 @@ std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t valu
       if (value <= std::numeric_limits<std::uint32_t>::max()) return static_cast<std::int32_t>(value);
       if (number < 0 && number >= std::numeric_limits<std::int32_t>::min()) return number;
       return std::nullopt;
-    case text:
+    case FieldKind::text:
       break;
   }
   return std::nullopt;
@@ -82,16 +79,36 @@ std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t valu
 
 std::int64_t numberColumn(int fieldId, std::uint64_t value) {
   if (const auto column = toColumn(knownField(fieldId), value)) return *column;
-  refuseNumber(fieldId, std::to_string(std::bit_cast<std::int64_t>(value)));
+  const KnownField* field = knownField(fieldId);
+  const bool isText = field != nullptr && field->kind == FieldKind::text;
+  refuse(fieldId,
+         isText ? "holds a text, not a number" : "can't hold " + std::to_string(std::bit_cast<std::int64_t>(value)));
 }
 
-void requireNumber(int fieldId, std::uint64_t value, const std::string& written) {
-  if (!toColumn(knownField(fieldId), value)) refuseNumber(fieldId, written);
+text::Range rangeOfField(int fieldId) {
+  const KnownField* field = knownField(fieldId);
+  switch (field == nullptr ? FieldKind::text : field->kind) {
+    case int32:
+      return text::rangeOf<std::int32_t>();
+    case uint16:
+      return text::rangeOf<std::uint16_t>();
+    case uint64:
+      return text::rangeOf<std::uint64_t>();
+    case FieldKind::text:
+      break;
+  }
+  return text::rangeOf<std::int64_t>();
+}
+
+std::uint64_t fieldNumber(int fieldId, std::string_view written) {
+  const text::Range range = rangeOfField(fieldId);
+  if (const auto number = text::numberIn(written, range)) return *number;
+  refuse(fieldId, "takes " + text::describe(range) + ", not '" + std::string(written) + "'");
 }
 
 void requireText(int fieldId) {
   const KnownField* field = knownField(fieldId);
-  if (field != nullptr && field->kind != text) refuse(fieldId, "holds a number, not a text");
+  if (field != nullptr && field->kind != FieldKind::text) refuse(fieldId, "holds a number, not a text");
 }
 
 std::vector<std::byte> toBytes(std::u16string_view units) {

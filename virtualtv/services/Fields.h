@@ -50,9 +50,6 @@ inline std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
 
 /// `toColumn` for what is to be stored. @throws std::invalid_argument when the field can't hold it; says which and why.
 std::int64_t numberColumn(int fieldId, std::uint64_t value);
-/// @param written  the number as a message shall tell it: once read, -1 and 18446744073709551615 are the same.
-/// @throws std::invalid_argument when the field can't hold `value`; says which and why.
-void requireNumber(int fieldId, std::uint64_t value, const std::string& written);
 /// @throws std::invalid_argument when the field holds a number.
 void requireText(int fieldId);
 

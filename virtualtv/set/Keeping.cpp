@@ -35,12 +35,9 @@ std::string written(const std::vector<SubtitleTrack>& tracks) {
 
 template <typename Number>
 void read(const std::string& text, Number& number) {
-  using Limits = std::numeric_limits<Number>;
-  const auto value = text::numberIn<std::conditional_t<std::is_same_v<Number, bool>, unsigned, Number>>(text);
-  if (!value || *value > Limits::max()) {
-    throw std::invalid_argument("'" + text + "': a number from " + std::to_string(Limits::min()) + " to " +
-                                std::to_string(Limits::max()) + " is wanted");
-  }
+  constexpr text::Range range = text::rangeOf<Number>();
+  const auto value = text::numberIn(text, range);
+  if (!value) throw std::invalid_argument("'" + text + "': " + text::describe(range) + " is wanted");
   number = static_cast<Number>(*value);
 }
 void read(const std::string& text, std::vector<AudioTrack>& tracks) {

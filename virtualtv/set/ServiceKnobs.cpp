@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "seam/Values.h"
-#include "services/Fields.h"
+#include "services/FieldNumbers.h"
 #include "services/ListText.h"
 #include "services/ServiceStore.h"
 #include "text/Units.h"
@@ -81,10 +81,7 @@ void setField(Tv& tv, const Parts& parts, const std::string& value) {
   } else if (const auto units = textIn(value, fieldId)) {
     tv.services().set(key, fieldId, *units);
   } else {
-    const auto positive = text::numberIn<std::uint64_t>(value);
-    const std::uint64_t wanted = positive ? *positive : static_cast<std::uint64_t>(number<std::int64_t>(value));
-    requireNumber(fieldId, wanted, value);
-    tv.services().set(key, fieldId, wanted);
+    tv.services().set(key, fieldId, fieldNumber(fieldId, value));
   }
   tv.adjust(WindowId::main, [](TvState&) {});
 }

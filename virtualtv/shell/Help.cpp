@@ -197,7 +197,7 @@ std::string waysToFail(const Operation& operation) {
 std::string takenBy(const Output& output) {
   switch (output.form) {
     case Form::numbers:
-      return output.count == 1 ? "NUMBER" : std::to_string(output.count) + " NUMBERS";
+      return output.numbers.size() == 1 ? "NUMBER" : std::to_string(output.numbers.size()) + " NUMBERS";
     case Form::record:
       return "RECORD";
     case Form::records:

@@ -2,16 +2,20 @@
 
 #include <algorithm>
 
+#include "services/FieldNumbers.h"
+#include "support/Numbers.h"
 #include "text/Units.h"
 
 namespace fuzz {
 
 namespace {
 
+using support::within;
 using virtualtv::seam::Answer;
 using virtualtv::seam::Form;
 using virtualtv::seam::Operation;
 using virtualtv::seam::Output;
+using virtualtv::text::Range;
 
 constexpr std::size_t longest = 5000;  // of a text; buffers of the plug-in end long before
 constexpr std::size_t mostEntries = 4;
@@ -40,14 +44,16 @@ std::string drawList(Draw& draw, char open, char close, std::string (*entry)(Dra
 }
 
 std::string drawField(Draw& draw) {
-  const std::string id = std::to_string(draw.of(fields));
-  return id + "=" + (draw.chance() ? draw.number() : virtualtv::text::quoted(draw.units()));
+  const int id = draw.of(fields);
+  return std::to_string(id) + "=" +
+         (draw.chance() ? within(virtualtv::rangeOfField(id), draw.number()) : virtualtv::text::quoted(draw.units()));
 }
 
 std::string drawNumbers(Draw& draw, const Output& output) {
   std::string text;
-  for (int at = 0; at < output.count; ++at) {
-    text += (at == 0 ? "" : ",") + (isCount(output) ? std::to_string(draw.below(mostCounted)) : draw.number32());
+  for (const Range& range : output.numbers) {
+    text += (text.empty() ? "" : ",") +
+            (isCount(output) ? std::to_string(draw.below(mostCounted)) : within(range, draw.number32()));
   }
   return text;
 }

@@ -1,17 +1,21 @@
 #include "support/comparison/Ways.h"
 
+#include <algorithm>
 #include <map>
 #include <stdexcept>
 
 #include "seam/Seam.h"
+#include "support/Numbers.h"
 
 namespace comparison {
 
 namespace {
 
+using support::within;
 using virtualtv::seam::Form;
 using virtualtv::seam::Operation;
 using virtualtv::seam::Output;
+using virtualtv::text::Range;
 using Words = std::vector<std::string>;
 
 /// Results of any operation; those that it can't answer are left out.
@@ -36,17 +40,20 @@ Words numbers(const Output& output) {
   if (isLength(output)) return {"0", "1", "3", "300"};
   Words values;
   for (const char* const number : {"-1", "0", "1", "2147483647", "-2147483648", "4294967297"}) {
-    values.push_back(repeated(std::string(number) + ",", output.count - 1) + number);
+    std::string value;
+    for (const Range& range : output.numbers) value += (value.empty() ? "" : ",") + within(range, number);
+    if (std::find(values.begin(), values.end(), value) == values.end()) values.push_back(value);
   }
   return values;
 }
 
-/// A name beyond every buffer, one that is no text, attached texts that are broken, too deep and no object, numbers
-/// beyond their fields, and nothing.
+/// A name beyond every buffer, one that is no text, attached texts that are broken, too deep and no object, the least
+/// and the greatest numbers of fields, and nothing.
 Words records() {
   return {"{}",
           "{12=282}",
-          "{12=18446744073709551615,13=70000,14=-1,1=99,2=-1,15=300,22=-5,6=19,4=-2147483649}",
+          "{12=18446744073709551615,13=65535,14=0,1=99,2=65535,15=300,22=65535,6=-19,4=-2147483648}",
+          "{12=0,13=32768,1=-2147483648,15=255,18=65535,41=0,115=2147483647}",
           "{12=281,16=\"" + repeated("wide \u00e9\u6771 ", 60) + "\"}",
           "{12=281,16=\"up to \\ud800 here\"}",
           "{12=281,110=\"{\\\"open\\\": [\"}",

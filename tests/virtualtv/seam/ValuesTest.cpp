@@ -80,6 +80,23 @@ TEST(Values, AListWithAnythingElseThanRecordsAndNullCantBeRead) {
   }
 }
 
+TEST(Values, ANumberThatTheValueCantHoldCantBeRead) {
+  int number = 7;
+  EXPECT_FALSE(parse("2147483648", number));
+  EXPECT_EQ(number, 7);
+  unsigned char strength = 7;
+  EXPECT_FALSE(parse("256", strength));
+  EXPECT_FALSE(parse("-1", strength));
+  EXPECT_TRUE(parse("255", strength));
+  EXPECT_EQ(strength, 255);
+  std::map<unsigned char, bool> groups;
+  EXPECT_FALSE(parse("{256=1}", groups));
+  EXPECT_FALSE(parse("{1=2}", groups));
+  TCServiceData record;
+  EXPECT_FALSE(parse("{4294967297=1}", record));
+  EXPECT_FALSE(parse("{12=-18446744073709551615}", record));
+}
+
 TEST(Values, ARecordThatStandsAloneCantBeNull) {
   TCServiceData record;
   EXPECT_FALSE(parse("null", record));

@@ -290,8 +290,14 @@ TEST_F(DotCommandTest, ABackslashBetweenQuotesIsWrittenAsSetTakesIt) {
 
 TEST_F(DotCommandTest, SetTellsTheNumberThatAFieldCantHoldAsItWasTyped) {
   for (const std::string number : {"18446744073709551615", "-1", "65536", "-9223372036854775808"}) {
-    EXPECT_EQ(run(".set service.#1.ptc " + number), "error: field 2 (PTC) can't hold " + number);
+    EXPECT_EQ(run(".set service.#1.ptc " + number),
+              "error: field 2 (PTC) takes a number from 0 to 65535, not '" + number + "'");
   }
+  EXPECT_EQ(run(".set service.#1.frequency 4294967295"),
+            "error: field 4 (FREQUENCY) takes a number from -2147483648 to 2147483647, not '4294967295'");
+  EXPECT_EQ(run(".set service.#1.id -1"),
+            "error: field 12 (SERVICE_ID) takes a number from 0 to 18446744073709551615, not '-1'");
+  EXPECT_EQ(run(".set service.#1.ptc x"), "error: field 2 (PTC) takes a number from 0 to 65535, not 'x'");
   EXPECT_EQ(run(".set service.#1.ptc 65535"), "");
   EXPECT_EQ(run(".get service.#1.ptc"), "service.#1.ptc = 65535");
 }

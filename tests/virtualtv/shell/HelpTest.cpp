@@ -140,7 +140,7 @@ TEST(HelpOnOperations, SaysWhichOutputsCanBeChosen) {
   for (const Operation& operation : seam::operations) {
     for (const seam::Output& output : operation.written()) {
       std::string numbers = "1";
-      for (int more = 1; more < output.count; ++more) numbers += ",1";
+      for (std::size_t more = 1; more < output.numbers.size(); ++more) numbers += ",1";
       const std::string value = output.form == Form::record       ? "{12=1}"
                                 : output.form == Form::records    ? "[{12=1}]"
                                 : output.form == Form::favourites ? "{1=1}"

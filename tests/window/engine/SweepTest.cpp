@@ -1,7 +1,10 @@
-// Every platform call of every command failing in turn, in every way that it can, on both TV stacks.
+// Every platform call of every command failing in turn, in every way that it can, on both TV stacks; and what outputs
+// of calls can be given.
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <limits>
+#include <set>
 
 #include "support/Commands.h"
 #include "support/Tracks.h"
@@ -11,10 +14,15 @@ namespace {
 using support::Answer;
 using support::Lines;
 using virtualtv::seam::Call;
+using virtualtv::seam::Fault;
+using virtualtv::seam::Form;
 using virtualtv::seam::Operation;
+using virtualtv::seam::Output;
 using virtualtv::seam::Seam;
+using virtualtv::text::Range;
 
-class SweepTest : public channels::ChannelEngineTest, public ::testing::WithParamInterface<std::size_t> {
+/// A set on which every command has something to answer.
+class EveryCallTest : public channels::ChannelEngineTest {
  protected:
   /// The words behind an operation that make it fail.
   static Lines ways(const Operation& operation) {
@@ -60,11 +68,14 @@ class SweepTest : public channels::ChannelEngineTest, public ::testing::WithPara
     forget();
   }
 
-  void sweep();
-
  private:
   virtualtv::TvState fresh_;
   std::string lastService_ = "tv-service";
+};
+
+class SweepTest : public EveryCallTest, public ::testing::WithParamInterface<std::size_t> {
+ protected:
+  void sweep();
 };
 
 void SweepTest::sweep() {
@@ -115,5 +126,113 @@ std::string nameOf(const ::testing::TestParamInfo<std::size_t>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, SweepTest, ::testing::Range(std::size_t{0}, engine::everyCall().size()), nameOf);
+
+std::string least(const Range& range) {
+  return std::to_string(range.least);
+}
+std::string most(const Range& range) {
+  return std::to_string(range.most);
+}
+
+/// The text of an output with a number for each of its ranges.
+std::string textOf(const Output& output, std::string (*number)(const Range&)) {
+  std::string text;
+  for (const Range& range : output.numbers) text += (text.empty() ? "" : ",") + number(range);
+  return text;
+}
+
+/// An output's text with one of its numbers replaced.
+std::string textWith(const Output& output, const Range& replaced, const std::string& number) {
+  std::string text;
+  for (const Range& range : output.numbers) {
+    text += (text.empty() ? "" : ",") + (&range == &replaced ? number : std::string("0"));
+  }
+  return text;
+}
+
+bool hasNumbers(const Operation& operation) {
+  return !operation.written().empty() && operation.written().front().form == Form::numbers;
+}
+
+/// Calls fail, so that nothing is made of the outputs; a length of 4294967295 would be believed.
+class OutputTest : public EveryCallTest {
+ protected:
+  /// What the first call of an operation wrote under a fault, as the trace shows it.
+  std::string writtenUnder(const engine::Call& command, const Fault& fault) {
+    prepare();
+    Seam::instance().add(fault);
+    ask(command.name, command.parameters);
+    for (const Call& call : Seam::instance().take()) {
+      if (call.fault) return call.outputs;
+    }
+    ADD_FAILURE() << command.name << " does not call " << fault.operation->name;
+    return {};
+  }
+
+  static Lines failing(const Operation& operation) {
+    return {std::string(operation.name), "result=" + std::to_string(operation.failure())};
+  }
+
+  /// The ends of each range are written as they were given.
+  void expectEnds(const engine::Call& command, const Operation& operation, std::string (*end)(const Range&)) {
+    Lines words = failing(operation);
+    std::string expected;
+    for (const Output& output : operation.written()) {
+      const std::string written = std::string(output.name) + "=" + textOf(output, end);
+      words.push_back("out." + written);
+      expected += (expected.empty() ? "" : " ") + written;
+    }
+    EXPECT_EQ(writtenUnder(command, virtualtv::seam::parseFault(words)), expected) << operation.name;
+  }
+
+  /// Numbers beyond the ranges are refused, and there is no room for them either.
+  void expectNoneBeyond(const engine::Call& command, const Operation& operation, const Output& output,
+                        const Range& range) {
+    Lines beyond;
+    if (range.most < std::numeric_limits<std::uint64_t>::max()) beyond.push_back(std::to_string(range.most + 1));
+    if (range.least > std::numeric_limits<std::int64_t>::min()) beyond.push_back(std::to_string(range.least - 1));
+    for (const std::string& number : beyond) {
+      const std::string text = textWith(output, range, number);
+      Lines words = failing(operation);
+      Fault fault = virtualtv::seam::parseFault(words);
+      words.push_back("out." + std::string(output.name) + "=" + text);
+      EXPECT_THROW(virtualtv::seam::parseFault(words), std::invalid_argument) << operation.name << " " << words.back();
+      fault.outputs[std::string(output.name)] = text;
+      const std::string written = " " + writtenUnder(command, fault) + " ";
+      EXPECT_EQ(written.find(" " + std::string(output.name) + "=" + text + " "), std::string::npos) << operation.name;
+    }
+  }
+
+  /// Checks the operations that a command calls and that were not checked before.
+  void check(const engine::Call& command) {
+    prepare();
+    ask(command.name, command.parameters);
+    for (const Call& call : Seam::instance().take()) {
+      const Operation& operation = *call.operation;
+      if (!hasNumbers(operation) || !checked_.insert(&operation).second) continue;
+      expectEnds(command, operation, least);
+      expectEnds(command, operation, most);
+      for (const Output& output : operation.written()) {
+        for (const Range& range : output.numbers) expectNoneBeyond(command, operation, output, range);
+      }
+    }
+  }
+
+  std::set<const Operation*> checked_;
+};
+
+TEST_F(OutputTest, TakesExactlyTheNumbersThatItCanHold) {
+  for (const engine::Call& command : engine::everyCall()) check(command);
+  check({"SetDVBSIChannelDirectEx",
+         {R"({"TYPE":9,"ModulationType":18,"SymbolRate":22000,"ProgramNumber":28106,"PTC":1,"ProgNum":9,)"
+          R"("MINOR_NUMBER_ONE_PART":0,"SatelliteId":"1A","Frequency":10773,"Polarization":0})",
+          "0"},
+         {}});
+  showIsp();
+  for (const engine::Call& command : engine::everyCall()) check(command);
+  for (const Operation& operation : virtualtv::seam::operations) {
+    EXPECT_EQ(checked_.count(&operation) > 0, hasNumbers(operation)) << operation.name;
+  }
+}
 
 }  // namespace
