@@ -13,28 +13,28 @@ namespace kel {
 inline constexpr const char* kUnknownException = "unknown exception";
 
 /// Logs an exception that was caught in an operation.
-inline void LogException(const char* function, const char* what, int level = kFailure) {
-  KEL_LOG_AS(function, level, "Exception Handled by %s %s", function, what);
+inline void LogException(Location at, const char* what, int level = kFailure) {
+  KEL_LOG_AS(at, level, "Exception Handled by %s %s", at.function, what);
 }
 
-/// What `call` answers, or `failed` when it throws. @param function  the operation that calls. @param level  of the
-/// line that tells of an exception.
+/// What `call` answers, or `failed` when it throws. @param at  the operation that calls. @param level  of the line that
+/// tells of an exception.
 template <typename Call, typename Result>
-Result Try(const char* function, Result failed, Call call, int level = kFailure) {
+Result Try(Location at, Result failed, Call call, int level = kFailure) {
   try {
     return call();
   } catch (const std::exception& exception) {
-    LogException(function, exception.what(), level);
+    LogException(at, exception.what(), level);
   } catch (...) {
-    LogException(function, kUnknownException, level);
+    LogException(at, kUnknownException, level);
   }
   return failed;
 }
 
 /// Makes a call whose own failure the operation goes on after. @return false when it throws, which ends the operation.
 template <typename Call>
-bool Reach(const char* function, Call call) {
-  return Try(function, false, [&] {
+bool Reach(Location at, Call call) {
+  return Try(at, false, [&] {
     call();
     return true;
   });
@@ -45,9 +45,9 @@ inline constexpr int kFailed = -1;
 
 /// What `call` answers for an interface; -1 when there is none or the call throws.
 template <typename Interface, typename Call>
-int Ask(const char* function, Interface* proxy, Call call) {
+int Ask(Location at, Interface* proxy, Call call) {
   if (proxy == nullptr) return kFailed;
-  return Try(function, kFailed, [&] { return call(*proxy); });
+  return Try(at, kFailed, [&] { return call(*proxy); });
 }
 
 }  // namespace kel

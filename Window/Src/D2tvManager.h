@@ -5,12 +5,12 @@
 
 namespace kel {
 
-/// The manager of the secondary TV stack; null when it can't be reached. @param function  the operation that asks.
+/// The manager of the secondary TV stack; null when it can't be reached. @param at  the operation that asks.
 /// @param level  of the line that tells of an exception.
-inline CD2tvMgrProxy* D2tvManager(const char* function, int level = kFailure) {
+inline CD2tvMgrProxy* D2tvManager(Location at, int level = kFailure) {
   constexpr CD2tvMgrProxy* none = nullptr;
   const auto ask = [] { return CD2tvMgrProxy::GetInstance("EMP_WINDOW"); };
-  return Try(function, none, ask, level);
+  return Try(at, none, ask, level);
 }
 
 }  // namespace kel

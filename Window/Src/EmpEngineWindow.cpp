@@ -88,14 +88,14 @@ int CropScreen(CEmpTaskWindow* worker, const ParamList& params, CEmpEngineWindow
 
 /// Runs the body of an entry. An exception that no operation has caught is logged, answered with -1 and finished.
 template <typename Finish, typename Body>
-bool Guarded(const char* function, CEmpEngineWindow::Reply& reply, Finish finish, Body body) {
+bool Guarded(Location at, CEmpEngineWindow::Reply& reply, Finish finish, Body body) {
   constexpr int failed = -1;
   try {
     return body();
   } catch (const std::exception& exception) {
-    LogException(function, exception.what());
+    LogException(at, exception.what());
   } catch (...) {
-    LogException(function, kUnknownException);
+    LogException(at, kUnknownException);
   }
   reply.Integer(failed);
   return finish(failed);

@@ -29,9 +29,9 @@ enum class Made { yes, refused, nothing, thrown };
 
 /// Runs a factory. `target` is null afterwards unless it made something.
 template <typename Interface>
-Made Make(const char* function, Interface*& target, Factory<Interface> factory, EProfile profile) {
+Made Make(Location at, Interface*& target, Factory<Interface> factory, EProfile profile) {
   target = nullptr;
-  const Made made = Try(function, Made::thrown, [&] {
+  const Made made = Try(at, Made::thrown, [&] {
     if (factory(profile, kIndex, &target) != 0) return Made::refused;
     return target == nullptr ? Made::nothing : Made::yes;
   });
@@ -41,9 +41,9 @@ Made Make(const char* function, Interface*& target, Factory<Interface> factory, 
 
 /// One step of `Create`: runs a factory for the main window. @return 1 for a failure, 0 for none.
 template <typename Interface>
-int MakeFirst(Interface*& target, Factory<Interface> factory, int level, const char* failed) {
-  if (Make("Create", target, factory, PROFILE_MAIN) == Made::yes) return 0;
-  KEL_LOG_AS("Create", level, "%s", failed);
+int MakeFirst(Location at, Interface*& target, Factory<Interface> factory, int level, const char* failed) {
+  if (Make(at, target, factory, PROFILE_MAIN) == Made::yes) return 0;
+  KEL_LOG_AS(at, level, "%s", failed);
   return 1;
 }
 
@@ -57,12 +57,11 @@ struct Binding {
 
 /// Makes a window's own instance where it is missing, and that instance the active one.
 template <typename Interface>
-bool Bind(const char* function, Interface*& active, Interface*& own, EProfile profile,
-          const Binding<Interface>& binding) {
-  const Made made = own == nullptr ? Make(function, own, binding.factory, profile) : Made::yes;
+bool Bind(Location at, Interface*& active, Interface*& own, EProfile profile, const Binding<Interface>& binding) {
+  const Made made = own == nullptr ? Make(at, own, binding.factory, profile) : Made::yes;
   if (made == Made::refused || made == Made::thrown)
-    KEL_LOG_AS(function, kFailure, binding.refused, static_cast<int>(profile), kIndex);
-  if (made == Made::nothing) KEL_LOG_AS(function, kFailure, "%s", binding.nothing);
+    KEL_LOG_AS(at, kFailure, binding.refused, static_cast<int>(profile), kIndex);
+  if (made == Made::nothing) KEL_LOG_AS(at, kFailure, "%s", binding.nothing);
   if (made != Made::yes) return false;
   active = own;
   return true;
@@ -70,19 +69,19 @@ bool Bind(const char* function, Interface*& active, Interface*& own, EProfile pr
 
 /// Makes an active proxy on first use; a proxy made so is no window's own.
 template <typename Interface>
-bool Check(const char* function, Interface*& active, Factory<Interface> factory, int window, const char* missing,
+bool Check(Location at, Interface*& active, Factory<Interface> factory, int window, const char* missing,
            const char* failed) {
   if (active != nullptr) return true;
-  KEL_LOG_AS(function, kFailure, missing, window);
+  KEL_LOG_AS(at, kFailure, missing, window);
   const EProfile profile = window == PL_WINDOW_WINDOW_MAIN ? PROFILE_MAIN : PROFILE_PIP;
-  if (Make(function, active, factory, profile) == Made::yes) return true;
-  KEL_LOG_AS(function, kFailure, "%s", failed);
+  if (Make(at, active, factory, profile) == Made::yes) return true;
+  KEL_LOG_AS(at, kFailure, "%s", failed);
   return false;
 }
 
 /// Whether a proxy is `there`; the absence of one is logged.
-bool Needed(const char* function, bool there, const char* missing) {
-  if (!there) KEL_LOG_AS(function, kFailure, "%s", missing);
+bool Needed(Location at, bool there, const char* missing) {
+  if (!there) KEL_LOG_AS(at, kFailure, "%s", missing);
   return there;
 }
 
@@ -164,25 +163,27 @@ bool CEmpTaskWindow::Create(const char* /*name*/, CEmpEngineBase* engine) {
 }
 
 int CEmpTaskWindow::t_CreateProxies() {
-  int nError = MakeFirst(svc_proxy, MakeService, kFailure, "CEmpTaskWindow::Create. svc_proxy create is FAIL!!");
-  nError += MakeFirst(src_ctrl_proxy_main, TVServiceAPI::CreateSourceControl, kFailure,
+  constexpr const char* function = "Create";
+  int nError =
+      MakeFirst(function, svc_proxy, MakeService, kFailure, "CEmpTaskWindow::Create. svc_proxy create is FAIL!!");
+  nError += MakeFirst(function, src_ctrl_proxy_main, TVServiceAPI::CreateSourceControl, kFailure,
                       "CEmpTaskWindow::Create. src_ctrl_proxy create is FAIL!!");
   src_ctrl_proxy = src_ctrl_proxy_main;
-  nError += MakeFirst(svc_navi_proxy_main, TVServiceAPI::CreateServiceNavigation, kFailure,
+  nError += MakeFirst(function, svc_navi_proxy_main, TVServiceAPI::CreateServiceNavigation, kFailure,
                       "CEmpTaskWindow::Create. svc_navi_proxy create is FAIL!!");
   svc_navi_proxy = svc_navi_proxy_main;
-  nError += MakeFirst(av_ctrl_proxy_main, TVServiceAPI::CreateAVControl, kFailure,
+  nError += MakeFirst(function, av_ctrl_proxy_main, TVServiceAPI::CreateAVControl, kFailure,
                       "CEmpTaskWindow::Create. av_ctrl_proxy create is FAIL!!");
   av_ctrl_proxy = av_ctrl_proxy_main;
-  nError += MakeFirst(servicedata_aux_proxy_main, MakeServiceDataAux, kFailure,
+  nError += MakeFirst(function, servicedata_aux_proxy_main, MakeServiceDataAux, kFailure,
                       "CEmpTaskWindow::Create. servicedata_aux_proxy create is FAIL!!");
   servicedata_aux_proxy = servicedata_aux_proxy_main;
   // The next three are made active and nothing more: selecting the main window later makes another video control.
-  nError += MakeFirst(video_ctrl_proxy, TVServiceAPI::CreateVideoControl, kFailure,
+  nError += MakeFirst(function, video_ctrl_proxy, TVServiceAPI::CreateVideoControl, kFailure,
                       "CEmpTaskWindow::Create. video_ctrl_proxy create is FAIL!!");
-  nError += MakeFirst(tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, kInformation,
+  nError += MakeFirst(function, tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, kInformation,
                       "CEmpTaskTV::Create. tuner_ctrl_proxy create is FAIL!!");
-  nError += MakeFirst(svc_datacontrol_proxy, TVServiceAPI::CreateDataControl, kFailure,
+  nError += MakeFirst(function, svc_datacontrol_proxy, TVServiceAPI::CreateDataControl, kFailure,
                       "CEmpTaskWindow::Create. svc_datacontrol_proxy create is FAIL!!");
   return nError;
 }
@@ -214,21 +215,21 @@ int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
   return bound && t_BindDataControl(main) ? 1 : 0;
 }
 
-EProfile CEmpTaskWindow::t_TellWindow(const char* function) {
+EProfile CEmpTaskWindow::t_TellWindow(Location at) {
   if (t_eWindow == PL_WINDOW_WINDOW_MAIN) {
-    KEL_LOG_AS(function, kRoutine, "PL_WINDOW_WINDOW_MAIN");
+    KEL_LOG_AS(at, kRoutine, "PL_WINDOW_WINDOW_MAIN");
     return PROFILE_MAIN;
   }
-  KEL_LOG_AS(function, kRoutine, "PL_WINDOW_WINDOW_PIP");
+  KEL_LOG_AS(at, kRoutine, "PL_WINDOW_WINDOW_PIP");
   return PROFILE_PIP;
 }
 
-bool CEmpTaskWindow::t_BindSourceControl(const char* function, EProfile profile) {
+bool CEmpTaskWindow::t_BindSourceControl(Location at, EProfile profile) {
   const Binding<ISourceControl> control{TVServiceAPI::CreateSourceControl,
                                         "CreateSourceControl returned false for [p:%d,s:%d] failed.",
                                         "CreateSourceControl returned NULL!!!"};
   const bool main = profile == PROFILE_MAIN;
-  if (!Bind(function, src_ctrl_proxy, main ? src_ctrl_proxy_main : src_ctrl_proxy_pip, profile, control)) return false;
+  if (!Bind(at, src_ctrl_proxy, main ? src_ctrl_proxy_main : src_ctrl_proxy_pip, profile, control)) return false;
   m_SourceVconf = main ? kMainSource : kPipSource;
   m_PreviousSourceVconf = main ? kPreviousMainSource : kPreviousPipSource;
   return true;
@@ -300,46 +301,46 @@ bool CEmpTaskWindow::t_CheckTunerControlproxy() {
                "tuner_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow tuner_ctrl_proxy create is FAIL!!");
 }
 
-bool CEmpTaskWindow::t_NeedServiceproxy(const char* function) {
-  return Needed(function, t_CheckServiceproxy(), "Serviceproxy is NULL");
+bool CEmpTaskWindow::t_NeedServiceproxy(Location at) {
+  return Needed(at, t_CheckServiceproxy(), "Serviceproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedServiceNavigationproxy(const char* function) {
-  return Needed(function, t_CheckServiceNavigationproxy(), "ServiceNavigationproxy is NULL");
+bool CEmpTaskWindow::t_NeedServiceNavigationproxy(Location at) {
+  return Needed(at, t_CheckServiceNavigationproxy(), "ServiceNavigationproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedSourceControlproxy(const char* function) {
-  return Needed(function, t_CheckSourceControlproxy(), "SourceControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedSourceControlproxy(Location at) {
+  return Needed(at, t_CheckSourceControlproxy(), "SourceControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedVideoControlproxy(const char* function) {
-  return Needed(function, t_CheckVideoControlproxy(), "VideoControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedVideoControlproxy(Location at) {
+  return Needed(at, t_CheckVideoControlproxy(), "VideoControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedAVControlproxy(const char* function) {
-  return Needed(function, t_CheckAVControlproxy(), "AVControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedAVControlproxy(Location at) {
+  return Needed(at, t_CheckAVControlproxy(), "AVControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedServiceDataAuxproxy(const char* function) {
-  return Needed(function, t_CheckServiceDataAuxproxy(), "ServiceDataAuxproxy is NULL");
+bool CEmpTaskWindow::t_NeedServiceDataAuxproxy(Location at) {
+  return Needed(at, t_CheckServiceDataAuxproxy(), "ServiceDataAuxproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedDataControlproxy(const char* function) {
-  return Needed(function, t_CheckDataControlproxy(), "ServiceDataControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedDataControlproxy(Location at) {
+  return Needed(at, t_CheckDataControlproxy(), "ServiceDataControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedTunerControlproxy(const char* function) {
-  return Needed(function, t_CheckTunerControlproxy(), "TunerControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedTunerControlproxy(Location at) {
+  return Needed(at, t_CheckTunerControlproxy(), "TunerControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_GetAppId(const char* function, std::string& appId) {
+bool CEmpTaskWindow::t_GetAppId(Location at, std::string& appId) {
   appId.clear();
-  if (m_pEngine != nullptr && !Reach(function, [&] { appId = m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); })) return false;
+  if (m_pEngine != nullptr && !Reach(at, [&] { appId = m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); })) return false;
   if (appId.empty()) {
-    KEL_LOG_AS(function, kFailure, "Could not get app ID.");
+    KEL_LOG_AS(at, kFailure, "Could not get app ID.");
     appId = "NoAppId";
   }
-  KEL_LOG_AS(function, kInformation, "appid is %s", appId.c_str());
+  KEL_LOG_AS(at, kInformation, "appid is %s", appId.c_str());
   return true;
 }
 

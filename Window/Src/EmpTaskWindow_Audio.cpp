@@ -26,16 +26,16 @@ Json::Value TrackElement(unsigned position, const TSAudio& audio) {
 }
 
 /// Logs how a variant for the secondary stack went. @return whether it went well.
-bool Told(const char* function, int result, const char* succeeded, const char* failed) {
+bool Told(Location at, int result, const char* succeeded, const char* failed) {
   const bool well = result == 1;
-  KEL_LOG_AS(function, well ? kInformation : kFailure, "%s", well ? succeeded : failed);
+  KEL_LOG_AS(at, well ? kInformation : kFailure, "%s", well ? succeeded : failed);
   return well;
 }
 
 }  // namespace
 
-bool CEmpTaskWindow::t_NeedAudioproxies(const char* function) {
-  return t_NeedServiceDataAuxproxy(function) && t_NeedAVControlproxy(function);
+bool CEmpTaskWindow::t_NeedAudioproxies(Location at) {
+  return t_NeedServiceDataAuxproxy(at) && t_NeedAVControlproxy(at);
 }
 
 int CEmpTaskWindow::GetMultiAudioInfo(std::string& strInfo) {

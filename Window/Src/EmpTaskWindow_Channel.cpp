@@ -60,16 +60,16 @@ int CEmpTaskWindow::FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE
   return result > 0 && !m_ChannelList.empty() ? 1 : 0;
 }
 
-bool CEmpTaskWindow::t_GetNavigationCriteria(const char* function, ENavigationMode navigationMode, TSTvMode mode,
+bool CEmpTaskWindow::t_GetNavigationCriteria(Location at, ENavigationMode navigationMode, TSTvMode mode,
                                              TCCriteriaHelper& criteria) {
   constexpr int failed = 0;
-  return Try(function, failed, [&] {
+  return Try(at, failed, [&] {
            return TCNavigationModeHelper::GetNavigationCriteria(navigationMode, mode, criteria, kNoServiceId);
          }) != 0;
 }
 
-int CEmpTaskWindow::t_GetTvMode(const char* function, TSTvMode& mode) {
-  return Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) { return navigation.GetTvMode(mode); });
+int CEmpTaskWindow::t_GetTvMode(Location at, TSTvMode& mode) {
+  return Ask(at, svc_navi_proxy, [&](IServiceNavigation& navigation) { return navigation.GetTvMode(mode); });
 }
 
 int CEmpTaskWindow::GetTVMode(int* pnMode) {
@@ -146,15 +146,15 @@ int CEmpTaskWindow::t_GetPreviousChannel(TCServiceData& out) {
   return 1;
 }
 
-int CEmpTaskWindow::t_FindService(const char* function, TCCriteriaHelper& criteria, TCServiceData& out) {
-  return Ask(function, svc_proxy, [&](IService& services) { return services.FindService(criteria, out, 1); });
+int CEmpTaskWindow::t_FindService(Location at, TCCriteriaHelper& criteria, TCServiceData& out) {
+  return Ask(at, svc_proxy, [&](IService& services) { return services.FindService(criteria, out, 1); });
 }
 
-bool CEmpTaskWindow::t_AskStartService(const char* function, unsigned long long& serviceId, int& source) {
-  if (!t_NeedServiceNavigationproxy(function)) return false;
-  const int result = Ask(function, svc_navi_proxy,
+bool CEmpTaskWindow::t_AskStartService(Location at, unsigned long long& serviceId, int& source) {
+  if (!t_NeedServiceNavigationproxy(at)) return false;
+  const int result = Ask(at, svc_navi_proxy,
                          [&](IServiceNavigation& navigation) { return navigation.GetStartService(serviceId, source); });
-  if (result < 1) KEL_LOG_AS(function, kFailure, "Fail to GetStartService!!!");
+  if (result < 1) KEL_LOG_AS(at, kFailure, "Fail to GetStartService!!!");
   return result >= 1;
 }
 

@@ -43,7 +43,7 @@ Value ChannelType(const TCServiceData& service, int fieldId) {
 /// What an operation of the families reads and logs. The formats of the indexed family take the operation's name, the
 /// index and the value, those of the others the name and the value; a value is given as stored and as answered.
 struct CEmpTaskWindow::FieldQuery {
-  const char* function = nullptr;
+  Location at{nullptr, 0};
   int fieldId = 0;
   Value (*read)(const TCServiceData&, int) = nullptr;
   const char* null = nullptr;
@@ -60,26 +60,26 @@ struct CEmpTaskWindow::FieldQuery {
 
 template <typename Number>
 int CEmpTaskWindow::t_GetChannelNumber(const FieldQuery& query, int index, Number* out) {
-  const char* const function = query.function;
-  if (query.logsPlace) KEL_LOG_PLACE(kTaskFile, function, kInformation);
-  KEL_LOG_AS(function, query.beginLevel, query.begin, function, index);
+  const Location at = query.at;
+  if (query.logsPlace) KEL_LOG_PLACE(kTaskFile, at, kInformation);
+  KEL_LOG_AS(at, query.beginLevel, query.begin, at.function, index);
   if (out == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, function, kInformation);
-    KEL_LOG_AS(function, kInformation, query.null, function, index);
+    KEL_LOG_ERROR(kTaskFile, at, kInformation);
+    KEL_LOG_AS(at, kInformation, query.null, at.function, index);
     return -3;
   }
   TCServiceData* service = nullptr;
   if (t_GetChannelSeek(index, &service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, function, query.tellsMissing ? kInformation : kFailure);
+    KEL_LOG_ERROR(kTaskFile, at, query.tellsMissing ? kInformation : kFailure);
     if (query.tellsMissing) {
-      KEL_LOG_AS(function, kInformation, "[CEmpTaskWindow::%s][Idx:%d] Failed to get data.", function, index);
+      KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s][Idx:%d] Failed to get data.", at.function, index);
     }
     return -1;
   }
-  if (query.logsServiceId) KEL_LOG_AS(function, kInformation, "SERVICE_ID = %llu", ReadServiceId(*service));
+  if (query.logsServiceId) KEL_LOG_AS(at, kInformation, "SERVICE_ID = %llu", ReadServiceId(*service));
   const Value value = query.read(*service, query.fieldId);
   *out = static_cast<Number>(value.answered);
-  KEL_LOG_AS(function, kInformation, query.end, function, index, value.stored, value.answered);
+  KEL_LOG_AS(at, kInformation, query.end, at.function, index, value.stored, value.answered);
   return 1;
 }
 
@@ -224,24 +224,24 @@ int CEmpTaskWindow::GetChannel_ServiceName(int index, unsigned short* ptwService
 
 template <typename Number>
 int CEmpTaskWindow::t_GetCurrentChannelNumber(const FieldQuery& query, Number* out) {
-  const char* const function = query.function;
-  KEL_LOG_PLACE(kTaskFile, function, kInformation);
-  KEL_LOG_AS(function, kInformation, "[CEmpTaskWindow::%s] call begin.", function);
+  const Location at = query.at;
+  KEL_LOG_PLACE(kTaskFile, at, kInformation);
+  KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] call begin.", at.function);
   if (out == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, function, kInformation);
-    KEL_LOG_AS(function, kInformation, query.null, function);
+    KEL_LOG_ERROR(kTaskFile, at, kInformation);
+    KEL_LOG_AS(at, kInformation, query.null, at.function);
     return -3;
   }
   TCServiceData service;
   if (t_GetCurrentChannel(service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, function, kInformation);
-    KEL_LOG_AS(function, kInformation, "[CEmpTaskWindow::%s] Failed to get data.", function);
+    KEL_LOG_ERROR(kTaskFile, at, kInformation);
+    KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] Failed to get data.", at.function);
     return -1;
   }
   const Value value = query.read(service, query.fieldId);
   *out = static_cast<Number>(value.answered);
-  if (query.beforeEnd != nullptr) KEL_LOG_AS(function, kInformation, query.beforeEnd, function, value.answered);
-  KEL_LOG_AS(function, kInformation, query.end, function, value.stored, value.answered);
+  if (query.beforeEnd != nullptr) KEL_LOG_AS(at, kInformation, query.beforeEnd, at.function, value.answered);
+  KEL_LOG_AS(at, kInformation, query.end, at.function, value.stored, value.answered);
   return 1;
 }
 
@@ -291,25 +291,24 @@ int CEmpTaskWindow::GetCurrentChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelTyp
   return t_GetCurrentChannelNumber(query, peChannelType);
 }
 
-int CEmpTaskWindow::t_GetCurrentChannelName(const char* function, unsigned short* out, const char* null,
-                                            const char* empty) {
-  KEL_LOG_PLACE(kTaskFile, function, kInformation);
-  KEL_LOG_AS(function, kInformation, "[CEmpTaskWindow::%s] call begin.", function);
+int CEmpTaskWindow::t_GetCurrentChannelName(Location at, unsigned short* out, const char* null, const char* empty) {
+  KEL_LOG_PLACE(kTaskFile, at, kInformation);
+  KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] call begin.", at.function);
   if (out == nullptr) {
-    KEL_LOG_AS(function, kInformation, null, function);
+    KEL_LOG_AS(at, kInformation, null, at.function);
     return -3;
   }
   TCServiceData service;
   if (t_GetCurrentChannel(service) != 1) {
-    KEL_LOG_AS(function, kInformation, "[CEmpTaskWindow::%s] Failed to get data.", function);
+    KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] Failed to get data.", at.function);
     return -1;
   }
   if (ConvertName(service, out)) {
-    KEL_LOG_AS(function, kInformation, "ptwName = %s", LoggedName(out).bytes);
+    KEL_LOG_AS(at, kInformation, "ptwName = %s", LoggedName(out).bytes);
   } else {
-    KEL_LOG_AS(function, kInformation, "%s", empty);
+    KEL_LOG_AS(at, kInformation, "%s", empty);
   }
-  KEL_LOG_AS(function, kInformation, "[CEmpTaskWindow::%s] call end. Success.", function);
+  KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] call end. Success.", at.function);
   return 1;
 }
 
@@ -326,21 +325,21 @@ int CEmpTaskWindow::GetCurrentChannel_ServiceName(unsigned short* ptwServiceName
 
 template <typename Number>
 int CEmpTaskWindow::t_GetStartChannelNumber(const FieldQuery& query, Number* out) {
-  const char* const function = query.function;
+  const Location at = query.at;
   if (out == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, function, kFailure);
-    KEL_LOG_AS(function, kFailure, query.null, function);
+    KEL_LOG_ERROR(kTaskFile, at, kFailure);
+    KEL_LOG_AS(at, kFailure, query.null, at.function);
     return -3;
   }
   TCServiceData service;
   if (t_GetStartService(service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, function, kFailure);
-    KEL_LOG_AS(function, kFailure, "Get start service failed");
+    KEL_LOG_ERROR(kTaskFile, at, kFailure);
+    KEL_LOG_AS(at, kFailure, "Get start service failed");
     return -1;
   }
   const Value value = query.read(service, query.fieldId);
   *out = static_cast<Number>(value.answered);
-  KEL_LOG_AS(function, kFailure, query.end, function, value.stored, value.answered);
+  KEL_LOG_AS(at, kFailure, query.end, at.function, value.stored, value.answered);
   return 1;
 }
 

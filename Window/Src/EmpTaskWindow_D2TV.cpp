@@ -20,8 +20,8 @@ constexpr const char* kIspService = "isp-service";
 
 /// `Try` at this file's level.
 template <typename Call, typename Result>
-Result Attempt(const char* function, Result failed, Call call) {
-  return Try(function, failed, call, kInformation);
+Result Attempt(Location at, Result failed, Call call) {
+  return Try(at, failed, call, kInformation);
 }
 
 struct Free {

@@ -22,8 +22,8 @@ CEmpTaskWindow::Rect RectOf(const TSRectInfo& rect) {
 
 }  // namespace
 
-bool CEmpTaskWindow::t_CheckCropping(const char* function) {
-  if (!t_NeedVideoControlproxy(function)) return false;
+bool CEmpTaskWindow::t_CheckCropping(Location at) {
+  if (!t_NeedVideoControlproxy(at)) return false;
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   return t_GetCurrentSourceInfo(eSource);
 }
@@ -89,9 +89,9 @@ int CEmpTaskWindow::Show(_PL_WINDOW_SHOW_TYPE eShowType) {
   }
 }
 
-int CEmpTaskWindow::t_ShowPicture(const char* function, bool shown) {
-  if (Ask(function, av_ctrl_proxy, [=](IAVControl& av) { return av.MuteVideo(shown ? 0 : 1); }) == 1) return 1;
-  KEL_LOG_ERROR(kTaskFile, function, kFailure);
+int CEmpTaskWindow::t_ShowPicture(Location at, bool shown) {
+  if (Ask(at, av_ctrl_proxy, [=](IAVControl& av) { return av.MuteVideo(shown ? 0 : 1); }) == 1) return 1;
+  KEL_LOG_ERROR(kTaskFile, at, kFailure);
   return -1;
 }
 

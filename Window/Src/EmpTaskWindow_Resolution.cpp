@@ -15,8 +15,8 @@ namespace {
 constexpr auto kUnknownCode = static_cast<EResolution>(136);
 
 /// Writes the document. @return false, and the text as it was, when that fails.
-bool WriteDetail(const char* function, const TSResolution& resolution, std::string& out) {
-  return Try(function, false, [&] {
+bool WriteDetail(Location at, const TSResolution& resolution, std::string& out) {
+  return Try(at, false, [&] {
     Json::Value root(Json::objectValue);
     root["horizontal"] = resolution.horizontal;
     root["vertical"] = resolution.vertical;

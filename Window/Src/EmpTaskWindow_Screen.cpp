@@ -70,33 +70,32 @@ int CEmpTaskWindow::SetScreenRect(int x, int y, int w, int h) {
   return x < 0 ? t_SetDefaultSize(__func__) : t_SetSize(__func__, {x, y, w, h});
 }
 
-bool CEmpTaskWindow::t_HasSource(const char* function) {
+bool CEmpTaskWindow::t_HasSource(Location at) {
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (t_GetCurrentSourceInfo(eSource)) return true;
-  KEL_LOG_AS(function, kFailure, "t_GetCurrentSourceInfo fails !\n");
+  KEL_LOG_AS(at, kFailure, "t_GetCurrentSourceInfo fails !\n");
   return false;
 }
 
-int CEmpTaskWindow::t_SetDefaultSize(const char* function) {
-  if (!t_HasSource(function)) return 0;
-  KEL_LOG_AS(function, kInformation, "bFullScreen = true SetDefaultSize !\n");
-  if (Ask(function, video_ctrl_proxy, [](IVideoControl& video) { return video.SetDefaultSize(); }) < 1) return 0;
-  KEL_LOG_AS(function, kInformation, "SetDefaultSize success!\n");
+int CEmpTaskWindow::t_SetDefaultSize(Location at) {
+  if (!t_HasSource(at)) return 0;
+  KEL_LOG_AS(at, kInformation, "bFullScreen = true SetDefaultSize !\n");
+  if (Ask(at, video_ctrl_proxy, [](IVideoControl& video) { return video.SetDefaultSize(); }) < 1) return 0;
+  KEL_LOG_AS(at, kInformation, "SetDefaultSize success!\n");
   return 1;
 }
 
-int CEmpTaskWindow::t_SetSize(const char* function, const Rect& rect) {
+int CEmpTaskWindow::t_SetSize(Location at, const Rect& rect) {
   const int x = ToBase(rect.x, m_baseScrW, kPluginWidth);
   const int y = ToBase(rect.y, m_baseScrH, kPluginHeight);
   const int width = ToBase(rect.width, m_baseScrW, kPluginWidth);
   const int height = ToBase(rect.height, m_baseScrH, kPluginHeight);
-  KEL_LOG_AS(function, kInformation, "After convert nTempX=[%d] nTempY=[%d] nTempW=[%d] nTempH=[%d]", x, y, width,
-             height);
-  if (!t_HasSource(function)) return 0;
+  KEL_LOG_AS(at, kInformation, "After convert nTempX=[%d] nTempY=[%d] nTempW=[%d] nTempH=[%d]", x, y, width, height);
+  if (!t_HasSource(at)) return 0;
   const int result =
-      Ask(function, video_ctrl_proxy, [&](IVideoControl& video) { return video.SetSize(x, y, height, width); });
+      Ask(at, video_ctrl_proxy, [&](IVideoControl& video) { return video.SetSize(x, y, height, width); });
   if (result < 1) return 0;
-  KEL_LOG_AS(function, kInformation, "SetSize success!\n");
+  KEL_LOG_AS(at, kInformation, "SetSize success!\n");
   return 1;
 }
 

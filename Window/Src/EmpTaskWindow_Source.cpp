@@ -116,22 +116,21 @@ bool CEmpTaskWindow::t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource) {
   return true;
 }
 
-bool CEmpTaskWindow::t_AskCurrentSource(const char* function, _PL_WINDOW_Source& eSource) {
+bool CEmpTaskWindow::t_AskCurrentSource(Location at, _PL_WINDOW_Source& eSource) {
   ESource eTVSSource = SOURCE_NONE;
   const int result =
-      Ask(function, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetCurrentSourceInfo(eTVSSource); });
+      Ask(at, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetCurrentSourceInfo(eTVSSource); });
   if (result < 1) {
-    KEL_LOG_AS(function, kFailure, "GetCurrentSourceInfo failed");
+    KEL_LOG_AS(at, kFailure, "GetCurrentSourceInfo failed");
     return false;
   }
-  KEL_LOG_AS(function, kInformation, "GetCurrentSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
-  return t_ConvertSource(function, eTVSSource, eSource);
+  KEL_LOG_AS(at, kInformation, "GetCurrentSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
+  return t_ConvertSource(at, eTVSSource, eSource);
 }
 
-bool CEmpTaskWindow::t_ConvertSource(const char* function, ESource eTVSSource, _PL_WINDOW_Source& eSource) {
+bool CEmpTaskWindow::t_ConvertSource(Location at, ESource eTVSSource, _PL_WINDOW_Source& eSource) {
   if (t_IsConvertable(eTVSSource, eSource)) return true;
-  KEL_LOG_AS(function, kFailure, "Can't convert from eTVSSource = %d to PL_WINDOW_SOURCE",
-             static_cast<int>(eTVSSource));
+  KEL_LOG_AS(at, kFailure, "Can't convert from eTVSSource = %d to PL_WINDOW_SOURCE", static_cast<int>(eTVSSource));
   return false;
 }
 
@@ -149,12 +148,12 @@ bool CEmpTaskWindow::t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource) {
   return t_ConvertSource(__func__, eTVSSource, eSource);
 }
 
-bool CEmpTaskWindow::t_ReadPreviousSource(const char* function, int& nSource) {
-  if (!ReadKey(function, m_PreviousSourceVconf.c_str(), nSource)) {
-    KEL_LOG_AS(function, kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
+bool CEmpTaskWindow::t_ReadPreviousSource(Location at, int& nSource) {
+  if (!ReadKey(at, m_PreviousSourceVconf.c_str(), nSource)) {
+    KEL_LOG_AS(at, kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
     return false;
   }
-  KEL_LOG_AS(function, kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
+  KEL_LOG_AS(at, kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
   return true;
 }
 
@@ -185,10 +184,10 @@ bool CEmpTaskWindow::t_SetTVMWMainSourcevconf(const char* key, int nPLSource) {
 bool CEmpTaskWindow::t_InitSourceVconf() {
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eSource)) return false;
-  if (!t_SeedKey("db/emp/mainsource", eSource)) return false;
+  if (!t_SeedKey(__func__, "db/emp/mainsource", eSource)) return false;
   // The previous source starts as the current one, whatever the TV service showed before.
   if (!t_AskCurrentSource(__func__, eSource)) return false;
-  if (!t_SeedKey("db/emp/previousmainsource", eSource)) return false;
+  if (!t_SeedKey(__func__, "db/emp/previousmainsource", eSource)) return false;
 
   constexpr const char* pipSource = "db/emp/pipsource";
   if (!WriteKey(__func__, pipSource, PL_WINDOW_SOURCE_TV)) {
@@ -199,13 +198,12 @@ bool CEmpTaskWindow::t_InitSourceVconf() {
   return true;
 }
 
-bool CEmpTaskWindow::t_SeedKey(const char* key, int nSource) {
-  constexpr const char* function = "t_InitSourceVconf";
-  if (!WriteKey(function, key, nSource)) {
-    KEL_LOG_AS(function, kFailure, "Set vconf %s failed", key);
+bool CEmpTaskWindow::t_SeedKey(Location at, const char* key, int nSource) {
+  if (!WriteKey(at, key, nSource)) {
+    KEL_LOG_AS(at, kFailure, "Set vconf %s failed", key);
     return false;
   }
-  KEL_LOG_AS(function, kInformation, "Set vconf %s = %d success", key, nSource);
+  KEL_LOG_AS(at, kInformation, "Set vconf %s = %d success", key, nSource);
   return true;
 }
 
@@ -213,21 +211,21 @@ bool CEmpTaskWindow::t_UpdateSourceVconf(int nNewSource, int nPreviousSource) {
   return t_RecordSources(__func__, nNewSource, nPreviousSource);
 }
 
-bool CEmpTaskWindow::t_RecordSources(const char* function, int nNewSource, int nPreviousSource) {
-  if (!t_RecordSource(function, m_PreviousSourceVconf, nPreviousSource)) return false;
+bool CEmpTaskWindow::t_RecordSources(Location at, int nNewSource, int nPreviousSource) {
+  if (!t_RecordSource(at, m_PreviousSourceVconf, nPreviousSource)) return false;
   if (!t_SetTVMWMainSourcevconf(m_SourceVconf.c_str(), nNewSource)) {
-    KEL_LOG_AS(function, kFailure, "t_SetTVMWMainSourcevconf failed");
+    KEL_LOG_AS(at, kFailure, "t_SetTVMWMainSourcevconf failed");
     return false;
   }
-  return t_RecordSource(function, m_SourceVconf, nNewSource);
+  return t_RecordSource(at, m_SourceVconf, nNewSource);
 }
 
-bool CEmpTaskWindow::t_RecordSource(const char* function, const std::string& key, int nSource) {
-  if (!WriteKey(function, key.c_str(), nSource)) {
-    KEL_LOG_AS(function, kFailure, "Set vconf %s = %d failed", key.c_str(), nSource);
+bool CEmpTaskWindow::t_RecordSource(Location at, const std::string& key, int nSource) {
+  if (!WriteKey(at, key.c_str(), nSource)) {
+    KEL_LOG_AS(at, kFailure, "Set vconf %s = %d failed", key.c_str(), nSource);
     return false;
   }
-  KEL_LOG_AS(function, kInformation, "Set vconf %s = %d success", key.c_str(), nSource);
+  KEL_LOG_AS(at, kInformation, "Set vconf %s = %d success", key.c_str(), nSource);
   return true;
 }
 

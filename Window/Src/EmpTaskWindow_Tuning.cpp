@@ -27,55 +27,55 @@ constexpr int kLastChannelType = 9;
 
 // The shared steps.
 
-int CEmpTaskWindow::t_TuneService(const char* function, unsigned long long serviceId, const std::string& appId) {
-  const int result = Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+int CEmpTaskWindow::t_TuneService(Location at, unsigned long long serviceId, const std::string& appId) {
+  const int result = Ask(at, svc_navi_proxy, [&](IServiceNavigation& navigation) {
     return navigation.TuneService(serviceId, 0, 0, appId);
   });
   return result > 0 ? 1 : 0;
 }
 
-int CEmpTaskWindow::t_TuneToService(const char* function, unsigned long long serviceId, const std::string& appId,
+int CEmpTaskWindow::t_TuneToService(Location at, unsigned long long serviceId, const std::string& appId,
                                     const char* notTv) {
   _PL_WINDOW_Source ePLSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (t_GetCurrentSourceInfo(ePLSource) && ePLSource == PL_WINDOW_SOURCE_TV) {
-    KEL_LOG_AS(function, kInformation, "Current source is TV, ePLSource = %d", static_cast<int>(ePLSource));
-    return t_TuneService(function, serviceId, appId);
+    KEL_LOG_AS(at, kInformation, "Current source is TV, ePLSource = %d", static_cast<int>(ePLSource));
+    return t_TuneService(at, serviceId, appId);
   }
-  if (notTv != nullptr) KEL_LOG_AS(function, kInformation, "%s", notTv);
+  if (notTv != nullptr) KEL_LOG_AS(at, kInformation, "%s", notTv);
   // The switch's own result does not count; whether the keys agree does.
-  if (!Reach(function, [&] { src_ctrl_proxy->SetSource(SOURCE_TV, serviceId, appId); })) return 0;
+  if (!Reach(at, [&] { src_ctrl_proxy->SetSource(SOURCE_TV, serviceId, appId); })) return 0;
   int nCurSourceVconf = -1;
-  if (!ReadKey(function, m_SourceVconf.c_str(), nCurSourceVconf)) {
-    KEL_LOG_AS(function, kFailure, "Get the vconf %s fails", m_SourceVconf.c_str());
+  if (!ReadKey(at, m_SourceVconf.c_str(), nCurSourceVconf)) {
+    KEL_LOG_AS(at, kFailure, "Get the vconf %s fails", m_SourceVconf.c_str());
     return 0;
   }
   if (nCurSourceVconf == PL_WINDOW_SOURCE_TV) {
-    KEL_LOG_AS(function, kInformation, "nCurSourceVconf is PL_WINDOW_SOURCE_TV");
+    KEL_LOG_AS(at, kInformation, "nCurSourceVconf is PL_WINDOW_SOURCE_TV");
     return 1;
   }
   if (!t_UpdateSourceVconf(PL_WINDOW_SOURCE_TV, nCurSourceVconf)) {
-    KEL_LOG_AS(function, kFailure, "Update the vconf fails");
+    KEL_LOG_AS(at, kFailure, "Update the vconf fails");
     return 0;
   }
   return 1;
 }
 
 /// Tunes to the first service of the database that meets the criteria.
-int CEmpTaskWindow::t_TuneToFound(const char* function, TCCriteriaHelper& criteria) {
+int CEmpTaskWindow::t_TuneToFound(Location at, TCCriteriaHelper& criteria) {
   TCServiceData service;
-  if (t_FindService(function, criteria, service) < 1) return 0;
+  if (t_FindService(at, criteria, service) < 1) return 0;
   const unsigned long long serviceId = ReadServiceId(service);
-  KEL_LOG_AS(function, kInformation, "SERVICE_ID=[%llu]", serviceId);
-  return t_AskAppAndTune(function, serviceId);
+  KEL_LOG_AS(at, kInformation, "SERVICE_ID=[%llu]", serviceId);
+  return t_AskAppAndTune(at, serviceId);
 }
 
-int CEmpTaskWindow::t_AskAppAndTune(const char* function, unsigned long long serviceId, const char* notTv) {
+int CEmpTaskWindow::t_AskAppAndTune(Location at, unsigned long long serviceId, const char* notTv) {
   std::string appId;
-  return t_GetAppId(function, appId) ? t_TuneToService(function, serviceId, appId, notTv) : 0;
+  return t_GetAppId(at, appId) ? t_TuneToService(at, serviceId, appId, notTv) : 0;
 }
 
-bool CEmpTaskWindow::t_NeedTuningproxies(const char* function) {
-  return t_NeedServiceproxy(function) && t_NeedSourceControlproxy(function) && t_NeedServiceNavigationproxy(function);
+bool CEmpTaskWindow::t_NeedTuningproxies(Location at) {
+  return t_NeedServiceproxy(at) && t_NeedSourceControlproxy(at) && t_NeedServiceNavigationproxy(at);
 }
 
 // The commands.

@@ -8,13 +8,13 @@
 
 namespace kel {
 
-/// Both answer false when the store fails or throws. @param function  the operation that asks.
-inline bool ReadKey(const char* function, const char* key, int& value) {
-  return Try(function, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
+/// Both answer false when the store fails or throws. @param at  the operation that asks.
+inline bool ReadKey(Location at, const char* key, int& value) {
+  return Try(at, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
 }
 
-inline bool WriteKey(const char* function, const char* key, int value) {
-  return Try(function, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
+inline bool WriteKey(Location at, const char* key, int value) {
+  return Try(at, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
 }
 
 /// True for the seeks that mean the source stored as previous.

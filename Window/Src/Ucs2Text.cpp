@@ -21,17 +21,17 @@ class Converter {
     if (IsOpen()) iconv_close(m_converter);
   }
 
-  void Convert(const char* function, char* out, std::size_t room, const char* in, std::size_t inBytes) {
+  void Convert(Location at, char* out, std::size_t room, const char* in, std::size_t inBytes) {
     if (!IsOpen()) m_converter = iconv_open(m_encoding, "UCS-2BE");
     if (!IsOpen()) {
-      KEL_LOG_AS(function, kInformation, "Iconv open failed");
+      KEL_LOG_AS(at, kInformation, "Iconv open failed");
       return;
     }
     iconv(m_converter, nullptr, nullptr, nullptr, nullptr);  // a text knows nothing of the one before
     char* from = const_cast<char*>(in);                      // NOLINT: iconv only reads it
     if (iconv(m_converter, &from, &inBytes, &out, &room) == static_cast<std::size_t>(-1)) {
       const int error = errno;  // the logger may change it
-      KEL_LOG_AS(function, kInformation, "iconv failed: %d", error);
+      KEL_LOG_AS(at, kInformation, "iconv failed: %d", error);
     }
   }
 

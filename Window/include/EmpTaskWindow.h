@@ -21,6 +21,7 @@ class ServiceDataAux;
 namespace kel {
 
 class CEmpEngineBase;
+struct Location;
 
 /// The worker behind every command. It owns the connections (proxies) to the TV service's interfaces for the main or
 /// the picture-in-picture window, makes those that are missing on first use, and carries the commands out.
@@ -283,18 +284,18 @@ class CEmpTaskWindow {
 
   /// The same for operations that can't do without the proxy: one that is missing is logged, under the name of the
   /// operation that needs it.
-  bool t_NeedServiceproxy(const char* function);
-  bool t_NeedServiceNavigationproxy(const char* function);
-  bool t_NeedSourceControlproxy(const char* function);
-  bool t_NeedVideoControlproxy(const char* function);
-  bool t_NeedAVControlproxy(const char* function);
-  bool t_NeedServiceDataAuxproxy(const char* function);
-  bool t_NeedDataControlproxy(const char* function);
-  bool t_NeedTunerControlproxy(const char* function);
+  bool t_NeedServiceproxy(Location at);
+  bool t_NeedServiceNavigationproxy(Location at);
+  bool t_NeedSourceControlproxy(Location at);
+  bool t_NeedVideoControlproxy(Location at);
+  bool t_NeedAVControlproxy(Location at);
+  bool t_NeedServiceDataAuxproxy(Location at);
+  bool t_NeedDataControlproxy(Location at);
+  bool t_NeedTunerControlproxy(Location at);
 
-  /// The calling application's id, "NoAppId" when it is unknown. @param function  the operation that asks.
+  /// The calling application's id, "NoAppId" when it is unknown. @param at  the operation that asks.
   /// @return false when the engine throws.
-  bool t_GetAppId(const char* function, std::string& appId);
+  bool t_GetAppId(Location at, std::string& appId);
 
   // EmpTaskWindow_Source
 
@@ -393,19 +394,19 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow
   int t_CreateProxies();
-  EProfile t_TellWindow(const char* function);
-  bool t_BindSourceControl(const char* function, EProfile profile);
+  EProfile t_TellWindow(Location at);
+  bool t_BindSourceControl(Location at, EProfile profile);
   bool t_BindServiceDataAux(EProfile profile);
   bool t_BindDataControl(bool main);
   void t_ClearChannelList();
 
   // EmpTaskWindow_Source: steps that operations share, under the name of the one that takes them
-  bool t_AskCurrentSource(const char* function, _PL_WINDOW_Source& eSource);
-  bool t_ConvertSource(const char* function, ESource eTVSSource, _PL_WINDOW_Source& eSource);
-  bool t_SeedKey(const char* key, int nSource);
-  bool t_RecordSource(const char* function, const std::string& key, int nSource);
-  bool t_RecordSources(const char* function, int nNewSource, int nPreviousSource);
-  bool t_ReadPreviousSource(const char* function, int& nSource);
+  bool t_AskCurrentSource(Location at, _PL_WINDOW_Source& eSource);
+  bool t_ConvertSource(Location at, ESource eTVSSource, _PL_WINDOW_Source& eSource);
+  bool t_SeedKey(Location at, const char* key, int nSource);
+  bool t_RecordSource(Location at, const std::string& key, int nSource);
+  bool t_RecordSources(Location at, int nNewSource, int nPreviousSource);
+  bool t_ReadPreviousSource(Location at, int& nSource);
   bool t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Source eCurPLSource);
   bool t_SwitchTVService(_PL_WINDOW_Source ePLSource, int nMajor, const std::string& appId);
   bool t_FindMajor(int nMajor, unsigned long long& serviceId);
@@ -413,31 +414,29 @@ class CEmpTaskWindow {
   bool t_DeactivateSource();
 
   // EmpTaskWindow_Screen and EmpTaskWindow_Picture: the same
-  bool t_HasSource(const char* function);
-  int t_SetDefaultSize(const char* function);
-  int t_SetSize(const char* function, const Rect& rect);
-  bool t_CheckCropping(const char* function);
-  int t_ShowPicture(const char* function, bool shown);
+  bool t_HasSource(Location at);
+  int t_SetDefaultSize(Location at);
+  int t_SetSize(Location at, const Rect& rect);
+  bool t_CheckCropping(Location at);
+  int t_ShowPicture(Location at, bool shown);
 
   // EmpTaskWindow_Channel: the same
-  bool t_GetNavigationCriteria(const char* function, ENavigationMode navigationMode, TSTvMode mode,
-                               TCCriteriaHelper& criteria);
-  int t_GetTvMode(const char* function, TSTvMode& mode);
-  int t_FindService(const char* function, TCCriteriaHelper& criteria, TCServiceData& out);
-  bool t_AskStartService(const char* function, unsigned long long& serviceId, int& source);
+  bool t_GetNavigationCriteria(Location at, ENavigationMode navigationMode, TSTvMode mode, TCCriteriaHelper& criteria);
+  int t_GetTvMode(Location at, TSTvMode& mode);
+  int t_FindService(Location at, TCCriteriaHelper& criteria, TCServiceData& out);
+  bool t_AskStartService(Location at, unsigned long long& serviceId, int& source);
 
   // EmpTaskWindow_Tuning: the same
-  bool t_NeedTuningproxies(const char* function);
-  int t_TuneToService(const char* function, unsigned long long serviceId, const std::string& appId,
-                      const char* notTv = nullptr);
-  int t_AskAppAndTune(const char* function, unsigned long long serviceId, const char* notTv = nullptr);
-  int t_TuneService(const char* function, unsigned long long serviceId, const std::string& appId);
-  int t_TuneToFound(const char* function, TCCriteriaHelper& criteria);
+  bool t_NeedTuningproxies(Location at);
+  int t_TuneToService(Location at, unsigned long long serviceId, const std::string& appId, const char* notTv = nullptr);
+  int t_AskAppAndTune(Location at, unsigned long long serviceId, const char* notTv = nullptr);
+  int t_TuneService(Location at, unsigned long long serviceId, const std::string& appId);
+  int t_TuneToFound(Location at, TCCriteriaHelper& criteria);
   int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
   int t_TuneDescribed(const std::string& channelInfo, int type);
 
   // EmpTaskWindow_Audio and EmpTaskWindow_Subtitle: the same
-  bool t_NeedAudioproxies(const char* function);
+  bool t_NeedAudioproxies(Location at);
   int t_ListAudio(unsigned long long serviceId, std::string& strInfo);
   int t_TellAudio(std::string& strInfo);
   int t_SelectAudio(unsigned long long serviceId, short pid);
@@ -451,7 +450,7 @@ class CEmpTaskWindow {
   int t_GetCurrentChannelNumber(const FieldQuery& query, Value* out);
   template <typename Value>
   int t_GetStartChannelNumber(const FieldQuery& query, Value* out);
-  int t_GetCurrentChannelName(const char* function, unsigned short* out, const char* null, const char* empty);
+  int t_GetCurrentChannelName(Location at, unsigned short* out, const char* null, const char* empty);
 };
 
 }  // namespace kel

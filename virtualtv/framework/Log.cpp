@@ -20,16 +20,23 @@ std::function<void(const LogLine&)>& listener() {
   return current;
 }
 
-/// Function of the location line that waits for its message.
-std::string& location() {
-  static std::string function;
-  return function;
+struct Location {
+  std::string function;
+  int place = 0;
+};
+
+/// The location line that waits for its message.
+Location& location() {
+  static Location waiting;
+  return waiting;
 }
 
 void tell(int channel, int level, const char* format, va_list arguments) {
   LogLine line;
   line.level = level;
-  line.function = std::exchange(location(), {});
+  Location told = std::exchange(location(), {});
+  line.function = std::move(told.function);
+  line.place = told.place;
   line.format = format;
   Rendered rendered = render(format, arguments);
   line.text = std::move(rendered.text);
@@ -42,7 +49,7 @@ void tell(int channel, int level, const char* format, va_list arguments) {
 
 void setLogLevel(int level) {
   threshold = level;
-  location().clear();
+  location() = {};
 }
 
 int logLevel() {
@@ -64,7 +71,7 @@ void kel::CKELDebug::PrintLog(int channel, int level, const char* format, ...) {
   va_start(arguments, format);
   if (std::strcmp(format, locationFormat) == 0) {
     const char* function = va_arg(arguments, const char*);
-    location() = function == nullptr ? "" : function;
+    location() = {function == nullptr ? "" : function, va_arg(arguments, int)};
   } else {
     tell(channel, level, format, arguments);
   }

@@ -9,11 +9,12 @@ namespace virtualtv::framework {
 /// One message as the plug-in logged it, without its location line.
 struct LogLine {
   int level = 0;
-  std::string function;  ///< from the location line before it
+  int channel = 0;       ///< of the framework's log
+  int place = 0;         ///< source line, from the location line before it
+  std::string function;  ///< from there, too
   std::string format;
   std::string text;    ///< as rendered
   std::string masked;  ///< the same with addresses, line numbers, thread ids and pointer-valued numbers as `*`
-  int channel = 0;     ///< of the framework's log
 };
 
 /// Lets only messages of at most this level through: -1 none, 0 failures and routine lines, 3 all. At first -1.

@@ -37,6 +37,7 @@ TEST_F(LogTest, HoldsTheLocationLineBackForItsMessage) {
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_EQ(lines[0].level, 3);
   EXPECT_EQ(lines[0].function, "GetSource");
+  EXPECT_EQ(lines[0].place, 120);
   EXPECT_EQ(lines[0].format, "source = [%d]");
   EXPECT_EQ(lines[0].text, "source = [5]");
 }
@@ -48,6 +49,7 @@ TEST_F(LogTest, AMessageWithoutLocationLineHasNoFunction) {
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[0].function, "First");
   EXPECT_EQ(lines[1].function, "");
+  EXPECT_EQ(lines[1].place, 0);
 }
 
 TEST_F(LogTest, LetsOnlyMessagesUpToTheLevelThrough) {

@@ -1,11 +1,12 @@
-// Every platform call of every command failing in turn, in every way that it can, on both TV stacks; and what outputs
-// of calls can be given.
+// Every platform call of every command failing in turn, in every way that it can, on both TV stacks; which lines of its
+// source the plug-in then tells; and what outputs of calls can be given.
 #include <algorithm>
 #include <cctype>
 #include <iterator>
 #include <limits>
 #include <set>
 
+#include "Sources.h"
 #include "support/Commands.h"
 #include "support/Tracks.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 using support::Answer;
 using support::Lines;
+using virtualtv::framework::LogLine;
 using virtualtv::seam::Call;
 using virtualtv::seam::Fault;
 using virtualtv::seam::Form;
@@ -24,19 +26,6 @@ using virtualtv::text::Range;
 /// A set on which every command has something to answer.
 class EveryCallTest : public channels::ChannelEngineTest {
  protected:
-  /// The words behind an operation that make it fail.
-  static Lines ways(const Operation& operation) {
-    Lines all{"result=throw"};
-    for (const char* words : {"result=0", "result=-1", "result=1", "result=2", "result=null", "result=unwritten"}) {
-      try {
-        virtualtv::seam::parseFault({std::string(operation.name), words});
-        all.emplace_back(words);
-      } catch (const std::invalid_argument&) {  // this operation can't
-      }
-    }
-    return all;
-  }
-
   void SetUp() override {
     ChannelEngineTest::SetUp();
     virtualtv::Service service;
@@ -73,13 +62,37 @@ class EveryCallTest : public channels::ChannelEngineTest {
   std::string lastService_ = "tv-service";
 };
 
-class SweepTest : public EveryCallTest, public ::testing::WithParamInterface<std::size_t> {
+/// Tells which lines of its source the plug-in logs.
+class LocationTest : public EveryCallTest {
  protected:
+  /// Each message so far, and there are some, has a line of its operation.
+  void expectLocations();
+  /// Runs an action, then again with each of the calls that it made throwing, and expects locations each time.
+  template <typename Action>
+  void sweepLocations(Action action);
+};
+
+class SweepTest : public LocationTest, public ::testing::WithParamInterface<std::size_t> {
+ protected:
+  /// The words behind an operation that make it fail.
+  static Lines ways(const Operation& operation) {
+    Lines all{"result=throw"};
+    for (const char* words : {"result=0", "result=-1", "result=1", "result=2", "result=null", "result=unwritten"}) {
+      try {
+        virtualtv::seam::parseFault({std::string(operation.name), words});
+        all.emplace_back(words);
+      } catch (const std::invalid_argument&) {  // this operation can't
+      }
+    }
+    return all;
+  }
+
+  static const engine::Call& command() { return engine::everyCall()[GetParam()]; }
   void sweep();
 };
 
 void SweepTest::sweep() {
-  const engine::Call& call = engine::everyCall()[GetParam()];
+  const engine::Call& call = command();
   prepare();
   const std::string healthy = execute(call.name, call.parameters);
   const std::vector<Call> made = Seam::instance().take();
@@ -102,6 +115,35 @@ void SweepTest::sweep() {
   }
 }
 
+void LocationTest::expectLocations() {
+  const std::vector<LogLine> told = messages();
+  EXPECT_FALSE(told.empty());
+  for (const LogLine& line : told) {
+    EXPECT_TRUE(engine::isLineOf(line.function, line.place))
+        << line.place << " is no line of " << line.function << ", which logs " << line.masked;
+    if (line.format.find("LINE=[%d]") == std::string::npos && line.format.find("ERROR") == std::string::npos) continue;
+    EXPECT_NE(line.text.find("[" + std::to_string(line.place) + "]"), std::string::npos) << line.text;
+  }
+}
+
+template <typename Action>
+void LocationTest::sweepLocations(Action action) {
+  prepare();
+  action();
+  expectLocations();
+  std::map<const Operation*, int> counts;
+  for (const Call& one : Seam::instance().take()) {
+    const std::string nth = " nth=" + std::to_string(++counts[one.operation]);
+    const std::string words = std::string(one.operation->name) + nth + " result=throw";
+    SCOPED_TRACE(words);
+    prepare();
+    fault(words);
+    action();
+    EXPECT_TRUE(faultsHit());
+    expectLocations();
+  }
+}
+
 TEST_P(SweepTest, NothingBreaks) {
   sweep();
 }
@@ -109,6 +151,31 @@ TEST_P(SweepTest, NothingBreaks) {
 TEST_P(SweepTest, NothingBreaksOnTheIspSource) {
   showIsp();
   sweep();
+}
+
+TEST_P(SweepTest, EachMessageTellsALineOfItsOperation) {
+  sweepLocations([this] { ask(command().name, command().parameters); });
+}
+
+TEST_P(SweepTest, EachMessageTellsALineOfItsOperationOnTheIspSource) {
+  showIsp();
+  sweepLocations([this] { ask(command().name, command().parameters); });
+}
+
+TEST_F(LocationTest, OfOpeningAndClosingAnEngine) {
+  sweepLocations([this] {
+    close();
+    open();
+  });
+}
+
+TEST_F(LocationTest, OfAnExceptionThatNoOperationHasCaught) {
+  prepare();
+  breakLog("[CEmpEngineWindow::Execute][*] [GetSource][][][][],pid = *");
+  EXPECT_EQ(execute("GetSource"), "int -1");
+  breakLog("CEmpEngineWindow::ExecuteWithParamList[GetSource]\n", Saying::nothing);
+  EXPECT_EQ(executeWithParamList("GetSource", {}), "int -1");
+  expectLocations();
 }
 
 bool isAlphanumeric(char letter) {
