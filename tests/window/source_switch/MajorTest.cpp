@@ -2,6 +2,7 @@
 #include <climits>
 
 #include "Switching.h"
+#include "services/ServiceStore.h"
 
 namespace switching {
 
@@ -34,6 +35,13 @@ TEST_F(SwitchTest, ANegativeMajorNumberMeansTheSourceAlone) {
 }
 
 TEST_F(SwitchTest, AMajorNumberOfZeroIsANumber) {
+  ASSERT_TRUE(tv().services().set(*tv().services().keyOf(282), TCServiceData::MAJOR, 0));
+  EXPECT_TRUE(set(0, 0));
+  EXPECT_EQ(calls(), join({askSource(), {askApp, search(0, "[{12=282}] -> 1"), switchTo(0, 282)}, record(0, 20)}));
+  EXPECT_EQ(logs(), join({searched(0), {"3 Target service: 282"}, recorded(0, 20)}));
+}
+
+TEST_F(SwitchTest, NoServiceWithTheMajorNumberZeroIsNoServiceToo) {
   EXPECT_FALSE(set(0, 0));
   EXPECT_EQ(logs(), join({searched(0), {notFound(0)}}));
 }

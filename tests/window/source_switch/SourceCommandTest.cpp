@@ -1,5 +1,6 @@
 // The commands that switch sources, through the engine: what they read as parameters, and what they answer.
 #include "Switching.h"
+#include "services/ServiceStore.h"
 
 namespace switching {
 
@@ -85,6 +86,13 @@ TEST_F(SourceCommandTest, SetSourceAndTuneSwitchesToTheChannel) {
   EXPECT_EQ(finished(), "1");
   EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 8");
   EXPECT_EQ(execute("GetSource"), "int 0");
+}
+
+TEST_F(SourceCommandTest, SetSourceAndTuneSwitchesToAChannelWithTheMajorNumberZero) {
+  ASSERT_TRUE(tv().services().set(*tv().services().keyOf(282), TCServiceData::MAJOR, 0));
+  ASSERT_EQ(execute("SetSource", {"31"}), "int 1");
+  EXPECT_EQ(execute("SetSourceAndTune", {"0", "0"}), "int 1");
+  EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 0");
 }
 
 TEST_F(SourceCommandTest, SetSourceAndTuneNeedsTwoNumbers) {
