@@ -2,6 +2,7 @@
 // space of 960 x 540, the TV service in the base screen; every rectangle that crosses between the two is converted
 // here.
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <limits>
 
@@ -31,9 +32,10 @@ int ToBase(int value, int base, int plugin) {
   return Clamped(static_cast<long long>(value) * base / plugin);
 }
 
-/// Rounded, while the way into base space cuts.
+/// Rounded, while the way into base space cuts. From a base screen without a size 0 comes as 0, all else as infinite.
 int ToPlugin(int value, int plugin, int base) {
-  return Clamped(value * (static_cast<double>(plugin) / base) + 0.5);
+  const double rounded = value * (static_cast<double>(plugin) / base) + 0.5;
+  return std::isnan(rounded) ? 0 : Clamped(rounded);
 }
 
 void ToPlugin(CEmpTaskWindow::Rect& rect, int baseWidth, int baseHeight) {

@@ -94,6 +94,21 @@ TEST_F(GetScreenRectTest, NumbersThatDoNotFitAnIntAreClamped) {
   EXPECT_EQ(numbers(read().rect), (std::vector<int>{lowest, highest, highest, lowest}));
 }
 
+TEST_F(GetScreenRectTest, OnABaseScreenWithoutASizeZeroStaysZeroAndAllElseIsClamped) {
+  worker.m_baseScrW = 0;
+  worker.m_baseScrH = 0;
+  EXPECT_EQ(textFor(0, 0, 0, 0), "x:0,y:0,w:0,h:0");
+  EXPECT_EQ(textFor(0, 1, 0, -1), "x:0,y:2147483647,w:-2147483648,h:0");
+  only(sizeOf(-1, 0, highest, 0));
+  EXPECT_EQ(numbers(read().rect), (std::vector<int>{lowest, 0, highest, 0}));
+}
+
+TEST_F(GetScreenRectTest, ABaseScreenOfANegativeSizeTurnsTheSign) {
+  worker.m_baseScrW = -1920;
+  worker.m_baseScrH = -1080;
+  EXPECT_EQ(textFor(0, 4, 6, -2), "x:0,y:-1,w:1,h:-2");
+}
+
 TEST_F(GetScreenRectTest, ATextThatDoesNotFitItsBufferIsCut) {
   EXPECT_EQ(textFor(highest, highest, highest, highest), "x:1073741824,y:1073741824,w:1073741824,");
   EXPECT_EQ(textFor(lowest, lowest, lowest, lowest), "x:-1073741823,y:-1073741823,w:-10737418");

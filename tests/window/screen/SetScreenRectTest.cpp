@@ -87,6 +87,11 @@ TEST_F(SetScreenRectTest, ConvertsByMultiplyingFirstAndCuttingTowardZero) {
   EXPECT_EQ(sent(1, 1, 3, 2), "(x=0, y=0, height=1, width=2)");
 }
 
+TEST_F(SetScreenRectTest, OnABaseScreenWithoutASizeEverythingIsZero) {
+  setBase(0, 0);
+  EXPECT_EQ(sent(0, -1, 480, highest), "(x=0, y=0, height=0, width=0)");
+}
+
 TEST_F(SetScreenRectTest, EachNumberIsConvertedByItsOwnSideOfTheBaseScreen) {
   setBase(960, 5400);
   EXPECT_EQ(sent(1, 2, 3, 4), "(x=1, y=20, height=40, width=3)");
