@@ -4,6 +4,7 @@
 #include "Criteria.h"
 #include "EmpTaskWindow.h"
 #include "ServiceFields.h"
+#include "ServiceList.h"
 #include "TaskFile.h"
 #include "tvservice/IService.h"
 #include "tvservice/IServiceNavigation.h"
@@ -53,9 +54,7 @@ int CEmpTaskWindow::FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE
                       S::SERVICE_FIELD_110});
   KEL_LOG(kInformation, "execute GetServiceList");
   // The main window's navigation knows all lists, whichever window asks.
-  const int result = Ask(__func__, svc_navi_proxy_main, [&](IServiceNavigation& navigation) {
-    return navigation.GetServiceList(criteria, m_ChannelList, AnyMode(), 0, 0);
-  });
+  const int result = ListServices(__func__, svc_navi_proxy_main, criteria, m_ChannelList);
   for (const TCServiceData* service : m_ChannelList) LogFound(*service);
   return result > 0 && !m_ChannelList.empty() ? 1 : 0;
 }

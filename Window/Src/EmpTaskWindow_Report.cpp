@@ -17,7 +17,6 @@
 #include "ServiceList.h"
 #include "TaskFile.h"
 #include "Ucs2Text.h"
-#include "tvservice/IServiceNavigation.h"
 
 namespace kel {
 
@@ -337,9 +336,7 @@ int CEmpTaskWindow::GetFullChannelList(std::string& strChannelInfo) {
                       S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID});
   KEL_LOG(kInformation, "execute GetServiceList");
   ServiceList list;
-  const int result = Ask(__func__, svc_navi_proxy_main, [&](IServiceNavigation& navigation) {
-    return navigation.GetServiceList(criteria, list.services, AnyMode(), 0, 0);
-  });
+  const int result = ListServices(__func__, svc_navi_proxy_main, criteria, list.services);
   if (result < 1 || list.services.empty()) {
     KEL_LOG(kFailure, "GetServiceList failed");
     return 0;

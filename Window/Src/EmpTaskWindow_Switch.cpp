@@ -6,7 +6,6 @@
 #include "ServiceList.h"
 #include "SourceKeys.h"
 #include "TaskFile.h"
-#include "tvservice/IServiceNavigation.h"
 #include "tvservice/ISourceControl.h"
 
 namespace kel {
@@ -138,9 +137,7 @@ bool CEmpTaskWindow::t_FindMajor(int nMajor, unsigned long long& serviceId) {
   criteria.Fetch(TCServiceData::SERVICE_ID);
   criteria.Where(TCServiceData::MAJOR, nMajor);
   ServiceList list;
-  const int result = Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) {
-    return navigation.GetServiceList(criteria, list.services, AnyMode(), 0, 0);
-  });
+  const int result = ListServices(function, svc_navi_proxy, criteria, list.services);
   if (result < 1 || list.services.empty()) {
     KEL_LOG_AS(function, kFailure, "GetServiceList did not find any services for nMajor=%d", nMajor);
     return false;

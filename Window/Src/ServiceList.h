@@ -2,6 +2,9 @@
 
 #include <list>
 
+#include "Ask.h"
+#include "Criteria.h"
+#include "tvservice/IServiceNavigation.h"
 #include "tvservice/TCServiceData.h"
 
 namespace kel {
@@ -16,5 +19,18 @@ struct ServiceList {
   }
   std::list<TCServiceData*> services;
 };
+
+/// Appends a record for each service that meets the criteria, in any TV mode; the caller deletes them, also after a
+/// failure. A null pointer in place of a record is dropped, so that neither counts nor positions know of it.
+/// @param at  the operation that asks. @return what the set answers, greater than 0 on success; -1 without a navigation
+/// and when the call throws.
+inline int ListServices(Location at, IServiceNavigation* navigation, TCCriteriaHelper& criteria,
+                        std::list<TCServiceData*>& services) {
+  const int result = Ask(at, navigation, [&](IServiceNavigation& asked) {
+    return asked.GetServiceList(criteria, services, AnyMode(), 0, 0);
+  });
+  services.remove(nullptr);
+  return result;
+}
 
 }  // namespace kel

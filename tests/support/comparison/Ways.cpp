@@ -69,7 +69,7 @@ Words valuesOf(const Output& output) {
     case Form::record:
       return records();
     case Form::records: {
-      Words lists{"[]", "[{},{12=282}]"};
+      Words lists{"[]", "[{},{12=282}]", "[null]", "[null,{12=281},null,{12=282}]"};
       for (const std::string& record : records()) lists.push_back("[" + record + "]");
       lists.push_back("[" + repeated("{12=1,16=\"x\"},", 299) + "{}]");
       return lists;

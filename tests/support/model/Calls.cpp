@@ -59,19 +59,19 @@ bool carriedOut(const Operation& operation, const Fault* fault) {
   return fault->way == Fault::Way::result && operation.answersNumber() && operation.succeeds(std::stoi(fault->result));
 }
 
-void describeOutput(std::string& text, const seam::Out<std::vector<TCServiceData>>& output) {
+void describeOutput(std::string& text, const seam::Out<Records>& output) {
   std::list<TCServiceData*> records;
-  for (TCServiceData& record : output.value) records.push_back(&record);
+  for (auto& record : output.value) records.push_back(record ? &*record : nullptr);
   text += std::string(output.name) + "=" + seam::print(records);
 }
 
-void choose(const Fault& fault, const seam::Out<std::vector<TCServiceData>>& output) {
+void choose(const Fault& fault, const seam::Out<Records>& output) {
   const auto chosen = fault.outputs.find(output.name);
   std::list<TCServiceData*> records;
   if (chosen == fault.outputs.end() || !seam::parse(chosen->second, records)) return;
   output.value.clear();
   for (TCServiceData* const record : records) {
-    output.value.push_back(*record);
+    output.value.push_back(record == nullptr ? std::nullopt : std::optional(*record));
     delete record;
   }
 }

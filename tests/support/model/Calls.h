@@ -22,6 +22,9 @@ using seam::op;
 using seam::Operation;
 using seam::out;
 
+/// Records as the set hands them over; one that is none is a null pointer in its place.
+using Records = std::vector<std::optional<TCServiceData>>;
+
 /// What the set made for an engine: of which window it is, and its number among its kind. None without a number.
 struct Interface {
   std::string_view profile{};  ///< "main", "pip" or "set"
@@ -77,7 +80,7 @@ void describeOutput(std::string& text, const seam::Out<Value>& output) {
   if (!text.empty()) text += " ";
   text += std::string(output.name) + "=" + seam::print(output.value);
 }
-void describeOutput(std::string& text, const seam::Out<std::vector<TCServiceData>>& output);
+void describeOutput(std::string& text, const seam::Out<Records>& output);
 
 template <typename Value>
 void choose(const Fault&, const seam::In<Value>&) {}
@@ -88,7 +91,7 @@ void choose(const Fault& fault, const seam::Out<Value>& output) {
 }
 /// Criteria can't be chosen.
 inline void choose(const Fault&, const seam::Out<TCCriteriaHelper>&) {}
-void choose(const Fault& fault, const seam::Out<std::vector<TCServiceData>>& output);
+void choose(const Fault& fault, const seam::Out<Records>& output);
 
 }  // namespace detail
 

@@ -4,7 +4,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "d2tv/CD2tvMgrProxy.h"
 #include "support/model/Calls.h"
@@ -57,8 +56,7 @@ struct Platform {
   int seekService(Interface navigation, const TCCriteriaHelper& criteria, std::uint64_t currentId, Direction direction,
                   TCServiceData& service) const;
   int getOptimumService(Interface navigation, const TCCriteriaHelper& criteria, TCServiceData& service) const;
-  int getServiceList(Interface navigation, const TCCriteriaHelper& criteria,
-                     std::vector<TCServiceData>& services) const;
+  int getServiceList(Interface navigation, const TCCriteriaHelper& criteria, Records& services) const;
   int getStartService(Interface navigation, unsigned long long& serviceId, int& source) const;
   int getSignalStrength(Interface tuner, unsigned char& strength) const;
   int lookupTransponder(Interface satellite, const TSTransponder& transponder, unsigned short& result) const;

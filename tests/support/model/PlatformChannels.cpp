@@ -131,13 +131,12 @@ int Platform::getOptimumService(Interface navigation, const TCCriteriaHelper& cr
               });
 }
 
-int Platform::getServiceList(Interface navigation, const TCCriteriaHelper& criteria,
-                             std::vector<TCServiceData>& services) const {
+int Platform::getServiceList(Interface navigation, const TCCriteriaHelper& criteria, Records& services) const {
   return call(
       calls, op("IServiceNavigation::GetServiceList"), navigation,
       args(in("", criteria), in("mode", anyMode), in("", noNumber), in("", noNumber), out("services", services)), [&] {
         for (const ServiceKey key : listed(set, conditionsOf(criteria))) {
-          fetch(set, key, criteria, services.emplace_back());
+          fetch(set, key, criteria, services.emplace_back(TCServiceData()).value());
         }
         return static_cast<int>(services.size());
       });

@@ -173,6 +173,11 @@ std::optional<TCServiceData> startChannel(const Command& command);
 /// The channel at the position of the found list that the first parameter tells; null for none.
 const TCServiceData* foundChannel(const Command& command);
 
+/// Lists the services that meet the criteria; a null pointer in place of a record is none. @return what the set
+/// answers.
+int listServices(const Command& command, Interface navigation, const TCCriteriaHelper& criteria,
+                 std::vector<TCServiceData>& services);
+
 /// A number of a record, cut to the width of `Value`; `Value(-1)` when it is missing.
 template <typename Value>
 Value fieldOf(const TCServiceData& record, int field) {

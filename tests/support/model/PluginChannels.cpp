@@ -74,7 +74,7 @@ bool find(const Command& command) {
   if (type != 0) criteria.Where(Data::CHANNEL_TYPE, channelTypeToTc(type));
   fetchAll(criteria, {12, 16, 41, 15, 18, 1, 2, 6, 37, 4, 13, 14, 110});
   if (!command.engine.main.navigation) return false;
-  const int answered = command.tv.getServiceList(command.engine.main.navigation, criteria, command.engine.found);
+  const int answered = listServices(command, command.engine.main.navigation, criteria, command.engine.found);
   return answered > 0 && !command.engine.found.empty();
 }
 
@@ -139,6 +139,16 @@ std::optional<TCServiceData> previousChannel(const Command& command) {
 std::optional<TCServiceData> startChannel(const Command& command) {
   if (!needNavigation(command)) return std::nullopt;
   return attempt(std::optional<TCServiceData>(), [&] { return askStart(command); });
+}
+
+int listServices(const Command& command, Interface navigation, const TCCriteriaHelper& criteria,
+                 std::vector<TCServiceData>& services) {
+  Records records;
+  const int answered = command.tv.getServiceList(navigation, criteria, records);
+  for (const auto& record : records) {
+    if (record) services.push_back(*record);
+  }
+  return answered;
 }
 
 const TCServiceData* foundChannel(const Command& command) {

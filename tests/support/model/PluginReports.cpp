@@ -133,7 +133,7 @@ std::vector<TCServiceData> allChannels(const Command& command) {
   for (const int field : {12, 16, 13, 14, 1, 4, 2, 15, 41}) criteria.Fetch(field);
   const Interface navigation = command.engine.main.navigation;
   std::vector<TCServiceData> channels;
-  if (!navigation || command.tv.getServiceList(navigation, criteria, channels) < 1) return {};
+  if (!navigation || listServices(command, navigation, criteria, channels) < 1) return {};
   return channels;
 }
 

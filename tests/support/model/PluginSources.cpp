@@ -79,7 +79,7 @@ std::optional<std::uint64_t> serviceOfMajor(const Command& command, int major) {
   criteria.Fetch(Data::SERVICE_ID);
   criteria.Where(Data::MAJOR, major);
   std::vector<TCServiceData> services;
-  if (command.tv.getServiceList(navigation, criteria, services) < 1) return std::nullopt;
+  if (listServices(command, navigation, criteria, services) < 1) return std::nullopt;
   for (const TCServiceData& service : services) {
     if (idOf(service) != noId) return idOf(service);
   }

@@ -226,6 +226,35 @@ TEST_F(FindChannel, RecordsOfAFailedLookupStayInTheList) {
   EXPECT_EQ(logs().size(), modeLogs.size() + 3) << "each record is logged";
 }
 
+TEST_F(FindChannel, ANullIsNoRecordAndHasNoPosition) {
+  EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[null,{12=5},null,null,{12=6},null]",
+                  [&] { return worker.FindChannel(all, terrestrial); }),
+            1);
+  EXPECT_EQ(found(), Ids({5, 6}));
+  EXPECT_EQ(logs().size(), modeLogs.size() + 3) << "each record is logged";
+  TCServiceData* got = nullptr;
+  EXPECT_EQ(worker.t_GetChannelSeek(1, &got), 1);
+  EXPECT_EQ(got, worker.m_ChannelList.back());
+  EXPECT_EQ(worker.t_GetChannelSeek(2, &got), 0);
+}
+
+TEST_F(FindChannel, AListOfNothingButNullsIsEmpty) {
+  for (const std::string nulls : {"[null]", "[null,null]"}) {
+    EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=" + nulls,
+                    [&] { return worker.FindChannel(all, terrestrial); }),
+              0);
+    EXPECT_EQ(found(), Ids{});
+    EXPECT_EQ(logs(), join({modeLogs, {"3 execute GetServiceList"}}));
+  }
+}
+
+TEST_F(FindChannel, NullsOfAFailedLookupAreLeftOutToo) {
+  EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=[null,{12=5}]",
+                  [&] { return worker.FindChannel(all, terrestrial); }),
+            0);
+  EXPECT_EQ(found(), Ids{5});
+}
+
 TEST_F(FindChannel, AsksTheMainWindowsNavigationAlsoForThePictureInPicture) {
   ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
   forget();
@@ -310,6 +339,17 @@ TEST_F(ChannelEngineTest, FindChannelPassesBothNumbersAndItsResultOn) {
   EXPECT_EQ(execute("FindChannel", {"0", "9"}), "int 0");
   EXPECT_EQ(finished(), "0");
   EXPECT_EQ(execute("GetChannel_Size"), "int 0");
+}
+
+TEST_F(ChannelEngineTest, CommandsReadTheRecordsBesideNulls) {
+  EXPECT_EQ(executeUnder("IServiceNavigation::GetServiceList out.services=[null,{12=5,13=1},null,{12=6,13=2}]",
+                         "FindChannel", {"0", "1"}),
+            "int 1");
+  EXPECT_EQ(execute("GetChannel_Size"), "int 2");
+  EXPECT_EQ(execute("GetChannel_Major", {"0"}), "int 1");
+  EXPECT_EQ(execute("GetChannel_ServiceId", {"1"}), "ascii 6");
+  EXPECT_EQ(execute("GetChannel_OnTVJson", {"1"}), "ascii");
+  EXPECT_EQ(execute("GetChannel_Major", {"2"}), "int -1");
 }
 
 TEST_F(ChannelEngineTest, FindChannelReadsParametersThatAreNoNumbersAs0) {

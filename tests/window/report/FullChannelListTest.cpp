@@ -285,13 +285,31 @@ TEST_F(FullChannelList, AnEmptyListIsAFailureAlsoBehindAPositiveResult) {
   EXPECT_EQ(list, "as it was");
 }
 
+TEST_F(FullChannelList, ANullIsNoRecord) {
+  EXPECT_EQ(listOf("null,{},null,null"), emptyElement);
+  EXPECT_EQ(logs()[2], "3 ServiceList size = 1");
+}
+
+TEST_F(FullChannelList, AListOfNothingButNullsIsEmpty) {
+  for (const std::string nulls : {"[null]", "[null,null]"}) {
+    std::string list = "as it was";
+    EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=" + nulls,
+                    [&] { return worker.GetFullChannelList(list); }),
+              0);
+    EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
+    EXPECT_EQ(list, "as it was");
+  }
+}
+
 TEST_F(FullChannelList, RecordsOfAFailedLookupAreNotUsed) {
   std::string list = "as it was";
-  EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=[{12=5},{12=6}]",
-                  [&] { return worker.GetFullChannelList(list); }),
-            0);
-  EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
-  EXPECT_EQ(list, "as it was");
+  for (const std::string records : {"[{12=5},{12=6}]", "[null,{12=6}]"}) {
+    EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=" + records,
+                    [&] { return worker.GetFullChannelList(list); }),
+              0);
+    EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
+    EXPECT_EQ(list, "as it was");
+  }
 }
 
 TEST_F(FullChannelList, AModeThatTheSetDoesNotWriteIsAskedForAsNotKnown) {

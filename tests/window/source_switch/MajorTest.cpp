@@ -64,6 +64,7 @@ TEST_F(SwitchTest, ASearchThatFailsOrFindsNothingIsNoServiceWhateverElseItSays) 
       {"result=0 out.services=[{12=281},{12=282}]", {}},
       {"result=-7 out.services=[{12=281}]", {}},
       {"result=1 out.services=[]", {}},
+      {"result=1 out.services=[null,null]", {}},
       {"result=unwritten", {}},
       {"result=throw", {caught("t_SetSource", "IServiceNavigation::GetServiceList")}},
   };
@@ -84,6 +85,7 @@ TEST_F(SwitchTest, TheFirstServiceThatHasAnIdIsTaken) {
       {"[{13=8},{12=282},{12=283}]", "282"},
       {"[{},{12=18446744073709551615},{12=282},{12=281}]", "282"},
       {"[{12=0},{12=282}]", "0"},
+      {"[null,{},null,{12=283},null]", "283"},
       {"[{12=18446744073709551614},{12=282}]", "18446744073709551614"},
   };
   for (const auto& [list, id] : lists) {
@@ -99,7 +101,7 @@ TEST_F(SwitchTest, TheFirstServiceThatHasAnIdIsTaken) {
 
 TEST_F(SwitchTest, ServicesWithoutAnyIdCannotBeSwitchedTo) {
   for (const char* list : {"[{}]", "[{13=8},{13=8}]", "[{12=18446744073709551615}]",
-                           "[{12=18446744073709551615},{},{12=18446744073709551615}]"}) {
+                           "[{12=18446744073709551615},{},{12=18446744073709551615}]", "[null,{},null]"}) {
     SCOPED_TRACE(list);
     restart();
     fault(std::string("IServiceNavigation::GetServiceList out.services=") + list);
