@@ -5,6 +5,7 @@
 #include "Ask.h"
 #include "EmpTaskWindow.h"
 #include "JsonText.h"
+#include "Records.h"
 #include "ServiceFields.h"
 #include "TaskFile.h"
 #include "tvservice/IAVControl.h"
@@ -61,7 +62,7 @@ int CEmpTaskWindow::t_ListAudio(unsigned long long serviceId, std::string& strIn
   Json::Value items;
   unsigned ix = 0;
   for (; ix < count; ++ix) {
-    TSAudio audio;
+    auto audio = Zeroed<TSAudio>();
     if (servicedata_aux_proxy->GetAudio(serviceId, static_cast<int>(ix), audio) <= 0) {
       KEL_LOG_AS(function, kFailure, "GetAudio failed.\n");
       continue;
@@ -102,7 +103,7 @@ int CEmpTaskWindow::t_TellAudio(std::string& strInfo) {
     KEL_LOG_AS(function, kFailure, "[CEmpTaskWindow::%s] Failed to get data.", function);
     return -1;
   }
-  TSAudio audio;
+  auto audio = Zeroed<TSAudio>();
   if (servicedata_aux_proxy->GetAudio(ReadServiceId(service), index, audio) <= 0) {
     KEL_LOG_AS(function, kFailure, "GetAudio failed");
     result = -1;
@@ -136,7 +137,7 @@ int CEmpTaskWindow::t_SelectAudio(unsigned long long serviceId, short pid) {
   servicedata_aux_proxy->GetAudioSize(serviceId, count);
   KEL_LOG_AS(function, kInformation, "SizeOfAudio = %d.\n", static_cast<int>(count));
   for (unsigned k = 0; k < count; ++k) {
-    TSAudio audio;
+    auto audio = Zeroed<TSAudio>();
     const int position = static_cast<int>(k);
     servicedata_aux_proxy->GetAudio(serviceId, position, audio);
     KEL_LOG_AS(function, kInformation, "k =%d,audio.pid = %d,pid = %d!", position, static_cast<int>(audio.pid),

@@ -1,6 +1,7 @@
 // What is done to the picture: crop, plane order, show and mute. Calls IVideoControl and IAVControl.
 #include "Ask.h"
 #include "EmpTaskWindow.h"
+#include "Records.h"
 #include "TaskFile.h"
 #include "tvservice/IAVControl.h"
 #include "tvservice/IVideoControl.h"
@@ -30,8 +31,8 @@ bool CEmpTaskWindow::t_CheckCropping(Location at) {
 
 int CEmpTaskWindow::SetScreenCropRect(Rect* crop, Rect* display, int /*plane*/) {
   if (!t_CheckCropping(__func__)) return -1;
-  TSRectInfo cropInfo;
-  TSRectInfo displayInfo;
+  auto cropInfo = Zeroed<TSRectInfo>();
+  auto displayInfo = Zeroed<TSRectInfo>();
   if (crop != nullptr) Copy(*crop, cropInfo);
   if (display != nullptr) Copy(*display, displayInfo);
   const int result =
@@ -43,8 +44,8 @@ int CEmpTaskWindow::SetScreenCropRect(Rect* crop, Rect* display, int /*plane*/) 
 
 int CEmpTaskWindow::GetScreenCropRect(Rect& crop, Rect& display, int /*plane*/) {
   if (!t_CheckCropping(__func__)) return -1;
-  TSRectInfo cropInfo;
-  TSRectInfo displayInfo;
+  auto cropInfo = Zeroed<TSRectInfo>();
+  auto displayInfo = Zeroed<TSRectInfo>();
   const int result =
       Ask(__func__, video_ctrl_proxy, [&](IVideoControl& video) { return video.GetCropArea(&cropInfo, &displayInfo); });
   if (result < 1) return 0;

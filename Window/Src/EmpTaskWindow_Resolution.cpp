@@ -5,6 +5,7 @@
 #include "D2tvManager.h"
 #include "EmpTaskWindow.h"
 #include "JsonText.h"
+#include "Records.h"
 #include "TaskFile.h"
 #include "tvservice/IAVControl.h"
 
@@ -79,7 +80,7 @@ int CEmpTaskWindow::GetResolution(_PL_WINDOW_RESOLUTION* peResolution) {
     return -3;
   }
   EResolution eCode = kUnknownCode;
-  TSResolution resolution;
+  auto resolution = Zeroed<TSResolution>();
   if (Ask(__func__, av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {
     KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
     return -1;
@@ -100,7 +101,7 @@ int CEmpTaskWindow::GetResolutionDetail(std::string& strDetail) {
   }
   if (!t_NeedAVControlproxy(__func__)) return -1;
   EResolution eCode = kUnknownCode;
-  TSResolution resolution;
+  auto resolution = Zeroed<TSResolution>();
   if (Ask(__func__, av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {
     KEL_LOG(kFailure, "GetResolution fails");
     return -1;
@@ -112,7 +113,7 @@ int CEmpTaskWindow::GetResolutionDetail(std::string& strDetail) {
 
 int CEmpTaskWindow::GetResolutionDetail_D2TV(std::string& strDetail) {
   KEL_LOG(kInformation, "CEmpTaskWindow::GetResolutionDetail_D2TV::Start of  GetResolutionDetail_D2TV \n ");
-  TSResolution resolution;
+  auto resolution = Zeroed<TSResolution>();
   CD2tvMgrProxy* const manager = D2tvManager(__func__);
   if (manager == nullptr) {
     KEL_LOG(kFailure, "Invalid Channel Manager Instance.");

@@ -7,6 +7,7 @@
 #include "D2tvManager.h"
 #include "EmpTaskWindow.h"
 #include "JsonText.h"
+#include "Records.h"
 #include "ServiceFields.h"
 #include "tvservice/IDataControl.h"
 #include "tvservice/IServiceNavigation.h"
@@ -208,7 +209,7 @@ int CEmpTaskWindow::t_ListSubtitles(unsigned long long serviceId, std::string& s
   Json::Value items;
   int lang = kNoLanguage;  // carried over from track to track
   for (unsigned k = 0; k < size; ++k) {
-    TSHybridSBT subtitle;
+    auto subtitle = Zeroed<TSHybridSBT>();
     if (servicedata_aux_proxy->GetHybridSBT(serviceId, static_cast<int>(k), lang, subtitle) > 0) {
       items.append(Element(k, lang));
     }
@@ -222,7 +223,7 @@ int CEmpTaskWindow::GetCurrentSubtitle(int* language) {
   if (IsSourceISP()) return CurrentOfSecondaryStack(language);
   if (!t_NeedDataControlproxy(__func__)) return 0;
   int lang = kNoLanguage;
-  TSHybridSBT subtitle;
+  auto subtitle = Zeroed<TSHybridSBT>();
   const int result = Ask(__func__, svc_datacontrol_proxy,
                          [&](IDataControl& control) { return control.GetCurrentHybridSBT(lang, subtitle); });
   if (result < 1 || lang == kNoLanguage || language == nullptr) {

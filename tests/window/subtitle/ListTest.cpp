@@ -100,6 +100,14 @@ TEST_F(SubtitleList, ALanguageThatIsNotWrittenIsThatOfTheTrackBefore) {
   EXPECT_EQ(parsed(text)["subtitle"][0]["lang"].asInt(), -1) << "and -1 before any";
 }
 
+TEST_F(SubtitleList, ATrackThatIsNotWrittenIsHandedOverAsZerosEachTime) {
+  tellUnder("ServiceDataAux::GetHybridSBT result=unwritten");
+  EXPECT_EQ(callsOf("::GetHybridSBT").front(), askTrack("0", "lang=-1 subtitle=0,0 -> 1 [fault]"));
+  tellUnder("ServiceDataAux::GetHybridSBT nth=3 result=unwritten");
+  EXPECT_EQ(callsOf("::GetHybridSBT").back(), askTrack("2", "lang=51 subtitle=0,0 -> 1 [fault]"))
+      << "nothing is left of the track before";
+}
+
 TEST_F(SubtitleList, ALanguageThatAFailedTrackWroteIsCarriedOver) {
   clearFaults();
   forget();
