@@ -9,6 +9,7 @@
 
 namespace {
 
+using catalogue::Form;
 using catalogue::Help;
 using catalogue::Problems;
 using kel::Answer;
@@ -38,6 +39,14 @@ constexpr const char* texts = R"({
 "failures": {"-1": "Not told."}
 },
 "List": {"help": "Lists.", "answer": {"help": "The list.", "type": "list"}, "failures": {"-1": "None."}}
+},
+"listCommands": {
+"SetInput": {
+"help": "Sets the input, long.",
+"parameters": [{"name": "input", "type": "input", "help": "It."}, {"name": "spare", "values": "any", "help": "Not used."}],
+"answer": {"help": "1 when set.", "values": "1"},
+"failures": {"0": "Not set."}
+}
 }
 })";
 
@@ -47,15 +56,20 @@ const std::vector<Command> rows{
     {"List", {}, Answer::textOrNone, 0, nullptr},
 };
 
+const std::vector<Form> lists{
+    {"SetInput", {{Parse::num, 0, true}, {Parse::num, 4, false}}, Answer::code, 0, std::nullopt},
+};
+
 struct Outcome {
   Json::Value catalogue;
   Problems problems;
 };
 
-Outcome merged(const std::string& text, const std::vector<Command>& table = rows) {
+Outcome merged(const std::string& text, const std::vector<Command>& table = rows,
+               const std::vector<Form>& forms = lists) {
   Outcome outcome;
   const Help help("help.json", text, outcome.problems);
-  if (outcome.problems.empty()) outcome.catalogue = merge(table, help);
+  if (outcome.problems.empty()) outcome.catalogue = merge(table, forms, help);
   return outcome;
 }
 
@@ -121,6 +135,35 @@ TEST(Merge, AnAnswerHasItsHelpAndWhatItsRowStates) {
   EXPECT_EQ(commands[0]["failures"][0]["code"], -1);
   EXPECT_EQ(commands[0]["failures"][0]["means"], "No number.");
   EXPECT_EQ(commands[0]["failures"][1]["code"], 0);
+}
+
+TEST(Merge, ACommandThatTakesAListStandsApartFromTheCommandsOfTheTable) {
+  const Outcome outcome = merged(texts);
+  ASSERT_EQ(outcome.catalogue["listCommands"].size(), 1U);
+  const Json::Value set = outcome.catalogue["listCommands"][0];
+  EXPECT_EQ(set["name"], "SetInput");
+  EXPECT_EQ(set["help"], "Sets the input, long.");
+  ASSERT_EQ(set["parameters"].size(), 2U);
+  EXPECT_EQ(set["parameters"][0]["required"], true);
+  EXPECT_EQ(set["parameters"][0]["unparsed"], "gets no answer and does nothing");
+  EXPECT_EQ(set["parameters"][1]["unparsed"], "reads as 4");
+  EXPECT_EQ(set["parameters"][1]["preset"], 4);
+  EXPECT_EQ(set["answer"]["reply"], "int");
+  EXPECT_EQ(set["failures"].size(), 1U) << "no code is needed for a parameter that is no number";
+  EXPECT_EQ(outcome.catalogue["commands"][0]["help"], "Sets the input.");
+}
+
+TEST(Merge, ListCommandsAndTheirHelpTextsMustFitToo) {
+  std::vector<Form> longer = lists;
+  longer[0].parameters.push_back({Parse::num, 0, false});
+  EXPECT_EQ(merged(texts, rows, longer).problems,
+            Problems{"help.json:26: 'SetInput' with a parameter list has 3 parameters, its help describes 2"});
+  EXPECT_EQ(merged(texts, rows, {}).problems,
+            Problems{"help.json:26: 'SetInput' with a parameter list has a help text and is no command"});
+  std::vector<Form> more = lists;
+  more.push_back({"List", {}, Answer::code, 0, std::nullopt});
+  EXPECT_EQ(merged(texts, rows, more).problems,
+            Problems{"help.json:25: 'List' with a parameter list is a command and has no help text"});
 }
 
 TEST(Merge, ACommandWithoutAHelpTextIsReported) {

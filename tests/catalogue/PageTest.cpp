@@ -31,6 +31,12 @@ const Json::Value catalogued = read(R"({
      "failures": [{"code": -1, "means": "Not told."}]},
     {"name": "List", "help": "Lists.", "parameters": [], "failures": [],
      "answer": {"kind": "textOrNone", "reply": "ascii", "help": "The list."}}
+  ],
+  "listCommands": [
+    {"name": "List", "help": "Lists by a list.", "failures": [],
+     "parameters": [{"name": "each", "help": "Each one.", "parse": "num", "required": true,
+                     "unparsed": "gets no answer and does nothing", "values": "any"}],
+     "answer": {"kind": "value", "reply": "int", "help": "How many."}}
   ]
 })");
 
@@ -62,6 +68,9 @@ TEST(Page, TellsEverythingOfACommand) {
            "\nAnswers `int` (`value`): The input.\n\n- Values: [`input`](#input)\n- Preset `100`: Unknown.\n"
            "- Fails with `int -1`: Not told.\n",
            "\n### List\n\n`List`\n\nLists.\n\nAnswers `ascii` (`textOrNone`): The list.\n",
+           "\n| [`List`](#list-with-a-parameter-list) with a parameter list | `each` | `int` | Lists by a list. |\n",
+           "\n### List with a parameter list\n\n`List each`\n\nLists by a list.\n\n",
+           "\n| `each` | any | `num` | gets no answer and does nothing | Each one. |\n",
            "\n### input\n\nAn input.\n",
            "\n| 0 | TV \\| radio. |\n| 5 to 7 | HDMI. |\n",
            "\n### list\n\nA list.\n",

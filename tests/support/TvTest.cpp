@@ -133,10 +133,10 @@ Answer TvTest::ask(const std::string& command, const Lines& parameters) {
   return answer(accepted, ret);
 }
 
-std::string TvTest::executeWithParamList(const std::string& command, const Lines& parameters) {
+Answer TvTest::askWithParamList(const std::string& command, const Lines& parameters) {
   std::string ret = untouched;
   const bool accepted = app_->ExecuteWithParamList(ret, engine_, command, kel::ParamList(parameters));
-  return answer(accepted, ret).shown();
+  return answer(accepted, ret);
 }
 
 Lines TvTest::calls() {

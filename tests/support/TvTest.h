@@ -70,7 +70,10 @@ class TvTest : public ::testing::Test {
     return ask(command, parameters).shown();
   }
   /// Runs a command with a parameter list.
-  std::string executeWithParamList(const std::string& command, const Lines& parameters);
+  Answer askWithParamList(const std::string& command, const Lines& parameters);
+  std::string executeWithParamList(const std::string& command, const Lines& parameters) {
+    return askWithParamList(command, parameters).shown();
+  }
 
   /// The calls to the set since the last time, a line each as in a trace.
   Lines calls();

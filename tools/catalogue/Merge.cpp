@@ -79,9 +79,13 @@ bool isRequired(const kel::Parameter& parameter) {
   return parameter.required;
 }
 
-std::size_t parametersOf(const kel::Command& row) {
-  const auto* const end = std::find_if(row.parameters.begin(), row.parameters.end(), isNone);
-  return static_cast<std::size_t>(end - row.parameters.begin());
+std::vector<Form> formsOf(std::span<const kel::Command> table) {
+  std::vector<Form> forms;
+  for (const kel::Command& row : table) {
+    const auto* const end = std::find_if(row.parameters.begin(), row.parameters.end(), isNone);
+    forms.push_back({row.name, {row.parameters.begin(), end}, row.answer, row.preset, row.refusal});
+  }
+  return forms;
 }
 
 std::string quoted(std::string_view text) {
@@ -94,36 +98,43 @@ bool parsesAs(const std::string& text, int& number) {
   return error == std::errc() && stop == end;
 }
 
+/// Forms and the section of the help texts that describes them.
+struct Group {
+  const char* section;
+  const char* label;  ///< stands behind a command's name
+  std::vector<Form> forms;
+};
+
 class Merger {
  public:
   explicit Merger(const Help& help) : help_(help) {}
 
-  Json::Value run(std::span<const kel::Command> table);
+  Json::Value run(const std::vector<Group>& groups);
 
  private:
   bool checkTypes() const;
   bool checkValues(const Json::Value& type, const std::string& what) const;
-  void checkStrays(std::span<const kel::Command> table) const;
+  void checkStrays(const Group& group) const;
   void checkUnused() const;
-  bool checkEntry(const kel::Command& row, const Json::Value& entry) const;
-  bool checkFailures(const kel::Command& row, const Json::Value& entry) const;
+  bool checkEntry(const Form& form, const std::string& what, const Json::Value& entry) const;
+  bool checkFailures(const Form& form, const std::string& what, const Json::Value& entry) const;
 
   /// Notes that something needs what a section says under that name. False, and reported, when it says nothing.
   bool use(const char* section, const std::string& name, const std::string& user);
   /// Checks that at most one of a type and a text tells what a part of a command holds, exactly one where needed.
   void useValues(const Json::Value& part, bool needed, const std::string& what);
 
-  Json::Value command(const kel::Command& row);
+  Json::Value command(const Group& group, const Form& form);
   /// @param entry  the parameter's help, or the name of one that several commands share.
-  Json::Value parameter(const kel::Command& row, Json::ArrayIndex at, const Json::Value& entry);
-  Json::Value answer(const kel::Command& row, const Json::Value& described);
+  Json::Value parameter(const Form& form, Json::ArrayIndex at, const std::string& command, const Json::Value& entry);
+  Json::Value answer(const Form& form, const std::string& command, const Json::Value& described);
   static Json::Value failures(const Json::Value& described);
 
   const Help& help_;
   std::set<std::pair<std::string, std::string>> used_;  ///< sections and names in them
 };
 
-Json::Value Merger::run(std::span<const kel::Command> table) {
+Json::Value Merger::run(const std::vector<Group>& groups) {
   const Json::Value& texts = help_.root();
   const bool whole = help_.check(texts, "the document",
                                  {{"introduction", Json::arrayValue},
@@ -131,7 +142,8 @@ Json::Value Merger::run(std::span<const kel::Command> table) {
                                   {"answers", Json::objectValue},
                                   {"parameters", Json::objectValue},
                                   {"types", Json::objectValue},
-                                  {"commands", Json::objectValue}}) &&
+                                  {"commands", Json::objectValue},
+                                  {"listCommands", Json::objectValue}}) &&
                      help_.checkAll(texts["introduction"], "introduction", Json::stringValue) &&
                      help_.checkAll(texts["parsing"], "parsing", Json::stringValue) &&
                      help_.checkAll(texts["answers"], "answers", Json::stringValue) && checkTypes();
@@ -139,9 +151,11 @@ Json::Value Merger::run(std::span<const kel::Command> table) {
 
   Json::Value catalogue = texts;
   catalogue.removeMember("parameters");
-  catalogue["commands"] = Json::Value(Json::arrayValue);
-  for (const kel::Command& row : table) catalogue["commands"].append(command(row));
-  checkStrays(table);
+  for (const Group& group : groups) {
+    Json::Value& commands = catalogue[group.section] = Json::Value(Json::arrayValue);
+    for (const Form& form : group.forms) commands.append(command(group, form));
+    checkStrays(group);
+  }
   if (help_.isFaultless()) checkUnused();
   return catalogue;
 }
@@ -169,12 +183,12 @@ bool Merger::checkValues(const Json::Value& type, const std::string& what) const
   });
 }
 
-void Merger::checkStrays(std::span<const kel::Command> table) const {
-  const Json::Value& entries = help_.root()["commands"];
+void Merger::checkStrays(const Group& group) const {
+  const Json::Value& entries = help_.root()[group.section];
   for (const std::string& name : entries.getMemberNames()) {
-    const auto isNamed = [&](const kel::Command& row) { return row.name == name; };
-    if (std::any_of(table.begin(), table.end(), isNamed)) continue;
-    help_.report(entries[name], quoted(name) + " has a help text and is no command");
+    const auto isNamed = [&](const Form& form) { return form.name == name; };
+    if (std::any_of(group.forms.begin(), group.forms.end(), isNamed)) continue;
+    help_.report(entries[name], quoted(name) + group.label + " has a help text and is no command");
   }
 }
 
@@ -188,8 +202,7 @@ void Merger::checkUnused() const {
   }
 }
 
-bool Merger::checkEntry(const kel::Command& row, const Json::Value& entry) const {
-  const std::string what = quoted(row.name);
+bool Merger::checkEntry(const Form& form, const std::string& what, const Json::Value& entry) const {
   if (!help_.check(entry, what,
                    {{"help", Json::stringValue},
                     {"parameters", Json::arrayValue, false},
@@ -198,27 +211,28 @@ bool Merger::checkEntry(const kel::Command& row, const Json::Value& entry) const
     return false;
   }
   const std::size_t described = entry["parameters"].size();
-  if (described != parametersOf(row)) {
-    help_.report(entry, what + " has " + std::to_string(parametersOf(row)) + " parameters, its help describes " +
+  const std::size_t stated = form.parameters.size();
+  if (described != stated) {
+    help_.report(entry, what + " has " + std::to_string(stated) + " parameters, its help describes " +
                             std::to_string(described));
     return false;
   }
-  return checkFailures(row, entry);
+  return checkFailures(form, what, entry);
 }
 
-bool Merger::checkFailures(const kel::Command& row, const Json::Value& entry) const {
-  const std::string what = quoted(row.name);
+bool Merger::checkFailures(const Form& form, const std::string& what, const Json::Value& entry) const {
   const Json::Value& failures = entry["failures"];
   if (!help_.checkAll(failures, what + " failure", Json::stringValue)) return false;
   bool good = true;
   for (const std::string& code : failures.getMemberNames()) {
     int number = 0;
-    if (parsesAs(code, number) && canFailWith(row.answer, number)) continue;
+    if (parsesAs(code, number) && canFailWith(form.answer, number)) continue;
     help_.report(failures[code], what + " can't fail with " + quoted(code));
     good = false;
   }
-  const std::string refusal = std::to_string(row.refusal);
-  if (std::any_of(row.parameters.begin(), row.parameters.end(), isRequired) && !failures.isMember(refusal)) {
+  const std::string refusal = form.refusal ? std::to_string(*form.refusal) : "";
+  const bool refuses = form.refusal && std::any_of(form.parameters.begin(), form.parameters.end(), isRequired);
+  if (refuses && !failures.isMember(refusal)) {
     help_.report(entry, what + " lacks the failure " + quoted(refusal) + ", for a parameter that is no number");
     good = false;
   }
@@ -241,30 +255,32 @@ void Merger::useValues(const Json::Value& part, bool needed, const std::string& 
   if (typed) use("types", part["type"].asString(), what);
 }
 
-Json::Value Merger::command(const kel::Command& row) {
-  const std::string name(row.name);
-  const Json::Value& entries = help_.root()["commands"];
+Json::Value Merger::command(const Group& group, const Form& form) {
+  const std::string name(form.name);
+  const std::string what = quoted(name) + group.label;
+  const Json::Value& entries = help_.root()[group.section];
   if (!entries.isMember(name)) {
-    help_.report(entries, quoted(name) + " is a command and has no help text");
+    help_.report(entries, what + " is a command and has no help text");
     return {};
   }
   const Json::Value& entry = entries[name];
-  if (!checkEntry(row, entry)) return {};
+  if (!checkEntry(form, what, entry)) return {};
   Json::Value merged;
   merged["name"] = name;
   merged["help"] = entry["help"];
   merged["parameters"] = Json::Value(Json::arrayValue);
   for (const Json::Value& described : entry["parameters"]) {
-    merged["parameters"].append(parameter(row, merged["parameters"].size(), described));
+    merged["parameters"].append(parameter(form, merged["parameters"].size(), what, described));
   }
-  merged["answer"] = answer(row, entry["answer"]);
+  merged["answer"] = answer(form, what, entry["answer"]);
   merged["failures"] = failures(entry["failures"]);
   return merged;
 }
 
-Json::Value Merger::parameter(const kel::Command& row, Json::ArrayIndex at, const Json::Value& entry) {
-  const kel::Parameter& parameter = row.parameters[at];
-  const std::string what = quoted(row.name) + " parameter " + std::to_string(at + 1);
+Json::Value Merger::parameter(const Form& form, Json::ArrayIndex at, const std::string& command,
+                              const Json::Value& entry) {
+  const kel::Parameter& parameter = form.parameters[at];
+  const std::string what = command + " parameter " + std::to_string(at + 1);
   if (entry.isString() && !use("parameters", entry.asString(), what)) return {};
   const Json::Value& described = entry.isString() ? help_.root()["parameters"][entry.asString()] : entry;
   if (!help_.check(described, what,
@@ -282,7 +298,8 @@ Json::Value Merger::parameter(const kel::Command& row, Json::ArrayIndex at, cons
   merged["required"] = parameter.required;
   if (described.isMember("unparsed")) return merged;
   if (parameter.required) {
-    merged["unparsed"] = "answers " + std::to_string(row.refusal) + " and does nothing";
+    const std::string answered = form.refusal ? "answers " + std::to_string(*form.refusal) : "gets no answer";
+    merged["unparsed"] = answered + " and does nothing";
   } else {
     merged["unparsed"] = "reads as " + std::to_string(parameter.preset);
     merged["preset"] = parameter.preset;
@@ -290,9 +307,9 @@ Json::Value Merger::parameter(const kel::Command& row, Json::ArrayIndex at, cons
   return merged;
 }
 
-Json::Value Merger::answer(const kel::Command& row, const Json::Value& described) {
-  const std::string what = quoted(row.name) + " answer";
-  const bool isValue = row.answer == kel::Answer::value;
+Json::Value Merger::answer(const Form& form, const std::string& command, const Json::Value& described) {
+  const std::string what = command + " answer";
+  const bool isValue = form.answer == kel::Answer::value;
   if (!help_.check(described, what,
                    {{"help", Json::stringValue},
                     {"type", Json::stringValue, false},
@@ -302,11 +319,11 @@ Json::Value Merger::answer(const kel::Command& row, const Json::Value& described
   }
   if (described.isMember("presetMeans") && !isValue) help_.report(described, what + " has no preset");
   useValues(described, isValue, what);
-  use("answers", nameOf(row.answer), what);
+  use("answers", nameOf(form.answer), what);
   Json::Value merged = described;
-  merged["kind"] = nameOf(row.answer);
-  merged["reply"] = replyOf(row.answer);
-  if (isValue) merged["preset"] = row.preset;
+  merged["kind"] = nameOf(form.answer);
+  merged["reply"] = replyOf(form.answer);
+  if (isValue) merged["preset"] = form.preset;
   return merged;
 }
 
@@ -323,8 +340,21 @@ Json::Value Merger::failures(const Json::Value& described) {
 
 }  // namespace
 
-Json::Value merge(std::span<const kel::Command> table, const Help& help) {
-  return Merger(help).run(table);
+const std::vector<Form>& listForms() {
+  constexpr kel::Parameter required{kel::Parse::num, 0, true};
+  constexpr kel::Parameter plane{kel::Parse::num, 0, false};
+  static const std::vector<Form> forms{
+      {"SetScreenCropRect",
+       {required, required, required, required, required, required, required, required, plane},
+       kel::Answer::code,
+       0,
+       std::nullopt},
+  };
+  return forms;
+}
+
+Json::Value merge(std::span<const kel::Command> table, const std::vector<Form>& lists, const Help& help) {
+  return Merger(help).run({{"commands", "", formsOf(table)}, {"listCommands", " with a parameter list", lists}});
 }
 
 }  // namespace catalogue

@@ -14,12 +14,14 @@ std::string code(const std::string& text) {
   return "`" + text + "`";
 }
 
-/// A link to the section of that heading.
-std::string linkTo(const std::string& heading) {
-  std::string anchor = heading;
+constexpr const char* withList = " with a parameter list";
+
+/// A link to the section whose heading is the name with `rest` behind it.
+std::string linkTo(const std::string& name, const std::string& rest = "") {
+  std::string anchor = name + rest;
   std::transform(anchor.begin(), anchor.end(), anchor.begin(),
-                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-  return "[" + code(heading) + "](#" + anchor + ")";
+                 [](unsigned char letter) { return letter == ' ' ? '-' : static_cast<char>(std::tolower(letter)); });
+  return "[" + code(name) + "](#" + anchor + ")" + rest;
 }
 
 /// A text as it stands in a table.
@@ -39,13 +41,19 @@ std::string holds(const Value& part) {
   return part.isMember("type") ? linkTo(part["type"].asString()) : part["values"].asString();
 }
 
-void writeIndex(std::ostream& out, const Value& commands) {
-  out << "\n| Command | Parameters | Answer | |\n|---|---|---|---|\n";
+/// @param form  what stands behind the commands' names.
+void writeRows(std::ostream& out, const Value& commands, const char* form) {
   for (const Value& command : commands) {
-    out << "| " << linkTo(command["name"].asString()) << " |";
+    out << "| " << linkTo(command["name"].asString(), form) << " |";
     for (const Value& parameter : command["parameters"]) out << " " << code(parameter["name"].asString());
     out << " | " << code(command["answer"]["reply"].asString()) << " | " << cell(command["help"].asString()) << " |\n";
   }
+}
+
+void writeIndex(std::ostream& out, const Value& catalogue) {
+  out << "\n| Command | Parameters | Answer | |\n|---|---|---|---|\n";
+  writeRows(out, catalogue["commands"], "");
+  writeRows(out, catalogue["listCommands"], withList);
 }
 
 void writeParameters(std::ostream& out, const Value& parameters) {
@@ -73,8 +81,8 @@ void writeAnswer(std::ostream& out, const Value& command) {
   }
 }
 
-void writeCommand(std::ostream& out, const Value& command) {
-  out << "\n### " << command["name"].asString() << "\n\n"
+void writeCommand(std::ostream& out, const Value& command, const char* form) {
+  out << "\n### " << command["name"].asString() << form << "\n\n"
       << code(invocation(command)) << "\n\n"
       << command["help"].asString() << "\n";
   writeParameters(out, command["parameters"]);
@@ -120,14 +128,15 @@ std::string page(const Json::Value& catalogue) {
   std::ostringstream out;
   out << "<!-- Written by tools/catalogue from the command table and commands.help.json. -->\n\n# Commands\n";
   for (const Value& paragraph : catalogue["introduction"]) out << "\n" << paragraph.asString() << "\n";
-  writeIndex(out, catalogue["commands"]);
+  writeIndex(out, catalogue);
 
   out << "\n## How parameters are read\n";
   writeTexts(out, catalogue["parsing"]);
   out << "\n## How commands answer\n";
   writeTexts(out, catalogue["answers"]);
   out << "\n## The commands\n";
-  for (const Value& command : catalogue["commands"]) writeCommand(out, command);
+  for (const Value& command : catalogue["commands"]) writeCommand(out, command, "");
+  for (const Value& command : catalogue["listCommands"]) writeCommand(out, command, withList);
   out << "\n## Numbers and documents\n";
   for (const std::string& name : catalogue["types"].getMemberNames()) writeType(out, name, catalogue["types"][name]);
   return out.str();

@@ -42,7 +42,7 @@ std::vector<File> made(const std::filesystem::path& docs, Problems& problems) {
   if (!problems.empty()) return {};
   std::size_t count = 0;
   const kel::Command* const table = kel::CommandTable(count);
-  const Json::Value merged = catalogue::merge({table, count}, help);
+  const Json::Value merged = catalogue::merge({table, count}, catalogue::listForms(), help);
   if (!problems.empty()) return {};
   return {{docs / "commands.json", catalogue::document(merged)}, {docs / "commands.md", catalogue::page(merged)}};
 }

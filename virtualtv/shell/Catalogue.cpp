@@ -66,6 +66,19 @@ CatalogueCommand commandOf(const Json::Value& described) {
   return command;
 }
 
+const CatalogueCommand* named(const std::vector<CatalogueCommand>& commands, std::string_view name) {
+  const auto found = std::find_if(commands.begin(), commands.end(),
+                                  [&](const CatalogueCommand& command) { return command.name == name; });
+  return found == commands.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> namesOf(const std::vector<CatalogueCommand>& commands) {
+  std::vector<std::string> names;
+  names.reserve(commands.size());
+  for (const CatalogueCommand& command : commands) names.push_back(command.name);
+  return names;
+}
+
 CatalogueType typeOf(const Json::Value& described) {
   CatalogueType type;
   type.help = textAt(described, "help");
@@ -86,6 +99,7 @@ Catalogue::Catalogue(std::string_view document) {
   if (!reader->parse(document.data(), document.data() + document.size(), &root, &errors)) refuse(errors);
   try {
     for (const Json::Value& command : at(root, "commands")) commands_.push_back(commandOf(command));
+    for (const Json::Value& command : at(root, "listCommands")) listCommands_.push_back(commandOf(command));
     const Json::Value& types = at(root, "types");
     for (const std::string& name : types.getMemberNames()) types_[name] = typeOf(types[name]);
     parsing_ = textsOf(at(root, "parsing"));
@@ -96,9 +110,11 @@ Catalogue::Catalogue(std::string_view document) {
 }
 
 const CatalogueCommand* Catalogue::find(std::string_view name) const {
-  const auto found =
-      std::find_if(begin(), end(), [&](const CatalogueCommand& command) { return command.name == name; });
-  return found == end() ? nullptr : &*found;
+  return named(commands_, name);
+}
+
+const CatalogueCommand* Catalogue::findList(std::string_view name) const {
+  return named(listCommands_, name);
 }
 
 const CatalogueType* Catalogue::findType(std::string_view name) const {
@@ -112,9 +128,11 @@ const Catalogue& catalogue() {
 }
 
 std::vector<std::string> commandNames() {
-  std::vector<std::string> names;
-  for (const CatalogueCommand& command : catalogue()) names.push_back(command.name);
-  return names;
+  return namesOf(catalogue().commands());
+}
+
+std::vector<std::string> listCommandNames() {
+  return namesOf(catalogue().listCommands());
 }
 
 }  // namespace virtualtv::shell

@@ -65,8 +65,13 @@ class Catalogue {
   auto begin() const { return commands_.begin(); }
   auto end() const { return commands_.end(); }
 
+  /// The commands that take a parameter list. One of them may also be among `commands`, with other parameters.
+  const std::vector<CatalogueCommand>& listCommands() const { return listCommands_; }
+
   /// The command of that name, owned by the catalogue; null when there is none.
   const CatalogueCommand* find(std::string_view name) const;
+  /// The same among those that take a parameter list.
+  const CatalogueCommand* findList(std::string_view name) const;
 
   /// The type of that name, owned by the catalogue; null when there is none.
   const CatalogueType* findType(std::string_view name) const;
@@ -77,6 +82,7 @@ class Catalogue {
 
  private:
   std::vector<CatalogueCommand> commands_;
+  std::vector<CatalogueCommand> listCommands_;
   std::map<std::string, CatalogueType, std::less<>> types_;
   std::map<std::string, std::string> parsing_;
   std::map<std::string, std::string> answers_;
@@ -85,7 +91,8 @@ class Catalogue {
 /// The catalogue that is built in: docs/commands.json.
 const Catalogue& catalogue();
 
-/// The names of its commands, in their order.
+/// The names of its commands, in their order, and of those that take a parameter list.
 std::vector<std::string> commandNames();
+std::vector<std::string> listCommandNames();
 
 }  // namespace virtualtv::shell

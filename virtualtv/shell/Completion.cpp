@@ -83,7 +83,7 @@ Lines files(Session& session, const std::string& typed) {
 Lines argumentsOf(Session& session, const Lines& words, const std::string& typed) {
   const std::string& command = words.front();
   const bool second = words.size() == 1;
-  if (command == "+" && second) return commandNames();
+  if (command == "+" && second) return listCommandNames();
   if ((command == ".set" || command == ".get") && second) return knobWords(session, typed);
   if (command == ".fault") {
     if (!second) return faultWords(words[1]);

@@ -23,6 +23,21 @@ std::string usageOf(const DotCommand& command) {
   return std::string(command.name) + (command.usage.empty() ? "" : " " + std::string(command.usage));
 }
 
+/// The rows with those of a first cell beyond `widest` in two, so that it does not make the column wider: what stands
+/// behind such a cell follows on a line of its own.
+std::vector<Lines> narrowed(std::vector<Lines> rows, std::size_t widest) {
+  std::vector<Lines> narrow;
+  for (Lines& row : rows) {
+    if (row[0].size() <= widest) {
+      narrow.push_back(std::move(row));
+    } else {
+      narrow.push_back({row[0]});
+      narrow.push_back({"", row[1]});
+    }
+  }
+  return narrow;
+}
+
 Lines overview(std::size_t columns) {
   std::vector<Lines> rows{{"COMMAND", "WHAT IT DOES"},
                           {"NAME p1 p2 p3 p4", "run a plug-in command; '.help commands' lists them"},
@@ -30,19 +45,11 @@ Lines overview(std::size_t columns) {
   for (const DotCommand& command : dotCommands()) {
     rows.push_back({usageOf(command), std::string(command.help)});
   }
-  // A usage may be longer than its column; the help then follows on a line of its own.
   constexpr std::size_t widest = 40;
-  std::vector<Lines> fitted;
-  for (Lines& row : rows) {
-    if (row[0].size() <= widest) {
-      fitted.push_back(std::move(row));
-    } else {
-      fitted.push_back({row[0]});
-      fitted.push_back({"", row[1]});
-    }
-  }
-  return table(fitted, columns);
+  return table(narrowed(std::move(rows), widest), columns);
 }
+
+constexpr const char* withList = "+ ";  // stands before a command that takes a parameter list
 
 std::string usageOf(const CatalogueCommand& command) {
   std::string usage = command.name;
@@ -53,7 +60,11 @@ std::string usageOf(const CatalogueCommand& command) {
 Lines helpOnCommands(std::size_t columns) {
   std::vector<Lines> rows{{"COMMAND", "WHAT IT DOES"}};
   for (const CatalogueCommand& command : catalogue()) rows.push_back({usageOf(command), command.help});
-  return table(rows, columns);
+  for (const CatalogueCommand& command : catalogue().listCommands()) {
+    rows.push_back({withList + usageOf(command), command.help});
+  }
+  constexpr std::size_t widest = 50;
+  return table(narrowed(std::move(rows), widest), columns);
 }
 
 std::string sentence(const std::string& lead, const std::string& text) {
@@ -72,8 +83,9 @@ void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
   }
 }
 
-Lines helpOnCommand(const CatalogueCommand& command, std::size_t columns) {
-  std::vector<Lines> rows{{usageOf(command), command.help}};
+/// @param before  stands in front of the command's name.
+Lines helpOnForm(const std::string& before, const CatalogueCommand& command, std::size_t columns) {
+  std::vector<Lines> rows{{before + usageOf(command), command.help}};
   for (const CatalogueCommand::Parameter& parameter : command.parameters) {
     rows.push_back({"  " + parameter.name, parameter.help + sentence("Values", parameter.values) +
                                                sentence("A text that is no number", parameter.unparsed)});
@@ -88,6 +100,16 @@ Lines helpOnCommand(const CatalogueCommand& command, std::size_t columns) {
     rows.push_back({"  or int " + std::to_string(failure.code), failure.means});
   }
   return table(rows, columns);
+}
+
+/// Help on a command in all its forms; nothing when there is no such command.
+Lines helpOnCommand(const std::string& name, std::size_t columns) {
+  Lines help;
+  if (const CatalogueCommand* command = catalogue().find(name)) help = helpOnForm("", *command, columns);
+  if (const CatalogueCommand* command = catalogue().findList(name)) {
+    for (std::string& line : helpOnForm(withList, *command, columns)) help.push_back(std::move(line));
+  }
+  return help;
 }
 
 Lines helpOnKnobs(std::size_t columns) {
@@ -155,7 +177,7 @@ constexpr std::array topics{
 Lines helpAsWritten(const std::string& name, std::size_t columns) {
   const auto topic = std::find_if(topics.begin(), topics.end(), [&](const Topic& known) { return known.name == name; });
   if (topic != topics.end()) return topic->help(columns);
-  if (const CatalogueCommand* command = catalogue().find(name)) return helpOnCommand(*command, columns);
+  if (Lines help = helpOnCommand(name, columns); !help.empty()) return help;
   for (const DotCommand& command : dotCommands()) {
     if (command.name == name) return table({{usageOf(command), std::string(command.help)}}, columns);
   }

@@ -23,7 +23,11 @@ TEST_F(CompletionTest, TheFirstWordIsACommand) {
   EXPECT_TRUE(contains(complete(""), "FindChannel"));
   EXPECT_TRUE(contains(complete(""), ".help"));
   EXPECT_EQ(complete("NoSuch"), Lines{});
-  EXPECT_EQ(complete("+ GetFullCh"), Lines{"GetFullChannelList"});
+}
+
+TEST_F(CompletionTest, BehindAPlusStandsACommandThatTakesAList) {
+  EXPECT_EQ(complete("+ "), Lines{"SetScreenCropRect"});
+  EXPECT_EQ(complete("+ GetFullCh"), Lines{});
 }
 
 TEST_F(CompletionTest, FaultsTakeOperationsAndTheirOutputs) {

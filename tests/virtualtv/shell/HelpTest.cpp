@@ -34,6 +34,15 @@ TEST(Help, TheOverviewNamesEachDotCommand) {
   for (const DotCommand& command : dotCommands()) EXPECT_TRUE(mentions(overview, command.help)) << command.name;
 }
 
+TEST(Help, ALongUsageDoesNotPushTheOthersHelpAside) {
+  for (const auto& [topic, line, widest] : {std::tuple{"", "  .get [NAME]", 44}, {"commands", "  GetTVMode", 54}}) {
+    const Lines told = helpOn(topic);
+    const auto row = std::find_if(told.begin(), told.end(), [&](const auto& one) { return one.starts_with(line); });
+    ASSERT_NE(row, told.end()) << line;
+    EXPECT_LE(row->find_first_not_of(' ', std::string_view(line).size()), static_cast<std::size_t>(widest)) << *row;
+  }
+}
+
 TEST(Help, SpellsAFaultAsTheTableOfCommandsDoes) {
   const std::string words = "OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...]";
   EXPECT_EQ(dotCommand(".fault").usage, "[" + words + " | clear]");
@@ -52,8 +61,24 @@ TEST(Help, TellsOfASinglePluginCommand) {
   EXPECT_TRUE(mentions(told, "answers int"));
 }
 
+TEST(Help, TellsOfACommandThatTakesAListBelowItsOtherForm) {
+  const std::string usage = "+ SetScreenCropRect x y width height displayX displayY displayWidth displayHeight plane";
+  EXPECT_TRUE(mentions(helpOn("commands"), usage));
+  const Lines told = helpOn("SetScreenCropRect");
+  ASSERT_FALSE(told.empty());
+  EXPECT_EQ(told.front().find("  SetScreenCropRect x y width height "), 0U) << told.front();
+  EXPECT_TRUE(mentions(told, usage));
+}
+
+/// The commands of the catalogue in all their forms.
+std::vector<CatalogueCommand> allForms() {
+  std::vector<CatalogueCommand> all = catalogue().commands();
+  all.insert(all.end(), catalogue().listCommands().begin(), catalogue().listCommands().end());
+  return all;
+}
+
 TEST(Help, LeavesOutNothingOfWhatTheCatalogueSaysOfACommand) {
-  for (const CatalogueCommand& command : catalogue()) {
+  for (const CatalogueCommand& command : allForms()) {
     SCOPED_TRACE(command.name);
     const Lines told = helpOn(command.name);
     for (const CatalogueCommand::Parameter& parameter : command.parameters) {

@@ -28,6 +28,10 @@ constexpr const char* small = R"({
      "failures": [{"code": -1, "means": "It can't be told."}]},
     {"name": "Report", "help": "Reports.", "parameters": [], "failures": [],
      "answer": {"kind": "value", "reply": "ascii", "help": "The report.", "type": "report"}}
+  ],
+  "listCommands": [
+    {"name": "Report", "help": "Reports what a list names.", "parameters": [], "failures": [],
+     "answer": {"kind": "value", "reply": "ascii", "help": "The report.", "type": "report"}}
   ]
 })";
 
@@ -82,6 +86,15 @@ TEST(Catalogue, FindsACommandByItsExactName) {
   for (const char* name : {"", "report", "Repor", "Reports"}) EXPECT_EQ(catalogue.find(name), nullptr) << name;
 }
 
+TEST(Catalogue, CommandsThatTakeAListStandApart) {
+  const Catalogue catalogue(small);
+  ASSERT_EQ(catalogue.listCommands().size(), 1U);
+  EXPECT_EQ(catalogue.findList("Report"), &catalogue.listCommands()[0]);
+  EXPECT_EQ(catalogue.findList("Report")->help, "Reports what a list names.");
+  EXPECT_EQ(catalogue.find("Report")->help, "Reports.");
+  EXPECT_EQ(catalogue.findList("GetInput"), nullptr);
+}
+
 /// What a document is refused with; empty when it is not.
 std::string refusal(const std::string& document) {
   try {
@@ -101,7 +114,7 @@ TEST(Catalogue, RefusesWhatIsNoCatalogue) {
 
 TEST(Catalogue, RefusesACommandThatLacksSomething) {
   for (const std::string name :
-       {"name", "help", "parameters", "answer", "failures", "parse", "kind", "code", "means"}) {
+       {"name", "help", "parameters", "answer", "failures", "parse", "kind", "code", "means", "listCommands"}) {
     const std::string document = std::regex_replace(std::string(small), std::regex("\"" + name + "\":"), "\"other\":");
     EXPECT_EQ(refusal(document), "catalogue of commands: '" + name + "' is missing");
   }
@@ -117,10 +130,18 @@ TEST(BuiltInCatalogue, KnowsTheCommandsOfThePlugIn) {
   EXPECT_EQ(catalogue.find("NoSuchCommand"), nullptr);
 }
 
+/// The commands that are built in, in all their forms.
+std::vector<CatalogueCommand> allForms() {
+  const Catalogue& catalogue = virtualtv::shell::catalogue();
+  std::vector<CatalogueCommand> all = catalogue.commands();
+  all.insert(all.end(), catalogue.listCommands().begin(), catalogue.listCommands().end());
+  return all;
+}
+
 TEST(BuiltInCatalogue, ExplainsEveryWordThatItUses) {
   const Catalogue& catalogue = virtualtv::shell::catalogue();
   const auto explained = [&](const std::string& type) { return type.empty() || catalogue.findType(type) != nullptr; };
-  for (const CatalogueCommand& command : catalogue.commands()) {
+  for (const CatalogueCommand& command : allForms()) {
     EXPECT_TRUE(explained(command.answerType)) << command.name;
     EXPECT_TRUE(catalogue.answers().contains(command.answerKind)) << command.name;
     for (const auto& parameter : command.parameters) {
@@ -132,7 +153,7 @@ TEST(BuiltInCatalogue, ExplainsEveryWordThatItUses) {
 
 TEST(BuiltInCatalogue, NamesParametersByOneWordEach) {
   const std::regex word("[a-z][A-Za-z]*");
-  for (const CatalogueCommand& command : virtualtv::shell::catalogue().commands()) {
+  for (const CatalogueCommand& command : allForms()) {
     std::set<std::string> names;
     for (const auto& parameter : command.parameters) {
       EXPECT_TRUE(std::regex_match(parameter.name, word)) << command.name << " " << parameter.name;

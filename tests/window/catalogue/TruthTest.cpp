@@ -43,19 +43,31 @@ bool isAnswer(const CatalogueCommand& command, int number) {
                      [&](const auto& value) { return value.from <= number && number <= value.to; });
 }
 
-class TruthTest : public support::TvTest, public ::testing::WithParamInterface<std::size_t> {
- protected:
-  const CatalogueCommand& command() const { return catalogue().commands()[GetParam()]; }
+/// A command in one of its forms.
+struct Form {
+  const CatalogueCommand* command = nullptr;
+  bool takesList = false;
+};
 
-  /// Sets of parameters that each command is tried with.
+class TruthTest : public support::TvTest, public ::testing::WithParamInterface<Form> {
+ protected:
+  const CatalogueCommand& command() const { return *GetParam().command; }
+
+  Answer run(const Lines& parameters) {
+    return GetParam().takesList ? askWithParamList(command().name, parameters) : ask(command().name, parameters);
+  }
+
+  /// Sets of parameters that each command is tried with; a list has them several times over.
   std::vector<Lines> trials() const {
     std::vector<Lines> all;
-    const std::vector<Lines> known{
-        {"0", "1", "0", "0"}, {"1", "0", "28", "0"}, {"30000", "0", "0", "0"}, {"", "", "", ""}};
+    const std::vector<Lines> known{{"0", "1", "0", "0"}, {"1", "0", "28", "7"}, {"30000", "0", "0", "0"}};
+    const std::size_t count = command().parameters.size();
     for (const Lines& parameters : known) {
-      const Lines trial(parameters.begin(), parameters.begin() + static_cast<int>(command().parameters.size()));
+      Lines trial;
+      for (std::size_t at = 0; at < count; ++at) trial.push_back(parameters[at % parameters.size()]);
       if (std::find(all.begin(), all.end(), trial) == all.end()) all.push_back(trial);
     }
+    if (!GetParam().takesList && count > 0) all.emplace_back(count);
     return all;
   }
 
@@ -68,7 +80,7 @@ class TruthTest : public support::TvTest, public ::testing::WithParamInterface<s
   }
 
   void expectTruth(const Lines& parameters) {
-    const Answer answer = ask(command().name, parameters);
+    const Answer answer = run(parameters);
     ASSERT_TRUE(answer.accepted && answer.reply) << answer.shown();
     const Reply& reply = *answer.reply;
     const bool number = reply.kind == Reply::Kind::integer;
@@ -103,7 +115,7 @@ TEST_P(TruthTest, OnASetWithoutInterfaces) {
 TEST_P(TruthTest, WithEachCallToTheSetFailing) {
   for (const Lines& parameters : trials()) {
     prepare();
-    ask(command().name, parameters);
+    run(parameters);
     for (const virtualtv::seam::Call& call : Seam::instance().take()) {
       if (!call.operation->answersNumber()) continue;
       const std::string words = std::string(call.operation->name) + " times=always result=";
@@ -116,23 +128,59 @@ TEST_P(TruthTest, WithEachCallToTheSetFailing) {
   }
 }
 
-TEST_P(TruthTest, ARequiredParameterThatIsNoNumberFailsBeforeTheSetIsAsked) {
+TEST_P(TruthTest, ARequiredParameterThatIsNoNumberIsAnsweredAsToldBeforeTheSetIsAsked) {
   for (std::size_t at = 0; at < command().parameters.size(); ++at) {
     if (!command().parameters[at].required) continue;
     prepare();
     Lines parameters(command().parameters.size(), "0");
     parameters[at] = "x";
-    const Answer answer = ask(command().name, parameters);
-    ASSERT_TRUE(answer.accepted && answer.reply && answer.reply->kind == Reply::Kind::integer) << answer.shown();
-    EXPECT_TRUE(isFailure(command(), answer.reply->number)) << answer.shown();
+    const Answer answer = run(parameters);
+    ASSERT_TRUE(answer.accepted) << answer.shown();
+    std::string told = "gets no answer";
+    if (answer.reply) {
+      ASSERT_EQ(answer.reply->kind, Reply::Kind::integer) << answer.shown();
+      EXPECT_TRUE(isFailure(command(), answer.reply->number)) << answer.shown();
+      told = "answers " + std::to_string(answer.reply->number);
+    }
+    EXPECT_EQ(command().parameters[at].unparsed, told + " and does nothing");
     EXPECT_EQ(calls(), Lines{});
   }
 }
 
-std::string commandOf(const ::testing::TestParamInfo<std::size_t>& info) {
-  return catalogue().commands()[info.param].name;
+std::vector<Form> forms() {
+  std::vector<Form> all;
+  for (const CatalogueCommand& command : catalogue()) all.push_back({&command, false});
+  for (const CatalogueCommand& command : catalogue().listCommands()) all.push_back({&command, true});
+  return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, TruthTest, ::testing::Range(std::size_t{0}, catalogue().commands().size()), commandOf);
+std::string formOf(const ::testing::TestParamInfo<Form>& info) {
+  return info.param.command->name + (info.param.takesList ? "_with_list" : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, TruthTest, ::testing::ValuesIn(forms()), formOf);
+
+class ListTruthTest : public support::EngineTest {};
+
+TEST_F(ListTruthTest, OnlyTheCommandsToldOfTakeAParameterList) {
+  for (const CatalogueCommand& command : catalogue()) {
+    const std::string answer = executeWithParamList(command.name, Lines(command.parameters.size(), "0"));
+    EXPECT_EQ(answer == "refused int -1", catalogue().findList(command.name) == nullptr) << command.name << answer;
+  }
+  EXPECT_EQ(executeWithParamList("NoSuchCommand", {}), "refused int -1");
+}
+
+TEST_F(ListTruthTest, AListThatLacksARequiredParameterGetsNoAnswerAndOneThatLacksAnotherReadsItsPreset) {
+  for (const CatalogueCommand& command : catalogue().listCommands()) {
+    Lines parameters(command.parameters.size(), "1");
+    for (std::size_t at = command.parameters.size(); at-- > 0;) {
+      parameters.pop_back();
+      forget();
+      const Answer answer = askWithParamList(command.name, parameters);
+      EXPECT_TRUE(answer.accepted) << command.name;
+      EXPECT_EQ(answer.reply.has_value(), !command.parameters[at].required) << command.name << ' ' << at;
+    }
+  }
+}
 
 }  // namespace
