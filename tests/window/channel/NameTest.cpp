@@ -166,6 +166,15 @@ TEST_F(NameCommandTest, CommandsAnswerTheStartOfANameThatIsTooLong) {
   }
 }
 
+TEST_F(NameCommandTest, CommandsAnswerTheEmptyTextForANameThatBeginsWithAZeroOrBeyond16Bits) {
+  for (const std::u16string& name : {std::u16string(u"\xD83D\xDE00 News"), std::u16string(u"\0News", 5)}) {
+    give(named(name));
+    for (const FieldQuery& query : nameQueries()) {
+      EXPECT_EQ(execute(query.name, query.parameters()), "unicode \"\"") << query.name;
+    }
+  }
+}
+
 TEST_F(NameCommandTest, CommandsAnswerTheEmptyTextForAChannelWithoutName) {
   give("{12=281}");
   for (const FieldQuery& query : nameQueries()) {

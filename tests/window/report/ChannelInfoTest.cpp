@@ -293,6 +293,19 @@ TEST_F(ChannelInfo, AttachedTextOfAnotherKindMakesNoDocument) {
   }
 }
 
+TEST_F(ChannelInfo, OnlyTheFirstValueOfAttachedTextCounts) {
+  EXPECT_EQ(parsed(infoWith(attached, u"{\"logo\":\"x\"} rest"))["logo"], Json::Value("x"));
+  EXPECT_EQ(infoWith(attached, u"17 {\"logo\":\"x\"}"), "");
+}
+
+TEST_F(ChannelInfo, AttachedTextMayBeNestedAThousandDeep) {
+  const auto nested = [](std::size_t deep) {
+    return u"{\"a\":" + std::u16string(deep - 1, u'[') + std::u16string(deep - 1, u']') + u"}";
+  };
+  EXPECT_NE(infoWith(attached, nested(1000)), "");
+  EXPECT_EQ(infoWith(attached, nested(1001)), "");
+}
+
 TEST_F(ChannelInfo, AttachedTextThatIsNestedTooDeepMakesNoDocument) {
   EXPECT_EQ(infoWith(attached, std::u16string(5000, u'[')), "");
   const Lines lines = logs();
