@@ -4,9 +4,9 @@
 
 #include "Log.h"
 
-// Calls to the set, which may throw, and interfaces, which may be missing. A missing interface counts as the call
-// having failed; a call that throws fails the operation that makes it, also where a mere failure of that call would
-// not.
+// Calls to the set, which may throw, and interfaces, which may be missing. A call that throws, or that has no interface
+// to go to, has failed; the exception is logged. Where an operation carries on after an ordinary failure of a call it
+// makes the call through `Reach`, so that an exception still ends it.
 
 namespace kel {
 
@@ -31,7 +31,8 @@ Result Try(Location at, Result failed, Call call, int level = kFailure) {
   return failed;
 }
 
-/// Makes a call whose own failure the operation goes on after. @return false when it throws, which ends the operation.
+/// Makes a call whose ordinary failure its caller carries on after. @return false when it throws: the caller then
+/// fails.
 template <typename Call>
 bool Reach(Location at, Call call) {
   return Try(at, false, [&] {
@@ -40,7 +41,7 @@ bool Reach(Location at, Call call) {
   });
 }
 
-/// Result of a failed call where success is a number above 0, or 0.
+/// Result of a failed call, for all calls but those of which 0 alone is a failure.
 inline constexpr int kFailed = -1;
 
 /// What `call` answers for an interface; -1 when there is none or the call throws.

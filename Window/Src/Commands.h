@@ -9,16 +9,18 @@
 #include "EmpTaskWindow.h"
 
 // The command table: what a row is made of. The rows stand in Commands.cpp. Used by the engine, and by the tools that
-// write the catalogue of commands.
+// write the catalogue of commands. The one command that takes a parameter list has another way through the engine and
+// no row for it.
 
 namespace kel {
 
 /// How a text parameter is read.
 enum class Parse {
   none,  ///< the command has no such parameter
-  dec,   ///< decimal digits at the front, 0 for garbage; clamped to the range of `int`
-  num,   ///< a whole decimal number; anything else does not parse and reads as the preset
-  u64,   ///< unsigned 64-bit: decimal, 0x hexadecimal or 0 octal digits at the front
+  dec,   ///< the decimal number at the front, behind white space and a sign; 0 for garbage, clamped to `int`
+  num,   ///< the whole text as a decimal number, with or without a sign; any other does not parse, the preset stays
+  u64,   ///< unsigned 64-bit at the front, behind white space and a sign, decimal, 0x hexadecimal or 0 octal; -1 is all
+         ///< ones, and so is a number beyond the range; 0 for garbage
   text,  ///< taken as it is
 };
 
@@ -32,11 +34,11 @@ inline constexpr std::size_t kParameters = 4;
 
 /// A call's parameters, read as its row states.
 struct Arguments {
-  std::array<int, kParameters> number{};  ///< of `dec` and `num`
-  std::array<bool, kParameters> parsed{};
-  std::array<bool, kParameters> given{};  ///< the text is not empty
-  unsigned long long id = 0;              ///< of `u64`
-  const std::string* text = nullptr;      ///< of `text`
+  std::array<int, kParameters> number{};   ///< of `dec` and `num`
+  std::array<bool, kParameters> parsed{};  ///< of `num`
+  std::array<bool, kParameters> given{};   ///< the text is not empty
+  unsigned long long id = 0;               ///< of `u64`
+  const std::string* text = nullptr;       ///< of `text`
 };
 
 /// What a command answers. A negative worker result is answered as it is, as a number, where nothing else is said here
@@ -47,7 +49,7 @@ enum class Answer {
   name,        ///< UTF-16 text
   ascii,       ///< text
   text,        ///< document, whatever the worker's result; -1 when there is none on the ISP source
-  textOrCode,  ///< document when the worker answers 1, else its result
+  textOrCode,  ///< document or other text, for any result that is not negative; some handlers demand a 1
   textOrNone,  ///< document when the worker answers 1, else -1
 };
 

@@ -11,7 +11,9 @@ namespace kel {
 /// The document as indented text, its members sorted by name. @throws what the JSON library throws.
 std::string WriteJson(const Json::Value& document);
 
-/// Reads a text. @return false when it is no JSON. @throws what the JSON library throws, for one at deep nesting.
+/// Reads the value at the front of a text; what follows it is not looked at. Comments are taken in, and written again
+/// with the value. @return false when there is no JSON value. @throws what the JSON library throws, as when values are
+/// nested more than a thousand deep.
 bool ReadJson(const std::string& text, Json::Value& document);
 
 }  // namespace kel

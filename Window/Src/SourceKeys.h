@@ -8,7 +8,7 @@
 
 namespace kel {
 
-/// Both answer false when the store fails or throws. @param at  the operation that asks.
+/// Each answers false when the store fails or throws. @param at  the operation that asks.
 inline bool ReadKey(Location at, const char* key, int& value) {
   return Try(at, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
 }

@@ -11,7 +11,8 @@ class CEmpAppWindow : public CEmpAppBase {
   CEmpAppWindow();
   ~CEmpAppWindow() override;
 
-  /// A new engine, owned by the framework; null when none could be made. Called for each client that opens the plug-in.
+  /// A new engine, owned by the framework; null when none could be made. One whose worker could not be made or could
+  /// not connect is an engine all the same. Called for each client that opens the plug-in.
   CEmpEngineBase* CreateEmpEngine() override;
 };
 

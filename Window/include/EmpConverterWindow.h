@@ -10,7 +10,7 @@ enum _PL_WINDOW_WINDOW : int { PL_WINDOW_WINDOW_MAIN = 0, PL_WINDOW_WINDOW_PIP =
 enum _PL_WINDOW_Source : int {
   PL_WINDOW_SOURCE_TV = 0,
   PL_WINDOW_SOURCE_TVS_LAST = 42,  ///< 0 to 42 are sources of the TV service
-  PL_WINDOW_SOURCE_NONE = 43,      ///< no source of the TV service is active
+  PL_WINDOW_SOURCE_NONE = 43,      ///< no source of the TV service is active, or its state is not told
   PL_WINDOW_SOURCE_ISP = 48,
   PL_WINDOW_SOURCE_UNKNOWN = 100,  ///< preset of a source that is about to be asked for
 };
@@ -59,7 +59,7 @@ class CEmpConverterWindow {
  public:
   /// The TC value of a PL value, or the other way round: the other column of the first pair that matches.
   /// @param id  the table; trusted.
-  /// @return 0 when no pair matches.
+  /// @return 0 when no pair matches, which some pairs answer as well.
   static int GetTCValue(int plValue, _PL_WINDOW_MAPPING_TABLE_ID id);
   static int GetPLValue(int tcValue, _PL_WINDOW_MAPPING_TABLE_ID id);
 
@@ -70,7 +70,8 @@ class CEmpConverterWindow {
   /// with the default service mode.
   static TSTvMode GetTCTVModeValue(_PL_WINDOW_TV_MODE mode);
 
-  /// The service mode that the set's region and country use, read anew on each call; -1 when it can't be told.
+  /// The service mode that the set's region and country use, read anew on each call; -1 when one of them can't be read,
+  /// also because of an exception.
   static int t_GetDefaultServiceMode();
 
  protected:

@@ -39,7 +39,7 @@ class CEmpAppBase {
   /// Closes every engine.
   virtual void Destroy();
 
-  /// The same five under a number.
+  /// The first four under a number.
   virtual bool Open(int id, const std::string& appId, const std::string& widgetId, const std::string& profile);
   virtual bool Close(int id);
   virtual bool Execute(std::string& ret, int id, const std::string& cmd, const std::string& p1, const std::string& p2,

@@ -28,15 +28,15 @@ class CEmpEngineBase {
   virtual bool Execute(std::string& ret, const std::string& cmd, const std::string& p1, const std::string& p2,
                        const std::string& p3, const std::string& p4) = 0;
 
-  /// Runs a command with a parameter list; `ret` and the result as in `Execute`.
+  /// Runs a command with a parameter list; `ret` and the result as in `Execute`. A command may leave `ret` as it was.
   virtual bool ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& params) = 0;
 
   /// Called by the framework before it deletes the engine. The base does nothing.
   virtual void Destroy();
 
-  /// Called by the framework when it opens the engine, and when the calling application changes.
+  /// Called by the framework right after the engine was made, and when the calling application changes.
   ///
-  /// @param id         number under which the engine was opened.
+  /// @param id         number under which the engine was opened; 0 for one that was opened under a name.
   /// @param appId      id of the calling application, empty when unknown.
   /// @param widgetId   id of its widget, empty when unknown.
   /// @param profile    the framework's own profile text, not used here.

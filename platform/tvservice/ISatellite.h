@@ -8,7 +8,7 @@ class ISatellite {
   virtual ~ISatellite();
 
   /// Hands a transponder to the manager, which looks it up among those it knows.
-  /// @param result  the transponder's id, 65535 when it is not known.
+  /// @param result  receives the transponder's id; left as it is when the transponder is not known.
   /// @return greater than 0 on success.
   virtual int LookupTransponder(const TSTransponder& transponder, unsigned short& result) = 0;
 };

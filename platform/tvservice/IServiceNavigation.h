@@ -16,11 +16,11 @@ class IServiceNavigation {
 
   /// Tunes the window to a service. @param appId  the application that asks. The middle arguments are 0 here.
   virtual int TuneService(const unsigned long long& serviceId, int, int, const std::string& appId) = 0;
-  /// The window's TV mode; exactly 1 where a caller asks for more than "greater than 0".
+  /// The window's TV mode. @return 1 on success.
   virtual int GetTvMode(TSTvMode& mode) = 0;
   /// Changes the window's TV mode.
   virtual int SetTVMode(TSTvMode mode, const std::string& appId) = 0;
-  /// The service on screen, with the fields that the criteria fetch.
+  /// The service on screen, with the fields that the criteria fetch, whether or not their conditions select it.
   virtual int GetCurrentService(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) = 0;
   /// Id of the service watched before the current one.
   virtual int GetPreviousServiceId(TSTvMode mode, unsigned long long& serviceId) = 0;
@@ -35,10 +35,11 @@ class IServiceNavigation {
   virtual int GetOptimumService(TCCriteriaHelper& criteria, TCServiceData& service, TSTvMode mode) = 0;
   /// Appends a new record for each service that meets the criteria; the caller deletes them, also after a failure.
   /// @param mode  limits the services; (-1, -1) for any. The trailing arguments are 0 here.
+  /// @return greater than 0 on success, such as the number of services.
   virtual int GetServiceList(TCCriteriaHelper& criteria, std::list<TCServiceData*>& services, TSTvMode mode, int,
                              int) = 0;
   /// The service, and the source, that the set starts with.
   virtual int GetStartService(unsigned long long& serviceId, int& source) = 0;
-  /// The service on screen, with the fields that the criteria fetch, whether or not their conditions select it.
+  /// The same as `GetCurrentService`.
   virtual int GetCurrentServiceInfo(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) = 0;
 };

@@ -18,7 +18,7 @@ class ISourceControl {
   virtual int GetPreviousSourceInfo(ESource& source) = 0;
   /// Switches the window to a source. @param appId  the application that asks.
   virtual int SetSource(ESource source, const std::string& appId) = 0;
-  /// Switches the window to a source and, where it is a tuner's, to a service of it.
+  /// Switches the window to a source, with a service on its screen.
   virtual int SetSource(ESource source, unsigned long long serviceId, const std::string& appId) = 0;
   /// Leaves the window without a source of the TV service.
   virtual int DeactivateSource() = 0;

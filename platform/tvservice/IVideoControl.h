@@ -2,9 +2,9 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-/// The video plane of one window, in base-screen pixels. Made by `TVServiceAPI::CreateVideoControl`; owned by the
-/// library. Unless an operation says otherwise it answers at least 1 on success, and outputs are not to be read
-/// after a failure.
+/// The video plane of one window, in base-screen pixels where nothing else is said. Made by
+/// `TVServiceAPI::CreateVideoControl`; owned by the library. Unless an operation says otherwise it answers at least 1
+/// on success, and outputs are not to be read after a failure.
 class IVideoControl {
  public:
   virtual ~IVideoControl();
@@ -15,9 +15,9 @@ class IVideoControl {
   virtual int GetSize(int* x, int* y, int* height, int* width) = 0;
   /// Gives the picture its default place; that of the main window is the whole screen.
   virtual int SetDefaultSize() = 0;
-  /// The picture's active part after the broadcaster's format description.
+  /// The part of the screen that the picture's content fills, by the broadcaster's format description.
   virtual int GetAFDGeometryRectSize(int* x, int* y, int* width, int* height) = 0;
-  /// Shows the part `crop` of the source picture in the rectangle `display`.
+  /// Shows the part `crop` of the source picture, in its pixels, in the rectangle `display` of the base screen.
   virtual int SetCropArea(TSRectInfo* crop, TSRectInfo* display) = 0;
   /// The rectangles of the last crop.
   virtual int GetCropArea(TSRectInfo* crop, TSRectInfo* display) = 0;

@@ -8,7 +8,7 @@
 class TCNavigationModeHelper {
  public:
   /// The services that a navigation mode goes through in a TV mode.
-  /// @param serviceId  limits the navigation to the list around one service; all ones for none.
+  /// @param serviceId  all ones here, which stands for none.
   static int GetNavigationCriteria(ENavigationMode navigationMode, TSTvMode tvMode, TCCriteriaHelper& criteria,
                                    unsigned long long serviceId);
   /// The same with the TV mode first.

@@ -12,8 +12,9 @@ class ITunerControl;
 class IVideoControl;
 class ServiceDataAux;
 
-/// Factories of the TV service's interfaces. Each makes an interface for a window (`profile`; `index` is 0 here),
-/// writes its pointer and answers 0; on failure it answers another number. The library owns what it makes.
+/// Factories of the TV service's interfaces. Each makes an interface, of a window where it takes a `profile` (`index`
+/// is 0 here), and of the whole set otherwise. Unless it says otherwise it writes the pointer and answers 0; on failure
+/// it answers another number. The library owns what it makes.
 class TVServiceAPI {
  public:
   static int CreateService(IService** service);
@@ -24,7 +25,7 @@ class TVServiceAPI {
   static int CreateDataControl(EProfile profile, int index, IDataControl** control);
   static int CreateTunerControl(EProfile profile, int index, ITunerControl** control);
 
-  /// The set's one satellite manager; judged by its pointer alone.
+  /// The set's one satellite manager. Success is a pointer that is not null, whatever the number.
   static int CreateSatellite(ISatellite** satellite);
 
   /// Answers the interface itself; null on failure.
