@@ -1,0 +1,40 @@
+""".ci/run on a scratch tree."""
+
+import unittest
+
+from scratch import ScratchTest
+
+STEPS = ["test", "run", "tools/instructions", "tools/proof", "tools/check"]
+
+
+class CiTest(ScratchTest):
+    """A clone whose steps note the folder of channel lists that they are given."""
+
+    def setUp(self):
+        super().setUp()
+        self.copy(".ci/run")
+        (self.root / ".ci").rename(self.write("clone/kept", "").parent / ".ci")
+        for step in STEPS:
+            self.write(f"clone/{step}", f'#!/bin/sh\necho "{step} $EMP_WINDOW_LISTS" >> "{self.root}/seen"\n', executable=True)
+
+    def seen(self, **environment):
+        """What the steps were given, by step."""
+        done = self.call(self.root / "clone/.ci/run", env={"EMP_WINDOW_LISTS": "", **environment})
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        lines = (self.root / "seen").read_text().splitlines()
+        return dict(line.split(" ", 1) for line in lines)
+
+    def test_runs_each_step_with_the_channel_lists_beside_the_checkout(self):
+        lists = self.write("shared/data/lists/a.conf", "").parent
+        self.assertEqual(self.seen(), dict.fromkeys(STEPS, str(lists)))
+
+    def test_runs_without_channel_lists_where_there_are_none(self):
+        self.assertEqual(self.seen(), dict.fromkeys(STEPS, ""))
+
+    def test_takes_the_channel_lists_that_it_is_told_of(self):
+        self.write("shared/data/lists/a.conf", "")
+        self.assertEqual(self.seen(EMP_WINDOW_LISTS="/other lists"), dict.fromkeys(STEPS, "/other lists"))
+
+
+if __name__ == "__main__":
+    unittest.main()
