@@ -196,6 +196,14 @@ TEST_F(StartService, TheSourceIsOnlyLogged) {
   EXPECT_EQ(idOf(record), 282U);
 }
 
+TEST_F(StartService, IdAndSourceThatTheSetDoesNotTellAreUnknown) {
+  TCServiceData record;
+  EXPECT_EQ(
+      under("IServiceNavigation::GetStartService result=unwritten", [&] { return worker.t_GetStartService(record); }),
+      0);
+  EXPECT_EQ(logs(), Lines({"3 serviceId = 18446744073709551615, source = -1", "0 Fail to FindService!!!"}));
+}
+
 TEST_F(StartService, EachFailedCallAnswers0WithItsOwnLine) {
   const std::vector<std::tuple<std::string, Lines, std::string>> steps{
       {"IServiceNavigation::GetStartService", {}, "0 Fail to GetStartService!!!"},

@@ -192,13 +192,12 @@ TEST_F(TvModeTest, DefaultServiceModeIsMinusOneWhenASettingThrows) {
                            "0 system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry) failed"}));
 }
 
-TEST_F(TvModeTest, DefaultServiceModeOfValuesThatNobodyWroteIsThatOfKnownOnes) {
+TEST_F(TvModeTest, DefaultServiceModeOfValuesThatNobodyWroteIsThatOfTheCountry0) {
   fault("system_info_get_value_int always result=unwritten");
   fault("system_settings_get_value_int always result=unwritten");
-  const int first = CEmpConverterWindow::t_GetDefaultServiceMode();
+  EXPECT_EQ(CEmpConverterWindow::t_GetDefaultServiceMode(), 0);
   setPlace(fixedRegion, 63);
-  EXPECT_EQ(CEmpConverterWindow::t_GetDefaultServiceMode(), first) << "the values before the call are defined";
-  EXPECT_TRUE((std::set<int>{0, 1, 2, 21}.count(first))) << first;
+  EXPECT_EQ(CEmpConverterWindow::t_GetDefaultServiceMode(), 0) << "the values before the call are defined";
 }
 
 }  // namespace

@@ -34,8 +34,9 @@ TEST_F(AttachedText, IsConvertedFromBigEndianUnits) {
 
 TEST_F(AttachedText, EveryUnitTakesItsOneTwoOrThreeBytes) {
   const std::vector<std::pair<char16_t, std::string>> units{
-      {0x0001, "\x01"},         {0x007F, "\x7F"},         {0x0080, "\xC2\x80"},     {0x07FF, "\xDF\xBF"},
-      {0x0800, "\xE0\xA0\x80"}, {0xD7FF, "\xED\x9F\xBF"}, {0xE000, "\xEE\x80\x80"}, {0xFFFF, "\xEF\xBF\xBF"}};
+      {0x0001, "\x01"},         {0x007F, "\x7F"},         {0x0080, "\xC2\x80"},
+      {0x07FF, "\xDF\xBF"},     {0x0800, "\xE0\xA0\x80"}, {0xD7FF, "\xED\x9F\xBF"},
+      {0xE000, "\xEE\x80\x80"}, {0xFFFF, "\xEF\xBF\xBF"}, {u'日', "日"}};
   for (const auto& [unit, utf8] : units) EXPECT_EQ(converted(std::u16string(1, unit)), utf8) << static_cast<int>(unit);
   EXPECT_EQ(converted(std::u16string(u"a\0b", 3)), std::string("a\0b", 3));
 }
@@ -43,6 +44,7 @@ TEST_F(AttachedText, EveryUnitTakesItsOneTwoOrThreeBytes) {
 TEST_F(AttachedText, APairOfSurrogatesIsOneCharacterOfFourBytes) {
   EXPECT_EQ(converted(u"\xD800\xDC00"), "\xF0\x90\x80\x80");
   EXPECT_EQ(converted(u"x\xD83D\xDE00y"), "x😀y");
+  EXPECT_EQ(converted(u"\xD83D\xDCFA"), "📺");
   EXPECT_EQ(converted(u"\xDBFF\xDFFF"), "\xF4\x8F\xBF\xBF");
 }
 

@@ -276,6 +276,13 @@ TEST_F(DetailTest, TheStacksOwnOperationFailsWithMinusOneAndADocument) {
   }
 }
 
+TEST_F(DetailTest, TheStacksOwnOperationFailsWithMinusOneWhenNoDocumentCanBeWritten) {
+  showIsp();
+  const WriterFault writer;
+  EXPECT_EQ(worker.GetResolutionDetail_D2TV(text), -1);
+  EXPECT_EQ(text, untouched);
+}
+
 // Through the engine.
 
 class DetailCommand : public support::EngineTest {

@@ -34,8 +34,11 @@ TEST_F(SatelliteCommandTest, WithoutANumberForTheFormItAnswersMinusOneAndAsksThe
 }
 
 TEST_F(SatelliteCommandTest, OnlyTheForm0IsKnown) {
-  for (const char* form : {"1", "-1", "2147483647"}) EXPECT_EQ(execute(command, {description(), form}), "int 0");
-  forget();
+  for (const char* form : {"1", "-1", "2147483647"}) {
+    forget();
+    EXPECT_EQ(execute(command, {description(), form}), "int 0");
+    EXPECT_EQ(calls(), Lines()) << form;
+  }
   execute(command, {description(), "+0"});
   EXPECT_FALSE(calls().empty()) << "this is 0 too";
 }

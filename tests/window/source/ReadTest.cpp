@@ -92,6 +92,12 @@ TEST_F(ReadTest, GetSourceFailsWhenThePreviousSourceCannotBeRead) {
   EXPECT_EQ(source, untouched);
 }
 
+TEST_F(ReadTest, GetSourceAnswers0ForAPreviousSourceThatTheStoreLeavesOut) {
+  only("vconf_get_int result=unwritten");
+  EXPECT_EQ(getSource(6), 1);
+  EXPECT_EQ(source, 0);
+}
+
 TEST_F(ReadTest, GetSourceFailsForAPreviousSourceThatWasNeverStored) {
   worker.SetWindow(PL_WINDOW_WINDOW_PIP);
   forget();

@@ -172,6 +172,13 @@ TEST_F(OperationTest, SetPreviousSourceTakesWhateverNumberIsStored) {
   EXPECT_EQ(shown(), 5);
 }
 
+TEST_F(OperationTest, SetPreviousSourceSwitchesToTvWhenTheStoreLeavesTheNumberOut) {
+  fault("vconf_get_int result=unwritten");
+  EXPECT_EQ(worker.SetPreviousSource(), 1);
+  EXPECT_EQ(logs(), join({{previousRead(0)}, switched(0, 0)}));
+  EXPECT_EQ(intSetting(mainKey), 0);
+}
+
 TEST_F(OperationTest, SetPreviousSourceFailsWhenTheSourceCannotBeRead) {
   fault("vconf_get_int result=-1");
   EXPECT_EQ(worker.SetPreviousSource(), 0);
