@@ -4,8 +4,8 @@
 
 namespace virtualtv {
 
-/// The set can't read or keep what it stores. Its text is one line for a person, to be printed as it is: the file, what
-/// was being done, and why it can't be.
+/// The set can't read or persist what it stores. Its text is a sentence for a person: the file, what was being done, and
+/// why it can't be. It may quote what is stored, as it stands: whoever prints it escapes it, as all that is printed.
 class StoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

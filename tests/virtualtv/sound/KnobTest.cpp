@@ -116,16 +116,6 @@ TEST_F(TrackKnobs, SayWhereAKeptListIsDamaged) {
             "is wanted, not 'x'");
 }
 
-TEST_F(TrackKnobs, SayInOneLineThatAKeptListIsDamaged) {
-  Statement(storage.parts().database, "UPDATE set_state SET value = '1:x' || char(10) WHERE key = 'isp.audio'",
-            "damage the set")
-      .run();
-  tv.reset();
-  const std::string failure = failureOf([&] { tv.emplace(storage); });
-  EXPECT_EQ(failure.find('\n'), std::string::npos) << failure;
-  EXPECT_NE(failure.find("'1:x\\x0A'"), std::string::npos) << failure;
-}
-
 TEST_F(TrackKnobs, DoNotTurnWhereTheyCannotBeKept) {
   breakStore();
   for (const auto& list : lists) {

@@ -1,5 +1,6 @@
 #include "virtualtv/shell/program/Program.h"
 
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -425,6 +426,16 @@ TEST_F(ClosedStreamProgramTest, AllMayBeClosed) {
   EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"exec", "GetSource"}).status, 2);
   EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"shell"}).status, 0);
   expectLockIntact();
+}
+
+TEST_F(ProgramTest, WhatIsDamagedIsQuotedInOneLine) {
+  run({"exec", "GetTVMode"});
+  sqlite3* handle = nullptr;
+  ASSERT_EQ(sqlite3_open((folder / "xdg/emp-window/tv.db").c_str(), &handle), SQLITE_OK);
+  const char* damage = "UPDATE set_state SET value = '1:x' || char(10) WHERE key = 'isp.audio'";
+  EXPECT_EQ(sqlite3_exec(handle, damage, nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(handle);
+  expectError(run({"exec", "GetTVMode"}), {"cannot read isp.audio of the set that is kept: track 1, '1:x\\x0A'"});
 }
 
 }  // namespace
