@@ -115,6 +115,7 @@ Lines withoutConditions(const Lines& calls) {
 }
 
 void furnish(Tv& tv, const std::vector<Service>& services) {
+  tv.services().replaceAll({});  // of which nothing shall stay
   tv.import(services, false);
   tv.adjust(WindowId::main, [](virtualtv::TvState& state) {
     state.region = 0;

@@ -207,6 +207,7 @@ void TvTest::setSetting(const std::string& key, const std::string& value) {
 }
 
 void TvTest::setServices(const std::vector<virtualtv::Service>& services) {
+  tv_->services().replaceAll({});  // of which nothing shall stay
   tv_->import(services, false);
 }
 

@@ -28,6 +28,7 @@ struct KnownField {
   FieldKind kind;
   const char* column;
   const char* compared;  ///< the column that conditions look at
+  bool listed;           ///< channel lists tell it; all other fields are what the user makes of a service
 };
 
 std::span<const KnownField> knownFields();

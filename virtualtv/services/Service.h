@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -71,6 +72,15 @@ struct Service {
   std::map<std::uint8_t, bool> favourites;  ///< favourite group and membership
 
   bool operator==(const Service&) const = default;
+};
+
+/// What became of the services of a set when those of a list were taken in.
+struct ServiceChanges {
+  std::size_t added = 0;
+  std::size_t changed = 0;  ///< the list tells something else of them than before
+  std::size_t gone = 0;
+
+  bool operator==(const ServiceChanges&) const = default;
 };
 
 }  // namespace virtualtv

@@ -1,6 +1,9 @@
 #include "services/ServiceStore.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "services/Fields.h"
@@ -14,6 +17,23 @@ constexpr const char* changing = "change a field of a service";
 
 std::int64_t idColumn(std::uint64_t serviceId) {
   return *toColumn(knownField(TCServiceData::SERVICE_ID), serviceId);
+}
+
+/// A service of the set as a list updates it.
+Service updated(const Service& before, const Service& listed) {
+  const auto isUsers = [](const auto& field) {
+    const KnownField* known = knownField(field.first);
+    return known == nullptr || !known->listed;
+  };
+  const auto keepUsers = [&](auto& fields, const auto& fieldsBefore) {
+    std::erase_if(fields, isUsers);
+    std::copy_if(fieldsBefore.begin(), fieldsBefore.end(), std::inserter(fields, fields.end()), isUsers);
+  };
+  Service service = listed;
+  keepUsers(service.numbers, before.numbers);
+  keepUsers(service.texts, before.texts);
+  service.favourites = before.favourites;
+  return service;
 }
 
 // Reads the first row of a run into a record, if there is one.
@@ -65,6 +85,12 @@ std::optional<ServiceKey> ServiceStore::keyOf(std::uint64_t serviceId) {
   return spot->key;
 }
 
+std::optional<ServiceKey> ServiceStore::keyOf(const Service& service) {
+  const auto id = service.numbers.find(TCServiceData::SERVICE_ID);
+  if (id == service.numbers.end()) return std::nullopt;
+  return keyOf(id->second);
+}
+
 bool ServiceStore::exists(ServiceKey key) {
   return exists_.query(key).next();
 }
@@ -76,15 +102,48 @@ void ServiceStore::replaceAll(const std::vector<Service>& services) {
   transaction.commit();
 }
 
-void ServiceStore::merge(const std::vector<Service>& services) {
+ServiceChanges ServiceStore::merge(const std::vector<Service>& services) {
   Transaction transaction(database_, "merge services");
-  for (const Service& service : services) {
-    const auto id = service.numbers.find(TCServiceData::SERVICE_ID);
-    const auto key = id == service.numbers.end() ? std::nullopt : keyOf(id->second);
-    if (key) tables_.remove(*key);
+  ServiceChanges changes;
+  for (const Service& listed : services) {
+    const auto key = keyOf(listed);
+    if (!key) {
+      tables_.insert(std::nullopt, listed);
+      ++changes.added;
+      continue;
+    }
+    const Service before = tables_.read(*key).value();
+    const Service service = updated(before, listed);
+    if (service == before) continue;
+    tables_.remove(*key);
     tables_.insert(key, service);
+    ++changes.changed;
   }
   transaction.commit();
+  return changes;
+}
+
+ServiceChanges ServiceStore::renew(const std::vector<Service>& services) {
+  Transaction transaction(database_, "renew the services");
+  ServiceChanges changes;
+  std::vector<Service> renewed;
+  std::set<ServiceKey> found;
+  for (const Service& listed : services) {
+    const auto key = keyOf(listed);
+    if (!key) {
+      renewed.push_back(listed);
+      ++changes.added;
+      continue;
+    }
+    found.insert(*key);
+    const Service before = tables_.read(*key).value();
+    renewed.push_back(updated(before, listed));
+    if (renewed.back() != before) ++changes.changed;
+  }
+  changes.gone = size() - found.size();
+  replaceAll(renewed);
+  transaction.commit();
+  return changes;
 }
 
 ServiceKey ServiceStore::add(const Service& service) {

@@ -43,8 +43,14 @@ class ServiceStore {
 
   /// Keeps these in place of all there were, with keys from 1 on in their order.
   void replaceAll(const std::vector<Service>& services);
-  /// Each takes the place, and the key, of the one with its service id; where there is none it is added.
-  void merge(const std::vector<Service>& services);
+  // The services of a channel list. One whose id the set has is that service: it keeps its favourites and all fields
+  // that no list tells (see `KnownField::listed`), whatever the new one has there; all else is the new one's.
+
+  /// Adds these to those there are. A service that the set has already stays under its key.
+  ServiceChanges merge(const std::vector<Service>& services);
+  /// Keeps these alone, with keys from 1 on in their order.
+  ServiceChanges renew(const std::vector<Service>& services);
+
   ServiceKey add(const Service& service);
   /// @return false when there is no such service. So below.
   bool remove(ServiceKey key);
@@ -94,6 +100,8 @@ class ServiceStore {
   bool at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record);
 
  private:
+  std::optional<ServiceKey> keyOf(const Service& service);
+
   struct Spot {
     std::int64_t place;
     ServiceKey key;

@@ -229,33 +229,6 @@ bool Tv::setFavourites(std::uint8_t group, const std::list<std::pair<unsigned lo
   return true;
 }
 
-void Tv::import(const std::vector<Service>& services, bool add) {
-  if (services.empty()) throw std::invalid_argument("there are no services to import");
-  Transaction transaction(storage_.parts().database, "import services");
-  if (add) {
-    this->services().merge(services);
-  } else {
-    this->services().replaceAll(services);
-  }
-  const Service& first = services.front();
-  TvState next = state_;
-  next.startServiceId = first.numbers.at(TCServiceData::SERVICE_ID);
-  next.startSource = SOURCE_TV;
-  const TvMode mode{static_cast<int>(first.numbers.at(TCServiceData::ANTENNA_MODE)), 0};
-  for (const WindowId window : windowIds) {
-    next[window].mode = mode;
-    next[window].bring(add ? next[window].service : 0);  // it may have other tracks now
-    if (!add) next[window].previousService = 0;
-  }
-  WindowState& main = next[WindowId::main];
-  if (add) main.previousService = main.service;
-  main.bring(this->services().keyOf(next.startServiceId).value_or(0));
-  storage_.parts().state.setAll(keptOf(next));
-  transaction.commit();
-  state_ = std::move(next);
-  announce(Event::Kind::servicesChanged, WindowId::main);
-}
-
 void Tv::reset() {
   Storage::Parts& parts = storage_.parts();
   state_ = furnish(parts.database, parts.services, parts.settings, parts.state);

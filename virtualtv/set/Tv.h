@@ -120,9 +120,12 @@ class Tv {
   /// Puts services into a favourite group or takes them out, by their ids: all of them, or none and false where the set
   /// does not have one.
   bool setFavourites(std::uint8_t group, const std::list<std::pair<unsigned long long, bool>>& members);
-  /// Replaces the services, or merges these into them; the TV mode follows the first of them, which becomes the
-  /// start service and, in the main window, the current one. All of it or nothing.
-  void import(const std::vector<Service>& services, bool add);
+  /// Takes the services of a channel list in, in place of those of the set or, to `add`, beside them. A service is the
+  /// same where its id is: what the user made of it stays, and so does what a window shows and the set starts with,
+  /// where that is still there. What is gone gives way to the first service of the list; the TV mode of a window
+  /// follows it then. All of it or nothing.
+  /// @throws std::invalid_argument when there are no services.
+  ServiceChanges import(const std::vector<Service>& services, bool add);
   /// Back to the embedded set, settings keys included.
   void reset();
   /// Anything else that is set from outside: `change` edits the state.

@@ -27,8 +27,8 @@ SOURCES = {0: 0, 15: 1, 31: 13, 32: 14, 35: 17}
 LINES = 400  # a set that is not killed is through with them after a second or so
 LONGEST = 0.12  # seconds that a set may live, but for the time that the first reply takes
 PATIENCE = 10  # seconds that the first reply may take
-# The second brings some services of the first again.
-LISTS = {"a.conf": range(1, 41), "b.conf": [*range(1, 11), *range(101, 151)]}
+# The second brings some services of the first again, the third none of either.
+LISTS = {"a.conf": range(1, 41), "b.conf": [*range(1, 11), *range(101, 151)], "c.conf": range(201, 206)}
 
 MAIN, BEFORE, PIP = "setting db/emp/mainsource", "setting db/emp/previousmainsource", "setting db/emp/pipsource"
 APPLICATION, COUNT = "setting db/kel/current_source_type", "setting kill/count"
@@ -155,8 +155,10 @@ def marking(service):
 
 def round_of_imports(services):
     """Lines that import each list in place of another and one on top, and mark services between: what is there again in
-    the second list, and what is not. @param services  ids of the first list"""
-    return [".import a.conf", *marking(services[0]), *marking(services[-1]), ".import b.conf --add", ".import b.conf"]
+    the second list, and what is not. The list in front shares no service with them, so nothing of the round before
+    stays. @param services  ids of the first list"""
+    return [".import c.conf", ".import a.conf", *marking(services[0]), *marking(services[-1]), ".import b.conf --add",
+            ".import b.conf"]
 
 
 def of_imports(kept):

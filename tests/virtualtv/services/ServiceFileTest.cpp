@@ -48,7 +48,7 @@ TEST_F(ServiceFile, KeepsEveryWriteWhenTheProcessDies) {
     Database database(file, serviceSchema);
     ServiceStore store(database);
     store.replaceAll(manyServices(3));
-    store.merge({serviceOf(1, 77)});
+    store.merge({serviceOf(1, 77), serviceOf(9, 78)});
     store.setFavourite(2, 5, true);
     store.set(1, 200, std::uint64_t{12});
     store.setAudio(1, {});
@@ -61,10 +61,12 @@ TEST_F(ServiceFile, KeepsEveryWriteWhenTheProcessDies) {
   expected[0].numbers[200] = 12;
   expected[0].audio.clear();
   expected[1] = serviceOf(1, 77);
+  expected[1].numbers[200] = 1;  // which no list tells
   expected[2].favourites[5] = true;
   EXPECT_EQ(store.read(1), expected[0]);
   EXPECT_EQ(store.read(2), expected[1]);
   EXPECT_EQ(store.read(3), expected[2]);
+  EXPECT_EQ(store.read(4), serviceOf(9, 78));
 }
 
 TEST_F(ServiceFile, KeepsWhatItHadWhenTheDiskFillsUpInTheMiddle) {

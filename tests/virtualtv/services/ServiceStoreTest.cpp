@@ -167,6 +167,8 @@ TEST_F(Services, AreReplacedAllOrNotAtAll) {
   EXPECT_EQ(all(), before);
   EXPECT_EQ(refusalOf([&] { store.merge({serviceOf(1, 9), broken}); }), "field 2 (PTC) can't hold 70000");
   EXPECT_EQ(all(), before);
+  EXPECT_EQ(refusalOf([&] { store.renew({serviceOf(1, 9), broken}); }), "field 2 (PTC) can't hold 70000");
+  EXPECT_EQ(all(), before);
 }
 
 TEST_F(Services, StayAsTheyWereWhenTheDiskIsFull) {
@@ -188,17 +190,43 @@ TEST_F(Services, StayAsTheyWereWhenTheDiskIsFull) {
 TEST_F(Services, MergedOnesTakeThePlaceOfThoseWithTheirId) {
   store.replaceAll({wholeService(1), serviceOf(2, 20), serviceOf(3, 30)});
   Service changed = serviceOf(2, 5);
-  store.merge({changed, serviceOf(4, 40)});
+  EXPECT_EQ(store.merge({changed, serviceOf(4, 40), serviceOf(3, 30)}), (ServiceChanges{1, 1, 0}));
   EXPECT_EQ(store.read(1), wholeService(1));
   EXPECT_EQ(store.read(2), changed);
   EXPECT_EQ(store.keyOf(4), 4);
   EXPECT_EQ(store.size(), 4U);
 }
 
-TEST_F(Services, MergedOnesLeaveNothingOfThoseThatTheyReplace) {
-  store.add(wholeService(1));
-  store.merge({serviceOf(1, 1)});
-  EXPECT_EQ(store.read(1), serviceOf(1, 1));
+TEST_F(Services, TakenFromAListLeaveNothingOfWhatListsTellButWhatTheUserMadeOfThem) {
+  const Service before = wholeService(1);
+  Service expected = serviceOf(1, 1);
+  for (const int field : {int{Data::LOCK}, int{HIDDEN}, int{SERVICE_MODE}, 200, -5}) {
+    expected.numbers[field] = before.numbers.at(field);
+  }
+  for (const int field : {int{Data::SERVICE_FIELD_110}, 201}) expected.texts[field] = before.texts.at(field);
+  expected.favourites = before.favourites;
+  store.replaceAll({before, serviceOf(2, 2)});
+  EXPECT_EQ(store.merge({serviceOf(1, 1)}), (ServiceChanges{0, 1, 0}));
+  EXPECT_EQ(store.read(1), expected);
+  store.replaceAll({serviceOf(2, 2), before});
+  EXPECT_EQ(store.renew({serviceOf(1, 1)}), (ServiceChanges{0, 1, 1}));
+  EXPECT_EQ(store.read(1), expected);
+  EXPECT_EQ(store.size(), 1U);
+}
+
+TEST_F(Services, OfAListThatHasThemAllAreAsTheyWere) {
+  store.replaceAll({wholeService(1), wholeService(2)});
+  const std::vector<Service> before = all();
+  EXPECT_EQ(store.merge(before), ServiceChanges());
+  EXPECT_EQ(store.renew(before), ServiceChanges());
+  EXPECT_EQ(all(), before);
+}
+
+TEST_F(Services, RenewedOnesWithOneIdAllStand) {
+  store.replaceAll({wholeService(1), serviceOf(1, 5)});
+  EXPECT_EQ(store.renew({serviceOf(1, 1), serviceOf(1, 2), Service()}), (ServiceChanges{1, 2, 1}));
+  EXPECT_EQ(store.size(), 3U);
+  EXPECT_EQ(store.read(2)->favourites, wholeService(1).favourites);
 }
 
 TEST_F(Services, TheLastOfSeveralMergedWithOneIdStands) {

@@ -135,16 +135,23 @@ TEST_F(InUse, AreTheirPositionsWhateverBecomesOfTheTracks) {
   EXPECT_EQ(currentAudio(), "fails");
 }
 
-TEST_F(InUse, StartAnewWithImportedServices) {
+TEST_F(InUse, StayWhenOtherServicesAreImported) {
   tune(20, pip);
   selectAudio(1);
   selectSubtitle(1);
   selectAudio(1, pip);
   tv->import({serviceOf(40, 0, 4)}, true);
+  EXPECT_EQ(window().inUse, (TracksInUse{1, 1}));
+  EXPECT_EQ(currentAudio(pip), "1 por");
+}
+
+TEST_F(InUse, StartAnewWhenTheServiceIsImportedWithOtherTracksOrGoes) {
+  tune(20, pip);
+  selectAudio(1);
+  selectSubtitle(1);
+  selectAudio(1, pip);
+  tv->import({serviceOf(10, 0, 1)}, true);
   EXPECT_EQ(window().inUse, TracksInUse());
-  EXPECT_EQ(window(pip).inUse, TracksInUse()) << "its service may have come with other tracks";
-  EXPECT_EQ(currentAudio(pip), "0 ita");
-  turn("pip.subtitle", "1");
   tv->import({serviceOf(10, 0, 1)}, false);
   EXPECT_EQ(window(pip).inUse, TracksInUse());
 }

@@ -126,7 +126,7 @@ TEST_F(Tune, AStepStaysInTheListOfItsMode) {
 }
 
 TEST_F(Tune, AStepInAListOfOneStaysThere) {
-  tv->import({serviceOf(10, 0, 1), serviceOf(20, 0, 2, {{HIDDEN, 1}})}, false);
+  tv->import({serviceOf(10, 0, 1), serviceOf(80, 0, 2, {{HIDDEN, 1}})}, false);
   EXPECT_EQ(next(10), 10U);
   EXPECT_EQ(beforeThat(10), 10U);
   EXPECT_EQ(next(10, cable), 0U) << "and finds nothing in an empty one";
