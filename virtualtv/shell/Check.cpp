@@ -6,6 +6,7 @@
 
 #include "shell/Diff.h"
 #include "shell/Files.h"
+#include "shell/Reason.h"
 #include "shell/Session.h"
 #include "shell/Transcript.h"
 
@@ -100,8 +101,8 @@ CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool
   checked.name = file;
   try {
     checkOpened(app, update, checked);
-  } catch (const std::exception& exception) {
-    checked.error = oneLine(exception.what());
+  } catch (...) {
+    checked.error = oneLine(reasonOf(std::current_exception(), "check " + file));
   }
   checked.time = Clock::now() - start;
   return checked;

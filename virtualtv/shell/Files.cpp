@@ -7,8 +7,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <system_error>
+
+#include "shell/Reason.h"
 
 namespace virtualtv::shell {
 
@@ -16,9 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+[[noreturn]] void fail(const char* action, const std::string& file, const std::string& reason) {
+  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " + reason);
+}
+
 [[noreturn]] void fail(const char* action, const std::string& file, int error) {
-  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " +
-                           std::generic_category().message(error));
+  fail(action, file, std::generic_category().message(error));
 }
 
 struct CloseFile {
@@ -57,16 +63,39 @@ class Beside {
   File file_;
 };
 
+/// Appends pieces until there are none. @param read  reads one into a place of a size; answers how much of it there is.
+template <typename Read>
+std::string readAll(const std::string& name, const Read& read) {
+  try {
+    std::string content;
+    char chunk[65536];
+    while (const std::size_t count = read(chunk, sizeof chunk)) {
+      if (content.size() + count > mostRead) fail("read", name, "it has more than 256 MB");
+      content.append(chunk, count);
+    }
+    return content;
+  } catch (const std::bad_alloc&) {
+    fail("read", name, notEnoughMemory);
+  }
+}
+
 }  // namespace
 
 std::string readFile(const fs::path& path, const std::string& name) {
   const File file(std::fopen(path.c_str(), "rb"));
   if (!file) fail("read", name, errno);
-  std::string content;
-  char chunk[65536];
-  while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, file.get())) content.append(chunk, count);
-  if (std::ferror(file.get()) != 0) fail("read", name, errno);  // a folder too ends up here
-  return content;
+  return readAll(name, [&](char* chunk, std::size_t size) {
+    const std::size_t count = std::fread(chunk, 1, size, file.get());
+    if (std::ferror(file.get()) != 0) fail("read", name, errno);  // a folder too ends up here
+    return count;
+  });
+}
+
+std::string readStream(std::istream& stream, const std::string& name) {
+  return readAll(name, [&](char* chunk, std::size_t size) {
+    stream.read(chunk, static_cast<std::streamsize>(size));
+    return static_cast<std::size_t>(stream.gcount());
+  });
 }
 
 void replaceFile(const fs::path& file, std::string_view content) {

@@ -1,16 +1,24 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <istream>
 #include <string>
 #include <string_view>
 
 namespace virtualtv::shell {
 
-/// All of a file. @throws std::runtime_error `cannot read NAME: REASON`.
+/// The most that is read of a file, in bytes: some, like /dev/zero, have no end.
+inline constexpr std::size_t mostRead = 256'000'000;
+
+/// All of a file. @throws std::runtime_error `cannot read NAME: REASON`, also where it has more than `mostRead`.
 std::string readFile(const std::filesystem::path& path, const std::string& name);
 inline std::string readFile(const std::filesystem::path& path) {
   return readFile(path, path.string());
 }
+
+/// All that is left of a stream. @param name  what messages call it. @throws std::runtime_error as `readFile` does.
+std::string readStream(std::istream& stream, const std::string& name);
 
 /// Puts `content` in the place of a file's, all of it or nothing: whoever opens the file meanwhile finds the old
 /// content or the new one. A link stays a link, and the file keeps its permissions.

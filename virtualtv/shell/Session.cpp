@@ -6,6 +6,7 @@
 #include "framework/Reply.h"
 #include "shell/DotCommands.h"
 #include "shell/Files.h"
+#include "shell/Reason.h"
 #include "shell/Show.h"
 #include "shell/Transcript.h"
 
@@ -20,14 +21,9 @@ std::string_view withoutMarks(std::string_view input) {
   return start == std::string_view::npos ? std::string_view() : input.substr(start);
 }
 
-std::string reasonOf(const std::exception_ptr& thrown) {
-  try {
-    std::rethrow_exception(thrown);
-  } catch (const std::exception& exception) {
-    return exception.what();
-  } catch (...) {
-    return "an exception of an unknown kind";
-  }
+/// What a person reads of a step that failed.
+std::string whyNotRun(std::string_view input, const std::exception_ptr& thrown) {
+  return reasonOf(thrown, "run '" + std::string(input) + "'");
 }
 
 void append(Lines& lines, Lines more) {
@@ -50,7 +46,7 @@ Lines Session::runLine(std::string_view input) {
   try {
     return runStep(withoutMarks(input));
   } catch (...) {
-    return {errorLine(reasonOf(std::current_exception()))};
+    return {errorLine(whyNotRun(withoutMarks(input), std::current_exception()))};
   }
 }
 
@@ -110,13 +106,14 @@ Lines Session::runStep(std::string_view input) {
   const std::vector<std::string> words = splitWords(input);
   const DotCommand& command = dotCommand(words.front());
   const auto step = [&] { return command.run(*this, {words.begin() + 1, words.end()}); };
-  return command.drivesEngines ? watch(step, false) : step();
+  return command.drivesEngines ? watch(input, step, false) : step();
 }
 
 Lines Session::runCommand(const std::string& input, bool list) {
   const std::vector<std::string> words = splitWords(input);
   lastCommand_ = input;
   return watch(
+      input,
       [&] {
         std::string ret;
         const bool accepted = rig_.execute(words, list, ret);
@@ -126,11 +123,11 @@ Lines Session::runCommand(const std::string& input, bool list) {
 }
 
 /// Runs a step that reaches the plug-in; behind what it prints come its calls and log messages as far as wanted.
-Lines Session::watch(const std::function<Lines()>& step, bool remember) {
+Lines Session::watch(std::string_view input, const std::function<Lines()>& step, bool remember) {
   Lines output;
   std::exception_ptr thrown;
   Deed deed = rig_.watch([&] { output = step(); }, thrown);
-  if (thrown) output.push_back(errorLine(reasonOf(thrown)));
+  if (thrown) output.push_back(errorLine(whyNotRun(input, thrown)));
   if (trace) append(output, callLines(deed));
   append(output, logLines(deed, logLevel));
   if (remember) lastDeed_ = std::move(deed);

@@ -71,7 +71,7 @@ class Session {
   Lines runLine(std::string_view input);
   Lines runStep(std::string_view input);
   Lines runCommand(const std::string& input, bool list);
-  Lines watch(const std::function<Lines()>& step, bool remember);
+  Lines watch(std::string_view input, const std::function<Lines()>& step, bool remember);
 
   Rig rig_;
   std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last

@@ -47,6 +47,30 @@ TEST(ReadFile, SaysWhatCantBeRead) {
   EXPECT_EQ(reasonOf([&] { readFile(folder.path(), "it"); }), "cannot read it: Is a directory");
 }
 
+TEST(ReadFile, EndsAtALimit) {
+  EXPECT_EQ(reasonOf([&] { readFile("/dev/zero"); }), "cannot read /dev/zero: it has more than 256 MB");
+  std::ifstream endless("/dev/zero");
+  EXPECT_EQ(reasonOf([&] { readStream(endless, "standard input"); }),
+            "cannot read standard input: it has more than 256 MB");
+}
+
+TEST(ReadFile, MayReachTheLimit) {
+  const TemporaryDirectory folder;
+  const fs::path file = made(folder / "f", "");
+  fs::resize_file(file, mostRead);
+  EXPECT_EQ(readFile(file).size(), mostRead);
+  fs::resize_file(file, mostRead + 1);
+  EXPECT_EQ(reasonOf([&] { readFile(file); }), "cannot read " + file.string() + ": it has more than 256 MB");
+}
+
+TEST(ReadStream, GivesWhatIsLeft) {
+  std::istringstream stream("first\nrest\n\xFF");
+  std::string first;
+  std::getline(stream, first);
+  EXPECT_EQ(readStream(stream, "it"), "rest\n\xFF");
+  EXPECT_EQ(readStream(stream, "it"), "");
+}
+
 TEST(ReplaceFile, PutsTheNewContentInPlaceAndLeavesNothingElseBehind) {
   const TemporaryDirectory folder;
   const fs::path file = made(folder / "f", "old");
