@@ -1,5 +1,6 @@
-// Channel lists of any bytes, read as each format: every service is one that the set can keep, and is kept as it was
-// read; every problem names a line of the list and reads as one line.
+// Channel lists of any bytes, read as each format and in several encodings: every service is one that the set can keep,
+// and is kept as it was read; to import it again changes nothing; every problem names a line of the list and reads as
+// one line.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -18,15 +19,19 @@ namespace {
 using fuzz::demand;
 using support::Bench;
 using virtualtv::Service;
+using virtualtv::ServiceChanges;
 using virtualtv::import::Format;
+using virtualtv::import::Problems;
 using virtualtv::import::Result;
 
 constexpr std::size_t longestReason = 400;
 
-void lookAtProblems(const Result& result, std::string_view content) {
+void lookAtProblems(const Problems& problems, std::string_view content) {
   const auto lines = std::count(content.begin(), content.end(), '\n') + 1;
-  for (const auto& problem : result.problems) {
-    demand(problem.line >= 1 && problem.line <= lines, "a problem in line " + std::to_string(problem.line));
+  demand(problems.kept().size() == std::min(problems.count(), Problems::mostKept), "problems are lost");
+  demand(problems.unread() <= problems.count(), "more is unread than told");
+  for (const auto& problem : problems.kept()) {
+    demand(problem.line >= 1 && problem.line <= lines, "a problem at " + problem.at);
     const bool readable = !problem.reason.empty() && problem.reason.size() < longestReason;
     demand(readable && virtualtv::text::isPrintable(problem.reason), "a reason: " + problem.reason);
   }
@@ -43,13 +48,24 @@ void lookAtServices(const Result& result) {
 }
 
 void keep(virtualtv::Tv& tv, const std::vector<Service>& services) {
-  tv.import(services, false);
-  const auto keys = tv.services().keys();
-  demand(keys.size() == services.size(), "not all services are kept");
+  tv.services().replaceAll({});
+  demand(tv.import(services, false) == ServiceChanges{services.size(), 0, 0}, "not all services are added");
+  demand(tv.services().keys().size() == services.size(), "not all services are kept");
   for (std::size_t at = 0; at < services.size(); ++at) {
     // Keys count in the order in which the services stand in the list.
     const auto kept = tv.services().read(static_cast<virtualtv::ServiceKey>(at + 1));
     demand(kept == services[at], "a service is kept otherwise than it was read");
+  }
+}
+
+void importAgain(virtualtv::Tv& tv, const std::vector<Service>& services) {
+  const auto last = static_cast<virtualtv::ServiceKey>(services.size());
+  tv.tune(virtualtv::WindowId::main, last);
+  tv.services().setFavourites(last, {{3, true}});
+  for (const bool add : {false, true}) {
+    demand(tv.import(services, add) == ServiceChanges{}, "the same list again changes services");
+    demand(tv.state()[virtualtv::WindowId::main].service == last, "the service on screen is lost");
+    demand(tv.services().read(last)->favourites.contains(3), "a favourite is lost");
   }
 }
 
@@ -59,12 +75,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view content(reinterpret_cast<const char*>(data), size);
   static Bench bench;
   virtualtv::import::recognise(content);
-  for (const Format format : {Format::vdr, Format::dvbv5}) {
-    const Result result = virtualtv::import::read(content, format);
-    demand(result.format == format, "another format");
-    lookAtProblems(result, content);
-    lookAtServices(result);
-    if (!result.services.empty()) keep(bench.tv(), result.services);
+  for (const Format& format : virtualtv::import::formats()) {
+    for (const char* encoding : {"ISO-8859-2", "SHIFT_JIS", ""}) {
+      const Result result = virtualtv::import::read(content, format, encoding);
+      lookAtProblems(result.problems, content);
+      lookAtServices(result);
+      if (result.services.empty()) continue;
+      keep(bench.tv(), result.services);
+      importAgain(bench.tv(), result.services);
+    }
   }
   return 0;
 }

@@ -6,7 +6,7 @@
 #include <array>
 #include <bit>
 #include <cerrno>
-#include <cstdint>
+#include <stdexcept>
 
 #include "import/Words.h"
 #include "text/Units.h"
@@ -26,13 +26,12 @@ bool isAscii(char byte) {
   return value(byte) < 0x80;
 }
 
-bool isIso6937Accent(char byte) {
-  return value(byte) >= 0xC1 && value(byte) <= 0xCF;
+bool isAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return isAscii(byte); });
 }
 
-/// Fractions, notes and the like: in a name they are letters of ISO 8859.
-bool isIso6937Symbol(char byte) {
-  return value(byte) >= 0xD0 && value(byte) <= 0xDF;
+[[noreturn]] void refuse(const std::string& reason) {
+  throw std::invalid_argument(reason);
 }
 
 /// A character table as a broadcast tells it in front of a text.
@@ -49,6 +48,7 @@ Marker longMarker(std::string_view bytes) {
 }
 
 Marker marker(std::string_view bytes) {
+  if (bytes.empty()) return {};
   const unsigned first = value(bytes.front());
   switch (first) {
     case 0x10:
@@ -106,6 +106,10 @@ class TextDecoder::Converter {
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
+  bool isOpen() const {
+    return handle_ != reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr): how the library says it
+  }
+
   /// Appends `bytes`, up to the first that can't be read; false when there is one.
   bool appendStrictly(std::string_view bytes, std::u16string& units) { return append(bytes, units).empty(); }
 
@@ -118,10 +122,6 @@ class TextDecoder::Converter {
   }
 
  private:
-  bool isOpen() const {
-    return handle_ != reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr): how the library says it
-  }
-
   /// @return what is left from the first byte on that can't be read.
   std::string_view append(std::string_view bytes, std::u16string& units) {
     if (!isOpen()) return appendAscii(bytes, units);
@@ -158,12 +158,22 @@ class TextDecoder::Converter {
   std::size_t width_;  ///< bytes to leave out where something can't be read
 };
 
-TextDecoder::TextDecoder() = default;
+TextDecoder::TextDecoder(const std::string& encoding) : encoding_(encoding) {
+  if (encoding.empty()) return;
+  constexpr std::string_view ascii = "News 24:;,=";
+  std::u16string units;
+  if (!from(encoding).isOpen())
+    refuse("there is no encoding '" + encoding + "'; 'iconv -l' lists those that there are");
+  if (!from(encoding).appendStrictly(ascii, units) ||
+      !std::equal(ascii.begin(), ascii.end(), units.begin(), units.end()))
+    refuse("a list can't be in the encoding '" + encoding + "', which has no ASCII in it");
+}
+
 TextDecoder::~TextDecoder() = default;
 
-std::u16string TextDecoder::decode(std::string_view bytes) {
-  if (bytes.empty()) return {};
-  return cleaned(value(bytes.front()) < 0x20 ? marked(bytes) : unmarked(bytes));
+void requireEncoding(const std::string& name) {
+  if (name.empty()) refuse("an encoding needs a name");
+  const TextDecoder decoder(name);
 }
 
 TextDecoder::Converter& TextDecoder::from(const std::string& charset) {
@@ -172,22 +182,36 @@ TextDecoder::Converter& TextDecoder::from(const std::string& charset) {
   return *converter;
 }
 
-std::u16string TextDecoder::marked(std::string_view bytes) {
-  const Marker found = marker(bytes);
-  if (found.length == 0) return unmarked(bytes);
-  bytes.remove_prefix(found.length);
-  if (found.charset == "UTF-8") return text::toUnits(bytes);
+bool TextDecoder::isUtf8(std::string_view bytes) {
   std::u16string units;
-  from(found.charset).appendAll(bytes, units);
-  return units;
+  return from("UTF-8").appendStrictly(bytes, units);
+}
+
+void TextDecoder::learn(std::string_view bytes) {
+  if (!encoding_.empty() || isAscii(bytes) || marker(bytes).length != 0 || isUtf8(bytes)) return;
+  judgement_.learn(bytes);
+}
+
+std::u16string TextDecoder::decode(std::string_view bytes) {
+  const Marker mark = marker(bytes);
+  if (mark.length == 0) return cleaned(unmarked(bytes));
+  bytes.remove_prefix(mark.length);
+  if (mark.charset == "UTF-8") return cleaned(text::toUnits(bytes));
+  std::u16string units;
+  from(mark.charset).appendAll(bytes, units);
+  return cleaned(units);
 }
 
 std::u16string TextDecoder::unmarked(std::string_view bytes) {
-  if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {bytes.begin(), bytes.end()};
   std::u16string units;
+  if (!encoding_.empty()) {
+    from(encoding_).appendAll(bytes, units);
+    return units;
+  }
+  if (isAscii(bytes)) return {bytes.begin(), bytes.end()};
   if (from("UTF-8").appendStrictly(bytes, units)) return units;
   units.clear();
-  if (readIso6937(bytes, units)) return units;
+  if (judgement_.isIso6937() && readIso6937(bytes, units)) return units;
   units.clear();
   from("ISO-8859-15").appendAll(bytes, units);
   return units;
@@ -196,8 +220,6 @@ std::u16string TextDecoder::unmarked(std::string_view bytes) {
 /// Broadcasts put the euro sign where ISO 6937 has nothing, so the text is read from one such sign to the next.
 bool TextDecoder::readIso6937(std::string_view bytes, std::u16string& units) {
   constexpr char euro = '\xA4';
-  if (std::none_of(bytes.begin(), bytes.end(), isIso6937Accent)) return false;
-  if (std::any_of(bytes.begin(), bytes.end(), isIso6937Symbol)) return false;
   while (true) {
     const bool more = bytes.find(euro) != std::string_view::npos;
     if (!from("ISO_6937").appendStrictly(cut(bytes, euro), units)) return false;

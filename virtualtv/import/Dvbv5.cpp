@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "import/Charset.h"
 #include "import/Dvbv5Values.h"
 #include "import/Lines.h"
 #include "import/ServiceList.h"
@@ -90,7 +89,7 @@ class Section {
     if (const auto kind = streamsNamed(name)) streams_.push_back({*kind, name, {line, trimmed(text)}});
   }
 
-  Entry read(TextDecoder& decoder) {
+  Entry read() {
     Entry entry;
     entry.program = id(SERVICE_ID).value_or(-1);
     if (entry.program < 0) missing("SERVICE_ID: it is no service");
@@ -100,7 +99,7 @@ class Section {
     entry.source = entry.network;
     if (entry.antenna == ANTENNA_SATELLITE) entry.source = satellite();
     readStreams(entry);
-    entry.name = decoder.decode(serviceName());
+    entry.name = serviceName();
     return entry;
   }
 
@@ -153,12 +152,20 @@ class Section {
     const auto frequency = value(FREQUENCY);
     if (!frequency) missing("FREQUENCY");
     entry.frequency = readDvbv5Frequency(*frequency, entry.antenna);
-    if (const auto text = value(BANDWIDTH_HZ)) entry.bandwidth = readDvbv5Bandwidth(*text);
-    if (const auto text = value(POLARIZATION)) entry.polarisation = readDvbv5Polarisation(*text);
+    readChannel(entry);
     readModulation(entry, known);
     const auto symbolRate = value(SYMBOL_RATE);
     if (!symbolRate || entry.antenna == ANTENNA_TERRESTRIAL) return;
     entry.symbolRate = static_cast<int>((number(*symbolRate, keyNames[SYMBOL_RATE], 100'000'000) + 500) / 1000);
+  }
+
+  /// What tells the physical channel of a frequency; the set has no use for it elsewhere.
+  void readChannel(Entry& entry) {
+    if (entry.antenna == ANTENNA_TERRESTRIAL) {
+      if (const auto text = value(BANDWIDTH_HZ)) entry.bandwidth = readDvbv5Bandwidth(*text);
+    } else if (entry.antenna == ANTENNA_SATELLITE) {
+      if (const auto text = value(POLARIZATION)) entry.polarisation = readDvbv5Polarisation(*text);
+    }
   }
 
   void readModulation(Entry& entry, const Dvbv5System& system) {
@@ -218,11 +225,12 @@ std::optional<std::string_view> headName(std::string_view line) {
 /// A section with a line at fault is left out as a whole; that line is its one problem.
 class Dvbv5Reader {
  public:
+  explicit Dvbv5Reader(const std::string& encoding) : list_(encoding) {}
+
   Result read(std::string_view content) {
-    result_.format = Format::dvbv5;
     for (Lines lines(content); lines.next();) {
       const std::string_view line = trimmed(lines.line());
-      if (line.empty() || line.front() == '#') continue;
+      if (line.empty() || lines.isComment()) continue;
       if (line.front() == '[') {
         finishSection();
         startSection(lines.number(), line);
@@ -240,7 +248,7 @@ class Dvbv5Reader {
     leftOut_ = true;
     const auto name = headName(line);
     if (!name) {
-      result_.problems.push_back({number, "the head of a section, " + quoted(line) + ", does not end with ]"});
+      result_.problems.add(unreadable(number, "the head of a section, " + quoted(line) + ", does not end with ]"));
       return;
     }
     section_.emplace(number, *name);
@@ -250,7 +258,7 @@ class Dvbv5Reader {
   void addLine(int number, std::string_view line) {
     if (leftOut_) return;
     if (!section_) {
-      result_.problems.push_back({number, quoted(line) + " stands in front of the first section"});
+      result_.problems.add(unreadable(number, quoted(line) + " stands in front of the first section"));
       leftOut_ = true;
       return;
     }
@@ -259,7 +267,7 @@ class Dvbv5Reader {
 
   void finishSection() {
     if (!section_) return;
-    guarded([&] { list_.add(section_->read(decoder_)); });
+    guarded([&] { list_.add(section_->read()); });
     section_.reset();
   }
 
@@ -267,35 +275,45 @@ class Dvbv5Reader {
   void guarded(const Step& step) {
     try {
       step();
-    } catch (Unreadable& unreadable) {
-      result_.problems.push_back({section_->line(), std::move(unreadable.reason)});
+    } catch (Unreadable& unread) {
+      result_.problems.add(unreadable(section_->line(), std::move(unread.reason)));
       section_.reset();
       leftOut_ = true;
     }
   }
 
   Result result_;
-  TextDecoder decoder_;
   ServiceList list_;
   std::optional<Section> section_;
   bool leftOut_ = false;  ///< lines up to the next head belong to nothing
 };
 
-}  // namespace
-
-bool looksLikeDvbv5Section(std::string_view line) {
+bool isHead(std::string_view line) {
   line = trimmed(line);
   return line.starts_with('[') && headName(line).has_value();
 }
 
-bool looksLikeDvbv5Value(std::string_view line) {
+/// True for a line that sets one of the keys which tell such a file from others.
+bool setsTellingKey(std::string_view line) {
   if (line.find('=') == std::string_view::npos) return false;
   const auto key = keyNamed(trimmed(cut(line, '=')));
   return key && (*key == SERVICE_ID || *key == DELIVERY_SYSTEM || *key == FREQUENCY);
 }
 
-Result readDvbv5(std::string_view content) {
-  return Dvbv5Reader().read(content);
+}  // namespace
+
+std::optional<std::size_t> findDvbv5(std::string_view content) {
+  bool inSection = false;
+  for (Lines lines(content); lines.next();) {
+    if (lines.isComment()) continue;
+    if (isHead(lines.line())) inSection = true;
+    if (inSection && setsTellingKey(lines.line())) return lines.offset();
+  }
+  return std::nullopt;
+}
+
+Result readDvbv5(std::string_view content, const std::string& encoding) {
+  return Dvbv5Reader(encoding).read(content);
 }
 
 }  // namespace virtualtv::import

@@ -1,17 +1,19 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "import/Import.h"
 
 namespace virtualtv::import {
 
-/// True for the head of a section in a libdvbv5 channel file, and for a line that sets one of the keys that tell such a
-/// file from others.
-bool looksLikeDvbv5Section(std::string_view line);
-bool looksLikeDvbv5Value(std::string_view line);
+/// Finds the first line, behind the head of a section, that sets one of the keys which tell a libdvbv5 channel file
+/// from others. @return where it starts, in bytes.
+std::optional<std::size_t> findDvbv5(std::string_view content);
 
-/// Reads a libdvbv5 channel file.
-Result readDvbv5(std::string_view content);
+/// Reads a libdvbv5 channel file. Arguments and result are those of `read`.
+Result readDvbv5(std::string_view content, const std::string& encoding);
 
 }  // namespace virtualtv::import

@@ -1,53 +1,67 @@
+// The formats of channel lists. To add one: write its reader in a source of its own, add its row to the table, and say
+// in docs/imports.md what is read of it.
 #include "import/Import.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "import/Dvbv5.h"
-#include "import/Lines.h"
 #include "import/Vdr.h"
-#include "import/Words.h"
 
 namespace virtualtv::import {
 
 namespace {
 
-struct FormatName {
-  Format format;
-  std::string_view name;
+/// Where a line decides for two formats, the upper row is taken.
+constexpr std::array table{
+    Format{"vdr", "VDR's channels.conf", findVdr, readVdr},
+    Format{"dvbv5", "libdvbv5", findDvbv5, readDvbv5},
 };
 
-constexpr std::array<FormatName, 2> names{{{Format::vdr, "vdr"}, {Format::dvbv5, "dvbv5"}}};
+Problem problemOf(int line, std::string reason, bool remark) {
+  return {line, "line " + std::to_string(line), std::move(reason), remark};
+}
 
 }  // namespace
 
-std::string_view name(Format format) {
-  const auto found =
-      std::find_if(names.begin(), names.end(), [&](const auto& known) { return known.format == format; });
-  return found == names.end() ? std::string_view() : found->name;
+Problem unreadable(int line, std::string reason) {
+  return problemOf(line, std::move(reason), false);
 }
 
-std::optional<Format> formatNamed(std::string_view name) {
-  const auto found = std::find_if(names.begin(), names.end(), [&](const auto& known) { return known.name == name; });
-  if (found == names.end()) return std::nullopt;
-  return found->format;
+Problem remark(int line, std::string reason) {
+  return problemOf(line, std::move(reason), true);
 }
 
-/// The first line that only one of the formats has decides.
-std::optional<Format> recognise(std::string_view content) {
-  bool inSection = false;
-  for (Lines lines(content); lines.next();) {
-    const std::string_view line = lines.line();
-    if (trimmed(line).starts_with('#')) continue;
-    if (looksLikeVdr(line)) return Format::vdr;
-    if (looksLikeDvbv5Section(line)) inSection = true;
-    if (inSection && looksLikeDvbv5Value(line)) return Format::dvbv5;
+void Problems::add(Problem problem) {
+  ++count_;
+  if (!problem.remark) ++unread_;
+  if (kept_.size() < mostKept) kept_.push_back(std::move(problem));
+}
+
+std::span<const Format> formats() {
+  return table;
+}
+
+const Format* formatNamed(std::string_view name) {
+  const auto found = std::find_if(table.begin(), table.end(), [&](const Format& known) { return known.name == name; });
+  return found == table.end() ? nullptr : &*found;
+}
+
+const Format* recognise(std::string_view content) {
+  const Format* recognised = nullptr;
+  std::optional<std::size_t> first;
+  for (const Format& format : table) {
+    const std::optional<std::size_t> place = format.recognise(content);
+    if (!place || (first && *place >= *first)) continue;
+    first = place;
+    recognised = &format;
   }
-  return std::nullopt;
+  return recognised;
 }
 
-Result read(std::string_view content, Format format) {
-  return format == Format::dvbv5 ? readDvbv5(content) : readVdr(content);
+Result read(std::string_view content, const Format& format, const std::string& encoding) {
+  return format.read(content, encoding);
 }
 
 }  // namespace virtualtv::import

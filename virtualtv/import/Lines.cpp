@@ -6,7 +6,7 @@
 
 namespace virtualtv::import {
 
-Lines::Lines(std::string_view content) : rest_(content) {
+Lines::Lines(std::string_view content) : start_(content.data()), rest_(content) {
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   if (rest_.starts_with(byteOrderMark)) rest_.remove_prefix(byteOrderMark.size());
 }
@@ -24,6 +24,14 @@ std::string_view Lines::line() const {
 
 int Lines::number() const {
   return number_;
+}
+
+std::size_t Lines::offset() const {
+  return static_cast<std::size_t>(line_.data() - start_);
+}
+
+bool Lines::isComment() const {
+  return trimmed(line_).starts_with('#');
 }
 
 }  // namespace virtualtv::import

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace virtualtv::import {
@@ -15,9 +16,12 @@ class Lines {
   bool next();
 
   std::string_view line() const;
-  int number() const;  ///< counted from 1
+  int number() const;          ///< counted from 1
+  std::size_t offset() const;  ///< bytes of the list in front of the line
+  bool isComment() const;      ///< its first character that is no blank is a #
 
  private:
+  const char* start_;
   std::string_view rest_;
   std::string_view line_;
   int number_ = 0;

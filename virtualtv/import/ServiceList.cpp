@@ -10,9 +10,8 @@ namespace virtualtv::import {
 
 namespace {
 
-std::u16string nameOf(const Entry& entry) {
-  if (!entry.name.empty()) return entry.name;
-  return text::toUnits("Service " + std::to_string(entry.program));
+std::u16string substituteFor(const Service& service) {
+  return text::toUnits("Service " + std::to_string(service.numbers.at(TCServiceData::PROGRAM_NUMBER)));
 }
 
 ServiceKind kindOf(const Entry& entry) {
@@ -45,6 +44,13 @@ int megahertz(int kilohertz) {
 
 int orbitalSource(int tenths, bool west) {
   return west && tenths > 0 ? 3600 - tenths : tenths;
+}
+
+ServiceList::ServiceList(const std::string& encoding, char16_t colon) : decoder_(encoding), colon_(colon) {}
+
+void ServiceList::startGroup(std::string_view name) {
+  decoder_.learn(name);
+  group_ = name;
 }
 
 bool ServiceList::continueFrom(std::uint64_t number) {
@@ -95,10 +101,10 @@ void ServiceList::setNumbers(Service& service, const Entry& entry) {
 void ServiceList::add(Entry entry) {
   Service& service = services_.emplace_back();
   setNumbers(service, entry);
-  service.texts[TCServiceData::CHANNEL_NAME] = nameOf(entry);
+  decoder_.learn(entry.name);
+  names_.push_back({entry.name, group_});
   multiplexes_.push_back(
       {entry.antenna, entry.raster, entry.frequency, entry.bandwidth, entry.polarisation, entry.source.value_or(-1)});
-  service.group = std::move(entry.group);
   service.audio = std::move(entry.audio);
   service.subtitles = std::move(entry.subtitles);
 }
@@ -132,9 +138,29 @@ void ServiceList::setPhysicalChannels() {
   }
 }
 
+std::u16string ServiceList::decoded(std::string_view name) {
+  std::u16string units = decoder_.decode(name);
+  std::replace(units.begin(), units.end(), colon_, u':');
+  return units;
+}
+
+void ServiceList::setNames() {
+  std::string_view group;
+  std::string groupName;
+  for (std::size_t at = 0; at < services_.size(); ++at) {
+    if (names_[at].group != group) groupName = text::toUtf8(decoded(names_[at].group));
+    group = names_[at].group;
+    services_[at].group = groupName;
+    std::u16string name = decoded(names_[at].name);
+    services_[at].texts[TCServiceData::CHANNEL_NAME] = name.empty() ? substituteFor(services_[at]) : std::move(name);
+  }
+}
+
 std::vector<Service> ServiceList::finish() {
   setPhysicalChannels();
   multiplexes_.clear();
+  setNames();
+  names_.clear();
   return std::exchange(services_, {});
 }
 

@@ -9,6 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "import/Charset.h"
 #include "import/Raster.h"
 #include "services/ChannelType.h"
 #include "services/Modulation.h"
@@ -21,8 +22,7 @@ constexpr std::uint64_t greatestChannelNumber = 65534;
 
 /// What a list tells of one service, in the units of the set. What it does not tell keeps its default.
 struct Entry {
-  std::u16string name;
-  std::string group;
+  std::string_view name;  ///< as it stands in the list
   EAntennaMode antenna = ANTENNA_TERRESTRIAL;
   Raster raster = Raster::european;
   int frequency = 0;      ///< kHz
@@ -44,10 +44,17 @@ struct Entry {
 /// @param tenths  0 to 1800.
 int orbitalSource(int tenths, bool west);
 
-/// Makes the services of a list: numbers them, gives each an id of its own and finds their physical channels, which
-/// depend on the whole list.
+/// Makes the services of a list: numbers them, gives each an id of its own, reads their names and finds their physical
+/// channels, which both depend on the whole list. Names that it is given must outlive it.
 class ServiceList {
  public:
+  /// @param encoding  see `read`. @param colon  what stands for a colon in names of the list.
+  /// @throws std::invalid_argument when there is no such encoding.
+  explicit ServiceList(const std::string& encoding, char16_t colon = u':');
+
+  /// The services that follow belong to this group.
+  void startGroup(std::string_view name);
+
   /// The next service gets this channel number, and those after it the next ones.
   /// @return false, and nothing changes, when it is not greater than the numbers given so far.
   bool continueFrom(std::uint64_t number);
@@ -71,12 +78,24 @@ class ServiceList {
     int source;
   };
 
+  /// Names as they stand in the list.
+  struct RawNames {
+    std::string_view name;
+    std::string_view group;
+  };
+
   std::uint64_t serviceId(const Entry& entry);
   void setNumbers(Service& service, const Entry& entry);
   void setPhysicalChannels();
+  void setNames();
+  std::u16string decoded(std::string_view name);
 
+  TextDecoder decoder_;
+  char16_t colon_;
+  std::string_view group_;
   std::vector<Service> services_;
   std::vector<Multiplex> multiplexes_;  ///< one a service, in the same order
+  std::vector<RawNames> names_;         ///< likewise
   std::unordered_map<std::uint64_t, std::uint64_t> variants_;
   std::unordered_set<std::uint64_t> ids_;
   std::uint64_t nextNumber_ = 1;

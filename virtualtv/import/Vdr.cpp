@@ -6,13 +6,11 @@
 #include <array>
 #include <utility>
 
-#include "import/Charset.h"
 #include "import/Lines.h"
 #include "import/ServiceList.h"
 #include "import/Streams.h"
 #include "import/VdrFields.h"
 #include "import/Words.h"
-#include "text/Units.h"
 
 namespace virtualtv::import {
 
@@ -63,13 +61,6 @@ std::string wrongCount(std::size_t count) {
   return " has " + std::to_string(count) + " of the 13 fields of a service";
 }
 
-/// Names write a colon as a bar.
-std::u16string decodeName(TextDecoder& decoder, std::string_view bytes) {
-  std::u16string name = decoder.decode(bytes);
-  std::replace(name.begin(), name.end(), u'|', u':');
-  return name;
-}
-
 /// Name,Short;Provider
 std::string_view nameOnly(std::string_view field) {
   field = field.substr(0, field.find(';'));
@@ -102,20 +93,20 @@ bool isTuner(char sourceLetter) {
 }
 
 void setTuning(Entry& entry, const Fields& fields, const VdrSource& source) {
-  const int symbolRate = static_cast<int>(number(fields.texts[SYMBOL_RATE], "symbol rate", greatestSymbolRate));
   if (!isTuner(source.letter)) {
     entry.antenna = antennaOf(source.letter, MODULATION_UNKNOWN);
     return;
   }
-  const VdrParameters parameters = readVdrParameters(fields.texts[PARAMETERS]);
+  const VdrParameters parameters = readVdrParameters(fields.texts[PARAMETERS], source.letter);
   entry.frequency = readVdrFrequency(fields.texts[FREQUENCY], source.letter);
   entry.polarisation = parameters.polarisation;
   entry.bandwidth = parameters.bandwidth;
   entry.modulation = parameters.modulation.value_or(MODULATION_UNKNOWN);
   entry.antenna = antennaOf(source.letter, entry.modulation);
   if (source.letter == 'S') entry.modulation = satelliteModulation(parameters);
-  if (source.letter == 'S' || source.letter == 'C') entry.symbolRate = symbolRate;
   if (source.letter == 'A') entry.raster = Raster::american;
+  if (source.letter != 'S' && source.letter != 'C') return;
+  entry.symbolRate = static_cast<int>(number(fields.texts[SYMBOL_RATE], "symbol rate", greatestSymbolRate));
 }
 
 void setIds(Entry& entry, const Fields& fields, const VdrSource& source) {
@@ -125,11 +116,11 @@ void setIds(Entry& entry, const Fields& fields, const VdrSource& source) {
   entry.program = id(SERVICE, "service id");
   if (fields.count > NETWORK) entry.network = id(NETWORK, "network id");
   if (fields.count > STREAM) entry.transportStream = id(STREAM, "transport stream id");
-  if (fields.count > RADIO) id(RADIO, "radio id");
   entry.source = source.position ? source.position : entry.network;
 }
 
-Entry readService(const Fields& fields, TextDecoder& decoder) {
+/// Fields that the set has no use for may hold anything: teletext, conditional access, radio id.
+Entry readService(const Fields& fields) {
   const auto source = parseVdrSource(fields.texts[SOURCE]);
   if (!source) throw Unreadable{"source " + quoted(fields.texts[SOURCE]) + " is not known"};
   Entry entry;
@@ -137,64 +128,64 @@ Entry readService(const Fields& fields, TextDecoder& decoder) {
   entry.picture = readVdrVideo(fields.texts[VIDEO]);
   entry.audio = readVdrAudio(fields.texts[AUDIO]);
   entry.subtitles = readVdrSubtitles(fields.texts[TELETEXT]);
-  checkVdrConditionalAccess(fields.texts[CONDITIONAL_ACCESS]);
   setIds(entry, fields, *source);
-  entry.name = decodeName(decoder, nameOnly(fields.texts[NAME]));
+  entry.name = nameOnly(fields.texts[NAME]);
   return entry;
 }
 
 class VdrReader {
  public:
+  explicit VdrReader(const std::string& encoding) : list_(encoding, u'|') {}
+
   Result read(std::string_view content) {
-    Result result;
-    result.format = Format::vdr;
     for (Lines lines(content); lines.next();) {
       try {
-        readLine(lines.line());
-      } catch (Unreadable& unreadable) {
-        result.problems.push_back({lines.number(), std::move(unreadable.reason)});
+        readLine(lines);
+      } catch (Unreadable& unread) {
+        result_.problems.add(unreadable(lines.number(), std::move(unread.reason)));
       }
     }
-    result.services = list_.finish();
-    return result;
+    result_.services = list_.finish();
+    return std::move(result_);
   }
 
  private:
-  void readLine(std::string_view line) {
-    const std::string_view text = trimmed(line);
-    if (text.empty() || text.front() == '#') return;
+  void readLine(const Lines& lines) {
+    const std::string_view text = trimmed(lines.line());
+    if (text.empty() || lines.isComment()) return;
     if (text.front() == ':') {
-      readGroup(text.substr(1));
+      readGroup(lines.number(), text.substr(1));
       return;
     }
-    const Fields fields(line);
+    const Fields fields(lines.line());
     if (!fields.areEnough()) throw Unreadable{quoted(text) + wrongCount(fields.count)};
-    Entry entry = readService(fields, decoder_);
-    entry.group = group_;
-    list_.add(std::move(entry));
+    list_.add(readService(fields));
   }
 
   /// A name, or @ and the number of the next channel in front of it.
-  void readGroup(std::string_view text) {
+  void readGroup(int line, std::string_view text) {
     std::string_view digits;
     if (text.size() > 1 && text[0] == '@' && isDigit(text[1])) {
       text.remove_prefix(1);
       digits = text.substr(0, text.find_first_not_of("0123456789"));
       text.remove_prefix(digits.size());
     }
-    group_ = text::toUtf8(decodeName(decoder_, text));
-    if (digits.empty() || list_.continueFrom(number(digits, "channel number", greatestChannelNumber))) return;
-    throw Unreadable{"channel number " + quoted(digits) + " is given already, the next one is " +
-                     std::to_string(list_.nextNumber())};
+    list_.startGroup(text);
+    if (digits.empty()) return;
+    try {
+      const std::uint64_t wanted = number(digits, "channel number", greatestChannelNumber);
+      if (!list_.continueFrom(wanted)) throw Unreadable{"channel number " + quoted(digits) + " is taken already"};
+    } catch (const Unreadable& unread) {
+      const std::string instead = "; its services start at " + std::to_string(list_.nextNumber());
+      result_.problems.add(remark(line, unread.reason + instead));
+    }
   }
 
-  TextDecoder decoder_;
   ServiceList list_;
-  std::string group_;
+  Result result_;
 };
 
-}  // namespace
-
+/// True for a line that has the shape of a service.
 bool looksLikeVdr(std::string_view line) {
   const Fields fields(line);
   const std::string_view frequency = fields.texts[FREQUENCY];
@@ -202,8 +193,17 @@ bool looksLikeVdr(std::string_view line) {
          parseVdrSource(fields.texts[SOURCE]).has_value();
 }
 
-Result readVdr(std::string_view content) {
-  return VdrReader().read(content);
+}  // namespace
+
+std::optional<std::size_t> findVdr(std::string_view content) {
+  for (Lines lines(content); lines.next();) {
+    if (!lines.isComment() && looksLikeVdr(lines.line())) return lines.offset();
+  }
+  return std::nullopt;
+}
+
+Result readVdr(std::string_view content, const std::string& encoding) {
+  return VdrReader(encoding).read(content);
 }
 
 }  // namespace virtualtv::import

@@ -1,16 +1,19 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "import/Import.h"
 
 namespace virtualtv::import {
 
-/// True for a line that has the shape of a service in VDR's `channels.conf`: its number of fields, a frequency, a
-/// source. Any of its fields may still be wrong.
-bool looksLikeVdr(std::string_view line);
+/// Finds the first line that has the shape of a service in VDR's `channels.conf`: its number of fields, a frequency, a
+/// source. Any of its fields may still be wrong. @return where it starts, in bytes.
+std::optional<std::size_t> findVdr(std::string_view content);
 
-/// Reads VDR's `channels.conf`.
-Result readVdr(std::string_view content);
+/// Reads VDR's `channels.conf`. Arguments and result are those of `read`.
+Result readVdr(std::string_view content, const std::string& encoding);
 
 }  // namespace virtualtv::import

@@ -143,27 +143,26 @@ std::optional<VdrSource> parseVdrSource(std::string_view text) {
   return VdrSource{letter, std::nullopt};
 }
 
-/// Letters with a number each, of which the polarisations have none. Letters that the set has no use for (code rates,
-/// inversion, roll-off, those of versions to come) may have any.
-VdrParameters readVdrParameters(std::string_view text) {
+/// Letters with a number each, of which the polarisations have none. Those that the set has no use for (code rates,
+/// inversion, roll-off, those of versions to come, those of other kinds of sources) may have any number or none.
+VdrParameters readVdrParameters(std::string_view text, char sourceLetter) {
+  const bool satellite = sourceLetter == 'S';
+  const bool terrestrial = sourceLetter == 'T' || sourceLetter == 'A';
   const std::string_view whole = text;
   VdrParameters parameters;
   while (!text.empty()) {
     const char letter = upper(text.front());
     text.remove_prefix(1);
     const std::string_view digits = takeDigits(text);
-    const bool polarisation = letter == 'H' || letter == 'V' || letter == 'L' || letter == 'R';
-    if (!isUpper(letter) || digits.empty() != polarisation) {
+    const auto code = [&] { return number(digits, std::string("parameter ") + letter, 999'999'999); };
+    const bool polarisation = satellite && std::string_view("HVLR").find(letter) != std::string_view::npos;
+    if (!isUpper(letter) || (polarisation && !digits.empty())) {
       throw Unreadable{"parameters " + quoted(whole) + " are not letters with numbers"};
     }
-    if (polarisation) {
-      parameters.polarisation = letter;
-      continue;
-    }
-    const std::uint64_t code = number(digits, std::string("parameter ") + letter, 999'999'999);
-    if (letter == 'M') parameters.modulation = modulationOf(code);
-    if (letter == 'B') parameters.bandwidth = bandwidthOf(code);
-    if (letter == 'S') parameters.secondGeneration = secondGenerationOf(code);
+    if (polarisation) parameters.polarisation = letter;
+    if (letter == 'M') parameters.modulation = modulationOf(code());
+    if (letter == 'B' && terrestrial) parameters.bandwidth = bandwidthOf(code());
+    if (letter == 'S' && satellite) parameters.secondGeneration = secondGenerationOf(code());
   }
   return parameters;
 }
@@ -181,12 +180,9 @@ int readVdrFrequency(std::string_view text, char sourceLetter) {
   throw Unreadable{"frequency " + quoted(text) + " is not within 30 to 1500 MHz, be it in MHz, kHz or Hz"};
 }
 
+/// The PIDs may be followed by a stream type, and the video PID by that of the clock.
 bool readVdrVideo(std::string_view text) {
-  std::string_view pids = cut(text, '=');
-  if (!text.empty()) number(text, "video type", 255);
-  const int pid = readPid(cut(pids, '+'), "video PID");
-  if (!pids.empty()) readPid(pids, "PCR PID");
-  return isStreamPid(pid);
+  return isStreamPid(readPid(text.substr(0, text.find_first_of("+=")), "video PID"));
 }
 
 std::vector<AudioTrack> readVdrAudio(std::string_view text) {
@@ -197,8 +193,7 @@ std::vector<AudioTrack> readVdrAudio(std::string_view text) {
 }
 
 std::vector<SubtitleTrack> readVdrSubtitles(std::string_view text) {
-  const std::string_view teletext = trimmed(cut(text, ';'));
-  if (!teletext.empty()) readStream(teletext, "teletext");
+  cut(text, ';');
   std::vector<SubtitleTrack> tracks;
   while (!text.empty()) {
     const std::string_view piece = trimmed(cut(text, ','));
@@ -208,18 +203,6 @@ std::vector<SubtitleTrack> readVdrSubtitles(std::string_view text) {
     for (const LanguageCode language : stream.languages) tracks.push_back({stream.pid, language, 0, true});
   }
   return tracks;
-}
-
-void checkVdrConditionalAccess(std::string_view text) {
-  while (!text.empty()) {
-    const std::string_view piece = trimmed(cut(text, ','));
-    if (piece.empty()) continue;
-    unsigned id = 0;
-    const auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), id, 16);
-    if (error != std::errc() || end != piece.data() + piece.size() || id > 0xFFFF) {
-      throw Unreadable{"conditional access id " + quoted(piece) + " is not a hexadecimal number up to FFFF"};
-    }
-  }
 }
 
 }  // namespace virtualtv::import

@@ -21,7 +21,7 @@ struct VdrSource {
 /// Nothing when the text is no source.
 std::optional<VdrSource> parseVdrSource(std::string_view text);
 
-/// What the parameters tell of the things that a set keeps.
+/// What the parameters tell of the things that a set keeps of services from a source.
 struct VdrParameters {
   char polarisation = 0;
   int bandwidth = 0;  ///< kHz, 0 when unknown
@@ -29,7 +29,7 @@ struct VdrParameters {
   bool secondGeneration = false;
 };
 
-VdrParameters readVdrParameters(std::string_view text);
+VdrParameters readVdrParameters(std::string_view text, char sourceLetter);
 
 /// kHz. Satellites are written in MHz, the others in MHz, kHz or Hz, which the magnitude tells.
 int readVdrFrequency(std::string_view text, char sourceLetter);
@@ -38,9 +38,8 @@ int readVdrFrequency(std::string_view text, char sourceLetter);
 bool readVdrVideo(std::string_view text);
 
 std::vector<AudioTrack> readVdrAudio(std::string_view text);
-std::vector<SubtitleTrack> readVdrSubtitles(std::string_view text);
 
-/// Only looks whether the conditional access ids can be read: a set has no use for them.
-void checkVdrConditionalAccess(std::string_view text);
+/// The subtitles stand behind the teletext PID, which is not looked at.
+std::vector<SubtitleTrack> readVdrSubtitles(std::string_view text);
 
 }  // namespace virtualtv::import

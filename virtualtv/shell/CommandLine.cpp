@@ -12,7 +12,6 @@
 #include <iostream>
 #include <iterator>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -25,6 +24,7 @@
 #include "shell/Files.h"
 #include "shell/ImportFile.h"
 #include "shell/Nearest.h"
+#include "shell/Reason.h"
 #include "shell/Session.h"
 #include "shell/Terminal.h"
 #include "shell/Transcript.h"
@@ -43,9 +43,7 @@ struct Wishes {
   std::vector<std::string> command;  ///< of `exec`, with its parameters
   bool marked = false;               ///< a `--` stands before the command
   CheckOptions check;
-  std::string listFile;
-  std::string format;
-  bool add = false;
+  ImportWishes list;
 };
 
 void complain(const std::string& what) {
@@ -180,25 +178,18 @@ ExitStatus runCheck(kel::CEmpAppBase& app, const Wishes& wishes) {
   return check(app, wishes.check, std::cout, std::cerr) ? allWell : failed;
 }
 
-std::string standardInput() {
-  std::ostringstream content;
-  content << std::cin.rdbuf();
-  return content.str();
-}
-
 ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
-  const bool piped = wishes.listFile == "-";
-  const std::string name = piped ? "standard input" : wishes.listFile;
-  const std::string content = piped ? standardInput() : readFile(name);
-  ImportOptions options{std::nullopt, wishes.add};
-  if (!wishes.format.empty()) options.format = import::formatNamed(wishes.format);
+  const bool piped = wishes.list.file == "-";
+  const std::string name = piped ? "standard input" : wishes.list.file;
+  const std::string content = piped ? readStream(std::cin, name) : readFile(name);
   Desk desk(app, wishes);
-  const ImportReport report = importServices(desk.session().rig().tv(), name, content, options);
-  for (const std::string& problem : report.problems) std::cerr << problem << "\n";
-  std::cout << report.summary << "\n";
-  if (!report.error.empty()) complain(report.error);
+  const ImportReport report = importServices(desk.session().rig().tv(), name, content, wishes.list.options);
+  for (const std::string& problem : report.problemLines()) std::cerr << problem << "\n";
+  std::cout << report.summary() << "\n";
+  const std::string error = report.error();
+  if (!error.empty()) complain(error);
   desk.sayWhatWentWrong("");
-  return desk.status(report.error.empty() ? allWell : failed);
+  return desk.status(error.empty() ? allWell : failed);
 }
 
 [[noreturn]] void refuseArguments(const std::string& reason) {
@@ -256,10 +247,7 @@ struct Grammar {
     check->add_flag("--update", wishes.check.update, "write what was printed into the transcripts");
     check->add_option("--junit", wishes.check.junit, "write a JUnit report")->type_name("FILE");
     import = program.add_subcommand("import", "replace the set's services by those of a channel list");
-    import->add_option("FILE", wishes.listFile, "the list, - for standard input")->required();
-    import->add_option("--format", wishes.format, "its format; recognised if left out")
-        ->check(CLI::IsMember({"vdr", "dvbv5"}));
-    import->add_flag("--add", wishes.add, "keep the services that are there");
+    addImportOptions(*import, wishes.list);
     for (CLI::App* part : {&program, shell, exec, check, import}) addSetOptions(*part);
   }
 
@@ -334,6 +322,14 @@ struct Grammar {
   }
 };
 
+/// What the wishes come to, for messages.
+std::string doing(const Grammar& grammar, const Wishes& wishes) {
+  if (grammar.exec->parsed()) return "run " + wishes.command.front();
+  if (grammar.check->parsed()) return "check";
+  if (grammar.import->parsed()) return "import " + wishes.list.file;
+  return "run the shell";
+}
+
 ExitStatus runWishes(kel::CEmpAppBase& app, const Grammar& grammar, const Wishes& wishes) {
   if (grammar.exec->parsed()) return runExec(app, wishes);
   if (grammar.check->parsed()) return runCheck(app, wishes);
@@ -352,7 +348,12 @@ ExitStatus run(int argc, char** argv, kel::CEmpAppBase& app) {
     complain(std::string(error.what()) + " ('emp-window --help' says more)");
     return unusable;
   }
-  return runWishes(app, grammar, wishes);
+  try {
+    return runWishes(app, grammar, wishes);
+  } catch (...) {
+    complain(reasonOf(std::current_exception(), doing(grammar, wishes)));
+    return unusable;
+  }
 }
 
 }  // namespace
@@ -361,10 +362,8 @@ ExitStatus runCommandLine(int argc, char** argv, kel::CEmpAppBase& app) {
   ExitStatus status = unusable;
   try {
     status = run(argc, argv, app);
-  } catch (const std::exception& exception) {
-    complain(exception.what());
   } catch (...) {
-    complain("an exception of an unknown kind");
+    complain(reasonOf(std::current_exception(), "start"));
   }
   if (!std::cout.flush()) {
     complain("cannot write to standard output");

@@ -174,23 +174,13 @@ Lines vconf(Session& session, const Words& words) {
 }
 
 Lines import(Session& session, const Words& words) {
-  std::string file;
-  bool add = false;
-  for (const std::string& word : words) {
-    if (word == "--add") {
-      add = true;
-    } else if (file.empty()) {
-      file = word;
-    } else {
-      file.clear();
-      break;
-    }
-  }
-  if (file.empty()) refuse("usage: .import FILE [--add]");
-  const ImportReport report = importServices(session.rig().tv(), file, session.read(file), {std::nullopt, add});
-  Lines lines = report.problems;
-  lines.push_back(report.summary);
-  if (!report.error.empty()) lines.push_back(session.errorLine(report.error));
+  const ImportWishes wishes = importWishes(words);
+  const std::string content = session.read(wishes.file);
+  const ImportReport report = importServices(session.rig().tv(), wishes.file, content, wishes.options);
+  Lines lines = report.problemLines();
+  lines.push_back(report.summary());
+  const std::string error = report.error();
+  if (!error.empty()) lines.push_back(session.errorLine(error));
   return lines;
 }
 
@@ -272,7 +262,8 @@ constexpr std::array commands{
     DotCommand{".get", "[NAME]", "print a knob, those of a group such as main or service.ID, or all of them", get},
     DotCommand{".help", "[TOPIC]",
                "print help; topics are commands, operations, knobs, faults and the name of each command", help},
-    DotCommand{".import", "FILE [--add]", "replace the services by those of a channel list, or add these", import},
+    DotCommand{".import", "FILE [--add] [--format NAME] [--encoding NAME]",
+               "replace the services by those of a channel list, or add these", import},
     DotCommand{".log", "on|off [LEVEL]", "print the plug-in's log messages, up to a level, behind each reply", log},
     DotCommand{".quit", "", "end the shell, or the file that .source runs", quit},
     DotCommand{".reopen", "", "close the engine in use and open a new one", reopen, true},

@@ -1,29 +1,57 @@
 #pragma once
 
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "import/Import.h"
 #include "set/Tv.h"
 #include "shell/Lines.h"
 
+namespace CLI {
+class App;
+}
+
 namespace virtualtv::shell {
 
 struct ImportOptions {
-  std::optional<import::Format> format;  ///< recognised when empty
-  bool add = false;                      ///< keep the services that are there
+  const import::Format* format = nullptr;  ///< recognised when null
+  std::string encoding;                    ///< of names that do not tell theirs, for iconv; judged when empty
+  bool add = false;                        ///< keep the services that are there
 };
 
+/// What `import` and `.import` are told.
+struct ImportWishes {
+  std::string file;
+  ImportOptions options;
+};
+
+/// Adds the file and the options of an import to a grammar, which writes them into `wishes`.
+void addImportOptions(CLI::App& grammar, ImportWishes& wishes);
+
+/// Reads the words behind `.import`. @throws std::invalid_argument for words that can't be understood.
+ImportWishes importWishes(const std::vector<std::string>& words);
+
+/// How an import went.
 struct ImportReport {
-  Lines problems;       ///< a line `FILE:LINE: REASON` for each line that could not be read, escaped
-  std::string summary;  ///< counts both
-  std::string error;    ///< `FILE: no service in it`; empty when services were imported
+  std::string list;          ///< what messages call the list
+  std::size_t imported = 0;  ///< services that the list brought
+  ServiceChanges changes;    ///< what became of those of the set
+  import::Problems problems;
+
+  /// A line `LIST:LINE: REASON` for each problem that is kept, and one that counts the others, escaped.
+  Lines problemLines() const;
+  /// One line that counts what was imported and what could not be read.
+  std::string summary() const;
+  /// `LIST: no service in it`; empty when services were imported.
+  std::string error() const;
 };
 
 /// Imports the services of a channel list into the set; without any it is an error, and the set stays as it is.
 /// @param name  stands for the file in messages.
-/// @throws std::runtime_error when the format is not recognised, StoreError when the set can't keep the services.
+/// @throws std::runtime_error when the format is not recognised, std::invalid_argument when there is no such encoding,
+/// StoreError when the set can't keep the services.
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options);
 
 }  // namespace virtualtv::shell

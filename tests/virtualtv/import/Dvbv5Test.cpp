@@ -33,8 +33,8 @@ std::vector<std::pair<int, int>> audio(const Service& service) {
 std::string problem(const std::string& more) {
   const auto result = readDvbv5(section("A", more));
   EXPECT_TRUE(result.services.empty());
-  EXPECT_EQ(result.problems.size(), 1U);
-  return result.problems.empty() ? "" : problems(result).front();
+  EXPECT_EQ(result.problems.count(), 1U);
+  return result.problems.count() == 0 ? "" : problems(result).front();
 }
 
 TEST(Dvbv5, GivesATerrestrialServiceEveryNumberThatTheSectionTells) {
@@ -285,7 +285,14 @@ TEST(Dvbv5Problem, FindsWordsThatItDoesNotKnow) {
   EXPECT_EQ(problem("DELIVERY_SYSTEM =\n"), "9: delivery system \"\" is not known");
   EXPECT_EQ(problem("MODULATION = QAM/65\n"), "9: modulation \"QAM/65\" is not known");
   EXPECT_EQ(problem("MODULATION = QAM/99999999999999\n"), "9: modulation \"QAM/99999999999999\" is not known");
-  EXPECT_EQ(problem("POLARIZATION = UP\x07\n"), "9: polarization \"UP\\x07\" is not known");
+  EXPECT_EQ(problems(readDvbv5(satelliteSection("News", "POLARIZATION = UP\x07\n"))),
+            std::vector<std::string>{"9: polarization \"UP\\x07\" is not known"});
+}
+
+TEST(Dvbv5Problem, IsNoneOfKeysThatTheSetHasNoUseForOnAnAntenna) {
+  EXPECT_EQ(dvbv5(section("News", "POLARIZATION = UP\nSYMBOL_RATE = x\nSAT_NUMBER = x\nCODE_RATE_HP = x\n")),
+            dvbv5(section("News")));
+  EXPECT_EQ(dvbv5(satelliteSection("News", "BANDWIDTH_HZ = x\nINVERSION = 7\n")), dvbv5(satelliteSection("News")));
 }
 
 }  // namespace

@@ -10,15 +10,16 @@ namespace {
 /// Reads it as any format, and checks what holds for every result.
 void readAll(const std::string& content) {
   virtualtv::import::recognise(content);
-  for (const auto& result : {readVdr(content), readDvbv5(content)}) {
+  for (const auto& format : virtualtv::import::formats()) {
+    const auto result = virtualtv::import::read(content, format);
     int line = 0;
-    for (const auto& problem : result.problems) {
+    for (const auto& problem : result.problems.kept()) {
       EXPECT_GE(problem.line, 1);
-      EXPECT_GE(problem.line, result.format == virtualtv::import::Format::vdr ? line : 0);
+      EXPECT_GE(problem.line, format.name == "vdr" ? line : 0);
       EXPECT_FALSE(problem.reason.empty());
       EXPECT_LT(problem.reason.size(), 400U);
       for (const char byte : problem.reason) EXPECT_GE(static_cast<unsigned char>(byte), 0x20);
-      line = problem.line;
+      line = *problem.line;
     }
     for (const auto& service : result.services) {
       EXPECT_NE(number(service, TCServiceData::SERVICE_ID).value_or(0), 0U);
@@ -120,7 +121,7 @@ TEST(Garbage, IsALineWithoutEnd) {
   for (const char byte : {'x', ':', '\0', '\r', '[', '=', '1', ','}) {
     std::string content;
     content.resize(size, byte);
-    EXPECT_FALSE(virtualtv::import::recognise(content).has_value());
+    EXPECT_EQ(recognised(content), "");
     EXPECT_TRUE(readVdr(content).services.empty());
     EXPECT_TRUE(readDvbv5(content).services.empty());
   }

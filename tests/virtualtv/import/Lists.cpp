@@ -5,7 +5,7 @@
 namespace import_tests {
 
 using virtualtv::Service;
-using virtualtv::import::Format;
+using virtualtv::import::formatNamed;
 using virtualtv::import::Result;
 
 std::string VdrLine::text() const {
@@ -35,12 +35,17 @@ std::string satelliteSection(const std::string& name, const std::string& more) {
          more;
 }
 
-Result readVdr(const std::string& content) {
-  return virtualtv::import::read(content, Format::vdr);
+Result readVdr(const std::string& content, const std::string& encoding) {
+  return virtualtv::import::read(content, *formatNamed("vdr"), encoding);
 }
 
-Result readDvbv5(const std::string& content) {
-  return virtualtv::import::read(content, Format::dvbv5);
+Result readDvbv5(const std::string& content, const std::string& encoding) {
+  return virtualtv::import::read(content, *formatNamed("dvbv5"), encoding);
+}
+
+std::string recognised(const std::string& content) {
+  const virtualtv::import::Format* format = virtualtv::import::recognise(content);
+  return format == nullptr ? std::string() : std::string(format->name);
 }
 
 Service only(const Result& result) {
@@ -59,15 +64,19 @@ Service dvbv5(const std::string& content) {
 
 std::vector<std::string> problems(const Result& result) {
   std::vector<std::string> lines;
-  for (const auto& problem : result.problems) lines.push_back(std::to_string(problem.line) + ": " + problem.reason);
+  for (const auto& problem : result.problems.kept()) {
+    EXPECT_EQ(problem.at, "line " + std::to_string(problem.line.value_or(0)));
+    lines.push_back(std::to_string(problem.line.value_or(0)) + ": " + problem.reason);
+  }
   return lines;
 }
 
 std::string reason(const VdrLine& line) {
   const Result result = readVdr(line.text());
   EXPECT_TRUE(result.services.empty());
-  EXPECT_EQ(result.problems.size(), 1U);
-  return result.problems.empty() ? std::string() : result.problems.front().reason;
+  EXPECT_EQ(result.problems.count(), 1U);
+  EXPECT_EQ(result.problems.unread(), 1U);
+  return result.problems.count() == 0 ? std::string() : result.problems.kept().front().reason;
 }
 
 std::optional<std::uint64_t> number(const Service& service, int field) {

@@ -37,8 +37,11 @@ VdrLine cable(const std::string& frequency);
 std::string section(const std::string& name, const std::string& more = "");
 std::string satelliteSection(const std::string& name, const std::string& more = "");
 
-virtualtv::import::Result readVdr(const std::string& content);
-virtualtv::import::Result readDvbv5(const std::string& content);
+virtualtv::import::Result readVdr(const std::string& content, const std::string& encoding = "");
+virtualtv::import::Result readDvbv5(const std::string& content, const std::string& encoding = "");
+
+/// Name of the format that is recognised, "" for none.
+std::string recognised(const std::string& content);
 
 /// The one service of a list without problems. Fails the test, and answers an empty service, if it isn't so.
 virtualtv::Service only(const virtualtv::import::Result& result);

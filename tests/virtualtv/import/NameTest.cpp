@@ -2,6 +2,8 @@
 
 #include <iconv.h>
 
+#include "import/Charset.h"
+
 #include "virtualtv/import/Lists.h"
 
 namespace {
@@ -164,6 +166,53 @@ TEST(Name, KeepsItsAsciiWhereTheSystemHasNoConverters) {
   EXPECT_EQ(latin, u"Caf\uFFFD 1");
   EXPECT_EQ(greek, u"ERT \uFFFD");
   EXPECT_EQ(plain, u"News");
+}
+
+/// The same of a name whose list is said to be in an encoding.
+std::u16string decodedFrom(const std::string& encoding, const std::string& bytes) {
+  VdrLine line;
+  line.name = bytes;
+  std::u16string text = name(only(readVdr(line.text(), encoding)));
+  EXPECT_EQ(name(only(readDvbv5(section(bytes), encoding))), text);
+  return text;
+}
+
+std::string refusalOf(const std::string& encoding) {
+  try {
+    readVdr("", encoding);
+  } catch (const std::invalid_argument& refusal) {
+    return refusal.what();
+  }
+  return "";
+}
+
+TEST(NameInAGivenEncoding, IsReadInIt) {
+  EXPECT_EQ(decodedFrom("ISO-8859-2", "\xA9l\xE1gr"), u"Šlágr");
+  EXPECT_EQ(decodedFrom("cp1251", "\xCF\xE5\xF0\xE2\xFB\xE9"), u"Первый");
+  EXPECT_EQ(decodedFrom("ISO_6937", "L\xC4NDER"), u"LÑDER");
+  EXPECT_EQ(decodedFrom("SHIFT_JIS", "\x93\xFA\x96\x7B"), u"日本");
+  EXPECT_EQ(decodedFrom("latin1", "Ö"), u"Ã") << "also where it would be valid UTF-8";
+  EXPECT_EQ(decodedFrom("UTF-8", "A\xFF"), u"A\uFFFD");
+  EXPECT_EQ(decodedFrom("ISO-2022-JP", "\x1B$BF|K\\\x1B(B"), u"日本") << "it is of ASCII bytes alone";
+}
+
+TEST(NameInAGivenEncoding, IsOfTheTableThatItsFirstByteTellsAllTheSame) {
+  EXPECT_EQ(decodedFrom("ISO-8859-2", "\x01\xBF\xD5"), u"Пе");
+  EXPECT_EQ(decodedFrom("ISO-8859-2", "\x15Ö"), u"Ö");
+}
+
+TEST(NameInAGivenEncoding, AppliesToGroups) {
+  EXPECT_EQ(only(readVdr(":\xA9port\n" + VdrLine{}.text(), "ISO-8859-2")).group, "Šport");
+}
+
+TEST(NameInAGivenEncoding, IsRefusedWhereItIsNoneThatNamesCanBeIn) {
+  EXPECT_EQ(refusalOf("latin-99"), "there is no encoding 'latin-99'; 'iconv -l' lists those that there are");
+  EXPECT_EQ(refusalOf("x\ny"), "there is no encoding 'x\ny'; 'iconv -l' lists those that there are");
+  for (const char* wide : {"UTF-16", "UCS-4LE", "EBCDIC-US"}) {
+    EXPECT_EQ(refusalOf(wide), std::string("a list can't be in the encoding '") + wide + "', which has no ASCII in it");
+  }
+  EXPECT_EQ(refusalOf("UTF-8"), "");
+  EXPECT_THROW(virtualtv::import::requireEncoding(""), std::invalid_argument);
 }
 
 TEST(Name, MayBeLong) {

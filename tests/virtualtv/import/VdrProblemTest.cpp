@@ -52,11 +52,11 @@ TEST(VdrProblem, FindsSourcesThatAreNone) {
 TEST(VdrProblem, FindsParametersThatAreNone) {
   EXPECT_EQ(reason({.parameters = "H M2"}), "parameters \"H M2\" are not letters with numbers");
   EXPECT_EQ(reason({.parameters = "H12"}), "parameters \"H12\" are not letters with numbers");
-  EXPECT_EQ(reason({.parameters = "HM"}), "parameters \"HM\" are not letters with numbers");
   EXPECT_EQ(reason({.parameters = "12"}), "parameters \"12\" are not letters with numbers");
+  EXPECT_EQ(reason({.parameters = "HM"}), "parameter M is missing");
   EXPECT_EQ(reason({.parameters = "HM2S2"}), "system generation \"S2\" is not known");
   EXPECT_EQ(reason({.parameters = "HM3"}), "modulation \"M3\" is not known");
-  EXPECT_EQ(reason({.parameters = "HC1234567890"}), "parameter C \"1234567890\" is greater than 999999999");
+  EXPECT_EQ(reason({.parameters = "HM1234567890"}), "parameter M \"1234567890\" is greater than 999999999");
   EXPECT_EQ(reason(terrestrial("578", "B11")), "bandwidth \"B11\" is not known");
 }
 
@@ -68,21 +68,11 @@ TEST(VdrProblem, FindsSymbolRatesThatAreNone) {
 TEST(VdrProblem, FindsPidsThatAreNone) {
   EXPECT_EQ(reason({.video = "8192"}), "video PID \"8192\" is greater than 8191");
   EXPECT_EQ(reason({.video = ""}), "video PID is missing");
-  EXPECT_EQ(reason({.video = "163=x"}), "video type \"x\" is not a decimal number");
-  EXPECT_EQ(reason({.video = "163+x"}), "PCR PID \"x\" is not a decimal number");
   EXPECT_EQ(reason({.audio = "104=deu@3,70000"}), "audio PID \"70000\" is greater than 8191");
   EXPECT_EQ(reason({.audio = "104=deu@3;-1"}), "audio PID \"-1\" is negative");
   EXPECT_EQ(reason({.audio = "104=deu@256"}), "audio type \"256\" is greater than 255");
   EXPECT_EQ(reason({.audio = "104@"}), "audio type is missing");
-  EXPECT_EQ(reason({.teletext = "x"}), "teletext PID \"x\" is not a decimal number");
   EXPECT_EQ(reason({.teletext = "105;x=deu"}), "subtitle PID \"x\" is not a decimal number");
-}
-
-TEST(VdrProblem, FindsConditionalAccessIdsThatAreNone) {
-  EXPECT_EQ(reason({.conditionalAccess = "98C,xyz"}),
-            "conditional access id \"xyz\" is not a hexadecimal number up to FFFF");
-  EXPECT_EQ(reason({.conditionalAccess = "10000"}),
-            "conditional access id \"10000\" is not a hexadecimal number up to FFFF");
 }
 
 TEST(VdrProblem, FindsIdsOutOfRange) {
@@ -91,18 +81,51 @@ TEST(VdrProblem, FindsIdsOutOfRange) {
   EXPECT_EQ(reason({.service = ""}), "service id is missing");
   EXPECT_EQ(reason({.network = "70000"}), "network id \"70000\" is greater than 65535");
   EXPECT_EQ(reason({.stream = "0x10"}), "transport stream id \"0x10\" is not a decimal number");
-  EXPECT_EQ(reason({.radio = "4294967296"}), "radio id \"4294967296\" is greater than 65535");
   EXPECT_EQ(number(vdr({.service = "65535", .network = "65535", .stream = "65535"}), TCServiceData::PROGRAM_NUMBER),
             65535U);
 }
 
-TEST(VdrProblem, FindsGroupNumbersOutOfRangeAndKeepsTheGroup) {
+TEST(VdrProblem, DoesNotLookAtWhatTheSetHasNoUseFor) {
+  const virtualtv::Service plain = vdr({});
+  for (const char* odd : {"", "8192", "70000", "x", "-1", "10000", "98C,xyz", "4294967296", "\xFF"}) {
+    EXPECT_EQ(vdr({.teletext = odd}), plain) << odd;
+    EXPECT_EQ(vdr({.conditionalAccess = odd}), plain) << odd;
+    EXPECT_EQ(vdr({.radio = odd}), plain) << odd;
+    EXPECT_EQ(vdr({.video = std::string("163=") + odd}), plain) << odd;
+    EXPECT_EQ(vdr({.video = std::string("163+") + odd + "=2"}), plain) << odd;
+    VdrLine line = terrestrial("578");
+    line.symbolRate = odd;
+    EXPECT_EQ(vdr(line), vdr(terrestrial("578"))) << odd;
+  }
+  EXPECT_EQ(vdr({.teletext = "x;107=eng"}), vdr({.teletext = "105;107=eng"}));
+  for (const char* odd : {"HC34M2S0B11", "HC1234567890M2S0", "HCM2S0", "HM2S0X"}) {
+    EXPECT_EQ(vdr({.parameters = odd}), plain) << odd;
+  }
+  EXPECT_EQ(vdr(terrestrial("578", "B8M64S9H7")), vdr(terrestrial("578")));
+  VdrLine input{.frequency = "x", .parameters = "?", .source = "I", .symbolRate = "x"};
+  EXPECT_EQ(number(vdr(input), TCServiceData::FREQUENCY), std::nullopt);
+}
+
+TEST(VdrProblem, RemarksThatAGroupNumberIsOutOfRangeAndKeepsTheGroup) {
   const auto result = readVdr(":@65535 Films\n:@99999999999999999999 Sport\n" + VdrLine{}.text());
-  EXPECT_EQ(problems(result), (Lines{"1: channel number \"65535\" is greater than 65534",
-                                     "2: channel number \"99999999999999999999\" is greater than 65534"}));
+  EXPECT_EQ(problems(result),
+            (Lines{"1: channel number \"65535\" is greater than 65534; its services start at 1",
+                   "2: channel number \"99999999999999999999\" is greater than 65534; its services start at 1"}));
+  EXPECT_EQ(result.problems.unread(), 0U);
   ASSERT_EQ(result.services.size(), 1U);
   EXPECT_EQ(result.services[0].group, "Sport");
   EXPECT_EQ(number(result.services[0], TCServiceData::MAJOR), 1U);
+}
+
+TEST(VdrProblem, IsKeptAHundredTimesAndCountedOn) {
+  std::string list = VdrLine{}.text() + ":@1 Taken\n";
+  for (int line = 0; line < 1000; ++line) list += "broken\n";
+  const auto result = readVdr(list);
+  EXPECT_EQ(result.services.size(), 1U);
+  EXPECT_EQ(result.problems.kept().size(), 100U);
+  EXPECT_EQ(result.problems.kept().back().line, 101);
+  EXPECT_EQ(result.problems.count(), 1001U);
+  EXPECT_EQ(result.problems.unread(), 1000U);
 }
 
 TEST(VdrProblem, QuotesWithControlBytesEscapedAndShortened) {

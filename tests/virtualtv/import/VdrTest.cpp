@@ -93,7 +93,7 @@ TEST(Vdr, LeavesOutBlanksAroundNamesAndFields) {
 TEST(Vdr, SkipsCommentsAndBlankLines) {
   const auto result = readVdr("# a list\n\n  \t\n   # more\n" + VdrLine{}.text() + "#end");
   EXPECT_EQ(result.services.size(), 1U);
-  EXPECT_TRUE(result.problems.empty());
+  EXPECT_EQ(result.problems.count(), 0U);
 }
 
 TEST(Vdr, ReadsLinesEndingInCarriageReturnAndLineFeed) {
@@ -338,7 +338,7 @@ TEST(Vdr, PutsServicesIntoTheGroupAboveThem) {
   EXPECT_EQ(result.services[2].group, "First");
   EXPECT_EQ(result.services[3].group, "Second: group");
   EXPECT_EQ(result.services[4].group, "");
-  EXPECT_TRUE(result.problems.empty());
+  EXPECT_EQ(result.problems.count(), 0U);
 }
 
 TEST(Vdr, WritesGroupsAsUtf8WhateverTheirEncoding) {
@@ -359,16 +359,17 @@ TEST(Vdr, GoesOnFromTheNumberOfAGroup) {
   EXPECT_EQ(result.services[1].group, "Films");
   EXPECT_EQ(result.services[3].group, "Sport");
   EXPECT_EQ(result.services[4].group, "Next");
-  EXPECT_TRUE(result.problems.empty());
+  EXPECT_EQ(result.problems.count(), 0U);
 }
 
-TEST(Vdr, NumbersOnAndSaysSoWhenAGroupNumberIsGivenAlready) {
+TEST(Vdr, NumbersOnAndRemarksThatAGroupNumberIsTaken) {
   const std::string line = VdrLine{}.text();
   const auto result = readVdr(line + line + ":@2 Films\n" + line);
   EXPECT_EQ(column(result, TCServiceData::MAJOR), (Numbers{1, 2, 3}));
   EXPECT_EQ(result.services[2].group, "Films");
   EXPECT_EQ(problems(result),
-            (std::vector<std::string>{"3: channel number \"2\" is given already, the next one is 3"}));
+            (std::vector<std::string>{"3: channel number \"2\" is taken already; its services start at 3"}));
+  EXPECT_EQ(result.problems.unread(), 0U) << "the group is read";
 }
 
 TEST(Vdr, TakesAnAtSignWithoutANumberForPartOfTheGroupName) {
@@ -399,7 +400,7 @@ TEST(Vdr, ImportsAHundredThousandServices) {
   }
   const auto result = readVdr(list);
   EXPECT_EQ(result.services.size(), 100'000U);
-  EXPECT_TRUE(result.problems.empty());
+  EXPECT_EQ(result.problems.count(), 0U);
   EXPECT_EQ(name(result.services.back()), u"Service 99999");
   EXPECT_EQ(number(result.services.back(), TCServiceData::PTC), 1000U);
 }

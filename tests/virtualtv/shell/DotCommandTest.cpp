@@ -5,7 +5,6 @@
 #include "seam/Seam.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
-#include "shell/ImportFile.h"
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {
@@ -337,33 +336,68 @@ TEST_F(DotCommandTest, ImportReplacesTheServicesAndReportsWhatItCouldNotRead) {
   const Lines printed = lines(".import list");
   ASSERT_EQ(printed.size(), 2U);
   EXPECT_TRUE(printed[0].starts_with("list:2: ")) << printed[0];
-  EXPECT_EQ(printed[1], "imported 2 services, 1 line could not be read");
+  EXPECT_EQ(printed[1], "imported 2 services: 2 added, 0 changed, 81 gone; 1 line could not be read");
   EXPECT_EQ(run(".get services"), "services = 2");
 }
 
-TEST_F(DotCommandTest, ImportCanAdd) {
+TEST_F(DotCommandTest, ImportCanAddAndKeepsWhatIsOnScreen) {
   const std::size_t before = std::stoul(getKnob(tv(), "services"));
+  const std::string shown = getKnob(tv(), "main.service");
   test::write(folder / "list", smallList);
-  lines(".import --add list");
+  EXPECT_EQ(lines(".import --add list").back(),
+            "imported 2 services: 2 added, 0 changed, 0 gone; 1 line could not be read");
   EXPECT_EQ(getKnob(tv(), "services"), std::to_string(before + 2));
+  EXPECT_EQ(getKnob(tv(), "main.service"), shown);
+}
+
+TEST_F(DotCommandTest, ImportOfTheSameListKeepsWhatTheUserDid) {
+  test::write(folder / "list", smallList);
+  run(".import list");
+  run(".set main.service #2");
+  run(".set service.#2.favourites 3=1");
+  run(".set service.#1.lock 1");
+  for (const char* again : {".import list", ".import list --add"}) {
+    EXPECT_EQ(lines(again).back(), "imported 2 services: 0 added, 0 changed, 0 gone; 1 line could not be read");
+    EXPECT_EQ(getKnob(tv(), "service.#2.favourites"), "3=1");
+    EXPECT_EQ(getKnob(tv(), "service.#1.lock"), "1");
+    EXPECT_EQ(getKnob(tv(), "main.service"), getKnob(tv(), "service.#2.id"));
+  }
+}
+
+TEST_F(DotCommandTest, ImportTakesTheOptionsOfTheProgram) {
+  test::write(folder / "list", "\xA9l\xE1gr:474000:B8C23D12G4M64T8Y0:T:27500:101:102:0:0:1:1:1:0\n");
+  run(".import list --encoding ISO-8859-2 --format vdr");
+  EXPECT_EQ(getKnob(tv(), "service.#1.name"), "\"Šlágr\"");
+  run(".import --format=vdr --encoding=latin1 list");
+  EXPECT_EQ(getKnob(tv(), "service.#1.name"), "\"©lágr\"");
+  EXPECT_EQ(run(".import list --encoding none"),
+            "error: --encoding: there is no encoding 'none'; 'iconv -l' lists those that there are");
+  EXPECT_EQ(run(".import list --encoding UTF-16"),
+            "error: --encoding: a list can't be in the encoding 'UTF-16', which has no ASCII in it");
+  EXPECT_EQ(run(".import list --format other"), "error: --format: other not in {vdr,dvbv5}");
+  EXPECT_EQ(lines(".import list --format dvbv5").back(), "error: list: no service in it");
 }
 
 TEST_F(DotCommandTest, ImportOfWhatIsNoListIsAnErrorAndKeepsTheServices) {
   const std::string before = run(".get services");
   test::write(folder / "noise", "hello\nworld\n");
-  EXPECT_EQ(run(".import noise"), "error: noise: not a channel list of a known format");
+  EXPECT_EQ(run(".import noise"),
+            "error: noise: not a channel list of a known format: VDR's channels.conf (vdr), libdvbv5 (dvbv5)");
   EXPECT_TRUE(run(".import none").starts_with("error: cannot read "));
-  EXPECT_EQ(run(".import"), "error: usage: .import FILE [--add]");
-  EXPECT_EQ(run(".import a b"), "error: usage: .import FILE [--add]");
+  const std::string usage = "error: usage: .import FILE [--add] [--format NAME] [--encoding NAME]";
+  for (const char* bad :
+       {".import", ".import ''", ".import a b", ".import a --all", ".import a --format", ".import --add"}) {
+    EXPECT_EQ(run(bad), usage) << bad;
+  }
   EXPECT_EQ(run(".get services"), before);
 }
 
 TEST_F(DotCommandTest, ImportThatBringsNothingIsAnErrorBehindWhatItPrintsAndKeepsTheServices) {
   const std::string before = run(".get services");
   test::write(folder / "list", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:70000:1:1:0\n");
-  EXPECT_EQ(lines(".import list"),
-            (Lines{"list:1: service id \"70000\" is greater than 65535",
-                   "imported 0 services, 1 line could not be read", "error: list: no service in it"}));
+  EXPECT_EQ(lines(".import list"), (Lines{"list:1: service id \"70000\" is greater than 65535",
+                                          "imported 0 services: 0 added, 0 changed, 0 gone; 1 line could not be read",
+                                          "error: list: no service in it"}));
   EXPECT_EQ(session->takeRemarks().errors, Lines{"list: no service in it"});
   EXPECT_EQ(run(".get services"), before);
 }
@@ -448,48 +482,6 @@ TEST_F(DotCommandTest, ATableNamesEachCommandOnce) {
     EXPECT_EQ(&dotCommand(std::string(command.name)), &command);
     EXPECT_FALSE(command.help.empty());
   }
-}
-
-TEST(ImportReport, AListWithoutServicesIsAnErrorInAllFormats) {
-  Storage storage;
-  Tv tv(storage);
-  const std::string before = getKnob(tv, "services");
-  for (const import::Format format : {import::Format::vdr, import::Format::dvbv5}) {
-    for (const char* content : {"", "# only\n\n# comments\n"}) {
-      const ImportReport report = importServices(tv, "l\n", content, {format, false});
-      EXPECT_EQ(report.problems, Lines{});
-      EXPECT_EQ(report.error, "l\n: no service in it");
-      EXPECT_EQ(report.summary, "imported 0 services, 0 lines could not be read");
-    }
-  }
-  EXPECT_EQ(getKnob(tv, "services"), before);
-}
-
-TEST(ImportReport, EscapesNamesAndWhatItQuotesOnce) {
-  Storage storage;
-  Tv tv(storage);
-  const ImportReport report = importServices(tv, "l\x01", "\x02\n", {import::Format::vdr, false});
-  EXPECT_EQ(report.problems, Lines{"l\\x01:1: \"\\x02\" has 1 of the 13 fields of a service"});
-}
-
-TEST_F(DotCommandTest, ErrorsOfImportsAreEscapedOnce) {
-  test::write(folder / "l\x01", "# no list\n");
-  EXPECT_EQ(lines(".import l\x01").back(), "error: l\\x01: not a channel list of a known format");
-  test::write(folder / "l\x01", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:70000:1:1:0\n");
-  EXPECT_EQ(lines(".import l\x01").back(), "error: l\\x01: no service in it");
-}
-
-TEST(ImportReport, CountsInWordsThatFit) {
-  Storage storage;
-  Tv tv(storage);
-  const ImportReport both = importServices(tv, "l", smallList, {});
-  EXPECT_EQ(both.error, "");
-  EXPECT_EQ(both.summary, "imported 2 services, 1 line could not be read");
-  const ImportReport none = importServices(tv, "l", "no channel\nno channel either\n", {import::Format::vdr, false});
-  EXPECT_EQ(none.error, "l: no service in it");
-  EXPECT_EQ(none.summary, "imported 0 services, 2 lines could not be read");
-  EXPECT_EQ(none.problems.size(), 2U);
-  EXPECT_EQ(getKnob(tv, "services"), "2");
 }
 
 }  // namespace

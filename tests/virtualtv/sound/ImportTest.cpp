@@ -9,10 +9,10 @@ namespace {
 class ImportedTracks : public SoundTest {
  protected:
   void import(const std::string& list) {
-    const auto format = import::recognise(list);
-    ASSERT_TRUE(format);
+    const import::Format* format = import::recognise(list);
+    ASSERT_NE(format, nullptr);
     const import::Result result = import::read(list, *format);
-    ASSERT_TRUE(result.problems.empty());
+    ASSERT_EQ(result.problems.count(), 0U);
     tv->import(result.services, false);
   }
 };

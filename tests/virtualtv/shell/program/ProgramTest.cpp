@@ -243,7 +243,7 @@ TEST_F(ProgramTest, LogLinesGoToStandardErrorUpToTheLevel) {
 TEST_F(ProgramTest, ImportReportsLinesItCouldNotReadAndCountsBoth) {
   const std::string list = made("list", smallList);
   const Ending imported = run({"import", list});
-  EXPECT_EQ(imported.out, "imported 2 services, 1 line could not be read\n");
+  EXPECT_EQ(imported.out, "imported 2 services: 2 added, 0 changed, 81 gone; 1 line could not be read\n");
   EXPECT_EQ(lineCount(imported.err), 1);
   EXPECT_TRUE(imported.err.starts_with(list + ":2: ")) << imported.err;
   EXPECT_EQ(imported.status, 0);
@@ -254,6 +254,11 @@ TEST_F(ProgramTest, ImportReadsStandardInput) {
   const Ending imported = run({"import", "-"}, smallList);
   EXPECT_TRUE(imported.err.starts_with("standard input:2: ")) << imported.err;
   EXPECT_EQ(imported.status, 0);
+}
+
+TEST_F(ProgramTest, FilesWithoutEndAreAnErrorThatNamesThem) {
+  expectError(run({"import", "/dev/zero"}), {"emp-window: cannot read /dev/zero: it has more than 256 MB\n"});
+  expectError(run({}, ".import /dev/zero\n"), {"standard input:1: cannot read /dev/zero: it has more than 256 MB\n"});
 }
 
 TEST_F(ProgramTest, ImportReplacesOrAdds) {
@@ -267,7 +272,7 @@ TEST_F(ProgramTest, ImportReplacesOrAdds) {
 TEST_F(ProgramTest, AnImportThatBringsNothingFailsAndKeepsTheServices) {
   run({"import", made("list", smallList)});
   const Ending nothing = run({"import", "--format", "vdr", made("noise", "no channel\n")});
-  EXPECT_EQ(nothing.out, "imported 0 services, 1 line could not be read\n");
+  EXPECT_EQ(nothing.out, "imported 0 services: 0 added, 0 changed, 0 gone; 1 line could not be read\n");
   EXPECT_EQ(nothing.status, 1);
   const std::string noise = (folder / "noise").string();
   EXPECT_TRUE(nothing.err.starts_with(noise + ":1: ")) << nothing.err;
@@ -277,6 +282,7 @@ TEST_F(ProgramTest, AnImportThatBringsNothingFailsAndKeepsTheServices) {
   expectError(run({"import", (folder / "none").string()}), {(folder / "none").string(), "No such file"});
   expectError(run({"import", folder.path().string()}), {folder.path().string(), "directory"});
   expectError(run({"import", "--format", "other", made("list", smallList)}), {"--format", "other"});
+  expectError(run({"import", "--encoding", "other", made("list", smallList)}), {"--encoding", "'other'", "iconv -l"});
   EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 2\n");
 }
 
@@ -285,7 +291,7 @@ TEST_F(ProgramTest, AnImportOfAListWithoutLinesSaysThatNothingIsInIt) {
     for (const char* content : {"", "# a comment\n\n"}) {
       const std::string list = made("e.conf", content);
       const Ending nothing = run({"import", "--format", format, list});
-      EXPECT_EQ(nothing.out, "imported 0 services, 0 lines could not be read\n");
+      EXPECT_EQ(nothing.out, "imported 0 services: 0 added, 0 changed, 0 gone; 0 lines could not be read\n");
       EXPECT_EQ(nothing.err, "emp-window: " + list + ": no service in it\n");
       EXPECT_EQ(nothing.status, 1);
     }
