@@ -9,6 +9,7 @@
 #include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
+#include "shell/ImportFile.h"
 #include "shell/Session.h"
 
 namespace virtualtv::shell {
@@ -80,6 +81,13 @@ Lines files(Session& session, const std::string& typed) {
   return names;
 }
 
+/// Options of an import, what `--format` takes, or files.
+Lines importWords(Session& session, const std::string& before, const std::string& typed) {
+  if (before == "--format") return namesOfFormats();
+  if (before == "--encoding") return {};
+  return typed.starts_with('-') ? Lines{"--add", "--encoding", "--format"} : files(session, typed);
+}
+
 Lines argumentsOf(Session& session, const Lines& words, const std::string& typed) {
   const std::string& command = words.front();
   const bool second = words.size() == 1;
@@ -97,7 +105,8 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if ((command == ".trace" || command == ".log") && second) return {"on", "off"};
   if (command == ".help" && second) return helpTopics();
   if (command == ".engine" && second) return {session.rig().openEngines().begin(), session.rig().openEngines().end()};
-  if (command == ".source" || command == ".import") return files(session, typed);
+  if (command == ".import") return importWords(session, words.back(), typed);
+  if (command == ".source") return files(session, typed);
   return {};
 }
 

@@ -41,13 +41,13 @@ std::string refusalOf(const std::string& encoding) {
   }
 }
 
-std::vector<std::string> namesOfFormats() {
-  std::vector<std::string> names;
+}  // namespace
+
+Lines namesOfFormats() {
+  Lines names;
   for (const Format& format : import::formats()) names.emplace_back(format.name);
   return names;
 }
-
-}  // namespace
 
 void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
   ImportOptions& options = wishes.options;

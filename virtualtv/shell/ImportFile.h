@@ -9,7 +9,7 @@
 #include "set/Tv.h"
 #include "shell/Lines.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the name that the library has
 class App;
 }
 
@@ -26,6 +26,9 @@ struct ImportWishes {
   std::string file;
   ImportOptions options;
 };
+
+/// What `--format` takes.
+Lines namesOfFormats();
 
 /// Adds the file and the options of an import to a grammar, which writes them into `wishes`.
 void addImportOptions(CLI::App& grammar, ImportWishes& wishes);

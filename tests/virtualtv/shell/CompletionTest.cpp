@@ -83,6 +83,15 @@ TEST_F(CompletionTest, FilesWhereFilesAreWanted) {
   EXPECT_EQ(complete(".import nowhere/"), Lines{});
 }
 
+TEST_F(CompletionTest, OptionsOfAnImportAndWhatTheyTake) {
+  test::write(folder / "dump", "");
+  EXPECT_EQ(complete(".import --"), (Lines{"--add", "--encoding", "--format"}));
+  EXPECT_EQ(complete(".import list --a"), Lines{"--add"});
+  EXPECT_EQ(complete(".import --format d"), Lines{"dvbv5"});
+  EXPECT_EQ(complete(".import --encoding d"), Lines{});
+  EXPECT_EQ(complete(".import --add d"), Lines{"dump"});
+}
+
 TEST(CommonStart, IsWhatAllWordsStartWith) {
   EXPECT_EQ(commonStart({}), "");
   EXPECT_EQ(commonStart({"abc"}), "abc");
