@@ -242,6 +242,15 @@ TEST_F(StartServiceId, IsTheSetsOwnWithoutALookup) {
   EXPECT_EQ(calls(), Lines{"IServiceNavigation[main#1]::GetStartService() serviceId=281 source=0 -> 1"});
 }
 
+TEST_F(StartServiceId, IsAskedForWithIdAndSourceUnknown) {
+  char text[32] = {};
+  EXPECT_EQ(
+      under("IServiceNavigation::GetStartService result=0", [&] { return worker.GetStartChannel_ServiceId(text); }), 0);
+  EXPECT_EQ(calls(),
+            Lines{"IServiceNavigation[main#1]::GetStartService() serviceId=18446744073709551615 source=-1 -> 0 "
+                  "[fault]"});
+}
+
 TEST_F(StartServiceId, IsWrittenUnsignedWithAll64Bits) {
   for (const std::string id : {"0", "9223372036854775808", "18446744073709551615"}) {
     char text[32];
