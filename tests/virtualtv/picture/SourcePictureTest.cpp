@@ -82,7 +82,7 @@ TEST_F(SourcePicture, ThereIsNoneWithoutAWidthAHeightAndARateOfOne) {
   show({});
   for (const char* field : {"picture_width", "picture_height", "frame_rate"}) {
     for (const char* odd : {"0", "-1", "-2147483648", "2147483648", "4294967296", "4294967297", "9223372036854775807",
-                            "18446744073709551615"}) {
+                            "-9223372036854775808"}) {
       set(field, odd);
       EXPECT_EQ(picture(), "none") << field << " " << odd;
       EXPECT_EQ(active(), "none") << field << " " << odd;
