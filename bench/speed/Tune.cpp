@@ -81,7 +81,7 @@ void store(benchmark::State& state) {
   bench::Television television(services, directory.path());
   int value = 0;
   const auto writeAll = [&, writes = writesOf(television)] {
-    for (std::size_t write = 0; write < writes; ++write) television.tv().settings().set("db/bench", ++value);
+    for (std::size_t write = 0; write < writes; ++write) television.tv().setSetting("db/bench", ++value);
   };
   for (auto _ : state) {
     state.PauseTiming();

@@ -90,8 +90,8 @@ void use(Tv& tv) {
   for (const virtualtv::ServiceKey key : tv.services().keys()) {
     if (tv.tune(WindowId::main, key)) break;
   }
-  tv.services().setFavourite(firstId, 3, false);
-  tv.settings().set(sourceKey, 20);
+  tv.setFavourites(3, {{firstId, false}});
+  tv.setSetting(sourceKey, 20);
 }
 
 /// The files of a set that was switched off, and of one that lost its power.

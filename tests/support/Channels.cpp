@@ -117,7 +117,7 @@ Lines withoutConditions(const Lines& calls) {
 void furnish(Tv& tv, const std::vector<Service>& services) {
   tv.services().replaceAll({});  // of which nothing shall stay
   tv.import(services, false);
-  tv.adjust(WindowId::main, [](virtualtv::TvState& state) {
+  tv.adjust([](virtualtv::TvState& state) {
     state.region = 0;
     state.country = 3;
     state[WindowId::main].mode = {0, 1};

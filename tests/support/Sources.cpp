@@ -16,7 +16,7 @@ void SourceTest::SetUp() {
 }
 
 void SourceTest::show(int source, int previous, virtualtv::WindowId window) {
-  tv().adjust(window, [&](virtualtv::TvState& state) {
+  tv().adjust([&](virtualtv::TvState& state) {
     state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
     state[window].source = source;
     state[window].previousSource = previous;
@@ -24,9 +24,8 @@ void SourceTest::show(int source, int previous, virtualtv::WindowId window) {
 }
 
 void SourceTest::deactivate() {
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) {
-    state[virtualtv::WindowId::main].sourceState = virtualtv::SOURCE_STATE_NONE;
-  });
+  tv().adjust(
+      [](virtualtv::TvState& state) { state[virtualtv::WindowId::main].sourceState = virtualtv::SOURCE_STATE_NONE; });
 }
 
 void SourceTest::loseSourceControl() {

@@ -23,7 +23,7 @@ std::string members(const Members& all, const std::string& indent) {
 
 /// Puts the secondary stack's tracks on a set and the ISP source on screen.
 void show(Tv& tv, const std::vector<AudioTrack>& audio, const std::vector<SubtitleTrack>& subtitles) {
-  tv.adjust(WindowId::main, [&](virtualtv::TvState& state) {
+  tv.adjust([&](virtualtv::TvState& state) {
     state.isp.audio = audio;
     state.isp.subtitles = subtitles;
   });

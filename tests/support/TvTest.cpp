@@ -212,7 +212,7 @@ void TvTest::setServices(const std::vector<virtualtv::Service>& services) {
 }
 
 void TvTest::showSource(virtualtv::WindowId window, int source) {
-  tv_->adjust(window, [=](virtualtv::TvState& state) {
+  tv_->adjust([=](virtualtv::TvState& state) {
     state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
     state[window].source = source;
   });

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "services/Language.h"
@@ -61,6 +62,9 @@ const Track* readableAt(const std::vector<Track>& tracks, std::int64_t position)
 /// A service in the service database, which counts its keys from 1; 0 for none. A key stays that of its service, and is
 /// given to no other, until all services are replaced.
 using ServiceKey = std::int64_t;
+
+/// A field of a service: nothing, a number (negative ones as two's complement), or a text of 16-bit units.
+using FieldValue = std::variant<std::monostate, std::uint64_t, std::u16string>;
 
 /// One service as the set keeps it. A field that is in neither map is absent. Plain data.
 struct Service {

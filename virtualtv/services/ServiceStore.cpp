@@ -56,42 +56,42 @@ ServiceStore::ServiceStore(Database& database)
               "look up a service"),
       exists_(database, "SELECT 1 FROM service WHERE key = ?", "look up a service") {}
 
-std::size_t ServiceStore::size() {
+std::size_t ServiceStore::size() const {
   Rows rows = size_.query();
   rows.next();
   return static_cast<std::size_t>(rows.integer(0));
 }
 
-std::vector<ServiceKey> ServiceStore::keys() {
+std::vector<ServiceKey> ServiceStore::keys() const {
   std::vector<ServiceKey> keys;
   Rows rows = keys_.query();
   while (rows.next()) keys.push_back(rows.integer(0));
   return keys;
 }
 
-std::optional<Service> ServiceStore::read(ServiceKey key) {
+std::optional<Service> ServiceStore::read(ServiceKey key) const {
   return tables_.read(key);
 }
 
-std::optional<ServiceStore::Spot> ServiceStore::spotOf(std::uint64_t serviceId) {
+std::optional<ServiceStore::Spot> ServiceStore::spotOf(std::uint64_t serviceId) const {
   Rows rows = spotOf_.query(idColumn(serviceId));
   if (!rows.next()) return std::nullopt;
   return Spot{rows.integer(0), rows.integer(1)};
 }
 
-std::optional<ServiceKey> ServiceStore::keyOf(std::uint64_t serviceId) {
+std::optional<ServiceKey> ServiceStore::keyOf(std::uint64_t serviceId) const {
   const auto spot = spotOf(serviceId);
   if (!spot) return std::nullopt;
   return spot->key;
 }
 
-std::optional<ServiceKey> ServiceStore::keyOf(const Service& service) {
+std::optional<ServiceKey> ServiceStore::keyOf(const Service& service) const {
   const auto id = service.numbers.find(TCServiceData::SERVICE_ID);
   if (id == service.numbers.end()) return std::nullopt;
   return keyOf(id->second);
 }
 
-bool ServiceStore::exists(ServiceKey key) {
+bool ServiceStore::exists(ServiceKey key) const {
   return exists_.query(key).next();
 }
 
@@ -188,10 +188,10 @@ bool ServiceStore::unset(ServiceKey key, int fieldId) {
   return exists(key);
 }
 
-std::vector<AudioTrack> ServiceStore::audio(ServiceKey key) {
+std::vector<AudioTrack> ServiceStore::audio(ServiceKey key) const {
   return tables_.audio(key);
 }
-std::vector<SubtitleTrack> ServiceStore::subtitles(ServiceKey key) {
+std::vector<SubtitleTrack> ServiceStore::subtitles(ServiceKey key) const {
   return tables_.subtitles(key);
 }
 
@@ -213,7 +213,7 @@ bool ServiceStore::setSubtitles(ServiceKey key, const std::vector<SubtitleTrack>
   return true;
 }
 
-std::optional<std::map<std::uint8_t, bool>> ServiceStore::favourites(std::uint64_t serviceId) {
+std::optional<std::map<std::uint8_t, bool>> ServiceStore::favourites(std::uint64_t serviceId) const {
   const auto key = keyOf(serviceId);
   if (!key) return std::nullopt;
   return tables_.favourites(*key);
@@ -234,23 +234,24 @@ bool ServiceStore::setFavourites(ServiceKey key, const std::map<std::uint8_t, bo
   return true;
 }
 
-Query& ServiceStore::ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked) {
+Query& ServiceStore::ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked) const {
   virtualtv::ask(pick, criteria, mode, skipLocked, question_);
   return queries_.find(question_.shape);
 }
 
 // The last question with another pick.
-Query& ServiceStore::askAgain(Pick pick) {
+Query& ServiceStore::askAgain(Pick pick) const {
   question_.shape.pick = pick;
   return queries_.find(question_.shape);
 }
 
-bool ServiceStore::first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record) {
+bool ServiceStore::first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record) const {
   Query& query = ask(Pick::first, criteria, mode);
   return readOne(query, query.start(question_.values), record);
 }
 
-int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::list<TCServiceData*>& records) {
+int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode,
+                       std::list<TCServiceData*>& records) const {
   Query& query = ask(Pick::list, criteria, mode);
   Rows rows = query.start(question_.values);
   int count = 0;
@@ -266,19 +267,19 @@ int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode, s
 }
 
 bool ServiceStore::next(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId,
-                        bool skipLocked, TCServiceData& record) {
+                        bool skipLocked, TCServiceData& record) const {
   virtualtv::ask(Pick::after, criteria, mode, skipLocked, question_);
   return step(Pick::after, Pick::start, currentId, record);
 }
 
 bool ServiceStore::previous(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId,
-                            bool skipLocked, TCServiceData& record) {
+                            bool skipLocked, TCServiceData& record) const {
   virtualtv::ask(Pick::before, criteria, mode, skipLocked, question_);
   return step(Pick::before, Pick::end, currentId, record);
 }
 
 // Services that share the current one's id are left out, or a step could come back to where it started.
-bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) {
+bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) const {
   const std::int64_t current = idColumn(currentId);
   if (const auto spot = spotOf(currentId)) {
     Query& query = askAgain(towards);
@@ -290,7 +291,7 @@ bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServ
   return readOne(query, query.start(question_.values, nullptr), record);
 }
 
-bool ServiceStore::at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record) {
+bool ServiceStore::at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record) const {
   Query& query = ask(Pick::at, criteria, TSTvMode(ANTENNA_NONE, SERVICE_MODE_NONE));
   return readOne(query, query.start(question_.values, key), record);
 }

@@ -33,13 +33,13 @@ class ServiceStore {
 
   // The services.
 
-  std::size_t size();
+  std::size_t size() const;
   /// All keys in list order.
-  std::vector<ServiceKey> keys();
+  std::vector<ServiceKey> keys() const;
   /// Nothing when there is no such service; the same for 0.
-  std::optional<Service> read(ServiceKey key);
+  std::optional<Service> read(ServiceKey key) const;
   /// The service of an id, the first in list order should several have it.
-  std::optional<ServiceKey> keyOf(std::uint64_t serviceId);
+  std::optional<ServiceKey> keyOf(std::uint64_t serviceId) const;
 
   /// Keeps these in place of all there were, with keys from 1 on in their order.
   void replaceAll(const std::vector<Service>& services);
@@ -64,12 +64,12 @@ class ServiceStore {
 
   // What a service has beside its fields. Empty where there is no such service.
 
-  std::vector<AudioTrack> audio(ServiceKey key);
-  std::vector<SubtitleTrack> subtitles(ServiceKey key);
+  std::vector<AudioTrack> audio(ServiceKey key) const;
+  std::vector<SubtitleTrack> subtitles(ServiceKey key) const;
   bool setAudio(ServiceKey key, const std::vector<AudioTrack>& tracks);
   bool setSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks);
   /// Favourite groups that hold a value for the service of an id; nothing when there is no such service.
-  std::optional<std::map<std::uint8_t, bool>> favourites(std::uint64_t serviceId);
+  std::optional<std::map<std::uint8_t, bool>> favourites(std::uint64_t serviceId) const;
   bool setFavourite(std::uint64_t serviceId, std::uint8_t group, bool member);
   /// Keeps these in place of all there were.
   bool setFavourites(ServiceKey key, const std::map<std::uint8_t, bool>& favourites);
@@ -81,10 +81,10 @@ class ServiceStore {
   // list, to that; (-1, -1) does not.
 
   /// @return false when there is none; `record` is then as it was. So below.
-  bool first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record);
+  bool first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record) const;
 
   /// Appends a new record for each service; the caller owns them. @return how many.
-  int list(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::list<TCServiceData*>& records);
+  int list(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::list<TCServiceData*>& records) const;
 
   /// The service one step behind (before) the one of `currentId` in list order, starting over at the other end of the
   /// list, among those that the criteria select. The current one need not be selected; it is answered when it is the
@@ -92,36 +92,37 @@ class ServiceStore {
   /// Goes past services without a service id, which nobody could tune to.
   /// @param skipLocked  goes past services whose `LOCK` is not 0.
   bool next(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
-            TCServiceData& record);
+            TCServiceData& record) const;
   bool previous(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
-                TCServiceData& record);
+                TCServiceData& record) const;
 
   /// The service with a key, whether or not it meets the conditions of the criteria.
-  bool at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record);
+  bool at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record) const;
 
  private:
-  std::optional<ServiceKey> keyOf(const Service& service);
+  std::optional<ServiceKey> keyOf(const Service& service) const;
 
   struct Spot {
     std::int64_t place;
     ServiceKey key;
   };
 
-  std::optional<Spot> spotOf(std::uint64_t serviceId);
-  bool exists(ServiceKey key);
-  bool step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record);
-  Query& ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked = false);
-  Query& askAgain(Pick pick);
+  std::optional<Spot> spotOf(std::uint64_t serviceId) const;
+  bool exists(ServiceKey key) const;
+  bool step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) const;
+  Query& ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked = false) const;
+  Query& askAgain(Pick pick) const;
 
   Database& database_;
   ServiceTables tables_;
-  QueryCache queries_;
-  Question question_;
-  TCServiceData scratch_;
-  Statement size_;
-  Statement keys_;
-  Statement spotOf_;
-  Statement exists_;
+  // mutable: what runs them does not change the services
+  mutable QueryCache queries_;
+  mutable Question question_;
+  mutable TCServiceData scratch_;
+  mutable Statement size_;
+  mutable Statement keys_;
+  mutable Statement spotOf_;
+  mutable Statement exists_;
 };
 
 }  // namespace virtualtv

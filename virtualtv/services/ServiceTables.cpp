@@ -187,7 +187,7 @@ void ServiceTables::clear() {
       "remove the services");
 }
 
-std::optional<Service> ServiceTables::read(ServiceKey key) {
+std::optional<Service> ServiceTables::read(ServiceKey key) const {
   Service service;
   {
     Rows rows = read_.query(key);
@@ -202,7 +202,7 @@ std::optional<Service> ServiceTables::read(ServiceKey key) {
   return service;
 }
 
-void ServiceTables::readRaw(ServiceKey key, Service& service) {
+void ServiceTables::readRaw(ServiceKey key, Service& service) const {
   Rows rows = readRaw_.query(key);
   while (rows.next()) {
     const auto id = static_cast<int>(rows.integer(0));
@@ -214,7 +214,7 @@ void ServiceTables::readRaw(ServiceKey key, Service& service) {
   }
 }
 
-std::vector<AudioTrack> ServiceTables::audio(ServiceKey key) {
+std::vector<AudioTrack> ServiceTables::audio(ServiceKey key) const {
   std::vector<AudioTrack> tracks;
   Rows rows = readAudio_.query(key);
   const auto number = [&](int column) { return static_cast<int>(rows.integer(column)); };
@@ -229,7 +229,7 @@ std::vector<AudioTrack> ServiceTables::audio(ServiceKey key) {
   return tracks;
 }
 
-std::vector<SubtitleTrack> ServiceTables::subtitles(ServiceKey key) {
+std::vector<SubtitleTrack> ServiceTables::subtitles(ServiceKey key) const {
   std::vector<SubtitleTrack> tracks;
   Rows rows = readSubtitles_.query(key);
   const auto number = [&](int column) { return static_cast<int>(rows.integer(column)); };
@@ -239,7 +239,7 @@ std::vector<SubtitleTrack> ServiceTables::subtitles(ServiceKey key) {
   return tracks;
 }
 
-std::map<std::uint8_t, bool> ServiceTables::favourites(ServiceKey key) {
+std::map<std::uint8_t, bool> ServiceTables::favourites(ServiceKey key) const {
   std::map<std::uint8_t, bool> groups;
   Rows rows = readFavourites_.query(key);
   while (rows.next()) groups[static_cast<std::uint8_t>(rows.integer(0))] = rows.integer(1) != 0;

@@ -21,11 +21,11 @@ class ServiceTables {
   /// Removes all; the next key is 1.
   void clear();
   /// Nothing when there is none.
-  std::optional<Service> read(ServiceKey key);
+  std::optional<Service> read(ServiceKey key) const;
 
-  std::vector<AudioTrack> audio(ServiceKey key);
-  std::vector<SubtitleTrack> subtitles(ServiceKey key);
-  std::map<std::uint8_t, bool> favourites(ServiceKey key);
+  std::vector<AudioTrack> audio(ServiceKey key) const;
+  std::vector<SubtitleTrack> subtitles(ServiceKey key) const;
+  std::map<std::uint8_t, bool> favourites(ServiceKey key) const;
 
   void removeAudio(ServiceKey key);
   void removeSubtitles(ServiceKey key);
@@ -40,7 +40,7 @@ class ServiceTables {
 
  private:
   void bindFields(const Service& service);
-  void readRaw(ServiceKey key, Service& service);
+  void readRaw(ServiceKey key, Service& service) const;
 
   Database& database_;
   Statement insert_;
@@ -49,11 +49,12 @@ class ServiceTables {
   Statement insertSubtitle_;
   Statement insertFavourite_;
   Statement remove_;
-  Statement read_;
-  Statement readRaw_;
-  Statement readAudio_;
-  Statement readSubtitles_;
-  Statement readFavourites_;
+  // mutable: what runs them does not change the services
+  mutable Statement read_;
+  mutable Statement readRaw_;
+  mutable Statement readAudio_;
+  mutable Statement readSubtitles_;
+  mutable Statement readFavourites_;
 };
 
 }  // namespace virtualtv

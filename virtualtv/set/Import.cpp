@@ -18,7 +18,7 @@ struct Shown {
 
 using ShownInWindows = std::array<Shown, windowIds.size()>;
 
-ShownInWindows shownIn(const TvState& state, ServiceStore& services) {
+ShownInWindows shownIn(const TvState& state, const ServiceStore& services) {
   ShownInWindows shown;
   for (const WindowId id : windowIds) {
     const WindowState& window = state[id];
@@ -28,21 +28,21 @@ ShownInWindows shownIn(const TvState& state, ServiceStore& services) {
 }
 
 /// Key of a service among those that an import has left; 0 where it is gone.
-ServiceKey keyNow(const std::optional<Service>& service, ServiceStore& services) {
+ServiceKey keyNow(const std::optional<Service>& service, const ServiceStore& services) {
   if (!service) return 0;
   const auto id = service->numbers.find(TCServiceData::SERVICE_ID);
   return id == service->numbers.end() ? 0 : services.keyOf(id->second).value_or(0);
 }
 
 /// Tracks stay in use unless their service has got others.
-void keepTracks(WindowState& window, const std::optional<Service>& before, ServiceStore& services) {
+void keepTracks(WindowState& window, const std::optional<Service>& before, const ServiceStore& services) {
   if (!before) return;
   if (services.audio(window.service) != before->audio) window.inUse.audio = TracksInUse().audio;
   if (services.subtitles(window.service) != before->subtitles) window.inUse.subtitle = TracksInUse().subtitle;
 }
 
 /// Finds what a window shows in a list that has replaced all services. @return false when it is gone.
-bool find(WindowState& window, const Shown& before, ServiceStore& services) {
+bool find(WindowState& window, const Shown& before, const ServiceStore& services) {
   window.previousService = keyNow(before.previous, services);
   const ServiceKey key = keyNow(before.current, services);
   if (key != 0) window.service = key;
@@ -51,7 +51,7 @@ bool find(WindowState& window, const Shown& before, ServiceStore& services) {
 
 /// Finds what the windows show and the set starts with, and moves what is gone to the first service of the list. A
 /// window without a service goes along with the main one.
-void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& first, ServiceStore& services) {
+void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& first, const ServiceStore& services) {
   const std::uint64_t firstId = first.numbers.at(TCServiceData::SERVICE_ID);
   const TvMode mode{static_cast<int>(first.numbers.at(TCServiceData::ANTENNA_MODE)), 0};
   bool mainMoves = false;
@@ -73,18 +73,21 @@ void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& 
 
 ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
-  ServiceStore& store = this->services();
+  ServiceStore& store = storage_.parts().services;
+  std::vector<Change> changes{ServicesChanged{store.size(), 0}};
   Transaction transaction(storage_.parts().database, "import services");
   const ShownInWindows shown = shownIn(state_, store);
-  const ServiceChanges changes = add ? store.merge(services) : store.renew(services);
+  const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
   TvState next = state_;
   if (!add) moveWhatIsGone(next, shown, services.front(), store);
   for (const WindowId id : windowIds) keepTracks(next[id], shown[static_cast<std::size_t>(id)].current, store);
   storage_.parts().state.setAll(keptOf(next));
   transaction.commit();
+  std::get<ServicesChanged>(changes.front()).after = store.size();
+  appendChanges(state_, next, changes);
   state_ = std::move(next);
-  announce(Event::Kind::servicesChanged, WindowId::main);
-  return changes;
+  raise(changes);
+  return counts;
 }
 
 }  // namespace virtualtv

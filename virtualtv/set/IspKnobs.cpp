@@ -12,7 +12,7 @@ std::string getSwitch(Tv& tv, const Parts&) {
 }
 void setPresent(Tv& tv, const Parts&, const std::string& value) {
   const bool present = onOrOff(value);
-  tv.adjust(WindowId::main, [=](TvState& state) { state.isp.present = present; });
+  tv.adjust([=](TvState& state) { state.isp.present = present; });
 }
 
 std::string getPicture(Tv& tv, const Parts&) {
@@ -21,7 +21,7 @@ std::string getPicture(Tv& tv, const Parts&) {
 }
 void setPicture(Tv& tv, const Parts&, const std::string& value) {
   const auto size = lengthsIn<2>(value, {'x'}, "WIDTHxHEIGHT");
-  tv.adjust(WindowId::main, [&](TvState& state) {
+  tv.adjust([&](TvState& state) {
     state.isp.width = size[0];
     state.isp.height = size[1];
   });
@@ -34,7 +34,7 @@ std::string getList(Tv& tv, const Parts&) {
 template <auto list, auto read>
 void setList(Tv& tv, const Parts&, const std::string& value) {
   auto tracks = read(value);
-  tv.adjust(WindowId::main, [&](TvState& state) { state.isp.*list = std::move(tracks); });
+  tv.adjust([&](TvState& state) { state.isp.*list = std::move(tracks); });
 }
 
 template <auto member>
@@ -44,7 +44,7 @@ std::string getInUse(Tv& tv, const Parts&) {
 template <auto member>
 void setInUse(Tv& tv, const Parts&, const std::string& value) {
   const int position = number<int>(value);
-  tv.adjust(WindowId::main, [=](TvState& state) { state.isp.inUse.*member = position; });
+  tv.adjust([=](TvState& state) { state.isp.inUse.*member = position; });
 }
 
 constexpr std::array table{

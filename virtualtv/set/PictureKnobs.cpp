@@ -49,7 +49,7 @@ void setResolution(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   std::optional<int> wanted;
   if (value != "auto") wanted = number<int>(value);
-  tv.adjust(window, [&](TvState& state) { state[window].resolution = wanted; });
+  tv.adjust([&](TvState& state) { state[window].resolution = wanted; });
 }
 
 const Input& inputNamed(Tv& tv, const std::string& source) {
@@ -80,7 +80,7 @@ void setInputPicture(Tv& tv, const Parts& parts, const std::string& value) {
   wanted.width = lengths[0];
   wanted.height = lengths[1];
   wanted.rate = lengths[2];
-  tv.adjust(WindowId::main, [&, source = named.source](TvState& state) {
+  tv.adjust([&, source = named.source](TvState& state) {
     for (Input& input : state.inputs) {
       if (input.source == source) input.picture = wanted;
     }

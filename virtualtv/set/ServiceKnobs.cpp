@@ -77,13 +77,12 @@ void setField(Tv& tv, const Parts& parts, const std::string& value) {
   const ServiceKey key = existingService(tv, parts[0]);
   const int fieldId = fieldNamed(parts[1]);
   if (value == "unset") {
-    tv.services().unset(key, fieldId);
+    tv.setField(key, fieldId, {});
   } else if (const auto units = textIn(value, fieldId)) {
-    tv.services().set(key, fieldId, *units);
+    tv.setField(key, fieldId, *units);
   } else {
-    tv.services().set(key, fieldId, fieldNumber(fieldId, value));
+    tv.setField(key, fieldId, fieldNumber(fieldId, value));
   }
-  tv.adjust(WindowId::main, [](TvState&) {});
 }
 
 // The lists. Reading comes first: a text that is none leaves the service as it is.
@@ -96,20 +95,19 @@ std::string getList(Tv& tv, const Parts& parts) {
 template <auto read, auto keep>
 void setList(Tv& tv, const Parts& parts, const std::string& value) {
   const ServiceKey key = existingService(tv, parts[0]);
-  (tv.services().*keep)(key, read(value));
-  tv.adjust(WindowId::main, [](TvState&) {});
+  (tv.*keep)(key, read(value));
 }
 
 constexpr std::array table{
     Knob{"service.ID.audio", "tracks or none",
          "audio tracks of a service, PID:LANG:CODING:MODE:TYPE with commas between, ! before one that can't be read",
-         getList<&Service::audio>, setList<readAudioTracks, &ServiceStore::setAudio>},
+         getList<&Service::audio>, setList<readAudioTracks, &Tv::setAudioTracks>},
     Knob{"service.ID.subtitles", "tracks or none",
          "subtitles of a service, PID:LANG:KIND, likewise; KIND is dvb or teletext", getList<&Service::subtitles>,
-         setList<readSubtitleTracks, &ServiceStore::setSubtitles>},
+         setList<readSubtitleTracks, &Tv::setSubtitleTracks>},
     Knob{"service.ID.favourites", "groups or none",
          "favourite groups of a service, GROUP=1 where it is a member, else GROUP=0", getList<&Service::favourites>,
-         setList<readFavourites, &ServiceStore::setFavourites>},
+         setList<readFavourites, &Tv::setFavouritesOf>},
     Knob{"service.ID.FIELD", "number, text or unset",
          "a field of a service, by name or number; ID is a service id, or #KEY as .services shows it; the type is the "
          "TV service's number of it",

@@ -16,13 +16,13 @@ template <auto member>
 void setNumber(Tv& tv, const Parts&, const std::string& value) {
   using Number = std::remove_cvref_t<decltype(tv.state().*member)>;
   const auto wanted = number<Number>(value);
-  tv.adjust(WindowId::main, [&](TvState& state) { state.*member = wanted; });
+  tv.adjust([&](TvState& state) { state.*member = wanted; });
 }
 
 void setFade(Tv& tv, const Parts&, const std::string& value) {
   const int fade = number<int>(value);
   if (fade < 0 || fade > 255) refuse("'" + value + "': a number from 0 to 255 is wanted");
-  tv.adjust(WindowId::main, [=](TvState& state) { state.fade = fade; });
+  tv.adjust([=](TvState& state) { state.fade = fade; });
 }
 
 std::string getServiceCount(Tv& tv, const Parts&) {
@@ -39,8 +39,8 @@ const seam::Operation& operationNamed(const std::string& name) {
 std::string getLatency(Tv&, const Parts& parts) {
   return std::to_string(seam::Seam::instance().latency(operationNamed(parts[0])));
 }
-void setLatency(Tv&, const Parts& parts, const std::string& value) {
-  seam::Seam::instance().setLatency(operationNamed(parts[0]), number<std::uint64_t>(value));
+void setLatency(Tv& tv, const Parts& parts, const std::string& value) {
+  tv.setLatency(operationNamed(parts[0]), number<std::uint64_t>(value));
 }
 
 constexpr std::array table{

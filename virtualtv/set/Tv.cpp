@@ -35,11 +35,11 @@ bool isAt(const std::vector<Track>& tracks, int position) {
 
 }  // namespace
 
-Tv::Tv(Storage& storage) : storage_(storage), state_(stateIn(storage.parts())) {
+Tv::Tv(Storage& storage, std::uint64_t revision)
+    : storage_(storage), state_(stateIn(storage.parts())), revision_(revision + 1) {
   if (theSet != nullptr) throw std::logic_error("a process has one set at a time");
   theSet = this;
   seam::Seam::instance().onDelay([this](std::uint64_t milliseconds) { pass(milliseconds); });
-  announce(Event::Kind::started, WindowId::main);
 }
 
 Tv::~Tv() {
@@ -52,21 +52,21 @@ Tv& Tv::current() {
   return *theSet;
 }
 
-ServiceStore& Tv::services() {
+const ServiceStore& Tv::services() const {
   return storage_.parts().services;
 }
-SettingsStore& Tv::settings() {
+const SettingsStore& Tv::settings() const {
   return storage_.parts().settings;
 }
 
-void Tv::watch(std::function<void(const Event&)> watcher) {
-  watchers_.push_back(std::move(watcher));
+notify::Subscription Tv::watch(std::function<void(const Event&)> watcher) {
+  return watchers_.add(std::move(watcher));
 }
 
 bool Tv::tune(WindowId window, ServiceKey service) {
   TvState next = state_;
   if (!follow(next[window], service)) return false;
-  commit(Event::Kind::tuned, window, std::move(next));
+  commit(std::move(next));
   return true;
 }
 
@@ -98,10 +98,7 @@ bool Tv::switchSource(WindowId id, int source, ServiceKey service) {
   window.sourceState = input->plugged ? SOURCE_STATE_SHOWN : SOURCE_STATE_NO_SIGNAL;
   const bool main = id == WindowId::main;
   if (main) next.isp.shown = false;
-  commit(Event::Kind::sourceChanged, id, std::move(next),
-         !main                 ? nullptr
-         : source == SOURCE_TV ? lastServiceOnTv
-                               : inputService);
+  commit(std::move(next), !main ? nullptr : source == SOURCE_TV ? lastServiceOnTv : inputService);
   return true;
 }
 
@@ -111,14 +108,14 @@ void Tv::deactivate(WindowId id) {
   if (window.source >= 0) window.previousSource = window.source;
   window.source = -1;
   window.sourceState = SOURCE_STATE_NONE;
-  commit(Event::Kind::sourceChanged, id, std::move(next));
+  commit(std::move(next));
 }
 
 bool Tv::showIsp() {
   if (!state_.isp.present) return false;
   TvState next = state_;
   next.isp.shown = true;
-  commit(Event::Kind::sourceChanged, WindowId::main, std::move(next), ispService);
+  commit(std::move(next), ispService);
   return true;
 }
 
@@ -130,7 +127,7 @@ void Tv::plug(int source, bool plugged) {
   for (const WindowId id : windowIds) {
     if (next[id].source == source) next[id].sourceState = plugged ? SOURCE_STATE_SHOWN : SOURCE_STATE_NO_SIGNAL;
   }
-  commit(Event::Kind::sourceChanged, WindowId::main, std::move(next));
+  commit(std::move(next));
 }
 
 std::optional<int> Tv::signalStrength(WindowId window) {
@@ -149,7 +146,7 @@ std::optional<int> Tv::signalStrength(WindowId window) {
 void Tv::setMode(WindowId window, TvMode mode) {
   TvState next = state_;
   next[window].mode = mode;
-  commit(Event::Kind::modeChanged, window, std::move(next));
+  commit(std::move(next));
 }
 
 bool Tv::place(WindowId window, const Rect& rect) {
@@ -191,62 +188,128 @@ void Tv::mute(WindowId window, bool muted) {
 
 /// Planes are not kept: a set that is switched on shows its windows where they belong.
 void Tv::show(WindowId window, const Plane& plane) {
-  state_[window].plane = plane;
-  announce(Event::Kind::planeChanged, window);
+  TvState next = state_;
+  next[window].plane = plane;
+  std::vector<Change> changes;
+  appendChanges(state_, next, changes);
+  state_ = std::move(next);
+  raise(changes);
 }
 
 bool Tv::selectAudio(WindowId window, int position) {
   if (!isAt(services().audio(state_[window].service), position)) return false;
-  change(Event::Kind::audioChanged, window, [=](TvState& state) { state[window].inUse.audio = position; });
+  adjust([=](TvState& state) { state[window].inUse.audio = position; });
   return true;
 }
 
 bool Tv::selectSubtitle(WindowId window, int position) {
   if (!isAt(services().subtitles(state_[window].service), position)) return false;
-  change(Event::Kind::subtitleChanged, window, [=](TvState& state) { state[window].inUse.subtitle = position; });
+  adjust([=](TvState& state) { state[window].inUse.subtitle = position; });
   return true;
 }
 
 bool Tv::selectIspAudio(int position) {
   if (!state_.isp.shown || !isAt(state_.isp.audio, position)) return false;
-  change(Event::Kind::audioChanged, WindowId::main, [=](TvState& state) { state.isp.inUse.audio = position; });
+  adjust([=](TvState& state) { state.isp.inUse.audio = position; });
   return true;
 }
 
 bool Tv::selectIspSubtitle(int position) {
   if (!state_.isp.shown || !isAt(state_.isp.subtitles, position)) return false;
-  change(Event::Kind::subtitleChanged, WindowId::main, [=](TvState& state) { state.isp.inUse.subtitle = position; });
+  adjust([=](TvState& state) { state.isp.inUse.subtitle = position; });
   return true;
 }
 
 bool Tv::setFavourites(std::uint8_t group, const std::list<std::pair<unsigned long long, bool>>& members) {
+  ServiceStore& store = storage_.parts().services;
+  std::vector<Change> changes;
   Transaction transaction(storage_.parts().database, "keep favourites");
   for (const auto& [serviceId, member] : members) {
-    if (!services().setFavourite(serviceId, group, member)) return false;
+    const auto before = store.favourites(serviceId);
+    if (!before) return false;
+    store.setFavourite(serviceId, group, member);
+    FavouritesChanged change{store.keyOf(serviceId).value_or(0), *before, *before};
+    change.after[group] = member;
+    if (change.before != change.after) changes.emplace_back(std::move(change));
   }
   transaction.commit();
-  announce(Event::Kind::favouritesChanged, WindowId::main);
+  raise(changes);
   return true;
 }
 
 void Tv::reset() {
   Storage::Parts& parts = storage_.parts();
-  state_ = furnish(parts.database, parts.services, parts.settings, parts.state);
-  announce(Event::Kind::servicesChanged, WindowId::main);
+  std::vector<Change> changes{ServicesChanged{parts.services.size(), 0}};
+  const std::map<std::string, Setting> settings = parts.settings.list();
+  TvState next = furnish(parts.database, parts.services, parts.settings, parts.state);
+  std::get<ServicesChanged>(changes.front()).after = parts.services.size();
+  appendChanges(settings, parts.settings.list(), changes);
+  appendChanges(state_, next, changes);
+  state_ = std::move(next);
+  raise(changes);
 }
 
-void Tv::adjust(WindowId window, const std::function<void(TvState&)>& change) {
-  this->change(Event::Kind::adjusted, window, change);
+void Tv::setSetting(const std::string& key, const Setting& value) {
+  SettingsStore& store = storage_.parts().settings;
+  const std::optional<Setting> before = store.get(key);
+  store.set(key, value);
+  if (before != value) raise({SettingChanged{key, before, value}});
 }
 
-void Tv::change(Event::Kind kind, WindowId window, const std::function<void(TvState&)>& change) {
+bool Tv::removeSetting(const std::string& key) {
+  SettingsStore& store = storage_.parts().settings;
+  const std::optional<Setting> before = store.get(key);
+  if (!store.unset(key)) return false;
+  raise({SettingChanged{key, before, std::nullopt}});
+  return true;
+}
+
+bool Tv::setField(ServiceKey service, int fieldId, const FieldValue& value) {
+  return edit(service, [&](ServiceStore& store) {
+    if (const auto* number = std::get_if<std::uint64_t>(&value)) return store.set(service, fieldId, *number);
+    if (const auto* units = std::get_if<std::u16string>(&value)) return store.set(service, fieldId, *units);
+    return store.unset(service, fieldId);
+  });
+}
+
+bool Tv::setAudioTracks(ServiceKey service, const std::vector<AudioTrack>& tracks) {
+  return edit(service, [&](ServiceStore& store) { return store.setAudio(service, tracks); });
+}
+
+bool Tv::setSubtitleTracks(ServiceKey service, const std::vector<SubtitleTrack>& tracks) {
+  return edit(service, [&](ServiceStore& store) { return store.setSubtitles(service, tracks); });
+}
+
+bool Tv::setFavouritesOf(ServiceKey service, const std::map<std::uint8_t, bool>& groups) {
+  return edit(service, [&](ServiceStore& store) { return store.setFavourites(service, groups); });
+}
+
+bool Tv::edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write) {
+  const std::optional<Service> before = services().read(service);
+  if (!before) return false;
+  write(storage_.parts().services);
+  std::vector<Change> changes;
+  appendChanges(service, *before, services().read(service).value_or(Service()), changes);
+  raise(changes);
+  return true;
+}
+
+void Tv::setLatency(const seam::Operation& operation, std::uint64_t milliseconds) {
+  const std::uint64_t before = seam::Seam::instance().latency(operation);
+  if (before == milliseconds) return;
+  seam::Seam::instance().setLatency(operation, milliseconds);
+  raise({KnobChanged{"latency." + std::string(operation.name), std::to_string(before), std::to_string(milliseconds)}});
+}
+
+void Tv::adjust(const std::function<void(TvState&)>& change) {
   TvState next = state_;
   change(next);
-  commit(kind, window, std::move(next));
+  commit(std::move(next));
 }
 
 void Tv::pass(std::uint64_t milliseconds) {
-  state_.clock += milliseconds;
+  const std::uint64_t before = std::exchange(state_.clock, state_.clock + milliseconds);
+  raise({KnobChanged{"clock", std::to_string(before), std::to_string(state_.clock)}});
 }
 
 std::vector<std::string> Tv::takeComplaints() {
@@ -256,19 +319,26 @@ void Tv::complain(std::string line) {
   complaints_.push_back(std::move(line));
 }
 
-void Tv::commit(Event::Kind kind, WindowId window, TvState next, const char* lastService) {
+void Tv::commit(TvState next, const char* lastService) {
   Storage::Parts& parts = storage_.parts();
+  std::vector<Change> changes;
+  appendChanges(state_, next, changes);
   Transaction transaction(parts.database, "keep the state of the set");
   parts.state.setAll(keptOf(next));
-  if (lastService != nullptr) parts.settings.set(lastServiceKey, std::string(lastService));
+  if (lastService != nullptr) {
+    SettingChanged change{lastServiceKey, parts.settings.get(lastServiceKey), lastService};
+    parts.settings.set(lastServiceKey, std::string(lastService));
+    if (change.before != change.after) changes.emplace_back(std::move(change));
+  }
   transaction.commit();
   state_ = std::move(next);
-  announce(kind, window);
+  raise(changes);
 }
 
-void Tv::announce(Event::Kind kind, WindowId window) {
-  const Event event{kind, window, ++revision_};
-  for (const auto& watcher : watchers_) watcher(event);
+void Tv::raise(const std::vector<Change>& changes) {
+  if (changes.empty()) return;
+  ++revision_;
+  for (const Change& change : changes) watchers_.tell({revision_, change});
 }
 
 }  // namespace virtualtv

@@ -4,39 +4,23 @@
 #include <filesystem>
 #include <functional>
 #include <list>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "notify/Listeners.h"
+#include "seam/Operations.h"
 #include "services/Service.h"
+#include "set/Event.h"
 #include "set/Interfaces.h"
 #include "set/State.h"
 
 namespace virtualtv {
 
 class ServiceStore;
-class SettingsStore;
-
-/// What a verb did, for those who watch the set.
-struct Event {
-  enum class Kind {
-    started,
-    tuned,
-    modeChanged,
-    sourceChanged,
-    servicesChanged,
-    planeChanged,
-    audioChanged,
-    subtitleChanged,
-    favouritesChanged,
-    adjusted
-  };
-  Kind kind;
-  WindowId window;  ///< which window it concerns; `main` where it concerns the whole set
-  std::uint64_t revision;
-};
 
 /// Where a set keeps what it keeps: its databases. Outlives the set that runs on it.
 class Storage {
@@ -55,15 +39,15 @@ class Storage {
   std::unique_ptr<Parts> parts_;
 };
 
-/// The TV set. One a process at a time; the adapters behind the platform interfaces find it by `current`. Its
-/// state is plain data that only the verbs change; each verb keeps what a set keeps, raises the revision and
-/// tells the watchers. Used from one thread. A verb throws `StoreError` when the set can't keep what it should;
-/// the state is then as it was.
+/// The TV set. One a process at a time; the adapters behind the platform interfaces find it by `current`. What it is,
+/// services and settings keys included, only the verbs change. A verb that changes anything persists it, raises the
+/// revision and tells the watchers what changed. Used from one thread. A verb throws `StoreError` when the set can't
+/// persist what it should; the set is then as it was.
 class Tv {
  public:
   /// Switches the set on: loads what `storage` keeps, which for a new one is the embedded set.
-  /// @throws StoreError when that can't be read.
-  explicit Tv(Storage& storage);
+  /// @param revision  where its revisions go on from. @throws StoreError when that can't be read.
+  explicit Tv(Storage& storage, std::uint64_t revision = 0);
   Tv(const Tv&) = delete;
   Tv& operator=(const Tv&) = delete;
   ~Tv();
@@ -72,14 +56,16 @@ class Tv {
   static Tv& current();
 
   const TvState& state() const { return state_; }
+  /// Grows with each verb that changes anything.
   std::uint64_t revision() const { return revision_; }
-  ServiceStore& services();
-  SettingsStore& settings();
+  const ServiceStore& services() const;
+  const SettingsStore& settings() const;
   /// What the set made for those who connected to it.
   Interfaces& interfaces() { return interfaces_; }
 
-  /// Calls `watcher` after each verb, for as long as the set lives.
-  void watch(std::function<void(const Event&)> watcher);
+  /// Calls `watcher` with each change, inside the verb, when it is persisted: a watcher must not call a verb, nor
+  /// throw.
+  notify::Subscription watch(std::function<void(const Event&)> watcher);
 
   /// Strength of the tuner's signal for what a window shows, 0 to 255: it depends on the frequency, less what fades.
   /// Nothing when no service is on its screen.
@@ -128,8 +114,21 @@ class Tv {
   ServiceChanges import(const std::vector<Service>& services, bool add);
   /// Back to the embedded set, settings keys included.
   void reset();
+  /// Sets a settings key, for the plug-in and from outside.
+  void setSetting(const std::string& key, const Setting& value);
+  /// @return false when it was not set.
+  bool removeSetting(const std::string& key);
+  /// Edits a service: its field gets a value, or becomes absent. @return false when there is no such service; so below.
+  /// @throws std::invalid_argument when the field can't hold the value; says which and why.
+  bool setField(ServiceKey service, int fieldId, const FieldValue& value);
+  bool setAudioTracks(ServiceKey service, const std::vector<AudioTrack>& tracks);
+  bool setSubtitleTracks(ServiceKey service, const std::vector<SubtitleTrack>& tracks);
+  /// Puts these groups in place of all that the service had.
+  bool setFavouritesOf(ServiceKey service, const std::map<std::uint8_t, bool>& groups);
+  /// Each call of a platform operation takes this long from now on; 0 for no delay.
+  void setLatency(const seam::Operation& operation, std::uint64_t milliseconds);
   /// Anything else that is set from outside: `change` edits the state.
-  void adjust(WindowId window, const std::function<void(TvState&)>& change);
+  void adjust(const std::function<void(TvState&)>& change);
   /// Moves the clock.
   void pass(std::uint64_t milliseconds);
 
@@ -138,17 +137,17 @@ class Tv {
   void complain(std::string line);
 
  private:
-  void commit(Event::Kind kind, WindowId window, TvState next, const char* lastService = nullptr);
+  void commit(TvState next, const char* lastService = nullptr);
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
-  void change(Event::Kind kind, WindowId window, const std::function<void(TvState&)>& change);
-  void announce(Event::Kind kind, WindowId window);
+  bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
+  void raise(const std::vector<Change>& changes);
 
   Storage& storage_;
   Interfaces interfaces_;
   TvState state_;
-  std::uint64_t revision_ = 0;
-  std::vector<std::function<void(const Event&)>> watchers_;
+  std::uint64_t revision_;
+  notify::Listeners<Event> watchers_;
   std::vector<std::string> complaints_;
 };
 

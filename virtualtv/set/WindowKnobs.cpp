@@ -13,7 +13,7 @@ template <auto member>
 void setOfWindow(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   const int wanted = number<int>(value);
-  tv.adjust(window, [&](TvState& state) { state[window].*member = wanted; });
+  tv.adjust([&](TvState& state) { state[window].*member = wanted; });
 }
 
 std::string getMode(Tv& tv, const Parts& parts) {
@@ -37,12 +37,12 @@ ServiceKey serviceOrNone(Tv& tv, const std::string& value) {
 void setService(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   const ServiceKey key = serviceOrNone(tv, value);
-  tv.adjust(window, [=](TvState& state) { state[window].bring(key); });
+  tv.adjust([=](TvState& state) { state[window].bring(key); });
 }
 void setPreviousService(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   const ServiceKey key = serviceOrNone(tv, value);
-  tv.adjust(window, [=](TvState& state) { state[window].previousService = key; });
+  tv.adjust([=](TvState& state) { state[window].previousService = key; });
 }
 
 template <auto member>
@@ -53,7 +53,7 @@ template <auto member>
 void setInUse(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   const int position = number<int>(value);
-  tv.adjust(window, [=](TvState& state) { state[window].inUse.*member = position; });
+  tv.adjust([=](TvState& state) { state[window].inUse.*member = position; });
 }
 
 constexpr std::array table{

@@ -36,7 +36,7 @@ std::optional<Setting> read(const char* key) {
 int write(const char* key, const Setting& value) {
   Tv& tv = Tv::current();
   try {
-    tv.settings().set(key, value);
+    tv.setSetting(key, value);
     return good;
   } catch (const virtualtv::StoreError& error) {
     tv.complain(error.what());

@@ -147,7 +147,7 @@ Setting settingFrom(const Words& words) {
   return *number;
 }
 
-Lines listSettings(SettingsStore& settings) {
+Lines listSettings(const SettingsStore& settings) {
   Lines lines;
   for (const auto& [key, value] : settings.list()) lines.push_back("key " + oneLine(key) + " " + show(value));
   if (lines.empty()) lines.emplace_back("no keys");
@@ -155,7 +155,8 @@ Lines listSettings(SettingsStore& settings) {
 }
 
 Lines vconf(Session& session, const Words& words) {
-  SettingsStore& settings = session.rig().tv().settings();
+  Tv& tv = session.rig().tv();
+  const SettingsStore& settings = tv.settings();
   if (words.empty()) return listSettings(settings);
   const std::string& key = words.size() > 1 ? words[1] : words[0];
   if (words[0] == "get" && words.size() == 2) {
@@ -163,11 +164,11 @@ Lines vconf(Session& session, const Words& words) {
     return {value ? show(*value) : "unset"};
   }
   if (words[0] == "set" && words.size() == 4) {
-    settings.set(key, settingFrom(words));
+    tv.setSetting(key, settingFrom(words));
     return {};
   }
   if (words[0] == "unset" && words.size() == 2) {
-    if (!settings.unset(key)) refuse("the key " + key + " is not set");
+    if (!tv.removeSetting(key)) refuse("the key " + key + " is not set");
     return {};
   }
   refuse("usage: .vconf [get KEY | set KEY int NUMBER | set KEY str TEXT | unset KEY]");

@@ -25,12 +25,12 @@ const char* const settingsTables =
 
 SettingsStore::SettingsStore(Database& database)
     : get_(database, "SELECT value FROM setting WHERE key = ?", "read a setting"),
+      list_(database, "SELECT key, value FROM setting", "read the settings"),
       set_(database, "INSERT INTO setting VALUES(?, ?) ON CONFLICT(key) DO UPDATE SET value = excluded.value",
            "keep a setting"),
-      unset_(database, "DELETE FROM setting WHERE key = ?", "remove a setting"),
-      list_(database, "SELECT key, value FROM setting", "read the settings") {}
+      unset_(database, "DELETE FROM setting WHERE key = ?", "remove a setting") {}
 
-std::optional<Setting> SettingsStore::get(std::string_view key) {
+std::optional<Setting> SettingsStore::get(std::string_view key) const {
   Rows rows = get_.query(key);
   if (!rows.next()) return std::nullopt;
   return settingIn(rows, 0);
@@ -44,7 +44,7 @@ bool SettingsStore::unset(std::string_view key) {
   return unset_.run(key) > 0;
 }
 
-std::map<std::string, Setting> SettingsStore::list() {
+std::map<std::string, Setting> SettingsStore::list() const {
   std::map<std::string, Setting> settings;
   Rows rows = list_.query();
   while (rows.next()) settings.emplace(rows.text(0), settingIn(rows, 1));

@@ -25,19 +25,19 @@ class SettingsStore {
   explicit SettingsStore(Database& database);
 
   /// Nothing when the key is not set.
-  std::optional<Setting> get(std::string_view key);
+  std::optional<Setting> get(std::string_view key) const;
   /// Sets a key, whatever it held before.
   void set(std::string_view key, const Setting& value);
   /// @return false when the key was not set.
   bool unset(std::string_view key);
   /// All keys.
-  std::map<std::string, Setting> list();
+  std::map<std::string, Setting> list() const;
 
  private:
-  Statement get_;
+  mutable Statement get_;  // mutable: what runs it does not change the settings
+  mutable Statement list_;
   Statement set_;
   Statement unset_;
-  Statement list_;
 };
 
 /// What the set remembers of itself: texts by name. All operations throw `StoreError`.

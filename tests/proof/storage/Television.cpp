@@ -102,7 +102,7 @@ bool Television::isOfOneMind() {
 }
 
 void Television::watch(const std::function<void()>& seen) {
-  session_.rig().tv().watch([seen](const Event&) { seen(); });
+  watching_ = session_.rig().tv().watch([seen](const Event&) { seen(); });
   seam::Seam& seam = seam::Seam::instance();
   seam.onDelay([seen](std::uint64_t) { seen(); });
   for (const seam::Operation& operation : seam::operations) seam.setLatency(operation, 1);

@@ -51,6 +51,7 @@ class Television {
   Storage storage_;
   kel::CEmpAppWindow app_;
   shell::Session session_;
+  notify::Subscription watching_;
 };
 
 /// Switches a set on for nothing but to see what it has kept.

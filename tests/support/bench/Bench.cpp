@@ -68,9 +68,9 @@ Bench::Bench(std::vector<virtualtv::Service> services, const std::filesystem::pa
   furnish();
   firstState_ = tv_->state();
   firstSettings_ = tv_->settings().list();
-  tv_->watch([this](const Event& event) {
-    servicesChanged_ =
-        servicesChanged_ || event.kind == Event::Kind::servicesChanged || event.kind == Event::Kind::favouritesChanged;
+  watching_ = tv_->watch([this](const Event& event) {
+    servicesChanged_ = servicesChanged_ || std::holds_alternative<virtualtv::ServicesChanged>(event.change) ||
+                       std::holds_alternative<virtualtv::FavouritesChanged>(event.change);
   });
 }
 
@@ -96,12 +96,11 @@ void Bench::rest() {
   Seam::instance().reset();
   if (servicesChanged_) furnish();
   servicesChanged_ = false;
-  tv_->adjust(WindowId::main, [this](virtualtv::TvState& state) { state = firstState_; });
-  virtualtv::SettingsStore& settings = tv_->settings();
-  for (const auto& [key, value] : settings.list()) {
-    if (firstSettings_.count(key) == 0) settings.unset(key);
+  tv_->adjust([this](virtualtv::TvState& state) { state = firstState_; });
+  for (const auto& [key, value] : tv_->settings().list()) {
+    if (firstSettings_.count(key) == 0) tv_->removeSetting(key);
   }
-  for (const auto& [key, value] : firstSettings_) settings.set(key, value);
+  for (const auto& [key, value] : firstSettings_) tv_->setSetting(key, value);
 }
 
 bool Bench::open() {
@@ -137,7 +136,7 @@ Outcome Bench::executeWithParamList(const std::string& command, const std::vecto
 
 void Bench::showIsp() {
   tv_->showIsp();
-  tv_->adjust(WindowId::main, [](virtualtv::TvState& state) {
+  tv_->adjust([](virtualtv::TvState& state) {
     state.isp.audio = {{.pid = 301, .lang = 6514802, .decodeType = virtualtv::CODING_AC3}};
     state.isp.subtitles = {{.pid = 401, .lang = 6514802}};
   });

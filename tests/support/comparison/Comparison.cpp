@@ -78,7 +78,7 @@ class Pair::Plugin {
     } else if (words[0] == ".set") {
       virtualtv::setKnob(rig_.tv(), words.at(1), words.at(2));
     } else if (words[0] == ".vconf") {
-      rig_.tv().settings().set(words.at(2), settingOf(words));
+      rig_.tv().setSetting(words.at(2), settingOf(words));
     } else if (words.at(1) == "clear") {
       Seam::instance().clearFaults();
     } else {
@@ -133,14 +133,14 @@ void Pair::turnTo(const Set& set) {
     if (present.favourites != wanted.favourites) services.setFavourites(key, wanted.favourites);
   }
   for (const auto& [key, value] : world_.set.settings) {
-    if (!set.settings.contains(key)) tv().settings().unset(key);
+    if (!set.settings.contains(key)) tv().removeSetting(key);
   }
   for (const auto& [key, value] : set.settings) {
     const auto present = world_.set.settings.find(key);
-    if (present == world_.set.settings.end() || present->second != value) tv().settings().set(key, value);
+    if (present == world_.set.settings.end() || present->second != value) tv().setSetting(key, value);
   }
   if (world_.set.state != set.state) {
-    tv().adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& state) { state = set.state; });
+    tv().adjust([&](virtualtv::TvState& state) { state = set.state; });
   }
   world_.set = set;
 }

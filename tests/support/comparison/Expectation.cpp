@@ -40,13 +40,13 @@ Answers answersOf(Tv& tv, const model::Set& set, const Parts& parts) {
 
 void turnToModel(Tv& tv, const model::Set& set, const Parts& parts) {
   if (parts.state) {
-    tv.adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& state) { state = set.state; });
+    tv.adjust([&](virtualtv::TvState& state) { state = set.state; });
   }
   if (!parts.services) return;
   for (const auto& [key, service] : set.services) {
-    tv.services().setAudio(key, service.audio);
-    tv.services().setSubtitles(key, service.subtitles);
-    tv.services().setFavourites(key, service.favourites);
+    tv.setAudioTracks(key, service.audio);
+    tv.setSubtitleTracks(key, service.subtitles);
+    tv.setFavouritesOf(key, service.favourites);
   }
 }
 

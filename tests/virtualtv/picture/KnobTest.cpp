@@ -85,14 +85,16 @@ TEST_F(PictureKnobs, RefuseWhatIsNoCodeNoWindowNoInput) {
 }
 
 TEST_F(PictureKnobs, AreToldToThoseWhoWatch) {
-  std::vector<Event> events;
-  tv->watch([&](const Event& event) { events.push_back(event); });
+  watch();
   turn("pip.resolution", "4");
   turn("isp.picture", "1280x720");
   turn("input.13.picture", "1280x720@50");
   ASSERT_EQ(events.size(), 3U);
-  for (const Event& event : events) EXPECT_EQ(event.kind, Event::Kind::adjusted);
-  EXPECT_EQ(events[0].window, WindowId::pip);
+  EXPECT_EQ(changeOf<KnobChanged>(events[0]).name, "pip.resolution");
+  EXPECT_EQ(changeOf<KnobChanged>(events[0]).before, "auto");
+  EXPECT_EQ(changeOf<KnobChanged>(events[0]).after, "4");
+  EXPECT_EQ(changeOf<IspChanged>(events[1]).after.width, 1280);
+  EXPECT_EQ(changeOf<InputChanged>(events[2]).after.picture.rate, 50);
 }
 
 TEST_F(PictureKnobs, OfWhatComesInAreKeptAndTheCodeThatIsToldIsNot) {

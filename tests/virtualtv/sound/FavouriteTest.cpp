@@ -9,7 +9,7 @@ class Favourites : public SoundTest {
  protected:
   Favourites() {
     tv->import({serviceOf(10, 0, 1), serviceOf(20, 0, 2)}, false);
-    tv->watch([this](const Event& event) { events.push_back(event); });
+    watch();
   }
 
   /// Puts several services into a group or takes them out, in one call.
@@ -18,8 +18,6 @@ class Favourites : public SoundTest {
     EXPECT_EQ(TVServiceAPI::CreateService(&services), 0);
     return services->SetFavorites(members, static_cast<char>(group));
   }
-
-  std::vector<Event> events;
 };
 
 TEST_F(Favourites, AreNoneAtFirst) {
@@ -66,8 +64,10 @@ TEST_F(Favourites, OfSeveralServicesChangeTogetherOrNotAtAll) {
 TEST_F(Favourites, AreToldToThoseWhoWatch) {
   favour(10, true, 1);
   ASSERT_EQ(events.size(), 1U);
-  EXPECT_EQ(events[0].kind, Event::Kind::favouritesChanged);
-  EXPECT_EQ(events[0].window, WindowId::main);
+  const auto& change = changeOf<FavouritesChanged>(events[0]);
+  EXPECT_EQ(change.service, *tv->services().keyOf(10));
+  EXPECT_TRUE(change.before.empty());
+  EXPECT_EQ(change.after, (std::map<std::uint8_t, bool>{{1, true}}));
 }
 
 TEST_F(Favourites, AreKept) {

@@ -17,10 +17,8 @@ class InUse : public SoundTest {
     turn("service.10.subtitles", "356:eng,357:deu:teletext,!358:fra");
     turn("service.20.audio", "456:ita,457:por");
     turn("service.20.subtitles", "556:ita,557:por");
-    tv->watch([this](const Event& event) { events.push_back(event); });
+    watch();
   }
-
-  std::vector<Event> events;
 };
 
 TEST_F(InUse, AreTheFirstTrackAndNoSubtitleOfAServiceThatComesOnScreen) {
@@ -173,10 +171,11 @@ TEST_F(InUse, AreToldToThoseWhoWatch) {
   selectSubtitle(1, pip);
   selectAudio(9);
   ASSERT_EQ(events.size(), 2U);
-  EXPECT_EQ(events[0].kind, Event::Kind::audioChanged);
-  EXPECT_EQ(events[0].window, WindowId::main);
-  EXPECT_EQ(events[1].kind, Event::Kind::subtitleChanged);
-  EXPECT_EQ(events[1].window, pip);
+  EXPECT_EQ(changeOf<TracksChanged>(events[0]).window, WindowId::main);
+  EXPECT_EQ(changeOf<TracksChanged>(events[0]).before, (TracksInUse{0, -1}));
+  EXPECT_EQ(changeOf<TracksChanged>(events[0]).after, (TracksInUse{1, -1}));
+  EXPECT_EQ(changeOf<TracksChanged>(events[1]).window, pip);
+  EXPECT_EQ(changeOf<TracksChanged>(events[1]).after, (TracksInUse{0, 1}));
   EXPECT_GT(events[1].revision, events[0].revision);
 }
 

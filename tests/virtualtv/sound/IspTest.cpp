@@ -80,10 +80,8 @@ class Isp : public SoundTest {
     turn("isp.audio", "256:eng:aac:2:0,257:deu:ac3:4:3,!258:fra,257:spa");
     turn("isp.subtitles", "1:eng:teletext-subtitle,2:deu:dvb,3:fra:teletext,4:spa:dvb,!5:ita:teletext");
     EXPECT_EQ(D2TVCAPI_setSourceISP(), 1);
-    tv->watch([this](const Event& event) { events.push_back(event); });
+    watch();
   }
-
-  std::vector<Event> events;
 };
 
 TEST_F(Isp, TellsItsAudioTracks) {
@@ -192,9 +190,10 @@ TEST_F(Isp, TellsThoseWhoWatchOfAChange) {
   manager().ChangeSubtitleLanguage(1);
   manager().ChangeSubtitleLanguage(9);
   ASSERT_EQ(events.size(), 3U);
-  EXPECT_EQ(events[0].kind, Event::Kind::audioChanged);
-  EXPECT_EQ(events[1].kind, Event::Kind::audioChanged);
-  EXPECT_EQ(events[2].kind, Event::Kind::subtitleChanged);
+  const std::vector<TracksInUse> inUse{{1, -1}, {0, -1}, {0, 1}};
+  for (std::size_t index = 0; index < events.size(); ++index) {
+    EXPECT_EQ(changeOf<IspChanged>(events[index]).after.inUse, inUse[index]) << index;
+  }
 }
 
 TEST_F(Isp, KeepsItsTracksAndWhatIsInUse) {

@@ -85,13 +85,18 @@ TEST_F(TrackKnobs, LeaveTheFieldsOfAServiceToTheirOwn) {
 }
 
 TEST_F(TrackKnobs, AreToldToThoseWhoWatch) {
-  std::vector<Event> events;
-  tv->watch([&](const Event& event) { events.push_back(event); });
+  const ServiceKey service = *tv->services().keyOf(10);
+  watch();
   for (const auto& [name, text] : lists) turn(name, text);
   turn("pip.audio", "1");
   ASSERT_EQ(events.size(), lists.size() + 1);
-  for (const Event& event : events) EXPECT_EQ(event.kind, Event::Kind::adjusted);
-  EXPECT_EQ(events.back().window, WindowId::pip);
+  EXPECT_EQ(changeOf<AudioTracksChanged>(events[0]).service, service);
+  EXPECT_EQ(changeOf<AudioTracksChanged>(events[0]).after.size(), 2U);
+  EXPECT_EQ(changeOf<SubtitleTracksChanged>(events[1]).after.size(), 2U);
+  EXPECT_EQ(changeOf<FavouritesChanged>(events[2]).after.size(), 3U);
+  EXPECT_EQ(changeOf<IspChanged>(events[3]).after.audio.size(), 2U);
+  EXPECT_EQ(changeOf<IspChanged>(events[4]).after.subtitles.size(), 3U);
+  EXPECT_EQ(changeOf<TracksChanged>(events[5]).window, WindowId::pip);
 }
 
 TEST_F(TrackKnobs, AreKept) {

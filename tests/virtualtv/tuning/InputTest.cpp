@@ -106,12 +106,13 @@ TEST_F(Inputs, ASwitchToAServiceThatThereIsNoneOfChangesNothing) {
 }
 
 TEST_F(Inputs, ASwitchIsToldToThoseWhoWatch) {
-  std::vector<Event> events;
-  tv->watch([&](const Event& event) { events.push_back(event); });
+  watch();
   switchTo(hdmi1, WindowId::pip);
   ASSERT_EQ(events.size(), 1U);
-  EXPECT_EQ(events[0].kind, Event::Kind::sourceChanged);
-  EXPECT_EQ(events[0].window, WindowId::pip);
+  const auto& change = changeOf<SourceChanged>(events[0]);
+  EXPECT_EQ(change.window, WindowId::pip);
+  EXPECT_EQ(change.before, (WindowSource{SOURCE_STATE_NONE, -1, -1}));
+  EXPECT_EQ(change.after, (WindowSource{SOURCE_STATE_SHOWN, hdmi1, -1}));
 }
 
 // What the platform records.
@@ -158,7 +159,7 @@ TEST_F(Inputs, TheIspSourceGoesWhenTheMainWindowShowsAnInput) {
 }
 
 TEST_F(Inputs, TheIspSourceCannotBeShownWhenItsStackCannotBeReached) {
-  tv->adjust(WindowId::main, [](TvState& state) { state.isp.present = false; });
+  tv->adjust([](TvState& state) { state.isp.present = false; });
   EXPECT_NE(D2TVCAPI_setSourceISP(), 1);
   EXPECT_FALSE(tv->state().isp.shown);
   EXPECT_EQ(lastService(), "tv-service");

@@ -18,7 +18,7 @@ void changeEverything(Tv& tv) {
   tv.plug(hdmi3, true);
   tv.setMode(WindowId::pip, {0, 21});
   tv.showIsp();
-  tv.adjust(WindowId::main, [](TvState& state) {
+  tv.adjust([](TvState& state) {
     state.fade = 30;
     state.isp.present = false;
   });

@@ -143,6 +143,10 @@ void SetTest::mendStore() {
   Statement(storage.parts().database, "PRAGMA query_only = OFF", "mend the store").query().next();
 }
 
+void SetTest::watch() {
+  watching_ = tv->watch([this](const Event& event) { events.push_back(event); });
+}
+
 std::string SetTest::lastService() {
   const auto value = tv->settings().get("db/boot/last_service");
   return value ? std::get<std::string>(*value) : "unset";

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "seam/Seam.h"
@@ -69,11 +71,24 @@ class SetTest : public ::testing::Test {
   /// The last service, as the platform has recorded it.
   std::string lastService();
 
+  /// Keeps what changes from now on in `events`, until the set is switched off.
+  void watch();
+  /// The change of an event, which must be of this kind.
+  template <typename Kind>
+  const Kind& changeOf(const Event& event) {
+    const Kind* const change = std::get_if<Kind>(&event.change);
+    if (change == nullptr) throw std::logic_error("another kind of event: " + std::to_string(event.change.index()));
+    return *change;
+  }
+
+  std::vector<Event> events;
   Storage storage;
   std::optional<Tv> tv;
 
  private:
   std::uint64_t idOf(ServiceKey key);
+
+  notify::Subscription watching_;
 };
 
 }  // namespace virtualtv::test

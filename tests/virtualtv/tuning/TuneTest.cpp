@@ -74,13 +74,14 @@ TEST_F(Tune, ReachesHiddenAndLockedServicesById) {
 }
 
 TEST_F(Tune, IsToldToThoseWhoWatch) {
-  std::vector<Event> events;
-  tv->watch([&](const Event& event) { events.push_back(event); });
+  watch();
   tune(20, WindowId::pip);
   tune(99);
   ASSERT_EQ(events.size(), 1U);
-  EXPECT_EQ(events[0].kind, Event::Kind::tuned);
-  EXPECT_EQ(events[0].window, WindowId::pip);
+  const auto& change = changeOf<ScreenChanged>(events[0]);
+  EXPECT_EQ(change.window, WindowId::pip);
+  EXPECT_EQ(change.before, (WindowScreen{0, 0}));
+  EXPECT_EQ(change.after, (WindowScreen{*tv->services().keyOf(20), 0}));
   EXPECT_EQ(events[0].revision, tv->revision());
 }
 
@@ -106,13 +107,13 @@ TEST_F(Tune, AStepWrapsAroundAtBothEndsOfTheList) {
 }
 
 TEST_F(Tune, AStepGoesPastServicesThatNobodyCanTuneTo) {
-  tv->services().unset(*tv->services().keyOf(20), Data::SERVICE_ID);
+  tv->setField(*tv->services().keyOf(20), Data::SERVICE_ID, {});
   EXPECT_EQ(next(10), 30U);
   EXPECT_EQ(beforeThat(30), 10U);
 }
 
 TEST_F(Tune, AStepFromAHiddenOrLockedServiceGoesOnFromItsPlace) {
-  tv->services().set(*tv->services().keyOf(20), HIDDEN, std::uint64_t{1});
+  tv->setField(*tv->services().keyOf(20), HIDDEN, std::uint64_t{1});
   EXPECT_EQ(next(20), 30U);
   EXPECT_EQ(beforeThat(20), 10U);
   EXPECT_EQ(next(70), 10U);
@@ -187,7 +188,7 @@ TEST_F(Tune, TheSignalFadesDownToNothing) {
   const int full = signal().value_or(-1);
   ASSERT_GT(full, 40);
   const auto fade = [&](int by) {
-    tv->adjust(WindowId::main, [=](TvState& state) { state.fade = by; });
+    tv->adjust([=](TvState& state) { state.fade = by; });
     return signal();
   };
   EXPECT_EQ(fade(40), full - 40);

@@ -66,7 +66,7 @@ TEST_F(StatementTest, TheSignalIsThatOfTheMainWindowsTunerWhicheverIsSelected) {
 }
 
 TEST_F(StatementTest, InPictureInPictureTracksAreListedAndHeardThereButSubtitlesChangeInTheMainWindow) {
-  tv().adjust(WindowId::pip, [](virtualtv::TvState& state) { state[WindowId::pip].bring(3); });
+  tv().adjust([](virtualtv::TvState& state) { state[WindowId::pip].bring(3); });
   ASSERT_EQ(tv().state()[WindowId::main].inUse.subtitle, -1);
   ASSERT_EQ(execute("SetWindow", {"1"}), "int 1");
   EXPECT_NE(ask("GetSubtitleInfo").text().find("\"NumOfSubtitle\" : 1"), std::string::npos)

@@ -28,7 +28,7 @@ class TvModeTest : public support::TvTest {
   static constexpr int fixedRegion = 17;  ///< the region whose country does not matter
 
   void setPlace(int region, int country) {
-    tv().adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& state) {
+    tv().adjust([&](virtualtv::TvState& state) {
       state.region = region;
       state.country = country;
     });

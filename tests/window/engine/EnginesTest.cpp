@@ -220,7 +220,7 @@ TEST_F(EnginesTest, DestroyingTheApplicationObjectsEnginesClosesThemAll) {
 // Several engines on one set.
 
 TEST_F(EnginesTest, EnginesDoNotSeeEachOthersWindow) {
-  tv().adjust(virtualtv::WindowId::pip, [](virtualtv::TvState& state) {
+  tv().adjust([](virtualtv::TvState& state) {
     state[virtualtv::WindowId::pip].sourceState = virtualtv::SOURCE_STATE_SHOWN;
     state[virtualtv::WindowId::pip].source = 5;
   });

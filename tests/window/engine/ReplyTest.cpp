@@ -35,7 +35,7 @@ class ReplyTest : public channels::ChannelEngineTest {
   }
 
   void showInput(int state, int source, int previous) {
-    tv().adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& set) {
+    tv().adjust([&](virtualtv::TvState& set) {
       set[virtualtv::WindowId::main].sourceState = state;
       set[virtualtv::WindowId::main].source = source;
       set[virtualtv::WindowId::main].previousSource = previous;

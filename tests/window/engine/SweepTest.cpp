@@ -33,7 +33,7 @@ class EveryCallTest : public channels::ChannelEngineTest {
     service.subtitles = {{270, 5, 0, true}, {271, 6, 0, true}};
     service.favourites = {{1, true}};
     channels::furnish(tv(), tracks::furnished(service));
-    tv().adjust(virtualtv::WindowId::main, [&](virtualtv::TvState& state) {
+    tv().adjust([&](virtualtv::TvState& state) {
       state.isp.audio = service.audio;
       state.isp.subtitles = service.subtitles;
     });
@@ -50,7 +50,7 @@ class EveryCallTest : public channels::ChannelEngineTest {
   void prepare() {
     clearFaults();
     close();
-    tv().adjust(virtualtv::WindowId::main, [this](virtualtv::TvState& state) { state = fresh_; });
+    tv().adjust([this](virtualtv::TvState& state) { state = fresh_; });
     setSetting(tracks::lastService, lastService_);
     ASSERT_TRUE(open());
     ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");

@@ -44,7 +44,7 @@ TEST_F(IspTest, IsNotTheSourceForAnyOtherLastService) {
 }
 
 TEST_F(IspTest, IsNotTheSourceWhenTheLastServiceIsAbsentOrNoText) {
-  tv().settings().unset(lastService);
+  tv().removeSetting(lastService);
   EXPECT_FALSE(worker.IsSourceISP());
   EXPECT_EQ(logs(), Lines{notThere});
   setSetting(lastService, 48);
@@ -121,7 +121,7 @@ TEST_F(IspTest, AnExceptionIsAFailedSwitch) {
 }
 
 TEST_F(IspTest, AStackThatCannotBeReachedIsAFailedSwitch) {
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
+  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
   EXPECT_FALSE(worker.SetSource_D2TV());
   EXPECT_FALSE(worker.IsSourceISP());
 }

@@ -125,7 +125,7 @@ TEST_F(SetWindowTest, LeavesTheFoundChannelListAndTheSettingsKeysAsTheyAre) {
 }
 
 TEST_F(SetWindowTest, SourcesOfTheTwoWindowsAreTheirOwn) {
-  tv().adjust(virtualtv::WindowId::pip, [](virtualtv::TvState& state) {
+  tv().adjust([](virtualtv::TvState& state) {
     state[virtualtv::WindowId::pip].sourceState = virtualtv::SOURCE_STATE_SHOWN;
     state[virtualtv::WindowId::pip].source = 5;
   });

@@ -276,9 +276,7 @@ TEST_F(FullChannelList, AnEmptyListIsAFailureAlsoBehindAPositiveResult) {
   EXPECT_EQ(
       under("IServiceNavigation::GetServiceList result=unwritten", [&] { return worker.GetFullChannelList(list); }), 0);
   EXPECT_EQ(logs(), expected);
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) {
-    state[virtualtv::WindowId::main].mode = {2, 7};
-  });
+  tv().adjust([](virtualtv::TvState& state) { state[virtualtv::WindowId::main].mode = {2, 7}; });
   forget();
   EXPECT_EQ(worker.GetFullChannelList(list), 0);
   EXPECT_EQ(logs(), expected);

@@ -163,7 +163,7 @@ TEST_F(DetailTest, EachWindowTellsOfItsOwnPicture) {
 }
 
 TEST_F(DetailTest, AsksTheTvServiceWhereTheLastServiceIsUnknown) {
-  tv().settings().unset(lastService);
+  tv().removeSetting(lastService);
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(text, document({1920, 1080, 60, 67500}));
   fault("vconf_get_str result=throw");
@@ -174,7 +174,7 @@ TEST_F(DetailTest, AsksTheTvServiceWhereTheLastServiceIsUnknown) {
 // From the secondary stack.
 
 TEST_F(DetailTest, OnTheIspSourceTellsWhatTheSecondaryStackTells) {
-  tv().adjust(WindowId::main, [](virtualtv::TvState& state) {
+  tv().adjust([](virtualtv::TvState& state) {
     state.isp.width = 1280;
     state.isp.height = 720;
   });
@@ -204,7 +204,7 @@ TEST_F(DetailTest, OnTheIspSourceTheWindowDoesNotMatter) {
 
 TEST_F(DetailTest, WithoutAManagerTheDocumentIsAllZero) {
   setSetting(lastService, "isp-service");
-  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
+  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
   forget();
   EXPECT_EQ(ask(), 0);
   EXPECT_EQ(text, allZero);

@@ -16,8 +16,7 @@ TEST_F(SatelliteTest, LooksTheTransponderUpThenFindsTheServiceThenTunesToIt) {
 }
 
 TEST_F(SatelliteTest, ReadsNoSourceSwitchesNoneAndWritesNoKey) {
-  tv().adjust(virtualtv::WindowId::main,
-              [](virtualtv::TvState& state) { state[virtualtv::WindowId::main].source = 13; });
+  tv().adjust([](virtualtv::TvState& state) { state[virtualtv::WindowId::main].source = 13; });
   setSetting("db/emp/mainsource", 31);
   setSetting("db/emp/previousmainsource", 77);
   EXPECT_EQ(set(description()), 1);

@@ -38,9 +38,7 @@ const Lines noVideoControl{"0 video_ctrl_proxy is NULL, t_eWindow =0",
 
 void ScreenTest::SetUp() {
   SourceTest::SetUp();
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) {
-    state.inputs = {{5, "first", true, {}}, {1, "second", true, {}}};
-  });
+  tv().adjust([](virtualtv::TvState& state) { state.inputs = {{5, "first", true, {}}, {1, "second", true, {}}}; });
 }
 
 ScreenTest::Text ScreenTest::query(Query operation) {
@@ -61,8 +59,7 @@ void ScreenTest::selectPip() {
 }
 
 void ScreenTest::putPlane(const virtualtv::Rect& rect) {
-  tv().adjust(virtualtv::WindowId::main,
-              [&](virtualtv::TvState& state) { state[virtualtv::WindowId::main].plane.rect = rect; });
+  tv().adjust([&](virtualtv::TvState& state) { state[virtualtv::WindowId::main].plane.rect = rect; });
 }
 
 std::string resultOf(const std::string& call, int result) {

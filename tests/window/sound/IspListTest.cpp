@@ -155,7 +155,7 @@ TEST_F(IspAudioList, WithoutAManagerAnswersZeroWithADocument) {
 
 TEST_F(IspAudioList, AManagerThatGoesAwayBetweenTwoCallsFailsTheSecond) {
   ASSERT_EQ(tell(), 1);
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
+  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
   EXPECT_EQ(tell(), 0);
   EXPECT_EQ(text, failureDocument);
 }

@@ -219,7 +219,7 @@ TEST_F(AudioList, IsThatOfTheWindowDriven) {
 
 TEST_F(AudioList, AsksTheTvServiceWhereTheLastServiceIsUnknown) {
   give(threeTracks);
-  tv().settings().unset(tracks::lastService);
+  tv().removeSetting(tracks::lastService);
   EXPECT_EQ(tell(), 1);
   EXPECT_EQ(parsed(text)["items"].size(), 3U);
 }

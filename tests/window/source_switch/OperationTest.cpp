@@ -188,7 +188,7 @@ TEST_F(OperationTest, SetPreviousSourceFailsWhenTheSourceCannotBeRead) {
   EXPECT_EQ(worker.SetPreviousSource(), 0);
   EXPECT_EQ(logs(), (Lines{caught("SetPreviousSource", "vconf_get_int"), noPrevious}));
   restart();
-  tv().settings().unset(previousMainKey);
+  tv().removeSetting(previousMainKey);
   EXPECT_EQ(worker.SetPreviousSource(), 0);
   EXPECT_EQ(logs(), Lines{noPrevious});
   EXPECT_EQ(shown(), 5);

@@ -23,7 +23,7 @@ class PictureInPictureTest : public SwitchTest {
   void again() {
     restart();
     show(1, 2, WindowId::pip);
-    tv().settings().unset(previousPipKey);
+    tv().removeSetting(previousPipKey);
     setSetting(pipKey, 0);
     forget();
   }

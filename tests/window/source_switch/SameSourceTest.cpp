@@ -105,7 +105,7 @@ TEST_F(SwitchTest, PuttingTheKeysRightStopsAtTheFirstFailureAndKeepsWhatItWrote)
     SCOPED_TRACE(failure.fault);
     restart();
     setSetting(mainKey, 24);
-    tv().settings().unset(sources::middlewareKey);
+    tv().removeSetting(sources::middlewareKey);
     fault(failure.fault);
     EXPECT_FALSE(set(20));
     EXPECT_TRUE(faultsHit());

@@ -236,7 +236,7 @@ TEST_F(SwitchFailureTest, ASecondaryStackThatDoesNotSwitchLeavesTheTvServiceAlon
 }
 
 TEST_F(SwitchTest, ASecondaryStackThatCannotBeReachedIsAFailure) {
-  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
+  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
   EXPECT_FALSE(set(isp));
   EXPECT_EQ(keys(), startKeys);
   EXPECT_EQ(shown(), 5);

@@ -224,7 +224,7 @@ TEST_F(IspSubtitleList, WithoutAManagerAnswersMinusOneWithADocument) {
 
 TEST_F(IspSubtitleList, AManagerThatGoesAwayBetweenTwoCallsFailsTheSecond) {
   ASSERT_EQ(tell(), 1);
-  tv().adjust(virtualtv::WindowId::main, [](virtualtv::TvState& state) { state.isp.present = false; });
+  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
   EXPECT_EQ(tell(), -1);
   EXPECT_EQ(text, failureDocument);
 }

@@ -102,7 +102,7 @@ TEST_F(SeekTest, CriteriaAreHadWithAnyNumberButZero) {
 }
 
 TEST_F(SeekTest, WithoutACurrentServiceAnswersMinus1) {
-  tv().adjust(WindowId::main, [](virtualtv::TvState& state) { state[WindowId::main].service = 0; });
+  tv().adjust([](virtualtv::TvState& state) { state[WindowId::main].service = 0; });
   EXPECT_EQ(seek(3), -1);
   EXPECT_EQ(logs(), join({opening(3), {"0 Fail to get current service data\n"}}));
   EXPECT_EQ(current(), "0");

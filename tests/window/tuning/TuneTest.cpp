@@ -233,7 +233,7 @@ TEST_P(TuneTest, ARecordThatFailsAnswers0AndKeepsWhatItWrote) {
   for (const Unwritten& write : writes) {
     SCOPED_TRACE(write.fault);
     again();
-    tv().settings().unset(sources::middlewareKey);
+    tv().removeSetting(sources::middlewareKey);
     EXPECT_EQ(runUnder(write.fault), 0);
     EXPECT_EQ(logs(), join({switchLogs(), write.logs, {"0 Update the vconf fails"}}));
     EXPECT_EQ(keys(), write.keys);

@@ -173,7 +173,7 @@ Lines recordLogs(int previous) {
 }
 
 void TuningTest::showHdmi(WindowId window) {
-  tv().adjust(window, [&](virtualtv::TvState& state) {
+  tv().adjust([&](virtualtv::TvState& state) {
     state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
     state[window].source = hdmi;
   });
