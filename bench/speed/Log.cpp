@@ -9,14 +9,12 @@ namespace {
 
 void message(benchmark::State& state, int level) {
   using virtualtv::framework::LogLine;
-  virtualtv::framework::setLogLevel(level);
-  virtualtv::framework::setLogListener([](const LogLine& line) { benchmark::DoNotOptimize(&line); });
+  const auto listening =
+      virtualtv::framework::listenToLog(level, [](const LogLine& line) { benchmark::DoNotOptimize(&line); });
   int index = 0;
   for (auto _ : state) {
     KEL_LOG(kel::kInformation, "[CEmpTaskWindow::%s][Idx:%d] call end. Success.", __func__, index++);
   }
-  virtualtv::framework::setLogListener({});
-  virtualtv::framework::setLogLevel(-1);
 }
 
 BENCHMARK_CAPTURE(message, filtered, -1);

@@ -18,7 +18,6 @@ namespace {
 
 using S = TCServiceData;
 using virtualtv::framework::Host;
-using virtualtv::seam::Seam;
 
 constexpr const char* engineName = "bench";
 
@@ -59,8 +58,7 @@ std::vector<virtualtv::Service> services(std::size_t count) {
 
 Television::Television(std::size_t services, const std::filesystem::path& directory)
     : bench_(bench::services(services), directory) {
-  virtualtv::framework::setLogListener({});
-  virtualtv::framework::setLogLevel(-1);
+  bench_.logNoMore();
   if (!bench_.open()) throw std::runtime_error("no engine can be opened");
   Host::of(bench_.app()).execute(virtualtv::framework::engineKey(engineName), [this](kel::CEmpEngineBase& engine) {
     engine_ = &engine;
@@ -101,11 +99,9 @@ void Television::require(int answer, const std::string& command, const std::stri
 }
 
 std::size_t Television::callsOf(const std::string& command) {
-  Seam::instance().take();
-  Seam::instance().record(true);
+  const auto calls = bench_.device().subscribe({.calls = true});
   execute(command);
-  Seam::instance().record(false);
-  return Seam::instance().take().size();
+  return calls->take().happenings.size();
 }
 
 }  // namespace bench

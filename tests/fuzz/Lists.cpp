@@ -48,7 +48,7 @@ void lookAtServices(const Result& result) {
 }
 
 void keep(virtualtv::Tv& tv, const std::vector<Service>& services) {
-  tv.services().replaceAll({});
+  tv.removeServices();
   demand(tv.import(services, false) == ServiceChanges{services.size(), 0, 0}, "not all services are added");
   demand(tv.services().keys().size() == services.size(), "not all services are kept");
   for (std::size_t at = 0; at < services.size(); ++at) {

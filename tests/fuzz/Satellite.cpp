@@ -14,7 +14,6 @@ namespace {
 using support::Bench;
 using support::Outcome;
 using virtualtv::Service;
-using virtualtv::seam::Seam;
 using Data = TCServiceData;
 
 constexpr std::uint64_t satelliteId = 41203;
@@ -39,11 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   bench.open();
   virtualtv::Tv& tv = bench.tv();
 
-  Seam::instance().record(true);
-  Seam::instance().take();
+  const auto calls = bench.device().subscribe({.calls = true});
   const Outcome outcome = bench.execute("SetDVBSIChannelDirectEx", {text, "0"});
-  const bool asked = !Seam::instance().take().empty();
-  Seam::instance().record(false);
+  const bool asked = !calls->take().happenings.empty();
 
   const bool tuned = outcome.isNumber(1);
   fuzz::demand(tuned || outcome.isNumber(0), "answers " + outcome.shown());

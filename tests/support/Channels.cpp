@@ -115,7 +115,7 @@ Lines withoutConditions(const Lines& calls) {
 }
 
 void furnish(Tv& tv, const std::vector<Service>& services) {
-  tv.services().replaceAll({});  // of which nothing shall stay
+  tv.removeServices();  // of which nothing shall stay
   tv.import(services, false);
   tv.adjust([](virtualtv::TvState& state) {
     state.region = 0;

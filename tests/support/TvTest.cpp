@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
+#include <variant>
 
-#include "settings/vconf.h"
+#include "store/SettingsStore.h"
 
 namespace support {
 
@@ -20,7 +19,6 @@ struct Silent {};
 using virtualtv::framework::LogLine;
 using virtualtv::framework::Reply;
 using virtualtv::seam::Fault;
-using virtualtv::seam::Seam;
 
 constexpr const char* untouched = "nobody wrote this";
 
@@ -37,24 +35,6 @@ std::map<std::string, std::string> takeRecords(Lines& words) {
   }
   return taken;
 }
-
-/// While it lives, calls pass without trace and without faults.
-class Unseen {
- public:
-  Unseen() : faults_(Seam::instance().faults()) {
-    Seam::instance().clearFaults();
-    Seam::instance().record(false);
-  }
-  Unseen(const Unseen&) = delete;
-  Unseen& operator=(const Unseen&) = delete;
-  ~Unseen() {
-    for (Fault& fault : faults_) Seam::instance().add(std::move(fault));
-    Seam::instance().record(true);
-  }
-
- private:
-  std::vector<Fault> faults_;
-};
 
 Answer answer(bool accepted, const std::string& ret) {
   Answer answer{accepted, ret != untouched, std::nullopt};
@@ -91,9 +71,8 @@ virtualtv::Service service(std::map<int, std::uint64_t> numbers, std::u16string 
 }
 
 TvTest::TvTest() {
-  Seam::instance().reset();
-  virtualtv::framework::setLogLevel(3);
-  virtualtv::framework::setLogListener([this](const LogLine& line) {
+  calls_ = device().subscribe({.calls = true});
+  log_ = virtualtv::framework::listenToLog(3, [this](const LogLine& line) {
     if (!breaking_.empty() && line.masked == breaking_) {
       breaking_.clear();
       if (saying_ == Saying::nothing) throw Silent();
@@ -101,27 +80,17 @@ TvTest::TvTest() {
     }
     lines_.push_back(line);
   });
-  storage_.emplace();
-  tv_.emplace(*storage_);
-  app_.emplace();
-  Seam::instance().record(true);
 }
 
-TvTest::~TvTest() {
-  app_.reset();
-  tv_.reset();
-  virtualtv::framework::setLogListener({});
-  virtualtv::framework::setLogLevel(-1);
-  Seam::instance().reset();
-}
+TvTest::~TvTest() = default;
 
 bool TvTest::open(const std::string& name, const std::string& app, const std::string& widget) {
   use(name);
-  return app_->Open(name, app, widget, "");
+  return television_.app.Open(name, app, widget, "");
 }
 
 bool TvTest::close(const std::string& name) {
-  return app_->Close(name, kel::EmpType::type{});
+  return app().Close(name, kel::EmpType::type{});
 }
 
 Answer TvTest::ask(const std::string& command, const Lines& parameters) {
@@ -129,19 +98,27 @@ Answer TvTest::ask(const std::string& command, const Lines& parameters) {
   EXPECT_LE(parameters.size(), p.size());
   std::copy_n(parameters.begin(), std::min(parameters.size(), p.size()), p.begin());
   std::string ret = untouched;
-  const bool accepted = app_->Execute(ret, engine_, command, p[0], p[1], p[2], p[3]);
+  const bool accepted = app().Execute(ret, engine_, command, p[0], p[1], p[2], p[3]);
   return answer(accepted, ret);
 }
 
 Answer TvTest::askWithParamList(const std::string& command, const Lines& parameters) {
   std::string ret = untouched;
-  const bool accepted = app_->ExecuteWithParamList(ret, engine_, command, kel::ParamList(parameters));
+  const bool accepted = app().ExecuteWithParamList(ret, engine_, command, kel::ParamList(parameters));
   return answer(accepted, ret);
+}
+
+std::vector<virtualtv::seam::Call> TvTest::takeCalls() {
+  std::vector<virtualtv::seam::Call> calls;
+  for (const auto& happening : calls_->take().happenings) {
+    calls.push_back(std::get<virtualtv::seam::Call>(happening->what));
+  }
+  return calls;
 }
 
 Lines TvTest::calls() {
   Lines lines;
-  for (const virtualtv::seam::Call& call : Seam::instance().take()) lines.push_back(virtualtv::seam::line(call));
+  for (const virtualtv::seam::Call& call : takeCalls()) lines.push_back(virtualtv::seam::line(call));
   return lines;
 }
 
@@ -161,8 +138,13 @@ Lines TvTest::logs() {
 }
 
 void TvTest::forget() {
-  Seam::instance().take();
+  takeCalls();
   lines_.clear();
+}
+
+void TvTest::listenNoMore() {
+  device().unsubscribe(calls_);
+  log_.end();
 }
 
 void TvTest::fault(const std::string& words) {
@@ -170,49 +152,45 @@ void TvTest::fault(const std::string& words) {
   const std::map<std::string, std::string> records = takeRecords(all);
   Fault fault = virtualtv::seam::parseFault(all);
   for (const auto& [name, text] : records) fault.outputs[name] = text;
-  Seam::instance().add(std::move(fault));
+  device().addFault(std::move(fault));
 }
 
 void TvTest::clearFaults() {
-  Seam::instance().clearFaults();
+  device().clearFaults();
 }
 
 bool TvTest::faultsHit() const {
-  const std::vector<Fault>& faults = Seam::instance().faults();
+  const std::vector<Fault>& faults = virtualtv::seam::Seam::instance().faults();
   return std::all_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.hits > 0; });
 }
 
 std::optional<int> TvTest::intSetting(const std::string& key) {
-  const Unseen unseen;
-  int value = 0;
-  if (vconf_get_int(key.c_str(), &value) != 0) return std::nullopt;
-  return value;
+  const auto value = tv().settings().get(key);
+  const int* const number = value ? std::get_if<int>(&*value) : nullptr;
+  return number == nullptr ? std::nullopt : std::optional(*number);
 }
 
 std::optional<std::string> TvTest::textSetting(const std::string& key) {
-  const Unseen unseen;
-  const std::unique_ptr<char, decltype(&std::free)> value(vconf_get_str(key.c_str()), &std::free);
-  if (value == nullptr) return std::nullopt;
-  return value.get();
+  const auto value = tv().settings().get(key);
+  const std::string* const text = value ? std::get_if<std::string>(&*value) : nullptr;
+  return text == nullptr ? std::nullopt : std::optional(*text);
 }
 
 void TvTest::setSetting(const std::string& key, int value) {
-  const Unseen unseen;
-  ASSERT_EQ(vconf_set_int(key.c_str(), value), 0) << key;
+  tv().setSetting(key, value);
 }
 
 void TvTest::setSetting(const std::string& key, const std::string& value) {
-  const Unseen unseen;
-  ASSERT_EQ(vconf_set_str(key.c_str(), value.c_str()), 0) << key;
+  tv().setSetting(key, value);
 }
 
 void TvTest::setServices(const std::vector<virtualtv::Service>& services) {
-  tv_->services().replaceAll({});  // of which nothing shall stay
-  tv_->import(services, false);
+  tv().removeServices();  // of which nothing shall stay
+  tv().import(services, false);
 }
 
 void TvTest::showSource(virtualtv::WindowId window, int source) {
-  tv_->adjust([=](virtualtv::TvState& state) {
+  tv().adjust([=](virtualtv::TvState& state) {
     state[window].sourceState = virtualtv::SOURCE_STATE_SHOWN;
     state[window].source = source;
   });

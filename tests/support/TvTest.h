@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "seam/Seam.h"
 #include "services/Service.h"
 #include "set/Tv.h"
+#include "support/Television.h"
 #include "support/WorkerProbe.h"
 
 /// What the tests of the plug-in stand on: a TV set of their own with the plug-in on it, and what can be observed of
@@ -54,8 +56,9 @@ class TvTest : public ::testing::Test {
   TvTest();
   ~TvTest() override;
 
-  virtualtv::Tv& tv() { return *tv_; }
-  kel::CEmpAppWindow& app() { return *app_; }
+  virtualtv::Tv& tv() { return television_.tv(); }
+  kel::CEmpAppWindow& app() { return television_.app; }
+  virtualtv::device::Device& device() { return television_.device; }
 
   /// Opens an engine under a name, which commands go to from now on.
   bool open(const std::string& name = "emp", const std::string& app = appId, const std::string& widget = widgetId);
@@ -75,7 +78,9 @@ class TvTest : public ::testing::Test {
     return askWithParamList(command, parameters).shown();
   }
 
-  /// The calls to the set since the last time, a line each as in a trace.
+  /// The calls to the set since the last time.
+  std::vector<virtualtv::seam::Call> takeCalls();
+  /// The same, a line each as in a trace.
   Lines calls();
   /// Those of an operation, as in "SetCropArea" or "IVideoControl[pip#2]::SetCropArea"; the others are dropped.
   Lines callsOf(const std::string& operation);
@@ -85,6 +90,8 @@ class TvTest : public ::testing::Test {
   std::vector<virtualtv::framework::LogLine> messages() { return std::exchange(lines_, {}); }
   /// Drops both.
   void forget();
+  /// From now on calls are not recorded, and nothing is logged.
+  void listenNoMore();
 
   /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may
   /// have numbers that `.fault` refuses since no service of this set has them; the plug-in reads what it is given.
@@ -131,13 +138,13 @@ class TvTest : public ::testing::Test {
   void setServices(const std::vector<virtualtv::Service>& services);
 
  private:
-  std::optional<virtualtv::Storage> storage_;
-  std::optional<virtualtv::Tv> tv_;
-  std::optional<kel::CEmpAppWindow> app_;
+  std::vector<virtualtv::framework::LogLine> lines_;
+  Television<kel::CEmpAppWindow> television_;
+  std::shared_ptr<virtualtv::device::Feed> calls_;
+  virtualtv::notify::Subscription log_;
   std::string engine_;
   std::string breaking_;
   Saying saying_ = Saying::noLog;
-  std::vector<virtualtv::framework::LogLine> lines_;
 };
 
 /// The same with an engine open, its calls and log lines so far dropped.

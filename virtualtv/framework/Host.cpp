@@ -15,15 +15,6 @@ std::map<const kel::CEmpAppBase*, Host*>& hosts() {
   return all;
 }
 
-std::vector<std::function<void(const std::string&)>>& closeListeners() {
-  static std::vector<std::function<void(const std::string&)>> all;
-  return all;
-}
-
-void tellClosed(const std::string& key) {
-  for (const auto& listener : closeListeners()) listener(key);
-}
-
 /// Runs a step of the plug-in that must not stop the framework. @return false when it threw.
 template <typename Step>
 bool survive(Step step) {
@@ -68,10 +59,11 @@ bool Host::open(const std::string& key, const Client& client) {
   });
   if (made && hosted.engine) {
     engines_.emplace(key, std::move(hosted));
+    opened_.tell({key, client});
     return true;
   }
   hosted.engine.reset();
-  tellClosed(key);
+  closed_.tell({key, "not made"});
   return false;
 }
 
@@ -95,7 +87,7 @@ std::uint64_t Host::commands(const std::string& key) const {
   return found == engines_.end() ? 0 : found->second.commands;
 }
 
-bool Host::close(const std::string& key) {
+bool Host::close(const std::string& key, const std::string& why) {
   auto closing = engines_.extract(key);
   if (closing.empty()) return false;
   {
@@ -103,16 +95,18 @@ bool Host::close(const std::string& key) {
     survive([&] { closing.mapped().engine->Destroy(); });
     closing.mapped().engine.reset();
   }
-  tellClosed(key);
+  closed_.tell({key, why});
   return true;
 }
 
-void Host::closeAll() {
-  while (!engines_.empty()) close(engines_.begin()->first);
+void Host::closeAll(const std::string& why) {
+  while (!engines_.empty()) close(engines_.begin()->first, why);
 }
 
-void onEngineClosed(std::function<void(const std::string& engine)> listener) {
-  closeListeners().push_back(std::move(listener));
+std::vector<std::string> Host::engines() const {
+  std::vector<std::string> keys;
+  for (const auto& [key, hosted] : engines_) keys.push_back(key);
+  return keys;
 }
 
 }  // namespace virtualtv::framework

@@ -5,9 +5,12 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "kel/CEmpAppBase.h"
 #include "kel/CEmpEngineBase.h"
+#include "notify/Listeners.h"
 
 /// Keeps the engines of an application object: opens them, carries commands to them, closes them. While an engine
 /// runs, its platform calls carry its name and the number of its command.
@@ -24,6 +27,16 @@ struct Client {
 /// Names and numbers of engines do not mix: engine 5 is "#5" here, and a name that begins with '#' gets another.
 std::string engineKey(int id);
 std::string engineKey(const std::string& name);
+
+/// An engine that a host has opened or closed.
+struct EngineOpened {
+  std::string engine;  ///< its key
+  Client client;
+};
+struct EngineClosed {
+  std::string engine;
+  std::string why;  ///< in a word or two: "closed", "restart"
+};
 
 class Host {
  public:
@@ -51,10 +64,17 @@ class Host {
   /// Number of commands that the engine has been given since it was opened; 0 when there is no such engine.
   std::uint64_t commands(const std::string& key) const;
 
-  /// Destroys and deletes the engine, whatever it throws, then tells those who asked for it by `onEngineClosed`.
-  /// @return false when there is none.
-  bool close(const std::string& key);
-  void closeAll();
+  /// Destroys and deletes the engine, whatever it throws. @return false when there is none.
+  bool close(const std::string& key, const std::string& why = "closed");
+  void closeAll(const std::string& why = "closed");
+
+  /// Keys of the engines that are open.
+  std::vector<std::string> engines() const;
+
+  /// Tells of each engine that stands, and of each that is gone, also of one that could not be made, so that what the
+  /// set made on its behalf can be freed.
+  notify::Subscription onOpened(std::function<void(const EngineOpened&)> told) { return opened_.add(std::move(told)); }
+  notify::Subscription onClosed(std::function<void(const EngineClosed&)> told) { return closed_.add(std::move(told)); }
 
  private:
   struct Hosted {
@@ -64,10 +84,8 @@ class Host {
 
   kel::CEmpAppBase& app_;
   std::map<std::string, Hosted> engines_;
+  notify::Listeners<EngineOpened> opened_;
+  notify::Listeners<EngineClosed> closed_;
 };
-
-/// Calls `listener` with the key of each engine once it is gone, also of one that could not be made, so that what
-/// the set made on its behalf can be freed. Listeners stay for the life of the process.
-void onEngineClosed(std::function<void(const std::string& engine)> listener);
 
 }  // namespace virtualtv::framework

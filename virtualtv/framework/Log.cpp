@@ -2,6 +2,8 @@
 
 #include <cstdarg>
 #include <cstring>
+#include <memory>
+#include <set>
 #include <utility>
 
 #include "framework/Render.h"
@@ -15,9 +17,14 @@ constexpr const char* locationFormat = "[KEL][%s(%d)] ";
 
 int threshold = -1;
 
-std::function<void(const LogLine&)>& listener() {
-  static std::function<void(const LogLine&)> current;
-  return current;
+std::multiset<int>& levels() {
+  static std::multiset<int> wanted;
+  return wanted;
+}
+
+notify::Listeners<LogLine>& listeners() {
+  static notify::Listeners<LogLine> all;
+  return all;
 }
 
 struct Location {
@@ -42,22 +49,32 @@ void tell(int channel, int level, const char* format, va_list arguments) {
   line.text = std::move(rendered.text);
   line.masked = std::move(rendered.masked);
   line.channel = channel;
-  if (listener()) listener()(line);
+  listeners().tell(line);
+}
+
+void setThreshold() {
+  threshold = levels().empty() ? -1 : *levels().rbegin();
+  location() = {};
 }
 
 }  // namespace
 
-void setLogLevel(int level) {
-  threshold = level;
-  location() = {};
+notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> heard) {
+  auto listening =
+      std::make_shared<notify::Subscription>(listeners().add([level, heard = std::move(heard)](const LogLine& line) {
+        if (line.level <= level) heard(line);
+      }));
+  levels().insert(level);
+  setThreshold();
+  return notify::Subscription([level, listening] {
+    listening->end();
+    levels().erase(levels().find(level));
+    setThreshold();
+  });
 }
 
 int logLevel() {
   return threshold;
-}
-
-void setLogListener(std::function<void(const LogLine&)> heard) {
-  listener() = std::move(heard);
 }
 
 }  // namespace virtualtv::framework

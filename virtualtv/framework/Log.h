@@ -3,7 +3,9 @@
 #include <functional>
 #include <string>
 
-/// Where the plug-in's log lines end: a filter by level, then whoever listens.
+#include "notify/Listeners.h"
+
+/// Where the plug-in's log lines end: a filter by level, then those who listen.
 namespace virtualtv::framework {
 
 /// One message as the plug-in logged it, without its location line.
@@ -17,13 +19,13 @@ struct LogLine {
   std::string masked;  ///< the same with addresses, line numbers, thread ids and pointer-valued numbers as `*`
 };
 
-/// Lets only messages of at most this level through: -1 none, 0 failures and routine lines, 3 all. At first -1.
-/// A filtered message costs one comparison a logger call.
-void setLogLevel(int level);
-int logLevel();
+/// Calls `heard` with each message of at most this level (0 failures and routine lines, 3 all), inside the call that
+/// logs it, until the subscription ends. A location line is held back until its message comes. What `heard` throws
+/// leaves through the plug-in's logger call.
+notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> heard);
 
-/// Calls `heard` with each message that passes; an empty function for nobody. A location line is held back
-/// until its message comes.
-void setLogListener(std::function<void(const LogLine&)> heard);
+/// The highest level that anybody listens to; -1 when nobody does. Any other message costs one comparison a logger
+/// call.
+int logLevel();
 
 }  // namespace virtualtv::framework

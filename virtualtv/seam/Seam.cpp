@@ -22,22 +22,27 @@ Seam& Seam::instance() {
 void Seam::reset() {
   Seam fresh;
   fresh.delay_ = std::move(delay_);
+  fresh.lastFault_ = lastFault_;
   *this = std::move(fresh);
   refresh();
 }
 
-void Seam::record(bool on) {
-  recording_ = on;
+void Seam::onCall(std::function<void(const Call&)> heard) {
+  heard_ = std::move(heard);
   refresh();
 }
 
-std::vector<Call> Seam::take() {
-  return std::exchange(calls_, {});
-}
-
-void Seam::add(Fault fault) {
+std::uint64_t Seam::add(Fault fault) {
+  fault.id = ++lastFault_;
   faults_.push_back(std::move(fault));
   refresh();
+  return lastFault_;
+}
+
+bool Seam::remove(std::uint64_t id) {
+  const bool removed = std::erase_if(faults_, [=](const Fault& fault) { return fault.id == id; }) > 0;
+  refresh();
+  return removed;
 }
 
 void Seam::clearFaults() {
@@ -74,10 +79,14 @@ Call Seam::begin(const Operation& operation, const Handle& handle) {
   return call;
 }
 
-const Fault* Seam::hit(const Operation& operation) {
+const Fault* Seam::hit(const Operation& operation, const Handle& handle) {
+  const auto isMeant = [&](const Fault& fault) {
+    return fault.operation == &operation && (fault.window.empty() || fault.window == handle.profile) &&
+           (fault.engine.empty() || fault.engine == caller_.engine);
+  };
   const Fault* first = nullptr;
   for (Fault& fault : faults_) {
-    if (fault.operation != &operation) continue;
+    if (!isMeant(fault)) continue;
     ++fault.seen;
     const bool due = fault.seen >= fault.nth && (!fault.times || fault.hits < *fault.times);
     if (!due || first != nullptr) continue;
@@ -87,17 +96,12 @@ const Fault* Seam::hit(const Operation& operation) {
   return first;
 }
 
-void Seam::end(Call call) {
-  if (!recording_) return;
-  try {
-    calls_.push_back(std::move(call));
-  } catch (const std::bad_alloc&) {
-    // The call ends as it does; the trace lacks it.
-  }
+void Seam::end(const Call& call) {
+  if (heard_) heard_(call);
 }
 
 void Seam::refresh() {
-  observed_ = recording_ || !faults_.empty() || !latencies_.empty() || passage_ != nullptr;
+  observed_ = heard_ != nullptr || !faults_.empty() || !latencies_.empty() || passage_ != nullptr;
 }
 
 namespace detail {

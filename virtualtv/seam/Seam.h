@@ -43,6 +43,7 @@ struct Call {
   std::string outputs;    ///< as in "mode=0,1"
   std::string result;     ///< as in "1", "null", "throws", empty where there is none
   bool fault = false;     ///< a fault decided the outcome
+  std::uint64_t faultId = 0;
 };
 
 /// A call in one line: `IServiceNavigation[main#2]::GetTvMode() mode=0,1 -> 1`.
@@ -58,7 +59,10 @@ struct Fault {
     throwing,   ///< leaves with an exception
   };
 
+  std::uint64_t id = 0;  ///< given by the seam, never twice
   const Operation* operation = nullptr;
+  std::string window;  ///< the window whose interface is called, by its name; empty for any, and for plain functions
+  std::string engine;  ///< the engine that asks, by its key; empty for any
   Way way = Way::outputs;
   std::string result;                          ///< a number, or a text where the operation answers one
   std::map<std::string, std::string> outputs;  ///< texts of the outputs to be written
@@ -90,13 +94,14 @@ class Seam {
   /// Back to nothing recorded, no faults, no latency, nobody told, sequence 0, nobody calling. What a delay does stays.
   void reset();
 
-  /// Switches recording on or off.
-  void record(bool on);
-  /// The calls recorded since the last `take`, which it removes.
-  std::vector<Call> take();
-  const std::vector<Call>& calls() const { return calls_; }
+  /// Has `heard` told of each call that has ended, inside it: it must not throw. An empty function for nobody, and
+  /// calls are not recorded.
+  void onCall(std::function<void(const Call&)> heard);
 
-  void add(Fault fault);
+  /// @return its number.
+  std::uint64_t add(Fault fault);
+  /// @return false when there is no fault of that number.
+  bool remove(std::uint64_t id);
   void clearFaults();
   const std::vector<Fault>& faults() const { return faults_; }
 
@@ -120,16 +125,16 @@ class Seam {
     if (passage_) passage_(begun);
   }
   Call begin(const Operation& operation, const Handle& handle);
-  const Fault* hit(const Operation& operation);
-  void end(Call call);
+  const Fault* hit(const Operation& operation, const Handle& handle);
+  void end(const Call& call);
 
  private:
   void refresh();
 
   static inline bool observed_ = false;
-  bool recording_ = false;
+  std::function<void(const Call&)> heard_;
   std::uint64_t sequence_ = 0;
-  std::vector<Call> calls_;
+  std::uint64_t lastFault_ = 0;
   std::vector<Fault> faults_;
   std::map<const Operation*, std::uint64_t> latencies_;
   std::function<void(std::uint64_t)> delay_;
@@ -215,7 +220,7 @@ class Ending {
   explicit Ending(Call& call) : call_(call) {}
   Ending(const Ending&) = delete;
   Ending& operator=(const Ending&) = delete;
-  ~Ending() { Seam::instance().end(std::move(call_)); }
+  ~Ending() { Seam::instance().end(call_); }
 
  private:
   Call& call_;
@@ -243,8 +248,9 @@ template <typename Values, typename Body>
   call.result = "throws";
   const Ending ending(call);
   std::optional<Fault> fault;
-  if (const Fault* found = seam.hit(operation)) fault = *found;
+  if (const Fault* found = seam.hit(operation, handle)) fault = *found;
   call.fault = fault.has_value();
+  if (fault) call.faultId = fault->id;
   if (fault && fault->way == Fault::Way::throwing) throw Thrown("fault in " + std::string(operation.name));
 
   const bool run = !fault || carriedOut(operation, *fault);

@@ -90,4 +90,21 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   return counts;
 }
 
+void Tv::removeServices() {
+  ServiceStore& store = storage_.parts().services;
+  std::vector<Change> changes{ServicesChanged{store.size(), 0}};
+  TvState next = state_;
+  for (WindowState& window : next.windows) {
+    window.bring(0);
+    window.previousService = 0;
+  }
+  appendChanges(state_, next, changes);
+  Transaction transaction(storage_.parts().database, "remove the services");
+  store.replaceAll({});
+  storage_.parts().state.setAll(keptOf(next));
+  transaction.commit();
+  state_ = std::move(next);
+  raise(changes);
+}
+
 }  // namespace virtualtv

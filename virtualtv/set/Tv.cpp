@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -251,16 +252,18 @@ void Tv::reset() {
 
 void Tv::setSetting(const std::string& key, const Setting& value) {
   SettingsStore& store = storage_.parts().settings;
-  const std::optional<Setting> before = store.get(key);
+  std::vector<Change> changes;
+  SettingChanged change{key, store.get(key), value};
+  if (change.before != change.after) changes.emplace_back(std::move(change));
   store.set(key, value);
-  if (before != value) raise({SettingChanged{key, before, value}});
+  raise(changes);
 }
 
 bool Tv::removeSetting(const std::string& key) {
   SettingsStore& store = storage_.parts().settings;
-  const std::optional<Setting> before = store.get(key);
+  const std::vector<Change> changes{SettingChanged{key, store.get(key), std::nullopt}};
   if (!store.unset(key)) return false;
-  raise({SettingChanged{key, before, std::nullopt}});
+  raise(changes);
   return true;
 }
 
@@ -308,8 +311,10 @@ void Tv::adjust(const std::function<void(TvState&)>& change) {
 }
 
 void Tv::pass(std::uint64_t milliseconds) {
-  const std::uint64_t before = std::exchange(state_.clock, state_.clock + milliseconds);
-  raise({KnobChanged{"clock", std::to_string(before), std::to_string(state_.clock)}});
+  const std::uint64_t after = state_.clock + milliseconds;
+  const std::vector<Change> changes{KnobChanged{"clock", std::to_string(state_.clock), std::to_string(after)}};
+  state_.clock = after;
+  raise(changes);
 }
 
 std::vector<std::string> Tv::takeComplaints() {
@@ -335,10 +340,15 @@ void Tv::commit(TvState next, const char* lastService) {
   raise(changes);
 }
 
-void Tv::raise(const std::vector<Change>& changes) {
+/// What changed is persisted by now: a watcher that can't be told for lack of memory changes nothing.
+void Tv::raise(const std::vector<Change>& changes) noexcept {
   if (changes.empty()) return;
   ++revision_;
-  for (const Change& change : changes) watchers_.tell({revision_, change});
+  if (watchers_.empty()) return;
+  try {
+    for (const Change& change : changes) watchers_.tell({revision_, change});
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  }
 }
 
 }  // namespace virtualtv

@@ -112,6 +112,8 @@ class Tv {
   /// follows it then. All of it or nothing.
   /// @throws std::invalid_argument when there are no services.
   ServiceChanges import(const std::vector<Service>& services, bool add);
+  /// Takes all services out of the set; its windows show none then.
+  void removeServices();
   /// Back to the embedded set, settings keys included.
   void reset();
   /// Sets a settings key, for the plug-in and from outside.
@@ -141,7 +143,7 @@ class Tv {
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
   bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
-  void raise(const std::vector<Change>& changes);
+  void raise(const std::vector<Change>& changes) noexcept;
 
   Storage& storage_;
   Interfaces interfaces_;

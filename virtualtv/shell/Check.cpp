@@ -41,7 +41,8 @@ void report(const std::vector<Lines>& findings, CheckedFile& checked) {
 /// Runs the transcript on a fresh set. @return the same transcript with what was printed.
 Transcript replay(kel::CEmpAppBase& app, const Transcript& expected, CheckedFile& checked) {
   Storage storage;
-  Session session(app, storage, std::filesystem::path(checked.name).parent_path());
+  device::Device device(app, storage);
+  Session session(device, std::filesystem::path(checked.name).parent_path());
   Transcript printed = expected;
   std::vector<Lines> findings;
   for (Step& step : printed.steps) {

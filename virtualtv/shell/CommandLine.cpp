@@ -73,8 +73,12 @@ fs::path stateDirectory(const Wishes& wishes) {
 class Desk {
  public:
   Desk(kel::CEmpAppBase& app, const Wishes& wishes)
-      : directory_(stateDirectory(wishes)), storage_(directory_), session_(app, storage_, fs::current_path()) {
-    session_.rig().tellLog(wishes.logLevel, [](const framework::LogLine& line) {
+      : directory_(stateDirectory(wishes)),
+        storage_(directory_),
+        device_(app, storage_),
+        session_(device_, fs::current_path()) {
+    if (wishes.logLevel < 0) return;
+    log_ = framework::listenToLog(wishes.logLevel, [](const framework::LogLine& line) {
       std::cerr << "log " << line.level << " " << oneLine(line.text) << "\n";
     });
   }
@@ -103,7 +107,9 @@ class Desk {
  private:
   fs::path directory_;
   Storage storage_;
+  device::Device device_;
   Session session_;
+  notify::Subscription log_;
   ExitStatus status_ = allWell;
 };
 
@@ -168,7 +174,7 @@ ExitStatus runExec(kel::CEmpAppBase& app, const Wishes& wishes) {
   noteOptionsAmongParameters(wishes);
   Desk desk(app, wishes);
   std::string ret;
-  const bool accepted = desk.session().rig().execute(wishes.command, false, ret);
+  const bool accepted = desk.session().client().execute(wishes.command, false, ret);
   printReply(accepted, ret, wishes.raw);
   desk.sayWhatWentWrong("");
   return desk.status(accepted ? allWell : failed);
@@ -183,7 +189,7 @@ ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
   const std::string name = piped ? "standard input" : wishes.list.file;
   const std::string content = piped ? readStream(std::cin, name) : readFile(name);
   Desk desk(app, wishes);
-  const ImportReport report = importServices(desk.session().rig().tv(), name, content, wishes.list.options);
+  const ImportReport report = importServices(desk.session().device().tv(), name, content, wishes.list.options);
   for (const std::string& problem : report.problemLines()) std::cerr << problem << "\n";
   std::cout << report.summary() << "\n";
   const std::string error = report.error();

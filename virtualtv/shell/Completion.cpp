@@ -44,7 +44,7 @@ Lines serviceWords(Tv& tv, const std::string& typed) {
 }
 
 Lines knobWords(Session& session, const std::string& typed) {
-  Tv& tv = session.rig().tv();
+  Tv& tv = session.device().tv();
   if (typed.starts_with("service.")) return serviceWords(tv, typed);
   Lines names = knobNames(tv);
   for (std::string& name : operationNames("latency.")) names.push_back(std::move(name));
@@ -54,7 +54,7 @@ Lines knobWords(Session& session, const std::string& typed) {
 
 Lines settingKeys(Session& session) {
   Lines keys;
-  for (const auto& [key, value] : session.rig().tv().settings().list()) keys.push_back(key);
+  for (const auto& [key, value] : session.device().tv().settings().list()) keys.push_back(key);
   return keys;
 }
 
@@ -104,7 +104,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if (command == ".vconf" && words.size() == 3 && words[1] == "set") return {"int", "str"};
   if ((command == ".trace" || command == ".log") && second) return {"on", "off"};
   if (command == ".help" && second) return helpTopics();
-  if (command == ".engine" && second) return {session.rig().openEngines().begin(), session.rig().openEngines().end()};
+  if (command == ".engine" && second) return session.client().openEngines();
   if (command == ".import") return importWords(session, words.back(), typed);
   if (command == ".source") return files(session, typed);
   return {};

@@ -53,9 +53,9 @@ void noteKnob(Session& session, const std::string& knob) {
 
 // Faults and what is printed of the calls.
 
-Lines listFaults() {
+Lines listFaults(Session& session) {
   Lines lines;
-  for (const seam::Fault& fault : seam::Seam::instance().faults()) {
+  for (const seam::Fault& fault : session.device().faults()) {
     lines.push_back("fault " + oneLine(seam::describe(fault)) + " (hits: " + std::to_string(fault.hits) + ")");
   }
   if (lines.empty()) lines.emplace_back("no faults");
@@ -63,16 +63,16 @@ Lines listFaults() {
 }
 
 Lines fault(Session& session, const Words& words) {
-  if (words.empty()) return listFaults();
+  if (words.empty()) return listFaults(session);
   if (words.size() == 1 && words[0] == "clear") {
     session.noteIdleFaults();
-    seam::Seam::instance().clearFaults();
+    session.device().clearFaults();
     return {};
   }
   noteIfUnknown(session, words[0]);
   seam::Fault fault = seam::parseFault(words);
   fault.input = session.input();
-  seam::Seam::instance().add(std::move(fault));
+  session.device().addFault(std::move(fault));
   return {};
 }
 
@@ -96,7 +96,7 @@ Lines log(Session& session, const Words& words) {
 Lines why(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".why");
   if (session.lastCommand().empty()) refuse("no command has run yet");
-  const Deed& deed = session.lastDeed();
+  const device::Deed& deed = session.lastDeed();
   Lines lines{"command " + oneLine(deed.engine) + " " + std::to_string(deed.command) + ": " +
               oneLine(session.lastCommand())};
   for (const Lines& more : {callLines(deed), keyLines(deed), logLines(deed, std::numeric_limits<int>::max())}) {
@@ -108,13 +108,13 @@ Lines why(Session& session, const Words& words) {
 // The set.
 
 std::string knobLine(Session& session, const std::string& name) {
-  return name + " = " + getKnob(session.rig().tv(), name);
+  return name + " = " + getKnob(session.device().tv(), name);
 }
 
 /// The knobs of a group that are set; none when there is no such group.
 Lines groupLines(Session& session, const std::string& group) {
   Lines lines;
-  for (const std::string& name : knobsOf(session.rig().tv(), group)) {
+  for (const std::string& name : knobsOf(session.device().tv(), group)) {
     const std::string line = knobLine(session, name);
     if (!line.ends_with(" = unset")) lines.push_back(line);
   }
@@ -129,14 +129,14 @@ Lines get(Session& session, const Words& words) {
     return group.empty() ? Lines{knobLine(session, words[0])} : group;
   }
   Lines lines;
-  for (const std::string& name : knobNames(session.rig().tv())) lines.push_back(knobLine(session, name));
+  for (const std::string& name : knobNames(session.device().tv())) lines.push_back(knobLine(session, name));
   return lines;
 }
 
 Lines set(Session& session, const Words& words) {
   wantCount(words, 2, 2, ".set NAME VALUE");
   noteKnob(session, words[0]);
-  setKnob(session.rig().tv(), words[0], words[1]);
+  setKnob(session.device().tv(), words[0], words[1]);
   return {};
 }
 
@@ -155,7 +155,7 @@ Lines listSettings(const SettingsStore& settings) {
 }
 
 Lines vconf(Session& session, const Words& words) {
-  Tv& tv = session.rig().tv();
+  Tv& tv = session.device().tv();
   const SettingsStore& settings = tv.settings();
   if (words.empty()) return listSettings(settings);
   const std::string& key = words.size() > 1 ? words[1] : words[0];
@@ -177,7 +177,7 @@ Lines vconf(Session& session, const Words& words) {
 Lines import(Session& session, const Words& words) {
   const ImportWishes wishes = importWishes(words);
   const std::string content = session.read(wishes.file);
-  const ImportReport report = importServices(session.rig().tv(), wishes.file, content, wishes.options);
+  const ImportReport report = importServices(session.device().tv(), wishes.file, content, wishes.options);
   Lines lines = report.problemLines();
   lines.push_back(report.summary());
   const std::string error = report.error();
@@ -187,22 +187,22 @@ Lines import(Session& session, const Words& words) {
 
 Lines services(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".services [COUNT | TEXT]");
-  return serviceTable(session.rig().tv(), words.empty() ? "" : words[0]);
+  return serviceTable(session.device().tv(), words.empty() ? "" : words[0]);
 }
 
 Lines restart(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".restart");
-  session.rig().closeEngines();  // which may still hit a fault
+  session.device().closeEngines("restart");  // which may still hit a fault
   session.noteIdleFaults();
-  session.rig().restart();
+  session.device().restart();
   return {};
 }
 
 Lines reset(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".reset");
-  session.rig().closeEngines();
+  session.device().closeEngines("reset");
   session.noteIdleFaults();
-  session.rig().reset();
+  session.device().reset();
   session.forget();
   return {};
 }
@@ -211,15 +211,15 @@ Lines reset(Session& session, const Words& words) {
 
 Lines engine(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".engine [NAME]");
-  Rig& rig = session.rig();
+  device::Session& client = session.client();
   if (!words.empty()) {
     if (words[0].empty()) refuse("an engine needs a name");
-    rig.use(words[0]);
+    client.use(words[0]);
     return {};
   }
   Lines lines;
-  for (const std::string& name : rig.openEngines()) {
-    lines.push_back("engine " + oneLine(name) + (name == rig.engine() ? " (in use)" : ""));
+  for (const std::string& name : client.openEngines()) {
+    lines.push_back("engine " + oneLine(name) + (name == client.engine() ? " (in use)" : ""));
   }
   if (lines.empty()) lines.emplace_back("no engine is open");
   return lines;
@@ -227,13 +227,13 @@ Lines engine(Session& session, const Words& words) {
 
 Lines reopen(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".reopen");
-  session.rig().reopen();
+  session.client().reopen();
   return {};
 }
 
 Lines app(Session& session, const Words& words) {
   wantCount(words, 1, 2, ".app APPID [WIDGETID]");
-  session.rig().setApplication({words[0], words.size() == 2 ? words[1] : ""});
+  session.client().setApplication({words[0], words.size() == 2 ? words[1] : ""});
   return {};
 }
 

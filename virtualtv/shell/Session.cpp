@@ -32,7 +32,7 @@ void append(Lines& lines, Lines more) {
 
 }  // namespace
 
-Session::Session(kel::CEmpAppBase& app, Storage& storage, std::filesystem::path directory) : rig_(app, storage) {
+Session::Session(device::Device& device, std::filesystem::path directory) : client_(device) {
   directories_.push_back(std::move(directory));
 }
 
@@ -52,12 +52,12 @@ Lines Session::runLine(std::string_view input) {
 
 Session::Remarks Session::takeRemarks() {
   Remarks remarks = std::exchange(remarks_, {});
-  remarks.complaints = rig_.takeComplaints();
+  remarks.complaints = device().takeComplaints();
   return remarks;
 }
 
 void Session::noteIdleFaults() {
-  for (const seam::Fault& fault : seam::Seam::instance().faults()) {
+  for (const seam::Fault& fault : device().faults()) {
     if (fault.hits > 0) continue;
     remarks_.findings.push_back({fault.input, "a fault was never hit: " + seam::describe(fault)});
   }
@@ -91,6 +91,7 @@ std::string Session::errorLine(const std::string& reason) {
 }
 
 void Session::forget() {
+  client_.forget();
   trace = false;
   logLevel = -1;
   lastDeed_ = {};
@@ -116,7 +117,7 @@ Lines Session::runCommand(const std::string& input, bool list) {
       input,
       [&] {
         std::string ret;
-        const bool accepted = rig_.execute(words, list, ret);
+        const bool accepted = client_.execute(words, list, ret);
         return splitLines(framework::showAnswer(accepted, ret));
       },
       true);
@@ -126,7 +127,7 @@ Lines Session::runCommand(const std::string& input, bool list) {
 Lines Session::watch(std::string_view input, const std::function<Lines()>& step, bool remember) {
   Lines output;
   std::exception_ptr thrown;
-  Deed deed = rig_.watch([&] { output = step(); }, thrown);
+  device::Deed deed = client_.watch([&] { output = step(); }, thrown);
   if (thrown) output.push_back(errorLine(whyNotRun(input, thrown)));
   if (trace) append(output, callLines(deed));
   append(output, logLines(deed, logLevel));

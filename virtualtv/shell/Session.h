@@ -8,19 +8,18 @@
 #include <string_view>
 #include <vector>
 
+#include "device/Session.h"
 #include "shell/Lines.h"
-#include "shell/Rig.h"
 
 namespace virtualtv::shell {
 
 /// A conversation with the plug-in and the set: text in, text out. The interactive shell, piped input and transcripts
-/// all speak through it. There is one at a time.
+/// all speak through it.
 class Session {
  public:
-  /// @param app, storage  outlive it.
+  /// @param device  outlives it.
   /// @param directory  files that inputs name are relative to it.
-  /// @throws StoreError when the storage can't be read.
-  Session(kel::CEmpAppBase& app, Storage& storage, std::filesystem::path directory);
+  Session(device::Device& device, std::filesystem::path directory);
 
   /// Runs an input line, with or without `>` before it: `NAME p1..p4` calls the plug-in, `+ NAME p1...` calls it with a
   /// parameter list, `.NAME ...` speaks to the set. Nothing escapes: what goes wrong is a line `error: ...`.
@@ -44,8 +43,9 @@ class Session {
 
   // For the commands that speak to the set, and for `exec`.
 
-  Rig& rig() { return rig_; }
-  const Deed& lastDeed() const { return lastDeed_; }
+  device::Device& device() { return client_.device(); }
+  device::Session& client() { return client_; }
+  const device::Deed& lastDeed() const { return lastDeed_; }
   const std::string& lastCommand() const { return lastCommand_; }
   bool trace = false;       ///< print the calls of each step
   int logLevel = -1;        ///< print the log messages of each step up to this level
@@ -73,10 +73,10 @@ class Session {
   Lines runCommand(const std::string& input, bool list);
   Lines watch(std::string_view input, const std::function<Lines()>& step, bool remember);
 
-  Rig rig_;
+  device::Session client_;
   std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last
   std::size_t inputs_ = 0;                          ///< that were given to `run`
-  Deed lastDeed_;
+  device::Deed lastDeed_;
   std::string lastCommand_;
   Remarks remarks_;
 };

@@ -12,13 +12,13 @@ std::string show(const std::optional<Setting>& setting) {
 
 }  // namespace
 
-Lines callLines(const Deed& deed) {
+Lines callLines(const device::Deed& deed) {
   Lines lines;
   for (const seam::Call& call : deed.calls) lines.push_back("call " + seam::line(call));
   return lines;
 }
 
-Lines logLines(const Deed& deed, int level) {
+Lines logLines(const device::Deed& deed, int level) {
   Lines lines;
   for (const framework::LogLine& line : deed.log) {
     if (line.level <= level) lines.push_back("log " + std::to_string(line.level) + " " + oneLine(line.masked));
@@ -26,9 +26,9 @@ Lines logLines(const Deed& deed, int level) {
   return lines;
 }
 
-Lines keyLines(const Deed& deed) {
+Lines keyLines(const device::Deed& deed) {
   Lines lines;
-  for (const KeyChange& key : deed.keys) {
+  for (const SettingChanged& key : deed.keys) {
     lines.push_back("key " + oneLine(key.key) + " " + show(key.before) + " -> " + show(key.after));
   }
   return lines;

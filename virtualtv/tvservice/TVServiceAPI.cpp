@@ -1,7 +1,6 @@
 // The TV service's factories. What they make is kept by the set until the engine that asked is closed.
 #include "tvservice/TVServiceAPI.h"
 
-#include "framework/Host.h"
 #include "tvservice/Adapters.h"
 
 namespace virtualtv::tvservice {
@@ -13,19 +12,9 @@ using seam::in;
 using seam::op;
 using seam::out;
 
-/// Frees an engine's interfaces when it closes. Done once, by the first factory call.
-void followEngines() {
-  static const bool following = [] {
-    framework::onEngineClosed([](const std::string& engine) { Tv::current().interfaces().release(engine); });
-    return true;
-  }();
-  static_cast<void>(following);
-}
-
 /// Makes an interface for whoever is calling. @param kind  what its numbers count.
 template <typename Interface>
 Interface* make(const char* kind, Profile profile, std::shared_ptr<Interface> (*maker)(const Profile&)) {
-  followEngines();
   Interfaces& interfaces = Tv::current().interfaces();
   profile.handle.number = interfaces.next(kind);
   return interfaces.keep(seam::Seam::instance().caller().engine, maker(profile));

@@ -73,7 +73,7 @@ std::string difference(const Content& expected, const Content& found) {
 }
 
 Television::Television(const std::filesystem::path& directory)
-    : storage_(directory), session_(app_, storage_, directory) {}
+    : television_(directory), session_(television_.device, directory) {}
 
 Outcome Television::run(const std::string& line) {
   Outcome outcome;
@@ -85,12 +85,12 @@ Outcome Television::run(const std::string& line) {
 }
 
 Content Television::content() {
-  return contentOf(storage_.parts());
+  return contentOf(television_.storage->parts());
 }
 
 bool Television::isOff() {
   try {
-    session_.rig().tv();
+    television_.tv();
     return false;
   } catch (const std::runtime_error&) {
     return true;
@@ -98,11 +98,11 @@ bool Television::isOff() {
 }
 
 bool Television::isOfOneMind() {
-  return keptOf(session_.rig().tv().state()) == storage_.parts().state.all();
+  return keptOf(television_.tv().state()) == television_.storage->parts().state.all();
 }
 
 void Television::watch(const std::function<void()>& seen) {
-  watching_ = session_.rig().tv().watch([seen](const Event&) { seen(); });
+  watching_ = television_.tv().watch([seen](const Event&) { seen(); });
   seam::Seam& seam = seam::Seam::instance();
   seam.onDelay([seen](std::uint64_t) { seen(); });
   for (const seam::Operation& operation : seam::operations) seam.setLatency(operation, 1);

@@ -10,6 +10,7 @@
 #include "EmpAppWindow.h"
 #include "set/Tv.h"
 #include "shell/Session.h"
+#include "support/Television.h"
 
 namespace virtualtv::proof {
 
@@ -48,8 +49,7 @@ class Television {
   void watch(const std::function<void()>& seen);
 
  private:
-  Storage storage_;
-  kel::CEmpAppWindow app_;
+  support::Television<kel::CEmpAppWindow> television_;
   shell::Session session_;
   notify::Subscription watching_;
 };

@@ -17,7 +17,6 @@ namespace {
 using virtualtv::Event;
 using virtualtv::WindowId;
 using virtualtv::framework::Reply;
-using virtualtv::seam::Seam;
 
 constexpr const char* engineName = "bench";
 constexpr const char* untouched = "nobody wrote this";
@@ -54,66 +53,49 @@ std::string Outcome::shown() const {
 }
 
 Bench::Bench(std::vector<virtualtv::Service> services, const std::filesystem::path& directory)
-    : services_(std::move(services)) {
-  Seam::instance().reset();
-  virtualtv::framework::setLogLevel(3);
-  virtualtv::framework::setLogListener([](const virtualtv::framework::LogLine&) {});
-  if (directory.empty()) {
-    storage_.emplace();
-  } else {
-    storage_.emplace(directory);
-  }
-  tv_.emplace(*storage_);
-  app_.emplace();
+    : television_(directory), services_(std::move(services)) {
+  log_ = virtualtv::framework::listenToLog(3, [](const virtualtv::framework::LogLine&) {});
   furnish();
-  firstState_ = tv_->state();
-  firstSettings_ = tv_->settings().list();
-  watching_ = tv_->watch([this](const Event& event) {
+  firstState_ = tv().state();
+  firstSettings_ = tv().settings().list();
+  watching_ = tv().watch([this](const Event& event) {
     servicesChanged_ = servicesChanged_ || std::holds_alternative<virtualtv::ServicesChanged>(event.change) ||
                        std::holds_alternative<virtualtv::FavouritesChanged>(event.change);
   });
 }
 
-Bench::~Bench() {
-  app_.reset();
-  tv_.reset();
-  virtualtv::framework::setLogListener({});
-  virtualtv::framework::setLogLevel(-1);
-  Seam::instance().reset();
-}
-
 void Bench::furnish() {
-  tv_->reset();
-  if (!services_.empty()) tv_->import(services_, false);
+  tv().reset();
+  if (!services_.empty()) tv().import(services_, false);
 }
 
 void Bench::renew() {
-  app_->Destroy();
+  app().Destroy();
   rest();
 }
 
 void Bench::rest() {
-  Seam::instance().reset();
+  device().clearFaults();
   if (servicesChanged_) furnish();
   servicesChanged_ = false;
-  tv_->adjust([this](virtualtv::TvState& state) { state = firstState_; });
-  for (const auto& [key, value] : tv_->settings().list()) {
-    if (firstSettings_.count(key) == 0) tv_->removeSetting(key);
+  tv().adjust([this](virtualtv::TvState& state) { state = firstState_; });
+  for (const auto& [key, value] : tv().settings().list()) {
+    if (firstSettings_.count(key) == 0) tv().removeSetting(key);
   }
-  for (const auto& [key, value] : firstSettings_) tv_->setSetting(key, value);
+  for (const auto& [key, value] : firstSettings_) tv().setSetting(key, value);
 }
 
 bool Bench::open() {
-  return app_->Open(engineName, "bench.app", "bench.widget", "");
+  return app().Open(engineName, "bench.app", "bench.widget", "");
 }
 
 bool Bench::close() {
-  return app_->Close(engineName, kel::EmpType::type{});
+  return app().Close(engineName, kel::EmpType::type{});
 }
 
 Outcome Bench::run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around) {
   std::string ret = untouched;
-  const bool accepted = virtualtv::framework::Host::of(*app_).execute(
+  const bool accepted = virtualtv::framework::Host::of(app()).execute(
       virtualtv::framework::engineKey(engineName), [&](kel::CEmpEngineBase& engine) {
         const std::function<bool()> own = [&] { return command(engine, ret); };
         return around ? around(own) : own();
@@ -135,16 +117,16 @@ Outcome Bench::executeWithParamList(const std::string& command, const std::vecto
 }
 
 void Bench::showIsp() {
-  tv_->showIsp();
-  tv_->adjust([](virtualtv::TvState& state) {
+  tv().showIsp();
+  tv().adjust([](virtualtv::TvState& state) {
     state.isp.audio = {{.pid = 301, .lang = 6514802, .decodeType = virtualtv::CODING_AC3}};
     state.isp.subtitles = {{.pid = 401, .lang = 6514802}};
   });
 }
 
 std::string Bench::unhealthy() {
-  Seam::instance().clearFaults();
-  const auto& main = tv_->state()[WindowId::main];
+  device().clearFaults();
+  const auto& main = tv().state()[WindowId::main];
   const int mode = kel::CEmpConverterWindow::GetPLTVModeValue(
       TSTvMode(static_cast<EAntennaMode>(main.mode.antenna), static_cast<EServiceMode>(main.mode.service)));
   const struct {
@@ -162,7 +144,7 @@ std::string Bench::unhealthy() {
 }
 
 bool Bench::isKept() {
-  return virtualtv::keptOf(tv_->state()) == storage_->parts().state.all();
+  return virtualtv::keptOf(tv().state()) == storage().parts().state.all();
 }
 
 std::string undocumented(const std::string& command, const Outcome& outcome) {

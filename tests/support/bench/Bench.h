@@ -12,6 +12,7 @@
 #include "seam/Seam.h"
 #include "set/Tv.h"
 #include "store/SettingsStore.h"
+#include "support/Television.h"
 
 /// A set with the plug-in on it, for programs that are no unit tests: those that fuzz and those that prove.
 /// There is one at a time. Log messages are rendered and dropped.
@@ -34,18 +35,19 @@ class Bench {
   /// @param services  those of the set; the embedded ones when there are none.
   /// @param directory  where it keeps them; in memory when it is empty.
   explicit Bench(std::vector<virtualtv::Service> services = {}, const std::filesystem::path& directory = {});
-  Bench(const Bench&) = delete;
-  Bench& operator=(const Bench&) = delete;
-  ~Bench();
 
   /// As new: no engine open, the set as it was first. Takes a fraction of the time of another bench.
   void renew();
   /// The same with engines left open.
   void rest();
 
-  virtualtv::Tv& tv() { return *tv_; }
-  kel::CEmpAppWindow& app() { return *app_; }
-  virtualtv::Storage& storage() { return *storage_; }
+  virtualtv::Tv& tv() { return television_.tv(); }
+  kel::CEmpAppWindow& app() { return television_.app; }
+  virtualtv::Storage& storage() { return *television_.storage; }
+  virtualtv::device::Device& device() { return television_.device; }
+
+  /// From now on log messages are not rendered.
+  void logNoMore() { log_.end(); }
 
   /// Opens the engine that commands go to. @return false when it can't be made.
   bool open();
@@ -71,9 +73,8 @@ class Bench {
   bool isKept();
 
  private:
-  std::optional<virtualtv::Storage> storage_;
-  std::optional<virtualtv::Tv> tv_;
-  std::optional<kel::CEmpAppWindow> app_;
+  Television<kel::CEmpAppWindow> television_;
+  virtualtv::notify::Subscription log_;
   virtualtv::TvState firstState_;
   std::map<std::string, virtualtv::Setting> firstSettings_;
   std::vector<virtualtv::Service> services_;

@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "EmpAppWindow.h"
+#include "device/Session.h"
 #include "seam/Seam.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
 #include "set/Tv.h"
-#include "shell/Rig.h"
 #include "shell/Transcript.h"
 #include "store/SettingsStore.h"
+#include "support/Television.h"
 #include "support/comparison/Expectation.h"
 
 namespace comparison {
@@ -53,7 +54,13 @@ virtualtv::Setting settingOf(const Words& words) {
 /// The plug-in, its engines and its set.
 class Pair::Plugin {
  public:
-  virtualtv::shell::Rig& rig() { return rig_; }
+  virtualtv::device::Device& device() { return television_.device; }
+
+  /// As on the first day.
+  void reset() {
+    device().reset();
+    client_.forget();
+  }
 
   /// @return what the engine answered, nothing where the line is none for an engine.
   std::optional<Answer> run(const Words& words) {
@@ -63,37 +70,36 @@ class Pair::Plugin {
     }
     const bool list = words[0] == "+";
     Answer answer;
-    answer.accepted = rig_.execute({words.begin() + (list ? 1 : 0), words.end()}, list, answer.encoded);
+    answer.accepted = client_.execute({words.begin() + (list ? 1 : 0), words.end()}, list, answer.encoded);
     return answer;
   }
 
  private:
   void speakToSet(const Words& words) {
     if (words[0] == ".engine") {
-      rig_.use(words.at(1));
+      client_.use(words.at(1));
     } else if (words[0] == ".reopen") {
-      rig_.reopen();
+      client_.reopen();
     } else if (words[0] == ".app") {
-      rig_.setApplication({words.at(1), words.size() > 2 ? words[2] : ""});
+      client_.setApplication({words.at(1), words.size() > 2 ? words[2] : ""});
     } else if (words[0] == ".set") {
-      virtualtv::setKnob(rig_.tv(), words.at(1), words.at(2));
+      virtualtv::setKnob(television_.tv(), words.at(1), words.at(2));
     } else if (words[0] == ".vconf") {
-      rig_.tv().setSetting(words.at(2), settingOf(words));
+      television_.tv().setSetting(words.at(2), settingOf(words));
     } else if (words.at(1) == "clear") {
-      Seam::instance().clearFaults();
+      device().clearFaults();
     } else {
-      Seam::instance().add(virtualtv::seam::parseFault({words.begin() + 1, words.end()}));
+      device().addFault(virtualtv::seam::parseFault({words.begin() + 1, words.end()}));
     }
   }
 
-  virtualtv::Storage storage_;
-  kel::CEmpAppWindow app_;
-  virtualtv::shell::Rig rig_{app_, storage_};
+  support::Television<kel::CEmpAppWindow> television_;
+  virtualtv::device::Session client_{television_.device};
 };
 
 Pair::Pair() : plugin_(std::make_unique<Plugin>()), first_(copyOf(tv())) {
   world_.set = first_;
-  keepLog(false);
+  recorded_ = plugin_->device().subscribe({.calls = true});
 }
 
 /// The plug-in logs while it ends, when the lines kept are gone already.
@@ -102,20 +108,21 @@ Pair::~Pair() {
 }
 
 virtualtv::Tv& Pair::tv() {
-  return plugin_->rig().tv();
+  return plugin_->device().tv();
 }
 
 void Pair::keepLog(bool keep) {
   constexpr int everything = 3;
-  virtualtv::framework::setLogLevel(keep ? everything : -1);
-  virtualtv::framework::setLogListener([this](const LogLine& line) { log_.push_back(line); });
+  keepsLog_.end();
+  if (keep)
+    keepsLog_ = virtualtv::framework::listenToLog(everything, [this](const LogLine& line) { log_.push_back(line); });
 }
 
 void Pair::restart() {
-  plugin_->rig().reset();
+  plugin_->reset();
   world_ = {};
   world_.set = first_;
-  Seam::instance().take();
+  takeCalls();
 }
 
 void Pair::restart(const std::vector<Service>& services) {
@@ -124,13 +131,19 @@ void Pair::restart(const std::vector<Service>& services) {
   world_.set = copyOf(tv());
 }
 
+void Pair::takeCalls() {
+  calls_.clear();
+  for (const auto& happening : recorded_->take().happenings) {
+    calls_.push_back(std::get<virtualtv::seam::Call>(happening->what));
+  }
+}
+
 void Pair::turnTo(const Set& set) {
-  virtualtv::ServiceStore& services = tv().services();
   for (const auto& [key, wanted] : set.services) {
     const Service& present = world_.set.services.at(key);
-    if (present.audio != wanted.audio) services.setAudio(key, wanted.audio);
-    if (present.subtitles != wanted.subtitles) services.setSubtitles(key, wanted.subtitles);
-    if (present.favourites != wanted.favourites) services.setFavourites(key, wanted.favourites);
+    if (present.audio != wanted.audio) tv().setAudioTracks(key, wanted.audio);
+    if (present.subtitles != wanted.subtitles) tv().setSubtitleTracks(key, wanted.subtitles);
+    if (present.favourites != wanted.favourites) tv().setFavouritesOf(key, wanted.favourites);
   }
   for (const auto& [key, value] : world_.set.settings) {
     if (!set.settings.contains(key)) tv().removeSetting(key);
@@ -150,7 +163,7 @@ std::string Pair::run(const std::string& line, Depth depth) {
   log_.clear();
   differing_ = {};
   answer_ = plugin_->run(words);
-  calls_ = Seam::instance().take();
+  takeCalls();
   world_.calls.notesOutputs = notesOutputs_;
   const auto reply = model::run(world_, words);
   expected_ = reply ? std::optional(answerOf(*reply)) : std::nullopt;

@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "device/Feed.h"
 #include "framework/Log.h"
+#include "notify/Listeners.h"
 #include "support/comparison/Shown.h"
 #include "support/model/World.h"
 
@@ -76,6 +78,7 @@ class Pair {
 
   std::string compareKept(Depth depth);
   std::string compareServices();
+  void takeCalls();
 
   std::unique_ptr<Plugin> plugin_;
   model::Set first_;
@@ -86,6 +89,8 @@ class Pair {
   std::vector<virtualtv::framework::LogLine> log_;
   Parts differing_;
   bool notesOutputs_ = false;
+  std::shared_ptr<virtualtv::device::Feed> recorded_;
+  virtualtv::notify::Subscription keepsLog_;
 };
 
 /// Where the two differ.

@@ -1,24 +1,20 @@
-// Stands between the framework's log and whoever listens to it, in every program of a build with tests that holds the
-// plug-in. When the environment variable EMP_WINDOW_LOG_CONTRACT names a folder, each message that is printed goes to a
-// file of the process there, once, as a line of the log contract: format with C escapes, level, operation, with tabs
-// between.
+// Listens to the log in the tests of the plug-in. When the environment variable EMP_WINDOW_LOG_CONTRACT names a folder,
+// each message that is printed goes to a file of the process there, once, as a line of the log contract: format with C
+// escapes, level, operation, with tabs between.
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <set>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include "framework/Log.h"
 
 namespace {
 
 using virtualtv::framework::LogLine;
-using Heard = std::function<void(const LogLine&)>;
 
 std::string escaped(const std::string& text) {
   std::string result;
@@ -59,17 +55,15 @@ void note(const std::filesystem::path& folder, const LogLine& line) {
   if (!file.flush().good()) throw std::runtime_error("can't write to " + folder.string());
 }
 
-}  // namespace
+constexpr int allLevels = 3;
 
-void setListener(Heard heard) asm("__real__ZN9virtualtv9framework14setLogListenerESt8functionIFvRKNS0_7LogLineEEE");
-void setListenerAndNote(Heard heard) asm(
-    "__wrap__ZN9virtualtv9framework14setLogListenerESt8functionIFvRKNS0_7LogLineEEE");
-
-void setListenerAndNote(Heard heard) {
+virtualtv::notify::Subscription listen() {
   const char* folder = std::getenv("EMP_WINDOW_LOG_CONTRACT");
-  if (folder == nullptr || !heard) return setListener(std::move(heard));
-  setListener([folder = std::filesystem::path(folder), heard = std::move(heard)](const LogLine& line) {
-    note(folder, line);
-    heard(line);
-  });
+  if (folder == nullptr) return {};
+  return virtualtv::framework::listenToLog(
+      allLevels, [folder = std::filesystem::path(folder)](const LogLine& line) { note(folder, line); });
 }
+
+const virtualtv::notify::Subscription listening = listen();
+
+}  // namespace

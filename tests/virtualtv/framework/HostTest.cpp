@@ -198,10 +198,11 @@ TEST_F(HostTest, TheEngineKnowsWhoCallsIt) {
 
 TEST_F(HostTest, AskingForTheApplicationPassesTheSeam) {
   app->Open("one", "tv", "", "");
-  seam::Seam::instance().record(true);
+  std::vector<seam::Call> calls;
+  seam::Seam::instance().onCall([&](const seam::Call& call) { calls.push_back(call); });
   ask("one", "app");
   ask("one", "widget");
-  const std::vector<seam::Call> calls = seam::Seam::instance().take();
+  seam::Seam::instance().onCall({});
   ASSERT_EQ(calls.size(), 2U);
   EXPECT_EQ(seam::line(calls[0]), "CEmpEngineBase::GetAppInfo(type=1) -> \"tv\"");
   EXPECT_EQ(calls[0].caller.engine, "one");
@@ -252,24 +253,21 @@ TEST_F(HostTest, AnEngineIsDeletedEvenIfItsDestroyThrows) {
 }
 
 TEST_F(HostTest, TellsWhichEngineIsGoneOnceItIsDeleted) {
-  static Lines* closedEngines = nullptr;  // the listener outlives the test
   Lines closed;
-  closedEngines = &closed;
-  onEngineClosed([](const std::string& engine) {
-    if (closedEngines == nullptr) return;
-    closedEngines->push_back(engine);
+  Host& host = Host::of(*app);
+  const auto listening = host.onClosed([&](const EngineClosed& gone) {
+    closed.push_back(gone.engine + ": " + gone.why);
     note("freed");
   });
   app->Open("one", "", "", "");
   app->Open(2, "", "", "");
   app->Close("one", anyType);
-  EXPECT_EQ(closed, (Lines{"one"}));
+  EXPECT_EQ(closed, (Lines{"one: closed"}));
   EXPECT_EQ((Lines{lines.end() - 2, lines.end()}), (Lines{"deleted 1 by one 0", "freed by  0"}));
-  app->Close(2);
+  host.close(engineKey(2), "restart");
   app->fails = true;
   app->Open("three", "", "", "");
-  EXPECT_EQ(closed, (Lines{"one", "#2", "three"}));
-  closedEngines = nullptr;
+  EXPECT_EQ(closed, (Lines{"one: closed", "#2: restart", "three: not made"}));
 }
 
 TEST_F(HostTest, DestroyClosesEveryEngine) {

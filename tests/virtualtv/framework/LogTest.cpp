@@ -18,16 +18,14 @@ constexpr const char* banner = "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m"
 
 class LogTest : public ::testing::Test {
  protected:
-  LogTest() {
-    setLogLevel(3);
-    setLogListener([this](const LogLine& line) { lines.push_back(line); });
-  }
-  ~LogTest() override {
-    setLogListener({});
-    setLogLevel(-1);
+  LogTest() { listenUpTo(3); }
+
+  void listenUpTo(int level) {
+    listening = listenToLog(level, [this](const LogLine& line) { lines.push_back(line); });
   }
 
   std::vector<LogLine> lines;
+  notify::Subscription listening;
 };
 
 TEST_F(LogTest, HoldsTheLocationLineBackForItsMessage) {
@@ -56,7 +54,7 @@ TEST_F(LogTest, LetsOnlyMessagesUpToTheLevelThrough) {
   const std::vector<std::vector<int>> expected{{}, {0}, {0}, {0}, {0, 3}};
   for (int level = -1; level <= 3; ++level) {
     lines.clear();
-    setLogLevel(level);
+    listenUpTo(level);
     EXPECT_EQ(logLevel(), level);
     CKELDebug::PrintLog(2, 0, "routine");
     CKELDebug::PrintLog(2, 3, "information");
@@ -67,7 +65,7 @@ TEST_F(LogTest, LetsOnlyMessagesUpToTheLevelThrough) {
 }
 
 TEST_F(LogTest, AFilteredMessageNeitherReadsItsFormatNorItsArguments) {
-  setLogLevel(0);
+  listenUpTo(0);
   const char* nowhere = reinterpret_cast<const char*>(1);  // reading it would crash
   CKELDebug::PrintLog(2, 3, nowhere, 1);
   CKELDebug::PrintLog(2, 3, "%s", nowhere);
@@ -75,9 +73,26 @@ TEST_F(LogTest, AFilteredMessageNeitherReadsItsFormatNorItsArguments) {
 }
 
 TEST_F(LogTest, NobodyNeedsToListen) {
-  setLogListener({});
+  listening.end();
+  EXPECT_EQ(logLevel(), -1);
   CKELDebug::PrintLog(2, 0, "unheard");
   EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(LogTest, EachListenerHearsUpToItsOwnLevel) {
+  std::vector<int> few;
+  {
+    const auto second = listenToLog(0, [&](const LogLine& line) { few.push_back(line.level); });
+    EXPECT_EQ(logLevel(), 3);
+    CKELDebug::PrintLog(2, 0, "routine");
+    CKELDebug::PrintLog(2, 3, "information");
+    listening.end();
+    EXPECT_EQ(logLevel(), 0);
+    CKELDebug::PrintLog(2, 0, "routine");
+  }
+  CKELDebug::PrintLog(2, 0, "unheard");
+  EXPECT_EQ(few, (std::vector<int>{0, 0}));
+  EXPECT_EQ(lines.size(), 2U);
 }
 
 TEST_F(LogTest, RendersTextsOfAnyLength) {

@@ -16,7 +16,7 @@ class SourcePicture : public PictureTest {
  protected:
   /// Puts a service with these fields on the main window's screen.
   void show(std::map<int, std::uint64_t> fields) {
-    tv->services().replaceAll({});  // of which nothing shall stay
+    tv->removeServices();  // of which nothing shall stay
     tv->import({serviceOf(10, 0, 1, std::move(fields))}, false);
     ASSERT_GT(tune(10), 0);
   }

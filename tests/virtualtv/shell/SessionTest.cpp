@@ -109,10 +109,10 @@ TEST_F(SessionTest, LeavesSeamAndLogAsTheyAreAtFirst) {
   EXPECT_FALSE(seam::Seam::observed());
 }
 
-TEST_F(SessionTest, AnotherOneCanFollowOnTheSameStore) {
+TEST_F(SessionTest, AnotherOneCanFollowOnTheSameDevice) {
   run("write kept 5");
   session.reset();
-  session.emplace(app, storage, folder.path());
+  session.emplace(television.device, folder.path());
   EXPECT_EQ(run("read kept"), "int 5");
 }
 

@@ -10,6 +10,7 @@
 #include "kel/CEmpAppBase.h"
 #include "kel/CEmpEngineBase.h"
 #include "shell/Session.h"
+#include "support/Television.h"
 #include "virtualtv/shell/SmallList.h"
 #include "virtualtv/support/Support.h"
 
@@ -34,18 +35,18 @@ class TestApp : public kel::CEmpAppBase {
 /// A session on a set in memory.
 class SessionTest : public ::testing::Test {
  protected:
-  SessionTest() { session.emplace(app, storage, folder.path()); }
+  SessionTest() { session.emplace(television.device, folder.path()); }
   ~SessionTest() override { session.reset(); }
 
   /// What an input prints, with line breaks between the lines.
   std::string run(std::string_view input);
   /// The same as lines.
   Lines lines(std::string_view input) { return session->run(input); }
-  Tv& tv() { return session->rig().tv(); }
+  Tv& tv() { return television.tv(); }
 
   TemporaryDirectory folder;
-  TestApp app;
-  Storage storage;
+  support::Television<TestApp> television;
+  TestApp& app = television.app;
   std::optional<Session> session;
 };
 

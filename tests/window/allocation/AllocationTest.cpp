@@ -100,10 +100,7 @@ TEST_F(AllocationTest, WithoutMemoryForTheEngineThereIsNone) {
 /// The log, the trace and the set allocate too; only the plug-in and the set are of interest here.
 class SilentAllocationTest : public AllocationTest {
  protected:
-  SilentAllocationTest() {
-    virtualtv::framework::setLogLevel(-1);
-    virtualtv::seam::Seam::instance().record(false);
-  }
+  SilentAllocationTest() { listenNoMore(); }
 };
 
 TEST_F(SilentAllocationTest, MakingAnEngineSurvivesEachAllocationThatFails) {

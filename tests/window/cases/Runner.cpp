@@ -8,7 +8,7 @@ namespace cases {
 
 namespace {
 
-using virtualtv::shell::Deed;
+using virtualtv::device::Deed;
 using virtualtv::shell::Step;
 
 std::string joined(const Lines& lines) {
@@ -63,7 +63,7 @@ bool Seen::same(const Seen& other) const {
   return reply == other.reply && finish == other.finish && calls == other.calls;
 }
 
-Runner::Runner() : session_(app_, storage_, {}) {}
+Runner::Runner() : session_(television_.device, {}) {}
 
 Seen Runner::run(const Case& shown) {
   Seen seen;

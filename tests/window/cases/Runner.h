@@ -5,6 +5,7 @@
 
 #include "EmpAppWindow.h"
 #include "shell/Session.h"
+#include "support/Television.h"
 #include "window/cases/Cases.h"
 
 namespace cases {
@@ -32,8 +33,7 @@ class Runner {
   Seen runWith(const Case& shown, std::size_t at, const std::string& text);
 
  private:
-  kel::CEmpAppWindow app_;
-  virtualtv::Storage storage_;
+  support::Television<kel::CEmpAppWindow> television_;
   virtualtv::shell::Session session_;
 };
 

@@ -12,7 +12,6 @@ using support::Answer;
 using support::Lines;
 using virtualtv::framework::Reply;
 using virtualtv::seam::Operation;
-using virtualtv::seam::Seam;
 using virtualtv::shell::catalogue;
 using virtualtv::shell::CatalogueCommand;
 
@@ -116,7 +115,7 @@ TEST_P(TruthTest, WithEachCallToTheSetFailing) {
   for (const Lines& parameters : trials()) {
     prepare();
     run(parameters);
-    for (const virtualtv::seam::Call& call : Seam::instance().take()) {
+    for (const virtualtv::seam::Call& call : takeCalls()) {
       if (!call.operation->answersNumber()) continue;
       const std::string words = std::string(call.operation->name) + " times=always result=";
       SCOPED_TRACE(words);

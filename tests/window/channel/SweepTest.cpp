@@ -82,10 +82,10 @@ class CommandSweep : public ChannelEngineTest {
 
   /// The operations that a command calls, with how often.
   std::map<const Operation*, int> callsOf(const Command& command) {
-    virtualtv::seam::Seam::instance().take();
+    takeCalls();
     execute(command.name, command.parameters);
     std::map<const Operation*, int> counts;
-    for (const virtualtv::seam::Call& call : virtualtv::seam::Seam::instance().take()) ++counts[call.operation];
+    for (const virtualtv::seam::Call& call : takeCalls()) ++counts[call.operation];
     return counts;
   }
 

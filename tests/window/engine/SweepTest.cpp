@@ -20,7 +20,6 @@ using virtualtv::seam::Fault;
 using virtualtv::seam::Form;
 using virtualtv::seam::Operation;
 using virtualtv::seam::Output;
-using virtualtv::seam::Seam;
 using virtualtv::text::Range;
 
 /// A set on which every command has something to answer.
@@ -95,7 +94,7 @@ void SweepTest::sweep() {
   const engine::Call& call = command();
   prepare();
   const std::string healthy = execute(call.name, call.parameters);
-  const std::vector<Call> made = Seam::instance().take();
+  const std::vector<Call> made = takeCalls();
   std::map<const Operation*, int> counts;
   for (const Call& one : made) {
     const std::string nth = " nth=" + std::to_string(++counts[one.operation]) + " ";
@@ -132,7 +131,7 @@ void LocationTest::sweepLocations(Action action) {
   action();
   expectLocations();
   std::map<const Operation*, int> counts;
-  for (const Call& one : Seam::instance().take()) {
+  for (const Call& one : takeCalls()) {
     const std::string nth = " nth=" + std::to_string(++counts[one.operation]);
     const std::string words = std::string(one.operation->name) + nth + " result=throw";
     SCOPED_TRACE(words);
@@ -227,9 +226,9 @@ class OutputTest : public EveryCallTest {
   /// What the first call of an operation wrote under a fault, as the trace shows it.
   std::string writtenUnder(const engine::Call& command, const Fault& fault) {
     prepare();
-    Seam::instance().add(fault);
+    device().addFault(fault);
     ask(command.name, command.parameters);
-    for (const Call& call : Seam::instance().take()) {
+    for (const Call& call : takeCalls()) {
       if (call.fault) return call.outputs;
     }
     ADD_FAILURE() << command.name << " does not call " << fault.operation->name;
@@ -274,7 +273,7 @@ class OutputTest : public EveryCallTest {
   void check(const engine::Call& command) {
     prepare();
     ask(command.name, command.parameters);
-    for (const Call& call : Seam::instance().take()) {
+    for (const Call& call : takeCalls()) {
       const Operation& operation = *call.operation;
       if (!hasNumbers(operation) || !checked_.insert(&operation).second) continue;
       expectEnds(command, operation, least);

@@ -35,7 +35,7 @@ TEST_F(SwitchTest, ANegativeMajorNumberMeansTheSourceAlone) {
 }
 
 TEST_F(SwitchTest, AMajorNumberOfZeroIsANumber) {
-  ASSERT_TRUE(tv().services().set(*tv().services().keyOf(282), TCServiceData::MAJOR, 0));
+  ASSERT_TRUE(tv().setField(*tv().services().keyOf(282), TCServiceData::MAJOR, std::uint64_t{0}));
   EXPECT_TRUE(set(0, 0));
   EXPECT_EQ(calls(), join({askSource(), {askApp, search(0, "[{12=282}] -> 1"), switchTo(0, 282)}, record(0, 20)}));
   EXPECT_EQ(logs(), join({searched(0), {"3 Target service: 282"}, recorded(0, 20)}));

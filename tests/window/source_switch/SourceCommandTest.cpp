@@ -89,7 +89,7 @@ TEST_F(SourceCommandTest, SetSourceAndTuneSwitchesToTheChannel) {
 }
 
 TEST_F(SourceCommandTest, SetSourceAndTuneSwitchesToAChannelWithTheMajorNumberZero) {
-  ASSERT_TRUE(tv().services().set(*tv().services().keyOf(282), TCServiceData::MAJOR, 0));
+  ASSERT_TRUE(tv().setField(*tv().services().keyOf(282), TCServiceData::MAJOR, std::uint64_t{0}));
   ASSERT_EQ(execute("SetSource", {"31"}), "int 1");
   EXPECT_EQ(execute("SetSourceAndTune", {"0", "0"}), "int 1");
   EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 0");

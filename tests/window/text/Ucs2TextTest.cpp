@@ -231,7 +231,7 @@ TEST_F(TextTest, AConverterThatFailedConvertsTheNextText) {
 
 TEST_F(TextTest, AFailureIsToldInTheNameOfTheConversion) {
   virtualtv::framework::LogLine told;
-  virtualtv::framework::setLogListener([&](const virtualtv::framework::LogLine& line) { told = line; });
+  const auto listening = virtualtv::framework::listenToLog(3, [&](const auto& line) { told = line; });
   for (const Conversion& conversion : {toUtf16, toUtf8}) {
     convert(conversion, u"\xD800");
     EXPECT_EQ(told.function, conversion.name);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "device/Device.h"
+#include "set/Tv.h"
+
+namespace support {
+
+/// A set with an application object on it: what all tests, benchmarks and proofs that have both stand on. There is one
+/// at a time.
+template <typename App>
+struct Television {
+  /// @param directory  where the set keeps its state; in memory when it is empty.
+  explicit Television(const std::filesystem::path& directory = {})
+      : storage(directory.empty() ? std::make_unique<virtualtv::Storage>()
+                                  : std::make_unique<virtualtv::Storage>(directory)) {}
+
+  virtualtv::Tv& tv() { return device.tv(); }
+
+  std::unique_ptr<virtualtv::Storage> storage;
+  App app;
+  virtualtv::device::Device device{app, *storage};
+};
+
+}  // namespace support

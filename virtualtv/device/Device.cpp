@@ -1,0 +1,181 @@
+#include "device/Device.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace virtualtv::device {
+
+namespace {
+
+using framework::LogLine;
+using seam::Fault;
+using seam::Seam;
+
+}  // namespace
+
+Device::Device(kel::CEmpAppBase& app, Storage& storage) : app_(app), storage_(storage) {
+  engines_.push_back(host().onOpened([this](const framework::EngineOpened& opened) { happened(opened); }));
+  engines_.push_back(host().onClosed([this](const framework::EngineClosed& closed) {
+    if (tv_) tv_->interfaces().release(closed.engine);
+    happened(closed);
+  }));
+  Seam::instance().reset();
+  tv_.emplace(storage_);
+}
+
+Device::~Device() {
+  closeEngines("device gone");
+  tv_.reset();
+  Seam::instance().reset();
+}
+
+Tv& Device::tv() {
+  if (!tv_) throw std::runtime_error("the set is off, it could not be started");
+  return *tv_;
+}
+
+std::shared_ptr<Feed> Device::subscribe(Wants wants) {
+  auto feed = std::make_shared<Feed>(std::move(wants));
+  feeds_.push_back(feed);
+  refresh();
+  return feed;
+}
+
+void Device::unsubscribe(const std::shared_ptr<Feed>& feed) {
+  std::erase_if(feeds_, [&](const std::weak_ptr<Feed>& listed) { return listed.lock() == feed; });
+  refresh();
+}
+
+void Device::restart() {
+  switchOff("restart");
+  switchOn("restart");
+}
+
+void Device::reset() {
+  closeEngines("reset");
+  tv().reset();
+  switchOff("reset");
+  switchOn("reset");
+}
+
+void Device::closeEngines(const std::string& why) {
+  host().closeAll(why);
+}
+
+std::uint64_t Device::addFault(Fault fault) {
+  const std::string words = seam::describe(fault);
+  const std::uint64_t id = Seam::instance().add(std::move(fault));
+  refresh();
+  happened(FaultSet{id, words});
+  return id;
+}
+
+bool Device::removeFault(std::uint64_t id) {
+  if (!Seam::instance().remove(id)) return false;
+  happened(FaultGone{id});
+  return true;
+}
+
+void Device::clearFaults() {
+  while (!faults().empty()) removeFault(faults().front().id);
+}
+
+std::vector<std::string> Device::takeComplaints() {
+  std::vector<std::string> complaints = std::exchange(complaints_, {});
+  if (tv_) {
+    for (std::string& complaint : tv_->takeComplaints()) complaints.push_back(std::move(complaint));
+  }
+  return complaints;
+}
+
+void Device::switchOff(const std::string& why) {
+  closeEngines(why);
+  if (!tv_) return;
+  clearFaults();
+  for (const seam::Operation& operation : seam::operations) tv_->setLatency(operation, 0);
+  complaints_ = takeComplaints();
+  before_ = tv_->state();
+  revision_ = tv_->revision();
+  tv_.reset();
+}
+
+/// What the set does not persist is another one now, which is told as any change is.
+void Device::switchOn(const char* why) {
+  tv_.emplace(storage_, revision_);
+  if (hearsSet_) listenToSet(true);
+  happened(SetStarted{why});
+  std::vector<Change> changes;
+  appendChanges(before_, tv_->state(), changes);
+  for (const Change& change : changes) happened(change);
+}
+
+/// What can't be told for lack of memory has happened all the same.
+template <typename What>
+void Device::happened(const What& what) noexcept {
+  try {
+    forgetEndedFeeds();
+    const auto wanted = [&](const std::weak_ptr<Feed>& listed) {
+      const std::shared_ptr<Feed> feed = listed.lock();
+      return feed && feed->wants(what);
+    };
+    if (std::none_of(feeds_.begin(), feeds_.end(), wanted)) return;
+    deliver(std::make_shared<const Happening>(Happening{revision(), Seam::instance().caller(), what}));
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  }
+}
+
+void Device::deliver(const std::shared_ptr<const Happening>& happening) {
+  for (const std::weak_ptr<Feed>& listed : feeds_) {
+    const std::shared_ptr<Feed> feed = listed.lock();
+    if (!feed || !std::visit([&](const auto& what) { return feed->wants(what); }, happening->what)) continue;
+    const bool first = feed->push(happening);
+    if (first && feed->wants().wake) loop_.post(feed->wants().wake);
+  }
+}
+
+void Device::forgetEndedFeeds() {
+  if (std::erase_if(feeds_, [](const std::weak_ptr<Feed>& feed) { return feed.expired(); }) > 0) refresh();
+}
+
+/// Has the seam and the log tell what any feed wants, and no more.
+void Device::refresh() {
+  bool events = false;
+  bool calls = false;
+  int level = -1;
+  for (const std::weak_ptr<Feed>& listed : feeds_) {
+    const std::shared_ptr<Feed> feed = listed.lock();
+    if (!feed) continue;
+    events = events || feed->wants().events;
+    calls = calls || feed->wants().calls || (feed->wants().events && !faults().empty());
+    level = std::max(level, feed->wants().logLevel);
+  }
+  if (events != hearsSet_) listenToSet(events);
+  if (calls != hearsCalls_) listenToCalls(calls);
+  if (level == logLevel_) return;
+  logLevel_ = level;
+  log_.end();
+  if (level >= 0) log_ = framework::listenToLog(level, [this](const LogLine& line) { happened(line); });
+}
+
+void Device::listenToSet(bool on) {
+  hearsSet_ = on;
+  set_.end();
+  if (on && tv_) set_ = tv_->watch([this](const Event& event) { happened(event.change); });
+}
+
+void Device::listenToCalls(bool on) {
+  hearsCalls_ = on;
+  if (!on) return Seam::instance().onCall({});
+  Seam::instance().onCall([this](const seam::Call& call) {
+    happened(call);
+    if (!call.fault) return;
+    const auto fault = std::find_if(faults().begin(), faults().end(),
+                                    [&](const Fault& candidate) { return candidate.id == call.faultId; });
+    if (fault != faults().end()) happened(FaultHit{fault->id, fault->hits});
+  });
+}
+
+}  // namespace virtualtv::device

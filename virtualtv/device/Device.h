@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "device/Feed.h"
+#include "device/Loop.h"
+#include "framework/Host.h"
+#include "kel/CEmpAppBase.h"
+#include "notify/Listeners.h"
+#include "seam/Seam.h"
+#include "set/Tv.h"
+
+/// The set with the plug-in on it, for any number of clients.
+namespace virtualtv::device {
+
+/// Owns the set, hosts the plug-in's engines on it, and tells subscribers what happens on the two. One a process at a
+/// time: it makes the process's `Tv`, and has the seam for itself. It outlives restarts and resets of the set.
+/// Everything but `post`, `call` and `Feed::take` belongs on the thread of its loop.
+class Device {
+ public:
+  /// Switches the set on. @param app, storage  outlive it. @throws StoreError when the storage can't be read.
+  Device(kel::CEmpAppBase& app, Storage& storage);
+  Device(const Device&) = delete;
+  Device& operator=(const Device&) = delete;
+  /// Closes the engines, switches the set off.
+  ~Device();
+
+  Loop& loop() { return loop_; }
+  kel::CEmpAppBase& app() { return app_; }
+  framework::Host& host() { return framework::Host::of(app_); }
+  Storage& storage() { return storage_; }
+
+  /// @throws std::runtime_error when a failed restart has left no set.
+  Tv& tv();
+  bool isOn() const { return tv_.has_value(); }
+  /// Never goes back, also over a restart.
+  std::uint64_t revision() const { return tv_ ? tv_->revision() : revision_; }
+
+  /// What happens from now on, as far as it is wanted. Nothing is kept for nobody: calls are not recorded and log lines
+  /// are not made while no feed wants them.
+  std::shared_ptr<Feed> subscribe(Wants wants);
+  /// Ends a subscription at once. One whose last pointer has gone ends with the next thing that happens.
+  void unsubscribe(const std::shared_ptr<Feed>& feed);
+
+  /// Switches the set off and on. Engines are closed, faults and latencies are gone.
+  /// @throws StoreError when the storage can't be read; then the set is off.
+  void restart();
+  /// The same, back to the embedded set.
+  void reset();
+  /// Closes all engines. @param why  in a word or two.
+  void closeEngines(const std::string& why);
+
+  // Faults: seam::parseFault reads them from words.
+
+  /// @return its number, by which it can be removed.
+  std::uint64_t addFault(seam::Fault fault);
+  /// @return false when there is none of that number.
+  bool removeFault(std::uint64_t id);
+  void clearFaults();
+  const std::vector<seam::Fault>& faults() const { return seam::Seam::instance().faults(); }
+
+  /// Complaints of the set since the last call.
+  std::vector<std::string> takeComplaints();
+
+ private:
+  void switchOn(const char* why);
+  void switchOff(const std::string& why);
+  template <typename What>
+  void happened(const What& what) noexcept;
+  void deliver(const std::shared_ptr<const Happening>& happening);
+  void forgetEndedFeeds();
+  void refresh();
+  void listenToSet(bool on);
+  void listenToCalls(bool on);
+
+  kel::CEmpAppBase& app_;
+  Storage& storage_;
+  Loop loop_;
+  std::optional<Tv> tv_;
+  std::uint64_t revision_ = 0;  ///< at the last switch-off
+  TvState before_;              ///< likewise
+  std::vector<std::weak_ptr<Feed>> feeds_;
+  bool hearsSet_ = false;
+  int logLevel_ = -1;  ///< that is listened to
+  bool hearsCalls_ = false;
+  std::vector<std::string> complaints_;
+  std::vector<notify::Subscription> engines_;
+  notify::Subscription set_;
+  notify::Subscription log_;
+};
+
+}  // namespace virtualtv::device

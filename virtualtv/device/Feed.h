@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <variant>
+
+#include "framework/Host.h"
+#include "framework/Log.h"
+#include "seam/Seam.h"
+#include "set/Event.h"
+
+namespace virtualtv::device {
+
+/// The set was switched on; its revision goes on from the last one.
+struct SetStarted {
+  std::string why;  ///< "restart", "reset", "restore"
+};
+
+/// A fault was set, hit a call, or is gone.
+struct FaultSet {
+  std::uint64_t id;
+  std::string fault;  ///< in the words of `.fault`
+};
+struct FaultHit {
+  std::uint64_t id;
+  std::uint64_t hits;  ///< with this one
+};
+struct FaultGone {
+  std::uint64_t id;
+};
+
+/// Something that happened on a device.
+struct Happening {
+  using What = std::variant<Change, SetStarted, framework::EngineOpened, framework::EngineClosed, FaultSet, FaultHit,
+                            FaultGone, seam::Call, framework::LogLine>;
+
+  std::uint64_t revision;  ///< of the set, right behind it
+  seam::Caller caller;     ///< the engine at work, and the number of its command; empty where none is
+  What what;
+};
+
+/// What a subscriber asks for.
+struct Wants {
+  bool events = false;  ///< all but calls and log lines
+  bool calls = false;
+  int logLevel = -1;                                            ///< log lines up to this level
+  std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< that wait to be taken; the oldest are dropped
+  /// Called by the device's loop when something waits and nothing did. What it throws is lost.
+  std::function<void()> wake{};
+};
+
+/// A subscription: what has happened since it began and was not taken yet, in the order in which it happened. It ends
+/// with the last pointer to it. Any thread may take.
+class Feed {
+ public:
+  explicit Feed(Wants wants) : wants_(std::move(wants)) {}
+
+  struct Taken {
+    std::deque<std::shared_ptr<const Happening>> happenings;
+    std::size_t dropped = 0;  ///< before the first of these
+  };
+  Taken take();
+
+  const Wants& wants() const { return wants_; }
+
+  // For the device.
+  bool wants(const seam::Call&) const { return wants_.calls; }
+  bool wants(const framework::LogLine& line) const { return line.level <= wants_.logLevel; }
+  template <typename Other>
+  bool wants(const Other&) const {
+    return wants_.events;
+  }
+  /// @return true when nothing waited before it.
+  bool push(std::shared_ptr<const Happening> happening) noexcept;
+
+ private:
+  const Wants wants_;
+  std::mutex mutex_;
+  Taken waiting_;
+};
+
+}  // namespace virtualtv::device

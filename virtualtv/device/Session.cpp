@@ -1,0 +1,123 @@
+#include "device/Session.h"
+
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+namespace virtualtv::device {
+
+namespace {
+
+constexpr int allLevels = 3;
+constexpr std::size_t parameterLimit = 4;
+constexpr char mark = ':';  // between the names of session and engine
+
+/// Puts what happened where it belongs. A key that changed several times has changed once, or not at all.
+Deed deedOf(const Feed::Taken& taken) {
+  Deed deed;
+  std::map<std::string, SettingChanged> keys;
+  for (const auto& happening : taken.happenings) {
+    if (const auto* call = std::get_if<seam::Call>(&happening->what)) deed.calls.push_back(*call);
+    if (const auto* line = std::get_if<framework::LogLine>(&happening->what)) deed.log.push_back(*line);
+    const auto* change = std::get_if<Change>(&happening->what);
+    const auto* key = change == nullptr ? nullptr : std::get_if<SettingChanged>(change);
+    if (key != nullptr) keys.try_emplace(key->key, *key).first->second.after = key->after;
+  }
+  for (auto& [name, key] : keys) {
+    if (key.before != key.after) deed.keys.push_back(std::move(key));
+  }
+  return deed;
+}
+
+}  // namespace
+
+Session::Session(Device& device, std::string name) : device_(device), name_(std::move(name)) {}
+
+Session::~Session() {
+  closeEngines("session ended");
+}
+
+std::string Session::key(const std::string& engine) const {
+  if (name_.empty() && engine.find(mark) == std::string::npos) return framework::engineKey(engine);
+  return framework::engineKey(name_ + mark + engine);
+}
+
+std::vector<std::string> Session::openEngines() {
+  std::vector<std::string> names;
+  for (const auto& [engine, application] : applications_) {
+    if (device_.host().isOpen(key(engine))) names.push_back(engine);
+  }
+  return names;
+}
+
+void Session::use(const std::string& engine) {
+  const std::string before = std::exchange(engine_, engine);
+  try {
+    openEngine();
+  } catch (...) {
+    engine_ = before;
+    throw;
+  }
+}
+
+void Session::reopen() {
+  device_.host().close(key(engine_), "reopened");
+  openEngine();
+}
+
+void Session::setApplication(const Application& application) {
+  applications_[engine_] = application;
+  device_.host().setClient(key(engine_), {0, application.appId, application.widgetId, ""});
+}
+
+bool Session::execute(const std::vector<std::string>& words, bool list, std::string& ret) {
+  if (words.empty()) throw std::invalid_argument("a command is wanted");
+  const std::vector<std::string> parameters(words.begin() + 1, words.end());
+  if (!list && parameters.size() > parameterLimit) {
+    throw std::invalid_argument(words[0] + ": " + std::to_string(parameters.size()) + " parameters, at most " +
+                                std::to_string(parameterLimit) + " are passed");
+  }
+  openEngine();
+  return device_.host().execute(key(engine_), [&](kel::CEmpEngineBase& engine) {
+    if (list) return engine.ExecuteWithParamList(ret, words[0], kel::ParamList(parameters));
+    std::array<std::string, parameterLimit> p;
+    for (std::size_t at = 0; at < parameters.size(); ++at) p[at] = parameters[at];
+    return engine.Execute(ret, words[0], p[0], p[1], p[2], p[3]);
+  });
+}
+
+void Session::closeEngines(const std::string& why) {
+  for (const std::string& engine : openEngines()) device_.host().close(key(engine), why);
+}
+
+void Session::forget() {
+  engine_ = firstEngine;
+  applications_.clear();
+}
+
+Deed Session::watch(const std::function<void()>& step, std::exception_ptr& thrown) {
+  const std::shared_ptr<Feed> feed = device_.subscribe({.events = true, .calls = true, .logLevel = allLevels});
+  try {
+    step();
+  } catch (...) {
+    thrown = std::current_exception();
+  }
+  device_.unsubscribe(feed);
+  Deed deed = deedOf(feed->take());
+  deed.engine = engine_;
+  deed.command = device_.host().commands(key(engine_));
+  return deed;
+}
+
+/// Applications are noted for all engines that this session has opened.
+void Session::openEngine() {
+  device_.tv();
+  const std::string name = key(engine_);
+  if (device_.host().isOpen(name)) return;
+  const Application& application = applications_[engine_];
+  if (!device_.host().open(name, {0, application.appId, application.widgetId, ""})) {
+    throw std::runtime_error("engine '" + engine_ + "' could not be opened");
+  }
+}
+
+}  // namespace virtualtv::device

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "device/Device.h"
+
+namespace virtualtv::device {
+
+/// Who a client says that it is.
+struct Application {
+  std::string appId;
+  std::string widgetId;
+};
+
+/// What a step did to the set and the plug-in.
+struct Deed {
+  std::string engine;         ///< the engine in use
+  std::uint64_t command = 0;  ///< number of its last command
+  std::vector<seam::Call> calls;
+  std::vector<framework::LogLine> log;
+  std::vector<SettingChanged> keys;  ///< those that hold something else now, by their names
+};
+
+/// What a client has of its own on a device: its engines, and who it says that it is. Ends with the client, engines
+/// included. Used on the device's thread.
+class Session {
+ public:
+  static constexpr const char* firstEngine = "main";
+
+  /// @param device  outlives it.
+  /// @param name  tells its engines from those of others: no other session has it.
+  explicit Session(Device& device, std::string name = {});
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  Device& device() { return device_; }
+  const std::string& name() const { return name_; }
+
+  // Operations that open an engine throw std::runtime_error when it can't be opened.
+
+  /// Name of the engine in use.
+  const std::string& engine() const { return engine_; }
+  /// Names of those that are open.
+  std::vector<std::string> openEngines();
+  /// Takes another engine into use, which is opened if it is not open.
+  void use(const std::string& engine);
+  /// Closes the engine in use, if it is open, and opens a new one.
+  void reopen();
+  /// Tells the engine in use which application calls it; kept for when it is opened again.
+  void setApplication(const Application& application);
+
+  /// Runs a command on the engine in use, which is opened first if it is not open.
+  /// @param words  name and parameters; up to four of these unless `list` is true.
+  /// @param ret  receives the encoded reply; left as it is when there is none.
+  /// @return the engine's answer. What the engine throws passes.
+  bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
+
+  /// Closes the engines of this session. @param why  in a word or two.
+  void closeEngines(const std::string& why);
+  /// Back to the start: the first engine in use, no application.
+  void forget();
+
+  /// Runs a step. @return what it did, also when it throws: the exception then follows in `thrown`.
+  Deed watch(const std::function<void()>& step, std::exception_ptr& thrown);
+
+  /// What the framework knows an engine of this session by.
+  std::string key(const std::string& engine) const;
+
+ private:
+  void openEngine();
+
+  Device& device_;
+  std::string name_;
+  std::string engine_ = firstEngine;
+  std::map<std::string, Application> applications_;  ///< by engine
+};
+
+}  // namespace virtualtv::device
