@@ -104,9 +104,23 @@ class Piece {
   bool readable_;
 };
 
-std::optional<int> readPid(std::string_view text) {
+/// Which tracks a reader takes: those of a service, those of the secondary TV stack, or all that `textOf` writes.
+enum class Accept { service, isp, all };
+
+std::optional<int> readPid(std::string_view text, Accept accept) {
   const auto pid = text::numberIn<int>(text);
-  return pid && *pid >= 0 && *pid <= std::numeric_limits<std::uint16_t>::max() ? pid : std::nullopt;
+  const bool isPid = pid && *pid >= 0 && *pid <= std::numeric_limits<std::uint16_t>::max();
+  return isPid || accept == Accept::all ? pid : std::nullopt;
+}
+
+std::optional<int> readKind(std::string_view text, Accept accept) {
+  const auto kind = subtitleKindNamed(text);
+  if (accept == Accept::all) return kind ? kind : text::numberIn<int>(text);
+  return accept == Accept::service && kind == KIND_TELETEXT_SUBTITLE ? std::nullopt : kind;
+}
+
+const char* kindsOf(Accept accept) {
+  return accept == Accept::service ? "a kind (dvb or teletext)" : "a kind (dvb, teletext or teletext-subtitle)";
 }
 
 std::optional<int> readLanguage(std::string_view text) {
@@ -120,15 +134,14 @@ std::optional<int> readCoding(std::string_view text) {
 }
 
 template <typename Track>
-void readFront(Piece& piece, Track& track) {
+void readFront(Piece& piece, Accept accept, Track& track) {
   track.readable = piece.readable();
-  piece.next(track.pid, "a PID from 0 to 65535", readPid);
+  piece.next(track.pid, "a PID from 0 to 65535", [=](std::string_view text) { return readPid(text, accept); });
   piece.next(track.lang, "a language (three letters, und or a number)", readLanguage);
 }
 
-AudioTrack readAudio(Piece piece) {
-  AudioTrack track;
-  readFront(piece, track);
+AudioTrack readTrack(Piece piece, Accept accept, AudioTrack track) {
+  readFront(piece, accept, track);
   piece.next(track.decodeType, "a coding (unknown, mpeg, ac3, eac3, aac or a number)", readCoding);
   piece.next(track.audioMode, "a number as mode", text::numberIn<int>);
   piece.next(track.audioType, "a number as type", text::numberIn<int>);
@@ -136,24 +149,18 @@ AudioTrack readAudio(Piece piece) {
   return track;
 }
 
-/// @param last  the last of the kinds that may be.
-SubtitleTrack readSubtitle(Piece piece, int last) {
-  SubtitleTrack track;
-  readFront(piece, track);
-  const bool three = last == KIND_TELETEXT_SUBTITLE;
-  piece.next(track.type, three ? "a kind (dvb, teletext or teletext-subtitle)" : "a kind (dvb or teletext)",
-             [=](std::string_view name) {
-               const auto kind = subtitleKindNamed(name);
-               return kind && *kind <= last ? kind : std::nullopt;
-             });
+SubtitleTrack readTrack(Piece piece, Accept accept, SubtitleTrack track) {
+  readFront(piece, accept, track);
+  piece.next(track.type, kindsOf(accept), [=](std::string_view text) { return readKind(text, accept); });
   piece.end("PID:LANG:KIND");
   return track;
 }
 
-std::vector<SubtitleTrack> readSubtitles(std::string_view text, int last) {
-  std::vector<SubtitleTrack> tracks;
+template <typename Track>
+std::vector<Track> readTracks(std::string_view text, Accept accept) {
+  std::vector<Track> tracks;
   eachPiece(text, [&](std::size_t number, std::string_view piece) {
-    tracks.push_back(readSubtitle(Piece(number, piece), last));
+    tracks.push_back(readTrack(Piece(number, piece), accept, Track()));
   });
   return tracks;
 }
@@ -167,36 +174,44 @@ std::vector<SubtitleTrack> readSubtitles(std::string_view text, int last) {
 std::optional<int> codingNamed(std::string_view name) {
   return placeOf(name, codings);
 }
+std::string nameOfCoding(int coding) {
+  return nameOf(coding, codings);
+}
 std::optional<int> subtitleKindNamed(std::string_view name) {
   return placeOf(name, kinds);
+}
+std::string nameOfSubtitleKind(int kind) {
+  return nameOf(kind, kinds);
 }
 
 std::string textOf(const std::vector<AudioTrack>& tracks) {
   return joined(tracks, [](const AudioTrack& track) {
-    return frontOf(track) + nameOf(track.decodeType, codings) + ":" + std::to_string(track.audioMode) + ":" +
+    return frontOf(track) + nameOfCoding(track.decodeType) + ":" + std::to_string(track.audioMode) + ":" +
            std::to_string(track.audioType);
   });
 }
 
 std::vector<AudioTrack> readAudioTracks(std::string_view text) {
-  std::vector<AudioTrack> tracks;
-  eachPiece(text,
-            [&](std::size_t number, std::string_view piece) { tracks.push_back(readAudio(Piece(number, piece))); });
-  return tracks;
+  return readTracks<AudioTrack>(text, Accept::service);
+}
+std::vector<AudioTrack> readAllAudioTracks(std::string_view text) {
+  return readTracks<AudioTrack>(text, Accept::all);
 }
 
 std::string textOf(const std::vector<SubtitleTrack>& tracks) {
-  return joined(tracks, [](const SubtitleTrack& track) { return frontOf(track) + nameOf(track.type, kinds); });
+  return joined(tracks, [](const SubtitleTrack& track) { return frontOf(track) + nameOfSubtitleKind(track.type); });
 }
 
 std::vector<SubtitleTrack> readSubtitleTracks(std::string_view text) {
-  return readSubtitles(text, KIND_TELETEXT);
+  return readTracks<SubtitleTrack>(text, Accept::service);
 }
-
 std::vector<SubtitleTrack> readIspSubtitles(std::string_view text) {
-  auto tracks = readSubtitles(text, KIND_TELETEXT_SUBTITLE);
+  auto tracks = readTracks<SubtitleTrack>(text, Accept::isp);
   orderByKind(tracks);
   return tracks;
+}
+std::vector<SubtitleTrack> readAllSubtitleTracks(std::string_view text) {
+  return readTracks<SubtitleTrack>(text, Accept::all);
 }
 
 std::string textOf(const std::map<std::uint8_t, bool>& favourites) {

@@ -1,9 +1,8 @@
 // The fields of a service, its tracks and its favourites.
 #include "set/KnobParts.h"
 
-#include <algorithm>
-
 #include "seam/Values.h"
+#include "services/FieldNames.h"
 #include "services/FieldNumbers.h"
 #include "services/ListText.h"
 #include "services/ServiceStore.h"
@@ -13,42 +12,8 @@ namespace virtualtv::knobparts {
 
 namespace {
 
-struct FieldName {
-  std::string_view name;
-  int fieldId;
-};
-
-constexpr std::array fieldNames{
-    FieldName{"type", TCServiceData::CHANNEL_TYPE},
-    FieldName{"ptc", TCServiceData::PTC},
-    FieldName{"frequency", TCServiceData::FREQUENCY},
-    FieldName{"modulation", TCServiceData::MODULATION},
-    FieldName{"symbol_rate", TCServiceData::SYMBOL_RATE},
-    FieldName{"id", TCServiceData::SERVICE_ID},
-    FieldName{"major", TCServiceData::MAJOR},
-    FieldName{"minor", TCServiceData::MINOR},
-    FieldName{"program_number", TCServiceData::PROGRAM_NUMBER},
-    FieldName{"name", TCServiceData::CHANNEL_NAME},
-    FieldName{"transport_stream_id", TCServiceData::TRANSPORT_STREAM_ID},
-    FieldName{"lock", TCServiceData::LOCK},
-    FieldName{"source_id", TCServiceData::SOURCE_ID},
-    FieldName{"original_network_id", TCServiceData::ORIGINAL_NETWORK_ID},
-    FieldName{"attached", TCServiceData::SERVICE_FIELD_110},
-    FieldName{"antenna", TCServiceData::ANTENNA_MODE},
-    FieldName{"hidden", HIDDEN},
-    FieldName{"service_mode", SERVICE_MODE},
-    FieldName{"picture_width", PICTURE_WIDTH},
-    FieldName{"picture_height", PICTURE_HEIGHT},
-    FieldName{"frame_rate", FRAME_RATE},
-    FieldName{"picture_shape", PICTURE_SHAPE},
-    FieldName{"active_format", ACTIVE_FORMAT},
-};
-
-int fieldNamed(const std::string& name) {
-  for (const FieldName& field : fieldNames) {
-    if (field.name == name) return field.fieldId;
-  }
-  const auto fieldId = text::numberIn<int>(name);
+int existingField(const std::string& name) {
+  const auto fieldId = fieldNamed(name);
   if (!fieldId || *fieldId < 0) refuse("there is no field '" + name + "'");
   return *fieldId;
 }
@@ -59,7 +24,7 @@ bool isText(int fieldId) {
 
 std::string getField(Tv& tv, const Parts& parts) {
   const auto service = tv.services().read(existingService(tv, parts[0]));
-  const int fieldId = fieldNamed(parts[1]);
+  const int fieldId = existingField(parts[1]);
   if (const auto text = service->texts.find(fieldId); text != service->texts.end()) return text::quoted(text->second);
   const auto value = service->numbers.find(fieldId);
   return value == service->numbers.end() ? "unset" : seam::printNumber(fieldId, value->second);
@@ -75,7 +40,7 @@ std::optional<std::u16string> textIn(const std::string& value, int fieldId) {
 
 void setField(Tv& tv, const Parts& parts, const std::string& value) {
   const ServiceKey key = existingService(tv, parts[0]);
-  const int fieldId = fieldNamed(parts[1]);
+  const int fieldId = existingField(parts[1]);
   if (value == "unset") {
     tv.setField(key, fieldId, {});
   } else if (const auto units = textIn(value, fieldId)) {
@@ -114,11 +79,6 @@ constexpr std::array table{
          getField, setField},
 };
 
-bool hasName(int fieldId) {
-  return std::any_of(fieldNames.begin(), fieldNames.end(),
-                     [=](const FieldName& field) { return field.fieldId == fieldId; });
-}
-
 }  // namespace
 
 std::span<const Knob> serviceKnobs() {
@@ -128,10 +88,11 @@ std::span<const Knob> serviceKnobs() {
 std::vector<std::string> partsOfService(Tv& tv, const std::string& id) {
   const auto service = tv.services().read(existingService(tv, id));
   std::vector<std::string> parts;
-  for (const FieldName& field : fieldNames) parts.emplace_back(field.name);
+  for (const FieldName& field : fieldNames()) parts.emplace_back(field.name);
   const auto addNameless = [&](const auto& fields) {
     for (const auto& [fieldId, value] : fields) {
-      if (!hasName(fieldId)) parts.push_back(std::to_string(fieldId));
+      const std::string number = std::to_string(fieldId);
+      if (nameOfField(fieldId) == number) parts.push_back(number);
     }
   };
   addNameless(service->numbers);

@@ -223,6 +223,23 @@ TEST(ListText, ReadsAgainWhatItHasWritten) {
   }
 }
 
+TEST(ListText, ReadsAgainTracksThatNoStreamHas) {
+  Random random;
+  for (int round = 0; round < 2000; ++round) {
+    Tracks audio(static_cast<std::size_t>(random.below(5)));
+    for (AudioTrack& track : audio) {
+      track = {random.signedNumber(), random.anyLanguage(), random.signedNumber(), 2, 0, random.below(3) != 0};
+    }
+    ASSERT_EQ(readAllAudioTracks(textOf(audio)), audio) << textOf(audio);
+    Subtitles subtitles(static_cast<std::size_t>(random.below(5)));
+    for (SubtitleTrack& track : subtitles) {
+      const int kind = random.below(2) == 0 ? random.below(3) : random.signedNumber();
+      track = {random.signedNumber(), random.anyLanguage(), kind, random.below(3) != 0};
+    }
+    ASSERT_EQ(readAllSubtitleTracks(textOf(subtitles)), subtitles) << textOf(subtitles);
+  }
+}
+
 TEST(ListText, ReadsAnyTextOrSaysWhatIsWrongWithIt) {
   Random random;
   const std::string letters = "0123456789:,!=-engacdvbtl none";
@@ -231,8 +248,9 @@ TEST(ListText, ReadsAnyTextOrSaysWhatIsWrongWithIt) {
     for (int length = random.below(24); length > 0; --length) {
       text += letters[static_cast<std::size_t>(random.below(static_cast<int>(letters.size())))];
     }
-    for (const auto& said : {refusal(readAudioTracks, text), refusal(readSubtitleTracks, text),
-                             refusal(readIspSubtitles, text), refusal(readFavourites, text)}) {
+    for (const auto& said :
+         {refusal(readAudioTracks, text), refusal(readSubtitleTracks, text), refusal(readIspSubtitles, text),
+          refusal(readFavourites, text), refusal(readAllAudioTracks, text), refusal(readAllSubtitleTracks, text)}) {
       ASSERT_TRUE(said.empty() || said.find(" is wanted") != said.npos || said.find("already") != said.npos) << said;
     }
   }
