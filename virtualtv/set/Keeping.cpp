@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
-#include <limits>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
 
 #include "services/ListText.h"
 #include "set/EmbeddedSet.h"
+#include "set/Persisted.h"
 #include "store/StoreError.h"
 #include "store/Transaction.h"
 #include "text/Numbers.h"
@@ -34,66 +33,28 @@ std::string written(const std::vector<SubtitleTrack>& tracks) {
 }
 
 template <typename Number>
-void read(const std::string& text, Number& number) {
-  constexpr text::Range range = text::rangeOf<Number>();
-  const auto value = text::numberIn(text, range);
-  if (!value) throw std::invalid_argument("'" + text + "': " + text::describe(range) + " is wanted");
+void read(const std::string& text, const Persisted& place, Number& number) {
+  const auto value = text::numberIn<std::conditional_t<std::is_same_v<Number, bool>, unsigned, Number>>(text);
+  const auto [least, most] = place.limits<Number>();
+  if (!value || *value < least || *value > most) {
+    throw std::invalid_argument("'" + text + "': a number from " + std::to_string(least) + " to " +
+                                std::to_string(most) + " is wanted");
+  }
   number = static_cast<Number>(*value);
 }
-void read(const std::string& text, std::vector<AudioTrack>& tracks) {
-  tracks = readAudioTracks(text);
+void read(const std::string& text, const Persisted&, std::vector<AudioTrack>& tracks) {
+  tracks = readAllAudioTracks(text);
 }
-void read(const std::string& text, std::vector<SubtitleTrack>& tracks) {
-  tracks = readIspSubtitles(text);
-}
-
-/// What a set kept has grown, without new tables: a set of an earlier day has none of the names that came later, but
-/// all that it knew.
-enum class Since { first, inputs, pictures, tracks };
-
-/// Visits every kept value of a state under its name, with the day since which it is kept.
-template <typename State, typename Visit>
-void visit(State& state, Visit visitor) {
-  visitor("region", state.region, Since::first);
-  visitor("country", state.country, Since::first);
-  visitor("isp.present", state.isp.present, Since::inputs);
-  visitor("isp.shown", state.isp.shown, Since::inputs);
-  visitor("isp.width", state.isp.width, Since::pictures);
-  visitor("isp.height", state.isp.height, Since::pictures);
-  visitor("isp.audio", state.isp.audio, Since::tracks);
-  visitor("isp.subtitles", state.isp.subtitles, Since::tracks);
-  visitor("isp.audio_in_use", state.isp.inUse.audio, Since::tracks);
-  visitor("isp.subtitle_in_use", state.isp.inUse.subtitle, Since::tracks);
-  visitor("tuner.fade", state.fade, Since::inputs);
-  visitor("start.service", state.startServiceId, Since::first);
-  visitor("start.source", state.startSource, Since::first);
-  for (auto& input : state.inputs) {
-    const std::string prefix = "input." + std::to_string(input.source) + ".";
-    visitor(prefix + "plugged", input.plugged, Since::first);
-    visitor(prefix + "width", input.picture.width, Since::pictures);
-    visitor(prefix + "height", input.picture.height, Since::pictures);
-    visitor(prefix + "rate", input.picture.rate, Since::pictures);
-  }
-  for (const WindowId id : windowIds) {
-    auto& window = state[id];
-    const std::string prefix = std::string(nameOf(id)) + ".";
-    visitor(prefix + "source_state", window.sourceState, Since::first);
-    visitor(prefix + "source", window.source, Since::first);
-    visitor(prefix + "previous_source", window.previousSource, Since::first);
-    visitor(prefix + "antenna", window.mode.antenna, Since::first);
-    visitor(prefix + "service_mode", window.mode.service, Since::first);
-    visitor(prefix + "service", window.service, Since::first);
-    visitor(prefix + "previous_service", window.previousService, Since::first);
-    visitor(prefix + "audio", window.inUse.audio, Since::tracks);
-    visitor(prefix + "subtitle", window.inUse.subtitle, Since::tracks);
-  }
+void read(const std::string& text, const Persisted&, std::vector<SubtitleTrack>& tracks) {
+  tracks = readAllSubtitleTracks(text);
+  orderByKind(tracks);
 }
 
-/// The day of a set that keeps this.
+/// The version of the set that kept this.
 Since dayOf(const std::map<std::string, std::string>& kept, TvState& state) {
   Since day = Since::first;
-  visit(state, [&](const std::string& name, auto&, Since since) {
-    if (kept.contains(name)) day = std::max(day, since);
+  visitPersisted(state, [&](const Persisted& place, auto&) {
+    if (kept.contains(place.name)) day = std::max(day, place.since);
   });
   return day;
 }
@@ -130,7 +91,8 @@ Storage::~Storage() = default;
 
 std::map<std::string, std::string> keptOf(const TvState& state) {
   std::map<std::string, std::string> kept;
-  visit(state, [&](std::string name, const auto& value, Since) { kept.emplace(std::move(name), written(value)); });
+  visitPersisted(state,
+                 [&](Persisted place, const auto& value) { kept.emplace(std::move(place.name), written(value)); });
   return kept;
 }
 
@@ -156,14 +118,14 @@ std::map<std::string, std::string> keptIn(Storage::Parts& parts) {
 
 void restore(const std::map<std::string, std::string>& kept, const std::string& file, TvState& state) {
   const Since day = dayOf(kept, state);
-  visit(state, [&](const std::string& name, auto& value, Since since) {
-    const auto found = kept.find(name);
-    if (found == kept.end() && since > day) return;
+  visitPersisted(state, [&](const Persisted& place, auto& value) {
+    const auto found = kept.find(place.name);
+    if (found == kept.end() && place.since > day) return;
     try {
       if (found == kept.end()) throw std::invalid_argument("it is not there");
-      read(found->second, value);
+      read(found->second, place, value);
     } catch (const std::invalid_argument& error) {
-      throw StoreError(file + ": cannot read " + name + " of the set that is kept: " + error.what());
+      throw StoreError(file + ": cannot read " + place.name + " of the set that is kept: " + error.what());
     }
   });
 }

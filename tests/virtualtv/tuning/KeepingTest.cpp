@@ -109,6 +109,18 @@ TEST_F(KeepingDamaged, ANumberMayBeWhateverItsPlaceHolds) {
   EXPECT_EQ(failureWith("pip.previous_source", "-2147483648"), "");
 }
 
+TEST_F(KeepingDamaged, ANumberBeyondWhatItsPlaceTakesIsRefused) {
+  for (const char* const text : {"-1", "256"}) {
+    EXPECT_EQ(failureWith("tuner.fade", text),
+              unreadable("tuner.fade", "'" + std::string(text) + "': a number from 0 to 255 is wanted"));
+  }
+  EXPECT_EQ(failureWith("tuner.fade", "255"), "");
+  for (const char* const name : {"isp.width", "isp.height", "input.13.width", "input.13.height", "input.13.rate"}) {
+    EXPECT_EQ(failureWith(name, "0"), unreadable(name, "'0': a number from 1 to 2147483647 is wanted"));
+    EXPECT_EQ(failureWith(name, "1"), "");
+  }
+}
+
 TEST_F(KeepingDamaged, ASwitchIsOnOrOff) {
   for (const char* const text : {"2", "-1", "on", ""}) {
     EXPECT_EQ(failureWith("isp.present", text),
