@@ -4,7 +4,9 @@
 #include <iterator>
 #include <memory>
 #include <set>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "services/Fields.h"
 #include "store/Transaction.h"
@@ -73,6 +75,14 @@ std::optional<Service> ServiceStore::read(ServiceKey key) const {
   return tables_.read(key);
 }
 
+std::map<ServiceKey, Service> ServiceStore::all() const {
+  std::map<ServiceKey, Service> services;
+  for (const ServiceKey key : keys()) {
+    if (auto service = read(key)) services.emplace(key, std::move(*service));
+  }
+  return services;
+}
+
 std::optional<ServiceStore::Spot> ServiceStore::spotOf(std::uint64_t serviceId) const {
   Rows rows = spotOf_.query(idColumn(serviceId));
   if (!rows.next()) return std::nullopt;
@@ -99,6 +109,16 @@ void ServiceStore::replaceAll(const std::vector<Service>& services) {
   Transaction transaction(database_, "replace the services");
   tables_.clear();
   for (const Service& service : services) tables_.insert(std::nullopt, service);
+  transaction.commit();
+}
+
+void ServiceStore::restoreAll(const std::map<ServiceKey, Service>& services) {
+  Transaction transaction(database_, "replace the services");
+  tables_.clear();
+  for (const auto& [key, service] : services) {
+    if (key < 1 || key > greatestKey) throw std::invalid_argument("no service can have the key " + std::to_string(key));
+    tables_.insert(key, service);
+  }
   transaction.commit();
 }
 

@@ -28,6 +28,10 @@ extern const char* const serviceTables;
 /// what it is given, with a line that says which and why.
 class ServiceStore {
  public:
+  /// The greatest key that can be given to a service. List order has room for 29 bits of a key; half of the keys stay
+  /// for services that are added later.
+  static constexpr ServiceKey greatestKey = (ServiceKey{1} << 28) - 1;
+
   /// @param database  outlives this object and has `serviceTables`.
   explicit ServiceStore(Database& database);
 
@@ -38,11 +42,17 @@ class ServiceStore {
   std::vector<ServiceKey> keys() const;
   /// Nothing when there is no such service; the same for 0.
   std::optional<Service> read(ServiceKey key) const;
+  /// All services by their keys.
+  std::map<ServiceKey, Service> all() const;
   /// The service of an id, the first in list order should several have it.
   std::optional<ServiceKey> keyOf(std::uint64_t serviceId) const;
 
   /// Keeps these in place of all there were, with keys from 1 on in their order.
   void replaceAll(const std::vector<Service>& services);
+  /// The same with the keys that are given. @throws std::invalid_argument also for a key below 1 or above
+  /// `greatestKey`.
+  void restoreAll(const std::map<ServiceKey, Service>& services);
+
   // The services of a channel list. One whose id the set has is that service: it keeps its favourites and all fields
   // that no list tells (see `KnownField::listed`), whatever the new one has there; all else is the new one's.
 

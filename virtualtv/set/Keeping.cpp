@@ -96,11 +96,16 @@ std::map<std::string, std::string> keptOf(const TvState& state) {
   return kept;
 }
 
+TvState switchedOn(const TvState& state) {
+  TvState next = embeddedSet().state;
+  restore(keptOf(state), "memory", next);
+  return next;
+}
+
 TvState furnish(Database& database, ServiceStore& services, SettingsStore& settings, SetStateStore& state) {
   const SetDescription& set = embeddedSet();
   Transaction transaction(database, "set up the embedded set");
-  for (const auto& [key, value] : settings.list()) settings.unset(key);
-  settings.set(lastServiceKey, std::string(lastServiceOnTv));
+  settings.replaceAll({{lastServiceKey, lastServiceOnTv}});
   services.replaceAll(embeddedServices());
   TvState next = set.state;
   next[WindowId::main].service = services.keyOf(set.currentId).value_or(0);

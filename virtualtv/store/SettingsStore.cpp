@@ -24,7 +24,8 @@ const char* const settingsTables =
     "CREATE TABLE set_state(key TEXT PRIMARY KEY, value TEXT NOT NULL) STRICT, WITHOUT ROWID;";
 
 SettingsStore::SettingsStore(Database& database)
-    : get_(database, "SELECT value FROM setting WHERE key = ?", "read a setting"),
+    : database_(database),
+      get_(database, "SELECT value FROM setting WHERE key = ?", "read a setting"),
       list_(database, "SELECT key, value FROM setting", "read the settings"),
       set_(database, "INSERT INTO setting VALUES(?, ?) ON CONFLICT(key) DO UPDATE SET value = excluded.value",
            "keep a setting"),
@@ -49,6 +50,15 @@ std::map<std::string, Setting> SettingsStore::list() const {
   Rows rows = list_.query();
   while (rows.next()) settings.emplace(rows.text(0), settingIn(rows, 1));
   return settings;
+}
+
+void SettingsStore::replaceAll(const std::map<std::string, Setting>& settings) {
+  Transaction transaction(database_, "replace the settings");
+  for (const auto& [key, value] : list()) {
+    if (!settings.contains(key)) unset(key);
+  }
+  for (const auto& [key, value] : settings) set(key, value);
+  transaction.commit();
 }
 
 SetStateStore::SetStateStore(Database& database)

@@ -32,8 +32,11 @@ class SettingsStore {
   bool unset(std::string_view key);
   /// All keys.
   std::map<std::string, Setting> list() const;
+  /// Puts these in place of all that were set, in one transaction.
+  void replaceAll(const std::map<std::string, Setting>& settings);
 
  private:
+  Database& database_;
   mutable Statement get_;  // mutable: what runs it does not change the settings
   mutable Statement list_;
   Statement set_;

@@ -78,6 +78,17 @@ bool isControl(char32_t point) {
   return point < 0x20 || (point >= 0x7F && point < 0xA0);
 }
 
+/// Whether all of `bytes` are UTF-8 and all code points are `wanted`.
+template <typename Wanted>
+bool allPoints(std::string_view bytes, Wanted wanted) {
+  while (!bytes.empty()) {
+    const Decoded decoded = decode(bytes);
+    if (decoded.length == 0 || !wanted(decoded.point)) return false;
+    bytes.remove_prefix(decoded.length);
+  }
+  return true;
+}
+
 void appendEscape(std::string& out, const char* format, unsigned value) {
   std::array<char, 8> escape{};
   std::snprintf(escape.data(), escape.size(), format, value);
@@ -178,13 +189,12 @@ std::string printable(std::string_view bytes) {
   return text;
 }
 
+bool isUtf8(std::string_view bytes) {
+  return allPoints(bytes, [](char32_t) { return true; });
+}
+
 bool isPrintable(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const Decoded decoded = decode(bytes);
-    if (decoded.length == 0 || isControl(decoded.point)) return false;
-    bytes.remove_prefix(decoded.length);
-  }
-  return true;
+  return allPoints(bytes, [](char32_t point) { return !isControl(point); });
 }
 
 }  // namespace virtualtv::text

@@ -23,7 +23,10 @@ std::optional<std::u16string> parseQuoted(std::string_view& text);
 /// `\x5C`: so `\x` is always an escape, and other text is unchanged.
 std::string printable(std::string_view bytes);
 
-/// True when all of `bytes` are UTF-8 without control characters.
+/// True when all of `bytes` are UTF-8.
+bool isUtf8(std::string_view bytes);
+
+/// True when they also have no control characters.
 bool isPrintable(std::string_view bytes);
 
 }  // namespace virtualtv::text

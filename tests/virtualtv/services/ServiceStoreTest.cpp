@@ -152,6 +152,29 @@ TEST_F(Services, AreReplacedWithKeysFromOneOn) {
   for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite"}) EXPECT_EQ(rowsIn(table), 0);
 }
 
+TEST_F(Services, AreRestoredWithTheirKeys) {
+  store.replaceAll({serviceOf(1, 1), serviceOf(2, 2)});
+  const std::map<ServiceKey, Service> wanted{{2, wholeService(20)}, {7, serviceOf(70, 1)}, {9, Service()}};
+  store.restoreAll(wanted);
+  EXPECT_EQ(store.all(), wanted);
+  EXPECT_EQ(store.keys(), (Keys{7, 2, 9}));
+  EXPECT_EQ(store.add(serviceOf(80, 1)), 10);
+}
+
+TEST_F(Services, AreNotRestoredWithKeysThatListOrderHasNoRoomFor) {
+  store.replaceAll({serviceOf(1, 1)});
+  const auto before = store.all();
+  for (const ServiceKey key : {ServiceKey{-1}, ServiceKey{0}, ServiceStore::greatestKey + 1}) {
+    EXPECT_EQ(refusalOf([&] {
+                store.restoreAll({{5, serviceOf(2, 2)}, {key, serviceOf(3, 3)}});
+              }),
+              "no service can have the key " + std::to_string(key));
+    EXPECT_EQ(store.all(), before);
+  }
+  store.restoreAll({{ServiceStore::greatestKey, serviceOf(2, 2)}});
+  EXPECT_EQ(store.keys(), Keys{ServiceStore::greatestKey});
+}
+
 TEST_F(Services, CanBeReplacedByNone) {
   store.replaceAll({wholeService(1)});
   store.replaceAll({});

@@ -41,6 +41,17 @@ TEST_F(Settings, KeepsAnyNumberAndAnyText) {
   }
 }
 
+TEST_F(Settings, AllCanBeReplaced) {
+  settings.set("gone", 1);
+  settings.set("same", "x");
+  settings.set("other", 2);
+  const std::map<std::string, Setting> wanted{{"same", "x"}, {"other", "2"}, {std::string("a\0\xff", 3), 5}};
+  settings.replaceAll(wanted);
+  EXPECT_EQ(settings.list(), wanted);
+  settings.replaceAll({});
+  EXPECT_TRUE(settings.list().empty());
+}
+
 TEST_F(Settings, ASecondValueReplacesTheFirstWhateverItsType) {
   settings.set("key", 7);
   settings.set("key", "text");
