@@ -41,6 +41,9 @@ TvState furnish(Database& database, ServiceStore& services, SettingsStore& setti
 /// What was kept of a state. @throws StoreError when there is nothing: a set always keeps something.
 std::map<std::string, std::string> keptIn(Storage::Parts& parts);
 
+/// What a set that has this state is when it is switched off and on.
+TvState switchedOn(const TvState& state);
+
 /// Puts what was kept back into a state that stands at its defaults. Names that are unknown are passed over, and so are
 /// values that were not kept yet when it was kept.
 /// @param file  where it was kept, for errors. @throws StoreError when a value is missing or can't be read.

@@ -60,6 +60,10 @@ const SettingsStore& Tv::settings() const {
   return storage_.parts().settings;
 }
 
+Snapshot Tv::snapshot() const {
+  return {switchedOn(state_), settings().list(), services().all()};
+}
+
 notify::Subscription Tv::watch(std::function<void(const Event&)> watcher) {
   return watchers_.add(std::move(watcher));
 }
@@ -246,6 +250,21 @@ void Tv::reset() {
   std::get<ServicesChanged>(changes.front()).after = parts.services.size();
   appendChanges(settings, parts.settings.list(), changes);
   appendChanges(state_, next, changes);
+  state_ = std::move(next);
+  raise(changes);
+}
+
+void Tv::restore(const Snapshot& snapshot) {
+  Storage::Parts& parts = storage_.parts();
+  std::vector<Change> changes{ServicesChanged{parts.services.size(), snapshot.services.size()}};
+  appendChanges(parts.settings.list(), snapshot.settings, changes);
+  TvState next = switchedOn(snapshot.state);
+  appendChanges(state_, next, changes);
+  Transaction transaction(parts.database, "restore a snapshot");
+  parts.services.restoreAll(snapshot.services);
+  parts.settings.replaceAll(snapshot.settings);
+  parts.state.setAll(keptOf(next));
+  transaction.commit();
   state_ = std::move(next);
   raise(changes);
 }

@@ -16,6 +16,7 @@
 #include "services/Service.h"
 #include "set/Event.h"
 #include "set/Interfaces.h"
+#include "set/Snapshot.h"
 #include "set/State.h"
 
 namespace virtualtv {
@@ -60,6 +61,8 @@ class Tv {
   std::uint64_t revision() const { return revision_; }
   const ServiceStore& services() const;
   const SettingsStore& settings() const;
+  /// All that the set persists.
+  Snapshot snapshot() const;
   /// What the set made for those who connected to it.
   Interfaces& interfaces() { return interfaces_; }
 
@@ -116,6 +119,9 @@ class Tv {
   void removeServices();
   /// Back to the embedded set, settings keys included.
   void reset();
+  /// Puts a snapshot in place of all that the set persists; the rest is as when it is switched on. All of it or
+  /// nothing. @throws std::invalid_argument when the snapshot has a service that no set can have; says why.
+  void restore(const Snapshot& snapshot);
   /// Sets a settings key, for the plug-in and from outside.
   void setSetting(const std::string& key, const Setting& value);
   /// @return false when it was not set.

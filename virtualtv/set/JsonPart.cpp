@@ -1,0 +1,106 @@
+#include "set/JsonPart.h"
+
+#include <algorithm>
+
+#include "text/Units.h"
+
+namespace virtualtv {
+
+namespace {
+
+constexpr std::size_t longestReason = 200;
+constexpr std::size_t longestShown = 40;
+
+/// A text as one line of a limited length.
+std::string shortened(const std::string& text, std::size_t longest) {
+  std::size_t end = std::min(text.size(), longest);
+  const auto isInside = [&] { return end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U; };
+  while (end > 0 && isInside()) --end;
+  const std::string front = text.substr(0, end);
+  return (text::isPrintable(front) ? front : text::printable(front)) + (end < text.size() ? "..." : "");
+}
+
+std::string quoted(const std::string& text) {
+  return '"' + shortened(text, longestShown) + '"';
+}
+
+bool isPlain(std::string_view name) {
+  return !name.empty() && name.size() <= longestShown && std::all_of(name.begin(), name.end(), [](char letter) {
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || letter == '_' ||
+           (letter >= '0' && letter <= '9');
+  });
+}
+
+}  // namespace
+
+std::int64_t JsonPart::number(std::int64_t least, std::int64_t most) const {
+  // The types count: jsoncpp takes 1.0 for whole.
+  const bool isWhole = value_.type() == Json::intValue || value_.type() == Json::uintValue;
+  if (!isWhole || !value_.isInt64() || value_.asInt64() < least || value_.asInt64() > most) {
+    want("a number from " + std::to_string(least) + " to " + std::to_string(most));
+  }
+  return value_.asInt64();
+}
+
+bool JsonPart::truth() const {
+  if (!value_.isBool()) want("true or false");
+  return value_.asBool();
+}
+
+std::string JsonPart::text() const {
+  if (!value_.isString()) want("a text");
+  std::string text = value_.asString();
+  if (!text::isUtf8(text)) refuse("not a text in UTF-8");
+  return text;
+}
+
+JsonPart JsonPart::at(std::string_view name) const {
+  const auto member = find(name);
+  if (!member) refuse("there is no " + quoted(std::string(name)));
+  return *member;
+}
+
+std::optional<JsonPart> JsonPart::find(std::string_view name) const {
+  requireObject();
+  const Json::Value* const member = value_.find(name.data(), name.data() + name.size());
+  return member == nullptr ? std::nullopt : std::optional(JsonPart(*member, this, name, 0));
+}
+
+void JsonPart::requireOnly(std::initializer_list<std::string_view> names) const {
+  eachMember([&](std::string_view name, const JsonPart& member) {
+    if (std::find(names.begin(), names.end(), name) == names.end()) member.refuse("nothing of that name is known");
+  });
+}
+
+std::string JsonPart::shown() const {
+  if (value_.isObject()) return "an object";
+  if (value_.isArray()) return "an array";
+  if (value_.isString()) return quoted(value_.asString());
+  return value_.isNull() ? "null" : value_.asString();
+}
+
+void JsonPart::refuse(const std::string& reason) const {
+  const std::string where = path();
+  throw std::invalid_argument(where + (where.empty() ? "" : ": ") + shortened(reason, longestReason));
+}
+
+void JsonPart::want(const std::string& what) const {
+  refuse(what + " is wanted, not " + shown());
+}
+
+void JsonPart::requireObject() const {
+  if (!value_.isObject()) want("an object");
+}
+void JsonPart::requireArray() const {
+  if (!value_.isArray()) want("an array");
+}
+
+std::string JsonPart::path() const {
+  if (above_ == nullptr) return "";
+  const std::string front = above_->path();
+  if (name_.data() == nullptr) return front + "[" + std::to_string(index_) + "]";
+  if (isPlain(name_)) return front + (front.empty() ? "" : ".") + std::string(name_);
+  return front + "[" + quoted(std::string(name_)) + "]";
+}
+
+}  // namespace virtualtv

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "services/Service.h"
+#include "set/State.h"
+#include "store/SettingsStore.h"
+
+namespace virtualtv {
+
+/// All that a set persists, as plain data.
+struct Snapshot {
+  TvState state;  ///< what a set does not persist, such as the planes, is at its default
+  std::map<std::string, Setting> settings;
+  std::map<ServiceKey, Service> services;  ///< keys from 1 to `ServiceStore::greatestKey`
+
+  bool operator==(const Snapshot&) const = default;
+};
+
+}  // namespace virtualtv

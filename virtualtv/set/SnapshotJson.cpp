@@ -1,0 +1,345 @@
+#include "set/SnapshotJson.h"
+
+#include <algorithm>
+#include <bit>
+#include <cctype>
+#include <limits>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "services/FieldNames.h"
+#include "services/Fields.h"
+#include "services/ListText.h"
+#include "services/ServiceStore.h"
+#include "set/EmbeddedSet.h"
+#include "set/JsonPart.h"
+#include "set/Persisted.h"
+#include "text/Numbers.h"
+#include "text/Units.h"
+
+namespace virtualtv {
+
+namespace {
+
+constexpr const char* noSnapshot = "not a snapshot of a set";
+constexpr int deepest = 16;                                      // more than a snapshot is nested
+constexpr std::int64_t mostExact = (std::int64_t{1} << 53) - 1;  // as far as readers have whole numbers
+
+// Texts.
+
+template <typename Text>
+Json::Value numbersOf(const char* name, const Text& text) {
+  Json::Value json;
+  Json::Value& numbers = json[name] = Json::arrayValue;
+  for (const auto unit : text) numbers.append(static_cast<std::make_unsigned_t<decltype(unit)>>(unit));
+  return json;
+}
+
+Json::Value jsonOf(const std::string& bytes) {
+  return text::isUtf8(bytes) ? Json::Value(bytes) : numbersOf("bytes", bytes);
+}
+Json::Value jsonOf(const std::u16string& units) {
+  const std::string utf8 = text::toUtf8(units);
+  return text::toUnits(utf8) == units ? Json::Value(utf8) : numbersOf("units", units);
+}
+
+template <typename Text>
+Text textOfNumbers(const char* name, const JsonPart& part) {
+  using Unit = std::make_unsigned_t<typename Text::value_type>;
+  Text text;
+  part.requireOnly({name});
+  const JsonPart numbers = part.at(name);
+  numbers.eachItem([&](const JsonPart& number) {
+    text += static_cast<typename Text::value_type>(number.number(0, std::numeric_limits<Unit>::max()));
+  });
+  return text;
+}
+
+std::string bytesIn(const JsonPart& part) {
+  return part.isObject() ? textOfNumbers<std::string>("bytes", part) : part.text();
+}
+std::u16string unitsIn(const JsonPart& part) {
+  return part.isObject() ? textOfNumbers<std::u16string>("units", part) : text::toUnits(part.text());
+}
+
+// The state.
+
+Json::Value jsonOf(int number) {
+  return number;
+}
+Json::Value jsonOf(bool truth) {
+  return truth;
+}
+Json::Value jsonOf(ServiceKey key) {
+  return Json::Int64{key};
+}
+Json::Value jsonOf(std::uint64_t id) {
+  return std::to_string(id);
+}
+template <typename Track>
+Json::Value jsonOf(const std::vector<Track>& tracks) {
+  return textOf(tracks);
+}
+
+template <typename Number>
+void read(const JsonPart& part, const Persisted& place, Number& number) {
+  const auto [least, most] = place.limits<Number>();
+  number = static_cast<Number>(part.number(least, most));
+}
+void read(const JsonPart& part, const Persisted&, bool& truth) {
+  truth = part.truth();
+}
+void read(const JsonPart& part, const Persisted&, std::uint64_t& id) {
+  const auto read = part.isText() ? text::numberIn<std::uint64_t>(part.text()) : std::nullopt;
+  if (!read) part.want("a text with the digits of a service id");
+  id = *read;
+}
+void read(const JsonPart& part, const Persisted&, std::vector<AudioTrack>& tracks) {
+  tracks = part.check([text = part.text()] { return readAllAudioTracks(text); });
+}
+void read(const JsonPart& part, const Persisted&, std::vector<SubtitleTrack>& tracks) {
+  tracks = part.check([text = part.text()] { return readAllSubtitleTracks(text); });
+  orderByKind(tracks);
+}
+
+Json::Value stateOf(const TvState& state) {
+  Json::Value json(Json::objectValue);
+  visitPersisted(state, [&](const Persisted& place, const auto& value) { json[place.name] = jsonOf(value); });
+  return json;
+}
+
+TvState stateIn(const JsonPart& part) {
+  TvState state = embeddedSet().state;
+  std::set<std::string, std::less<>> known;
+  visitPersisted(state, [&](const Persisted& place, auto& value) {
+    read(part.at(place.name), place, value);
+    known.insert(place.name);
+  });
+  part.eachMember([&](std::string_view name, const JsonPart& member) {
+    if (known.find(name) == known.end()) member.refuse("nothing of that name is known");
+  });
+  return state;
+}
+
+/// The services that the windows show must be there.
+void requireServices(const JsonPart& part, const Snapshot& snapshot) {
+  visitPersisted(snapshot.state, [&](const Persisted& place, const auto& value) {
+    if constexpr (std::is_same_v<decltype(value), const ServiceKey&>) {
+      if (value == 0 || snapshot.services.contains(value)) return;
+      part.at(place.name).refuse("there is no service #" + std::to_string(value));
+    }
+  });
+}
+
+// Settings.
+
+Json::Value settingOf(const std::string& key, const Setting& value) {
+  Json::Value json;
+  json["key"] = jsonOf(key);
+  json["value"] = std::visit([](const auto& held) { return jsonOf(held); }, value);
+  return json;
+}
+
+Setting settingIn(const JsonPart& part) {
+  if (part.isText() || part.isObject()) return bytesIn(part);
+  using Int = std::numeric_limits<int>;
+  return static_cast<int>(part.number(Int::min(), Int::max()));
+}
+
+void readSetting(const JsonPart& part, Snapshot& snapshot) {
+  part.requireOnly({"key", "value"});
+  const JsonPart key = part.at("key");
+  if (!snapshot.settings.emplace(bytesIn(key), settingIn(part.at("value"))).second) {
+    key.refuse("the key stands there already");
+  }
+}
+
+// Services.
+
+Json::Value numberOf(int fieldId, std::uint64_t value) {
+  const KnownField* const field = knownField(fieldId);
+  if (field != nullptr && field->kind == FieldKind::uint64) return std::to_string(value);
+  const auto number = std::bit_cast<std::int64_t>(value);
+  const bool isExact = number >= -mostExact && number <= mostExact;
+  return isExact ? Json::Value(Json::Int64{number}) : Json::Value(std::to_string(number));
+}
+
+std::uint64_t numberIn(const JsonPart& part) {
+  if (!part.isText()) return std::bit_cast<std::uint64_t>(part.number(-mostExact, mostExact));
+  const std::string digits = part.text();
+  if (const auto number = text::numberIn<std::uint64_t>(digits)) return *number;
+  const auto negative = text::numberIn<std::int64_t>(digits);
+  if (!negative) part.want("a number of 64 bits");
+  return std::bit_cast<std::uint64_t>(*negative);
+}
+
+Json::Value serviceOf(ServiceKey key, const Service& service) {
+  Json::Value json;
+  json["key"] = jsonOf(key);
+  for (const auto& [id, number] : service.numbers) json["numbers"][nameOfField(id)] = numberOf(id, number);
+  for (const auto& [id, units] : service.texts) json["texts"][nameOfField(id)] = jsonOf(units);
+  if (!service.group.empty()) json["group"] = jsonOf(service.group);
+  if (!service.audio.empty()) json["audio"] = textOf(service.audio);
+  if (!service.subtitles.empty()) json["subtitles"] = textOf(service.subtitles);
+  if (!service.favourites.empty()) json["favourites"] = textOf(service.favourites);
+  return json;
+}
+
+/// Reads the fields of a service. @param take  is called with the id of each, and its value.
+template <typename Take>
+void readFields(const JsonPart& part, const char* name, Service& service, Take take) {
+  const auto fields = part.find(name);
+  if (!fields) return;
+  fields->eachMember([&](std::string_view field, const JsonPart& value) {
+    const auto id = fieldNamed(field);
+    if (!id) value.refuse("there is no field of that name");
+    if (service.numbers.contains(*id) || service.texts.contains(*id)) value.refuse("the field stands there already");
+    take(*id, value);
+  });
+}
+
+template <typename List, typename Read>
+void readList(const JsonPart& part, const char* name, List& list, Read readText) {
+  const auto text = part.find(name);
+  if (text) list = text->check([&, written = text->text()] { return readText(written); });
+}
+
+Service serviceIn(const JsonPart& part) {
+  part.requireOnly({"key", "numbers", "texts", "group", "audio", "subtitles", "favourites"});
+  Service service;
+  readFields(part, "numbers", service, [&](int id, const JsonPart& value) {
+    const std::uint64_t number = numberIn(value);
+    value.check([&] { requireNumber(id, number, value.shown()); });
+    service.numbers.emplace(id, fromColumn(knownField(id), numberColumn(id, number)));  // as the set reads it again
+  });
+  readFields(part, "texts", service, [&](int id, const JsonPart& value) {
+    value.check([&] { requireText(id); });
+    service.texts.emplace(id, unitsIn(value));
+  });
+  if (const auto group = part.find("group")) service.group = bytesIn(*group);
+  readList(part, "audio", service.audio, readAllAudioTracks);
+  readList(part, "subtitles", service.subtitles, readAllSubtitleTracks);
+  readList(part, "favourites", service.favourites, readFavourites);
+  return service;
+}
+
+void readService(const JsonPart& part, Snapshot& snapshot) {
+  const JsonPart key = part.at("key");
+  const ServiceKey number = key.number(1, ServiceStore::greatestKey);
+  if (!snapshot.services.emplace(number, serviceIn(part)).second) key.refuse("the key stands there already");
+}
+
+// The document as text.
+
+/// Throws the first of the errors that the parser tells: a line that names the place, a line that says what is wrong.
+[[noreturn]] void refuseText(const std::string& errors) {
+  std::istringstream lines(errors);
+  std::string place;
+  std::string reason;
+  std::getline(lines, place);
+  std::getline(lines, reason);
+  const auto trimmed = [](const std::string& text) {
+    return text.substr(std::min(text.find_first_not_of(" *"), text.size()));
+  };
+  std::transform(place.begin(), place.end(), place.begin(), [](unsigned char letter) { return std::tolower(letter); });
+  const std::string line = trimmed(place) + ": " + trimmed(reason);
+  throw std::invalid_argument(std::string(noSnapshot) + ": " +
+                              text::printable(line.substr(0, line.find_last_not_of('.') + 1)));
+}
+
+/// Writes values, each in one line.
+class LineWriter {
+ public:
+  LineWriter() {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    builder["emitUTF8"] = true;
+    writer_.reset(builder.newStreamWriter());
+  }
+
+  void put(std::string_view text) { text_ << text; }
+  void putValue(const Json::Value& value) { writer_->write(value, &text_); }
+  /// Puts the items of an array or the members of an object, a line each.
+  void putLines(const Json::Value& values) {
+    const bool named = values.isObject();
+    put(named ? "{" : "[");
+    const char* before = "\n";
+    for (auto value = values.begin(); value != values.end(); ++value) {
+      put(std::exchange(before, ",\n"));
+      if (named) putValue(value.name());
+      if (named) put(": ");
+      putValue(*value);
+    }
+    put(named ? "\n}" : "\n]");
+  }
+  std::string text() const { return text_.str(); }
+
+ private:
+  std::unique_ptr<Json::StreamWriter> writer_;
+  std::ostringstream text_;
+};
+
+}  // namespace
+
+Json::Value documentOf(const Snapshot& snapshot) {
+  Json::Value json;
+  json["version"] = snapshotVersion;
+  json["state"] = stateOf(snapshot.state);
+  Json::Value& settings = json["settings"] = Json::arrayValue;
+  for (const auto& [key, value] : snapshot.settings) settings.append(settingOf(key, value));
+  Json::Value& services = json["services"] = Json::arrayValue;
+  for (const auto& [key, service] : snapshot.services) services.append(serviceOf(key, service));
+  return json;
+}
+
+Snapshot snapshotIn(const Json::Value& document) {
+  const JsonPart part(document);
+  if (!part.isObject() || !part.find("version")) throw std::invalid_argument(noSnapshot);
+  const JsonPart version = part.at("version");
+  constexpr int most = std::numeric_limits<int>::max();
+  if (const auto number = version.number(0, most); number != snapshotVersion) {
+    version.refuse("this program reads version " + std::to_string(snapshotVersion) + ", not " + std::to_string(number));
+  }
+  part.requireOnly({"version", "state", "settings", "services"});
+  Snapshot snapshot;
+  const JsonPart state = part.at("state");
+  snapshot.state = stateIn(state);
+  part.at("settings").eachItem([&](const JsonPart& setting) { readSetting(setting, snapshot); });
+  part.at("services").eachItem([&](const JsonPart& service) { readService(service, snapshot); });
+  requireServices(state, snapshot);
+  return snapshot;
+}
+
+std::string writeSnapshot(const Snapshot& snapshot) {
+  const Json::Value document = documentOf(snapshot);
+  LineWriter writer;
+  writer.put("{\"version\": " + std::to_string(snapshotVersion));
+  for (const char* const name : {"state", "settings", "services"}) {
+    writer.put(std::string(",\n\"") + name + "\": ");
+    writer.putLines(document[name]);
+  }
+  writer.put("}\n");
+  return writer.text();
+}
+
+Snapshot readSnapshot(std::string_view text) {
+  Json::CharReaderBuilder builder;
+  Json::CharReaderBuilder::strictMode(&builder.settings_);
+  builder["stackLimit"] = deepest;
+  const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+  Json::Value document;
+  std::string errors;
+  try {
+    if (!reader->parse(text.data(), text.data() + text.size(), &document, &errors)) refuseText(errors);
+  } catch (const Json::Exception&) {
+    throw std::invalid_argument(std::string(noSnapshot) + ": it is nested too deep");
+  }
+  return snapshotIn(document);
+}
+
+}  // namespace virtualtv
