@@ -1,0 +1,17 @@
+#pragma once
+
+#include <json/json.h>
+
+#include "set/Tv.h"
+
+namespace virtualtv {
+
+/// The whole set as one document for clients: its windows, inputs, region and so on, and the revision that it has.
+/// Members are named as in the description of the built-in set; what is not there is null; ids of services are texts,
+/// since they have 64 bits.
+///
+/// Rectangles of a plane are told twice: on the base screen, and in the space of 960 x 540 that applications use,
+/// rounded as the plug-in rounds them. @throws StoreError when the services can't be read.
+Json::Value stateDocument(Tv& tv);
+
+}  // namespace virtualtv
