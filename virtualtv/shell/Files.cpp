@@ -1,5 +1,6 @@
 #include "shell/Files.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,9 +36,14 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 /// A new file beside another, removed at the end of the scope unless it was renamed.
 class Beside {
  public:
-  explicit Beside(const fs::path& target) : name_(target.string() + ".XXXXXX") {
-    const int descriptor = ::mkstemp(name_.data());
-    if (descriptor < 0) fail("write", target, errno);
+  /// @param mode  its permissions, less those that the process withholds from new files.
+  Beside(const fs::path& target, mode_t mode) {
+    int descriptor = -1;
+    for (int number = 0; descriptor < 0; ++number) {
+      name_ = target.string() + "." + std::to_string(::getpid()) + "." + std::to_string(number);
+      descriptor = ::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+      if (descriptor < 0 && errno != EEXIST) fail("write", target, errno);
+    }
     file_.reset(::fdopen(descriptor, "wb"));
   }
   Beside(const Beside&) = delete;
@@ -104,10 +110,19 @@ void replaceFile(const fs::path& file, std::string_view content) {
   if (missing) fail("write", file, missing.value());
   struct stat before {};
   if (::stat(target.c_str(), &before) != 0) fail("write", file, errno);
-  Beside made(target);
+  if (!S_ISREG(before.st_mode)) throw std::runtime_error("cannot write " + file.string() + ": not a regular file");
+  Beside made(target, S_IRUSR | S_IWUSR);
   if (!made.write(content) || !made.setMode(before.st_mode & 07777U) || !made.becomes(target)) {
     fail("write", file, errno);
   }
+}
+
+void saveFile(const fs::path& file, std::string_view content) {
+  struct stat before {};
+  if (::lstat(file.c_str(), &before) == 0 || errno != ENOENT) return replaceFile(file, content);
+  constexpr mode_t anyone = 0666;
+  Beside made(file, anyone);
+  if (!made.write(content) || !made.becomes(file)) fail("write", file, errno);
 }
 
 void writeFile(const fs::path& path, std::string_view content) {

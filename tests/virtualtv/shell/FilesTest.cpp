@@ -97,6 +97,47 @@ TEST(ReplaceFile, DoesNotMakeAFile) {
   EXPECT_EQ(namesIn(folder.path()), Lines{});
 }
 
+TEST(ReplaceFile, LeavesWhatIsNoRegularFileAlone) {
+  const TemporaryDirectory folder;
+  fs::create_directory(folder / "d");
+  EXPECT_EQ(reasonOf([&] { replaceFile(folder / "d", "new"); }),
+            "cannot write " + (folder / "d").string() + ": not a regular file");
+  EXPECT_TRUE(fs::is_directory(folder / "d"));
+  EXPECT_EQ(reasonOf([] { replaceFile("/dev/null", "new"); }), "cannot write /dev/null: not a regular file");
+}
+
+TEST(SaveFile, MakesAFileWithThePermissionsOfNewOnes) {
+  const TemporaryDirectory folder;
+  const mode_t before = ::umask(027);
+  saveFile(folder / "f", "new");
+  ::umask(before);
+  EXPECT_EQ(test::contentOf(folder / "f"), "new");
+  EXPECT_EQ(fs::status(folder / "f").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  EXPECT_EQ(namesIn(folder.path()), Lines{"f"});
+}
+
+TEST(SaveFile, ReplacesAFileThatIsThere) {
+  const TemporaryDirectory folder;
+  const fs::path file = made(folder / "f", "old");
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("f", folder / "link");
+  saveFile(folder / "link", "new");
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_EQ(test::contentOf(file), "new");
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST(SaveFile, SaysWhatCantBeWrittenAndLeavesNothingBehind) {
+  const TemporaryDirectory folder;
+  EXPECT_EQ(reasonOf([&] { saveFile(folder / "no/f", "x"); }),
+            "cannot write " + (folder / "no/f").string() + ": No such file or directory");
+  fs::create_symlink("nowhere", folder / "link");
+  EXPECT_EQ(reasonOf([&] { saveFile(folder / "link", "x"); }),
+            "cannot write " + (folder / "link").string() + ": No such file or directory");
+  EXPECT_EQ(namesIn(folder.path()), Lines{"link"});
+}
+
 TEST(WriteFile, MakesOrOverwrites) {
   const TemporaryDirectory folder;
   writeFile(folder / "f", "one");
