@@ -61,6 +61,13 @@ void Device::reset() {
   switchOn("reset");
 }
 
+void Device::restore(const Snapshot& snapshot) {
+  closeEngines("restore");  // before, since that may still write settings keys
+  tv().restore(snapshot);
+  switchOff("restore");
+  switchOn("restore");
+}
+
 void Device::closeEngines(const std::string& why) {
   host().closeAll(why);
 }

@@ -53,6 +53,9 @@ class Device {
   void restart();
   /// The same, back to the embedded set.
   void reset();
+  /// The same, with a snapshot in place of all that the set persists. @throws what `Tv::restore` throws; the set is
+  /// then as it was, but for its engines, which are closed.
+  void restore(const Snapshot& snapshot);
   /// Closes all engines. @param why  in a word or two.
   void closeEngines(const std::string& why);
 

@@ -1,6 +1,7 @@
 #include "shell/Completion.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <stdexcept>
 
@@ -106,7 +107,8 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if (command == ".help" && second) return helpTopics();
   if (command == ".engine" && second) return session.client().openEngines();
   if (command == ".import") return importWords(session, words.back(), typed);
-  if (command == ".source") return files(session, typed);
+  constexpr std::array fileCommands{".source", ".snapshot", ".restore"};
+  if (std::find(fileCommands.begin(), fileCommands.end(), command) != fileCommands.end()) return files(session, typed);
   return {};
 }
 

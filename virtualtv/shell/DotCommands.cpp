@@ -9,6 +9,8 @@
 #include <stdexcept>
 
 #include "set/Knobs.h"
+#include "set/SnapshotJson.h"
+#include "shell/Files.h"
 #include "shell/Help.h"
 #include "shell/ImportFile.h"
 #include "shell/ServiceTable.h"
@@ -207,6 +209,30 @@ Lines reset(Session& session, const Words& words) {
   return {};
 }
 
+Lines snapshot(Session& session, const Words& words) {
+  wantCount(words, 1, 1, ".snapshot FILE");
+  saveFile(session.resolve(words[0]), writeSnapshot(session.device().tv().snapshot()));
+  return {};
+}
+
+Snapshot snapshotOf(Session& session, const std::string& file) {
+  const std::string content = readFile(session.resolve(file));
+  try {
+    return readSnapshot(content);
+  } catch (const std::invalid_argument& error) {
+    refuse(file + ": " + error.what());
+  }
+}
+
+Lines restore(Session& session, const Words& words) {
+  wantCount(words, 1, 1, ".restore FILE");
+  const Snapshot wanted = snapshotOf(session, words[0]);
+  session.device().closeEngines("restore");  // which may still hit a fault
+  session.noteIdleFaults();
+  session.device().restore(wanted);
+  return {};
+}
+
 // Engines.
 
 Lines engine(Session& session, const Words& words) {
@@ -270,9 +296,12 @@ constexpr std::array commands{
     DotCommand{".reopen", "", "close the engine in use and open a new one", reopen, true},
     DotCommand{".reset", "", "go back to the built-in set and a fresh session", reset, true},
     DotCommand{".restart", "", "switch the set off and on; faults and latencies go", restart, true},
+    DotCommand{".restore", "FILE", "make the set what a snapshot says, as if it had been switched on with it", restore,
+               true},
     DotCommand{".services", "[COUNT | TEXT]", "list the services, the first few, or those with a text in the name",
                services},
     DotCommand{".set", "NAME VALUE", "turn a knob", set},
+    DotCommand{".snapshot", "FILE", "write all that the set keeps into a file", snapshot},
     DotCommand{".source", "FILE", "run the '>' lines of a file", source},
     DotCommand{".trace", "on|off", "print the calls to the set behind each reply", trace},
     DotCommand{".vconf", "[get KEY | set KEY int|str VALUE | unset KEY]",

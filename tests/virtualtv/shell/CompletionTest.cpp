@@ -19,7 +19,7 @@ bool contains(const Lines& lines, const std::string& wanted) {
 
 TEST_F(CompletionTest, TheFirstWordIsACommand) {
   EXPECT_EQ(complete("GetFullCh"), Lines{"GetFullChannelList"});
-  EXPECT_EQ(complete(".re"), (Lines{".reopen", ".reset", ".restart"}));
+  EXPECT_EQ(complete(".re"), (Lines{".reopen", ".reset", ".restart", ".restore"}));
   EXPECT_TRUE(contains(complete(""), "FindChannel"));
   EXPECT_TRUE(contains(complete(""), ".help"));
   EXPECT_EQ(complete("NoSuch"), Lines{});
@@ -81,6 +81,8 @@ TEST_F(CompletionTest, FilesWhereFilesAreWanted) {
   EXPECT_EQ(complete(".source be"), (Lines{"below/", "beta.txt"}));
   EXPECT_EQ(complete(".import below/"), Lines{"below/gamma"});
   EXPECT_EQ(complete(".import nowhere/"), Lines{});
+  EXPECT_EQ(complete(".snapshot al"), Lines{"alpha.txt"});
+  EXPECT_EQ(complete(".restore al"), Lines{"alpha.txt"});
 }
 
 TEST_F(CompletionTest, OptionsOfAnImportAndWhatTheyTake) {

@@ -402,6 +402,51 @@ TEST_F(DotCommandTest, ImportThatBringsNothingIsAnErrorBehindWhatItPrintsAndKeep
   EXPECT_EQ(run(".get services"), before);
 }
 
+TEST_F(DotCommandTest, RestoreMakesTheSetWhatASnapshotSays) {
+  run("write a 5");
+  run(".set country 9");
+  test::write(folder / "list", smallList);
+  run(".import list");
+  const Lines knobs = lines(".get");
+  EXPECT_EQ(run(".snapshot s.json"), "");
+  run(".reset");
+  run("write a 6");
+  run("write b 1");
+  EXPECT_EQ(run(".restore s.json"), "");
+  EXPECT_EQ(lines(".get"), knobs);
+  EXPECT_EQ(run("read a"), "int 5");
+  EXPECT_EQ(run("read b"), "int -7");
+  EXPECT_EQ(run(".snapshot t.json"), "");
+  EXPECT_EQ(test::contentOf(folder / "t.json"), test::contentOf(folder / "s.json"));
+}
+
+TEST_F(DotCommandTest, RestoreClosesTheEnginesAndEndsFaultsAsARestartDoes) {
+  run(".snapshot s.json");
+  run(".trace on");
+  run("int 1");
+  run(".fault vconf_set_int result=-1");
+  EXPECT_EQ(lines(".restore s.json"), Lines{closing});
+  EXPECT_EQ(session->takeRemarks().findings, Lines{"a fault was never hit: vconf_set_int times=1 result=-1"});
+  EXPECT_EQ(run(".fault"), "no faults");
+  EXPECT_EQ(run(".engine"), "no engine is open");
+}
+
+TEST_F(DotCommandTest, RestoreOfWhatIsNoSnapshotIsAnErrorAndKeepsTheSetAndItsEngines) {
+  run("write a 5");
+  run(".snapshot before");
+  test::write(folder / "noise", "hello\n");
+  test::write(folder / "new", "{\"version\": 2}");
+  EXPECT_TRUE(run(".restore noise").starts_with("error: noise: not a snapshot of a set: line 1, column 1: "));
+  EXPECT_EQ(run(".restore new"), "error: new: version: this program reads version 1, not 2");
+  EXPECT_TRUE(run(".restore none").starts_with("error: cannot read "));
+  EXPECT_EQ(run(".restore"), "error: usage: .restore FILE");
+  EXPECT_EQ(run(".snapshot a b"), "error: usage: .snapshot FILE");
+  EXPECT_TRUE(run(".snapshot none/s").starts_with("error: cannot write "));
+  EXPECT_EQ(run("count"), "int 2");
+  run(".snapshot after");
+  EXPECT_EQ(test::contentOf(folder / "after"), test::contentOf(folder / "before"));
+}
+
 TEST_F(DotCommandTest, ServicesShowsATable) {
   test::write(folder / "list", smallList);
   run(".import list");
