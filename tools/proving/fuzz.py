@@ -1,4 +1,4 @@
-"""Fuzzes what takes input from outside: commands, documents, lists, transcripts, databases, arguments.
+"""Fuzzes what takes input from outside: commands, documents, snapshots, databases and so on.
 
 Two targets of tests/fuzz at a time start from their seed corpora, for a minute each in the short form and a million
 executions in the long one, which also keeps what it finds worth trying in build/proof/fuzz/TARGET for the next time. A
@@ -12,7 +12,7 @@ from dataclasses import dataclass
 
 from proving.job import HOUR, MINUTE, SANITIZERS, Figure, at_most
 
-TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists"]
+TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists", "snapshots"]
 AT_ONCE = 2
 SECONDS = 60
 EXECUTIONS = 1_000_000
