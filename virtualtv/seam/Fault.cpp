@@ -128,6 +128,39 @@ void setOutput(Fault& fault, const std::string& name, const std::string& value) 
   fault.outputs[name] = value;
 }
 
+void setWindow(Fault& fault, const std::string& window) {
+  if (!fault.operation->isOfWindow()) refuse(std::string(fault.operation->name) + " belongs to no window");
+  if (window != "main" && window != "pip") refuse("there is no window '" + window + "'; there are main and pip");
+  fault.window = window;
+}
+
+void setEngine(Fault& fault, const std::string& engine) {
+  if (engine.empty()) refuse("'engine=': the name of an engine is wanted");
+  fault.engine = engine;
+}
+
+/// Reads one word behind the operation. @param key, value  what stands before and behind its equals sign.
+void setFrom(Fault& fault, const std::string& word, const std::string& key, const std::string& value) {
+  if (word == "always" || word == "times=always") {
+    fault.times.reset();
+  } else if (key == "nth") {
+    fault.nth = count(word, value);
+  } else if (key == "times") {
+    fault.times = count(word, value);
+  } else if (key == "result") {
+    setResult(fault, value);
+  } else if (key == "window") {
+    setWindow(fault, value);
+  } else if (key == "engine") {
+    setEngine(fault, value);
+  } else if (key.starts_with("out.") && key.size() < word.size()) {
+    setOutput(fault, key.substr(4), value);
+  } else {
+    refuse("'" + word +
+           "': [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...] is wanted");
+  }
+}
+
 }  // namespace
 
 Fault parseFault(const std::vector<std::string>& words) {
@@ -138,20 +171,7 @@ Fault parseFault(const std::vector<std::string>& words) {
     const std::string& word = words[at];
     const std::size_t equals = word.find('=');
     const std::string key = word.substr(0, equals);
-    const std::string value = equals == std::string::npos ? "" : word.substr(equals + 1);
-    if (word == "always" || word == "times=always") {
-      fault.times.reset();
-    } else if (key == "nth") {
-      fault.nth = count(word, value);
-    } else if (key == "times") {
-      fault.times = count(word, value);
-    } else if (key == "result") {
-      setResult(fault, value);
-    } else if (key.rfind("out.", 0) == 0 && equals != std::string::npos) {
-      setOutput(fault, key.substr(4), value);
-    } else {
-      refuse("'" + word + "': [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] is wanted");
-    }
+    setFrom(fault, word, key, equals == std::string::npos ? "" : word.substr(equals + 1));
   }
   if (fault.way == Fault::Way::outputs && fault.outputs.empty()) refuse("a result= or an out.NAME= is wanted");
   return fault;
@@ -161,6 +181,8 @@ std::string describe(const Fault& fault) {
   std::string text(fault.operation->name);
   if (fault.nth != 1) text += " nth=" + std::to_string(fault.nth);
   text += fault.times ? " times=" + std::to_string(*fault.times) : " always";
+  if (!fault.window.empty()) text += " window=" + fault.window;
+  if (!fault.engine.empty()) text += " engine=" + fault.engine;
   switch (fault.way) {
     case Fault::Way::outputs:
       break;

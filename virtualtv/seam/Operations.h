@@ -57,6 +57,10 @@ struct Operation {
     return {outputs.data(), count};
   }
   constexpr bool answersNumber() const { return answer <= Answer::zero; }
+  /// True for an operation of an interface that each window has.
+  constexpr bool isOfWindow() const {
+    return (name.starts_with('I') && !name.starts_with("ISatellite::")) || name.starts_with("ServiceDataAux::");
+  }
   /// True when `result` is a success of this operation.
   constexpr bool succeeds(int result) const {
     switch (answer) {

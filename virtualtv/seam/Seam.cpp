@@ -22,7 +22,6 @@ Seam& Seam::instance() {
 void Seam::reset() {
   Seam fresh;
   fresh.delay_ = std::move(delay_);
-  fresh.lastFault_ = lastFault_;
   *this = std::move(fresh);
   refresh();
 }

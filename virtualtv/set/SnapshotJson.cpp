@@ -214,8 +214,8 @@ Service serviceIn(const JsonPart& part) {
   Service service;
   readFields(part, "numbers", service, [&](int id, const JsonPart& value) {
     const std::uint64_t number = numberIn(value);
-    value.check([&] { requireNumber(id, number, value.shown()); });
-    service.numbers.emplace(id, fromColumn(knownField(id), numberColumn(id, number)));  // as the set reads it again
+    const std::int64_t stored = value.check([&] { return numberColumn(id, number); });
+    service.numbers.emplace(id, fromColumn(knownField(id), stored));  // as the set reads it again
   });
   readFields(part, "texts", service, [&](int id, const JsonPart& value) {
     value.check([&] { requireText(id); });

@@ -61,8 +61,9 @@ Lines settingKeys(Session& session) {
 
 /// The outputs of an operation and the other words of a fault.
 Lines faultWords(const std::string& name) {
-  Lines words{"nth=", "times=", "always", "result=null", "result=unwritten", "result=throw", "result="};
+  Lines words{"nth=", "times=", "always", "result=null", "result=unwritten", "result=throw", "result=", "engine="};
   if (const seam::Operation* operation = seam::findOperation(name)) {
+    if (operation->isOfWindow()) words.insert(words.end(), {"window=main", "window=pip"});
     for (const seam::Output& output : operation->written()) words.push_back("out." + std::string(output.name) + "=");
   }
   return words;

@@ -2,6 +2,7 @@
 // docs/virtual-tv.md what it is for.
 #include "shell/DotCommands.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -16,6 +17,7 @@
 #include "shell/ServiceTable.h"
 #include "shell/Session.h"
 #include "shell/Show.h"
+#include "text/Numbers.h"
 
 namespace virtualtv::shell {
 
@@ -58,22 +60,35 @@ void noteKnob(Session& session, const std::string& knob) {
 Lines listFaults(Session& session) {
   Lines lines;
   for (const seam::Fault& fault : session.device().faults()) {
-    lines.push_back("fault " + oneLine(seam::describe(fault)) + " (hits: " + std::to_string(fault.hits) + ")");
+    lines.push_back("fault " + std::to_string(fault.id) + ": " + oneLine(seam::describe(fault)) +
+                    " (hits: " + std::to_string(fault.hits) + ")");
   }
   if (lines.empty()) lines.emplace_back("no faults");
   return lines;
 }
 
+Lines clearFaults(Session& session, const Words& words) {
+  wantCount(words, 1, 2, ".fault clear [NUMBER]");
+  const auto id = words.size() == 1 ? std::optional<std::uint64_t>(0) : text::numberIn<std::uint64_t>(words[1]);
+  const std::vector<seam::Fault>& faults = session.device().faults();
+  const auto isMeant = [&](const seam::Fault& fault) { return id == 0 || fault.id == id; };
+  if (words.size() == 2 && std::none_of(faults.begin(), faults.end(), isMeant)) refuse("there is no fault " + words[1]);
+  session.noteIdleFaults(isMeant);
+  if (words.size() == 1) {
+    session.device().clearFaults();
+  } else {
+    session.device().removeFault(*id);
+  }
+  return {};
+}
+
 Lines fault(Session& session, const Words& words) {
   if (words.empty()) return listFaults(session);
-  if (words.size() == 1 && words[0] == "clear") {
-    session.noteIdleFaults();
-    session.device().clearFaults();
-    return {};
-  }
+  if (words[0] == "clear") return clearFaults(session, words);
   noteIfUnknown(session, words[0]);
   seam::Fault fault = seam::parseFault(words);
   fault.input = session.input();
+  if (!fault.engine.empty()) fault.engine = session.client().key(fault.engine);
   session.device().addFault(std::move(fault));
   return {};
 }
@@ -284,7 +299,9 @@ Lines quit(Session& session, const Words& words) {
 constexpr std::array commands{
     DotCommand{".app", "APPID [WIDGETID]", "say which application calls the engine in use", app},
     DotCommand{".engine", "[NAME]", "open an engine or switch to it; without a name, list the open ones", engine, true},
-    DotCommand{".fault", "[OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] | clear]",
+    DotCommand{".fault",
+               "[OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...] | clear "
+               "[NUMBER]]",
                "make calls to the set fail; without words, list the faults; see '.help faults'", fault},
     DotCommand{".get", "[NAME]", "print a knob, those of a group such as main or service.ID, or all of them", get},
     DotCommand{".help", "[TOPIC]",

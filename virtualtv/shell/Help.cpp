@@ -144,10 +144,13 @@ Lines helpOnOperations(std::size_t columns) {
 
 Lines helpOnFaults(std::size_t) {
   return {
-      "  .fault OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] makes calls of an operation fail.",
+      "  .fault OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...]",
+      "  makes calls of an operation fail.",
       "    nth=N         the first call that it hits, counted from now; 1 if left out",
       "    times=N       how many calls it hits; 1 if left out",
       "    always        it hits every call from the first one on",
+      "    window=W      only calls for the window main or pip, where the operation is a window's",
+      "    engine=NAME   only calls of that engine",
       "    result=N      the call answers N; it is carried out if N is a success of the operation, otherwise not",
       "    result=TEXT   likewise, where the operation answers a text",
       "    result=null   a null pointer; a factory still answers its success",
@@ -158,7 +161,7 @@ Lines helpOnFaults(std::size_t) {
       "[{12=281},null],",
       "  null being a null pointer in place of a record; favourite groups as in {1=1,12=0}.",
       "  Quote what has quotes: 'out.service={16=\"News\"}'.",
-      "  .fault lists what is set and how often it has hit, .fault clear removes all.",
+      "  .fault lists what is set and how often it has hit, .fault clear removes all, .fault clear NUMBER one of them.",
       "  '.help operations' lists the operations with what each can answer.",
   };
 }

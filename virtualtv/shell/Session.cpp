@@ -57,8 +57,12 @@ Session::Remarks Session::takeRemarks() {
 }
 
 void Session::noteIdleFaults() {
+  noteIdleFaults([](const seam::Fault&) { return true; });
+}
+
+void Session::noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMeant) {
   for (const seam::Fault& fault : device().faults()) {
-    if (fault.hits > 0) continue;
+    if (fault.hits > 0 || !isMeant(fault)) continue;
     remarks_.findings.push_back({fault.input, "a fault was never hit: " + seam::describe(fault)});
   }
 }

@@ -40,6 +40,8 @@ class Session {
   Remarks takeRemarks();
   /// Notes the faults that are still set and were never hit, as at the end of a transcript.
   void noteIdleFaults();
+  /// The same for some of them.
+  void noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMeant);
 
   // For the commands that speak to the set, and for `exec`.
 

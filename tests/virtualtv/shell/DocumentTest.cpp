@@ -63,7 +63,7 @@ TEST(Manual, HasARowForEachDotCommand) {
 
 TEST(Manual, SpellsAFaultAsTheTableOfCommandsDoes) {
   const std::string usage(dotCommand(".fault").usage);
-  const std::string words = usage.substr(1, usage.rfind(" | clear]") - 1);
+  const std::string words = usage.substr(1, usage.rfind(" | clear [NUMBER]]") - 1);
   EXPECT_NE(manual().find("\n`.fault " + words + "` "), std::string::npos) << words;
 }
 

@@ -113,15 +113,44 @@ TEST_F(DotCommandTest, FaultsAreListedWithTheirHits) {
   run(".fault vconf_get_int times=2 result=-1");
   run(".fault vconf_set_int nth=3 always result=throw");
   run("read a");
-  EXPECT_EQ(lines(".fault"), (Lines{"fault vconf_get_int times=2 result=-1 (hits: 1)",
-                                    "fault vconf_set_int nth=3 always result=throw (hits: 0)"}));
+  EXPECT_EQ(lines(".fault"), (Lines{"fault 1: vconf_get_int times=2 result=-1 (hits: 1)",
+                                    "fault 2: vconf_set_int nth=3 always result=throw (hits: 0)"}));
   EXPECT_EQ(run(".fault clear"), "");
   EXPECT_EQ(run(".fault"), "no faults");
 }
 
+TEST_F(DotCommandTest, FaultsAreRemovedOneByOneByNumbersThatAreNotGivenTwice) {
+  for (const char* key : {"vconf_get_int", "vconf_set_int", "vconf_get_int"}) {
+    run(".fault " + std::string(key) + " result=-1 always");
+  }
+  EXPECT_EQ(run(".fault clear 2"), "");
+  EXPECT_EQ(findings(), Lines{"a fault was never hit: vconf_set_int always result=-1"});
+  run(".fault vconf_set_str result=-1");
+  EXPECT_EQ(lines(".fault"), (Lines{"fault 1: vconf_get_int always result=-1 (hits: 0)",
+                                    "fault 3: vconf_get_int always result=-1 (hits: 0)",
+                                    "fault 4: vconf_set_str times=1 result=-1 (hits: 0)"}));
+  EXPECT_EQ(run(".fault clear 2"), "error: there is no fault 2");
+  EXPECT_EQ(run(".fault clear x"), "error: there is no fault x");
+  EXPECT_EQ(run(".fault clear 1 3"), "error: usage: .fault clear [NUMBER]");
+}
+
+TEST_F(DotCommandTest, AFaultOfAnEngineHitsThatEngineAlone) {
+  run(".engine other");
+  run(".fault vconf_get_int engine=other always out.value=9");
+  EXPECT_EQ(run("read a"), "int 9");
+  run(".engine main");
+  EXPECT_EQ(run("read a"), "int -7");
+  EXPECT_EQ(run(".fault"), "fault 1: vconf_get_int always engine=other out.value=9 (hits: 1)");
+}
+
 TEST_F(DotCommandTest, ABadFaultIsAnErrorAndSetsNothing) {
   EXPECT_EQ(run(".fault vconf_get_int foo"),
-            "error: 'foo': [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...] is wanted");
+            "error: 'foo': [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...] is "
+            "wanted");
+  EXPECT_EQ(run(".fault vconf_get_int window=main result=-1"), "error: vconf_get_int belongs to no window");
+  EXPECT_EQ(run(".fault IAVControl::MuteVideo window=third result=0"),
+            "error: there is no window 'third'; there are main and pip");
+  EXPECT_EQ(run(".fault vconf_get_int engine= result=-1"), "error: 'engine=': the name of an engine is wanted");
   EXPECT_TRUE(run(".fault vconf_get_int result=abc").starts_with("error: "));
   EXPECT_TRUE(run(".fault vconf_get_int").starts_with("error: "));
   EXPECT_EQ(run(".fault"), "no faults");
@@ -426,7 +455,7 @@ TEST_F(DotCommandTest, RestoreClosesTheEnginesAndEndsFaultsAsARestartDoes) {
   run("int 1");
   run(".fault vconf_set_int result=-1");
   EXPECT_EQ(lines(".restore s.json"), Lines{closing});
-  EXPECT_EQ(session->takeRemarks().findings, Lines{"a fault was never hit: vconf_set_int times=1 result=-1"});
+  EXPECT_EQ(findings(), Lines{"a fault was never hit: vconf_set_int times=1 result=-1"});
   EXPECT_EQ(run(".fault"), "no faults");
   EXPECT_EQ(run(".engine"), "no engine is open");
 }

@@ -44,8 +44,9 @@ TEST(Help, ALongUsageDoesNotPushTheOthersHelpAside) {
 }
 
 TEST(Help, SpellsAFaultAsTheTableOfCommandsDoes) {
-  const std::string words = "OPERATION [nth=N] [times=N|always] [result=R] [out.NAME=VALUE ...]";
-  EXPECT_EQ(dotCommand(".fault").usage, "[" + words + " | clear]");
+  const std::string words =
+      "OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...]";
+  EXPECT_EQ(dotCommand(".fault").usage, "[" + words + " | clear [NUMBER]]");
   EXPECT_TRUE(mentions(helpOn("faults"), ".fault " + words));
 }
 

@@ -57,7 +57,7 @@ TEST(Hint, NamesTheDotCommandThatWasMisspelt) {
   const Lines error{"error: there is no command"};
   EXPECT_EQ(hintOn(".servces 3", error), meant(".services 3"));
   EXPECT_EQ(hintOn("> .Help", error), meant(".help"));
-  EXPECT_EQ(hintOn(".re", error), "# did you mean one of: .reopen .reset .restart");
+  EXPECT_EQ(hintOn(".re", error), "# did you mean one of: .reopen .reset .restart .restore");
   EXPECT_EQ(hintOn(".zzzzz", error), "");
 }
 
