@@ -1,0 +1,342 @@
+// What a device tells its subscribers: each change, each engine, each fault; and nothing that nobody wants.
+#include "virtualtv/device/DeviceTest.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <stdexcept>
+
+#include "framework/Reply.h"
+#include "services/ServiceStore.h"
+#include "set/Knobs.h"
+
+namespace virtualtv::device {
+
+int DeviceTest::number(Session& session, std::vector<std::string> words) {
+  std::string ret;
+  session.execute(words, false, ret);
+  const auto reply = framework::decode(ret);
+  return reply ? reply->number : -1000;
+}
+
+namespace {
+
+using framework::EngineClosed;
+using framework::EngineOpened;
+
+// Changes.
+
+/// Two texts that a knob takes, by the words that say what it takes.
+const std::map<std::string, std::pair<std::string, std::string>> texts{
+    {"number", {"1", "2"}},
+    {"number or auto", {"4", "auto"}},
+    {"0 to 255", {"7", "8"}},
+    {"on or off", {"off", "on"}},
+    {"milliseconds", {"3", "0"}},
+    {"ANTENNA,SERVICE", {"1,0", "2,1"}},
+    {"WIDTHxHEIGHT", {"720x576", "1280x720"}},
+    {"WIDTHxHEIGHT@RATE", {"720x576@50", "1280x720@25"}},
+    {"service id", {"5", "6"}},
+    {"service id, #KEY or 0", {"#2", "#3"}},
+    {"tracks or none", {"1:eng", "none"}},
+    {"groups or none", {"1=1", "none"}},
+    {"number, text or unset", {"1", "unset"}},
+};
+
+/// The name of a knob with something in place of its parts in capitals.
+std::string filledIn(std::string name) {
+  for (const auto& [part, value] : {std::pair("WINDOW", "pip"), std::pair("SOURCE", "13"), std::pair("FIELD", "major"),
+                                    std::pair("ID", "#1"), std::pair("OPERATION", "IService::FindService")}) {
+    if (const std::size_t at = name.find(part); at != std::string::npos)
+      name.replace(at, std::string(part).size(), value);
+  }
+  return name;
+}
+
+TEST_F(DeviceTest, EachKnobThatIsTurnedIsTold) {
+  for (const Knob& knob : knobs()) {
+    if (knob.set == nullptr) continue;
+    const auto samples = texts.find(std::string(knob.value));
+    ASSERT_NE(samples, texts.end()) << knob.name << " takes " << knob.value;
+    const std::string name = filledIn(std::string(knob.name));
+    setKnob(tv(), name, samples->second.first);
+    for (const std::string& text : {samples->second.second, samples->second.first}) {
+      feed->take();
+      const std::uint64_t before = device().revision();
+      setKnob(tv(), name, text);
+      EXPECT_FALSE(happened<Change>().empty()) << name << " " << text;
+      EXPECT_EQ(device().revision(), before + 1) << name << " " << text;
+    }
+  }
+}
+
+TEST_F(DeviceTest, EachVerbTellsWhatItChanges) {
+  const auto cropped = [](Tv& tv) { tv.crop(WindowId::main, {{0, 0, 10, 10}, {0, 0, 20, 20}}); };
+  const auto imported = [](Tv& tv) {
+    Service service;
+    service.numbers = {{TCServiceData::SERVICE_ID, 10}, {TCServiceData::ANTENNA_MODE, 0}};
+    tv.import({service}, false);
+  };
+  const std::map<std::string, std::function<void(Tv&)>> verbs{
+      {"tune", [](Tv& tv) { tv.tune(WindowId::main, 3); }},
+      {"switchSource", [](Tv& tv) { tv.switchSource(WindowId::main, 13); }},
+      {"deactivate", [](Tv& tv) { tv.deactivate(WindowId::main); }},
+      {"showIsp", [](Tv& tv) { tv.showIsp(); }},
+      {"plug", [](Tv& tv) { tv.plug(13, false); }},
+      {"setMode",
+       [](Tv& tv) {
+         tv.setMode(WindowId::pip, {2, 0});
+       }},
+      {"place",
+       [](Tv& tv) {
+         tv.place(WindowId::main, {1, 2, 3, 4});
+       }},
+      {"crop", cropped},
+      {"setOrder", [](Tv& tv) { tv.setOrder(WindowId::pip, 3); }},
+      {"mute", [](Tv& tv) { tv.mute(WindowId::main, true); }},
+      {"selectSubtitle", [](Tv& tv) { tv.selectSubtitle(WindowId::main, 0); }},
+      {"setFavourites",
+       [](Tv& tv) {
+         tv.setFavourites(9, {{tv.state().startServiceId, true}});
+       }},
+      {"setSetting", [](Tv& tv) { tv.setSetting("a/key", 1); }},
+      {"setField", [](Tv& tv) { tv.setField(1, TCServiceData::MAJOR, std::uint64_t{77}); }},
+      {"setAudioTracks", [](Tv& tv) { tv.setAudioTracks(1, {}); }},
+      {"setSubtitleTracks", [](Tv& tv) { tv.setSubtitleTracks(1, {}); }},
+      {"setFavouritesOf",
+       [](Tv& tv) {
+         tv.setFavouritesOf(1, {{200, true}});
+       }},
+      {"adjust", [](Tv& tv) { tv.adjust([](TvState& state) { state.country = 99; }); }},
+      {"pass", [](Tv& tv) { tv.pass(5); }},
+      {"import", imported},
+      {"reset", [](Tv& tv) { tv.reset(); }},
+  };
+  for (const auto& [name, verb] : verbs) {
+    device().reset();
+    tv().setAudioTracks(1, {{.pid = 1}, {.pid = 2}});
+    tv().setSubtitleTracks(1, {{.pid = 3}});
+    feed->take();
+    const std::uint64_t before = device().revision();
+    verb(tv());
+    EXPECT_FALSE(happened<Change>().empty()) << name;
+    EXPECT_EQ(device().revision(), before + 1) << name;
+    verb(tv());
+    const bool goesOn = name == "pass" || name == "import" || name == "reset";  // each time something is another
+    EXPECT_TRUE(goesOn || happened<Change>().empty()) << name << " a second time changes nothing";
+  }
+}
+
+TEST_F(DeviceTest, ASettingsKeyIsToldFromWhatToWhat) {
+  tv().setSetting("a/key", 1);
+  tv().setSetting("a/key", std::string("text"));
+  tv().removeSetting("a/key");
+  const auto changes = happened<SettingChanged>();
+  ASSERT_EQ(changes.size(), 3U);
+  EXPECT_EQ(changes[0].before, std::nullopt);
+  EXPECT_EQ(changes[0].after, Setting(1));
+  EXPECT_EQ(changes[1].before, Setting(1));
+  EXPECT_EQ(changes[1].after, Setting(std::string("text")));
+  EXPECT_EQ(changes[2].before, Setting(std::string("text")));
+  EXPECT_EQ(changes[2].after, std::nullopt);
+}
+
+TEST_F(DeviceTest, WhatThePlugInWritesIsToldWithTheEngineThatWrote) {
+  Session session(device());
+  number(session, {"SetSource", "31"});
+  bool written = false;
+  for (const auto& happening : feed->take().happenings) {
+    const Change* const change = std::get_if<Change>(&happening->what);
+    if (change == nullptr || !std::holds_alternative<SettingChanged>(*change) || happening->caller.command == 0)
+      continue;
+    written = true;
+    EXPECT_EQ(happening->caller.engine, "main");
+  }
+  EXPECT_TRUE(written);
+}
+
+// Engines and faults.
+
+TEST_F(DeviceTest, EnginesAreToldWhenTheyAreOpenedAndClosedAndWhy) {
+  {
+    Session session(device(), "one");
+    session.setApplication({"app", "widget"});
+    number(session, {"GetSource"});
+    session.use("second");
+    session.reopen();
+    const auto opened = happened<EngineOpened>();
+    ASSERT_EQ(opened.size(), 3U);
+    EXPECT_EQ(opened[0].engine, "one:main");
+    EXPECT_EQ(opened[0].client.appId, "app");
+    EXPECT_EQ(opened[1].engine, "one:second");
+    device().restart();
+    std::vector<std::string> why;
+    for (const EngineClosed& closed : happened<EngineClosed>()) why.push_back(closed.engine + " " + closed.why);
+    EXPECT_EQ(why, (std::vector<std::string>{"one:main restart", "one:second restart"}));
+    number(session, {"GetSource"});
+  }
+  const auto closed = happened<EngineClosed>();
+  ASSERT_EQ(closed.size(), 1U);
+  EXPECT_EQ(closed[0].why, "session ended");
+}
+
+TEST_F(DeviceTest, FaultsAreToldWhenTheyAreSetHitAndGone) {
+  Session session(device());
+  number(session, {"GetTVMode"});
+  const std::uint64_t id = device().addFault(seam::parseFault({"IServiceNavigation::GetTvMode", "result=0", "always"}));
+  EXPECT_EQ(number(session, {"GetTVMode"}), -1);
+  EXPECT_EQ(number(session, {"GetTVMode"}), -1);
+  EXPECT_TRUE(device().removeFault(id));
+  EXPECT_FALSE(device().removeFault(id));
+  EXPECT_EQ(number(session, {"GetTVMode"}), 1);
+  const Feed::Taken taken = feed->take();
+  std::vector<std::string> told;
+  for (const auto& happening : taken.happenings) {
+    if (const auto* set = std::get_if<FaultSet>(&happening->what)) told.push_back("set " + set->fault);
+    if (const auto* hit = std::get_if<FaultHit>(&happening->what)) {
+      told.push_back("hit " + std::to_string(hit->hits) + " by " + happening->caller.engine);
+    }
+    if (std::holds_alternative<FaultGone>(happening->what)) told.push_back("gone");
+  }
+  EXPECT_EQ(told, (std::vector<std::string>{"set IServiceNavigation::GetTvMode always result=0", "hit 1 by main",
+                                            "hit 2 by main", "gone"}));
+}
+
+// Restarts.
+
+TEST_F(DeviceTest, ARestartTellsWhatIsAnotherBehindItAndTheRevisionGoesOn) {
+  tv().place(WindowId::main, {1, 2, 3, 4});
+  tv().setLatency(seam::op("IService::FindService"), 5);
+  device().addFault(seam::parseFault({"IService::FindService", "result=0"}));
+  feed->take();
+  const std::uint64_t before = device().revision();
+  device().restart();
+  EXPECT_GT(device().revision(), before);
+  std::vector<std::string> told;
+  std::uint64_t last = before;
+  for (const auto& happening : feed->take().happenings) {
+    EXPECT_GE(happening->revision, last);
+    last = happening->revision;
+    if (std::holds_alternative<FaultGone>(happening->what)) told.emplace_back("fault gone");
+    if (const auto* started = std::get_if<SetStarted>(&happening->what)) told.push_back("started: " + started->why);
+    const Change* const change = std::get_if<Change>(&happening->what);
+    if (change == nullptr) continue;
+    if (const auto* knob = std::get_if<KnobChanged>(change)) told.push_back(knob->name + " " + knob->after);
+    if (const auto* plane = std::get_if<PlaneChanged>(change)) told.push_back(std::to_string(plane->after.rect.width));
+  }
+  EXPECT_EQ(told,
+            (std::vector<std::string>{"fault gone", "latency.IService::FindService 0", "started: restart", "1920"}));
+  device().reset();
+  EXPECT_GT(device().revision(), last);
+}
+
+// Feeds.
+
+TEST_F(DeviceTest, NothingIsRecordedOrRenderedForNobody) {
+  device().unsubscribe(feed);
+  Session session(device());
+  number(session, {"GetTVMode"});
+  EXPECT_FALSE(seam::Seam::observed());
+  EXPECT_EQ(framework::logLevel(), -1);
+  auto calls = device().subscribe({.calls = true});
+  EXPECT_TRUE(seam::Seam::observed());
+  const auto lines = device().subscribe({.logLevel = 0});
+  EXPECT_EQ(framework::logLevel(), 0);
+  number(session, {"GetTVMode"});
+  EXPECT_FALSE(calls->take().happenings.empty());
+  EXPECT_FALSE(lines->take().happenings.empty());
+  calls.reset();
+  number(session, {"GetTVMode"});
+  EXPECT_FALSE(seam::Seam::observed());
+}
+
+TEST_F(DeviceTest, EachFeedHasWhatItAskedForInTheOrderInWhichItHappened) {
+  const auto all = device().subscribe({.events = true, .calls = true, .logLevel = 3});
+  Session session(device());
+  number(session, {"SetSource", "31"});
+  std::size_t calls = 0;
+  std::size_t lines = 0;
+  bool writtenAfterItsCallBegan = false;
+  for (const auto& happening : all->take().happenings) {
+    calls += std::holds_alternative<seam::Call>(happening->what) ? 1 : 0;
+    lines += std::holds_alternative<framework::LogLine>(happening->what) ? 1 : 0;
+    if (std::holds_alternative<Change>(happening->what)) writtenAfterItsCallBegan = lines > 0;
+  }
+  EXPECT_GT(calls, 0U);
+  EXPECT_GT(lines, 0U);
+  EXPECT_TRUE(writtenAfterItsCallBegan);
+  for (const auto& happening : feed->take().happenings) {
+    EXPECT_FALSE(std::holds_alternative<seam::Call>(happening->what));
+    EXPECT_FALSE(std::holds_alternative<framework::LogLine>(happening->what));
+  }
+}
+
+TEST_F(DeviceTest, WhatNobodyTakesDoesNotPileUp) {
+  const auto slow = device().subscribe({.events = true, .limit = 3});
+  for (int value = 0; value < 10; ++value) tv().setSetting("a/key", value);
+  const Feed::Taken taken = slow->take();
+  EXPECT_EQ(taken.happenings.size(), 3U);
+  EXPECT_EQ(taken.dropped, 7U);
+  const auto& last = std::get<SettingChanged>(std::get<Change>(taken.happenings.back()->what));
+  EXPECT_EQ(last.after, Setting(9));
+  EXPECT_EQ(slow->take().dropped, 0U);
+}
+
+TEST_F(DeviceTest, AFeedWakesItsSubscriberOutsideTheVerbAndOnceUntilItIsTaken) {
+  int woken = 0;
+  const auto waking = device().subscribe({.events = true, .wake = [&] { ++woken; }});
+  tv().setSetting("a/key", 1);
+  tv().setSetting("a/key", 2);
+  EXPECT_EQ(woken, 0);
+  device().loop().turn();
+  EXPECT_EQ(woken, 1);
+  waking->take();
+  tv().setSetting("a/key", 3);
+  device().loop().turn();
+  EXPECT_EQ(woken, 2);
+}
+
+TEST_F(DeviceTest, ASubscriberThatThrowsHarmsNobody) {
+  const auto bad = device().subscribe({.events = true, .wake = [] { throw std::runtime_error("bad subscriber"); }});
+  int woken = 0;
+  const auto good = device().subscribe({.events = true, .wake = [&] { ++woken; }});
+  tv().setSetting("a/key", 1);
+  device().loop().turn();
+  EXPECT_EQ(woken, 1);
+  EXPECT_FALSE(good->take().happenings.empty());
+}
+
+// Sessions.
+
+TEST_F(DeviceTest, SessionsHaveEnginesOfTheirOwnOnOneSet) {
+  Session first(device(), "first");
+  Session second(device(), "second");
+  EXPECT_EQ(number(first, {"FindChannel", "0", "1"}), 1);
+  EXPECT_GT(number(first, {"GetChannel_Size"}), 0);
+  EXPECT_EQ(number(second, {"GetChannel_Size"}), 0) << "which has found none";
+  EXPECT_EQ(number(first, {"SetSource", "31"}), 1);
+  EXPECT_EQ(number(second, {"GetSource", "0"}), 31) << "of the same set";
+  EXPECT_EQ(first.openEngines(), std::vector<std::string>{"main"});
+  first.closeEngines("test");
+  EXPECT_EQ(first.openEngines(), std::vector<std::string>{});
+  EXPECT_EQ(second.openEngines(), std::vector<std::string>{"main"});
+}
+
+TEST_F(DeviceTest, NamesOfSessionsAndEnginesDoNotMix) {
+  Session unnamed(device());
+  Session named(device(), "a");
+  EXPECT_NE(unnamed.key("a:main"), named.key("main"));
+  EXPECT_EQ(unnamed.key("main"), "main");
+}
+
+TEST_F(DeviceTest, AFaultOfOneWindowLeavesTheOtherAlone) {
+  Session session(device());
+  number(session, {"SetWindow", "1"});
+  device().addFault(seam::parseFault({"ISourceControl::GetSourceState", "window=pip", "always", "result=0"}));
+  EXPECT_EQ(number(session, {"GetSourceState"}), -1);
+  number(session, {"SetWindow", "0"});
+  EXPECT_EQ(number(session, {"GetSourceState"}), 2);
+}
+
+}  // namespace
+}  // namespace virtualtv::device
