@@ -226,12 +226,12 @@ Lines reset(Session& session, const Words& words) {
 
 Lines snapshot(Session& session, const Words& words) {
   wantCount(words, 1, 1, ".snapshot FILE");
-  saveFile(session.resolve(words[0]), writeSnapshot(session.device().tv().snapshot()));
+  saveFile(session.resolve(words[0]), writeSnapshot(session.device().tv().snapshot()), words[0]);
   return {};
 }
 
 Snapshot snapshotOf(Session& session, const std::string& file) {
-  const std::string content = readFile(session.resolve(file));
+  const std::string content = session.read(file);
   try {
     return readSnapshot(content);
   } catch (const std::invalid_argument& error) {

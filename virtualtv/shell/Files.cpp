@@ -36,13 +36,14 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 /// A new file beside another, removed at the end of the scope unless it was renamed.
 class Beside {
  public:
+  /// @param name  what messages call the other one.
   /// @param mode  its permissions, less those that the process withholds from new files.
-  Beside(const fs::path& target, mode_t mode) {
+  Beside(const fs::path& target, const std::string& name, mode_t mode) {
     int descriptor = -1;
     for (int number = 0; descriptor < 0; ++number) {
       name_ = target.string() + "." + std::to_string(::getpid()) + "." + std::to_string(number);
       descriptor = ::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-      if (descriptor < 0 && errno != EEXIST) fail("write", target, errno);
+      if (descriptor < 0 && errno != EEXIST) fail("write", name, errno);
     }
     file_.reset(::fdopen(descriptor, "wb"));
   }
@@ -104,25 +105,25 @@ std::string readStream(std::istream& stream, const std::string& name) {
   });
 }
 
-void replaceFile(const fs::path& file, std::string_view content) {
+void replaceFile(const fs::path& file, std::string_view content, const std::string& name) {
   std::error_code missing;
   const fs::path target = fs::canonical(file, missing);
-  if (missing) fail("write", file, missing.value());
+  if (missing) fail("write", name, missing.value());
   struct stat before {};
-  if (::stat(target.c_str(), &before) != 0) fail("write", file, errno);
-  if (!S_ISREG(before.st_mode)) throw std::runtime_error("cannot write " + file.string() + ": not a regular file");
-  Beside made(target, S_IRUSR | S_IWUSR);
+  if (::stat(target.c_str(), &before) != 0) fail("write", name, errno);
+  if (!S_ISREG(before.st_mode)) fail("write", name, "not a regular file");
+  Beside made(target, name, S_IRUSR | S_IWUSR);
   if (!made.write(content) || !made.setMode(before.st_mode & 07777U) || !made.becomes(target)) {
-    fail("write", file, errno);
+    fail("write", name, errno);
   }
 }
 
-void saveFile(const fs::path& file, std::string_view content) {
+void saveFile(const fs::path& file, std::string_view content, const std::string& name) {
   struct stat before {};
-  if (::lstat(file.c_str(), &before) == 0 || errno != ENOENT) return replaceFile(file, content);
+  if (::lstat(file.c_str(), &before) == 0 || errno != ENOENT) return replaceFile(file, content, name);
   constexpr mode_t anyone = 0666;
-  Beside made(file, anyone);
-  if (!made.write(content) || !made.becomes(file)) fail("write", file, errno);
+  Beside made(file, name, anyone);
+  if (!made.write(content) || !made.becomes(file)) fail("write", name, errno);
 }
 
 void writeFile(const fs::path& path, std::string_view content) {
