@@ -258,8 +258,8 @@ TEST_F(DeviceTest, EachFeedHasWhatItAskedForInTheOrderInWhichItHappened) {
   std::size_t lines = 0;
   bool writtenAfterItsCallBegan = false;
   for (const auto& happening : all->take().happenings) {
-    calls += std::holds_alternative<seam::Call>(happening->what) ? 1 : 0;
-    lines += std::holds_alternative<framework::LogLine>(happening->what) ? 1 : 0;
+    if (std::holds_alternative<seam::Call>(happening->what)) ++calls;
+    if (std::holds_alternative<framework::LogLine>(happening->what)) ++lines;
     if (std::holds_alternative<Change>(happening->what)) writtenAfterItsCallBegan = lines > 0;
   }
   EXPECT_GT(calls, 0U);

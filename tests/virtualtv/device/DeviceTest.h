@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -40,7 +41,9 @@ class DeviceTest : public ::testing::Test {
  private:
   template <typename Kind>
   static const Kind* part(const Happening& happening) {
-    if constexpr (std::is_constructible_v<Change, Kind>) {
+    if constexpr (std::is_same_v<Change, Kind>) {
+      return std::get_if<Change>(&happening.what);
+    } else if constexpr (std::is_constructible_v<Change, Kind>) {
       const Change* const change = std::get_if<Change>(&happening.what);
       return change == nullptr ? nullptr : std::get_if<Kind>(change);
     } else {
