@@ -56,19 +56,19 @@ void runListCommand(Bench& bench, Draw& draw) {
 
 void setKey(Bench& bench, Draw& draw) {
   const std::string key = draw.of(keys);
-  virtualtv::SettingsStore& settings = bench.tv().settings();
+  virtualtv::Tv& tv = bench.tv();
   switch (draw.below(4)) {
     case 0:
-      settings.set(key, draw.of(kinds));
+      tv.setSetting(key, draw.of(kinds));
       break;
     case 1:
-      settings.set(key, draw.text());
+      tv.setSetting(key, draw.text());
       break;
     case 2:
-      settings.unset(key);
+      tv.removeSetting(key);
       break;
     default:
-      settings.set(key, static_cast<int>(draw.byte()) - 2);
+      tv.setSetting(key, static_cast<int>(draw.byte()) - 2);
   }
 }
 

@@ -61,7 +61,7 @@ void keep(virtualtv::Tv& tv, const std::vector<Service>& services) {
 void importAgain(virtualtv::Tv& tv, const std::vector<Service>& services) {
   const auto last = static_cast<virtualtv::ServiceKey>(services.size());
   tv.tune(virtualtv::WindowId::main, last);
-  tv.services().setFavourites(last, {{3, true}});
+  tv.setFavouritesOf(last, {{3, true}});
   for (const bool add : {false, true}) {
     demand(tv.import(services, add) == ServiceChanges{}, "the same list again changes services");
     demand(tv.state()[virtualtv::WindowId::main].service == last, "the service on screen is lost");

@@ -36,7 +36,7 @@ class Client {
 
  private:
   void act() {
-    const unsigned choice = random_() % 100;
+    const auto choice = random_() % 100;
     if (choice == 0) return device_.loop().call([&] { device_.restart(); });
     if (choice == 1) return device_.loop().call([&] { device_.reset(); });
     if (choice < 10) return device_.loop().call([&] { session_->reopen(); });

@@ -24,7 +24,7 @@ class Import : public SetTest {
     tv->import(listOf({10, 20, 30, 40, 50}), false);
     for (const std::uint64_t id : {20U, 30U}) tune(id);
     for (const std::uint64_t id : {50U, 40U}) tune(id, pip);
-    tv->adjust(WindowId::main, [](TvState& state) {
+    tv->adjust([](TvState& state) {
       state.startServiceId = 20;
       state.startSource = hdmi1;
       state[WindowId::main].mode = satelliteList;
@@ -59,7 +59,7 @@ TEST_F(Import, OfTheSameListChangesNothing) {
 TEST_F(Import, ToAddMovesNothing) {
   EXPECT_EQ(tv->import(listOf({5, 60}), true), (ServiceChanges{2, 0, 0}));
   EXPECT_EQ(tv->state(), state_);
-  tv->adjust(WindowId::main, [](TvState& state) {
+  tv->adjust([](TvState& state) {
     state[WindowId::main].service = 0;
     state.startServiceId = 99;
   });
