@@ -110,6 +110,40 @@ class CheckTest(ScratchTest):
         self.write("platform/kel/Other.h", '#include "Answer.h"\n')
         self.assertFound("includes", "virtualtv/set/Tv.cpp:2: ", "virtualtv/set/Up.h:1: ", "platform/kel/Other.h:1: ")
 
+    def set_up_rooms(self):
+        """The shell stands on the set, and that on the store, which has no header."""
+        self.rooms = self.write("virtualtv/CMakeLists.txt",
+                                "room(store ON PkgConfig::sqlite3)\nroom(set ON store)\nroom(shell ON set CLI11::CLI11)\n")
+        self.write("virtualtv/store/Store.cpp", "int store();\n")
+        self.write("virtualtv/shell/Shell.h", '#include "set/Tv.h"\n')
+
+    def test_rooms(self):
+        self.set_up_rooms()
+        self.write("virtualtv/set/Tv.cpp", '#include "set/Tv.h"\n#include "shell/NotThere.h"\n')
+        self.assertClean("rooms")
+
+    def test_rooms_that_include_from_others(self):
+        self.set_up_rooms()
+        self.write("virtualtv/store/Store.cpp", '#include <string>\n#include "set/Tv.h"\n')
+        self.write("virtualtv/set/Tv.cpp", '#  include "shell/Shell.h"\n')
+        self.assertFound("rooms", "virtualtv/store/Store.cpp:2: store includes from set", "virtualtv/set/Tv.cpp:1: ")
+
+    def test_rooms_in_a_cycle(self):
+        self.set_up_rooms()
+        self.rooms.write_text(self.rooms.read_text().replace("set ON store", "set ON shell store"))
+        self.write("virtualtv/set/Tv.cpp", '#include "shell/Shell.h"\n')
+        self.assertFound("rooms", "virtualtv/CMakeLists.txt:2: set stands on shell, which is no room above it")
+
+    def test_rooms_that_stand_on_what_they_do_not_include(self):
+        self.set_up_rooms()
+        self.write("virtualtv/shell/Shell.h", "int shell();\n")
+        self.assertFound("rooms", "virtualtv/CMakeLists.txt:3: shell stands on set, and includes nothing of it")
+
+    def test_rooms_that_no_one_named(self):
+        self.set_up_rooms()
+        self.write("virtualtv/attic/Attic.cpp", "int attic();\n")
+        self.assertFound("rooms", "virtualtv/CMakeLists.txt:1: attic/ is no room")
+
     def test_headers(self):
         self.assertClean("headers")
         self.write("platform/kel/Needy.h", "#pragma once\n\nstd::string name();\n")
