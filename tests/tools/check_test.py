@@ -110,6 +110,21 @@ class CheckTest(ScratchTest):
         self.write("platform/kel/Other.h", '#include "Answer.h"\n')
         self.assertFound("includes", "virtualtv/set/Tv.cpp:2: ", "virtualtv/set/Up.h:1: ", "platform/kel/Other.h:1: ")
 
+    def test_includes_of_tests_in_the_set(self):
+        self.write("tests/support/Fake.h", "#pragma once\n")
+        self.write("virtualtv/set/Tv.cpp", '#include "set/Tv.h"\n#include "support/Fake.h"\n')
+        self.write("Window/Src/Other.cpp", '#include "../../tests/support/Fake.h"\n')
+        self.assertFound("includes", "virtualtv/set/Tv.cpp:2: ", "Window/Src/Other.cpp:1: ")
+
+    def test_wraps(self):
+        wrap = "target_link_options(it PRIVATE LINKER:--wrap=iconv_open)\n"
+        self.write("tests/CMakeLists.txt", wrap)
+        self.write("virtualtv/CMakeLists.txt", "# no --wrap\n")
+        self.assertClean("wraps")
+        self.write("virtualtv/CMakeLists.txt", "\n" + wrap)
+        self.write("cmake/Linker.cmake", wrap)
+        self.assertFound("wraps", "virtualtv/CMakeLists.txt:2: ", "cmake/Linker.cmake:1: ")
+
     def set_up_rooms(self):
         """The shell stands on the set, and that on the store, which has no header."""
         self.rooms = self.write("virtualtv/CMakeLists.txt",
