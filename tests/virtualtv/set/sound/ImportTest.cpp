@@ -1,7 +1,7 @@
 // The tracks that imported channel lists bring, as a client is told of them.
 #include "import/Import.h"
 
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 
 namespace virtualtv::test {
 namespace {

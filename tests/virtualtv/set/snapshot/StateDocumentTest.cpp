@@ -1,7 +1,7 @@
 // The whole set as one document.
 #include "set/StateDocument.h"
 
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

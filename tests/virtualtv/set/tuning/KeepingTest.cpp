@@ -1,8 +1,8 @@
 // What a set keeps of its tuning when it is switched off, and what becomes of a change that it can't keep.
 #include "d2tv/D2TVCAPI.h"
 #include "store/Statement.h"
+#include "virtualtv/set/SetTest.h"
 #include "virtualtv/support/Support.h"
-#include "virtualtv/tuning/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

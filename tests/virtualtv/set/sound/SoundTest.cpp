@@ -1,4 +1,4 @@
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 
 #include "tvservice/IAVControl.h"
 #include "tvservice/IDataControl.h"

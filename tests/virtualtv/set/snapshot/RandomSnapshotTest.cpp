@@ -1,9 +1,9 @@
 // Snapshots of sets that hold anything: what is restored is the same set.
 #include "set/SnapshotJson.h"
 #include "store/StoreError.h"
-#include "virtualtv/snapshot/RandomSet.h"
+#include "virtualtv/set/SetTest.h"
+#include "virtualtv/set/snapshot/RandomSet.h"
 #include "virtualtv/support/Support.h"
-#include "virtualtv/tuning/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

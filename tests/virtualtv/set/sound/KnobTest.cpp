@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "store/Statement.h"
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 #include "virtualtv/support/Support.h"
 
 namespace virtualtv::test {

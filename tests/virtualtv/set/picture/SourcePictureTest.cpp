@@ -1,7 +1,7 @@
 // The picture that a window's source gives: of a service by its fields and its channel type, of an input by what comes
 // in, and none.
 #include "services/ChannelType.h"
-#include "virtualtv/picture/PictureTest.h"
+#include "virtualtv/set/picture/PictureTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -2,7 +2,7 @@
 // hidden.
 #include <climits>
 
-#include "virtualtv/picture/PictureTest.h"
+#include "virtualtv/set/picture/PictureTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -1,6 +1,6 @@
 // What an import leaves of what the user made of the set: by the ids of services, whatever the list puts around them.
 #include "store/StoreError.h"
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "tvservice/IAVControl.h"
 #include "tvservice/IVideoControl.h"
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 /// The planes and pictures of a set in memory, as the interfaces of the TV service tell them.
 namespace virtualtv::test {

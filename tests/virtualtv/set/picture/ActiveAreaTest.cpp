@@ -6,7 +6,7 @@
 #include <random>
 
 #include "set/Picture.h"
-#include "virtualtv/picture/PictureTest.h"
+#include "virtualtv/set/picture/PictureTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -1,5 +1,5 @@
 // The knobs of pictures and planes: what they print, what they take and refuse, what a restart keeps of them.
-#include "virtualtv/picture/PictureTest.h"
+#include "virtualtv/set/picture/PictureTest.h"
 
 namespace virtualtv::test {
 namespace {

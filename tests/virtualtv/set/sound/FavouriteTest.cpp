@@ -1,6 +1,6 @@
 // The favourite groups of a service.
 #include "tvservice/IService.h"
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -1,6 +1,6 @@
 // The inputs of the set: switching between them, plugging, what the platform records, the secondary stack.
 #include "d2tv/D2TVCAPI.h"
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

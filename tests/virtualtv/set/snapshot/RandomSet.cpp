@@ -1,4 +1,4 @@
-#include "virtualtv/snapshot/RandomSet.h"
+#include "virtualtv/set/snapshot/RandomSet.h"
 
 #include <limits>
 #include <stdexcept>

@@ -2,8 +2,8 @@
 #include "set/SnapshotJson.h"
 #include "store/Statement.h"
 #include "store/StoreError.h"
+#include "virtualtv/set/SetTest.h"
 #include "virtualtv/support/Support.h"
-#include "virtualtv/tuning/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "virtualtv/picture/PictureTest.h"
+#include "virtualtv/set/picture/PictureTest.h"
 
 #include <ostream>
 

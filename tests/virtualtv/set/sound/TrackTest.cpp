@@ -1,7 +1,7 @@
 // The tracks of any service, by its id.
 #include <climits>
 
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 
 namespace virtualtv::test {
 namespace {

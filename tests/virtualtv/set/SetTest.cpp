@@ -1,4 +1,4 @@
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 #include <stdexcept>
 #include <variant>

@@ -1,7 +1,7 @@
 // The audio track and the subtitle that a window has in use.
 #include <climits>
 
-#include "virtualtv/sound/SoundTest.h"
+#include "virtualtv/set/sound/SoundTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -3,8 +3,8 @@
 
 #include "set/SnapshotJson.h"
 #include "text/Units.h"
-#include "virtualtv/snapshot/RandomSet.h"
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
+#include "virtualtv/set/snapshot/RandomSet.h"
 
 namespace virtualtv::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 /// The tracks and favourites of a set in memory, as the interfaces of the TV service tell them.
 namespace virtualtv::test {

@@ -1,5 +1,5 @@
 // Tuning: what a tune changes, where a step of zapping leads, which service a number means.
-#include "virtualtv/tuning/SetTest.h"
+#include "virtualtv/set/SetTest.h"
 
 namespace virtualtv::test {
 namespace {

@@ -1,7 +1,7 @@
 // The resolution that the set tells of a window's picture, and that of the ISP source.
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
-#include "virtualtv/picture/PictureTest.h"
+#include "virtualtv/set/picture/PictureTest.h"
 
 namespace virtualtv::test {
 namespace {
