@@ -18,8 +18,8 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/Catalogue.h"
 #include "framework/Reply.h"
-#include "shell/Catalogue.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/ImportFile.h"

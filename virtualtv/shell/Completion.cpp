@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "catalogue/Catalogue.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
-#include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
 #include "shell/ImportFile.h"

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "catalogue/Catalogue.h"
 #include "set/Knobs.h"
-#include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
 #include "shell/Table.h"
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "shell/Catalogue.h"
+#include "catalogue/Catalogue.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
 #include "shell/Nearest.h"

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <sstream>
 
+#include "catalogue/Catalogue.h"
 #include "seam/Seam.h"
 #include "set/Knobs.h"
-#include "shell/Catalogue.h"
 #include "shell/DotCommands.h"
 #include "virtualtv/shell/Support.h"
 

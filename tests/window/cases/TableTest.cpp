@@ -7,7 +7,7 @@
 namespace cases {
 namespace {
 
-using virtualtv::shell::catalogue;
+using virtualtv::catalogue;
 
 std::size_t rows() {
   std::size_t count = 0;

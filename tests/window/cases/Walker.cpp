@@ -13,8 +13,8 @@ namespace cases {
 
 namespace {
 
-using virtualtv::shell::Catalogue;
-using virtualtv::shell::CatalogueCommand;
+using virtualtv::Catalogue;
+using virtualtv::CatalogueCommand;
 
 /// True when the text parses. The empty one and garbage read as 0 where parsing can't fail; here they do not parse.
 bool parses(kel::Parse parse, const std::string& text) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Window/Src/Commands.h"
-#include "shell/Catalogue.h"
+#include "catalogue/Catalogue.h"
 #include "window/cases/Cases.h"
 #include "window/cases/Runner.h"
 
@@ -17,7 +17,7 @@ namespace cases {
 class Walker {
  public:
   /// @param catalogue  outlives it.
-  Walker(const virtualtv::shell::Catalogue& catalogue, std::map<std::string, Results> results);
+  Walker(const virtualtv::Catalogue& catalogue, std::map<std::string, Results> results);
 
   /// Runs the cases of a row. @return a line on each thing that is wrong, with the command's name or with file and
   /// line.
@@ -27,7 +27,7 @@ class Walker {
   Lines strays(const std::vector<Case>& cases) const;
 
  private:
-  const virtualtv::shell::Catalogue& catalogue_;
+  const virtualtv::Catalogue& catalogue_;
   std::map<std::string, Results> results_;
   Runner runner_;
 };

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "shell/Catalogue.h"
+#include "catalogue/Catalogue.h"
 
 namespace cases {
 namespace {
@@ -28,7 +28,7 @@ class WalkerTest : public ::testing::Test {
  protected:
   /// What is wrong with these cases of a command.
   Lines walk(const std::string& command, const std::string& text) {
-    return Walker(virtualtv::shell::catalogue(), results).walk(*kel::FindCommand(command), readCases("t.txt", text));
+    return Walker(virtualtv::catalogue(), results).walk(*kel::FindCommand(command), readCases("t.txt", text));
   }
   /// What is wrong with a complete set of cases where one is replaced.
   Lines walkWith(const std::string& name, const std::string& text) {
@@ -139,21 +139,20 @@ TEST_F(WalkerTest, TellsOfAReplyThatTheCatalogueDoesNot) {
 
 TEST_F(WalkerTest, TellsOfCommandsThatTheCatalogueOrTheResultsLack) {
   const kel::Command& row = *kel::FindCommand("SetTVMode");
-  const virtualtv::shell::Catalogue empty(R"({"commands": [], "types": {}, "parsing": {}, "answers": {}})");
+  const virtualtv::Catalogue empty(R"({"commands": [], "types": {}, "parsing": {}, "answers": {}})");
   EXPECT_EQ(Walker(empty, results).walk(row, {}), Lines{"the catalogue has no command SetTVMode"});
-  EXPECT_EQ(Walker(virtualtv::shell::catalogue(), {}).walk(row, {}),
-            Lines{"the table of results has no command SetTVMode"});
+  EXPECT_EQ(Walker(virtualtv::catalogue(), {}).walk(row, {}), Lines{"the table of results has no command SetTVMode"});
 }
 
 TEST_F(WalkerTest, TellsOfCommandsThatThereAreNoneOf) {
   results = {{"NoSuch", {}}};
-  const Walker walker(virtualtv::shell::catalogue(), results);
+  const Walker walker(virtualtv::catalogue(), results);
   EXPECT_EQ(walker.strays(readCases("t.txt", piece("NoSuch: success", "> NoSuch\nrefused"))),
             (Lines{"t.txt:3: there is no command NoSuch", "the table of results: there is no command NoSuch"}));
 }
 
 TEST_F(WalkerTest, TellsOfATextThatIsReadAsAnotherNumberThanTheCatalogueSays) {
-  const virtualtv::shell::Catalogue catalogue(R"({"types": {}, "parsing": {}, "answers": {}, "commands": [
+  const virtualtv::Catalogue catalogue(R"({"types": {}, "parsing": {}, "answers": {}, "commands": [
     {"name": "SetScreenZorder", "help": "", "failures": [], "answer": {"kind": "code", "reply": "int", "help": ""},
      "parameters": [{"name": "order", "help": "", "parse": "num", "required": true, "unparsed": "answers -1"}]},
     {"name": "SetWindow", "help": "", "failures": [], "answer": {"kind": "code", "reply": "int", "help": ""},

@@ -3,17 +3,17 @@
 
 #include <algorithm>
 
-#include "shell/Catalogue.h"
+#include "catalogue/Catalogue.h"
 #include "support/TvTest.h"
 
 namespace {
 
 using support::Answer;
 using support::Lines;
+using virtualtv::catalogue;
+using virtualtv::CatalogueCommand;
 using virtualtv::framework::Reply;
 using virtualtv::seam::Operation;
-using virtualtv::shell::catalogue;
-using virtualtv::shell::CatalogueCommand;
 
 std::string nameOf(Reply::Kind kind) {
   switch (kind) {

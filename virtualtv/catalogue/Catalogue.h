@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace virtualtv::shell {
+namespace virtualtv {
 
 /// A plug-in command as the catalogue describes it. Texts are one line each, for people, unless said otherwise.
 struct CatalogueCommand {
@@ -95,4 +95,4 @@ const Catalogue& catalogue();
 std::vector<std::string> commandNames();
 std::vector<std::string> listCommandNames();
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv

@@ -1,4 +1,4 @@
-#include "shell/Catalogue.h"
+#include "catalogue/Catalogue.h"
 
 #include <json/json.h>
 
@@ -10,7 +10,7 @@ namespace virtualtv::embedded {
 extern const std::string_view commandCatalogue;
 }
 
-namespace virtualtv::shell {
+namespace virtualtv {
 
 namespace {
 
@@ -135,4 +135,4 @@ std::vector<std::string> listCommandNames() {
   return namesOf(catalogue().listCommands());
 }
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv

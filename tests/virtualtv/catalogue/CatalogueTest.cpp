@@ -1,5 +1,5 @@
-// The catalogue of commands as the shell reads it.
-#include "shell/Catalogue.h"
+// The catalogue of commands as the set reads it.
+#include "catalogue/Catalogue.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 
 namespace {
 
-using virtualtv::shell::Catalogue;
-using virtualtv::shell::CatalogueCommand;
+using virtualtv::Catalogue;
+using virtualtv::CatalogueCommand;
 
 constexpr const char* small = R"({
   "answers": {"value": "A number."},
@@ -121,7 +121,7 @@ TEST(Catalogue, RefusesACommandThatLacksSomething) {
 }
 
 TEST(BuiltInCatalogue, KnowsTheCommandsOfThePlugIn) {
-  const Catalogue& catalogue = virtualtv::shell::catalogue();
+  const Catalogue& catalogue = virtualtv::catalogue();
   ASSERT_FALSE(catalogue.commands().empty());
   EXPECT_EQ(catalogue.commands().front().name, "SetWindow");
   ASSERT_NE(catalogue.find("FindChannel"), nullptr);
@@ -132,14 +132,14 @@ TEST(BuiltInCatalogue, KnowsTheCommandsOfThePlugIn) {
 
 /// The commands that are built in, in all their forms.
 std::vector<CatalogueCommand> allForms() {
-  const Catalogue& catalogue = virtualtv::shell::catalogue();
+  const Catalogue& catalogue = virtualtv::catalogue();
   std::vector<CatalogueCommand> all = catalogue.commands();
   all.insert(all.end(), catalogue.listCommands().begin(), catalogue.listCommands().end());
   return all;
 }
 
 TEST(BuiltInCatalogue, ExplainsEveryWordThatItUses) {
-  const Catalogue& catalogue = virtualtv::shell::catalogue();
+  const Catalogue& catalogue = virtualtv::catalogue();
   const auto explained = [&](const std::string& type) { return type.empty() || catalogue.findType(type) != nullptr; };
   for (const CatalogueCommand& command : allForms()) {
     EXPECT_TRUE(explained(command.answerType)) << command.name;
