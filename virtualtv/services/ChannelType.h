@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "tvservice/TVServiceTypes.h"
 
 namespace virtualtv {
@@ -41,6 +44,13 @@ constexpr ChannelType channelType(EAntennaMode antenna, ServiceKind kind) {
     default:
       return radio ? CHANNEL_RADIO_TERRESTRIAL : CHANNEL_DATA_TERRESTRIAL;
   }
+}
+
+/// What a service of a channel type brings; nothing for a number that is no channel type.
+constexpr std::optional<ServiceKind> kindOf(std::uint64_t channelType) {
+  if (channelType < CHANNEL_ANALOGUE_TERRESTRIAL || channelType > CHANNEL_TELEVISION) return std::nullopt;
+  if (channelType < CHANNEL_RADIO_TERRESTRIAL || channelType == CHANNEL_TELEVISION) return ServiceKind::television;
+  return channelType < CHANNEL_DATA_TERRESTRIAL ? ServiceKind::radio : ServiceKind::data;
 }
 
 }  // namespace virtualtv

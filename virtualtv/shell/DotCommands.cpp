@@ -204,7 +204,7 @@ Lines import(Session& session, const Words& words) {
 
 Lines services(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".services [COUNT | TEXT]");
-  return serviceTable(session.device().tv(), words.empty() ? "" : words[0]);
+  return serviceTable(session.device().tv().services(), words.empty() ? "" : words[0]);
 }
 
 Lines restart(Session& session, const Words& words) {

@@ -1,10 +1,9 @@
 #include "shell/ServiceTable.h"
 
-#include <algorithm>
 #include <charconv>
 #include <optional>
 
-#include "services/ServiceStore.h"
+#include "channels/Search.h"
 #include "shell/Table.h"
 #include "text/Units.h"
 
@@ -57,13 +56,6 @@ std::string flags(const Service& service) {
   return text.empty() ? "-" : text;
 }
 
-std::string lower(std::string text) {
-  for (char& letter : text) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return text;
-}
-
 std::optional<std::size_t> countIn(const std::string& filter) {
   std::size_t count = 0;
   const char* end = filter.data() + filter.size();
@@ -79,19 +71,17 @@ Lines row(ServiceKey key, const Service& service) {
 
 }  // namespace
 
-Lines serviceTable(Tv& tv, const std::string& filter) {
-  const std::optional<std::size_t> count = countIn(filter);
-  const std::string wanted = count ? "" : lower(filter);
-  std::vector<Lines> rows{{"KEY", "ANTENNA", "NUMBER", "ID", "FLAGS", "NAME"}};
-  const std::vector<ServiceKey> keys = tv.services().keys();
-  for (const ServiceKey key : keys) {
-    if (count && rows.size() > *count) break;
-    const std::optional<Service> service = tv.services().read(key);
-    if (!service || lower(text::toUtf8(nameOf(*service))).find(wanted) == std::string::npos) continue;
-    rows.push_back(row(key, *service));
+Lines serviceTable(const ServiceStore& services, const std::string& filter) {
+  ServiceQuery query;
+  if (const auto count = countIn(filter)) {
+    query.limit = *count;
+  } else {
+    query.text = filter;
   }
+  std::vector<Lines> rows{{"KEY", "ANTENNA", "NUMBER", "ID", "FLAGS", "NAME"}};
+  for (const auto& [key, service] : findServices(services, query).services) rows.push_back(row(key, service));
   Lines lines = rows.size() > 1 ? table(rows) : Lines();
-  lines.push_back(std::to_string(rows.size() - 1) + " of " + std::to_string(keys.size()) + " services");
+  lines.push_back(std::to_string(rows.size() - 1) + " of " + std::to_string(services.size()) + " services");
   return lines;
 }
 

@@ -2,14 +2,14 @@
 
 #include <string>
 
-#include "set/Tv.h"
+#include "services/ServiceStore.h"
 #include "shell/Lines.h"
 
 namespace virtualtv::shell {
 
-/// The services of a set as a table, and their number.
+/// Services as a table, and how many of all these are.
 /// @param filter  a number for the first few, other text for those with it in the name whatever its case, empty for
 /// all.
-Lines serviceTable(Tv& tv, const std::string& filter);
+Lines serviceTable(const ServiceStore& services, const std::string& filter);
 
 }  // namespace virtualtv::shell

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "services/ChannelType.h"
+#include "services/Service.h"
+#include "services/ServiceStore.h"
+
+namespace virtualtv {
+
+/// Which services are wanted, and which of them to show. All conditions must hold; one on a field that a service does
+/// not have does not hold.
+struct ServiceQuery {
+  std::string text = {};  ///< UTF-8 that the name has in it, in ASCII letters of either case; empty for any
+  std::optional<EAntennaMode> antenna = std::nullopt;           ///< what the service is received with
+  std::optional<ServiceKind> kind = std::nullopt;               ///< what it brings
+  std::size_t offset = 0;                                       ///< how many to leave out at the start
+  std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< how many to show at most
+};
+
+/// Some of the services that a query selects.
+struct ServicePage {
+  std::vector<std::pair<ServiceKey, Service>> services;  ///< in list order
+  std::size_t total = 0;                                 ///< how many the query selects, shown or not
+};
+
+/// The page of services that a query asks for. A query without a condition reads no more than it shows.
+/// @throws StoreError when the services can't be read.
+ServicePage findServices(const ServiceStore& services, const ServiceQuery& query);
+
+}  // namespace virtualtv
