@@ -22,7 +22,7 @@
 #include "framework/Reply.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
-#include "shell/ImportFile.h"
+#include "shell/ImportWishes.h"
 #include "shell/Nearest.h"
 #include "shell/Reason.h"
 #include "shell/Session.h"

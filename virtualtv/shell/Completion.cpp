@@ -10,7 +10,7 @@
 #include "set/Knobs.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
-#include "shell/ImportFile.h"
+#include "shell/ImportWishes.h"
 #include "shell/Session.h"
 
 namespace virtualtv::shell {

@@ -13,7 +13,7 @@
 #include "set/SnapshotJson.h"
 #include "shell/Files.h"
 #include "shell/Help.h"
-#include "shell/ImportFile.h"
+#include "shell/ImportWishes.h"
 #include "shell/ServiceTable.h"
 #include "shell/Session.h"
 #include "shell/Show.h"

@@ -7,34 +7,14 @@
 
 #include "import/Import.h"
 #include "set/Tv.h"
-#include "shell/Lines.h"
 
-namespace CLI {  // NOLINT(readability-identifier-naming): the name that the library has
-class App;
-}
-
-namespace virtualtv::shell {
+namespace virtualtv {
 
 struct ImportOptions {
   const import::Format* format = nullptr;  ///< recognised when null
   std::string encoding;                    ///< of names that do not tell theirs, for iconv; judged when empty
   bool add = false;                        ///< keep the services that are there
 };
-
-/// What `import` and `.import` are told.
-struct ImportWishes {
-  std::string file;
-  ImportOptions options;
-};
-
-/// What `--format` takes.
-Lines namesOfFormats();
-
-/// Adds the file and the options of an import to a grammar, which writes them into `wishes`.
-void addImportOptions(CLI::App& grammar, ImportWishes& wishes);
-
-/// Reads the words behind `.import`. @throws std::invalid_argument for words that can't be understood.
-ImportWishes importWishes(const std::vector<std::string>& words);
 
 /// How an import went.
 struct ImportReport {
@@ -44,7 +24,7 @@ struct ImportReport {
   import::Problems problems;
 
   /// A line `LIST:LINE: REASON` for each problem that is kept, and one that counts the others, escaped.
-  Lines problemLines() const;
+  std::vector<std::string> problemLines() const;
   /// One line that counts what was imported and what could not be read.
   std::string summary() const;
   /// `LIST: no service in it`; empty when services were imported.
@@ -57,4 +37,4 @@ struct ImportReport {
 /// StoreError when the set can't keep the services.
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options);
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv

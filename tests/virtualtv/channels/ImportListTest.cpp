@@ -1,11 +1,16 @@
-#include "shell/ImportFile.h"
+// What is told of an import: counts in words, problems, and what was wrong with it.
+#include "channels/ImportList.h"
+
+#include <gtest/gtest.h>
 
 #include "set/Knobs.h"
 #include "virtualtv/shell/SmallList.h"
-#include "virtualtv/shell/Support.h"
 
-namespace virtualtv::shell {
+namespace virtualtv::test {
 namespace {
+
+using Lines = std::vector<std::string>;
+using shell::smallList;
 
 TEST(ImportReport, AListWithoutServicesIsAnErrorInAllFormats) {
   Storage storage;
@@ -45,13 +50,6 @@ TEST(ImportReport, EscapesNamesAndWhatItQuotesOnce) {
   EXPECT_EQ(report.problemLines(), Lines{"l\\x01:1: \"\\x02\" has 1 of the 13 fields of a service"});
 }
 
-TEST_F(SessionTest, ErrorsOfImportsAreEscapedOnce) {
-  test::write(folder / "l\x01", "# no list\n");
-  EXPECT_TRUE(lines(".import l\x01").back().starts_with("error: l\\x01: not a channel list of a known format"));
-  test::write(folder / "l\x01", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:1:70000:1:1:0\n");
-  EXPECT_EQ(lines(".import l\x01").back(), "error: l\\x01: no service in it");
-}
-
 TEST(ImportReport, ShowsAHundredProblemsAndCountsTheRest) {
   Storage storage;
   Tv tv(storage);
@@ -68,4 +66,4 @@ TEST(ImportReport, ShowsAHundredProblemsAndCountsTheRest) {
 }
 
 }  // namespace
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::test

@@ -1,0 +1,64 @@
+#include "channels/ImportList.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "text/Units.h"
+
+namespace virtualtv {
+
+namespace {
+
+using import::Format;
+
+std::string count(std::size_t number, const char* thing) {
+  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+}
+
+/// Their titles, each with the name that `--format` takes.
+std::string titlesOfFormats() {
+  std::string titles;
+  for (const Format& format : import::formats()) {
+    titles += (titles.empty() ? "" : ", ") + std::string(format.title) + " (" + std::string(format.name) + ")";
+  }
+  return titles;
+}
+
+const Format& formatOf(const std::string& name, std::string_view content, const ImportOptions& options) {
+  const Format* format = options.format != nullptr ? options.format : import::recognise(content);
+  if (format == nullptr)
+    throw std::runtime_error(name + ": not a channel list of a known format: " + titlesOfFormats());
+  return *format;
+}
+
+}  // namespace
+
+std::vector<std::string> ImportReport::problemLines() const {
+  std::vector<std::string> lines;
+  for (const import::Problem& problem : problems.kept()) {
+    const std::string place = problem.line ? ":" + std::to_string(*problem.line) : ": " + problem.at;
+    lines.push_back(text::printable(list) + place + ": " + problem.reason);
+  }
+  const std::size_t others = problems.count() - problems.kept().size();
+  if (others > 0) lines.push_back(text::printable(list) + ": " + count(others, "more problem"));
+  return lines;
+}
+
+std::string ImportReport::summary() const {
+  return "imported " + count(imported, "service") + ": " + std::to_string(changes.added) + " added, " +
+         std::to_string(changes.changed) + " changed, " + std::to_string(changes.gone) + " gone; " +
+         count(problems.unread(), "line") + " could not be read";
+}
+
+std::string ImportReport::error() const {
+  return imported > 0 ? std::string() : list + ": no service in it";
+}
+
+ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options) {
+  import::Result read = import::read(content, formatOf(name, content, options), options.encoding);
+  ImportReport report{name, read.services.size(), {}, std::move(read.problems)};
+  if (!read.services.empty()) report.changes = tv.import(read.services, options.add);
+  return report;
+}
+
+}  // namespace virtualtv
