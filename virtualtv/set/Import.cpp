@@ -86,7 +86,7 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   std::get<ServicesChanged>(changes.front()).after = store.size();
   appendChanges(state_, next, changes);
   state_ = std::move(next);
-  raise(changes);
+  raise(std::move(changes));
   return counts;
 }
 
@@ -104,7 +104,7 @@ void Tv::removeServices() {
   storage_.parts().state.setAll(keptOf(next));
   transaction.commit();
   state_ = std::move(next);
-  raise(changes);
+  raise(std::move(changes));
 }
 
 }  // namespace virtualtv

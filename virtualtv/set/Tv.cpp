@@ -198,7 +198,7 @@ void Tv::show(WindowId window, const Plane& plane) {
   std::vector<Change> changes;
   appendChanges(state_, next, changes);
   state_ = std::move(next);
-  raise(changes);
+  raise(std::move(changes));
 }
 
 bool Tv::selectAudio(WindowId window, int position) {
@@ -238,7 +238,7 @@ bool Tv::setFavourites(std::uint8_t group, const std::list<std::pair<unsigned lo
     if (change.before != change.after) changes.emplace_back(std::move(change));
   }
   transaction.commit();
-  raise(changes);
+  raise(std::move(changes));
   return true;
 }
 
@@ -251,7 +251,7 @@ void Tv::reset() {
   appendChanges(settings, parts.settings.list(), changes);
   appendChanges(state_, next, changes);
   state_ = std::move(next);
-  raise(changes);
+  raise(std::move(changes));
 }
 
 void Tv::restore(const Snapshot& snapshot) {
@@ -266,7 +266,7 @@ void Tv::restore(const Snapshot& snapshot) {
   parts.state.setAll(keptOf(next));
   transaction.commit();
   state_ = std::move(next);
-  raise(changes);
+  raise(std::move(changes));
 }
 
 void Tv::setSetting(const std::string& key, const Setting& value) {
@@ -275,14 +275,14 @@ void Tv::setSetting(const std::string& key, const Setting& value) {
   SettingChanged change{key, store.get(key), value};
   if (change.before != change.after) changes.emplace_back(std::move(change));
   store.set(key, value);
-  raise(changes);
+  raise(std::move(changes));
 }
 
 bool Tv::removeSetting(const std::string& key) {
   SettingsStore& store = storage_.parts().settings;
-  const std::vector<Change> changes{SettingChanged{key, store.get(key), std::nullopt}};
+  std::vector<Change> changes{SettingChanged{key, store.get(key), std::nullopt}};
   if (!store.unset(key)) return false;
-  raise(changes);
+  raise(std::move(changes));
   return true;
 }
 
@@ -312,7 +312,7 @@ bool Tv::edit(ServiceKey service, const std::function<bool(ServiceStore&)>& writ
   write(storage_.parts().services);
   std::vector<Change> changes;
   appendChanges(service, *before, services().read(service).value_or(Service()), changes);
-  raise(changes);
+  raise(std::move(changes));
   return true;
 }
 
@@ -331,9 +331,9 @@ void Tv::adjust(const std::function<void(TvState&)>& change) {
 
 void Tv::pass(std::uint64_t milliseconds) {
   const std::uint64_t after = state_.clock + milliseconds;
-  const std::vector<Change> changes{KnobChanged{"clock", std::to_string(state_.clock), std::to_string(after)}};
+  std::vector<Change> changes{KnobChanged{"clock", std::to_string(state_.clock), std::to_string(after)}};
   state_.clock = after;
-  raise(changes);
+  raise(std::move(changes));
 }
 
 std::vector<std::string> Tv::takeComplaints() {
@@ -356,16 +356,16 @@ void Tv::commit(TvState next, const char* lastService) {
   }
   transaction.commit();
   state_ = std::move(next);
-  raise(changes);
+  raise(std::move(changes));
 }
 
 /// What changed is persisted by now: a watcher that can't be told for lack of memory changes nothing.
-void Tv::raise(const std::vector<Change>& changes) noexcept {
+void Tv::raise(std::vector<Change> changes) noexcept {
   if (changes.empty()) return;
   ++revision_;
   if (watchers_.empty()) return;
   try {
-    for (const Change& change : changes) watchers_.tell({revision_, change});
+    for (Change& change : changes) watchers_.tell({revision_, std::move(change)});
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
   }
 }

@@ -149,7 +149,7 @@ class Tv {
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
   bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
-  void raise(const std::vector<Change>& changes) noexcept;
+  void raise(std::vector<Change> changes) noexcept;
 
   Storage& storage_;
   Interfaces interfaces_;

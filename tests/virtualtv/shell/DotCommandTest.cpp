@@ -434,7 +434,7 @@ TEST_F(DotCommandTest, ImportThatBringsNothingIsAnErrorBehindWhatItPrintsAndKeep
 TEST_F(DotCommandTest, ImportEscapesItsErrorsOnce) {
   test::write(folder / "l\x01", "# no list\n");
   EXPECT_TRUE(lines(".import l\x01").back().starts_with("error: l\\x01: not a channel list of a known format"));
-  test::write(folder / "l\x01", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:1:70000:1:1:0\n");
+  test::write(folder / "l\x01", "One:474000:B8C23D12G4M64T8Y0:T:27500:301:302:0:0:70000:1:1:0\n");
   EXPECT_EQ(lines(".import l\x01").back(), "error: l\\x01: no service in it");
 }
 

@@ -139,7 +139,7 @@ TEST_F(WalkerTest, TellsOfAReplyThatTheCatalogueDoesNot) {
 
 TEST_F(WalkerTest, TellsOfCommandsThatTheCatalogueOrTheResultsLack) {
   const kel::Command& row = *kel::FindCommand("SetTVMode");
-  const virtualtv::Catalogue empty(R"({"commands": [], "types": {}, "parsing": {}, "answers": {}})");
+  const virtualtv::Catalogue empty(R"({"commands": [], "listCommands": [], "types": {}, "parsing": {}, "answers": {}})");
   EXPECT_EQ(Walker(empty, results).walk(row, {}), Lines{"the catalogue has no command SetTVMode"});
   EXPECT_EQ(Walker(virtualtv::catalogue(), {}).walk(row, {}), Lines{"the table of results has no command SetTVMode"});
 }
@@ -152,7 +152,7 @@ TEST_F(WalkerTest, TellsOfCommandsThatThereAreNoneOf) {
 }
 
 TEST_F(WalkerTest, TellsOfATextThatIsReadAsAnotherNumberThanTheCatalogueSays) {
-  const virtualtv::Catalogue catalogue(R"({"types": {}, "parsing": {}, "answers": {}, "commands": [
+  const virtualtv::Catalogue catalogue(R"({"types": {}, "parsing": {}, "answers": {}, "listCommands": [], "commands": [
     {"name": "SetScreenZorder", "help": "", "failures": [], "answer": {"kind": "code", "reply": "int", "help": ""},
      "parameters": [{"name": "order", "help": "", "parse": "num", "required": true, "unparsed": "answers -1"}]},
     {"name": "SetWindow", "help": "", "failures": [], "answer": {"kind": "code", "reply": "int", "help": ""},
