@@ -30,9 +30,7 @@ class TCServiceData : public TCMarshalable {
 
   TCServiceData();
   TCServiceData(const TCServiceData&);
-  TCServiceData(TCServiceData&&) noexcept;
   TCServiceData& operator=(const TCServiceData&);
-  TCServiceData& operator=(TCServiceData&&) noexcept;
   ~TCServiceData() override;
 
   /// Reads a number. A value wider than the output is cut to its low bits.
@@ -52,9 +50,11 @@ class TCServiceData : public TCMarshalable {
 
   // For the TV service's side.
 
+  static constexpr int number = -1;
+
   struct Field {
     int id;
-    int length;                ///< units of a text, -1 for a number
+    int length;                ///< units of a text, `number` for a number
     unsigned long long value;  ///< the number, or where the text starts in `Units`
   };
 
@@ -66,6 +66,7 @@ class TCServiceData : public TCMarshalable {
 
     const Item* begin() const { return m_items; }
     const Item* end() const { return m_items + m_size; }
+    int size() const { return m_size; }
     const Item& operator[](std::size_t at) const { return m_items[at]; }
 
    private:
@@ -73,6 +74,18 @@ class TCServiceData : public TCMarshalable {
     int m_size;
   };
 
+  /// Fields, each id once, and the units of their texts.
+  struct Content {
+    View<Field> fields;
+    View<unsigned short> units;
+  };
+
+  /// A record that holds this, in one block of memory; the caller deletes it as any other.
+  static TCServiceData* New(const Content& content);
+  static void* operator new(std::size_t size);
+  static void operator delete(void* record);
+  /// Makes the record hold this instead, which is not its own.
+  void Assign(const Content& content);
   /// Adds or replaces a field.
   void Set(int fieldId, unsigned long long value);
   void Set(int fieldId, const unsigned short* text, int length);
@@ -86,12 +99,16 @@ class TCServiceData : public TCMarshalable {
   unsigned short* TextUnits() const;
   bool MayHold(int fieldId) const;
   const Field* Find(int fieldId, bool text) const;
+  int PlaceOf(int fieldId) const;
   void Remove(int fieldId);
   void Append(int fieldId, int length, unsigned long long value);
-  void Swap(TCServiceData& other) noexcept;
+  void Fill(const Content& content);
+  Field* Behind();
+  void Release();
   void Move(int fieldRoom, int unitRoom);
 
-  // One block of memory holds the fields and, behind the room for them, the units of all texts.
+  // One block of memory holds the fields and, behind the room for them, the units of all texts. Of a record that `New`
+  // made this block is the rest of its own.
   Field* m_fields = nullptr;
   int m_fieldCount = 0;
   int m_fieldRoom = 0;

@@ -1,7 +1,7 @@
 // Value types of the TV service: records, criteria and the destructors of its interfaces.
 #include <algorithm>
+#include <array>
 #include <new>
-#include <utility>
 
 #include "tvservice/IAVControl.h"
 #include "tvservice/IDataControl.h"
@@ -46,10 +46,15 @@ TSResolution::TSResolution() : horizontal(0), vertical(0), frequency(0), horizon
 
 namespace {
 
-constexpr int number = -1;  // length of a field that is no text
+constexpr unsigned idBits = 64;
 
 unsigned long long bitOf(int fieldId) {
-  return 1ULL << (static_cast<unsigned>(fieldId) % 64);
+  return 1ULL << (static_cast<unsigned>(fieldId) % idBits);
+}
+
+std::size_t bytesFor(int fields, int units) {
+  return static_cast<std::size_t>(fields) * sizeof(TCServiceData::Field) +
+         static_cast<std::size_t>(units) * sizeof(unsigned short);
 }
 
 // Room to grow into when `needed` is too much for what there is.
@@ -69,55 +74,54 @@ bool store(const TCServiceData::Field* field, Value& value) {
 
 TCServiceData::TCServiceData() = default;
 
-// A copy takes just the memory that it needs.
-TCServiceData::TCServiceData(const TCServiceData& other) : TCMarshalable(other), m_ids(other.m_ids) {
-  Move(other.m_fieldCount, other.m_unitCount);
-  std::copy_n(other.m_fields, other.m_fieldCount, m_fields);
-  m_fieldCount = other.m_fieldCount;
-  std::copy_n(other.TextUnits(), other.m_unitCount, TextUnits());
-  m_unitCount = other.m_unitCount;
+TCServiceData* TCServiceData::New(const Content& content) {
+  const int fieldRoom = content.fields.size();
+  const int unitRoom = content.units.size();
+  auto* const record = ::new (::operator new(sizeof(TCServiceData) + bytesFor(fieldRoom, unitRoom))) TCServiceData();
+  record->m_fields = record->Behind();
+  record->m_fieldRoom = fieldRoom;
+  record->m_unitRoom = unitRoom;
+  record->Fill(content);
+  return record;
 }
 
-TCServiceData::TCServiceData(TCServiceData&& other) noexcept {
-  Swap(other);
+void* TCServiceData::operator new(std::size_t size) {
+  return ::operator new(size);
+}
+
+// Without a size: that of the object alone would not be right for one that `New` made.
+void TCServiceData::operator delete(void* record) {
+  ::operator delete(record);
+}
+
+// A copy takes just the memory that it needs.
+TCServiceData::TCServiceData(const TCServiceData& other) : TCMarshalable(other) {
+  Assign({other.Fields(), other.Units()});
 }
 
 TCServiceData& TCServiceData::operator=(const TCServiceData& other) {
-  TCServiceData copy(other);
-  Swap(copy);
-  return *this;
-}
-
-TCServiceData& TCServiceData::operator=(TCServiceData&& other) noexcept {
-  TCServiceData moved(std::move(other));
-  Swap(moved);
+  if (this != &other) Assign({other.Fields(), other.Units()});
   return *this;
 }
 
 TCServiceData::~TCServiceData() {
-  ::operator delete(m_fields);
+  Release();
 }
 
-void TCServiceData::Swap(TCServiceData& other) noexcept {
-  std::swap(m_fields, other.m_fields);
-  std::swap(m_fieldCount, other.m_fieldCount);
-  std::swap(m_fieldRoom, other.m_fieldRoom);
-  std::swap(m_unitCount, other.m_unitCount);
-  std::swap(m_unitRoom, other.m_unitRoom);
-  std::swap(m_ids, other.m_ids);
+TCServiceData::Field* TCServiceData::Behind() {
+  return reinterpret_cast<Field*>(this + 1);
+}
+
+void TCServiceData::Release() {
+  if (m_fields != Behind()) ::operator delete(m_fields);
 }
 
 // Takes what is held to a block with other room, enough for it.
 void TCServiceData::Move(int fieldRoom, int unitRoom) {
-  const auto fieldBytes = static_cast<std::size_t>(fieldRoom) * sizeof(Field);
-  const auto unitBytes = static_cast<std::size_t>(unitRoom) * sizeof(unsigned short);
-  if (fieldBytes + unitBytes == 0) return;
-  auto* const block = static_cast<unsigned char*>(::operator new(fieldBytes + unitBytes));
-  auto* const fields = reinterpret_cast<Field*>(block);
-  auto* const units = reinterpret_cast<unsigned short*>(block + fieldBytes);
+  auto* const fields = static_cast<Field*>(::operator new(bytesFor(fieldRoom, unitRoom)));
   std::copy_n(m_fields, m_fieldCount, fields);
-  std::copy_n(TextUnits(), m_unitCount, units);
-  ::operator delete(m_fields);
+  std::copy_n(TextUnits(), m_unitCount, reinterpret_cast<unsigned short*>(fields + fieldRoom));
+  Release();
   m_fields = fields;
   m_fieldRoom = fieldRoom;
   m_unitRoom = unitRoom;
@@ -133,11 +137,22 @@ bool TCServiceData::MayHold(int fieldId) const {
 }
 
 const TCServiceData::Field* TCServiceData::Find(int fieldId, bool text) const {
-  if (!MayHold(fieldId)) return nullptr;
-  for (const Field& field : Fields()) {
-    if (field.id == fieldId) return (field.length != number) == text ? &field : nullptr;
+  // The records of a list hold a field at the same place, so that where it was last is a good guess.
+  static thread_local std::array<int, idBits> places{};
+  int& place = places[static_cast<unsigned>(fieldId) % idBits];
+  if (place >= m_fieldCount || m_fields[place].id != fieldId) {
+    if (!MayHold(fieldId)) return nullptr;
+    place = PlaceOf(fieldId);
+    if (place == m_fieldCount) return nullptr;
   }
-  return nullptr;
+  const Field& field = m_fields[place];
+  return (field.length != number) == text ? &field : nullptr;
+}
+
+int TCServiceData::PlaceOf(int fieldId) const {
+  int place = 0;
+  while (place < m_fieldCount && m_fields[place].id != fieldId) ++place;
+  return place;
 }
 
 bool TCServiceData::Get(int fieldId, unsigned char& value) const {
@@ -194,6 +209,23 @@ void TCServiceData::Set(int fieldId, const unsigned short* text, int length) {
   std::copy_n(text, length, TextUnits() + m_unitCount);
   Append(fieldId, length, static_cast<unsigned long long>(m_unitCount));
   m_unitCount += length;
+}
+
+void TCServiceData::Assign(const Content& content) {
+  Clear();
+  const int fieldRoom = content.fields.size();
+  const int unitRoom = content.units.size();
+  if (fieldRoom > m_fieldRoom || unitRoom > m_unitRoom) Move(fieldRoom, unitRoom);
+  Fill(content);
+}
+
+// There is room for it.
+void TCServiceData::Fill(const Content& content) {
+  m_fieldCount = content.fields.size();
+  m_unitCount = content.units.size();
+  std::copy_n(content.fields.begin(), m_fieldCount, m_fields);
+  std::copy_n(content.units.begin(), m_unitCount, TextUnits());
+  for (const Field& field : content.fields) m_ids |= bitOf(field.id);
 }
 
 void TCServiceData::Clear() {

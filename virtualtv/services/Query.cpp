@@ -105,6 +105,7 @@ std::string sqlOf(const QueryShape& shape) {
 Query::Query(Database& database, QueryShape shape)
     : shape_(std::move(shape)), statement_(database, sqlOf(shape_), "look up services") {
   for (const int fieldId : shape_.fetch) fetched_.push_back({fieldId, knownField(fieldId)});
+  fields_.resize(fetched_.size());
   for (const int fieldId : shape_.where) conditions_.push_back(knownField(fieldId));
 }
 
@@ -118,23 +119,34 @@ int Query::bindConditions(const std::vector<std::uint64_t>& values) {
   return parameter;
 }
 
-void Query::read(const Rows& rows, TCServiceData& record) {
-  int number = 0;
+TCServiceData::Content Query::read(const Rows& rows) {
+  int column = 0;
+  int units = 0;
+  TCServiceData::Field* end = fields_.data();
   for (const Fetched& fetched : fetched_) {
-    const Column column = rows[number++];
-    if (column.isInteger()) {
-      record.Set(fetched.fieldId, fromColumn(fetched.field, column.integer()));
-    } else if (!column.isNull()) {
-      readText(fetched.fieldId, column.bytes(), record);
+    const Column value = rows[column++];
+    switch (value.type()) {
+      case SQLITE_INTEGER:
+        *end++ = {fetched.fieldId, TCServiceData::number, fromColumn(fetched.field, value.integer())};
+        break;
+      case SQLITE_NULL:
+        break;
+      default:
+        const int length = keepText(value.bytes(), units);
+        *end++ = {fetched.fieldId, length, static_cast<unsigned long long>(units)};
+        units += length;
     }
   }
+  return {{fields_.data(), static_cast<int>(end - fields_.data())}, {units_.data(), units}};
 }
 
-void Query::readText(int fieldId, Bytes bytes, TCServiceData& record) {
+/// Keeps the units of a text behind those that are there. @return how many.
+int Query::keepText(Bytes bytes, int start) {
+  const auto end = static_cast<std::size_t>(start) + bytes.size() / 2;
+  if (end > units_.size()) units_.resize(end);
   // A record's units are the bytes as stored; what SQLite hands out need not be aligned for them.
-  units_.resize(bytes.size() / 2);
-  if (!units_.empty()) std::memcpy(units_.data(), bytes.data(), units_.size() * 2);
-  record.Set(fieldId, units_.data(), static_cast<int>(units_.size()));
+  if (!bytes.empty()) std::memcpy(units_.data() + start, bytes.data(), bytes.size() / 2 * 2);
+  return static_cast<int>(bytes.size() / 2);
 }
 
 Query& QueryCache::find(const QueryShape& shape) {

@@ -70,12 +70,12 @@ class Query {
     return statement_.start();
   }
 
-  /// Adds the fields of a row to an empty record, those that the service has.
-  void read(const Rows& rows, TCServiceData& record);
+  /// The fields of a row, those that the service has; valid until the next call.
+  TCServiceData::Content read(const Rows& rows);
 
  private:
   int bindConditions(const std::vector<std::uint64_t>& values);
-  void readText(int fieldId, Bytes bytes, TCServiceData& record);
+  int keepText(Bytes bytes, int start);
 
   struct Fetched {
     int fieldId;
@@ -85,7 +85,9 @@ class Query {
   QueryShape shape_;
   std::vector<Fetched> fetched_;
   std::vector<const KnownField*> conditions_;
-  std::vector<unsigned short> units_;  ///< kept to be filled again
+  // Of the row that was read; they keep their memory.
+  std::vector<TCServiceData::Field> fields_;
+  std::vector<unsigned short> units_;
   Statement statement_;
 };
 

@@ -41,8 +41,7 @@ Service updated(const Service& before, const Service& listed) {
 // Reads the first row of a run into a record, if there is one.
 bool readOne(Query& query, Rows rows, TCServiceData& record) {
   if (!rows.next()) return false;
-  record.Clear();
-  query.read(rows, record);
+  record.Assign(query.read(rows));
   return true;
 }
 
@@ -276,10 +275,7 @@ int ServiceStore::list(const TCCriteriaHelper& criteria, const TSTvMode& mode,
   Rows rows = query.start(question_.values);
   int count = 0;
   for (; rows.next(); ++count) {
-    // A copy takes just the memory that it needs; the one that is filled keeps its own.
-    scratch_.Clear();
-    query.read(rows, scratch_);
-    auto record = std::make_unique<TCServiceData>(scratch_);
+    std::unique_ptr<TCServiceData> record(TCServiceData::New(query.read(rows)));
     records.push_back(record.get());
     static_cast<void>(record.release());
   }

@@ -128,7 +128,6 @@ class ServiceStore {
   // mutable: what runs them does not change the services
   mutable QueryCache queries_;
   mutable Question question_;
-  mutable TCServiceData scratch_;
   mutable Statement size_;
   mutable Statement keys_;
   mutable Statement spotOf_;

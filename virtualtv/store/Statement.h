@@ -20,8 +20,9 @@ class Rows;
 /// One column of a row, for those who look at it more than once. Bytes are valid until the run goes on.
 class Column {
  public:
-  bool isNull() const { return sqlite3_value_type(value_) == SQLITE_NULL; }
-  bool isInteger() const { return sqlite3_value_type(value_) == SQLITE_INTEGER; }
+  int type() const { return sqlite3_value_type(value_); }  ///< as SQLite has them: `SQLITE_NULL` and so on
+  bool isNull() const { return type() == SQLITE_NULL; }
+  bool isInteger() const { return type() == SQLITE_INTEGER; }
   std::int64_t integer() const { return sqlite3_value_int64(value_); }
   Bytes bytes() const {
     const auto* start = static_cast<const std::byte*>(sqlite3_value_blob(value_));

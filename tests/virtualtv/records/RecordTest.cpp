@@ -3,8 +3,8 @@
 
 #include <array>
 #include <limits>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tvservice/TCServiceData.h"
@@ -178,14 +178,59 @@ TEST_F(RecordCopy, AssignedToItselfStays) {
   expectWhole(record);
 }
 
-TEST_F(RecordCopy, OrMoveTakesAllWithIt) {
-  TCServiceData moved(std::move(record));
-  expectWhole(moved);
+class RecordInOneBlock : public RecordCopy {
+ protected:
+  const std::unique_ptr<TCServiceData> made{TCServiceData::New({record.Fields(), record.Units()})};
+};
+
+TEST_F(RecordInOneBlock, HoldsWhatItWasMadeOf) {
+  record.Clear();
+  expectWhole(*made);
+  EXPECT_EQ(numberOf(*made, 12 + 64, 7), 7U);
+}
+
+TEST_F(RecordInOneBlock, GrowsAsAnyOther) {
+  made->Set(13, 4);
+  setText(*made, 110, Units(100, 5));
+  EXPECT_EQ(idsOf(*made), (std::vector<int>{12, 16, 13, 110}));
+  EXPECT_EQ(numberOf(*made, 12, 0), 1U);
+  EXPECT_EQ(textOf(*made, 16), (Units{1, 2, 3}));
+  EXPECT_EQ(textOf(*made, 110), Units(100, 5));
+}
+
+TEST_F(RecordInOneBlock, IsCopiedAndAssigned) {
+  TCServiceData copy(*made);
+  *made = TCServiceData();
+  EXPECT_TRUE(idsOf(*made).empty());
+  expectWhole(copy);
+  copy.Set(300, 3);
+  *made = copy;
+  EXPECT_EQ(numberOf(*made, 300, 7), 3U);
+}
+
+TEST_F(RecordInOneBlock, MayBeEmpty) {
+  const std::unique_ptr<TCServiceData> empty(TCServiceData::New({TCServiceData().Fields(), TCServiceData().Units()}));
+  EXPECT_TRUE(idsOf(*empty).empty());
+  empty->Set(12, 1);
+  EXPECT_EQ(numberOf(*empty, 12, 0), 1U);
+}
+
+TEST(Record, FindsAFieldWhereverTheLastRecordHadIt) {
+  TCServiceData one;
+  for (const int id : {1, 2, 3}) one.Set(id, static_cast<unsigned long long>(id));
   TCServiceData other;
-  other.Set(300, 3);
-  other = std::move(moved);
-  expectWhole(other);
-  EXPECT_EQ(numberOf(other, 300, 7), 7U);
+  for (const int id : {3, 2, 66}) other.Set(id, static_cast<unsigned long long>(id) * 10);
+  TCServiceData shorter;
+  shorter.Set(3, 300);
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(numberOf(one, 3, 0), 3U);
+    EXPECT_EQ(numberOf(other, 3, 0), 30U);
+    EXPECT_EQ(numberOf(one, 3, 0), 3U);
+    EXPECT_EQ(numberOf(shorter, 3, 0), 300U);
+    EXPECT_EQ(numberOf(other, 66, 0), 660U);
+    EXPECT_EQ(numberOf(one, 66, 7), 7U);
+    EXPECT_EQ(numberOf(one, 2, 0), 2U);
+  }
 }
 
 }  // namespace
