@@ -73,7 +73,7 @@ virtualtv::Service service(std::map<int, std::uint64_t> numbers, std::u16string 
 TvTest::TvTest() {
   calls_ = device().subscribe({.calls = true});
   log_ = virtualtv::framework::listenToLog(3, [this](const LogLine& line) {
-    if (!breaking_.empty() && line.masked == breaking_) {
+    if (!breaking_.empty() && line.message.masked() == breaking_) {
       breaking_.clear();
       if (saying_ == Saying::nothing) throw Silent();
       throw std::runtime_error("no log");
@@ -132,7 +132,7 @@ Lines TvTest::callsOf(const std::string& operation) {
 Lines TvTest::logs() {
   Lines lines;
   for (const LogLine& line : messages()) {
-    lines.push_back(std::to_string(line.level) + " " + line.masked);
+    lines.push_back(std::to_string(line.level) + " " + line.message.masked());
   }
   return lines;
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "framework/Message.h"
 #include "notify/Listeners.h"
 
 /// Where the plug-in's log lines end: a filter by level, then those who listen.
@@ -14,9 +15,7 @@ struct LogLine {
   int channel = 0;       ///< of the framework's log
   int place = 0;         ///< source line, from the location line before it
   std::string function;  ///< from there, too
-  std::string format;
-  std::string text;    ///< as rendered
-  std::string masked;  ///< the same with addresses, line numbers, thread ids and pointer-valued numbers as `*`
+  Message message;
 };
 
 /// Calls `heard` with each message of at most this level (0 failures and routine lines, 3 all), inside the call that

@@ -79,7 +79,7 @@ class Desk {
         session_(device_, fs::current_path()) {
     if (wishes.logLevel < 0) return;
     log_ = framework::listenToLog(wishes.logLevel, [](const framework::LogLine& line) {
-      std::cerr << "log " << line.level << " " << oneLine(line.text) << "\n";
+      std::cerr << "log " << line.level << " " << oneLine(line.message.text()) << "\n";
     });
   }
 

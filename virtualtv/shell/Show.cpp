@@ -21,7 +21,8 @@ Lines callLines(const device::Deed& deed) {
 Lines logLines(const device::Deed& deed, int level) {
   Lines lines;
   for (const framework::LogLine& line : deed.log) {
-    if (line.level <= level) lines.push_back("log " + std::to_string(line.level) + " " + oneLine(line.masked));
+    if (line.level <= level)
+      lines.push_back("log " + std::to_string(line.level) + " " + oneLine(line.message.masked()));
   }
   return lines;
 }

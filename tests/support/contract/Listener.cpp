@@ -41,8 +41,9 @@ std::string escaped(const std::string& text) {
 }
 
 std::string contractLine(const LogLine& line) {
-  const bool fixedText = line.format == "%s";  // it came out of a table of texts
-  return escaped(fixedText ? line.text : line.format) + "\t" + std::to_string(line.level) + "\t" + line.function;
+  const bool fixedText = line.message.format() == "%s";  // it came out of a table of texts
+  return escaped(fixedText ? line.message.text() : line.message.format()) + "\t" + std::to_string(line.level) + "\t" +
+         line.function;
 }
 
 /// Writes a message at once, as a process may be killed any time.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -36,8 +37,8 @@ TEST_F(LogTest, HoldsTheLocationLineBackForItsMessage) {
   EXPECT_EQ(lines[0].level, 3);
   EXPECT_EQ(lines[0].function, "GetSource");
   EXPECT_EQ(lines[0].place, 120);
-  EXPECT_EQ(lines[0].format, "source = [%d]");
-  EXPECT_EQ(lines[0].text, "source = [5]");
+  EXPECT_EQ(lines[0].message.format(), "source = [%d]");
+  EXPECT_EQ(lines[0].message.text(), "source = [5]");
 }
 
 TEST_F(LogTest, AMessageWithoutLocationLineHasNoFunction) {
@@ -99,8 +100,26 @@ TEST_F(LogTest, RendersTextsOfAnyLength) {
   const std::string longText(100000, 'x');
   CKELDebug::PrintLog(2, 0, "<%s>", longText.c_str());
   ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].text, "<" + longText + ">");
-  EXPECT_EQ(lines[0].masked, lines[0].text);
+  EXPECT_EQ(lines[0].message.text(), "<" + longText + ">");
+  EXPECT_EQ(lines[0].message.masked(), lines[0].message.text());
+}
+
+TEST_F(LogTest, AMessageKeepsWhatItWasGiven) {
+  std::string format = "[%s]";
+  std::string text = "then";
+  CKELDebug::PrintLog(2, 0, format.c_str(), text.c_str());
+  format.replace(0, 1, "<");
+  text = "now!";
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].message.text(), "[then]");
+}
+
+TEST_F(LogTest, ReadsOfATextWithAPrecisionNoMoreThanThat) {
+  const std::array<char, 3> endless{'a', 'b', 'c'};
+  CKELDebug::PrintLog(2, 0, "%.3s|%.*s|%.s|%.0s", endless.data(), 2, endless.data(), endless.data(), endless.data());
+  CKELDebug::PrintLog(2, 0, "%.*s|%*.*s", -1, "whole", 4, 1, endless.data());
+  EXPECT_EQ(lines[0].message.text(), "abc|ab||");
+  EXPECT_EQ(lines[1].message.text(), "whole|   a");
 }
 
 TEST_F(LogTest, RendersEachConversionAsPrintfDoes) {
@@ -111,24 +130,24 @@ TEST_F(LogTest, RendersEachConversionAsPrintfDoes) {
   CKELDebug::PrintLog(2, 0, "%s|%.2s|%5s|%-5s|%*d|%.*s", "text", "text", "t", "t", 4, 1, 3, "abcdef");
   CKELDebug::PrintLog(2, 0, "%.2f|%g|%e", 1.5, 0.25, 1000.0);
   ASSERT_EQ(lines.size(), 4U);
-  EXPECT_EQ(lines[0].text, "-7|   42|42   |00042|+42|3|4000000000|ff|FF|10|z|%");
-  EXPECT_EQ(lines[1].text, "-8|8|-9|18446744073709551615|7|4464|44");
-  EXPECT_EQ(lines[2].text, "text|te|    t|t    |   1|abc");
-  EXPECT_EQ(lines[3].text, "1.50|0.25|1.000000e+03");
+  EXPECT_EQ(lines[0].message.text(), "-7|   42|42   |00042|+42|3|4000000000|ff|FF|10|z|%");
+  EXPECT_EQ(lines[1].message.text(), "-8|8|-9|18446744073709551615|7|4464|44");
+  EXPECT_EQ(lines[2].message.text(), "text|te|    t|t    |   1|abc");
+  EXPECT_EQ(lines[3].message.text(), "1.50|0.25|1.000000e+03");
 }
 
 TEST_F(LogTest, ANullTextIsWrittenAsSuch) {
   const char* none = nullptr;
   CKELDebug::PrintLog(2, 0, "[%s]", none);
   ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].text, "[(null)]");
+  EXPECT_EQ(lines[0].message.text(), "[(null)]");
 }
 
 TEST_F(LogTest, MasksAddresses) {
   CKELDebug::PrintLog(2, 0, "[CEmpTaskWindow::Create][%p] begin.", static_cast<void*>(this));
   ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].masked, "[CEmpTaskWindow::Create][*] begin.");
-  EXPECT_NE(lines[0].text, lines[0].masked);
+  EXPECT_EQ(lines[0].message.masked(), "[CEmpTaskWindow::Create][*] begin.");
+  EXPECT_NE(lines[0].message.text(), lines[0].message.masked());
 }
 
 TEST_F(LogTest, MasksLineNumbersButNotOtherNumbers) {
@@ -136,36 +155,36 @@ TEST_F(LogTest, MasksLineNumbersButNotOtherNumbers) {
   CKELDebug::PrintLog(2, 0, banner, "Window/Src/X", "Create", 77);
   CKELDebug::PrintLog(2, 0, "[%s][%s][%d] size=[%d]", "a", "b", 77, 5);
   ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[0].masked, "FILE=[Window/Src/X] FUNCTION=[Create] LINE=[*]");
-  EXPECT_EQ(lines[1].masked, "\033[2;31;42m !!!!ERROR!!!![Window/Src/X][Create][*] \033[0m");
-  EXPECT_EQ(lines[1].text, "\033[2;31;42m !!!!ERROR!!!![Window/Src/X][Create][77] \033[0m");
-  EXPECT_EQ(lines[2].masked, "[a][b][77] size=[5]");
+  EXPECT_EQ(lines[0].message.masked(), "FILE=[Window/Src/X] FUNCTION=[Create] LINE=[*]");
+  EXPECT_EQ(lines[1].message.masked(), "\033[2;31;42m !!!!ERROR!!!![Window/Src/X][Create][*] \033[0m");
+  EXPECT_EQ(lines[1].message.text(), "\033[2;31;42m !!!!ERROR!!!![Window/Src/X][Create][77] \033[0m");
+  EXPECT_EQ(lines[2].message.masked(), "[a][b][77] size=[5]");
 }
 
 TEST_F(LogTest, MasksThreadIdsAndPointerValuedNumbers) {
   CKELDebug::PrintLog(2, 0, "[%s],pid = %lu", "x", static_cast<unsigned long>(pthread_self()));
   CKELDebug::PrintLog(2, 3, "GetSignalStrength sigStrength is %d", 12345);
   ASSERT_EQ(lines.size(), 2U);
-  EXPECT_EQ(lines[0].masked, "[x],pid = *");
-  EXPECT_EQ(lines[1].masked, "GetSignalStrength sigStrength is *");
+  EXPECT_EQ(lines[0].message.masked(), "[x],pid = *");
+  EXPECT_EQ(lines[1].message.masked(), "GetSignalStrength sigStrength is *");
 }
 
 TEST_F(LogTest, PidsOfTracksAreNotMasked) {
   CKELDebug::PrintLog(2, 3, "audio.pid = %d,pid = %d!", 256, 257);
   ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].masked, "audio.pid = 256,pid = 257!");
+  EXPECT_EQ(lines[0].message.masked(), "audio.pid = 256,pid = 257!");
 }
 
 TEST_F(LogTest, ArgumentsThatLookLikeAMarkMaskNothing) {
   CKELDebug::PrintLog(2, 0, "%s%d", "LINE=[", 5);
   ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].masked, "LINE=[5");
+  EXPECT_EQ(lines[0].message.masked(), "LINE=[5");
 }
 
 TEST_F(LogTest, KeepsLineBreaksOfTheMessage) {
   CKELDebug::PrintLog(2, 0, "ExecuteWithParamList[%s]\n", "a\nb");
   ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].text, "ExecuteWithParamList[a\nb]\n");
+  EXPECT_EQ(lines[0].message.text(), "ExecuteWithParamList[a\nb]\n");
 }
 
 }  // namespace

@@ -21,12 +21,14 @@ std::string joined(const Lines& lines) {
 std::optional<int> finishOf(const Deed& deed) {
   constexpr std::string_view format = "CEmpEngineWindow::Execute Command[%s] Finish result[%d].";
   constexpr std::string_view end = "].";
-  const auto line =
-      std::find_if(deed.log.rbegin(), deed.log.rend(), [&](const auto& logged) { return logged.format == format; });
+  const auto line = std::find_if(deed.log.rbegin(), deed.log.rend(),
+                                 [&](const auto& logged) { return logged.message.format() == format; });
   if (line == deed.log.rend()) return std::nullopt;
-  const std::size_t start = line->text.rfind('[') + 1;
+  const std::size_t start = line->message.text().rfind('[') + 1;
   int number = 0;
-  if (!kel::StringToNumber(line->text.substr(start, line->text.size() - start - end.size()), number)) return {};
+  if (!kel::StringToNumber(line->message.text().substr(start, line->message.text().size() - start - end.size()),
+                           number))
+    return {};
   return number;
 }
 

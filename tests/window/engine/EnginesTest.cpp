@@ -75,8 +75,8 @@ TEST_F(EnginesTest, LinesOfAnEnginesBeginAndEndStandUnderItsOwnOperations) {
   close();
   for (const auto& line : messages()) {
     for (const std::string name : {"CEmpEngineWindow", "~CEmpEngineWindow"}) {
-      const bool own = line.text.rfind("[CEmpEngineWindow::" + name + "]", 0) == 0;
-      EXPECT_TRUE(!own || line.function == name) << line.text << " under " << line.function;
+      const bool own = line.message.text().rfind("[CEmpEngineWindow::" + name + "]", 0) == 0;
+      EXPECT_TRUE(!own || line.function == name) << line.message.text() << " under " << line.function;
     }
   }
 }

@@ -31,7 +31,7 @@ TEST_F(FrameTest, LogsOnTheChannelOfPlugIns) {
   execute("SetChannel", {"2", "0"});
   const std::vector<virtualtv::framework::LogLine> lines = messages();
   EXPECT_FALSE(lines.empty());
-  for (const virtualtv::framework::LogLine& line : lines) EXPECT_EQ(line.channel, 2) << line.text;
+  for (const virtualtv::framework::LogLine& line : lines) EXPECT_EQ(line.channel, 2) << line.message.text();
 }
 
 TEST_F(FrameTest, LogsAllFourParametersAlsoThoseThatTheCommandDoesNotTake) {
@@ -45,12 +45,12 @@ TEST_F(FrameTest, LogsTheCallingThreadAndTheEngineUnderTheNameOfItsOperation) {
   const std::vector<LogLine> lines = messages();
   ASSERT_EQ(lines.size(), 6U);
   const std::string thread = ",pid = " + std::to_string(pthread_self());
-  const std::string engine = lines[0].text.substr(0, lines[0].text.find("] [") + 1);
+  const std::string engine = lines[0].message.text().substr(0, lines[0].message.text().find("] [") + 1);
   for (const std::size_t call : {0U, 4U}) {
-    EXPECT_EQ(lines[call].text.substr(lines[call].text.rfind(',')), thread);
-    EXPECT_EQ(lines[call].text.substr(0, engine.size()), engine) << "the engine's own address";
+    EXPECT_EQ(lines[call].message.text().substr(lines[call].message.text().rfind(',')), thread);
+    EXPECT_EQ(lines[call].message.text().substr(0, engine.size()), engine) << "the engine's own address";
   }
-  for (const std::size_t at : {0U, 3U, 4U, 5U}) EXPECT_EQ(lines[at].function, "Execute") << lines[at].text;
+  for (const std::size_t at : {0U, 3U, 4U, 5U}) EXPECT_EQ(lines[at].function, "Execute") << lines[at].message.text();
 }
 
 TEST_F(FrameTest, FinishesWithTheWorkersResult) {
@@ -149,7 +149,7 @@ TEST_F(FrameTest, AnExceptionIsToldAndAnsweredWithMinusOneAlsoWithAParameterList
 TEST_F(FrameTest, LinesOfTheEntryWithAParameterListStandUnderItsName) {
   executeWithParamList("NoSuchCommand", {});
   executeWithParamList("", {});
-  for (const LogLine& line : messages()) EXPECT_EQ(line.function, "ExecuteWithParamList") << line.text;
+  for (const LogLine& line : messages()) EXPECT_EQ(line.function, "ExecuteWithParamList") << line.message.text();
 }
 
 }  // namespace

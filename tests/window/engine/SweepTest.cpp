@@ -119,9 +119,12 @@ void LocationTest::expectLocations() {
   EXPECT_FALSE(told.empty());
   for (const LogLine& line : told) {
     EXPECT_TRUE(engine::isLineOf(line.function, line.place))
-        << line.place << " is no line of " << line.function << ", which logs " << line.masked;
-    if (line.format.find("LINE=[%d]") == std::string::npos && line.format.find("ERROR") == std::string::npos) continue;
-    EXPECT_NE(line.text.find("[" + std::to_string(line.place) + "]"), std::string::npos) << line.text;
+        << line.place << " is no line of " << line.function << ", which logs " << line.message.masked();
+    if (line.message.format().find("LINE=[%d]") == std::string::npos &&
+        line.message.format().find("ERROR") == std::string::npos)
+      continue;
+    EXPECT_NE(line.message.text().find("[" + std::to_string(line.place) + "]"), std::string::npos)
+        << line.message.text();
   }
 }
 

@@ -46,7 +46,7 @@ TEST_P(VideoOperation, LogsEverythingUnderItsNameButWhatItReadsTheSourceWith) {
   run();
   for (const auto& line : messages()) {
     const bool own = line.function.rfind("t_", 0) != 0;
-    EXPECT_TRUE(!own || line.function == operation().name) << line.text << " under " << line.function;
+    EXPECT_TRUE(!own || line.function == operation().name) << line.message.text() << " under " << line.function;
   }
 }
 

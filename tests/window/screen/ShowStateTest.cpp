@@ -200,7 +200,7 @@ TEST_F(ShowStateTest, LogsTheSelectionUnderItsOwnName) {
   fault(factory + " result=1");
   ask();
   ask();
-  for (const auto& line : messages()) EXPECT_EQ(line.function, "GetState_Show") << line.text;
+  for (const auto& line : messages()) EXPECT_EQ(line.function, "GetState_Show") << line.message.text();
 }
 
 /// A source control that can't be made: how, and for which window.

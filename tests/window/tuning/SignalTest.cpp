@@ -41,7 +41,7 @@ TEST_F(SignalTest, LogsThePlaceOfTheStrengthNotItsValue) {
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[1].level, 3);
   const int pointer = static_cast<int>(reinterpret_cast<std::uintptr_t>(&strength));
-  EXPECT_EQ(lines[1].text, "GetSignalStrength sigStrength is " + std::to_string(pointer));
+  EXPECT_EQ(lines[1].message.text(), "GetSignalStrength sigStrength is " + std::to_string(pointer));
 }
 
 TEST_F(SignalTest, AFailureAnswersMinus1) {

@@ -1,0 +1,187 @@
+#include "framework/Message.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+namespace virtualtv::framework {
+
+namespace {
+
+/// What stands before a number that differs from run to run.
+constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "[%s],pid = ", "sigStrength is ",
+                                                       "ERROR!!!![%s][%s]["};
+
+bool isMasked(std::string_view before, char letter) {
+  if (letter == 'p') return true;
+  return std::any_of(beforeMasked.begin(), beforeMasked.end(),
+                     [=](std::string_view mark) { return before.ends_with(mark); });
+}
+
+/// One conversion of a format, as in "%-5ld".
+struct Conversion {
+  std::string_view layout;    ///< flags, width and precision; a star takes an argument
+  std::string_view modifier;  ///< "l", "hh" and so on
+  char letter = '\0';         ///< 'd', 's' and so on; 0 when the format ends inside
+
+  bool isInteger() const { return std::string_view("diuoxXc").find(letter) != std::string_view::npos; }
+  bool isFloat() const { return std::string_view("eEfFgGaA").find(letter) != std::string_view::npos; }
+  bool isPrinted() const { return isInteger() || isFloat() || letter == 's' || letter == 'p'; }
+};
+
+std::string_view takeAnyOf(std::string_view letters, const char*& format) {
+  const char* const start = format;
+  while (*format != '\0' && letters.find(*format) != std::string_view::npos) ++format;
+  return {start, static_cast<std::size_t>(format - start)};
+}
+
+/// Reads the conversion behind a '%' and moves on behind it.
+Conversion takeConversion(const char*& format) {
+  Conversion conversion;
+  conversion.layout = takeAnyOf("-+ #0123456789.*", format);
+  conversion.modifier = takeAnyOf("hlqjztL", format);
+  if (*format != '\0') conversion.letter = *format++;
+  return conversion;
+}
+
+/// The arguments of a call. A class of its own, since a `va_list` changes its type when it is passed on.
+class Arguments {
+ public:
+  explicit Arguments(va_list list) { va_copy(list_, list); }
+  Arguments(const Arguments&) = delete;
+  Arguments& operator=(const Arguments&) = delete;
+  ~Arguments() { va_end(list_); }
+
+  template <typename Value>
+  Value next() {
+    return va_arg(list_, Value);
+  }
+
+ private:
+  va_list list_;
+};
+
+/// Adds an integer as the modifier passes it.
+template <typename Kept>
+void keepInteger(std::string_view modifier, Arguments& arguments, Kept& kept) {
+  if (modifier == "l" || modifier == "j" || modifier == "t") {
+    static_assert(sizeof(std::intmax_t) == sizeof(long) && sizeof(std::ptrdiff_t) == sizeof(long));
+    kept.emplace_back(arguments.next<long>());
+  } else if (modifier == "ll" || modifier == "q") {
+    kept.emplace_back(arguments.next<long long>());
+  } else if (modifier == "z") {
+    kept.emplace_back(arguments.next<std::size_t>());
+  } else {
+    kept.emplace_back(arguments.next<int>());
+  }
+}
+
+/// How much of a text is read at most: one with a precision need not end. @param star  the value of the last star.
+std::size_t limitOf(std::string_view layout, int star) {
+  constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+  const std::size_t point = layout.find('.');
+  if (point == std::string_view::npos) return none;
+  const std::string_view digits = layout.substr(point + 1);
+  if (digits.starts_with('*')) return star < 0 ? none : static_cast<std::size_t>(star);
+  std::size_t limit = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), limit);
+  return limit;
+}
+
+template <typename Value>
+std::string print(const std::string& spec, Value value) {
+  const int length = std::snprintf(nullptr, 0, spec.c_str(), value);
+  if (length < 0) return spec;
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  std::snprintf(text.data(), text.size(), spec.c_str(), value);
+  text.pop_back();
+  return text;
+}
+
+std::string print(const std::string& spec, const std::string& value) {
+  return print(spec, value.c_str());
+}
+
+/// The text of a conversion, whose arguments are taken.
+template <typename Iterator>
+std::string printed(const Conversion& conversion, Iterator& argument) {
+  std::string spec = "%";
+  for (const char sign : conversion.layout) {
+    if (sign != '*') {
+      spec += sign;
+      continue;
+    }
+    const int star = std::get<int>(*argument++);
+    if (star < 0 && spec.back() == '.') {
+      spec.pop_back();  // as if there were no precision
+    } else {
+      spec += std::to_string(star);
+    }
+  }
+  spec += conversion.modifier;
+  if (conversion.letter != '\0') spec += conversion.letter;
+  if (conversion.isPrinted()) return std::visit([&](const auto& value) { return print(spec, value); }, *argument++);
+  if (conversion.letter == '%') return "%";
+  return conversion.letter == 'n' ? "" : spec;
+}
+
+}  // namespace
+
+Message::Message(const char* format, va_list list) : format_(format) {
+  Arguments arguments(list);
+  for (const char* at = std::strchr(format, '%'); at != nullptr; at = std::strchr(at, '%')) {
+    constexpr std::size_t usual = 8;
+    if (arguments_.empty()) arguments_.reserve(usual);
+    const Conversion conversion = takeConversion(++at);
+    int star = -1;
+    for (auto stars = std::count(conversion.layout.begin(), conversion.layout.end(), '*'); stars > 0; --stars) {
+      star = arguments.next<int>();
+      arguments_.emplace_back(star);
+    }
+    if (conversion.isInteger()) {
+      keepInteger(conversion.modifier, arguments, arguments_);
+    } else if (conversion.isFloat() && conversion.modifier == "L") {
+      arguments_.emplace_back(arguments.next<long double>());
+    } else if (conversion.isFloat()) {
+      arguments_.emplace_back(arguments.next<double>());
+    } else if (conversion.letter == 's') {
+      const char* text = arguments.next<const char*>();
+      if (text == nullptr) text = "(null)";
+      arguments_.emplace_back(std::in_place_type<std::string>, text, ::strnlen(text, limitOf(conversion.layout, star)));
+    } else if (conversion.letter == 'p') {
+      arguments_.emplace_back(arguments.next<const void*>());
+    } else if (conversion.letter == 'n') {
+      arguments.next<void*>();
+    }
+  }
+}
+
+std::string Message::text() const {
+  return rendered(false);
+}
+
+std::string Message::masked() const {
+  return rendered(true);
+}
+
+std::string Message::rendered(bool masks) const {
+  std::string text;
+  auto argument = arguments_.begin();
+  std::size_t end = 0;  // of what is rendered
+  for (std::size_t sign = format_.find('%'); sign != std::string::npos; sign = format_.find('%', end)) {
+    text.append(format_, end, sign - end);
+    const char* behind = format_.c_str() + sign + 1;
+    const Conversion conversion = takeConversion(behind);
+    const std::string part = printed(conversion, argument);
+    text += masks && isMasked(std::string_view(format_).substr(0, sign), conversion.letter) ? "*" : part;
+    end = static_cast<std::size_t>(behind - format_.c_str());
+  }
+  return text.append(format_, end);
+}
+
+}  // namespace virtualtv::framework
