@@ -40,6 +40,26 @@ TEST_F(SessionTest, PassesAParameterListOfAnyLength) {
   EXPECT_EQ(run("+ ''"), "ascii");
 }
 
+TEST_F(SessionTest, WhatNobodyWatchesIsNeitherRecordedNorLogged) {
+  std::string ret;
+  for (const char* watched : {"", "log 3 x", ".restart"}) {
+    run(watched);
+    EXPECT_EQ(framework::logLevel(), -1) << watched;
+    EXPECT_TRUE(session->rig().execute({"write", "db/x", "1"}, false, ret));
+    EXPECT_TRUE(seam::Seam::instance().calls().empty()) << watched;
+  }
+}
+
+TEST_F(SessionTest, AListenerIsToldOfTheLogUpToItsLevel) {
+  Lines told;
+  session->rig().tellLog(0, [&](const framework::LogLine& line) { told.push_back(line.message.masked()); });
+  EXPECT_EQ(framework::logLevel(), 0);
+  std::string ret;
+  for (const char* level : {"0", "3"}) session->rig().execute({"log", level, "unwatched"}, false, ret);
+  for (const char* level : {"0", "3"}) run(std::string("log ") + level + " watched");
+  EXPECT_EQ(told, (Lines{"unwatched at *\n", "watched at *\n"}));
+}
+
 TEST_F(SessionTest, ABlankInputPrintsNothing) {
   for (const char* input : {"", " ", ">", "> "}) EXPECT_EQ(run(input), "") << input;
   EXPECT_EQ(session->takeRemarks().errors, Lines{});
