@@ -1,11 +1,10 @@
 // Runs commands for valgrind's callgrind, which counts the instructions of each. Outside of it nothing is counted.
-#include <valgrind/callgrind.h>
-
+#include <cstddef>
 #include <exception>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 
+#include "support/Counted.h"
 #include "support/Television.h"
 
 namespace {
@@ -45,13 +44,7 @@ void run(bench::Television& television, const Run& run) {
   const std::string command = run.command;
   const std::string first = run.first;
   const std::string second = run.second;
-  for (int time = 0; time < warming; ++time) television.execute(command, first, second);
-  CALLGRIND_START_INSTRUMENTATION;
-  CALLGRIND_ZERO_STATS;
-  for (int time = 0; time < counted; ++time) television.execute(command, first, second);
-  CALLGRIND_DUMP_STATS_AT(run.label);
-  CALLGRIND_STOP_INSTRUMENTATION;
-  std::cout << run.label << '\t' << counted << '\n';
+  bench::count(run.label, warming, counted, [&] { television.execute(command, first, second); });
 }
 
 }  // namespace

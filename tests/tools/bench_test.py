@@ -23,10 +23,14 @@ class BenchTest(ScratchTest):
         self.write("bench/notes.md", "## Notes\n")
         self.asked = []
         self.ratios = {}  # by number, 0.01 for those that are not here
-        self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "9", "10", "11", "12")
+        self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "10", "11", "12")
         self.tool.memory_rows = self.rows_of("7", "14")
         self.seam_rows = self.tool.seam_rows
         self.tool.seam_rows = self.rows_of("13")
+        self.found_rows = self.tool.found_rows
+        self.tool.found_rows = self.rows_of("9")
+        self.process_rows = self.tool.process_rows
+        self.tool.process_rows = self.rows_of("15")
         self.tool.sizes.measure = lambda job, archive: [("text", "5 bytes")]
         self.tool.Job = self.job
         self.failure = None
@@ -64,7 +68,7 @@ class BenchTest(ScratchTest):
         status, out, err = self.run_tool()
         self.assertEqual((status, err), (0, ""))
         rows = out.split("\n\n")[0].splitlines()[1:]
-        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 15)])
+        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 16)])
         self.assertIn("text  5 bytes", out)
 
     def test_a_missed_target_is_told_and_ends_with_1(self):
@@ -77,17 +81,13 @@ class BenchTest(ScratchTest):
         self.ratios["13"] = 0.02
         self.assertEqual(self.run_tool()[0], 0)
 
-    def test_a_row_without_a_target_is_not_missed(self):
-        row = self.tool.row("9", "figure", "reference", "2 ms", "1 ms", 2.0, None)
-        self.assertEqual(row, ["9", "figure", "reference", "2 ms", "1 ms", "2", "", ""])
-
     def test_named_rows_alone_are_measured(self):
         _, out, _ = self.run_tool("7", "3")
         self.assertEqual([row.split()[0] for row in out.splitlines()[1:]], ["3", "7"])
         self.assertNotIn("size", out)
 
     def test_rows_that_there_are_none_of_are_refused(self):
-        for wrong in ("0", "15", "x", ""):
+        for wrong in ("0", "16", "x", ""):
             with self.subTest(wrong=wrong):
                 status, _, err = self.run_tool("1", wrong)
                 self.assertEqual(status, 2)
@@ -143,6 +143,33 @@ class BenchTest(ScratchTest):
                              {"GetSource": 1000, "GetState_Show": 500, "GetChannel_Name": 1000, "SetChannel": 1000})
         self.assertEqual(rows, [["13", "instructions of a query, trace and faults off, the most of 3: GetState_Show",
                                  "with the seam compiled out", "515.0", "500.0", "1.03", "<= 1.02", "MISSED"]])
+
+    def test_finding_is_held_against_the_sets_part_and_that_against_sqlites(self):
+        counts = {"plug-in": 330.0, "set": 300.0, "SQLite": 200.0}
+        with mock.patch.object(self.tool.instructions, "count", lambda _job, _program: counts):
+            rows = [row[3:] for row in self.found_rows(None, self.root, {"9"})]
+        self.assertEqual(rows, [["330", "300", "1.1", "<= 1.1", ""], ["300", "200", "1.5", "<= 1.4", "MISSED"]])
+
+    def process_row(self, process, operation):
+        asked = []
+
+        class Job:
+            scratch = Path("scratch")
+
+        def of_process(_job, *argv):
+            asked.append([str(word) for word in argv])
+            return process
+        with mock.patch.object(self.tool.instructions, "count",
+                               lambda _job, program, state: {"GetFullChannelList, 20,000 services": operation}), \
+                mock.patch.object(self.tool.instructions, "of_process", of_process):
+            rows = list(self.process_rows(Job(), Path("build"), {"15"}))
+        self.assertEqual(asked, [["build/emp-window", "--state", "scratch/state", "exec", "--raw", "GetFullChannelList"]])
+        return rows
+
+    def test_a_whole_process_is_held_against_the_operation(self):
+        ((number, _, _, *figures),) = self.process_row(1401, 1000.0)
+        self.assertEqual((number, figures), ("15", ["1,401", "1,000", "1.4", "<= 1.4", "MISSED"]))
+        self.assertEqual(self.process_row(1400, 1000.0)[0][-1], "")
 
 
 class MemoryTest(ScratchTest):
@@ -201,15 +228,15 @@ class SizesTest(unittest.TestCase):
 
 
 class Benchmarks:
-    """Answers as the program of the benchmarks does."""
+    """Answers as the program of the benchmarks does, one text after the other and the last one again."""
 
-    def __init__(self, text):
-        self.text = text
+    def __init__(self, *texts):
+        self.texts = list(texts)
         self.asked = []
 
     def run(self, argv):
         self.asked.append(argv)
-        return self.text
+        return self.texts.pop(0) if len(self.texts) > 1 else self.texts[0]
 
 
 def said(**nanoseconds):
@@ -218,6 +245,12 @@ def said(**nanoseconds):
              "time_unit": "ns"}
             for name, time in nanoseconds.items() for aggregate, factor in (("mean", 7), ("median", 1), ("cv", 5))]
     return json.dumps({"benchmarks": runs})
+
+
+def said_once(**nanoseconds):
+    """What the program says of benchmarks that it does not repeat."""
+    return json.dumps({"benchmarks": [{"run_name": name, "cpu_time": time, "real_time": 2 * time, "time_unit": "ns"}
+                                      for name, time in nanoseconds.items()]})
 
 
 class SpeedTest(unittest.TestCase):
@@ -246,6 +279,39 @@ class SpeedTest(unittest.TestCase):
     def test_different_amounts_of_work_are_divided_by(self):
         _, _, ratio = self.measure(said(one=300, other=100), [("one", "other")], per=(30, 1))
         self.assertAlmostEqual(ratio, 0.1)
+
+    def measure_pairs(self, *pairs, **more):
+        """Measures a pair that takes these times, run by run."""
+        turns = [[said_once(one=one), said_once(other=other)] for one, other in pairs]
+        self.program = Benchmarks(*(run for at, turn in enumerate(turns) for run in (turn if at % 2 else turn[::-1])))
+        return speed.measure(self.program, "bench_speed",
+                             speed.Ratio("11", "figure", "reference", [("one", "other")], 1.0, paired=True, **more))
+
+    def test_of_pairs_the_median_of_their_ratios_counts(self):
+        half = speed.PAIRS // 2
+        subject, reference, ratio = self.measure_pairs(*[(110, 100)] * half, (200, 400), *[(880, 800)] * half)
+        self.assertAlmostEqual(ratio, 1.1)
+        self.assertAlmostEqual(subject, 2e-7)
+        self.assertAlmostEqual(reference, 4e-7)
+
+    def test_the_runs_of_a_pair_are_neighbours_and_either_comes_first_as_often(self):
+        self.measure_pairs(*[(110, 100)] * speed.PAIRS)
+        self.assertGreaterEqual(speed.PAIRS, 11)
+        asked = [option for argv in self.program.asked for option in argv if "filter" in option]
+        one, other = "--benchmark_filter=^(one)$", "--benchmark_filter=^(other)$"
+        self.assertEqual(asked, [other, one, one, other] * (speed.PAIRS // 2) + [other, one])
+        self.assertFalse([option for argv in self.program.asked for option in argv if "repetitions" in option])
+
+    def test_pairs_of_different_amounts_of_work_are_divided_by(self):
+        self.assertAlmostEqual(self.measure_pairs(*[(300, 100)] * speed.PAIRS, per=(30, 1))[2], 0.1)
+
+    def test_a_pair_of_which_one_did_not_run_is_told(self):
+        self.program = Benchmarks(said_once(one=300))
+        with self.assertRaisesRegex(Failed, "has not measured other"):
+            speed.times(self.program, "bench_speed", ("one", "other"), 0.2)
+
+    def test_what_waits_for_the_disk_is_paired(self):
+        self.assertEqual([ratio.number for ratio in speed.RATIOS if ratio.paired], ["11"])
 
     def test_real_time_counts_where_a_benchmark_is_named_so(self):
         text = said(**{"one/real_time": 300, "other": 100})

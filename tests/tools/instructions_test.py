@@ -158,21 +158,42 @@ class CountTest(ScratchTest):
 
     DUMP = "version: 1\ndesc: Trigger: Client Request: GetSource\nevents: Ir\nsummary: {}\n"
 
-    def count(self, said, **dumps):
+    def job(self, said, dumps):
+        """One whose program says this and leaves these files."""
         test = self
+        self.ran = []
         for name, text in dumps.items():
             self.write(f"counts.{name}", text)
 
         class Job:
             scratch = Path(test.root)
 
-            def run(self, *_, **__):
+            def run(self, argv, **_):
+                test.ran.append(argv)
                 return said
-        return instructions.count(Job(), "bench_instructions")
+        return Job()
+
+    def count(self, said, **dumps):
+        return instructions.count(self.job(said, dumps), "bench_instructions", "DIR")
 
     def test_counts_are_those_of_one_run(self):
         self.assertEqual(self.count("GetSource\t10\n", one=self.DUMP.format(2084), rest="version: 1\nsummary: 7\n"),
                          {"GetSource": 208.4})
+
+    def test_a_program_is_given_its_arguments_and_counted_where_it_wants_to_be(self):
+        self.count("GetSource\t10\n", one=self.DUMP.format(2084))
+        self.assertEqual(self.ran[0][-3:], ["--instr-atstart=no", "bench_instructions", "DIR"])
+
+    def test_a_process_is_counted_from_its_start_to_its_end(self):
+        whole = "desc: Trigger: Program termination\nevents: Ir\nsummary: 700\n"
+        self.assertEqual(instructions.of_process(self.job("1\n", {"one": whole}), "emp-window", "exec"), 700)
+        self.assertEqual(self.ran[0][-2:], ["emp-window", "exec"])
+        self.assertNotIn("--instr-atstart=no", self.ran[0])
+
+    def test_a_process_that_was_not_counted_is_told(self):
+        for dumps in ({}, {"one": self.DUMP.format(2084)}):
+            with self.subTest(dumps=dumps), self.assertRaisesRegex(Failed, "has not counted emp-window"):
+                instructions.of_process(self.job("", dumps), "emp-window")
 
     def test_a_command_that_was_not_counted_is_told(self):
         for dumps in ({}, {"one": "desc: Trigger: Client Request: GetSource\n"}):

@@ -9,7 +9,8 @@ import re
 
 from proving.job import Failed
 
-DUMP = re.compile(r"^desc: Trigger: Client Request: (?P<label>.*)$", re.MULTILINE)
+DUMP = re.compile(r"^desc: Trigger: (?:Client Request: )?(?P<label>.*)$", re.MULTILINE)
+END = "Program termination"  # the label of what a process has not had counted under another one
 TOTALS = re.compile(r"^(?:totals|summary): (?P<count>\d+)$", re.MULTILINE)
 MOST_MORE = 3  # percent
 RUN = re.compile(r"^(?P<label>[^\t]+)\t(?P<times>[1-9][0-9]*)$")
@@ -24,11 +25,15 @@ def made_with(job):
                       *libraries, said("valgrind", "--version")])
 
 
-def count(job, program):
+def callgrind(job, *argv):
+    """Runs a program, whose counts valgrind leaves in the job's folder. What it says."""
+    return job.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={job.scratch / 'counts'}", *argv],
+                   env={"LC_ALL": "C"})
+
+
+def count(job, program, *arguments):
     """The instructions of one run of each command that `program` runs, in their order, by label."""
-    said = job.run(
-        ["valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={job.scratch / 'counts'}", program],
-        env={"LC_ALL": "C"}).splitlines()
+    said = callgrind(job, "--instr-atstart=no", program, *arguments).splitlines()
     runs = [RUN.match(line) for line in said]
     if not all(runs) or not runs:
         raise Failed(f"{program} does not tell what it ran")
@@ -36,6 +41,14 @@ def count(job, program):
     if missing := [run["label"] for run in runs if run["label"] not in counts]:
         raise Failed(f"valgrind has not counted {', '.join(missing)}")
     return {run["label"]: counts[run["label"]] / int(run["times"]) for run in runs}
+
+
+def of_process(job, program, *arguments):
+    """The instructions of a process from its start to its end."""
+    callgrind(job, program, *arguments)
+    if not (counted := dumped(job.scratch).get(END)):
+        raise Failed(f"valgrind has not counted {program}")
+    return counted
 
 
 def dumped(folder):

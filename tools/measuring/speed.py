@@ -1,27 +1,30 @@
-"""Times as ratios: a figure and its reference run in turns in one process, medians of their repetitions."""
+"""Times as ratios: a figure and its reference run in turns; medians count."""
 
 import json
+import statistics
 from dataclasses import dataclass
-from typing import Optional
 
 from proving.job import Failed
 
 REPETITIONS = 11
+PAIRS = 25
 
 
 @dataclass(frozen=True)
 class Ratio:
     """A figure by what it measures, what it is held against, the benchmarks of both, and the most that their ratio may
-    be, None for one that only tells what another is made of. `per` divides the times, for benchmarks that do different
-    amounts of work. A repetition lasts `seconds` at least: more where each run waits for the disk or another process."""
+    be. `per` divides the times, for benchmarks that do different amounts of work. A repetition lasts `seconds` at least:
+    more where each run waits for the disk or another process. Of one that is `paired` each run is held against the run
+    of its reference right beside it, as a disk that others use slows both down, and the median of these ratios counts."""
 
     number: str
     name: str
     reference: str
     pairs: list  # of benchmarks; of several pairs the worst counts
-    target: Optional[float]
+    target: float
     per: tuple = (1, 1)
     seconds: float = 0.2
+    paired: bool = False
 
 
 QUERIES = ["Major", "Minor", "Name", "OriginNetID", "ProgramNumber", "PTC", "ServiceName", "TransportStreamID", "Type",
@@ -39,14 +42,10 @@ RATIOS = [
           per=(100_000, 100)),
     Ratio("8", "the conversion of a name", "with a converter opened and closed",
           [("convert/kept", "convert/opened")], 0.35),
-    Ratio("9", "FindChannel over 10,000 services", "stepping through the bare statement",
-          [("findChannel", "statement")], 1.3),
-    Ratio("9", "of this: stepping and reading the columns", "stepping alone", [("columns", "statement")], None),
-    Ratio("9", "of this: the set's list of records, and deleting it", "stepping alone", [("records", "statement")], None),
     Ratio("10", "a field query at index 99,999, the slowest of eleven", "at index 0",
           [(f"field/{query}/99999", f"field/{query}/0") for query in QUERIES], 1.2),
     Ratio("11", "a tune from an input, all keys written", "as many writes of the store alone",
-          [("tune/real_time", "store/real_time")], 1.2, seconds=0.5),
+          [("tune/real_time", "store/real_time")], 1.2, paired=True),
     Ratio("12", "a process that answers once, from start to end", "`sqlite3 FILE 'select 1'`",
           [("exec/real_time", "sqlite/real_time")], 3.0, seconds=0.5),
 ]
@@ -54,18 +53,17 @@ RATIOS = [
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
-def medians(job, program, names, seconds):
-    """The median time of each benchmark, in seconds, from one run in which they take turns."""
-    said = job.run([program, f"--benchmark_filter=^({'|'.join(names)})$", f"--benchmark_repetitions={REPETITIONS}",
-                    f"--benchmark_min_time={seconds}", "--benchmark_enable_random_interleaving=true",
-                    "--benchmark_report_aggregates_only=true", "--benchmark_format=json"])
+def times(job, program, names, seconds, *options):
+    """The time of each benchmark in a run of the program, in seconds; the median where it repeats them."""
+    said = job.run([program, f"--benchmark_filter=^({'|'.join(names)})$", f"--benchmark_min_time={seconds}",
+                    "--benchmark_format=json", *options])
     try:
         runs = json.loads(said)["benchmarks"]
     except ValueError as error:
         raise Failed(f"{program} says what is no list of benchmarks") from error
     found = {}
     for run in runs:
-        if run.get("aggregate_name") == "median":
+        if run.get("aggregate_name", "median") == "median":
             time = run["real_time" if run["run_name"].endswith("/real_time") else "cpu_time"]
             found[run["run_name"]] = time * UNITS[run["time_unit"]]
     if missing := [name for name in names if not found.get(name)]:
@@ -73,10 +71,24 @@ def medians(job, program, names, seconds):
     return found
 
 
+def measure_pairs(job, program, ratio):
+    """The medians of the one pair, by turns the one and the other first, and the median of the ratios of neighbours."""
+    (pair,) = ratio.pairs
+    runs = [{name: times(job, program, [name], ratio.seconds)[name] for name in (pair if turn % 2 else pair[::-1])}
+            for turn in range(PAIRS)]
+    subjects, references = ([run[name] / per for run in runs] for name, per in zip(pair, ratio.per))
+    ratios = [subject / reference for subject, reference in zip(subjects, references)]
+    return tuple(map(statistics.median, (subjects, references, ratios)))
+
+
 def measure(job, program, ratio):
     """The medians of the pair whose ratio is highest, and that ratio."""
-    times = medians(job, program, sorted({name for pair in ratio.pairs for name in pair}), ratio.seconds)
-    subject, reference = max(((times[one] / ratio.per[0], times[other] / ratio.per[1]) for one, other in ratio.pairs),
+    if ratio.paired:
+        return measure_pairs(job, program, ratio)
+    found = times(job, program, sorted({name for pair in ratio.pairs for name in pair}), ratio.seconds,
+                  f"--benchmark_repetitions={REPETITIONS}", "--benchmark_enable_random_interleaving=true",
+                  "--benchmark_report_aggregates_only=true")
+    subject, reference = max(((found[one] / ratio.per[0], found[other] / ratio.per[1]) for one, other in ratio.pairs),
                              key=lambda pair: pair[0] / pair[1])
     return subject, reference, subject / reference
 
