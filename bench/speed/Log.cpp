@@ -9,8 +9,8 @@ namespace {
 
 void message(benchmark::State& state, int level) {
   using virtualtv::framework::LogLine;
-  const auto listening =
-      virtualtv::framework::listenToLog(level, [](const LogLine& line) { benchmark::DoNotOptimize(line.message.text()); });
+  const auto listening = virtualtv::framework::listenToLog(
+      level, [](const LogLine& line) { benchmark::DoNotOptimize(line.message.text()); });
   int index = 0;
   for (auto _ : state) {
     KEL_LOG(kel::kInformation, "[CEmpTaskWindow::%s][Idx:%d] call end. Success.", __func__, index++);

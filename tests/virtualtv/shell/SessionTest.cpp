@@ -45,17 +45,18 @@ TEST_F(SessionTest, WhatNobodyWatchesIsNeitherRecordedNorLogged) {
   for (const char* watched : {"", "log 3 x", ".restart"}) {
     run(watched);
     EXPECT_EQ(framework::logLevel(), -1) << watched;
-    EXPECT_TRUE(session->rig().execute({"write", "db/x", "1"}, false, ret));
-    EXPECT_TRUE(seam::Seam::instance().calls().empty()) << watched;
+    EXPECT_FALSE(seam::Seam::observed()) << watched;
+    EXPECT_TRUE(session->client().execute({"write", "db/x", "1"}, false, ret));
   }
 }
 
 TEST_F(SessionTest, AListenerIsToldOfTheLogUpToItsLevel) {
   Lines told;
-  session->rig().tellLog(0, [&](const framework::LogLine& line) { told.push_back(line.message.masked()); });
+  const auto listening =
+      framework::listenToLog(0, [&](const framework::LogLine& line) { told.push_back(line.message.masked()); });
   EXPECT_EQ(framework::logLevel(), 0);
   std::string ret;
-  for (const char* level : {"0", "3"}) session->rig().execute({"log", level, "unwatched"}, false, ret);
+  for (const char* level : {"0", "3"}) session->client().execute({"log", level, "unwatched"}, false, ret);
   for (const char* level : {"0", "3"}) run(std::string("log ") + level + " watched");
   EXPECT_EQ(told, (Lines{"unwatched at *\n", "watched at *\n"}));
 }

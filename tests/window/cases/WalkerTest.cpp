@@ -139,7 +139,8 @@ TEST_F(WalkerTest, TellsOfAReplyThatTheCatalogueDoesNot) {
 
 TEST_F(WalkerTest, TellsOfCommandsThatTheCatalogueOrTheResultsLack) {
   const kel::Command& row = *kel::FindCommand("SetTVMode");
-  const virtualtv::Catalogue empty(R"({"commands": [], "listCommands": [], "types": {}, "parsing": {}, "answers": {}})");
+  const virtualtv::Catalogue empty(
+      R"({"commands": [], "listCommands": [], "types": {}, "parsing": {}, "answers": {}})");
   EXPECT_EQ(Walker(empty, results).walk(row, {}), Lines{"the catalogue has no command SetTVMode"});
   EXPECT_EQ(Walker(virtualtv::catalogue(), {}).walk(row, {}), Lines{"the table of results has no command SetTVMode"});
 }
