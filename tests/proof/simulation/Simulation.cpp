@@ -22,8 +22,8 @@ std::string recordOf(const comparison::Pair& pair, const std::string& line) {
   std::string text = "> " + line + "\n";
   if (pair.answer()) text += comparison::shown(*pair.answer()) + "\n";
   for (const virtualtv::seam::Call& call : pair.calls()) text += virtualtv::seam::line(call) + "\n";
-  for (const virtualtv::framework::LogLine& line : pair.log()) {
-    text += std::to_string(line.level) + " " + line.function + " " + line.message.masked() + "\n";
+  for (const virtualtv::framework::LogLine& said : pair.log()) {
+    text += std::to_string(said.level) + " " + said.function + " " + said.message.masked() + "\n";
   }
   return text;
 }
