@@ -17,7 +17,7 @@
 #include "seam/Seam.h"
 #include "services/Service.h"
 #include "set/Tv.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 #include "support/WorkerProbe.h"
 
 /// What the tests of the plug-in stand on: a TV set of their own with the plug-in on it, and what can be observed of
@@ -139,7 +139,7 @@ class TvTest : public ::testing::Test {
 
  private:
   std::vector<virtualtv::framework::LogLine> lines_;
-  Television<kel::CEmpAppWindow> television_;
+  Assembly<kel::CEmpAppWindow> television_;
   std::shared_ptr<virtualtv::device::Feed> calls_;
   virtualtv::notify::Subscription log_;
   std::string engine_;

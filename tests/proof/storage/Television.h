@@ -10,7 +10,7 @@
 #include "EmpAppWindow.h"
 #include "set/Tv.h"
 #include "shell/Session.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 
 namespace virtualtv::proof {
 
@@ -49,7 +49,7 @@ class Television {
   void watch(const std::function<void()>& seen);
 
  private:
-  support::Television<kel::CEmpAppWindow> television_;
+  support::Assembly<kel::CEmpAppWindow> television_;
   shell::Session session_;
   notify::Subscription watching_;
 };

@@ -12,7 +12,7 @@
 #include "seam/Seam.h"
 #include "set/Tv.h"
 #include "store/SettingsStore.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 
 /// A set with the plug-in on it, for programs that are no unit tests: those that fuzz and those that prove.
 /// There is one at a time. Log messages are rendered and dropped.
@@ -73,7 +73,7 @@ class Bench {
   bool isKept();
 
  private:
-  Television<kel::CEmpAppWindow> television_;
+  Assembly<kel::CEmpAppWindow> television_;
   virtualtv::notify::Subscription log_;
   virtualtv::TvState firstState_;
   std::map<std::string, virtualtv::Setting> firstSettings_;

@@ -10,7 +10,7 @@
 #include "set/Tv.h"
 #include "shell/Transcript.h"
 #include "store/SettingsStore.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 #include "support/comparison/Expectation.h"
 
 namespace comparison {
@@ -93,7 +93,7 @@ class Pair::Plugin {
     }
   }
 
-  support::Television<kel::CEmpAppWindow> television_;
+  support::Assembly<kel::CEmpAppWindow> television_;
   virtualtv::device::Session client_{television_.device};
 };
 

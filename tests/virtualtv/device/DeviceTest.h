@@ -12,7 +12,7 @@
 
 #include "EmpAppWindow.h"
 #include "device/Session.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 
 namespace virtualtv::device {
 
@@ -35,7 +35,7 @@ class DeviceTest : public ::testing::Test {
   /// The reply of a command as a number.
   static int number(Session& session, std::vector<std::string> words);
 
-  support::Television<kel::CEmpAppWindow> television;
+  support::Assembly<kel::CEmpAppWindow> television;
   std::shared_ptr<Feed> feed = device().subscribe({.events = true});
 
  private:

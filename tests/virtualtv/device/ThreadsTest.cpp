@@ -67,7 +67,7 @@ class Client {
 };
 
 TEST(DeviceThreads, FourClientsShareOneDevice) {
-  support::Television<kel::CEmpAppWindow> television;
+  support::Assembly<kel::CEmpAppWindow> television;
   std::atomic<int> going = clients;
   std::atomic<int> wrong = 0;
   std::vector<std::thread> threads;

@@ -10,7 +10,7 @@
 #include "kel/CEmpAppBase.h"
 #include "kel/CEmpEngineBase.h"
 #include "shell/Session.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 #include "virtualtv/shell/SmallList.h"
 #include "virtualtv/support/Support.h"
 
@@ -45,7 +45,7 @@ class SessionTest : public ::testing::Test {
   Tv& tv() { return television.tv(); }
 
   TemporaryDirectory folder;
-  support::Television<TestApp> television;
+  support::Assembly<TestApp> television;
   TestApp& app = television.app;
   std::optional<Session> session;
 };

@@ -5,7 +5,7 @@
 
 #include "EmpAppWindow.h"
 #include "shell/Session.h"
-#include "support/Television.h"
+#include "support/Assembly.h"
 #include "window/cases/Cases.h"
 
 namespace cases {
@@ -33,7 +33,7 @@ class Runner {
   Seen runWith(const Case& shown, std::size_t at, const std::string& text);
 
  private:
-  support::Television<kel::CEmpAppWindow> television_;
+  support::Assembly<kel::CEmpAppWindow> television_;
   virtualtv::shell::Session session_;
 };
 

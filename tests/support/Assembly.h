@@ -11,9 +11,9 @@ namespace support {
 /// A set with an application object on it: what all tests, benchmarks and proofs that have both stand on. There is one
 /// at a time.
 template <typename App>
-struct Television {
+struct Assembly {
   /// @param directory  where the set keeps its state; in memory when it is empty.
-  explicit Television(const std::filesystem::path& directory = {})
+  explicit Assembly(const std::filesystem::path& directory = {})
       : storage(directory.empty() ? std::make_unique<virtualtv::Storage>()
                                   : std::make_unique<virtualtv::Storage>(directory)) {}
 
