@@ -15,7 +15,7 @@ class ServiceSearch : public ::testing::Test {
     Service service = serviceOf(id, static_cast<int>(id));
     service.texts[TCServiceData::CHANNEL_NAME] = std::move(name);
     service.numbers[TCServiceData::ANTENNA_MODE] = static_cast<std::uint64_t>(antenna);
-    service.numbers[TCServiceData::CHANNEL_TYPE] = channelType(antenna, kind);
+    service.numbers[TCServiceData::CHANNEL_TYPE] = static_cast<std::uint64_t>(channelType(antenna, kind));
     return memory.store.add(service);
   }
 
