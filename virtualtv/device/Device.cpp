@@ -1,7 +1,6 @@
 #include "device/Device.h"
 
 #include <algorithm>
-#include <new>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -130,7 +129,7 @@ void Device::happened(const What& what) noexcept {
     };
     if (std::none_of(feeds_.begin(), feeds_.end(), wanted)) return;
     deliver(std::make_shared<const Happening>(Happening{revision(), Seam::instance().caller(), what}));
-  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  } catch (...) {  // NOLINT(bugprone-empty-catch)
   }
 }
 

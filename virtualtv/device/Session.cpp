@@ -78,6 +78,7 @@ bool Session::execute(const std::vector<std::string>& words, bool list, std::str
                                 std::to_string(parameterLimit) + " are passed");
   }
   openEngine();
+  ++commands_;
   return device_.host().execute(key(engine_), [&](kel::CEmpEngineBase& engine) {
     if (list) return engine.ExecuteWithParamList(ret, words[0], kel::ParamList(parameters));
     std::array<std::string, parameterLimit> p;
@@ -97,6 +98,7 @@ void Session::forget() {
 
 Deed Session::watch(const std::function<void()>& step, std::exception_ptr& thrown) {
   const std::shared_ptr<Feed> feed = device_.subscribe({.events = true, .calls = true, .logLevel = allLevels});
+  const std::uint64_t before = commands_;
   try {
     step();
   } catch (...) {
@@ -104,6 +106,7 @@ Deed Session::watch(const std::function<void()>& step, std::exception_ptr& throw
   }
   device_.unsubscribe(feed);
   Deed deed = deedOf(feed->take());
+  deed.ran = commands_ != before;
   deed.engine = engine_;
   deed.command = device_.host().commands(key(engine_));
   return deed;

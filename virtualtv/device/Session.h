@@ -21,6 +21,7 @@ struct Application {
 struct Deed {
   std::string engine;         ///< the engine in use
   std::uint64_t command = 0;  ///< number of its last command
+  bool ran = false;           ///< the step ran a command, which may have failed
   std::vector<seam::Call> calls;
   std::vector<framework::LogLine> log;
   std::vector<SettingChanged> keys;  ///< those that hold something else now, by their names
@@ -79,6 +80,7 @@ class Session {
   std::string name_;
   std::string engine_ = firstEngine;
   std::map<std::string, Application> applications_;  ///< by engine
+  std::uint64_t commands_ = 0;                       ///< that were run
 };
 
 }  // namespace virtualtv::device

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -330,7 +331,8 @@ void Tv::adjust(const std::function<void(TvState&)>& change) {
 }
 
 void Tv::pass(std::uint64_t milliseconds) {
-  const std::uint64_t after = state_.clock + milliseconds;
+  constexpr auto latest = std::numeric_limits<std::uint64_t>::max();
+  const std::uint64_t after = milliseconds > latest - state_.clock ? latest : state_.clock + milliseconds;
   std::vector<Change> changes{KnobChanged{"clock", std::to_string(state_.clock), std::to_string(after)}};
   state_.clock = after;
   raise(std::move(changes));

@@ -69,15 +69,16 @@ Lines listFaults(Session& session) {
 
 Lines clearFaults(Session& session, const Words& words) {
   wantCount(words, 1, 2, ".fault clear [NUMBER]");
-  const auto id = words.size() == 1 ? std::optional<std::uint64_t>(0) : text::numberIn<std::uint64_t>(words[1]);
+  const bool all = words.size() == 1;
+  const auto id = all ? std::nullopt : text::numberIn<std::uint64_t>(words[1]);
   const std::vector<seam::Fault>& faults = session.device().faults();
-  const auto isMeant = [&](const seam::Fault& fault) { return id == 0 || fault.id == id; };
-  if (words.size() == 2 && std::none_of(faults.begin(), faults.end(), isMeant)) refuse("there is no fault " + words[1]);
+  const auto isMeant = [&](const seam::Fault& fault) { return all || fault.id == id; };
+  if (!all && std::none_of(faults.begin(), faults.end(), isMeant)) refuse("there is no fault " + words[1]);
   session.noteIdleFaults(isMeant);
-  if (words.size() == 1) {
-    session.device().clearFaults();
-  } else {
+  if (id) {
     session.device().removeFault(*id);
+  } else {
+    session.device().clearFaults();
   }
   return {};
 }

@@ -106,7 +106,7 @@ Lines Session::runStep(std::string_view input) {
   if (input.empty()) return {};
   if (input.front() != '.') {
     const bool list = input.front() == '+';
-    return runCommand(std::string(input.substr(list ? 1 : 0)), list);
+    return runCommand(input, list);
   }
   const std::vector<std::string> words = splitWords(input);
   const DotCommand& command = dotCommand(words.front());
@@ -114,9 +114,8 @@ Lines Session::runStep(std::string_view input) {
   return command.drivesEngines ? watch(input, step, false) : step();
 }
 
-Lines Session::runCommand(const std::string& input, bool list) {
-  const std::vector<std::string> words = splitWords(input);
-  lastCommand_ = input;
+Lines Session::runCommand(std::string_view input, bool list) {
+  const std::vector<std::string> words = splitWords(input.substr(list ? 1 : 0));
   return watch(
       input,
       [&] {
@@ -135,7 +134,10 @@ Lines Session::watch(std::string_view input, const std::function<Lines()>& step,
   if (thrown) output.push_back(errorLine(whyNotRun(input, thrown)));
   if (trace) append(output, callLines(deed));
   append(output, logLines(deed, logLevel));
-  if (remember) lastDeed_ = std::move(deed);
+  if (remember && deed.ran) {
+    lastCommand_ = input;
+    lastDeed_ = std::move(deed);
+  }
   return output;
 }
 

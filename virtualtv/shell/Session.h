@@ -72,7 +72,7 @@ class Session {
  private:
   Lines runLine(std::string_view input);
   Lines runStep(std::string_view input);
-  Lines runCommand(const std::string& input, bool list);
+  Lines runCommand(std::string_view input, bool list);
   Lines watch(std::string_view input, const std::function<Lines()>& step, bool remember);
 
   device::Session client_;

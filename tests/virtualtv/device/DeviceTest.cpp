@@ -192,7 +192,7 @@ TEST_F(DeviceTest, FaultsAreToldWhenTheyAreSetHitAndGone) {
   const Feed::Taken taken = feed->take();
   std::vector<std::string> told;
   for (const auto& happening : taken.happenings) {
-    if (const auto* set = std::get_if<FaultSet>(&happening->what)) told.push_back("set " + set->fault);
+    if (const auto* set = std::get_if<FaultSet>(&happening->what)) told.emplace_back("set " + set->fault);
     if (const auto* hit = std::get_if<FaultHit>(&happening->what)) {
       told.push_back("hit " + std::to_string(hit->hits) + " by " + happening->caller.engine);
     }

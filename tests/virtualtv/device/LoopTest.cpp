@@ -89,6 +89,7 @@ TEST(LoopTest, TakesTasksFromAllThreads) {
   int ran = 0;
   std::atomic<int> going = threads;
   std::vector<std::thread> posting;
+  posting.reserve(threads);
   for (int thread = 0; thread < threads; ++thread) {
     posting.emplace_back([&] {
       for (int task = 0; task < tasks; ++task) loop.post([&] { ++ran; });

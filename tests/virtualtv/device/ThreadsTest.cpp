@@ -71,6 +71,7 @@ TEST(DeviceThreads, FourClientsShareOneDevice) {
   std::atomic<int> going = clients;
   std::atomic<int> wrong = 0;
   std::vector<std::thread> threads;
+  threads.reserve(clients);
   for (int number = 1; number <= clients; ++number) {
     threads.emplace_back([&, number] {
       Client client(television.device, number);

@@ -130,6 +130,7 @@ TEST_F(DotCommandTest, FaultsAreRemovedOneByOneByNumbersThatAreNotGivenTwice) {
                                     "fault 3: vconf_get_int always result=-1 (hits: 0)",
                                     "fault 4: vconf_set_str times=1 result=-1 (hits: 0)"}));
   EXPECT_EQ(run(".fault clear 2"), "error: there is no fault 2");
+  EXPECT_EQ(run(".fault clear 0"), "error: there is no fault 0");
   EXPECT_EQ(run(".fault clear x"), "error: there is no fault x");
   EXPECT_EQ(run(".fault clear 1 3"), "error: usage: .fault clear [NUMBER]");
 }
@@ -216,6 +217,16 @@ TEST_F(DotCommandTest, WhyTellsWhatTheLastCommandDid) {
   EXPECT_TRUE(contains(lines(".why"), "key a int 5 -> int 6"));
   run("log 3 x");
   EXPECT_EQ(lines(".why"), (Lines{"command main 4: log 3 x", "log 3 x at *\\x0A"}));
+}
+
+TEST_F(DotCommandTest, WhyTellsOfTheLastCommandThatRan) {
+  run("write a 5");
+  EXPECT_TRUE(run("write 1 2 3 4 5").starts_with("error: "));
+  EXPECT_EQ(lines(".why").front(), "command main 1: write a 5");
+  EXPECT_TRUE(run("+").starts_with("error: "));
+  EXPECT_EQ(lines(".why").front(), "command main 1: write a 5");
+  run("+ Report 1");
+  EXPECT_EQ(lines(".why").front(), "command main 2: + Report 1");
 }
 
 TEST_F(DotCommandTest, WhyTellsOfAFailedCommandToo) {
