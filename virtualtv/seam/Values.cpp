@@ -165,7 +165,7 @@ bool parseNumbers(std::string_view text, std::span<const text::Range> ranges, st
 bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check) {
   TCServiceData read;
   if (!takeRecord(text, read, check) || !text.empty()) return false;
-  record = std::move(read);
+  record = read;
   return true;
 }
 

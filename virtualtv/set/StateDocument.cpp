@@ -1,6 +1,7 @@
 #include "set/StateDocument.h"
 
 #include <bit>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -53,7 +54,7 @@ Json::Value jsonOf(const Rect& rect) {
 
 /// A rectangle of the base screen in the space of applications, which is half as wide and half as high.
 Rect inAppSpace(const Rect& rect) {
-  const auto half = [](int length) { return static_cast<int>(length * 0.5 + 0.5); };
+  const auto half = [](int length) { return static_cast<int>((std::int64_t{length} + 1) / 2); };
   return {half(rect.x), half(rect.y), half(rect.width), half(rect.height)};
 }
 
