@@ -22,7 +22,6 @@ using model::ServiceKey;
 using model::Set;
 using model::Words;
 using virtualtv::framework::LogLine;
-using virtualtv::seam::Seam;
 
 /// Whether a line is about what services have beside their fields.
 bool changesServices(const std::string& line) {

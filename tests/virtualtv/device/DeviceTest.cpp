@@ -196,7 +196,7 @@ TEST_F(DeviceTest, FaultsAreToldWhenTheyAreSetHitAndGone) {
     if (const auto* hit = std::get_if<FaultHit>(&happening->what)) {
       told.push_back("hit " + std::to_string(hit->hits) + " by " + happening->caller.engine);
     }
-    if (std::holds_alternative<FaultGone>(happening->what)) told.push_back("gone");
+    if (std::holds_alternative<FaultGone>(happening->what)) told.emplace_back("gone");
   }
   EXPECT_EQ(told, (std::vector<std::string>{"set IServiceNavigation::GetTvMode always result=0", "hit 1 by main",
                                             "hit 2 by main", "gone"}));

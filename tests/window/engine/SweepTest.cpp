@@ -278,7 +278,7 @@ class OutputTest : public EveryCallTest {
     ask(command.name, command.parameters);
     for (const Call& call : takeCalls()) {
       const Operation& operation = *call.operation;
-      if (!hasNumbers(operation) || !checked_.insert(&operation).second) continue;
+      if (!hasNumbers(operation) || !checkedOutputs.insert(&operation).second) continue;
       expectEnds(command, operation, least);
       expectEnds(command, operation, most);
       for (const Output& output : operation.written()) {
@@ -287,7 +287,7 @@ class OutputTest : public EveryCallTest {
     }
   }
 
-  std::set<const Operation*> checked_;
+  std::set<const Operation*> checkedOutputs;
 };
 
 TEST_F(OutputTest, TakesExactlyTheNumbersThatItCanHold) {
@@ -300,7 +300,7 @@ TEST_F(OutputTest, TakesExactlyTheNumbersThatItCanHold) {
   showIsp();
   for (const engine::Call& command : engine::everyCall()) check(command);
   for (const Operation& operation : virtualtv::seam::operations) {
-    EXPECT_EQ(checked_.count(&operation) > 0, hasNumbers(operation)) << operation.name;
+    EXPECT_EQ(checkedOutputs.count(&operation) > 0, hasNumbers(operation)) << operation.name;
   }
 }
 

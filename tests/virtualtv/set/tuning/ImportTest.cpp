@@ -29,7 +29,7 @@ class Import : public SetTest {
       state.startSource = hdmi1;
       state[WindowId::main].mode = satelliteList;
     });
-    state_ = tv->state();
+    before = tv->state();
   }
 
   /// That all is as the constructor left it.
@@ -41,37 +41,37 @@ class Import : public SetTest {
     EXPECT_EQ(tv->state().startServiceId, 20U);
     EXPECT_EQ(tv->state().startSource, hdmi1);
     EXPECT_EQ(window().mode, satelliteList);
-    EXPECT_EQ(window(pip).mode, state_[pip].mode);
+    EXPECT_EQ(window(pip).mode, before[pip].mode);
   }
 
   Service kept(std::uint64_t id) { return tv->services().read(tv->services().keyOf(id).value()).value(); }
 
-  TvState state_;
+  TvState before;
 };
 
 TEST_F(Import, OfTheSameListChangesNothing) {
   for (const bool add : {false, true}) {
     EXPECT_EQ(tv->import(listOf({10, 20, 30, 40, 50}), add), ServiceChanges{});
-    EXPECT_EQ(tv->state(), state_);
+    EXPECT_EQ(tv->state(), before);
   }
 }
 
 TEST_F(Import, ToAddMovesNothing) {
   EXPECT_EQ(tv->import(listOf({5, 60}), true), (ServiceChanges{2, 0, 0}));
-  EXPECT_EQ(tv->state(), state_);
+  EXPECT_EQ(tv->state(), before);
   tv->adjust([](TvState& state) {
     state[WindowId::main].service = 0;
     state.startServiceId = 99;
   });
-  state_ = tv->state();
+  before = tv->state();
   tv->import(listOf({70}), true);
-  EXPECT_EQ(tv->state(), state_) << "what was not there stays away";
+  EXPECT_EQ(tv->state(), before) << "what was not there stays away";
 }
 
 TEST_F(Import, KeepsWhatIsStillThereInWhateverOrderItComes) {
   EXPECT_EQ(tv->import(listOf({60, 50, 40, 30, 20}), false), (ServiceChanges{1, 4, 1}));
   expectNothingMoved();
-  EXPECT_NE(window().service, state_[WindowId::main].service) << "its key is another one";
+  EXPECT_NE(window().service, before[WindowId::main].service) << "its key is another one";
 }
 
 TEST_F(Import, TellsWhatItAddedChangedAndRemoved) {
@@ -91,7 +91,7 @@ TEST_F(Import, MovesAWindowWhoseServiceIsGoneToTheFirstOfTheList) {
   EXPECT_EQ(window().mode, (TvMode{1, 0}));
   EXPECT_EQ(previous(), 20U);
   EXPECT_EQ(current(pip), 40U) << "the other window's service is still there";
-  EXPECT_EQ(window(pip).mode, state_[pip].mode);
+  EXPECT_EQ(window(pip).mode, before[pip].mode);
   EXPECT_EQ(tv->state().startServiceId, 20U);
 }
 
@@ -217,7 +217,7 @@ TEST_F(Import, ThatFailsChangesNothing) {
   breakStore();
   EXPECT_THROW(tv->import(listOf({60}), false), StoreError);
   mendStore();
-  EXPECT_EQ(tv->state(), state_);
+  EXPECT_EQ(tv->state(), before);
   EXPECT_EQ(tv->services().keys(), keys);
   EXPECT_THROW(tv->import({}, true), std::invalid_argument);
 }
