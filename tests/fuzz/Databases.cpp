@@ -158,8 +158,9 @@ std::optional<std::string> refusal(const fs::path& folder, Step step) {
   }
 }
 
-void demandOneLine(const std::string& text) {
-  demand(!text.empty() && text.find('\n') == text.npos, "it is refused with: " + text);
+/// It may quote what a database holds as it is: the one who shows it makes a line of it.
+void demandReason(const std::string& text) {
+  demand(text.find_first_not_of(" \n") != text.npos, "it is refused without a reason");
 }
 
 bool isService(const std::string& name) {
@@ -240,12 +241,12 @@ class Attempt {
   template <typename Step>
   bool isDone(Step step) {
     const auto reason = refusal(folder_.path(), step);
-    if (reason) demandOneLine(*reason);
+    if (reason) demandReason(*reason);
     return !reason;
   }
 
   void judge(const std::string& reason) const {
-    demandOneLine(reason);
+    demandReason(reason);
     demand(files_ != examples_.switchedOff && files_ != examples_.powerLost, "a sound one is refused: " + reason);
     // One that is whole, but keeps what the set can't use, may take what its log has.
     const bool damaged = reason.find("the file is damaged") != reason.npos;

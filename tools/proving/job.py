@@ -114,7 +114,7 @@ class Job:
     def build(self, preset, *targets):
         """Brings the targets of a preset up to date, all of them if none is named. Returns the build folder."""
         self.run([self.top / "tools" / "build", preset, *targets])
-        return self.top / "build" / preset
+        return self.top / "build" / preset.removesuffix("-tests")  # which share a tree with their product
 
     def run(self, argv, **options):
         """Runs a program that the step can't do without, as `attempt` does, and returns what it wrote on standard

@@ -8,7 +8,7 @@ from proving.job import at_least, at_most
 
 
 def run(job):
-    folder = job.build("proof", "emp-window")
+    folder = job.build("release-tests", "emp-window")
     kills = 1000 if job.long else 100
     found = job.measure(["python3", "-B", job.top / "tests/proof/kill/proof_kill.py", folder / "emp-window",
                          "--kills", kills, "--seed", job.seed])

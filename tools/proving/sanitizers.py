@@ -18,7 +18,7 @@ LARGEST_LOG = 5_000_000  # bytes; SQLite empties it at a thousand pages
 
 def memchecks(job):
     """What runs under valgrind: the transcripts, which use every command; in the long form the cases of all commands."""
-    build = job.build("proof", "emp-window", *(["window_cases"] if job.long else []))
+    build = job.build("release-tests", "emp-window", *(["window_cases"] if job.long else []))
     runs = [[build / "emp-window", "check", *sorted((job.top / "tests" / "transcripts").glob("*.txt"))]]
     if job.long:
         runs.append([build / "tests" / "window_cases", "--gtest_brief=1"])
@@ -45,7 +45,7 @@ def run(job):
     yield Figure("sanitizers: programs with a finding", "0", f"{ran.failed()} of {programs}", ran.failed() == 0)
 
     checked = memchecks(job)
-    program = job.build("proof", "proof_soak") / "tests/proof/soak/proof_soak"
+    program = job.build("release-tests", "proof_soak") / "tests/proof/soak/proof_soak"
     tasks = [lambda: soak(job, program), *(lambda command=command: is_clean(job, command) for command in checked)]
     found, *clean = job.at_once(lambda task: task(), tasks, AT_ONCE)
     yield Figure("memcheck: programs with a finding", "0", f"{clean.count(False)} of {len(clean)}", all(clean))

@@ -12,7 +12,7 @@ SEEDS = 10_000_000  # how far the processes' seeds lie apart: more than either u
 
 
 def run(job):
-    program = job.build("proof", "proof_simulation") / "tests/proof/simulation/proof_simulation"
+    program = job.build("release-tests", "proof_simulation") / "tests/proof/simulation/proof_simulation"
     wanted = COMMANDS * (10 if job.long else 1)
 
     def simulate(process):

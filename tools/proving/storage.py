@@ -11,7 +11,7 @@ CRASHES = 1000
 
 
 def run(job):
-    folder = job.build("proof", "proof_storage")
+    folder = job.build("release-tests", "proof_storage")
     every = 1 if job.long else 9
     found = job.measure([folder / "tests/proof/storage/proof_storage", "--every", every, "--crashes", CRASHES,
                          "--seed", job.seed])

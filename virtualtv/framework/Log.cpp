@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <set>
 #include <utility>
 
@@ -29,6 +30,7 @@ notify::Listeners<LogLine>& listeners() {
 struct Location {
   std::string function;
   int place = 0;
+  bool lost = false;  ///< there was no memory for it; its message would be taken for another operation's
 };
 
 /// The location line that waits for its message.
@@ -38,14 +40,18 @@ Location& location() {
 }
 
 /// What passes the filter. Kept out of its caller, which would otherwise save registers for each message that does not.
-[[gnu::noinline]] void take(int channel, int level, const char* format, va_list arguments) {
+/// A message that there is no memory for is lost; the one who logs goes on.
+[[gnu::noinline]] void take(int channel, int level, const char* format, va_list arguments) try {
   if (std::strcmp(format, locationFormat) == 0) {
     const char* function = va_arg(arguments, const char*);
+    location().lost = true;  // until it is kept
     location() = {function == nullptr ? "" : function, va_arg(arguments, int)};
     return;
   }
   Location told = std::exchange(location(), {});
+  if (told.lost) return;
   listeners().tell({level, channel, told.place, std::move(told.function), Message(format, arguments)});
+} catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
 }
 
 void setThreshold() {

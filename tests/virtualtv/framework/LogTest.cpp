@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include <array>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -185,6 +186,17 @@ TEST_F(LogTest, KeepsLineBreaksOfTheMessage) {
   CKELDebug::PrintLog(2, 0, "ExecuteWithParamList[%s]\n", "a\nb");
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_EQ(lines[0].message.text(), "ExecuteWithParamList[a\nb]\n");
+}
+
+TEST_F(LogTest, AMessageThatThereIsNoMemoryForIsLost) {
+  bool full = true;
+  const notify::Subscription hears = listenToLog(3, [&](const LogLine&) {
+    if (full) throw std::bad_alloc();
+  });
+  EXPECT_NO_THROW(CKELDebug::PrintLog(2, 0, "one"));
+  full = false;
+  CKELDebug::PrintLog(2, 0, "two");
+  EXPECT_EQ(lines.back().message.text(), "two");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 
+#include "kel/CKELDebug.h"
 #include "settings/vconf.h"
 #include "support/Channels.h"
 #include "support/LogLines.h"
@@ -165,6 +166,23 @@ TEST_F(AllocationTest, ATextOfTheSetIsHandedOverOrTheCallLeavesWithAnException) 
     if (failedAllocations() == 0) break;
   }
   EXPECT_GT(thrown, 1U);
+}
+
+/// Else it would be taken for another operation's.
+TEST_F(AllocationTest, AMessageWhoseLocationThereIsNoMemoryForIsLostAndTheNextIsNot) {
+  const auto log = [] {
+    kel::CKELDebug::PrintLog(2, 0, "[KEL][%s(%d)] ", "SetDVBSIChannelDirectEx", 1);
+    kel::CKELDebug::PrintLog(2, 0, " pSatelliteMgr is NULL !");
+  };
+  forget();
+  {
+    const FailingAllocations failing({.nth = 1});
+    log();
+  }
+  EXPECT_EQ(failedAllocations(), 1U);
+  EXPECT_EQ(logs(), Lines());
+  log();
+  EXPECT_EQ(logs(), Lines{"0  pSatelliteMgr is NULL !"});
 }
 
 }  // namespace
