@@ -12,7 +12,7 @@ TOP = Path(__file__).resolve().parents[3]
 sys.dont_write_bytecode = True
 sys.path[:0] = [str(TOP / "tools"), str(TOP / "tests" / "tools")]
 
-from proving import fuzz, log, suites  # noqa: E402  (needs the path above)
+from proving import fuzz, log, suites, threads  # noqa: E402  (needs the path above)
 from proving.job import Outcome  # noqa: E402
 from scratch import load  # noqa: E402
 
@@ -97,6 +97,25 @@ class LogContract(unittest.TestCase):
 
     def test_is_in_order(self):
         self.assertEqual(self.missed(["b", "a", "a"], window_text=["a", "b"]), {"log: out of order, or there twice": "2"})
+
+
+class Threads(unittest.TestCase):
+    """Each report of the thread sanitizer counts, and so does a program that ran next to nothing."""
+
+    def missed(self, out, err):
+        job = SimpleNamespace(build=lambda *_: Path("/build"), attempt=lambda *_: Outcome(out, err))
+        return {figure.name: figure.measured for figure in threads.run(job) if not figure.reached}
+
+    def test_is_reached(self):
+        self.assertEqual(self.missed("[==========] 24 tests from 3 test suites ran. (1 ms total)\n", ""), {})
+
+    def test_counts_reports(self):
+        said = "WARNING: ThreadSanitizer: data race (pid=1)\n" * 2
+        self.assertEqual(self.missed("[==========] 24 tests from 3 test suites ran. (1 ms total)\n", said),
+                         {"threads: reports": "2"})
+
+    def test_wants_tests(self):
+        self.assertEqual(self.missed("", ""), {"threads: tests": "0"})
 
 
 class Whole(unittest.TestCase):
