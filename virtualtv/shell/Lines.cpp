@@ -25,7 +25,7 @@ void takeQuoted(std::string_view line, std::size_t& at, std::string& word) {
     if (escape) ++at;
     word += line[at++];
   }
-  if (at == line.size()) unclosed(std::string("no closing ") + quote + " for the one", start);
+  if (at == line.size()) unclosed("no closing " + std::string(1, quote) + " for the one", start);
   ++at;
 }
 

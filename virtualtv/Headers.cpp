@@ -1,0 +1,1 @@
+// Stands for the precompiled headers, which want a source.
