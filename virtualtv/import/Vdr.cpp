@@ -33,6 +33,7 @@ enum Field : std::size_t {
   FIELDS,
 };
 
+constexpr std::string_view channelNumber = "channel number";
 constexpr std::size_t fewestFields = SERVICE + 1;      // the lists of old versions end there
 constexpr std::uint64_t greatestSymbolRate = 100'000;  // ksym/s
 
@@ -54,6 +55,12 @@ struct Fields {
   }
 
   bool areEnough() const { return count >= fewestFields && count <= FIELDS; }
+  /// True for a service without a name, whose line starts with a colon as that of a group does.
+  bool areNameless() const { return trimmed(texts[NAME]).empty() && count >= fewestFields && hasFrequency(); }
+  bool hasFrequency() const {
+    const std::string_view frequency = texts[FREQUENCY];
+    return !frequency.empty() && std::all_of(frequency.begin(), frequency.end(), isDigit);
+  }
 };
 
 std::string wrongCount(std::size_t count) {
@@ -153,31 +160,35 @@ class VdrReader {
   void readLine(const Lines& lines) {
     const std::string_view text = trimmed(lines.line());
     if (text.empty() || lines.isComment()) return;
-    if (text.front() == ':') {
+    const Fields fields(lines.line());
+    if (text.front() == ':' && !fields.areNameless()) {
       readGroup(lines.number(), text.substr(1));
       return;
     }
-    const Fields fields(lines.line());
     if (!fields.areEnough()) throw Unreadable{quoted(text) + wrongCount(fields.count)};
     list_.add(readService(fields));
   }
 
   /// A name, or @ and the number of the next channel in front of it.
   void readGroup(int line, std::string_view text) {
-    std::string_view digits;
-    if (text.size() > 1 && text[0] == '@' && isDigit(text[1])) {
-      text.remove_prefix(1);
-      digits = text.substr(0, text.find_first_not_of("0123456789"));
-      text.remove_prefix(digits.size());
-    }
-    list_.startGroup(text);
-    if (digits.empty()) return;
+    if (!text.starts_with('@')) return list_.startGroup(text);
+    const std::string_view word = text.substr(0, text.find_first_of(" \t"));
+    const std::string_view digits = word.substr(1);
+    requireDigits(digits, channelNumber);
+    list_.startGroup(text.substr(word.size()));
+    continueFrom(line, digits);
+  }
+
+  void continueFrom(int line, std::string_view digits) {
     try {
-      const std::uint64_t wanted = number(digits, "channel number", greatestChannelNumber);
-      if (!list_.continueFrom(wanted)) throw Unreadable{"channel number " + quoted(digits) + " is taken already"};
+      const std::uint64_t wanted = number(digits, channelNumber, greatestChannelNumber);
+      if (list_.continueFrom(wanted)) return;
+      throw Unreadable{std::string(channelNumber) + ' ' + quoted(digits) + " is less than " +
+                       std::to_string(list_.nextNumber())};
     } catch (const Unreadable& unread) {
-      const std::string instead = "; its services start at " + std::to_string(list_.nextNumber());
-      result_.problems.add(remark(line, unread.reason + instead));
+      const std::uint64_t next = list_.nextNumber();
+      const std::string instead = next > greatestChannelNumber ? "have no number" : "start at " + std::to_string(next);
+      result_.problems.add(remark(line, unread.reason + "; its services " + instead));
     }
   }
 
@@ -188,9 +199,7 @@ class VdrReader {
 /// True for a line that has the shape of a service.
 bool looksLikeVdr(std::string_view line) {
   const Fields fields(line);
-  const std::string_view frequency = fields.texts[FREQUENCY];
-  return fields.areEnough() && !frequency.empty() && std::all_of(frequency.begin(), frequency.end(), isDigit) &&
-         parseVdrSource(fields.texts[SOURCE]).has_value();
+  return fields.areEnough() && fields.hasFrequency() && parseVdrSource(fields.texts[SOURCE]).has_value();
 }
 
 }  // namespace

@@ -60,17 +60,20 @@ bool sameWord(std::string_view left, std::string_view right) {
                     [](char one, char other) { return lower(one) == lower(other); });
 }
 
-std::uint64_t number(std::string_view digits, std::string_view what, std::uint64_t most) {
+void requireDigits(std::string_view digits, std::string_view what) {
   const std::string subject(what);
   if (digits.empty()) throw Unreadable{subject + " is missing"};
+  if (std::all_of(digits.begin(), digits.end(), isDigit)) return;
+  const bool negative = digits.front() == '-' && digits.size() > 1 && isDigit(digits[1]);
+  throw Unreadable{subject + ' ' + quoted(digits) + (negative ? " is negative" : " is not a decimal number")};
+}
+
+std::uint64_t number(std::string_view digits, std::string_view what, std::uint64_t most) {
+  requireDigits(digits, what);
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (!std::all_of(digits.begin(), digits.end(), isDigit)) {
-    const bool negative = digits.front() == '-' && digits.size() > 1 && isDigit(digits[1]);
-    throw Unreadable{subject + ' ' + quoted(digits) + (negative ? " is negative" : " is not a decimal number")};
-  }
   if (error != std::errc() || value > most) {
-    throw Unreadable{subject + ' ' + quoted(digits) + " is greater than " + std::to_string(most)};
+    throw Unreadable{std::string(what) + ' ' + quoted(digits) + " is greater than " + std::to_string(most)};
   }
   return value;
 }

@@ -28,8 +28,12 @@ bool isDigit(char character);
 /// True when both are the same but for the case of ASCII letters.
 bool sameWord(std::string_view left, std::string_view right);
 
-/// Reads a decimal number without a sign.
+/// Requires a decimal number without a sign. @throw Unreadable  when it is missing or no such number.
 /// @param what  names the number in the reason, as in "service id".
+void requireDigits(std::string_view digits, std::string_view what);
+
+/// Reads a decimal number without a sign.
+/// @param what  as above.
 /// @throw Unreadable  when it is missing, no such number or greater than `most`.
 std::uint64_t number(std::string_view digits, std::string_view what, std::uint64_t most);
 

@@ -58,7 +58,7 @@ TEST(ImportReport, ShowsAHundredProblemsAndCountsTheRest) {
   EXPECT_EQ(importServices(tv, "l", list, {}).problemLines().size(), 100U);
   const Lines one = importServices(tv, "l", list + "x\n", {}).problemLines();
   ASSERT_EQ(one.size(), 101U);
-  EXPECT_EQ(one[1], "l:4: channel number \"1\" is taken already; its services start at 3");
+  EXPECT_EQ(one[1], "l:4: channel number \"1\" is less than 3; its services start at 3");
   EXPECT_EQ(one.back(), "l: 1 more problem");
   const ImportReport many = importServices(tv, "l\n", list + "x\nx\n", {});
   EXPECT_EQ(many.problemLines().back(), "l\\x0A: 2 more problems");

@@ -117,6 +117,54 @@ TEST(VdrProblem, RemarksThatAGroupNumberIsOutOfRangeAndKeepsTheGroup) {
   EXPECT_EQ(number(result.services[0], TCServiceData::MAJOR), 1U);
 }
 
+TEST(VdrProblem, IsAnAtSignOfAGroupWithoutANumber) {
+  const std::string line = VdrLine{}.text();
+  const std::string lines = ":First\n" + line + ":@12abc\n" + line + ":@home\n:@\n:@ 12\n:@-5 Films\n" + line;
+  const auto result = readVdr(lines);
+  EXPECT_EQ(problems(result),
+            (Lines{"3: channel number \"12abc\" is not a decimal number",
+                   "5: channel number \"home\" is not a decimal number", "6: channel number is missing",
+                   "7: channel number is missing", "8: channel number \"-5\" is negative"}));
+  EXPECT_EQ(result.problems.unread(), 5U);
+  ASSERT_EQ(result.services.size(), 3U);
+  for (const auto& service : result.services) EXPECT_EQ(service.group, "First");
+  EXPECT_EQ(column(result, TCServiceData::MAJOR), (std::vector<std::uint64_t>{1, 2, 3}));
+}
+
+TEST(VdrProblem, IsAServiceWithoutANameThatCantBeReadAndNoGroup) {
+  VdrLine bad{.name = "", .source = "Q?"};
+  const auto result =
+      readVdr(":News\n" + bad.text() + ":12187:h:S19.2E:27500:163:104:105:0:1:1:1:0:7\n" + VdrLine{}.text());
+  EXPECT_EQ(
+      problems(result),
+      (Lines{"2: source \"Q?\" is not known",
+             "3: \":12187:h:S19.2E:27500:163:104:105:0:1:1:\"... has more than the 13 fields of a service; a colon "
+             "in a name is written as |"}));
+  ASSERT_EQ(result.services.size(), 1U);
+  EXPECT_EQ(result.services[0].group, "News");
+}
+
+TEST(VdrProblem, SaysOfAGroupBehindTheLastNumberThatItsServicesHaveNone) {
+  const std::string line = VdrLine{}.text();
+  const auto result = readVdr(":@65534 Last\n" + line + ":@5 Back\n" + line + ":@65535 Beyond\n" + line);
+  EXPECT_EQ(problems(result),
+            (Lines{"3: channel number \"5\" is less than 65535; its services have no number",
+                   "5: channel number \"65535\" is greater than 65534; its services have no number"}));
+  EXPECT_EQ(result.problems.unread(), 0U);
+  ASSERT_EQ(result.services.size(), 3U);
+  EXPECT_EQ(result.services[1].group, "Back");
+  EXPECT_EQ(number(result.services[1], TCServiceData::MAJOR), std::nullopt);
+  EXPECT_EQ(number(result.services[2], TCServiceData::MAJOR), std::nullopt);
+}
+
+TEST(VdrProblem, SaysOfAGroupNumberWhyItIsNoneThatIsLeft) {
+  const std::string line = VdrLine{}.text();
+  const auto result = readVdr(":@0 Zero\n" + line + ":@100\n" + line + ":@50 Never given\n" + line);
+  EXPECT_EQ(problems(result), (Lines{"1: channel number \"0\" is less than 1; its services start at 1",
+                                     "5: channel number \"50\" is less than 101; its services start at 101"}));
+  EXPECT_EQ(column(result, TCServiceData::MAJOR), (std::vector<std::uint64_t>{1, 100, 101}));
+}
+
 TEST(VdrProblem, IsKeptAHundredTimesAndCountedOn) {
   std::string list = VdrLine{}.text() + ":@1 Taken\n";
   for (int line = 0; line < 1000; ++line) list += "broken\n";

@@ -354,7 +354,7 @@ TEST(Vdr, NumbersServicesFromOne) {
 
 TEST(Vdr, GoesOnFromTheNumberOfAGroup) {
   const std::string line = VdrLine{}.text();
-  const auto result = readVdr(line + ":@20 Films\n" + line + line + ":@100\n:Sport\n" + line + ":@101Next\n" + line);
+  const auto result = readVdr(line + ":@20 Films\n" + line + line + ":@100\n:Sport\n" + line + ":@101\tNext\n" + line);
   EXPECT_EQ(column(result, TCServiceData::MAJOR), (Numbers{1, 20, 21, 100, 101}));
   EXPECT_EQ(result.services[1].group, "Films");
   EXPECT_EQ(result.services[3].group, "Sport");
@@ -362,21 +362,35 @@ TEST(Vdr, GoesOnFromTheNumberOfAGroup) {
   EXPECT_EQ(result.problems.count(), 0U);
 }
 
-TEST(Vdr, NumbersOnAndRemarksThatAGroupNumberIsTaken) {
+TEST(Vdr, NumbersOnAndRemarksThatAGroupNumberIsNoneThatIsLeft) {
   const std::string line = VdrLine{}.text();
   const auto result = readVdr(line + line + ":@2 Films\n" + line);
   EXPECT_EQ(column(result, TCServiceData::MAJOR), (Numbers{1, 2, 3}));
   EXPECT_EQ(result.services[2].group, "Films");
   EXPECT_EQ(problems(result),
-            (std::vector<std::string>{"3: channel number \"2\" is taken already; its services start at 3"}));
+            (std::vector<std::string>{"3: channel number \"2\" is less than 3; its services start at 3"}));
   EXPECT_EQ(result.problems.unread(), 0U) << "the group is read";
 }
 
-TEST(Vdr, TakesAnAtSignWithoutANumberForPartOfTheGroupName) {
-  const auto result = readVdr(":@home\n" + VdrLine{}.text() + ":@\n" + VdrLine{}.text());
-  ASSERT_EQ(result.services.size(), 2U);
-  EXPECT_EQ(result.services[0].group, "@home");
-  EXPECT_EQ(result.services[1].group, "@");
+TEST(Vdr, ReadsAServiceWithoutANameThoughItsLineStartsAsAGroupDoes) {
+  VdrLine nameless;
+  nameless.name = "";
+  const auto result = readVdr(":News\n" + nameless.text() + "  " + nameless.text() + VdrLine{}.text());
+  ASSERT_EQ(result.services.size(), 3U);
+  EXPECT_EQ(result.problems.count(), 0U);
+  for (const auto& service : result.services) EXPECT_EQ(service.group, "News");
+  EXPECT_EQ(name(result.services[0]), u"Service 12003");
+  EXPECT_EQ(name(result.services[1]), u"Service 12003");
+  EXPECT_EQ(column(result, TCServiceData::MAJOR), (Numbers{1, 2, 3}));
+}
+
+TEST(Vdr, TakesColonsInAGroupForItsName) {
+  for (const std::string group : {"24:7", "12187:HC34", ":::::::::::::", "a:1:b:c:d:e:f:g:h:i:j:k", "a|b", "x @12"}) {
+    const auto result = readVdr(":" + group + "\n" + VdrLine{}.text());
+    ASSERT_EQ(result.services.size(), 1U) << group;
+    EXPECT_EQ(result.services[0].group, group == "a|b" ? "a:b" : group);
+    EXPECT_EQ(result.problems.count(), 0U) << group;
+  }
 }
 
 TEST(Vdr, LeavesServicesBeyondTheLastChannelNumberWithoutOne) {
