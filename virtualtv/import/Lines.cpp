@@ -3,13 +3,11 @@
 #include <limits>
 
 #include "import/Words.h"
+#include "text/Units.h"
 
 namespace virtualtv::import {
 
-Lines::Lines(std::string_view content) : start_(content.data()), rest_(content) {
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  if (rest_.starts_with(byteOrderMark)) rest_.remove_prefix(byteOrderMark.size());
-}
+Lines::Lines(std::string_view content) : start_(content.data()), rest_(text::withoutMark(content)) {}
 
 bool Lines::next() {
   if (rest_.empty()) return false;

@@ -20,6 +20,7 @@
 
 #include "catalogue/Catalogue.h"
 #include "framework/Reply.h"
+#include "shell/Arguments.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/ImportWishes.h"
@@ -28,6 +29,7 @@
 #include "shell/Session.h"
 #include "shell/Terminal.h"
 #include "shell/Transcript.h"
+#include "text/Units.h"
 
 namespace virtualtv::shell {
 
@@ -118,6 +120,7 @@ void runPiped(Desk& desk) {
   int number = 0;
   for (std::string line; std::getline(std::cin, line);) {
     const std::string where = "standard input:" + std::to_string(++number) + ": ";
+    if (number == 1) line.erase(0, line.size() - text::withoutMark(line).size());
     while (line.ends_with('\r')) line.pop_back();
     if (!isText(line)) {
       std::cout << "# " << noText << ": " << oneLine(line) << "\n";
@@ -211,21 +214,6 @@ std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t
   return std::min(from, arguments.size());
 }
 
-/// Writes `--NAME=` with nothing behind it as the two words that it stands for; the parser would take the next word for
-/// the value.
-void keepEmptyValues(std::vector<std::string>& arguments) {
-  for (std::size_t at = 0; at < arguments.size() && arguments[at] != "--"; ++at) {
-    if (!arguments[at].starts_with("--") || arguments[at].find('=') != arguments[at].size() - 1) continue;
-    arguments[at].pop_back();
-    arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(at) + 1, "");
-  }
-}
-
-/// @return what is wrong with a directory's name, empty when nothing is.
-std::string refuseEmpty(const std::string& value) {
-  return value.empty() ? "a directory is wanted, not an empty text" : "";
-}
-
 constexpr const char* execNotes =
     R"(NAME and up to four ARGS are the plug-in's, whatever they look like; options stand
 before NAME.
@@ -284,7 +272,10 @@ struct Grammar {
   /// Options that may stand before the subcommand or behind it.
   void addSetOptions(CLI::App& part) {
     CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
-    state->check(CLI::Validator(refuseEmpty, ""));
+    const auto refusalOfState = [](const std::string& value) {
+      return refusalOf([&] { refuseEmpty(value, "a directory"); });
+    };
+    state->check(CLI::Validator(refusalOfState, ""));
     CLI::Option* log =
         part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
     log->type_name("LEVEL");

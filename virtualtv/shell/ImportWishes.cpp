@@ -1,23 +1,22 @@
 #include "shell/ImportWishes.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <stdexcept>
 
 #include "import/Charset.h"
 #include "import/Import.h"
+#include "shell/Arguments.h"
 
 namespace virtualtv::shell {
 
 namespace {
 
-/// Empty for an encoding that names can be in, else the reason why they can't.
-std::string refusalOf(const std::string& encoding) {
-  try {
-    import::requireEncoding(encoding);
-    return {};
-  } catch (const std::invalid_argument& refusal) {
-    return refusal.what();
-  }
+std::string refusalOfEncoding(const std::string& name) {
+  return refusalOf([&] {
+    refuseEmpty(name, "the name of an encoding");
+    import::requireEncoding(name);
+  });
 }
 
 }  // namespace
@@ -36,17 +35,19 @@ void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
       ->check(CLI::IsMember(namesOfFormats()));
   grammar.add_option("--encoding", options.encoding, "of names that do not tell theirs; judged if left out")
       ->type_name("NAME")
-      ->check(CLI::Validator(refusalOf, ""));
+      ->check(CLI::Validator(refusalOfEncoding, ""));
   grammar.add_flag("--add", options.add, "keep the services that are there");
 }
 
-ImportWishes importWishes(const std::vector<std::string>& words) {
+ImportWishes importWishes(std::vector<std::string> words) {
   ImportWishes wishes;
   CLI::App grammar;
   grammar.set_help_flag();
   addImportOptions(grammar, wishes);
   try {
-    grammar.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    keepEmptyValues(words);
+    std::reverse(words.begin(), words.end());  // as the parser wants them
+    grammar.parse(words);
   } catch (const CLI::ValidationError& error) {
     throw std::invalid_argument(error.what());
   } catch (const CLI::ParseError&) {

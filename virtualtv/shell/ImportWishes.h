@@ -25,6 +25,6 @@ Lines namesOfFormats();
 void addImportOptions(CLI::App& grammar, ImportWishes& wishes);
 
 /// Reads the words behind `.import`. @throws std::invalid_argument for words that can't be understood.
-ImportWishes importWishes(const std::vector<std::string>& words);
+ImportWishes importWishes(std::vector<std::string> words);
 
 }  // namespace virtualtv::shell

@@ -8,8 +8,6 @@ namespace virtualtv::shell {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
 /// Why a line can't stand in a transcript; empty when it can.
 std::string flaw(const Transcript& transcript, const std::string& line) {
   if (!isText(line)) return noText;
@@ -51,10 +49,9 @@ bool isRemark(std::string_view line) {
 
 Transcript readTranscript(const std::string& name, std::string_view content) {
   Transcript transcript;
-  transcript.marked = content.starts_with(byteOrderMark);
-  if (transcript.marked) content.remove_prefix(byteOrderMark.size());
+  transcript.marked = content.starts_with(text::byteOrderMark);
   int number = 0;
-  for (const std::string& line : splitLines(content)) {
+  for (const std::string& line : splitLines(text::withoutMark(content))) {
     ++number;
     const std::string reason = flaw(transcript, line);
     if (!reason.empty()) throw std::runtime_error(name + ":" + std::to_string(number) + ": " + reason);
@@ -64,7 +61,7 @@ Transcript readTranscript(const std::string& name, std::string_view content) {
 }
 
 std::string writeTranscript(const Transcript& transcript) {
-  std::string text(transcript.marked ? byteOrderMark : "");
+  std::string text(transcript.marked ? text::byteOrderMark : "");
   append(text, transcript.opening);
   for (const Step& step : transcript.steps) {
     text += step.input + "\n";

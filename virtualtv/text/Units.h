@@ -23,6 +23,14 @@ std::optional<std::u16string> parseQuoted(std::string_view& text);
 /// `\x5C`: so `\x` is always an escape, and other text is unchanged.
 std::string printable(std::string_view bytes);
 
+/// What some programs write in front of a text to tell that it is UTF-8.
+inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// The text behind a byte order mark in front of it, if there is one.
+inline std::string_view withoutMark(std::string_view text) {
+  return text.substr(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+}
+
 /// True when all of `bytes` are UTF-8.
 bool isUtf8(std::string_view bytes);
 

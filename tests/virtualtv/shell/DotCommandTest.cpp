@@ -414,6 +414,10 @@ TEST_F(DotCommandTest, ImportTakesTheOptionsOfTheProgram) {
             "error: --encoding: there is no encoding 'none'; 'iconv -l' lists those that there are");
   EXPECT_EQ(run(".import list --encoding UTF-16"),
             "error: --encoding: a list can't be in the encoding 'UTF-16', which has no ASCII in it");
+  for (const char* empty : {".import --encoding= list", ".import list --encoding=", ".import list --encoding ''"}) {
+    EXPECT_EQ(run(empty), "error: --encoding: the name of an encoding is wanted, not an empty text") << empty;
+  }
+  EXPECT_TRUE(run(".import --format= list").starts_with("error: --format: ")) << "and list is not its value";
   EXPECT_EQ(run(".import list --format other"), "error: --format: other not in {vdr,dvbv5}");
   EXPECT_EQ(lines(".import list --format dvbv5").back(), "error: list: no service in it");
 }

@@ -196,6 +196,24 @@ TEST_F(ProgramTest, APipedShellNeedsNoLineBreakAtTheEnd) {
   EXPECT_EQ(run({"shell"}, "").out, "");
 }
 
+TEST_F(ProgramTest, AByteOrderMarkInFrontOfWhatComesThroughAPipeIsSkipped) {
+  const std::string mark = "\xEF\xBB\xBF";
+  for (const std::string line : {"GetSource 2", "> GetSource 2"}) {
+    const Ending piped = run({}, mark + line + "\n");
+    EXPECT_EQ(piped.out, "> GetSource 2\nint 0\n");
+    EXPECT_EQ(piped.err, "");
+  }
+  EXPECT_EQ(run({}, mark + "# a comment\n").out, "# a comment\n");
+  EXPECT_EQ(run({}, mark).out, "\n");
+  EXPECT_EQ(run({}, "GetSource 2\n" + mark + "GetSource 2\n").out,
+            "> GetSource 2\nint 0\n> " + mark + "GetSource 2\nrefused\n")
+      << "elsewhere it is a character";
+  EXPECT_EQ(run({"check", "/dev/stdin"}, mark + "> GetSource 2\nint 0\n").status, 0);
+  EXPECT_EQ(run({"import", "-"}, mark + smallList).out,
+            "imported 2 services: 2 added, 0 changed, 81 gone; 1 line could not be read\n");
+  EXPECT_EQ(run({"exec", "GetCurrentChannel_Name"}).out, "unicode \"One\"\n");
+}
+
 TEST_F(ProgramTest, QuitEndsAPipedShell) {
   const Ending piped = run({}, "GetSource 2\n.quit\nGetSource 'x\n");
   EXPECT_EQ(piped.out, "> GetSource 2\nint 0\n> .quit\n");
@@ -283,6 +301,12 @@ TEST_F(ProgramTest, AnImportThatBringsNothingFailsAndKeepsTheServices) {
   expectError(run({"import", folder.path().string()}), {folder.path().string(), "directory"});
   expectError(run({"import", "--format", "other", made("list", smallList)}), {"--format", "other"});
   expectError(run({"import", "--encoding", "other", made("list", smallList)}), {"--encoding", "'other'", "iconv -l"});
+  for (const std::vector<std::string>& empty :
+       {std::vector<std::string>{"import", "--encoding", "", made("list", smallList)},
+        {"import", "--encoding=", made("list", smallList)},
+        {"import", made("list", smallList), "--encoding="}}) {
+    expectError(run(empty), {"--encoding: the name of an encoding is wanted, not an empty text"});
+  }
   EXPECT_EQ(run({}, ".get services\n").out, "> .get services\nservices = 2\n");
 }
 
