@@ -7,6 +7,7 @@
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Draw.h"
 #include "store/SettingsStore.h"
+#include "support/Faults.h"
 #include "support/bench/Bench.h"
 
 namespace {
@@ -75,7 +76,7 @@ void setKey(Bench& bench, Draw& draw) {
 void step(Bench& bench, Draw& draw) {
   switch (draw.below(8)) {
     case 0:
-      Seam::instance().add(virtualtv::seam::parseFault(fuzz::drawFault(draw)));
+      Seam::instance().add(support::oddFault(fuzz::drawFault(draw)));
       break;
     case 1:
       setKey(bench, draw);
@@ -98,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static Bench bench;
   bench.renew();
   if (draw.chance()) bench.showIsp();
-  if (draw.chance()) Seam::instance().add(virtualtv::seam::parseFault(fuzz::drawFault(draw)));
+  if (draw.chance()) Seam::instance().add(support::oddFault(fuzz::drawFault(draw)));
   if (!bench.open()) fuzz::demand(false, "no engine");
   for (std::size_t steps = 0; steps < mostSteps && !draw.isEmpty(); ++steps) step(bench, draw);
   demandNothing(bench.unhealthy());

@@ -9,6 +9,7 @@
 
 #include "fuzz/support/Demand.h"
 #include "fuzz/support/Draw.h"
+#include "support/Faults.h"
 #include "support/bench/Bench.h"
 #include "text/Units.h"
 
@@ -46,7 +47,7 @@ std::string drawService(Draw& draw) {
 }
 
 void answerAlways(const char* operation, const std::string& output) {
-  Seam::instance().add(virtualtv::seam::parseFault({operation, "always", output}));
+  Seam::instance().add(support::oddFault({operation, "always", output}));
 }
 
 /// The document of a channel: none where the attached text leaves none to be written.

@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "store/SettingsStore.h"
+#include "support/Faults.h"
 
 namespace support {
 
@@ -21,20 +22,6 @@ using virtualtv::framework::Reply;
 using virtualtv::seam::Fault;
 
 constexpr const char* untouched = "nobody wrote this";
-
-/// Takes the records out of the words of a fault and leaves empty ones there. @return the records by output.
-std::map<std::string, std::string> takeRecords(Lines& words) {
-  std::map<std::string, std::string> taken;
-  for (const auto& [output, none] : {std::pair("service", "{}"), std::pair("services", "[]")}) {
-    const std::string start = std::string("out.") + output + "=";
-    for (std::string& word : words) {
-      if (!word.starts_with(start)) continue;
-      taken[output] = word.substr(start.size());
-      word = start + none;
-    }
-  }
-  return taken;
-}
 
 Answer answer(bool accepted, const std::string& ret) {
   Answer answer{accepted, ret != untouched, std::nullopt};
@@ -148,11 +135,7 @@ void TvTest::listenNoMore() {
 }
 
 void TvTest::fault(const std::string& words) {
-  Lines all = split(words);
-  const std::map<std::string, std::string> records = takeRecords(all);
-  Fault fault = virtualtv::seam::parseFault(all);
-  for (const auto& [name, text] : records) fault.outputs[name] = text;
-  device().addFault(std::move(fault));
+  device().addFault(oddFault(split(words)));
 }
 
 void TvTest::clearFaults() {

@@ -94,7 +94,7 @@ class TvTest : public ::testing::Test {
   void listenNoMore();
 
   /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may
-  /// have numbers that `.fault` refuses since no service of this set has them; the plug-in reads what it is given.
+  /// be as odd as those of `oddFault`.
   void fault(const std::string& words);
   void clearFaults();
   /// True when each fault set has hit at least one call.

@@ -1,5 +1,7 @@
 // Faults as words: reading and writing them.
 #include <algorithm>
+#include <limits>
+#include <map>
 
 #include "seam/Seam.h"
 #include "services/FieldNumbers.h"
@@ -18,10 +20,19 @@ const Operation& operationNamed(const std::string& name) {
   refuse("no operation '" + name + "'; '.help operations' lists them");
 }
 
-std::uint64_t count(const std::string& word, const std::string& text) {
-  const auto value = text::numberIn<std::uint64_t>(text);
-  if (value.value_or(0) == 0) refuse("'" + word + "': a number from 1 is wanted");
-  return *value;
+/// Runs what throws std::invalid_argument with a reason, and puts what it is about before it.
+template <typename Body>
+auto check(const std::string& subject, Body body) {
+  try {
+    return body();
+  } catch (const std::invalid_argument& reason) {
+    refuse(subject + ": " + reason.what());
+  }
+}
+
+std::uint64_t count(const std::string& key, const std::string& text, std::string_view others = {}) {
+  constexpr text::Range range{1, std::numeric_limits<std::uint64_t>::max()};
+  return check("'" + key + "'", [&] { return text::requireNumber<std::uint64_t>(text, range, others); });
 }
 
 const Output& outputNamed(const Operation& operation, const std::string& name) {
@@ -47,16 +58,24 @@ void requireNumbers(const Output& output, const std::string& value) {
   if (written.size() != count && count > 1)
     refuse(std::to_string(count) + " numbers with commas between are wanted, not '" + value + "'");
   if (written.size() != count) written = {value};
-  for (std::size_t at = 0; at < count; ++at) {
-    if (!text::numberIn(written[at], output.numbers[at]))
-      refuse(text::describe(output.numbers[at]) + " is wanted, not '" + written[at] + "'");
+  for (std::size_t at = 0; at < count; ++at) text::requireNumber<std::uint64_t>(written[at], output.numbers[at]);
+}
+
+/// Refuses what no service of the set can have in a field.
+void checkField(const TCServiceData& before, int fieldId, std::optional<std::string_view> number) {
+  const auto fields = before.Fields();
+  if (std::any_of(fields.begin(), fields.end(), [=](const auto& field) { return field.id == fieldId; })) {
+    refuse(describeField(fieldId) + " stands there already");
+  }
+  if (number) {
+    fieldNumber(fieldId, *number);
+  } else {
+    requireText(fieldId);
   }
 }
 
-/// Refuses numbers that the fields of services can't hold. A text in place of a number, or the other way round, is an
-/// odd record, but what it says is what it holds.
-void checkField(int fieldId, std::string_view written) {
-  fieldNumber(fieldId, written);
+void refuseGroupAgain(int group) {
+  refuse("group " + std::to_string(group) + " stands there already");
 }
 
 void requireRecord(const std::string& value) {
@@ -73,7 +92,8 @@ void requireRecords(const std::string& value) {
 
 void requireFavourites(const std::string& value) {
   std::map<unsigned char, bool> favourites;
-  if (!parse(value, favourites)) refuse("groups from 0 to 255 as in {1=1,12=0} are wanted, not '" + value + "'");
+  if (!parse(value, favourites, refuseGroupAgain))
+    refuse("groups from 0 to 255 as in {1=1,12=0} are wanted, not '" + value + "'");
 }
 
 /// Refuses a text that the output can't be given.
@@ -120,11 +140,7 @@ void setResult(Fault& fault, const std::string& text) {
 
 void setOutput(Fault& fault, const std::string& name, const std::string& value) {
   const Output& output = outputNamed(*fault.operation, name);
-  try {
-    require(output, value);
-  } catch (const std::invalid_argument& reason) {
-    refuse("'" + name + "' of " + std::string(fault.operation->name) + ": " + reason.what());
-  }
+  check("'" + name + "' of " + std::string(fault.operation->name), [&] { require(output, value); });
   fault.outputs[name] = value;
 }
 
@@ -144,9 +160,9 @@ void setFrom(Fault& fault, const std::string& word, const std::string& key, cons
   if (word == "always" || word == "times=always") {
     fault.times.reset();
   } else if (key == "nth") {
-    fault.nth = count(word, value);
+    fault.nth = count(key, value);
   } else if (key == "times") {
-    fault.times = count(word, value);
+    fault.times = count(key, value, " or always");
   } else if (key == "result") {
     setResult(fault, value);
   } else if (key == "window") {
@@ -167,10 +183,13 @@ Fault parseFault(const std::vector<std::string>& words) {
   if (words.empty()) refuse("an operation is wanted");
   Fault fault;
   fault.operation = &operationNamed(words.front());
+  std::map<std::string, std::string> options;  // and the word of each
   for (std::size_t at = 1; at < words.size(); ++at) {
     const std::string& word = words[at];
     const std::size_t equals = word.find('=');
     const std::string key = word.substr(0, equals);
+    const auto [first, isNew] = options.emplace(word == "always" ? "times" : key, word);
+    if (!isNew) refuse("'" + word + "': '" + first->second + "' stands there already");
     setFrom(fault, word, key, equals == std::string::npos ? "" : word.substr(equals + 1));
   }
   if (fault.way == Fault::Way::outputs && fault.outputs.empty()) refuse("a result= or an out.NAME= is wanted");

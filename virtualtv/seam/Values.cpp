@@ -56,14 +56,17 @@ std::optional<std::uint64_t> bitsOf(std::string_view written) {
 bool takeField(std::string_view& text, TCServiceData& record, const FieldCheck& check) {
   const auto id = text::numberIn<int>(takeNumber(text));
   if (!id || *id < 0 || !take(text, '=')) return false;
-  if (const std::string_view written = takeNumber(text); !written.empty()) {
-    if (check) check(*id, written);
+  if (!text.starts_with('"')) {
+    const std::string_view written = text.substr(0, text.find_first_of(",}"));
+    text.remove_prefix(written.size());
+    if (check) check(record, *id, written);
     const auto bits = bitsOf(written);
     if (bits) record.Set(*id, *bits);
     return bits.has_value();
   }
   const auto units = text::parseQuoted(text);
   if (!units) return false;
+  if (check) check(record, *id, std::nullopt);
   std::vector<unsigned short> stored;
   for (const char16_t unit : *units) stored.push_back(static_cast<unsigned short>((unit & 0xFFU) << 8U | unit >> 8U));
   record.Set(*id, stored.data(), static_cast<int>(stored.size()));
@@ -186,14 +189,15 @@ bool parse(std::string_view text, std::list<TCServiceData*>& records, const Fiel
   return true;
 }
 
-bool parse(std::string_view text, std::map<unsigned char, bool>& favourites) {
+bool parse(std::string_view text, std::map<unsigned char, bool>& favourites, const GroupCheck& check) {
   std::map<unsigned char, bool> read;
   const bool whole = takeList(text, '{', '}', [&] {
     const auto group = text::numberIn<unsigned char>(takeNumber(text));
     if (!group || !take(text, '=')) return false;
     const auto member = text::numberIn(takeNumber(text), text::rangeOf<bool>());
     if (!member) return false;
-    read[*group] = *member != 0;
+    const bool isNew = read.insert_or_assign(*group, *member != 0).second;
+    if (!isNew && check) check(*group);
     return true;
   });
   if (!whole || !text.empty()) return false;

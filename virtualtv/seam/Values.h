@@ -5,6 +5,7 @@
 #include <functional>
 #include <list>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -42,15 +43,19 @@ std::string print(Number value) {
   }
 }
 
-/// Is told of each number of a record as it is written; throws what shall leave `parse` where the field takes it not.
-using FieldCheck = std::function<void(int fieldId, std::string_view written)>;
+/// Is told of each field of a record before it is set: of those before it, and of what is written for a number, nothing
+/// for a text between double quotes. Throws what shall leave `parse` where the record can't have the field.
+using FieldCheck =
+    std::function<void(const TCServiceData& before, int fieldId, std::optional<std::string_view> number)>;
+/// Is told of each favourite group that stood there already; likewise.
+using GroupCheck = std::function<void(int group)>;
 
 /// Reads a text into a value; false, and the value as it was, when the text is not of its form, or a number in it
-/// beyond what the value can hold. Fields of records hold any number of 64 bits, with or without a sign, unless `check`
-/// throws.
+/// beyond what the value can hold. Fields of records hold any number of 64 bits, with or without a sign, and any text;
+/// of a field or group that stands there twice the last one counts: unless `check` throws.
 bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check = {});
 bool parse(std::string_view text, std::list<TCServiceData*>& records, const FieldCheck& check = {});
-bool parse(std::string_view text, std::map<unsigned char, bool>& favourites);
+bool parse(std::string_view text, std::map<unsigned char, bool>& favourites, const GroupCheck& check = {});
 /// Reads an integer for each of the ranges, with commas between; negative ones as two's complement.
 bool parseNumbers(std::string_view text, std::span<const text::Range> ranges, std::uint64_t* numbers);
 

@@ -45,7 +45,8 @@ std::optional<int> fieldNamed(std::string_view name) {
   for (const FieldName& field : named) {
     if (field.name == name) return field.fieldId;
   }
-  return text::numberIn<int>(name);
+  const auto number = text::numberIn<int>(name);
+  return number >= 0 ? number : std::nullopt;
 }
 
 std::string nameOfField(int fieldId) {

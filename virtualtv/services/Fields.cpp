@@ -6,6 +6,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "services/FieldNames.h"
 #include "services/FieldNumbers.h"
 #include "services/Service.h"
 #include "tvservice/TCServiceData.h"
@@ -43,9 +44,7 @@ constexpr std::array fields{
 };
 
 [[noreturn]] void refuse(int fieldId, const std::string& reason) {
-  const KnownField* field = knownField(fieldId);
-  const std::string name = field == nullptr ? "" : std::string(" (") + field->name + ")";
-  throw std::invalid_argument("field " + std::to_string(fieldId) + name + " " + reason);
+  throw std::invalid_argument(describeField(fieldId) + " " + reason);
 }
 
 }  // namespace
@@ -81,10 +80,26 @@ std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t valu
 
 std::int64_t numberColumn(int fieldId, std::uint64_t value) {
   if (const auto column = toColumn(knownField(fieldId), value)) return *column;
+  if (!takesNumber(fieldId)) refuse(fieldId, "takes a text, not a number");
+  refuse(fieldId, "can't hold " + std::to_string(std::bit_cast<std::int64_t>(value)));
+}
+
+std::string describeField(int fieldId) {
   const KnownField* field = knownField(fieldId);
-  const bool isText = field != nullptr && field->kind == FieldKind::text;
-  refuse(fieldId,
-         isText ? "holds a text, not a number" : "can't hold " + std::to_string(std::bit_cast<std::int64_t>(value)));
+  const std::string number = std::to_string(fieldId);
+  const std::string name = field == nullptr ? nameOfField(fieldId) : field->name;
+  return "field " + number + (name == number ? "" : " (" + name + ")");
+}
+
+bool takesNumber(int fieldId) {
+  const KnownField* field = knownField(fieldId);
+  return field == nullptr || field->kind != FieldKind::text;
+}
+
+bool takesText(int fieldId) {
+  const KnownField* field = knownField(fieldId);
+  const bool isOfPicture = fieldId >= PICTURE_WIDTH && fieldId <= ACTIVE_FORMAT;
+  return field == nullptr ? !isOfPicture : field->kind == FieldKind::text;
 }
 
 text::Range rangeOfField(int fieldId) {
@@ -95,22 +110,31 @@ text::Range rangeOfField(int fieldId) {
     case uint16:
       return text::rangeOf<std::uint16_t>();
     case uint64:
-      return text::rangeOf<std::uint64_t>();
+      return {1, std::numeric_limits<std::uint64_t>::max()};
     case FieldKind::text:
       break;
   }
   return text::rangeOf<std::int64_t>();
 }
 
+std::string numbersTakenBy(int fieldId) {
+  return text::describe(rangeOfField(fieldId)) + (fieldId == Data::SERVICE_ID ? " (0 stands for no service)" : "");
+}
+
+std::string takenBy(int fieldId) {
+  constexpr const char* text = "a text between double quotes";
+  if (!takesNumber(fieldId)) return text;
+  return numbersTakenBy(fieldId) + (takesText(fieldId) ? std::string(" or ") + text : "");
+}
+
 std::uint64_t fieldNumber(int fieldId, std::string_view written) {
-  const text::Range range = rangeOfField(fieldId);
-  if (const auto number = text::numberIn(written, range)) return *number;
-  refuse(fieldId, "takes " + text::describe(range) + ", not '" + std::string(written) + "'");
+  const auto number = takesNumber(fieldId) ? text::numberIn(written, rangeOfField(fieldId)) : std::nullopt;
+  if (number) return *number;
+  refuse(fieldId, "takes " + takenBy(fieldId) + ", not '" + std::string(written) + "'");
 }
 
 void requireText(int fieldId) {
-  const KnownField* field = knownField(fieldId);
-  if (field != nullptr && field->kind != FieldKind::text) refuse(fieldId, "holds a number, not a text");
+  if (!takesText(fieldId)) refuse(fieldId, "takes " + takenBy(fieldId) + ", not a text");
 }
 
 std::vector<std::byte> toBytes(std::u16string_view units) {

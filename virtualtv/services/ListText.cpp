@@ -133,18 +133,22 @@ std::optional<int> readCoding(std::string_view text) {
   return named ? named : text::numberIn<int>(text);
 }
 
+std::string anyNumber() {
+  return text::describe(text::rangeOf<int>());
+}
+
 template <typename Track>
 void readFront(Piece& piece, Accept accept, Track& track) {
   track.readable = piece.readable();
   piece.next(track.pid, "a PID from 0 to 65535", [=](std::string_view text) { return readPid(text, accept); });
-  piece.next(track.lang, "a language (three letters, und or a number)", readLanguage);
+  piece.next(track.lang, "a language (three letters, und or " + anyNumber() + ")", readLanguage);
 }
 
 AudioTrack readTrack(Piece piece, Accept accept, AudioTrack track) {
   readFront(piece, accept, track);
-  piece.next(track.decodeType, "a coding (unknown, mpeg, ac3, eac3, aac or a number)", readCoding);
-  piece.next(track.audioMode, "a number as mode", text::numberIn<int>);
-  piece.next(track.audioType, "a number as type", text::numberIn<int>);
+  piece.next(track.decodeType, "a coding (unknown, mpeg, ac3, eac3, aac or " + anyNumber() + ")", readCoding);
+  piece.next(track.audioMode, anyNumber() + " as mode", text::numberIn<int>);
+  piece.next(track.audioType, anyNumber() + " as type", text::numberIn<int>);
   piece.end("PID:LANG:CODING:MODE:TYPE");
   return track;
 }

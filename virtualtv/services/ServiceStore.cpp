@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "services/FieldNumbers.h"
 #include "services/Fields.h"
 #include "store/Transaction.h"
 

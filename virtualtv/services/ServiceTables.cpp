@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "services/FieldNumbers.h"
 #include "services/Fields.h"
 #include "services/ServiceStore.h"
 

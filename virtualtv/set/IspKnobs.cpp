@@ -43,7 +43,7 @@ std::string getInUse(Tv& tv, const Parts&) {
 }
 template <auto member>
 void setInUse(Tv& tv, const Parts&, const std::string& value) {
-  const int position = number<int>(value);
+  const int position = text::requireNumber<int>(value);
   tv.adjust([=](TvState& state) { state.isp.inUse.*member = position; });
 }
 

@@ -1,6 +1,7 @@
 #include "set/JsonPart.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "text/Units.h"
 
@@ -33,13 +34,18 @@ bool isPlain(std::string_view name) {
 
 }  // namespace
 
-std::int64_t JsonPart::number(std::int64_t least, std::int64_t most) const {
+std::int64_t JsonPart::number(const text::Range& range) const {
+  const auto number = numberIn(range);
+  if (!number) want(text::describe(range));
+  return *number;
+}
+
+std::optional<std::int64_t> JsonPart::numberIn(const text::Range& range) const {
   // The types count: jsoncpp takes 1.0 for whole.
   const bool isWhole = value_.type() == Json::intValue || value_.type() == Json::uintValue;
-  if (!isWhole || !value_.isInt64() || value_.asInt64() < least || value_.asInt64() > most) {
-    want("a number from " + std::to_string(least) + " to " + std::to_string(most));
-  }
-  return value_.asInt64();
+  if (!isWhole || !value_.isInt64()) return std::nullopt;
+  const std::int64_t number = value_.asInt64();
+  return number >= range.least && std::cmp_less_equal(number, range.most) ? std::optional(number) : std::nullopt;
 }
 
 bool JsonPart::truth() const {

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/Numbers.h"
+
 namespace virtualtv {
 
 /// A value of a JSON document that somebody else wrote, and the path to it. What reads one throws std::invalid_argument
@@ -22,8 +24,10 @@ class JsonPart {
   bool isText() const { return value_.isString(); }
   bool isObject() const { return value_.isObject(); }
 
-  /// A whole number between two others.
-  std::int64_t number(std::int64_t least, std::int64_t most) const;
+  /// A whole number of a range.
+  std::int64_t number(const text::Range& range) const;
+  /// The same, nothing for what is none.
+  std::optional<std::int64_t> numberIn(const text::Range& range) const;
   bool truth() const;
   /// A text in UTF-8.
   std::string text() const;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
-#include <type_traits>
 #include <utility>
 
 #include "services/ListText.h"
@@ -34,13 +33,7 @@ std::string written(const std::vector<SubtitleTrack>& tracks) {
 
 template <typename Number>
 void read(const std::string& text, const Persisted& place, Number& number) {
-  const auto value = text::numberIn<std::conditional_t<std::is_same_v<Number, bool>, unsigned, Number>>(text);
-  const auto [least, most] = place.limits<Number>();
-  if (!value || *value < least || *value > most) {
-    throw std::invalid_argument("'" + text + "': a number from " + std::to_string(least) + " to " +
-                                std::to_string(most) + " is wanted");
-  }
-  number = static_cast<Number>(*value);
+  number = text::requireNumber<Number>(text, place.range<Number>());
 }
 void read(const std::string& text, const Persisted&, std::vector<AudioTrack>& tracks) {
   tracks = readAllAudioTracks(text);

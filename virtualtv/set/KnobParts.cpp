@@ -23,8 +23,9 @@ WindowId windowNamed(const std::string& name) {
 namespace {
 
 ServiceKey keyNamed(Tv& tv, const std::string& text) {
-  if (text.rfind('#', 0) == 0) return number<ServiceKey>(text.substr(1));
-  const auto key = tv.services().keyOf(number<std::uint64_t>(text));
+  if (text.starts_with('#')) return text::requireNumber<ServiceKey>(text.substr(1), {1, ServiceStore::greatestKey});
+  const auto key =
+      tv.services().keyOf(text::requireNumber<std::uint64_t>(text, text::rangeOf<std::uint64_t>(), " or #KEY"));
   if (!key) refuse("there is no service " + text);
   return *key;
 }

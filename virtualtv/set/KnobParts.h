@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <limits>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -34,19 +35,15 @@ using Parts = std::vector<std::string>;
 /// take.
 [[noreturn]] void refuse(const std::string& reason);
 
-template <typename Number>
-Number number(const std::string& text) {
-  const auto value = text::numberIn<Number>(text);
-  if (!value) refuse("'" + text + "': a number is wanted");
-  return *value;
-}
-
 bool onOrOff(const std::string& text);
 inline const char* onOff(bool on) {
   return on ? "on" : "off";
 }
 
-/// Reads numbers from 1 on that have marks between them, as in 720x576@25, whose marks are x and @.
+/// What the size and the rate of a picture are made of.
+inline constexpr text::Range lengthRange{1, std::numeric_limits<int>::max()};
+
+/// Reads such numbers that have marks between them, as in 720x576@25, whose marks are x and @.
 /// @param wanted  what to write, for a person who wrote something else.
 template <std::size_t count>
 std::array<int, count> lengthsIn(const std::string& text, const std::array<char, count - 1>& marks,
@@ -55,9 +52,9 @@ std::array<int, count> lengthsIn(const std::string& text, const std::array<char,
   std::size_t start = 0;
   for (std::size_t index = 0; index < count; ++index) {
     const std::size_t end = index < marks.size() ? text.find(marks[index], start) : text.size();
-    const auto length = end == text.npos ? std::nullopt : text::numberIn<int>(text.substr(start, end - start));
-    if (length.value_or(0) < 1) refuse("'" + text + "': " + wanted + " is wanted, numbers from 1 on");
-    lengths[index] = *length;
+    const auto length = end == text.npos ? std::nullopt : text::numberIn(text.substr(start, end - start), lengthRange);
+    if (!length) refuse("'" + text + "': " + wanted + " is wanted, each " + text::describe(lengthRange));
+    lengths[index] = static_cast<int>(*length);
     start = end + 1;
   }
   return lengths;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
 
 #include "set/State.h"
+#include "text/Numbers.h"
 
 // The values of a set's state that it persists. Used by those who write and read them.
 
@@ -21,11 +23,11 @@ struct Persisted {
   int least = std::numeric_limits<int>::min();  ///< for an `int`
   int most = std::numeric_limits<int>::max();
 
-  /// The least and the greatest number of a type that the value takes.
+  /// The numbers of a type that the value takes.
   template <typename Number>
-  std::pair<Number, Number> limits() const {
-    if constexpr (std::is_same_v<Number, int>) return {least, most};
-    return {std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()};
+  text::Range range() const {
+    if constexpr (std::is_same_v<Number, int>) return {least, static_cast<std::uint64_t>(most)};
+    return text::rangeOf<Number>();
   }
 };
 

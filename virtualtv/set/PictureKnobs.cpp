@@ -48,7 +48,7 @@ std::string getResolution(Tv& tv, const Parts& parts) {
 void setResolution(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   std::optional<int> wanted;
-  if (value != "auto") wanted = number<int>(value);
+  if (value != "auto") wanted = text::requireNumber<int>(value, text::rangeOf<int>(), " or auto");
   tv.adjust([&](TvState& state) { state[window].resolution = wanted; });
 }
 

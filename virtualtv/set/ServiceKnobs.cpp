@@ -14,12 +14,8 @@ namespace {
 
 int existingField(const std::string& name) {
   const auto fieldId = fieldNamed(name);
-  if (!fieldId || *fieldId < 0) refuse("there is no field '" + name + "'");
+  if (!fieldId) refuse("there is no field '" + name + "'");
   return *fieldId;
-}
-
-bool isText(int fieldId) {
-  return fieldId == TCServiceData::CHANNEL_NAME || fieldId == TCServiceData::SERVICE_FIELD_110;
 }
 
 std::string getField(Tv& tv, const Parts& parts) {
@@ -34,7 +30,7 @@ std::string getField(Tv& tv, const Parts& parts) {
 std::optional<std::u16string> textIn(const std::string& value, int fieldId) {
   std::string_view rest = value;
   if (auto units = text::parseQuoted(rest); units && rest.empty()) return units;
-  if (isText(fieldId)) return text::toUnits(value);
+  if (!takesNumber(fieldId)) return text::toUnits(value);
   return std::nullopt;
 }
 

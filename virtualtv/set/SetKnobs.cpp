@@ -15,13 +15,12 @@ std::string getNumber(Tv& tv, const Parts&) {
 template <auto member>
 void setNumber(Tv& tv, const Parts&, const std::string& value) {
   using Number = std::remove_cvref_t<decltype(tv.state().*member)>;
-  const auto wanted = number<Number>(value);
+  const auto wanted = text::requireNumber<Number>(value);
   tv.adjust([&](TvState& state) { state.*member = wanted; });
 }
 
 void setFade(Tv& tv, const Parts&, const std::string& value) {
-  const int fade = number<int>(value);
-  if (fade < 0 || fade > 255) refuse("'" + value + "': a number from 0 to 255 is wanted");
+  const auto fade = text::requireNumber<int>(value, {0, 255});
   tv.adjust([=](TvState& state) { state.fade = fade; });
 }
 
@@ -40,7 +39,7 @@ std::string getLatency(Tv&, const Parts& parts) {
   return std::to_string(seam::Seam::instance().latency(operationNamed(parts[0])));
 }
 void setLatency(Tv& tv, const Parts& parts, const std::string& value) {
-  tv.setLatency(operationNamed(parts[0]), number<std::uint64_t>(value));
+  tv.setLatency(operationNamed(parts[0]), text::requireNumber<std::uint64_t>(value));
 }
 
 constexpr std::array table{
@@ -48,8 +47,8 @@ constexpr std::array table{
          setNumber<&TvState::region>},
     Knob{"country", "number", "country that the user chose", getNumber<&TvState::country>,
          setNumber<&TvState::country>},
-    Knob{"start.service", "service id", "the service that the set starts with", getNumber<&TvState::startServiceId>,
-         setNumber<&TvState::startServiceId>},
+    Knob{"start.service", "service id or 0", "the service that the set starts with, which need not be there",
+         getNumber<&TvState::startServiceId>, setNumber<&TvState::startServiceId>},
     Knob{"start.source", "number", "the TV service's number of the source that the set starts with",
          getNumber<&TvState::startSource>, setNumber<&TvState::startSource>},
     Knob{"tuner.fade", "0 to 255", "how much of the tuner's signal is lost", getNumber<&TvState::fade>, setFade},

@@ -13,6 +13,7 @@
 #include <variant>
 
 #include "services/FieldNames.h"
+#include "services/FieldNumbers.h"
 #include "services/Fields.h"
 #include "services/ListText.h"
 #include "services/ServiceStore.h"
@@ -55,7 +56,7 @@ Text textOfNumbers(const char* name, const JsonPart& part) {
   part.requireOnly({name});
   const JsonPart numbers = part.at(name);
   numbers.eachItem([&](const JsonPart& number) {
-    text += static_cast<typename Text::value_type>(number.number(0, std::numeric_limits<Unit>::max()));
+    text += static_cast<typename Text::value_type>(number.number(text::rangeOf<Unit>()));
   });
   return text;
 }
@@ -88,23 +89,21 @@ Json::Value jsonOf(const std::vector<Track>& tracks) {
 
 template <typename Number>
 void read(const JsonPart& part, const Persisted& place, Number& number) {
-  const auto [least, most] = place.limits<Number>();
-  number = static_cast<Number>(part.number(least, most));
+  number = static_cast<Number>(part.number(place.range<Number>()));
 }
 void read(const JsonPart& part, const Persisted&, bool& truth) {
   truth = part.truth();
 }
 void read(const JsonPart& part, const Persisted&, std::uint64_t& id) {
   const auto read = part.isText() ? text::numberIn<std::uint64_t>(part.text()) : std::nullopt;
-  if (!read) part.want("a text with the digits of a service id");
+  if (!read) part.want(text::describe(text::rangeOf<std::uint64_t>()) + " as a text");
   id = *read;
 }
 void read(const JsonPart& part, const Persisted&, std::vector<AudioTrack>& tracks) {
-  tracks = part.check([text = part.text()] { return readAllAudioTracks(text); });
+  tracks = part.check([text = part.text()] { return readAudioTracks(text); });
 }
 void read(const JsonPart& part, const Persisted&, std::vector<SubtitleTrack>& tracks) {
-  tracks = part.check([text = part.text()] { return readAllSubtitleTracks(text); });
-  orderByKind(tracks);
+  tracks = part.check([text = part.text()] { return readIspSubtitles(text); });
 }
 
 Json::Value stateOf(const TvState& state) {
@@ -147,8 +146,7 @@ Json::Value settingOf(const std::string& key, const Setting& value) {
 
 Setting settingIn(const JsonPart& part) {
   if (part.isText() || part.isObject()) return bytesIn(part);
-  using Int = std::numeric_limits<int>;
-  return static_cast<int>(part.number(Int::min(), Int::max()));
+  return static_cast<int>(part.number(text::rangeOf<int>()));
 }
 
 void readSetting(const JsonPart& part, Snapshot& snapshot) {
@@ -169,13 +167,18 @@ Json::Value numberOf(int fieldId, std::uint64_t value) {
   return isExact ? Json::Value(Json::Int64{number}) : Json::Value(std::to_string(number));
 }
 
-std::uint64_t numberIn(const JsonPart& part) {
-  if (!part.isText()) return std::bit_cast<std::uint64_t>(part.number(-mostExact, mostExact));
-  const std::string digits = part.text();
-  if (const auto number = text::numberIn<std::uint64_t>(digits)) return *number;
-  const auto negative = text::numberIn<std::int64_t>(digits);
-  if (!negative) part.want("a number of 64 bits");
-  return std::bit_cast<std::uint64_t>(*negative);
+std::uint64_t numberIn(int fieldId, const JsonPart& part) {
+  if (!takesNumber(fieldId)) part.refuse("the field takes a text, not a number");
+  const text::Range range = rangeOfField(fieldId);
+  const text::Range exact{std::max(range.least, -mostExact), std::min(range.most, std::uint64_t{mostExact})};
+  std::optional<std::uint64_t> number;
+  if (part.isText()) {
+    number = text::numberIn(part.text(), range);
+  } else if (const auto plain = part.numberIn(exact)) {
+    number = std::bit_cast<std::uint64_t>(*plain);
+  }
+  if (!number) part.want(numbersTakenBy(fieldId) + (range.most > exact.most ? ", as a text beyond 53 bits," : ""));
+  return *number;
 }
 
 Json::Value serviceOf(ServiceKey key, const Service& service) {
@@ -212,25 +215,22 @@ void readList(const JsonPart& part, const char* name, List& list, Read readText)
 Service serviceIn(const JsonPart& part) {
   part.requireOnly({"key", "numbers", "texts", "group", "audio", "subtitles", "favourites"});
   Service service;
-  readFields(part, "numbers", service, [&](int id, const JsonPart& value) {
-    const std::uint64_t number = numberIn(value);
-    const std::int64_t stored = value.check([&] { return numberColumn(id, number); });
-    service.numbers.emplace(id, fromColumn(knownField(id), stored));  // as the set reads it again
-  });
+  readFields(part, "numbers", service,
+             [&](int id, const JsonPart& value) { service.numbers.emplace(id, numberIn(id, value)); });
   readFields(part, "texts", service, [&](int id, const JsonPart& value) {
     value.check([&] { requireText(id); });
     service.texts.emplace(id, unitsIn(value));
   });
   if (const auto group = part.find("group")) service.group = bytesIn(*group);
-  readList(part, "audio", service.audio, readAllAudioTracks);
-  readList(part, "subtitles", service.subtitles, readAllSubtitleTracks);
+  readList(part, "audio", service.audio, readAudioTracks);
+  readList(part, "subtitles", service.subtitles, readSubtitleTracks);
   readList(part, "favourites", service.favourites, readFavourites);
   return service;
 }
 
 void readService(const JsonPart& part, Snapshot& snapshot) {
   const JsonPart key = part.at("key");
-  const ServiceKey number = key.number(1, ServiceStore::greatestKey);
+  const ServiceKey number = key.number({1, ServiceStore::greatestKey});
   if (!snapshot.services.emplace(number, serviceIn(part)).second) key.refuse("the key stands there already");
 }
 
@@ -301,8 +301,7 @@ Snapshot snapshotIn(const Json::Value& document) {
   const JsonPart part(document);
   if (!part.isObject() || !part.find("version")) throw std::invalid_argument(noSnapshot);
   const JsonPart version = part.at("version");
-  constexpr int most = std::numeric_limits<int>::max();
-  if (const auto number = version.number(0, most); number != snapshotVersion) {
+  if (const auto number = version.number({0, std::numeric_limits<int>::max()}); number != snapshotVersion) {
     version.refuse("this program reads version " + std::to_string(snapshotVersion) + ", not " + std::to_string(number));
   }
   part.requireOnly({"version", "state", "settings", "services"});

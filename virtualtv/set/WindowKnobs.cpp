@@ -12,7 +12,7 @@ std::string getOfWindow(Tv& tv, const Parts& parts) {
 template <auto member>
 void setOfWindow(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
-  const int wanted = number<int>(value);
+  const int wanted = text::requireNumber<int>(value);
   tv.adjust([&](TvState& state) { state[window].*member = wanted; });
 }
 
@@ -24,7 +24,8 @@ void setMode(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   const std::size_t comma = value.find(',');
   if (comma == std::string::npos) refuse("'" + value + "': ANTENNA,SERVICE is wanted");
-  tv.setMode(window, {number<int>(value.substr(0, comma)), number<int>(value.substr(comma + 1))});
+  tv.setMode(window,
+             {text::requireNumber<int>(value.substr(0, comma)), text::requireNumber<int>(value.substr(comma + 1))});
 }
 
 template <auto member>
@@ -52,7 +53,7 @@ std::string getInUse(Tv& tv, const Parts& parts) {
 template <auto member>
 void setInUse(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
-  const int position = number<int>(value);
+  const int position = text::requireNumber<int>(value);
   tv.adjust([=](TvState& state) { state[window].inUse.*member = position; });
 }
 

@@ -27,8 +27,10 @@
 #include "shell/Nearest.h"
 #include "shell/Reason.h"
 #include "shell/Session.h"
+#include "shell/Show.h"
 #include "shell/Terminal.h"
 #include "shell/Transcript.h"
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {
@@ -278,7 +280,10 @@ struct Grammar {
     state->check(CLI::Validator(refusalOfState, ""));
     CLI::Option* log =
         part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
-    log->type_name("LEVEL");
+    const auto refusalOfLevel = [](const std::string& value) {
+      return refusalOf([&] { text::requireNumber<int>(value, logLevels); });
+    };
+    log->type_name("LEVEL")->check(CLI::Validator(refusalOfLevel, ""));
     if (&part != check) return;
     state->group("");  // not in its help
     log->group("");

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <limits>
 #include <optional>
 #include <stdexcept>
 
@@ -36,13 +34,6 @@ void wantCount(const Words& words, std::size_t least, std::size_t most, const ch
 bool onOrOff(const std::string& word, const char* usage) {
   if (word != "on" && word != "off") refuse(std::string("usage: ") + usage);
   return word == "on";
-}
-
-std::optional<int> numberIn(const std::string& text) {
-  int value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
 }
 
 /// A transcript must not name operations that do not exist, even if it expects the error.
@@ -105,9 +96,9 @@ Lines log(Session& session, const Words& words) {
   constexpr const char* usage = ".log on|off [LEVEL]";
   wantCount(words, 1, 2, usage);
   const bool on = onOrOff(words[0], usage);
-  const std::optional<int> level = words.size() == 2 ? numberIn(words[1]) : std::numeric_limits<int>::max();
-  if (!level || (!on && words.size() == 2)) refuse(std::string("usage: ") + usage);
-  session.logLevel = on ? *level : -1;
+  if (!on) wantCount(words, 1, 1, usage);
+  const int level = words.size() == 2 ? text::requireNumber<int>(words[1], logLevels) : everyLevel;
+  session.logLevel = on ? level : -1;
   return {};
 }
 
@@ -117,7 +108,7 @@ Lines why(Session& session, const Words& words) {
   const device::Deed& deed = session.lastDeed();
   Lines lines{"command " + oneLine(deed.engine) + " " + std::to_string(deed.command) + ": " +
               oneLine(session.lastCommand())};
-  for (const Lines& more : {callLines(deed), keyLines(deed), logLines(deed, std::numeric_limits<int>::max())}) {
+  for (const Lines& more : {callLines(deed), keyLines(deed), logLines(deed, everyLevel)}) {
     lines.insert(lines.end(), more.begin(), more.end());
   }
   return lines;
@@ -160,9 +151,8 @@ Lines set(Session& session, const Words& words) {
 
 Setting settingFrom(const Words& words) {
   if (words[2] == "str") return words[3];
-  const std::optional<int> number = words[2] == "int" ? numberIn(words[3]) : std::nullopt;
-  if (!number) refuse("'" + words[2] + " " + words[3] + "': int NUMBER or str TEXT is wanted");
-  return *number;
+  if (words[2] == "int") return text::requireNumber<int>(words[3]);
+  refuse("'" + words[2] + "': int or str is wanted");
 }
 
 Lines listSettings(const SettingsStore& settings) {

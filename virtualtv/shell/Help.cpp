@@ -120,6 +120,9 @@ Lines helpOnKnobs(std::size_t columns) {
   }
   Lines lines = table(rows, columns);
   lines.emplace_back(
+      "  A number is one from -2147483648 to 2147483647; milliseconds and service ids go from 0 to "
+      "18446744073709551615.");
+  lines.emplace_back(
       "  .get also takes a group of knobs: .get main, .get input.13, .get service.#1 for all of a service");
   return lines;
 }

@@ -1,10 +1,11 @@
 #include "shell/ServiceTable.h"
 
-#include <charconv>
+#include <cstddef>
 #include <optional>
 
 #include "channels/Search.h"
 #include "shell/Table.h"
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {
@@ -56,14 +57,6 @@ std::string flags(const Service& service) {
   return text.empty() ? "-" : text;
 }
 
-std::optional<std::size_t> countIn(const std::string& filter) {
-  std::size_t count = 0;
-  const char* end = filter.data() + filter.size();
-  const auto [stop, error] = std::from_chars(filter.data(), end, count);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return count;
-}
-
 Lines row(ServiceKey key, const Service& service) {
   return {"#" + std::to_string(key), antenna(service), channelNumber(service),
           serviceId(service),        flags(service),   text::quoted(nameOf(service))};
@@ -73,7 +66,7 @@ Lines row(ServiceKey key, const Service& service) {
 
 Lines serviceTable(const ServiceStore& services, const std::string& filter) {
   ServiceQuery query;
-  if (const auto count = countIn(filter)) {
+  if (const auto count = text::numberIn<std::size_t>(filter)) {
     query.limit = *count;
   } else {
     query.text = filter;

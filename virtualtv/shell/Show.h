@@ -1,11 +1,18 @@
 #pragma once
 
+#include <limits>
+
 #include "device/Session.h"
 #include "shell/Lines.h"
 #include "store/SettingsStore.h"
+#include "text/Numbers.h"
 
 /// How the shell prints what it knows.
 namespace virtualtv::shell {
+
+/// The levels up to which log messages can be printed, and the one that lets all of them pass.
+inline constexpr int everyLevel = std::numeric_limits<int>::max();
+inline constexpr text::Range logLevels{0, everyLevel};
 
 /// A line `call CALL` for each platform call.
 Lines callLines(const device::Deed& deed);

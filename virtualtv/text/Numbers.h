@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -21,7 +22,7 @@ std::optional<Number> numberIn(std::string_view text) {
   return value;
 }
 
-/// The numbers from `least`, which is not above 0, to `most`.
+/// The numbers from `least` to `most`, which is not below 0.
 struct Range {
   std::int64_t least = 0;
   std::uint64_t most = 0;
@@ -41,17 +42,28 @@ constexpr Range rangeOf() {
 /// The number that a whole text is, a negative one as two's complement; nothing for any other text and for numbers out
 /// of the range.
 inline std::optional<std::uint64_t> numberIn(std::string_view text, const Range& range) {
-  if (const auto positive = numberIn<std::uint64_t>(text)) {
-    return *positive <= range.most ? positive : std::nullopt;
+  if (const auto number = numberIn<std::int64_t>(text)) {
+    const bool tooGreat = *number > 0 && static_cast<std::uint64_t>(*number) > range.most;
+    if (*number < range.least || tooGreat) return std::nullopt;
+    return static_cast<std::uint64_t>(*number);
   }
-  const auto negative = numberIn<std::int64_t>(text);
-  if (!negative || *negative < range.least) return std::nullopt;
-  return static_cast<std::uint64_t>(*negative);
+  const auto great = numberIn<std::uint64_t>(text);  // beyond what has a sign
+  return great && *great <= range.most ? great : std::nullopt;
 }
 
 /// For a person: `a number from 0 to 255`.
 inline std::string describe(const Range& range) {
   return "a number from " + std::to_string(range.least) + " to " + std::to_string(range.most);
+}
+
+/// The number that a person wrote.
+/// @param others  what else is taken there, as in ` or auto`.
+/// @throws std::invalid_argument for any other text, and for numbers out of the range: `a number from 0 to 255 or auto
+/// is wanted, not 'x'`.
+template <typename Number>
+Number requireNumber(std::string_view text, const Range& range = rangeOf<Number>(), std::string_view others = {}) {
+  if (const auto number = numberIn(text, range)) return static_cast<Number>(*number);
+  throw std::invalid_argument(describe(range) + std::string(others) + " is wanted, not '" + std::string(text) + "'");
 }
 
 }  // namespace virtualtv::text

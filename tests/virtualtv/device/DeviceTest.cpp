@@ -36,7 +36,7 @@ const std::map<std::string, std::pair<std::string, std::string>> texts{
     {"ANTENNA,SERVICE", {"1,0", "2,1"}},
     {"WIDTHxHEIGHT", {"720x576", "1280x720"}},
     {"WIDTHxHEIGHT@RATE", {"720x576@50", "1280x720@25"}},
-    {"service id", {"5", "6"}},
+    {"service id or 0", {"5", "6"}},
     {"service id, #KEY or 0", {"#2", "#3"}},
     {"tracks or none", {"1:eng", "none"}},
     {"groups or none", {"1=1", "none"}},

@@ -63,16 +63,19 @@ TEST(FaultWords, AGroupIsANumberFrom0To255WithOneOrZero) {
 }
 
 TEST(FaultWords, ANumberBeyondItsFieldIsRefusedWithTheRange) {
+  const std::string ofId =
+      "field 12 (SERVICE_ID) takes a number from 1 to 18446744073709551615 (0 stands for no service)";
   const std::string place = "'service' of IService::FindService: ";
   const std::vector<std::pair<std::string, std::string>> bad{
       {"{13=70000}", "field 13 (MAJOR) takes a number from 0 to 65535, not '70000'"},
       {"{13=-1}", "field 13 (MAJOR) takes a number from 0 to 65535, not '-1'"},
       {"{12=5,4=2147483648}", "field 4 (FREQUENCY) takes " + ofInt + ", not '2147483648'"},
-      {"{12=-1}", "field 12 (SERVICE_ID) takes a number from 0 to 18446744073709551615, not '-1'"},
-      {"{12=18446744073709551616}",
-       "field 12 (SERVICE_ID) takes a number from 0 to 18446744073709551615, not '18446744073709551616'"},
+      {"{12=-1}", ofId + ", not '-1'"},
+      {"{12=0}", ofId + ", not '0'"},
+      {"{12=18446744073709551616}", ofId + ", not '18446744073709551616'"},
       {"{200=9223372036854775808}",
-       "field 200 takes a number from -9223372036854775808 to 9223372036854775807, not '9223372036854775808'"},
+       "field 200 takes a number from -9223372036854775808 to 9223372036854775807 or a text between double quotes, "
+       "not '9223372036854775808'"},
       {"{99999999999=1}", "a record as in {12=281,16=\"News\"} is wanted, not '{99999999999=1}'"},
       {"{-1=1}", "a record as in {12=281,16=\"News\"} is wanted, not '{-1=1}'"},
   };
@@ -93,8 +96,61 @@ TEST(FaultWords, EachRecordOfAListIsHeldAgainstTheFields) {
             "'services' of IServiceNavigation::GetServiceList: records as in [{12=281},null] are wanted, not '{13=1}'");
 }
 
-TEST(FaultWords, ARecordMayHaveATextForANumberAndTheOtherWayRound) {
-  EXPECT_EQ(refusal({"IService::FindService", "out.service={13=\"no number\",16=7}"}), "");
+TEST(FaultWords, AFieldOfAnotherKindIsRefusedWithWhatItTakes) {
+  const std::string place = "'service' of IService::FindService: ";
+  const std::string any = "a number from -9223372036854775808 to 9223372036854775807";
+  const std::vector<std::pair<std::string, std::string>> bad{
+      {"{13=\"7\"}", "field 13 (MAJOR) takes a number from 0 to 65535, not a text"},
+      {"{16=\"News\",4=\"\"}", "field 4 (FREQUENCY) takes " + ofInt + ", not a text"},
+      {"{1003=\"wide\"}", "field 1003 (picture_width) takes " + any + ", not a text"},
+      {"{16=7}", "field 16 (CHANNEL_NAME) takes a text between double quotes, not '7'"},
+      {"{13=x}", "field 13 (MAJOR) takes a number from 0 to 65535, not 'x'"},
+      {"{13=}", "field 13 (MAJOR) takes a number from 0 to 65535, not ''"},
+      {"{13=7x,14=1}", "field 13 (MAJOR) takes a number from 0 to 65535, not '7x'"},
+      {"{16=News}", "field 16 (CHANNEL_NAME) takes a text between double quotes, not 'News'"},
+      {"{200=x}", "field 200 takes " + any + " or a text between double quotes, not 'x'"},
+      {"{12=281,110=-1}", "field 110 (SERVICE_FIELD_110) takes a text between double quotes, not '-1'"},
+  };
+  for (const auto& [record, reason] : bad) {
+    EXPECT_EQ(refusal({"IService::FindService", "out.service=" + record}), place + reason);
+    EXPECT_EQ(refusal({"IServiceNavigation::GetServiceList", "out.services=[{12=5}," + record + "]"}),
+              "'services' of IServiceNavigation::GetServiceList: " + reason);
+  }
+  EXPECT_EQ(refusal({"IService::FindService", "out.service={16=\"7\",110=\"\",200=7,201=\"x\"}"}), "");
+}
+
+TEST(FaultWords, AFieldOrGroupThatStandsTwiceIsRefusedByName) {
+  EXPECT_EQ(refusal({"IService::FindService", "out.service={13=1,16=\"News\",13=1}"}),
+            "'service' of IService::FindService: field 13 (MAJOR) stands there already");
+  EXPECT_EQ(refusal({"IService::FindService", "out.service={200=1,200=\"x\"}"}),
+            "'service' of IService::FindService: field 200 stands there already");
+  EXPECT_EQ(refusal({"IServiceNavigation::GetServiceList", "out.services=[{13=1},{16=\"a\",16=\"b\"}]"}),
+            "'services' of IServiceNavigation::GetServiceList: field 16 (CHANNEL_NAME) stands there already");
+  EXPECT_EQ(refusal({"IServiceNavigation::GetServiceList", "out.services=[{13=1},{13=1}]"}), "");
+  EXPECT_EQ(refusal({"IService::GetFavorites", "out.favorites={1=1,12=0,1=0}"}),
+            "'favorites' of IService::GetFavorites: group 1 stands there already");
+}
+
+TEST(FaultWords, AnOptionThatStandsTwiceIsRefused) {
+  const std::vector<std::pair<std::string, std::string>> twice{
+      {"result=0", "result=1"},      {"nth=2", "nth=2"},
+      {"times=1", "times=always"},   {"always", "times=2"},
+      {"window=main", "window=pip"}, {"engine=main", "engine=other"},
+      {"out.x=1", "out.x=2"},        {"always", "always"}};
+  for (const auto& [first, second] : twice) {
+    EXPECT_EQ(refusal({"IVideoControl::GetSize", first, "out.y=5", second}),
+              "'" + second + "': '" + first + "' stands there already");
+  }
+  EXPECT_EQ(refusal({"IVideoControl::GetSize", "out.x=1", "out.y=1", "nth=1", "times=1", "result=1"}), "");
+}
+
+TEST(FaultWords, ACountIsANumberFromOneOn) {
+  const std::string range = "': a number from 1 to 18446744073709551615";
+  for (const std::string bad : {"0", "-1", "x", "", "18446744073709551616"}) {
+    EXPECT_EQ(refusal({"vconf_set_int", "result=0", "nth=" + bad}), "'nth" + range + " is wanted, not '" + bad + "'");
+    EXPECT_EQ(refusal({"vconf_set_int", "result=0", "times=" + bad}),
+              "'times" + range + " or always is wanted, not '" + bad + "'");
+  }
 }
 
 TEST(FaultWords, AnAnswerBeyondItsTypeIsRefusedWithTheRange) {

@@ -80,10 +80,12 @@ TEST(AudioText, TakesNumbersForLanguagesAndCodings) {
   EXPECT_EQ(textOf(wanted), "0:-1:77:-5:2147483647,65535:-2147483648:aac:0:0");
 }
 
+const std::string ofInt = "a number from -2147483648 to 2147483647";
+
 TEST(AudioText, SaysWhichPieceIsWrongAndWhatIsWantedThere) {
   const std::string pid = "a PID from 0 to 65535 is wanted, not ";
-  const std::string lang = "a language (three letters, und or a number) is wanted, not ";
-  const std::string coding = "a coding (unknown, mpeg, ac3, eac3, aac or a number) is wanted, not ";
+  const std::string lang = "a language (three letters, und or " + ofInt + ") is wanted, not ";
+  const std::string coding = "a coding (unknown, mpeg, ac3, eac3, aac or " + ofInt + ") is wanted, not ";
   const std::string behind = "nothing behind PID:LANG:CODING:MODE:TYPE is wanted, not ";
   const std::vector<std::pair<std::string, std::string>> refusals{
       {"", "track 1, '': " + pid + "''"},
@@ -108,10 +110,10 @@ TEST(AudioText, SaysWhichPieceIsWrongAndWhatIsWantedThere) {
       {"1:eng,2:deu:mp3,3:x", "track 2, '2:deu:mp3': " + coding + "'mp3'"},
       {"1:eng:AAC", "track 1, '1:eng:AAC': " + coding + "'AAC'"},
       {"1:eng:", "track 1, '1:eng:': " + coding + "''"},
-      {"1:eng:aac:stereo", "track 1, '1:eng:aac:stereo': a number as mode is wanted, not 'stereo'"},
-      {"1:eng:aac:", "track 1, '1:eng:aac:': a number as mode is wanted, not ''"},
-      {"1:eng:aac:2:x", "track 1, '1:eng:aac:2:x': a number as type is wanted, not 'x'"},
-      {"1:eng:aac:2:", "track 1, '1:eng:aac:2:': a number as type is wanted, not ''"},
+      {"1:eng:aac:stereo", "track 1, '1:eng:aac:stereo': " + ofInt + " as mode is wanted, not 'stereo'"},
+      {"1:eng:aac:", "track 1, '1:eng:aac:': " + ofInt + " as mode is wanted, not ''"},
+      {"1:eng:aac:2:x", "track 1, '1:eng:aac:2:x': " + ofInt + " as type is wanted, not 'x'"},
+      {"1:eng:aac:2:", "track 1, '1:eng:aac:2:': " + ofInt + " as type is wanted, not ''"},
       {"1:eng:aac:2:0:", "track 1, '1:eng:aac:2:0:': " + behind + "''"},
       {"1:eng:aac:2:0:7:8", "track 1, '1:eng:aac:2:0:7:8': " + behind + "'7:8'"},
   };
@@ -155,7 +157,7 @@ TEST(SubtitleText, OfTheIspSourceIsInTheOrderOfKinds) {
 TEST(SubtitleText, SaysWhichPieceIsWrongAndWhatIsWantedThere) {
   EXPECT_EQ(refusal(readIspSubtitles, "1:eng:dvb,x"), "track 2, 'x': a PID from 0 to 65535 is wanted, not 'x'");
   EXPECT_EQ(refusal(readIspSubtitles, "1:e"),
-            "track 1, '1:e': a language (three letters, und or a number) is wanted, not 'e'");
+            "track 1, '1:e': a language (three letters, und or " + ofInt + ") is wanted, not 'e'");
   EXPECT_EQ(refusal(readIspSubtitles, "1:eng:ttx"),
             "track 1, '1:eng:ttx': a kind (dvb, teletext or teletext-subtitle) is wanted, not 'ttx'");
   EXPECT_EQ(refusal(readIspSubtitles, "1:eng:dvb:0"),

@@ -120,8 +120,11 @@ TEST_F(Services, RefuseWhatAFieldCantHold) {
   EXPECT_EQ(refusalOf([&] { store.set(key, Data::FREQUENCY, std::uint64_t{1} << 32); }),
             "field 4 (FREQUENCY) can't hold 4294967296");
   EXPECT_EQ(refusalOf([&] { store.set(key, Data::CHANNEL_NAME, 5); }),
-            "field 16 (CHANNEL_NAME) holds a text, not a number");
-  EXPECT_EQ(refusalOf([&] { store.set(key, HIDDEN, u"yes"); }), "field 1001 (HIDDEN) holds a number, not a text");
+            "field 16 (CHANNEL_NAME) takes a text, not a number");
+  EXPECT_EQ(refusalOf([&] { store.set(key, HIDDEN, u"yes"); }),
+            "field 1001 (HIDDEN) takes a number from -2147483648 to 2147483647, not a text");
+  EXPECT_EQ(refusalOf([&] { store.set(key, FRAME_RATE, u"25"); }),
+            "field 1005 (frame_rate) takes a number from -9223372036854775808 to 9223372036854775807, not a text");
   EXPECT_EQ(store.read(key), serviceOf(7, 1));
 }
 

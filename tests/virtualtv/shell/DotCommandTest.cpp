@@ -63,7 +63,10 @@ TEST_F(DotCommandTest, TraceAndLogWantOnOrOff) {
   EXPECT_EQ(run(".trace"), "error: usage: .trace on|off");
   EXPECT_EQ(run(".trace yes"), "error: usage: .trace on|off");
   EXPECT_EQ(run(".log"), "error: usage: .log on|off [LEVEL]");
-  EXPECT_EQ(run(".log on x"), "error: usage: .log on|off [LEVEL]");
+  for (const std::string level : {"x", "-1", "2147483648", "''"}) {
+    const std::string word = level == "''" ? "" : level;
+    EXPECT_EQ(run(".log on " + level), "error: a number from 0 to 2147483647 is wanted, not '" + word + "'");
+  }
   EXPECT_EQ(run(".log off 3"), "error: usage: .log on|off [LEVEL]");
 }
 
@@ -335,10 +338,23 @@ TEST_F(DotCommandTest, SetTellsTheNumberThatAFieldCantHoldAsItWasTyped) {
   EXPECT_EQ(run(".set service.#1.frequency 4294967295"),
             "error: field 4 (FREQUENCY) takes a number from -2147483648 to 2147483647, not '4294967295'");
   EXPECT_EQ(run(".set service.#1.id -1"),
-            "error: field 12 (SERVICE_ID) takes a number from 0 to 18446744073709551615, not '-1'");
+            "error: field 12 (SERVICE_ID) takes a number from 1 to 18446744073709551615 (0 stands for no service), "
+            "not '-1'");
   EXPECT_EQ(run(".set service.#1.ptc x"), "error: field 2 (PTC) takes a number from 0 to 65535, not 'x'");
   EXPECT_EQ(run(".set service.#1.ptc 65535"), "");
   EXPECT_EQ(run(".get service.#1.ptc"), "service.#1.ptc = 65535");
+}
+
+TEST_F(DotCommandTest, NoServiceGetsTheIdThatStandsForNone) {
+  const std::string before = run(".get service.#1.id");
+  EXPECT_EQ(run(".set service.#1.id 0"),
+            "error: field 12 (SERVICE_ID) takes a number from 1 to 18446744073709551615 (0 stands for no service), "
+            "not '0'");
+  EXPECT_EQ(run(".get service.#1.id"), before);
+  EXPECT_EQ(run(".get service.0"), "error: there is no service 0");
+  EXPECT_EQ(run(".set main.service 0"), "");
+  EXPECT_EQ(run(".get main.service"), "main.service = 0");
+  EXPECT_EQ(tv().state()[WindowId::main].service, 0);
 }
 
 TEST_F(DotCommandTest, VconfReadsWritesRemovesAndListsKeys) {
@@ -366,9 +382,12 @@ TEST_F(DotCommandTest, VconfRefusesWhatItDoesNotKnow) {
   for (const char* bad : {".vconf get", ".vconf set a", ".vconf set a int", ".vconf nothing a", ".vconf get a b"}) {
     EXPECT_TRUE(run(bad).starts_with("error: usage: .vconf")) << bad;
   }
-  for (const char* bad : {".vconf set a int x", ".vconf set a int 9999999999", ".vconf set a bool 1"}) {
-    EXPECT_TRUE(run(bad).ends_with("int NUMBER or str TEXT is wanted")) << bad;
+  for (const std::string number : {"x", "9999999999", "2147483648", "1.5"}) {
+    EXPECT_EQ(run(".vconf set a int " + number),
+              "error: a number from -2147483648 to 2147483647 is wanted, not '" + number + "'");
   }
+  EXPECT_EQ(run(".vconf set a bool 1"), "error: 'bool': int or str is wanted");
+  EXPECT_EQ(run(".vconf get a"), "unset");
 }
 
 TEST_F(DotCommandTest, ImportReplacesTheServicesAndReportsWhatItCouldNotRead) {

@@ -57,16 +57,17 @@ TEST_F(PictureKnobs, RefuseWhatIsNoSize) {
   const std::uint64_t revision = tv->revision();
   for (const std::string size : {"", "x", "1280", "1280x", "x720", "0x720", "1280x0", "-1x720", "1280x-720", "1280X720",
                                  "1280 x 720", "1280x720x2", "axb", "1280.5x720", "2147483648x1", "+1x1"}) {
-    EXPECT_EQ(refusal("isp.picture", size), "'" + size + "': WIDTHxHEIGHT is wanted, numbers from 1 on");
+    EXPECT_EQ(refusal("isp.picture", size),
+              "'" + size + "': WIDTHxHEIGHT is wanted, each a number from 1 to 2147483647");
     for (const std::string& picture : {size, size + "@50"}) {
       EXPECT_EQ(refusal("input.13.picture", picture),
-                "'" + picture + "': WIDTHxHEIGHT@RATE is wanted, numbers from 1 on");
+                "'" + picture + "': WIDTHxHEIGHT@RATE is wanted, each a number from 1 to 2147483647");
     }
   }
   for (const std::string picture : {"1280x720", "1280x720@", "1280x720@0", "1280x720@-5", "1280x720@50@50",
                                     "1280@720x50", "1280x720@fifty", "1280x720@99999999999"}) {
     EXPECT_EQ(refusal("input.13.picture", picture),
-              "'" + picture + "': WIDTHxHEIGHT@RATE is wanted, numbers from 1 on");
+              "'" + picture + "': WIDTHxHEIGHT@RATE is wanted, each a number from 1 to 2147483647");
   }
   EXPECT_EQ(tv->state(), before);
   EXPECT_EQ(tv->revision(), revision);
@@ -74,7 +75,8 @@ TEST_F(PictureKnobs, RefuseWhatIsNoSize) {
 
 TEST_F(PictureKnobs, RefuseWhatIsNoCodeNoWindowNoInput) {
   for (const std::string code : {"", "Auto", "4.5", "x", "2147483648"}) {
-    EXPECT_EQ(refusal("main.resolution", code), "'" + code + "': a number is wanted");
+    EXPECT_EQ(refusal("main.resolution", code),
+              "a number from -2147483648 to 2147483647 or auto is wanted, not '" + code + "'");
   }
   EXPECT_EQ(refusal("third.resolution", "4"), "there is no window 'third'; there are main and pip");
   EXPECT_EQ(refusal("input.99.picture", "720x576@25"), "the set has no input 99");

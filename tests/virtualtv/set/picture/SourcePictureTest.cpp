@@ -98,10 +98,21 @@ TEST_F(SourcePicture, ThereIsNoneWithoutAWidthAHeightAndARateOfOne) {
   EXPECT_EQ(picture(), usual);
 }
 
-TEST_F(SourcePicture, ATextInOneOfItsFieldsSaysNothing) {
+TEST_F(SourcePicture, ATextInOneOfItsFieldsIsRefused) {
   show({});
-  for (const char* field : {"picture_width", "picture_height", "frame_rate", "picture_shape", "active_format"}) {
-    set(field, "\"720\"");
+  const std::string wanted = "a number from -9223372036854775808 to 9223372036854775807";
+  for (const std::string field : {"picture_width", "picture_height", "frame_rate", "picture_shape", "active_format"}) {
+    EXPECT_TRUE(
+        refusal("service.10." + field, "\"720\"").ends_with("(" + field + ") takes " + wanted + ", not a text"));
+    EXPECT_EQ(knob("service.10." + field), "unset");
+  }
+}
+
+TEST_F(SourcePicture, ATextThatASetOfAnOlderVersionKeepsInOneOfItsFieldsSaysNothing) {
+  for (const int field : {PICTURE_WIDTH, PICTURE_HEIGHT, FRAME_RATE, PICTURE_SHAPE, ACTIVE_FORMAT}) {
+    Service kept = serviceOf(10, 0, 1);
+    kept.texts[field] = u"720";
+    tv->import({kept}, false);
     EXPECT_EQ(picture(), usual) << field;
     EXPECT_EQ(active(), "0,0,1920x1080") << field;
   }

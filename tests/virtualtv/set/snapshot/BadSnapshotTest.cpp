@@ -64,6 +64,8 @@ TEST_F(BadSnapshot, OfAnotherVersionSaysWhichIsRead) {
   EXPECT_EQ(refusalOf(document), "version: this program reads version 1, not 2");
 }
 
+const std::string of64 = "a number from -9223372036854775808 to 9223372036854775807";
+
 TEST_F(BadSnapshot, SaysWhereAndWhatIsWanted) {
   const std::vector<std::pair<std::function<void(Json::Value&)>, std::string>> cases{
       {[](Json::Value& d) { d["more"] = 1; }, "more: nothing of that name is known"},
@@ -78,9 +80,11 @@ TEST_F(BadSnapshot, SaysWhereAndWhatIsWanted) {
        "state[\"isp.width\"]: a number from 1 to 2147483647 is wanted, not 0"},
       {[](Json::Value& d) { d["state"]["isp.present"] = 1; }, "state[\"isp.present\"]: true or false is wanted, not 1"},
       {[](Json::Value& d) { d["state"]["start.service"] = 5; },
-       "state[\"start.service\"]: a text with the digits of a service id is wanted, not 5"},
+       "state[\"start.service\"]: a number from 0 to 18446744073709551615 as a text is wanted, not 5"},
       {[](Json::Value& d) { d["state"]["isp.audio"] = "1:x"; },
-       "state[\"isp.audio\"]: track 1, '1:x': a language (three letters, und or a number) is wanted, not 'x'"},
+       "state[\"isp.audio\"]: track 1, '1:x': a language (three letters, und or a number from -2147483648 to "
+       "2147483647) is "
+       "wanted, not 'x'"},
       {[](Json::Value& d) { d["state"]["main.service"] = 9; }, "state[\"main.service\"]: there is no service #9"},
       {[](Json::Value& d) { d["settings"][0]["value"] = 1.5; },
        "settings[0].value: a number from -2147483648 to 2147483647 is wanted, not 1.5"},
@@ -91,19 +95,19 @@ TEST_F(BadSnapshot, SaysWhereAndWhatIsWanted) {
        "services[0].key: a number from 1 to 268435455 is wanted, not 0"},
       {[](Json::Value& d) { d["services"][1]["key"] = 1; }, "services[1].key: the key stands there already"},
       {[](Json::Value& d) { d["services"][0]["numbers"]["ptc"] = 70000; },
-       "services[0].numbers.ptc: field 2 (PTC) can't hold 70000"},
+       "services[0].numbers.ptc: a number from 0 to 65535 is wanted, not 70000"},
       {[](Json::Value& d) { d["services"][0]["numbers"]["colour"] = 1; },
        "services[0].numbers.colour: there is no field of that name"},
       {[](Json::Value& d) { d["services"][0]["numbers"]["12"] = 1; },
        "services[0].numbers.id: the field stands there already"},
       {[](Json::Value& d) { d["services"][0]["numbers"]["200"] = "18446744073709551616"; },
-       "services[0].numbers.200: a number of 64 bits is wanted, not \"18446744073709551616\""},
+       "services[0].numbers.200: " + of64 + ", as a text beyond 53 bits, is wanted, not \"18446744073709551616\""},
       {[](Json::Value& d) { d["services"][0]["numbers"]["name"] = 1; },
-       "services[0].numbers.name: field 16 (CHANNEL_NAME) holds a text, not a number"},
+       "services[0].numbers.name: the field takes a text, not a number"},
       {[](Json::Value& d) { d["services"][0]["texts"]["200"] = "x"; },
        "services[0].texts.200: the field stands there already"},
       {[](Json::Value& d) { d["services"][0]["texts"]["ptc"] = "x"; },
-       "services[0].texts.ptc: field 2 (PTC) holds a number, not a text"},
+       "services[0].texts.ptc: field 2 (PTC) takes a number from 0 to 65535, not a text"},
       {[](Json::Value& d) { d["services"][0]["texts"]["name"]["units"][1] = 65536; },
        "services[0].texts.name.units[1]: a number from 0 to 65535 is wanted, not 65536"},
       {[](Json::Value& d) { d["services"][0]["favourites"] = "1=1,1=0"; },
@@ -114,6 +118,62 @@ TEST_F(BadSnapshot, SaysWhereAndWhatIsWanted) {
     spoil(spoiled);
     EXPECT_EQ(refusalOf(spoiled), wanted);
   }
+}
+
+/// What the knobs of the set refuse, a snapshot can't bring in either.
+TEST_F(BadSnapshot, HoldsNoFieldThatAKnobRefuses) {
+  const std::string ofId =
+      "a number from 1 to 18446744073709551615 (0 stands for no service), as a text beyond 53 bits,";
+  const std::vector<std::tuple<std::string, Json::Value, std::string>> cases{
+      {"id", -5, ofId + " is wanted, not -5"},
+      {"id", "-5", ofId + " is wanted, not \"-5\""},
+      {"id", 0, ofId + " is wanted, not 0"},
+      {"id", "0", ofId + " is wanted, not \"0\""},
+      {"id", "18446744073709551616", ofId + " is wanted, not \"18446744073709551616\""},
+      {"frequency", 4294967295U, "a number from -2147483648 to 2147483647 is wanted, not 4294967295"},
+      {"frequency", "-2147483649", "a number from -2147483648 to 2147483647 is wanted, not \"-2147483649\""},
+      {"major", "65536", "a number from 0 to 65535 is wanted, not \"65536\""},
+      {"200", "9223372036854775808", of64 + ", as a text beyond 53 bits, is wanted, not \"9223372036854775808\""},
+      {"-7", 1, "there is no field of that name"},
+  };
+  for (const auto& [field, value, wanted] : cases) {
+    Json::Value spoiled = document;
+    spoiled["services"][0]["numbers"][field] = value;
+    const std::string path = field == "-7" ? "numbers[\"-7\"]" : "numbers." + field;
+    EXPECT_EQ(refusalOf(spoiled), "services[0]." + path + ": " + wanted);
+    EXPECT_NE(refusal("service.#1." + field, value.asString()), "") << field << " " << value.asString();
+  }
+}
+
+TEST_F(BadSnapshot, HasNoNumbersThatOtherProgramsCutShort) {
+  document["services"][0]["numbers"]["id"] = Json::Value(Json::Int64{1} << 53);
+  EXPECT_EQ(
+      refusalOf(document),
+      "services[0].numbers.id: a number from 1 to 18446744073709551615 (0 stands for no service), as a text beyond "
+      "53 bits, is wanted, not 9007199254740992");
+}
+
+TEST_F(BadSnapshot, HoldsNoTextWhereAKnobTakesANumber) {
+  document["services"][0]["texts"]["picture_width"] = "wide";
+  const std::string wanted = "field 1003 (picture_width) takes " + of64 + ", not a text";
+  EXPECT_EQ(refusalOf(document), "services[0].texts.picture_width: " + wanted);
+  EXPECT_EQ(refusal("service.#1.picture_width", "\"wide\""), wanted);
+}
+
+TEST_F(BadSnapshot, HoldsNoTracksThatAKnobRefuses) {
+  const std::string pid = "track 1, '65536': a PID from 0 to 65535 is wanted, not '65536'";
+  const std::string kind =
+      "track 1, '1:eng:teletext-subtitle': a kind (dvb or teletext) is wanted, not 'teletext-subtitle'";
+  for (const char* const list : {"audio", "subtitles"}) {
+    Json::Value spoiled = document;
+    spoiled["services"][0][list] = "65536";
+    EXPECT_EQ(refusalOf(spoiled), "services[0]." + std::string(list) + ": " + pid);
+    spoiled = document;
+    spoiled["state"]["isp." + std::string(list)] = "65536";
+    EXPECT_EQ(refusalOf(spoiled), "state[\"isp." + std::string(list) + "\"]: " + pid);
+  }
+  document["services"][0]["subtitles"] = "1:eng:teletext-subtitle";
+  EXPECT_EQ(refusalOf(document), "services[0].subtitles: " + kind);
 }
 
 TEST_F(BadSnapshot, IsNotShownAtLength) {

@@ -1,8 +1,10 @@
 #include "virtualtv/set/snapshot/RandomSet.h"
 
+#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
+#include "services/FieldNumbers.h"
 #include "services/Fields.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
@@ -42,6 +44,19 @@ std::uint64_t RandomSet::number64() {
                                std::uint64_t{1} << 63, (std::uint64_t{1} << 63) - 1, engine_()});
 }
 
+std::uint64_t RandomSet::serviceId() {
+  return std::max<std::uint64_t>(number64(), 1);
+}
+
+int RandomSet::pid() {
+  return oneOf<int>({0, 1, 256, 8190, 65535});
+}
+
+/// Whether a field gets a text.
+bool RandomSet::hasText(int field) {
+  return takesText(field) && (!takesNumber(field) || in(2));
+}
+
 std::string RandomSet::bytes() {
   return oneOf<std::string>({"", "a", "db/x", "Düsseldorf\n", std::string("a\0b", 3), "\xff\xfe", "\xed\xa0\x80", "7",
                              "\"\\\x01\x7f", "\xf0\x9f\x90\xb3", "{}", std::string(300, '\x80')});
@@ -58,14 +73,15 @@ Rect RandomSet::rect() {
 }
 
 int RandomSet::field() {
-  if (in(3)) return oneOf<int>({200, 201, -7, 1003, 1005, std::numeric_limits<int>::min()});
+  if (in(3)) return oneOf<int>({0, 200, 201, 1003, 1005, std::numeric_limits<int>::max()});
   const auto known = knownFields();
   return known[static_cast<std::size_t>(below(static_cast<int>(known.size())))].id;
 }
 
 std::uint64_t RandomSet::numberFor(int field) {
   const KnownField* const known = knownField(field);
-  if (known == nullptr || known->kind == FieldKind::uint64) return number64();
+  if (known == nullptr) return number64();
+  if (known->kind == FieldKind::uint64) return serviceId();
   if (known->kind == FieldKind::uint16) return static_cast<std::uint64_t>(below(65536));
   return static_cast<std::uint64_t>(std::int64_t{number32()});
 }
@@ -74,8 +90,7 @@ Service RandomSet::service() {
   Service service;
   for (int count = below(12); count > 0; --count) {
     const int id = field();
-    const KnownField* const known = knownField(id);
-    const bool isText = known == nullptr ? in(2) : known->kind == FieldKind::text;
+    const bool isText = hasText(id);
     if (service.numbers.contains(id)) continue;
     if (isText) {
       service.texts[id] = units();
@@ -83,7 +98,7 @@ Service RandomSet::service() {
       service.numbers[id] = numberFor(id);
     }
   }
-  service.numbers[TCServiceData::SERVICE_ID] = number64();
+  service.numbers[TCServiceData::SERVICE_ID] = serviceId();
   service.numbers[TCServiceData::ANTENNA_MODE] = static_cast<std::uint64_t>(below(3));
   service.group = bytes();
   service.audio = audio();
@@ -94,13 +109,13 @@ Service RandomSet::service() {
 
 std::vector<AudioTrack> RandomSet::audio() {
   std::vector<AudioTrack> tracks(static_cast<std::size_t>(below(4)));
-  for (AudioTrack& track : tracks) track = {number32(), number32(), number32(), number32(), number32(), !in(3)};
+  for (AudioTrack& track : tracks) track = {pid(), number32(), number32(), number32(), number32(), !in(3)};
   return tracks;
 }
 
 std::vector<SubtitleTrack> RandomSet::subtitles() {
   std::vector<SubtitleTrack> tracks(static_cast<std::size_t>(below(4)));
-  for (SubtitleTrack& track : tracks) track = {number32(), number32(), number32(), !in(3)};
+  for (SubtitleTrack& track : tracks) track = {pid(), number32(), below(2), !in(3)};
   return tracks;
 }
 
@@ -119,9 +134,7 @@ void RandomSet::import(Tv& tv) {
 void RandomSet::edit(Tv& tv) {
   const ServiceKey key = oneOf(tv.services().keys());
   const int id = field();
-  const KnownField* const known = knownField(id);
-  const bool isText = known == nullptr ? in(2) : known->kind == FieldKind::text;
-  tv.setField(key, id, in(5) ? FieldValue() : isText ? FieldValue(units()) : FieldValue(numberFor(id)));
+  tv.setField(key, id, in(5) ? FieldValue() : hasText(id) ? FieldValue(units()) : FieldValue(numberFor(id)));
   tv.setAudioTracks(key, audio());
   tv.setSubtitleTracks(key, subtitles());
   tv.setFavouritesOf(key, favourites());

@@ -24,6 +24,9 @@ class RandomSet {
 
   int number32();
   std::uint64_t number64();
+  std::uint64_t serviceId();
+  int pid();
+  bool hasText(int field);
   std::string bytes();
   std::u16string units();
   Rect rect();

@@ -62,7 +62,7 @@ TEST_F(TrackKnobs, RefuseWhatIsNoListAndStayAsTheyWere) {
   }
   for (const std::string& name : positions) {
     for (const std::string text : {"", "x", "none", "1.5", "2147483648"}) {
-      EXPECT_EQ(refusal(name, text), "'" + text + "': a number is wanted");
+      EXPECT_EQ(refusal(name, text), "a number from -2147483648 to 2147483647 is wanted, not '" + text + "'");
     }
   }
   EXPECT_EQ(tv->state(), before);
@@ -117,8 +117,7 @@ TEST_F(TrackKnobs, SayWhereAKeptListIsDamaged) {
   tv.reset();
   EXPECT_EQ(failureOf([&] { tv.emplace(storage); }),
             "memory: cannot read isp.audio of the set that is kept: track 1, '1:x': a language (three letters, und or "
-            "a number) "
-            "is wanted, not 'x'");
+            "a number from -2147483648 to 2147483647) is wanted, not 'x'");
 }
 
 TEST_F(TrackKnobs, DoNotTurnWhereTheyCannotBeKept) {

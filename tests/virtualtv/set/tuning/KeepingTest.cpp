@@ -94,16 +94,16 @@ class KeepingDamaged : public SetTest {
 
 TEST_F(KeepingDamaged, ANumberThatIsNoneIsRefused) {
   for (const char* const text : {"", "x", "13abc", " 13", "+13", "1.5", "2147483648", "99999999999999"}) {
-    EXPECT_EQ(
-        failureWith("main.source", text),
-        unreadable("main.source", "'" + std::string(text) + "': a number from -2147483648 to 2147483647 is wanted"));
+    EXPECT_EQ(failureWith("main.source", text),
+              unreadable("main.source",
+                         "a number from -2147483648 to 2147483647 is wanted, not '" + std::string(text) + "'"));
   }
 }
 
 TEST_F(KeepingDamaged, ANumberMayBeWhateverItsPlaceHolds) {
   const std::string most = "18446744073709551615";
   EXPECT_EQ(failureWith("start.service", "-1"),
-            unreadable("start.service", "'-1': a number from 0 to " + most + " is wanted"));
+            unreadable("start.service", "a number from 0 to " + most + " is wanted, not '-1'"));
   EXPECT_EQ(failureWith("start.service", most), "");
   EXPECT_EQ(tv->state().startServiceId, ~std::uint64_t{0});
   EXPECT_EQ(failureWith("pip.previous_source", "-2147483648"), "");
@@ -112,11 +112,11 @@ TEST_F(KeepingDamaged, ANumberMayBeWhateverItsPlaceHolds) {
 TEST_F(KeepingDamaged, ANumberBeyondWhatItsPlaceTakesIsRefused) {
   for (const char* const text : {"-1", "256"}) {
     EXPECT_EQ(failureWith("tuner.fade", text),
-              unreadable("tuner.fade", "'" + std::string(text) + "': a number from 0 to 255 is wanted"));
+              unreadable("tuner.fade", "a number from 0 to 255 is wanted, not '" + std::string(text) + "'"));
   }
   EXPECT_EQ(failureWith("tuner.fade", "255"), "");
   for (const char* const name : {"isp.width", "isp.height", "input.13.width", "input.13.height", "input.13.rate"}) {
-    EXPECT_EQ(failureWith(name, "0"), unreadable(name, "'0': a number from 1 to 2147483647 is wanted"));
+    EXPECT_EQ(failureWith(name, "0"), unreadable(name, "a number from 1 to 2147483647 is wanted, not '0'"));
     EXPECT_EQ(failureWith(name, "1"), "");
   }
 }
@@ -124,7 +124,7 @@ TEST_F(KeepingDamaged, ANumberBeyondWhatItsPlaceTakesIsRefused) {
 TEST_F(KeepingDamaged, ASwitchIsOnOrOff) {
   for (const char* const text : {"2", "-1", "on", ""}) {
     EXPECT_EQ(failureWith("isp.present", text),
-              unreadable("isp.present", "'" + std::string(text) + "': a number from 0 to 1 is wanted"));
+              unreadable("isp.present", "a number from 0 to 1 is wanted, not '" + std::string(text) + "'"));
   }
 }
 

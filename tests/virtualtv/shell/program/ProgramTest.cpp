@@ -253,7 +253,11 @@ TEST_F(ProgramTest, LogLinesGoToStandardErrorUpToTheLevel) {
   EXPECT_NE(routine.find("log 0 CEmpEngineWindow::Execute Command[GetSource] Finish result[1].\n"), std::string::npos);
   EXPECT_EQ(routine.find("log 3 "), std::string::npos);
   EXPECT_NE(run({"--log", "3", "exec", "GetSource"}).err.find("log 3 "), std::string::npos);
-  expectError(run({"--log", "much", "exec", "GetSource"}), {"--log"});
+  for (const std::string level : {"much", "-1", "", "2147483648"}) {
+    const std::string wanted = "--log: a number from 0 to 2147483647 is wanted, not '" + level + "'";
+    expectError(run({"--log", level, "exec", "GetSource"}), {wanted});
+    expectError(run({"--log=" + level, "exec", "GetSource"}), {wanted});
+  }
 }
 
 // import
