@@ -160,6 +160,9 @@ Lines helpOnFaults(std::size_t) {
       "    result=unwritten  the call answers its success, but writes no output and does nothing",
       "    result=throw  an exception leaves the call",
       "    out.NAME=VALUE  that output is written; without a result= the call is carried out first",
+      "  Each word may stand once. Of several faults that fit a call, the one that was set first acts. The others "
+      "count",
+      "  the call as well; one that was due hits the next call that no other hits.",
       "  Values: numbers, the TV service's, as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
       "[{12=281},null],",
       "  null being a null pointer in place of a record; favourite groups as in {1=1,12=0}.",

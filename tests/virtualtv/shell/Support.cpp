@@ -93,4 +93,10 @@ std::string SessionTest::run(std::string_view input) {
   return text;
 }
 
+Lines SessionTest::findings() {
+  Lines texts;
+  for (const Session::Finding& finding : session->takeRemarks().findings) texts.push_back(finding.text);
+  return texts;
+}
+
 }  // namespace virtualtv::shell

@@ -43,6 +43,8 @@ class SessionTest : public ::testing::Test {
   /// The same as lines.
   Lines lines(std::string_view input) { return session->run(input); }
   Tv& tv() { return television.tv(); }
+  /// What the inputs since the last time left behind that fails a transcript.
+  Lines findings();
 
   TemporaryDirectory folder;
   support::Assembly<TestApp> television;
