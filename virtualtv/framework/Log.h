@@ -20,7 +20,8 @@ struct LogLine {
 
 /// Calls `heard` with each message of at most this level (0 failures and routine lines, 3 all), inside the call that
 /// logs it, until the subscription ends. A location line is held back until its message comes. What `heard` throws
-/// leaves through the plug-in's logger call, but for `std::bad_alloc`: that message is lost to it and the next listeners.
+/// leaves through the plug-in's logger call, but for `std::bad_alloc`: that message is lost to it and the next
+/// listeners.
 notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> heard);
 
 /// The highest level that anybody listens to; -1 when nobody does. Any other message costs one comparison a logger

@@ -1,0 +1,1 @@
+// Stands for precompiled headers, which want a source.

@@ -1,1 +1,0 @@
-// Stands for the tests' precompiled headers, which want a source.

@@ -1,1 +1,0 @@
-// Stands for the precompiled headers, which want a source.
