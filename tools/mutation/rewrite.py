@@ -20,6 +20,11 @@ NEEDED = re.compile(r"value of '(?:[\w:]*::)?(?:\{anonymous\}::)?(\w+)' is not u
 ROUNDS = 12
 
 
+def on_one_line(code):
+    """Code without line breaks, so that what follows it keeps its line: messages tell where they stand."""
+    return re.sub(r"\s*\n\s*", " ", re.sub(r"\s*//[^\n\"]*\n", "\n", code))
+
+
 class Sources:
     """The sources with their sites, and the versions with all mutants in them."""
 
@@ -90,7 +95,7 @@ class Sources:
             return plain
         choices = ""
         for text, called in site.variants:
-            choices += f"mutants::active({self.note(name, line, site, before, called)}) ? ({text}) : "
+            choices += f"mutants::active({self.note(name, line, site, before, called)}) ? ({on_one_line(text)}) : "
         return f"({choices}({plain}))"
 
     def note(self, name, line, site, before, after):

@@ -133,6 +133,9 @@ class ThePlugIn(unittest.TestCase):
             sources.write(tree)
         self.assertGreater(len(sources.mutants), 2000)
         self.assertLessEqual(sum(map(len, sources.unusable.values())), 10, sources.unusable)
+        added = {sources.mutated(name).count("\n") - text.count("\n") for name, text in sources.texts.items()
+                 if name.endswith(".cpp")}
+        self.assertEqual(added, {2}, "behind the two lines in front, each line stays in its place")
 
 
 class FakeTrial:
