@@ -9,7 +9,6 @@ namespace virtualtv::device {
 namespace {
 
 constexpr int allLevels = 3;
-constexpr std::size_t parameterLimit = 4;
 constexpr char mark = ':';  // between the names of session and engine
 
 /// Puts what happened where it belongs. A key that changed several times has changed once, or not at all.
@@ -73,15 +72,15 @@ void Session::setApplication(const Application& application) {
 bool Session::execute(const std::vector<std::string>& words, bool list, std::string& ret) {
   if (words.empty()) throw std::invalid_argument("a command is wanted");
   const std::vector<std::string> parameters(words.begin() + 1, words.end());
-  if (!list && parameters.size() > parameterLimit) {
-    throw std::invalid_argument(words[0] + ": " + std::to_string(parameters.size()) + " parameters, at most " +
-                                std::to_string(parameterLimit) + " are passed");
+  if (!list && parameters.size() > mostParameters) {
+    throw TooManyParameters(words[0] + ": " + std::to_string(parameters.size()) + " parameters, at most " +
+                            std::to_string(mostParameters) + " are passed");
   }
   openEngine();
   ++commands_;
   return device_.host().execute(key(engine_), [&](kel::CEmpEngineBase& engine) {
     if (list) return engine.ExecuteWithParamList(ret, words[0], kel::ParamList(parameters));
-    std::array<std::string, parameterLimit> p;
+    std::array<std::string, mostParameters> p;
     for (std::size_t at = 0; at < parameters.size(); ++at) p[at] = parameters[at];
     return engine.Execute(ret, words[0], p[0], p[1], p[2], p[3]);
   });

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <functional>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,14 @@ struct Deed {
   std::vector<seam::Call> calls;
   std::vector<framework::LogLine> log;
   std::vector<SettingChanged> keys;  ///< those that hold something else now, by their names
+};
+
+/// The most parameters that a command is given, unless they are given as a list.
+inline constexpr std::size_t mostParameters = 4;
+
+/// A command was given more than that.
+struct TooManyParameters : std::invalid_argument {
+  using std::invalid_argument::invalid_argument;
 };
 
 /// What a client has of its own on a device: its engines, and who it says that it is. Ends with the client, engines
@@ -57,9 +67,10 @@ class Session {
   void setApplication(const Application& application);
 
   /// Runs a command on the engine in use, which is opened first if it is not open.
-  /// @param words  name and parameters; up to four of these unless `list` is true.
+  /// @param words  name and parameters; up to `mostParameters` of these unless `list` is true.
   /// @param ret  receives the encoded reply; left as it is when there is none.
   /// @return the engine's answer. What the engine throws passes.
+  /// @throws std::invalid_argument when there is no name, TooManyParameters when there are too many.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
 
   /// Closes the engines of this session. @param why  in a word or two.

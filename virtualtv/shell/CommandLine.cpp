@@ -179,7 +179,7 @@ ExitStatus runExec(kel::CEmpAppBase& app, const Wishes& wishes) {
   noteOptionsAmongParameters(wishes);
   Desk desk(app, wishes);
   std::string ret;
-  const bool accepted = desk.session().client().execute(wishes.command, false, ret);
+  const bool accepted = desk.session().execute(wishes.command, false, ret);
   printReply(accepted, ret, wishes.raw);
   desk.sayWhatWentWrong("");
   return desk.status(accepted ? allWell : failed);

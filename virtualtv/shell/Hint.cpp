@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstddef>
+#include <stdexcept>
 #include <utility>
 
 #include "catalogue/Catalogue.h"
+#include "device/Session.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
 #include "shell/Nearest.h"
@@ -87,8 +90,9 @@ bool readCall(std::string_view text, Typed& typed) {
   typed.name = function.substr(function.find_last_of(". \t") + 1);
   Lines arguments = argumentsOf(text.substr(bracket + 1, text.size() - bracket - 2));
   std::transform(arguments.begin(), arguments.end(), arguments.begin(), unquoted);
-  const bool isEntry = typed.name == "Execute" || typed.name == "ExecuteWithParamList";
-  if (isEntry && !arguments.empty()) {
+  const bool passesList = typed.name == "ExecuteWithParamList";
+  if ((passesList || typed.name == "Execute") && !arguments.empty()) {
+    typed.list = typed.list || passesList;
     typed.name = arguments.front();
     arguments.erase(arguments.begin());
   }
@@ -137,6 +141,26 @@ bool isCommand(const std::string& name) {
                      [&](const DotCommand& command) { return command.name == name; });
 }
 
+bool isLetters(std::string_view word) {
+  return std::all_of(word.begin(), word.end(), [](unsigned char byte) { return std::isalpha(byte) != 0; });
+}
+
+/// Puts words together that make the name of a plug-in command, as in `Get Source 2`; as many as can be.
+void joinWords(Typed& typed) {
+  if (!isLetters(typed.name)) return;
+  std::string joined = typed.name;
+  const std::string parameters = typed.rest;
+  std::string_view rest = parameters;
+  while (!rest.empty()) {
+    const std::string_view word = takeWord(rest);
+    if (!isLetters(word)) return;
+    joined += word;
+    if (alike(joined, commandNames()).empty()) continue;
+    typed.name = joined;
+    typed.rest = rest;
+  }
+}
+
 /// The commands that were most likely meant.
 Lines meant(const std::string& name) {
   if (isCommand(name)) return {name};
@@ -158,31 +182,48 @@ std::string hint(const Lines& lines) {
   return text;
 }
 
-/// A line with a command's name in place of what was typed.
+std::size_t countOfParameters(const Typed& typed) {
+  try {
+    return splitWords(typed.rest).size();
+  } catch (const std::invalid_argument&) {
+    return 0;  // a quote is open: whatever they are, they are not run
+  }
+}
+
+bool hasTooMany(const Typed& typed) {
+  return countOfParameters(typed) > device::mostParameters;
+}
+
+/// A line with a command's name in place of what was typed, and a parameter list where the command takes one. Without
+/// the parameters where these are more than the command can be given.
 std::string lineWith(const std::string& name, const Typed& typed) {
-  const bool hasParameters = !typed.rest.empty() && name != ".quit";
-  return (typed.list && !name.starts_with('.') ? "+ " : "") + name + (hasParameters ? " " + typed.rest : "");
+  const bool isDotCommand = name.starts_with('.');
+  const bool isList = (typed.list || hasTooMany(typed)) && catalogue().findList(name) != nullptr;
+  const bool isTakingThem = isDotCommand ? name != ".quit" : isList || !hasTooMany(typed);
+  return (isList ? "+ " : "") + name + (isTakingThem && !typed.rest.empty() ? " " + typed.rest : "");
 }
 
 /// On a command that exists and was spelt right.
-std::string hintOnUse(Typed typed) {
+std::string hintOnUse(const Typed& typed) {
   if (typed.name == ".help") {
     const Lines topics = nearest(typed.rest, helpTopics());
     return hint(topics.size() == 1 ? Lines{".help " + topics[0]} : topics);
   }
-  // Few commands take a parameter list; where one does not, it may take the parameters themselves.
-  if (!std::exchange(typed.list, false)) return {};
-  return hint({lineWith(typed.name, typed)});
+  // Few commands take a parameter list. Those that take none may take the parameters themselves.
+  const bool takesList = catalogue().findList(typed.name) != nullptr;
+  const bool isWrongForm = takesList ? !typed.list && hasTooMany(typed) : typed.list;
+  return isWrongForm ? hint({lineWith(typed.name, typed)}) : "";
 }
 
 }  // namespace
 
 std::string hintOn(std::string_view line, const Lines& printed) {
-  const Typed typed = readLine(line);
+  Typed typed = readLine(line);
   const bool refused = !printed.empty() && printed.front().starts_with("refused");
-  const bool failed = typed.first.starts_with('.') && !printed.empty() && printed.front().starts_with("error: ");
-  if (!refused && !failed) return {};
+  const bool failed = !printed.empty() && printed.front().starts_with("error: ");
+  if (!refused && !(failed && (typed.first.starts_with('.') || hasTooMany(typed)))) return {};
   if (typed.first == typed.name && isCommand(typed.name)) return hintOnUse(typed);
+  joinWords(typed);
   const Lines names = meant(typed.name);
   if (names.empty() && refused) {
     return "# no command has this name: '.help commands' lists those of the plug-in, Tab completes";

@@ -74,11 +74,15 @@ Lines namesWhere(const Lines& known, Condition condition) {
 
 }  // namespace
 
+Lines alike(std::string_view word, const Lines& known) {
+  const std::string letters = core(word);
+  return namesWhere(known, [&](const std::string& name) { return core(name) == letters; });
+}
+
 Lines nearest(std::string_view word, const Lines& known) {
   const std::string typed = core(word);
   if (typed.empty()) return {};
-  Lines same = namesWhere(known, [&](const std::string& name) { return core(name) == typed; });
-  if (!same.empty()) return same;
+  if (Lines same = alike(word, known); !same.empty()) return same;
   Lines longer = namesWhere(known, [&](const std::string& name) { return core(name).starts_with(typed); });
   if (longer.empty() || typed.size() < shortestStart) return namesWithSlips(typed, known);
   return longer.size() <= mostWithStart ? longer : Lines();

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "catalogue/Catalogue.h"
 #include "framework/Reply.h"
 #include "shell/DotCommands.h"
 #include "shell/Files.h"
@@ -67,6 +68,16 @@ void Session::noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMe
   }
 }
 
+bool Session::execute(const std::vector<std::string>& words, bool list, std::string& ret) {
+  try {
+    return client_.execute(words, list, ret);
+  } catch (const device::TooManyParameters& error) {
+    if (catalogue().findList(words[0]) == nullptr) throw;
+    throw std::invalid_argument(std::string(error.what()) + "; in the shell '+ " + words[0] +
+                                " ...' passes any number");
+  }
+}
+
 Lines Session::source(const std::string& file) {
   if (directories_.size() > deepestFile) throw std::runtime_error(file + ": files run each other too deep");
   const Transcript transcript = readTranscript(file, read(file));
@@ -120,7 +131,7 @@ Lines Session::runCommand(std::string_view input, bool list) {
       input,
       [&] {
         std::string ret;
-        const bool accepted = client_.execute(words, list, ret);
+        const bool accepted = execute(words, list, ret);
         return splitLines(framework::showAnswer(accepted, ret));
       },
       true);

@@ -47,6 +47,9 @@ class Session {
 
   device::Device& device() { return client_.device(); }
   device::Session& client() { return client_; }
+  /// Runs a plug-in command as `device::Session::execute` does. The error on too many parameters says how they are
+  /// passed where the command takes a list of them.
+  bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
   const device::Deed& lastDeed() const { return lastDeed_; }
   const std::string& lastCommand() const { return lastCommand_; }
   bool trace = false;       ///< print the calls of each step

@@ -73,6 +73,37 @@ TEST(Hint, LeavesOutTheParameterListThatACommandRefuses) {
   EXPECT_EQ(hintOn("+ setscreencroprect 1 2", {"refused int -1"}), meant("+ SetScreenCropRect 1 2"));
 }
 
+TEST(Hint, WritesAParameterListWhereThatIsHowACommandTakesSoManyParameters) {
+  const std::string nine = "SetScreenCropRect 1 2 3 4 5 6 7 8 9";
+  EXPECT_EQ(hintOn("SetScreenCropRect(1, 2, 3, 4, 5, 6, 7, 8, 9)", refused), meant("+ " + nine));
+  EXPECT_EQ(hintOn("tv.Execute('setscreencroprect',1,2,3,4,5,6,7,8,9);", refused), meant("+ " + nine));
+  const Lines error{"error: SetScreenCropRect: 9 parameters, at most 4 are passed"};
+  EXPECT_EQ(hintOn(nine, error), meant("+ " + nine));
+  EXPECT_EQ(hintOn("setscreencroprect 1 2 3 4 5 6 7 8 9", error), meant("+ " + nine));
+  EXPECT_EQ(hintOn("SetScreenCropRect(1, 2, 3, 4)", refused), meant("SetScreenCropRect 1 2 3 4"));
+  EXPECT_EQ(hintOn("tv.ExecuteWithParamList(\"SetScreenCropRect\", 1, 2)", refused), meant("+ SetScreenCropRect 1 2"));
+}
+
+TEST(Hint, WritesNoParameterListForACommandThatTakesNone) {
+  EXPECT_EQ(hintOn("+ getsource 2", {"refused int -1"}), meant("GetSource 2"));
+  EXPECT_EQ(hintOn("tv.ExecuteWithParamList('GetSource', 2)", refused), meant("GetSource 2"));
+  EXPECT_EQ(hintOn("+ FindChannel 1 2 3 4 5", {"refused int -1"}), meant("FindChannel"));
+  EXPECT_EQ(hintOn("FindChannel 1 2 3 4 5", {"error: FindChannel: 5 parameters, at most 4 are passed"}), "");
+}
+
+TEST(Hint, PutsWordsTogetherThatWereWrittenApart) {
+  EXPECT_EQ(hintOn("Get Source", refused), meant("GetSource"));
+  EXPECT_EQ(hintOn("get source 2", refused), meant("GetSource 2"));
+  EXPECT_EQ(hintOn("Get Channel Name 0", refused), meant("GetChannel_Name 0"));
+  EXPECT_EQ(hintOn("GetChannel Name 0", refused), meant("GetChannel_Name 0"));
+  EXPECT_EQ(hintOn("Get Current Channel Info", refused), meant("GetCurrentChannelInfo"));
+  EXPECT_EQ(hintOn("emp-window exec Set Channel 3 0", refused), meant("SetChannel 3 0"));
+  EXPECT_EQ(hintOn("Set Channel 1 2 3 4", {"error: Set: 5 parameters, at most 4 are passed"}),
+            meant("SetChannel 1 2 3 4"));
+  EXPECT_EQ(hintOn("get main.source", refused), meant(".get main.source"));
+  EXPECT_EQ(hintOn("get main", refused), meant(".get main"));
+}
+
 TEST(Hint, SaysWhereNamesStandWhenNothingIsNear) {
   EXPECT_EQ(hintOn("zzzzz", refused), unknown);
   EXPECT_EQ(hintOn("GetChannel", refused), unknown);

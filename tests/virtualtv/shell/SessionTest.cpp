@@ -79,6 +79,14 @@ TEST_F(SessionTest, BadInputIsOneErrorLineAndDoesNotReachTheEngine) {
   EXPECT_EQ(run("count"), "int 1");
 }
 
+TEST_F(SessionTest, TooManyParametersAreAnErrorThatTellsOfTheListWhereACommandTakesOne) {
+  EXPECT_EQ(
+      run("SetScreenCropRect 1 2 3 4 5 6 7 8 9"),
+      "error: SetScreenCropRect: 9 parameters, at most 4 are passed; in the shell '+ SetScreenCropRect ...' passes "
+      "any number");
+  EXPECT_EQ(run("SetSource 1 2 3 4 5"), "error: SetSource: 5 parameters, at most 4 are passed");
+}
+
 TEST_F(SessionTest, TellsOfEachErrorOnce) {
   run("echo 'a");
   run("int 1");

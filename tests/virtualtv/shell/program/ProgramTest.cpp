@@ -110,6 +110,8 @@ TEST_F(ProgramTest, ExecRefusesWhatItCantPass) {
   const Ending tooMany = run({"exec", "GetSource", "1", "2", "3", "4", "5"});
   expectError(tooMany, {"GetSource", "5 parameters", "at most 4"});
   EXPECT_EQ(tooMany.out, "");
+  expectError(run({"exec", "SetScreenCropRect", "1", "2", "3", "4", "5"}),
+              {"5 parameters, at most 4 are passed; in the shell '+ SetScreenCropRect ...' passes any number"});
   expectError(run({"exec"}), {"exec", "name of a command"});
   expectError(run({"exec", "--nosuch", "GetSource"}), {"exec", "--nosuch"});
 }
