@@ -125,7 +125,7 @@ void runPiped(Desk& desk) {
     if (number == 1) line.erase(0, line.size() - text::withoutMark(line).size());
     while (line.ends_with('\r')) line.pop_back();
     if (!isText(line)) {
-      std::cout << "# " << noText << ": " << oneLine(line) << "\n";
+      std::cout << remarkOnNoText(line) << "\n";
       desk.sayThat(where + noText);
       continue;
     }

@@ -1,6 +1,7 @@
 #include "shell/Terminal.h"
 
 #include <histedit.h>
+#include <langinfo.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -8,9 +9,12 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "shell/Completion.h"
 #include "shell/Hint.h"
+#include "shell/Keys.h"
+#include "shell/Transcript.h"
 
 namespace virtualtv::shell {
 
@@ -30,30 +34,6 @@ char* prompt(EditLine*) {
   return text;
 }
 
-/// Completes the word before the cursor; where several words fit, lists them as a comment, so that all that the
-/// terminal shows can stand in a transcript.
-unsigned char complete(EditLine* editor, int) {
-  Session* session = nullptr;
-  el_get(editor, EL_CLIENTDATA, &session);
-  const LineInfo* line = el_line(editor);
-  const std::string_view typed(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
-  Lines words;
-  try {
-    words = completions(*session, typed);
-  } catch (const std::exception&) {
-    return CC_ERROR;  // the set can't be read; the next command says so
-  }
-  if (words.empty()) return CC_ERROR;
-  const std::size_t known = typed.size() - (typed.rfind(' ') + 1);
-  std::string rest = commonStart(words).substr(known);
-  if (words.size() == 1 && !words[0].ends_with('/') && !words[0].ends_with('=')) rest += ' ';
-  if (!rest.empty()) return el_insertstr(editor, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
-  std::printf("\n#");
-  for (const std::string& word : words) std::printf(" %s", word.c_str());
-  std::printf("\n");
-  return CC_REDISPLAY;
-}
-
 /// Width of the terminal in characters, 0 when it does not tell.
 std::size_t columns() {
   winsize size{};
@@ -63,30 +43,37 @@ std::size_t columns() {
 class Editor {
  public:
   Editor(Session& session, std::string historyFile)
-      : file_(std::move(historyFile)), history_(history_init()), editor_(el_init("emp-window", stdin, stdout, stderr)) {
+      : session_(session),
+        file_(std::move(historyFile)),
+        history_(history_init()),
+        editor_(el_init("emp-window", stdin, stdout, stderr)),
+        keys_(editor_.get()) {
     HistEvent event;
     history(history_.get(), &event, H_SETSIZE, keptLines);
     history(history_.get(), &event, H_SETUNIQUE, 1);
     history(history_.get(), &event, H_LOAD, file_.c_str());
-    el_set(editor_.get(), EL_CLIENTDATA, &session);
+    el_set(editor_.get(), EL_CLIENTDATA, this);
     el_set(editor_.get(), EL_PROMPT, prompt);
     el_set(editor_.get(), EL_EDITOR, "emacs");
-    el_set(editor_.get(), EL_SIGNAL, 1);
     el_set(editor_.get(), EL_HIST, history, history_.get());
+    el_wset(editor_.get(), EL_GETCFN, nextKey);
     // The wide form, as the other one copies both texts and never frees them.
     el_wset(editor_.get(), EL_ADDFN, L"complete", L"completes the word before the cursor", complete);
     el_source(editor_.get(), nullptr);  // which may choose other keys, vi's
     el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
     clearLinesWithControlC();
   }
+  Editor(const Editor&) = delete;
+  Editor& operator=(const Editor&) = delete;
 
   /// @return false at the end of the input.
   bool next(std::string& line) {
     int length = 0;
+    const Keys::Tending tending(keys_);
     el_set(editor_.get(), EL_PREP_TERM, 1);  // before the prompt, so that keys typed right after it all count
-    const char* text = el_gets(editor_.get(), &length);
+    const wchar_t* text = el_wgets(editor_.get(), &length);
     if (text == nullptr || length <= 0) return false;
-    line.assign(text, static_cast<std::size_t>(length));
+    line = Keys::textOf({text, static_cast<std::size_t>(length)});
     if (line.ends_with('\n')) line.pop_back();
     return true;
   }
@@ -98,6 +85,36 @@ class Editor {
   }
 
  private:
+  static Editor& of(EditLine* editor) {
+    Editor* self = nullptr;
+    el_get(editor, EL_CLIENTDATA, &self);
+    return *self;
+  }
+
+  static int nextKey(EditLine* editor, wchar_t* key) { return of(editor).keys_.next(*key); }
+
+  /// Completes the word before the cursor; where several words fit, lists them as a comment, so that all that the
+  /// terminal shows can stand in a transcript.
+  static unsigned char complete(EditLine* editor, int) {
+    const LineInfo* line = el_line(editor);
+    const std::string_view typed(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
+    Lines words;
+    try {
+      words = completions(of(editor).session_, typed);
+    } catch (const std::exception&) {
+      return CC_ERROR;  // the set can't be read; the next command says so
+    }
+    if (words.empty()) return CC_ERROR;
+    const std::size_t known = typed.size() - (typed.rfind(' ') + 1);
+    std::string rest = commonStart(words).substr(known);
+    if (words.size() == 1 && !words[0].ends_with('/') && !words[0].ends_with('=')) rest += ' ';
+    if (!rest.empty()) return el_insertstr(editor, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+    std::printf("\n#");
+    for (const std::string& word : words) std::printf(" %s", word.c_str());
+    std::printf("\n");
+    return CC_REDISPLAY;
+  }
+
   /// The key then is one like others, while a line is typed and while one is run, and interrupts nothing. It leaves
   /// nothing on the terminal that a transcript could not have.
   void clearLinesWithControlC() {
@@ -106,9 +123,11 @@ class Editor {
     el_set(editor_.get(), EL_BIND, "-a", "^C", "ed-start-over", nullptr);
   }
 
+  Session& session_;
   std::string file_;
   std::unique_ptr<History, EndHistory> history_;
   std::unique_ptr<EditLine, EndEditing> editor_;
+  Keys keys_;
 };
 
 /// Runs a line and prints what it prints, and what the person may have meant.
@@ -125,11 +144,15 @@ void answer(Session& session, const std::string& line) {
 
 void talk(Session& session, const std::filesystem::path& history, const std::function<void()>& afterEach) {
   std::setlocale(LC_CTYPE, "");
-  if (MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");  // names of channels are in all scripts
+  if (std::string_view(::nl_langinfo(CODESET)) != "UTF-8") std::setlocale(LC_CTYPE, "C.UTF-8");
   std::printf("# emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends\n");
   Editor editor(session, history.string());
   for (std::string line; editor.next(line);) {
-    if (line.find_first_not_of(" \t") == std::string::npos || line.starts_with('#')) continue;
+    if (!isText(line)) {
+      std::printf("%s\n", remarkOnNoText(line).c_str());
+      continue;
+    }
+    if (isRemark(line)) continue;
     editor.remember(line);
     answer(session, line);
     afterEach();

@@ -39,6 +39,10 @@ bool isText(std::string_view line) {
   return line.find('\0') == std::string_view::npos && text::toUtf8(text::toUnits(line)) == line;
 }
 
+std::string remarkOnNoText(std::string_view line) {
+  return std::string("# ") + noText + ": " + oneLine(line);
+}
+
 bool isInput(std::string_view line) {
   return line.starts_with('>');
 }

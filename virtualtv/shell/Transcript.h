@@ -25,6 +25,8 @@ struct Transcript {
 /// True for a line that a transcript may have: UTF-8 without null characters. Of others is said:
 bool isText(std::string_view line);
 inline constexpr const char* noText = "not a text in UTF-8";
+/// The comment that shows such a line in a transcript.
+std::string remarkOnNoText(std::string_view line);
 
 /// True for an input line.
 bool isInput(std::string_view line);

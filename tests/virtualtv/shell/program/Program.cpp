@@ -3,9 +3,13 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
+#include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <functional>
@@ -18,14 +22,14 @@ namespace {
 
 constexpr int patience = 30000;  // milliseconds without a sign of life
 
-[[noreturn]] void become(const std::vector<std::string>& arguments) {
-  std::vector<std::string> words{EMP_WINDOW};
+[[noreturn]] void become(const std::string& program, const std::vector<std::string>& arguments) {
+  std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
   pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
-  ::execv(EMP_WINDOW, pointers.data());
+  ::execv(program.c_str(), pointers.data());
   std::_Exit(127);
 }
 
@@ -51,7 +55,7 @@ Ending runWith(const std::filesystem::path& folder, const std::vector<std::strin
     open(folder / "stdout", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     open(folder / "stderr", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
     prepare();
-    become(arguments);
+    become(EMP_WINDOW, arguments);
   }
   Ending run;
   run.status = statusOf(process);
@@ -85,14 +89,14 @@ std::string ProgramTest::made(const std::string& name, const std::string& conten
   return (folder / name).string();
 }
 
-OnTerminal::OnTerminal(const std::vector<std::string>& arguments, unsigned short columns) {
+OnTerminal::OnTerminal(const std::vector<std::string>& arguments, unsigned short columns, const std::string& program) {
   const winsize size{40, columns, 0, 0};
   process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
   if (process_ < 0) throw std::runtime_error("no terminal for the test");
   if (process_ == 0) {
     ::setenv("TERM", "vt100", 1);
     ::setenv("LC_ALL", "C.UTF-8", 1);
-    become(arguments);
+    become(program, arguments);
   }
 }
 
@@ -119,6 +123,36 @@ std::string OnTerminal::readUntil(const std::string& text) {
   std::string shown = unread_.substr(0, unread_.find(text) + text.size());
   unread_.erase(0, shown.size());
   return shown;
+}
+
+void OnTerminal::widen(unsigned short columns) const {
+  const winsize size{40, columns, 0, 0};
+  EXPECT_EQ(::ioctl(terminal_, TIOCSWINSZ, &size), 0);
+}
+
+void OnTerminal::send(int signal) const {
+  EXPECT_EQ(::kill(process_, signal), 0);
+}
+
+void OnTerminal::settle() const {
+  const std::string file = "/proc/" + std::to_string(process_) + "/status";
+  const auto isSettled = [&] {
+    const std::string status = test::contentOf(file);
+    return status.find("State:\tS") != std::string::npos &&
+           status.find("ShdPnd:\t0000000000000000") != std::string::npos;
+  };
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(patience);
+  while (!isSettled()) {
+    const bool hasEnded = test::contentOf(file).find("State:\tZ") != std::string::npos;
+    if (hasEnded || std::chrono::steady_clock::now() > end) return ADD_FAILURE() << "does not settle";
+    ::sched_yield();
+  }
+}
+
+bool OnTerminal::echoes() const {
+  termios settings{};
+  EXPECT_EQ(::tcgetattr(terminal_, &settings), 0);
+  return (settings.c_lflag & ECHO) != 0;
 }
 
 int OnTerminal::wait() {

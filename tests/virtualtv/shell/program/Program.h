@@ -39,7 +39,9 @@ class ProgramTest : public ::testing::Test {
 class OnTerminal {
  public:
   /// @param columns  its width in characters.
-  explicit OnTerminal(const std::vector<std::string>& arguments, unsigned short columns = 200);
+  /// @param program  another one to run in its place.
+  explicit OnTerminal(const std::vector<std::string>& arguments, unsigned short columns = 200,
+                      const std::string& program = EMP_WINDOW);
   OnTerminal(const OnTerminal&) = delete;
   OnTerminal& operator=(const OnTerminal&) = delete;
   ~OnTerminal();
@@ -48,7 +50,15 @@ class OnTerminal {
   /// Reads what the terminal shows until `text` has come. @return what came, up to and with it; all that came when the
   /// program ends before, or shows nothing for long.
   std::string readUntil(const std::string& text);
-  /// Waits for the end of the program. @return its exit status.
+  /// Changes the width of the terminal.
+  void widen(unsigned short columns) const;
+  /// Sends the program a signal.
+  void send(int signal) const;
+  /// Waits until the program has taken all signals that it was sent, and waits for keys again.
+  void settle() const;
+  /// True when the terminal itself shows what is typed, as it does unless a program reads keys.
+  bool echoes() const;
+  /// Waits for the end of the program. @return its exit status, -1 when a signal ended it.
   int wait();
 
  private:

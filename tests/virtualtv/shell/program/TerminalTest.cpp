@@ -1,5 +1,6 @@
 // The shell as a person has it, on a terminal.
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <sstream>
 #include <string>
@@ -100,6 +101,79 @@ TEST_F(TerminalTest, ControlCTakesBackWhatWasTypedAndDoesNotEndIt) {
   terminal.type(".nosuch\x03\x04");
   EXPECT_EQ(terminal.readUntil("nothing more").find("error"), std::string::npos);
   EXPECT_EQ(terminal.wait(), 0);
+}
+
+// Signals. A terminal of a test has no shell that could resume the program; where one is wanted, it is started.
+
+TEST_F(TerminalTest, IsNotSuspendedWhereNoShellCouldResumeIt) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type("GetSo");
+  terminal.readUntil("GetSo");
+  for (int times = 0; times < 3; ++times) {
+    terminal.send(SIGTSTP);
+    terminal.settle();
+    EXPECT_FALSE(terminal.echoes());
+  }
+  terminal.type("urce 2\n");
+  EXPECT_EQ(terminal.readUntil("> "), "urce 2\r\nint 0\r\n> ");
+  terminal.type("\x1aGetTVMode\n");
+  EXPECT_EQ(terminal.readUntil("> "), "GetTVMode\r\nint 1\r\n> ");
+  terminal.type("\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, ControlZSuspendsItWhereAShellCanResumeItAndTheLineIsShownAgain) {
+  const std::string shell =
+      "set -m; \"$0\" --state \"$1\"; echo suspended; read; fg; echo suspended; read; fg; exit $?";
+  OnTerminal terminal({"-c", shell, EMP_WINDOW, state().string()}, 200, "/bin/bash");
+  terminal.readUntil("> ");
+  terminal.type("GetSo");
+  terminal.readUntil("GetSo");
+  for (int times = 0; times < 2; ++times) {
+    terminal.type("\x1a");
+    EXPECT_TRUE(terminal.readUntil("suspended").ends_with("suspended"));
+    EXPECT_TRUE(terminal.echoes());
+    terminal.type("\n");
+    EXPECT_TRUE(terminal.readUntil("\n> GetSo").ends_with("\n> GetSo"));
+    EXPECT_FALSE(terminal.echoes());
+  }
+  terminal.type("urce 2\n");
+  EXPECT_EQ(terminal.readUntil("> "), "urce 2\r\nint 0\r\n> ");
+  terminal.type("\x04");
+  terminal.readUntil("nothing more");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, ASignalThatEndsItLeavesTheTerminalAsItWas) {
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT}) {
+    OnTerminal terminal(arguments());
+    terminal.readUntil("> ");
+    EXPECT_FALSE(terminal.echoes());
+    terminal.send(signal);
+    EXPECT_EQ(terminal.wait(), -1);
+    EXPECT_TRUE(terminal.echoes()) << signal;
+  }
+}
+
+TEST_F(TerminalTest, ALineGoesAsFarAsTheTerminalDoesWhenThatChanges) {
+  const std::string line = "# a line that is longer than the terminal was at first";
+  OnTerminal terminal(arguments(), 20);
+  terminal.readUntil("\n> ");
+  terminal.widen(200);
+  terminal.type(line);
+  EXPECT_EQ(terminal.readUntil("at first"), line);
+}
+
+// Lines that are no text.
+
+TEST_F(TerminalTest, ALineThatIsNoTextIsNotRunAndACommentShowsIt) {
+  EXPECT_EQ(answerTo("GetSource \xFC"), "# not a text in UTF-8: GetSource \\xFC\n");
+  EXPECT_EQ(answerTo("\xFF\xFE"), "# not a text in UTF-8: \\xFF\\xFE\n");
+  EXPECT_EQ(answerTo("S\xC3 \xE2\x82 \xC3\xBC"), "# not a text in UTF-8: S\\xC3 \\xE2\\x82 \xC3\xBC\n");
+  EXPECT_EQ(answerTo("# \xC0\x80"), "# not a text in UTF-8: # \\xC0\\x80\n");
+  EXPECT_EQ(answerTo(".get \xED\xA0\x80"), "# not a text in UTF-8: .get \\xED\\xA0\\x80\n");
 }
 
 TEST_F(TerminalTest, TellsWhatWasMeantByWhatIsNoCommand) {

@@ -1,0 +1,145 @@
+#include "shell/Keys.h"
+
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+#include <cwchar>
+#include <string_view>
+#include <system_error>
+
+namespace virtualtv::shell {
+
+namespace {
+
+constexpr std::array signals{SIGTSTP, SIGCONT, SIGWINCH, SIGINT, SIGQUIT, SIGHUP, SIGTERM};
+
+// Half of a surrogate pair, which no character is, stands for a byte beyond ASCII.
+constexpr wchar_t firstOddByte = 0xDC80;
+constexpr wchar_t lastOddByte = 0xDCFF;
+
+wchar_t fromOddByte(char byte) {
+  return static_cast<wchar_t>(firstOddByte - 0x80 + static_cast<unsigned char>(byte));
+}
+
+char toOddByte(wchar_t key) {
+  return static_cast<char>(key - firstOddByte + 0x80);
+}
+
+sigset_t only(int signal) {
+  sigset_t set;
+  ::sigemptyset(&set);
+  ::sigaddset(&set, signal);
+  return set;
+}
+
+}  // namespace
+
+Keys::Keys(EditLine* editor) : editor_(editor) {
+  ::sigemptyset(&tended_);
+  for (const int signal : signals) ::sigaddset(&tended_, signal);
+  signals_ = ::signalfd(-1, &tended_, SFD_CLOEXEC | SFD_NONBLOCK);
+  if (signals_ < 0) throw std::system_error(errno, std::generic_category(), "cannot listen to signals");
+}
+
+Keys::~Keys() {
+  ::close(signals_);
+}
+
+Keys::Tending::Tending(const Keys& keys) {
+  ::sigprocmask(SIG_BLOCK, &keys.tended_, &before_);
+}
+
+Keys::Tending::~Tending() {
+  ::sigprocmask(SIG_SETMASK, &before_, nullptr);
+}
+
+int Keys::next(wchar_t& key) {
+  while (!take(key)) {
+    waitForInput();
+    char byte = 0;
+    const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
+    if (count <= 0) return static_cast<int>(count);
+    bytes_ += byte;
+  }
+  return 1;
+}
+
+/// Takes a character from the bytes that were read. @return false where they do not make one yet.
+bool Keys::take(wchar_t& key) {
+  constexpr auto invalid = static_cast<std::size_t>(-1);
+  constexpr auto incomplete = static_cast<std::size_t>(-2);
+  if (bytes_.empty()) return false;
+  std::mbstate_t start{};
+  const std::size_t length = std::mbrtowc(&key, bytes_.data(), bytes_.size(), &start);
+  if (length == incomplete) return false;
+  if (length == invalid) key = fromOddByte(bytes_.front());
+  bytes_.erase(0, length == invalid || length == 0 ? 1 : length);
+  return true;
+}
+
+/// Waits until there is something to read, or the end of the input.
+void Keys::waitForInput() {
+  std::array<pollfd, 2> sources{{{signals_, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
+  for (;;) {
+    if (::poll(sources.data(), sources.size(), -1) < 0 && errno != EINTR) return;
+    signalfd_siginfo told{};
+    if (::read(signals_, &told, sizeof told) == sizeof told) {
+      tendTo(static_cast<int>(told.ssi_signo));
+    } else if (sources[1].revents != 0) {
+      return;
+    }
+  }
+}
+
+void Keys::tendTo(int signal) {
+  switch (signal) {
+    case SIGWINCH:
+      el_resize(editor_);
+      break;
+    case SIGCONT:
+      setTerminal(false);  // whoever stopped the program may have left the terminal as it likes it
+      setTerminal(true);
+      el_set(editor_, EL_REFRESH);
+      break;
+    default:
+      yieldTo(signal);
+  }
+}
+
+/// Lets a signal do what it does. Comes back when it was one to stop, once the program is resumed, or at once where
+/// nobody could resume it: then the system does not stop it.
+void Keys::yieldTo(int signal) {
+  setTerminal(false);
+  const sigset_t one = only(signal);
+  ::raise(signal);
+  ::sigprocmask(SIG_UNBLOCK, &one, nullptr);
+  ::sigprocmask(SIG_BLOCK, &one, nullptr);
+  setTerminal(true);
+}
+
+/// Gives the terminal the settings for reading keys, or those that it had before.
+void Keys::setTerminal(bool forKeys) {
+  el_set(editor_, EL_PREP_TERM, forKeys ? 1 : 0);
+}
+
+std::string Keys::textOf(std::wstring_view keys) {
+  std::string text;
+  std::mbstate_t state{};
+  for (const wchar_t key : keys) {
+    if (key >= firstOddByte && key <= lastOddByte) {
+      text += toOddByte(key);
+      continue;
+    }
+    std::array<char, MB_LEN_MAX> bytes{};
+    const std::size_t length = std::wcrtomb(bytes.data(), key, &state);
+    if (length <= bytes.size()) text.append(bytes.data(), length);
+  }
+  return text;
+}
+
+}  // namespace virtualtv::shell
