@@ -113,9 +113,18 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   return {};
 }
 
+/// Commands, or behind a `+` those that take a parameter list.
+Lines firstWordsFor(const std::string& typed) {
+  if (!typed.starts_with('+')) return firstWords();
+  Lines names = listCommandNames();
+  for (std::string& name : names) name.insert(0, "+");
+  return names;
+}
+
+/// The words of a line, without the mark of an input in front.
 Lines wordsBefore(std::string_view line) {
   Lines words;
-  std::size_t at = 0;
+  std::size_t at = std::min(line.find_first_not_of("> "), line.size());
   while ((at = line.find_first_not_of(' ', at)) != std::string_view::npos) {
     const std::size_t end = line.find(' ', at);
     words.emplace_back(line.substr(at, end - at));
@@ -131,7 +140,7 @@ Lines completions(Session& session, std::string_view line) {
   const std::size_t start = blank == std::string_view::npos ? 0 : blank + 1;
   const std::string typed(line.substr(start));
   const Lines before = wordsBefore(line.substr(0, start));
-  Lines words = before.empty() ? firstWords() : argumentsOf(session, before, typed);
+  Lines words = before.empty() ? firstWordsFor(typed) : argumentsOf(session, before, typed);
   words.erase(
       std::remove_if(words.begin(), words.end(), [&](const std::string& word) { return !word.starts_with(typed); }),
       words.end());

@@ -101,4 +101,12 @@ Lines wrapped(const std::string& line, std::size_t columns, std::size_t indent) 
   return parts;
 }
 
+Lines remark(const std::string& text, std::size_t columns) {
+  const std::string mark = "# ";
+  const std::size_t room = columns == 0 ? 0 : columns - std::min(columns - 1, mark.size());
+  Lines lines;
+  for (const std::string& part : wrapped(text, room, 0)) lines.push_back(mark + part);
+  return lines;
+}
+
 }  // namespace virtualtv::shell

@@ -15,4 +15,7 @@ Lines table(const std::vector<Lines>& rows, std::size_t columns = 0);
 /// behind the first one start with `indent` blanks. 0 columns: the line as it is.
 Lines wrapped(const std::string& line, std::size_t columns, std::size_t indent);
 
+/// A text as comments, `# ` before each line, that fit the same way.
+Lines remark(const std::string& text, std::size_t columns);
+
 }  // namespace virtualtv::shell

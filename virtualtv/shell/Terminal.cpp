@@ -14,6 +14,7 @@
 #include "shell/Completion.h"
 #include "shell/Hint.h"
 #include "shell/Keys.h"
+#include "shell/Table.h"
 #include "shell/Transcript.h"
 
 namespace virtualtv::shell {
@@ -40,6 +41,10 @@ std::size_t columns() {
   return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
+void print(const Lines& lines) {
+  for (const std::string& line : lines) std::printf("%s\n", line.c_str());
+}
+
 class Editor {
  public:
   Editor(Session& session, std::string historyFile)
@@ -59,8 +64,11 @@ class Editor {
     el_wset(editor_.get(), EL_GETCFN, nextKey);
     // The wide form, as the other one copies both texts and never frees them.
     el_wset(editor_.get(), EL_ADDFN, L"complete", L"completes the word before the cursor", complete);
+    el_wset(editor_.get(), EL_ADDFN, L"end-or-delete", L"ends an empty line's input, or deletes a character",
+            endOrDelete);
     el_source(editor_.get(), nullptr);  // which may choose other keys, vi's
     el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
+    el_set(editor_.get(), EL_BIND, "^D", "end-or-delete", nullptr);
     clearLinesWithControlC();
   }
   Editor(const Editor&) = delete;
@@ -109,10 +117,21 @@ class Editor {
     std::string rest = commonStart(words).substr(known);
     if (words.size() == 1 && !words[0].ends_with('/') && !words[0].ends_with('=')) rest += ' ';
     if (!rest.empty()) return el_insertstr(editor, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
-    std::printf("\n#");
-    for (const std::string& word : words) std::printf(" %s", word.c_str());
+    std::string list;
+    for (const std::string& word : words) list += (list.empty() ? "" : " ") + oneLine(word);
     std::printf("\n");
+    print(remark(list, columns()));
     return CC_REDISPLAY;
+  }
+
+  /// Unlike the editor's own command for the key, shows nothing that a transcript could not have.
+  static unsigned char endOrDelete(EditLine* editor, int) {
+    const LineInfoW* line = el_wline(editor);
+    if (line->buffer == line->lastchar) return CC_EOF;
+    if (line->cursor == line->lastchar) return CC_ERROR;
+    el_cursor(editor, 1);
+    el_deletestr(editor, 1);
+    return CC_REFRESH;
   }
 
   /// The key then is one like others, while a line is typed and while one is run, and interrupts nothing. It leaves
@@ -134,7 +153,7 @@ class Editor {
 void answer(Session& session, const std::string& line) {
   session.columns = columns();
   const Lines lines = session.run(line);
-  for (const std::string& printed : lines) std::printf("%s\n", printed.c_str());
+  print(lines);
   const std::string hint = hintOn(line, lines);
   if (!hint.empty()) std::printf("%s\n", hint.c_str());
   std::fflush(stdout);
@@ -145,11 +164,11 @@ void answer(Session& session, const std::string& line) {
 void talk(Session& session, const std::filesystem::path& history, const std::function<void()>& afterEach) {
   std::setlocale(LC_CTYPE, "");
   if (std::string_view(::nl_langinfo(CODESET)) != "UTF-8") std::setlocale(LC_CTYPE, "C.UTF-8");
-  std::printf("# emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends\n");
+  print(remark("emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends", columns()));
   Editor editor(session, history.string());
   for (std::string line; editor.next(line);) {
     if (!isText(line)) {
-      std::printf("%s\n", remarkOnNoText(line).c_str());
+      print({remarkOnNoText(line)});
       continue;
     }
     if (isRemark(line)) continue;

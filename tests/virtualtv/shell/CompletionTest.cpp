@@ -30,6 +30,14 @@ TEST_F(CompletionTest, BehindAPlusStandsACommandThatTakesAList) {
   EXPECT_EQ(complete("+ GetFullCh"), Lines{});
 }
 
+TEST_F(CompletionTest, AMarkOfAnInputMayStandInFront) {
+  EXPECT_EQ(complete("> GetFullCh"), Lines{"GetFullChannelList"});
+  EXPECT_EQ(complete("> .trace "), (Lines{"off", "on"}));
+  EXPECT_EQ(complete("> + "), Lines{"SetScreenCropRect"});
+  EXPECT_EQ(complete(">+ Set"), Lines{"SetScreenCropRect"});
+  EXPECT_EQ(complete("+Set"), Lines{"+SetScreenCropRect"});
+}
+
 TEST_F(CompletionTest, FaultsTakeOperationsAndTheirOutputs) {
   EXPECT_EQ(complete(".fault ").size(), seam::operations.size() + 1);
   EXPECT_EQ(complete(".fault cl"), Lines{"clear"});

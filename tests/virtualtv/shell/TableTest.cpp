@@ -50,5 +50,12 @@ TEST(Wrapped, DropsNoMoreThanBlanksAtABreak) {
   EXPECT_EQ(wrapped("", 4, 0), Lines{""});
 }
 
+TEST(Remark, IsMadeOfCommentsThatFit) {
+  EXPECT_EQ(remark("one two three", 80), Lines{"# one two three"});
+  EXPECT_EQ(remark("one two three", 0), Lines{"# one two three"});
+  EXPECT_EQ(remark("one two three", 9), (Lines{"# one two", "# three"}));
+  EXPECT_EQ(remark("one two three", 1), (Lines{"# one", "# two", "# three"}));
+}
+
 }  // namespace
 }  // namespace virtualtv::shell

@@ -59,6 +59,32 @@ TEST_F(TerminalTest, TabCompletesOrListsAsAComment) {
   EXPECT_EQ(terminal.wait(), 0);
 }
 
+TEST_F(TerminalTest, WhatCompletesIsListedInCommentsThatFitTheTerminal) {
+  OnTerminal terminal(arguments(), 40);
+  terminal.readUntil("\n> ");
+  terminal.type("GetC\t");
+  std::istringstream shown(terminal.readUntil("_Type\r\n"));
+  std::string line;
+  std::getline(shown, line);
+  EXPECT_EQ(line, "GetC\r");
+  int lines = 0;
+  for (; std::getline(shown, line); ++lines) {
+    EXPECT_LE(line.size(), 41U) << line;
+    EXPECT_TRUE(line.starts_with("# Get")) << line;
+  }
+  EXPECT_GT(lines, 5);
+}
+
+TEST_F(TerminalTest, NamesOfFilesAreListedInALineWhateverTheyHold) {
+  test::write(folder / "odd\x1b[2J", "");
+  test::write(folder / "oddness", "");
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type(".source " + (folder / "odd").string() + "\t");
+  const std::string shown = terminal.readUntil("oddness\r\n");
+  EXPECT_NE(shown.find("# " + (folder / "odd\\x1B[2J").string() + " "), std::string::npos) << shown;
+}
+
 TEST_F(TerminalTest, RemembersWhatWasTyped) {
   {
     OnTerminal terminal(arguments());
@@ -81,11 +107,27 @@ TEST_F(TerminalTest, SaysAtTheStartWhatAPersonNeeds) {
             "# emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends\r\n");
 }
 
+TEST_F(TerminalTest, SaysItOnANarrowTerminalInLinesThatFit) {
+  OnTerminal terminal(arguments(), 40);
+  EXPECT_EQ(terminal.readUntil("> "),
+            "# emp-window: .help tells what to type,\r\n# Tab completes, .quit or Ctrl-D ends\r\n> ");
+}
+
 TEST_F(TerminalTest, QuitEndsIt) {
   OnTerminal terminal(arguments());
   terminal.readUntil("> ");
   terminal.type(".quit\n");
   ASSERT_EQ(terminal.readUntil("nothing more"), ".quit\r\n");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
+TEST_F(TerminalTest, ControlDEndsItOnAnEmptyLineAndDeletesACharacterElsewhere) {
+  OnTerminal terminal(arguments());
+  terminal.readUntil("> ");
+  terminal.type(".xget country\x01\x06\x04\n");  // to the start of the line, over the full stop
+  EXPECT_TRUE(terminal.readUntil("\ncountry = 3\r\n> ").ends_with("country = 3\r\n> "));
+  terminal.type("\x04");
+  EXPECT_EQ(terminal.readUntil("nothing more"), "\r\n");
   EXPECT_EQ(terminal.wait(), 0);
 }
 
