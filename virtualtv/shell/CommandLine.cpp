@@ -151,11 +151,9 @@ ExitStatus runShell(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status();
 }
 
-void printReply(bool accepted, const std::string& ret, bool raw) {
-  if (!raw) {
-    std::cout << framework::showAnswer(accepted, ret) << "\n";
-    return;
-  }
+/// Prints the value of a reply alone; of a refusal, which has none, it says so where values are not expected.
+void printBare(const Wishes& wishes, bool accepted, const std::string& ret) {
+  if (!accepted) return complain("the plug-in refused '" + wishes.command.front() + "'");
   const std::optional<framework::Reply> reply = framework::decode(ret);
   if (!reply) return;
   const std::string bare = framework::bare(*reply);
@@ -180,7 +178,11 @@ ExitStatus runExec(kel::CEmpAppBase& app, const Wishes& wishes) {
   Desk desk(app, wishes);
   std::string ret;
   const bool accepted = desk.session().execute(wishes.command, false, ret);
-  printReply(accepted, ret, wishes.raw);
+  if (wishes.raw) {
+    printBare(wishes, accepted, ret);
+  } else {
+    std::cout << framework::showAnswer(accepted, ret) << "\n";
+  }
   desk.sayWhatWentWrong("");
   return desk.status(accepted ? allWell : failed);
 }
@@ -219,6 +221,10 @@ std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t
 constexpr const char* execNotes =
     R"(NAME and up to four ARGS are the plug-in's, whatever they look like; options stand
 before NAME.
+
+The exit status is 0 when the plug-in accepted the command, whatever it answered,
+1 when it refused it, and 2 when the command could not be run. --raw prints the
+reply's value alone, and of a refusal nothing but an error on standard error.
 
 The set keeps its state from one exec to the next, but an engine lives for one
 command: the channels that it found and the window that it selected are gone

@@ -53,9 +53,20 @@ TEST_F(ProgramTest, ExecRawPrintsTheBareReply) {
   EXPECT_TRUE(document.starts_with("{\n")) << document.substr(0, 80);
   EXPECT_TRUE(document.ends_with("}\n"));
   EXPECT_FALSE(document.ends_with("\n\n"));
+}
+
+TEST_F(ProgramTest, ExecRawTellsOfARefusalOnStandardErrorOnly) {
   const Ending refused = run({"exec", "--raw", "NoSuchCommand"});
   EXPECT_EQ(refused.out, "");
+  EXPECT_EQ(refused.err, "emp-window: the plug-in refused 'NoSuchCommand'\n");
   EXPECT_EQ(refused.status, 1);
+  expectError(run({"exec", "--raw", "No\nSuch\x1b"}), {"emp-window: the plug-in refused 'No\\x0ASuch\\x1B'\n"});
+  EXPECT_EQ(run({"exec", "--raw", ""}).err, "emp-window: the plug-in refused ''\n");
+}
+
+TEST_F(ProgramTest, HelpOfExecTellsItsStatus) {
+  const std::string help = run({"exec", "--help"}).out;
+  EXPECT_NE(help.find("The exit status is 0 when the plug-in accepted the command"), std::string::npos) << help;
 }
 
 TEST_F(ProgramTest, ExecPassesArgumentsAsTheyAre) {
