@@ -117,27 +117,32 @@ class Desk {
   ExitStatus status_ = allWell;
 };
 
-/// Runs lines that come through a pipe and prints them with what they print, as a transcript.
-void runPiped(Desk& desk) {
-  int number = 0;
-  for (std::string line; std::getline(std::cin, line);) {
-    const std::string where = "standard input:" + std::to_string(++number) + ": ";
+/// Runs a line that came through a pipe and prints it with what it prints, as in a transcript.
+void runPiped(Desk& desk, const std::string& where, const std::string& line) {
+  if (const std::string flaw = flawOf(line); !flaw.empty()) {
+    std::cout << remarkOn(flaw, line) << "\n";
+    return desk.sayThat(where + ": " + flaw);
+  }
+  if (isRemark(line)) {
+    std::cout << line << "\n";
+    return;
+  }
+  std::cout << (isInput(line) ? "" : line.starts_with('+') ? ">" : "> ") << line << "\n";
+  for (const std::string& printed : desk.session().run(line)) std::cout << printed << "\n";
+  std::cout.flush();
+  desk.sayWhatWentWrong(where + ": ");
+}
+
+/// Runs the lines that come through a pipe.
+void runPipe(Desk& desk) {
+  constexpr std::size_t mostKept = longestLine + text::byteOrderMark.size();
+  std::string line;
+  for (int number = 1; !desk.session().ended; ++number) {
+    const std::string where = "standard input:" + std::to_string(number);
+    if (!readLine(stdin, where, mostKept, line)) return;
     if (number == 1) line.erase(0, line.size() - text::withoutMark(line).size());
     while (line.ends_with('\r')) line.pop_back();
-    if (!isText(line)) {
-      std::cout << remarkOnNoText(line) << "\n";
-      desk.sayThat(where + noText);
-      continue;
-    }
-    if (isRemark(line)) {
-      std::cout << line << "\n";
-      continue;
-    }
-    std::cout << (isInput(line) ? "" : line.starts_with('+') ? ">" : "> ") << line << "\n";
-    for (const std::string& printed : desk.session().run(line)) std::cout << printed << "\n";
-    std::cout.flush();
-    desk.sayWhatWentWrong(where);
-    if (desk.session().ended) return;
+    runPiped(desk, where, line);
   }
 }
 
@@ -146,7 +151,7 @@ ExitStatus runShell(kel::CEmpAppBase& app, const Wishes& wishes) {
   if (::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0) {
     talk(desk.session(), desk.directory() / "history", [&] { desk.sayComplaints(); });
   } else {
-    runPiped(desk);
+    runPipe(desk);
   }
   return desk.status();
 }
@@ -194,7 +199,7 @@ ExitStatus runCheck(kel::CEmpAppBase& app, const Wishes& wishes) {
 ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
   const bool piped = wishes.list.file == "-";
   const std::string name = piped ? "standard input" : wishes.list.file;
-  const std::string content = piped ? readStream(std::cin, name) : readFile(name);
+  const std::string content = piped ? readStream(stdin, name) : readFile(name);
   Desk desk(app, wishes);
   const ImportReport report = importServices(desk.session().device().tv(), name, content, wishes.list.options);
   for (const std::string& problem : report.problemLines()) std::cerr << problem << "\n";

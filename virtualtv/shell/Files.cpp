@@ -70,20 +70,8 @@ class Beside {
   File file_;
 };
 
-/// Appends pieces until there are none. @param read  reads one into a place of a size; answers how much of it there is.
-template <typename Read>
-std::string readAll(const std::string& name, const Read& read) {
-  try {
-    std::string content;
-    char chunk[65536];
-    while (const std::size_t count = read(chunk, sizeof chunk)) {
-      if (content.size() + count > mostRead) fail("read", name, "it has more than 256 MB");
-      content.append(chunk, count);
-    }
-    return content;
-  } catch (const std::bad_alloc&) {
-    fail("read", name, notEnoughMemory);
-  }
+[[noreturn]] void failAsEndless(const std::string& name) {
+  fail("read", name, "it has more than 256 MB");
 }
 
 }  // namespace
@@ -91,18 +79,33 @@ std::string readAll(const std::string& name, const Read& read) {
 std::string readFile(const fs::path& path, const std::string& name) {
   const File file(std::fopen(path.c_str(), "rb"));
   if (!file) fail("read", name, errno);
-  return readAll(name, [&](char* chunk, std::size_t size) {
-    const std::size_t count = std::fread(chunk, 1, size, file.get());
-    if (std::ferror(file.get()) != 0) fail("read", name, errno);  // a folder too ends up here
-    return count;
-  });
+  return readStream(file.get(), name);
 }
 
-std::string readStream(std::istream& stream, const std::string& name) {
-  return readAll(name, [&](char* chunk, std::size_t size) {
-    stream.read(chunk, static_cast<std::streamsize>(size));
-    return static_cast<std::size_t>(stream.gcount());
-  });
+std::string readStream(std::FILE* stream, const std::string& name) {
+  try {
+    std::string content;
+    char chunk[65536];
+    while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, stream)) {
+      if (content.size() + count > mostRead) failAsEndless(name);
+      content.append(chunk, count);
+    }
+    if (std::ferror(stream) != 0) fail("read", name, errno);  // a folder too ends up here
+    return content;
+  } catch (const std::bad_alloc&) {
+    fail("read", name, notEnoughMemory);
+  }
+}
+
+bool readLine(std::FILE* stream, const std::string& name, std::size_t most, std::string& line) {
+  line.clear();
+  std::size_t length = 0;
+  for (int byte = 0; (byte = ::getc_unlocked(stream)) != EOF && byte != '\n'; ++length) {
+    if (length == mostRead) failAsEndless(name);
+    if (length <= most) line += static_cast<char>(byte);
+  }
+  if (std::ferror(stream) != 0) fail("read", name, errno);
+  return length > 0 || std::feof(stream) == 0;
 }
 
 void replaceFile(const fs::path& file, std::string_view content, const std::string& name) {

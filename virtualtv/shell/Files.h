@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <filesystem>
-#include <istream>
 #include <string>
 #include <string_view>
 
@@ -18,7 +18,14 @@ inline std::string readFile(const std::filesystem::path& path) {
 }
 
 /// All that is left of a stream. @param name  what messages call it. @throws std::runtime_error as `readFile` does.
-std::string readStream(std::istream& stream, const std::string& name);
+std::string readStream(std::FILE* stream, const std::string& name);
+
+/// Reads the next line of a stream, without its line break. One of more than `most` bytes is cut, to one byte more than
+/// that, so that it takes no more memory; the rest of it is passed over.
+/// @param name  what messages call the stream and the line, as in `standard input:3`.
+/// @return false at the end of the stream.
+/// @throws std::runtime_error `cannot read NAME: REASON`, also where the line has more than `mostRead` bytes.
+bool readLine(std::FILE* stream, const std::string& name, std::size_t most, std::string& line);
 
 /// Puts `content` in the place of a file's, all of it or nothing: whoever opens the file meanwhile finds the old
 /// content or the new one. A link stays a link, and the file keeps its permissions.

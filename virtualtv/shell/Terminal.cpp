@@ -167,8 +167,8 @@ void talk(Session& session, const std::filesystem::path& history, const std::fun
   print(remark("emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends", columns()));
   Editor editor(session, history.string());
   for (std::string line; editor.next(line);) {
-    if (!isText(line)) {
-      print({remarkOnNoText(line)});
+    if (const std::string flaw = flawOf(line); !flaw.empty()) {
+      print({remarkOn(flaw, line)});
       continue;
     }
     if (isRemark(line)) continue;

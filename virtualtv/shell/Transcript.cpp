@@ -8,10 +8,13 @@ namespace virtualtv::shell {
 
 namespace {
 
-/// Why a line can't stand in a transcript; empty when it can.
-std::string flaw(const Transcript& transcript, const std::string& line) {
+constexpr const char* noText = "not a text in UTF-8";
+constexpr const char* tooLong = "the line has more than 1 MB";
+
+/// Why a line can't stand in a transcript; empty when it can. What an input prints may be of any length.
+std::string flawIn(const Transcript& transcript, const std::string& line) {
+  if (isInput(line) || isRemark(line)) return flawOf(line);
   if (!isText(line)) return noText;
-  if (isInput(line) || isRemark(line)) return {};
   if (transcript.steps.empty()) return "output before the first '>' line";
   if (!transcript.steps.back().remarks.empty()) return "output must directly follow its '>' line";
   return {};
@@ -36,11 +39,18 @@ void append(std::string& text, const Lines& lines) {
 }  // namespace
 
 bool isText(std::string_view line) {
-  return line.find('\0') == std::string_view::npos && text::toUtf8(text::toUnits(line)) == line;
+  return line.find('\0') == std::string_view::npos && text::isUtf8(line);
 }
 
-std::string remarkOnNoText(std::string_view line) {
-  return std::string("# ") + noText + ": " + oneLine(line);
+std::string flawOf(std::string_view line) {
+  if (line.size() > longestLine) return tooLong;
+  return isText(line) ? "" : noText;
+}
+
+std::string remarkOn(const std::string& flaw, std::string_view line) {
+  constexpr std::size_t mostShown = 200;
+  const bool isWhole = line.size() <= mostShown;
+  return "# " + flaw + ": " + oneLine(line.substr(0, mostShown)) + (isWhole ? "" : " ...");
 }
 
 bool isInput(std::string_view line) {
@@ -57,7 +67,7 @@ Transcript readTranscript(const std::string& name, std::string_view content) {
   int number = 0;
   for (const std::string& line : splitLines(text::withoutMark(content))) {
     ++number;
-    const std::string reason = flaw(transcript, line);
+    const std::string reason = flawIn(transcript, line);
     if (!reason.empty()) throw std::runtime_error(name + ":" + std::to_string(number) + ": " + reason);
     add(transcript, number, line);
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,11 +23,16 @@ struct Transcript {
   std::vector<Step> steps;
 };
 
-/// True for a line that a transcript may have: UTF-8 without null characters. Of others is said:
+/// True for a line that a transcript may have: UTF-8 without null characters.
 bool isText(std::string_view line);
-inline constexpr const char* noText = "not a text in UTF-8";
-/// The comment that shows such a line in a transcript.
-std::string remarkOnNoText(std::string_view line);
+
+/// The longest input or comment, in bytes.
+inline constexpr std::size_t longestLine = 1'000'000;
+
+/// Why a line can't be an input or a comment: it is too long, or no text. Empty when it can.
+std::string flawOf(std::string_view line);
+/// The comment that stands in a transcript in place of such a line: its flaw, and the line or at least its start.
+std::string remarkOn(const std::string& flaw, std::string_view line);
 
 /// True for an input line.
 bool isInput(std::string_view line);
@@ -36,8 +42,8 @@ bool isRemark(std::string_view line);
 /// Reads a transcript: lines that start with `>` are inputs, `#` starts a comment, all other lines but blank ones are
 /// what the input before them prints. A byte order mark at the start is no part of the first line.
 /// @param name  stands before the line number in errors.
-/// @throws std::runtime_error `NAME:LINE: REASON` for a line that is no text, and for output that does not directly
-/// follow an input.
+/// @throws std::runtime_error `NAME:LINE: REASON` for an input or a comment with a flaw, for output that is no text,
+/// and for output that does not directly follow an input.
 Transcript readTranscript(const std::string& name, std::string_view content);
 
 /// The text of a transcript, each line ended by a line break, with the byte order mark that it had.

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdio>
+#include <memory>
+
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {
@@ -20,6 +23,12 @@ Lines namesIn(const fs::path& folder) {
 fs::path made(const fs::path& file, const std::string& content) {
   test::write(file, content);
   return file;
+}
+
+using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+Stream opened(const fs::path& file) {
+  return {std::fopen(file.c_str(), "rb"), std::fclose};
 }
 
 std::string reasonOf(const std::function<void()>& act) {
@@ -49,8 +58,8 @@ TEST(ReadFile, SaysWhatCantBeRead) {
 
 TEST(ReadFile, EndsAtALimit) {
   EXPECT_EQ(reasonOf([&] { readFile("/dev/zero"); }), "cannot read /dev/zero: it has more than 256 MB");
-  std::ifstream endless("/dev/zero");
-  EXPECT_EQ(reasonOf([&] { readStream(endless, "standard input"); }),
+  const Stream endless = opened("/dev/zero");
+  EXPECT_EQ(reasonOf([&] { readStream(endless.get(), "standard input"); }),
             "cannot read standard input: it has more than 256 MB");
 }
 
@@ -64,11 +73,49 @@ TEST(ReadFile, MayReachTheLimit) {
 }
 
 TEST(ReadStream, GivesWhatIsLeft) {
-  std::istringstream stream("first\nrest\n\xFF");
+  const TemporaryDirectory folder;
+  const Stream stream = opened(made(folder / "f", "first\nrest\n\xFF"));
   std::string first;
-  std::getline(stream, first);
-  EXPECT_EQ(readStream(stream, "it"), "rest\n\xFF");
-  EXPECT_EQ(readStream(stream, "it"), "");
+  EXPECT_TRUE(readLine(stream.get(), "it", 10, first));
+  EXPECT_EQ(readStream(stream.get(), "it"), "rest\n\xFF");
+  EXPECT_EQ(readStream(stream.get(), "it"), "");
+}
+
+TEST(ReadStream, SaysWhatCantBeRead) {
+  const TemporaryDirectory folder;
+  const Stream stream = opened(folder.path());
+  EXPECT_EQ(reasonOf([&] { readStream(stream.get(), "it"); }), "cannot read it: Is a directory");
+}
+
+TEST(ReadLine, GivesOneLineAfterTheOther) {
+  const TemporaryDirectory folder;
+  const Stream stream = opened(made(folder / "f", std::string("a\n\nb\0c\r\nd", 9)));
+  Lines lines;
+  for (std::string line; readLine(stream.get(), "it", 100, line);) lines.push_back(line);
+  EXPECT_EQ(lines, (Lines{"a", "", std::string("b\0c\r", 4), "d"}));
+}
+
+TEST(ReadLine, CutsALineThatIsTooLongAndGoesOnBehindIt) {
+  const TemporaryDirectory folder;
+  const Stream stream = opened(made(folder / "f", "abc\nabcd\nabcdefgh\nx\nabcdefgh"));
+  Lines lines;
+  for (std::string line; readLine(stream.get(), "it", 3, line);) lines.push_back(line);
+  EXPECT_EQ(lines, (Lines{"abc", "abcd", "abcd", "x", "abcd"}));
+}
+
+TEST(ReadLine, EndsAtALimit) {
+  const TemporaryDirectory folder;
+  const Stream endless = opened("/dev/zero");
+  std::string line;
+  EXPECT_EQ(reasonOf([&] { readLine(endless.get(), "it:1", 3, line); }), "cannot read it:1: it has more than 256 MB");
+  EXPECT_LT(line.capacity(), 100U);
+}
+
+TEST(ReadLine, SaysWhatCantBeRead) {
+  const TemporaryDirectory folder;
+  const Stream stream = opened(folder.path());
+  std::string line;
+  EXPECT_EQ(reasonOf([&] { readLine(stream.get(), "it:1", 3, line); }), "cannot read it:1: Is a directory");
 }
 
 TEST(ReplaceFile, PutsTheNewContentInPlaceAndLeavesNothingElseBehind) {

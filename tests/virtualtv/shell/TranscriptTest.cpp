@@ -67,6 +67,26 @@ TEST(TranscriptText, IsMadeOfLinesInUtf8WithoutNullCharacters) {
   EXPECT_FALSE(isText(std::string("a\0b", 3)));
 }
 
+TEST(TranscriptText, TakesInputsAndCommentsUpToALength) {
+  const std::string longest = "> " + std::string(longestLine - 2, 'a');
+  EXPECT_EQ(flawOf(longest), "");
+  EXPECT_EQ(flawOf(longest + "a"), "the line has more than 1 MB");
+  EXPECT_EQ(readTranscript("t", longest + "\n").steps.at(0).input, longest);
+  EXPECT_THROW(readTranscript("t", longest + "a\n"), std::runtime_error);
+  EXPECT_THROW(readTranscript("t", "#" + longest + "\n"), std::runtime_error);
+}
+
+TEST(TranscriptText, TakesOutputOfAnyLength) {
+  const std::string output = "| " + std::string(longestLine, 'a');
+  EXPECT_EQ(readTranscript("t", "> A\n" + output + "\n").steps.at(0).output, Lines{output});
+}
+
+TEST(TranscriptText, HasTheStartOfALineThatItCantTakeInAComment) {
+  EXPECT_EQ(remarkOn("a flaw", "\xFFx"), "# a flaw: \\xFFx");
+  EXPECT_EQ(remarkOn("a flaw", std::string(200, 'a')), "# a flaw: " + std::string(200, 'a'));
+  EXPECT_EQ(remarkOn("a flaw", std::string(201, 'a')), "# a flaw: " + std::string(200, 'a') + " ...");
+}
+
 TEST(TranscriptText, RefusesLinesThatCantStandThere) {
   const std::pair<std::string, const char*> bad[] = {
       {"int 1\n", "t:1: output before the first '>' line"},
@@ -75,6 +95,7 @@ TEST(TranscriptText, RefusesLinesThatCantStandThere) {
       {"> A\n# c\nint 2\n", "t:3: output must directly follow its '>' line"},
       {std::string("> A\nb\0c\n", 8), "t:2: not a text in UTF-8"},
       {"> A\n# \xff\n", "t:2: not a text in UTF-8"},
+      {"> A\nint 1\n> " + std::string(longestLine, 'B') + "\n> C\n", "t:3: the line has more than 1 MB"},
   };
   for (const auto& [text, reason] : bad) {
     try {

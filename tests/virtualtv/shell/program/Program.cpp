@@ -5,6 +5,7 @@
 #include <pty.h>
 #include <sched.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -33,9 +34,10 @@ constexpr int patience = 30000;  // milliseconds without a sign of life
   std::_Exit(127);
 }
 
-int statusOf(int process) {
+/// Waits for the end of a process. @param used  receives what it used. @return its status, -1 when a signal ended it.
+int statusOf(int process, rusage& used) {
   int status = 0;
-  if (::waitpid(process, &status, 0) != process || !WIFEXITED(status)) return -1;
+  if (::wait4(process, &status, 0, &used) != process || !WIFEXITED(status)) return -1;
   return WEXITSTATUS(status);
 }
 
@@ -45,20 +47,21 @@ void open(const std::filesystem::path& file, int flags, int descriptor) {
 }
 
 /// Runs the program with its standard streams on files. @param prepare  is called in the new process.
-Ending runWith(const std::filesystem::path& folder, const std::vector<std::string>& arguments, const std::string& input,
-               const std::function<void()>& prepare) {
-  test::write(folder / "stdin", input);
+Ending runWith(const std::filesystem::path& folder, const std::vector<std::string>& arguments,
+               const std::filesystem::path& input, const std::function<void()>& prepare) {
   const int process = ::fork();
   if (process < 0) throw std::runtime_error("no process for the test");
   if (process == 0) {
-    open(folder / "stdin", O_RDONLY, STDIN_FILENO);
+    open(input, O_RDONLY, STDIN_FILENO);
     open(folder / "stdout", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     open(folder / "stderr", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
     prepare();
     become(EMP_WINDOW, arguments);
   }
   Ending run;
-  run.status = statusOf(process);
+  rusage used{};
+  run.status = statusOf(process, used);
+  run.memory = used.ru_maxrss;
   run.out = test::contentOf(folder / "stdout");
   run.err = test::contentOf(folder / "stderr");
   return run;
@@ -67,11 +70,15 @@ Ending runWith(const std::filesystem::path& folder, const std::vector<std::strin
 }  // namespace
 
 Ending ProgramTest::run(std::vector<std::string> arguments, const std::string& input) {
+  return runOn(made("stdin", input), std::move(arguments));
+}
+
+Ending ProgramTest::runOn(const std::filesystem::path& input, std::vector<std::string> arguments) {
   return runWith(folder.path(), arguments, input, [this] { ::setenv("XDG_STATE_HOME", (folder / "xdg").c_str(), 1); });
 }
 
 Ending ProgramTest::runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments) {
-  return runWith(folder.path(), arguments, "", [&] {
+  return runWith(folder.path(), arguments, "/dev/null", [&] {
     ::unsetenv("XDG_STATE_HOME");
     ::unsetenv("HOME");
     for (const std::string& setting : environment) ::putenv(const_cast<char*>(setting.c_str()));
@@ -79,7 +86,7 @@ Ending ProgramTest::runIn(const std::vector<std::string>& environment, std::vect
 }
 
 Ending ProgramTest::runWithout(const std::vector<int>& streams, std::vector<std::string> arguments) {
-  return runWith(folder.path(), arguments, "", [&] {
+  return runWith(folder.path(), arguments, "/dev/null", [&] {
     for (const int stream : streams) ::close(stream);
   });
 }
@@ -156,7 +163,8 @@ bool OnTerminal::echoes() const {
 }
 
 int OnTerminal::wait() {
-  return statusOf(std::exchange(process_, -1));
+  rusage used{};
+  return statusOf(std::exchange(process_, -1), used);
 }
 
 }  // namespace virtualtv::shell

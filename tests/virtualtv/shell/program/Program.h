@@ -15,6 +15,7 @@ struct Ending {
   int status = -1;  ///< its exit status, -1 when a signal ended it
   std::string out;
   std::string err;
+  long memory = 0;  ///< the most that it had at a time, in KB
 };
 
 /// Starts the program, `emp-window`, with a state directory of its own.
@@ -22,6 +23,8 @@ class ProgramTest : public ::testing::Test {
  protected:
   /// Runs it to its end. @param input  what stands on its standard input.
   Ending run(std::vector<std::string> arguments, const std::string& input = "");
+  /// Runs it with its standard input on a file.
+  Ending runOn(const std::filesystem::path& input, std::vector<std::string> arguments);
   /// Runs it with these settings of the environment and none of its own for the state directory.
   Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
 

@@ -260,6 +260,46 @@ TEST_F(ProgramTest, ALineOfAPipeThatIsNoTextIsAnErrorAndACommentInTheTranscript)
   }
 }
 
+TEST_F(ProgramTest, ALineOfAPipeThatIsTooLongIsAnErrorAndItsStartACommentInTheTranscript) {
+  const std::string start = "FindChannel " + std::string(188, '1');
+  const Ending piped = run({}, "GetSource 2\n" + start + std::string(1'000'000, '1') + "\nGetSource 2\n");
+  expectError(piped, {"emp-window: standard input:2: the line has more than 1 MB\n"});
+  EXPECT_EQ(piped.status, 2);
+  EXPECT_EQ(piped.out,
+            "> GetSource 2\nint 0\n# the line has more than 1 MB: " + start + " ...\n> GetSource 2\nint 0\n");
+  EXPECT_EQ(run({"check", made("t", piped.out)}).status, 0);
+}
+
+TEST_F(ProgramTest, ALineOfAPipeMayBeAsLongAsItCanBeBetweenWhatIsNoPartOfIt) {
+  const std::string longest = "#" + std::string(999'999, 'a');
+  const Ending piped = run({}, "\xEF\xBB\xBF" + longest + "\r\n" + longest + "\n");
+  EXPECT_TRUE(piped.out == longest + "\n" + longest + "\n") << piped.out.size();
+  EXPECT_EQ(piped.err, "");
+}
+
+TEST_F(ProgramTest, APipeWithoutALineBreakTakesLittleMemoryAndIsAnErrorInTheEnd) {
+  const Ending ordinary = run({}, "GetSource 2\n");
+  const std::string file = made("endless", "GetSource 2\n");
+  fs::resize_file(file, 300'000'000);  // zeros, which take no room on the disk
+  const Ending endless = runOn(file, {});
+  expectError(endless, {"emp-window: cannot read standard input:2: it has more than 256 MB\n"});
+  EXPECT_EQ(endless.status, 2);
+  EXPECT_EQ(endless.out, "> GetSource 2\nint 0\n");
+  EXPECT_LT(endless.memory - ordinary.memory, 32'000) << "in KB";
+}
+
+TEST_F(ProgramTest, StandardInputThatCantBeReadIsAnError) {
+  const std::string reason = ": Is a directory\n";
+  expectError(runOn(folder.path(), {}), {"emp-window: cannot read standard input:1" + reason});
+  expectError(runOn(folder.path(), {"import", "-"}), {"emp-window: cannot read standard input" + reason});
+}
+
+TEST_F(ProgramTest, AnInputOfATranscriptThatIsTooLongIsAnErrorWithItsLine) {
+  const std::string file = made("t", "> GetSource 2\nint 0\n> " + std::string(1'000'000, 'x') + "\n");
+  expectError(run({"check", file}), {"emp-window: " + file + ":3: the line has more than 1 MB\n"});
+  expectError(run({}, ".source " + file + "\n"), {"standard input:1: " + file + ":3: the line has more than 1 MB\n"});
+}
+
 TEST_F(ProgramTest, LogLinesGoToStandardErrorUpToTheLevel) {
   EXPECT_EQ(run({"exec", "GetSource"}).err, "");
   const std::string routine = run({"--log", "0", "exec", "GetSource"}).err;
@@ -270,6 +310,15 @@ TEST_F(ProgramTest, LogLinesGoToStandardErrorUpToTheLevel) {
     const std::string wanted = "--log: a number from 0 to 2147483647 is wanted, not '" + level + "'";
     expectError(run({"--log", level, "exec", "GetSource"}), {wanted});
     expectError(run({"--log=" + level, "exec", "GetSource"}), {wanted});
+  }
+}
+
+TEST_F(ProgramTest, LogLinesAreMessagesWithoutTheLocationLinesBeforeThem) {
+  const std::string piped = run({}, ".log on\nGetSourceState\n.why\n").out;
+  const std::string logged = run({"--log", "3", "exec", "GetSource"}).err;
+  for (const std::string& lines : {piped, logged}) {
+    EXPECT_EQ(lines.find("[KEL]["), std::string::npos) << lines;
+    EXPECT_NE(lines.find(" FILE=[Window/Src/EmpEngineWindow] FUNCTION=[CEmpEngineWindow] LINE=["), std::string::npos);
   }
 }
 
