@@ -10,6 +10,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -69,6 +70,17 @@ Ending runWith(const std::filesystem::path& folder, const std::vector<std::strin
 
 }  // namespace
 
+int lineCount(const std::string& text) {
+  return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
+
+void expectError(const Ending& run, const std::vector<std::string>& mentioned) {
+  EXPECT_NE(run.status, 0);
+  EXPECT_EQ(lineCount(run.err), 1) << run.err;
+  EXPECT_TRUE(run.err.starts_with("emp-window: ")) << run.err;
+  for (const std::string& text : mentioned) EXPECT_NE(run.err.find(text), std::string::npos) << run.err;
+}
+
 Ending ProgramTest::run(std::vector<std::string> arguments, const std::string& input) {
   return runOn(made("stdin", input), std::move(arguments));
 }
@@ -82,6 +94,13 @@ Ending ProgramTest::runIn(const std::vector<std::string>& environment, std::vect
     ::unsetenv("XDG_STATE_HOME");
     ::unsetenv("HOME");
     for (const std::string& setting : environment) ::putenv(const_cast<char*>(setting.c_str()));
+  });
+}
+
+Ending ProgramTest::runOnFullDisk(const std::vector<std::string>& arguments, const std::string& input) {
+  return runWith(folder.path(), arguments, made("stdin", input), [this] {
+    ::setenv("XDG_STATE_HOME", (folder / "xdg").c_str(), 1);
+    open("/dev/full", O_WRONLY, STDOUT_FILENO);
   });
 }
 

@@ -18,6 +18,11 @@ struct Ending {
   long memory = 0;  ///< the most that it had at a time, in KB
 };
 
+int lineCount(const std::string& text);
+
+/// Expects that a run failed, with one line of the program on standard error that says all these things.
+void expectError(const Ending& run, const std::vector<std::string>& mentioned);
+
 /// Starts the program, `emp-window`, with a state directory of its own.
 class ProgramTest : public ::testing::Test {
  protected:
@@ -28,6 +33,8 @@ class ProgramTest : public ::testing::Test {
   /// Runs it with these settings of the environment and none of its own for the state directory.
   Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
 
+  /// Runs it with its standard output on a disk that is full.
+  Ending runOnFullDisk(const std::vector<std::string>& arguments, const std::string& input);
   /// Runs it with its standard streams of these numbers closed.
   Ending runWithout(const std::vector<int>& streams, std::vector<std::string> arguments);
 
