@@ -11,10 +11,12 @@ from pathlib import Path
 
 
 def sessions(page):
-    """The code blocks of a page that begin with a command, each with the line it starts in."""
+    """The code blocks of a page in which a command stands, each with the line it starts in. Lines that start the shell do
+    not count."""
     text = page.read_text(encoding="utf-8")
-    for block in re.finditer(r"^```\w*\n(> .*?^)```$", text, re.MULTILINE | re.DOTALL):
-        yield text[:block.start(1)].count("\n") + 1, block[1]
+    for block in re.finditer(r"^```\w*\n(.*?)^```$", text, re.MULTILINE | re.DOTALL):
+        if re.search(r"^>", block[1], re.MULTILINE):
+            yield text[:block.start(1)].count("\n") + 1, re.sub(r"^\$ .*\n", "", block[1], flags=re.MULTILINE)
 
 
 def main(program, *pages):
