@@ -145,31 +145,44 @@ Lines helpOnOperations(std::size_t columns) {
   return table(rows, columns);
 }
 
-Lines helpOnFaults(std::size_t) {
-  return {
-      "  .fault OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...]",
-      "  makes calls of an operation fail.",
-      "    nth=N         the first call that it hits, counted from now; 1 if left out",
-      "    times=N       how many calls it hits; 1 if left out",
-      "    always        it hits every call from the first one on",
-      "    window=W      only calls for the window main or pip, where the operation is a window's",
-      "    engine=NAME   only calls of that engine",
-      "    result=N      the call answers N; it is carried out if N is a success of the operation, otherwise not",
-      "    result=TEXT   likewise, where the operation answers a text",
-      "    result=null   a null pointer; a factory still answers its success",
-      "    result=unwritten  the call answers its success, but writes no output and does nothing",
-      "    result=throw  an exception leaves the call",
-      "    out.NAME=VALUE  that output is written; without a result= the call is carried out first",
-      "  Each word may stand once. Of several faults that fit a call, the one that was set first acts. The others "
-      "count",
-      "  the call as well; one that was due hits the next call that no other hits.",
-      "  Values: numbers, the TV service's, as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
-      "[{12=281},null],",
-      "  null being a null pointer in place of a record; favourite groups as in {1=1,12=0}.",
-      "  Quote what has quotes: 'out.service={16=\"News\"}'.",
-      "  .fault lists what is set and how often it has hit, .fault clear removes all, .fault clear NUMBER one of them.",
-      "  '.help operations' lists the operations with what each can answer.",
-  };
+/// Lines that are fitted one by one, as sentences are.
+Lines sentences(const Lines& lines, std::size_t columns) {
+  constexpr std::size_t indent = 2;
+  Lines fitted;
+  for (const std::string& line : lines) {
+    for (std::string& part : wrapped(std::string(indent, ' ') + line, columns, indent))
+      fitted.push_back(std::move(part));
+  }
+  return fitted;
+}
+
+Lines helpOnFaults(std::size_t columns) {
+  Lines help{"  .fault OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...]",
+             "  makes calls of an operation fail."};
+  const Lines words =
+      table({{"  nth=N", "the first call that it hits, counted from now; 1 if left out"},
+             {"  times=N", "how many calls it hits; 1 if left out"},
+             {"  always", "it hits every call from the first one on"},
+             {"  window=W", "only calls for the window main or pip, where the operation is a window's"},
+             {"  engine=NAME", "only calls of that engine"},
+             {"  result=N", "the call answers N; it is carried out if N is a success of the operation, otherwise not"},
+             {"  result=TEXT", "likewise, where the operation answers a text"},
+             {"  result=null", "a null pointer; a factory still answers its success"},
+             {"  result=unwritten", "the call answers its success, but writes no output and does nothing"},
+             {"  result=throw", "an exception leaves the call"},
+             {"  out.NAME=VALUE", "that output is written; without a result= the call is carried out first"}},
+            columns);
+  const Lines notes = sentences(
+      {"Each word may stand once. Of several faults that fit a call, the one that was set first acts. The others count "
+       "the call as well; one that was due hits the next call that no other hits.",
+       "Values: numbers, the TV service's, as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
+       "[{12=281},null], null being a null pointer in place of a record; favourite groups as in {1=1,12=0}.",
+       "Quote what has quotes: 'out.service={16=\"News\"}'.",
+       ".fault lists what is set and how often it has hit, .fault clear removes all, .fault clear NUMBER one of them.",
+       "'.help operations' lists the operations with what each can answer."},
+      columns);
+  for (const Lines& more : {words, notes}) help.insert(help.end(), more.begin(), more.end());
+  return help;
 }
 
 struct Topic {

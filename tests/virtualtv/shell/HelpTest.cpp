@@ -138,6 +138,13 @@ TEST(Help, FitsAWidthAndLosesNothing) {
   }
 }
 
+TEST(Help, KeepsWhatTheWordsOfAFaultMeanInAColumn) {
+  const Lines lines = helpOn("faults", 60);
+  const auto word = std::find(lines.begin(), lines.end(), "    result=null       a null pointer; a factory still");
+  ASSERT_NE(word, lines.end()) << ::testing::PrintToString(lines);
+  EXPECT_EQ(*std::next(word), "                      answers its success");
+}
+
 TEST(Help, RefusesOtherTopics) {
   EXPECT_THROW(helpOn("nothing"), std::invalid_argument);
 }
