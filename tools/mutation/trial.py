@@ -167,7 +167,8 @@ class Trial:
         shutil.rmtree(self.scratch, ignore_errors=True)
         self.scratch.mkdir()
         names = programs_of(self.top)
-        self.run_build(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build_folder, "-DCMAKE_BUILD_TYPE=Debug"])
+        self.run_build(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build_folder, "-DCMAKE_BUILD_TYPE=Debug",
+                        f"-DEMP_WINDOW_SOURCES={self.top / 'Window' / 'Src'}"])
         self.run_build(["ninja", "-C", self.build_folder, *names, "emp-window", "make_catalogue"])
         tests = self.build_folder / "tests"
         self.programs = [Program(name, [tests / name], tests) for name in names]
