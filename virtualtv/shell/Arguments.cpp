@@ -1,9 +1,24 @@
 #include "shell/Arguments.h"
 
+#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <stdexcept>
+
+#include "catalogue/Catalogue.h"
+#include "import/Charset.h"
+#include "import/Import.h"
+#include "shell/Nearest.h"
+#include "shell/Show.h"
+#include "text/Numbers.h"
 
 namespace virtualtv::shell {
 
+namespace {
+
+/// Writes `--NAME=` with nothing behind it as the two words that it stands for; the parser would take the next word for
+/// the value. Words behind a `--` stay.
 void keepEmptyValues(std::vector<std::string>& arguments) {
   for (std::size_t at = 0; at < arguments.size() && arguments[at] != "--"; ++at) {
     if (!arguments[at].starts_with("--") || arguments[at].find('=') != arguments[at].size() - 1) continue;
@@ -12,8 +27,209 @@ void keepEmptyValues(std::vector<std::string>& arguments) {
   }
 }
 
+/// Runs what throws std::invalid_argument for a value that an option does not take.
+/// @return why it does not, as a validator answers it; empty when it does.
+template <typename Body>
+std::string refusalOf(Body body) {
+  try {
+    body();
+    return {};
+  } catch (const std::invalid_argument& refusal) {
+    return refusal.what();
+  }
+}
+
 void refuseEmpty(const std::string& value, const std::string& wanted) {
   if (value.empty()) throw std::invalid_argument(wanted + " is wanted, not an empty text");
+}
+
+std::string refusalOfEncoding(const std::string& name) {
+  return refusalOf([&] {
+    refuseEmpty(name, "the name of an encoding");
+    import::requireEncoding(name);
+  });
+}
+
+/// Adds the file and the options of an import to a grammar, which writes them into `wishes`.
+void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
+  ImportOptions& options = wishes.options;
+  const auto setFormat = [&options](const std::string& name) { options.format = import::formatNamed(name); };
+  grammar.add_option("FILE", wishes.file, "the list, - for standard input")->required();
+  grammar.add_option_function<std::string>("--format", setFormat, "its format; recognised if left out")
+      ->check(CLI::IsMember(namesOfFormats()));
+  grammar.add_option("--encoding", options.encoding, "of names that do not tell theirs; judged if left out")
+      ->type_name("NAME")
+      ->check(CLI::Validator(refusalOfEncoding, ""));
+  grammar.add_flag("--add", options.add, "keep the services that are there");
+}
+
+[[noreturn]] void refuseArguments(const std::string& reason) {
+  throw CLI::ValidationError(reason);
+}
+
+/// The first word from there on that is neither an option nor the value of one that a set takes.
+std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t from) {
+  while (from < arguments.size() && arguments[from].starts_with('-') && arguments[from] != "--") {
+    const bool takesValue = arguments[from] == "--state" || arguments[from] == "--log";
+    from += takesValue ? 2U : 1U;
+  }
+  return std::min(from, arguments.size());
+}
+
+constexpr const char* execNotes =
+    R"(NAME and up to four ARGS are the plug-in's, whatever they look like; options stand
+before NAME.
+
+The exit status is 0 when the plug-in accepted the command, whatever it answered,
+1 when it refused it, and 2 when the command could not be run. --raw prints the
+reply's value alone, and of a refusal nothing but an error on standard error.
+
+The set keeps its state from one exec to the next, but an engine lives for one
+command: the channels that it found and the window that it selected are gone
+after it. Several commands on one engine come through a pipe:
+  printf 'FindChannel 0 1\nGetChannel_Name 0\n' | emp-window
+or stand in a transcript, for 'emp-window check', which starts on a fresh set.)";
+
+/// The arguments' grammar.
+struct Grammar {
+  Grammar(Wishes& wished, const kel::CEmpAppBase& app)
+      : wishes(wished), program("A TV set in software with the " + app.Name() + " plug-in on it", "emp-window") {
+    program.set_version_flag("--version", "emp-window, plug-in " + app.Name() + " " + app.Id() + " " + app.Version());
+    program.require_subcommand(0, 1);
+
+    shell = program.add_subcommand("shell", "talk to the plug-in and the set; the default");
+    exec = program.add_subcommand("exec", "run one plug-in command: exec [--raw] [--] NAME ARGS...");
+    exec->add_flag("--raw", wishes.raw, "print the bare reply");
+    exec->footer(execNotes);
+    exec->allow_extras();  // to say of an unknown option whose it is
+    check = program.add_subcommand("check", "run transcripts on a fresh set in memory and compare");
+    check->add_option("FILE", wishes.check.files, "transcripts")->required();
+    check->add_flag("--update", wishes.check.update, "write what was printed into the transcripts");
+    check->add_option("--junit", wishes.check.junit, "write a JUnit report")->type_name("FILE");
+    import = program.add_subcommand("import", "replace the set's services by those of a channel list");
+    addImportOptions(*import, wishes.list);
+    for (CLI::App* part : {&program, shell, exec, check, import}) addSetOptions(*part);
+  }
+
+  /// Reads the arguments into the wishes.
+  /// @throws CLI::ParseError for what can't be understood, and for `--help` and `--version`.
+  void parse(std::vector<std::string> arguments) {
+    const std::size_t subcommand = behindOptions(arguments, 0);
+    if (subcommand < arguments.size()) wantSubcommand(arguments[subcommand]);
+    if (subcommand < arguments.size() && arguments[subcommand] == "exec") takeCommand(arguments, subcommand + 1);
+    keepEmptyValues(arguments);
+    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
+    program.parse(arguments);
+    for (const CLI::App* parsed : program.get_subcommands()) wantSetOptionsOnce(*parsed);
+    if (exec->parsed()) wantCommand();
+    if (check->parsed() && !wishes.state.empty()) {
+      refuseArguments("check runs in memory, --state has no meaning for it");
+    }
+  }
+
+  Task task() const {
+    return exec->parsed() ? Task::exec : check->parsed() ? Task::check : import->parsed() ? Task::import : Task::shell;
+  }
+
+  Wishes& wishes;
+  CLI::App program;
+  CLI::App* shell = nullptr;
+  CLI::App* exec = nullptr;
+  CLI::App* check = nullptr;
+  CLI::App* import = nullptr;
+
+ private:
+  /// Options that may stand before the subcommand or behind it.
+  void addSetOptions(CLI::App& part) {
+    CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
+    const auto refusalOfState = [](const std::string& value) {
+      return refusalOf([&] { refuseEmpty(value, "a directory"); });
+    };
+    state->check(CLI::Validator(refusalOfState, ""));
+    CLI::Option* log =
+        part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
+    const auto refusalOfLevel = [](const std::string& value) {
+      return refusalOf([&] { text::requireNumber<int>(value, logLevels); });
+    };
+    log->type_name("LEVEL")->check(CLI::Validator(refusalOfLevel, ""));
+    if (&part != check) return;
+    state->group("");  // not in its help
+    log->group("");
+  }
+
+  void wantSetOptionsOnce(const CLI::App& subcommand) const {
+    for (const char* name : {"--state", "--log"}) {
+      if (program.count(name) > 0 && subcommand.count(name) > 0) refuseArguments(std::string(name) + " stands twice");
+    }
+  }
+
+  void wantSubcommand(const std::string& word) const {
+    Lines names;
+    for (const CLI::App* part : {shell, exec, check, import}) names.push_back(part->get_name());
+    if (std::find(names.begin(), names.end(), word) != names.end()) return;
+    std::string meant = "there are shell, exec, check and import";
+    if (const Lines near = nearest(word, names); near.size() == 1) {
+      meant = "did you mean 'emp-window " + near[0] + "'?";
+    } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {
+      meant = "did you mean 'emp-window exec " + command[0] + "'?";
+    }
+    refuseArguments("there is no subcommand '" + word + "'; " + meant);
+  }
+
+  /// Takes the plug-in's command out of the arguments of `exec`, which start there: all from its name on belongs to it,
+  /// whatever it looks like, and so does all behind a `--`.
+  void takeCommand(std::vector<std::string>& arguments, std::size_t from) {
+    const auto end = arguments.begin() + static_cast<std::ptrdiff_t>(behindOptions(arguments, from));
+    wishes.marked = end != arguments.end() && *end == "--";
+    wishes.command.assign(wishes.marked ? std::next(end) : end, arguments.end());
+    arguments.erase(end, arguments.end());
+  }
+
+  void wantCommand() const {
+    const std::vector<std::string> words = exec->remaining();
+    if (!words.empty()) refuseArguments("exec: there is no option " + words.front());
+    if (wishes.command.empty()) refuseArguments("exec: the name of a command is wanted");
+  }
+};
+
+}  // namespace
+
+std::optional<Wishes> readArguments(std::vector<std::string> arguments, const kel::CEmpAppBase& app) {
+  Wishes wishes;
+  Grammar grammar(wishes, app);
+  try {
+    grammar.parse(std::move(arguments));
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) throw std::invalid_argument(error.what());
+    grammar.program.exit(error);  // prints what --help or --version asks for
+    return std::nullopt;
+  }
+  wishes.task = grammar.task();
+  return wishes;
+}
+
+Lines namesOfFormats() {
+  Lines names;
+  for (const import::Format& format : import::formats()) names.emplace_back(format.name);
+  return names;
+}
+
+ImportWishes importWishes(std::vector<std::string> words) {
+  ImportWishes wishes;
+  CLI::App grammar;
+  grammar.set_help_flag();
+  addImportOptions(grammar, wishes);
+  try {
+    keepEmptyValues(words);
+    std::reverse(words.begin(), words.end());  // as the parser wants them
+    grammar.parse(words);
+  } catch (const CLI::ValidationError& error) {
+    throw std::invalid_argument(error.what());
+  } catch (const CLI::ParseError&) {
+    wishes.file.clear();
+  }
+  if (wishes.file.empty()) throw std::invalid_argument("usage: .import FILE [--add] [--format NAME] [--encoding NAME]");
+  return wishes;
 }
 
 }  // namespace virtualtv::shell

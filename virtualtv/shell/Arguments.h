@@ -1,29 +1,46 @@
 #pragma once
 
-#include <stdexcept>
+#include <optional>
 #include <string>
 #include <vector>
 
-/// What the grammars of the program's arguments and of `.import` share.
+#include "channels/ImportList.h"
+#include "kel/CEmpAppBase.h"
+#include "shell/Check.h"
+#include "shell/Lines.h"
+
+// What the program and `.import` are told. The library that reads it is slow to compile, so one source has it.
+
 namespace virtualtv::shell {
 
-/// Writes `--NAME=` with nothing behind it as the two words that it stands for; the parser would take the next word for
-/// the value. Words behind a `--` stay.
-void keepEmptyValues(std::vector<std::string>& arguments);
+/// What `import` and `.import` are told.
+struct ImportWishes {
+  std::string file;
+  ImportOptions options;
+};
 
-/// Runs what throws std::invalid_argument for a value that an option does not take.
-/// @return why it does not, as a validator answers it; empty when it does.
-template <typename Body>
-std::string refusalOf(Body body) {
-  try {
-    body();
-    return {};
-  } catch (const std::invalid_argument& refusal) {
-    return refusal.what();
-  }
-}
+enum class Task { shell, exec, check, import };
 
-/// @throws std::invalid_argument when it is empty. @param wanted  names what is wanted, as in `a directory`.
-void refuseEmpty(const std::string& value, const std::string& wanted);
+/// What the program's arguments say.
+struct Wishes {
+  Task task = Task::shell;
+  std::string state;
+  int logLevel = -1;
+  bool raw = false;
+  std::vector<std::string> command;  ///< of `exec`, with its parameters
+  bool marked = false;               ///< a `--` stands before the command
+  CheckOptions check;
+  ImportWishes list;
+};
+
+/// Reads the program's arguments. @return nothing when they ask for help or the version, which is then printed.
+/// @throws std::invalid_argument for what can't be understood.
+std::optional<Wishes> readArguments(std::vector<std::string> arguments, const kel::CEmpAppBase& app);
+
+/// Reads the words behind `.import`. @throws std::invalid_argument for words that can't be understood.
+ImportWishes importWishes(std::vector<std::string> words);
+
+/// What `--format` takes.
+Lines namesOfFormats();
 
 }  // namespace virtualtv::shell

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
@@ -18,19 +17,15 @@
 #include <utility>
 #include <vector>
 
-#include "catalogue/Catalogue.h"
 #include "framework/Reply.h"
 #include "shell/Arguments.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
-#include "shell/ImportWishes.h"
-#include "shell/Nearest.h"
 #include "shell/Reason.h"
 #include "shell/Session.h"
 #include "shell/Show.h"
 #include "shell/Terminal.h"
 #include "shell/Transcript.h"
-#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {
@@ -38,17 +33,6 @@ namespace virtualtv::shell {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// What the arguments say.
-struct Wishes {
-  std::string state;
-  int logLevel = -1;
-  bool raw = false;
-  std::vector<std::string> command;  ///< of `exec`, with its parameters
-  bool marked = false;               ///< a `--` stands before the command
-  CheckOptions check;
-  ImportWishes list;
-};
 
 void complain(const std::string& what) {
   std::cerr << "emp-window: " << oneLine(what) << "\n";
@@ -210,161 +194,49 @@ ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status(error.empty() ? allWell : failed);
 }
 
-[[noreturn]] void refuseArguments(const std::string& reason) {
-  throw CLI::ValidationError(reason);
-}
-
-/// The first word from there on that is neither an option nor the value of one that a set takes.
-std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t from) {
-  while (from < arguments.size() && arguments[from].starts_with('-') && arguments[from] != "--") {
-    const bool takesValue = arguments[from] == "--state" || arguments[from] == "--log";
-    from += takesValue ? 2U : 1U;
-  }
-  return std::min(from, arguments.size());
-}
-
-constexpr const char* execNotes =
-    R"(NAME and up to four ARGS are the plug-in's, whatever they look like; options stand
-before NAME.
-
-The exit status is 0 when the plug-in accepted the command, whatever it answered,
-1 when it refused it, and 2 when the command could not be run. --raw prints the
-reply's value alone, and of a refusal nothing but an error on standard error.
-
-The set keeps its state from one exec to the next, but an engine lives for one
-command: the channels that it found and the window that it selected are gone
-after it. Several commands on one engine come through a pipe:
-  printf 'FindChannel 0 1\nGetChannel_Name 0\n' | emp-window
-or stand in a transcript, for 'emp-window check', which starts on a fresh set.)";
-
-/// The arguments' grammar.
-struct Grammar {
-  Grammar(Wishes& wished, const kel::CEmpAppBase& app)
-      : wishes(wished), program("A TV set in software with the " + app.Name() + " plug-in on it", "emp-window") {
-    program.set_version_flag("--version", "emp-window, plug-in " + app.Name() + " " + app.Id() + " " + app.Version());
-    program.require_subcommand(0, 1);
-
-    shell = program.add_subcommand("shell", "talk to the plug-in and the set; the default");
-    exec = program.add_subcommand("exec", "run one plug-in command: exec [--raw] [--] NAME ARGS...");
-    exec->add_flag("--raw", wishes.raw, "print the bare reply");
-    exec->footer(execNotes);
-    exec->allow_extras();  // to say of an unknown option whose it is
-    check = program.add_subcommand("check", "run transcripts on a fresh set in memory and compare");
-    check->add_option("FILE", wishes.check.files, "transcripts")->required();
-    check->add_flag("--update", wishes.check.update, "write what was printed into the transcripts");
-    check->add_option("--junit", wishes.check.junit, "write a JUnit report")->type_name("FILE");
-    import = program.add_subcommand("import", "replace the set's services by those of a channel list");
-    addImportOptions(*import, wishes.list);
-    for (CLI::App* part : {&program, shell, exec, check, import}) addSetOptions(*part);
-  }
-
-  /// Reads the arguments into the wishes.
-  /// @throws CLI::ParseError for what can't be understood, and for `--help` and `--version`.
-  void parse(std::vector<std::string> arguments) {
-    const std::size_t subcommand = behindOptions(arguments, 0);
-    if (subcommand < arguments.size()) wantSubcommand(arguments[subcommand]);
-    if (subcommand < arguments.size() && arguments[subcommand] == "exec") takeCommand(arguments, subcommand + 1);
-    keepEmptyValues(arguments);
-    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
-    program.parse(arguments);
-    for (const CLI::App* parsed : program.get_subcommands()) wantSetOptionsOnce(*parsed);
-    if (exec->parsed()) wantCommand();
-    if (check->parsed() && !wishes.state.empty()) {
-      refuseArguments("check runs in memory, --state has no meaning for it");
-    }
-  }
-
-  Wishes& wishes;
-  CLI::App program;
-  CLI::App* shell = nullptr;
-  CLI::App* exec = nullptr;
-  CLI::App* check = nullptr;
-  CLI::App* import = nullptr;
-
- private:
-  /// Options that may stand before the subcommand or behind it.
-  void addSetOptions(CLI::App& part) {
-    CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
-    const auto refusalOfState = [](const std::string& value) {
-      return refusalOf([&] { refuseEmpty(value, "a directory"); });
-    };
-    state->check(CLI::Validator(refusalOfState, ""));
-    CLI::Option* log =
-        part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
-    const auto refusalOfLevel = [](const std::string& value) {
-      return refusalOf([&] { text::requireNumber<int>(value, logLevels); });
-    };
-    log->type_name("LEVEL")->check(CLI::Validator(refusalOfLevel, ""));
-    if (&part != check) return;
-    state->group("");  // not in its help
-    log->group("");
-  }
-
-  void wantSetOptionsOnce(const CLI::App& subcommand) const {
-    for (const char* name : {"--state", "--log"}) {
-      if (program.count(name) > 0 && subcommand.count(name) > 0) refuseArguments(std::string(name) + " stands twice");
-    }
-  }
-
-  void wantSubcommand(const std::string& word) const {
-    Lines names;
-    for (const CLI::App* part : {shell, exec, check, import}) names.push_back(part->get_name());
-    if (std::find(names.begin(), names.end(), word) != names.end()) return;
-    std::string meant = "there are shell, exec, check and import";
-    if (const Lines near = nearest(word, names); near.size() == 1) {
-      meant = "did you mean 'emp-window " + near[0] + "'?";
-    } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {
-      meant = "did you mean 'emp-window exec " + command[0] + "'?";
-    }
-    refuseArguments("there is no subcommand '" + word + "'; " + meant);
-  }
-
-  /// Takes the plug-in's command out of the arguments of `exec`, which start there: all from its name on belongs to it,
-  /// whatever it looks like, and so does all behind a `--`.
-  void takeCommand(std::vector<std::string>& arguments, std::size_t from) {
-    const auto end = arguments.begin() + static_cast<std::ptrdiff_t>(behindOptions(arguments, from));
-    wishes.marked = end != arguments.end() && *end == "--";
-    wishes.command.assign(wishes.marked ? std::next(end) : end, arguments.end());
-    arguments.erase(end, arguments.end());
-  }
-
-  void wantCommand() const {
-    const std::vector<std::string> words = exec->remaining();
-    if (!words.empty()) refuseArguments("exec: there is no option " + words.front());
-    if (wishes.command.empty()) refuseArguments("exec: the name of a command is wanted");
-  }
-};
-
 /// What the wishes come to, for messages.
-std::string doing(const Grammar& grammar, const Wishes& wishes) {
-  if (grammar.exec->parsed()) return "run " + wishes.command.front();
-  if (grammar.check->parsed()) return "check";
-  if (grammar.import->parsed()) return "import " + wishes.list.file;
+std::string doing(const Wishes& wishes) {
+  switch (wishes.task) {
+    case Task::exec:
+      return "run " + wishes.command.front();
+    case Task::check:
+      return "check";
+    case Task::import:
+      return "import " + wishes.list.file;
+    case Task::shell:
+      break;
+  }
   return "run the shell";
 }
 
-ExitStatus runWishes(kel::CEmpAppBase& app, const Grammar& grammar, const Wishes& wishes) {
-  if (grammar.exec->parsed()) return runExec(app, wishes);
-  if (grammar.check->parsed()) return runCheck(app, wishes);
-  if (grammar.import->parsed()) return runImport(app, wishes);
+ExitStatus runWishes(kel::CEmpAppBase& app, const Wishes& wishes) {
+  switch (wishes.task) {
+    case Task::exec:
+      return runExec(app, wishes);
+    case Task::check:
+      return runCheck(app, wishes);
+    case Task::import:
+      return runImport(app, wishes);
+    case Task::shell:
+      break;
+  }
   return runShell(app, wishes);
 }
 
 ExitStatus run(int argc, char** argv, kel::CEmpAppBase& app) {
   openStandardStreams();
-  Wishes wishes;
-  Grammar grammar(wishes, app);
+  std::optional<Wishes> wishes;
   try {
-    grammar.parse(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return static_cast<ExitStatus>(grammar.program.exit(error));  // --help, --version
+    wishes = readArguments(std::vector<std::string>(argv + std::min(argc, 1), argv + argc), app);
+  } catch (const std::invalid_argument& error) {
     complain(std::string(error.what()) + " ('emp-window --help' says more)");
     return unusable;
   }
+  if (!wishes) return allWell;
   try {
-    return runWishes(app, grammar, wishes);
+    return runWishes(app, *wishes);
   } catch (...) {
-    complain(reasonOf(std::current_exception(), doing(grammar, wishes)));
+    complain(reasonOf(std::current_exception(), doing(*wishes)));
     return unusable;
   }
 }

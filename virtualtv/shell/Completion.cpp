@@ -8,9 +8,9 @@
 #include "catalogue/Catalogue.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
+#include "shell/Arguments.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
-#include "shell/ImportWishes.h"
 #include "shell/Session.h"
 
 namespace virtualtv::shell {

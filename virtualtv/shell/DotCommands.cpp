@@ -9,9 +9,9 @@
 
 #include "set/Knobs.h"
 #include "set/SnapshotJson.h"
+#include "shell/Arguments.h"
 #include "shell/Files.h"
 #include "shell/Help.h"
-#include "shell/ImportWishes.h"
 #include "shell/ServiceTable.h"
 #include "shell/Session.h"
 #include "shell/Show.h"
