@@ -124,7 +124,9 @@ std::string numbersTakenBy(int fieldId) {
 std::string takenBy(int fieldId) {
   constexpr const char* text = "a text between double quotes";
   if (!takesNumber(fieldId)) return text;
-  return numbersTakenBy(fieldId) + (takesText(fieldId) ? std::string(" or ") + text : "");
+  std::string wanted = numbersTakenBy(fieldId);
+  if (takesText(fieldId)) wanted.append(" or ").append(text);
+  return wanted;
 }
 
 std::uint64_t fieldNumber(int fieldId, std::string_view written) {
