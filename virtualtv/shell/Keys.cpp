@@ -40,6 +40,7 @@ sigset_t only(int signal) {
 }  // namespace
 
 Keys::Keys(EditLine* editor) : editor_(editor) {
+  ::tcgetattr(STDIN_FILENO, &before_);
   ::sigemptyset(&tended_);
   for (const int signal : signals) ::sigaddset(&tended_, signal);
   signals_ = ::signalfd(-1, &tended_, SFD_CLOEXEC | SFD_NONBLOCK);
@@ -102,8 +103,8 @@ void Keys::tendTo(int signal) {
       el_resize(editor_);
       break;
     case SIGCONT:
-      setTerminal(false);  // whoever stopped the program may have left the terminal as it likes it
-      setTerminal(true);
+      restoreTerminal();  // whoever stopped the program may have left the terminal as it likes it
+      prepareTerminal();
       el_set(editor_, EL_REFRESH);
       break;
     default:
@@ -114,17 +115,24 @@ void Keys::tendTo(int signal) {
 /// Lets a signal do what it does. Comes back when it was one to stop, once the program is resumed, or at once where
 /// nobody could resume it: then the system does not stop it.
 void Keys::yieldTo(int signal) {
-  setTerminal(false);
+  restoreTerminal();
   const sigset_t one = only(signal);
   ::raise(signal);
   ::sigprocmask(SIG_UNBLOCK, &one, nullptr);
   ::sigprocmask(SIG_BLOCK, &one, nullptr);
-  setTerminal(true);
+  prepareTerminal();
 }
 
-/// Gives the terminal the settings for reading keys, or those that it had before.
-void Keys::setTerminal(bool forKeys) {
-  el_set(editor_, EL_PREP_TERM, forKeys ? 1 : 0);
+/// Gives the terminal the settings for reading keys.
+void Keys::prepareTerminal() {
+  el_set(editor_, EL_PREP_TERM, 1);
+}
+
+/// Gives the terminal the settings that it had before. Those that the editor has while a line is run are not the same:
+/// no key interrupts.
+void Keys::restoreTerminal() {
+  el_set(editor_, EL_PREP_TERM, 0);
+  ::tcsetattr(STDIN_FILENO, TCSADRAIN, &before_);
 }
 
 std::string Keys::textOf(std::wstring_view keys) {

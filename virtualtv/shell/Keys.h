@@ -1,6 +1,7 @@
 #pragma once
 
 #include <histedit.h>
+#include <termios.h>
 
 #include <csignal>
 #include <string>
@@ -45,9 +46,11 @@ class Keys {
   void waitForInput();
   void tendTo(int signal);
   void yieldTo(int signal);
-  void setTerminal(bool forKeys);
+  void prepareTerminal();
+  void restoreTerminal();
 
   EditLine* editor_;
+  termios before_{};  ///< the terminal's settings when this was made
   sigset_t tended_{};
   int signals_ = -1;   ///< the descriptor that they are read from
   std::string bytes_;  ///< that are not a whole character yet

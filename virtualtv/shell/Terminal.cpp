@@ -137,7 +137,12 @@ class Editor {
   /// The key then is one like others, while a line is typed and while one is run, and interrupts nothing. It leaves
   /// nothing on the terminal that a transcript could not have.
   void clearLinesWithControlC() {
-    for (const char* mode : {"-d", "-x"}) el_set(editor_.get(), EL_SETTY, mode, "intr=", nullptr);
+    for (const char* mode : {"-d", "-x"}) {
+      // The first takes the key away now. The second has the editor do without it whenever it reads the terminal's
+      // settings anew, as it does when the program is resumed.
+      el_set(editor_.get(), EL_SETTY, mode, "intr=", nullptr);
+      el_set(editor_.get(), EL_SETTY, mode, "-intr", nullptr);
+    }
     el_set(editor_.get(), EL_BIND, "^C", "ed-start-over", nullptr);
     el_set(editor_.get(), EL_BIND, "-a", "^C", "ed-start-over", nullptr);
   }

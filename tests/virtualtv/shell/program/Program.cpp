@@ -176,9 +176,18 @@ void OnTerminal::settle() const {
 }
 
 bool OnTerminal::echoes() const {
+  return (settings().c_lflag & ECHO) != 0;
+}
+
+bool OnTerminal::interrupts() const {
+  const termios now = settings();
+  return (now.c_lflag & ISIG) != 0 && now.c_cc[VINTR] == '\x03';
+}
+
+termios OnTerminal::settings() const {
   termios settings{};
   EXPECT_EQ(::tcgetattr(terminal_, &settings), 0);
-  return (settings.c_lflag & ECHO) != 0;
+  return settings;
 }
 
 int OnTerminal::wait() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <termios.h>
 
 #include <filesystem>
 #include <string>
@@ -68,10 +69,14 @@ class OnTerminal {
   void settle() const;
   /// True when the terminal itself shows what is typed, as it does unless a program reads keys.
   bool echoes() const;
+  /// True when Ctrl-C interrupts what runs, as it does unless a program has it do something else.
+  bool interrupts() const;
   /// Waits for the end of the program. @return its exit status, -1 when a signal ended it.
   int wait();
 
  private:
+  termios settings() const;
+
   int terminal_ = -1;
   int process_ = -1;
   std::string unread_;

@@ -188,14 +188,43 @@ TEST_F(TerminalTest, ControlZSuspendsItWhereAShellCanResumeItAndTheLineIsShownAg
   EXPECT_EQ(terminal.wait(), 0);
 }
 
+TEST_F(TerminalTest, ControlCStillClearsTheLineOnceAnInteractiveShellHasResumedIt) {
+  OnTerminal terminal({"HISTFILE=", "PS1=shell> ", "bash", "--norc", "-i"}, 200, "/usr/bin/env");
+  terminal.readUntil("shell> ");
+  terminal.type("'" EMP_WINDOW "' --state '" + state().string() + "'\n");
+  terminal.readUntil("ends\r\n> ");
+  for (int times = 0; times < 2; ++times) {
+    terminal.type("\x1a");
+    terminal.readUntil("shell> ");
+    terminal.type("fg\n");
+    terminal.readUntil("\n> ");
+    terminal.type(".nosuch");
+    terminal.readUntil(".nosuch");
+    terminal.type("\x03GetSource 2\n");
+    ASSERT_TRUE(terminal.readUntil("int 0\r\n> ").ends_with("int 0\r\n> "));
+  }
+}
+
+TEST_F(TerminalTest, GivesTheKeyThatInterruptsBackWhileItIsSuspended) {
+  const std::string shell = "set -m; \"$0\" --state \"$1\"; echo suspended; read";
+  OnTerminal terminal({"-c", shell, EMP_WINDOW, state().string()}, 200, "/bin/bash");
+  terminal.readUntil("> ");
+  EXPECT_FALSE(terminal.interrupts());
+  terminal.type("\x1a");
+  terminal.readUntil("suspended\r\n");
+  EXPECT_TRUE(terminal.interrupts());
+}
+
 TEST_F(TerminalTest, ASignalThatEndsItLeavesTheTerminalAsItWas) {
   for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT}) {
     OnTerminal terminal(arguments());
     terminal.readUntil("> ");
     EXPECT_FALSE(terminal.echoes());
+    EXPECT_FALSE(terminal.interrupts());
     terminal.send(signal);
     EXPECT_EQ(terminal.wait(), -1);
     EXPECT_TRUE(terminal.echoes()) << signal;
+    EXPECT_TRUE(terminal.interrupts()) << signal;
   }
 }
 
