@@ -103,6 +103,10 @@ std::string getKnob(Tv& tv, const std::string& name) {
   return withKnob(name, [&](const Knob& knob, const Parts& parts) { return knob.get(tv, parts); });
 }
 
+bool canBeSet(const std::string& name) {
+  return withKnob(name, [](const Knob& knob, const Parts&) { return knob.set != nullptr; });
+}
+
 void setKnob(Tv& tv, const std::string& name, const std::string& value) {
   withKnob(name, [&](const Knob& knob, const Parts& parts) {
     if (knob.set == nullptr) refuse("'" + name + "' can only be read");

@@ -44,10 +44,12 @@ Lines serviceWords(Tv& tv, const std::string& typed) {
   return names;
 }
 
-Lines knobWords(Session& session, const std::string& typed) {
+/// @param forSet  only those that can be set.
+Lines knobWords(Session& session, const std::string& typed, bool forSet) {
   Tv& tv = session.device().tv();
   if (typed.starts_with("service.")) return serviceWords(tv, typed);
   Lines names = knobNames(tv);
+  if (forSet) std::erase_if(names, [](const std::string& name) { return !canBeSet(name); });
   for (std::string& name : operationNames("latency.")) names.push_back(std::move(name));
   names.emplace_back("service.#");
   return names;
@@ -59,14 +61,76 @@ Lines settingKeys(Session& session) {
   return keys;
 }
 
-/// The outputs of an operation and the other words of a fault.
-Lines faultWords(const std::string& name) {
-  Lines words{"nth=", "times=", "always", "result=null", "result=unwritten", "result=throw", "result=", "engine="};
-  if (const seam::Operation* operation = seam::findOperation(name)) {
-    if (operation->isOfWindow()) words.insert(words.end(), {"window=main", "window=pip"});
-    for (const seam::Output& output : operation->written()) words.push_back("out." + std::string(output.name) + "=");
+/// What stands in front of the equals sign of a fault's word; of each word that may stand once.
+std::string optionOf(const std::string& word) {
+  return word == "always" ? "times" : word.substr(0, word.find('='));
+}
+
+/// The results that an operation can be given by a word. Numbers and texts are left to whoever types.
+Lines resultWords(const seam::Operation& operation) {
+  Lines words;
+  for (const char* word : {"result=null", "result=unwritten", "result=throw"}) {
+    try {
+      seam::parseFault({std::string(operation.name), word});
+      words.emplace_back(word);
+    } catch (const std::invalid_argument&) {
+      continue;  // it has no such result
+    }
   }
+  if (operation.answersNumber() || operation.answer == seam::Answer::text) words.emplace_back("result=");
   return words;
+}
+
+/// The open engines once their names are wanted, before that the word that they stand behind.
+Lines engineWords(Session& session, const std::string& typed) {
+  constexpr std::string_view start = "engine=";
+  if (!typed.starts_with(start)) return {std::string(start)};
+  Lines words;
+  for (const std::string& name : session.client().openEngines()) words.push_back(std::string(start) + name);
+  return words;
+}
+
+/// The outputs of an operation and the other words of a fault that do not stand there yet.
+Lines faultWords(Session& session, const Lines& before, const std::string& typed) {
+  const seam::Operation* operation = seam::findOperation(before[1]);
+  if (operation == nullptr) return {};
+  Lines words{"nth=", "times=", "always"};
+  if (operation->isOfWindow()) words.insert(words.end(), {"window=main", "window=pip"});
+  for (const seam::Output& output : operation->written()) {
+    if (!takenBy(output).empty()) words.push_back("out." + std::string(output.name) + "=");
+  }
+  for (const Lines& more : {resultWords(*operation), engineWords(session, typed)}) {
+    words.insert(words.end(), more.begin(), more.end());
+  }
+  std::erase_if(words, [&](const std::string& word) {
+    return std::any_of(before.begin() + 2, before.end(),
+                       [&](const std::string& other) { return optionOf(other) == optionOf(word); });
+  });
+  return words;
+}
+
+Lines numbersOfFaults(Session& session) {
+  Lines numbers;
+  for (const seam::Fault& fault : session.device().faults()) numbers.push_back(std::to_string(fault.id));
+  return numbers;
+}
+
+Lines faultArguments(Session& session, const Lines& before, const std::string& typed) {
+  if (before.size() == 1) {
+    Lines names = operationNames("");
+    names.emplace_back("clear");
+    return names;
+  }
+  if (before[1] != "clear") return faultWords(session, before, typed);
+  return before.size() == 2 ? numbersOfFaults(session) : Lines();
+}
+
+/// Commands that may stand behind a `+`: those that take a parameter list. The others do not, so that they are told
+/// only where none of these is meant.
+Lines wordsBehindPlus(const std::string& typed) {
+  Lines names = listCommandNames();
+  const bool fits = std::any_of(names.begin(), names.end(), [&](const auto& name) { return name.starts_with(typed); });
+  return fits ? names : commandNames();
 }
 
 Lines files(Session& session, const std::string& typed) {
@@ -93,14 +157,9 @@ Lines importWords(Session& session, const std::string& before, const std::string
 Lines argumentsOf(Session& session, const Lines& words, const std::string& typed) {
   const std::string& command = words.front();
   const bool second = words.size() == 1;
-  if (command == "+" && second) return listCommandNames();
-  if ((command == ".set" || command == ".get") && second) return knobWords(session, typed);
-  if (command == ".fault") {
-    if (!second) return faultWords(words[1]);
-    Lines names = operationNames("");
-    names.emplace_back("clear");
-    return names;
-  }
+  if (command == "+" && second) return wordsBehindPlus(typed);
+  if ((command == ".set" || command == ".get") && second) return knobWords(session, typed, command == ".set");
+  if (command == ".fault") return faultArguments(session, words, typed);
   if (command == ".vconf" && second) return {"get", "set", "unset"};
   if (command == ".vconf" && words.size() == 2) return settingKeys(session);
   if (command == ".vconf" && words.size() == 3 && words[1] == "set") return {"int", "str"};
@@ -113,39 +172,48 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   return {};
 }
 
-/// Commands, or behind a `+` those that take a parameter list.
+/// Commands, behind a `+` without a blank as well.
 Lines firstWordsFor(const std::string& typed) {
   if (!typed.starts_with('+')) return firstWords();
-  Lines names = listCommandNames();
+  Lines names = wordsBehindPlus(typed.substr(1));
   for (std::string& name : names) name.insert(0, "+");
   return names;
 }
 
-/// The words of a line, without the mark of an input in front.
-Lines wordsBefore(std::string_view line) {
-  Lines words;
-  std::size_t at = std::min(line.find_first_not_of("> "), line.size());
-  while ((at = line.find_first_not_of(' ', at)) != std::string_view::npos) {
-    const std::size_t end = line.find(' ', at);
-    words.emplace_back(line.substr(at, end - at));
-    at = end == std::string_view::npos ? line.size() : end;
-  }
-  return words;
+HalfTyped readTyped(std::string_view line) {
+  line.remove_prefix(std::min(line.find_first_not_of("> \t"), line.size()));  // the mark of an input
+  return splitHalfTyped(line);
+}
+
+/// True for a word that goes on: a folder, what wants a value, or a service's number.
+bool isOpen(const std::string& word) {
+  return word.ends_with('/') || word.ends_with('=') || word.ends_with('#');
 }
 
 }  // namespace
 
+Lines wordsBehind(Session& session, const Lines& before, const std::string& typed) {
+  return before.empty() ? firstWordsFor(typed) : argumentsOf(session, before, typed);
+}
+
 Lines completions(Session& session, std::string_view line) {
-  const std::size_t blank = line.rfind(' ');
-  const std::size_t start = blank == std::string_view::npos ? 0 : blank + 1;
-  const std::string typed(line.substr(start));
-  const Lines before = wordsBefore(line.substr(0, start));
-  Lines words = before.empty() ? firstWordsFor(typed) : argumentsOf(session, before, typed);
-  words.erase(
-      std::remove_if(words.begin(), words.end(), [&](const std::string& word) { return !word.starts_with(typed); }),
-      words.end());
+  const HalfTyped typed = readTyped(line);
+  if (typed.escape) return {};  // the next character is anyone's guess
+  Lines words = wordsBehind(session, typed.words, typed.last);
+  std::erase_if(words, [&](const std::string& word) {
+    return !word.starts_with(typed.last) || (word == typed.last && word.ends_with('='));
+  });
   std::sort(words.begin(), words.end());
   return words;
+}
+
+std::string restOf(std::string_view line, const Lines& words) {
+  const HalfTyped typed = readTyped(line);
+  const std::string start = commonStart(words);
+  std::string rest = asTyped(start.substr(std::min(typed.last.size(), start.size())), typed.quote);
+  if (words.size() != 1 || isOpen(words[0])) return rest;
+  if (typed.quote != '\0') rest += typed.quote;
+  return rest + ' ';
 }
 
 std::string commonStart(const Lines& words) {
@@ -154,6 +222,10 @@ std::string commonStart(const Lines& words) {
   for (const std::string& word : words) {
     const auto [end, other] = std::mismatch(start.begin(), start.end(), word.begin(), word.end());
     start.erase(end, start.end());
+  }
+  const auto isInside = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+  while (!start.empty() && start.size() < words.front().size() && isInside(words.front()[start.size()])) {
+    start.pop_back();
   }
   return start;
 }

@@ -1,6 +1,7 @@
 #include "shell/Lines.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "text/Units.h"
 
@@ -15,29 +16,49 @@ constexpr std::string_view escapedInDouble = "\"\\$`";
   throw std::invalid_argument(what + " at column " + std::to_string(at + 1));
 }
 
+/// A word of a line, and what is open where the line ends in it.
+struct Word {
+  std::string text;
+  char quote = '\0';     ///< a quote that is not closed
+  bool escape = false;   ///< a backslash that nothing follows
+  std::size_t open = 0;  ///< where that quote or else that backslash stands
+};
+
+bool isEscapedInDouble(char letter) {
+  return escapedInDouble.find(letter) != std::string_view::npos;
+}
+
 /// Appends what stands between the quote at `at` and the one that closes it; `at` moves on behind that.
-void takeQuoted(std::string_view line, std::size_t& at, std::string& word) {
+void takeQuoted(std::string_view line, std::size_t& at, Word& word) {
   const std::size_t start = at;
   const char quote = line[at++];
   while (at < line.size() && line[at] != quote) {
-    const bool escape = quote == '"' && line[at] == '\\' && at + 1 < line.size() &&
-                        escapedInDouble.find(line[at + 1]) != std::string_view::npos;
-    if (escape) ++at;
-    word += line[at++];
+    const bool backslash = quote == '"' && line[at] == '\\';
+    word.escape = backslash && at + 1 == line.size();
+    if (backslash && !word.escape && isEscapedInDouble(line[at + 1])) ++at;
+    word.text += line[at++];
   }
-  if (at == line.size()) unclosed("no closing " + std::string(1, quote) + " for the one", start);
-  ++at;
+  if (at < line.size()) {
+    ++at;
+  } else {
+    word.quote = quote;
+    word.open = start;
+  }
 }
 
-std::string takeWord(std::string_view line, std::size_t& at) {
-  std::string word;
+Word takeWord(std::string_view line, std::size_t& at) {
+  Word word;
   while (at < line.size() && blanks.find(line[at]) == std::string_view::npos) {
     if (line[at] == '\'' || line[at] == '"') {
       takeQuoted(line, at, word);
       continue;
     }
-    if (line[at] == '\\' && ++at == line.size()) unclosed("nothing behind the \\", at - 1);
-    word += line[at++];
+    if (line[at] == '\\' && ++at == line.size()) {
+      word.escape = true;
+      word.open = at - 1;
+      break;
+    }
+    word.text += line[at++];
   }
   return word;
 }
@@ -60,8 +81,44 @@ Lines splitLines(std::string_view text) {
 std::vector<std::string> splitWords(std::string_view line) {
   std::vector<std::string> words;
   std::size_t at = 0;
-  while ((at = line.find_first_not_of(blanks, at)) != std::string_view::npos) words.push_back(takeWord(line, at));
+  while ((at = line.find_first_not_of(blanks, at)) != std::string_view::npos) {
+    Word word = takeWord(line, at);
+    if (word.quote != '\0') unclosed("no closing " + std::string(1, word.quote) + " for the one", word.open);
+    if (word.escape) unclosed("nothing behind the \\", word.open);
+    words.push_back(std::move(word.text));
+  }
   return words;
+}
+
+HalfTyped splitHalfTyped(std::string_view line) {
+  HalfTyped typed;
+  std::size_t at = 0;
+  while ((at = line.find_first_not_of(blanks, at)) != std::string_view::npos) {
+    Word word = takeWord(line, at);
+    if (at < line.size()) {
+      typed.words.push_back(std::move(word.text));
+    } else {
+      typed.last = std::move(word.text);
+      typed.quote = word.quote;
+      typed.escape = word.escape;
+    }
+  }
+  return typed;
+}
+
+std::string asTyped(std::string_view text, char quote) {
+  constexpr std::string_view escapedInNone = " \t\\'\"";
+  const std::string_view escaped = quote == '"' ? escapedInDouble : quote == '\0' ? escapedInNone : std::string_view();
+  std::string typed;
+  for (const char letter : text) {
+    if (quote == '\'' && letter == quote) {
+      typed += "'\\''";
+      continue;
+    }
+    if (escaped.find(letter) != std::string_view::npos) typed += '\\';
+    typed += letter;
+  }
+  return typed;
 }
 
 std::string oneLine(std::string_view text) {

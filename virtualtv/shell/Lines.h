@@ -19,6 +19,21 @@ Lines splitLines(std::string_view text);
 /// @throws std::invalid_argument with a line for a person when a quote is not closed or a backslash ends the line.
 std::vector<std::string> splitWords(std::string_view line);
 
+/// A line of words that is still being typed.
+struct HalfTyped {
+  Lines words;          ///< those in front of the last one
+  std::string last;     ///< as much of the last one as there is, as `splitWords` reads it; empty behind a blank
+  char quote = '\0';    ///< the quote in it that is not closed
+  bool escape = false;  ///< a backslash at its end keeps the next character
+};
+
+/// Splits such a line as `splitWords` does, but takes an open quote or a backslash at the end as they come.
+HalfTyped splitHalfTyped(std::string_view line);
+
+/// A text as it is typed so that `splitWords` reads it as part of a word.
+/// @param quote  the quote that is open where it is typed, and stays open; 0 for none.
+std::string asTyped(std::string_view text, char quote = '\0');
+
 /// A text as one line that a terminal shows as it is, with escapes as `text::printable` writes them. Not for text that
 /// has been escaped already.
 std::string oneLine(std::string_view text);

@@ -113,12 +113,10 @@ class Editor {
       return CC_ERROR;  // the set can't be read; the next command says so
     }
     if (words.empty()) return CC_ERROR;
-    const std::size_t known = typed.size() - (typed.rfind(' ') + 1);
-    std::string rest = commonStart(words).substr(known);
-    if (words.size() == 1 && !words[0].ends_with('/') && !words[0].ends_with('=')) rest += ' ';
+    const std::string rest = restOf(typed, words);
     if (!rest.empty()) return el_insertstr(editor, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
     std::string list;
-    for (const std::string& word : words) list += (list.empty() ? "" : " ") + oneLine(word);
+    for (const std::string& word : words) list += (list.empty() ? "" : " ") + oneLine(asTyped(word));
     std::printf("\n");
     print(remark(list, columns()));
     return CC_REDISPLAY;

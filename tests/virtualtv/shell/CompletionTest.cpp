@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "seam/Operations.h"
+#include "set/Knobs.h"
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {
@@ -11,6 +12,8 @@ namespace {
 class CompletionTest : public SessionTest {
  protected:
   Lines complete(std::string_view line) { return completions(*session, line); }
+  /// The line as it stands once Tab was typed behind it.
+  std::string completed(const std::string& line) { return line + restOf(line, complete(line)); }
 };
 
 bool contains(const Lines& lines, const std::string& wanted) {
@@ -25,9 +28,12 @@ TEST_F(CompletionTest, TheFirstWordIsACommand) {
   EXPECT_EQ(complete("NoSuch"), Lines{});
 }
 
-TEST_F(CompletionTest, BehindAPlusStandsACommandThatTakesAList) {
+TEST_F(CompletionTest, BehindAPlusStandsACommandThatTakesAListOrElseAnyOther) {
   EXPECT_EQ(complete("+ "), Lines{"SetScreenCropRect"});
-  EXPECT_EQ(complete("+ GetFullCh"), Lines{});
+  EXPECT_EQ(complete("+ Set"), Lines{"SetScreenCropRect"});
+  EXPECT_EQ(complete("+ GetTVM"), Lines{"GetTVMode"});
+  EXPECT_EQ(complete("+GetTVM"), Lines{"+GetTVMode"});
+  EXPECT_EQ(complete("+ NoSuch"), Lines{});
 }
 
 TEST_F(CompletionTest, AMarkOfAnInputMayStandInFront) {
@@ -44,6 +50,51 @@ TEST_F(CompletionTest, FaultsTakeOperationsAndTheirOutputs) {
   EXPECT_EQ(complete(".fault vconf_get_i"), Lines{"vconf_get_int"});
   EXPECT_EQ(complete(".fault vconf_get_int out"), Lines{"out.value="});
   EXPECT_TRUE(contains(complete(".fault vconf_get_int result=0 "), "always"));
+}
+
+TEST_F(CompletionTest, FaultsAreClearedByTheNumbersOfThoseThatAreSet) {
+  EXPECT_EQ(complete(".fault clear "), Lines{});
+  run(".fault vconf_get_int result=-1");
+  run(".fault vconf_set_int result=-1");
+  run(".fault clear 1");
+  run(".fault vconf_set_int result=throw");
+  EXPECT_EQ(complete(".fault clear "), (Lines{"2", "3"}));
+  EXPECT_EQ(completed(".fault clear 3"), ".fault clear 3 ");
+  EXPECT_EQ(complete(".fault clear 2 "), Lines{});
+}
+
+TEST_F(CompletionTest, TheEngineOfAFaultIsOneThatIsOpen) {
+  EXPECT_EQ(complete(".fault vconf_get_int eng"), Lines{"engine="});
+  EXPECT_EQ(complete(".fault vconf_get_int engine="), Lines{});
+  run(".engine second");
+  run(".engine 'the third'");
+  EXPECT_EQ(complete(".fault vconf_get_int engine="), (Lines{"engine=second", "engine=the third"}));
+  EXPECT_EQ(completed(".fault vconf_get_int engine=t"), ".fault vconf_get_int engine=the\\ third ");
+}
+
+TEST_F(CompletionTest, AFaultIsOfferedTheResultsThatItsOperationHas) {
+  EXPECT_EQ(complete(".fault vconf_get_int result="), (Lines{"result=throw", "result=unwritten"}));
+  EXPECT_EQ(complete(".fault vconf_set_int res"), (Lines{"result=", "result=throw"}));
+  EXPECT_EQ(complete(".fault vconf_get_str res"), (Lines{"result=", "result=null", "result=throw"}));
+  EXPECT_EQ(complete(".fault TVServiceAPI::CreateService out"), Lines{});
+  EXPECT_EQ(complete(".fault NoSuch "), Lines{});
+}
+
+TEST_F(CompletionTest, EachWordOfAFaultIsOfferedOnce) {
+  const Lines words = complete(".fault vconf_get_int always result= ");
+  EXPECT_EQ(words, (Lines{"engine=", "nth=", "out.value="}));
+  EXPECT_EQ(complete(".fault vconf_get_int times=2 al"), Lines{});
+}
+
+TEST_F(CompletionTest, KnobsThatCanOnlyBeReadAreNotOfferedToBeSet) {
+  EXPECT_EQ(complete(".set clo"), Lines{});
+  EXPECT_EQ(complete(".get clo"), Lines{"clock"});
+  EXPECT_EQ(complete(".set main.pi"), Lines{});
+  EXPECT_EQ(complete(".get main.pi"), Lines{"main.picture"});
+  EXPECT_EQ(completed(".set serv"), ".set service.#");
+  const Lines offered = complete(".set ");
+  EXPECT_TRUE(contains(offered, "main.source"));
+  for (const std::string& name : knobNames(tv())) EXPECT_EQ(contains(offered, name), canBeSet(name)) << name;
 }
 
 TEST_F(CompletionTest, KnobsAndLatenciesForSetAndGet) {
@@ -93,6 +144,32 @@ TEST_F(CompletionTest, FilesWhereFilesAreWanted) {
   EXPECT_EQ(complete(".restore al"), Lines{"alpha.txt"});
 }
 
+TEST_F(CompletionTest, PathsAreTypedSoThatTheyAreReadAsTheyAre) {
+  std::filesystem::create_directory(folder / "sp ace");
+  test::write(folder / "sp ace/it's", "");
+  EXPECT_EQ(completed(".import sp"), ".import sp\\ ace/");
+  EXPECT_EQ(completed(".import sp\\ a"), ".import sp\\ ace/");
+  EXPECT_EQ(completed(".import sp\\ ace/"), ".import sp\\ ace/it\\'s ");
+  EXPECT_EQ(completed(".import \"sp a"), ".import \"sp ace/");
+  EXPECT_EQ(completed(".import \"sp ace/"), ".import \"sp ace/it's\" ");
+  EXPECT_EQ(completed(".import 'sp a"), ".import 'sp ace/");
+  EXPECT_EQ(completed(".import 'sp ace/"), ".import 'sp ace/it'\\''s' ");
+  EXPECT_EQ(completed(".import 'sp 'a"), ".import 'sp 'ace/");
+  EXPECT_EQ(completed(".import --add '" + (folder / "sp").string()), ".import --add '" + (folder / "sp ace/").string());
+}
+
+TEST_F(CompletionTest, AWordBehindAQuotedOneIsAWordOfItsOwn) {
+  test::write(folder / "dump", "");
+  EXPECT_EQ(completed(".import 'a b' --f"), ".import 'a b' --format ");
+  EXPECT_EQ(completed(".import a\\ b d"), ".import a\\ b dump ");
+}
+
+TEST_F(CompletionTest, NothingIsOfferedBehindABackslashThatWaitsForACharacter) {
+  test::write(folder / "dump", "");
+  EXPECT_EQ(complete(".import d\\"), Lines{});
+  EXPECT_EQ(complete(".import \"d\\"), Lines{});
+}
+
 TEST_F(CompletionTest, OptionsOfAnImportAndWhatTheyTake) {
   test::write(folder / "dump", "");
   EXPECT_EQ(complete(".import --"), (Lines{"--add", "--encoding", "--format"}));
@@ -108,6 +185,8 @@ TEST(CommonStart, IsWhatAllWordsStartWith) {
   EXPECT_EQ(commonStart({".reopen", ".reset", ".restart"}), ".re");
   EXPECT_EQ(commonStart({"a", "b"}), "");
   EXPECT_EQ(commonStart({"ab", "abc"}), "ab");
+  EXPECT_EQ(commonStart({"caf\xC3\xA9", "caf\xC3\xA8"}), "caf");
+  EXPECT_EQ(commonStart({"caf\xC3\xA9", "caf\xC3\xA9s"}), "caf\xC3\xA9");
 }
 
 }  // namespace

@@ -87,5 +87,35 @@ TEST(OneLine, ShowsABackslashThatWouldReadAsAnEscapeAsOne) {
   EXPECT_EQ(oneLine("a\\x0A\n"), "a\\x5Cx0A\\x0A");
 }
 
+TEST(SplitHalfTyped, TellsTheWordsInFrontAndTheOneThatIsTyped) {
+  const HalfTyped typed = splitHalfTyped("a 'b c' d\\ e");
+  EXPECT_EQ(typed.words, (Lines{"a", "b c"}));
+  EXPECT_EQ(typed.last, "d e");
+  EXPECT_EQ(typed.quote, '\0');
+  EXPECT_FALSE(typed.escape);
+  EXPECT_EQ(splitHalfTyped("a b ").words, (Lines{"a", "b"}));
+  EXPECT_EQ(splitHalfTyped("a b ").last, "");
+  EXPECT_EQ(splitHalfTyped("").words, Lines{});
+}
+
+TEST(SplitHalfTyped, TellsWhatIsOpen) {
+  EXPECT_EQ(splitHalfTyped("a 'b c").last, "b c");
+  EXPECT_EQ(splitHalfTyped("a 'b c").quote, '\'');
+  EXPECT_EQ(splitHalfTyped("a \"b \\\"c").last, "b \"c");
+  EXPECT_EQ(splitHalfTyped("a \"b \\\"c").quote, '"');
+  for (const char* line : {"a\\", "\"a\\"}) EXPECT_TRUE(splitHalfTyped(line).escape) << line;
+  for (const char* line : {"a\\\\", "\"a\\\\", "\"a\\b", "'a\\"}) EXPECT_FALSE(splitHalfTyped(line).escape) << line;
+}
+
+TEST(AsTyped, IsReadAsTheTextItself) {
+  for (const std::string text : {"plain", "a b\tc", "it's", "say \"$x\" `y` \\z", "\\", "#"}) {
+    EXPECT_EQ(splitWords("x" + asTyped(text)), Lines{"x" + text});
+    EXPECT_EQ(splitWords("x'" + asTyped(text, '\'') + "'"), Lines{"x" + text});
+    EXPECT_EQ(splitWords("x\"" + asTyped(text, '"') + "\""), Lines{"x" + text});
+  }
+  EXPECT_EQ(asTyped("sp ace/it's"), "sp\\ ace/it\\'s");
+  EXPECT_EQ(asTyped("sp ace/$it's", '"'), "sp ace/\\$it's");
+}
+
 }  // namespace
 }  // namespace virtualtv::shell
