@@ -9,6 +9,7 @@
 
 #include "catalogue/Catalogue.h"
 #include "device/Session.h"
+#include "shell/Completion.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
 #include "shell/Nearest.h"
@@ -203,12 +204,35 @@ std::string lineWith(const std::string& name, const Typed& typed) {
   return (isList ? "+ " : "") + name + (isTakingThem && !typed.rest.empty() ? " " + typed.rest : "");
 }
 
+/// The topics of help that were most likely meant. One in the plural says more than a command of the same name.
+Lines topicsMeant(std::string_view word) {
+  Lines topics = alike(std::string(word) + "s", helpTopics());
+  return topics.empty() ? nearest(word, helpTopics()) : topics;
+}
+
+/// The knobs or operations that were most likely meant; none where there is one of that name.
+Lines namesMeant(Session& session, const std::string& command, const std::string& word) {
+  const Lines known = wordsBehind(session, {command == ".set" ? ".get" : command}, word);
+  if (std::find(known.begin(), known.end(), word) != known.end()) return {};
+  Lines offered = wordsBehind(session, {command}, word);
+  std::erase_if(offered, [](const std::string& name) { return name.ends_with('#'); });  // not a whole name
+  return nearest(word, offered);
+}
+
+/// On a command of the set that was given a name which there is not.
+std::string hintOnName(Session& session, const Typed& typed) {
+  std::string_view rest = typed.rest;
+  const std::string word(takeWord(rest));
+  Lines names = typed.name == ".help" ? topicsMeant(typed.rest) : namesMeant(session, typed.name, word);
+  if (names.size() != 1) return hint(names);
+  const std::string more = typed.name == ".help" || rest.empty() ? "" : " " + std::string(rest);
+  return hint({typed.name + " " + names[0] + more});
+}
+
 /// On a command that exists and was spelt right.
-std::string hintOnUse(const Typed& typed) {
-  if (typed.name == ".help") {
-    const Lines topics = nearest(typed.rest, helpTopics());
-    return hint(topics.size() == 1 ? Lines{".help " + topics[0]} : topics);
-  }
+std::string hintOnUse(Session& session, const Typed& typed) {
+  constexpr std::array named{".fault", ".get", ".help", ".set"};
+  if (std::find(named.begin(), named.end(), typed.name) != named.end()) return hintOnName(session, typed);
   // Few commands take a parameter list. Those that take none may take the parameters themselves.
   const bool takesList = catalogue().findList(typed.name) != nullptr;
   const bool isWrongForm = takesList ? !typed.list && hasTooMany(typed) : typed.list;
@@ -217,12 +241,12 @@ std::string hintOnUse(const Typed& typed) {
 
 }  // namespace
 
-std::string hintOn(std::string_view line, const Lines& printed) {
+std::string hintOn(Session& session, std::string_view line, const Lines& printed) {
   Typed typed = readLine(line);
   const bool refused = !printed.empty() && printed.front().starts_with("refused");
   const bool failed = !printed.empty() && printed.front().starts_with("error: ");
   if (!refused && !(failed && (typed.first.starts_with('.') || hasTooMany(typed)))) return {};
-  if (typed.first == typed.name && isCommand(typed.name)) return hintOnUse(typed);
+  if (typed.first == typed.name && isCommand(typed.name)) return hintOnUse(session, typed);
   joinWords(typed);
   const Lines names = meant(typed.name);
   if (names.empty() && refused) {

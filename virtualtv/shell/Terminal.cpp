@@ -157,7 +157,7 @@ void answer(Session& session, const std::string& line) {
   session.columns = columns();
   const Lines lines = session.run(line);
   print(lines);
-  const std::string hint = hintOn(line, lines);
+  const std::string hint = hintOn(session, line, lines);
   if (!hint.empty()) std::printf("%s\n", hint.c_str());
   std::fflush(stdout);
 }

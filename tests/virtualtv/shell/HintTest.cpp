@@ -1,6 +1,6 @@
 #include "shell/Hint.h"
 
-#include <gtest/gtest.h>
+#include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {
 namespace {
@@ -8,18 +8,25 @@ namespace {
 const Lines refused{"refused"};
 const std::string unknown = "# no command has this name: '.help commands' lists those of the plug-in, Tab completes";
 
+class HintTest : public SessionTest {
+ protected:
+  std::string hintOn(std::string_view line, const Lines& printed) { return shell::hintOn(*session, line, printed); }
+  /// What is said below a line that was run.
+  std::string hintBelow(std::string_view line) { return hintOn(line, lines(line)); }
+};
+
 std::string meant(const std::string& line) {
   return "# did you mean: " + line;
 }
 
-TEST(Hint, NamesTheCommandThatWasMisspelt) {
+TEST_F(HintTest, NamesTheCommandThatWasMisspelt) {
   EXPECT_EQ(hintOn("gettvmode", refused), meant("GetTVMode"));
   EXPECT_EQ(hintOn("GetSorce 2", refused), meant("GetSource 2"));
   EXPECT_EQ(hintOn("GetChannelName 'a b'", refused), meant("GetChannel_Name 'a b'"));
   EXPECT_EQ(hintOn("getfull", refused), meant("GetFullChannelList"));
 }
 
-TEST(Hint, TakesAwayWhatACallInAProgramHas) {
+TEST_F(HintTest, TakesAwayWhatACallInAProgramHas) {
   EXPECT_EQ(hintOn("SetChannel(3,0)", refused), meant("SetChannel 3 0"));
   EXPECT_EQ(hintOn("SetChannel( 3, \"0\" );", refused), meant("SetChannel 3 0"));
   EXPECT_EQ(hintOn("tv.setchannel('a, b', 0)", refused), meant("SetChannel 'a, b' 0"));
@@ -28,14 +35,14 @@ TEST(Hint, TakesAwayWhatACallInAProgramHas) {
   EXPECT_EQ(hintOn("GetSource;", refused), meant("GetSource"));
 }
 
-TEST(Hint, TakesAwayTheNameOfTheProgram) {
+TEST_F(HintTest, TakesAwayTheNameOfTheProgram) {
   EXPECT_EQ(hintOn("$ ./run exec GetSource 2", refused), meant("GetSource 2"));
   EXPECT_EQ(hintOn("build/release/emp-window exec getsource", refused), meant("GetSource"));
   EXPECT_EQ(hintOn("exec GetSource", refused), meant("GetSource"));
   EXPECT_EQ(hintOn("emp-window import a.conf", refused), meant(".import a.conf"));
 }
 
-TEST(Hint, NamesTheCommandWhoseFullStopIsMissingOrTooMany) {
+TEST_F(HintTest, NamesTheCommandWhoseFullStopIsMissingOrTooMany) {
   EXPECT_EQ(hintOn("help", refused), meant(".help"));
   EXPECT_EQ(hintOn("Help GetSource", refused), meant(".help GetSource"));
   EXPECT_EQ(hintOn("set main.source 17", refused), meant(".set main.source 17"));
@@ -45,7 +52,7 @@ TEST(Hint, NamesTheCommandWhoseFullStopIsMissingOrTooMany) {
   EXPECT_EQ(hintOn(".GetSource 2", error), meant("GetSource 2"));
 }
 
-TEST(Hint, KnowsHowOtherShellsAreEndedAndAskedForHelp) {
+TEST_F(HintTest, KnowsHowOtherShellsAreEndedAndAskedForHelp) {
   for (const char* word : {"exit", "quit", "Exit", "bye", "q", ":q", "logout", "exit 0", "exit()"}) {
     EXPECT_EQ(hintOn(word, refused), meant(".quit"));
   }
@@ -53,7 +60,7 @@ TEST(Hint, KnowsHowOtherShellsAreEndedAndAskedForHelp) {
   EXPECT_EQ(hintOn(".exit", {"error: there is no command '.exit'"}), meant(".quit"));
 }
 
-TEST(Hint, NamesTheDotCommandThatWasMisspelt) {
+TEST_F(HintTest, NamesTheDotCommandThatWasMisspelt) {
   const Lines error{"error: there is no command"};
   EXPECT_EQ(hintOn(".servces 3", error), meant(".services 3"));
   EXPECT_EQ(hintOn("> .Help", error), meant(".help"));
@@ -61,19 +68,49 @@ TEST(Hint, NamesTheDotCommandThatWasMisspelt) {
   EXPECT_EQ(hintOn(".zzzzz", error), "");
 }
 
-TEST(Hint, NamesTheTopicOfHelpThatWasMisspelt) {
+TEST_F(HintTest, NamesTheTopicOfHelpThatWasMisspelt) {
   const Lines error{"error: there is no help on"};
   EXPECT_EQ(hintOn(".help gettvmode", error), meant(".help GetTVMode"));
   EXPECT_EQ(hintOn(".help set", error), meant(".help .set"));
   EXPECT_EQ(hintOn(".help zzzzz", error), "");
 }
 
-TEST(Hint, LeavesOutTheParameterListThatACommandRefuses) {
+TEST_F(HintTest, NamesTheTopicInThePluralBeforeTheCommandOfTheSameName) {
+  EXPECT_EQ(hintBelow(".help fault"), meant(".help faults"));
+  EXPECT_EQ(hintBelow(".help knob"), meant(".help knobs"));
+  EXPECT_EQ(hintBelow(".help .fault"), "");
+}
+
+TEST_F(HintTest, NamesTheKnobThatWasMisspelt) {
+  EXPECT_EQ(hintBelow(".get regoin"), meant(".get region"));
+  EXPECT_EQ(hintBelow(".set main.sorce 3"), meant(".set main.source 3"));
+  EXPECT_EQ(hintBelow(".get input.13.plgged"), meant(".get input.13.plugged"));
+  EXPECT_EQ(hintBelow(".get service.#1.nmae"), meant(".get service.#1.name"));
+  EXPECT_EQ(hintBelow(".set latency.vconf_get_itn 5"), meant(".set latency.vconf_get_int 5"));
+  EXPECT_EQ(hintBelow(".get zzzzz"), "");
+}
+
+TEST_F(HintTest, NamesNoKnobWhereTheNameIsRight) {
+  EXPECT_EQ(hintBelow(".get main"), "");
+  EXPECT_EQ(hintBelow(".set services 3"), "");
+  EXPECT_EQ(hintBelow(".set main.source x"), "");
+  EXPECT_EQ(hintBelow(".set main.pictre 3"), "");  // which can only be read
+}
+
+TEST_F(HintTest, NamesTheOperationThatWasMisspelt) {
+  EXPECT_EQ(hintBelow(".fault IServiceNavigation::GetTvMod result=0"),
+            meant(".fault IServiceNavigation::GetTvMode result=0"));
+  EXPECT_EQ(hintBelow(".fault claer 1"), meant(".fault clear 1"));
+  EXPECT_EQ(hintBelow(".fault vconf_get_int nht=1"), "");
+  EXPECT_EQ(hintBelow(".fault clear 7"), "");
+}
+
+TEST_F(HintTest, LeavesOutTheParameterListThatACommandRefuses) {
   EXPECT_EQ(hintOn("+ GetSource 2", {"refused int -1"}), meant("GetSource 2"));
   EXPECT_EQ(hintOn("+ setscreencroprect 1 2", {"refused int -1"}), meant("+ SetScreenCropRect 1 2"));
 }
 
-TEST(Hint, WritesAParameterListWhereThatIsHowACommandTakesSoManyParameters) {
+TEST_F(HintTest, WritesAParameterListWhereThatIsHowACommandTakesSoManyParameters) {
   const std::string nine = "SetScreenCropRect 1 2 3 4 5 6 7 8 9";
   EXPECT_EQ(hintOn("SetScreenCropRect(1, 2, 3, 4, 5, 6, 7, 8, 9)", refused), meant("+ " + nine));
   EXPECT_EQ(hintOn("tv.Execute('setscreencroprect',1,2,3,4,5,6,7,8,9);", refused), meant("+ " + nine));
@@ -84,14 +121,14 @@ TEST(Hint, WritesAParameterListWhereThatIsHowACommandTakesSoManyParameters) {
   EXPECT_EQ(hintOn("tv.ExecuteWithParamList(\"SetScreenCropRect\", 1, 2)", refused), meant("+ SetScreenCropRect 1 2"));
 }
 
-TEST(Hint, WritesNoParameterListForACommandThatTakesNone) {
+TEST_F(HintTest, WritesNoParameterListForACommandThatTakesNone) {
   EXPECT_EQ(hintOn("+ getsource 2", {"refused int -1"}), meant("GetSource 2"));
   EXPECT_EQ(hintOn("tv.ExecuteWithParamList('GetSource', 2)", refused), meant("GetSource 2"));
   EXPECT_EQ(hintOn("+ FindChannel 1 2 3 4 5", {"refused int -1"}), meant("FindChannel"));
   EXPECT_EQ(hintOn("FindChannel 1 2 3 4 5", {"error: FindChannel: 5 parameters, at most 4 are passed"}), "");
 }
 
-TEST(Hint, PutsWordsTogetherThatWereWrittenApart) {
+TEST_F(HintTest, PutsWordsTogetherThatWereWrittenApart) {
   EXPECT_EQ(hintOn("Get Source", refused), meant("GetSource"));
   EXPECT_EQ(hintOn("get source 2", refused), meant("GetSource 2"));
   EXPECT_EQ(hintOn("Get Channel Name 0", refused), meant("GetChannel_Name 0"));
@@ -104,13 +141,13 @@ TEST(Hint, PutsWordsTogetherThatWereWrittenApart) {
   EXPECT_EQ(hintOn("get main", refused), meant(".get main"));
 }
 
-TEST(Hint, SaysWhereNamesStandWhenNothingIsNear) {
+TEST_F(HintTest, SaysWhereNamesStandWhenNothingIsNear) {
   EXPECT_EQ(hintOn("zzzzz", refused), unknown);
   EXPECT_EQ(hintOn("GetChannel", refused), unknown);
   EXPECT_EQ(hintOn("''", refused), unknown);
 }
 
-TEST(Hint, IsSilentWhereNothingIsToBeSaid) {
+TEST_F(HintTest, IsSilentWhereNothingIsToBeSaid) {
   EXPECT_EQ(hintOn("gettvmode", {"int 1"}), "");
   EXPECT_EQ(hintOn("gettvmode", {}), "");
   EXPECT_EQ(hintOn("GetSource 2", {"refused"}), "");
@@ -119,7 +156,7 @@ TEST(Hint, IsSilentWhereNothingIsToBeSaid) {
   EXPECT_EQ(hintOn(".help", {"error: of some other kind"}), "");
 }
 
-TEST(Hint, IsOneLineThatCanStandInATranscript) {
+TEST_F(HintTest, IsOneLineThatCanStandInATranscript) {
   EXPECT_EQ(hintOn("getsource '\x01'", refused), "# did you mean: GetSource '\\x01'");
 }
 

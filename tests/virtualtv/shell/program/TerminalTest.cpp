@@ -59,6 +59,17 @@ TEST_F(TerminalTest, TabCompletesOrListsAsAComment) {
   EXPECT_EQ(terminal.wait(), 0);
 }
 
+TEST_F(TerminalTest, TabCompletesPathsWithBlanksAndQuotes) {
+  std::filesystem::create_directory(folder / "sp ace");
+  test::write(folder / "sp ace/it's", "> GetSource 2\n");
+  OnTerminal terminal(arguments());
+  terminal.readUntil("\n> ");
+  for (const char* quote : {"", "'", "\""}) {
+    terminal.type(".source " + (quote + (folder / "sp").string()) + "\t\t\n");
+    EXPECT_TRUE(terminal.readUntil("\n> ").ends_with("\r\nint 0\r\n> ")) << quote;
+  }
+}
+
 TEST_F(TerminalTest, WhatCompletesIsListedInCommentsThatFitTheTerminal) {
   OnTerminal terminal(arguments(), 40);
   terminal.readUntil("\n> ");
@@ -254,6 +265,8 @@ TEST_F(TerminalTest, TellsWhatWasMeantByWhatIsNoCommand) {
   EXPECT_EQ(answerTo("exit"), "refused\n# did you mean: .quit\n");
   EXPECT_EQ(answerTo(".servces 3"),
             "error: there is no command '.servces'; '.help' lists them\n# did you mean: .services 3\n");
+  EXPECT_EQ(answerTo(".get regoin"),
+            "error: there is no knob 'regoin'; '.help knobs' lists them\n# did you mean: .get region\n");
 }
 
 TEST_F(TerminalTest, WhatItTellsOfAMeantCommandCanStandInATranscript) {
