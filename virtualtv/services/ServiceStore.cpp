@@ -18,6 +18,11 @@ namespace {
 
 constexpr const char* changing = "change a field of a service";
 
+void requireKey(ServiceKey key) {
+  if (key >= 1 && key <= ServiceStore::greatestKey) return;
+  throw std::invalid_argument("no service can have the key " + std::to_string(key));
+}
+
 std::int64_t idColumn(std::uint64_t serviceId) {
   return *toColumn(knownField(TCServiceData::SERVICE_ID), serviceId);
 }
@@ -105,10 +110,20 @@ bool ServiceStore::exists(ServiceKey key) const {
   return exists_.query(key).next();
 }
 
+/// Keys that were given are not given again as long as there are others.
+ServiceKey ServiceStore::newKey(ServiceKey& from) const {
+  const ServiceKey last = tables_.lastKey();
+  if (last < greatestKey) return last + 1;
+  while (exists(from)) ++from;
+  requireKey(from);
+  return from;
+}
+
 void ServiceStore::replaceAll(const std::vector<Service>& services) {
   Transaction transaction(database_, "replace the services");
   tables_.clear();
-  for (const Service& service : services) tables_.insert(std::nullopt, service);
+  ServiceKey key = 0;
+  for (const Service& service : services) tables_.insert(++key, service);
   transaction.commit();
 }
 
@@ -116,7 +131,7 @@ void ServiceStore::restoreAll(const std::map<ServiceKey, Service>& services) {
   Transaction transaction(database_, "replace the services");
   tables_.clear();
   for (const auto& [key, service] : services) {
-    if (key < 1 || key > greatestKey) throw std::invalid_argument("no service can have the key " + std::to_string(key));
+    requireKey(key);
     tables_.insert(key, service);
   }
   transaction.commit();
@@ -125,10 +140,11 @@ void ServiceStore::restoreAll(const std::map<ServiceKey, Service>& services) {
 ServiceChanges ServiceStore::merge(const std::vector<Service>& services) {
   Transaction transaction(database_, "merge services");
   ServiceChanges changes;
+  ServiceKey from = 1;
   for (const Service& listed : services) {
     const auto key = keyOf(listed);
     if (!key) {
-      tables_.insert(std::nullopt, listed);
+      tables_.insert(newKey(from), listed);
       ++changes.added;
       continue;
     }
@@ -136,7 +152,7 @@ ServiceChanges ServiceStore::merge(const std::vector<Service>& services) {
     const Service service = updated(before, listed);
     if (service == before) continue;
     tables_.remove(*key);
-    tables_.insert(key, service);
+    tables_.insert(*key, service);
     ++changes.changed;
   }
   transaction.commit();
@@ -168,7 +184,9 @@ ServiceChanges ServiceStore::renew(const std::vector<Service>& services) {
 
 ServiceKey ServiceStore::add(const Service& service) {
   Transaction transaction(database_, "add a service");
-  const ServiceKey key = tables_.insert(std::nullopt, service);
+  ServiceKey from = 1;
+  const ServiceKey key = newKey(from);
+  tables_.insert(key, service);
   transaction.commit();
   return key;
 }

@@ -28,8 +28,7 @@ extern const char* const serviceTables;
 /// what it is given, with a line that says which and why.
 class ServiceStore {
  public:
-  /// The greatest key that can be given to a service. List order has room for 29 bits of a key; half of the keys stay
-  /// for services that are added later.
+  /// The greatest key that a service can have.
   static constexpr ServiceKey greatestKey = (ServiceKey{1} << 28) - 1;
 
   /// @param database  outlives this object and has `serviceTables`.
@@ -61,6 +60,7 @@ class ServiceStore {
   /// Keeps these alone, with keys from 1 on in their order.
   ServiceChanges renew(const std::vector<Service>& services);
 
+  /// @return its key: the next one, or the least that is free where `greatestKey` was given already. So in `merge`.
   ServiceKey add(const Service& service);
   /// @return false when there is no such service. So below.
   bool remove(ServiceKey key);
@@ -119,6 +119,8 @@ class ServiceStore {
 
   std::optional<Spot> spotOf(std::uint64_t serviceId) const;
   bool exists(ServiceKey key) const;
+  /// The key of a service that is to be added. @param from  where free keys are looked for; moves on.
+  ServiceKey newKey(ServiceKey& from) const;
   bool step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) const;
   Query& ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked = false) const;
   Query& askAgain(Pick pick) const;

@@ -133,6 +133,7 @@ ServiceTables::ServiceTables(Database& database)
       insertSubtitle_(database, "INSERT INTO subtitle_track VALUES(?, ?, ?, ?, ?, ?)", "keep a subtitle track"),
       insertFavourite_(database, "INSERT OR REPLACE INTO favourite VALUES(?, ?, ?)", "keep a favourite"),
       remove_(database, "DELETE FROM service WHERE key = ?", "remove a service"),
+      lastKey_(database, "SELECT seq FROM sqlite_sequence WHERE name = 'service'", "find a key for a service"),
       read_(database, "SELECT " + columns(", ") + "group_name FROM service WHERE key = ?", reading),
       readRaw_(database, "SELECT field, value FROM raw_field WHERE service = ?", reading),
       readAudio_(database,
@@ -158,23 +159,21 @@ void ServiceTables::bindFields(const Service& service) {
   insert_.bind(++parameter, std::string_view(service.group));
 }
 
-ServiceKey ServiceTables::insert(std::optional<ServiceKey> key, const Service& service) {
+void ServiceTables::insert(ServiceKey key, const Service& service) {
   bindFields(service);
   insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
   insert_.finish();
-  const ServiceKey added = sqlite3_last_insert_rowid(database_.handle());
   for (const auto& [id, number] : service.numbers) {
     if (service.texts.contains(id))
       throw std::invalid_argument("field " + std::to_string(id) + " can't hold two values");
-    if (knownField(id) == nullptr) setRaw(added, id, number);
+    if (knownField(id) == nullptr) setRaw(key, id, number);
   }
   for (const auto& [id, units] : service.texts) {
-    if (knownField(id) == nullptr) setRaw(added, id, units);
+    if (knownField(id) == nullptr) setRaw(key, id, units);
   }
-  insertAudio(added, service.audio);
-  insertSubtitles(added, service.subtitles);
-  for (const auto& [group, member] : service.favourites) setFavourite(added, group, member);
-  return added;
+  insertAudio(key, service.audio);
+  insertSubtitles(key, service.subtitles);
+  for (const auto& [group, member] : service.favourites) setFavourite(key, group, member);
 }
 
 bool ServiceTables::remove(ServiceKey key) {
@@ -186,6 +185,11 @@ void ServiceTables::clear() {
       "DELETE FROM raw_field; DELETE FROM audio_track; DELETE FROM subtitle_track; DELETE FROM favourite;"
       "DELETE FROM service; DELETE FROM sqlite_sequence WHERE name = 'service'",
       "remove the services");
+}
+
+ServiceKey ServiceTables::lastKey() const {
+  Rows rows = lastKey_.query();
+  return rows.next() ? rows.integer(0) : 0;
 }
 
 std::optional<Service> ServiceTables::read(ServiceKey key) const {

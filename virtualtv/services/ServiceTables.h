@@ -14,12 +14,14 @@ class ServiceTables {
  public:
   explicit ServiceTables(Database& database);
 
-  /// Adds a service. @param key  a free key, or nothing for the next one. @return its key.
-  ServiceKey insert(std::optional<ServiceKey> key, const Service& service);
+  /// Adds a service. @param key  a free key.
+  void insert(ServiceKey key, const Service& service);
   /// @return false when there was none.
   bool remove(ServiceKey key);
-  /// Removes all; the next key is 1.
+  /// Removes all, and forgets the keys that were given.
   void clear();
+  /// The greatest key that was ever given; 0 where none was.
+  ServiceKey lastKey() const;
   /// Nothing when there is none.
   std::optional<Service> read(ServiceKey key) const;
 
@@ -50,6 +52,7 @@ class ServiceTables {
   Statement insertFavourite_;
   Statement remove_;
   // mutable: what runs them does not change the services
+  mutable Statement lastKey_;
   mutable Statement read_;
   mutable Statement readRaw_;
   mutable Statement readAudio_;

@@ -178,6 +178,17 @@ TEST_F(Services, AreNotRestoredWithKeysThatListOrderHasNoRoomFor) {
   EXPECT_EQ(store.keys(), Keys{ServiceStore::greatestKey});
 }
 
+TEST_F(Services, GetFreeKeysFromBelowWhereTheGreatestIsTaken) {
+  store.restoreAll({{1, serviceOf(1, 1)}, {3, serviceOf(3, 3)}, {ServiceStore::greatestKey - 1, serviceOf(4, 4)}});
+  store.merge({serviceOf(5, 5), serviceOf(6, 6), serviceOf(3, 9), serviceOf(7, 7)});
+  EXPECT_EQ(store.keyOf(5), ServiceStore::greatestKey);
+  EXPECT_EQ(store.keyOf(6), 2);
+  EXPECT_EQ(store.keyOf(3), 3);
+  EXPECT_EQ(store.keyOf(7), 4);
+  EXPECT_EQ(store.add(serviceOf(8, 8)), 5);
+  EXPECT_EQ(store.size(), 7U);
+}
+
 TEST_F(Services, CanBeReplacedByNone) {
   store.replaceAll({wholeService(1)});
   store.replaceAll({});

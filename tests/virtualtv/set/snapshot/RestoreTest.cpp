@@ -104,6 +104,19 @@ TEST_F(Restore, KeepsKeysOfServices) {
   EXPECT_EQ(previous(), 50U);
 }
 
+TEST_F(Restore, WorksWithASnapshotOfASetToWhichAListWasAddedBehindTheGreatestKey) {
+  Snapshot snapshot = tv->snapshot();
+  snapshot.services[ServiceStore::greatestKey] = serviceOf(50, 0, 1);
+  tv->restore(snapshot);
+  EXPECT_EQ(tv->import({serviceOf(60, 0, 2), serviceOf(70, 0, 3)}, true), (ServiceChanges{2, 0, 0}));
+  const Snapshot added = tv->snapshot();
+  EXPECT_EQ(added.services.size(), snapshot.services.size() + 2);
+  EXPECT_EQ(readSnapshot(writeSnapshot(added)), added);
+  tv->reset();
+  tv->restore(added);
+  EXPECT_EQ(tv->snapshot(), added);
+}
+
 TEST_F(Restore, OfOneThatCannotBeKeptChangesNothing) {
   const Snapshot snapshot = other();
   breakStore();
