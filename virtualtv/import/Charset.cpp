@@ -34,6 +34,24 @@ bool isAscii(std::string_view bytes) {
   throw std::invalid_argument(reason);
 }
 
+/// Whether `text` is a name as `iconv -l` lists it, two slashes behind it or not. The library would pass over other
+/// characters, and take what stands behind the slashes for wishes.
+bool isName(std::string_view text) {
+  const auto isPartOfName = [](char byte) {
+    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
+           std::string_view("-._:()/").find(byte) != std::string_view::npos;
+  };
+  if (text.ends_with("//")) text.remove_suffix(2);
+  return !text.empty() && text.front() != '/' && text.find("//") == std::string_view::npos &&
+         std::all_of(text.begin(), text.end(), isPartOfName);
+}
+
+std::string printableAscii() {
+  std::string ascii;
+  for (char byte = ' '; byte <= '~'; ++byte) ascii += byte;
+  return ascii;
+}
+
 /// A character table as a broadcast tells it in front of a text.
 struct Marker {
   std::size_t length = 0;  ///< bytes that tell it; 0 when there is none
@@ -160,13 +178,13 @@ class TextDecoder::Converter {
 
 TextDecoder::TextDecoder(const std::string& encoding) : encoding_(encoding) {
   if (encoding.empty()) return;
-  constexpr std::string_view ascii = "News 24:;,=";
-  std::u16string units;
-  if (!from(encoding).isOpen())
+  if (!isName(encoding) || !from(encoding).isOpen())
     refuse("there is no encoding '" + encoding + "'; 'iconv -l' lists those that there are");
+  const std::string ascii = printableAscii();
+  std::u16string units;
   if (!from(encoding).appendStrictly(ascii, units) ||
       !std::equal(ascii.begin(), ascii.end(), units.begin(), units.end()))
-    refuse("a list can't be in the encoding '" + encoding + "', which has no ASCII in it");
+    refuse("a list can't be in the encoding '" + encoding + "', in which not every ASCII character is the byte itself");
 }
 
 TextDecoder::~TextDecoder() = default;

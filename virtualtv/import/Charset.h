@@ -9,8 +9,8 @@
 
 namespace virtualtv::import {
 
-/// Checks that names can be in an encoding: that iconv knows it, and that it has ASCII as single bytes, like the rest
-/// of a list.
+/// Checks that names can be in an encoding: that iconv knows it, and that each printable ASCII character is the byte
+/// itself in it, like in the rest of a list.
 /// @throws std::invalid_argument  with a line that says why they can't.
 void requireEncoding(const std::string& name);
 

@@ -190,7 +190,7 @@ TEST(NameInAGivenEncoding, IsReadInIt) {
   EXPECT_EQ(decodedFrom("ISO-8859-2", "\xA9l\xE1gr"), u"Šlágr");
   EXPECT_EQ(decodedFrom("cp1251", "\xCF\xE5\xF0\xE2\xFB\xE9"), u"Первый");
   EXPECT_EQ(decodedFrom("ISO_6937", "L\xC4NDER"), u"LÑDER");
-  EXPECT_EQ(decodedFrom("SHIFT_JIS", "\x93\xFA\x96\x7B"), u"日本");
+  EXPECT_EQ(decodedFrom("CP932", "\x93\xFA\x96\x7B"), u"日本");
   EXPECT_EQ(decodedFrom("latin1", "Ö"), u"Ã") << "also where it would be valid UTF-8";
   EXPECT_EQ(decodedFrom("UTF-8", "A\xFF"), u"A\uFFFD");
   EXPECT_EQ(decodedFrom("ISO-2022-JP", "\x1B$BF|K\\\x1B(B"), u"日本") << "it is of ASCII bytes alone";
@@ -208,11 +208,20 @@ TEST(NameInAGivenEncoding, AppliesToGroups) {
 TEST(NameInAGivenEncoding, IsRefusedWhereItIsNoneThatNamesCanBeIn) {
   EXPECT_EQ(refusalOf("latin-99"), "there is no encoding 'latin-99'; 'iconv -l' lists those that there are");
   EXPECT_EQ(refusalOf("x\ny"), "there is no encoding 'x\ny'; 'iconv -l' lists those that there are");
-  for (const char* wide : {"UTF-16", "UCS-4LE", "EBCDIC-US"}) {
-    EXPECT_EQ(refusalOf(wide), std::string("a list can't be in the encoding '") + wide + "', which has no ASCII in it");
+  for (const char* wide : {"UTF-16", "UCS-4LE", "EBCDIC-US", "UTF-7", "UTF-7-IMAP", "SHIFT_JIS", "ISO646-DE"}) {
+    EXPECT_EQ(refusalOf(wide), std::string("a list can't be in the encoding '") + wide +
+                                   "', in which not every ASCII character is the byte itself");
   }
   EXPECT_EQ(refusalOf("UTF-8"), "");
   EXPECT_THROW(virtualtv::import::requireEncoding(""), std::invalid_argument);
+}
+
+TEST(NameInAGivenEncoding, IsRefusedWhereTheEncodingHasNoNameOfTheList) {
+  for (const std::string name : {"ASCII//TRANSLIT", "UTF-8//IGNORE", "//IGNORE", "//", "///", "UTF-8 ", " UTF-8",
+                                 "UT F-8", "UTF-8!", "UTF-8//TRANSLIT//"}) {
+    EXPECT_EQ(refusalOf(name), "there is no encoding '" + name + "'; 'iconv -l' lists those that there are");
+  }
+  for (const char* name : {"ISO-8859-1//", "ISO_8859-1:1987", "utf8"}) EXPECT_EQ(refusalOf(name), "");
 }
 
 TEST(Name, MayBeLong) {

@@ -56,6 +56,14 @@ TEST_F(Import, OfTheSameListChangesNothing) {
   }
 }
 
+TEST_F(Import, WithoutAServiceBehindAnotherInputChangesServiceAndModeAndLeavesTheSource) {
+  ASSERT_EQ(switchTo(hdmi1), 1);
+  tv->import({serviceOf(60, 1, 1), serviceOf(70, 0, 2)}, false);
+  EXPECT_EQ(current(), 60U);
+  EXPECT_EQ(window().mode, (TvMode{1, 0}));
+  EXPECT_EQ(window().source, hdmi1);
+}
+
 TEST_F(Import, ToAddMovesNothing) {
   EXPECT_EQ(tv->import(listOf({5, 60}), true), (ServiceChanges{2, 0, 0}));
   EXPECT_EQ(tv->state(), before);
