@@ -91,6 +91,9 @@ template <typename Number>
 void read(const JsonPart& part, const Persisted& place, Number& number) {
   number = static_cast<Number>(part.number(place.range<Number>()));
 }
+void read(const JsonPart& part, const Persisted&, ServiceKey& key) {
+  key = part.number({0, ServiceStore::greatestKey});  // 0 for no service
+}
 void read(const JsonPart& part, const Persisted&, bool& truth) {
   truth = part.truth();
 }
@@ -252,6 +255,26 @@ void readService(const JsonPart& part, Snapshot& snapshot) {
                               text::printable(line.substr(0, line.find_last_not_of('.') + 1)));
 }
 
+/// Where in a text a comment starts, at a slash outside of strings, which JSON does not have; its end when there is
+/// none. The parser takes comments within objects and arrays, whatever it is told.
+std::size_t findComment(std::string_view text) {
+  bool inString = false;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '"') inString = !inString;
+    if (text[at] == '\\' && inString) ++at;
+    if (text[at] == '/' && !inString) return at;
+  }
+  return text.size();
+}
+
+void refuseComments(std::string_view text) {
+  const std::string_view before = text.substr(0, findComment(text));
+  if (before.size() == text.size()) return;
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;  // npos + 1 is 0
+  refuseText("line " + std::to_string(line) + ", column " + std::to_string(column) + "\nJSON has no comments");
+}
+
 /// Writes values, each in one line.
 class LineWriter {
  public:
@@ -301,8 +324,8 @@ Snapshot snapshotIn(const Json::Value& document) {
   const JsonPart part(document);
   if (!part.isObject() || !part.find("version")) throw std::invalid_argument(noSnapshot);
   const JsonPart version = part.at("version");
-  if (const auto number = version.number({0, std::numeric_limits<int>::max()}); number != snapshotVersion) {
-    version.refuse("this program reads version " + std::to_string(snapshotVersion) + ", not " + std::to_string(number));
+  if (version.numberIn(text::rangeOf<int>()) != snapshotVersion) {
+    version.refuse("this program reads version " + std::to_string(snapshotVersion) + ", not " + version.shown());
   }
   part.requireOnly({"version", "state", "settings", "services"});
   Snapshot snapshot;
@@ -335,6 +358,7 @@ Snapshot readSnapshot(std::string_view text) {
   std::string errors;
   try {
     if (!reader->parse(text.data(), text.data() + text.size(), &document, &errors)) refuseText(errors);
+    refuseComments(text);
   } catch (const Json::Exception&) {
     throw std::invalid_argument(std::string(noSnapshot) + ": it is nested too deep");
   }

@@ -26,6 +26,12 @@ std::string refusalOf(const Json::Value& document) {
   return refusal([&] { snapshotIn(document); });
 }
 
+/// The line of a text in which a part of it first stands, counted from 1.
+std::size_t lineOf(const std::string& text, const std::string& part) {
+  const std::string before = text.substr(0, text.find(part));
+  return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+}
+
 void expectOneLine(const std::string& text) {
   EXPECT_TRUE(text::isPrintable(text)) << text;
   EXPECT_LT(text.size(), 1000U);
@@ -60,8 +66,32 @@ TEST_F(BadSnapshot, IsToldFromOneThatIsNone) {
 }
 
 TEST_F(BadSnapshot, OfAnotherVersionSaysWhichIsRead) {
-  document["version"] = 2;
-  EXPECT_EQ(refusalOf(document), "version: this program reads version 1, not 2");
+  const std::vector<std::pair<Json::Value, std::string>> versions{
+      {2, "2"}, {1.0, "1.0"}, {"1", "\"1\""}, {Json::Value(), "null"}};
+  for (const auto& [version, shown] : versions) {
+    document["version"] = version;
+    EXPECT_EQ(refusalOf(document), "version: this program reads version 1, not " + shown);
+  }
+}
+
+TEST_F(BadSnapshot, HasNoComments) {
+  const std::string text = writeSnapshot(tv->snapshot());
+  ASSERT_EQ(refusalOf(text), "");
+  const std::string none = "not a snapshot of a set: ";
+  const auto with = [&](const std::string& comment, const std::string& place) {
+    std::string commented = text;
+    return refusalOf(commented.insert(commented.find(place), comment));
+  };
+  EXPECT_EQ(with("/* a */", "\"version\""), none + "line 1, column 2: JSON has no comments");
+  EXPECT_EQ(with("// a\n", ",\n\"state\""), none + "line 1, column 14: JSON has no comments");
+  EXPECT_EQ(with(" /* a */", "\"key\""),
+            none + "line " + std::to_string(lineOf(text, "\"key\"")) + ", column 2: JSON has no comments");
+  for (const std::string behind : {"// a", "/* a */", "x", "{}", "1", ",", "\"", "/"}) {
+    EXPECT_TRUE(refusalOf(text + behind).starts_with(none + "line ")) << behind;
+    EXPECT_TRUE(refusalOf(behind + "\n" + text).starts_with(none + "line ")) << behind;
+  }
+  tv->setSetting("db/\"\\// a", "/* b */ \"\\");
+  EXPECT_EQ(refusalOf(writeSnapshot(tv->snapshot())), "") << "slashes within texts";
 }
 
 const std::string of64 = "a number from -9223372036854775808 to 9223372036854775807";
@@ -86,6 +116,12 @@ TEST_F(BadSnapshot, SaysWhereAndWhatIsWanted) {
        "2147483647) is "
        "wanted, not 'x'"},
       {[](Json::Value& d) { d["state"]["main.service"] = 9; }, "state[\"main.service\"]: there is no service #9"},
+      {[](Json::Value& d) { d["state"]["main.service"] = -1; },
+       "state[\"main.service\"]: a number from 0 to 268435455 is wanted, not -1"},
+      {[](Json::Value& d) { d["state"]["pip.previous_service"] = 268435456; },
+       "state[\"pip.previous_service\"]: a number from 0 to 268435455 is wanted, not 268435456"},
+      {[](Json::Value& d) { d["state"]["pip.service"] = Json::UInt64{18446744073709551615U}; },
+       "state[\"pip.service\"]: a number from 0 to 268435455 is wanted, not 18446744073709551615"},
       {[](Json::Value& d) { d["settings"][0]["value"] = 1.5; },
        "settings[0].value: a number from -2147483648 to 2147483647 is wanted, not 1.5"},
       {[](Json::Value& d) { d["settings"][1]["key"] = d["settings"][0]["key"]; },
