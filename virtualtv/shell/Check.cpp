@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <ostream>
 #include <stdexcept>
+#include <system_error>
 
 #include "shell/Diff.h"
 #include "shell/Files.h"
@@ -88,6 +89,23 @@ void checkOpened(kel::CEmpAppBase& app, bool update, CheckedFile& checked) {
   }
 }
 
+/// Whether two names stand for one file, which need not be there.
+bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
+  std::error_code failure;
+  if (std::filesystem::equivalent(one, other, failure)) return true;
+  const auto place = std::filesystem::weakly_canonical(one, failure);
+  return !failure && place == std::filesystem::weakly_canonical(other, failure);
+}
+
+/// The report would take the place of a transcript.
+void refuseReportInPlaceOfTranscript(const CheckOptions& options) {
+  if (!options.junit) return;
+  for (const std::string& name : options.files) {
+    if (!isSameFile(*options.junit, name)) continue;
+    throw std::runtime_error("cannot write the report to " + *options.junit + ": it is the transcript " + name);
+  }
+}
+
 void print(const CheckedFile& file, std::ostream& out, std::ostream& err) {
   out << file.diff;
   for (const std::string& finding : file.findings) out << finding << "\n";
@@ -110,6 +128,7 @@ CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool
 }
 
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err) {
+  refuseReportInPlaceOfTranscript(options);
   std::vector<CheckedFile> files;
   Lines failed;
   for (const std::string& name : options.files) {

@@ -43,6 +43,8 @@ struct CheckOptions {
 /// Checks transcripts one after the other and reports on them: differences, the failed ones of several and a summary on
 /// `out`, errors on `err`.
 /// @return true when all passed.
+/// @throws std::runtime_error when the report can't be written, before anything is run where it would replace one of
+/// the transcripts.
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err);
 
 /// The report for machines, in the JUnit format: a suite for each file, a case for each of its inputs, with totals and

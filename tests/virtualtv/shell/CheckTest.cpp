@@ -317,6 +317,28 @@ TEST_F(CheckTest, JunitReportIsWellFormedWhateverTheTextsHold) {
   EXPECT_NE(report.find("old <b>&amp;"), std::string::npos) << report;
 }
 
+TEST_F(CheckTest, AReportInPlaceOfATranscriptIsRefusedBeforeAnythingRuns) {
+  const std::string text = "> int 1\nint 2\n";
+  const std::string file = made("a.txt", text);
+  std::filesystem::create_directory(folder / "inner");
+  std::filesystem::create_symlink(file, folder / "link.xml");
+  std::filesystem::create_hard_link(file, folder / "other.xml");
+  for (const char* report : {"a.txt", "inner/../a.txt", "link.xml", "other.xml"}) {
+    const CheckOptions options{{made("good", "> int 1\nint 1\n"), file}, true, (folder / report).string()};
+    try {
+      runCheck(options);
+      ADD_FAILURE() << report;
+    } catch (const std::runtime_error& error) {
+      EXPECT_EQ(error.what(), "cannot write the report to " + *options.junit + ": it is the transcript " + file);
+    }
+    EXPECT_EQ(test::contentOf(file), text) << report;
+    EXPECT_EQ(out.str(), "");
+  }
+  const std::string none = (folder / "none").string();
+  EXPECT_THROW(runCheck({{none}, false, none}), std::runtime_error);
+  EXPECT_FALSE(std::filesystem::exists(none));
+}
+
 TEST_F(CheckTest, AReportThatCantBeWrittenIsAnError) {
   CheckOptions options{{made("good", "> int 1\nint 1\n")}, false, (folder / "none/report.xml").string()};
   EXPECT_THROW(runCheck(options), std::runtime_error);
