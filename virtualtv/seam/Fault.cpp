@@ -6,6 +6,7 @@
 #include "seam/Seam.h"
 #include "services/FieldNumbers.h"
 #include "text/Numbers.h"
+#include "text/Units.h"
 
 namespace virtualtv::seam {
 
@@ -201,12 +202,12 @@ std::string describe(const Fault& fault) {
   if (fault.nth != 1) text += " nth=" + std::to_string(fault.nth);
   text += fault.times ? " times=" + std::to_string(*fault.times) : " always";
   if (!fault.window.empty()) text += " window=" + fault.window;
-  if (!fault.engine.empty()) text += " engine=" + fault.engine;
+  if (!fault.engine.empty()) text += " engine=" + text::asWord(fault.engine);
   switch (fault.way) {
     case Fault::Way::outputs:
       break;
     case Fault::Way::result:
-      text += " result=" + fault.result;
+      text += " result=" + text::asWord(fault.result);
       break;
     case Fault::Way::null:
       text += " result=null";
@@ -218,7 +219,7 @@ std::string describe(const Fault& fault) {
       text += " result=throw";
       break;
   }
-  for (const auto& [name, value] : fault.outputs) text += " out." + name + "=" + value;
+  for (const auto& [name, value] : fault.outputs) text += " out." + name + "=" + text::asWord(value);
   return text;
 }
 

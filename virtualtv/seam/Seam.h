@@ -77,7 +77,7 @@ struct Fault {
 /// @throws std::invalid_argument with a line for a person when the words make no fault of that operation.
 Fault parseFault(const std::vector<std::string>& words);
 
-/// A fault in the words that `parseFault` reads.
+/// A fault in the words that `parseFault` reads, as they are typed in: quoted where a shell would split or change them.
 std::string describe(const Fault& fault);
 
 /// The exception that a call throws by a fault.

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "services/FieldNumbers.h"
 #include "text/Units.h"
 
 namespace virtualtv::seam {
@@ -54,7 +55,9 @@ std::optional<std::uint64_t> bitsOf(std::string_view written) {
 }
 
 bool takeField(std::string_view& text, TCServiceData& record, const FieldCheck& check) {
-  const auto id = text::numberIn<int>(takeNumber(text));
+  const std::string_view field = takeNumber(text);
+  const auto id = text::numberIn<int>(field);
+  if (check && !field.empty()) requireFieldId(field);
   if (!id || *id < 0 || !take(text, '=')) return false;
   if (!text.starts_with('"')) {
     const std::string_view written = text.substr(0, text.find_first_of(",}"));

@@ -52,7 +52,8 @@ using GroupCheck = std::function<void(int group)>;
 
 /// Reads a text into a value; false, and the value as it was, when the text is not of its form, or a number in it
 /// beyond what the value can hold. Fields of records hold any number of 64 bits, with or without a sign, and any text;
-/// of a field or group that stands there twice the last one counts: unless `check` throws.
+/// of a field or group that stands there twice the last one counts: unless `check` throws. With a `check`, a number
+/// that no field has is std::invalid_argument, too.
 bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check = {});
 bool parse(std::string_view text, std::list<TCServiceData*>& records, const FieldCheck& check = {});
 bool parse(std::string_view text, std::map<unsigned char, bool>& favourites, const GroupCheck& check = {});

@@ -14,6 +14,9 @@ namespace virtualtv {
 /// A field for a person: `field 2 (PTC)`, `field 1003 (picture_width)`, `field 200`.
 std::string describeField(int fieldId);
 
+/// Refuses a number that no field has. @throws std::invalid_argument with the numbers that fields have.
+void requireFieldId(std::string_view written);
+
 bool takesNumber(int fieldId);
 bool takesText(int fieldId);
 

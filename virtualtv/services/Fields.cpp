@@ -91,6 +91,12 @@ std::string describeField(int fieldId) {
   return "field " + number + (name == number ? "" : " (" + name + ")");
 }
 
+void requireFieldId(std::string_view written) {
+  constexpr text::Range ids{0, std::numeric_limits<int>::max()};
+  if (text::numberIn(written, ids)) return;
+  throw std::invalid_argument("a field has " + text::describe(ids) + ", not '" + std::string(written) + "'");
+}
+
 bool takesNumber(int fieldId) {
   const KnownField* field = knownField(fieldId);
   return field == nullptr || field->kind != FieldKind::text;

@@ -31,7 +31,8 @@ std::vector<std::string> knobNames(Tv& tv);
 /// @throws std::invalid_argument when there is no such service.
 std::vector<std::string> knobsOf(Tv& tv, const std::string& group);
 
-/// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob.
+/// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob; says
+/// so of a group.
 std::string getKnob(Tv& tv, const std::string& name);
 
 /// False for a knob that can only be read. @throws std::invalid_argument when there is no such knob.

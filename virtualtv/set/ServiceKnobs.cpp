@@ -12,8 +12,14 @@ namespace virtualtv::knobparts {
 
 namespace {
 
+bool isNumber(std::string_view text) {
+  text.remove_prefix(text.starts_with('-') ? 1 : 0);
+  return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
+}
+
 int existingField(const std::string& name) {
   const auto fieldId = fieldNamed(name);
+  if (!fieldId && isNumber(name)) requireFieldId(name);
   if (!fieldId) refuse("there is no field '" + name + "'");
   return *fieldId;
 }
@@ -26,11 +32,12 @@ std::string getField(Tv& tv, const Parts& parts) {
   return value == service->numbers.end() ? "unset" : seam::printNumber(fieldId, value->second);
 }
 
-/// A text as `.set` takes it: between double quotes with \uNNNN for odd units, or plain.
+/// A text as `.set` takes it: between double quotes with \uNNNN for odd units, or plain, when it does not start with
+/// one.
 std::optional<std::u16string> textIn(const std::string& value, int fieldId) {
   std::string_view rest = value;
   if (auto units = text::parseQuoted(rest); units && rest.empty()) return units;
-  if (!takesNumber(fieldId)) return text::toUnits(value);
+  if (!takesNumber(fieldId) && !value.starts_with('"')) return text::toUnits(value);
   return std::nullopt;
 }
 

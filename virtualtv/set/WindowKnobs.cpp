@@ -23,7 +23,7 @@ std::string getMode(Tv& tv, const Parts& parts) {
 void setMode(Tv& tv, const Parts& parts, const std::string& value) {
   const WindowId window = windowNamed(parts[0]);
   const std::size_t comma = value.find(',');
-  if (comma == std::string::npos) refuse("'" + value + "': ANTENNA,SERVICE is wanted");
+  if (comma == std::string::npos || comma != value.rfind(',')) refuse("'" + value + "': ANTENNA,SERVICE is wanted");
   tv.setMode(window,
              {text::requireNumber<int>(value.substr(0, comma)), text::requireNumber<int>(value.substr(comma + 1))});
 }

@@ -43,6 +43,11 @@ void refuseEmpty(const std::string& value, const std::string& wanted) {
   if (value.empty()) throw std::invalid_argument(wanted + " is wanted, not an empty text");
 }
 
+/// A check of options that take any text but the empty one.
+CLI::Validator notEmpty(const std::string& wanted) {
+  return {[wanted](const std::string& value) { return refusalOf([&] { refuseEmpty(value, wanted); }); }, ""};
+}
+
 std::string refusalOfEncoding(const std::string& name) {
   return refusalOf([&] {
     refuseEmpty(name, "the name of an encoding");
@@ -54,8 +59,9 @@ std::string refusalOfEncoding(const std::string& name) {
 void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
   ImportOptions& options = wishes.options;
   const auto setFormat = [&options](const std::string& name) { options.format = import::formatNamed(name); };
-  grammar.add_option("FILE", wishes.file, "the list, - for standard input")->required();
+  grammar.add_option("FILE", wishes.file, "the list, - for standard input")->required()->check(notEmpty("a file"));
   grammar.add_option_function<std::string>("--format", setFormat, "its format; recognised if left out")
+      ->check(notEmpty("the name of a format"))
       ->check(CLI::IsMember(namesOfFormats()));
   grammar.add_option("--encoding", options.encoding, "of names that do not tell theirs; judged if left out")
       ->type_name("NAME")
@@ -103,9 +109,10 @@ struct Grammar {
     exec->footer(execNotes);
     exec->allow_extras();  // to say of an unknown option whose it is
     check = program.add_subcommand("check", "run transcripts on a fresh set in memory and compare");
-    check->add_option("FILE", wishes.check.files, "transcripts")->required();
+    check->add_option("FILE", wishes.check.files, "transcripts")->required()->check(notEmpty("a file"));
     check->add_flag("--update", wishes.check.update, "write what was printed into the transcripts");
-    check->add_option("--junit", wishes.check.junit, "write a JUnit report")->type_name("FILE");
+    CLI::Option* junit = check->add_option("--junit", wishes.check.junit, "write a JUnit report");
+    junit->type_name("FILE")->check(notEmpty("a file"));
     import = program.add_subcommand("import", "replace the set's services by those of a channel list");
     addImportOptions(*import, wishes.list);
     for (CLI::App* part : {&program, shell, exec, check, import}) addSetOptions(*part);
@@ -120,7 +127,7 @@ struct Grammar {
     keepEmptyValues(arguments);
     std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
     program.parse(arguments);
-    for (const CLI::App* parsed : program.get_subcommands()) wantSetOptionsOnce(*parsed);
+    wantSetOptionsOnce();
     if (exec->parsed()) wantCommand();
     if (check->parsed() && !wishes.state.empty()) {
       refuseArguments("check runs in memory, --state has no meaning for it");
@@ -142,24 +149,23 @@ struct Grammar {
   /// Options that may stand before the subcommand or behind it.
   void addSetOptions(CLI::App& part) {
     CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
-    const auto refusalOfState = [](const std::string& value) {
-      return refusalOf([&] { refuseEmpty(value, "a directory"); });
-    };
-    state->check(CLI::Validator(refusalOfState, ""));
+    state->check(notEmpty("a directory"))->take_last();  // that it stands twice is told below
     CLI::Option* log =
         part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
     const auto refusalOfLevel = [](const std::string& value) {
       return refusalOf([&] { text::requireNumber<int>(value, logLevels); });
     };
-    log->type_name("LEVEL")->check(CLI::Validator(refusalOfLevel, ""));
+    log->type_name("LEVEL")->check(CLI::Validator(refusalOfLevel, ""))->take_last();
     if (&part != check) return;
     state->group("");  // not in its help
     log->group("");
   }
 
-  void wantSetOptionsOnce(const CLI::App& subcommand) const {
+  void wantSetOptionsOnce() const {
     for (const char* name : {"--state", "--log"}) {
-      if (program.count(name) > 0 && subcommand.count(name) > 0) refuseArguments(std::string(name) + " stands twice");
+      std::size_t count = program.count(name);
+      for (const CLI::App* parsed : program.get_subcommands()) count += parsed->count(name);
+      if (count > 1) refuseArguments(std::string(name) + " stands twice");
     }
   }
 

@@ -39,12 +39,14 @@ void complain(const std::string& what) {
 }
 
 /// Puts the null device in place of standard streams that whoever started the program has closed; a file that is
-/// opened later would take their place, be run as input and be written into. It reads as empty and can't be written.
+/// opened later would take their place, be run as input and be written into. It is opened the wrong way round: what is
+/// closed can't be read or written.
 void openStandardStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(stream, F_GETFD) >= 0) continue;
     // The lowest descriptor that is free is the one that is missing.
-    if (::open("/dev/null", O_RDONLY) != stream) throw std::system_error(errno, std::generic_category(), "/dev/null");
+    const int wrongWay = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    if (::open("/dev/null", wrongWay) != stream) throw std::system_error(errno, std::generic_category(), "/dev/null");
   }
 }
 

@@ -62,6 +62,7 @@ Lines clearFaults(Session& session, const Words& words) {
   wantCount(words, 1, 2, ".fault clear [NUMBER]");
   const bool all = words.size() == 1;
   const auto id = all ? std::nullopt : text::numberIn<std::uint64_t>(words[1]);
+  if (!all && !id) refuse("the number of a fault is wanted, not '" + words[1] + "'");
   const std::vector<seam::Fault>& faults = session.device().faults();
   const auto isMeant = [&](const seam::Fault& fault) { return all || fault.id == id; };
   if (!all && std::none_of(faults.begin(), faults.end(), isMeant)) refuse("there is no fault " + words[1]);

@@ -93,6 +93,7 @@ Lines Session::source(const std::string& file) {
 }
 
 std::filesystem::path Session::resolve(const std::string& file) const {
+  if (file.empty()) throw std::invalid_argument("a file is wanted, not an empty text");
   return directories_.back() / file;
 }
 

@@ -60,7 +60,7 @@ class Session {
   std::string errorLine(const std::string& reason);
   /// Runs the input lines of a transcript file. @return what they print.
   Lines source(const std::string& file);
-  /// A file that an input names, as it can be opened.
+  /// A file that an input names, as it can be opened. @throws std::invalid_argument for an empty name.
   std::filesystem::path resolve(const std::string& file) const;
   /// All of a file that an input names. @throws std::runtime_error `cannot read FILE: REASON`, the file named as there:
   /// wherever a transcript is checked from, it prints the same.

@@ -189,6 +189,20 @@ std::string printable(std::string_view bytes) {
   return text;
 }
 
+std::string asWord(std::string_view text) {
+  if (!text.empty() && text.find_first_of(" \t'\"\\") == text.npos) return std::string(text);
+  std::string word = "'";
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '\'') {
+      word += "'\\''";
+    } else {
+      word += text[at];
+      if (text.substr(at).starts_with("\\x")) word += "''";
+    }
+  }
+  return word + "'";
+}
+
 bool isUtf8(std::string_view bytes) {
   return allPoints(bytes, [](char32_t) { return true; });
 }

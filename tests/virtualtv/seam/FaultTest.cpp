@@ -76,8 +76,10 @@ TEST(FaultWords, ANumberBeyondItsFieldIsRefusedWithTheRange) {
       {"{200=9223372036854775808}",
        "field 200 takes a number from -9223372036854775808 to 9223372036854775807 or a text between double quotes, "
        "not '9223372036854775808'"},
-      {"{99999999999=1}", "a record as in {12=281,16=\"News\"} is wanted, not '{99999999999=1}'"},
-      {"{-1=1}", "a record as in {12=281,16=\"News\"} is wanted, not '{-1=1}'"},
+      {"{99999999999=1}", "a field has a number from 0 to 2147483647, not '99999999999'"},
+      {"{12=5,2147483648=1}", "a field has a number from 0 to 2147483647, not '2147483648'"},
+      {"{-1=1}", "a field has a number from 0 to 2147483647, not '-1'"},
+      {"{=1}", "a record as in {12=281,16=\"News\"} is wanted, not '{=1}'"},
   };
   for (const auto& [record, reason] : bad) {
     EXPECT_EQ(refusal({"IService::FindService", "out.service=" + record}), place + reason);

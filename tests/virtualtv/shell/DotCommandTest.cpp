@@ -208,6 +208,49 @@ TEST_F(DotCommandTest, SetTakesNamesWithOddUnits) {
   EXPECT_EQ(run(".get service.#1.name"), "service.#1.name = \"a\\uD800\\u0001b\"");
 }
 
+TEST_F(DotCommandTest, SetRefusesATextThatStartsWithAQuoteAndIsNotQuoted) {
+  const std::string before = run(".get service.#1.name");
+  for (const std::string bad : {"\"abc", "\"", "\"\\uZZZZ\"", "\"abc\"def", "\"abc\\\"", "\"\\u12\""}) {
+    EXPECT_EQ(run(".set service.#1.name '" + bad + "'"),
+              "error: field 16 (CHANNEL_NAME) takes a text between double quotes, not '" + bad + "'");
+    EXPECT_TRUE(
+        run(".set service.#1.201 '" + bad + "'").ends_with(" or a text between double quotes, not '" + bad + "'"));
+  }
+  EXPECT_EQ(run(".get service.#1.name"), before);
+  EXPECT_EQ(run(".set service.#1.name 'a\"b\\u'"), "");
+  EXPECT_EQ(run(".get service.#1.name"), "service.#1.name = \"a\\\"b\\\\u\"");
+}
+
+TEST_F(DotCommandTest, SetSaysOfAGroupThatItIsOne) {
+  for (const std::string group : {"main", "latency", "input", "input.13", "service.#1"}) {
+    EXPECT_EQ(run(".set " + group + " 5"),
+              "error: '" + group + "' is a group of knobs; '.get " + group + "' prints them");
+  }
+  EXPECT_EQ(run(".set service.#999 5"), "error: there is no service #999");
+  EXPECT_EQ(run(".set mai 5"), "error: there is no knob 'mai'; '.help knobs' lists them");
+}
+
+TEST_F(DotCommandTest, SetTellsTheFormOfATvModeAndTheNumbersOfFields) {
+  for (const std::string mode : {"1,2,3", "1", "1,2,", ",,"}) {
+    EXPECT_EQ(run(".set main.mode " + mode), "error: '" + mode + "': ANTENNA,SERVICE is wanted");
+  }
+  for (const std::string field : {"4294967295", "2147483648", "-1", "99999999999999999999"}) {
+    const std::string error = "error: a field has a number from 0 to 2147483647, not '" + field + "'";
+    EXPECT_EQ(run(".set service.#1." + field + " 4"), error);
+    EXPECT_EQ(run(".get service.#1." + field), error);
+  }
+  EXPECT_EQ(run(".set service.#1.2147483647 4"), "");
+  EXPECT_EQ(run(".get service.#1.-"), "error: there is no field '-'");
+}
+
+TEST_F(DotCommandTest, AnEmptyNameOfAFileIsRefusedWithWhatIsWanted) {
+  for (const char* command : {".snapshot ''", ".restore ''", ".source ''"}) {
+    EXPECT_EQ(run(command), "error: a file is wanted, not an empty text") << command;
+  }
+  EXPECT_EQ(run(".import ''"), "error: FILE: a file is wanted, not an empty text");
+  EXPECT_EQ(run(".import list --format="), "error: --format: the name of a format is wanted, not an empty text");
+}
+
 TEST_F(DotCommandTest, ABackslashBetweenQuotesIsWrittenAsSetTakesIt) {
   const std::string name = "\"a\\\\x41\\u0001\"";
   run(".set service.#1.name '" + name + "'");
@@ -319,7 +362,8 @@ TEST_F(DotCommandTest, ImportTakesTheOptionsOfTheProgram) {
   EXPECT_EQ(run(".import list --encoding none"),
             "error: --encoding: there is no encoding 'none'; 'iconv -l' lists those that there are");
   EXPECT_EQ(run(".import list --encoding UTF-16"),
-            "error: --encoding: a list can't be in the encoding 'UTF-16', which has no ASCII in it");
+            "error: --encoding: a list can't be in the encoding 'UTF-16', in which not every ASCII character is the "
+            "byte itself");
   for (const char* empty : {".import --encoding= list", ".import list --encoding=", ".import list --encoding ''"}) {
     EXPECT_EQ(run(empty), "error: --encoding: the name of an encoding is wanted, not an empty text") << empty;
   }
@@ -335,8 +379,7 @@ TEST_F(DotCommandTest, ImportOfWhatIsNoListIsAnErrorAndKeepsTheServices) {
             "error: noise: not a channel list of a known format: VDR's channels.conf (vdr), libdvbv5 (dvbv5)");
   EXPECT_TRUE(run(".import none").starts_with("error: cannot read "));
   const std::string usage = "error: usage: .import FILE [--add] [--format NAME] [--encoding NAME]";
-  for (const char* bad :
-       {".import", ".import ''", ".import a b", ".import a --all", ".import a --format", ".import --add"}) {
+  for (const char* bad : {".import", ".import a b", ".import a --all", ".import a --format", ".import --add"}) {
     EXPECT_EQ(run(bad), usage) << bad;
   }
   EXPECT_EQ(run(".get services"), before);
@@ -448,6 +491,18 @@ TEST_F(DotCommandTest, RestartKeepsWhatASetKeepsAndClosesTheEngines) {
   EXPECT_EQ(run("count"), "int 1");
   EXPECT_EQ(run("read a"), "int 5");
   EXPECT_EQ(run(".get country"), "country = 9");
+}
+
+TEST_F(DotCommandTest, RestartKeepsTheNameOfTheEngineInUseAndWhatAppSaid) {
+  run(".app org.example.tv");
+  run(".engine other");
+  run(".app org.example.radio");
+  run(".restart");
+  EXPECT_EQ(run(".engine"), "no engine is open");
+  EXPECT_EQ(run("app"), "ascii org.example.radio");
+  EXPECT_EQ(run(".engine"), "engine other (in use)");
+  run(".engine main");
+  EXPECT_EQ(run("app"), "ascii org.example.tv");
 }
 
 TEST_F(DotCommandTest, RestartEndsFaultsAndLatenciesButNotTheTrace) {

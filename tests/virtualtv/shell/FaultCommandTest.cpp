@@ -34,6 +34,26 @@ TEST_F(FaultCommandTest, FaultsAreListedWithTheirHits) {
   EXPECT_EQ(run(".fault"), "no faults");
 }
 
+TEST_F(FaultCommandTest, ListedFaultsCanBeTypedInAgain) {
+  for (const std::string fault :
+       {"vconf_get_str times=1 result='a b'", "vconf_get_str times=1 result=''",
+        "vconf_get_str times=1 result='it'\\''s'", "vconf_get_str times=1 result='\"a\\b\"'",
+        "vconf_get_str times=1 result='a\\''x41\\\\''x'", "vconf_get_str nth=2 always engine='my \"app\"' result=plain",
+        "IService::FindService times=1 out.service='{16=\"News 24\"}'", "vconf_get_int times=1 out.value=-5"}) {
+    EXPECT_EQ(run(".fault " + fault), "");
+    const std::string listed = run(".fault");
+    const std::size_t start = listed.find(": ") + 2;
+    EXPECT_EQ(listed.substr(start), fault + " (hits: 0)");
+    const std::string words = session->device().faults().front().result;
+    run(".fault clear");
+    EXPECT_EQ(run(".fault " + fault), "");
+    EXPECT_EQ(session->device().faults().front().result, words);
+    run(".fault clear");
+  }
+  run(".fault vconf_get_str 'result=a\\x41'");
+  EXPECT_TRUE(run(".fault").ends_with(": vconf_get_str times=1 result='a\\''x41' (hits: 0)")) << run(".fault");
+}
+
 TEST_F(FaultCommandTest, FaultsAreRemovedOneByOneByNumbersThatAreNotGivenTwice) {
   for (const char* key : {"vconf_get_int", "vconf_set_int", "vconf_get_int"}) {
     run(".fault " + std::string(key) + " result=-1 always");
@@ -46,7 +66,8 @@ TEST_F(FaultCommandTest, FaultsAreRemovedOneByOneByNumbersThatAreNotGivenTwice) 
                                     "fault 4: vconf_set_str times=1 result=-1 (hits: 0)"}));
   EXPECT_EQ(run(".fault clear 2"), "error: there is no fault 2");
   EXPECT_EQ(run(".fault clear 0"), "error: there is no fault 0");
-  EXPECT_EQ(run(".fault clear x"), "error: there is no fault x");
+  EXPECT_EQ(run(".fault clear x"), "error: the number of a fault is wanted, not 'x'");
+  EXPECT_EQ(run(".fault clear ''"), "error: the number of a fault is wanted, not ''");
   EXPECT_EQ(run(".fault clear 1 3"), "error: usage: .fault clear [NUMBER]");
 }
 

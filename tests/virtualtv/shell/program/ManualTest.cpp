@@ -111,7 +111,7 @@ TEST_F(ManualOfTheProgram, TellsTheMessageOfEachBadArgument) {
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(std::to_string(ended.status), row[2]) << row[0];
   }
-  EXPECT_EQ(tried, 12);
+  EXPECT_EQ(tried, 15);
 }
 
 /// A set's files, and what can happen to them.
@@ -137,6 +137,10 @@ class State {
     sqlite3* const handle = open();
     EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql << sqlite3_errmsg(handle);
     sqlite3_close(handle);
+  }
+  void damageFront() const {
+    constexpr std::size_t header = 100;
+    test::overwrite(database_, header, std::string(1000, '\x5a'));
   }
   void damageWhatIsKept() const {
     constexpr std::size_t page = 4096;
@@ -187,6 +191,7 @@ TEST_F(ManualOfStates, TellsTheMessageOfEachStateThatCantBeRead) {
       {"is empty, or has a single byte", [](State& kept) { kept.hold("x"); }},
       {"is gone, but `tv.db-wal` is not", [](State& kept) { kept.loseDatabase(); }},
       {"is damaged at its front, or no database", [](State& kept) { kept.hold(std::string(8192, 'x')); }},
+      {"is damaged behind the first 100 bytes of its front", [](State& kept) { kept.damageFront(); }},
       {"is a database without tables", [](State& kept) { kept.becomeOther("VACUUM"); }},
       {"is a database of another program", [](State& kept) { kept.becomeOther("CREATE TABLE theirs(x)"); }},
       {"was written by a newer version", [](State& kept) { kept.tell("PRAGMA user_version = 3"); }},

@@ -145,7 +145,14 @@ TEST_F(ProgramTest, StateMayBeNamedBeforeTheSubcommandOrBehindIt) {
   }
   EXPECT_FALSE(fs::exists(folder / "xdg"));
   EXPECT_NE(run({"exec", "--log", "0", "GetSource"}).err, "");
-  expectError(run({"--state", directory, "exec", "--state", directory, "GetSource"}), {"--state stands twice"});
+  for (const std::vector<std::string>& twice :
+       {std::vector<std::string>{"--state", directory, "exec", "--state", directory, "GetSource"},
+        {"--state", directory, "--state", directory, "exec", "GetSource"},
+        {"exec", "--state", directory, "--state=" + directory, "GetSource"},
+        {"--state", directory, "--state", directory}}) {
+    expectError(run(twice), {"emp-window: --state stands twice ("});
+  }
+  expectError(run({"--log", "1", "--log", "2", "exec", "GetSource"}), {"emp-window: --log stands twice ("});
 }
 
 TEST_F(ProgramTest, AnEmptyNameOfAStateDirectoryIsAnErrorAndNotTheUsersOwn) {
@@ -159,6 +166,31 @@ TEST_F(ProgramTest, AnEmptyNameOfAStateDirectoryIsAnErrorAndNotTheUsersOwn) {
     EXPECT_EQ(refused.out, "");
   }
   EXPECT_FALSE(fs::exists(folder / "xdg"));
+}
+
+TEST_F(ProgramTest, AnEmptyNameIsAnErrorThatSaysWhatIsWanted) {
+  const std::string transcript = made("t", "> GetSource 2\nint 0\n");
+  const std::vector<std::pair<std::vector<std::string>, std::string>> calls{
+      {{"import", ""}, "FILE: a file"},
+      {{"check", ""}, "FILE: a file"},
+      {{"check", transcript, ""}, "FILE: a file"},
+      {{"check", "--junit=", transcript}, "--junit: a file"},
+      {{"import", "--format=", transcript}, "--format: the name of a format"}};
+  for (const auto& [call, wanted] : calls) {
+    const Ending refused = run(call);
+    expectError(refused, {"emp-window: " + wanted + " is wanted, not an empty text ("});
+    EXPECT_EQ(refused.status, 2) << ::testing::PrintToString(call);
+  }
+}
+
+TEST_F(ProgramTest, AReportInPlaceOfATranscriptIsAnErrorAndTheTranscriptStays) {
+  const std::string text = "> GetSource 2\nint 0\n";
+  const std::string transcript = made("t", text);
+  const Ending refused = run({"check", "--junit", transcript, transcript});
+  expectError(refused, {"cannot write the report to " + transcript + ": it is the transcript " + transcript});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.out, "");
+  EXPECT_EQ(test::contentOf(transcript), text);
 }
 
 TEST_F(ProgramTest, AStateDirectoryThatCantBeHadIsAnError) {

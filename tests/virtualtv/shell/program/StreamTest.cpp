@@ -157,13 +157,17 @@ class ClosedStreamProgramTest : public ProgramTest {
   }
 };
 
-TEST_F(ClosedStreamProgramTest, InputThatIsClosedIsEmpty) {
+TEST_F(ClosedStreamProgramTest, InputThatIsClosedCantBeRead) {
   const Ending shell = runOnSet({STDIN_FILENO}, {"shell"});
   EXPECT_EQ(shell.out, "");
-  EXPECT_EQ(shell.err, "");
-  EXPECT_EQ(shell.status, 0);
-  EXPECT_EQ(runOnSet({STDIN_FILENO}, {"exec", "GetSource", "2"}).out, "int 0\n");
-  expectError(runOnSet({STDIN_FILENO}, {"import", "--format", "vdr", "-"}), {"standard input: no service in it"});
+  expectError(shell, {"emp-window: cannot read standard input:1: Bad file descriptor\n"});
+  EXPECT_EQ(shell.status, 2);
+  const Ending import = runOnSet({STDIN_FILENO}, {"import", "-"});
+  expectError(import, {"emp-window: cannot read standard input: Bad file descriptor\n"});
+  EXPECT_EQ(import.status, 2);
+  const Ending exec = runOnSet({STDIN_FILENO}, {"exec", "GetSource", "2"});
+  EXPECT_EQ(exec.out, "int 0\n");
+  EXPECT_EQ(exec.status, 0) << "it reads none";
   expectLockIntact();
 }
 
@@ -191,7 +195,7 @@ TEST_F(ClosedStreamProgramTest, MessagesAreLostWhereErrorIsClosed) {
 
 TEST_F(ClosedStreamProgramTest, AllMayBeClosed) {
   EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"exec", "GetSource"}).status, 2);
-  EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"shell"}).status, 0);
+  EXPECT_EQ(runOnSet({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}, {"shell"}).status, 2);
   expectLockIntact();
 }
 
