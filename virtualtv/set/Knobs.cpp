@@ -51,11 +51,10 @@ std::optional<Parts> match(std::string_view knob, std::string_view name) {
 }
 
 template <typename Use>
-auto withKnob(Tv& tv, const std::string& name, Use use) {
+auto withKnob(const std::string& name, Use use) {
   for (const Knob& knob : knobs()) {
     if (const auto parts = match(knob.name, name)) return use(knob, *parts);
   }
-  if (!knobsOf(tv, name).empty()) refuse("'" + name + "' is a group of knobs; '.get " + name + "' prints them");
   refuse("there is no knob '" + name + "'; '.help knobs' lists them");
 }
 
@@ -101,7 +100,7 @@ std::vector<std::string> knobsOf(Tv& tv, const std::string& group) {
 }
 
 std::string getKnob(Tv& tv, const std::string& name) {
-  return withKnob(tv, name, [&](const Knob& knob, const Parts& parts) { return knob.get(tv, parts); });
+  return withKnob(name, [&](const Knob& knob, const Parts& parts) { return knob.get(tv, parts); });
 }
 
 bool canBeSet(const std::string& name) {
@@ -109,7 +108,8 @@ bool canBeSet(const std::string& name) {
 }
 
 void setKnob(Tv& tv, const std::string& name, const std::string& value) {
-  withKnob(tv, name, [&](const Knob& knob, const Parts& parts) {
+  if (!knobsOf(tv, name).empty()) refuse("'" + name + "' is a group of knobs; '.get " + name + "' prints them");
+  withKnob(name, [&](const Knob& knob, const Parts& parts) {
     if (knob.set == nullptr) refuse("'" + name + "' can only be read");
     knob.set(tv, parts, value);
   });

@@ -31,14 +31,14 @@ std::vector<std::string> knobNames(Tv& tv);
 /// @throws std::invalid_argument when there is no such service.
 std::vector<std::string> knobsOf(Tv& tv, const std::string& group);
 
-/// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob; says
-/// so of a group.
+/// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob.
 std::string getKnob(Tv& tv, const std::string& name);
 
 /// False for a knob that can only be read. @throws std::invalid_argument when there is no such knob.
 bool canBeSet(const std::string& name);
 
-/// Turns the knob of that name. @throws std::invalid_argument when there is none, or when it does not take `value`.
+/// Turns the knob of that name. @throws std::invalid_argument when there is none or it is a group's name, and when it
+/// does not take `value`.
 void setKnob(Tv& tv, const std::string& name, const std::string& value);
 
 }  // namespace virtualtv

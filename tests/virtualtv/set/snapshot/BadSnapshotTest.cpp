@@ -85,7 +85,7 @@ TEST_F(BadSnapshot, HasNoComments) {
   EXPECT_EQ(with("/* a */", "\"version\""), none + "line 1, column 2: JSON has no comments");
   EXPECT_EQ(with("// a\n", ",\n\"state\""), none + "line 1, column 14: JSON has no comments");
   EXPECT_EQ(with(" /* a */", "\"key\""),
-            none + "line " + std::to_string(lineOf(text, "\"key\"")) + ", column 2: JSON has no comments");
+            none + "line " + std::to_string(lineOf(text, "\"key\"")) + ", column 3: JSON has no comments");
   for (const std::string behind : {"// a", "/* a */", "x", "{}", "1", ",", "\"", "/"}) {
     EXPECT_TRUE(refusalOf(text + behind).starts_with(none + "line ")) << behind;
     EXPECT_TRUE(refusalOf(behind + "\n" + text).starts_with(none + "line ")) << behind;
