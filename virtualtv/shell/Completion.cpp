@@ -61,7 +61,7 @@ Lines settingKeys(Session& session) {
   return keys;
 }
 
-/// What stands in front of the equals sign of a fault's word; of each word that may stand once.
+/// The option that a word of a fault gives. Each option may stand once.
 std::string optionOf(const std::string& word) {
   return word == "always" ? "times" : word.substr(0, word.find('='));
 }
@@ -81,7 +81,7 @@ Lines resultWords(const seam::Operation& operation) {
   return words;
 }
 
-/// The open engines once their names are wanted, before that the word that they stand behind.
+/// The open engines where `engine=` is typed; otherwise that word.
 Lines engineWords(Session& session, const std::string& typed) {
   constexpr std::string_view start = "engine=";
   if (!typed.starts_with(start)) return {std::string(start)};
@@ -125,8 +125,8 @@ Lines faultArguments(Session& session, const Lines& before, const std::string& t
   return before.size() == 2 ? numbersOfFaults(session) : Lines();
 }
 
-/// Commands that may stand behind a `+`: those that take a parameter list. The others do not, so that they are told
-/// only where none of these is meant.
+/// Commands for behind a `+`: those that take a parameter list. The plug-in refuses the others there, so that they are
+/// offered only where none of these fits.
 Lines wordsBehindPlus(const std::string& typed) {
   Lines names = listCommandNames();
   const bool fits = std::any_of(names.begin(), names.end(), [&](const auto& name) { return name.starts_with(typed); });

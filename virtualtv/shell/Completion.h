@@ -15,8 +15,8 @@ Lines completions(Session& session, std::string_view line);
 
 /// The same without a look at what there is of the last word: all words that may stand there.
 /// @param before  the words in front of it, none where it is the first one.
-/// @param typed  as much of it as there is; where the words are too many, tells which are wanted: files of a folder,
-/// knobs of a service.
+/// @param typed  as much of it as there is. It chooses among words that are many: files by their folder, knobs by their
+/// service.
 Lines wordsBehind(Session& session, const Lines& before, const std::string& typed);
 
 /// What to type behind a half-typed line so that its last word becomes what all of `words` start with; a single word is

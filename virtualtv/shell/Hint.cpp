@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <cstddef>
+#include <exception>
 #include <stdexcept>
 #include <utility>
 
@@ -211,12 +212,14 @@ Lines topicsMeant(std::string_view word) {
 }
 
 /// The knobs or operations that were most likely meant; none where there is one of that name.
-Lines namesMeant(Session& session, const std::string& command, const std::string& word) {
+Lines namesMeant(Session& session, const std::string& command, const std::string& word) try {
   const Lines known = wordsBehind(session, {command == ".set" ? ".get" : command}, word);
   if (std::find(known.begin(), known.end(), word) != known.end()) return {};
   Lines offered = wordsBehind(session, {command}, word);
   std::erase_if(offered, [](const std::string& name) { return name.ends_with('#'); });  // not a whole name
   return nearest(word, offered);
+} catch (const std::exception&) {
+  return {};  // the set can't be read, which the line has told
 }
 
 /// On a command of the set that was given a name which there is not.

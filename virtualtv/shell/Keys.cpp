@@ -128,8 +128,8 @@ void Keys::prepareTerminal() {
   el_set(editor_, EL_PREP_TERM, 1);
 }
 
-/// Gives the terminal the settings that it had before. Those that the editor has while a line is run are not the same:
-/// no key interrupts.
+/// Gives the terminal the settings that it had before. The editor's own settings for running a line differ: no key
+/// interrupts.
 void Keys::restoreTerminal() {
   el_set(editor_, EL_PREP_TERM, 0);
   ::tcsetattr(STDIN_FILENO, TCSADRAIN, &before_);
