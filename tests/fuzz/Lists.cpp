@@ -76,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static Bench bench;
   virtualtv::import::recognise(content);
   for (const Format& format : virtualtv::import::formats()) {
-    for (const char* encoding : {"ISO-8859-2", "SHIFT_JIS", ""}) {
+    for (const char* encoding : {"ISO-8859-2", "CP932", ""}) {
       const Result result = virtualtv::import::read(content, format, encoding);
       lookAtProblems(result.problems, content);
       lookAtServices(result);
