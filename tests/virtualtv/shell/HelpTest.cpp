@@ -37,7 +37,8 @@ TEST(Help, TheOverviewNamesEachDotCommand) {
 TEST(Help, ALongUsageDoesNotPushTheOthersHelpAside) {
   for (const auto& [topic, line, widest] : {std::tuple{"", "  .get [NAME]", 44}, {"commands", "  GetTVMode", 54}}) {
     const Lines told = helpOn(topic);
-    const auto row = std::find_if(told.begin(), told.end(), [&](const auto& one) { return one.starts_with(line); });
+    const auto row =
+        std::find_if(told.begin(), told.end(), [start = line](const auto& one) { return one.starts_with(start); });
     ASSERT_NE(row, told.end()) << line;
     EXPECT_LE(row->find_first_not_of(' ', std::string_view(line).size()), static_cast<std::size_t>(widest)) << *row;
   }
