@@ -9,7 +9,6 @@ using virtualtv::AudioTrack;
 using virtualtv::Service;
 using virtualtv::SubtitleTrack;
 using virtualtv::Tv;
-using virtualtv::WindowId;
 
 namespace {
 
