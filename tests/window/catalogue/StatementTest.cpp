@@ -5,7 +5,6 @@
 
 namespace {
 
-using support::Lines;
 using virtualtv::WindowId;
 
 constexpr const char* mainKey = "db/emp/mainsource";
