@@ -1,5 +1,6 @@
 #include "set/Knobs.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -48,6 +49,11 @@ std::optional<Parts> match(std::string_view knob, std::string_view name) {
   }
   if (!knob.empty() || !name.empty()) return std::nullopt;
   return parts;
+}
+
+bool isKnob(const std::string& name) {
+  const std::span<const Knob> all = knobs();
+  return std::any_of(all.begin(), all.end(), [&](const Knob& knob) { return match(knob.name, name).has_value(); });
 }
 
 template <typename Use>
@@ -108,7 +114,8 @@ bool canBeSet(const std::string& name) {
 }
 
 void setKnob(Tv& tv, const std::string& name, const std::string& value) {
-  if (!knobsOf(tv, name).empty()) refuse("'" + name + "' is a group of knobs; '.get " + name + "' prints them");
+  if (!isKnob(name) && !knobsOf(tv, name).empty())
+    refuse("'" + name + "' is a group of knobs; '.get " + name + "' prints them");
   withKnob(name, [&](const Knob& knob, const Parts& parts) {
     if (knob.set == nullptr) refuse("'" + name + "' can only be read");
     knob.set(tv, parts, value);

@@ -4,7 +4,6 @@
 #include <limits>
 #include <string>
 #include <type_traits>
-#include <utility>
 
 #include "set/State.h"
 #include "text/Numbers.h"

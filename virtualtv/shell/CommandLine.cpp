@@ -9,12 +9,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "framework/Reply.h"
