@@ -158,6 +158,18 @@ std::optional<std::string> refusal(const fs::path& folder, Step step) {
   }
 }
 
+/// A database as it is once SQLite was told to keep a log beside it: the header says so, and counts the change. One
+/// whose header says otherwise, by damage or because somebody switched it over, is switched before it is read.
+std::string withLog(std::string database) {
+  constexpr std::size_t formats = 18;  // of reading and of writing, a byte each; 2 for one with a log
+  constexpr std::size_t changes = 24;
+  constexpr std::size_t changesSeen = 92;
+  if (database.size() < page || database.compare(formats, 2, "\2\2") == 0) return database;
+  database.replace(formats, 2, "\2\2");
+  for (const std::size_t count : {changes, changesSeen}) database[count + 3]++;
+  return database;
+}
+
 /// It may quote what a database holds as it is: the one who shows it makes a line of it.
 void demandReason(const std::string& text) {
   demand(text.find_first_not_of(" \n") != text.npos, "it is refused without a reason");
@@ -250,7 +262,9 @@ class Attempt {
     demand(files_ != examples_.switchedOff && files_ != examples_.powerLost, "a sound one is refused: " + reason);
     // One that is whole, but keeps what the set can't use, may take what its log has.
     const bool damaged = reason.find("the file is damaged") != reason.npos;
-    demand(!damaged || filesIn(folder_.path()).database == files_.database, "no longer as it was, yet " + reason);
+    const std::string left = filesIn(folder_.path()).database;
+    const bool isAsItWas = left == files_.database || left == withLog(files_.database);
+    demand(!damaged || isAsItWas, "no longer as it was, yet " + reason);
   }
 
   const Examples& examples_;

@@ -12,13 +12,14 @@
 #include <utility>
 #include <variant>
 
+#include "json/JsonPart.h"
+#include "json/Read.h"
 #include "services/FieldNames.h"
 #include "services/FieldNumbers.h"
 #include "services/Fields.h"
 #include "services/ListText.h"
 #include "services/ServiceStore.h"
 #include "set/EmbeddedSet.h"
-#include "set/JsonPart.h"
 #include "set/Persisted.h"
 #include "text/Numbers.h"
 #include "text/Units.h"
@@ -28,7 +29,7 @@ namespace virtualtv {
 namespace {
 
 constexpr const char* noSnapshot = "not a snapshot of a set";
-constexpr int deepest = 16;                                      // more than a snapshot is nested
+constexpr std::size_t deepest = 16;                              // more than a snapshot is nested
 constexpr std::int64_t mostExact = (std::int64_t{1} << 53) - 1;  // as far as readers have whole numbers
 
 // Texts.
@@ -239,42 +240,6 @@ void readService(const JsonPart& part, Snapshot& snapshot) {
 
 // The document as text.
 
-/// Throws the first of the errors that the parser tells: a line that names the place, a line that says what is wrong.
-[[noreturn]] void refuseText(const std::string& errors) {
-  std::istringstream lines(errors);
-  std::string place;
-  std::string reason;
-  std::getline(lines, place);
-  std::getline(lines, reason);
-  const auto trimmed = [](const std::string& text) {
-    return text.substr(std::min(text.find_first_not_of(" *"), text.size()));
-  };
-  std::transform(place.begin(), place.end(), place.begin(), [](unsigned char letter) { return std::tolower(letter); });
-  const std::string line = trimmed(place) + ": " + trimmed(reason);
-  throw std::invalid_argument(std::string(noSnapshot) + ": " +
-                              text::printable(line.substr(0, line.find_last_not_of('.') + 1)));
-}
-
-/// Where in a text a comment starts, at a slash outside of strings, which JSON does not have; its end when there is
-/// none. The parser takes comments within objects and arrays, whatever it is told.
-std::size_t findComment(std::string_view text) {
-  bool inString = false;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '"') inString = !inString;
-    if (text[at] == '\\' && inString) ++at;
-    if (text[at] == '/' && !inString) return at;
-  }
-  return text.size();
-}
-
-void refuseComments(std::string_view text) {
-  const std::string_view before = text.substr(0, findComment(text));
-  if (before.size() == text.size()) return;
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;  // npos + 1 is 0
-  refuseText("line " + std::to_string(line) + ", column " + std::to_string(column) + "\nJSON has no comments");
-}
-
 /// Writes values, each in one line.
 class LineWriter {
  public:
@@ -350,17 +315,11 @@ std::string writeSnapshot(const Snapshot& snapshot) {
 }
 
 Snapshot readSnapshot(std::string_view text) {
-  Json::CharReaderBuilder builder;
-  Json::CharReaderBuilder::strictMode(&builder.settings_);
-  builder["stackLimit"] = deepest;
-  const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
   Json::Value document;
-  std::string errors;
   try {
-    if (!reader->parse(text.data(), text.data() + text.size(), &document, &errors)) refuseText(errors);
-    refuseComments(text);
-  } catch (const Json::Exception&) {
-    throw std::invalid_argument(std::string(noSnapshot) + ": it is nested too deep");
+    document = json::read(text::withoutMark(text), {.depth = deepest}, json::SameNames::refused);
+  } catch (const json::NotJson& error) {
+    throw std::invalid_argument(std::string(noSnapshot) + ": " + error.what());
   }
   return snapshotIn(document);
 }

@@ -78,15 +78,16 @@ bool isControl(char32_t point) {
   return point < 0x20 || (point >= 0x7F && point < 0xA0);
 }
 
-/// Whether all of `bytes` are UTF-8 and all code points are `wanted`.
+/// The front of `bytes` that is UTF-8 with wanted code points alone.
 template <typename Wanted>
-bool allPoints(std::string_view bytes, Wanted wanted) {
-  while (!bytes.empty()) {
-    const Decoded decoded = decode(bytes);
-    if (decoded.length == 0 || !wanted(decoded.point)) return false;
-    bytes.remove_prefix(decoded.length);
+std::string_view frontOf(std::string_view bytes, Wanted wanted) {
+  std::string_view rest = bytes;
+  while (!rest.empty()) {
+    const Decoded decoded = decode(rest);
+    if (decoded.length == 0 || !wanted(decoded.point)) break;
+    rest.remove_prefix(decoded.length);
   }
-  return true;
+  return bytes.substr(0, bytes.size() - rest.size());
 }
 
 void appendEscape(std::string& out, const char* format, unsigned value) {
@@ -203,12 +204,12 @@ std::string asWord(std::string_view text) {
   return word + "'";
 }
 
-bool isUtf8(std::string_view bytes) {
-  return allPoints(bytes, [](char32_t) { return true; });
+std::string_view utf8Front(std::string_view bytes) {
+  return frontOf(bytes, [](char32_t) { return true; });
 }
 
 bool isPrintable(std::string_view bytes) {
-  return allPoints(bytes, [](char32_t point) { return !isControl(point); });
+  return frontOf(bytes, [](char32_t point) { return !isControl(point); }).size() == bytes.size();
 }
 
 }  // namespace virtualtv::text

@@ -35,8 +35,13 @@ inline std::string_view withoutMark(std::string_view text) {
   return text.substr(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
 }
 
+/// The front of `bytes` that is UTF-8.
+std::string_view utf8Front(std::string_view bytes);
+
 /// True when all of `bytes` are UTF-8.
-bool isUtf8(std::string_view bytes);
+inline bool isUtf8(std::string_view bytes) {
+  return utf8Front(bytes).size() == bytes.size();
+}
 
 /// True when they also have no control characters.
 bool isPrintable(std::string_view bytes);

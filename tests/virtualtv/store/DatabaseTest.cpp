@@ -328,6 +328,18 @@ TEST_F(DatabaseFile, ThatProvesDamagedIsLeftAloneTogetherWithTheLogOfAProcessTha
   EXPECT_EQ(contentOf(log), logBefore);
 }
 
+TEST_F(DatabaseFile, ThatSomebodySwitchedToAnotherLogIsSwitchedBack) {
+  make(3);
+  constexpr std::size_t formats = 18;  // in the header: a byte of reading, a byte of writing
+  ASSERT_EQ(contentOf(file).substr(formats, 2), "\2\2");
+  overwrite(file, formats, "\1\1");
+  {
+    Database database(file, oldSchema);
+    EXPECT_EQ(count(database), 3);
+  }
+  EXPECT_EQ(contentOf(file).substr(formats, 2), "\2\2");
+}
+
 TEST_F(DatabaseFile, InADirectoryThatDoesNotExistFails) {
   const auto missing = directory / "missing/a.db";
   EXPECT_EQ(failureOf([&] { Database(missing, oldSchema); }),

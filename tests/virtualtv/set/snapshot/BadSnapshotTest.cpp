@@ -60,9 +60,11 @@ TEST_F(BadSnapshot, IsToldFromOneThatIsNone) {
   for (const char* const text : {"{}", "[]", R"({"services": []})"}) {
     EXPECT_EQ(refusalOf(std::string(text)), "not a snapshot of a set") << text;
   }
-  EXPECT_EQ(refusalOf(std::string(200, '[')), "not a snapshot of a set: it is nested too deep");
+  EXPECT_EQ(refusalOf(std::string(200, '[')), "not a snapshot of a set: line 1, column 17: nested deeper than 16");
   EXPECT_EQ(refusalOf(std::string("{\"version\": 1,\n \"version\": 1}")),
             "not a snapshot of a set: line 2, column 2: Duplicate key: 'version'");
+  EXPECT_EQ(refusalOf(std::string("{\"version\": 1}\0", 15)),
+            "not a snapshot of a set: line 1, column 15: nothing more is wanted behind the value");
 }
 
 TEST_F(BadSnapshot, OfAnotherVersionSaysWhichIsRead) {

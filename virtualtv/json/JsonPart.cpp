@@ -1,4 +1,4 @@
-#include "set/JsonPart.h"
+#include "json/JsonPart.h"
 
 #include <algorithm>
 #include <utility>
