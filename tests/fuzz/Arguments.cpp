@@ -14,7 +14,7 @@
 
 #include "EmpAppWindow.h"
 #include "fuzz/support/Demand.h"
-#include "shell/CommandLine.h"
+#include "program/CommandLine.h"
 #include "shell/Lines.h"
 #include "virtualtv/support/Support.h"
 
@@ -22,7 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using fuzz::demand;
-using virtualtv::shell::ExitStatus;
+using virtualtv::program::ExitStatus;
 
 /// What stands in place of a standard stream as long as this lives.
 template <typename Stream>
@@ -76,7 +76,7 @@ ExitStatus run(std::vector<std::string>& words) {
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   kel::CEmpAppWindow app;
-  return virtualtv::shell::runCommandLine(static_cast<int>(words.size()), arguments.data(), app);
+  return virtualtv::program::runCommandLine(static_cast<int>(words.size()), arguments.data(), app);
 }
 
 }  // namespace
@@ -99,9 +99,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     status = run(words);
     told = err.text();
   }
-  demand(status >= virtualtv::shell::allWell && status <= virtualtv::shell::unusable,
+  demand(status >= virtualtv::program::allWell && status <= virtualtv::program::unusable,
          "status " + std::to_string(status));
-  demand(status != virtualtv::shell::unusable || told.find("emp-window: ") != told.npos, "unusable, without a word");
+  demand(status != virtualtv::program::unusable || told.find("emp-window: ") != told.npos, "unusable, without a word");
   demand(told.empty() || told.ends_with('\n'), "not whole lines: " + told);
   home.empty();
   home.fill();

@@ -1,6 +1,13 @@
 // JSON texts: what is taken, what is refused, and what is said of it.
 #include "json/Read.h"
 
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 namespace virtualtv::json {
 namespace {
 

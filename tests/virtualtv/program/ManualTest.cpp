@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "store/Statement.h"
-#include "virtualtv/shell/program/Program.h"
+#include "virtualtv/program/Program.h"
 
 namespace virtualtv::shell {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "kel/CEmpAppBase.h"
 
-namespace virtualtv::shell {
+namespace virtualtv::program {
 
 /// What the program ends with.
 enum ExitStatus : int {
@@ -17,4 +17,4 @@ enum ExitStatus : int {
 /// @param app  the plug-in.
 ExitStatus runCommandLine(int argc, char** argv, kel::CEmpAppBase& app);
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::program

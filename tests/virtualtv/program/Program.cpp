@@ -1,4 +1,4 @@
-#include "virtualtv/shell/program/Program.h"
+#include "virtualtv/program/Program.h"
 
 #include <fcntl.h>
 #include <poll.h>

@@ -1,4 +1,4 @@
-#include "shell/CommandLine.h"
+#include "program/CommandLine.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,17 +16,19 @@
 #include <vector>
 
 #include "framework/Reply.h"
+#include "program/Terminal.h"
 #include "shell/Arguments.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/Reason.h"
 #include "shell/Session.h"
 #include "shell/Show.h"
-#include "shell/Terminal.h"
 #include "shell/Transcript.h"
 #include "text/Units.h"
 
-namespace virtualtv::shell {
+namespace virtualtv::program {
+
+using namespace shell;
 
 namespace {
 
@@ -257,4 +259,4 @@ ExitStatus runCommandLine(int argc, char** argv, kel::CEmpAppBase& app) {
   return status;
 }
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::program

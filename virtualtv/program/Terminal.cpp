@@ -1,4 +1,4 @@
-#include "shell/Terminal.h"
+#include "program/Terminal.h"
 
 #include <histedit.h>
 #include <langinfo.h>
@@ -11,13 +11,15 @@
 #include <string>
 #include <string_view>
 
+#include "program/Keys.h"
 #include "shell/Completion.h"
 #include "shell/Hint.h"
-#include "shell/Keys.h"
 #include "shell/Table.h"
 #include "shell/Transcript.h"
 
-namespace virtualtv::shell {
+namespace virtualtv::program {
+
+using namespace shell;
 
 namespace {
 
@@ -183,4 +185,4 @@ void talk(Session& session, const std::filesystem::path& history, const std::fun
   std::printf("\n");  // behind the prompt
 }
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::program

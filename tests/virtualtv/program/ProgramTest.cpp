@@ -1,4 +1,4 @@
-#include "virtualtv/shell/program/Program.h"
+#include "virtualtv/program/Program.h"
 
 #include <sqlite3.h>
 #include <unistd.h>

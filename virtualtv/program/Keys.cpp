@@ -1,4 +1,4 @@
-#include "shell/Keys.h"
+#include "program/Keys.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace virtualtv::shell {
+namespace virtualtv::program {
 
 namespace {
 
@@ -150,4 +150,4 @@ std::string Keys::textOf(std::wstring_view keys) {
   return text;
 }
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::program

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace virtualtv::shell {
+namespace virtualtv::program {
 
 /// Reads what a person types, for an editor of lines, and handles the signals that arrive while it waits. A signal to
 /// end or to stop does what it does to any program, once the terminal has its old settings back; when the program is
@@ -56,4 +56,4 @@ class Keys {
   std::string bytes_;  ///< that are not a whole character yet
 };
 
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::program

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <string>
 
-#include "virtualtv/shell/program/Program.h"
+#include "virtualtv/program/Program.h"
 
 namespace virtualtv::shell {
 namespace {

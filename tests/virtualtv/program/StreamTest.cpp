@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "virtualtv/shell/SmallList.h"
-#include "virtualtv/shell/program/Program.h"
+#include "virtualtv/program/Program.h"
 
 namespace virtualtv::shell {
 namespace {
