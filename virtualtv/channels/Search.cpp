@@ -16,8 +16,8 @@ std::string lower(std::string text) {
 }
 
 template <typename Values>
-auto valueOf(const Values& values, int fieldId) {
-  const auto found = values.find(fieldId);
+auto valueOf(const Values& values, typename Values::key_type key) {
+  const auto found = values.find(key);
   return found == values.end() ? std::nullopt : std::optional(found->second);
 }
 
@@ -31,17 +31,15 @@ class Selection {
  public:
   explicit Selection(const ServiceQuery& query) : query_(query), lowerText_(lower(query.text)) {}
 
-  bool selectsAll() const { return lowerText_.empty() && !query_.antenna && !query_.kind; }
+  bool selectsAll() const {
+    return lowerText_.empty() && !query_.antenna && !query_.kind && !query_.group && !query_.favourite;
+  }
 
   bool selects(const Service& service) const {
     if (!lowerText_.empty() && !hasInName(service, lowerText_)) return false;
-    if (query_.antenna) {
-      const auto antenna = valueOf(service.numbers, TCServiceData::ANTENNA_MODE);
-      if (antenna != static_cast<std::uint64_t>(*query_.antenna)) return false;
-    }
-    if (!query_.kind) return true;
-    const auto type = valueOf(service.numbers, TCServiceData::CHANNEL_TYPE);
-    return type && kindOf(*type) == query_.kind;
+    if (query_.group && service.group != *query_.group) return false;
+    if (query_.favourite && valueOf(service.favourites, *query_.favourite) != true) return false;
+    return hasAntenna(service) && isOfKind(service);
   }
 
   bool isShown(std::size_t position) const {
@@ -49,6 +47,17 @@ class Selection {
   }
 
  private:
+  bool hasAntenna(const Service& service) const {
+    if (!query_.antenna) return true;
+    const auto antenna = valueOf(service.numbers, TCServiceData::ANTENNA_MODE);
+    return antenna == static_cast<std::uint64_t>(*query_.antenna);
+  }
+  bool isOfKind(const Service& service) const {
+    if (!query_.kind) return true;
+    const auto type = valueOf(service.numbers, TCServiceData::CHANNEL_TYPE);
+    return type && kindOf(*type) == query_.kind;
+  }
+
   const ServiceQuery& query_;
   std::string lowerText_;
 };

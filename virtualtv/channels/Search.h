@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
@@ -19,6 +20,8 @@ struct ServiceQuery {
   std::string text = {};  ///< UTF-8 that the name has in it, in ASCII letters of either case; empty for any
   std::optional<EAntennaMode> antenna = std::nullopt;           ///< what the service is received with
   std::optional<ServiceKind> kind = std::nullopt;               ///< what it brings
+  std::optional<std::string> group = std::nullopt;              ///< name of the list section that it was found in
+  std::optional<std::uint8_t> favourite = std::nullopt;         ///< favourite group that it is a member of
   std::size_t offset = 0;                                       ///< how many to leave out at the start
   std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< how many to show at most
 };

@@ -89,6 +89,10 @@ void Device::clearFaults() {
   while (!faults().empty()) removeFault(faults().front().id);
 }
 
+void Device::tell(const CommandRun& command) {
+  happened(command);
+}
+
 std::vector<std::string> Device::takeComplaints() {
   std::vector<std::string> complaints = std::exchange(complaints_, {});
   if (tv_) {

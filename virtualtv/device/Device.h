@@ -68,6 +68,11 @@ class Device {
   void clearFaults();
   const std::vector<seam::Fault>& faults() const { return seam::Seam::instance().faults(); }
 
+  /// True while any feed wants events.
+  bool isHeard() const { return hearsSet_; }
+  /// Tells feeds that want events of a command.
+  void tell(const CommandRun& command);
+
   /// Complaints of the set since the last call.
   std::vector<std::string> takeComplaints();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -7,8 +8,10 @@
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "framework/Host.h"
 #include "framework/Log.h"
@@ -35,10 +38,23 @@ struct FaultGone {
   std::uint64_t id;
 };
 
+/// A session has run a command. What that caused came before, with the same engine and number as the caller.
+struct CommandRun {
+  std::string session;              ///< its name
+  std::string engine;               ///< as the session calls it
+  seam::Caller caller{};            ///< the engine's key, and the number of the command
+  std::vector<std::string> words;   ///< name and parameters
+  bool list = false;                ///< the parameters were given as a list
+  std::optional<bool> accepted{};   ///< the engine's answer; nothing when it threw
+  std::string reply{};              ///< encoded, empty when there is none
+  std::uint64_t delay = 0;          ///< that latencies caused, milliseconds on the set's clock
+  std::chrono::nanoseconds took{};  ///< of real time
+};
+
 /// Something that happened on a device.
 struct Happening {
   using What = std::variant<Change, SetStarted, framework::EngineOpened, framework::EngineClosed, FaultSet, FaultHit,
-                            FaultGone, seam::Call, framework::LogLine>;
+                            FaultGone, CommandRun, seam::Call, framework::LogLine>;
 
   std::uint64_t revision;  ///< of the set, right behind it
   seam::Caller caller;     ///< the engine at work, and the number of its command; empty where none is

@@ -1,6 +1,7 @@
 #include "device/Session.h"
 
 #include <array>
+#include <chrono>
 #include <stdexcept>
 #include <utility>
 
@@ -76,13 +77,36 @@ bool Session::execute(const std::vector<std::string>& words, bool list, std::str
     throw TooManyParameters(words[0] + ": " + std::to_string(parameters.size()) + " parameters, at most " +
                             std::to_string(mostParameters) + " are passed");
   }
+  if (!device_.isHeard()) return run(words[0], parameters, list, ret);
+  using Clock = std::chrono::steady_clock;
+  const std::uint64_t clock = device_.tv().state().clock;
+  const Clock::time_point start = Clock::now();
+  CommandRun command{.session = name_, .engine = engine_, .words = words, .list = list};
+  const auto tell = [&] {
+    command.took = Clock::now() - start;
+    command.delay = device_.tv().state().clock - clock;
+    command.caller = {key(engine_), device_.host().commands(key(engine_))};
+    device_.tell(command);
+  };
+  try {
+    command.accepted = run(words[0], parameters, list, ret);
+  } catch (...) {
+    tell();
+    throw;
+  }
+  command.reply = ret;
+  tell();
+  return *command.accepted;
+}
+
+bool Session::run(const std::string& name, const std::vector<std::string>& parameters, bool list, std::string& ret) {
   openEngine();
   ++commands_;
   return device_.host().execute(key(engine_), [&](kel::CEmpEngineBase& engine) {
-    if (list) return engine.ExecuteWithParamList(ret, words[0], kel::ParamList(parameters));
+    if (list) return engine.ExecuteWithParamList(ret, name, kel::ParamList(parameters));
     std::array<std::string, mostParameters> p;
     for (std::size_t at = 0; at < parameters.size(); ++at) p[at] = parameters[at];
-    return engine.Execute(ret, words[0], p[0], p[1], p[2], p[3]);
+    return engine.Execute(ret, name, p[0], p[1], p[2], p[3]);
   });
 }
 

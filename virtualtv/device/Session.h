@@ -85,6 +85,7 @@ class Session {
   std::string key(const std::string& engine) const;
 
  private:
+  bool run(const std::string& name, const std::vector<std::string>& parameters, bool list, std::string& ret);
   void openEngine();
 
   Device& device_;

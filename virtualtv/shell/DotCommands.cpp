@@ -10,7 +10,6 @@
 #include "set/Knobs.h"
 #include "set/SnapshotJson.h"
 #include "shell/Arguments.h"
-#include "shell/Files.h"
 #include "shell/Help.h"
 #include "shell/ServiceTable.h"
 #include "shell/Session.h"
@@ -218,7 +217,7 @@ Lines reset(Session& session, const Words& words) {
 
 Lines snapshot(Session& session, const Words& words) {
   wantCount(words, 1, 1, ".snapshot FILE");
-  saveFile(session.resolve(words[0]), writeSnapshot(session.device().tv().snapshot()), words[0]);
+  session.save(words[0], writeSnapshot(session.device().tv().snapshot()));
   return {};
 }
 

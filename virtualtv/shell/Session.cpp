@@ -6,7 +6,6 @@
 #include "catalogue/Catalogue.h"
 #include "framework/Reply.h"
 #include "shell/DotCommands.h"
-#include "shell/Files.h"
 #include "shell/Reason.h"
 #include "shell/Show.h"
 #include "shell/Transcript.h"
@@ -33,9 +32,11 @@ void append(Lines& lines, Lines more) {
 
 }  // namespace
 
-Session::Session(device::Device& device, std::filesystem::path directory) : client_(device) {
-  directories_.push_back(std::move(directory));
-}
+Session::Session(device::Device& device, std::filesystem::path directory)
+    : client_(device), files_(allFiles()), directories_{std::move(directory)} {}
+
+Session::Session(device::Device& device, std::string name, const FileAccess& files)
+    : client_(device, std::move(name)), files_(files), directories_{files.start()} {}
 
 Lines Session::run(std::string_view input) {
   ++inputs_;
@@ -98,7 +99,11 @@ std::filesystem::path Session::resolve(const std::string& file) const {
 }
 
 std::string Session::read(const std::string& file) const {
-  return readFile(resolve(file), file);
+  return files_.read(resolve(file), file);
+}
+
+void Session::save(const std::string& file, std::string_view content) const {
+  files_.save(resolve(file), content, file);
 }
 
 std::string Session::errorLine(const std::string& reason) {

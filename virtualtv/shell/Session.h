@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "device/Session.h"
+#include "shell/FileAccess.h"
 #include "shell/Lines.h"
 
 namespace virtualtv::shell {
@@ -17,9 +18,14 @@ namespace virtualtv::shell {
 /// all speak through it.
 class Session {
  public:
+  /// A conversation of the one who runs the program.
   /// @param device  outlives it.
   /// @param directory  files that inputs name are relative to it.
   Session(device::Device& device, std::filesystem::path directory);
+  /// One of a client.
+  /// @param name  tells its engines from those of others.
+  /// @param files  what its inputs reach of files; outlives it.
+  Session(device::Device& device, std::string name, const FileAccess& files);
 
   /// Runs an input line, with or without `>` before it: `NAME p1..p4` calls the plug-in, `+ NAME p1...` calls it with a
   /// parameter list, `.NAME ...` speaks to the set. Nothing escapes: what goes wrong is a line `error: ...`.
@@ -62,6 +68,8 @@ class Session {
   Lines source(const std::string& file);
   /// A file that an input names, as it can be opened. @throws std::invalid_argument for an empty name.
   std::filesystem::path resolve(const std::string& file) const;
+  /// Writes a file that an input names. @throws std::runtime_error `cannot write FILE: REASON`.
+  void save(const std::string& file, std::string_view content) const;
   /// All of a file that an input names. @throws std::runtime_error `cannot read FILE: REASON`, the file named as there:
   /// wherever a transcript is checked from, it prints the same.
   std::string read(const std::string& file) const;
@@ -79,6 +87,7 @@ class Session {
   Lines watch(std::string_view input, const std::function<Lines()>& step, bool remember);
 
   device::Session client_;
+  const FileAccess& files_;
   std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last
   std::size_t inputs_ = 0;                          ///< that were given to `run`
   device::Deed lastDeed_;

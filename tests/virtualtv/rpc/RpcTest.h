@@ -1,0 +1,98 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <json/json.h>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "EmpAppWindow.h"
+#include "rpc/Server.h"
+#include "support/Assembly.h"
+
+namespace virtualtv::rpc {
+
+/// A time that passes when a test says so.
+class ManualClock {
+ public:
+  void after(std::chrono::milliseconds delay, std::function<void()> task) {
+    tasks_.emplace(now_ + delay, std::move(task));
+  }
+  void pass(std::chrono::milliseconds time);
+  bool isIdle() const { return tasks_.empty(); }
+
+ private:
+  std::chrono::milliseconds now_{0};
+  std::multimap<std::chrono::milliseconds, std::function<void()>> tasks_;
+};
+
+/// A client that is connected: keeps what it is sent.
+class Connected : public Outlet {
+ public:
+  Connected(Server& server, const std::optional<std::string>& session = std::nullopt)
+      : client_(server.connect(*this, session)) {}
+
+  void send(std::shared_ptr<const std::string> message) override { messages_.push_back(*message); }
+  std::size_t unsent() const override { return unsentBytes; }
+  void cutOff() override { isCutOff = true; }
+
+  /// Sends a message as it stands.
+  void say(const std::string& message);
+  /// Sends a request. @return its whole response; null where there is none yet.
+  Json::Value call(const std::string& method, const Json::Value& params = Json::nullValue);
+  /// The result of a request, which must have one.
+  Json::Value result(const std::string& method, const Json::Value& params = Json::nullValue);
+  /// The same of a command without a session's ado: its reply's value.
+  Json::Value run(const std::string& command, const Json::Value& params = Json::nullValue);
+  /// What it was sent since the last time, as text and read.
+  std::vector<std::string> takeTexts() { return std::exchange(messages_, {}); }
+  std::vector<Json::Value> take();
+  /// The events among these.
+  std::vector<Json::Value> events();
+
+  void end() { client_.reset(); }
+
+  std::size_t unsentBytes = 0;
+  bool isCutOff = false;
+  int done = 0;  ///< messages that were dealt with
+
+ private:
+  std::vector<std::string> messages_;
+  std::unique_ptr<Client> client_;
+  int lastId_ = 0;
+};
+
+/// A server on a set in memory.
+class RpcTest : public ::testing::Test {
+ protected:
+  explicit RpcTest(Options options = {});
+
+  device::Device& device() { return television.device; }
+  /// Answers a POST. @return nothing while there is no reply.
+  std::optional<std::string> post(const std::string& body, const std::optional<std::string>& session = std::nullopt);
+  Json::Value posted(const std::string& method, const Json::Value& params = Json::nullValue,
+                     const std::optional<std::string>& session = std::nullopt);
+
+  support::Assembly<kel::CEmpAppWindow> television;
+  ManualClock clock;
+  std::vector<std::string> complaints;
+  Server server;
+
+ private:
+  Options completed(Options options);
+};
+
+/// A text as JSON; fails the test where it is none.
+Json::Value json(const std::string& text);
+/// The code of a response, 0 where it has a result.
+int codeOf(const Json::Value& response);
+std::string reasonOf(const Json::Value& response);
+
+}  // namespace virtualtv::rpc

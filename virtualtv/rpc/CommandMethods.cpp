@@ -1,0 +1,124 @@
+// The plug-in's commands as methods: a row for each of the catalogue, and two that take any name.
+#include <cmath>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "catalogue/Catalogue.h"
+#include "rpc/Core.h"
+#include "rpc/Method.h"
+#include "rpc/ReplyJson.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+constexpr std::string_view prefix = "window.";
+constexpr double greatestWhole = 9007199254740991;  // 2^53 - 1
+constexpr std::string_view word = R"({"type": ["string", "integer", "boolean"]})";
+constexpr std::string_view result =
+    R"({"type": "object", "required": ["accepted", "kind"], "properties": {
+        "accepted": {"type": "boolean"},
+        "kind": {"enum": ["int", "ascii", "unicode", "empty"]},
+        "value": {"type": ["integer", "string"]},
+        "bytes": {"type": "string", "contentEncoding": "base64"},
+        "units": {"type": "array", "items": {"type": "integer"}}}})";
+
+/// A parameter of a command as the text that the plug-in is given.
+std::string wordOf(const Json::Value& value, const std::string& name) {
+  if (value.isBool()) return value.asBool() ? "1" : "0";
+  if (value.isInt64() && std::abs(value.asDouble()) <= greatestWhole) return std::to_string(value.asInt64());
+  if (value.isString() && value.asString().find('\0') == std::string::npos) return value.asString();
+  throw Failure(Code::badParameters,
+                name + ": a text without U+0000, a whole number up to 2^53 - 1, true or false is wanted");
+}
+
+/// Its command's parameters, up to the last that is given.
+std::vector<std::string> wordsOf(const Call& call) {
+  std::vector<std::string> words{std::string(call.method.name.substr(prefix.size()))};
+  std::vector<std::string> gap;
+  for (const Parameter& parameter : call.method.parameters) {
+    if (!call.params.isGiven(parameter.name)) {
+      gap.emplace_back();
+      continue;
+    }
+    words.insert(words.end(), gap.begin(), gap.end());
+    gap.clear();
+    words.push_back(wordOf(call.params.value(parameter.name), std::string(parameter.name)));
+  }
+  return words;
+}
+
+Json::Value run(const Call& call, const std::vector<std::string>& words, bool list) {
+  std::string ret;
+  const bool accepted = call.seat.shell.client().execute(words, list, ret);
+  return resultOf(accepted, ret);
+}
+
+Json::Value runCommand(const Call& call) {
+  return run(call, wordsOf(call), false);
+}
+
+std::vector<std::string> givenWords(const Call& call) {
+  std::vector<std::string> words{call.params.text("name")};
+  if (words.front().find('\0') != std::string::npos) throw Failure(Code::badParameters, "name: U+0000 in it");
+  const Json::Value& parameters = call.params.value("parameters");
+  if (!parameters.isNull() && !parameters.isArray()) {
+    throw Failure(Code::badParameters, "parameters: an array is wanted");
+  }
+  for (Json::ArrayIndex at = 0; at < parameters.size(); ++at) {
+    words.push_back(wordOf(parameters[at], "parameters[" + std::to_string(at) + "]"));
+  }
+  return words;
+}
+
+Json::Value execute(const Call& call) {
+  const std::vector<std::string> words = givenWords(call);
+  if (words.size() > 1 + device::mostParameters) {
+    throw Failure(Code::badParameters, "parameters: at most 4 are passed; executeWithParamList passes any number");
+  }
+  return run(call, words, false);
+}
+
+Json::Value executeWithParamList(const Call& call) {
+  return run(call, givenWords(call), true);
+}
+
+/// The names and help texts of the rows, which hold views of them.
+struct Rows {
+  Rows() {
+    for (const CatalogueCommand& command : catalogue()) {
+      Method& method = methods.emplace_back();
+      method.name = names.emplace_back(std::string(prefix) + command.name);
+      method.help = command.help;
+      method.result = result;
+      method.run = runCommand;
+      for (const auto& parameter : command.parameters)
+        method.parameters.push_back({parameter.name, word, parameter.help});
+    }
+    const Parameter name{"name", R"({"type": "string"})", "name of the command", true};
+    const std::string_view words = R"({"type": "array", "items": {"type": ["string", "integer", "boolean"]}})";
+    methods.push_back({"window.execute",
+                       "run a command of any name, as on the set",
+                       {name, {"parameters", words, "up to four"}},
+                       result,
+                       execute});
+    methods.push_back({"window.executeWithParamList",
+                       "run a command of any name with a list of parameters",
+                       {name, {"parameters", words, "any number"}},
+                       result,
+                       executeWithParamList});
+  }
+
+  std::deque<std::string> names;
+  std::vector<Method> methods;
+};
+
+}  // namespace
+
+std::span<const Method> commandMethods() {
+  static const Rows rows;
+  return rows.methods;
+}
+
+}  // namespace virtualtv::rpc

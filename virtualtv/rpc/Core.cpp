@@ -1,0 +1,290 @@
+#include "rpc/Core.h"
+
+#include <algorithm>
+#include <random>
+#include <utility>
+
+#include "json/Read.h"
+#include "rpc/Failure.h"
+#include "rpc/Method.h"
+#include "rpc/OpenRpc.h"
+#include "rpc/ReplyJson.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+constexpr json::Limits limits{.depth = 100, .values = 1'000'000};
+constexpr Json::ArrayIndex longestBatch = 1000;
+constexpr std::size_t mostWaiting = 64;
+constexpr std::chrono::seconds longestUnused{30};
+constexpr std::size_t mostUnsent = 8U << 20U;
+
+std::string randomId() {
+  std::random_device random;
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string id;
+  for (int digit = 0; digit < 16; ++digit) id += digits[random() % digits.size()];
+  return id;
+}
+
+Json::Value responseTo(const Json::Value& id) {
+  Json::Value response;
+  response["jsonrpc"] = "2.0";
+  response["id"] = id;
+  return response;
+}
+
+std::string refusal(const Failure& failure) {
+  Json::Value response = responseTo(Json::nullValue);
+  response["error"] = errorOf(failure);
+  return write(response);
+}
+
+bool isId(const Json::Value& id) {
+  return id.isNull() || id.isString() || id.isNumeric();
+}
+
+/// What is wrong with a request's form; nothing where it is right.
+std::optional<std::string> flawOf(const Json::Value& request) {
+  if (!request.isObject()) return "a request is an object";
+  if (request["jsonrpc"] != "2.0") return "\"jsonrpc\": \"2.0\" is wanted";
+  if (!request["method"].isString()) return "\"method\": a text is wanted";
+  const Json::Value& params = request["params"];
+  if (request.isMember("params") && !params.isArray() && !params.isObject()) {
+    return "\"params\": an array or an object is wanted";
+  }
+  if (!isId(request["id"])) return "\"id\": a text, a number or null is wanted";
+  return std::nullopt;
+}
+
+}  // namespace
+
+/// A message at work.
+struct Job {
+  Json::Value document;
+  bool isBatch = false;
+  Json::ArrayIndex at = 0;  ///< the next request of a batch
+  std::string reply;
+  std::vector<std::function<void()>> behind;
+  std::function<void(std::string)> answered;
+
+  void add(const std::string& response) {
+    reply += isBatch ? (reply.empty() ? "[" : ",") : "";
+    reply += response;
+  }
+};
+
+Core::Core(device::Device& device, Options options)
+    : device_(device),
+      options_(std::move(options)),
+      filesBeneath_(options_.files.empty() ? nullptr : std::make_unique<shell::FilesBeneath>(options_.files)),
+      id_(randomId()),
+      events_(device, [this](Event& event) { deliver(event); }) {
+  events_.onWake([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) events_.tell(events_.collect());
+  });
+}
+
+Core::~Core() = default;
+
+const shell::FileAccess& Core::files() const {
+  return filesBeneath_ ? *filesBeneath_ : shell::noFiles();
+}
+
+// Sessions.
+
+Seat& Core::open() {
+  if (seats_.size() >= options_.mostSessions) {
+    throw TooManySessions("there are " + std::to_string(seats_.size()) + " sessions, as many as may be");
+  }
+  const std::string name = id_ + "-" + std::to_string(++lastSession_);
+  const auto seat = std::make_shared<Seat>(device_, name, files());
+  seats_.emplace(name, seat);
+  events_.tellOfSession(name, "opened");
+  return *seat;
+}
+
+Seat& Core::openWaiting() {
+  const auto isWaiting = [](const auto& entry) { return entry.second->outlet == nullptr && !entry.second->isShared; };
+  if (std::cmp_greater_equal(std::count_if(seats_.begin(), seats_.end(), isWaiting), mostWaiting)) {
+    throw Failure(Code::badValue, "64 sessions wait for a connection already");
+  }
+  Seat& seat = open();
+  endWhenUnused(seat.id, seat.uses);
+  return seat;
+}
+
+Seat& Core::seat(const std::string& id) {
+  const auto found = seats_.find(id);
+  if (found == seats_.end()) throw NoSuchSession("there is no session '" + id + "'");
+  return *found->second;
+}
+
+void Core::close(const std::string& id) {
+  const auto found = seats_.find(id);
+  if (found == seats_.end()) return;
+  const std::shared_ptr<Seat> seat = found->second;
+  seats_.erase(found);
+  seat->outlet = nullptr;
+  const std::deque<std::shared_ptr<Job>> waiting = std::exchange(seat->queue, {});
+  for (const std::shared_ptr<Job>& job : waiting) {
+    const bool isRunning = job == waiting.front() && seat->isAtWork && !seat->isHeld;
+    if (!isRunning) job->answered(refusal({Code::noSuchSession, "the session has ended"}));
+  }
+  seat->shell.client().closeEngines("session ended");
+  events_.tell(events_.collect());
+  events_.tellOfSession(id, "closed");
+}
+
+Seat& Core::shared() {
+  const auto found = std::find_if(seats_.begin(), seats_.end(), [](const auto& seat) { return seat.second->isShared; });
+  if (found != seats_.end()) return *found->second;
+  Seat& seat = open();
+  seat.isShared = true;
+  return seat;
+}
+
+/// Ends a session that nobody has connected to, once it was not used for a while.
+void Core::endWhenUnused(const std::string& id, std::uint64_t uses) {
+  options_.after(longestUnused, [this, id, uses, alive = std::weak_ptr(alive_)] {
+    const auto found = alive.expired() ? seats_.end() : seats_.find(id);
+    if (alive.expired() || found == seats_.end() || found->second->outlet != nullptr) return;
+    if (found->second->uses == uses) return close(id);
+    endWhenUnused(id, found->second->uses);
+  });
+}
+
+// Calls.
+
+void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std::string)> answered) {
+  ++seat.uses;
+  const auto job = std::make_shared<Job>();
+  job->answered = std::move(answered);
+  try {
+    job->document = json::read(message, limits);
+    job->isBatch = job->document.isArray();
+    if (job->isBatch && job->document.empty()) throw Failure(Code::notARequest, "the batch is empty");
+    if (job->isBatch && job->document.size() > longestBatch) {
+      throw Failure(Code::notARequest, "a batch has at most 1,000 requests");
+    }
+  } catch (const json::NotJson& error) {
+    job->reply = refusal({Code::notJson, error.what()});
+  } catch (const Failure& failure) {
+    job->reply = refusal(failure);
+  } catch (const std::bad_alloc&) {
+    job->reply = refusal({Code::internal, "not enough memory to read the message"});
+  }
+  seat.queue.push_back(job);
+  work(seats_.at(seat.id));
+}
+
+void Core::post(std::string_view message, const std::optional<std::string>& session,
+                std::function<void(std::string)> answered) {
+  try {
+    enqueue(session ? seat(*session) : shared(), message, std::move(answered));
+  } catch (const NoSuchSession& error) {
+    answered(refusal({Code::noSuchSession, error.what()}));
+  } catch (const TooManySessions& error) {
+    answered(refusal({Code::badValue, error.what()}));
+  }
+}
+
+/// Does what waits for a session, until something of it has to wait for a time.
+void Core::work(const std::shared_ptr<Seat>& seat) {
+  if (seat->isAtWork) return;
+  seat->isAtWork = true;
+  while (!seat->queue.empty()) {
+    const std::shared_ptr<Job> job = seat->queue.front();
+    if (!goOn(seat, *job)) return;
+    if (!seat->queue.empty()) seat->queue.pop_front();  // it may have ended the session
+    if (job->isBatch && job->reply.starts_with('[')) job->reply += ']';
+    job->answered(std::move(job->reply));
+    for (const auto& behind : job->behind) behind();
+  }
+  seat->isAtWork = false;
+}
+
+/// Runs the requests of a message. @return false when the rest has to wait.
+bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
+  if (!job.reply.empty() && job.at == 0) return true;  // refused as a whole
+  const Json::ArrayIndex count = job.isBatch ? job.document.size() : 1;
+  while (job.at < count) {
+    const Json::Value& request = job.isBatch ? job.document[job.at] : job.document;
+    ++job.at;
+    std::string response = answer(*seat, request, job.behind);
+    Events::Ran ran = events_.collect();
+    if (ran.delay > 0 && options_.waits) {
+      hold(seat, std::move(ran), std::move(response));
+      return false;
+    }
+    events_.tell(std::move(ran));
+    if (!response.empty()) job.add(response);
+  }
+  return true;
+}
+
+/// Goes on with a session's work after the time that its command took on the set.
+void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response) {
+  const std::chrono::milliseconds delay(ran.delay);
+  seat->isHeld = true;
+  const auto held = std::make_shared<std::pair<Events::Ran, std::string>>(std::move(ran), std::move(response));
+  options_.after(delay, [this, seat, held, alive = std::weak_ptr(alive_)] {
+    if (alive.expired()) return;
+    events_.tell(std::move(held->first));
+    if (seat->queue.empty()) return;  // the session has ended
+    if (!held->second.empty()) seat->queue.front()->add(held->second);
+    seat->isHeld = false;
+    seat->isAtWork = false;
+    work(seat);
+  });
+}
+
+/// Carries out a request. @return its response, empty for a notification.
+std::string Core::answer(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind) {
+  if (const auto flaw = flawOf(request)) return refusal({Code::notARequest, *flaw});
+  Json::Value response = responseTo(request["id"]);
+  const std::string name = request["method"].asString();
+  try {
+    const Method* const method = findMethod(name);
+    if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + name + "'");
+    const Params params(method->parameters, request["params"]);
+    response["result"] = method->run({*this, seat, *method, params, behind});
+  } catch (...) {
+    response["error"] = errorOf(currentFailure(name));
+  }
+  complain(device_.takeComplaints());
+  return request.isMember("id") ? write(response) : "";
+}
+
+void Core::complain(const std::vector<std::string>& complaints) const {
+  if (!options_.complain) return;
+  for (const std::string& complaint : complaints) options_.complain(complaint);
+}
+
+const std::string& Core::openRpc() {
+  if (openRpc_.empty()) openRpc_ = write(openRpcDocument());
+  return openRpc_;
+}
+
+// Events.
+
+void Core::deliver(Event& event) {
+  for (const auto& [id, seat] : seats_) {
+    const bool wanted =
+        seat->topics.contains(std::string(everyTopic)) || seat->topics.contains(std::string(event.topic));
+    if (wanted) send(*seat, event);
+  }
+}
+
+void Core::send(Seat& seat, Event& event) {
+  if (seat.outlet == nullptr) return;
+  const auto text = events_.textOf(event);
+  if (seat.outlet->unsent() + text->size() > mostUnsent) {
+    seat.topics.clear();
+    return seat.outlet->cutOff();
+  }
+  seat.outlet->send(text);
+}
+
+}  // namespace virtualtv::rpc

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <json/json.h>
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rpc/Events.h"
+#include "rpc/Server.h"
+#include "shell/FileAccess.h"
+#include "shell/Session.h"
+
+namespace virtualtv::rpc {
+
+struct Job;
+
+/// A session: what a client has of its own, and the messages that wait for it.
+struct Seat {
+  Seat(device::Device& device, const std::string& name, const shell::FileAccess& files)
+      : id(name), shell(device, name, files) {}
+
+  std::string id;
+  shell::Session shell;
+  Outlet* outlet = nullptr;                ///< null while it is not connected
+  std::set<std::string> topics;            ///< that it is told of
+  std::deque<std::shared_ptr<Job>> queue;  ///< messages, the one at work first
+  bool isAtWork = false;                   ///< on the first of them
+  bool isHeld = false;                     ///< that waits for a time
+  std::uint64_t uses = 0;                  ///< messages so far
+  bool isShared = false;                   ///< the one of all requests without a session
+};
+
+/// The server behind its interface: sessions, the calls that wait, events.
+class Core {
+ public:
+  Core(device::Device& device, Options options);
+  Core(const Core&) = delete;
+  Core& operator=(const Core&) = delete;
+  ~Core();
+
+  device::Device& device() { return device_; }
+  const Options& options() const { return options_; }
+  Events& events() { return events_; }
+  /// Tells this server from others that were started.
+  const std::string& id() const { return id_; }
+  const std::string& openRpc();
+
+  // Sessions.
+
+  /// @throws TooManySessions.
+  Seat& open();
+  /// Opens one that nobody is connected to; it ends after a while without a call.
+  /// @throws Failure when too many of them wait already.
+  Seat& openWaiting();
+  /// @throws NoSuchSession.
+  Seat& seat(const std::string& id);
+  void close(const std::string& id);
+  const std::map<std::string, std::shared_ptr<Seat>>& seats() const { return seats_; }
+
+  /// The session of requests that name none.
+  Seat& shared();
+
+  /// Has a message handled once those before it are. @param answered  receives the reply, empty for none.
+  void enqueue(Seat& seat, std::string_view message, std::function<void(std::string)> answered);
+  /// Handles a message of a client that is not connected. @param session  as `Server::post` has it.
+  void post(std::string_view message, const std::optional<std::string>& session,
+            std::function<void(std::string)> answered);
+  /// Tells what the set could not read or keep.
+  void complain(const std::vector<std::string>& complaints) const;
+  /// Sends an event to a session that is connected; ends the connection of one that is too slow.
+  void send(Seat& seat, Event& event);
+
+ private:
+  const shell::FileAccess& files() const;
+  void work(const std::shared_ptr<Seat>& seat);
+  bool goOn(const std::shared_ptr<Seat>& seat, Job& job);
+  void hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response);
+  std::string answer(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind);
+  void endWhenUnused(const std::string& id, std::uint64_t uses);
+  void deliver(Event& event);
+
+  device::Device& device_;
+  Options options_;
+  std::unique_ptr<shell::FileAccess> filesBeneath_;
+  std::string id_;
+  std::uint64_t lastSession_ = 0;
+  std::map<std::string, std::shared_ptr<Seat>> seats_;
+  std::string openRpc_;
+  Events events_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what waits for a time
+};
+
+}  // namespace virtualtv::rpc

@@ -1,0 +1,250 @@
+#include "rpc/EventJson.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+#include "rpc/ReplyJson.h"
+#include "services/FieldNames.h"
+#include "services/ListText.h"
+#include "services/ServiceStore.h"
+#include "set/StateJson.h"
+#include "text/Units.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+using device::CommandRun;
+
+// Values before and after a change.
+
+Json::Value valueOf(const WindowSource& source) {
+  Json::Value json;
+  json["state"] = source.state;
+  json["number"] = source.source;
+  json["previous"] = source.previous;
+  return json;
+}
+Json::Value valueOf(const TvMode& mode) {
+  return jsonOf(mode);
+}
+Json::Value valueOf(const Plane& plane) {
+  return planeOf(plane, std::nullopt);
+}
+Json::Value valueOf(const TracksInUse& tracks) {
+  Json::Value json;
+  json["audio"] = tracks.audio;
+  json["subtitle"] = tracks.subtitle;
+  return json;
+}
+Json::Value valueOf(const Input& input) {
+  return jsonOf(input);
+}
+Json::Value valueOf(const SecondaryStack& isp) {
+  return jsonOf(isp);
+}
+Json::Value valueOf(const std::string& text) {
+  return text::toUtf8(text::toUnits(text));
+}
+Json::Value valueOf(const Setting& setting) {
+  return std::visit(
+      [](const auto& held) {
+        if constexpr (std::is_same_v<decltype(held), const int&>) {
+          return Json::Value(held);
+        } else {
+          return valueOf(held);
+        }
+      },
+      setting);
+}
+Json::Value valueOf(const std::optional<Setting>& setting) {
+  return setting ? valueOf(*setting) : Json::Value();
+}
+Json::Value valueOf(const FieldValue& value) {
+  if (const auto* number = std::get_if<std::uint64_t>(&value)) return std::to_string(*number);
+  if (const auto* units = std::get_if<std::u16string>(&value)) return text::toUtf8(*units);
+  return {};
+}
+Json::Value valueOf(const std::vector<AudioTrack>& tracks) {
+  return textOf(tracks);
+}
+Json::Value valueOf(const std::vector<SubtitleTrack>& tracks) {
+  return textOf(tracks);
+}
+Json::Value valueOf(const std::map<std::uint8_t, bool>& groups) {
+  return textOf(groups);
+}
+Json::Value valueOf(std::size_t count) {
+  return Json::UInt64{count};
+}
+
+/// What the service of a key is known by; null where there is none.
+Json::Value serviceOf(device::Device& device, ServiceKey key) {
+  if (key == 0 || !device.isOn()) return {};
+  const auto service = device.tv().services().read(key);
+  return service ? jsonOf(key, *service) : Json::Value();
+}
+
+/// Writes what happened into an event, a function for each kind.
+class Writer {
+ public:
+  Writer(device::Device& device, Json::Value& event) : device_(device), event_(event) {}
+
+  template <typename Changed>
+  void operator()(const Changed& changed) const {
+    put(changed);
+    if constexpr (requires { changed.window; }) event_["window"] = nameOf(changed.window);
+    if constexpr (requires { changed.before; }) {
+      event_["before"] = before(changed, changed.before);
+      event_["after"] = before(changed, changed.after);
+    }
+  }
+
+  void operator()(const Change& change) const { std::visit(*this, change); }
+
+ private:
+  /// What a change has beside its window and values.
+  template <typename Changed>
+  void put(const Changed& changed) const {
+    if constexpr (requires { changed.service; }) event_["service"] = serviceOf(device_, changed.service);
+    if constexpr (requires { changed.fieldId; }) event_["field"] = nameOfField(changed.fieldId);
+    if constexpr (requires { changed.key; }) event_["key"] = valueOf(changed.key);
+    if constexpr (requires { changed.name; }) event_["name"] = changed.name;
+  }
+  void put(const InputChanged& changed) const { event_["input"] = changed.after.source; }
+  void put(const IspChanged&) const { event_["window"] = "isp"; }
+  void put(const AudioTracksChanged& changed) const { putTracks(changed.service, "audio"); }
+  void put(const SubtitleTracksChanged& changed) const { putTracks(changed.service, "subtitles"); }
+  void put(const device::SetStarted& started) const { event_["started"] = started.why; }
+  void put(const framework::EngineOpened& opened) const {
+    event_["what"] = "opened";
+    event_["engine"] = valueOf(opened.engine);
+    event_["appId"] = valueOf(opened.client.appId);
+    event_["widgetId"] = valueOf(opened.client.widgetId);
+  }
+  void put(const framework::EngineClosed& closed) const {
+    event_["what"] = "closed";
+    event_["engine"] = valueOf(closed.engine);
+    event_["why"] = closed.why;
+  }
+  void put(const device::FaultSet& fault) const {
+    event_["what"] = "set";
+    event_["id"] = Json::UInt64{fault.id};
+    event_["fault"] = valueOf(fault.fault);
+  }
+  void put(const device::FaultHit& fault) const {
+    event_["what"] = "hit";
+    event_["id"] = Json::UInt64{fault.id};
+    event_["hits"] = Json::UInt64{fault.hits};
+  }
+  void put(const device::FaultGone& fault) const {
+    event_["what"] = "gone";
+    event_["id"] = Json::UInt64{fault.id};
+  }
+  void put(const CommandRun& command) const {
+    event_["session"] = valueOf(command.session);
+    event_["engine"] = valueOf(command.engine);
+    event_["name"] = command.words.empty() ? "" : valueOf(command.words.front());
+    Json::Value& parameters = event_["parameters"] = Json::arrayValue;
+    for (std::size_t at = 1; at < command.words.size(); ++at) parameters.append(valueOf(command.words[at]));
+    event_["list"] = command.list;
+    event_["reply"] =
+        command.accepted ? resultOf(*command.accepted, command.reply, longestReply) : Json::Value(Json::nullValue);
+    event_["duration"] = std::chrono::duration<double, std::milli>(command.took).count();
+    event_["delay"] = Json::UInt64{command.delay};
+  }
+  void put(const seam::Call& call) const {
+    event_["call"] = valueOf(seam::line(call));
+    event_["operation"] = std::string(call.operation->name);
+    event_["fault"] = call.fault;
+  }
+  void put(const framework::LogLine&) const {}
+
+  void putTracks(ServiceKey service, const char* kind) const {
+    event_["service"] = serviceOf(device_, service);
+    event_["kind"] = kind;
+  }
+
+  template <typename Changed, typename Value>
+  Json::Value before(const Changed&, const Value& value) const {
+    return valueOf(value);
+  }
+  Json::Value before(const ScreenChanged&, const WindowScreen& screen) const {
+    Json::Value json;
+    json["service"] = serviceOf(device_, screen.service);
+    json["previous"] = serviceOf(device_, screen.previous);
+    return json;
+  }
+
+  device::Device& device_;
+  Json::Value& event_;
+};
+
+struct TopicOf {
+  std::string_view operator()(const Change& change) const { return std::visit(*this, change); }
+  std::string_view operator()(const SourceChanged&) const { return "source"; }
+  std::string_view operator()(const IspChanged&) const { return "source"; }
+  std::string_view operator()(const ScreenChanged&) const { return "service"; }
+  std::string_view operator()(const ModeChanged&) const { return "mode"; }
+  std::string_view operator()(const PlaneChanged&) const { return "plane"; }
+  std::string_view operator()(const TracksChanged&) const { return "tracks"; }
+  std::string_view operator()(const AudioTracksChanged&) const { return "tracks"; }
+  std::string_view operator()(const SubtitleTracksChanged&) const { return "tracks"; }
+  std::string_view operator()(const InputChanged&) const { return "inputs"; }
+  std::string_view operator()(const KnobChanged&) const { return "knob"; }
+  std::string_view operator()(const SettingChanged&) const { return "settings"; }
+  std::string_view operator()(const FieldChanged&) const { return "services"; }
+  std::string_view operator()(const FavouritesChanged&) const { return "favourites"; }
+  std::string_view operator()(const ServicesChanged&) const { return "services"; }
+  std::string_view operator()(const device::SetStarted&) const { return "services"; }
+  std::string_view operator()(const framework::EngineOpened&) const { return "engine"; }
+  std::string_view operator()(const framework::EngineClosed&) const { return "engine"; }
+  std::string_view operator()(const device::FaultSet&) const { return "fault"; }
+  std::string_view operator()(const device::FaultHit&) const { return "fault"; }
+  std::string_view operator()(const device::FaultGone&) const { return "fault"; }
+  std::string_view operator()(const CommandRun&) const { return "command"; }
+  std::string_view operator()(const seam::Call&) const { return "call"; }
+  std::string_view operator()(const framework::LogLine&) const { return "log"; }
+};
+
+void putMessages(const Event& log, Json::Value& json) {
+  Json::Value& lines = json["lines"] = Json::arrayValue;
+  for (const auto& happening : log.happenings) {
+    const auto& line = std::get<framework::LogLine>(happening->what);
+    const std::string message = line.message.text();
+    Json::Value& told = lines.append(Json::objectValue);
+    told["level"] = line.level;
+    told["text"] = valueOf(std::string(text::utf8Front(message.substr(0, longestMessage))));
+    if (message.size() > longestMessage) told["length"] = Json::UInt64{message.size()};
+  }
+  json["omitted"] = Json::UInt64{log.omitted};
+}
+
+}  // namespace
+
+std::string_view topicOf(const device::Happening& happening) {
+  return std::visit(TopicOf(), happening.what);
+}
+
+Json::Value jsonOf(device::Device& device, const Event& event) {
+  Json::Value json;
+  json["number"] = Json::UInt64{event.number};
+  json["topic"] = std::string(event.topic);
+  json["revision"] = Json::UInt64{event.revision};
+  if (event.command != 0) json["command"] = Json::UInt64{event.command};
+  if (event.what != nullptr) {
+    json["session"] = event.session;
+    json["what"] = event.what;
+  } else if (event.topic == "log") {
+    putMessages(event, json);
+  } else {
+    std::visit(Writer(device, json), event.happenings.front()->what);
+  }
+  return json;
+}
+
+}  // namespace virtualtv::rpc

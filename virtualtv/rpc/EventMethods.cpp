@@ -1,0 +1,148 @@
+// Subscriptions to events.
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string>
+
+#include "rpc/Core.h"
+#include "rpc/Method.h"
+#include "set/StateDocument.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+constexpr std::string_view topicList = R"({"type": "array", "items": {"type": "string"}})";
+constexpr text::Range numbers{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};
+
+constexpr std::array rowsOfTopics{
+    Topic{"source", "where a window's picture comes from",
+          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
+    Topic{"service", "the service on a window's screen",
+          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
+    Topic{"mode", "a window's TV mode",
+          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
+    Topic{"plane", "how a window's picture stands on the screen",
+          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
+    Topic{"tracks", "tracks in use, or those that a service has",
+          R"({"window": {"type": "string"}, "service": {"type": ["object", "null"]}, "kind": {"type": "string"},
+              "before": {}, "after": {}})"},
+    Topic{"favourites", "the favourite groups of a service",
+          R"({"service": {"type": ["object", "null"]}, "before": {"type": "string"}, "after": {"type": "string"}})"},
+    Topic{"services", "the list of services, a field of one of them, or the whole set where it has started anew",
+          R"({"service": {"type": ["object", "null"]}, "field": {"type": "string"}, "started": {"type": "string"},
+              "before": {}, "after": {}})"},
+    Topic{"inputs", "an input",
+          R"({"input": {"type": "integer"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
+    Topic{"knob", "anything else that can be set from outside",
+          R"({"name": {"type": "string"}, "before": {"type": "string"}, "after": {"type": "string"}})"},
+    Topic{"settings", "a settings key", R"({"key": {"type": "string"}, "before": {}, "after": {}})"},
+    Topic{"engine", "an engine was opened or closed",
+          R"({"what": {"enum": ["opened", "closed"]}, "engine": {"type": "string"}, "why": {"type": "string"},
+              "appId": {"type": "string"}, "widgetId": {"type": "string"}})"},
+    Topic{"session", "a session was opened or closed",
+          R"({"what": {"enum": ["opened", "closed"]}, "session": {"type": "string"}})"},
+    Topic{"command", "a command has run",
+          R"({"session": {"type": "string"}, "engine": {"type": "string"}, "name": {"type": "string"},
+              "parameters": {"type": "array", "items": {"type": "string"}}, "list": {"type": "boolean"},
+              "reply": {"type": ["object", "null"]}, "duration": {"type": "number"}, "delay": {"type": "integer"}})"},
+    Topic{"call", "the plug-in has called the set",
+          R"({"call": {"type": "string"}, "operation": {"type": "string"}, "fault": {"type": "boolean"}})"},
+    Topic{"log", "what the plug-in has logged",
+          R"({"lines": {"type": "array", "items": {"type": "object"}}, "omitted": {"type": "integer"}})"},
+    Topic{"fault", "a fault was set, has hit a call, or is gone",
+          R"({"what": {"enum": ["set", "hit", "gone"]}, "id": {"type": "integer"}, "fault": {"type": "string"},
+              "hits": {"type": "integer"}})"},
+};
+
+/// The topics that a call names.
+std::set<std::string> topicsIn(const Call& call) {
+  return call.params.read("topics", [](const JsonPart& list) {
+    std::set<std::string> names;
+    list.eachItem([&](const JsonPart& item) {
+      const std::string name = item.text();
+      const auto isIt = [&](const Topic& topic) { return topic.name == name; };
+      const bool known = name == everyTopic || std::any_of(rowsOfTopics.begin(), rowsOfTopics.end(), isIt);
+      if (!known) item.refuse("there is no topic '" + name + "'");
+      names.insert(name);
+    });
+    return names;
+  });
+}
+
+bool wants(const std::set<std::string>& topics, const Event& event) {
+  return topics.contains(std::string(everyTopic)) || topics.contains(std::string(event.topic));
+}
+
+void requireConnection(const Call& call) {
+  if (call.seat.outlet == nullptr) throw Failure(Code::badValue, "events need a connection: WebSocket");
+}
+
+/// Right behind the reply go the events behind a number; from then on each when it happens. So those of a batch are
+/// told behind its reply, too.
+void beginBehind(const Call& call, std::uint64_t after, const std::set<std::string>& topics) {
+  call.behind.emplace_back([&core = call.core, after, topics, id = call.seat.id] {
+    const auto found = core.seats().find(id);
+    if (found == core.seats().end()) return;
+    Seat& seat = *found->second;
+    core.events().replay(after, [&](Event& event) {
+      if (wants(topics, event) && !wants(seat.topics, event)) core.send(seat, event);
+    });
+    seat.topics.insert(topics.begin(), topics.end());
+  });
+}
+
+Json::Value subscribe(const Call& call) {
+  requireConnection(call);
+  Core& core = call.core;
+  const std::set<std::string> topics = topicsIn(call);
+  const auto after = call.params.has("after")
+                         ? std::optional(static_cast<std::uint64_t>(call.params.number("after", numbers)))
+                         : std::nullopt;
+  const bool isThisServer = call.params.text("server", core.id()) == core.id();
+  core.events().hear(topics);
+  core.events().tell(core.events().collect());
+  Json::Value answer;
+  answer["server"] = core.id();
+  answer["number"] = Json::UInt64{core.events().number()};
+  answer["state"] = stateDocument(core.device().tv());
+  const bool resync = !isThisServer || (after && !core.events().holdsAfter(*after));
+  if (resync) answer["resync"] = true;
+  beginBehind(call, after && !resync ? *after : core.events().number(), topics);
+  return answer;
+}
+
+Json::Value unsubscribe(const Call& call) {
+  requireConnection(call);
+  for (const std::string& topic : topicsIn(call)) call.seat.topics.erase(topic);
+  return Json::objectValue;
+}
+
+const std::array rows{
+    Method{"events.subscribe",
+           "be told of what happens, as notifications `event`",
+           {{"topics", topicList, "names of topics, or *", true},
+            {"after", R"({"type": "integer", "minimum": 0})", "number of the last event that the client has"},
+            {"server", R"({"type": "string"})", "the server that it had it from"}},
+           R"({"type": "object", "required": ["server", "number", "state"], "properties": {
+               "server": {"type": "string"}, "number": {"type": "integer"}, "state": {"type": "object"},
+               "resync": {"const": true}}})",
+           subscribe},
+    Method{"events.unsubscribe",
+           "not be told of it any more",
+           {{"topics", topicList, "names of topics, as they were subscribed to", true}},
+           R"({"type": "object"})",
+           unsubscribe},
+};
+
+}  // namespace
+
+std::span<const Topic> topics() {
+  return rowsOfTopics;
+}
+
+std::span<const Method> eventMethods() {
+  return rows;
+}
+
+}  // namespace virtualtv::rpc

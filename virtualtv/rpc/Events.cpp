@@ -1,0 +1,167 @@
+#include "rpc/Events.h"
+
+#include <algorithm>
+#include <utility>
+#include <variant>
+
+#include "rpc/EventJson.h"
+#include "rpc/ReplyJson.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+constexpr int allLevels = 3;
+constexpr std::size_t usualSize = 512;  ///< of an event without long texts, with what holds it, in bytes
+
+std::size_t sizeOf(const Event& event) {
+  std::size_t size = usualSize;
+  for (const auto& happening : event.happenings) {
+    size += sizeof *happening;
+    if (const auto* command = std::get_if<device::CommandRun>(&happening->what)) {
+      size += command->reply.size();
+      for (const std::string& word : command->words) size += word.size();
+    }
+    if (const auto* call = std::get_if<seam::Call>(&happening->what)) {
+      size += call->arguments.size() + call->outputs.size() + call->result.size();
+    }
+    if (std::holds_alternative<framework::LogLine>(happening->what)) size += usualSize;
+  }
+  return size;
+}
+
+}  // namespace
+
+Events::Events(device::Device& device, std::function<void(Event&)> tell) : device_(device), tell_(std::move(tell)) {
+  wants_.events = true;
+  listen();
+}
+
+Events::~Events() {
+  device_.unsubscribe(feed_);
+}
+
+/// Only what has been taken is lost, so this is called when nothing waits.
+void Events::listen() {
+  if (feed_) device_.unsubscribe(feed_);
+  feed_ = device_.subscribe(wants_);
+}
+
+void Events::onWake(std::function<void()> wake) {
+  wants_.wake = std::move(wake);
+  listen();
+}
+
+void Events::hear(const std::set<std::string>& topics) {
+  const auto has = [&](std::string_view topic) {
+    return topics.contains(std::string(topic)) || topics.contains(std::string(everyTopic));
+  };
+  const bool calls = wants_.calls || has("call");
+  const int level = has("log") ? allLevels : wants_.logLevel;
+  if (calls == wants_.calls && level == wants_.logLevel) return;
+  tell(collect());
+  wants_.calls = calls;
+  wants_.logLevel = level;
+  listen();
+}
+
+Events::Ran Events::collect() {
+  Ran ran;
+  for (const auto& happening : feed_->take().happenings) {
+    if (const auto* command = std::get_if<device::CommandRun>(&happening->what)) {
+      tellOfLog();
+      ran.delay += command->delay;
+      ran.commands.push_back(eventOf(happening));
+      running_.erase({command->caller.engine, command->caller.command});
+    } else if (std::holds_alternative<framework::LogLine>(happening->what)) {
+      addLogLine(happening);
+    } else {
+      add(eventOf(happening));
+    }
+  }
+  tellOfLog();
+  return ran;
+}
+
+void Events::tell(Ran ran) {
+  for (Event& command : ran.commands) add(std::move(command));
+}
+
+void Events::tellOfSession(const std::string& session, const char* what) {
+  Event event;
+  event.topic = "session";
+  event.revision = device_.revision();
+  event.session = session;
+  event.what = what;
+  add(std::move(event));
+}
+
+Event Events::eventOf(const std::shared_ptr<const device::Happening>& happening) {
+  Event event;
+  event.topic = topicOf(*happening);
+  event.revision = happening->revision;
+  const auto* command = std::get_if<device::CommandRun>(&happening->what);
+  event.command = commandOf(command == nullptr ? happening->caller : command->caller);
+  if (command != nullptr && event.command == 0) event.command = ++commands_;  // its engine could not be opened
+  event.happenings.push_back(happening);
+  return event;
+}
+
+/// Commands are counted over all engines, once they have caused something or have ended.
+std::uint64_t Events::commandOf(const seam::Caller& caller) {
+  if (caller.command == 0) return 0;
+  const auto [known, isNew] = running_.try_emplace({caller.engine, caller.command}, commands_ + 1);
+  if (isNew) ++commands_;
+  return known->second;
+}
+
+void Events::addLogLine(const std::shared_ptr<const device::Happening>& happening) {
+  const std::uint64_t command = commandOf(happening->caller);
+  if (!log_.happenings.empty() && log_.command != command) tellOfLog();
+  if (log_.happenings.size() < mostMessages) {
+    log_.happenings.push_back(happening);
+  } else {
+    ++log_.omitted;
+  }
+  log_.topic = "log";
+  log_.command = command;
+  log_.revision = happening->revision;
+}
+
+void Events::tellOfLog() {
+  if (!log_.happenings.empty()) add(std::exchange(log_, {}));
+}
+
+void Events::add(Event event) {
+  event.number = ++number_;
+  const std::size_t size = sizeOf(event);
+  held_.emplace_back(std::move(event), size);
+  bytes_ += size;
+  tell_(held_.back().first);
+  while (held_.size() > mostHeld || (bytes_ > mostBytes && held_.size() > 1)) {
+    bytes_ -= held_.front().second;
+    held_.pop_front();
+  }
+}
+
+bool Events::holdsAfter(std::uint64_t number) const {
+  return number <= number_ && (number == number_ || held_.front().first.number <= number + 1);
+}
+
+void Events::replay(std::uint64_t after, const std::function<void(Event&)>& take) {
+  for (auto& [event, size] : held_) {
+    if (event.number > after) take(event);
+  }
+}
+
+std::shared_ptr<const std::string> Events::textOf(Event& event) const {
+  if (event.text) return event.text;
+  Json::Value notification;
+  notification["jsonrpc"] = "2.0";
+  notification["method"] = "event";
+  notification["params"] = jsonOf(device_, event);
+  event.text = std::make_shared<const std::string>(write(notification));
+  return event.text;
+}
+
+}  // namespace virtualtv::rpc

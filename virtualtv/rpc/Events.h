@@ -1,0 +1,107 @@
+#pragma once
+
+#include <json/json.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "device/Device.h"
+
+namespace virtualtv::rpc {
+
+/// What clients can be told of.
+struct Topic {
+  std::string_view name;
+  std::string_view help;
+  std::string_view schema;  ///< JSON Schema of an event's members beside number, topic, revision and command, as JSON
+};
+std::span<const Topic> topics();
+/// Stands for all of them.
+inline constexpr std::string_view everyTopic = "*";
+
+/// Something that clients are told of. It is written out when somebody wants it.
+struct Event {
+  std::uint64_t number = 0;  ///< counted from 1 over all topics
+  std::string_view topic;
+  std::uint64_t command = 0;  ///< the server's number of the command that it belongs to, 0 for none
+  std::uint64_t revision = 0;
+  /// What happened; several are the log messages of a command.
+  std::vector<std::shared_ptr<const device::Happening>> happenings;
+  std::string session;                      ///< of an event of the topic `session`
+  const char* what = nullptr;               ///< likewise: "opened", "closed"
+  std::size_t omitted = 0;                  ///< of `happenings`, left out
+  std::shared_ptr<const std::string> text;  ///< as it goes out, once it was written
+};
+
+/// What happens on the device as numbered events, of which the last are held. What a command caused is told at once,
+/// that it ran when its reply goes out.
+class Events {
+ public:
+  /// @param tell  is given each event when it has its number; must not call this object.
+  Events(device::Device& device, std::function<void(Event&)> tell);
+  Events(const Events&) = delete;
+  Events& operator=(const Events&) = delete;
+  ~Events();
+
+  /// Commands that ran, and have not been told of.
+  struct Ran {
+    std::vector<Event> commands;
+    std::uint64_t delay = 0;  ///< milliseconds that the set's latencies held them up
+  };
+  /// Numbers and tells what has happened since the last time.
+  Ran collect();
+  /// Numbers and tells that commands ran.
+  void tell(Ran ran);
+  /// Numbers and tells that a session was opened or closed.
+  void tellOfSession(const std::string& session, const char* what);
+
+  /// Has `wake` called by the device's loop when there may be something to collect.
+  void onWake(std::function<void()> wake);
+  /// From now on platform calls or log messages are told too, where the topics have them.
+  void hear(const std::set<std::string>& topics);
+
+  /// Number of the last event.
+  std::uint64_t number() const { return number_; }
+  /// True when all events behind that one are held.
+  bool holdsAfter(std::uint64_t number) const;
+  /// Calls `take` with each event that is held, behind that number.
+  void replay(std::uint64_t after, const std::function<void(Event&)>& take);
+  /// The event as a notification.
+  std::shared_ptr<const std::string> textOf(Event& event) const;
+
+  static constexpr std::size_t mostHeld = 10'000;
+  static constexpr std::size_t mostBytes = 64U << 20U;
+
+ private:
+  using Caller = std::pair<std::string, std::uint64_t>;
+
+  void listen();
+  Event eventOf(const std::shared_ptr<const device::Happening>& happening);
+  std::uint64_t commandOf(const seam::Caller& caller);
+  void addLogLine(const std::shared_ptr<const device::Happening>& happening);
+  void tellOfLog();
+  void add(Event event);
+
+  device::Device& device_;
+  std::function<void(Event&)> tell_;
+  device::Wants wants_;
+  std::shared_ptr<device::Feed> feed_;
+  std::uint64_t number_ = 0;
+  std::uint64_t commands_ = 0;
+  std::map<Caller, std::uint64_t> running_;         ///< commands that have caused something and have not ended
+  Event log_;                                       ///< messages of one command, not told yet
+  std::deque<std::pair<Event, std::size_t>> held_;  ///< with the bytes that each is counted as
+  std::size_t bytes_ = 0;
+};
+
+}  // namespace virtualtv::rpc

@@ -1,0 +1,85 @@
+#include "rpc/Method.h"
+
+#include <algorithm>
+#include <map>
+
+namespace virtualtv::rpc {
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& reason) {
+  throw Failure(Code::badParameters, reason);
+}
+
+std::string namesOf(std::span<const Parameter> known) {
+  std::string names;
+  for (const Parameter& parameter : known) names.append(names.empty() ? "" : ", ").append(parameter.name);
+  return names.empty() ? "it takes none" : "it takes " + names;
+}
+
+std::map<std::string_view, const Method*> index() {
+  std::map<std::string_view, const Method*> found;
+  for (const Method* method : methods()) found.emplace(method->name, method);
+  return found;
+}
+
+}  // namespace
+
+Params::Params(std::span<const Parameter> known, const Json::Value& given) {
+  if (given.isArray() && given.size() > known.size()) {
+    refuse(std::to_string(given.size()) + " parameters; " + namesOf(known));
+  }
+  for (Json::ArrayIndex at = 0; given.isArray() && at < given.size(); ++at) {
+    values_[std::string(known[at].name)] = given[at];
+  }
+  if (given.isObject()) values_ = given;
+  for (const std::string& name : values_.getMemberNames()) {
+    const auto isIt = [&](const Parameter& parameter) { return parameter.name == name; };
+    if (std::none_of(known.begin(), known.end(), isIt))
+      refuse(name + ": there is no such parameter; " + namesOf(known));
+  }
+  for (const Parameter& parameter : known) {
+    if (parameter.required && !has(parameter.name)) refuse("there is no \"" + std::string(parameter.name) + "\"");
+  }
+}
+
+const Json::Value& Params::value(std::string_view name) const {
+  const Json::Value* const found = values_.find(name.data(), name.data() + name.size());
+  return found == nullptr ? Json::Value::nullSingleton() : *found;
+}
+
+std::string Params::text(std::string_view name) const {
+  return read(name, [](const JsonPart& part) { return part.text(); });
+}
+
+std::string Params::text(std::string_view name, const std::string& otherwise) const {
+  return has(name) ? text(name) : otherwise;
+}
+
+bool Params::truth(std::string_view name, bool otherwise) const {
+  return has(name) ? read(name, [](const JsonPart& part) { return part.truth(); }) : otherwise;
+}
+
+std::int64_t Params::number(std::string_view name, const text::Range& range) const {
+  return read(name, [&](const JsonPart& part) { return part.number(range); });
+}
+
+std::int64_t Params::number(std::string_view name, const text::Range& range, std::int64_t otherwise) const {
+  return has(name) ? number(name, range) : otherwise;
+}
+
+std::vector<const Method*> methods() {
+  std::vector<const Method*> all;
+  for (const auto& area : {commandMethods(), sessionMethods(), setMethods(), testMethods(), eventMethods()}) {
+    for (const Method& method : area) all.push_back(&method);
+  }
+  return all;
+}
+
+const Method* findMethod(std::string_view name) {
+  static const std::map<std::string_view, const Method*> all = index();
+  const auto found = all.find(name);
+  return found == all.end() ? nullptr : found->second;
+}
+
+}  // namespace virtualtv::rpc

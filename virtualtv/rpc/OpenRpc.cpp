@@ -1,0 +1,61 @@
+#include "rpc/OpenRpc.h"
+
+#include <string>
+
+#include "json/Read.h"
+#include "rpc/Events.h"
+#include "rpc/Method.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+Json::Value documentOf(const Parameter& parameter) {
+  Json::Value json;
+  json["name"] = std::string(parameter.name);
+  json["description"] = std::string(parameter.help);
+  json["required"] = parameter.required;
+  json["schema"] = json::read(parameter.schema);
+  return json;
+}
+
+Json::Value documentOf(const Method& method) {
+  Json::Value json;
+  json["name"] = std::string(method.name);
+  json["summary"] = std::string(method.help);
+  json["paramStructure"] = "either";
+  json["params"] = Json::arrayValue;
+  for (const Parameter& parameter : method.parameters) json["params"].append(documentOf(parameter));
+  json["result"]["name"] = "result";
+  json["result"]["schema"] = json::read(method.result);
+  return json;
+}
+
+Json::Value schemaOf(const Topic& topic) {
+  Json::Value json;
+  json["type"] = "object";
+  json["description"] = std::string(topic.help);
+  json["properties"] = json::read(topic.schema);
+  json["properties"]["topic"]["const"] = std::string(topic.name);
+  for (const char* const name : {"number", "revision", "command"}) json["properties"][name]["type"] = "integer";
+  for (const char* const name : {"number", "topic", "revision"}) json["required"].append(name);
+  return json;
+}
+
+}  // namespace
+
+Json::Value openRpcDocument() {
+  Json::Value json;
+  json["openrpc"] = "1.3.2";
+  json["info"]["title"] = "emp-window";
+  json["info"]["version"] = "1";
+  json["info"]["description"] = "Runs the commands of the plug-in on a TV set in software, and works that set.";
+  json["methods"] = Json::arrayValue;
+  for (const Method* method : methods()) json["methods"].append(documentOf(*method));
+  for (const Topic& topic : topics()) {
+    json["components"]["schemas"]["event." + std::string(topic.name)] = schemaOf(topic);
+  }
+  return json;
+}
+
+}  // namespace virtualtv::rpc

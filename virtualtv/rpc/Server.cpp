@@ -1,0 +1,53 @@
+#include "rpc/Server.h"
+
+#include <utility>
+
+#include "rpc/Core.h"
+
+namespace virtualtv::rpc {
+
+Client::Client(Core& core, Outlet& outlet, std::string session)
+    : core_(core), outlet_(outlet), session_(std::move(session)) {
+  core_.seat(session_).outlet = &outlet_;
+}
+
+Client::~Client() {
+  *alive_ = false;
+  core_.close(session_);
+}
+
+void Client::take(std::string_view message, std::function<void()> done) {
+  if (!core_.seats().contains(session_)) {  // the client has closed it, and goes on with another
+    Seat& seat = core_.open();
+    seat.outlet = &outlet_;
+    session_ = seat.id;
+  }
+  core_.enqueue(core_.seat(session_), message, [this, alive = alive_, done = std::move(done)](std::string reply) {
+    if (!*alive) return;
+    if (!reply.empty()) outlet_.send(std::make_shared<const std::string>(std::move(reply)));
+    done();
+  });
+}
+
+Server::Server(device::Device& device, Options options) : core_(std::make_unique<Core>(device, std::move(options))) {}
+
+Server::~Server() = default;
+
+std::unique_ptr<Client> Server::connect(Outlet& outlet, const std::optional<std::string>& session) {
+  if (!session) return std::make_unique<Client>(*core_, outlet, core_->open().id);
+  Seat& seat = core_->seat(*session);
+  if (seat.outlet != nullptr || seat.isShared)
+    throw NoSuchSession("session '" + *session + "' is not to be taken over");
+  return std::make_unique<Client>(*core_, outlet, seat.id);
+}
+
+void Server::post(std::string_view body, const std::optional<std::string>& session,
+                  std::function<void(std::string reply)> answer) {
+  core_->post(body, session, std::move(answer));
+}
+
+const std::string& Server::openRpc() {
+  return core_->openRpc();
+}
+
+}  // namespace virtualtv::rpc

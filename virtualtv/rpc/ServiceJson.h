@@ -1,0 +1,21 @@
+#pragma once
+
+#include <json/json.h>
+
+#include <utility>
+#include <vector>
+
+#include "services/ChannelType.h"
+#include "services/Service.h"
+#include "tvservice/TVServiceTypes.h"
+
+namespace virtualtv::rpc {
+
+/// What clients call the antennas and kinds of services.
+const std::vector<std::pair<const char*, EAntennaMode>>& antennaNames();
+const std::vector<std::pair<const char*, ServiceKind>>& kindNames();
+
+/// A service as lists of services tell it.
+Json::Value serviceDocument(ServiceKey key, const Service& service);
+
+}  // namespace virtualtv::rpc

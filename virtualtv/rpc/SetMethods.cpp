@@ -1,0 +1,317 @@
+// The set as a whole: its state, services, knobs, settings, what it persists.
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "channels/ImportList.h"
+#include "channels/Search.h"
+#include "rpc/Core.h"
+#include "rpc/Method.h"
+#include "rpc/ReplyJson.h"
+#include "rpc/ServiceJson.h"
+#include "services/ServiceStore.h"
+#include "set/Knobs.h"
+#include "set/SnapshotJson.h"
+#include "set/StateDocument.h"
+#include "shell/Transcript.h"
+#include "store/StoreError.h"
+#include "text/Units.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+constexpr std::string_view textSchema = R"({"type": "string"})";
+constexpr std::string_view countSchema = R"({"type": "integer", "minimum": 0})";
+constexpr std::string_view truthSchema = R"({"type": "boolean"})";
+constexpr std::string_view anObject = R"({"type": "object"})";
+constexpr std::string_view revisionResult =
+    R"({"type": "object", "required": ["revision"], "properties": {"revision": {"type": "integer"}}})";
+
+Json::Value revisionOf(const Call& call) {
+  Json::Value answer;
+  answer["revision"] = Json::UInt64{call.core.device().revision()};
+  return answer;
+}
+
+// The shell's lines.
+
+Json::Value runLine(const Call& call) {
+  const std::string line = call.params.text("line");
+  const std::string flaw = shell::flawOf(line);
+  if (!flaw.empty() || line.find_first_of("\r\n") != line.npos) {
+    throw Failure(Code::badParameters, "line: " + (flaw.empty() ? "one line is wanted" : flaw));
+  }
+  Json::Value answer;
+  answer["lines"] = Json::arrayValue;
+  for (const std::string& printed : call.seat.shell.run(line)) answer["lines"].append(printed);
+  call.seat.shell.ended = false;  // `.quit` ends what a person types, not a client
+  call.core.complain(call.seat.shell.takeRemarks().complaints);
+  return answer;
+}
+
+// The set.
+
+Json::Value state(const Call& call) {
+  return stateDocument(call.core.device().tv());
+}
+
+Json::Value snapshot(const Call& call) {
+  Json::Value answer;
+  answer["snapshot"] = documentOf(call.core.device().tv().snapshot());
+  return answer;
+}
+
+Json::Value restore(const Call& call) {
+  call.core.device().restore(snapshotIn(call.params.value("snapshot")));
+  return revisionOf(call);
+}
+
+Json::Value restart(const Call& call) {
+  call.core.device().restart();
+  return revisionOf(call);
+}
+
+Json::Value reset(const Call& call) {
+  call.core.device().reset();
+  return revisionOf(call);
+}
+
+// Services.
+
+template <typename Value>
+Value oneOf(const Call& call, std::string_view parameter, const std::vector<std::pair<const char*, Value>>& named) {
+  const std::string given = call.params.text(parameter);
+  std::string names;
+  for (const auto& [name, value] : named) {
+    if (given == name) return value;
+    names.append(names.empty() ? "" : ", ").append(name);
+  }
+  throw Failure(Code::badParameters, std::string(parameter) + ": one of " + names + " is wanted, not '" + given + "'");
+}
+
+ServiceQuery queryOf(const Call& call) {
+  constexpr text::Range counts = text::rangeOf<std::int64_t>();
+  const text::Range notNegative{0, counts.most};
+  ServiceQuery query;
+  query.text = call.params.text("text", "");
+  if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames());
+  if (call.params.has("kind")) query.kind = oneOf(call, "kind", kindNames());
+  if (call.params.has("group")) query.group = call.params.text("group");
+  if (call.params.has("favourite")) {
+    query.favourite = static_cast<std::uint8_t>(call.params.number("favourite", text::rangeOf<std::uint8_t>()));
+  }
+  query.offset = static_cast<std::size_t>(call.params.number("offset", notNegative, 0));
+  if (call.params.has("limit")) query.limit = static_cast<std::size_t>(call.params.number("limit", notNegative));
+  return query;
+}
+
+Json::Value services(const Call& call) {
+  const ServicePage page = findServices(call.core.device().tv().services(), queryOf(call));
+  Json::Value answer = revisionOf(call);
+  answer["total"] = Json::UInt64{page.total};
+  answer["services"] = Json::arrayValue;
+  for (const auto& [key, service] : page.services) answer["services"].append(serviceDocument(key, service));
+  return answer;
+}
+
+Json::Value problemOf(const import::Problem& problem) {
+  Json::Value json;
+  if (problem.line) json["line"] = *problem.line;
+  json["at"] = text::printable(problem.at);
+  json["reason"] = text::printable(problem.reason);
+  return json;
+}
+
+Json::Value import(const Call& call) {
+  ImportOptions options;
+  options.add = call.params.truth("add", false);
+  options.encoding = call.params.text("encoding", "");
+  if (call.params.has("format")) {
+    const std::string format = call.params.text("format");
+    options.format = import::formatNamed(format);
+    if (options.format == nullptr) throw std::invalid_argument("format: there is none of the name '" + format + "'");
+  }
+  Tv& tv = call.core.device().tv();
+  const std::string content = call.params.text("content");
+  ImportReport report;
+  try {
+    report = importServices(tv, call.params.text("name", "list"), content, options);
+  } catch (const StoreError&) {
+    throw;
+  } catch (const std::runtime_error& error) {
+    throw std::invalid_argument(error.what());  // of no known format
+  }
+  if (!report.error().empty()) throw std::invalid_argument(report.error());
+  Json::Value answer;
+  answer["imported"] = Json::UInt64{report.imported};
+  answer["added"] = Json::UInt64{report.changes.added};
+  answer["changed"] = Json::UInt64{report.changes.changed};
+  answer["gone"] = Json::UInt64{report.changes.gone};
+  answer["problems"] = Json::arrayValue;
+  for (const import::Problem& problem : report.problems.kept()) answer["problems"].append(problemOf(problem));
+  answer["total"] = Json::UInt64{report.problems.count()};
+  return answer;
+}
+
+// Knobs.
+
+Json::Value listKnobs(const Call& call) {
+  Tv& tv = call.core.device().tv();
+  Json::Value answer;
+  answer["knobs"] = Json::arrayValue;
+  for (const std::string& name : knobNames(tv)) {
+    Json::Value& knob = answer["knobs"].append(Json::objectValue);
+    knob["name"] = name;
+    knob["value"] = getKnob(tv, name);
+    knob["canBeSet"] = canBeSet(name);
+  }
+  answer["kinds"] = Json::arrayValue;
+  for (const Knob& row : knobs()) {
+    Json::Value& kind = answer["kinds"].append(Json::objectValue);
+    kind["name"] = std::string(row.name);
+    kind["takes"] = std::string(row.value);
+    kind["help"] = std::string(row.help);
+    kind["canBeSet"] = row.set != nullptr;
+  }
+  return answer;
+}
+
+Json::Value get(const Call& call) {
+  Json::Value answer;
+  putBytes(answer, "value", getKnob(call.core.device().tv(), call.params.text("name")));
+  return answer;
+}
+
+Json::Value set(const Call& call) {
+  const Json::Value& value = call.params.value("value");
+  const bool isWord = value.isString() || value.isInt64();
+  if (!isWord) throw Failure(Code::badParameters, "value: a text or a whole number is wanted");
+  setKnob(call.core.device().tv(), call.params.text("name"), value.asString());
+  return revisionOf(call);
+}
+
+// Settings keys.
+
+Json::Value settings(const Call& call) {
+  Json::Value answer;
+  answer["settings"] = Json::arrayValue;
+  for (const auto& [key, value] : call.core.device().tv().settings().list()) {
+    Json::Value& setting = answer["settings"].append(Json::objectValue);
+    setting["key"] = text::toUtf8(text::toUnits(key));
+    if (const int* number = std::get_if<int>(&value)) {
+      setting["value"] = *number;
+    } else {
+      putBytes(setting, "value", std::get<std::string>(value));
+    }
+  }
+  return answer;
+}
+
+Json::Value setSetting(const Call& call) {
+  const std::string key = call.params.text("key");
+  const Json::Value& value = call.params.value("value");
+  const Setting setting = value.isString()
+                              ? Setting(call.params.text("value"))
+                              : Setting(static_cast<int>(call.params.number("value", text::rangeOf<int>())));
+  call.core.device().tv().setSetting(key, setting);
+  return revisionOf(call);
+}
+
+Json::Value removeSetting(const Call& call) {
+  const std::string key = call.params.text("key");
+  if (!call.core.device().tv().removeSetting(key)) throw std::invalid_argument("the key " + key + " is not set");
+  return revisionOf(call);
+}
+
+const std::array rows{
+    Method{"tv.run",
+           "run a line of the shell on the session's engine",
+           {{"line", textSchema, "as a person types it", true}},
+           R"({"type": "object", "required": ["lines"],
+               "properties": {"lines": {"type": "array", "items": {"type": "string"}}}})",
+           runLine},
+    Method{"tv.state", "tell the whole set as one document", {}, anObject, state},
+    Method{"tv.snapshot",
+           "tell all that the set persists",
+           {},
+           R"({"type": "object", "required": ["snapshot"], "properties": {"snapshot": {"type": "object"}}})",
+           snapshot},
+    Method{"tv.restore",
+           "make the set what a snapshot says, as if it had been switched on with it",
+           {{"snapshot", anObject, "as tv.snapshot tells it", true}},
+           revisionResult,
+           restore},
+    Method{"tv.restart", "switch the set off and on; faults and latencies go", {}, revisionResult, restart},
+    Method{"tv.reset", "go back to the built-in set", {}, revisionResult, reset},
+    Method{"tv.services",
+           "list services, those that meet all conditions",
+           {{"offset", countSchema, "how many to leave out at the start"},
+            {"limit", countSchema, "how many to list at most"},
+            {"text", textSchema, "what the name has in it"},
+            {"antenna", R"({"enum": ["terrestrial", "cable", "satellite"]})", "what they are received with"},
+            {"kind", R"({"enum": ["television", "radio", "data"]})", "what they bring"},
+            {"group", textSchema, "the section of the list that they were found in"},
+            {"favourite", R"({"type": "integer", "minimum": 0, "maximum": 255})", "the favourite group they are in"}},
+           R"({"type": "object", "required": ["revision", "total", "services"], "properties": {
+               "revision": {"type": "integer"}, "total": {"type": "integer"},
+               "services": {"type": "array", "items": {"type": "object"}}}})",
+           services},
+    Method{"tv.import",
+           "replace the services by those of a channel list, or add these",
+           {{"content", textSchema, "the list", true},
+            {"name", textSchema, "what messages call it"},
+            {"format", textSchema, "its format; recognised without it"},
+            {"add", truthSchema, "keep the services that are there"},
+            {"encoding", textSchema, "of names that do not tell theirs"}},
+           R"({"type": "object", "required": ["imported", "added", "changed", "gone", "problems", "total"],
+               "properties": {"imported": {"type": "integer"}, "added": {"type": "integer"},
+               "changed": {"type": "integer"}, "gone": {"type": "integer"}, "total": {"type": "integer"},
+               "problems": {"type": "array", "items": {"type": "object", "required": ["at", "reason"], "properties": {
+               "line": {"type": "integer"}, "at": {"type": "string"}, "reason": {"type": "string"}}}}}})",
+           import},
+    Method{"tv.knobs",
+           "list what can be read and set from outside",
+           {},
+           R"({"type": "object", "required": ["knobs", "kinds"], "properties": {
+               "knobs": {"type": "array", "items": {"type": "object"}},
+               "kinds": {"type": "array", "items": {"type": "object"}}}})",
+           listKnobs},
+    Method{"tv.get",
+           "tell what a knob stands at",
+           {{"name", textSchema, "of the knob", true}},
+           R"({"type": "object", "required": ["value"], "properties": {"value": {"type": "string"}}})",
+           get},
+    Method{"tv.set",
+           "turn a knob",
+           {{"name", textSchema, "of the knob", true},
+            {"value", R"({"type": ["string", "integer"]})", "what to turn it to", true}},
+           revisionResult,
+           set},
+    Method{"tv.settings",
+           "list the settings keys",
+           {},
+           R"({"type": "object", "required": ["settings"], "properties": {"settings": {"type": "array", "items": {
+               "type": "object", "properties": {"key": {"type": "string"}, "value": {"type": ["string", "integer"]}}}}}})",
+           settings},
+    Method{"tv.setSetting",
+           "set a settings key",
+           {{"key", textSchema, "its name", true},
+            {"value", R"({"type": ["string", "integer"]})", "a text or a number of 32 bits", true}},
+           revisionResult,
+           setSetting},
+    Method{"tv.removeSetting",
+           "remove a settings key",
+           {{"key", textSchema, "its name", true}},
+           revisionResult,
+           removeSetting},
+};
+
+}  // namespace
+
+std::span<const Method> setMethods() {
+  return rows;
+}
+
+}  // namespace virtualtv::rpc

@@ -1,0 +1,126 @@
+// What testers do to the set: faults.
+#include <array>
+#include <string>
+#include <vector>
+
+#include "rpc/Core.h"
+#include "rpc/Method.h"
+#include "text/Units.h"
+
+namespace virtualtv::rpc {
+
+namespace {
+
+constexpr std::string_view textSchema = R"({"type": "string"})";
+constexpr std::string_view anObject = R"({"type": "object"})";
+constexpr text::Range notNegative{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};
+
+Json::Value operations(const Call&) {
+  Json::Value answer;
+  answer["operations"] = Json::arrayValue;
+  for (const seam::Operation& operation : seam::operations) {
+    Json::Value& row = answer["operations"].append(Json::objectValue);
+    row["name"] = std::string(operation.name);
+    row["outputs"] = Json::arrayValue;
+    for (const seam::Output& output : operation.written()) row["outputs"].append(std::string(output.name));
+  }
+  return answer;
+}
+
+/// A part of a fault as `.fault` takes it.
+std::string wordOf(const Json::Value& value, const std::string& name) {
+  if (value.isString()) return value.asString();
+  if (value.isNull()) return "null";
+  if (value.isIntegral()) return value.asString();
+  throw Failure(Code::badParameters, name + ": a text, a whole number or null is wanted");
+}
+
+std::vector<std::string> faultWords(const Call& call) {
+  std::vector<std::string> words{call.params.text("operation")};
+  const auto add = [&](const char* name) {
+    if (call.params.isGiven(name)) words.push_back(std::string(name) + "=" + wordOf(call.params.value(name), name));
+  };
+  for (const char* name : {"nth", "times", "window", "result"}) add(name);
+  const Json::Value& outputs = call.params.value("outputs");
+  if (!outputs.isNull() && !outputs.isObject()) throw Failure(Code::badParameters, "outputs: an object is wanted");
+  for (const std::string& name : outputs.getMemberNames()) {
+    words.push_back("out." + name + "=" + wordOf(outputs[name], "outputs." + name));
+  }
+  return words;
+}
+
+Json::Value fault(const Call& call) {
+  seam::Fault fault = seam::parseFault(faultWords(call));
+  if (call.params.has("session")) {
+    const device::Session& client = call.core.seat(call.params.text("session")).shell.client();
+    fault.engine = client.key(client.engine());
+  }
+  Json::Value answer;
+  answer["id"] = Json::UInt64{call.core.device().addFault(std::move(fault))};
+  return answer;
+}
+
+Json::Value faults(const Call& call) {
+  Json::Value answer;
+  answer["faults"] = Json::arrayValue;
+  for (const seam::Fault& fault : call.core.device().faults()) {
+    Json::Value& row = answer["faults"].append(Json::objectValue);
+    row["id"] = Json::UInt64{fault.id};
+    row["operation"] = std::string(fault.operation->name);
+    row["fault"] = text::toUtf8(text::toUnits(seam::describe(fault)));
+    row["hits"] = Json::UInt64{fault.hits};
+  }
+  return answer;
+}
+
+Json::Value clearFaults(const Call& call) {
+  if (!call.params.has("id")) {
+    call.core.device().clearFaults();
+    return Json::objectValue;
+  }
+  const auto id = static_cast<std::uint64_t>(call.params.number("id", notNegative));
+  if (!call.core.device().removeFault(id)) throw std::invalid_argument("there is no fault " + std::to_string(id));
+  return Json::objectValue;
+}
+
+const std::array rows{
+    Method{"tv.operations",
+           "list the calls that the plug-in makes to the set, which can be made to fail",
+           {},
+           R"({"type": "object", "required": ["operations"], "properties": {"operations": {"type": "array", "items": {
+               "type": "object", "properties": {"name": {"type": "string"},
+               "outputs": {"type": "array", "items": {"type": "string"}}}}}}})",
+           operations},
+    Method{"tv.fault",
+           "make calls to the set fail",
+           {{"operation", textSchema, "the call", true},
+            {"nth", R"({"type": "integer", "minimum": 1})", "the first call that it hits, counted from now"},
+            {"times", R"({"type": ["integer", "string"]})", "how many it hits, or always; one without it"},
+            {"result", R"({"type": ["integer", "string", "null"]})",
+             "what it answers: a number or a text, null, unwritten or throw"},
+            {"outputs", anObject, "what it writes, by the names of its outputs"},
+            {"window", R"({"enum": ["main", "pip"]})", "the window whose calls it hits"},
+            {"session", textSchema, "the session whose engine in use it hits"}},
+           R"({"type": "object", "required": ["id"], "properties": {"id": {"type": "integer"}}})",
+           fault},
+    Method{"tv.faults",
+           "list the faults, with the calls that each has hit",
+           {},
+           R"({"type": "object", "required": ["faults"], "properties": {"faults": {"type": "array", "items": {
+               "type": "object", "properties": {"id": {"type": "integer"}, "operation": {"type": "string"},
+               "fault": {"type": "string"}, "hits": {"type": "integer"}}}}}})",
+           faults},
+    Method{"tv.clearFaults",
+           "remove a fault, or all",
+           {{"id", R"({"type": "integer", "minimum": 0})", "which; without it, all"}},
+           anObject,
+           clearFaults},
+};
+
+}  // namespace
+
+std::span<const Method> testMethods() {
+  return rows;
+}
+
+}  // namespace virtualtv::rpc

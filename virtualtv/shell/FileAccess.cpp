@@ -1,0 +1,110 @@
+#include "shell/FileAccess.h"
+
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <system_error>
+
+#include "shell/Files.h"
+
+namespace virtualtv::shell {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const char* action, const std::string& file, const std::string& reason) {
+  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " + reason);
+}
+[[noreturn]] void fail(const char* action, const std::string& file, int error) {
+  fail(action, file, std::generic_category().message(error));
+}
+
+class AllFiles : public FileAccess {
+ public:
+  fs::path start() const override { return fs::current_path(); }
+  std::string read(const fs::path& path, const std::string& name) const override { return readFile(path, name); }
+  void save(const fs::path& path, std::string_view content, const std::string& name) const override {
+    saveFile(path, content, name);
+  }
+};
+
+class NoFiles : public FileAccess {
+ public:
+  fs::path start() const override { return {}; }
+  std::string read(const fs::path&, const std::string& name) const override { fail("read", name, reason); }
+  void save(const fs::path&, std::string_view, const std::string& name) const override { fail("write", name, reason); }
+
+ private:
+  static constexpr const char* reason = "clients reach no files unless the server is started with --files";
+};
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Takes a descriptor over, which must be that of a regular file.
+File regularFile(int descriptor, const char* mode, const char* action, const std::string& name) {
+  if (descriptor < 0) {
+    if (errno == EXDEV || errno == ELOOP) fail(action, name, "it leads out of the directory, or over a link");
+    fail(action, name, errno);
+  }
+  File file(::fdopen(descriptor, mode));
+  struct stat what {};
+  if (::fstat(descriptor, &what) != 0) fail(action, name, errno);
+  if (!S_ISREG(what.st_mode)) fail(action, name, "not a regular file");
+  return file;
+}
+
+}  // namespace
+
+const FileAccess& allFiles() {
+  static const AllFiles files;
+  return files;
+}
+
+const FileAccess& noFiles() {
+  static const NoFiles files;
+  return files;
+}
+
+FilesBeneath::FilesBeneath(const fs::path& directory)
+    : directory_(::open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
+  if (directory_ < 0) fail("read", directory, errno);
+}
+
+FilesBeneath::~FilesBeneath() {
+  ::close(directory_);
+}
+
+int FilesBeneath::open(const fs::path& path, int flags) const {
+  open_how how{};
+  how.flags = static_cast<decltype(how.flags)>(flags | O_CLOEXEC | O_NONBLOCK);  // a pipe must not hold the set up
+  how.mode = (flags & O_CREAT) != 0 ? S_IRUSR | S_IWUSR : 0;
+  how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+  return static_cast<int>(::syscall(SYS_openat2, directory_, path.c_str(), &how, sizeof how));
+}
+
+std::string FilesBeneath::read(const fs::path& path, const std::string& name) const {
+  const File file = regularFile(open(path, O_RDONLY), "rb", "read", name);
+  return readStream(file.get(), name);
+}
+
+void FilesBeneath::save(const fs::path& path, std::string_view content, const std::string& name) const {
+  const File file = regularFile(open(path, O_WRONLY | O_CREAT | O_EXCL), "wb", "write", name);
+  const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
+  if (written && std::fflush(file.get()) == 0 && ::fsync(::fileno(file.get())) == 0) return;
+  const int error = errno;
+  ::unlinkat(directory_, path.c_str(), 0);  // which was made here
+  fail("write", name, error);
+}
+
+}  // namespace virtualtv::shell

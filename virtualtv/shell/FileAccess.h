@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace virtualtv::shell {
+
+/// What a session reaches of files. What fails throws std::runtime_error `cannot read NAME: REASON`, or `write`.
+class FileAccess {
+ public:
+  FileAccess() = default;
+  FileAccess(const FileAccess&) = delete;
+  FileAccess& operator=(const FileAccess&) = delete;
+  virtual ~FileAccess() = default;
+
+  /// The directory that a session starts in.
+  virtual std::filesystem::path start() const = 0;
+  /// All of a file. @param name  what messages call it.
+  virtual std::string read(const std::filesystem::path& path, const std::string& name) const = 0;
+  virtual void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const = 0;
+};
+
+/// Those of the one who runs the program: all that the process reaches, files that exist are replaced.
+const FileAccess& allFiles();
+
+/// None: every file fails with a reason.
+const FileAccess& noFiles();
+
+/// Regular files beneath a directory, reached without following a link; what exists is never overwritten.
+class FilesBeneath : public FileAccess {
+ public:
+  /// @throws std::runtime_error `cannot read DIR: REASON` when the directory can't be opened.
+  explicit FilesBeneath(const std::filesystem::path& directory);
+  FilesBeneath(const FilesBeneath&) = delete;
+  FilesBeneath& operator=(const FilesBeneath&) = delete;
+  ~FilesBeneath() override;
+
+  /// Empty: names are relative to the directory.
+  std::filesystem::path start() const override { return {}; }
+  std::string read(const std::filesystem::path& path, const std::string& name) const override;
+  void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
+
+ private:
+  int open(const std::filesystem::path& path, int flags) const;
+
+  int directory_;
+};
+
+}  // namespace virtualtv::shell
