@@ -111,7 +111,7 @@ Seat& Core::openWaiting() {
     throw Failure(Code::badValue, "64 sessions wait for a connection already");
   }
   Seat& seat = open();
-  endWhenUnused(seat.id, seat.uses);
+  endWhenUnused(seat);
   return seat;
 }
 
@@ -145,13 +145,13 @@ Seat& Core::shared() {
   return seat;
 }
 
-/// Ends a session that nobody has connected to, once it was not used for a while.
-void Core::endWhenUnused(const std::string& id, std::uint64_t uses) {
-  options_.after(longestUnused, [this, id, uses, alive = std::weak_ptr(alive_)] {
-    const auto found = alive.expired() ? seats_.end() : seats_.find(id);
-    if (alive.expired() || found == seats_.end() || found->second->outlet != nullptr) return;
-    if (found->second->uses == uses) return close(id);
-    endWhenUnused(id, found->second->uses);
+/// Ends a session that nobody is connected to, unless it is used or taken over within a while from now.
+void Core::endWhenUnused(const Seat& seat) {
+  options_.after(longestUnused, [this, id = seat.id, uses = seat.uses, alive = std::weak_ptr(alive_)] {
+    if (alive.expired()) return;
+    const auto found = seats_.find(id);
+    if (found == seats_.end() || found->second->outlet != nullptr || found->second->uses != uses) return;
+    close(id);
   });
 }
 
@@ -159,6 +159,7 @@ void Core::endWhenUnused(const std::string& id, std::uint64_t uses) {
 
 void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std::string)> answered) {
   ++seat.uses;
+  if (seat.outlet == nullptr && !seat.isShared) endWhenUnused(seat);
   const auto job = std::make_shared<Job>();
   job->answered = std::move(answered);
   try {
@@ -181,13 +182,15 @@ void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std:
 
 void Core::post(std::string_view message, const std::optional<std::string>& session,
                 std::function<void(std::string)> answered) {
+  Seat* found = nullptr;
   try {
-    enqueue(session ? seat(*session) : shared(), message, std::move(answered));
+    found = session ? &seat(*session) : &shared();
   } catch (const NoSuchSession& error) {
-    answered(refusal({Code::noSuchSession, error.what()}));
+    return answered(refusal({Code::noSuchSession, error.what()}));
   } catch (const TooManySessions& error) {
-    answered(refusal({Code::badValue, error.what()}));
+    return answered(refusal({Code::badValue, error.what()}));
   }
+  enqueue(*found, message, std::move(answered));
 }
 
 /// Does what waits for a session, until something of it has to wait for a time.

@@ -38,12 +38,12 @@ struct TooManySessions : std::runtime_error {
 
 struct Options {
   /// Calls a function after a time, on the device's thread, never before this returns.
-  std::function<void(std::chrono::milliseconds, std::function<void()>)> after;
+  std::function<void(std::chrono::milliseconds, std::function<void()>)> after{};
   bool waits = true;  ///< replies are held back as long as the latencies of the set's calls say
   std::size_t mostSessions = 2000;
-  std::filesystem::path files;  ///< clients may read and write beneath it; empty where they may not
+  std::filesystem::path files{};  ///< clients may read and write beneath it; empty where they may not
   /// Is told, a line each, what the set could not read or keep.
-  std::function<void(const std::string&)> complain;
+  std::function<void(const std::string&)> complain{};
 };
 
 class Core;

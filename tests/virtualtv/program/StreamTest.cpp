@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "virtualtv/shell/SmallList.h"
 #include "virtualtv/program/Program.h"
+#include "virtualtv/shell/SmallList.h"
 
 namespace virtualtv::shell {
 namespace {

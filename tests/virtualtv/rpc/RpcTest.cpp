@@ -38,11 +38,13 @@ std::string reasonOf(const Json::Value& response) {
 }
 
 void ManualClock::pass(std::chrono::milliseconds time) {
-  now_ += time;
-  while (!tasks_.empty() && tasks_.begin()->first <= now_) {
+  const std::chrono::milliseconds end = now_ + time;
+  while (!tasks_.empty() && tasks_.begin()->first <= end) {
     const auto task = tasks_.extract(tasks_.begin());
+    now_ = task.key();
     task.mapped()();
   }
+  now_ = end;
 }
 
 void Connected::say(const std::string& message) {

@@ -1,0 +1,306 @@
+// Events: their order, their numbers, what is replayed, and delays.
+#include "rpc/Events.h"
+#include "virtualtv/rpc/RpcTest.h"
+
+namespace virtualtv::rpc {
+namespace {
+
+using namespace std::chrono_literals;
+
+class EventsTest : public RpcTest {
+ protected:
+  /// Subscribes to topics. @return the answer.
+  static Json::Value subscribe(Connected& client, const std::string& params) {
+    return client.result("events.subscribe", json(params));
+  }
+  static std::vector<std::string> topicsOf(const std::vector<Json::Value>& events) {
+    std::vector<std::string> topics;
+    for (const Json::Value& event : events) topics.push_back(event["topic"].asString());
+    return topics;
+  }
+  /// What a client is sent for a command, its reply included, as topics and "reply".
+  static std::vector<std::string> order(Connected& client, const std::string& command) {
+    client.say(R"({"jsonrpc":"2.0","id":"me","method":"window.)" + command + "}");
+    std::vector<std::string> order;
+    for (const Json::Value& message : client.take()) {
+      order.push_back(message["id"] == "me" ? "reply" : message["params"]["topic"].asString());
+    }
+    return order;
+  }
+  void turn() { device().loop().turn(); }
+
+  Connected client{server};
+};
+
+TEST_F(EventsTest, OfACommandComeBeforeItsReply) {
+  client.run("GetTVMode");
+  subscribe(client, R"([["service", "command"]])");
+  EXPECT_EQ(order(client, R"(SetChannel","params":[3,0])"), std::vector<std::string>({"service", "command", "reply"}));
+}
+
+TEST_F(EventsTest, SayWhatChangedFromWhatToWhat) {
+  client.run("SetChannel", json("[3,0]"));
+  subscribe(client, R"([["service", "mode", "source", "plane", "knob", "settings", "inputs"]])");
+  client.run("SetChannel", json("[5,0]"));
+  for (const Json::Value& event : client.events()) {
+    EXPECT_NE(event["before"], event["after"]) << event.toStyledString();
+    if (event["topic"] != "service") continue;
+    EXPECT_EQ(event["window"], "main");
+    EXPECT_EQ(event["before"]["service"]["name"], "Lighthouse News");
+    EXPECT_EQ(event["after"]["previous"], event["before"]["service"]);
+    EXPECT_TRUE(event["after"]["service"]["id"].isString());
+  }
+  client.result("tv.set", json(R"(["region", "9"])"));
+  const std::vector<Json::Value> events = client.events();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0]["topic"], "knob");
+  EXPECT_EQ(events[0]["name"], "region");
+  EXPECT_EQ(events[0]["after"], "9");
+  EXPECT_FALSE(events[0].isMember("command"));
+}
+
+TEST_F(EventsTest, CountUpByOneOverAllTopics) {
+  Json::UInt64 last = subscribe(client, R"([["*"]])")["number"].asUInt64();
+  client.run("SetChannel", json("[3,0]"));
+  client.run("SetSource", json("[31]"));
+  client.result("tv.restart");
+  const std::vector<Json::Value> events = client.events();
+  EXPECT_GT(events.size(), 10U);
+  for (const Json::Value& event : events) EXPECT_EQ(event["number"].asUInt64(), ++last);
+}
+
+TEST_F(EventsTest, CarryTheNumberOfTheirCommand) {
+  subscribe(client, R"([["*"]])");
+  client.run("GetTVMode");
+  client.events();
+  client.run("SetChannel", json("[3,0]"));
+  const std::vector<Json::Value> events = client.events();
+  ASSERT_FALSE(events.empty());
+  for (const Json::Value& event : events) EXPECT_EQ(event["command"], 2) << event.toStyledString();
+  const Json::Value& command = events.back();
+  EXPECT_EQ(command["topic"], "command");
+  EXPECT_EQ(command["name"], "SetChannel");
+  EXPECT_EQ(command["parameters"], json(R"(["3", "0"])"));
+  EXPECT_EQ(command["reply"], json(R"({"accepted": true, "kind": "int", "value": 1})"));
+  EXPECT_EQ(command["session"], client.result("session.open")["session"]);
+  EXPECT_TRUE(command["duration"].isDouble());
+}
+
+TEST_F(EventsTest, TellTheLogOfACommandAtOnce) {
+  subscribe(client, R"([["log", "command"]])");
+  client.run("SetChannel", json("[3,0]"));
+  const std::vector<Json::Value> events = client.events();
+  ASSERT_EQ(topicsOf(events), std::vector<std::string>({"log", "log", "command"})) << "one as the engine is opened";
+  EXPECT_FALSE(events[0].isMember("command"));
+  EXPECT_GT(events[1]["lines"].size(), 1U);
+  EXPECT_EQ(events[1]["omitted"], 0);
+  EXPECT_TRUE(events[1]["lines"][0]["text"].isString());
+}
+
+TEST_F(EventsTest, AreToldToAllWhoWantThem) {
+  Connected other(server);
+  Connected third(server);
+  subscribe(client, R"([["knob"]])");
+  subscribe(other, R"([["*"]])");
+  third.result("tv.set", json(R"(["region", "7"])"));
+  EXPECT_EQ(client.takeTexts(), other.takeTexts());
+  EXPECT_TRUE(third.takeTexts().empty());
+  client.result("events.unsubscribe", json(R"([["knob"]])"));
+  third.result("tv.set", json(R"(["region", "8"])"));
+  EXPECT_TRUE(client.takeTexts().empty());
+  EXPECT_EQ(other.takeTexts().size(), 1U);
+}
+
+TEST_F(EventsTest, OfWhatOthersDoOnTheSetAreToldToo) {
+  subscribe(client, R"([["knob", "command"]])");
+  television.tv().adjust([](TvState& state) { state.region = 6; });
+  turn();
+  EXPECT_EQ(topicsOf(client.events()), std::vector<std::string>({"knob"}));
+}
+
+TEST_F(EventsTest, AreReplayedBehindTheOneThatAClientHas) {
+  Connected other(server);
+  const Json::Value start = subscribe(client, R"([["knob"]])");
+  for (const char* const region : {"11", "12", "13"}) {
+    Json::Value params;
+    params["name"] = "region";
+    params["value"] = region;
+    other.result("tv.set", params);
+  }
+  const std::vector<std::string> told = client.takeTexts();
+  ASSERT_EQ(told.size(), 3U);
+  client.end();
+  Connected again(server);
+  Json::Value params;
+  params["topics"] = json(R"(["knob"])");
+  params["after"] = json(told[0])["params"]["number"];
+  params["server"] = start["server"];
+  const Json::Value answer = again.result("events.subscribe", params);
+  EXPECT_FALSE(answer.isMember("resync"));
+  EXPECT_EQ(again.takeTexts(), std::vector<std::string>({told[1], told[2]}));
+  EXPECT_EQ(answer["state"]["region"], 13);
+  other.result("tv.set", json(R"(["region", "14"])"));
+  EXPECT_EQ(again.takeTexts().size(), 1U);
+}
+
+TEST_F(EventsTest, ThatAreNoLongerHeldAskForAFreshStart) {
+  Connected other(server);
+  const Json::Value start = subscribe(client, R"([["knob"]])");
+  for (std::size_t count = 0; count <= Events::mostHeld; ++count) {
+    television.tv().adjust([&](TvState& state) { state.region = static_cast<int>(count % 2) + 50; });
+  }
+  turn();
+  const auto answer = [&](const Json::Value& after, const Json::Value& of) {
+    Json::Value params;
+    params["topics"] = json(R"(["knob"])");
+    params["after"] = after;
+    params["server"] = of;
+    const Json::Value result = other.result("events.subscribe", params);
+    other.takeTexts();
+    other.result("events.unsubscribe", json(R"([["knob"]])"));
+    return result;
+  };
+  EXPECT_EQ(answer(start["number"], start["server"])["resync"], true);
+  const Json::UInt64 number = start["number"].asUInt64();
+  EXPECT_FALSE(answer(Json::UInt64{number + 1}, start["server"]).isMember("resync"));
+  EXPECT_EQ(answer(Json::UInt64{number + 1}, "another")["resync"], true);
+  EXPECT_EQ(answer(Json::UInt64{number + 1'000'000}, start["server"])["resync"], true) << "of the future";
+}
+
+TEST_F(EventsTest, OfABatchComeBehindTheReplyThatBeginsThem) {
+  client.say(R"([{"jsonrpc":"2.0","id":1,"method":"events.subscribe","params":[["knob"]]},
+                 {"jsonrpc":"2.0","id":2,"method":"tv.set","params":["region","8"]}])");
+  const std::vector<Json::Value> messages = client.take();
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_TRUE(messages[0].isArray());
+  EXPECT_EQ(messages[1]["params"]["after"], "8");
+}
+
+TEST_F(EventsTest, OfUnknownTopicsAreRefused) {
+  const Json::Value reply = client.call("events.subscribe", json(R"([["knob", "nothing"]])"));
+  EXPECT_EQ(codeOf(reply), -32602);
+  EXPECT_EQ(reasonOf(reply), "topics[1]: there is no topic 'nothing'");
+  EXPECT_EQ(codeOf(client.call("events.subscribe", json(R"(["knob"])"))), -32602);
+  EXPECT_EQ(codeOf(posted("events.subscribe", json(R"([["knob"]])"))), 1002) << "nowhere to tell them";
+}
+
+TEST_F(EventsTest, CutOffAClientThatDoesNotReadThem) {
+  Connected other(server);
+  subscribe(client, R"([["knob"]])");
+  subscribe(other, R"([["knob"]])");
+  client.unsentBytes = 8U << 20U;
+  television.tv().adjust([](TvState& state) { state.region = 6; });
+  television.tv().adjust([](TvState& state) { state.region = 7; });
+  turn();
+  EXPECT_TRUE(client.isCutOff);
+  EXPECT_TRUE(client.takeTexts().empty());
+  EXPECT_EQ(other.takeTexts().size(), 2U);
+}
+
+TEST_F(EventsTest, TellRepliesInPart) {
+  subscribe(client, R"([["command"]])");
+  Json::Value params;
+  params["name"] = "NoSuch";
+  params["parameters"] = json(R"([""])");
+  params["parameters"][0] = std::string(100'000, 'x');
+  client.result("window.execute", params);
+  EXPECT_EQ(client.events().at(0)["parameters"][0].asString().size(), 100'000U);
+}
+
+class Delays : public EventsTest {
+ protected:
+  Delays() {
+    client.run("GetTVMode");
+    client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", "500"])"));
+  }
+  static constexpr const char* slow = R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})";
+  static constexpr const char* quick = R"({"jsonrpc":"2.0","id":2,"method":"tv.faults"})";
+};
+
+TEST_F(Delays, HoldAReplyBackAndWhatTheSameSessionAsksLater) {
+  const int before = client.done;
+  client.say(slow);
+  client.say(quick);
+  EXPECT_TRUE(client.takeTexts().empty());
+  clock.pass(499ms);
+  EXPECT_TRUE(client.takeTexts().empty());
+  EXPECT_EQ(client.done, before);
+  clock.pass(1ms);
+  const std::vector<Json::Value> replies = client.take();
+  ASSERT_EQ(replies.size(), 2U);
+  EXPECT_EQ(replies[0]["id"], 1);
+  EXPECT_EQ(replies[1]["id"], 2);
+  EXPECT_EQ(client.done, before + 2);
+}
+
+TEST_F(Delays, HoldNobodyElseUp) {
+  Connected other(server);
+  client.say(slow);
+  EXPECT_EQ(codeOf(other.call("tv.state")), 0);
+  EXPECT_EQ(codeOf(posted("tv.state")), 0);
+  EXPECT_TRUE(client.takeTexts().empty());
+}
+
+TEST_F(Delays, MoveTheSetsClockAtOnce) {
+  Connected other(server);
+  const Json::UInt64 clockBefore = other.result("tv.state")["clock"].asUInt64();
+  client.say(slow);
+  EXPECT_EQ(other.result("tv.state")["clock"].asUInt64(), clockBefore + 500);
+}
+
+TEST_F(Delays, HoldTheEventOfTheCommandBackAndNotItsOthers) {
+  subscribe(client, R"([["command", "knob"]])");
+  client.say(slow);
+  EXPECT_EQ(topicsOf(client.events()), std::vector<std::string>({"knob"})) << "the clock";
+  clock.pass(500ms);
+  const std::vector<Json::Value> messages = client.take();
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_EQ(messages[0]["params"]["topic"], "command");
+  EXPECT_EQ(messages[0]["params"]["delay"], 500);
+  EXPECT_EQ(messages[1]["id"], 1);
+}
+
+TEST_F(Delays, OfABatchAddUp) {
+  client.say(std::string("[") + slow + "," + slow + "]");
+  clock.pass(999ms);
+  EXPECT_TRUE(client.takeTexts().empty());
+  clock.pass(1ms);
+  EXPECT_EQ(client.take().at(0).size(), 2U);
+}
+
+TEST_F(Delays, EndWithTheirClient) {
+  client.say(slow);
+  const int before = client.done;
+  client.end();
+  clock.pass(1h);
+  EXPECT_TRUE(client.takeTexts().empty());
+  EXPECT_EQ(client.done, before);
+}
+
+TEST_F(Delays, OfASessionThatIsClosedMeanwhileAreAnsweredWithThat) {
+  const std::string session = posted("session.open")["result"]["session"].asString();
+  std::vector<std::string> answers;
+  server.post(slow, session, [&](std::string reply) { answers.push_back(std::move(reply)); });
+  EXPECT_TRUE(answers.empty());
+  Json::Value params;
+  params["session"] = session;
+  client.result("session.close", params);
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_EQ(codeOf(json(answers[0])), 1003);
+  clock.pass(1h);
+  EXPECT_EQ(answers.size(), 1U);
+}
+
+class NoDelays : public RpcTest {
+ protected:
+  NoDelays() : RpcTest({.waits = false}) {}
+};
+
+TEST_F(NoDelays, AreWaitedForWhereTheServerDoesNotWait) {
+  Connected client(server);
+  client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", "500"])"));
+  EXPECT_EQ(client.result("window.GetTVMode")["kind"], "int");
+}
+
+}  // namespace
+}  // namespace virtualtv::rpc

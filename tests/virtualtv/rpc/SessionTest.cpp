@@ -1,0 +1,180 @@
+// Sessions: of connections, of requests without one, and how long they last.
+#include "virtualtv/rpc/RpcTest.h"
+
+namespace virtualtv::rpc {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Sessions : public RpcTest {
+ protected:
+  explicit Sessions(Options options = {}) : RpcTest(std::move(options)) {}
+
+  /// Opens one without a connection.
+  std::string open() { return posted("session.open")["result"]["session"].asString(); }
+  std::size_t engines() { return device().host().engines().size(); }
+};
+
+TEST_F(Sessions, AreOpenedWithAConnection) {
+  Connected client(server);
+  const Json::Value opened = client.result("session.open");
+  EXPECT_EQ(opened["virtual"], true);
+  EXPECT_EQ(opened["revision"].asUInt64(), device().revision());
+  EXPECT_EQ(client.result("session.open")["session"], opened["session"]);
+  Connected other(server);
+  EXPECT_NE(other.result("session.open")["session"], opened["session"]);
+  EXPECT_EQ(other.result("session.open")["server"], opened["server"]);
+}
+
+TEST_F(Sessions, OfAnotherServerHaveOtherNames) {
+  const std::string here = open();
+  Server another(device(), {.after = [](auto, auto) {}});
+  bool isRefused = false;
+  another.post(R"({"jsonrpc":"2.0","id":1,"method":"tv.state"})", here,
+               [&](const std::string& reply) { isRefused = codeOf(json(reply)) == 1003; });
+  EXPECT_TRUE(isRefused);
+}
+
+TEST_F(Sessions, TellTheirEngineWhichApplicationCalls) {
+  Connected client(server);
+  client.result("events.subscribe", json(R"([["engine"]])"));
+  client.result("session.open", json(R"({"appId": "app", "widgetId": "w"})"));
+  client.run("GetTVMode");
+  const std::vector<Json::Value> events = client.events();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0]["what"], "opened");
+  EXPECT_EQ(events[0]["appId"], "app");
+  EXPECT_EQ(events[0]["widgetId"], "w");
+}
+
+TEST_F(Sessions, EndWithTheirConnection) {
+  Connected client(server);
+  client.run("GetTVMode");
+  EXPECT_EQ(engines(), 1U);
+  client.end();
+  EXPECT_EQ(engines(), 0U);
+}
+
+TEST_F(Sessions, WithoutAConnectionAreNamedByEachRequest) {
+  const std::string one = open();
+  const std::string other = open();
+  EXPECT_NE(one, other);
+  EXPECT_EQ(posted("window.GetTVMode", {}, one)["result"]["kind"], "int");
+  EXPECT_EQ(posted("session.open", {}, one)["result"]["session"], one);
+  EXPECT_EQ(engines(), 1U);
+  EXPECT_EQ(posted("window.GetTVMode", {}, other)["result"]["kind"], "int");
+  EXPECT_EQ(engines(), 2U);
+  EXPECT_EQ(codeOf(posted("session.close", {}, one)), 0);
+  EXPECT_EQ(engines(), 1U);
+  EXPECT_EQ(codeOf(posted("window.GetTVMode", {}, one)), 1003);
+}
+
+TEST_F(Sessions, AreSharedByRequestsThatNameNone) {
+  posted("window.GetTVMode");
+  posted("window.GetTVMode");
+  EXPECT_EQ(engines(), 1U);
+  EXPECT_EQ(codeOf(posted("session.close")), -32602);
+}
+
+TEST_F(Sessions, AreTakenOverByAConnection) {
+  const std::string session = open();
+  posted("window.SetWindow", json("[1]"), session);
+  Connected client(server, session);
+  EXPECT_EQ(client.result("session.open")["session"], session);
+  EXPECT_EQ(engines(), 1U);
+  EXPECT_THROW(Connected(server, session), NoSuchSession) << "it has a connection";
+  EXPECT_THROW(Connected(server, "none"), NoSuchSession);
+  clock.pass(1h);
+  EXPECT_EQ(client.result("session.open")["session"], session);
+  client.end();
+  EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 1003);
+}
+
+TEST_F(Sessions, ThatNobodyTakesOverEndAfterHalfAMinute) {
+  const std::string session = open();
+  posted("window.GetTVMode", {}, session);
+  clock.pass(29s);
+  EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 0);
+  clock.pass(29s);
+  EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 0) << "it was used meanwhile";
+  EXPECT_EQ(engines(), 1U);
+  clock.pass(30s);
+  EXPECT_EQ(engines(), 0U);
+  EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 1003);
+}
+
+TEST_F(Sessions, ThatWaitAreAtMost64) {
+  std::vector<std::string> opened;
+  for (int count = 0; count < 64; ++count) opened.push_back(open());
+  EXPECT_EQ(codeOf(posted("session.open")), 1002);
+  const Connected client(server, opened.front());
+  EXPECT_EQ(codeOf(posted("session.open")), 0) << "one of them waits no more";
+}
+
+TEST_F(Sessions, GoOnAfterTheyWereClosedOnTheirConnection) {
+  Connected client(server);
+  const Json::Value first = client.result("session.open")["session"];
+  client.run("GetTVMode");
+  EXPECT_EQ(client.result("session.close"), Json::Value(Json::objectValue));
+  EXPECT_EQ(engines(), 0U);
+  EXPECT_NE(client.result("session.open")["session"], first);
+  client.run("GetTVMode");
+  EXPECT_EQ(engines(), 1U);
+}
+
+TEST_F(Sessions, OpenNewEnginesBehindARestart) {
+  Connected client(server);
+  for (const char* const method : {"tv.restart", "tv.reset"}) {
+    client.run("GetTVMode");
+    EXPECT_EQ(engines(), 1U);
+    client.result(method);
+    EXPECT_EQ(engines(), 0U);
+  }
+  const Json::Value snapshot = client.result("tv.snapshot");
+  client.run("SetChannel", json("[3,0]"));
+  client.result("tv.restore", snapshot);
+  EXPECT_EQ(engines(), 0U);
+  EXPECT_EQ(client.result("tv.snapshot"), snapshot);
+}
+
+TEST_F(Sessions, RunLinesOfTheShell) {
+  Connected client(server);
+  const auto lines = [&](const std::string& line) {
+    Json::Value params;
+    params["line"] = line;
+    return client.result("tv.run", params)["lines"];
+  };
+  EXPECT_EQ(lines("SetChannel 3 0"), json(R"(["int 1"])"));
+  EXPECT_EQ(lines(".engine other"), json("[]"));
+  EXPECT_EQ(engines(), 2U);
+  EXPECT_EQ(lines(".quit"), json("[]"));
+  EXPECT_EQ(lines("GetTVMode").size(), 1U) << "a client is not ended by it";
+  EXPECT_TRUE(lines(".nothing")[0].asString().starts_with("error: "));
+}
+
+TEST_F(Sessions, ReachNoFilesUnlessTheyAreGivenSome) {
+  Connected client(server);
+  for (const std::string line : {".snapshot a", ".restore /etc/passwd", ".source a", ".import a"}) {
+    Json::Value params;
+    params["line"] = line;
+    const std::string said = client.result("tv.run", params)["lines"][0].asString();
+    EXPECT_NE(said.find("clients reach no files unless the server is started with --files"), std::string::npos) << said;
+  }
+}
+
+class FewSessions : public Sessions {
+ protected:
+  FewSessions() : Sessions({.mostSessions = 2}) {}
+};
+
+TEST_F(FewSessions, AreRefusedBeyondTheirNumber) {
+  const Connected one(server);
+  Connected other(server);
+  EXPECT_THROW(Connected(server, std::nullopt), TooManySessions);
+  EXPECT_EQ(codeOf(posted("tv.state")), 1002);
+  other.end();
+  EXPECT_EQ(codeOf(posted("tv.state")), 0);
+}
+
+}  // namespace
+}  // namespace virtualtv::rpc
