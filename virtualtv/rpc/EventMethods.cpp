@@ -96,9 +96,8 @@ Json::Value subscribe(const Call& call) {
   requireConnection(call);
   Core& core = call.core;
   const std::set<std::string> topics = topicsIn(call);
-  const auto after = call.params.has("after")
-                         ? std::optional(static_cast<std::uint64_t>(call.params.number("after", numbers)))
-                         : std::nullopt;
+  const bool goesOn = call.params.has("after");
+  const auto after = static_cast<std::uint64_t>(call.params.number("after", numbers, 0));
   const bool isThisServer = call.params.text("server", core.id()) == core.id();
   core.events().hear(topics);
   core.events().tell(core.events().collect());
@@ -106,9 +105,9 @@ Json::Value subscribe(const Call& call) {
   answer["server"] = core.id();
   answer["number"] = Json::UInt64{core.events().number()};
   answer["state"] = stateDocument(core.device().tv());
-  const bool resync = !isThisServer || (after && !core.events().holdsAfter(*after));
+  const bool resync = !isThisServer || (goesOn && !core.events().holdsAfter(after));
   if (resync) answer["resync"] = true;
-  beginBehind(call, after && !resync ? *after : core.events().number(), topics);
+  beginBehind(call, goesOn && !resync ? after : core.events().number(), topics);
   return answer;
 }
 

@@ -76,7 +76,7 @@ struct Method {
   std::string_view help;
   std::vector<Parameter> parameters;
   std::string_view result;  ///< JSON Schema of what it answers, as JSON
-  Json::Value (*run)(const Call& call);
+  Json::Value (*run)(const Call& call) = nullptr;
 };
 
 /// All methods but those of the plug-in's commands, by area.
