@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "json/Read.h"
+#include "json/Write.h"
 #include "rpc/Failure.h"
 #include "rpc/Method.h"
 #include "rpc/OpenRpc.h"
-#include "rpc/ReplyJson.h"
 
 namespace virtualtv::rpc {
 
@@ -28,17 +28,17 @@ std::string randomId() {
   return id;
 }
 
-Json::Value responseTo(const Json::Value& id) {
-  Json::Value response;
-  response["jsonrpc"] = "2.0";
-  response["id"] = id;
-  return response;
+/// A response. @param part  "result" or "error".
+std::string response(const Json::Value& id, const char* part, const Json::Value& value) {
+  std::string text = R"({"jsonrpc":"2.0","id":)";
+  json::append(text, id);
+  text.append(",\"").append(part).append("\":");
+  json::append(text, value);
+  return text += '}';
 }
 
 std::string refusal(const Failure& failure) {
-  Json::Value response = responseTo(Json::nullValue);
-  response["error"] = errorOf(failure);
-  return write(response);
+  return response(Json::nullValue, "error", errorOf(failure));
 }
 
 bool isId(const Json::Value& id) {
@@ -246,18 +246,24 @@ void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string 
 /// Carries out a request. @return its response, empty for a notification.
 std::string Core::answer(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind) {
   if (const auto flaw = flawOf(request)) return refusal({Code::notARequest, *flaw});
-  Json::Value response = responseTo(request["id"]);
-  const std::string name = request["method"].asString();
+  const char* part = "result";
+  Json::Value value;
   try {
-    const Method* const method = findMethod(name);
-    if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + name + "'");
-    const Params params(method->parameters, request["params"]);
-    response["result"] = method->run({*this, seat, *method, params, behind});
+    value = result(seat, request, behind);
   } catch (...) {
-    response["error"] = errorOf(currentFailure(name));
+    part = "error";
+    value = errorOf(currentFailure(request["method"].asString()));
   }
   complain(device_.takeComplaints());
-  return request.isMember("id") ? write(response) : "";
+  return request.isMember("id") ? response(request["id"], part, value) : "";
+}
+
+Json::Value Core::result(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind) {
+  const std::string name = request["method"].asString();
+  const Method* const method = findMethod(name);
+  if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + name + "'");
+  const Params params(method->parameters, request["params"]);
+  return method->run({*this, seat, *method, params, behind});
 }
 
 void Core::complain(const std::vector<std::string>& complaints) const {
@@ -266,7 +272,7 @@ void Core::complain(const std::vector<std::string>& complaints) const {
 }
 
 const std::string& Core::openRpc() {
-  if (openRpc_.empty()) openRpc_ = write(openRpcDocument());
+  if (openRpc_.empty()) openRpc_ = json::write(openRpcDocument());
   return openRpc_;
 }
 

@@ -84,6 +84,7 @@ class Core {
   bool goOn(const std::shared_ptr<Seat>& seat, Job& job);
   void hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response);
   std::string answer(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind);
+  Json::Value result(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind);
   void endWhenUnused(const Seat& seat);
   void deliver(Event& event);
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <variant>
 
+#include "json/Write.h"
 #include "rpc/EventJson.h"
-#include "rpc/ReplyJson.h"
 
 namespace virtualtv::rpc {
 
@@ -156,11 +156,9 @@ void Events::replay(std::uint64_t after, const std::function<void(Event&)>& take
 
 std::shared_ptr<const std::string> Events::textOf(Event& event) const {
   if (event.text) return event.text;
-  Json::Value notification;
-  notification["jsonrpc"] = "2.0";
-  notification["method"] = "event";
-  notification["params"] = jsonOf(device_, event);
-  event.text = std::make_shared<const std::string>(write(notification));
+  std::string text = R"({"jsonrpc":"2.0","method":"event","params":)";
+  json::append(text, jsonOf(device_, event));
+  event.text = std::make_shared<const std::string>(text += '}');
   return event.text;
 }
 

@@ -1,10 +1,7 @@
 #include "rpc/ReplyJson.h"
 
-#include <json/writer.h>
-
-#include <memory>
+#include <algorithm>
 #include <optional>
-#include <sstream>
 #include <string>
 
 #include "framework/Reply.h"
@@ -85,18 +82,6 @@ void putBytes(Json::Value& object, const char* name, std::string_view bytes) {
   }
   object[name] = text::toUtf8(text::toUnits(bytes));
   object["bytes"] = base64(bytes);
-}
-
-std::string write(const Json::Value& value) {
-  static const std::unique_ptr<Json::StreamWriter> writer = [] {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
-  }();
-  std::ostringstream text;
-  writer->write(value, &text);
-  return text.str();
 }
 
 }  // namespace virtualtv::rpc

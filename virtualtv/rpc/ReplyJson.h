@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <limits>
-#include <string>
 #include <string_view>
 
 namespace virtualtv::rpc {
@@ -18,8 +17,5 @@ Json::Value resultOf(bool accepted, std::string_view encoded,
 
 /// Puts bytes into an object under a name, and beside them into `bytes` where they are not UTF-8.
 void putBytes(Json::Value& object, const char* name, std::string_view bytes);
-
-/// A JSON value as text in one line.
-std::string write(const Json::Value& value);
 
 }  // namespace virtualtv::rpc
