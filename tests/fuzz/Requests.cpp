@@ -1,0 +1,108 @@
+// Messages of any bytes to the JSON-RPC server, each of them alone and as a POST: whatever comes, the answer is JSON in
+// the right form, comes at once or after the set's delay, and the set can still be asked.
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "fuzz/support/Demand.h"
+#include "json/Read.h"
+#include "rpc/Server.h"
+#include "support/bench/Bench.h"
+
+namespace {
+
+using fuzz::demand;
+using virtualtv::rpc::Options;
+
+/// Time passes when somebody waits for it.
+std::vector<std::function<void()>>& waiting() {
+  static std::vector<std::function<void()>> tasks;
+  return tasks;
+}
+
+void passTime() {
+  for (int round = 0; round < 1000 && !waiting().empty(); ++round) {
+    for (const auto& task : std::exchange(waiting(), {})) task();
+  }
+}
+
+void demandResponse(const Json::Value& response) {
+  demand(response.isObject() && response["jsonrpc"] == "2.0" && response.isMember("id"), "a response has no form");
+  demand(response.isMember("result") != response.isMember("error"), "a response has a result or an error");
+  if (!response.isMember("error")) return;
+  const Json::Value& error = response["error"];
+  demand(error["code"].isInt() && error["message"].isString(), "an error has no form");
+  demand(error["data"]["reason"].isString() && !error["data"]["reason"].asString().empty(), "an error has no reason");
+}
+
+void demandMessage(const std::string& text) {
+  const Json::Value message = virtualtv::json::read(text);
+  if (message["method"] == "event") return demand(message["params"]["number"].isUInt64(), "an event has no number");
+  if (!message.isArray()) return demandResponse(message);
+  for (const Json::Value& response : message) demandResponse(response);
+}
+
+class Outlet : public virtualtv::rpc::Outlet {
+ public:
+  void send(std::shared_ptr<const std::string> message) override { demandMessage(*message); }
+  std::size_t unsent() const override { return 0; }
+  void cutOff() override {}
+};
+
+class World {
+ public:
+  World() : server_(bench_.device(), options()) { bench_.logNoMore(); }
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+
+  void connected(std::string_view message) {
+    Outlet outlet;
+    const auto client = server_.connect(outlet, std::nullopt);
+    bool isDone = false;
+    client->take(message, [&] { isDone = true; });
+    passTime();
+    demand(isDone, "a message is not dealt with");
+  }
+
+  void posted(std::string_view message) {
+    int answers = 0;
+    server_.post(message, std::nullopt, [&](const std::string& reply) {
+      ++answers;
+      if (!reply.empty()) demandMessage(reply);
+    });
+    passTime();
+    demand(answers == 1, "a request is answered " + std::to_string(answers) + " times");
+  }
+
+  void renew() {
+    bench_.device().clearFaults();
+    bench_.device().reset();
+  }
+
+ private:
+  static Options options() {
+    Options options;
+    options.after = [](auto, std::function<void()> task) { waiting().push_back(std::move(task)); };
+    return options;
+  }
+
+  support::Bench bench_;
+  virtualtv::rpc::Server server_;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static World world;
+  const std::string_view message(reinterpret_cast<const char*>(data), size);
+  world.connected(message);
+  world.posted(message);
+  world.renew();
+  return 0;
+}
