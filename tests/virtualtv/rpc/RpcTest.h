@@ -75,6 +75,7 @@ class RpcTest : public ::testing::Test {
   explicit RpcTest(Options options = {});
 
   device::Device& device() { return television.device; }
+  Tv& tv() { return television.tv(); }
   /// Answers a POST. @return nothing while there is no reply.
   std::optional<std::string> post(const std::string& body, const std::optional<std::string>& session = std::nullopt);
   Json::Value posted(const std::string& method, const Json::Value& params = Json::nullValue,
