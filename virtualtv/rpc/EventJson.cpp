@@ -1,7 +1,7 @@
 #include "rpc/EventJson.h"
 
 #include <algorithm>
-#include <array>
+#include <limits>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -211,17 +211,23 @@ struct TopicOf {
   std::string_view operator()(const framework::LogLine&) const { return "log"; }
 };
 
-void putMessages(const Event& log, Json::Value& json) {
-  Json::Value& lines = json["lines"] = Json::arrayValue;
-  for (const auto& happening : log.happenings) {
-    const auto& line = std::get<framework::LogLine>(happening->what);
+/// The messages of a log event, as far as they are told, or all of them.
+void putMessages(const Event& log, Json::Value& lines, std::size_t most, std::size_t longest) {
+  for (std::size_t at = 0; at < std::min(log.happenings.size(), most); ++at) {
+    const auto& line = std::get<framework::LogLine>(log.happenings[at]->what);
     const std::string message = line.message.text();
     Json::Value& told = lines.append(Json::objectValue);
     told["level"] = line.level;
-    told["text"] = valueOf(std::string(text::utf8Front(message.substr(0, longestMessage))));
-    if (message.size() > longestMessage) told["length"] = Json::UInt64{message.size()};
+    told["text"] = valueOf(std::string(text::utf8Front(message.substr(0, longest))));
+    if (message.size() > longest) told["length"] = Json::UInt64{message.size()};
   }
-  json["omitted"] = Json::UInt64{log.omitted};
+}
+
+void putLog(const Event& log, Json::Value& json) {
+  const std::size_t count = log.happenings.size();
+  json["lines"] = Json::arrayValue;
+  putMessages(log, json["lines"], mostMessages, longestMessage);
+  json["omitted"] = Json::UInt64{count - std::min(count, mostMessages)};
 }
 
 }  // namespace
@@ -240,11 +246,33 @@ Json::Value jsonOf(device::Device& device, const Event& event) {
     json["session"] = event.session;
     json["what"] = event.what;
   } else if (event.topic == "log") {
-    putMessages(event, json);
+    putLog(event, json);
   } else {
     std::visit(Writer(device, json), event.happenings.front()->what);
   }
   return json;
+}
+
+Json::Value emptyCause() {
+  Json::Value why;
+  for (const char* const part : {"calls", "keys", "log"}) why[part] = Json::arrayValue;
+  return why;
+}
+
+void putCause(device::Device& device, const Event& event, Json::Value& why) {
+  constexpr std::size_t all = std::numeric_limits<std::size_t>::max();
+  if (event.topic == "log") return putMessages(event, why["log"], all, all);
+  const auto& what = event.happenings.front()->what;
+  const Writer intoWhy(device, why);
+  if (const auto* call = std::get_if<seam::Call>(&what)) why["calls"].append(valueOf(seam::line(*call)));
+  if (event.topic == "settings") {
+    const Writer intoKey(device, why["keys"].append(Json::objectValue));
+    intoKey(std::get<Change>(what));
+  }
+  const auto* const command = std::get_if<CommandRun>(&what);
+  if (command == nullptr) return;
+  intoWhy(*command);
+  if (command->accepted) why["reply"] = resultOf(*command->accepted, command->reply);
 }
 
 }  // namespace virtualtv::rpc

@@ -21,4 +21,9 @@ std::string_view topicOf(const device::Happening& happening);
 /// An event as clients read it.
 Json::Value jsonOf(device::Device& device, const Event& event);
 
+/// All about a command: `calls`, `keys`, `log`, and once it has ended what its own event has, its whole reply too.
+Json::Value emptyCause();
+/// Adds what an event of the command tells.
+void putCause(device::Device& device, const Event& event, Json::Value& why);
+
 }  // namespace virtualtv::rpc

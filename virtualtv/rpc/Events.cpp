@@ -118,11 +118,7 @@ std::uint64_t Events::commandOf(const seam::Caller& caller) {
 void Events::addLogLine(const std::shared_ptr<const device::Happening>& happening) {
   const std::uint64_t command = commandOf(happening->caller);
   if (!log_.happenings.empty() && log_.command != command) tellOfLog();
-  if (log_.happenings.size() < mostMessages) {
-    log_.happenings.push_back(happening);
-  } else {
-    ++log_.omitted;
-  }
+  log_.happenings.push_back(happening);
   log_.topic = "log";
   log_.command = command;
   log_.revision = happening->revision;

@@ -39,7 +39,6 @@ struct Event {
   std::vector<std::shared_ptr<const device::Happening>> happenings;
   std::string session;                      ///< of an event of the topic `session`
   const char* what = nullptr;               ///< likewise: "opened", "closed"
-  std::size_t omitted = 0;                  ///< of `happenings`, left out
   std::shared_ptr<const std::string> text;  ///< as it goes out, once it was written
 };
 

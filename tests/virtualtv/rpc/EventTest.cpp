@@ -1,5 +1,8 @@
 // Events: their order, their numbers, what is replayed, and delays.
 #include "rpc/Events.h"
+
+#include <algorithm>
+
 #include "virtualtv/rpc/RpcTest.h"
 
 namespace virtualtv::rpc {
@@ -95,6 +98,27 @@ TEST_F(EventsTest, TellTheLogOfACommandAtOnce) {
   EXPECT_GT(events[1]["lines"].size(), 1U);
   EXPECT_EQ(events[1]["omitted"], 0);
   EXPECT_TRUE(events[1]["lines"][0]["text"].isString());
+}
+
+TEST_F(EventsTest, AreGatheredForACommand) {
+  subscribe(client, R"([["*"]])");
+  client.run("SetSource", json("[31]"));
+  const std::vector<Json::Value> events = client.events();
+  const Json::Value why = client.result("tv.why", json("[1]"));
+  EXPECT_EQ(why["command"], 1);
+  EXPECT_EQ(why["name"], "SetSource");
+  EXPECT_EQ(why["reply"]["kind"], "int");
+  const auto told = [&](const char* topic) {
+    return static_cast<Json::ArrayIndex>(std::count_if(events.begin(), events.end(), [&](const Json::Value& event) {
+      return event["topic"] == topic && event["command"] == 1;
+    }));
+  };
+  EXPECT_EQ(why["calls"].size(), told("call"));
+  EXPECT_EQ(why["keys"].size(), told("settings"));
+  EXPECT_GT(why["keys"].size(), 0U);
+  EXPECT_GT(why["log"].size(), 0U);
+  EXPECT_EQ(codeOf(client.call("tv.why", json("[2]"))), 1002);
+  EXPECT_EQ(codeOf(client.call("tv.why", json("[0]"))), 1002);
 }
 
 TEST_F(EventsTest, AreToldToAllWhoWantThem) {

@@ -1,0 +1,62 @@
+// docs/methods.md lists the methods and topics as the rows have them.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "json/Read.h"
+#include "json/Write.h"
+#include "rpc/Events.h"
+#include "rpc/Method.h"
+#include "virtualtv/rpc/RpcTest.h"
+
+namespace virtualtv::rpc {
+namespace {
+
+std::string inOneLine(std::string_view schema) {
+  return virtualtv::json::write(virtualtv::json::read(schema));
+}
+
+void describe(std::ostream& page, const Method& method) {
+  page << "\n## `" << method.name << "`\n\n" << method.help << "\n";
+  if (!method.parameters.empty()) page << "\n| Parameter | | Schema |\n| --- | --- | --- |\n";
+  for (const Parameter& parameter : method.parameters) {
+    page << "| `" << parameter.name << "`" << (parameter.required ? "" : ", may be missing") << " | " << parameter.help
+         << " | `" << inOneLine(parameter.schema) << "` |\n";
+  }
+  page << "\nResult: `" << inOneLine(method.result) << "`\n";
+}
+
+std::string reference() {
+  std::ostringstream page;
+  page << "# Methods and events\n\nEach of the plug-in's commands is a method `window.NAME` too, with the parameters "
+          "that [the catalogue](commands.md) gives it;\n`window.execute` below shows what they answer. This page is "
+          "made "
+          "from the server's own table; `rpc.discover` answers the\nsame as an OpenRPC document.\n";
+  const auto commands = commandMethods();
+  for (const Method* method : methods()) {
+    const bool isOfCatalogue = method->run == commands.front().run;
+    if (!isOfCatalogue) describe(page, *method);
+  }
+  page
+      << "\n# Topics\n\nEach event has `number`, `topic`, `revision`, where it belongs to a command `command`, and:\n\n"
+         "| Topic | What happened | Members |\n| --- | --- | --- |\n";
+  for (const Topic& topic : topics()) {
+    page << "| `" << topic.name << "` | " << topic.help << " | `" << inOneLine(topic.schema) << "` |\n";
+  }
+  return page.str();
+}
+
+/// Where it differs, what the page should be lies beside it under another name.
+TEST(Reference, IsWhatTheRowsSay) {
+  const std::filesystem::path file = METHODS_PAGE;
+  std::ifstream page(file);
+  const std::string text{std::istreambuf_iterator<char>(page), {}};
+  if (text == reference()) return;
+  const std::filesystem::path wanted = std::filesystem::temp_directory_path() / "methods.md";
+  std::ofstream(wanted) << reference();
+  FAIL() << file << " is not what the rows say; " << wanted << " is";
+}
+
+}  // namespace
+}  // namespace virtualtv::rpc
