@@ -177,7 +177,8 @@ void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std:
     job->reply = refusal({Code::internal, "not enough memory to read the message"});
   }
   seat.queue.push_back(job);
-  work(seats_.at(seat.id));
+  const std::shared_ptr<Seat> kept = seats_.at(seat.id);  // a message may end the session
+  work(kept);
 }
 
 void Core::post(std::string_view message, const std::optional<std::string>& session,
