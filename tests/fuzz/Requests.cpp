@@ -43,9 +43,12 @@ void demandResponse(const Json::Value& response) {
 
 void demandMessage(const std::string& text) {
   const Json::Value message = virtualtv::json::read(text);
+  if (message.isArray()) {
+    for (const Json::Value& response : message) demandResponse(response);
+    return;
+  }
   if (message["method"] == "event") return demand(message["params"]["number"].isUInt64(), "an event has no number");
-  if (!message.isArray()) return demandResponse(message);
-  for (const Json::Value& response : message) demandResponse(response);
+  demandResponse(message);
 }
 
 class Outlet : public virtualtv::rpc::Outlet {
