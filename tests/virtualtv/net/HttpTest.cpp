@@ -1,0 +1,355 @@
+// What the server answers over HTTP, by requests as they stand on the wire.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "virtualtv/net/Served.h"
+#include "virtualtv/support/Support.h"
+
+namespace virtualtv::net {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+/// A server that does not wait long for its clients when it ends.
+Options hasty() {
+  Options options;
+  options.limits.ending = std::chrono::milliseconds(20);
+  return options;
+}
+
+class HttpTest : public ::testing::Test {
+ protected:
+  Served served{hasty()};
+  Wire wire{served.port()};
+};
+
+TEST_F(HttpTest, AnswersACall) {
+  const Reply reply = wire.ask(postOf(quick(7)), quick(7));
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_EQ(idOf(reply.body), 7);
+  EXPECT_EQ(reply.headers.at("content-type"), "application/json");
+  EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
+  EXPECT_EQ(reply.headers.at("vary"), "Origin");
+  EXPECT_EQ(reply.headers.count("access-control-allow-origin"), 0U);
+  EXPECT_EQ(reply.headers.count("set-cookie"), 0U);
+}
+
+TEST_F(HttpTest, AnswersNotificationsWithNothing) {
+  const std::string notification = R"({"jsonrpc":"2.0","method":"tv.get","params":{"name":"region"}})";
+  const Reply reply = wire.ask(postOf(notification), notification);
+  EXPECT_EQ(reply.status, 204);
+  EXPECT_EQ(reply.headers.count("content-length"), 0U);
+  EXPECT_EQ(reply.headers.count("content-type"), 0U);
+  EXPECT_EQ(wire.ask(postOf(quick(1)), quick(1)).status, 200);
+}
+
+TEST_F(HttpTest, LeavesWhatIsNoJsonToTheDispatcher) {
+  const Reply reply = wire.ask(postOf("{"), "{");
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_NE(reply.body.find("-32700"), std::string::npos) << reply.body;
+  EXPECT_NE(wire.ask(postOf("")).body.find("-32700"), std::string::npos);
+}
+
+TEST_F(HttpTest, TakesJsonAlone) {
+  const auto statusOf = [&](const std::string& type) {
+    const std::string header = type.empty() ? "" : "Content-Type: " + type + "\n";
+    Wire own(served.port());
+    return own
+        .ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Length: " + std::to_string(quick(1).size()) + "\n" + header,
+             quick(1))
+        .status;
+  };
+  for (const char* type : {"application/json", "application/json; charset=utf-8", "Application/JSON ;charset=UTF-8"}) {
+    EXPECT_EQ(statusOf(type), 200) << type;
+  }
+  for (const char* type : {"", "text/plain", "application/jsonp", "application/x-www-form-urlencoded",
+                           "multipart/form-data; boundary=x", "text/plain; application/json"}) {
+    EXPECT_EQ(statusOf(type), 415) << type;
+  }
+}
+
+TEST_F(HttpTest, TakesBodiesInChunks) {
+  std::string chunks;
+  for (const char byte : quick(9)) chunks += std::string("1;x=y\r\n") + byte + "\r\n";
+  const Reply reply =
+      wire.ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: application/json\nTransfer-Encoding: chunked\n",
+               chunks + "0\r\nTrailer: x\r\n\r\n");
+  EXPECT_EQ(idOf(reply.body), 9);
+}
+
+TEST_F(HttpTest, AnswersManyRequestsOnAConnectionInTheirOrder) {
+  std::string bytes;
+  for (int id = 1; id <= 50; ++id) {
+    bytes += "POST /rpc HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\nContent-Length: " +
+             std::to_string(quick(id).size()) + "\r\n\r\n" + quick(id);
+  }
+  wire.send(bytes);
+  for (int id = 1; id <= 50; ++id) EXPECT_EQ(idOf(wire.reply().body), id);
+}
+
+TEST_F(HttpTest, ClosesWhereItIsAskedTo) {
+  const Reply last = wire.ask(postOf(quick(1), "Connection: close\n"), quick(1));
+  EXPECT_EQ(last.status, 200);
+  EXPECT_EQ(last.headers.at("connection"), "close");
+  EXPECT_TRUE(wire.isAtEnd());
+  Wire old(served.port());
+  EXPECT_EQ(old.ask("GET / HTTP/1.0\nHost: localhost\n").status, 200);
+  EXPECT_TRUE(old.isAtEnd());
+}
+
+TEST_F(HttpTest, SaysThatItGoesOnWhereThatIsAsked) {
+  wire.send(
+      "POST /rpc HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\nExpect: 100-continue\r\n"
+      "Content-Length: " +
+      std::to_string(quick(3).size()) + "\r\n\r\n");
+  EXPECT_EQ(wire.readUntil("\r\n\r\n"), "HTTP/1.1 100 Continue\r\n\r\n");
+  wire.send(quick(3));
+  EXPECT_EQ(idOf(wire.reply().body), 3);
+  Wire refused(served.port());
+  EXPECT_EQ(refused
+                .ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: text/plain\nExpect: 100-continue\n"
+                     "Content-Length: 5\n")
+                .status,
+            415);
+  EXPECT_TRUE(refused.isAtEnd());
+}
+
+TEST_F(HttpTest, SaysWhichMethodsAnAddressTakes) {
+  for (const char* method : {"PUT", "DELETE", "PATCH", "OPTIONS", "TRACE", "NONSENSE"}) {
+    const Reply calls = wire.ask(std::string(method) + " /rpc HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(calls.status, 405) << method;
+    EXPECT_EQ(calls.headers.at("allow"), "GET, HEAD, POST");
+    const Reply page = wire.ask(std::string(method) + " / HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(page.status, 405) << method;
+    EXPECT_EQ(page.headers.at("allow"), "GET, HEAD");
+  }
+  EXPECT_EQ(wire.ask("POST / HTTP/1.1\nHost: localhost\n").status, 405);
+  EXPECT_EQ(wire.ask("POST /openrpc.json HTTP/1.1\nHost: localhost\n").status, 405);
+}
+
+TEST_F(HttpTest, HasNothingElsewhere) {
+  for (const char* target : {"/nothing", "/rpc/", "/%72pc", "//rpc", "/index.html", "/../etc/passwd", "/scan",
+                             "/live/main", "/live/pip", "/?x", "/rpc#x"}) {
+    const Reply reply = wire.ask("GET " + std::string(target) + " HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(reply.status, std::string(target) == "/?x" ? 200 : 404) << target;
+    EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
+  }
+  EXPECT_EQ(wire.ask("PUT /nothing HTTP/1.1\nHost: localhost\n").status, 404);
+}
+
+TEST_F(HttpTest, ShowsAPageThatLoadsNothingFromElsewhere) {
+  const Reply page = wire.ask("GET / HTTP/1.1\nHost: localhost:1234\n");
+  EXPECT_EQ(page.status, 200);
+  EXPECT_EQ(page.headers.at("content-type"), "text/html; charset=utf-8");
+  EXPECT_EQ(page.headers.at("content-security-policy"),
+            "default-src 'self'; media-src 'self' blob:; frame-src 'self'; frame-ancestors 'none'; object-src 'none'; "
+            "base-uri 'none'; form-action 'none'");
+  EXPECT_NE(page.body.find("http://localhost:1234/"), std::string::npos);
+  EXPECT_NE(page.body.find("fetch('/rpc'"), std::string::npos);
+  EXPECT_EQ(page.body.find("HOST"), std::string::npos);
+  for (const char* loaded : {"src=", "<script", "<style", "style=", "https:"}) {
+    EXPECT_EQ(page.body.find(loaded), std::string::npos) << loaded;
+  }
+  const Reply head = wire.ask("HEAD / HTTP/1.1\nHost: localhost:1234\n");
+  EXPECT_EQ(head.status, 200);
+  EXPECT_EQ(head.headers, page.headers);
+  EXPECT_EQ(wire.ask("GET / HTTP/1.1\nHost: localhost:1234\n").body, page.body);
+}
+
+TEST_F(HttpTest, HasTheFilesOfTheClientThatThereAre) {
+  const std::filesystem::path folder = CLIENT_FILES;
+  for (const auto& [name, type] :
+       {std::pair("client.js", "text/javascript; charset=utf-8"), std::pair("client.d.ts", "text/plain; charset=utf-8"),
+        std::pair("window.js", "text/javascript; charset=utf-8")}) {
+    const Reply reply = wire.ask("GET /" + std::string(name) + "?name=tv HTTP/1.1\nHost: localhost\n");
+    if (!std::filesystem::exists(folder / name)) {
+      EXPECT_EQ(reply.status, 404) << name;
+      continue;
+    }
+    EXPECT_EQ(reply.status, 200) << name;
+    EXPECT_EQ(reply.headers.at("content-type"), type);
+    EXPECT_EQ(reply.body, test::contentOf(folder / name));
+  }
+}
+
+TEST_F(HttpTest, TellsItsMethods) {
+  const Reply reply = wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\n");
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_EQ(reply.headers.at("content-type"), "application/json");
+  EXPECT_NE(reply.body.find("\"openrpc\""), std::string::npos);
+}
+
+TEST_F(HttpTest, WantsAnUpgradeWhereThereIsNoCall) {
+  for (const char* method : {"GET", "HEAD"}) {
+    const Reply reply = wire.ask(std::string(method) + " /rpc HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(reply.status, 426);
+    EXPECT_EQ(reply.headers.at("upgrade"), "websocket");
+    EXPECT_EQ(reply.headers.at("connection"), "Upgrade");
+  }
+}
+
+TEST_F(HttpTest, RefusesWhatIsNoRequest) {
+  for (const char* bytes :
+       {"nonsense\r\n\r\n", "GET / HTTP/2.0\r\nHost: localhost\r\n\r\n", "GET /\r\n\r\n",
+        "GET / HTTP/1.1\r\nHost localhost\r\n\r\n", "GET / HTTP/1.1\r\nHost: localhost\r\nA\x01: b\r\n\r\n",
+        "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n", "\x16\x03\x01\x02 hello\r\n\r\n",
+        "POST /rpc HTTP/1.1\r\nHost: localhost\r\nContent-Length: -1\r\n\r\n",
+        "POST /rpc HTTP/1.1\r\nHost: localhost\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\nx",
+        "POST /rpc HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\n"
+        "Transfer-Encoding: chunked\r\n\r\nzz\r\n\r\n"}) {
+    Wire own(served.port());
+    own.send(bytes);
+    const Reply reply = own.reply();
+    EXPECT_EQ(reply.status, 400) << bytes;
+    EXPECT_EQ(reply.headers.at("connection"), "close");
+    EXPECT_TRUE(own.isAtEnd());
+  }
+}
+
+TEST_F(HttpTest, RefusesHostsOriginsAndTargetsThatAreNotClear) {
+  for (const char* lines :
+       {"GET / HTTP/1.1\n", "GET / HTTP/1.1\nHost: localhost\nHost: localhost\n",
+        "GET http://localhost/ HTTP/1.1\nHost: localhost\n",
+        "GET / HTTP/1.1\nHost: localhost\nOrigin: http://localhost\nOrigin: http://localhost\n",
+        "OPTIONS * HTTP/1.1\nHost: localhost\n", "CONNECT localhost:80 HTTP/1.1\nHost: localhost\n"}) {
+    Wire own(served.port());
+    const Reply reply = own.ask(lines);
+    EXPECT_EQ(reply.status, 400) << lines;
+    EXPECT_FALSE(reply.body.empty());
+  }
+}
+
+TEST_F(HttpTest, DoesNotTakeTheRestOfARefusedBodyForARequest) {
+  const std::string hidden = "POST /rpc HTTP/1.1\r\nHost: localhost\r\n\r\n";
+  const Reply reply = wire.ask(
+      "POST /rpc HTTP/1.1\nHost: evil.example\nContent-Length: " + std::to_string(hidden.size()) + "\n", hidden);
+  EXPECT_EQ(reply.status, 403);
+  EXPECT_TRUE(wire.isAtEnd());
+}
+
+TEST_F(HttpTest, TellsOnceOnlyWhoMayNotAsk) {
+  for (int time = 0; time < 3; ++time) {
+    EXPECT_EQ(wire.ask("GET / HTTP/1.1\nHost: localhost\nOrigin: http://a.example\n").status, 403);
+    const Reply reply = wire.ask("GET / HTTP/1.1\nHost: tv.example\n");
+    EXPECT_EQ(reply.status, 403);
+    EXPECT_EQ(reply.body, "this server is not known as tv.example: start it with --allow-host tv.example\n");
+  }
+  EXPECT_EQ(served.complaints(),
+            (Texts{"pages of http://a.example may not use this server: start it with --allow-origin http://a.example",
+                   "this server is not known as tv.example: start it with --allow-host tv.example"}));
+}
+
+TEST_F(HttpTest, LogsEachRequestWithoutItsQuery) {
+  wire.ask(postOf(quick(1)), quick(1));
+  wire.ask("GET /nothing?token=s3cret HTTP/1.1\nHost: localhost\nAuthorization: Bearer s3cret\n");
+  wire.upgrade("/rpc?token=s3cret");
+  std::string lines;
+  for (const std::string& line : served.log()) lines += line.substr(0, line.find_last_of(' ', line.size() - 4)) + "\n";
+  EXPECT_EQ(lines, "POST /rpc 200\nGET /nothing 404\nGET /rpc 101\n");
+}
+
+TEST_F(HttpTest, OneClientIsServedWhileAnotherIsHeldBack) {
+  const std::string session = wire.openSession();
+  wire.ask(postOf(holdBack()), holdBack());
+  wire.sendRequest(postOf(heldBack(2), "Emp-Session: " + session + "\n"), heldBack(2));
+  Wire other(served.port());
+  for (int id = 1; id <= 20; ++id) EXPECT_EQ(idOf(other.ask(postOf(quick(id)), quick(id)).body), id);
+  EXPECT_EQ(served.log().size(), 22U);  // all but the one that is held back
+}
+
+TEST_F(HttpTest, ACallRunsOnTheSessionThatItNames) {
+  const std::string session = wire.openSession();
+  const std::string question = requestOf(1, "tv.sessions", "{}");
+  EXPECT_NE(wire.ask(postOf(question, "Emp-Session: " + session + "\n"), question).body.find(session),
+            std::string::npos);
+  EXPECT_NE(wire.ask(postOf(quick(1), "Emp-Session: nosuch\n"), quick(1)).body.find("1003"), std::string::npos);
+  EXPECT_NE(wire.ask(postOf(quick(1), "Emp-Session:\n"), quick(1)).body.find("1003"), std::string::npos);
+}
+
+class AccessOverHttpTest : public ::testing::Test {
+ protected:
+  static Options options() {
+    Options options;
+    options.access = {.origins = {"http://app.example:*"}, .hosts = {"tv.example"}, .token = "s3cret"};
+    return options;
+  }
+  Served served{options()};
+  Wire wire{served.port()};
+};
+
+TEST_F(AccessOverHttpTest, NamesAnAllowedOriginInEveryAnswer) {
+  const std::string origin = "Origin: http://app.example:5173\n";
+  const auto named = [](const Reply& reply) {
+    EXPECT_EQ(reply.headers.at("vary"), "Origin");
+    EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
+    const auto found = reply.headers.find("access-control-allow-origin");
+    return found == reply.headers.end() ? "" : found->second;
+  };
+  const std::string key = "Authorization: Bearer s3cret\n";
+  for (const auto& [lines, status] : {
+           std::pair<std::string, int>{"GET / HTTP/1.1\nHost: localhost\n", 200},
+           {"GET /rpc HTTP/1.1\nHost: localhost\n", 401},
+           {"GET /nothing HTTP/1.1\nHost: localhost\n", 404},
+           {"PUT / HTTP/1.1\nHost: localhost\n", 405},
+           {"GET / HTTP/1.1\nHost: evil.example\n", 403},
+           {"GET http://localhost/ HTTP/1.1\nHost: localhost\n", 400},
+           {"POST /rpc HTTP/1.1\nHost: localhost\n" + key, 415},
+           {"GET /rpc HTTP/1.1\nHost: localhost\n" + key, 426},
+           {"GET /openrpc.json HTTP/1.1\nHost: tv.example\n" + key, 200},
+       }) {
+    const Reply reply = wire.ask(lines + origin);
+    EXPECT_EQ(reply.status, status) << lines;
+    EXPECT_EQ(named(reply), "http://app.example:5173") << lines;
+  }
+  Wire big(served.port());
+  const Reply tooBig =
+      big.ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: application/json\nContent-Length: 999999999\n" + key +
+              origin);
+  EXPECT_EQ(tooBig.status, 413);
+  EXPECT_EQ(named(tooBig), "http://app.example:5173");
+  Wire socket(served.port());
+  EXPECT_EQ(named(socket.upgrade("/rpc?token=s3cret", origin)), "http://app.example:5173");
+  EXPECT_EQ(named(wire.ask("GET / HTTP/1.1\nHost: localhost\nOrigin: http://other.example\n")), "");
+  EXPECT_EQ(named(wire.ask("GET / HTTP/1.1\nHost: localhost\n")), "");
+}
+
+TEST_F(AccessOverHttpTest, AnswersPreflights) {
+  const std::string question = "OPTIONS /rpc HTTP/1.1\nHost: localhost\nOrigin: http://app.example:1\n";
+  const Reply reply =
+      wire.ask(question + "Access-Control-Request-Method: POST\nAccess-Control-Request-Private-Network: true\n");
+  EXPECT_EQ(reply.status, 204);
+  EXPECT_EQ(reply.headers.at("access-control-allow-origin"), "http://app.example:1");
+  EXPECT_EQ(reply.headers.at("access-control-allow-methods"), "GET, POST");
+  EXPECT_EQ(reply.headers.at("access-control-allow-headers"), "authorization, content-type, emp-session");
+  EXPECT_EQ(reply.headers.at("access-control-max-age"), "7200");
+  EXPECT_EQ(reply.headers.at("access-control-allow-private-network"), "true");
+  EXPECT_EQ(wire.ask(question + "Access-Control-Request-Method: POST\n")
+                .headers.count("access-control-allow-private-network"),
+            0U);
+  EXPECT_EQ(wire.ask(question).status, 401);
+}
+
+TEST_F(AccessOverHttpTest, WantsTheToken) {
+  EXPECT_EQ(wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\n").status, 401);
+  EXPECT_EQ(wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\nAuthorization: Bearer s3cret\n").status, 200);
+  EXPECT_EQ(wire.ask("GET /scan HTTP/1.1\nHost: localhost\n").status, 401);
+  const Reply refused = wire.upgrade("/rpc?token=wrong");
+  EXPECT_EQ(refused.status, 401);
+  EXPECT_EQ(refused.headers.at("www-authenticate"), "Bearer");
+  EXPECT_EQ(wire.upgrade("/rpc?token=s3cret").status, 101);
+  for (const std::string& line : served.log()) EXPECT_EQ(line.find("s3cret"), std::string::npos) << line;
+}
+
+TEST_F(AccessOverHttpTest, ThePageMayShowAllowedOrigins) {
+  const Reply page = wire.ask("GET / HTTP/1.1\nHost: localhost\n");
+  EXPECT_NE(page.headers.at("content-security-policy").find("frame-src 'self' http://app.example:*;"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace virtualtv::net

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+
+// A client of the server that speaks to it byte by byte.
+
+namespace virtualtv::net {
+
+struct Reply {
+  int status = 0;
+  std::map<std::string, std::string> headers;  ///< names in small letters
+  std::string body;
+};
+
+struct Frame {
+  int first = 0;  ///< its first byte: the end of a message, reserved bits, the kind
+  std::string payload;
+
+  /// Of one that closes: its code; 0 where it tells none.
+  int code() const;
+};
+
+inline constexpr int textFrame = 0x81;
+inline constexpr int binaryFrame = 0x82;
+inline constexpr int closeFrame = 0x88;
+inline constexpr int pingFrame = 0x89;
+inline constexpr int pongFrame = 0x8A;
+
+/// A client's bare connection. What never comes fails the test after a while.
+class Wire {
+ public:
+  /// @param buffer  bytes that the system keeps for it of what it has not read; 0 for what it likes.
+  explicit Wire(unsigned short port, int buffer = 0);
+  Wire(const Wire&) = delete;
+  Wire& operator=(const Wire&) = delete;
+  ~Wire() { close(); }
+
+  void send(std::string_view bytes);
+  /// Sends as much as the other side takes. @return false once it takes no more.
+  bool trySend(std::string_view bytes);
+  void endSending();
+  void close();
+
+  /// The next bytes, fewer where the connection ends.
+  std::string read(std::size_t count);
+  /// All up to a text and with it.
+  std::string readUntil(std::string_view end);
+  /// All until the connection ends.
+  std::string readAll();
+  /// True when the other side has ended it already.
+  bool hasEnded() const;
+  /// True when the other side ends it and nothing else comes.
+  bool isAtEnd() { return readAll().empty(); }
+
+  /// An answer to a request. @param hasBody  false for that to a HEAD.
+  Reply reply(bool hasBody = true);
+  /// Sends a request. @param lines  of its head, but for the empty one, with `\n` for breaks.
+  void sendRequest(const std::string& lines, const std::string& body = "");
+  /// The same, and reads what answers it.
+  Reply ask(const std::string& lines, const std::string& body = "");
+
+  /// Opens a session by a request. @return its id.
+  std::string openSession();
+
+  /// Becomes a WebSocket. @return the answer.
+  Reply upgrade(const std::string& target = "/rpc", const std::string& more = "");
+  /// Sends a frame, masked as clients must.
+  void sendFrame(int first, std::string_view payload);
+  Frame frame();
+  /// Sends a message, reads the next one.
+  std::string call(const std::string& message);
+
+ private:
+  bool readMore();
+
+  int socket_ = -1;
+  std::string unread_;
+};
+
+/// A frame's bytes. @param masked  as clients must have it.
+std::string bytesOf(int first, std::string_view payload, bool masked = true);
+
+/// A request of JSON-RPC. @param parameters  a JSON text.
+std::string requestOf(int id, const std::string& method, const std::string& parameters = "[]");
+/// The lines of a POST request for it.
+std::string postOf(const std::string& body, const std::string& more = "");
+
+/// What makes the server hold back each answer to `heldBack`, for as long as it can.
+std::string holdBack();
+std::string heldBack(int id);
+/// A command that is answered at once.
+std::string quick(int id);
+/// The id that a reply is for; 0 for what is no reply.
+int idOf(const std::string& reply);
+
+}  // namespace virtualtv::net

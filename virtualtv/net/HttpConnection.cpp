@@ -1,0 +1,309 @@
+#include "net/HttpConnection.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/string.hpp>
+#include <boost/beast/http/error.hpp>
+#include <boost/beast/http/field.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/status.hpp>
+#include <boost/beast/http/verb.hpp>
+#include <boost/beast/http/write.hpp>
+#include <boost/beast/websocket/rfc6455.hpp>
+#include <cstddef>
+#include <exception>
+#include <utility>
+#include <vector>
+
+#include "net/Pages.h"
+#include "net/WebSocket.h"
+#include "text/Units.h"
+
+namespace virtualtv::net {
+
+namespace http = boost::beast::http;
+
+namespace {
+
+std::string_view view(boost::beast::string_view text) {
+  return {text.data(), text.size()};
+}
+
+/// An answer that is a line for a person.
+Answer line(int status, const std::string& text, Headers headers = {}) {
+  return {status, text + "\n", "text/plain; charset=utf-8", std::move(headers)};
+}
+
+Answer notAllowed(const std::string& allowed) {
+  return line(405, "this address takes " + allowed, {{"Allow", allowed}});
+}
+
+bool isJson(std::string_view type) {
+  type = type.substr(0, type.find(';'));
+  while (type.ends_with(' ') || type.ends_with('\t')) type.remove_suffix(1);
+  return boost::beast::iequals(boost::beast::string_view(type.data(), type.size()), "application/json");
+}
+
+bool isOfHttp(error_code error) {
+  return error.category() == make_error_code(http::error::bad_method).category();
+}
+
+}  // namespace
+
+HttpConnection::HttpConnection(Site& site, Socket socket)
+    : site_(site), socket_(std::move(socket)), timer_(socket_.get_executor()), in_(2 * site.limits().mostHead) {}
+
+void HttpConnection::start() {
+  site_.add(shared_from_this());
+  awaitRequest();
+}
+
+void HttpConnection::goAway() {
+  last_ = true;
+  if (idle_) end();
+}
+
+void HttpConnection::awaitRequest() {
+  parser_.emplace();
+  parser_->header_limit(static_cast<std::uint32_t>(site_.limits().mostHead));
+  parser_->body_limit(boost::none);  // until the head is known
+  if (in_.size() > 0) return readHead();
+  idle_ = true;
+  within(site_.limits().silence);
+  socket_.async_wait(Socket::wait_read, [self = shared_from_this()](error_code error) {
+    self->idle_ = false;
+    if (error) return self->end();
+    self->readHead();
+  });
+}
+
+void HttpConnection::readHead() {
+  begun_ = std::chrono::steady_clock::now();
+  within(site_.limits().forHead);
+  http::async_read_header(socket_, in_, *parser_,
+                          [self = shared_from_this()](error_code error, std::size_t) { self->takeHead(error); });
+}
+
+void HttpConnection::takeHead(error_code error) {
+  verdict_ = {};
+  if (error) return refuse(error);
+  verdict_ = site_.access().judge(asking());
+  if (verdict_.status == 0) return route();
+  if (verdict_.status == 403) site_.complainOnce(verdict_.reason);
+  answer(verdict_.status == 204 ? Answer{.status = 204} : line(verdict_.status, verdict_.reason));
+}
+
+Asking HttpConnection::asking() const {
+  Asking asking;
+  asking.target = target();
+  for (const auto& field : parser_->get()) {
+    if (field.name() == http::field::host) asking.hosts.push_back(view(field.value()));
+    if (field.name() == http::field::origin) asking.origins.push_back(view(field.value()));
+  }
+  asking.authorization = header(http::field::authorization);
+  asking.upgrades = isUpgrade();
+  asking.preflight =
+      parser_->get().method() == http::verb::options && !header(http::field::access_control_request_method).empty();
+  asking.privateNetwork = view(parser_->get()["Access-Control-Request-Private-Network"]) == "true";
+  return asking;
+}
+
+void HttpConnection::route() {
+  const std::string_view path = pathOf(target());
+  const http::verb method = parser_->get().method();
+  const bool isGet = method == http::verb::get || method == http::verb::head;
+  if (path == "/rpc") {
+    if (method == http::verb::post) return takeCall();
+    return isGet ? upgrade() : answer(notAllowed("GET, HEAD, POST"));
+  }
+  Answer found = pageOrFile(path);
+  answer(found.status == 404 || isGet ? std::move(found) : notAllowed("GET, HEAD"));
+}
+
+Answer HttpConnection::pageOrFile(std::string_view path) const {
+  if (path == "/") {
+    return {200,
+            frontPage(header(http::field::host)),
+            "text/html; charset=utf-8",
+            {{"Content-Security-Policy", policyOf(site_.access().origins())}}};
+  }
+  if (path == "/openrpc.json") return {200, site_.calls().openRpc(), "application/json"};
+  const std::optional<File> file = fileAt(path);
+  return file ? Answer{200, std::string(file->content), file->type} : line(404, "there is nothing at this address");
+}
+
+void HttpConnection::takeCall() {
+  if (!isJson(header(http::field::content_type))) {
+    return answer(line(415, "a body of the type application/json is wanted"));
+  }
+  const auto length = parser_->content_length();
+  if (length && *length > site_.limits().mostBody) return refuse(http::error::body_limit);
+  parser_->body_limit(site_.limits().mostBody);
+  if (parser_->is_done()) return call();
+  within(site_.limits().forBody);
+  if (!boost::beast::iequals(parser_->get()[http::field::expect], "100-continue")) return readBody();
+  asio::async_write(socket_, asio::buffer(std::string_view("HTTP/1.1 100 Continue\r\n\r\n")),
+                    [self = shared_from_this()](error_code error, std::size_t) {
+                      if (error) return self->end();
+                      self->readBody();
+                    });
+}
+
+void HttpConnection::readBody() {
+  http::async_read(socket_, in_, *parser_,
+                   [self = shared_from_this()](error_code error, std::size_t) { self->takeBody(error); });
+}
+
+void HttpConnection::takeBody(error_code error) {
+  if (error) return refuse(error);
+  call();
+}
+
+void HttpConnection::call() {
+  timer_.cancel();  // an answer may be held back for long
+  std::optional<std::string> session;
+  if (const auto field = parser_->get().find("Emp-Session"); field != parser_->get().end()) {
+    session = std::string(view(field->value()));
+  }
+  const auto reply = [self = shared_from_this()](std::string text) {
+    self->answer(text.empty() ? Answer{.status = 204} : Answer{200, std::move(text), "application/json"});
+  };
+  try {
+    site_.calls().post(parser_->get().body(), session, reply);
+  } catch (const std::exception& error) {
+    site_.complain("cannot answer a request: " + std::string(error.what()));
+    if (!serializer_) answer(line(500, "something went wrong here"));
+  }
+}
+
+void HttpConnection::upgrade() {
+  if (std::optional<Answer> refusal = refusalOfUpgrade()) return answer(*std::move(refusal));
+  const auto webSocket = std::make_shared<WebSocket>(site_, socket_.get_executor());
+  try {
+    webSocket->connect(queryValue(target(), "session"));
+  } catch (const rpc::NoSuchSession& error) {
+    return answer(line(404, text::printable(error.what())));
+  } catch (const rpc::TooManySessions& error) {
+    return answer(line(503, error.what()));
+  }
+  log(101);
+  Headers headers = verdict_.headers;
+  headers.emplace_back("X-Content-Type-Options", "nosniff");
+  timer_.cancel();
+  ended_ = true;
+  webSocket->open(std::move(socket_), parser_->get(), headers);
+  site_.remove(*this);
+}
+
+/// What keeps a request from becoming a WebSocket.
+std::optional<Answer> HttpConnection::refusalOfUpgrade() const {
+  const Headers wanted{{"Connection", "Upgrade"}, {"Upgrade", "websocket"}, {"Sec-WebSocket-Version", "13"}};
+  if (site_.isEnding()) return line(503, "the server is ending");
+  if (!isUpgrade()) return line(426, "calls come by POST, or over a WebSocket", wanted);
+  if (header(http::field::sec_websocket_version) != "13") return line(426, "WebSocket of version 13 is wanted", wanted);
+  constexpr std::size_t lengthOfKey = 24;
+  if (header(http::field::sec_websocket_key).size() != lengthOfKey) return line(400, "a Sec-WebSocket-Key is wanted");
+  if (!parser_->is_done() || in_.size() > 0) return line(400, "nothing may follow an upgrade before its answer");
+  return std::nullopt;
+}
+
+void HttpConnection::refuse(error_code error) {
+  if (!isOfHttp(error) || error == http::error::end_of_stream || error == http::error::partial_message) return end();
+  last_ = true;
+  if (error == http::error::body_limit) {
+    return answer(line(413, "a body has at most " + std::to_string(site_.limits().mostBody) + " bytes"));
+  }
+  if (error == http::error::header_limit || error == http::error::buffer_overflow) {
+    return answer(line(431, "the head of a request has at most " + std::to_string(site_.limits().mostHead) + " bytes"));
+  }
+  answer(line(400, "not a request in HTTP/1.1: " + error.message()));
+}
+
+void HttpConnection::answer(Answer answer) {
+  if (ended_) return;
+  const auto& request = parser_->get();
+  log(answer.status);
+  response_.emplace(static_cast<http::status>(answer.status), request.version() == 10 ? 10U : 11U);
+  Response& response = *response_;
+  response.set(http::field::server, "emp-window");
+  response.set("X-Content-Type-Options", "nosniff");
+  for (const Headers& headers : {verdict_.headers, answer.headers}) {
+    for (const auto& [name, value] : headers) response.set(name, value);
+  }
+  // What is left of a body would be taken for the next request.
+  last_ = last_ || site_.isEnding() || !request.keep_alive() || !parser_->is_done();
+  response.keep_alive(!last_);
+  if (answer.status != 204) {
+    response.set(http::field::cache_control, "no-store");
+    response.set(http::field::content_type, boost::beast::string_view(answer.type.data(), answer.type.size()));
+    response.body() = std::move(answer.body);
+    response.prepare_payload();
+  }
+  write();
+}
+
+void HttpConnection::write() {
+  within(site_.limits().forAnswer);
+  serializer_.emplace(*response_);
+  const auto next = [self = shared_from_this()](error_code error, std::size_t) {
+    self->serializer_.reset();
+    if (error && error != http::error::end_of_stream) return self->end();
+    if (self->last_) return self->sayGoodbye();
+    self->awaitRequest();
+  };
+  if (parser_->get().method() == http::verb::head) {
+    serializer_->split(true);
+    return http::async_write_header(socket_, *serializer_, next);
+  }
+  http::async_write(socket_, *serializer_, next);
+}
+
+/// A line on the request for whoever runs the server. The query is left out: a token may stand there.
+void HttpConnection::log(int status) {
+  const auto& request = parser_->get();
+  const auto took = std::chrono::steady_clock::now() - begun_;
+  const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(took).count();
+  site_.log(text::printable(view(request.method_string())) + " " + text::printable(pathOf(target())) + " " +
+            std::to_string(status) + " " + std::to_string(milliseconds) + " ms");
+}
+
+/// Ends the connection so that the client gets the last answer, even while it still sends.
+void HttpConnection::sayGoodbye() {
+  error_code ignored;
+  const bool isSilent = parser_->is_done() && in_.size() == 0 && socket_.available(ignored) == 0;
+  if (isSilent) return end();
+  within(site_.limits().closing);
+  endGently(socket_, [self = shared_from_this()](error_code) { self->end(); });
+}
+
+/// Ends the connection unless the next thing has begun before a time is over.
+void HttpConnection::within(Limits::Time time) {
+  timer_.expires_after(time);
+  timer_.async_wait([weak = weak_from_this()](error_code error) {
+    const auto self = error ? nullptr : weak.lock();
+    if (self && self->timer_.expiry() <= std::chrono::steady_clock::now()) self->end();
+  });
+}
+
+void HttpConnection::end() {
+  if (std::exchange(ended_, true)) return;
+  const auto self = shared_from_this();
+  timer_.cancel();
+  error_code ignored;
+  socket_.close(ignored);
+  site_.remove(*this);
+}
+
+std::string_view HttpConnection::header(http::field name) const {
+  return view(parser_->get()[name]);
+}
+
+std::string_view HttpConnection::target() const {
+  return view(parser_->get().target());
+}
+
+bool HttpConnection::isUpgrade() const {
+  return boost::beast::websocket::is_upgrade(parser_->get());
+}
+
+}  // namespace virtualtv::net

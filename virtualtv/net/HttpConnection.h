@@ -1,0 +1,83 @@
+#pragma once
+
+#include <array>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/serializer.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "net/Access.h"
+#include "net/Asio.h"
+#include "net/Site.h"
+
+namespace virtualtv::net {
+
+/// What a request is answered with.
+struct Answer {
+  int status = 200;
+  std::string body = {};
+  std::string_view type = "text/plain; charset=utf-8";
+  Headers headers = {};
+};
+
+/// A client's connection over HTTP. Requests are read and answered one after the other.
+class HttpConnection final : public Connection, public std::enable_shared_from_this<HttpConnection> {
+ public:
+  HttpConnection(Site& site, Socket socket);
+
+  /// Serves it until it ends, or until a WebSocket takes its socket over.
+  void start();
+
+  void goAway() override;
+  void cut() override { end(); }
+
+ private:
+  using Body = boost::beast::http::string_body;
+  using Response = boost::beast::http::response<Body>;
+
+  void awaitRequest();
+  void readHead();
+  void takeHead(error_code error);
+  Asking asking() const;
+  void route();
+  void takeCall();
+  void readBody();
+  void takeBody(error_code error);
+  void call();
+  void upgrade();
+  std::optional<Answer> refusalOfUpgrade() const;
+  Answer pageOrFile(std::string_view path) const;
+  /// The answer to a message that can't be read.
+  void refuse(error_code error);
+  void answer(Answer answer);
+  void write();
+  void log(int status);
+  void sayGoodbye();
+  void within(Limits::Time time);
+  void end();
+
+  std::string_view header(boost::beast::http::field name) const;
+  std::string_view target() const;
+  bool isUpgrade() const;
+
+  Site& site_;
+  Socket socket_;
+  Timer timer_;
+  boost::beast::flat_buffer in_;
+  std::optional<boost::beast::http::request_parser<Body>> parser_;
+  std::chrono::steady_clock::time_point begun_;  ///< the request
+  Verdict verdict_;
+  std::optional<Response> response_;
+  std::optional<boost::beast::http::response_serializer<Body>> serializer_;
+  bool idle_ = false;  ///< between two requests
+  bool last_ = false;  ///< no request is to follow
+  bool ended_ = false;
+};
+
+}  // namespace virtualtv::net

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+namespace virtualtv::net {
+
+/// What the server bears of one connection.
+struct Limits {
+  using Time = std::chrono::milliseconds;
+
+  Time forHead = std::chrono::seconds(30);     ///< from the first byte of a request to the end of its head
+  Time forBody = std::chrono::seconds(300);    ///< for the rest of it
+  Time forAnswer = std::chrono::seconds(300);  ///< until a client has taken an answer
+  Time silence = std::chrono::seconds(300);    ///< between requests; on a WebSocket, without a sign of life
+  Time closing = std::chrono::seconds(5);      ///< from when a connection is being closed until it is cut
+  Time ending = std::chrono::seconds(2);       ///< the same of all connections, when the server ends
+
+  std::size_t mostHead = 32 * 1024;          ///< bytes
+  std::size_t mostBody = 32 * 1024 * 1024;   ///< bytes of a body or a message
+  std::size_t mostUnsent = 8 * 1024 * 1024;  ///< bytes; a connection with more than that is read no further
+};
+
+}  // namespace virtualtv::net

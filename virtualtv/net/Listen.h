@@ -1,0 +1,25 @@
+#pragma once
+
+#include <boost/asio/basic_socket_acceptor.hpp>
+#include <string>
+#include <vector>
+
+#include "net/Asio.h"
+
+namespace virtualtv::net {
+
+using Acceptor = asio::basic_socket_acceptor<asio::ip::tcp, Executor>;
+
+/// Reads an address and a port, as in `127.0.0.1:8090`, `[::1]:0` or `localhost:8090`.
+/// @throws std::invalid_argument for other texts; says what is wanted.
+asio::ip::tcp::endpoint endpointIn(const std::string& text);
+
+/// As it stands in an address of the web: `127.0.0.1:8090`, `[::1]:8090`.
+std::string textOf(const asio::ip::tcp::endpoint& endpoint);
+
+/// Listens there. @throws std::runtime_error with a line for a person.
+Acceptor listenOn(asio::io_context& context, const asio::ip::tcp::endpoint& endpoint);
+/// The same on a socket that listens already, which becomes the acceptor's.
+Acceptor listenOn(asio::io_context& context, int socket);
+
+}  // namespace virtualtv::net

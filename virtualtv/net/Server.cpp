@@ -1,0 +1,183 @@
+#include "net/Server.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <boost/asio/basic_signal_set.hpp>
+#include <boost/asio/posix/basic_stream_descriptor.hpp>
+#include <boost/asio/post.hpp>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "net/Asio.h"
+#include "net/HttpConnection.h"
+#include "net/Listen.h"
+#include "net/Site.h"
+#include "rpc/Server.h"
+
+namespace virtualtv::net {
+
+class Server::Body {
+ public:
+  Body(device::Device& device, Options options)
+      : device_(device),
+        options_(std::move(options)),
+        access_(options_.access),
+        calls_(device, callOptions()),
+        site_(calls_, access_, options_.limits, options_.complain, options_.log) {
+    listen();
+    for (Acceptor& acceptor : acceptors_) accept(acceptor);
+    device_.loop().onPost([this] { asio::post(context_, [this] { device_.loop().turn(); }); });
+  }
+  Body(const Body&) = delete;
+  Body& operator=(const Body&) = delete;
+  ~Body() {
+    device_.loop().onPost({});
+    site_.end([] {});
+    site_.cut();
+  }
+
+  std::string address() const { return "http://" + textOf(acceptors_.front().local_endpoint()) + "/"; }
+
+  void endOnSignals() {
+    signals_.emplace(context_.get_executor(), SIGINT, SIGTERM);
+    signals_->async_wait([this](error_code error, int) {
+      if (!error) end();
+    });
+  }
+
+  void endWithInput(int descriptor) {
+    if (!input_) input_.emplace(context_.get_executor(), ::dup(descriptor));
+    // What can't be waited for, such as a file, can be read at once.
+    input_->async_wait(Input::wait_read, [this](error_code error) {
+      if (error != asio::error::operation_aborted) readInput();
+    });
+  }
+
+  void run() {
+    device_.loop().turn();  // what was posted before it could wake anybody
+    while (!context_.stopped()) {
+      try {
+        context_.run();
+      } catch (const std::exception& error) {
+        options_.complain("cannot serve a client: " + std::string(error.what()));
+      }
+    }
+  }
+
+  void endFromAnywhere() {
+    asio::post(context_, [this] { end(); });
+  }
+
+ private:
+  using Input = asio::posix::basic_stream_descriptor<Executor>;
+
+  rpc::Options callOptions() {
+    rpc::Options calls;
+    calls.after = [this](std::chrono::milliseconds time, std::function<void()> then) {
+      const auto timer = std::make_shared<Timer>(context_.get_executor(), time);
+      timer->async_wait([timer, then = std::move(then)](error_code error) {
+        if (!error) then();
+      });
+    };
+    calls.waits = options_.waits;
+    calls.mostSessions = options_.mostSessions;
+    calls.files = options_.files;
+    calls.complain = options_.complain;
+    return calls;
+  }
+
+  void listen() {
+    for (const int socket : options_.sockets) acceptors_.push_back(listenOn(context_, socket));
+    if (acceptors_.empty()) {
+      const asio::ip::tcp::endpoint endpoint = endpointIn(options_.listen);
+      wantToken(endpoint);
+      acceptors_.push_back(listenOn(context_, endpoint));
+    }
+    for (const Acceptor& acceptor : acceptors_) wantToken(acceptor.local_endpoint());
+  }
+
+  void wantToken(const asio::ip::tcp::endpoint& endpoint) const {
+    if (endpoint.address().is_loopback() || !options_.access.token.empty()) return;
+    throw std::invalid_argument("--listen: others can reach " + textOf(endpoint) + ", so --token FILE is wanted");
+  }
+
+  void accept(Acceptor& acceptor) {
+    acceptor.async_accept([this, &acceptor](error_code error, Socket::Base socket) {
+      if (site_.isEnding()) return;
+      if (error) return acceptLater(acceptor);
+      socket.set_option(asio::ip::tcp::no_delay(true), error);
+      std::make_shared<HttpConnection>(site_, Socket(std::move(socket)))->start();
+      accept(acceptor);
+    });
+  }
+
+  /// Tries again in a moment, when there may be a descriptor for another connection.
+  void acceptLater(Acceptor& acceptor) {
+    constexpr std::chrono::milliseconds moment(100);
+    const auto timer = std::make_shared<Timer>(context_.get_executor(), moment);
+    timer->async_wait([this, timer, &acceptor](error_code error) {
+      if (!error && !site_.isEnding()) accept(acceptor);
+    });
+  }
+
+  void readInput() {
+    std::array<char, 4096> dropped{};
+    const ssize_t count = ::read(input_->native_handle(), dropped.data(), dropped.size());
+    if (count > 0 || (count < 0 && (errno == EINTR || errno == EAGAIN))) return endWithInput(input_->native_handle());
+    end();
+  }
+
+  void end() {
+    if (site_.isEnding()) return;
+    for (Acceptor& acceptor : acceptors_) acceptor.close();
+    if (signals_) signals_->clear();  // another signal does what it does to any program
+    patience_.expires_after(options_.limits.ending);
+    patience_.async_wait([this](error_code error) {
+      if (!error) site_.cut();
+    });
+    site_.end([this] { context_.stop(); });
+  }
+
+  device::Device& device_;
+  Options options_;
+  asio::io_context context_{1};
+  Timer patience_{context_.get_executor()};
+  std::vector<Acceptor> acceptors_;
+  std::optional<asio::basic_signal_set<Executor>> signals_;
+  std::optional<Input> input_;
+  Access access_;
+  rpc::Server calls_;  // ends before what its answers go to
+  Site site_;
+};
+
+Server::Server(device::Device& device, Options options) : body_(std::make_unique<Body>(device, std::move(options))) {}
+
+Server::~Server() = default;
+
+std::string Server::address() const {
+  return body_->address();
+}
+
+void Server::endOnSignals() {
+  body_->endOnSignals();
+}
+
+void Server::endWithInput(int descriptor) {
+  body_->endWithInput(descriptor);
+}
+
+void Server::run() {
+  body_->run();
+}
+
+void Server::end() {
+  body_->endFromAnywhere();
+}
+
+}  // namespace virtualtv::net

@@ -1,0 +1,36 @@
+#include "net/Site.h"
+
+#include <utility>
+#include <vector>
+
+namespace virtualtv::net {
+
+Site::Site(rpc::Server& calls, const Access& access, const Limits& limits, Say complain, Say log)
+    : calls_(calls), access_(access), limits_(limits), complain_(std::move(complain)), log_(std::move(log)) {}
+
+void Site::add(const std::shared_ptr<Connection>& connection) {
+  connections_.emplace(connection.get(), connection);
+}
+
+void Site::remove(Connection& connection) {
+  if (connections_.erase(&connection) > 0 && connections_.empty() && whenEmpty_) whenEmpty_();
+}
+
+void Site::end(std::function<void()> whenEmpty) {
+  whenEmpty_ = std::move(whenEmpty);
+  if (connections_.empty()) return whenEmpty_();
+  const auto connections = connections_;  // those that end at once leave the list
+  for (const auto& [key, connection] : connections) connection->goAway();
+}
+
+void Site::cut() {
+  const auto connections = connections_;
+  for (const auto& [key, connection] : connections) connection->cut();
+}
+
+void Site::complainOnce(const std::string& line) {
+  constexpr std::size_t mostTold = 1000;  // whoever asks in ever new names is told nothing in the end
+  if (told_.size() < mostTold && told_.insert(line).second) complain_(line);
+}
+
+}  // namespace virtualtv::net

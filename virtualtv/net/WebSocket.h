@@ -1,0 +1,77 @@
+#pragma once
+
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <boost/beast/websocket/rfc6455.hpp>
+#include <boost/beast/websocket/stream.hpp>
+#include <chrono>
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "net/Asio.h"
+#include "net/Site.h"
+#include "rpc/Server.h"
+
+namespace virtualtv::net {
+
+/// A client's connection over WebSocket. A message is handed on when the one before is answered. One more is read
+/// meanwhile, so that a ping is answered and an end noticed while an answer is held back; more stays with the system.
+class WebSocket final : public rpc::Outlet, public Connection, public std::enable_shared_from_this<WebSocket> {
+ public:
+  using Request = boost::beast::http::request<boost::beast::http::string_body>;
+
+  WebSocket(Site& site, Executor executor) : site_(site), timer_(executor) {}
+
+  /// Takes a session, before there is a connection: the new one, or one that was opened before.
+  /// @throws rpc::NoSuchSession, rpc::TooManySessions.
+  void connect(const std::optional<std::string>& session);
+  /// Answers the request that asks for it, and talks from then on until the connection ends.
+  /// @param headers  that the answer has.
+  void open(Socket socket, const Request& upgrade, const Headers& headers);
+
+  void send(std::shared_ptr<const std::string> message) override;
+  std::size_t unsent() const override { return unsent_; }
+  void cutOff() override;
+
+  void goAway() override;
+  void cut() override { end(); }
+
+ private:
+  using Stream = boost::beast::websocket::stream<Socket, false>;
+  using CloseCode = boost::beast::websocket::close_code;
+
+  void proceed();
+  void read();
+  void handOn();
+  void answered();
+  void write();
+  void close(CloseCode code);
+  void farewell();
+  void look();
+  void after(Limits::Time time, void (WebSocket::*next)());
+  void heard() { heard_ = std::chrono::steady_clock::now(); }
+  void end();
+
+  Site& site_;
+  Timer timer_;
+  std::unique_ptr<rpc::Client> client_;
+  std::optional<Stream> stream_;
+  boost::beast::flat_buffer in_;
+  std::deque<std::shared_ptr<const std::string>> out_;  ///< the first is on its way, while `writing_`
+  std::size_t unsent_ = 0;
+  std::chrono::steady_clock::time_point heard_;  ///< the last sign of life
+  std::optional<CloseCode> farewell_;            ///< why the connection is being closed
+  bool isOpen_ = false;
+  bool reading_ = false;
+  bool read_ = false;    ///< `in_` is a message that was not handed on
+  bool asking_ = false;  ///< a message was handed on and is not answered
+  bool within_ = false;  ///< it is being handed on right now
+  bool writing_ = false;
+  bool pinging_ = false;
+};
+
+}  // namespace virtualtv::net
