@@ -2,6 +2,7 @@
 // used. The words stand at the front of an input, one a line, up to an empty line; the rest is the standard input.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -87,6 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t end = content.find("\n\n");
   std::vector<std::string> words = virtualtv::shell::splitLines(content.substr(0, end));
   words.insert(words.begin(), "emp-window");
+  if (std::find(words.begin(), words.end(), "serve") != words.end()) words.emplace_back("--until-eof");  // ends at once
   const std::string input(end == content.npos ? std::string_view() : content.substr(end + 2));
 
   static const Home home;

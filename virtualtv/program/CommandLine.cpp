@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <stdexcept>
@@ -16,6 +14,8 @@
 #include <vector>
 
 #include "framework/Reply.h"
+#include "program/Desk.h"
+#include "program/Serve.h"
 #include "program/Terminal.h"
 #include "shell/Arguments.h"
 #include "shell/Check.h"
@@ -32,12 +32,6 @@ using namespace shell;
 
 namespace {
 
-namespace fs = std::filesystem;
-
-void complain(const std::string& what) {
-  std::cerr << "emp-window: " << oneLine(what) << "\n";
-}
-
 /// Puts the null device in place of standard streams that whoever started the program has closed; a file that is
 /// opened later would take their place, be run as input and be written into. It is opened the wrong way round: what is
 /// closed can't be read or written.
@@ -49,59 +43,6 @@ void openStandardStreams() {
     if (::open("/dev/null", wrongWay) != stream) throw std::system_error(errno, std::generic_category(), "/dev/null");
   }
 }
-
-fs::path stateDirectory(const Wishes& wishes) {
-  if (!wishes.state.empty()) return wishes.state;
-  const char* xdg = std::getenv("XDG_STATE_HOME");
-  if (xdg != nullptr && *xdg == '/') return fs::path(xdg) / "emp-window";
-  const char* home = std::getenv("HOME");
-  if (home != nullptr && *home != '\0') return fs::path(home) / ".local/state/emp-window";
-  throw std::runtime_error("there is no place for the set's state: give --state DIR, or set XDG_STATE_HOME or HOME");
-}
-
-/// The set with its state directory, and a session on it.
-class Desk {
- public:
-  Desk(kel::CEmpAppBase& app, const Wishes& wishes)
-      : directory_(stateDirectory(wishes)),
-        storage_(directory_),
-        device_(app, storage_),
-        session_(device_, fs::current_path()) {
-    if (wishes.logLevel < 0) return;
-    log_ = framework::listenToLog(wishes.logLevel, [](const framework::LogLine& line) {
-      std::cerr << "log " << line.level << " " << oneLine(line.message.text()) << "\n";
-    });
-  }
-
-  const fs::path& directory() const { return directory_; }
-  Session& session() { return session_; }
-
-  /// Says on standard error that input could not be used.
-  void sayThat(const std::string& error) {
-    complain(error);
-    status_ = unusable;
-  }
-  /// Says there what went wrong. @param where  stands before each error, may be empty.
-  void sayWhatWentWrong(const std::string& where) {
-    const Session::Remarks remarks = session_.takeRemarks();
-    for (const std::string& error : remarks.errors) sayThat(where + error);
-    for (const std::string& complaint : remarks.complaints) sayThat(complaint);
-  }
-  /// The same for a person who has read the errors.
-  void sayComplaints() {
-    for (const std::string& complaint : session_.takeRemarks().complaints) sayThat(complaint);
-  }
-
-  ExitStatus status(ExitStatus whenWell = allWell) const { return status_ == allWell ? whenWell : status_; }
-
- private:
-  fs::path directory_;
-  Storage storage_;
-  device::Device device_;
-  Session session_;
-  notify::Subscription log_;
-  ExitStatus status_ = allWell;
-};
 
 /// Runs a line that came through a pipe and prints it with what it prints, as in a transcript.
 void runPiped(Desk& desk, const std::string& where, const std::string& line) {
@@ -135,7 +76,7 @@ void runPipe(Desk& desk) {
 ExitStatus runShell(kel::CEmpAppBase& app, const Wishes& wishes) {
   Desk desk(app, wishes);
   if (::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0) {
-    talk(desk.session(), desk.directory() / "history", [&] { desk.sayComplaints(); });
+    talk(desk.session(), {.history = desk.history(), .afterEach = [&] { desk.sayComplaints(); }});
   } else {
     runPipe(desk);
   }
@@ -205,6 +146,8 @@ std::string doing(const Wishes& wishes) {
       return "check";
     case Task::import:
       return "import " + wishes.list.file;
+    case Task::serve:
+      return "serve";
     case Task::shell:
       break;
   }
@@ -219,6 +162,8 @@ ExitStatus runWishes(kel::CEmpAppBase& app, const Wishes& wishes) {
       return runCheck(app, wishes);
     case Task::import:
       return runImport(app, wishes);
+    case Task::serve:
+      return runServer(app, wishes);
     case Task::shell:
       break;
   }

@@ -37,13 +37,19 @@ sigset_t only(int signal) {
   return set;
 }
 
+sigset_t tended() {
+  sigset_t set;
+  ::sigemptyset(&set);
+  for (const int signal : signals) ::sigaddset(&set, signal);
+  return set;
+}
+
 }  // namespace
 
-Keys::Keys(EditLine* editor) : editor_(editor) {
+Keys::Keys(EditLine* editor, int end) : editor_(editor), end_(end) {
   ::tcgetattr(STDIN_FILENO, &before_);
-  ::sigemptyset(&tended_);
-  for (const int signal : signals) ::sigaddset(&tended_, signal);
-  signals_ = ::signalfd(-1, &tended_, SFD_CLOEXEC | SFD_NONBLOCK);
+  const sigset_t set = tended();
+  signals_ = ::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
   if (signals_ < 0) throw std::system_error(errno, std::generic_category(), "cannot listen to signals");
 }
 
@@ -51,17 +57,18 @@ Keys::~Keys() {
   ::close(signals_);
 }
 
-Keys::Tending::Tending(const Keys& keys) {
-  ::sigprocmask(SIG_BLOCK, &keys.tended_, &before_);
+Keys::Tending::Tending() {
+  const sigset_t set = tended();
+  ::pthread_sigmask(SIG_BLOCK, &set, &before_);
 }
 
 Keys::Tending::~Tending() {
-  ::sigprocmask(SIG_SETMASK, &before_, nullptr);
+  ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
 int Keys::next(wchar_t& key) {
   while (!take(key)) {
-    waitForInput();
+    if (!waitForInput()) return 0;
     char byte = 0;
     const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
     if (count <= 0) return static_cast<int>(count);
@@ -83,16 +90,19 @@ bool Keys::take(wchar_t& key) {
   return true;
 }
 
-/// Waits until there is something to read, or the end of the input.
-void Keys::waitForInput() {
-  std::array<pollfd, 2> sources{{{signals_, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
+/// Waits until there is something to read, or the terminal's own end of the input.
+/// @return false when the input is to end.
+bool Keys::waitForInput() {
+  std::array<pollfd, 3> sources{{{signals_, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}, {end_, POLLIN, 0}}};
   for (;;) {
-    if (::poll(sources.data(), sources.size(), -1) < 0 && errno != EINTR) return;
+    if (::poll(sources.data(), sources.size(), -1) < 0 && errno != EINTR) return true;
     signalfd_siginfo told{};
     if (::read(signals_, &told, sizeof told) == sizeof told) {
       tendTo(static_cast<int>(told.ssi_signo));
+    } else if (sources[2].revents != 0) {
+      return false;
     } else if (sources[1].revents != 0) {
-      return;
+      return true;
     }
   }
 }
@@ -118,8 +128,8 @@ void Keys::yieldTo(int signal) {
   restoreTerminal();
   const sigset_t one = only(signal);
   ::raise(signal);
-  ::sigprocmask(SIG_UNBLOCK, &one, nullptr);
-  ::sigprocmask(SIG_BLOCK, &one, nullptr);
+  ::pthread_sigmask(SIG_UNBLOCK, &one, nullptr);
+  ::pthread_sigmask(SIG_BLOCK, &one, nullptr);
   prepareTerminal();
 }
 

@@ -15,16 +15,18 @@ namespace virtualtv::program {
 class Keys {
  public:
   /// @param editor  outlives it, and has not begun with a line.
+  /// @param end  a descriptor; when there is something to read, the input ends. -1 for none.
   /// @throws std::system_error when signals can't be listened to.
-  explicit Keys(EditLine* editor);
+  explicit Keys(EditLine* editor, int end = -1);
   Keys(const Keys&) = delete;
   Keys& operator=(const Keys&) = delete;
   ~Keys();
 
-  /// Leaves signals to `next` as long as it lives. At other times they do what they do to any program.
+  /// Leaves signals that come to this thread to `next` as long as it lives. At other times they do what they do to any
+  /// program.
   class Tending {
    public:
-    explicit Tending(const Keys& keys);
+    Tending();
     Tending(const Tending&) = delete;
     Tending& operator=(const Tending&) = delete;
     ~Tending();
@@ -43,15 +45,15 @@ class Keys {
 
  private:
   bool take(wchar_t& key);
-  void waitForInput();
+  bool waitForInput();
   void tendTo(int signal);
   void yieldTo(int signal);
   void prepareTerminal();
   void restoreTerminal();
 
   EditLine* editor_;
-  termios before_{};  ///< the terminal's settings when this was made
-  sigset_t tended_{};
+  int end_;
+  termios before_{};   ///< the terminal's settings when this was made
   int signals_ = -1;   ///< the descriptor that they are read from
   std::string bytes_;  ///< that are not a whole character yet
 };

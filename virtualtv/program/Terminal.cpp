@@ -49,16 +49,16 @@ void print(const Lines& lines) {
 
 class Editor {
  public:
-  Editor(Session& session, std::string historyFile)
+  Editor(Session& session, const Talk& talk)
       : session_(session),
-        file_(std::move(historyFile)),
+        talk_(talk),
         history_(history_init()),
         editor_(el_init("emp-window", stdin, stdout, stderr)),
-        keys_(editor_.get()) {
+        keys_(editor_.get(), talk.end) {
     HistEvent event;
     history(history_.get(), &event, H_SETSIZE, keptLines);
     history(history_.get(), &event, H_SETUNIQUE, 1);
-    history(history_.get(), &event, H_LOAD, file_.c_str());
+    history(history_.get(), &event, H_LOAD, talk_.history.c_str());
     el_set(editor_.get(), EL_CLIENTDATA, this);
     el_set(editor_.get(), EL_PROMPT, prompt);
     el_set(editor_.get(), EL_EDITOR, "emacs");
@@ -79,7 +79,7 @@ class Editor {
   /// @return false at the end of the input.
   bool next(std::string& line) {
     int length = 0;
-    const Keys::Tending tending(keys_);
+    const Keys::Tending tending;
     el_set(editor_.get(), EL_PREP_TERM, 1);  // before the prompt, so that keys typed right after it all count
     const wchar_t* text = el_wgets(editor_.get(), &length);
     if (text == nullptr || length <= 0) return false;
@@ -91,7 +91,7 @@ class Editor {
   void remember(const std::string& line) {
     HistEvent event;
     history(history_.get(), &event, H_ENTER, line.c_str());
-    history(history_.get(), &event, H_SAVE, file_.c_str());
+    history(history_.get(), &event, H_SAVE, talk_.history.c_str());
   }
 
  private:
@@ -110,7 +110,8 @@ class Editor {
     const std::string_view typed(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
     Lines words;
     try {
-      words = completions(of(editor).session_, typed);
+      Editor& self = of(editor);
+      self.talk_.onSet([&] { words = completions(self.session_, typed); });
     } catch (const std::exception&) {
       return CC_ERROR;  // the set can't be read; the next command says so
     }
@@ -148,7 +149,7 @@ class Editor {
   }
 
   Session& session_;
-  std::string file_;
+  const Talk& talk_;
   std::unique_ptr<History, EndHistory> history_;
   std::unique_ptr<EditLine, EndEditing> editor_;
   Keys keys_;
@@ -166,11 +167,11 @@ void answer(Session& session, const std::string& line) {
 
 }  // namespace
 
-void talk(Session& session, const std::filesystem::path& history, const std::function<void()>& afterEach) {
+void talk(Session& session, const Talk& talk) {
   std::setlocale(LC_CTYPE, "");
   if (std::string_view(::nl_langinfo(CODESET)) != "UTF-8") std::setlocale(LC_CTYPE, "C.UTF-8");
   print(remark("emp-window: .help tells what to type, Tab completes, .quit or Ctrl-D ends", columns()));
-  Editor editor(session, history.string());
+  Editor editor(session, talk);
   for (std::string line; editor.next(line);) {
     if (const std::string flaw = flawOf(line); !flaw.empty()) {
       print({remarkOn(flaw, line)});
@@ -178,8 +179,10 @@ void talk(Session& session, const std::filesystem::path& history, const std::fun
     }
     if (isRemark(line)) continue;
     editor.remember(line);
-    answer(session, line);
-    afterEach();
+    talk.onSet([&] {
+      answer(session, line);
+      talk.afterEach();
+    });
     if (session.ended) return;
   }
   std::printf("\n");  // behind the prompt

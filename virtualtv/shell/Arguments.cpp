@@ -3,8 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "catalogue/Catalogue.h"
 #include "import/Charset.h"
@@ -69,6 +71,33 @@ void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
   grammar.add_flag("--add", options.add, "keep the services that are there");
 }
 
+std::string refusalOfCount(const std::string& value) {
+  return refusalOf([&] { text::requireNumber<std::uint32_t>(value, {1, 1'000'000}); });
+}
+
+/// Adds the options of `serve` to a grammar, which writes them into `wishes`.
+void addServeOptions(CLI::App& grammar, ServeWishes& wishes) {
+  const auto add = [&grammar](const char* name, auto& value, const char* wanted, const char* help) {
+    return grammar.add_option(name, value, help)->type_name(wanted);
+  };
+  add("--listen", wishes.listen, "ADDRESS:PORT", "where; 127.0.0.1:8090 if left out, port 0 for any free one");
+  add("--allow-origin", wishes.origins, "ORIGIN", "whose pages may use the set, all of it; :* for every port")
+      ->allow_extra_args(false);
+  add("--allow-host", wishes.hosts, "NAME", "what clients may call this machine, besides localhost and addresses")
+      ->allow_extra_args(false);
+  CLI::Option* token = add("--token", wishes.token, "FILE", "clients must know the token on its first line");
+  token->check(notEmpty("a file"));
+  grammar.add_flag("--fresh", wishes.fresh, "a built-in set in memory, that keeps nothing");
+  add("--files", wishes.files, "DIR", "clients may read and write files beneath it; wants --token")
+      ->check(notEmpty("a directory"))
+      ->needs(token);
+  grammar.add_flag("--until-eof", wishes.untilEof, "end when standard input does");
+  grammar.add_flag("--no-wait", wishes.noWait, "do not hold replies back where calls have a latency");
+  add("--max-sessions", wishes.mostSessions, "N", "of clients at a time; 2000 if left out")
+      ->check(CLI::Validator(refusalOfCount, ""));
+  add("--snapshot", wishes.snapshot, "FILE", "a set in memory that starts from it")->check(notEmpty("a file"));
+}
+
 [[noreturn]] void refuseArguments(const std::string& reason) {
   throw CLI::ValidationError(reason);
 }
@@ -115,7 +144,9 @@ struct Grammar {
     junit->type_name("FILE")->check(notEmpty("a file"));
     import = program.add_subcommand("import", "replace the set's services by those of a channel list");
     addImportOptions(*import, wishes.list);
-    for (CLI::App* part : {&program, shell, exec, check, import}) addSetOptions(*part);
+    serve = program.add_subcommand("serve", "let web applications and other programs use the set over the network");
+    addServeOptions(*serve, wishes.serve);
+    for (CLI::App* part : {&program, shell, exec, check, import, serve}) addSetOptions(*part);
   }
 
   /// Reads the arguments into the wishes.
@@ -135,7 +166,11 @@ struct Grammar {
   }
 
   Task task() const {
-    return exec->parsed() ? Task::exec : check->parsed() ? Task::check : import->parsed() ? Task::import : Task::shell;
+    for (const auto& [part, task] : {std::pair(exec, Task::exec), std::pair(check, Task::check),
+                                     std::pair(import, Task::import), std::pair(serve, Task::serve)}) {
+      if (part->parsed()) return task;
+    }
+    return Task::shell;
   }
 
   Wishes& wishes;
@@ -144,6 +179,7 @@ struct Grammar {
   CLI::App* exec = nullptr;
   CLI::App* check = nullptr;
   CLI::App* import = nullptr;
+  CLI::App* serve = nullptr;
 
  private:
   /// Options that may stand before the subcommand or behind it.
@@ -171,9 +207,9 @@ struct Grammar {
 
   void wantSubcommand(const std::string& word) const {
     Lines names;
-    for (const CLI::App* part : {shell, exec, check, import}) names.push_back(part->get_name());
+    for (const CLI::App* part : {shell, exec, check, import, serve}) names.push_back(part->get_name());
     if (std::find(names.begin(), names.end(), word) != names.end()) return;
-    std::string meant = "there are shell, exec, check and import";
+    std::string meant = "there are shell, exec, check, import and serve";
     if (const Lines near = nearest(word, names); near.size() == 1) {
       meant = "did you mean 'emp-window " + near[0] + "'?";
     } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,7 +20,24 @@ struct ImportWishes {
   ImportOptions options;
 };
 
-enum class Task { shell, exec, check, import };
+/// What `serve` is told.
+struct ServeWishes {
+  std::string listen = "127.0.0.1:8090";
+  std::vector<std::string> origins;
+  std::vector<std::string> hosts;
+  std::string token;     ///< the file that holds it; so below
+  std::string files;     ///< the directory that clients may use
+  std::string snapshot;  ///< that the set starts from
+  bool fresh = false;
+  bool untilEof = false;
+  bool noWait = false;
+  std::size_t mostSessions = 2000;
+
+  /// True for a set that keeps nothing.
+  bool isInMemory() const { return fresh || !snapshot.empty(); }
+};
+
+enum class Task { shell, exec, check, import, serve };
 
 /// What the program's arguments say.
 struct Wishes {
@@ -31,6 +49,7 @@ struct Wishes {
   bool marked = false;               ///< a `--` stands before the command
   CheckOptions check;
   ImportWishes list;
+  ServeWishes serve;
 };
 
 /// Reads the program's arguments. @return nothing when they ask for help or the version, which is then printed.

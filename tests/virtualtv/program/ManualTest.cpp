@@ -111,7 +111,7 @@ TEST_F(ManualOfTheProgram, TellsTheMessageOfEachBadArgument) {
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(std::to_string(ended.status), row[2]) << row[0];
   }
-  EXPECT_EQ(tried, 15);
+  EXPECT_EQ(tried, 17);
 }
 
 /// A set's files, and what can happen to them.

@@ -115,6 +115,72 @@ std::string ProgramTest::made(const std::string& name, const std::string& conten
   return (folder / name).string();
 }
 
+Running::Running(const std::vector<std::string>& arguments, const std::function<void()>& prepare) {
+  int input[2];
+  int output[2];
+  int errors[2];
+  for (int* const ends : {input, output, errors}) {
+    if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for the test");
+  }
+  process_ = ::fork();
+  if (process_ < 0) throw std::runtime_error("no process for the test");
+  if (process_ == 0) {
+    ::dup2(input[0], STDIN_FILENO);
+    ::dup2(output[1], STDOUT_FILENO);
+    ::dup2(errors[1], STDERR_FILENO);
+    prepare();
+    become(EMP_WINDOW, arguments);
+  }
+  for (const int end : {input[0], output[1], errors[1]}) ::close(end);
+  input_ = input[1];
+  output_ = output[0];
+  errors_ = errors[0];
+}
+
+Running::~Running() {
+  endInput();
+  if (process_ > 0) {
+    ::kill(process_, SIGKILL);
+    wait();
+  }
+  ::close(output_);
+  ::close(errors_);
+}
+
+std::string Running::line() {
+  for (char byte = 0; ::read(output_, &byte, 1) == 1;) {
+    if (byte == '\n') return std::exchange(unread_, {});
+    unread_ += byte;
+  }
+  return {};
+}
+
+void Running::send(int signal) const {
+  EXPECT_EQ(::kill(process_, signal), 0);
+}
+
+void Running::endInput() {
+  if (input_ >= 0) ::close(std::exchange(input_, -1));
+}
+
+Ending Running::wait() {
+  const auto rest = [](int descriptor) {
+    std::string text;
+    char chunk[4096];
+    for (ssize_t count = 0; (count = ::read(descriptor, chunk, sizeof chunk)) > 0;) {
+      text.append(chunk, static_cast<std::size_t>(count));
+    }
+    return text;
+  };
+  Ending ending;
+  ending.out = rest(output_);
+  ending.err = rest(errors_);
+  rusage used{};
+  ending.status = statusOf(std::exchange(process_, -1), used);
+  ending.memory = used.ru_maxrss;
+  return ending;
+}
+
 OnTerminal::OnTerminal(const std::vector<std::string>& arguments, unsigned short columns, const std::string& program) {
   const winsize size{40, columns, 0, 0};
   process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);

@@ -4,6 +4,7 @@
 #include <termios.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,32 @@ class ProgramTest : public ::testing::Test {
   std::string made(const std::string& name, const std::string& content) const;
 
   test::TemporaryDirectory folder;
+};
+
+/// The program while it runs beside the test, with pipes to its standard streams.
+class Running {
+ public:
+  /// @param prepare  is called in the new process.
+  explicit Running(
+      const std::vector<std::string>& arguments, const std::function<void()>& prepare = [] {});
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  ~Running();
+
+  /// The next line that it prints; empty where it ends before.
+  std::string line();
+  void send(int signal) const;
+  /// Ends its standard input.
+  void endInput();
+  /// Waits for its end. @return what it left behind; of standard output what was not read yet.
+  Ending wait();
+
+ private:
+  int process_ = -1;
+  int input_ = -1;
+  int output_ = -1;
+  int errors_ = -1;
+  std::string unread_;
 };
 
 /// The program on a terminal of its own, as a person has it.

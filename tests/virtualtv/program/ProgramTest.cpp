@@ -359,7 +359,7 @@ TEST_F(ProgramTest, TellsItsVersionAndItsUse) {
   EXPECT_EQ(version.out, "emp-window, plug-in Window 0001 1.003\n");
   const Ending help = run({"--help"});
   EXPECT_EQ(help.status, 0);
-  for (const char* word : {"shell", "exec", "check", "import", "--state", "--log"}) {
+  for (const char* word : {"shell", "exec", "check", "import", "serve", "--state", "--log"}) {
     EXPECT_NE(help.out.find(word), std::string::npos) << word;
   }
 }
@@ -377,7 +377,7 @@ TEST_F(ProgramTest, AnUnknownSubcommandIsAnErrorThatNamesWhatWasMeant) {
   expectError(run({"--state", state().string(), "gettvmode"}), {exec});
   expectError(run({"GetSource"}), {"did you mean 'emp-window exec GetSource'?"});
   expectError(run({"chekc", "file"}), {"there is no subcommand 'chekc'; did you mean 'emp-window check'?"});
-  expectError(run({"nonsense"}), {"there is no subcommand 'nonsense'; there are shell, exec, check and import"});
+  expectError(run({"nonsense"}), {"there is no subcommand 'nonsense'; there are shell, exec, check, import and serve"});
   expectError(run({"--", "exec", "GetSource"}), {"there is no subcommand '--'"});
   EXPECT_FALSE(fs::exists(folder / "xdg"));
 }
