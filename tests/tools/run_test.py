@@ -1,5 +1,8 @@
 """./run, tools/build and tools/setup on a scratch tree."""
 
+import os
+import pty
+import socket
 import subprocess
 import unittest
 
@@ -35,8 +38,26 @@ class RunTest(ScratchTest):
         done = self.call("../run", "a b", "7", "", cwd=elsewhere)
         self.assertEqual((done.stdout, done.returncode), (f"{elsewhere}|a b|7|", 7))
 
-    def test_starts_the_shell_without_arguments(self):
+    def test_starts_the_shell_without_arguments_and_a_terminal(self):
         self.assertEqual(self.call(self.root / "run").stdout, f"{self.root}|shell")
+
+    def on_terminal(self):
+        """What it prints on a terminal of its own."""
+        self.call("./run")  # built, so that it says nothing of that
+        ours, its = pty.openpty()
+        done = subprocess.run([self.root / "run"], cwd=self.root, stdin=its, stdout=its, stderr=its)
+        os.close(its)
+        self.assertEqual(done.returncode, 0)
+        with open(ours, "rb", buffering=0) as terminal:
+            return terminal.read(65536).decode()
+
+    def test_serves_on_a_terminal_without_arguments_where_the_usual_address_is_taken_too(self):
+        with socket.socket() as usual:
+            usual.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+            usual.bind(("127.0.0.1", 8090))
+            self.assertEqual(self.on_terminal(), f"{self.root}|serve")
+            usual.listen()
+            self.assertEqual(self.on_terminal(), f"{self.root}|serve|--listen|127.0.0.1:0")
 
     def test_says_nothing_when_there_is_nothing_to_build(self):
         self.call("./run")
