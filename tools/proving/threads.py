@@ -1,13 +1,16 @@
-"""Clients on threads of their own share one device under the thread sanitizer, with restarts and resets between."""
+"""Under the thread sanitizer: clients on threads of their own share one device, with restarts and resets between, and a
+server is used from other threads."""
 
 from proving.job import at_most, more_than
 from proving.suites import RUN
 
 REPORT = "WARNING: ThreadSanitizer"
+SUITES = {"virtualtv_device_tests": 20, "virtualtv_net_tests": 60}  # and the fewest tests that each has
 
 
 def run(job):
-    program = job.build("tsan", "virtualtv_device_tests") / "tests" / "virtualtv_device_tests"
-    done = job.attempt([program, "--gtest_brief=1"])
-    yield more_than("threads: tests", 20, sum(map(int, RUN.findall(done.out))))
-    yield at_most("threads: reports", 0, done.errors.count(REPORT))
+    for suite, fewest in SUITES.items():
+        program = job.build("tsan", suite) / "tests" / suite
+        done = job.attempt([program, "--gtest_brief=1"])
+        yield more_than(f"threads: tests of {suite}", fewest, sum(map(int, RUN.findall(done.out))))
+        yield at_most(f"threads: reports of {suite}", 0, done.errors.count(REPORT))
