@@ -18,6 +18,7 @@ class EventsTest : public RpcTest {
   }
   static std::vector<std::string> topicsOf(const std::vector<Json::Value>& events) {
     std::vector<std::string> topics;
+    topics.reserve(events.size());
     for (const Json::Value& event : events) topics.push_back(event["topic"].asString());
     return topics;
   }
@@ -179,7 +180,7 @@ TEST_F(EventsTest, ThatAreNoLongerHeldAskForAFreshStart) {
     params["topics"] = json(R"(["knob"])");
     params["after"] = after;
     params["server"] = of;
-    const Json::Value result = other.result("events.subscribe", params);
+    Json::Value result = other.result("events.subscribe", params);
     other.takeTexts();
     other.result("events.unsubscribe", json(R"([["knob"]])"));
     return result;

@@ -55,7 +55,7 @@ Json::Value Connected::call(const std::string& method, const Json::Value& params
   const int id = ++lastId_;
   say(request(method, params, id));
   for (auto message = messages_.begin(); message != messages_.end(); ++message) {
-    const Json::Value response = json(*message);
+    Json::Value response = json(*message);
     if (response["id"] != id || !response.isMember("id")) continue;
     messages_.erase(message);
     return response;

@@ -36,7 +36,7 @@ class ManualClock {
 /// A client that is connected: keeps what it is sent.
 class Connected : public Outlet {
  public:
-  Connected(Server& server, const std::optional<std::string>& session = std::nullopt)
+  explicit Connected(Server& server, const std::optional<std::string>& session = std::nullopt)
       : client_(server.connect(*this, session)) {}
 
   void send(std::shared_ptr<const std::string> message) override { messages_.push_back(*message); }
