@@ -1,0 +1,214 @@
+/** Client of the virtual TV's server: `connect` for tests and tools, `installWindow` for apps. */
+import type {Commands, Parameter} from './commands.js'
+import type {TranscriptOptions, TranscriptPlugin, TranscriptResult} from './transcript.js'
+
+export type {Commands, Parameter}
+
+/** The same functions, answering promises. */
+export type Promised<T> = {
+  readonly [Name in keyof T]: T[Name] extends (...args: infer Args) => infer Result
+    ? (...args: Args) => Promise<Result> : never
+}
+
+/** Who the app says that it is. */
+export interface Application {
+  appId?: string
+  widgetId?: string
+}
+
+export interface ConnectOptions extends Application {
+  /** What a server that was started with --token wants. */
+  token?: string
+  /** Milliseconds for which calls wait for a connection that broke; 10,000 by default. */
+  patience?: number
+}
+
+/** The server answered a call with an error. A failure code of a command is no error but a value. */
+export class EmpRpcError extends Error {
+  readonly code: number
+  /** Its `reason` is a line for a person. */
+  readonly data?: {reason?: string, [name: string]: unknown}
+  /** The method that was called. */
+  readonly method: string
+}
+
+/** The connection broke, could not be made or was closed. */
+export class EmpConnectionError extends Error {
+  /** True when the call was under way, so that it may have run; false when it was never sent. */
+  readonly sent: boolean
+  /** Of the HTTP answer, where there was one. */
+  readonly status?: number
+}
+
+export type Topic = 'source' | 'service' | 'mode' | 'plane' | 'tracks' | 'favourites' | 'services' | 'inputs' | 'knob' |
+  'settings' | 'engine' | 'session' | 'command' | 'call' | 'log' | 'fault' | '*'
+
+/** What a listener is given first, and again where events were missed that the server no longer holds (`resync`). */
+export interface StateEvent {
+  topic: Topic
+  /** The state is as of this event. */
+  number: number
+  /** The server's run: its numbers count from its start. */
+  server: string
+  /** What `tv.state()` answers. */
+  state: State
+  resync?: true
+}
+
+export interface ChangeEvent {
+  /** Counts up by one over all topics. */
+  number: number
+  topic: Exclude<Topic, '*'>
+  state?: undefined
+  [name: string]: unknown
+}
+
+export type TvEvent = StateEvent | ChangeEvent
+
+export interface ConnectionEvent {
+  connected: boolean
+  /** Why it broke. */
+  reason?: string
+}
+
+/** Ends listening. `ready` is fulfilled when the listener has the present state, and fails where the server refuses. */
+export interface Unsubscribe {
+  (): void
+  readonly ready: Promise<void>
+}
+
+/** The whole set as one document; the server's OpenRPC document has its schema. */
+export type State = Record<string, any>
+
+/** All that the set keeps. */
+export type Snapshot = Record<string, any>
+
+export interface ServicesQuery {
+  offset?: number
+  limit?: number
+  text?: string
+  antenna?: string | number
+  kind?: string | number
+  group?: string | number
+  favourite?: string | number | boolean
+}
+
+export interface FaultOptions {
+  /** The first call that it hits, counted from now; 1 by default. */
+  nth?: number
+  /** How many calls it hits; 1 by default. */
+  times?: number | 'always'
+  result?: number | string | null
+  outputs?: Record<string, unknown>
+  window?: string | number
+  session?: string
+}
+
+export interface ImportOptions {
+  /** Of the file, for messages. */
+  name?: string
+  format?: string
+  /** Adds to the services rather than replacing them. */
+  add?: boolean
+}
+
+export interface ImportResult {
+  imported: number
+  added: number
+  changed: number
+  gone: number
+  total: number
+  problems: {line?: number, at: string, reason: string}[]
+}
+
+/** A connected client. Methods without a comment are the server's `tv.` method of the same name. */
+export interface Tv {
+  readonly isVirtual: true
+  /** The server's address, without a slash at the end. */
+  readonly address: string
+  /** The session of this connection; another one after a reconnect. */
+  readonly session: string
+  /** The server's run. */
+  readonly server: string
+  readonly connected: boolean
+  /** A function for each command of the plug-in. */
+  readonly window: Promised<Commands>
+  /** Any command by name, as on the set; undefined where the engine refuses without a reply. */
+  Execute(name: string, ...parameters: Parameter[]): Promise<string | number | undefined>
+  executeWithParamList(name: string, parameters?: Parameter[]): Promise<string | number | undefined>
+  /** Any method of the server, with its whole result. */
+  call(method: string, params?: object | unknown[]): Promise<any>
+  /**
+   * Listens to a topic: the present state first, then each change. After a broken connection it goes on with the events
+   * that were missed.
+   */
+  on(topic: Topic, listener: (event: TvEvent) => void): Unsubscribe
+  /** Listens to the connection itself: whether it is there, then each change. */
+  on(topic: 'connection', listener: (event: ConnectionEvent) => void): Unsubscribe
+  /** Ends the connection, and with it the session. Calls under way fail. */
+  close(): Promise<void>
+  /** A line of the shell; what it prints, line by line. */
+  run(line: string): Promise<string[]>
+  state(): Promise<State>
+  services(query?: ServicesQuery): Promise<{revision: number, total: number, services: Record<string, any>[]}>
+  knobs(): Promise<any>
+  /** The value of a knob. */
+  get(name: string): Promise<any>
+  set(name: string, value: string | number | boolean): Promise<any>
+  operations(): Promise<any>
+  /** Makes calls to the set fail; the number of the fault. */
+  fault(operation: string, options?: FaultOptions): Promise<number>
+  faults(): Promise<any>
+  clearFaults(id?: number): Promise<any>
+  settings(): Promise<any>
+  setSetting(key: string, value: string | number): Promise<any>
+  removeSetting(key: string): Promise<any>
+  /** Imports a channel list, given as its text. */
+  import(content: string, options?: ImportOptions): Promise<ImportResult>
+  check(transcript: string): Promise<{passed: boolean, diff: string}>
+  scan(path: string): Promise<any>
+  /** The services as a channel list. */
+  export(format: string): Promise<string>
+  sessions(): Promise<any>
+  restart(): Promise<any>
+  reset(): Promise<any>
+  snapshot(): Promise<Snapshot>
+  restore(snapshot: Snapshot): Promise<any>
+  why(command: number): Promise<any>
+  history(command: number): Promise<State>
+  goBack(command: number): Promise<any>
+  /** The server's OpenRPC document. */
+  discover(): Promise<Record<string, any>>
+}
+
+/**
+ * Connects to a server, as in `await connect('http://127.0.0.1:8090')`.
+ * @throws EmpConnectionError when there is none
+ */
+export function connect(address: string, options?: ConnectOptions): Promise<Tv>
+
+/** The synchronous object that an app has on the set. Its calls throw EmpConnectionError without a server. */
+export interface EmpWindow extends Readonly<Commands> {
+  readonly isVirtual: true
+  /**
+   * Runs a command: a number, or a text. Where the engine refuses, what was written all the same, else undefined.
+   */
+  Execute(command: string, p1?: Parameter, p2?: Parameter, p3?: Parameter, p4?: Parameter): string | number | undefined
+  /** A line of the virtual TV's shell; what it prints, line by line. */
+  run(line: string): string[]
+  /** Ends the session. The next call opens another one. */
+  close(): void
+}
+
+export interface InstallOptions extends Application {
+  address: string
+  /** The property of `target` that the object becomes. */
+  name: string
+  token?: string
+}
+
+/** Puts the object into `target`, mostly `globalThis`. The same name gets the same object (hot reload). */
+export function installWindow(target: object, options: InstallOptions): EmpWindow
+
+/** Runs a transcript's lines on anything that has `Execute`, a real set's object too. */
+export function runTranscript(text: string, plugin: TranscriptPlugin, options?: TranscriptOptions): Promise<TranscriptResult>

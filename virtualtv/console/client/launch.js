@@ -1,0 +1,118 @@
+/*
+ * A virtual TV of a test's own, for Node: starts emp-window on a free port and connects. The program ends with `close()`,
+ * and with this process too, however that ends, since its standard input is a pipe from here.
+ */
+import {spawn} from 'node:child_process'
+import {readFile} from 'node:fs/promises'
+import {basename} from 'node:path'
+import {fileURLToPath} from 'node:url'
+import {connect} from './client.js'
+
+const startPatience = 10_000  // ms until the program has to tell its address
+const endPatience = 5000  // ms until it is killed
+const mostErrors = 64 * 1024  // characters of standard error that are kept
+
+const pathOf = file => file instanceof URL ? fileURLToPath(file) : String(file)
+
+/** The arguments of the program. */
+function argumentsOf({state, snapshot, options = []}) {
+  const words = state === undefined ? [] : ['--state', pathOf(state)]
+  words.push('serve', '--listen', '127.0.0.1:0', '--until-eof')
+  if (state === undefined) words.push('--fresh')
+  if (isFile(snapshot)) words.push('--snapshot', pathOf(snapshot))
+  return [...words, ...options]
+}
+
+/** Whether a snapshot is named rather than given as the document that `tv.snapshot()` answers. */
+function isFile(snapshot) {
+  return typeof snapshot === 'string' || snapshot instanceof URL
+}
+
+/** Starts the program. @return {child, address, ended, said}, the last being its errors so far. @throws Error with what it wrote on standard error */
+function start(program, words) {
+  const child = spawn(program, words, {stdio: ['pipe', 'pipe', 'pipe'], windowsHide: true})
+  const ended = new Promise(resolve => child.on('close', (code, signal) => resolve({code, signal})))
+  let output = ''
+  let errors = ''
+  child.stdin.on('error', () => {})  // of a program that has ended
+  child.stderr.setEncoding('utf8').on('data', text => errors = (errors + text).slice(-mostErrors))
+  return new Promise((resolve, reject) => {
+    const fail = reason => {
+      clearTimeout(patience)
+      child.kill('SIGKILL')
+      reject(new Error(`${program} ${words.join(' ')}: ${reason}${errors && `\n${errors.trimEnd()}`}`))
+    }
+    const patience = setTimeout(() => fail(`no address within ${startPatience} ms`), startPatience)
+    child.on('error', error => fail(error.code === 'ENOENT'
+      ? 'there is no such program; EMP_WINDOW or the option program names it' : error.message))
+    ended.then(({code, signal}) => fail(`ended with ${signal ? `signal ${signal}` : `status ${code}`}`))
+    child.stdout.setEncoding('utf8').on('data', text => {
+      if (output.includes('\n')) return
+      output += text
+      if (!output.includes('\n')) return
+      const address = /^emp-window: (https?:\/\/\S+)\r?\n/.exec(output)?.[1]
+      if (!address) return fail(`an address is wanted in its first line, not '${output.split('\n')[0]}'`)
+      clearTimeout(patience)
+      resolve({child, address, ended, said: () => errors})
+    })
+  })
+}
+
+/** Tells on the console when the program ends by itself. */
+function watch(server) {
+  server.ended.then(({code, signal}) => {
+    if (!server.isEnding) console.error(`emp-window ended with ${signal ?? `status ${code}`}\n${server.said()}`.trimEnd())
+  })
+}
+
+/** Ends the program by the end of its input; one that does not end is killed. */
+async function end(server) {
+  const {child, ended} = server
+  server.isEnding = true
+  child.stdin.end()
+  const patience = setTimeout(() => child.kill('SIGKILL'), endPatience)
+  await ended
+  clearTimeout(patience)
+}
+
+async function readList(file) {
+  const bytes = await readFile(file)
+  try {
+    return new TextDecoder('utf-8', {fatal: true}).decode(bytes)
+  } catch {
+    throw new Error(`${pathOf(file)}: not UTF-8; import it with 'emp-window import --encoding', or write it as UTF-8`)
+  }
+}
+
+async function prepare(tv, {list, snapshot}) {
+  if (snapshot !== undefined && !isFile(snapshot)) await tv.restore(snapshot)
+  if (list !== undefined) await tv.import(await readList(list), {name: basename(pathOf(list))})
+}
+
+/**
+ * Starts a virtual TV of its own, fresh unless a state is given, and connects to it.
+ * @param list  file of a channel list that it imports  @param state  directory of the set's state
+ * @param snapshot  file, or what `tv.snapshot()` answered  @param program  emp-window's path
+ * @param options  further words for `emp-window serve`  @param connection  options of `connect`: appId, widgetId and so on
+ * @return the connected client, with `pid`; its `close()` ends the program too
+ */
+export async function launch({program = process.env.EMP_WINDOW || 'emp-window', list, snapshot, state, options,
+  ...connection} = {}) {
+  const server = await start(pathOf(program), argumentsOf({state, snapshot, options}))
+  watch(server)
+  let tv
+  try {
+    tv = await connect(server.address, connection)
+    await prepare(tv, {list, snapshot})
+  } catch (error) {
+    await Promise.all([tv?.close(), end(server)])
+    throw error
+  }
+  const disconnect = tv.close.bind(tv)
+  tv.pid = server.child.pid
+  tv.close = async () => {
+    await disconnect()
+    await end(server)
+  }
+  return tv
+}

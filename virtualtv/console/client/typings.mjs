@@ -1,0 +1,76 @@
+/*
+ * Makes commands.d.ts from the server's OpenRPC document:
+ *
+ *   emp-window serve --fresh &  curl -s http://127.0.0.1:8090/openrpc.json | node typings.mjs > commands.d.ts
+ *
+ * With --check it compares instead and says whether the file is up to date, with status 1 where it is not.
+ */
+import {readFileSync} from 'node:fs'
+import {pathToFileURL} from 'node:url'
+
+const head = `// Made by typings.mjs from the server's OpenRPC document. Do not edit.
+
+/** What a command takes. 64-bit ids go as texts or bigints; undefined stands for the empty text. */
+export type Parameter = string | number | bigint | boolean | undefined
+
+/** The plug-in's commands as an app on the set calls them. Failure codes are values: negative numbers, mostly. */
+export interface Commands {
+`
+
+/** Words as lines of a comment, at most 118 characters wide. */
+function comment(text) {
+  const lines = []
+  for (const paragraph of text) {
+    let line = ''
+    for (const word of paragraph.replaceAll('*/', '* /').split(/\s+/)) {
+      if (line !== '' && line.length + word.length > 112) {
+        lines.push(line)
+        line = ''
+      }
+      line += (line === '' ? '' : ' ') + word
+    }
+    lines.push(line)
+  }
+  if (lines.length === 1) return `  /** ${lines[0]} */\n`
+  return `  /**\n${lines.map(line => `   * ${line}\n`).join('')}   */\n`
+}
+
+/** Kinds of reply that a result schema allows. */
+function kindsOf(schema = {}) {
+  const choices = [schema, ...schema.oneOf ?? [], ...schema.anyOf ?? []]
+  return choices.flatMap(({properties}) => properties?.kind?.enum ?? properties?.kind?.const ?? [])
+}
+
+/** Numbers alone, or texts too: where a text is the answer a number stands for a failure. */
+function typeOf(result) {
+  const kinds = kindsOf(result?.schema)
+  return kinds.length > 0 && kinds.every(kind => kind === 'int' || kind === 'empty') ? 'number' : 'string | number'
+}
+
+function command({name, summary, description, params, result}) {
+  const about = [[summary, description].filter(Boolean).join(' ')]
+  for (const param of params) {
+    const help = param.description ?? param.summary ?? param.schema?.description
+    if (help) about.push(`@param ${param.name} ${help}`)
+  }
+  if (result?.description) about.push(`@returns ${result.description}`)
+  const parameters = params.map(param => `${param.name}?: Parameter`).join(', ')
+  return `${comment(about)}  ${name.slice('window.'.length)}(${parameters}): ${typeOf(result)}\n`
+}
+
+/** The text of commands.d.ts. */
+export function typings(document) {
+  const commands = document.methods.filter(method => /^window\.[A-Z]/.test(method.name))
+  if (commands.length === 0) throw new Error('no command in the document: is it the OpenRPC document of emp-window?')
+  return `${head}${commands.map(command).join('\n')}}\n`
+}
+
+if (process.argv[1] && import.meta.url === pathToFileURL(process.argv[1]).href) {
+  const made = typings(JSON.parse(readFileSync(0, 'utf8')))
+  if (process.argv[2] !== '--check') {
+    process.stdout.write(made)
+  } else if (made !== readFileSync(new URL('./commands.d.ts', import.meta.url), 'utf8')) {
+    console.error('commands.d.ts is not what typings.mjs makes of this document')
+    process.exitCode = 1
+  }
+}

@@ -1,0 +1,260 @@
+/*
+ * The synchronous object that a web application has on the set, here in front of the virtual TV. As a classic script in
+ * the head of a page, served by the virtual TV itself, it puts the object under a name before the app's first line runs:
+ *
+ *   <script src="http://127.0.0.1:8090/window.js?name=tvWindow"></script>
+ *
+ * The query names the object; it may also have appId, widgetId and token. client.js imports the same file and takes from
+ * it what `installWindow` and `connect` share. So the file is neither a module nor needs to be one: it exports nothing,
+ * imports nothing, and keeps what it defines under a symbol, where a second copy on the same page finds it.
+ */
+(() => {
+  'use strict'
+
+  /** The connection broke, could not be made, or was closed. `sent` is true when the TV may have run the call. */
+  class EmpConnectionError extends Error {
+    constructor(message, {cause, status, sent = false} = {}) {
+      super(message, cause === undefined ? undefined : {cause})
+      this.name = 'EmpConnectionError'
+      this.sent = sent
+      if (status !== undefined) this.status = status
+    }
+  }
+
+  /** The virtual TV answered a call with an error of JSON-RPC. */
+  class EmpRpcError extends Error {
+    constructor({code, message, data}, method) {
+      const reason = data?.reason
+      super(reason && reason !== message ? `${message}: ${reason}` : message)
+      this.name = 'EmpRpcError'
+      this.code = code
+      this.data = data
+      this.method = method
+    }
+  }
+
+  /** The address of a server as it stands in front of a path: without a slash at the end. */
+  function baseOf(address) {
+    let url
+    try {
+      url = new URL(address)
+    } catch {
+      throw new TypeError(`an address like http://127.0.0.1:8090 is wanted, not '${address}'`)
+    }
+    if (!/^https?:$/.test(url.protocol)) throw new TypeError(`an http address is wanted, not '${address}'`)
+    return url.origin + url.pathname.replace(/\/+$/, '')
+  }
+
+  /** Where the WebSocket of a server is. Browsers can't give it headers, so session and token are in the query. */
+  function socketUrl(base, {session, token} = {}) {
+    const url = new URL(base.replace(/^http/, 'ws') + '/rpc')
+    if (session !== undefined) url.searchParams.set('session', session)
+    if (token !== undefined) url.searchParams.set('token', token)
+    return url.href
+  }
+
+  /** Parameters of a command as JSON takes them: gaps are empty texts, those at the end are left out. */
+  function parametersOf(values) {
+    let count = values.length
+    while (count > 0 && values[count - 1] === undefined) --count
+    return Array.from(values.slice(0, count), value => value === undefined ? '' : value)
+  }
+
+  /** A message as JSON; 64-bit numbers go as texts. */
+  const encode = message => JSON.stringify(message, (key, value) => typeof value === 'bigint' ? String(value) : value)
+
+  /** What a command answered, as the app on a set sees it; undefined where there is no reply. */
+  function valueOf({units, value}) {
+    if (!units) return value
+    let text = ''
+    for (let at = 0; at < units.length; at += 4096) text += String.fromCharCode(...units.slice(at, at + 4096))
+    return text
+  }
+
+  /** What `Execute` returns for the answer to `window.execute`. */
+  function executed(answer) {
+    const value = valueOf(answer)
+    return value === undefined && answer.accepted ? '' : value
+  }
+
+  /** The names of all commands, from an OpenRPC document. */
+  function commandsOf(document) {
+    return document.methods.map(method => method.name).filter(name => /^window\.[A-Z]/.test(name))
+      .map(name => name.slice('window.'.length))
+  }
+
+  /** Waits for the answers of a page's server: synchronous requests, and a WebSocket that keeps the session. */
+  function pageTransport(base, token) {
+    let leaving = false
+    globalThis.addEventListener?.('pagehide', () => leaving = true)
+    globalThis.addEventListener?.('pageshow', () => leaving = false)
+    const unreachable = cause => new EmpConnectionError(
+      leaving ? `${base} can't be called while the page unloads`
+        : `${base} can't be reached: is emp-window serving there, and does it allow this page ` +
+          `(--allow-origin ${globalThis.location?.origin})?`, {cause})
+    return {
+      post(body, session) {
+        if (leaving) throw unreachable()
+        const request = new XMLHttpRequest()
+        try {
+          request.open('POST', `${base}/rpc`, false)
+          request.setRequestHeader('Content-Type', 'application/json')
+          if (session !== undefined) request.setRequestHeader('Emp-Session', session)
+          if (token !== undefined) request.setRequestHeader('Authorization', `Bearer ${token}`)
+          request.send(body)
+        } catch (cause) {
+          throw unreachable(cause)
+        }
+        if (request.status === 0) throw unreachable()
+        return {status: request.status, text: request.responseText}
+      },
+      adopt(session) {
+        this.release()
+        this.socket = new WebSocket(socketUrl(base, {session, token}))
+      },
+      release() {
+        this.socket?.close()
+      },
+    }
+  }
+
+  /** A session of its own on the virtual TV, used by synchronous requests. */
+  class Link {
+    #options
+    #base
+    #transport
+    #session
+    #hadSession = false
+    #id = 0
+    #commands
+
+    constructor(options) {
+      this.#options = options
+      this.#base = baseOf(options.address)
+      this.#transport = (options.transport ?? pageTransport)(this.#base, options.token)
+    }
+
+    /** Opens the session, if there is none. */
+    open() {
+      if (this.#session !== undefined) return
+      const {appId, widgetId, name} = this.#options
+      const {session} = this.#post('session.open', {appId, widgetId})
+      this.#session = session
+      this.#transport.adopt(session)
+      if (this.#hadSession) {
+        console.warn(`${name}: the session with the virtual TV was lost. A new one is open: the window that the app ` +
+                     'selected and the channels that it found are gone.')
+      }
+      this.#hadSession = true
+    }
+
+    /** Makes a call in the session. One that the server refuses because the session is gone runs in a new one. */
+    call(method, params) {
+      this.open()
+      try {
+        return this.#post(method, params, this.#session)
+      } catch (error) {
+        if (!(error instanceof EmpRpcError) || error.code !== 1003) throw error
+        this.#session = undefined
+        this.open()
+        return this.#post(method, params, this.#session)
+      }
+    }
+
+    has(command) {
+      this.#commands ??= new Set(commandsOf(this.#post('rpc.discover', {})))
+      return this.#commands.has(command)
+    }
+
+    close() {
+      const session = this.#session
+      this.#session = undefined
+      this.#hadSession = false
+      if (session !== undefined) {
+        try {
+          this.#post('session.close', {}, session)
+        } catch {
+          // The session is gone, or the server: either way it is closed.
+        }
+      }
+      this.#transport.release()
+    }
+
+    #post(method, params, session) {
+      const {status, text} = this.#transport.post(encode({jsonrpc: '2.0', id: ++this.#id, method, params}), session)
+      const failed = (message, cause) => new EmpConnectionError(`${this.#base}: ${message}`, {cause, status, sent: true})
+      if (status !== 200) throw failed(`status ${status}: ${text.trim().slice(0, 500)}`)
+      let answer
+      try {
+        answer = JSON.parse(text)
+      } catch (cause) {
+        throw failed('the answer is no JSON; is that emp-window?', cause)
+      }
+      if (answer?.error) throw new EmpRpcError(answer.error, method)
+      if (answer?.result === undefined) throw failed('the answer is none of JSON-RPC; is that emp-window?')
+      return answer.result
+    }
+  }
+
+  /** The app's object. Functions of commands are made as they are asked for, since the list of commands is the server's. */
+  function objectOn(link) {
+    const functions = new Map()
+    const Execute = (command, ...parameters) => executed(
+      link.call('window.execute', {name: String(command), parameters: parametersOf(parameters.slice(0, 4))}))
+    const commandOf = name => {
+      if (typeof name !== 'string' || !/^[A-Z]/.test(name)) return undefined
+      if (!functions.has(name) && link.has(name)) functions.set(name, (...parameters) => Execute(name, ...parameters))
+      return functions.get(name)
+    }
+    const own = {
+      Execute,
+      isVirtual: true,
+      run: line => link.call('tv.run', {line}).lines,
+      close: () => link.close(),
+    }
+    return new Proxy(own, {
+      get: (target, name) => name in target ? target[name] : commandOf(name),
+      has: (target, name) => name in target || commandOf(name) !== undefined,
+    })
+  }
+
+  const installed = new WeakSet()
+
+  /**
+   * Puts the object under a name into `target`, mostly `globalThis`, and returns it. Where the same name has one already,
+   * as after hot reload, that is returned. A server that can't be reached yet is told on the console; the object is there
+   * all the same, and its next call tries again.
+   */
+  function install(target, options) {
+    const {name} = options
+    if (typeof name !== 'string' || name === '') throw new TypeError('a name is wanted, under which the app has the object')
+    const before = target[name]
+    if (before !== undefined) {
+      if (before !== null && installed.has(before)) return before
+      throw new TypeError(`'${name}' is taken by something else: give the object another name`)
+    }
+    const link = new Link(options)
+    const object = objectOn(link)
+    installed.add(object)
+    Object.defineProperty(target, name, {value: object, configurable: true, enumerable: true, writable: true})
+    try {
+      link.open()
+    } catch (error) {
+      console.warn(`${name}: ${error.message}`)
+    }
+    return object
+  }
+
+  const shared = globalThis[Symbol.for('emp-window/1')] ??= Object.freeze({
+    EmpConnectionError, EmpRpcError, baseOf, socketUrl, parametersOf, encode, valueOf, executed, commandsOf, install,
+  })
+
+  const source = globalThis.document?.currentScript?.src
+  const url = source ? new URL(source) : undefined
+  if (url?.pathname.endsWith('/window.js')) {
+    const given = Object.fromEntries(url.searchParams)
+    const {name, appId, widgetId, token} = given
+    if (!name) throw new TypeError(`${url.origin}${url.pathname}: the name is missing, as in window.js?name=tvWindow`)
+    shared.install(globalThis, {address: url.origin, name, appId, widgetId, token})
+  }
+})()
