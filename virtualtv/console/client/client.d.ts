@@ -83,14 +83,23 @@ export type State = Record<string, any>
 /** All that the set keeps. */
 export type Snapshot = Record<string, any>
 
+/** A change of the set, by the number of the state that it leads to. */
+export interface Revision {
+  revision: number
+}
+
+/** What services have to meet, all of it. */
 export interface ServicesQuery {
   offset?: number
   limit?: number
+  /** In the name. */
   text?: string
-  antenna?: string | number
-  kind?: string | number
-  group?: string | number
-  favourite?: string | number | boolean
+  antenna?: 'terrestrial' | 'cable' | 'satellite'
+  kind?: 'television' | 'radio' | 'data'
+  /** The section of the list in which they were found. */
+  group?: string
+  /** The favourite group that they are in. */
+  favourite?: number
 }
 
 export interface FaultOptions {
@@ -98,9 +107,12 @@ export interface FaultOptions {
   nth?: number
   /** How many calls it hits; 1 by default. */
   times?: number | 'always'
+  /** What the call answers: a number or a text; null, 'unwritten' or 'throw'. */
   result?: number | string | null
-  outputs?: Record<string, unknown>
-  window?: string | number
+  /** What it writes, by the names of its outputs. */
+  outputs?: Record<string, number | string>
+  window?: 'main' | 'pip'
+  /** The session whose calls it hits. */
   session?: string
 }
 
@@ -110,6 +122,8 @@ export interface ImportOptions {
   format?: string
   /** Adds to the services rather than replacing them. */
   add?: boolean
+  /** Of names that do not tell theirs. */
+  encoding?: string
 }
 
 export interface ImportResult {
@@ -117,6 +131,7 @@ export interface ImportResult {
   added: number
   changed: number
   gone: number
+  /** How many lines could not be read; the first hundred are in `problems`. */
   total: number
   problems: {line?: number, at: string, reason: string}[]
 }
@@ -151,29 +166,31 @@ export interface Tv {
   run(line: string): Promise<string[]>
   state(): Promise<State>
   services(query?: ServicesQuery): Promise<{revision: number, total: number, services: Record<string, any>[]}>
-  knobs(): Promise<any>
-  /** The value of a knob. */
-  get(name: string): Promise<any>
-  set(name: string, value: string | number | boolean): Promise<any>
-  operations(): Promise<any>
+  knobs(): Promise<{knobs: {name: string, value: string, canBeSet: boolean}[], kinds: Record<string, any>[]}>
+  /** The value of a knob, as the shell's `.get` prints it. */
+  get(name: string): Promise<string>
+  set(name: string, value: string | number): Promise<Revision>
+  operations(): Promise<{name: string, outputs: string[]}[]>
   /** Makes calls to the set fail; the number of the fault. */
   fault(operation: string, options?: FaultOptions): Promise<number>
-  faults(): Promise<any>
-  clearFaults(id?: number): Promise<any>
-  settings(): Promise<any>
-  setSetting(key: string, value: string | number): Promise<any>
-  removeSetting(key: string): Promise<any>
+  faults(): Promise<{id: number, operation: string, fault: string, hits: number}[]>
+  /** Removes a fault, or all. */
+  clearFaults(id?: number): Promise<object>
+  settings(): Promise<{key: string, value: string | number}[]>
+  setSetting(key: string, value: string | number): Promise<Revision>
+  removeSetting(key: string): Promise<Revision>
   /** Imports a channel list, given as its text. */
   import(content: string, options?: ImportOptions): Promise<ImportResult>
+  /** Runs a transcript on a set of its own. */
   check(transcript: string): Promise<{passed: boolean, diff: string}>
   scan(path: string): Promise<any>
   /** The services as a channel list. */
   export(format: string): Promise<string>
-  sessions(): Promise<any>
-  restart(): Promise<any>
-  reset(): Promise<any>
+  sessions(): Promise<{session: string, connected: boolean, shared: boolean, engines: string[]}[]>
+  restart(): Promise<Revision>
+  reset(): Promise<Revision>
   snapshot(): Promise<Snapshot>
-  restore(snapshot: Snapshot): Promise<any>
+  restore(snapshot: Snapshot): Promise<Revision>
   why(command: number): Promise<any>
   history(command: number): Promise<State>
   goBack(command: number): Promise<any>

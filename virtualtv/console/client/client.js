@@ -308,8 +308,6 @@ class Events {
     const topics = new Set([...this.#listeners].map(other => other.topic))
     if (!this.#wire.isReady || topics.has(entry.topic)) return
     this.#send('events.unsubscribe', {topics: [entry.topic]}, () => {}, () => {})
-    // '*' stands for the other topics too, so ending it may end them.
-    if (entry.topic === '*') this.#catchUp([...this.#listeners].filter(other => other.from !== undefined))
   }
 
   #send(method, params, resolve, reject) {
@@ -392,18 +390,18 @@ class Tv {
   knobs() { return this.call('tv.knobs') }
   async get(name) { return (await this.call('tv.get', {name})).value }
   set(name, value) { return this.call('tv.set', {name, value}) }
-  operations() { return this.call('tv.operations') }
+  async operations() { return (await this.call('tv.operations')).operations }
   async fault(operation, options = {}) { return (await this.call('tv.fault', {operation, ...options})).id }
-  faults() { return this.call('tv.faults') }
+  async faults() { return (await this.call('tv.faults')).faults }
   clearFaults(id) { return this.call('tv.clearFaults', {id}) }
-  settings() { return this.call('tv.settings') }
+  async settings() { return (await this.call('tv.settings')).settings }
   setSetting(key, value) { return this.call('tv.setSetting', {key, value}) }
   removeSetting(key) { return this.call('tv.removeSetting', {key}) }
   import(content, options = {}) { return this.call('tv.import', {content, ...options}) }
   check(transcript) { return this.call('tv.check', {transcript}) }
   scan(path) { return this.call('tv.scan', {path}) }
   async export(format) { return (await this.call('tv.export', {format})).content }
-  sessions() { return this.call('tv.sessions') }
+  async sessions() { return (await this.call('tv.sessions')).sessions }
   restart() { return this.call('tv.restart') }
   reset() { return this.call('tv.reset') }
   async snapshot() { return (await this.call('tv.snapshot')).snapshot }

@@ -53,7 +53,7 @@ function command({name, summary, description, params, result}) {
     const help = param.description ?? param.summary ?? param.schema?.description
     if (help) about.push(`@param ${param.name} ${help}`)
   }
-  if (result?.description) about.push(`@returns ${result.description}`)
+  if (result?.schema?.description) about.push(`@returns ${result.schema.description}`)
   const parameters = params.map(param => `${param.name}?: Parameter`).join(', ')
   return `${comment(about)}  ${name.slice('window.'.length)}(${parameters}): ${typeOf(result)}\n`
 }

@@ -1,0 +1,69 @@
+// An app in TypeScript: what the typings allow, and what they do not.
+import {connect, installWindow, runTranscript, EmpConnectionError, EmpRpcError} from 'emp-window'
+import type {EmpWindow, Snapshot, TvEvent} from 'emp-window'
+import {launch} from 'emp-window/launch'
+import {junitReport} from 'emp-window/transcript'
+
+declare global {
+  var tvWindow: EmpWindow
+}
+
+export function app(): string {
+  installWindow(globalThis, {address: 'http://127.0.0.1:8090', name: 'tvWindow', appId: 'com.example.guide'})
+  const mode: number = tvWindow.GetTVMode()
+  const name: string | number = tvWindow.GetCurrentChannel_Name()
+  const tuned: number = tvWindow.SetChannelByServiceid(1152959734176350309n)
+  const reply: string | number | undefined = tvWindow.Execute('SetChannel', 3, undefined, 'x', true)
+  const lines: string[] = tvWindow.run('.get main')
+  return [mode, name, tuned, reply, ...lines].join()
+}
+
+export async function test(): Promise<void> {
+  const tv = await launch({list: 'channels.conf', options: ['--no-wait'], appId: 'a'})
+  const pid: number = tv.pid
+  const code: number = await tv.window.SetChannel(3, 0)
+  const id: number = await tv.fault('IServiceNavigation::GetTvMode', {result: 0, times: 'always', outputs: {mode: '0,1'}})
+  const snapshot: Snapshot = await tv.snapshot()
+  const {total} = await tv.services({antenna: 'cable', limit: 10})
+  const stop = tv.on('service', (event: TvEvent) => {
+    if (event.state) console.log(event.resync, event.state.revision)
+    else console.log(event.number, event.after)
+  })
+  await stop.ready
+  stop()
+  tv.on('connection', ({connected, reason}) => console.log(connected, reason))
+  const {passed, junit} = await runTranscript('> GetTVMode\nint 1\n', tv, {name: 'a.txt'})
+  await runTranscript('> GetTVMode\nint 1\n', tvWindow).then(result => junitReport([result]))
+  console.log(pid, code, id, snapshot, total, passed, junit)
+  await tv.close()
+}
+
+export async function errors(): Promise<string> {
+  const tv = await connect('http://127.0.0.1:8090', {token: 't', patience: 100})
+  try {
+    await tv.call('tv.set', ['region', 3])
+  } catch (error) {
+    if (error instanceof EmpRpcError) return `${error.code} ${error.data?.reason} ${error.method}`
+    if (error instanceof EmpConnectionError) return String(error.sent)
+  }
+  return tv.session
+}
+
+export async function mistakes(): Promise<void> {
+  const tv = await connect('http://127.0.0.1:8090')
+  // @ts-expect-error: there is no such command
+  await tv.window.SetChanel(3, 0)
+  // @ts-expect-error: it takes two parameters
+  await tv.window.SetChannel(3, 0, 1)
+  // @ts-expect-error: a parameter is no object
+  await tv.window.SetChannel({major: 3})
+  // @ts-expect-error: a command of a connected client answers a promise
+  const code: number = tv.window.SetChannel(3, 0)
+  // @ts-expect-error: there is no such topic
+  tv.on('mood', () => {})
+  // @ts-expect-error: the name is missing
+  installWindow(globalThis, {address: 'http://127.0.0.1:8090'})
+  // @ts-expect-error: the app's object can't be given another function
+  tvWindow.SetChannel = () => 1
+  console.log(code)
+}

@@ -1,0 +1,48 @@
+// A TCP proxy that breaks its first connection after a given number of bytes, to the server or from it.
+import {once} from 'node:events'
+import net from 'node:net'
+
+export class Proxy {
+  /** Bytes that have passed, by direction. */
+  passed = {up: 0, down: 0}
+  connections = 0
+
+  /** @param cut  {up} or {down}: after how many bytes of that direction the first connection breaks; none leaves it whole */
+  constructor(port, cut = {}) {
+    this.server = net.createServer(client => {
+      const left = this.connections++ === 0 ? {...cut} : {}
+      const server = net.connect(port, '127.0.0.1')
+      const sever = () => {
+        client.resetAndDestroy()
+        server.resetAndDestroy()
+      }
+      this.#pipe('up', client, server, left, sever)
+      this.#pipe('down', server, client, left, sever)
+    })
+  }
+
+  async listen() {
+    this.server.listen(0, '127.0.0.1')
+    await once(this.server, 'listening')
+    this.address = `http://127.0.0.1:${this.server.address().port}`
+    return this
+  }
+
+  close() {
+    this.server.close()
+  }
+
+  #pipe(direction, from, to, left, sever) {
+    from.on('error', () => {})
+    from.on('close', () => to.destroy())
+    from.on('data', chunk => {
+      const taken = chunk.subarray(0, left[direction])
+      this.passed[direction] += taken.length
+      to.write(taken)
+      if (left[direction] === undefined) return
+      left[direction] -= taken.length
+      // What was let through arrives before the end: the cut comes a turn later.
+      if (left[direction] === 0) setImmediate(sever)
+    })
+  }
+}

@@ -1,0 +1,28 @@
+// The real server: started on a port of the test's choice, so that it can be ended and come back there.
+import {spawn} from 'node:child_process'
+import {once} from 'node:events'
+
+export const program = process.env.EMP_WINDOW
+if (!program) throw new Error('EMP_WINDOW is to name the program emp-window')
+
+const running = new Set()
+
+/** Ends those that a test has left, also where it failed. */
+export function endServers() {
+  for (const child of running) child.kill('SIGKILL')
+}
+
+/** Starts it and waits for its address. @return {address, port, kill} */
+export async function serve({port = 0, options = []} = {}) {
+  const child = spawn(program, ['serve', '--listen', `127.0.0.1:${port}`, '--fresh', '--until-eof', ...options],
+    {stdio: ['pipe', 'pipe', 'inherit']})
+  running.add(child)
+  child.on('exit', () => running.delete(child))
+  const [line] = await once(child.stdout.setEncoding('utf8'), 'data')
+  const address = /http:\/\/[^/]+/.exec(line)[0]
+  const kill = async signal => {
+    child.kill(signal)
+    if (child.exitCode === null && child.signalCode === null) await once(child, 'exit')
+  }
+  return {address, port: Number(new URL(address).port), kill}
+}
