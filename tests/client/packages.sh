@@ -2,6 +2,21 @@
 # packages.sh DIR: installs the packages that the client's tests use into DIR, unless they are there already.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
+
+is_node_new_enough() {
+  node -e '
+    const [major, minor] = process.versions.node.split(".").map(Number)
+    process.exit(major > 20 || (major === 20 && minor >= 16) ? 0 : 1)' 2>/dev/null
+}
+
+is_node_new_enough || {
+  echo "packages.sh: the client's tests need Node 20.16 or later; there is $(node --version 2>/dev/null || echo none)" >&2
+  exit 1
+}
+command -v npm >/dev/null || {
+  echo "packages.sh: the client's tests need npm, which comes with Node" >&2
+  exit 1
+}
 mkdir -p "$1"
 cd "$1"
 [[ ! -d node_modules ]] || ! cmp --silent installed "$here/package-lock.json" || exit 0

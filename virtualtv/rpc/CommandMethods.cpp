@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "catalogue/Catalogue.h"
+#include "json/Read.h"
+#include "json/Write.h"
 #include "rpc/Core.h"
 #include "rpc/Method.h"
 #include "rpc/ReplyJson.h"
@@ -84,14 +86,25 @@ Json::Value executeWithParamList(const Call& call) {
   return run(call, givenWords(call), true);
 }
 
-/// The names and help texts of the rows, which hold views of them.
+/// What a command answers: its own kind of reply, or a number where that is a failure code.
+std::string schemaOf(const CatalogueCommand& command) {
+  Json::Value schema = json::read(result);
+  schema["description"] = command.answerHelp;
+  Json::Value& kinds = schema["properties"]["kind"]["enum"] = Json::arrayValue;
+  kinds.append("int");
+  if (command.reply != "int") kinds.append(command.reply);
+  kinds.append("empty");
+  return json::write(schema);
+}
+
+/// The texts of the rows, which hold views of them.
 struct Rows {
   Rows() {
     for (const CatalogueCommand& command : catalogue()) {
       Method& method = methods.emplace_back();
-      method.name = names.emplace_back(std::string(prefix) + command.name);
+      method.name = texts.emplace_back(std::string(prefix) + command.name);
       method.help = command.help;
-      method.result = result;
+      method.result = texts.emplace_back(schemaOf(command));
       method.run = runCommand;
       for (const auto& parameter : command.parameters)
         method.parameters.push_back({parameter.name, word, parameter.help});
@@ -110,7 +123,7 @@ struct Rows {
                        executeWithParamList});
   }
 
-  std::deque<std::string> names;
+  std::deque<std::string> texts;
   std::vector<Method> methods;
 };
 

@@ -27,6 +27,22 @@ TEST_F(Commands, AnswerTheKindAndTheValueOfTheirReply) {
   EXPECT_EQ(client.result("window.execute", json(R"({"name":"NoSuch"})"))["accepted"], false);
 }
 
+TEST_F(Commands, AreDescribedWithTheKindsOfTheirReplies) {
+  const Json::Value document = client.result("rpc.discover");
+  const auto resultOf = [&](const std::string& name) {
+    for (const Json::Value& method : document["methods"]) {
+      if (method["name"] == "window." + name) return method["result"]["schema"];
+    }
+    return Json::Value();
+  };
+  const auto kindsOf = [&](const std::string& name) { return resultOf(name)["properties"]["kind"]["enum"]; };
+  EXPECT_EQ(kindsOf("SetChannel"), json(R"(["int", "empty"])"));
+  EXPECT_EQ(kindsOf("GetScreenRect"), json(R"(["int", "ascii", "empty"])"));
+  EXPECT_EQ(kindsOf("GetCurrentChannel_Name"), json(R"(["int", "unicode", "empty"])"));
+  EXPECT_EQ(kindsOf("execute"), json(R"(["int", "ascii", "unicode", "empty"])"));
+  EXPECT_EQ(resultOf("GetTVMode")["description"], catalogue().find("GetTVMode")->answerHelp);
+}
+
 TEST_F(Commands, TakeTextsNumbersAndTruths) {
   EXPECT_EQ(client.run("SetChannel", json(R"(["3", "0"])")), 1);
   EXPECT_EQ(client.run("SetChannel", json(R"({"major": 3, "minor": false})")), 1);

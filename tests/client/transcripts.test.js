@@ -1,0 +1,42 @@
+// All transcripts of the tree on a launched TV, and what they come to where only `Execute` is there.
+import assert from 'node:assert/strict'
+import {readdir, readFile} from 'node:fs/promises'
+import {test} from 'node:test'
+import {launch} from '../../virtualtv/console/client/launch.js'
+import {runTranscript} from '../../virtualtv/console/client/transcript.js'
+
+const directory = new URL('../transcripts/', import.meta.url)
+const names = (await readdir(directory)).filter(name => name.endsWith('.txt'))
+
+for (const name of names) {
+  test(`${name} passes on a launched TV`, async () => {
+    const tv = await launch()
+    const text = await readFile(new URL(name, directory), 'utf8')
+    const result = await runTranscript(text, tv, {name})
+    assert.equal(result.diff, '')
+    assert.deepEqual([result.findings, result.skipped], [[], []])
+    assert.equal(result.passed, true)
+    await tv.close()
+  })
+}
+
+test('a set without the virtual TV gets the plug-in\'s lines alone', async () => {
+  const tv = await launch()
+  const text = await readFile(new URL('zapping.txt', directory), 'utf8')
+  const result = await runTranscript(text, {Execute: (name, ...parameters) => tv.Execute(name, ...parameters)})
+  const dots = text.split('\n').filter(line => /^> *\./.test(line)).length
+  assert.equal(result.skipped.length, dots)
+  assert.ok(result.steps.length - dots > 20)
+  assert.equal(result.passed, true, result.diff)
+  await tv.close()
+})
+
+test('what a transcript does not expect is found', async () => {
+  const tv = await launch()
+  const result = await runTranscript('> .fault IServiceNavigation::GetTvMode nth=9 result=0\n> GetTVMode\nint 2\n', tv)
+  assert.equal(result.passed, false)
+  assert.match(result.diff, /^-int 2\n\+int 1$/m)
+  assert.equal(result.findings.length, 1)
+  assert.match(result.findings[0], /^a fault was never hit: fault \d+: IServiceNavigation::GetTvMode nth=9 /)
+  await tv.close()
+})
