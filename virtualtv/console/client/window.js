@@ -83,7 +83,7 @@
       .map(name => name.slice('window.'.length))
   }
 
-  /** Waits for the answers of a page's server: synchronous requests, and a WebSocket that keeps the session. */
+  /** How a page reaches the server: by synchronous requests, and by a WebSocket that keeps the session. */
   function pageTransport(base, token) {
     let leaving = false
     globalThis.addEventListener?.('pagehide', () => leaving = true)
@@ -91,7 +91,7 @@
     const unreachable = cause => new EmpConnectionError(
       leaving ? `${base} can't be called while the page unloads`
         : `${base} can't be reached: is emp-window serving there, and does it allow this page ` +
-          `(--allow-origin ${globalThis.location?.origin})?`, {cause})
+          `(--allow-origin ${globalThis.location?.origin})?${cause ? ` ${cause.message}` : ''}`, {cause})
     return {
       post(body, session) {
         if (leaving) throw unreachable()
