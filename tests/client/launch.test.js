@@ -90,7 +90,7 @@ test('a state directory keeps what it is given', async () => {
 test('a program that is missing, fails or is another one is told with what it wrote', async () => {
   await assert.rejects(launch({program: join(directory, 'none')}), /none serve .*: there is no such program; EMP_WINDOW/)
   await assert.rejects(launch({options: ['--nonsense']}), /--nonsense: ended with status 2\n.*--nonsense/s)
-  await assert.rejects(launch({program: await fake('talks', 'echo hello; echo more >&2; sleep 60')}),
+  await assert.rejects(launch({program: await fake('talks', 'echo hello; echo more >&2; exec sleep 60')}),
     /an address is wanted in its first line, not 'hello'/)
   await assert.rejects(launch({program: await fake('dies', 'kill -9 $$')}), /ended with signal SIGKILL/)
 })

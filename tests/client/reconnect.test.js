@@ -43,6 +43,7 @@ async function converse(proxy) {
     numbers.push(event.number)
     if (event.resync) resyncs.push(event)
   }).ready
+  const subscribed = {...proxy.passed}
   const outcomes = new Map()
   for (let round = 0; round < rounds; ++round) {
     await tv.window.GetChannel_Major(key + round)
@@ -51,7 +52,7 @@ async function converse(proxy) {
   await observer.window.GetChannel_Major(0)
   await until(() => numbers.at(-1) >= last, 'the listener has caught up')
   await tv.close()
-  return {numbers, resyncs, outcomes}
+  return {numbers, resyncs, outcomes, subscribed}
 }
 
 function verify({numbers, resyncs, outcomes}, what) {
@@ -65,16 +66,20 @@ function verify({numbers, resyncs, outcomes}, what) {
   }
 }
 
+/** Numbers from `first` on, evenly up to `end`. */
+const spread = (first, end, count) => Array.from({length: count}, (_, at) => Math.round(first + at * (end - first) / count))
+
 test('a connection cut at any byte loses no event, doubles none, and runs no command twice', async context => {
   silenced('warn', context)
   const whole = await new Proxy(server.port).listen()
-  verify(await converse(whole), 'uncut')
+  const uncut = await converse(whole)
+  verify(uncut, 'uncut')
   whole.close()
-  const cuts = ['up', 'down'].flatMap(direction => {
-    // A cut before the client is connected fails `connect`, which is no matter here.
-    const first = direction === 'up' ? 420 : 500
-    const step = Math.ceil((whole.passed[direction] - first) / 60)
-    return Array.from({length: 60}, (_, at) => ({[direction]: first + at * step}))
+  // A cut before the client is connected fails `connect`, so the handshake is left whole. The state comes in one large
+  // piece; the commands and events behind it have the most cuts.
+  const cuts = Object.entries({up: 350, down: 300}).flatMap(([direction, first]) => {
+    const [second, end] = [uncut.subscribed[direction], whole.passed[direction]]
+    return [...spread(first, second, 12), ...spread(second, end, 60)].map(bytes => ({[direction]: bytes}))
   })
   let broken = 0
   while (cuts.length > 0) {
@@ -97,20 +102,15 @@ test('a connection cut at any byte loses no event, doubles none, and runs no com
 
 test('events that happen while the connection is broken are told after it', async context => {
   silenced('warn', context)
-  const proxy = await new Proxy(server.port, {down: 3000}).listen()
+  const proxy = await new Proxy(server.port).listen()
   const tv = await connect(proxy.address)
   const numbers = []
   await tv.on('*', event => numbers.push(event.number)).ready
-  let broke
-  tv.on('connection', async ({connected}) => {
-    if (connected || broke) return
-    broke = true
-    for (let i = 0; i < 50; ++i) await observer.window.GetChannel_Major(0)
-  })
-  while (!broke) await observer.window.GetChannel_Major(0)
-  await until(() => tv.connected)
-  await observer.window.GetChannel_Major(0)
-  await until(() => numbers.at(-1) >= last)
+  proxy.cut()
+  await until(() => !tv.connected)
+  for (let i = 0; i < 50; ++i) await observer.window.GetChannel_Major(0)
+  await until(() => tv.connected && numbers.at(-1) >= last, 'the listener has caught up')
+  assert.ok(numbers.length > 50)
   numbers.forEach((number, at) => assert.equal(number, numbers[0] + at))
   await tv.close()
   proxy.close()
@@ -127,8 +127,12 @@ test('a server that is killed and comes back: what was in flight fails, the rest
   await until(() => seen.length >= 2)
   // A latency holds the answer back, so that the call is in flight.
   await tv.set('latency.IServiceNavigation::GetTvMode', 60000)
+  const watcher = await connect(own.address)
+  const calls = []
+  await watcher.on('call', event => calls.push(event)).ready
   const inFlight = assert.rejects(tv.window.GetTVMode(), {name: 'EmpConnectionError', sent: true})
-  await tv.state()
+  await until(() => calls.some(event => event.operation === 'IServiceNavigation::GetTvMode'))
+  await watcher.close()
   await own.kill('SIGKILL')
   await inFlight
   const waiting = tv.window.GetTVMode()

@@ -120,11 +120,24 @@ test('on a virtual TV they run there, and so do commands while their calls are p
   const lines = []
   const tv = virtual({GetTVMode: 1}, line => {
     lines.push(line)
-    return {'.trace on': [], '.trace off': [], GetTVMode: ['int 1', 'call X'], '.fault': []}[line]
+    return {'.trace on': [], '.trace off': [], GetTVMode: ['int 1', 'call X'], GetSource: ['int 0'], '.why': ['X'], '.fault': []}[line]
   })
-  const result = await runTranscript('> GetTVMode\nint 1\n> .trace on\n> GetTVMode\nint 1\ncall X\n> .trace off\n> GetTVMode\nint 1\n', tv)
+  const result = await runTranscript(`> GetTVMode
+int 1
+> .trace on
+> GetTVMode
+int 1
+call X
+> .trace off
+> GetTVMode
+int 1
+> GetSource
+int 0
+> .why
+X
+`, tv)
   assert.equal(result.diff, '')
-  assert.deepEqual(lines, ['.fault', '.trace on', 'GetTVMode', '.trace off', '.fault'])
+  assert.deepEqual(lines, ['.fault', '.trace on', 'GetTVMode', '.trace off', 'GetSource', '.why', '.fault'])
   assert.deepEqual(tv.calls, [['GetTVMode'], ['GetTVMode']])
   assert.deepEqual(result.skipped, [])
 })

@@ -22,7 +22,7 @@ for (const name of names) {
 
 test('a set without the virtual TV gets the plug-in\'s lines alone', async () => {
   const tv = await launch()
-  const text = await readFile(new URL('zapping.txt', directory), 'utf8')
+  const text = await readFile(new URL('finding-channels.txt', directory), 'utf8')
   const result = await runTranscript(text, {Execute: (name, ...parameters) => tv.Execute(name, ...parameters)})
   const dots = text.split('\n').filter(line => /^> *\./.test(line)).length
   assert.equal(result.skipped.length, dots)

@@ -6,6 +6,7 @@ export class Proxy {
   /** Bytes that have passed, by direction. */
   passed = {up: 0, down: 0}
   connections = 0
+  #severs = new Set()
 
   /** @param cut  {up} or {down}: after how many bytes of that direction the first connection breaks; none leaves it whole */
   constructor(port, cut = {}) {
@@ -16,6 +17,8 @@ export class Proxy {
         client.resetAndDestroy()
         server.resetAndDestroy()
       }
+      this.#severs.add(sever)
+      client.on('close', () => this.#severs.delete(sever))
       this.#pipe('up', client, server, left, sever)
       this.#pipe('down', server, client, left, sever)
     })
@@ -28,8 +31,14 @@ export class Proxy {
     return this
   }
 
+  /** Breaks the connections that there are. */
+  cut() {
+    for (const sever of this.#severs) sever()
+  }
+
   close() {
     this.server.close()
+    this.cut()
   }
 
   #pipe(direction, from, to, left, sever) {

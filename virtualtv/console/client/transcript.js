@@ -118,6 +118,9 @@ function isSame(value, reply) {
   return reply.kind !== undefined && value === reply.value
 }
 
+/** What an input runs. */
+const lineOf = input => input.replace(/^[> \t]+/, '')
+
 /** Runs the steps one by one, and keeps in mind what earlier ones switched on. */
 class Player {
   #plugin
@@ -129,15 +132,16 @@ class Player {
     this.#isVirtual = plugin.isVirtual === true && typeof plugin.run === 'function'
   }
 
-  /** Runs a step. @return {printed} as lines, or {skipped} with the reason */
-  async play({input, expected}) {
-    const line = input.replace(/^[> \t]+/, '')
+  /** Runs a step. @param next  the one behind it @return {printed} as lines, or {skipped} with the reason */
+  async play({input, expected}, next) {
+    const line = lineOf(input)
     if (line === '') return {printed: []}
     const words = splitWords(line)
     if (words?.[0] in this.#tells) this.#tells[words[0]] = words[1] === 'on'
     const why = this.#whyNotExecute(line, words)
     if (why && !this.#isVirtual) return {skipped: why}
-    if (why || (this.#isVirtual && (this.#tells['.trace'] || this.#tells['.log']))) return {printed: await this.run(line)}
+    const isTold = this.#tells['.trace'] || this.#tells['.log'] || lineOf(next?.input ?? '') === '.why'
+    if (why || (this.#isVirtual && isTold)) return {printed: await this.run(line)}
     return this.#execute(words, expected)
   }
 
@@ -239,9 +243,9 @@ export async function runTranscript(text, plugin, {name = 'transcript'} = {}) {
   const before = new Set(await player.idleFaults())
   const whole = opening.map(line => [' ', line])
   const steps = []
-  for (const step of read) {
+  for (const [at, step] of read.entries()) {
     const start = performance.now()
-    const {printed = [], skipped} = await player.play(step)
+    const {printed = [], skipped} = await player.play(step, read[at + 1])
     const seconds = (performance.now() - start) / 1000
     const expected = wanted(step, plugin.isVirtual === true)
     const lines = skipped ? step.expected.map(line => [' ', line]) : compare(expected, printed)
