@@ -1,6 +1,9 @@
 // The synchronous object of the set: in Node through a worker, in a page as a classic script.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
+import {mkdtemp, rm, writeFile} from 'node:fs/promises'
+import {tmpdir} from 'node:os'
+import {join} from 'node:path'
 import {after, afterEach, beforeEach, test} from 'node:test'
 import {EmpConnectionError, EmpRpcError, connect, installWindow} from '../../virtualtv/console/client/client.js'
 import {Page} from './support/page.js'
@@ -96,6 +99,25 @@ test('a server that is not there yet is told on the console, and found by a late
   server = await serve({port: server.port})
   assert.equal(tvWindow.GetTVMode(), 1)
   assert.equal(warnings().length, 1)
+})
+
+test('a server that wants a token gets it, and says so to who has none', async context => {
+  const warnings = silenced('warn', context)
+  const directory = await mkdtemp(join(tmpdir(), 'token-test-'))
+  const file = join(directory, 'token')
+  await writeFile(file, 's3cret\n', {mode: 0o600})
+  const guarded = await serve({options: ['--token', file]})
+  await rm(directory, {recursive: true})
+  const {address} = guarded
+  await assert.rejects(connect(address), {name: 'EmpConnectionError', status: 401, message: /a token is wanted/})
+  const other = await connect(address, {token: 's3cret'})
+  assert.equal(await other.window.GetTVMode(), 1)
+  await other.close()
+  assert.equal(install({address, token: 's3cret'}).GetTVMode(), 1)
+  assert.throws(() => install({address, name: 'other', token: 'wrong'}).GetTVMode(),
+    {name: 'EmpConnectionError', status: 401, message: /a token is wanted/})
+  assert.equal(warnings().length, 1)
+  await guarded.kill()
 })
 
 test('an object that is left open does not keep the process', () => {
