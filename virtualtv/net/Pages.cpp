@@ -6,10 +6,14 @@
 namespace virtualtv::embedded {
 
 extern const std::string_view frontPage;
-// Each is empty where the build did not find it.
-extern const std::string_view client_js;    // NOLINT(readability-identifier-naming): named after their files
-extern const std::string_view client_d_ts;  // NOLINT(readability-identifier-naming)
-extern const std::string_view window_js;    // NOLINT(readability-identifier-naming)
+// NOLINTBEGIN(readability-identifier-naming): named after their files
+extern const std::string_view client_js;
+extern const std::string_view window_js;
+extern const std::string_view transcript_js;
+extern const std::string_view client_d_ts;
+extern const std::string_view commands_d_ts;
+extern const std::string_view transcript_d_ts;
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace virtualtv::embedded
 
@@ -17,17 +21,21 @@ namespace virtualtv::net {
 
 std::optional<File> fileAt(std::string_view path) {
   constexpr std::string_view script = "text/javascript; charset=utf-8";
+  constexpr std::string_view typings = "text/plain; charset=utf-8";
   struct Place {
     std::string_view path;
     File file;
   };
   const std::array places{
       Place{"/client.js", {script, embedded::client_js}},
-      Place{"/client.d.ts", {"text/plain; charset=utf-8", embedded::client_d_ts}},
       Place{"/window.js", {script, embedded::window_js}},
+      Place{"/transcript.js", {script, embedded::transcript_js}},
+      Place{"/client.d.ts", {typings, embedded::client_d_ts}},
+      Place{"/commands.d.ts", {typings, embedded::commands_d_ts}},
+      Place{"/transcript.d.ts", {typings, embedded::transcript_d_ts}},
   };
   for (const Place& place : places) {
-    if (place.path == path && !place.file.content.empty()) return place.file;
+    if (place.path == path) return place.file;
   }
   return std::nullopt;
 }
