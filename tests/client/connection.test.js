@@ -99,7 +99,7 @@ test('what no JSON can hold rejects and leaves the connection alone', async () =
 test('methods unwrap what holds one thing alone', async () => {
   Object.assign(peer.answers, {
     'tv.run': {lines: ['a', 'b']}, 'tv.get': {value: '7'}, 'tv.fault': {id: 3}, 'tv.snapshot': {snapshot: {version: 1}},
-    'tv.export': {content: 'x'}, 'tv.services': {revision: 1, total: 0, services: []},
+    'tv.services': {revision: 1, total: 0, services: []},
   })
   await connected()
   assert.deepEqual(await tv.run('.get'), ['a', 'b'])
@@ -107,7 +107,6 @@ test('methods unwrap what holds one thing alone', async () => {
   assert.equal(await tv.fault('vconf_get_int', {result: -1}), 3)
   assert.deepEqual(peer.calls.at(-1).params, {operation: 'vconf_get_int', result: -1})
   assert.deepEqual(await tv.snapshot(), {version: 1})
-  assert.equal(await tv.export('vdr'), 'x')
   assert.deepEqual(await tv.services({limit: 1}), {revision: 1, total: 0, services: []})
 })
 
@@ -125,16 +124,23 @@ test('a call in flight fails when the connection breaks, says so, and is never s
 
 test('calls made meanwhile wait for the connection, in their order, or fail unsent', async () => {
   peer.answers['tv.get'] = ({name}) => ({value: name})
+  await connected()
+  const port = peer.port
+  await peer.stop()
+  await until(() => !tv.connected)
+  const waiting = [tv.get('one'), tv.get('two'), tv.get('three')]
+  peer = await Object.assign(new Peer(), {answers: peer.answers}).listen(port)
+  assert.deepEqual(await Promise.all(waiting), ['one', 'two', 'three'])
+  assert.deepEqual(peer.called('tv.get').map(call => call.params.name), ['one', 'two', 'three'])
+  await tv.close()
+
   await connected({patience: 300})
   await peer.stop()
   await until(() => !tv.connected)
   const late = tv.get('late')
   await assert.rejects(late, error => error instanceof EmpConnectionError && !error.sent && /for 300 ms/.test(error.message))
-  const port = peer.port
-  const waiting = [tv.get('one'), tv.get('two'), tv.get('three')]
-  peer = await Object.assign(new Peer(), {answers: peer.answers}).listen(port)
-  assert.deepEqual(await Promise.all(waiting), ['one', 'two', 'three'])
-  assert.deepEqual(peer.called('tv.get').map(call => call.params.name), ['one', 'two', 'three'])
+  await tv.close()
+  peer = await new Peer().listen()
 })
 
 test('the pauses between reconnects grow', async context => {

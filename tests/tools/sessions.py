@@ -11,12 +11,12 @@ from pathlib import Path
 
 
 def sessions(page):
-    """The code blocks of a page in which a command stands, each with the line it starts in. Lines that start the shell do
-    not count."""
+    """The code blocks of a page in which a command stands, each with the line it starts in. Lines that start the shell,
+    and the address that the server prints first, do not count."""
     text = page.read_text(encoding="utf-8")
     for block in re.finditer(r"^```\w*\n(.*?)^```$", text, re.MULTILINE | re.DOTALL):
         if re.search(r"^>", block[1], re.MULTILINE):
-            yield text[:block.start(1)].count("\n") + 1, re.sub(r"^\$ .*\n", "", block[1], flags=re.MULTILINE)
+            yield text[:block.start(1)].count("\n") + 1, re.sub(r"^(\$ |emp-window: http).*\n", "", block[1], flags=re.MULTILINE)
 
 
 def main(program, *pages):

@@ -181,19 +181,12 @@ export interface Tv {
   removeSetting(key: string): Promise<Revision>
   /** Imports a channel list, given as its text. */
   import(content: string, options?: ImportOptions): Promise<ImportResult>
-  /** Runs a transcript on a set of its own. */
-  check(transcript: string): Promise<{passed: boolean, diff: string}>
-  scan(path: string): Promise<any>
-  /** The services as a channel list. */
-  export(format: string): Promise<string>
   sessions(): Promise<{session: string, connected: boolean, shared: boolean, engines: string[]}[]>
   restart(): Promise<Revision>
   reset(): Promise<Revision>
   snapshot(): Promise<Snapshot>
   restore(snapshot: Snapshot): Promise<Revision>
   why(command: number): Promise<any>
-  history(command: number): Promise<State>
-  goBack(command: number): Promise<any>
   /** The server's OpenRPC document. */
   discover(): Promise<Record<string, any>>
 }

@@ -398,17 +398,12 @@ class Tv {
   setSetting(key, value) { return this.call('tv.setSetting', {key, value}) }
   removeSetting(key) { return this.call('tv.removeSetting', {key}) }
   import(content, options = {}) { return this.call('tv.import', {content, ...options}) }
-  check(transcript) { return this.call('tv.check', {transcript}) }
-  scan(path) { return this.call('tv.scan', {path}) }
-  async export(format) { return (await this.call('tv.export', {format})).content }
   async sessions() { return (await this.call('tv.sessions')).sessions }
   restart() { return this.call('tv.restart') }
   reset() { return this.call('tv.reset') }
   async snapshot() { return (await this.call('tv.snapshot')).snapshot }
   restore(snapshot) { return this.call('tv.restore', {snapshot}) }
   why(command) { return this.call('tv.why', {command}) }
-  history(command) { return this.call('tv.history', {command}) }
-  goBack(command) { return this.call('tv.goBack', {command}) }
   discover() { return this.call('rpc.discover') }
 
   #welcome(ready, fail) {
