@@ -143,6 +143,14 @@ class CheckTest(ScratchTest):
         self.write("virtualtv/set/Tv.cpp", '#  include "shell/Shell.h"\n')
         self.assertFound("rooms", "virtualtv/store/Store.cpp:2: store includes from set", "virtualtv/set/Tv.cpp:1: ")
 
+    def test_rooms_that_include_from_others_by_another_way(self):
+        for include in ("<set/Tv.h>", '"../set/Tv.h"', '"../store/../set/Tv.h"'):
+            with self.subTest(include):
+                self.setUp()
+                self.set_up_rooms()
+                self.write("virtualtv/store/Store.cpp", f"#include {include}\n")
+                self.assertFound("rooms", "virtualtv/store/Store.cpp:1: store includes from set")
+
     def test_rooms_in_a_cycle(self):
         self.set_up_rooms()
         self.rooms.write_text(self.rooms.read_text().replace("set ON store", "set ON shell store"))

@@ -81,6 +81,7 @@ std::uint64_t Device::addFault(Fault fault) {
 
 bool Device::removeFault(std::uint64_t id) {
   if (!Seam::instance().remove(id)) return false;
+  refresh();
   happened(FaultGone{id});
   return true;
 }
@@ -142,12 +143,21 @@ void Device::deliver(const std::shared_ptr<const Happening>& happening) {
     const std::shared_ptr<Feed> feed = listed.lock();
     if (!feed || !std::visit([&](const auto& what) { return feed->wants(what); }, happening->what)) continue;
     const bool first = feed->push(happening);
-    if (first && feed->wants().wake) loop_.post(feed->wants().wake);
+    if (first && feed->wants().wake) loop_.post([this, listed] { wake(listed); });
   }
 }
 
+/// Nobody is woken whose subscription has ended since.
+void Device::wake(const std::weak_ptr<Feed>& listed) {
+  const std::shared_ptr<Feed> feed = listed.lock();
+  const auto isIt = [&](const std::weak_ptr<Feed>& other) { return other.lock() == feed; };
+  if (feed && std::any_of(feeds_.begin(), feeds_.end(), isIt)) feed->wants().wake();
+}
+
+/// What listens to the set, the seam and the log is at work now, and is changed when it is not.
 void Device::forgetEndedFeeds() {
-  if (std::erase_if(feeds_, [](const std::weak_ptr<Feed>& feed) { return feed.expired(); }) > 0) refresh();
+  const auto ended = std::erase_if(feeds_, [](const std::weak_ptr<Feed>& feed) { return feed.expired(); });
+  if (ended > 0) loop_.post([this] { refresh(); });
 }
 
 /// Has the seam and the log tell what any feed wants, and no more.

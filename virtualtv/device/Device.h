@@ -45,7 +45,8 @@ class Device {
   /// What happens from now on, as far as it is wanted. Nothing is kept for nobody: calls are not recorded and log lines
   /// are not made while no feed wants them.
   std::shared_ptr<Feed> subscribe(Wants wants);
-  /// Ends a subscription at once. One whose last pointer has gone ends with the next thing that happens.
+  /// Ends a subscription at once. One whose last pointer has gone gets nothing any more, and what was listened to for
+  /// it is not listened to any more once the loop has been turned behind the next thing that happens.
   void unsubscribe(const std::shared_ptr<Feed>& feed);
 
   /// Switches the set off and on. Engines are closed, faults and latencies are gone.
@@ -82,6 +83,7 @@ class Device {
   template <typename What>
   void happened(const What& what) noexcept;
   void deliver(const std::shared_ptr<const Happening>& happening);
+  void wake(const std::weak_ptr<Feed>& listed);
   void forgetEndedFeeds();
   void refresh();
   void listenToSet(bool on);

@@ -12,6 +12,7 @@ Feed::Taken Feed::take() {
 
 bool Feed::push(std::shared_ptr<const Happening> happening) noexcept {
   const std::lock_guard lock(mutex_);
+  const bool wasEmpty = waiting_.happenings.empty();
   try {
     waiting_.happenings.push_back(std::move(happening));
   } catch (const std::bad_alloc&) {
@@ -22,7 +23,7 @@ bool Feed::push(std::shared_ptr<const Happening> happening) noexcept {
     waiting_.happenings.pop_front();
     ++waiting_.dropped;
   }
-  return waiting_.happenings.size() == 1;
+  return wasEmpty;
 }
 
 }  // namespace virtualtv::device

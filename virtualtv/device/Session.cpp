@@ -1,5 +1,6 @@
 #include "device/Session.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <stdexcept>
@@ -40,6 +41,14 @@ Session::~Session() {
 std::string Session::key(const std::string& engine) const {
   if (name_.empty() && engine.find(mark) == std::string::npos) return framework::engineKey(engine);
   return framework::engineKey(name_ + mark + engine);
+}
+
+std::optional<std::string> Session::engineOf(const std::string& key) const {
+  const std::size_t longestFront = name_.size() + 2;  // the mark, and what the framework puts before a '#'
+  for (std::size_t start = 0; start <= std::min(key.size(), longestFront); ++start) {
+    if (std::string engine = key.substr(start); this->key(engine) == key) return engine;
+  }
+  return std::nullopt;
 }
 
 std::vector<std::string> Session::openEngines() {

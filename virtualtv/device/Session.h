@@ -5,6 +5,7 @@
 #include <exception>
 #include <functional>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -83,6 +84,8 @@ class Session {
 
   /// What the framework knows an engine of this session by.
   std::string key(const std::string& engine) const;
+  /// The engine of this session that a key stands for; nothing where it is another's.
+  std::optional<std::string> engineOf(const std::string& key) const;
 
  private:
   bool run(const std::string& name, const std::vector<std::string>& parameters, bool list, std::string& ret);

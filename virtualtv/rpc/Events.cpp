@@ -128,8 +128,10 @@ void Events::tellOfLog() {
   if (!log_.happenings.empty()) add(std::exchange(log_, {}));
 }
 
+/// A command, and the messages of one, are told behind what has happened meanwhile.
 void Events::add(Event event) {
   event.number = ++number_;
+  revision_ = event.revision = std::max(event.revision, revision_);
   const std::size_t size = sizeOf(event);
   held_.emplace_back(std::move(event), size);
   bytes_ += size;

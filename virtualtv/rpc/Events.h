@@ -96,6 +96,7 @@ class Events {
   device::Wants wants_;
   std::shared_ptr<device::Feed> feed_;
   std::uint64_t number_ = 0;
+  std::uint64_t revision_ = 0;  ///< of the last event
   std::uint64_t commands_ = 0;
   std::map<Caller, std::uint64_t> running_;         ///< commands that have caused something and have not ended
   Event log_;                                       ///< messages of one command, not told yet

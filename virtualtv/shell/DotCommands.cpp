@@ -50,7 +50,7 @@ void noteKnob(Session& session, const std::string& knob) {
 Lines listFaults(Session& session) {
   Lines lines;
   for (const seam::Fault& fault : session.device().faults()) {
-    lines.push_back("fault " + std::to_string(fault.id) + ": " + oneLine(seam::describe(fault)) +
+    lines.push_back("fault " + std::to_string(fault.id) + ": " + oneLine(session.describe(fault)) +
                     " (hits: " + std::to_string(fault.hits) + ")");
   }
   if (lines.empty()) lines.emplace_back("no faults");

@@ -65,8 +65,14 @@ void Session::noteIdleFaults() {
 void Session::noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMeant) {
   for (const seam::Fault& fault : device().faults()) {
     if (fault.hits > 0 || !isMeant(fault)) continue;
-    remarks_.findings.push_back({fault.input, "a fault was never hit: " + seam::describe(fault)});
+    remarks_.findings.push_back({fault.input, "a fault was never hit: " + describe(fault)});
   }
+}
+
+std::string Session::describe(const seam::Fault& fault) const {
+  seam::Fault typed = fault;
+  typed.engine = client_.engineOf(fault.engine).value_or(fault.engine);
+  return seam::describe(typed);
 }
 
 bool Session::execute(const std::vector<std::string>& words, bool list, std::string& ret) {

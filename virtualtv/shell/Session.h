@@ -53,6 +53,8 @@ class Session {
 
   device::Device& device() { return client_.device(); }
   device::Session& client() { return client_; }
+  /// A fault in the words of `.fault`, with the engine as this session calls it.
+  std::string describe(const seam::Fault& fault) const;
   /// Runs a plug-in command as `device::Session::execute` does. The error on too many parameters says how they are
   /// passed where the command takes a list of them.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);

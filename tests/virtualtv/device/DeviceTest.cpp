@@ -247,7 +247,44 @@ TEST_F(DeviceTest, NothingIsRecordedOrRenderedForNobody) {
   EXPECT_FALSE(lines->take().happenings.empty());
   calls.reset();
   number(session, {"GetTVMode"});
+  device().loop().turn();
   EXPECT_FALSE(seam::Seam::observed());
+}
+
+TEST_F(DeviceTest, CallsAreNotRecordedOnceTheLastFaultIsGone) {
+  const std::uint64_t id = device().addFault(seam::parseFault({"vconf_set_int", "result=-1"}));
+  EXPECT_TRUE(seam::Seam::observed());
+  device().removeFault(id);
+  EXPECT_FALSE(seam::Seam::observed());
+  device().addFault(seam::parseFault({"vconf_set_int", "result=-1"}));
+  device().clearFaults();
+  EXPECT_FALSE(seam::Seam::observed());
+}
+
+TEST_F(DeviceTest, AFeedMayEndWhileACallIsMade) {
+  device().unsubscribe(feed);
+  Session session(device());
+  number(session, {"GetTVMode"});
+  auto calls = device().subscribe({.calls = true});
+  device().addFault(seam::parseFault({"IServiceNavigation::GetTvMode", "times=always", "result=0"}));
+  EXPECT_EQ(number(session, {"GetTVMode"}), -1);
+  calls.reset();
+  EXPECT_EQ(number(session, {"GetTVMode"}), -1);
+}
+
+TEST_F(DeviceTest, EachLineIsToldOnceWhereAFeedHasEnded) {
+  Session session(device());
+  number(session, {"GetTVMode"});
+  auto all = device().subscribe({.logLevel = 3});
+  const auto some = device().subscribe({.logLevel = 0});
+  number(session, {"SetSource", "31"});
+  some->take();
+  number(session, {"SetSource", "31"});
+  const std::size_t before = some->take().happenings.size();
+  all.reset();
+  number(session, {"SetSource", "31"});
+  number(session, {"SetSource", "31"});
+  EXPECT_EQ(some->take().happenings.size(), 2 * before);
 }
 
 TEST_F(DeviceTest, EachFeedHasWhatItAskedForInTheOrderInWhichItHappened) {
@@ -294,6 +331,23 @@ TEST_F(DeviceTest, AFeedWakesItsSubscriberOutsideTheVerbAndOnceUntilItIsTaken) {
   tv().setSetting("a/key", 3);
   device().loop().turn();
   EXPECT_EQ(woken, 2);
+}
+
+TEST_F(DeviceTest, AFeedThatHoldsLittleWakesOnceToo) {
+  int woken = 0;
+  const auto waking = device().subscribe({.events = true, .limit = 1, .wake = [&] { ++woken; }});
+  for (int value = 0; value < 5; ++value) tv().setSetting("a/key", value);
+  device().loop().turn();
+  EXPECT_EQ(woken, 1);
+}
+
+TEST_F(DeviceTest, NobodyIsWokenWhoseSubscriptionHasEnded) {
+  int woken = 0;
+  const auto waking = device().subscribe({.events = true, .wake = [&] { ++woken; }});
+  tv().setSetting("a/key", 1);
+  device().unsubscribe(waking);
+  device().loop().turn();
+  EXPECT_EQ(woken, 0);
 }
 
 TEST_F(DeviceTest, ASubscriberThatThrowsHarmsNobody) {

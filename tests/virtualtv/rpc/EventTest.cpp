@@ -73,6 +73,24 @@ TEST_F(EventsTest, CountUpByOneOverAllTopics) {
   for (const Json::Value& event : events) EXPECT_EQ(event["number"].asUInt64(), ++last);
 }
 
+TEST_F(EventsTest, HaveRevisionsThatNeverGoBack) {
+  subscribe(client, R"([["*"]])");
+  Connected other(server);
+  client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", "300"])"));
+  other.say(R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})");
+  client.result("tv.set", json(R"(["region", 8])"));
+  clock.pass(300ms);
+  for (const char* const method : {"tv.restart", "window.SetSource", "tv.reset", "window.GetTVMode"}) {
+    client.result(method);
+  }
+  Json::UInt64 last = 0;
+  for (const Json::Value& event : client.events()) {
+    EXPECT_GE(event["revision"].asUInt64(), last) << event.toStyledString();
+    last = event["revision"].asUInt64();
+  }
+  EXPECT_EQ(last, device().revision());
+}
+
 TEST_F(EventsTest, CarryTheNumberOfTheirCommand) {
   subscribe(client, R"([["*"]])");
   client.run("GetTVMode");

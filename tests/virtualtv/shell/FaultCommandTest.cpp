@@ -108,6 +108,15 @@ TEST_F(FaultCommandTest, AFaultOfAnEngineHitsThatEngineAlone) {
   run(".engine main");
   EXPECT_EQ(run("read a"), "int -7");
   EXPECT_EQ(run(".fault"), "fault 1: vconf_get_int always engine=other out.value=9 (hits: 1)");
+  run(".fault clear");
+  for (const std::string name : {"a:b", "#x", "#", ":", "##a:b"}) {
+    const std::string words = "vconf_get_int always engine=" + name + " result=-1";
+    EXPECT_EQ(run(".fault " + words), "");
+    std::string listed = run(".fault");
+    listed = listed.substr(listed.find("vconf"));
+    EXPECT_EQ(listed, words + " (hits: 0)");
+    run(".fault clear");
+  }
 }
 
 TEST_F(FaultCommandTest, ABadFaultIsAnErrorAndSetsNothing) {
