@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <iostream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "EmpAppWindow.h"
 #include "fuzz/support/Demand.h"
 #include "program/CommandLine.h"
+#include "shell/Arguments.h"
 #include "shell/Lines.h"
 #include "virtualtv/support/Support.h"
 
@@ -80,6 +82,18 @@ ExitStatus run(std::vector<std::string>& words) {
   return virtualtv::program::runCommandLine(static_cast<int>(words.size()), arguments.data(), app);
 }
 
+/// A server would listen on this machine, and not end: what it is told is read, and it is not started.
+ExitStatus read(const std::vector<std::string>& words) {
+  try {
+    const kel::CEmpAppWindow app;
+    static_cast<void>(virtualtv::shell::readArguments({words.begin() + 1, words.end()}, app));
+    return virtualtv::program::allWell;
+  } catch (const std::invalid_argument& error) {
+    std::cerr << "emp-window: " << virtualtv::shell::oneLine(error.what()) << "\n";
+    return virtualtv::program::unusable;
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -88,7 +102,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t end = content.find("\n\n");
   std::vector<std::string> words = virtualtv::shell::splitLines(content.substr(0, end));
   words.insert(words.begin(), "emp-window");
-  if (std::find(words.begin(), words.end(), "serve") != words.end()) words.emplace_back("--until-eof");  // ends at once
   const std::string input(end == content.npos ? std::string_view() : content.substr(end + 2));
 
   static const Home home;
@@ -98,7 +111,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Redirected in(std::cin, input);
     const Redirected out(std::cout, "");
     const Redirected err(std::cerr, "");
-    status = run(words);
+    const bool serves = std::find(words.begin(), words.end(), "serve") != words.end();
+    status = serves ? read(words) : run(words);
     told = err.text();
   }
   demand(status >= virtualtv::program::allWell && status <= virtualtv::program::unusable,
