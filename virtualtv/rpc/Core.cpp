@@ -281,9 +281,7 @@ const std::string& Core::openRpc() {
 
 void Core::deliver(Event& event) {
   for (const auto& [id, seat] : seats_) {
-    const bool wanted =
-        seat->topics.contains(std::string(everyTopic)) || seat->topics.contains(std::string(event.topic));
-    if (wanted) send(*seat, event);
+    if (haveTopic(seat->topics, event.topic)) send(*seat, event);
   }
 }
 

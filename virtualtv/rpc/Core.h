@@ -47,7 +47,6 @@ class Core {
   ~Core();
 
   device::Device& device() { return device_; }
-  const Options& options() const { return options_; }
   Events& events() { return events_; }
   /// Tells this server from others that were started.
   const std::string& id() const { return id_; }

@@ -7,6 +7,7 @@
 #include "rpc/Core.h"
 #include "rpc/EventJson.h"
 #include "rpc/Method.h"
+#include "rpc/Schemas.h"
 #include "set/StateDocument.h"
 
 namespace virtualtv::rpc {
@@ -14,7 +15,6 @@ namespace virtualtv::rpc {
 namespace {
 
 constexpr std::string_view topicList = R"({"type": "array", "items": {"type": "string"}})";
-constexpr text::Range numbers{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};
 
 constexpr std::array rowsOfTopics{
     Topic{"source", "where a window's picture comes from",
@@ -71,10 +71,6 @@ std::set<std::string> topicsIn(const Call& call) {
   });
 }
 
-bool wants(const std::set<std::string>& topics, const Event& event) {
-  return topics.contains(std::string(everyTopic)) || topics.contains(std::string(event.topic));
-}
-
 void requireConnection(const Call& call) {
   if (call.seat.outlet == nullptr) throw Failure(Code::badValue, "events need a connection: WebSocket");
 }
@@ -87,7 +83,7 @@ void beginBehind(const Call& call, std::uint64_t after, const std::set<std::stri
     if (found == core.seats().end()) return;
     Seat& seat = *found->second;
     core.events().replay(after, [&](Event& event) {
-      if (wants(topics, event) && !wants(seat.topics, event)) core.send(seat, event);
+      if (haveTopic(topics, event.topic) && !haveTopic(seat.topics, event.topic)) core.send(seat, event);
     });
     seat.topics.insert(topics.begin(), topics.end());
   });
@@ -98,7 +94,7 @@ Json::Value subscribe(const Call& call) {
   Core& core = call.core;
   const std::set<std::string> topics = topicsIn(call);
   const bool goesOn = call.params.has("after");
-  const auto after = static_cast<std::uint64_t>(call.params.number("after", numbers, 0));
+  const auto after = static_cast<std::uint64_t>(call.params.number("after", notNegative, 0));
   const bool isThisServer = call.params.text("server", core.id()) == core.id();
   core.events().hear(topics);
   core.events().tell(core.events().collect());
@@ -120,7 +116,7 @@ Json::Value unsubscribe(const Call& call) {
 
 /// Of the events that are held; calls and messages are there where somebody has subscribed to them.
 Json::Value why(const Call& call) {
-  const auto command = static_cast<std::uint64_t>(call.params.number("command", numbers));
+  const auto command = static_cast<std::uint64_t>(call.params.number("command", notNegative));
   Core& core = call.core;
   core.events().tell(core.events().collect());
   Json::Value answer = emptyCause();
@@ -148,7 +144,7 @@ const std::array rows{
     Method{"events.unsubscribe",
            "not be told of it any more",
            {{"topics", topicList, "names of topics, as they were subscribed to", true}},
-           R"({"type": "object"})",
+           anObject,
            unsubscribe},
     Method{"tv.why",
            "tell all about a command: its reply, keys that changed, calls and log messages where those are heard",
@@ -166,6 +162,10 @@ const std::array rows{
 
 std::span<const Topic> topics() {
   return rowsOfTopics;
+}
+
+bool haveTopic(const std::set<std::string>& chosen, std::string_view topic) {
+  return chosen.contains(std::string(everyTopic)) || chosen.contains(std::string(topic));
 }
 
 std::span<const Method> eventMethods() {

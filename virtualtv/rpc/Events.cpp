@@ -53,11 +53,8 @@ void Events::onWake(std::function<void()> wake) {
 }
 
 void Events::hear(const std::set<std::string>& topics) {
-  const auto has = [&](std::string_view topic) {
-    return topics.contains(std::string(topic)) || topics.contains(std::string(everyTopic));
-  };
-  const bool calls = wants_.calls || has("call");
-  const int level = has("log") ? allLevels : wants_.logLevel;
+  const bool calls = wants_.calls || haveTopic(topics, "call");
+  const int level = haveTopic(topics, "log") ? allLevels : wants_.logLevel;
   if (calls == wants_.calls && level == wants_.logLevel) return;
   tell(collect());
   wants_.calls = calls;

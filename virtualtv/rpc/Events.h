@@ -28,6 +28,8 @@ struct Topic {
 std::span<const Topic> topics();
 /// Stands for all of them.
 inline constexpr std::string_view everyTopic = "*";
+/// True when a topic is among those that a client has chosen.
+bool haveTopic(const std::set<std::string>& chosen, std::string_view topic);
 
 /// Something that clients are told of. It is written out when somebody wants it.
 struct Event {

@@ -5,13 +5,12 @@
 #include "json/Read.h"
 #include "rpc/Core.h"
 #include "rpc/Method.h"
+#include "rpc/Schemas.h"
 #include "text/Units.h"
 
 namespace virtualtv::rpc {
 
 namespace {
-
-constexpr std::string_view textSchema = R"({"type": "string"})";
 
 Json::Value open(const Call& call) {
   Seat& seat = call.seat.isShared ? call.core.openWaiting() : call.seat;
@@ -64,7 +63,7 @@ const std::array rows{
     Method{"session.close",
            "end a session and close its engines",
            {{"session", textSchema, "which; without it, the caller's own"}},
-           R"({"type": "object"})",
+           anObject,
            close},
     Method{"tv.sessions",
            "list the sessions",
@@ -73,7 +72,7 @@ const std::array rows{
                "type": "object", "properties": {"session": {"type": "string"}, "connected": {"type": "boolean"},
                "shared": {"type": "boolean"}, "engines": {"type": "array", "items": {"type": "string"}}}}}}})",
            sessions},
-    Method{"rpc.discover", "describe the methods as an OpenRPC document", {}, R"({"type": "object"})", discover},
+    Method{"rpc.discover", "describe the methods as an OpenRPC document", {}, anObject, discover},
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "rpc/Core.h"
 #include "rpc/Method.h"
 #include "rpc/ReplyJson.h"
+#include "rpc/Schemas.h"
 #include "rpc/ServiceJson.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
@@ -22,10 +23,8 @@ namespace virtualtv::rpc {
 
 namespace {
 
-constexpr std::string_view textSchema = R"({"type": "string"})";
 constexpr std::string_view countSchema = R"({"type": "integer", "minimum": 0})";
 constexpr std::string_view truthSchema = R"({"type": "boolean"})";
-constexpr std::string_view anObject = R"({"type": "object"})";
 constexpr std::string_view revisionResult =
     R"({"type": "object", "required": ["revision"], "properties": {"revision": {"type": "integer"}}})";
 
@@ -92,8 +91,6 @@ Value oneOf(const Call& call, std::string_view parameter, const std::vector<std:
 }
 
 ServiceQuery queryOf(const Call& call) {
-  constexpr text::Range counts = text::rangeOf<std::int64_t>();
-  const text::Range notNegative{0, counts.most};
   ServiceQuery query;
   query.text = call.params.text("text", "");
   if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames());
@@ -285,8 +282,7 @@ const std::array rows{
            get},
     Method{"tv.set",
            "turn a knob",
-           {{"name", textSchema, "of the knob", true},
-            {"value", R"({"type": ["string", "integer"]})", "what to turn it to", true}},
+           {{"name", textSchema, "of the knob", true}, {"value", textOrNumber, "what to turn it to", true}},
            revisionResult,
            set},
     Method{"tv.settings",
@@ -297,8 +293,7 @@ const std::array rows{
            settings},
     Method{"tv.setSetting",
            "set a settings key",
-           {{"key", textSchema, "its name", true},
-            {"value", R"({"type": ["string", "integer"]})", "a text or a number of 32 bits", true}},
+           {{"key", textSchema, "its name", true}, {"value", textOrNumber, "a text or a number of 32 bits", true}},
            revisionResult,
            setSetting},
     Method{"tv.removeSetting",

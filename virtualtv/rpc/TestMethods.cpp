@@ -5,15 +5,12 @@
 
 #include "rpc/Core.h"
 #include "rpc/Method.h"
+#include "rpc/Schemas.h"
 #include "text/Units.h"
 
 namespace virtualtv::rpc {
 
 namespace {
-
-constexpr std::string_view textSchema = R"({"type": "string"})";
-constexpr std::string_view anObject = R"({"type": "object"})";
-constexpr text::Range notNegative{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};
 
 Json::Value operations(const Call&) {
   Json::Value answer;

@@ -8,24 +8,15 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <memory>
-#include <stdexcept>
-#include <system_error>
 
 #include "shell/Files.h"
+#include "shell/OpenFile.h"
 
 namespace virtualtv::shell {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-[[noreturn]] void fail(const char* action, const std::string& file, const std::string& reason) {
-  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " + reason);
-}
-[[noreturn]] void fail(const char* action, const std::string& file, int error) {
-  fail(action, file, std::generic_category().message(error));
-}
 
 class AllFiles : public FileAccess {
  public:
@@ -39,28 +30,25 @@ class AllFiles : public FileAccess {
 class NoFiles : public FileAccess {
  public:
   fs::path start() const override { return {}; }
-  std::string read(const fs::path&, const std::string& name) const override { fail("read", name, reason); }
-  void save(const fs::path&, std::string_view, const std::string& name) const override { fail("write", name, reason); }
+  std::string read(const fs::path&, const std::string& name) const override { failFile("read", name, reason); }
+  void save(const fs::path&, std::string_view, const std::string& name) const override {
+    failFile("write", name, reason);
+  }
 
  private:
   static constexpr const char* reason = "clients reach no files unless the server is started with --files";
 };
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 /// Takes a descriptor over, which must be that of a regular file.
 File regularFile(int descriptor, const char* mode, const char* action, const std::string& name) {
   if (descriptor < 0) {
-    if (errno == EXDEV || errno == ELOOP) fail(action, name, "it leads out of the directory, or over a link");
-    fail(action, name, errno);
+    if (errno == EXDEV || errno == ELOOP) failFile(action, name, "it leads out of the directory, or over a link");
+    failFile(action, name, errno);
   }
   File file(::fdopen(descriptor, mode));
   struct stat what {};
-  if (::fstat(descriptor, &what) != 0) fail(action, name, errno);
-  if (!S_ISREG(what.st_mode)) fail(action, name, "not a regular file");
+  if (::fstat(descriptor, &what) != 0) failFile(action, name, errno);
+  if (!S_ISREG(what.st_mode)) failFile(action, name, "not a regular file");
   return file;
 }
 
@@ -78,7 +66,7 @@ const FileAccess& noFiles() {
 
 FilesBeneath::FilesBeneath(const fs::path& directory)
     : directory_(::open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
-  if (directory_ < 0) fail("read", directory, errno);
+  if (directory_ < 0) failFile("read", directory, errno);
 }
 
 FilesBeneath::~FilesBeneath() {
@@ -104,7 +92,7 @@ void FilesBeneath::save(const fs::path& path, std::string_view content, const st
   if (written && std::fflush(file.get()) == 0 && ::fsync(::fileno(file.get())) == 0) return;
   const int error = errno;
   ::unlinkat(directory_, path.c_str(), 0);  // which was made here
-  fail("write", name, error);
+  failFile("write", name, error);
 }
 
 }  // namespace virtualtv::shell

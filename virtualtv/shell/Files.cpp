@@ -7,11 +7,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <new>
 #include <stdexcept>
 #include <system_error>
 
+#include "shell/OpenFile.h"
 #include "shell/Reason.h"
 
 namespace virtualtv::shell {
@@ -19,19 +19,6 @@ namespace virtualtv::shell {
 namespace {
 
 namespace fs = std::filesystem;
-
-[[noreturn]] void fail(const char* action, const std::string& file, const std::string& reason) {
-  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " + reason);
-}
-
-[[noreturn]] void fail(const char* action, const std::string& file, int error) {
-  fail(action, file, std::generic_category().message(error));
-}
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 /// A new file beside another, removed at the end of the scope unless it was renamed.
 class Beside {
@@ -43,7 +30,7 @@ class Beside {
     for (int number = 0; descriptor < 0; ++number) {
       name_ = target.string() + "." + std::to_string(::getpid()) + "." + std::to_string(number);
       descriptor = ::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-      if (descriptor < 0 && errno != EEXIST) fail("write", name, errno);
+      if (descriptor < 0 && errno != EEXIST) failFile("write", name, errno);
     }
     file_.reset(::fdopen(descriptor, "wb"));
   }
@@ -71,14 +58,22 @@ class Beside {
 };
 
 [[noreturn]] void failAsEndless(const std::string& name) {
-  fail("read", name, "it has more than 256 MB");
+  failFile("read", name, "it has more than 256 MB");
 }
 
 }  // namespace
 
+void failFile(const char* action, const std::string& file, const std::string& reason) {
+  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " + reason);
+}
+
+void failFile(const char* action, const std::string& file, int error) {
+  failFile(action, file, std::generic_category().message(error));
+}
+
 std::string readFile(const fs::path& path, const std::string& name) {
   const File file(std::fopen(path.c_str(), "rb"));
-  if (!file) fail("read", name, errno);
+  if (!file) failFile("read", name, errno);
   return readStream(file.get(), name);
 }
 
@@ -90,10 +85,10 @@ std::string readStream(std::FILE* stream, const std::string& name) {
       if (content.size() + count > mostRead) failAsEndless(name);
       content.append(chunk, count);
     }
-    if (std::ferror(stream) != 0) fail("read", name, errno);  // a folder too ends up here
+    if (std::ferror(stream) != 0) failFile("read", name, errno);  // a folder too ends up here
     return content;
   } catch (const std::bad_alloc&) {
-    fail("read", name, notEnoughMemory);
+    failFile("read", name, notEnoughMemory);
   }
 }
 
@@ -104,20 +99,20 @@ bool readLine(std::FILE* stream, const std::string& name, std::size_t most, std:
     if (length == mostRead) failAsEndless(name);
     if (length <= most) line += static_cast<char>(byte);
   }
-  if (std::ferror(stream) != 0) fail("read", name, errno);
+  if (std::ferror(stream) != 0) failFile("read", name, errno);
   return length > 0 || std::feof(stream) == 0;
 }
 
 void replaceFile(const fs::path& file, std::string_view content, const std::string& name) {
   std::error_code missing;
   const fs::path target = fs::canonical(file, missing);
-  if (missing) fail("write", name, missing.value());
+  if (missing) failFile("write", name, missing.value());
   struct stat before {};
-  if (::stat(target.c_str(), &before) != 0) fail("write", name, errno);
-  if (!S_ISREG(before.st_mode)) fail("write", name, "not a regular file");
+  if (::stat(target.c_str(), &before) != 0) failFile("write", name, errno);
+  if (!S_ISREG(before.st_mode)) failFile("write", name, "not a regular file");
   Beside made(target, name, S_IRUSR | S_IWUSR);
   if (!made.write(content) || !made.setMode(before.st_mode & 07777U) || !made.becomes(target)) {
-    fail("write", name, errno);
+    failFile("write", name, errno);
   }
 }
 
@@ -126,14 +121,14 @@ void saveFile(const fs::path& file, std::string_view content, const std::string&
   if (::lstat(file.c_str(), &before) == 0 || errno != ENOENT) return replaceFile(file, content, name);
   constexpr mode_t anyone = 0666;
   Beside made(file, name, anyone);
-  if (!made.write(content) || !made.becomes(file)) fail("write", name, errno);
+  if (!made.write(content) || !made.becomes(file)) failFile("write", name, errno);
 }
 
 void writeFile(const fs::path& path, std::string_view content) {
   File file(std::fopen(path.c_str(), "wb"));
-  if (!file) fail("write", path, errno);
+  if (!file) failFile("write", path, errno);
   const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
-  if (!written || std::fclose(file.release()) != 0) fail("write", path, errno);
+  if (!written || std::fclose(file.release()) != 0) failFile("write", path, errno);
 }
 
 }  // namespace virtualtv::shell

@@ -240,14 +240,27 @@ TEST_F(EventsTest, CutOffAClientThatDoesNotReadThem) {
   EXPECT_EQ(other.takeTexts().size(), 2U);
 }
 
-TEST_F(EventsTest, TellRepliesInPart) {
-  subscribe(client, R"([["command"]])");
+TEST_F(EventsTest, TellLongRepliesInPart) {
+  std::string list;
+  for (int number = 1; number <= 600; ++number) {
+    list +=
+        "Service;Net:578000:I999C23D0M64T8G4Y0:T:27500:101:102=eng:0:0:" + std::to_string(number) + ":9018:4100:0\n";
+  }
   Json::Value params;
-  params["name"] = "NoSuch";
-  params["parameters"] = json(R"([""])");
-  params["parameters"][0] = std::string(100'000, 'x');
-  client.result("window.execute", params);
-  EXPECT_EQ(client.events().at(0)["parameters"][0].asString().size(), 100'000U);
+  params["content"] = list;
+  client.result("tv.import", params);
+  subscribe(client, R"([["command"]])");
+  const std::string whole = client.run("GetFullChannelList").asString();
+  ASSERT_GT(whole.size(), 65536U);
+  const Json::Value event = client.events().at(0);
+  const std::string told = event["reply"]["value"].asString();
+  EXPECT_LE(told.size(), 65536U);
+  EXPECT_GT(told.size(), 65000U);
+  EXPECT_TRUE(whole.starts_with(told));
+  EXPECT_EQ(event["reply"]["length"].asUInt64(), whole.size());
+  Json::Value which;
+  which["command"] = event["command"];
+  EXPECT_EQ(client.result("tv.why", which)["reply"]["value"], whole);
 }
 
 class Delays : public EventsTest {

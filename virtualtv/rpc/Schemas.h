@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include "text/Numbers.h"
+
+// JSON Schemas that several methods have, as JSON, and what numbers of methods can be.
+
+namespace virtualtv::rpc {
+
+inline constexpr std::string_view textSchema = R"({"type": "string"})";
+inline constexpr std::string_view textOrNumber = R"({"type": ["string", "integer"]})";
+inline constexpr std::string_view anObject = R"({"type": "object"})";
+
+/// What JSON readers take for a whole number, from 0 on.
+inline constexpr text::Range notNegative{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};
+
+}  // namespace virtualtv::rpc
