@@ -4,6 +4,7 @@
 
 #include "rpc/Server.h"
 #include "text/Units.h"
+#include "text/UnknownName.h"
 
 namespace virtualtv::rpc {
 
@@ -40,6 +41,8 @@ Failure currentFailure(const std::string& doing) {
     return failure;
   } catch (const NoSuchSession& error) {
     return {Code::noSuchSession, error.what()};
+  } catch (const text::UnknownName& error) {
+    return {Code::badValue, error.what() + ("; tv." + error.kind() + " lists them")};
   } catch (const std::invalid_argument& error) {
     return {Code::badValue, error.what()};
   } catch (const std::bad_alloc&) {

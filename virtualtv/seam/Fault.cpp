@@ -7,6 +7,7 @@
 #include "services/FieldNumbers.h"
 #include "text/Numbers.h"
 #include "text/Units.h"
+#include "text/UnknownName.h"
 
 namespace virtualtv::seam {
 
@@ -18,7 +19,7 @@ namespace {
 
 const Operation& operationNamed(const std::string& name) {
   if (const Operation* operation = findOperation(name)) return *operation;
-  refuse("no operation '" + name + "'; '.help operations' lists them");
+  throw text::UnknownName("no operation '" + name + "'", "operations");
 }
 
 /// Runs what throws std::invalid_argument with a reason, and puts what it is about before it.

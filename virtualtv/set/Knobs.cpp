@@ -6,6 +6,7 @@
 
 #include "seam/Operations.h"
 #include "set/KnobParts.h"
+#include "text/UnknownName.h"
 
 namespace virtualtv {
 
@@ -61,7 +62,7 @@ auto withKnob(const std::string& name, Use use) {
   for (const Knob& knob : knobs()) {
     if (const auto parts = match(knob.name, name)) return use(knob, *parts);
   }
-  refuse("there is no knob '" + name + "'; '.help knobs' lists them");
+  throw text::UnknownName("there is no knob '" + name + "'", "knobs");
 }
 
 }  // namespace
@@ -114,8 +115,7 @@ bool canBeSet(const std::string& name) {
 }
 
 void setKnob(Tv& tv, const std::string& name, const std::string& value) {
-  if (!isKnob(name) && !knobsOf(tv, name).empty())
-    refuse("'" + name + "' is a group of knobs; '.get " + name + "' prints them");
+  if (!isKnob(name) && !knobsOf(tv, name).empty()) throw GroupOfKnobs(name);
   withKnob(name, [&](const Knob& knob, const Parts& parts) {
     if (knob.set == nullptr) refuse("'" + name + "' can only be read");
     knob.set(tv, parts, value);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,18 @@
 #include "set/Tv.h"
 
 namespace virtualtv {
+
+/// A group of knobs was given in place of one of them.
+class GroupOfKnobs : public std::invalid_argument {
+ public:
+  explicit GroupOfKnobs(const std::string& group)
+      : std::invalid_argument("'" + group + "' is a group of knobs"), group_(group) {}
+
+  const std::string& group() const { return group_; }
+
+ private:
+  std::string group_;
+};
 
 /// Something about the set that can be read and set from outside.
 struct Knob {
@@ -31,14 +44,14 @@ std::vector<std::string> knobNames(Tv& tv);
 /// @throws std::invalid_argument when there is no such service.
 std::vector<std::string> knobsOf(Tv& tv, const std::string& group);
 
-/// Value of the knob of that name, as `.set` takes it. @throws std::invalid_argument when there is no such knob.
+/// Value of the knob of that name, as `setKnob` takes it. @throws text::UnknownName when there is no such knob.
 std::string getKnob(Tv& tv, const std::string& name);
 
-/// False for a knob that can only be read. @throws std::invalid_argument when there is no such knob.
+/// False for a knob that can only be read. @throws text::UnknownName when there is no such knob.
 bool canBeSet(const std::string& name);
 
-/// Turns the knob of that name. @throws std::invalid_argument when there is none or it is a group's name, and when it
-/// does not take `value`.
+/// Turns the knob of that name. @throws text::UnknownName when there is none, GroupOfKnobs when it is the name of a
+/// group, std::invalid_argument when the knob does not take `value`.
 void setKnob(Tv& tv, const std::string& name, const std::string& value);
 
 }  // namespace virtualtv

@@ -2,6 +2,9 @@
 
 #include <new>
 
+#include "set/Knobs.h"
+#include "text/UnknownName.h"
+
 namespace virtualtv::shell {
 
 std::string reasonOf(const std::exception_ptr& thrown, const std::string& doing) {
@@ -9,6 +12,10 @@ std::string reasonOf(const std::exception_ptr& thrown, const std::string& doing)
     std::rethrow_exception(thrown);
   } catch (const std::bad_alloc&) {
     return std::string(notEnoughMemory) + " to " + doing;
+  } catch (const text::UnknownName& unknown) {
+    return unknown.what() + ("; '.help " + unknown.kind() + "' lists them");
+  } catch (const GroupOfKnobs& given) {
+    return given.what() + ("; '.get " + given.group() + "' prints them");
   } catch (const std::exception& exception) {
     return exception.what();
   } catch (...) {

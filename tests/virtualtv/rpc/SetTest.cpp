@@ -111,6 +111,10 @@ TEST_F(SetMethods, ReadAndTurnKnobs) {
   EXPECT_EQ(codeOf(client.call("tv.set", json(R"(["region", 1.5])"))), -32602);
   EXPECT_EQ(codeOf(client.call("tv.set", json(R"(["region", [1]])"))), -32602);
   EXPECT_EQ(codeOf(client.call("tv.set", json(R"(["main.nothing", 1])"))), 1002);
+  EXPECT_EQ(reasonOf(client.call("tv.get", json(R"(["nothing"])"))), "there is no knob 'nothing'; tv.knobs lists them");
+  EXPECT_EQ(reasonOf(client.call("tv.set", json(R"(["main", "1"])"))), "'main' is a group of knobs");
+  EXPECT_EQ(reasonOf(client.call("tv.fault", json(R"({"operation": "Nothing", "result": 0})"))),
+            "no operation 'Nothing'; tv.operations lists them");
 }
 
 TEST_F(SetMethods, ReadAndWriteSettingsKeys) {
