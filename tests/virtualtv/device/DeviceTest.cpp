@@ -2,13 +2,10 @@
 #include "virtualtv/device/DeviceTest.h"
 
 #include <algorithm>
-#include <functional>
-#include <map>
 #include <stdexcept>
 
 #include "framework/Reply.h"
 #include "services/ServiceStore.h"
-#include "set/Knobs.h"
 
 namespace virtualtv::device {
 
@@ -23,137 +20,6 @@ namespace {
 
 using framework::EngineClosed;
 using framework::EngineOpened;
-
-// Changes.
-
-/// Two texts that a knob takes, by the words that say what it takes.
-const std::map<std::string, std::pair<std::string, std::string>> texts{
-    {"number", {"1", "2"}},
-    {"number or auto", {"4", "auto"}},
-    {"0 to 255", {"7", "8"}},
-    {"on or off", {"off", "on"}},
-    {"milliseconds", {"3", "0"}},
-    {"ANTENNA,SERVICE", {"1,0", "2,1"}},
-    {"WIDTHxHEIGHT", {"720x576", "1280x720"}},
-    {"WIDTHxHEIGHT@RATE", {"720x576@50", "1280x720@25"}},
-    {"service id or 0", {"5", "6"}},
-    {"service id, #KEY or 0", {"#2", "#3"}},
-    {"tracks or none", {"1:eng", "none"}},
-    {"groups or none", {"1=1", "none"}},
-    {"number, text or unset", {"1", "unset"}},
-};
-
-/// The name of a knob with something in place of its parts in capitals.
-std::string filledIn(std::string name) {
-  for (const auto& [part, value] : {std::pair("WINDOW", "pip"), std::pair("SOURCE", "13"), std::pair("FIELD", "major"),
-                                    std::pair("ID", "#1"), std::pair("OPERATION", "IService::FindService")}) {
-    if (const std::size_t at = name.find(part); at != std::string::npos)
-      name.replace(at, std::string(part).size(), value);
-  }
-  return name;
-}
-
-TEST_F(DeviceTest, EachKnobThatIsTurnedIsTold) {
-  for (const Knob& knob : knobs()) {
-    if (knob.set == nullptr) continue;
-    const auto samples = texts.find(std::string(knob.value));
-    ASSERT_NE(samples, texts.end()) << knob.name << " takes " << knob.value;
-    const std::string name = filledIn(std::string(knob.name));
-    setKnob(tv(), name, samples->second.first);
-    for (const std::string& text : {samples->second.second, samples->second.first}) {
-      feed->take();
-      const std::uint64_t before = device().revision();
-      setKnob(tv(), name, text);
-      EXPECT_FALSE(happened<Change>().empty()) << name << " " << text;
-      EXPECT_EQ(device().revision(), before + 1) << name << " " << text;
-    }
-  }
-}
-
-TEST_F(DeviceTest, EachVerbTellsWhatItChanges) {
-  const auto cropped = [](Tv& tv) { tv.crop(WindowId::main, {{0, 0, 10, 10}, {0, 0, 20, 20}}); };
-  const auto imported = [](Tv& tv) {
-    Service service;
-    service.numbers = {{TCServiceData::SERVICE_ID, 10}, {TCServiceData::ANTENNA_MODE, 0}};
-    tv.import({service}, false);
-  };
-  const std::map<std::string, std::function<void(Tv&)>> verbs{
-      {"tune", [](Tv& tv) { tv.tune(WindowId::main, 3); }},
-      {"switchSource", [](Tv& tv) { tv.switchSource(WindowId::main, 13); }},
-      {"deactivate", [](Tv& tv) { tv.deactivate(WindowId::main); }},
-      {"showIsp", [](Tv& tv) { tv.showIsp(); }},
-      {"plug", [](Tv& tv) { tv.plug(13, false); }},
-      {"setMode",
-       [](Tv& tv) {
-         tv.setMode(WindowId::pip, {2, 0});
-       }},
-      {"place",
-       [](Tv& tv) {
-         tv.place(WindowId::main, {1, 2, 3, 4});
-       }},
-      {"crop", cropped},
-      {"setOrder", [](Tv& tv) { tv.setOrder(WindowId::pip, 3); }},
-      {"mute", [](Tv& tv) { tv.mute(WindowId::main, true); }},
-      {"selectSubtitle", [](Tv& tv) { tv.selectSubtitle(WindowId::main, 0); }},
-      {"setFavourites",
-       [](Tv& tv) {
-         tv.setFavourites(9, {{tv.state().startServiceId, true}});
-       }},
-      {"setSetting", [](Tv& tv) { tv.setSetting("a/key", 1); }},
-      {"setField", [](Tv& tv) { tv.setField(1, TCServiceData::MAJOR, std::uint64_t{77}); }},
-      {"setAudioTracks", [](Tv& tv) { tv.setAudioTracks(1, {}); }},
-      {"setSubtitleTracks", [](Tv& tv) { tv.setSubtitleTracks(1, {}); }},
-      {"setFavouritesOf",
-       [](Tv& tv) {
-         tv.setFavouritesOf(1, {{200, true}});
-       }},
-      {"adjust", [](Tv& tv) { tv.adjust([](TvState& state) { state.country = 99; }); }},
-      {"pass", [](Tv& tv) { tv.pass(5); }},
-      {"import", imported},
-      {"reset", [](Tv& tv) { tv.reset(); }},
-  };
-  for (const auto& [name, verb] : verbs) {
-    device().reset();
-    tv().setAudioTracks(1, {{.pid = 1}, {.pid = 2}});
-    tv().setSubtitleTracks(1, {{.pid = 3}});
-    feed->take();
-    const std::uint64_t before = device().revision();
-    verb(tv());
-    EXPECT_FALSE(happened<Change>().empty()) << name;
-    EXPECT_EQ(device().revision(), before + 1) << name;
-    verb(tv());
-    const bool goesOn = name == "pass" || name == "import" || name == "reset";  // each time something is another
-    EXPECT_TRUE(goesOn || happened<Change>().empty()) << name << " a second time changes nothing";
-  }
-}
-
-TEST_F(DeviceTest, ASettingsKeyIsToldFromWhatToWhat) {
-  tv().setSetting("a/key", 1);
-  tv().setSetting("a/key", std::string("text"));
-  tv().removeSetting("a/key");
-  const auto changes = happened<SettingChanged>();
-  ASSERT_EQ(changes.size(), 3U);
-  EXPECT_EQ(changes[0].before, std::nullopt);
-  EXPECT_EQ(changes[0].after, Setting(1));
-  EXPECT_EQ(changes[1].before, Setting(1));
-  EXPECT_EQ(changes[1].after, Setting(std::string("text")));
-  EXPECT_EQ(changes[2].before, Setting(std::string("text")));
-  EXPECT_EQ(changes[2].after, std::nullopt);
-}
-
-TEST_F(DeviceTest, WhatThePlugInWritesIsToldWithTheEngineThatWrote) {
-  Session session(device());
-  number(session, {"SetSource", "31"});
-  bool written = false;
-  for (const auto& happening : feed->take().happenings) {
-    const Change* const change = std::get_if<Change>(&happening->what);
-    if (change == nullptr || !std::holds_alternative<SettingChanged>(*change) || happening->caller.command == 0)
-      continue;
-    written = true;
-    EXPECT_EQ(happening->caller.engine, "main");
-  }
-  EXPECT_TRUE(written);
-}
 
 // Engines and faults.
 
