@@ -10,7 +10,7 @@ from proving.job import at_most, more_than
 
 
 def run(job):
-    folder = job.build("asan", "proof_allocations")
+    folder = job.build("instrumented", "proof_allocations")
     found = job.measure([folder / "tests/proof/allocations/proof_allocations"])
     least = {"runs with failing allocations": 1000, "runs with failing allocations inside calls": 5000,
              "runs with failing allocations of the database": 3000}

@@ -1,6 +1,6 @@
 """How much of the code the tests run: lines, branches and, of the plug-in, conditions that decide alone.
 
-All tests run once in a build that counts. What the counts say of a template holds when any of its instances does it. A
+The tests are those that the checkers of memory watch, run once for both. What the counts say of a template holds when any of its instances does it. A
 line that ends in `// not covered: REASON` is left out, with the branches and conditions that begin there.
 """
 
@@ -9,10 +9,10 @@ import os
 import re
 from collections import defaultdict
 
-from proving.job import MINUTE, Failed, Figure
+from proving import suites
+from proving.job import Failed, Figure
 
 MARKER = re.compile(r"// not covered: (?P<reason>\S.*)$")
-TRANSCRIPTS = "^transcript[.]"
 MOST_EXCLUSIONS = 10
 
 
@@ -63,16 +63,6 @@ class Source:
         return sorted(found)
 
 
-def run_tests(job, build, profiles):
-    """Runs every test program as a whole, and the transcripts. Returns the programs."""
-    programs, _ = job.test_programs(build)
-    commands = [*([program, "--gtest_brief=1"] for program in programs),
-                ["ctest", "--test-dir", build, "-R", TRANSCRIPTS]]
-    environment = {"LLVM_PROFILE_FILE": str(profiles / "%4m.profraw")}
-    job.at_once(lambda command: job.attempt(command, env=environment, timeout=10 * MINUTE), commands, os.cpu_count())
-    return [*programs, str(build / "emp-window")]
-
-
 def read(job, programs, profiles, folders):
     """The sources below `folders`, as the tests reached them."""
     merged = job.scratch / "all.profdata"
@@ -111,10 +101,9 @@ def of_folder(sources, folder):
 
 
 def run(job):
-    build = job.build("coverage", "suites", "emp-window")
-    profiles = job.scratch / "profiles"
-    profiles.mkdir()
-    sources = read(job, run_tests(job, build, profiles), profiles, ["Window", "virtualtv"])
+    ran = suites.run(job)
+    programs = [*ran.programs, str(ran.build / "emp-window")]
+    sources = read(job, programs, ran.profiles, ["Window", "virtualtv"])
 
     missing = [f"{name}:{line}: {what}" for name, source in sources.items() for line, what in source.missing()]
     exclusions = [f"{name}:{line}: left out: {reason}" for name, source in sources.items()

@@ -96,7 +96,7 @@ def findings_of(job):
 
 
 def run(job):
-    build = job.build("fuzz", "fuzzers")
+    build = job.build("instrumented", "fuzzers")
     findings = findings_of(job)
     findings.mkdir(parents=True, exist_ok=True)
     before = {file: file.stat().st_mtime_ns for file in findings.iterdir()}

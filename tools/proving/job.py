@@ -25,7 +25,9 @@ LONGEST = 400  # letters of such a line
 
 # What would change what a program checks, or which tests it runs, does not come from the caller's environment.
 STRAY = re.compile(r"^(ASAN|UBSAN|LSAN|CTEST|GTEST|MALLOC|LLVM_PROFILE|EMP_WINDOW|MUTANT)")
-SANITIZERS = {"ASAN_OPTIONS": "detect_leaks=1:strict_string_checks=1", "UBSAN_OPTIONS": "print_stacktrace=1"}
+# What programs are told that check themselves; what of them ran is noted for those alone who ask.
+SANITIZERS = {"ASAN_OPTIONS": "detect_leaks=1:strict_string_checks=1", "UBSAN_OPTIONS": "print_stacktrace=1",
+              "LLVM_PROFILE_FILE": os.devnull}
 
 
 @dataclass(frozen=True)

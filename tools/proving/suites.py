@@ -1,7 +1,8 @@
-"""All tests in the build with the address and undefined-behaviour checkers, run once for all steps that ask about them.
+"""All tests in the build that checks addresses and undefined behaviour and counts what of the code ran, run once for all
+steps that ask about them.
 
 The tests of a program run in one process, the others through ctest. What the plug-in prints in them stands in a folder
-for each program, a line of the log contract each; under `ctest` for all that ctest runs.
+for each program, a line of the log contract each; under `ctest` for all that ctest runs. What ran stands in `profiles`.
 """
 
 import os
@@ -13,6 +14,7 @@ from pathlib import Path
 from proving.job import MINUTE
 
 RUN = re.compile(r"^\[==========\] (\d+) tests? from .* ran[.]", re.MULTILINE)
+PROFILES = "%4m.profraw"  # four a program at most, to which its processes add
 CONTRACT = "log_contract"  # the test whose work the log step does with all programs
 
 
@@ -21,6 +23,8 @@ class Suites:
     """What came of the tests."""
 
     messages: Path
+    profiles: Path
+    build: Path
     counted: list = field(default_factory=list)  # how many tests each program ran; None where one ended badly
     programs: list = field(default_factory=list)
     contract: list = field(default_factory=list)  # the command of the test of the log contract
@@ -45,9 +49,10 @@ def run(job):
 
 
 def run_all(job):
-    build = job.build("asan")
-    suites = Suites(job.folder / "messages")
-    shutil.rmtree(suites.messages, ignore_errors=True)
+    suites = Suites(job.folder / "messages", job.folder / "profiles", job.build("instrumented"))
+    for folder in (suites.messages, suites.profiles):
+        shutil.rmtree(folder, ignore_errors=True)
+    build = suites.build
     suites.programs, others = job.test_programs(build)
     suites.contract = others.pop(CONTRACT, [])
     suites.others = len(others)
@@ -62,7 +67,8 @@ def attempt(job, suites, name, command):
     """Runs a command that notes what the plug-in prints under a name."""
     folder = suites.messages / name
     folder.mkdir(parents=True)
-    return job.attempt(command, env={"EMP_WINDOW_LOG_CONTRACT": str(folder)}, cwd=job.scratch, timeout=20 * MINUTE)
+    noted = {"EMP_WINDOW_LOG_CONTRACT": str(folder), "LLVM_PROFILE_FILE": str(suites.profiles / PROFILES)}
+    return job.attempt(command, env=noted, cwd=job.scratch, timeout=20 * MINUTE)
 
 
 def passed(job, suites, program):

@@ -11,7 +11,7 @@ PARTS = 2
 
 
 def run(job):
-    program = job.build("asan", "proof_sweep") / "tests/proof/sweep/proof_sweep"
+    program = job.build("instrumented", "proof_sweep") / "tests/proof/sweep/proof_sweep"
     pairs = "all" if job.long else "some"
 
     def sweep(part):

@@ -65,7 +65,8 @@ class LogContract(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.top = Path(folder.name).resolve()
         (self.top / "tests/window").mkdir(parents=True)
-        self.ran = suites.Suites(self.top / "messages", programs=["/build/window_text", "/build/window_cases"],
+        self.ran = suites.Suites(self.top / "messages", self.top / "profiles", self.top / "build",
+                                 programs=["/build/window_text", "/build/window_cases"],
                                  contract=["log_contract", "tsv", "seen", "/build/window_text"])
 
     def missed(self, contract, **printed):
