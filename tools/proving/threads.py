@@ -1,5 +1,4 @@
-"""Under the thread sanitizer: clients on threads of their own share one device, with restarts and resets between, and a
-server is used from other threads."""
+"""Clients on threads of their own share one device, and a server is used from others: under the thread sanitizer."""
 
 from proving.job import at_most, more_than
 from proving.suites import RUN

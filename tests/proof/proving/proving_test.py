@@ -287,7 +287,7 @@ yield at_most("sweep: lost", 0, found.get("lost"))'''))
             self.assertIn(why, done.stderr)
 
     def test_the_short_form_says_what_it_leaves_out_and_how_long_it_took(self):
-        for name in ("log", "sanitizers", "threads", "coverage", "sweep", "simulation", "storage", "fuzz", "allocations"):
+        for name in ("log", "sanitizers", "threads", "coverage", "sweep", "simulation", "storage", "load", "fuzz", "allocations"):
             self.write(f"tools/proving/{name}.py", GOOD)
         done = self.prove()
         self.assertEqual(done.returncode, 0, done.stdout)
