@@ -1,0 +1,96 @@
+"""What the tests of the Python client share: the client, a server whose answers a test decides, scratch folders."""
+
+import json
+import os
+import sys
+import tempfile
+import threading
+import time
+import unittest
+from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
+from pathlib import Path
+
+CLIENT = Path(__file__).resolve().parents[2] / "virtualtv" / "console" / "python"
+PROGRAM = os.environ["EMP_WINDOW"]
+sys.path.insert(0, str(CLIENT))
+
+
+class Peer:
+    """A server whose answers a test decides.
+
+    `answers` has for each method a result, or a function of the request that returns one. An exception in place of a
+    result breaks the connection, and a tuple (status, text) is the HTTP answer as it is. `calls` are the requests that
+    came: (method, session, parameters).
+    """
+
+    def __init__(self):
+        self.calls = []
+        self.headers = []
+        self.ends_behind = set()  # methods behind whose answer the connection ends
+        self.answers = {"session.open": {"session": "one"}, "session.close": {}}
+        peer = self
+
+        class Handler(BaseHTTPRequestHandler):
+            protocol_version = "HTTP/1.1"
+
+            def do_POST(self):
+                body = self.rfile.read(int(self.headers["Content-Length"]))
+                peer.serve(self, body)
+
+            def log_message(self, *_):
+                pass
+
+        self.server = ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.server.daemon_threads = True
+        self.address = f"http://127.0.0.1:{self.server.server_port}"
+        threading.Thread(target=self.server.serve_forever, kwargs={"poll_interval": 0.01}, daemon=True).start()
+
+    def serve(self, handler, body):
+        request = json.loads(body)
+        self.calls.append((request["method"], handler.headers["Emp-Session"], request["params"]))
+        self.headers.append(handler.headers)
+        answer = self.answers[request["method"]]
+        answer = answer(request) if callable(answer) else answer
+        if isinstance(answer, Exception):
+            handler.close_connection = True
+            return
+        status, text = answer if isinstance(answer, tuple) else (200, None)
+        if text is None:
+            part = answer if "error" in answer else {"result": answer}
+            text = json.dumps({"jsonrpc": "2.0", "id": request["id"], **part})
+        content = text.encode()
+        handler.send_response(status)
+        handler.send_header("Content-Length", str(len(content)))
+        handler.end_headers()
+        try:
+            handler.wfile.write(content)
+        except OSError:
+            pass  # the client has given up
+        handler.close_connection = request["method"] in self.ends_behind
+
+    def methods(self):
+        return [method for method, _, _ in self.calls]
+
+    def close(self):
+        self.server.shutdown()
+        self.server.server_close()
+
+
+class ClientTest(unittest.TestCase):
+    def scratch(self):
+        folder = tempfile.TemporaryDirectory(prefix="python client ")
+        self.addCleanup(folder.cleanup)
+        return Path(folder.name)
+
+    def assert_gone(self, process):
+        """That a process ends; it may be left to whoever is to wait for it."""
+        state = Path(f"/proc/{process}/stat")
+        end = time.monotonic() + 10
+        while time.monotonic() < end:
+            try:
+                if state.read_text().rpartition(")")[2].split()[0] in "ZX":
+                    return
+            except (FileNotFoundError, ProcessLookupError):
+                return
+            time.sleep(0.01)
+        self.fail(f"process {process} is still there")
