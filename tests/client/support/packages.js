@@ -8,3 +8,5 @@ if (!directory) throw new Error('EMP_WINDOW_CLIENT_PACKAGES is to name the folde
 const require = createRequire(join(directory, 'package.json'))
 export const ws = require('ws')
 export const typescript = join(directory, 'node_modules', 'typescript', 'bin', 'tsc')
+/** Loaded when a test asks for it: it is large. */
+export const playwright = () => require('playwright-core')

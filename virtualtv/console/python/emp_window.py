@@ -519,6 +519,7 @@ class _Program:
 
     def end(self) -> None:
         """Ends it by the end of its input; kills it when that takes too long."""
+        assert self._process.stdin is not None
         try:
             self._process.stdin.close()
         except OSError:
@@ -582,12 +583,11 @@ def launch(*, list: Optional[Path] = None, snapshot: Union[Path, dict[str, Any],
     words += [] if state is None else ["--state", os.fspath(state)]
     words += ["serve", "--listen", "127.0.0.1:0", "--until-eof"]
     words += ["--fresh"] if state is None else []
-    is_document = isinstance(snapshot, dict)
-    if snapshot is not None and not is_document:
+    if snapshot is not None and not isinstance(snapshot, dict):
         words += ["--snapshot", os.fspath(snapshot)]
     tv = LaunchedTv(_Program([*words, *options]), app_id=app_id, widget_id=widget_id, token=token, timeout=timeout)
     try:
-        if is_document:
+        if isinstance(snapshot, dict):
             tv.restore(snapshot)
         if list is not None:
             tv.import_list(_read_list(list), name=os.path.basename(os.fspath(list)))
