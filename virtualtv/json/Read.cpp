@@ -28,6 +28,9 @@ class Scan {
     if (at_ != text_.size()) fail("nothing more is wanted behind the value");
   }
 
+  /// True when a number may be one that a double does not have.
+  bool hasGreatNumber() const { return hasGreatNumber_; }
+
  private:
   [[noreturn]] void fail(const std::string& reason) const {
     const std::string_view before = text_.substr(0, at_);
@@ -51,7 +54,10 @@ class Scan {
     ++at_;
     return true;
   }
-  void skipBlanks() { at_ = std::min(text_.find_first_not_of(" \t\r\n", at_), text_.size()); }
+  void skipBlanks() {
+    while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
+  }
+  static bool isBlank(char letter) { return letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n'; }
 
   void value(std::size_t depth) {
     skipBlanks();
@@ -150,13 +156,17 @@ class Scan {
   }
 
   void number() {
+    constexpr std::size_t mostDigits = 300;  // that every double bears
+    const std::size_t start = at_;
     skip('-');
     if (!skip('0')) digits();
     if (skip('.')) digits();
     if (skip('e') || skip('E')) {
+      hasGreatNumber_ = true;
       if (!skip('+')) skip('-');
       digits();
     }
+    hasGreatNumber_ = hasGreatNumber_ || at_ - start > mostDigits;
   }
   void digits() {
     if (!isDigit(here())) fail("a digit is wanted");
@@ -167,6 +177,7 @@ class Scan {
   const Limits& limits_;
   std::size_t at_ = 0;
   std::size_t values_ = 0;
+  bool hasGreatNumber_ = false;
 };
 
 /// Throws the first of the errors that jsoncpp tells: a line that names the place, a line that says what is wrong.
@@ -196,19 +207,33 @@ Json::CharReader& readerFor(SameNames sameNames) {
   return sameNames == SameNames::refused ? *strict : *tolerant;
 }
 
+Json::Value parse(std::string_view text, SameNames sameNames) {
+  Json::Value value;
+  std::string errors;
+  const char* const start = text.data();
+  if (!readerFor(sameNames).parse(start, start + text.size(), &value, &errors)) refuse(errors);
+  return value;
+}
+
 }  // namespace
 
 void check(std::string_view text, const Limits& limits) {
   Scan(text, limits).all();
 }
 
+void checkReadable(std::string_view text, const Limits& limits) {
+  Scan scan(text, limits);
+  scan.all();
+  if (scan.hasGreatNumber()) readChecked(text);
+}
+
 Json::Value read(std::string_view text, const Limits& limits, SameNames sameNames) {
   check(text, limits);
-  Json::Value value;
-  std::string errors;
-  const char* const start = text.data();
-  if (!readerFor(sameNames).parse(start, start + text.size(), &value, &errors)) refuse(errors);
-  return value;
+  return parse(text, sameNames);
+}
+
+Json::Value readChecked(std::string_view text) {
+  return parse(text, SameNames::lastCounts);
 }
 
 }  // namespace virtualtv::json

@@ -26,10 +26,16 @@ struct Limits {
 /// comments, control characters, zero bytes and lone surrogates. Takes no memory. @throws NotJson.
 void check(std::string_view text, const Limits& limits = {});
 
+/// Requires of a text what `read` requires. @throws NotJson.
+void checkReadable(std::string_view text, const Limits& limits);
+
 enum class SameNames { lastCounts, refused };
 
 /// Checks a text and reads it. @param sameNames  what becomes of an object with two members of one name.
 /// @throws NotJson, also for numbers beyond those that a double has.
 Json::Value read(std::string_view text, const Limits& limits = {}, SameNames sameNames = SameNames::lastCounts);
+
+/// Reads a text that `checkReadable` has found to be right, or a value in one.
+Json::Value readChecked(std::string_view text);
 
 }  // namespace virtualtv::json

@@ -1,5 +1,6 @@
 #include "json/Write.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -8,31 +9,45 @@ namespace virtualtv::json {
 
 namespace {
 
-void appendEscape(std::string& text, char letter) {
+/// What a letter is written as behind a backslash: a `u` with digits to follow, zero for one that stands for itself.
+constexpr std::array<char, 256> escapes = [] {
+  std::array<char, 256> names{};
+  for (std::size_t letter = 0; letter < 0x20; ++letter) names[letter] = 'u';
   constexpr std::string_view escaped = "\"\\\b\f\n\r\t";
-  constexpr std::string_view names = "\"\\bfnrt";
-  if (const std::size_t at = escaped.find(letter); at != std::string_view::npos) {
-    text += '\\';
-    text += names[at];
-    return;
+  constexpr std::string_view named = "\"\\bfnrt";
+  for (std::size_t at = 0; at < escaped.size(); ++at) names[static_cast<unsigned char>(escaped[at])] = named[at];
+  return names;
+}();
+
+/// Writes a letter. @return where the next one goes.
+char* put(char* out, char letter) {
+  const char escape = escapes[static_cast<unsigned char>(letter)];
+  if (escape == '\0') {
+    *out++ = letter;
+    return out;
   }
+  *out++ = '\\';
+  *out++ = escape;
+  if (escape != 'u') return out;
   constexpr std::string_view digits = "0123456789abcdef";
-  text += "\\u00";
-  text += digits[static_cast<unsigned char>(letter) >> 4U];
-  text += digits[static_cast<unsigned char>(letter) & 15U];
+  *out++ = '0';
+  *out++ = '0';
+  *out++ = digits[static_cast<unsigned char>(letter) >> 4U];
+  *out++ = digits[static_cast<unsigned char>(letter) & 15U];
+  return out;
 }
 
-bool isPlain(char letter) {
-  return static_cast<unsigned char>(letter) >= 0x20 && letter != '"' && letter != '\\';
-}
-
+/// In pieces, so that no place is made for escapes that a long text does not have.
 void appendText(std::string& text, std::string_view value) {
+  constexpr std::size_t piece = 1024;
+  constexpr std::size_t longestEscape = 6;
+  std::array<char, piece * longestEscape> written;  // NOLINT(cppcoreguidelines-pro-type-member-init): written first
   text += '"';
-  for (std::size_t at = 0; at < value.size(); ++at) {
-    const std::size_t start = at;
-    while (at < value.size() && isPlain(value[at])) ++at;
-    text.append(value.substr(start, at - start));
-    if (at < value.size()) appendEscape(text, value[at]);
+  while (!value.empty()) {
+    char* end = written.data();
+    for (const char letter : value.substr(0, piece)) end = put(end, letter);
+    text.append(written.data(), end);
+    value.remove_prefix(std::min(piece, value.size()));
   }
   text += '"';
 }
@@ -79,8 +94,7 @@ void append(std::string& text, const Json::Value& value) {
       text += "null";
       return;
     case Json::booleanValue:
-      text += value.asBool() ? "true" : "false";
-      return;
+      return append(text, value.asBool());
     case Json::intValue:
       return appendNumber(text, value.asInt64());
     case Json::uintValue:
@@ -96,6 +110,18 @@ void append(std::string& text, const Json::Value& value) {
     case Json::objectValue:
       return appendObject(text, value);
   }
+}
+
+void append(std::string& text, bool value) {
+  text += value ? "true" : "false";
+}
+
+void append(std::string& text, std::int64_t value) {
+  appendNumber(text, value);
+}
+
+void append(std::string& text, std::string_view value) {
+  appendText(text, value);
 }
 
 std::string write(const Json::Value& value) {

@@ -51,14 +51,14 @@ std::vector<std::string> wordsOf(const Call& call) {
   return words;
 }
 
-Json::Value run(const Call& call, const std::vector<std::string>& words, bool list) {
+void run(const Call& call, const std::vector<std::string>& words, bool list, std::string& text) {
   std::string ret;
   const bool accepted = call.seat.shell.client().execute(words, list, ret);
-  return resultOf(accepted, ret);
+  appendResult(text, accepted, ret);
 }
 
-Json::Value runCommand(const Call& call) {
-  return run(call, wordsOf(call), false);
+void runCommand(const Call& call, std::string& text) {
+  run(call, wordsOf(call), false, text);
 }
 
 std::vector<std::string> givenWords(const Call& call) {
@@ -74,16 +74,16 @@ std::vector<std::string> givenWords(const Call& call) {
   return words;
 }
 
-Json::Value execute(const Call& call) {
+void execute(const Call& call, std::string& text) {
   const std::vector<std::string> words = givenWords(call);
   if (words.size() > 1 + device::mostParameters) {
     throw Failure(Code::badParameters, "parameters: at most 4 are passed; executeWithParamList passes any number");
   }
-  return run(call, words, false);
+  run(call, words, false, text);
 }
 
-Json::Value executeWithParamList(const Call& call) {
-  return run(call, givenWords(call), true);
+void executeWithParamList(const Call& call, std::string& text) {
+  run(call, givenWords(call), true, text);
 }
 
 /// What a command answers: its own kind of reply, or a number where that is a failure code.
@@ -105,7 +105,7 @@ struct Rows {
       method.name = texts.emplace_back(std::string(prefix) + command.name);
       method.help = command.help;
       method.result = texts.emplace_back(schemaOf(command));
-      method.run = runCommand;
+      method.write = runCommand;
       for (const auto& parameter : command.parameters)
         method.parameters.push_back({parameter.name, word, parameter.help});
     }
@@ -115,11 +115,13 @@ struct Rows {
                        "run a command of any name, as on the set",
                        {name, {"parameters", words, "up to four"}},
                        result,
+                       nullptr,
                        execute});
     methods.push_back({"window.executeWithParamList",
                        "run a command of any name with a list of parameters",
                        {name, {"parameters", words, "any number"}},
                        result,
+                       nullptr,
                        executeWithParamList});
   }
 

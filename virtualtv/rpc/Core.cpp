@@ -4,18 +4,20 @@
 #include <random>
 #include <utility>
 
+#include "json/Parts.h"
 #include "json/Read.h"
 #include "json/Write.h"
 #include "rpc/Failure.h"
 #include "rpc/Method.h"
 #include "rpc/OpenRpc.h"
+#include "rpc/Request.h"
 
 namespace virtualtv::rpc {
 
 namespace {
 
 constexpr json::Limits limits{.depth = 100, .values = 1'000'000};
-constexpr Json::ArrayIndex longestBatch = 1000;
+constexpr std::size_t longestBatch = 1000;
 constexpr std::size_t mostWaiting = 64;
 constexpr std::chrono::seconds longestUnused{30};
 constexpr std::size_t mostUnsent = 8U << 20U;
@@ -28,51 +30,63 @@ std::string randomId() {
   return id;
 }
 
-/// A response. @param part  "result" or "error".
-std::string response(const Json::Value& id, const char* part, const Json::Value& value) {
-  std::string text = R"({"jsonrpc":"2.0","id":)";
-  json::append(text, id);
-  text.append(",\"").append(part).append("\":");
-  json::append(text, value);
-  return text += '}';
+std::string responseTo(std::string_view id) {
+  return std::string(R"({"jsonrpc":"2.0","id":)").append(id).append(",");
+}
+
+void appendError(std::string& response, const Failure& failure) {
+  response += "\"error\":";
+  json::append(response, errorOf(failure));
 }
 
 std::string refusal(const Failure& failure) {
-  return response(Json::nullValue, "error", errorOf(failure));
-}
-
-bool isId(const Json::Value& id) {
-  return id.isNull() || id.isString() || id.isNumeric();
-}
-
-/// What is wrong with a request's form; nothing where it is right.
-std::optional<std::string> flawOf(const Json::Value& request) {
-  if (!request.isObject()) return "a request is an object";
-  if (request["jsonrpc"] != "2.0") return "\"jsonrpc\": \"2.0\" is wanted";
-  if (!request["method"].isString()) return "\"method\": a text is wanted";
-  const Json::Value& params = request["params"];
-  if (request.isMember("params") && !params.isArray() && !params.isObject()) {
-    return "\"params\": an array or an object is wanted";
-  }
-  if (!isId(request["id"])) return "\"id\": a text, a number or null is wanted";
-  return std::nullopt;
+  std::string response = responseTo("null");
+  appendError(response, failure);
+  return response += '}';
 }
 
 }  // namespace
 
 /// A message at work.
 struct Job {
-  Json::Value document;
+  /// @throws json::NotJson, Failure for a message that is refused as a whole.
+  void read(std::string_view text) {
+    json::checkReadable(text, limits);
+    message = text;
+    json::Parts parts(message);
+    isBatch = parts.isArray();
+    if (isBatch) requireBatch(parts);
+    rest.emplace(message);
+  }
+  static void requireBatch(json::Parts parts) {
+    std::size_t count = 0;
+    while (count <= longestBatch && parts.next()) ++count;
+    if (count == 0) throw Failure(Code::notARequest, "the batch is empty");
+    if (count > longestBatch) throw Failure(Code::notARequest, "a batch has at most 1,000 requests");
+  }
+
+  /// The next request; nothing when there is none.
+  std::optional<std::string_view> next() {
+    if (!rest) return std::nullopt;
+    if (isBatch) return rest->next() ? std::optional(rest->value()) : std::nullopt;
+    rest.reset();
+    return message;
+  }
+  void add(std::string response) {
+    if (!isBatch) {
+      reply = std::move(response);
+      return;
+    }
+    reply += reply.empty() ? "[" : ",";
+    reply += response;
+  }
+
+  std::string message;
+  std::optional<json::Parts> rest;  ///< of its requests; none of a message that is refused
   bool isBatch = false;
-  Json::ArrayIndex at = 0;  ///< the next request of a batch
   std::string reply;
   std::vector<std::function<void()>> behind;
   std::function<void(std::string)> answered;
-
-  void add(const std::string& response) {
-    reply += isBatch ? (reply.empty() ? "[" : ",") : "";
-    reply += response;
-  }
 };
 
 Core::Core(device::Device& device, Options options)
@@ -163,12 +177,7 @@ void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std:
   const auto job = std::make_shared<Job>();
   job->answered = std::move(answered);
   try {
-    job->document = json::read(message, limits);
-    job->isBatch = job->document.isArray();
-    if (job->isBatch && job->document.empty()) throw Failure(Code::notARequest, "the batch is empty");
-    if (job->isBatch && job->document.size() > longestBatch) {
-      throw Failure(Code::notARequest, "a batch has at most 1,000 requests");
-    }
+    job->read(message);
   } catch (const json::NotJson& error) {
     job->reply = refusal({Code::notJson, error.what()});
   } catch (const Failure& failure) {
@@ -211,19 +220,15 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
 
 /// Runs the requests of a message. @return false when the rest has to wait.
 bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
-  if (!job.reply.empty() && job.at == 0) return true;  // refused as a whole
-  const Json::ArrayIndex count = job.isBatch ? job.document.size() : 1;
-  while (job.at < count) {
-    const Json::Value& request = job.isBatch ? job.document[job.at] : job.document;
-    ++job.at;
-    std::string response = answer(*seat, request, job.behind);
+  while (const auto request = job.next()) {
+    std::string response = answer(*seat, *request, job.behind);
     Events::Ran ran = events_.collect();
     if (ran.delay > 0 && options_.waits) {
       hold(seat, std::move(ran), std::move(response));
       return false;
     }
     events_.tell(std::move(ran));
-    if (!response.empty()) job.add(response);
+    if (!response.empty()) job.add(std::move(response));
   }
   return true;
 }
@@ -237,7 +242,7 @@ void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string 
     if (alive.expired()) return;
     events_.tell(std::move(held->first));
     if (seat->queue.empty()) return;  // the session has ended
-    if (!held->second.empty()) seat->queue.front()->add(held->second);
+    if (!held->second.empty()) seat->queue.front()->add(std::move(held->second));
     seat->isHeld = false;
     seat->isAtWork = false;
     work(seat);
@@ -245,26 +250,34 @@ void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string 
 }
 
 /// Carries out a request. @return its response, empty for a notification.
-std::string Core::answer(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind) {
-  if (const auto flaw = flawOf(request)) return refusal({Code::notARequest, *flaw});
-  const char* part = "result";
-  Json::Value value;
+std::string Core::answer(Seat& seat, std::string_view text, std::vector<std::function<void()>>& behind) {
+  Request request;
   try {
-    value = result(seat, request, behind);
+    request = requestIn(text);
+  } catch (const Failure& failure) {
+    return refusal(failure);
+  }
+  std::string response = responseTo(request.id);
+  const std::size_t start = response.size();
+  try {
+    appendResult(seat, request, behind, response);
   } catch (...) {
-    part = "error";
-    value = errorOf(currentFailure(request["method"].asString()));
+    response.resize(start);
+    appendError(response, currentFailure(request.method));
   }
   complain(device_.takeComplaints());
-  return request.isMember("id") ? response(request["id"], part, value) : "";
+  return request.id.empty() ? "" : std::move(response += '}');
 }
 
-Json::Value Core::result(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind) {
-  const std::string name = request["method"].asString();
-  const Method* const method = findMethod(name);
-  if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + name + "'");
-  const Params params(method->parameters, request["params"]);
-  return method->run({*this, seat, *method, params, behind});
+void Core::appendResult(Seat& seat, const Request& request, std::vector<std::function<void()>>& behind,
+                        std::string& response) {
+  const Method* const method = findMethod(request.method);
+  if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + request.method + "'");
+  const Params params(method->parameters, request.params);
+  const Call call{*this, seat, *method, params, behind};
+  response += "\"result\":";
+  if (method->write != nullptr) return method->write(call, response);
+  json::append(response, method->run(call));
 }
 
 void Core::complain(const std::vector<std::string>& complaints) const {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <json/json.h>
-
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -21,6 +19,7 @@
 namespace virtualtv::rpc {
 
 struct Job;
+struct Request;
 
 /// A session: what a client has of its own, and the messages that wait for it.
 struct Seat {
@@ -82,8 +81,9 @@ class Core {
   void work(const std::shared_ptr<Seat>& seat);
   bool goOn(const std::shared_ptr<Seat>& seat, Job& job);
   void hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response);
-  std::string answer(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind);
-  Json::Value result(Seat& seat, const Json::Value& request, std::vector<std::function<void()>>& behind);
+  std::string answer(Seat& seat, std::string_view text, std::vector<std::function<void()>>& behind);
+  void appendResult(Seat& seat, const Request& request, std::vector<std::function<void()>>& behind,
+                    std::string& response);
   void endWhenUnused(const Seat& seat);
   void deliver(Event& event);
 

@@ -48,7 +48,7 @@ Json::Value valueOf(const SecondaryStack& isp) {
   return jsonOf(isp);
 }
 Json::Value valueOf(const std::string& text) {
-  return text::toUtf8(text::toUnits(text));
+  return text::wellFormed(text);
 }
 Json::Value valueOf(const Setting& setting) {
   return std::visit(

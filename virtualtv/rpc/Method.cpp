@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
+
+#include "json/Read.h"
 
 namespace virtualtv::rpc {
 
@@ -23,24 +26,29 @@ std::map<std::string_view, const Method*> index() {
   return found;
 }
 
+/// Throws unless a name is that of a parameter.
+void requireKnown(std::span<const Parameter> known, const std::string& name) {
+  const auto isIt = [&](const Parameter& parameter) { return parameter.name == name; };
+  if (std::none_of(known.begin(), known.end(), isIt)) refuse(name + ": there is no such parameter; " + namesOf(known));
+}
+
 }  // namespace
 
-Params::Params(std::span<const Parameter> known, const Json::Value& given) {
-  if (given.isArray() && given.size() > known.size()) {
-    refuse(std::to_string(given.size()) + " parameters; " + namesOf(known));
-  }
-  for (Json::ArrayIndex at = 0; given.isArray() && at < given.size(); ++at) {
-    values_[std::string(known[at].name)] = given[at];
-  }
-  if (given.isObject()) values_ = given;
-  for (const std::string& name : values_.getMemberNames()) {
-    const auto isIt = [&](const Parameter& parameter) { return parameter.name == name; };
-    if (std::none_of(known.begin(), known.end(), isIt))
-      refuse(name + ": there is no such parameter; " + namesOf(known));
-  }
+Params::Params(std::span<const Parameter> known, std::string_view given) {
+  if (!given.empty()) put(known, json::readChecked(given));
   for (const Parameter& parameter : known) {
     if (parameter.required && !has(parameter.name)) refuse("there is no \"" + std::string(parameter.name) + "\"");
   }
+}
+
+void Params::put(std::span<const Parameter> known, Json::Value given) {
+  if (given.isObject()) {
+    values_ = std::move(given);
+    for (const std::string& name : values_.getMemberNames()) requireKnown(known, name);
+    return;
+  }
+  if (given.size() > known.size()) refuse(std::to_string(given.size()) + " parameters; " + namesOf(known));
+  for (Json::ArrayIndex at = 0; at < given.size(); ++at) values_[std::string(known[at].name)] = std::move(given[at]);
 }
 
 const Json::Value& Params::value(std::string_view name) const {

@@ -1,10 +1,12 @@
 #include "rpc/ReplyJson.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
-#include <string>
+#include <type_traits>
 
 #include "framework/Reply.h"
+#include "json/Write.h"
 #include "text/Units.h"
 
 namespace virtualtv::rpc {
@@ -28,14 +30,6 @@ std::string base64(std::string_view bytes) {
   return text;
 }
 
-void putUnits(Json::Value& result, std::u16string_view units) {
-  const std::string utf8 = text::toUtf8(units);
-  result["value"] = utf8;
-  if (text::toUnits(utf8) == units) return;
-  Json::Value& all = result["units"] = Json::arrayValue;
-  for (const char16_t unit : units) all.append(static_cast<unsigned>(unit));
-}
-
 /// The reply's front, and how long it was where that is not all of it.
 std::optional<std::size_t> cut(Reply& reply, std::size_t longest) {
   const std::size_t length = reply.kind == Reply::Kind::unicode ? reply.units.size() : reply.text.size();
@@ -48,31 +42,79 @@ std::optional<std::size_t> cut(Reply& reply, std::size_t longest) {
   return length;
 }
 
-const char* nameOf(Reply::Kind kind) {
-  switch (kind) {
-    case Reply::Kind::integer:
-      return "int";
-    case Reply::Kind::ascii:
-      return "ascii";
-    case Reply::Kind::unicode:
-      break;
-  }
-  return "unicode";
+Json::Value listOf(std::u16string_view units) {
+  Json::Value list(Json::arrayValue);
+  for (const char16_t unit : units) list.append(static_cast<unsigned>(unit));
+  return list;
 }
+
+/// Puts the members in the order of their names.
+template <typename Object>
+void putAscii(Object& object, std::string_view text, const std::optional<std::size_t>& length) {
+  const bool isUtf8 = text::isUtf8(text);
+  if (!isUtf8) object.put("bytes", base64(text));
+  object.put("kind", "ascii");
+  if (length) object.put("length", static_cast<std::int64_t>(*length));
+  if (isUtf8) {
+    object.put("value", text);
+  } else {
+    object.put("value", text::wellFormed(text));
+  }
+}
+
+template <typename Object>
+void putUnicode(Object& object, std::u16string_view units, const std::optional<std::size_t>& length) {
+  const std::string utf8 = text::toUtf8(units);
+  object.put("kind", "unicode");
+  if (length) object.put("length", static_cast<std::int64_t>(*length));
+  if (text::toUnits(utf8) != units) object.put("units", listOf(units));
+  object.put("value", utf8);
+}
+
+template <typename Object>
+void putResult(Object& object, bool accepted, std::string_view encoded, std::size_t longest) {
+  object.put("accepted", accepted);
+  std::optional<Reply> reply = framework::decode(encoded);
+  if (!reply) return object.put("kind", "empty");
+  const auto length = cut(*reply, longest);
+  switch (reply->kind) {
+    case Reply::Kind::integer:
+      object.put("kind", "int");
+      return object.put("value", std::int64_t{reply->number});
+    case Reply::Kind::ascii:
+      return putAscii(object, reply->text, length);
+    case Reply::Kind::unicode:
+      return putUnicode(object, reply->units, length);
+  }
+}
+
+/// An object that is made rather than written.
+struct Made {
+  Json::Value json{Json::objectValue};
+
+  template <typename Value>
+  void put(const char* name, const Value& value) {
+    if constexpr (std::is_convertible_v<const Value&, std::string_view>) {
+      const std::string_view text = value;
+      json[name] = Json::Value(text.data(), text.data() + text.size());
+    } else {
+      json[name] = Json::Value(value);
+    }
+  }
+};
 
 }  // namespace
 
 Json::Value resultOf(bool accepted, std::string_view encoded, std::size_t longest) {
-  Json::Value result;
-  result["accepted"] = accepted;
-  std::optional<Reply> reply = framework::decode(encoded);
-  result["kind"] = reply ? nameOf(reply->kind) : "empty";
-  if (!reply) return result;
-  if (const auto length = cut(*reply, longest)) result["length"] = Json::UInt64{*length};
-  if (reply->kind == Reply::Kind::integer) result["value"] = reply->number;
-  if (reply->kind == Reply::Kind::ascii) putBytes(result, "value", reply->text);
-  if (reply->kind == Reply::Kind::unicode) putUnits(result, reply->units);
-  return result;
+  Made made;
+  putResult(made, accepted, encoded, longest);
+  return made.json;
+}
+
+void appendResult(std::string& text, bool accepted, std::string_view encoded) {
+  json::Object object(text);
+  putResult(object, accepted, encoded, std::numeric_limits<std::size_t>::max());
+  object.end();
 }
 
 void putBytes(Json::Value& object, const char* name, std::string_view bytes) {
@@ -80,7 +122,7 @@ void putBytes(Json::Value& object, const char* name, std::string_view bytes) {
     object[name] = Json::Value(bytes.data(), bytes.data() + bytes.size());
     return;
   }
-  object[name] = text::toUtf8(text::toUnits(bytes));
+  object[name] = text::wellFormed(bytes);
   object["bytes"] = base64(bytes);
 }
 

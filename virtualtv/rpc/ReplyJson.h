@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <string>
 #include <string_view>
 
 namespace virtualtv::rpc {
@@ -14,6 +15,8 @@ namespace virtualtv::rpc {
 /// @param longest  longer texts are cut to about as many bytes, and their whole `length` is told.
 Json::Value resultOf(bool accepted, std::string_view encoded,
                      std::size_t longest = std::numeric_limits<std::size_t>::max());
+/// Appends all of it to a JSON text.
+void appendResult(std::string& text, bool accepted, std::string_view encoded);
 
 /// Puts bytes into an object under a name, and beside them into `bytes` where they are not UTF-8.
 void putBytes(Json::Value& object, const char* name, std::string_view bytes);

@@ -48,7 +48,7 @@ Json::Value serviceDocument(ServiceKey key, const Service& service) {
   json["antenna"] = nameOf(antennaNames(), antenna ? std::optional(static_cast<EAntennaMode>(*antenna)) : std::nullopt);
   const auto type = number(service, TCServiceData::CHANNEL_TYPE);
   json["kind"] = nameOf(kindNames(), type ? kindOf(*type) : std::nullopt);
-  json["group"] = text::toUtf8(text::toUnits(service.group));
+  json["group"] = text::wellFormed(service.group);
   json["locked"] = isSet(service, TCServiceData::LOCK);
   json["hidden"] = isSet(service, HIDDEN);
   json["favourites"] = Json::arrayValue;

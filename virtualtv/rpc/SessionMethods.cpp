@@ -2,7 +2,6 @@
 #include <array>
 #include <string>
 
-#include "json/Read.h"
 #include "rpc/Core.h"
 #include "rpc/Method.h"
 #include "rpc/Schemas.h"
@@ -42,14 +41,14 @@ Json::Value sessions(const Call& call) {
     session["shared"] = seat->isShared;
     session["engines"] = Json::arrayValue;
     for (const std::string& engine : seat->shell.client().openEngines()) {
-      session["engines"].append(text::toUtf8(text::toUnits(engine)));
+      session["engines"].append(text::wellFormed(engine));
     }
   }
   return answer;
 }
 
-Json::Value discover(const Call& call) {
-  return json::read(call.core.openRpc());
+void discover(const Call& call, std::string& text) {
+  text += call.core.openRpc();
 }
 
 const std::array rows{
@@ -72,7 +71,7 @@ const std::array rows{
                "type": "object", "properties": {"session": {"type": "string"}, "connected": {"type": "boolean"},
                "shared": {"type": "boolean"}, "engines": {"type": "array", "items": {"type": "string"}}}}}}})",
            sessions},
-    Method{"rpc.discover", "describe the methods as an OpenRPC document", {}, anObject, discover},
+    Method{"rpc.discover", "describe the methods as an OpenRPC document", {}, anObject, nullptr, discover},
 };
 
 }  // namespace

@@ -196,7 +196,7 @@ Json::Value settings(const Call& call) {
   answer["settings"] = Json::arrayValue;
   for (const auto& [key, value] : call.core.device().tv().settings().list()) {
     Json::Value& setting = answer["settings"].append(Json::objectValue);
-    setting["key"] = text::toUtf8(text::toUnits(key));
+    setting["key"] = text::wellFormed(key);
     if (const int* number = std::get_if<int>(&value)) {
       setting["value"] = *number;
     } else {

@@ -64,7 +64,7 @@ Json::Value faults(const Call& call) {
     Json::Value& row = answer["faults"].append(Json::objectValue);
     row["id"] = Json::UInt64{fault.id};
     row["operation"] = std::string(fault.operation->name);
-    row["fault"] = text::toUtf8(text::toUnits(seam::describe(fault)));
+    row["fault"] = text::wellFormed(seam::describe(fault));
     row["hits"] = Json::UInt64{fault.hits};
   }
   return answer;

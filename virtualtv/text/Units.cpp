@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 
 namespace virtualtv::text {
 
@@ -37,6 +38,18 @@ Decoded decode(std::string_view bytes) {
   constexpr std::array<char32_t, 5> least{0, 0, 0x80, 0x800, 0x10000};
   if (point < least[length] || point > 0x10FFFF || isHigh(point) || isLow(point)) return {};
   return {length, point};
+}
+
+/// How many bytes at the front are ASCII.
+std::size_t asciiFront(std::string_view bytes) {
+  constexpr std::uint64_t highBits = 0x8080808080808080U;
+  std::size_t at = 0;
+  for (std::uint64_t eight = 0; at + sizeof eight <= bytes.size(); at += sizeof eight) {
+    std::memcpy(&eight, bytes.data() + at, sizeof eight);
+    if ((eight & highBits) != 0) break;
+  }
+  while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) ++at;
+  return at;
 }
 
 void appendUtf8(std::string& out, char32_t point) {
@@ -205,7 +218,19 @@ std::string asWord(std::string_view text) {
 }
 
 std::string_view utf8Front(std::string_view bytes) {
-  return frontOf(bytes, [](char32_t) { return true; });
+  std::size_t at = 0;
+  while (at < bytes.size()) {
+    at += asciiFront(bytes.substr(at));
+    if (at == bytes.size()) break;
+    const Decoded decoded = decode(bytes.substr(at));
+    if (decoded.length == 0) break;
+    at += decoded.length;
+  }
+  return bytes.substr(0, at);
+}
+
+std::string wellFormed(std::string_view bytes) {
+  return isUtf8(bytes) ? std::string(bytes) : toUtf8(toUnits(bytes));
 }
 
 bool isPrintable(std::string_view bytes) {

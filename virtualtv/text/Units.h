@@ -43,6 +43,9 @@ inline bool isUtf8(std::string_view bytes) {
   return utf8Front(bytes).size() == bytes.size();
 }
 
+/// The bytes, with U+FFFD in place of each that is no UTF-8.
+std::string wellFormed(std::string_view bytes);
+
 /// True when they also have no control characters.
 bool isPrintable(std::string_view bytes);
 

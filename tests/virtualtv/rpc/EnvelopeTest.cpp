@@ -31,6 +31,41 @@ TEST_F(Envelope, IsAnsweredWithItsId) {
   EXPECT_EQ(client.done, 6);
 }
 
+TEST_F(Envelope, IsAnsweredWithItsIdAsItStands) {
+  for (const std::string id :
+       {"-0", "1.50", "1E2", "123456789012345678901234567890", R"("\u0061\/\"")", "\"\xC3\xA9\""}) {
+    client.say(R"( { "id" : )" + id + R"( , "jsonrpc" : "2.0" , "method" : "no.such" } )");
+    const std::vector<std::string> replies = client.takeTexts();
+    ASSERT_EQ(replies.size(), 1U);
+    EXPECT_TRUE(replies.front().starts_with(R"({"jsonrpc":"2.0","id":)" + id + ",")) << replies.front();
+  }
+}
+
+TEST_F(Envelope, MayBeWrittenWithEscapesAndInAnyOrder) {
+  const Json::Value reply = replyTo(
+      R"({"p\u0061rams":{"n\u0061me":"r\u0065gion"},"method":"tv\u002eget","more":[{"id":2}],"id":1,"jsonrpc":"2\u002e0"})");
+  EXPECT_EQ(codeOf(reply), 0);
+  EXPECT_EQ(reply["id"], 1);
+}
+
+TEST_F(Envelope, WithTwoMembersOfOneNameHasTheLast) {
+  const Json::Value reply = replyTo(
+      R"({"jsonrpc":"1.0","id":[],"method":1,"params":1,"jsonrpc":"2.0","id":7,"method":"tv.get","params":["region"]})");
+  EXPECT_EQ(codeOf(reply), 0);
+  EXPECT_EQ(reply["id"], 7);
+}
+
+TEST_F(Envelope, ThatHasANumberBeyondThoseOfADoubleIsAParseError) {
+  for (const std::string text : {R"({"jsonrpc":"2.0","method":"tv.faults","id":1e999})",
+                                 R"({"jsonrpc":"2.0","method":"tv.get","params":["region",1e999],"id":1})",
+                                 R"({"jsonrpc":"2.0","method":"tv.faults","more":-1e999,"id":1})",
+                                 R"([{"jsonrpc":"2.0","method":"tv.faults","id":1},1e999])"}) {
+    const Json::Value reply = replyTo(text);
+    EXPECT_EQ(codeOf(reply), -32700) << text;
+    EXPECT_TRUE(reasonOf(reply).ends_with("1e999' is not a number")) << reasonOf(reply);
+  }
+}
+
 TEST_F(Envelope, ThatIsANotificationIsCarriedOutAndNotAnswered) {
   expectSilence(R"({"jsonrpc":"2.0","method":"tv.set","params":["region","3"]})");
   EXPECT_EQ(client.result("tv.get", json(R"(["region"])"))["value"], "3");

@@ -35,7 +35,7 @@ std::string reference() {
           "from the server's own table; `rpc.discover` answers the\nsame as an OpenRPC document.\n";
   const auto commands = commandMethods();
   for (const Method* method : methods()) {
-    const bool isOfCatalogue = method->run == commands.front().run;
+    const bool isOfCatalogue = method->write == commands.front().write;
     if (!isOfCatalogue) describe(page, *method);
   }
   page
