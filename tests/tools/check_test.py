@@ -29,12 +29,12 @@ class CheckTest(ScratchTest):
         self.git("add", ".")
         self.git("commit", "--quiet", "--allow-empty", "-m", message)
 
-    def build(self):
+    def build(self, *options):
         """Makes what the checks on compiled code look at."""
         folder = self.root / "build/debug/Window"
         folder.mkdir(parents=True, exist_ok=True)
         compile_it = ["g++", "-std=c++17", "-I", str(self.root / "platform"), "-I", str(self.root / "Window/include"),
-                      "-c", str(self.source), "-o", str(folder / "Answer.o")]
+                      *options, "-c", str(self.source), "-o", str(folder / "Answer.o")]
         done = self.call(*compile_it)
         self.assertEqual(done.returncode, 0, done.stderr)
         (folder / "libwindow.a").unlink(missing_ok=True)
@@ -203,6 +203,14 @@ class CheckTest(ScratchTest):
         self.assertClean("tidy")
         self.source.write_text(self.source.read_text().replace("return number;", "int Bad_name = 0;\n  return Bad_name;"))
         self.assertFound("tidy", "Window/Src/Answer.cpp:7:7: error: invalid case style for variable 'Bad_name'")
+
+    def test_tidy_reads_own_headers_and_no_others(self):
+        self.source.write_text('#include "Answer.h"\n\n#include <sys/answer.h>\n\nint answer(int number) {\n  return number;\n}\n')
+        self.write("Window/include/Answer.h", "#pragma once\n\nint answer(int number);\nint Ask(int Bad_number);\n")
+        self.write("system/sys/answer.h", "#pragma once\n\nint Tell(int Worse_number);\n")
+        self.build("-isystem", str(self.root / "system"))
+        self.assertFound("tidy", "Window/include/Answer.h:4:13: error: invalid case style for parameter 'Bad_number'")
+        self.assertNotIn("Worse_number", self.check("tidy").stdout)
 
     def test_tidy_keeps_the_enumerations_of_the_plug_in(self):
         self.copy("Window/.clang-tidy")
