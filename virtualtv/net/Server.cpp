@@ -22,6 +22,16 @@
 
 namespace virtualtv::net {
 
+namespace {
+
+bool isIgnored(int signal) {
+  struct sigaction action {};
+  ::sigaction(signal, nullptr, &action);
+  return action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
+
 class Server::Body {
  public:
   Body(device::Device& device, Options options)
@@ -46,6 +56,7 @@ class Server::Body {
 
   void endOnSignals() {
     signals_.emplace(context_.get_executor(), SIGINT, SIGTERM);
+    if (!isIgnored(SIGHUP)) signals_->add(SIGHUP);  // else the server is to outlive its terminal, as under nohup
     signals_->async_wait([this](error_code error, int) {
       if (!error) end();
     });

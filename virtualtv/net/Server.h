@@ -44,7 +44,7 @@ class Server {
   /// Where it is, as in `http://127.0.0.1:8090/`.
   std::string address() const;
 
-  /// Has SIGINT and SIGTERM end it; a second one ends the process.
+  /// Has SIGINT, SIGTERM and SIGHUP end it, the last one unless it is ignored; a second one ends the process.
   void endOnSignals();
   /// Has the end of what can be read from a descriptor end it. What is read there is dropped.
   void endWithInput(int descriptor);

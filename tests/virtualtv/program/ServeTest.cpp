@@ -60,8 +60,8 @@ class ServeTest : public ProgramTest {
 };
 
 TEST_F(ServeTest, TellsItsAddressOnceClientsCanConnectAndEndsOnSignals) {
-  for (const int signal : {SIGINT, SIGTERM}) {
-    Running server(words());
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    Running server(words(), [] { std::signal(SIGHUP, SIG_DFL); });  // the test itself may run under nohup
     const unsigned short port = portIn(server.line());
     Wire client(port);
     EXPECT_EQ(client.upgrade().status, 101);
@@ -74,6 +74,15 @@ TEST_F(ServeTest, TellsItsAddressOnceClientsCanConnectAndEndsOnSignals) {
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err, "");
   }
+}
+
+TEST_F(ServeTest, GoesOnWhenItsTerminalHangsUpIfItWasStartedToIgnoreThat) {
+  Running server(words(), [] { std::signal(SIGHUP, SIG_IGN); });
+  const unsigned short port = portIn(server.line());
+  server.send(SIGHUP);
+  EXPECT_NE(called(port, "window.GetTVMode").find("\"result\""), std::string::npos);
+  server.send(SIGTERM);
+  EXPECT_EQ(server.wait().status, 0);
 }
 
 TEST_F(ServeTest, WritesAddressesOfBothKinds) {
@@ -201,14 +210,17 @@ TEST_F(ServeTest, ArgumentsThatItDoesNotKnowAreAnError) {
 }
 
 TEST_F(ServeTest, KeepsWhatClientsDo) {
-  {
-    Running server({"--state", state().string(), "serve", "--listen", "127.0.0.1:0"});
-    called(portIn(server.line()), "window.SetChannel", "[3, 0]");
-    server.send(SIGTERM);
+  std::string before = "unicode \"Lighthouse One\"\n";
+  for (const int signal : {SIGTERM, SIGHUP}) {
+    Running server({"--state", state().string(), "serve", "--listen", "127.0.0.1:0"},
+                   [] { std::signal(SIGHUP, SIG_DFL); });
+    called(portIn(server.line()), "window.SetChannel", signal == SIGHUP ? "[5, 0]" : "[3, 0]");
+    server.send(signal);
     EXPECT_EQ(server.wait().status, 0);
+    const std::string name = run({"--state", state().string(), "exec", "GetCurrentChannel_Name"}).out;
+    EXPECT_NE(name, before);
+    before = name;
   }
-  const std::string name = run({"--state", state().string(), "exec", "GetCurrentChannel_Name"}).out;
-  EXPECT_NE(name, "unicode \"Lighthouse One\"\n");
 }
 
 TEST_F(ServeTest, AFreshSetLeavesTheStateUntouched) {
@@ -291,6 +303,10 @@ TEST_F(ServeTest, RefusesMoreSessionsThanItMayHave) {
   Wire first(port);
   EXPECT_EQ(first.upgrade().status, 101);
   EXPECT_EQ(Wire(port).upgrade().status, 503);
+  const std::string body = net::requestOf(1, "tv.state");
+  const net::Reply refused = Wire(port).ask(net::postOf(body), body);
+  EXPECT_EQ(refused.status, 503);
+  EXPECT_EQ(refused.body, "as many sessions are open as may be\n");
 }
 
 /// A socket that listens on a free port. @param port  receives it.
