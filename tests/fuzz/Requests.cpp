@@ -75,9 +75,10 @@ class World {
 
   void posted(std::string_view message) {
     int answers = 0;
-    server_.post(message, std::nullopt, [&](const std::string& reply) {
+    server_.post(message, std::nullopt, [&](const std::optional<std::string>& reply) {
       ++answers;
-      if (!reply.empty()) demandMessage(reply);
+      demand(reply.has_value(), "a request is refused for lack of a session");
+      if (!reply->empty()) demandMessage(*reply);
     });
     passTime();
     demand(answers == 1, "a request is answered " + std::to_string(answers) + " times");

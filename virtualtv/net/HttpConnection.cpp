@@ -165,8 +165,9 @@ void HttpConnection::call() {
   if (const auto field = parser_->get().find("Emp-Session"); field != parser_->get().end()) {
     session = std::string(view(field->value()));
   }
-  const auto reply = [self = shared_from_this()](std::string text) {
-    self->answer(text.empty() ? Answer{.status = 204} : Answer{200, std::move(text), "application/json"});
+  const auto reply = [self = shared_from_this()](std::optional<std::string> text) {
+    if (!text) return self->answer(line(503, "as many sessions are open as may be"));
+    self->answer(text->empty() ? Answer{.status = 204} : Answer{200, *std::move(text), "application/json"});
   };
   try {
     site_.calls().post(parser_->get().body(), session, reply);

@@ -86,7 +86,8 @@ struct Job {
   bool isBatch = false;
   std::string reply;
   std::vector<std::function<void()>> behind;
-  std::function<void(std::string)> answered;
+  bool lacksSession = false;  ///< it is refused as a whole: no session is free
+  Core::Answered answered;
 };
 
 Core::Core(device::Device& device, Options options)
@@ -165,13 +166,14 @@ void Core::endWhenUnused(const Seat& seat) {
     if (alive.expired()) return;
     const auto found = seats_.find(id);
     if (found == seats_.end() || found->second->outlet != nullptr || found->second->uses != uses) return;
+    if (!found->second->queue.empty()) return endWhenUnused(*found->second);  // a call is held back
     close(id);
   });
 }
 
 // Calls.
 
-void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std::string)> answered) {
+void Core::enqueue(Seat& seat, std::string_view message, Answered answered) {
   ++seat.uses;
   if (seat.outlet == nullptr && !seat.isShared) endWhenUnused(seat);
   const auto job = std::make_shared<Job>();
@@ -190,15 +192,14 @@ void Core::enqueue(Seat& seat, std::string_view message, std::function<void(std:
   work(kept);
 }
 
-void Core::post(std::string_view message, const std::optional<std::string>& session,
-                std::function<void(std::string)> answered) {
+void Core::post(std::string_view message, const std::optional<std::string>& session, Answered answered) {
   Seat* found = nullptr;
   try {
     found = session ? &seat(*session) : &shared();
   } catch (const NoSuchSession& error) {
     return answered(refusal({Code::noSuchSession, error.what()}));
-  } catch (const TooManySessions& error) {
-    return answered(refusal({Code::badValue, error.what()}));
+  } catch (const TooManySessions&) {
+    return answered(std::nullopt);
   }
   enqueue(*found, message, std::move(answered));
 }
@@ -212,7 +213,7 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
     if (!goOn(seat, *job)) return;
     if (!seat->queue.empty()) seat->queue.pop_front();  // it may have ended the session
     if (job->isBatch && job->reply.starts_with('[')) job->reply += ']';
-    job->answered(std::move(job->reply));
+    job->answered(job->lacksSession ? std::nullopt : std::optional(std::move(job->reply)));
     for (const auto& behind : job->behind) behind();
   }
   seat->isAtWork = false;
@@ -221,7 +222,7 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
 /// Runs the requests of a message. @return false when the rest has to wait.
 bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
   while (const auto request = job.next()) {
-    std::string response = answer(*seat, *request, job.behind);
+    std::string response = answer(*seat, *request, job);
     Events::Ran ran = events_.collect();
     if (ran.delay > 0 && options_.waits) {
       hold(seat, std::move(ran), std::move(response));
@@ -250,7 +251,7 @@ void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string 
 }
 
 /// Carries out a request. @return its response, empty for a notification.
-std::string Core::answer(Seat& seat, std::string_view text, std::vector<std::function<void()>>& behind) {
+std::string Core::answer(Seat& seat, std::string_view text, Job& job) {
   Request request;
   try {
     request = requestIn(text);
@@ -260,7 +261,11 @@ std::string Core::answer(Seat& seat, std::string_view text, std::vector<std::fun
   std::string response = responseTo(request.id);
   const std::size_t start = response.size();
   try {
-    appendResult(seat, request, behind, response);
+    appendResult(seat, request, job.behind, response);
+  } catch (const TooManySessions& error) {
+    job.lacksSession = !job.isBatch;  // the other requests of a batch have replies
+    response.resize(start);
+    appendError(response, {Code::badValue, error.what()});
   } catch (...) {
     response.resize(start);
     appendError(response, currentFailure(request.method));

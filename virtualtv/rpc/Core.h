@@ -66,11 +66,13 @@ class Core {
   /// The session of requests that name none.
   Seat& shared();
 
-  /// Has a message handled once those before it are. @param answered  receives the reply, empty for none.
-  void enqueue(Seat& seat, std::string_view message, std::function<void(std::string)> answered);
+  /// Receives the reply to a message, as `Server::post` has it.
+  using Answered = std::function<void(std::optional<std::string>)>;
+
+  /// Has a message handled once those before it are.
+  void enqueue(Seat& seat, std::string_view message, Answered answered);
   /// Handles a message of a client that is not connected. @param session  as `Server::post` has it.
-  void post(std::string_view message, const std::optional<std::string>& session,
-            std::function<void(std::string)> answered);
+  void post(std::string_view message, const std::optional<std::string>& session, Answered answered);
   /// Tells what the set could not read or keep.
   void complain(const std::vector<std::string>& complaints) const;
   /// Sends an event to a session that is connected; ends the connection of one that is too slow.
@@ -81,7 +83,7 @@ class Core {
   void work(const std::shared_ptr<Seat>& seat);
   bool goOn(const std::shared_ptr<Seat>& seat, Job& job);
   void hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response);
-  std::string answer(Seat& seat, std::string_view text, std::vector<std::function<void()>>& behind);
+  std::string answer(Seat& seat, std::string_view text, Job& job);
   void appendResult(Seat& seat, const Request& request, std::vector<std::function<void()>>& behind,
                     std::string& response);
   void endWhenUnused(const Seat& seat);

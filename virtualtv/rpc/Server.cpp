@@ -22,11 +22,12 @@ void Client::take(std::string_view message, std::function<void()> done) {
     seat.outlet = &outlet_;
     session_ = seat.id;
   }
-  core_.enqueue(core_.seat(session_), message, [this, alive = alive_, done = std::move(done)](std::string reply) {
-    if (!*alive) return;
-    if (!reply.empty()) outlet_.send(std::make_shared<const std::string>(std::move(reply)));
-    done();
-  });
+  core_.enqueue(core_.seat(session_), message,
+                [this, alive = alive_, done = std::move(done)](std::optional<std::string> reply) {
+                  if (!*alive) return;
+                  if (reply && !reply->empty()) outlet_.send(std::make_shared<const std::string>(*std::move(reply)));
+                  done();
+                });
 }
 
 Server::Server(device::Device& device, Options options) : core_(std::make_unique<Core>(device, std::move(options))) {}
@@ -42,7 +43,7 @@ std::unique_ptr<Client> Server::connect(Outlet& outlet, const std::optional<std:
 }
 
 void Server::post(std::string_view body, const std::optional<std::string>& session,
-                  std::function<void(std::string reply)> answer) {
+                  std::function<void(std::optional<std::string> reply)> answer) {
   core_->post(body, session, std::move(answer));
 }
 

@@ -84,9 +84,10 @@ class Server {
 
   /// Handles a request or a batch of a client that is not connected.
   /// @param session  whose it is; without one, that of all such requests.
-  /// @param answer  called once with the reply, empty where there is none, as for notifications: at once or later.
+  /// @param answer  called once with the reply, at once or later. The reply is empty where there is none, as for
+  /// notifications; nothing where the request needs a new session and as many as may be are open.
   void post(std::string_view body, const std::optional<std::string>& session,
-            std::function<void(std::string reply)> answer);
+            std::function<void(std::optional<std::string> reply)> answer);
 
   /// The methods as an OpenRPC document.
   const std::string& openRpc();

@@ -101,8 +101,9 @@ Options RpcTest::completed(Options options) {
 
 std::optional<std::string> RpcTest::post(const std::string& body, const std::optional<std::string>& session) {
   const auto reply = std::make_shared<std::optional<std::string>>();
-  server.post(body, session, [reply](std::string text) {
+  server.post(body, session, [this, reply](std::optional<std::string> text) {
     EXPECT_FALSE(reply->has_value()) << "answered twice";
+    if (!text) ++refusals;
     *reply = std::move(text);
   });
   return *reply;

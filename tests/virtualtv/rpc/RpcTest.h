@@ -76,7 +76,7 @@ class RpcTest : public ::testing::Test {
 
   device::Device& device() { return television.device; }
   Tv& tv() { return television.tv(); }
-  /// Answers a POST. @return nothing while there is no reply.
+  /// Answers a POST. @return nothing while there is no reply, or where it is refused for lack of a session.
   std::optional<std::string> post(const std::string& body, const std::optional<std::string>& session = std::nullopt);
   Json::Value posted(const std::string& method, const Json::Value& params = Json::nullValue,
                      const std::optional<std::string>& session = std::nullopt);
@@ -84,6 +84,7 @@ class RpcTest : public ::testing::Test {
   support::Assembly<kel::CEmpAppWindow> television;
   ManualClock clock;
   std::vector<std::string> complaints;
+  int refusals = 0;  ///< POSTs that were refused for lack of a session
   Server server;
 
  private:

@@ -31,7 +31,7 @@ TEST_F(Sessions, OfAnotherServerHaveOtherNames) {
   Server another(device(), {.after = [](auto, auto) {}});
   bool isRefused = false;
   another.post(R"({"jsonrpc":"2.0","id":1,"method":"tv.state"})", here,
-               [&](const std::string& reply) { isRefused = codeOf(json(reply)) == 1003; });
+               [&](const std::optional<std::string>& reply) { isRefused = codeOf(json(*reply)) == 1003; });
   EXPECT_TRUE(isRefused);
 }
 
@@ -171,9 +171,44 @@ TEST_F(FewSessions, AreRefusedBeyondTheirNumber) {
   const Connected one(server);
   Connected other(server);
   EXPECT_THROW(Connected(server, std::nullopt), TooManySessions);
-  EXPECT_EQ(codeOf(posted("tv.state")), 1002);
+  EXPECT_EQ(post(R"({"jsonrpc":"2.0","id":1,"method":"tv.state"})"), std::nullopt);
+  EXPECT_EQ(refusals, 1);
   other.end();
-  EXPECT_EQ(codeOf(posted("tv.state")), 0);
+  EXPECT_TRUE(posted("tv.state").isMember("result"));
+}
+
+TEST_F(FewSessions, AreNotOpenedByRequestsBeyondTheirNumber) {
+  const std::string open = R"({"jsonrpc":"2.0","id":1,"method":"session.open"})";
+  const std::string session = posted("session.open")["result"]["session"].asString();
+  EXPECT_EQ(post(open), std::nullopt);
+  EXPECT_EQ(post(R"({"jsonrpc":"2.0","method":"session.open"})"), std::nullopt);
+  EXPECT_EQ(refusals, 2);
+  EXPECT_TRUE(posted("tv.state").isMember("result")) << "what needs no other session goes on";
+  EXPECT_EQ(posted("session.open", Json::nullValue, session)["result"]["session"], session);
+  const Json::Value batch =
+      json(*post("[" + open + R"(,{"jsonrpc":"2.0","id":2,"method":"tv.get","params":["region"]}])"));
+  EXPECT_EQ(codeOf(batch[0]), 1002);
+  EXPECT_EQ(reasonOf(batch[0]), "there are 2 sessions, as many as may be");
+  EXPECT_TRUE(batch[1].isMember("result"));
+  posted("session.close", Json::nullValue, session);
+  EXPECT_TRUE(posted("session.open").isMember("result"));
+  EXPECT_EQ(refusals, 2);
+}
+
+TEST_F(Sessions, ThatNobodyIsConnectedToLastAsLongAsACallThatIsHeldBack) {
+  const std::string session = posted("session.open")["result"]["session"].asString();
+  posted("tv.set", json(R"({"name": "latency.IServiceNavigation::GetTvMode", "value": 70000})"));
+  std::optional<std::string> answer;
+  server.post(R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})", session,
+              [&](std::optional<std::string> reply) { answer = std::move(reply); });
+  clock.pass(std::chrono::seconds(69));
+  EXPECT_EQ(answer, std::nullopt);
+  clock.pass(std::chrono::seconds(1));
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(json(*answer)["result"]["value"], 1);
+  EXPECT_TRUE(posted("tv.get", json(R"(["region"])"), session).isMember("result"));
+  clock.pass(std::chrono::seconds(31));
+  EXPECT_EQ(codeOf(posted("tv.get", json(R"(["region"])"), session)), 1003);
 }
 
 }  // namespace
