@@ -19,6 +19,7 @@ const virtual = (answers, run) => plugin(answers, {isVirtual: true, run})
 test('words are split as by the shell', () => {
   assert.deepEqual(splitWords(`Name  a\\ b 'c "\\ d' "e \\" \\x \\\\"f ''\t`), ['Name', 'a b', 'c "\\ d', 'e " \\x \\f', ''])
   assert.deepEqual(splitWords('Name\\ '), ['Name '])
+  assert.deepEqual(splitWords(String.raw`$'a b\n\r\t\'\"\\' x$'\x41\303\251'y $''`), ['a b\n\r\t\'"\\', 'xAéy', ''])
   assert.deepEqual(splitWords(''), [])
   for (const open of ["Name 'a", 'Name "a', 'Name "a\\"', 'Name \\']) assert.equal(splitWords(open), undefined, open)
 })
@@ -154,6 +155,12 @@ test('a fault that no call has met fails a transcript, unless it was there befor
   assert.equal(result.passed, false)
   assert.deepEqual(result.findings, ['a fault was never hit: 2 New result=0 (hits: 0)'])
   assert.match(result.junit, /tests="2" failures="1"/)
+})
+
+test('idle faults do not fail a transcript that a server has recorded', async () => {
+  let lists = [[], ['1 New result=0 (hits: 0)']]
+  const tv = virtual({}, line => line === '.fault' ? lists.shift() : [])
+  assert.equal((await runTranscript('> .recorded\n> .fault New result=0\n', tv)).passed, true)
 })
 
 test('the report has each line, and texts that XML would not take are escaped', async () => {

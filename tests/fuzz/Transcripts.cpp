@@ -60,6 +60,10 @@ void quote(const std::string& text) {
   demand(units::parseQuoted(rest) == original && rest.empty(), "quoted, it reads otherwise");
   demand(units::isPrintable(quoted) && units::isPrintable(units::printable(text)), "escaped, it can't be shown");
 
+  const std::string word = units::asWord(text);
+  demand(virtualtv::shell::splitWords(word) == Lines{text}, "as a word it reads otherwise: " + word);
+  demand(units::isPrintable(word) && units::printable(word) == word, "as a word it can't be shown: " + word);
+
   using virtualtv::framework::Reply;
   for (const Reply& reply : {Reply{Reply::Kind::ascii, 0, text, {}}, Reply{Reply::Kind::unicode, 0, {}, original}}) {
     demand(virtualtv::framework::decode(virtualtv::framework::encode(reply)) == reply, "encoded, it reads otherwise");

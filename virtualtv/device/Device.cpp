@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "set/Knobs.h"
+
 namespace virtualtv::device {
 
 namespace {
@@ -63,12 +65,35 @@ void Device::reset() {
 void Device::restore(const Snapshot& snapshot) {
   closeEngines("restore");  // before, since that may still write settings keys
   tv().restore(snapshot);
+  if (hearsActs_) tell(SnapshotRestored{snapshot});
   switchOff("restore");
   switchOn("restore");
 }
 
 void Device::closeEngines(const std::string& why) {
   host().closeAll(why);
+}
+
+void Device::setKnob(const std::string& name, const std::string& value) {
+  virtualtv::setKnob(tv(), name, value);
+  if (hearsActs_) tell(KnobTurned{name, value});
+}
+
+void Device::setSetting(const std::string& key, const Setting& value) {
+  tv().setSetting(key, value);
+  if (hearsActs_) tell(SettingGiven{key, value});
+}
+
+bool Device::removeSetting(const std::string& key) {
+  if (!tv().removeSetting(key)) return false;
+  if (hearsActs_) tell(SettingGiven{key, std::nullopt});
+  return true;
+}
+
+ImportReport Device::import(const std::string& name, const std::string& content, const ImportOptions& options) {
+  ImportReport report = importServices(tv(), name, content, options);
+  if (hearsActs_ && report.error().empty()) tell(ListImported{content, options, report});
+  return report;
 }
 
 std::uint64_t Device::addFault(Fault fault) {
@@ -80,9 +105,13 @@ std::uint64_t Device::addFault(Fault fault) {
 }
 
 bool Device::removeFault(std::uint64_t id) {
+  return dropFault(id, false);
+}
+
+bool Device::dropFault(std::uint64_t id, bool withSet) {
   if (!Seam::instance().remove(id)) return false;
   refresh();
-  happened(FaultGone{id});
+  happened(FaultGone{id, withSet});
   return true;
 }
 
@@ -92,6 +121,10 @@ void Device::clearFaults() {
 
 void Device::tell(const CommandRun& command) {
   happened(command);
+}
+
+void Device::tell(const Act& act) {
+  happened(act);
 }
 
 std::vector<std::string> Device::takeComplaints() {
@@ -105,7 +138,7 @@ std::vector<std::string> Device::takeComplaints() {
 void Device::switchOff(const std::string& why) {
   closeEngines(why);
   if (!tv_) return;
-  clearFaults();
+  while (!faults().empty()) dropFault(faults().front().id, true);
   for (const seam::Operation& operation : seam::operations) tv_->setLatency(operation, 0);
   complaints_ = takeComplaints();
   before_ = tv_->state();
@@ -164,14 +197,17 @@ void Device::forgetEndedFeeds() {
 void Device::refresh() {
   bool events = false;
   bool calls = false;
+  bool acts = false;
   int level = -1;
   for (const std::weak_ptr<Feed>& listed : feeds_) {
     const std::shared_ptr<Feed> feed = listed.lock();
     if (!feed) continue;
     events = events || feed->wants().events;
     calls = calls || feed->wants().calls || (feed->wants().events && !faults().empty());
+    acts = acts || feed->wants().acts;
     level = std::max(level, feed->wants().logLevel);
   }
+  hearsActs_ = acts;
   if (events != hearsSet_) listenToSet(events);
   if (calls != hearsCalls_) listenToCalls(calls);
   if (level == logLevel_) return;

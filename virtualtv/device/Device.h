@@ -19,9 +19,24 @@
 /// The set with the plug-in on it, for any number of clients.
 namespace virtualtv::device {
 
+/// Puts the process's device aside for as long as it lives: another one on the same application object can be made
+/// meanwhile, has engines, calls and log messages of its own, and must be gone before this. Not to be made while a
+/// command runs.
+class DeviceAside {
+ public:
+  /// @param app  outlives it.
+  explicit DeviceAside(kel::CEmpAppBase& app) : host_(app) {}
+
+ private:
+  TvAside tv_;
+  seam::SeamAside seam_;
+  framework::LogAside log_;
+  framework::Host host_;
+};
+
 /// Owns the set, hosts the plug-in's engines on it, and tells subscribers what happens on the two. One a process at a
-/// time: it makes the process's `Tv`, and has the seam for itself. It outlives restarts and resets of the set.
-/// Everything but `post`, `call` and `Feed::take` belongs on the thread of its loop.
+/// time, but for `DeviceAside`: it makes the process's `Tv`, and has the seam for itself. It outlives restarts and
+/// resets of the set. Everything but `post`, `call` and `Feed::take` belongs on the thread of its loop.
 class Device {
  public:
   /// Switches the set on. @param app, storage  outlive it. @throws StoreError when the storage can't be read.
@@ -60,6 +75,18 @@ class Device {
   /// Closes all engines. @param why  in a word or two.
   void closeEngines(const std::string& why);
 
+  // What is done from outside to the set that is on. It can be done to `tv()` as well, but then feeds that want acts do
+  // not learn of it.
+
+  /// @throws what `virtualtv::setKnob` throws.
+  void setKnob(const std::string& name, const std::string& value);
+  /// @throws StoreError.
+  void setSetting(const std::string& key, const Setting& value);
+  /// @return false when it was not set. @throws StoreError.
+  bool removeSetting(const std::string& key);
+  /// @param name  what messages call the list. @throws what `importServices` throws.
+  ImportReport import(const std::string& name, const std::string& content, const ImportOptions& options);
+
   // Faults: seam::parseFault reads them from words.
 
   /// @return its number, by which it can be removed.
@@ -73,6 +100,8 @@ class Device {
   bool isHeard() const { return hearsSet_; }
   /// Tells feeds that want events of a command.
   void tell(const CommandRun& command);
+  /// Tells feeds that want acts of one.
+  void tell(const Act& act);
 
   /// Complaints of the set since the last call.
   std::vector<std::string> takeComplaints();
@@ -80,6 +109,7 @@ class Device {
  private:
   void switchOn(const char* why);
   void switchOff(const std::string& why);
+  bool dropFault(std::uint64_t id, bool withSet);
   template <typename What>
   void happened(const What& what) noexcept;
   void deliver(const std::shared_ptr<const Happening>& happening);
@@ -97,6 +127,7 @@ class Device {
   TvState before_;              ///< likewise
   std::vector<std::weak_ptr<Feed>> feeds_;
   bool hearsSet_ = false;
+  bool hearsActs_ = false;
   int logLevel_ = -1;  ///< that is listened to
   bool hearsCalls_ = false;
   std::vector<std::string> complaints_;

@@ -13,10 +13,12 @@
 #include <variant>
 #include <vector>
 
+#include "channels/ImportList.h"
 #include "framework/Host.h"
 #include "framework/Log.h"
 #include "seam/Seam.h"
 #include "set/Event.h"
+#include "set/Snapshot.h"
 
 namespace virtualtv::device {
 
@@ -36,6 +38,7 @@ struct FaultHit {
 };
 struct FaultGone {
   std::uint64_t id;
+  bool withSet = false;  ///< nobody removed it, the set was switched off
 };
 
 /// A session has run a command. What that caused came before, with the same engine and number as the caller.
@@ -51,20 +54,51 @@ struct CommandRun {
   std::chrono::nanoseconds took{};  ///< of real time
 };
 
+// What somebody did to the set, as it was asked for and done: enough to do it again. What comes of it is told as any
+// change is, before it. Restarts and resets are told as `SetStarted`.
+
+struct KnobTurned {
+  std::string name;
+  std::string value;
+};
+struct SettingGiven {
+  std::string key;
+  std::optional<Setting> value;  ///< nothing where it was removed
+};
+struct ListImported {
+  std::string content;
+  ImportOptions options;
+  ImportReport report;
+};
+/// Its engines were closed before; `SetStarted` follows.
+struct SnapshotRestored {
+  Snapshot snapshot;
+};
+/// A client has said who it is while its engine was open.
+struct ApplicationGiven {
+  std::string engine;  ///< its key
+  std::string appId;
+  std::string widgetId;
+};
+
+using Act = std::variant<KnobTurned, SettingGiven, ListImported, SnapshotRestored, ApplicationGiven>;
+
 /// Something that happened on a device.
 struct Happening {
   using What = std::variant<Change, SetStarted, framework::EngineOpened, framework::EngineClosed, FaultSet, FaultHit,
-                            FaultGone, CommandRun, seam::Call, framework::LogLine>;
+                            FaultGone, CommandRun, seam::Call, framework::LogLine, Act>;
 
   std::uint64_t revision;  ///< of the set, right behind it
   seam::Caller caller;     ///< the engine at work, and the number of its command; empty where none is
   What what;
+  std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
 };
 
 /// What a subscriber asks for.
 struct Wants {
-  bool events = false;  ///< all but calls and log lines
+  bool events = false;  ///< all but calls, log lines and acts
   bool calls = false;
+  bool acts = false;
   int logLevel = -1;                                            ///< log lines up to this level
   std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< that wait to be taken; the oldest are dropped
   /// Called by the device's loop when something waits and nothing did. What it throws is lost.
@@ -88,6 +122,7 @@ class Feed {
   // For the device.
   bool wants(const seam::Call&) const { return wants_.calls; }
   bool wants(const framework::LogLine& line) const { return line.level <= wants_.logLevel; }
+  bool wants(const Act&) const { return wants_.acts; }
   template <typename Other>
   bool wants(const Other&) const {
     return wants_.events;

@@ -74,9 +74,15 @@ void Session::reopen() {
   openEngine();
 }
 
+bool Session::close(const std::string& engine) {
+  return device_.host().close(key(engine));
+}
+
 void Session::setApplication(const Application& application) {
   applications_[engine_] = application;
-  device_.host().setClient(key(engine_), {0, application.appId, application.widgetId, ""});
+  const std::string name = key(engine_);
+  if (!device_.host().setClient(name, {0, application.appId, application.widgetId, ""})) return;
+  device_.tell(ApplicationGiven{name, application.appId, application.widgetId});
 }
 
 bool Session::execute(const std::vector<std::string>& words, bool list, std::string& ret) {

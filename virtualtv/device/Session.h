@@ -18,6 +18,8 @@ namespace virtualtv::device {
 struct Application {
   std::string appId;
   std::string widgetId;
+
+  bool operator==(const Application&) const = default;
 };
 
 /// What a step did to the set and the plug-in.
@@ -64,6 +66,8 @@ class Session {
   void use(const std::string& engine);
   /// Closes the engine in use, if it is open, and opens a new one.
   void reopen();
+  /// Closes an engine; a command on it opens a new one. @return false when it is not open.
+  bool close(const std::string& engine);
   /// Tells the engine in use which application calls it; kept for when it is opened again.
   void setApplication(const Application& application);
 

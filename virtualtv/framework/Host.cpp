@@ -36,13 +36,15 @@ std::string engineKey(const std::string& name) {
   return name.starts_with('#') ? "#" + name : name;
 }
 
-Host::Host(kel::CEmpAppBase& app) : app_(app) {
-  hosts()[&app] = this;
-}
+Host::Host(kel::CEmpAppBase& app) : app_(app), before_(std::exchange(hosts()[&app], this)) {}
 
 Host::~Host() {
   closeAll();
-  hosts().erase(&app_);
+  if (before_ != nullptr) {
+    hosts()[&app_] = before_;
+  } else {
+    hosts().erase(&app_);
+  }
 }
 
 Host& Host::of(const kel::CEmpAppBase& app) {

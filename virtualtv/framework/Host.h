@@ -40,7 +40,8 @@ struct EngineClosed {
 
 class Host {
  public:
-  /// Becomes the host of `app`, which outlives it.
+  /// Becomes the host of `app`, which outlives it; where it has one already, in place of that for as long as this
+  /// lives.
   explicit Host(kel::CEmpAppBase& app);
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
@@ -83,6 +84,7 @@ class Host {
   };
 
   kel::CEmpAppBase& app_;
+  Host* before_;
   std::map<std::string, Hosted> engines_;
   notify::Listeners<EngineOpened> opened_;
   notify::Listeners<EngineClosed> closed_;

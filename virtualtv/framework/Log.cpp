@@ -75,6 +75,23 @@ notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> 
   });
 }
 
+struct LogAside::Aside {
+  std::multiset<int> levels;
+  notify::Listeners<LogLine> listeners;
+};
+
+LogAside::LogAside() : aside_(std::make_unique<Aside>()) {
+  std::swap(levels(), aside_->levels);
+  std::swap(listeners(), aside_->listeners);
+  setThreshold();
+}
+
+LogAside::~LogAside() {
+  std::swap(levels(), aside_->levels);
+  std::swap(listeners(), aside_->listeners);
+  setThreshold();
+}
+
 int logLevel() {
   return threshold;
 }

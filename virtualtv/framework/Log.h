@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "framework/Message.h"
@@ -23,6 +24,20 @@ struct LogLine {
 /// leaves through the plug-in's logger call, but for `std::bad_alloc`: that message is lost to it and the next
 /// listeners.
 notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> heard);
+
+/// Puts those who listen aside for as long as it lives: they hear nothing meanwhile. Those who listen since then must
+/// have ended before.
+class LogAside {
+ public:
+  LogAside();
+  LogAside(const LogAside&) = delete;
+  LogAside& operator=(const LogAside&) = delete;
+  ~LogAside();
+
+ private:
+  struct Aside;
+  std::unique_ptr<Aside> aside_;
+};
 
 /// The highest level that anybody listens to; -1 when nobody does. Any other message costs one comparison a logger
 /// call.

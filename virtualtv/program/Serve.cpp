@@ -8,6 +8,7 @@
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -21,6 +22,7 @@
 #include "program/Terminal.h"
 #include "set/SnapshotJson.h"
 #include "shell/Files.h"
+#include "shell/Recording.h"
 
 namespace virtualtv::program {
 
@@ -119,6 +121,8 @@ ExitStatus runServer(kel::CEmpAppBase& app, const Wishes& wishes) {
   Desk desk(app, wishes);
   if (!wishes.serve.snapshot.empty()) startFrom(desk, wishes.serve.snapshot);
   net::Server server(desk.device(), std::move(options));
+  std::optional<Recording> recording;
+  if (!wishes.serve.record.empty()) recording.emplace(desk.device(), wishes.serve.record, complain);
   server.endOnSignals();
   std::cout << "emp-window: " << server.address() << std::endl;
   if (hasTerminal()) {

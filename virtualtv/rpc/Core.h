@@ -47,6 +47,8 @@ class Core {
 
   device::Device& device() { return device_; }
   Events& events() { return events_; }
+  /// What clients reach of files.
+  const shell::FileAccess& files() const;
   /// Tells this server from others that were started.
   const std::string& id() const { return id_; }
   const std::string& openRpc();
@@ -79,7 +81,6 @@ class Core {
   void send(Seat& seat, Event& event);
 
  private:
-  const shell::FileAccess& files() const;
   void work(const std::shared_ptr<Seat>& seat);
   bool goOn(const std::shared_ptr<Seat>& seat, Job& job);
   void hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response);

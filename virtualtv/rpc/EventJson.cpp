@@ -163,6 +163,7 @@ class Writer {
     event_["fault"] = call.fault;
   }
   void put(const framework::LogLine&) const {}
+  void put(const device::Act&) const {}  // not subscribed to
 
   void putTracks(ServiceKey service, const char* kind) const {
     event_["service"] = serviceOf(device_, service);
@@ -209,6 +210,7 @@ struct TopicOf {
   std::string_view operator()(const CommandRun&) const { return "command"; }
   std::string_view operator()(const seam::Call&) const { return "call"; }
   std::string_view operator()(const framework::LogLine&) const { return "log"; }
+  std::string_view operator()(const device::Act&) const { return ""; }
 };
 
 /// The messages of a log event, as far as they are told, or all of them.

@@ -130,11 +130,10 @@ Json::Value import(const Call& call) {
     options.format = import::formatNamed(format);
     if (options.format == nullptr) throw std::invalid_argument("format: there is none of the name '" + format + "'");
   }
-  Tv& tv = call.core.device().tv();
   const std::string content = call.params.text("content");
   ImportReport report;
   try {
-    report = importServices(tv, call.params.text("name", "list"), content, options);
+    report = call.core.device().import(call.params.text("name", "list"), content, options);
   } catch (const StoreError&) {
     throw;
   } catch (const std::runtime_error& error) {
@@ -185,7 +184,7 @@ Json::Value set(const Call& call) {
   const Json::Value& value = call.params.value("value");
   const bool isWord = value.isString() || value.isInt64();
   if (!isWord) throw Failure(Code::badParameters, "value: a text or a whole number is wanted");
-  setKnob(call.core.device().tv(), call.params.text("name"), value.asString());
+  call.core.device().setKnob(call.params.text("name"), value.asString());
   return revisionOf(call);
 }
 
@@ -212,13 +211,13 @@ Json::Value setSetting(const Call& call) {
   const Setting setting = value.isString()
                               ? Setting(call.params.text("value"))
                               : Setting(static_cast<int>(call.params.number("value", text::rangeOf<int>())));
-  call.core.device().tv().setSetting(key, setting);
+  call.core.device().setSetting(key, setting);
   return revisionOf(call);
 }
 
 Json::Value removeSetting(const Call& call) {
   const std::string key = call.params.text("key");
-  if (!call.core.device().tv().removeSetting(key)) throw std::invalid_argument("the key " + key + " is not set");
+  if (!call.core.device().removeSetting(key)) throw std::invalid_argument("the key " + key + " is not set");
   return revisionOf(call);
 }
 

@@ -1,11 +1,15 @@
-// What testers do to the set: faults.
+// What testers do: faults of the set, and transcripts, on a set of their own.
 #include <array>
+#include <chrono>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "device/Device.h"
 #include "rpc/Core.h"
 #include "rpc/Method.h"
 #include "rpc/Schemas.h"
+#include "shell/Check.h"
 #include "text/Units.h"
 
 namespace virtualtv::rpc {
@@ -80,6 +84,22 @@ Json::Value clearFaults(const Call& call) {
   return Json::objectValue;
 }
 
+/// The set that is served, its engines and who listens to them stand aside meanwhile.
+Json::Value check(const Call& call) {
+  constexpr shell::CheckBounds bounds{.inputs = 10'000, .time = std::chrono::seconds(5)};
+  const std::string transcript = call.params.text("transcript");
+  kel::CEmpAppBase& app = call.core.device().app();
+  const device::DeviceAside aside(app);
+  const shell::CheckedFile checked = shell::checkText(app, "transcript", transcript, call.core.files(), bounds);
+  if (!checked.error.empty()) throw std::invalid_argument(checked.error);
+  std::string diff = checked.diff;
+  for (const std::string& finding : checked.findings) diff += finding + "\n";
+  Json::Value answer;
+  answer["passed"] = checked.passed();
+  answer["diff"] = diff;
+  return answer;
+}
+
 const std::array rows{
     Method{"tv.operations",
            "list the calls that the plug-in makes to the set, which can be made to fail",
@@ -112,6 +132,14 @@ const std::array rows{
            {{"id", R"({"type": "integer", "minimum": 0})", "which; without it, all"}},
            anObject,
            clearFaults},
+    Method{
+        "tv.check",
+        "run a transcript on a set of its own, in memory, and compare what it prints; at most 10,000 inputs, those of "
+        "files that it runs included, and 5 seconds",
+        {{"transcript", textSchema, "its text", true}},
+        R"({"type": "object", "required": ["passed", "diff"], "properties": {
+               "passed": {"type": "boolean"}, "diff": {"type": "string"}}})",
+        check},
 };
 
 }  // namespace

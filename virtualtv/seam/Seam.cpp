@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace virtualtv::seam {
 
@@ -17,6 +18,11 @@ std::string line(const Call& call) {
 Seam& Seam::instance() {
   static Seam seam;
   return seam;
+}
+
+void Seam::exchange(Seam& other) {
+  std::swap(*this, other);
+  refresh();
 }
 
 void Seam::reset() {

@@ -91,6 +91,8 @@ class Seam {
  public:
   static Seam& instance();
 
+  /// Swaps what it is with another one.
+  void exchange(Seam& other);
   /// Back to nothing recorded, no faults, no latency, nobody told, sequence 0, nobody calling. What a delay does stays.
   void reset();
 
@@ -140,6 +142,18 @@ class Seam {
   std::function<void(std::uint64_t)> delay_;
   std::function<void(const Operation*)> passage_;
   Caller caller_;
+};
+
+/// Puts the seam aside as it is, for as long as it lives; a fresh one takes its place. Not to be made inside a call.
+class SeamAside {
+ public:
+  SeamAside() { Seam::instance().exchange(aside_); }
+  SeamAside(const SeamAside&) = delete;
+  SeamAside& operator=(const SeamAside&) = delete;
+  ~SeamAside() { Seam::instance().exchange(aside_); }
+
+ private:
+  Seam aside_;
 };
 
 /// Sets who is calling for as long as it lives.

@@ -37,6 +37,12 @@ bool isAt(const std::vector<Track>& tracks, int position) {
 
 }  // namespace
 
+TvAside::TvAside() : aside_(std::exchange(theSet, nullptr)) {}
+
+TvAside::~TvAside() {
+  theSet = aside_;
+}
+
 Tv::Tv(Storage& storage, std::uint64_t revision)
     : storage_(storage), state_(stateIn(storage.parts())), revision_(revision + 1) {
   if (theSet != nullptr) throw std::logic_error("a process has one set at a time");

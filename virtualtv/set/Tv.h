@@ -22,6 +22,7 @@
 namespace virtualtv {
 
 class ServiceStore;
+class Tv;
 
 /// Where a set keeps what it keeps: its databases. Outlives the set that runs on it.
 class Storage {
@@ -38,6 +39,19 @@ class Storage {
 
  private:
   std::unique_ptr<Parts> parts_;
+};
+
+/// Puts the set of the process aside, if there is one, for as long as it lives: another one can be made meanwhile, and
+/// must be gone before this.
+class TvAside {
+ public:
+  TvAside();
+  TvAside(const TvAside&) = delete;
+  TvAside& operator=(const TvAside&) = delete;
+  ~TvAside();
+
+ private:
+  Tv* aside_;
 };
 
 /// The TV set. One a process at a time; the adapters behind the platform interfaces find it by `current`. What it is,

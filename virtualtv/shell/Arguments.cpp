@@ -88,6 +88,8 @@ void addServeOptions(CLI::App& grammar, ServeWishes& wishes) {
   CLI::Option* token = add("--token", wishes.token, "FILE", "clients must know the token on its first line");
   token->check(notEmpty("a file"));
   grammar.add_flag("--fresh", wishes.fresh, "a built-in set in memory, that keeps nothing");
+  add("--record", wishes.record, "FILE", "write all that is done into a new transcript, for 'emp-window check'")
+      ->check(notEmpty("a file"));
   add("--files", wishes.files, "DIR", "clients may read and write files beneath it; wants --token")
       ->check(notEmpty("a directory"))
       ->needs(token);

@@ -28,6 +28,7 @@ struct ServeWishes {
   std::string token;     ///< the file that holds it; so below
   std::string files;     ///< the directory that clients may use
   std::string snapshot;  ///< that the set starts from
+  std::string record;    ///< that is made, and receives what happens
   bool fresh = false;
   bool untilEof = false;
   bool noWait = false;

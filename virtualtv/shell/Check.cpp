@@ -1,6 +1,7 @@
 #include "shell/Check.h"
 
 #include <filesystem>
+#include <functional>
 #include <ostream>
 #include <stdexcept>
 #include <system_error>
@@ -39,11 +40,8 @@ void report(const std::vector<Lines>& findings, CheckedFile& checked) {
   }
 }
 
-/// Runs the transcript on a fresh set. @return the same transcript with what was printed.
-Transcript replay(kel::CEmpAppBase& app, const Transcript& expected, CheckedFile& checked) {
-  Storage storage;
-  device::Device device(app, storage);
-  Session session(device, std::filesystem::path(checked.name).parent_path());
+/// Runs the transcript in a session on a fresh set. @return the same transcript with what was printed.
+Transcript replay(Session& session, const Transcript& expected, CheckedFile& checked) {
   Transcript printed = expected;
   std::vector<Lines> findings;
   for (Step& step : printed.steps) {
@@ -77,16 +75,53 @@ std::string difference(const Transcript& expected, const Transcript& printed, Ch
   return unified(whole, checked.name, checked.name + " (printed now)");
 }
 
+Transcript readInputs(const std::string& name, std::string_view content) {
+  Transcript transcript = readTranscript(name, content);
+  if (transcript.steps.empty()) throw std::runtime_error(name + ": there is no '>' line to run");
+  return transcript;
+}
+
 void checkOpened(kel::CEmpAppBase& app, bool update, CheckedFile& checked) {
-  const Transcript expected = readTranscript(checked.name, readFile(checked.name));
-  if (expected.steps.empty()) throw std::runtime_error(checked.name + ": there is no '>' line to run");
-  const Transcript printed = replay(app, expected, checked);
+  const Transcript expected = readInputs(checked.name, readFile(checked.name));
+  Storage storage;
+  device::Device device(app, storage);
+  Session session(device, std::filesystem::path(checked.name).parent_path());
+  const Transcript printed = replay(session, expected, checked);
   if (update) {
     const std::string content = writeTranscript(printed);
     if (content != writeTranscript(expected)) replaceFile(checked.name, content);
   } else {
     checked.diff = difference(expected, printed, checked);
   }
+}
+
+/// Throws once a check goes beyond its bounds.
+std::function<void()> guardOf(const std::string& name, const CheckBounds& bounds) {
+  const Clock::time_point start = Clock::now();
+  return [name, bounds, start, inputs = std::size_t{0}]() mutable {
+    if (++inputs > bounds.inputs) {
+      throw Stopped(name + ": more than " + std::to_string(bounds.inputs) + " inputs, those of files included");
+    }
+    if (Clock::now() - start > bounds.time) {
+      const auto most = std::chrono::duration_cast<std::chrono::milliseconds>(bounds.time);
+      throw Stopped(name + ": it takes more than " + std::to_string(most.count()) + " ms");
+    }
+  };
+}
+
+/// Runs a check. @return how it did, with the time that it took and an error for what it throws.
+template <typename Run>
+CheckedFile checkedBy(const std::string& name, Run run) {
+  const Clock::time_point start = Clock::now();
+  CheckedFile checked;
+  checked.name = name;
+  try {
+    run(checked);
+  } catch (...) {
+    checked.error = oneLine(reasonOf(std::current_exception(), "check " + name));
+  }
+  checked.time = Clock::now() - start;
+  return checked;
 }
 
 /// Whether two names stand for one file, which need not be there.
@@ -114,17 +149,21 @@ void print(const CheckedFile& file, std::ostream& out, std::ostream& err) {
 
 }  // namespace
 
+CheckedFile checkText(kel::CEmpAppBase& app, const std::string& name, std::string_view content, const FileAccess& files,
+                      const CheckBounds& bounds) {
+  return checkedBy(name, [&](CheckedFile& checked) {
+    const Transcript expected = readInputs(name, content);
+    Storage storage;
+    device::Device device(app, storage);
+    Session session(device, {}, files);
+    session.beforeEach = guardOf(name, bounds);
+    const Transcript printed = replay(session, expected, checked);
+    checked.diff = difference(expected, printed, checked);
+  });
+}
+
 CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool update) {
-  const Clock::time_point start = Clock::now();
-  CheckedFile checked;
-  checked.name = file;
-  try {
-    checkOpened(app, update, checked);
-  } catch (...) {
-    checked.error = oneLine(reasonOf(std::current_exception(), "check " + file));
-  }
-  checked.time = Clock::now() - start;
-  return checked;
+  return checkedBy(file, [&](CheckedFile& checked) { checkOpened(app, update, checked); });
 }
 
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err) {

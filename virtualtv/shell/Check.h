@@ -1,12 +1,16 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <iosfwd>
+#include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kel/CEmpAppBase.h"
+#include "shell/FileAccess.h"
 
 namespace virtualtv::shell {
 
@@ -28,6 +32,21 @@ struct CheckedFile {
   std::chrono::nanoseconds time{};    ///< that all of it took, also making the set
   bool passed() const { return error.empty() && diff.empty() && findings.empty(); }
 };
+
+/// How far a check goes.
+struct CheckBounds {
+  std::size_t inputs = std::numeric_limits<std::size_t>::max();  ///< those of files that inputs run too
+  std::chrono::nanoseconds time = std::chrono::nanoseconds::max();
+};
+
+/// Runs a transcript on a fresh set in memory and compares what it prints with what it says. The process has no other
+/// device meanwhile, see `device::DeviceAside`.
+/// @param name  stands before line numbers.
+/// @param files  what its inputs reach of files.
+/// @return with an error where the text is no transcript, and where it goes beyond the bounds: it is then run as far as
+/// that.
+CheckedFile checkText(kel::CEmpAppBase& app, const std::string& name, std::string_view content, const FileAccess& files,
+                      const CheckBounds& bounds);
 
 /// Runs a transcript on a fresh set in memory and compares what it prints with what stands in the file.
 /// @param update  puts what was printed in place of what stands there; comments and blank lines stay. The difference

@@ -25,7 +25,9 @@ Lines operationNames(const std::string& before) {
 
 Lines firstWords() {
   Lines names = commandNames();
-  for (const DotCommand& command : dotCommands()) names.emplace_back(command.name);
+  for (const DotCommand& command : dotCommands()) {
+    if (command.isTyped) names.emplace_back(command.name);
+  }
   return names;
 }
 
@@ -212,7 +214,7 @@ std::string restOf(std::string_view line, const Lines& words) {
   const std::string start = commonStart(words);
   std::string rest = asTyped(start.substr(std::min(typed.last.size(), start.size())), typed.quote);
   if (words.size() != 1 || isOpen(words[0])) return rest;
-  if (typed.quote != '\0') rest += typed.quote;
+  if (typed.quote != '\0') rest += closing(typed.quote);
   return rest + ' ';
 }
 

@@ -145,7 +145,7 @@ Lines get(Session& session, const Words& words) {
 Lines set(Session& session, const Words& words) {
   wantCount(words, 2, 2, ".set NAME VALUE");
   noteKnob(session, words[0]);
-  setKnob(session.device().tv(), words[0], words[1]);
+  session.device().setKnob(words[0], words[1]);
   return {};
 }
 
@@ -163,8 +163,8 @@ Lines listSettings(const SettingsStore& settings) {
 }
 
 Lines vconf(Session& session, const Words& words) {
-  Tv& tv = session.device().tv();
-  const SettingsStore& settings = tv.settings();
+  device::Device& device = session.device();
+  const SettingsStore& settings = device.tv().settings();
   if (words.empty()) return listSettings(settings);
   const std::string& key = words.size() > 1 ? words[1] : words[0];
   if (words[0] == "get" && words.size() == 2) {
@@ -172,11 +172,11 @@ Lines vconf(Session& session, const Words& words) {
     return {value ? show(*value) : "unset"};
   }
   if (words[0] == "set" && words.size() == 4) {
-    tv.setSetting(key, settingFrom(words));
+    device.setSetting(key, settingFrom(words));
     return {};
   }
   if (words[0] == "unset" && words.size() == 2) {
-    if (!tv.removeSetting(key)) refuse("the key " + key + " is not set");
+    if (!device.removeSetting(key)) refuse("the key " + key + " is not set");
     return {};
   }
   refuse("usage: .vconf [get KEY | set KEY int NUMBER | set KEY str TEXT | unset KEY]");
@@ -185,7 +185,7 @@ Lines vconf(Session& session, const Words& words) {
 Lines import(Session& session, const Words& words) {
   const ImportWishes wishes = importWishes(words);
   const std::string content = session.read(wishes.file);
-  const ImportReport report = importServices(session.device().tv(), wishes.file, content, wishes.options);
+  const ImportReport report = session.device().import(wishes.file, content, wishes.options);
   Lines lines = report.problemLines();
   lines.push_back(report.summary());
   const std::string error = report.error();
@@ -257,6 +257,13 @@ Lines engine(Session& session, const Words& words) {
   return lines;
 }
 
+Lines close(Session& session, const Words& words) {
+  wantCount(words, 0, 1, ".close [NAME]");
+  const std::string name = words.empty() ? session.client().engine() : words[0];
+  if (!session.client().close(name)) refuse("the engine '" + name + "' is not open");
+  return {};
+}
+
 Lines reopen(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".reopen");
   session.client().reopen();
@@ -276,6 +283,12 @@ Lines source(Session& session, const Words& words) {
   return session.source(words[0]);
 }
 
+Lines recorded(Session& session, const Words& words) {
+  wantCount(words, 0, 0, ".recorded");
+  session.setRecorded();
+  return {};
+}
+
 Lines help(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".help [TOPIC]");
   return helpOn(words.empty() ? "" : words[0], session.columns);
@@ -289,6 +302,8 @@ Lines quit(Session& session, const Words& words) {
 
 constexpr std::array commands{
     DotCommand{".app", "APPID [WIDGETID]", "say which application calls the engine in use", app},
+    DotCommand{".close", "[NAME]", "close an engine, the one in use without a name; a command on it opens a new one",
+               close, true},
     DotCommand{".engine", "[NAME]", "open an engine or switch to it; without a name, list the open ones", engine, true},
     DotCommand{".fault",
                "[OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...] | clear "
@@ -301,6 +316,8 @@ constexpr std::array commands{
                "replace the services by those of a channel list, or add these", import},
     DotCommand{".log", "on|off [LEVEL]", "print the plug-in's log messages, up to a level, behind each reply", log},
     DotCommand{".quit", "", "end the shell, or the file that .source runs", quit},
+    DotCommand{".recorded", "", "first in a transcript: what serve recorded, in which idle faults are no failure",
+               recorded, false, false},
     DotCommand{".reopen", "", "close the engine in use and open a new one", reopen, true},
     DotCommand{".reset", "", "go back to the built-in set and a fresh session", reset, true},
     DotCommand{".restart", "", "switch the set off and on; faults and latencies go", restart, true},

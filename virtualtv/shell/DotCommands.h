@@ -19,6 +19,7 @@ struct DotCommand {
   /// Runs it. @return what it prints. Throws a std::exception with a line for a person when it can't be done.
   Lines (*run)(Session& session, const std::vector<std::string>& words);
   bool drivesEngines = false;  ///< it makes the plug-in call the set
+  bool isTyped = true;         ///< false for one of files alone, which nobody is offered
 };
 
 /// All of them; help, completion and documentation walk this table.

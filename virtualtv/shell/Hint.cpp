@@ -132,7 +132,9 @@ Typed readLine(std::string_view line) {
 /// All that may stand first in a line, and what people type instead.
 Lines firstWords() {
   Lines names = commandNames();
-  for (const DotCommand& command : dotCommands()) names.emplace_back(command.name);
+  for (const DotCommand& command : dotCommands()) {
+    if (command.isTyped) names.emplace_back(command.name);
+  }
   for (const auto& [other, name] : otherNames) names.emplace_back(other);
   return names;
 }

@@ -1,6 +1,12 @@
 #include "shell/Lines.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <optional>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "text/Units.h"
@@ -11,18 +17,48 @@ namespace {
 
 constexpr std::string_view blanks = " \t";
 constexpr std::string_view escapedInDouble = "\"\\$`";
+constexpr std::string_view escapedQuote = "$'";
 
 [[noreturn]] void unclosed(const std::string& what, std::size_t at) {
   throw std::invalid_argument(what + " at column " + std::to_string(at + 1));
 }
 
-/// A word of a line, and what is open where the line ends in it.
+/// A word of a line, and what is wrong with it.
 struct Word {
   std::string text;
-  char quote = '\0';     ///< a quote that is not closed
-  bool escape = false;   ///< a backslash that nothing follows
-  std::size_t open = 0;  ///< where that quote or else that backslash stands
+  char quote = '\0';                   ///< a quote that is not closed, `$` for `$'`
+  bool escape = false;                 ///< a backslash that nothing follows
+  std::size_t open = 0;                ///< where that quote or else that backslash stands
+  std::optional<std::size_t> unknown;  ///< where an escape stands that there is not
 };
+
+constexpr std::array<std::pair<char, char>, 6> lettersOfEscapes{
+    {{'n', '\n'}, {'r', '\r'}, {'t', '\t'}, {'\'', '\''}, {'"', '"'}, {'\\', '\\'}}};
+
+/// A byte that so many digits at the front of `text` make.
+std::optional<char> byteOf(std::string_view text, std::size_t digits, int base) {
+  unsigned char byte = 0;
+  if (text.size() < digits) return std::nullopt;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + digits, byte, base);
+  if (error != std::errc() || end != text.data() + digits) return std::nullopt;
+  return static_cast<char>(byte);
+}
+
+/// The byte that an escape of `$'...'` at the front of `text` stands for, and the escape's length; length 0 where there
+/// is none.
+std::pair<char, std::size_t> readEscape(std::string_view text) {
+  constexpr std::size_t octalDigits = 3;
+  constexpr std::size_t hexDigits = 2;
+  for (const auto& [letter, byte] : lettersOfEscapes) {
+    if (text.substr(1).starts_with(letter)) return {byte, 2};
+  }
+  if (text.starts_with("\\x")) {
+    const auto byte = byteOf(text.substr(2), hexDigits, 16);
+    return {byte.value_or('\0'), byte ? 2 + hexDigits : 0};
+  }
+  const auto byte = byteOf(text.substr(1), octalDigits, 8);
+  return {byte.value_or('\0'), byte ? 1 + octalDigits : 0};
+}
 
 bool isEscapedInDouble(char letter) {
   return escapedInDouble.find(letter) != std::string_view::npos;
@@ -46,9 +82,32 @@ void takeQuoted(std::string_view line, std::size_t& at, Word& word) {
   }
 }
 
+/// Appends what stands in the `$'...'` at `at`, which moves on behind that.
+void takeEscaped(std::string_view line, std::size_t& at, Word& word) {
+  const std::size_t start = at;
+  at += escapedQuote.size();
+  while (at < line.size() && line[at] != '\'') {
+    const auto [byte, length] = line[at] == '\\' ? readEscape(line.substr(at)) : std::pair(line[at], std::size_t{1});
+    word.escape = length == 0 && at + 1 == line.size();
+    if (length == 0 && !word.unknown) word.unknown = at;
+    word.text += length == 0 ? line[at] : byte;
+    at += std::max<std::size_t>(length, 1);
+  }
+  if (at < line.size()) {
+    ++at;
+  } else {
+    word.quote = '$';
+    word.open = start;
+  }
+}
+
 Word takeWord(std::string_view line, std::size_t& at) {
   Word word;
   while (at < line.size() && blanks.find(line[at]) == std::string_view::npos) {
+    if (line.substr(at).starts_with(escapedQuote)) {
+      takeEscaped(line, at, word);
+      continue;
+    }
     if (line[at] == '\'' || line[at] == '"') {
       takeQuoted(line, at, word);
       continue;
@@ -78,12 +137,17 @@ Lines splitLines(std::string_view text) {
   return lines;
 }
 
+char closing(char quote) {
+  return quote == '$' ? '\'' : quote;
+}
+
 std::vector<std::string> splitWords(std::string_view line) {
   std::vector<std::string> words;
   std::size_t at = 0;
   while ((at = line.find_first_not_of(blanks, at)) != std::string_view::npos) {
     Word word = takeWord(line, at);
-    if (word.quote != '\0') unclosed("no closing " + std::string(1, word.quote) + " for the one", word.open);
+    if (word.quote != '\0') unclosed(std::string("no closing ") + closing(word.quote) + " for the one", word.open);
+    if (word.unknown) unclosed("an unknown escape in $'...'", *word.unknown);
     if (word.escape) unclosed("nothing behind the \\", word.open);
     words.push_back(std::move(word.text));
   }
@@ -107,6 +171,7 @@ HalfTyped splitHalfTyped(std::string_view line) {
 }
 
 std::string asTyped(std::string_view text, char quote) {
+  if (quote == '$') return text::escaped(text);
   constexpr std::string_view escapedInNone = " \t\\'\"";
   const std::string_view escaped = quote == '"' ? escapedInDouble : quote == '\0' ? escapedInNone : std::string_view();
   std::string typed;

@@ -44,9 +44,12 @@ Lines Session::run(std::string_view input) {
 }
 
 Lines Session::runLine(std::string_view input) {
+  if (beforeEach) beforeEach();
   if (ended) return {errorLine("'.quit' has ended the session, nothing behind it is run")};
   try {
     return runStep(withoutMarks(input));
+  } catch (const Stopped&) {
+    throw;
   } catch (...) {
     return {errorLine(whyNotRun(withoutMarks(input), std::current_exception()))};
   }
@@ -64,9 +67,13 @@ void Session::noteIdleFaults() {
 
 void Session::noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMeant) {
   for (const seam::Fault& fault : device().faults()) {
-    if (fault.hits > 0 || !isMeant(fault)) continue;
+    if (fault.hits > 0 || isRecorded_ || !isMeant(fault)) continue;
     remarks_.findings.push_back({fault.input, "a fault was never hit: " + describe(fault)});
   }
+}
+
+void Session::note(std::string finding) {
+  if (!isRecorded_) remarks_.findings.push_back({input(), std::move(finding)});
 }
 
 std::string Session::describe(const seam::Fault& fault) const {
@@ -139,6 +146,9 @@ Lines Session::runStep(std::string_view input) {
 
 Lines Session::runCommand(std::string_view input, bool list) {
   const std::vector<std::string> words = splitWords(input.substr(list ? 1 : 0));
+  for (const std::string& word : words) {
+    if (word.find('\0') != word.npos) throw std::invalid_argument("a command takes no null characters");
+  }
   return watch(
       input,
       [&] {

@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,11 @@
 #include "shell/Lines.h"
 
 namespace virtualtv::shell {
+
+/// Ends a session in the middle of an input.
+struct Stopped : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 /// A conversation with the plug-in and the set: text in, text out. The interactive shell, piped input and transcripts
 /// all speak through it.
@@ -28,7 +34,8 @@ class Session {
   Session(device::Device& device, std::string name, const FileAccess& files);
 
   /// Runs an input line, with or without `>` before it: `NAME p1..p4` calls the plug-in, `+ NAME p1...` calls it with a
-  /// parameter list, `.NAME ...` speaks to the set. Nothing escapes: what goes wrong is a line `error: ...`.
+  /// parameter list, `.NAME ...` speaks to the set. Nothing but `Stopped` escapes: what goes wrong is a line
+  /// `error: ...`.
   /// @return what it prints; none of the lines could be taken for an input, a comment or a blank line.
   Lines run(std::string_view input);
 
@@ -64,6 +71,8 @@ class Session {
   int logLevel = -1;        ///< print the log messages of each step up to this level
   std::size_t columns = 0;  ///< width of the terminal, in characters, that help is fitted to; 0 where there is none
   bool ended = false;       ///< `.quit` was run; inputs behind it are errors
+  /// Called before each input, those of files that inputs run too. When it throws `Stopped`, that leaves `run`.
+  std::function<void()> beforeEach{};
   /// Notes that an input went wrong, for one that has more to print than that. @return the line that says so.
   std::string errorLine(const std::string& reason);
   /// Runs the input lines of a transcript file. @return what they print.
@@ -76,7 +85,9 @@ class Session {
   /// wherever a transcript is checked from, it prints the same.
   std::string read(const std::string& file) const;
   /// Notes a finding of the input that runs.
-  void note(std::string finding) { remarks_.findings.push_back({input(), std::move(finding)}); }
+  void note(std::string finding);
+  /// The first input says that the transcript was recorded: there are no findings then. Does nothing behind that.
+  void setRecorded() { isRecorded_ = isRecorded_ || input() == 0; }
   /// Number of the input that runs, counted from 0; inputs of files have that of the input that runs the file.
   std::size_t input() const { return inputs_ - 1; }
   /// Back to the start of a session: nothing traced, nothing remembered.
@@ -95,6 +106,7 @@ class Session {
   device::Deed lastDeed_;
   std::string lastCommand_;
   Remarks remarks_;
+  bool isRecorded_ = false;
 };
 
 }  // namespace virtualtv::shell

@@ -29,6 +29,9 @@ bool isText(std::string_view line);
 /// The longest input or comment, in bytes.
 inline constexpr std::size_t longestLine = 1'000'000;
 
+/// The first input of a transcript that a server has recorded. Those behind it may be longer.
+inline constexpr std::string_view recordedMark = "> .recorded";
+
 /// Why a line can't be an input or a comment: it is too long, or no text. Empty when it can.
 std::string flawOf(std::string_view line);
 /// The comment that stands in a transcript in place of such a line: its flaw, and the line or at least its start.

@@ -1,9 +1,11 @@
 #include "text/Units.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace virtualtv::text {
 
@@ -203,7 +205,28 @@ std::string printable(std::string_view bytes) {
   return text;
 }
 
+std::string escaped(std::string_view text) {
+  constexpr std::array<std::pair<char, char>, 5> letters{
+      {{'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}, {'\'', '\''}, {'\\', '\\'}}};
+  std::string word;
+  while (!text.empty()) {
+    const Decoded decoded = decode(text);
+    const auto letter = std::find_if(letters.begin(), letters.end(), [&](auto pair) { return pair.first == text[0]; });
+    const std::size_t length = std::max<std::size_t>(decoded.length, 1);
+    if (letter != letters.end() && !text.starts_with("\\x")) {
+      word.append(1, '\\').append(1, letter->second);
+    } else if (decoded.length == 0 || isControl(decoded.point) || decoded.point == U'\\') {
+      for (const char byte : text.substr(0, length)) appendEscape(word, "\\%03o", static_cast<unsigned char>(byte));
+    } else {
+      word += text.substr(0, length);
+    }
+    text.remove_prefix(length);
+  }
+  return word;
+}
+
 std::string asWord(std::string_view text) {
+  if (!isPrintable(text)) return "$'" + escaped(text) + "'";
   if (!text.empty() && text.find_first_of(" \t'\"\\") == text.npos) return std::string(text);
   std::string word = "'";
   for (std::size_t at = 0; at < text.size(); ++at) {

@@ -23,8 +23,13 @@ std::optional<std::u16string> parseQuoted(std::string_view& text);
 /// `\x5C`: so `\x` is always an escape, and other text is unchanged.
 std::string printable(std::string_view bytes);
 
+/// A text as it stands between `$'` and `'`: with `\n`, `\r`, `\t`, `\'`, `\\`, and a backslash with three octal digits
+/// for each byte that can't be shown.
+std::string escaped(std::string_view text);
+
 /// A text as part of a word that a shell reads as it is: between single quotes where it is empty or has blanks, quotes
-/// or backslashes. No backslash stands before an `x` there, so that `printable` leaves it alone.
+/// or backslashes; as in `$'A\nB'` where it has control characters or bytes that are no UTF-8. No backslash stands
+/// before an `x` there, so that `printable` leaves it alone.
 std::string asWord(std::string_view text);
 
 /// What some programs write in front of a text to tell that it is UTF-8.

@@ -96,6 +96,60 @@ TEST_F(DeviceTest, ARestartTellsWhatIsAnotherBehindItAndTheRevisionGoesOn) {
   EXPECT_GT(device().revision(), last);
 }
 
+// What is done from outside.
+
+TEST_F(DeviceTest, ActsAreToldToThoseWhoWantThemAsTheyWereAskedFor) {
+  const auto acts = device().subscribe({.acts = true});
+  device().setKnob("region", "7");
+  EXPECT_THROW(device().setKnob("region", "x"), std::invalid_argument);
+  device().setSetting("key", std::string("text"));
+  EXPECT_TRUE(device().removeSetting("key"));
+  EXPECT_FALSE(device().removeSetting("key"));
+  device().restore(tv().snapshot());
+  Session session(device(), "one");
+  session.setApplication({"before", "it is opened"});
+  number(session, {"GetTVMode"});
+  session.setApplication({"app", "widget"});
+  std::vector<std::string> told;
+  for (const auto& happening : acts->take().happenings) {
+    const auto& act = std::get<Act>(happening->what);
+    if (const auto* turned = std::get_if<KnobTurned>(&act)) told.push_back(turned->name + " " + turned->value);
+    if (const auto* given = std::get_if<SettingGiven>(&act)) told.push_back(given->key + (given->value ? " set" : ""));
+    if (std::holds_alternative<SnapshotRestored>(act)) told.emplace_back("restored");
+    if (const auto* given = std::get_if<ApplicationGiven>(&act)) told.push_back(given->engine + " " + given->appId);
+  }
+  EXPECT_EQ(told, (std::vector<std::string>{"region 7", "key set", "key", "restored", "one:main app"}));
+  for (const auto& happening : feed->take().happenings) EXPECT_FALSE(std::holds_alternative<Act>(happening->what));
+}
+
+TEST_F(DeviceTest, AnotherOneCanTakeItsPlaceForAWhile) {
+  Session session(device());
+  number(session, {"GetTVMode"});
+  device().setKnob("region", "7");
+  device().setKnob("latency.IServiceNavigation::GetTvMode", "5");
+  device().addFault(seam::parseFault({"IServiceNavigation::GetTvMode", "result=0", "always"}));
+  const auto log = device().subscribe({.calls = true, .logLevel = 3});
+  feed->take();
+  {
+    const DeviceAside aside(device().app());
+    Storage storage;
+    Device other(device().app(), storage);
+    EXPECT_EQ(&Tv::current(), &other.tv());
+    EXPECT_TRUE(other.host().engines().empty());
+    Session beside(other);
+    EXPECT_EQ(number(beside, {"GetTVMode"}), 1);
+    EXPECT_EQ(other.tv().state().clock, 0U);
+    EXPECT_EQ(framework::logLevel(), -1);
+    other.reset();
+  }
+  EXPECT_EQ(&Tv::current(), &device().tv());
+  EXPECT_EQ(feed->take().happenings.size() + log->take().happenings.size(), 0U);
+  EXPECT_EQ(device().host().engines(), std::vector<std::string>{"main"});
+  EXPECT_EQ(number(session, {"GetTVMode"}), -1);
+  EXPECT_EQ(tv().state().clock, 5U);
+  EXPECT_GT(log->take().happenings.size(), 1U);
+}
+
 // Feeds.
 
 TEST_F(DeviceTest, NothingIsRecordedOrRenderedForNobody) {

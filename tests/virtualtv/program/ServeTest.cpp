@@ -2,6 +2,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -201,6 +202,7 @@ TEST_F(ServeTest, ArgumentsThatItDoesNotKnowAreAnError) {
            {{"serve", "--max-sessions", "x"}, "--max-sessions"},
            {{"serve", "--token="}, "--token: a file is wanted"},
            {{"serve", "--snapshot="}, "--snapshot: a file is wanted"},
+           {{"serve", "--record="}, "--record: a file is wanted"},
        }) {
     const Ending refused = run(arguments);
     expectError(refused, {mentioned});
@@ -268,6 +270,91 @@ TEST_F(ServeTest, StartsFromASnapshot) {
   const Ending bad = run({"serve", "--snapshot", made("bad.json", "{}")});
   expectError(bad, {(folder / "bad.json").string() + ": "});
   EXPECT_EQ(bad.status, 2);
+}
+
+/// What `check` says of a transcript that passes.
+constexpr const char* allPassed = "transcripts: 1 passed, 0 failed\n";
+
+TEST_F(ServeTest, RecordsWhatIsDone) {
+  const std::string file = (folder / "rec.txt").string();
+  ::umask(0);
+  Running server(words({"--fresh", "--record", file}));
+  const unsigned short port = portIn(server.line());
+  called(port, "window.FindChannel", "[0, 1]");
+  Wire client(port);
+  client.upgrade();
+  client.call(net::requestOf(1, "window.GetChannel_Size", "[]"));
+  client.call(net::requestOf(2, "tv.set", R"(["region", 7])"));
+  client.call(net::requestOf(3, "tv.run", R"([".vconf set k str $'a\\nb'"])"));
+  called(port, "tv.restart");
+  called(port, "window.GetChannel_Size");
+  server.send(SIGTERM);
+  const Ending ended = server.wait();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "");
+  const std::string text = test::contentOf(file);
+  std::size_t at = 0;
+  for (const std::string line :
+       {"> .recorded\n", "> .engine 1:main\n", "> FindChannel 0 1\nint 1\n", "> .engine 2:main\n",
+        "> GetChannel_Size\nint 0\n", "> .set region 7\n", "> .vconf set k str $'a\\nb'\n", "> .close 1:main\n",
+        "> .restart\n", "> .engine 1:main\n", "> GetChannel_Size\nint 0\n"}) {
+    at = text.find(line, at);
+    ASSERT_NE(at, std::string::npos) << line << text;
+  }
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(run({"check", file}).out, allPassed);
+  test::write(file, text.substr(0, text.find("int 1\n")) + "int 3\n" + text.substr(text.find("int 1\n") + 6));
+  EXPECT_EQ(run({"check", file}).status, 1);
+}
+
+TEST_F(ServeTest, RecordsASetThatIsNotFreshBehindItsSnapshot) {
+  const std::string file = (folder / "rec.txt").string();
+  ASSERT_EQ(run({"--state", state().string(), "exec", "SetChannel", "3", "0"}).status, 0);
+  {
+    Running server({"--state", state().string(), "serve", "--listen", "127.0.0.1:0", "--record", file});
+    called(portIn(server.line()), "window.GetCurrentChannel_Name");
+    server.send(SIGTERM);
+    EXPECT_EQ(server.wait().status, 0);
+  }
+  const std::string text = test::contentOf(file);
+  EXPECT_TRUE(text.starts_with("> .recorded\n> .restore ./rec.txt.d/1.json\n")) << text;
+  EXPECT_EQ(text.find("Lighthouse One"), std::string::npos);
+  EXPECT_EQ(run({"check", file}).out, allPassed);
+
+  fs::rename(folder / "rec.txt.d", folder / "from");
+  const std::string other = (folder / "other.txt").string();
+  Running server(words({"--snapshot", (folder / "from/1.json").string(), "--record", other}));
+  called(portIn(server.line()), "window.GetCurrentChannel_Name");
+  server.send(SIGTERM);
+  server.wait();
+  EXPECT_EQ(test::contentOf(folder / "other.txt.d/1.json"), test::contentOf(folder / "from/1.json"));
+  EXPECT_EQ(run({"check", other}).out, allPassed);
+}
+
+TEST_F(ServeTest, RecordsIntoANewFileAlone) {
+  const std::string file = made("rec.txt", "kept");
+  expectRefusal({"--fresh", "--listen", "127.0.0.1:0", "--record", file}, "cannot record to " + file + ": File exists");
+  EXPECT_EQ(test::contentOf(file), "kept");
+  const std::string missing = (folder / "none/rec.txt").string();
+  expectRefusal({"--fresh", "--listen", "127.0.0.1:0", "--record", missing},
+                "cannot record to " + missing + ": No such file or directory");
+}
+
+TEST_F(ServeTest, GoesOnWhereItCantRecordAnyMore) {
+  const std::string file = (folder / "rec.txt").string();
+  Running server(words({"--fresh", "--record", file}), [] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    test::limitFileSize(400);
+  });
+  const unsigned short port = portIn(server.line());
+  for (int time = 0; time < 20; ++time) {
+    EXPECT_NE(called(port, "window.GetTVMode").find("\"result\""), std::string::npos);
+  }
+  server.send(SIGTERM);
+  const Ending ended = server.wait();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "emp-window: cannot record to " + file + ": File too large; the recording has ended\n");
+  EXPECT_EQ(run({"check", file}).out, allPassed);
 }
 
 TEST_F(ServeTest, EndsWithItsInputWhereThatIsAskedFor) {
@@ -417,6 +504,24 @@ TEST_F(ServeOnTerminalTest, LinesGoToTheShellEvenWhereTheEndOfTheInputEndsIt) {
   other.type("\x04");
   other.readUntil("nothing more");
   EXPECT_EQ(other.wait(), 0);
+}
+
+TEST_F(ServeOnTerminalTest, WhatIsTypedIsRecordedBesideWhatClientsDo) {
+  const std::string file = (folder / "rec.txt").string();
+  OnTerminal typed({"serve", "--fresh", "--listen", "127.0.0.1:0", "--record", file});
+  const std::string line = typed.readUntil("/\r\n");
+  typed.readUntil("\n> ");
+  typed.type(".set region 7\nGetTVMode\n");
+  typed.readUntil("int 1\r\n");
+  called(portIn(line.substr(0, line.size() - 2)), "window.GetTVMode");
+  typed.type("\x04");
+  typed.readUntil("nothing more");
+  EXPECT_EQ(typed.wait(), 0);
+  const std::string text = test::contentOf(file);
+  for (const char* part : {"> .set region 7\n", "> .engine main\n", "> .engine 1:main\n", "> GetTVMode\nint 1\n"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << text;
+  }
+  EXPECT_EQ(run({"check", file}).out, "transcripts: 1 passed, 0 failed\n");
 }
 
 TEST_F(ServeOnTerminalTest, QuitEndsTheServer) {

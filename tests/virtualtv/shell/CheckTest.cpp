@@ -132,7 +132,7 @@ TEST_F(CheckTest, AFaultNeverHitFailsTheLineThatSetIt) {
 
 TEST_F(CheckTest, FindingsAreOneLineEach) {
   EXPECT_EQ(checked("> .fault vconf_get_str 'result=a\x01\\b'\n").findings,
-            Lines{file() + ":1: a fault was never hit: vconf_get_str times=1 result='a\\x01\\b'"});
+            Lines{file() + ":1: a fault was never hit: vconf_get_str times=1 result=$'a\\001\\\\b'"});
   EXPECT_EQ(checked("> .fault a\x01 result=0\nerror: no operation 'a\\x01'; '.help operations' lists them\n").findings,
             Lines{file() + ":1: unknown operation a\\x01"});
 }

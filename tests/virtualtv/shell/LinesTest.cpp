@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "text/Units.h"
+
 namespace virtualtv::shell {
 namespace {
 
@@ -48,6 +50,12 @@ TEST(SplitWords, BetweenDoubleQuotesABackslashKeepsOnlyTheSpecialOnes) {
   EXPECT_EQ(splitWords("\"\\\"\\\\\\$\\`\\n\\'\""), Lines{"\"\\$`\\n\\'"});
 }
 
+TEST(SplitWords, BehindADollarSingleQuotesHaveEscapes) {
+  EXPECT_EQ(splitWords(R"($'a b\n\r\t\'\"\\' x$'\x41\102'y $'')"), (Lines{"a b\n\r\t'\"\\", "xABy", ""}));
+  EXPECT_EQ(splitWords(R"($'\xfF\377\000')"), (Lines{std::string("\xFF\xFF\0", 3)}));
+  EXPECT_EQ(splitWords(R"("$'\n'" \$'\n' '$'\n $"a" $)"), (Lines{"$'\\n'", "$\\n", "$n", "$a", "$"}));
+}
+
 TEST(SplitWords, NothingIsExpandedAndNothingIsAComment) {
   EXPECT_EQ(splitWords("$HOME * ~ `x` # y ; & | > <"),
             (Lines{"$HOME", "*", "~", "`x`", "#", "y", ";", "&", "|", ">", "<"}));
@@ -57,7 +65,7 @@ TEST(SplitWords, AnOpenQuoteOrALoneBackslashIsAnErrorThatSaysWhere) {
   const std::pair<const char*, const char*> bad[] = {
       {"a 'b c", "no closing ' for the one at column 3"},       {"a \"b", "no closing \" for the one at column 3"},
       {"'a' \"b\\\"", "no closing \" for the one at column 5"}, {"a \\", "nothing behind the \\ at column 3"},
-      {"\"a\\", "no closing \" for the one at column 1"},
+      {"\"a\\", "no closing \" for the one at column 1"},       {"a $'b\\'", "no closing ' for the one at column 3"},
   };
   for (const auto& [line, reason] : bad) {
     try {
@@ -67,6 +75,30 @@ TEST(SplitWords, AnOpenQuoteOrALoneBackslashIsAnErrorThatSaysWhere) {
       EXPECT_STREQ(error.what(), reason) << line;
     }
   }
+}
+
+TEST(SplitWords, AnUnknownEscapeIsAnErrorThatSaysWhere) {
+  for (const char* bad : {"\\q", "\\x4", "\\x4g", "\\12", "\\400", "\\8", "\\x-1", "\\ "}) {
+    try {
+      splitWords("a $'b" + std::string(bad) + "'");
+      ADD_FAILURE() << bad;
+    } catch (const std::invalid_argument& error) {
+      EXPECT_STREQ(error.what(), "an unknown escape in $'...' at column 6") << bad;
+    }
+  }
+}
+
+TEST(AsWord, IsReadAsTheTextAndCanBeShown) {
+  for (const std::string text : {"plain", "a b", "it's", "say \"x\"", "back\\slash", "\\x41", "a\nb", "\t", "'\r\\x\\",
+                                 "\x01"
+                                 "7",
+                                 "\xFF\xC3\xA9", "\xC2\x85", "\xE6\x97\xA5", "$'a'", "", "#"}) {
+    const std::string word = text::asWord(text);
+    EXPECT_EQ(splitWords("x=" + word), Lines{"x=" + text}) << word;
+    EXPECT_EQ(oneLine(word), word);
+  }
+  EXPECT_EQ(text::asWord("a\nb'\\x\xFF\x01"), R"($'a\nb\'\134x\377\001')");
+  EXPECT_EQ(text::asWord("it's"), R"('it'\''s')");
 }
 
 TEST(OneLine, LeavesPrintableTextAloneAndEscapesOtherBytes) {
@@ -103,6 +135,10 @@ TEST(SplitHalfTyped, TellsWhatIsOpen) {
   EXPECT_EQ(splitHalfTyped("a 'b c").quote, '\'');
   EXPECT_EQ(splitHalfTyped("a \"b \\\"c").last, "b \"c");
   EXPECT_EQ(splitHalfTyped("a \"b \\\"c").quote, '"');
+  EXPECT_EQ(splitHalfTyped("a $'b\\n").last, "b\n");
+  EXPECT_EQ(splitHalfTyped("a $'b\\n").quote, '$');
+  EXPECT_EQ(splitHalfTyped("a $'b\\q").last, "b\\q");
+  EXPECT_TRUE(splitHalfTyped("a $'b\\").escape);
   for (const char* line : {"a\\", "\"a\\"}) EXPECT_TRUE(splitHalfTyped(line).escape) << line;
   for (const char* line : {"a\\\\", "\"a\\\\", "\"a\\b", "'a\\"}) EXPECT_FALSE(splitHalfTyped(line).escape) << line;
 }
@@ -112,6 +148,7 @@ TEST(AsTyped, IsReadAsTheTextItself) {
     EXPECT_EQ(splitWords("x" + asTyped(text)), Lines{"x" + text});
     EXPECT_EQ(splitWords("x'" + asTyped(text, '\'') + "'"), Lines{"x" + text});
     EXPECT_EQ(splitWords("x\"" + asTyped(text, '"') + "\""), Lines{"x" + text});
+    EXPECT_EQ(splitWords("x$'" + asTyped(text, '$') + "'"), Lines{"x" + text});
   }
   EXPECT_EQ(asTyped("sp ace/it's"), "sp\\ ace/it\\'s");
   EXPECT_EQ(asTyped("sp ace/$it's", '"'), "sp ace/\\$it's");

@@ -179,6 +179,8 @@ export interface Tv {
   settings(): Promise<{key: string, value: string | number}[]>
   setSetting(key: string, value: string | number): Promise<Revision>
   removeSetting(key: string): Promise<Revision>
+  /** Runs a transcript on a set of the server's own, which leaves the one that is served alone. */
+  check(transcript: string): Promise<{passed: boolean, diff: string}>
   /** Imports a channel list, given as its text. */
   import(content: string, options?: ImportOptions): Promise<ImportResult>
   sessions(): Promise<{session: string, connected: boolean, shared: boolean, engines: string[]}[]>

@@ -397,6 +397,7 @@ class Tv {
   async settings() { return (await this.call('tv.settings')).settings }
   setSetting(key, value) { return this.call('tv.setSetting', {key, value}) }
   removeSetting(key) { return this.call('tv.removeSetting', {key}) }
+  check(transcript) { return this.call('tv.check', {transcript}) }
   import(content, options = {}) { return this.call('tv.import', {content, ...options}) }
   async sessions() { return (await this.call('tv.sessions')).sessions }
   restart() { return this.call('tv.restart') }
