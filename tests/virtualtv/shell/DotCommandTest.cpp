@@ -41,6 +41,7 @@ TEST_F(DotCommandTest, TraceShowsTheCallsOfClosingAnEngine) {
   run(".trace on");
   run("int 1");
   EXPECT_EQ(lines(".reopen"), (Lines{closing, opening}));
+  EXPECT_EQ(lines(".close"), Lines{closing});
 }
 
 TEST_F(DotCommandTest, TraceShowsTheCallsOfAllEnginesThatARestartCloses) {

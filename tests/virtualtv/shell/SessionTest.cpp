@@ -167,6 +167,30 @@ TEST_F(SessionTest, AnEngineNeedsAName) {
   EXPECT_EQ(run(".engine ''"), "error: an engine needs a name");
 }
 
+TEST_F(SessionTest, AnEngineThatWasClosedIsOpenedAnewByACommandWithItsApplication) {
+  run(".app mine");
+  run("count");
+  run(".engine second");
+  EXPECT_EQ(run(".close main"), "");
+  EXPECT_EQ(run(".engine"), "engine second (in use)");
+  EXPECT_EQ(run(".close main"), "error: the engine 'main' is not open");
+  EXPECT_EQ(run(".close"), "");
+  EXPECT_EQ(run(".engine"), "no engine is open");
+  EXPECT_EQ(run("count"), "int 1");
+  EXPECT_EQ(run(".engine"), "engine second (in use)");
+  run(".engine main");
+  EXPECT_EQ(run("count"), "int 1");
+  EXPECT_EQ(run("app"), "ascii mine");
+  EXPECT_EQ(run(".close a b"), "error: usage: .close [NAME]");
+}
+
+TEST_F(SessionTest, WordsMayHaveControlCharactersButNoCommandANull) {
+  EXPECT_EQ(run("lines $'a\\nb' $'\\x63\\144'"), "ascii |\n| a\n| b\n| cd\\");
+  EXPECT_EQ(run("echo $'a\\000b'"), "error: a command takes no null characters");
+  EXPECT_EQ(run(".vconf set k str $'a\\000b'"), "");
+  EXPECT_EQ(run(".vconf get k"), "str \"a\\u0000b\"");
+}
+
 TEST_F(SessionTest, ReopenMakesANewEngine) {
   run("count");
   run("count");
