@@ -1,6 +1,6 @@
 #include "rpc/Examples.h"
 
-#include <charconv>
+#include <algorithm>
 #include <map>
 #include <stdexcept>
 #include <string_view>

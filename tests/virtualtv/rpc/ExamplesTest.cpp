@@ -13,12 +13,12 @@ class Examples : public RpcTest {
  protected:
   /// The examples of a command in the document.
   Json::Value examplesOf(const std::string& command) {
-    for (const Json::Value& method : document_["methods"]) {
+    for (const Json::Value& method : document["methods"]) {
       if (method["name"] == "window." + command) return method["examples"];
     }
     return {};
   }
-  Json::Value document_ = posted("rpc.discover")["result"];
+  Json::Value document = posted("rpc.discover")["result"];
 };
 
 TEST_F(Examples, AreThereOfEveryCommand) {
