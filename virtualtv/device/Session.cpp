@@ -155,6 +155,9 @@ void Session::openEngine() {
   device_.tv();
   const std::string name = key(engine_);
   if (device_.host().isOpen(name)) return;
+  if (openEngines().size() >= mostEngines_) {
+    throw std::invalid_argument("the session has " + std::to_string(mostEngines_) + " engines open, as many as may be");
+  }
   const Application& application = applications_[engine_];
   if (!device_.host().open(name, {0, application.appId, application.widgetId, ""})) {
     throw std::runtime_error("engine '" + engine_ + "' could not be opened");

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -78,6 +79,9 @@ class Session {
   /// @throws std::invalid_argument when there is no name, TooManyParameters when there are too many.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
 
+  /// Has no more engines than these open at a time from now on: those that open one throw std::invalid_argument.
+  void limitEngines(std::size_t most) { mostEngines_ = most; }
+
   /// Closes the engines of this session. @param why  in a word or two.
   void closeEngines(const std::string& why);
   /// Back to the start: the first engine in use, no application.
@@ -98,6 +102,7 @@ class Session {
   Device& device_;
   std::string name_;
   std::string engine_ = firstEngine;
+  std::size_t mostEngines_ = std::numeric_limits<std::size_t>::max();
   std::map<std::string, Application> applications_;  ///< by engine
   std::uint64_t commands_ = 0;                       ///< that were run
 };

@@ -129,6 +129,7 @@ class Scan {
     if (followed) ++at_;
     const unsigned second = followed ? unit() : 0;
     if (second >= 0xDC00 && second <= 0xDFFF) return;
+    if (limits_.loneSurrogates) return;
     at_ = start;
     fail("half of a surrogate pair alone is no character");
   }

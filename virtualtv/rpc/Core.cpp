@@ -16,11 +16,13 @@ namespace virtualtv::rpc {
 
 namespace {
 
-constexpr json::Limits limits{.depth = 100, .values = 1'000'000};
+constexpr json::Limits limits{.depth = 100, .values = 1'000'000, .loneSurrogates = true};
 constexpr std::size_t longestBatch = 1000;
 constexpr std::size_t mostWaiting = 64;
 constexpr std::chrono::seconds longestUnused{30};
 constexpr std::size_t mostUnsent = 8U << 20U;
+constexpr std::size_t mostEngines = 16;         // a session
+constexpr std::uint64_t longestHeld = 600'000;  // milliseconds
 
 std::string randomId() {
   std::random_device random;
@@ -39,16 +41,39 @@ void appendError(std::string& response, const Failure& failure) {
   json::append(response, errorOf(failure));
 }
 
-std::string refusal(const Failure& failure) {
-  std::string response = responseTo("null");
+std::string refusal(const Failure& failure, std::string_view id = "null") {
+  std::string response = responseTo(id);
   appendError(response, failure);
   return response += '}';
+}
+
+/// The response to a request that is refused unread; empty for a notification.
+std::string refusalOf(std::string_view text, const Failure& failure) {
+  try {
+    const Request request = requestIn(text);
+    return request.id.empty() ? "" : refusal(failure, request.id);
+  } catch (const NotARequest& wrong) {
+    return refusal(wrong, wrong.id);
+  }
 }
 
 }  // namespace
 
 /// A message at work.
 struct Job {
+  /// A message that is refused as a whole has its reply at once.
+  Job(std::string_view text, Core::Answered receiver) : answered(std::move(receiver)) {
+    try {
+      read(text);
+    } catch (const json::NotJson& error) {
+      reply = refusal({Code::notJson, error.what()});
+    } catch (const Failure& failure) {
+      reply = refusal(failure);
+    } catch (const std::bad_alloc&) {
+      reply = refusal({Code::internal, "not enough memory to read the message"});
+    }
+  }
+
   /// @throws json::NotJson, Failure for a message that is refused as a whole.
   void read(std::string_view text) {
     json::checkReadable(text, limits);
@@ -73,6 +98,7 @@ struct Job {
     return message;
   }
   void add(std::string response) {
+    if (response.empty()) return;
     if (!isBatch) {
       reply = std::move(response);
       return;
@@ -81,9 +107,21 @@ struct Job {
     reply += response;
   }
 
+  /// Answers what is left of it with a failure, the request under way too.
+  void refuseRest(const Failure& failure) {
+    if (!under.empty()) add(refusal(failure, under));
+    while (const auto request = next()) add(refusalOf(*request, failure));
+    close();
+  }
+  /// Ends the reply.
+  void close() {
+    if (isBatch && reply.starts_with('[')) reply += ']';
+  }
+
   std::string message;
   std::optional<json::Parts> rest;  ///< of its requests; none of a message that is refused
   bool isBatch = false;
+  std::string under;  ///< the id of the request that is held back; empty where there is none, and for a notification
   std::string reply;
   std::vector<std::function<void()>> behind;
   bool lacksSession = false;  ///< it is refused as a whole: no session is free
@@ -115,6 +153,7 @@ Seat& Core::open() {
   }
   const std::string name = id_ + "-" + std::to_string(++lastSession_);
   const auto seat = std::make_shared<Seat>(device_, name, files());
+  seat->shell.client().limitEngines(mostEngines);
   seats_.emplace(name, seat);
   events_.tellOfSession(name, "opened");
   return *seat;
@@ -145,7 +184,9 @@ void Core::close(const std::string& id) {
   const std::deque<std::shared_ptr<Job>> waiting = std::exchange(seat->queue, {});
   for (const std::shared_ptr<Job>& job : waiting) {
     const bool isRunning = job == waiting.front() && seat->isAtWork && !seat->isHeld;
-    if (!isRunning) job->answered(refusal({Code::noSuchSession, "the session has ended"}));
+    if (isRunning) continue;
+    job->refuseRest({Code::noSuchSession, "the session has ended"});
+    job->answered(std::move(job->reply));
   }
   seat->shell.client().closeEngines("session ended");
   events_.tell(events_.collect());
@@ -176,18 +217,7 @@ void Core::endWhenUnused(const Seat& seat) {
 void Core::enqueue(Seat& seat, std::string_view message, Answered answered) {
   ++seat.uses;
   if (seat.outlet == nullptr && !seat.isShared) endWhenUnused(seat);
-  const auto job = std::make_shared<Job>();
-  job->answered = std::move(answered);
-  try {
-    job->read(message);
-  } catch (const json::NotJson& error) {
-    job->reply = refusal({Code::notJson, error.what()});
-  } catch (const Failure& failure) {
-    job->reply = refusal(failure);
-  } catch (const std::bad_alloc&) {
-    job->reply = refusal({Code::internal, "not enough memory to read the message"});
-  }
-  seat.queue.push_back(job);
+  seat.queue.push_back(std::make_shared<Job>(message, std::move(answered)));
   const std::shared_ptr<Seat> kept = seats_.at(seat.id);  // a message may end the session
   work(kept);
 }
@@ -197,7 +227,9 @@ void Core::post(std::string_view message, const std::optional<std::string>& sess
   try {
     found = session ? &seat(*session) : &shared();
   } catch (const NoSuchSession& error) {
-    return answered(refusal({Code::noSuchSession, error.what()}));
+    Job job(message, {});
+    job.refuseRest({Code::noSuchSession, error.what()});
+    return answered(std::move(job.reply));
   } catch (const TooManySessions&) {
     return answered(std::nullopt);
   }
@@ -212,7 +244,7 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
     const std::shared_ptr<Job> job = seat->queue.front();
     if (!goOn(seat, *job)) return;
     if (!seat->queue.empty()) seat->queue.pop_front();  // it may have ended the session
-    if (job->isBatch && job->reply.starts_with('[')) job->reply += ']';
+    job->close();
     job->answered(job->lacksSession ? std::nullopt : std::optional(std::move(job->reply)));
     for (const auto& behind : job->behind) behind();
   }
@@ -225,25 +257,27 @@ bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
     std::string response = answer(*seat, *request, job);
     Events::Ran ran = events_.collect();
     if (ran.delay > 0 && options_.waits) {
+      job.under = response.empty() ? "" : requestIn(*request).id;
       hold(seat, std::move(ran), std::move(response));
       return false;
     }
     events_.tell(std::move(ran));
-    if (!response.empty()) job.add(std::move(response));
+    job.add(std::move(response));
   }
   return true;
 }
 
 /// Goes on with a session's work after the time that its command took on the set.
 void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response) {
-  const std::chrono::milliseconds delay(ran.delay);
+  const std::chrono::milliseconds delay(std::min(ran.delay, longestHeld));
   seat->isHeld = true;
   const auto held = std::make_shared<std::pair<Events::Ran, std::string>>(std::move(ran), std::move(response));
   options_.after(delay, [this, seat, held, alive = std::weak_ptr(alive_)] {
     if (alive.expired()) return;
     events_.tell(std::move(held->first));
     if (seat->queue.empty()) return;  // the session has ended
-    if (!held->second.empty()) seat->queue.front()->add(std::move(held->second));
+    seat->queue.front()->under.clear();
+    seat->queue.front()->add(std::move(held->second));
     seat->isHeld = false;
     seat->isAtWork = false;
     work(seat);
@@ -255,8 +289,8 @@ std::string Core::answer(Seat& seat, std::string_view text, Job& job) {
   Request request;
   try {
     request = requestIn(text);
-  } catch (const Failure& failure) {
-    return refusal(failure);
+  } catch (const NotARequest& wrong) {
+    return refusal(wrong, wrong.id);
   }
   std::string response = responseTo(request.id);
   const std::size_t start = response.size();
@@ -277,7 +311,7 @@ std::string Core::answer(Seat& seat, std::string_view text, Job& job) {
 void Core::appendResult(Seat& seat, const Request& request, std::vector<std::function<void()>>& behind,
                         std::string& response) {
   const Method* const method = findMethod(request.method);
-  if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + request.method + "'");
+  if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + nameShown(request.method) + "'");
   const Params params(method->parameters, request.params);
   const Call call{*this, seat, *method, params, behind};
   response += "\"result\":";

@@ -37,6 +37,13 @@ struct Seat {
   bool isShared = false;                   ///< the one of all requests without a session
 };
 
+/// Names of sessions in the order in which these were opened: a number grows behind the same front.
+struct Earlier {
+  bool operator()(const std::string& left, const std::string& right) const {
+    return left.size() != right.size() ? left.size() < right.size() : left < right;
+  }
+};
+
 /// The server behind its interface: sessions, the calls that wait, events.
 class Core {
  public:
@@ -63,7 +70,8 @@ class Core {
   /// @throws NoSuchSession.
   Seat& seat(const std::string& id);
   void close(const std::string& id);
-  const std::map<std::string, std::shared_ptr<Seat>>& seats() const { return seats_; }
+  using Seats = std::map<std::string, std::shared_ptr<Seat>, Earlier>;
+  const Seats& seats() const { return seats_; }
 
   /// The session of requests that name none.
   Seat& shared();
@@ -95,7 +103,7 @@ class Core {
   std::unique_ptr<shell::FileAccess> filesBeneath_;
   std::string id_;
   std::uint64_t lastSession_ = 0;
-  std::map<std::string, std::shared_ptr<Seat>> seats_;
+  Seats seats_;
   std::string openRpc_;
   Events events_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what waits for a time

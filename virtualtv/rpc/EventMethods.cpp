@@ -64,7 +64,7 @@ std::set<std::string> topicsIn(const Call& call) {
       const std::string name = item.text();
       const auto isIt = [&](const Topic& topic) { return topic.name == name; };
       const bool known = name == everyTopic || std::any_of(rowsOfTopics.begin(), rowsOfTopics.end(), isIt);
-      if (!known) item.refuse("there is no topic '" + name + "'");
+      if (!known) item.refuse("there is no topic '" + nameShown(name) + "'");
       names.insert(name);
     });
     return names;

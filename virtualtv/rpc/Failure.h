@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace virtualtv::rpc {
 
@@ -24,6 +25,9 @@ struct Failure : std::runtime_error {
   Failure(Code failed, const std::string& reason) : std::runtime_error(reason), code(failed) {}
   Code code;
 };
+
+/// A name that a client gave, for a reason: the front of a long one, and without zero bytes, which end reasons.
+std::string nameShown(std::string_view name);
 
 /// The failure that the exception in flight comes to. @param doing  what failed, for messages.
 Failure currentFailure(const std::string& doing);

@@ -29,13 +29,23 @@ std::map<std::string_view, const Method*> index() {
 /// Throws unless a name is that of a parameter.
 void requireKnown(std::span<const Parameter> known, const std::string& name) {
   const auto isIt = [&](const Parameter& parameter) { return parameter.name == name; };
-  if (std::none_of(known.begin(), known.end(), isIt)) refuse(name + ": there is no such parameter; " + namesOf(known));
+  if (std::none_of(known.begin(), known.end(), isIt))
+    refuse(nameShown(name) + ": there is no such parameter; " + namesOf(known));
+}
+
+/// A number such as 1.0 or 3e0 is a whole one.
+void makeWhole(Json::Value& value) {
+  if (value.type() == Json::realValue && value.isInt64()) value = Json::Int64{value.asInt64()};
 }
 
 }  // namespace
 
 Params::Params(std::span<const Parameter> known, std::string_view given) {
-  if (!given.empty()) put(known, json::readChecked(given));
+  try {
+    if (!given.empty()) put(known, json::readChecked(given));
+  } catch (const json::NotJson&) {  // all else was checked
+    refuse("half of a surrogate pair alone is no character");
+  }
   for (const Parameter& parameter : known) {
     if (parameter.required && !has(parameter.name)) refuse("there is no \"" + std::string(parameter.name) + "\"");
   }
@@ -45,10 +55,14 @@ void Params::put(std::span<const Parameter> known, Json::Value given) {
   if (given.isObject()) {
     values_ = std::move(given);
     for (const std::string& name : values_.getMemberNames()) requireKnown(known, name);
+    for (Json::Value& value : values_) makeWhole(value);
     return;
   }
   if (given.size() > known.size()) refuse(std::to_string(given.size()) + " parameters; " + namesOf(known));
-  for (Json::ArrayIndex at = 0; at < given.size(); ++at) values_[std::string(known[at].name)] = std::move(given[at]);
+  for (Json::ArrayIndex at = 0; at < given.size(); ++at) {
+    Json::Value& value = values_[std::string(known[at].name)] = std::move(given[at]);
+    makeWhole(value);
+  }
 }
 
 const Json::Value& Params::value(std::string_view name) const {
@@ -57,6 +71,12 @@ const Json::Value& Params::value(std::string_view name) const {
 }
 
 std::string Params::text(std::string_view name) const {
+  std::string text = content(name);
+  if (text.find('\0') != text.npos) refuse(std::string(name) + ": a text without U+0000 is wanted");
+  return text;
+}
+
+std::string Params::content(std::string_view name) const {
   return read(name, [](const JsonPart& part) { return part.text(); });
 }
 

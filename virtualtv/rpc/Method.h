@@ -40,7 +40,10 @@ class Params {
   bool isGiven(std::string_view name) const { return values_.find(name.data(), name.data() + name.size()) != nullptr; }
   /// Null where it is missing. Owned by this object.
   const Json::Value& value(std::string_view name) const;
+  /// A text without U+0000.
   std::string text(std::string_view name) const;
+  /// Any text.
+  std::string content(std::string_view name) const;
   std::string text(std::string_view name, const std::string& otherwise) const;
   bool truth(std::string_view name, bool otherwise) const;
   std::int64_t number(std::string_view name, const text::Range& range) const;

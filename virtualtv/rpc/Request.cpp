@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "json/Parts.h"
+#include "json/Read.h"
 
 namespace virtualtv::rpc {
 
@@ -37,21 +38,27 @@ bool isId(std::string_view value) {
   return value != "true" && value != "false" && !isList(value);
 }
 
-[[noreturn]] void refuse(const char* reason) {
-  throw Failure(Code::notARequest, reason);
+/// A text; nothing for any other value, and for one that no UTF-8 stands for.
+std::optional<std::string> textOf(std::string_view value) {
+  try {
+    return json::textOf(value);
+  } catch (const json::NotJson&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace
 
 Request requestIn(std::string_view text) {
   json::Parts parts(text);
-  if (!parts.isObject()) refuse("a request is an object");
+  if (!parts.isObject()) throw NotARequest("a request is an object", {});
   const Members members = membersOf(parts);
-  if (json::textOf(members.version) != "2.0") refuse("\"jsonrpc\": \"2.0\" is wanted");
-  std::optional<std::string> method = json::textOf(members.method);
+  if (!isId(members.id)) throw NotARequest("\"id\": a text, a number or null is wanted", {});
+  const auto refuse = [&](const char* reason) { throw NotARequest(reason, members.id); };
+  if (textOf(members.version) != "2.0") refuse("\"jsonrpc\": \"2.0\" is wanted");
+  std::optional<std::string> method = textOf(members.method);
   if (!method) refuse("\"method\": a text is wanted");
   if (!members.params.empty() && !isList(members.params)) refuse("\"params\": an array or an object is wanted");
-  if (!isId(members.id)) refuse("\"id\": a text, a number or null is wanted");
   return {std::move(*method), members.params, members.id};
 }
 

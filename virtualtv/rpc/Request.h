@@ -14,7 +14,14 @@ struct Request {
   std::string_view id;      ///< as JSON; empty for a notification
 };
 
-/// @param text  JSON that was checked; outlives what is read. @throws Failure for what is no request.
+/// What is no request; its answer has the id that it came with, `null` where that can't be told.
+struct NotARequest : Failure {
+  NotARequest(const std::string& reason, std::string_view member)
+      : Failure(Code::notARequest, reason), id(member.empty() ? "null" : member) {}
+  std::string id;  ///< as JSON
+};
+
+/// @param text  JSON that was checked; outlives what is read. @throws NotARequest.
 Request requestIn(std::string_view text);
 
 }  // namespace virtualtv::rpc

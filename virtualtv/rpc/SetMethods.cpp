@@ -44,6 +44,7 @@ Json::Value runLine(const Call& call) {
   }
   Json::Value answer;
   answer["lines"] = Json::arrayValue;
+  if (shell::isRemark(line)) return answer;
   for (const std::string& printed : call.seat.shell.run(line)) answer["lines"].append(printed);
   call.seat.shell.ended = false;  // `.quit` ends what a person types, not a client
   call.core.complain(call.seat.shell.takeRemarks().complaints);
@@ -117,7 +118,7 @@ Json::Value problemOf(const import::Problem& problem) {
   Json::Value json;
   if (problem.line) json["line"] = *problem.line;
   json["at"] = text::printable(problem.at);
-  json["reason"] = text::printable(problem.reason);
+  json["reason"] = text::isPrintable(problem.reason) ? problem.reason : text::printable(problem.reason);
   return json;
 }
 
@@ -130,10 +131,11 @@ Json::Value import(const Call& call) {
     options.format = import::formatNamed(format);
     if (options.format == nullptr) throw std::invalid_argument("format: there is none of the name '" + format + "'");
   }
-  const std::string content = call.params.text("content");
+  const std::string content = call.params.content("content");
+  const std::string name = call.params.text("name", "list");
   ImportReport report;
   try {
-    report = call.core.device().import(call.params.text("name", "list"), content, options);
+    report = call.core.device().import(name, content, options);
   } catch (const StoreError&) {
     throw;
   } catch (const std::runtime_error& error) {

@@ -1,6 +1,8 @@
 // What testers do: faults of the set, and transcripts, on a set of their own.
 #include <array>
 #include <chrono>
+#include <cstdint>
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -37,13 +39,17 @@ std::string wordOf(const Json::Value& value, const std::string& name) {
 }
 
 std::vector<std::string> faultWords(const Call& call) {
-  std::vector<std::string> words{call.params.text("operation")};
-  const auto add = [&](const char* name) {
-    if (call.params.isGiven(name)) words.push_back(std::string(name) + "=" + wordOf(call.params.value(name), name));
-  };
-  for (const char* name : {"nth", "times", "window", "result"}) add(name);
-  const Json::Value& outputs = call.params.value("outputs");
+  const Params& params = call.params;
+  std::vector<std::string> words{params.text("operation")};
+  const auto add = [&](const std::string& name, const std::string& value) { words.push_back(name + "=" + value); };
+  constexpr text::Range count{1, std::numeric_limits<std::int64_t>::max()};
+  if (params.has("nth")) add("nth", std::to_string(params.number("nth", count)));
+  if (params.has("times")) add("times", wordOf(params.value("times"), "times"));
+  if (params.has("window")) add("window", params.text("window"));
+  if (params.isGiven("result")) add("result", wordOf(params.value("result"), "result"));
+  const Json::Value& outputs = params.value("outputs");
   if (!outputs.isNull() && !outputs.isObject()) throw Failure(Code::badParameters, "outputs: an object is wanted");
+  if (!params.isGiven("result") && outputs.empty()) throw std::invalid_argument("a result or outputs are wanted");
   for (const std::string& name : outputs.getMemberNames()) {
     words.push_back("out." + name + "=" + wordOf(outputs[name], "outputs." + name));
   }
@@ -87,7 +93,7 @@ Json::Value clearFaults(const Call& call) {
 /// The set that is served, its engines and who listens to them stand aside meanwhile.
 Json::Value check(const Call& call) {
   constexpr shell::CheckBounds bounds{.inputs = 10'000, .time = std::chrono::seconds(5)};
-  const std::string transcript = call.params.text("transcript");
+  const std::string transcript = call.params.content("transcript");
   kel::CEmpAppBase& app = call.core.device().app();
   const device::DeviceAside aside(app);
   const shell::CheckedFile checked = shell::checkText(app, "transcript", transcript, call.core.files(), bounds);

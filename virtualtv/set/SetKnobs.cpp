@@ -35,11 +35,14 @@ const seam::Operation& operationNamed(const std::string& name) {
   refuse("there is no operation '" + name + "'");
 }
 
+constexpr std::uint64_t longestLatency = 600'000;
+
 std::string getLatency(Tv&, const Parts& parts) {
   return std::to_string(seam::Seam::instance().latency(operationNamed(parts[0])));
 }
 void setLatency(Tv& tv, const Parts& parts, const std::string& value) {
-  tv.setLatency(operationNamed(parts[0]), text::requireNumber<std::uint64_t>(value));
+  constexpr text::Range range{0, longestLatency};
+  tv.setLatency(operationNamed(parts[0]), text::requireNumber<std::uint64_t>(value, range));
 }
 
 constexpr std::array table{
@@ -54,7 +57,7 @@ constexpr std::array table{
     Knob{"tuner.fade", "0 to 255", "how much of the tuner's signal is lost", getNumber<&TvState::fade>, setFade},
     Knob{"clock", "", "milliseconds since the set was switched on", getNumber<&TvState::clock>, nullptr},
     Knob{"services", "", "number of services", getServiceCount, nullptr},
-    Knob{"latency.OPERATION", "milliseconds", "how long each call of a platform operation takes", getLatency,
+    Knob{"latency.OPERATION", "0 to 600000", "milliseconds that each call of a platform operation takes", getLatency,
          setLatency},
 };
 

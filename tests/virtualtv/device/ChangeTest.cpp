@@ -55,7 +55,7 @@ const std::map<std::string, std::pair<std::string, std::string>> texts{
     {"number or auto", {"4", "auto"}},
     {"0 to 255", {"7", "8"}},
     {"on or off", {"off", "on"}},
-    {"milliseconds", {"3", "0"}},
+    {"0 to 600000", {"3", "0"}},
     {"ANTENNA,SERVICE", {"1,0", "2,1"}},
     {"WIDTHxHEIGHT", {"720x576", "1280x720"}},
     {"WIDTHxHEIGHT@RATE", {"720x576@50", "1280x720@25"}},

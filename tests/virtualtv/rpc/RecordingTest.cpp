@@ -235,7 +235,7 @@ class Crowd {
   }
   void post() {
     server_.post(R"({"jsonrpc":"2.0","id":1,"method":"window.SetTVMode","params":[1,2]})", std::nullopt,
-                 [](const std::string&) {});
+                 [](const std::optional<std::string>&) {});
   }
 
   template <typename... Value>
