@@ -69,9 +69,10 @@ class Crowd {
 
   void act() {
     using Act = void (Crowd::*)();
-    static constexpr std::array<std::pair<int, Act>, 16> acts{{{40, &Crowd::runCommand},
+    static constexpr std::array<std::pair<int, Act>, 17> acts{{{40, &Crowd::runCommand},
                                                                {6, &Crowd::runAnything},
                                                                {8, &Crowd::typeLine},
+                                                               {3, &Crowd::closeEngine},
                                                                {8, &Crowd::turnKnob},
                                                                {8, &Crowd::addFault},
                                                                {3, &Crowd::clearFaults},
@@ -166,6 +167,14 @@ class Crowd {
                              "SetWindow $'\\x30'",
                              ".fault IServiceNavigation::GetTvMode engine=second nth=2 times=3 result=0"};
     call("tv.run", list(any(lines)));
+  }
+  /// What it has found is gone then.
+  void closeEngine() {
+    Connected& owner = client();
+    for (const char* const line : {"FindChannel 0 1", below(2) == 0 ? ".close" : ".reopen", "GetChannel_Size"}) {
+      owner.call("tv.run", list(line));
+      clock_.pass(10h);
+    }
   }
   void turnKnob() {
     static const std::array<std::pair<const char*, const char*>, 14> turns{{{"main.source", "17"},
