@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "services/AntennaNames.h"
 #include "set/StateJson.h"
 #include "text/Units.h"
 
@@ -19,22 +20,24 @@ bool isSet(const Service& service, int fieldId) {
   return number(service, fieldId).value_or(0) != 0;
 }
 
-/// The name that stands for a value; null where it has none.
-template <typename Value>
-Json::Value nameOf(const std::vector<std::pair<const char*, Value>>& names, std::optional<Value> value) {
-  for (const auto& [name, named] : names) {
-    if (value == named) return name;
+/// Null where the service does not tell its antenna, or a number that is none's.
+Json::Value antennaOf(const Service& service) {
+  const auto antenna = number(service, TCServiceData::ANTENNA_MODE);
+  const char* const name = antenna ? antennaName(*antenna) : nullptr;
+  return name == nullptr ? Json::Value() : Json::Value(name);
+}
+
+/// Likewise.
+Json::Value kindIn(const Service& service) {
+  const auto type = number(service, TCServiceData::CHANNEL_TYPE);
+  const auto kind = type ? kindOf(*type) : std::nullopt;
+  for (const auto& [name, named] : kindNames()) {
+    if (kind == named) return name;
   }
   return {};
 }
 
 }  // namespace
-
-const std::vector<std::pair<const char*, EAntennaMode>>& antennaNames() {
-  static const std::vector<std::pair<const char*, EAntennaMode>> names{
-      {"terrestrial", ANTENNA_TERRESTRIAL}, {"cable", ANTENNA_CABLE}, {"satellite", ANTENNA_SATELLITE}};
-  return names;
-}
 
 const std::vector<std::pair<const char*, ServiceKind>>& kindNames() {
   static const std::vector<std::pair<const char*, ServiceKind>> names{
@@ -44,10 +47,8 @@ const std::vector<std::pair<const char*, ServiceKind>>& kindNames() {
 
 Json::Value serviceDocument(ServiceKey key, const Service& service) {
   Json::Value json = jsonOf(key, service);
-  const auto antenna = number(service, TCServiceData::ANTENNA_MODE);
-  json["antenna"] = nameOf(antennaNames(), antenna ? std::optional(static_cast<EAntennaMode>(*antenna)) : std::nullopt);
-  const auto type = number(service, TCServiceData::CHANNEL_TYPE);
-  json["kind"] = nameOf(kindNames(), type ? kindOf(*type) : std::nullopt);
+  json["antenna"] = antennaOf(service);
+  json["kind"] = kindIn(service);
   json["group"] = text::wellFormed(service.group);
   json["locked"] = isSet(service, TCServiceData::LOCK);
   json["hidden"] = isSet(service, HIDDEN);

@@ -7,12 +7,10 @@
 
 #include "services/ChannelType.h"
 #include "services/Service.h"
-#include "tvservice/TVServiceTypes.h"
 
 namespace virtualtv::rpc {
 
-/// What clients call the antennas and kinds of services.
-const std::vector<std::pair<const char*, EAntennaMode>>& antennaNames();
+/// What clients call the kinds of services.
 const std::vector<std::pair<const char*, ServiceKind>>& kindNames();
 
 /// A service as lists of services tell it.

@@ -11,6 +11,7 @@
 #include "rpc/ReplyJson.h"
 #include "rpc/Schemas.h"
 #include "rpc/ServiceJson.h"
+#include "services/AntennaNames.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
 #include "set/SnapshotJson.h"
@@ -80,8 +81,8 @@ Json::Value reset(const Call& call) {
 
 // Services.
 
-template <typename Value>
-Value oneOf(const Call& call, std::string_view parameter, const std::vector<std::pair<const char*, Value>>& named) {
+template <typename Names>
+auto oneOf(const Call& call, std::string_view parameter, const Names& named) {
   const std::string given = call.params.text(parameter);
   std::string names;
   for (const auto& [name, value] : named) {
@@ -94,7 +95,7 @@ Value oneOf(const Call& call, std::string_view parameter, const std::vector<std:
 ServiceQuery queryOf(const Call& call) {
   ServiceQuery query;
   query.text = call.params.text("text", "");
-  if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames());
+  if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames);
   if (call.params.has("kind")) query.kind = oneOf(call, "kind", kindNames());
   if (call.params.has("group")) query.group = call.params.text("group");
   if (call.params.has("favourite")) {

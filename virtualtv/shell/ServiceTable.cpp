@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "channels/Search.h"
+#include "services/AntennaNames.h"
 #include "shell/Table.h"
 #include "text/Numbers.h"
 #include "text/Units.h"
@@ -25,16 +26,8 @@ std::u16string nameOf(const Service& service) {
 std::string antenna(const Service& service) {
   const auto mode = number(service, TCServiceData::ANTENNA_MODE);
   if (!mode) return "-";
-  switch (static_cast<std::int64_t>(*mode)) {
-    case ANTENNA_TERRESTRIAL:
-      return "terrestrial";
-    case ANTENNA_CABLE:
-      return "cable";
-    case ANTENNA_SATELLITE:
-      return "satellite";
-    default:
-      return std::to_string(static_cast<std::int64_t>(*mode));
-  }
+  const char* const name = antennaName(*mode);
+  return name == nullptr ? std::to_string(static_cast<std::int64_t>(*mode)) : name;
 }
 
 /// As viewers know it: major number, and minor number where there is one.
