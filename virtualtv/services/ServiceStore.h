@@ -10,6 +10,7 @@
 
 #include "services/Query.h"
 #include "services/Service.h"
+#include "services/ServiceImage.h"
 #include "services/ServiceTables.h"
 #include "store/Database.h"
 #include "tvservice/TCCriteriaHelper.h"
@@ -43,6 +44,8 @@ class ServiceStore {
   std::optional<Service> read(ServiceKey key) const;
   /// All services by their keys.
   std::map<ServiceKey, Service> all() const;
+  /// The services as they are now, to be read later. No transaction may be under way.
+  ServiceImage image() const { return ServiceImage(database_); }
   /// The service of an id, the first in list order should several have it.
   std::optional<ServiceKey> keyOf(std::uint64_t serviceId) const;
 

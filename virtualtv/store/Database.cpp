@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -55,6 +56,8 @@ std::string reasonOf(int code, sqlite3* handle, const std::string& file) {
       return obstacle(file);
     case SQLITE_IOERR:
       return "writing to the disk failed";
+    case SQLITE_NOMEM:
+      return sqlite3_errstr(SQLITE_NOMEM);  // SQLite need not have noted it
     case SQLITE_ABORT:
       return "an earlier failure has undone the transaction";
     default:
@@ -84,6 +87,17 @@ Database::Database(Memory, const Database& original) : Database(inMemory) {
   const int code = sqlite3_backup_step(copy, -1);
   sqlite3_backup_finish(copy);
   if (code != SQLITE_DONE) fail(action, code);
+}
+
+Database::Database(Memory, const DatabaseImage& image) : Database(inMemory) {
+  constexpr const char* action = "copy it";
+  const auto size = static_cast<sqlite3_int64>(image.size());
+  auto* const bytes = static_cast<unsigned char*>(sqlite3_malloc64(image.size()));
+  if (bytes == nullptr) fail(action, SQLITE_NOMEM);
+  std::copy(image.begin(), image.end(), bytes);
+  const int code = sqlite3_deserialize(handle(), "main", bytes, size, size,
+                                       SQLITE_DESERIALIZE_FREEONCLOSE);  // frees them on failure
+  if (code != SQLITE_OK) fail(action, code);
 }
 
 Database::Database(const std::filesystem::path& file, Schema schema, const Fill& fill,
@@ -230,6 +244,19 @@ void Database::migrate(Schema schema, const Fill& fill) {
                             "; PRAGMA user_version = " + std::to_string(schema.size());
   execute(marks.c_str(), action);
   transaction.commit();
+}
+
+DatabaseImage Database::image() const {
+  sqlite3_int64 size = 0;
+  const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(sqlite3_serialize(handle(), "main", &size, 0),
+                                                                      &sqlite3_free);
+  if (!bytes) fail("copy it", SQLITE_NOMEM);
+  DatabaseImage image(bytes.get(), bytes.get() + size);
+  // The header says whether a log belongs to the file. None does to an image.
+  constexpr std::size_t writeVersion = 18;
+  constexpr unsigned char withoutLog = 1;
+  image.at(writeVersion) = image.at(writeVersion + 1) = withoutLog;
+  return image;
 }
 
 void Database::execute(const char* sql, const char* action) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "store/SideFile.h"
 
@@ -16,6 +17,9 @@ namespace virtualtv {
 /// The steps that lead to a schema, in SQL: step n takes a database from version n to version n + 1, an empty one being
 /// of version 0. A step that was ever released is never changed; a new version adds one.
 using Schema = std::span<const char* const>;
+
+/// What a database held at a moment, as the bytes of a file.
+using DatabaseImage = std::vector<unsigned char>;
 
 /// One SQLite database, open for as long as the object lives, used from one thread. A file is kept in write-ahead mode
 /// with every commit on the disk before it returns, and is held for this object alone: a second one that opens it
@@ -39,6 +43,9 @@ class Database {
   /// A copy in memory of one that no transaction is under way on. @throws StoreError when there is no memory for it.
   Database(Memory, const Database& original);
 
+  /// A copy in memory from an image. @throws StoreError when there is no memory for it.
+  Database(Memory, const DatabaseImage& image);
+
   /// Opens a file, or makes it in a directory that exists, and brings it to the newest version of `schema`.
   /// @param fill  is called in the transaction that does so, for a new file as for an older one: once a file has its
   ///     tables, it has its first rows.
@@ -53,6 +60,9 @@ class Database {
 
   /// The file, or that it is memory, as errors name it.
   const std::string& name() const { return name_; }
+
+  /// All that it holds, as it is now. No transaction may be under way. @throws StoreError when it can't be read.
+  DatabaseImage image() const;
 
   /// Runs SQL that answers no rows. @param action  as for `Statement`.
   void execute(const char* sql, const char* action);

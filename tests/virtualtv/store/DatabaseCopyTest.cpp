@@ -53,6 +53,48 @@ TEST_F(DatabaseCopy, OutlivesTheOriginal) {
   EXPECT_EQ(count(copy), 1);
 }
 
+TEST_F(DatabaseCopy, OfAnImageHasTheRowsThatThereWereWhenItWasTaken) {
+  const DatabaseImage image = original.image();
+  add(original);
+  Database copy(Database::inMemory, image);
+  EXPECT_EQ(count(copy), things);
+  add(copy);
+  Database another(Database::inMemory, image);
+  EXPECT_EQ(count(another), things);
+}
+
+/// What is in the log of a file is in the image, which has none.
+TEST_F(DatabaseCopy, OfTheImageOfAFileHasItsRows) {
+  const TemporaryDirectory directory;
+  Database file(directory.path() / "file", schema, add);
+  add(file);
+  const DatabaseImage image = file.image();
+  Database copy(Database::inMemory, image);
+  EXPECT_EQ(count(copy), 2);
+  add(copy);
+  EXPECT_EQ(count(copy), 3);
+  add(file);
+  EXPECT_EQ(count(file), 3);
+}
+
+TEST_F(DatabaseCopy, OfAnImageTellsThatThereIsNoMemory) {
+  const DatabaseImage image = original.image();
+  sqlite3_hard_heap_limit64(sqlite3_memory_used() + 1024);
+  const std::string noImage = failureOf([&] { original.image(); });
+  sqlite3_hard_heap_limit64(0);
+  EXPECT_EQ(noImage, "memory: cannot copy it: out of memory");
+  std::set<std::string> failures;
+  std::string failure = "none yet";
+  for (int room = 1024; !failure.empty(); room += 1024) {
+    sqlite3_hard_heap_limit64(sqlite3_memory_used() + room);
+    failure = failureOf([&] { Database(Database::inMemory, image); });
+    sqlite3_hard_heap_limit64(0);
+    failures.insert(failure);
+  }
+  EXPECT_EQ(failures, (std::set<std::string>{"", "memory: cannot copy it: out of memory",
+                                             "memory: cannot open it: out of memory"}));
+}
+
 /// Wherever the memory ends, the reason is told, and the original is as it was.
 TEST_F(DatabaseCopy, TellsThatThereIsNoMemory) {
   constexpr int step = 1024;
