@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "services/ServiceStore.h"
 #include "set/Knobs.h"
 
 namespace virtualtv::device {
@@ -14,6 +15,8 @@ namespace {
 using framework::LogLine;
 using seam::Fault;
 using seam::Seam;
+
+constexpr int allLevels = 3;
 
 }  // namespace
 
@@ -119,8 +122,19 @@ void Device::clearFaults() {
   while (!faults().empty()) removeFault(faults().front().id);
 }
 
+void Device::remember(History::Bounds bounds) {
+  if (!history_) history_ = std::make_unique<History>(bounds);
+  refresh();
+}
+
+void Device::goBack(std::uint64_t command) {
+  if (!history_) throw std::invalid_argument("no commands are held");
+  restore(history_->behind(command, tv()).set.snapshot());
+}
+
 void Device::tell(const CommandRun& command) {
   happened(command);
+  running_ = 0;
 }
 
 void Device::tell(const Act& act) {
@@ -165,9 +179,13 @@ void Device::happened(const What& what) noexcept {
       const std::shared_ptr<Feed> feed = listed.lock();
       return feed && feed->wants(what);
     };
-    if (std::none_of(feeds_.begin(), feeds_.end(), wanted)) return;
-    deliver(std::make_shared<const Happening>(Happening{revision(), Seam::instance().caller(), what}));
-  } catch (...) {  // NOLINT(bugprone-empty-catch)
+    if (!history_ && std::none_of(feeds_.begin(), feeds_.end(), wanted)) return;
+    const auto happening =
+        std::make_shared<const Happening>(Happening{revision(), Seam::instance().caller(), running_, what});
+    if (history_) history_->add(happening, std::exchange(replacing_, nullptr));
+    deliver(happening);
+  } catch (...) {
+    if (history_) history_->forget();
   }
 }
 
@@ -195,10 +213,10 @@ void Device::forgetEndedFeeds() {
 
 /// Has the seam and the log tell what any feed wants, and no more.
 void Device::refresh() {
-  bool events = false;
-  bool calls = false;
+  bool events = history_ != nullptr;
+  bool calls = events;
   bool acts = false;
-  int level = -1;
+  int level = events ? allLevels : -1;
   for (const std::weak_ptr<Feed>& listed : feeds_) {
     const std::shared_ptr<Feed> feed = listed.lock();
     if (!feed) continue;
@@ -219,7 +237,21 @@ void Device::refresh() {
 void Device::listenToSet(bool on) {
   hearsSet_ = on;
   set_.end();
-  if (on && tv_) set_ = tv_->watch([this](const Event& event) { happened(event.change); });
+  services_.end();
+  if (!on || !tv_) return;
+  set_ = tv_->watch([this](const Event& event) { happened(event.change); });
+  services_ = tv_->watchReplacing([this] { keepServices(); });
+}
+
+/// Without them the history begins anew.
+void Device::keepServices() noexcept {
+  try {
+    replacing_.reset();
+    if (history_ && history_->wantsServices()) {
+      replacing_ = std::make_shared<const ServiceImage>(tv_->services().image());
+    }
+  } catch (...) {  // NOLINT(bugprone-empty-catch)
+  }
 }
 
 void Device::listenToCalls(bool on) {

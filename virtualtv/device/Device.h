@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "device/Feed.h"
+#include "device/History.h"
 #include "device/Loop.h"
 #include "framework/Host.h"
 #include "kel/CEmpAppBase.h"
@@ -96,9 +97,19 @@ class Device {
   void clearFaults();
   const std::vector<seam::Fault>& faults() const { return seam::Seam::instance().faults(); }
 
-  /// True while any feed wants events.
+  /// From now on the last commands are held in a history, with their calls and log messages.
+  void remember(History::Bounds bounds = {});
+  /// Null where nothing is held.
+  const History* history() const { return history_.get(); }
+  /// Makes the set what it persisted right behind a command that is held, as `restore` does.
+  /// @throws std::invalid_argument when it is not; and as `restore`.
+  void goBack(std::uint64_t command);
+
+  /// True while anybody wants to know of commands.
   bool isHeard() const { return hearsSet_; }
-  /// Tells feeds that want events of a command.
+  /// A session begins to run a command: what happens belongs to it until `tell`. @return its number, from 1 on.
+  std::uint64_t begin() { return running_ = ++commands_; }
+  /// The command has ended: tells feeds that want events.
   void tell(const CommandRun& command);
   /// Tells feeds that want acts of one.
   void tell(const Act& act);
@@ -118,6 +129,7 @@ class Device {
   void refresh();
   void listenToSet(bool on);
   void listenToCalls(bool on);
+  void keepServices() noexcept;
 
   kel::CEmpAppBase& app_;
   Storage& storage_;
@@ -131,8 +143,13 @@ class Device {
   int logLevel_ = -1;  ///< that is listened to
   bool hearsCalls_ = false;
   std::vector<std::string> complaints_;
+  std::uint64_t commands_ = 0;                     ///< that sessions have begun
+  std::uint64_t running_ = 0;                      ///< the one at work, 0 for none
+  std::unique_ptr<History> history_;               ///< null while nothing is remembered
+  std::shared_ptr<const ServiceImage> replacing_;  ///< services that are being replaced, where the history wants them
   std::vector<notify::Subscription> engines_;
   notify::Subscription set_;
+  notify::Subscription services_;
   notify::Subscription log_;
 };
 

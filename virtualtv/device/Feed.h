@@ -90,9 +90,13 @@ struct Happening {
 
   std::uint64_t revision;  ///< of the set, right behind it
   seam::Caller caller;     ///< the engine at work, and the number of its command; empty where none is
+  std::uint64_t command;   ///< that a session was running, counted over all of them; 0 where none was
   What what;
   std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
 };
+
+/// What it takes of memory, about, in bytes.
+std::size_t sizeOf(const Happening& happening);
 
 /// What a subscriber asks for.
 struct Wants {

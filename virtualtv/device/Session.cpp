@@ -14,21 +14,26 @@ constexpr int allLevels = 3;
 constexpr char mark = ':';  // between the names of session and engine
 
 /// Puts what happened where it belongs. A key that changed several times has changed once, or not at all.
-Deed deedOf(const Feed::Taken& taken) {
-  Deed deed;
-  std::map<std::string, SettingChanged> keys;
-  for (const auto& happening : taken.happenings) {
-    if (const auto* call = std::get_if<seam::Call>(&happening->what)) deed.calls.push_back(*call);
-    if (const auto* line = std::get_if<framework::LogLine>(&happening->what)) deed.log.push_back(*line);
-    const auto* change = std::get_if<Change>(&happening->what);
+class DeedWriter {
+ public:
+  void add(const Happening& happening) {
+    if (const auto* call = std::get_if<seam::Call>(&happening.what)) deed_.calls.push_back(*call);
+    if (const auto* line = std::get_if<framework::LogLine>(&happening.what)) deed_.log.push_back(*line);
+    const auto* change = std::get_if<Change>(&happening.what);
     const auto* key = change == nullptr ? nullptr : std::get_if<SettingChanged>(change);
-    if (key != nullptr) keys.try_emplace(key->key, *key).first->second.after = key->after;
+    if (key != nullptr) keys_.try_emplace(key->key, *key).first->second.after = key->after;
   }
-  for (auto& [name, key] : keys) {
-    if (key.before != key.after) deed.keys.push_back(std::move(key));
+  Deed take() {
+    for (auto& [name, key] : keys_) {
+      if (key.before != key.after) deed_.keys.push_back(std::move(key));
+    }
+    return std::move(deed_);
   }
-  return deed;
-}
+
+ private:
+  Deed deed_;
+  std::map<std::string, SettingChanged> keys_;
+};
 
 }  // namespace
 
@@ -97,11 +102,14 @@ bool Session::execute(const std::vector<std::string>& words, bool list, std::str
   const std::uint64_t clock = device_.tv().state().clock;
   const Clock::time_point start = Clock::now();
   CommandRun command{.session = name_, .engine = engine_, .words = words, .list = list};
+  const std::uint64_t number = device_.begin();
+  const std::uint64_t runBefore = commands_;
   const auto tell = [&] {
     command.took = Clock::now() - start;
     command.delay = device_.tv().state().clock - clock;
     command.caller = {key(engine_), device_.host().commands(key(engine_))};
     device_.tell(command);
+    if (device_.history() != nullptr && commands_ != runBefore) lastCommand_ = number;
   };
   try {
     command.accepted = run(words[0], parameters, list, ret);
@@ -132,6 +140,7 @@ void Session::closeEngines(const std::string& why) {
 void Session::forget() {
   engine_ = firstEngine;
   applications_.clear();
+  lastCommand_ = 0;
 }
 
 Deed Session::watch(const std::function<void()>& step, std::exception_ptr& thrown) {
@@ -143,11 +152,30 @@ Deed Session::watch(const std::function<void()>& step, std::exception_ptr& throw
     thrown = std::current_exception();
   }
   device_.unsubscribe(feed);
-  Deed deed = deedOf(feed->take());
+  DeedWriter writer;
+  for (const auto& happening : feed->take().happenings) writer.add(*happening);
+  Deed deed = writer.take();
   deed.ran = commands_ != before;
   deed.engine = engine_;
   deed.command = device_.host().commands(key(engine_));
   return deed;
+}
+
+std::optional<Session::Recalled> Session::recall(std::uint64_t command) const {
+  const History* const history = device_.history();
+  Recalled recalled;
+  DeedWriter writer;
+  const auto take = [&](const Happening& happening) {
+    writer.add(happening);
+    const auto* const run = std::get_if<CommandRun>(&happening.what);
+    if (run == nullptr) return;
+    recalled = {run->words, run->list, writer.take()};
+    recalled.deed.engine = run->engine;
+    recalled.deed.command = run->caller.command;
+    recalled.deed.ran = true;
+  };
+  if (history == nullptr || !history->replay(command, take)) return std::nullopt;
+  return recalled;
 }
 
 /// Applications are noted for all engines that this session has opened.

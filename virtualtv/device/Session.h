@@ -82,6 +82,10 @@ class Session {
   /// Has no more engines than these open at a time from now on: those that open one throw std::invalid_argument.
   void limitEngines(std::size_t most) { mostEngines_ = most; }
 
+  /// The last command that an engine of this session was given, by its number on the device; 0 for none, and where
+  /// the device holds none.
+  std::uint64_t lastCommand() const { return lastCommand_; }
+
   /// Closes the engines of this session. @param why  in a word or two.
   void closeEngines(const std::string& why);
   /// Back to the start: the first engine in use, no application.
@@ -89,6 +93,15 @@ class Session {
 
   /// Runs a step. @return what it did, also when it throws: the exception then follows in `thrown`.
   Deed watch(const std::function<void()>& step, std::exception_ptr& thrown);
+
+  /// A command that the device holds, as `CommandRun` tells it, and what it did.
+  struct Recalled {
+    std::vector<std::string> words;
+    bool list = false;
+    Deed deed;
+  };
+  /// @return nothing when it is not held.
+  std::optional<Recalled> recall(std::uint64_t command) const;
 
   /// What the framework knows an engine of this session by.
   std::string key(const std::string& engine) const;
@@ -105,6 +118,7 @@ class Session {
   std::size_t mostEngines_ = std::numeric_limits<std::size_t>::max();
   std::map<std::string, Application> applications_;  ///< by engine
   std::uint64_t commands_ = 0;                       ///< that were run
+  std::uint64_t lastCommand_ = 0;
 };
 
 }  // namespace virtualtv::device

@@ -161,6 +161,14 @@ Message::Message(const char* format, va_list list) : format_(format) {
   }
 }
 
+std::size_t Message::bytes() const {
+  std::size_t bytes = format_.size() + arguments_.capacity() * sizeof(Argument);
+  for (const Argument& argument : arguments_) {
+    if (const auto* text = std::get_if<std::string>(&argument)) bytes += text->size();
+  }
+  return bytes;
+}
+
 std::string Message::text() const {
   return rendered(false);
 }

@@ -19,6 +19,8 @@ class Message {
   Message(const char* format, va_list list);
 
   const std::string& format() const { return format_; }
+  /// What it takes of memory beside itself, about, in bytes.
+  std::size_t bytes() const;
 
   /// What printf writes, of any length.
   std::string text() const;

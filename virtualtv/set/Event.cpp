@@ -1,6 +1,9 @@
 #include "set/Event.h"
 
+#include <type_traits>
 #include <utility>
+
+#include "text/Numbers.h"
 
 namespace virtualtv {
 
@@ -20,13 +23,27 @@ void appendOf(WindowId window, const Value& before, const Value& after, std::vec
 }
 
 template <typename Value>
-void appendKnob(std::string name, const Value& before, const Value& after, std::vector<Change>& changes) {
+void appendKnob(const char* name, const Value& before, const Value& after, std::vector<Change>& changes) {
   if (before == after) return;
-  changes.emplace_back(KnobChanged{std::move(name), std::to_string(before), std::to_string(after)});
+  changes.emplace_back(KnobChanged{name, std::to_string(before), std::to_string(after)});
 }
 
+/// Calls `visitor` with the name of each knob of a state that is a number, and where the number stands.
+template <typename Visit>
+void visitKnobs(Visit visitor) {
+  visitor("start.service", &TvState::startServiceId);
+  visitor("start.source", &TvState::startSource);
+  visitor("region", &TvState::region);
+  visitor("country", &TvState::country);
+  visitor("tuner.fade", &TvState::fade);
+  visitor("clock", &TvState::clock);
+}
+
+constexpr const char* resolutionKnob = ".resolution";
+constexpr const char* automatic = "auto";
+
 std::string resolutionOf(const WindowState& window) {
-  return window.resolution ? std::to_string(*window.resolution) : "auto";
+  return window.resolution ? std::to_string(*window.resolution) : automatic;
 }
 
 void appendWindow(WindowId id, const WindowState& before, const WindowState& after, std::vector<Change>& changes) {
@@ -36,7 +53,8 @@ void appendWindow(WindowId id, const WindowState& before, const WindowState& aft
   appendOf<TracksChanged>(id, before.inUse, after.inUse, changes);
   appendOf<PlaneChanged>(id, before.plane, after.plane, changes);
   if (before.resolution == after.resolution) return;
-  changes.emplace_back(KnobChanged{std::string(nameOf(id)) + ".resolution", resolutionOf(before), resolutionOf(after)});
+  changes.emplace_back(
+      KnobChanged{std::string(nameOf(id)) + resolutionKnob, resolutionOf(before), resolutionOf(after)});
 }
 
 /// Calls `told` with each key of either map, in their order, and what each has for it.
@@ -73,7 +91,95 @@ void appendList(ServiceKey service, const Value& before, const Value& after, std
   if (before != after) changes.emplace_back(Kind{service, before, after});
 }
 
+/// Undoes changes of a state, a function for each kind.
+class UndoState {
+ public:
+  explicit UndoState(TvState& state) : state_(state) {}
+
+  void operator()(const SourceChanged& changed) const {
+    WindowState& window = state_[changed.window];
+    window.sourceState = changed.before.state;
+    window.source = changed.before.source;
+    window.previousSource = changed.before.previous;
+  }
+  void operator()(const ScreenChanged& changed) const {
+    state_[changed.window].service = changed.before.service;
+    state_[changed.window].previousService = changed.before.previous;
+  }
+  void operator()(const ModeChanged& changed) const { state_[changed.window].mode = changed.before; }
+  void operator()(const PlaneChanged& changed) const { state_[changed.window].plane = changed.before; }
+  void operator()(const TracksChanged& changed) const { state_[changed.window].inUse = changed.before; }
+  void operator()(const IspChanged& changed) const { state_.isp = changed.before; }
+  void operator()(const InputChanged& changed) const {
+    for (Input& input : state_.inputs) {
+      if (input.source == changed.before.source) input = changed.before;
+    }
+  }
+  void operator()(const KnobChanged& changed) const {
+    visitKnobs([&](const char* name, auto number) {
+      using Number = std::remove_reference_t<decltype(state_.*number)>;
+      if (changed.name == name) state_.*number = text::requireNumber<Number>(changed.before);
+    });
+    for (const WindowId id : windowIds) {
+      if (changed.name != std::string(nameOf(id)) + resolutionKnob) continue;
+      auto& resolution = state_[id].resolution;
+      resolution.reset();
+      if (changed.before != automatic) resolution = text::requireNumber<int>(changed.before);
+    }
+  }
+  template <typename Other>
+  void operator()(const Other&) const {}
+
+ private:
+  TvState& state_;
+};
+
+/// Undoes changes of a service.
+class UndoService {
+ public:
+  explicit UndoService(Service& service) : service_(service) {}
+
+  void operator()(const FieldChanged& changed) const {
+    service_.numbers.erase(changed.fieldId);
+    service_.texts.erase(changed.fieldId);
+    if (const auto* number = std::get_if<std::uint64_t>(&changed.before)) service_.numbers[changed.fieldId] = *number;
+    if (const auto* units = std::get_if<std::u16string>(&changed.before)) service_.texts[changed.fieldId] = *units;
+  }
+  void operator()(const AudioTracksChanged& changed) const { service_.audio = changed.before; }
+  void operator()(const SubtitleTracksChanged& changed) const { service_.subtitles = changed.before; }
+  void operator()(const FavouritesChanged& changed) const { service_.favourites = changed.before; }
+  template <typename Other>
+  void operator()(const Other&) const {}
+
+ private:
+  Service& service_;
+};
+
 }  // namespace
+
+void undo(const Change& change, TvState& state) {
+  std::visit(UndoState(state), change);
+}
+
+void undo(const Change& change, std::map<std::string, std::optional<Setting>>& settings) {
+  if (const auto* changed = std::get_if<SettingChanged>(&change)) settings[changed->key] = changed->before;
+}
+
+void undo(const Change& change, Service& service) {
+  std::visit(UndoService(service), change);
+}
+
+ServiceKey changedService(const Change& change) {
+  return std::visit(
+      [](const auto& changed) {
+        if constexpr (requires { changed.service; }) {
+          return changed.service;
+        } else {
+          return ServiceKey{0};
+        }
+      },
+      change);
+}
 
 /// A set has the same inputs as long as it lives, in the same order.
 void appendChanges(const TvState& before, const TvState& after, std::vector<Change>& changes) {
@@ -84,12 +190,7 @@ void appendChanges(const TvState& before, const TvState& after, std::vector<Chan
   }
   for (const WindowId id : windowIds) appendWindow(id, before[id], after[id], changes);
   if (!(before.isp == after.isp)) changes.emplace_back(IspChanged{before.isp, after.isp});
-  appendKnob("start.service", before.startServiceId, after.startServiceId, changes);
-  appendKnob("start.source", before.startSource, after.startSource, changes);
-  appendKnob("region", before.region, after.region, changes);
-  appendKnob("country", before.country, after.country, changes);
-  appendKnob("tuner.fade", before.fade, after.fade, changes);
-  appendKnob("clock", before.clock, after.clock, changes);
+  visitKnobs([&](const char* name, auto number) { appendKnob(name, before.*number, after.*number, changes); });
 }
 
 void appendChanges(const std::map<std::string, Setting>& before, const std::map<std::string, Setting>& after,

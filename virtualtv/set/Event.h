@@ -140,4 +140,16 @@ void appendChanges(const std::map<std::string, Setting>& before, const std::map<
                    std::vector<Change>& changes);
 void appendChanges(ServiceKey service, const Service& before, const Service& after, std::vector<Change>& changes);
 
+// The other way: each makes what a change has changed what it was before, and is given the last change first. Changes
+// of other things are passed over.
+
+void undo(const Change& change, TvState& state);
+/// Settings that differ from what they are now: nothing for a key that was not set.
+void undo(const Change& change, std::map<std::string, std::optional<Setting>>& settings);
+/// The service that it is a change of.
+void undo(const Change& change, Service& service);
+
+/// The service that something of was changed; 0 for other changes.
+ServiceKey changedService(const Change& change);
+
 }  // namespace virtualtv

@@ -74,7 +74,7 @@ void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& 
 ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
   ServiceStore& store = storage_.parts().services;
-  std::vector<Change> changes{ServicesChanged{store.size(), 0}};
+  std::vector<Change> changes{replaceServices()};
   Transaction transaction(storage_.parts().database, "import services");
   const ShownInWindows shown = shownIn(state_, store);
   const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
@@ -92,7 +92,7 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
 
 void Tv::removeServices() {
   ServiceStore& store = storage_.parts().services;
-  std::vector<Change> changes{ServicesChanged{store.size(), 0}};
+  std::vector<Change> changes{replaceServices()};
   TvState next = state_;
   for (WindowState& window : next.windows) {
     window.bring(0);

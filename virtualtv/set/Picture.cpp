@@ -41,15 +41,12 @@ bool readLength(const Data& record, int field, int& length) {
   return true;
 }
 
+constexpr std::array pictureFields{int{Data::CHANNEL_TYPE}, int{PICTURE_WIDTH}, int{PICTURE_HEIGHT},
+                                   int{FRAME_RATE},         int{PICTURE_SHAPE}, int{ACTIVE_FORMAT}};
+
 /// A service says what its picture is like as far as it differs from what its channel type usually has.
-std::optional<Picture> pictureOf(Tv& tv, ServiceKey key) {
-  TCCriteriaHelper criteria;
-  for (const int field : {int{Data::CHANNEL_TYPE}, int{PICTURE_WIDTH}, int{PICTURE_HEIGHT}, int{FRAME_RATE},
-                          int{PICTURE_SHAPE}, int{ACTIVE_FORMAT}}) {
-    criteria.Fetch(field);
-  }
-  Data record;
-  if (!tv.services().at(key, criteria, record)) return std::nullopt;
+/// @param record  those of its fields.
+std::optional<Picture> pictureOf(const Data& record) {
   int type = 0;
   record.Get(Data::CHANNEL_TYPE, type);
   if (isSoundOrData(type)) return std::nullopt;
@@ -62,6 +59,39 @@ std::optional<Picture> pictureOf(Tv& tv, ServiceKey key) {
   if (record.Get(PICTURE_SHAPE, shape)) picture.shape = shape == 1 ? Shape::narrow : Shape::wide;
   record.Get(ACTIVE_FORMAT, picture.activeFormat);
   return picture;
+}
+
+std::optional<Data> recordOf(Tv& tv, ServiceKey key) {
+  TCCriteriaHelper criteria;
+  for (const int field : pictureFields) criteria.Fetch(field);
+  Data record;
+  if (!tv.services().at(key, criteria, record)) return std::nullopt;
+  return record;
+}
+
+std::optional<Data> recordOf(const std::optional<Service>& service) {
+  if (!service) return std::nullopt;
+  Data record;
+  for (const int field : pictureFields) {
+    const auto number = service->numbers.find(field);
+    if (number != service->numbers.end()) record.Set(field, number->second);
+  }
+  return record;
+}
+
+/// @param readService  answers the fields of the service on the window's screen, nothing without one.
+template <typename ReadService>
+std::optional<Picture> pictureIn(const TvState& state, WindowId id, ReadService readService) {
+  const WindowState& window = state[id];
+  if (window.sourceState != SOURCE_STATE_SHOWN) return std::nullopt;
+  if (window.source == SOURCE_TV) {
+    const std::optional<Data> record = readService();
+    return record ? pictureOf(*record) : std::nullopt;
+  }
+  for (const Input& input : state.inputs) {
+    if (input.source == window.source) return input.picture;
+  }
+  return std::nullopt;
 }
 
 /// A corner that lies some way from another one; it stays within what a rectangle can tell.
@@ -107,13 +137,11 @@ std::optional<Ratio> contentOf(int activeFormat) {
 }  // namespace
 
 std::optional<Picture> pictureOn(Tv& tv, WindowId id) {
-  const WindowState& window = tv.state()[id];
-  if (window.sourceState != SOURCE_STATE_SHOWN) return std::nullopt;
-  if (window.source == SOURCE_TV) return pictureOf(tv, window.service);
-  for (const Input& input : tv.state().inputs) {
-    if (input.source == window.source) return input.picture;
-  }
-  return std::nullopt;
+  return pictureIn(tv.state(), id, [&] { return recordOf(tv, tv.state()[id].service); });
+}
+
+std::optional<Picture> pictureOn(const TvState& state, WindowId id, const std::optional<Service>& service) {
+  return pictureIn(state, id, [&] { return recordOf(service); });
 }
 
 int resolutionCode(const Picture& picture) {

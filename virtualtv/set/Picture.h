@@ -13,6 +13,8 @@ class Tv;
 /// The picture of what a window shows; nothing without a source, without a signal, on radio and data services, and on a
 /// service whose fields hold no width, height or rate of a picture.
 std::optional<Picture> pictureOn(Tv& tv, WindowId id);
+/// The same in a state. @param service  the one on the window's screen; nothing where there is none.
+std::optional<Picture> pictureOn(const TvState& state, WindowId id, const std::optional<Service>& service);
 
 /// The TV service's code of a picture's resolution; 136 for a size that has none.
 int resolutionCode(const Picture& picture);

@@ -3,7 +3,6 @@
 #include <optional>
 #include <string>
 
-#include "services/ServiceStore.h"
 #include "set/Picture.h"
 #include "set/StateJson.h"
 
@@ -32,13 +31,13 @@ Json::Value sourceOf(const TvState& state, const WindowState& window) {
   return json;
 }
 
-Json::Value windowOf(Tv& tv, WindowId id) {
-  const WindowState& window = tv.state()[id];
-  const auto picture = pictureOn(tv, id);
-  const auto service = tv.services().read(window.service);
-  const auto previous = tv.services().read(window.previousService);
+Json::Value windowOf(const Past& past, WindowId id) {
+  const WindowState& window = past.state()[id];
+  const auto service = past.service(window.service);
+  const auto previous = past.service(window.previousService);
+  const auto picture = pictureOn(past.state(), id, service);
   Json::Value json;
-  json["source"] = sourceOf(tv.state(), window);
+  json["source"] = sourceOf(past.state(), window);
   json["service"] = orNull(service, [&](const Service& found) { return jsonOf(window.service, found); });
   json["previousService"] =
       orNull(previous, [&](const Service& found) { return jsonOf(window.previousService, found); });
@@ -54,11 +53,15 @@ Json::Value windowOf(Tv& tv, WindowId id) {
 
 }  // namespace
 
-Json::Value stateDocument(Tv& tv) {
-  const TvState& state = tv.state();
+Json::Value stateDocument(const Tv& tv) {
+  return stateDocument(Past(tv), tv.revision());
+}
+
+Json::Value stateDocument(const Past& past, std::uint64_t revision) {
+  const TvState& state = past.state();
   Json::Value json;
-  json["revision"] = Json::UInt64{tv.revision()};
-  for (const WindowId id : windowIds) json["windows"][nameOf(id)] = windowOf(tv, id);
+  json["revision"] = Json::UInt64{revision};
+  for (const WindowId id : windowIds) json["windows"][nameOf(id)] = windowOf(past, id);
   json["inputs"] = jsonOf(state.inputs);
   json["region"] = state.region;
   json["country"] = state.country;
@@ -67,7 +70,7 @@ Json::Value stateDocument(Tv& tv) {
   json["start"]["service"] = std::to_string(state.startServiceId);
   json["start"]["source"] = state.startSource;
   json["clock"] = Json::UInt64{state.clock};
-  json["services"] = Json::UInt64{tv.services().size()};
+  json["services"] = Json::UInt64{past.services()};
   return json;
 }
 

@@ -2,6 +2,9 @@
 
 #include <json/json.h>
 
+#include <cstdint>
+
+#include "set/Past.h"
 #include "set/Tv.h"
 
 namespace virtualtv {
@@ -12,6 +15,9 @@ namespace virtualtv {
 ///
 /// Rectangles of a plane are told twice: on the base screen, and in the space of 960 x 540 that applications use,
 /// rounded as the plug-in rounds them. @throws StoreError when the services can't be read.
-Json::Value stateDocument(Tv& tv);
+Json::Value stateDocument(const Tv& tv);
+
+/// The same of a set as it was. @param revision  that it had then.
+Json::Value stateDocument(const Past& past, std::uint64_t revision);
 
 }  // namespace virtualtv

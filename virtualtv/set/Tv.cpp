@@ -75,6 +75,10 @@ notify::Subscription Tv::watch(std::function<void(const Event&)> watcher) {
   return watchers_.add(std::move(watcher));
 }
 
+notify::Subscription Tv::watchReplacing(std::function<void()> told) {
+  return replacing_.add(std::move(told));
+}
+
 bool Tv::tune(WindowId window, ServiceKey service) {
   TvState next = state_;
   if (!follow(next[window], service)) return false;
@@ -251,7 +255,7 @@ bool Tv::setFavourites(std::uint8_t group, const std::list<std::pair<unsigned lo
 
 void Tv::reset() {
   Storage::Parts& parts = storage_.parts();
-  std::vector<Change> changes{ServicesChanged{parts.services.size(), 0}};
+  std::vector<Change> changes{replaceServices()};
   const std::map<std::string, Setting> settings = parts.settings.list();
   TvState next = furnish(parts.database, parts.services, parts.settings, parts.state);
   std::get<ServicesChanged>(changes.front()).after = parts.services.size();
@@ -263,7 +267,8 @@ void Tv::reset() {
 
 void Tv::restore(const Snapshot& snapshot) {
   Storage::Parts& parts = storage_.parts();
-  std::vector<Change> changes{ServicesChanged{parts.services.size(), snapshot.services.size()}};
+  std::vector<Change> changes{replaceServices()};
+  std::get<ServicesChanged>(changes.front()).after = snapshot.services.size();
   appendChanges(parts.settings.list(), snapshot.settings, changes);
   TvState next = switchedOn(snapshot.state);
   appendChanges(state_, next, changes);
@@ -365,6 +370,12 @@ void Tv::commit(TvState next, const char* lastService) {
   transaction.commit();
   state_ = std::move(next);
   raise(std::move(changes));
+}
+
+/// Begins to replace the services. @return that they change, without how many there are then.
+Change Tv::replaceServices() const {
+  replacing_.tell();
+  return ServicesChanged{services().size(), 0};
 }
 
 /// What changed is persisted by now: a watcher that can't be told for lack of memory changes nothing.

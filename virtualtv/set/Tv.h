@@ -84,6 +84,10 @@ class Tv {
   /// throw.
   notify::Subscription watch(std::function<void(const Event&)> watcher);
 
+  /// Calls `told` when the services are about to be replaced as a whole, with all as it was; that may still fail. It
+  /// must not call a verb, nor throw.
+  notify::Subscription watchReplacing(std::function<void()> told);
+
   /// Strength of the tuner's signal for what a window shows, 0 to 255: it depends on the frequency, less what fades.
   /// Nothing when no service is on its screen.
   std::optional<int> signalStrength(WindowId window);
@@ -163,6 +167,7 @@ class Tv {
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
   bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
+  Change replaceServices() const;
   void raise(std::vector<Change> changes) noexcept;
 
   Storage& storage_;
@@ -170,6 +175,7 @@ class Tv {
   TvState state_;
   std::uint64_t revision_;
   notify::Listeners<Event> watchers_;
+  notify::Listeners<> replacing_;
   std::vector<std::string> complaints_;
 };
 

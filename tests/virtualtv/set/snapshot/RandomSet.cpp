@@ -13,23 +13,25 @@ namespace virtualtv::test {
 
 void RandomSet::use(Tv& tv) {
   import(tv);
-  for (int count = 40; count > 0; --count) {
-    switch (below(8)) {
-      case 0:
-        import(tv);
-        break;
-      case 1:
-        edit(tv);
-        break;
-      case 2:
-        set(tv);
-        break;
-      case 3:
-        act(tv);
-        break;
-      default:
-        turn(tv);
-    }
+  for (int count = 40; count > 0; --count) step(tv);
+}
+
+void RandomSet::step(Tv& tv) {
+  switch (below(8)) {
+    case 0:
+      import(tv);
+      break;
+    case 1:
+      edit(tv);
+      break;
+    case 2:
+      set(tv);
+      break;
+    case 3:
+      act(tv);
+      break;
+    default:
+      turn(tv);
   }
 }
 

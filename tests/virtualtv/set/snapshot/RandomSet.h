@@ -13,6 +13,8 @@ class RandomSet {
 
   /// Imports services, edits them, sets settings keys, turns knobs and carries out other verbs.
   void use(Tv& tv);
+  /// One of these.
+  void step(Tv& tv);
 
  private:
   int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(engine_); }
