@@ -134,6 +134,7 @@ Core::Core(device::Device& device, Options options)
       filesBeneath_(options_.files.empty() ? nullptr : std::make_unique<shell::FilesBeneath>(options_.files)),
       id_(randomId()),
       events_(device, [this](Event& event) { deliver(event); }) {
+  device_.remember();
   events_.onWake([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) events_.tell(events_.collect());
   });
@@ -327,6 +328,12 @@ void Core::complain(const std::vector<std::string>& complaints) const {
 const std::string& Core::openRpc() {
   if (openRpc_.empty()) openRpc_ = json::write(openRpcDocument());
   return openRpc_;
+}
+
+Json::Value Core::revision() const {
+  Json::Value answer;
+  answer["revision"] = Json::UInt64{device_.revision()};
+  return answer;
 }
 
 // Events.

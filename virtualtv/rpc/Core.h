@@ -59,6 +59,8 @@ class Core {
   /// Tells this server from others that were started.
   const std::string& id() const { return id_; }
   const std::string& openRpc();
+  /// What methods answer that change the set: its `revision`.
+  Json::Value revision() const;
 
   // Sessions.
 

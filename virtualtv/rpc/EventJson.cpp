@@ -213,22 +213,22 @@ struct TopicOf {
   std::string_view operator()(const device::Act&) const { return ""; }
 };
 
-/// The messages of a log event, as far as they are told, or all of them.
-void putMessages(const Event& log, Json::Value& lines, std::size_t most, std::size_t longest) {
-  for (std::size_t at = 0; at < std::min(log.happenings.size(), most); ++at) {
-    const auto& line = std::get<framework::LogLine>(log.happenings[at]->what);
-    const std::string message = line.message.text();
-    Json::Value& told = lines.append(Json::objectValue);
-    told["level"] = line.level;
-    told["text"] = valueOf(std::string(text::utf8Front(message.substr(0, longest))));
-    if (message.size() > longest) told["length"] = Json::UInt64{message.size()};
-  }
+/// A log message, as far as it is told. @param longest  in bytes.
+Json::Value messageOf(const framework::LogLine& line, std::size_t longest) {
+  const std::string message = line.message.text();
+  Json::Value told;
+  told["level"] = line.level;
+  told["text"] = valueOf(std::string(text::utf8Front(message.substr(0, longest))));
+  if (message.size() > longest) told["length"] = Json::UInt64{message.size()};
+  return told;
 }
 
 void putLog(const Event& log, Json::Value& json) {
   const std::size_t count = log.happenings.size();
-  json["lines"] = Json::arrayValue;
-  putMessages(log, json["lines"], mostMessages, longestMessage);
+  Json::Value& lines = json["lines"] = Json::arrayValue;
+  for (std::size_t at = 0; at < std::min(count, mostMessages); ++at) {
+    lines.append(messageOf(std::get<framework::LogLine>(log.happenings[at]->what), longestMessage));
+  }
   json["omitted"] = Json::UInt64{count - std::min(count, mostMessages)};
 }
 
@@ -236,6 +236,11 @@ void putLog(const Event& log, Json::Value& json) {
 
 std::string_view topicOf(const device::Happening& happening) {
   return std::visit(TopicOf(), happening.what);
+}
+
+std::uint64_t commandOf(const device::Happening& happening) {
+  const bool isEnd = std::holds_alternative<CommandRun>(happening.what);
+  return isEnd || happening.caller.command != 0 ? happening.command : 0;
 }
 
 Json::Value jsonOf(device::Device& device, const Event& event) {
@@ -261,19 +266,18 @@ Json::Value emptyCause() {
   return why;
 }
 
-void putCause(device::Device& device, const Event& event, Json::Value& why) {
-  constexpr std::size_t all = std::numeric_limits<std::size_t>::max();
-  if (event.topic == "log") return putMessages(event, why["log"], all, all);
-  const auto& what = event.happenings.front()->what;
-  const Writer intoWhy(device, why);
+void putCause(device::Device& device, const device::Happening& happening, Json::Value& why) {
+  if (commandOf(happening) == 0) return;
+  const auto& what = happening.what;
   if (const auto* call = std::get_if<seam::Call>(&what)) why["calls"].append(valueOf(seam::line(*call)));
-  if (event.topic == "settings") {
-    const Writer intoKey(device, why["keys"].append(Json::objectValue));
-    intoKey(std::get<Change>(what));
+  if (const auto* line = std::get_if<framework::LogLine>(&what)) why["log"].append(messageOf(*line, std::string::npos));
+  const auto* const change = std::get_if<Change>(&what);
+  if (change != nullptr && std::holds_alternative<SettingChanged>(*change)) {
+    Writer(device, why["keys"].append(Json::objectValue))(*change);
   }
   const auto* const command = std::get_if<CommandRun>(&what);
   if (command == nullptr) return;
-  intoWhy(*command);
+  Writer(device, why)(*command);
   if (command->accepted) why["reply"] = resultOf(*command->accepted, command->reply);
 }
 

@@ -3,6 +3,7 @@
 #include <json/json.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "device/Device.h"
@@ -21,9 +22,12 @@ std::string_view topicOf(const device::Happening& happening);
 /// An event as clients read it.
 Json::Value jsonOf(device::Device& device, const Event& event);
 
-/// All about a command: `calls`, `keys`, `log`, and once it has ended what its own event has, its whole reply too.
+/// The command that something belongs to, 0 for none: what happens while its engine is opened does not.
+std::uint64_t commandOf(const device::Happening& happening);
+
+/// All about a command: `calls`, `keys`, `log`, and what its own event has, the whole reply too.
 Json::Value emptyCause();
-/// Adds what an event of the command tells.
-void putCause(device::Device& device, const Event& event, Json::Value& why);
+/// Adds what happened, where it belongs to the command.
+void putCause(device::Device& device, const device::Happening& happening, Json::Value& why);
 
 }  // namespace virtualtv::rpc

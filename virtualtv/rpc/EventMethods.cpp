@@ -5,7 +5,6 @@
 #include <string>
 
 #include "rpc/Core.h"
-#include "rpc/EventJson.h"
 #include "rpc/Method.h"
 #include "rpc/Schemas.h"
 #include "set/StateDocument.h"
@@ -114,23 +113,6 @@ Json::Value unsubscribe(const Call& call) {
   return Json::objectValue;
 }
 
-/// Of the events that are held; calls and messages are there where somebody has subscribed to them.
-Json::Value why(const Call& call) {
-  const auto command = static_cast<std::uint64_t>(call.params.number("command", notNegative));
-  Core& core = call.core;
-  core.events().tell(core.events().collect());
-  Json::Value answer = emptyCause();
-  bool isHeld = false;
-  core.events().replay(0, [&](const Event& event) {
-    if (event.command != command || command == 0) return;
-    putCause(core.device(), event, answer);
-    isHeld = isHeld || event.topic == "command";
-  });
-  if (!isHeld) throw std::invalid_argument("command " + std::to_string(command) + " is not held");
-  answer["command"] = Json::UInt64{command};
-  return answer;
-}
-
 const std::array rows{
     Method{"events.subscribe",
            "be told of what happens, as notifications `event`",
@@ -146,16 +128,6 @@ const std::array rows{
            {{"topics", topicList, "names of topics, as they were subscribed to", true}},
            anObject,
            unsubscribe},
-    Method{"tv.why",
-           "tell all about a command: its reply, keys that changed, calls and log messages where those are heard",
-           {{"command", R"({"type": "integer", "minimum": 1})", "its number, as its events have it", true}},
-           R"({"type": "object", "required": ["command", "name", "parameters", "reply", "calls", "keys", "log"],
-               "properties": {"command": {"type": "integer"}, "name": {"type": "string"},
-               "parameters": {"type": "array", "items": {"type": "string"}}, "reply": {"type": ["object", "null"]},
-               "calls": {"type": "array", "items": {"type": "string"}},
-               "keys": {"type": "array", "items": {"type": "object"}},
-               "log": {"type": "array", "items": {"type": "object"}}}})",
-           why},
 };
 
 }  // namespace

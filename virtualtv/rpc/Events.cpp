@@ -16,17 +16,7 @@ constexpr std::size_t usualSize = 512;  ///< of an event without long texts, wit
 
 std::size_t sizeOf(const Event& event) {
   std::size_t size = usualSize;
-  for (const auto& happening : event.happenings) {
-    size += sizeof *happening;
-    if (const auto* command = std::get_if<device::CommandRun>(&happening->what)) {
-      size += command->reply.size();
-      for (const std::string& word : command->words) size += word.size();
-    }
-    if (const auto* call = std::get_if<seam::Call>(&happening->what)) {
-      size += call->arguments.size() + call->outputs.size() + call->result.size();
-    }
-    if (std::holds_alternative<framework::LogLine>(happening->what)) size += usualSize;
-  }
+  for (const auto& happening : event.happenings) size += device::sizeOf(*happening);
   return size;
 }
 
@@ -69,7 +59,6 @@ Events::Ran Events::collect() {
       tellOfLog();
       ran.delay += command->delay;
       ran.commands.push_back(eventOf(happening));
-      running_.erase({command->caller.engine, command->caller.command});
     } else if (std::holds_alternative<framework::LogLine>(happening->what)) {
       addLogLine(happening);
     } else {
@@ -97,23 +86,13 @@ Event Events::eventOf(const std::shared_ptr<const device::Happening>& happening)
   Event event;
   event.topic = topicOf(*happening);
   event.revision = happening->revision;
-  const auto* command = std::get_if<device::CommandRun>(&happening->what);
-  event.command = commandOf(command == nullptr ? happening->caller : command->caller);
-  if (command != nullptr && event.command == 0) event.command = ++commands_;  // its engine could not be opened
+  event.command = commandOf(*happening);
   event.happenings.push_back(happening);
   return event;
 }
 
-/// Commands are counted over all engines, once they have caused something or have ended.
-std::uint64_t Events::commandOf(const seam::Caller& caller) {
-  if (caller.command == 0) return 0;
-  const auto [known, isNew] = running_.try_emplace({caller.engine, caller.command}, commands_ + 1);
-  if (isNew) ++commands_;
-  return known->second;
-}
-
 void Events::addLogLine(const std::shared_ptr<const device::Happening>& happening) {
-  const std::uint64_t command = commandOf(happening->caller);
+  const std::uint64_t command = commandOf(*happening);
   if (!log_.happenings.empty() && log_.command != command) tellOfLog();
   log_.happenings.push_back(happening);
   log_.topic = "log";

@@ -84,11 +84,8 @@ class Events {
   static constexpr std::size_t mostBytes = 64U << 20U;
 
  private:
-  using Caller = std::pair<std::string, std::uint64_t>;
-
   void listen();
-  Event eventOf(const std::shared_ptr<const device::Happening>& happening);
-  std::uint64_t commandOf(const seam::Caller& caller);
+  static Event eventOf(const std::shared_ptr<const device::Happening>& happening);
   void addLogLine(const std::shared_ptr<const device::Happening>& happening);
   void tellOfLog();
   void add(Event event);
@@ -98,9 +95,7 @@ class Events {
   device::Wants wants_;
   std::shared_ptr<device::Feed> feed_;
   std::uint64_t number_ = 0;
-  std::uint64_t revision_ = 0;  ///< of the last event
-  std::uint64_t commands_ = 0;
-  std::map<Caller, std::uint64_t> running_;         ///< commands that have caused something and have not ended
+  std::uint64_t revision_ = 0;                      ///< of the last event
   Event log_;                                       ///< messages of one command, not told yet
   std::deque<std::pair<Event, std::size_t>> held_;  ///< with the bytes that each is counted as
   std::size_t bytes_ = 0;

@@ -98,7 +98,8 @@ std::int64_t Params::number(std::string_view name, const text::Range& range, std
 
 std::vector<const Method*> methods() {
   std::vector<const Method*> all;
-  for (const auto& area : {commandMethods(), sessionMethods(), setMethods(), testMethods(), eventMethods()}) {
+  for (const auto& area :
+       {commandMethods(), sessionMethods(), setMethods(), testMethods(), eventMethods(), historyMethods()}) {
     for (const Method& method : area) all.push_back(&method);
   }
   return all;

@@ -91,6 +91,7 @@ std::span<const Method> sessionMethods();
 std::span<const Method> setMethods();
 std::span<const Method> testMethods();
 std::span<const Method> eventMethods();
+std::span<const Method> historyMethods();
 std::span<const Method> commandMethods();
 
 /// The method of that name; null when there is none.

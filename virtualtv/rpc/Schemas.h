@@ -13,6 +13,9 @@ namespace virtualtv::rpc {
 inline constexpr std::string_view textSchema = R"({"type": "string"})";
 inline constexpr std::string_view textOrNumber = R"({"type": ["string", "integer"]})";
 inline constexpr std::string_view anObject = R"({"type": "object"})";
+/// As `Core::revision` answers.
+inline constexpr std::string_view revisionResult =
+    R"({"type": "object", "required": ["revision"], "properties": {"revision": {"type": "integer"}}})";
 
 /// What JSON readers take for a whole number, from 0 on.
 inline constexpr text::Range notNegative{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};

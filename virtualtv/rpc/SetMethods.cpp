@@ -26,15 +26,6 @@ namespace {
 
 constexpr std::string_view countSchema = R"({"type": "integer", "minimum": 0})";
 constexpr std::string_view truthSchema = R"({"type": "boolean"})";
-constexpr std::string_view revisionResult =
-    R"({"type": "object", "required": ["revision"], "properties": {"revision": {"type": "integer"}}})";
-
-Json::Value revisionOf(const Call& call) {
-  Json::Value answer;
-  answer["revision"] = Json::UInt64{call.core.device().revision()};
-  return answer;
-}
-
 // The shell's lines.
 
 Json::Value runLine(const Call& call) {
@@ -66,17 +57,17 @@ Json::Value snapshot(const Call& call) {
 
 Json::Value restore(const Call& call) {
   call.core.device().restore(snapshotIn(call.params.value("snapshot")));
-  return revisionOf(call);
+  return call.core.revision();
 }
 
 Json::Value restart(const Call& call) {
   call.core.device().restart();
-  return revisionOf(call);
+  return call.core.revision();
 }
 
 Json::Value reset(const Call& call) {
   call.core.device().reset();
-  return revisionOf(call);
+  return call.core.revision();
 }
 
 // Services.
@@ -108,7 +99,7 @@ ServiceQuery queryOf(const Call& call) {
 
 Json::Value services(const Call& call) {
   const ServicePage page = findServices(call.core.device().tv().services(), queryOf(call));
-  Json::Value answer = revisionOf(call);
+  Json::Value answer = call.core.revision();
   answer["total"] = Json::UInt64{page.total};
   answer["services"] = Json::arrayValue;
   for (const auto& [key, service] : page.services) answer["services"].append(serviceDocument(key, service));
@@ -188,7 +179,7 @@ Json::Value set(const Call& call) {
   const bool isWord = value.isString() || value.isInt64();
   if (!isWord) throw Failure(Code::badParameters, "value: a text or a whole number is wanted");
   call.core.device().setKnob(call.params.text("name"), value.asString());
-  return revisionOf(call);
+  return call.core.revision();
 }
 
 // Settings keys.
@@ -215,13 +206,13 @@ Json::Value setSetting(const Call& call) {
                               ? Setting(call.params.text("value"))
                               : Setting(static_cast<int>(call.params.number("value", text::rangeOf<int>())));
   call.core.device().setSetting(key, setting);
-  return revisionOf(call);
+  return call.core.revision();
 }
 
 Json::Value removeSetting(const Call& call) {
   const std::string key = call.params.text("key");
   if (!call.core.device().removeSetting(key)) throw std::invalid_argument("the key " + key + " is not set");
-  return revisionOf(call);
+  return call.core.revision();
 }
 
 const std::array rows{

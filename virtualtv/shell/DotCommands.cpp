@@ -104,7 +104,9 @@ Lines log(Session& session, const Words& words) {
 
 Lines why(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".why");
-  if (session.lastCommand().empty()) refuse("no command has run yet");
+  if (session.lastCommand().empty()) {
+    refuse(session.client().lastCommand() == 0 ? "no command has run yet" : "the last command is not held any more");
+  }
   const device::Deed& deed = session.lastDeed();
   Lines lines{"command " + oneLine(deed.engine) + " " + std::to_string(deed.command) + ": " +
               oneLine(session.lastCommand())};

@@ -130,6 +130,32 @@ void Session::forget() {
   logLevel = -1;
   lastDeed_ = {};
   lastCommand_.clear();
+  lastNumber_ = 0;
+}
+
+const std::string& Session::lastCommand() {
+  recallLast();
+  return lastCommand_;
+}
+
+const device::Deed& Session::lastDeed() {
+  recallLast();
+  return lastDeed_;
+}
+
+/// Commands that no line of this session ran, the device may hold.
+void Session::recallLast() {
+  if (client_.lastCommand() == lastNumber_) return;
+  lastNumber_ = client_.lastCommand();
+  lastCommand_.clear();
+  lastDeed_ = {};
+  auto recalled = client_.recall(lastNumber_);
+  if (!recalled) return;
+  lastCommand_ = recalled->list ? "+" : "";
+  for (const std::string& word : recalled->words) {
+    lastCommand_ += (lastCommand_.empty() ? "" : " ") + (word.empty() ? "''" : asTyped(word));
+  }
+  lastDeed_ = std::move(recalled->deed);
 }
 
 Lines Session::runStep(std::string_view input) {
@@ -170,6 +196,7 @@ Lines Session::watch(std::string_view input, const std::function<Lines()>& step,
   if (remember && deed.ran) {
     lastCommand_ = input;
     lastDeed_ = std::move(deed);
+    lastNumber_ = client_.lastCommand();
   }
   return output;
 }

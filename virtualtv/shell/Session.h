@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -65,8 +66,10 @@ class Session {
   /// Runs a plug-in command as `device::Session::execute` does. The error on too many parameters says how they are
   /// passed where the command takes a list of them.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
-  const device::Deed& lastDeed() const { return lastDeed_; }
-  const std::string& lastCommand() const { return lastCommand_; }
+  /// The last command that ran, however it came, as it is typed, and what it did; empty where none has run yet, and
+  /// where the device holds it no more.
+  const std::string& lastCommand();
+  const device::Deed& lastDeed();
   bool trace = false;       ///< print the calls of each step
   int logLevel = -1;        ///< print the log messages of each step up to this level
   std::size_t columns = 0;  ///< width of the terminal, in characters, that help is fitted to; 0 where there is none
@@ -97,6 +100,7 @@ class Session {
   Lines runLine(std::string_view input);
   Lines runStep(std::string_view input);
   Lines runCommand(std::string_view input, bool list);
+  void recallLast();
   Lines watch(std::string_view input, const std::function<Lines()>& step, bool remember);
 
   device::Session client_;
@@ -105,6 +109,7 @@ class Session {
   std::size_t inputs_ = 0;                          ///< that were given to `run`
   device::Deed lastDeed_;
   std::string lastCommand_;
+  std::uint64_t lastNumber_ = 0;  ///< of that one, as the client has it
   Remarks remarks_;
   bool isRecorded_ = false;
 };

@@ -189,6 +189,10 @@ export interface Tv {
   snapshot(): Promise<Snapshot>
   restore(snapshot: Snapshot): Promise<Revision>
   why(command: number): Promise<any>
+  /** The state as it was right behind a command, by the number that its events carry. */
+  history(command: number): Promise<State>
+  /** Makes the set what it persisted then. */
+  goBack(command: number): Promise<Revision>
   /** The server's OpenRPC document. */
   discover(): Promise<Record<string, any>>
 }

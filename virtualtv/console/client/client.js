@@ -405,6 +405,8 @@ class Tv {
   async snapshot() { return (await this.call('tv.snapshot')).snapshot }
   restore(snapshot) { return this.call('tv.restore', {snapshot}) }
   why(command) { return this.call('tv.why', {command}) }
+  history(command) { return this.call('tv.history', {command}) }
+  goBack(command) { return this.call('tv.goBack', {command}) }
   discover() { return this.call('rpc.discover') }
 
   #welcome(ready, fail) {
