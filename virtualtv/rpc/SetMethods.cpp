@@ -66,7 +66,7 @@ Json::Value restart(const Call& call) {
 }
 
 Json::Value reset(const Call& call) {
-  call.core.device().reset();
+  call.seat.shell.reset();
   return call.core.revision();
 }
 
@@ -234,7 +234,7 @@ const std::array rows{
            revisionResult,
            restore},
     Method{"tv.restart", "switch the set off and on; faults and latencies go", {}, revisionResult, restart},
-    Method{"tv.reset", "go back to the built-in set", {}, revisionResult, reset},
+    Method{"tv.reset", "go back to the built-in set and a fresh session", {}, revisionResult, reset},
     Method{"tv.services",
            "list services, those that meet all conditions",
            {{"offset", countSchema, "how many to leave out at the start"},

@@ -212,8 +212,7 @@ Lines reset(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".reset");
   session.device().closeEngines("reset");
   session.noteIdleFaults();
-  session.device().reset();
-  session.forget();
+  session.reset();
   return {};
 }
 

@@ -124,7 +124,8 @@ std::string Session::errorLine(const std::string& reason) {
   return "error: " + oneLine(reason);
 }
 
-void Session::forget() {
+void Session::reset() {
+  device().reset();
   client_.forget();
   trace = false;
   logLevel = -1;

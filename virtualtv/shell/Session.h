@@ -93,8 +93,9 @@ class Session {
   void setRecorded() { isRecorded_ = isRecorded_ || input() == 0; }
   /// Number of the input that runs, counted from 0; inputs of files have that of the input that runs the file.
   std::size_t input() const { return inputs_ - 1; }
-  /// Back to the start of a session: nothing traced, nothing remembered.
-  void forget();
+  /// Back to the built-in set, and to the start of a session: no application, the first engine in use, nothing traced,
+  /// nothing remembered.
+  void reset();
 
  private:
   Lines runLine(std::string_view input);

@@ -47,6 +47,24 @@ TEST_F(Sessions, TellTheirEngineWhichApplicationCalls) {
   EXPECT_EQ(events[0]["widgetId"], "w");
 }
 
+TEST_F(Sessions, BeginAnewWhenTheyResetTheSet) {
+  Connected client(server);
+  client.result("session.open", json(R"({"appId": "app", "widgetId": "w"})"));
+  for (const char* const line : {".engine other", ".trace on", "GetTVMode"}) {
+    Json::Value params;
+    params["line"] = line;
+    client.result("tv.run", params);
+  }
+  client.result("tv.reset");
+  client.result("events.subscribe", json(R"([["engine"]])"));
+  EXPECT_EQ(client.result("tv.run", json(R"([".why"])"))["lines"], json(R"(["error: no command has run yet"])"));
+  EXPECT_EQ(client.result("tv.run", json(R"(["GetTVMode"])"))["lines"], json(R"(["int 1"])")) << "not traced";
+  const std::vector<Json::Value> events = client.events();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_TRUE(events[0]["engine"].asString().ends_with(":main")) << events[0];
+  EXPECT_EQ(events[0]["appId"], "");
+}
+
 TEST_F(Sessions, EndWithTheirConnection) {
   Connected client(server);
   client.run("GetTVMode");
