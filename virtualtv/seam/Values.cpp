@@ -19,10 +19,11 @@ constexpr std::size_t recordsShown = 8;  // of a longer list only the number is 
 
 /// Units of a record's text in host order; records hold them big-endian.
 std::u16string hostUnits(const TCServiceData& record, const TCServiceData::Field& field) {
-  std::u16string units;
-  for (int at = 0; at < field.length; ++at) {
-    const unsigned unit = record.Units()[static_cast<std::size_t>(field.value) + static_cast<std::size_t>(at)];
-    units += static_cast<char16_t>((unit & 0xFFU) << 8U | unit >> 8U);
+  const auto& stored = record.Units();
+  std::u16string units(static_cast<std::size_t>(field.length), u'\0');
+  for (std::size_t at = 0; at < units.size(); ++at) {
+    const unsigned unit = stored[static_cast<std::size_t>(field.value) + at];
+    units[at] = static_cast<char16_t>((unit & 0xFFU) << 8U | unit >> 8U);
   }
   return units;
 }
@@ -106,12 +107,13 @@ std::string printNumber(int fieldId, unsigned long long value) {
 }
 
 std::string print(const TCServiceData& record) {
-  std::string text;
+  std::string text = "{";
   for (const TCServiceData::Field& field : record.Fields()) {
-    text += (text.empty() ? "" : ",") + std::to_string(field.id) + "=";
+    if (text.size() > 1) text += ',';
+    text.append(std::to_string(field.id)).append("=");
     text += field.length < 0 ? printNumber(field.id, field.value) : text::quoted(hostUnits(record, field));
   }
-  return "{" + text + "}";
+  return text += '}';
 }
 
 std::string print(const std::list<TCServiceData*>& records) {

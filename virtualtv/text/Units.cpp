@@ -152,7 +152,9 @@ std::string toUtf8(std::u16string_view units) {
 }
 
 std::string quoted(std::u16string_view units) {
+  constexpr std::size_t quotes = 2;
   std::string text = "\"";
+  text.reserve(units.size() + quotes);  // most are ASCII
   for (std::size_t at = 0; at < units.size();) {
     const char32_t point = next(units, at);
     if (point == U'"' || point == U'\\') text += '\\';
