@@ -132,38 +132,48 @@ std::string printed(const Conversion& conversion, Iterator& argument) {
 
 }  // namespace
 
-Message::Message(const char* format, va_list list) : format_(format) {
+Message::Message(const char* format, va_list list) {
+  const auto content = std::make_shared<Content>();
+  content->format = format;
+  auto& kept = content->arguments;
   Arguments arguments(list);
   for (const char* at = std::strchr(format, '%'); at != nullptr; at = std::strchr(at, '%')) {
     constexpr std::size_t usual = 8;
-    if (arguments_.empty()) arguments_.reserve(usual);
+    if (kept.empty()) kept.reserve(usual);
     const Conversion conversion = takeConversion(++at);
     int star = -1;
     for (auto stars = std::count(conversion.layout.begin(), conversion.layout.end(), '*'); stars > 0; --stars) {
       star = arguments.next<int>();
-      arguments_.emplace_back(star);
+      kept.emplace_back(star);
     }
     if (conversion.isInteger()) {
-      keepInteger(conversion.modifier, arguments, arguments_);
+      keepInteger(conversion.modifier, arguments, kept);
     } else if (conversion.isFloat() && conversion.modifier == "L") {
-      arguments_.emplace_back(arguments.next<long double>());
+      kept.emplace_back(arguments.next<long double>());
     } else if (conversion.isFloat()) {
-      arguments_.emplace_back(arguments.next<double>());
+      kept.emplace_back(arguments.next<double>());
     } else if (conversion.letter == 's') {
       const char* text = arguments.next<const char*>();
       if (text == nullptr) text = "(null)";
-      arguments_.emplace_back(std::in_place_type<std::string>, text, ::strnlen(text, limitOf(conversion.layout, star)));
+      kept.emplace_back(std::in_place_type<std::string>, text, ::strnlen(text, limitOf(conversion.layout, star)));
     } else if (conversion.letter == 'p') {
-      arguments_.emplace_back(arguments.next<const void*>());
+      kept.emplace_back(arguments.next<const void*>());
     } else if (conversion.letter == 'n') {
       arguments.next<void*>();
     }
   }
+  content_ = content;
+}
+
+const std::shared_ptr<const Message::Content>& Message::empty() {
+  static const auto none = std::make_shared<const Content>();
+  return none;
 }
 
 std::size_t Message::bytes() const {
-  std::size_t bytes = format_.size() + arguments_.capacity() * sizeof(Argument);
-  for (const Argument& argument : arguments_) {
+  const auto& [format, arguments] = *content_;
+  std::size_t bytes = format.size() + arguments.capacity() * sizeof(Argument);
+  for (const Argument& argument : arguments) {
     if (const auto* text = std::get_if<std::string>(&argument)) bytes += text->size();
   }
   return bytes;
@@ -178,18 +188,19 @@ std::string Message::masked() const {
 }
 
 std::string Message::rendered(bool masks) const {
+  const std::string& format = content_->format;
   std::string text;
-  auto argument = arguments_.begin();
+  auto argument = content_->arguments.begin();
   std::size_t end = 0;  // of what is rendered
-  for (std::size_t sign = format_.find('%'); sign != std::string::npos; sign = format_.find('%', end)) {
-    text.append(format_, end, sign - end);
-    const char* behind = format_.c_str() + sign + 1;
+  for (std::size_t sign = format.find('%'); sign != std::string::npos; sign = format.find('%', end)) {
+    text.append(format, end, sign - end);
+    const char* behind = format.c_str() + sign + 1;
     const Conversion conversion = takeConversion(behind);
     const std::string part = printed(conversion, argument);
-    text += masks && isMasked(std::string_view(format_).substr(0, sign), conversion.letter) ? "*" : part;
-    end = static_cast<std::size_t>(behind - format_.c_str());
+    text += masks && isMasked(std::string_view(format).substr(0, sign), conversion.letter) ? "*" : part;
+    end = static_cast<std::size_t>(behind - format.c_str());
   }
-  return text.append(format_, end);
+  return text.append(format, end);
 }
 
 }  // namespace virtualtv::framework

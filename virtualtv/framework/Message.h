@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -18,7 +19,7 @@ class Message {
   /// Copies all that the text takes. @param list  as `va_start` left them, one for each conversion; used up afterwards.
   Message(const char* format, va_list list);
 
-  const std::string& format() const { return format_; }
+  const std::string& format() const { return content_->format; }
   /// What it takes of memory beside itself, about, in bytes.
   std::size_t bytes() const;
 
@@ -32,10 +33,15 @@ class Message {
  private:
   using Argument = std::variant<int, long, long long, std::size_t, double, long double, const void*, std::string>;
 
-  std::string rendered(bool masks) const;
+  struct Content {
+    std::string format;
+    std::vector<Argument> arguments;
+  };
 
-  std::string format_;
-  std::vector<Argument> arguments_;
+  std::string rendered(bool masks) const;
+  static const std::shared_ptr<const Content>& empty();
+
+  std::shared_ptr<const Content> content_ = empty();  ///< that its copies share
 };
 
 }  // namespace virtualtv::framework
