@@ -20,7 +20,8 @@ constexpr int allLevels = 3;
 
 }  // namespace
 
-Device::Device(kel::CEmpAppBase& app, Storage& storage) : app_(app), storage_(storage) {
+Device::Device(kel::CEmpAppBase& app, Storage& storage)
+    : app_(app), host_(framework::Host::of(app)), storage_(storage) {
   engines_.push_back(host().onOpened([this](const framework::EngineOpened& opened) { happened(opened); }));
   engines_.push_back(host().onClosed([this](const framework::EngineClosed& closed) {
     if (tv_) tv_->interfaces().release(closed.engine);
@@ -132,8 +133,8 @@ void Device::goBack(std::uint64_t command) {
   restore(history_->behind(command, tv()).set.snapshot());
 }
 
-void Device::tell(const CommandRun& command) {
-  happened(command);
+void Device::tell(CommandRun command) {
+  happened(std::move(command));
   running_ = 0;
 }
 
@@ -172,7 +173,7 @@ void Device::switchOn(const char* why) {
 
 /// What can't be told for lack of memory has happened all the same.
 template <typename What>
-void Device::happened(const What& what) noexcept {
+void Device::happened(What&& what) noexcept {
   try {
     forgetEndedFeeds();
     const auto wanted = [&](const std::weak_ptr<Feed>& listed) {
@@ -180,8 +181,8 @@ void Device::happened(const What& what) noexcept {
       return feed && feed->wants(what);
     };
     if (!history_ && std::none_of(feeds_.begin(), feeds_.end(), wanted)) return;
-    const auto happening =
-        std::make_shared<const Happening>(Happening{revision(), Seam::instance().caller(), running_, what});
+    const auto happening = std::make_shared<const Happening>(
+        Happening{revision(), Seam::instance().caller(), running_, std::forward<What>(what)});
     if (history_) history_->add(happening, std::exchange(replacing_, nullptr));
     deliver(happening);
   } catch (...) {
@@ -194,7 +195,7 @@ void Device::deliver(const std::shared_ptr<const Happening>& happening) {
     const std::shared_ptr<Feed> feed = listed.lock();
     if (!feed || !std::visit([&](const auto& what) { return feed->wants(what); }, happening->what)) continue;
     const bool first = feed->push(happening);
-    if (first && feed->wants().wake) loop_.post([this, listed] { wake(listed); });
+    if (first && feed->wants().wake && !feed->isAttended()) loop_.post([this, listed] { wake(listed); });
   }
 }
 

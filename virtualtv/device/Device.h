@@ -49,7 +49,7 @@ class Device {
 
   Loop& loop() { return loop_; }
   kel::CEmpAppBase& app() { return app_; }
-  framework::Host& host() { return framework::Host::of(app_); }
+  framework::Host& host() { return host_; }
   Storage& storage() { return storage_; }
 
   /// @throws std::runtime_error when a failed restart has left no set.
@@ -110,7 +110,7 @@ class Device {
   /// A session begins to run a command: what happens belongs to it until `tell`. @return its number, from 1 on.
   std::uint64_t begin() { return running_ = ++commands_; }
   /// The command has ended: tells feeds that want events.
-  void tell(const CommandRun& command);
+  void tell(CommandRun command);
   /// Tells feeds that want acts of one.
   void tell(const Act& act);
 
@@ -122,7 +122,7 @@ class Device {
   void switchOff(const std::string& why);
   bool dropFault(std::uint64_t id, bool withSet);
   template <typename What>
-  void happened(const What& what) noexcept;
+  void happened(What&& what) noexcept;
   void deliver(const std::shared_ptr<const Happening>& happening);
   void wake(const std::weak_ptr<Feed>& listed);
   void forgetEndedFeeds();
@@ -132,6 +132,7 @@ class Device {
   void keepServices() noexcept;
 
   kel::CEmpAppBase& app_;
+  framework::Host& host_;
   Storage& storage_;
   Loop loop_;
   std::optional<Tv> tv_;

@@ -1,5 +1,6 @@
 #include "device/Feed.h"
 
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -67,21 +68,23 @@ std::size_t sizeOf(const Happening& happening) {
 
 Feed::Taken Feed::take() {
   const std::lock_guard lock(mutex_);
-  return std::exchange(waiting_, {});
+  Taken taken{{std::move_iterator(waiting_.begin()), std::move_iterator(waiting_.end())}, std::exchange(dropped_, 0)};
+  waiting_.clear();
+  return taken;
 }
 
 bool Feed::push(std::shared_ptr<const Happening> happening) noexcept {
   const std::lock_guard lock(mutex_);
-  const bool wasEmpty = waiting_.happenings.empty();
+  const bool wasEmpty = waiting_.empty();
   try {
-    waiting_.happenings.push_back(std::move(happening));
+    waiting_.push_back(std::move(happening));
   } catch (const std::bad_alloc&) {
-    ++waiting_.dropped;  // no memory for it
+    ++dropped_;  // no memory for it
     return false;
   }
-  if (waiting_.happenings.size() > wants_.limit) {
-    waiting_.happenings.pop_front();
-    ++waiting_.dropped;
+  if (waiting_.size() > wants_.limit) {
+    waiting_.pop_front();
+    ++dropped_;
   }
   return wasEmpty;
 }

@@ -116,7 +116,7 @@ class Feed {
   explicit Feed(Wants wants) : wants_(std::move(wants)) {}
 
   struct Taken {
-    std::deque<std::shared_ptr<const Happening>> happenings;
+    std::vector<std::shared_ptr<const Happening>> happenings;
     std::size_t dropped = 0;  ///< before the first of these
   };
   Taken take();
@@ -131,13 +131,18 @@ class Feed {
   bool wants(const Other&) const {
     return wants_.events;
   }
+  /// While it is, the subscriber takes without being woken. Called on the device's thread.
+  void attend(bool isAttended) { isAttended_ = isAttended; }
+  bool isAttended() const { return isAttended_; }
   /// @return true when nothing waited before it.
   bool push(std::shared_ptr<const Happening> happening) noexcept;
 
  private:
   const Wants wants_;
   std::mutex mutex_;
-  Taken waiting_;
+  std::deque<std::shared_ptr<const Happening>> waiting_;
+  std::size_t dropped_ = 0;
+  bool isAttended_ = false;
 };
 
 }  // namespace virtualtv::device

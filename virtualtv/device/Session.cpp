@@ -67,7 +67,7 @@ std::vector<std::string> Session::openEngines() {
 void Session::use(const std::string& engine) {
   const std::string before = std::exchange(engine_, engine);
   try {
-    openEngine();
+    openEngine(key(engine_));
   } catch (...) {
     engine_ = before;
     throw;
@@ -75,8 +75,9 @@ void Session::use(const std::string& engine) {
 }
 
 void Session::reopen() {
-  device_.host().close(key(engine_), "reopened");
-  openEngine();
+  const std::string key = this->key(engine_);
+  device_.host().close(key, "reopened");
+  openEngine(key);
 }
 
 bool Session::close(const std::string& engine) {
@@ -92,12 +93,12 @@ void Session::setApplication(const Application& application) {
 
 bool Session::execute(const std::vector<std::string>& words, bool list, std::string& ret) {
   if (words.empty()) throw std::invalid_argument("a command is wanted");
-  const std::vector<std::string> parameters(words.begin() + 1, words.end());
-  if (!list && parameters.size() > mostParameters) {
-    throw TooManyParameters(words[0] + ": " + std::to_string(parameters.size()) + " parameters, at most " +
+  if (!list && words.size() > 1 + mostParameters) {
+    throw TooManyParameters(words[0] + ": " + std::to_string(words.size() - 1) + " parameters, at most " +
                             std::to_string(mostParameters) + " are passed");
   }
-  if (!device_.isHeard()) return run(words[0], parameters, list, ret);
+  const std::string key = this->key(engine_);
+  if (!device_.isHeard()) return run(key, words, list, ret);
   using Clock = std::chrono::steady_clock;
   const std::uint64_t clock = device_.tv().state().clock;
   const Clock::time_point start = Clock::now();
@@ -107,29 +108,30 @@ bool Session::execute(const std::vector<std::string>& words, bool list, std::str
   const auto tell = [&] {
     command.took = Clock::now() - start;
     command.delay = device_.tv().state().clock - clock;
-    command.caller = {key(engine_), device_.host().commands(key(engine_))};
-    device_.tell(command);
+    command.caller = {key, device_.host().commands(key)};
+    device_.tell(std::move(command));
     if (device_.history() != nullptr && commands_ != runBefore) lastCommand_ = number;
   };
   try {
-    command.accepted = run(words[0], parameters, list, ret);
+    command.accepted = run(key, words, list, ret);
   } catch (...) {
     tell();
     throw;
   }
   command.reply = ret;
+  const bool accepted = *command.accepted;
   tell();
-  return *command.accepted;
+  return accepted;
 }
 
-bool Session::run(const std::string& name, const std::vector<std::string>& parameters, bool list, std::string& ret) {
-  openEngine();
+bool Session::run(const std::string& key, const std::vector<std::string>& words, bool list, std::string& ret) {
+  openEngine(key);
   ++commands_;
-  return device_.host().execute(key(engine_), [&](kel::CEmpEngineBase& engine) {
-    if (list) return engine.ExecuteWithParamList(ret, name, kel::ParamList(parameters));
+  return device_.host().execute(key, [&](kel::CEmpEngineBase& engine) {
+    if (list) return engine.ExecuteWithParamList(ret, words[0], kel::ParamList({words.begin() + 1, words.end()}));
     std::array<std::string, mostParameters> p;
-    for (std::size_t at = 0; at < parameters.size(); ++at) p[at] = parameters[at];
-    return engine.Execute(ret, name, p[0], p[1], p[2], p[3]);
+    std::copy(words.begin() + 1, words.end(), p.begin());
+    return engine.Execute(ret, words[0], p[0], p[1], p[2], p[3]);
   });
 }
 
@@ -179,15 +181,14 @@ std::optional<Session::Recalled> Session::recall(std::uint64_t command) const {
 }
 
 /// Applications are noted for all engines that this session has opened.
-void Session::openEngine() {
+void Session::openEngine(const std::string& key) {
   device_.tv();
-  const std::string name = key(engine_);
-  if (device_.host().isOpen(name)) return;
+  if (device_.host().isOpen(key)) return;
   if (openEngines().size() >= mostEngines_) {
     throw std::invalid_argument("the session has " + std::to_string(mostEngines_) + " engines open, as many as may be");
   }
   const Application& application = applications_[engine_];
-  if (!device_.host().open(name, {0, application.appId, application.widgetId, ""})) {
+  if (!device_.host().open(key, {0, application.appId, application.widgetId, ""})) {
     throw std::runtime_error("engine '" + engine_ + "' could not be opened");
   }
 }

@@ -109,8 +109,8 @@ class Session {
   std::optional<std::string> engineOf(const std::string& key) const;
 
  private:
-  bool run(const std::string& name, const std::vector<std::string>& parameters, bool list, std::string& ret);
-  void openEngine();
+  bool run(const std::string& key, const std::vector<std::string>& words, bool list, std::string& ret);
+  void openEngine(const std::string& key);
 
   Device& device_;
   std::string name_;

@@ -106,6 +106,10 @@ std::optional<Reply> decode(std::string_view encoded) {
   return std::nullopt;
 }
 
+std::optional<std::string_view> asciiIn(std::string_view encoded) {
+  return encoded.starts_with(asciiMark) ? std::optional(encoded.substr(asciiMark.size())) : std::nullopt;
+}
+
 std::string show(const Reply& reply) {
   switch (reply.kind) {
     case Reply::Kind::integer:

@@ -26,6 +26,8 @@ void encodeUnicode(std::string& encoded, std::u16string_view units);
 
 /// Nothing when `encoded` holds no reply (a return string that nobody wrote).
 std::optional<Reply> decode(std::string_view encoded);
+/// The text of an ascii reply, where it stands; nothing for another one, or none.
+std::optional<std::string_view> asciiIn(std::string_view encoded);
 
 /// A reply as a transcript shows it, in one or more lines with a line break after each but the last:
 /// `int 1`, `unicode "TEXT"`, and `ascii TEXT` where the text is one printable line. Other texts are shown as a block:

@@ -43,6 +43,7 @@ void appendText(std::string& text, std::string_view value) {
   constexpr std::size_t longestEscape = 6;
   std::array<char, piece * longestEscape> written;  // NOLINT(cppcoreguidelines-pro-type-member-init): written first
   text += '"';
+  if (value.size() > piece) text.reserve(text.size() + value.size() + value.size() / 3);
   while (!value.empty()) {
     char* end = written.data();
     for (const char letter : value.substr(0, piece)) end = put(end, letter);

@@ -255,8 +255,8 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
 /// Runs the requests of a message. @return false when the rest has to wait.
 bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
   while (const auto request = job.next()) {
-    std::string response = answer(*seat, *request, job);
-    Events::Ran ran = events_.collect();
+    std::string response;
+    Events::Ran ran = events_.collectFrom([&] { response = answer(*seat, *request, job); });
     if (ran.delay > 0 && options_.waits) {
       job.under = response.empty() ? "" : requestIn(*request).id;
       hold(seat, std::move(ran), std::move(response));

@@ -61,6 +61,13 @@ class Events {
   };
   /// Numbers and tells what has happened since the last time.
   Ran collect();
+  /// Does something on the device, and collects. Nobody has to be woken for what that causes.
+  template <typename Work>
+  Ran collectFrom(Work work) {
+    const Attending attending(feed_);
+    work();
+    return collect();
+  }
   /// Numbers and tells that commands ran.
   void tell(Ran ran);
   /// Numbers and tells that a session was opened or closed.
@@ -84,6 +91,14 @@ class Events {
   static constexpr std::size_t mostBytes = 64U << 20U;
 
  private:
+  struct Attending {
+    explicit Attending(std::shared_ptr<device::Feed> attended) : feed(std::move(attended)) { feed->attend(true); }
+    Attending(const Attending&) = delete;
+    Attending& operator=(const Attending&) = delete;
+    ~Attending() { feed->attend(false); }
+    const std::shared_ptr<device::Feed> feed;
+  };
+
   void listen();
   static Event eventOf(const std::shared_ptr<const device::Happening>& happening);
   void addLogLine(const std::shared_ptr<const device::Happening>& happening);

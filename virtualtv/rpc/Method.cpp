@@ -1,7 +1,7 @@
 #include "rpc/Method.h"
 
 #include <algorithm>
-#include <map>
+#include <unordered_map>
 #include <utility>
 
 #include "json/Read.h"
@@ -20,8 +20,8 @@ std::string namesOf(std::span<const Parameter> known) {
   return names.empty() ? "it takes none" : "it takes " + names;
 }
 
-std::map<std::string_view, const Method*> index() {
-  std::map<std::string_view, const Method*> found;
+std::unordered_map<std::string_view, const Method*> index() {
+  std::unordered_map<std::string_view, const Method*> found;
   for (const Method* method : methods()) found.emplace(method->name, method);
   return found;
 }
@@ -106,7 +106,7 @@ std::vector<const Method*> methods() {
 }
 
 const Method* findMethod(std::string_view name) {
-  static const std::map<std::string_view, const Method*> all = index();
+  static const std::unordered_map<std::string_view, const Method*> all = index();
   const auto found = all.find(name);
   return found == all.end() ? nullptr : found->second;
 }

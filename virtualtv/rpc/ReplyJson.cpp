@@ -1,6 +1,5 @@
 #include "rpc/ReplyJson.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <type_traits>
@@ -30,16 +29,12 @@ std::string base64(std::string_view bytes) {
   return text;
 }
 
-/// The reply's front, and how long it was where that is not all of it.
-std::optional<std::size_t> cut(Reply& reply, std::size_t longest) {
-  const std::size_t length = reply.kind == Reply::Kind::unicode ? reply.units.size() : reply.text.size();
-  const std::size_t most = reply.kind == Reply::Kind::unicode ? longest / 2 : longest;
-  if (length <= most) return std::nullopt;
-  reply.units.resize(std::min(reply.units.size(), most));
-  reply.text.resize(std::min(reply.text.size(), most));
-  while (!reply.text.empty() && (static_cast<unsigned char>(reply.text.back()) & 0xC0U) == 0x80U) reply.text.pop_back();
-  if (!reply.text.empty() && static_cast<unsigned char>(reply.text.back()) >= 0xC0U) reply.text.pop_back();
-  return length;
+/// A text's front, that ends with a whole character.
+std::string_view front(std::string_view text, std::size_t longest) {
+  text = text.substr(0, longest);
+  while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U) text.remove_suffix(1);
+  if (!text.empty() && static_cast<unsigned char>(text.back()) >= 0xC0U) text.remove_suffix(1);
+  return text;
 }
 
 Json::Value listOf(std::u16string_view units) {
@@ -48,25 +43,25 @@ Json::Value listOf(std::u16string_view units) {
   return list;
 }
 
-/// Puts the members in the order of their names.
+// The members stand in the order of their names, as they do in all objects.
+
 template <typename Object>
-void putAscii(Object& object, std::string_view text, const std::optional<std::size_t>& length) {
+void putAscii(Object& object, std::string_view whole, std::size_t longest) {
+  const std::string_view text = whole.size() > longest ? front(whole, longest) : whole;
   const bool isUtf8 = text::isUtf8(text);
   if (!isUtf8) object.put("bytes", base64(text));
   object.put("kind", "ascii");
-  if (length) object.put("length", static_cast<std::int64_t>(*length));
-  if (isUtf8) {
-    object.put("value", text);
-  } else {
-    object.put("value", text::wellFormed(text));
-  }
+  if (whole.size() > longest) object.put("length", static_cast<std::int64_t>(whole.size()));
+  if (isUtf8) return object.put("value", text);
+  object.put("value", text::wellFormed(text));
 }
 
 template <typename Object>
-void putUnicode(Object& object, std::u16string_view units, const std::optional<std::size_t>& length) {
+void putUnicode(Object& object, std::u16string_view whole, std::size_t longest) {
+  const std::u16string_view units = whole.substr(0, longest);
   const std::string utf8 = text::toUtf8(units);
   object.put("kind", "unicode");
-  if (length) object.put("length", static_cast<std::int64_t>(*length));
+  if (whole.size() > longest) object.put("length", static_cast<std::int64_t>(whole.size()));
   if (text::toUnits(utf8) != units) object.put("units", listOf(units));
   object.put("value", utf8);
 }
@@ -74,18 +69,12 @@ void putUnicode(Object& object, std::u16string_view units, const std::optional<s
 template <typename Object>
 void putResult(Object& object, bool accepted, std::string_view encoded, std::size_t longest) {
   object.put("accepted", accepted);
-  std::optional<Reply> reply = framework::decode(encoded);
+  if (const auto text = framework::asciiIn(encoded)) return putAscii(object, *text, longest);
+  const std::optional<Reply> reply = framework::decode(encoded);
   if (!reply) return object.put("kind", "empty");
-  const auto length = cut(*reply, longest);
-  switch (reply->kind) {
-    case Reply::Kind::integer:
-      object.put("kind", "int");
-      return object.put("value", std::int64_t{reply->number});
-    case Reply::Kind::ascii:
-      return putAscii(object, reply->text, length);
-    case Reply::Kind::unicode:
-      return putUnicode(object, reply->units, length);
-  }
+  if (reply->kind == Reply::Kind::unicode) return putUnicode(object, reply->units, longest / 2);
+  object.put("kind", "int");
+  object.put("value", std::int64_t{reply->number});
 }
 
 /// An object that is made rather than written.

@@ -253,6 +253,20 @@ TEST_F(DeviceTest, AFeedWakesItsSubscriberOutsideTheVerbAndOnceUntilItIsTaken) {
   EXPECT_EQ(woken, 2);
 }
 
+TEST_F(DeviceTest, ASubscriberThatAttendsIsNotWoken) {
+  int woken = 0;
+  const auto waking = device().subscribe({.events = true, .wake = [&] { ++woken; }});
+  waking->attend(true);
+  tv().setSetting("a/key", 1);
+  EXPECT_EQ(waking->take().happenings.size(), 1U);
+  waking->attend(false);
+  device().loop().turn();
+  EXPECT_EQ(woken, 0);
+  tv().setSetting("a/key", 2);
+  device().loop().turn();
+  EXPECT_EQ(woken, 1);
+}
+
 TEST_F(DeviceTest, AFeedThatHoldsLittleWakesOnceToo) {
   int woken = 0;
   const auto waking = device().subscribe({.events = true, .limit = 1, .wake = [&] { ++woken; }});

@@ -127,6 +127,14 @@ TEST(ReplyShown, EveryUnitReadsBackAsItWas) {
   }
 }
 
+TEST(ReplyInPlace, IsTheTextOfAnAsciiReply) {
+  EXPECT_EQ(asciiIn(encode(ascii("a\n\xff"))), "a\n\xff");
+  EXPECT_EQ(asciiIn(encode(ascii(""))), "");
+  for (const std::string& other : {encode(integer(1)), encode(unicode(u"a")), std::string(), std::string("a")}) {
+    EXPECT_EQ(asciiIn(other), std::nullopt);
+  }
+}
+
 TEST(ReplyBare, IsTheValueAlone) {
   EXPECT_EQ(bare(integer(-3)), "-3");
   EXPECT_EQ(bare(ascii("a\\b\n\xff")), "a\\b\n\xff");

@@ -87,6 +87,7 @@ TEST(JsonRead, SaysWhereAndWhatIsWrong) {
        "1",
        "line 1, column 1: a value is wanted"},
       {"\"\xFF\"", "line 1, column 2: not UTF-8"},
+      {"\"0123456789\xC3\xA9 01234567\xFF 0123456789\"", "line 1, column 23: not UTF-8"},
       {"[1,\n\"\xC3\xA9\xC3\"]", "line 2, column 4: not UTF-8"},
       {"\"a\x80\"", "line 1, column 3: not UTF-8"},
       {"\"\xED\xA0\x80\"", "line 1, column 2: not UTF-8"},

@@ -19,6 +19,28 @@ TEST(JsonWrite, IsOneLine) {
   }
 }
 
+TEST(JsonWrite, EscapesInLongTextsToo) {
+  const std::string blank(1023, ' ');
+  const std::string wide = blank + "\xC3\xA9\n" + blank + "\x1F" + blank;
+  EXPECT_EQ(write(wide), "\"" + blank + "\xC3\xA9\\n" + blank + "\\u001f" + blank + "\"");
+  EXPECT_EQ(read(write(wide)).asString(), wide);
+  EXPECT_EQ(write(std::string(5000, '"')).size(), 10'002U);
+}
+
+TEST(JsonWrite, WritesObjectsMemberByMember) {
+  std::string text = "a ";
+  Object object(text);
+  object.put("b", true);
+  object.put("n", std::int64_t{-1});
+  object.put("t", "x\"");
+  object.put("v", read("[1]"));
+  object.end();
+  EXPECT_EQ(text, R"(a {"b":true,"n":-1,"t":"x\"","v":[1]})");
+  text.clear();
+  Object(text).end();
+  EXPECT_EQ(text, "{}");
+}
+
 TEST(JsonWrite, KeepsZeroBytesInNames) {
   EXPECT_EQ(write(read(R"({"a\u0000b":1})")), R"({"a\u0000b":1})");
 }
