@@ -98,7 +98,9 @@ async function prepare(tv, {list, snapshot}) {
  */
 export async function launch({program = process.env.EMP_WINDOW || 'emp-window', list, snapshot, state, options,
   ...connection} = {}) {
-  const server = await start(pathOf(program), argumentsOf({state, snapshot, options}))
+  const starting = start(pathOf(program), argumentsOf({state, snapshot, options}))
+  if (!globalThis.WebSocket) import('./node-websocket.js').catch(() => {})  // so that it is there when the program is
+  const server = await starting
   watch(server)
   let tv
   try {
