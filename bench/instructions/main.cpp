@@ -1,9 +1,15 @@
-// Runs commands for valgrind's callgrind, which counts the instructions of each. Outside of it nothing is counted.
+// Runs commands for valgrind's callgrind, which counts the instructions of each. Outside of it nothing is counted. With
+// the argument `served` they run while a server without clients is there, with `calls` as calls to that server.
 #include <cstddef>
 #include <exception>
 #include <iostream>
+#include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 
+#include "rpc/Server.h"
 #include "support/Counted.h"
 #include "support/Television.h"
 
@@ -47,12 +53,63 @@ void run(bench::Television& television, const Run& run) {
   bench::count(run.label, warming, counted, [&] { television.execute(command, first, second); });
 }
 
+/// Forgets what it is sent.
+class Outlet : public virtualtv::rpc::Outlet {
+ public:
+  void send(std::shared_ptr<const std::string> message) override { last_ = std::move(message); }
+  std::size_t unsent() const override { return 0; }
+  void cutOff() override {}
+
+  const std::string& last() const { return *last_; }
+
+ private:
+  std::shared_ptr<const std::string> last_;
+};
+
+struct Call {
+  const char* label = "";
+  const char* message = "";
+};
+
+constexpr Call calls[] = {
+    {"a call of GetTVMode", R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})"},
+    {"a call of SetChannel", R"({"jsonrpc":"2.0","id":2,"method":"window.SetChannel","params":[1,7]})"},
+    {"a call of GetFullChannelList, 200 services", R"({"jsonrpc":"2.0","id":3,"method":"window.GetFullChannelList"})"},
+    {"a call of tv.set", R"({"jsonrpc":"2.0","id":4,"method":"tv.set","params":{"name":"region","value":"5"}})"},
+};
+constexpr const char* subscription =
+    R"({"jsonrpc":"2.0","id":5,"method":"events.subscribe","params":[["command","service"]]})";
+constexpr Call told{"a call of SetChannel, of which the client is told", calls[1].message};
+
+void call(virtualtv::device::Device& device, virtualtv::rpc::Client& client, const Outlet& outlet, const Call& call) {
+  bench::count(call.label, warming, counted, [&] {
+    client.take(call.message, [] {});
+    device.loop().turn();
+  });
+  if (outlet.last().find("\"result\"") == std::string::npos) throw std::runtime_error(outlet.last());
+}
+
+void runCalls(virtualtv::device::Device& device, virtualtv::rpc::Server& server) {
+  Outlet outlet;
+  const auto client = server.connect(outlet, std::nullopt);
+  for (const Call& one : calls) call(device, *client, outlet, one);
+  client->take(subscription, [] {});
+  call(device, *client, outlet, told);
+}
+
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   try {
+    const std::string_view wish = argc == 2 ? argv[1] : "";
     bench::Television television(services);
-    for (const Run& one : runs) run(television, one);
+    std::optional<virtualtv::rpc::Server> server;
+    if (!wish.empty()) server.emplace(television.device(), virtualtv::rpc::Options());
+    if (wish == "calls") {
+      runCalls(television.device(), *server);
+    } else {
+      for (const Run& one : runs) run(television, one);
+    }
     return 0;
   } catch (const std::exception& exception) {
     std::cerr << "bench_instructions: " << exception.what() << '\n';

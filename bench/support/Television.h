@@ -30,6 +30,7 @@ class Television {
   static void drop();
 
   virtualtv::Tv& tv() { return bench_.tv(); }
+  virtualtv::device::Device& device() { return bench_.device(); }
   /// The database of the services.
   sqlite3* database();
 

@@ -23,7 +23,8 @@ class BenchTest(ScratchTest):
         self.write("bench/notes.md", "## Notes\n")
         self.asked = []
         self.ratios = {}  # by number, 0.01 for those that are not here
-        self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "10", "11", "12")
+        self.speed_rows = self.tool.speed_rows
+        self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "10", "11", "12", *map(str, range(16, 21)))
         self.tool.memory_rows = self.rows_of("7", "14")
         self.seam_rows = self.tool.seam_rows
         self.tool.seam_rows = self.rows_of("13")
@@ -31,6 +32,8 @@ class BenchTest(ScratchTest):
         self.tool.found_rows = self.rows_of("9")
         self.process_rows = self.tool.process_rows
         self.tool.process_rows = self.rows_of("15")
+        self.server_rows = self.tool.server_rows
+        self.tool.server_rows = self.rows_of("21")
         self.tool.sizes.measure = lambda job, archive: [("text", "5 bytes")]
         self.tool.Job = self.job
         self.failure = None
@@ -68,7 +71,7 @@ class BenchTest(ScratchTest):
         status, out, err = self.run_tool()
         self.assertEqual((status, err), (0, ""))
         rows = out.split("\n\n")[0].splitlines()[1:]
-        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 16)])
+        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 22)])
         self.assertIn("text  5 bytes", out)
 
     def test_a_missed_target_is_told_and_ends_with_1(self):
@@ -87,7 +90,7 @@ class BenchTest(ScratchTest):
         self.assertNotIn("size", out)
 
     def test_rows_that_there_are_none_of_are_refused(self):
-        for wrong in ("0", "16", "x", ""):
+        for wrong in ("0", "22", "x", ""):
             with self.subTest(wrong=wrong):
                 status, _, err = self.run_tool("1", wrong)
                 self.assertEqual(status, 2)
@@ -143,6 +146,29 @@ class BenchTest(ScratchTest):
                              {"GetSource": 1000, "GetState_Show": 500, "GetChannel_Name": 1000, "SetChannel": 1000})
         self.assertEqual(rows, [["13", "instructions of a query, trace and faults off, the most of 3: GetState_Show",
                                  "with the seam compiled out", "515.0", "500.0", "1.03", "<= 1.02", "MISSED"]])
+
+    def test_each_benchmark_is_run_in_its_program(self):
+        ran = {}
+
+        def measure(_job, program, ratio):
+            ran[ratio.number] = program.name
+            return 1.0, 1.0, 1.0
+        with mock.patch.object(self.tool.speed, "measure", measure):
+            list(self.speed_rows(None, self.root, {"12", "16"}))
+        self.assertEqual(ran, {"12": "bench_speed", "16": "bench_served"})
+
+    def server_row(self, served, without):
+        def count(_job, program, *arguments):
+            self.assertEqual(str(program), str(self.root / "bench/bench_instructions"))
+            return {(): without, ("served",): served}[arguments]
+        with mock.patch.object(self.tool.instructions, "count", count):
+            return list(self.server_rows(None, self.root, {"21"}))
+
+    def test_of_all_commands_the_one_that_an_idle_server_costs_most_counts(self):
+        rows = self.server_row({"GetSource": 1015.0, "SetChannel": 9270.0},
+                               {"GetSource": 1000.0, "SetChannel": 9000.0})
+        self.assertEqual(rows, [["21", "instructions of a command while a server is there, the most of 2: SetChannel",
+                                 "without a server", "9,270.0", "9,000.0", "1.03", "<= 1.02", "MISSED"]])
 
     def test_finding_is_held_against_the_sets_part_and_that_against_sqlites(self):
         counts = {"plug-in": 330.0, "set": 300.0, "SQLite": 200.0}
@@ -310,12 +336,12 @@ class SpeedTest(unittest.TestCase):
         with self.assertRaisesRegex(Failed, "has not measured other"):
             speed.times(self.program, "bench_speed", ("one", "other"), 0.2)
 
-    def test_what_waits_for_the_disk_is_paired(self):
-        self.assertEqual([ratio.number for ratio in speed.RATIOS if ratio.paired], ["11"])
+    def test_what_waits_for_the_disk_or_other_threads_is_paired(self):
+        self.assertEqual([ratio.number for ratio in speed.RATIOS if ratio.paired], ["11", "16", "17", "18", "19", "20"])
 
     def test_real_time_counts_where_a_benchmark_is_named_so(self):
-        text = said(**{"one/real_time": 300, "other": 100})
-        self.assertAlmostEqual(self.measure(text, [("one/real_time", "other")])[2], 6.0)
+        for name in ("one/real_time", "one/manual_time"):
+            self.assertAlmostEqual(self.measure(said(**{name: 300, "other": 100}), [(name, "other")])[2], 6.0)
 
     def test_a_benchmark_that_did_not_run_is_told(self):
         with self.assertRaisesRegex(Failed, "other"):

@@ -15,7 +15,8 @@ class Ratio:
     """A figure by what it measures, what it is held against, the benchmarks of both, and the most that their ratio may
     be. `per` divides the times, for benchmarks that do different amounts of work. A repetition lasts `seconds` at least:
     more where each run waits for the disk or another process. Of one that is `paired` each run is held against the run
-    of its reference right beside it, as a disk that others use slows both down, and the median of these ratios counts."""
+    of its reference right beside it, as a disk that others use slows both down, and the median of these ratios counts.
+    The benchmarks are those of `program`."""
 
     number: str
     name: str
@@ -25,6 +26,7 @@ class Ratio:
     per: tuple = (1, 1)
     seconds: float = 0.2
     paired: bool = False
+    program: str = "bench_speed"
 
 
 QUERIES = ["Major", "Minor", "Name", "OriginNetID", "ProgramNumber", "PTC", "ServiceName", "TransportStreamID", "Type",
@@ -48,7 +50,19 @@ RATIOS = [
           [("tune/real_time", "store/real_time")], 1.2, paired=True),
     Ratio("12", "a process that answers once, from start to end", "`sqlite3 FILE 'select 1'`",
           [("exec/real_time", "sqlite/real_time")], 3.0, seconds=0.5),
+    Ratio("16", "a round trip of GetTVMode over WebSocket", "its bytes through Beast's bare echo",
+          [("servedCall/real_time", "echoedCall/real_time")], 1.4, paired=True, program="bench_served"),
+    Ratio("17", "100 calls of GetTVMode in flight", "their bytes through Beast's bare echo",
+          [("servedCalls/real_time", "echoedCalls/real_time")], 1.8, paired=True, program="bench_served"),
+    Ratio("18", "GetFullChannelList of 10,000 services over WebSocket", "in process, and its bytes by bare Beast",
+          [("servedList/real_time", "sentList/real_time")], 1.3, paired=True, program="bench_served"),
+    Ratio("19", "an event to 100 subscribers", "its bytes by bare Beast to 100 clients",
+          [("servedEvent/real_time", "sentEvents/real_time")], 1.5, paired=True, program="bench_served"),
+    Ratio("20", "a Node process with `launch()`, to its first reply", "`exec` and a Node process that connects",
+          [("launched/manual_time", "connected/manual_time")], 1.5, seconds=0.5, paired=True, program="bench_served"),
 ]
+
+REAL = ("/real_time", "/manual_time")  # ends of names of benchmarks whose processor time is not what counts
 
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
@@ -64,7 +78,7 @@ def times(job, program, names, seconds, *options):
     found = {}
     for run in runs:
         if run.get("aggregate_name", "median") == "median":
-            time = run["real_time" if run["run_name"].endswith("/real_time") else "cpu_time"]
+            time = run["real_time" if run["run_name"].endswith(REAL) else "cpu_time"]
             found[run["run_name"]] = time * UNITS[run["time_unit"]]
     if missing := [name for name in names if not found.get(name)]:
         raise Failed(f"{program} has not measured {', '.join(missing)}")
