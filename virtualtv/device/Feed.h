@@ -105,7 +105,8 @@ struct Wants {
   bool acts = false;
   int logLevel = -1;                                            ///< log lines up to this level
   std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< that wait to be taken; the oldest are dropped
-  /// Called by the device's loop when something waits and nothing did. What it throws is lost.
+  /// Called by the device's loop when something waits and nothing did. All others wait meanwhile: one that has much to
+  /// do with what it takes does so on a thread of its own, which this tells. What it throws is lost.
   std::function<void()> wake{};
 };
 

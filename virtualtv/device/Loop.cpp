@@ -29,23 +29,17 @@ void Loop::run() {
     const std::lock_guard lock(mutex_);
     thread_ = std::this_thread::get_id();
   }
-  for (bool going = true; going;) {
+  while (!std::exchange(stopping_, false)) {
     {
       std::unique_lock lock(mutex_);
-      posted_.wait(lock, [this] { return stopping_ || !tasks_.empty(); });
-      going = !tasks_.empty();  // what was posted before the end is done
-      if (!going) stopping_ = false;
+      posted_.wait(lock, [this] { return !tasks_.empty(); });
     }
     turn();
   }
 }
 
 void Loop::stop() {
-  {
-    const std::lock_guard lock(mutex_);
-    stopping_ = true;
-  }
-  posted_.notify_one();
+  post([this] { stopping_ = true; });
 }
 
 void Loop::onPost(std::function<void()> wake) {

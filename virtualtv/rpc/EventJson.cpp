@@ -119,6 +119,12 @@ class Writer {
   void put(const IspChanged&) const { event_["window"] = "isp"; }
   void put(const AudioTracksChanged& changed) const { putTracks(changed.service, "audio"); }
   void put(const SubtitleTracksChanged& changed) const { putTracks(changed.service, "subtitles"); }
+  void put(const ServicesChanged& changed) const {
+    event_["added"] = valueOf(changed.services.added);
+    event_["changed"] = valueOf(changed.services.changed);
+    event_["gone"] = valueOf(changed.services.gone);
+    event_["moved"] = valueOf(changed.services.moved);
+  }
   void put(const device::SetStarted& started) const { event_["started"] = started.why; }
   void put(const framework::EngineOpened& opened) const {
     event_["what"] = "opened";

@@ -29,9 +29,13 @@ constexpr std::array rowsOfTopics{
               "before": {}, "after": {}})"},
     Topic{"favourites", "the favourite groups of a service",
           R"({"service": {"type": ["object", "null"]}, "before": {"type": "string"}, "after": {"type": "string"}})"},
-    Topic{"services", "the list of services, a field of one of them, or the whole set where it has started anew",
+    Topic{"services",
+          "the list of services (how many there were and are, and what became of them; those that moved have another "
+          "key), a "
+          "field of one of them, or the whole set where it has started anew",
           R"({"service": {"type": ["object", "null"]}, "field": {"type": "string"}, "started": {"type": "string"},
-              "before": {}, "after": {}})"},
+              "before": {}, "after": {}, "added": {"type": "integer"}, "changed": {"type": "integer"},
+              "gone": {"type": "integer"}, "moved": {"type": "integer"}})"},
     Topic{"inputs", "an input",
           R"({"input": {"type": "integer"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
     Topic{"knob", "anything else that can be set from outside",

@@ -83,6 +83,7 @@ struct ServiceChanges {
   std::size_t added = 0;
   std::size_t changed = 0;  ///< the list tells something else of them than before
   std::size_t gone = 0;
+  std::size_t moved = 0;  ///< what they were, under another key
 
   bool operator==(const ServiceChanges&) const = default;
 };

@@ -174,7 +174,11 @@ ServiceChanges ServiceStore::renew(const std::vector<Service>& services) {
     found.insert(*key);
     const Service before = tables_.read(*key).value();
     renewed.push_back(updated(before, listed));
-    if (renewed.back() != before) ++changes.changed;
+    if (renewed.back() != before) {
+      ++changes.changed;
+    } else if (std::cmp_not_equal(*key, renewed.size())) {
+      ++changes.moved;
+    }
   }
   changes.gone = size() - found.size();
   replaceAll(renewed);

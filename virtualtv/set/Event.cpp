@@ -201,6 +201,21 @@ void appendChanges(const std::map<std::string, Setting>& before, const std::map<
   });
 }
 
+void appendChanges(const std::map<ServiceKey, Service>& before, const std::map<ServiceKey, Service>& after,
+                   std::vector<Change>& changes) {
+  ServicesChanged change{before.size(), after.size(), {}};
+  compare(before, after, [&](ServiceKey, const Service* left, const Service* right) {
+    if (left == nullptr) {
+      ++change.services.added;
+    } else if (right == nullptr) {
+      ++change.services.gone;
+    } else if (!(*left == *right)) {
+      ++change.services.changed;
+    }
+  });
+  if (change.services != ServiceChanges()) changes.emplace_back(change);
+}
+
 void appendChanges(ServiceKey service, const Service& before, const Service& after, std::vector<Change>& changes) {
   appendFields(service, before.numbers, after.numbers, changes);
   appendFields(service, before.texts, after.texts, changes);

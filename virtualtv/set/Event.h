@@ -122,6 +122,7 @@ struct FavouritesChanged {
 struct ServicesChanged {
   std::size_t before;  ///< how many there were
   std::size_t after;
+  ServiceChanges services{};  ///< what became of them
 };
 
 using Change = std::variant<SourceChanged, ScreenChanged, ModeChanged, PlaneChanged, TracksChanged, InputChanged,
@@ -137,6 +138,9 @@ struct Event {
 /// Appends what differs: between two states of a set, all its settings keys, or what one service is.
 void appendChanges(const TvState& before, const TvState& after, std::vector<Change>& changes);
 void appendChanges(const std::map<std::string, Setting>& before, const std::map<std::string, Setting>& after,
+                   std::vector<Change>& changes);
+/// All services, by their keys.
+void appendChanges(const std::map<ServiceKey, Service>& before, const std::map<ServiceKey, Service>& after,
                    std::vector<Change>& changes);
 void appendChanges(ServiceKey service, const Service& before, const Service& after, std::vector<Change>& changes);
 

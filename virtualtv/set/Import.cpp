@@ -74,7 +74,8 @@ void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& 
 ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
   ServiceStore& store = storage_.parts().services;
-  std::vector<Change> changes{replaceServices()};
+  replacing_.tell();
+  const std::size_t before = store.size();
   Transaction transaction(storage_.parts().database, "import services");
   const ShownInWindows shown = shownIn(state_, store);
   const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
@@ -83,7 +84,8 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   for (const WindowId id : windowIds) keepTracks(next[id], shown[static_cast<std::size_t>(id)].current, store);
   storage_.parts().state.setAll(keptOf(next));
   transaction.commit();
-  std::get<ServicesChanged>(changes.front()).after = store.size();
+  std::vector<Change> changes;
+  if (counts != ServiceChanges()) changes.emplace_back(ServicesChanged{before, store.size(), counts});
   appendChanges(state_, next, changes);
   state_ = std::move(next);
   raise(std::move(changes));
@@ -92,7 +94,10 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
 
 void Tv::removeServices() {
   ServiceStore& store = storage_.parts().services;
-  std::vector<Change> changes{replaceServices()};
+  replacing_.tell();
+  const std::size_t before = store.size();
+  std::vector<Change> changes;
+  if (before > 0) changes.emplace_back(ServicesChanged{before, 0, {.gone = before}});
   TvState next = state_;
   for (WindowState& window : next.windows) {
     window.bring(0);

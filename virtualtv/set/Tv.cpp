@@ -255,10 +255,12 @@ bool Tv::setFavourites(std::uint8_t group, const std::list<std::pair<unsigned lo
 
 void Tv::reset() {
   Storage::Parts& parts = storage_.parts();
-  std::vector<Change> changes{replaceServices()};
+  replacing_.tell();
+  std::vector<Change> changes;
+  const std::map<ServiceKey, Service> services = parts.services.all();
   const std::map<std::string, Setting> settings = parts.settings.list();
   TvState next = furnish(parts.database, parts.services, parts.settings, parts.state);
-  std::get<ServicesChanged>(changes.front()).after = parts.services.size();
+  appendChanges(services, parts.services.all(), changes);
   appendChanges(settings, parts.settings.list(), changes);
   appendChanges(state_, next, changes);
   state_ = std::move(next);
@@ -267,8 +269,9 @@ void Tv::reset() {
 
 void Tv::restore(const Snapshot& snapshot) {
   Storage::Parts& parts = storage_.parts();
-  std::vector<Change> changes{replaceServices()};
-  std::get<ServicesChanged>(changes.front()).after = snapshot.services.size();
+  replacing_.tell();
+  std::vector<Change> changes;
+  appendChanges(parts.services.all(), snapshot.services, changes);
   appendChanges(parts.settings.list(), snapshot.settings, changes);
   TvState next = switchedOn(snapshot.state);
   appendChanges(state_, next, changes);
@@ -344,6 +347,7 @@ void Tv::adjust(const std::function<void(TvState&)>& change) {
 void Tv::pass(std::uint64_t milliseconds) {
   constexpr auto latest = std::numeric_limits<std::uint64_t>::max();
   const std::uint64_t after = milliseconds > latest - state_.clock ? latest : state_.clock + milliseconds;
+  if (after == state_.clock) return;
   std::vector<Change> changes{KnobChanged{"clock", std::to_string(state_.clock), std::to_string(after)}};
   state_.clock = after;
   raise(std::move(changes));
@@ -370,12 +374,6 @@ void Tv::commit(TvState next, const char* lastService) {
   transaction.commit();
   state_ = std::move(next);
   raise(std::move(changes));
-}
-
-/// Begins to replace the services. @return that they change, without how many there are then.
-Change Tv::replaceServices() const {
-  replacing_.tell();
-  return ServicesChanged{services().size(), 0};
 }
 
 /// What changed is persisted by now: a watcher that can't be told for lack of memory changes nothing.

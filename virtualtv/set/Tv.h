@@ -167,7 +167,6 @@ class Tv {
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
   bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
-  Change replaceServices() const;
   void raise(std::vector<Change> changes) noexcept;
 
   Storage& storage_;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -33,6 +34,19 @@ TEST(LoopTest, RunsWhatATaskPostsInTheNextTurn) {
   EXPECT_EQ(ran, "a");
   loop.turn();
   EXPECT_EQ(ran, "ab");
+}
+
+TEST(LoopTest, StopsAlsoWhereEachTaskPostsAnother) {
+  Loop loop;
+  int ran = 0;
+  std::function<void()> task = [&] {
+    if (++ran == 3) loop.stop();
+    loop.post(task);
+  };
+  loop.post(task);
+  loop.run();
+  EXPECT_GE(ran, 3);
+  EXPECT_TRUE(loop.turn()) << "what was posted later waits";
 }
 
 TEST(LoopTest, ATaskThatThrowsHarmsNoOther) {
