@@ -6,8 +6,10 @@
 #include <array>
 #include <cctype>
 #include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv::net {
@@ -24,9 +26,15 @@ bool isLetter(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
-bool isPort(std::string_view text) {
+/// True for what stands where a port does, be there such a port or not. None at all is right too.
+bool looksLikePort(std::string_view text) {
   constexpr std::size_t longest = 5;
-  return !text.empty() && text.size() <= longest && std::all_of(text.begin(), text.end(), isDigit);
+  return text.size() <= longest && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+/// True for a port that a server can have, as browsers write it.
+bool isPort(std::string_view text) {
+  return looksLikePort(text) && !text.starts_with('0') && text::numberIn<std::uint16_t>(text).has_value();
 }
 
 std::string lowered(std::string_view text) {
@@ -55,7 +63,7 @@ std::optional<std::string_view> hostIn(std::string_view text) {
   const std::size_t end = text.starts_with('[') ? text.find(']') + 1 : std::min(text.find(':'), text.size());
   const std::string_view host = text.substr(0, end);
   const std::string_view rest = text.substr(end);
-  if (!rest.empty() && (rest.front() != ':' || !isPort(rest.substr(1)))) return std::nullopt;
+  if (!rest.empty() && (rest.front() != ':' || !looksLikePort(rest.substr(1)))) return std::nullopt;
   const bool isBracketed = host.starts_with('[') && isAddress(host.substr(1, host.size() - 2), AF_INET6);
   return isBracketed || isName(host) ? std::optional(host) : std::nullopt;
 }
@@ -81,6 +89,13 @@ std::string originIn(std::string_view text, bool (*port)(std::string_view)) {
   return origin;
 }
 
+/// True for the origin of the pages of this server, as a client calls it.
+bool isOwn(std::string_view origin, std::string_view host) {
+  if (host.ends_with(':')) host.remove_suffix(1);
+  const std::string own = originIn("http://" + std::string(host), isPort);
+  return !own.empty() && originIn(origin, isPort) == own;
+}
+
 bool isPortOrEvery(std::string_view text) {
   return text == "*" || isPort(text);
 }
@@ -88,12 +103,6 @@ bool isPortOrEvery(std::string_view text) {
 /// True for what is served to those alone who know the token.
 bool isGuarded(std::string_view path) {
   return path == "/rpc" || path == "/scan" || path == "/openrpc.json" || path == "/live" || path.starts_with("/live/");
-}
-
-/// A text of a request as a line for a person shows it.
-std::string shown(std::string_view text) {
-  constexpr std::size_t most = 200;
-  return text::printable(text.substr(0, most));
 }
 
 std::string refusalOfOrigin(std::string_view origin) {
@@ -143,6 +152,11 @@ std::optional<std::string> queryValue(std::string_view target, std::string_view 
   return std::nullopt;
 }
 
+std::string shown(std::string_view text) {
+  constexpr std::size_t most = 200;
+  return text::printable(text.substr(0, most));
+}
+
 bool equalInConstantTime(std::string_view secret, std::string_view given) {
   int difference = secret.size() == given.size() ? 0 : 1;
   for (std::size_t at = 0; at < secret.size(); ++at) {
@@ -173,9 +187,9 @@ Verdict Access::judge(const Asking& asking) const {
   const std::string_view origin = asking.origins.size() == 1 ? asking.origins.front() : std::string_view();
   Verdict verdict = refusal(asking);
   verdict.headers.emplace_back("Vary", "Origin");
-  const bool isOwn = asking.hosts.size() == 1 && isKnown(asking.hosts.front()) &&
-                     origin == "http://" + std::string(asking.hosts.front());
-  if (origin.empty() || (!isAllowed(origin) && !isOwn)) return verdict;
+  const bool isOfServer =
+      asking.hosts.size() == 1 && isKnown(asking.hosts.front()) && isOwn(origin, asking.hosts.front());
+  if (origin.empty() || (!isAllowed(origin) && !isOfServer)) return verdict;
   verdict.headers.emplace_back("Access-Control-Allow-Origin", origin);
   if (verdict.status != 204) return verdict;
   verdict.headers.emplace_back("Access-Control-Allow-Methods", "GET, POST");
@@ -187,21 +201,33 @@ Verdict Access::judge(const Asking& asking) const {
 
 /// Why a request may not pass. A preflight never does: its answer ends it.
 Verdict Access::refusal(const Asking& asking) const {
-  if (asking.hosts.size() != 1 || !hostIn(asking.hosts.front())) return {400, "a request has one Host header", {}};
+  const Verdict ofHost = refusalOfHost(asking.hosts);
+  if (ofHost.status == 400) return ofHost;
   if (asking.origins.size() > 1) return {400, "a request has one Origin header at most", {}};
   if (!asking.target.starts_with('/')) return {400, "the target of a request starts with /", {}};
-  const std::string_view host = asking.hosts.front();
-  if (!isKnown(host)) {
-    const std::string name = shown(*hostIn(host));
-    return {403, "this server is not known as " + name + ": start it with --allow-host " + name, {}};
-  }
+  if (ofHost.status != 0) return ofHost;
   if (!asking.origins.empty()) {
     const std::string_view origin = asking.origins.front();
-    if (origin != "http://" + std::string(host) && !isAllowed(origin)) return {403, refusalOfOrigin(origin), {}};
+    if (!isOwn(origin, asking.hosts.front()) && !isAllowed(origin)) return {403, refusalOfOrigin(origin), {}};
     if (asking.preflight) return {204, "", {}};
   }
   if (!isGuarded(pathOf(asking.target)) || knowsToken(asking)) return {};
   return {401, "a token is wanted: Authorization: Bearer TOKEN", {{"WWW-Authenticate", "Bearer"}}};
+}
+
+Verdict Access::refusalOfHost(const std::vector<std::string_view>& hosts) const {
+  if (hosts.size() != 1) {
+    const std::string count = hosts.empty() ? "none" : std::to_string(hosts.size());
+    return {400, "a request has one Host header, this one has " + count, {}};
+  }
+  const std::string_view host = hosts.front();
+  if (!hostIn(host)) {
+    const std::string wanted = "a host and perhaps a port, as in localhost:8090 or [::1]:8090";
+    return {400, "the Host header is " + wanted + ", not '" + shown(host) + "'", {}};
+  }
+  if (isKnown(host)) return {};
+  const std::string name = shown(*hostIn(host));
+  return {403, "this server is not known as " + name + ": start it with --allow-host " + name, {}};
 }
 
 bool Access::isKnown(std::string_view host) const {

@@ -55,11 +55,15 @@ class Access {
  private:
   bool isKnown(std::string_view host) const;
   bool isAllowed(std::string_view origin) const;
+  Verdict refusalOfHost(const std::vector<std::string_view>& hosts) const;
   Verdict refusal(const Asking& asking) const;
   bool knowsToken(const Asking& asking) const;
 
   Rules rules_;
 };
+
+/// A text of a request as a line for a person shows it.
+std::string shown(std::string_view text);
 
 /// True for two equal texts. The time that it takes tells nothing of the first but its length.
 bool equalInConstantTime(std::string_view secret, std::string_view given);

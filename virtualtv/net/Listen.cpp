@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <boost/asio/ip/address.hpp>
+#include <boost/asio/ip/address_v4.hpp>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -40,6 +41,12 @@ tcp::endpoint endpointIn(const std::string& text) {
 std::string textOf(const tcp::endpoint& endpoint) {
   const std::string address = endpoint.address().to_string();
   return (endpoint.address().is_v6() ? "[" + address + "]" : address) + ":" + std::to_string(endpoint.port());
+}
+
+bool isOfThisMachine(const asio::ip::address& address) {
+  const bool isMapped = address.is_v6() && address.to_v6().is_v4_mapped();
+  return isMapped ? asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).is_loopback()
+                  : address.is_loopback();
 }
 
 Acceptor listenOn(asio::io_context& context, const tcp::endpoint& endpoint) {

@@ -17,6 +17,9 @@ asio::ip::tcp::endpoint endpointIn(const std::string& text);
 /// As it stands in an address of the web: `127.0.0.1:8090`, `[::1]:8090`.
 std::string textOf(const asio::ip::tcp::endpoint& endpoint);
 
+/// True for an address that other machines can't reach.
+bool isOfThisMachine(const asio::ip::address& address);
+
 /// Listens there. @throws std::runtime_error with a line for a person.
 Acceptor listenOn(asio::io_context& context, const asio::ip::tcp::endpoint& endpoint);
 /// The same on a socket that listens already, which becomes the acceptor's.

@@ -114,7 +114,7 @@ class Server::Body {
   }
 
   void wantToken(const asio::ip::tcp::endpoint& endpoint) const {
-    if (endpoint.address().is_loopback() || !options_.access.token.empty()) return;
+    if (isOfThisMachine(endpoint.address()) || !options_.access.token.empty()) return;
     throw std::invalid_argument("--listen: others can reach " + textOf(endpoint) + ", so --token FILE is wanted");
   }
 

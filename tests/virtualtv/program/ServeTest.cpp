@@ -112,6 +112,10 @@ TEST_F(ServeTest, OthersMayReachItOnlyWithAToken) {
   expectRefusal({"--fresh", "--listen", "0.0.0.0:0"},
                 "--listen: others can reach 0.0.0.0:0, so --token FILE is wanted");
   expectRefusal({"--fresh", "--listen", "[::]:0"}, "--listen: others can reach [::]:0, so --token FILE is wanted");
+  expectRefusal({"--fresh", "--listen", "[::ffff:0.0.0.0]:0"},
+                "--listen: others can reach [::ffff:0.0.0.0]:0, so --token FILE is wanted");
+  Running mapped({"serve", "--fresh", "--listen", "[::ffff:127.0.0.1]:0"});
+  EXPECT_TRUE(mapped.line().starts_with("emp-window: http://[::ffff:127.0.0.1]:"));
   Running server({"serve", "--fresh", "--listen", "0.0.0.0:0", "--token", secret("s3cret\n")});
   const std::string line = server.line();
   EXPECT_TRUE(line.starts_with("emp-window: http://0.0.0.0:")) << line;
