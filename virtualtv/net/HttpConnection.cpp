@@ -1,5 +1,6 @@
 #include "net/HttpConnection.h"
 
+#include <algorithm>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/string.hpp>
@@ -15,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "net/Head.h"
 #include "net/Pages.h"
 #include "net/WebSocket.h"
 #include "text/Units.h"
@@ -36,12 +38,6 @@ Answer line(int status, const std::string& text, Headers headers = {}) {
 
 Answer notAllowed(const std::string& allowed) {
   return line(405, "this address takes " + allowed, {{"Allow", allowed}});
-}
-
-bool isJson(std::string_view type) {
-  type = type.substr(0, type.find(';'));
-  while (type.ends_with(' ') || type.ends_with('\t')) type.remove_suffix(1);
-  return boost::beast::iequals(boost::beast::string_view(type.data(), type.size()), "application/json");
 }
 
 bool isOfHttp(error_code error) {
@@ -67,13 +63,25 @@ void HttpConnection::awaitRequest() {
   parser_.emplace();
   parser_->header_limit(static_cast<std::uint32_t>(site_.limits().mostHead));
   parser_->body_limit(boost::none);  // until the head is known
-  if (in_.size() > 0) return readHead();
+  emptyLines_ = 0;
+  awaitBytes();
+}
+
+/// Waits for the first bytes of a request. Some clients send empty lines before it: a few are dropped.
+void HttpConnection::awaitBytes() {
+  constexpr int mostDropped = 4;
+  constexpr std::string_view lineEnd = "\r\n";
+  for (; emptyLines_ < mostDropped && unread().starts_with(lineEnd); ++emptyLines_) in_.consume(lineEnd.size());
+  const bool isHalfALine = unread() == lineEnd.substr(0, 1);
+  if (in_.size() > 0 && !isHalfALine) return readHead();
+  constexpr std::size_t some = 1024;
   idle_ = true;
   within(site_.limits().silence);
-  socket_.async_wait(Socket::wait_read, [self = shared_from_this()](error_code error) {
+  socket_.async_read_some(in_.prepare(some), [self = shared_from_this()](error_code error, std::size_t count) {
     self->idle_ = false;
     if (error) return self->end();
-    self->readHead();
+    self->in_.commit(count);
+    self->awaitBytes();
   });
 }
 
@@ -85,27 +93,15 @@ void HttpConnection::readHead() {
 }
 
 void HttpConnection::takeHead(error_code error) {
-  verdict_ = {};
+  verdict_ = site_.access().judge(askingIn(parser_->get(), error ? unread() : std::string_view()));
   if (error) return refuse(error);
-  verdict_ = site_.access().judge(asking());
+  if (const Verdict refusal = refusalOfHead(parser_->get()); refusal.status != 0) {
+    last_ = true;
+    return answer(line(refusal.status, refusal.reason));
+  }
   if (verdict_.status == 0) return route();
   if (verdict_.status == 403) site_.complainOnce(verdict_.reason);
   answer(verdict_.status == 204 ? Answer{.status = 204} : line(verdict_.status, verdict_.reason));
-}
-
-Asking HttpConnection::asking() const {
-  Asking asking;
-  asking.target = target();
-  for (const auto& field : parser_->get()) {
-    if (field.name() == http::field::host) asking.hosts.push_back(view(field.value()));
-    if (field.name() == http::field::origin) asking.origins.push_back(view(field.value()));
-  }
-  asking.authorization = header(http::field::authorization);
-  asking.upgrades = isUpgrade();
-  asking.preflight =
-      parser_->get().method() == http::verb::options && !header(http::field::access_control_request_method).empty();
-  asking.privateNetwork = view(parser_->get()["Access-Control-Request-Private-Network"]) == "true";
-  return asking;
 }
 
 void HttpConnection::route() {
@@ -133,8 +129,9 @@ Answer HttpConnection::pageOrFile(std::string_view path) const {
 }
 
 void HttpConnection::takeCall() {
-  if (!isJson(header(http::field::content_type))) {
-    return answer(line(415, "a body of the type application/json is wanted"));
+  if (!isJson(parser_->get())) return answer(line(415, "a body of the type application/json is wanted"));
+  if (isEncoded(parser_->get())) {
+    return answer(line(415, "a body without a Content-Encoding is wanted", {{"Accept-Encoding", "identity"}}));
   }
   const auto length = parser_->content_length();
   if (length && *length > site_.limits().mostBody) return refuse(http::error::body_limit);
@@ -150,12 +147,15 @@ void HttpConnection::takeCall() {
 }
 
 void HttpConnection::readBody() {
+  constexpr std::size_t atATime = 65536;
+  in_.reserve(std::min(in_.max_size(), atATime));  // no more is read at once than fits
   http::async_read(socket_, in_, *parser_,
                    [self = shared_from_this()](error_code error, std::size_t) { self->takeBody(error); });
 }
 
 void HttpConnection::takeBody(error_code error) {
   if (error) return refuse(error);
+  in_.shrink_to_fit();
   call();
 }
 
@@ -301,6 +301,11 @@ std::string_view HttpConnection::header(http::field name) const {
 
 std::string_view HttpConnection::target() const {
   return view(parser_->get().target());
+}
+
+std::string_view HttpConnection::unread() const {
+  const auto bytes = in_.cdata();
+  return {static_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 bool HttpConnection::isUpgrade() const {

@@ -42,9 +42,9 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   using Response = boost::beast::http::response<Body>;
 
   void awaitRequest();
+  void awaitBytes();
   void readHead();
   void takeHead(error_code error);
-  Asking asking() const;
   void route();
   void takeCall();
   void readBody();
@@ -64,6 +64,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
 
   std::string_view header(boost::beast::http::field name) const;
   std::string_view target() const;
+  std::string_view unread() const;
   bool isUpgrade() const;
 
   Site& site_;
@@ -75,8 +76,9 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   Verdict verdict_;
   std::optional<Response> response_;
   std::optional<boost::beast::http::response_serializer<Body>> serializer_;
-  bool idle_ = false;  ///< between two requests
-  bool last_ = false;  ///< no request is to follow
+  int emptyLines_ = 0;  ///< that were dropped before the request
+  bool idle_ = false;   ///< between two requests
+  bool last_ = false;   ///< no request is to follow
   bool ended_ = false;
 };
 
