@@ -161,6 +161,12 @@ void HttpConnection::takeBody(error_code error) {
 
 void HttpConnection::call() {
   timer_.cancel();  // an answer may be held back for long
+  site_.handle(parser_->get().body().size(), std::string(view(parser_->get()["Emp-Session"])),
+               [self = shared_from_this()] { self->handOn(); });
+}
+
+void HttpConnection::handOn() {
+  if (ended_) return;
   std::optional<std::string> session;
   if (const auto field = parser_->get().find("Emp-Session"); field != parser_->get().end()) {
     session = std::string(view(field->value()));

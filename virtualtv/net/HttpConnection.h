@@ -50,6 +50,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void readBody();
   void takeBody(error_code error);
   void call();
+  void handOn();
   void upgrade();
   std::optional<Answer> refusalOfUpgrade() const;
   Answer pageOrFile(std::string_view path) const;

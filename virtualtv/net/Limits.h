@@ -18,6 +18,7 @@ struct Limits {
 
   std::size_t mostHead = 32 * 1024;          ///< bytes
   std::size_t mostBody = 32 * 1024 * 1024;   ///< bytes of a body or a message
+  std::size_t mostAtOnce = 1024 * 1024;      ///< bytes of a message that need not wait for its turn
   std::size_t mostUnsent = 8 * 1024 * 1024;  ///< bytes; a connection with more than that is read no further
 };
 

@@ -39,7 +39,7 @@ class Server::Body {
         options_(std::move(options)),
         access_(options_.access),
         calls_(device, callOptions()),
-        site_(calls_, access_, options_.limits, options_.complain, options_.log) {
+        site_(context_.get_executor(), calls_, access_, options_.limits, options_.complain, options_.log) {
     listen();
     for (Acceptor& acceptor : acceptors_) accept(acceptor);
     device_.loop().onPost([this] { asio::post(context_, [this] { device_.loop().turn(); }); });

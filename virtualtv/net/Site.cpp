@@ -5,8 +5,20 @@
 
 namespace virtualtv::net {
 
-Site::Site(rpc::Server& calls, const Access& access, const Limits& limits, Say complain, Say log)
-    : calls_(calls), access_(access), limits_(limits), complain_(std::move(complain)), log_(std::move(log)) {}
+Site::Site(const Executor& executor, rpc::Server& calls, const Access& access, const Limits& limits, Say complain,
+           Say log)
+    : turns_(executor),
+      calls_(calls),
+      access_(access),
+      limits_(limits),
+      complain_(std::move(complain)),
+      log_(std::move(log)) {}
+
+void Site::handle(std::size_t bytes, const std::string& session, std::function<void()> work) {
+  const bool waitsBehindOthers = !session.empty() && turns_.holds(session);
+  if (bytes <= limits_.mostAtOnce && !waitsBehindOthers) return work();
+  turns_.add(session, std::move(work));
+}
 
 void Site::add(const std::shared_ptr<Connection>& connection) {
   connections_.emplace(connection.get(), connection);

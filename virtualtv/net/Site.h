@@ -8,7 +8,9 @@
 #include <string>
 
 #include "net/Access.h"
+#include "net/Asio.h"
 #include "net/Limits.h"
+#include "net/Turns.h"
 #include "rpc/Server.h"
 
 namespace virtualtv::net {
@@ -30,12 +32,17 @@ class Site {
 
   /// @param complain  tells whoever runs the server what went wrong.
   /// @param log  is told of each request; may be empty.
-  Site(rpc::Server& calls, const Access& access, const Limits& limits, Say complain, Say log);
+  Site(const Executor& executor, rpc::Server& calls, const Access& access, const Limits& limits, Say complain, Say log);
 
   rpc::Server& calls() { return calls_; }
   const Access& access() const { return access_; }
   const Limits& limits() const { return limits_; }
   bool isEnding() const { return static_cast<bool>(whenEmpty_); }
+
+  /// Has a message handled: now, or where it is large, in its turn among the large ones.
+  /// @param session  that it names. Messages with the same one are handled in the order in which they came; an empty
+  /// one stands for none.
+  void handle(std::size_t bytes, const std::string& session, std::function<void()> work);
 
   void add(const std::shared_ptr<Connection>& connection);
   void remove(Connection& connection);
@@ -52,6 +59,7 @@ class Site {
   }
 
  private:
+  Turns turns_;
   rpc::Server& calls_;
   const Access& access_;
   const Limits& limits_;

@@ -59,11 +59,11 @@ void WebSocket::goAway() {
   close(CloseCode::going_away);
 }
 
-/// Does what can be done next: hands the message on that was read, reads another one.
+/// Does what can be done next: has the message handled that was read, reads another one.
 void WebSocket::proceed() {
   if (farewell_ || !client_) return;
-  if (read_ && !asking_) handOn();
-  if (!read_ && !reading_ && !farewell_ && unsent_ <= site_.limits().mostUnsent) read();
+  if (read_ && !asking_) return take();
+  if (!read_ && !reading_ && unsent_ <= site_.limits().mostUnsent) read();
 }
 
 void WebSocket::read() {
@@ -79,9 +79,17 @@ void WebSocket::read() {
   });
 }
 
+void WebSocket::take() {
+  asking_ = true;
+  site_.handle(in_.size(), {}, [self = shared_from_this()] {
+    if (self->farewell_ || !self->client_) return;
+    self->handOn();
+    self->proceed();
+  });
+}
+
 void WebSocket::handOn() {
   constexpr std::size_t mostKept = 65536;  // of the memory that a message took
-  asking_ = true;
   within_ = true;
   try {
     const auto bytes = in_.cdata();

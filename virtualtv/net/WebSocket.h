@@ -46,6 +46,7 @@ class WebSocket final : public rpc::Outlet, public Connection, public std::enabl
 
   void proceed();
   void read();
+  void take();
   void handOn();
   void answered();
   void write();
