@@ -134,7 +134,6 @@ Core::Core(device::Device& device, Options options)
       filesBeneath_(options_.files.empty() ? nullptr : std::make_unique<shell::FilesBeneath>(options_.files)),
       id_(randomId()),
       events_(device, [this](Event& event) { deliver(event); }) {
-  device_.remember();
   events_.onWake([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) events_.tell(events_.collect());
   });
@@ -152,6 +151,7 @@ Seat& Core::open() {
   if (seats_.size() >= options_.mostSessions) {
     throw TooManySessions("there are " + std::to_string(seats_.size()) + " sessions, as many as may be");
   }
+  device_.remember();  // not before: a server that nobody uses costs nothing
   const std::string name = id_ + "-" + std::to_string(++lastSession_);
   const auto seat = std::make_shared<Seat>(device_, name, files());
   seat->shell.client().limitEngines(mostEngines);

@@ -34,7 +34,7 @@ export interface TranscriptResult {
   skipped: {line: number, input: string, reason: string}[]
   /** What else fails it: faults that no call has met. */
   findings: string[]
-  /** Of the whole transcript, in the unified format; empty where nothing differs. */
+  /** Of the whole transcript, in the unified format, and the findings, a line each; empty where nothing is wrong. */
   diff: string
   /** A report in JUnit's XML. */
   junit: string

@@ -280,7 +280,7 @@ export async function runTranscript(text, plugin, {name = 'transcript'} = {}) {
     steps,
     skipped: steps.filter(step => step.skipped).map(({line, input, skipped}) => ({line, input, reason: skipped})),
     findings,
-    diff: unified(whole, name, `${name} (printed now)`),
+    diff: unified(whole, name, `${name} (printed now)`) + findings.map(finding => `${finding}\n`).join(''),
   }
   return {...result, junit: junitReport([result])}
 }

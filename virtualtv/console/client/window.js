@@ -148,13 +148,14 @@
       this.#hadSession = true
     }
 
-    /** Makes a call in the session. One that the server refuses because the session is gone runs in a new one. */
+    /** Makes a call in the session. One that the server refuses because the session is gone runs in a new one; one whose
+     *  session ended while it was held back may have run, and is not sent again. */
     call(method, params) {
       this.open()
       try {
         return this.#post(method, params, this.#session)
       } catch (error) {
-        if (!(error instanceof EmpRpcError) || error.code !== 1003) throw error
+        if (!(error instanceof EmpRpcError) || error.code !== 1003 || !/^there is no session /.test(error.data?.reason)) throw error
         this.#session = undefined
         this.open()
         return this.#post(method, params, this.#session)
