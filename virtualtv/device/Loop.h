@@ -38,7 +38,8 @@ class Loop {
   bool turn();
   /// Takes the loop over for this thread, and turns it until `stop`.
   void run();
-  /// Ends `run`, once the tasks that were posted before are done; those that they post are left. Any thread may call it.
+  /// Ends `run`, once the tasks that were posted before are done; those that they post are left. Any thread may call
+  /// it.
   void stop();
 
   /// Has `wake` called, on the thread that posts, when a task waits and none did: for an owner with a loop of its own.
