@@ -48,7 +48,7 @@ class History {
   /// A set as it was, and its revision then.
   struct Moment {
     Past set;
-    std::uint64_t revision;
+    std::uint64_t revision = 0;
   };
   /// The set right behind a command. @param tv  the set now. It outlives what is answered, which is to be used before
   /// anything happens. @throws std::invalid_argument when the command is not held.

@@ -201,7 +201,7 @@ Verdict Access::judge(const Asking& asking) const {
 
 /// Why a request may not pass. A preflight never does: its answer ends it.
 Verdict Access::refusal(const Asking& asking) const {
-  const Verdict ofHost = refusalOfHost(asking.hosts);
+  Verdict ofHost = refusalOfHost(asking.hosts);
   if (ofHost.status == 400) return ofHost;
   if (asking.origins.size() > 1) return {400, "a request has one Origin header at most", {}};
   if (!asking.target.starts_with('/')) return {400, "the target of a request starts with /", {}};

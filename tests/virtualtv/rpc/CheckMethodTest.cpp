@@ -55,7 +55,7 @@ TEST_F(CheckMethod, RefusesWhatIsNoTranscript) {
     EXPECT_EQ(reasonOf(refused), reason);
   }
   EXPECT_EQ(codeOf(client.call("tv.check")), -32602);
-  EXPECT_EQ(codeOf(client.call("tv.check", transcript(std::string("> GetTVMode\0\nint 1\n", 20)))), 1002);
+  EXPECT_EQ(codeOf(client.call("tv.check", transcript(std::string("> GetTVMode\0\nint 1\n", 19)))), 1002);
 }
 
 TEST_F(CheckMethod, LeavesTheSetThatIsServedAlone) {

@@ -136,6 +136,7 @@ TEST_F(Refusals, AreNoneOfRemarks) {
 
 TEST_F(Refusals, DoNotChangeTheOrderOfSessions) {
   std::vector<std::unique_ptr<Connected>> more;
+  more.reserve(12);
   for (int at = 0; at < 12; ++at) more.push_back(std::make_unique<Connected>(server));
   const Json::Value sessions = client.result("tv.sessions")["sessions"];
   ASSERT_EQ(sessions.size(), 13U);
