@@ -146,7 +146,8 @@ std::vector<std::string> splitWords(std::string_view line) {
   std::size_t at = 0;
   while ((at = line.find_first_not_of(blanks, at)) != std::string_view::npos) {
     Word word = takeWord(line, at);
-    if (word.quote != '\0') unclosed(std::string("no closing ") + closing(word.quote) + " for the one", word.open);
+    if (word.quote == '"') unclosed("no closing \" for the one", word.open);
+    if (word.quote != '\0') unclosed("no closing ' for the one", word.open);
     if (word.unknown) unclosed("an unknown escape in $'...'", *word.unknown);
     if (word.escape) unclosed("nothing behind the \\", word.open);
     words.push_back(std::move(word.text));
