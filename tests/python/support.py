@@ -5,7 +5,6 @@ import os
 import sys
 import tempfile
 import threading
-import time
 import unittest
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
@@ -13,6 +12,9 @@ from pathlib import Path
 CLIENT = Path(__file__).resolve().parents[2] / "virtualtv" / "console" / "python"
 PROGRAM = os.environ["EMP_WINDOW"]
 sys.path.insert(0, str(CLIENT))
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tools"))
+
+from scratch import ProcessTest  # noqa: E402  (needs the path above)
 
 
 class Peer:
@@ -76,21 +78,8 @@ class Peer:
         self.server.server_close()
 
 
-class ClientTest(unittest.TestCase):
+class ClientTest(ProcessTest):
     def scratch(self):
         folder = tempfile.TemporaryDirectory(prefix="python client ")
         self.addCleanup(folder.cleanup)
         return Path(folder.name)
-
-    def assert_gone(self, process):
-        """That a process ends; it may be left to whoever is to wait for it."""
-        state = Path(f"/proc/{process}/stat")
-        end = time.monotonic() + 10
-        while time.monotonic() < end:
-            try:
-                if state.read_text().rpartition(")")[2].split()[0] in "ZX":
-                    return
-            except (FileNotFoundError, ProcessLookupError):
-                return
-            time.sleep(0.01)
-        self.fail(f"process {process} is still there")

@@ -33,7 +33,24 @@ def run_main(tool, *arguments):
     return status, out.getvalue(), errors.getvalue()
 
 
-class ScratchTest(unittest.TestCase):
+class ProcessTest(unittest.TestCase):
+    """A test that looks at processes."""
+
+    def assert_gone(self, process):
+        """That a process ends; one that waits to be waited for has ended."""
+        state = Path(f"/proc/{process}/stat")
+        end = time.monotonic() + 10
+        while time.monotonic() < end:
+            try:
+                if state.read_text().rpartition(")")[2].split()[0] in "ZX":
+                    return
+            except (FileNotFoundError, ProcessLookupError):  # gone before it is opened, or before it is read
+                return
+            time.sleep(0.01)
+        self.fail(f"process {process} is still there")
+
+
+class ScratchTest(ProcessTest):
     def setUp(self):
         # A blank in the path, as people have them.
         folder = tempfile.TemporaryDirectory(prefix="scratch folder ")
@@ -57,16 +74,3 @@ class ScratchTest(unittest.TestCase):
         environment = {**os.environ, **options.pop("env", {})}
         return subprocess.run([str(part) for part in command], text=True, capture_output=True, env=environment,
                               **{"cwd": self.root, **options})
-
-    def assert_gone(self, process):
-        """That a process ends; one that waits to be waited for has ended."""
-        state = Path(f"/proc/{process}/stat")
-        end = time.monotonic() + 10
-        while time.monotonic() < end:
-            try:
-                if state.read_text().rpartition(")")[2].split()[0] in "ZX":
-                    return
-            except (FileNotFoundError, ProcessLookupError):  # gone before it is opened, or before it is read
-                return
-            time.sleep(0.01)
-        self.fail(f"process {process} is still there")

@@ -16,8 +16,6 @@ using framework::LogLine;
 using seam::Fault;
 using seam::Seam;
 
-constexpr int allLevels = 3;
-
 }  // namespace
 
 Device::Device(kel::CEmpAppBase& app, Storage& storage)

@@ -98,6 +98,9 @@ struct Happening {
 /// What it takes of memory, about, in bytes.
 std::size_t sizeOf(const Happening& happening);
 
+/// The level of log lines that has all of them.
+inline constexpr int allLevels = 3;
+
 /// What a subscriber asks for.
 struct Wants {
   bool events = false;  ///< all but calls, log lines and acts

@@ -10,7 +10,6 @@ namespace virtualtv::device {
 
 namespace {
 
-constexpr int allLevels = 3;
 constexpr char mark = ':';  // between the names of session and engine
 
 /// Puts what happened where it belongs. A key that changed several times has changed once, or not at all.

@@ -14,11 +14,7 @@ constexpr std::size_t longestShown = 40;
 
 /// A text as one line of a limited length.
 std::string shortened(const std::string& text, std::size_t longest) {
-  std::size_t end = std::min(text.size(), longest);
-  const auto isInside = [&] { return end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U; };
-  while (end > 0 && isInside()) --end;
-  const std::string front = text.substr(0, end);
-  return (text::isPrintable(front) ? front : text::printable(front)) + (end < text.size() ? "..." : "");
+  return text::asLine(text::shortened(text, longest));
 }
 
 std::string quoted(const std::string& text) {

@@ -11,7 +11,6 @@ namespace virtualtv::rpc {
 
 namespace {
 
-constexpr int allLevels = 3;
 constexpr std::size_t usualSize = 512;  ///< of an event without long texts, with what holds it, in bytes
 
 std::size_t sizeOf(const Event& event) {
@@ -44,7 +43,7 @@ void Events::onWake(std::function<void()> wake) {
 
 void Events::hear(const std::set<std::string>& topics) {
   const bool calls = wants_.calls || haveTopic(topics, "call");
-  const int level = haveTopic(topics, "log") ? allLevels : wants_.logLevel;
+  const int level = haveTopic(topics, "log") ? device::allLevels : wants_.logLevel;
   if (calls == wants_.calls && level == wants_.logLevel) return;
   tell(collect());
   wants_.calls = calls;

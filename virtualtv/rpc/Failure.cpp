@@ -35,21 +35,10 @@ const char* messageOf(Code code) {
 constexpr std::size_t longestReason = 4096;
 constexpr std::size_t longestName = 200;
 
-/// The front of a text where it is long, as whole characters.
-std::string cut(std::string_view text, std::size_t longest) {
-  if (text.size() <= longest) return std::string(text);
-  return std::string(text::utf8Front(text.substr(0, longest))) + "...";
-}
-
-/// Reasons that show a part of what they are about have it escaped already.
-std::string shown(const std::string& reason) {
-  return text::isPrintable(reason) ? reason : text::printable(reason);
-}
-
 }  // namespace
 
 std::string nameShown(std::string_view name) {
-  std::string shown = cut(name, longestName);
+  std::string shown = text::shortened(name, longestName);
   for (std::size_t at = shown.find('\0'); at != shown.npos; at = shown.find('\0')) shown.replace(at, 1, "\xEF\xBF\xBD");
   return shown;
 }
@@ -80,7 +69,7 @@ Json::Value errorOf(const Failure& failure) {
   Json::Value error;
   error["code"] = static_cast<int>(failure.code);
   error["message"] = messageOf(failure.code);
-  error["data"]["reason"] = cut(shown(failure.what()), longestReason);
+  error["data"]["reason"] = text::shortened(text::asLine(failure.what()), longestReason);
   return error;
 }
 

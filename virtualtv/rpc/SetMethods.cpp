@@ -110,7 +110,7 @@ Json::Value problemOf(const import::Problem& problem) {
   Json::Value json;
   if (problem.line) json["line"] = *problem.line;
   json["at"] = text::printable(problem.at);
-  json["reason"] = text::isPrintable(problem.reason) ? problem.reason : text::printable(problem.reason);
+  json["reason"] = text::asLine(problem.reason);
   return json;
 }
 

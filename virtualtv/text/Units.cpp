@@ -262,4 +262,13 @@ bool isPrintable(std::string_view bytes) {
   return frontOf(bytes, [](char32_t point) { return !isControl(point); }).size() == bytes.size();
 }
 
+std::string asLine(std::string_view text) {
+  return isPrintable(text) ? std::string(text) : printable(text);
+}
+
+std::string shortened(std::string_view text, std::size_t longest) {
+  if (text.size() <= longest) return std::string(text);
+  return std::string(utf8Front(text.substr(0, longest))) + "...";
+}
+
 }  // namespace virtualtv::text

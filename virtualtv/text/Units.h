@@ -54,4 +54,10 @@ std::string wellFormed(std::string_view bytes);
 /// True when they also have no control characters.
 bool isPrintable(std::string_view bytes);
 
+/// A text as `printable` writes it, unless it is printable: for what may have been written so already.
+std::string asLine(std::string_view text);
+
+/// The front of a text in UTF-8 that is longer, as whole characters with `...` behind them.
+std::string shortened(std::string_view text, std::size_t longest);
+
 }  // namespace virtualtv::text

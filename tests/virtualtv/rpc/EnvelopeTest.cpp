@@ -6,13 +6,6 @@ namespace {
 
 class Envelope : public RpcTest {
  protected:
-  /// The only reply to a message.
-  Json::Value replyTo(const std::string& message) {
-    client.say(message);
-    const std::vector<Json::Value> replies = client.take();
-    EXPECT_EQ(replies.size(), 1U) << message;
-    return replies.empty() ? Json::Value() : replies.front();
-  }
   /// That none comes.
   void expectSilence(const std::string& message) {
     client.say(message);
@@ -24,7 +17,7 @@ class Envelope : public RpcTest {
 
 TEST_F(Envelope, IsAnsweredWithItsId) {
   for (const std::string id : {"1", "\"a\"", "null", "-5", "1.5", "9007199254740993"}) {
-    const Json::Value reply = replyTo(R"({"jsonrpc":"2.0","method":"tv.faults","id":)" + id + "}");
+    const Json::Value reply = client.replyTo(R"({"jsonrpc":"2.0","method":"tv.faults","id":)" + id + "}");
     EXPECT_EQ(reply["id"], json(id)) << id;
     EXPECT_EQ(codeOf(reply), 0);
   }
@@ -42,14 +35,14 @@ TEST_F(Envelope, IsAnsweredWithItsIdAsItStands) {
 }
 
 TEST_F(Envelope, MayBeWrittenWithEscapesAndInAnyOrder) {
-  const Json::Value reply = replyTo(
+  const Json::Value reply = client.replyTo(
       R"({"p\u0061rams":{"n\u0061me":"r\u0065gion"},"method":"tv\u002eget","more":[{"id":2}],"id":1,"jsonrpc":"2\u002e0"})");
   EXPECT_EQ(codeOf(reply), 0);
   EXPECT_EQ(reply["id"], 1);
 }
 
 TEST_F(Envelope, WithTwoMembersOfOneNameHasTheLast) {
-  const Json::Value reply = replyTo(
+  const Json::Value reply = client.replyTo(
       R"({"jsonrpc":"1.0","id":[],"method":1,"params":1,"jsonrpc":"2.0","id":7,"method":"tv.get","params":["region"]})");
   EXPECT_EQ(codeOf(reply), 0);
   EXPECT_EQ(reply["id"], 7);
@@ -60,7 +53,7 @@ TEST_F(Envelope, ThatHasANumberBeyondThoseOfADoubleIsAParseError) {
                                  R"({"jsonrpc":"2.0","method":"tv.get","params":["region",1e999],"id":1})",
                                  R"({"jsonrpc":"2.0","method":"tv.faults","more":-1e999,"id":1})",
                                  R"([{"jsonrpc":"2.0","method":"tv.faults","id":1},1e999])"}) {
-    const Json::Value reply = replyTo(text);
+    const Json::Value reply = client.replyTo(text);
     EXPECT_EQ(codeOf(reply), -32700) << text;
     EXPECT_TRUE(reasonOf(reply).ends_with("1e999' is not a number")) << reasonOf(reply);
   }
@@ -76,7 +69,7 @@ TEST_F(Envelope, ThatIsANotificationIsCarriedOutAndNotAnswered) {
 
 TEST_F(Envelope, ThatIsNoJsonIsAParseError) {
   for (const std::string text : {"", "{", "{\"jsonrpc\":\"2.0\",}", "[1,", "\xFF", "{} {}", "// a"}) {
-    const Json::Value reply = replyTo(text);
+    const Json::Value reply = client.replyTo(text);
     EXPECT_EQ(codeOf(reply), -32700) << text;
     EXPECT_TRUE(reply["id"].isNull() && reply.isMember("id"));
     EXPECT_TRUE(reasonOf(reply).starts_with("line 1, column ")) << reasonOf(reply);
@@ -85,10 +78,10 @@ TEST_F(Envelope, ThatIsNoJsonIsAParseError) {
 
 TEST_F(Envelope, HasLimits) {
   const std::string deep = std::string(101, '[') + std::string(101, ']');
-  EXPECT_EQ(reasonOf(replyTo(deep)), "line 1, column 101: nested deeper than 100");
+  EXPECT_EQ(reasonOf(client.replyTo(deep)), "line 1, column 101: nested deeper than 100");
   std::string many = "[1";
   for (int count = 0; count < 1'000'000; ++count) many += ",1";
-  EXPECT_EQ(codeOf(replyTo(many + "]")), -32700);
+  EXPECT_EQ(codeOf(client.replyTo(many + "]")), -32700);
 }
 
 TEST_F(Envelope, ThatIsNoRequestIsRefused) {
@@ -99,7 +92,7 @@ TEST_F(Envelope, ThatIsNoRequestIsRefused) {
         R"({"jsonrpc":"2.0","method":"tv.state","params":"a","id":1})",
         R"({"jsonrpc":"2.0","method":"tv.state","params":null,"id":1})",
         R"({"jsonrpc":"2.0","method":"tv.state","id":{}})", R"({"jsonrpc":"2.0","method":"tv.state","id":true})"}) {
-    const Json::Value reply = replyTo(text);
+    const Json::Value reply = client.replyTo(text);
     EXPECT_EQ(codeOf(reply), -32600) << text;
     EXPECT_FALSE(reasonOf(reply).empty());
     const bool hasId = text.find(R"("id":1)") != text.npos;
@@ -119,7 +112,7 @@ TEST_F(Envelope, WithParametersThatAMethodDoesNotHaveIsRefused) {
       {R"("tv.services","params":{"limit":-1})", "limit: a number from 0 to 9223372036854775807 is wanted, not -1"},
   };
   for (const auto& [call, reason] : cases) {
-    const Json::Value reply = replyTo(R"({"jsonrpc":"2.0","id":1,"method":)" + call + "}");
+    const Json::Value reply = client.replyTo(R"({"jsonrpc":"2.0","id":1,"method":)" + call + "}");
     EXPECT_EQ(codeOf(reply), -32602) << call;
     EXPECT_EQ(reasonOf(reply), reason);
     EXPECT_EQ(reply["id"], 1);
@@ -135,7 +128,7 @@ TEST_F(Envelope, OfAnUnknownMethodIsRefused) {
 }
 
 TEST_F(Envelope, InABatchIsAnsweredInOrder) {
-  const Json::Value replies = replyTo(R"([{"jsonrpc":"2.0","id":1,"method":"tv.set","params":["region","2"]},
+  const Json::Value replies = client.replyTo(R"([{"jsonrpc":"2.0","id":1,"method":"tv.set","params":["region","2"]},
       {"jsonrpc":"2.0","method":"tv.set","params":["region","5"]}, 7,
       {"jsonrpc":"2.0","id":"x","method":"tv.get","params":["region"]}])");
   ASSERT_EQ(replies.size(), 3U);
@@ -150,14 +143,14 @@ TEST_F(Envelope, InABatchOfNotificationsIsNotAnswered) {
 }
 
 TEST_F(Envelope, InABatchMayBeThousandfold) {
-  const Json::Value none = replyTo("[]");
+  const Json::Value none = client.replyTo("[]");
   EXPECT_EQ(codeOf(none), -32600);
   std::string batch;
   for (int count = 0; count < 1000; ++count) {
     batch += std::string(count == 0 ? "" : ",") + R"({"jsonrpc":"2.0","id":0,"method":"tv.faults"})";
   }
-  EXPECT_EQ(replyTo("[" + batch + "]").size(), 1000U);
-  const Json::Value tooMany = replyTo("[1," + batch + "]");
+  EXPECT_EQ(client.replyTo("[" + batch + "]").size(), 1000U);
+  const Json::Value tooMany = client.replyTo("[1," + batch + "]");
   EXPECT_EQ(codeOf(tooMany), -32600);
   EXPECT_EQ(reasonOf(tooMany), "a batch has at most 1,000 requests");
 }

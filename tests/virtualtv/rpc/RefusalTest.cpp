@@ -8,24 +8,17 @@ namespace {
 
 class Refusals : public RpcTest {
  protected:
-  Json::Value replyTo(const std::string& message) {
-    client.say(message);
-    const std::vector<Json::Value> replies = client.take();
-    EXPECT_EQ(replies.size(), 1U) << message;
-    return replies.empty() ? Json::Value() : replies.front();
-  }
-
   Connected client{server};
 };
 
 TEST_F(Refusals, OfWhatIsNoRequestHaveItsId) {
   for (const std::string members : {R"("method":"tv.state","params":null)", R"("method":"tv.state","params":"x")",
                                     R"("params":[])", R"("method":7)", R"("method":"\ud800")"}) {
-    const Json::Value reply = replyTo(R"({"jsonrpc":"2.0","id":43,)" + members + "}");
+    const Json::Value reply = client.replyTo(R"({"jsonrpc":"2.0","id":43,)" + members + "}");
     EXPECT_EQ(codeOf(reply), -32600) << members;
     EXPECT_EQ(reply["id"], 43) << members;
   }
-  EXPECT_TRUE(replyTo(R"({"jsonrpc":"2.0","method":"tv.state","params":null})")["id"].isNull());
+  EXPECT_TRUE(client.replyTo(R"({"jsonrpc":"2.0","method":"tv.state","params":null})")["id"].isNull());
 }
 
 TEST_F(Refusals, OfASessionThatThereIsNotAnswerEachRequest) {
@@ -70,7 +63,7 @@ TEST_F(Refusals, OfASessionThatEndsAnswerEachRequestThatWaits) {
 }
 
 TEST_F(Refusals, OfHalfASurrogatePairAreThoseOfAParameter) {
-  const Json::Value reply = replyTo(R"({"jsonrpc":"2.0","id":5,"method":"tv.get","params":["\ud800"]})");
+  const Json::Value reply = client.replyTo(R"({"jsonrpc":"2.0","id":5,"method":"tv.get","params":["\ud800"]})");
   EXPECT_EQ(codeOf(reply), -32602);
   EXPECT_EQ(reply["id"], 5);
   EXPECT_EQ(reasonOf(reply), "half of a surrogate pair alone is no character");
@@ -78,7 +71,7 @@ TEST_F(Refusals, OfHalfASurrogatePairAreThoseOfAParameter) {
 
 TEST_F(Refusals, ShowNamesWithZeroBytes) {
   const auto reason = [&](const std::string& rest) {
-    return reasonOf(replyTo(R"({"jsonrpc":"2.0","id":1,)" + rest + "}"));
+    return reasonOf(client.replyTo(R"({"jsonrpc":"2.0","id":1,)" + rest + "}"));
   };
   EXPECT_EQ(reason(R"("method":"a\u0000b")"),
             "there is no method 'a\xEF\xBF\xBD"
@@ -129,6 +122,9 @@ TEST_F(Refusals, OfMoreEnginesThanASessionMayHave) {
 }
 
 TEST_F(Refusals, AreNoneOfRemarks) {
+  client.result("events.subscribe", json(R"([["command"]])"));
+  client.run("GetTVMode");
+  EXPECT_EQ(client.events().size(), 1U);
   EXPECT_TRUE(client.result("tv.run", json(R"(["# a remark"])"))["lines"].empty());
   EXPECT_TRUE(client.result("tv.run", json(R"(["  "])"))["lines"].empty());
   EXPECT_TRUE(client.events().empty());

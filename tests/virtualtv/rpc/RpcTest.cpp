@@ -51,6 +51,13 @@ void Connected::say(const std::string& message) {
   client_->take(message, [this] { ++done; });
 }
 
+Json::Value Connected::replyTo(const std::string& message) {
+  say(message);
+  const std::vector<Json::Value> replies = take();
+  EXPECT_EQ(replies.size(), 1U) << message;
+  return replies.empty() ? Json::Value() : replies.front();
+}
+
 Json::Value Connected::call(const std::string& method, const Json::Value& params) {
   const int id = ++lastId_;
   say(request(method, params, id));

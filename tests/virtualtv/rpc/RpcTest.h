@@ -45,6 +45,8 @@ class Connected : public Outlet {
 
   /// Sends a message as it stands.
   void say(const std::string& message);
+  /// Sends a message. @return the only one that it is sent for it.
+  Json::Value replyTo(const std::string& message);
   /// Sends a request. @return its whole response; null where there is none yet.
   Json::Value call(const std::string& method, const Json::Value& params = Json::nullValue);
   /// The result of a request, which must have one.

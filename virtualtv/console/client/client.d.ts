@@ -77,7 +77,7 @@ export interface Unsubscribe {
   readonly ready: Promise<void>
 }
 
-/** The whole set as one document; the server's OpenRPC document has its schema. */
+/** The whole set as one document, as `tv.state` answers it. */
 export type State = Record<string, any>
 
 /** All that the set keeps. */
