@@ -10,3 +10,16 @@ function(embed target name file)
     VERBATIM)
   target_sources(${target} PRIVATE ${source})
 endfunction()
+
+# embed_files(TARGET NAME BASE FILE...): the same for several files, by their paths below BASE, in their order, as
+#   namespace virtualtv::embedded { extern const std::span<const std::pair<std::string_view, std::string_view>> NAME; }
+function(embed_files target name base)
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/embedded/${name}.cpp)
+  set(script ${PROJECT_SOURCE_DIR}/virtualtv/embed_files.cmake)
+  add_custom_command(
+    OUTPUT ${source}
+    COMMAND ${CMAKE_COMMAND} -DNAME=${name} -DBASE=${base} "-DFILES=${ARGN}" -DSOURCE=${source} -P ${script}
+    DEPENDS ${ARGN} ${script}
+    VERBATIM)
+  target_sources(${target} PRIVATE ${source})
+endfunction()

@@ -117,15 +117,12 @@ void HttpConnection::route() {
 }
 
 Answer HttpConnection::pageOrFile(std::string_view path) const {
-  if (path == "/") {
-    return {200,
-            frontPage(header(http::field::host)),
-            "text/html; charset=utf-8",
-            {{"Content-Security-Policy", policyOf(site_.access().origins())}}};
-  }
   if (path == "/openrpc.json") return {200, site_.calls().openRpc(), "application/json"};
-  const std::optional<File> file = fileAt(path);
-  return file ? Answer{200, std::string(file->content), file->type} : line(404, "there is nothing at this address");
+  std::optional<File> file = fileAt(path, site_.access().origins());
+  if (!file) return line(404, "there is nothing at this address");
+  Headers headers;
+  if (!file->policy.empty()) headers.emplace_back("Content-Security-Policy", std::move(file->policy));
+  return {200, std::string(file->content), file->type, std::move(headers)};
 }
 
 void HttpConnection::takeCall() {

@@ -1,59 +1,69 @@
 #include "net/Pages.h"
 
 #include <array>
-#include <cstddef>
+#include <span>
+#include <utility>
 
 namespace virtualtv::embedded {
 
-extern const std::string_view frontPage;
-// NOLINTBEGIN(readability-identifier-naming): named after their files
-extern const std::string_view client_js;
-extern const std::string_view window_js;
-extern const std::string_view transcript_js;
-extern const std::string_view client_d_ts;
-extern const std::string_view commands_d_ts;
-extern const std::string_view transcript_d_ts;
-// NOLINTEND(readability-identifier-naming)
+using Files = std::span<const std::pair<std::string_view, std::string_view>>;
+extern const Files clientFiles;
+extern const Files pageFiles;
 
 }  // namespace virtualtv::embedded
 
 namespace virtualtv::net {
 
-std::optional<File> fileAt(std::string_view path) {
-  constexpr std::string_view script = "text/javascript; charset=utf-8";
-  constexpr std::string_view typings = "text/plain; charset=utf-8";
-  struct Place {
-    std::string_view path;
-    File file;
-  };
-  const std::array places{
-      Place{"/client.js", {script, embedded::client_js}},
-      Place{"/window.js", {script, embedded::window_js}},
-      Place{"/transcript.js", {script, embedded::transcript_js}},
-      Place{"/client.d.ts", {typings, embedded::client_d_ts}},
-      Place{"/commands.d.ts", {typings, embedded::commands_d_ts}},
-      Place{"/transcript.d.ts", {typings, embedded::transcript_d_ts}},
-  };
-  for (const Place& place : places) {
-    if (place.path == path) return place.file;
+namespace {
+
+constexpr std::string_view pageFolder = "/page/";
+/// Apps that come with the page, which it shows in frames.
+constexpr std::string_view apps = "/page/apps/";
+
+std::string_view typeOf(std::string_view name) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 5> types{{
+      {".html", "text/html; charset=utf-8"},
+      {".css", "text/css; charset=utf-8"},
+      {".js", "text/javascript; charset=utf-8"},
+      {".svg", "image/svg+xml"},
+      {".ts", "text/plain; charset=utf-8"},
+  }};
+  for (const auto& [ending, type] : types) {
+    if (name.ends_with(ending)) return type;
+  }
+  return "application/octet-stream";
+}
+
+/// What a page may load and who may show it.
+std::string policyOf(std::string_view path, const std::vector<std::string>& origins) {
+  std::string frames = "frame-src 'self'";
+  for (const std::string& origin : origins) frames += " " + origin;
+  const std::string ancestors = path.starts_with(apps) ? "'self'" : "'none'";
+  return "default-src 'self'; media-src 'self' blob:; " + frames + "; frame-ancestors " + ancestors +
+         "; object-src 'none'; base-uri 'none'; form-action 'none'";
+}
+
+std::optional<std::string_view> find(const embedded::Files& files, std::string_view name) {
+  for (const auto& [path, content] : files) {
+    if (path == name) return content;
   }
   return std::nullopt;
 }
 
-std::string frontPage(std::string_view host) {
-  constexpr std::string_view mark = "HOST";
-  std::string page(embedded::frontPage);
-  for (std::size_t at = page.find(mark); at != std::string::npos; at = page.find(mark, at + host.size())) {
-    page.replace(at, mark.size(), host);
-  }
-  return page;
+std::optional<std::string_view> contentAt(std::string_view path) {
+  if (path == "/") return find(embedded::pageFiles, "index.html");
+  if (path.starts_with(pageFolder)) return find(embedded::pageFiles, path.substr(pageFolder.size()));
+  return find(embedded::clientFiles, path.substr(path.starts_with('/') ? 1 : 0));
 }
 
-std::string policyOf(const std::vector<std::string>& origins) {
-  std::string frames = "frame-src 'self'";
-  for (const std::string& origin : origins) frames += " " + origin;
-  return "default-src 'self'; media-src 'self' blob:; " + frames +
-         "; frame-ancestors 'none'; object-src 'none'; base-uri 'none'; form-action 'none'";
+}  // namespace
+
+std::optional<File> fileAt(std::string_view path, const std::vector<std::string>& origins) {
+  const std::optional<std::string_view> content = contentAt(path);
+  if (!content) return std::nullopt;
+  const std::string_view type = path == "/" ? typeOf("index.html") : typeOf(path);
+  const bool isPage = type == typeOf(".html");
+  return File{type, *content, isPage ? policyOf(path, origins) : std::string()};
 }
 
 }  // namespace virtualtv::net

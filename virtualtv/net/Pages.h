@@ -11,15 +11,11 @@ namespace virtualtv::net {
 struct File {
   std::string_view type;  ///< its media type
   std::string_view content;
+  std::string policy;  ///< what it may load and who may show it; empty where it is no page
 };
 
-/// A file that clients load, by its path; nothing where there is none.
-std::optional<File> fileAt(std::string_view path);
-
-/// The page at `/`. @param host  as the request calls this server, port included; nothing in it needs an escape.
-std::string frontPage(std::string_view host);
-
-/// What that page may load and who may show it. @param origins  whose pages it may show.
-std::string policyOf(const std::vector<std::string>& origins);
+/// A file that browsers load, by its path; nothing where there is none.
+/// @param origins  whose pages the page at `/` may show.
+std::optional<File> fileAt(std::string_view path, const std::vector<std::string>& origins);
 
 }  // namespace virtualtv::net

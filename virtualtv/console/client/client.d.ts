@@ -21,6 +21,10 @@ export interface ConnectOptions extends Application {
   token?: string
   /** Milliseconds for which calls wait for a connection that broke; 10,000 by default. */
   patience?: number
+  /** Milliseconds before it connects again, 100 by default; doubles with each try that fails. */
+  firstPause?: number
+  /** The longest of these pauses, 5,000 by default. */
+  longestPause?: number
 }
 
 /** The server answered a call with an error. A failure code of a command is no error but a value. */

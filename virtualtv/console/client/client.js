@@ -9,8 +9,6 @@ const {EmpConnectionError, EmpRpcError, baseOf, socketUrl, parametersOf, encode,
   globalThis[Symbol.for('emp-window/1')]
 export {EmpConnectionError, EmpRpcError}
 
-const firstPause = 100  // ms before the first reconnect; doubles with each that fails
-const longestPause = 5000
 const handshakePatience = 10_000  // ms until a connection that does not come about is given up
 
 /** What `nearest` finds is told to someone who misspelled `name`; nothing when no name is close. */
@@ -55,18 +53,21 @@ class Wire {
   #id = 0
   #pause
   #patience
+  #pauses
   #welcome
   #lost
   #event
 
   /**
    * @param url  of the WebSocket  @param patience  ms for which calls wait for a connection
+   * @param pauses  {first, longest}, ms before it is made anew: doubles with each try that fails
    * @param welcome  called with each new connection, before any other call  @param lost  called when one breaks
    * @param event  called with the parameters of each event
    */
-  constructor({url, base, patience, welcome, lost, event}) {
+  constructor({url, base, patience, pauses, welcome, lost, event}) {
     Object.assign(this, {url, base})
     this.#patience = patience
+    this.#pauses = pauses
     this.#welcome = welcome
     this.#lost = lost
     this.#event = event
@@ -197,7 +198,7 @@ class Wire {
   /** Tries again until a connection is there, with growing pauses that differ from client to client. */
   #reconnect(attempt = 0) {
     if (this.isClosed) return
-    const pause = Math.min(longestPause, firstPause * 2 ** attempt) * (0.5 + Math.random() / 2)
+    const pause = Math.min(this.#pauses.longest, this.#pauses.first * 2 ** attempt) * (0.5 + Math.random() / 2)
     this.#pause = setTimeout(() => {
       this.open().catch(() => this.#reconnect(attempt + 1))
     }, pause)
@@ -334,6 +335,7 @@ class Tv {
       url: socketUrl(this.address, options),
       base: this.address,
       patience: options.patience ?? 10_000,
+      pauses: {first: options.firstPause ?? 100, longest: options.longestPause ?? 5000},
       welcome: (ready, fail) => this.#welcome(ready, fail),
       lost: reason => this.#tellConnection({connected: false, reason}),
       event: event => this.#events.take(event),

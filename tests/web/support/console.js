@@ -1,0 +1,57 @@
+// The page in a browser, a TV of its own behind it, and a client beside it that tells what the page has done.
+import assert from 'node:assert/strict'
+import {connect} from '../../../virtualtv/console/client/client.js'
+import {startBrowser} from '../../client/support/browser.js'
+import {serve} from '../../client/support/server.js'
+
+let browser
+
+/** One browser for all tests of a file. */
+export async function openBrowser() {
+  browser = await startBrowser()
+}
+
+export async function closeBrowser() {
+  await browser?.close()
+}
+
+/** A page that shows a TV. */
+export class Console {
+  /** What the page has complained of: errors on its console, uncaught ones, what its policy forbids. */
+  errors = []
+
+  /** @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any}} how */
+  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server} = {}) {
+    const made = new Console()
+    made.server = server ?? await serve({options})
+    made.tv = await connect(made.server.address)
+    made.page = await browser.page()
+    await made.page.setViewportSize(size)
+    await made.page.emulateMedia({colorScheme: scheme, reducedMotion: 'reduce'})
+    made.page.on('console', message => message.type() === 'error' && made.errors.push(message.text()))
+    made.page.on('pageerror', error => made.errors.push(error.stack))
+    await made.page.goto(made.server.address)
+    await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+    return made
+  }
+
+  /** A pane, by its name. */
+  pane(name) {
+    return this.page.locator(`section[id="${name.toLowerCase().replace(' ', '-')}"]`)
+  }
+
+  /** Brings a pane into sight. */
+  async show(name) {
+    const tab = this.page.getByRole('tab', {name, exact: true})
+    if (await tab.count() > 0) await tab.click()
+    return this.pane(name)
+  }
+
+  /** Closes page and TV. Fails where the page has complained. */
+  async close() {
+    await this.page.context().close()
+    await this.tv.close()
+    await this.server.kill()
+    assert.deepEqual(this.errors, [])
+  }
+}

@@ -1,0 +1,83 @@
+/*
+ * Brings what happens on the TV into the store. Events are told as they come; documents that they make untrue are asked for
+ * again, at most one question of a kind at a time, so that many events at once cost no more than one.
+ */
+import {store} from './store.js'
+import {timeline} from './timeline-log.js'
+
+/** @typedef {import('../client.js').Tv} Tv */
+
+const stateTopics = new Set(['source', 'service', 'mode', 'plane', 'tracks', 'favourites', 'services', 'inputs', 'knob'])
+
+/**
+ * Calls a function, and again where it was asked for meanwhile.
+ * @param {() => Promise<void>} ask @return {() => void}
+ */
+function coalesced(ask) {
+  let isRunning = false
+  let isWanted = false
+  return async function again() {
+    isWanted = true
+    if (isRunning) return
+    isRunning = true
+    try {
+      while (isWanted) {
+        isWanted = false
+        await ask()
+      }
+    } catch {
+      // The connection broke: the next one starts with all documents.
+    } finally {
+      isRunning = false
+    }
+  }
+}
+
+/** Subscribes the store to a TV. @param {Tv} tv */
+export function feed(tv) {
+  const ask = {
+    state: coalesced(async () => store.set('state', await tv.state())),
+    sessions: coalesced(async () => store.set('sessions', await tv.sessions())),
+    faults: coalesced(async () => store.set('faults', await tv.faults())),
+    settings: coalesced(async () => store.set('settings', await tv.settings())),
+    knobs: coalesced(async () => store.set('knobs', await tv.knobs())),
+  }
+
+  /** @param {string} topic */
+  const take = topic => {
+    if (stateTopics.has(topic)) ask.state()
+    if (topic === 'services') store.set('services', store.get('services') + 1)
+    if (topic === 'knob' && store.get('knobs')) ask.knobs()
+    if (topic === 'session' || topic === 'engine') ask.sessions()
+    if (topic === 'fault') ask.faults()
+    if (topic === 'settings') ask.settings()
+  }
+
+  tv.on('*', event => {
+    timeline.take(event)
+    store.set('timeline', timeline.version)
+    if (event.state === undefined) return take(event.topic)
+    store.set('state', event.state)
+    store.set('services', store.get('services') + 1)
+    for (const question of [ask.sessions, ask.faults, ask.settings]) question()
+    if (store.get('knobs')) ask.knobs()
+  })
+  tv.on('connection', ({connected, reason}) => store.set('connection', {connected, reason, since: Date.now()}))
+  describe(tv).catch(error => store.set('connection', {...store.get('connection'), reason: error.message}))
+}
+
+/** What does not change while the server runs. @param {Tv} tv */
+async function describe(tv) {
+  const {methods} = await tv.discover()
+  store.set('commands', methods.filter((/** @type {any} */ method) => /^window\.[A-Z]/.test(method.name)).map(commandOf))
+  store.set('operations', await tv.operations())
+}
+
+/** @param {any} method  of the OpenRPC document */
+function commandOf({name, summary, description, params}) {
+  return {
+    name: name.slice('window.'.length), help: description ?? summary ?? '',
+    parameters: params.map((/** @type {any} */ parameter) => ({
+      name: parameter.name, help: parameter.description ?? parameter.summary ?? '', schema: parameter.schema})),
+  }
+}

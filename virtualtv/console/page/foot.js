@@ -1,0 +1,44 @@
+import {clientCode, message, transcriptLine} from './deed.js'
+import {h} from './dom.js'
+import {Part} from './part.js'
+import {store} from './store.js'
+
+/** Puts a text on the clipboard. @param {string} text */
+export async function copy(text) {
+  try {
+    await navigator.clipboard.writeText(text)
+  } catch {
+    // A page that is no secure context has no clipboard of that kind.
+    const field = document.createElement('textarea')
+    field.value = text
+    document.body.append(field)
+    field.select()
+    document.execCommand('copy')
+    field.remove()
+  }
+}
+
+/** The last deed of the page: what it was, what went wrong, and how to write it down. */
+class Foot extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['deed'])
+
+  view() {
+    const deed = store.get('deed')
+    if (!deed) return h('span', {class: 'dim'}, 'What you do here stands here afterwards, to be copied.')
+    const {method, params, error} = deed
+    const line = params && transcriptLine(method, params)
+    return [
+      h('span', {class: 'grow cut', role: 'status'},
+        h('code', null, line ?? method), error && h('span', {class: 'fail'}, ` ${error}`)),
+      line && this.#copier('line', 'a line of a transcript', line),
+      params && this.#copier('message', 'a message', message(method, params)),
+      params && this.#copier('code', 'client code', clientCode(method, params)),
+    ]
+  }
+
+  /** @param {string} word @param {string} what @param {string} text */
+  #copier(word, what, text) {
+    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy the last deed as ${what}`, onclick: () => copy(text)}, `copy ${word}`)
+  }
+}
+customElements.define('emp-foot', Foot)

@@ -1,0 +1,114 @@
+import {draw, h} from './dom.js'
+
+/**
+ * A list of which only the rows that can be seen are drawn, so that its length costs nothing. All rows are equally high.
+ * It is a listbox: arrow keys, Page Up and Down, Home and End move the chosen row.
+ */
+export class LongList extends HTMLElement {
+  /** Height of a row, px. */
+  rowHeight = 24
+  length = 0
+  /** The chosen row, -1 for none. */
+  chosen = -1
+  /** What a row shows. @type {(at: number) => import('./dom.js').Child} */
+  row = () => null
+  /** Its key, where rows change places. @type {(at: number) => string | number} */
+  keyOf = at => at
+  /** Called with the first row that is seen and the one behind the last. @type {(from: number, to: number) => void} */
+  onrange = () => {}
+  /** A row was chosen. @type {(at: number) => void} */
+  onchoose = () => {}
+  /** A row was chosen by a click or Enter. @type {(at: number) => void} */
+  onopen = () => {}
+  #space = document.createElement('div')
+  #rows = document.createElement('div')
+  #observer = new ResizeObserver(() => this.redraw())
+
+  connectedCallback() {
+    this.tabIndex = 0
+    this.setAttribute('role', 'listbox')
+    this.#space.className = 'long-list-space'
+    this.#rows.className = 'long-list-rows'
+    this.#space.append(this.#rows)
+    this.append(this.#space)
+    this.addEventListener('scroll', this.#scrolled, {passive: true})
+    this.addEventListener('keydown', this.#typed)
+    this.addEventListener('click', this.#clicked)
+    this.#observer.observe(this)
+  }
+
+  disconnectedCallback() {
+    this.#observer.disconnect()
+  }
+
+  /** True while the end is seen, so that a list that grows can stay there. */
+  get isAtEnd() {
+    return this.scrollTop + this.clientHeight >= this.scrollHeight - this.rowHeight
+  }
+
+  toEnd() {
+    this.scrollTop = this.scrollHeight
+  }
+
+  /** Draws the rows that can be seen. */
+  redraw() {
+    this.#space.style.height = `${this.length * this.rowHeight}px`
+    const from = Math.max(0, Math.floor(this.scrollTop / this.rowHeight) - 2)
+    const to = Math.min(this.length, Math.ceil((this.scrollTop + this.clientHeight) / this.rowHeight) + 2)
+    this.onrange(from, to)
+    this.#rows.style.transform = `translateY(${from * this.rowHeight}px)`
+    draw(this.#rows, Array.from({length: Math.max(0, to - from)}, (_, index) => this.#option(from + index)))
+    if (this.chosen >= from && this.chosen < to) this.setAttribute('aria-activedescendant', this.#id(this.chosen))
+    else this.removeAttribute('aria-activedescendant')
+  }
+
+  /** Chooses a row and brings it into sight. @param {number} at */
+  choose(at) {
+    this.chosen = Math.max(0, Math.min(at, this.length - 1))
+    const top = this.chosen * this.rowHeight
+    if (top < this.scrollTop) this.scrollTop = top
+    const bottom = top + this.rowHeight - this.clientHeight
+    if (bottom > this.scrollTop) this.scrollTop = bottom
+    this.redraw()
+    this.onchoose(this.chosen)
+  }
+
+  /** @param {number} at */
+  #id(at) {
+    return `${this.id || 'list'}-${this.keyOf(at)}`
+  }
+
+  /** @param {number} at @return {import('./dom.js').Child} */
+  #option(at) {
+    return h('div', {
+      key: this.keyOf(at), role: 'option', id: this.#id(at), class: 'long-list-row', 'data-at': at,
+      'aria-selected': String(at === this.chosen), 'aria-setsize': this.length, 'aria-posinset': at + 1,
+      style: {height: `${this.rowHeight}px`},
+    }, this.row(at))
+  }
+
+  #scrolled = () => this.redraw()
+
+  /** @param {MouseEvent} event */
+  #clicked = event => {
+    const row = /** @type {Element} */ (event.target).closest('.long-list-row')
+    if (!row || /** @type {Element} */ (event.target).closest('button')) return
+    this.choose(Number(row.getAttribute('data-at')))
+    this.onopen(this.chosen)
+  }
+
+  /** @param {KeyboardEvent} event */
+  #typed = event => {
+    if (event.target !== this || event.ctrlKey || event.altKey || event.metaKey || this.length === 0) return
+    const page = Math.max(1, Math.floor(this.clientHeight / this.rowHeight) - 1)
+    /** @type {{[key: string]: number}} */
+    const to = {ArrowDown: this.chosen + 1, ArrowUp: this.chosen - 1, PageDown: this.chosen + page, PageUp: this.chosen - page,
+      Home: 0, End: this.length - 1}
+    if (event.key in to) this.choose(to[event.key])
+    else if (event.key === 'Enter' && this.chosen >= 0) this.onopen(this.chosen)
+    else return
+    event.preventDefault()
+    event.stopPropagation()
+  }
+}
+customElements.define('emp-long-list', LongList)

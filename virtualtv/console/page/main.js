@@ -1,0 +1,49 @@
+/* Starts the page: connects to the server that it came from, and feeds the store. */
+import {connect} from '../client.js'
+import {useTv} from './act.js'
+import {feed} from './feed.js'
+import {store} from './store.js'
+import './app.js'
+import './channels.js'
+import './command.js'
+import './faults.js'
+import './foot.js'
+import './head.js'
+import './inputs.js'
+import './planes.js'
+import './remote.js'
+import './screen.js'
+import './set.js'
+import './timeline.js'
+import './tracks.js'
+import './workbench.js'
+
+const firstPause = 200  // ms before the first try to connect again; doubles with each that fails
+const longestPause = 2000
+
+/** The token that the address brings behind `#token=`. It is kept for this tab, and taken out of the address. */
+function token() {
+  const given = /^#token=(.+)$/.exec(location.hash)?.[1]
+  if (given) {
+    sessionStorage.setItem('emp-window.token', decodeURIComponent(given))
+    history.replaceState(null, '', location.pathname + location.search)
+  }
+  return sessionStorage.getItem('emp-window.token') ?? undefined
+}
+
+async function start() {
+  const address = new URL('.', location.href).href
+  for (let pause = firstPause; ; pause = Math.min(2 * pause, longestPause)) {
+    try {
+      const tv = await connect(address, {token: token(), firstPause, longestPause, appId: 'page'})
+      useTv(tv)
+      feed(tv)
+      return
+    } catch (error) {
+      store.set('connection', {connected: false, reason: /** @type {Error} */ (error).message, since: Date.now()})
+      await new Promise(resolve => setTimeout(resolve, pause))
+    }
+  }
+}
+
+start()

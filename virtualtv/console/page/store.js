@@ -1,0 +1,81 @@
+/*
+ * What the page knows, in named parts. Whoever draws from some of them is told of changes once a frame, however many
+ * there were; so events may come as fast as they like.
+ */
+
+/**
+ * @typedef {object} Known
+ * @property {{connected: boolean, reason?: string, since: number}} connection
+ * @property {any} state  the document of `tv.state`; null until it is known
+ * @property {any} past  null, or what is looked back at: {command, entry, state}
+ * @property {number} services  counts up when the list of services changes
+ * @property {any[]} sessions  as `tv.sessions` lists them
+ * @property {any[]} faults  as `tv.faults` lists them
+ * @property {any[]} settings  as `tv.settings` lists them
+ * @property {any} knobs  as `tv.knobs` lists them; null until somebody wants them
+ * @property {any[]} commands  the plug-in's commands: {name, help, parameters: [{name, help, schema}]}
+ * @property {any[]} operations  as `tv.operations` lists them
+ * @property {number} timeline  counts up when the timeline changes
+ * @property {any} deed  what the page did last: {method, params, error}
+ * @property {{address: string, name: string} | null} app  the app that runs over the picture
+ * @property {'tv' | 'app'} keys  where the remote's keys go
+ */
+
+export class Store {
+  /** @type {Known} */
+  #known
+  /** @type {Set<{parts: Set<string>, listener: () => void}>} */
+  #listeners = new Set()
+  /** @type {Set<string>} */
+  #changed = new Set()
+  #isScheduled = false
+
+  /** @param {Known} known */
+  constructor(known) {
+    this.#known = known
+  }
+
+  /** @template {keyof Known} Part @param {Part} part @return {Known[Part]} */
+  get(part) {
+    return this.#known[part]
+  }
+
+  /** @template {keyof Known} Part @param {Part} part @param {Known[Part]} value */
+  set(part, value) {
+    if (this.#known[part] === value) return
+    this.#known[part] = value
+    this.#changed.add(part)
+    if (this.#isScheduled) return
+    this.#isScheduled = true
+    onFrame(() => this.#tell())
+  }
+
+  /** Tells of changes of these parts, once a frame. @param {(keyof Known)[]} parts @param {() => void} listener @return {() => void} ends it */
+  subscribe(parts, listener) {
+    const entry = {parts: new Set(parts), listener}
+    this.#listeners.add(entry)
+    return () => this.#listeners.delete(entry)
+  }
+
+  #tell() {
+    this.#isScheduled = false
+    const changed = this.#changed
+    this.#changed = new Set()
+    for (const {parts, listener} of [...this.#listeners]) {
+      if ([...changed].some(part => parts.has(part))) listener()
+    }
+  }
+}
+
+/** Calls back before the next frame; in a tab that is not seen, where there are none, soon. @param {() => void} callback */
+export function onFrame(callback) {
+  if (document.hidden) setTimeout(callback, 100)
+  else requestAnimationFrame(callback)
+}
+
+/** What this page knows. */
+export const store = new Store({
+  connection: {connected: false, since: Date.now()},
+  state: null, past: null, services: 0, sessions: [], faults: [], settings: [], knobs: null, commands: [], operations: [],
+  timeline: 0, deed: null, app: null, keys: 'tv',
+})
