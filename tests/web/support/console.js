@@ -20,18 +20,21 @@ export class Console {
   /** What the page has complained of: errors on its console, uncaught ones, what its policy forbids. */
   errors = []
 
-  /** @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any}} how */
-  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server} = {}) {
+  /**
+   * @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any,
+   *   token?: string, isLetIn?: boolean}} how  with a server it is that one, else a new one with these options
+   */
+  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true} = {}) {
     const made = new Console()
     made.server = server ?? await serve({options})
-    made.tv = await connect(made.server.address)
+    if (isLetIn) made.tv = await connect(made.server.address, {token})
     made.page = await browser.page()
     await made.page.setViewportSize(size)
     await made.page.emulateMedia({colorScheme: scheme, reducedMotion: 'reduce'})
     made.page.on('console', message => message.type() === 'error' && made.errors.push(message.text()))
     made.page.on('pageerror', error => made.errors.push(error.stack))
-    await made.page.goto(made.server.address)
-    await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+    await made.page.goto(`${made.server.address}/${token ? `#token=${token}` : ''}`)
+    if (isLetIn) await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
     return made
   }
 
@@ -50,7 +53,7 @@ export class Console {
   /** Closes page and TV. Fails where the page has complained. */
   async close() {
     await this.page.context().close()
-    await this.tv.close()
+    await this.tv?.close()
     await this.server.kill()
     assert.deepEqual(this.errors, [])
   }

@@ -1,9 +1,11 @@
 import {command} from './act.js'
 import {h} from './dom.js'
 import {Part} from './part.js'
+import './search.js'
 import {store} from './store.js'
 
-const modes = [['Terrestrial', 0], ['Cable', 1], ['Satellite', 2]]
+/** The TV modes without an operator's list, by the set's number of their antenna; `mode` is the plug-in's. */
+const modes = [{name: 'Terrestrial', mode: 1}, {name: 'Cable', mode: 2}, {name: 'Satellite', mode: 4}]
 
 /** Who is connected, and the TV mode. */
 class Head extends Part {
@@ -16,14 +18,15 @@ class Head extends Part {
       this.#connection(),
       state && h('label', null, 'TV mode ', h('select', {
         value: String(state.windows.main.tvMode.antenna),
-        onchange: (/** @type {Event} */ event) => command('SetTVMode', /** @type {HTMLSelectElement} */ (event.target).value),
-      }, modes.map(([name, number]) => h('option', {value: String(number)}, name)))),
+        onchange: (/** @type {Event} */ event) => command('SetTVMode', modes[Number(/** @type {HTMLSelectElement} */ (event.target).value)].mode),
+      }, modes.map(({name}, antenna) => h('option', {value: String(antenna)}, name)))),
+      h('emp-search', {class: 'search'}),
     ]
   }
 
   #connection() {
-    const {connected, reason} = store.get('connection')
-    if (!connected) return h('span', {class: 'fail', role: 'alert', title: reason}, 'Disconnected, reconnecting')
+    const {connected, reason, advice} = store.get('connection')
+    if (!connected) return h('span', {class: 'fail', role: 'alert', title: reason}, 'Disconnected, reconnecting', advice && `. ${advice}`)
     const sessions = store.get('sessions')
     const apps = sessions.filter(({engines}) => engines.length > 0).length
     return h('span', {class: 'dim'}, `${apps} ${apps === 1 ? 'engine' : 'engines'}, ${sessions.length} ${sessions.length === 1 ? 'client' : 'clients'}`)

@@ -31,6 +31,16 @@ function token() {
   return sessionStorage.getItem('emp-window.token') ?? undefined
 }
 
+/** What a person can do where the server lets nobody in; a browser does not tell why a WebSocket fails. @param {string} address */
+async function adviceFor(address) {
+  try {
+    const {status} = await fetch(`${address}openrpc.json`, {headers: {Authorization: `Bearer ${token() ?? ''}`}})
+    return status === 401 ? 'This server wants a token: add #token=TOKEN to the address of this page' : undefined
+  } catch {
+    return undefined
+  }
+}
+
 async function start() {
   const address = new URL('.', location.href).href
   for (let pause = firstPause; ; pause = Math.min(2 * pause, longestPause)) {
@@ -40,10 +50,12 @@ async function start() {
       feed(tv)
       return
     } catch (error) {
-      store.set('connection', {connected: false, reason: /** @type {Error} */ (error).message, since: Date.now()})
+      const {message} = /** @type {Error} */ (error)
+      store.set('connection', {connected: false, reason: message, advice: await adviceFor(address), since: Date.now()})
       await new Promise(resolve => setTimeout(resolve, pause))
     }
   }
 }
 
+addEventListener('hashchange', () => location.reload())
 start()

@@ -5,7 +5,7 @@
 
 /**
  * @typedef {object} Known
- * @property {{connected: boolean, reason?: string, since: number}} connection
+ * @property {{connected: boolean, reason?: string, advice?: string, since: number}} connection  advice is what a person can do
  * @property {any} state  the document of `tv.state`; null until it is known
  * @property {any} past  null, or what is looked back at: {command, entry, state}
  * @property {number} services  counts up when the list of services changes

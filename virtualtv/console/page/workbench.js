@@ -24,6 +24,8 @@ const dividers = {
   command: {label: 'Width of the command pane', property: '--command', grows: -1, least: 200, most: 1600},
 }
 
+export const paneNames = panes.map(({name}) => name)
+
 const narrow = matchMedia('(max-width: 899px)')
 
 /** @param {string} name */
@@ -55,7 +57,7 @@ export class Workbench extends Part {
   connectedCallback() {
     super.connectedCallback()
     narrow.addEventListener('change', () => this.#show(this.#tab))
-    addEventListener('emp-show', event => this.#show(/** @type {CustomEvent} */ (event).detail))
+    addEventListener('emp-show', event => this.#bring(/** @type {CustomEvent} */ (event).detail.name))
     for (const name of Object.keys(dividers)) if (this.#sizes[name]) this.#resize(/** @type {keyof typeof dividers} */ (name), this.#sizes[name])
   }
 
@@ -100,6 +102,13 @@ export class Workbench extends Part {
     remember('tab', name)
     this.redraw()
     for (const part of this.querySelectorAll('.pane:not([hidden]) > *')) if (part instanceof Part) part.redraw()
+  }
+
+  /** @param {string} name  of the pane, be it a tab or not */
+  #bring(name) {
+    const tab = document.getElementById(`tab-${idOf(name)}`)
+    if (tab) this.#show(name)
+    document.getElementById(idOf(name))?.focus()
   }
 
   /** @param {KeyboardEvent} event @param {typeof panes} tabs */
@@ -170,7 +179,10 @@ export class Workbench extends Part {
 }
 customElements.define('emp-workbench', Workbench)
 
-/** Brings a pane into sight. @param {string} name */
-export function showPane(name) {
-  dispatchEvent(new CustomEvent('emp-show', {detail: name}))
+/**
+ * Brings a pane into sight and the focus into it. The pane hears of it too, by the event `emp-show` of the window.
+ * @param {string} name @param {object} [more]  what it is to show there, as {command: 'SetSource'}
+ */
+export function showPane(name, more = {}) {
+  dispatchEvent(new CustomEvent('emp-show', {detail: {name, ...more}}))
 }

@@ -1,0 +1,72 @@
+// The page and its server: it says at once when the server is gone, comes back by itself, and knows what happened meanwhile.
+import assert from 'node:assert/strict'
+import {mkdtemp, rm, writeFile} from 'node:fs/promises'
+import {tmpdir} from 'node:os'
+import {join} from 'node:path'
+import {after, afterEach, before, test} from 'node:test'
+import {connect} from '../../virtualtv/console/client/client.js'
+import {endServers, serve} from '../client/support/server.js'
+import {until} from '../client/support/wait.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let shown
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+afterEach(async () => {
+  // A browser tells each failed try to connect on its console, and each refusal.
+  shown.errors = shown.errors.filter(text => !/WebSocket connection to .* failed|status of 401/.test(text))
+  await shown.close()
+})
+
+/** A server that lets in who knows "s3cret". */
+async function serveWithToken(context) {
+  const folder = await mkdtemp(join(tmpdir(), 'emp-window-'))
+  context.after(() => rm(folder, {recursive: true}))
+  await writeFile(join(folder, 'token'), 's3cret\n', {mode: 0o600})
+  return serve({options: ['--token', join(folder, 'token')]})
+}
+
+const mode = () => shown.page.getByLabel('TV mode').inputValue()
+
+test('a server that was ended and started again: said at once, and the state is right again', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetTVMode(2)
+  await until(async () => await mode() === '1')
+  await shown.server.kill()
+  await shown.page.getByText('Disconnected, reconnecting').waitFor()
+  shown.server = await serve({port: shown.server.port})
+  await shown.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+  await until(async () => await mode() === '0')
+  shown.tv = await connect(shown.server.address)
+  await shown.tv.window.SetTVMode(4)
+  await until(async () => await mode() === '2')
+})
+
+test('two pages stay in step', async () => {
+  shown = await Console.open()
+  const other = await Console.open({server: shown.server})
+  await shown.page.getByLabel('TV mode').selectOption('Satellite')
+  await until(async () => await other.page.getByLabel('TV mode').inputValue() === '2')
+  await other.page.getByLabel('TV mode').selectOption('Cable')
+  await until(async () => await mode() === '1')
+  await other.page.context().close()
+  await other.tv.close()
+  assert.deepEqual(other.errors, [])
+})
+
+test('a token comes by the address, leaves it, and stays for the tab', async context => {
+  const server = await serveWithToken(context)
+  shown = await Console.open({server, token: 's3cret'})
+  assert.equal(new URL(shown.page.url()).hash, '')
+  await shown.page.reload()
+  await shown.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+})
+
+test('without the token the page says what it wants', async context => {
+  const server = await serveWithToken(context)
+  shown = await Console.open({server, token: 'wrong', isLetIn: false})
+  await shown.page.getByText('#token=').waitFor()
+})

@@ -1,0 +1,64 @@
+// The head of the page: who is connected, the TV mode, and a search over all that has a name.
+import assert from 'node:assert/strict'
+import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {connect} from '../../virtualtv/console/client/client.js'
+import {endServers} from '../client/support/server.js'
+import {until} from '../client/support/wait.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let shown
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+beforeEach(async () => { shown = await Console.open() })
+afterEach(() => shown.close())
+
+const search = () => shown.page.getByRole('combobox', {name: 'Search panes, commands and channels'})
+
+test('counts clients and engines as they come and go', async () => {
+  await shown.page.getByText('0 engines, 2 clients').waitFor()
+  const other = await connect(shown.server.address)
+  await other.window.GetTVMode()
+  await shown.page.getByText('1 engine, 3 clients').waitFor()
+  await other.close()
+  await shown.page.getByText('0 engines, 2 clients').waitFor()
+})
+
+test('shows the TV mode and changes it', async () => {
+  const mode = shown.page.getByLabel('TV mode')
+  await mode.selectOption('Cable')
+  await until(async () => (await shown.tv.state()).windows.main.tvMode.antenna === 1)
+  await shown.tv.window.SetTVMode(4)
+  await until(async () => await mode.inputValue() === '2')
+})
+
+test('search finds a channel, which is then on screen', async () => {
+  await shown.page.keyboard.press('Control+k')
+  await shown.page.keyboard.type('LIGHTHOUSE NEWS')
+  await shown.page.getByRole('option', {name: 'Lighthouse News'}).waitFor()
+  await shown.page.keyboard.press('Enter')
+  await until(async () => (await shown.tv.state()).windows.main.service.name === 'Lighthouse News')
+  assert.equal(await search().inputValue(), '')
+})
+
+test('search goes to panes, by keys and by mouse', async () => {
+  await search().fill('fau')
+  await search().press('Enter')
+  assert.ok(await shown.page.getByRole('tabpanel', {name: 'Faults'}).isVisible())
+  await search().fill('e')
+  await search().press('ArrowDown')
+  await search().press('ArrowUp')
+  await search().press('ArrowUp')
+  assert.equal(await shown.page.getByRole('listbox', {name: 'Found'}).getByRole('option', {selected: true}).count(), 1)
+  await shown.page.getByRole('option', {name: /^Planes/}).click()
+  assert.ok(await shown.page.getByRole('tabpanel', {name: 'Planes'}).isVisible())
+})
+
+test('search says where nothing is found, and Escape ends it', async () => {
+  await search().fill('nothing has this name')
+  await shown.page.getByText('Nothing has that in its name.').waitFor()
+  await search().press('Escape')
+  await shown.page.getByText('Nothing has that in its name.').waitFor({state: 'hidden'})
+})
