@@ -17,8 +17,8 @@ class Search extends Part {
   #text = ''
   #chosen = 0
   #isOpen = false
-  /** @type {{text: string, services: any[]}} */
-  #channels = {text: '', services: []}
+  /** Services that were found. @type {any[]} */
+  #channels = []
 
   connectedCallback() {
     super.connectedCallback()
@@ -62,7 +62,8 @@ class Search extends Part {
       {key: `pane ${name}`, kind: 'pane', name, more: '', open: () => showPane(name)}))
     const commands = store.get('commands').filter(({name}) => has(name, wanted)).map(({name, help}) => (
       {key: `command ${name}`, kind: 'command', name, more: help, open: () => showPane('Command', {command: name})}))
-    const channels = this.#channels.services.map(({id, key, name, major, minor}) => (
+    // The server may not have answered for the last key yet.
+    const channels = this.#channels.filter(({name}) => has(name ?? '', wanted)).map(({id, key, name, major, minor}) => (
       {key: `channel ${key}`, kind: 'channel', name: name || '(no name)', more: minor ? `${major}-${minor}` : `${major ?? ''}`,
         open: () => { command('SetChannelByServiceid', id) }}))
     return [panes, commands, channels].flatMap(found => found.slice(0, mostOfAKind))
@@ -77,7 +78,7 @@ class Search extends Part {
     if (!this.#isOpen) return
     try {
       const {services} = await tv().services({text: text.trim(), limit: mostOfAKind})
-      if (this.#text === text) this.#channels = {text, services}
+      if (this.#text === text) this.#channels = services
       this.changed()
     } catch {
       // Without the server there are no channels to find; the head says that it is gone.
@@ -105,7 +106,7 @@ class Search extends Part {
   #close() {
     this.#text = ''
     this.#isOpen = false
-    this.#channels = {text: '', services: []}
+    this.#channels = []
     this.redraw()
   }
 }
