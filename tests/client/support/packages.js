@@ -1,4 +1,5 @@
 // Packages from the registry that the tests use; they are installed in the build directory, not beside the tests.
+import {readFileSync} from 'node:fs'
 import {createRequire} from 'node:module'
 import {join} from 'node:path'
 
@@ -10,3 +11,5 @@ export const ws = require('ws')
 export const typescript = join(directory, 'node_modules', 'typescript', 'bin', 'tsc')
 /** Loaded when a test asks for it: it is large. */
 export const playwright = () => require('playwright-core')
+/** The source of axe-core, to be run in a page. */
+export const axe = readFileSync(join(directory, 'node_modules', 'axe-core', 'axe.min.js'), 'utf8')
