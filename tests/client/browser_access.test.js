@@ -3,28 +3,14 @@ import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
-import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {afterEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {Site, startBrowser} from './support/browser.js'
-import {endServers, serve} from './support/server.js'
+import {page, site, useBrowser} from './support/browser.js'
+import {serve} from './support/server.js'
 
-let browser
-let site
-let page
 const ends = []  // what ends what the test has started
-before(async () => {
-  [browser, site] = await Promise.all([startBrowser(), new Site().listen()])
-})
-after(async () => {
-  await browser?.close()
-  site.close()
-  endServers()
-})
-beforeEach(async () => {
-  page = await browser.page()
-})
+useBrowser()
 afterEach(async () => {
-  await page.context().close()
   for (const end of ends.splice(0)) await end()
 })
 

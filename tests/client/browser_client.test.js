@@ -1,37 +1,23 @@
 // The client in a real browser, in pages of a development server: the synchronous object and the module.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {afterEach, beforeEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {Site, startBrowser} from './support/browser.js'
-import {endServers, serve} from './support/server.js'
+import {newTab, page, site, useBrowser} from './support/browser.js'
+import {serve} from './support/server.js'
 import {until} from './support/wait.js'
 
-let browser
-let site
 let server
 let tv
-let page
 let warnings
-before(async () => {
-  [browser, site] = await Promise.all([startBrowser(), new Site().listen()])
-})
-after(async () => {
-  await browser?.close()
-  site.close()
-  endServers()
-})
+useBrowser()
 beforeEach(async () => {
   await start()
   site.pages.set('/app', `<!doctype html><title>app</title>
     <script src="${server.address}/window.js?name=tvWindow&appId=com.example.guide"></script>
     <script>document.title = tvWindow.Execute('GetCurrentChannel_Name')</script>`)
-  page = await newPage()
   warnings = warningsOf(page)
 })
-afterEach(async () => {
-  await page.context().close()
-  await stop()
-})
+afterEach(() => stop())
 
 async function start(port) {
   server = await serve({port, options: ['--allow-origin', site.address]})
@@ -42,8 +28,6 @@ async function stop(signal) {
   await tv.close()
   await server.kill(signal)
 }
-
-const newPage = () => browser.page(page?.isClosed() === false ? page.context() : undefined)
 
 function warningsOf(one) {
   const texts = []
@@ -84,7 +68,7 @@ test('hot reload keeps the object and its session', async () => {
 })
 
 test('tabs have sessions of their own', async () => {
-  const other = await newPage()
+  const other = await newTab()
   for (const tab of [page, other]) await tab.goto(`${site.address}/app`)
   const size = () => tvWindow.GetChannel_Size()
   await page.evaluate(() => tvWindow.FindChannel(0, 1))

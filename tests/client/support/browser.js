@@ -1,13 +1,39 @@
 // A real browser without a screen, and a web server for the pages of other origins that it opens.
 import {once} from 'node:events'
 import http from 'node:http'
+import {after, afterEach, before, beforeEach} from 'node:test'
 import {playwright} from './packages.js'
+import {endServers} from './server.js'
 
 const program = process.env.CHROMIUM ?? '/usr/bin/chromium'
 const patience = 60_000  // ms, on a machine that is busy with other tests
 
+/** What the tests of a file have once it has called `useBrowser`: a site, and each test a page of its own. */
+export let site
+export let page
+let browser
+
+/** Has the tests of a file run with a browser. A test's page goes before what the file itself does behind each test. */
+export function useBrowser() {
+  before(async () => {
+    [browser, site] = await Promise.all([startBrowser(), new Site().listen()])
+  })
+  after(async () => {
+    await browser?.close()
+    site?.close()
+    endServers()
+  })
+  beforeEach(async () => {
+    page = await browser.page()
+  })
+  afterEach(() => page.context().close())
+}
+
+/** Another tab beside the test's page. */
+export const newTab = () => browser.page(page.context())
+
 /** A browser that reaches no other machine. Names that end in .test are this one. */
-export async function startBrowser() {
+async function startBrowser() {
   const browser = await playwright().chromium.launch({
     executablePath: program,
     timeout: patience,
@@ -26,7 +52,7 @@ export async function startBrowser() {
 }
 
 /** A development server: answers pages by their paths, on a port of its own. */
-export class Site {
+class Site {
   pages = new Map()
 
   async listen() {
