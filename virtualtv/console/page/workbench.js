@@ -1,4 +1,5 @@
 import {h} from './dom.js'
+import {remember, remembered} from './memory.js'
 import {Part} from './part.js'
 
 /** The page's panes, and where they stand while there is room. */
@@ -30,24 +31,6 @@ const narrow = matchMedia('(max-width: 899px)')
 
 /** @param {string} name */
 const idOf = name => name.toLowerCase().replace(' ', '-')
-
-/** What was chosen the last time. @param {string} key @param {any} preset */
-function remembered(key, preset) {
-  try {
-    return JSON.parse(localStorage.getItem(`emp-window.${key}`) ?? 'null') ?? preset
-  } catch {
-    return preset
-  }
-}
-
-/** @param {string} key @param {any} value */
-function remember(key, value) {
-  try {
-    localStorage.setItem(`emp-window.${key}`, JSON.stringify(value))
-  } catch {
-    // A browser that keeps nothing starts anew each time.
-  }
-}
 
 /** The whole page: its head, its panes, its foot. */
 export class Workbench extends Part {
