@@ -30,15 +30,15 @@ class Foot extends Part {
     return [
       h('span', {class: 'grow cut', role: 'status'},
         h('code', null, line ?? method), error && h('span', {class: 'fail'}, ` ${error}`)),
-      line && this.#copier('line', 'a line of a transcript', line),
-      params && this.#copier('message', 'a message', message(method, params)),
-      params && this.#copier('code', 'client code', clientCode(method, params)),
+      line && this.#copier('line', 'a line of a transcript', () => line),
+      params && this.#copier('message', 'a message', () => message(method, params)),
+      params && this.#copier('code', 'client code', () => clientCode(method, params)),
     ]
   }
 
-  /** @param {string} word @param {string} what @param {string} text */
-  #copier(word, what, text) {
-    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy the last deed as ${what}`, onclick: () => copy(text)}, `copy ${word}`)
+  /** @param {string} word @param {string} what @param {() => string} textOf  a list may be long, so only when it is copied */
+  #copier(word, what, textOf) {
+    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy the last deed as ${what}`, onclick: () => copy(textOf())}, `copy ${word}`)
   }
 }
 customElements.define('emp-foot', Foot)
