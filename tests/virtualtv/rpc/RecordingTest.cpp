@@ -69,7 +69,7 @@ class Crowd {
 
   void act() {
     using Act = void (Crowd::*)();
-    static constexpr std::array<std::pair<int, Act>, 17> acts{{{40, &Crowd::runCommand},
+    static constexpr std::array<std::pair<int, Act>, 18> acts{{{40, &Crowd::runCommand},
                                                                {6, &Crowd::runAnything},
                                                                {8, &Crowd::typeLine},
                                                                {3, &Crowd::closeEngine},
@@ -80,6 +80,7 @@ class Crowd {
                                                                {2, &Crowd::importList},
                                                                {2, &Crowd::takeSnapshot},
                                                                {2, &Crowd::restore},
+                                                               {2, &Crowd::goBack},
                                                                {1, &Crowd::restart},
                                                                {1, &Crowd::reset},
                                                                {3, &Crowd::sayWhoItIs},
@@ -98,6 +99,8 @@ class Crowd {
     }
     clock_.pass(10h);  // replies that were held back
   }
+
+  int wentBack = 0;  ///< how often the set has gone back to a command
 
  private:
   int below(std::size_t count) { return static_cast<int>(random_() % count); }
@@ -229,6 +232,14 @@ class Crowd {
   }
   void takeSnapshot() { snapshot_ = client().call("tv.snapshot")["result"]["snapshot"]; }
   void restore() { call("tv.restore", list(snapshot_)); }
+  /// To one of the last commands, or to one that has not run.
+  void goBack() {
+    const Json::Value last = client().call("tv.why")["result"]["command"];
+    const std::uint64_t back = static_cast<std::uint64_t>(below(8));
+    const std::uint64_t command = last.isNull() || last.asUInt64() <= back ? 1'000'000 : last.asUInt64() - back;
+    const Json::Value reply = client().call("tv.goBack", list(Json::UInt64{command}));
+    wentBack += reply.isMember("result") ? 1 : 0;
+  }
   void restart() { call("tv.restart"); }
   void reset() { call("tv.reset"); }
   void sayWhoItIs() {
@@ -305,6 +316,7 @@ TEST_P(RecordedCrowd, IsReplayedAndAnAlteredReplyFails) {
   {
     Crowd crowd(GetParam(), server, clock);
     for (int act = 0; act < 400; ++act) crowd.act();
+    EXPECT_GT(crowd.wentBack, 0);
   }
   const std::string recorded = ended();
   const std::string whole = recorded + asRecorded(shown(device()), recorded);
