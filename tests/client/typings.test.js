@@ -55,5 +55,27 @@ test('a command is made from its description', () => {
   SetIt(): number
 }
 `)
+  const schemas = {
+    'event.x': {},
+    One: {description: 'One thing.', type: 'object', required: ['id', 'many'], properties: {
+      id: {description: 'which', type: ['integer', 'null']},
+      kind: {enum: ['a', null]},
+      many: {type: 'array', items: {anyOf: [{$ref: '#/components/schemas/One'}, {type: 'null'}]}},
+      in: {type: 'object', required: ['x'], properties: {x: {description: 'left', type: 'boolean'}}},
+    }},
+  }
+  const documents = typings({methods: [{name: 'window.Do', params: []}], components: {schemas}})
+  assert.equal(documents.slice(documents.indexOf('/** One')), `/** One thing. */
+export interface One {
+  /** which */
+  id: number | null
+  kind?: 'a' | null
+  many: (One | null)[]
+  in?: {
+    /** left */
+    x: boolean
+  }
+}
+`)
   assert.throws(() => typings({methods: []}), /no command in the document/)
 })

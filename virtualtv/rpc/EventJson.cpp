@@ -273,18 +273,22 @@ Json::Value emptyCause() {
 }
 
 void putCause(device::Device& device, const device::Happening& happening, Json::Value& why) {
-  if (commandOf(happening) == 0) return;
   const auto& what = happening.what;
-  if (const auto* call = std::get_if<seam::Call>(&what)) why["calls"].append(valueOf(seam::line(*call)));
-  if (const auto* line = std::get_if<framework::LogLine>(&what)) why["log"].append(messageOf(*line, std::string::npos));
-  const auto* const change = std::get_if<Change>(&what);
-  if (change != nullptr && std::holds_alternative<SettingChanged>(*change)) {
-    Writer(device, why["keys"].append(Json::objectValue))(*change);
+  if (const auto* command = std::get_if<CommandRun>(&what)) {
+    Writer(device, why)(*command);
+    if (command->accepted) why["reply"] = resultOf(*command->accepted, command->reply);
+    return;
   }
-  const auto* const command = std::get_if<CommandRun>(&what);
-  if (command == nullptr) return;
-  Writer(device, why)(*command);
-  if (command->accepted) why["reply"] = resultOf(*command->accepted, command->reply);
+  const bool isOpening = commandOf(happening) == 0;
+  if (isOpening && !why.isMember("opening")) why["opening"] = emptyCause();
+  Json::Value& cause = isOpening ? why["opening"] : why;
+  if (const auto* call = std::get_if<seam::Call>(&what)) cause["calls"].append(valueOf(seam::line(*call)));
+  if (const auto* line = std::get_if<framework::LogLine>(&what)) {
+    cause["log"].append(messageOf(*line, std::string::npos));
+  }
+  const auto* const change = std::get_if<Change>(&what);
+  if (change == nullptr || !std::holds_alternative<SettingChanged>(*change)) return;
+  Writer(device, cause["keys"].append(Json::objectValue))(*change);
 }
 
 }  // namespace virtualtv::rpc

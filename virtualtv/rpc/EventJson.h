@@ -25,9 +25,10 @@ Json::Value jsonOf(device::Device& device, const Event& event);
 /// The command that something belongs to, 0 for none: what happens while its engine is opened does not.
 std::uint64_t commandOf(const device::Happening& happening);
 
-/// All about a command: `calls`, `keys`, `log`, and what its own event has, the whole reply too.
+/// The parts of all about a command that what it caused goes into: `calls`, `keys`, `log`.
 Json::Value emptyCause();
-/// Adds what happened, where it belongs to the command.
+/// Adds what happened while a session ran a command; at its end what the command's own event has, with the whole reply.
+/// What happened while its engine was opened goes into the same parts of a member `opening`.
 void putCause(device::Device& device, const device::Happening& happening, Json::Value& why);
 
 }  // namespace virtualtv::rpc

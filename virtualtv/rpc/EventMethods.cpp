@@ -124,8 +124,11 @@ const std::array rows{
             {"after", R"({"type": "integer", "minimum": 0})", "number of the last event that the client has"},
             {"server", R"({"type": "string"})", "the server that it had it from"}},
            R"({"type": "object", "required": ["server", "number", "state"], "properties": {
-               "server": {"type": "string"}, "number": {"type": "integer"}, "state": {"type": "object"},
-               "resync": {"const": true}}})",
+               "server": {"type": "string", "description": "its run, whose numbers these are"},
+               "number": {"type": "integer", "description": "of the last event; the state is as of it"},
+               "state": {"$ref": "#/components/schemas/State"},
+               "resync": {"const": true, "description": "the events behind `after` are not held"}},
+               "additionalProperties": false})",
            subscribe},
     Method{"events.unsubscribe",
            "not be told of it any more",

@@ -1,9 +1,12 @@
 #include "rpc/Examples.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <map>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "framework/Reply.h"
@@ -14,7 +17,8 @@
 
 namespace virtualtv::embedded {
 extern const std::string_view examples;
-}
+extern const std::string_view methodExamples;
+}  // namespace virtualtv::embedded
 
 namespace virtualtv::rpc {
 
@@ -48,32 +52,70 @@ std::string encodedIn(const shell::Lines& lines) {
   return encoded;
 }
 
+/// A parameter as a client gives it: a number where it is one that JSON readers take.
+Json::Value valueOf(const std::string& word) {
+  constexpr std::int64_t greatestWhole = 9007199254740991;  // 2^53 - 1
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  const bool isNumber = error == std::errc() && std::to_string(number) == word;
+  if (isNumber && number <= greatestWhole && number >= -greatestWhole) return Json::Int64{number};
+  return word;
+}
+
 /// Each command's first step, after those since the last reset of the set.
-Examples readExamples() {
-  Examples examples;
+void readCommands(Examples& examples) {
   std::vector<std::string> before;
   for (const shell::Step& step : shell::readTranscript("examples.txt", embedded::examples).steps) {
     const std::string line = step.input.substr(step.input.find_first_not_of("> "));
-    std::vector<std::string> words = shell::splitWords(line);
+    const std::vector<std::string> words = shell::splitWords(line);
     if (words.front() == ".reset") {
       before.clear();
       continue;
     }
     if (!line.starts_with('.')) {
-      const std::string command = words.front();
-      words.erase(words.begin());
-      examples.try_emplace(command, Example{before, std::move(words), resultOf(true, encodedIn(step.output))});
+      Example example{before, Json::arrayValue, resultOf(true, encodedIn(step.output))};
+      for (std::size_t at = 1; at < words.size(); ++at) example.parameters.append(valueOf(words[at]));
+      examples.try_emplace("window." + words.front(), std::move(example));
     }
     before.push_back(line);
   }
-  return examples;
+}
+
+/// Each method's first call, after those since the server was started.
+void readMethods(Examples& examples) {
+  std::vector<std::string> before;
+  for (const ExampleCall& call : exampleCalls()) {
+    if (call.isFirst()) before.clear();
+    examples.try_emplace(call.method, Example{before, call.parameters, call.result});
+    if (!call.isFirst()) before.push_back(call.line);
+  }
 }
 
 }  // namespace
 
-const Example* exampleOf(const std::string& command) {
-  static const Examples examples = readExamples();
-  const auto found = examples.find(command);
+std::vector<ExampleCall> exampleCalls() {
+  std::vector<ExampleCall> calls;
+  for (const shell::Step& step : shell::readTranscript("examples.methods.txt", embedded::methodExamples).steps) {
+    ExampleCall& call = calls.emplace_back();
+    call.line = step.input.substr(step.input.find_first_not_of("> "));
+    const std::size_t end = std::min(call.line.find(' '), call.line.size());
+    call.method = call.line.substr(0, end);
+    call.parameters = end < call.line.size() ? json::read(call.line.substr(end)) : Json::objectValue;
+    std::string result;
+    for (const std::string& line : step.output) result += line + "\n";
+    if (!result.empty()) call.result = json::read(result);
+  }
+  return calls;
+}
+
+const Example* exampleOf(const std::string& method) {
+  static const Examples examples = [] {
+    Examples all;
+    readCommands(all);
+    readMethods(all);
+    return all;
+  }();
+  const auto found = examples.find(method);
   return found == examples.end() ? nullptr : &found->second;
 }
 

@@ -13,16 +13,26 @@ namespace virtualtv::rpc {
 
 namespace {
 
-const Parameter commandParameter{"command", R"({"type": "integer", "minimum": 1})", "its number, as its events have it",
-                                 true};
+constexpr std::string_view numberSchema = R"({"type": "integer", "minimum": 1})";
+const Parameter wantedCommand{"command", numberSchema, "its number, as its events have it", true};
+const Parameter anyCommand{"command", numberSchema,
+                           "its number, as its events have it; without it, the last of the session"};
 
 std::uint64_t commandIn(const Call& call) {
   return static_cast<std::uint64_t>(call.params.number("command", notNegative));
 }
 
+/// The command that is named, or the last one that an engine of the session was given.
+std::uint64_t commandOrLast(const Call& call) {
+  if (call.params.has("command")) return commandIn(call);
+  const std::uint64_t last = call.seat.shell.client().lastCommand();
+  if (last == 0) throw std::invalid_argument("no command has run yet");
+  return last;
+}
+
 Json::Value why(const Call& call) {
   device::Device& device = call.core.device();
-  const std::uint64_t command = commandIn(call);
+  const std::uint64_t command = commandOrLast(call);
   Json::Value answer = emptyCause();
   const auto put = [&](const device::Happening& happening) { putCause(device, happening, answer); };
   if (!device.history()->replay(command, put)) throw device::notHeld(command);
@@ -32,7 +42,7 @@ Json::Value why(const Call& call) {
 
 Json::Value history(const Call& call) {
   device::Device& device = call.core.device();
-  const auto [set, revision] = device.history()->behind(commandIn(call), device.tv());
+  const auto [set, revision] = device.history()->behind(commandOrLast(call), device.tv());
   return stateDocument(set, revision);
 }
 
@@ -45,25 +55,19 @@ const std::array rows{
     Method{
         "tv.why",
         "tell all about a command, one of the last 1,000, of which at most 64 MiB are held: its reply, the calls that "
-        "it made to the set, settings keys that changed, log messages",
-        {commandParameter},
-        R"({"type": "object", "required": ["command", "session", "engine", "name", "parameters", "list", "reply",
-               "duration", "delay", "calls", "keys", "log"], "properties": {
-               "command": {"type": "integer"}, "session": {"type": "string"}, "engine": {"type": "string"},
-               "name": {"type": "string"}, "parameters": {"type": "array", "items": {"type": "string"}},
-               "list": {"type": "boolean"}, "reply": {"type": ["object", "null"]}, "duration": {"type": "number"},
-               "delay": {"type": "integer"}, "calls": {"type": "array", "items": {"type": "string"}},
-               "keys": {"type": "array", "items": {"type": "object"}},
-               "log": {"type": "array", "items": {"type": "object"}}}})",
+        "it made to the set, settings keys that changed, log messages; and what opening its engine did, where it was "
+        "the first on it",
+        {anyCommand},
+        R"({"$ref": "#/components/schemas/Why"})",
         why},
     Method{"tv.history",
            "tell the whole set, as tv.state does, as it was right behind a command; held as for tv.why",
-           {commandParameter},
-           anObject,
+           {anyCommand},
+           stateSchema,
            history},
     Method{"tv.goBack",
            "make the set what it persisted right behind a command, as tv.restore does; held as for tv.why",
-           {commandParameter},
+           {wantedCommand},
            revisionResult,
            goBack},
 };

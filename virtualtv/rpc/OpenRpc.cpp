@@ -1,15 +1,14 @@
 #include "rpc/OpenRpc.h"
 
-#include <charconv>
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "json/Read.h"
 #include "rpc/Events.h"
 #include "rpc/Examples.h"
 #include "rpc/Method.h"
+#include "rpc/Schemas.h"
 
 namespace virtualtv::rpc {
 
@@ -24,16 +23,6 @@ Json::Value documentOf(const Parameter& parameter) {
   return json;
 }
 
-/// A parameter as a client gives it: a number where it is one that JSON readers take.
-Json::Value valueOf(const std::string& word) {
-  constexpr std::int64_t greatestWhole = 9007199254740991;  // 2^53 - 1
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  const bool isNumber = error == std::errc() && std::to_string(number) == word;
-  if (isNumber && number <= greatestWhole && number >= -greatestWhole) return Json::Int64{number};
-  return word;
-}
-
 Json::Value documentOf(const Example& example, const Method& method) {
   Json::Value json;
   json["name"] = std::string(method.name);
@@ -42,10 +31,17 @@ Json::Value documentOf(const Example& example, const Method& method) {
     json["description"] = json["description"].asString() + (at == 0 ? ", after: " : "; ") + example.before[at];
   }
   json["params"] = Json::arrayValue;
-  for (std::size_t at = 0; at < example.parameters.size(); ++at) {
+  const auto add = [&](const std::string& name, const Json::Value& value) {
     Json::Value& parameter = json["params"].append(Json::objectValue);
-    parameter["name"] = std::string(method.parameters.at(at).name);
-    parameter["value"] = valueOf(example.parameters[at]);
+    parameter["name"] = name;
+    parameter["value"] = value;
+  };
+  if (example.parameters.isObject()) {
+    for (const std::string& name : example.parameters.getMemberNames()) add(name, example.parameters[name]);
+  } else {
+    for (Json::ArrayIndex at = 0; at < example.parameters.size(); ++at) {
+      add(std::string(method.parameters.at(at).name), example.parameters[at]);
+    }
   }
   json["result"]["name"] = "result";
   json["result"]["value"] = example.result;
@@ -61,8 +57,7 @@ Json::Value documentOf(const Method& method) {
   for (const Parameter& parameter : method.parameters) json["params"].append(documentOf(parameter));
   json["result"]["name"] = "result";
   json["result"]["schema"] = json::read(method.result);
-  const std::string_view command = method.name.substr(method.name.find('.') + 1);
-  const Example* const example = method.name.starts_with("window.") ? exampleOf(std::string(command)) : nullptr;
+  const Example* const example = exampleOf(std::string(method.name));
   if (example != nullptr) json["examples"].append(documentOf(*example, method));
   return json;
 }
@@ -88,6 +83,7 @@ Json::Value openRpcDocument() {
   json["info"]["description"] = "Runs the commands of the plug-in on a TV set in software, and works that set.";
   json["methods"] = Json::arrayValue;
   for (const Method* method : methods()) json["methods"].append(documentOf(*method));
+  json["components"]["schemas"] = namedSchemas();
   for (const Topic& topic : topics()) {
     json["components"]["schemas"]["event." + std::string(topic.name)] = schemaOf(topic);
   }

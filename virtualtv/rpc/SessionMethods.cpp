@@ -67,9 +67,9 @@ const std::array rows{
     Method{"tv.sessions",
            "list the sessions",
            {},
-           R"({"type": "object", "required": ["sessions"], "properties": {"sessions": {"type": "array", "items": {
-               "type": "object", "properties": {"session": {"type": "string"}, "connected": {"type": "boolean"},
-               "shared": {"type": "boolean"}, "engines": {"type": "array", "items": {"type": "string"}}}}}}})",
+           R"({"type": "object", "required": ["sessions"], "properties": {
+               "sessions": {"type": "array", "items": {"$ref": "#/components/schemas/Session"}}},
+               "additionalProperties": false})",
            sessions},
     Method{"rpc.discover", "describe the methods as an OpenRPC document", {}, anObject, nullptr, discover},
 };

@@ -222,7 +222,7 @@ const std::array rows{
            R"({"type": "object", "required": ["lines"],
                "properties": {"lines": {"type": "array", "items": {"type": "string"}}}})",
            runLine},
-    Method{"tv.state", "tell the whole set as one document", {}, anObject, state},
+    Method{"tv.state", "tell the whole set as one document", {}, stateSchema, state},
     Method{"tv.snapshot",
            "tell all that the set persists",
            {},
@@ -246,7 +246,8 @@ const std::array rows{
             {"favourite", R"({"type": "integer", "minimum": 0, "maximum": 255})", "the favourite group they are in"}},
            R"({"type": "object", "required": ["revision", "total", "services"], "properties": {
                "revision": {"type": "integer"}, "total": {"type": "integer"},
-               "services": {"type": "array", "items": {"type": "object"}}}})",
+               "services": {"type": "array", "items": {"$ref": "#/components/schemas/Service"}}},
+               "additionalProperties": false})",
            services},
     Method{"tv.import",
            "replace the services by those of a channel list, or add these",
@@ -265,8 +266,9 @@ const std::array rows{
            "list what can be read and set from outside",
            {},
            R"({"type": "object", "required": ["knobs", "kinds"], "properties": {
-               "knobs": {"type": "array", "items": {"type": "object"}},
-               "kinds": {"type": "array", "items": {"type": "object"}}}})",
+               "knobs": {"type": "array", "items": {"$ref": "#/components/schemas/Knob"}},
+               "kinds": {"type": "array", "items": {"$ref": "#/components/schemas/KnobKind"}}},
+               "additionalProperties": false})",
            listKnobs},
     Method{"tv.get",
            "tell what a knob stands at",
@@ -281,8 +283,9 @@ const std::array rows{
     Method{"tv.settings",
            "list the settings keys",
            {},
-           R"({"type": "object", "required": ["settings"], "properties": {"settings": {"type": "array", "items": {
-               "type": "object", "properties": {"key": {"type": "string"}, "value": {"type": ["string", "integer"]}}}}}})",
+           R"({"type": "object", "required": ["settings"], "properties": {
+               "settings": {"type": "array", "items": {"$ref": "#/components/schemas/Setting"}}},
+               "additionalProperties": false})",
            settings},
     Method{"tv.setSetting",
            "set a settings key",

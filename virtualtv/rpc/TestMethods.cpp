@@ -110,9 +110,9 @@ const std::array rows{
     Method{"tv.operations",
            "list the calls that the plug-in makes to the set, which can be made to fail",
            {},
-           R"({"type": "object", "required": ["operations"], "properties": {"operations": {"type": "array", "items": {
-               "type": "object", "properties": {"name": {"type": "string"},
-               "outputs": {"type": "array", "items": {"type": "string"}}}}}}})",
+           R"({"type": "object", "required": ["operations"], "properties": {
+               "operations": {"type": "array", "items": {"$ref": "#/components/schemas/Operation"}}},
+               "additionalProperties": false})",
            operations},
     Method{"tv.fault",
            "make calls to the set fail",
@@ -129,9 +129,9 @@ const std::array rows{
     Method{"tv.faults",
            "list the faults, with the calls that each has hit",
            {},
-           R"({"type": "object", "required": ["faults"], "properties": {"faults": {"type": "array", "items": {
-               "type": "object", "properties": {"id": {"type": "integer"}, "operation": {"type": "string"},
-               "fault": {"type": "string"}, "hits": {"type": "integer"}}}}}})",
+           R"({"type": "object", "required": ["faults"], "properties": {
+               "faults": {"type": "array", "items": {"$ref": "#/components/schemas/Fault"}}},
+               "additionalProperties": false})",
            faults},
     Method{"tv.clearFaults",
            "remove a fault, or all",

@@ -24,7 +24,10 @@ export async function test(): Promise<void> {
   const code: number = await tv.window.SetChannel(3, 0)
   const id: number = await tv.fault('IServiceNavigation::GetTvMode', {result: 0, times: 'always', outputs: {mode: '0,1'}})
   const snapshot: Snapshot = await tv.snapshot()
-  const {total} = await tv.services({antenna: 'cable', limit: 10})
+  const {total, services: [first]} = await tv.services({antenna: 'cable', limit: 10})
+  const shape: '16:9' | '4:3' | undefined = (await tv.state()).windows.main.picture?.shape
+  const openingCalls: string[] = (await tv.why()).opening?.calls ?? []
+  console.log(first?.name, first?.favourites[0], shape, openingCalls)
   const stop = tv.on('service', (event: TvEvent) => {
     if (event.state) console.log(event.resync, event.state.revision)
     else console.log(event.number, event.after)
@@ -59,6 +62,8 @@ export async function mistakes(): Promise<void> {
   await tv.window.SetChannel({major: 3})
   // @ts-expect-error: a command of a connected client answers a promise
   const code: number = tv.window.SetChannel(3, 0)
+  // @ts-expect-error: the state has no such member
+  console.log((await tv.state()).windows.third)
   // @ts-expect-error: there is no such topic
   tv.on('mood', () => {})
   // @ts-expect-error: the name is missing

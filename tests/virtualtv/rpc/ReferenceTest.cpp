@@ -1,4 +1,5 @@
 // docs/methods.md lists the methods and topics as the rows have them.
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -8,6 +9,7 @@
 #include "json/Write.h"
 #include "rpc/Events.h"
 #include "rpc/Method.h"
+#include "rpc/Schemas.h"
 #include "virtualtv/rpc/RpcTest.h"
 
 namespace virtualtv::rpc {
@@ -27,6 +29,20 @@ void describe(std::ostream& page, const Method& method) {
   page << "\nResult: `" << inOneLine(method.result) << "`\n";
 }
 
+void describe(std::ostream& page, const std::string& name, const Json::Value& schema) {
+  page << "\n## `" << name << "`\n\n"
+       << schema["description"].asString() << "\n\n| Member | | Schema |\n| --- | --- | --- |\n";
+  for (const std::string& member : schema["properties"].getMemberNames()) {
+    Json::Value one = schema["properties"][member];
+    const std::string help = one["description"].asString();
+    one.removeMember("description");
+    const auto isIt = [&](const Json::Value& required) { return required == member; };
+    const bool isThere = std::any_of(schema["required"].begin(), schema["required"].end(), isIt);
+    page << "| `" << member << "`" << (isThere ? "" : ", may be missing") << " | " << help << " | `"
+         << virtualtv::json::write(one) << "` |\n";
+  }
+}
+
 std::string reference() {
   std::ostringstream page;
   page << "# Methods and events\n\nEach of the plug-in's commands is a method `window.NAME` too, with the parameters "
@@ -44,6 +60,8 @@ std::string reference() {
   for (const Topic& topic : topics()) {
     page << "| `" << topic.name << "` | " << topic.help << " | `" << inOneLine(topic.schema) << "` |\n";
   }
+  page << "\n# Schemas\n\nWhat results refer to by name. There are no other members.\n";
+  for (const std::string& name : namedSchemas().getMemberNames()) describe(page, name, namedSchemas()[name]);
   return page.str();
 }
 

@@ -1,8 +1,14 @@
 /** Client of the virtual TV's server: `connect` for tests and tools, `installWindow` for apps. */
-import type {Commands, Parameter} from './commands.js'
+import type {
+  AudioTrack, Commands, Fault, Input, Knob, KnobKind, Operation, Parameter, Service, ServiceName, Session, Setting, State,
+  SubtitleTrack, Why, WindowState,
+} from './commands.js'
 import type {TranscriptOptions, TranscriptPlugin, TranscriptResult} from './transcript.js'
 
-export type {Commands, Parameter}
+export type {
+  AudioTrack, Commands, Fault, Input, Knob, KnobKind, Operation, Parameter, Service, ServiceName, Session, Setting, State,
+  SubtitleTrack, Why, WindowState,
+}
 
 /** The same functions, answering promises. */
 export type Promised<T> = {
@@ -36,9 +42,9 @@ export class EmpRpcError extends Error {
   readonly method: string
 }
 
-/** The connection broke, could not be made or was closed. */
+/** The connection broke, could not be made or was closed, or the server refused the request with a status of HTTP. */
 export class EmpConnectionError extends Error {
-  /** True when the call was under way, so that it may have run; false when it was never sent. */
+  /** True when the call may have run; false when it has not, so that it can be made once more. */
   readonly sent: boolean
   /** Of the HTTP answer, where there was one. */
   readonly status?: number
@@ -80,9 +86,6 @@ export interface Unsubscribe {
   (): void
   readonly ready: Promise<void>
 }
-
-/** The whole set as one document, as `tv.state` answers it. */
-export type State = Record<string, any>
 
 /** All that the set keeps. */
 export type Snapshot = Record<string, any>
@@ -169,32 +172,33 @@ export interface Tv {
   /** A line of the shell; what it prints, line by line. */
   run(line: string): Promise<string[]>
   state(): Promise<State>
-  services(query?: ServicesQuery): Promise<{revision: number, total: number, services: Record<string, any>[]}>
-  knobs(): Promise<{knobs: {name: string, value: string, canBeSet: boolean}[], kinds: Record<string, any>[]}>
+  services(query?: ServicesQuery): Promise<{revision: number, total: number, services: Service[]}>
+  knobs(): Promise<{knobs: Knob[], kinds: KnobKind[]}>
   /** The value of a knob, as the shell's `.get` prints it. */
   get(name: string): Promise<string>
   set(name: string, value: string | number): Promise<Revision>
-  operations(): Promise<{name: string, outputs: string[]}[]>
+  operations(): Promise<Operation[]>
   /** Makes calls to the set fail; the number of the fault. */
   fault(operation: string, options?: FaultOptions): Promise<number>
-  faults(): Promise<{id: number, operation: string, fault: string, hits: number}[]>
+  faults(): Promise<Fault[]>
   /** Removes a fault, or all. */
   clearFaults(id?: number): Promise<object>
-  settings(): Promise<{key: string, value: string | number}[]>
+  settings(): Promise<Setting[]>
   setSetting(key: string, value: string | number): Promise<Revision>
   removeSetting(key: string): Promise<Revision>
   /** Runs a transcript on a set of the server's own, which leaves the one that is served alone. */
   check(transcript: string): Promise<{passed: boolean, diff: string}>
   /** Imports a channel list, given as its text. */
   import(content: string, options?: ImportOptions): Promise<ImportResult>
-  sessions(): Promise<{session: string, connected: boolean, shared: boolean, engines: string[]}[]>
+  sessions(): Promise<Session[]>
   restart(): Promise<Revision>
   reset(): Promise<Revision>
   snapshot(): Promise<Snapshot>
   restore(snapshot: Snapshot): Promise<Revision>
-  why(command: number): Promise<any>
-  /** The state as it was right behind a command, by the number that its events carry. */
-  history(command: number): Promise<State>
+  /** All about a command, by the number that its events carry; without one, about the last of this session. */
+  why(command?: number): Promise<Why>
+  /** The state as it was right behind a command; which one is as for `why`. */
+  history(command?: number): Promise<State>
   /** Makes the set what it persisted then. */
   goBack(command: number): Promise<Revision>
   /** The server's OpenRPC document. */

@@ -532,3 +532,380 @@ export interface Commands {
    */
   SetChannelDirect(ptc?: Parameter, major?: Parameter, minor?: Parameter, channelType?: Parameter): number
 }
+
+/** A sound track. */
+export interface AudioTrack {
+  /** how it is coded */
+  coding: string
+  /** language, by its code */
+  lang: string
+  /** audio mode */
+  mode: number
+  /** number of its stream */
+  pid: number
+  /** the set can tell about it */
+  readable: boolean
+  /** audio type */
+  type: number
+}
+
+/** What was called, stored and logged. */
+export interface Cause {
+  /** platform calls, in order, a line each */
+  calls: string[]
+  /** settings keys that changed, in order */
+  keys: SettingChange[]
+  /** messages, in order */
+  log: LogMessage[]
+}
+
+/** A fault that was set. */
+export interface Fault {
+  /** as .fault takes it */
+  fault: string
+  /** how many calls it has hit */
+  hits: number
+  /** its number */
+  id: number
+  /** the call */
+  operation: string
+}
+
+/** An input of the set. */
+export interface Input {
+  /** as people know it */
+  name: string
+  /** what comes in then */
+  picture: Picture
+  /** something is plugged in */
+  plugged: boolean
+  /** its number among the TV service's sources */
+  source: number
+}
+
+/** Something that can be read, or set, from outside. */
+export interface Knob {
+  /** tv.set takes it */
+  canBeSet: boolean
+  /** of the knob */
+  name: string
+  /** what it stands at */
+  value: string
+}
+
+/** A kind of knobs. */
+export interface KnobKind {
+  /** tv.set takes it */
+  canBeSet: boolean
+  /** what it is */
+  help: string
+  /** with words in capitals for what differs */
+  name: string
+  /** what it is set to, in words */
+  takes: string
+}
+
+/** A log message. */
+export interface LogMessage {
+  /** in bytes, where it was cut */
+  length?: number
+  /** 0 for failures and routine lines, up to 3 */
+  level: number
+  /** of the message */
+  text: string
+}
+
+/** A call that the plug-in makes to the set. */
+export interface Operation {
+  /** of the call */
+  name: string
+  /** names of what it writes */
+  outputs: string[]
+}
+
+/** A picture that comes in. */
+export interface Picture {
+  /** the broadcaster's format description, 4 bits; 8: the content fills the picture */
+  activeFormat: number
+  /** in pixels */
+  height: number
+  /** frames a second */
+  rate: number
+  /** of the whole picture */
+  shape: '16:9' | '4:3'
+  /** in pixels */
+  width: number
+}
+
+/** How a window's picture stands on the screen. */
+export interface Plane {
+  /** in the space of 960 x 540 that applications use */
+  app: PlaneRects
+  /** on the base screen */
+  base: PlaneRects
+  /** the part of the source picture that is shown; null for all of it */
+  crop: Rect | null
+  /** the picture is hidden */
+  muted: boolean
+  /** which plane is above which */
+  order: number
+}
+
+/** Where the picture is, in one space. */
+export interface PlaneRects {
+  /** the part of it that the content fills; null without a picture */
+  active: Rect | null
+  /** where the picture is drawn */
+  display: Rect
+  /** the window */
+  rect: Rect
+}
+
+/** A rectangle. */
+export interface Rect {
+  /** in pixels */
+  height: number
+  /** in pixels */
+  width: number
+  /** left edge */
+  x: number
+  /** top edge */
+  y: number
+}
+
+/** What a command answered. */
+export interface Reply {
+  /** the engine took the command */
+  accepted: boolean
+  /** of an ascii value that is no UTF-8 */
+  bytes?: string
+  /** of the value */
+  kind: 'int' | 'ascii' | 'unicode' | 'empty'
+  /** of the whole value, where it was cut */
+  length?: number
+  /** of a unicode value that is no UTF-16 */
+  units?: number[]
+  /** none where it is empty */
+  value?: number | string
+}
+
+/** A service. */
+export interface Service {
+  /** what it is received with */
+  antenna: 'terrestrial' | 'cable' | 'satellite' | null
+  /** sound tracks */
+  audio: AudioTrack[]
+  /** numbers of the favourite groups that it is in */
+  favourites: number[]
+  /** section of the list that it was found in */
+  group: string
+  /** it is hidden */
+  hidden: boolean
+  /** 64 bits as decimal text; null where it has none */
+  id: string | null
+  /** number in the list of services */
+  key: number
+  /** what it brings */
+  kind: 'television' | 'radio' | 'data' | null
+  /** it is locked */
+  locked: boolean
+  /** major number */
+  major: number | null
+  /** minor number */
+  minor: number | null
+  /** channel name; null where it has none */
+  name: string | null
+  /** subtitle tracks */
+  subtitles: SubtitleTrack[]
+}
+
+/** What a service is known by. */
+export interface ServiceName {
+  /** 64 bits as decimal text; null where it has none */
+  id: string | null
+  /** number in the list of services */
+  key: number
+  /** major number */
+  major: number | null
+  /** minor number */
+  minor: number | null
+  /** channel name; null where it has none */
+  name: string | null
+}
+
+/** A session. */
+export interface Session {
+  /** a connection holds it */
+  connected: boolean
+  /** names of those that are open */
+  engines: string[]
+  /** its name */
+  session: string
+  /** it is that of requests without one */
+  shared: boolean
+}
+
+/** A settings key. */
+export interface Setting {
+  /** the same where it is no UTF-8 */
+  bytes?: string
+  /** its name */
+  key: string
+  /** what it holds */
+  value: string | number
+}
+
+/** A settings key that changed. */
+export interface SettingChange {
+  /** null where it is not set any more */
+  after: string | number | null
+  /** null where it was not set */
+  before: string | number | null
+  /** its name */
+  key: string
+}
+
+/** The whole set. Ids of 64 bits are texts; what is not there is null. */
+export interface State {
+  /** milliseconds on the set's clock */
+  clock: number
+  /** country code */
+  country: number
+  /** of the set */
+  inputs: Input[]
+  /** the secondary TV stack */
+  isp: {
+    /** its picture */
+    picture: {
+      /** in pixels */
+      height: number
+      /** in pixels */
+      width: number
+    }
+    /** it can be reached */
+    present: boolean
+    /** it is on screen */
+    shown: boolean
+    /** its tracks */
+    tracks: Tracks
+  }
+  /** region code */
+  region: number
+  /** number of the last change */
+  revision: number
+  /** how many there are */
+  services: number
+  /** what the set starts with */
+  start: {
+    /** id of the service */
+    service: string
+    /** number of the source */
+    source: number
+  }
+  /** the tuner */
+  tuner: {
+    /** how far the signal has faded */
+    fade: number
+  }
+  /** by name */
+  windows: {
+    main: WindowState
+    pip: WindowState
+  }
+}
+
+/** A subtitle track. */
+export interface SubtitleTrack {
+  /** language, by its code */
+  lang: string
+  /** number of its stream */
+  pid: number
+  /** the set can tell about it */
+  readable: boolean
+  /** its kind */
+  type: string
+}
+
+/** Tracks, and those in use. */
+export interface Tracks {
+  /** sound tracks */
+  audio: AudioTrack[]
+  /** position of the one that is heard, from 0 on */
+  audioInUse: number
+  /** position of the one that is seen; -1 for none */
+  subtitleInUse: number
+  /** subtitle tracks */
+  subtitles: SubtitleTrack[]
+}
+
+/** A window's TV mode, in the TV service's numbers. */
+export interface TvMode {
+  /** antenna mode */
+  antenna: number
+  /** service mode */
+  service: number
+}
+
+/** All about a command. */
+export interface Why {
+  /** platform calls, in order, a line each */
+  calls: string[]
+  /** its number, over all sessions */
+  command: number
+  /** milliseconds that latencies took on the set's clock */
+  delay: number
+  /** milliseconds of real time */
+  duration: number
+  /** that it ran on */
+  engine: string
+  /** settings keys that changed, in order */
+  keys: SettingChange[]
+  /** the parameters were given as a list */
+  list: boolean
+  /** messages, in order */
+  log: LogMessage[]
+  /** of the command */
+  name: string
+  /** what opening its engine did, where it was the first on it */
+  opening?: Cause
+  /** as the engine was given them */
+  parameters: string[]
+  /** null where the engine threw */
+  reply: Reply | null
+  /** that ran it */
+  session: string
+}
+
+/** A window and what is on it. */
+export interface WindowState {
+  /** that comes in; null where none does */
+  picture: Picture | null
+  /** on the screen */
+  plane: Plane
+  /** on screen before */
+  previousService: ServiceName | null
+  /** as the set tells it */
+  resolution: {
+    /** it follows from the picture */
+    auto: boolean
+    /** null without a picture */
+    code: number | null
+  }
+  /** on screen */
+  service: ServiceName | null
+  /** where its picture comes from */
+  source: {
+    /** of the input; null where it is none */
+    name: string | null
+    /** of the source */
+    number: number
+    /** the source before */
+    previous: number
+    /** what the source is doing, in the TV service's numbers */
+    state: number
+  }
+  /** of the service */
+  tracks: Tracks
+  /** TV mode */
+  tvMode: TvMode
+}

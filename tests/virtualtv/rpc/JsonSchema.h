@@ -1,0 +1,30 @@
+#pragma once
+
+#include <json/json.h>
+
+#include <string>
+#include <vector>
+
+namespace virtualtv::rpc {
+
+/// The part of JSON Schema that the server's OpenRPC document uses. What it does not know in a schema is a finding,
+/// too.
+class JsonSchema {
+ public:
+  /// @param named  schemas that others refer to, by their names. It outlives this object.
+  explicit JsonSchema(const Json::Value& named) : named_(named) {}
+
+  /// Where a value is not what a schema says, a line each: `windows.main.service: ...`.
+  std::vector<std::string> findings(const Json::Value& schema, const Json::Value& value) const;
+
+ private:
+  using Findings = std::vector<std::string>;
+
+  void check(const Json::Value& schema, const Json::Value& value, const std::string& path, Findings& found) const;
+  void checkObject(const Json::Value& schema, const Json::Value& value, const std::string& path, Findings& found) const;
+  void checkNumber(const Json::Value& schema, const Json::Value& value, const std::string& path, Findings& found) const;
+
+  const Json::Value& named_;
+};
+
+}  // namespace virtualtv::rpc

@@ -1,0 +1,126 @@
+// What methods answer is what their schemas in the OpenRPC document say.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "virtualtv/rpc/JsonSchema.h"
+#include "virtualtv/rpc/RpcTest.h"
+
+namespace virtualtv::rpc {
+namespace {
+
+using Findings = std::vector<std::string>;
+
+class Schemas : public RpcTest {
+ protected:
+  const Json::Value& schemaOf(const std::string& name) const {
+    for (const Json::Value& method : document["methods"]) {
+      if (method["name"] == name) return method["result"]["schema"];
+    }
+    ADD_FAILURE() << "there is no method " << name;
+    return Json::Value::nullSingleton();
+  }
+  /// Calls a method. @return its result, which fits.
+  Json::Value fitting(Connected& caller, const std::string& name, const std::string& params = "{}") {
+    Json::Value result = caller.result(name, json(params));
+    EXPECT_EQ(schema.findings(schemaOf(name), result), Findings()) << name << " " << params;
+    return result;
+  }
+  /// All that tells of the set.
+  void expectAllFit(Connected& caller) {
+    for (const char* const name : {"tv.state", "tv.services", "tv.knobs", "tv.settings", "tv.sessions", "tv.faults",
+                                   "tv.operations", "tv.why", "tv.history"}) {
+      fitting(caller, name);
+    }
+    fitting(caller, "events.subscribe", R"({"topics": ["*"], "after": 1, "server": "another"})");
+  }
+  Json::Value line(const std::string& text) {
+    Json::Value params;
+    params["line"] = text;
+    return client.result("tv.run", params);
+  }
+
+  const Json::Value document = posted("rpc.discover")["result"];
+  const JsonSchema schema{document["components"]["schemas"]};
+  Connected client{server};
+  Connected other{server};
+};
+
+TEST_F(Schemas, FitTheBuiltInSet) {
+  client.run("GetTVMode");
+  expectAllFit(client);
+}
+
+TEST_F(Schemas, FitASetOnWhichThingsHappen) {
+  client.result("tv.fault", json(R"({"operation": "IServiceNavigation::GetTvMode", "result": 0})"));
+  client.result("tv.fault", json(R"({"operation": "TVServiceAPI::CreateSourceControl", "result": "throw"})"));
+  client.run("GetTVMode");
+  expectAllFit(client);
+  for (const char* const text : {".set input.13.plugged off", ".set main.source 13", ".set pip.source 17",
+                                 ".set pip.service #4", ".set main.service #9", ".set isp.audio 256:eng,!257",
+                                 ".set services.none 1", ".set service.#9.audio 256:eng,!257", ".set pip.plane 1,2,3,4",
+                                 ".set service.#9.name unset", ".set service.#4.major unset", ".engine second"}) {
+    line(text);
+  }
+  client.result("tv.setSetting", json(R"(["a/number", 7])"));
+  client.result("tv.setSetting", json(R"(["a/text", "x"])"));
+  tv().setSetting("no/text", std::string("\xFF"));
+  other.run("SetWindow", json("[1]"));
+  other.run("SetScreenRect", json("[10,20,300,200]"));
+  other.run("SetScreenCropRect", json("[0,0,100,100]"));
+  other.run("SetSource", json("[31]"));
+  other.result("window.executeWithParamList", json(R"(["SetScreenCropRect", [0,0,100,100,0,0,200,200]])"));
+  client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", 3])"));
+  client.call("window.GetTVMode");
+  clock.pass(std::chrono::milliseconds(3));
+  expectAllFit(client);
+  expectAllFit(other);
+  for (int command = 1; command <= 6; ++command) {
+    fitting(client, "tv.why", "[" + std::to_string(command) + "]");
+    fitting(client, "tv.history", "[" + std::to_string(command) + "]");
+  }
+}
+
+TEST_F(Schemas, FitASetWithoutServices) {
+  client.result("tv.import", json(R"({"content": "One;Net:474000:B8C23D12G4M64T8Y0:T:27500:101:102:0:0:1:1:1:0\n"})"));
+  client.run("GetCurrentChannel_Name");
+  expectAllFit(client);
+}
+
+/// So that a member that comes new is missed: every object that has members names all of them.
+TEST_F(Schemas, LeaveNoMemberOut) {
+  const Json::Value& named = document["components"]["schemas"];
+  int count = 0;
+  for (const std::string& name : named.getMemberNames()) {
+    if (name.starts_with("event.")) continue;
+    ++count;
+    EXPECT_EQ(named[name]["additionalProperties"], false) << name;
+    for (const std::string& member : named[name]["properties"].getMemberNames()) {
+      const Json::Value& one = named[name]["properties"][member];
+      EXPECT_TRUE(one.isMember("description") || one.isMember("$ref")) << name << "." << member;
+    }
+  }
+  EXPECT_GT(count, 20);
+}
+
+TEST_F(Schemas, TellWhatDoesNotFit) {
+  Json::Value state = client.result("tv.state");
+  state["windows"]["main"]["more"] = 1;
+  state["windows"]["pip"].removeMember("plane");
+  state["region"] = "nine";
+  state["inputs"][0]["picture"]["shape"] = "1:1";
+  state["windows"]["main"]["service"] = 5;
+  const Findings found = schema.findings(schemaOf("tv.state"), state);
+  for (const char* const wanted :
+       {"windows.main: has 'more'", "windows.pip: has no 'plane'", "region: is of another type: \"nine\"",
+        "inputs[0].picture.shape: is not in the enum: \"1:1\"", "windows.main.service: none of anyOf fits: 5"}) {
+    EXPECT_TRUE(std::find(found.begin(), found.end(), wanted) != found.end()) << wanted;
+  }
+  EXPECT_EQ(found.size(), 5U);
+}
+
+}  // namespace
+}  // namespace virtualtv::rpc
