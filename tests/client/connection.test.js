@@ -122,6 +122,11 @@ test('a call in flight fails when the connection breaks, says so, and is never s
   assert.equal(peer.called('tv.reset').length, 1)
 })
 
+test('where no session can be opened no call was sent', async () => {
+  peer.answers['session.open'] = () => peer.cut()
+  await assert.rejects(connect(peer.address), {name: 'EmpConnectionError', sent: false})
+})
+
 test('calls made meanwhile wait for the connection, in their order, or fail unsent', async () => {
   peer.answers['tv.get'] = ({name}) => ({value: name})
   await connected()

@@ -6,6 +6,7 @@ import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, afterEach, beforeEach, test} from 'node:test'
 import {EmpConnectionError, EmpRpcError, connect, installWindow} from '../../virtualtv/console/client/client.js'
+import {startBreaker} from './support/breaker.js'
 import {Page} from './support/page.js'
 import {endServers, serve} from './support/server.js'
 import {silenced, until} from './support/wait.js'
@@ -99,6 +100,40 @@ test('a server that is not there yet is told on the console, and found by a late
   server = await serve({port: server.port})
   assert.equal(tvWindow.GetTVMode(), 1)
   assert.equal(warnings().length, 1)
+})
+
+/** Whether the error that a call throws says that the call may have run. */
+function sentBy(call) {
+  try {
+    call()
+  } catch (error) {
+    assert.equal(error.name, 'EmpConnectionError')
+    return error.sent
+  }
+  assert.fail('the call works')
+}
+
+test('an error says whether the call may have run, in Node and in a page', async context => {
+  silenced('warn', context)
+  const breaker = await startBreaker()
+  const page = new Page()
+  context.after(() => [breaker.stop(), page.close()])
+  await page.load(`${server.address}/window.js`).catch(() => {})  // without a name it only defines
+  const inPage = page.run(`globalThis[Symbol.for('emp-window/1')].install({}, {address: '${breaker.address}', name: 'tvWindow'})`)
+  const inNode = install({address: breaker.address})
+  for (const tvWindow of [inNode, inPage]) {
+    assert.equal(sentBy(() => tvWindow.GetTVMode()), true)
+    assert.deepEqual([401, 403, 503, 500].map(status => sentBy(() => tvWindow.run(String(status)))), [false, false, false, true])
+  }
+  page.tell('pagehide')
+  assert.equal(sentBy(() => inPage.run('')), false)
+  page.tell('pageshow')
+  await breaker.stop()
+  assert.equal(sentBy(() => inPage.run('')), true, 'a page is not told')
+  for (const tvWindow of [inNode, inPage]) {
+    tvWindow.close()
+    assert.equal(sentBy(() => tvWindow.run('')), false, 'no session can be opened')
+  }
 })
 
 test('a server that wants a token gets it, and says so to who has none', async context => {

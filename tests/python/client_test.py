@@ -1,6 +1,7 @@
 """The Python client on a virtual TV."""
 
 import ast
+import re
 import unittest
 import warnings
 
@@ -85,6 +86,42 @@ class CallTest(ClientTest):
         self.tv.set("country", 42)
         self.tv.reset()
         self.assertEqual(self.tv.snapshot(), before)
+
+
+    def test_each_method_of_the_set_is_a_function(self):
+        def name_of(method):
+            return {"import": "import_list"}.get(method) or re.sub("[A-Z]", lambda letter: "_" + letter[0].lower(), method)
+        methods = [method["name"] for method in self.tv.discover()["methods"] if method["name"].startswith("tv.")]
+        self.assertGreater(len(methods), 20)
+        self.assertEqual([name for name in methods if not callable(getattr(self.tv, name_of(name[3:]), None))], [])
+
+    def test_sessions_operations_and_kinds_of_knobs(self):
+        self.assertIn(self.tv.session, [session["session"] for session in self.tv.sessions()])
+        self.assertIn({"name": "IServiceNavigation::GetTvMode", "outputs": ["mode"]}, self.tv.operations())
+        self.assertIn("latency.OPERATION", [kind["name"] for kind in self.tv.knob_kinds()])
+
+    def test_a_transcript_is_checked_on_a_set_of_its_own(self):
+        self.assertEqual(self.tv.check("> SetChannel 3 0\nint 1\n"), {"passed": True, "diff": ""})
+        failed = self.tv.check("> SetChannel 3 0\nint 2\n")
+        self.assertFalse(failed["passed"])
+        self.assertIn("+int 1", failed["diff"])
+        self.assertEqual(self.tv.window.GetCurrentChannel_Name(), "Lighthouse One")
+
+    def test_a_command_is_told_of_and_the_set_as_it_was_comes_back(self):
+        with self.assertRaisesRegex(EmpRpcError, "no command has run yet"):
+            self.tv.why()
+        self.tv.window.SetChannel(3, 0)
+        told = self.tv.why()
+        self.assertEqual((told["command"], told["name"], told["parameters"]), (1, "SetChannel", ["3", "0"]))
+        self.assertEqual(told["reply"]["value"], 1)
+        state, snapshot = self.tv.state(), self.tv.snapshot()
+        self.tv.window.SetChannel(5, 0)
+        self.assertEqual(self.tv.why(1), told)
+        self.assertEqual(self.tv.history(1), state)
+        self.assertEqual(self.tv.history(), self.tv.state())
+        self.tv.go_back(told["command"])
+        self.assertEqual(self.tv.snapshot(), snapshot)
+        self.assertEqual(self.tv.window.GetCurrentChannel_Name(), "Lighthouse News")
 
 
 class FaultTest(ClientTest):

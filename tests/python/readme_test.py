@@ -44,13 +44,17 @@ class ReadmeTest(ClientTest):
                               stderr=subprocess.STDOUT, timeout=60)
 
     def test_every_example_is_run_here(self):
-        self.assertEqual(len(BLOCKS), 4)
+        self.assertEqual(len(BLOCKS), 5)
 
     def test_the_client_connects_tunes_and_prints(self):
         with launch() as tv:
             self.write("app.py", example("com.example.guide").replace("http://127.0.0.1:8090", tv.address))
             done = self.run_in_folder(sys.executable, "app.py")
         self.assertEqual(done.stdout, "1\nLighthouse News\n['main.source = 0']\n")
+
+    def test_the_client_goes_back(self):
+        self.write("back.py", example("tv.go_back(command)"))
+        self.assertEqual(self.run_in_folder(sys.executable, "back.py").stdout, "Lighthouse News\n")
 
     def pytest(self, text):
         program = shutil.which("pytest-3") or shutil.which("pytest")

@@ -111,11 +111,22 @@ class WireTest(ClientTest):
         self.assertEqual(self.peer.headers[0]["Authorization"], "Bearer s3cret")
 
     def test_a_status_of_http_is_told_with_its_text(self):
+        tv = self.connected()
         for status, sent in [(401, False), (403, False), (503, False), (500, True)]:
-            self.peer.answers["session.open"] = (status, "why\n")
-            with self.assertRaisesRegex(EmpConnectionError, f"session.open: .*: status {status}: why$") as raised:
-                connect(self.peer.address)
+            self.peer.answers["tv.state"] = (status, "why\n")
+            with self.assertRaisesRegex(EmpConnectionError, f"tv.state: .*: status {status}: why$") as raised:
+                tv.state()
             self.assertEqual((raised.exception.status, raised.exception.sent), (status, sent))
+
+    def test_where_no_session_can_be_opened_no_call_was_sent(self):
+        tv = self.connected()
+        self.peer.answers["tv.restart"] = {"error": {"code": 1003, "message": "", "data": {"reason": "there is no session 'one'"}}}
+        for broken in [ConnectionResetError(), (500, "why"), (200, "<html>")]:
+            self.peer.answers["session.open"] = broken
+            for call in [lambda: connect(self.peer.address), tv.restart]:
+                with self.assertRaisesRegex(EmpConnectionError, "session.open: ") as raised:
+                    call()
+                self.assertFalse(raised.exception.sent)
 
     def test_a_server_that_is_another_one_is_told(self):
         for text in ["<html>", "[]", "null", '{"jsonrpc": "2.0"}', '{"error": 5}']:

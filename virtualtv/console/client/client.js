@@ -425,7 +425,11 @@ class Tv {
       this.#usedWindow = false
       this.#tellConnection({connected: true})
     }
-    this.#wire.send({method: 'session.open', params: {appId, widgetId}, resolve, reject: fail})
+    const reject = error => {
+      if (error instanceof EmpConnectionError) error.sent = false  // of the caller's calls nothing has been sent
+      fail(error)
+    }
+    this.#wire.send({method: 'session.open', params: {appId, widgetId}, resolve, reject})
   }
 
   #tellConnection(event) {
@@ -486,8 +490,8 @@ function workerTransport(base, token) {
   return {
     post(body, session) {
       port.postMessage({post: {body, session}})
-      const {status, text, error} = wait()
-      if (error) throw new EmpConnectionError(`${base} can't be reached: ${error}`)
+      const {status, text, error, sent} = wait()
+      if (error) throw new EmpConnectionError(`${base} can't be reached: ${error}`, {sent})
       return {status, text}
     },
     adopt: session => port.postMessage({adopt: session}),

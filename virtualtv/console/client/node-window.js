@@ -24,7 +24,8 @@ function post({body, session}) {
   const headers = {'Content-Type': 'application/json', 'Content-Length': Buffer.byteLength(body)}
   if (session !== undefined) headers['Emp-Session'] = session
   if (token !== undefined) headers.Authorization = `Bearer ${token}`
-  const fail = error => answer({error: error.message || error.code || String(error)})
+  const fail = error =>
+    answer({error: error.message || error.code || String(error), sent: !/^(connect|getaddrinfo)$/.test(error.syscall)})
   const request = library.request(`${base}/rpc`, {method: 'POST', headers, agent}, response => {
     let text = ''
     response.setEncoding('utf8')

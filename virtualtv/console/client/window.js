@@ -11,7 +11,10 @@
 (() => {
   'use strict'
 
-  /** The connection broke, could not be made, or was closed. `sent` is true when the TV may have run the call. */
+  /**
+   * The connection broke, could not be made, or was closed, or the server refused the request. `sent` is true when the TV
+   * may have run the call; it is never sent again then. False means that it has not run.
+   */
   class EmpConnectionError extends Error {
     constructor(message, {cause, status, sent = false} = {}) {
       super(message, cause === undefined ? undefined : {cause})
@@ -88,10 +91,11 @@
     let leaving = false
     globalThis.addEventListener?.('pagehide', () => leaving = true)
     globalThis.addEventListener?.('pageshow', () => leaving = false)
+    // A page is not told whether nobody was there or the answer got lost.
     const unreachable = cause => new EmpConnectionError(
       leaving ? `${base} can't be called while the page unloads`
         : `${base} can't be reached: is emp-window serving there, and does it allow this page ` +
-          `(--allow-origin ${globalThis.location?.origin})?${cause ? ` ${cause.message}` : ''}`, {cause})
+          `(--allow-origin ${globalThis.location?.origin})?${cause ? ` ${cause.message}` : ''}`, {cause, sent: !leaving})
     return {
       post(body, session) {
         if (leaving) throw unreachable()
@@ -138,7 +142,7 @@
     open() {
       if (this.#session !== undefined) return
       const {appId, widgetId, name} = this.#options
-      const {session} = this.#post('session.open', {appId, widgetId})
+      const {session} = this.#prepare('session.open', {appId, widgetId})
       this.#session = session
       this.#transport.adopt(session)
       if (this.#hadSession) {
@@ -163,7 +167,7 @@
     }
 
     has(command) {
-      this.#commands ??= new Set(commandsOf(this.#post('rpc.discover', {})))
+      this.#commands ??= new Set(commandsOf(this.#prepare('rpc.discover', {})))
       return this.#commands.has(command)
     }
 
@@ -181,9 +185,21 @@
       this.#transport.release()
     }
 
+    /** Makes a call for a call of the app, of which nothing has been sent when this one fails. */
+    #prepare(method, params) {
+      try {
+        return this.#post(method, params)
+      } catch (error) {
+        if (error instanceof EmpConnectionError) error.sent = false
+        throw error
+      }
+    }
+
     #post(method, params, session) {
       const {status, text} = this.#transport.post(encode({jsonrpc: '2.0', id: ++this.#id, method, params}), session)
-      const failed = (message, cause) => new EmpConnectionError(`${this.#base}: ${message}`, {cause, status, sent: true})
+      const refused = (status >= 400 && status < 500) || status === 503  // before anything runs
+      const failed = (message, cause) =>
+        new EmpConnectionError(`${this.#base}: ${message}`, {cause, status, sent: !refused})
       if (status !== 200) throw failed(`status ${status}: ${text.trim().slice(0, 500)}`)
       let answer
       try {

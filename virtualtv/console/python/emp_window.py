@@ -42,7 +42,8 @@ _MOST_OUTPUT = 64 * 1024  # characters of the program's output that are kept
 
 class EmpConnectionError(ConnectionError):
     """The server can't be reached, the connection broke, or the answer is none of emp-window. `sent` is true when the
-    server may have run the call, which is never sent again; `status` is that of the HTTP answer, or None."""
+    server may have run the call, which is never sent again, and false when it has not: then the call can be made once
+    more. Where no session can be opened, no call has been sent. `status` is that of the HTTP answer, or None."""
 
     def __init__(self, message: str, *, sent: bool = False, status: Optional[int] = None) -> None:
         super().__init__(message)
@@ -293,6 +294,10 @@ class Tv:
         """The whole set as one document."""
         return self.call("tv.state")
 
+    def sessions(self) -> list[dict[str, Any]]:
+        """The sessions, with their open engines."""
+        return self.call("tv.sessions")["sessions"]
+
     def services(self, **query: Any) -> dict[str, Any]:
         """Lists services that meet the conditions: offset, limit, text, antenna, kind, group, favourite."""
         return self.call("tv.services", query)
@@ -306,7 +311,7 @@ class Tv:
         self.call("tv.restore", {"snapshot": snapshot})
 
     def restart(self) -> None:
-        """Switches the set off and on."""
+        """Switches the set off and on; faults and latencies go."""
         self.call("tv.restart")
 
     def reset(self) -> None:
@@ -321,6 +326,10 @@ class Tv:
     def knobs(self) -> list[dict[str, Any]]:
         """What can be read and set from outside."""
         return self.call("tv.knobs")["knobs"]
+
+    def knob_kinds(self) -> list[dict[str, Any]]:
+        """The kinds of knobs, with what they take."""
+        return self.call("tv.knobs")["kinds"]
 
     def get(self, name: str) -> str:
         """The value of a knob, as the shell prints it."""
@@ -337,9 +346,17 @@ class Tv:
     def set_setting(self, key: str, value: Union[str, int, None]) -> None:
         """Sets a settings key; None removes it."""
         if value is None:
-            self.call("tv.removeSetting", {"key": key})
+            self.remove_setting(key)
         else:
             self.call("tv.setSetting", {"key": key, "value": value})
+
+    def remove_setting(self, key: str) -> None:
+        """Removes a settings key."""
+        self.call("tv.removeSetting", {"key": key})
+
+    def operations(self) -> list[dict[str, Any]]:
+        """The calls that the plug-in makes to the set, which can be made to fail, with the names of their outputs."""
+        return self.call("tv.operations")["operations"]
 
     def fault(self, operation: str, *, nth: Optional[int] = None, times: Union[int, str, None] = None,
               result: Any = ..., outputs: Optional[dict[str, Any]] = None,
@@ -365,6 +382,23 @@ class Tv:
     def clear_faults(self, id: Optional[int] = None) -> None:
         """Removes a fault, or all."""
         self.call("tv.clearFaults", _given(id=id))
+
+    def check(self, transcript: str) -> dict[str, Any]:
+        """Runs a transcript, given as its text, on a set of its own: `passed`, and `diff` with what differs."""
+        return self.call("tv.check", {"transcript": transcript})
+
+    def why(self, command: Optional[int] = None) -> dict[str, Any]:
+        """All about a command that has run, by its number; without one, about the last of this session: `command` is
+        its number, `reply` what it answered, `calls`, `keys` and `log` what it called, stored and logged."""
+        return self.call("tv.why", _given(command=command))
+
+    def history(self, command: Optional[int] = None) -> dict[str, Any]:
+        """The whole set, as `state` tells it, right behind a command; which one is as for `why`."""
+        return self.call("tv.history", _given(command=command))
+
+    def go_back(self, command: int) -> None:
+        """Makes the set what it persisted right behind a command, by its number. Engines close."""
+        self.call("tv.goBack", {"command": command})
 
     def discover(self) -> dict[str, Any]:
         """The server's OpenRPC document."""
@@ -395,7 +429,11 @@ class Tv:
         return self._names
 
     def _open_session(self) -> None:
-        self._session = self._post("session.open", self._application, None)["session"]
+        try:
+            self._session = self._post("session.open", self._application, None)["session"]
+        except EmpConnectionError as error:
+            error.sent = False  # of the caller's call nothing has been sent
+            raise
         self._used_engine = False
 
     def _renew(self) -> None:
