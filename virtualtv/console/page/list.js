@@ -2,7 +2,8 @@ import {draw, h} from './dom.js'
 
 /**
  * A list of which only the rows that can be seen are drawn, so that its length costs nothing. All rows are equally high.
- * It is a listbox: arrow keys, Page Up and Down, Home and End move the chosen row.
+ * It is a listbox, or with the attribute `grid` a grid, whose rows have cells that may hold buttons. Arrow keys, Page Up and
+ * Down, Home and End move the chosen row.
  */
 export class LongList extends HTMLElement {
   /** Height of a row, px. */
@@ -20,13 +21,15 @@ export class LongList extends HTMLElement {
   onchoose = () => {}
   /** A row was chosen by a click or Enter. @type {(at: number) => void} */
   onopen = () => {}
+  /** Another key was pressed on the chosen row. @type {(at: number, event: KeyboardEvent) => void} */
+  onkey = () => {}
   #space = document.createElement('div')
   #rows = document.createElement('div')
   #observer = new ResizeObserver(() => this.redraw())
 
   connectedCallback() {
     this.tabIndex = 0
-    this.setAttribute('role', 'listbox')
+    this.setAttribute('role', this.#isGrid ? 'grid' : 'listbox')
     this.#space.className = 'long-list-space'
     this.#rows.className = 'long-list-rows'
     this.#space.append(this.#rows)
@@ -39,6 +42,10 @@ export class LongList extends HTMLElement {
 
   disconnectedCallback() {
     this.#observer.disconnect()
+  }
+
+  get #isGrid() {
+    return this.hasAttribute('grid')
   }
 
   /** True while the end is seen, so that a list that grows can stay there. */
@@ -55,6 +62,7 @@ export class LongList extends HTMLElement {
     this.#space.style.height = `${this.length * this.rowHeight}px`
     const from = Math.max(0, Math.floor(this.scrollTop / this.rowHeight) - 2)
     const to = Math.min(this.length, Math.ceil((this.scrollTop + this.clientHeight) / this.rowHeight) + 2)
+    if (this.#isGrid) this.setAttribute('aria-rowcount', String(this.length))
     this.onrange(from, to)
     this.#rows.style.transform = `translateY(${from * this.rowHeight}px)`
     draw(this.#rows, Array.from({length: Math.max(0, to - from)}, (_, index) => this.#option(from + index)))
@@ -80,9 +88,10 @@ export class LongList extends HTMLElement {
 
   /** @param {number} at @return {import('./dom.js').Child} */
   #option(at) {
+    const place = this.#isGrid ? {role: 'row', 'aria-rowindex': at + 1} : {role: 'option', 'aria-setsize': this.length, 'aria-posinset': at + 1}
     return h('div', {
-      key: this.keyOf(at), role: 'option', id: this.#id(at), class: 'long-list-row', 'data-at': at,
-      'aria-selected': String(at === this.chosen), 'aria-setsize': this.length, 'aria-posinset': at + 1,
+      key: this.keyOf(at), id: this.#id(at), class: 'long-list-row', 'data-at': at, ...place,
+      'aria-selected': String(at === this.chosen),
       style: {height: `${this.rowHeight}px`},
     }, this.row(at))
   }
@@ -106,7 +115,7 @@ export class LongList extends HTMLElement {
       Home: 0, End: this.length - 1}
     if (event.key in to) this.choose(to[event.key])
     else if (event.key === 'Enter' && this.chosen >= 0) this.onopen(this.chosen)
-    else return
+    else return this.chosen >= 0 ? this.onkey(this.chosen, event) : undefined
     event.preventDefault()
     event.stopPropagation()
   }
