@@ -46,7 +46,7 @@ export function feed(tv) {
   /** @param {string} topic */
   const take = topic => {
     if (stateTopics.has(topic)) ask.state()
-    if (topic === 'services') store.set('services', store.get('services') + 1)
+    if (topic === 'services' || topic === 'favourites') store.set('services', store.get('services') + 1)
     if (topic === 'knob' && store.get('knobs')) ask.knobs()
     if (topic === 'session' || topic === 'engine') ask.sessions()
     if (topic === 'fault') ask.faults()

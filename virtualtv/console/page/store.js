@@ -8,7 +8,7 @@
  * @property {{connected: boolean, reason?: string, advice?: string, since: number}} connection  advice is what a person can do
  * @property {any} state  the document of `tv.state`; null until it is known
  * @property {any} past  null, or what is looked back at: {command, entry, state}
- * @property {number} services  counts up when the list of services changes
+ * @property {number} services  counts up when the list of services or their favourite groups change
  * @property {any[]} sessions  as `tv.sessions` lists them
  * @property {any[]} faults  as `tv.faults` lists them
  * @property {any[]} settings  as `tv.settings` lists them
