@@ -1,0 +1,164 @@
+// The remote control: by mouse and keyboard, for the TV and for the app that has its keys.
+import assert from 'node:assert/strict'
+import {after, afterEach, before, test} from 'node:test'
+import {endServers} from '../client/support/server.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let shown
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+afterEach(() => shown?.close())
+
+const names = ['0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'Channel up', 'Channel down', 'Previous channel', 'Source', 'Audio',
+  'Subtitles', 'Mute picture', 'Picture-in-picture', 'OK', 'Up', 'Down', 'Left', 'Right', 'Back', 'Exit', 'Info', 'Guide', 'Menu',
+  'Red', 'Green', 'Yellow', 'Blue', 'Play', 'Pause', 'Stop']
+
+const remote = () => shown.page.getByRole('region', {name: 'Remote control'})
+const press = name => remote().getByRole('button', {name, exact: true}).click()
+const says = text => remote().getByRole('status').filter({hasText: text}).waitFor()
+const main = async () => (await shown.tv.state()).windows.main
+
+test('its buttons are called as on any remote, and are seen whole beside the screen', async () => {
+  shown = await Console.open()
+  for (const name of names) assert.ok(await remote().getByRole('button', {name, exact: true}).isVisible(), name)
+  const column = await shown.page.locator('.left').boundingBox()
+  const box = await remote().boundingBox()
+  assert.ok(box.y + box.height < column.y + column.height, 'the remote ends above the end of its column')
+})
+
+test('digits tune after a pause, at once with OK, and can be taken back', async () => {
+  shown = await Console.open()
+  await press('3')
+  await says(/^3_$/)
+  await says('3 Lighthouse News')
+  assert.equal((await main()).service.major, 3)
+  await press('1')
+  await press('2')
+  await shown.page.keyboard.press('Backspace')
+  await says(/^1_$/)
+  await press('OK')
+  await says('1 Lighthouse One')
+  await shown.page.keyboard.press('7')
+  await shown.page.keyboard.press('Escape')
+  await says(/^[^_]*$/)
+  assert.equal((await main()).service.major, 1)
+})
+
+test('four digits are a whole number, and one that no channel has says so', async () => {
+  shown = await Console.open()
+  for (const digit of '9876') await shown.page.keyboard.press(digit)
+  await says('SetChannel: 0 no channel has this number, or the set refuses it')
+  assert.equal((await main()).service.major, 1)
+})
+
+test('a number without a minor one finds the first channel that has it', async () => {
+  shown = await Console.open()
+  await press('5')
+  await press('OK')
+  await says('5.1 Granite Sport 1')
+})
+
+test('channels up, down and back again', async () => {
+  shown = await Console.open()
+  await press('Channel up')
+  await says('2 Lighthouse Two')
+  await shown.page.keyboard.press('PageUp')
+  await says('3 Lighthouse News')
+  await shown.page.keyboard.press('PageDown')
+  await says('2 Lighthouse Two')
+  await shown.page.keyboard.press('Backspace')
+  await says('3 Lighthouse News')
+  assert.equal((await main()).service.name, 'Lighthouse News')
+})
+
+test('Source goes through the inputs that are plugged in and can be shown', async () => {
+  shown = await Console.open()
+  for (const text of ['27 PC', '31 HDMI 1', '32 HDMI 2', '35 SCART', '0 Antenna']) {
+    await press('Source')
+    await says(text)
+  }
+  await shown.page.keyboard.press('s')
+  await says('27 PC')
+  assert.equal((await main()).source.name, 'PC')
+})
+
+test('Audio and Subtitles go through the tracks', async () => {
+  shown = await Console.open()
+  await press('Audio')
+  await says('Audio 1 deu German')
+  assert.equal((await main()).tracks.audioInUse, 1)
+  for (const text of ['Subtitle 0 eng English', 'Subtitle 1 deu German', 'Subtitle 2 eng English', 'Subtitles -1 off']) {
+    await shown.page.keyboard.press('t')
+    await says(text)
+  }
+  assert.equal((await main()).tracks.subtitleInUse, -1)
+})
+
+test('Mute picture hides the picture and shows it', async () => {
+  shown = await Console.open()
+  await press('Mute picture')
+  await says('Picture hidden')
+  assert.equal((await main()).plane.muted, true)
+  await press('Mute picture')
+  await says('Picture shown')
+  assert.equal((await main()).plane.muted, false)
+})
+
+test('Picture-in-picture opens and closes the second window, and leaves the keys on the main one', async () => {
+  shown = await Console.open()
+  await press('Picture-in-picture')
+  await says('Picture-in-picture 2 Lighthouse Two')
+  assert.equal((await shown.tv.state()).windows.pip.source.number, 0)
+  await press('Channel up')
+  await says('2 Lighthouse Two')
+  assert.equal((await main()).service.major, 2)
+  await press('Picture-in-picture')
+  await says('Picture-in-picture closed')
+  assert.equal((await shown.tv.state()).windows.pip.source.number, -1)
+})
+
+test('what fails says why', async () => {
+  shown = await Console.open()
+  await shown.tv.set('main.service', 0)
+  await press('Channel up')
+  await says('SetChannel_Seek: -1 nothing is on screen to step from')
+  await press('OK')
+  await says('OK is for apps')
+})
+
+test('who types into a field or works a list or a tab does not work the remote', async () => {
+  shown = await Console.open()
+  const search = shown.page.getByLabel('Search channels')
+  await search.fill('')
+  await search.pressSequentially('3')
+  await shown.page.keyboard.press('Enter')
+  await shown.page.getByRole('grid').focus()
+  await shown.page.keyboard.press('s')
+  await shown.page.getByRole('tab', {name: 'Channels'}).focus()
+  await shown.page.keyboard.press('s')
+  assert.equal(await remote().getByRole('status').textContent(), '')
+  assert.equal((await main()).source.number, 0)
+})
+
+test('with an app running and the switch on App, keys go to the app', async () => {
+  shown = await Console.open()
+  assert.ok(await remote().getByRole('button', {name: 'App', exact: true}).isDisabled())
+  await shown.page.evaluate(async () => {
+    const {store} = await import('/page/store.js')
+    store.set('app', {address: 'about:blank', name: 'Test card'})
+    window.got = []
+    addEventListener('emp-key', event => window.got.push(event.detail.name))
+  })
+  await press('App')
+  await press('Red')
+  await press('3')
+  for (const name of ['ArrowUp', 'Enter', 'Backspace', 'Escape', 's']) await shown.page.keyboard.press(name)
+  assert.deepEqual(await shown.page.evaluate(() => window.got), ['Red', '3', 'Up', 'OK', 'Back', 'Exit', 'Source'])
+  assert.equal((await main()).service.major, 1)
+  await press('TV')
+  await press('Channel up')
+  await says('2 Lighthouse Two')
+})

@@ -1,0 +1,57 @@
+/* The keys of the remote control, and the keyboard that does the same. */
+
+/**
+ * @typedef {object} Key
+ * @property {string} name  as people and apps call it
+ * @property {string} face  what stands on it
+ * @property {string} [letter]  the letter of its face that works it, underlined there
+ * @property {string[]} [keyboard]  other keys that work it, as `KeyboardEvent.key` names them
+ * @property {string} [icon]  drawn before the face: a path in a square of 10, of which every other layer is filled
+ * @property {string} [look]  a class of its button
+ */
+
+/** @param {string} name @param {string} face @param {Partial<Key>} [more] @return {Key} */
+const key = (name, face, more) => ({name, face, ...more})
+const digit = (/** @type {number} */ number) => key(String(number), String(number), {keyboard: [String(number)]})
+
+/** The keys in rows of twelve columns: how many each key of a row takes up. @type {{spans: number[], keys: Key[]}[]} */
+export const rows = [
+  {spans: [2, 2, 2, 2, 2, 2], keys: [digit(1), digit(2), digit(3),
+    key('Channel up', '+', {keyboard: ['PageUp'], look: 'step'}), key('Up', '▲', {keyboard: ['ArrowUp']}), key('Info', 'i', {letter: 'i'})]},
+  {spans: [2, 2, 2, 2, 2, 2], keys: [digit(4), digit(5), digit(6),
+    key('Left', '◀', {keyboard: ['ArrowLeft']}), key('OK', 'OK', {keyboard: ['Enter']}), key('Right', '▶', {keyboard: ['ArrowRight']})]},
+  {spans: [2, 2, 2, 2, 2, 2], keys: [digit(7), digit(8), digit(9),
+    key('Channel down', '−', {keyboard: ['PageDown'], look: 'step'}), key('Down', '▼', {keyboard: ['ArrowDown']}),
+    key('Exit', 'x', {letter: 'x', keyboard: ['Escape']})]},
+  {spans: [2, 2, 2, 3, 3], keys: [key('Previous channel', '⇄', {keyboard: ['Backspace']}), digit(0),
+    key('Back', '↩'), key('Menu', 'Menu', {letter: 'n'}), key('Guide', 'Guide', {letter: 'd'})]},
+  {spans: [4, 4, 4], keys: [key('Source', 'Source', {letter: 's'}), key('Audio', 'Audio', {letter: 'a'}),
+    key('Subtitles', 'Subtitles', {letter: 't'})]},
+  {spans: [3, 3, 2, 2, 2], keys: [key('Mute picture', 'Mute', {letter: 'm'}), key('Picture-in-picture', 'P', {letter: 'p', icon: 'M0 1H10V9H0ZM1 2V8H9V2ZM5 5H8V7H5Z'}),
+    key('Play', '', {icon: 'M2 1L9 5L2 9Z', keyboard: ['MediaPlay', 'MediaPlayPause']}),
+    key('Pause', '', {icon: 'M2 1H4V9H2ZM6 1H8V9H6Z', keyboard: ['MediaPause']}), key('Stop', '', {icon: 'M1 1H9V9H1Z', keyboard: ['MediaStop']})]},
+  {spans: [3, 3, 3, 3], keys: [key('Red', 'R', {letter: 'r', look: 'red'}), key('Green', 'G', {letter: 'g', look: 'green'}),
+    key('Yellow', 'Y', {letter: 'y', look: 'yellow'}), key('Blue', 'B', {letter: 'b', look: 'blue'})]},
+]
+
+/** @type {Map<string, Key>} */
+const byKeyboard = new Map(rows.flatMap(({keys}) => keys).flatMap(each =>
+  [...each.keyboard ?? [], ...each.letter ? [each.letter] : []].map(name => [name.toLowerCase(), each])))
+
+/** Keys of the keyboard that work a key, as people call them. @param {Key} of @return {string} */
+export function shortcutOf({letter, keyboard}) {
+  return [...letter ? [letter.toUpperCase()] : [], ...keyboard ?? []].join(', ')
+}
+
+/** What a person works with the keyboard by itself. */
+const own = 'input, textarea, select, iframe, dialog, [contenteditable], [role="listbox"], [role="grid"], [role="tab"], [role="separator"], [role="combobox"]'
+const pressable = 'button, a, summary'
+
+/** The remote's key that a press on the keyboard stands for, unless it is meant for something else. @param {KeyboardEvent} event */
+export function keyOf(event) {
+  if (event.defaultPrevented || event.ctrlKey || event.altKey || event.metaKey || document.querySelector('dialog[open]')) return undefined
+  const target = event.target instanceof Element ? event.target : document.body
+  if (target.closest(own)) return undefined
+  if (event.key === 'Enter' && target.closest(pressable)) return undefined
+  return byKeyboard.get(event.key.toLowerCase())
+}

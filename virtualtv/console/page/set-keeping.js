@@ -1,0 +1,85 @@
+import {tv} from './act.js'
+import {attempt} from './attempt.js'
+import {h} from './dom.js'
+import {Part} from './part.js'
+
+/** Keeps the set as a file, brings it back, switches it off and on, or makes it new. */
+class SetKeeping extends Part {
+  /** @type {{text: string, failed?: boolean}} */
+  #said = {text: ''}
+
+  view() {
+    const {text, failed} = this.#said
+    return h('section', {'aria-labelledby': 'keeping-title'},
+      h('h3', {id: 'keeping-title'}, 'Keep and bring back'),
+      h('div', {class: 'row'},
+        h('button', {title: 'Download all that the set keeps as a file', onclick: () => this.#save()}, 'Snapshot'),
+        h('button', {title: 'Make the set what a snapshot says', onclick: () => this.#field.click()}, 'Restore'),
+        h('button', {title: 'Switch the set off and on; faults and latencies go', onclick: () => this.#do('tv.restart', 'Restarted; faults and latencies are gone')}, 'Restart'),
+        h('button', {title: 'Go back to the built-in set', onclick: () => this.#dialog.showModal()}, 'Reset')),
+      h('input', {type: 'file', hidden: true, accept: '.json,application/json', 'aria-label': 'Snapshot to restore', onchange: (/** @type {Event} */ event) => this.#restore(event)}),
+      h('p', {class: ['set-said', failed ? 'fail' : 'dim'], role: 'status'}, text),
+      h('dialog', {'aria-labelledby': 'reset-title', onclose: (/** @type {Event} */ event) => this.#closed(event)},
+        h('form', {method: 'dialog', class: 'pane-body'},
+          h('h3', {id: 'reset-title'}, 'Reset the set?'),
+          h('p', null, 'It becomes the built-in set. Its channels, favourites, settings keys, faults and latencies are lost. Save a snapshot first to keep them.'),
+          h('div', {class: 'row'}, h('button', {value: 'cancel'}, 'Cancel'), h('button', {class: 'main', value: 'reset'}, 'Reset')))))
+  }
+
+  /** @return {HTMLInputElement} */
+  get #field() {
+    return /** @type {HTMLInputElement} */ (this.querySelector('input[type="file"]'))
+  }
+
+  /** @return {HTMLDialogElement} */
+  get #dialog() {
+    return /** @type {HTMLDialogElement} */ (this.querySelector('dialog'))
+  }
+
+  /** @param {Event} event */
+  #closed(event) {
+    const dialog = /** @type {HTMLDialogElement} */ (event.target)
+    const answer = dialog.returnValue
+    dialog.returnValue = ''
+    if (answer === 'reset') this.#do('tv.reset', 'This is the built-in set now')
+  }
+
+  /** @param {string} method @param {string} done @param {any} [params] */
+  async #do(method, done, params) {
+    const refused = await attempt(method, params)
+    this.#say(refused ?? done, refused !== undefined)
+  }
+
+  async #save() {
+    try {
+      const link = document.createElement('a')
+      link.href = URL.createObjectURL(new Blob([`${JSON.stringify(await tv().snapshot(), null, 1)}\n`], {type: 'application/json'}))
+      link.download = `tv-${new Date().toISOString().slice(0, 19).replaceAll(':', '')}.json`
+      link.click()
+      setTimeout(() => URL.revokeObjectURL(link.href), 60_000)
+      this.#say(`Saved as ${link.download}`)
+    } catch (error) {
+      this.#say(/** @type {Error} */ (error).message, true)
+    }
+  }
+
+  /** @param {Event} event */
+  async #restore(event) {
+    const field = /** @type {HTMLInputElement} */ (event.target)
+    const file = field.files?.[0]
+    if (!file) return
+    try {
+      await this.#do('tv.restore', `Restored from ${file.name}`, {snapshot: JSON.parse(await file.text())})
+    } catch (error) {
+      this.#say(`${file.name} is no snapshot: ${/** @type {Error} */ (error).message}`, true)
+    }
+    field.value = ''
+  }
+
+  /** @param {string} text @param {boolean} [failed] */
+  #say(text, failed) {
+    this.#said = {text, failed}
+    this.changed()
+  }
+}
+customElements.define('emp-set-keeping', SetKeeping)

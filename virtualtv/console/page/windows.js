@@ -1,0 +1,39 @@
+/*
+ * Commands act on the window that their engine has selected. The page's engine stays on the one that a person chose; what is
+ * meant for another window selects it for as long as that takes.
+ */
+import {command, tv} from './act.js'
+import {store} from './store.js'
+import {timeline} from './timeline-log.js'
+
+/** Numbers of the windows, as SetWindow takes them. */
+export const main = 0
+export const pip = 1
+
+/** The window that the page's engine has selected: the main one when it is opened. */
+function selected() {
+  const {session} = tv()
+  const last = timeline.entries.findLast(({topic, event}) =>
+    topic === 'engine' ? event.engine.startsWith(`${session}:`) : event.session === session && event.name === 'SetWindow')
+  return last?.topic === 'command' && parseInt(last.event.parameters[0]) ? pip : main
+}
+
+/**
+ * Runs commands on a window. All are sent at once, so that nothing else comes between.
+ * @param {number} window @param {...[string, ...(string | number)[]]} commands  name and parameters of each
+ * @return {Promise<any[]>} their replies; undefined for those that failed on the way
+ */
+export async function onWindow(window, ...commands) {
+  const before = selected()
+  // The deed that is told is what was done, not where.
+  const select = async (/** @type {number} */ number) => before !== window && tv().window.SetWindow(number)
+  const chosen = select(window)
+  const replies = commands.map(([name, ...parameters]) => command(name, ...parameters))
+  await Promise.allSettled([chosen, select(before)])
+  return Promise.all(replies)
+}
+
+/** Whether commands for tracks are about the ISP source, whichever window is selected. */
+export function tracksAreIsp() {
+  return store.get('settings').some(({key, value}) => key === 'db/boot/last_service' && value === 'isp-service')
+}
