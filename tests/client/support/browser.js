@@ -33,7 +33,7 @@ export function useBrowser() {
 export const newTab = () => browser.page(page.context())
 
 /** A browser that reaches no other machine. Names that end in .test are this one. */
-async function startBrowser() {
+export async function startBrowser() {
   const browser = await playwright().chromium.launch({
     executablePath: program,
     timeout: patience,
