@@ -1,9 +1,65 @@
 import {h} from './dom.js'
+import {appSpace, has, rectText, toBase} from './geometry.js'
 import {Part} from './part.js'
+import {kindOf} from './service-kind.js'
+import {orderText, pixelAt, planeAt, shownIn, windows} from './shown.js'
+import './stage.js'
+import {store} from './store.js'
 
+/** @typedef {import('./shown.js').Shown} Shown */
+
+const hint = 'Point at the screen, or press arrow keys on it, to read positions.'
+
+/** What the TV shows: its planes in the app's space, what is on them, and a line that reads positions. */
 class Screen extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past', 'services'])
+
+  /** @type {{x: number, y: number, isByKeys: boolean} | null} */
+  #at = null
+
   view() {
-    return h('p', {class: 'empty'}, 'Not built yet.')
+    const past = store.get('past')
+    const state = past?.state ?? store.get('state')
+    if (!state) return h('p', {class: 'empty'}, 'The picture comes with the connection to the TV.')
+    const all = windows.map(window => shownIn(state, window, service => kindOf(service, () => this.changed())))
+    return [
+      h('div', {class: ['on-screen', past && 'is-past']}, past ? this.#past(past) : all.filter(({card}) => card).map(caption)),
+      h('emp-stage', {what: {all, isFrozen: past !== null}, onpoint: this.#point}),
+      h('p', {class: 'position mono', 'aria-live': this.#at?.isByKeys ? 'polite' : 'off'}, this.#at ? positionText(this.#at, all) : h('span', {class: 'dim'}, hint)),
+    ]
+  }
+
+  /** @param {any} past */
+  #past({command, entry}) {
+    const {name, parameters = []} = entry?.event ?? {}
+    return [
+      h('span', {class: 'cut', role: 'status'}, 'Frozen behind command ', h('code', null, [command, name, ...parameters].filter(word => word !== undefined).join(' '))),
+      h('button', {class: 'main', onclick: () => store.set('past', null)}, 'Back to now'),
+    ]
+  }
+
+  #point = (/** @type {{x: number, y: number, isByKeys: boolean} | null} */ at) => {
+    this.#at = at
+    this.changed()
   }
 }
 customElements.define('emp-screen', Screen)
+
+/** What is on a window, in a line. @param {Shown} shown */
+function caption({id, card, label, plane}) {
+  return h('span', {key: id, class: 'cut caption', title: `${label}, ${orderText(plane.order)}`},
+    h('span', {class: 'dim'}, `${id} `), h('span', {class: 'name'}, label), plane.muted && h('span', {class: 'dim'}, ', hidden'))
+}
+
+/** Reads a position in both spaces. @param {{x: number, y: number}} at  in the app's space @param {Shown[]} all */
+function positionText({x, y}, all) {
+  const words = [`x ${x} y ${y} app`, `${toBase(x)}, ${toBase(y)} base`]
+  if (!has(appSpace, x, y)) return [...words, 'outside of the space'].join(' - ')
+  const shown = planeAt(all, toBase(x), toBase(y))
+  if (!shown) return [...words, 'no plane'].join(' - ')
+  words.push(`plane ${shown.id} ${rectText(shown.plane.app.display)}`)
+  const pixel = pixelAt(shown, toBase(x), toBase(y))
+  if (pixel) words.push(`pixel ${pixel.x}, ${pixel.y} of ${shown.picture.width}x${shown.picture.height}`)
+  else if (shown.picture) words.push('black bar')
+  return words.join(' - ')
+}

@@ -1,0 +1,72 @@
+/* Rectangles of planes. Apps place them in a space of 960 x 540; the set's base screen has 1920 x 1080. */
+
+/** @typedef {{x: number, y: number, width: number, height: number}} Rect */
+/** @typedef {{width: number, height: number}} Ratio */
+
+/** Pixels of the base screen to one of the app's space. */
+export const basePerApp = 2
+export const appSpace = {x: 0, y: 0, width: 960, height: 540}
+export const baseScreen = {x: 0, y: 0, width: 1920, height: 1080}
+
+/** From the app's space to the base screen, which is exact. @param {number} length */
+export const toBase = length => length * basePerApp
+
+/** From the base screen to the app's space: rounded, half a pixel up, then cut towards 0. @param {number} length */
+export const toApp = length => Math.trunc((length + 1) / basePerApp) + 0
+
+/** Does the same to all four numbers of a rectangle. @param {Rect} rect @param {(length: number) => number} change @return {Rect} */
+export function eachOf({x, y, width, height}, change) {
+  return {x: change(x), y: change(y), width: change(width), height: change(height)}
+}
+
+/** As `0,0 960x540`. @param {Rect} rect */
+export const rectText = ({x, y, width, height}) => `${x},${y} ${width}x${height}`
+
+/** @param {Rect} one @param {Rect} other @return {Rect | null} null where they have nothing in common */
+export function common(one, other) {
+  const x = Math.max(one.x, other.x)
+  const y = Math.max(one.y, other.y)
+  const width = Math.min(one.x + one.width, other.x + other.width) - x
+  const height = Math.min(one.y + one.height, other.y + other.height) - y
+  return width > 0 && height > 0 ? {x, y, width, height} : null
+}
+
+/** @param {Rect} rect @param {number} x @param {number} y */
+export function has(rect, x, y) {
+  return x >= rect.x && y >= rect.y && x < rect.x + rect.width && y < rect.y + rect.height
+}
+
+/** The largest rectangle of a ratio in the middle of another one; parts of a pixel are cut off, as the set does. @param {Rect} outer @param {Ratio} ratio @return {Rect} */
+export function fitted(outer, ratio) {
+  const isTooWide = outer.width * ratio.height > outer.height * ratio.width
+  const width = isTooWide ? Math.trunc(outer.height * ratio.width / ratio.height) : outer.width
+  const height = isTooWide ? outer.height : Math.trunc(outer.width * ratio.height / ratio.width)
+  return {x: outer.x + Math.trunc((outer.width - width) / 2), y: outer.y + Math.trunc((outer.height - height) / 2), width, height}
+}
+
+/**
+ * How far a rectangle reaches beyond the edges of a space.
+ * @param {Rect} rect @param {Rect} space
+ * @return {{edge: string, by: number, isWhole: boolean}[]} for each edge that it crosses; `isWhole`: all of it lies there, and `by`
+ *   is the distance to it
+ */
+export function beyond(rect, space) {
+  const sides = [
+    {edge: 'left', reach: space.x - rect.x, size: rect.width},
+    {edge: 'upper', reach: space.y - rect.y, size: rect.height},
+    {edge: 'right', reach: rect.x + rect.width - space.x - space.width, size: rect.width},
+    {edge: 'lower', reach: rect.y + rect.height - space.y - space.height, size: rect.height},
+  ]
+  return sides.filter(({reach}) => reach > 0).map(({edge, reach, size}) => {
+    const isWhole = reach >= size
+    return {edge, by: isWhole ? reach - size : reach, isWhole}
+  })
+}
+
+/** Says so in words. @param {Rect} rect @param {Rect} space @return {string} empty where it lies within */
+export function beyondText(rect, space) {
+  const sides = beyond(rect, space)
+  const outside = sides.filter(({isWhole}) => isWhole)
+  if (outside.length > 0) return `outside: ${outside.map(({edge, by}) => `${by} px from the ${edge} edge`).join(', ')}`
+  return sides.map(({edge, by}) => `${by} px beyond the ${edge} edge`).join(', ')
+}

@@ -1,0 +1,199 @@
+import {accentOf, cardHeight, drawStill, movingParts} from './card.js'
+import {noisePattern} from './noise.js'
+
+/** @typedef {import('./shown.js').Shown} Shown */
+/** @typedef {import('./geometry.js').Rect} Rect */
+/** @typedef {CanvasRenderingContext2D} Context */
+
+const longestPause = 1000  // ms between pictures with reduced motion, and the longest wait for the next one
+const shortestPause = 15   // ms: browsers show some 60 pictures a second at most
+const calm = matchMedia('(prefers-reduced-motion: reduce)')
+
+/** @param {HTMLCanvasElement} canvas @return {Context} */
+const contextOf = canvas => /** @type {Context} */ (canvas.getContext('2d', {alpha: false}))
+
+/** Whether two windows' pictures are the same but for what moves. @param {Shown | undefined} one @param {Shown} other */
+function isSamePicture(one, other) {
+  const stillOf = (/** @type {Shown} */ {card, seen, whole, content, active, plane, picture}) => [card, seen, whole, content, active, plane.muted, picture]
+  return one !== undefined && JSON.stringify(stillOf(one)) === JSON.stringify(stillOf(other))
+}
+
+/**
+ * What is seen of a window's picture, on a canvas that lies where its plane does. What stands still is kept on a canvas of its
+ * own; with each picture only what moves is drawn again. A tab that is not seen draws nothing.
+ */
+export class Picture extends HTMLElement {
+  /** Pictures since the card came on screen; null before the first one, and in the past. @type {number | null} */
+  counter = null
+  /** A state of the past does not move. */
+  #isFrozen = false
+  #canvas = document.createElement('canvas')
+  #still = document.createElement('canvas')
+  /** @type {Shown | undefined} */
+  #shown
+  #accent = ''
+  #since = 0
+  /** @type {ReturnType<typeof setTimeout> | undefined} */
+  #timer
+  /** What of the card was drawn last. @type {{state: string, area: Rect}[]} */
+  #moved = []
+  #observer = new ResizeObserver(() => this.#drawAll())
+
+  connectedCallback() {
+    this.#canvas.setAttribute('aria-hidden', 'true')
+    this.append(this.#canvas)
+    this.#observer.observe(this)
+    document.addEventListener('visibilitychange', this.#start)
+    calm.addEventListener('change', this.#start)
+  }
+
+  disconnectedCallback() {
+    this.#observer.disconnect()
+    document.removeEventListener('visibilitychange', this.#start)
+    calm.removeEventListener('change', this.#start)
+    clearTimeout(this.#timer)
+  }
+
+  /** The canvas, for who wants to look at it. */
+  get canvas() {
+    return this.#canvas
+  }
+
+  get shown() {
+    return /** @type {Shown} */ (this.#shown)
+  }
+
+  /** Shows something. @param {{shown: Shown, isFrozen: boolean}} what */
+  set what({shown, isFrozen}) {
+    const before = this.#shown
+    const isTurned = isFrozen !== this.#isFrozen
+    this.#shown = shown
+    this.#isFrozen = isFrozen
+    const isAnother = JSON.stringify(before?.card) !== JSON.stringify(shown.card)
+    if (isAnother && shown.card) {
+      if (before?.card?.seed !== shown.card.seed || before.card.rate !== shown.card.rate) this.#since = performance.now()
+      this.#accent = accentOf(shown.card)
+    }
+    if (isTurned || !isSamePicture(before, shown) || before?.noise !== shown.noise) this.#drawAll()
+  }
+
+  /** Width of the card, in its own units. */
+  get #cardWidth() {
+    return cardHeight * this.shown.ratio.width / this.shown.ratio.height
+  }
+
+  /** Draws everything, in the size that the element has. */
+  #drawAll() {
+    const {width, height} = this.getBoundingClientRect()
+    const fine = Math.min(devicePixelRatio || 1, 2)
+    const isSeen = this.#shown?.seen && this.#shown.card && !this.#shown.plane.muted && width >= 1 && height >= 1
+    for (const canvas of [this.#canvas, this.#still]) {
+      canvas.width = isSeen ? Math.round(width * fine) : 1
+      canvas.height = isSeen ? Math.round(height * fine) : 1
+    }
+    this.#canvas.hidden = !isSeen
+    clearTimeout(this.#timer)
+    if (!isSeen) return
+    this.#drawStill()
+    this.#start()
+  }
+
+  #drawStill() {
+    const context = contextOf(this.#still)
+    context.setTransform(1, 0, 0, 1, 0, 0)
+    context.fillStyle = '#000'
+    context.fillRect(0, 0, this.#still.width, this.#still.height)
+    this.#clipped(context, () => drawStill(context, this.#cardWidth, /** @type {import('./shown.js').Card} */ (this.shown.card)))
+  }
+
+  /** Draws in the card's units; nothing gets beyond the active area. @param {Context} context @param {() => void} body */
+  #clipped(context, body) {
+    const {active, content} = this.shown
+    const place = this.#onCanvas(active)
+    const inner = this.#onCanvas(content)
+    context.save()
+    context.beginPath()
+    context.rect(place.x, place.y, place.width, place.height)
+    context.clip()
+    context.setTransform(inner.width / this.#cardWidth, 0, 0, inner.height / cardHeight, inner.x, inner.y)
+    // A card's pattern may reach beyond the card; what lies around it in a crop is black.
+    context.beginPath()
+    context.rect(0, 0, this.#cardWidth, cardHeight)
+    context.clip()
+    body()
+    context.restore()
+  }
+
+  /** @param {Rect} rect  of the base screen @return {Rect} on the canvas */
+  #onCanvas({x, y, width, height}) {
+    const seen = /** @type {Rect} */ (this.shown.seen)
+    const across = this.#canvas.width / seen.width
+    const down = this.#canvas.height / seen.height
+    return {x: (x - seen.x) * across, y: (y - seen.y) * down, width: width * across, height: height * down}
+  }
+
+  /** Starts to draw pictures, if anybody can see them. */
+  #start = () => {
+    clearTimeout(this.#timer)
+    if (document.hidden || !this.isConnected || this.#canvas.hidden || !this.#shown) return
+    contextOf(this.#canvas).drawImage(this.#still, 0, 0)
+    this.#moved = []
+    this.#step()
+  }
+
+  /** Draws a picture, and the next one when it is due. */
+  #step = () => {
+    const {card} = this.shown
+    const rate = card?.rate ?? 0
+    const elapsed = performance.now() - this.#since
+    const isMoving = rate > 0 && !this.#isFrozen
+    const counter = Math.floor(elapsed * rate / 1000)
+    this.counter = isMoving ? counter : null
+    this.#drawMoving()
+    if (!isMoving) return
+    const pause = calm.matches ? longestPause - elapsed % longestPause : (counter + 1) * 1000 / rate - elapsed
+    this.#timer = setTimeout(this.#step, Math.min(longestPause, Math.max(shortestPause, pause)))
+  }
+
+  #drawMoving() {
+    const {card, noise} = this.shown
+    if (!card) return
+    const context = contextOf(this.#canvas)
+    const parts = movingParts(this.#cardWidth, card, this.#accent, {counter: this.counter, time: this.#isFrozen ? null : new Date(), isCalm: calm.matches})
+    const changed = parts.filter(({state}, at) => noise > 0 || state !== this.#moved[at]?.state)
+    if (noise > 0) context.drawImage(this.#still, 0, 0)
+    else for (const part of changed) this.#restore(context, this.#moved[parts.indexOf(part)]?.area)
+    if (changed.length > 0) this.#clipped(context, () => changed.forEach(part => part.draw(context)))
+    if (noise > 0) this.#drawNoise(context, noise)
+    this.#moved = parts
+  }
+
+  /** Takes away what moved. @param {Context} context @param {Rect | undefined} area  in the card's units */
+  #restore(context, area) {
+    if (!area) return
+    const {content} = this.shown
+    const inner = this.#onCanvas(content)
+    const across = inner.width / this.#cardWidth
+    const down = inner.height / cardHeight
+    const left = Math.max(0, Math.floor(inner.x + area.x * across) - 1)
+    const top = Math.max(0, Math.floor(inner.y + area.y * down) - 1)
+    const width = Math.min(this.#canvas.width, Math.ceil(inner.x + (area.x + area.width) * across) + 1) - left
+    const height = Math.min(this.#canvas.height, Math.ceil(inner.y + (area.y + area.height) * down) + 1) - top
+    if (width > 0 && height > 0) context.drawImage(this.#still, left, top, width, height, left, top, width, height)
+  }
+
+  /** @param {Context} context @param {number} noise  0 to 255 */
+  #drawNoise(context, noise) {
+    const place = this.#onCanvas(this.shown.active)
+    context.save()
+    context.beginPath()
+    context.rect(place.x, place.y, place.width, place.height)
+    context.clip()
+    context.globalAlpha = 0.05 + 0.91 * noise / 255
+    context.translate(-Math.floor(Math.random() * 128), -Math.floor(Math.random() * 128))
+    context.fillStyle = noisePattern(context)
+    context.fillRect(0, 0, this.#canvas.width + 128, this.#canvas.height + 128)
+    context.restore()
+  }
+}
+customElements.define('emp-picture', Picture)
