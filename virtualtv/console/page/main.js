@@ -16,7 +16,7 @@ import './screen.js'
 import './set.js'
 import './timeline.js'
 import './tracks.js'
-import './workbench.js'
+import './workbench.js'  // last: it draws all others
 
 const firstPause = 200  // ms before the first try to connect again; doubles with each that fails
 const longestPause = 2000

@@ -1,8 +1,8 @@
 import {command, tv} from './act.js'
 import {h} from './dom.js'
+import {panes, showPane} from './panes.js'
 import {Part} from './part.js'
 import {store} from './store.js'
-import {paneNames, showPane} from './workbench.js'
 
 const mostOfAKind = 6
 
@@ -58,7 +58,7 @@ class Search extends Part {
   /** @return {Finding[]} */
   #findings() {
     const wanted = this.#text.trim().toLowerCase()
-    const panes = paneNames.filter(name => has(name, wanted)).map(name => (
+    const places = panes.filter(({name}) => has(name, wanted)).map(({name}) => (
       {key: `pane ${name}`, kind: 'pane', name, more: '', open: () => showPane(name)}))
     const commands = store.get('commands').filter(({name}) => has(name, wanted)).map(({name, help}) => (
       {key: `command ${name}`, kind: 'command', name, more: help, open: () => showPane('Command', {command: name})}))
@@ -66,7 +66,7 @@ class Search extends Part {
     const channels = this.#channels.filter(({name}) => has(name ?? '', wanted)).map(({id, key, name, major, minor}) => (
       {key: `channel ${key}`, kind: 'channel', name: name || '(no name)', more: minor ? `${major}-${minor}` : `${major ?? ''}`,
         open: () => { command('SetChannelByServiceid', id) }}))
-    return [panes, commands, channels].flatMap(found => found.slice(0, mostOfAKind))
+    return [places, commands, channels].flatMap(found => found.slice(0, mostOfAKind))
   }
 
   /** @param {string} text */

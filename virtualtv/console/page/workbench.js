@@ -1,21 +1,7 @@
 import {h} from './dom.js'
 import {remember, remembered} from './memory.js'
+import {panes} from './panes.js'
 import {Part} from './part.js'
-
-/** The page's panes, and where they stand while there is room. */
-const panes = [
-  {name: 'Screen', tag: 'emp-screen', place: 'screen'},
-  {name: 'Remote control', tag: 'emp-remote', place: 'left'},
-  {name: 'Inputs', tag: 'emp-inputs', place: 'left'},
-  {name: 'Channels', tag: 'emp-channels', place: 'right'},
-  {name: 'Tracks', tag: 'emp-tracks', place: 'right'},
-  {name: 'Planes', tag: 'emp-planes', place: 'right'},
-  {name: 'Faults', tag: 'emp-faults', place: 'right'},
-  {name: 'App', tag: 'emp-app', place: 'right'},
-  {name: 'Set', tag: 'emp-set', place: 'right'},
-  {name: 'Timeline', tag: 'emp-timeline', place: 'below'},
-  {name: 'Command', tag: 'emp-command', place: 'below'},
-]
 
 /** Lines that can be moved: the size that each gives, and by how much it grows to the right or downwards. */
 const dividers = {
@@ -24,8 +10,6 @@ const dividers = {
   below: {label: 'Height of the timeline', property: '--below', grows: -1, least: 80, most: 1200},
   command: {label: 'Width of the command pane', property: '--command', grows: -1, least: 200, most: 1600},
 }
-
-export const paneNames = panes.map(({name}) => name)
 
 const narrow = matchMedia('(max-width: 899px)')
 
@@ -161,11 +145,3 @@ export class Workbench extends Part {
   }
 }
 customElements.define('emp-workbench', Workbench)
-
-/**
- * Brings a pane into sight and the focus into it. The pane hears of it too, by the event `emp-show` of the window.
- * @param {string} name @param {object} [more]  what it is to show there, as {command: 'SetSource'}
- */
-export function showPane(name, more = {}) {
-  dispatchEvent(new CustomEvent('emp-show', {detail: {name, ...more}}))
-}
