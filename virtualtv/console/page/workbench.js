@@ -50,7 +50,7 @@ export class Workbench extends Part {
     const id = idOf(name)
     const labels = isTab ? {role: 'tabpanel', 'aria-labelledby': `tab-${id}`} : {role: 'region', 'aria-label': name}
     return h('section', {key: name, id, class: `pane at-${place}`, ...labels, tabindex: -1, hidden: isTab && name !== this.#tab},
-      place === 'left' && h('h2', {class: 'pane-title', 'aria-hidden': 'true'}, name),
+      h('h2', {class: place === 'left' && !isTab ? 'pane-title' : 'unseen'}, name),
       h(tag))
   }
 
