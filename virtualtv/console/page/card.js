@@ -4,7 +4,7 @@
  */
 import {drawPattern, lookOf} from './card-look.js'
 
-/** @typedef {import('./shown.js').Card} Card */
+/** @typedef {import('./plane.js').Card} Card */
 /** @typedef {import('./geometry.js').Rect} Rect */
 /** @typedef {CanvasRenderingContext2D} Context */
 

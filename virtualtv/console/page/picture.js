@@ -1,7 +1,7 @@
 import {accentOf, cardHeight, drawStill, movingParts} from './card.js'
 import {noisePattern} from './noise.js'
 
-/** @typedef {import('./shown.js').Shown} Shown */
+/** @typedef {import('./plane.js').Shown} Shown */
 /** @typedef {import('./geometry.js').Rect} Rect */
 /** @typedef {CanvasRenderingContext2D} Context */
 
@@ -103,7 +103,7 @@ export class Picture extends HTMLElement {
     context.setTransform(1, 0, 0, 1, 0, 0)
     context.fillStyle = '#000'
     context.fillRect(0, 0, this.#still.width, this.#still.height)
-    this.#clipped(context, () => drawStill(context, this.#cardWidth, /** @type {import('./shown.js').Card} */ (this.shown.card)))
+    this.#clipped(context, () => drawStill(context, this.#cardWidth, /** @type {import('./plane.js').Card} */ (this.shown.card)))
   }
 
   /** Draws in the card's units; nothing gets beyond the active area. @param {Context} context @param {() => void} body */

@@ -2,11 +2,11 @@ import {h} from './dom.js'
 import {appSpace, has, rectText, toBase} from './geometry.js'
 import {Part} from './part.js'
 import {kindOf} from './service-kind.js'
-import {orderText, pixelAt, planeAt, shownIn, windows} from './shown.js'
+import {orderText, pixelAt, planeAt, shownIn, windows} from './plane.js'
 import './stage.js'
 import {store} from './store.js'
 
-/** @typedef {import('./shown.js').Shown} Shown */
+/** @typedef {import('./plane.js').Shown} Shown */
 
 const hint = 'Point at the screen, or press arrow keys on it, to read positions.'
 

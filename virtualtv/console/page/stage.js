@@ -1,9 +1,9 @@
 import {draw, h} from './dom.js'
 import {appSpace, beyond, beyondText, rectText} from './geometry.js'
 import './picture.js'
-import {appDepth, depth, orderText, placed} from './shown.js'
+import {appDepth, depth, orderText, placed} from './plane.js'
 
-/** @typedef {import('./shown.js').Shown} Shown */
+/** @typedef {import('./plane.js').Shown} Shown */
 
 /**
  * The app's space with the planes where they stand, the app's own layer between them, and a margin around it in which is seen what

@@ -48,6 +48,9 @@ function contentRatio(activeFormat) {
   return activeFormat === 11 ? {width: 14, height: 9} : undefined
 }
 
+/** A rectangle as knobs have it. @param {Rect} rect */
+export const numbersText = ({x, y, width, height}) => `${x},${y},${width},${height}`
+
 /** @param {any} picture */
 export const pictureText = picture => `${picture.width}x${picture.height}@${picture.rate}`
 

@@ -1,0 +1,133 @@
+import {act} from './act.js'
+import {h} from './dom.js'
+import {eachOf, sides, toBase} from './geometry.js'
+import {Part} from './part.js'
+import {numbersText, windows} from './plane.js'
+import {store} from './store.js'
+
+/** @typedef {import('./geometry.js').Rect} Rect */
+
+
+/** What a command's answer says when it is not 1. @type {{[answer: string]: string}} */
+const failures = {'0': 'refused; see Timeline for the call that failed', '-1': 'failed; see Timeline for the call that failed'}
+
+/**
+ * Runs a command on a window: it is selected for as long as that takes, and the main one again afterwards.
+ * @param {string} id @param {string} method @param {any} params
+ */
+async function actOn(id, method, params) {
+  const number = windows.findIndex(window => window.id === id)
+  const results = [act('window.SetWindow', [number]), act(method, params)]
+  if (number !== 0) results.push(act('window.SetWindow', [0]))
+  const result = (await Promise.all(results))[1]
+  // The deed that stands in the foot is what was done, not where.
+  if (result) store.set('deed', {method, params, result})
+  return result
+}
+
+/** Places, crops, raises and hides the plane of a window: `data-window` names it. */
+class PlaneForm extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past'])
+
+  #failure = ''
+  /** What is typed for the place, where it is not what the set tells. @type {Partial<Rect>} */
+  #typed = {}
+
+  /** Which window it is about. */
+  get #id() {
+    return /** @type {string} */ (this.dataset.window)
+  }
+
+  view() {
+    const state = store.get('state')
+    if (!state) return null
+    const {plane, picture} = state.windows[this.#id]
+    const isPast = store.get('past') !== null
+    return [
+      h('fieldset', {disabled: isPast},
+        h('legend', {class: 'unseen'}, `Change ${this.#name}`),
+        this.#placeForm(plane), this.#cropForm(plane, picture), this.#switches(plane)),
+      h('p', {class: 'fail', role: 'status'}, isPast ? 'This is a picture of the past: go back to now to change it.' : this.#failure),
+    ]
+  }
+
+  get #name() {
+    return windows.find(window => window.id === this.#id)?.name ?? this.#id
+  }
+
+  /** @param {any} plane */
+  #placeForm(plane) {
+    const rect = {...plane.app.rect, ...this.#typed}
+    return h('form', {key: 'place', 'aria-label': `Place of ${this.#name}`, onsubmit: this.#place},
+      fields('', plane.app.rect, (side, value) => {
+        this.#typed = {...this.#typed, [side]: value}
+        this.changed()
+      }),
+      h('button', {class: 'main', title: 'SetScreenRect'}, 'Place'),
+      h('button', {type: 'button', title: 'SetScreenRect -1', onclick: () => this.#do('SetScreenRect', -1, 0, 0, 0)}, 'Default'),
+      h('span', {class: 'dim mono'}, rect.x < 0 ? 'x below 0: the default place' : `base ${numbersText(eachOf(rect, toBase))}`))
+  }
+
+  /** @param {any} plane @param {any} picture */
+  #cropForm(plane, picture) {
+    const crop = plane.crop ?? {x: 0, y: 0, width: picture?.width ?? 1920, height: picture?.height ?? 1080}
+    return h('details', {key: 'crop'},
+      h('summary', null, 'Crop'),
+      h('form', {'aria-label': `Crop of ${this.#name}`, onsubmit: this.#crop},
+        h('span', {class: 'dim'}, 'Part of the picture, in its pixels'), h('span', {class: 'fields'}, fields('crop ', crop)),
+        h('span', {class: 'dim'}, 'Where it is shown, in base pixels'), h('span', {class: 'fields'}, fields('display ', plane.base.display)),
+        h('span', {class: 'row'},
+          h('button', {class: 'main', title: 'SetScreenCropRect with a parameter list'}, 'Crop'),
+          h('button', {type: 'button', disabled: !plane.crop, title: 'SetScreenRect with the place that it has', onclick: () => this.#do('SetScreenRect', ...sides.map(side => plane.app.rect[side]))}, 'End crop'))))
+  }
+
+  /** @param {any} plane */
+  #switches({order, muted}) {
+    const choice = (/** @type {string} */ text, /** @type {boolean} */ isChosen, /** @type {string} */ name, /** @type {number} */ value) =>
+      h('button', {title: `${name} ${value}`, 'aria-pressed': String(isChosen), onclick: () => this.#do(name, value)}, text)
+    return h('div', {key: 'switches', class: 'row'},
+      h('span', {class: 'row', role: 'group', 'aria-label': `Order of ${this.#name}`},
+        choice('Behind the app', order === 0, 'SetScreenZorder', 0), choice('In front', order > 1, 'SetScreenZorder', 1)),
+      h('span', {class: 'row', role: 'group', 'aria-label': `Hiding of ${this.#name}`},
+        choice('Shown', !muted, 'MuteVideo', 0), choice('Hidden', muted, 'MuteVideo', 1)))
+  }
+
+  #place = (/** @type {SubmitEvent} */ event) => {
+    event.preventDefault()
+    this.#typed = {}
+    this.#do('SetScreenRect', ...numbersOf(event))
+  }
+
+  #crop = (/** @type {SubmitEvent} */ event) => {
+    event.preventDefault()
+    this.#run('SetScreenCropRect', 'window.executeWithParamList', {name: 'SetScreenCropRect', parameters: numbersOf(event)})
+  }
+
+  /** @param {string} name @param {...number} parameters */
+  #do(name, ...parameters) {
+    return this.#run(name, `window.${name}`, parameters)
+  }
+
+  /** @param {string} name @param {string} method @param {any} params */
+  async #run(name, method, params) {
+    const result = await actOn(this.#id, method, params)
+    const answer = result && `${result.kind} ${result.value ?? ''}`.trim()
+    this.#failure = !result ? `${name} could not be called: the foot of the page says why`
+      : result.value === 1 ? '' : `${name} answers ${answer}: ${failures[result.value] ?? 'nothing is known of that'}`
+    this.changed()
+  }
+}
+customElements.define('emp-plane-form', PlaneForm)
+
+/** A field for each number of a rectangle. @param {string} prefix  of their names @param {Rect} rect @param {(side: string, value: number) => void} [ontype] */
+function fields(prefix, rect, ontype) {
+  return sides.map(side => h('label', {key: side}, h('span', {class: 'dim'}, side), h('input', {
+    type: 'number', required: true, step: 1, 'aria-label': `${prefix}${side}`, value: String(rect[side]),
+    oninput: ontype && ((/** @type {Event} */ event) => ontype(side, Number(/** @type {HTMLInputElement} */ (event.target).value))),
+  })))
+}
+
+/** What stands in the fields of a form, in their order. @param {SubmitEvent} event */
+function numbersOf(event) {
+  return Array.from(/** @type {HTMLFormElement} */ (event.currentTarget).querySelectorAll('input'), input => Number(input.value))
+}
