@@ -98,10 +98,10 @@ test('what the set refuses is told, with the command and its answer', async () =
   const form = part.getByRole('form', {name: 'Place of Main picture'})
   await form.getByLabel('width', {exact: true}).fill('0')
   await form.getByRole('button', {name: 'Place'}).click()
-  await part.getByText('SetScreenRect answers int 0').waitFor()
+  await part.getByText('SetScreenRect: 0 the set refuses the rectangle').waitFor()
   await form.getByLabel('width', {exact: true}).fill('480')
   await form.getByRole('button', {name: 'Place'}).click()
-  await part.getByText('SetScreenRect answers').waitFor({state: 'detached'})
+  await part.getByText('SetScreenRect: 0').waitFor({state: 'detached'})
   assert.equal((await plane('main')).app.rect.width, 480)
 })
 

@@ -55,6 +55,9 @@ const failures = {
   ChangeAudioByIndex: {0: 'there is no such track, or the set refuses it'},
   ChangeSubtitle: {'-1': 'there is no such subtitle, or the set refuses it'},
   MuteVideo: {'-1': 'the set refuses'},
+  SetScreenRect: {0: 'the set refuses the rectangle, or does not tell its source'},
+  SetScreenCropRect: {'-1': 'the set does not tell its source', 0: 'the set refuses the rectangles'},
+  SetScreenZorder: {'-1': 'the set refuses'},
   UpdateFavorites: {'-1': 'there is no such service, or the set refuses', 0: 'the channels can\'t be reached'},
 }
 

@@ -1,29 +1,14 @@
 import {act} from './act.js'
 import {h} from './dom.js'
 import {eachOf, sides, toBase} from './geometry.js'
+import {failureOf} from './numbers.js'
 import {Part} from './part.js'
 import {numbersText, windows} from './plane.js'
 import {store} from './store.js'
+import {inWindow, main, pip} from './windows.js'
 
 /** @typedef {import('./geometry.js').Rect} Rect */
 
-
-/** What a command's answer says when it is not 1. @type {{[answer: string]: string}} */
-const failures = {'0': 'refused; see Timeline for the call that failed', '-1': 'failed; see Timeline for the call that failed'}
-
-/**
- * Runs a command on a window: it is selected for as long as that takes, and the main one again afterwards.
- * @param {string} id @param {string} method @param {any} params
- */
-async function actOn(id, method, params) {
-  const number = windows.findIndex(window => window.id === id)
-  const results = [act('window.SetWindow', [number]), act(method, params)]
-  if (number !== 0) results.push(act('window.SetWindow', [0]))
-  const result = (await Promise.all(results))[1]
-  // The deed that stands in the foot is what was done, not where.
-  if (result) store.set('deed', {method, params, result})
-  return result
-}
 
 /** Places, crops, raises and hides the plane of a window: `data-window` names it. */
 class PlaneForm extends Part {
@@ -110,10 +95,8 @@ class PlaneForm extends Part {
 
   /** @param {string} name @param {string} method @param {any} params */
   async #run(name, method, params) {
-    const result = await actOn(this.#id, method, params)
-    const answer = result && `${result.kind} ${result.value ?? ''}`.trim()
-    this.#failure = !result ? `${name} could not be called: the foot of the page says why`
-      : result.value === 1 ? '' : `${name} answers ${answer}: ${failures[result.value] ?? 'nothing is known of that'}`
+    const reply = await inWindow(this.#id === 'pip' ? pip : main, () => act(method, params))
+    this.#failure = failureOf(name, reply) ?? ''
     this.changed()
   }
 }

@@ -23,14 +23,19 @@ function selected() {
  * @param {number} window @param {...[string, ...(string | number)[]]} commands  name and parameters of each
  * @return {Promise<any[]>} their replies; undefined for those that failed on the way
  */
-export async function onWindow(window, ...commands) {
+export function onWindow(window, ...commands) {
+  return inWindow(window, () => Promise.all(commands.map(([name, ...parameters]) => command(name, ...parameters))))
+}
+
+/** Sends calls that are about a window, all at once. @template Result @param {number} window @param {() => Promise<Result>} send @return {Promise<Result>} */
+export async function inWindow(window, send) {
   const before = selected()
   // The deed that is told is what was done, not where.
   const select = async (/** @type {number} */ number) => before !== window && tv().window.SetWindow(number)
   const chosen = select(window)
-  const replies = commands.map(([name, ...parameters]) => command(name, ...parameters))
+  const result = send()
   await Promise.allSettled([chosen, select(before)])
-  return Promise.all(replies)
+  return result
 }
 
 /** Whether commands for tracks are about the ISP source, whichever window is selected. */
