@@ -285,6 +285,42 @@ test('the counter steps with each picture, at the rate of the source', async () 
   await until('50 a second', async () => Math.abs(await rate() - 50) < 6)
 })
 
+test('a tab that is not seen draws nothing', async () => {
+  shown = await Console.open()
+  await shown.page.emulateMedia({reducedMotion: 'no-preference'})
+  const turn = isHidden => shown.page.evaluate(value => {
+    Object.defineProperty(document, 'hidden', {value, configurable: true})
+    document.dispatchEvent(new Event('visibilitychange'))
+    return document.querySelector('emp-picture').counter
+  }, isHidden)
+  await until('pictures', () => shown.page.evaluate(() => document.querySelector('emp-picture').counter > 3))
+  const [counter, picture] = [await turn(true), await drawing()]
+  await shown.page.evaluate(() => new Promise(resolve => setTimeout(resolve, 300)))
+  assert.equal(await drawing(), picture)
+  assert.ok(await turn(false) >= counter + 6, 'it has not gone on by as much as has passed')
+})
+
+test('rectangles, parts and rates as large or small as there are leave the page quick', async () => {
+  shown = await Console.open()
+  await shown.page.evaluate(() => {
+    globalThis.longest = 0
+    new PerformanceObserver(list => list.getEntries().forEach(({duration}) => { globalThis.longest = Math.max(globalThis.longest, duration) })).observe({entryTypes: ['longtask']})
+  })
+  const most = 2 ** 31 - 1
+  for (const crop of [[100, 100, 1, 1, 0, 0, 1920, 1080], [0, 0, most, most, 0, 0, 1920, 1080], [-most - 1, -most - 1, most, most, 0, 0, 1920, 1080],
+    [0, 0, 1920, 1080, -1000000, -1000000, most, most], [0, 0, 1, 1, -1000000, -1000000, most, most], [0, 0, 1920, 1080, 0, 0, 1, 1]]) {
+    assert.equal(await shown.tv.executeWithParamList('SetScreenCropRect', crop), 1)
+    await described('Main picture', `base ${crop[4]},${crop[5]} ${crop[6]}x${crop[7]}`)
+  }
+  await shown.tv.window.SetScreenRect(-1, 0, 0, 0)
+  await shown.tv.set('service.#1.picture_width', most)
+  await shown.tv.set('service.#1.picture_height', 1)
+  await shown.tv.set('service.#1.frame_rate', most)
+  await described('Main picture', `${most}x1@${most}`)
+  const longest = await shown.page.evaluate(() => globalThis.longest)
+  assert.ok(longest < 500, `a task of ${longest} ms`)
+})
+
 test('with reduced motion the mark rests, and counter and clock step once a second', async () => {
   shown = await Console.open()
   const {counters, marks} = await shown.page.evaluate(() => new Promise(resolve => {

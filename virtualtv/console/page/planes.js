@@ -43,7 +43,7 @@ class Planes extends Part {
           : h('tr', {key: 'Crop'}, h('th', {scope: 'row'}, 'Crop'), h('td', {colspan: 2, class: 'dim'}, picture ? `none: all of ${pictureText(picture)}` : 'none')),
         line('Order', String(order), orderText(order)),
         line('Hidden', muted ? 'on' : 'off', muted ? 'the picture is not seen' : 'the picture is seen'),
-        h('tr', {key: 'Outside', class: 'outside'}, h('th', {scope: 'row'}, 'Outside'), h('td', {colspan: 2}, beyondText(app.display, appSpace) || h('span', {class: 'dim'}, 'nothing')))))
+        h('tr', {key: 'Outside', class: 'outside'}, h('th', {scope: 'row'}, 'Outside'), h('td', {colspan: 2}, beyondText(app.display, appSpace).replace('outside: ', '') || h('span', {class: 'dim'}, 'nothing')))))
   }
 
   /** A value that a click copies, and that flashes when it has changed. @param {string} name @param {string} text */
