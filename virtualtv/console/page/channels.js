@@ -163,7 +163,9 @@ class Channels extends Part {
 customElements.define('emp-channels', Channels)
 
 /** @param {Event} event  of a field */
-const valueOf = event => /** @type {HTMLInputElement} */ (event.target).value
+function valueOf(event) {
+  return /** @type {HTMLInputElement} */ (event.target).value
+}
 
 /** The windows that a service is on. @param {{key: number}} service @return {string[]} */
 function onAir({key}) {

@@ -112,10 +112,14 @@ class Remote extends Part {
 customElements.define('emp-remote', Remote)
 
 /** Focus stays where it was, so that the keyboard goes on working the remote. @param {Event} event */
-const keepFocus = event => event.preventDefault()
+function keepFocus(event) {
+  event.preventDefault()
+}
 
 /** Whether the TV itself does something with it. @param {Key} key */
-const isForTv = key => key.name in deeds || /^\d$/.test(key.name)
+function isForTv(key) {
+  return key.name in deeds || /^\d$/.test(key.name)
+}
 
 /** What stands on a key, its letter underlined. @param {Key} key @return {import('./dom.js').Child} */
 function faceOf({face, letter, icon}) {
