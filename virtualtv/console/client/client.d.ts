@@ -220,6 +220,11 @@ export interface EmpWindow extends Readonly<Commands> {
   Execute(command: string, p1?: Parameter, p2?: Parameter, p3?: Parameter, p4?: Parameter): string | number | undefined
   /** A line of the virtual TV's shell; what it prints, line by line. */
   run(line: string): string[]
+  /**
+   * `keyCode` of the keys that the remote control on the virtual TV's page sends, by their standard `key` names. An app
+   * whose set has other numbers replaces them. Keys without a number have 0, digits those of their characters.
+   */
+  keyCodes: Record<string, number>
   /** Ends the session. The next call opens another one. */
   close(): void
 }

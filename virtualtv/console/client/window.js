@@ -226,12 +226,52 @@
     const own = {
       Execute,
       isVirtual: true,
+      keyCodes: {...keyCodes},
       run: line => link.call('tv.run', {line}).lines,
       close: () => link.close(),
     }
     return new Proxy(own, {
       get: (target, name) => name in target ? target[name] : commandOf(name),
       has: (target, name) => name in target || commandOf(name) !== undefined,
+    })
+  }
+
+  /** `keyCode` of keys by their standard names, as remote controls of many sets have them. */
+  const keyCodes = {
+    ArrowLeft: 37, ArrowUp: 38, ArrowRight: 39, ArrowDown: 40, Enter: 13, Escape: 27, Exit: 27, GoBack: 461, BrowserBack: 461,
+    ColorF0Red: 403, ColorF1Green: 404, ColorF2Yellow: 405, ColorF3Blue: 406, ChannelUp: 427, ChannelDown: 428,
+    MediaPlay: 415, MediaPause: 19, MediaStop: 413, MediaRecord: 416, MediaRewind: 412, MediaFastForward: 417,
+    AudioVolumeUp: 447, AudioVolumeDown: 448, AudioVolumeMute: 449,
+    Info: 457, Guide: 458, Teletext: 459, Subtitle: 460, ContextMenu: 462,
+  }
+
+  /** A key of a remote control as the app sees it, on what has the focus. */
+  function press(kind, key, codes) {
+    const event = new KeyboardEvent(kind, {key, bubbles: true, cancelable: true, composed: true})
+    const code = Object.hasOwn(codes, key) ? codes[key] : /^[0-9]$/.test(key) ? key.charCodeAt(0) : 0
+    for (const name of ['keyCode', 'which']) Object.defineProperty(event, name, {value: code})
+    const focused = document.activeElement
+    ;(focused && focused !== document.body ? focused : globalThis).dispatchEvent(event)
+  }
+
+  const heard = new Set()
+
+  /**
+   * In a frame of the virtual TV's own page: tells it that the app is there, and passes on the keys of its remote control.
+   * Messages of others, and those of another origin, are left alone.
+   */
+  function listenToRemote(object, base, name) {
+    const {parent, document, location} = globalThis
+    if (!document || !parent || parent === globalThis) return
+    const {origin} = new URL(base)
+    if (location.ancestorOrigins && location.ancestorOrigins[0] !== origin) return
+    parent.postMessage({type: 'emp-window/app', name}, origin)
+    if (heard.has(origin)) return
+    heard.add(origin)
+    globalThis.addEventListener('message', ({source, origin: from, data}) => {
+      if (source !== parent || from !== origin || data?.type !== 'emp-window/key') return
+      const {kind, key} = data
+      if ((kind === 'keydown' || kind === 'keyup') && typeof key === 'string') press(kind, key, object.keyCodes ?? {})
     })
   }
 
@@ -259,7 +299,12 @@
     } catch (error) {
       console.warn(`${name}: ${error.message}`)
     }
+    listenToRemote(object, baseOf(options.address), name)
     return object
+  }
+
+  function ownToken(origin) {
+    return globalThis.location?.origin === origin ? globalThis.sessionStorage?.getItem('emp-window.token') ?? undefined : undefined
   }
 
   const shared = globalThis[Symbol.for('emp-window/1')] ??= Object.freeze({
@@ -270,7 +315,8 @@
   const url = source ? new URL(source) : undefined
   if (url?.pathname.endsWith('/window.js')) {
     const given = Object.fromEntries(url.searchParams)
-    const {name, appId, widgetId, token} = given
+    // Apps that come with the page are of its origin, and find the token where the page keeps it for this tab.
+    const {name, appId, widgetId, token = ownToken(url.origin)} = given
     if (!name) throw new TypeError(`${url.origin}${url.pathname}: the name is missing, as in window.js?name=tvWindow`)
     shared.install(globalThis, {address: url.origin, name, appId, widgetId, token})
   }

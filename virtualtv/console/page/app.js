@@ -1,9 +1,177 @@
+import {act} from './act.js'
+import './drop.js'
 import {h} from './dom.js'
+import {copy} from './foot.js'
+import {appFrames} from './frame.js'
+import {remember, remembered} from './memory.js'
+import {addressOf, allowedOrigins, isAllowed, ownApps} from './origins.js'
 import {Part} from './part.js'
+import {store} from './store.js'
 
+const bundled = [
+  {name: 'Zapper', folder: 'zapper', what: 'Channel list, numbers, picture-in-picture, worked by the remote control.'},
+  {name: 'Picture geometry', folder: 'geometry', what: 'Place, crop, order and hide the picture, in both spaces.'},
+]
+const example = 'http://localhost:5173'
+
+/** Runs an app over the picture. */
 class App extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['app', 'connection'])
+  #address = remembered('app', '')
+  /** Why the address can't run. @type {import('./dom.js').Child} */
+  #problem = null
+  /** Origins that the server lets in. @type {string[] | undefined} */
+  #allowed = []
+  #copied = ''
+
+  connectedCallback() {
+    super.connectedCallback()
+    appFrames.addEventListener('change', this.#changed)
+    this.#ask()
+  }
+
+  disconnectedCallback() {
+    super.disconnectedCallback()
+    appFrames.removeEventListener('change', this.#changed)
+  }
+
+  #changed = () => this.changed()
+
+  async #ask() {
+    this.#allowed = await allowedOrigins()
+    this.changed()
+  }
+
   view() {
-    return h('p', {class: 'empty'}, 'Not built yet.')
+    return h('div', {class: 'pane-body'},
+      [this.#running(), this.#bundled(), this.#own(), [h('h3', null, 'Files'), h('emp-open-file')]].map(part => h('div', {class: 'stack'}, part)),
+      this.#resetDialog())
+  }
+
+  #bundled() {
+    return [
+      h('h3', null, 'Apps that come with it'),
+      bundled.map(({name, folder, what}) => h('div', {class: 'app-choice', key: folder},
+        h('button', {onclick: () => this.#start(new URL(`${folder}/index.html`, ownApps), name)}, name),
+        h('span', {class: 'dim'}, what))),
+    ]
+  }
+
+  #own() {
+    const hasToken = sessionStorage.getItem('emp-window.token') !== null
+    const line = `<script src="${location.origin}/window.js?name=tvWindow${hasToken ? '&token=TOKEN' : ''}"></script>`
+    const origin = addressOf(this.#address)?.origin ?? example
+    return [
+      h('h3', null, 'Your own app'),
+      h('form', {class: 'row', onsubmit: (/** @type {Event} */ event) => this.#submit(event)},
+        h('label', {class: 'unseen', for: 'app-address'}, 'Address of the app'),
+        h('input', {id: 'app-address', class: 'grow', value: this.#address, placeholder: `${example}/`, spellcheck: 'false', autocomplete: 'off',
+          'aria-describedby': 'app-problem', oninput: (/** @type {Event} */ event) => this.#type(event)}),
+        h('button', {class: 'main'}, 'Run')),
+      h('div', {id: 'app-problem', role: 'alert', class: 'app-problem'}, this.#problem),
+      h('p', null, 'Put this line into the head of its page. It then has the TV as ', h('code', null, 'tvWindow'), ', as on a set:'),
+      this.#copyable('line', line),
+      h('p', null, 'Start the server so that it lets the origin of the app in:'),
+      this.#copyable('option', `emp-window serve --allow-origin '${origin}'`),
+      h('p', {class: 'dim'}, this.#allowed?.length ? `Let in now: ${this.#allowed.join(', ')}` : 'No origin is let in now but that of this page.'),
+    ]
+  }
+
+  /** @param {string} what @param {string} text */
+  #copyable(what, text) {
+    return h('div', {class: 'copyable'}, h('code', null, text),
+      h('button', {'aria-label': `Copy the ${what}`, onclick: async () => {
+        await copy(text)
+        this.#copied = what
+        this.changed()
+      }}, this.#copied === what ? 'Copied' : 'Copy'))
+  }
+
+  #running() {
+    const app = store.get('app')
+    if (!app) return null
+    return [
+      h('h3', null, 'Running'),
+      h('div', {class: 'app-now'},
+        h('strong', {class: 'name'}, app.name),
+        app.name !== app.address && h('code', {class: 'name dim cut', title: app.address}, app.address),
+        h('div', {role: 'status', class: 'app-state'}, this.#state(app.address))),
+      h('div', {class: 'row'},
+        h('button', {onclick: () => appFrames.start(app.address, app.name)}, 'Reload'),
+        h('button', {onclick: () => appFrames.close()}, 'Close app'),
+        h('button', {onclick: () => this.querySelector('dialog')?.showModal()}, 'Reload and reset the TV')),
+    ]
+  }
+
+  /** @param {string} address */
+  #state(address) {
+    const {what, name, reason} = appFrames.state
+    if (what === 'running') return [h('span', null, 'Has the TV as '), h('code', {class: 'name'}, name)]
+    if (what === 'refused') {
+      return h('p', {class: 'fail'}, `The policy of this page lets no frame of ${reason} in. Was the server started anew with --allow-origin? Then reload this page.`)
+    }
+    const open = h('a', {href: address, target: '_blank', rel: 'noopener'}, 'Open it in a tab')
+    if (what === 'loading') return [h('p', null, 'Loading. Does it take long? '), open]
+    return [
+      h('p', {class: 'fail'}, 'Nothing was heard from the app.'),
+      h('ul', null,
+        h('li', null, 'Does its server answer? ', open),
+        h('li', null, 'Is the line below in the head of its page?'),
+        h('li', null, 'Does its server forbid frames (X-Frame-Options, frame-ancestors)?')),
+    ]
+  }
+
+  #resetDialog() {
+    const close = () => this.querySelector('dialog')?.close()
+    return h('dialog', {key: 'reset', class: 'ask', 'aria-labelledby': 'app-reset-title'},
+      h('h3', {id: 'app-reset-title'}, 'Reset the TV?'),
+      h('p', null, 'All that was done to the TV is lost: channels, settings, faults. The app is loaded anew.'),
+      h('div', {class: 'row'},
+        h('button', {class: 'main', onclick: () => this.#reset(close)}, 'Reset and reload'),
+        h('button', {onclick: close}, 'Cancel')))
+  }
+
+  /** @param {() => void} close */
+  async #reset(close) {
+    close()
+    const app = store.get('app')
+    if (app && await act('tv.reset') !== undefined) appFrames.start(app.address, app.name)
+  }
+
+  /** @param {Event} event */
+  #type(event) {
+    this.#address = /** @type {HTMLInputElement} */ (event.target).value
+    this.#problem = null
+    remember('app', this.#address)
+    this.changed()
+  }
+
+  /** @param {Event} event */
+  async #submit(event) {
+    event.preventDefault()
+    const url = addressOf(this.#address)
+    this.#problem = url ? await this.#problemOf(url) : `An address such as ${example}/ is wanted.`
+    if (url && !this.#problem) this.#start(url, url.href)
+    this.changed()
+  }
+
+  /** @param {URL} url @return {Promise<import('./dom.js').Child>} */
+  async #problemOf(url) {
+    this.#allowed = await allowedOrigins()
+    if (url.origin === location.origin) {
+      return url.pathname.startsWith(ownApps.pathname) ? null : 'Of the pages of this server only the apps above can run over the picture.'
+    }
+    if (!this.#allowed) return 'The server does not answer. Try again once the page is connected.'
+    if (isAllowed(url, this.#allowed)) return null
+    return [h('p', {class: 'fail'}, 'The server does not let pages of ', h('code', {class: 'name'}, url.origin), ' in.'),
+      h('p', null, 'Start it anew with the option below, then reload this page.')]
+  }
+
+  /** @param {URL} url @param {string} name */
+  #start(url, name) {
+    this.#problem = null
+    appFrames.start(url.href, name)
+    store.set('keys', 'app')
   }
 }
 customElements.define('emp-app', App)

@@ -1,0 +1,307 @@
+// Apps over the picture: those that come with the page and those of other origins, with the keys of the remote control.
+import assert from 'node:assert/strict'
+import {mkdtemp, rm, writeFile} from 'node:fs/promises'
+import {tmpdir} from 'node:os'
+import {join} from 'node:path'
+import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {Site} from '../client/support/browser.js'
+import {endServers, serve} from '../client/support/server.js'
+import {until} from '../client/support/wait.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let site
+let shown
+let pane
+before(async () => {
+  await openBrowser()
+  site = await new Site().listen()
+})
+beforeEach(() => site.pages.clear())
+after(async () => {
+  await closeBrowser()
+  site.close()
+  endServers()
+})
+afterEach(() => shown?.close())
+
+async function open(how) {
+  shown = await Console.open(how)
+  pane = await shown.show('App')
+}
+
+const press = name => shown.page.evaluate(button => dispatchEvent(new CustomEvent('emp-key', {detail: {name: button}})), name)
+const isRunning = () => pane.getByText('Has the TV as tvWindow', {exact: true}).waitFor()
+const app = () => shown.page.frameLocator('emp-app-frame iframe')
+const frame = () => shown.page.frames().find(one => one.url().startsWith(site.address))
+const main = async () => (await shown.tv.state()).windows.main
+const pip = async () => (await shown.tv.state()).windows.pip
+
+async function run(address) {
+  await pane.getByLabel('Address of the app').fill(address)
+  await pane.getByRole('button', {name: 'Run', exact: true}).click()
+}
+
+/** An app of another origin, which notes the keys that it gets. */
+function writeApp({body = '', codes = ''} = {}) {
+  site.pages.set('/app', `<!doctype html><title>app</title>
+    <script src="${shown.server.address}/window.js?name=tvWindow"></script>
+    <script>${codes}; globalThis.keys = []
+    for (const kind of ['keydown', 'keyup']) addEventListener(kind, event => keys.push([kind, event.key, event.keyCode, event.target === globalThis ? 'window' : event.target.id]))
+    </script>${body}`)
+}
+
+/** Starts a server that lets the site in, and its app. */
+async function openApp(how) {
+  await open({options: ['--allow-origin', site.address]})
+  writeApp(how)
+  await run(`${site.address}/app`)
+  await isRunning()
+}
+
+test('the zapper is worked by the remote control: list, numbers, channel up, picture-in-picture', async () => {
+  await open()
+  await pane.getByRole('button', {name: 'Zapper'}).click()
+  await app().getByText('1 Lighthouse One').waitFor()
+  await isRunning()
+  await press('OK')
+  await app().getByRole('listitem').filter({hasText: '2 Lighthouse Two'}).waitFor()
+  await press('Down')
+  await press('OK')
+  await until(async () => (await main()).service.name === 'Lighthouse Two', 'the chosen channel is shown')
+  await press('Channel up')
+  await until(async () => (await main()).service.name === 'Lighthouse News', 'the next channel is shown')
+  await press('7')
+  await app().getByRole('status').filter({hasText: '7 Midnight Cinema'}).waitFor()
+  assert.equal((await main()).service.name, 'Midnight Cinema')
+  await press('OK')
+  await app().getByRole('list').waitFor()
+  await press('Up')
+  await press('Blue')
+  await until(async () => (await pip()).service?.name === 'Tidewater Docs', 'the chosen channel is in the corner')
+  await press('Blue')
+  await until(async () => (await pip()).source.number === -1, 'the corner is empty again')
+  assert.equal((await main()).service.name, 'Midnight Cinema')
+})
+
+test('the zapper says that a set without channels has none', async () => {
+  await open()
+  await shown.tv.fault('IServiceNavigation::GetServiceList', {outputs: {services: '[]'}, times: 'always'})
+  await pane.getByRole('button', {name: 'Zapper'}).click()
+  await app().getByText('1 Lighthouse One').waitFor()
+  await press('OK')
+  await app().getByText('The TV has no channels').waitFor()
+})
+
+test('the geometry app moves the picture by drags and keys, and shows both spaces', async () => {
+  await open({size: {width: 1900, height: 1000}})
+  await pane.getByRole('button', {name: 'Picture geometry'}).click()
+  await app().getByText('app 960 x 540 x 0 y 0 w 960 h 540').waitFor()
+  const corner = await app().locator('#corner').boundingBox()
+  await shown.page.mouse.move(corner.x + 5, corner.y + 5)
+  await shown.page.mouse.down()
+  await shown.page.mouse.move(corner.x + 5 - 480, corner.y + 5 - 270)
+  await shown.page.mouse.up()
+  await app().getByText('base 1920 x 1080 x 0 y 0 w 960 h 540').waitFor()
+  assert.deepEqual((await main()).plane.app.rect, {x: 0, y: 0, width: 480, height: 270})
+  await press('Right')
+  await press('OK')
+  await press('Down')
+  await app().getByText('app 960 x 540 x 16 y 0 w 480 h 286').waitFor()
+  await press('Red')
+  await app().getByText('crop, picture x 480 y 270 w 960 h 540').waitFor()
+  assert.deepEqual((await main()).plane.crop, {x: 480, y: 270, width: 960, height: 540})
+  await press('Green')
+  await press('Yellow')
+  await app().getByText('order in front of the app, hidden').waitFor()
+  assert.deepEqual([(await main()).plane.order, (await main()).plane.muted], [2, true])
+  await press('Blue')
+  await app().getByText('app 960 x 540 x 0 y 0 w 960 h 540').waitFor()
+})
+
+test('an app of another origin gets key presses with standard names, on what has the focus', async () => {
+  await openApp({body: '<input id="field">'})
+  for (const name of ['Up', '5', 'Channel down', 'Play', 'Red', 'Back', 'OK']) await press(name)
+  await frame().waitForFunction(() => keys.length === 14)
+  assert.deepEqual((await frame().evaluate(() => keys)).filter(([kind]) => kind === 'keydown'), [
+    ['keydown', 'ArrowUp', 38, 'window'], ['keydown', '5', 53, 'window'], ['keydown', 'ChannelDown', 428, 'window'],
+    ['keydown', 'MediaPlay', 415, 'window'], ['keydown', 'ColorF0Red', 403, 'window'], ['keydown', 'GoBack', 461, 'window'],
+    ['keydown', 'Enter', 13, 'window']])
+  await frame().evaluate(() => {
+    document.getElementById('field').focus()
+    keys.length = 0
+  })
+  await press('Left')
+  await frame().waitForFunction(() => keys.length === 2)
+  assert.deepEqual(await frame().evaluate(() => keys), [['keydown', 'ArrowLeft', 37, 'field'], ['keyup', 'ArrowLeft', 37, 'field']])
+})
+
+test('an app replaces the numbers of keys', async () => {
+  await openApp({codes: 'tvWindow.keyCodes = {Enter: 1001}'})
+  await press('OK')
+  await press('Red')
+  await frame().waitForFunction(() => keys.length === 4)
+  assert.deepEqual((await frame().evaluate(() => keys)).map(([, key, code]) => [key, code]),
+    [['Enter', 1001], ['Enter', 1001], ['ColorF0Red', 0], ['ColorF0Red', 0]])
+})
+
+test('an app ignores keys that are not the page\'s, and the page apps that are not the one that runs', async () => {
+  await openApp()
+  site.pages.set('/evil', '<!doctype html><title>evil</title>')
+  // From the app itself, whose origin is another one; and from a frame of its origin that is not the parent.
+  await frame().evaluate(address => new Promise(resolve => {
+    postMessage({type: 'emp-window/key', kind: 'keydown', key: 'Enter'}, '*')
+    const inner = document.createElement('iframe')
+    inner.src = address
+    inner.onload = () => {
+      const script = inner.contentDocument.createElement('script')
+      script.textContent = `parent.postMessage({type: 'emp-window/key', kind: 'keydown', key: 'Enter'}, '*')
+        top.postMessage({type: 'emp-window/app', name: 'stolen'}, '*')`
+      inner.contentDocument.body.append(script)
+      setTimeout(resolve)
+    }
+    document.body.append(inner)
+  }), `${site.address}/evil`)
+  // From the page, but no key.
+  await shown.page.evaluate(address => {
+    const {contentWindow} = document.querySelector('emp-app-frame iframe')
+    for (const message of [null, 'x', {type: 'emp-window/key'}, {type: 'emp-window/key', kind: 'click', key: 'Enter'}, {type: 'emp-window/key', kind: 'keydown', key: 7}]) {
+      contentWindow.postMessage(message, address)
+    }
+    postMessage({type: 'emp-window/app', name: 'stolen'}, location.origin)
+  }, site.address)
+  await press('1')
+  await frame().waitForFunction(() => keys.length > 0)
+  assert.deepEqual((await frame().evaluate(() => keys))[0].slice(0, 2), ['keydown', '1'])
+  assert.ok(await pane.getByText('Has the TV as tvWindow', {exact: true}).isVisible())
+})
+
+test('an app of the page\'s own origin gets keys from the page alone, and speaks for itself alone', async () => {
+  await open()
+  await pane.getByRole('button', {name: 'Zapper'}).click()
+  await isRunning()
+  const zapper = shown.page.frames()[1]
+  await zapper.evaluate(() => postMessage({type: 'emp-window/key', kind: 'keydown', key: 'Enter'}, '*'))
+  await shown.page.evaluate(() => postMessage({type: 'emp-window/app', name: 'stolen'}, '*'))
+  await press('Channel up')
+  await app().getByText('2 Lighthouse Two').waitFor()
+  assert.ok(await app().getByRole('list').isHidden())
+  assert.ok(await pane.getByText('Has the TV as tvWindow', {exact: true}).isVisible())
+})
+
+test('a page that an app goes to neither gets keys nor speaks for the app', async () => {
+  await open({options: ['--allow-origin', 'http://127.0.0.1:*', '--allow-origin', 'http://localhost:*']})
+  writeApp()
+  await run(`${site.address}/app`)
+  await isRunning()
+  site.pages.set('/evil', `<!doctype html><title>evil</title><script>
+    globalThis.heard = []
+    addEventListener('message', ({data}) => heard.push(data))
+    parent.postMessage({type: 'emp-window/app', name: 'stolen'}, '*')</script>`)
+  const evil = shown.page.frames()[1]
+  await evil.goto(`http://localhost:${site.port}/evil`)
+  await press('1')
+  await shown.page.evaluate(() => document.querySelector('iframe').contentWindow.postMessage('end', '*'))
+  await evil.waitForFunction(() => heard.includes('end'))
+  assert.deepEqual(await evil.evaluate(() => heard), ['end'])
+  assert.ok(await pane.getByText('Has the TV as tvWindow', {exact: true}).isVisible())
+  assert.ok(shown.errors.every(text => text.includes('does not match the recipient window')), shown.errors.join())
+  shown.errors = []
+})
+
+test('the apps that come with the page know the token that the page was given', async () => {
+  await open()
+  const directory = await mkdtemp(join(tmpdir(), 'app-test-'))
+  const file = join(directory, 'token')
+  await writeFile(file, 's3cret\n', {mode: 0o600})
+  const server = await serve({options: ['--token', file]})
+  const page = await shown.page.context().newPage()
+  await page.goto(`${server.address}/#token=s3cret`)
+  await page.getByRole('tab', {name: 'App', exact: true}).click()
+  await page.getByRole('button', {name: 'Zapper'}).click()
+  await page.frameLocator('emp-app-frame iframe').getByText('1 Lighthouse One').waitFor()
+  assert.match(await page.getByText('/window.js?name=').textContent(), /&token=TOKEN/, 'and do not show it')
+  await server.kill()
+  await rm(directory, {recursive: true})
+})
+
+test('a page that is not the TV\'s can show the app, but sends it no keys', async () => {
+  await openApp()
+  site.pages.set('/outer', `<!doctype html><title>outer</title><iframe src="${site.address}/app"></iframe>`)
+  const other = await shown.page.context().newPage()
+  await other.goto(`${site.address}/outer`)
+  const inner = other.frames()[1]
+  await inner.waitForFunction(() => globalThis.keys)
+  await other.evaluate(() => document.querySelector('iframe').contentWindow.postMessage({type: 'emp-window/key', kind: 'keydown', key: 'Enter'}, '*'))
+  await inner.evaluate(() => new Promise(resolve => setTimeout(resolve)))
+  assert.deepEqual(await inner.evaluate(() => keys), [])
+})
+
+test('an origin that is not let in is told before it is loaded, with the option', async () => {
+  await open()
+  await run(`${site.address}/<b>'"`)
+  await pane.getByRole('alert').filter({hasText: 'The server does not let pages of'}).waitFor()
+  assert.ok(await pane.getByText(`emp-window serve --allow-origin '${site.address}'`).isVisible())
+  assert.equal(await shown.page.locator('iframe').count(), 0)
+  for (const [address, problem] of [['ftp://a/', 'An address such as'], ['', 'An address such as'], [shown.server.address, 'only the apps above']]) {
+    await run(address)
+    await pane.getByText(problem).waitFor()
+  }
+})
+
+test('every port of a host is let in by one option', async () => {
+  await open({options: ['--allow-origin', 'http://127.0.0.1:*']})
+  writeApp()
+  await run(`127.0.0.1:${site.port}/app`)
+  await isRunning()
+  await pane.getByText('Let in now: http://127.0.0.1:*').waitFor()
+})
+
+test('an app that says nothing is told of, with the ways out', async () => {
+  await open({options: ['--allow-origin', site.address]})
+  site.pages.set('/mute', '<!doctype html><title>mute</title>')
+  await run(`${site.address}/mute`)
+  await pane.getByText('Nothing was heard from the app.').waitFor()
+  assert.equal(await pane.getByRole('link', {name: 'Open it in a tab'}).getAttribute('href'), `${site.address}/mute`)
+})
+
+test('reload keeps the TV or resets it, closing ends the app, the address is remembered', async () => {
+  await openApp()
+  await frame().evaluate(() => tvWindow.SetChannel(3, 0))
+  const before = await shown.page.locator('emp-app-frame iframe').elementHandle()
+  await pane.getByRole('button', {name: 'Reload', exact: true}).click()
+  await shown.page.waitForFunction(old => !old.isConnected, before)
+  await isRunning()
+  assert.equal((await main()).service.name, 'Lighthouse News')
+  await pane.getByRole('button', {name: 'Reload and reset the TV'}).click()
+  await shown.page.getByRole('dialog').getByRole('button', {name: 'Cancel'}).click()
+  assert.equal((await main()).service.name, 'Lighthouse News')
+  await pane.getByRole('button', {name: 'Reload and reset the TV'}).click()
+  await shown.page.getByRole('dialog', {name: 'Reset the TV?'}).getByRole('button', {name: 'Reset and reload'}).click()
+  await until(async () => (await main()).service.name === 'Lighthouse One', 'the TV is reset')
+  await isRunning()
+  await pane.getByRole('button', {name: 'Close app'}).click()
+  await shown.page.locator('iframe').waitFor({state: 'detached'})
+  await shown.page.reload()
+  await pane.waitFor()
+  assert.equal(await pane.getByLabel('Address of the app').inputValue(), `${site.address}/app`)
+})
+
+test('what happens on the TV and on the page does not load the app anew', async () => {
+  await openApp()
+  await frame().evaluate(() => { globalThis.mark = 'same' })
+  await shown.tv.window.SetChannel(5, 0)
+  await shown.show('Faults')
+  await shown.page.setViewportSize({width: 390, height: 844})
+  await shown.show('App')
+  await shown.page.setViewportSize({width: 1280, height: 720})
+  await pane.waitFor()
+  assert.equal(await frame().evaluate(() => globalThis.mark), 'same')
+})
+
+test('the line for one\'s own app is copied by a click', async () => {
+  await open()
+  await shown.page.context().grantPermissions(['clipboard-read', 'clipboard-write'])
+  await pane.getByRole('button', {name: 'Copy the line'}).click()
+  await pane.getByText('Copied').waitFor()
+  assert.equal(await shown.page.evaluate(() => navigator.clipboard.readText()), `<script src="${shown.server.address}/window.js?name=tvWindow"></script>`)
+})

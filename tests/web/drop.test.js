@@ -1,0 +1,128 @@
+// Files dropped on the page or opened: lists are imported, transcripts checked, snapshots restored, all else is told of.
+import assert from 'node:assert/strict'
+import {after, afterEach, before, test} from 'node:test'
+import {endServers} from '../client/support/server.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let shown
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+afterEach(() => shown?.close())
+
+const list = `Morning:538000:B8C23D0G4M64T8Y0:T:27500:256=2:257=eng@4:0:0:700:1:2:0
+:Radio
+<script>alert(1)</script>:538000:B8C23D0G4M64T8Y0:T:27500:0:259=deu@4:0:0:701:1:2:0
+Wrong:538000:h
+`
+
+/** Drops a file on the page, as from a file manager: some content and as many tabs behind it. */
+async function drop({name, content = '', tabs = 0}) {
+  const data = await shown.page.evaluateHandle(([called, bytes, count]) => {
+    const transfer = new DataTransfer()
+    transfer.items.add(new File([new Uint8Array(bytes), new Uint8Array(count).fill(9)], called))
+    return transfer
+  }, [name, [...Buffer.from(content)], tabs])
+  await shown.page.dispatchEvent('main', 'dragover', {dataTransfer: data})
+  await shown.page.dispatchEvent('main', 'drop', {dataTransfer: data})
+}
+
+const panel = () => shown.page.getByRole('region', {name: 'File', exact: true})
+
+test('a channel list is imported, and its bad lines are told by number', async () => {
+  shown = await Console.open()
+  await drop({name: 'channels.conf', content: list})
+  await panel().getByText('imported, with problems').waitFor()
+  await panel().getByText('2 services: 2 added, 0 changed, 81 gone; 1 line could not be read').waitFor()
+  assert.deepEqual(await panel().getByRole('cell').allTextContents(), ['4', '"Wrong:538000:h" has 3 of the 13 fields of a service'])
+  const {total, services} = await shown.tv.services()
+  assert.deepEqual([total, services[1].name], [2, '<script>alert(1)</script>'])
+})
+
+test('names that are not UTF-8 are read as ISO 8859-15, which is told', async () => {
+  shown = await Console.open()
+  await drop({name: 'channels.conf', content: Buffer.from(list.replace('Morning', 'Stra\xdfe \xa4'), 'latin1')})
+  await panel().getByText('Names were read as ISO 8859-15').waitFor()
+  assert.equal((await shown.tv.services()).services[0].name, 'Straße €')
+})
+
+test('a transcript is checked on a set of its own, and its differences are coloured', async () => {
+  shown = await Console.open()
+  await drop({name: 'mine.txt', content: '# What a fresh set tells.\n\n> SetChannel 3 0\nint 1\n> GetTVMode\nint 2\n'})
+  await panel().getByText('failed').waitFor()
+  assert.equal(await panel().locator('.gone').textContent(), '-int 2')
+  assert.equal(await panel().locator('.added').textContent(), '+int 1')
+  assert.equal((await shown.tv.state()).windows.main.service.name, 'Lighthouse One')
+  await drop({name: 'mine.txt', content: '> GetTVMode\nint 1\n'})
+  await panel().getByText('It prints what it says.').waitFor()
+})
+
+test('a snapshot is recognised by its document and restored; one that is wrong is refused with the place', async () => {
+  shown = await Console.open()
+  const snapshot = await shown.tv.snapshot()
+  await shown.tv.import(list)
+  await drop({name: 'no matter.bin', content: JSON.stringify(snapshot)})
+  await panel().getByText('restored', {exact: true}).waitFor()
+  assert.equal((await shown.tv.services()).total, 81)
+  snapshot.services[3].numbers.ptc = 70000
+  await drop({name: 'wrong.json', content: JSON.stringify(snapshot)})
+  await panel().getByText('services[3].numbers.ptc').waitFor()
+  assert.equal((await shown.tv.services()).total, 81)
+})
+
+test('all else is told what it is not, and changes nothing', async () => {
+  shown = await Console.open()
+  const {revision} = await shown.tv.state()
+  const refused = [
+    [{name: 'a.png', content: '\x89PNG\0\0'}, 'It is no text'],
+    [{name: 'a.json', content: '{"version": 1, "state": {}}'}, 'it lacks settings, services'],
+    [{name: 'a.json', content: '[1,\n2]'}, 'it is an array'],
+    [{name: 'a.json', content: '{"version": '}, 'It looks like JSON, but cannot be read as such'],
+    [{name: 'letter.txt', content: 'Dear all,\n'}, 'not a channel list of a known format'],
+    [{name: 'empty.conf'}, 'It is empty'],
+    [{name: 'huge.conf', tabs: 32 * 1024 * 1024 + 1}, 'the server takes at most 32 MiB'],
+    [{name: '<b>"\u202egnp'.padEnd(240, 'x'), content: 'x'}, 'not a channel list'],
+  ]
+  for (const [file, reason] of refused) {
+    await drop(file)
+    await panel().getByRole('alert').filter({hasText: reason}).waitFor()
+    await panel().getByText('was not taken').waitFor()
+    const box = await panel().boundingBox()
+    assert.ok(box.x >= 0 && box.x + box.width <= 1280, file.name)
+  }
+  assert.equal((await shown.tv.state()).revision, revision)
+})
+
+test('a file whose message is too long is refused before it is sent', async () => {
+  shown = await Console.open()
+  await drop({name: 'long.txt', content: '> ', tabs: 17 * 1024 * 1024})
+  await panel().getByText('As a message it has 34.0 MiB').waitFor()
+  assert.ok(shown.tv.connected)
+})
+
+test('a file is opened by a button, and the panel leaves the TV in sight and is closed by a key', async () => {
+  shown = await Console.open()
+  const pane = await shown.show('App')
+  const button = pane.getByRole('button', {name: 'Open a file'})
+  const [chooser] = await Promise.all([shown.page.waitForEvent('filechooser'), button.press('Enter')])
+  await chooser.setFiles({name: 'mine.txt', mimeType: 'text/plain', buffer: Buffer.from('> GetTVMode\nint 1\n')})
+  await panel().getByText('passed').waitFor()
+  const screen = await shown.pane('Screen').boundingBox()
+  assert.ok((await panel().boundingBox()).y >= screen.y + screen.height)
+  await panel().getByRole('button', {name: 'Close the result of the file'}).press('Escape')
+  await panel().waitFor({state: 'detached'})
+  assert.equal(await shown.page.evaluate(() => document.activeElement.textContent), 'Open a file')
+})
+
+test('what is no file is left to the page', async () => {
+  shown = await Console.open()
+  const isTaken = await shown.page.evaluate(() => {
+    const dataTransfer = new DataTransfer()
+    dataTransfer.setData('text/plain', 'x')
+    return !document.body.dispatchEvent(new DragEvent('dragover', {dataTransfer, bubbles: true, cancelable: true}))
+  })
+  assert.equal(isTaken, false)
+  assert.equal(await panel().count(), 0)
+})

@@ -1,0 +1,86 @@
+/*
+ * What files are and what the TV makes of them: channel lists are imported, transcripts checked, snapshots restored. Answers
+ * what is to be told; nothing is drawn here.
+ */
+import {act} from './act.js'
+import {store} from './store.js'
+
+export const mostBytes = 32 * 1024 * 1024
+
+/**
+ * What became of a file.
+ * @typedef {object} Outcome
+ * @property {string} name
+ * @property {'list' | 'transcript' | 'snapshot' | 'none'} kind
+ * @property {string} [problem]  why nothing came of it
+ * @property {string} [way]  out of the problem
+ * @property {any} [result]  of the call
+ * @property {string} [note]
+ */
+
+/** @param {File} file @return {Promise<Outcome>} */
+export async function take(file) {
+  const name = file.name
+  if (file.size > mostBytes) return none(name, `It has ${megabytes(file.size)}; the server takes at most 32 MiB.`, 'For a channel list, use: emp-window import FILE')
+  if (file.size === 0) return none(name, 'It is empty.')
+  let bytes
+  try {
+    bytes = new Uint8Array(await file.arrayBuffer())
+  } catch {
+    return none(name, 'It cannot be read. Is it a folder, or was it changed or removed?')
+  }
+  if (bytes.includes(0)) return none(name, 'It is no text. Channel lists, transcripts and snapshots are.', wanted)
+  const {text, isUnicode} = textOf(bytes)
+  const outcome = await use(name, text)
+  return isUnicode ? outcome : {...outcome,
+    note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
+}
+
+const wanted = 'Drop a channel list (VDR, libdvbv5), a transcript (lines that start with >) or a snapshot.'
+
+/** @param {string} name @param {string} problem @param {string} [way] @return {Outcome} */
+const none = (name, problem, way) => ({name, kind: 'none', problem, way})
+
+/** @param {number} bytes */
+const megabytes = bytes => `${(bytes / 1024 / 1024).toFixed(1)} MiB`
+
+/** @param {Uint8Array} bytes */
+function textOf(bytes) {
+  try {
+    return {text: new TextDecoder('utf-8', {fatal: true}).decode(bytes), isUnicode: true}
+  } catch {
+    return {text: new TextDecoder('iso-8859-15').decode(bytes), isUnicode: false}
+  }
+}
+
+/** @param {string} name @param {string} text @return {Promise<Outcome>} */
+async function use(name, text) {
+  if (/^\s*[{[]/.test(text) && !/^\s*\[[^\]\n]*\]\s*(\n|$)/.test(text)) return useDocument(name, text)
+  const first = /^[^\S\n]*(?!#)\S.*/m.exec(text)?.[0]
+  if (first?.startsWith('>')) return called({name, kind: 'transcript'}, 'tv.check', {transcript: text})
+  const outcome = await called({name, kind: 'list'}, 'tv.import', {content: text, name})
+  return /not a channel list of a known format/.test(outcome.problem ?? '') ? {...outcome, kind: 'none', way: wanted} : outcome
+}
+
+/** @param {string} name @param {string} text  of JSON @return {Promise<Outcome> | Outcome} */
+function useDocument(name, text) {
+  let snapshot
+  try {
+    snapshot = JSON.parse(text)
+  } catch (error) {
+    return none(name, `It looks like JSON, but cannot be read as such: ${/** @type {Error} */ (error).message}`, wanted)
+  }
+  const missing = ['version', 'state', 'settings', 'services'].filter(member => !(member in Object(snapshot)))
+  if (Array.isArray(snapshot) || missing.length > 0) {
+    return none(name, `It is JSON, but no snapshot: ${Array.isArray(snapshot) ? 'it is an array' : `it lacks ${missing.join(', ')}`}.`, wanted)
+  }
+  return called({name, kind: 'snapshot'}, 'tv.restore', {snapshot})
+}
+
+/** @param {Outcome} outcome @param {string} method @param {any} params @return {Promise<Outcome>} */
+async function called(outcome, method, params) {
+  const size = new Blob([JSON.stringify(params)]).size + 200
+  if (size > mostBytes) return {...outcome, problem: `As a message it has ${megabytes(size)}; the server takes at most 32 MiB.`}
+  const result = await act(method, params)
+  return result === undefined ? {...outcome, problem: store.get('deed').error} : {...outcome, result}
+}
