@@ -1,9 +1,87 @@
+import {act, tv} from './act.js'
 import {h} from './dom.js'
+import './fault-form.js'
 import {Part} from './part.js'
+import {linesOf, scenarios, slowKnob} from './scenarios.js'
+import {store} from './store.js'
 
+/** Faults that are set, scenarios that set some, and a form for any other. */
 class Faults extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['faults', 'state', 'connection'])
+  #latency = '0'
+  #isListening = false
+  /** The scenario that failed, and why. */
+  #problem = {name: '', reason: ''}
+
   view() {
-    return h('p', {class: 'empty'}, 'Not built yet.')
+    this.#listen()
+    // Each part has an element of its own, so that what comes and goes in one leaves the others where they are.
+    return h('div', {class: 'pane-body'}, h('div', {class: 'stack'}, this.#set()), h('div', {class: 'stack'}, this.#scenarios()), h('emp-fault-form'))
+  }
+
+  drawn() {
+    // It may have missed changes while the pane was hidden.
+    const form = this.querySelector('emp-fault-form')
+    if (form instanceof Part) form.redraw()
+  }
+
+  /** The latency is no part of the state, so it is asked for, and heard of when it changes. */
+  #listen() {
+    if (this.#isListening || !store.get('connection').connected) return
+    this.#isListening = true
+    tv().on('*', (/** @type {any} */ event) => {
+      if (event.topic === 'knob' && event.name === slowKnob) this.#slow(String(event.after))
+      else if (event.state !== undefined || event.started !== undefined) tv().get(slowKnob).then(value => this.#slow(value), () => {})
+    })
+  }
+
+  /** @param {string} latency */
+  #slow(latency) {
+    if (latency === this.#latency) return
+    this.#latency = latency
+    this.changed()
+  }
+
+  #set() {
+    const faults = store.get('faults')
+    return [
+      h('div', {class: 'row'},
+        h('h3', {class: 'grow'}, `Faults set${faults.length ? `: ${faults.length}` : ''}`),
+        h('button', {disabled: faults.length === 0, onclick: () => act('tv.clearFaults')}, 'Remove all')),
+      faults.length === 0 && h('p', {class: 'dim'}, 'None. Run a scenario, or choose a call below.'),
+      h('ul', {class: 'fault-list', 'aria-label': 'Faults set'}, faults.map(({id, fault, hits}) => h('li', {key: id},
+        h('code', {class: 'fault name'}, `.fault ${fault}`),
+        h('span', {class: 'dim hits'}, `fault ${id}, `, h('span', {key: hits, class: 'flash'}, hits === 1 ? '1 hit' : `${hits} hits`)),
+        h('button', {'aria-label': `Remove fault ${id}`, onclick: () => act('tv.clearFaults', {id})}, 'Remove')))),
+    ]
+  }
+
+  #scenarios() {
+    const seen = {state: store.get('state'), faults: store.get('faults'), latency: this.#latency}
+    return [
+      h('h3', null, 'Scenarios'),
+      h('ul', {class: 'scenarios', 'aria-label': 'Scenarios'}, scenarios.map(({name, effect, steps, isOn, undo}) => {
+        const isSet = isOn(seen)
+        const next = isSet ? undo(seen) : steps
+        return h('li', {key: name, class: isSet ? 'set' : ''},
+          h('strong', {class: isSet ? 'fault' : ''}, name),
+          h('button', {'aria-label': `${isSet ? 'Undo' : 'Run'}: ${name}`, onclick: () => this.#run(name, next)}, isSet ? 'Undo' : 'Run'),
+          h('span', {class: 'wide dim'}, effect),
+          h('span', {class: 'wide'}, linesOf(next).map(line => h('code', null, line)),
+            this.#problem.name === name && h('span', {class: 'fail', role: 'alert'}, this.#problem.reason)))
+      })),
+    ]
+  }
+
+  /** @param {string} name @param {import('./scenarios.js').Step[]} steps */
+  async #run(name, steps) {
+    this.#problem = {name: '', reason: ''}
+    for (const {method, params} of steps) {
+      if (await act(method, params) !== undefined) continue
+      this.#problem = {name, reason: store.get('deed').error}
+      break
+    }
+    this.changed()
   }
 }
 customElements.define('emp-faults', Faults)
