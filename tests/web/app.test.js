@@ -29,7 +29,7 @@ async function open(how) {
   pane = await shown.show('App')
 }
 
-const press = name => shown.page.evaluate(button => dispatchEvent(new CustomEvent('emp-key', {detail: {name: button}})), name)
+const press = name => shown.pane('Remote control').getByRole('button', {name, exact: true}).click()
 const isRunning = () => pane.getByText('Has the TV as tvWindow', {exact: true}).waitFor()
 const app = () => shown.page.frameLocator('emp-app-frame iframe')
 const frame = () => shown.page.frames().find(one => one.url().startsWith(site.address))
@@ -42,18 +42,18 @@ async function run(address) {
 }
 
 /** An app of another origin, which notes the keys that it gets. */
-function writeApp({body = '', codes = ''} = {}) {
+function writeApp(body = '') {
   site.pages.set('/app', `<!doctype html><title>app</title>
     <script src="${shown.server.address}/window.js?name=tvWindow"></script>
-    <script>${codes}; globalThis.keys = []
+    <script>globalThis.keys = []
     for (const kind of ['keydown', 'keyup']) addEventListener(kind, event => keys.push([kind, event.key, event.keyCode, event.target === globalThis ? 'window' : event.target.id]))
     </script>${body}`)
 }
 
 /** Starts a server that lets the site in, and its app. */
-async function openApp(how) {
+async function openApp(body) {
   await open({options: ['--allow-origin', site.address]})
-  writeApp(how)
+  writeApp(body)
   await run(`${site.address}/app`)
   await isRunning()
 }
@@ -97,16 +97,20 @@ test('the geometry app moves the picture by drags and keys, and shows both space
   await pane.getByRole('button', {name: 'Picture geometry'}).click()
   await app().getByText('app 960 x 540 x 0 y 0 w 960 h 540').waitFor()
   const corner = await app().locator('#corner').boundingBox()
+  const scale = (await shown.page.locator('emp-app-frame iframe').boundingBox()).width / 960
   await shown.page.mouse.move(corner.x + 5, corner.y + 5)
   await shown.page.mouse.down()
-  await shown.page.mouse.move(corner.x + 5 - 480, corner.y + 5 - 270)
+  await shown.page.mouse.move(corner.x + 5 - 480 * scale, corner.y + 5 - 270 * scale)
   await shown.page.mouse.up()
-  await app().getByText('base 1920 x 1080 x 0 y 0 w 960 h 540').waitFor()
-  assert.deepEqual((await main()).plane.app.rect, {x: 0, y: 0, width: 480, height: 270})
+  await until(async () => Math.abs((await main()).plane.app.rect.width - 480) < 2, 'the picture is half as wide')
+  const {x, y, width, height} = (await main()).plane.app.rect
+  assert.deepEqual([x, y, Math.abs(height - 270) < 2], [0, 0, true])
   await press('Right')
   await press('OK')
   await press('Down')
-  await app().getByText('app 960 x 540 x 16 y 0 w 480 h 286').waitFor()
+  await app().getByText(`app 960 x 540 x 16 y 0 w ${width} h ${height + 16}`).waitFor()
+  assert.deepEqual((await main()).plane.app.rect, {x: 16, y: 0, width, height: height + 16})
+  await app().getByText(`base 1920 x 1080 x 32 y 0 w ${2 * width} h ${2 * height + 32}`).waitFor()
   await press('Red')
   await app().getByText('crop, picture x 480 y 270 w 960 h 540').waitFor()
   assert.deepEqual((await main()).plane.crop, {x: 480, y: 270, width: 960, height: 540})
@@ -118,8 +122,8 @@ test('the geometry app moves the picture by drags and keys, and shows both space
   await app().getByText('app 960 x 540 x 0 y 0 w 960 h 540').waitFor()
 })
 
-test('an app of another origin gets key presses with standard names, on what has the focus', async () => {
-  await openApp({body: '<input id="field">'})
+test('an app of another origin gets key presses with standard names, on what has the focus, and its own numbers', async () => {
+  await openApp('<input id="field">')
   for (const name of ['Up', '5', 'Channel down', 'Play', 'Red', 'Back', 'OK']) await press(name)
   await frame().waitForFunction(() => keys.length === 14)
   assert.deepEqual((await frame().evaluate(() => keys)).filter(([kind]) => kind === 'keydown'), [
@@ -133,10 +137,10 @@ test('an app of another origin gets key presses with standard names, on what has
   await press('Left')
   await frame().waitForFunction(() => keys.length === 2)
   assert.deepEqual(await frame().evaluate(() => keys), [['keydown', 'ArrowLeft', 37, 'field'], ['keyup', 'ArrowLeft', 37, 'field']])
-})
-
-test('an app replaces the numbers of keys', async () => {
-  await openApp({codes: 'tvWindow.keyCodes = {Enter: 1001}'})
+  await frame().evaluate(() => {
+    tvWindow.keyCodes = {Enter: 1001}
+    keys.length = 0
+  })
   await press('OK')
   await press('Red')
   await frame().waitForFunction(() => keys.length === 4)
@@ -236,8 +240,12 @@ test('a page that is not the TV\'s can show the app, but sends it no keys', asyn
   assert.deepEqual(await inner.evaluate(() => keys), [])
 })
 
-test('an origin that is not let in is told before it is loaded, with the option', async () => {
+test('the line for one\'s own app is copied; an origin that is not let in is told before it is loaded, with the option', async () => {
   await open()
+  await shown.page.context().grantPermissions(['clipboard-read', 'clipboard-write'])
+  await pane.getByRole('button', {name: 'Copy the line'}).click()
+  await pane.getByText('Copied').waitFor()
+  assert.equal(await shown.page.evaluate(() => navigator.clipboard.readText()), `<script src="${shown.server.address}/window.js?name=tvWindow"></script>`)
   await run(`${site.address}/<b>'"`)
   await pane.getByRole('alert').filter({hasText: 'The server does not let pages of'}).waitFor()
   assert.ok(await pane.getByText(`emp-window serve --allow-origin '${site.address}'`).isVisible())
@@ -248,16 +256,12 @@ test('an origin that is not let in is told before it is loaded, with the option'
   }
 })
 
-test('every port of a host is let in by one option', async () => {
+test('every port of a host is let in by one option; an app that says nothing is told of, with the ways out', async () => {
   await open({options: ['--allow-origin', 'http://127.0.0.1:*']})
   writeApp()
   await run(`127.0.0.1:${site.port}/app`)
   await isRunning()
   await pane.getByText('Let in now: http://127.0.0.1:*').waitFor()
-})
-
-test('an app that says nothing is told of, with the ways out', async () => {
-  await open({options: ['--allow-origin', site.address]})
   site.pages.set('/mute', '<!doctype html><title>mute</title>')
   await run(`${site.address}/mute`)
   await pane.getByText('Nothing was heard from the app.').waitFor()
@@ -296,12 +300,4 @@ test('what happens on the TV and on the page does not load the app anew', async 
   await shown.page.setViewportSize({width: 1280, height: 720})
   await pane.waitFor()
   assert.equal(await frame().evaluate(() => globalThis.mark), 'same')
-})
-
-test('the line for one\'s own app is copied by a click', async () => {
-  await open()
-  await shown.page.context().grantPermissions(['clipboard-read', 'clipboard-write'])
-  await pane.getByRole('button', {name: 'Copy the line'}).click()
-  await pane.getByText('Copied').waitFor()
-  assert.equal(await shown.page.evaluate(() => navigator.clipboard.readText()), `<script src="${shown.server.address}/window.js?name=tvWindow"></script>`)
 })

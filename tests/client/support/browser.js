@@ -52,7 +52,7 @@ export async function startBrowser() {
 }
 
 /** A development server: answers pages by their paths, on a port of its own. */
-class Site {
+export class Site {
   pages = new Map()
 
   async listen() {

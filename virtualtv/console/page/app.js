@@ -1,4 +1,4 @@
-import {act} from './act.js'
+import {attempt} from './attempt.js'
 import './drop.js'
 import {h} from './dom.js'
 import {copy} from './foot.js'
@@ -135,7 +135,7 @@ class App extends Part {
   async #reset(close) {
     close()
     const app = store.get('app')
-    if (app && await act('tv.reset') !== undefined) appFrames.start(app.address, app.name)
+    if (app && await attempt('tv.reset') === undefined) appFrames.start(app.address, app.name)
   }
 
   /** @param {Event} event */

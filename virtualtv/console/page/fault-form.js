@@ -1,4 +1,5 @@
-import {act, tv} from './act.js'
+import {tv} from './act.js'
+import {attempt} from './attempt.js'
 import {transcriptLine} from './deed.js'
 import {h} from './dom.js'
 import './list.js'
@@ -164,8 +165,7 @@ class FaultForm extends Part {
   /** @param {Event} event */
   async #submit(event) {
     event.preventDefault()
-    const done = await act('tv.fault', this.#params())
-    this.#problem = done === undefined ? store.get('deed').error : ''
+    this.#problem = await attempt('tv.fault', this.#params()) ?? ''
     this.changed()
   }
 }

@@ -1,4 +1,5 @@
 import {act, tv} from './act.js'
+import {attempt} from './attempt.js'
 import {h} from './dom.js'
 import './fault-form.js'
 import {Part} from './part.js'
@@ -77,8 +78,9 @@ class Faults extends Part {
   async #run(name, steps) {
     this.#problem = {name: '', reason: ''}
     for (const {method, params} of steps) {
-      if (await act(method, params) !== undefined) continue
-      this.#problem = {name, reason: store.get('deed').error}
+      const reason = await attempt(method, params)
+      if (reason === undefined) continue
+      this.#problem = {name, reason}
       break
     }
     this.changed()

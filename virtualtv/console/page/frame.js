@@ -15,7 +15,7 @@ const keysOfButtons = {
   play: 'MediaPlay', pause: 'MediaPause', stop: 'MediaStop', record: 'MediaRecord', rewind: 'MediaRewind',
   'fast forward': 'MediaFastForward', forward: 'MediaFastForward',
   back: 'GoBack', return: 'GoBack', exit: 'Exit', info: 'Info', guide: 'Guide', menu: 'ContextMenu', tools: 'ContextMenu', home: 'BrowserHome',
-  'volume up': 'AudioVolumeUp', 'volume down': 'AudioVolumeDown', mute: 'AudioVolumeMute',
+  'volume up': 'AudioVolumeUp', 'volume down': 'AudioVolumeDown', mute: 'AudioVolumeMute', 'mute picture': 'AudioVolumeMute',
   audio: 'MediaAudioTrack', subtitle: 'Subtitle', subtitles: 'Subtitle', teletext: 'Teletext', text: 'Teletext',
   source: 'TVInput', input: 'TVInput', power: 'Power', pip: 'PinPToggle', 'picture-in-picture': 'PinPToggle', swap: 'DisplaySwap',
 }

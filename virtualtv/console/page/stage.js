@@ -1,5 +1,6 @@
 import {draw, h} from './dom.js'
 import {appSpace, beyond, beyondText, rectText} from './geometry.js'
+import './frame.js'
 import './picture.js'
 import {appDepth, depth, orderText, placed} from './plane.js'
 
@@ -7,7 +8,7 @@ import {appDepth, depth, orderText, placed} from './plane.js'
 
 /**
  * The app's space with the planes where they stand, the app's own layer between them, and a margin around it in which is seen what
- * lies beyond. Whoever runs an app puts its frame, 960 x 540, into the element of class `app-layer`.
+ * lies beyond. An app runs in a frame of 960 x 540, in the element of class `app-layer`, which stays.
  */
 export class Stage extends HTMLElement {
   /** Called where a person points, in the app's space; null where nothing is pointed at. @type {(at: {x: number, y: number, isByKeys: boolean} | null) => void} */
@@ -17,6 +18,7 @@ export class Stage extends HTMLElement {
   #frame = document.createElement('div')
   #planes = document.createElement('div')
   #app = document.createElement('div')
+  #appFrame = document.createElement('emp-app-frame')
   #marks = document.createElement('div')
   /** @type {Shown[]} */
   #all = []
@@ -28,6 +30,7 @@ export class Stage extends HTMLElement {
     this.#app.className = 'app-layer'
     this.#app.style.zIndex = String(appDepth)
     this.#marks.className = 'marks'
+    this.#app.append(this.#appFrame)
     this.#frame.append(this.#planes, this.#app, this.#marks)
     this.append(this.#frame)
     this.#observer.observe(this.#frame)
