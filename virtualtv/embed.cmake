@@ -11,8 +11,8 @@ function(embed target name file)
   target_sources(${target} PRIVATE ${source})
 endfunction()
 
-# embed_files(TARGET NAME BASE FILE...): the same for several files, by their paths below BASE, in their order, as
-#   namespace virtualtv::embedded { extern const std::span<const std::pair<std::string_view, std::string_view>> NAME; }
+# embed_files(TARGET NAME BASE FILE...): the same for several files: path below BASE, bytes, bytes by gzip, in their order, as
+#   namespace virtualtv::embedded { extern const std::span<const std::array<std::string_view, 3>> NAME; }
 function(embed_files target name base)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/embedded/${name}.cpp)
   set(script ${PROJECT_SOURCE_DIR}/virtualtv/embed_files.cmake)

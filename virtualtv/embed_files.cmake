@@ -1,23 +1,30 @@
-# Writes SOURCE, a C++ file that holds the bytes of FILES, with their paths below BASE, as virtualtv::embedded::NAME.
+# Writes SOURCE, a C++ file that holds FILES as virtualtv::embedded::NAME: paths below BASE, bytes, and the same by gzip.
+function(add_array name file)
+  file(READ ${file} bytes HEX)
+  string(REGEX REPLACE "(................................................................)" "\\1\n" bytes "${bytes}")
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${bytes}")
+  set(arrays "${arrays}constexpr char ${name}[] = {\n${bytes}'\\0'};\n" PARENT_SCOPE)
+endfunction()
+
 set(arrays)
 set(entries)
 set(number 0)
 foreach(file IN LISTS FILES)
   file(RELATIVE_PATH path ${BASE} ${file})
-  file(READ ${file} bytes HEX)
-  string(REGEX REPLACE "(................................................................)" "\\1\n" bytes "${bytes}")
-  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${bytes}")
-  string(APPEND arrays "constexpr char bytes${number}[] = {\n${bytes}'\\0'};\n")
-  string(APPEND entries "  Entry{\"${path}\", {bytes${number}, sizeof bytes${number} - 1}},\n")
+  file(ARCHIVE_CREATE OUTPUT ${SOURCE}.gz PATHS ${file} FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+  add_array(plain${number} ${file})
+  add_array(gzip${number} ${SOURCE}.gz)
+  string(APPEND entries
+    "  Entry{\"${path}\", {plain${number}, sizeof plain${number} - 1}, {gzip${number}, sizeof gzip${number} - 1}},\n")
   math(EXPR number "${number} + 1")
 endforeach()
+file(REMOVE ${SOURCE}.gz)
 file(WRITE ${SOURCE} "#include <array>
 #include <span>
 #include <string_view>
-#include <utility>
 namespace virtualtv::embedded {
 namespace {
-using Entry = std::pair<std::string_view, std::string_view>;
+using Entry = std::array<std::string_view, 3>;
 ${arrays}constexpr std::array entries{
 ${entries}};
 }

@@ -122,4 +122,16 @@ bool isEncoded(const Head& head) {
                      [](std::string_view coding) { return !coding.empty() && !isSame(coding, "identity"); });
 }
 
+bool takesGzip(const Head& head) {
+  const std::string text = joined(valuesOf(head, http::field::accept_encoding));
+  const Texts codings = listIn(text);
+  return std::any_of(codings.begin(), codings.end(), [](std::string_view coding) {
+    const std::size_t end = std::min(coding.find(';'), coding.size());
+    std::string_view weight = coding.substr(end);
+    weight.remove_prefix(std::min(weight.find_first_not_of("; \tqQ="), weight.size()));
+    const bool isRefused = !weight.empty() && weight.find_first_not_of("0.") == std::string_view::npos;
+    return isSame(trimmed(coding.substr(0, end)), "gzip") && !isRefused;
+  });
+}
+
 }  // namespace virtualtv::net

@@ -24,5 +24,7 @@ Verdict refusalOfHead(const Head& head);
 bool isJson(const Head& head);
 /// True when the body has to be decoded, as one that is compressed.
 bool isEncoded(const Head& head);
+/// True when the answer may be compressed by gzip.
+bool takesGzip(const Head& head);
 
 }  // namespace virtualtv::net

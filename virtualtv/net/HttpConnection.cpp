@@ -120,9 +120,11 @@ Answer HttpConnection::pageOrFile(std::string_view path) const {
   if (path == "/openrpc.json") return {200, site_.calls().openRpc(), "application/json"};
   std::optional<File> file = fileAt(path, site_.access().origins());
   if (!file) return line(404, "there is nothing at this address");
-  Headers headers;
+  Headers headers{{"Vary", "Origin, Accept-Encoding"}};
   if (!file->policy.empty()) headers.emplace_back("Content-Security-Policy", std::move(file->policy));
-  return {200, std::string(file->content), file->type, std::move(headers)};
+  const bool isCompressed = takesGzip(parser_->get());
+  if (isCompressed) headers.emplace_back("Content-Encoding", "gzip");
+  return {200, std::string(isCompressed ? file->compressed : file->content), file->type, std::move(headers)};
 }
 
 void HttpConnection::takeCall() {

@@ -2,11 +2,11 @@
 
 #include <array>
 #include <span>
-#include <utility>
 
 namespace virtualtv::embedded {
 
-using Files = std::span<const std::pair<std::string_view, std::string_view>>;
+using Entry = std::array<std::string_view, 3>;  // path, content, the same by gzip
+using Files = std::span<const Entry>;
 extern const Files clientFiles;
 extern const Files pageFiles;
 
@@ -21,7 +21,7 @@ constexpr std::string_view pageFolder = "/page/";
 constexpr std::string_view apps = "/page/apps/";
 
 std::string_view typeOf(std::string_view name) {
-  constexpr std::array<std::pair<std::string_view, std::string_view>, 5> types{{
+  constexpr std::array<std::array<std::string_view, 2>, 5> types{{
       {".html", "text/html; charset=utf-8"},
       {".css", "text/css; charset=utf-8"},
       {".js", "text/javascript; charset=utf-8"},
@@ -43,14 +43,14 @@ std::string policyOf(std::string_view path, const std::vector<std::string>& orig
          "; object-src 'none'; base-uri 'none'; form-action 'none'";
 }
 
-std::optional<std::string_view> find(const embedded::Files& files, std::string_view name) {
-  for (const auto& [path, content] : files) {
-    if (path == name) return content;
+const embedded::Entry* find(const embedded::Files& files, std::string_view name) {
+  for (const embedded::Entry& entry : files) {
+    if (entry[0] == name) return &entry;
   }
-  return std::nullopt;
+  return nullptr;
 }
 
-std::optional<std::string_view> contentAt(std::string_view path) {
+const embedded::Entry* entryAt(std::string_view path) {
   if (path == "/") return find(embedded::pageFiles, "index.html");
   if (path.starts_with(pageFolder)) return find(embedded::pageFiles, path.substr(pageFolder.size()));
   return find(embedded::clientFiles, path.substr(path.starts_with('/') ? 1 : 0));
@@ -59,11 +59,12 @@ std::optional<std::string_view> contentAt(std::string_view path) {
 }  // namespace
 
 std::optional<File> fileAt(std::string_view path, const std::vector<std::string>& origins) {
-  const std::optional<std::string_view> content = contentAt(path);
-  if (!content) return std::nullopt;
-  const std::string_view type = path == "/" ? typeOf("index.html") : typeOf(path);
+  const embedded::Entry* const entry = entryAt(path);
+  if (entry == nullptr) return std::nullopt;
+  const auto& [name, content, compressed] = *entry;
+  const std::string_view type = typeOf(name);
   const bool isPage = type == typeOf(".html");
-  return File{type, *content, isPage ? policyOf(path, origins) : std::string()};
+  return File{type, content, compressed, isPage ? policyOf(path, origins) : std::string()};
 }
 
 }  // namespace virtualtv::net

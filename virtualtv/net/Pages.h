@@ -11,7 +11,8 @@ namespace virtualtv::net {
 struct File {
   std::string_view type;  ///< its media type
   std::string_view content;
-  std::string policy;  ///< what it may load and who may show it; empty where it is no page
+  std::string_view compressed;  ///< the same by gzip
+  std::string policy;           ///< what it may load and who may show it; empty where it is no page
 };
 
 /// A file that browsers load, by its path; nothing where there is none.
