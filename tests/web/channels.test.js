@@ -20,7 +20,7 @@ const main = async () => (await shown.tv.state()).windows.main
 test('lists all channels, with number, antenna, kind and marks', async () => {
   shown = await Console.open({size: {width: 1280, height: 4000}})
   await counts('81 channels')
-  await row('Granite Sport 1').getByText('5.1', {exact: true}).waitFor()
+  await row('Granite Sport 1').getByText('5-1', {exact: true}).waitFor()
   await row('Engineering Channel').getByText('locked').waitFor()
   await row('Night Ferry Jazz').getByText('hidden').waitFor()
   await row('Foghorn FM').getByText('radio').waitFor()

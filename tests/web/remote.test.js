@@ -58,7 +58,7 @@ test('a number without a minor one finds the first channel that has it', async (
   shown = await Console.open()
   await press('5')
   await press('OK')
-  await says('5.1 Granite Sport 1')
+  await says('5-1 Granite Sport 1')
 })
 
 test('channels up, down and back again', async () => {

@@ -1,5 +1,6 @@
 /* What the planes of a set show, read from its state: the picture or what stands in its place, and where it is drawn. */
 import {baseScreen, common, fitted, has} from './geometry.js'
+import {numberOf} from './services.js'
 
 /** @typedef {import('./geometry.js').Rect} Rect */
 /** @typedef {import('./geometry.js').Ratio} Ratio */
@@ -54,9 +55,6 @@ export const numbersText = ({x, y, width, height}) => `${x},${y},${width},${heig
 /** @param {any} picture */
 export const pictureText = picture => `${picture.width}x${picture.height}@${picture.rate}`
 
-/** @param {any} service */
-export const numberText = service => service.major === null ? '' : service.minor ? `${service.major}.${service.minor}` : String(service.major)
-
 /** @param {any[]} tracks @param {number} at @param {string} none */
 function trackText(tracks, at, none) {
   if (at < 0) return none
@@ -75,7 +73,7 @@ const cardOf = card => ({kind: 'message', seed: '', title: '', number: '', lines
 /** @param {any} window  of a state @param {string | undefined} kind  of its service, where it is known */
 function serviceCard({service, source, tvMode, tracks, picture}, kind) {
   const card = {
-    seed: service.id ?? `#${service.key} ${service.name}`, title: service.name || '(no name)', number: numberText(service),
+    seed: service.id ?? `#${service.key} ${service.name}`, title: service.name || '(no name)', number: numberOf(service),
     lines: [`${source.name ?? `Source ${source.number}`}, ${antennas[tvMode.antenna] ?? tvMode.antenna}`, tracksText(tracks)],
   }
   if (picture) return cardOf({...card, kind: 'service', rate: picture.rate})

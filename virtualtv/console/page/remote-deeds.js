@@ -25,7 +25,7 @@ async function tune(name, ...parameters) {
   return failure ? failed(failure) : {text: lineOf((await tv().state()).windows.main.service)}
 }
 
-/** Tunes to the first channel of a number, such as 4 or else 4.1. @param {string} digits @return {Promise<Outcome>} */
+/** Tunes to the first channel of a number, such as 4 or else 4-1. @param {string} digits @return {Promise<Outcome>} */
 export function tuneToNumber(digits) {
   return tune('SetChannel', Number(digits), anyMinor)
 }

@@ -1,7 +1,9 @@
-import {command, tv} from './act.js'
+import {complain, tv} from './act.js'
 import {h} from './dom.js'
 import {panes, showPane} from './panes.js'
 import {Part} from './part.js'
+import {tuneToService} from './remote-deeds.js'
+import {numberOf} from './services.js'
 import {store} from './store.js'
 
 const mostOfAKind = 6
@@ -63,9 +65,8 @@ class Search extends Part {
     const commands = store.get('commands').filter(({name}) => has(name, wanted)).map(({name, help}) => (
       {key: `command ${name}`, kind: 'command', name, more: help, open: () => showPane('Command', {command: name})}))
     // The server may not have answered for the last key yet.
-    const channels = this.#channels.filter(({name}) => has(name ?? '', wanted)).map(({id, key, name, major, minor}) => (
-      {key: `channel ${key}`, kind: 'channel', name: name || '(no name)', more: minor ? `${major}-${minor}` : `${major ?? ''}`,
-        open: () => { command('SetChannelByServiceid', id) }}))
+    const channels = this.#channels.filter(({name}) => has(name ?? '', wanted)).map(service => (
+      {key: `channel ${service.key}`, kind: 'channel', name: service.name || '(no name)', more: numberOf(service), open: () => { tune(service) }}))
     return [places, commands, channels].flatMap(found => found.slice(0, mostOfAKind))
   }
 
@@ -111,3 +112,9 @@ class Search extends Part {
   }
 }
 customElements.define('emp-search', Search)
+
+/** @param {any} service */
+async function tune(service) {
+  const {text, failed} = await tuneToService(service)
+  if (failed) complain('SetChannelByServiceid', text)
+}

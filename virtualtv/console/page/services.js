@@ -1,10 +1,10 @@
 /* How services are named. */
 import {h} from './dom.js'
 
-/** A service's number, as on the remote control. @param {{major?: number | null, minor?: number | null}} service */
+/** A service's number, written as the shell does. @param {{major?: number | null, minor?: number | null}} service */
 export function numberOf({major, minor}) {
   if (major === null || major === undefined) return ''
-  return minor ? `${major}.${minor}` : String(major)
+  return minor ? `${major}-${minor}` : String(major)
 }
 
 /** A name, told as such where there is none. @param {string | null | undefined} name */
