@@ -89,17 +89,19 @@ class App extends Part {
 
   #running() {
     const app = store.get('app')
-    if (!app) return null
+    const reload = () => app && appFrames.start(app.address, app.name)
     return [
       h('h3', null, 'Running'),
-      h('div', {class: 'app-now'},
-        h('strong', {class: 'name'}, app.name),
-        app.name !== app.address && h('code', {class: 'name dim cut', title: app.address}, app.address),
-        h('div', {role: 'status', class: 'app-state'}, this.#state(app.address))),
+      h('div', {class: ['app-now', app && 'is-on']},
+        app ? [
+          h('strong', {class: 'name'}, app.name),
+          h('code', {class: 'name dim cut', title: app.address}, app.address),
+          h('div', {role: 'status', class: 'app-state'}, this.#state(app.address)),
+        ] : h('p', {class: 'dim'}, 'No app. Start one of those below: it runs over the picture and gets the keys of the remote control.')),
       h('div', {class: 'row'},
-        h('button', {onclick: () => appFrames.start(app.address, app.name)}, 'Reload'),
-        h('button', {onclick: () => appFrames.close()}, 'Close app'),
-        h('button', {onclick: () => this.querySelector('dialog')?.showModal()}, 'Reload and reset the TV')),
+        h('button', {disabled: !app, onclick: reload}, 'Reload'),
+        h('button', {disabled: !app, onclick: () => appFrames.close()}, 'Close app'),
+        h('button', {disabled: !app, onclick: () => this.querySelector('dialog')?.showModal()}, 'Reload and reset the TV')),
     ]
   }
 
@@ -151,7 +153,7 @@ class App extends Part {
     event.preventDefault()
     const url = addressOf(this.#address)
     this.#problem = url ? await this.#problemOf(url) : `An address such as ${example}/ is wanted.`
-    if (url && !this.#problem) this.#start(url, url.href)
+    if (url && !this.#problem) this.#start(url, url.host)
     this.changed()
   }
 
