@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <unordered_map>
 
 namespace virtualtv::framework {
 
@@ -25,27 +26,34 @@ bool isMasked(std::string_view before, char letter) {
 
 /// One conversion of a format, as in "%-5ld".
 struct Conversion {
+  std::size_t sign = 0;       ///< where the '%' stands
+  std::size_t end = 0;        ///< behind it
   std::string_view layout;    ///< flags, width and precision; a star takes an argument
   std::string_view modifier;  ///< "l", "hh" and so on
   char letter = '\0';         ///< 'd', 's' and so on; 0 when the format ends inside
+  std::size_t stars = 0;      ///< in the layout
 
   bool isInteger() const { return std::string_view("diuoxXc").find(letter) != std::string_view::npos; }
   bool isFloat() const { return std::string_view("eEfFgGaA").find(letter) != std::string_view::npos; }
   bool isPrinted() const { return isInteger() || isFloat() || letter == 's' || letter == 'p'; }
 };
 
-std::string_view takeAnyOf(std::string_view letters, const char*& format) {
-  const char* const start = format;
-  while (*format != '\0' && letters.find(*format) != std::string_view::npos) ++format;
-  return {start, static_cast<std::size_t>(format - start)};
+std::string_view takeAnyOf(std::string_view letters, std::string_view& rest) {
+  const std::string_view taken = rest.substr(0, rest.find_first_not_of(letters));
+  rest.remove_prefix(taken.size());
+  return taken;
 }
 
-/// Reads the conversion behind a '%' and moves on behind it.
-Conversion takeConversion(const char*& format) {
+/// Reads the conversion whose '%' stands there.
+Conversion conversionAt(std::string_view format, std::size_t sign) {
   Conversion conversion;
-  conversion.layout = takeAnyOf("-+ #0123456789.*", format);
-  conversion.modifier = takeAnyOf("hlqjztL", format);
-  if (*format != '\0') conversion.letter = *format++;
+  std::string_view rest = format.substr(sign + 1);
+  conversion.layout = takeAnyOf("-+ #0123456789.*", rest);
+  conversion.modifier = takeAnyOf("hlqjztL", rest);
+  if (!rest.empty()) conversion.letter = rest.front();
+  conversion.sign = sign;
+  conversion.end = format.size() - rest.size() + (rest.empty() ? 0 : 1);
+  conversion.stars = static_cast<std::size_t>(std::count(conversion.layout.begin(), conversion.layout.end(), '*'));
   return conversion;
 }
 
@@ -93,6 +101,31 @@ std::size_t limitOf(std::string_view layout, int star) {
   return limit;
 }
 
+/// Copies the arguments of a conversion.
+template <typename Kept>
+void keep(const Conversion& conversion, Arguments& arguments, Kept& kept) {
+  int star = -1;
+  for (std::size_t stars = conversion.stars; stars > 0; --stars) {
+    star = arguments.next<int>();
+    kept.emplace_back(star);
+  }
+  if (conversion.letter == 's') {
+    const char* text = arguments.next<const char*>();
+    if (text == nullptr) text = "(null)";
+    kept.emplace_back(std::in_place_type<std::string>, text, ::strnlen(text, limitOf(conversion.layout, star)));
+  } else if (conversion.letter == 'p') {
+    kept.emplace_back(arguments.next<const void*>());
+  } else if (conversion.isInteger()) {
+    keepInteger(conversion.modifier, arguments, kept);
+  } else if (conversion.isFloat() && conversion.modifier == "L") {
+    kept.emplace_back(arguments.next<long double>());
+  } else if (conversion.isFloat()) {
+    kept.emplace_back(arguments.next<double>());
+  } else if (conversion.letter == 'n') {
+    arguments.next<void*>();
+  }
+}
+
 template <typename Value>
 std::string print(const std::string& spec, Value value) {
   const int length = std::snprintf(nullptr, 0, spec.c_str(), value);
@@ -130,38 +163,47 @@ std::string printed(const Conversion& conversion, Iterator& argument) {
   return conversion.letter == 'n' ? "" : spec;
 }
 
+/// A format as it was read.
+struct Format {
+  explicit Format(std::string_view written) : text(written) {
+    for (std::size_t sign = text.find('%'); sign != std::string::npos; sign = text.find('%', conversions.back().end)) {
+      conversions.push_back(conversionAt(text, sign));
+      arguments += conversions.back().stars + (conversions.back().isPrinted() ? 1 : 0);
+    }
+  }
+  Format(const Format&) = delete;
+  Format& operator=(const Format&) = delete;
+  ~Format() = default;
+
+  const std::string text;
+  std::vector<Conversion> conversions;  ///< which have views of the text
+  std::size_t arguments = 0;            ///< that it takes and keeps
+};
+
+/// Formats stand in the code, mostly, so each is read once and found again by its address.
+std::shared_ptr<const Format> formatAt(const char* written) {
+  constexpr std::size_t most = 4096;
+  static std::unordered_map<const char*, std::shared_ptr<const Format>> known;
+  const auto found = known.find(written);
+  if (found != known.end() && found->second->text == written) return found->second;
+  auto format = std::make_shared<const Format>(written);
+  if (found != known.end()) {
+    found->second = format;
+  } else if (known.size() < most) {
+    known.emplace(written, format);
+  }
+  return format;
+}
+
 }  // namespace
 
 Message::Message(const char* format, va_list list) {
   const auto content = std::make_shared<Content>();
-  content->format = format;
-  auto& kept = content->arguments;
+  const std::shared_ptr<const Format> read = formatAt(format);
+  content->format = read->text;
+  content->arguments.reserve(read->arguments);
   Arguments arguments(list);
-  for (const char* at = std::strchr(format, '%'); at != nullptr; at = std::strchr(at, '%')) {
-    constexpr std::size_t usual = 8;
-    if (kept.empty()) kept.reserve(usual);
-    const Conversion conversion = takeConversion(++at);
-    int star = -1;
-    for (auto stars = std::count(conversion.layout.begin(), conversion.layout.end(), '*'); stars > 0; --stars) {
-      star = arguments.next<int>();
-      kept.emplace_back(star);
-    }
-    if (conversion.isInteger()) {
-      keepInteger(conversion.modifier, arguments, kept);
-    } else if (conversion.isFloat() && conversion.modifier == "L") {
-      kept.emplace_back(arguments.next<long double>());
-    } else if (conversion.isFloat()) {
-      kept.emplace_back(arguments.next<double>());
-    } else if (conversion.letter == 's') {
-      const char* text = arguments.next<const char*>();
-      if (text == nullptr) text = "(null)";
-      kept.emplace_back(std::in_place_type<std::string>, text, ::strnlen(text, limitOf(conversion.layout, star)));
-    } else if (conversion.letter == 'p') {
-      kept.emplace_back(arguments.next<const void*>());
-    } else if (conversion.letter == 'n') {
-      arguments.next<void*>();
-    }
-  }
+  for (const Conversion& conversion : read->conversions) keep(conversion, arguments, content->arguments);
   content_ = content;
 }
 
@@ -188,19 +230,18 @@ std::string Message::masked() const {
 }
 
 std::string Message::rendered(bool masks) const {
-  const std::string& format = content_->format;
+  const Format read(content_->format);
+  const std::string_view format = read.text;
   std::string text;
   auto argument = content_->arguments.begin();
   std::size_t end = 0;  // of what is rendered
-  for (std::size_t sign = format.find('%'); sign != std::string::npos; sign = format.find('%', end)) {
-    text.append(format, end, sign - end);
-    const char* behind = format.c_str() + sign + 1;
-    const Conversion conversion = takeConversion(behind);
+  for (const Conversion& conversion : read.conversions) {
+    text += format.substr(end, conversion.sign - end);
     const std::string part = printed(conversion, argument);
-    text += masks && isMasked(std::string_view(format).substr(0, sign), conversion.letter) ? "*" : part;
-    end = static_cast<std::size_t>(behind - format.c_str());
+    text += masks && isMasked(format.substr(0, conversion.sign), conversion.letter) ? "*" : part;
+    end = conversion.end;
   }
-  return text.append(format, end);
+  return text += format.substr(end);
 }
 
 }  // namespace virtualtv::framework

@@ -79,7 +79,7 @@ Call Seam::begin(const Operation& operation, const Handle& handle) {
   call.sequence = ++sequence_;
   call.caller = caller_;
   call.operation = &operation;
-  if (!handle.profile.empty()) call.handle = std::string(handle.profile) + "#" + std::to_string(handle.number);
+  if (!handle.profile.empty()) call.handle.append(handle.profile).append("#").append(std::to_string(handle.number));
   if (const std::uint64_t milliseconds = latency(operation); milliseconds > 0 && delay_) delay_(milliseconds);
   return call;
 }
@@ -113,7 +113,7 @@ namespace detail {
 
 void append(std::string& list, std::string_view separator, const char* name, const std::string& value) {
   if (!list.empty()) list += separator;
-  if (*name != '\0') list += std::string(name) + "=";
+  if (*name != '\0') list.append(name).append("=");
   list += value;
 }
 

@@ -115,6 +115,21 @@ TEST_F(LogTest, AMessageKeepsWhatItWasGiven) {
   EXPECT_EQ(lines[0].message.text(), "[then]");
 }
 
+TEST_F(LogTest, AFormatIsReadAnewWhereAnotherOneStoodBefore) {
+  std::string format = "%d of %s";
+  CKELDebug::PrintLog(2, 0, format.c_str(), 1, "two");
+  format = "%s or %d";
+  CKELDebug::PrintLog(2, 0, format.c_str(), "one", 2);
+  CKELDebug::PrintLog(2, 0, format.c_str(), "three", 4);
+  format = "%d of %s";
+  CKELDebug::PrintLog(2, 0, format.c_str(), 5, "six");
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0].message.text(), "1 of two");
+  EXPECT_EQ(lines[1].message.text(), "one or 2");
+  EXPECT_EQ(lines[2].message.text(), "three or 4");
+  EXPECT_EQ(lines[3].message.text(), "5 of six");
+}
+
 TEST_F(LogTest, ReadsOfATextWithAPrecisionNoMoreThanThat) {
   const std::array<char, 3> endless{'a', 'b', 'c'};
   CKELDebug::PrintLog(2, 0, "%.3s|%.*s|%.s|%.0s", endless.data(), 2, endless.data(), endless.data(), endless.data());
