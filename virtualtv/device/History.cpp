@@ -82,8 +82,14 @@ History::Moment History::behind(std::uint64_t command, const Tv& tv) const {
   return moment;
 }
 
+Past History::before(std::uint64_t command, const Tv& tv) const {
+  Past past = behind(command, tv).set;
+  undo(*find(command), past, command);
+  return past;
+}
+
 /// Services that were replaced more than once are those before the first time.
-void History::undo(const Step& step, Past& past) {
+void History::undo(const Step& step, Past& past, std::uint64_t command) {
   const auto changeIn = [](const Happened& happening) { return std::get_if<Change>(&happening->what); };
   const auto replaces = [&](const Happened& happening) {
     const Change* const change = changeIn(happening);
@@ -92,6 +98,7 @@ void History::undo(const Step& step, Past& past) {
   const auto first = std::find_if(step.happenings.begin(), step.happenings.end(), replaces);
   for (auto happening = step.happenings.end(); happening != step.happenings.begin();) {
     --happening;
+    if (command != all && (*happening)->command != command) continue;
     const Change* const change = changeIn(*happening);
     if (change == nullptr || (happening != first && replaces(*happening))) continue;
     past.undo(*change, happening == first ? step.image : nullptr);

@@ -53,6 +53,9 @@ class History {
   /// The set right behind a command. @param tv  the set now. It outlives what is answered, which is to be used before
   /// anything happens. @throws std::invalid_argument when the command is not held.
   Moment behind(std::uint64_t command, const Tv& tv) const;
+  /// The same right before it, and before its engine was opened for it. What was done to the set from outside between
+  /// the command before and this one has happened by then.
+  Past before(std::uint64_t command, const Tv& tv) const;
 
   std::size_t size() const { return commands_.size(); }
   /// Number of the last command that is held; 0 where none is.
@@ -73,7 +76,9 @@ class History {
   bool isNeeded(const Happening& happening) const;
   std::deque<Step>::const_iterator find(std::uint64_t command) const;
   void keepBounds();
-  static void undo(const Step& step, Past& past);
+  static constexpr std::uint64_t all = 0;
+  /// @param command  undoes only what it caused; `all` for everything of the step.
+  static void undo(const Step& step, Past& past, std::uint64_t command = all);
 
   Bounds bounds_;
   std::deque<Step> commands_;  ///< by their numbers

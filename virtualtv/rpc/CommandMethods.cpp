@@ -86,7 +86,8 @@ void executeWithParamList(const Call& call, std::string& text) {
   run(call, givenWords(call), true, text);
 }
 
-/// What a command answers: its own kind of reply, or a number where that is a failure code.
+/// What a command answers: its own kind of reply, or a number where that is a failure code. A negative preset is one,
+/// too.
 std::string schemaOf(const CatalogueCommand& command) {
   Json::Value schema = json::read(result);
   schema["description"] = command.answerHelp;
@@ -94,6 +95,13 @@ std::string schemaOf(const CatalogueCommand& command) {
   kinds.append("int");
   if (command.reply != "int") kinds.append(command.reply);
   kinds.append("empty");
+  const auto addFailure = [&](int code, const std::string& means) {
+    Json::Value& told = schema["x-failures"].append(Json::objectValue);
+    told["value"] = code;
+    told["description"] = means;
+  };
+  for (const CatalogueCommand::Failure& failure : command.failures) addFailure(failure.code, failure.means);
+  if (command.preset.value_or(0) < 0) addFailure(*command.preset, command.presetMeans);
   return json::write(schema);
 }
 

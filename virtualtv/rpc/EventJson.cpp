@@ -1,6 +1,7 @@
 #include "rpc/EventJson.h"
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <optional>
 #include <string>
@@ -238,6 +239,11 @@ void putLog(const Event& log, Json::Value& json) {
   json["omitted"] = Json::UInt64{count - std::min(count, mostMessages)};
 }
 
+/// Since 1970.
+Json::Int64 millisecondsOf(std::chrono::system_clock::time_point time) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
+}
+
 }  // namespace
 
 std::string_view topicOf(const device::Happening& happening) {
@@ -254,6 +260,7 @@ Json::Value jsonOf(device::Device& device, const Event& event) {
   json["number"] = Json::UInt64{event.number};
   json["topic"] = std::string(event.topic);
   json["revision"] = Json::UInt64{event.revision};
+  if (event.topic != "call" && event.topic != "log") json["time"] = millisecondsOf(event.time);
   if (event.command != 0) json["command"] = Json::UInt64{event.command};
   if (event.what != nullptr) {
     json["session"] = event.session;

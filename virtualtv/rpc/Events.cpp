@@ -86,6 +86,7 @@ Event Events::eventOf(const std::shared_ptr<const device::Happening>& happening)
   event.topic = topicOf(*happening);
   event.revision = happening->revision;
   event.command = commandOf(*happening);
+  event.time = happening->time;
   event.happenings.push_back(happening);
   return event;
 }

@@ -2,6 +2,7 @@
 
 #include <json/json.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -37,6 +38,7 @@ struct Event {
   std::string_view topic;
   std::uint64_t command = 0;  ///< the server's number of the command that it belongs to, 0 for none
   std::uint64_t revision = 0;
+  std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
   /// What happened; several are the log messages of a command.
   std::vector<std::shared_ptr<const device::Happening>> happenings;
   std::string session;                      ///< of an event of the topic `session`

@@ -68,7 +68,7 @@ Json::Value schemaOf(const Topic& topic) {
   json["description"] = std::string(topic.help);
   json["properties"] = json::read(topic.schema);
   json["properties"]["topic"]["const"] = std::string(topic.name);
-  for (const char* const name : {"number", "revision", "command"}) json["properties"][name]["type"] = "integer";
+  for (const char* const name : {"number", "revision", "command", "time"}) json["properties"][name]["type"] = "integer";
   for (const char* const name : {"number", "topic", "revision"}) json["required"].append(name);
   return json;
 }

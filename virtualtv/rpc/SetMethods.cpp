@@ -50,8 +50,14 @@ Json::Value state(const Call& call) {
 }
 
 Json::Value snapshot(const Call& call) {
+  device::Device& device = call.core.device();
   Json::Value answer;
-  answer["snapshot"] = documentOf(call.core.device().tv().snapshot());
+  if (call.params.has("before")) {
+    const auto command = static_cast<std::uint64_t>(call.params.number("before", notNegative));
+    answer["snapshot"] = documentOf(device.history()->before(command, device.tv()).snapshot());
+  } else {
+    answer["snapshot"] = documentOf(device.tv().snapshot());
+  }
   return answer;
 }
 
@@ -225,7 +231,8 @@ const std::array rows{
     Method{"tv.state", "tell the whole set as one document", {}, stateSchema, state},
     Method{"tv.snapshot",
            "tell all that the set persists",
-           {},
+           {{"before", R"({"type": "integer", "minimum": 1})",
+             "as it was right before the command of that number, held as for tv.why; without it, as it is"}},
            R"({"type": "object", "required": ["snapshot"], "properties": {"snapshot": {"type": "object"}}})",
            snapshot},
     Method{"tv.restore",

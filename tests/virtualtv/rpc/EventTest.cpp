@@ -63,6 +63,26 @@ TEST_F(EventsTest, SayWhatChangedFromWhatToWhat) {
   EXPECT_FALSE(events[0].isMember("command"));
 }
 
+TEST_F(EventsTest, TellWhenTheyHappened) {
+  const auto now = [] {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+  };
+  subscribe(client, R"([["*"]])");
+  const auto before = now();
+  client.run("SetChannel", json("[3,0]"));
+  client.result("tv.set", json(R"(["region", 9])"));
+  for (const Json::Value& event : client.events()) {
+    const std::string topic = event["topic"].asString();
+    if (topic == "call" || topic == "log") {
+      EXPECT_FALSE(event.isMember("time")) << event;
+      continue;
+    }
+    EXPECT_GE(event["time"].asInt64(), before) << event;
+    EXPECT_LE(event["time"].asInt64(), now()) << event;
+  }
+}
+
 TEST_F(EventsTest, CountUpByOneOverAllTopics) {
   Json::UInt64 last = subscribe(client, R"([["*"]])")["number"].asUInt64();
   client.run("SetChannel", json("[3,0]"));

@@ -186,6 +186,22 @@ TEST_F(HistoryMethods, GoBackToTheSetBehindACommand) {
       << "still held";
 }
 
+TEST_F(HistoryMethods, TellWhatTheSetPersistedBeforeACommand) {
+  const auto snapshot = [&](const char* params) { return client.result("tv.snapshot", json(params))["snapshot"]; };
+  const Json::Value fresh = snapshot("{}");
+  client.run("SetChannel", json("[3,0]"));
+  client.result("tv.set", json(R"(["region", 9])"));
+  client.result("tv.import", json(R"(["A;B:562000:B8C23D0M64T8G8Y0:T:27500:101=2:102=deu@4:0:0:7:8468:517:0\n"])"));
+  const Json::Value second = snapshot("{}");
+  client.run("SetSource", json("[31]"));
+  client.result("tv.reset");
+  EXPECT_EQ(snapshot(R"({"before": 1})"), fresh) << "before the engine was opened";
+  EXPECT_EQ(snapshot(R"({"before": 2})"), second) << "behind what was done from outside";
+  EXPECT_EQ(snapshot("{}"), fresh);
+  EXPECT_EQ(reasonOf(client.call("tv.snapshot", json(R"({"before": 3})"))), "command 3 is not held");
+  EXPECT_EQ(codeOf(client.call("tv.snapshot", json(R"({"before": -1})"))), -32602);
+}
+
 TEST_F(HistoryMethods, RefuseCommandsThatAreNotHeld) {
   client.run("GetTVMode");
   for (const char* const method : {"tv.why", "tv.history", "tv.goBack"}) {

@@ -54,9 +54,9 @@ std::string reference() {
     const bool isOfCatalogue = method->write == commands.front().write;
     if (!isOfCatalogue) describe(page, *method);
   }
-  page
-      << "\n# Topics\n\nEach event has `number`, `topic`, `revision`, where it belongs to a command `command`, and:\n\n"
-         "| Topic | What happened | Members |\n| --- | --- | --- |\n";
+  page << "\n# Topics\n\nEach event has `number`, `topic`, `revision`, where it belongs to a command `command`, unless "
+          "it is a call or log messages `time` in milliseconds since 1970, and:\n\n"
+          "| Topic | What happened | Members |\n| --- | --- | --- |\n";
   for (const Topic& topic : topics()) {
     page << "| `" << topic.name << "` | " << topic.help << " | `" << inOneLine(topic.schema) << "` |\n";
   }

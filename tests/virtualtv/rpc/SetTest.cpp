@@ -192,5 +192,22 @@ TEST_F(SetMethods, AreAllDescribed) {
   EXPECT_EQ(described.size(), methods().size());
 }
 
+TEST_F(SetMethods, AreDescribedWithTheFailureCodesOfCommands) {
+  const Json::Value document = result("rpc.discover");
+  const auto failuresOf = [&](const char* name) {
+    for (const Json::Value& method : document["methods"]) {
+      if (method["name"] == name) return method["result"]["schema"]["x-failures"];
+    }
+    return Json::Value();
+  };
+  const Json::Value window = failuresOf("window.SetWindow");
+  ASSERT_EQ(window.size(), 1U);
+  EXPECT_EQ(window[0]["value"], 0);
+  EXPECT_TRUE(window[0]["description"].asString().starts_with("Another connection")) << window;
+  const Json::Value mode = failuresOf("window.GetTVMode");
+  ASSERT_EQ(mode.size(), 1U) << "what is answered where the set tells nothing";
+  EXPECT_EQ(mode[0]["value"], -1);
+}
+
 }  // namespace
 }  // namespace virtualtv::rpc
