@@ -215,6 +215,28 @@ test('a listener gets the state, then the events of its topic that come behind i
   assert.deepEqual(all.map(event => [event.topic, event.number]), [['*', 8], ['source', 9], ['mode', 10]])
 })
 
+test('a listener is told what happened before it where it asks for that', async () => {
+  peer.answers['events.subscribe'] = {server: 'first run', number: 9, state: {asOf: 9}}
+  await connected()
+  const seen = []
+  const {ready} = tv.on('mode', event => seen.push([event.number, event.state]), {after: 6})
+  await ready
+  assert.deepEqual(peer.calls.at(-1).params, {topics: ['mode'], after: 6})
+  for (const number of [6, 7, 9, 10, 10]) peer.send({method: 'event', params: {topic: 'mode', number}})
+  await until(() => seen.length >= 4)
+  assert.deepEqual(seen, [[9, {asOf: 9}], [7, undefined], [9, undefined], [10, undefined]])
+})
+
+test('a listener that asks for events that are not held any more is told those from now on', async () => {
+  peer.answers['events.subscribe'] = {server: 'first run', number: 9, state: {asOf: 9}, resync: true}
+  await connected()
+  const seen = []
+  await tv.on('mode', event => seen.push([event.number, event.resync]), {after: 6}).ready
+  for (const number of [8, 10]) peer.send({method: 'event', params: {topic: 'mode', number}})
+  await until(() => seen.length >= 2)
+  assert.deepEqual(seen, [[9, undefined], [10, undefined]])
+})
+
 test('events that come in one piece with the answer are not lost', async () => {
   peer.answers['events.subscribe'] = undefined
   await connected()

@@ -162,9 +162,10 @@ export interface Tv {
   call(method: string, params?: object | unknown[]): Promise<any>
   /**
    * Listens to a topic: the present state first, then each change. After a broken connection it goes on with the events
-   * that were missed.
+   * that were missed. `after` is the number of an event: those behind it that the server holds are told, too, behind the
+   * present state. It counts for the first listener of a connection.
    */
-  on(topic: Topic, listener: (event: TvEvent) => void): Unsubscribe
+  on(topic: Topic, listener: (event: TvEvent) => void, options?: {after?: number}): Unsubscribe
   /** Listens to the connection itself: whether it is there, then each change. */
   on(topic: 'connection', listener: (event: ConnectionEvent) => void): Unsubscribe
   /** Ends the connection, and with it the session. Calls under way fail. */
@@ -193,7 +194,8 @@ export interface Tv {
   sessions(): Promise<Session[]>
   restart(): Promise<Revision>
   reset(): Promise<Revision>
-  snapshot(): Promise<Snapshot>
+  /** @param before  the number of a command: as it was right before that; as it is without it */
+  snapshot(before?: number): Promise<Snapshot>
   restore(snapshot: Snapshot): Promise<Revision>
   /** All about a command, by the number that its events carry; without one, about the last of this session. */
   why(command?: number): Promise<Why>

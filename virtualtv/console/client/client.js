@@ -233,7 +233,7 @@ class Wire {
 /** The events that the app listens to: subscribed anew on each connection, from the last one on that was told. */
 class Events {
   #wire
-  #listeners = new Set()  // {topic, listener, from, settle, fail}; from is the number of the state that it was given
+  #listeners = new Set()  // {topic, listener, after, from, settle, fail}; from is the number that it has all before
   #last  // the number of the last event, or of the first state
   #server  // whose numbers these are
 
@@ -241,8 +241,8 @@ class Events {
     this.#wire = wire
   }
 
-  on(topic, listener) {
-    const entry = {topic, listener}
+  on(topic, listener, {after} = {}) {
+    const entry = {topic, listener, after}
     const ready = new Promise((settle, fail) => Object.assign(entry, {settle, fail}))
     ready.catch(() => {})
     this.#listeners.add(entry)
@@ -258,11 +258,12 @@ class Events {
   }
 
   take(event) {
-    if (!(event.number > this.#last)) return
-    this.#last = event.number
+    if (event.number > this.#last) this.#last = event.number
     for (const entry of [...this.#listeners]) {
       const isMeant = entry.topic === '*' || entry.topic === event.topic
-      if (isMeant && event.number > entry.from && this.#listeners.has(entry)) tell(entry.listener, event)
+      if (!isMeant || !(event.number > entry.from) || !this.#listeners.has(entry)) continue
+      entry.from = event.number
+      tell(entry.listener, event)
     }
   }
 
@@ -272,11 +273,13 @@ class Events {
   }
 
   #subscribe(entry) {
-    this.#send('events.subscribe', {topics: [entry.topic]}, answer => {
+    const {topic, after} = entry
+    this.#send('events.subscribe', {topics: [topic], ...after !== undefined && {after}}, answer => {
+      const from = after === undefined || answer.resync ? answer.number : after
       const isFirst = ![...this.#listeners].some(other => other.from !== undefined)
-      if (isFirst) this.#last = answer.number
+      if (isFirst) this.#last = from
       this.#server = answer.server
-      this.#present(entry, answer)
+      this.#present(entry, answer, from)
     }, error => {
       this.#listeners.delete(entry)
       entry.fail(error)
@@ -295,10 +298,10 @@ class Events {
   }
 
   /** Gives a listener the whole state, at first or because the events since the last one are not held any more. */
-  #present(entry, {number, server, state}) {
+  #present(entry, {number, server, state}, from = number) {
     if (!this.#listeners.has(entry)) return
     const resync = entry.from !== undefined
-    entry.from = number
+    entry.from = from
     tell(entry.listener, {topic: entry.topic, number, server, state, ...resync && {resync}})
     entry.settle()
   }
@@ -373,9 +376,9 @@ class Tv {
     return executed(await this.call('window.executeWithParamList', {name, parameters: parametersOf(parameters)}))
   }
 
-  on(topic, listener) {
+  on(topic, listener, options) {
     if (typeof listener !== 'function') throw new TypeError(`a function is wanted that listens to '${topic}'`)
-    if (topic !== 'connection') return this.#events.on(topic, listener)
+    if (topic !== 'connection') return this.#events.on(topic, listener, options)
     this.#watchers.add(listener)
     tell(listener, {connected: this.connected})
     return Object.assign(() => { this.#watchers.delete(listener) }, {ready: Promise.resolve()})
@@ -404,7 +407,7 @@ class Tv {
   async sessions() { return (await this.call('tv.sessions')).sessions }
   restart() { return this.call('tv.restart') }
   reset() { return this.call('tv.reset') }
-  async snapshot() { return (await this.call('tv.snapshot')).snapshot }
+  async snapshot(before) { return (await this.call('tv.snapshot', before === undefined ? {} : {before})).snapshot }
   restore(snapshot) { return this.call('tv.restore', {snapshot}) }
   why(command) { return this.call('tv.why', {command}) }
   history(command) { return this.call('tv.history', {command}) }

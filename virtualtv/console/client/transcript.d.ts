@@ -1,5 +1,22 @@
 /** Transcripts on anything that has the plug-in's `Execute`: a virtual TV, an app's own object, a real set's. */
 
+/** What `window.execute` answers. */
+export interface Reply {
+  accepted: boolean
+  kind: 'int' | 'ascii' | 'unicode' | 'empty'
+  value?: number | string
+  /** UTF-16 units, where the value can't hold them. */
+  units?: number[]
+  /** Bytes in base64, where they are no UTF-8. */
+  bytes?: string
+}
+
+/** Splits a line into words as the shell does; undefined where a quote is open, or the like. */
+export function splitWords(line: string): string[] | undefined
+
+/** A reply as a transcript shows it, line by line. */
+export function replyLines(reply: Reply): string[]
+
 export interface TranscriptPlugin {
   /** Number or text; may be a promise. */
   Execute(name: string, ...parameters: string[]): unknown

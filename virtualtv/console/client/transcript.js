@@ -102,6 +102,47 @@ function show(value, like) {
   return like.isRefused ? [`refused ${shown[0]}`, ...shown.slice(1)] : shown
 }
 
+/** A reply as a transcript shows it, line by line. @param reply  what `window.execute` answers: {accepted, kind, value} */
+export function replyLines({accepted, kind, value, units, bytes}) {
+  if (kind === 'empty') return [accepted ? 'empty' : 'refused']
+  const shown = kind === 'int' ? [`int ${value}`]
+    : kind === 'unicode' ? showUnicode(units ? units.map(unit => String.fromCharCode(unit)).join('') : value)
+      : bytes === undefined ? showAscii(value) : showBytes(bytes)
+  return accepted ? shown : [`refused ${shown[0]}`, ...shown.slice(1)]
+}
+
+/** A text that is no UTF-8. @param bytes  in base64 */
+function showBytes(bytes) {
+  const all = Array.from(atob(bytes), byte => byte.charCodeAt(0))
+  const lines = [[]]
+  for (const byte of all) byte === 10 ? lines.push([]) : lines.at(-1).push(byte)
+  const ended = all.at(-1) === 10
+  if (ended) lines.pop()
+  return ['ascii |', ...lines.map((line, at) => {
+    const isLast = at === lines.length - 1 && !ended
+    return (line.length > 0 ? '| ' : '|') + lineOfBytes(line) + (isLast ? '\\' : '')
+  })]
+}
+
+/** What can be read of a line of bytes is shown as it is, all else as `\xNN`. */
+function lineOfBytes(bytes) {
+  let line = ''
+  for (let at = 0; at < bytes.length;) {
+    const length = [1, 2, 3, 4].find(count => isCharacter(bytes.slice(at, at + count)))
+    line += length ? printable(new TextDecoder('utf-8', {ignoreBOM: true}).decode(Uint8Array.from(bytes.slice(at, at + length)))) : `\\x${hex(bytes[at], 2)}`
+    at += length ?? 1
+  }
+  return line.endsWith('\\') ? `${line.slice(0, -1)}\\x5C` : line
+}
+
+function isCharacter(bytes) {
+  try {
+    return [...new TextDecoder('utf-8', {fatal: true, ignoreBOM: true}).decode(Uint8Array.from(bytes))].length === 1
+  } catch {
+    return false
+  }
+}
+
 /** How many of the lines behind an input are the reply; calls and log messages may follow. */
 function replyLength(lines) {
   if (!/^(refused )?ascii \|$/.test(lines[0] ?? '')) return Math.min(1, lines.length)
