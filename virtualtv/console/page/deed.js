@@ -2,12 +2,25 @@
 
 /** @param {unknown} value  a word of a transcript, quoted where it needs to be */
 export function word(value) {
-  const text = String(value)
+  const text = String(value).replace(/[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/g, '\ufffd')
   if (/^[\w@%+=:,./-]+$/.test(text)) return text
-  if (/[\u0000-\u001f\u007f]/.test(text)) {
-    return `$'${text.replace(/['\\]/g, '\\$&').replace(/[\u0000-\u001f\u007f]/g, unit => `\\x${unit.charCodeAt(0).toString(16).padStart(2, '0')}`)}'`
-  }
-  return `'${text.replaceAll("'", "'\\''")}'`
+  if (/[\0-\x1f\x7f-\x9f]/.test(text)) return `$'${text.replace(/['\\]/g, '\\$&').replace(/[\0-\x1f\x7f-\x9f]/g, bytesOf)}'`
+  return `'${text.replaceAll("'", "'\\''").replaceAll('\\x', "\\''x")}'`
+}
+
+/** @param {string} unit  as bytes that a transcript can show */
+function bytesOf(unit) {
+  return Array.from(new TextEncoder().encode(unit), byte => `\\x${byte.toString(16).toUpperCase().padStart(2, '0')}`).join('')
+}
+
+/** The name of a command as the first word of a line, which must not be taken for anything else. @param {string} name */
+function firstWord(name) {
+  return /^[.+>]/.test(word(name)) ? `'${name}'` : word(name)
+}
+
+/** A command in a transcript. @param {string} name @param {any[]} parameters @param {boolean} isList */
+export function commandLine(name, parameters, isList = false) {
+  return [isList ? '>+' : '>', firstWord(name), ...parameters.map(word)].join(' ')
 }
 
 /** @param {any} params  in their order */
@@ -28,9 +41,13 @@ const dotCommands = {
   'tv.run': ({line}) => line,
 }
 
+/** Methods that take any command's name. @param {string} method */
+const isByName = method => method === 'window.execute' || method === 'window.executeWithParamList'
+
 /** The line of a transcript that does the same; undefined where there is none. @param {string} method @param {any} params */
 export function transcriptLine(method, params) {
-  if (method.startsWith('window.')) return ['>', method.slice('window.'.length), ...valuesOf(params).map(word)].join(' ')
+  if (isByName(method)) return commandLine(params.name, params.parameters ?? [], method.endsWith('List'))
+  if (method.startsWith('window.')) return commandLine(method.slice('window.'.length), valuesOf(params))
   const line = dotCommands[method]?.(params)
   return line && `> ${line}`
 }
@@ -43,6 +60,11 @@ export function message(method, params) {
 /** The same with the JavaScript client. @param {string} method @param {any} params */
 export function clientCode(method, params) {
   const literal = (/** @type {any} */ value) => JSON.stringify(value)
+  if (isByName(method)) {
+    const {name, parameters = []} = params
+    return method.endsWith('List') ? `await tv.executeWithParamList(${literal(name)}, ${literal(parameters)})`
+      : `await tv.Execute(${[name, ...parameters].map(literal).join(', ')})`
+  }
   if (method.startsWith('window.')) return `await tv.${method}(${valuesOf(params).map(literal).join(', ')})`
   return `await tv.call(${literal(method)}, ${literal(params)})`
 }

@@ -4,8 +4,11 @@
  */
 import {store} from './store.js'
 import {timeline} from './timeline-log.js'
+import {completeTimeline} from './timeline-past.js'
 
 /** @typedef {import('../client.js').Tv} Tv */
+
+const mostBefore = 2000  // events from before the page was opened
 
 const stateTopics = new Set(['source', 'service', 'mode', 'plane', 'tracks', 'favourites', 'services', 'inputs', 'knob'])
 
@@ -53,7 +56,7 @@ export function feed(tv) {
     if (topic === 'settings') ask.settings()
   }
 
-  tv.on('*', event => {
+  const listener = (/** @type {import('../client.js').TvEvent} */ event) => {
     timeline.take(event)
     store.set('timeline', timeline.version)
     if (event.state === undefined) return take(event.topic)
@@ -61,9 +64,27 @@ export function feed(tv) {
     store.set('services', store.get('services') + 1)
     for (const question of [ask.sessions, ask.faults, ask.settings]) question()
     if (store.get('knobs')) ask.knobs()
-  })
+  }
+  listen(tv, listener)
   tv.on('connection', ({connected, reason}) => store.set('connection', {connected, reason, since: Date.now()}))
   describe(tv).catch(error => store.set('connection', {...store.get('connection'), reason: error.message}))
+}
+
+/**
+ * Listens to all that happens, and to the last of what happened before, as far as the server holds it.
+ * @param {Tv} tv @param {(event: import('../client.js').TvEvent) => void} listener
+ */
+async function listen(tv, listener) {
+  let after
+  let number = 0
+  try {
+    number = (await tv.call('events.subscribe', {topics: []})).number
+    after = Math.max(0, number - mostBefore)
+  } catch {
+    // The connection broke: the next one tells what happens from then on.
+  }
+  const {ready} = tv.on('*', listener, {after})
+  await ready.then(() => completeTimeline(tv, number), () => {})
 }
 
 /** What does not change while the server runs. @param {Tv} tv */
@@ -74,9 +95,10 @@ async function describe(tv) {
 }
 
 /** @param {any} method  of the OpenRPC document */
-function commandOf({name, summary, description, params}) {
+function commandOf({name, summary, description, params, result}) {
   return {
     name: name.slice('window.'.length), help: description ?? summary ?? '',
+    answers: result.schema.description ?? '', failures: result.schema['x-failures'] ?? [],
     parameters: params.map((/** @type {any} */ parameter) => ({
       name: parameter.name, help: parameter.description ?? parameter.summary ?? '', schema: parameter.schema})),
   }

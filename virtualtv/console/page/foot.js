@@ -1,22 +1,8 @@
+import {copy} from './clipboard.js'
 import {clientCode, message, transcriptLine} from './deed.js'
 import {h} from './dom.js'
 import {Part} from './part.js'
 import {store} from './store.js'
-
-/** Puts a text on the clipboard. @param {string} text */
-export async function copy(text) {
-  try {
-    await navigator.clipboard.writeText(text)
-  } catch {
-    // A page that is no secure context has no clipboard of that kind.
-    const field = document.createElement('textarea')
-    field.value = text
-    document.body.append(field)
-    field.select()
-    document.execCommand('copy')
-    field.remove()
-  }
-}
 
 /** The last deed of the page: what it was, what went wrong, and how to write it down. */
 class Foot extends Part {

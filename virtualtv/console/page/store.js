@@ -13,7 +13,7 @@
  * @property {any[]} faults  as `tv.faults` lists them
  * @property {any[]} settings  as `tv.settings` lists them
  * @property {any} knobs  as `tv.knobs` lists them; null until somebody wants them
- * @property {any[]} commands  the plug-in's commands: {name, help, parameters: [{name, help, schema}]}
+ * @property {any[]} commands  the plug-in's commands: {name, help, answers, failures: [{value, description}], parameters: [{name, help, schema}]}
  * @property {any[]} operations  as `tv.operations` lists them
  * @property {number} timeline  counts up when the timeline changes
  * @property {any} deed  what the page did last: {method, params, error}

@@ -2,54 +2,152 @@
  * What has happened on the TV, as the timeline shows it: the commands of all clients, each with what belongs to it, and what
  * changed the set from outside. Holds the last ones only.
  */
+import {shortName} from './timeline-outside.js'
 
-const mostEntries = 10_000
+export const mostEntries = 10_000
 
 /**
  * @typedef {object} Entry
- * @property {number} number  of its event
- * @property {string} topic  `command`, or what happened from outside
- * @property {number} time  when it was told, ms
+ * @property {number} id  counts up over all entries
+ * @property {string} topic  `command`, what happened from outside, or `resync`
+ * @property {number} time  ms since 1970
  * @property {number} [command]  the command's number, for `tv.why` and the like
+ * @property {string} server  whose number that is
  * @property {any} event  as it was told
- * @property {any[]} calls  the `call` events of the command
- * @property {any[]} changes  other events of the command
+ * @property {any[]} calls  the `call` events of the command, or of the engine that was opened
+ * @property {any[]} changes  other events of it
  * @property {any[]} log  its log lines
+ * @property {any} [whole]  what `tv.why` tells, once it was asked
  */
 
-class TimelineLog {
+/** Which engines a session has: their names in events of the topic `engine`. @param {any} event  of a command */
+export const engineOf = event => event.session ? `${event.session}:${event.engine}` : event.engine
+
+/** @param {string} topic */
+const isDetail = topic => topic === 'call' || topic === 'log'
+
+export class TimelineLog {
   /** @type {Entry[]} */
   entries = []
   version = 0
+  /** How many entries were let go of. */
+  gone = 0
+  /** Application ids by engine. @type {Map<string, string>} */
+  applications = new Map()
+  /** The windows that engines have selected, where that is not the main one. @type {Map<string, string>} */
+  windows = new Map()
+  /** What the filters offer. */
+  seen = {clients: new Set(), commands: new Set(), interfaces: new Set()}
+  server = ''
+  /** Number of the last event. */
+  last = 0
+  #id = 0
   /** Events of commands that have not ended yet, by number of the command. @type {Map<number, any[]>} */
   #open = new Map()
+  /** Events of an engine that is being opened or closed. @type {any[]} */
+  #opening = []
 
   /** @param {any} event  of any topic */
   take(event) {
-    if (event.state !== undefined) return
-    if (event.command !== undefined && event.topic !== 'command') {
+    if (event.state !== undefined) return this.#begin(event)
+    this.last = event.number
+    if (event.topic === 'command') {
+      this.#add(event, this.#open.get(event.command) ?? [])
+      this.#open.delete(event.command)
+    } else if (event.command !== undefined) {
       const events = this.#open.get(event.command)
       if (events) events.push(event)
       else this.#open.set(event.command, [event])
-      return
+    } else {
+      this.#takeFromOutside(event)
     }
-    const events = this.#open.get(event.command) ?? []
-    this.#open.delete(event.command)
-    this.#add(event, events)
+  }
+
+  /** The state as a subscription starts, or where events were missed. @param {any} event */
+  #begin(event) {
+    const isAnother = this.server !== '' && this.server !== event.server
+    if (isAnother) this.windows.clear()
+    this.server = event.server
+    this.#open.clear()
+    this.#opening = []
+    if (event.resync) this.#add({topic: 'resync', number: event.number, isAnother}, [])
+  }
+
+  /** What happens outside of commands. What an engine does while it is opened belongs to its opening. @param {any} event */
+  #takeFromOutside(event) {
+    if (event.topic === 'engine') {
+      this.#add(event, this.#opening)
+      this.#opening = []
+      this.#takeEngine(event)
+    } else if (event.topic === 'log' && this.#opening.length === 0) {
+      const engine = this.entries.slice(-5).findLast(({topic}) => topic === 'engine')
+      if (engine) engine.log.push(...event.lines)
+      else this.#add(event, [event])
+    } else if (isDetail(event.topic) || (event.topic === 'settings' && this.#opening.length > 0)) {
+      this.#opening.push(event)
+    } else {
+      const [first, ...more] = this.#opening
+      if (first) this.#add(first, [first, ...more])
+      this.#opening = []
+      this.#add(event, [])
+    }
+  }
+
+  /** @param {any} event */
+  #takeEngine({what, engine, appId}) {
+    this.windows.delete(engine)
+    if (what === 'opened') this.applications.set(engine, appId)
   }
 
   /** @param {any} event @param {any[]} events  what belongs to it */
   #add(event, events) {
-    this.entries.push({
-      number: event.number, topic: event.topic, time: Date.now(), command: event.command, event,
+    const entry = {
+      id: ++this.#id, topic: event.topic, time: event.time ?? Date.now(), command: event.command, server: this.server, event,
       calls: events.filter(({topic}) => topic === 'call'),
       log: events.filter(({topic}) => topic === 'log').flatMap(({lines}) => lines),
-      changes: events.filter(({topic}) => topic !== 'call' && topic !== 'log'),
-    })
-    if (this.entries.length > mostEntries * 1.1) this.entries.splice(0, this.entries.length - mostEntries)
+      changes: events.filter(({topic}) => !isDetail(topic)),
+    }
+    this.entries.push(entry)
+    if (this.entries.length > mostEntries * 1.1) {
+      this.gone += this.entries.length - mostEntries
+      this.entries.splice(0, this.entries.length - mostEntries)
+    }
+    ++this.version
+    if (entry.topic === 'command') this.#note(entry)
+  }
+
+  /** What filters offer, and the window that the engine works on from now on. @param {Entry} entry */
+  #note({event, calls}) {
+    this.seen.clients.add(this.clientOf(event))
+    this.seen.commands.add(event.name)
+    for (const {operation} of calls) this.seen.interfaces.add(interfaceOf(operation))
+    if (event.name !== 'SetWindow' || !event.reply?.accepted) return
+    const isPip = /^\s*[+-]?0*[1-9]/.test(event.parameters[0] ?? '')
+    this.windows.set(engineOf(event), isPip ? 'pip' : 'main')
+  }
+
+  /** What the calls of a command are, where they were not listened to when it ran. @param {Entry} entry @param {any} whole */
+  complete(entry, whole) {
+    entry.whole = whole
+    if (entry.calls.length > 0 || entry.log.length > 0) return
+    entry.calls = whole.calls.map((/** @type {string} */ call) => ({
+      call, operation: call.replace(/\[[^\]]*\]/, '').replace(/\(.*/s, ''), fault: call.endsWith(' [fault]')}))
+    entry.log = whole.log
+    for (const {operation} of entry.calls) this.seen.interfaces.add(interfaceOf(operation))
     ++this.version
   }
+
+  /** Who a command is of: the application's id, else the session's name without its run. @param {any} event */
+  clientOf(event) {
+    const application = this.applications.get(engineOf(event))
+    const name = application || shortName(event.session ?? '')
+    const engine = event.engine === 'main' || !event.session ? '' : `:${event.engine}`
+    return (name || '(no name)') + engine
+  }
 }
+
+/** @param {string} operation  as in `IServiceNavigation::GetTvMode` */
+export const interfaceOf = operation => operation.split('::')[0]
 
 /** The timeline of this page. */
 export const timeline = new TimelineLog()

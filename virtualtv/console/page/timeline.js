@@ -1,9 +1,155 @@
-import {h} from './dom.js'
+import {draw, h} from './dom.js'
+import './export-dialog.js'
+import './list.js'
 import {Part} from './part.js'
+import {onFrame, store} from './store.js'
+import './timeline-bar.js'
+import './timeline-detail.js'
+import {TimelineFilter} from './timeline-filter.js'
+import {timeline} from './timeline-log.js'
+import {row} from './timeline-row.js'
 
+/** @typedef {import('./timeline-log.js').Entry} Entry */
+
+/** What has happened: commands of all clients, and what changed the set from outside. */
 class Timeline extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['timeline', 'commands', 'past'])
+  #filter = new TimelineFilter(timeline)
+  /** @type {Entry | null} */
+  #chosen = null
+  #isWorking = false
+  #offered = ''
+
+  connectedCallback() {
+    super.connectedCallback()
+    document.addEventListener('keydown', this.#escaped)
+  }
+
+  disconnectedCallback() {
+    super.disconnectedCallback()
+    document.removeEventListener('keydown', this.#escaped)
+  }
+
   view() {
-    return h('p', {class: 'empty'}, 'Not built yet.')
+    return [
+      h('emp-timeline-bar', {onwanted: this.#want, onexport: this.#export}),
+      h('div', {class: 'timeline-body'},
+        h('div', {class: 'timeline-rows'},
+          h('emp-long-list', {id: 'timeline-list', 'aria-label': 'What has happened', row: this.#row, keyOf: this.#key, onchoose: this.#choose}),
+          h('p', {class: 'empty', hidden: true})),
+        h('emp-timeline-detail', {hidden: true, onleave: this.#leave})),
+      h('emp-export-dialog', null),
+    ]
+  }
+
+  drawn() {
+    if (this.#chosen && !store.get('past') && this.#looksBack) this.#leave()
+    this.#work()
+  }
+
+  /** True while Screen and Planes show the chosen entry. */
+  #looksBack = false
+
+  get #list() {
+    return /** @type {import('./list.js').LongList} */ (this.querySelector('emp-long-list'))
+  }
+
+  #row = (/** @type {number} */ at) => {
+    const entry = this.#filter.shown[at]
+    return entry && row(entry)
+  }
+
+  #key = (/** @type {number} */ at) => this.#filter.shown[at]?.id ?? at
+
+  #want = (/** @type {import('./timeline-filter.js').Wanted} */ wanted) => {
+    this.#filter.set(wanted)
+    this.#list.toEnd()
+    this.#work()
+  }
+
+  /** Takes in what came, and goes on with the next frame where that takes longer. */
+  #work() {
+    if (this.#isWorking || !this.querySelector('emp-long-list')) return
+    const list = this.#list
+    const stays = !list.isAtEnd && list.length > 0
+    const isDone = this.#filter.work()
+    const {shown, dropped} = this.#filter
+    list.length = shown.length
+    list.chosen = this.#chosen ? positionOf(shown, this.#chosen.id) : -1
+    list.redraw()
+    if (!stays) list.toEnd()
+    else if (dropped > 0) list.scrollTop -= dropped * list.rowHeight
+    this.#tell(isDone)
+    if (isDone) return
+    this.#isWorking = true
+    onFrame(() => {
+      this.#isWorking = false
+      this.#work()
+    })
+  }
+
+  /** @param {boolean} isDone */
+  #tell(isDone) {
+    const {shown, wanted} = this.#filter
+    const bar = /** @type {import('./timeline-bar.js').TimelineBar} */ (this.querySelector('emp-timeline-bar'))
+    const {clients, commands, interfaces} = timeline.seen
+    const count = isDone ? `${shown.length} of ${timeline.entries.length}` : bar.count
+    const offered = `${clients.size} ${commands.size} ${interfaces.size} ${count}`
+    if (offered !== this.#offered) {
+      this.#offered = offered
+      bar.count = count
+      bar.redraw()
+    }
+    const empty = /** @type {HTMLElement} */ (this.querySelector('.timeline-rows > .empty'))
+    empty.hidden = !isDone || shown.length > 0
+    if (!empty.hidden) draw(empty, timeline.entries.length > 0 && (wanted.text || wanted.client || wanted.command || wanted.interface || wanted.level || wanted.hidden.length > 0)
+      ? 'Nothing that happened is like that. Show all, or wait for it.'
+      : 'Nothing has happened yet. Press a key of the remote control, or run a command.')
+  }
+
+  #choose = (/** @type {number} */ at) => {
+    const entry = this.#filter.shown[at]
+    if (!entry || entry === this.#chosen) return
+    this.#chosen = entry
+    const detail = this.#detail
+    detail.hidden = false
+    detail.show(entry, isHeld => { this.#looksBack = isHeld })
+  }
+
+  get #detail() {
+    return /** @type {import('./timeline-detail.js').TimelineDetail} */ (this.querySelector('emp-timeline-detail'))
+  }
+
+  /** Back to now. */
+  #leave = () => {
+    this.#chosen = null
+    this.#looksBack = false
+    this.#detail.hidden = true
+    this.#detail.clear()
+    store.set('past', null)
+    this.#list.chosen = -1
+    this.#list.redraw()
+  }
+
+  #escaped = (/** @type {KeyboardEvent} */ event) => {
+    if (event.key !== 'Escape' || event.defaultPrevented || !this.#chosen || document.querySelector('dialog[open]')) return
+    this.#leave()
+  }
+
+  #export = () => {
+    const dialog = /** @type {import('./export-dialog.js').ExportDialog} */ (this.querySelector('emp-export-dialog'))
+    dialog.open(this.#filter, this.#chosen)
   }
 }
 customElements.define('emp-timeline', Timeline)
+
+/** Where an entry stands among others; -1 where it does not. @param {Entry[]} entries @param {number} id */
+function positionOf(entries, id) {
+  let [low, high] = [0, entries.length]
+  while (low < high) {
+    const middle = (low + high) >> 1
+    if (entries[middle].id < id) low = middle + 1
+    else high = middle
+  }
+  return entries[low]?.id === id ? low : -1
+}

@@ -1,0 +1,130 @@
+// The command pane: completion, parameters by name, replies, history, and the shell.
+import assert from 'node:assert/strict'
+import {after, afterEach, before, test} from 'node:test'
+import {endServers} from '../client/support/server.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let shown
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+afterEach(() => shown?.close())
+
+const pane = () => shown.pane('Command')
+const input = () => pane().getByRole('combobox', {name: 'Command'})
+const replies = () => pane().getByRole('log', {name: 'Replies'})
+const run = async line => {
+  await input().fill(line)
+  await input().press('Enter')
+}
+const mainRect = async () => (await shown.tv.state()).windows.main.plane.app.rect
+
+test('a command is completed as one types, and its parameters are filled in by name', async () => {
+  shown = await Console.open()
+  await input().pressSequentially('screenrect')
+  const choices = pane().getByRole('listbox', {name: 'Commands'}).getByRole('option')
+  await choices.filter({hasText: 'SetScreenRect x y width height'}).first().waitFor()
+  await input().fill('SetScreenRec')
+  await input().press('ArrowDown')
+  assert.equal(await choices.first().getAttribute('aria-selected'), 'true')
+  assert.equal(await input().getAttribute('aria-activedescendant'), await choices.first().getAttribute('id'))
+  await input().press('Enter')
+  assert.match(await input().inputValue(), /^SetScreenRect /)
+  for (const [name, value] of [['x', 10], ['y', 20], ['width', 300], ['height', 200]]) {
+    await pane().getByLabel(name, {exact: true}).fill(String(value))
+  }
+  assert.equal(await input().inputValue(), 'SetScreenRect 10 20 300 200')
+  await pane().getByRole('button', {name: 'Run'}).click()
+  await replies().getByText('int 1', {exact: true}).waitFor()
+  assert.deepEqual(await mainRect(), {x: 10, y: 20, width: 300, height: 200})
+})
+
+test('replies tell their kind, failures their meaning, refused ones that they are', async () => {
+  shown = await Console.open()
+  await run('GetCurrentChannel_Name')
+  await replies().getByText('unicode "Lighthouse One"').waitFor()
+  await run('GetChannel_Name 7')
+  await replies().locator('.fail').getByText('int -1').waitFor()
+  await replies().getByText('The list has no such position').waitFor()
+  await run('NoSuchCommand 1')
+  await replies().getByText('The engine refused the command.').waitFor()
+})
+
+test('a name of its own and more than four parameters go as a parameter list', async () => {
+  shown = await Console.open()
+  await run('SetScreenCropRect 1 2 3 4 5 6 7 8')
+  await replies().getByText('At most 4 parameters').waitFor()
+  await input().fill('SetScreenCropRect 0 0 960 540 0 0 480 270')
+  await pane().getByLabel('Parameter list').check()
+  assert.equal(await input().inputValue(), '+ SetScreenCropRect 0 0 960 540 0 0 480 270')
+  await pane().getByRole('button', {name: 'Run'}).click()
+  await replies().getByText('> + SetScreenCropRect').waitFor()
+  await shown.page.waitForFunction(async () => (await import('/page/timeline-log.js')).timeline.entries.some(({topic, event}) => topic === 'command' && event.list))
+  assert.deepEqual((await shown.tv.why(1)).parameters, ['0', '0', '960', '540', '0', '0', '480', '270'])
+})
+
+test('the window that the engine has selected is seen', async () => {
+  shown = await Console.open()
+  await pane().getByText('Window of this page: 0 main').waitFor()
+  await run('SetWindow 1')
+  await pane().getByText('Window of this page: 1 pip').waitFor()
+  await shown.tv.restart()
+  await pane().getByText('Window of this page: 0 main').waitFor()
+})
+
+test('a line that starts with a dot is the shell\'s', async () => {
+  shown = await Console.open()
+  await run('.set region 9')
+  await run('.get region')
+  await replies().getByText('region = 9').waitFor()
+  assert.equal(await shown.tv.get('region'), '9')
+  await run('.nosuch')
+  await replies().locator('.fail').getByText("there is no command '.nosuch'").waitFor()
+})
+
+test('what was run comes back with arrow up, after a reload too', async () => {
+  shown = await Console.open()
+  await run('SetChannel 3 0')
+  await run('GetTVMode')
+  await shown.page.reload()
+  await input().press('ArrowUp')
+  assert.equal(await input().inputValue(), 'GetTVMode')
+  await input().press('ArrowUp')
+  assert.equal(await input().inputValue(), 'SetChannel 3 0')
+  await input().press('ArrowDown')
+  assert.equal(await input().inputValue(), 'GetTVMode')
+})
+
+test('hostile names and long replies leave the layout and the page as they are', async () => {
+  shown = await Console.open()
+  const names = ['<script>alert(1)</script>', `${'long'.repeat(125)}`, '\u202Eevil\u200F', 'a\u0001b']
+  for (const name of names) await run(`'${name}'`)
+  await shown.tv.setSetting('big', 'x'.repeat(900_000))
+  await run('.vconf get big')
+  await shown.tv.set('service.#1.attached', 'n'.repeat(1_000_000))
+  await run('FindChannel 0 1')
+  await run('GetChannel_OnTVJson 0')
+  await replies().getByRole('button', {name: /Show all 1,000,000 characters/}).click()
+  await replies().getByRole('button', {name: 'Show the front'}).waitFor()
+  await replies().getByText('\\u202Eevil\\u200F').first().waitFor()
+  assert.equal(await shown.page.evaluate(() => document.documentElement.scrollWidth - innerWidth), 0)
+  const {width} = await pane().boundingBox()
+  assert.ok(await replies().evaluate((element, most) => element.scrollWidth <= most, width))
+})
+
+test('a reply that is a document folds by keys and copies values', async () => {
+  shown = await Console.open()
+  await shown.page.context().grantPermissions(['clipboard-read', 'clipboard-write'])
+  await shown.tv.set('service.#1.attached', '{"on":{"now":["News",true,null]}}')
+  await run('FindChannel 0 1')
+  await run('GetChannel_OnTVJson 0')
+  const tree = replies().getByRole('tree', {name: 'Reply as a document'})
+  const now = tree.getByRole('treeitem', {name: 'now'})
+  assert.equal(await now.getAttribute('aria-expanded'), 'true')
+  await tree.focus()
+  for (const key of ['ArrowDown', 'ArrowDown', 'c', 'ArrowLeft']) await shown.page.keyboard.press(key)
+  assert.equal(await now.getAttribute('aria-expanded'), 'false')
+  assert.deepEqual(JSON.parse(await shown.page.evaluate(() => navigator.clipboard.readText())), ['News', true, null])
+})

@@ -1,0 +1,122 @@
+// Commands of the timeline, exported as a transcript, as a test and as client code, each of which is run here.
+import assert from 'node:assert/strict'
+import {execFile} from 'node:child_process'
+import {cp, mkdir, mkdtemp, readFile, rm, writeFile} from 'node:fs/promises'
+import {tmpdir} from 'node:os'
+import {join} from 'node:path'
+import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {fileURLToPath} from 'node:url'
+import {promisify} from 'node:util'
+import {connect} from '../../virtualtv/console/client/client.js'
+import {endServers, program} from '../client/support/server.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+const run = promisify(execFile)
+const client = fileURLToPath(new URL('../../virtualtv/console/client', import.meta.url))
+let shown
+let folder
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+beforeEach(async () => folder = await mkdtemp(join(tmpdir(), 'emp-window-export-')))
+afterEach(async () => {
+  await shown?.close()
+  await rm(folder, {recursive: true})
+})
+
+/** Two apps, knobs, faults, keys, and texts of all kinds. */
+async function play() {
+  const [guide, zapper] = [await connect(shown.server.address, {appId: 'com.example.guide'}), await connect(shown.server.address)]
+  await shown.tv.set('service.#2.name', 'A "quoted" \\ <b>\u0007')
+  await guide.window.FindChannel(0, 1)
+  await guide.window.SetWindow(1)
+  await zapper.window.SetChannel(2, 0)
+  await zapper.window.GetCurrentChannel_Name()
+  await shown.tv.set('main.source', 13)
+  await shown.tv.set('input.13.plugged', 'off')
+  await shown.tv.setSetting('some/key', "it's")
+  await zapper.window.GetSource(0)
+  await shown.tv.fault('IServiceNavigation::GetTvMode', {nth: 2, result: 0})
+  await guide.window.GetTVMode()
+  await guide.window.GetTVMode()
+  await zapper.window.SetScreenRect(640, 20, 300, 169)
+  await guide.window.GetChannel_Name(1)
+  await zapper.Execute('NoSuch command', "a 'b'", '')
+  await zapper.executeWithParamList('SetScreenCropRect', [0, 0, 960, 540, 0, 0, 480, 270])
+  await Promise.all([guide.close(), zapper.close()])
+}
+
+/** Exports, and keeps the files. @return their names */
+async function exported(kind) {
+  const {page} = shown
+  await page.getByRole('button', {name: 'Export…'}).click()
+  const dialog = page.getByRole('dialog', {name: 'Export commands'})
+  await dialog.getByRole('radio', {name: kind}).check()
+  const downloads = []
+  page.on('download', download => downloads.push(download))
+  await dialog.getByRole('button', {name: 'Export'}).click()
+  await dialog.waitFor({state: 'hidden'})
+  while (downloads.length < (kind === 'Client code' ? 1 : 2)) downloads.push(await page.waitForEvent('download'))
+  const files = [...new Set(downloads)]
+  for (const download of files) await download.saveAs(join(folder, download.suggestedFilename()))
+  return files.map(download => download.suggestedFilename())
+}
+
+/** Lets modules of the folder import the client as a package. */
+async function install() {
+  await cp(client, join(folder, 'node_modules/emp-window'), {recursive: true})
+}
+
+test('a transcript of all that was done passes emp-window check', async () => {
+  shown = await Console.open()
+  await play()
+  const [name, snapshot] = await exported('Transcript')
+  const text = await readFile(join(folder, name), 'utf8')
+  assert.ok(text.startsWith(`> .recorded\n> .restore ${snapshot}\n`), text)
+  for (const part of ['> GetTVMode\nint -1\n', '> .app com.example.guide', '> .set main.source 13', '>+ SetScreenCropRect', 'refused']) assert.ok(text.includes(part), `${part} in ${text}`)
+  await run(program, ['check', join(folder, name)]).catch(error => assert.fail(`${error.stdout}\n${text}`))
+})
+
+test('a range starts with what it stands on, from the set as it was then', async () => {
+  shown = await Console.open()
+  await play()
+  const {page} = shown
+  await page.getByLabel('Command', {exact: true}).first().selectOption('GetChannel_Name')
+  await page.getByText(/^1 of/).waitFor()
+  const [name] = await exported('Transcript')
+  const text = await readFile(join(folder, name), 'utf8')
+  assert.ok(text.includes('> FindChannel 0 1\n') && text.includes('> GetChannel_Name 1\nunicode "A \\"quoted'), text)
+  assert.ok(!text.includes('> GetSource 0'), 'what was filtered out and changed nothing')
+  await run(program, ['check', join(folder, name)]).catch(error => assert.fail(`${error.stdout}\n${text}`))
+})
+
+// Playwright's own runner is not there: a stand-in gives its `test` and `expect(...).toBe` with Node's.
+test('a Playwright test passes on a TV of its own', async () => {
+  shown = await Console.open()
+  await play()
+  const [name] = await exported('Playwright test')
+  await install()
+  await mkdir(join(folder, 'node_modules/@playwright/test'), {recursive: true})
+  await writeFile(join(folder, 'node_modules/@playwright/test/package.json'), '{"type": "module", "exports": "./index.js"}')
+  await writeFile(join(folder, 'node_modules/@playwright/test/index.js'), `import assert from 'node:assert'
+    export {test} from 'node:test'
+    export const expect = value => ({toBe: wanted => assert.strictEqual(value, wanted)})`)
+  const {NODE_TEST_CONTEXT, ...environment} = process.env
+  const {stdout} = await run(process.execPath, ['--test', join(folder, name)], {env: {...environment, EMP_WINDOW: program}})
+    .catch(async error => assert.fail(`${error.stdout}\n${await readFile(join(folder, name), 'utf8')}`))
+  assert.match(stdout, /^# pass 1$/m)
+})
+
+test('client code does the same on the TV that there is', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetChannel(3, 0)
+  await shown.tv.window.GetCurrentChannel_Name()
+  const [name] = await exported('Client code')
+  await shown.tv.window.SetChannel(5, 0)
+  await install()
+  const {stdout} = await run(process.execPath, [join(folder, name)])
+  assert.equal(stdout, '1\nLighthouse News\n')
+  assert.equal(await shown.tv.window.GetCurrentChannel_Name(), 'Lighthouse News')
+})

@@ -1,0 +1,172 @@
+// The timeline: what clients and people do to the set, how it is filtered, and how it was behind a command.
+import assert from 'node:assert/strict'
+import {after, afterEach, before, test} from 'node:test'
+import {connect} from '../../virtualtv/console/client/client.js'
+import {endServers, serve} from '../client/support/server.js'
+import {closeBrowser, Console, openBrowser} from './support/console.js'
+
+let shown
+before(openBrowser)
+after(async () => {
+  await closeBrowser()
+  endServers()
+})
+afterEach(() => shown?.close())
+
+const list = () => shown.page.getByRole('listbox', {name: 'What has happened'})
+const line = text => list().getByRole('option').filter({hasText: text})
+const detail = () => shown.page.locator('emp-timeline-detail')
+const part = name => detail().getByRole('region', {name, exact: true})
+
+test('a command shows with its client, parameters, reply, duration, calls, keys and log', async () => {
+  shown = await Console.open()
+  const app = await connect(shown.server.address, {appId: 'com.example.guide'})
+  await app.window.SetSource(31)
+  const text = await line('SetSource').first().innerText()
+  for (const part of [/\d\d:\d\d:\d\d\.\d{3}/, /com\.example\.guide/, /SetSource 31/, /int 1/, /[\d.]+ ms/, /\d+ calls/, /\d+ keys/, /\d+ log/]) assert.match(text, part)
+  await line('SetSource').first().click()
+  await part('Calls').getByText(/ISourceControl\[main#1\]::SetSource\(.*-> 1/).waitFor()
+  await part('Changed keys').getByText('av-service').waitFor()
+  await part('Log').getByText('[SetSource][31]').first().waitFor()
+  await part('What changed').getByText('number').first().waitFor()
+  await app.close()
+})
+
+test('a failure code is red and explained, a call that a fault hit is amber', async () => {
+  shown = await Console.open()
+  await shown.tv.fault('IServiceNavigation::GetTvMode', {result: 0})
+  await shown.tv.window.GetTVMode()
+  await line('GetTVMode').locator('.fail', {hasText: 'int -1'}).waitFor()
+  await line('GetTVMode').getByText('fault', {exact: true}).waitFor()
+  await line('IServiceNavigation::GetTvMode times=1 result=0').locator('.fault').waitFor()
+  await line('GetTVMode').click()
+  await part('Reply').getByText('int -1').waitFor()
+  await part('Calls').locator('.fault').getByText('[fault]').waitFor()
+})
+
+test('what changes from outside of commands has lines of its own', async () => {
+  shown = await Console.open()
+  await shown.tv.set('input.13.plugged', 'off')
+  await shown.tv.setSetting('some/key', 'x')
+  await shown.tv.set('service.#1.name', '<script>alert(1)</script>')
+  await line('input 13 HDMI 1: plugged true -> false').waitFor()
+  await line('some/key unset -> x').waitFor()
+  await line('<script>alert(1)</script>').waitFor()
+  await shown.tv.restart()
+  await line('the set started: restart').waitFor()
+})
+
+test('filters by client, command, interface, text and kind keep what is like that', async () => {
+  shown = await Console.open()
+  const app = await connect(shown.server.address, {appId: 'com.example.guide'})
+  await app.window.GetTVMode()
+  await shown.tv.window.SetChannel(3, 0)
+  await shown.tv.setSetting('some/key', 'x')
+  await line('some/key').waitFor()
+  const {page} = shown
+  const gone = text => line(text).first().waitFor({state: 'detached'})
+  await page.getByLabel('Client', {exact: true}).selectOption('com.example.guide')
+  await gone('SetChannel')
+  await line('GetTVMode').waitFor()
+  await page.getByRole('button', {name: 'Show all'}).click()
+  await page.getByLabel('Interface', {exact: true}).selectOption('IServiceNavigation')
+  await gone('some/key')
+  await page.getByRole('button', {name: 'Show all'}).click()
+  await page.getByRole('group', {name: 'Kinds of lines'}).getByRole('button', {name: 'keys'}).click()
+  await gone('some/key')
+  await line('SetChannel').waitFor()
+  await page.getByRole('button', {name: 'Show all'}).click()
+  await page.getByLabel('Filter by text').fill('TuneService')
+  await gone('GetTVMode')
+  await line('SetChannel').waitFor()
+  await page.getByLabel('Filter by text').fill('no such thing')
+  await page.getByText('Nothing that happened is like that').waitFor()
+  await app.close()
+})
+
+test('a chosen command shows the state behind it and the past, until a person is back at now', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetChannel(3, 0)
+  const then = await shown.tv.history(1)
+  await shown.tv.window.SetChannel(5, 0)
+  await line('SetChannel 3 0').click()
+  const past = () => shown.page.evaluate(async () => (await import('/page/store.js')).store.get('past'))
+  await part('State behind it').getByRole('tree', {name: 'State behind the command'}).waitFor()
+  assert.deepEqual((await past()).state, then)
+  assert.equal((await past()).command, 1)
+  await shown.page.keyboard.press('Escape')
+  await detail().waitFor({state: 'hidden'})
+  assert.equal(await past(), null)
+})
+
+test('going back asks first, and makes the set what it was', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetChannel(3, 0)
+  const then = await shown.tv.snapshot()
+  await shown.tv.window.SetChannel(5, 0)
+  await line('SetChannel 3 0').click()
+  await detail().getByRole('button', {name: 'Go back to here'}).click()
+  const dialog = shown.page.getByRole('dialog', {name: 'Go back to behind command 1?'})
+  await dialog.getByText('Engines of all clients are closed').waitFor()
+  await dialog.getByRole('button', {name: 'Go back'}).click()
+  await dialog.waitFor({state: 'hidden'})
+  await line('the set started').waitFor()
+  assert.deepEqual(await shown.tv.snapshot(), then)
+})
+
+test('a command that the server does not hold any more shows why it can not be gone back to', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetChannel(3, 0)
+  await line('SetChannel 3 0').waitFor()
+  const calls = Array.from({length: 1000}, (_, id) => ({jsonrpc: '2.0', id, method: 'window.GetTVMode'}))
+  await fetch(`${shown.server.address}/rpc`, {method: 'POST', headers: {'Content-Type': 'application/json'}, body: JSON.stringify(calls)})
+  await list().focus()
+  await shown.page.getByLabel('Filter by text').fill('SetChannel 3')
+  await line('SetChannel 3 0').click()
+  await detail().getByText('does not hold it any more').waitFor()
+  assert.ok(await detail().getByRole('button', {name: 'Go back to here'}).isDisabled())
+})
+
+test('what happened before the page was opened is there, with its calls', async () => {
+  const server = await serve()
+  const early = await connect(server.address, {appId: 'com.example.early'})
+  await early.window.SetChannel(3, 0)
+  shown = await Console.open({server})
+  await line('SetChannel 3 0').getByText(/\d+ calls/).waitFor()
+  await line('SetChannel 3 0').getByText('com.example.early').waitFor()
+  await early.close()
+})
+
+test('after another server has taken its place the timeline says so and goes on', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetChannel(3, 0)
+  await line('SetChannel 3 0').waitFor()
+  const {port} = shown.server
+  await shown.tv.close()
+  await shown.server.kill('SIGKILL')
+  shown.server = await serve({port})
+  shown.tv = await connect(shown.server.address)
+  await line('The server was started anew').waitFor()
+  await shown.tv.window.SetChannel(5, 0)
+  await line('SetChannel 5 0').waitFor()
+  await line('SetChannel 3 0').click()
+  await detail().getByText('The server was started anew since').waitFor()
+  shown.errors.length = 0  // those of the broken connection
+})
+
+test('it stays at the end while a person is there, else where they are', async () => {
+  shown = await Console.open()
+  for (let count = 0; count < 30; ++count) await shown.tv.setSetting('some/key', count)
+  await line('-> 29').waitFor()
+  await list().focus()
+  await shown.page.keyboard.press('Home')
+  const place = () => list().evaluate(element => element.scrollTop)
+  assert.equal(await place(), 0)
+  await shown.tv.setSetting('some/key', 30)
+  await shown.page.getByText(/^(\d+) of \1$/).waitFor()
+  await shown.page.waitForFunction(async () => (await import('/page/timeline-log.js')).timeline.entries.at(-1).event.after === 30)
+  assert.equal(await place(), 0)
+  await shown.page.keyboard.press('End')
+  await shown.tv.setSetting('some/key', 31)
+  await line('-> 31').waitFor()
+})

@@ -1,0 +1,54 @@
+/* A line as a person types it: a command with its parameters, `+` in front where they go as a list, or a line of the shell. */
+import {splitWords} from '../transcript.js'
+import {commandLine} from './deed.js'
+import {store} from './store.js'
+
+/** @typedef {{kind: 'shell', line: string} | {kind: 'command', name: string, parameters: string[], isList: boolean}} Typed */
+
+/** @param {string} line @return {Typed | undefined} undefined where a quote is open, or the like */
+export function parse(line) {
+  const text = line.replace(/^\s*>?\s*/, '')
+  if (text.startsWith('.')) return {kind: 'shell', line: text}
+  const isList = text.startsWith('+')
+  const words = splitWords(isList ? text.slice(1) : text)
+  return words && {kind: 'command', name: words[0] ?? '', parameters: words.slice(1), isList}
+}
+
+/** The line of a command. @param {string} name @param {string[]} parameters @param {boolean} isList */
+export function lineOf(name, parameters, isList) {
+  const line = commandLine(name, parameters, isList)
+  return isList ? `+${line.slice(2)}` : line.slice(2)
+}
+
+/** Commands whose names have what was typed, those that start with it first. @param {string} typed */
+export function completions(typed) {
+  const wanted = typed.toLowerCase().replaceAll('_', '')
+  const places = store.get('commands').map(command => ({command, at: command.name.toLowerCase().replaceAll('_', '').indexOf(wanted)}))
+  return places.filter(({at}) => at >= 0).sort((one, other) => Math.min(one.at, 1) - Math.min(other.at, 1)).map(({command}) => command)
+}
+
+const key = 'emp-window.history'
+const most = 200
+
+/** The lines that were run in this browser, the last one at the end. @return {string[]} */
+export function readHistory() {
+  try {
+    const lines = JSON.parse(localStorage.getItem(key) ?? '[]')
+    return Array.isArray(lines) ? lines.filter(line => typeof line === 'string') : []
+  } catch {
+    return []
+  }
+}
+
+/** @param {string[]} history @param {string} line @return {string[]} the history with it */
+export function remember(history, line) {
+  const longest = 10_000  // characters of a line that is kept
+  if (line.length > longest || history.at(-1) === line) return history
+  const lines = [...history, line].slice(-most)
+  try {
+    localStorage.setItem(key, JSON.stringify(lines))
+  } catch {
+    // A browser that keeps nothing has a history until the page is left.
+  }
+  return lines
+}
