@@ -64,7 +64,7 @@ const states = [
 async function run(shown, name, ...keys) {
   await shown.show('App')
   await shown.page.getByRole('button', {name, exact: true}).click()
-  await shown.page.frameLocator('iframe').locator('body > *').first().waitFor()
+  await shown.page.frameLocator('iframe').locator('body > :visible').first().waitFor()
   for (const key of keys) await shown.pane('Remote control').getByRole('button', {name: key, exact: true}).click()
 }
 

@@ -1,7 +1,7 @@
 import {attempt} from './attempt.js'
 import './drop.js'
 import {h} from './dom.js'
-import {copy} from './foot.js'
+import {copy} from './clipboard.js'
 import {appFrames} from './frame.js'
 import {remember, remembered} from './memory.js'
 import {addressOf, allowedOrigins, isAllowed, ownApps} from './origins.js'

@@ -1,5 +1,5 @@
 import {h} from './dom.js'
-import {copy} from './foot.js'
+import {copy} from './clipboard.js'
 import {appSpace, beyondText, eachOf, sides, toApp, toBase} from './geometry.js'
 import {Part} from './part.js'
 import './plane-form.js'
