@@ -29,7 +29,7 @@ class Head extends Part {
     if (!connected) return h('span', {class: 'fail', role: 'alert', title: reason}, 'Disconnected, reconnecting', advice && `. ${advice}`)
     const sessions = store.get('sessions')
     const apps = sessions.filter(({engines}) => engines.length > 0).length
-    return h('span', {class: 'dim'}, `${apps} ${apps === 1 ? 'engine' : 'engines'}, ${sessions.length} ${sessions.length === 1 ? 'client' : 'clients'}`)
+    return h('span', {class: 'dim who'}, `${apps} ${apps === 1 ? 'engine' : 'engines'}, ${sessions.length} ${sessions.length === 1 ? 'client' : 'clients'}`)
   }
 }
 customElements.define('emp-head', Head)
