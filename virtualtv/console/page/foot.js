@@ -24,7 +24,7 @@ class Foot extends Part {
 
   /** @param {string} word @param {string} what @param {() => string} textOf  a list may be long, so only when it is copied */
   #copier(word, what, textOf) {
-    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy the last deed as ${what}`, onclick: () => copy(textOf())}, `copy ${word}`)
+    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy ${word}: the last deed as ${what}`, onclick: () => copy(textOf())}, `copy ${word}`)
   }
 }
 customElements.define('emp-foot', Foot)
