@@ -72,10 +72,10 @@ TEST_F(Examples, HaveNumbersWhereTheyFit) {
 class Fresh : public RpcTest {
  public:
   void TestBody() override {}
-  Json::Value call(const ExampleCall& example) { return client.result(example.method, example.parameters); }
+  Json::Value call(const ExampleCall& example) { return client_.result(example.method, example.parameters); }
 
  private:
-  Connected client{server};
+  Connected client_{server};
 };
 
 /// A result without what differs from run to run, or with each change of a source: names of sessions, durations, and in
