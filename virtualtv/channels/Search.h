@@ -32,7 +32,8 @@ struct ServicePage {
   std::size_t total = 0;                                 ///< how many the query selects, shown or not
 };
 
-/// The page of services that a query asks for. A query without a condition reads no more than it shows.
+/// The page of services that a query asks for. Of those that it does not show, only what the conditions are about is
+/// read.
 /// @throws StoreError when the services can't be read.
 ServicePage findServices(const ServiceStore& services, const ServiceQuery& query);
 

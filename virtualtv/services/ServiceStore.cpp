@@ -59,6 +59,10 @@ ServiceStore::ServiceStore(Database& database)
       queries_(database),
       size_(database, "SELECT count(*) FROM service", "count the services"),
       keys_(database, "SELECT key FROM service ORDER BY place", "read the services"),
+      outlines_(database,
+                "SELECT key, channel_name, channel_type, antenna_mode, group_name FROM service ORDER BY place",
+                "read the services"),
+      members_(database, "SELECT service FROM favourite WHERE number = ? AND member", "read a favourite group"),
       spotOf_(database, "SELECT place, key FROM service WHERE service_id = ? ORDER BY place LIMIT 1",
               "look up a service"),
       exists_(database, "SELECT 1 FROM service WHERE key = ?", "look up a service") {}
@@ -74,6 +78,29 @@ std::vector<ServiceKey> ServiceStore::keys() const {
   Rows rows = keys_.query();
   while (rows.next()) keys.push_back(rows.integer(0));
   return keys;
+}
+
+void ServiceStore::outline(const std::function<void(const ServiceOutline&)>& take) const {
+  const auto number = [](const Rows& rows, int column) {
+    return rows.isNull(column) ? std::nullopt : std::optional(static_cast<std::uint64_t>(rows.integer(column)));
+  };
+  Rows rows = outlines_.query();
+  while (rows.next()) {
+    ServiceOutline outline;
+    outline.key = rows.integer(0);
+    if (!rows.isNull(1)) outline.name = toUnits(rows.bytes(1));
+    outline.channelType = number(rows, 2);
+    outline.antenna = number(rows, 3);
+    outline.group = rows.text(4);
+    take(outline);
+  }
+}
+
+std::set<ServiceKey> ServiceStore::membersOf(std::uint8_t group) const {
+  std::set<ServiceKey> members;
+  Rows rows = members_.query(std::int64_t{group});
+  while (rows.next()) members.insert(rows.integer(0));
+  return members;
 }
 
 std::optional<Service> ServiceStore::read(ServiceKey key) const {

@@ -2,9 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <map>
 #include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +23,15 @@ namespace virtualtv {
 
 /// The tables of this room, for the schema of the database that they stand in.
 extern const char* const serviceTables;
+
+/// What a search looks at in a service.
+struct ServiceOutline {
+  ServiceKey key = 0;
+  std::optional<std::u16string> name;
+  std::optional<std::uint64_t> channelType;
+  std::optional<std::uint64_t> antenna;
+  std::string group;  ///< UTF-8
+};
 
 /// The service database: what the set knows of its services, and the queries of clients on it. List order is by major,
 /// then by minor number, services without one last, then by key.
@@ -42,6 +54,10 @@ class ServiceStore {
   std::vector<ServiceKey> keys() const;
   /// Nothing when there is no such service; the same for 0.
   std::optional<Service> read(ServiceKey key) const;
+  /// Calls back with each service in list order, which takes far less than reading all of it.
+  void outline(const std::function<void(const ServiceOutline&)>& take) const;
+  /// The services that are in a favourite group.
+  std::set<ServiceKey> membersOf(std::uint8_t group) const;
   /// All services by their keys.
   std::map<ServiceKey, Service> all() const;
   /// The services as they are now, to be read later. No transaction may be under way.
@@ -135,6 +151,8 @@ class ServiceStore {
   mutable Question question_;
   mutable Statement size_;
   mutable Statement keys_;
+  mutable Statement outlines_;
+  mutable Statement members_;
   mutable Statement spotOf_;
   mutable Statement exists_;
 };
