@@ -111,10 +111,12 @@ test('a Playwright test passes on a TV of its own', async () => {
 
 test('client code does the same on the TV that there is', async () => {
   shown = await Console.open()
+  const fresh = await shown.tv.snapshot()
   await shown.tv.window.SetChannel(3, 0)
   await shown.tv.window.GetCurrentChannel_Name()
   const [name] = await exported('Client code')
-  await shown.tv.window.SetChannel(5, 0)
+  await shown.tv.restore(fresh)
+  assert.equal(await shown.tv.window.GetCurrentChannel_Name(), 'Lighthouse One')
   await install()
   const {stdout} = await run(process.execPath, [join(folder, name)])
   assert.equal(stdout, '1\nLighthouse News\n')

@@ -53,7 +53,8 @@ void JsonSchema::check(const Json::Value& schema, const Json::Value& value, cons
                                            "required",
                                            "type"};
   for (const std::string& word : schema.getMemberNames()) {
-    if (!known.contains(word)) found.push_back(path + ": the schema has '" + word + "'");
+    const bool isExtension = word.starts_with("x-");
+    if (!known.contains(word) && !isExtension) found.push_back(path + ": the schema has '" + word + "'");
   }
   if (schema.isMember("$ref")) {
     const std::string name = schema["$ref"].asString();

@@ -1,6 +1,7 @@
 /* A line as a person types it: a command with its parameters, `+` in front where they go as a list, or a line of the shell. */
 import {splitWords} from '../transcript.js'
 import {commandLine} from './deed.js'
+import {remember, remembered} from './memory.js'
 import {store} from './store.js'
 
 /** @typedef {{kind: 'shell', line: string} | {kind: 'command', name: string, parameters: string[], isList: boolean}} Typed */
@@ -27,28 +28,19 @@ export function completions(typed) {
   return places.filter(({at}) => at >= 0).sort((one, other) => Math.min(one.at, 1) - Math.min(other.at, 1)).map(({command}) => command)
 }
 
-const key = 'emp-window.history'
-const most = 200
+const most = 200      // lines that are kept
+const longest = 10_000  // characters of one
 
 /** The lines that were run in this browser, the last one at the end. @return {string[]} */
 export function readHistory() {
-  try {
-    const lines = JSON.parse(localStorage.getItem(key) ?? '[]')
-    return Array.isArray(lines) ? lines.filter(line => typeof line === 'string') : []
-  } catch {
-    return []
-  }
+  const lines = remembered('history', [])
+  return Array.isArray(lines) ? lines.filter(line => typeof line === 'string') : []
 }
 
 /** @param {string[]} history @param {string} line @return {string[]} the history with it */
-export function remember(history, line) {
-  const longest = 10_000  // characters of a line that is kept
+export function withLine(history, line) {
   if (line.length > longest || history.at(-1) === line) return history
   const lines = [...history, line].slice(-most)
-  try {
-    localStorage.setItem(key, JSON.stringify(lines))
-  } catch {
-    // A browser that keeps nothing has a history until the page is left.
-  }
+  remember('history', lines)
   return lines
 }

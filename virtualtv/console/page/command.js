@@ -1,5 +1,5 @@
 import {act, tv} from './act.js'
-import {completions, lineOf, parse, readHistory, remember} from './command-line.js'
+import {completions, lineOf, parse, readHistory, withLine} from './command-line.js'
 import './command-result.js'
 import {h} from './dom.js'
 import {Part} from './part.js'
@@ -24,6 +24,22 @@ class Command extends Part {
   #isOpen = false
   #at = -1  // the completion that is chosen
   #isFollowing = false
+
+  connectedCallback() {
+    super.connectedCallback()
+    addEventListener('emp-show', this.#shown)
+  }
+
+  disconnectedCallback() {
+    super.disconnectedCallback()
+    removeEventListener('emp-show', this.#shown)
+  }
+
+  /** The search of the page has found a command. */
+  #shown = (/** @type {Event} */ event) => {
+    const {command} = /** @type {CustomEvent} */ (event).detail
+    if (command) requestAnimationFrame(() => this.#pick(command))
+  }
 
   view() {
     const typed = parse(this.#line)
@@ -174,7 +190,7 @@ class Command extends Part {
   async #run() {
     const line = this.#line.trim().replace(/^>\s*/, '')
     if (line === '') return
-    this.#history = remember(this.#history, line)
+    this.#history = withLine(this.#history, line)
     this.#isOpen = false
     this.#change('')
     const typed = parse(line)

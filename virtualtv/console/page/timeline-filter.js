@@ -5,7 +5,7 @@ import {interfaceOf} from './timeline-log.js'
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 /** @typedef {{text: string, client: string, command: string, interface: string, level: string, hidden: string[]}} Wanted */
 
-const share = 8  // ms of a frame
+const share = 5  // ms of a frame
 
 /** Kinds of entries that can be hidden. @type {{[kind: string]: string[]}} */
 export const kinds = {
@@ -55,7 +55,7 @@ export class TimelineFilter {
     this.#next = Math.max(this.#next, gone)
     const end = performance.now() + share
     for (; this.#next - gone < entries.length; ++this.#next) {
-      if (this.#next % 32 === 0 && performance.now() > end) return false
+      if (this.#next % 8 === 0 && performance.now() > end) return false
       const entry = entries[this.#next - gone]
       if (this.#matches(entry)) this.shown.push(entry)
     }

@@ -8,7 +8,7 @@ import {titleOf} from './timeline-outside.js'
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 
 /** @param {number} count @param {string} what */
-const counted = (count, what) => count > 0 && h('span', {class: 'count', title: `${count} ${what}`}, `${count} ${what}`)
+const counted = (count, what) => h('span', null, count > 0 ? `${count} ${what}` : '')
 
 /** @param {Entry} entry */
 export const isHit = entry => entry.changes.some(({topic, what}) => topic === 'fault' && what === 'hit') || entry.calls.some(({fault}) => fault)

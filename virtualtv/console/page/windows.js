@@ -11,12 +11,7 @@ export const main = 0
 export const pip = 1
 
 /** The window that the page's engine has selected: the main one when it is opened. */
-function selected() {
-  const {session} = tv()
-  const last = timeline.entries.findLast(({topic, event}) =>
-    topic === 'engine' ? event.engine.startsWith(`${session}:`) : event.session === session && event.name === 'SetWindow')
-  return last?.topic === 'command' && parseInt(last.event.parameters[0]) ? pip : main
-}
+const selected = () => timeline.windows.get(`${tv().session}:main`) === 'pip' ? pip : main
 
 /**
  * Runs commands on a window. All are sent at once, so that nothing else comes between.
