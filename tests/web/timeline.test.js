@@ -39,8 +39,8 @@ test('a failure code is red and explained, a call that a fault hit is amber', as
   await line('GetTVMode').locator('.fail', {hasText: 'int -1'}).waitFor()
   await line('int -1').getByText('fault', {exact: true}).waitFor()
   await line('IServiceNavigation::GetTvMode times=1 result=0').locator('.fault').waitFor()
-  await line('GetTVMode').click()
-  await part('Reply').getByText('int -1').waitFor()
+  await line('int -1').click()
+  await part('Reply').getByText('int -1', {exact: true}).waitFor()
   await part('Calls').locator('.fault').getByText('[fault]').waitFor()
 })
 
