@@ -143,6 +143,31 @@ test('pointing reads both spaces, the plane and its pixel; arrow keys move a cro
   assert.equal(await line.getAttribute('aria-live'), 'polite')
 })
 
+test('over an app the pointer is the app\'s, unless positions are to be read', async () => {
+  await open()
+  const running = () => shown.page.evaluate(async () => {
+    const {store} = await import(new URL('page/store.js', location.href).href)
+    return store.get('app') !== null
+  })
+  const pane = await shown.show('App')
+  await pane.getByRole('button', {name: 'Zapper'}).click()
+  await until(running, 'an app')
+  await shown.page.locator('.app-layer iframe').waitFor()
+  const line = shown.page.locator('.position')
+  const {x, y, width} = await screen.image('App space').boundingBox()
+  const move = async by => shown.page.mouse.move(x + width / 4 + by, y + width / 4)
+  await move(0)
+  await line.getByText('Point at the screen').waitFor()
+  await shown.page.getByRole('button', {name: 'Point past the app'}).click()
+  await move(1)
+  await line.getByText('plane main 0,0 960x540 - pixel').waitFor()
+  await shown.page.getByRole('button', {name: 'Point past the app'}).click()
+  await move(2)
+  await line.getByText('Point at the screen').waitFor()
+  await pane.getByRole('button', {name: 'Close app'}).click()
+  await shown.page.getByRole('button', {name: 'Point past the app'}).waitFor({state: 'detached'})
+})
+
 test('a state of the past stands still, says so, and leads back to now', async () => {
   await open()
   await shown.page.emulateMedia({reducedMotion: 'no-preference'})

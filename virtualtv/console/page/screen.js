@@ -12,10 +12,12 @@ const hint = 'Point at the screen, or press arrow keys on it, to read positions.
 
 /** What the TV shows: its planes in the app's space, what is on them, and a line that reads positions. */
 class Screen extends Part {
-  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past', 'services'])
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past', 'services', 'app'])
 
   /** @type {{x: number, y: number, isByKeys: boolean} | null} */
   #at = null
+  /** The pointer reads positions where it would else be the app's. */
+  #isReading = false
 
   view() {
     const past = store.get('past')
@@ -24,9 +26,23 @@ class Screen extends Part {
     const all = windows.map(window => shownIn(state, window, service => kindOf(service, () => this.changed())))
     return [
       h('div', {class: ['on-screen', past && 'is-past']}, past ? this.#past(past) : all.filter(({card}) => card).map(caption)),
-      h('emp-stage', {what: {all, isFrozen: past !== null}, onpoint: this.#point}),
-      h('p', {class: 'position mono', 'aria-live': this.#at?.isByKeys ? 'polite' : 'off'}, this.#at ? positionText(this.#at, all) : h('span', {class: 'dim'}, hint)),
+      h('emp-stage', {class: this.#isReading && 'is-reading', what: {all, isFrozen: past !== null}, onpoint: this.#point}),
+      h('div', {class: 'reading'},
+        h('p', {class: 'position mono grow', 'aria-live': this.#at?.isByKeys ? 'polite' : 'off'}, this.#at ? positionText(this.#at, all) : h('span', {class: 'dim'}, hint)),
+        this.#readingSwitch()),
     ]
+  }
+
+  /** While an app runs the pointer is the app's, unless a person wants to read positions over it. */
+  #readingSwitch() {
+    if (!store.get('app')) {
+      this.#isReading = false
+      return null
+    }
+    return h('button', {'aria-pressed': String(this.#isReading), title: 'The pointer reads positions and does not reach the app', onclick: () => {
+      this.#isReading = !this.#isReading
+      this.changed()
+    }}, 'Point past the app')
   }
 
   /** @param {any} past */
