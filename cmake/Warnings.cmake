@@ -1,9 +1,11 @@
 # Our own code compiles without a warning; libraries' headers are system headers.
+# Sources that are compiled as one hide each other's names.
+set(shadow $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow>)
 add_library(strict_warnings INTERFACE)
 target_compile_options(strict_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Werror
   -Wcast-align -Wcast-qual -Wconversion -Wdouble-promotion -Wextra-semi -Wfloat-equal -Wformat -Wformat-security
-  -Wnon-virtual-dtor -Wold-style-cast -Wshadow -Wsign-conversion -Wundef -Wunused
+  -Wnon-virtual-dtor -Wold-style-cast ${shadow} -Wsign-conversion -Wundef -Wunused
   -Wzero-as-null-pointer-constant)
 # g++'s library uses what it deprecates itself (std::stable_sort, in C++20), and clang tells where it is instantiated.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

@@ -5,10 +5,10 @@ string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${bytes}")
 file(WRITE ${SOURCE} "#include <string_view>
 namespace virtualtv::embedded {
 namespace {
-constexpr char bytes[] = {
+constexpr char ${NAME}Bytes[] = {
 ${bytes}'\\0'};
 }
 extern const std::string_view ${NAME};
-const std::string_view ${NAME}{bytes, sizeof bytes - 1};
+const std::string_view ${NAME}{${NAME}Bytes, sizeof ${NAME}Bytes - 1};
 }
 ")

@@ -12,10 +12,10 @@ set(number 0)
 foreach(file IN LISTS FILES)
   file(RELATIVE_PATH path ${BASE} ${file})
   file(ARCHIVE_CREATE OUTPUT ${SOURCE}.gz PATHS ${file} FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
-  add_array(plain${number} ${file})
-  add_array(gzip${number} ${SOURCE}.gz)
+  add_array(${NAME}Plain${number} ${file})
+  add_array(${NAME}Gzip${number} ${SOURCE}.gz)
   string(APPEND entries
-    "  Entry{\"${path}\", {plain${number}, sizeof plain${number} - 1}, {gzip${number}, sizeof gzip${number} - 1}},\n")
+    "  Entry{\"${path}\", {${NAME}Plain${number}, sizeof ${NAME}Plain${number} - 1}, {${NAME}Gzip${number}, sizeof ${NAME}Gzip${number} - 1}},\n")
   math(EXPR number "${number} + 1")
 endforeach()
 file(REMOVE ${SOURCE}.gz)
@@ -25,10 +25,10 @@ file(WRITE ${SOURCE} "#include <array>
 namespace virtualtv::embedded {
 namespace {
 using Entry = std::array<std::string_view, 3>;
-${arrays}constexpr std::array entries{
+${arrays}constexpr std::array ${NAME}Entries{
 ${entries}};
 }
 extern const std::span<const Entry> ${NAME};
-const std::span<const Entry> ${NAME}{entries};
+const std::span<const Entry> ${NAME}{${NAME}Entries};
 }
 ")

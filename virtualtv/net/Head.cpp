@@ -18,10 +18,6 @@ namespace {
 
 using Texts = std::vector<std::string_view>;
 
-std::string_view view(boost::beast::string_view text) {
-  return {text.data(), text.size()};
-}
-
 bool isSame(std::string_view left, std::string_view right) {
   return boost::beast::iequals({left.data(), left.size()}, {right.data(), right.size()});
 }

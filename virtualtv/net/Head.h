@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/beast/core/string_type.hpp>
 #include <boost/beast/http/fields.hpp>
 #include <boost/beast/http/message.hpp>
 #include <string_view>
@@ -10,6 +11,11 @@
 namespace virtualtv::net {
 
 using Head = boost::beast::http::request_header<>;
+
+/// The library's view of a text as everyone else's.
+inline std::string_view view(boost::beast::string_view text) {
+  return {text.data(), text.size()};
+}
 
 /// What a head says of who asks, and for what. The result's texts are the head's and those of `unread`.
 /// @param unread  lines of a head that could not be read to its end. Where they tell a host or an origin, that counts

@@ -27,10 +27,6 @@ namespace http = boost::beast::http;
 
 namespace {
 
-std::string_view view(boost::beast::string_view text) {
-  return {text.data(), text.size()};
-}
-
 /// An answer that is a line for a person.
 Answer line(int status, const std::string& text, Headers headers = {}) {
   return {status, text + "\n", "text/plain; charset=utf-8", std::move(headers)};

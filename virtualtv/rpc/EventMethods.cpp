@@ -117,7 +117,7 @@ Json::Value unsubscribe(const Call& call) {
   return Json::objectValue;
 }
 
-const std::array rows{
+const std::array eventRows{
     Method{"events.subscribe",
            "be told of what happens, as notifications `event`",
            {{"topics", topicList, "names of topics, or *", true},
@@ -148,7 +148,7 @@ bool haveTopic(const std::set<std::string>& chosen, std::string_view topic) {
 }
 
 std::span<const Method> eventMethods() {
-  return rows;
+  return eventRows;
 }
 
 }  // namespace virtualtv::rpc

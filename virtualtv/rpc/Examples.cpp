@@ -53,7 +53,7 @@ std::string encodedIn(const shell::Lines& lines) {
 }
 
 /// A parameter as a client gives it: a number where it is one that JSON readers take.
-Json::Value valueOf(const std::string& word) {
+Json::Value exampleValue(const std::string& word) {
   constexpr std::int64_t greatestWhole = 9007199254740991;  // 2^53 - 1
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
@@ -74,7 +74,7 @@ void readCommands(Examples& examples) {
     }
     if (!line.starts_with('.')) {
       Example example{before, Json::arrayValue, resultOf(true, encodedIn(step.output))};
-      for (std::size_t at = 1; at < words.size(); ++at) example.parameters.append(valueOf(words[at]));
+      for (std::size_t at = 1; at < words.size(); ++at) example.parameters.append(exampleValue(words[at]));
       examples.try_emplace("window." + words.front(), std::move(example));
     }
     before.push_back(line);

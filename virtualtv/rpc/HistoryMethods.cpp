@@ -51,7 +51,7 @@ Json::Value goBack(const Call& call) {
   return call.core.revision();
 }
 
-const std::array rows{
+const std::array historyRows{
     Method{
         "tv.why",
         "tell all about a command, one of the last 1,000, of which at most 64 MiB are held: its reply, the calls that "
@@ -75,7 +75,7 @@ const std::array rows{
 }  // namespace
 
 std::span<const Method> historyMethods() {
-  return rows;
+  return historyRows;
 }
 
 }  // namespace virtualtv::rpc

@@ -51,7 +51,7 @@ void discover(const Call& call, std::string& text) {
   text += call.core.openRpc();
 }
 
-const std::array rows{
+const std::array sessionRows{
     Method{"session.open",
            "say which application the session is of; without a connection, open a session",
            {{"appId", textSchema, "the application"}, {"widgetId", textSchema, "its widget"}},
@@ -77,7 +77,7 @@ const std::array rows{
 }  // namespace
 
 std::span<const Method> sessionMethods() {
-  return rows;
+  return sessionRows;
 }
 
 }  // namespace virtualtv::rpc

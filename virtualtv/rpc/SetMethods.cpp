@@ -221,7 +221,7 @@ Json::Value removeSetting(const Call& call) {
   return call.core.revision();
 }
 
-const std::array rows{
+const std::array setRows{
     Method{"tv.run",
            "run a line of the shell on the session's engine",
            {{"line", textSchema, "as a person types it", true}},
@@ -309,7 +309,7 @@ const std::array rows{
 }  // namespace
 
 std::span<const Method> setMethods() {
-  return rows;
+  return setRows;
 }
 
 }  // namespace virtualtv::rpc

@@ -31,7 +31,7 @@ Json::Value operations(const Call&) {
 }
 
 /// A part of a fault as `.fault` takes it.
-std::string wordOf(const Json::Value& value, const std::string& name) {
+std::string faultWord(const Json::Value& value, const std::string& name) {
   if (value.isString()) return value.asString();
   if (value.isNull()) return "null";
   if (value.isIntegral()) return value.asString();
@@ -44,14 +44,14 @@ std::vector<std::string> faultWords(const Call& call) {
   const auto add = [&](const std::string& name, const std::string& value) { words.push_back(name + "=" + value); };
   constexpr text::Range count{1, std::numeric_limits<std::int64_t>::max()};
   if (params.has("nth")) add("nth", std::to_string(params.number("nth", count)));
-  if (params.has("times")) add("times", wordOf(params.value("times"), "times"));
+  if (params.has("times")) add("times", faultWord(params.value("times"), "times"));
   if (params.has("window")) add("window", params.text("window"));
-  if (params.isGiven("result")) add("result", wordOf(params.value("result"), "result"));
+  if (params.isGiven("result")) add("result", faultWord(params.value("result"), "result"));
   const Json::Value& outputs = params.value("outputs");
   if (!outputs.isNull() && !outputs.isObject()) throw Failure(Code::badParameters, "outputs: an object is wanted");
   if (!params.isGiven("result") && outputs.empty()) throw std::invalid_argument("a result or outputs are wanted");
   for (const std::string& name : outputs.getMemberNames()) {
-    words.push_back("out." + name + "=" + wordOf(outputs[name], "outputs." + name));
+    words.push_back("out." + name + "=" + faultWord(outputs[name], "outputs." + name));
   }
   return words;
 }
@@ -106,7 +106,7 @@ Json::Value check(const Call& call) {
   return answer;
 }
 
-const std::array rows{
+const std::array testRows{
     Method{"tv.operations",
            "list the calls that the plug-in makes to the set, which can be made to fail",
            {},
@@ -151,7 +151,7 @@ const std::array rows{
 }  // namespace
 
 std::span<const Method> testMethods() {
-  return rows;
+  return testRows;
 }
 
 }  // namespace virtualtv::rpc

@@ -48,32 +48,32 @@ constexpr std::array numbers{
 constexpr std::array pictureNumbers{Member{"width", PICTURE_WIDTH}, Member{"height", PICTURE_HEIGHT},
                                     Member{"rate", FRAME_RATE}, Member{"activeFormat", ACTIVE_FORMAT}};
 
-[[noreturn]] void refuse(const std::string& reason) {
+[[noreturn]] void refuseSet(const std::string& reason) {
   throw std::invalid_argument("set description: " + reason);
 }
 
 std::uint64_t idOf(const Json::Value& text) {
   const std::string digits = text.asString();
   const auto id = text::numberIn<std::uint64_t>(digits);
-  if (!id) refuse("'" + digits + "' is no service id");
+  if (!id) refuseSet("'" + digits + "' is no service id");
   return *id;
 }
 
 LanguageCode languageOf(const Json::Value& name) {
   const auto code = languageNamed(name.asString());
-  if (!code) refuse("language '" + name.asString() + "'");
+  if (!code) refuseSet("language '" + name.asString() + "'");
   return *code;
 }
 
 int codingOf(const Json::Value& name) {
   const auto coding = codingNamed(name.asString());
-  if (!coding) refuse("audio coding '" + name.asString() + "'");
+  if (!coding) refuseSet("audio coding '" + name.asString() + "'");
   return *coding;
 }
 
 int kindOf(const Json::Value& name) {
   const auto kind = subtitleKindNamed(name.asString());
-  if (!kind) refuse("subtitle type '" + name.asString() + "'");
+  if (!kind) refuseSet("subtitle type '" + name.asString() + "'");
   return *kind;
 }
 
@@ -98,7 +98,7 @@ void readTracks(const Json::Value& member, Tracks& tracks) {
 
 Shape shapeOf(const Json::Value& picture) {
   const std::string shape = picture.get("shape", "16:9").asString();
-  if (shape != "16:9" && shape != "4:3") refuse("picture shape '" + shape + "'");
+  if (shape != "16:9" && shape != "4:3") refuseSet("picture shape '" + shape + "'");
   return shape == "4:3" ? Shape::narrow : Shape::wide;
 }
 
@@ -178,11 +178,11 @@ void readDocument(std::string_view document, Read read) {
   Json::Value root;
   std::string errors;
   const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-  if (!reader->parse(document.data(), document.data() + document.size(), &root, &errors)) refuse(errors);
+  if (!reader->parse(document.data(), document.data() + document.size(), &root, &errors)) refuseSet(errors);
   try {
     read(root);
   } catch (const Json::Exception& exception) {
-    refuse(exception.what());
+    refuseSet(exception.what());
   }
 }
 

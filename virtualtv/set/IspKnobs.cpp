@@ -15,11 +15,11 @@ void setPresent(Tv& tv, const Parts&, const std::string& value) {
   tv.adjust([=](TvState& state) { state.isp.present = present; });
 }
 
-std::string getPicture(Tv& tv, const Parts&) {
+std::string getIspPicture(Tv& tv, const Parts&) {
   const SecondaryStack& isp = tv.state().isp;
   return std::to_string(isp.width) + "x" + std::to_string(isp.height);
 }
-void setPicture(Tv& tv, const Parts&, const std::string& value) {
+void setIspPicture(Tv& tv, const Parts&, const std::string& value) {
   const auto size = lengthsIn<2>(value, {'x'}, "WIDTHxHEIGHT");
   tv.adjust([&](TvState& state) {
     state.isp.width = size[0];
@@ -28,46 +28,46 @@ void setPicture(Tv& tv, const Parts&, const std::string& value) {
 }
 
 template <auto list>
-std::string getList(Tv& tv, const Parts&) {
+std::string getIspList(Tv& tv, const Parts&) {
   return textOf(tv.state().isp.*list);
 }
 template <auto list, auto read>
-void setList(Tv& tv, const Parts&, const std::string& value) {
+void setIspList(Tv& tv, const Parts&, const std::string& value) {
   auto tracks = read(value);
   tv.adjust([&](TvState& state) { state.isp.*list = std::move(tracks); });
 }
 
 template <auto member>
-std::string getInUse(Tv& tv, const Parts&) {
+std::string getIspInUse(Tv& tv, const Parts&) {
   return std::to_string(tv.state().isp.inUse.*member);
 }
 template <auto member>
-void setInUse(Tv& tv, const Parts&, const std::string& value) {
+void setIspInUse(Tv& tv, const Parts&, const std::string& value) {
   const int position = text::requireNumber<int>(value);
   tv.adjust([=](TvState& state) { state.isp.inUse.*member = position; });
 }
 
-constexpr std::array table{
+constexpr std::array ispTable{
     Knob{"isp.present", "on or off", "whether the secondary TV stack can be reached",
          getSwitch<&SecondaryStack::present>, setPresent},
     Knob{"isp.shown", "", "whether the secondary TV stack shows the ISP source", getSwitch<&SecondaryStack::shown>,
          nullptr},
-    Knob{"isp.picture", "WIDTHxHEIGHT", "size of the ISP source's picture, pixels", getPicture, setPicture},
+    Knob{"isp.picture", "WIDTHxHEIGHT", "size of the ISP source's picture, pixels", getIspPicture, setIspPicture},
     Knob{"isp.audio", "tracks or none", "audio tracks of the ISP source, as in service.ID.audio",
-         getList<&SecondaryStack::audio>, setList<&SecondaryStack::audio, readAudioTracks>},
+         getIspList<&SecondaryStack::audio>, setIspList<&SecondaryStack::audio, readAudioTracks>},
     Knob{"isp.audio_in_use", "number", "position of the ISP source's audio track in use, counted from 0",
-         getInUse<&TracksInUse::audio>, setInUse<&TracksInUse::audio>},
+         getIspInUse<&TracksInUse::audio>, setIspInUse<&TracksInUse::audio>},
     Knob{"isp.subtitles", "tracks or none",
          "subtitles of the ISP source, as in service.ID.subtitles; KIND may be teletext-subtitle, too; listed by kind",
-         getList<&SecondaryStack::subtitles>, setList<&SecondaryStack::subtitles, readIspSubtitles>},
+         getIspList<&SecondaryStack::subtitles>, setIspList<&SecondaryStack::subtitles, readIspSubtitles>},
     Knob{"isp.subtitle_in_use", "number", "position of the ISP source's subtitle in use, counted from 0; -1 for none",
-         getInUse<&TracksInUse::subtitle>, setInUse<&TracksInUse::subtitle>},
+         getIspInUse<&TracksInUse::subtitle>, setIspInUse<&TracksInUse::subtitle>},
 };
 
 }  // namespace
 
 std::span<const Knob> ispKnobs() {
-  return table;
+  return ispTable;
 }
 
 }  // namespace virtualtv::knobparts

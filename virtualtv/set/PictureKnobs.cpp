@@ -7,27 +7,27 @@ namespace virtualtv::knobparts {
 
 namespace {
 
-std::string textOf(const Rect& rect) {
+std::string textOfRect(const Rect& rect) {
   return std::to_string(rect.x) + "," + std::to_string(rect.y) + "," + std::to_string(rect.width) + "," +
          std::to_string(rect.height);
 }
 
-std::string textOf(const Picture& picture) {
+std::string textOfPicture(const Picture& picture) {
   return std::to_string(picture.width) + "x" + std::to_string(picture.height) + "@" + std::to_string(picture.rate);
 }
 
 std::string getRect(Tv& tv, const Parts& parts) {
-  return textOf(tv.state()[windowNamed(parts[0])].plane.rect);
+  return textOfRect(tv.state()[windowNamed(parts[0])].plane.rect);
 }
 template <auto member>
 std::string getCrop(Tv& tv, const Parts& parts) {
   const auto crop = cropOn(tv, windowNamed(parts[0]));
-  return crop ? textOf((*crop).*member) : "none";
+  return crop ? textOfRect((*crop).*member) : "none";
 }
 std::string getActive(Tv& tv, const Parts& parts) {
   const WindowId window = windowNamed(parts[0]);
   const auto picture = pictureOn(tv, window);
-  return picture ? textOf(activeArea(tv.state()[window].plane, *picture)) : "none";
+  return picture ? textOfRect(activeArea(tv.state()[window].plane, *picture)) : "none";
 }
 std::string getOrder(Tv& tv, const Parts& parts) {
   return std::to_string(tv.state()[windowNamed(parts[0])].plane.order);
@@ -37,7 +37,7 @@ std::string getMuted(Tv& tv, const Parts& parts) {
 }
 std::string getPicture(Tv& tv, const Parts& parts) {
   const auto picture = pictureOn(tv, windowNamed(parts[0]));
-  return picture ? textOf(*picture) : "none";
+  return picture ? textOfPicture(*picture) : "none";
 }
 
 std::string getResolution(Tv& tv, const Parts& parts) {
@@ -71,7 +71,7 @@ std::string getInputName(Tv& tv, const Parts& parts) {
 }
 
 std::string getInputPicture(Tv& tv, const Parts& parts) {
-  return textOf(inputNamed(tv, parts[0]).picture);
+  return textOfPicture(inputNamed(tv, parts[0]).picture);
 }
 void setInputPicture(Tv& tv, const Parts& parts, const std::string& value) {
   const Input& named = inputNamed(tv, parts[0]);
@@ -87,7 +87,7 @@ void setInputPicture(Tv& tv, const Parts& parts, const std::string& value) {
   });
 }
 
-constexpr std::array table{
+constexpr std::array pictureTable{
     Knob{"WINDOW.picture", "", "the picture that the window's source gives, WIDTHxHEIGHT@RATE", getPicture, nullptr},
     Knob{"WINDOW.resolution", "number or auto", "code of the resolution that the set tells; auto: that of the picture",
          getResolution, setResolution},
@@ -111,7 +111,7 @@ constexpr std::array table{
 }  // namespace
 
 std::span<const Knob> pictureKnobs() {
-  return table;
+  return pictureTable;
 }
 
 }  // namespace virtualtv::knobparts

@@ -66,7 +66,7 @@ void setList(Tv& tv, const Parts& parts, const std::string& value) {
   (tv.*keep)(key, read(value));
 }
 
-constexpr std::array table{
+constexpr std::array serviceTable{
     Knob{"service.ID.audio", "tracks or none",
          "audio tracks of a service, PID:LANG:CODING:MODE:TYPE with commas between, ! before one that can't be read",
          getList<&Service::audio>, setList<readAudioTracks, &Tv::setAudioTracks>},
@@ -85,7 +85,7 @@ constexpr std::array table{
 }  // namespace
 
 std::span<const Knob> serviceKnobs() {
-  return table;
+  return serviceTable;
 }
 
 std::vector<std::string> partsOfService(Tv& tv, const std::string& id) {

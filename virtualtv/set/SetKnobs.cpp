@@ -45,7 +45,7 @@ void setLatency(Tv& tv, const Parts& parts, const std::string& value) {
   tv.setLatency(operationNamed(parts[0]), text::requireNumber<std::uint64_t>(value, range));
 }
 
-constexpr std::array table{
+constexpr std::array setTable{
     Knob{"region", "number", "region kind that the set was built for", getNumber<&TvState::region>,
          setNumber<&TvState::region>},
     Knob{"country", "number", "country that the user chose", getNumber<&TvState::country>,
@@ -64,7 +64,7 @@ constexpr std::array table{
 }  // namespace
 
 std::span<const Knob> setKnobs() {
-  return table;
+  return setTable;
 }
 
 }  // namespace virtualtv::knobparts

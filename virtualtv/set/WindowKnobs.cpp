@@ -57,7 +57,7 @@ void setInUse(Tv& tv, const Parts& parts, const std::string& value) {
   tv.adjust([=](TvState& state) { state[window].inUse.*member = position; });
 }
 
-constexpr std::array table{
+constexpr std::array windowTable{
     Knob{"WINDOW.source_state", "number", "state of the window's source: -1 none, 1 no signal, 2 shown",
          getOfWindow<&WindowState::sourceState>, setOfWindow<&WindowState::sourceState>},
     Knob{"WINDOW.source", "number", "the TV service's number of the window's source, -1 for none",
@@ -80,7 +80,7 @@ constexpr std::array table{
 }  // namespace
 
 std::span<const Knob> windowKnobs() {
-  return table;
+  return windowTable;
 }
 
 }  // namespace virtualtv::knobparts

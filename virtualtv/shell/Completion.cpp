@@ -23,14 +23,6 @@ Lines operationNames(const std::string& before) {
   return names;
 }
 
-Lines firstWords() {
-  Lines names = commandNames();
-  for (const DotCommand& command : dotCommands()) {
-    if (command.isTyped) names.emplace_back(command.name);
-  }
-  return names;
-}
-
 /// Services by their keys, and behind the full stop their knobs.
 Lines serviceWords(Tv& tv, const std::string& typed) {
   constexpr std::string_view start = "service.";
@@ -193,6 +185,14 @@ bool isOpen(const std::string& word) {
 }
 
 }  // namespace
+
+Lines firstWords() {
+  Lines names = commandNames();
+  for (const DotCommand& command : dotCommands()) {
+    if (command.isTyped) names.emplace_back(command.name);
+  }
+  return names;
+}
 
 Lines wordsBehind(Session& session, const Lines& before, const std::string& typed) {
   return before.empty() ? firstWordsFor(typed) : argumentsOf(session, before, typed);

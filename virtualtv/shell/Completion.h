@@ -9,6 +9,9 @@ namespace virtualtv::shell {
 
 class Session;
 
+/// The names of the commands, those of the shell among them, that a line may start with.
+Lines firstWords();
+
 /// What the last word of a half-typed line can become: commands, operations, knobs, settings keys, files and so on,
 /// whole words in order, without quotes. Quotes and backslashes in the line are read as when it is run.
 Lines completions(Session& session, std::string_view line);

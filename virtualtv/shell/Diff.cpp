@@ -12,7 +12,7 @@ using Kind = DiffLine::Kind;
 constexpr std::size_t context = 3;
 constexpr std::size_t largestTable = 4'000'000;  // cells; beyond it a group is replaced as a whole
 
-void append(Diff& diff, Kind kind, Lines::const_iterator from, Lines::const_iterator to) {
+void add(Diff& diff, Kind kind, Lines::const_iterator from, Lines::const_iterator to) {
   for (; from != to; ++from) diff.push_back({kind, *from});
 }
 
@@ -53,8 +53,8 @@ void compareMiddle(Diff& diff, const Lines& before, const Lines& after) {
       }
     }
   }
-  append(diff, Kind::removed, before.begin() + static_cast<std::ptrdiff_t>(row), before.end());
-  append(diff, Kind::added, after.begin() + static_cast<std::ptrdiff_t>(column), after.end());
+  add(diff, Kind::removed, before.begin() + static_cast<std::ptrdiff_t>(row), before.end());
+  add(diff, Kind::added, after.begin() + static_cast<std::ptrdiff_t>(column), after.end());
 }
 
 /// Lines of a diff that are shown together, and where they stand in the two texts.
@@ -100,7 +100,7 @@ void same(Diff& diff, const std::string& line) {
 }
 
 void same(Diff& diff, const Lines& lines) {
-  append(diff, Kind::same, lines.begin(), lines.end());
+  add(diff, Kind::same, lines.begin(), lines.end());
 }
 
 void compare(Diff& diff, const Lines& before, const Lines& after) {
@@ -108,9 +108,9 @@ void compare(Diff& diff, const Lines& before, const Lines& after) {
   auto last = before.end();
   auto lastAfter = after.end();
   while (last != first && lastAfter != firstAfter && *std::prev(last) == *std::prev(lastAfter)) --last, --lastAfter;
-  append(diff, Kind::same, before.begin(), first);
+  add(diff, Kind::same, before.begin(), first);
   compareMiddle(diff, Lines(first, last), Lines(firstAfter, lastAfter));
-  append(diff, Kind::same, last, before.end());
+  add(diff, Kind::same, last, before.end());
 }
 
 std::string unified(const Diff& diff, const std::string& nameBefore, const std::string& nameAfter) {

@@ -19,8 +19,6 @@ namespace virtualtv::shell {
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
-
 /// Words of other shells, and what does the same here.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 8> otherNames{{
     {"exit", ".quit"},
@@ -130,11 +128,8 @@ Typed readLine(std::string_view line) {
 }
 
 /// All that may stand first in a line, and what people type instead.
-Lines firstWords() {
-  Lines names = commandNames();
-  for (const DotCommand& command : dotCommands()) {
-    if (command.isTyped) names.emplace_back(command.name);
-  }
+Lines firstWordsAndOthers() {
+  Lines names = firstWords();
   for (const auto& [other, name] : otherNames) names.emplace_back(other);
   return names;
 }
@@ -168,7 +163,7 @@ void joinWords(Typed& typed) {
 /// The commands that were most likely meant.
 Lines meant(const std::string& name) {
   if (isCommand(name)) return {name};
-  Lines names = nearest(name, firstWords());
+  Lines names = nearest(name, firstWordsAndOthers());
   for (std::string& near : names) {
     const auto same =
         std::find_if(otherNames.begin(), otherNames.end(), [&](const auto& other) { return other.first == near; });

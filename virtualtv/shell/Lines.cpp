@@ -15,7 +15,6 @@ namespace virtualtv::shell {
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
 constexpr std::string_view escapedInDouble = "\"\\$`";
 constexpr std::string_view escapedQuote = "$'";
 
@@ -123,6 +122,10 @@ Word takeWord(std::string_view line, std::size_t& at) {
 }
 
 }  // namespace
+
+void append(Lines& lines, const Lines& more) {
+  lines.insert(lines.end(), more.begin(), more.end());
+}
 
 Lines splitLines(std::string_view text) {
   Lines lines;

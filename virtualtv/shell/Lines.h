@@ -9,6 +9,11 @@ namespace virtualtv::shell {
 /// Lines of text without their line breaks.
 using Lines = std::vector<std::string>;
 
+constexpr std::string_view blanks = " \t";  ///< that stand between words
+
+/// Puts more lines behind those that are there.
+void append(Lines& lines, const Lines& more);
+
 /// The lines of a text. Carriage returns at the end of a line belong to its break, which the last line need not have;
 /// so lines that are written with plain breaks read as the same.
 Lines splitLines(std::string_view text);

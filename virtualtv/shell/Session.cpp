@@ -26,10 +26,6 @@ std::string whyNotRun(std::string_view input, const std::exception_ptr& thrown) 
   return reasonOf(thrown, "run '" + std::string(input) + "'");
 }
 
-void append(Lines& lines, Lines more) {
-  for (std::string& line : more) lines.push_back(std::move(line));
-}
-
 }  // namespace
 
 Session::Session(device::Device& device, std::filesystem::path directory)

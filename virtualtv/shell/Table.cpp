@@ -20,10 +20,6 @@ std::size_t leadingBlanks(const std::string& text) {
   return std::min(text.find_first_not_of(' '), text.size());
 }
 
-void append(Lines& lines, const Lines& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-}
-
 /// Widths of all columns but the last. Nothing stands behind the last cell of a row, so that it widens no column.
 std::vector<std::size_t> widthsOf(const std::vector<Lines>& rows) {
   std::vector<std::size_t> widths;
