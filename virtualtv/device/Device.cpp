@@ -67,7 +67,7 @@ void Device::reset() {
 void Device::restore(const Snapshot& snapshot) {
   closeEngines("restore");  // before, since that may still write settings keys
   tv().restore(snapshot);
-  if (hearsActs_) tell(SnapshotRestored{snapshot});
+  if (hearsActs_) tell(SnapshotRestored{std::make_shared<const Snapshot>(snapshot)});
   switchOff("restore");
   switchOn("restore");
 }

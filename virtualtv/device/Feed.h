@@ -72,7 +72,7 @@ struct ListImported {
 };
 /// Its engines were closed before; `SetStarted` follows.
 struct SnapshotRestored {
-  Snapshot snapshot;
+  std::shared_ptr<const Snapshot> snapshot;  ///< apart, since a happening has room for the largest of all
 };
 /// A client has said who it is while its engine was open.
 struct ApplicationGiven {

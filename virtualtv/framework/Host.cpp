@@ -55,6 +55,7 @@ bool Host::open(const std::string& key, const Client& client) {
   if (isOpen(key)) return false;
   const seam::CallerScope scope({key, 0});
   Hosted hosted;
+  hosted.key = seam::Seam::instance().caller().engine;
   const bool made = survive([&] {
     hosted.engine.reset(app_.CreateEmpEngine());
     if (hosted.engine) hosted.engine->SetAppInfo(client.id, client.appId, client.widgetId, client.profile);
@@ -72,7 +73,7 @@ bool Host::open(const std::string& key, const Client& client) {
 bool Host::setClient(const std::string& key, const Client& client) {
   const auto found = engines_.find(key);
   if (found == engines_.end()) return false;
-  const seam::CallerScope scope({key, found->second.commands});
+  const seam::CallerScope scope({found->second.key, found->second.commands});
   found->second.engine->SetAppInfo(client.id, client.appId, client.widgetId, client.profile);
   return true;
 }
@@ -80,7 +81,7 @@ bool Host::setClient(const std::string& key, const Client& client) {
 bool Host::execute(const std::string& key, const std::function<bool(kel::CEmpEngineBase&)>& command) {
   const auto found = engines_.find(key);
   if (found == engines_.end()) return false;
-  const seam::CallerScope scope({key, ++found->second.commands});
+  const seam::CallerScope scope({found->second.key, ++found->second.commands});
   return command(*found->second.engine);
 }
 

@@ -11,6 +11,7 @@
 #include "kel/CEmpAppBase.h"
 #include "kel/CEmpEngineBase.h"
 #include "notify/Listeners.h"
+#include "text/Shared.h"
 
 /// Keeps the engines of an application object: opens them, carries commands to them, closes them. While an engine
 /// runs, its platform calls carry its name and the number of its command.
@@ -79,6 +80,7 @@ class Host {
 
  private:
   struct Hosted {
+    text::Shared key;
     std::unique_ptr<kel::CEmpEngineBase> engine;
     std::uint64_t commands = 0;
   };

@@ -16,6 +16,7 @@
 
 #include "seam/Operations.h"
 #include "seam/Values.h"
+#include "text/Shared.h"
 
 /// The one place where the plug-in's calls to the set pass. Here they are recorded, made to fail, and delayed.
 /// With nothing of this switched on a call costs one test of a flag.
@@ -23,7 +24,7 @@ namespace virtualtv::seam {
 
 /// Who asked: the engine's name, and the number of its command since it was opened (0 outside a command).
 struct Caller {
-  std::string engine;
+  text::Shared engine;
   std::uint64_t command = 0;
 };
 

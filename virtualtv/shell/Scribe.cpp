@@ -159,7 +159,7 @@ void Scribe::put(const device::ListImported& list) {
 }
 
 void Scribe::put(const device::SnapshotRestored& restored) {
-  for (std::string& line : restore(restored.snapshot)) lines_.push_back(std::move(line));
+  for (std::string& line : restore(*restored.snapshot)) lines_.push_back(std::move(line));
 }
 
 void Scribe::putInput(const std::string& start, const Lines& words) {

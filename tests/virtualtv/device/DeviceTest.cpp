@@ -60,7 +60,7 @@ TEST_F(DeviceTest, FaultsAreToldWhenTheyAreSetHitAndGone) {
   for (const auto& happening : taken.happenings) {
     if (const auto* set = std::get_if<FaultSet>(&happening->what)) told.emplace_back("set " + set->fault);
     if (const auto* hit = std::get_if<FaultHit>(&happening->what)) {
-      told.push_back("hit " + std::to_string(hit->hits) + " by " + happening->caller.engine);
+      told.push_back("hit " + std::to_string(hit->hits) + " by " + happening->caller.engine.str());
     }
     if (std::holds_alternative<FaultGone>(happening->what)) told.emplace_back("gone");
   }

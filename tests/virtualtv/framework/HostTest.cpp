@@ -23,7 +23,7 @@ Lines* diary = nullptr;
 void note(const std::string& line) {
   if (diary == nullptr) return;
   const seam::Caller& caller = seam::Seam::instance().caller();
-  diary->push_back(line + " by " + caller.engine + " " + std::to_string(caller.command));
+  diary->push_back(line + " by " + caller.engine.str() + " " + std::to_string(caller.command));
 }
 
 class Engine : public kel::CEmpEngineBase {

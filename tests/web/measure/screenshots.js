@@ -22,18 +22,29 @@ async function someCommands({tv}) {
   await tv.window.GetCurrentChannelInfo()
   await tv.fault('IServiceNavigation::GetTvMode', {result: 0})
   await tv.window.GetTVMode()
-  await tv.window.SetScreenRect(480, 60, 440, 248)
+}
+
+/** Both: what the page is for, at a glance. */
+async function allAtOnce(shown) {
+  await twoPictures(shown)
+  await someCommands(shown)
 }
 
 const states = [
-  {name: 'start', show: someCommands, pane: 'Channels'},
-  {name: 'dark', scheme: 'dark', show: someCommands, pane: 'Channels'},
-  {name: 'two-pictures', show: twoPictures, pane: 'Planes'},
+  {name: 'start', show: allAtOnce, pane: 'Channels'},
+  {name: 'dark', scheme: 'dark', show: allAtOnce, pane: 'Planes'},
+  {
+    name: 'small-picture', pane: 'Planes',
+    async show(shown) {
+      await twoPictures(shown)
+      await shown.tv.window.SetScreenRect(480, 60, 440, 248)
+    },
+  },
   {
     name: 'crop-outside', pane: 'Planes',
     async show(shown) {
       await shown.tv.window.SetScreenRect(600, -80, 480, 270)
-      await shown.tv.executeWithParamList('SetScreenCropRect', [480, 270, 960, 540])
+      await shown.tv.executeWithParamList('SetScreenCropRect', [480, 270, 960, 540, 600, -80, 480, 270])
     },
   },
   {name: 'input', show: ({tv}) => tv.window.SetSource(32), pane: 'Tracks'},
