@@ -41,12 +41,12 @@ async function run(address) {
   await pane.getByRole('button', {name: 'Run', exact: true}).click()
 }
 
-/** An app of another origin, which notes the keys that it gets. */
+/** An app of another origin, which notes the keys that its document gets. */
 function writeApp(body = '') {
   site.pages.set('/app', `<!doctype html><title>app</title>
     <script src="${shown.server.address}/window.js?name=tvWindow"></script>
     <script>globalThis.keys = []
-    for (const kind of ['keydown', 'keyup']) addEventListener(kind, event => keys.push([kind, event.key, event.keyCode, event.target === globalThis ? 'window' : event.target.id]))
+    for (const kind of ['keydown', 'keyup']) document.addEventListener(kind, event => keys.push([kind, event.key, event.keyCode, event.target.id || event.target.localName]))
     </script>${body}`)
 }
 
@@ -122,14 +122,14 @@ test('the geometry app moves the picture by drags and keys, and shows both space
   await app().getByText('app 960 x 540 x 0 y 0 w 960 h 540').waitFor()
 })
 
-test('an app of another origin gets key presses with standard names, on what has the focus, and its own numbers', async () => {
+test('an app of another origin gets key presses with standard names, on what has the focus or the body, and its own numbers', async () => {
   await openApp('<input id="field">')
   for (const name of ['Up', '5', 'Channel down', 'Play', 'Red', 'Back', 'OK']) await press(name)
   await frame().waitForFunction(() => keys.length === 14)
   assert.deepEqual((await frame().evaluate(() => keys)).filter(([kind]) => kind === 'keydown'), [
-    ['keydown', 'ArrowUp', 38, 'window'], ['keydown', '5', 53, 'window'], ['keydown', 'ChannelDown', 428, 'window'],
-    ['keydown', 'MediaPlay', 415, 'window'], ['keydown', 'ColorF0Red', 403, 'window'], ['keydown', 'GoBack', 461, 'window'],
-    ['keydown', 'Enter', 13, 'window']])
+    ['keydown', 'ArrowUp', 38, 'body'], ['keydown', '5', 53, 'body'], ['keydown', 'ChannelDown', 428, 'body'],
+    ['keydown', 'MediaPlay', 415, 'body'], ['keydown', 'ColorF0Red', 403, 'body'], ['keydown', 'GoBack', 461, 'body'],
+    ['keydown', 'Enter', 13, 'body']])
   await frame().evaluate(() => {
     document.getElementById('field').focus()
     keys.length = 0

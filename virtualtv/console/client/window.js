@@ -245,13 +245,12 @@
     Info: 457, Guide: 458, Teletext: 459, Subtitle: 460, ContextMenu: 462,
   }
 
-  /** A key of a remote control as the app sees it, on what has the focus. */
+  /** A key of a remote control as the app sees it: on what has the focus, else on the body, as in a browser. */
   function press(kind, key, codes) {
     const event = new KeyboardEvent(kind, {key, bubbles: true, cancelable: true, composed: true})
     const code = Object.hasOwn(codes, key) ? codes[key] : /^[0-9]$/.test(key) ? key.charCodeAt(0) : 0
     for (const name of ['keyCode', 'which']) Object.defineProperty(event, name, {value: code})
-    const focused = document.activeElement
-    ;(focused && focused !== document.body ? focused : globalThis).dispatchEvent(event)
+    ;(document.activeElement ?? document.body ?? document).dispatchEvent(event)
   }
 
   const heard = new Set()
