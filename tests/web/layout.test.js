@@ -44,6 +44,8 @@ for (const [what, size] of [['a phone', {width: 390, height: 844}], ['200 % zoom
       const over = await shown.page.evaluate(() => document.documentElement.scrollWidth - innerWidth)
       assert.ok(over <= 0, `${name}: ${over} px`)
     }
+    const search = await shown.page.getByRole('combobox', {name: 'Search'}).boundingBox()
+    assert.ok(search.y + search.height <= (await shown.pane('Screen').boundingBox()).y, 'the head lies over the screen')
   })
 }
 
