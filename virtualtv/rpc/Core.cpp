@@ -57,6 +57,17 @@ std::string refusalOf(std::string_view text, const Failure& failure) {
   }
 }
 
+/// Whether a message opens a session and does nothing else.
+bool isOpening(std::string_view message) {
+  if (message.find("session.open") == std::string_view::npos) return false;
+  try {
+    json::checkReadable(message, limits);
+    return requestIn(message).method == "session.open";
+  } catch (const std::exception&) {
+    return false;  // a batch, or what is refused
+  }
+}
+
 }  // namespace
 
 /// A message at work.
@@ -224,6 +235,7 @@ void Core::enqueue(Seat& seat, std::string_view message, Answered answered) {
 }
 
 void Core::post(std::string_view message, const std::optional<std::string>& session, Answered answered) {
+  if (!session && isOpening(message)) return openFor(message, std::move(answered));
   Seat* found = nullptr;
   try {
     found = session ? &seat(*session) : &shared();
@@ -235,6 +247,15 @@ void Core::post(std::string_view message, const std::optional<std::string>& sess
     return answered(std::nullopt);
   }
   enqueue(*found, message, std::move(answered));
+}
+
+/// Has a session opened without that of requests that name none, which may be waiting for a time, or for its first
+/// call.
+void Core::openFor(std::string_view message, Answered answered) {
+  const auto nobody = std::make_shared<Seat>(device_, id_ + "-0", files());
+  nobody->isShared = true;
+  nobody->queue.push_back(std::make_shared<Job>(message, std::move(answered)));
+  work(nobody);
 }
 
 /// Does what waits for a session, until something of it has to wait for a time.

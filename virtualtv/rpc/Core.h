@@ -91,6 +91,7 @@ class Core {
   void send(Seat& seat, Event& event);
 
  private:
+  void openFor(std::string_view message, Answered answered);
   void work(const std::shared_ptr<Seat>& seat);
   bool goOn(const std::shared_ptr<Seat>& seat, Job& job);
   void hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response);

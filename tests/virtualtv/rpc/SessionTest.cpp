@@ -198,6 +198,7 @@ TEST_F(FewSessions, AreRefusedBeyondTheirNumber) {
 TEST_F(FewSessions, AreNotOpenedByRequestsBeyondTheirNumber) {
   const std::string open = R"({"jsonrpc":"2.0","id":1,"method":"session.open"})";
   const std::string session = posted("session.open")["result"]["session"].asString();
+  EXPECT_TRUE(posted("tv.state").isMember("result")) << "opens the session of all requests without one";
   EXPECT_EQ(post(open), std::nullopt);
   EXPECT_EQ(post(R"({"jsonrpc":"2.0","method":"session.open"})"), std::nullopt);
   EXPECT_EQ(refusals, 2);
@@ -211,6 +212,23 @@ TEST_F(FewSessions, AreNotOpenedByRequestsBeyondTheirNumber) {
   posted("session.close", Json::nullValue, session);
   EXPECT_TRUE(posted("session.open").isMember("result"));
   EXPECT_EQ(refusals, 2);
+}
+
+TEST_F(FewSessions, AreAsManyAsRequestsMayOpen) {
+  const std::string first = posted("session.open")["result"]["session"].asString();
+  const std::string second = posted("session.open")["result"]["session"].asString();
+  EXPECT_NE(first, second);
+  EXPECT_EQ(post(R"({"jsonrpc":"2.0","id":1,"method":"session.open"})"), std::nullopt);
+  const Json::Value sessions = posted("tv.sessions", Json::nullValue, first)["result"]["sessions"];
+  ASSERT_EQ(sessions.size(), 2U);
+  EXPECT_EQ(sessions[0]["session"], first);
+  EXPECT_EQ(sessions[1]["session"], second);
+}
+
+TEST_F(Sessions, AreOpenedWhileACallOfThoseWithoutOneIsHeldBack) {
+  posted("tv.set", json(R"({"name": "latency.IServiceNavigation::GetTvMode", "value": 70000})"));
+  EXPECT_EQ(post(R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})"), std::nullopt);
+  EXPECT_NE(open(), "");
 }
 
 TEST_F(Sessions, ThatNobodyIsConnectedToLastAsLongAsACallThatIsHeldBack) {
