@@ -87,6 +87,12 @@ class CallTest(ClientTest):
         self.tv.reset()
         self.assertEqual(self.tv.snapshot(), before)
 
+    def test_a_snapshot_tells_what_was_before_a_command(self):
+        self.tv.window.SetChannel(3, 0)
+        before = self.tv.snapshot()
+        self.tv.window.SetChannel(5, 0)
+        self.assertNotEqual(self.tv.snapshot(), before)
+        self.assertEqual(self.tv.snapshot(self.tv.why()["command"]), before)
 
     def test_each_method_of_the_set_is_a_function(self):
         def name_of(method):

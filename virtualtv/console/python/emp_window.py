@@ -302,9 +302,9 @@ class Tv:
         """Lists services that meet the conditions: offset, limit, text, antenna, kind, group, favourite."""
         return self.call("tv.services", query)
 
-    def snapshot(self) -> dict[str, Any]:
-        """All that the set persists, for `restore`."""
-        return self.call("tv.snapshot")["snapshot"]
+    def snapshot(self, before: Optional[int] = None) -> dict[str, Any]:
+        """All that the set persists, for `restore`; with the number of a command, as it was right before that."""
+        return self.call("tv.snapshot", _given(before=before))["snapshot"]
 
     def restore(self, snapshot: dict[str, Any]) -> None:
         """Makes the set what a snapshot says. Engines close, so that the found channels are gone."""
