@@ -70,3 +70,15 @@ test('without the token the page says what it wants', async context => {
   shown = await Console.open({server, token: 'wrong', isLetIn: false})
   await shown.page.getByText('#token=').waitFor()
 })
+
+test('a browser that forbids storage shows the TV all the same', async () => {
+  shown = await Console.open({
+    before: () => {
+      for (const name of ['localStorage', 'sessionStorage']) {
+        Object.defineProperty(globalThis, name, {get() { throw new DOMException('forbidden', 'SecurityError') }})
+      }
+    },
+  })
+  await shown.page.getByLabel('TV mode').selectOption('Cable')
+  await until(async () => (await shown.tv.state()).windows.main.tvMode.antenna === 1)
+})

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <cstdlib>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -27,9 +29,6 @@ class Scan {
     value(0);
     if (at_ != text_.size()) fail("nothing more is wanted behind the value");
   }
-
-  /// True when a number may be one that a double does not have.
-  bool hasGreatNumber() const { return hasGreatNumber_; }
 
  private:
   [[noreturn]] void fail(const std::string& reason) const {
@@ -162,12 +161,20 @@ class Scan {
     skip('-');
     if (!skip('0')) digits();
     if (skip('.')) digits();
+    bool isGreat = false;
     if (skip('e') || skip('E')) {
-      hasGreatNumber_ = true;
+      isGreat = true;
       if (!skip('+')) skip('-');
       digits();
     }
-    hasGreatNumber_ = hasGreatNumber_ || at_ - start > mostDigits;
+    if (isGreat || at_ - start > mostDigits) requireDouble(start);
+  }
+  /// Requires of the number in front that a double has it.
+  void requireDouble(std::size_t start) {
+    const std::string number(text_.substr(start, at_ - start));
+    if (!std::isinf(std::strtod(number.c_str(), nullptr))) return;
+    at_ = start;
+    fail("'" + number + "' is not a number");
   }
   void digits() {
     if (!isDigit(here())) fail("a digit is wanted");
@@ -178,7 +185,6 @@ class Scan {
   const Limits& limits_;
   std::size_t at_ = 0;
   std::size_t values_ = 0;
-  bool hasGreatNumber_ = false;
 };
 
 /// Throws the first of the errors that jsoncpp tells: a line that names the place, a line that says what is wrong.
@@ -222,18 +228,15 @@ void check(std::string_view text, const Limits& limits) {
   Scan(text, limits).all();
 }
 
-void checkReadable(std::string_view text, const Limits& limits) {
-  Scan scan(text, limits);
-  scan.all();
-  if (scan.hasGreatNumber()) readChecked(text);
-}
-
 Json::Value read(std::string_view text, const Limits& limits, SameNames sameNames) {
   check(text, limits);
   return parse(text, sameNames);
 }
 
 Json::Value readChecked(std::string_view text) {
+  // jsoncpp takes the second half of a surrogate pair alone.
+  const auto hasSurrogate = [&](std::string_view escape) { return text.find(escape) != std::string_view::npos; };
+  if (hasSurrogate("\\ud") || hasSurrogate("\\uD")) check(text);
   return parse(text, SameNames::lastCounts);
 }
 

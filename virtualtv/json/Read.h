@@ -24,11 +24,9 @@ struct Limits {
 };
 
 /// Requires that a text is one JSON value as RFC 8259 has it, in UTF-8: jsoncpp, told to be strict, still takes
-/// comments, control characters, zero bytes and lone surrogates. Takes no memory. @throws NotJson.
+/// comments, control characters, zero bytes and lone surrogates. Takes no memory. @throws NotJson, also for numbers
+/// beyond those that a double has.
 void check(std::string_view text, const Limits& limits = {});
-
-/// Requires of a text what `read` requires, but for what `limits` let pass. @throws NotJson.
-void checkReadable(std::string_view text, const Limits& limits);
 
 enum class SameNames { lastCounts, refused };
 
@@ -36,7 +34,7 @@ enum class SameNames { lastCounts, refused };
 /// @throws NotJson, also for numbers beyond those that a double has.
 Json::Value read(std::string_view text, const Limits& limits = {}, SameNames sameNames = SameNames::lastCounts);
 
-/// Reads a text that `checkReadable` has found to be right, or a value in one. @throws NotJson for a lone surrogate.
+/// Reads a text that `check` has found to be right, or a value in one. @throws NotJson for a lone surrogate.
 Json::Value readChecked(std::string_view text);
 
 }  // namespace virtualtv::json

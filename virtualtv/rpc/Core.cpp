@@ -61,7 +61,7 @@ std::string refusalOf(std::string_view text, const Failure& failure) {
 bool isOpening(std::string_view message) {
   if (message.find("session.open") == std::string_view::npos) return false;
   try {
-    json::checkReadable(message, limits);
+    json::check(message, limits);
     return requestIn(message).method == "session.open";
   } catch (const std::exception&) {
     return false;  // a batch, or what is refused
@@ -87,7 +87,7 @@ struct Job {
 
   /// @throws json::NotJson, Failure for a message that is refused as a whole.
   void read(std::string_view text) {
-    json::checkReadable(text, limits);
+    json::check(text, limits);
     message = text;
     json::Parts parts(message);
     isBatch = parts.isArray();
@@ -264,8 +264,17 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
   seat->isAtWork = true;
   while (!seat->queue.empty()) {
     const std::shared_ptr<Job> job = seat->queue.front();
-    if (!goOn(seat, *job)) return;
-    if (!seat->queue.empty()) seat->queue.pop_front();  // it may have ended the session
+    const auto leave = [&] {
+      if (!seat->queue.empty()) seat->queue.pop_front();  // it may have ended the session
+    };
+    try {
+      if (!goOn(seat, *job)) return;
+    } catch (...) {  // it is not answered, but what comes later will be
+      leave();
+      seat->isAtWork = false;
+      throw;
+    }
+    leave();
     job->close();
     job->answered(job->lacksSession ? std::nullopt : std::optional(std::move(job->reply)));
     for (const auto& behind : job->behind) behind();

@@ -17,11 +17,20 @@ struct Members {
   std::string_view id;
 };
 
+/// The name of a member; nothing for one that no UTF-8 stands for, which is none that counts.
+std::optional<std::string> nameOf(const json::Parts& parts) {
+  try {
+    return parts.name();
+  } catch (const json::NotJson&) {
+    return std::nullopt;
+  }
+}
+
 /// Of several members of one name the last counts.
 Members membersOf(json::Parts& parts) {
   Members members;
   while (parts.next()) {
-    const std::string name = parts.name();
+    const std::optional<std::string> name = nameOf(parts);
     if (name == "jsonrpc") members.version = parts.value();
     if (name == "method") members.method = parts.value();
     if (name == "params") members.params = parts.value();

@@ -193,7 +193,7 @@ TEST_F(HistoryTest, KeepsWithinItsBytes) {
 }
 
 TEST_F(HistoryTest, HoldsNoCommandThatTakesMoreThanItsBytes) {
-  device().remember({.bytes = 70'000});
+  device().remember({.bytes = 40'000});
   const std::uint64_t small = run(session, {"GetTVMode"});
   EXPECT_NO_THROW(history().behind(small, tv()));
   const std::uint64_t large = run(session, {"GetFullChannelList"});

@@ -62,11 +62,24 @@ TEST_F(Refusals, OfASessionThatEndsAnswerEachRequestThatWaits) {
   EXPECT_EQ(client.done, 5);
 }
 
+TEST_F(Refusals, AMemberWhoseNameNoUtf8StandsForIsPassedOver) {
+  for (int time = 0; time < 2; ++time) {  // and the session goes on
+    const Json::Value reply = client.replyTo(R"({"\ud800":1,"\udfff":2,"jsonrpc":"2.0","id":5,"method":"tv.faults"})");
+    EXPECT_TRUE(reply.isMember("result")) << reply;
+  }
+}
+
 TEST_F(Refusals, OfHalfASurrogatePairAreThoseOfAParameter) {
   const Json::Value reply = client.replyTo(R"({"jsonrpc":"2.0","id":5,"method":"tv.get","params":["\ud800"]})");
   EXPECT_EQ(codeOf(reply), -32602);
   EXPECT_EQ(reply["id"], 5);
   EXPECT_EQ(reasonOf(reply), "half of a surrogate pair alone is no character");
+  for (const char* params : {R"(["\udfff"])", R"(["\uDFFF",1e2])", R"({"name":"\ud800","more":1e2})"}) {
+    const Json::Value other =
+        client.replyTo(R"({"jsonrpc":"2.0","id":6,"method":"tv.get","params":)" + std::string(params) + "}");
+    EXPECT_EQ(codeOf(other), -32602) << params;
+    EXPECT_EQ(other["id"], 6) << params;
+  }
 }
 
 TEST_F(Refusals, ShowNamesWithZeroBytes) {

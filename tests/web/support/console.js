@@ -22,13 +22,15 @@ export class Console {
 
   /**
    * @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any,
-   *   token?: string, isLetIn?: boolean}} how  with a server it is that one, else a new one with these options
+   *   token?: string, isLetIn?: boolean, before?: () => void}} how  with a server it is that one, else a new one with these
+   *   options; `before` runs in the page before its first line
    */
-  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true} = {}) {
+  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true, before} = {}) {
     const made = new Console()
     made.server = server ?? await serve({options})
     if (isLetIn) made.tv = await connect(made.server.address, {token})
     made.page = await browser.page()
+    if (before) await made.page.addInitScript(before)
     await made.page.setViewportSize(size)
     await made.page.emulateMedia({colorScheme: scheme, reducedMotion: 'reduce'})
     made.page.on('console', message => message.type() === 'error' && made.errors.push(message.text()))

@@ -303,7 +303,11 @@
   }
 
   function ownToken(origin) {
-    return globalThis.location?.origin === origin ? globalThis.sessionStorage?.getItem('emp-window.token') ?? undefined : undefined
+    try {
+      return globalThis.location?.origin === origin ? globalThis.sessionStorage?.getItem('emp-window.token') ?? undefined : undefined
+    } catch {
+      return undefined  // a browser that forbids storage
+    }
   }
 
   const shared = globalThis[Symbol.for('emp-window/1')] ??= Object.freeze({

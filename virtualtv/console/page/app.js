@@ -3,7 +3,7 @@ import './drop.js'
 import {h} from './dom.js'
 import {copy} from './clipboard.js'
 import {appFrames} from './frame.js'
-import {remember, remembered} from './memory.js'
+import {remember, remembered, rememberedToken} from './memory.js'
 import {addressOf, allowedOrigins, isAllowed, ownApps} from './origins.js'
 import {Part} from './part.js'
 import {store} from './store.js'
@@ -58,7 +58,7 @@ class App extends Part {
   }
 
   #own() {
-    const hasToken = sessionStorage.getItem('emp-window.token') !== null
+    const hasToken = rememberedToken() !== undefined
     const line = `<script src="${location.origin}/window.js?name=tvWindow${hasToken ? '&token=TOKEN' : ''}"></script>`
     const origin = addressOf(this.#address)?.origin ?? example
     return [

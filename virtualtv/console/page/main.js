@@ -2,6 +2,7 @@
 import {connect} from '../client.js'
 import {useTv} from './act.js'
 import {feed} from './feed.js'
+import {rememberedToken, rememberToken} from './memory.js'
 import {store} from './store.js'
 import './app.js'
 import './channels.js'
@@ -26,10 +27,10 @@ const longestPause = 2000
 function token() {
   const given = /^#token=(.+)$/.exec(location.hash)?.[1]
   if (given) {
-    sessionStorage.setItem('emp-window.token', decodeURIComponent(given))
+    rememberToken(decodeURIComponent(given))
     history.replaceState(null, '', location.pathname + location.search)
   }
-  return sessionStorage.getItem('emp-window.token') ?? undefined
+  return rememberedToken()
 }
 
 /** What a person can do where the server lets nobody in; a browser does not tell why a WebSocket fails. @param {string} address */
