@@ -1,16 +1,11 @@
 // Who can't see the page or use a mouse can use it all the same: axe-core finds nothing, in any pane, in light and dark.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
+import {afterEach, test} from 'node:test'
 import {axe} from '../client/support/packages.js'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown.close())
 
 /** What axe-core finds wrong, a line each. */

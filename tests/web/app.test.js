@@ -5,23 +5,17 @@ import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, afterEach, before, beforeEach, test} from 'node:test'
 import {Site} from '../client/support/browser.js'
-import {endServers, serve} from '../client/support/server.js'
+import {serve} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {Console, useBrowser} from './support/console.js'
 
 let site
 let shown
 let pane
-before(async () => {
-  await openBrowser()
-  site = await new Site().listen()
-})
+useBrowser()
+before(async () => { site = await new Site().listen() })
 beforeEach(() => site.pages.clear())
-after(async () => {
-  await closeBrowser()
-  site.close()
-  endServers()
-})
+after(() => site.close())
 afterEach(() => shown?.close())
 
 async function open(how) {

@@ -3,18 +3,14 @@ import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
-import {after, afterEach, before, test} from 'node:test'
+import {afterEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {endServers, serve} from '../client/support/server.js'
+import {serve} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(async () => {
   // A browser tells each failed try to connect on its console, and each refusal.
   shown.errors = shown.errors.filter(text => !/WebSocket connection to .* failed|status of 401/.test(text))

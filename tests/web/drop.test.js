@@ -1,15 +1,10 @@
 // Files dropped on the page or opened: lists are imported, transcripts checked, snapshots restored, all else is told of.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {afterEach, test} from 'node:test'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 const list = `Morning:538000:B8C23D0G4M64T8Y0:T:27500:256=2:257=eng@4:0:0:700:1:2:0

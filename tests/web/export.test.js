@@ -4,22 +4,18 @@ import {execFile} from 'node:child_process'
 import {cp, mkdir, mkdtemp, readFile, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
-import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {afterEach, beforeEach, test} from 'node:test'
 import {fileURLToPath} from 'node:url'
 import {promisify} from 'node:util'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {endServers, program} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {program} from '../client/support/server.js'
+import {Console, useBrowser} from './support/console.js'
 
 const run = promisify(execFile)
 const client = fileURLToPath(new URL('../../virtualtv/console/client', import.meta.url))
 let shown
 let folder
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 beforeEach(async () => folder = await mkdtemp(join(tmpdir(), 'emp-window-export-')))
 afterEach(async () => {
   await shown?.close()

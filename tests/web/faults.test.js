@@ -1,18 +1,13 @@
 // Faults: a person makes calls of the plug-in to the set fail, one by one or by scenarios, and takes that away again.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
+import {afterEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {endServers} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
 let pane
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 async function open(how) {

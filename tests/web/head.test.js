@@ -1,17 +1,12 @@
 // The head of the page: who is connected, the TV mode, and a search over all that has a name.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, beforeEach, test} from 'node:test'
+import {afterEach, beforeEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {endServers} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 beforeEach(async () => { shown = await Console.open() })
 afterEach(() => shown.close())
 

@@ -1,15 +1,10 @@
 // How the page is laid out: its panes are regions or tabs, can be resized, and stay as a person left them.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {afterEach, test} from 'node:test'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 const regions = ['Screen', 'Remote control', 'Inputs', 'Timeline', 'Command']

@@ -1,18 +1,13 @@
 // Pictures on the page's screen: test cards and what stands in their place, what is black, what moves and how often.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
+import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {Console, useBrowser} from './support/console.js'
 import {Screen} from './support/screen.js'
 
 let shown
 let screen
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 async function open(how) {

@@ -1,15 +1,10 @@
 // The inspector of planes: what it tells of them in both spaces, and how they are placed with it.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {afterEach, test} from 'node:test'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 /** Opens the pane and answers the part about a window. */

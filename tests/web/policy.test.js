@@ -1,15 +1,10 @@
 // What the page loads: everything from its own server, and its policy lets nothing else in.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {afterEach, test} from 'node:test'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 test('all comes from the server, without a 404, in at most 250 KB', async () => {

@@ -1,15 +1,10 @@
 // The remote control: by mouse and keyboard, for the TV and for the app that has its keys.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {afterEach, test} from 'node:test'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 const names = ['0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'Channel up', 'Channel down', 'Previous channel', 'Source', 'Audio',

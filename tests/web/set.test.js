@@ -1,16 +1,11 @@
 // The set: what it was built for, its knobs, latencies and settings keys, and keeping it.
 import assert from 'node:assert/strict'
 import fs from 'node:fs/promises'
-import {after, afterEach, before, test} from 'node:test'
-import {endServers} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {afterEach, test} from 'node:test'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 const pane = () => shown.pane('Set')

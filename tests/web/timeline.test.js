@@ -1,16 +1,12 @@
 // The timeline: what clients and people do to the set, how it is filtered, and how it was behind a command.
 import assert from 'node:assert/strict'
-import {after, afterEach, before, test} from 'node:test'
+import {afterEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
-import {endServers, serve} from '../client/support/server.js'
-import {closeBrowser, Console, openBrowser} from './support/console.js'
+import {serve} from '../client/support/server.js'
+import {Console, useBrowser} from './support/console.js'
 
 let shown
-before(openBrowser)
-after(async () => {
-  await closeBrowser()
-  endServers()
-})
+useBrowser()
 afterEach(() => shown?.close())
 
 const list = () => shown.page.getByRole('listbox', {name: 'What has happened'})

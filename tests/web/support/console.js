@@ -1,18 +1,27 @@
 // The page in a browser, a TV of its own behind it, and a client beside it that tells what the page has done.
 import assert from 'node:assert/strict'
+import {after, before} from 'node:test'
 import {connect} from '../../../virtualtv/console/client/client.js'
 import {startBrowser} from '../../client/support/browser.js'
-import {serve} from '../../client/support/server.js'
+import {endServers, serve} from '../../client/support/server.js'
 
 let browser
 
-/** One browser for all tests of a file. */
 export async function openBrowser() {
   browser = await startBrowser()
 }
 
 export async function closeBrowser() {
   await browser?.close()
+}
+
+/** Has one browser for all tests of a file, and ends the servers that they leave. */
+export function useBrowser() {
+  before(openBrowser)
+  after(async () => {
+    await closeBrowser()
+    endServers()
+  })
 }
 
 /** A page that shows a TV. */

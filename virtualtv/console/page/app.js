@@ -125,7 +125,7 @@ class App extends Part {
 
   #resetDialog() {
     const close = () => this.querySelector('dialog')?.close()
-    return h('dialog', {key: 'reset', class: 'ask', 'aria-labelledby': 'app-reset-title'},
+    return h('dialog', {key: 'reset', 'aria-labelledby': 'app-reset-title'},
       h('h3', {id: 'app-reset-title'}, 'Reset the TV?'),
       h('p', null, 'All that was done to the TV is lost: channels, settings, faults. The app is loaded anew.'),
       h('div', {class: 'row'},

@@ -2,6 +2,7 @@
 import {h} from './dom.js'
 import {mostBytes, take} from './files.js'
 import {Part} from './part.js'
+import {shownName} from './services.js'
 
 /** @typedef {import('./files.js').Outcome} Outcome */
 
@@ -97,7 +98,7 @@ class Drop extends Part {
   /** @param {string} name @param {import('./dom.js').Child} what @param {boolean} [canClose] */
   #head(name, what, canClose = false) {
     return h('header', null,
-      h('span', {class: 'grow row', role: 'status'}, h('strong', {class: 'name cut', title: name}, name || '(no name)'), what),
+      h('span', {class: 'grow row', role: 'status'}, h('strong', {class: 'name cut', title: name}, shownName(name)), what),
       canClose && h('button', {'aria-label': 'Close the result of the file', onclick: () => this.#close()}, 'Close'))
   }
 

@@ -28,7 +28,7 @@ export class ExportDialog extends Part {
     this.#to = this.#shown.at(-1)?.command ?? 0
     this.#error = this.#shown.length > 0 ? '' : 'No command is shown. Show all, or run one.'
     this.redraw()
-    this.#dialog.showModal()
+    this.#dialog.show()
   }
 
   get #dialog() {
@@ -41,7 +41,7 @@ export class ExportDialog extends Part {
       h('input', {type: 'number', class: 'number', min: 1, value: String(value), disabled: this.#range !== 'range', oninput: (/** @type {Event} */ event) => take(Number(/** @type {HTMLInputElement} */ (event.target).value))}))
     const radio = (/** @type {string} */ group, /** @type {string} */ value, /** @type {string} */ chosen, /** @type {(value: string) => void} */ take, /** @type {import('./dom.js').Child} */ label) =>
       h('label', {key: value, class: 'choice'}, h('input', {type: 'radio', name: group, value, checked: value === chosen, onchange: () => { take(value); this.redraw() }}), label)
-    return h('dialog', {class: 'ask', 'aria-labelledby': 'export-title'},
+    return h('dialog', {'aria-labelledby': 'export-title', onkeydown: this.#typed},
       h('h2', {id: 'export-title'}, 'Export commands'),
       h('fieldset', null, h('legend', null, 'Which'),
         radio('range', 'shown', this.#range, value => this.#range = value, `those that are shown (${length})`),
@@ -51,6 +51,13 @@ export class ExportDialog extends Part {
       h('p', {class: 'dim'}, 'Commands that are filtered out are left out where they changed nothing.'),
       h('p', {class: 'fail', role: 'alert'}, this.#error),
       h('div', {class: 'row'}, h('button', {class: 'main', disabled: length === 0, onclick: this.#export}, 'Export'), h('button', {onclick: () => this.#dialog.close()}, 'Cancel')))
+  }
+
+  /** @param {KeyboardEvent} event */
+  #typed = event => {
+    if (event.key !== 'Escape') return
+    this.#dialog.close()
+    event.stopPropagation()
   }
 
   #export = async () => {

@@ -1,6 +1,6 @@
 /* What the planes of a set show, read from its state: the picture or what stands in its place, and where it is drawn. */
 import {baseScreen, common, fitted, has} from './geometry.js'
-import {numberOf} from './services.js'
+import {numberOf, shownName} from './services.js'
 
 /** @typedef {import('./geometry.js').Rect} Rect */
 /** @typedef {import('./geometry.js').Ratio} Ratio */
@@ -73,7 +73,7 @@ const cardOf = card => ({kind: 'message', seed: '', title: '', number: '', lines
 /** @param {any} window  of a state @param {string | undefined} kind  of its service, where it is known */
 function serviceCard({service, source, tvMode, tracks, picture}, kind) {
   const card = {
-    seed: service.id ?? `#${service.key} ${service.name}`, title: service.name || '(no name)', number: numberOf(service),
+    seed: service.id ?? `#${service.key} ${service.name}`, title: shownName(service.name), number: numberOf(service),
     lines: [`${source.name ?? `Source ${source.number}`}, ${antennas[tvMode.antenna] ?? tvMode.antenna}`, tracksText(tracks)],
   }
   if (picture) return cardOf({...card, kind: 'service', rate: picture.rate})

@@ -3,7 +3,7 @@ import {h} from './dom.js'
 import {panes, showPane} from './panes.js'
 import {Part} from './part.js'
 import {tuneToService} from './remote-deeds.js'
-import {numberOf} from './services.js'
+import {numberOf, shownName} from './services.js'
 import {store} from './store.js'
 
 const mostOfAKind = 6
@@ -66,7 +66,7 @@ class Search extends Part {
       {key: `command ${name}`, kind: 'command', name, more: help, open: () => showPane('Command', {command: name})}))
     // The server may not have answered for the last key yet.
     const channels = this.#channels.filter(({name}) => has(name ?? '', wanted)).map(service => (
-      {key: `channel ${service.key}`, kind: 'channel', name: service.name || '(no name)', more: numberOf(service), open: () => { tune(service) }}))
+      {key: `channel ${service.key}`, kind: 'channel', name: shownName(service.name), more: numberOf(service), open: () => { tune(service) }}))
     return [places, commands, channels].flatMap(found => found.slice(0, mostOfAKind))
   }
 

@@ -82,7 +82,7 @@ export class TimelineDetail extends Part {
         h('button', {class: 'plain', title: 'Escape', onclick: () => this.onleave()}, 'Now')),
       h('div', {class: 'detail-body', tabindex: 0, role: 'group', 'aria-label': 'All about it'},
         entry.topic === 'command' ? this.#command(entry) : this.#outside(entry)),
-      h('dialog', {class: 'ask', 'aria-labelledby': 'go-back-title'},
+      h('dialog', {'aria-labelledby': 'go-back-title'},
         h('h2', {id: 'go-back-title'}, `Go back to behind command ${entry.command}?`),
         h('p', null, `The set becomes what it persisted at ${clock(entry.time)}: services, settings keys, sources and services on screen.`),
         h('p', null, 'Engines of all clients are closed and faults and latencies end, as when the set is switched off and on. The timeline stays; you can go forward again in the same way.'),
