@@ -31,6 +31,7 @@ test('a server that was ended and started again: said at once, and the state is 
   shown = await Console.open()
   await shown.tv.window.SetTVMode(2)
   await until(async () => await mode() === '1')
+  await shown.tv.close()
   await shown.server.kill()
   await shown.page.getByText('Disconnected, reconnecting').waitFor()
   shown.server = await serve({port: shown.server.port})

@@ -143,7 +143,7 @@ test('with an app running and the switch on App, keys go to the app', async () =
   assert.ok(await remote().getByRole('button', {name: 'App', exact: true}).isDisabled())
   await shown.page.evaluate(async () => {
     const {store} = await import('/page/store.js')
-    store.set('app', {address: 'about:blank', name: 'Test card'})
+    store.set('app', {address: new URL('page/apps/geometry/index.html', location.href).href, name: 'Test card'})
     window.got = []
     addEventListener('emp-key', event => window.got.push(event.detail.name))
   })

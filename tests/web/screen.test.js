@@ -150,15 +150,20 @@ test('over an app the pointer is the app\'s, unless positions are to be read', a
   await shown.page.locator('.app-layer iframe').waitFor()
   const line = shown.page.locator('.position')
   const {x, y, width} = await screen.image('App space').boundingBox()
-  const move = async by => shown.page.mouse.move(x + width / 4 + by, y + width / 4)
-  await move(0)
-  await line.getByText('Point at the screen').waitFor()
+  // The pointer comes anew until the page, which may be drawing still, has told of it.
+  const reads = async text => {
+    let by = 0
+    await until(async () => {
+      await shown.page.mouse.move(1, 1)
+      await shown.page.mouse.move(x + width / 4 + by++ % 8, y + width / 4)
+      return (await line.textContent()).includes(text)
+    }, text)
+  }
+  await reads('Point at the screen')
   await shown.page.getByRole('button', {name: 'Point past the app'}).click()
-  await move(1)
-  await line.getByText('plane main 0,0 960x540 - pixel').waitFor()
+  await reads('plane main 0,0 960x540 - pixel')
   await shown.page.getByRole('button', {name: 'Point past the app'}).click()
-  await move(2)
-  await line.getByText('Point at the screen').waitFor()
+  await reads('Point at the screen')
   await pane.getByRole('button', {name: 'Close app'}).click()
   await shown.page.getByRole('button', {name: 'Point past the app'}).waitFor({state: 'detached'})
 })

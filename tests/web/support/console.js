@@ -45,7 +45,10 @@ export class Console {
     made.page.on('console', message => message.type() === 'error' && made.errors.push(message.text()))
     made.page.on('pageerror', error => made.errors.push(error.stack))
     await made.page.goto(`${made.server.address}/${token ? `#token=${token}` : ''}`)
-    if (isLetIn) await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+    if (isLetIn) {
+      await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+      await made.page.getByRole('img', {name: 'App space'}).waitFor()  // the state of the TV is known
+    }
     return made
   }
 
