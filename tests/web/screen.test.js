@@ -2,8 +2,8 @@
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'
-import {Console, useBrowser} from './support/console.js'
-import {Screen} from './support/screen.js'
+import {useBrowser} from './support/console.js'
+import {openScreen} from './support/screen.js'
 
 let shown
 let screen
@@ -11,8 +11,7 @@ useBrowser()
 afterEach(() => shown?.close())
 
 async function open(how) {
-  shown = await Console.open(how)
-  screen = new Screen(shown.page)
+  ({shown, screen} = await openScreen(how))
 }
 
 test('the space is as large as fits and keeps its shape, on a narrow page over the full width', async () => {

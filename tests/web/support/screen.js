@@ -1,5 +1,12 @@
 // What tests look at on the page's screen.
 import assert from 'node:assert/strict'
+import {Console} from './console.js'
+
+/** A page and its screen. @param how  as `Console.open` takes it */
+export async function openScreen(how) {
+  const shown = await Console.open(how)
+  return {shown, screen: new Screen(shown.page)}
+}
 
 /** The screen of a page. */
 export class Screen {

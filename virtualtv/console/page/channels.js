@@ -10,6 +10,9 @@ import {store} from './store.js'
 
 const short = /** @type {{[antenna: string]: string}} */ ({terrestrial: 'terr', cable: 'cable', satellite: 'sat'})
 
+/** Those that a service can be in, as choices. */
+const favouriteGroups = Array.from({length: 256}, (_, group) => h('option', {value: String(group)}, String(group)))
+
 /** The list of services: search, tune, mark as favourite. */
 class Channels extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'services', 'connection'])
@@ -46,7 +49,7 @@ class Channels extends Part {
         h('label', null, 'Favourite group ', h('select', {value: String(this.#favourite), onchange: (/** @type {Event} */ event) => {
           this.#favourite = Number(valueOf(event))
           this.#narrow({})
-        }}, Array.from({length: 256}, (_, group) => h('option', {value: String(group)}, String(group))))),
+        }}, favouriteGroups)),
         h('label', null, h('input', {type: 'checkbox', checked: this.#onlyFavourites, onchange: (/** @type {Event} */ event) => {
           this.#onlyFavourites = /** @type {HTMLInputElement} */ (event.target).checked
           this.#narrow({})

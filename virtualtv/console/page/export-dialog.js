@@ -1,5 +1,6 @@
 import {tv} from './act.js'
 import {h} from './dom.js'
+import {download} from './download.js'
 import {clientModule, collect, playwrightTest, transcript} from './export.js'
 import {Part} from './part.js'
 import {front} from './shown.js'
@@ -94,13 +95,4 @@ async function wholeReply(entry) {
   const {reply} = entry.event
   if (reply?.length === undefined) return reply
   return (entry.whole ??= await tv().why(/** @type {number} */ (entry.command))).reply
-}
-
-/** @param {string} name @param {string} content */
-function download(name, content) {
-  const link = document.createElement('a')
-  link.href = URL.createObjectURL(new Blob([content], {type: 'text/plain'}))
-  link.download = name
-  link.click()
-  setTimeout(() => URL.revokeObjectURL(link.href), 10_000)
 }

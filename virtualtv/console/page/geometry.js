@@ -4,7 +4,7 @@
 /** @typedef {{width: number, height: number}} Ratio */
 
 /** Pixels of the base screen to one of the app's space. */
-export const basePerApp = 2
+const basePerApp = 2
 export const sides = /** @type {const} */ (['x', 'y', 'width', 'height'])
 export const appSpace = {x: 0, y: 0, width: 960, height: 540}
 export const baseScreen = {x: 0, y: 0, width: 1920, height: 1080}

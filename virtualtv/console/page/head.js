@@ -1,11 +1,9 @@
 import {command} from './act.js'
 import {h} from './dom.js'
+import {antennaModes} from './numbers.js'
 import {Part} from './part.js'
 import './search.js'
 import {store} from './store.js'
-
-/** The TV modes without an operator's list, by the set's number of their antenna; `mode` is the plug-in's. */
-const modes = [{name: 'Terrestrial', mode: 1}, {name: 'Cable', mode: 2}, {name: 'Satellite', mode: 4}]
 
 /** Who is connected, and the TV mode. */
 class Head extends Part {
@@ -18,8 +16,8 @@ class Head extends Part {
       this.#connection(),
       state && h('label', null, 'TV mode ', h('select', {
         value: String(state.windows.main.tvMode.antenna),
-        onchange: (/** @type {Event} */ event) => command('SetTVMode', modes[Number(/** @type {HTMLSelectElement} */ (event.target).value)].mode),
-      }, modes.map(({name}, antenna) => h('option', {value: String(antenna)}, name)))),
+        onchange: (/** @type {Event} */ event) => command('SetTVMode', antennaModes[Number(/** @type {HTMLSelectElement} */ (event.target).value)][0]),
+      }, antennaModes.map(([, name], antenna) => h('option', {value: String(antenna)}, name)))),
       h('emp-search', {class: 'search'}),
     ]
   }

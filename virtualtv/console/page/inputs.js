@@ -2,6 +2,7 @@ import {attempt} from './attempt.js'
 import {h} from './dom.js'
 import {sourceOf} from './numbers.js'
 import {Part} from './part.js'
+import {pictureText} from './plane.js'
 import {show} from './remote-deeds.js'
 import {store} from './store.js'
 
@@ -29,7 +30,7 @@ class Inputs extends Part {
     const known = sourceOf(source)
     const number = known?.plugin
     const canBeShown = known?.canBeShown ?? false
-    const size = `${picture.width}x${picture.height}@${picture.rate}`
+    const size = pictureText(picture)
     return h('div', {key: source, class: 'input-row'},
       this.#switch(name, plugged, on => this.#set(`input.${source}.plugged`, on ? 'on' : 'off')),
       h('button', {class: 'plain input-name', disabled: !canBeShown, 'aria-pressed': String(source === shown),

@@ -24,14 +24,18 @@ export function sourceOf(number) {
   return sources.find(source => source.set === number)
 }
 
+/** The TV modes without an operator's list, by the set's number of their antenna. @type {[number, string][]} */
+export const antennaModes = [[1, 'Terrestrial'], [2, 'Cable'], [4, 'Satellite']]
+
 /** TV modes that the command SetTVMode takes. */
 export const tvModes = [
-  ['Antennas', [[1, 'Terrestrial'], [2, 'Cable'], [4, 'Satellite']]],
+  ['Antennas', antennaModes],
   ['Operators\' lists', [[23, 'Terrestrial, an operator'], [24, 'Cable, an operator'],
     ...[...range(5, 20), ...range(25, 31)].map(mode => [mode, `Satellite, operator ${mode}`])]],
 ]
 
-const antennas = ['terrestrial', 'cable', 'satellite']
+/** By the set's numbers. */
+export const antennas = ['terrestrial', 'cable', 'satellite']
 
 /** The plug-in's number of a TV mode of the set. @param {{antenna: number, service: number}} mode @return {number} 0 for none */
 export function tvModeOf({antenna, service}) {

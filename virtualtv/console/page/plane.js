@@ -1,5 +1,6 @@
 /* What the planes of a set show, read from its state: the picture or what stands in its place, and where it is drawn. */
 import {baseScreen, common, fitted, has} from './geometry.js'
+import {antennas} from './numbers.js'
 import {numberOf, shownName} from './services.js'
 
 /** @typedef {import('./geometry.js').Rect} Rect */
@@ -35,7 +36,6 @@ import {numberOf, shownName} from './services.js'
 
 /** @type {{id: WindowId, name: string}[]} */
 export const windows = [{id: 'main', name: 'Main picture'}, {id: 'pip', name: 'Picture-in-picture'}]
-const antennas = ['terrestrial', 'cable', 'satellite']
 const wide = {width: 16, height: 9}
 const narrow = {width: 4, height: 3}
 

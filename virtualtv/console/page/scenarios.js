@@ -16,7 +16,7 @@ import {transcriptLine} from './deed.js'
  * @property {(seen: Seen) => Step[]} undo
  */
 
-export const slowCall = 'IServiceNavigation::TuneService'
+const slowCall = 'IServiceNavigation::TuneService'
 export const slowKnob = `latency.${slowCall}`
 
 /** @param {string} name @param {string | number} value @return {Step} */

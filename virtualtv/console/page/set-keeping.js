@@ -1,6 +1,7 @@
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
 import {h} from './dom.js'
+import {download} from './download.js'
 import {Part} from './part.js'
 
 /** Keeps the set as a file, brings it back, switches it off and on, or makes it new. */
@@ -52,12 +53,9 @@ class SetKeeping extends Part {
 
   async #save() {
     try {
-      const link = document.createElement('a')
-      link.href = URL.createObjectURL(new Blob([`${JSON.stringify(await tv().snapshot(), null, 1)}\n`], {type: 'application/json'}))
-      link.download = `tv-${new Date().toISOString().slice(0, 19).replaceAll(':', '')}.json`
-      link.click()
-      setTimeout(() => URL.revokeObjectURL(link.href), 60_000)
-      this.#say(`Saved as ${link.download}`)
+      const name = `tv-${new Date().toISOString().slice(0, 19).replaceAll(':', '')}.json`
+      download(name, `${JSON.stringify(await tv().snapshot(), null, 1)}\n`, 'application/json')
+      this.#say(`Saved as ${name}`)
     } catch (error) {
       this.#say(/** @type {Error} */ (error).message, true)
     }

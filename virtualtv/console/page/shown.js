@@ -1,5 +1,4 @@
 /* Texts of any kind as a person can read them: what can't be seen is written out, what is long is cut. */
-import {h} from './dom.js'
 
 const unseen = /[\0-\x08\x0b-\x1f\x7f-\x9f\u061c\u200b-\u200f\u2028-\u202e\u2060-\u2069\ufeff]|[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/g
 
@@ -13,11 +12,6 @@ export function front(text, most) {
   const whole = String(text)
   const line = visible(whole.slice(0, most)).replace(/\s+/g, ' ')
   return whole.length > most ? `${line}…` : line
-}
-
-/** A name that may be empty. @param {unknown} text @param {number} [most] */
-export function nameShown(text, most = 200) {
-  return text === '' ? h('span', {class: 'dim'}, '(no name)') : h('span', {class: 'name'}, front(text, most))
 }
 
 /** @param {number} time  ms since 1970 */

@@ -4,7 +4,7 @@
  */
 import {shortName} from './timeline-outside.js'
 
-export const mostEntries = 10_000
+const mostEntries = 10_000
 
 /**
  * @typedef {object} Entry
