@@ -46,7 +46,7 @@ test('the picture of an input can be changed, and what the set refuses says why'
   await inputs().getByText('800x600@75').waitFor()
   const {width, height, rate} = (await inputOf('PC')).picture
   assert.deepEqual([width, height, rate], [800, 600, 75])
-  assert.equal(await inputs().getByRole('form').count(), 0)
+  await inputs().getByRole('form').waitFor({state: 'detached'})
 })
 
 test('the ISP source can be shown and taken away', async () => {

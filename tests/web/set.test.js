@@ -105,7 +105,7 @@ test('settings keys are added, changed and removed', async () => {
 test('a snapshot is saved as a file, and brings the set back', async () => {
   await open()
   await type('Country', '5')
-  await pane().getByRole('alert').count()
+  await until(async () => (await shown.tv.state()).country === 5)
   const saved = shown.page.waitForEvent('download')
   await pane().getByRole('button', {name: 'Snapshot'}).click()
   const file = await (await saved).path()
