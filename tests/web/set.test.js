@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict'
 import fs from 'node:fs/promises'
 import {afterEach, test} from 'node:test'
+import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
 
 let shown
