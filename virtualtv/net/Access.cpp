@@ -250,10 +250,12 @@ bool Access::isAllowed(std::string_view origin) const {
 
 bool Access::knowsToken(const Asking& asking) const {
   if (rules_.token.empty()) return true;
-  constexpr std::string_view scheme = "bearer ";
-  std::string_view given = asking.authorization;
-  if (lowered(given.substr(0, scheme.size())) == scheme) {
-    return equalInConstantTime(rules_.token, given.substr(scheme.size()));
+  constexpr std::string_view scheme = "bearer";
+  const std::string_view given = asking.authorization;
+  const std::string_view behind = given.substr(std::min(scheme.size(), given.size()));
+  if (behind.starts_with(' ') && lowered(given.substr(0, scheme.size())) == scheme) {
+    const std::size_t start = std::min(behind.find_first_not_of(' '), behind.size());
+    return equalInConstantTime(rules_.token, behind.substr(start));
   }
   const auto inTarget = asking.upgrades ? queryValue(asking.target, "token") : std::nullopt;
   return inTarget && equalInConstantTime(rules_.token, *inTarget);

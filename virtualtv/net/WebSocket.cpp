@@ -1,5 +1,7 @@
 #include "net/WebSocket.h"
 
+#include <poll.h>
+
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/beast/http/field.hpp>
@@ -12,13 +14,26 @@ namespace virtualtv::net {
 
 namespace websocket = boost::beast::websocket;
 
+namespace {
+
+/// True when the other side has ended the connection, even where what it sent before was not read.
+bool hasEnded(Socket& socket) {
+  pollfd state{socket.native_handle(), POLLRDHUP, 0};
+  return ::poll(&state, 1, 0) > 0;
+}
+
+}  // namespace
+
 void WebSocket::connect(const std::optional<std::string>& session) {
   client_ = site_.calls().connect(*this, session);
 }
 
 void WebSocket::open(Socket socket, const Request& upgrade, const Headers& headers) {
   stream_.emplace(std::move(socket));
-  stream_->next_layer().onTeardown = [this] { after(site_.limits().closing, &WebSocket::end); };
+  stream_->next_layer().onTeardown = [this] {
+    after(site_.limits().closing, &WebSocket::end);
+    client_.reset();
+  };
   stream_->set_option(websocket::stream_base::timeout{site_.limits().forHead, websocket::stream_base::none(), false});
   stream_->set_option(websocket::stream_base::decorator([headers](websocket::response_type& response) {
     response.set(boost::beast::http::field::server, "emp-window");
@@ -59,29 +74,37 @@ void WebSocket::goAway() {
   close(CloseCode::going_away);
 }
 
-/// Does what can be done next: has the message handled that was read, reads another one.
+/// Does what can be done next: has the next message handled, reads another one.
 void WebSocket::proceed() {
-  if (farewell_ || !client_) return;
-  if (read_ && !asking_) return take();
-  if (!read_ && !reading_ && unsent_ <= site_.limits().mostUnsent) read();
+  if (farewell_ || !client_ || unsent_ > site_.limits().mostUnsent) return;
+  if (!waiting_.empty() && !asking_) take();
+  if (reading_ || inTurn_ || !client_) return;
+  if (ahead_ < site_.limits().mostAhead) return read();
+  if (!std::exchange(isDeaf_, true)) after(site_.limits().attention, &WebSocket::look);
 }
 
 void WebSocket::read() {
   reading_ = true;
+  isDeaf_ = false;
   stream_->async_read_some(in_, 0, [self = shared_from_this()](error_code error, std::size_t) {
     self->reading_ = false;
     if (error) return self->end();
     self->heard();
     if (self->farewell_) return;
     if (!self->stream_->got_text()) return self->close(CloseCode::unknown_data);
-    self->read_ = self->stream_->is_message_done();
+    if (self->stream_->is_message_done()) {
+      self->ahead_ += self->in_.capacity();
+      self->waiting_.push_back(std::exchange(self->in_, {}));
+    }
     self->proceed();
   });
 }
 
+/// What a client sends before it closes is handled, so nothing is read while a large message waits for its turn.
 void WebSocket::take() {
-  asking_ = true;
-  site_.handle(in_.size(), {}, [self = shared_from_this()] {
+  asking_ = inTurn_ = true;
+  site_.handle(waiting_.front().size(), {}, [self = shared_from_this()] {
+    self->inTurn_ = false;
     if (self->farewell_ || !self->client_) return;
     self->handOn();
     self->proceed();
@@ -89,10 +112,11 @@ void WebSocket::take() {
 }
 
 void WebSocket::handOn() {
-  constexpr std::size_t mostKept = 65536;  // of the memory that a message took
-  within_ = true;
+  const boost::beast::flat_buffer message = std::move(waiting_.front());
+  waiting_.pop_front();
+  ahead_ -= message.capacity();
   try {
-    const auto bytes = in_.cdata();
+    const auto bytes = message.cdata();
     client_->take(std::string_view(static_cast<const char*>(bytes.data()), bytes.size()), [weak = weak_from_this()] {
       if (const auto self = weak.lock()) self->answered();
     });
@@ -100,16 +124,14 @@ void WebSocket::handOn() {
     site_.complain("cannot answer a message: " + std::string(error.what()));
     close(CloseCode::internal_error);
   }
-  within_ = false;
-  in_.clear();
-  if (in_.capacity() > mostKept) in_.shrink_to_fit();
-  read_ = false;
 }
 
 /// The server may be at work on it still, so what comes next is left to later.
 void WebSocket::answered() {
-  asking_ = false;
-  if (!within_) asio::post(timer_.get_executor(), [self = shared_from_this()] { self->proceed(); });
+  asio::post(timer_.get_executor(), [self = shared_from_this()] {
+    self->asking_ = false;
+    self->proceed();
+  });
 }
 
 void WebSocket::write() {
@@ -138,15 +160,20 @@ void WebSocket::farewell() {
   stream_->async_close(*farewell_, [self = shared_from_this()](error_code) { self->end(); });
 }
 
-/// Looks after a connection that is silent: asks for a sign of life, and ends it where none came.
+/// Looks after a connection that is silent: asks for a sign of life, and ends it where none came. Of one that is deaf
+/// nothing would be heard: the system tells whether it has ended.
 void WebSocket::look() {
-  const bool waitsForAnswer = asking_ && read_;  // nothing is read then, so nothing is heard
-  if (waitsForAnswer) heard();
-  if (std::chrono::steady_clock::now() - heard_ >= site_.limits().silence) return end();
-  if (!std::exchange(pinging_, true)) {
-    stream_->async_ping({}, [self = shared_from_this()](error_code) { self->pinging_ = false; });
-  }
-  after(site_.limits().silence / 2, &WebSocket::look);
+  const Limits& limits = site_.limits();
+  if (isDeaf_ && hasEnded(stream_->next_layer())) return end();
+  if (isDeaf_ || inTurn_) heard();
+  if (std::chrono::steady_clock::now() - heard_ >= limits.silence) return end();
+  ping();
+  after(isDeaf_ ? limits.attention : limits.silence / 2, &WebSocket::look);
+}
+
+void WebSocket::ping() {
+  if (std::exchange(pinging_, true)) return;
+  stream_->async_ping({}, [self = shared_from_this()](error_code) { self->pinging_ = false; });
 }
 
 /// Calls a function after a time, unless another one is to be called before that.
@@ -161,7 +188,7 @@ void WebSocket::after(Limits::Time time, void (WebSocket::*next)()) {
 /// Ends the connection now, and the client's session with it. The last operations on the stream then fail.
 void WebSocket::end() {
   const auto self = shared_from_this();
-  if (!client_) return;
+  if (std::exchange(ended_, true)) return;
   client_.reset();
   timer_.cancel();
   error_code ignored;

@@ -18,8 +18,9 @@
 
 namespace virtualtv::net {
 
-/// A client's connection over WebSocket. A message is handed on when the one before is answered. One more is read
-/// meanwhile, so that a ping is answered and an end noticed while an answer is held back; more stays with the system.
+/// A client's connection over WebSocket. A message is handed on when the one before is answered. More are read
+/// meanwhile, so that pings are answered and an end is noticed while an answer is held back. Where too many wait, the
+/// rest stays with the system, and whether the other side has ended is looked at from time to time.
 class WebSocket final : public rpc::Outlet, public Connection, public std::enable_shared_from_this<WebSocket> {
  public:
   using Request = boost::beast::http::request<boost::beast::http::string_body>;
@@ -53,24 +54,28 @@ class WebSocket final : public rpc::Outlet, public Connection, public std::enabl
   void close(CloseCode code);
   void farewell();
   void look();
+  void ping();
   void after(Limits::Time time, void (WebSocket::*next)());
   void heard() { heard_ = std::chrono::steady_clock::now(); }
   void end();
 
   Site& site_;
   Timer timer_;
-  std::unique_ptr<rpc::Client> client_;
+  std::unique_ptr<rpc::Client> client_;  ///< null once the connection begins to end: with it the session has ended
   std::optional<Stream> stream_;
   boost::beast::flat_buffer in_;
+  std::deque<boost::beast::flat_buffer> waiting_;       ///< messages that were not handed on
+  std::size_t ahead_ = 0;                               ///< bytes of memory that they take
   std::deque<std::shared_ptr<const std::string>> out_;  ///< the first is on its way, while `writing_`
   std::size_t unsent_ = 0;
   std::chrono::steady_clock::time_point heard_;  ///< the last sign of life
   std::optional<CloseCode> farewell_;            ///< why the connection is being closed
   bool isOpen_ = false;
   bool reading_ = false;
-  bool read_ = false;    ///< `in_` is a message that was not handed on
-  bool asking_ = false;  ///< a message was handed on and is not answered
-  bool within_ = false;  ///< it is being handed on right now
+  bool asking_ = false;  ///< a message was handed on, or is about to be, and is not answered
+  bool inTurn_ = false;  ///< it waits for its turn among the large ones
+  bool isDeaf_ = false;  ///< too many messages wait for another one to be read
+  bool ended_ = false;
   bool writing_ = false;
   bool pinging_ = false;
 };

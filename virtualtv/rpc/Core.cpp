@@ -57,6 +57,10 @@ std::string refusalOf(std::string_view text, const Failure& failure) {
   }
 }
 
+Failure sessionEnded() {
+  return {Code::noSuchSession, "the session has ended"};
+}
+
 /// Whether a message opens a session and does nothing else.
 bool isOpening(std::string_view message) {
   if (message.find("session.open") == std::string_view::npos) return false;
@@ -192,12 +196,13 @@ void Core::close(const std::string& id) {
   if (found == seats_.end()) return;
   const std::shared_ptr<Seat> seat = found->second;
   seats_.erase(found);
+  seat->hasEnded = true;
   seat->outlet = nullptr;
   const std::deque<std::shared_ptr<Job>> waiting = std::exchange(seat->queue, {});
   for (const std::shared_ptr<Job>& job : waiting) {
     const bool isRunning = job == waiting.front() && seat->isAtWork && !seat->isHeld;
     if (isRunning) continue;
-    job->refuseRest({Code::noSuchSession, "the session has ended"});
+    job->refuseRest(sessionEnded());
     job->answered(std::move(job->reply));
   }
   seat->shell.client().closeEngines("session ended");
@@ -285,6 +290,10 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
 /// Runs the requests of a message. @return false when the rest has to wait.
 bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
   while (const auto request = job.next()) {
+    if (seat->hasEnded) {  // by an earlier one
+      job.add(refusalOf(*request, sessionEnded()));
+      continue;
+    }
     std::string response;
     Events::Ran ran = events_.collectFrom([&] { response = answer(*seat, *request, job); });
     if (ran.delay > 0 && options_.waits) {

@@ -35,6 +35,7 @@ struct Seat {
   bool isHeld = false;                     ///< that waits for a time
   std::uint64_t uses = 0;                  ///< messages so far
   bool isShared = false;                   ///< the one of all requests without a session
+  bool hasEnded = false;                   ///< it was closed
 };
 
 /// Names of sessions in the order in which these were opened: a number grows behind the same front.

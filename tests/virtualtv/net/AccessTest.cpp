@@ -188,6 +188,13 @@ TEST(AccessTest, TakesTheTokenFromItsHeaderAndOfAnUpgradeFromItsTarget) {
   const std::vector<Row> rows{
       {"/rpc", "Bearer s3c+ret/=", false, 0},
       {"/rpc", "bearer s3c+ret/=", false, 0},
+      {"/rpc", "BEARER    s3c+ret/=", false, 0},
+      {"/rpc", "Bearer\ts3c+ret/=", false, 401},
+      {"/rpc", "Bearer \ts3c+ret/=", false, 401},
+      {"/rpc", "Bearers3c+ret/=", false, 401},
+      {"/rpc", "Bearer", false, 401},
+      {"/rpc", "Bearer   ", false, 401},
+      {"/rpc", "Bearer s3c +ret/=", false, 401},
       {"/rpc", "Bearer s3c+ret/", false, 401},
       {"/rpc", "Bearer s3c+ret/=x", false, 401},
       {"/rpc", "Bearer ", false, 401},

@@ -63,12 +63,23 @@ bool Wire::trySend(std::string_view bytes) {
   return true;
 }
 
+void Wire::sendImpatiently() {
+  constexpr timeval moment{0, 300'000};
+  ::setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &moment, sizeof moment);
+}
+
 void Wire::endSending() {
   ::shutdown(socket_, SHUT_WR);
 }
 
 void Wire::close() {
   if (socket_ >= 0) ::close(std::exchange(socket_, -1));
+}
+
+void Wire::reset() {
+  const linger atOnce{1, 0};
+  ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+  close();
 }
 
 bool Wire::readMore() {

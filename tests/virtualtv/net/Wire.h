@@ -43,8 +43,12 @@ class Wire {
   void send(std::string_view bytes);
   /// Sends as much as the other side takes. @return false once it takes no more.
   bool trySend(std::string_view bytes);
+  /// From now on the other side takes no more when it has taken nothing for a short time.
+  void sendImpatiently();
   void endSending();
   void close();
+  /// Breaks it: the other side is told of an error.
+  void reset();
 
   /// The next bytes, fewer where the connection ends.
   std::string read(std::size_t count);

@@ -140,6 +140,36 @@ TEST_F(Sessions, GoOnAfterTheyWereClosedOnTheirConnection) {
   EXPECT_EQ(engines(), 1U);
 }
 
+/// What stands behind the call that ends a session in the same batch.
+constexpr const char* closing = R"([{"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"},
+    {"jsonrpc":"2.0","id":2,"method":"session.close"},
+    {"jsonrpc":"2.0","id":"x","method":"window.GetTVMode"},
+    {"jsonrpc":"2.0","method":"tv.set","params":["region","7"]}, 5,
+    {"jsonrpc":"2.0","id":4,"method":"tv.get","params":["region"]}])";
+
+void expectClosedFromTheThirdOn(const Json::Value& replies) {
+  ASSERT_EQ(replies.size(), 5U);
+  EXPECT_EQ(replies[0]["result"]["value"], 1);
+  EXPECT_TRUE(replies[1].isMember("result"));
+  EXPECT_EQ(replies[2]["id"], "x");
+  EXPECT_EQ(codeOf(replies[2]), 1003);
+  EXPECT_EQ(reasonOf(replies[2]), "the session has ended");
+  EXPECT_EQ(codeOf(replies[3]), -32600);
+  EXPECT_EQ(codeOf(replies[4]), 1003);
+}
+
+TEST_F(Sessions, ThatABatchClosesRunNothingThatStandsBehindThatInIt) {
+  Connected client(server);
+  const Json::Value region = client.result("tv.get", json(R"(["region"])"));
+  expectClosedFromTheThirdOn(client.replyTo(closing));
+  EXPECT_EQ(engines(), 0U);
+  EXPECT_EQ(client.result("tv.get", json(R"(["region"])")), region) << "the connection goes on";
+  const std::string session = open();
+  expectClosedFromTheThirdOn(json(*post(closing, session)));
+  EXPECT_EQ(engines(), 0U);
+  EXPECT_EQ(codeOf(posted("tv.get", json(R"(["region"])"), session)), 1003);
+}
+
 TEST_F(Sessions, OpenNewEnginesBehindARestart) {
   Connected client(server);
   for (const char* const method : {"tv.restart", "tv.reset"}) {
