@@ -41,6 +41,17 @@ test('a search and each filter narrow the list', async () => {
   await pane().getByText('No channel is like that').waitFor()
 })
 
+test('the groups of a long list can be chosen before a channel of them was seen', async () => {
+  shown = await Console.open()
+  const channel = at => `Station ${at}:${10714 + at}:HC56M2S0:S19.2E:22000:${at + 32}:${at + 2000}=eng@3:0:0:${at}:1:1:0`
+  const list = [':Near', ...Array.from({length: 250}, (_, at) => channel(at + 1)), ':Far <b>', channel(251)].join('\n')
+  await shown.tv.import(list, {format: 'vdr'})
+  await counts('251 channels')
+  await pane().getByLabel('Group').first().selectOption('Far <b>')
+  await counts('1 channel')
+  await row('Station 251').waitFor()
+})
+
 test('a click tunes the main window, also from another antenna or input', async () => {
   shown = await Console.open()
   await shown.tv.window.SetSource(31, 0)

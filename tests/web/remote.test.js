@@ -1,6 +1,7 @@
 // The remote control: by mouse and keyboard, for the TV and for the app that has its keys.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
+import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
 
 let shown
@@ -54,6 +55,33 @@ test('a number without a minor one finds the first channel that has it', async (
   await press('5')
   await press('OK')
   await says('5-1 Granite Sport 1')
+})
+
+test('a number that only another antenna has is not tuned to, and says which', async () => {
+  shown = await Console.open()
+  for (const key of ['1', '1', 'Enter']) await shown.page.keyboard.press(key)
+  await says('No channel 11 on terrestrial. Choose TV mode cable for 11 Attic Movies')
+  assert.equal((await main()).service.name, 'Lighthouse One')
+  await shown.page.getByLabel('TV mode').first().selectOption('Cable')
+  await until(async () => (await main()).tvMode.antenna === 1, 'the TV mode is Cable')
+  for (const key of ['1', '1', 'Enter']) await shown.page.keyboard.press(key)
+  await says('11 Attic Movies')
+})
+
+test('steps keep to the antenna on screen, in channel order, and go round at the ends', async () => {
+  shown = await Console.open()
+  await shown.page.keyboard.press('PageDown')
+  await says('Quay Street Community')  // without a number, so the last one
+  await shown.page.keyboard.press('PageUp')
+  await says('1 Lighthouse One')
+  const {services} = await shown.tv.services({antenna: 'cable'})
+  const order = services.filter(({hidden, locked, id}) => id && !hidden && !locked).map(({name}) => name)
+  await shown.tv.window.SetChannelByServiceid(services[0].id)
+  for (const name of [...order.slice(1), order[0]]) {
+    await shown.page.keyboard.press('PageUp')
+    await says(name)
+    assert.equal((await main()).tvMode.antenna, 1)
+  }
 })
 
 test('channels up, down and back again', async () => {

@@ -25,6 +25,7 @@ class Selection {
   bool selects(const ServiceOutline& service) const {
     if (query_.antenna && service.antenna != static_cast<std::uint64_t>(*query_.antenna)) return false;
     if (query_.kind && (!service.channelType || kindOf(*service.channelType) != query_.kind)) return false;
+    if (query_.major && service.major != query_.major) return false;
     if (query_.group && service.group != *query_.group) return false;
     if (query_.favourite && !members_.contains(service.key)) return false;
     return hasInName(service);
@@ -48,6 +49,7 @@ ServicePage findServices(const ServiceStore& services, const ServiceQuery& query
   std::vector<ServiceKey> shown;
   ServicePage page;
   services.outline([&](const ServiceOutline& service) {
+    if (!service.group.empty()) page.groups.insert(service.group);
     if (!selection.selects(service)) return;
     const std::size_t position = page.total++;
     if (position >= query.offset && position - query.offset < query.limit) shown.push_back(service.key);

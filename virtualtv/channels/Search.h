@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,7 @@ struct ServiceQuery {
   std::string text = {};  ///< UTF-8 that the name has in it, in ASCII letters of either case; empty for any
   std::optional<EAntennaMode> antenna = std::nullopt;           ///< what the service is received with
   std::optional<ServiceKind> kind = std::nullopt;               ///< what it brings
+  std::optional<std::uint16_t> major = std::nullopt;            ///< its major number
   std::optional<std::string> group = std::nullopt;              ///< name of the list section that it was found in
   std::optional<std::uint8_t> favourite = std::nullopt;         ///< favourite group that it is a member of
   std::size_t offset = 0;                                       ///< how many to leave out at the start
@@ -30,6 +32,7 @@ struct ServiceQuery {
 struct ServicePage {
   std::vector<std::pair<ServiceKey, Service>> services;  ///< in list order
   std::size_t total = 0;                                 ///< how many the query selects, shown or not
+  std::set<std::string> groups;  ///< names of all groups that there are, whatever the query selects
 };
 
 /// The page of services that a query asks for. Of those that it does not show, only what the conditions are about is

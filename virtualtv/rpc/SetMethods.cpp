@@ -94,6 +94,9 @@ ServiceQuery queryOf(const Call& call) {
   query.text = call.params.text("text", "");
   if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames);
   if (call.params.has("kind")) query.kind = oneOf(call, "kind", kindNames());
+  if (call.params.has("major")) {
+    query.major = static_cast<std::uint16_t>(call.params.number("major", text::rangeOf<std::uint16_t>()));
+  }
   if (call.params.has("group")) query.group = call.params.text("group");
   if (call.params.has("favourite")) {
     query.favourite = static_cast<std::uint8_t>(call.params.number("favourite", text::rangeOf<std::uint8_t>()));
@@ -107,6 +110,8 @@ Json::Value services(const Call& call) {
   const ServicePage page = findServices(call.core.device().tv().services(), queryOf(call));
   Json::Value answer = call.core.revision();
   answer["total"] = Json::UInt64{page.total};
+  answer["groups"] = Json::arrayValue;
+  for (const std::string& group : page.groups) answer["groups"].append(text::wellFormed(group));
   answer["services"] = Json::arrayValue;
   for (const auto& [key, service] : page.services) answer["services"].append(serviceDocument(key, service));
   return answer;
@@ -250,9 +255,12 @@ const std::array setRows{
             {"antenna", R"({"enum": ["terrestrial", "cable", "satellite"]})", "what they are received with"},
             {"kind", R"({"enum": ["television", "radio", "data"]})", "what they bring"},
             {"group", textSchema, "the section of the list that they were found in"},
-            {"favourite", R"({"type": "integer", "minimum": 0, "maximum": 255})", "the favourite group they are in"}},
-           R"({"type": "object", "required": ["revision", "total", "services"], "properties": {
+            {"favourite", R"({"type": "integer", "minimum": 0, "maximum": 255})", "the favourite group they are in"},
+            {"major", R"({"type": "integer", "minimum": 0, "maximum": 65535})", "their major number"}},
+           R"({"type": "object", "required": ["revision", "total", "groups", "services"], "properties": {
                "revision": {"type": "integer"}, "total": {"type": "integer"},
+               "groups": {"type": "array", "items": {"type": "string"},
+               "description": "all that there are, those of services that are left out too"},
                "services": {"type": "array", "items": {"$ref": "#/components/schemas/Service"}}},
                "additionalProperties": false})",
            services},

@@ -60,7 +60,7 @@ ServiceStore::ServiceStore(Database& database)
       size_(database, "SELECT count(*) FROM service", "count the services"),
       keys_(database, "SELECT key FROM service ORDER BY place", "read the services"),
       outlines_(database,
-                "SELECT key, channel_name, channel_type, antenna_mode, group_name FROM service ORDER BY place",
+                "SELECT key, channel_name, channel_type, antenna_mode, major, group_name FROM service ORDER BY place",
                 "read the services"),
       members_(database, "SELECT service FROM favourite WHERE number = ? AND member", "read a favourite group"),
       spotOf_(database, "SELECT place, key FROM service WHERE service_id = ? ORDER BY place LIMIT 1",
@@ -91,7 +91,8 @@ void ServiceStore::outline(const std::function<void(const ServiceOutline&)>& tak
     if (!rows.isNull(1)) outline.name = toUnits(rows.bytes(1));
     outline.channelType = number(rows, 2);
     outline.antenna = number(rows, 3);
-    outline.group = rows.text(4);
+    outline.major = number(rows, 4);
+    outline.group = rows.text(5);
     take(outline);
   }
 }

@@ -30,6 +30,7 @@ struct ServiceOutline {
   std::optional<std::u16string> name;
   std::optional<std::uint64_t> channelType;
   std::optional<std::uint64_t> antenna;
+  std::optional<std::uint64_t> major;
   std::string group;  ///< UTF-8
 };
 

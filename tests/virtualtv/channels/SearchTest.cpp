@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string>
+#include <utility>
+
 #include "virtualtv/services/Support.h"
 
 namespace virtualtv::test {
@@ -63,6 +67,26 @@ TEST_F(ServiceSearch, SelectsByAntennaAndKind) {
   EXPECT_EQ(ids({.kind = ServiceKind::data}), Ids{4});
   EXPECT_EQ(ids({.antenna = ANTENNA_CABLE, .kind = ServiceKind::television}), Ids{2});
   EXPECT_EQ(ids({.text = "news", .antenna = ANTENNA_CABLE}), Ids{1});
+}
+
+TEST_F(ServiceSearch, SelectsByMajorNumberOnEachAntenna) {
+  Service twin = serviceOf(30, 3);
+  twin.numbers[TCServiceData::ANTENNA_MODE] = ANTENNA_CABLE;
+  memory.store.add(twin);
+  EXPECT_EQ(ids({.major = 3}), (Ids{3, 30}));
+  EXPECT_EQ(ids({.antenna = ANTENNA_CABLE, .major = 3}), Ids{30});
+  EXPECT_EQ(ids({.major = 65535}), Ids{});
+}
+
+TEST_F(ServiceSearch, TellsAllGroupsWhateverItSelects) {
+  EXPECT_EQ(page({}).groups, std::set<std::string>{});
+  for (const auto& [id, group] : {std::pair(30, "News"), std::pair(31, "Radio"), std::pair(32, "News")}) {
+    Service service = serviceOf(static_cast<std::uint64_t>(id), id);
+    service.group = group;
+    memory.store.add(service);
+  }
+  EXPECT_EQ(page({.group = "News", .limit = 1}).groups, (std::set<std::string>{"News", "Radio"}));
+  EXPECT_EQ(page({.text = "nothing"}).groups, (std::set<std::string>{"News", "Radio"}));
 }
 
 TEST_F(ServiceSearch, ASideThatAServiceLacksIsNoneThatIsWanted) {

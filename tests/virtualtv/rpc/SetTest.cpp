@@ -53,6 +53,10 @@ TEST_F(SetMethods, ListServices) {
   for (const Json::Value& service : cable["services"]) EXPECT_EQ(service["antenna"], "cable");
   EXPECT_EQ(codeOf(client.call("tv.services", named({{"kind", "film"}}))), -32602);
   EXPECT_EQ(codeOf(client.call("tv.services", named({{"favourite", 256}}))), -32602);
+  EXPECT_EQ(codeOf(client.call("tv.services", named({{"major", 65536}}))), -32602);
+  const Json::Value fourth = result("tv.services", named({{"antenna", "cable"}, {"major", 4}}));
+  EXPECT_EQ(fourth["total"], 2);
+  for (const Json::Value& service : fourth["services"]) EXPECT_EQ(service["major"], 4);
 }
 
 TEST_F(SetMethods, ListTheServicesOfAGroupAndOfAFavouriteGroup) {
@@ -69,6 +73,10 @@ TEST_F(SetMethods, ListTheServicesOfAGroupAndOfAFavouriteGroup) {
   for (const Json::Value& service : all["services"]) groups.insert(service["group"].asString());
   for (const std::string& group : groups) total += result("tv.services", named({{"group", group}}))["total"].asUInt();
   EXPECT_EQ(total, all["total"].asUInt());
+  Json::Value named = Json::arrayValue;
+  for (const std::string& group : groups) named.append(group);
+  EXPECT_EQ(all["groups"], named);
+  EXPECT_EQ(result("tv.services", json(R"({"text":"no such name","limit":0})"))["groups"], named);
 }
 
 constexpr const char* list =

@@ -107,6 +107,8 @@ export interface ServicesQuery {
   group?: string
   /** The favourite group that they are in. */
   favourite?: number
+  /** Their major number. */
+  major?: number
 }
 
 export interface FaultOptions {
@@ -173,7 +175,8 @@ export interface Tv {
   /** A line of the shell; what it prints, line by line. */
   run(line: string): Promise<string[]>
   state(): Promise<State>
-  services(query?: ServicesQuery): Promise<{revision: number, total: number, services: Service[]}>
+  /** `groups` names all that there are, whatever the query selects. */
+  services(query?: ServicesQuery): Promise<{revision: number, total: number, groups: string[], services: Service[]}>
   knobs(): Promise<{knobs: Knob[], kinds: KnobKind[]}>
   /** The value of a knob, as the shell's `.get` prints it. */
   get(name: string): Promise<string>

@@ -6,6 +6,7 @@ import {Part} from './part.js'
 import {tuneToService} from './remote-deeds.js'
 import {ServicePages} from './service-pages.js'
 import {nameOf, numberOf} from './services.js'
+import {front} from './shown.js'
 import {store} from './store.js'
 
 const short = /** @type {{[antenna: string]: string}} */ ({terrestrial: 'terr', cable: 'cable', satellite: 'sat'})
@@ -44,7 +45,7 @@ class Channels extends Part {
       h('div', {class: 'channel-selects'},
         this.#select('Antenna', 'antenna', ['terrestrial', 'cable', 'satellite']),
         this.#select('Kind', 'kind', ['television', 'radio', 'data']),
-        this.#select('Group', 'group', [...this.#pages.groups].sort())),
+        this.#select('Group', 'group', this.#pages.groups)),
       h('div', {class: 'row'},
         h('label', null, 'Favourite group ', h('select', {value: String(this.#favourite), onchange: (/** @type {Event} */ event) => {
           this.#favourite = Number(valueOf(event))
@@ -59,8 +60,10 @@ class Channels extends Part {
 
   /** @param {string} label @param {'antenna' | 'kind' | 'group'} name @param {string[]} choices */
   #select(label, name, choices) {
-    return h('select', {key: name, 'aria-label': label, value: this.#filter[name], onchange: (/** @type {Event} */ event) => this.#narrow({[name]: valueOf(event)})},
-      h('option', {key: '', value: ''}, `${label}: all`), choices.map(choice => h('option', {key: choice, value: choice}, choice)))
+    const chosen = this.#filter[name]
+    const offered = chosen && !choices.includes(chosen) ? [chosen, ...choices] : choices
+    return h('select', {key: name, 'aria-label': label, value: chosen, class: chosen ? 'is-set' : null, onchange: (/** @type {Event} */ event) => this.#narrow({[name]: valueOf(event)})},
+      h('option', {key: '', value: ''}, `${label}: all`), offered.map(choice => h('option', {key: choice, value: choice}, front(choice, 60))))
   }
 
   /** @param {Partial<{text: string, antenna: string, kind: string, group: string}>} filter */

@@ -1,7 +1,7 @@
 /* What the remote's keys do to the TV. Each tells in a line what came of it. */
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
-import {failureOf, languageName, sourceOf} from './numbers.js'
+import {antennas, failureOf, languageName, sourceOf} from './numbers.js'
 import {lineOf} from './services.js'
 import {store} from './store.js'
 import {main, onWindow, pip, tracksAreIsp} from './windows.js'
@@ -25,9 +25,17 @@ async function tune(name, ...parameters) {
   return failure ? failed(failure) : {text: lineOf((await tv().state()).windows.main.service)}
 }
 
-/** Tunes to the first channel of a number, such as 4 or else 4-1. @param {string} digits @return {Promise<Outcome>} */
-export function tuneToNumber(digits) {
-  return tune('SetChannel', Number(digits), anyMinor)
+/**
+ * Tunes to the first channel of a number, such as 4 or else 4-1, of the antenna in use: SetChannel would take one of
+ * another antenna where this one has none. @param {string} digits @return {Promise<Outcome>}
+ */
+export async function tuneToNumber(digits) {
+  const major = Number(digits)
+  const antenna = antennas[store.get('state').windows.main.tvMode.antenna]
+  const here = await tv().services({antenna, major, limit: 0})
+  const [other] = here.total > 0 ? [] : (await tv().services({major, limit: 1})).services
+  if (!other) return tune('SetChannel', major, anyMinor)
+  return failed(`No channel ${major} on ${antenna}. Choose TV mode ${other.antenna} for ${lineOf(other)}`)
 }
 
 /** Tunes to a service, whatever antenna or source the window is on. @param {{id: string | null}} service @return {Promise<Outcome>} */

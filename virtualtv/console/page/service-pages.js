@@ -11,8 +11,8 @@ export class ServicePages {
   total
   /** Why they could not be fetched. @type {string | undefined} */
   failure
-  /** Sections of the list that were seen, by name. @type {Set<string>} */
-  groups = new Set()
+  /** Names of all groups of the set. @type {string[]} */
+  groups = []
   /** @type {any} */
   #query = {}
   /** Pages are of a version; those before the present one are shown until they are fetched again. */
@@ -80,14 +80,14 @@ export class ServicePages {
   /** @param {number} page */
   async #fetch(page) {
     const version = this.#version
-    const {total, services} = await tv().services({...this.#query, offset: page * pageSize, limit: pageSize})
+    const {total, groups, services} = await tv().services({...this.#query, offset: page * pageSize, limit: pageSize})
     if (version < this.#queryVersion) return
     // The first answer to another query: what was shown until now is of the one before.
     const isOther = [...this.#pages.values()].some(known => known.version < this.#queryVersion)
     if (isOther) this.#pages.clear()
     this.total = total
+    this.groups = groups
     this.#pages.set(page, {version, services})
-    for (const {group} of services) if (group) this.groups.add(group)
     this.#onchange()
   }
 }
