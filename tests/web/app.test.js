@@ -142,6 +142,33 @@ test('an app of another origin gets key presses with standard names, on what has
     [['Enter', 1001], ['Enter', 1001], ['ColorF0Red', 0], ['ColorF0Red', 0]])
 })
 
+test('with the focus in the app the keyboard does what it does on the page: to the app or to the TV, by the switch', async () => {
+  await openApp('<p id="text">Some text</p><input id="field"><button onclick="this.textContent = \'pressed\'">Press</button>')
+  const {keyboard} = shown.page
+  const got = async count => {
+    await frame().waitForFunction(most => keys.length >= most, count)
+    return frame().evaluate(() => keys.splice(0))
+  }
+  await app().getByText('Some text').click()
+  for (const key of ['ArrowUp', 'r', 'Backspace', 'Enter']) await keyboard.press(key)
+  assert.deepEqual((await got(8)).filter(([kind]) => kind === 'keydown').map(([, key, code]) => [key, code]),
+    [['ArrowUp', 38], ['ColorF0Red', 403], ['GoBack', 461], ['Enter', 13]])
+  await press('TV')
+  await keyboard.press('PageUp')
+  await until(async () => (await main()).service.name === 'Lighthouse Two', 'the next channel is shown')
+  for (const key of ['5', 'Enter', 'r']) await keyboard.press(key)
+  await until(async () => (await main()).service.name === 'Granite Sport 1', 'channel 5 is shown')
+  await keyboard.press('q')
+  assert.deepEqual((await got(2)).map(([kind, key]) => [kind, key]), [['keydown', 'q'], ['keyup', 'q']], 'the app gets those that no button stands for')
+  await app().locator('#field').click()
+  await keyboard.type('r7')
+  assert.equal(await app().locator('#field').inputValue(), 'r7')
+  await keyboard.press('Tab')
+  await keyboard.press('Enter')
+  await app().getByRole('button', {name: 'pressed'}).waitFor()
+  assert.equal((await main()).service.name, 'Granite Sport 1')
+})
+
 test('an app ignores keys that are not the page\'s, and the page apps that are not the one that runs', async () => {
   await openApp()
   site.pages.set('/evil', '<!doctype html><title>evil</title>')

@@ -93,7 +93,7 @@ test('what the set refuses is told, with the command and its answer', async () =
   const form = part.getByRole('form', {name: 'Place of Main picture'})
   await form.getByLabel('width', {exact: true}).fill('0')
   await form.getByRole('button', {name: 'Place'}).click()
-  await part.getByText('SetScreenRect: 0 the set refuses the rectangle').waitFor()
+  await part.getByText('SetScreenRect: 0 The set refuses the rectangle').waitFor()
   await form.getByLabel('width', {exact: true}).fill('480')
   await form.getByRole('button', {name: 'Place'}).click()
   await part.getByText('SetScreenRect: 0').waitFor({state: 'detached'})

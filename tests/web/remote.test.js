@@ -1,5 +1,6 @@
 // The remote control: by mouse and keyboard, for the TV and for the app that has its keys.
 import assert from 'node:assert/strict'
+import {readFile} from 'node:fs/promises'
 import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
@@ -7,6 +8,8 @@ import {Console, useBrowser} from './support/console.js'
 let shown
 useBrowser()
 afterEach(() => shown?.close())
+
+const {commands} = JSON.parse(await readFile(new URL('../../docs/commands.json', import.meta.url), 'utf8'))
 
 const names = ['0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'Channel up', 'Channel down', 'Previous channel', 'Source', 'Audio',
   'Subtitles', 'Mute picture', 'Picture-in-picture', 'OK', 'Up', 'Down', 'Left', 'Right', 'Back', 'Exit', 'Info', 'Guide', 'Menu',
@@ -23,6 +26,32 @@ test('its buttons are called as on any remote, and are seen whole beside the scr
   const column = await shown.page.locator('.left').boundingBox()
   const box = await remote().boundingBox()
   assert.ok(box.y + box.height < column.y + column.height, 'the remote ends above the end of its column')
+})
+
+test('each button names a key that works it, and no two the same', async () => {
+  shown = await Console.open()
+  const {page} = shown
+  await page.evaluate(() => {
+    window.pressed = []
+    addEventListener('emp-key', event => window.pressed.push(event.detail.name))
+  })
+  const address = new URL('page/apps/geometry/index.html', page.url()).href
+  await page.evaluate(async app => (await import('/page/store.js')).store.set('app', {address: app, name: 'Test card'}), address)
+  await press('App')
+  const keys = []
+  for (const name of names) {
+    const button = remote().getByRole('button', {name, exact: true})
+    keys.push((await button.getAttribute('aria-keyshortcuts')).split(' ')[0])
+    if (!/^\d$/.test(name)) assert.ok((await button.getAttribute('title')).includes(keys.at(-1)), name)
+  }
+  assert.equal(new Set(keys).size, names.length)
+  for (const key of keys) await page.keyboard.press(key.length === 1 ? key.toLowerCase() : key)
+  const expected = names.map(name => name === 'Previous channel' ? 'Back' : name)
+  assert.deepEqual(await page.evaluate(() => window.pressed), expected, 'for an app Backspace is Back')
+  for (const name of ['Play', 'Pause', 'Stop', 'Back']) {
+    const letter = await remote().getByRole('button', {name, exact: true}).locator('u').textContent()
+    assert.equal(letter, keys[names.indexOf(name)], `${name} shows its letter`)
+  }
 })
 
 test('digits tune after a pause, at once with OK, and can be taken back', async () => {
@@ -46,7 +75,8 @@ test('digits tune after a pause, at once with OK, and can be taken back', async 
 test('four digits are a whole number, and one that no channel has says so', async () => {
   shown = await Console.open()
   for (const digit of '9876') await shown.page.keyboard.press(digit)
-  await says('SetChannel: 0 no channel has this number, or the set refuses it')
+  const {failures} = commands.find(({name}) => name === 'SetChannel')
+  await says(`SetChannel: 0 ${failures.find(({code}) => code === 0).means}`)
   assert.equal((await main()).service.major, 1)
 })
 
@@ -147,7 +177,7 @@ test('what fails says why', async () => {
   shown = await Console.open()
   await shown.tv.set('main.service', 0)
   await press('Channel up')
-  await says('SetChannel_Seek: -1 nothing is on screen to step from')
+  await says('SetChannel_Seek: -1 Nothing is on screen to step from')
   await press('OK')
   await says('OK is for apps')
 })

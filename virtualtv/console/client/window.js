@@ -253,10 +253,44 @@
     ;(document.activeElement ?? document.body ?? document).dispatchEvent(event)
   }
 
+  /** What a person works with the keyboard by itself: fields, and what Enter presses. */
+  const fields = 'input, textarea, select, [contenteditable]'
+  const pressable = 'button, a, summary'
+
+  /** Whether a key of the keyboard is meant for the element that it was pressed on. */
+  function isForElement(event) {
+    const [target] = event.composedPath()
+    if (event.isComposing || !(target instanceof Element)) return event.isComposing
+    return Boolean(target.closest(event.key === 'Enter' ? `${fields}, ${pressable}` : fields))
+  }
+
+  /** Keys of the keyboard that work the remote control, in lower case, as the page has told. */
+  let remoteKeys = new Set()
+
+  /**
+   * Passes keys of the keyboard that work the remote control to the page, which sends them where its keys go: the app gets
+   * them back as keys of a remote control, or not at all. So they do the same wherever the focus is.
+   */
+  function passKeys(parent, origin) {
+    const passed = new Set()
+    const take = event => {
+      event.preventDefault()
+      event.stopImmediatePropagation()
+    }
+    globalThis.addEventListener('keydown', event => {
+      const {key, ctrlKey, altKey, metaKey, isTrusted} = event
+      if (!isTrusted || ctrlKey || altKey || metaKey || !remoteKeys.has(key.toLowerCase()) || isForElement(event)) return
+      take(event)
+      passed.add(event.code)
+      parent.postMessage({type: 'emp-window/typed', key}, origin)
+    }, true)
+    globalThis.addEventListener('keyup', event => event.isTrusted && passed.delete(event.code) && take(event), true)
+  }
+
   const heard = new Set()
 
   /**
-   * In a frame of the virtual TV's own page: tells it that the app is there, and passes on the keys of its remote control.
+   * In a frame of the virtual TV's own page: tells it that the app is there, and takes the keys of its remote control.
    * Messages of others, and those of another origin, are left alone.
    */
   function listenToRemote(object, base, name) {
@@ -267,8 +301,11 @@
     parent.postMessage({type: 'emp-window/app', name}, origin)
     if (heard.has(origin)) return
     heard.add(origin)
+    passKeys(parent, origin)
     globalThis.addEventListener('message', ({source, origin: from, data}) => {
-      if (source !== parent || from !== origin || data?.type !== 'emp-window/key') return
+      if (source !== parent || from !== origin) return
+      if (data?.type === 'emp-window/keyboard' && Array.isArray(data.keys)) remoteKeys = new Set(data.keys)
+      if (data?.type !== 'emp-window/key') return
       const {kind, key} = data
       if ((kind === 'keydown' || kind === 'keyup') && typeof key === 'string') press(kind, key, object.keyCodes ?? {})
     })

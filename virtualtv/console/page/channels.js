@@ -1,9 +1,9 @@
 import {command, complain} from './act.js'
 import {h} from './dom.js'
 import './list.js'
-import {failureOf} from './numbers.js'
 import {Part} from './part.js'
 import {tuneToService} from './remote-deeds.js'
+import {troubleOf} from './reply.js'
 import {ServicePages} from './service-pages.js'
 import {nameOf, numberOf} from './services.js'
 import {front} from './shown.js'
@@ -161,7 +161,7 @@ class Channels extends Part {
     if (!service) return
     if (!service.id) return complain('UpdateFavorites', 'this service has no id, which the command needs; its knob favourites can be set by key')
     const group = this.#favourite
-    const failure = failureOf('UpdateFavorites', await command('UpdateFavorites', service.id, service.favourites.includes(group) ? 0 : 1, group))
+    const failure = troubleOf('UpdateFavorites', await command('UpdateFavorites', service.id, service.favourites.includes(group) ? 0 : 1, group))
     this.#said = failure ? {text: failure, failed: true} : {text: ''}
     this.changed()
   }

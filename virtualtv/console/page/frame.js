@@ -1,9 +1,11 @@
 /*
  * The frame in which an app runs over the picture, and what passes between it and the page: keys of the remote control go
- * to the app, and the app says that it is there. Both sides look at who sent a message and from which origin.
+ * to the app; the app says that it is there, and passes on what is typed while it has the focus. Both sides look at who
+ * sent a message and from which origin.
  */
 import {complain} from './act.js'
 import {h} from './dom.js'
+import {keyboardKeys} from './keys.js'
 import {Part} from './part.js'
 import {store} from './store.js'
 
@@ -108,8 +110,12 @@ class AppFrame extends Part {
   /** @param {MessageEvent} event */
   #told = ({source, origin, data}) => {
     const app = this.#app()
-    if (!app || source !== app.frame || origin !== app.origin || data?.type !== 'emp-window/app') return
-    appFrames.become({what: 'running', name: String(data.name).slice(0, 200)})
+    if (!app || source !== app.frame || origin !== app.origin) return
+    if (data?.type === 'emp-window/app') {
+      appFrames.become({what: 'running', name: String(data.name).slice(0, 200)})
+      app.frame.postMessage({type: 'emp-window/keyboard', keys: keyboardKeys}, app.origin)
+    }
+    if (data?.type === 'emp-window/typed' && keyboardKeys.includes(String(data.key).toLowerCase())) type(data.key)
   }
 
   /** @param {SecurityPolicyViolationEvent} event */
@@ -118,3 +124,8 @@ class AppFrame extends Part {
   }
 }
 customElements.define('emp-app-frame', AppFrame)
+
+/** A key that was typed in the frame does on the page what it does outside of the frame. @param {string} key */
+function type(key) {
+  document.body.dispatchEvent(new KeyboardEvent('keydown', {key, bubbles: true, cancelable: true}))
+}

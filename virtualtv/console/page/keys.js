@@ -24,12 +24,12 @@ export const rows = [
     key('Channel down', '−', {keyboard: ['PageDown'], look: 'step'}), key('Down', '▼', {keyboard: ['ArrowDown']}),
     key('Exit', 'x', {letter: 'x', keyboard: ['Escape']})]},
   {spans: [2, 2, 2, 3, 3], keys: [key('Previous channel', '⇄', {keyboard: ['Backspace']}), digit(0),
-    key('Back', '↩'), key('Menu', 'Menu', {letter: 'n'}), key('Guide', 'Guide', {letter: 'd'})]},
+    key('Back', '↩K', {letter: 'k'}), key('Menu', 'Menu', {letter: 'n'}), key('Guide', 'Guide', {letter: 'd'})]},
   {spans: [4, 4, 4], keys: [key('Source', 'Source', {letter: 's'}), key('Audio', 'Audio', {letter: 'a'}),
     key('Subtitles', 'Subtitles', {letter: 't'})]},
   {spans: [3, 3, 2, 2, 2], keys: [key('Mute picture', 'Mute', {letter: 'm'}), key('Picture-in-picture', 'P', {letter: 'p', icon: 'M0 1H10V9H0ZM1 2V8H9V2ZM5 5H8V7H5Z'}),
-    key('Play', '', {icon: 'M2 1L9 5L2 9Z', keyboard: ['MediaPlay', 'MediaPlayPause']}),
-    key('Pause', '', {icon: 'M2 1H4V9H2ZM6 1H8V9H6Z', keyboard: ['MediaPause']}), key('Stop', '', {icon: 'M1 1H9V9H1Z', keyboard: ['MediaStop']})]},
+    key('Play', 'L', {letter: 'l', icon: 'M2 1L9 5L2 9Z', keyboard: ['MediaPlay', 'MediaPlayPause']}),
+    key('Pause', 'U', {letter: 'u', icon: 'M2 1H4V9H2ZM6 1H8V9H6Z', keyboard: ['MediaPause']}), key('Stop', 'O', {letter: 'o', icon: 'M1 1H9V9H1Z', keyboard: ['MediaStop']})]},
   {spans: [3, 3, 3, 3], keys: [key('Red', 'R', {letter: 'r', look: 'red'}), key('Green', 'G', {letter: 'g', look: 'green'}),
     key('Yellow', 'Y', {letter: 'y', look: 'yellow'}), key('Blue', 'B', {letter: 'b', look: 'blue'})]},
 ]
@@ -37,6 +37,9 @@ export const rows = [
 /** @type {Map<string, Key>} */
 const byKeyboard = new Map(rows.flatMap(({keys}) => keys).flatMap(each =>
   [...each.keyboard ?? [], ...each.letter ? [each.letter] : []].map(name => [name.toLowerCase(), each])))
+
+/** Keys of the keyboard that work the remote control, as `KeyboardEvent.key` names them, in lower case. */
+export const keyboardKeys = [...byKeyboard.keys()]
 
 /** Keys of the keyboard that work a key, as people call them. @param {Key} of @return {string} */
 export function shortcutOf({letter, keyboard}) {

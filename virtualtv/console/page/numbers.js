@@ -49,33 +49,6 @@ export function tvModeOf({antenna, service}) {
 /** @param {number} antenna */
 export const antennaName = antenna => antennas[antenna] ?? 'none that is known'
 
-/** Why commands fail, for those that the page's keys and lists run. @type {{[command: string]: {[code: string]: string}}} */
-const failures = {
-  SetChannel: {0: 'no channel has this number, or the set refuses it'},
-  SetChannelByServiceid: {0: 'the set can\'t show this service'},
-  SetChannel_Seek: {'-1': 'nothing is on screen to step from, or there is no other channel', 0: 'the set can\'t show the next channel'},
-  SetSource: {'-1': 'the window has no connection to the sources', 0: 'the set refuses the source, or it can\'t be recorded'},
-  SetTVMode: {'-1': 'the set refuses the mode', 0: 'the channels can\'t be reached'},
-  ChangeAudioByIndex: {0: 'there is no such track, or the set refuses it'},
-  ChangeSubtitle: {'-1': 'there is no such subtitle, or the set refuses it'},
-  MuteVideo: {'-1': 'the set refuses'},
-  SetScreenRect: {0: 'the set refuses the rectangle, or does not tell its source'},
-  SetScreenCropRect: {'-1': 'the set does not tell its source', 0: 'the set refuses the rectangles'},
-  SetScreenZorder: {'-1': 'the set refuses'},
-  UpdateFavorites: {'-1': 'there is no such service, or the set refuses', 0: 'the channels can\'t be reached'},
-}
-
-/**
- * What went wrong with a command. @param {string} name @param {any} reply  as `command` answers it
- * @return {string | undefined} nothing where it answered 1
- */
-export function failureOf(name, reply) {
-  if (!reply) return `${name} got no reply; the line at the bottom says why`
-  if (!reply.accepted) return `${name} is refused`
-  if (reply.value === 1) return undefined
-  return `${name}: ${reply.value} ${failures[name]?.[reply.value] ?? 'failed'}`
-}
-
 /** @type {Intl.DisplayNames | undefined} */
 let languages
 

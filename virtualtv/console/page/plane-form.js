@@ -1,9 +1,9 @@
 import {act} from './act.js'
 import {h} from './dom.js'
 import {eachOf, sides, toBase} from './geometry.js'
-import {failureOf} from './numbers.js'
 import {Part} from './part.js'
 import {numbersText, windows} from './plane.js'
+import {troubleOf} from './reply.js'
 import {store} from './store.js'
 import {inWindow, main, pip} from './windows.js'
 
@@ -96,7 +96,7 @@ class PlaneForm extends Part {
   /** @param {string} name @param {string} method @param {any} params */
   async #run(name, method, params) {
     const reply = await inWindow(this.#id === 'pip' ? pip : main, () => act(method, params))
-    this.#failure = failureOf(name, reply) ?? ''
+    this.#failure = troubleOf(name, reply) ?? ''
     this.changed()
   }
 }

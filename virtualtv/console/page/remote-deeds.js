@@ -1,7 +1,8 @@
 /* What the remote's keys do to the TV. Each tells in a line what came of it. */
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
-import {antennas, failureOf, languageName, sourceOf} from './numbers.js'
+import {antennas, languageName, sourceOf} from './numbers.js'
+import {troubleOf} from './reply.js'
 import {lineOf} from './services.js'
 import {store} from './store.js'
 import {main, onWindow, pip, tracksAreIsp} from './windows.js'
@@ -16,7 +17,7 @@ const failed = text => ({text, failed: true})
 /** Runs a command on the main window. @param {string} name @param {...(string | number)} parameters @return {Promise<string | undefined>} what failed */
 async function run(name, ...parameters) {
   const [reply] = await onWindow(main, [name, ...parameters])
-  return failureOf(name, reply)
+  return troubleOf(name, reply)
 }
 
 /** Tunes the main window. @param {string} name @param {...(string | number)} parameters @return {Promise<Outcome>} */
@@ -31,7 +32,7 @@ async function tune(name, ...parameters) {
  */
 export async function tuneToNumber(digits) {
   const major = Number(digits)
-  const antenna = antennas[store.get('state').windows.main.tvMode.antenna]
+  const antenna = /** @type {'terrestrial' | 'cable' | 'satellite'} */ (antennas[store.get('state').windows.main.tvMode.antenna])
   const here = await tv().services({antenna, major, limit: 0})
   const [other] = here.total > 0 ? [] : (await tv().services({major, limit: 1})).services
   if (!other) return tune('SetChannel', major, anyMinor)

@@ -34,7 +34,7 @@ class Remote extends Part {
   view() {
     const {text, failed} = this.#said
     return h('div', {class: 'remote'},
-      h('p', {class: ['remote-said', failed && 'fail'], role: 'status', title: text}, this.#digits ? h('code', null, `${this.#digits}_`) : h('bdi', null, text)),
+      h('p', {class: ['remote-said', failed && 'fail'], role: 'status', title: text}, this.#digits ? h('code', null, `${this.#digits}_`) : h('bdi', {class: 'remote-outcome'}, text)),
       rows.map(({spans, keys}, at) => h('div', {key: at, class: 'remote-row'}, keys.map((key, index) => this.#button(key, spans[index])))),
       this.#switch())
   }

@@ -22,6 +22,17 @@ export function failureOf(name, reply) {
   return commandNamed(name)?.failures.find((/** @type {any} */ failure) => failure.value === reply.value)?.description
 }
 
+/**
+ * What went wrong with a command that answers 1 where it was done, in a line; undefined where nothing did.
+ * @param {string} name @param {Reply | undefined} reply @return {string | undefined}
+ */
+export function troubleOf(name, reply) {
+  if (!reply) return `${name} got no reply; the line at the bottom says why`
+  const failure = failureOf(name, reply)
+  if (reply.value === 1 && !failure) return undefined
+  return `${name}: ${reply.value ?? ''} ${failure ?? 'The command failed.'}`
+}
+
 /** The value alone, a text. @param {Reply} reply */
 export function valueOf(reply) {
   return reply?.bytes !== undefined ? bytesShown(reply.bytes) : String(reply?.value ?? '')

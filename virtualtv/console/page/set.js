@@ -1,8 +1,9 @@
 import {attempt} from './attempt.js'
 import {h} from './dom.js'
 import './knobs.js'
-import {antennaName, countryName, failureOf, regionName, sourceOf, tvModeOf, tvModes} from './numbers.js'
+import {antennaName, countryName, regionName, sourceOf, tvModeOf, tvModes} from './numbers.js'
 import {Part} from './part.js'
+import {troubleOf} from './reply.js'
 import './set-keeping.js'
 import './settings.js'
 import {store} from './store.js'
@@ -36,7 +37,7 @@ class TheSet extends Part {
     return this.#line('mode', 'TV mode', h('select', {'aria-label': 'TV mode of the main window', value: now, onchange: async (/** @type {Event} */ event) => {
       const field = /** @type {HTMLSelectElement} */ (event.target)
       const [reply] = await onWindow(main, ['SetTVMode', Number(field.value)])
-      this.#tell('mode', failureOf('SetTVMode', reply))
+      this.#tell('mode', troubleOf('SetTVMode', reply))
       if (this.#refused.mode) field.value = now
     }}, tvModes.map(([label, modes]) => h('optgroup', {label: /** @type {string} */ (label)},
       /** @type {[number, string][]} */ (modes).map(([number, name]) => h('option', {value: String(number)}, `${number} ${name}`)))),

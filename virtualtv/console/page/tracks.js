@@ -1,8 +1,9 @@
 import {attempt} from './attempt.js'
 import {h} from './dom.js'
-import {audioModes, audioTypes, codingNames, failureOf, languageName, subtitleTypes} from './numbers.js'
+import {audioModes, audioTypes, codingNames, languageName, subtitleTypes} from './numbers.js'
 import {Part} from './part.js'
 import {lineOf} from './services.js'
+import {troubleOf} from './reply.js'
 import {store} from './store.js'
 import {main, onWindow, pip, tracksAreIsp} from './windows.js'
 
@@ -64,7 +65,7 @@ class Tracks extends Part {
     if (byCommand) {
       const command = kind === 'Audio' ? 'ChangeAudioByIndex' : 'ChangeSubtitle'
       const [reply] = await onWindow(number ?? main, [command, at])
-      this.#failure = failureOf(command, reply)
+      this.#failure = troubleOf(command, reply)
     } else {
       const ending = name === 'isp' ? '_in_use' : ''
       this.#failure = await attempt('tv.set', {name: `${knob}${kind === 'Audio' ? 'audio' : 'subtitle'}${ending}`, value: at})
