@@ -44,12 +44,17 @@ async function play() {
   await Promise.all([guide.close(), zapper.close()])
 }
 
-/** Exports, and keeps the files. @return their names */
-async function exported(kind) {
+/** Exports what is shown, or commands by number, and keeps the files. @return their names */
+async function exported(kind, [from, to] = []) {
   const {page} = shown
   await page.getByRole('button', {name: 'Export…'}).click()
   const dialog = page.getByRole('dialog', {name: 'Export commands'})
   await dialog.getByRole('radio', {name: kind}).check()
+  if (from) {
+    await dialog.getByRole('radio', {name: 'by number'}).check()
+    await dialog.getByLabel('from').fill(String(from))
+    await dialog.getByLabel('to', {exact: true}).fill(String(to))
+  }
   const downloads = []
   page.on('download', download => downloads.push(download))
   await dialog.getByRole('button', {name: 'Export'}).click()
@@ -72,7 +77,7 @@ test('a transcript of all that was done passes emp-window check', async () => {
   const text = await readFile(join(folder, name), 'utf8')
   assert.ok(text.startsWith(`> .recorded\n> .restore ${snapshot}\n`), text)
   for (const part of ['> GetTVMode\nint -1\n', '> .app com.example.guide', '> .set main.source 13', '>+ SetScreenCropRect', 'refused']) assert.ok(text.includes(part), `${part} in ${text}`)
-  await run(program, ['check', join(folder, name)]).catch(error => assert.fail(`${error.stdout}\n${text}`))
+  await check(name)
 })
 
 test('a range starts with what it stands on, from the set as it was then', async () => {
@@ -85,14 +90,18 @@ test('a range starts with what it stands on, from the set as it was then', async
   const text = await readFile(join(folder, name), 'utf8')
   assert.ok(text.includes('> FindChannel 0 1\n') && text.includes('> GetChannel_Name 1\nunicode "A \\"quoted'), text)
   assert.ok(!text.includes('> GetSource 0'), 'what was filtered out and changed nothing')
-  await run(program, ['check', join(folder, name)]).catch(error => assert.fail(`${error.stdout}\n${text}`))
+  await check(name)
 })
 
-// Playwright's own runner is not there: a stand-in gives its `test` and `expect(...).toBe` with Node's.
-test('a Playwright test passes on a TV of its own', async () => {
-  shown = await Console.open()
-  await play()
-  const [name] = await exported('Playwright test')
+/** Runs an exported transcript. @return its text */
+async function check(name) {
+  const text = await readFile(join(folder, name), 'utf8')
+  await run(program, ['check', join(folder, name)]).catch(error => assert.fail(`${error.stdout}\n${text}`))
+  return text
+}
+
+/** Runs an exported test. Playwright's own runner is not there: a stand-in gives its `test` and `expect(...).toBe` with Node's. */
+async function runTest(name) {
   await install()
   await mkdir(join(folder, 'node_modules/@playwright/test'), {recursive: true})
   await writeFile(join(folder, 'node_modules/@playwright/test/package.json'), '{"type": "module", "exports": "./index.js"}')
@@ -103,6 +112,35 @@ test('a Playwright test passes on a TV of its own', async () => {
   const {stdout} = await run(process.execPath, ['--test', join(folder, name)], {env: {...environment, EMP_WINDOW: program}})
     .catch(async error => assert.fail(`${error.stdout}\n${await readFile(join(folder, name), 'utf8')}`))
   assert.match(stdout, /^# pass 1$/m)
+}
+
+test('engines opened anew, faults that have counted and knobs that are not persisted are part of what a range stands on', async () => {
+  shown = await Console.open()
+  const {tv} = shown
+  await tv.window.GetTVMode()
+  await tv.set('main.resolution', 2)
+  assert.equal(await tv.window.GetResolution(), 6)  // command 2
+  await tv.window.SetWindow(1)
+  await tv.window.FindChannel(0, 1)
+  await tv.run('.reopen')
+  assert.equal(await tv.window.GetScreenRect(), 'x:0,y:0,w:960,h:540')  // 5: of the main window again
+  assert.equal(await tv.window.GetChannel_Name(1), -1)
+  await tv.fault('IServiceNavigation::GetTvMode', {nth: 2, times: 2, result: 0})
+  for (const answer of [1, -1, -1, 1]) assert.equal(await tv.window.GetTVMode(), answer)  // 7 to 10
+  const {id} = await tv.call('tv.fault', {operation: 'TVServiceAPI::CreateServiceNavigation', times: 'always', result: null})
+  await tv.run('.reopen')
+  assert.equal(await tv.window.SetChannel(2, 0), 0)
+  await tv.clearFaults(id)
+  await tv.run('.reopen')
+  assert.equal(await tv.window.SetChannel(2, 0), 1)  // 12
+  for (const range of [[2, 2], [5, 6], [9, 10], [12, 12], [1, 12]]) await check((await exported('Transcript', range))[0])
+  await runTest((await exported('Playwright test', [1, 12]))[0])
+})
+
+test('a Playwright test passes on a TV of its own', async () => {
+  shown = await Console.open()
+  await play()
+  await runTest((await exported('Playwright test'))[0])
 })
 
 test('client code does the same on the TV that there is', async () => {

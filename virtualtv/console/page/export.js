@@ -5,38 +5,12 @@
 import {replyLines} from '../transcript.js'
 import {commandLine, word} from './deed.js'
 import {inputOf} from './export-outside.js'
+import {leftBy, standingSteps, startOf} from './export-standing.js'
 import {engineOf, timeline} from './timeline-log.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 /** @typedef {{client: string, entry?: Entry, reply?: any, line?: string, remark?: string}} Step  a command, or a line that speaks to the set */
 /** @typedef {{steps: Step[], first: number, clients: Map<string, {name: string, appId: string}>, remarks: string[]}} Story */
-
-/** What an engine keeps for later commands: the window, the channels that it found. @param {Entry} entry */
-function kept({event, changes}) {
-  if (event.name === 'SetWindow') return `window ${engineOf(event)}`
-  if (/^Find/.test(event.name)) return `channels ${engineOf(event)}`
-  const changed = changes.find(({topic}) => topic === 'plane' || topic === 'source')
-  return changed && `${changed.topic} ${changed.window}`
-}
-
-/**
- * Where to start, so that what is exported finds all that it stands on and that no snapshot holds: windows, found channels,
- * planes. @param {Entry[]} entries  all @param {number} from  the position of the first that is wanted @return {number}
- */
-function startOf(entries, from) {
-  const needed = new Set()
-  let start = from
-  for (let at = from - 1; at >= 0; --at) {
-    const {topic, event} = entries[at]
-    if (topic === 'resync' || event.started) break
-    const what = topic === 'command' ? kept(entries[at]) : undefined
-    if (what && (!needed.has(what) || /^plane|^source/.test(what))) {
-      needed.add(what)
-      start = at
-    }
-  }
-  return start
-}
 
 /**
  * Collects what is to be written. Commands that the filter leaves out and that changed nothing are left out, but for those
@@ -51,54 +25,72 @@ export async function collect(entries, from, to, wanted, replyOf) {
   if (start < 0) throw new Error('There is no command in it.')
   const clients = new Map()
   const faults = new Map()
-  const steps = faultsBefore(entries.slice(0, begin + start), faults)
+  const engines = new Engines()
+  const steps = standingSteps(entries.slice(0, begin + start), faults)
   for (const entry of part.slice(start)) {
     if (entry.topic === 'resync') throw new Error('Some events were missed in between. Choose a shorter range.')
     if (entry === from && entry !== part[start]) steps.push({client: '', remark: 'What was chosen starts here; what it stands on is above.'})
     if (entry.topic !== 'command') {
-      steps.push(...inputOf(entry.event, faults))
-    } else if (entry.event.reply && (wanted.has(entry) || faults.size > 0 || entry.changes.length > 0 || kept(entry))) {
-      const client = engineOf(entry.event)
+      steps.push(...engines.take(entry), ...inputOf(entry.event, faults))
+    } else if (entry.event.reply && (wanted.has(entry) || faults.size > 0 || entry.changes.length > 0 || leftBy(entry) || engines.isOpenedBy(entry))) {
+      const client = engines.use(entry)
       if (!clients.has(client)) clients.set(client, {name: `${clients.size + 1}:${entry.event.engine}`, appId: timeline.applications.get(client) ?? ''})
       steps.push({client, entry, reply: await replyOf(entry)})
     }
   }
-  const remarks = begin < entries.indexOf(from) ? ['It starts earlier than what was chosen, with what that stands on: windows, found channels, planes.'] : []
+  const remarks = begin < entries.indexOf(from) ? ['It starts earlier than what was chosen, with what that stands on: windows, found channels, planes, faults.'] : []
   return {steps, first: /** @type {number} */ (part[start].command), clients, remarks}
 }
 
-/** Faults that stand when it starts. @param {Entry[]} entries @param {Map<number, number>} faults @return {Step[]} */
-function faultsBefore(entries, faults) {
-  const standing = new Map()
-  for (const {event, changes} of entries) {
-    if (event.started) standing.clear()
-    for (const change of [event, ...changes]) {
-      if (change.topic !== 'fault') continue
-      if (change.what === 'set') standing.set(change.id, change)
-      const isSpent = change.what === 'hit' && !/always/.test(standing.get(change.id)?.fault ?? '')
-      if (change.what === 'gone' || isSpent) standing.delete(change.id)
-    }
+/** Which engines what is written has open. Each is opened by its first command, or anew by a line. */
+class Engines {
+  #open = new Set()
+  /** Those whose opening changed the set and that ran no command yet. */
+  #fresh = new Set()
+
+  /** @param {Entry} entry  no command @return {Step[]} */
+  take({event, changes}) {
+    if (event.started) this.#open.clear()
+    if (event.topic !== 'engine' || event.what !== 'opened') return []
+    if (this.#open.has(event.engine)) return [{client: event.engine, line: '.reopen'}]
+    if (changes.length > 0) this.#fresh.add(event.engine)
+    return []
   }
-  return [...standing.values()].flatMap(event => inputOf(event, faults))
+
+  /** Whether a command is the first on an engine whose opening changed the set. @param {Entry} entry */
+  isOpenedBy({event}) {
+    return this.#fresh.has(engineOf(event))
+  }
+
+  /** Notes that a command is written. @param {Entry} entry @return {string} its engine */
+  use({event}) {
+    const engine = engineOf(event)
+    this.#fresh.delete(engine)
+    this.#open.add(engine)
+    return engine
+  }
 }
 
 /** @param {Story} story @param {string} snapshot  name of the file @param {string} what  in a line */
 export function transcript({steps, clients, remarks}, snapshot, what) {
   const lines = ['> .recorded', `> .restore ${word(snapshot)}`, `# ${what}`, ...remarks.map(remark => `# ${remark}`)]
   let inUse = ''
+  let named = new Set()
   for (const {client, entry, reply, line, remark} of steps) {
     if (remark) lines.push(`# ${remark}`)
-    if (line) lines.push(`> ${line}`)
-    if (line === '.reset') inUse = ''
-    if (!entry) continue
-    if (client !== inUse) {
-      const isNew = !lines.includes(`> .engine ${word(clients.get(client)?.name)}`)
-      lines.push(`> .engine ${word(clients.get(client)?.name)}`)
-      const appId = clients.get(client)?.appId
-      if (isNew && appId) lines.push(`> .app ${word(appId)} ''`)
+    if (client && client !== inUse) {
+      const {name, appId} = /** @type {{name: string, appId: string}} */ (clients.get(client))
+      lines.push(`> .engine ${word(name)}`)
+      if (appId && !named.has(client)) lines.push(`> .app ${word(appId)} ''`)
       inUse = client
+      named.add(client)
     }
-    lines.push(commandLine(entry.event.name, entry.event.parameters, entry.event.list), ...replyLines(reply))
+    if (line) lines.push(`> ${line}`)
+    if (line === '.reset') {
+      inUse = ''
+      named = new Set()
+    }
+    if (entry) lines.push(commandLine(entry.event.name, entry.event.parameters, entry.event.list), ...replyLines(reply))
   }
   return `${lines.join('\n')}\n`
 }
@@ -127,7 +119,7 @@ function callOf({event}, client) {
 export function playwrightTest(story, snapshot, what) {
   const names = variables(story)
   const lines = story.steps.flatMap(({client, entry, reply, line, remark}) => [
-    ...remark ? [`  // ${remark}`] : [], ...line ? [`  await tv.run(${literal(line)})`] : [],
+    ...remark ? [`  // ${remark}`] : [], ...line ? [`  await ${names.get(client)?.name ?? 'tv'}.run(${literal(line)})`] : [],
     ...entry ? [`  expect(await ${callOf(entry, names.get(client)?.name ?? 'tv')}).toBe(${literal(answered(reply))})`] : []])
   return `import {expect, test} from '@playwright/test'
 import {connect} from 'emp-window'
@@ -149,7 +141,7 @@ export function clientModule(story, address, what) {
   const names = variables(story)
   const first = [...names.values()][0]?.name
   const lines = story.steps.flatMap(({client, entry, reply, line, remark}) => [
-    ...remark ? [`// ${remark}`] : [], ...line ? [`await ${first}.run(${literal(line)})`] : [],
+    ...remark ? [`// ${remark}`] : [], ...line ? [`await ${names.get(client)?.name ?? first}.run(${literal(line)})`] : [],
     ...entry ? [`console.log(await ${callOf(entry, names.get(client)?.name ?? 'tv')})  // was ${literal(answered(reply))?.slice(0, 200)}`] : []])
   return `import {connect} from 'emp-window'
 

@@ -1,0 +1,85 @@
+/* What an export stands on that was there before it and that no snapshot holds: windows, found channels, planes, faults, some knobs. */
+import {inputOf} from './export-outside.js'
+import {engineOf} from './timeline-log.js'
+
+/** @typedef {import('./timeline-log.js').Entry} Entry */
+
+/** What a command leaves to later ones. @param {Entry} entry @return {string | undefined} */
+export function leftBy({event, changes}) {
+  if (event.name === 'SetWindow') return `window ${engineOf(event)}`
+  if (/^Find/.test(event.name)) return `channels ${engineOf(event)}`
+  const changed = changes.find(({topic}) => topic === 'plane' || topic === 'source')
+  return changed && `${changed.topic} ${changed.window}`
+}
+
+/**
+ * Where to start, so that what is exported finds all that it stands on.
+ * @param {Entry[]} entries  all @param {number} from  the position of the first that is wanted @return {number}
+ */
+export function startOf(entries, from) {
+  let start = leavingsBefore(entries, from)
+  for (;;) {
+    const counting = [...faultsBehind(entries.slice(0, start)).values()].filter(({isCounting}) => isCounting)
+    const first = Math.min(start, ...counting.map(({at}) => at))
+    if (first === start) return start
+    start = leavingsBefore(entries, first)
+  }
+}
+
+/** The position of the first command whose leavings are found at another one. @param {Entry[]} entries @param {number} from @return {number} */
+function leavingsBefore(entries, from) {
+  const found = new Set()
+  let start = from
+  for (let at = from - 1; at >= 0; --at) {
+    const {topic, event} = entries[at]
+    if (topic === 'resync' || event.started) break
+    if (topic === 'engine') found.add(`window ${event.engine}`).add(`channels ${event.engine}`)  // a new engine has none from before
+    const what = topic === 'command' ? leftBy(entries[at]) : undefined
+    if (what && (!found.has(what) || /^plane|^source/.test(what))) {
+      found.add(what)
+      start = at
+    }
+  }
+  return start
+}
+
+/**
+ * Faults that stand behind some entries and can still hit.
+ * @param {Entry[]} entries
+ * @return {Map<number, {event: any, at: number, isCounting: boolean}>}  by number: how each was set, and where; one that counts
+ *   calls has counted those behind it
+ */
+function faultsBehind(entries) {
+  const standing = new Map()
+  entries.forEach(({event, changes}, at) => {
+    if (event.started) standing.clear()
+    for (const change of [event, ...changes]) {
+      if (change.topic !== 'fault') continue
+      const {what, id, fault, hits} = change
+      if (what === 'set') standing.set(id, {event: change, at, isCounting: /\bnth=/.test(fault) || timesOf(fault) < Infinity})
+      else if (what === 'gone' || hits >= timesOf(standing.get(id)?.event.fault ?? '')) standing.delete(id)
+    }
+  })
+  return standing
+}
+
+/** How many calls a fault hits. @param {string} fault  as `tv.faults` lists it */
+const timesOf = fault => Number(/ times=(\d+)/.exec(fault)?.[1] ?? Infinity)
+
+/** Knobs that are not persisted, as they were turned last. @param {Entry[]} entries @return {any[]} their events */
+function knobsBehind(entries) {
+  const turned = new Map()
+  for (const {event} of entries) {
+    if (event.started) turned.clear()
+    if (event.topic === 'knob' && /\.resolution$|^latency\./.test(event.name)) turned.set(event.name, event)
+  }
+  return [...turned.values()]
+}
+
+/**
+ * What makes a set that a snapshot restored as it was behind some entries.
+ * @param {Entry[]} entries @param {Map<number, number>} faults  their numbers in what is written
+ */
+export function standingSteps(entries, faults) {
+  return [...knobsBehind(entries), ...[...faultsBehind(entries).values()].map(({event}) => event)].flatMap(event => inputOf(event, faults))
+}
