@@ -119,7 +119,7 @@ test('an error says whether the call may have run, in Node and in a page', async
   const page = new Page()
   context.after(() => [breaker.stop(), page.close()])
   await page.load(`${server.address}/window.js`).catch(() => {})  // without a name it only defines
-  const inPage = page.run(`globalThis[Symbol.for('emp-window/1')].install({}, {address: '${breaker.address}', name: 'tvWindow'})`)
+  const inPage = page.run(`globalThis[Symbol.for('emp-window/2')].install({}, {address: '${breaker.address}', name: 'tvWindow'})`)
   const inNode = install({address: breaker.address})
   for (const tvWindow of [inNode, inPage]) {
     assert.equal(sentBy(() => tvWindow.GetTVMode()), true)

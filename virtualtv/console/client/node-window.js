@@ -8,7 +8,7 @@ import {workerData} from 'node:worker_threads'
 import {NodeWebSocket} from './node-websocket.js'
 import './window.js'
 
-const {socketUrl} = globalThis[Symbol.for('emp-window/1')]
+const {socketUrl} = globalThis[Symbol.for('emp-window/2')]
 const {base, token, signal, port} = workerData
 const library = base.startsWith('https:') ? https : http
 const agent = new library.Agent({keepAlive: true})

@@ -36,6 +36,20 @@
     }
   }
 
+  /** A TV in memory can't be made, or has ended by itself. `what` says which part of it is to blame; client.d.ts lists them. */
+  class EmpTvError extends Error {
+    constructor(what, message, {cause, ...more} = {}) {
+      super(message, cause === undefined ? undefined : {cause})
+      Object.assign(this, {name: 'EmpTvError', what, ...more})
+    }
+  }
+
+  /** What messages call a set that is not on a server. */
+  const memory = 'the TV in memory'
+
+  /** The sets behind the clients that `createTv` has made: {connect, post, close}. */
+  const sets = new WeakMap()
+
   /** The address of a server as it stands in front of a path: without a slash at the end. */
   function baseOf(address) {
     let url
@@ -122,6 +136,27 @@
     }
   }
 
+  /** How anything reaches a set in memory: by calling it. The session is kept by a connection that nobody listens to. */
+  function memoryTransport(set) {
+    return {
+      post: (body, session) => ({status: 200, text: set.post(body, session)}),
+      adopt(session) {
+        this.release()
+        this.connection = set.connect(() => {}, session)
+      },
+      release() {
+        this.connection?.close()
+        this.connection = undefined
+      },
+    }
+  }
+
+  function setOf(tv) {
+    const set = sets.get(tv)
+    if (!set) throw new TypeError('a tv that createTv has made is wanted; for one that is connected to a server, the address')
+    return set
+  }
+
   /** A session of its own on the virtual TV, used by synchronous requests. */
   class Link {
     #options
@@ -134,8 +169,9 @@
 
     constructor(options) {
       this.#options = options
-      this.#base = baseOf(options.address)
-      this.#transport = (options.transport ?? pageTransport)(this.#base, options.token)
+      this.#base = options.tv ? memory : baseOf(options.address)
+      this.#transport = options.tv ? memoryTransport(setOf(options.tv))
+        : (options.transport ?? pageTransport)(this.#base, options.token)
     }
 
     /** Opens the session, if there is none. */
@@ -214,7 +250,7 @@
   }
 
   /** The app's object. Functions of commands are made as they are asked for, since the list of commands is the server's. */
-  function objectOn(link) {
+  function objectOn(link, tv) {
     const functions = new Map()
     const Execute = (command, ...parameters) => executed(
       link.call('window.execute', {name: String(command), parameters: parametersOf(parameters.slice(0, 4))}))
@@ -229,6 +265,7 @@
       keyCodes: {...keyCodes},
       run: line => link.call('tv.run', {line}).lines,
       close: () => link.close(),
+      ...tv && {tv},
     }
     return new Proxy(own, {
       get: (target, name) => name in target ? target[name] : commandOf(name),
@@ -291,12 +328,13 @@
 
   /**
    * In a frame of the virtual TV's own page: tells it that the app is there, and takes the keys of its remote control.
-   * Messages of others, and those of another origin, are left alone.
+   * Messages of others, and those of another origin, are left alone. With a TV in memory the page is one of the app's origin.
    */
-  function listenToRemote(object, base, name) {
+  function listenToRemote(object, {address, tv}, name) {
     const {parent, document, location} = globalThis
     if (!document || !parent || parent === globalThis) return
-    const {origin} = new URL(base)
+    const origin = tv ? globalThis.origin : new URL(address).origin
+    if (origin === 'null') return  // a file, which is of no origin
     if (location.ancestorOrigins && location.ancestorOrigins[0] !== origin) return
     parent.postMessage({type: 'emp-window/app', name}, origin)
     if (heard.has(origin)) return
@@ -327,7 +365,7 @@
       throw new TypeError(`'${name}' is taken by something else: give the object another name`)
     }
     const link = new Link(options)
-    const object = objectOn(link)
+    const object = objectOn(link, options.tv)
     installed.add(object)
     Object.defineProperty(target, name, {value: object, configurable: true, enumerable: true, writable: true})
     try {
@@ -335,7 +373,7 @@
     } catch (error) {
       console.warn(`${name}: ${error.message}`)
     }
-    listenToRemote(object, baseOf(options.address), name)
+    listenToRemote(object, options, name)
     return object
   }
 
@@ -347,8 +385,9 @@
     }
   }
 
-  const shared = globalThis[Symbol.for('emp-window/1')] ??= Object.freeze({
-    EmpConnectionError, EmpRpcError, baseOf, socketUrl, parametersOf, encode, valueOf, executed, commandsOf, install,
+  const shared = globalThis[Symbol.for('emp-window/2')] ??= Object.freeze({
+    EmpConnectionError, EmpRpcError, EmpTvError, memory, sets, setOf, baseOf, socketUrl, parametersOf, encode, valueOf, executed,
+    commandsOf, install,
   })
 
   const source = globalThis.document?.currentScript?.src

@@ -1,0 +1,39 @@
+/*
+ * Makes TVs in memory: finds the module, makes a set of it, keeps that where it is to be kept, and connects a client.
+ */
+import {load} from './load.js'
+import {clientOf, makeSet} from './memory.js'
+
+/** Makes a set from what is kept, else from what the caller gives. */
+function setFrom(module, options, snapshot, unusable) {
+  if (snapshot === undefined) return makeSet(module, options)
+  try {
+    return makeSet(module, {...options, snapshot, list: undefined})
+  } catch (error) {
+    throw error.what === 'snapshot' ? unusable(error) : error
+  }
+}
+
+async function createKept(key, module, options) {
+  if (typeof key !== 'string' || key === '') throw new TypeError(`a text is wanted as the key of persist, not '${key}'`)
+  const {keepSet} = await import('./kept.js')
+  const {set, keeper} = await keepSet(key, (snapshot, unusable) => setFrom(module, options, snapshot, unusable))
+  const {tv, opened} = clientOf(set, options, () => keeper.close())
+  await opened
+  return Object.assign(tv, {saved: () => keeper.saved()})
+}
+
+/** As `createTv` of client.js. */
+export async function createTv({persist, module: given, ...options}) {
+  const module = await load(given)
+  if (persist !== undefined) return createKept(persist, module, options)
+  const {tv, opened} = clientOf(makeSet(module, options), options)
+  await opened
+  return tv
+}
+
+/** Removes what is kept under a key. */
+export async function forgetTv(key) {
+  const {forget} = await import('./kept.js')
+  await forget(key)
+}

@@ -1,0 +1,219 @@
+/*
+ * Keeps a TV in memory in the browser's IndexedDB, under a key that one tab has at a time. What is there is only ever replaced
+ * by what the set that started from it has become.
+ */
+import './window.js'
+
+const {EmpTvError} = globalThis[Symbol.for('emp-window/2')]
+
+const store = 'sets'
+const format = 1  // of a record
+const lockPatience = 1000  // ms for a page that goes, as when it is loaded anew, to give a key back
+const pause = 20  // ms from a change to saving it, at least
+const share = 10  // saving takes at most this part of the time
+const topics = ['source', 'service', 'mode', 'plane', 'tracks', 'favourites', 'services', 'inputs', 'knob', 'settings']
+
+const failure = (key, message, cause) => new EmpTvError('storage', `persist '${key}': ${message}: ${cause.message}`, {cause})
+
+/** The result of a request to the database. */
+const done = request => new Promise((resolve, reject) => {
+  request.onsuccess = () => resolve(request.result)
+  request.onerror = () => reject(request.error)
+})
+
+/** Takes the key for this page. @return what gives it back @throws EmpTvError where another tab has it */
+async function lock(key) {
+  const {navigator} = globalThis
+  if (!navigator?.locks) {
+    throw failure(key, "this page can't tell other tabs from itself", new Error('it wants https, localhost or a file'))
+  }
+  try {
+    return await new Promise((resolve, reject) => {
+      navigator.locks.request(`emp-window ${key}`, {signal: AbortSignal.timeout(lockPatience)},
+        () => new Promise(release => resolve(release))).catch(reject)
+    })
+  } catch (cause) {
+    if (cause.name !== 'TimeoutError') throw failure(key, "this page can't lock it", cause)
+    throw new EmpTvError('in use', `persist '${key}': another tab has this TV; close that tab, or take another key`, {cause})
+  }
+}
+
+async function openDatabase(key) {
+  try {
+    const request = indexedDB.open('emp-window', 1)
+    request.onupgradeneeded = () => request.result.createObjectStore(store)
+    return await done(request)
+  } catch (cause) {
+    throw failure(key, "this page can't keep anything in IndexedDB", cause)
+  }
+}
+
+/** Opens what is kept under a key. */
+async function openShelf(key) {
+  if (!globalThis.indexedDB) {
+    throw failure(key, 'a TV is kept in browsers alone', new Error('there is no IndexedDB; keep what snapshot() answers'))
+  }
+  const release = await lock(key)
+  try {
+    return new Shelf(key, await openDatabase(key), release)
+  } catch (error) {
+    release()
+    throw error
+  }
+}
+
+/** What is kept under one key. */
+class Shelf {
+  #key
+  #database
+  #release
+  #text  // the set's answer that was saved last
+  #written = Promise.resolve()  // settles as the last transaction does
+  #failed = false
+
+  constructor(key, database, release) {
+    this.#key = key
+    this.#database = database
+    this.#release = release
+  }
+
+  /** The snapshot that is kept; undefined where there is none. */
+  async read() {
+    let record
+    try {
+      record = await done(this.#database.transaction(store).objectStore(store).get(this.#key))
+    } catch (cause) {
+      throw failure(this.#key, "what is kept can't be read", cause)
+    }
+    if (record === undefined) return undefined
+    if (record?.format !== format) throw this.unusable(record, `its format is ${record?.format}, not ${format}`)
+    return record.snapshot
+  }
+
+  unusable(snapshot, reason, cause) {
+    const message = `persist '${this.#key}': what is kept can't be used: ${reason}. It stays as it is; forgetTv('${this.#key}') removes it`
+    return new EmpTvError('kept', message, {cause, reason, snapshot})
+  }
+
+  /** Saves what a set persists, if that has changed. The transaction is under way when this returns. */
+  save(set) {
+    const text = set.post('{"jsonrpc":"2.0","id":1,"method":"tv.snapshot"}')
+    if (text === this.#text) return
+    this.#text = text
+    this.#written = this.#write(JSON.parse(text).result.snapshot)
+    this.#written.then(() => { this.#failed = false }, error => this.#tell(error))
+  }
+
+  /** Fulfilled when what was saved is in the database. */
+  written() {
+    return this.#written
+  }
+
+  async remove() {
+    const transaction = this.#database.transaction(store, 'readwrite')
+    await done(transaction.objectStore(store).delete(this.#key))
+  }
+
+  close() {
+    this.#database.close()
+    this.#release()
+  }
+
+  #write(snapshot) {
+    return new Promise((resolve, reject) => {
+      const fail = cause => {
+        this.#text = undefined  // so that it is tried again
+        reject(failure(this.#key, "the TV can't be saved, what was kept before is still there", cause ?? new Error('given up')))
+      }
+      try {
+        const transaction = this.#database.transaction(store, 'readwrite')
+        transaction.oncomplete = () => resolve()
+        transaction.onabort = () => fail(transaction.error)
+        transaction.objectStore(store).put({format, snapshot}, this.#key)
+        transaction.commit?.()  // so that a page that goes now does not undo it
+      } catch (cause) {
+        fail(cause)
+      }
+    })
+  }
+
+  #tell(error) {
+    if (!this.#failed) console.error(`emp-window: ${error.message}`)
+    this.#failed = true
+  }
+}
+
+/** Saves a set soon after each change, and at once when the page goes. */
+class Keeper {
+  #set
+  #shelf
+  #connection
+  #timer
+  #cost = 0  // ms that saving took last
+  #saveNow = () => this.#save()
+
+  constructor(set, shelf) {
+    this.#set = set
+    this.#shelf = shelf
+    const {document} = globalThis
+    globalThis.addEventListener('pagehide', this.#saveNow)
+    document?.addEventListener('visibilitychange', this.#saveNow)
+    this.#connection = set.connect(() => this.#timer ??= setTimeout(this.#saveNow, Math.max(pause, share * this.#cost)))
+    this.#connection.take(JSON.stringify({jsonrpc: '2.0', method: 'events.subscribe', params: {topics}}))
+    this.#save()
+  }
+
+  async saved() {
+    this.#save()
+    await this.#shelf.written()
+  }
+
+  async close() {
+    try {
+      await this.saved()
+    } finally {
+      clearTimeout(this.#timer)
+      globalThis.removeEventListener('pagehide', this.#saveNow)
+      globalThis.document?.removeEventListener('visibilitychange', this.#saveNow)
+      this.#connection.close()
+      this.#shelf.close()
+    }
+  }
+
+  #save() {
+    clearTimeout(this.#timer)
+    this.#timer = undefined
+    const start = performance.now()
+    this.#shelf.save(this.#set)
+    this.#cost = performance.now() - start
+  }
+}
+
+/**
+ * Makes the set that is kept under a key, a new one where there is none, and keeps it from then on.
+ * @param make  makes a set from a snapshot, or from what the caller gives where that is undefined
+ * @return {set, keeper}: `keeper.saved()` and `keeper.close()`, which comes before the set's
+ */
+export async function keepSet(key, make) {
+  const shelf = await openShelf(key)
+  try {
+    const snapshot = await shelf.read()
+    const set = make(snapshot, error => shelf.unusable(snapshot, error.reason, error))
+    return {set, keeper: new Keeper(set, shelf)}
+  } catch (error) {
+    shelf.close()
+    throw error
+  }
+}
+
+/** Removes what is kept under a key. */
+export async function forget(key) {
+  const shelf = await openShelf(key)
+  try {
+    await shelf.remove()
+  } catch (cause) {
+    throw failure(key, "it can't be removed", cause)
+  } finally {
+    shelf.close()
+  }
+}

@@ -1,0 +1,208 @@
+/*
+ * What a connected client speaks through. What carries it is somebody else's: a WebSocket to a server, or anything that looks
+ * like one to a set in the same process.
+ */
+import './window.js'
+
+const {EmpConnectionError, EmpRpcError, encode} = globalThis[Symbol.for('emp-window/2')]
+
+const handshakePatience = 10_000  // ms until a connection that does not come about is given up
+
+/**
+ * Calls and events over a socket that is made anew when it breaks. It keeps the calls that were not answered; a call that
+ * was sent once is never sent again.
+ */
+export class Wire {
+  isClosed = false
+  #dial
+  #socket  // while it can be used
+  #isReady = false  // the session is open, so calls may be sent
+  #inFlight = new Map()  // {method, resolve, reject} by id
+  #waiting = new Set()  // calls that no connection has been there for
+  #id = 0
+  #pause
+  #patience
+  #pauses
+  #welcome
+  #lost
+  #event
+
+  /**
+   * @param dial  makes a socket, at once or as a promise: what Wire uses of a WebSocket, which is onopen, onmessage with a text
+   * as `data`, onerror, onclose, send(text), close(code, reason) and readyState. It opens in a later turn.
+   * @param base  what messages call its other end  @param patience  ms for which calls wait for a connection
+   * @param pauses  {first, longest}, ms before it is made anew: doubles with each try that fails
+   * @param welcome  called with each new connection, before any other call  @param lost  called when one breaks
+   * @param event  called with the parameters of each event
+   */
+  constructor({dial, base, patience, pauses, welcome, lost, event}) {
+    this.base = base
+    this.#dial = dial
+    this.#patience = patience
+    this.#pauses = pauses
+    this.#welcome = welcome
+    this.#lost = lost
+    this.#event = event
+  }
+
+  get isReady() {
+    return this.#isReady
+  }
+
+  /** Makes the connection. Fails when it does not come about. */
+  async open() {
+    const socket = await this.#dial()
+    await new Promise((resolve, reject) => this.#shakeHands(socket, resolve, reject))
+    for (const call of this.#waiting) {
+      clearTimeout(call.timer)
+      this.send(call)
+    }
+    this.#waiting.clear()
+  }
+
+  /** Makes a call as soon as there is a connection. */
+  call(method, params) {
+    return new Promise((resolve, reject) => {
+      const call = {method, params, resolve, reject}
+      if (this.isClosed) {
+        reject(new EmpConnectionError(`${method}: the connection to ${this.base} was closed`))
+      } else if (this.#isReady) {
+        this.send(call)
+      } else {
+        this.#wait(call)
+      }
+    })
+  }
+
+  /** Sends a call {method, params, resolve, reject} on the connection that there is. Answers are told at once, in order. */
+  send(call) {
+    let text
+    try {
+      text = encode({jsonrpc: '2.0', id: ++this.#id, method: call.method, params: call.params})
+    } catch (error) {
+      call.reject(error)
+      return
+    }
+    this.#inFlight.set(this.#id, call)
+    try {
+      this.#socket.send(text)
+    } catch (error) {
+      this.#inFlight.delete(this.#id)
+      call.reject(error)
+    }
+  }
+
+  close() {
+    if (this.isClosed) return Promise.resolve()
+    this.isClosed = true
+    clearTimeout(this.#pause)
+    const reason = `the connection to ${this.base} was closed`
+    for (const call of this.#waiting) this.#fail(call, reason)
+    this.#waiting.clear()
+    const socket = this.#socket
+    this.#break(reason)
+    if (!socket || socket.readyState === 3) return Promise.resolve()
+    return new Promise(resolve => {
+      socket.onclose = () => resolve()
+      socket.close(1000)
+    })
+  }
+
+  #wait(call) {
+    call.timer = setTimeout(() => {
+      this.#waiting.delete(call)
+      this.#fail(call, `no connection to ${this.base} for ${this.#patience} ms`)
+    }, this.#patience)
+    this.#waiting.add(call)
+  }
+
+  #fail(call, reason, sent = false) {
+    clearTimeout(call.timer)
+    call.reject(new EmpConnectionError(`${call.method}: ${reason}`, {sent}))
+  }
+
+  #shakeHands(socket, resolve, reject) {
+    let why = ''
+    let status
+    const giveUp = setTimeout(() => {
+      why = `no answer within ${handshakePatience} ms`
+      ended({code: 1006, reason: ''})
+      socket.close()
+    }, handshakePatience)
+    const ended = ({code, reason}) => {
+      clearTimeout(giveUp)
+      const wasReady = this.#isReady && this.#socket === socket
+      const what = why || reason || `close code ${code}`
+      if (this.#socket === socket) this.#break(`the connection to ${this.base} broke (${what})`)
+      reject(new EmpConnectionError(`${this.base} can't be reached: ${what}`, {status}))
+      if (wasReady) this.#reconnect()
+    }
+    const ready = () => {
+      clearTimeout(giveUp)
+      this.#isReady = true
+      resolve()
+    }
+    socket.onerror = event => {
+      why = event.message ?? ''
+      status = event.error?.status
+    }
+    socket.onclose = ended
+    socket.onmessage = ({data}) => this.#take(data)
+    socket.onopen = () => {
+      if (this.isClosed) {
+        socket.close()
+        return
+      }
+      this.#socket = socket
+      this.#welcome(ready, error => {
+        reject(error)
+        socket.close()
+      })
+    }
+  }
+
+  /** The connection is gone: what was in flight may or may not have run, and fails. */
+  #break(reason) {
+    const wasReady = this.#isReady
+    this.#socket = undefined
+    this.#isReady = false
+    const calls = [...this.#inFlight.values()]
+    this.#inFlight.clear()
+    for (const call of calls) this.#fail(call, reason, true)
+    if (wasReady) this.#lost(reason)
+  }
+
+  /** Tries again until a connection is there, with growing pauses that differ from client to client. */
+  #reconnect(attempt = 0) {
+    if (this.isClosed) return
+    const pause = Math.min(this.#pauses.longest, this.#pauses.first * 2 ** attempt) * (0.5 + Math.random() / 2)
+    this.#pause = setTimeout(() => {
+      this.open().catch(() => this.#reconnect(attempt + 1))
+    }, pause)
+  }
+
+  #take(data) {
+    let message
+    try {
+      message = JSON.parse(data)
+    } catch {
+      this.#socket?.close(4000, 'a message is no JSON')
+      return
+    }
+    if (message.method === 'event') this.#event(message.params)
+    else if ('id' in message) this.#answer(message)
+  }
+
+  #answer({id, result, error}) {
+    // The server could not read a call, so it does not know its id.
+    if (id === null && this.#inFlight.size === 1) [id] = this.#inFlight.keys()
+    const call = this.#inFlight.get(id)
+    if (!call) {
+      if (id === null) this.#socket?.close(4000, 'a call could not be read')
+      return
+    }
+    this.#inFlight.delete(id)
+    if (error) call.reject(new EmpRpcError(error, call.method))
+    else call.resolve(result)
+  }
+}
