@@ -36,6 +36,22 @@ test('a command is completed as one types, and its parameters are filled in by n
   assert.deepEqual(await mainRect(), {x: 10, y: 20, width: 300, height: 200})
 })
 
+test('all fields of a command with four parameters are seen at once at 1280 x 720, and room is left for replies', async () => {
+  shown = await Console.open()
+  await input().fill('SetScreenRect ')
+  const parameters = await pane().locator('.parameters').boundingBox()
+  for (const name of ['x', 'y', 'width', 'height']) {
+    const field = await pane().getByLabel(name, {exact: true}).boundingBox()
+    assert.ok(field.y >= parameters.y && field.y + field.height <= parameters.y + parameters.height, name)
+    const help = await pane().locator('.parameter', {has: shown.page.getByLabel(name, {exact: true})}).locator('.parameter-help').boundingBox()
+    assert.ok(help.y >= field.y + field.height && help.y + help.height <= parameters.y + parameters.height + 1, `the help of ${name}`)
+    assert.ok(field.width > 80, `${name} is ${field.width} px wide`)
+  }
+  const box = await pane().boundingBox()
+  const room = await replies().boundingBox()
+  assert.ok(room.height >= 32 && room.y + room.height <= box.y + box.height, `${room.height} px`)
+})
+
 test('replies tell their kind, failures their meaning, refused ones that they are', async () => {
   shown = await Console.open()
   await run('GetCurrentChannel_Name')

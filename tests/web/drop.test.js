@@ -36,6 +36,29 @@ test('a channel list is imported, and its bad lines are told by number', async (
   assert.deepEqual([total, services[1].name], [2, '<script>alert(1)</script>'])
 })
 
+test('what happens to a long list is told at once, and the page goes on meanwhile', async () => {
+  shown = await Console.open()
+  const count = 20_000
+  const seen = await shown.page.evaluate(async lines => {
+    const text = Array.from({length: lines}, (_, at) =>
+      `Station ${at + 1}:${10714 + at % 1000}:HC56M2S0:S19.2E:22000:${at % 8000 + 32}:${at % 8000 + 33}=eng@3:0:0:${at + 1}:1:${at % 1000}:0\n`)
+    dispatchEvent(new CustomEvent('emp-open', {detail: [new File(text, 'long.conf')]}))
+    const said = new Set()
+    let longest = 0
+    for (let before = performance.now(); !document.querySelector('.file-result')?.textContent.includes('services:');) {
+      await new Promise(requestAnimationFrame)
+      const now = performance.now()
+      longest = Math.max(longest, now - before)
+      before = now
+      said.add(document.querySelector('.file-result [role="status"]')?.textContent)
+    }
+    return {said: [...said], longest}
+  }, count)
+  assert.ok(seen.said.includes('long.confis imported: 20,000 lines'), seen.said.join())
+  assert.ok(seen.longest < 1000, `nothing moved for ${seen.longest} ms`)
+  await panel().getByText(`${count} services: ${count} added, 0 changed, 81 gone; 0 lines could not be read`).waitFor()
+})
+
 test('names that are not UTF-8 are read as ISO 8859-15, which is told', async () => {
   shown = await Console.open()
   await drop({name: 'channels.conf', content: Buffer.from(list.replace('Morning', 'Stra\xdfe \xa4'), 'latin1')})

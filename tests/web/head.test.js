@@ -1,7 +1,11 @@
 // The head of the page: who is connected, the TV mode, and a search over all that has a name.
 import assert from 'node:assert/strict'
+import {mkdtemp, rm} from 'node:fs/promises'
+import {tmpdir} from 'node:os'
+import {dirname, join} from 'node:path'
 import {afterEach, beforeEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
+import {serve} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
 
@@ -19,6 +23,21 @@ test('counts clients and engines as they come and go', async () => {
   await shown.page.getByText('1 engine, 3 clients').waitFor()
   await other.close()
   await shown.page.getByText('0 engines, 2 clients').waitFor()
+})
+
+test('tells where the set is kept, anew where another server has taken its place', async () => {
+  await shown.page.getByText('State: in memory').waitFor()
+  const directory = join(await mkdtemp(join(tmpdir(), 'head-test-')), '<b>state')
+  const {port} = shown.server
+  await shown.tv.close()
+  await shown.server.kill()
+  shown.server = await serve({port, state: directory})
+  shown.tv = await connect(shown.server.address)
+  await shown.page.getByText(`State: ${directory}`).waitFor()
+  shown.errors.length = 0  // those of the broken connection
+  await shown.tv.close()
+  await shown.server.kill()
+  await rm(dirname(directory), {recursive: true})
 })
 
 test('shows the TV mode and changes it', async () => {

@@ -98,6 +98,7 @@ class Server::Body {
     };
     calls.waits = options_.waits;
     calls.mostSessions = options_.mostSessions;
+    calls.state = options_.state;
     calls.files = options_.files;
     calls.complain = options_.complain;
     return calls;

@@ -20,6 +20,7 @@ struct Options {
   Limits limits;
   bool waits = true;  ///< replies are held back as long as the latencies of the set's calls say
   std::size_t mostSessions = 2000;
+  std::filesystem::path state;  ///< where the set keeps its state, told to clients; empty for one in memory
   std::filesystem::path files;  ///< clients may read and write beneath it; empty where they may not
   std::function<void(const std::string& line)> complain;  ///< is told what went wrong
   std::function<void(const std::string& line)> log;       ///< is told of each request, never of a token; may be empty

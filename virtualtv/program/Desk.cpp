@@ -42,6 +42,10 @@ Desk::Desk(kel::CEmpAppBase& app, const Wishes& wishes)
   });
 }
 
+fs::path Desk::state() const {
+  return directory_ ? fs::absolute(*directory_).lexically_normal() : fs::path();
+}
+
 fs::path Desk::history() const {
   return directory_ ? *directory_ / "history" : fs::path();
 }

@@ -25,6 +25,8 @@ class Desk {
 
   shell::Session& session() { return session_; }
   device::Device& device() { return device_; }
+  /// Where the set keeps its state, an absolute path; empty for one in memory.
+  std::filesystem::path state() const;
   /// The file that keeps the lines that a person types; empty where nothing is kept.
   std::filesystem::path history() const;
 

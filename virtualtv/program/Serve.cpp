@@ -120,6 +120,7 @@ ExitStatus runServer(kel::CEmpAppBase& app, const Wishes& wishes) {
   allowManyDescriptors();
   Desk desk(app, wishes);
   if (!wishes.serve.snapshot.empty()) startFrom(desk, wishes.serve.snapshot);
+  options.state = desk.state();
   net::Server server(desk.device(), std::move(options));
   std::optional<Recording> recording;
   if (!wishes.serve.record.empty()) recording.emplace(desk.device(), wishes.serve.record, complain);

@@ -55,6 +55,8 @@ class Core {
 
   device::Device& device() { return device_; }
   Events& events() { return events_; }
+  /// Where the set keeps its state; empty for one in memory.
+  const std::filesystem::path& state() const { return options_.state; }
   /// What clients reach of files.
   const shell::FileAccess& files() const;
   /// Tells this server from others that were started.

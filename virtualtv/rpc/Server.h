@@ -41,6 +41,7 @@ struct Options {
   std::function<void(std::chrono::milliseconds, std::function<void()>)> after{};
   bool waits = true;  ///< replies are held back as long as the latencies of the set's calls say
   std::size_t mostSessions = 2000;
+  std::filesystem::path state{};  ///< where the set keeps its state, told to clients; empty for one in memory
   std::filesystem::path files{};  ///< clients may read and write beneath it; empty where they may not
   /// Is told, a line each, what the set could not read or keep.
   std::function<void(const std::string&)> complain{};

@@ -21,6 +21,7 @@ Json::Value open(const Call& call) {
   answer["server"] = call.core.id();
   answer["revision"] = Json::UInt64{call.core.device().revision()};
   answer["virtual"] = true;
+  if (const std::string state = call.core.state(); !state.empty()) answer["state"] = text::wellFormed(state);
   return answer;
 }
 
@@ -57,7 +58,8 @@ const std::array sessionRows{
            {{"appId", textSchema, "the application"}, {"widgetId", textSchema, "its widget"}},
            R"({"type": "object", "required": ["session", "server", "revision", "virtual"], "properties": {
                "session": {"type": "string"}, "server": {"type": "string"},
-               "revision": {"type": "integer"}, "virtual": {"const": true}}})",
+               "revision": {"type": "integer"}, "virtual": {"const": true},
+               "state": {"type": "string", "description": "directory that keeps the set; missing where it is in memory"}}})",
            open},
     Method{"session.close",
            "end a session and close its engines",

@@ -12,9 +12,10 @@ export function endServers() {
   for (const child of running) child.kill('SIGKILL')
 }
 
-/** Starts it and waits for its address. @return {address, port, kill} */
-export async function serve({port = 0, options = []} = {}) {
-  const child = spawn(program, ['serve', '--listen', `127.0.0.1:${port}`, '--fresh', '--until-eof', ...options],
+/** Starts it, on a set in memory or in a state directory, and waits for its address. @return {address, port, kill} */
+export async function serve({port = 0, state, options = []} = {}) {
+  const set = state ? ['--state', state, 'serve'] : ['serve', '--fresh']
+  const child = spawn(program, [...set, '--listen', `127.0.0.1:${port}`, '--until-eof', ...options],
     {stdio: ['pipe', 'pipe', 'inherit']})
   running.add(child)
   child.on('exit', () => running.delete(child))

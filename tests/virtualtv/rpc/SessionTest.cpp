@@ -15,6 +15,21 @@ class Sessions : public RpcTest {
   std::size_t engines() { return device().host().engines().size(); }
 };
 
+class SessionsOfAKeptSet : public RpcTest {
+ protected:
+  SessionsOfAKeptSet() : RpcTest({.state = "/somewhere/state"}) {}
+};
+
+TEST_F(SessionsOfAKeptSet, TellWhereItIsKept) {
+  Connected client(server);
+  EXPECT_EQ(client.result("session.open")["state"], "/somewhere/state");
+}
+
+TEST_F(Sessions, OfASetInMemoryTellNoPlace) {
+  Connected client(server);
+  EXPECT_FALSE(client.result("session.open").isMember("state"));
+}
+
 TEST_F(Sessions, AreOpenedWithAConnection) {
   Connected client(server);
   const Json::Value opened = client.result("session.open");

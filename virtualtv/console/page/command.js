@@ -101,8 +101,7 @@ class Command extends Part {
     const known = isList ? undefined : commandNamed(name)
     const count = Math.max(known?.parameters.length ?? 0, parameters.length + (known ? 0 : 1))
     const most = isList ? count : Math.max(Math.min(count, mostParameters), parameters.length)
-    return h('div', {class: 'parameters'},
-      h('p', {class: 'dim command-help', title: known?.help}, known ? known.help : commandNamed(name) && isList ? 'Its parameters as a list.' : 'The catalogue does not have this command; the engine may refuse it.'),
+    return h('div', {class: 'parameters', role: 'group', 'aria-label': 'Parameters', tabindex: most > 0 ? null : 0},
       Array.from({length: most}, (_, at) => {
         const {name: label, help} = known?.parameters[at] ?? {name: `parameter ${at + 1}`, help: at >= mostParameters && !isList ? 'Only a parameter list takes so many.' : ''}
         return h('label', {key: at, class: 'parameter', title: help}, h('span', {class: 'parameter-name'}, label),
@@ -110,6 +109,7 @@ class Command extends Part {
             oninput: (/** @type {Event} */ event) => this.#fill(name, parameters, isList, at, /** @type {HTMLInputElement} */ (event.target).value)}),
           h('span', {class: 'dim parameter-help'}, help))
       }),
+      h('p', {class: 'dim'}, known ? known.help : commandNamed(name) && isList ? 'Its parameters as a list.' : 'The catalogue does not have this command; the engine may refuse it.'),
       known?.answers && h('p', {class: 'dim'}, `Answers: ${known.answers}`))
   }
 

@@ -28,7 +28,7 @@ customElements.define('emp-open-file', OpenFile)
 /** Takes what is dropped anywhere on the page, and shows what became of it in a corner that hides no picture. */
 class Drop extends Part {
   #isOver = false
-  /** The file that is being worked on. @type {string | undefined} */
+  /** The file that is being worked on, and what happens to it. @type {{name: string, what: string} | undefined} */
   #busy
   /** @type {Outcome | undefined} */
   #outcome
@@ -69,10 +69,14 @@ class Drop extends Part {
   async #open(files) {
     if (this.#busy !== undefined || files.length === 0) return
     this.#before = document.activeElement
-    this.#busy = files[0].name
+    const [{name}] = files
+    const tell = (/** @type {string} */ what) => {
+      this.#busy = {name, what}
+      this.redraw()
+    }
     this.#outcome = undefined
-    this.redraw()
-    const outcome = await take(files[0])
+    tell('is read')
+    const outcome = await take(files[0], tell)
     if (files.length > 1) outcome.note = `${files.length - 1} more files were left out: drop one at a time.`
     this.#busy = undefined
     this.#outcome = outcome
@@ -91,7 +95,16 @@ class Drop extends Part {
         h('p', null, `Drop a channel list, a transcript or a snapshot, of at most ${mostBytes / 1024 / 1024} MiB`)),
       (this.#busy !== undefined || this.#outcome) && h('section', {key: 'result', class: 'file-result', role: 'region', 'aria-label': 'File',
         onkeydown: (/** @type {KeyboardEvent} */ event) => event.key === 'Escape' && this.#close()},
-        this.#outcome ? this.#result(this.#outcome) : this.#head(this.#busy ?? '', h('span', {class: 'dim'}, 'is read'))),
+        this.#outcome ? this.#result(this.#outcome) : this.#working()),
+    ]
+  }
+
+  /** What happens to the file until there is an outcome. */
+  #working() {
+    const {name, what} = this.#busy ?? {name: '', what: ''}
+    return [
+      this.#head(name, h('span', {class: 'dim'}, what)),
+      h('div', {class: 'file-body'}, h('progress', {'aria-label': `${shownName(name)} ${what}`})),
     ]
   }
 

@@ -40,6 +40,7 @@ function coalesced(ask) {
 export function feed(tv) {
   const ask = {
     state: coalesced(async () => store.set('state', await tv.state())),
+    keptIn: coalesced(async () => store.set('keptIn', (await tv.call('session.open')).state ?? null)),
     sessions: coalesced(async () => store.set('sessions', await tv.sessions())),
     faults: coalesced(async () => store.set('faults', await tv.faults())),
     settings: coalesced(async () => store.set('settings', await tv.settings())),
@@ -62,7 +63,7 @@ export function feed(tv) {
     if (event.state === undefined) return take(event.topic)
     store.set('state', event.state)
     store.set('services', store.get('services') + 1)
-    for (const question of [ask.sessions, ask.faults, ask.settings]) question()
+    for (const question of [ask.keptIn, ask.sessions, ask.faults, ask.settings]) question()
     if (store.get('knobs')) ask.knobs()
   }
   listen(tv, listener)

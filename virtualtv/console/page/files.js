@@ -3,7 +3,7 @@
  * what is to be told; nothing is drawn here.
  */
 import {act} from './act.js'
-import {store} from './store.js'
+import {onFrame, store} from './store.js'
 
 export const mostBytes = 32 * 1024 * 1024
 
@@ -18,8 +18,11 @@ export const mostBytes = 32 * 1024 * 1024
  * @property {string} [note]
  */
 
-/** @param {File} file @return {Promise<Outcome>} */
-export async function take(file) {
+/**
+ * @param {File} file @param {(what: string) => void} tell  is told what happens meanwhile
+ * @return {Promise<Outcome>}
+ */
+export async function take(file, tell) {
   const name = file.name
   if (file.size > mostBytes) return none(name, `It has ${megabytes(file.size)}; the server takes at most 32 MiB.`, 'For a channel list, use: emp-window import FILE')
   if (file.size === 0) return none(name, 'It is empty.')
@@ -31,7 +34,7 @@ export async function take(file) {
   }
   if (bytes.includes(0)) return none(name, 'It is no text. Channel lists, transcripts and snapshots are.', wanted)
   const {text, isUnicode} = textOf(bytes)
-  const outcome = await use(name, text)
+  const outcome = await use(name, text, tell)
   return isUnicode ? outcome : {...outcome,
     note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
 }
@@ -53,17 +56,22 @@ function textOf(bytes) {
   }
 }
 
-/** @param {string} name @param {string} text @return {Promise<Outcome>} */
-async function use(name, text) {
-  if (/^\s*[{[]/.test(text) && !/^\s*\[[^\]\n]*\]\s*(\n|$)/.test(text)) return useDocument(name, text)
+/** @param {string} name @param {string} text @param {(what: string) => void} tell @return {Promise<Outcome>} */
+async function use(name, text, tell) {
+  if (/^\s*[{[]/.test(text) && !/^\s*\[[^\]\n]*\]\s*(\n|$)/.test(text)) return useDocument(name, text, tell)
   const first = /^[^\S\n]*(?!#)\S.*/m.exec(text)?.[0]
-  if (first?.startsWith('>')) return called({name, kind: 'transcript'}, 'tv.check', {transcript: text})
+  const lines = `${countOfLines(text).toLocaleString('en')} lines`
+  if (first?.startsWith('>')) {
+    await shownFirst(tell, `is checked: ${lines}`)
+    return called({name, kind: 'transcript'}, 'tv.check', {transcript: text})
+  }
+  await shownFirst(tell, `is imported: ${lines}`)
   const outcome = await called({name, kind: 'list'}, 'tv.import', {content: text, name})
   return /not a channel list of a known format/.test(outcome.problem ?? '') ? {...outcome, kind: 'none', way: wanted} : outcome
 }
 
-/** @param {string} name @param {string} text  of JSON @return {Promise<Outcome> | Outcome} */
-function useDocument(name, text) {
+/** @param {string} name @param {string} text  of JSON @param {(what: string) => void} tell @return {Promise<Outcome>} */
+async function useDocument(name, text, tell) {
   let snapshot
   try {
     snapshot = JSON.parse(text)
@@ -74,7 +82,21 @@ function useDocument(name, text) {
   if (Array.isArray(snapshot) || missing.length > 0) {
     return none(name, `It is JSON, but no snapshot: ${Array.isArray(snapshot) ? 'it is an array' : `it lacks ${missing.join(', ')}`}.`, wanted)
   }
+  await shownFirst(tell, `is restored: ${snapshot.services?.length ?? 0} services`)
   return called({name, kind: 'snapshot'}, 'tv.restore', {snapshot})
+}
+
+/** @param {string} text */
+function countOfLines(text) {
+  let count = text.endsWith('\n') ? 0 : 1
+  for (let at = text.indexOf('\n'); at >= 0; at = text.indexOf('\n', at + 1)) ++count
+  return count
+}
+
+/** Tells what happens, and waits until it is seen: what comes next may take long. @param {(what: string) => void} tell @param {string} what */
+async function shownFirst(tell, what) {
+  tell(what)
+  await new Promise(resolve => onFrame(() => setTimeout(resolve)))
 }
 
 /** @param {Outcome} outcome @param {string} method @param {any} params @return {Promise<Outcome>} */

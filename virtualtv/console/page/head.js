@@ -3,16 +3,18 @@ import {h} from './dom.js'
 import {antennaModes} from './numbers.js'
 import {Part} from './part.js'
 import './search.js'
+import {front} from './shown.js'
 import {store} from './store.js'
 
-/** Who is connected, and the TV mode. */
+/** Where the set is kept, who is connected, and the TV mode. */
 class Head extends Part {
-  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['connection', 'sessions', 'state'])
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['connection', 'keptIn', 'sessions', 'state'])
 
   view() {
     const state = store.get('state')
     return [
       h('h1', null, 'emp-window'),
+      this.#keptIn(),
       this.#connection(),
       state && h('label', null, 'TV mode ', h('select', {
         value: String(state.windows.main.tvMode.antenna),
@@ -20,6 +22,13 @@ class Head extends Part {
       }, antennaModes.map(([, name], antenna) => h('option', {value: String(antenna)}, name)))),
       h('emp-search', {class: 'search'}),
     ]
+  }
+
+  #keptIn() {
+    const directory = store.get('keptIn')
+    if (directory === undefined) return null
+    return h('span', {class: 'dim cut kept-in', title: directory ?? 'The server was started with --fresh: nothing is kept when it ends.'}, 'State: ',
+      directory === null ? 'in memory' : h('code', {class: 'name'}, front(directory, 500)))
   }
 
   #connection() {

@@ -9,6 +9,7 @@
  * @property {any} state  the document of `tv.state`; null until it is known
  * @property {any} past  null, or what is looked back at: {command, entry, state}
  * @property {number} services  counts up when the list of services or their favourite groups change
+ * @property {string | null | undefined} keptIn  directory in which the set keeps its state; null for one in memory
  * @property {any[]} sessions  as `tv.sessions` lists them
  * @property {any[]} faults  as `tv.faults` lists them
  * @property {any[]} settings  as `tv.settings` lists them
@@ -76,6 +77,6 @@ export function onFrame(callback) {
 /** What this page knows. */
 export const store = new Store({
   connection: {connected: false, since: Date.now()},
-  state: null, past: null, services: 0, sessions: [], faults: [], settings: [], knobs: null, commands: [], operations: [],
+  state: null, past: null, services: 0, keptIn: undefined, sessions: [], faults: [], settings: [], knobs: null, commands: [], operations: [],
   timeline: 0, deed: null, app: null, keys: 'tv',
 })
