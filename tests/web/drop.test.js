@@ -66,6 +66,30 @@ test('names that are not UTF-8 are read as ISO 8859-15, which is told', async ()
   assert.equal((await shown.tv.services()).services[0].name, 'Straße €')
 })
 
+test('a list without a service is not imported, and what is wrong with it is told by line', async () => {
+  shown = await Console.open()
+  await drop({name: 'bad.conf', content: 'short:12:3\nName:99999999:B8:T:0:0:0:0:0:70000:1:1:0\n'})
+  await panel().getByText('was not imported').waitFor()
+  assert.deepEqual(await panel().getByRole('row').evaluateAll(rows => rows.slice(1).map(row => row.cells[0].textContent)), ['1', '2'])
+})
+
+test('only lists may be in another encoding than UTF-8', async () => {
+  shown = await Console.open()
+  await drop({name: 'mine.txt', content: Buffer.from('> SetChannel \xe4 0\nint 0\n', 'latin1')})
+  await panel().getByRole('alert').filter({hasText: 'It is not UTF-8, which a transcript has to be.'}).waitFor()
+  await drop({name: 'mine.json', content: Buffer.from('{"version": 1, "state": "\xe4", "settings": [], "services": []}', 'latin1')})
+  await panel().getByRole('alert').filter({hasText: 'It is not UTF-8, which a snapshot has to be.'}).waitFor()
+  await drop({name: 'letter.txt', content: Buffer.from('Stra\xdfe\n', 'latin1')})
+  await panel().getByRole('alert').filter({hasText: 'not a channel list of a known format'}).waitFor()
+  assert.equal(await panel().getByText('Names were read').count(), 0)
+})
+
+test('a transcript with something in front of its first input is checked, too', async () => {
+  shown = await Console.open()
+  await drop({name: 'mine.txt', content: 'int 1\n> GetTVMode\nint 1\n'})
+  await panel().getByText('output before the first').waitFor()
+})
+
 test('a transcript is checked on a set of its own, and its differences are coloured', async () => {
   shown = await Console.open()
   await drop({name: 'mine.txt', content: '# What a fresh set tells.\n\n> SetChannel 3 0\nint 1\n> GetTVMode\nint 2\n'})

@@ -69,6 +69,7 @@ Json::Value errorOf(const Failure& failure) {
   Json::Value error;
   error["code"] = static_cast<int>(failure.code);
   error["message"] = messageOf(failure.code);
+  error["data"] = failure.data;
   error["data"]["reason"] = text::shortened(text::asLine(failure.what()), longestReason);
   return error;
 }

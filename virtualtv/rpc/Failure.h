@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace virtualtv::rpc {
 
@@ -20,10 +21,12 @@ enum class Code {
   noSuchSession = 1003,
 };
 
-/// Why a call fails: a code for programs, a line for a person.
+/// Why a call fails: a code for programs, a line for a person, and an object with what else is known.
 struct Failure : std::runtime_error {
-  Failure(Code failed, const std::string& reason) : std::runtime_error(reason), code(failed) {}
+  Failure(Code failed, const std::string& reason, Json::Value known = Json::objectValue)
+      : std::runtime_error(reason), code(failed), data(std::move(known)) {}
   Code code;
+  Json::Value data;
 };
 
 /// A name that a client gave, for a reason: the front of a long one, and without zero bytes, which end reasons.

@@ -7,6 +7,7 @@
 #include "channels/ImportList.h"
 #include "channels/Search.h"
 #include "rpc/Core.h"
+#include "rpc/Failure.h"
 #include "rpc/Method.h"
 #include "rpc/ReplyJson.h"
 #include "rpc/Schemas.h"
@@ -125,6 +126,13 @@ Json::Value problemOf(const import::Problem& problem) {
   return json;
 }
 
+/// Adds what is wrong with a list to an object.
+void appendProblems(Json::Value& document, const ImportReport& report) {
+  document["problems"] = Json::arrayValue;
+  for (const import::Problem& problem : report.problems.kept()) document["problems"].append(problemOf(problem));
+  document["total"] = Json::UInt64{report.problems.count()};
+}
+
 Json::Value import(const Call& call) {
   ImportOptions options;
   options.add = call.params.truth("add", false);
@@ -144,15 +152,13 @@ Json::Value import(const Call& call) {
   } catch (const std::runtime_error& error) {
     throw std::invalid_argument(error.what());  // of no known format
   }
-  if (!report.error().empty()) throw std::invalid_argument(report.error());
   Json::Value answer;
+  appendProblems(answer, report);
+  if (!report.error().empty()) throw Failure(Code::badValue, report.error(), answer);
   answer["imported"] = Json::UInt64{report.imported};
   answer["added"] = Json::UInt64{report.changes.added};
   answer["changed"] = Json::UInt64{report.changes.changed};
   answer["gone"] = Json::UInt64{report.changes.gone};
-  answer["problems"] = Json::arrayValue;
-  for (const import::Problem& problem : report.problems.kept()) answer["problems"].append(problemOf(problem));
-  answer["total"] = Json::UInt64{report.problems.count()};
   return answer;
 }
 

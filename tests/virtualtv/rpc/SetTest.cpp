@@ -107,6 +107,18 @@ TEST_F(SetMethods, SayWhyAListIsNotImported) {
   EXPECT_EQ(result("tv.services")["total"], before);
 }
 
+TEST_F(SetMethods, TellWhatIsWrongWithAListWithoutAService) {
+  const Json::Value reply =
+      client.call("tv.import", named({{"content", "One:578000:h\nnoise\n"}, {"format", "vdr"}, {"name", "a.conf"}}));
+  EXPECT_EQ(codeOf(reply), 1002);
+  EXPECT_EQ(reasonOf(reply), "a.conf: no service in it");
+  const Json::Value& data = reply["error"]["data"];
+  EXPECT_EQ(data["total"], 2);
+  ASSERT_EQ(data["problems"].size(), 2U);
+  EXPECT_EQ(data["problems"][0]["line"], 1);
+  EXPECT_EQ(data["problems"][0]["reason"], "\"One:578000:h\" has 3 of the 13 fields of a service");
+}
+
 TEST_F(SetMethods, ReadAndTurnKnobs) {
   const Json::Value all = result("tv.knobs");
   EXPECT_EQ(all["knobs"].size(), knobNames(tv()).size());

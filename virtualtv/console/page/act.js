@@ -28,7 +28,8 @@ export async function act(method, params = {}) {
     store.set('deed', {method, params, result})
     return result
   } catch (error) {
-    store.set('deed', {method, params, error: /** @type {Error} */ (error).message})
+    const {message, data} = /** @type {import('../client.js').EmpRpcError} */ (error)
+    store.set('deed', {method, params, error: message, data})
     return undefined
   }
 }

@@ -124,7 +124,8 @@ class Drop extends Part {
         problem && h('p', {class: 'fail name', role: 'alert'}, problem),
         way && h('p', null, way),
         note && h('p', {class: 'dim'}, note),
-        !problem && kind === 'list' && importedTable(result),
+        !problem && kind === 'list' && h('p', null, counts(result)),
+        kind === 'list' && result && problemTable(result),
         !problem && kind === 'transcript' && (result.passed ? h('p', null, 'It prints what it says.') : diff(result.diff)),
         !problem && kind === 'snapshot' && h('p', null, 'The TV is what it says. Engines were closed; faults and latencies are gone.')),
     ]
@@ -142,10 +143,12 @@ function summary(kind, problem, result) {
 }
 
 /** @param {any} result  of an import */
-function importedTable({imported, added, changed, gone, total, problems}) {
-  const lines = total === 1 ? '1 line could not be read' : `${total} lines could not be read`
+const counts = ({imported, added, changed, gone, total}) =>
+  `${imported} ${imported === 1 ? 'service' : 'services'}: ${added} added, ${changed} changed, ${gone} gone; ${total} ${total === 1 ? 'line' : 'lines'} could not be read`
+
+/** What is wrong with a list, by line. @param {any} result  of an import, or what its error tells */
+function problemTable({total, problems}) {
   return [
-    h('p', null, `${imported} services: ${added} added, ${changed} changed, ${gone} gone; ${lines}`),
     problems.length > 0 && h('table', null,
       h('thead', null, h('tr', null, h('th', {scope: 'col'}, 'Line'), h('th', {scope: 'col'}, 'What is wrong'))),
       h('tbody', null, problems.map((/** @type {any} */ {line, at, reason}) => h('tr', null,

@@ -14,7 +14,7 @@ export const mostBytes = 32 * 1024 * 1024
  * @property {'list' | 'transcript' | 'snapshot' | 'none'} kind
  * @property {string} [problem]  why nothing came of it
  * @property {string} [way]  out of the problem
- * @property {any} [result]  of the call
+ * @property {any} [result]  of the call; of a list without a service what its error tells of its lines
  * @property {string} [note]
  */
 
@@ -34,8 +34,8 @@ export async function take(file, tell) {
   }
   if (bytes.includes(0)) return none(name, 'It is no text. Channel lists, transcripts and snapshots are.', wanted)
   const {text, isUnicode} = textOf(bytes)
-  const outcome = await use(name, text, tell)
-  return isUnicode ? outcome : {...outcome,
+  const outcome = await use({name, text, isUnicode, tell})
+  return isUnicode || outcome.problem !== undefined ? outcome : {...outcome,
     note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
 }
 
@@ -56,22 +56,33 @@ function textOf(bytes) {
   }
 }
 
-/** @param {string} name @param {string} text @param {(what: string) => void} tell @return {Promise<Outcome>} */
-async function use(name, text, tell) {
-  if (/^\s*[{[]/.test(text) && !/^\s*\[[^\]\n]*\]\s*(\n|$)/.test(text)) return useDocument(name, text, tell)
-  const first = /^[^\S\n]*(?!#)\S.*/m.exec(text)?.[0]
-  const lines = `${countOfLines(text).toLocaleString('en')} lines`
-  if (first?.startsWith('>')) {
-    await shownFirst(tell, `is checked: ${lines}`)
-    return called({name, kind: 'transcript'}, 'tv.check', {transcript: text})
-  }
-  await shownFirst(tell, `is imported: ${lines}`)
+/** @typedef {{name: string, text: string, isUnicode: boolean, tell: (what: string) => void}} Content  of a file */
+
+/** @param {Content} content @return {Promise<Outcome>} */
+async function use(content) {
+  const {name, text, tell} = content
+  if (/^\s*[{[]/.test(text) && !/^\s*\[[^\]\n]*\]\s*(\n|$)/.test(text)) return useDocument(content)
+  if (/^[^\S\n]*(?!#)\S.*/m.exec(text)?.[0].startsWith('>')) return useTranscript(content)
+  await shownFirst(tell, `is imported: ${linesOf(text)}`)
   const outcome = await called({name, kind: 'list'}, 'tv.import', {content: text, name})
-  return /not a channel list of a known format/.test(outcome.problem ?? '') ? {...outcome, kind: 'none', way: wanted} : outcome
+  if (!/not a channel list of a known format/.test(outcome.problem ?? '')) return outcome
+  // A transcript that something stands before is one all the same: the check tells what is wrong with it.
+  return /^>/m.test(text) ? useTranscript(content) : {...outcome, kind: 'none', way: wanted}
 }
 
-/** @param {string} name @param {string} text  of JSON @param {(what: string) => void} tell @return {Promise<Outcome>} */
-async function useDocument(name, text, tell) {
+/** @param {string} name @param {'snapshot' | 'transcript'} kind @return {Outcome} */
+const noUnicode = (name, kind) => ({name, kind, problem: `It is not UTF-8, which a ${kind} has to be.`})
+
+/** @param {Content} content @return {Promise<Outcome>} */
+async function useTranscript({name, text, isUnicode, tell}) {
+  if (!isUnicode) return noUnicode(name, 'transcript')
+  await shownFirst(tell, `is checked: ${linesOf(text)}`)
+  return called({name, kind: 'transcript'}, 'tv.check', {transcript: text})
+}
+
+/** @param {Content} content  JSON @return {Promise<Outcome>} */
+async function useDocument({name, text, isUnicode, tell}) {
+  if (!isUnicode) return noUnicode(name, 'snapshot')
   let snapshot
   try {
     snapshot = JSON.parse(text)
@@ -86,11 +97,11 @@ async function useDocument(name, text, tell) {
   return called({name, kind: 'snapshot'}, 'tv.restore', {snapshot})
 }
 
-/** @param {string} text */
-function countOfLines(text) {
+/** How many lines a text has, in words. @param {string} text */
+function linesOf(text) {
   let count = text.endsWith('\n') ? 0 : 1
   for (let at = text.indexOf('\n'); at >= 0; at = text.indexOf('\n', at + 1)) ++count
-  return count
+  return `${count.toLocaleString('en')} lines`
 }
 
 /** Tells what happens, and waits until it is seen: what comes next may take long. @param {(what: string) => void} tell @param {string} what */
@@ -104,5 +115,7 @@ async function called(outcome, method, params) {
   const size = new Blob([JSON.stringify(params)]).size + 200
   if (size > mostBytes) return {...outcome, problem: `As a message it has ${megabytes(size)}; the server takes at most 32 MiB.`}
   const result = await act(method, params)
-  return result === undefined ? {...outcome, problem: store.get('deed').error} : {...outcome, result}
+  if (result !== undefined) return {...outcome, result}
+  const {error, data} = store.get('deed')
+  return {...outcome, problem: error, result: data?.problems && data}
 }
