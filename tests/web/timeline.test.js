@@ -80,6 +80,48 @@ test('filters by client, command, interface, text and kind keep what is like tha
   await app.close()
 })
 
+test('a text is looked for in what is shown, and in nothing else', async () => {
+  shown = await Console.open()
+  const {page, tv} = shown
+  await tv.window.GetTVMode()
+  await tv.setSetting('some/key', 'x')
+  await line('some/key').waitFor()
+  await page.getByLabel('Filter by text').fill('int 1')
+  await line('some/key').waitFor({state: 'detached'})
+  await line('GetTVMode').waitFor()
+  await page.getByLabel('Filter by text').fill('revision')
+  await page.getByText('Nothing that happened is like that').waitFor()
+})
+
+test('an engine whose opening a fault hits is opened in one line, and a restored set closes engines in theirs', async () => {
+  shown = await Console.open()
+  const {tv} = shown
+  await tv.fault('TVServiceAPI::CreateServiceNavigation', {result: null})
+  await tv.window.GetTVMode()
+  for (let at = 0; at < 8; ++at) await tv.setSetting(`some/key ${at}`, 'x')
+  const snapshot = await tv.snapshot()
+  for (let at = 0; at < 8; ++at) await tv.removeSetting(`some/key ${at}`)
+  await tv.restore(snapshot)
+  await line('the set started').waitFor()
+  for (const kind of ['commands', 'set', 'keys', 'faults']) await shown.page.getByRole('group', {name: 'Kinds of lines'}).getByRole('button', {name: kind}).click()
+  await shown.page.getByText(/^4 of/).waitFor()
+  assert.deepEqual(await list().getByRole('option').locator('.client').allTextContents(), ['session', 'session', 'engine', 'engine'])
+  await line(':main opened').click()
+  await part('What changed').getByText('1 hit, 1 hit so far').waitFor()
+  await part('Calls').getByText('CreateServiceNavigation').waitFor()
+})
+
+test('what the timeline offers does not move its filters', async () => {
+  shown = await Console.open()
+  const places = () => shown.pane('Timeline').locator('emp-timeline-bar > *').evaluateAll(parts => parts.map(part => [part.offsetLeft, part.offsetTop, part.offsetWidth]))
+  const before = await places()
+  const app = await connect(shown.server.address, {appId: 'com.example.a.long.name.of.an.app'})
+  await app.window.GetSource(0)
+  await line('GetSource').waitFor()
+  assert.deepEqual(await places(), before)
+  await app.close()
+})
+
 test('a chosen command shows the state behind it and the past, until a person is back at now', async () => {
   shown = await Console.open()
   await shown.tv.window.SetChannel(3, 0)

@@ -1,6 +1,7 @@
 /* Which entries of the timeline are shown. It goes on where it stopped, a few milliseconds at a time, so that nothing waits for it. */
-import {failureOf} from './reply.js'
+import {failureOf, replyShown} from './reply.js'
 import {interfaceOf} from './timeline-log.js'
+import {titleOf} from './timeline-outside.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 /** @typedef {{text: string, client: string, command: string, interface: string, level: string, hidden: string[]}} Wanted */
@@ -78,8 +79,8 @@ export class TimelineFilter {
   /** @param {Entry} entry @return {string[]} */
   #textsOf({topic, event, calls, changes, log}) {
     const own = topic === 'command'
-      ? [`${event.name} ${event.parameters.join(' ')}`, String(event.reply?.value ?? ''), failureOf(event.name, event.reply) ?? '', this.log.clientOf(event)]
-      : [JSON.stringify(event)]
-    return [...own, ...calls.map(({call}) => call), ...changes.map(change => change.key ? `${change.key} ${change.after}` : change.fault ?? ''), ...log.map(({text}) => text)]
+      ? [`${event.name} ${event.parameters.join(' ')}`, replyShown(event.reply, Infinity), failureOf(event.name, event.reply) ?? '', this.log.clientOf(event)]
+      : [`${topic} ${titleOf(event)}`]
+    return [...own, ...calls.map(({call}) => call), ...changes.map(titleOf), ...log.map(({text}) => text)]
   }
 }

@@ -80,10 +80,10 @@ export class TimelineLog {
       this.#opening = []
       this.#takeEngine(event)
     } else if (event.topic === 'log' && this.#opening.length === 0) {
-      const engine = this.entries.slice(-5).findLast(({topic}) => topic === 'engine')
+      const engine = this.#lastEngine()
       if (engine) engine.log.push(...event.lines)
       else this.#add(event, [event])
-    } else if (isDetail(event.topic) || (event.topic === 'settings' && this.#opening.length > 0)) {
+    } else if (isDetail(event.topic) || (this.#opening.length > 0 && (event.topic === 'settings' || event.what === 'hit'))) {
       this.#opening.push(event)
     } else {
       const [first, ...more] = this.#opening
@@ -91,6 +91,12 @@ export class TimelineLog {
       this.#opening = []
       this.#add(event, [])
     }
+  }
+
+  /** The engine that was opened or closed last, unless a command ran since. */
+  #lastEngine() {
+    const last = this.entries.findLast(({topic}) => topic === 'engine' || topic === 'command')
+    return last?.topic === 'engine' ? last : undefined
   }
 
   /** @param {any} event */

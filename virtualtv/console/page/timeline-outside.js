@@ -34,7 +34,7 @@ const titles = {
   settings: ({key, before, after}) => `${key} ${valueShown(before)} -> ${valueShown(after)}`,
   engine: ({what, engine, why, appId}) => `${shortName(engine)} ${what}${why ? `: ${why}` : ''}${appId ? ` for ${appId}` : ''}`,
   session: ({what, session}) => `${shortName(session)} ${what}`,
-  fault: ({what, id, fault, hits}) => `${id} ${what}${fault ? `: ${fault}` : ''}${hits ? `, ${hits} hits` : ''}`,
+  fault: ({what, id, fault, hits}) => `${id} ${what}${fault ? `: ${fault}` : ''}${hits ? `, ${hits} ${hits === 1 ? 'hit' : 'hits'} so far` : ''}`,
   log: ({lines}) => lines[0]?.text ?? '',
   call: ({call}) => call,
   services: ({started, service, field, before, after, added, changed, gone}) => started ? `the set started: ${started}`

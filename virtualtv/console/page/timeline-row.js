@@ -7,8 +7,8 @@ import {titleOf} from './timeline-outside.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 
-/** @param {number} count @param {string} what */
-const counted = (count, what) => h('span', null, count > 0 ? `${count} ${what}` : '')
+/** @param {number} count @param {string} one @param {string} [many] */
+const counted = (count, one, many = `${one}s`) => h('span', null, count > 0 ? `${count} ${count === 1 ? one : many}` : '')
 
 /** @param {Entry} entry */
 export const isHit = entry => entry.changes.some(({topic, what}) => topic === 'fault' && what === 'hit') || entry.calls.some(({fault}) => fault)
@@ -29,7 +29,7 @@ function commandRow(entry) {
     h('code', {class: ['answer cut', isFailure && 'fail']}, replyShown(event.reply)),
     isHit(entry) && h('span', {class: 'fault'}, 'fault'),
     h('span', {class: 'took'}, `${event.duration.toFixed(1)} ms`),
-    h('span', {class: 'counts'}, counted(calls.length, 'calls'), counted(changes.filter(({topic}) => topic === 'settings').length, 'keys'), counted(log.length, 'log')),
+    h('span', {class: 'counts'}, counted(calls.length, 'call'), counted(changes.filter(({topic}) => topic === 'settings').length, 'key'), counted(log.length, 'log', 'log')),
   ]
 }
 
