@@ -180,6 +180,8 @@ test('what fails says why', async () => {
   await says('SetChannel_Seek: -1 Nothing is on screen to step from')
   await press('OK')
   await says('OK is for apps')
+  await shown.page.keyboard.press('i')
+  await says('Info is for apps')
 })
 
 test('who types into a field or works a list or a tab does not work the remote', async () => {

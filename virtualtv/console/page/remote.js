@@ -64,7 +64,7 @@ class Remote extends Part {
     if (!key) return
     if (this.#isForApp) this.#press(key.name === 'Previous channel' ? {...key, name: 'Back'} : key)
     else if (this.#digits && ['Backspace', 'Escape'].includes(event.key)) this.#setDigits(event.key === 'Escape' ? '' : this.#digits.slice(0, -1))
-    else if (isForTv(key) || this.#digits) this.#press(key)
+    else if (isForTv(key) || this.#digits || key.letter === event.key.toLowerCase()) this.#press(key)
     else return
     event.preventDefault()
   }
