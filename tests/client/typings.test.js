@@ -56,7 +56,8 @@ test('a command is made from its description', () => {
 }
 `)
   const schemas = {
-    'event.x': {},
+    'event.x': {description: 'what x is', anyOf: [{$ref: '#/components/schemas/One'}, {$ref: '#/components/schemas/Two'}]},
+    Two: {description: 'Two.', type: 'object', required: ['what'], properties: {what: {const: 'two'}, so: {const: true}}},
     One: {description: 'One thing.', type: 'object', required: ['id', 'many'], properties: {
       id: {description: 'which', type: ['integer', 'null']},
       kind: {enum: ['a', null]},
@@ -76,6 +77,13 @@ export interface One {
     x: boolean
   }
 }
+
+/** The events of each topic. */
+export interface Events {
+  /** what x is */
+  x: One | Two
+}
 `)
+  assert.match(documents, /export interface Two \{\n {2}what: 'two'\n {2}so\?: true\n\}/)
   assert.throws(() => typings({methods: []}), /no command in the document/)
 })

@@ -250,6 +250,10 @@ std::string_view topicOf(const device::Happening& happening) {
   return std::visit(TopicOf(), happening.what);
 }
 
+bool haveTime(std::string_view topic) {
+  return topic != "call" && topic != "log";
+}
+
 std::uint64_t commandOf(const device::Happening& happening) {
   const bool isEnd = std::holds_alternative<CommandRun>(happening.what);
   return isEnd || happening.caller.command != 0 ? happening.command : 0;
@@ -260,7 +264,7 @@ Json::Value jsonOf(device::Device& device, const Event& event) {
   json["number"] = Json::UInt64{event.number};
   json["topic"] = std::string(event.topic);
   json["revision"] = Json::UInt64{event.revision};
-  if (event.topic != "call" && event.topic != "log") json["time"] = millisecondsOf(event.time);
+  if (haveTime(event.topic)) json["time"] = millisecondsOf(event.time);
   if (event.command != 0) json["command"] = Json::UInt64{event.command};
   if (event.what != nullptr) {
     json["session"] = event.session;

@@ -19,6 +19,9 @@ inline constexpr std::size_t longestReply = 65536;
 /// The topic that something belongs to.
 std::string_view topicOf(const device::Happening& happening);
 
+/// True where events say when they happened: there are too many calls and log messages.
+bool haveTime(std::string_view topic);
+
 /// An event as clients read it.
 Json::Value jsonOf(device::Device& device, const Event& event);
 

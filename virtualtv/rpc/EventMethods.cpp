@@ -15,50 +15,6 @@ namespace {
 
 constexpr std::string_view topicList = R"({"type": "array", "items": {"type": "string"}})";
 
-constexpr std::array rowsOfTopics{
-    Topic{"source", "where a window's picture comes from",
-          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
-    Topic{"service", "the service on a window's screen",
-          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
-    Topic{"mode", "a window's TV mode",
-          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
-    Topic{"plane", "how a window's picture stands on the screen",
-          R"({"window": {"type": "string"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
-    Topic{"tracks", "tracks in use, or those that a service has",
-          R"({"window": {"type": "string"}, "service": {"type": ["object", "null"]}, "kind": {"type": "string"},
-              "before": {}, "after": {}})"},
-    Topic{"favourites", "the favourite groups of a service",
-          R"({"service": {"type": ["object", "null"]}, "before": {"type": "string"}, "after": {"type": "string"}})"},
-    Topic{"services",
-          "the list of services (how many there were and are, and what became of them; those that moved have another "
-          "key), a "
-          "field of one of them, or the whole set where it has started anew",
-          R"({"service": {"type": ["object", "null"]}, "field": {"type": "string"}, "started": {"type": "string"},
-              "before": {}, "after": {}, "added": {"type": "integer"}, "changed": {"type": "integer"},
-              "gone": {"type": "integer"}, "moved": {"type": "integer"}})"},
-    Topic{"inputs", "an input",
-          R"({"input": {"type": "integer"}, "before": {"type": "object"}, "after": {"type": "object"}})"},
-    Topic{"knob", "anything else that can be set from outside",
-          R"({"name": {"type": "string"}, "before": {"type": "string"}, "after": {"type": "string"}})"},
-    Topic{"settings", "a settings key", R"({"key": {"type": "string"}, "before": {}, "after": {}})"},
-    Topic{"engine", "an engine was opened or closed",
-          R"({"what": {"enum": ["opened", "closed"]}, "engine": {"type": "string"}, "why": {"type": "string"},
-              "appId": {"type": "string"}, "widgetId": {"type": "string"}})"},
-    Topic{"session", "a session was opened or closed",
-          R"({"what": {"enum": ["opened", "closed"]}, "session": {"type": "string"}})"},
-    Topic{"command", "a command has run",
-          R"({"session": {"type": "string"}, "engine": {"type": "string"}, "name": {"type": "string"},
-              "parameters": {"type": "array", "items": {"type": "string"}}, "list": {"type": "boolean"},
-              "reply": {"type": ["object", "null"]}, "duration": {"type": "number"}, "delay": {"type": "integer"}})"},
-    Topic{"call", "the plug-in has called the set",
-          R"({"call": {"type": "string"}, "operation": {"type": "string"}, "fault": {"type": "boolean"}})"},
-    Topic{"log", "what the plug-in has logged",
-          R"({"lines": {"type": "array", "items": {"type": "object"}}, "omitted": {"type": "integer"}})"},
-    Topic{"fault", "a fault was set, has hit a call, or is gone",
-          R"({"what": {"enum": ["set", "hit", "gone"]}, "id": {"type": "integer"}, "fault": {"type": "string"},
-              "hits": {"type": "integer"}})"},
-};
-
 /// The topics that a call names.
 std::set<std::string> topicsIn(const Call& call) {
   return call.params.read("topics", [](const JsonPart& list) {
@@ -66,7 +22,7 @@ std::set<std::string> topicsIn(const Call& call) {
     list.eachItem([&](const JsonPart& item) {
       const std::string name = item.text();
       const auto isIt = [&](const Topic& topic) { return topic.name == name; };
-      const bool known = name == everyTopic || std::any_of(rowsOfTopics.begin(), rowsOfTopics.end(), isIt);
+      const bool known = name == everyTopic || std::any_of(topics().begin(), topics().end(), isIt);
       if (!known) item.refuse("there is no topic '" + nameShown(name) + "'");
       names.insert(name);
     });
@@ -138,10 +94,6 @@ const std::array eventRows{
 };
 
 }  // namespace
-
-std::span<const Topic> topics() {
-  return rowsOfTopics;
-}
 
 bool haveTopic(const std::set<std::string>& chosen, std::string_view topic) {
   return chosen.contains(std::string(everyTopic)) || chosen.contains(std::string(topic));

@@ -10,7 +10,6 @@
 #include <map>
 #include <memory>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,13 +19,13 @@
 
 namespace virtualtv::rpc {
 
-/// What clients can be told of.
+/// What clients can be told of, as events.json has it.
 struct Topic {
-  std::string_view name;
-  std::string_view help;
-  std::string_view schema;  ///< JSON Schema of an event's members beside number, topic, revision and command, as JSON
+  std::string name;
+  std::string help;
+  std::vector<std::string> kinds;  ///< names of the schemas of its events, each of another kind
 };
-std::span<const Topic> topics();
+const std::vector<Topic>& topics();
 /// Stands for all of them.
 inline constexpr std::string_view everyTopic = "*";
 /// True when a topic is among those that a client has chosen.

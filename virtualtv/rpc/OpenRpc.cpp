@@ -64,12 +64,10 @@ Json::Value documentOf(const Method& method) {
 
 Json::Value schemaOf(const Topic& topic) {
   Json::Value json;
-  json["type"] = "object";
-  json["description"] = std::string(topic.help);
-  json["properties"] = json::read(topic.schema);
-  json["properties"]["topic"]["const"] = std::string(topic.name);
-  for (const char* const name : {"number", "revision", "command", "time"}) json["properties"][name]["type"] = "integer";
-  for (const char* const name : {"number", "topic", "revision"}) json["required"].append(name);
+  json["description"] = topic.help;
+  for (const std::string& kind : topic.kinds) {
+    json["anyOf"].append(Json::objectValue)["$ref"] = "#/components/schemas/" + kind;
+  }
   return json;
 }
 
@@ -85,7 +83,7 @@ Json::Value openRpcDocument() {
   for (const Method* method : methods()) json["methods"].append(documentOf(*method));
   json["components"]["schemas"] = namedSchemas();
   for (const Topic& topic : topics()) {
-    json["components"]["schemas"]["event." + std::string(topic.name)] = schemaOf(topic);
+    json["components"]["schemas"]["event." + topic.name] = schemaOf(topic);
   }
   return json;
 }

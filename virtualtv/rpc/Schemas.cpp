@@ -1,15 +1,78 @@
 #include "rpc/Schemas.h"
 
 #include "json/Read.h"
+#include "rpc/EventJson.h"
+#include "rpc/Events.h"
 
 namespace virtualtv::embedded {
 extern const std::string_view schemas;
-}
+extern const std::string_view events;
+}  // namespace virtualtv::embedded
 
 namespace virtualtv::rpc {
 
+namespace {
+
+const Json::Value& eventTable() {
+  static const Json::Value rows = json::read(embedded::events);
+  return rows;
+}
+
+/// What all events have.
+Json::Value commonMembers(const std::string& topic) {
+  Json::Value members = json::read(R"({
+    "number": {"type": "integer", "description": "counts up by one over all topics"},
+    "topic": {"description": "the topic"},
+    "revision": {"type": "integer", "description": "number of the last change of the set"},
+    "command": {"type": "integer", "description": "number of the command that it belongs to"}})");
+  members["topic"]["const"] = topic;
+  if (haveTime(topic)) {
+    members["time"] = json::read(R"({"type": "integer", "description": "milliseconds since 1970"})");
+  }
+  return members;
+}
+
+/// The whole schema of a kind of events. What its row has is in all of them, and so are the common members but for the
+/// command.
+Json::Value schemaOf(const std::string& topic, const Json::Value& row) {
+  Json::Value schema = row;
+  schema["type"] = "object";
+  schema["additionalProperties"] = false;
+  Json::Value& members = schema["properties"];
+  const Json::Value common = commonMembers(topic);
+  for (const std::string& name : common.getMemberNames()) {
+    if (name != "command") schema["required"].append(name);
+    if (!members.isMember(name)) members[name] = common[name];
+  }
+  for (const std::string& name : row["properties"].getMemberNames()) schema["required"].append(name);
+  return schema;
+}
+
+Json::Value allSchemas() {
+  Json::Value all = json::read(embedded::schemas);
+  for (const Topic& topic : topics()) {
+    const Json::Value& kinds = eventTable()[topic.name]["kinds"];
+    for (const std::string& kind : topic.kinds) all[kind] = schemaOf(topic.name, kinds[kind]);
+  }
+  return all;
+}
+
+}  // namespace
+
 const Json::Value& namedSchemas() {
-  static const Json::Value all = json::read(embedded::schemas);
+  static const Json::Value all = allSchemas();
+  return all;
+}
+
+const std::vector<Topic>& topics() {
+  static const std::vector<Topic> all = [] {
+    std::vector<Topic> made;
+    for (const std::string& name : eventTable().getMemberNames()) {
+      const Json::Value& row = eventTable()[name];
+      made.push_back({name, row["description"].asString(), row["kinds"].getMemberNames()});
+    }
+    return made;
+  }();
   return all;
 }
 

@@ -19,8 +19,8 @@ inline constexpr std::string_view anObject = R"({"type": "object"})";
 inline constexpr std::string_view revisionResult =
     R"({"type": "object", "required": ["revision"], "properties": {"revision": {"type": "integer"}}})";
 
-/// The schemas that results refer to, by their names: `#/components/schemas/NAME` in the OpenRPC document. They stand
-/// in schemas.json, and live as long as the program.
+/// The schemas that results and events refer to, by their names: `#/components/schemas/NAME` in the OpenRPC document.
+/// They stand in schemas.json, those of events in events.json, and live as long as the program.
 const Json::Value& namedSchemas();
 inline constexpr std::string_view stateSchema = R"({"$ref": "#/components/schemas/State"})";
 

@@ -1,6 +1,6 @@
 // An app in TypeScript: what the typings allow, and what they do not.
 import {connect, installWindow, runTranscript, EmpConnectionError, EmpRpcError} from 'emp-window'
-import type {EmpWindow, Snapshot, TvEvent} from 'emp-window'
+import type {EmpWindow, Reply, Snapshot, TvEvent} from 'emp-window'
 import {launch} from 'emp-window/launch'
 import {junitReport} from 'emp-window/transcript'
 
@@ -28,17 +28,37 @@ export async function test(): Promise<void> {
   const shape: '16:9' | '4:3' | undefined = (await tv.state()).windows.main.picture?.shape
   const openingCalls: string[] = (await tv.why()).opening?.calls ?? []
   console.log(first?.name, first?.favourites[0], shape, openingCalls)
-  const stop = tv.on('service', (event: TvEvent) => {
+  const stop = tv.on('service', event => {
     if (event.state) console.log(event.resync, event.state.revision)
-    else console.log(event.number, event.after)
+    else console.log(event.number, event.after.service?.name ?? event.after.previous?.id)
   })
   await stop.ready
   stop()
+  tv.on('*', all)
+  tv.on('fault', all)
+  tv.on('command', event => {
+    if (event.state) return
+    const reply: Reply | null = event.reply
+    const command: number = event.command
+    console.log(command, event.parameters.join(), reply?.value)
+  })
+  tv.on('engine', event => {
+    if (event.state) return
+    console.log(event.what === 'closed' ? event.why : event.appId)
+  })
   tv.on('connection', ({connected, reason}) => console.log(connected, reason))
   const {passed, junit} = await runTranscript('> GetTVMode\nint 1\n', tv, {name: 'a.txt'})
   await runTranscript('> GetTVMode\nint 1\n', tvWindow).then(result => junitReport([result]))
   console.log(pid, code, id, snapshot, total, passed, junit)
   await tv.close()
+}
+
+function all(event: TvEvent): void {
+  if (event.state) return
+  const number: number = event.number
+  if (event.topic === 'plane') console.log(number, event.before.app.active?.width, event.command)
+  if (event.topic === 'source') console.log(event.window === 'isp' ? event.after.shown : event.after.number)
+  if (event.topic === 'log') console.log(event.lines[0]?.text)
 }
 
 export async function errors(): Promise<string> {
@@ -66,6 +86,8 @@ export async function mistakes(): Promise<void> {
   console.log((await tv.state()).windows.third)
   // @ts-expect-error: there is no such topic
   tv.on('mood', () => {})
+  // @ts-expect-error: an event of that topic has no such member
+  tv.on('knob', event => console.log(event.state ? '' : event.window))
   // @ts-expect-error: the name is missing
   installWindow(globalThis, {address: 'http://127.0.0.1:8090'})
   // @ts-expect-error: the app's object can't be given another function

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "json/Read.h"
 #include "json/Write.h"
@@ -54,13 +55,15 @@ std::string reference() {
     const bool isOfCatalogue = method->write == commands.front().write;
     if (!isOfCatalogue) describe(page, *method);
   }
-  page << "\n# Topics\n\nEach event has `number`, `topic`, `revision`, where it belongs to a command `command`, unless "
-          "it is a call or log messages `time` in milliseconds since 1970, and:\n\n"
-          "| Topic | What happened | Members |\n| --- | --- | --- |\n";
+  page << "\n# Topics\n\nThe events of a topic are of one of its kinds, whose members stand below.\n\n"
+          "| Topic | What happened | Kinds |\n| --- | --- | --- |\n";
   for (const Topic& topic : topics()) {
-    page << "| `" << topic.name << "` | " << topic.help << " | `" << inOneLine(topic.schema) << "` |\n";
+    page << "| `" << topic.name << "` | " << topic.help << " | ";
+    const char* front = "";
+    for (const std::string& kind : topic.kinds) page << std::exchange(front, ", ") << "`" << kind << "`";
+    page << " |\n";
   }
-  page << "\n# Schemas\n\nWhat results refer to by name. There are no other members.\n";
+  page << "\n# Schemas\n\nWhat results and events refer to by name. There are no other members.\n";
   for (const std::string& name : namedSchemas().getMemberNames()) describe(page, name, namedSchemas()[name]);
   return page.str();
 }

@@ -1,14 +1,10 @@
 /** Client of the virtual TV's server: `connect` for tests and tools, `installWindow` for apps. */
 import type {
-  AudioTrack, Commands, Fault, Input, Knob, KnobKind, Operation, Parameter, Service, ServiceName, Session, Setting, State,
-  SubtitleTrack, Why, WindowState,
+  Commands, Events, Fault, Knob, KnobKind, Operation, Parameter, Service, Session, Setting, State, Why,
 } from './commands.js'
 import type {TranscriptOptions, TranscriptPlugin, TranscriptResult} from './transcript.js'
 
-export type {
-  AudioTrack, Commands, Fault, Input, Knob, KnobKind, Operation, Parameter, Service, ServiceName, Session, Setting, State,
-  SubtitleTrack, Why, WindowState,
-}
+export * from './commands.js'
 
 /** The same functions, answering promises. */
 export type Promised<T> = {
@@ -50,11 +46,11 @@ export class EmpConnectionError extends Error {
   readonly status?: number
 }
 
-export type Topic = 'source' | 'service' | 'mode' | 'plane' | 'tracks' | 'favourites' | 'services' | 'inputs' | 'knob' |
-  'settings' | 'engine' | 'session' | 'command' | 'call' | 'log' | 'fault' | '*'
+export type Topic = keyof Events | '*'
 
 /** What a listener is given first, and again where events were missed that the server no longer holds (`resync`). */
 export interface StateEvent {
+  /** That was listened to. */
   topic: Topic
   /** The state is as of this event. */
   number: number
@@ -65,15 +61,15 @@ export interface StateEvent {
   resync?: true
 }
 
-export interface ChangeEvent {
-  /** Counts up by one over all topics. */
-  number: number
-  topic: Exclude<Topic, '*'>
-  state?: undefined
-  [name: string]: unknown
-}
+/** What a listener to a topic is told of a change, one of several kinds; their members say which. */
+export type ChangeEvent<Name extends Topic = '*'> =
+  (Name extends keyof Events ? Events[Name] : Events[keyof Events]) & {state?: undefined}
 
-export type TvEvent = StateEvent | ChangeEvent
+/** What a listener to a topic is given: only the first has a `state`. */
+export type TvEvent<Name extends Topic = '*'> = StateEvent | ChangeEvent<Name>
+
+/** A type that follows from another parameter, never from this one. */
+type Given<Type> = [Type][Type extends unknown ? 0 : never]
 
 export interface ConnectionEvent {
   connected: boolean
@@ -167,7 +163,8 @@ export interface Tv {
    * that were missed. `after` is the number of an event: those behind it that the server holds are told, too, behind the
    * present state. It counts for the first listener of a connection.
    */
-  on(topic: Topic, listener: (event: TvEvent) => void, options?: {after?: number}): Unsubscribe
+  on<Name extends Topic>(
+    topic: Name, listener: (event: TvEvent<Given<Name>>) => void, options?: {after?: number}): Unsubscribe
   /** Listens to the connection itself: whether it is there, then each change. */
   on(topic: 'connection', listener: (event: ConnectionEvent) => void): Unsubscribe
   /** Ends the connection, and with it the session. Calls under way fail. */

@@ -549,6 +549,24 @@ export interface AudioTrack {
   type: number
 }
 
+/** The plug-in has called the set. */
+export interface CallEvent {
+  /** with arguments and result, in a line */
+  call: string
+  /** number of the command that it belongs to */
+  command?: number
+  /** a fault has hit it */
+  fault: boolean
+  /** counts up by one over all topics */
+  number: number
+  /** its name */
+  operation: string
+  /** number of the last change of the set */
+  revision: number
+  /** the topic */
+  topic: 'call'
+}
+
 /** What was called, stored and logged. */
 export interface Cause {
   /** platform calls, in order, a line each */
@@ -557,6 +575,78 @@ export interface Cause {
   keys: SettingChange[]
   /** messages, in order */
   log: LogMessage[]
+}
+
+/** A command has run. */
+export interface CommandEvent {
+  /** its number, over all sessions */
+  command: number
+  /** milliseconds that latencies took on the set's clock */
+  delay: number
+  /** milliseconds of real time */
+  duration: number
+  /** that it ran on */
+  engine: string
+  /** the parameters were given as a list */
+  list: boolean
+  /** of the command */
+  name: string
+  /** counts up by one over all topics */
+  number: number
+  /** as the engine was given them */
+  parameters: string[]
+  /** cut where it is long; null where the engine threw */
+  reply: Reply | null
+  /** number of the last change of the set */
+  revision: number
+  /** that ran it */
+  session: string
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'command'
+}
+
+/** An engine was closed. */
+export interface EngineClosedEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** its name, that of its session in front */
+  engine: string
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'engine'
+  /** what happened */
+  what: 'closed'
+  /** in a word or two */
+  why: string
+}
+
+/** An engine was opened. */
+export interface EngineOpenedEvent {
+  /** the application */
+  appId: string
+  /** number of the command that it belongs to */
+  command?: number
+  /** its name, that of its session in front */
+  engine: string
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'engine'
+  /** what happened */
+  what: 'opened'
+  /** its widget */
+  widgetId: string
 }
 
 /** A fault that was set. */
@@ -571,6 +661,84 @@ export interface Fault {
   operation: string
 }
 
+/** A fault is gone. */
+export interface FaultGoneEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** its number */
+  id: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'fault'
+  /** what happened */
+  what: 'gone'
+}
+
+/** A fault has hit a call. */
+export interface FaultHitEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** how many calls it has hit */
+  hits: number
+  /** its number */
+  id: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'fault'
+  /** what happened */
+  what: 'hit'
+}
+
+/** A fault was set. */
+export interface FaultSetEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** as .fault takes it */
+  fault: string
+  /** its number */
+  id: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'fault'
+  /** what happened */
+  what: 'set'
+}
+
+/** A service is in other favourite groups. */
+export interface FavouritesEvent {
+  /** as .get prints them */
+  after: string
+  /** as .get prints them */
+  before: string
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** which; null where it is gone */
+  service: ServiceName | null
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'favourites'
+}
+
 /** An input of the set. */
 export interface Input {
   /** as people know it */
@@ -583,6 +751,59 @@ export interface Input {
   source: number
 }
 
+/** An input is another. */
+export interface InputEvent {
+  after: Input
+  before: Input
+  /** number of the command that it belongs to */
+  command?: number
+  /** its number among the TV service's sources */
+  input: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'inputs'
+}
+
+/** The secondary TV stack. */
+export interface Isp {
+  /** its picture */
+  picture: {
+    /** in pixels */
+    height: number
+    /** in pixels */
+    width: number
+  }
+  /** it can be reached */
+  present: boolean
+  /** it is on screen */
+  shown: boolean
+  /** its tracks */
+  tracks: Tracks
+}
+
+/** The secondary TV stack is another. */
+export interface IspEvent {
+  after: Isp
+  before: Isp
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'source'
+  /** it stands where a window does */
+  window: 'isp'
+}
+
 /** Something that can be read, or set, from outside. */
 export interface Knob {
   /** tv.set takes it */
@@ -591,6 +812,26 @@ export interface Knob {
   name: string
   /** what it stands at */
   value: string
+}
+
+/** A knob stands at another value. */
+export interface KnobEvent {
+  /** as .get prints it */
+  after: string
+  /** as .get prints it */
+  before: string
+  /** number of the command that it belongs to */
+  command?: number
+  /** of the knob */
+  name: string
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'knob'
 }
 
 /** A kind of knobs. */
@@ -605,6 +846,22 @@ export interface KnobKind {
   takes: string
 }
 
+/** The plug-in has logged messages. */
+export interface LogEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** the first 200 of them */
+  lines: LogMessage[]
+  /** counts up by one over all topics */
+  number: number
+  /** how many more there were */
+  omitted: number
+  /** number of the last change of the set */
+  revision: number
+  /** the topic */
+  topic: 'log'
+}
+
 /** A log message. */
 export interface LogMessage {
   /** in bytes, where it was cut */
@@ -613,6 +870,24 @@ export interface LogMessage {
   level: number
   /** of the message */
   text: string
+}
+
+/** A window's TV mode is another. */
+export interface ModeEvent {
+  after: TvMode
+  before: TvMode
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'mode'
+  /** name of the window */
+  window: 'main' | 'pip'
 }
 
 /** A call that the plug-in makes to the set. */
@@ -649,6 +924,24 @@ export interface Plane {
   muted: boolean
   /** which plane is above which */
   order: number
+}
+
+/** A window's picture stands on the screen in another way. */
+export interface PlaneEvent {
+  after: Plane
+  before: Plane
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'plane'
+  /** name of the window */
+  window: 'main' | 'pip'
 }
 
 /** Where the picture is, in one space. */
@@ -719,6 +1012,46 @@ export interface Service {
   subtitles: SubtitleTrack[]
 }
 
+/** Another service is on a window's screen, or another was there before it. */
+export interface ServiceEvent {
+  after: WindowScreen
+  before: WindowScreen
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'service'
+  /** name of the window */
+  window: 'main' | 'pip'
+}
+
+/** A field of a service is another. */
+export interface ServiceFieldEvent {
+  /** null where it is not set any more */
+  after: string | null
+  /** numbers as decimal text; null where it was not set */
+  before: string | null
+  /** number of the command that it belongs to */
+  command?: number
+  /** name of the field */
+  field: string
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** which; null where it is gone */
+  service: ServiceName | null
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'services'
+}
+
 /** What a service is known by. */
 export interface ServiceName {
   /** 64 bits as decimal text; null where it has none */
@@ -733,6 +1066,54 @@ export interface ServiceName {
   name: string | null
 }
 
+/** A service has other tracks. */
+export interface ServiceTracksEvent {
+  /** as .get prints them */
+  after: string
+  /** as .get prints them */
+  before: string
+  /** number of the command that it belongs to */
+  command?: number
+  /** of the tracks */
+  kind: 'audio' | 'subtitles'
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** which; null where it is gone */
+  service: ServiceName | null
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'tracks'
+}
+
+/** The list of services is another one. */
+export interface ServicesEvent {
+  /** how many are new */
+  added: number
+  /** how many there are */
+  after: number
+  /** how many there were */
+  before: number
+  /** how many were there and are different */
+  changed: number
+  /** number of the command that it belongs to */
+  command?: number
+  /** how many are not there any more */
+  gone: number
+  /** how many have another key */
+  moved: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'services'
+}
+
 /** A session. */
 export interface Session {
   /** a connection holds it */
@@ -743,6 +1124,40 @@ export interface Session {
   session: string
   /** it is that of requests without one */
   shared: boolean
+}
+
+/** A session was opened or closed. */
+export interface SessionEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** its name */
+  session: string
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'session'
+  /** what happened */
+  what: 'opened' | 'closed'
+}
+
+/** The set has started anew. */
+export interface SetStartedEvent {
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** why */
+  started: 'restart' | 'reset' | 'restore'
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'services'
 }
 
 /** A settings key. */
@@ -765,6 +1180,44 @@ export interface SettingChange {
   key: string
 }
 
+/** A settings key has another value. */
+export interface SettingEvent {
+  /** null where it is not set any more */
+  after: string | number | null
+  /** null where it was not set */
+  before: string | number | null
+  /** number of the command that it belongs to */
+  command?: number
+  /** its name */
+  key: string
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'settings'
+}
+
+/** A window's picture comes from another source. */
+export interface SourceEvent {
+  after: WindowSource
+  before: WindowSource
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'source'
+  /** name of the window */
+  window: 'main' | 'pip'
+}
+
 /** The whole set. Ids of 64 bits are texts; what is not there is null. */
 export interface State {
   /** milliseconds on the set's clock */
@@ -774,21 +1227,7 @@ export interface State {
   /** of the set */
   inputs: Input[]
   /** the secondary TV stack */
-  isp: {
-    /** its picture */
-    picture: {
-      /** in pixels */
-      height: number
-      /** in pixels */
-      width: number
-    }
-    /** it can be reached */
-    present: boolean
-    /** it is on screen */
-    shown: boolean
-    /** its tracks */
-    tracks: Tracks
-  }
+  isp: Isp
   /** region code */
   region: number
   /** number of the last change */
@@ -838,6 +1277,32 @@ export interface Tracks {
   subtitles: SubtitleTrack[]
 }
 
+/** Other tracks of the service on a window's screen are in use. */
+export interface TracksEvent {
+  after: TracksInUse
+  before: TracksInUse
+  /** number of the command that it belongs to */
+  command?: number
+  /** counts up by one over all topics */
+  number: number
+  /** number of the last change of the set */
+  revision: number
+  /** milliseconds since 1970 */
+  time: number
+  /** the topic */
+  topic: 'tracks'
+  /** name of the window */
+  window: 'main' | 'pip'
+}
+
+/** The tracks that are in use. */
+export interface TracksInUse {
+  /** position of the one that is heard, from 0 on */
+  audio: number
+  /** position of the one that is seen; -1 for none */
+  subtitle: number
+}
+
 /** A window's TV mode, in the TV service's numbers. */
 export interface TvMode {
   /** antenna mode */
@@ -876,6 +1341,24 @@ export interface Why {
   session: string
 }
 
+/** What is on a window's screen. */
+export interface WindowScreen {
+  /** on screen before */
+  previous: ServiceName | null
+  /** on screen */
+  service: ServiceName | null
+}
+
+/** Where a window's picture comes from. */
+export interface WindowSource {
+  /** of the source */
+  number: number
+  /** the source before */
+  previous: number
+  /** what the source is doing, in the TV service's numbers */
+  state: number
+}
+
 /** A window and what is on it. */
 export interface WindowState {
   /** that comes in; null where none does */
@@ -908,4 +1391,40 @@ export interface WindowState {
   tracks: Tracks
   /** TV mode */
   tvMode: TvMode
+}
+
+/** The events of each topic. */
+export interface Events {
+  /** the plug-in has called the set */
+  call: CallEvent
+  /** a command has run */
+  command: CommandEvent
+  /** an engine was opened or closed */
+  engine: EngineClosedEvent | EngineOpenedEvent
+  /** a fault was set, has hit a call, or is gone */
+  fault: FaultGoneEvent | FaultHitEvent | FaultSetEvent
+  /** the favourite groups of a service */
+  favourites: FavouritesEvent
+  /** an input */
+  inputs: InputEvent
+  /** anything else that can be set from outside */
+  knob: KnobEvent
+  /** what the plug-in has logged */
+  log: LogEvent
+  /** a window's TV mode */
+  mode: ModeEvent
+  /** how a window's picture stands on the screen */
+  plane: PlaneEvent
+  /** the service on a window's screen */
+  service: ServiceEvent
+  /** the list of services, a field of one of them, or the whole set where it has started anew */
+  services: ServiceFieldEvent | ServicesEvent | SetStartedEvent
+  /** a session was opened or closed */
+  session: SessionEvent
+  /** a settings key */
+  settings: SettingEvent
+  /** where a window's picture comes from, or what the secondary TV stack brings */
+  source: IspEvent | SourceEvent
+  /** tracks in use, or those that a service has */
+  tracks: ServiceTracksEvent | TracksEvent
 }

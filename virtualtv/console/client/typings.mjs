@@ -58,11 +58,16 @@ function command({name, summary, description, params, result}) {
   return `${comment(about)}  ${name.slice('window.'.length)}(${parameters}): ${typeOf(result)}\n`
 }
 
+function literal(value) {
+  return typeof value === 'string' ? `'${value}'` : String(value)
+}
+
 /** A schema as a type; `indent` is that of the line on which it begins. */
 function typeOfSchema(schema, indent = '') {
   if (schema.$ref) return schema.$ref.split('/').at(-1)
   if (schema.anyOf) return schema.anyOf.map(choice => typeOfSchema(choice, indent)).join(' | ')
-  if (schema.enum) return schema.enum.map(value => value === null ? 'null' : `'${value}'`).join(' | ')
+  if ('const' in schema) return literal(schema.const)
+  if (schema.enum) return schema.enum.map(literal).join(' | ')
   if (Array.isArray(schema.type)) return schema.type.map(type => typeOfSchema({...schema, type})).join(' | ')
   if (schema.type === 'array') return `${typeOfSchema(schema.items, indent)}[]`.replace(/^(.* \| .*)\[\]$/, '($1)[]')
   if (schema.type !== 'object') return schema.type === 'integer' ? 'number' : schema.type
@@ -72,17 +77,28 @@ function typeOfSchema(schema, indent = '') {
   return `{\n${members.join('')}${indent}}`
 }
 
-/** What methods answer, as far as it has names. */
-function documents(schemas = {}) {
-  return Object.entries(schemas).filter(([name]) => !name.startsWith('event.'))
+const ofTopic = 'event.'
+
+/** What methods answer and events tell, as far as it has names. */
+function documents(schemas) {
+  return Object.entries(schemas).filter(([name]) => !name.startsWith(ofTopic))
     .map(([name, schema]) => `\n/** ${schema.description} */\nexport interface ${name} ${typeOfSchema(schema)}\n`).join('')
+}
+
+/** The events of each topic. */
+function events(schemas) {
+  const topics = Object.entries(schemas).filter(([name]) => name.startsWith(ofTopic)).map(([name, schema]) =>
+    `  /** ${schema.description} */\n  ${name.slice(ofTopic.length)}: ${typeOfSchema(schema)}\n`)
+  if (topics.length === 0) return ''
+  return `\n/** The events of each topic. */\nexport interface Events {\n${topics.join('')}}\n`
 }
 
 /** The text of commands.d.ts. */
 export function typings(document) {
   const commands = document.methods.filter(method => /^window\.[A-Z]/.test(method.name))
   if (commands.length === 0) throw new Error('no command in the document: is it the OpenRPC document of emp-window?')
-  return `${head}${commands.map(command).join('\n')}}\n${documents(document.components?.schemas)}`
+  const schemas = document.components?.schemas ?? {}
+  return `${head}${commands.map(command).join('\n')}}\n${documents(schemas)}${events(schemas)}`
 }
 
 if (process.argv[1] && import.meta.url === pathToFileURL(process.argv[1]).href) {
