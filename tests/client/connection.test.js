@@ -127,6 +127,23 @@ test('where no session can be opened no call was sent', async () => {
   await assert.rejects(connect(peer.address), {name: 'EmpConnectionError', sent: false})
 })
 
+test('a server that is another one is told', async () => {
+  for (const answer of [{}, {session: 1}, 5, null, [1]]) {
+    peer.answers['session.open'] = answer
+    await assert.rejects(connect(peer.address), {name: 'EmpConnectionError', sent: false, message: /is that emp-window/})
+  }
+})
+
+test('a message that is none ends the connection, and another one is made', async () => {
+  await connected({firstPause: 1})
+  for (const text of ['hello', '5', 'null', '"x"', '']) {
+    const connections = peer.connections.length
+    peer.connections.at(-1).send(text)
+    await until(() => peer.connections.length > connections && tv.connected)
+  }
+  assert.equal(tv.session, 'session 6')
+})
+
 test('calls made meanwhile wait for the connection, in their order, or fail unsent', async () => {
   peer.answers['tv.get'] = ({name}) => ({value: name})
   await connected()

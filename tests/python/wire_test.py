@@ -129,7 +129,8 @@ class WireTest(ClientTest):
                 self.assertFalse(raised.exception.sent)
 
     def test_a_server_that_is_another_one_is_told(self):
-        for text in ["<html>", "[]", "null", '{"jsonrpc": "2.0"}', '{"error": 5}']:
+        for text in ["<html>", "[]", "null", '{"jsonrpc": "2.0"}', '{"error": 5}', '{"result": {}}',
+                     '{"result": 5}', '{"result": {"session": 1}}']:
             self.peer.answers["session.open"] = (200, text)
             with self.assertRaisesRegex(EmpConnectionError, "is that emp-window"):
                 connect(self.peer.address)

@@ -85,8 +85,8 @@ std::vector<int> takeInheritedSockets() {
   for (const char* name : {"LISTEN_PID", "LISTEN_FDS", "LISTEN_FDNAMES"}) ::unsetenv(name);
   std::vector<int> sockets;
   for (int socket = first; socket - first < count; ++socket) {
-    ::fcntl(socket, F_SETFD, FD_CLOEXEC);
     sockets.push_back(socket);
+    if (::fcntl(socket, F_SETFD, FD_CLOEXEC) != 0) break;  // it is not there, which is told when it is to listen
   }
   return sockets;
 }

@@ -416,10 +416,10 @@ int listening(in_addr_t address, unsigned short& port) {
 }
 
 /// In a new process: hands a socket over to the program that it becomes, as service managers do.
-void handOver(int socket, const std::string& process) {
+void handOver(int socket, const std::string& process, const char* count = "1") {
   ::dup2(socket, 3);
   ::fcntl(3, F_SETFD, 0);
-  ::setenv("LISTEN_FDS", "1", 1);
+  ::setenv("LISTEN_FDS", count, 1);
   ::setenv("LISTEN_PID", process.c_str(), 1);
 }
 
@@ -442,8 +442,8 @@ TEST_F(ServeTest, ASocketForAnotherProcessIsNotItsOwn) {
 }
 
 TEST_F(ServeTest, RefusesSocketsThatItCantServe) {
-  const auto refusal = [](int socket) {
-    Running server({"serve", "--fresh"}, [&] { handOver(socket, std::to_string(::getpid())); });
+  const auto refusal = [](int socket, const char* count = "1") {
+    Running server({"serve", "--fresh"}, [&] { handOver(socket, std::to_string(::getpid()), count); });
     ::close(socket);
     const Ending ended = server.wait();
     EXPECT_EQ(ended.status, 2);
@@ -458,6 +458,8 @@ TEST_F(ServeTest, RefusesSocketsThatItCantServe) {
             "emp-window: cannot listen on the socket 3 that was handed over: it does not listen for TCP\n");
   EXPECT_EQ(refusal(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
             "emp-window: cannot listen on the socket 3 that was handed over: Socket operation on non-socket\n");
+  const std::string fewer = refusal(listening(INADDR_LOOPBACK, port), "2000000000");
+  EXPECT_EQ(fewer.find("emp-window: cannot listen on the socket 4 that was handed over: "), 0U) << fewer;
 }
 
 // On a terminal.

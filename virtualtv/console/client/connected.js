@@ -133,7 +133,12 @@ export class Tv {
 
   #welcome(ready, fail) {
     const {appId, widgetId} = this.#options
-    const resolve = ({session, server}) => {
+    const resolve = answer => {
+      const {session, server} = answer ?? {}
+      if (typeof session !== 'string') {
+        fail(new EmpConnectionError(`session.open: the answer of ${this.#base} has no session; is that emp-window?`))
+        return
+      }
       const isAnother = this.session !== undefined
       Object.assign(this, {session, server})
       ready()

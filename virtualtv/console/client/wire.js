@@ -8,6 +8,16 @@ const {EmpConnectionError, EmpRpcError, encode} = globalThis[Symbol.for('emp-win
 
 const handshakePatience = 10_000  // ms until a connection that does not come about is given up
 
+/** A message as JSON; undefined for what is no object. */
+function objectIn(text) {
+  try {
+    const message = JSON.parse(text)
+    return message instanceof Object ? message : undefined
+  } catch {
+    return undefined
+  }
+}
+
 /**
  * Calls and events over a socket that is made anew when it breaks. It keeps the calls that were not answered; a call that
  * was sent once is never sent again.
@@ -182,14 +192,9 @@ export class Wire {
   }
 
   #take(data) {
-    let message
-    try {
-      message = JSON.parse(data)
-    } catch {
-      this.#socket?.close(4000, 'a message is no JSON')
-      return
-    }
-    if (message.method === 'event') this.#event(message.params)
+    const message = objectIn(data)
+    if (!message) this.#socket?.close(4000, 'a message is no JSON-RPC')
+    else if (message.method === 'event') this.#event(message.params)
     else if ('id' in message) this.#answer(message)
   }
 

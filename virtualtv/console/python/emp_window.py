@@ -430,7 +430,11 @@ class Tv:
 
     def _open_session(self) -> None:
         try:
-            self._session = self._post("session.open", self._application, None)["session"]
+            answer = self._post("session.open", self._application, None)
+            if not isinstance(answer, dict) or not isinstance(answer.get("session"), str):
+                raise EmpConnectionError(f"session.open: the answer of {self.address} has no session; is that "
+                                         "emp-window?", status=200)
+            self._session = answer["session"]
         except EmpConnectionError as error:
             error.sent = False  # of the caller's call nothing has been sent
             raise
