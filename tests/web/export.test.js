@@ -93,6 +93,21 @@ test('a range starts with what it stands on, from the set as it was then', async
   await check(name)
 })
 
+test('entries that are chosen in the list are exported alone, as any kind', async () => {
+  shown = await Console.open()
+  for (let major = 1; major <= 5; ++major) await shown.tv.window.SetChannel(major, -1)
+  const line = major => shown.page.getByRole('option').filter({hasText: `SetChannel ${major} -1`})
+  await line(2).click()
+  await line(4).click({modifiers: ['Shift']})
+  for (const [kind, verify] of [['Transcript', check], ['Playwright test', runTest], ['Client code', () => {}]]) {
+    const [name] = await exported(kind)
+    const text = await readFile(join(folder, name), 'utf8')
+    assert.deepEqual(Array.from(text.matchAll(/SetChannel\W+(\d)/g), ([, major]) => major), ['2', '3', '4'], text)
+    assert.ok(text.includes('Commands 2 to 4 of'), text)
+    await verify(name)
+  }
+})
+
 /** Runs an exported transcript. @return its text */
 async function check(name) {
   const text = await readFile(join(folder, name), 'utf8')

@@ -28,6 +28,35 @@ test('a command shows with its client, parameters, reply, duration, calls, keys 
   await app.close()
 })
 
+test('with an entry chosen, times stay whole', async () => {
+  shown = await Console.open()
+  await shown.tv.window.SetSource(31)
+  await line('SetSource').first().click()
+  await detail().waitFor()
+  const time = line('SetSource').first().locator('.time')
+  assert.ok(await time.evaluate(({scrollWidth, clientWidth}) => scrollWidth <= clientWidth))
+  assert.match(await time.innerText(), /^\d\d:\d\d:\d\d\.\d{3}$/)
+})
+
+test('a range of entries is chosen by Shift with a click or with arrow keys, and left by a plain one', async () => {
+  shown = await Console.open()
+  for (let major = 1; major <= 5; ++major) await shown.tv.window.SetChannel(major, 0)
+  await line('SetChannel 5 0').waitFor()
+  const chosen = async () => (await list().locator('[aria-selected="true"]').allInnerTexts()).map(text => /SetChannel (\d)/.exec(text)[1])
+  await line('SetChannel 2 0').click()
+  await line('SetChannel 4 0').click({modifiers: ['Shift']})
+  assert.deepEqual(await chosen(), ['2', '3', '4'])
+  await shown.page.getByText(/^3 chosen, \d+ of \d+$/).waitFor()
+  assert.equal(await shown.page.evaluate(() => getSelection().toString()), '')
+  await shown.page.keyboard.press('Shift+ArrowUp')
+  assert.deepEqual(await chosen(), ['2', '3'])
+  await shown.tv.window.GetTVMode()
+  await line('GetTVMode').waitFor()
+  assert.deepEqual(await chosen(), ['2', '3'], 'also where more comes')
+  await shown.page.keyboard.press('ArrowUp')
+  assert.deepEqual(await chosen(), ['2'])
+})
+
 test('a failure code is red and explained, a call that a fault hit is amber', async () => {
   shown = await Console.open()
   await shown.tv.fault('IServiceNavigation::GetTvMode', {result: 0})

@@ -20,11 +20,16 @@ export class ExportDialog extends Part {
   #error = ''
   /** @type {Entry[]} */
   #shown = []
+  /** Those in the range that is chosen in the list; none where that is one entry. @type {Entry[]} */
+  #chosen = []
 
-  /** @param {import('./timeline-filter.js').TimelineFilter} filter @param {Entry | null} chosen */
-  open(filter, chosen) {
+  /** @param {import('./timeline-filter.js').TimelineFilter} filter @param {Entry | null} chosen @param {Entry[]} range  of entries that are chosen */
+  open(filter, chosen, range) {
     const isCommand = (/** @type {Entry} */ {topic, server}) => topic === 'command' && server === timeline.server
     this.#shown = filter.shown.filter(isCommand)
+    this.#chosen = range.length > 1 ? range.filter(isCommand) : []
+    if (this.#chosen.length > 0) this.#range = 'chosen'
+    else if (this.#range === 'chosen') this.#range = 'shown'
     this.#from = (chosen && isCommand(chosen) ? chosen : this.#shown[0])?.command ?? 0
     this.#to = this.#shown.at(-1)?.command ?? 0
     this.#error = this.#shown.length > 0 ? '' : 'No command is shown. Show all, or run one.'
@@ -46,6 +51,7 @@ export class ExportDialog extends Part {
       h('h2', {id: 'export-title'}, 'Export commands'),
       h('fieldset', null, h('legend', null, 'Which'),
         radio('range', 'shown', this.#range, value => this.#range = value, `those that are shown (${length})`),
+        this.#chosen.length > 0 && radio('range', 'chosen', this.#range, value => this.#range = value, `those that are chosen (${this.#chosen.length})`),
         radio('range', 'range', this.#range, value => this.#range = value, 'by number'),
         h('span', {class: 'row'}, number('from', this.#from, value => this.#from = value), number('to', this.#to, value => this.#to = value))),
       h('fieldset', null, h('legend', null, 'As'), kinds.map(([kind, label, help]) => radio('kind', kind, this.#kind, value => this.#kind = value, [label, h('span', {class: 'dim'}, ` ${help}`)]))),
@@ -75,7 +81,7 @@ export class ExportDialog extends Part {
 
   /** @return {Promise<[string, string][]>} */
   async #files() {
-    const chosen = this.#range === 'shown' ? this.#shown : this.#shown.filter(({command}) => Number(command) >= this.#from && Number(command) <= this.#to)
+    const chosen = this.#range === 'shown' ? this.#shown : this.#range === 'chosen' ? this.#chosen : this.#shown.filter(({command}) => Number(command) >= this.#from && Number(command) <= this.#to)
     if (chosen.length === 0) throw new Error(`No command from ${this.#from} to ${this.#to} is shown.`)
     const [from, to] = [chosen[0], chosen[chosen.length - 1]]
     const story = await collect(timeline.entries, from, to, new Set(chosen), wholeReply)

@@ -3,7 +3,8 @@ import {draw, h} from './dom.js'
 /**
  * A list of which only the rows that can be seen are drawn, so that its length costs nothing. All rows are equally high.
  * It is a listbox, or with the attribute `grid` a grid, whose rows have cells that may hold buttons. Arrow keys, Page Up and
- * Down, Home and End move the chosen row.
+ * Down, Home and End move the chosen row. With the attribute `ranges` several rows in a row can be chosen: Shift with these
+ * keys or a click moves one end of them.
  */
 export class LongList extends HTMLElement {
   /** Height of a row, px. */
@@ -11,6 +12,8 @@ export class LongList extends HTMLElement {
   length = 0
   /** The chosen row, -1 for none. */
   chosen = -1
+  /** The other end of the chosen rows; -1 where there is one at most. */
+  anchor = -1
   /** What a row shows. @type {(at: number) => import('./dom.js').Child} */
   row = () => null
   /** Its key, where rows change places. @type {(at: number) => string | number} */
@@ -37,6 +40,11 @@ export class LongList extends HTMLElement {
     this.addEventListener('scroll', this.#scrolled, {passive: true})
     this.addEventListener('keydown', this.#typed)
     this.addEventListener('click', this.#clicked)
+    if (this.#hasRanges) {
+      this.setAttribute('aria-multiselectable', 'true')
+      // Shift with a click would choose the text in between, too.
+      this.addEventListener('mousedown', event => event.shiftKey && (event.preventDefault(), this.focus()))
+    }
     this.#observer.observe(this)
   }
 
@@ -46,6 +54,17 @@ export class LongList extends HTMLElement {
 
   get #isGrid() {
     return this.hasAttribute('grid')
+  }
+
+  get #hasRanges() {
+    return this.hasAttribute('ranges')
+  }
+
+  /** The chosen rows: the first, and the one behind the last. @return {[number, number]} */
+  get range() {
+    if (this.chosen < 0) return [0, 0]
+    const other = this.anchor < 0 ? this.chosen : this.anchor
+    return [Math.min(this.chosen, other), Math.max(this.chosen, other) + 1]
   }
 
   /** True while the end is seen, so that a list that grows can stay there. */
@@ -70,8 +89,9 @@ export class LongList extends HTMLElement {
     else this.removeAttribute('aria-activedescendant')
   }
 
-  /** Chooses a row and brings it into sight. @param {number} at */
-  choose(at) {
+  /** Chooses a row and brings it into sight. @param {number} at @param {boolean} [isFurther]  with all up to the one that was chosen first */
+  choose(at, isFurther = false) {
+    this.anchor = !isFurther || !this.#hasRanges ? -1 : this.anchor < 0 ? this.chosen : this.anchor
     this.chosen = Math.max(0, Math.min(at, this.length - 1))
     const top = this.chosen * this.rowHeight
     if (top < this.scrollTop) this.scrollTop = top
@@ -90,8 +110,8 @@ export class LongList extends HTMLElement {
   #option(at) {
     const place = this.#isGrid ? {role: 'row', 'aria-rowindex': at + 1} : {role: 'option', 'aria-setsize': this.length, 'aria-posinset': at + 1}
     return h('div', {
-      key: this.keyOf(at), id: this.#id(at), class: 'long-list-row', 'data-at': at, ...place,
-      'aria-selected': String(at === this.chosen),
+      key: this.keyOf(at), id: this.#id(at), 'data-at': at, ...place,
+      'aria-selected': String(at >= this.range[0] && at < this.range[1]), class: ['long-list-row', at === this.chosen && 'is-current'],
       style: {height: `${this.rowHeight}px`},
     }, this.row(at))
   }
@@ -102,7 +122,7 @@ export class LongList extends HTMLElement {
   #clicked = event => {
     const row = /** @type {Element} */ (event.target).closest('.long-list-row')
     if (!row || /** @type {Element} */ (event.target).closest('button')) return
-    this.choose(Number(row.getAttribute('data-at')))
+    this.choose(Number(row.getAttribute('data-at')), event.shiftKey)
     this.onopen(this.chosen)
   }
 
@@ -113,7 +133,7 @@ export class LongList extends HTMLElement {
     /** @type {{[key: string]: number}} */
     const to = {ArrowDown: this.chosen + 1, ArrowUp: this.chosen - 1, PageDown: this.chosen + page, PageUp: this.chosen - page,
       Home: 0, End: this.length - 1}
-    if (event.key in to) this.choose(to[event.key])
+    if (event.key in to) this.choose(to[event.key], event.shiftKey)
     else if (event.key === 'Enter' && this.chosen >= 0) this.onopen(this.chosen)
     else return this.chosen >= 0 ? this.onkey(this.chosen, event) : undefined
     event.preventDefault()

@@ -33,7 +33,7 @@ export class TimelineBar extends Part {
       }, kind))),
       h('button', {class: 'plain', disabled: !isFiltered, onclick: () => this.#replace(everything)}, 'Show all'),
       h('span', {class: 'dim tally', role: 'status'}, this.count),
-      h('button', {onclick: this.onexport}, 'Export…'),
+      h('button', {title: 'Exports what is shown, or a range that is chosen: Shift with a click, or with arrow keys, in the list', onclick: this.onexport}, 'Export…'),
     ]
   }
 

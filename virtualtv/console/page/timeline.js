@@ -17,6 +17,8 @@ class Timeline extends Part {
   #filter = new TimelineFilter(timeline)
   /** @type {Entry | null} */
   #chosen = null
+  /** The other end of the chosen entries. @type {Entry | null} */
+  #anchor = null
   #isWorking = false
   #offered = ''
 
@@ -35,7 +37,7 @@ class Timeline extends Part {
       h('emp-timeline-bar', {onwanted: this.#want, onexport: this.#export}),
       h('div', {class: 'timeline-body'},
         h('div', {class: 'timeline-rows'},
-          h('emp-long-list', {id: 'timeline-list', 'aria-label': 'What has happened', row: this.#row, keyOf: this.#key, onchoose: this.#choose}),
+          h('emp-long-list', {id: 'timeline-list', ranges: true, 'aria-label': 'What has happened', row: this.#row, keyOf: this.#key, onchoose: this.#choose}),
           h('p', {class: 'empty', hidden: true})),
         h('emp-timeline-detail', {hidden: true, onleave: this.#leave})),
       h('emp-export-dialog', null),
@@ -76,6 +78,7 @@ class Timeline extends Part {
     const {shown, dropped} = this.#filter
     list.length = shown.length
     list.chosen = this.#chosen ? positionOf(shown, this.#chosen.id) : -1
+    list.anchor = this.#anchor ? positionOf(shown, this.#anchor.id) : -1
     list.redraw()
     if (!stays) list.toEnd()
     else if (dropped > 0) list.scrollTop -= dropped * list.rowHeight
@@ -93,7 +96,9 @@ class Timeline extends Part {
     const {shown, wanted} = this.#filter
     const bar = /** @type {import('./timeline-bar.js').TimelineBar} */ (this.querySelector('emp-timeline-bar'))
     const {clients, commands, interfaces} = timeline.seen
-    const count = isDone ? `${shown.length} of ${timeline.entries.length}` : bar.count
+    const [from, to] = this.#list.range
+    const chosen = to - from > 1 ? `${to - from} chosen, ` : ''
+    const count = isDone ? `${chosen}${shown.length} of ${timeline.entries.length}` : bar.count
     const offered = `${clients.size} ${commands.size} ${interfaces.size} ${count}`
     if (offered !== this.#offered) {
       this.#offered = offered
@@ -109,7 +114,10 @@ class Timeline extends Part {
 
   #choose = (/** @type {number} */ at) => {
     const entry = this.#filter.shown[at]
-    if (!entry || entry === this.#chosen) return
+    if (!entry) return
+    this.#anchor = this.#filter.shown[this.#list.anchor] ?? null
+    this.#tell(!this.#isWorking)
+    if (entry === this.#chosen) return
     this.#chosen = entry
     const detail = this.#detail
     detail.hidden = false
@@ -122,13 +130,14 @@ class Timeline extends Part {
 
   /** Back to now. */
   #leave = () => {
-    this.#chosen = null
+    this.#chosen = this.#anchor = null
     this.#looksBack = false
     this.#detail.hidden = true
     this.#detail.clear()
     store.set('past', null)
-    this.#list.chosen = -1
+    this.#list.chosen = this.#list.anchor = -1
     this.#list.redraw()
+    this.#tell(!this.#isWorking)
   }
 
   #escaped = (/** @type {KeyboardEvent} */ event) => {
@@ -138,7 +147,7 @@ class Timeline extends Part {
 
   #export = () => {
     const dialog = /** @type {import('./export-dialog.js').ExportDialog} */ (this.querySelector('emp-export-dialog'))
-    dialog.open(this.#filter, this.#chosen)
+    dialog.open(this.#filter, this.#chosen, this.#filter.shown.slice(...this.#list.range))
   }
 }
 customElements.define('emp-timeline', Timeline)
