@@ -38,6 +38,16 @@ test('with an entry chosen, times stay whole', async () => {
   assert.match(await time.innerText(), /^\d\d:\d\d:\d\d\.\d{3}$/)
 })
 
+test('on a phone a chosen entry stays in sight beside what is told of it', async () => {
+  shown = await Console.open({size: {width: 390, height: 844}})
+  for (let count = 0; count < 30; ++count) await shown.tv.setSetting('some/key', count)
+  await shown.show('Timeline')
+  await line('-> 29').click()
+  await detail().waitFor()
+  const [box, row] = [await list().boundingBox(), await line('-> 29').boundingBox()]
+  assert.ok(row.y >= box.y && row.y + row.height <= box.y + box.height + 1, `the row at ${row.y} is outside of ${box.y} + ${box.height}`)
+})
+
 test('a range of entries is chosen by Shift with a click or with arrow keys, and left by a plain one', async () => {
   shown = await Console.open()
   for (let major = 1; major <= 5; ++major) await shown.tv.window.SetChannel(major, 0)

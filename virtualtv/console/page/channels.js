@@ -123,7 +123,7 @@ class Channels extends Part {
         locked && h('span', {class: 'dim', title: 'Locked: asks for a code'}, 'locked'),
         hidden && h('span', {class: 'dim', title: 'Hidden: in no list of the set'}, 'hidden'),
         kind !== 'television' && h('span', {class: 'dim'}, kind),
-        h('span', {class: 'dim', title: antenna}, short[antenna] ?? antenna)),
+        h('span', {class: 'dim channel-antenna', title: antenna}, short[antenna] ?? antenna)),
       h('span', {role: 'gridcell'}, h('button', {
         class: ['plain', 'star', isFavourite && 'is-set'], tabindex: -1, 'aria-pressed': String(isFavourite), 'aria-label': `Favourite of group ${this.#favourite}: ${name || 'no name'}`,
         onclick: () => this.#star(at),

@@ -28,7 +28,8 @@ export class LongList extends HTMLElement {
   onkey = () => {}
   #space = document.createElement('div')
   #rows = document.createElement('div')
-  #observer = new ResizeObserver(() => this.redraw())
+  #height = 0
+  #observer = new ResizeObserver(() => this.#resized())
 
   connectedCallback() {
     this.tabIndex = 0
@@ -93,12 +94,26 @@ export class LongList extends HTMLElement {
   choose(at, isFurther = false) {
     this.anchor = !isFurther || !this.#hasRanges ? -1 : this.anchor < 0 ? this.chosen : this.anchor
     this.chosen = Math.max(0, Math.min(at, this.length - 1))
+    this.#reveal()
+    this.redraw()
+    this.onchoose(this.chosen)
+  }
+
+  /** The chosen row stays in sight where it was. */
+  #resized() {
+    const top = this.chosen * this.rowHeight
+    const wasSeen = top >= this.scrollTop && top < this.scrollTop + this.#height
+    this.#height = this.clientHeight
+    if (wasSeen) this.#reveal()
+    this.redraw()
+  }
+
+  /** Brings the chosen row into sight. */
+  #reveal() {
     const top = this.chosen * this.rowHeight
     if (top < this.scrollTop) this.scrollTop = top
     const bottom = top + this.rowHeight - this.clientHeight
     if (bottom > this.scrollTop) this.scrollTop = bottom
-    this.redraw()
-    this.onchoose(this.chosen)
   }
 
   /** @param {number} at */

@@ -26,8 +26,7 @@ function commandRow(entry) {
     h('span', {class: 'time'}, clock(entry.time)),
     h('span', {class: 'client cut name', title: front(timeline.clientOf(event), 500)}, front(timeline.clientOf(event), 60)),
     h('code', {class: 'call-of cut'}, h('b', null, front(event.name, 120)), ` ${front(event.parameters.join(' '), 200)}`, event.list && h('span', {class: 'dim'}, ' (list)')),
-    h('code', {class: ['answer cut', isFailure && 'fail']}, replyShown(event.reply)),
-    isHit(entry) && h('span', {class: 'fault'}, 'fault'),
+    h('span', {class: 'answer'}, h('code', {class: ['cut', isFailure && 'fail']}, replyShown(event.reply)), isHit(entry) && h('span', {class: 'fault'}, 'fault')),
     h('span', {class: 'took'}, `${event.duration.toFixed(1)} ms`),
     h('span', {class: 'counts'}, counted(calls.length, 'call'), counted(changes.filter(({topic}) => topic === 'settings').length, 'key'), counted(log.length, 'log', 'log')),
   ]
