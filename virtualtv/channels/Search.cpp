@@ -1,5 +1,8 @@
 #include "channels/Search.h"
 
+#include <locale.h>
+#include <wctype.h>
+
 #include <set>
 
 #include "text/Units.h"
@@ -8,17 +11,24 @@ namespace virtualtv {
 
 namespace {
 
-std::string lower(std::string text) {
-  for (char& letter : text) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+/// A letter as both of its cases have it: lower case of upper case, so that a Greek sigma at the end of a word is one,
+/// too. On a machine without the locale only ASCII letters have cases.
+char16_t folded(char16_t letter) {
+  static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  if (unicode != nullptr) return static_cast<char16_t>(towlower_l(towupper_l(letter, unicode), unicode));
+  return letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter - u'A' + u'a') : letter;
+}
+
+std::u16string folded(std::u16string text) {
+  for (char16_t& letter : text) letter = folded(letter);
   return text;
 }
 
 /// Which services a query selects.
 class Selection {
  public:
-  Selection(const ServiceStore& services, const ServiceQuery& query) : query_(query), lowerText_(lower(query.text)) {
+  Selection(const ServiceStore& services, const ServiceQuery& query)
+      : query_(query), text_(folded(text::toUnits(query.text))) {
     if (query.favourite) members_ = services.membersOf(*query.favourite);
   }
 
@@ -33,12 +43,12 @@ class Selection {
 
  private:
   bool hasInName(const ServiceOutline& service) const {
-    if (lowerText_.empty()) return true;
-    return service.name && lower(text::toUtf8(*service.name)).find(lowerText_) != std::string::npos;
+    if (text_.empty()) return true;
+    return service.name && folded(*service.name).find(text_) != std::u16string::npos;
   }
 
   const ServiceQuery& query_;
-  std::string lowerText_;
+  std::u16string text_;
   std::set<ServiceKey> members_;
 };
 

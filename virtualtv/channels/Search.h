@@ -18,7 +18,7 @@ namespace virtualtv {
 /// Which services are wanted, and which of them to show. All conditions must hold; one on a field that a service does
 /// not have does not hold.
 struct ServiceQuery {
-  std::string text = {};  ///< UTF-8 that the name has in it, in ASCII letters of either case; empty for any
+  std::string text = {};  ///< UTF-8 that the name has in it, in letters of either case; empty for any
   std::optional<EAntennaMode> antenna = std::nullopt;           ///< what the service is received with
   std::optional<ServiceKind> kind = std::nullopt;               ///< what it brings
   std::optional<std::uint16_t> major = std::nullopt;            ///< its major number

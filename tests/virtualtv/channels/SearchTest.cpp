@@ -52,10 +52,15 @@ TEST_F(ServiceSearch, TellsTheKeyAndAllOfEachService) {
   for (const auto& [key, service] : page({}).services) EXPECT_EQ(memory.store.read(key), service) << key;
 }
 
-TEST_F(ServiceSearch, FindsATextInANameInAsciiLettersOfEitherCase) {
+TEST_F(ServiceSearch, FindsATextInANameInLettersOfEitherCase) {
   EXPECT_EQ(ids({.text = "nEWS"}), (Ids{1, 3}));
   EXPECT_EQ(ids({.text = "\u00C4RG"}), Ids{2});
-  EXPECT_EQ(ids({.text = "\u00E4rg"}), Ids{}) << "only ASCII letters have both cases";
+  EXPECT_EQ(ids({.text = "\u00E4rg"}), Ids{2});
+  add(5, u"\u041A\u0438\u043D\u043E \u039F\u03B4\u03CC\u03C2 \u0130st", ANTENNA_CABLE, ServiceKind::data);
+  for (const char* text : {"\u043A\u0438\u043D", "\u041A\u0418\u041D", "\u03BF\u03B4", "\u0394\u038C\u03A3", "ist"}) {
+    EXPECT_EQ(ids({.text = text}), Ids{5}) << text;
+  }
+  EXPECT_EQ(ids({.text = "arg"}), Ids{}) << "a letter with a mark is another one";
   EXPECT_EQ(ids({.text = "nothing"}), Ids{});
   EXPECT_EQ(page({.text = "nothing"}).total, 0U);
 }

@@ -41,7 +41,7 @@ class Channels extends Part {
   #filters() {
     return [
       h('input', {type: 'search', 'aria-label': 'Search channels', placeholder: 'Search by name', spellcheck: 'false',
-        oninput: (/** @type {Event} */ event) => this.#narrow({text: valueOf(event)})}),
+        oninput: (/** @type {Event} */ event) => this.#narrow({text: valueOf(event).trim()})}),
       h('div', {class: 'channel-selects'},
         this.#select('Antenna', 'antenna', ['terrestrial', 'cable', 'satellite']),
         this.#select('Kind', 'kind', ['television', 'radio', 'data']),
