@@ -116,6 +116,32 @@ test('the geometry app moves the picture by drags and keys, and shows both space
   await app().getByText('app 960 x 540 x 0 y 0 w 960 h 540').waitFor()
 })
 
+test('the apps that come with the page know what is on the TV when they are loaded anew', async () => {
+  await open()
+  const reload = async () => {
+    const before = await shown.page.locator('emp-app-frame iframe').elementHandle()
+    await pane.getByRole('button', {name: 'Reload', exact: true}).click()
+    await shown.page.waitForFunction(old => !old.isConnected, before)
+    await isRunning()
+  }
+  await pane.getByRole('button', {name: 'Zapper'}).click()
+  await isRunning()
+  await press('Blue')
+  await until(async () => (await shown.tv.state()).windows.pip.source.number === 0, 'picture-in-picture is open')
+  await reload()
+  await press('Blue')
+  await until(async () => (await shown.tv.state()).windows.pip.source.number === -1, 'picture-in-picture is closed')
+  await pane.getByRole('button', {name: 'Picture geometry'}).click()
+  await isRunning()
+  await press('Yellow')
+  await press('Green')
+  await app().getByText('order in front of the app, hidden').waitFor()
+  await reload()
+  await app().getByText('order behind the app, shown').waitFor()
+  const {order, muted} = (await main()).plane
+  assert.deepEqual([order, muted], [0, false])
+})
+
 test('an app of another origin gets key presses with standard names, on what has the focus or the body, and its own numbers', async () => {
   await openApp('<input id="field">')
   for (const name of ['Up', '5', 'Channel down', 'Play', 'Red', 'Back', 'OK']) await press(name)

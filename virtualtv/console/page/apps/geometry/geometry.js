@@ -99,6 +99,9 @@ addEventListener('keydown', event => {
   event.preventDefault()
   keys[event.key]()
 })
+// No command tells order and hiding, so both are set to what is told of them.
+tv.SetScreenZorder(0)
+tv.MuteVideo(0)
 for (const [id, action] of Object.entries({crop, order, mute, whole})) element(id).onclick = action
 show()
 

@@ -9,7 +9,6 @@ const element = id => /** @type {HTMLElement} */ (document.getElementById(id))
 /** @type {any[]} */
 let channels = []
 let at = 0
-let isInPicture = false  // picture-in-picture is shown
 let digits = ''
 let timer = 0
 
@@ -65,9 +64,8 @@ function togglePicture() {
   const isOpen = !element('list').hidden
   const id = isOpen ? channels[at].SERVICE_ID : JSON.parse(tv.GetCurrentChannelInfo()).serviceId
   tv.SetWindow(1)
-  if (isInPicture && !isOpen) tv.DisconnectSource()
+  if (tv.GetState_Show() !== 0 && !isOpen) tv.DisconnectSource()
   else tv.SetChannelByServiceid(id)
-  isInPicture = tv.GetState_Show() !== 0
   tv.SetWindow(0)
   closeList()
 }
