@@ -17,11 +17,11 @@ afterEach(async () => {
   await shown.close()
 })
 
-/** A server that lets in who knows "s3cret". */
-async function serveWithToken(context) {
+/** A server that lets in who knows a token. */
+async function serveWithToken(context, token = 's3cret') {
   const folder = await mkdtemp(join(tmpdir(), 'emp-window-'))
   context.after(() => rm(folder, {recursive: true}))
-  await writeFile(join(folder, 'token'), 's3cret\n', {mode: 0o600})
+  await writeFile(join(folder, 'token'), `${token}\n`, {mode: 0o600})
   return serve({options: ['--token', join(folder, 'token')]})
 }
 
@@ -60,6 +60,12 @@ test('a token comes by the address, leaves it, and stays for the tab', async con
   assert.equal(new URL(shown.page.url()).hash, '')
   await shown.page.reload()
   await shown.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+})
+
+test('a token may have per cent signs', async context => {
+  const server = await serveWithToken(context, '100%s3cret')
+  shown = await Console.open({server, token: '100%s3cret'})
+  assert.equal(new URL(shown.page.url()).hash, '')
 })
 
 test('without the token the page says what it wants', async context => {

@@ -27,10 +27,19 @@ const longestPause = 2000
 function token() {
   const given = /^#token=(.+)$/.exec(location.hash)?.[1]
   if (given) {
-    rememberToken(decodeURIComponent(given))
+    rememberToken(decoded(given))
     history.replaceState(null, '', location.pathname + location.search)
   }
   return rememberedToken()
+}
+
+/** A part of an address without its escapes; as it stands where a per cent sign starts none. @param {string} text */
+function decoded(text) {
+  try {
+    return decodeURIComponent(text)
+  } catch {
+    return text
+  }
 }
 
 /** What a person can do where the server lets nobody in; a browser does not tell why a WebSocket fails. @param {string} address */
