@@ -42,6 +42,27 @@ test('a server that was ended and started again: said at once, and the state is 
   await until(async () => await mode() === '2')
 })
 
+test('what is done, who comes and a server that goes move nothing', async () => {
+  shown = await Console.open()
+  const {page} = shown
+  const places = () => page.locator('emp-head label, section:visible, .frame, emp-foot').evaluateAll(parts => parts.map(part => {
+    const {x, y, width, height} = part.getBoundingClientRect()
+    return [part.id || part.className || part.localName, x, y, width, height]
+  }))
+  const before = await places()
+  await page.getByRole('button', {name: 'Channel up'}).click()
+  await page.getByRole('button', {name: 'Copy line'}).waitFor()
+  assert.deepEqual(await places(), before)
+  const others = await Promise.all(Array.from({length: 10}, () => connect(shown.server.address)))
+  await Promise.all(others.map(other => other.window.GetTVMode()))
+  await page.getByText('11 engines, 12 clients').waitFor()
+  assert.deepEqual(await places(), before)
+  await Promise.all(others.map(other => other.close()))
+  await shown.server.kill()
+  await page.getByText('Disconnected, reconnecting').waitFor()
+  assert.deepEqual(await places(), before)
+})
+
 test('two pages stay in step', async () => {
   shown = await Console.open()
   const other = await Console.open({server: shown.server})
