@@ -62,3 +62,16 @@ test('a line between panes moves by mouse and by keys, and stays where it was pu
   await shown.page.getByRole('tabpanel', {name: 'Channels'}).waitFor()
   assert.equal(await width(), before + 66)
 })
+
+test('where a person forces colours, what is chosen is seen, and the screen is black all the same', async () => {
+  shown = await Console.open()
+  const {page} = shown
+  await page.emulateMedia({forcedColors: 'active'})
+  const framed = part => part.evaluate(element => getComputedStyle(element).outlineStyle === 'solid')
+  for (const [chosen, other] of [
+    [page.getByRole('tab', {name: 'Channels'}), page.getByRole('tab', {name: 'Planes'})],
+    [page.getByRole('button', {name: 'TV', exact: true}), page.getByRole('button', {name: 'Menu', exact: true})],
+    [page.getByRole('button', {name: '0 Antenna', exact: true}), page.getByRole('button', {name: '35 SCART', exact: true})],
+  ]) assert.deepEqual([await framed(chosen), await framed(other)], [true, false])
+  assert.equal(await page.locator('.frame').evaluate(frame => getComputedStyle(frame).backgroundColor), 'rgb(0, 0, 0)')
+})
