@@ -28,6 +28,7 @@ test('a search and each filter narrow the list', async () => {
   await pane().getByLabel('Search channels').fill('lighthouse')
   const total = (await shown.tv.services({text: 'lighthouse'})).total
   await counts(`${total} channels`)
+  await pane().getByRole('status').filter({hasText: `${total} channels`}).waitFor()
   await pane().getByLabel('Antenna').selectOption('cable')
   await counts(`${(await shown.tv.services({text: 'lighthouse', antenna: 'cable'})).total} channels`)
   await pane().getByLabel('Search channels').fill('')

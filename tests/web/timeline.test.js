@@ -150,6 +150,25 @@ test('an engine whose opening a fault hits is opened in one line, and a restored
   await part('Calls').getByText('CreateServiceNavigation').waitFor()
 })
 
+test('how many lines there are is told to screen readers when a person asks, not with all that happens', async () => {
+  shown = await Console.open()
+  const {page, tv} = shown
+  const tally = page.locator('.tally')
+  const told = () => tally.evaluate(element => {
+    globalThis.told = []
+    new MutationObserver(() => element.ariaLive === 'polite' && told.push(element.textContent)).observe(element, {childList: true, characterData: true, subtree: true})
+  })
+  await told()
+  for (let at = 0; at < 3; ++at) await tv.window.GetTVMode()
+  await line('GetTVMode').nth(2).waitFor()
+  const asked = page.getByLabel('Filter by text')
+  await asked.fill('GetTVMode')
+  await tally.getByText('3 of').waitFor()
+  await tv.window.GetTVMode()
+  await tally.getByText('4 of').waitFor()
+  assert.deepEqual(await page.evaluate(() => globalThis.told.map(text => text.split(' ')[0])), ['3'])
+})
+
 test('what the timeline offers does not move its filters', async () => {
   shown = await Console.open()
   const places = () => shown.pane('Timeline').locator('emp-timeline-bar > *').evaluateAll(parts => parts.map(part => [part.offsetLeft, part.offsetTop, part.offsetWidth]))

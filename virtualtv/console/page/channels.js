@@ -136,7 +136,7 @@ class Channels extends Part {
     const {text, failed} = this.#said
     const count = total === undefined ? 'Channels are being fetched' : `${total} ${total === 1 ? 'channel' : 'channels'}`
     return h('div', {class: 'channel-foot'},
-      failure ? h('span', {class: 'fail cut', title: failure}, failure) : h('span', {class: 'dim'}, count),
+      failure ? h('span', {class: 'fail cut', title: failure}, failure) : h('span', {class: 'dim', role: 'status'}, count),
       h('span', {class: ['cut', failed && 'fail'], role: 'status', title: text}, h('bdi', null, text)))
   }
 

@@ -13,8 +13,21 @@ export class TimelineBar extends Part {
   onwanted = () => {}
   /** @type {() => void} */
   onexport = () => {}
-  /** In words, how many are shown. */
-  count = ''
+  #count = ''
+  /** A person has changed what is wanted, and was not told how many there are. */
+  #isAsked = false
+  #isTold = false
+
+  /** In words, how many are shown. Told to screen readers when a person has asked, not with all that happens. */
+  get count() {
+    return this.#count
+  }
+
+  set count(words) {
+    this.#count = words
+    this.#isTold = this.#isAsked
+    this.#isAsked = false
+  }
 
   view() {
     const {wanted} = this
@@ -32,7 +45,7 @@ export class TimelineBar extends Part {
         onclick: () => this.#want({hidden: wanted.hidden.includes(kind) ? wanted.hidden.filter(other => other !== kind) : [...wanted.hidden, kind]}),
       }, kind))),
       h('button', {class: 'plain', disabled: !isFiltered, onclick: () => this.#replace(everything)}, 'Show all'),
-      h('span', {class: 'dim tally', role: 'status'}, this.count),
+      h('span', {class: 'dim tally', 'aria-live': this.#isAsked || this.#isTold ? 'polite' : 'off'}, this.count),
       h('button', {title: 'Exports what is shown, or a range that is chosen: Shift with a click, or with arrow keys, in the list', onclick: this.onexport}, 'Export…'),
     ]
   }
@@ -54,6 +67,8 @@ export class TimelineBar extends Part {
   /** @param {Wanted} wanted */
   #replace(wanted) {
     this.wanted = wanted
+    this.#isAsked = true
+    this.redraw()
     this.onwanted(wanted)
     this.redraw()
   }
