@@ -77,9 +77,12 @@ class Arguments {
 /// Adds an integer as the modifier passes it.
 template <typename Kept>
 void keepInteger(std::string_view modifier, Arguments& arguments, Kept& kept) {
-  if (modifier == "l" || modifier == "j" || modifier == "t") {
-    static_assert(sizeof(std::intmax_t) == sizeof(long) && sizeof(std::ptrdiff_t) == sizeof(long));
+  if (modifier == "l") {
     kept.emplace_back(arguments.next<long>());
+  } else if (modifier == "j") {
+    kept.emplace_back(arguments.next<std::intmax_t>());
+  } else if (modifier == "t") {
+    kept.emplace_back(arguments.next<std::ptrdiff_t>());
   } else if (modifier == "ll" || modifier == "q") {
     kept.emplace_back(arguments.next<long long>());
   } else if (modifier == "z") {

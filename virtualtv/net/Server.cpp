@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "net/Asio.h"
+#include "net/FilesBeneath.h"
 #include "net/HttpConnection.h"
 #include "net/Listen.h"
 #include "net/Site.h"
@@ -99,7 +100,7 @@ class Server::Body {
     calls.waits = options_.waits;
     calls.mostSessions = options_.mostSessions;
     calls.state = options_.state;
-    calls.files = options_.files;
+    if (!options_.files.empty()) calls.files = std::make_shared<FilesBeneath>(options_.files);
     calls.complain = options_.complain;
     return calls;
   }

@@ -146,7 +146,6 @@ struct Job {
 Core::Core(device::Device& device, Options options)
     : device_(device),
       options_(std::move(options)),
-      filesBeneath_(options_.files.empty() ? nullptr : std::make_unique<shell::FilesBeneath>(options_.files)),
       id_(randomId()),
       events_(device, [this](Event& event) { deliver(event); }) {
   events_.onWake([this, alive = std::weak_ptr(alive_)] {
@@ -157,7 +156,7 @@ Core::Core(device::Device& device, Options options)
 Core::~Core() = default;
 
 const shell::FileAccess& Core::files() const {
-  return filesBeneath_ ? *filesBeneath_ : shell::noFiles();
+  return options_.files ? *options_.files : shell::noFiles();
 }
 
 // Sessions.

@@ -106,7 +106,6 @@ class Core {
 
   device::Device& device_;
   Options options_;
-  std::unique_ptr<shell::FileAccess> filesBeneath_;
   std::string id_;
   std::uint64_t lastSession_ = 0;
   Seats seats_;

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -11,6 +10,7 @@
 #include <string_view>
 
 #include "device/Device.h"
+#include "shell/FileAccess.h"
 
 /// JSON-RPC 2.0 on the virtual TV, without sockets: whoever carries the messages stands around it.
 namespace virtualtv::rpc {
@@ -42,7 +42,7 @@ struct Options {
   bool waits = true;  ///< replies are held back as long as the latencies of the set's calls say
   std::size_t mostSessions = 2000;
   std::filesystem::path state{};  ///< where the set keeps its state, told to clients; empty for one in memory
-  std::filesystem::path files{};  ///< clients may read and write beneath it; empty where they may not
+  std::shared_ptr<const shell::FileAccess> files{};  ///< what clients reach of files; null for none
   /// Is told, a line each, what the set could not read or keep.
   std::function<void(const std::string&)> complain{};
 };

@@ -1,14 +1,5 @@
 #include "shell/FileAccess.h"
 
-#include <fcntl.h>
-#include <linux/openat2.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-
 #include "shell/Files.h"
 #include "shell/OpenFile.h"
 
@@ -39,19 +30,6 @@ class NoFiles : public FileAccess {
   static constexpr const char* reason = "clients reach no files unless the server is started with --files";
 };
 
-/// Takes a descriptor over, which must be that of a regular file.
-File regularFile(int descriptor, const char* mode, const char* action, const std::string& name) {
-  if (descriptor < 0) {
-    if (errno == EXDEV || errno == ELOOP) failFile(action, name, "it leads out of the directory, or over a link");
-    failFile(action, name, errno);
-  }
-  File file(::fdopen(descriptor, mode));
-  struct stat what {};
-  if (::fstat(descriptor, &what) != 0) failFile(action, name, errno);
-  if (!S_ISREG(what.st_mode)) failFile(action, name, "not a regular file");
-  return file;
-}
-
 }  // namespace
 
 const FileAccess& allFiles() {
@@ -62,37 +40,6 @@ const FileAccess& allFiles() {
 const FileAccess& noFiles() {
   static const NoFiles files;
   return files;
-}
-
-FilesBeneath::FilesBeneath(const fs::path& directory)
-    : directory_(::open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
-  if (directory_ < 0) failFile("read", directory, errno);
-}
-
-FilesBeneath::~FilesBeneath() {
-  ::close(directory_);
-}
-
-int FilesBeneath::open(const fs::path& path, int flags) const {
-  open_how how{};
-  how.flags = static_cast<decltype(how.flags)>(flags | O_CLOEXEC | O_NONBLOCK);  // a pipe must not hold the set up
-  how.mode = (flags & O_CREAT) != 0 ? S_IRUSR | S_IWUSR : 0;
-  how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
-  return static_cast<int>(::syscall(SYS_openat2, directory_, path.c_str(), &how, sizeof how));
-}
-
-std::string FilesBeneath::read(const fs::path& path, const std::string& name) const {
-  const File file = regularFile(open(path, O_RDONLY), "rb", "read", name);
-  return readStream(file.get(), name);
-}
-
-void FilesBeneath::save(const fs::path& path, std::string_view content, const std::string& name) const {
-  const File file = regularFile(open(path, O_WRONLY | O_CREAT | O_EXCL), "wb", "write", name);
-  const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
-  if (written && std::fflush(file.get()) == 0 && ::fsync(::fileno(file.get())) == 0) return;
-  const int error = errno;
-  ::unlinkat(directory_, path.c_str(), 0);  // which was made here
-  failFile("write", name, error);
 }
 
 }  // namespace virtualtv::shell

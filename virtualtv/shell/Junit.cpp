@@ -1,6 +1,5 @@
 // The report of a check for machines.
-#include <array>
-#include <charconv>
+#include <chrono>
 
 #include "shell/Check.h"
 #include "text/Units.h"
@@ -43,12 +42,10 @@ std::string escaped(std::string_view text) {
 }
 
 std::string inSeconds(std::chrono::nanoseconds time) {
-  constexpr int places = 6;
-  std::array<char, 32> digits{};
-  const double seconds = std::chrono::duration<double>(time).count();
-  char* const end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), seconds, std::chars_format::fixed, places).ptr;
-  return {digits.data(), end};
+  constexpr std::size_t places = 6;
+  std::string digits = std::to_string(std::chrono::round<std::chrono::microseconds>(time).count());
+  if (digits.size() <= places) digits.insert(0, places + 1 - digits.size(), '0');
+  return digits.insert(digits.size() - places, ".");
 }
 
 std::string attribute(const char* name, const std::string& value) {

@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <utility>
 
+#include "net/FilesBeneath.h"
 #include "seam/Seam.h"
 #include "shell/Files.h"
 #include "virtualtv/rpc/RpcTest.h"
@@ -106,7 +108,7 @@ TEST_F(CheckMethod, ReachesNoFiles) {
 
 class CheckMethodWithFiles : public CheckMethod {
  protected:
-  CheckMethodWithFiles() : CheckMethod({.files = folder().path()}) {}
+  CheckMethodWithFiles() : CheckMethod({.files = std::make_shared<net::FilesBeneath>(folder().path())}) {}
   static test::TemporaryDirectory& folder() {
     static test::TemporaryDirectory made;
     return made;

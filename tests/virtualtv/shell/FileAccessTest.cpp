@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "net/FilesBeneath.h"
 #include "virtualtv/support/Support.h"
 
 namespace virtualtv::shell {
@@ -47,7 +48,7 @@ class Beneath : public ::testing::Test {
 
   test::TemporaryDirectory folder;
   fs::path root = made(folder.path() / "root");
-  FilesBeneath files{root};
+  net::FilesBeneath files{root};
 };
 
 TEST_F(Beneath, AreRead) {
@@ -98,9 +99,9 @@ TEST_F(Beneath, AreMadeAndNeverOverwritten) {
 }
 
 TEST_F(Beneath, NeedTheirDirectory) {
-  EXPECT_EQ(failureOf([&] { const FilesBeneath none(root / "none"); }),
+  EXPECT_EQ(failureOf([&] { const net::FilesBeneath none(root / "none"); }),
             "cannot read " + (root / "none").string() + ": No such file or directory");
-  EXPECT_NE(failureOf([&] { const FilesBeneath file(root / "a.txt"); }), "");
+  EXPECT_NE(failureOf([&] { const net::FilesBeneath file(root / "a.txt"); }), "");
 }
 
 TEST(NoFiles, AreReached) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "shell/FileAccess.h"
+
+namespace virtualtv::net {
+
+/// Regular files beneath a directory, reached without following a link; what exists is never overwritten.
+class FilesBeneath : public shell::FileAccess {
+ public:
+  /// @throws std::runtime_error `cannot read DIR: REASON` when the directory can't be opened.
+  explicit FilesBeneath(const std::filesystem::path& directory);
+  FilesBeneath(const FilesBeneath&) = delete;
+  FilesBeneath& operator=(const FilesBeneath&) = delete;
+  ~FilesBeneath() override;
+
+  /// Empty: names are relative to the directory.
+  std::filesystem::path start() const override { return {}; }
+  std::string read(const std::filesystem::path& path, const std::string& name) const override;
+  void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
+
+ private:
+  int open(const std::filesystem::path& path, int flags) const;
+
+  int directory_;
+};
+
+}  // namespace virtualtv::net
