@@ -1,11 +1,13 @@
 // An app in TypeScript: what the typings allow, and what they do not.
-import {connect, installWindow, runTranscript, EmpConnectionError, EmpRpcError} from 'emp-window'
-import type {EmpWindow, Reply, Snapshot, TvEvent} from 'emp-window'
+import {connect, createTv, forgetTv, installWindow, runTranscript, EmpConnectionError, EmpRpcError, EmpTvError} from 'emp-window'
+import type {EmpWindow, EmpWindowScript, KeptTv, Reply, Snapshot, Tv, TvEvent} from 'emp-window'
 import {launch} from 'emp-window/launch'
+import {PortSocket, servePort} from 'emp-window/port'
 import {junitReport} from 'emp-window/transcript'
 
 declare global {
   var tvWindow: EmpWindow
+  var empWindow: EmpWindowScript
 }
 
 export function app(): string {
@@ -72,6 +74,25 @@ export async function errors(): Promise<string> {
   return tv.session
 }
 
+export async function inMemory(snapshot: Snapshot): Promise<void> {
+  const tv: Tv = await createTv({snapshot, list: '', wait: false, appId: 'a'})
+  const object: EmpWindow = installWindow(globalThis, {tv, name: 'tvWindow', appId: 'b'})
+  await object.tv?.fault('IServiceNavigation::GetTvMode', {result: 0})
+  const kept: KeptTv = await createTv({persist: 'living room', module: new URL('emp-window.wasm', 'https://tv.example')})
+  await kept.saved()
+  try {
+    await forgetTv('living room')
+  } catch (error) {
+    if (error instanceof EmpTvError && error.what === 'in use') console.log(error.reason, error.snapshot)
+  }
+  const {port1, port2} = new MessageChannel()
+  servePort(kept, port1)
+  const far: Tv = await connect(() => new PortSocket(port2), {appId: 'c'})
+  await connect(() => new WebSocket('ws://127.0.0.1:8090/rpc'))
+  await far.close()
+  empWindow.installWindow(globalThis, {tv: empWindow.createTv({list: ''}), name: 'other'})
+}
+
 export async function mistakes(): Promise<void> {
   const tv = await connect('http://127.0.0.1:8090')
   // @ts-expect-error: there is no such command
@@ -88,6 +109,12 @@ export async function mistakes(): Promise<void> {
   tv.on('mood', () => {})
   // @ts-expect-error: an event of that topic has no such member
   tv.on('knob', event => console.log(event.state ? '' : event.window))
+  // @ts-expect-error: a TV that is kept nowhere is not saved
+  await (await createTv()).saved()
+  // @ts-expect-error: there is no such reason
+  if (new EmpTvError().what === 'mood') return
+  // @ts-expect-error: a TV is missing, or an address
+  installWindow(globalThis, {name: 'tvWindow'})
   // @ts-expect-error: the name is missing
   installWindow(globalThis, {address: 'http://127.0.0.1:8090'})
   // @ts-expect-error: the app's object can't be given another function

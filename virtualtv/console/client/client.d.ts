@@ -1,4 +1,4 @@
-/** Client of the virtual TV's server: `connect` for tests and tools, `installWindow` for apps. */
+/** The virtual TV: `createTv` in memory and `connect` to one on a server for tests and tools, `installWindow` for apps. */
 import type {
   Commands, Events, Fault, Knob, KnobKind, Operation, Parameter, Service, Session, Setting, State, Why,
 } from './commands.js'
@@ -44,6 +44,19 @@ export class EmpConnectionError extends Error {
   readonly sent: boolean
   /** Of the HTTP answer, where there was one. */
   readonly status?: number
+}
+
+/** A TV in memory can't be made, kept or started. */
+export class EmpTvError extends Error {
+  /**
+   * What is to blame: the module, the snapshot or the list that was given; `persist`: another tab has the TV (`in use`), the
+   * browser can't keep it (`storage`), or what it keeps can't be used (`kept`).
+   */
+  readonly what: 'module' | 'snapshot' | 'list' | 'in use' | 'storage' | 'kept'
+  /** What is wrong with a snapshot, a list or what is kept, and where. */
+  readonly reason?: string
+  /** What is kept and can't be used. */
+  readonly snapshot?: unknown
 }
 
 export type Topic = keyof Events | '*'
@@ -144,7 +157,7 @@ export interface ImportResult {
 /** A connected client. Methods without a comment are the server's `tv.` method of the same name. */
 export interface Tv {
   readonly isVirtual: true
-  /** The server's address, without a slash at the end. */
+  /** The server's address, without a slash at the end; empty for a TV in memory. */
   readonly address: string
   /** The session of this connection; another one after a reconnect. */
   readonly session: string
@@ -213,7 +226,62 @@ export interface Tv {
  */
 export function connect(address: string, options?: ConnectOptions): Promise<Tv>
 
-/** The synchronous object that an app has on the set. Its calls throw EmpConnectionError without a server. */
+/**
+ * What a connection needs of a WebSocket. It opens, and tells messages and its end, in a later turn, never within `send`.
+ */
+export interface SocketLike {
+  /** As of a WebSocket: 1 while it is open, 3 when it has ended. */
+  readonly readyState: number
+  onopen?: ((event?: any) => void) | null
+  /** `data` is a text. */
+  onmessage?: ((event: any) => void) | null
+  /** `message`, where there is one, goes into the reason that callers see. */
+  onerror?: ((event: any) => void) | null
+  /** Has `code` and `reason`. */
+  onclose?: ((event: any) => void) | null
+  send(text: string): void
+  close(code?: number, reason?: string): void
+}
+
+/** Connects through sockets of the caller's: `dial` makes one, and another one when that has ended. */
+export function connect(dial: () => SocketLike | Promise<SocketLike>, options?: ConnectOptions): Promise<Tv>
+
+export interface TvOptions extends Application {
+  /** What the set starts from, as `tv.snapshot()` answers it; by default the set that is built in. */
+  snapshot?: Snapshot
+  /** Text of a channel list that the set imports. */
+  list?: string
+  /** False lets no call take the time that latencies give it, as `--no-wait` of the server. */
+  wait?: boolean
+}
+
+export interface CreateTvOptions extends TvOptions {
+  /** The module, its bytes, or where it is, in place of emp-window.wasm beside this file. */
+  module?: unknown
+}
+
+export interface KeptTv extends Tv {
+  /** Fulfilled when all that has changed so far is in IndexedDB; rejects with EmpTvError where it can't be kept. */
+  saved(): Promise<void>
+  /** Saves too, before it ends the TV. */
+  close(): Promise<void>
+}
+
+/**
+ * Makes a TV in memory, which ends with `close()`.
+ * @throws EmpTvError
+ */
+export function createTv(options?: CreateTvOptions): Promise<Tv>
+/**
+ * The same, kept in the browser's IndexedDB under a key, which one tab at a time has. What is there is what the TV starts
+ * from; `snapshot` and `list` count where nothing is there yet.
+ */
+export function createTv(options: CreateTvOptions & {persist: string}): Promise<KeptTv>
+
+/** Removes what is kept under a key, unless a tab has it in use. */
+export function forgetTv(key: string): Promise<void>
+
+/** The synchronous object that an app has on the set. Its calls throw EmpConnectionError where there is no TV. */
 export interface EmpWindow extends Readonly<Commands> {
   readonly isVirtual: true
   /**
@@ -222,6 +290,8 @@ export interface EmpWindow extends Readonly<Commands> {
   Execute(command: string, p1?: Parameter, p2?: Parameter, p3?: Parameter, p4?: Parameter): string | number | undefined
   /** A line of the virtual TV's shell; what it prints, line by line. */
   run(line: string): string[]
+  /** The TV in memory that it is on: its state, faults, events and all else. */
+  readonly tv?: Tv
   /**
    * `keyCode` of the keys that the remote control on the virtual TV's page sends, by their standard `key` names. An app
    * whose set has other numbers replaces them. Keys without a number have 0, digits those of their characters.
@@ -232,14 +302,25 @@ export interface EmpWindow extends Readonly<Commands> {
 }
 
 export interface InstallOptions extends Application {
-  address: string
   /** The property of `target` that the object becomes. */
   name: string
+  /** Of a server. */
+  address?: string
   token?: string
+  /** What `createTv` has made, in place of a server. */
+  tv?: Tv
 }
 
 /** Puts the object into `target`, mostly `globalThis`. The same name gets the same object (hot reload). */
-export function installWindow(target: object, options: InstallOptions): EmpWindow
+export function installWindow(target: object, options: InstallOptions & ({address: string} | {tv: Tv})): EmpWindow
+
+/** What the script tv.js offers as `empWindow` where its line names no object. */
+export interface EmpWindowScript {
+  /** As the module's, but at once, and kept nowhere. */
+  createTv(options?: TvOptions): Tv
+  installWindow: typeof installWindow
+  EmpTvError: typeof EmpTvError
+}
 
 /** Runs a transcript's lines on anything that has `Execute`, a real set's object too. */
 export function runTranscript(text: string, plugin: TranscriptPlugin, options?: TranscriptOptions): Promise<TranscriptResult>

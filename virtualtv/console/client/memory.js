@@ -106,7 +106,7 @@ export class SetSocket {
 }
 
 /** Asks a set at once. @param what  for the error: what of the options is to blame where it refuses */
-export function ask(set, method, params, what) {
+function ask(set, method, params, what) {
   const {result, error} = JSON.parse(set.post(JSON.stringify({jsonrpc: '2.0', id: 1, method, params})))
   if (!error) return result
   const reason = (error.data?.reason ?? error.message).replace(`${what}: `, '')

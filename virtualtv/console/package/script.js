@@ -1,0 +1,65 @@
+/*
+ * The script tv.js: a TV in memory, and the object of the set on it under a name, before the next script of the page runs.
+ *
+ *   <script src="tv.js" data-name="tvWindow"></script>
+ *   <script src="tv.js?name=tvWindow"></script>
+ *
+ * The other attributes and words of the query are app-id (appId), widget-id (widgetId) and wait, which may be false. Without a
+ * name the script gives the page `empWindow`, whose functions do the same step by step.
+ */
+import {inflate} from './inflate.js'
+import {clientOf, makeSet} from './memory.js'
+import {base64, size} from './bytes.js'
+import './window.js'
+
+const {EmpTvError, install} = globalThis[Symbol.for('emp-window/2')]
+
+function bytesOf(text) {
+  const characters = atob(text)
+  const bytes = new Uint8Array(characters.length)
+  for (let at = 0; at < bytes.length; ++at) bytes[at] = characters.charCodeAt(at)
+  return bytes
+}
+
+/** What to do where a browser does not compile the module. */
+function adviceOn(cause) {
+  if (/content security policy|unsafe-eval/i.test(cause.message)) {
+    return "the page's Content-Security-Policy wants 'wasm-unsafe-eval' in script-src"
+  }
+  return "where the browser refuses to compile this much at once, take createTv of the module 'emp-window', which compiles " +
+    'in the background, and start the app behind it'
+}
+
+let compiled
+
+function module() {
+  const bytes = compiled ? undefined : inflate(bytesOf(base64), size)
+  try {
+    return compiled ??= new WebAssembly.Module(bytes)
+  } catch (cause) {
+    throw new EmpTvError('module', `tv.js: the module can't be compiled: ${cause.message}; ${adviceOn(cause)}`, {cause})
+  }
+}
+
+/** As `createTv` of the module, but at once, and kept nowhere. */
+function createTv(options = {}) {
+  if (options.persist !== undefined) throw new TypeError("tv.js keeps no TV; createTv of the module 'emp-window' does")
+  const {tv, opened} = clientOf(makeSet(module(), options), options)
+  opened.catch(() => {})  // calls of the client tell it
+  return tv
+}
+
+function installWindow(target, options) {
+  return install(target, options)
+}
+
+/** What the script's line says. */
+function given({src, dataset}) {
+  const query = src ? Object.fromEntries(new URL(src).searchParams) : {}
+  const {name, appId, widgetId, wait} = {...query, ...dataset}
+  return {name, appId, widgetId, wait: wait !== 'false'}
+}
+
+const {name, ...options} = given(globalThis.document?.currentScript ?? {})
+if (!name) globalThis.empWindow = {createTv, installWindow, EmpTvError}
+else if (!globalThis[name]?.isVirtual) installWindow(globalThis, {...options, name, tv: createTv(options)})
