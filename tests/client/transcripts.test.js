@@ -1,28 +1,15 @@
 // All transcripts of the tree on a launched TV, and what they come to where only `Execute` is there.
 import assert from 'node:assert/strict'
-import {readdir, readFile} from 'node:fs/promises'
 import {test} from 'node:test'
 import {launch} from '../../virtualtv/console/client/launch.js'
 import {runTranscript} from '../../virtualtv/console/client/transcript.js'
+import {testTranscripts, transcript} from './support/transcripts.js'
 
-const directory = new URL('../transcripts/', import.meta.url)
-const names = (await readdir(directory)).filter(name => name.endsWith('.txt'))
-
-for (const name of names) {
-  test(`${name} passes on a launched TV`, async () => {
-    const tv = await launch()
-    const text = await readFile(new URL(name, directory), 'utf8')
-    const result = await runTranscript(text, tv, {name})
-    assert.equal(result.diff, '')
-    assert.deepEqual([result.findings, result.skipped], [[], []])
-    assert.equal(result.passed, true)
-    await tv.close()
-  })
-}
+await testTranscripts('on a launched TV', launch)
 
 test('a set without the virtual TV gets the plug-in\'s lines alone', async () => {
   const tv = await launch()
-  const text = await readFile(new URL('finding-channels.txt', directory), 'utf8')
+  const text = await transcript('finding-channels.txt')
   const result = await runTranscript(text, {Execute: (name, ...parameters) => tv.Execute(name, ...parameters)})
   const dots = text.split('\n').filter(line => /^> *\./.test(line)).length
   assert.equal(result.skipped.length, dots)

@@ -1,0 +1,23 @@
+// All transcripts of the tree, on TVs of some kind.
+import assert from 'node:assert/strict'
+import {readdir, readFile} from 'node:fs/promises'
+import {test} from 'node:test'
+import {runTranscript} from '../../../virtualtv/console/client/transcript.js'
+
+const directory = new URL('../../transcripts/', import.meta.url)
+
+export const transcript = name => readFile(new URL(name, directory), 'utf8')
+
+/** A test for each. @param make  makes a TV and connects to it */
+export async function testTranscripts(where, make) {
+  for (const name of (await readdir(directory)).filter(file => file.endsWith('.txt'))) {
+    test(`${name} passes ${where}`, async () => {
+      const tv = await make()
+      const result = await runTranscript(await transcript(name), tv, {name})
+      assert.equal(result.diff, '')
+      assert.deepEqual([result.findings, result.skipped], [[], []])
+      assert.equal(result.passed, true)
+      await tv.close()
+    })
+  }
+}

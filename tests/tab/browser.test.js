@@ -1,0 +1,77 @@
+// TVs in memory in a real browser: in the page, in a worker, and by the script.
+import assert from 'node:assert/strict'
+import {after, before, test} from 'node:test'
+import {page, useBrowser} from '../client/support/browser.js'
+import {cases} from '../client/support/cases.js'
+import {PackageSite} from './support/package.js'
+
+let site
+useBrowser()
+before(async () => {
+  site = await new PackageSite().listen()
+  site.pages.set('/cases', `<!doctype html><script src="/package/tv.js"></script>
+    <script type="module" src="/tab/inPage.js"></script>`)
+})
+after(() => site.close())
+
+const ways = [['createTv', 'in the page', cases.all], ['worker', 'in a worker', cases.client], ['script', 'by the script', cases.all]]
+
+for (const [maker, where, some] of ways) {
+  test(`what a client does with any set, ${where}`, async context => {
+    await page.goto(`${site.address}/cases`)
+    await page.waitForFunction(() => globalThis.runNamed)
+    for (const {name, expected} of some) {
+      await context.test(name, async () => {
+        const actual = await page.evaluate(([...given]) => globalThis.runNamed(...given), [name, maker])
+        assert.deepEqual(actual, expected)
+      })
+    }
+  })
+}
+
+test('the module is compiled while it comes, and from a server that does not say what it is', async () => {
+  await page.goto(site.address)
+  const mode = types => page.evaluate(async module => {
+    const {createTv} = await import('/package/client.js')
+    const tv = await createTv(module && {module})
+    const mode = await tv.window.GetTVMode()
+    await tv.close()
+    return mode
+  }, types)
+  assert.equal(await mode(), 1)
+  const {readFile} = await import('node:fs/promises')
+  const {directory} = await import('./support/package.js')
+  const body = await readFile(`${directory}/emp-window.wasm`)
+  site.pages.set('/untyped', {headers: {'Content-Type': 'application/octet-stream'}, body})
+  assert.equal(await mode('/untyped'), 1)
+  await assert.rejects(mode('/none.wasm'), /EmpTvError: createTv: the module \/none.wasm can't be loaded: status 404/)
+})
+
+test('where a policy forbids to compile, the error says what the page wants', async () => {
+  site.pages.set('/strict', {headers: {'Content-Security-Policy': "script-src 'self'"}, body: '<!doctype html><title>strict</title>'})
+  await page.goto(`${site.address}/strict`)
+  const message = await page.evaluate(() => import('/package/client.js').then(({createTv}) => createTv())
+    .then(() => 'made', error => `${error.name} ${error.what}: ${error.message}`))
+  assert.match(message, /^EmpTvError module: .*; the page's Content-Security-Policy wants 'wasm-unsafe-eval' in script-src$/)
+  site.pages.set('/allowing', {headers: {'Content-Security-Policy': "script-src 'self' 'wasm-unsafe-eval'"}, body: ''})
+  await page.goto(`${site.address}/allowing`)
+  assert.equal(await page.evaluate(async () => {
+    const {createTv} = await import('/package/client.js')
+    return (await createTv()).window.GetTVMode()
+  }), 1)
+})
+
+test('a worker whose TV can not be made, and one whose TV is closed, end the connection with the reason', async () => {
+  await page.goto(site.address)
+  const outcome = await page.evaluate(async () => {
+    const {connect, createTv} = await import('/package/client.js')
+    const {PortSocket, servePort} = await import('/package/port.js')
+    const tv = await createTv()
+    await tv.close()
+    const {port1, port2} = new MessageChannel()
+    servePort(tv, port2)
+    return connect(() => new PortSocket(port1)).then(() => 'connected', error => `${error.name}: ${error.message}`)
+  })
+  assert.equal(outcome, 'EmpConnectionError: the TV in memory can\'t be reached: the TV in memory was closed')
+})
+

@@ -1,0 +1,91 @@
+// TVs in memory in Node: what any client does, what they start from, that they end.
+import assert from 'node:assert/strict'
+import {test} from 'node:test'
+import {cases, runCase} from '../client/support/cases.js'
+import {EmpTvError, createTv, forgetTv, installWindow} from './support/package.js'
+
+const install = (target, tv, options) => installWindow(target, {tv, ...options})
+const list = 'One;Test:11836:HC34M2O0S0:S19.2E:27500:101:102:104:0:28106:1:1101:0\n'
+
+for (const one of cases.all) {
+  test(`${one.name}, in memory`, async () => {
+    assert.deepEqual(await runCase(one, createTv, install), one.expected)
+  })
+}
+
+test('a TV starts from a snapshot and a list', async () => {
+  const first = await createTv({list})
+  await first.set('country', 42)
+  const snapshot = await first.snapshot()
+  await first.close()
+  const tv = await createTv({snapshot})
+  assert.deepEqual([await tv.get('country'), (await tv.services()).total], ['42', 1])
+  await tv.close()
+  const both = await createTv({snapshot, list: `${list}${list.replace('One', 'Two').replace('28106', '28107')}`})
+  assert.deepEqual([await both.get('country'), (await both.services()).total], ['42', 2])
+  await both.close()
+})
+
+test('what a TV can not start from is told by a named error that says what and where', async () => {
+  const failures = [
+    [{snapshot: {}}, 'snapshot', /^createTv: snapshot: not a snapshot of a set/],
+    [{snapshot: 'text'}, 'snapshot', /^createTv: snapshot: /],
+    [{snapshot: {version: 99}}, 'snapshot', /^createTv: snapshot: version: .* 1, not 99$/],
+    [{list: 'nothing that is known'}, 'list', /^createTv: list: not a channel list of a known format/],
+    [{list: 'One;Test:x:HC34M2O0S0:S19.2E:27500:101:102:104:0:28106:1:1101:0\n'}, 'list', /^createTv: list: .*1/],
+    [{module: new URL('file:///no/such.wasm')}, 'module', /^createTv: the module file:.*such.wasm can't be loaded: ENOENT/],
+    [{module: new Uint8Array([1, 2, 3, 4])}, 'module', /^createTv: the module given can't be loaded: /],
+    [{module: new Uint8Array([0, 97, 115, 109, 1, 0, 0, 0])}, 'module', /^createTv: the module can't be started: /],
+    [{persist: 'key'}, 'storage', /^persist 'key': a TV is kept in browsers alone/],
+  ]
+  for (const [options, what, message] of failures) {
+    await assert.rejects(createTv(options), error => {
+      assert.ok(error instanceof EmpTvError, String(error))
+      assert.deepEqual([error.name, error.what], ['EmpTvError', what])
+      assert.match(error.message, message)
+      return true
+    })
+  }
+  await assert.rejects(createTv({persist: ''}), /a text is wanted as the key of persist/)
+  await assert.rejects(forgetTv('key'), {name: 'EmpTvError', what: 'storage'})
+  assert.throws(() => installWindow({}, {tv: {}, name: 'tvWindow'}), /a tv that createTv has made is wanted/)
+})
+
+test('without waiting, latencies only move the clock of the set', async () => {
+  const tv = await createTv({wait: false})
+  const tvWindow = installWindow({}, {tv, name: 'tvWindow'})
+  await tv.set('latency.IServiceNavigation::GetTvMode', 60_000)
+  const start = performance.now()
+  assert.deepEqual([await tv.window.GetTVMode(), tvWindow.GetTVMode()], [1, 1])
+  assert.ok(performance.now() - start < 20_000)
+  await tv.close()
+})
+
+test('an object on a TV that was closed throws', async () => {
+  const tv = await createTv()
+  const tvWindow = installWindow({}, {tv, name: 'tvWindow'})
+  await tv.close()
+  assert.throws(() => tvWindow.GetTVMode(), {name: 'EmpConnectionError', message: 'the TV in memory was closed', sent: false})
+})
+
+test('a TV that is left open does not keep the process', async () => {
+  const {spawnSync} = await import('node:child_process')
+  const {urlOf} = await import('./support/package.js')
+  const script = `import {createTv} from '${urlOf('client.js')}'; console.log(await (await createTv()).window.GetTVMode())`
+  const {stdout, status} = spawnSync(process.execPath, ['--input-type=module', '-e', script], {timeout: 60_000})
+  assert.deepEqual([stdout.toString(), status], ['1\n', 0])
+})
+
+test('a thousand TVs are made and closed without growth', async () => {
+  const round = async count => {
+    for (let at = 0; at < count; ++at) {
+      const tv = await createTv()
+      installWindow({}, {tv, name: 'tvWindow'}).GetTVMode()
+      await tv.close()
+    }
+    return process.memoryUsage().rss
+  }
+  const before = await round(200)
+  const after = await round(800)
+  assert.ok(after < before + 64 * 1024 * 1024, `${before} bytes after 200, ${after} after 1,000`)
+})

@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# run.sh PACKAGE [TEST...]: runs the tests of the TV in memory on the package that tools/wasm has made, all or those named by
+# their files. EMP_WINDOW_CLIENT_PACKAGES names the folder for what they need from the registry.
+set -euo pipefail
+here=$(dirname "$(readlink -f "$0")")
+[[ -f ${1:-}/emp-window.wasm ]] || {
+  sed -n '2,3s/^# //p' "$0" >&2
+  exit 2
+}
+EMP_WINDOW_PACKAGE=$(readlink -f "$1")
+EMP_WINDOW_CLIENT_PACKAGES=${EMP_WINDOW_CLIENT_PACKAGES:-$here/../../build/packages}
+export EMP_WINDOW_PACKAGE EMP_WINDOW_CLIENT_PACKAGES
+shift
+"$here/../client/packages.sh" "$EMP_WINDOW_CLIENT_PACKAGES"
+"$here/node18.sh" "$EMP_WINDOW_CLIENT_PACKAGES/node18"
+if [[ $# -gt 0 ]]; then tests=("$@"); else tests=("$here"/*.test.js); fi
+exec node --test --test-concurrency=1 "${tests[@]}"

@@ -1,0 +1,5 @@
+// All transcripts of the tree on TVs in memory.
+import {testTranscripts} from '../client/support/transcripts.js'
+import {createTv} from './support/package.js'
+
+await testTranscripts('in memory', createTv)
