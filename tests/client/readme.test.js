@@ -1,24 +1,21 @@
-// The examples of the client's README, run as they stand there but for the server's address.
+// The examples of the client's README that have a server, run as they stand there but for its address. tests/tab runs the others.
 import assert from 'node:assert/strict'
-import {spawnSync} from 'node:child_process'
-import {cp, mkdir, mkdtemp, readFile, rm, symlink, writeFile} from 'node:fs/promises'
+import {cp, mkdir, mkdtemp, rm, symlink, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, before, test} from 'node:test'
 import {fileURLToPath} from 'node:url'
 import {Page} from './support/page.js'
+import {blocks, example as exampleOf, runIn, scriptsOf} from './support/readme.js'
 import {endServers, program, serve} from './support/server.js'
 
 const client = fileURLToPath(new URL('../../virtualtv/console/client', import.meta.url))
 const transcripts = fileURLToPath(new URL('../transcripts', import.meta.url))
 const address = 'http://127.0.0.1:8090'
 
-let blocks
 let directory
 let server
 before(async () => {
-  const text = await readFile(join(client, 'README.md'), 'utf8')
-  blocks = [...text.matchAll(/^```(js|html)\n(.*?)^```$/gms)].map(([, language, code]) => ({language, code}))
   directory = await mkdtemp(join(tmpdir(), 'readme-test-'))
   await mkdir(join(directory, 'node_modules'))
   await symlink(client, join(directory, 'node_modules', 'emp-window'))
@@ -30,32 +27,19 @@ after(async () => {
   await rm(directory, {recursive: true})
 })
 
-/** The example that has a text in it. */
-function example(text) {
-  const found = blocks.filter(({code}) => code.includes(text))
-  assert.equal(found.length, 1, `examples with '${text}'`)
-  return found[0].code.replaceAll(address, server.address)
-}
+const example = part => exampleOf(part).replaceAll(address, server.address)
+const run = (file, ...words) => runIn(directory, file, words, {EMP_WINDOW: program})
 
-/** Runs a file of the scratch folder in Node. @return what it printed */
-function run(file, ...words) {
-  const {stdout, stderr, status} = spawnSync(process.execPath, [...words, file],
-    {cwd: directory, encoding: 'utf8', timeout: 30_000, env: {...process.env, EMP_WINDOW: program, NODE_TEST_CONTEXT: undefined}})
-  assert.equal(status, 0, `${file}: ${stdout}${stderr}`)
-  return stdout
-}
-
-test('every example is run here', () => {
-  assert.equal(blocks.length, 6)
+test('every example is run, here or in tests/tab', () => {
+  assert.equal(blocks.length, 10)
 })
 
 test('the app shows the channel and the next one', async () => {
-  const html = example('<!doctype html>')
-  const [, source] = /<script src="([^"]+)">/.exec(html)
-  const [, script] = /<script type="module">(.*)<\/script>/s.exec(html)
+  const {source} = scriptsOf(example('window.js?name='))
+  const {app} = scriptsOf(example('<!doctype html>'))
   const page = new Page()
   await page.load(source)
-  page.run(`{${script}}`)
+  page.run(`{${app}}`)
   assert.equal(page.element('name').textContent, 'Lighthouse One')
   page.element('next').onclick()
   assert.equal(page.element('name').textContent, 'Lighthouse Two')
@@ -63,12 +47,12 @@ test('the app shows the channel and the next one', async () => {
 })
 
 test('the module puts the object in place', async () => {
-  await writeFile(join(directory, 'install.js'), `${example('installWindow(globalThis')}console.log(tvWindow.GetTVMode())\n`)
+  await writeFile(join(directory, 'install.js'), `${example('installWindow(globalThis, {address')}console.log(tvWindow.GetTVMode())\n`)
   assert.equal(run('install.js'), '1\n')
 })
 
 test('the test in Node passes', async () => {
-  await writeFile(join(directory, 'app.test.js'), example('the app survives'))
+  await writeFile(join(directory, 'app.test.js'), example('const tv = await launch()\n  await tv.fault'))
   assert.match(run('app.test.js', '--test'), /# pass 1\n/)
 })
 
@@ -78,7 +62,7 @@ test('the fixture for Playwright gives each test a TV, and ends it', async () =>
   await mkdir(runner, {recursive: true})
   await writeFile(join(runner, 'package.json'), '{"type": "module", "exports": "./index.js"}')
   await writeFile(join(runner, 'index.js'), 'export const expect = {}\nexport const test = {extend: fixtures => ({fixtures})}\n')
-  await writeFile(join(directory, 'fixture.js'), example('@playwright/test'))
+  await writeFile(join(directory, 'fixture.js'), example('base.extend'))
   await writeFile(join(directory, 'use.js'), `
     import {test} from './fixture.js'
     const scripts = []

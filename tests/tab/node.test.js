@@ -28,11 +28,11 @@ test('a TV starts from a snapshot and a list', async () => {
 
 test('what a TV can not start from is told by a named error that says what and where', async () => {
   const failures = [
-    [{snapshot: {}}, 'snapshot', /^createTv: snapshot: not a snapshot of a set/],
-    [{snapshot: 'text'}, 'snapshot', /^createTv: snapshot: /],
-    [{snapshot: {version: 99}}, 'snapshot', /^createTv: snapshot: version: .* 1, not 99$/],
-    [{list: 'nothing that is known'}, 'list', /^createTv: list: not a channel list of a known format/],
-    [{list: 'One;Test:x:HC34M2O0S0:S19.2E:27500:101:102:104:0:28106:1:1101:0\n'}, 'list', /^createTv: list: .*1/],
+    [{snapshot: {}}, 'snapshot', /^the TV in memory: snapshot: not a snapshot of a set/],
+    [{snapshot: 'text'}, 'snapshot', /^the TV in memory: snapshot: /],
+    [{snapshot: {version: 99}}, 'snapshot', /^the TV in memory: snapshot: version: .* 1, not 99$/],
+    [{list: 'nothing that is known'}, 'list', /^the TV in memory: list: not a channel list of a known format/],
+    [{list: 'One;Test:x:HC34M2O0S0:S19.2E:27500:101:102:104:0:28106:1:1101:0\n'}, 'list', /^the TV in memory: list: .*1/],
     [{module: new URL('file:///no/such.wasm')}, 'module', /^createTv: the module file:.*such.wasm can't be loaded: ENOENT/],
     [{module: new Uint8Array([1, 2, 3, 4])}, 'module', /^createTv: the module given can't be loaded: /],
     [{module: new Uint8Array([0, 97, 115, 109, 1, 0, 0, 0])}, 'module', /^createTv: the module can't be started: /],

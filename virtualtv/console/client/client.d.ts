@@ -49,10 +49,11 @@ export class EmpConnectionError extends Error {
 /** A TV in memory can't be made, kept or started. */
 export class EmpTvError extends Error {
   /**
-   * What is to blame: the module, the snapshot or the list that was given; `persist`: another tab has the TV (`in use`), the
-   * browser can't keep it (`storage`), or what it keeps can't be used (`kept`).
+   * What is to blame: the module, the snapshot or the list that was given; there is not enough memory; it has broken down
+   * (`failed`). With `persist`: another tab has the TV (`in use`), the browser can't keep it (`storage`), or what it keeps can't
+   * be used (`kept`).
    */
-  readonly what: 'module' | 'snapshot' | 'list' | 'in use' | 'storage' | 'kept'
+  readonly what: 'module' | 'snapshot' | 'list' | 'memory' | 'failed' | 'in use' | 'storage' | 'kept'
   /** What is wrong with a snapshot, a list or what is kept, and where. */
   readonly reason?: string
   /** What is kept and can't be used. */
@@ -253,6 +254,8 @@ export interface TvOptions extends Application {
   list?: string
   /** False lets no call take the time that latencies give it, as `--no-wait` of the server. */
   wait?: boolean
+  /** Bytes that the set may take, up to 2 GiB. A call that needs more fails, and the set goes on. */
+  maximumMemory?: number
 }
 
 export interface CreateTvOptions extends TvOptions {

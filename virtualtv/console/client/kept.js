@@ -158,8 +158,8 @@ class Keeper {
     const {document} = globalThis
     globalThis.addEventListener('pagehide', this.#saveNow)
     document?.addEventListener('visibilitychange', this.#saveNow)
-    this.#connection = set.connect(() => this.#timer ??= setTimeout(this.#saveNow, Math.max(pause, share * this.#cost)))
-    this.#connection.take(JSON.stringify({jsonrpc: '2.0', method: 'events.subscribe', params: {topics}}))
+    this.#connection = set.open(() => this.#timer ??= setTimeout(this.#saveNow, Math.max(pause, share * this.#cost)))
+    this.#connection.send(JSON.stringify({jsonrpc: '2.0', method: 'events.subscribe', params: {topics}}))
     this.#save()
   }
 

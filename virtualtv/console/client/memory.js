@@ -3,7 +3,7 @@
  * script tv.js too, so it loads nothing by itself.
  */
 import {Tv} from './connected.js'
-import {instantiate} from './module.js'
+import {EmpModuleError, startSet} from './module.js'
 import './window.js'
 
 const {EmpConnectionError, EmpTvError, memory, sets} = globalThis[Symbol.for('emp-window/2')]
@@ -22,50 +22,44 @@ function turns() {
 
 const later = turns()
 
-/** Lets the thread stand still for milliseconds, as a call on a set does that takes its time. */
-export function block(milliseconds) {
-  const end = performance.now() + milliseconds
-  try {
-    Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, milliseconds)
-  } catch {
-    // A page may not wait, and one of a site that is not isolated has no SharedArrayBuffer.
-  }
-  while (performance.now() < end);
+/** What a failure of the module is called here. @param what  for those that are not the module's own */
+function named(error) {
+  if (!(error instanceof EmpModuleError)) return error
+  if (error.code === 'closed') return new EmpConnectionError(`${memory} was closed`)
+  const what = {memory: 'memory', snapshot: 'snapshot', version: 'module', compile: 'module'}[error.code] ?? 'failed'
+  const where = what === 'snapshot' ? `${what}: ` : ''
+  return new EmpTvError(what, `${memory}: ${where}${error.message}`, {cause: error, reason: error.message})
 }
 
-/** A set as long as it is there. What it can't do any more throws a named error. */
+function attempt(call) {
+  try {
+    return call()
+  } catch (error) {
+    throw named(error)
+  }
+}
+
+/** A set, whose failures have names. */
 class MemorySet {
   #set
-  #closed
 
-  constructor(module, {wait = true} = {}) {
-    try {
-      this.#set = instantiate(module, {block, wait})
-    } catch (cause) {
-      throw new EmpTvError('module', `createTv: the module can't be started: ${cause.message}`, {cause})
-    }
+  constructor(module, {snapshot, wait, maximumMemory}) {
+    this.#set = attempt(() => startSet(module, {snapshot, waits: wait, maximumMemory}))
   }
 
-  /** A connection of `listener(text)`, to a session that a call has opened or to one of its own: {take(text), close()}. */
-  connect(listener, session) {
-    return this.#use(set => set.connect(listener, session))
+  /** A connection of `listener(text)`, to a session that a call has opened or to one of its own: {send(text), close()}. */
+  open(listener, session) {
+    const {send, close} = attempt(() => this.#set.open(listener, session))
+    return {send: text => attempt(() => send(text)), close: () => attempt(close)}
   }
 
   /** The answer to a request, which has run when this returns. */
   post(text, session) {
-    return this.#use(set => set.post(text, session))
+    return attempt(() => this.#set.post(text, session))
   }
 
   close() {
-    if (this.#closed) return
-    this.#closed = true
     this.#set.close()
-    this.#set = undefined
-  }
-
-  #use(call) {
-    if (this.#closed) throw new EmpConnectionError(`${memory} was closed`)
-    return call(this.#set)
   }
 }
 
@@ -81,7 +75,7 @@ export class SetSocket {
   }
 
   send(text) {
-    this.#connection.take(text)
+    this.#connection.send(text)
   }
 
   close(code = 1000, reason = '') {
@@ -94,7 +88,7 @@ export class SetSocket {
   #open() {
     if (this.readyState !== 0) return
     try {
-      this.#connection = this.#set.connect(text => later(() => this.readyState === 1 && this.onmessage?.({data: text})))
+      this.#connection = this.#set.open(text => later(() => this.readyState === 1 && this.onmessage?.({data: text})))
     } catch (error) {
       this.onerror?.({message: error.message})
       this.close(1006)
@@ -105,25 +99,20 @@ export class SetSocket {
   }
 }
 
-/** Asks a set at once. @param what  for the error: what of the options is to blame where it refuses */
-function ask(set, method, params, what) {
-  const {result, error} = JSON.parse(set.post(JSON.stringify({jsonrpc: '2.0', id: 1, method, params})))
-  if (!error) return result
-  const reason = (error.data?.reason ?? error.message).replace(`${what}: `, '')
-  throw new EmpTvError(what, `createTv: ${what}: ${reason}`, {reason})
+/** Imports a list, before anybody is connected. */
+function importList(set, content) {
+  const call = {jsonrpc: '2.0', id: 1, method: 'tv.import', params: {content, name: 'list'}}
+  const {error} = JSON.parse(set.post(JSON.stringify(call)))
+  if (!error) return
+  const reason = (error.data?.reason ?? error.message).replace(/^list: /, '')
+  throw new EmpTvError('list', `${memory}: list: ${reason}`, {reason})
 }
 
-/** Gives a new set what it starts from. */
-function fill(set, {snapshot, list}) {
-  if (snapshot !== undefined) ask(set, 'tv.restore', {snapshot}, 'snapshot')
-  if (list !== undefined) ask(set, 'tv.import', {content: list, name: 'list'}, 'list')
-}
-
-/** Makes a set of a compiled module. @param options  {snapshot, list, wait} of `createTv` */
+/** Makes a set of a compiled module. @param options  {snapshot, list, wait, maximumMemory} of `createTv` */
 export function makeSet(module, options) {
   const set = new MemorySet(module, options)
   try {
-    fill(set, options)
+    if (options.list !== undefined) importList(set, options.list)
   } catch (error) {
     set.close()
     throw error

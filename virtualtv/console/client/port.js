@@ -21,13 +21,13 @@ export function servePort(tv, port) {
   port.onmessage = ({data}) => {
     if (data.close) return end({code: 1000, reason: ''})
     try {
-      connection?.take(data)
+      connection?.send(data)
     } catch (error) {
       end({code: 1011, reason: error.message})
     }
   }
   try {
-    connection = setOf(tv).connect(text => port.postMessage(text))
+    connection = setOf(tv).open(text => port.postMessage(text))
     port.postMessage({open: true})
   } catch (error) {
     end({code: 1011, reason: error.message})

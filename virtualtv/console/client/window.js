@@ -47,7 +47,7 @@
   /** What messages call a set that is not on a server. */
   const memory = 'the TV in memory'
 
-  /** The sets behind the clients that `createTv` has made: {connect, post, close}. */
+  /** The sets behind the clients that `createTv` has made: {open, post, close}. */
   const sets = new WeakMap()
 
   /** The address of a server as it stands in front of a path: without a slash at the end. */
@@ -142,7 +142,7 @@
       post: (body, session) => ({status: 200, text: set.post(body, session)}),
       adopt(session) {
         this.release()
-        this.connection = set.connect(() => {}, session)
+        this.connection = set.open(() => {}, session)
       },
       release() {
         this.connection?.close()

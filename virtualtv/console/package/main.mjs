@@ -1,6 +1,6 @@
 /*
- * main.mjs WASM WRAPPER DIRECTORY: makes the package that npm installs: the client, the set's module as emp-window.wasm, the
- * wrapper around it as module.js, and the script tv.js, which has all of it inside.
+ * main.mjs WASM DIRECTORY: makes the package that npm installs: the client, the set's module as emp-window.wasm, and the script
+ * tv.js, which has all of it inside.
  */
 import {copyFileSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync} from 'node:fs'
 import {join} from 'node:path'
@@ -21,16 +21,15 @@ function copyClient(directory) {
   for (const name of readdirSync(client)) copyFileSync(join(client, name), join(directory, name))
 }
 
-const [wasm, wrapper, directory] = process.argv.slice(2)
-if (process.argv.length !== 5) {
-  console.error('main.mjs WASM WRAPPER DIRECTORY')
+const [wasm, directory] = process.argv.slice(2)
+if (process.argv.length !== 4) {
+  console.error('main.mjs WASM DIRECTORY')
   process.exit(2)
 }
 rmSync(directory, {recursive: true, force: true})
 mkdirSync(directory, {recursive: true})
 copyClient(directory)
 copyFileSync(wasm, join(directory, 'emp-window.wasm'))
-copyFileSync(wrapper, join(directory, 'module.js'))
 const text = file => readFileSync(file, 'utf8')
 const scripts = {'./bytes.js': bytesModule(readFileSync(wasm))}
 for (const name of ['module', 'window', 'events', 'wire', 'connected', 'memory']) {
