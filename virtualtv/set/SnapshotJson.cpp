@@ -42,10 +42,10 @@ Json::Value numbersOf(const char* name, const Text& text) {
   return json;
 }
 
-Json::Value jsonOf(const std::string& bytes) {
+Json::Value persistedJson(const std::string& bytes) {
   return text::isUtf8(bytes) ? Json::Value(bytes) : numbersOf("bytes", bytes);
 }
-Json::Value jsonOf(const std::u16string& units) {
+Json::Value persistedJson(const std::u16string& units) {
   const std::string utf8 = text::toUtf8(units);
   return text::toUnits(utf8) == units ? Json::Value(utf8) : numbersOf("units", units);
 }
@@ -71,20 +71,20 @@ std::u16string unitsIn(const JsonPart& part) {
 
 // The state.
 
-Json::Value jsonOf(int number) {
+Json::Value persistedJson(int number) {
   return number;
 }
-Json::Value jsonOf(bool truth) {
+Json::Value persistedJson(bool truth) {
   return truth;
 }
-Json::Value jsonOf(ServiceKey key) {
+Json::Value persistedJson(ServiceKey key) {
   return Json::Int64{key};
 }
-Json::Value jsonOf(std::uint64_t id) {
+Json::Value persistedJson(std::uint64_t id) {
   return std::to_string(id);
 }
 template <typename Track>
-Json::Value jsonOf(const std::vector<Track>& tracks) {
+Json::Value persistedJson(const std::vector<Track>& tracks) {
   return textOf(tracks);
 }
 
@@ -112,7 +112,7 @@ void read(const JsonPart& part, const Persisted&, std::vector<SubtitleTrack>& tr
 
 Json::Value stateOf(const TvState& state) {
   Json::Value json(Json::objectValue);
-  visitPersisted(state, [&](const Persisted& place, const auto& value) { json[place.name] = jsonOf(value); });
+  visitPersisted(state, [&](const Persisted& place, const auto& value) { json[place.name] = persistedJson(value); });
   return json;
 }
 
@@ -143,8 +143,8 @@ void requireServices(const JsonPart& part, const Snapshot& snapshot) {
 
 Json::Value settingOf(const std::string& key, const Setting& value) {
   Json::Value json;
-  json["key"] = jsonOf(key);
-  json["value"] = std::visit([](const auto& held) { return jsonOf(held); }, value);
+  json["key"] = persistedJson(key);
+  json["value"] = std::visit([](const auto& held) { return persistedJson(held); }, value);
   return json;
 }
 
@@ -187,10 +187,10 @@ std::uint64_t numberIn(int fieldId, const JsonPart& part) {
 
 Json::Value serviceOf(ServiceKey key, const Service& service) {
   Json::Value json;
-  json["key"] = jsonOf(key);
+  json["key"] = persistedJson(key);
   for (const auto& [id, number] : service.numbers) json["numbers"][nameOfField(id)] = numberOf(id, number);
-  for (const auto& [id, units] : service.texts) json["texts"][nameOfField(id)] = jsonOf(units);
-  if (!service.group.empty()) json["group"] = jsonOf(service.group);
+  for (const auto& [id, units] : service.texts) json["texts"][nameOfField(id)] = persistedJson(units);
+  if (!service.group.empty()) json["group"] = persistedJson(service.group);
   if (!service.audio.empty()) json["audio"] = textOf(service.audio);
   if (!service.subtitles.empty()) json["subtitles"] = textOf(service.subtitles);
   if (!service.favourites.empty()) json["favourites"] = textOf(service.favourites);

@@ -1,7 +1,7 @@
 /*
  * Finds and compiles the set's module, once for all sets of a page or process.
  */
-import {compile} from './module.js'
+import {compile, compileNow} from './module.js'
 import './window.js'
 
 const {EmpTvError, memory} = globalThis[Symbol.for('emp-window/2')]
@@ -17,7 +17,8 @@ function adviceOn(cause) {
 async function compileFrom(source) {
   try {
     const isFile = source instanceof URL && source.protocol === 'file:'
-    return await compile(isFile ? await (await import('./node-file.js')).read(source) : source)
+    // Functions are compiled as they are called, so doing it at once is faster here than by other threads.
+    return isFile ? compileNow(await (await import('./node-file.js')).read(source)) : await compile(source)
   } catch (cause) {
     const where = source instanceof URL || typeof source === 'string' ? ` (${source})` : ''
     throw new EmpTvError('module', `${memory}: ${cause.message}${where}${adviceOn(cause)}`, {cause})
