@@ -24,7 +24,7 @@ export const rows = [
     key('Channel down', '−', {keyboard: ['PageDown'], look: 'step'}), key('Down', '▼', {keyboard: ['ArrowDown']}),
     key('Exit', 'x', {letter: 'x', keyboard: ['Escape']})]},
   {spans: [2, 2, 2, 3, 3], keys: [key('Previous channel', '⇄', {keyboard: ['Backspace']}), digit(0),
-    key('Back', '↩K', {letter: 'k'}), key('Menu', 'Menu', {letter: 'n'}), key('Guide', 'Guide', {letter: 'd'})]},
+    key('Back', 'K', {letter: 'k', icon: 'M4 1V3H7A3 3 0 0 1 7 9H3V7.5H7A1.5 1.5 0 0 0 7 4.5H4V6.5L0.5 3.75Z'}), key('Menu', 'Menu', {letter: 'n'}), key('Guide', 'Guide', {letter: 'd'})]},
   {spans: [4, 4, 4], keys: [key('Source', 'Source', {letter: 's'}), key('Audio', 'Audio', {letter: 'a'}),
     key('Subtitles', 'Subtitles', {letter: 't'})]},
   {spans: [3, 3, 2, 2, 2], keys: [key('Mute picture', 'Mute', {letter: 'm'}), key('Picture-in-picture', 'P', {letter: 'p', icon: 'M0 1H10V9H0ZM1 2V8H9V2ZM5 5H8V7H5Z'}),
