@@ -1,50 +1,46 @@
 // TVs in memory in a real browser: in the page, in a worker, and by the script.
 import assert from 'node:assert/strict'
+import {readFile} from 'node:fs/promises'
 import {after, before, test} from 'node:test'
 import {page, useBrowser} from '../client/support/browser.js'
 import {cases} from '../client/support/cases.js'
-import {PackageSite} from './support/package.js'
+import {PackageSite, directory} from './support/package.js'
 
 let site
 useBrowser()
 before(async () => {
   site = await new PackageSite().listen()
-  site.pages.set('/cases', `<!doctype html><script src="/package/tv.js"></script>
-    <script type="module" src="/tab/inPage.js"></script>`)
+  const cases = '<!doctype html><script type="module" src="/tab/inPage.js"></script>'
+  site.pages.set('/module', cases)
+  site.pages.set('/script', `${cases}<script src="/package/tv.js"></script>`)
 })
 after(() => site.close())
 
-const ways = [['createTv', 'in the page', cases.all], ['worker', 'in a worker', cases.client], ['script', 'by the script', cases.all]]
-
-for (const [maker, where, some] of ways) {
-  test(`what a client does with any set, ${where}`, async context => {
-    await page.goto(`${site.address}/cases`)
-    await page.waitForFunction(() => globalThis.runNamed)
-    for (const {name, expected} of some) {
-      await context.test(name, async () => {
-        const actual = await page.evaluate(([...given]) => globalThis.runNamed(...given), [name, maker])
-        assert.deepEqual(actual, expected)
-      })
-    }
-  })
+for (const [maker, where, path, some] of [['createTv', 'in the page', '/module', cases.all],
+  ['worker', 'in a worker', '/module', cases.client], ['script', 'by the script', '/script', cases.all]]) {
+  for (const {name, expected} of some) {
+    test(`${name}, ${where}`, async () => {
+      await page.goto(site.address + path)
+      await page.waitForFunction(() => globalThis.runNamed)
+      assert.deepEqual(await page.evaluate(([...given]) => globalThis.runNamed(...given), [name, maker]), expected)
+    })
+  }
 }
 
 test('the module is compiled while it comes, and from a server that does not say what it is', async () => {
   await page.goto(site.address)
-  const mode = types => page.evaluate(async module => {
+  const modeOf = given => page.evaluate(async module => {
     const {createTv} = await import('/package/client.js')
     const tv = await createTv(module && {module})
     const mode = await tv.window.GetTVMode()
     await tv.close()
     return mode
-  }, types)
-  assert.equal(await mode(), 1)
-  const {readFile} = await import('node:fs/promises')
-  const {directory} = await import('./support/package.js')
+  }, given)
+  assert.equal(await modeOf(), 1)
   const body = await readFile(`${directory}/emp-window.wasm`)
   site.pages.set('/untyped', {headers: {'Content-Type': 'application/octet-stream'}, body})
-  assert.equal(await mode('/untyped'), 1)
-  await assert.rejects(mode('/none.wasm'), /EmpTvError: createTv: the module \/none.wasm can't be loaded: status 404/)
+  assert.equal(await modeOf('/untyped'), 1)
+  await assert.rejects(modeOf('/none.wasm'), /EmpTvError: the TV in memory: .* 404 \(\/none.wasm\)/)
 })
 
 test('where a policy forbids to compile, the error says what the page wants', async () => {

@@ -53,8 +53,9 @@ test('what was awaited is there again after a reload, each time', async () => {
   for (let number = 1; number <= 15; ++number) {
     assert.equal(await make(), undefined)
     if (number > 1) assert.equal(await country(), String(number - 1))
-    await page.evaluate(value => tv.set('country', value), number)
-    await page.reload()
+    await Promise.all([page.waitForEvent('load'), page.evaluate(value => {
+      tv.set('country', value).then(() => location.reload())
+    }, number)])
     await page.waitForFunction(() => globalThis.createTv)
   }
 })

@@ -104,7 +104,9 @@ function importList(set, content) {
   const call = {jsonrpc: '2.0', id: 1, method: 'tv.import', params: {content, name: 'list'}}
   const {error} = JSON.parse(set.post(JSON.stringify(call)))
   if (!error) return
-  const reason = (error.data?.reason ?? error.message).replace(/^list: /, '')
+  const {reason: whole = error.message, problems: [first] = []} = error.data ?? {}
+  const where = first ? `: ${first.line === undefined ? first.at : `line ${first.line}`}: ${first.reason}` : ''
+  const reason = whole.replace(/^list: /, '') + where
   throw new EmpTvError('list', `${memory}: list: ${reason}`, {reason})
 }
 
