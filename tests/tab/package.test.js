@@ -70,6 +70,13 @@ test('the test for Node passes', async () => {
   assert.match(runIn(project, 'app.test.js', ['--test']), /# pass 1\n/)
 })
 
+test('the test in the docs passes', async () => {
+  const text = await readFile(new URL('../../docs/app.md', import.meta.url), 'utf8')
+  const [, code] = /^```js\n(import assert.*?)^```$/ms.exec(text)
+  await writeFile(join(project, 'docs.test.js'), code)
+  assert.match(runIn(project, 'docs.test.js', ['--test']), /# pass 1\n/)
+})
+
 test('the test for Playwright passes', async () => {
   // In place of the test runner: runs the test with a page, whose address is that of a development server.
   const runner = join(project, 'node_modules', '@playwright', 'test')
