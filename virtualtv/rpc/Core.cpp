@@ -244,13 +244,17 @@ void Core::post(std::string_view message, const std::optional<std::string>& sess
   try {
     found = session ? &seat(*session) : &shared();
   } catch (const NoSuchSession& error) {
-    Job job(message, {});
-    job.refuseRest({Code::noSuchSession, error.what()});
-    return answered(std::move(job.reply));
+    return refuse(message, {Code::noSuchSession, error.what()}, answered);
   } catch (const TooManySessions&) {
     return answered(std::nullopt);
   }
   enqueue(*found, message, std::move(answered));
+}
+
+void Core::refuse(std::string_view message, const Failure& failure, const Answered& answered) {
+  Job job(message, {});
+  job.refuseRest(failure);
+  answered(std::move(job.reply));
 }
 
 /// Has a session opened without that of requests that name none, which may be waiting for a time, or for its first

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "rpc/Events.h"
+#include "rpc/Failure.h"
 #include "rpc/Server.h"
 #include "shell/FileAccess.h"
 #include "shell/Session.h"
@@ -88,6 +89,8 @@ class Core {
   void enqueue(Seat& seat, std::string_view message, Answered answered);
   /// Handles a message of a client that is not connected. @param session  as `Server::post` has it.
   void post(std::string_view message, const std::optional<std::string>& session, Answered answered);
+  /// Answers a message without running anything of it.
+  static void refuse(std::string_view message, const Failure& failure, const Answered& answered);
   /// Tells what the set could not read or keep.
   void complain(const std::vector<std::string>& complaints) const;
   /// Sends an event to a session that is connected; ends the connection of one that is too slow.

@@ -17,17 +17,24 @@ Client::~Client() {
 }
 
 void Client::take(std::string_view message, std::function<void()> done) {
-  if (!core_.seats().contains(session_)) {  // the client has closed it, and goes on with another
-    Seat& seat = core_.open();
-    seat.outlet = &outlet_;
-    session_ = seat.id;
+  const auto answered = [this, alive = alive_, done = std::move(done)](std::optional<std::string> reply) {
+    if (!*alive) return;
+    if (reply && !reply->empty()) outlet_.send(std::make_shared<const std::string>(*std::move(reply)));
+    done();
+  };
+  try {
+    if (!core_.seats().contains(session_)) openAnother();
+  } catch (const TooManySessions& error) {
+    return Core::refuse(message, {Code::badValue, error.what()}, answered);
   }
-  core_.enqueue(core_.seat(session_), message,
-                [this, alive = alive_, done = std::move(done)](std::optional<std::string> reply) {
-                  if (!*alive) return;
-                  if (reply && !reply->empty()) outlet_.send(std::make_shared<const std::string>(*std::move(reply)));
-                  done();
-                });
+  core_.enqueue(core_.seat(session_), message, answered);
+}
+
+/// The client has closed its session, and goes on with another.
+void Client::openAnother() {
+  Seat& seat = core_.open();
+  seat.outlet = &outlet_;
+  session_ = seat.id;
 }
 
 Server::Server(device::Device& device, Options options) : core_(std::make_unique<Core>(device, std::move(options))) {}

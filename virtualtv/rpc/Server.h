@@ -63,6 +63,8 @@ class Client {
   void take(std::string_view message, std::function<void()> done);
 
  private:
+  void openAnother();
+
   Core& core_;
   Outlet& outlet_;
   std::string session_;

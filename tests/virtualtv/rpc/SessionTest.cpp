@@ -240,6 +240,21 @@ TEST_F(FewSessions, AreRefusedBeyondTheirNumber) {
   EXPECT_TRUE(posted("tv.state").isMember("result"));
 }
 
+TEST_F(FewSessions, AreRefusedToAConnectionThatClosedItsOwn) {
+  Connected one(server);
+  Connected other(server);
+  one.result("session.close");
+  auto third = std::make_unique<Connected>(server);
+  const Json::Value refused = one.call("tv.get", json(R"(["region"])"));
+  EXPECT_EQ(codeOf(refused), 1002);
+  EXPECT_EQ(reasonOf(refused), "there are 2 sessions, as many as may be");
+  one.say(R"({"jsonrpc":"2.0","method":"tv.set","params":["region","7"]})");
+  EXPECT_TRUE(one.takeTexts().empty());
+  EXPECT_EQ(one.done, 3);
+  third.reset();
+  EXPECT_NE(one.result("tv.get", json(R"(["region"])"))["value"], "7");
+}
+
 TEST_F(FewSessions, AreNotOpenedByRequestsBeyondTheirNumber) {
   const std::string open = R"({"jsonrpc":"2.0","id":1,"method":"session.open"})";
   const std::string session = posted("session.open")["result"]["session"].asString();
