@@ -121,6 +121,28 @@ test('faults are removed one by one and all at once, those of others too', async
   assert.deepEqual(await shown.tv.faults(), [])
 })
 
+test('who removes faults by keyboard goes on with the next one, then with the search', async () => {
+  await open()
+  for (const name of ['GetTvMode', 'TuneService']) await shown.tv.fault(`IServiceNavigation::${name}`, {result: 0})
+  const focused = () => shown.page.evaluate(() => document.activeElement.ariaLabel ?? document.activeElement.id)
+  await pane.getByRole('button', {name: 'Remove fault 1'}).press('Enter')
+  await pane.getByText('Faults set: 1').waitFor()
+  assert.equal(await focused(), 'Remove fault 2')
+  await shown.page.keyboard.press('Enter')
+  await pane.getByText('None. Run a scenario').waitFor()
+  assert.equal(await focused(), 'fault-search')
+})
+
+test('nothing of the scenario without navigation stays when its fault is removed', async () => {
+  await open()
+  await run('No navigation').click()
+  await undo('No navigation').waitFor()
+  await pane.getByRole('button', {name: 'Remove all'}).click()
+  await shown.page.locator('emp-foot').getByText('> .reopen').waitFor()
+  await shown.page.getByRole('button', {name: 'Channel up'}).click()
+  await shown.pane('Remote control').getByText('2 Lighthouse Two').waitFor()
+})
+
 const scenarios = [
   ['Signal fades', ['.set tuner.fade 255'], async () => [await command('GetSignalStrength')], [0]],
   ['Secondary manager gone', ['.set isp.present off'],

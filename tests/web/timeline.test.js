@@ -195,6 +195,19 @@ test('a chosen command shows the state behind it and the past, until a person is
   assert.equal(await past(), null)
 })
 
+test('who leaves the past by keyboard is on the list or on the screen then', async () => {
+  shown = await Console.open()
+  const {page} = shown
+  const focused = () => page.evaluate(() => document.activeElement.ariaLabel)
+  await shown.tv.window.SetChannel(3, 0)
+  for (const [button, place] of [['Now', 'What has happened'], ['Back to now', 'App space']]) {
+    await line('SetChannel 3 0').click()
+    await page.getByRole('button', {name: button, exact: true}).press('Enter')
+    await detail().waitFor({state: 'hidden'})
+    assert.equal(await focused(), place)
+  }
+})
+
 test('going back asks first, and makes the set what it was', async () => {
   shown = await Console.open()
   await shown.tv.window.SetChannel(3, 0)

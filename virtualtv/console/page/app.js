@@ -100,9 +100,15 @@ class App extends Part {
         ] : h('p', {class: 'dim'}, 'No app. Start one of those below: it runs over the picture and gets the keys of the remote control.')),
       h('div', {class: 'row'},
         h('button', {disabled: !app, onclick: reload}, 'Reload'),
-        h('button', {disabled: !app, onclick: () => appFrames.close()}, 'Close app'),
+        h('button', {disabled: !app, onclick: this.#close}, 'Close app'),
         h('button', {disabled: !app, onclick: () => this.querySelector('dialog')?.showModal()}, 'Reload and reset the TV')),
     ]
+  }
+
+  /** Its button is of no use then: who pressed it by keyboard goes on with the apps to start. */
+  #close = (/** @type {MouseEvent} */ {detail}) => {
+    if (detail === 0) /** @type {HTMLElement} */ (this.querySelector('.app-choice button')).focus()
+    appFrames.close()
   }
 
   /** @param {string} address */

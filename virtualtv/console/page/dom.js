@@ -51,9 +51,13 @@ function flat(children) {
 function drawChildren(parent, children) {
   /** @type {Map<string | number, ChildNode>} */
   const keyed = new Map()
-  for (const node of parent.childNodes) {
+  const wanted = new Set(children.map(child => typeof child === 'string' ? undefined : child.key))
+  for (const node of [...parent.childNodes]) {
     const key = drawn.get(node)?.key
-    if (key !== undefined) keyed.set(key, node)
+    if (key === undefined) continue
+    // Those that go do so first: a sibling that is moved past them would lose the focus.
+    if (wanted.has(key)) keyed.set(key, node)
+    else node.remove()
   }
   /** @type {ChildNode | null} */
   let at = parent.firstChild

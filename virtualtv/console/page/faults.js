@@ -1,9 +1,9 @@
-import {act, tv} from './act.js'
+import {tv} from './act.js'
 import {attempt} from './attempt.js'
 import {h} from './dom.js'
 import './fault-form.js'
 import {Part} from './part.js'
-import {linesOf, scenarios, slowKnob} from './scenarios.js'
+import {behind, linesOf, scenarios, slowKnob} from './scenarios.js'
 import {store} from './store.js'
 
 /** Faults that are set, scenarios that set some, and a form for any other. */
@@ -48,13 +48,24 @@ class Faults extends Part {
     return [
       h('div', {class: 'row'},
         h('h3', {class: 'grow'}, `Faults set${faults.length ? `: ${faults.length}` : ''}`),
-        h('button', {disabled: faults.length === 0, onclick: () => act('tv.clearFaults')}, 'Remove all')),
+        h('button', {disabled: faults.length === 0, onclick: this.#remove}, 'Remove all')),
       faults.length === 0 && h('p', {class: 'dim'}, 'None. Run a scenario, or choose a call below.'),
       h('ul', {class: 'fault-list', 'aria-label': 'Faults set'}, faults.map(({id, fault, hits}) => h('li', {key: id},
         h('code', {class: 'fault name'}, `.fault ${fault}`),
         h('span', {class: 'dim hits'}, `fault ${id}, `, h('span', {key: hits, class: 'flash'}, hits === 1 ? '1 hit' : `${hits} hits`)),
-        h('button', {'aria-label': `Remove fault ${id}`, onclick: () => act('tv.clearFaults', {id})}, 'Remove')))),
+        h('button', {'aria-label': `Remove fault ${id}`, onclick: (/** @type {MouseEvent} */ event) => this.#remove(event, id)}, 'Remove')))),
     ]
+  }
+
+  /** Removes a fault, or all. Its button goes with it: who pressed it by keyboard goes on with the next one. */
+  #remove = async (/** @type {MouseEvent} */ {detail, currentTarget}, /** @type {number | undefined} */ id = undefined) => {
+    const buttons = /** @type {HTMLElement[]} */ ([...this.querySelectorAll('.fault-list button')])
+    const at = buttons.indexOf(/** @type {HTMLElement} */ (currentTarget))
+    const next = at < 0 ? undefined : buttons[at + 1] ?? buttons[at - 1]
+    if (detail === 0) (next ?? /** @type {HTMLElement} */ (this.querySelector('#fault-search'))).focus()
+    const removed = store.get('faults').filter(fault => id === undefined || fault.id === id)
+    if (await attempt('tv.clearFaults', id === undefined ? {} : {id}) !== undefined) return
+    for (const step of behind(removed)) await attempt(step.method, step.params)
   }
 
   #scenarios() {

@@ -14,6 +14,7 @@ import {transcriptLine} from './deed.js'
  * @property {Step[]} steps
  * @property {(seen: Seen) => boolean} isOn
  * @property {(seen: Seen) => Step[]} undo
+ * @property {Step[]} [behind]  what has to follow when its fault is set or goes
  */
 
 const slowCall = 'IServiceNavigation::TuneService'
@@ -35,6 +36,7 @@ const faulty = (fault, behind = []) => ({
   isOn: (/** @type {Seen} */ {faults}) => faults.some(one => isSame(one, fault)),
   undo: (/** @type {Seen} */ {faults}) => [
     ...faults.filter(one => isSame(one, fault)).map(({id}) => ({method: 'tv.clearFaults', params: {id}})), ...behind],
+  behind,
 })
 
 /** @type {Scenario[]} */
@@ -63,6 +65,9 @@ export const scenarios = [
     ...faulty({operation: 'TVServiceAPI::CreateServiceNavigation', result: null}, [reopen]),
   },
 ]
+
+/** What has to follow when faults go, so that nothing of them stays. @param {Fault[]} faults */
+export const behind = faults => scenarios.filter(one => one.behind && one.isOn({state: null, latency: '0', faults})).flatMap(one => one.behind ?? [])
 
 /** The lines that a scenario runs. @param {Step[]} steps */
 export const linesOf = steps => steps.map(({method, params}) => transcriptLine(method, params)?.replace(/^> /, '') ?? method)

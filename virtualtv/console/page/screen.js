@@ -50,8 +50,14 @@ class Screen extends Part {
     const {name, parameters = []} = entry?.event ?? {}
     return [
       h('span', {class: 'cut', role: 'status'}, 'Frozen behind command ', h('code', null, [command, name, ...parameters].filter(word => word !== undefined).join(' '))),
-      h('button', {class: 'main', onclick: () => store.set('past', null)}, 'Back to now'),
+      h('button', {class: 'main', onclick: this.#toNow}, 'Back to now'),
     ]
+  }
+
+  /** The button goes with the past: who pressed it by keyboard is on the screen then. */
+  #toNow = (/** @type {MouseEvent} */ {detail}) => {
+    if (detail === 0) /** @type {HTMLElement | null} */ (this.querySelector('.space'))?.focus()
+    store.set('past', null)
   }
 
   #point = (/** @type {{x: number, y: number, isByKeys: boolean} | null} */ at) => {

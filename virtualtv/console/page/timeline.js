@@ -132,6 +132,7 @@ class Timeline extends Part {
   #leave = () => {
     this.#chosen = this.#anchor = null
     this.#looksBack = false
+    if (this.#detail.contains(document.activeElement)) this.#list.focus()
     this.#detail.hidden = true
     this.#detail.clear()
     store.set('past', null)
