@@ -63,6 +63,35 @@ test('what is done, who comes and a server that goes move nothing', async () => 
   assert.deepEqual(await places(), before)
 })
 
+test('what is done without a connection fails at once and is not done later', async () => {
+  shown = await Console.open()
+  await shown.tv.close()
+  await shown.server.kill()
+  await shown.page.getByText('Disconnected, reconnecting').waitFor()
+  await shown.page.getByRole('button', {name: 'Channel up'}).click()
+  await shown.page.locator('emp-foot').getByText('there is no connection').waitFor()
+  shown.server = await serve({port: shown.server.port})
+  await shown.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
+  shown.tv = await connect(shown.server.address)
+  await shown.page.getByLabel('TV mode').selectOption('Cable')
+  await until(async () => await mode() === '1')
+  assert.equal((await shown.tv.why(1)).name, 'SetTVMode')
+})
+
+test('a deed without an answer is told', async () => {
+  shown = await Console.open()
+  const foot = shown.page.locator('emp-foot')
+  shown.server.signal('SIGSTOP')
+  try {
+    await shown.page.getByRole('button', {name: 'Channel up'}).click()
+    await foot.getByText('has no answer yet').waitFor()
+  } finally {
+    shown.server.signal('SIGCONT')
+  }
+  await foot.getByText('has no answer yet').waitFor({state: 'detached'})
+  await foot.getByText('SetChannel_Seek').waitFor()
+})
+
 test('two pages stay in step', async () => {
   shown = await Console.open()
   const other = await Console.open({server: shown.server})

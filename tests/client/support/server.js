@@ -12,7 +12,7 @@ export function endServers() {
   for (const child of running) child.kill('SIGKILL')
 }
 
-/** Starts it, on a set in memory or in a state directory, and waits for its address. @return {address, port, kill} */
+/** Starts it, on a set in memory or in a state directory, and waits for its address. @return {address, port, kill, signal} */
 export async function serve({port = 0, state, options = []} = {}) {
   const set = state ? ['--state', state, 'serve'] : ['serve', '--fresh']
   const child = spawn(program, [...set, '--listen', `127.0.0.1:${port}`, '--until-eof', ...options],
@@ -25,5 +25,5 @@ export async function serve({port = 0, state, options = []} = {}) {
     child.kill(signal)
     if (child.exitCode === null && child.signalCode === null) await once(child, 'exit')
   }
-  return {address, port: Number(new URL(address).port), kill}
+  return {address, port: Number(new URL(address).port), kill, signal: signal => child.kill(signal)}
 }

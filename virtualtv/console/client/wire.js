@@ -121,7 +121,7 @@ export class Wire {
   #wait(call) {
     call.timer = setTimeout(() => {
       this.#waiting.delete(call)
-      this.#fail(call, `no connection to ${this.base} for ${this.#patience} ms`)
+      this.#fail(call, `there is no connection to ${this.base}${this.#patience > 0 ? `, for ${this.#patience} ms` : ''}`)
     }, this.#patience)
     this.#waiting.add(call)
   }

@@ -18,11 +18,14 @@ export function useTv(client) {
   connected = client
 }
 
+const patience = 1000  // ms until a deed without an answer is told
+
 /**
  * Does something: makes a call and notes it as the last deed. What fails is shown, not thrown.
  * @param {string} method @param {any} [params] @return {Promise<any>} the call's result, undefined where it failed
  */
 export async function act(method, params = {}) {
+  const impatience = setTimeout(() => store.set('deed', {method, params, isUnderWay: true}), patience)
   try {
     const result = await tv().call(method, params)
     store.set('deed', {method, params, result})
@@ -31,6 +34,8 @@ export async function act(method, params = {}) {
     const {message, data} = /** @type {import('../client.js').EmpRpcError} */ (error)
     store.set('deed', {method, params, error: message, data})
     return undefined
+  } finally {
+    clearTimeout(impatience)
   }
 }
 

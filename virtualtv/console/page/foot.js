@@ -11,11 +11,12 @@ class Foot extends Part {
   view() {
     const deed = store.get('deed')
     if (!deed) return h('span', {class: 'dim'}, 'What you do here stands here afterwards, to be copied.')
-    const {method, params, error} = deed
+    const {method, params, error, isUnderWay} = deed
     const line = params && transcriptLine(method, params)
     return [
       h('span', {class: 'grow cut', role: 'status'},
-        h('code', null, line ?? method), error && h('span', {class: 'fail'}, ` ${error}`)),
+        h('code', null, line ?? method), error && h('span', {class: 'fail'}, ` ${error}`),
+        isUnderWay && h('span', {class: 'dim'}, ' has no answer yet')),
       line && this.#copier('line', 'a line of a transcript', () => line),
       params && this.#copier('message', 'a message', () => message(method, params)),
       params && this.#copier('code', 'client code', () => clientCode(method, params)),

@@ -22,6 +22,7 @@ import './workbench.js'  // last: it draws all others
 
 const firstPause = 200  // ms before the first try to connect again; doubles with each that fails
 const longestPause = 2000
+const patience = 0  // what is done without a connection fails at once: nobody wants it to happen seconds later
 
 /** The token that the address brings behind `#token=`. It is kept for this tab, and taken out of the address. */
 function token() {
@@ -56,7 +57,7 @@ async function start() {
   const address = new URL('.', location.href).href
   for (let pause = firstPause; ; pause = Math.min(2 * pause, longestPause)) {
     try {
-      const tv = await connect(address, {token: token(), firstPause, longestPause, appId: 'page'})
+      const tv = await connect(address, {token: token(), patience, firstPause, longestPause, appId: 'page'})
       useTv(tv)
       feed(tv)
       return

@@ -17,7 +17,7 @@
  * @property {any[]} commands  the plug-in's commands: {name, help, answers, failures: [{value, description}], parameters: [{name, help, schema}]}
  * @property {any[]} operations  as `tv.operations` lists them
  * @property {number} timeline  counts up when the timeline changes
- * @property {any} deed  what the page did last: {method, params, error, data}, where `data` is the error's
+ * @property {any} deed  what the page did last: {method, params, error, data, isUnderWay}, where `data` is the error's
  * @property {{address: string, name: string} | null} app  the app that runs over the picture
  * @property {'tv' | 'app'} keys  where the remote's keys go
  */
