@@ -35,6 +35,27 @@ class CiTest(ScratchTest):
         self.write("shared/data/lists/a.conf", "")
         self.assertEqual(self.seen(EMP_WINDOW_LISTS="/other lists"), dict.fromkeys(STEPS, "/other lists"))
 
+    def step(self, name, *lines):
+        """Has a step do something of its own."""
+        self.write(f"clone/{name}", "\n".join(["#!/bin/sh", *lines, ""]), executable=True)
+
+    def test_checks_while_the_proof_runs(self):
+        self.step("tools/proof", f'until [ -e "{self.root}/checked" ]; do sleep 0.01; done')
+        self.step("tools/check", f'touch "{self.root}/checked"')
+        done = self.call("timeout", "60", self.root / "clone/.ci/run")
+        self.assertEqual((done.returncode, done.stdout), (0, ""))
+
+    def test_fails_with_what_the_check_says(self):
+        self.step("tools/check", "echo one thing", "echo another >&2", "exit 1")
+        done = self.call(self.root / "clone/.ci/run")
+        self.assertEqual((done.returncode, done.stdout), (1, "one thing\nanother\n"))
+
+    def test_ends_the_check_when_a_step_fails(self):
+        self.step("tools/check", f'echo $$ > "{self.root}/check.pid"', "exec sleep 300")
+        self.step("tools/proof", f'until [ -s "{self.root}/check.pid" ]; do sleep 0.01; done', "exit 3")
+        self.assertEqual(self.call(self.root / "clone/.ci/run").returncode, 3)
+        self.assert_gone(int((self.root / "check.pid").read_text()))
+
 
 if __name__ == "__main__":
     unittest.main()
