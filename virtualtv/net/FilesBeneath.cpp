@@ -18,15 +18,14 @@ namespace {
 
 namespace fs = std::filesystem;
 using shell::failFile;
-using shell::File;
 
 /// Takes a descriptor over, which must be that of a regular file.
-File regularFile(int descriptor, const char* mode, const char* action, const std::string& name) {
+shell::File regularFile(int descriptor, const char* mode, const char* action, const std::string& name) {
   if (descriptor < 0) {
     if (errno == EXDEV || errno == ELOOP) failFile(action, name, "it leads out of the directory, or over a link");
     failFile(action, name, errno);
   }
-  File file(::fdopen(descriptor, mode));
+  shell::File file(::fdopen(descriptor, mode));
   struct stat what {};
   if (::fstat(descriptor, &what) != 0) failFile(action, name, errno);
   if (!S_ISREG(what.st_mode)) failFile(action, name, "not a regular file");
@@ -53,12 +52,12 @@ int FilesBeneath::open(const fs::path& path, int flags) const {
 }
 
 std::string FilesBeneath::read(const fs::path& path, const std::string& name) const {
-  const File file = regularFile(open(path, O_RDONLY), "rb", "read", name);
+  const shell::File file = regularFile(open(path, O_RDONLY), "rb", "read", name);
   return shell::readStream(file.get(), name);
 }
 
 void FilesBeneath::save(const fs::path& path, std::string_view content, const std::string& name) const {
-  const File file = regularFile(open(path, O_WRONLY | O_CREAT | O_EXCL), "wb", "write", name);
+  const shell::File file = regularFile(open(path, O_WRONLY | O_CREAT | O_EXCL), "wb", "write", name);
   const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
   if (written && std::fflush(file.get()) == 0 && ::fsync(::fileno(file.get())) == 0) return;
   const int error = errno;
