@@ -70,4 +70,3 @@ test('a worker whose TV can not be made, and one whose TV is closed, end the con
   })
   assert.equal(outcome, 'EmpConnectionError: the TV in memory can\'t be reached: the TV in memory was closed')
 })
-

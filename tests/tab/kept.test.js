@@ -87,7 +87,7 @@ test('a change is saved by itself, and saved() and close() wait for it', async (
   await page.evaluate(() => tv.set('country', 42).then(() => tv.saved()))
   const saved = JSON.stringify(await kept())
   assert.notEqual(saved, before)
-  await page.evaluate(() => tv.set('country', 43).then(() => tv.close()))
+  await page.evaluate(() => tv.set('country', 43).then(() => tv.close()).then(() => tv.close()))
   assert.notEqual(JSON.stringify(await kept()), saved)
   assert.equal(await make(), undefined)
   assert.equal(await country(), '43')

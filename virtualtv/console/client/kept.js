@@ -97,10 +97,17 @@ class Shelf {
 
   /** Saves what a set persists, if that has changed. The transaction is under way when this returns. */
   save(set) {
-    const text = set.post('{"jsonrpc":"2.0","id":1,"method":"tv.snapshot"}')
-    if (text === this.#text) return
-    this.#text = text
-    this.#written = this.#write(JSON.parse(text).result.snapshot)
+    try {
+      const text = set.post('{"jsonrpc":"2.0","id":1,"method":"tv.snapshot"}')
+      if (text === this.#text) return
+      this.#text = text
+      this.#written = this.#write(JSON.parse(text).result.snapshot)
+    } catch (cause) {
+      this.#written = Promise.reject(cause)
+    }
+    this.#written = this.#written.catch(cause => {
+      throw failure(this.#key, "the TV can't be saved, what was kept before is still there", cause)
+    })
     this.#written.then(() => { this.#failed = false }, error => this.#tell(error))
   }
 
@@ -121,23 +128,16 @@ class Shelf {
 
   #write(snapshot) {
     return new Promise((resolve, reject) => {
-      const fail = cause => {
-        this.#text = undefined  // so that it is tried again
-        reject(failure(this.#key, "the TV can't be saved, what was kept before is still there", cause ?? new Error('given up')))
-      }
-      try {
-        const transaction = this.#database.transaction(store, 'readwrite')
-        transaction.oncomplete = () => resolve()
-        transaction.onabort = () => fail(transaction.error)
-        transaction.objectStore(store).put({format, snapshot}, this.#key)
-        transaction.commit?.()  // so that a page that goes now does not undo it
-      } catch (cause) {
-        fail(cause)
-      }
+      const transaction = this.#database.transaction(store, 'readwrite')
+      transaction.oncomplete = () => resolve()
+      transaction.onabort = () => reject(transaction.error ?? new Error('given up'))
+      transaction.objectStore(store).put({format, snapshot}, this.#key)
+      transaction.commit?.()  // so that a page that goes now does not undo it
     })
   }
 
   #tell(error) {
+    this.#text = undefined  // so that it is tried again
     if (!this.#failed) console.error(`emp-window: ${error.message}`)
     this.#failed = true
   }

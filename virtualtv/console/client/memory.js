@@ -130,7 +130,7 @@ export function clientOf(set, {appId, widgetId} = {}, before = () => {}) {
   const {tv, opened} = Tv.begin('', () => new SetSocket(set), {appId, widgetId})
   sets.set(tv, set)
   const disconnect = tv.close.bind(tv)
-  tv.close = async () => {
+  const end = async () => {
     try {
       await before()
     } finally {
@@ -138,5 +138,7 @@ export function clientOf(set, {appId, widgetId} = {}, before = () => {}) {
       set.close()
     }
   }
+  let ended
+  tv.close = () => ended ??= end()
   return {tv, opened}
 }
