@@ -7,6 +7,7 @@ import vm from 'node:vm'
 import zlib from 'node:zlib'
 import {bundle} from '../../virtualtv/console/package/bundle.mjs'
 import {inflate} from '../../virtualtv/console/package/inflate.js'
+import {strip} from '../../virtualtv/console/package/strip.mjs'
 
 test('what zlib deflates is inflated, whatever its blocks are', async () => {
   const text = await readFile(new URL('../../docs/commands.json', import.meta.url))
@@ -36,4 +37,14 @@ test('a module that can not go into a script is refused', () => {
       error => error.message === `./main.js: this can't go into a script: ${line}`)
   }
   assert.throws(() => bundle('./main.js', {'./main.js': "import {one} from './none.js'\n"}), /none.js is imported and not there/)
+})
+
+test('custom sections are left out of a module, and all else stays', () => {
+  const custom = size => [0, 0x80 | (size + 2) % 128, (size + 2) >> 7, 1, 0x78, ...Array(size).fill(7)]
+  const head = [0, 0x61, 0x73, 0x6d, 1, 0, 0, 0]
+  const memory = [5, 3, 1, 0, 2]
+  const exported = [7, 5, 1, 1, 0x6d, 2, 0]
+  const stripped = strip(Buffer.from([...head, ...custom(200), ...memory, ...custom(1000), ...exported, ...custom(0)]))
+  assert.deepEqual([...stripped], [...head, ...memory, ...exported])
+  assert.equal(new WebAssembly.Instance(new WebAssembly.Module(stripped)).exports.m.buffer.byteLength, 2 * 65536)
 })

@@ -3,7 +3,6 @@ import {spawn} from 'node:child_process'
 import {once} from 'node:events'
 
 export const program = process.env.EMP_WINDOW
-if (!program) throw new Error('EMP_WINDOW is to name the program emp-window')
 
 const running = new Set()
 
@@ -14,6 +13,7 @@ export function endServers() {
 
 /** Starts it, on a set in memory or in a state directory, and waits for its address. @return {address, port, kill, signal} */
 export async function serve({port = 0, state, options = []} = {}) {
+  if (!program) throw new Error('EMP_WINDOW is to name the program emp-window')
   const set = state ? ['--state', state, 'serve'] : ['serve', '--fresh']
   const child = spawn(program, [...set, '--listen', `127.0.0.1:${port}`, '--until-eof', ...options],
     {stdio: ['pipe', 'pipe', 'inherit']})
