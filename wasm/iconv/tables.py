@@ -70,7 +70,10 @@ def bytes_of(name):
     encoding = Encoding(name)
     if any(encoding.unit(bytes([byte])) != byte for byte in range(128)):
         raise Unfit
-    return tuple(encoding.unit(bytes([byte])) for byte in range(128, 256))
+    units = tuple(encoding.unit(bytes([byte])) for byte in range(128, 256))
+    if ILLEGAL in units:
+        raise Unfit
+    return units
 
 
 def rows_of(name, leads):
