@@ -1,4 +1,4 @@
-#include "module/Host.h"
+#include "tab/Host.h"
 
 #include <algorithm>
 #include <chrono>
@@ -21,7 +21,7 @@
 #include "rpc/Server.h"
 #include "set/SnapshotJson.h"
 
-namespace virtualtv::module {
+namespace virtualtv::tab {
 
 namespace {
 
@@ -185,9 +185,9 @@ int guarded(Action action) {
 
 }  // namespace
 
-}  // namespace virtualtv::module
+}  // namespace virtualtv::tab
 
-using namespace virtualtv::module;
+using namespace virtualtv::tab;
 
 /// The framework's entry: here it keeps the application until the script starts the set.
 int kel::EmpMain(int, char**, CEmpAppBase* app) {
