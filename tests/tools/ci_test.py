@@ -4,7 +4,7 @@ import unittest
 
 from scratch import ScratchTest
 
-STEPS = ["test", "run", "tools/instructions", "tools/proof", "tools/check"]
+STEPS = ["test", "run", "tools/instructions", "tools/proof", "tools/wasm", "tools/check"]
 
 
 class CiTest(ScratchTest):
