@@ -95,10 +95,10 @@ class Shelf {
     return new EmpTvError('kept', message, {cause, reason, snapshot})
   }
 
-  /** Saves what a set persists, if that has changed. The transaction is under way when this returns. */
-  save(set) {
+  /** Saves what a set persists, if that has changed: `ask` answers its reply to tv.snapshot. The transaction is under way when this returns. */
+  save(ask) {
     try {
-      const text = set.post('{"jsonrpc":"2.0","id":1,"method":"tv.snapshot"}')
+      const text = ask()
       if (text === this.#text) return
       this.#text = text
       this.#written = this.#write(JSON.parse(text).result.snapshot)
@@ -145,21 +145,23 @@ class Shelf {
 
 /** Saves a set soon after each change, and at once when the page goes. */
 class Keeper {
-  #set
+  /** Its own on the set. */
+  session
   #shelf
   #connection
   #timer
   #cost = 0  // ms that saving took last
+  #reply  // of the set to the last question
   #saveNow = () => this.#save()
 
   constructor(set, shelf) {
-    this.#set = set
     this.#shelf = shelf
     const {document} = globalThis
     globalThis.addEventListener('pagehide', this.#saveNow)
     document?.addEventListener('visibilitychange', this.#saveNow)
-    this.#connection = set.open(() => this.#timer ??= setTimeout(this.#saveNow, Math.max(pause, share * this.#cost)))
-    this.#connection.send(JSON.stringify({jsonrpc: '2.0', method: 'events.subscribe', params: {topics}}))
+    this.#connection = set.open(text => this.#take(text))
+    this.session = JSON.parse(this.#ask('session.open')).result.session
+    this.#ask('events.subscribe', {topics})
     this.#save()
   }
 
@@ -184,8 +186,19 @@ class Keeper {
     clearTimeout(this.#timer)
     this.#timer = undefined
     const start = performance.now()
-    this.#shelf.save(this.#set)
+    this.#shelf.save(() => this.#ask('tv.snapshot'))
     this.#cost = performance.now() - start
+  }
+
+  /** The text of the set's reply. A set gives it before `send` returns. */
+  #ask(method, params = {}) {
+    this.#connection.send(JSON.stringify({jsonrpc: '2.0', id: 1, method, params}))
+    return this.#reply
+  }
+
+  #take(text) {
+    if (!text.startsWith('{"jsonrpc":"2.0","method":')) this.#reply = text
+    else this.#timer ??= setTimeout(this.#saveNow, Math.max(pause, share * this.#cost))
   }
 }
 
