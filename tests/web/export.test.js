@@ -7,7 +7,6 @@ import {join} from 'node:path'
 import {afterEach, beforeEach, test} from 'node:test'
 import {fileURLToPath} from 'node:url'
 import {promisify} from 'node:util'
-import {connect} from '../../virtualtv/console/client/client.js'
 import {program} from '../client/support/server.js'
 import {Console, useBrowser} from './support/console.js'
 
@@ -24,7 +23,7 @@ afterEach(async () => {
 
 /** Two apps, knobs, faults, keys, and texts of all kinds. */
 async function play() {
-  const [guide, zapper] = [await connect(shown.server.address, {appId: 'com.example.guide'}), await connect(shown.server.address)]
+  const [guide, zapper] = [await shown.connect({appId: 'com.example.guide'}), await shown.connect()]
   await shown.tv.set('service.#2.name', 'A "quoted" \\ <b>\u0007')
   await guide.window.FindChannel(0, 1)
   await guide.window.SetWindow(1)

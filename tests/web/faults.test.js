@@ -1,7 +1,6 @@
 // Faults: a person makes calls of the plug-in to the set fail, one by one or by scenarios, and takes that away again.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
-import {connect} from '../../virtualtv/console/client/client.js'
 import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
 
@@ -84,7 +83,7 @@ test('a fault of one session leaves the others alone', async () => {
   await pane.getByLabel('Session').selectOption(shown.tv.session)
   await setFault()
   await until(async () => (await shown.tv.faults()).length === 1, 'it is set')
-  const other = await connect(shown.server.address)
+  const other = await shown.connect()
   assert.equal(await other.window.GetTVMode(), 1)
   await other.close()
   assert.equal(await command('GetTVMode'), -1)

@@ -4,7 +4,6 @@ import {mkdtemp, rm} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {dirname, join} from 'node:path'
 import {afterEach, beforeEach, test} from 'node:test'
-import {connect} from '../../virtualtv/console/client/client.js'
 import {serve} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
@@ -18,7 +17,7 @@ const search = () => shown.page.getByRole('combobox', {name: 'Search panes, comm
 
 test('counts clients and engines as they come and go', async () => {
   await shown.page.getByText('0 engines, 2 clients').waitFor()
-  const other = await connect(shown.server.address)
+  const other = await shown.connect()
   await other.window.GetTVMode()
   await shown.page.getByText('1 engine, 3 clients').waitFor()
   await other.close()
@@ -32,7 +31,7 @@ test('tells where the set is kept, anew where another server has taken its place
   await shown.tv.close()
   await shown.server.kill()
   shown.server = await serve({port, state: directory})
-  shown.tv = await connect(shown.server.address)
+  shown.tv = await shown.connect()
   await shown.page.getByText(`State: ${directory}`).waitFor()
   shown.errors.length = 0  // those of the broken connection
   await shown.tv.close()

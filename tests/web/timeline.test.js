@@ -16,7 +16,7 @@ const part = name => detail().getByRole('region', {name, exact: true})
 
 test('a command shows with its client, parameters, reply, duration, calls, keys and log', async () => {
   shown = await Console.open()
-  const app = await connect(shown.server.address, {appId: 'com.example.guide'})
+  const app = await shown.connect({appId: 'com.example.guide'})
   await app.window.SetSource(31)
   const text = await line('SetSource').first().innerText()
   for (const part of [/\d\d:\d\d:\d\d\.\d{3}/, /com\.example\.guide/, /SetSource 31/, /int 1/, /[\d.]+ ms/, /\d+ calls/, /\d+ keys/, /\d+ log/]) assert.match(text, part)
@@ -93,7 +93,7 @@ test('what changes from outside of commands has lines of its own', async () => {
 
 test('filters by client, command, interface, text and kind keep what is like that', async () => {
   shown = await Console.open()
-  const app = await connect(shown.server.address, {appId: 'com.example.guide'})
+  const app = await shown.connect({appId: 'com.example.guide'})
   await app.window.GetTVMode()
   await shown.tv.window.SetChannel(3, 0)
   await shown.tv.setSetting('some/key', 'x')
@@ -173,7 +173,7 @@ test('what the timeline offers does not move its filters', async () => {
   shown = await Console.open()
   const places = () => shown.pane('Timeline').locator('emp-timeline-bar > *').evaluateAll(parts => parts.map(part => [part.offsetLeft, part.offsetTop, part.offsetWidth]))
   const before = await places()
-  const app = await connect(shown.server.address, {appId: 'com.example.a.long.name.of.an.app'})
+  const app = await shown.connect({appId: 'com.example.a.long.name.of.an.app'})
   await app.window.GetSource(0)
   await line('GetSource').waitFor()
   assert.deepEqual(await places(), before)
@@ -254,7 +254,7 @@ test('after another server has taken its place the timeline says so and goes on'
   await shown.tv.close()
   await shown.server.kill('SIGKILL')
   shown.server = await serve({port})
-  shown.tv = await connect(shown.server.address)
+  shown.tv = await shown.connect()
   await line('The server was started anew').waitFor()
   await shown.tv.window.SetChannel(5, 0)
   await line('SetChannel 5 0').waitFor()

@@ -41,9 +41,9 @@ export async function startBrowser() {
       '--disable-component-update', '--disable-sync'],
   })
   return {
-    /** A new tab, with storage and connections of its own unless it shares the context of another one. */
-    async page(context) {
-      const page = await (context ?? await browser.newContext()).newPage()
+    /** A new tab, with storage and connections of its own unless it shares the context of another one. @param options  of a new one */
+    async page(context, options) {
+      const page = await (context ?? await browser.newContext(options)).newPage()
       page.setDefaultTimeout(patience)
       return page
     },

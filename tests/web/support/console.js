@@ -1,9 +1,11 @@
-// The page in a browser, a TV of its own behind it, and a client beside it that tells what the page has done.
+// The page in a browser, a TV of its own behind it, and a client beside it that tells what the page has done. With
+// EMP_WINDOW_SITE the page is that of the site in this folder, whose TV is in the tab.
 import assert from 'node:assert/strict'
 import {after, before} from 'node:test'
 import {connect} from '../../../virtualtv/console/client/client.js'
 import {startBrowser} from '../../client/support/browser.js'
 import {endServers, serve} from '../../client/support/server.js'
+import {Bridge, onSite, serveSite} from '../../site/support/bridge.js'
 
 let browser
 
@@ -28,6 +30,7 @@ export function useBrowser() {
 export class Console {
   /** What the page has complained of: errors on its console, uncaught ones, what its policy forbids. */
   errors = []
+  #bridge
 
   /**
    * @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any,
@@ -36,9 +39,9 @@ export class Console {
    */
   static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true, before} = {}) {
     const made = new Console()
-    made.server = server ?? await serve({options})
-    if (isLetIn) made.tv = await connect(made.server.address, {token})
-    made.page = await browser.page()
+    made.server = server ?? await (onSite ? serveSite() : serve({options}))
+    if (isLetIn && !onSite) made.tv = await made.connect({token})
+    made.page = await browser.page(undefined, onSite ? {serviceWorkers: 'block'} : {})
     if (before) await made.page.addInitScript(before)
     await made.page.setViewportSize(size)
     await made.page.emulateMedia({colorScheme: scheme, reducedMotion: 'reduce'})
@@ -48,8 +51,16 @@ export class Console {
     if (isLetIn) {
       await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
       await made.page.getByRole('img', {name: 'App space'}).waitFor()  // the state of the TV is known
+      made.tv ??= await made.connect()
     }
     return made
+  }
+
+  /** Another client of the TV that the page shows. */
+  async connect(options = {}) {
+    if (!onSite) return connect(this.server.address, options)
+    this.#bridge ??= await Bridge.to(this.page)
+    return this.#bridge.connect(options)
   }
 
   /** A pane, by its name. */
@@ -66,6 +77,7 @@ export class Console {
 
   /** Closes page and TV. Fails where the page has complained. */
   async close() {
+    if (onSite) await this.tv?.close()  // it is in the page
     await this.page.context().close()
     await this.tv?.close()
     await this.server.kill()

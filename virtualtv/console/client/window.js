@@ -397,6 +397,8 @@
     // Apps that come with the page are of its origin, and find the token where the page keeps it for this tab.
     const {name, appId, widgetId, token = ownToken(url.origin)} = given
     if (!name) throw new TypeError(`${url.origin}${url.pathname}: the name is missing, as in window.js?name=tvWindow`)
-    shared.install(globalThis, {address: url.origin, name, appId, widgetId, token})
+    // A site without a server says in front of this how its apps reach the set.
+    const transport = globalThis[Symbol.for('emp-window/transport')]
+    shared.install(globalThis, {address: new URL('.', url).href, name, appId, widgetId, token, transport})
   }
 })()

@@ -1,10 +1,11 @@
+import {letIn, need, problemOf, refusal, scriptLine} from './app-access.js'
 import {attempt} from './attempt.js'
 import './drop.js'
 import {h} from './dom.js'
 import {copy} from './clipboard.js'
 import {appFrames} from './frame.js'
-import {remember, remembered, rememberedToken} from './memory.js'
-import {addressOf, allowedOrigins, isAllowed, ownApps} from './origins.js'
+import {remember, remembered} from './memory.js'
+import {addressOf, ownApps} from './origins.js'
 import {Part} from './part.js'
 import {store} from './store.js'
 
@@ -20,8 +21,8 @@ class App extends Part {
   #address = remembered('app', '')
   /** Why the address can't run. @type {import('./dom.js').Child} */
   #problem = null
-  /** Origins that the server lets in. @type {string[] | undefined} */
-  #allowed = []
+  /** Whom the page lets in. */
+  #letIn = ''
   #copied = ''
 
   connectedCallback() {
@@ -38,7 +39,7 @@ class App extends Part {
   #changed = () => this.changed()
 
   async #ask() {
-    this.#allowed = await allowedOrigins()
+    this.#letIn = await letIn()
     this.changed()
   }
 
@@ -58,9 +59,7 @@ class App extends Part {
   }
 
   #own() {
-    const hasToken = rememberedToken() !== undefined
-    const line = `<script src="${location.origin}/window.js?name=tvWindow${hasToken ? '&token=TOKEN' : ''}"></script>`
-    const origin = addressOf(this.#address)?.origin ?? example
+    const more = need(addressOf(this.#address)?.origin ?? example)
     return [
       h('h3', null, 'Your own app'),
       h('form', {class: 'row', onsubmit: (/** @type {Event} */ event) => this.#submit(event)},
@@ -70,10 +69,9 @@ class App extends Part {
         h('button', {class: 'main'}, 'Run')),
       h('div', {id: 'app-problem', role: 'alert', class: 'app-problem'}, this.#problem),
       h('p', null, 'Put this line into the head of its page. It then has the TV as ', h('code', null, 'tvWindow'), ', as on a set:'),
-      this.#copyable('line', line),
-      h('p', null, 'Start the server so that it lets the origin of the app in:'),
-      this.#copyable('option', `emp-window serve --allow-origin '${origin}'`),
-      h('p', {class: 'dim'}, this.#allowed?.length ? `Let in now: ${this.#allowed.join(', ')}` : 'No origin is let in now but that of this page.'),
+      this.#copyable('line', scriptLine()),
+      more && [h('p', null, more.text), this.#copyable(more.name, more.copy)],
+      h('p', {class: 'dim'}, this.#letIn),
     ]
   }
 
@@ -116,7 +114,7 @@ class App extends Part {
     const {what, name, reason} = appFrames.state
     if (what === 'running') return [h('span', null, 'Has the TV as '), h('code', {class: 'name'}, name)]
     if (what === 'refused') {
-      return h('p', {class: 'fail'}, `The policy of this page lets no frame of ${reason} in. Was the server started anew with --allow-origin? Then reload this page.`)
+      return h('p', {class: 'fail'}, refusal(reason ?? ''))
     }
     const open = h('a', {href: address, target: '_blank', rel: 'noopener'}, 'Open it in a tab')
     if (what === 'loading') return [h('p', null, 'Loading. Does it take long? '), open]
@@ -158,21 +156,10 @@ class App extends Part {
   async #submit(event) {
     event.preventDefault()
     const url = addressOf(this.#address)
-    this.#problem = url ? await this.#problemOf(url) : `An address such as ${example}/ is wanted.`
+    this.#problem = url ? await problemOf(url) : `An address such as ${example}/ is wanted.`
     if (url && !this.#problem) this.#start(url, url.host)
     this.changed()
-  }
-
-  /** @param {URL} url @return {Promise<import('./dom.js').Child>} */
-  async #problemOf(url) {
-    this.#allowed = await allowedOrigins()
-    if (url.origin === location.origin) {
-      return url.pathname.startsWith(ownApps.pathname) ? null : 'Of the pages of this server only the apps above can run over the picture.'
-    }
-    if (!this.#allowed) return 'The server does not answer. Try again once the page is connected.'
-    if (isAllowed(url, this.#allowed)) return null
-    return [h('p', {class: 'fail'}, 'The server does not let pages of ', h('code', {class: 'name'}, url.origin), ' in.'),
-      h('p', null, 'Start it anew with the option below, then reload this page.')]
+    this.#ask()
   }
 
   /** @param {URL} url @param {string} name */

@@ -1,4 +1,5 @@
 import {command} from './act.js'
+import {disconnected, keeping, people} from './connection.js'
 import {h} from './dom.js'
 import {antennaModes} from './numbers.js'
 import {Part} from './part.js'
@@ -27,14 +28,14 @@ class Head extends Part {
   #keptIn() {
     const directory = store.get('keptIn')
     if (directory === undefined) return null
-    return h('span', {class: 'dim cut kept-in', title: directory ?? 'The server was started with --fresh: nothing is kept when it ends.'}, 'State: ',
-      directory === null ? 'in memory' : h('code', {class: 'name'}, front(directory, 500)))
+    const {where, isPath, title} = keeping(directory)
+    return h('span', {class: 'dim cut kept-in', title}, 'State: ', isPath ? h('code', {class: 'name'}, front(where, 500)) : where)
   }
 
   #connection() {
     const {connected, reason, advice} = store.get('connection')
-    if (!connected) return h('span', {class: 'fail', role: 'alert', title: reason}, 'Disconnected, reconnecting', advice && `. ${advice}`)
-    const sessions = store.get('sessions')
+    if (!connected) return h('span', {class: 'fail', role: 'alert', title: reason}, disconnected, advice && `. ${advice}`)
+    const sessions = people(store.get('sessions'))
     const apps = sessions.filter(({engines}) => engines.length > 0).length
     return h('span', {class: 'dim who'}, `${apps} ${apps === 1 ? 'engine' : 'engines'}, ${sessions.length} ${sessions.length === 1 ? 'client' : 'clients'}`)
   }

@@ -1,5 +1,7 @@
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
+import {copy} from './clipboard.js'
+import {linkTo} from './connection.js'
 import {h} from './dom.js'
 import {download} from './download.js'
 import {Part} from './part.js'
@@ -15,6 +17,7 @@ class SetKeeping extends Part {
       h('h3', {id: 'keeping-title'}, 'Keep and bring back'),
       h('div', {class: 'row'},
         h('button', {title: 'Download all that the set keeps as a file', onclick: () => this.#save()}, 'Snapshot'),
+        linkTo && h('button', {title: 'Copy an address that brings this set to others', onclick: () => this.#copyLink()}, 'Copy link'),
         h('button', {title: 'Make the set what a snapshot says', onclick: () => this.#field.click()}, 'Restore'),
         h('button', {title: 'Switch the set off and on; faults and latencies go', onclick: () => this.#do('tv.restart', 'Restarted; faults and latencies are gone')}, 'Restart'),
         h('button', {title: 'Go back to the built-in set', onclick: () => this.#dialog.showModal()}, 'Reset')),
@@ -56,6 +59,16 @@ class SetKeeping extends Part {
       const name = `tv-${new Date().toISOString().slice(0, 19).replaceAll(':', '')}.json`
       download(name, `${JSON.stringify(await tv().snapshot(), null, 1)}\n`, 'application/json')
       this.#say(`Saved as ${name}`)
+    } catch (error) {
+      this.#say(/** @type {Error} */ (error).message, true)
+    }
+  }
+
+  async #copyLink() {
+    try {
+      const link = await linkTo?.(await tv().snapshot()) ?? ''
+      await copy(link)
+      this.#say(`Copied a link of ${link.length.toLocaleString('en')} characters`)
     } catch (error) {
       this.#say(/** @type {Error} */ (error).message, true)
     }

@@ -1,0 +1,72 @@
+// A client in the test, of the set in a page of the site: its messages go through the page.
+import {join} from 'node:path'
+import {FileServer} from './files.js'
+
+/** The site's folder, whose own client is used. */
+export const folder = process.env.EMP_WINDOW_SITE
+/** Whether tests of the page run on the site. */
+export const onSite = folder !== undefined
+
+/** The headers that isolate a page, where its server sends them. */
+export const isolating = {'Cross-Origin-Opener-Policy': 'same-origin', 'Cross-Origin-Embedder-Policy': 'require-corp'}
+
+/** Serves the site, so that its page is isolated at once. @return as `serve` */
+export async function serveSite() {
+  const server = await new FileServer({'/': folder}, isolating).listen()
+  return {address: server.origin, port: server.port, kill: async () => server.close()}
+}
+
+const load = name => import(join(folder, name))
+
+/** Serves a port in the page. Runs there. */
+function openPort(id) {
+  const port = globalThis[Symbol.for('emp-window/site')].port()
+  port.onmessage = ({data}) => globalThis.tellTest(id, data)
+  globalThis.testPorts ??= new Map()
+  globalThis.testPorts.set(id, port)
+}
+
+/** Clients of the set in a page. When that is loaded anew they connect again, to the set that is then there. */
+export class Bridge {
+  #page
+  #ports = new Map()
+  #count = 0
+
+  static async to(page) {
+    const bridge = new Bridge()
+    bridge.#page = page
+    await page.exposeFunction('tellTest', (id, data) => bridge.#ports.get(id)?.onmessage({data}))
+    page.on('framenavigated', frame => frame === page.mainFrame() && bridge.#cut())
+    page.on('close', () => bridge.#cut())
+    return bridge
+  }
+
+  /** Connects, as `connect` to a server. */
+  async connect(options = {}) {
+    const [{connect}, {PortSocket}] = await Promise.all([load('client.js'), load('port.js')])
+    return connect(async () => new PortSocket(await this.#port()), {firstPause: 50, ...options})
+  }
+
+  /** What PortSocket wants, with the other end in the page. */
+  async #port() {
+    await this.#page.waitForFunction(() => globalThis[Symbol.for('emp-window/site')])
+    const id = ++this.#count
+    const port = {
+      postMessage: data => this.#run(([id, data]) => globalThis.testPorts.get(id)?.postMessage(data), [id, data]),
+      close: () => this.#ports.delete(id),
+    }
+    this.#ports.set(id, port)
+    setImmediate(() => this.#run(openPort, id))  // once somebody listens
+    return port
+  }
+
+  /** Where the page is gone meanwhile, the connection ends by that. */
+  #run(work, argument) {
+    this.#page.evaluate(work, argument).catch(() => {})
+  }
+
+  #cut() {
+    for (const port of this.#ports.values()) port.onmessage({data: {closed: {code: 1006, reason: 'the page is gone'}}})
+    this.#ports.clear()
+  }
+}

@@ -1,0 +1,39 @@
+/*
+ * Which apps may run over the picture, and how they reach the TV. A site without a server has another module in place of this one.
+ */
+import {h} from './dom.js'
+import {rememberedToken} from './memory.js'
+import {allowedOrigins, isAllowed, ownApps} from './origins.js'
+
+/** The line for the head of an app's page. */
+export function scriptLine() {
+  const hasToken = rememberedToken() !== undefined
+  return `<script src="${location.origin}/window.js?name=tvWindow${hasToken ? '&token=TOKEN' : ''}"></script>`
+}
+
+/** What else an app of an origin needs: text, and what to copy. @param {string} origin @return {{text: string, name: string, copy: string} | undefined} */
+export function need(origin) {
+  return {text: 'Start the server so that it lets the origin of the app in:', name: 'option', copy: `emp-window serve --allow-origin '${origin}'`}
+}
+
+/** Whom the page lets in, in words. */
+export async function letIn() {
+  const allowed = await allowedOrigins()
+  return allowed?.length ? `Let in now: ${allowed.join(', ')}` : 'No origin is let in now but that of this page.'
+}
+
+/** Why an address can't run; null where it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
+export async function problemOf(url) {
+  const allowed = await allowedOrigins()
+  if (url.origin === location.origin) {
+    return url.pathname.startsWith(ownApps.pathname) ? null : 'Of the pages of this server only the apps above can run over the picture.'
+  }
+  if (!allowed) return 'The server does not answer. Try again once the page is connected.'
+  if (isAllowed(url, allowed)) return null
+  return [h('p', {class: 'fail'}, 'The server does not let pages of ', h('code', {class: 'name'}, url.origin), ' in.'),
+    h('p', null, 'Start it anew with the option below, then reload this page.')]
+}
+
+/** Why the policy of the page refused a frame. @param {string} address */
+export const refusal = address =>
+  `The policy of this page lets no frame of ${address} in. Was the server started anew with --allow-origin? Then reload this page.`

@@ -1,0 +1,75 @@
+/*
+ * How this page reaches its set: by the server that it came from. A site without a server has another module in place of this one.
+ */
+import {connect} from '../client.js'
+import {rememberedToken, rememberToken} from './memory.js'
+
+/** @typedef {{connected: boolean, reason?: string, advice?: string, since: number}} Connection */
+
+const firstPause = 200  // ms before the first try to connect again; doubles with each that fails
+const longestPause = 2000
+const patience = 0  // what is done without a connection fails at once: nobody wants it to happen seconds later
+
+/** The token that the address brings behind `#token=`. It is kept for this tab, and taken out of the address. */
+function token() {
+  const given = /^#token=(.+)$/.exec(location.hash)?.[1]
+  if (given) {
+    rememberToken(decoded(given))
+    history.replaceState(null, '', location.pathname + location.search)
+  }
+  return rememberedToken()
+}
+
+/** A part of an address without its escapes; as it stands where a per cent sign starts none. @param {string} text */
+function decoded(text) {
+  try {
+    return decodeURIComponent(text)
+  } catch {
+    return text
+  }
+}
+
+/** What a person can do where the server lets nobody in; a browser does not tell why a WebSocket fails. @param {string} address */
+async function adviceFor(address) {
+  try {
+    const {status} = await fetch(`${address}openrpc.json`, {headers: {Authorization: `Bearer ${token() ?? ''}`}})
+    return status === 401 ? 'This server wants a token: add #token=TOKEN to the address of this page' : undefined
+  } catch {
+    return undefined
+  }
+}
+
+/**
+ * Connects, as soon as that can be done. @param {(connection: Connection) => void} tell  is told why it can't yet
+ * @return {Promise<import('../client.js').Tv>}
+ */
+export async function open(tell) {
+  const address = new URL('.', location.href).href
+  for (let pause = firstPause; ; pause = Math.min(2 * pause, longestPause)) {
+    try {
+      return await connect(address, {token: token(), patience, firstPause, longestPause, appId: 'page'})
+    } catch (error) {
+      const {message} = /** @type {Error} */ (error)
+      tell({connected: false, reason: message, advice: await adviceFor(address), since: Date.now()})
+      await new Promise(resolve => setTimeout(resolve, pause))
+    }
+  }
+}
+
+/** What the page says while it is not connected. */
+export const disconnected = 'Disconnected, reconnecting'
+
+/**
+ * Where the set is kept, in words. @param {string | null} directory  the server's, null for none
+ * @return {{where: string, isPath: boolean, title: string}}
+ */
+export function keeping(directory) {
+  return directory === null ? {where: 'in memory', isPath: false, title: 'The server was started with --fresh: nothing is kept when it ends.'}
+    : {where: directory, isPath: true, title: directory}
+}
+
+/** The sessions of others, and this page's own. @param {any[]} sessions  as the set lists them */
+export const people = sessions => sessions
+
+/** Makes a link that brings a set to others. A set on a server is reached by its address. @type {((snapshot: any) => Promise<string>) | undefined} */
+export const linkTo = undefined

@@ -1,0 +1,50 @@
+/*
+ * Which apps may run over the picture of a site's page, and how they reach its set: those of its origin, by its window.js. It
+ * stands in place of the module for a page that comes from a server.
+ */
+import {whyHere} from './connection.js'
+import {h} from './dom.js'
+
+const site = new URL('..', import.meta.url)
+
+/** The line for the head of an app's page. */
+export function scriptLine() {
+  return `<script src="${site.pathname}window.js?name=tvWindow"></script>`
+}
+
+/** What else an app of an origin needs: nothing. @param {string} _origin @return {{text: string, name: string, copy: string} | undefined} */
+export function need(_origin) {
+  return undefined
+}
+
+/** Whom the page lets in, in words. */
+export async function letIn() {
+  const here = `Apps of ${site.origin} run here, on the set of this tab. For others, use tv.js, which gives an app a set of its own, or emp-window serve.`
+  const why = await whyHere
+  return why === undefined ? here
+    : `${here} The set is on the page's own thread, so a long list stops the page while it is imported: the page shares no memory with a worker, since ${why}.`
+}
+
+/** Whether a page may stand in a frame of one that is isolated. @param {URL} url @return {Promise<boolean>} */
+async function isIsolating(url) {
+  if (url.href.startsWith(site.href)) return true  // by the service worker
+  const {headers} = await fetch(url, {method: 'HEAD'})
+  return headers.has('Cross-Origin-Embedder-Policy')
+}
+
+/** Why an address can't run; null where it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
+export async function problemOf(url) {
+  if (url.origin !== site.origin) return `Only apps of ${site.origin} can run here: this page has no server that lets others in. They can use tv.js, or emp-window serve.`
+  if (url.pathname === site.pathname || url.pathname === `${site.pathname}index.html`) return 'This is the page itself.'
+  try {
+    if (!globalThis.crossOriginIsolated || await isIsolating(url)) return null
+  } catch {
+    return null  // The frame tells what the server answers.
+  }
+  return [h('p', {class: 'fail'}, 'Browsers let pages outside of ', h('code', {class: 'name'}, site.pathname), ' in only with the header Cross-Origin-Embedder-Policy: require-corp.'),
+    h('p', null, 'Put the app beneath that folder, have its server send the header, or ',
+      h('a', {href: `${site.href}?thread=page`}, 'open this page with the set on its own thread'), '.')]
+}
+
+/** Why the policy of the page refused a frame. @param {string} address */
+export const refusal = address => `The policy of this page lets no frame of ${address} in: apps have to be of ${site.origin}.`

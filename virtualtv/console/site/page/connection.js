@@ -1,0 +1,77 @@
+/*
+ * How the page of a site reaches its set: that runs in this tab. It stands in place of the module that connects to a server.
+ */
+import {connect} from '../client.js'
+import {PortSocket} from '../port.js'
+import {isolate} from '../set/isolation.js'
+import {linkTo as linkOf, stateIn} from '../set/link.js'
+import {Tab} from '../set/tab.js'
+
+/** @typedef {{connected: boolean, reason?: string, advice?: string, since: number}} Connection */
+
+const pauses = {patience: 0, firstPause: 50, longestPause: 1000}
+/** On the page's own window; apps in its frames find it there. */
+const symbol = Symbol.for('emp-window/site')
+const page = new URL('..', import.meta.url)
+
+/** With `?thread=page` the set is on the page's thread, and apps of any folder of this origin can run. */
+const wantsOwnThread = new URLSearchParams(location.search).get('thread') === 'page'
+
+/** @type {(why: string | undefined) => void} */
+let tellWhy
+/** Why the set is on the page's own thread, once that is known; undefined where it is in a worker. @type {Promise<string | undefined>} */
+export const whyHere = new Promise(resolve => { tellWhy = resolve })
+
+/** How the set came about; undefined until it is there. @type {import('../set/tab-set.js').Keeping | undefined} */
+let kept
+
+/** @return {Promise<Tab>} */
+async function startTab() {
+  const why = wantsOwnThread ? 'its address says so (?thread=page)' : await isolate()
+  tellWhy(why)
+  const from = {key: page.pathname, ...await stateIn(location.hash)}
+  return Tab.start(from, {here: why !== undefined})
+}
+
+/**
+ * Makes the set of this tab and connects to it. @param {(connection: Connection) => void} tell  is told why it can't
+ * @return {Promise<import('../client.js').Tv>}
+ */
+export async function open(tell) {
+  try {
+    const tab = await startTab()
+    kept = tab.keeping
+    Object.defineProperty(globalThis, symbol, {value: tab})
+    return await connect(() => new PortSocket(tab.port()), {...pauses, appId: 'page'})
+  } catch (error) {
+    const {message} = /** @type {Error} */ (error)
+    tell({connected: false, reason: message, advice: message, since: Date.now()})
+    return new Promise(() => {})  // Only a reload helps.
+  }
+}
+
+/** What the page says while it is not connected. */
+export const disconnected = 'The TV of this tab is not there. Reload the page'
+
+/** @type {{[as: string]: (reason: string) => [string, string]}}  by how the set came about: in words, and more of them */
+const words = {
+  kept: () => ['kept in this browser', 'A reload, or another visit, goes on with it. Programs outside of the tab can\'t connect to it: emp-window serve is for them.'],
+  link: () => ['from a link, not kept', 'The set came with a link. A reload makes it what the link says again. To keep it: Snapshot, open the page without the link, Restore.'],
+  'broken link': reason => [`the link can't be used: ${reason}. This is the built-in set, not kept`, 'What this browser keeps is as it was: open the page without the link.'],
+  'in use': () => ['not kept, since another tab has the one that is', 'Close the other tab and reload this one to go on with the set that is kept in this browser.'],
+  storage: reason => ['not kept: this browser keeps nothing for this page', reason],
+  unusable: reason => ['not kept: what this browser keeps can\'t be used', `${reason} To begin anew, clear what the browser keeps for this site.`],
+}
+
+/** Where the set is kept, in words. @return {{where: string, isPath: boolean, title: string}} */
+export function keeping() {
+  const {as, reason = ''} = kept ?? {as: 'storage'}
+  const [where, title] = words[as](reason)
+  return {where: `in this tab, ${where}`, isPath: false, title}
+}
+
+/** The sessions of others, and this page's own: not the one by which the set is kept. @param {any[]} sessions  as the set lists them */
+export const people = sessions => sessions.filter(({session}) => session !== kept?.session)
+
+/** Makes a link that brings a set to others. @type {((snapshot: any) => Promise<string>) | undefined} */
+export const linkTo = snapshot => linkOf(snapshot, page.href)

@@ -1,0 +1,107 @@
+/*
+ * Calls to the set that the caller waits for, without a turn of its event loop: the request goes as a message to the set's
+ * worker, the answer comes through memory that both share. A page's own thread may not sleep, so it looks again and again.
+ */
+
+// What stands in the first number of the shared memory; the second is the size of the text behind it, in bytes.
+const sent = 0
+const taken = 1
+const answered = 2
+const failed = 3
+const tooLong = 4  // the answer; the size says how much room it takes
+const givenUp = 5
+
+const head = 8  // bytes
+const initialRoom = 65536
+
+/** @param {SharedArrayBuffer} buffer */
+const headOf = buffer => new Int32Array(buffer, 0, 2)
+
+/** A call was given up, which is lost, or the set refused it. `sent` is true where it may have run. */
+export class CallError extends Error {
+  /** @param {string} message @param {{sent: boolean, isLost: boolean}} how */
+  constructor(message, {sent, isLost}) {
+    super(message)
+    this.sent = sent
+    this.isLost = isLost
+  }
+}
+
+/** The caller's end, in the page. */
+export class Caller {
+  /** Milliseconds until a call is given up that has no answer. */
+  patience = 60_000
+  #worker
+  #buffer = new SharedArrayBuffer(head + initialRoom)
+
+  /** @param {Worker} worker */
+  constructor(worker) {
+    this.#worker = worker
+  }
+
+  /** @param {string} text  the request @param {string} [session] @return {string} the answer @throws {CallError} */
+  post(text, session) {
+    const end = performance.now() + this.patience
+    let status = this.#ask({call: {text, session}}, end)
+    if (status === tooLong) {
+      this.#buffer = new SharedArrayBuffer(head + 2 * headOf(this.#buffer)[1])
+      status = this.#ask({rest: true}, end)
+    }
+    const answer = new TextDecoder().decode(new Uint8Array(this.#buffer, head, headOf(this.#buffer)[1]).slice())
+    if (status === failed) throw new CallError(answer, {sent: true, isLost: false})
+    return answer
+  }
+
+  /** @param {object} message @param {number} end  of the caller's patience @return {number} how it ended */
+  #ask(message, end) {
+    const buffer = this.#buffer
+    Atomics.store(headOf(buffer), 0, sent)
+    this.#worker.postMessage({...message, buffer})
+    for (;;) {
+      const status = Atomics.load(headOf(buffer), 0)
+      if (status > taken) return status
+      if (performance.now() > end) this.#giveUp(buffer)
+    }
+  }
+
+  /** @param {SharedArrayBuffer} buffer */
+  #giveUp(buffer) {
+    const status = Atomics.exchange(headOf(buffer), 0, givenUp)
+    this.#buffer = new SharedArrayBuffer(head + initialRoom)  // the set may still write into the other one
+    const what = status === sent ? 'has not taken the call' : 'has not answered'
+    throw new CallError(`the set's worker ${what} for ${this.patience} ms; reload the page`, {sent: status !== sent, isLost: true})
+  }
+}
+
+/** The set's end, in the worker. */
+export class Answerer {
+  #post
+  /** An answer that was too long for the caller's memory. @type {{bytes: Uint8Array, status: number}} */
+  #rest = {bytes: new Uint8Array(), status: answered}
+
+  /** @param {(text: string, session?: string) => string} post */
+  constructor(post) {
+    this.#post = post
+  }
+
+  /** @param {{call?: {text: string, session?: string}, buffer: SharedArrayBuffer}} message  without a call the rest is wanted */
+  take({call, buffer}) {
+    const numbers = headOf(buffer)
+    if (Atomics.compareExchange(numbers, 0, sent, taken) !== sent) return
+    if (call) this.#rest = this.#answer(call)
+    const {bytes, status} = this.#rest
+    numbers[1] = bytes.length
+    const fits = bytes.length <= buffer.byteLength - head
+    if (fits) new Uint8Array(buffer, head).set(bytes)
+    Atomics.compareExchange(numbers, 0, taken, fits ? status : tooLong)
+  }
+
+  /** @param {{text: string, session?: string}} call */
+  #answer({text, session}) {
+    try {
+      return {bytes: new TextEncoder().encode(this.#post(text, session)), status: answered}
+    } catch (error) {
+      return {bytes: new TextEncoder().encode(/** @type {Error} */ (error).message), status: failed}
+    }
+  }
+}

@@ -1,0 +1,95 @@
+/*
+ * Lets the page share memory with the set's worker, on any static server: the site's service worker adds the headers that
+ * browsers want for that, once it serves the page. It also keeps the site's files, and brings new ones.
+ */
+
+const flag = 'emp-window.isolating'
+const patience = 20_000  // ms for the service worker to fetch the site's files
+
+/** Whether this tab has been loaded anew for it already; true where that can't be known. */
+function wasTried() {
+  try {
+    return sessionStorage.getItem(flag) !== null
+  } catch {
+    return true
+  }
+}
+
+/** @param {boolean} isTried */
+function remember(isTried) {
+  try {
+    if (isTried) sessionStorage.setItem(flag, '1')
+    else sessionStorage.removeItem(flag)
+  } catch {
+    // Then it is not tried.
+  }
+}
+
+/** Loads the page anew. @return {Promise<never>} */
+function reload() {
+  location.reload()
+  return new Promise(() => {})
+}
+
+/** Asks whether this is the site's only page; if so, what is new takes over. @param {ServiceWorker} worker @return {Promise<boolean>} */
+function takesOver(worker) {
+  return new Promise(resolve => {
+    const {port1, port2} = new MessageChannel()
+    port1.onmessage = ({data}) => resolve(data)
+    worker.postMessage('take over if alone', [port2])
+  })
+}
+
+/** Fulfilled when a service worker is there to serve the page the next time. @param {ServiceWorkerRegistration} registration @return {Promise<void>} */
+function installed({installing, waiting, active}) {
+  return new Promise((resolve, reject) => {
+    const worker = active ?? waiting ?? installing
+    const look = () => {
+      if (worker?.state === 'activating' || worker?.state === 'activated') resolve()
+      if (!worker || worker.state === 'redundant') reject(new Error('a file of the site is missing, or of another version'))
+    }
+    worker?.addEventListener('statechange', look)
+    look()
+    setTimeout(() => reject(new Error(`it takes more than ${patience / 1000} s`)), patience)
+  })
+}
+
+/** @return {Promise<ServiceWorkerRegistration>} */
+const register = () => navigator.serviceWorker.register(new URL('../service-worker.js', import.meta.url))
+
+/**
+ * Has a new version of the site take over that waits, if no other page needs the old one.
+ * @param {ServiceWorkerRegistration} registration @return {Promise<boolean>} whether it has
+ */
+async function renewed({waiting}) {
+  const changed = new Promise(resolve => navigator.serviceWorker.addEventListener('controllerchange', resolve, {once: true}))
+  if (!waiting || !await takesOver(waiting)) return false
+  await changed
+  return true
+}
+
+/**
+ * Makes the page isolated where the browser can. Loads it anew where that takes a load more, or a new version is there.
+ * @return {Promise<string | undefined>} why the page is not isolated
+ */
+export async function isolate() {
+  const isIsolated = globalThis.crossOriginIsolated
+  if (!navigator.serviceWorker) return isIsolated ? undefined : 'its address is neither of this machine (http://localhost) nor https'
+  try {
+    const registration = await register()
+    if (await renewed(registration)) return reload()
+    if (isIsolated) return remember(false)
+    if (wasTried()) {
+      remember(false)
+      return 'this browser does not do that'
+    }
+    await installed(registration)
+  } catch (error) {
+    const problem = `the site's service worker can't be installed: ${/** @type {Error} */ (error).message}`
+    if (!isIsolated) return problem
+    console.warn(`emp-window: ${problem}. The site can't be used offline.`)
+    return undefined
+  }
+  remember(true)
+  return reload()
+}

@@ -1,0 +1,143 @@
+/*
+ * The set of this tab, as the page has it: in a worker where the browser lets both share memory, else on the page's own thread.
+ * Apps in frames of the same origin find it under a symbol on the page's window, and call it synchronously.
+ */
+import {Caller} from './calls.js'
+import {TabSet} from './tab-set.js'
+
+
+/** A set on the page's own thread, as Worker offers it. */
+class OwnThread {
+  #set
+
+  /** @param {TabSet} set */
+  constructor(set) {
+    this.#set = set
+  }
+
+  /** @param {string} text @param {string} [session] */
+  post(text, session) {
+    return this.#set.post(text, session)
+  }
+
+  /** @param {any} message */
+  tell({port, hold, number}) {
+    if (port) this.#set.serve(port)
+    else if (hold) this.#set.hold(number, hold)
+    else this.#set.release(number)
+  }
+}
+
+/** A set in a worker. */
+class OtherThread {
+  caller
+  #worker
+
+  /** @param {Worker} worker */
+  constructor(worker) {
+    this.#worker = worker
+    this.caller = new Caller(worker)
+  }
+
+  /** @param {string} text @param {string} [session] */
+  post(text, session) {
+    return this.caller.post(text, session)
+  }
+
+  /** @param {any} message */
+  tell(message) {
+    this.#worker.postMessage(message, message.port ? [message.port] : [])
+  }
+}
+
+/** @param {any} from @return {Promise<{thread: OtherThread, keeping: import('./tab-set.js').Keeping}>} */
+async function startWorker(from) {
+  const worker = new Worker(new URL('worker.js', import.meta.url), {type: 'module', name: 'set'})
+  const {keeping, problem} = await new Promise((resolve, reject) => {
+    worker.onmessage = ({data}) => resolve(data)
+    worker.onerror = ({message}) => reject(new Error(`the set's worker can't be loaded${message ? `: ${message}` : ''}`))
+    worker.postMessage({start: from})
+  })
+  if (problem) throw new Error(problem)
+  return {thread: new OtherThread(worker), keeping}
+}
+
+/** @param {any} from @return {Promise<{thread: OwnThread, keeping: import('./tab-set.js').Keeping}>} */
+async function startHere(from) {
+  const {set, keeping} = await TabSet.start(from)
+  return {thread: new OwnThread(set), keeping}
+}
+
+/** What a page of the same origin can do with the set. */
+export class Tab {
+  /** @type {OwnThread | OtherThread} */
+  #thread
+  #held = 0
+  /** Those of clients. @type {Set<MessagePort>} */
+  #ports = new Set()
+  keeping
+
+  /** @param {{thread: OwnThread | OtherThread, keeping: import('./tab-set.js').Keeping}} made */
+  constructor({thread, keeping}) {
+    this.#thread = thread
+    this.keeping = keeping
+  }
+
+  /**
+   * Makes the set, in a worker unless the page is told to have it, or its thread can't share memory with one.
+   * @param {{key: string, snapshot?: any, problem?: string}} from  as TabSet.start  @param {{here: boolean}} how
+   */
+  static async start(from, {here}) {
+    return new Tab(await (here ? startHere(from) : startWorker(from)))
+  }
+
+  /** Milliseconds until a call is given up; undefined where calls run on this thread. */
+  get patience() {
+    return this.#thread instanceof OtherThread ? this.#thread.caller.patience : undefined
+  }
+
+  set patience(milliseconds) {
+    if (this.#thread instanceof OtherThread && milliseconds !== undefined) this.#thread.caller.patience = milliseconds
+  }
+
+  /** Handles a request, which has run when this returns. @param {string} text @param {string} [session] @return {string} */
+  post(text, session) {
+    try {
+      return this.#thread.post(text, session)
+    } catch (error) {
+      const {isLost, message} = /** @type {import('./calls.js').CallError} */ (error)
+      if (isLost) this.#cut(message)
+      throw error
+    }
+  }
+
+  /** A port for a client: `connect(() => new PortSocket(tab.port()))`. @return {MessagePort} */
+  port() {
+    const {port1, port2} = new MessageChannel()
+    this.#ports.add(port1)
+    this.#thread.tell({port: port2})
+    return port1
+  }
+
+  /** Tells all clients that their connection is gone. @param {string} reason */
+  #cut(reason) {
+    for (const port of this.#ports) port.dispatchEvent(new MessageEvent('message', {data: {closed: {code: 1006, reason}}}))
+    this.#ports.clear()
+  }
+
+  /**
+   * Keeps a session until the caller lets it go, or its window.
+   * @param {string} session @param {Window} window  the caller's  @return {() => void} lets it go
+   */
+  hold(session, window) {
+    const number = ++this.#held
+    const release = () => {
+      window.removeEventListener('pagehide', release)
+      this.#thread.tell({number})
+    }
+    window.addEventListener('pagehide', release)
+    this.#thread.tell({hold: session, number})
+    return release
+  }
+}
+

@@ -1,0 +1,28 @@
+/* The set's worker: makes the set that the page asks for, then does what the page's messages say. */
+import {Answerer} from './calls.js'
+import {TabSet} from './tab-set.js'
+
+/** @type {TabSet} */
+let set
+/** @type {Answerer} */
+let answerer
+
+/** @param {any} from */
+async function start(from) {
+  try {
+    const {set: made, keeping} = await TabSet.start(from)
+    set = made
+    answerer = new Answerer((text, session) => set.post(text, session))
+    postMessage({keeping})
+  } catch (error) {
+    postMessage({problem: /** @type {Error} */ (error).message})
+  }
+}
+
+addEventListener('message', ({data}) => {
+  if (data.buffer) answerer.take(data)
+  else if (data.start) start(data.start)
+  else if (data.port) set.serve(data.port)
+  else if (data.hold) set.hold(data.number, data.hold)
+  else set.release(data.number)
+})
