@@ -5,7 +5,6 @@
 import {Caller} from './calls.js'
 import {TabSet} from './tab-set.js'
 
-
 /** A set on the page's own thread, as Worker offers it. */
 class OwnThread {
   #set
