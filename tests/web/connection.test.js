@@ -7,13 +7,12 @@ import {afterEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
 import {serve} from '../client/support/server.js'
 import {until} from '../client/support/wait.js'
-import {Console, useBrowser} from './support/console.js'
+import {brokenConnection, Console, useBrowser} from './support/console.js'
 
 let shown
 useBrowser()
 afterEach(async () => {
-  // A browser tells each failed try to connect on its console, and each refusal.
-  shown.errors = shown.errors.filter(text => !/WebSocket connection to .* failed|status of 401/.test(text))
+  shown.tolerated = new RegExp(`${brokenConnection.source}|status of 401`)
   await shown.close()
 })
 

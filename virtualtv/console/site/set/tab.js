@@ -139,4 +139,3 @@ export class Tab {
     return release
   }
 }
-
