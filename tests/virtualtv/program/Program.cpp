@@ -35,6 +35,12 @@ constexpr int patience = 30000;  // milliseconds without a sign of life
   std::_Exit(127);
 }
 
+/// Has signals do what they do to a program that a person starts. In the background some shells have them ignored,
+/// which a child inherits.
+void heedSignals() {
+  for (const int signal : {SIGINT, SIGQUIT, SIGHUP, SIGTERM}) ::signal(signal, SIG_DFL);
+}
+
 /// Waits for the end of a process. @param used  receives what it used. @return its status, -1 when a signal ended it.
 int statusOf(int process, rusage& used) {
   int status = 0;
@@ -56,6 +62,7 @@ Ending runWith(const std::filesystem::path& folder, const std::vector<std::strin
     open(input, O_RDONLY, STDIN_FILENO);
     open(folder / "stdout", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     open(folder / "stderr", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    heedSignals();
     prepare();
     become(EMP_WINDOW, arguments);
   }
@@ -128,6 +135,7 @@ Running::Running(const std::vector<std::string>& arguments, const std::function<
     ::dup2(input[0], STDIN_FILENO);
     ::dup2(output[1], STDOUT_FILENO);
     ::dup2(errors[1], STDERR_FILENO);
+    heedSignals();
     prepare();
     become(EMP_WINDOW, arguments);
   }
@@ -188,6 +196,7 @@ OnTerminal::OnTerminal(const std::vector<std::string>& arguments, unsigned short
   if (process_ == 0) {
     ::setenv("TERM", "vt100", 1);
     ::setenv("LC_ALL", "C.UTF-8", 1);
+    heedSignals();
     become(program, arguments);
   }
 }
