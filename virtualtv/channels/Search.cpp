@@ -1,8 +1,7 @@
 #include "channels/Search.h"
 
-#include <locale.h>
-#include <wctype.h>
-
+#include <clocale>
+#include <cwctype>
 #include <set>
 
 #include "text/Units.h"

@@ -77,7 +77,7 @@ class Arguments {
 /// Adds an integer as the modifier passes it.
 template <typename Kept>
 void keepInteger(std::string_view modifier, Arguments& arguments, Kept& kept) {
-  if (modifier == "l") {
+  if (modifier == "l") {  // NOLINT(bugprone-branch-clone): where a long has 32 bits they differ
     kept.emplace_back(arguments.next<long>());
   } else if (modifier == "j") {
     kept.emplace_back(arguments.next<std::intmax_t>());
