@@ -4,6 +4,7 @@ add_executable(emp-window Window/Src/main.cpp wasm/iconv/Iconv.cpp)
 set_target_properties(emp-window PROPERTIES SUFFIX .wasm)
 target_compile_options(emp-window PRIVATE ${EMP_WINDOW_PRODUCT_OPTIONS})
 target_link_libraries(emp-window PRIVATE window virtualtv wasm_iconv strict_warnings)
+# Functions keep their names for profiles here; the package is laid without them.
 target_link_options(emp-window PRIVATE -fwasm-exceptions -sSTANDALONE_WASM --no-entry -sALLOW_MEMORY_GROWTH
   -sTOTAL_STACK=1MB -sINITIAL_MEMORY=8MB -sMAXIMUM_MEMORY=2GB -sERROR_ON_UNDEFINED_SYMBOLS=0 --profiling-funcs
   -Wl,--export=main -Wl,--import-memory)

@@ -42,6 +42,7 @@ class Connection : rpc::Outlet {
   void send(std::shared_ptr<const std::string> message) override {
     emp_host_send(number_, message->data(), message->size());
   }
+  // The script has each message at once, so nobody is too slow.
   std::size_t unsent() const override { return 0; }
   void cutOff() override {}
 

@@ -12,13 +12,7 @@ export interface Port {
 export function servePort(tv: Tv, port: Port): void
 
 /** The client's end: `connect(() => new PortSocket(port))`. A port serves one connection. */
-export class PortSocket implements SocketLike {
+export class PortSocket {
   constructor(port: Port)
-  readonly readyState: number
-  onopen?: ((event?: any) => void) | null
-  onmessage?: ((event: any) => void) | null
-  onerror?: ((event: any) => void) | null
-  onclose?: ((event: any) => void) | null
-  send(text: string): void
-  close(): void
 }
+export interface PortSocket extends SocketLike {}

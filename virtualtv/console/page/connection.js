@@ -4,7 +4,7 @@
 import {connect} from '../client.js'
 import {rememberedToken, rememberToken} from './memory.js'
 
-/** @typedef {{connected: boolean, reason?: string, advice?: string, since: number}} Connection */
+/** @typedef {import('./store.js').Known['connection']} Connection */
 
 const firstPause = 200  // ms before the first try to connect again; doubles with each that fails
 const longestPause = 2000

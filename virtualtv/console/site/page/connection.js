@@ -7,7 +7,7 @@ import {isolate} from '../set/isolation.js'
 import {linkTo as linkOf, stateIn} from '../set/link.js'
 import {Tab} from '../set/tab.js'
 
-/** @typedef {{connected: boolean, reason?: string, advice?: string, since: number}} Connection */
+/** @typedef {import('./store.js').Known['connection']} Connection */
 
 const pauses = {patience: 0, firstPause: 50, longestPause: 1000}
 /** On the page's own window; apps in its frames find it there. */

@@ -48,7 +48,6 @@ async function fromStorage(module, key) {
   }
 }
 
-
 /** A set that clients are served from. */
 export class TabSet {
   #set
