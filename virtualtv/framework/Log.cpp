@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 #include <set>
+#include <string>
 #include <utility>
 
 #include "kel/CKELDebug.h"
@@ -28,7 +29,7 @@ notify::Listeners<LogLine>& listeners() {
 }
 
 struct Location {
-  std::string function;
+  text::Shared function;
   int place = 0;
   bool lost = false;  ///< there was no memory for it; its message would be taken for another operation's
 };
@@ -39,13 +40,21 @@ Location& location() {
   return waiting;
 }
 
+/// A function's name, shared with the location before it where that has the same: lists log several lines a service.
+text::Shared nameOf(const char* function) {
+  static text::Shared last;
+  if (function == nullptr) return {};
+  if (!(last == function)) last = std::string(function);
+  return last;
+}
+
 /// What passes the filter. Kept out of its caller, which would otherwise save registers for each message that does not.
 /// A message that there is no memory for is lost; the one who logs goes on.
 [[gnu::noinline]] void take(int channel, int level, const char* format, va_list arguments) try {
   if (std::strcmp(format, locationFormat) == 0) {
     const char* function = va_arg(arguments, const char*);
     location().lost = true;  // until it is kept
-    location() = {function == nullptr ? "" : function, va_arg(arguments, int)};
+    location() = {nameOf(function), va_arg(arguments, int)};
     return;
   }
   Location told = std::exchange(location(), {});

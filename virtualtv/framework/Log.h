@@ -2,10 +2,10 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 
 #include "framework/Message.h"
 #include "notify/Listeners.h"
+#include "text/Shared.h"
 
 /// Where the plug-in's log lines end: a filter by level, then those who listen.
 namespace virtualtv::framework {
@@ -13,9 +13,9 @@ namespace virtualtv::framework {
 /// One message as the plug-in logged it, without its location line.
 struct LogLine {
   int level = 0;
-  int channel = 0;       ///< of the framework's log
-  int place = 0;         ///< source line, from the location line before it
-  std::string function;  ///< from there, too
+  int channel = 0;        ///< of the framework's log
+  int place = 0;          ///< source line, from the location line before it
+  text::Shared function;  ///< from there, too
   Message message;
 };
 

@@ -12,18 +12,6 @@
 
 namespace virtualtv::framework {
 
-namespace {
-
-/// What stands before a number that differs from run to run.
-constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "[%s],pid = ", "sigStrength is ",
-                                                       "ERROR!!!![%s][%s]["};
-
-bool isMasked(std::string_view before, char letter) {
-  if (letter == 'p') return true;
-  return std::any_of(beforeMasked.begin(), beforeMasked.end(),
-                     [=](std::string_view mark) { return before.ends_with(mark); });
-}
-
 /// One conversion of a format, as in "%-5ld".
 struct Conversion {
   std::size_t sign = 0;       ///< where the '%' stands
@@ -37,6 +25,18 @@ struct Conversion {
   bool isFloat() const { return std::string_view("eEfFgGaA").find(letter) != std::string_view::npos; }
   bool isPrinted() const { return isInteger() || isFloat() || letter == 's' || letter == 'p'; }
 };
+
+namespace {
+
+/// What stands before a number that differs from run to run.
+constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "[%s],pid = ", "sigStrength is ",
+                                                       "ERROR!!!![%s][%s]["};
+
+bool isMasked(std::string_view before, char letter) {
+  if (letter == 'p') return true;
+  return std::any_of(beforeMasked.begin(), beforeMasked.end(),
+                     [=](std::string_view mark) { return before.ends_with(mark); });
+}
 
 std::string_view takeAnyOf(std::string_view letters, std::string_view& rest) {
   const std::string_view taken = rest.substr(0, rest.find_first_not_of(letters));
@@ -166,8 +166,10 @@ std::string printed(const Conversion& conversion, Iterator& argument) {
   return conversion.letter == 'n' ? "" : spec;
 }
 
+}  // namespace
+
 /// A format as it was read.
-struct Format {
+struct Message::Format {
   explicit Format(std::string_view written) : text(written) {
     for (std::size_t sign = text.find('%'); sign != std::string::npos; sign = text.find('%', conversions.back().end)) {
       conversions.push_back(conversionAt(text, sign));
@@ -183,8 +185,13 @@ struct Format {
   std::size_t arguments = 0;            ///< that it takes and keeps
 };
 
+struct Message::Content {
+  std::shared_ptr<const Format> format;
+  std::vector<Argument> arguments;
+};
+
 /// Formats stand in the code, mostly, so each is read once and found again by its address.
-std::shared_ptr<const Format> formatAt(const char* written) {
+std::shared_ptr<const Message::Format> Message::formatAt(const char* written) {
   constexpr std::size_t most = 4096;
   static std::unordered_map<const char*, std::shared_ptr<const Format>> known;
   const auto found = known.find(written);
@@ -198,26 +205,27 @@ std::shared_ptr<const Format> formatAt(const char* written) {
   return format;
 }
 
-}  // namespace
-
 Message::Message(const char* format, va_list list) {
   const auto content = std::make_shared<Content>();
-  const std::shared_ptr<const Format> read = formatAt(format);
-  content->format = read->text;
-  content->arguments.reserve(read->arguments);
+  content->format = formatAt(format);
+  content->arguments.reserve(content->format->arguments);
   Arguments arguments(list);
-  for (const Conversion& conversion : read->conversions) keep(conversion, arguments, content->arguments);
+  for (const Conversion& conversion : content->format->conversions) keep(conversion, arguments, content->arguments);
   content_ = content;
 }
 
 const std::shared_ptr<const Message::Content>& Message::empty() {
-  static const auto none = std::make_shared<const Content>();
+  static const auto none = std::make_shared<const Content>(Content{std::make_shared<const Format>(""), {}});
   return none;
 }
 
+const std::string& Message::format() const {
+  return content_->format->text;
+}
+
 std::size_t Message::bytes() const {
-  const auto& [format, arguments] = *content_;
-  std::size_t bytes = format.size() + arguments.capacity() * sizeof(Argument);
+  const std::vector<Argument>& arguments = content_->arguments;
+  std::size_t bytes = arguments.capacity() * sizeof(Argument);
   for (const Argument& argument : arguments) {
     if (const auto* text = std::get_if<std::string>(&argument)) bytes += text->size();
   }
@@ -233,12 +241,11 @@ std::string Message::masked() const {
 }
 
 std::string Message::rendered(bool masks) const {
-  const Format read(content_->format);
-  const std::string_view format = read.text;
+  const std::string_view format = this->format();
   std::string text;
   auto argument = content_->arguments.begin();
   std::size_t end = 0;  // of what is rendered
-  for (const Conversion& conversion : read.conversions) {
+  for (const Conversion& conversion : content_->format->conversions) {
     text += format.substr(end, conversion.sign - end);
     const std::string part = printed(conversion, argument);
     text += masks && isMasked(format.substr(0, conversion.sign), conversion.letter) ? "*" : part;

@@ -19,7 +19,7 @@ class Message {
   /// Copies all that the text takes. @param list  as `va_start` left them, one for each conversion; used up afterwards.
   Message(const char* format, va_list list);
 
-  const std::string& format() const { return content_->format; }
+  const std::string& format() const;
   /// What it takes of memory beside itself, about, in bytes.
   std::size_t bytes() const;
 
@@ -33,11 +33,10 @@ class Message {
  private:
   using Argument = std::variant<int, long, long long, std::size_t, double, long double, const void*, std::string>;
 
-  struct Content {
-    std::string format;
-    std::vector<Argument> arguments;
-  };
+  struct Format;
+  struct Content;
 
+  static std::shared_ptr<const Format> formatAt(const char* written);
   std::string rendered(bool masks) const;
   static const std::shared_ptr<const Content>& empty();
 

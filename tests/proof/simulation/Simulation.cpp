@@ -23,7 +23,7 @@ std::string recordOf(const comparison::Pair& pair, const std::string& line) {
   if (pair.answer()) text += comparison::shown(*pair.answer()) + "\n";
   for (const virtualtv::seam::Call& call : pair.calls()) text += virtualtv::seam::line(call) + "\n";
   for (const virtualtv::framework::LogLine& said : pair.log()) {
-    text += std::to_string(said.level) + " " + said.function + " " + said.message.masked() + "\n";
+    text += std::to_string(said.level) + " " + said.function.str() + " " + said.message.masked() + "\n";
   }
   return text;
 }

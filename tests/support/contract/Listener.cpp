@@ -43,7 +43,7 @@ std::string escaped(const std::string& text) {
 std::string contractLine(const LogLine& line) {
   const bool fixedText = line.message.format() == "%s";  // it came out of a table of texts
   return escaped(fixedText ? line.message.text() : line.message.format()) + "\t" + std::to_string(line.level) + "\t" +
-         line.function;
+         line.function.str();
 }
 
 /// Writes a message at once, as a process may be killed any time.

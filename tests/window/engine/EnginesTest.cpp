@@ -76,7 +76,7 @@ TEST_F(EnginesTest, LinesOfAnEnginesBeginAndEndStandUnderItsOwnOperations) {
   for (const auto& line : messages()) {
     for (const std::string name : {"CEmpEngineWindow", "~CEmpEngineWindow"}) {
       const bool own = line.message.text().rfind("[CEmpEngineWindow::" + name + "]", 0) == 0;
-      EXPECT_TRUE(!own || line.function == name) << line.message.text() << " under " << line.function;
+      EXPECT_TRUE(!own || line.function == name) << line.message.text() << " under " << line.function.str();
     }
   }
 }

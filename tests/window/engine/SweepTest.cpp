@@ -118,8 +118,8 @@ void LocationTest::expectLocations() {
   const std::vector<LogLine> told = messages();
   EXPECT_FALSE(told.empty());
   for (const LogLine& line : told) {
-    EXPECT_TRUE(engine::isLineOf(line.function, line.place))
-        << line.place << " is no line of " << line.function << ", which logs " << line.message.masked();
+    EXPECT_TRUE(engine::isLineOf(line.function.str(), line.place))
+        << line.place << " is no line of " << line.function.str() << ", which logs " << line.message.masked();
     if (line.message.format().find("LINE=[%d]") == std::string::npos &&
         line.message.format().find("ERROR") == std::string::npos)
       continue;

@@ -45,8 +45,8 @@ TEST_P(VideoOperation, ReadsTheSourceThenCallsTheWindowsVideoControl) {
 TEST_P(VideoOperation, LogsEverythingUnderItsNameButWhatItReadsTheSourceWith) {
   run();
   for (const auto& line : messages()) {
-    const bool own = line.function.rfind("t_", 0) != 0;
-    EXPECT_TRUE(!own || line.function == operation().name) << line.message.text() << " under " << line.function;
+    const bool own = line.function.str().rfind("t_", 0) != 0;
+    EXPECT_TRUE(!own || line.function == operation().name) << line.message.text() << " under " << line.function.str();
   }
 }
 
