@@ -212,6 +212,18 @@ class CheckTest(ScratchTest):
         self.assertFound("tidy", "Window/include/Answer.h:4:13: error: invalid case style for parameter 'Bad_number'")
         self.assertNotIn("Worse_number", self.check("tidy").stdout)
 
+    def test_tidy_takes_sources_apart_that_are_compiled_as_one(self):
+        self.build()
+        whole = self.root / "build/debug/Unity/unity_0.cxx"
+        whole.parent.mkdir()
+        whole.write_text(f'/* made by the build */\n\n#include "{self.source}"\n')
+        command = f"g++ -std=c++17 -I {self.root}/platform -I {self.root}/Window/include -c {whole}"
+        database = [{"directory": str(self.root), "file": str(whole), "command": command}]
+        (self.root / "build/debug/compile_commands.json").write_text(json.dumps(database))
+        self.assertClean("tidy")
+        self.source.write_text(self.source.read_text().replace("return number;", "int Bad_name = 0;\n  return Bad_name;"))
+        self.assertFound("tidy", "Window/Src/Answer.cpp:7:7: error: invalid case style for variable 'Bad_name'")
+
     def test_tidy_keeps_the_enumerations_of_the_plug_in(self):
         self.copy("Window/.clang-tidy")
         self.source.write_text("enum _PL_WINDOW_SEEK : int {};\nenum _OTHER : int {};\n")
