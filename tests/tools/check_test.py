@@ -1,6 +1,7 @@
 """Each check of tools/check passes on a clean tree and finds what is planted in it."""
 
 import json
+import shlex
 import unittest
 
 from scratch import TOP, ScratchTest
@@ -198,6 +199,12 @@ class CheckTest(ScratchTest):
     def test_symbols_can_not_be_checked_without_a_build(self):
         self.assertFound("symbols", "cannot check: ")
 
+    def test_usings(self):
+        self.write("virtualtv/Names.cpp", "using std::string;\nusing std::vector;\n\nvector<string> names();\n")
+        self.assertClean("usings")
+        self.write("virtualtv/Names.cpp", "using std::string;\nusing std::vector;\n\nstring name();\n")
+        self.assertFound("usings", "virtualtv/Names.cpp:2: vector is not used")
+
     def test_tidy(self):
         self.build()
         self.assertClean("tidy")
@@ -212,13 +219,13 @@ class CheckTest(ScratchTest):
         self.assertFound("tidy", "Window/include/Answer.h:4:13: error: invalid case style for parameter 'Bad_number'")
         self.assertNotIn("Worse_number", self.check("tidy").stdout)
 
-    def test_tidy_takes_sources_apart_that_are_compiled_as_one(self):
+    def test_tidy_reads_sources_that_are_compiled_as_one(self):
         self.build()
         whole = self.root / "build/debug/Unity/unity_0.cxx"
         whole.parent.mkdir()
         whole.write_text(f'/* made by the build */\n\n#include "{self.source}"\n')
-        command = f"g++ -std=c++17 -I {self.root}/platform -I {self.root}/Window/include -c {whole}"
-        database = [{"directory": str(self.root), "file": str(whole), "command": command}]
+        command = ["g++", "-std=c++17", "-I", f"{self.root}/platform", "-I", f"{self.root}/Window/include", "-c", str(whole)]
+        database = [{"directory": str(self.root), "file": str(whole), "command": shlex.join(command)}]
         (self.root / "build/debug/compile_commands.json").write_text(json.dumps(database))
         self.assertClean("tidy")
         self.source.write_text(self.source.read_text().replace("return number;", "int Bad_name = 0;\n  return Bad_name;"))
