@@ -5,7 +5,7 @@ set(EMP_WINDOW_WASM_SOURCES "" CACHE PATH "Where tools/wasm has laid the sources
 if(NOT EXISTS ${EMP_WINDOW_WASM_SOURCES}/complete)
   message(FATAL_ERROR "The libraries' sources are not there; tools/wasm fetches them")
 endif()
-add_compile_options(-fwasm-exceptions -mnontrapping-fptoint -msign-ext)
+add_compile_options(-fwasm-exceptions -msign-ext -mnontrapping-fptoint)
 include_directories(BEFORE SYSTEM ${PROJECT_SOURCE_DIR}/wasm/include)
 
 file(GLOB sources ${EMP_WINDOW_WASM_SOURCES}/jsoncpp/src/lib_json/*.cpp)

@@ -1,0 +1,11 @@
+/* The C library's own, with the numbers that Linux has for what conversions of texts report: the plug-in logs them. */
+#pragma once
+
+#include_next <errno.h>
+
+#undef E2BIG
+#undef EILSEQ
+#undef EINVAL
+#define E2BIG 7
+#define EILSEQ 84
+#define EINVAL 22
