@@ -1,6 +1,7 @@
 // TVs in memory in Node: what any client does, what they start from, that they end.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
+import {readFile} from 'node:fs/promises'
 import {test} from 'node:test'
 import {cases, runCase} from '../client/support/cases.js'
 import {EmpTvError, createTv, forgetTv, installWindow, urlOf} from './support/package.js'
@@ -60,6 +61,32 @@ test('without waiting, latencies only move the clock of the set', async () => {
   assert.deepEqual([await tv.window.GetTVMode(), tvWindow.GetTVMode()], [1, 1])
   assert.ok(performance.now() - start < 20_000)
   await tv.close()
+})
+
+test('a TV is there however long something else holds the process up', async context => {
+  const {clientOf, makeSet} = await import(urlOf('memory.js'))
+  const {load} = await import(urlOf('load.js'))
+  const module = await load()
+  context.mock.timers.enable({apis: ['setTimeout']})
+  const {tv, opened} = clientOf(makeSet(module, {}))
+  await Promise.resolve()
+  await Promise.resolve()
+  context.mock.timers.tick(60_000)
+  await opened
+  assert.equal(await tv.window.GetTVMode(), 1)
+  await tv.close()
+})
+
+test('where the TV of an object was closed, the next one of that name is on another TV', async () => {
+  const target = {}
+  for (let times = 0; times < 2; ++times) {
+    const tv = await createTv()
+    const tvWindow = installWindow(target, {tv, name: 'tvWindow'})
+    assert.equal(tvWindow, target.tvWindow)
+    assert.equal(installWindow(target, {tv, name: 'tvWindow'}), tvWindow)
+    assert.equal(tvWindow.GetTVMode(), 1)
+    await tv.close()
+  }
 })
 
 test('an object on a TV that was closed throws', async () => {

@@ -18,19 +18,15 @@ class AllFiles : public FileAccess {
   }
 };
 
-class NoFiles : public FileAccess {
- public:
-  fs::path start() const override { return {}; }
-  std::string read(const fs::path&, const std::string& name) const override { failFile("read", name, reason); }
-  void save(const fs::path&, std::string_view, const std::string& name) const override {
-    failFile("write", name, reason);
-  }
-
- private:
-  static constexpr const char* reason = "clients reach no files unless the server is started with --files";
-};
-
 }  // namespace
+
+std::string NoFiles::read(const fs::path&, const std::string& name) const {
+  failFile("read", name, reason_);
+}
+
+void NoFiles::save(const fs::path&, std::string_view, const std::string& name) const {
+  failFile("write", name, reason_);
+}
 
 const FileAccess& allFiles() {
   static const AllFiles files;
@@ -38,7 +34,7 @@ const FileAccess& allFiles() {
 }
 
 const FileAccess& noFiles() {
-  static const NoFiles files;
+  static const NoFiles files("clients reach no files unless the server is started with --files");
   return files;
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace virtualtv::shell {
 
@@ -25,6 +26,19 @@ class FileAccess {
 const FileAccess& allFiles();
 
 /// None: every file fails with a reason.
+class NoFiles : public FileAccess {
+ public:
+  explicit NoFiles(std::string reason) : reason_(std::move(reason)) {}
+
+  std::filesystem::path start() const override { return {}; }
+  std::string read(const std::filesystem::path& path, const std::string& name) const override;
+  void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
+
+ private:
+  std::string reason_;
+};
+
+/// None, for clients of a server.
 const FileAccess& noFiles();
 
 }  // namespace virtualtv::shell

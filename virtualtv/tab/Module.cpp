@@ -20,6 +20,7 @@
 #include "kel/EmpMain.h"
 #include "rpc/Server.h"
 #include "set/SnapshotJson.h"
+#include "shell/FileAccess.h"
 
 namespace virtualtv::tab {
 
@@ -122,6 +123,9 @@ class Module {
     rpc::Options options;
     options.after = [this](std::chrono::milliseconds time, std::function<void()> then) { add(time, std::move(then)); };
     options.waits = waits;
+    options.files = std::make_shared<shell::NoFiles>(
+        "a TV in memory reaches no files; tv.import, tv.restore and tv.check take what is in one, tv.snapshot answers "
+        "it");
     options.complain = [](const std::string& line) { emp_host_complain(line.data(), line.size()); };
     return options;
   }
