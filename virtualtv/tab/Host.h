@@ -6,8 +6,15 @@
 /// version, which the name says that the script's functions are looked up under.
 extern "C" {
 
+#if defined(__wasm__)
 #define EMP_HOST(name) __attribute__((import_module("emp-window 1.3.0"), import_name(#name)))
 #define EMP_OFFERED(name) __attribute__((export_name(#name)))
+#else  // for tools that look at sources; nobody loads that
+#define EMP_HOST(name)
+#define EMP_OFFERED(name)
+#endif
+
+// NOLINTBEGIN(readability-identifier-naming): the script knows them by these names
 
 // What the script offers. None of these may call the module.
 
@@ -39,4 +46,6 @@ EMP_OFFERED(disconnect) int emp_disconnect(int client);
 /// @param sessionSize  of the session, which stands in front of the request; 0 for none. @param size  of both.
 EMP_OFFERED(post) int emp_post(int call, std::size_t sessionSize, std::size_t size);
 EMP_OFFERED(elapse) int emp_elapse(int timer);
+
+// NOLINTEND(readability-identifier-naming)
 }
