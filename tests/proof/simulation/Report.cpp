@@ -45,6 +45,10 @@ void leaveBehind(std::uint64_t seed, const Script& script, const std::filesystem
   write("# seed " + std::to_string(seed) + ", not yet at its end\n" + inputsOf(script), file);
 }
 
+void keepScript(std::uint64_t seed, const Script& script, const std::filesystem::path& directory) {
+  write(inputsOf(script), directory / (std::to_string(seed) + ".txt"));
+}
+
 Report reportOf(Simulation& simulation, const Failure& failure) {
   const std::string what = "seed " + std::to_string(failure.seed) + ": " + failure.what;
   const Course course = courseOf(simulation, failure.script);

@@ -18,6 +18,9 @@ struct Report {
 /// Writes the script that is about to run, with its seed, for whoever looks when the program does not come to its end.
 void leaveBehind(std::uint64_t seed, const comparison::Script& script, const std::filesystem::path& file);
 
+/// Writes a script into a directory, as SEED.txt: its lines as they are typed, for other sets to run.
+void keepScript(std::uint64_t seed, const comparison::Script& script, const std::filesystem::path& directory);
+
 /// Makes the script of a failure short. Where it does not fail again, the text has all of it.
 Report reportOf(Simulation& simulation, const Failure& failure);
 

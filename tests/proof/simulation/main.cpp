@@ -16,6 +16,7 @@ struct Options {
   std::uint64_t commands = 20000;
   std::uint64_t seed = 1;
   std::string transcript = "simulation.txt";
+  std::string scripts;  ///< empty for nowhere
 };
 
 constexpr std::uint64_t scriptsBetweenReplays = 16;
@@ -37,6 +38,7 @@ std::optional<simulation::Report> simulate(const Options& options) {
     simulation::leaveBehind(seed, simulation.scriptOf(seed), options.transcript);
     const auto failure = simulation.run(seed, (seed - options.seed) % scriptsBetweenReplays == 0);
     if (failure) report = simulation::reportOf(simulation, *failure);
+    if (!failure && !options.scripts.empty()) simulation::keepScript(seed, simulation.scriptOf(seed), options.scripts);
   }
   print(simulation.figures(), report ? 1 : 0);
   return report;
@@ -62,6 +64,7 @@ int main(int argc, char** argv) {
         ->capture_default_str();
     app.add_option("--transcript", options.transcript, "file for the script under way, and the transcript of a failure")
         ->capture_default_str();
+    app.add_option("--scripts", options.scripts, "directory for the scripts that ran as they should, SEED.txt each");
     CLI11_PARSE(app, argc, argv);
     return run(options);
   } catch (const std::exception& exception) {

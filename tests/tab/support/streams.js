@@ -1,0 +1,59 @@
+// What is asked of a set to see whether it does what another one does: lists of calls.
+import {readFileSync, readdirSync} from 'node:fs'
+import {join} from 'node:path'
+import {fileURLToPath} from 'node:url'
+
+const tests = fileURLToPath(new URL('../..', import.meta.url))
+const linesBetweenStates = 50
+const encodings = ['', 'ISO-8859-2', 'ISO_6937', 'GB2312', 'none of these']
+
+const filesIn = (folder, end) => readdirSync(folder).filter(name => name.endsWith(end)).map(name => join(folder, name))
+
+const run = line => ['tv.run', {line}]
+const kept = [['tv.snapshot', {}]]
+
+/** The lines of a transcript, whatever stands in it as their output, with all that can be printed about them. */
+function callsOf(transcript) {
+  const lines = transcript.split('\n').filter(line => line.startsWith('>')).map(line => line.replace(/^> ?/, ''))
+  const calls = lines.flatMap((line, at) => [run(line), ...at % linesBetweenStates ? [] : [['tv.state', {}], ['tv.settings', {}]]])
+  return [run('.trace on'), run('.log on 3'), ...calls, ...kept]
+}
+
+const streamOf = file => ({name: file.split('/').slice(-2).join('/'), calls: callsOf(readFileSync(file, 'utf8'))})
+
+/** What a file has, as a text: that of its UTF-8, else a character each byte. */
+function textIn(file) {
+  const bytes = readFileSync(file)
+  const text = bytes.toString()
+  return Buffer.from(text).equals(bytes) ? text : bytes.toString('latin1')
+}
+
+/** Imports a list as each format, in several encodings, and looks at all that came of it. */
+function importsOf(file, formats) {
+  const content = textIn(file)
+  const ways = [undefined, ...formats].flatMap(format => encodings.map(encoding => ({format, encoding})))
+  return {
+    name: file.split('/').slice(-2).join('/'),
+    calls: ways.flatMap(way => [['tv.import', {content, name: 'list', ...way}], run('FindChannel 0 1'), run('GetFullChannelList'), ...kept]),
+  }
+}
+
+/** Restores a document, and looks at what came of it. */
+function restoresOf(file) {
+  let snapshot = readFileSync(file, 'utf8')
+  try {
+    snapshot = JSON.parse(snapshot)
+  } catch {
+    // the text is handed on as it is
+  }
+  return {name: `snapshots/${file.split('/').at(-1)}`, calls: [['tv.restore', {snapshot}], ['tv.state', {}], ...kept]}
+}
+
+export const transcripts = () => filesIn(join(tests, 'transcripts'), '.txt').map(streamOf)
+export const cases = () => filesIn(join(tests, 'window/cases'), '.txt').map(streamOf)
+export const simulation = folder => filesIn(folder, '.txt').map(streamOf)
+export const snapshots = () => filesIn(join(tests, 'fuzz/corpus/snapshots'), '').map(restoresOf)
+
+/** @param formats  names of those that lists may have  @param folder  of more lists, where there is one */
+export const lists = (formats, folder) => [...filesIn(join(tests, 'fuzz/corpus/lists'), ''), ...folder ? filesIn(folder, '') : []]
+  .map(file => importsOf(file, formats))
