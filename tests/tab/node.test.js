@@ -35,6 +35,14 @@ test('what a TV can not start from is told by a named error that says what and w
     [{snapshot: {version: 99}}, 'snapshot', /^the TV in memory: snapshot: version: .* 1, not 99$/],
     [{list: 'nothing that is known'}, 'list', /^the TV in memory: list: not a channel list of a known format/],
     [{list: '[One]\nSERVICE_ID = x\n'}, 'list', /^the TV in memory: list: no service in it: line \d+: ./],
+    [{snapshot: ''}, 'snapshot', /^the TV in memory: snapshot: what tv.snapshot\(\) answers is wanted, not an empty text$/],
+    [{snapshot: 5}, 'snapshot', /^the TV in memory: snapshot: what tv.snapshot\(\) answers is wanted, not 5$/],
+    [{snapshot: null}, 'snapshot', /^the TV in memory: snapshot: what tv.snapshot\(\) answers is wanted, not null$/],
+    [{list: ''}, 'list', /^the TV in memory: list: not a channel list of a known format/],
+    [{list: new Uint8Array([65])}, 'list', /^the TV in memory: list: content: a text is wanted, not an object$/],
+    [{maximumMemory: 65536}, 'memory', /^the TV in memory: maximumMemory: 8388608 bytes at least are wanted, not 65536$/],
+    [{maximumMemory: NaN}, 'memory', /^the TV in memory: maximumMemory: 8388608 bytes at least are wanted, not NaN$/],
+    [{maximumMemory: '16 MB'}, 'memory', /^the TV in memory: maximumMemory: 8388608 bytes at least are wanted, not 16 MB$/],
     [{module: new URL('file:///no/such.wasm')}, 'module', /^the TV in memory: .*ENOENT.*such.wasm/],
     [{module: new Uint8Array([1, 2, 3, 4])}, 'module', /^the TV in memory: .*can't be compiled: /],
     [{module: new Uint8Array([0, 97, 115, 109, 1, 0, 0, 0])}, 'module', /^the TV in memory: this WebAssembly is not the virtual TV's module/],
@@ -48,9 +56,41 @@ test('what a TV can not start from is told by a named error that says what and w
       return true
     })
   }
+  for (const options of [null, 'list.conf', 5, []]) {
+    await assert.rejects(createTv(options), {name: 'TypeError',
+      message: `an object with the options of createTv is wanted, not '${String(options)}'`})
+  }
+  assert.throws(() => installWindow({}), /a name is wanted/)
   await assert.rejects(createTv({persist: ''}), /a text is wanted as the key of persist/)
   await assert.rejects(forgetTv('key'), {name: 'EmpTvError', what: 'storage'})
   assert.throws(() => installWindow({}, {tv: {}, name: 'tvWindow'}), /a tv that createTv has made is wanted/)
+})
+
+/** The module with another version in place of its own. */
+async function moduleOf(version) {
+  const bytes = await readFile(new URL(urlOf('emp-window.wasm')))
+  const own = JSON.parse(await readFile(new URL(urlOf('package.json')))).version
+  const at = bytes.indexOf(`emp-window ${own}`)
+  assert.ok(at > 0 && version.length === own.length)
+  bytes.write(version, at + 'emp-window '.length)
+  return bytes
+}
+
+test('module, client and package are of one version, and a module of another one is told', async () => {
+  const {version} = JSON.parse(await readFile(new URL(urlOf('package.json'))))
+  const imports = WebAssembly.Module.imports(await WebAssembly.compile(await readFile(new URL(urlOf('emp-window.wasm')))))
+  assert.ok(imports.some(({module}) => module === `emp-window ${version}`), JSON.stringify(imports))
+  await assert.rejects(createTv({module: await moduleOf('0.9.9')}), {name: 'EmpTvError', what: 'module',
+    message: `the TV in memory: the virtual TV's module is of version 0.9.9, the client of ${version}`})
+})
+
+test('a line of the shell that wants a file is told what there is instead', async () => {
+  const tv = await createTv()
+  const reason = 'a TV in memory reaches no files; tv.import, tv.restore and tv.check take what is in one, tv.snapshot answers it'
+  for (const [line, action] of [['.import a', 'read'], ['.restore a', 'read'], ['.source a', 'read'], ['.snapshot a', 'write']]) {
+    assert.deepEqual(await tv.run(line), [`error: cannot ${action} a: ${reason}`])
+  }
+  await tv.close()
 })
 
 test('without waiting, latencies only move the clock of the set', async () => {

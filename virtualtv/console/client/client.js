@@ -35,7 +35,7 @@ async function creation() {
 }
 
 /** Makes a TV in memory and connects to it; client.d.ts has the options. */
-export async function createTv(options = {}) {
+export async function createTv(options) {
   return (await creation()).createTv(options)
 }
 
@@ -74,7 +74,7 @@ function workerTransport(base, token) {
 }
 
 /** Puts the synchronous object of the set under `options.name` into `target`; see `install` in window.js. */
-export function installWindow(target, options) {
+export function installWindow(target, options = {}) {
   const isPage = typeof globalThis.XMLHttpRequest === 'function'
   return install(target, {...options, transport: isPage || options.tv ? undefined : workerTransport})
 }

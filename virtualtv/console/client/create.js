@@ -2,7 +2,7 @@
  * Makes TVs in memory: finds the module, makes a set of it, keeps that where it is to be kept, and connects a client.
  */
 import {load} from './load.js'
-import {clientOf, makeSet} from './memory.js'
+import {clientOf, makeSet, optionsOf} from './memory.js'
 
 /** Makes a set from what is kept, else from what the caller gives. */
 function setFrom(module, options, snapshot, unusable) {
@@ -24,7 +24,8 @@ async function createKept(key, module, options) {
 }
 
 /** As `createTv` of client.js. */
-export async function createTv({persist, module: given, ...options}) {
+export async function createTv(all) {
+  const {persist, module: given, ...options} = optionsOf(all)
   const module = await load(given)
   if (persist !== undefined) return createKept(persist, module, options)
   const {tv, opened} = clientOf(makeSet(module, options), options)

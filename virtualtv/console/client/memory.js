@@ -39,11 +39,20 @@ function attempt(call) {
   }
 }
 
+function checkSnapshot(snapshot) {
+  const isDocument = typeof snapshot === 'object' && snapshot !== null
+  if (snapshot === undefined || isDocument || (typeof snapshot === 'string' && snapshot !== '')) return
+  const reason = `what tv.snapshot() answers is wanted, not ${snapshot === '' ? 'an empty text' : String(snapshot)}`
+  throw new EmpTvError('snapshot', `${memory}: snapshot: ${reason}`, {reason})
+}
+
 /** A set, whose failures have names. */
 class MemorySet {
+  isClosed = false
   #set
 
   constructor(module, {snapshot, wait, maximumMemory}) {
+    checkSnapshot(snapshot)
     this.#set = attempt(() => startSet(module, {snapshot, waits: wait, maximumMemory}))
   }
 
@@ -59,6 +68,7 @@ class MemorySet {
   }
 
   close() {
+    this.isClosed = true
     this.#set.close()
   }
 }
@@ -66,6 +76,7 @@ class MemorySet {
 /** What Wire needs of a socket, on a set. Messages of the set come in turns of their own, as from a server. */
 export class SetSocket {
   readyState = 0
+  isNear = true
   #set
   #connection
 
@@ -108,6 +119,12 @@ function importList(set, content) {
   const where = first ? `: ${first.line === undefined ? first.at : `line ${first.line}`}: ${first.reason}` : ''
   const reason = whole.replace(/^list: /, '') + where
   throw new EmpTvError('list', `${memory}: list: ${reason}`, {reason})
+}
+
+/** The options of `createTv`. @throws TypeError for what is none */
+export function optionsOf(options = {}) {
+  if (typeof options === 'object' && options !== null && !Array.isArray(options)) return options
+  throw new TypeError(`an object with the options of createTv is wanted, not '${String(options)}'`)
 }
 
 /** Makes a set of a compiled module. @param options  {snapshot, list, wait, maximumMemory} of `createTv` */

@@ -185,8 +185,17 @@ function systemOf(memory) {
 const encoder = new TextEncoder()
 const decoder = new TextDecoder()
 const initialPages = 128  // 8 MiB, with which the module was linked
+const mostMemory = 2 ** 31
 const longText = 16384  // 16-bit units
 const failures = ['failed', 'memory', 'session', 'snapshot']  // by the module's numbers
+
+function pagesIn(maximumMemory) {
+  const least = initialPages * pageSize
+  if (typeof maximumMemory === 'number' && maximumMemory >= least) {
+    return Math.floor(Math.min(maximumMemory, mostMemory) / pageSize)
+  }
+  throw new EmpModuleError('memory', `maximumMemory: ${least} bytes at least are wanted, not ${String(maximumMemory)}`)
+}
 
 class ModuleSet {
   #memory
@@ -201,9 +210,9 @@ class ModuleSet {
   #failure  // of the call under way
   #end  // why nothing can be called any more
 
-  constructor(module, {snapshot, waits = true, maximumMemory = 2 ** 31, complain = line => console.warn(line)}) {
+  constructor(module, {snapshot, waits = true, maximumMemory = mostMemory, complain = line => console.warn(line)}) {
     this.#complain = complain
-    this.#calls = this.#instantiate(module, Math.min(Math.floor(maximumMemory / pageSize), 32768))
+    this.#calls = this.#instantiate(module, pagesIn(maximumMemory))
     this.#enter('_initialize')
     this.#enter('main', 0, 0)
     const text = typeof snapshot === 'object' ? JSON.stringify(snapshot) : (snapshot ?? '')

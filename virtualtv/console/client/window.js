@@ -353,16 +353,17 @@
 
   /**
    * Puts the object under a name into `target`, mostly `globalThis`, and returns it. Where the same name has one already,
-   * as after hot reload, that is returned. A server that can't be reached yet is told on the console; the object is there
-   * all the same, and its next call tries again.
+   * as after hot reload, that is returned, unless its TV was closed. A server that can't be reached yet is told on the
+   * console; the object is there all the same, and its next call tries again.
    */
   function install(target, options) {
     const {name} = options
     if (typeof name !== 'string' || name === '') throw new TypeError('a name is wanted, under which the app has the object')
     const before = target[name]
     if (before !== undefined) {
-      if (before !== null && installed.has(before)) return before
-      throw new TypeError(`'${name}' is taken by something else: give the object another name`)
+      const isOurs = before !== null && installed.has(before)
+      if (isOurs && !sets.get(before.tv)?.isClosed) return before
+      if (!isOurs) throw new TypeError(`'${name}' is taken by something else: give the object another name`)
     }
     const link = new Link(options)
     const object = objectOn(link, options.tv)

@@ -39,7 +39,8 @@ export class Wire {
 
   /**
    * @param dial  makes a socket, at once or as a promise: what Wire uses of a WebSocket, which is onopen, onmessage with a text
-   * as `data`, onerror, onclose, send(text), close(code, reason) and readyState. It opens in a later turn.
+   * as `data`, onerror, onclose, send(text), close(code, reason) and readyState. It opens in a later turn. One that `isNear` is not
+   * given up while it does not answer.
    * @param base  what messages call its other end  @param patience  ms for which calls wait for a connection
    * @param pauses  {first, longest}, ms before it is made anew: doubles with each try that fails
    * @param welcome  called with each new connection, before any other call  @param lost  called when one breaks
@@ -134,7 +135,8 @@ export class Wire {
   #shakeHands(socket, resolve, reject) {
     let why = ''
     let status
-    const giveUp = setTimeout(() => {
+    // A set at hand answers as soon as this thread lets it, however long a debugger or a call holds that up.
+    const giveUp = socket.isNear ? undefined : setTimeout(() => {
       why = `no answer within ${handshakePatience} ms`
       ended({code: 1006, reason: ''})
       socket.close()

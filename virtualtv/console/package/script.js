@@ -8,7 +8,7 @@
  * name the script gives the page `empWindow`, whose functions do the same step by step.
  */
 import {inflate} from './inflate.js'
-import {clientOf, makeSet} from './memory.js'
+import {clientOf, makeSet, optionsOf} from './memory.js'
 import {base64, size} from './bytes.js'
 import './window.js'
 
@@ -42,14 +42,15 @@ function module() {
 }
 
 /** As `createTv` of the module, but at once, and kept nowhere. */
-function createTv(options = {}) {
+function createTv(all) {
+  const options = optionsOf(all)
   if (options.persist !== undefined) throw new TypeError("tv.js keeps no TV; createTv of the module 'emp-window' does")
   const {tv, opened} = clientOf(makeSet(module(), options), options)
   opened.catch(() => {})  // calls of the client tell it
   return tv
 }
 
-function installWindow(target, options) {
+function installWindow(target, options = {}) {
   return install(target, options)
 }
 
