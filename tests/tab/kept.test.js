@@ -167,6 +167,37 @@ test('a browser that is full keeps what was there; saving works again when there
   assert.notDeepEqual(await kept(), before)
 })
 
+test('a browser without room is told by its own error, and saves when there is some', async () => {
+  const session = await page.context().newCDPSession(page)
+  const allow = more => session.send('Storage.overrideQuotaForOrigin', {origin: site.address, ...more})
+  await allow({quotaSize: 1})
+  await open()
+  assert.equal(await make(), undefined)
+  const failure = await page.evaluate(async () => {
+    await tv.set('country', 2)
+    return tv.saved().then(() => 'saved', ({name, what, message, cause}) => ({name, what, message, cause: cause.name}))
+  })
+  assert.deepEqual([failure.name, failure.what, failure.cause], ['EmpTvError', 'storage', 'QuotaExceededError'])
+  assert.match(failure.message, /^persist 'living room': the TV can't be saved, what was kept before is still there: QuotaExceededError$/)
+  assert.equal(await country(), '2', 'the TV goes on')
+  await allow()
+  await page.evaluate(() => tv.close())
+  assert.equal(await make(), undefined)
+  assert.equal(await country(), '2')
+})
+
+test('a page that has no origin, and so no storage, is told', async () => {
+  const headers = {'Content-Security-Policy': 'sandbox allow-scripts'}
+  site.pages.set('/sandbox', {headers, body: `<!doctype html><title>sandbox</title>
+    <script type="module">globalThis.client = import('/package/client.js')</script>`})
+  await page.goto(`${site.address}/sandbox`)
+  const failure = await page.evaluate(async () => (await client).createTv({persist: 'living room'})
+    .catch(({name, what, message}) => ({name, what, message})))
+  assert.deepEqual([failure.name, failure.what], ['EmpTvError', 'storage'])
+  assert.match(failure.message, /^persist 'living room': this page can't lock it: ./)
+  assert.equal(await page.evaluate(async () => (await (await client).createTv()).window.GetTVMode()), 1, 'a TV that is not kept')
+})
+
 test('a browser that forbids storage, or is not to be trusted with locks, is told', async () => {
   await open()
   for (const [name, message] of [['indexedDB', /a TV is kept in browsers alone/], ['locks', /can't tell other tabs from itself/]]) {

@@ -74,6 +74,17 @@ const client = [
     ],
   },
   {
+    name: 'a client that was closed, once or twice, says so',
+    run: async ({fresh}) => {
+      const tv = await fresh()
+      await Promise.all([tv.close(), tv.close()])
+      const patience = new Promise(resolve => setTimeout(resolve, 5000, 'nothing'))
+      const all = [failure(tv.state()), failure(tv.on('service', () => {}).ready), failure(tv.window.GetTVMode())]
+      return (await Promise.all(all.map(one => Promise.race([one, patience])))).map(({name, sent}) => [name, sent])
+    },
+    expected: Array(3).fill(['EmpConnectionError', false]),
+  },
+  {
     name: 'knobs, settings, faults and the shell reach the set',
     run: async ({fresh}) => {
       const tv = await fresh()

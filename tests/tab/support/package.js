@@ -51,7 +51,8 @@ export class PackageSite {
     const [prefix, folder] = Object.entries(folders).find(([start]) => pathname.startsWith(start)) ?? []
     try {
       const bytes = await readFile(join(folder, normalize(`/${pathname.slice(prefix.length)}`)))
-      response.writeHead(200, {'Content-Type': types[extname(pathname)] ?? 'text/plain'}).end(bytes)
+      // Pages without an origin load modules as those of another one do.
+      response.writeHead(200, {'Content-Type': types[extname(pathname)] ?? 'text/plain', 'Access-Control-Allow-Origin': '*'}).end(bytes)
     } catch {
       response.writeHead(404).end()
     }

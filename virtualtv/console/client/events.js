@@ -21,6 +21,7 @@ export class Events {
   #listeners = new Set()  // {topic, listener, after, from, settle, fail}; from is the number that it has all before
   #last  // the number of the last event, or of the first state
   #server  // whose numbers these are
+  #end  // why nobody is told anything any more
 
   constructor(wire) {
     this.#wire = wire
@@ -30,7 +31,8 @@ export class Events {
     const entry = {topic, listener, after}
     const ready = new Promise((settle, fail) => Object.assign(entry, {settle, fail}))
     ready.catch(() => {})
-    this.#listeners.add(entry)
+    if (this.#end) entry.fail(this.#end)
+    else this.#listeners.add(entry)
     if (this.#wire.isReady) this.#subscribe(entry)
     return Object.assign(() => this.#off(entry), {ready})
   }
@@ -53,6 +55,7 @@ export class Events {
   }
 
   close(error) {
+    this.#end = error
     for (const entry of this.#listeners) entry.fail(error)
     this.#listeners.clear()
   }

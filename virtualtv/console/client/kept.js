@@ -13,7 +13,9 @@ const pause = 20  // ms from a change to saving it, at least
 const share = 10  // saving takes at most this part of the time
 const topics = ['source', 'service', 'mode', 'plane', 'tracks', 'favourites', 'services', 'inputs', 'knob', 'settings']
 
-const failure = (key, message, cause) => new EmpTvError('storage', `persist '${key}': ${message}: ${cause.message}`, {cause})
+// Some errors of browsers have no text, as that of a full one.
+const failure = (key, message, cause) =>
+  new EmpTvError('storage', `persist '${key}': ${message}: ${cause.message || cause.name}`, {cause})
 
 /** The result of a request to the database. */
 const done = request => new Promise((resolve, reject) => {
