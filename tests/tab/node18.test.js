@@ -2,6 +2,8 @@
 import assert from 'node:assert/strict'
 import {execFileSync} from 'node:child_process'
 import {existsSync} from 'node:fs'
+import {mkdtemp, rm, writeFile} from 'node:fs/promises'
+import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {test} from 'node:test'
 import {urlOf} from './support/package.js'
@@ -9,8 +11,20 @@ import {urlOf} from './support/package.js'
 const program = join(process.env.EMP_WINDOW_CLIENT_PACKAGES ?? '', 'node18', 'node')
 const skip = existsSync(program) ? false : 'there is no Node 18 for this machine'
 
-test('Node 18 makes a TV, runs commands at once and by promises, and ends', {skip}, () => {
-  const script = `
+/** Runs a script from a file, as apps and tests are: what is given on the command line finds more there. @return what it prints */
+async function run(script) {
+  const folder = await mkdtemp(join(tmpdir(), 'tab-node18-'))
+  try {
+    await writeFile(join(folder, 'app.mjs'), script)
+    return execFileSync(program, [join(folder, 'app.mjs')], {encoding: 'utf8', timeout: 60_000,
+      env: {...process.env, NODE_TEST_CONTEXT: undefined}})
+  } finally {
+    await rm(folder, {recursive: true})
+  }
+}
+
+test('Node 18 makes a TV, runs commands at once and by promises, and ends', {skip}, async () => {
+  assert.equal(await run(`
     import {createTv, installWindow} from '${urlOf('client.js')}'
     const tv = await createTv()
     const tvWindow = installWindow(globalThis, {tv, name: 'tvWindow'})
@@ -20,8 +34,21 @@ test('Node 18 makes a TV, runs commands at once and by promises, and ends', {ski
     const snapshot = await tv.snapshot()
     const again = await createTv({snapshot})
     console.log(process.version.split('.')[0], tvWindow.GetCurrentChannel_Name(), seen.length, await again.window.GetTVMode())
-    await Promise.all([tv.close(), again.close()])`
-  const printed = execFileSync(program, ['--input-type=module', '-e', script], {encoding: 'utf8', timeout: 60_000,
-    env: {...process.env, NODE_TEST_CONTEXT: undefined}})
-  assert.equal(printed, 'v18 Lighthouse News 2 1\n')
+    await Promise.all([tv.close(), again.close()])`), 'v18 Lighthouse News 2 1\n')
+})
+
+test('all transcripts pass in Node 18', {skip}, async () => {
+  assert.match(await run(`
+    import {readFile, readdir} from 'node:fs/promises'
+    import {createTv, runTranscript} from '${urlOf('client.js')}'
+    const folder = new URL('${new URL('../transcripts/', import.meta.url)}')
+    let passed = 0
+    for (const name of await readdir(folder)) {
+      const tv = await createTv()
+      const result = await runTranscript(await readFile(new URL(name, folder), 'utf8'), tv, {name})
+      if (result.passed && result.junit !== '') ++passed
+      else console.log(result.diff)
+      await tv.close()
+    }
+    console.log('passed', passed)`), /^passed [1-9]\d+\n$/)
 })

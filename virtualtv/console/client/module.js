@@ -140,6 +140,12 @@ function block(milliseconds) {
   while (performance.now() < end);
 }
 
+/** Node 18 has no global `crypto`. What is chosen here are names of sessions and the like, no secrets. */
+function fillByChance(bytes) {
+  if (globalThis.crypto) globalThis.crypto.getRandomValues(bytes)
+  else bytes.forEach((_, at) => { bytes[at] = Math.random() * 256 })
+}
+
 /** What the module's C library asks of a system: the time and chance; what it prints goes to the console. */
 function systemOf(memory) {
   const view = () => new DataView(memory().buffer)
@@ -152,7 +158,7 @@ function systemOf(memory) {
       return well
     },
     getentropy(place, size) {
-      globalThis.crypto.getRandomValues(new Uint8Array(memory().buffer, place, size))
+      fillByChance(new Uint8Array(memory().buffer, place, size))
       return well
     },
     random_get: (place, size) => known.getentropy(place, size),

@@ -65,9 +65,14 @@ export function readTranscript(text, name = 'transcript') {
 
 const hex = (number, width) => number.toString(16).toUpperCase().padStart(width, '0')
 
+const loneSurrogates = /[\uD800-\uDBFF](?![\uDC00-\uDFFF])|(?<![\uD800-\uDBFF])[\uDC00-\uDFFF]/g
+
+/** What String.prototype.toWellFormed does, which Node 18 has not. */
+const wellFormed = text => text.replace(loneSurrogates, '\uFFFD')
+
 /** A text as part of a line: what can't be shown is written `\xNN`. */
 function printable(text) {
-  return text.toWellFormed().replace(/\\x/g, '\\x5Cx')
+  return wellFormed(text).replace(/\\x/g, '\\x5Cx')
     .replace(/[\0-\x1F\x7F-\x9F]/g, letter => Array.from(utf8.encode(letter), byte => `\\x${hex(byte, 2)}`).join(''))
 }
 
@@ -330,7 +335,7 @@ const escapes = {'&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;', '\n': '&
 
 /** A text as XML takes it; what no document can hold is replaced. */
 function escaped(text) {
-  return text.toWellFormed().replace(/[&<>"\n\t]/g, letter => escapes[letter])
+  return wellFormed(text).replace(/[&<>"\n\t]/g, letter => escapes[letter])
     .replace(/[\0-\x1F]/g, printable).replace(/[\uFFFE\uFFFF]/g, '?')
 }
 
