@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict'
 import {after, before, test} from 'node:test'
 import {newTab, page, useBrowser} from '../client/support/browser.js'
+import {until} from '../client/support/wait.js'
 import {PackageSite} from './support/package.js'
 
 let site
@@ -76,13 +77,7 @@ test('a change is saved by itself, and saved() and close() wait for it', async (
   await open()
   await make()
   await page.evaluate(() => tv.set('country', 41))
-  await page.waitForFunction(() => new Promise(resolve => {
-    const opening = indexedDB.open('emp-window', 1)
-    opening.onsuccess = () => {
-      const request = opening.result.transaction('sets').objectStore('sets').get('living room')
-      request.onsuccess = () => resolve(JSON.stringify(request.result).includes('41'))
-    }
-  }))
+  await until(async () => JSON.stringify(await kept()).includes('"country":41'))
   const before = JSON.stringify(await kept())
   await page.evaluate(() => tv.set('country', 42).then(() => tv.saved()))
   const saved = JSON.stringify(await kept())

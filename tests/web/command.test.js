@@ -1,6 +1,7 @@
 // The command pane: completion, parameters by name, replies, history, and the shell.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
+import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
 
 let shown
@@ -72,7 +73,7 @@ test('a name of its own and more than four parameters go as a parameter list', a
   assert.equal(await input().inputValue(), '+ SetScreenCropRect 0 0 960 540 0 0 480 270')
   await pane().getByRole('button', {name: 'Run'}).click()
   await replies().getByText('> + SetScreenCropRect').waitFor()
-  await shown.page.waitForFunction(async () => (await import('/page/timeline-log.js')).timeline.entries.some(({topic, event}) => topic === 'command' && event.list))
+  await until(() => shown.page.evaluate(async () => (await import('/page/timeline-log.js')).timeline.entries.some(({topic, event}) => topic === 'command' && event.list)))
   assert.deepEqual((await shown.tv.why(1)).parameters, ['0', '0', '960', '540', '0', '0', '480', '270'])
 })
 

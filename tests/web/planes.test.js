@@ -1,6 +1,7 @@
 // The inspector of planes: what it tells of them in both spaces, and how they are placed with it.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
+import {until} from '../client/support/wait.js'
 import {Console, useBrowser} from './support/console.js'
 
 let shown
@@ -104,7 +105,7 @@ test('a value is copied by a click', async () => {
   const part = await openPlanes()
   await shown.page.context().grantPermissions(['clipboard-read', 'clipboard-write'])
   await part.getByRole('button', {name: '0,0,1920,1080, copy main Place, base'}).click()
-  await shown.page.waitForFunction(async () => await navigator.clipboard.readText() === '0,0,1920,1080')
+  await until(async () => await shown.page.evaluate(() => navigator.clipboard.readText()) === '0,0,1920,1080')
 })
 
 test('planes of the past are shown, and cannot be changed', async () => {
