@@ -4,7 +4,7 @@ import {appendFileSync, rmSync} from 'node:fs'
 import {join} from 'node:path'
 import {test} from 'node:test'
 import {until} from '../client/support/wait.js'
-import {ask, base, copyOfSite, makeVersion, open, ready, serve, startZapper, useVisits, where} from './support/visit.js'
+import {ask, base, copyOfSite, makeVersion, open, ready, serve, startZapper, untilKept, useVisits, where} from './support/visit.js'
 
 useVisits()
 
@@ -34,14 +34,7 @@ test('the set is kept over a reload, and reset by a reset', async () => {
   await ask(page, 'tv.set', {name: 'region', value: 2})
   await page.getByRole('tab', {name: 'Set', exact: true}).click()
   await page.waitForFunction(() => document.querySelector('input[aria-label="Region"]')?.value === '2')
-  await page.waitForFunction(async () => {
-    const open = indexedDB.open('emp-window')
-    await new Promise(resolve => { open.onsuccess = resolve })
-    const get = open.result.transaction('sets').objectStore('sets').getAll()
-    await new Promise(resolve => { get.onsuccess = resolve })
-    open.result.close()
-    return JSON.stringify(get.result).includes('"region":2')
-  })
+  await untilKept(page, '"region":2')
   await page.reload()
   await ready(page)
   assert.equal((await ask(page, 'tv.state')).region, 2)

@@ -6,6 +6,7 @@ import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, afterEach, before} from 'node:test'
 import {startBrowser} from '../../client/support/browser.js'
+import {until} from '../../client/support/wait.js'
 import {folder} from './bridge.js'
 import {FileServer} from './files.js'
 
@@ -85,6 +86,19 @@ export async function ask(page, method, params = {}) {
   const {result, error} = JSON.parse(await page.evaluate(text => globalThis[Symbol.for('emp-window/site')].post(text), request))
   if (error) throw new Error(`${error.message}: ${error.data?.reason}`)
   return result
+}
+
+/** Waits until the browser keeps a set whose document has a text in it. */
+export async function untilKept(page, text) {
+  const isKept = () => page.evaluate(async wanted => {
+    const open = indexedDB.open('emp-window')
+    await new Promise(resolve => { open.onsuccess = resolve })
+    const get = open.result.transaction('sets').objectStore('sets').getAll()
+    await new Promise(resolve => { get.onsuccess = resolve })
+    open.result.close()
+    return JSON.stringify(get.result).includes(wanted)
+  }, text)
+  await until(isKept, `${text} is kept`)
 }
 
 /** Runs the zapper over the picture. @return its frame, in which `tvWindow` is the TV */

@@ -23,16 +23,24 @@ const done = request => new Promise((resolve, reject) => {
   request.onerror = () => reject(request.error)
 })
 
-/** Takes the key for this page. @return what gives it back @throws EmpTvError where another tab has it */
-async function lock(key) {
+/**
+ * Takes the key for this page. @param patience  ms for another page to give it back
+ * @return what gives it back, fulfilled when others can have it @throws EmpTvError where another tab has it
+ */
+async function lock(key, patience) {
   const {navigator} = globalThis
   if (!navigator?.locks) {
     throw failure(key, "this page can't tell other tabs from itself", new Error('it wants https, localhost or a file'))
   }
   try {
     return await new Promise((resolve, reject) => {
-      navigator.locks.request(`emp-window ${key}`, {signal: AbortSignal.timeout(lockPatience)},
-        () => new Promise(release => resolve(release))).catch(reject)
+      const given = navigator.locks.request(`emp-window ${key}`, {signal: AbortSignal.timeout(patience)}, () => new Promise(release => {
+        resolve(() => {
+          release()
+          return given
+        })
+      }))
+      given.catch(reject)
     })
   } catch (cause) {
     if (cause.name !== 'TimeoutError') throw failure(key, "this page can't lock it", cause)
@@ -51,11 +59,11 @@ async function openDatabase(key) {
 }
 
 /** Opens what is kept under a key. */
-async function openShelf(key) {
+async function openShelf(key, patience = lockPatience) {
   if (!globalThis.indexedDB) {
     throw failure(key, 'a TV is kept in browsers alone', new Error('there is no IndexedDB; keep what snapshot() answers'))
   }
-  const release = await lock(key)
+  const release = await lock(key, patience)
   try {
     return new Shelf(key, await openDatabase(key), release)
   } catch (error) {
@@ -123,9 +131,9 @@ class Shelf {
     await done(transaction.objectStore(store).delete(this.#key))
   }
 
-  close() {
+  async close() {
     this.#database.close()
-    this.#release()
+    await this.#release()
   }
 
   #write(snapshot) {
@@ -180,7 +188,7 @@ class Keeper {
       globalThis.removeEventListener('pagehide', this.#saveNow)
       globalThis.document?.removeEventListener('visibilitychange', this.#saveNow)
       this.#connection.close()
-      this.#shelf.close()
+      await this.#shelf.close()
     }
   }
 
@@ -207,16 +215,17 @@ class Keeper {
 /**
  * Makes the set that is kept under a key, a new one where there is none, and keeps it from then on.
  * @param make  makes a set from a snapshot, or from what the caller gives where that is undefined
+ * @param patience  ms for another page to give the key back
  * @return {set, keeper}: `keeper.saved()` and `keeper.close()`, which comes before the set's
  */
-export async function keepSet(key, make) {
-  const shelf = await openShelf(key)
+export async function keepSet(key, make, patience) {
+  const shelf = await openShelf(key, patience)
   try {
     const snapshot = await shelf.read()
     const set = make(snapshot, error => shelf.unusable(snapshot, error.reason, error))
     return {set, keeper: new Keeper(set, shelf)}
   } catch (error) {
-    shelf.close()
+    await shelf.close()
     throw error
   }
 }
@@ -229,6 +238,6 @@ export async function forget(key) {
   } catch (cause) {
     throw failure(key, "it can't be removed", cause)
   } finally {
-    shelf.close()
+    await shelf.close()
   }
 }

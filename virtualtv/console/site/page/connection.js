@@ -5,9 +5,14 @@ import {connect} from '../client.js'
 import {PortSocket} from '../port.js'
 import {isolate} from '../set/isolation.js'
 import {linkTo as linkOf, stateIn} from '../set/link.js'
+import {isNoted, note} from '../set/notes.js'
 import {Tab} from '../set/tab.js'
 
 /** @typedef {import('./store.js').Known['connection']} Connection */
+
+const had = 'emp-window.kept'  // this tab had what is kept when its page went
+/** ms to wait for what is kept. A browser takes up to two seconds to end a worker that is busy, on a machine that is idle. */
+const waits = {stranger: 1000, last: 10_000}
 
 const pauses = {patience: 0, firstPause: 50, longestPause: 1000}
 /** On the page's own window; apps in its frames find it there. */
@@ -29,8 +34,17 @@ let kept
 async function startTab() {
   const why = wantsOwnThread ? 'its address says so (?thread=page)' : await isolate()
   tellWhy(why)
-  const from = {key: page.pathname, ...await stateIn(location.hash)}
-  return Tab.start(from, {here: why !== undefined})
+  const from = {key: page.pathname, patience: isNoted(had) ? waits.last : waits.stranger, ...await stateIn(location.hash)}
+  const tab = await Tab.start(from, {here: why !== undefined})
+  note(had, false)
+  return tab
+}
+
+/** Gives what is kept to the page that comes. @param {Tab} tab */
+function leave(tab) {
+  if (kept?.as === 'kept') note(had, true)
+  tab.leave()
+  addEventListener('pageshow', () => location.reload(), {once: true})  // Where a person comes back to this page, another one may have it.
 }
 
 /**
@@ -41,6 +55,7 @@ export async function open(tell) {
   try {
     const tab = await startTab()
     kept = tab.keeping
+    addEventListener('pagehide', () => leave(tab))
     Object.defineProperty(globalThis, symbol, {value: tab})
     return await connect(() => new PortSocket(tab.port()), {...pauses, appId: 'page'})
   } catch (error) {
@@ -69,6 +84,13 @@ export function keeping() {
   const [where, title] = words[as](reason)
   return {where: `in this tab, ${where}`, isPath: false, title}
 }
+
+/** @return {{name: string, address: string, remarks: string[]}}  what is written of the set for others, as the page has it for a server's */
+export const given = () => ({
+  name: `the TV in a tab of ${page.href}`,
+  address: 'http://127.0.0.1:8090',
+  remarks: ['Programs can\'t reach into a tab. Start emp-window serve, and restore a snapshot of the tab\'s TV there.'],
+})
 
 /** The sessions of others, and this page's own: not the one by which the set is kept. @param {any[]} sessions  as the set lists them */
 export const people = sessions => sessions.filter(({session}) => session !== kept?.session)

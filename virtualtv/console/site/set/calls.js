@@ -12,6 +12,7 @@ const tooLong = 4  // the answer; the size says how much room it takes
 const givenUp = 5
 
 const head = 8  // bytes
+const lastPatience = 1000  // ms of a page that goes
 const initialRoom = 65536
 
 /** @param {SharedArrayBuffer} buffer */
@@ -50,6 +51,15 @@ export class Caller {
     const answer = new TextDecoder().decode(new Uint8Array(this.#buffer, head, headOf(this.#buffer)[1]).slice())
     if (status === failed) throw new CallError(answer, {sent: true, isLost: false})
     return answer
+  }
+
+  /** Has the set save what it keeps, as the page goes. Returns when that is done, or a page may wait no longer. */
+  leave() {
+    try {
+      this.#ask({leave: true}, performance.now() + lastPatience)
+    } catch {
+      // It is as if the page had gone at once.
+    }
   }
 
   /** @param {object} message @param {number} end  of the caller's patience @return {number} how it ended */
@@ -94,6 +104,11 @@ export class Answerer {
     const fits = bytes.length <= buffer.byteLength - head
     if (fits) new Uint8Array(buffer, head).set(bytes)
     Atomics.compareExchange(numbers, 0, taken, fits ? status : tooLong)
+  }
+
+  /** Lets a caller go on that wants to know no more. @param {SharedArrayBuffer} buffer */
+  static done(buffer) {
+    Atomics.store(headOf(buffer), 0, answered)
   }
 
   /** @param {{text: string, session?: string}} call */

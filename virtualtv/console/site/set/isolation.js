@@ -3,27 +3,10 @@
  * browsers want for that, once it serves the page. It also keeps the site's files, and brings new ones.
  */
 
-const flag = 'emp-window.isolating'
+import {isNoted, note} from './notes.js'
+
+const tried = 'emp-window.isolating'  // the page has been loaded anew for it already
 const patience = 20_000  // ms for the service worker to fetch the site's files
-
-/** Whether this tab has been loaded anew for it already; true where that can't be known. */
-function wasTried() {
-  try {
-    return sessionStorage.getItem(flag) !== null
-  } catch {
-    return true
-  }
-}
-
-/** @param {boolean} isTried */
-function remember(isTried) {
-  try {
-    if (isTried) sessionStorage.setItem(flag, '1')
-    else sessionStorage.removeItem(flag)
-  } catch {
-    // Then it is not tried.
-  }
-}
 
 /** Loads the page anew. @return {Promise<never>} */
 function reload() {
@@ -78,9 +61,9 @@ export async function isolate() {
   try {
     const registration = await register()
     if (await renewed(registration)) return reload()
-    if (isIsolated) return remember(false)
-    if (wasTried()) {
-      remember(false)
+    if (isIsolated) return note(tried, false)
+    if (isNoted(tried) ?? true) {
+      note(tried, false)
       return 'this browser does not do that'
     }
     await installed(registration)
@@ -90,6 +73,6 @@ export async function isolate() {
     console.warn(`emp-window: ${problem}. The site can't be used offline.`)
     return undefined
   }
-  remember(true)
+  note(tried, true)
   return reload()
 }

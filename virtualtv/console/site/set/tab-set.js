@@ -15,9 +15,21 @@ const {sets} = globalThis[Symbol.for('emp-window/2')]
  * @property {'kept' | 'link' | 'broken link' | 'in use' | 'storage' | 'unusable'} as
  * @property {string} [reason]
  * @property {string} [session]  by which it is kept
+ * @property {any} [unusable]  what is kept and can't be used
  */
 
-/** @param {WebAssembly.Module} module @param {any} snapshot @return {{set: any, keeping: Keeping}} */
+/**
+ * What a set is made from.
+ * @typedef {object} From
+ * @property {string} key  under which the set is kept
+ * @property {number} patience  ms for another page to give that back
+ * @property {any} [snapshot]  a link's
+ * @property {string} [problem]  what is wrong with the link
+ */
+
+/** @typedef {{set: any, keeping: Keeping, keeper?: {close: () => Promise<void>}}} Made */
+
+/** @param {WebAssembly.Module} module @param {any} snapshot @return {Made} */
 function fromLink(module, snapshot) {
   try {
     return {set: makeSet(module, {snapshot}), keeping: {as: 'link'}}
@@ -29,8 +41,8 @@ function fromLink(module, snapshot) {
 /** @param {any} error */
 const reasonOf = error => error.reason ?? error.message
 
-/** @param {WebAssembly.Module} module @param {string} key @return {Promise<{set: any, keeping: Keeping}>} */
-async function fromStorage(module, key) {
+/** @param {WebAssembly.Module} module @param {From} from @return {Promise<Made>} */
+async function fromStorage(module, {key, patience}) {
   try {
     const {set, keeper} = await keepSet(key, (/** @type {any} */ snapshot, /** @type {any} */ unusable) => {
       try {
@@ -38,37 +50,47 @@ async function fromStorage(module, key) {
       } catch (error) {
         throw unusable(error)
       }
-    })
-    return {set, keeping: {as: 'kept', session: keeper.session}}
+    }, patience)
+    return {set, keeping: {as: 'kept', session: keeper.session}, keeper}
   } catch (error) {
-    const {what, message} = /** @type {any} */ (error)
+    const {what, message, reason, snapshot} = /** @type {any} */ (error)
     const as = {'in use': 'in use', storage: 'storage', kept: 'unusable'}[what]
     if (!as) throw error
-    return {set: makeSet(module, {}), keeping: {as, reason: message}}
+    const problem = as === 'unusable' ? {reason, unusable: snapshot} : {reason: message}
+    return {set: makeSet(module, {}), keeping: {as, ...problem}}
   }
+}
+
+/** @param {WebAssembly.Module} module @param {From} from @return {Promise<Made>} */
+async function make(module, from) {
+  const {snapshot, problem} = from
+  if (problem !== undefined) return {set: makeSet(module, {}), keeping: {as: 'broken link', reason: problem}}
+  return snapshot !== undefined ? fromLink(module, snapshot) : fromStorage(module, from)
 }
 
 /** A set that clients are served from. */
 export class TabSet {
   #set
   #connections = new Map()
+  #keeper
 
-  /** @param {any} set */
-  constructor(set) {
+  /** @param {any} set @param {Made['keeper']} keeper */
+  constructor(set, keeper) {
     this.#set = set
+    this.#keeper = keeper
     sets.set(this, set)
   }
 
-  /**
-   * @param {{key: string, snapshot?: any, problem?: string}} from  the key under which the set is kept; a link's snapshot, or what
-   *   is wrong with the link
-   * @return {Promise<{set: TabSet, keeping: Keeping}>}
-   */
-  static async start({key, snapshot, problem}) {
+  /** @param {From} from @return {Promise<{set: TabSet, keeping: Keeping}>} */
+  static async start(from) {
     const module = await load()
-    const {set, keeping} = problem !== undefined ? {set: makeSet(module, {}), keeping: /** @type {Keeping} */ ({as: 'broken link', reason: problem})}
-      : snapshot !== undefined ? fromLink(module, snapshot) : await fromStorage(module, key)
-    return {set: new TabSet(set), keeping}
+    const {set, keeping, keeper} = await make(module, from)
+    return {set: new TabSet(set, keeper), keeping}
+  }
+
+  /** Saves the set a last time, and gives what is kept to who wants it next. */
+  async leave() {
+    await this.#keeper?.close().catch(() => {})  // It has told what failed.
   }
 
   /** Serves a client at the other end of a port. @param {MessagePort} port */

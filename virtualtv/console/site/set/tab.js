@@ -19,6 +19,10 @@ class OwnThread {
     return this.#set.post(text, session)
   }
 
+  leave() {
+    this.#set.leave()
+  }
+
   /** @param {any} message */
   tell({port, hold, number}) {
     if (port) this.#set.serve(port)
@@ -41,6 +45,10 @@ class OtherThread {
   /** @param {string} text @param {string} [session] */
   post(text, session) {
     return this.caller.post(text, session)
+  }
+
+  leave() {
+    this.caller.leave()
   }
 
   /** @param {any} message */
@@ -84,7 +92,7 @@ export class Tab {
 
   /**
    * Makes the set, in a worker unless the page is told to have it, or its thread can't share memory with one.
-   * @param {{key: string, snapshot?: any, problem?: string}} from  as TabSet.start  @param {{here: boolean}} how
+   * @param {import('./tab-set.js').From} from  @param {{here: boolean}} how
    */
   static async start(from, {here}) {
     return new Tab(await (here ? startHere(from) : startWorker(from)))
@@ -108,6 +116,11 @@ export class Tab {
       if (isLost) this.#cut(message)
       throw error
     }
+  }
+
+  /** Saves what is kept, and gives it to the tab that wants it next. For a page that goes: what the set does then is not kept. */
+  leave() {
+    this.#thread.leave()
   }
 
   /** A port for a client: `connect(() => new PortSocket(tab.port()))`. @return {MessagePort} */

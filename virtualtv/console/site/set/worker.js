@@ -20,7 +20,8 @@ async function start(from) {
 }
 
 addEventListener('message', ({data}) => {
-  if (data.buffer) answerer.take(data)
+  if (data.leave) set.leave().finally(() => Answerer.done(data.buffer))
+  else if (data.buffer) answerer.take(data)
   else if (data.start) start(data.start)
   else if (data.port) set.serve(data.port)
   else if (data.hold) set.hold(data.number, data.hold)
