@@ -7,7 +7,9 @@ import {join} from 'node:path'
 import {afterEach, beforeEach, test} from 'node:test'
 import {fileURLToPath} from 'node:url'
 import {promisify} from 'node:util'
-import {program} from '../client/support/server.js'
+import {connect} from '../../virtualtv/console/client/client.js'
+import {program, serve} from '../client/support/server.js'
+import {onSite} from '../site/support/bridge.js'
 import {Console, useBrowser} from './support/console.js'
 
 const run = promisify(execFile)
@@ -163,10 +165,16 @@ test('client code does the same on the TV that there is', async () => {
   await shown.tv.window.SetChannel(3, 0)
   await shown.tv.window.GetCurrentChannel_Name()
   const [name] = await exported('Client code')
-  await shown.tv.restore(fresh)
-  assert.equal(await shown.tv.window.GetCurrentChannel_Name(), 'Lighthouse One')
+  const server = onSite ? await serve() : shown.server  // programs do not reach into a tab
+  const tv = await connect(server.address)
+  await tv.restore(fresh)
+  assert.equal(await tv.window.GetCurrentChannel_Name(), 'Lighthouse One')
   await install()
-  const {stdout} = await run(process.execPath, [join(folder, name)])
+  const {stdout} = await run(process.execPath, [join(folder, name), ...onSite ? [server.address] : []])
   assert.equal(stdout, '1\nLighthouse News\n')
-  assert.equal(await shown.tv.window.GetCurrentChannel_Name(), 'Lighthouse News')
+  assert.equal(await tv.window.GetCurrentChannel_Name(), 'Lighthouse News')
+  await tv.close()
+  const text = await readFile(join(folder, name), 'utf8')
+  const [of, address] = onSite ? [`the TV in a tab of ${shown.server.address}/`, 'http://127.0.0.1:8090'] : [server.address, server.address]
+  assert.ok(text.includes(`// Commands 1 to 2 of ${of}\n`) && text.includes(`?? "${address}"`), text)
 })

@@ -10,10 +10,13 @@ export const onSite = folder !== undefined
 /** The headers that isolate a page, where its server sends them. */
 export const isolating = {'Cross-Origin-Opener-Policy': 'same-origin', 'Cross-Origin-Embedder-Policy': 'require-corp'}
 
-/** Serves the site, so that its page is isolated at once. @return as `serve` */
+/** An option of tests that have no meaning on a site, with the reason: `test(name, {skip: elsewhere(reason)}, ...)`. */
+export const elsewhere = reason => onSite && reason
+
+/** Serves the site, so that its page is isolated at once. @return as `serve`, and `pages` that can be added, by their paths */
 export async function serveSite() {
   const server = await new FileServer({'/': folder}, isolating).listen()
-  return {address: server.origin, port: server.port, kill: async () => server.close()}
+  return {address: server.origin, port: server.port, pages: server.pages, kill: async () => server.close()}
 }
 
 const load = name => import(join(folder, name))

@@ -12,6 +12,8 @@ const types = {
 export class FileServer {
   /** Paths that were asked for. */
   requests = []
+  /** Pages by their paths, in place of what lies there. */
+  pages = new Map()
   /** Bytes of the bodies that were sent. */
   bytes = 0
   #folders
@@ -40,7 +42,7 @@ export class FileServer {
   async #answer(request, response) {
     const {pathname} = new URL(request.url, 'http://localhost')
     this.requests.push(pathname)
-    const body = await this.#read(pathname)
+    const body = this.pages.get(pathname) ?? await this.#read(pathname)
     if (!body) {
       response.writeHead(404, this.#headers).end('not found')
       return

@@ -68,6 +68,12 @@ export class Console {
     return this.#bridge.connect(options)
   }
 
+  /** Has the set take a text as one request, of a client that only posts. */
+  async post(text) {
+    if (onSite) await this.page.evaluate(request => globalThis[Symbol.for('emp-window/site')].post(request), text)
+    else await fetch(`${this.server.address}/rpc`, {method: 'POST', headers: {'Content-Type': 'application/json'}, body: text})
+  }
+
   /** A pane, by its name. */
   pane(name) {
     return this.page.locator(`section[id="${name.toLowerCase().replace(' ', '-')}"]`)

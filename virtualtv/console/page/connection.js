@@ -68,6 +68,12 @@ export function keeping(directory) {
     : {where: directory, isPath: true, title: directory}
 }
 
+/**
+ * What is written of the set for others: its name, and the address at which programs reach one. @param {import('../client.js').Tv} tv
+ * @return {{name: string, address: string, remarks: string[]}} remarks are for programs
+ */
+export const given = ({address}) => ({name: address, address, remarks: []})
+
 /** The sessions of others, and this page's own. @param {any[]} sessions  as the set lists them */
 export const people = sessions => sessions
 

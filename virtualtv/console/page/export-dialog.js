@@ -1,4 +1,5 @@
 import {tv} from './act.js'
+import {given} from './connection.js'
 import {h} from './dom.js'
 import {download} from './download.js'
 import {clientModule, collect, playwrightTest, transcript} from './export.js'
@@ -86,8 +87,9 @@ export class ExportDialog extends Part {
     const [from, to] = [chosen[0], chosen[chosen.length - 1]]
     const story = await collect(timeline.entries, from, to, new Set(chosen), wholeReply)
     const name = `commands-${from.command}-${to.command}`
-    const what = `Commands ${from.command} to ${to.command} of ${front(tv().address, 80)}`
-    if (this.#kind === 'code') return [[`${name}.mjs`, clientModule(story, tv().address, what)]]
+    const set = given(tv())
+    const what = `Commands ${from.command} to ${to.command} of ${front(set.name, 80)}`
+    if (this.#kind === 'code') return [[`${name}.mjs`, clientModule({...story, remarks: [...story.remarks, ...set.remarks]}, set.address, what)]]
     const snapshot = await tv().snapshot(story.first)
     /** @type {[string, string]} */
     const beside = [`${name}.json`, JSON.stringify(snapshot, null, 1)]

@@ -2,6 +2,7 @@
  * Brings what happens on the TV into the store. Events are told as they come; documents that they make untrue are asked for
  * again, at most one question of a kind at a time, so that many events at once cost no more than one.
  */
+import {people} from './connection.js'
 import {store} from './store.js'
 import {timeline} from './timeline-log.js'
 import {completeTimeline} from './timeline-past.js'
@@ -58,7 +59,7 @@ export function feed(tv) {
   }
 
   const listener = (/** @type {import('../client.js').TvEvent} */ event) => {
-    timeline.take(event)
+    if (event.topic !== 'session' || people([event]).length > 0) timeline.take(event)
     store.set('timeline', timeline.version)
     if (event.state === undefined) return take(event.topic)
     store.set('state', event.state)
