@@ -1,6 +1,6 @@
 // Channel lists of any bytes, read as each format and in several encodings: every service is one that the set can keep,
-// and is kept as it was read; to import it again changes nothing; every problem names a line of the list and reads as
-// one line.
+// and is kept as it was read; to import it again changes nothing; every problem names its place, a
+// line of the list where it has lines, and reads as one line.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -31,7 +31,8 @@ void lookAtProblems(const Problems& problems, std::string_view content) {
   demand(problems.kept().size() == std::min(problems.count(), Problems::mostKept), "problems are lost");
   demand(problems.unread() <= problems.count(), "more is unread than told");
   for (const auto& problem : problems.kept()) {
-    demand(problem.line >= 1 && problem.line <= lines, "a problem at " + problem.at);
+    demand(!problem.line || (problem.line >= 1 && problem.line <= lines), "a problem at " + problem.at);
+    demand(!problem.at.empty(), "a problem without a place");
     const bool readable = !problem.reason.empty() && problem.reason.size() < longestReason;
     demand(readable && virtualtv::text::isPrintable(problem.reason), "a reason: " + problem.reason);
   }

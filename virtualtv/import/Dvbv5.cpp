@@ -72,7 +72,9 @@ std::optional<StreamKind> streamsNamed(std::string_view name) {
 /// depends on others.
 class Section {
  public:
-  Section(int line, std::string_view name) : name_(name), head_(line), line_(line) {}
+  /// @param head  the line that it starts with. @param name  that stands there.
+  Section(int line, std::string_view head, std::string_view name)
+      : text_(head), name_(name), head_(line), line_(line) {}
 
   /// The line that was last looked at: the one at fault when reading throws.
   int line() const { return line_; }
@@ -82,6 +84,7 @@ class Section {
   void add(int line, std::string_view text) {
     line_ = line;
     const std::string_view whole = text;
+    text_.append("\n").append(text);
     const bool assigns = text.find('=') != std::string_view::npos;
     const std::string_view name = trimmed(cut(text, '='));
     if (!assigns || name.empty()) throw Unreadable{quoted(whole) + " is not KEY = VALUE"};
@@ -100,6 +103,7 @@ class Section {
     if (entry.antenna == ANTENNA_SATELLITE) entry.source = satellite();
     readStreams(entry);
     entry.name = serviceName();
+    entry.text = text_;
     return entry;
   }
 
@@ -192,7 +196,7 @@ class Section {
     const int pid = static_cast<int>(number(text, streams.key, greatestPid));
     if (!isStreamPid(pid)) return;
     if (streams.kind.video) {
-      entry.picture = true;
+      if (entry.video == 0) entry.video = pid;
       return;
     }
     AudioTrack& track = entry.audio.emplace_back();
@@ -206,6 +210,7 @@ class Section {
     return sameWord(trimmed(name_), keyNames[CHANNEL]) ? std::string_view() : name_;
   }
 
+  std::string text_;  ///< all of it
   std::string_view name_;
   int head_;
   int line_;
@@ -225,9 +230,9 @@ std::optional<std::string_view> headName(std::string_view line) {
 /// A section with a line at fault is left out as a whole; that line is its one problem.
 class Dvbv5Reader {
  public:
-  explicit Dvbv5Reader(const std::string& encoding) : list_(encoding) {}
+  Dvbv5Reader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
 
-  Result read(std::string_view content) {
+  void read(std::string_view content) {
     for (Lines lines(content); lines.next();) {
       const std::string_view line = trimmed(lines.line());
       if (line.empty() || lines.isComment()) continue;
@@ -239,8 +244,6 @@ class Dvbv5Reader {
       }
     }
     finishSection();
-    result_.services = list_.finish();
-    return std::move(result_);
   }
 
  private:
@@ -248,17 +251,17 @@ class Dvbv5Reader {
     leftOut_ = true;
     const auto name = headName(line);
     if (!name) {
-      result_.problems.add(unreadable(number, "the head of a section, " + quoted(line) + ", does not end with ]"));
+      problems_.add(unreadable(number, "the head of a section, " + quoted(line) + ", does not end with ]"));
       return;
     }
-    section_.emplace(number, *name);
+    section_.emplace(number, line, *name);
     leftOut_ = false;
   }
 
   void addLine(int number, std::string_view line) {
     if (leftOut_) return;
     if (!section_) {
-      result_.problems.add(unreadable(number, quoted(line) + " stands in front of the first section"));
+      problems_.add(unreadable(number, quoted(line) + " stands in front of the first section"));
       leftOut_ = true;
       return;
     }
@@ -276,14 +279,14 @@ class Dvbv5Reader {
     try {
       step();
     } catch (Unreadable& unread) {
-      result_.problems.add(unreadable(section_->line(), std::move(unread.reason)));
+      problems_.add(unreadable(section_->line(), std::move(unread.reason)));
       section_.reset();
       leftOut_ = true;
     }
   }
 
-  Result result_;
-  ServiceList list_;
+  ServiceList& list_;
+  Problems& problems_;
   std::optional<Section> section_;
   bool leftOut_ = false;  ///< lines up to the next head belong to nothing
 };
@@ -312,8 +315,8 @@ std::optional<std::size_t> findDvbv5(std::string_view content) {
   return std::nullopt;
 }
 
-Result readDvbv5(std::string_view content, const std::string& encoding) {
-  return Dvbv5Reader(encoding).read(content);
+void readDvbv5(std::string_view content, ServiceList& list, Problems& problems) {
+  Dvbv5Reader(list, problems).read(content);
 }
 
 }  // namespace virtualtv::import

@@ -13,7 +13,7 @@ namespace virtualtv::import {
 /// from others. @return where it starts, in bytes.
 std::optional<std::size_t> findDvbv5(std::string_view content);
 
-/// Reads a libdvbv5 channel file. Arguments and result are those of `read`.
-Result readDvbv5(std::string_view content, const std::string& encoding);
+/// Reads a libdvbv5 channel file. See `Format`.
+void readDvbv5(std::string_view content, ServiceList& list, Problems& problems);
 
 }  // namespace virtualtv::import

@@ -7,7 +7,12 @@
 #include <utility>
 
 #include "import/Dvbv5.h"
+#include "import/JsonList.h"
+#include "import/Lamedb.h"
+#include "import/M3u.h"
+#include "import/ServiceList.h"
 #include "import/Vdr.h"
+#include "import/Zap.h"
 
 namespace virtualtv::import {
 
@@ -15,8 +20,12 @@ namespace {
 
 /// Where a line decides for two formats, the upper row is taken.
 constexpr std::array table{
-    Format{"vdr", "VDR's channels.conf", findVdr, readVdr},
-    Format{"dvbv5", "libdvbv5", findDvbv5, readDvbv5},
+    Format{"vdr", "VDR's channels.conf", u'|', findVdr, readVdr},
+    Format{"dvbv5", "libdvbv5", u':', findDvbv5, readDvbv5},
+    Format{"zap", "zap file", u':', findZap, readZap},
+    Format{"lamedb", "Enigma2's lamedb", u':', findLamedb, readLamedb},
+    Format{"m3u", "M3U", u':', findM3u, readM3u},
+    Format{"json", "JSON", u':', findJson, readJson},
 };
 
 Problem problemOf(int line, std::string reason, bool remark) {
@@ -61,7 +70,10 @@ const Format* recognise(std::string_view content) {
 }
 
 Result read(std::string_view content, const Format& format, const std::string& encoding) {
-  return format.read(content, encoding);
+  ServiceList list(format, encoding);
+  Problems problems;
+  format.read(content, list, problems);
+  return {list.finish(), std::move(problems)};
 }
 
 }  // namespace virtualtv::import

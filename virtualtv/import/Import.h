@@ -47,14 +47,17 @@ struct Result {
   Problems problems;
 };
 
+class ServiceList;
+
 /// A format of channel lists.
 struct Format {
   std::string_view name;   ///< as `--format` takes it
   std::string_view title;  ///< what a person calls it
+  char16_t colon;          ///< what stands for a colon in names
   /// Where in a list the first line stands that only this format has, in bytes; nothing when it has none.
   std::optional<std::size_t> (*recognise)(std::string_view content);
-  /// Reads a list. See `read`.
-  Result (*read)(std::string_view content, const std::string& encoding);
+  /// Reads a list, which may be any bytes, into services and problems.
+  void (*read)(std::string_view content, ServiceList& list, Problems& problems);
 };
 
 /// All formats.

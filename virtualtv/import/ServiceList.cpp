@@ -1,9 +1,11 @@
 #include "import/ServiceList.h"
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 #include <utility>
 
+#include "import/Words.h"
 #include "text/Units.h"
 
 namespace virtualtv::import {
@@ -11,13 +13,11 @@ namespace virtualtv::import {
 namespace {
 
 std::u16string substituteFor(const Service& service) {
-  return text::toUnits("Service " + std::to_string(service.numbers.at(TCServiceData::PROGRAM_NUMBER)));
+  const auto program = service.numbers.find(TCServiceData::PROGRAM_NUMBER);
+  return text::toUnits("Service" + (program == service.numbers.end() ? "" : " " + std::to_string(program->second)));
 }
 
-ServiceKind kindOf(const Entry& entry) {
-  if (entry.picture) return ServiceKind::television;
-  return entry.audio.empty() ? ServiceKind::data : ServiceKind::radio;
-}
+constexpr std::uint64_t mask = (std::uint64_t{1} << 48U) - 1;  // of stream and program in a service id
 
 std::uint64_t bits(int value) {
   return static_cast<std::uint64_t>(value);
@@ -29,10 +29,15 @@ std::uint64_t streamBits(const Entry& entry) {
   return ids != 0 ? ids : bits(entry.frequency);
 }
 
+/// The part of a service id that tells the program. The PID of its audio stands in where it has no number.
+std::uint64_t programBits(const Entry& entry) {
+  if (entry.program != 0 || entry.audio.empty()) return bits(entry.program);
+  return bits(entry.audio.front().pid);
+}
+
 /// The id of the n-th service with the same antenna, stream and program: 12 bits above the 48 of stream and program
 /// count them; whatever is beyond that moves on to the ids of other programs.
 std::uint64_t variant(std::uint64_t antenna, std::uint64_t program, std::uint64_t n) {
-  constexpr std::uint64_t mask = (std::uint64_t{1} << 48U) - 1;
   return antenna << 60U | (n & 0xFFFU) << 48U | ((program + (n >> 12U)) & mask);
 }
 
@@ -42,14 +47,20 @@ int megahertz(int kilohertz) {
 
 }  // namespace
 
+ServiceKind kindOf(const Entry& entry) {
+  if (entry.kind) return *entry.kind;
+  if (entry.video != 0) return ServiceKind::television;
+  return entry.audio.empty() ? ServiceKind::data : ServiceKind::radio;
+}
+
 int orbitalSource(int tenths, bool west) {
   return west && tenths > 0 ? 3600 - tenths : tenths;
 }
 
-ServiceList::ServiceList(const std::string& encoding, char16_t colon) : decoder_(encoding), colon_(colon) {}
+ServiceList::ServiceList(const Format& format, const std::string& encoding) : format_(format), decoder_(encoding) {}
 
 void ServiceList::startGroup(std::string_view name) {
-  decoder_.learn(name);
+  if (name != group_) decoder_.learn(name);
   group_ = name;
 }
 
@@ -65,7 +76,7 @@ std::uint64_t ServiceList::nextNumber() const {
 
 std::uint64_t ServiceList::serviceId(const Entry& entry) {
   const std::uint64_t antenna = bits(entry.antenna) + 1;
-  const std::uint64_t program = streamBits(entry) << 16U | bits(entry.program);
+  const std::uint64_t program = entry.identity.value_or(streamBits(entry) << 16U | programBits(entry)) & mask;
   std::uint64_t& n = variants_[antenna << 60U | program];
   std::uint64_t id = variant(antenna, program, n++);
   while (!ids_.insert(id).second) id = variant(antenna, program, n++);
@@ -84,7 +95,7 @@ void ServiceList::setNumbers(Service& service, const Entry& entry) {
   setKnown(TCServiceData::FREQUENCY, entry.frequency);
   set(TCServiceData::MODULATION, entry.modulation);
   setKnown(TCServiceData::SYMBOL_RATE, entry.symbolRate);
-  set(TCServiceData::PROGRAM_NUMBER, entry.program);
+  setKnown(TCServiceData::PROGRAM_NUMBER, entry.program);
   set(TCServiceData::TRANSPORT_STREAM_ID, entry.transportStream);
   set(TCServiceData::ORIGINAL_NETWORK_ID, entry.network);
   set(TCServiceData::SOURCE_ID, entry.source);
@@ -92,76 +103,103 @@ void ServiceList::setNumbers(Service& service, const Entry& entry) {
   set(TCServiceData::ANTENNA_MODE, entry.antenna);
   set(HIDDEN, 0);
   set(SERVICE_MODE, 0);
-  if (nextNumber_ <= greatestChannelNumber) {
-    service.numbers[TCServiceData::MAJOR] = nextNumber_++;
+  if (entry.major) {
+    service.numbers[TCServiceData::MAJOR] = *entry.major;
     service.numbers[TCServiceData::MINOR] = 0;
   }
 }
 
 void ServiceList::add(Entry entry) {
-  Service& service = services_.emplace_back();
-  setNumbers(service, entry);
   decoder_.learn(entry.name);
-  names_.push_back({entry.name, group_});
-  multiplexes_.push_back(
-      {entry.antenna, entry.raster, entry.frequency, entry.bandwidth, entry.polarisation, entry.source.value_or(-1)});
-  service.audio = std::move(entry.audio);
-  service.subtitles = std::move(entry.subtitles);
+  entry.group = group_;
+  if (nextNumber_ <= greatestChannelNumber) entry.major = nextNumber_++;
+  entries_.push_back(std::move(entry));
+}
+
+bool ServiceList::addWhole(Service service) {
+  if (!ids_.insert(service.numbers.at(TCServiceData::SERVICE_ID)).second) return false;
+  services_.push_back(std::move(service));
+  return true;
 }
 
 /// Satellite transponders count by frequency, then by polarisation; on several satellites by position after that.
 /// Terrestrial channels have the number of their raster. Cable channels, and terrestrial ones beside the raster, have
 /// their frequency in MHz.
-void ServiceList::setPhysicalChannels() {
-  const auto transponder = [](const Multiplex& one) { return std::tuple(one.frequency, one.polarisation, one.source); };
+void ServiceList::setPhysicalChannels(std::vector<Service>& services) const {
+  const auto transponder = [](const Entry& one) {
+    return std::tuple(one.frequency, one.polarisation, one.source.value_or(-1));
+  };
   std::map<std::tuple<int, char, int>, int> ordinals;
   bool australian = false;
-  for (const Multiplex& one : multiplexes_) {
+  for (const Entry& one : entries_) {
     if (one.antenna == ANTENNA_SATELLITE) ordinals[transponder(one)] = 0;
     australian |= one.antenna == ANTENNA_TERRESTRIAL && isAustralianUhf(one.frequency, one.bandwidth);
   }
   int last = 0;
   for (auto& [key, ordinal] : ordinals) ordinal = ++last;
 
-  const auto channel = [&](const Multiplex& one) {
+  const auto channel = [&](const Entry& one) {
     if (one.antenna == ANTENNA_SATELLITE) return ordinals[transponder(one)];
     if (one.antenna == ANTENNA_CABLE) return megahertz(one.frequency);
     const bool moved = australian && one.raster == Raster::european && one.bandwidth == 7000;
     const Raster raster = moved ? Raster::australian : one.raster;
     return rasterChannel(raster, one.frequency, one.bandwidth).value_or(megahertz(one.frequency));
   };
-  for (std::size_t at = 0; at < services_.size(); ++at) {
-    const int number = channel(multiplexes_[at]);
-    if (multiplexes_[at].frequency != 0 && bits(number) <= greatestChannelNumber) {
-      services_[at].numbers[TCServiceData::PTC] = bits(number);
+  for (std::size_t at = 0; at < services.size(); ++at) {
+    const int number = channel(entries_[at]);
+    if (entries_[at].frequency != 0 && bits(number) <= greatestChannelNumber) {
+      services[at].numbers[TCServiceData::PTC] = bits(number);
     }
   }
 }
 
 std::u16string ServiceList::decoded(std::string_view name) {
   std::u16string units = decoder_.decode(name);
-  std::replace(units.begin(), units.end(), colon_, u':');
+  std::replace(units.begin(), units.end(), format_.colon, u':');
   return units;
 }
 
-void ServiceList::setNames() {
+/// The text of an entry as UTF-8, behind the name of the format. Lines in ASCII stay as they are, blanks and all;
+/// others are read as a name is.
+std::string ServiceList::kept(std::string_view text) {
+  std::string kept(format_.name);
+  while (!text.empty()) {
+    const std::string_view line = cut(text, '\n');
+    const bool plain = std::all_of(line.begin(), line.end(), [](char byte) { return byte >= 0; });
+    kept.append("\n").append(plain ? line : text::toUtf8(decoder_.decode(line)));
+  }
+  return kept;
+}
+
+void ServiceList::setNames(std::vector<Service>& services) {
   std::string_view group;
   std::string groupName;
-  for (std::size_t at = 0; at < services_.size(); ++at) {
-    if (names_[at].group != group) groupName = text::toUtf8(decoded(names_[at].group));
-    group = names_[at].group;
-    services_[at].group = groupName;
-    std::u16string name = decoded(names_[at].name);
-    services_[at].texts[TCServiceData::CHANNEL_NAME] = name.empty() ? substituteFor(services_[at]) : std::move(name);
+  for (std::size_t at = 0; at < services.size(); ++at) {
+    if (entries_[at].group != group) groupName = text::toUtf8(decoded(entries_[at].group));
+    group = entries_[at].group;
+    services[at].group = groupName;
+    std::u16string name = decoded(entries_[at].name);
+    services[at].texts[TCServiceData::CHANNEL_NAME] = name.empty() ? substituteFor(services[at]) : std::move(name);
+    services[at].listEntry = kept(entries_[at].text);
   }
 }
 
 std::vector<Service> ServiceList::finish() {
-  setPhysicalChannels();
-  multiplexes_.clear();
-  setNames();
-  names_.clear();
-  return std::exchange(services_, {});
+  if (entries_.empty()) return std::exchange(services_, {});
+  std::vector<Service> services(entries_.size());
+  for (std::size_t at = 0; at < services.size(); ++at) {
+    const Entry& entry = entries_[at];
+    setNumbers(services[at], entry);
+    if (entry.favourite) services[at].favourites[1] = true;
+  }
+  setPhysicalChannels(services);
+  setNames(services);
+  for (std::size_t at = 0; at < services.size(); ++at) {
+    services[at].audio = std::move(entries_[at].audio);
+    services[at].subtitles = std::move(entries_[at].subtitles);
+  }
+  entries_.clear();
+  return services;
 }
 
 }  // namespace virtualtv::import

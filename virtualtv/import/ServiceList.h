@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "import/Charset.h"
+#include "import/Import.h"
 #include "import/Raster.h"
 #include "services/ChannelType.h"
 #include "services/Modulation.h"
@@ -22,7 +22,10 @@ constexpr std::uint64_t greatestChannelNumber = 65534;
 
 /// What a list tells of one service, in the units of the set. What it does not tell keeps its default.
 struct Entry {
-  std::string_view name;  ///< as it stands in the list
+  std::string_view name;   ///< as it stands in the list
+  std::string_view group;  ///< likewise; `ServiceList` sets it
+  /// What the list says of the service, as a list with this one alone. The set keeps it for what it has no field for.
+  std::string text;
   EAntennaMode antenna = ANTENNA_TERRESTRIAL;
   Raster raster = Raster::european;
   int frequency = 0;      ///< kHz
@@ -33,11 +36,18 @@ struct Entry {
   std::optional<int> source;   ///< where it comes from: see `orbitalSource`, else the network
   std::optional<int> network;  ///< original network id
   std::optional<int> transportStream;
-  int program = 0;
-  bool picture = false;
+  int program = 0;                        ///< 0 where there is none; the PID of the audio stands in for it in the id
+  std::optional<std::uint64_t> identity;  ///< stands for stream and program in the id, in lists that know neither
+  std::optional<ServiceKind> kind;        ///< where the list tells it; else the streams do
+  int video = 0;                          ///< PID of the picture; 0 for none
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
+  bool favourite = false;              ///< a member of favourite group 1
+  std::optional<std::uint64_t> major;  ///< channel number; `ServiceList` sets it
 };
+
+/// What the service of an entry brings.
+ServiceKind kindOf(const Entry& entry);
 
 /// The source id of an orbital position: tenths of a degree counted eastward, 0 to 3599, so that 19.2 degrees east is
 /// 192 and 28.5 degrees west 3315.
@@ -48,9 +58,9 @@ int orbitalSource(int tenths, bool west);
 /// channels, which both depend on the whole list. Names that it is given must outlive it.
 class ServiceList {
  public:
-  /// @param encoding  see `read`. @param colon  what stands for a colon in names of the list.
+  /// @param format  of the list; outlives it. @param encoding  see `read`.
   /// @throws std::invalid_argument when there is no such encoding.
-  explicit ServiceList(const std::string& encoding, char16_t colon = u':');
+  ServiceList(const Format& format, const std::string& encoding);
 
   /// The services that follow belong to this group.
   void startGroup(std::string_view name);
@@ -64,38 +74,29 @@ class ServiceList {
 
   void add(Entry entry);
 
+  /// Adds a service that is complete, in a list of such services alone.
+  /// @return false, and it is left out, when one before it has its id.
+  bool addWhole(Service service);
+
+  /// What `add` added.
+  const std::vector<Entry>& entries() const { return entries_; }
+
   /// Completes the services and hands them over, which leaves the list empty.
   std::vector<Service> finish();
 
  private:
-  /// What the physical channel of a service depends on.
-  struct Multiplex {
-    EAntennaMode antenna;
-    Raster raster;
-    int frequency;
-    int bandwidth;
-    char polarisation;
-    int source;
-  };
-
-  /// Names as they stand in the list.
-  struct RawNames {
-    std::string_view name;
-    std::string_view group;
-  };
-
   std::uint64_t serviceId(const Entry& entry);
   void setNumbers(Service& service, const Entry& entry);
-  void setPhysicalChannels();
-  void setNames();
+  void setPhysicalChannels(std::vector<Service>& services) const;
+  void setNames(std::vector<Service>& services);
   std::u16string decoded(std::string_view name);
+  std::string kept(std::string_view text);
 
+  const Format& format_;
   TextDecoder decoder_;
-  char16_t colon_;
   std::string_view group_;
-  std::vector<Service> services_;
-  std::vector<Multiplex> multiplexes_;  ///< one a service, in the same order
-  std::vector<RawNames> names_;         ///< likewise
+  std::vector<Entry> entries_;
+  std::vector<Service> services_;  ///< those that were complete
   std::unordered_map<std::uint64_t, std::uint64_t> variants_;
   std::unordered_set<std::uint64_t> ids_;
   std::uint64_t nextNumber_ = 1;

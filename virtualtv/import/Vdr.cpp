@@ -132,7 +132,7 @@ Entry readService(const Fields& fields) {
   if (!source) throw Unreadable{"source " + quoted(fields.texts[SOURCE]) + " is not known"};
   Entry entry;
   setTuning(entry, fields, *source);
-  entry.picture = readVdrVideo(fields.texts[VIDEO]);
+  entry.video = readVdrVideo(fields.texts[VIDEO]);
   entry.audio = readVdrAudio(fields.texts[AUDIO]);
   entry.subtitles = readVdrSubtitles(fields.texts[TELETEXT]);
   setIds(entry, fields, *source);
@@ -142,18 +142,16 @@ Entry readService(const Fields& fields) {
 
 class VdrReader {
  public:
-  explicit VdrReader(const std::string& encoding) : list_(encoding, u'|') {}
+  VdrReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
 
-  Result read(std::string_view content) {
+  void read(std::string_view content) {
     for (Lines lines(content); lines.next();) {
       try {
         readLine(lines);
       } catch (Unreadable& unread) {
-        result_.problems.add(unreadable(lines.number(), std::move(unread.reason)));
+        problems_.add(unreadable(lines.number(), std::move(unread.reason)));
       }
     }
-    result_.services = list_.finish();
-    return std::move(result_);
   }
 
  private:
@@ -166,7 +164,9 @@ class VdrReader {
       return;
     }
     if (!fields.areEnough()) throw Unreadable{quoted(text) + wrongCount(fields.count)};
-    list_.add(readService(fields));
+    Entry entry = readService(fields);
+    entry.text = lines.line();
+    list_.add(std::move(entry));
   }
 
   /// A name, or @ and the number of the next channel in front of it.
@@ -188,12 +188,12 @@ class VdrReader {
     } catch (const Unreadable& unread) {
       const std::uint64_t next = list_.nextNumber();
       const std::string instead = next > greatestChannelNumber ? "have no number" : "start at " + std::to_string(next);
-      result_.problems.add(remark(line, unread.reason + "; its services " + instead));
+      problems_.add(remark(line, unread.reason + "; its services " + instead));
     }
   }
 
-  ServiceList list_;
-  Result result_;
+  ServiceList& list_;
+  Problems& problems_;
 };
 
 /// True for a line that has the shape of a service.
@@ -211,8 +211,8 @@ std::optional<std::size_t> findVdr(std::string_view content) {
   return std::nullopt;
 }
 
-Result readVdr(std::string_view content, const std::string& encoding) {
-  return VdrReader(encoding).read(content);
+void readVdr(std::string_view content, ServiceList& list, Problems& problems) {
+  VdrReader(list, problems).read(content);
 }
 
 }  // namespace virtualtv::import

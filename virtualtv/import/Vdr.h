@@ -13,7 +13,7 @@ namespace virtualtv::import {
 /// source. Any of its fields may still be wrong. @return where it starts, in bytes.
 std::optional<std::size_t> findVdr(std::string_view content);
 
-/// Reads VDR's `channels.conf`. Arguments and result are those of `read`.
-Result readVdr(std::string_view content, const std::string& encoding);
+/// Reads VDR's `channels.conf`. See `Format`.
+void readVdr(std::string_view content, ServiceList& list, Problems& problems);
 
 }  // namespace virtualtv::import

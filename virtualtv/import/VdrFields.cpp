@@ -181,8 +181,9 @@ int readVdrFrequency(std::string_view text, char sourceLetter) {
 }
 
 /// The PIDs may be followed by a stream type, and the video PID by that of the clock.
-bool readVdrVideo(std::string_view text) {
-  return isStreamPid(readPid(text.substr(0, text.find_first_of("+=")), "video PID"));
+int readVdrVideo(std::string_view text) {
+  const int pid = readPid(text.substr(0, text.find_first_of("+=")), "video PID");
+  return isStreamPid(pid) ? pid : 0;
 }
 
 std::vector<AudioTrack> readVdrAudio(std::string_view text) {

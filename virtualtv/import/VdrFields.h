@@ -34,8 +34,8 @@ VdrParameters readVdrParameters(std::string_view text, char sourceLetter);
 /// kHz. Satellites are written in MHz, the others in MHz, kHz or Hz, which the magnitude tells.
 int readVdrFrequency(std::string_view text, char sourceLetter);
 
-/// True when the field of the video PID names one.
-bool readVdrVideo(std::string_view text);
+/// The video PID, 0 where the field names none.
+int readVdrVideo(std::string_view text);
 
 std::vector<AudioTrack> readVdrAudio(std::string_view text);
 

@@ -45,10 +45,20 @@ FilesBeneath::~FilesBeneath() {
 
 int FilesBeneath::open(const fs::path& path, int flags) const {
   open_how how{};
-  how.flags = static_cast<decltype(how.flags)>(flags | O_CLOEXEC | O_NONBLOCK);  // a pipe must not hold the set up
+  how.flags = static_cast<decltype(how.flags)>(
+      flags | O_CLOEXEC | ((flags & O_PATH) != 0 ? 0 : O_NONBLOCK));  // a pipe must not hold the set up
   how.mode = (flags & O_CREAT) != 0 ? S_IRUSR | S_IWUSR : 0;
   how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
   return static_cast<int>(::syscall(SYS_openat2, directory_, path.c_str(), &how, sizeof how));
+}
+
+shell::FileAccess::Kind FilesBeneath::kindOf(const fs::path& path) const {
+  const int descriptor = open(path, O_PATH);
+  if (descriptor < 0) return errno == ENOENT ? Kind::missing : Kind::file;
+  struct stat what {};
+  const bool isDirectory = ::fstat(descriptor, &what) == 0 && S_ISDIR(what.st_mode);
+  ::close(descriptor);
+  return isDirectory ? Kind::directory : Kind::file;
 }
 
 std::string FilesBeneath::read(const fs::path& path, const std::string& name) const {

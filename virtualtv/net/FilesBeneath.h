@@ -19,6 +19,7 @@ class FilesBeneath : public shell::FileAccess {
 
   /// Empty: names are relative to the directory.
   std::filesystem::path start() const override { return {}; }
+  Kind kindOf(const std::filesystem::path& path) const override;
   std::string read(const std::filesystem::path& path, const std::string& name) const override;
   void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
 

@@ -125,10 +125,12 @@ ExitStatus runCheck(kel::CEmpAppBase& app, const Wishes& wishes) {
 
 ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
   const bool piped = wishes.list.file == "-";
-  const std::string name = piped ? "standard input" : wishes.list.file;
-  const std::string content = piped ? readStream(stdin, name) : readFile(name);
+  const char* const stream = "standard input";
+  const NamedList list =
+      piped ? NamedList{stream, readStream(stdin, stream)} : readList(allFiles(), wishes.list.file, wishes.list.file);
   Desk desk(app, wishes);
-  const ImportReport report = importServices(desk.session().device().tv(), name, content, wishes.list.options);
+  const ImportReport report =
+      importServices(desk.session().device().tv(), list.name, list.content, wishes.list.options);
   for (const std::string& problem : report.problemLines()) std::cerr << problem << "\n";
   std::cout << report.summary() << "\n";
   const std::string error = report.error();

@@ -74,6 +74,9 @@ struct Service {
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
   std::map<std::uint8_t, bool> favourites;  ///< favourite group and membership
+  /// What the channel list said that brought it, for what the set has no field for: the name of the list's format, a
+  /// line break, and a list with this service alone. Any bytes; empty where no list brought it.
+  std::string listEntry;
 
   bool operator==(const Service&) const = default;
 };

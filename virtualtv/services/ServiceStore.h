@@ -23,6 +23,8 @@ namespace virtualtv {
 
 /// The tables of this room, for the schema of the database that they stand in.
 extern const char* const serviceTables;
+/// What they lacked at first, for the step of the schema that comes next: what lists said of services.
+extern const char* const listEntries;
 
 /// What a search looks at in a service.
 struct ServiceOutline {
@@ -45,7 +47,7 @@ class ServiceStore {
   /// The greatest key that a service can have.
   static constexpr ServiceKey greatestKey = (ServiceKey{1} << 28) - 1;
 
-  /// @param database  outlives this object and has `serviceTables`.
+  /// @param database  outlives this object and has `serviceTables` with `listEntries`.
   explicit ServiceStore(Database& database);
 
   // The services.

@@ -1,5 +1,6 @@
 #include "services/ServiceTables.h"
 
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -24,7 +25,7 @@ std::string columns(const std::string& behind) {
 std::string insertSql() {
   std::string marks;
   for (std::size_t field = 0; field < knownFields().size(); ++field) marks += "?, ";
-  return "INSERT INTO service(" + columns(", ") + "group_name, key) VALUES(" + marks + "?, ?)";
+  return "INSERT INTO service(" + columns(", ") + "group_name, list_entry, key) VALUES(" + marks + "?, ?, ?)";
 }
 
 int readFields(const Rows& rows, Service& service) {
@@ -125,6 +126,8 @@ INSERT INTO sqlite_stat1(tbl, idx, stat) VALUES
 ANALYZE sqlite_schema;
 )";
 
+const char* const listEntries = "ALTER TABLE service ADD COLUMN list_entry BLOB";
+
 ServiceTables::ServiceTables(Database& database)
     : database_(database),
       insert_(database, insertSql(), adding),
@@ -134,7 +137,7 @@ ServiceTables::ServiceTables(Database& database)
       insertFavourite_(database, "INSERT OR REPLACE INTO favourite VALUES(?, ?, ?)", "keep a favourite"),
       remove_(database, "DELETE FROM service WHERE key = ?", "remove a service"),
       lastKey_(database, "SELECT seq FROM sqlite_sequence WHERE name = 'service'", "find a key for a service"),
-      read_(database, "SELECT " + columns(", ") + "group_name FROM service WHERE key = ?", reading),
+      read_(database, "SELECT " + columns(", ") + "group_name, list_entry FROM service WHERE key = ?", reading),
       readRaw_(database, "SELECT field, value FROM raw_field WHERE service = ?", reading),
       readAudio_(database,
                  "SELECT pid, lang, decode_type, audio_mode, audio_type, readable FROM audio_track WHERE service = ?"
@@ -157,11 +160,13 @@ void ServiceTables::bindFields(const Service& service) {
     insert_.bind(parameter, Bytes(toBytes(units->second)));
   }
   insert_.bind(++parameter, std::string_view(service.group));
+  insert_.bind(++parameter, nullptr);
+  if (!service.listEntry.empty()) insert_.bind(parameter, std::as_bytes(std::span(service.listEntry)));
 }
 
 void ServiceTables::insert(ServiceKey key, const Service& service) {
   bindFields(service);
-  insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
+  insert_.bind(static_cast<int>(knownFields().size()) + 3, key);
   insert_.finish();
   for (const auto& [id, number] : service.numbers) {
     if (service.texts.contains(id))
@@ -199,6 +204,8 @@ std::optional<Service> ServiceTables::read(ServiceKey key) const {
     if (!rows.next()) return std::nullopt;
     const int behind = readFields(rows, service);
     service.group = rows.text(behind);
+    const Bytes entry = rows.bytes(behind + 1);
+    service.listEntry.assign(reinterpret_cast<const char*>(entry.data()), entry.size());
   }
   readRaw(key, service);
   service.audio = audio(key);

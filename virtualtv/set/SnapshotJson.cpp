@@ -1,8 +1,5 @@
 #include "set/SnapshotJson.h"
 
-#include <algorithm>
-#include <bit>
-#include <cctype>
 #include <limits>
 #include <memory>
 #include <set>
@@ -14,10 +11,9 @@
 
 #include "json/JsonPart.h"
 #include "json/Read.h"
-#include "services/FieldNames.h"
-#include "services/FieldNumbers.h"
-#include "services/Fields.h"
+#include "json/Texts.h"
 #include "services/ListText.h"
+#include "services/ServiceDocument.h"
 #include "services/ServiceStore.h"
 #include "set/EmbeddedSet.h"
 #include "set/Persisted.h"
@@ -29,45 +25,7 @@ namespace virtualtv {
 namespace {
 
 constexpr const char* noSnapshot = "not a snapshot of a set";
-constexpr std::size_t deepest = 16;                              // more than a snapshot is nested
-constexpr std::int64_t mostExact = (std::int64_t{1} << 53) - 1;  // as far as readers have whole numbers
-
-// Texts.
-
-template <typename Text>
-Json::Value numbersOf(const char* name, const Text& text) {
-  Json::Value json;
-  Json::Value& numbers = json[name] = Json::arrayValue;
-  for (const auto unit : text) numbers.append(static_cast<std::make_unsigned_t<decltype(unit)>>(unit));
-  return json;
-}
-
-Json::Value persistedJson(const std::string& bytes) {
-  return text::isUtf8(bytes) ? Json::Value(bytes) : numbersOf("bytes", bytes);
-}
-Json::Value persistedJson(const std::u16string& units) {
-  const std::string utf8 = text::toUtf8(units);
-  return text::toUnits(utf8) == units ? Json::Value(utf8) : numbersOf("units", units);
-}
-
-template <typename Text>
-Text textOfNumbers(const char* name, const JsonPart& part) {
-  using Unit = std::make_unsigned_t<typename Text::value_type>;
-  Text text;
-  part.requireOnly({name});
-  const JsonPart numbers = part.at(name);
-  numbers.eachItem([&](const JsonPart& number) {
-    text += static_cast<typename Text::value_type>(number.number(text::rangeOf<Unit>()));
-  });
-  return text;
-}
-
-std::string bytesIn(const JsonPart& part) {
-  return part.isObject() ? textOfNumbers<std::string>("bytes", part) : part.text();
-}
-std::u16string unitsIn(const JsonPart& part) {
-  return part.isObject() ? textOfNumbers<std::u16string>("units", part) : text::toUnits(part.text());
-}
+constexpr std::size_t deepest = 16;  // more than a snapshot is nested
 
 // The state.
 
@@ -143,93 +101,31 @@ void requireServices(const JsonPart& part, const Snapshot& snapshot) {
 
 Json::Value settingOf(const std::string& key, const Setting& value) {
   Json::Value json;
-  json["key"] = persistedJson(key);
-  json["value"] = std::visit([](const auto& held) { return persistedJson(held); }, value);
+  json["key"] = json::ofBytes(key);
+  const int* const number = std::get_if<int>(&value);
+  json["value"] = number == nullptr ? json::ofBytes(std::get<std::string>(value)) : Json::Value(*number);
   return json;
 }
 
 Setting settingIn(const JsonPart& part) {
-  if (part.isText() || part.isObject()) return bytesIn(part);
+  if (part.isText() || part.isObject()) return json::bytesIn(part);
   return static_cast<int>(part.number(text::rangeOf<int>()));
 }
 
 void readSetting(const JsonPart& part, Snapshot& snapshot) {
   part.requireOnly({"key", "value"});
   const JsonPart key = part.at("key");
-  if (!snapshot.settings.emplace(bytesIn(key), settingIn(part.at("value"))).second) {
+  if (!snapshot.settings.emplace(json::bytesIn(key), settingIn(part.at("value"))).second) {
     key.refuse("the key stands there already");
   }
 }
 
 // Services.
 
-Json::Value numberOf(int fieldId, std::uint64_t value) {
-  const KnownField* const field = knownField(fieldId);
-  if (field != nullptr && field->kind == FieldKind::uint64) return std::to_string(value);
-  const auto number = std::bit_cast<std::int64_t>(value);
-  const bool isExact = number >= -mostExact && number <= mostExact;
-  return isExact ? Json::Value(Json::Int64{number}) : Json::Value(std::to_string(number));
-}
-
-std::uint64_t numberIn(int fieldId, const JsonPart& part) {
-  if (!takesNumber(fieldId)) part.refuse("the field takes a text, not a number");
-  const text::Range range = rangeOfField(fieldId);
-  const text::Range exact{std::max(range.least, -mostExact), std::min(range.most, std::uint64_t{mostExact})};
-  std::optional<std::uint64_t> number;
-  if (part.isText()) {
-    number = text::numberIn(part.text(), range);
-  } else if (const auto plain = part.numberIn(exact)) {
-    number = std::bit_cast<std::uint64_t>(*plain);
-  }
-  if (!number) part.want(numbersTakenBy(fieldId) + (range.most > exact.most ? ", as a text beyond 53 bits," : ""));
-  return *number;
-}
-
 Json::Value serviceOf(ServiceKey key, const Service& service) {
-  Json::Value json;
+  Json::Value json = serviceDocument(service);
   json["key"] = persistedJson(key);
-  for (const auto& [id, number] : service.numbers) json["numbers"][nameOfField(id)] = numberOf(id, number);
-  for (const auto& [id, units] : service.texts) json["texts"][nameOfField(id)] = persistedJson(units);
-  if (!service.group.empty()) json["group"] = persistedJson(service.group);
-  if (!service.audio.empty()) json["audio"] = textOf(service.audio);
-  if (!service.subtitles.empty()) json["subtitles"] = textOf(service.subtitles);
-  if (!service.favourites.empty()) json["favourites"] = textOf(service.favourites);
   return json;
-}
-
-/// Reads the fields of a service. @param take  is called with the id of each, and its value.
-template <typename Take>
-void readFields(const JsonPart& part, const char* name, Service& service, Take take) {
-  const auto fields = part.find(name);
-  if (!fields) return;
-  fields->eachMember([&](std::string_view field, const JsonPart& value) {
-    const auto id = fieldNamed(field);
-    if (!id) value.refuse("there is no field of that name");
-    if (service.numbers.contains(*id) || service.texts.contains(*id)) value.refuse("the field stands there already");
-    take(*id, value);
-  });
-}
-
-template <typename List, typename Read>
-void readList(const JsonPart& part, const char* name, List& list, Read readText) {
-  const auto text = part.find(name);
-  if (text) list = text->check([&, written = text->text()] { return readText(written); });
-}
-
-Service serviceIn(const JsonPart& part) {
-  part.requireOnly({"key", "numbers", "texts", "group", "audio", "subtitles", "favourites"});
-  Service service;
-  readFields(part, "numbers", service,
-             [&](int id, const JsonPart& value) { service.numbers.emplace(id, numberIn(id, value)); });
-  readFields(part, "texts", service, [&](int id, const JsonPart& value) {
-    value.check([&] { requireText(id); });
-    service.texts.emplace(id, unitsIn(value));
-  });
-  if (const auto group = part.find("group")) service.group = bytesIn(*group);
-  readList(part, "audio", service.audio, readAudioTracks);
-  readList(part, "subtitles", service.subtitles, readSubtitleTracks);
-  readList(part, "favourites", service.favourites, readFavourites);
-  return service;
 }
 
 void readService(const JsonPart& part, Snapshot& snapshot) {

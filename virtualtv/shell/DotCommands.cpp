@@ -186,8 +186,8 @@ Lines vconf(Session& session, const Words& words) {
 
 Lines import(Session& session, const Words& words) {
   const ImportWishes wishes = importWishes(words);
-  const std::string content = session.read(wishes.file);
-  const ImportReport report = session.device().import(wishes.file, content, wishes.options);
+  const NamedList list = session.readList(wishes.file);
+  const ImportReport report = session.device().import(list.name, list.content, wishes.options);
   Lines lines = report.problemLines();
   lines.push_back(report.summary());
   const std::string error = report.error();

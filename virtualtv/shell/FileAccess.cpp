@@ -1,5 +1,7 @@
 #include "shell/FileAccess.h"
 
+#include <system_error>
+
 #include "shell/Files.h"
 #include "shell/OpenFile.h"
 
@@ -12,6 +14,12 @@ namespace fs = std::filesystem;
 class AllFiles : public FileAccess {
  public:
   fs::path start() const override { return fs::current_path(); }
+  Kind kindOf(const fs::path& path) const override {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (status.type() == fs::file_type::not_found) return Kind::missing;
+    return fs::is_directory(status) ? Kind::directory : Kind::file;
+  }
   std::string read(const fs::path& path, const std::string& name) const override { return readFile(path, name); }
   void save(const fs::path& path, std::string_view content, const std::string& name) const override {
     saveFile(path, content, name);

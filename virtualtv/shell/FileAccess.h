@@ -17,6 +17,9 @@ class FileAccess {
 
   /// The directory that a session starts in.
   virtual std::filesystem::path start() const = 0;
+  enum class Kind { missing, file, directory };
+  /// What is there. Where that can't be told it is a file, which fails when it is read.
+  virtual Kind kindOf(const std::filesystem::path& path) const = 0;
   /// All of a file. @param name  what messages call it.
   virtual std::string read(const std::filesystem::path& path, const std::string& name) const = 0;
   virtual void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const = 0;
@@ -31,6 +34,7 @@ class NoFiles : public FileAccess {
   explicit NoFiles(std::string reason) : reason_(std::move(reason)) {}
 
   std::filesystem::path start() const override { return {}; }
+  Kind kindOf(const std::filesystem::path&) const override { return Kind::file; }
   std::string read(const std::filesystem::path& path, const std::string& name) const override;
   void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
 

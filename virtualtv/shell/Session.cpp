@@ -111,6 +111,10 @@ std::string Session::read(const std::string& file) const {
   return files_.read(resolve(file), file);
 }
 
+NamedList Session::readList(const std::string& file) const {
+  return shell::readList(files_, resolve(file), file);
+}
+
 void Session::save(const std::string& file, std::string_view content) const {
   files_.save(resolve(file), content, file);
 }

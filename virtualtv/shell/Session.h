@@ -13,6 +13,7 @@
 #include "device/Session.h"
 #include "shell/FileAccess.h"
 #include "shell/Lines.h"
+#include "shell/ListFile.h"
 
 namespace virtualtv::shell {
 
@@ -87,6 +88,8 @@ class Session {
   /// All of a file that an input names. @throws std::runtime_error `cannot read FILE: REASON`, the file named as there:
   /// wherever a transcript is checked from, it prints the same.
   std::string read(const std::string& file) const;
+  /// The channel list of a file or directory that an input names.
+  NamedList readList(const std::string& file) const;
   /// Notes a finding of the input that runs.
   void note(std::string finding);
   /// The first input says that the transcript was recorded: there are no findings then. Does nothing behind that.

@@ -17,7 +17,8 @@ TEST(ImportReport, AListWithoutServicesIsAnErrorInAllFormats) {
   Tv tv(storage);
   const std::string before = getKnob(tv, "services");
   for (const import::Format& format : import::formats()) {
-    for (const char* content : {"", "# only\n\n# comments\n"}) {
+    const bool hasComments = format.name != "lamedb" && format.name != "json";
+    for (const char* content : {"", hasComments ? "# only\n\n# comments\n" : "\n \n"}) {
       const ImportReport report = importServices(tv, "l\n", content, {&format, ""});
       EXPECT_EQ(report.problemLines(), Lines{});
       EXPECT_EQ(report.error(), "l\n: no service in it");

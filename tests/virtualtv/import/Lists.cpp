@@ -43,6 +43,10 @@ Result readDvbv5(const std::string& content, const std::string& encoding) {
   return virtualtv::import::read(content, *formatNamed("dvbv5"), encoding);
 }
 
+Result readAs(const char* format, const std::string& content, const std::string& encoding) {
+  return virtualtv::import::read(content, *formatNamed(format), encoding);
+}
+
 std::string recognised(const std::string& content) {
   const virtualtv::import::Format* format = virtualtv::import::recognise(content);
   return format == nullptr ? std::string() : std::string(format->name);
@@ -60,6 +64,12 @@ Service vdr(const VdrLine& line) {
 
 Service dvbv5(const std::string& content) {
   return only(readDvbv5(content));
+}
+
+Service told(Service service) {
+  EXPECT_FALSE(service.listEntry.empty());
+  service.listEntry.clear();
+  return service;
 }
 
 std::vector<std::string> problems(const Result& result) {

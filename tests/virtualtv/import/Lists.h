@@ -40,6 +40,8 @@ std::string satelliteSection(const std::string& name, const std::string& more = 
 virtualtv::import::Result readVdr(const std::string& content, const std::string& encoding = "");
 virtualtv::import::Result readDvbv5(const std::string& content, const std::string& encoding = "");
 
+virtualtv::import::Result readAs(const char* format, const std::string& content, const std::string& encoding = "");
+
 /// Name of the format that is recognised, "" for none.
 std::string recognised(const std::string& content);
 
@@ -47,6 +49,9 @@ std::string recognised(const std::string& content);
 virtualtv::Service only(const virtualtv::import::Result& result);
 virtualtv::Service vdr(const VdrLine& line);
 virtualtv::Service dvbv5(const std::string& content);
+
+/// What the set has fields for: a service without the text of the list.
+virtualtv::Service told(virtualtv::Service service);
 
 /// `LINE: reason` of each problem.
 std::vector<std::string> problems(const virtualtv::import::Result& result);

@@ -78,10 +78,33 @@ TEST_F(RealList, OfTerrestrialServicesInDvbv5FormatIsReadWhole) {
   EXPECT_EQ(std::set<std::uint64_t>(channels.begin(), channels.end()), (std::set<std::uint64_t>{6, 7, 8, 11, 12, 29}));
 }
 
-TEST_F(RealList, OfOtherFormatsIsNotRecognised) {
-  for (const char* file :
-       {"lamedb", "zap-dvbs-astra-28.2E.conf", "zap-dvbt-au-Sydney.conf", "zap-dvbt-uk-Oxford.conf"}) {
-    EXPECT_EQ(recognised(load(file)), "") << file;
+TEST_F(RealList, OfEnigma2IsReadButForServicesOfTranspondersThatAreMissing) {
+  const std::string content = load("lamedb");
+  EXPECT_EQ(recognised(content), "lamedb");
+  const auto result = readAs("lamedb", content);
+  EXPECT_EQ(result.problems.count(), 24U);
+  EXPECT_EQ(result.problems.unread(), 24U);
+  EXPECT_EQ(problems(result).front(), "8015: \"0191:01040000:012d:02be:1:0\" is of a transponder that is not there");
+  EXPECT_EQ(result.services.size(), 5626U);
+  EXPECT_EQ(distinct(result, TCServiceData::SERVICE_ID), result.services.size());
+}
+
+TEST_F(RealList, OfZapLinesWithAndWithoutServiceIdsIsReadWhole) {
+  struct Case {
+    const char* file;
+    std::size_t services;
+    bool hasPrograms;
+  };
+  for (const Case& one : {Case{"zap-dvbs-astra-28.2E.conf", 522, true}, Case{"zap-dvbt-au-Sydney.conf", 34, true},
+                          Case{"zap-dvbt-uk-Oxford.conf", 41, false}}) {
+    const std::string content = load(one.file);
+    EXPECT_EQ(recognised(content), "zap") << one.file;
+    const auto result = readAs("zap", content);
+    EXPECT_EQ(problems(result), std::vector<std::string>{}) << one.file;
+    EXPECT_EQ(result.services.size(), one.services) << one.file;
+    EXPECT_EQ(distinct(result, TCServiceData::SERVICE_ID), one.services) << one.file;
+    const auto programs = column(result, TCServiceData::PROGRAM_NUMBER);
+    EXPECT_EQ(std::count(programs.begin(), programs.end(), 0U), one.hasPrograms ? 0 : 41) << one.file;
   }
 }
 

@@ -16,7 +16,7 @@ TEST(Format, IsFoundByItsName) {
     EXPECT_FALSE(format.title.empty());
     names += std::string(format.name) + ' ';
   }
-  EXPECT_EQ(names, "vdr dvbv5 ");
+  EXPECT_EQ(names, "vdr dvbv5 zap lamedb m3u json ");
   EXPECT_EQ(formatNamed("VDR"), nullptr);
   EXPECT_EQ(formatNamed(""), nullptr);
 }
@@ -60,15 +60,22 @@ TEST(Recognise, KnowsNoneWithoutALineThatDecides) {
   EXPECT_EQ(recognised("a:1:2:3:4:5:6:7:8:9:10:11:12\n"), "");
 }
 
-TEST(Recognise, DoesNotTakeOtherChannelListsForItsOwn) {
-  EXPECT_EQ(recognised("News:578000000:INVERSION_OFF:BANDWIDTH_8_MHZ:FEC_2_3:FEC_NONE:QAM_64:TRANSMISSION_MODE_2K:"
-                       "GUARD_INTERVAL_1_32:HIERARCHY_NONE:620:621:7\n"),
-            "");
-  EXPECT_EQ(recognised("[1341]:11469:h:0:27500:521:649:4929\nNews:10773:h:0:22000:2304:2306:6301\n"), "");
-  EXPECT_EQ(recognised("News:306000000:INVERSION_AUTO:6900000:FEC_NONE:QAM_64:620:621:7\n"), "");
+TEST(Recognise, KnowsALamedbByItsHead) {
   EXPECT_EQ(recognised("eDVB services /3/\ntransponders\n00320000:0002:0055\n\ts 12379000:27500000:0:3:50:2\n/\nend\n"
                        "services\n1b1d:00820000:0443:0001:1:0\nNews\np:Company,c:000200,c:010201\n"),
-            "");
+            "lamedb");
+  EXPECT_EQ(recognised("eDVB services /9/\r\n"), "lamedb");
+}
+
+TEST(Recognise, KnowsAZapFileByALineOfAnyAntenna) {
+  EXPECT_EQ(recognised("News:578000000:INVERSION_OFF:BANDWIDTH_8_MHZ:FEC_2_3:FEC_NONE:QAM_64:TRANSMISSION_MODE_2K:"
+                       "GUARD_INTERVAL_1_32:HIERARCHY_NONE:620:621:7\n"),
+            "zap");
+  EXPECT_EQ(recognised("# all\n[1341]:11469:h:0:27500:521:649:4929\nNews:10773:h:0:22000:2304:2306:6301\n"), "zap");
+  EXPECT_EQ(recognised("News:306000000:INVERSION_AUTO:6900000:FEC_NONE:QAM_64:620:621:7\n"), "zap");
+  EXPECT_EQ(recognised("News:473000000:8VSB:49:52:1\n"), "zap");
+  EXPECT_EQ(recognised("News:306000000:INVERSION_AUTO:6900000\n"), "");
+  EXPECT_EQ(recognised("News:x:8VSB:49:52:1\n"), "");
 }
 
 }  // namespace

@@ -86,22 +86,22 @@ TEST(VdrProblem, FindsIdsOutOfRange) {
 }
 
 TEST(VdrProblem, DoesNotLookAtWhatTheSetHasNoUseFor) {
-  const virtualtv::Service plain = vdr({});
+  const virtualtv::Service plain = told(vdr({}));
   for (const char* odd : {"", "8192", "70000", "x", "-1", "10000", "98C,xyz", "4294967296", "\xFF"}) {
-    EXPECT_EQ(vdr({.teletext = odd}), plain) << odd;
-    EXPECT_EQ(vdr({.conditionalAccess = odd}), plain) << odd;
-    EXPECT_EQ(vdr({.radio = odd}), plain) << odd;
-    EXPECT_EQ(vdr({.video = std::string("163=") + odd}), plain) << odd;
-    EXPECT_EQ(vdr({.video = std::string("163+") + odd + "=2"}), plain) << odd;
+    EXPECT_EQ(told(vdr({.teletext = odd})), plain) << odd;
+    EXPECT_EQ(told(vdr({.conditionalAccess = odd})), plain) << odd;
+    EXPECT_EQ(told(vdr({.radio = odd})), plain) << odd;
+    EXPECT_EQ(told(vdr({.video = std::string("163=") + odd})), plain) << odd;
+    EXPECT_EQ(told(vdr({.video = std::string("163+") + odd + "=2"})), plain) << odd;
     VdrLine line = terrestrial("578");
     line.symbolRate = odd;
-    EXPECT_EQ(vdr(line), vdr(terrestrial("578"))) << odd;
+    EXPECT_EQ(told(vdr(line)), told(vdr(terrestrial("578")))) << odd;
   }
-  EXPECT_EQ(vdr({.teletext = "x;107=eng"}), vdr({.teletext = "105;107=eng"}));
+  EXPECT_EQ(told(vdr({.teletext = "x;107=eng"})), told(vdr({.teletext = "105;107=eng"})));
   for (const char* odd : {"HC34M2S0B11", "HC1234567890M2S0", "HCM2S0", "HM2S0X"}) {
-    EXPECT_EQ(vdr({.parameters = odd}), plain) << odd;
+    EXPECT_EQ(told(vdr({.parameters = odd})), plain) << odd;
   }
-  EXPECT_EQ(vdr(terrestrial("578", "B8M64S9H7")), vdr(terrestrial("578")));
+  EXPECT_EQ(told(vdr(terrestrial("578", "B8M64S9H7"))), told(vdr(terrestrial("578"))));
   VdrLine input{.frequency = "x", .parameters = "?", .source = "I", .symbolRate = "x"};
   EXPECT_EQ(number(vdr(input), TCServiceData::FREQUENCY), std::nullopt);
 }

@@ -7,7 +7,7 @@ namespace virtualtv::test {
 namespace {
 
 const char* const settingsOnly[] = {settingsTables};
-const char* const settingsAndServices[] = {settingsTables, serviceTables};
+const char* const settingsAndServices[] = {settingsTables, serviceTables, listEntries};
 
 std::vector<Service> manyServices(int count) {
   std::vector<Service> services;
@@ -100,6 +100,22 @@ TEST_F(ServiceFile, WithADamagedPageFailsInTheQueryThatMeetsIt) {
     EXPECT_EQ(failureOf([&] { allOf(database); }), file.string() + ": cannot read a service: the file is damaged");
   }
   EXPECT_EQ(contentOf(file), damaged);
+}
+
+TEST_F(ServiceFile, OfTheVersionBeforeListEntriesHasNoneAndKeepsNewOnes) {
+  {
+    const Database database(file, std::span(settingsAndServices).first(2), [](Database& made) {
+      made.execute("INSERT INTO service(service_id, group_name) VALUES(7, 'G')", "add a service");
+    });
+  }
+  Database database(file, settingsAndServices);
+  ServiceStore services(database);
+  Service service = services.all().begin()->second;
+  EXPECT_EQ(service.group, "G");
+  EXPECT_EQ(service.listEntry, "");
+  service.listEntry = std::string("vdr\n\xFF\0", 6);
+  services.replaceAll({service});
+  EXPECT_EQ(services.read(1), service);
 }
 
 TEST_F(ServiceFile, OfAnOlderVersionGetsItsTablesBesideWhatItHas) {

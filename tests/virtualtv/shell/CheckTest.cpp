@@ -99,7 +99,7 @@ TEST_F(CheckTest, ErrorsNameFilesAsTheyStandInTheTranscript) {
       "> .source inner/bad\nerror: inner/bad:1: output before the first '>' line\n"
       "> .import ./none.conf\nerror: cannot read ./none.conf: No such file or directory\n"
       "> .import noise\nerror: noise: not a channel list of a known format: VDR's channels.conf (vdr), libdvbv5 "
-      "(dvbv5)\n"
+      "(dvbv5), zap file (zap), Enigma2's lamedb (lamedb), M3U (m3u), JSON (json)\n"
       "> .source inner/setup\n"
       "error: cannot read none: No such file or directory\n"
       "error: cannot read ../none.conf: No such file or directory\n"

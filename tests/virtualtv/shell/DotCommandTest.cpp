@@ -369,15 +369,32 @@ TEST_F(DotCommandTest, ImportTakesTheOptionsOfTheProgram) {
     EXPECT_EQ(run(empty), "error: --encoding: the name of an encoding is wanted, not an empty text") << empty;
   }
   EXPECT_TRUE(run(".import --format= list").starts_with("error: --format: ")) << "and list is not its value";
-  EXPECT_EQ(run(".import list --format other"), "error: --format: other not in {vdr,dvbv5}");
+  EXPECT_EQ(run(".import list --format other"), "error: --format: other not in {vdr,dvbv5,zap,lamedb,m3u,json}");
   EXPECT_EQ(lines(".import list --format dvbv5").back(), "error: list: no service in it");
+}
+
+TEST_F(DotCommandTest, ImportReadsALamedbWithItsBouquetsFromADirectory) {
+  test::write(
+      folder / "lamedb",
+      "eDVB services /4/\ntransponders\n00c00000:0440:0001\n\ts 11778000:27500000:1:2:192:2:0\n/\nend\nservices\n"
+      "2b66:00c00000:0440:0001:1:0\nNews\np:\nxx\n\np:\nend\n");
+  test::write(folder / "bouquets.tv",
+              "#SERVICE 1:7:1:0:0:0:0:0:0:0:FROM BOUQUET \"userbouquet.a.tv\" ORDER BY bouquet\n");
+  test::write(folder / "userbouquet.a.tv", "#NAME Mine\n#SERVICE 1:0:1:2B66:440:1:C00000:0:0:0:\n#SERVICE 1:0:x\n");
+  EXPECT_EQ(lines(".import ."), (Lines{"./lamedb: userbouquet.a.tv, line 3: namespace \"\" is not a hexadecimal number",
+                                       "./lamedb:11: service id \"xx\" is not a hexadecimal number",
+                                       "imported 1 service: 1 added, 0 changed, 81 gone; 2 lines could not be read"}));
+  EXPECT_EQ(tv().services().read(1)->group, "Mine");
+  std::filesystem::create_directory(folder / "empty");
+  EXPECT_EQ(run(".import empty"), "error: cannot read empty: it is a directory without a lamedb");
 }
 
 TEST_F(DotCommandTest, ImportOfWhatIsNoListIsAnErrorAndKeepsTheServices) {
   const std::string before = run(".get services");
   test::write(folder / "noise", "hello\nworld\n");
   EXPECT_EQ(run(".import noise"),
-            "error: noise: not a channel list of a known format: VDR's channels.conf (vdr), libdvbv5 (dvbv5)");
+            "error: noise: not a channel list of a known format: VDR's channels.conf (vdr), libdvbv5 (dvbv5), "
+            "zap file (zap), Enigma2's lamedb (lamedb), M3U (m3u), JSON (json)");
   EXPECT_TRUE(run(".import none").starts_with("error: cannot read "));
   const std::string usage = "error: usage: .import FILE [--add] [--format NAME] [--encoding NAME]";
   for (const char* bad : {".import", ".import a b", ".import a --all", ".import a --format", ".import --add"}) {

@@ -51,6 +51,16 @@ class Beneath : public ::testing::Test {
   net::FilesBeneath files{root};
 };
 
+TEST_F(Beneath, AreToldFromDirectories) {
+  using Kind = FileAccess::Kind;
+  EXPECT_EQ(files.kindOf("a.txt"), Kind::file);
+  EXPECT_EQ(files.kindOf("sub"), Kind::directory);
+  EXPECT_EQ(files.kindOf("none"), Kind::missing);
+  EXPECT_EQ(files.kindOf("../root"), Kind::file) << "which fails when it is read";
+  EXPECT_EQ(allFiles().kindOf(root), Kind::directory);
+  EXPECT_EQ(allFiles().kindOf(root / "none"), Kind::missing);
+}
+
 TEST_F(Beneath, AreRead) {
   EXPECT_EQ(files.read("a.txt", "NAME"), "inside");
   EXPECT_EQ(files.read("sub/b.txt", "NAME"), "deeper");

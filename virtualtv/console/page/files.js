@@ -39,7 +39,7 @@ export async function take(file, tell) {
     note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
 }
 
-const wanted = 'Drop a channel list (VDR, libdvbv5), a transcript (lines that start with >) or a snapshot.'
+const wanted = 'Drop a channel list (VDR, libdvbv5, zap, lamedb, M3U), a transcript (lines that start with >) or a snapshot.'
 
 /** @param {string} name @param {string} problem @param {string} [way] @return {Outcome} */
 const none = (name, problem, way) => ({name, kind: 'none', problem, way})

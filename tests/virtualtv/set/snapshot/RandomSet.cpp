@@ -106,6 +106,7 @@ Service RandomSet::service() {
   service.audio = audio();
   service.subtitles = subtitles();
   service.favourites = favourites();
+  service.listEntry = bytes();
   return service;
 }
 

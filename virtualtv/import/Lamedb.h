@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "import/Import.h"
+
+namespace virtualtv::import {
+
+/// Finds the line that a lamedb starts with. @return where it starts, in bytes.
+std::optional<std::size_t> findLamedb(std::string_view content);
+
+/// Reads an Enigma2 lamedb of version 3, 4 or 5, with the bouquets that `joinedLists` puts behind it. See `Format`.
+void readLamedb(std::string_view content, ServiceList& list, Problems& problems);
+
+}  // namespace virtualtv::import

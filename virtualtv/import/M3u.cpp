@@ -1,0 +1,125 @@
+// An M3U list has an address a line; a line of attributes in front of it says what it is. Addresses are kept and never
+// opened.
+
+#include "import/M3u.h"
+
+#include <utility>
+
+#include "import/Lines.h"
+#include "import/ServiceList.h"
+#include "import/Words.h"
+
+namespace virtualtv::import {
+
+namespace {
+
+constexpr std::string_view extGroup = "#EXTGRP:";
+
+/// A number that tells a text from others, as FNV-1a makes it: 48 bits.
+std::uint64_t identityOf(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
+  return (hash ^ hash >> 48U) & 0xFFFF'FFFF'FFFFU;
+}
+
+/// True for `tvg-id` in front of the = at `end`, with nothing that belongs to a longer name before it.
+bool isNameBefore(std::string_view text, std::size_t end, std::string_view name) {
+  if (end < name.size() || !sameWord(text.substr(end - name.size(), name.size()), name)) return false;
+  const std::size_t start = end - name.size();
+  return start == 0 || text[start - 1] == ' ' || text[start - 1] == '\t' || text[start - 1] == '"';
+}
+
+class M3uReader {
+ public:
+  M3uReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
+
+  void read(std::string_view content) {
+    for (Lines lines(content); lines.next();) readLine(lines.number(), trimmed(lines.line()));
+    if (told_ != 0) problems_.add(unreadable(told_, "no address follows"));
+  }
+
+ private:
+  void readLine(int number, std::string_view line) {
+    if (line.starts_with(extInf)) {
+      if (told_ != 0) problems_.add(unreadable(told_, "no address follows"));
+      text_.clear();
+      told_ = number;
+      info_ = readExtInf(line);
+    } else if (line.starts_with(extGroup)) {
+      group_ = trimmed(line.substr(extGroup.size()));
+    }
+    const bool isAddress = !line.empty() && !line.starts_with('#');
+    if (told_ != 0 || isAddress) text_.append(text_.empty() ? "" : "\n").append(line);
+    if (isAddress) add(number, line);
+  }
+
+  void add(int line, std::string_view address) {
+    Entry entry;
+    entry.name = info_.title.empty() ? info_.attribute("tvg-name") : info_.title;
+    if (entry.name.empty()) entry.name = address;
+    const std::string_view id = info_.attribute("tvg-id");
+    entry.identity = identityOf(id.empty() ? address : id);
+    entry.kind = sameWord(info_.attribute("radio"), "true") ? ServiceKind::radio : ServiceKind::television;
+    entry.text = text_;
+    const std::string_view group = info_.attribute("group-title");
+    list_.startGroup(group.empty() ? group_ : group);
+    setNumber(told_ != 0 ? told_ : line);
+    list_.add(std::move(entry));
+    text_.clear();
+    info_ = {};
+    told_ = 0;
+  }
+
+  void setNumber(int line) {
+    const std::string_view digits = info_.attribute("tvg-chno");
+    if (digits.empty()) return;
+    try {
+      if (list_.continueFrom(number(digits, "tvg-chno", greatestChannelNumber))) return;
+      throw Unreadable{"tvg-chno " + quoted(digits) + " is less than " + std::to_string(list_.nextNumber())};
+    } catch (const Unreadable& unread) {
+      problems_.add(remark(line, unread.reason + "; the service is number " + std::to_string(list_.nextNumber())));
+    }
+  }
+
+  ServiceList& list_;
+  Problems& problems_;
+  std::string text_;  ///< of the service that comes next
+  int told_ = 0;      ///< the line that tells of it; 0 where none has yet
+  ExtInf info_;
+  std::string_view group_;
+};
+
+}  // namespace
+
+std::string_view ExtInf::attribute(std::string_view name) const {
+  for (std::size_t mark = attributes.find("=\""); mark != std::string_view::npos;) {
+    const std::size_t end = attributes.find('"', mark + 2);
+    if (isNameBefore(attributes, mark, name)) return attributes.substr(mark + 2, end - mark - 2);
+    if (end == std::string_view::npos) break;
+    mark = attributes.find("=\"", end + 1);
+  }
+  return {};
+}
+
+ExtInf readExtInf(std::string_view line) {
+  line.remove_prefix(extInf.size());
+  bool quotes = false;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (line[at] == '"') quotes = !quotes;
+    if (line[at] == ',' && !quotes) return {line.substr(0, at), trimmed(line.substr(at + 1))};
+  }
+  return {line, {}};
+}
+
+std::optional<std::size_t> findM3u(std::string_view content) {
+  for (Lines lines(content); lines.next();) {
+    if (lines.line().starts_with("#EXTM3U") || lines.line().starts_with(extInf)) return lines.offset();
+  }
+  return std::nullopt;
+}
+
+void readM3u(std::string_view content, ServiceList& list, Problems& problems) {
+  M3uReader(list, problems).read(content);
+}
+
+}  // namespace virtualtv::import
