@@ -143,10 +143,18 @@ test('a TV that is left open does not keep the process', () => {
 })
 
 test('a TV that gets no more memory says so, and goes on', async () => {
-  const tv = await createTv({maximumMemory: 16 * 1024 * 1024})
   const lines = Array.from({length: 40_000}, (_, at) =>
     `Channel ${at};Test:${10_700 + at % 1000}:HC34M2O0S0:S19.2E:27500:101:102:104:0:${at + 1}:1:1101:0`)
-  await assert.rejects(tv.import(lines.join('\n')), /memory|allocate/)
-  assert.equal(await tv.window.GetTVMode(), 1)
-  await tv.close()
+  for (const megabytes of [8, 9, 10, 12, 16]) {
+    const maximumMemory = megabytes * 1024 * 1024
+    const tv = await createTv({maximumMemory})
+    for (const count of [10_000, 20_000, 40_000]) {
+      const list = lines.slice(0, count).join('\n')
+      await assert.rejects(tv.import(list), / memory/)
+      await assert.rejects(createTv({list, maximumMemory}), {name: 'EmpTvError', what: 'memory'})
+      assert.equal((await tv.services({limit: 0})).total, 81)
+    }
+    assert.equal(await tv.window.GetTVMode(), 1)
+    await tv.close()
+  }
 })

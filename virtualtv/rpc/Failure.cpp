@@ -56,6 +56,9 @@ Failure currentFailure(const std::string& doing) {
     return {Code::badValue, error.what()};
   } catch (const std::bad_alloc&) {
     return {Code::internal, "not enough memory to run " + doing};
+  } catch (const Json::RuntimeError&) {
+    // What else the library reports in this way is found before it reads a message.
+    return {Code::internal, "not enough memory to run " + doing};
   } catch (const std::runtime_error& error) {
     return {Code::unreadable, error.what()};
   } catch (const std::exception& error) {

@@ -110,6 +110,9 @@ export class SetSocket {
   }
 }
 
+/** Whether a call failed for want of memory: where the set does not take something, that is to blame. */
+const isShort = ({code, data}) => (code === -32603 || code === 1001) && / memory/.test(data?.reason)
+
 /** Imports a list, before anybody is connected. */
 function importList(set, content) {
   const call = {jsonrpc: '2.0', id: 1, method: 'tv.import', params: {content, name: 'list'}}
@@ -118,7 +121,7 @@ function importList(set, content) {
   const {reason: whole = error.message, problems: [first] = []} = error.data ?? {}
   const where = first ? `: ${first.line === undefined ? first.at : `line ${first.line}`}: ${first.reason}` : ''
   const reason = whole.replace(/^list: /, '') + where
-  throw new EmpTvError('list', `${memory}: list: ${reason}`, {reason})
+  throw new EmpTvError(isShort(error) ? 'memory' : 'list', `${memory}: list: ${reason}`, {reason})
 }
 
 /** The options of `createTv`. @throws TypeError for what is none */
