@@ -1,7 +1,9 @@
 // The set that a browser keeps for the site: what happens to it as tabs come and go.
 import assert from 'node:assert/strict'
+import {readFileSync} from 'node:fs'
 import {test} from 'node:test'
-import {ask, open, ready, serve, untilKept, useVisits, where} from './support/visit.js'
+import {findings} from '../web/support/axe.js'
+import {ask, how, open, ready, serve, untilKept, useVisits, where} from './support/visit.js'
 
 useVisits()
 
@@ -41,3 +43,41 @@ test('a set that is at work as its page is loaded anew comes back', async () => 
   await isKept(page)
   assert.equal((await ask(page, 'tv.state')).region, 2)
 })
+
+/** Puts something in place of what is kept, and loads the page anew. */
+async function spoil(page, record) {
+  await page.evaluate(async value => {
+    const open = indexedDB.open('emp-window')
+    await new Promise(resolve => { open.onsuccess = resolve })
+    const put = open.result.transaction('sets', 'readwrite').objectStore('sets').put(value, location.pathname)
+    await new Promise(resolve => { put.onsuccess = resolve })
+    open.result.close()
+  }, record)
+  await page.reload()
+  await ready(page)
+}
+
+for (const [what, record, reason] of [
+  ['no snapshot', {format: 1, snapshot: {broken: true}}, 'not a snapshot of a set'],
+  ['of a format to come', {format: 2, more: 'to come'}, 'its format is 2, not 1'],
+]) {
+  test(`what is kept and ${what} is told, saved as a file and cleared`, async () => {
+    await serve()
+    const page = await open()
+    await spoil(page, record)
+    await where(page).getByText('not kept, see Set').waitFor()
+    await (await how(page)).getByText(`What this browser keeps can't be used: ${reason}`).waitFor()
+    assert.deepEqual(await findings(page), [])
+    const [download] = await Promise.all([page.waitForEvent('download'), page.getByRole('button', {name: 'Save it as a file'}).click()])
+    assert.deepEqual(JSON.parse(readFileSync(await download.path())), record.snapshot ?? record)
+    await page.getByRole('button', {name: 'Clear it', exact: true}).click()
+    const dialog = page.getByRole('dialog', {name: 'Clear what is kept?'})
+    assert.deepEqual(await findings(page), [])
+    await dialog.getByRole('button', {name: 'Cancel'}).click()
+    await untilKept(page, JSON.stringify(record).slice(1, -1))
+    await page.getByRole('button', {name: 'Clear it', exact: true}).click()
+    await dialog.getByRole('button', {name: 'Clear', exact: true}).click()
+    await isKept(page)
+    assert.equal(await page.getByRole('button', {name: 'Clear it'}).count(), 0)
+  })
+}

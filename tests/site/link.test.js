@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {deflateRawSync} from 'node:zlib'
-import {ask, base, open, serve, useVisits, where} from './support/visit.js'
+import {ask, base, how, open, serve, useVisits, where} from './support/visit.js'
 
 useVisits()
 
@@ -37,13 +37,14 @@ for (const [what, state, problem] of [
   ['no compressed text', 'abc', 'it is damaged or cut off'],
   ['letters that are none of base64', '%%%', 'it is damaged or cut off'],
   ['a text that is no JSON', packed('hello'), 'it is damaged or cut off'],
-  ['a document that is no snapshot', packed('{"a":1}'), "the link can't be used: "],
+  ['a document that is no snapshot', packed('{"a":1}'), 'not a snapshot of a set'],
   ['more than a snapshot may have', packed(' '.repeat(33 * 1024 * 1024)), 'it holds more than 33554432 bytes'],
 ]) {
   test(`a link with ${what} is told, and the built-in set is there`, async () => {
     const {origin} = await serve()
     const page = await open({address: `${origin}${base}#state=${state}`})
-    await where(page).getByText(problem).waitFor()
-    await where(page).getByText('This is the built-in set, not kept').waitFor()
+    await where(page).getByText('link unusable, not kept').waitFor()
+    await (await how(page)).getByText(`The link can't be used: ${problem}`).waitFor()
+    await (await how(page)).getByText('This is the built-in set, not kept').waitFor()
   })
 }

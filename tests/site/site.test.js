@@ -4,7 +4,7 @@ import {appendFileSync, rmSync} from 'node:fs'
 import {join} from 'node:path'
 import {test} from 'node:test'
 import {until} from '../client/support/wait.js'
-import {ask, base, copyOfSite, makeVersion, open, ready, serve, startZapper, untilKept, useVisits, where} from './support/visit.js'
+import {ask, base, copyOfSite, how, makeVersion, open, ready, serve, startZapper, untilKept, useVisits, where} from './support/visit.js'
 
 useVisits()
 
@@ -48,7 +48,8 @@ test('a second tab has a set of its own, and says so', async () => {
   await serve()
   const first = await open()
   const second = await open({beside: first})
-  await where(second).getByText('not kept, since another tab has the one that is').waitFor()
+  await where(second).getByText("not kept, another tab's is").waitFor()
+  await (await how(second)).getByText('since another tab has the one that is').waitFor()
   await ask(second, 'tv.set', {name: 'region', value: 2})
   assert.notEqual((await ask(first, 'tv.state')).region, 2)
 })
@@ -101,6 +102,7 @@ test('without https it runs on the page\'s own thread and says what follows', as
   const page = await open({address: `http://set.test:${server.port}${base}`})
   assert.equal(page.workers().length, 0)
   await where(page).getByText('not kept').waitFor()
+  await (await how(page)).getByText("this page can't tell other tabs from itself: it wants https, localhost or a file").waitFor()
   const zapper = await startZapper(page)
   assert.equal(await zapper.evaluate(() => tvWindow.SetChannel(3, 0)), 1)
   await page.getByText('its address is neither of this machine (http://localhost) nor https').waitFor()

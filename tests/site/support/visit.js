@@ -111,3 +111,9 @@ export async function startZapper(page) {
 
 /** What the head says about where the set is. */
 export const where = page => page.locator('.kept-in')
+
+/** What the pane Set says about it. */
+export async function how(page) {
+  await page.getByRole('tab', {name: 'Set', exact: true}).click()
+  return page.locator('.kept-how')
+}

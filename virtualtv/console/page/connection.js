@@ -56,7 +56,7 @@ export async function open(tell) {
   }
 }
 
-/** What the page says while it is not connected. */
+/** What the page says while it is not connected. @type {string} */
 export const disconnected = 'Disconnected, reconnecting'
 
 /**
@@ -73,6 +73,9 @@ export function keeping(directory) {
  * @return {{name: string, address: string, remarks: string[]}} remarks are for programs
  */
 export const given = ({address}) => ({name: address, address, remarks: []})
+
+/** What the pane Set says of keeping besides: nothing. @return {import('./dom.js').Child} */
+export const besides = () => null
 
 /** The sessions of others, and this page's own. @param {any[]} sessions  as the set lists them */
 export const people = sessions => sessions

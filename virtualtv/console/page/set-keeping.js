@@ -1,7 +1,7 @@
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
 import {copy} from './clipboard.js'
-import {linkTo} from './connection.js'
+import {besides, linkTo} from './connection.js'
 import {h} from './dom.js'
 import {download} from './download.js'
 import {Part} from './part.js'
@@ -15,6 +15,7 @@ class SetKeeping extends Part {
     const {text, failed} = this.#said
     return h('section', {'aria-labelledby': 'keeping-title'},
       h('h3', {id: 'keeping-title'}, 'Keep and bring back'),
+      besides(),
       h('div', {class: 'row'},
         h('button', {title: 'Download all that the set keeps as a file', onclick: () => this.#save()}, 'Snapshot'),
         linkTo && h('button', {title: 'Copy an address that brings this set to others', onclick: () => this.#copyLink()}, 'Copy link'),

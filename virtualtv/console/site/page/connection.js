@@ -2,11 +2,14 @@
  * How the page of a site reaches its set: that runs in this tab. It stands in place of the module that connects to a server.
  */
 import {connect} from '../client.js'
+import {forget} from '../kept.js'
 import {PortSocket} from '../port.js'
 import {isolate} from '../set/isolation.js'
 import {linkTo as linkOf, stateIn} from '../set/link.js'
 import {isNoted, note} from '../set/notes.js'
 import {Tab} from '../set/tab.js'
+import {h} from './dom.js'
+import './leftover.js'
 
 /** @typedef {import('./store.js').Known['connection']} Connection */
 
@@ -65,25 +68,28 @@ export async function open(tell) {
   }
 }
 
-/** What the page says while it is not connected. */
+/** What the page says while it is not connected. @type {string} */
 export const disconnected = 'The TV of this tab is not there. Reload the page'
 
-/** @type {{[as: string]: (reason: string) => [string, string]}}  by how the set came about: in words, and more of them */
+/** By how the set came about: for the head, where little room is, and in full. @type {{[as: string]: [string, (reason: string) => string]}} */
 const words = {
-  kept: () => ['kept in this browser', 'A reload, or another visit, goes on with it. Programs outside of the tab can\'t connect to it: emp-window serve is for them.'],
-  link: () => ['from a link, not kept', 'The set came with a link. A reload makes it what the link says again. To keep it: Snapshot, open the page without the link, Restore.'],
-  'broken link': reason => [`the link can't be used: ${reason}. This is the built-in set, not kept`, 'What this browser keeps is as it was: open the page without the link.'],
-  'in use': () => ['not kept, since another tab has the one that is', 'Close the other tab and reload this one to go on with the set that is kept in this browser.'],
-  storage: reason => ['not kept: this browser keeps nothing for this page', reason],
-  unusable: reason => ['not kept: what this browser keeps can\'t be used', `${reason} To begin anew, clear what the browser keeps for this site.`],
+  kept: ['kept in this browser', () => 'This set is kept in this browser: a reload, or another visit, goes on with it. Programs outside of the tab can\'t connect to it; emp-window serve is for them.'],
+  link: ['from a link, not kept', () => 'This set came with a link and is not kept. A reload makes it what the link says again. To keep it: Snapshot, open the page without the link, Restore.'],
+  'broken link': ['link unusable, not kept', reason => `The link can't be used: ${reason}. This is the built-in set, not kept. What this browser keeps is as it was: open the page without the link.`],
+  'in use': ['not kept, another tab\'s is', () => 'This set is not kept, since another tab has the one that is. Close that tab and reload this one to go on with it.'],
+  storage: ['not kept', reason => `This set is not kept, since this browser keeps nothing for this page: ${reason}. A snapshot or a link brings it back.`],
+  unusable: ['not kept, see Set', reason => `What this browser keeps can't be used: ${reason}. This is the built-in set, not kept.`],
+}
+
+/** The words on how this set came about: few, and all. */
+function said() {
+  const {as, reason = ''} = kept ?? {as: 'storage'}
+  const [few, all] = words[as]
+  return {few, all: all(reason)}
 }
 
 /** Where the set is kept, in words. @return {{where: string, isPath: boolean, title: string}} */
-export function keeping() {
-  const {as, reason = ''} = kept ?? {as: 'storage'}
-  const [where, title] = words[as](reason)
-  return {where: `in this tab, ${where}`, isPath: false, title}
-}
+export const keeping = () => ({where: `in this tab, ${said().few}`, isPath: false, title: said().all})
 
 /** @return {{name: string, address: string, remarks: string[]}}  what is written of the set for others, as the page has it for a server's */
 export const given = () => ({
@@ -91,6 +97,15 @@ export const given = () => ({
   address: 'http://127.0.0.1:8090',
   remarks: ['Programs can\'t reach into a tab. Start emp-window serve, and restore a snapshot of the tab\'s TV there.'],
 })
+
+/** What the pane Set says of keeping besides. @return {import('./dom.js').Child} */
+export const besides = () => [
+  h('p', {key: 'kept', class: ['set-said kept-how', /^(broken link|unusable)$/.test(kept?.as ?? '') ? 'fail' : 'dim']}, said().all),
+  kept?.as === 'unusable' && h('emp-leftover', {key: 'leftover', class: 'stack', what: leftoverOf(kept)}),
+]
+
+/** @param {import('../set/tab-set.js').Keeping} keeping */
+const leftoverOf = ({unusable}) => ({content: unusable, remove: () => forget(page.pathname)})
 
 /** The sessions of others, and this page's own: not the one by which the set is kept. @param {any[]} sessions  as the set lists them */
 export const people = sessions => sessions.filter(({session}) => session !== kept?.session)

@@ -61,11 +61,10 @@ export async function isolate() {
   try {
     const registration = await register()
     if (await renewed(registration)) return reload()
-    if (isIsolated) return note(tried, false)
-    if (isNoted(tried) ?? true) {
-      note(tried, false)
-      return 'this browser does not do that'
-    }
+    const isTried = isNoted(tried) ?? true
+    if (isIsolated || isTried) note(tried, false)
+    if (isIsolated) return undefined
+    if (isTried) return 'this browser does not do that'
     await installed(registration)
   } catch (error) {
     const problem = `the site's service worker can't be installed: ${/** @type {Error} */ (error).message}`

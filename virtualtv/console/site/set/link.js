@@ -18,7 +18,7 @@ function bytesOf(text) {
   return Uint8Array.from(atob(text.replaceAll('-', '+').replaceAll('_', '/')), letter => letter.charCodeAt(0))
 }
 
-/** @param {ReadableStream<Uint8Array>} stream @param {number} most @return {Promise<Uint8Array>} */
+/** @param {ReadableStream<Uint8Array<ArrayBuffer>>} stream @param {number} most @return {Promise<Uint8Array>} */
 async function all(stream, most) {
   const pieces = []
   let size = 0

@@ -7,7 +7,7 @@ import {makeSet} from '../memory.js'
 import {servePort} from '../port.js'
 import '../window.js'
 
-const {sets} = globalThis[Symbol.for('emp-window/2')]
+const {sets} = /** @type {any} */ (globalThis)[Symbol.for('emp-window/2')]
 
 /**
  * How the set came about and whether it is kept.
@@ -41,6 +41,9 @@ function fromLink(module, snapshot) {
 /** @param {any} error */
 const reasonOf = error => error.reason ?? error.message
 
+/** How a set is, by what failed as it was to be kept. @type {{[what: string]: Keeping['as']}} */
+const ways = {'in use': 'in use', storage: 'storage', kept: 'unusable'}
+
 /** @param {WebAssembly.Module} module @param {From} from @return {Promise<Made>} */
 async function fromStorage(module, {key, patience}) {
   try {
@@ -54,10 +57,9 @@ async function fromStorage(module, {key, patience}) {
     return {set, keeping: {as: 'kept', session: keeper.session}, keeper}
   } catch (error) {
     const {what, message, reason, snapshot} = /** @type {any} */ (error)
-    const as = {'in use': 'in use', storage: 'storage', kept: 'unusable'}[what]
+    const as = ways[what]
     if (!as) throw error
-    const problem = as === 'unusable' ? {reason, unusable: snapshot} : {reason: message}
-    return {set: makeSet(module, {}), keeping: {as, ...problem}}
+    return {set: makeSet(module, {}), keeping: {as, reason: reason ?? message, unusable: snapshot}}
   }
 }
 
@@ -95,7 +97,7 @@ export class TabSet {
 
   /** Serves a client at the other end of a port. @param {MessagePort} port */
   serve(port) {
-    servePort(this, port)
+    servePort(/** @type {any} */ (this), port)  // which asks for its set alone
   }
 
   /** @param {string} text @param {string} [session] @return {string} */

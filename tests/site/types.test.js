@@ -1,0 +1,12 @@
+// The site's modules agree with each other, with the page and with the client: the compiler of TypeScript reads their types in comments.
+import assert from 'node:assert/strict'
+import {spawnSync} from 'node:child_process'
+import {test} from 'node:test'
+import {fileURLToPath} from 'node:url'
+import {typescript} from '../client/support/packages.js'
+
+test('types are right', () => {
+  const project = fileURLToPath(new URL('../../virtualtv/console/site/tsconfig.json', import.meta.url))
+  const {status, stdout} = spawnSync(process.execPath, [typescript, '-p', project], {encoding: 'utf8'})
+  assert.equal(status, 0, stdout)
+})

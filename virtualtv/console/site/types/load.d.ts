@@ -1,0 +1,2 @@
+// What the site uses of the client's load.js.
+export function load(): Promise<WebAssembly.Module>
