@@ -7,7 +7,7 @@ import {spec} from 'node:test/reporters'
 import {fileURLToPath} from 'node:url'
 
 const together = 2  // files; each has a browser of its own
-const patience = 240_000  // ms for a file
+const patience = 300_000  // ms for a file
 
 const here = fileURLToPath(new URL('.', import.meta.url))
 
