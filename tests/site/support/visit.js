@@ -47,8 +47,9 @@ export function copyOfSite() {
   return copy
 }
 
-/** Changes a file of a site and lists it as tools/site does, so that it is another version. */
-export function makeVersion(site, path, change) {
+/** Changes a file of a site and lists it as tools/site does, so that it is another version. @param more  files beside, not listed */
+export function makeVersion(site, path, change, more = {}) {
+  for (const [name, text] of Object.entries(more)) writeFileSync(join(site, name), text)
   const hash = bytes => createHash('sha256').update(bytes).digest('base64')
   const old = readFileSync(join(site, path))
   const changed = Buffer.from(change(old.toString()))
@@ -60,12 +61,13 @@ export function makeVersion(site, path, change) {
   writeFileSync(list, next)
 }
 
-/** Opens an address of the site in a tab: a new browser's, or one beside another tab. */
-export async function open({address = `${server.origin}${base}`, beside, isReady = true, mayComplain = false, size} = {}) {
+/** Opens an address of the site in a tab: a new browser's, or one beside another tab. @param how  `before` runs in the page before its first line */
+export async function open({address = `${server.origin}${base}`, beside, isReady = true, mayComplain = false, size, before} = {}) {
   const page = await browser.page(beside?.context())
   page.setDefaultTimeout(20_000)
   contexts.push(page.context())
   if (size) await page.setViewportSize(size)
+  if (before) await page.addInitScript(before)
   if (!mayComplain) {
     page.on('console', message => message.type() === 'error' && errors.push(message.text()))
     page.on('pageerror', error => errors.push(error.stack))

@@ -48,6 +48,17 @@ async function lock(key, patience) {
   }
 }
 
+/** Fails where there is no IndexedDB, or the browser lets no page look at it. */
+function checkThere(key) {
+  let isThere
+  try {
+    isThere = Boolean(globalThis.indexedDB)
+  } catch (cause) {
+    throw failure(key, "this page can't keep anything in IndexedDB", cause)
+  }
+  if (!isThere) throw failure(key, 'a TV is kept in browsers alone', new Error('there is no IndexedDB; keep what snapshot() answers'))
+}
+
 async function openDatabase(key) {
   try {
     const request = indexedDB.open('emp-window', 1)
@@ -60,9 +71,7 @@ async function openDatabase(key) {
 
 /** Opens what is kept under a key. */
 async function openShelf(key, patience = lockPatience) {
-  if (!globalThis.indexedDB) {
-    throw failure(key, 'a TV is kept in browsers alone', new Error('there is no IndexedDB; keep what snapshot() answers'))
-  }
+  checkThere(key)
   const release = await lock(key, patience)
   try {
     return new Shelf(key, await openDatabase(key), release)

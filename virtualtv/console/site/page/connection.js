@@ -13,7 +13,6 @@ import './leftover.js'
 
 /** @typedef {import('./store.js').Known['connection']} Connection */
 
-const had = 'emp-window.kept'  // this tab had what is kept when its page went
 /** ms to wait for what is kept. A browser takes up to two seconds to end a worker that is busy, on a machine that is idle. */
 const waits = {stranger: 1000, last: 10_000}
 
@@ -21,6 +20,7 @@ const pauses = {patience: 0, firstPause: 50, longestPause: 1000}
 /** On the page's own window; apps in its frames find it there. */
 const symbol = Symbol.for('emp-window/site')
 const page = new URL('..', import.meta.url)
+const had = `emp-window.kept ${page.pathname}`  // this tab had what is kept when its page went
 
 /** With `?thread=page` the set is on the page's thread, and apps of any folder of this origin can run. */
 const wantsOwnThread = new URLSearchParams(location.search).get('thread') === 'page'

@@ -56,7 +56,7 @@ async function renewed({waiting}) {
  * @return {Promise<string | undefined>} why the page is not isolated
  */
 export async function isolate() {
-  const isIsolated = globalThis.crossOriginIsolated
+  const isIsolated = globalThis.crossOriginIsolated && Boolean(globalThis.SharedArrayBuffer)
   if (!navigator.serviceWorker) return isIsolated ? undefined : 'its address is neither of this machine (http://localhost) nor https'
   try {
     const registration = await register()

@@ -59,7 +59,8 @@ async function fromStorage(module, {key, patience}) {
     const {what, message, reason, snapshot} = /** @type {any} */ (error)
     const as = ways[what]
     if (!as) throw error
-    return {set: makeSet(module, {}), keeping: {as, reason: reason ?? message, unusable: snapshot}}
+    const why = reason ?? message.replace(`persist '${key}': `, '')
+    return {set: makeSet(module, {}), keeping: {as, reason: why, unusable: snapshot}}
   }
 }
 
