@@ -10,7 +10,7 @@ import {after, before, test} from 'node:test'
 import {startBrowser} from '../client/support/browser.js'
 import {answersOf, differenceIn} from './support/answers.js'
 import {PackageSite, createTv, urlOf} from './support/package.js'
-import {cases, lists, simulation, snapshots, transcripts} from './support/streams.js'
+import {cases, checks, lists, simulation, snapshots, transcripts} from './support/streams.js'
 
 const commands = 100_000  // of the simulation
 const {EMP_WINDOW: program, EMP_WINDOW_SIMULATION: simulator, EMP_WINDOW_LISTS: listFolder} = process.env
@@ -68,8 +68,8 @@ async function compare({name, calls}) {
 const formats = () => /--format TEXT:\{([^}]*)\}/.exec(execFileSync(program, ['import', '--help']).toString())[1].split(',')
 
 for (const [what, streams] of [['transcript', transcripts()], ['cases', cases()], ['list', lists(formats(), listFolder)],
-  ['snapshot', snapshots()]]) {
-  test(`there is a ${what} to ask for`, () => assert.ok(streams.length > 0))
+  ['snapshot', snapshots()], ['check of', checks()]]) {
+  test(`there are streams: ${what}`, () => assert.ok(streams.length > 0))
   for (const stream of streams) test(`${what} ${stream.name} gives the same`, () => compare(stream))
 }
 

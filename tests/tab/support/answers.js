@@ -15,9 +15,17 @@ export async function answersOf(tv, calls) {
   return answers
 }
 
-/** Where two TVs differ first, for a person; undefined where they don't. */
+// Each has words of its own for why it reaches no files.
+const noFiles = 'clients reach no files unless the server is started with --files'
+const noFilesInMemory =
+  'a TV in memory reaches no files; tv.import, tv.restore and tv.check take what is in one, tv.snapshot answers it'
+
+/**
+ * Where a TV in memory does not do what the program does, for a person; undefined where it does.
+ * @param wanted  the program's answers
+ */
 export function differenceIn(calls, wanted, answers) {
-  const at = calls.findIndex((_, number) => wanted[number] !== answers[number])
+  const at = calls.findIndex((_, number) => wanted[number].replaceAll(noFiles, noFilesInMemory) !== answers[number])
   if (at < 0) return undefined
   return `call ${at}, ${JSON.stringify(calls[at]).slice(0, 400)}, is answered\n${answers[at]}\nnot\n${wanted[at]}`
 }

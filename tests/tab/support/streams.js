@@ -49,9 +49,13 @@ function restoresOf(file) {
   return {name: `snapshots/${file.split('/').at(-1)}`, calls: [['tv.restore', {snapshot}], ['tv.state', {}], ...kept]}
 }
 
+/** Has a transcript checked, whatever it is. */
+const checkOf = file => ({name: `transcripts/${file.split('/').at(-1)}`, calls: [['tv.check', {transcript: textIn(file)}], ...kept]})
+
 export const transcripts = () => filesIn(join(tests, 'transcripts'), '.txt').map(streamOf)
 export const cases = () => filesIn(join(tests, 'window/cases'), '.txt').map(streamOf)
 export const simulation = folder => filesIn(folder, '.txt').map(streamOf)
+export const checks = () => filesIn(join(tests, 'fuzz/corpus/transcripts'), '').map(checkOf)
 export const snapshots = () => filesIn(join(tests, 'fuzz/corpus/snapshots'), '').map(restoresOf)
 
 /** @param formats  names of those that lists may have  @param folder  of more lists, where there is one */
