@@ -40,6 +40,10 @@ test('the module is compiled while it comes, and from a server that does not say
   const body = await readFile(`${directory}/emp-window.wasm`)
   site.pages.set('/untyped', {headers: {'Content-Type': 'application/octet-stream'}, body})
   assert.equal(await modeOf('/untyped'), 1)
+  // What servers of one-page apps answer for files that they have not.
+  site.pages.set('/fallback.wasm', '<!doctype html><title>app</title>')
+  await assert.rejects(modeOf('/fallback.wasm'),
+    /EmpTvError: the TV in memory: .* \(\/fallback.wasm\); that is no WebAssembly: the option module names where emp-window.wasm is/)
   await assert.rejects(modeOf('/none.wasm'), /EmpTvError: the TV in memory: .* 404 \(\/none.wasm\)/)
 })
 

@@ -9,9 +9,12 @@ const {EmpTvError, memory} = globalThis[Symbol.for('emp-window/2')]
 const own = new URL('./emp-window.wasm', import.meta.url)
 
 /** What to do about an error, where that is known. */
-function adviceOn(cause) {
-  return /content security policy|unsafe-eval/i.test(cause.message)
-    ? "; the page's Content-Security-Policy wants 'wasm-unsafe-eval' in script-src" : ''
+function adviceOn({message}) {
+  if (/content security policy|unsafe-eval/i.test(message)) {
+    return "; the page's Content-Security-Policy wants 'wasm-unsafe-eval' in script-src"
+  }
+  // A server that answers its page for files that it has not.
+  return /magic|0asm/i.test(message) ? '; that is no WebAssembly: the option module names where emp-window.wasm is' : ''
 }
 
 async function compileFrom(source) {
