@@ -3,6 +3,7 @@ import assert from 'node:assert/strict'
 import {appendFileSync, rmSync} from 'node:fs'
 import {join} from 'node:path'
 import {test} from 'node:test'
+import {pathToFileURL} from 'node:url'
 import {until} from '../client/support/wait.js'
 import {ask, base, copyOfSite, how, makeVersion, open, ready, serve, startZapper, untilKept, useVisits, where} from './support/visit.js'
 
@@ -95,6 +96,21 @@ test('where the module is missing the page says so', async () => {
   await serve({[base]: site})
   const page = await open({mayComplain: true, isReady: false})
   await page.getByRole('alert').getByText(/The TV of this tab is not there.*emp-window\.wasm.*404/).waitFor()
+})
+
+test('opened as a file, or without one of its modules, the page says what to do', async () => {
+  const site = copyOfSite()
+  await serve({[base]: site})
+  const notStarted = page => page.getByText('The TV has not started')
+  const file = await open({address: pathToFileURL(join(site, 'index.html')).href, mayComplain: true, isReady: false})
+  await notStarted(file).waitFor()
+  assert.ok((await notStarted(file).boundingBox()).y < 200, 'it can be seen')
+  await file.getByText('python3 -m http.server').waitFor()
+  const whole = await open()
+  assert.ok(await notStarted(whole).isHidden())
+  rmSync(join(site, 'page/act.js'))
+  const page = await open({mayComplain: true, isReady: false})
+  await notStarted(page).waitFor()
 })
 
 test('without https it runs on the page\'s own thread and says what follows', async () => {

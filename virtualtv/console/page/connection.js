@@ -61,7 +61,7 @@ export const disconnected = 'Disconnected, reconnecting'
 
 /**
  * Where the set is kept, in words. @param {string | null} directory  the server's, null for none
- * @return {{where: string, isPath: boolean, title: string}}
+ * @return {{where: string, isPath: boolean, title: string, isTrouble?: boolean}}
  */
 export function keeping(directory) {
   return directory === null ? {where: 'in memory', isPath: false, title: 'The server was started with --fresh: nothing is kept when it ends.'}

@@ -28,8 +28,8 @@ class Head extends Part {
   #keptIn() {
     const directory = store.get('keptIn')
     if (directory === undefined) return null
-    const {where, isPath, title} = keeping(directory)
-    return h('span', {class: 'dim cut kept-in', title}, 'State: ', isPath ? h('code', {class: 'name'}, front(where, 500)) : where)
+    const {where, isPath, title, isTrouble} = keeping(directory)
+    return h('span', {class: ['cut kept-in', isTrouble ? 'fail' : 'dim'], title}, 'State: ', isPath ? h('code', {class: 'name'}, front(where, 500)) : where)
   }
 
   #connection() {

@@ -37,7 +37,17 @@ const filesBeneath = folder => readdirSync(folder, {recursive: true, withFileTyp
 /** The hash by which browsers check a file. */
 const integrity = path => `sha256-${createHash('sha256').update(readFileSync(join(site, path))).digest('base64')}`
 
+const notStarted = `<main class="not-started">
+<h1>emp-window</h1>
+<p>The TV has not started.</p>
+<p>Was this page opened as a file? Browsers load no modules from files. Put the folder on a web server, on your machine by <code>python3 -m http.server</code> in it.</p>
+<p>Does it come from a web server? Then one of its files did not come. Reload the page.</p>
+</main>
+`
+
 copyAll()
+change('index.html', text => text.replace('</head>', '<link rel="stylesheet" href="page/not-started.css">\n$&')
+  .replace('<emp-workbench></emp-workbench>\n', `$&${notStarted}`))
 for (const path of filesBeneath(site).filter(path => path.endsWith('.html'))) {
   change(path, text => text.replace('<meta charset="utf-8">\n', `$&<meta http-equiv="Content-Security-Policy" content="${policy}">\n`))
 }

@@ -85,11 +85,14 @@ const words = {
 function said() {
   const {as, reason = ''} = kept ?? {as: 'storage'}
   const [few, all] = words[as]
-  return {few, all: all(reason)}
+  return {few, all: all(reason), isTrouble: as === 'broken link' || as === 'unusable'}
 }
 
-/** Where the set is kept, in words. @return {{where: string, isPath: boolean, title: string}} */
-export const keeping = () => ({where: `in this tab, ${said().few}`, isPath: false, title: said().all})
+/** Where the set is kept, in words. @return {{where: string, isPath: boolean, title: string, isTrouble: boolean}} */
+export function keeping() {
+  const {few, all, isTrouble} = said()
+  return {where: `in this tab, ${few}`, isPath: false, title: all, isTrouble}
+}
 
 /** @return {{name: string, address: string, remarks: string[]}}  what is written of the set for others, as the page has it for a server's */
 export const given = () => ({
@@ -100,7 +103,7 @@ export const given = () => ({
 
 /** What the pane Set says of keeping besides. @return {import('./dom.js').Child} */
 export const besides = () => [
-  h('p', {key: 'kept', class: ['set-said kept-how', /^(broken link|unusable)$/.test(kept?.as ?? '') ? 'fail' : 'dim']}, said().all),
+  h('p', {key: 'kept', class: ['set-said kept-how', said().isTrouble ? 'fail' : 'dim']}, said().all),
   kept?.as === 'unusable' && h('emp-leftover', {key: 'leftover', class: 'stack', what: leftoverOf(kept)}),
 ]
 
