@@ -140,7 +140,7 @@ test('the apps that come with the page know what is on the TV when they are load
   await press('Blue')
   await until(async () => (await shown.tv.state()).windows.pip.source.number === -1, 'picture-in-picture is closed')
   await pane.getByRole('button', {name: 'Picture geometry'}).click()
-  await isRunning()
+  await app().getByText('order behind the app, shown').waitFor()  // the pane may still tell of the other app
   await press('Yellow')
   await press('Green')
   await app().getByText('order in front of the app, hidden').waitFor()
