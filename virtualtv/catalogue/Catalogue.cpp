@@ -123,8 +123,12 @@ const CatalogueType* Catalogue::findType(std::string_view name) const {
 }
 
 const Catalogue& catalogue() {
-  static const Catalogue builtIn(embedded::commandCatalogue);
+  static const Catalogue builtIn = readCatalogue();
   return builtIn;
+}
+
+Catalogue readCatalogue() {
+  return Catalogue(embedded::commandCatalogue);
 }
 
 std::vector<std::string> commandNames() {

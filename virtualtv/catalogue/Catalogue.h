@@ -88,8 +88,10 @@ class Catalogue {
   std::map<std::string, std::string> answers_;
 };
 
-/// The catalogue that is built in: docs/commands.json.
+/// The catalogue that is built in: docs/commands.json. It stays as long as the program.
 const Catalogue& catalogue();
+/// The same, for who needs little of it and not for long.
+Catalogue readCatalogue();
 
 /// The names of its commands, in their order, and of those that take a parameter list.
 std::vector<std::string> commandNames();

@@ -6,7 +6,6 @@
 
 #include "catalogue/Catalogue.h"
 #include "json/Read.h"
-#include "json/Write.h"
 #include "rpc/Core.h"
 #include "rpc/Method.h"
 #include "rpc/ReplyJson.h"
@@ -35,9 +34,13 @@ std::string wordOf(const Json::Value& value, const std::string& name) {
                 name + ": a text without U+0000, a whole number up to 2^53 - 1, true or false is wanted");
 }
 
+std::string_view commandOf(const Method& method) {
+  return method.name.substr(prefix.size());
+}
+
 /// Its command's parameters, up to the last that is given.
 std::vector<std::string> wordsOf(const Call& call) {
-  std::vector<std::string> words{std::string(call.method.name.substr(prefix.size()))};
+  std::vector<std::string> words{std::string(commandOf(call.method))};
   std::vector<std::string> gap;
   for (const Parameter& parameter : call.method.parameters) {
     if (!call.params.isGiven(parameter.name)) {
@@ -88,7 +91,7 @@ void executeWithParamList(const Call& call, std::string& text) {
 
 /// What a command answers: its own kind of reply, or a number where that is a failure code. A negative preset is one,
 /// too.
-std::string schemaOf(const CatalogueCommand& command) {
+Json::Value schemaOf(const CatalogueCommand& command) {
   Json::Value schema = json::read(result);
   schema["description"] = command.answerHelp;
   Json::Value& kinds = schema["properties"]["kind"]["enum"] = Json::arrayValue;
@@ -102,20 +105,30 @@ std::string schemaOf(const CatalogueCommand& command) {
   };
   for (const CatalogueCommand::Failure& failure : command.failures) addFailure(failure.code, failure.means);
   if (command.preset.value_or(0) < 0) addFailure(*command.preset, command.presetMeans);
-  return json::write(schema);
+  return schema;
 }
 
-/// The texts of the rows, which hold views of them.
+void describe(const Method& method, Json::Value& description) {
+  const CatalogueCommand& command = *catalogue().find(commandOf(method));
+  description["summary"] = command.help;
+  description["result"]["schema"] = schemaOf(command);
+  for (Json::ArrayIndex at = 0; at < description["params"].size(); ++at) {
+    description["params"][at]["description"] = command.parameters.at(at).help;
+  }
+}
+
+/// The rows, and the names that they hold views of. Their texts stay in the catalogue: few processes need them.
 struct Rows {
   Rows() {
-    for (const CatalogueCommand& command : catalogue()) {
+    for (const CatalogueCommand& command : readCatalogue()) {
       Method& method = methods.emplace_back();
-      method.name = texts.emplace_back(std::string(prefix) + command.name);
-      method.help = command.help;
-      method.result = texts.emplace_back(schemaOf(command));
+      method.name = names.emplace_back(std::string(prefix) + command.name);
+      method.result = result;
       method.write = runCommand;
-      for (const auto& parameter : command.parameters)
-        method.parameters.push_back({parameter.name, word, parameter.help});
+      method.describe = describe;
+      for (const auto& parameter : command.parameters) {
+        method.parameters.push_back({names.emplace_back(parameter.name), word, ""});
+      }
     }
     const Parameter name{"name", R"({"type": "string"})", "name of the command", true};
     const std::string_view words = R"({"type": "array", "items": {"type": ["string", "integer", "boolean"]}})";
@@ -133,7 +146,7 @@ struct Rows {
                        executeWithParamList});
   }
 
-  std::deque<std::string> texts;
+  std::deque<std::string> names;
   std::vector<Method> methods;
 };
 

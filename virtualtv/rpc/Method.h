@@ -84,6 +84,8 @@ struct Method {
   Json::Value (*run)(const Call& call) = nullptr;
   /// In place of that: appends the answer as JSON, which is quicker.
   void (*write)(const Call& call, std::string& text) = nullptr;
+  /// Where the texts of the row are missing: puts them into the method's part of the description.
+  void (*describe)(const Method& method, Json::Value& description) = nullptr;
 };
 
 /// All methods but those of the plug-in's commands, by area.

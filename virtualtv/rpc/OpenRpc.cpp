@@ -57,6 +57,7 @@ Json::Value documentOf(const Method& method) {
   for (const Parameter& parameter : method.parameters) json["params"].append(documentOf(parameter));
   json["result"]["name"] = "result";
   json["result"]["schema"] = json::read(method.result);
+  if (method.describe != nullptr) method.describe(method, json);
   const Example* const example = exampleOf(std::string(method.name));
   if (example != nullptr) json["examples"].append(documentOf(*example, method));
   return json;

@@ -13,9 +13,8 @@ namespace virtualtv::rpc {
 
 namespace {
 
-const Json::Value& eventTable() {
-  static const Json::Value rows = json::read(embedded::events);
-  return rows;
+Json::Value eventTable() {
+  return json::read(embedded::events);
 }
 
 /// What all events have.
@@ -50,8 +49,9 @@ Json::Value schemaOf(const std::string& topic, const Json::Value& row) {
 
 Json::Value allSchemas() {
   Json::Value all = json::read(embedded::schemas);
+  const Json::Value table = eventTable();
   for (const Topic& topic : topics()) {
-    const Json::Value& kinds = eventTable()[topic.name]["kinds"];
+    const Json::Value& kinds = table[topic.name]["kinds"];
     for (const std::string& kind : topic.kinds) all[kind] = schemaOf(topic.name, kinds[kind]);
   }
   return all;
@@ -67,8 +67,9 @@ const Json::Value& namedSchemas() {
 const std::vector<Topic>& topics() {
   static const std::vector<Topic> all = [] {
     std::vector<Topic> made;
-    for (const std::string& name : eventTable().getMemberNames()) {
-      const Json::Value& row = eventTable()[name];
+    const Json::Value table = eventTable();
+    for (const std::string& name : table.getMemberNames()) {
+      const Json::Value& row = table[name];
       made.push_back({name, row["description"].asString(), row["kinds"].getMemberNames()});
     }
     return made;
