@@ -4,7 +4,8 @@ add_executable(emp-window Window/Src/main.cpp wasm/iconv/Iconv.cpp)
 set_target_properties(emp-window PROPERTIES SUFFIX .wasm)
 target_compile_options(emp-window PRIVATE ${EMP_WINDOW_PRODUCT_OPTIONS})
 target_link_libraries(emp-window PRIVATE window virtualtv wasm_iconv strict_warnings)
-# Functions keep their names for profiles here; the package is laid without them.
+# Functions keep their names for profiles here; the package is laid without them. That runs the module's start, and looks into
+# its heap, by the functions that are exported here.
 target_link_options(emp-window PRIVATE -fwasm-exceptions -sSTANDALONE_WASM --no-entry -sALLOW_MEMORY_GROWTH
   -sTOTAL_STACK=1MB -sINITIAL_MEMORY=8MB -sMAXIMUM_MEMORY=2GB -sERROR_ON_UNDEFINED_SYMBOLS=0 --profiling-funcs
-  -Wl,--export=main -Wl,--import-memory)
+  -Wl,--export=main,--export=malloc,--export=free,--export=sbrk -Wl,--import-memory)

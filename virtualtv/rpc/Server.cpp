@@ -3,8 +3,15 @@
 #include <utility>
 
 #include "rpc/Core.h"
+#include "rpc/Method.h"
+#include "rpc/Schemas.h"
 
 namespace virtualtv::rpc {
+
+void prepare() {
+  topics();
+  findMethod("");
+}
 
 Client::Client(Core& core, Outlet& outlet, std::string session)
     : core_(core), outlet_(outlet), session_(std::move(session)) {

@@ -47,6 +47,10 @@ struct Options {
   std::function<void(const std::string&)> complain{};
 };
 
+/// Reads the tables of methods and events, which the first server and its first request do otherwise. They stay for as
+/// long as the program.
+void prepare();
+
 class Core;
 
 /// A client that is connected. Its session ends with it.

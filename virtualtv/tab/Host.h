@@ -34,7 +34,7 @@ EMP_HOST(fail) void emp_host_fail(int kind, const char* line, std::size_t size);
 
 /// @return room for a text, until the next call of this. Null when there is none.
 EMP_OFFERED(place) char* emp_place(std::size_t size);
-/// Switches the set on. @param size  of the snapshot that it starts from; 0 for the built-in set.
+/// Starts the set, once. @param size  of the snapshot that it starts from; 0 for the built-in set.
 /// @param waits  0: replies are not held back.
 EMP_OFFERED(start) int emp_start(std::size_t size, int waits);
 /// Connects a client. @param size  of the session that it takes over; 0 for a new one. @return its number.

@@ -89,10 +89,14 @@ Snapshot snapshotIn(std::string_view text) try {
 /// The set, and all who use it.
 class Module {
  public:
-  Module(kel::CEmpAppBase& app, std::string_view snapshot, bool waits) : device_(app, storage_) {
+  explicit Module(kel::CEmpAppBase& app) : device_(app, storage_) {}
+
+  void start(std::string_view snapshot, bool waits) {
+    if (server_) throw std::logic_error("the set was started already");
     if (!snapshot.empty()) device_.restore(snapshotIn(snapshot));
     server_.emplace(device_, options(waits));
   }
+  bool isStarted() const { return server_.has_value(); }
 
   int connect(const std::optional<std::string>& session) {
     const int number = ++lastClient_;
@@ -146,9 +150,11 @@ class Module {
   int lastClient_ = 0;
 };
 
-std::unique_ptr<kel::CEmpAppBase> application;  // NOLINT: a process has one
-std::unique_ptr<Module> theModule;              // NOLINT: likewise
-std::string laid;                               // NOLINT: texts of the script
+// NOLINTBEGIN: a process has one of each
+std::unique_ptr<kel::CEmpAppBase> application;
+std::unique_ptr<Module> theModule;
+std::string laid;  // texts of the script
+// NOLINTEND
 
 std::string_view laidText(std::size_t size) {
   return std::string_view(laid).substr(0, size);
@@ -158,8 +164,13 @@ std::optional<std::string> laidSession(std::size_t size) {
   return size == 0 ? std::nullopt : std::optional<std::string>(laidText(size));
 }
 
+Module& made() {
+  if (!theModule) throw std::logic_error("the set is not in this module: its package was not laid");
+  return *theModule;
+}
+
 Module& running() {
-  if (!theModule) throw std::logic_error("the set was not started");
+  if (!made().isStarted()) throw std::logic_error("the set was not started");
   return *theModule;
 }
 
@@ -194,9 +205,13 @@ int guarded(Action action) {
 
 using namespace virtualtv::tab;
 
-/// The framework's entry: here it keeps the application until the script starts the set.
+/// The framework's entry runs when the package is laid: what it leaves in memory is in the package. So it makes the set
+/// and reads all that a start would have to, but nothing that differs from one start to another, such as time and
+/// chance.
 int kel::EmpMain(int, char**, CEmpAppBase* app) {
   application.reset(app);
+  theModule = std::make_unique<Module>(*app);
+  virtualtv::rpc::prepare();
   return 0;
 }
 
@@ -212,8 +227,7 @@ char* emp_place(std::size_t size) {
 
 int emp_start(std::size_t size, int waits) {
   return guarded([&] {
-    theModule.reset();
-    theModule = std::make_unique<Module>(*application, laidText(size), waits != 0);
+    made().start(laidText(size), waits != 0);
     return 0;
   });
 }

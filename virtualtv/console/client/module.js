@@ -219,8 +219,6 @@ class ModuleSet {
   constructor(module, {snapshot, waits = true, maximumMemory = mostMemory, complain = line => console.warn(line)}) {
     this.#complain = complain
     this.#calls = this.#instantiate(module, pagesIn(maximumMemory))
-    this.#enter('_initialize')
-    this.#enter('main', 0, 0)
     const text = typeof snapshot === 'object' ? JSON.stringify(snapshot) : (snapshot ?? '')
     this.#call('start', this.#lay(text), waits ? 1 : 0)
   }

@@ -8,7 +8,8 @@ import {join} from 'node:path'
 import {fileURLToPath} from 'node:url'
 import {deflateRawSync} from 'node:zlib'
 import {bundle} from './bundle.mjs'
-import {strip} from './strip.mjs'
+import {strip} from './sections.mjs'
+import {started} from './started.mjs'
 
 const pathOf = place => fileURLToPath(new URL(place, import.meta.url))
 
@@ -43,7 +44,7 @@ rmSync(directory, {recursive: true, force: true})
 mkdirSync(directory, {recursive: true})
 copyClient(directory)
 const module = join(directory, 'emp-window.wasm')
-writeFileSync(module, strip(readFileSync(wasm)))
+writeFileSync(module, strip(started(readFileSync(wasm))))
 const text = file => readFileSync(file, 'utf8')
 const scripts = {'./bytes.js': bytesModule(module)}
 for (const name of ['module', 'window', 'events', 'wire', 'connected', 'memory']) {
