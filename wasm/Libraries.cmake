@@ -5,7 +5,8 @@ set(EMP_WINDOW_WASM_SOURCES "" CACHE PATH "Where tools/wasm has laid the sources
 if(NOT EXISTS ${EMP_WINDOW_WASM_SOURCES}/complete)
   message(FATAL_ERROR "The libraries' sources are not there; tools/wasm fetches them")
 endif()
-add_compile_options(-fwasm-exceptions -msign-ext -mnontrapping-fptoint)
+# Nothing here asks for the type of an object at run time; the types' names take a place of their own in the module.
+add_compile_options(-fwasm-exceptions -mnontrapping-fptoint -msign-ext $<$<COMPILE_LANGUAGE:CXX>:-fno-rtti>)
 include_directories(BEFORE SYSTEM ${PROJECT_SOURCE_DIR}/wasm/include)
 
 file(GLOB sources ${EMP_WINDOW_WASM_SOURCES}/jsoncpp/src/lib_json/*.cpp)
@@ -14,12 +15,14 @@ target_include_directories(jsoncpp SYSTEM PUBLIC ${EMP_WINDOW_WASM_SOURCES}/json
 target_compile_features(jsoncpp PRIVATE cxx_std_17)
 add_library(PkgConfig::jsoncpp ALIAS jsoncpp)
 
-# Databases are in memory there, used by one thread; what asks an operating system is in the module's own sources.
+# Databases are in memory there, used by one thread; what asks an operating system is in the module's own sources. Its makefile
+# has left out of the source what sqlite3.txt names, which is what no statement here uses.
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/sqlite3.txt left_out)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/sqlite3.txt)
 add_library(sqlite3 STATIC ${EMP_WINDOW_WASM_SOURCES}/sqlite3/sqlite3.c)
 target_include_directories(sqlite3 SYSTEM PUBLIC ${EMP_WINDOW_WASM_SOURCES}/sqlite3)
-target_compile_definitions(sqlite3 PRIVATE
-  SQLITE_THREADSAFE=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_OMIT_DEPRECATED SQLITE_OMIT_AUTHORIZATION
-  SQLITE_OMIT_PROGRESS_CALLBACK SQLITE_OMIT_SHARED_CACHE)
+target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=0 ${left_out})
+target_compile_options(sqlite3 PRIVATE -Wno-undefined-internal) # what is declared for renaming, and never called
 add_library(PkgConfig::sqlite3 ALIAS sqlite3)
 
 # Headers alone, taken out of a folder with those of this machine's own C library.
