@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -47,27 +46,6 @@ std::optional<Key> keyNamed(std::string_view name) {
   return static_cast<Key>(found - keyNames.begin());
 }
 
-/// What the streams of a key with PIDs are.
-struct StreamKind {
-  bool video = false;
-  AudioCoding coding = CODING_UNKNOWN;
-};
-
-/// PID_ is followed by the stream type of the program map, hexadecimal; the plain audio key has audio of any coding.
-std::optional<StreamKind> streamsNamed(std::string_view name) {
-  if (sameWord(name, "VIDEO_PID")) return StreamKind{true};
-  if (sameWord(name, "AUDIO_PID")) return StreamKind{};
-  if (sameWord(name, "AC3_PID") || sameWord(name, "AC3")) return StreamKind{false, CODING_AC3};
-  if (sameWord(name, "EAC3_PID") || sameWord(name, "EAC3")) return StreamKind{false, CODING_EAC3};
-  if (name.size() != 6 || !sameWord(name.substr(0, 4), "PID_")) return std::nullopt;
-  int type = 0;
-  const char* end = name.data() + name.size();
-  if (std::from_chars(name.data() + 4, end, type, 16).ptr != end) return std::nullopt;
-  const StreamKind kind{isVideoType(type), audioCoding(type)};
-  if (!kind.video && kind.coding == CODING_UNKNOWN) return std::nullopt;
-  return kind;
-}
-
 /// One section of the file. Values are kept as they stand and read when the section is whole, since what some mean
 /// depends on others.
 class Section {
@@ -89,7 +67,7 @@ class Section {
     const std::string_view name = trimmed(cut(text, '='));
     if (!assigns || name.empty()) throw Unreadable{quoted(whole) + " is not KEY = VALUE"};
     if (const auto key = keyNamed(name)) values_[*key] = {line, trimmed(text)};
-    if (const auto kind = streamsNamed(name)) streams_.push_back({*kind, name, {line, trimmed(text)}});
+    if (const auto kind = dvbv5Streams(name)) streams_.push_back({*kind, name, {line, trimmed(text)}});
   }
 
   Entry read() {
@@ -114,7 +92,7 @@ class Section {
   };
 
   struct Streams {
-    StreamKind kind;
+    Dvbv5Streams kind;
     std::string_view key;
     Value value;
   };

@@ -103,4 +103,18 @@ int readDvbv5Bandwidth(std::string_view text) {
   return static_cast<int>(number(text, "BANDWIDTH_HZ", 100'000'000) / 1000);
 }
 
+std::optional<Dvbv5Streams> dvbv5Streams(std::string_view name) {
+  if (sameWord(name, "VIDEO_PID")) return Dvbv5Streams{true};
+  if (sameWord(name, "AUDIO_PID")) return Dvbv5Streams{};
+  if (sameWord(name, "AC3_PID") || sameWord(name, "AC3")) return Dvbv5Streams{false, CODING_AC3};
+  if (sameWord(name, "EAC3_PID") || sameWord(name, "EAC3")) return Dvbv5Streams{false, CODING_EAC3};
+  if (name.size() != 6 || !sameWord(name.substr(0, 4), "PID_")) return std::nullopt;
+  int type = 0;
+  const char* end = name.data() + name.size();
+  if (std::from_chars(name.data() + 4, end, type, 16).ptr != end) return std::nullopt;
+  const Dvbv5Streams kind{isVideoType(type), audioCoding(type)};
+  if (!kind.video && kind.coding == CODING_UNKNOWN) return std::nullopt;
+  return kind;
+}
+
 }  // namespace virtualtv::import

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "import/ServiceList.h"
@@ -29,5 +30,15 @@ int readDvbv5Frequency(std::string_view text, EAntennaMode antenna);
 
 /// kHz, 0 when the tuner is to find it.
 int readDvbv5Bandwidth(std::string_view text);
+
+/// What the streams of a key with PIDs are.
+struct Dvbv5Streams {
+  bool video = false;
+  AudioCoding coding = CODING_UNKNOWN;
+};
+
+/// PID_ is followed by the stream type of the program map, hexadecimal; the plain audio key has audio of any coding.
+/// @return nothing for a key of anything else.
+std::optional<Dvbv5Streams> dvbv5Streams(std::string_view key);
 
 }  // namespace virtualtv::import

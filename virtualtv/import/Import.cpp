@@ -12,20 +12,26 @@
 #include "import/M3u.h"
 #include "import/ServiceList.h"
 #include "import/Vdr.h"
+#include "import/Writing.h"
 #include "import/Zap.h"
 
 namespace virtualtv::import {
 
 namespace {
 
+constexpr Writing vdrWriting{"", "\n", "", writeVdr, nullptr, true};
+constexpr Writing dvbv5Writing{"", "\n\n", "", writeDvbv5};
+constexpr Writing m3uWriting{"#EXTM3U\n", "\n", "", writeM3u};
+constexpr Writing jsonWriting{"{\"services\": [\n", ",\n", "]}\n", nullptr, writeJson};
+
 /// Where a line decides for two formats, the upper row is taken.
 constexpr std::array table{
-    Format{"vdr", "VDR's channels.conf", u'|', findVdr, readVdr},
-    Format{"dvbv5", "libdvbv5", u':', findDvbv5, readDvbv5},
+    Format{"vdr", "VDR's channels.conf", u'|', findVdr, readVdr, &vdrWriting},
+    Format{"dvbv5", "libdvbv5", u':', findDvbv5, readDvbv5, &dvbv5Writing},
     Format{"zap", "zap file", u':', findZap, readZap},
     Format{"lamedb", "Enigma2's lamedb", u':', findLamedb, readLamedb},
-    Format{"m3u", "M3U", u':', findM3u, readM3u},
-    Format{"json", "JSON", u':', findJson, readJson},
+    Format{"m3u", "M3U", u':', findM3u, readM3u, &m3uWriting},
+    Format{"json", "JSON", u':', findJson, readJson, &jsonWriting},
 };
 
 Problem problemOf(int line, std::string reason, bool remark) {

@@ -48,6 +48,7 @@ struct Result {
 };
 
 class ServiceList;
+struct Writing;
 
 /// A format of channel lists.
 struct Format {
@@ -58,10 +59,16 @@ struct Format {
   std::optional<std::size_t> (*recognise)(std::string_view content);
   /// Reads a list, which may be any bytes, into services and problems.
   void (*read)(std::string_view content, ServiceList& list, Problems& problems);
+  const Writing* writing = nullptr;  ///< how it is written; null where it is only read
 };
 
 /// All formats.
 std::span<const Format> formats();
+
+/// True for a format that lists can be written in.
+inline bool isWritten(const Format& format) {
+  return format.writing != nullptr;
+}
 
 /// Null when there is none of that name.
 const Format* formatNamed(std::string_view name);

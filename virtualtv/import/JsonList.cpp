@@ -8,7 +8,9 @@
 #include <utility>
 
 #include "import/ServiceList.h"
+#include "import/Writing.h"
 #include "json/Read.h"
+#include "json/Write.h"
 #include "services/ServiceDocument.h"
 #include "text/Units.h"
 
@@ -17,10 +19,10 @@ namespace virtualtv::import {
 namespace {
 
 constexpr std::size_t deepest = 16;
-constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view jsonBlanks = " \t\r\n";
 
 std::string_view withoutBlanks(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
+  return text.substr(std::min(text.find_first_not_of(jsonBlanks), text.size()));
 }
 
 /// A reason that starts with a path, as `JsonPart` writes it.
@@ -38,8 +40,7 @@ void requireListed(const JsonPart& part, const Service& service) {
   };
   const std::uint64_t id = number(TCServiceData::SERVICE_ID);
   if (id == 0 || id == ~std::uint64_t{0}) part.refuse("the service has no id");
-  if (number(TCServiceData::ANTENNA_MODE) > ANTENNA_SATELLITE)
-    part.refuse("the service has no antenna from 0 to 2");
+  if (number(TCServiceData::ANTENNA_MODE) > ANTENNA_SATELLITE) part.refuse("the service has no antenna from 0 to 2");
   const auto name = service.texts.find(TCServiceData::CHANNEL_NAME);
   if (name == service.texts.end() || name->second.empty()) part.refuse("the service has no name");
 }
@@ -76,6 +77,10 @@ void readJson(std::string_view content, ServiceList& list, Problems& problems) {
   } catch (const std::invalid_argument& error) {
     problems.add(problemOf(error.what()));
   }
+}
+
+std::string writeJson(const Service& service) {
+  return json::write(serviceDocument(service));
 }
 
 }  // namespace virtualtv::import

@@ -20,12 +20,12 @@ namespace virtualtv::import {
 
 namespace {
 
-constexpr std::string_view head = "eDVB services /";
+constexpr std::string_view lamedbHead = "eDVB services /";
 
 /// The version that a head names; empty for another line.
 std::string_view versionOf(std::string_view line) {
-  if (!line.starts_with(head) || !line.ends_with('/') || line.size() <= head.size()) return {};
-  return line.substr(head.size(), line.size() - head.size() - 1);
+  if (!line.starts_with(lamedbHead) || !line.ends_with('/') || line.size() <= lamedbHead.size()) return {};
+  return line.substr(lamedbHead.size(), line.size() - lamedbHead.size() - 1);
 }
 
 /// A service as it stands there, in the lines of version 4 or the parts of version 5.
@@ -188,7 +188,7 @@ class LamedbReader {
   std::string textOf(const Record& record, const Transponder& transponder) const {
     std::string text;
     const auto put = [&](auto... pieces) { (text.append(pieces), ...); };
-    put(head, version_, "/\n");
+    put(lamedbHead, version_, "/\n");
     if (version_ == "5") {
       put("t:", transponder.key, ",", transponder.tuning.text, "\ns:", record.reference, ",\"", record.name, "\"");
       put(record.cache.empty() ? "" : ",", record.cache);

@@ -13,8 +13,6 @@ namespace virtualtv::import {
 
 namespace {
 
-constexpr std::string_view extGroup = "#EXTGRP:";
-
 /// A number that tells a text from others, as FNV-1a makes it: 48 bits.
 std::uint64_t identityOf(std::string_view text) {
   std::uint64_t hash = 0xCBF29CE484222325U;
@@ -35,21 +33,21 @@ class M3uReader {
 
   void read(std::string_view content) {
     for (Lines lines(content); lines.next();) readLine(lines.number(), trimmed(lines.line()));
-    if (told_ != 0) problems_.add(unreadable(told_, "no address follows"));
+    if (told_ != 0) forget();
   }
 
  private:
   void readLine(int number, std::string_view line) {
     if (line.starts_with(extInf)) {
-      if (told_ != 0) problems_.add(unreadable(told_, "no address follows"));
-      text_.clear();
+      if (told_ != 0) forget();
       told_ = number;
       info_ = readExtInf(line);
     } else if (line.starts_with(extGroup)) {
       group_ = trimmed(line.substr(extGroup.size()));
     }
     const bool isAddress = !line.empty() && !line.starts_with('#');
-    if (told_ != 0 || isAddress) text_.append(text_.empty() ? "" : "\n").append(line);
+    const bool tells = told_ != 0 || line.starts_with(extGroup);
+    if (isAddress || (tells && !line.empty())) text_.append(text_.empty() ? "" : "\n").append(line);
     if (isAddress) add(number, line);
   }
 
@@ -65,8 +63,19 @@ class M3uReader {
     list_.startGroup(group.empty() ? group_ : group);
     setNumber(told_ != 0 ? told_ : line);
     list_.add(std::move(entry));
+    start();
+  }
+
+  /// Reports what was told of a service whose address is missing.
+  void forget() {
+    problems_.add(unreadable(told_, "no address follows"));
+    start();
+  }
+
+  void start() {
     text_.clear();
     info_ = {};
+    group_ = {};
     told_ = 0;
   }
 
@@ -86,19 +95,28 @@ class M3uReader {
   std::string text_;  ///< of the service that comes next
   int told_ = 0;      ///< the line that tells of it; 0 where none has yet
   ExtInf info_;
-  std::string_view group_;
+  std::string_view group_;  ///< by a line of its own
 };
 
 }  // namespace
 
-std::string_view ExtInf::attribute(std::string_view name) const {
+std::string_view assignmentOf(std::string_view attributes, std::string_view name) {
   for (std::size_t mark = attributes.find("=\""); mark != std::string_view::npos;) {
     const std::size_t end = attributes.find('"', mark + 2);
-    if (isNameBefore(attributes, mark, name)) return attributes.substr(mark + 2, end - mark - 2);
+    if (isNameBefore(attributes, mark, name)) {
+      const std::size_t start = mark - name.size();
+      return attributes.substr(start, end == std::string_view::npos ? end : end + 1 - start);
+    }
     if (end == std::string_view::npos) break;
     mark = attributes.find("=\"", end + 1);
   }
   return {};
+}
+
+std::string_view ExtInf::attribute(std::string_view name) const {
+  std::string_view value = assignmentOf(attributes, name);
+  cut(value, '"');
+  return cut(value, '"');
 }
 
 ExtInf readExtInf(std::string_view line) {

@@ -24,6 +24,10 @@ struct ExtInf {
 };
 
 inline constexpr std::string_view extInf = "#EXTINF:";
+inline constexpr std::string_view extGroup = "#EXTGRP:";
+
+/// `NAME="VALUE"` as it stands among attributes, the name in any case; a view of nothing where it is missing.
+std::string_view assignmentOf(std::string_view attributes, std::string_view name);
 
 /// Takes a line apart that starts with `extInf`.
 ExtInf readExtInf(std::string_view line);

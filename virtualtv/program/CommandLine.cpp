@@ -139,6 +139,16 @@ ExitStatus runImport(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status(error.empty() ? allWell : failed);
 }
 
+ExitStatus runExport(kel::CEmpAppBase& app, const Wishes& wishes) {
+  Desk desk(app, wishes);
+  const ExportReport report = exportServices(desk.session().device().tv().services(), *wishes.exported.format);
+  if (report.error().empty()) std::cout << report.exported.content;
+  if (!report.losses().empty()) complain(report.losses());
+  if (!report.error().empty()) complain(report.error());
+  desk.sayWhatWentWrong("");
+  return desk.status(report.error().empty() ? allWell : failed);
+}
+
 /// What the wishes come to, for messages.
 std::string doing(const Wishes& wishes) {
   switch (wishes.task) {
@@ -148,6 +158,8 @@ std::string doing(const Wishes& wishes) {
       return "check";
     case Task::import:
       return "import " + wishes.list.file;
+    case Task::exportList:
+      return "export the services";
     case Task::serve:
       return "serve";
     case Task::shell:
@@ -164,6 +176,8 @@ ExitStatus runWishes(kel::CEmpAppBase& app, const Wishes& wishes) {
       return runCheck(app, wishes);
     case Task::import:
       return runImport(app, wishes);
+    case Task::exportList:
+      return runExport(app, wishes);
     case Task::serve:
       return runServer(app, wishes);
     case Task::shell:

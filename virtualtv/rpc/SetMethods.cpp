@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "channels/ExportList.h"
 #include "channels/ImportList.h"
 #include "channels/Search.h"
 #include "rpc/Core.h"
@@ -162,6 +163,28 @@ Json::Value import(const Call& call) {
   return answer;
 }
 
+Json::Value exportList(const Call& call) {
+  const import::Format* format = &defaultExportFormat();
+  if (call.params.has("format")) {
+    const std::string name = call.params.text("format");
+    format = import::formatNamed(name);
+    if (format == nullptr || !import::isWritten(*format))
+      throw std::invalid_argument("format: no list is written in one of the name '" + name + "'");
+  }
+  const ExportReport report = exportServices(call.core.device().tv().services(), *format);
+  Json::Value answer;
+  answer["content"] = report.exported.content;
+  answer["services"] = Json::UInt64{report.exported.services};
+  answer["leftOut"] = Json::UInt64{report.exported.leftOut};
+  answer["lost"] = Json::arrayValue;
+  for (const auto& [what, services] : report.exported.lost) {
+    Json::Value& loss = answer["lost"].append(Json::objectValue);
+    loss["what"] = what;
+    loss["services"] = Json::UInt64{services};
+  }
+  return answer;
+}
+
 // Knobs.
 
 Json::Value listKnobs(const Call& call) {
@@ -283,6 +306,17 @@ const std::array setRows{
                "problems": {"type": "array", "items": {"type": "object", "required": ["at", "reason"], "properties": {
                "line": {"type": "integer"}, "at": {"type": "string"}, "reason": {"type": "string"}}}}}})",
            import},
+    Method{
+        "tv.export",
+        "tell the services as a channel list",
+        {{"format", R"({"enum": ["vdr", "dvbv5", "m3u", "json"]})", "its format; json, which holds all, without it"}},
+        R"({"type": "object", "required": ["content", "services", "leftOut", "lost"], "properties": {
+               "content": {"type": "string"}, "services": {"type": "integer", "description": "how many are in it"},
+               "leftOut": {"type": "integer", "description": "how many the format can't hold at all"},
+               "lost": {"type": "array", "description": "what it can't hold of the others, and of how many",
+               "items": {"type": "object", "required": ["what", "services"], "properties": {
+               "what": {"type": "string"}, "services": {"type": "integer"}}}}}, "additionalProperties": false})",
+        exportList},
     Method{"tv.knobs",
            "list what can be read and set from outside",
            {},

@@ -71,6 +71,13 @@ void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
   grammar.add_flag("--add", options.add, "keep the services that are there");
 }
 
+void addExportOptions(CLI::App& grammar, ExportWishes& wishes) {
+  const auto setFormat = [&wishes](const std::string& name) { wishes.format = import::formatNamed(name); };
+  grammar.add_option_function<std::string>("--format", setFormat, "what the list is written as; json if left out")
+      ->check(notEmpty("the name of a format"))
+      ->check(CLI::IsMember(namesOfWrittenFormats()));
+}
+
 std::string refusalOfCount(const std::string& value) {
   return refusalOf([&] { text::requireNumber<std::uint32_t>(value, {1, 1'000'000}); });
 }
@@ -146,9 +153,11 @@ struct Grammar {
     junit->type_name("FILE")->check(notEmpty("a file"));
     import = program.add_subcommand("import", "replace the set's services by those of a channel list");
     addImportOptions(*import, wishes.list);
+    exportList = program.add_subcommand("export", "print the set's services as a channel list");
+    addExportOptions(*exportList, wishes.exported);
     serve = program.add_subcommand("serve", "let web applications and other programs use the set over the network");
     addServeOptions(*serve, wishes.serve);
-    for (CLI::App* part : {&program, shell, exec, check, import, serve}) addSetOptions(*part);
+    for (CLI::App* part : {&program, shell, exec, check, import, exportList, serve}) addSetOptions(*part);
   }
 
   /// Reads the arguments into the wishes.
@@ -168,8 +177,9 @@ struct Grammar {
   }
 
   Task task() const {
-    for (const auto& [part, task] : {std::pair(exec, Task::exec), std::pair(check, Task::check),
-                                     std::pair(import, Task::import), std::pair(serve, Task::serve)}) {
+    for (const auto& [part, task] :
+         {std::pair(exec, Task::exec), std::pair(check, Task::check), std::pair(import, Task::import),
+          std::pair(exportList, Task::exportList), std::pair(serve, Task::serve)}) {
       if (part->parsed()) return task;
     }
     return Task::shell;
@@ -181,6 +191,7 @@ struct Grammar {
   CLI::App* exec = nullptr;
   CLI::App* check = nullptr;
   CLI::App* import = nullptr;
+  CLI::App* exportList = nullptr;
   CLI::App* serve = nullptr;
 
  private:
@@ -209,9 +220,9 @@ struct Grammar {
 
   void wantSubcommand(const std::string& word) const {
     Lines names;
-    for (const CLI::App* part : {shell, exec, check, import, serve}) names.push_back(part->get_name());
+    for (const CLI::App* part : {shell, exec, check, import, exportList, serve}) names.push_back(part->get_name());
     if (std::find(names.begin(), names.end(), word) != names.end()) return;
-    std::string meant = "there are shell, exec, check, import and serve";
+    std::string meant = "there are shell, exec, check, import, export and serve";
     if (const Lines near = nearest(word, names); near.size() == 1) {
       meant = "did you mean 'emp-window " + near[0] + "'?";
     } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {
@@ -258,22 +269,49 @@ Lines namesOfFormats() {
   return names;
 }
 
-ImportWishes importWishes(std::vector<std::string> words) {
-  ImportWishes wishes;
-  CLI::App grammar;
+Lines namesOfWrittenFormats() {
+  Lines names;
+  for (const import::Format& format : import::formats()) {
+    if (import::isWritten(format)) names.emplace_back(format.name);
+  }
+  return names;
+}
+
+namespace {
+
+/// Reads words of a command by a grammar. @throws std::invalid_argument for a value that can't be, with the reason.
+/// @return false for words that it does not know, or lacks.
+bool parseWords(CLI::App& grammar, std::vector<std::string> words) {
   grammar.set_help_flag();
-  addImportOptions(grammar, wishes);
   try {
     keepEmptyValues(words);
     std::reverse(words.begin(), words.end());  // as the parser wants them
     grammar.parse(words);
+    return true;
   } catch (const CLI::ValidationError& error) {
     throw std::invalid_argument(error.what());
   } catch (const CLI::ParseError&) {
-    wishes.file.clear();
+    return false;
   }
-  if (wishes.file.empty()) throw std::invalid_argument("usage: .import FILE [--add] [--format NAME] [--encoding NAME]");
-  return wishes;
+}
+
+}  // namespace
+
+ImportWishes importWishes(std::vector<std::string> words) {
+  ImportWishes wishes;
+  CLI::App grammar;
+  addImportOptions(grammar, wishes);
+  if (parseWords(grammar, std::move(words)) && !wishes.file.empty()) return wishes;
+  throw std::invalid_argument("usage: .import FILE [--add] [--format NAME] [--encoding NAME]");
+}
+
+ExportWishes exportWishes(std::vector<std::string> words) {
+  ExportWishes wishes;
+  CLI::App grammar;
+  grammar.add_option("FILE", wishes.file)->required()->check(notEmpty("a file"));
+  addExportOptions(grammar, wishes);
+  if (parseWords(grammar, std::move(words))) return wishes;
+  throw std::invalid_argument("usage: .export FILE [--format NAME]");
 }
 
 }  // namespace virtualtv::shell

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "channels/ExportList.h"
 #include "channels/ImportList.h"
 #include "kel/CEmpAppBase.h"
 #include "shell/Check.h"
@@ -18,6 +19,12 @@ namespace virtualtv::shell {
 struct ImportWishes {
   std::string file;
   ImportOptions options;
+};
+
+/// What `export` and `.export` are told.
+struct ExportWishes {
+  std::string file;  ///< of `.export`
+  const import::Format* format = &defaultExportFormat();
 };
 
 /// What `serve` is told.
@@ -38,7 +45,7 @@ struct ServeWishes {
   bool isInMemory() const { return fresh || !snapshot.empty(); }
 };
 
-enum class Task { shell, exec, check, import, serve };
+enum class Task { shell, exec, check, import, exportList, serve };
 
 /// What the program's arguments say.
 struct Wishes {
@@ -50,6 +57,7 @@ struct Wishes {
   bool marked = false;               ///< a `--` stands before the command
   CheckOptions check;
   ImportWishes list;
+  ExportWishes exported;
   ServeWishes serve;
 };
 
@@ -60,7 +68,12 @@ std::optional<Wishes> readArguments(std::vector<std::string> arguments, const ke
 /// Reads the words behind `.import`. @throws std::invalid_argument for words that can't be understood.
 ImportWishes importWishes(std::vector<std::string> words);
 
+/// Reads the words behind `.export`. @throws std::invalid_argument for words that can't be understood.
+ExportWishes exportWishes(std::vector<std::string> words);
+
 /// What `--format` takes.
 Lines namesOfFormats();
+/// What it takes for a list that is written.
+Lines namesOfWrittenFormats();
 
 }  // namespace virtualtv::shell

@@ -148,6 +148,11 @@ Lines importWords(Session& session, const std::string& before, const std::string
   return typed.starts_with('-') ? Lines{"--add", "--encoding", "--format"} : files(session, typed);
 }
 
+Lines exportWords(Session& session, const std::string& before, const std::string& typed) {
+  if (before == "--format") return namesOfWrittenFormats();
+  return typed.starts_with('-') ? Lines{"--format"} : files(session, typed);
+}
+
 Lines argumentsOf(Session& session, const Lines& words, const std::string& typed) {
   const std::string& command = words.front();
   const bool second = words.size() == 1;
@@ -161,6 +166,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if (command == ".help" && second) return helpTopics();
   if (command == ".engine" && second) return session.client().openEngines();
   if (command == ".import") return importWords(session, words.back(), typed);
+  if (command == ".export") return exportWords(session, words.back(), typed);
   constexpr std::array fileCommands{".source", ".snapshot", ".restore"};
   if (std::find(fileCommands.begin(), fileCommands.end(), command) != fileCommands.end()) return files(session, typed);
   return {};

@@ -195,6 +195,16 @@ Lines import(Session& session, const Words& words) {
   return lines;
 }
 
+Lines exportList(Session& session, const Words& words) {
+  const ExportWishes wishes = exportWishes(words);
+  const ExportReport report = exportServices(session.device().tv().services(), *wishes.format);
+  if (!report.error().empty()) refuse(report.error());
+  session.save(wishes.file, report.exported.content);
+  Lines lines{report.summary()};
+  if (!report.losses().empty()) lines.push_back(report.losses());
+  return lines;
+}
+
 Lines services(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".services [COUNT | TEXT]");
   return serviceTable(session.device().tv().services(), words.empty() ? "" : words[0]);
@@ -306,6 +316,8 @@ constexpr std::array commands{
     DotCommand{".close", "[NAME]", "close an engine, the one in use without a name; a command on it opens a new one",
                close, true},
     DotCommand{".engine", "[NAME]", "open an engine or switch to it; without a name, list the open ones", engine, true},
+    DotCommand{".export", "FILE [--format NAME]",
+               "write the services into a file as a channel list, of the format json, vdr, dvbv5 or m3u", exportList},
     DotCommand{".fault",
                "[OPERATION [nth=N] [times=N|always] [window=W] [engine=NAME] [result=R] [out.NAME=VALUE ...] | clear "
                "[NUMBER]]",
