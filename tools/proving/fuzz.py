@@ -12,7 +12,7 @@ from dataclasses import dataclass
 
 from proving.job import HOUR, MINUTE, SANITIZERS, Figure, at_most
 
-TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists", "snapshots",
+TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists", "broadcasts", "snapshots",
            "requests"]
 AT_ONCE = 2
 SECONDS = 60

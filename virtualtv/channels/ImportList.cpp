@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "broadcast/Found.h"
 #include "text/Units.h"
 
 namespace virtualtv {
@@ -46,8 +47,8 @@ std::vector<std::string> ImportReport::problemLines() const {
 
 std::string ImportReport::summary() const {
   return "imported " + count(imported, "service") + ": " + std::to_string(changes.added) + " added, " +
-         std::to_string(changes.changed) + " changed, " + std::to_string(changes.gone) + " gone; " +
-         count(problems.unread(), "line") + " could not be read";
+         std::to_string(changes.changed) + " changed, " + std::to_string(changes.gone) + " gone" +
+         (hasLines ? "; " + count(problems.unread(), "line") + " could not be read" : "");
 }
 
 std::string ImportReport::error() const {
@@ -56,8 +57,14 @@ std::string ImportReport::error() const {
 
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options) {
   import::Result read = import::read(content, formatOf(name, content, options), options.encoding);
-  ImportReport report{name, read.services.size(), {}, std::move(read.problems)};
+  ImportReport report{name, read.services.size(), {}, std::move(read.problems), true};
   if (!read.services.empty()) report.changes = tv.import(read.services, options.add);
+  return report;
+}
+
+ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add) {
+  ImportReport report{name, scan.services.size(), {}, {}, false};
+  if (!scan.services.empty()) report.changes = tv.import(broadcast::servicesOf(scan), add);
   return report;
 }
 

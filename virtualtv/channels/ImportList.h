@@ -8,6 +8,10 @@
 #include "import/Import.h"
 #include "set/Tv.h"
 
+namespace virtualtv::broadcast {
+struct Scan;
+}
+
 namespace virtualtv {
 
 struct ImportOptions {
@@ -22,10 +26,11 @@ struct ImportReport {
   std::size_t imported = 0;  ///< services that the list brought
   ServiceChanges changes;    ///< what became of those of the set
   import::Problems problems;
+  bool hasLines = true;  ///< false: its problems are no lines that could not be read
 
   /// A line `LIST:LINE: REASON` for each problem that is kept, and one that counts the others, escaped.
   std::vector<std::string> problemLines() const;
-  /// One line that counts what was imported and what could not be read.
+  /// One line that counts what was imported, and of a list with lines what could not be read.
   std::string summary() const;
   /// `LIST: no service in it`; empty when services were imported.
   std::string error() const;
@@ -36,5 +41,10 @@ struct ImportReport {
 /// @throws std::runtime_error when the format is not recognised, std::invalid_argument when there is no such encoding,
 /// StoreError when the set can't keep the services.
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options);
+
+/// Imports the services that were found in broadcasts, likewise. Their problems are told with the scan.
+/// @param name  stands for what was scanned in messages.
+/// @throws StoreError when the set can't keep the services.
+ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add);
 
 }  // namespace virtualtv

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "broadcast/Found.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
 
@@ -95,6 +96,14 @@ bool Device::removeSetting(const std::string& key) {
 ImportReport Device::import(const std::string& name, const std::string& content, const ImportOptions& options) {
   ImportReport report = importServices(tv(), name, content, options);
   if (hearsActs_ && report.error().empty()) tell(ListImported{content, options, report});
+  return report;
+}
+
+ImportReport Device::import(const std::vector<std::string>& files, const broadcast::Scan& scan, bool add) {
+  ImportReport report = importScan(tv(), files.empty() ? "recording" : files.front(), scan, add);
+  if (hearsActs_ && report.error().empty()) {
+    tell(ScanImported{files, std::make_shared<const broadcast::Scan>(scan), add, report});
+  }
   return report;
 }
 

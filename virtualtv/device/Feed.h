@@ -70,6 +70,13 @@ struct ListImported {
   ImportOptions options;
   ImportReport report;
 };
+/// What was found in broadcasts, which are too much to be kept here.
+struct ScanImported {
+  std::vector<std::string> files;  ///< none where a client sent them
+  std::shared_ptr<const broadcast::Scan> scan;
+  bool add;
+  ImportReport report;
+};
 /// Its engines were closed before; `SetStarted` follows.
 struct SnapshotRestored {
   std::shared_ptr<const Snapshot> snapshot;  ///< apart, since a happening has room for the largest of all
@@ -81,7 +88,7 @@ struct ApplicationGiven {
   std::string widgetId;
 };
 
-using Act = std::variant<KnobTurned, SettingGiven, ListImported, SnapshotRestored, ApplicationGiven>;
+using Act = std::variant<KnobTurned, SettingGiven, ListImported, ScanImported, SnapshotRestored, ApplicationGiven>;
 
 /// Something that happened on a device.
 struct Happening {

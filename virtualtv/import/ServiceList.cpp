@@ -101,18 +101,18 @@ void ServiceList::setNumbers(Service& service, const Entry& entry) {
   set(TCServiceData::SOURCE_ID, entry.source);
   set(TCServiceData::LOCK, 0);
   set(TCServiceData::ANTENNA_MODE, entry.antenna);
-  set(HIDDEN, 0);
+  set(HIDDEN, entry.hidden ? 1 : 0);
   set(SERVICE_MODE, 0);
   if (entry.major) {
     service.numbers[TCServiceData::MAJOR] = *entry.major;
-    service.numbers[TCServiceData::MINOR] = 0;
+    service.numbers[TCServiceData::MINOR] = bits(entry.minor);
   }
 }
 
 void ServiceList::add(Entry entry) {
   decoder_.learn(entry.name);
   entry.group = group_;
-  if (nextNumber_ <= greatestChannelNumber) entry.major = nextNumber_++;
+  if (!entry.major && nextNumber_ <= greatestChannelNumber) entry.major = nextNumber_++;
   entries_.push_back(std::move(entry));
 }
 
@@ -180,7 +180,7 @@ void ServiceList::setNames(std::vector<Service>& services) {
     services[at].group = groupName;
     std::u16string name = decoded(entries_[at].name);
     services[at].texts[TCServiceData::CHANNEL_NAME] = name.empty() ? substituteFor(services[at]) : std::move(name);
-    services[at].listEntry = kept(entries_[at].text);
+    if (!entries_[at].text.empty()) services[at].listEntry = kept(entries_[at].text);
   }
 }
 

@@ -40,10 +40,12 @@ struct Entry {
   std::optional<std::uint64_t> identity;  ///< stands for stream and program in the id, in lists that know neither
   std::optional<ServiceKind> kind;        ///< where the list tells it; else the streams do
   int video = 0;                          ///< PID of the picture; 0 for none
+  bool hidden = false;
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
   bool favourite = false;              ///< a member of favourite group 1
-  std::optional<std::uint64_t> major;  ///< channel number; `ServiceList` sets it
+  std::optional<std::uint64_t> major;  ///< channel number; the next one where the list tells none
+  int minor = 0;                       ///< behind a major number that the list tells
 };
 
 /// What the service of an entry brings.

@@ -66,6 +66,11 @@ std::string FilesBeneath::read(const fs::path& path, const std::string& name) co
   return shell::readStream(file.get(), name);
 }
 
+void FilesBeneath::readBlocks(const fs::path& path, const std::string& name, const shell::TakeBlock& take) const {
+  const shell::File file = regularFile(open(path, O_RDONLY), "rb", "read", name);
+  shell::readBlocks(file.get(), name, take);
+}
+
 void FilesBeneath::save(const fs::path& path, std::string_view content, const std::string& name) const {
   const shell::File file = regularFile(open(path, O_WRONLY | O_CREAT | O_EXCL), "wb", "write", name);
   const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();

@@ -21,6 +21,8 @@ class FilesBeneath : public shell::FileAccess {
   std::filesystem::path start() const override { return {}; }
   Kind kindOf(const std::filesystem::path& path) const override;
   std::string read(const std::filesystem::path& path, const std::string& name) const override;
+  void readBlocks(const std::filesystem::path& path, const std::string& name,
+                  const shell::TakeBlock& take) const override;
   void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
 
  private:

@@ -106,9 +106,9 @@ Verdict refusalOfHead(const Head& head) {
   return {};
 }
 
-bool isJson(const Head& head) {
+bool isOfType(const Head& head, std::string_view wanted) {
   const std::string_view type = view(head[http::field::content_type]);
-  return isSame(trimmed(type.substr(0, type.find(';'))), "application/json");
+  return isSame(trimmed(type.substr(0, type.find(';'))), wanted);
 }
 
 bool isEncoded(const Head& head) {

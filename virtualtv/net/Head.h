@@ -26,8 +26,8 @@ Asking askingIn(const Head& head, std::string_view unread);
 /// The connection can't go on behind such a head. Status 0 where all is well.
 Verdict refusalOfHead(const Head& head);
 
-/// True when the body is JSON.
-bool isJson(const Head& head);
+/// True when the body is of a type, such as `application/json`, whatever its parameters.
+bool isOfType(const Head& head, std::string_view wanted);
 /// True when the body has to be decoded, as one that is compressed.
 bool isEncoded(const Head& head);
 /// True when the answer may be compressed by gzip.

@@ -108,6 +108,7 @@ void HttpConnection::route() {
     if (method == http::verb::post) return takeCall();
     return isGet ? upgrade() : answer(notAllowed("GET, HEAD, POST"));
   }
+  if (path == "/scan") return method == http::verb::post ? takeScan() : answer(notAllowed("POST"));
   Answer found = pageOrFile(path);
   answer(found.status == 404 || isGet ? std::move(found) : notAllowed("GET, HEAD"));
 }
@@ -124,14 +125,33 @@ Answer HttpConnection::pageOrFile(std::string_view path) const {
 }
 
 void HttpConnection::takeCall() {
-  if (!isJson(parser_->get())) return answer(line(415, "a body of the type application/json is wanted"));
+  if (!isOfType(parser_->get(), "application/json"))
+    return answer(line(415, "a body of the type application/json is wanted"));
   if (isEncoded(parser_->get())) {
     return answer(line(415, "a body without a Content-Encoding is wanted", {{"Accept-Encoding", "identity"}}));
   }
   const auto length = parser_->content_length();
   if (length && *length > site_.limits().mostBody) return refuse(http::error::body_limit);
   parser_->body_limit(site_.limits().mostBody);
-  if (parser_->is_done()) return call();
+  awaitBody();
+}
+
+/// A broadcast is scanned while it comes, and may be of any length. It has time as long as more of it comes.
+void HttpConnection::takeScan() {
+  if (!isOfType(parser_->get(), "application/octet-stream") || isEncoded(parser_->get())) {
+    return answer(line(415, "a body of the type application/octet-stream is wanted, without a Content-Encoding"));
+  }
+  parser_->body_limit(boost::none);
+  scanner_ = std::make_unique<broadcast::Scanner>();
+  parser_->get().body().take = [this](std::span<const std::uint8_t> piece) {
+    scanner_->feed(piece);
+    within(site_.limits().forBody);
+  };
+  awaitBody();
+}
+
+void HttpConnection::awaitBody() {
+  if (parser_->is_done()) return scanner_ ? tellScan() : call();
   within(site_.limits().forBody);
   if (!boost::beast::iequals(parser_->get()[http::field::expect], "100-continue")) return readBody();
   asio::async_write(socket_, asio::buffer(std::string_view("HTTP/1.1 100 Continue\r\n\r\n")),
@@ -151,12 +171,26 @@ void HttpConnection::readBody() {
 void HttpConnection::takeBody(error_code error) {
   if (error) return refuse(error);
   in_.shrink_to_fit();
-  call();
+  scanner_ ? tellScan() : call();
+}
+
+void HttpConnection::tellScan() {
+  timer_.cancel();
+  const std::unique_ptr<broadcast::Scanner> scanner = std::move(scanner_);
+  scanner->endStream();
+  const auto isAsked = [&](const char* name) { return queryValue(target(), name) == "1"; };
+  try {
+    const bool imports = isAsked("import");
+    answer({200, site_.calls().scanned(scanner->finish(), imports, isAsked("add")), "application/json"});
+  } catch (const std::exception& error) {
+    site_.complain("cannot answer a request: " + std::string(error.what()));
+    answer(line(500, text::printable(error.what())));
+  }
 }
 
 void HttpConnection::call() {
   timer_.cancel();  // an answer may be held back for long
-  site_.handle(parser_->get().body().size(), std::string(view(parser_->get()["Emp-Session"])),
+  site_.handle(parser_->get().body().text.size(), std::string(view(parser_->get()["Emp-Session"])),
                [self = shared_from_this()] { self->handOn(); });
 }
 
@@ -171,7 +205,7 @@ void HttpConnection::handOn() {
     self->answer(text->empty() ? Answer{.status = 204} : Answer{200, *std::move(text), "application/json"});
   };
   try {
-    site_.calls().post(parser_->get().body(), session, reply);
+    site_.calls().post(parser_->get().body().text, session, reply);
   } catch (const std::exception& error) {
     site_.complain("cannot answer a request: " + std::string(error.what()));
     if (!serializer_) answer(line(500, "something went wrong here"));

@@ -12,8 +12,10 @@
 #include <string>
 #include <string_view>
 
+#include "broadcast/Scanner.h"
 #include "net/Access.h"
 #include "net/Asio.h"
+#include "net/RequestBody.h"
 #include "net/Site.h"
 
 namespace virtualtv::net {
@@ -38,8 +40,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void cut() override { end(); }
 
  private:
-  using Body = boost::beast::http::string_body;
-  using Response = boost::beast::http::response<Body>;
+  using Response = boost::beast::http::response<boost::beast::http::string_body>;
 
   void awaitRequest();
   void awaitBytes();
@@ -47,9 +48,12 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void takeHead(error_code error);
   void route();
   void takeCall();
+  void takeScan();
+  void awaitBody();
   void readBody();
   void takeBody(error_code error);
   void call();
+  void tellScan();
   void handOn();
   void upgrade();
   std::optional<Answer> refusalOfUpgrade() const;
@@ -72,11 +76,12 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   Socket socket_;
   Timer timer_;
   boost::beast::flat_buffer in_;
-  std::optional<boost::beast::http::request_parser<Body>> parser_;
+  std::optional<boost::beast::http::request_parser<RequestBody>> parser_;
   std::chrono::steady_clock::time_point begun_;  ///< the request
   Verdict verdict_;
+  std::unique_ptr<broadcast::Scanner> scanner_;  ///< of the body, where that is a broadcast
   std::optional<Response> response_;
-  std::optional<boost::beast::http::response_serializer<Body>> serializer_;
+  std::optional<boost::beast::http::response_serializer<boost::beast::http::string_body>> serializer_;
   int emptyLines_ = 0;  ///< that were dropped before the request
   bool idle_ = false;   ///< between two requests
   bool last_ = false;   ///< no request is to follow

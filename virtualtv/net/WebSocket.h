@@ -2,7 +2,6 @@
 
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http/message.hpp>
-#include <boost/beast/http/string_body.hpp>
 #include <boost/beast/websocket/rfc6455.hpp>
 #include <boost/beast/websocket/stream.hpp>
 #include <chrono>
@@ -13,6 +12,7 @@
 #include <string>
 
 #include "net/Asio.h"
+#include "net/RequestBody.h"
 #include "net/Site.h"
 #include "rpc/Server.h"
 
@@ -23,7 +23,7 @@ namespace virtualtv::net {
 /// rest stays with the system, and whether the other side has ended is looked at from time to time.
 class WebSocket final : public rpc::Outlet, public Connection, public std::enable_shared_from_this<WebSocket> {
  public:
-  using Request = boost::beast::http::request<boost::beast::http::string_body>;
+  using Request = boost::beast::http::request<RequestBody>;
 
   WebSocket(Site& site, Executor executor) : site_(site), timer_(executor) {}
 

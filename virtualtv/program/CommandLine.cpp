@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <stdexcept>
@@ -15,12 +17,14 @@
 
 #include "framework/Reply.h"
 #include "program/Desk.h"
+#include "program/Progress.h"
 #include "program/Serve.h"
 #include "program/Terminal.h"
 #include "shell/Arguments.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/Reason.h"
+#include "shell/Scan.h"
 #include "shell/Session.h"
 #include "shell/Show.h"
 #include "shell/Transcript.h"
@@ -149,6 +153,45 @@ ExitStatus runExport(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status(report.error().empty() ? allWell : failed);
 }
 
+/// Bytes of a file; 0 for what is none, or can't be looked at.
+std::uint64_t sizeOf(const std::string& file) {
+  std::error_code unknown;
+  const std::uintmax_t size = std::filesystem::file_size(file, unknown);
+  return unknown ? 0 : size;
+}
+
+broadcast::Scan scanAll(const std::vector<std::string>& files) {
+  Progress progress;
+  return scanFiles(files, [&](const std::string& file, const TakeBlock& take) {
+    const bool piped = file == "-";
+    const auto takeAndTell = [&](std::span<const std::uint8_t> block) {
+      take(block);
+      progress.advance(block.size());
+    };
+    progress.start(piped ? "standard input" : file, piped ? 0 : sizeOf(file));
+    if (piped) return readBlocks(stdin, "standard input", takeAndTell);
+    readFileInBlocks(file, file, takeAndTell);
+  });
+}
+
+/// What is printed is the scan; where that is a document, all else goes to standard error.
+ExitStatus runScan(kel::CEmpAppBase& app, const Wishes& wishes) {
+  const ScanWishes& scan = wishes.scan;
+  const broadcast::Scan found = scanAll(scan.files);
+  for (const std::string& problem : scanProblems(found, scan.files)) std::cerr << problem << "\n";
+  for (const std::string& line : scan.json ? scanLines(found, scan) : scanTable(found)) std::cout << line << "\n";
+  if (found.services.empty()) {
+    complain(noServiceIn(scan.files));
+    return failed;
+  }
+  if (!scan.import) return allWell;
+  Desk desk(app, wishes);
+  const ImportReport report = desk.device().import(scan.files, found, scan.add);
+  (scan.json ? std::cerr : std::cout) << report.summary() << "\n";
+  desk.sayWhatWentWrong("");
+  return desk.status();
+}
+
 /// What the wishes come to, for messages.
 std::string doing(const Wishes& wishes) {
   switch (wishes.task) {
@@ -160,6 +203,8 @@ std::string doing(const Wishes& wishes) {
       return "import " + wishes.list.file;
     case Task::exportList:
       return "export the services";
+    case Task::scan:
+      return "scan " + wishes.scan.files.front();
     case Task::serve:
       return "serve";
     case Task::shell:
@@ -178,6 +223,8 @@ ExitStatus runWishes(kel::CEmpAppBase& app, const Wishes& wishes) {
       return runImport(app, wishes);
     case Task::exportList:
       return runExport(app, wishes);
+    case Task::scan:
+      return runScan(app, wishes);
     case Task::serve:
       return runServer(app, wishes);
     case Task::shell:

@@ -6,6 +6,7 @@
 
 #include "framework/Reply.h"
 #include "json/Write.h"
+#include "text/Base64.h"
 #include "text/Units.h"
 
 namespace virtualtv::rpc {
@@ -13,21 +14,6 @@ namespace virtualtv::rpc {
 namespace {
 
 using framework::Reply;
-
-std::string base64(std::string_view bytes) {
-  constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  text.reserve((bytes.size() + 2) / 3 * 4);
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const auto byte = [&](std::size_t offset) -> unsigned {
-      return at + offset < bytes.size() ? static_cast<unsigned char>(bytes[at + offset]) : 0U;
-    };
-    const unsigned three = byte(0) << 16U | byte(1) << 8U | byte(2);
-    for (unsigned shift = 18; shift <= 18; shift -= 6) text += digits[three >> shift & 63U];
-  }
-  for (std::size_t missing = (3 - bytes.size() % 3) % 3; missing > 0; --missing) text[text.size() - missing] = '=';
-  return text;
-}
 
 /// A text's front, that ends with a whole character.
 std::string_view front(std::string_view text, std::size_t longest) {
@@ -49,7 +35,7 @@ template <typename Object>
 void putAscii(Object& object, std::string_view whole, std::size_t longest) {
   const std::string_view text = whole.size() > longest ? front(whole, longest) : whole;
   const bool isUtf8 = text::isUtf8(text);
-  if (!isUtf8) object.put("bytes", base64(text));
+  if (!isUtf8) object.put("bytes", text::toBase64(text));
   object.put("kind", "ascii");
   if (whole.size() > longest) object.put("length", static_cast<std::int64_t>(whole.size()));
   if (isUtf8) return object.put("value", text);
@@ -112,7 +98,7 @@ void putBytes(Json::Value& object, const char* name, std::string_view bytes) {
     return;
   }
   object[name] = text::wellFormed(bytes);
-  object["bytes"] = base64(bytes);
+  object["bytes"] = text::toBase64(bytes);
 }
 
 }  // namespace virtualtv::rpc

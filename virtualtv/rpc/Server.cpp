@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "broadcast/FoundJson.h"
+#include "json/Write.h"
 #include "rpc/Core.h"
 #include "rpc/Method.h"
 #include "rpc/Schemas.h"
@@ -59,6 +61,11 @@ std::unique_ptr<Client> Server::connect(Outlet& outlet, const std::optional<std:
 void Server::post(std::string_view body, const std::optional<std::string>& session,
                   std::function<void(std::optional<std::string> reply)> answer) {
   core_->post(body, session, std::move(answer));
+}
+
+std::string Server::scanned(const broadcast::Scan& scan, bool imports, bool add) {
+  if (imports) core_->device().import(std::vector<std::string>{}, scan, add);
+  return json::write(broadcast::documentOf(scan));
 }
 
 const std::string& Server::openRpc() {

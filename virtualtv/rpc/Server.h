@@ -12,6 +12,10 @@
 #include "device/Device.h"
 #include "shell/FileAccess.h"
 
+namespace virtualtv::broadcast {
+struct Scan;
+}
+
 /// JSON-RPC 2.0 on the virtual TV, without sockets: whoever carries the messages stands around it.
 namespace virtualtv::rpc {
 
@@ -95,6 +99,11 @@ class Server {
   /// notifications; nothing where the request needs a new session and as many as may be are open.
   void post(std::string_view body, const std::optional<std::string>& session,
             std::function<void(std::optional<std::string> reply)> answer);
+
+  /// What a client that sent a broadcast is told, as JSON: what was found in it.
+  /// @param imports  puts the services, if there are any, into the set, or with `add` beside those there.
+  /// @throws StoreError when the set can't keep them.
+  std::string scanned(const broadcast::Scan& scan, bool imports, bool add);
 
   /// The methods as an OpenRPC document.
   const std::string& openRpc();

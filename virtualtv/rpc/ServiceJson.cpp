@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "services/AntennaNames.h"
+#include "services/KindNames.h"
 #include "set/StateJson.h"
 #include "text/Units.h"
 
@@ -31,19 +32,10 @@ Json::Value antennaOf(const Service& service) {
 Json::Value kindIn(const Service& service) {
   const auto type = number(service, TCServiceData::CHANNEL_TYPE);
   const auto kind = type ? kindOf(*type) : std::nullopt;
-  for (const auto& [name, named] : kindNames()) {
-    if (kind == named) return name;
-  }
-  return {};
+  return kind ? Json::Value(nameOf(*kind)) : Json::Value();
 }
 
 }  // namespace
-
-const std::vector<std::pair<const char*, ServiceKind>>& kindNames() {
-  static const std::vector<std::pair<const char*, ServiceKind>> names{
-      {"television", ServiceKind::television}, {"radio", ServiceKind::radio}, {"data", ServiceKind::data}};
-  return names;
-}
 
 Json::Value serviceDocument(ServiceKey key, const Service& service) {
   Json::Value json = jsonOf(key, service);

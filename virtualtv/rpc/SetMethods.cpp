@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "broadcast/FoundJson.h"
+#include "broadcast/Scanner.h"
 #include "channels/ExportList.h"
 #include "channels/ImportList.h"
 #include "channels/Search.h"
@@ -14,12 +16,15 @@
 #include "rpc/Schemas.h"
 #include "rpc/ServiceJson.h"
 #include "services/AntennaNames.h"
+#include "services/KindNames.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
 #include "set/SnapshotJson.h"
 #include "set/StateDocument.h"
+#include "shell/Scan.h"
 #include "shell/Transcript.h"
 #include "store/StoreError.h"
+#include "text/Base64.h"
 #include "text/Units.h"
 
 namespace virtualtv::rpc {
@@ -95,7 +100,7 @@ ServiceQuery queryOf(const Call& call) {
   ServiceQuery query;
   query.text = call.params.text("text", "");
   if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames);
-  if (call.params.has("kind")) query.kind = oneOf(call, "kind", kindNames());
+  if (call.params.has("kind")) query.kind = oneOf(call, "kind", kindNames);
   if (call.params.has("major")) {
     query.major = static_cast<std::uint16_t>(call.params.number("major", text::rangeOf<std::uint16_t>()));
   }
@@ -183,6 +188,36 @@ Json::Value exportList(const Call& call) {
     loss["services"] = Json::UInt64{services};
   }
   return answer;
+}
+
+broadcast::Scan scanOfFile(const Call& call, const std::string& path) {
+  try {
+    return shell::scanFiles(
+        {path}, [&](const std::string& file, const shell::TakeBlock& take) { call.seat.shell.readBlocks(file, take); });
+  } catch (const std::runtime_error& error) {
+    throw Failure(Code::badValue, error.what());  // can't be read
+  }
+}
+
+broadcast::Scan scanOfContent(const std::string& content) {
+  const auto bytes = text::fromBase64(content);
+  if (!bytes) throw Failure(Code::badParameters, "content: base64 is wanted");
+  broadcast::Scanner scanner;
+  scanner.feed({reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()});
+  scanner.endStream();
+  return scanner.finish();
+}
+
+Json::Value scan(const Call& call) {
+  if (call.params.has("path") == call.params.has("content")) {
+    throw Failure(Code::badParameters, "one of path and content is wanted");
+  }
+  std::vector<std::string> files;
+  if (call.params.has("path")) files.push_back(call.params.text("path"));
+  const broadcast::Scan found =
+      files.empty() ? scanOfContent(call.params.content("content")) : scanOfFile(call, files.front());
+  if (call.params.truth("import", false)) call.core.device().import(files, found, call.params.truth("add", false));
+  return broadcast::documentOf(found);
 }
 
 // Knobs.
@@ -317,6 +352,15 @@ const std::array setRows{
                "items": {"type": "object", "required": ["what", "services"], "properties": {
                "what": {"type": "string"}, "services": {"type": "integer"}}}}}, "additionalProperties": false})",
         exportList},
+    Method{
+        "tv.scan",
+        "find the services in a recording of a broadcast, and import them or not",
+        {{"path", textSchema, "the file, beneath the directory that clients may use"},
+         {"content", R"({"type": "string", "contentEncoding": "base64"})", "the recording itself, in place of a file"},
+         {"import", truthSchema, "replace the set's services by those found, if there are any"},
+         {"add", truthSchema, "when importing, keep the services that are there"}},
+        R"({"$ref": "#/components/schemas/Scan"})",
+        scan},
     Method{"tv.knobs",
            "list what can be read and set from outside",
            {},

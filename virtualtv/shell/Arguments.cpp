@@ -78,6 +78,14 @@ void addExportOptions(CLI::App& grammar, ExportWishes& wishes) {
       ->check(CLI::IsMember(namesOfWrittenFormats()));
 }
 
+/// Adds the files and the options of a scan to a grammar, which writes them into `wishes`.
+void addScanOptions(CLI::App& grammar, ScanWishes& wishes) {
+  grammar.add_option("FILE", wishes.files, "recordings, - for standard input")->required()->check(notEmpty("a file"));
+  grammar.add_flag("--json", wishes.json, "print a document in place of a table");
+  CLI::Option* import = grammar.add_flag("--import", wishes.import, "replace the set's services by those found");
+  grammar.add_flag("--add", wishes.add, "keep the services that are there")->needs(import);
+}
+
 std::string refusalOfCount(const std::string& value) {
   return refusalOf([&] { text::requireNumber<std::uint32_t>(value, {1, 1'000'000}); });
 }
@@ -105,6 +113,22 @@ void addServeOptions(CLI::App& grammar, ServeWishes& wishes) {
   add("--max-sessions", wishes.mostSessions, "N", "of clients at a time; 2000 if left out")
       ->check(CLI::Validator(refusalOfCount, ""));
   add("--snapshot", wishes.snapshot, "FILE", "a set in memory that starts from it")->check(notEmpty("a file"));
+}
+
+/// Reads words by a grammar. @return false for those that it does not take in this form.
+/// @throws std::invalid_argument for a value that an option does not take.
+bool readWords(CLI::App& grammar, std::vector<std::string> words) {
+  grammar.set_help_flag();
+  try {
+    keepEmptyValues(words);
+    std::reverse(words.begin(), words.end());  // as the parser wants them
+    grammar.parse(words);
+  } catch (const CLI::ValidationError& error) {
+    throw std::invalid_argument(error.what());
+  } catch (const CLI::ParseError&) {
+    return false;
+  }
+  return true;
 }
 
 [[noreturn]] void refuseArguments(const std::string& reason) {
@@ -155,9 +179,11 @@ struct Grammar {
     addImportOptions(*import, wishes.list);
     exportList = program.add_subcommand("export", "print the set's services as a channel list");
     addExportOptions(*exportList, wishes.exported);
+    scan = program.add_subcommand("scan", "find the services in recordings of broadcasts (MPEG transport streams)");
+    addScanOptions(*scan, wishes.scan);
     serve = program.add_subcommand("serve", "let web applications and other programs use the set over the network");
     addServeOptions(*serve, wishes.serve);
-    for (CLI::App* part : {&program, shell, exec, check, import, exportList, serve}) addSetOptions(*part);
+    for (CLI::App* part : {&program, shell, exec, check, import, exportList, scan, serve}) addSetOptions(*part);
   }
 
   /// Reads the arguments into the wishes.
@@ -179,7 +205,7 @@ struct Grammar {
   Task task() const {
     for (const auto& [part, task] :
          {std::pair(exec, Task::exec), std::pair(check, Task::check), std::pair(import, Task::import),
-          std::pair(exportList, Task::exportList), std::pair(serve, Task::serve)}) {
+          std::pair(exportList, Task::exportList), std::pair(scan, Task::scan), std::pair(serve, Task::serve)}) {
       if (part->parsed()) return task;
     }
     return Task::shell;
@@ -192,6 +218,7 @@ struct Grammar {
   CLI::App* check = nullptr;
   CLI::App* import = nullptr;
   CLI::App* exportList = nullptr;
+  CLI::App* scan = nullptr;
   CLI::App* serve = nullptr;
 
  private:
@@ -220,9 +247,10 @@ struct Grammar {
 
   void wantSubcommand(const std::string& word) const {
     Lines names;
-    for (const CLI::App* part : {shell, exec, check, import, exportList, serve}) names.push_back(part->get_name());
+    for (const CLI::App* part : {shell, exec, check, import, exportList, scan, serve})
+      names.push_back(part->get_name());
     if (std::find(names.begin(), names.end(), word) != names.end()) return;
-    std::string meant = "there are shell, exec, check, import, export and serve";
+    std::string meant = "there are shell, exec, check, import, export, scan and serve";
     if (const Lines near = nearest(word, names); near.size() == 1) {
       meant = "did you mean 'emp-window " + near[0] + "'?";
     } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {
@@ -277,31 +305,11 @@ Lines namesOfWrittenFormats() {
   return names;
 }
 
-namespace {
-
-/// Reads words of a command by a grammar. @throws std::invalid_argument for a value that can't be, with the reason.
-/// @return false for words that it does not know, or lacks.
-bool parseWords(CLI::App& grammar, std::vector<std::string> words) {
-  grammar.set_help_flag();
-  try {
-    keepEmptyValues(words);
-    std::reverse(words.begin(), words.end());  // as the parser wants them
-    grammar.parse(words);
-    return true;
-  } catch (const CLI::ValidationError& error) {
-    throw std::invalid_argument(error.what());
-  } catch (const CLI::ParseError&) {
-    return false;
-  }
-}
-
-}  // namespace
-
 ImportWishes importWishes(std::vector<std::string> words) {
   ImportWishes wishes;
   CLI::App grammar;
   addImportOptions(grammar, wishes);
-  if (parseWords(grammar, std::move(words)) && !wishes.file.empty()) return wishes;
+  if (readWords(grammar, std::move(words)) && !wishes.file.empty()) return wishes;
   throw std::invalid_argument("usage: .import FILE [--add] [--format NAME] [--encoding NAME]");
 }
 
@@ -310,8 +318,16 @@ ExportWishes exportWishes(std::vector<std::string> words) {
   CLI::App grammar;
   grammar.add_option("FILE", wishes.file)->required()->check(notEmpty("a file"));
   addExportOptions(grammar, wishes);
-  if (parseWords(grammar, std::move(words))) return wishes;
+  if (readWords(grammar, std::move(words))) return wishes;
   throw std::invalid_argument("usage: .export FILE [--format NAME]");
+}
+
+ScanWishes scanWishes(std::vector<std::string> words) {
+  ScanWishes wishes;
+  CLI::App grammar;
+  addScanOptions(grammar, wishes);
+  if (readWords(grammar, std::move(words))) return wishes;
+  throw std::invalid_argument("usage: .scan FILE... [--json] [--import [--add]]");
 }
 
 }  // namespace virtualtv::shell

@@ -11,7 +11,7 @@
 #include "shell/Check.h"
 #include "shell/Lines.h"
 
-// What the program and `.import` are told. The library that reads it is slow to compile, so one source has it.
+// What the program, `.import` and `.scan` are told. The library that reads it is slow to compile, so one source has it.
 
 namespace virtualtv::shell {
 
@@ -25,6 +25,14 @@ struct ImportWishes {
 struct ExportWishes {
   std::string file;  ///< of `.export`
   const import::Format* format = &defaultExportFormat();
+};
+
+/// What `scan` and `.scan` are told.
+struct ScanWishes {
+  std::vector<std::string> files;
+  bool json = false;    ///< a document in place of a table
+  bool import = false;  ///< into the set
+  bool add = false;     ///< keep the services that are there
 };
 
 /// What `serve` is told.
@@ -45,7 +53,7 @@ struct ServeWishes {
   bool isInMemory() const { return fresh || !snapshot.empty(); }
 };
 
-enum class Task { shell, exec, check, import, exportList, serve };
+enum class Task { shell, exec, check, import, exportList, scan, serve };
 
 /// What the program's arguments say.
 struct Wishes {
@@ -58,6 +66,7 @@ struct Wishes {
   CheckOptions check;
   ImportWishes list;
   ExportWishes exported;
+  ScanWishes scan;
   ServeWishes serve;
 };
 
@@ -70,6 +79,9 @@ ImportWishes importWishes(std::vector<std::string> words);
 
 /// Reads the words behind `.export`. @throws std::invalid_argument for words that can't be understood.
 ExportWishes exportWishes(std::vector<std::string> words);
+
+/// Reads the words behind `.scan`. @throws std::invalid_argument likewise.
+ScanWishes scanWishes(std::vector<std::string> words);
 
 /// What `--format` takes.
 Lines namesOfFormats();

@@ -167,6 +167,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if (command == ".engine" && second) return session.client().openEngines();
   if (command == ".import") return importWords(session, words.back(), typed);
   if (command == ".export") return exportWords(session, words.back(), typed);
+  if (command == ".scan") return typed.starts_with('-') ? Lines{"--add", "--import", "--json"} : files(session, typed);
   constexpr std::array fileCommands{".source", ".snapshot", ".restore"};
   if (std::find(fileCommands.begin(), fileCommands.end(), command) != fileCommands.end()) return files(session, typed);
   return {};

@@ -11,6 +11,7 @@
 #include "set/SnapshotJson.h"
 #include "shell/Arguments.h"
 #include "shell/Help.h"
+#include "shell/Scan.h"
 #include "shell/ServiceTable.h"
 #include "shell/Session.h"
 #include "shell/Show.h"
@@ -205,6 +206,17 @@ Lines exportList(Session& session, const Words& words) {
   return lines;
 }
 
+Lines scan(Session& session, const Words& words) {
+  const ScanWishes wishes = scanWishes(words);
+  const broadcast::Scan found =
+      scanFiles(wishes.files, [&](const std::string& file, const TakeBlock& take) { session.readBlocks(file, take); });
+  Lines lines = scanLines(found, wishes);
+  if (found.services.empty()) lines.push_back(session.errorLine(noServiceIn(wishes.files)));
+  if (!wishes.import || found.services.empty()) return lines;
+  lines.push_back(session.device().import(wishes.files, found, wishes.add).summary());
+  return lines;
+}
+
 Lines services(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".services [COUNT | TEXT]");
   return serviceTable(session.device().tv().services(), words.empty() ? "" : words[0]);
@@ -336,6 +348,8 @@ constexpr std::array commands{
     DotCommand{".restart", "", "switch the set off and on; faults and latencies go", restart, true},
     DotCommand{".restore", "FILE", "make the set what a snapshot says, as if it had been switched on with it", restore,
                true},
+    DotCommand{".scan", "FILE... [--json] [--import [--add]]",
+               "find the services in recordings of broadcasts; import them, or add them to those there", scan},
     DotCommand{".services", "[COUNT | TEXT]", "list the services, the first few, or those with a text in the name",
                services},
     DotCommand{".set", "NAME VALUE", "turn a knob", set},

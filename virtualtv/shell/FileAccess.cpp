@@ -21,6 +21,9 @@ class AllFiles : public FileAccess {
     return fs::is_directory(status) ? Kind::directory : Kind::file;
   }
   std::string read(const fs::path& path, const std::string& name) const override { return readFile(path, name); }
+  void readBlocks(const fs::path& path, const std::string& name, const TakeBlock& take) const override {
+    readFileInBlocks(path, name, take);
+  }
   void save(const fs::path& path, std::string_view content, const std::string& name) const override {
     saveFile(path, content, name);
   }
@@ -29,6 +32,10 @@ class AllFiles : public FileAccess {
 }  // namespace
 
 std::string NoFiles::read(const fs::path&, const std::string& name) const {
+  failFile("read", name, reason_);
+}
+
+void NoFiles::readBlocks(const fs::path&, const std::string& name, const TakeBlock&) const {
   failFile("read", name, reason_);
 }
 

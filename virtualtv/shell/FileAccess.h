@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "shell/Files.h"
+
 namespace virtualtv::shell {
 
 /// What a session reaches of files. What fails throws std::runtime_error `cannot read NAME: REASON`, or `write`.
@@ -22,6 +24,8 @@ class FileAccess {
   virtual Kind kindOf(const std::filesystem::path& path) const = 0;
   /// All of a file. @param name  what messages call it.
   virtual std::string read(const std::filesystem::path& path, const std::string& name) const = 0;
+  /// The same block by block, whatever its length.
+  virtual void readBlocks(const std::filesystem::path& path, const std::string& name, const TakeBlock& take) const = 0;
   virtual void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const = 0;
 };
 
@@ -36,6 +40,7 @@ class NoFiles : public FileAccess {
   std::filesystem::path start() const override { return {}; }
   Kind kindOf(const std::filesystem::path&) const override { return Kind::file; }
   std::string read(const std::filesystem::path& path, const std::string& name) const override;
+  void readBlocks(const std::filesystem::path& path, const std::string& name, const TakeBlock& take) const override;
   void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
 
  private:

@@ -10,6 +10,7 @@
 #include <new>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 #include "shell/OpenFile.h"
 #include "shell/Reason.h"
@@ -90,6 +91,21 @@ std::string readStream(std::FILE* stream, const std::string& name) {
   } catch (const std::bad_alloc&) {
     failFile("read", name, notEnoughMemory);
   }
+}
+
+void readBlocks(std::FILE* stream, const std::string& name, const TakeBlock& take) {
+  constexpr std::size_t blockSize = 262'144;
+  std::vector<std::uint8_t> block(blockSize);
+  while (const std::size_t count = std::fread(block.data(), 1, block.size(), stream)) {
+    take(std::span<const std::uint8_t>(block).first(count));
+  }
+  if (std::ferror(stream) != 0) failFile("read", name, errno);
+}
+
+void readFileInBlocks(const fs::path& path, const std::string& name, const TakeBlock& take) {
+  const File file(std::fopen(path.c_str(), "rb"));
+  if (!file) failFile("read", name, errno);
+  readBlocks(file.get(), name, take);
 }
 
 bool readLine(std::FILE* stream, const std::string& name, std::size_t most, std::string& line) {

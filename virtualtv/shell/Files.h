@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,6 +22,15 @@ inline std::string readFile(const std::filesystem::path& path) {
 
 /// All that is left of a stream. @param name  what messages call it. @throws std::runtime_error as `readFile` does.
 std::string readStream(std::FILE* stream, const std::string& name);
+
+/// Takes the bytes of a file block by block; those of a block are gone when it returns.
+using TakeBlock = std::function<void(std::span<const std::uint8_t>)>;
+
+/// All that is left of a stream, of any length. @param name  what messages call it. @throws std::runtime_error
+/// `cannot read NAME: REASON`, and what `take` throws.
+void readBlocks(std::FILE* stream, const std::string& name, const TakeBlock& take);
+/// All of a file, likewise.
+void readFileInBlocks(const std::filesystem::path& path, const std::string& name, const TakeBlock& take);
 
 /// Reads the next line of a stream, without its line break. One of more than `most` bytes is cut, to one byte more than
 /// that, so that it takes no more memory; the rest of it is passed over.

@@ -8,6 +8,7 @@
 
 #include "framework/Reply.h"
 #include "set/SnapshotJson.h"
+#include "shell/Scan.h"
 #include "shell/Transcript.h"
 #include "text/Units.h"
 
@@ -156,6 +157,21 @@ void Scribe::put(const device::ListImported& list) {
   putInput("> .import", words);
   for (std::string& line : report.problemLines()) lines_.push_back(std::move(line));
   lines_.push_back(report.summary());
+}
+
+/// Broadcasts are not kept with the transcript: their files must be there still when it is replayed.
+void Scribe::put(const device::ScanImported& act) {
+  if (act.files.empty()) {
+    lines_.push_back("# " + act.report.summary() + ", from a broadcast that a client sent and that is not kept");
+    return;
+  }
+  const ScanWishes wishes{.files = act.files, .json = false, .import = true, .add = act.add};
+  Lines words = wishes.files;
+  words.emplace_back("--import");
+  if (act.add) words.emplace_back("--add");
+  putInput("> .scan", words);
+  for (std::string& line : scanLines(*act.scan, wishes)) lines_.push_back(std::move(line));
+  lines_.push_back(act.report.summary());
 }
 
 void Scribe::put(const device::SnapshotRestored& restored) {

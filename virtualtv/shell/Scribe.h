@@ -39,6 +39,7 @@ class Scribe {
   void put(const device::KnobTurned& turned);
   void put(const device::SettingGiven& setting);
   void put(const device::ListImported& list);
+  void put(const device::ScanImported& scan);
   void put(const device::SnapshotRestored& restored);
   void put(const device::ApplicationGiven& application);
 

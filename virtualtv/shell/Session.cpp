@@ -115,6 +115,10 @@ NamedList Session::readList(const std::string& file) const {
   return shell::readList(files_, resolve(file), file);
 }
 
+void Session::readBlocks(const std::string& file, const TakeBlock& take) const {
+  files_.readBlocks(resolve(file), file, take);
+}
+
 void Session::save(const std::string& file, std::string_view content) const {
   files_.save(resolve(file), content, file);
 }

@@ -90,6 +90,8 @@ class Session {
   std::string read(const std::string& file) const;
   /// The channel list of a file or directory that an input names.
   NamedList readList(const std::string& file) const;
+  /// Takes it block by block, whatever its length.
+  void readBlocks(const std::string& file, const TakeBlock& take) const;
   /// Notes a finding of the input that runs.
   void note(std::string finding);
   /// The first input says that the transcript was recorded: there are no findings then. Does nothing behind that.

@@ -18,6 +18,7 @@
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/Transcript.h"
+#include "virtualtv/broadcast/Broadcast.h"
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {
@@ -82,6 +83,24 @@ TEST_F(RecordingTest, TellsCommandsAndTheirRepliesOfAllSessions) {
             "# Engines of session c0ffee-1 are called 1:NAME.\n> .engine 1:main\n"
             "> '+x' '' 'it'\\''s' $'a\\nb\\001'\nempty\n>+ any 1 2 3 4 5\nascii any,1,2,3,4,5\n"
             "> .engine main\n> refuse 7\nrefused int 7\n> .close 1:main\n> .close main\n");
+  expectPassed();
+}
+
+TEST_F(RecordingTest, TellsOfScansOfFilesAndRemarksOnOthers) {
+  const broadcast_tests::Blob bytes = broadcast_tests::oneService().bytes;
+  test::write(folder / "news.ts", {bytes.begin(), bytes.end()});
+  record();
+  Session own(device(), folder.path());
+  own.run(".scan news.ts --import --add");
+  device().import(std::vector<std::string>{}, broadcast_tests::scan(bytes), false);
+  end();
+  const std::string text = recorded();
+  EXPECT_NE(text.find("> .scan news.ts --import --add\n  NUMBER "), std::string::npos) << text;
+  EXPECT_NE(
+      text.find("\n# imported 1 service: 0 added, 0 changed, 81 gone, from a broadcast that a client sent and that "
+                "is not kept\n"),
+      std::string::npos)
+      << text;
   expectPassed();
 }
 

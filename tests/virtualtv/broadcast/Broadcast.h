@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "broadcast/Scanner.h"
+
+/// Small broadcasts for tests: bits, descriptors, sections and packets put together by hand, and views of what a
+/// scanner finds in them.
+namespace broadcast_tests {
+
+using Blob = std::vector<std::uint8_t>;
+
+/// Appends the last to the first.
+Blob operator+(Blob front, const Blob& back);
+/// A number of that many bytes, the most significant one first.
+Blob number(std::uint64_t value, int bytes);
+Blob text(const std::string& text);
+/// Behind its length in one byte.
+Blob counted(const std::string& text);
+Blob descriptor(int tag, const Blob& body);
+/// Behind its length in 12 bits.
+Blob loop(const Blob& descriptors);
+
+/// A whole section. @param length  what its head says, in place of the truth.
+struct Head {
+  int version = 0;
+  int section = 0;
+  int last = 0;
+  bool isCurrent = true;
+};
+Blob section(int table, int extension, const Blob& body, const Head& head = {});
+/// A section with the checksum that its content has.
+Blob sealed(Blob content);
+
+Blob programs(int stream, const std::vector<std::pair<int, int>>& maps, const Head& head = {});
+Blob elementary(int type, int pid, const Blob& descriptors = {});
+Blob programMap(int program, const Blob& streams, const Blob& descriptors = {}, const Head& head = {});
+Blob described(int program, int type, const std::string& provider, const std::string& name, bool isScrambled = false);
+Blob services(int stream, int network, const Blob& services, bool isActual = true, const Head& head = {});
+Blob sent(int stream, int network, const Blob& descriptors);
+Blob networkTable(const std::string& name, const Blob& streams, bool isActual = true);
+/// What is on: section 0 is the present event, section 1 the following one.
+Blob events(int program, int stream, int network, int number, const Blob& events);
+Blob language(const std::string& letters, int type);
+
+/// A transport stream in the making.
+class Stream {
+ public:
+  /// @param before, behind  bytes in front of each packet and behind it.
+  explicit Stream(std::size_t before = 0, std::size_t behind = 0) : before_(before), behind_(behind) {}
+
+  /// Appends the packets of a section.
+  Stream& add(int pid, const Blob& section);
+  /// Appends a packet with this payload, which is filled up.
+  Stream& packet(int pid, Blob payload, bool starts, int scrambling = 0);
+  Stream& filler(int count);
+  /// The next packet of a PID counts so many further.
+  Stream& lose(int pid, int packets);
+
+  Blob bytes;
+
+ private:
+  std::size_t before_;
+  std::size_t behind_;
+  std::map<int, int> counters_;
+};
+
+/// A television service with a picture and sound in English, program 1 of stream 2 in network 3.
+Stream oneService();
+
+/// @param block  how many bytes the scanner gets at a time; 0 for all.
+virtualtv::broadcast::Scan scan(const Blob& bytes, std::size_t block = 0);
+/// The service that is alone in a scan without problems; fails the test where it isn't so.
+virtualtv::broadcast::FoundService only(const Blob& bytes);
+/// `at: reason` of each problem.
+std::vector<std::string> problems(const virtualtv::broadcast::Scan& scan);
+/// The scan as a document in one line.
+std::string document(const virtualtv::broadcast::Scan& scan);
+
+}  // namespace broadcast_tests

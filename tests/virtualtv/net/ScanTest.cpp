@@ -1,0 +1,90 @@
+// Broadcasts that clients send.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include "services/ServiceStore.h"
+#include "virtualtv/broadcast/Broadcast.h"
+#include "virtualtv/net/Served.h"
+
+namespace virtualtv::net {
+namespace {
+
+std::string textOf(const broadcast_tests::Blob& bytes) {
+  return {bytes.begin(), bytes.end()};
+}
+
+std::string head(const std::string& query, const std::string& more) {
+  return "POST /scan" + query + " HTTP/1.1\nHost: localhost\n" + more;
+}
+
+std::string headFor(const std::string& body, const std::string& query = "") {
+  return head(query, "Content-Type: application/octet-stream\nContent-Length: " + std::to_string(body.size()) + "\n");
+}
+
+class ScanOverHttpTest : public ::testing::Test {
+ protected:
+  std::size_t services() {
+    std::size_t count = 0;
+    served.onDevice([&](device::Device& device) { count = device.tv().services().size(); });
+    return count;
+  }
+
+  const broadcast_tests::Blob bytes = broadcast_tests::oneService().bytes;
+  const std::string found = broadcast_tests::document(broadcast_tests::scan(bytes));
+  Served served;
+  Wire wire{served.port()};
+};
+
+TEST_F(ScanOverHttpTest, TellsWhatIsInABroadcast) {
+  const Reply reply = wire.ask(headFor(textOf(bytes)), textOf(bytes));
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_EQ(reply.body, found);
+  EXPECT_EQ(reply.headers.at("content-type"), "application/json");
+  EXPECT_EQ(services(), 81U);
+  EXPECT_EQ(wire.ask(headFor(""), "").body, R"({"packets":0,"problems":[],"services":[]})");
+}
+
+TEST_F(ScanOverHttpTest, ImportsOrAddsWhatIsInABroadcast) {
+  EXPECT_EQ(wire.ask(headFor(textOf(bytes), "?import=1&add=1"), textOf(bytes)).body, found);
+  EXPECT_EQ(services(), 82U);
+  EXPECT_EQ(wire.ask(headFor(textOf(bytes), "?import=1"), textOf(bytes)).body, found);
+  EXPECT_EQ(services(), 1U);
+  EXPECT_EQ(wire.ask(headFor("", "?import=1"), "").status, 200);
+  EXPECT_EQ(services(), 1U);
+}
+
+TEST_F(ScanOverHttpTest, TakesABroadcastInChunksThatIsLongerThanAnyMessage) {
+  const std::string filler = textOf(broadcast_tests::Stream().filler(5000).bytes);  // 0.9 MB
+  wire.sendRequest(head("", "Content-Type: application/octet-stream\nTransfer-Encoding: chunked\n"));
+  const auto chunk = [](const std::string& content) {
+    std::array<char, 16> size{};
+    std::snprintf(size.data(), size.size(), "%zx\r\n", content.size());
+    return size.data() + content + "\r\n";
+  };
+  for (int at = 0; at < 40; ++at) wire.send(chunk(filler));
+  wire.send(chunk(textOf(bytes)));
+  wire.send("0\r\n\r\n");
+  const Reply reply = wire.reply();
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_NE(reply.body.find("{\"packets\":200003,"), std::string::npos) << reply.body.substr(0, 100);
+  EXPECT_NE(reply.body.find("\"name\":\"News\""), std::string::npos);
+}
+
+TEST_F(ScanOverHttpTest, DoesNotReserveWhatALengthClaims) {
+  wire.sendRequest(head("", "Content-Type: application/octet-stream\nContent-Length: 999999999999999999\n"),
+                   textOf(bytes));
+  wire.close();
+  Wire another(served.port());
+  EXPECT_EQ(another.ask(headFor(textOf(bytes)), textOf(bytes)).body, found);
+}
+
+TEST_F(ScanOverHttpTest, TakesBytesAlone) {
+  EXPECT_EQ(wire.ask(head("", "Content-Type: application/json\nContent-Length: 0\n"), "").status, 415);
+  EXPECT_EQ(wire.ask("GET /scan HTTP/1.1\nHost: localhost\n").headers.at("allow"), "POST");
+}
+
+}  // namespace
+}  // namespace virtualtv::net

@@ -1,0 +1,155 @@
+// The table of a network: its name, how its transport streams are sent, and the numbers of their services.
+#include <algorithm>
+#include <array>
+
+#include "broadcast/Tables.h"
+#include "import/ServiceList.h"
+#include "import/Streams.h"
+
+namespace virtualtv::broadcast {
+
+namespace {
+
+enum Tag : unsigned {
+  NETWORK_NAME = 0x40,
+  SATELLITE_DELIVERY = 0x43,
+  CABLE_DELIVERY = 0x44,
+  TERRESTRIAL_DELIVERY = 0x5A,
+  PRIVATE_DATA_SPECIFIER = 0x5F,
+  EXTENSION = 0x7F,
+  LOGICAL_CHANNELS = 0x83,
+};
+
+/// Whose logical channel numbers have 14 bits in place of 10.
+constexpr std::uint32_t nordic = 0x00000029;
+
+template <std::size_t size>
+Modulation modulationAt(const std::array<Modulation, size>& modulations, unsigned number) {
+  return number < size ? modulations[number] : MODULATION_UNKNOWN;
+}
+
+/// A frequency in tens of hertz, as kHz; 0 where it is none that channels have.
+int groundFrequency(std::uint64_t tensOfHertz) {
+  return import::isGroundFrequency(tensOfHertz * 10) ? static_cast<int>((tensOfHertz + 50) / 100) : 0;
+}
+
+Delivery readTerrestrial(Bits bits) {
+  constexpr std::array<int, 4> bandwidths{8000, 7000, 6000, 5000};
+  constexpr std::array modulations{MODULATION_QPSK, MODULATION_QAM_16, MODULATION_QAM_64};
+  Delivery delivery;
+  delivery.frequency = groundFrequency(bits.get(32));
+  const unsigned bandwidth = bits.get(3);
+  if (bandwidth < bandwidths.size()) delivery.bandwidth = bandwidths[bandwidth];
+  bits.skip(5);
+  delivery.modulation = modulationAt(modulations, bits.get(2));
+  return delivery;
+}
+
+/// The second generation may be sent in several cells; the first one's frequency is taken.
+Delivery readSecondTerrestrial(Bits bits) {
+  constexpr std::array<int, 6> bandwidths{8000, 7000, 6000, 5000, 10000, 1712};
+  Delivery delivery;
+  bits.skip(8 + 16 + 2);
+  const unsigned bandwidth = bits.get(4);
+  if (!bits.isSound()) return delivery;
+  if (bandwidth < bandwidths.size()) delivery.bandwidth = bandwidths[bandwidth];
+  bits.skip(2 + 3 + 3 + 1);
+  const bool isSliced = bits.get(1) != 0;
+  bits.skip(16 + (isSliced ? 8 : 0));
+  const std::uint32_t frequency = bits.get(32);
+  if (bits.isSound()) delivery.frequency = groundFrequency(frequency);
+  return delivery;
+}
+
+Delivery readCable(Bits bits) {
+  constexpr std::array modulations{MODULATION_UNKNOWN, MODULATION_QAM_16,  MODULATION_QAM_32,
+                                   MODULATION_QAM_64,  MODULATION_QAM_128, MODULATION_QAM_256};
+  Delivery delivery;
+  delivery.antenna = ANTENNA_CABLE;
+  delivery.frequency = groundFrequency(static_cast<std::uint64_t>(bits.decimal(8).value_or(0)) * 10);
+  bits.skip(12 + 4);
+  delivery.modulation = modulationAt(modulations, bits.get(8));
+  delivery.symbolRate = (bits.decimal(7).value_or(0) + 5) / 10;
+  return delivery;
+}
+
+Delivery readSatellite(Bits bits) {
+  constexpr std::array modulations{MODULATION_UNKNOWN, MODULATION_QPSK, MODULATION_PSK_8, MODULATION_QAM_16};
+  Delivery delivery;
+  delivery.antenna = ANTENNA_SATELLITE;
+  const int frequency = bits.decimal(8).value_or(0) * 10;
+  if (import::isSatelliteFrequency(static_cast<std::uint64_t>(frequency))) delivery.frequency = frequency;
+  const int tenths = bits.decimal(4).value_or(0);
+  const bool isEast = bits.get(1) != 0;
+  if (bits.isSound() && tenths <= 1800) delivery.position = import::orbitalSource(tenths, !isEast);
+  delivery.polarisation = "HVLR"[bits.get(2)];
+  bits.skip(2);
+  const bool isSecondGeneration = bits.get(1) != 0;
+  delivery.modulation = modulationAt(modulations, bits.get(2));
+  if (isSecondGeneration && delivery.modulation == MODULATION_QPSK) delivery.modulation = MODULATION_QPSK_S2;
+  delivery.symbolRate = (bits.decimal(7).value_or(0) + 5) / 10;
+  return delivery;
+}
+
+std::optional<Delivery> readDelivery(const Descriptor& descriptor) {
+  constexpr unsigned secondTerrestrial = 0x04;
+  Bits bits(descriptor.body);
+  switch (descriptor.tag) {
+    case TERRESTRIAL_DELIVERY:
+      return readTerrestrial(bits);
+    case CABLE_DELIVERY:
+      return readCable(bits);
+    case SATELLITE_DELIVERY:
+      return readSatellite(bits);
+    case EXTENSION:
+      if (bits.get(8) == secondTerrestrial) return readSecondTerrestrial(bits);
+      return std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Numbers of 10 bits, or of 14 in the north of Europe. 0 is no number.
+void readNumbers(Bits bits, bool isNordic, std::map<int, ChannelNumber>& numbers) {
+  while (bits.left() >= 4) {
+    const int program = bits.number(16);
+    ChannelNumber number;
+    number.isVisible = bits.get(1) != 0;
+    bits.skip(isNordic ? 1 : 5);
+    number.major = bits.number(isNordic ? 14 : 10);
+    if (number.major != 0) numbers[program] = number;
+  }
+}
+
+NetworkStream readStream(Bits& bits, bool& isSound) {
+  NetworkStream stream;
+  stream.id.stream = bits.number(16);
+  stream.id.network = bits.number(16);
+  bits.skip(4);
+  std::uint32_t owner = 0;
+  isSound &= eachDescriptor(bits.take(bits.get(12)), [&](const Descriptor& descriptor) {
+    Bits body(descriptor.body);
+    if (descriptor.tag == PRIVATE_DATA_SPECIFIER) owner = body.get(32);
+    if (descriptor.tag == LOGICAL_CHANNELS) readNumbers(body, owner == nordic, stream.numbers);
+    if (!stream.delivery) stream.delivery = readDelivery(descriptor);
+  });
+  return stream;
+}
+
+}  // namespace
+
+Network readNetwork(const Section& section) {
+  Network network;
+  Bits bits(section.body);
+  bits.skip(4);
+  network.isSound = eachDescriptor(bits.take(bits.get(12)), [&](const Descriptor& descriptor) {
+    if (descriptor.tag == NETWORK_NAME) network.name = textOf(descriptor.body);
+  });
+  bits.skip(4);
+  Bits streams(bits.take(bits.get(12)));
+  while (streams.left() >= 6) network.streams.push_back(readStream(streams, network.isSound));
+  network.isSound &= bits.isSound() && bits.left() == 0 && streams.isSound() && streams.left() == 0;
+  return network;
+}
+
+}  // namespace virtualtv::broadcast

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "broadcast/Findings.h"
+#include "broadcast/Found.h"
+#include "broadcast/Packets.h"
+#include "broadcast/Sections.h"
+#include "broadcast/Troubles.h"
+#include "import/Import.h"
+
+namespace virtualtv::broadcast {
+
+/// Finds the services in transport streams, one after the other. Takes them block by block, of any size, and bounded
+/// memory whatever they hold. What is damaged is left out, counted and told; the rest is used.
+class Scanner {
+ public:
+  Scanner();
+
+  /// Takes the next bytes of a stream, which are not needed afterwards.
+  void feed(Bytes block);
+
+  /// Ends a stream; the bytes that follow are another one. @param file  stands in problems; may be empty.
+  void endStream(const std::string& file = "");
+
+  /// What all streams that have ended told.
+  Scan finish() const;
+
+  /// How many packets were read so far.
+  std::uint64_t packets() const { return before_ + packets_.count(); }
+
+ private:
+  /// A PID of the present stream.
+  struct Pid {
+    std::uint8_t counter = unknown;  ///< of its last packet
+    bool isRepeated = false;         ///< that packet came twice
+    bool isScrambled = false;
+    bool hasTables = false;
+  };
+
+  static constexpr std::uint8_t unknown = 0xFF;
+
+  void drain();
+  void take(const std::uint8_t* packet);
+  void takePayload(int pid, const std::uint8_t* packet);
+  bool isRepetition(int pid, const std::uint8_t* packet);
+  void takeSection(int pid, Bytes bytes);
+  bool isNew(int pid, const Section& section, Bytes bytes);
+  void watch(int pid);
+  void trouble(Trouble kind, int pid);
+
+  Packets packets_;
+  std::uint64_t before_ = 0;  ///< packets of earlier streams
+  std::vector<Pid> pids_;
+  std::map<int, SectionAssembler> assemblers_;  ///< by PID
+  /// Checksums of sections, by their tables and what tells them apart there.
+  std::map<unsigned, std::unordered_map<std::uint64_t, std::uint32_t>> seen_;
+  Findings findings_;
+  Troubles troubles_;
+  import::Problems problems_;
+};
+
+}  // namespace virtualtv::broadcast

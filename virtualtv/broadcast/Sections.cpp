@@ -1,0 +1,70 @@
+#include "broadcast/Sections.h"
+
+#include <algorithm>
+#include <array>
+
+namespace virtualtv::broadcast {
+
+namespace {
+
+constexpr std::array<std::uint32_t, 256> makeTable() {
+  constexpr std::uint32_t polynomial = 0x04C11DB7;
+  std::array<std::uint32_t, 256> table{};
+  for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+    std::uint32_t value = byte << 24U;
+    for (int bit = 0; bit < 8; ++bit) value = value << 1U ^ ((value >> 31U) != 0 ? polynomial : 0U);
+    table[byte] = value;
+  }
+  return table;
+}
+
+constexpr std::size_t checksumSize = 4;
+
+}  // namespace
+
+std::uint32_t checksum(Bytes bytes) {
+  static constexpr std::array<std::uint32_t, 256> table = makeTable();
+  std::uint32_t value = 0xFFFFFFFF;
+  for (const std::uint8_t byte : bytes) value = value << 8U ^ table[value >> 24U ^ byte];
+  return value;
+}
+
+std::optional<Section> readSection(Bytes bytes, Flaw& flaw) {
+  flaw = Flaw::none;
+  Bits bits(bytes);
+  Section section{};
+  section.table = bits.get(8);
+  const bool isLong = bits.get(1) != 0;
+  bits.skip(3);
+  const std::size_t length = bits.get(12);
+  if (!bits.isSound() || length != bits.left()) flaw = Flaw::length;
+  if (!isLong || flaw != Flaw::none) return std::nullopt;
+  section.extension = bits.number(16);
+  bits.skip(2);
+  section.version = bits.get(5);
+  section.isCurrent = bits.get(1) != 0;
+  section.number = bits.get(8);
+  const unsigned last = bits.get(8);
+  if (!bits.isSound() || bits.left() < checksumSize || section.number > last) {
+    flaw = Flaw::length;
+  } else if (checksum(bytes) != 0) {
+    flaw = Flaw::checksum;
+  }
+  if (flaw != Flaw::none) return std::nullopt;
+  section.body = bits.take(bits.left() - checksumSize);
+  return section;
+}
+
+std::size_t SectionAssembler::size() const {
+  return headSize + ((section_[1] & 0x0FU) << 8U | section_[2]);
+}
+
+/// Takes the part of a payload that belongs to the section, its head first. @return the number of bytes.
+std::size_t SectionAssembler::fill(Bytes payload) {
+  const std::size_t wanted = section_.size() < headSize ? headSize : size();
+  const std::size_t count = std::min(wanted - section_.size(), payload.size());
+  section_.insert(section_.end(), payload.begin(), payload.begin() + static_cast<std::ptrdiff_t>(count));
+  return count;
+}
+
+}  // namespace virtualtv::broadcast

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "broadcast/Bits.h"
+
+namespace virtualtv::broadcast {
+
+/// A section of a table whose checksum is right: what its head says, and what stands between head and checksum.
+struct Section {
+  unsigned table;    ///< id of the table
+  int extension;     ///< transport stream, program or network, depending on the table
+  unsigned version;  ///< 0 to 31
+  bool isCurrent;    ///< false: it will hold some time later
+  unsigned number;   ///< of this section in its table
+  Bytes body;
+};
+
+/// Why bytes are no section that can be used.
+enum class Flaw { none, length, checksum };
+
+/// Reads a section, without looking beyond its bytes.
+/// @param flaw  receives why the result is nothing; `none` for a section of the short kind, which has no checksum.
+std::optional<Section> readSection(Bytes bytes, Flaw& flaw);
+
+/// The checksum of sections: 0 over one that is sound, its own checksum included.
+std::uint32_t checksum(Bytes bytes);
+
+/// Puts together the sections of one PID from the payloads of its packets. Holds at most one section, of 4 KiB.
+class SectionAssembler {
+ public:
+  /// Calls `take` with the bytes of each section that a payload completes; they stay until the call ends.
+  /// @param starts  the packet says that a section starts in its payload.
+  template <typename Take>
+  void feed(Bytes payload, bool starts, Take take) {
+    if (starts) {
+      Bits bits(payload);
+      const unsigned pointer = bits.get(8);
+      const Bytes before = bits.take(pointer);
+      if (!bits.isSound()) return drop();
+      append(before, take);
+      section_.clear();
+      isOpen_ = true;
+      payload = bits.rest();
+    }
+    append(payload, take);
+  }
+
+  /// Forgets what it has of a section, of which something is missing.
+  void drop() {
+    section_.clear();
+    isOpen_ = false;
+  }
+
+ private:
+  static constexpr std::size_t headSize = 3;
+  static constexpr std::uint8_t stuffing = 0xFF;
+
+  /// Several sections may follow one another; stuffing ends them.
+  template <typename Take>
+  void append(Bytes payload, Take take) {
+    while (isOpen_ && !payload.empty()) {
+      if (section_.empty() && payload.front() == stuffing) return drop();
+      payload = payload.subspan(fill(payload));
+      if (!isWhole()) continue;
+      take(Bytes(section_));
+      section_.clear();
+    }
+  }
+
+  std::size_t fill(Bytes payload);
+  std::size_t size() const;
+  bool isWhole() const { return section_.size() >= headSize && section_.size() == size(); }
+
+  std::vector<std::uint8_t> section_;
+  bool isOpen_ = false;  ///< a section has started, and nothing of it is missing
+};
+
+}  // namespace virtualtv::broadcast

@@ -1,0 +1,159 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "broadcast/Bits.h"
+#include "broadcast/Sections.h"
+#include "import/Raster.h"
+#include "services/ChannelType.h"
+#include "services/Modulation.h"
+#include "services/Service.h"
+
+// What the tables of a broadcast tell, section by section. A reader takes what is sound of a section and says by
+// `isSound` whether all of it was: loops or descriptors may claim to be longer than what holds them.
+
+namespace virtualtv::broadcast {
+
+/// Ids of tables.
+enum Table : unsigned {
+  PROGRAM_ASSOCIATION = 0x00,
+  PROGRAM_MAP = 0x02,
+  NETWORK_ACTUAL = 0x40,
+  NETWORK_OTHER = 0x41,
+  SERVICES_ACTUAL = 0x42,
+  SERVICES_OTHER = 0x46,
+  EVENTS_ACTUAL = 0x4E,  ///< present and following; so below
+  EVENTS_OTHER = 0x4F,
+  CHANNELS_TERRESTRIAL = 0xC8,
+  CHANNELS_CABLE = 0xC9,
+};
+
+/// A transport stream in the world. The network is -1 where no table tells it.
+struct StreamId {
+  int network = -1;  ///< original network id
+  int stream = -1;   ///< transport stream id
+
+  auto operator<=>(const StreamId&) const = default;
+};
+
+/// A service in the world.
+struct ServiceName {
+  StreamId stream;
+  int program = 0;
+
+  auto operator<=>(const ServiceName&) const = default;
+};
+
+/// Programs and the PIDs of their maps; program 0 stands for the network table.
+struct Programs {
+  std::vector<std::pair<int, int>> maps;
+  bool isSound = true;
+};
+
+Programs readPrograms(const Section& section);
+
+/// What a program map tells: the streams of a program. Texts are in no character table.
+struct ProgramMap {
+  bool isProtected = false;  ///< it names a system of conditional access
+  bool hasPicture = false;
+  std::vector<int> pids;  ///< of all streams
+  std::vector<AudioTrack> audio;
+  std::vector<SubtitleTrack> subtitles;
+  bool isSound = true;
+  bool isWhole = true;  ///< false: it tells of more tracks than are kept
+
+  static constexpr std::size_t mostTracks = 64;  ///< of each kind
+};
+
+ProgramMap readProgramMap(const Section& section);
+
+/// A service as its broadcaster describes it.
+struct Description {
+  int program = 0;
+  bool isScrambled = false;
+  std::optional<ServiceKind> kind;
+  std::string provider;  ///< as broadcast, like the next
+  std::string name;
+};
+
+struct Descriptions {
+  StreamId stream;
+  std::vector<Description> services;
+  bool isSound = true;
+};
+
+Descriptions readDescriptions(const Section& section);
+
+/// How a transport stream is sent, in the units of the set. What is not told keeps its default.
+struct Delivery {
+  EAntennaMode antenna = ANTENNA_TERRESTRIAL;
+  import::Raster raster = import::Raster::european;
+  int frequency = 0;      ///< kHz
+  int bandwidth = 0;      ///< kHz
+  char polarisation = 0;  ///< 'H', 'V', 'L' or 'R'
+  Modulation modulation = MODULATION_UNKNOWN;
+  int symbolRate = 0;           ///< ksym/s
+  std::optional<int> position;  ///< of the satellite, see `import::orbitalSource`
+};
+
+/// The number under which viewers know a service.
+struct ChannelNumber {
+  int major = 0;
+  int minor = 0;
+  bool isVisible = true;
+};
+
+struct NetworkStream {
+  StreamId id;
+  std::optional<Delivery> delivery;
+  std::map<int, ChannelNumber> numbers;  ///< by program
+};
+
+struct Network {
+  std::string name;  ///< as broadcast
+  std::vector<NetworkStream> streams;
+  bool isSound = true;
+};
+
+Network readNetwork(const Section& section);
+
+/// A channel of an American table.
+struct Channel {
+  int stream = 0;
+  int program = 0;
+  std::string name;  ///< marked as pairs of bytes, as European broadcasts do
+  ChannelNumber number;
+  std::optional<ServiceKind> kind;
+  bool isScrambled = false;
+  Modulation modulation = MODULATION_UNKNOWN;
+};
+
+struct Channels {
+  std::vector<Channel> channels;
+  bool isSound = true;
+};
+
+Channels readChannels(const Section& section);
+
+/// What is on.
+struct Event {
+  std::string name;  ///< as broadcast, like the next
+  std::string text;
+  std::optional<std::int64_t> start;  ///< seconds since 1970, UTC
+  std::optional<int> duration;        ///< seconds
+};
+
+struct Events {
+  ServiceName service;
+  std::optional<Event> event;
+  bool isSound = true;
+};
+
+/// The first event of a section: section 0 has the present one, section 1 the following one.
+Events readEvents(const Section& section);
+
+}  // namespace virtualtv::broadcast
