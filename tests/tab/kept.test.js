@@ -116,6 +116,17 @@ test('a second tab is told, and has the TV when the first one is closed', async 
   assert.equal(await country(other), '42')
 })
 
+test('a page that has the TV already is told so, and has it again once it is closed', async () => {
+  await open()
+  await make()
+  const failure = await make()
+  assert.deepEqual([failure.name, failure.what], ['EmpTvError', 'in use'])
+  assert.equal(failure.message, "persist 'living room': this page has this TV already; close() it, or take another key")
+  await page.evaluate(() => { tv.set('country', 42).then(() => tv.close()) })
+  assert.equal(await make(), undefined, 'without waiting for its end')
+  assert.equal(await country(), '42')
+})
+
 for (const [what, record, reason] of [
   ['of another version', {format: 1, snapshot: {version: 99}}, /its?|version: .* not 99/],
   ['that is no snapshot', {format: 1, snapshot: {broken: true}}, /not a snapshot of a set/],

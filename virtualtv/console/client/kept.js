@@ -23,9 +23,11 @@ const done = request => new Promise((resolve, reject) => {
   request.onerror = () => reject(request.error)
 })
 
+const own = new Set()  // keys that this page has
+
 /**
  * Takes the key for this page. @param patience  ms for another page to give it back
- * @return what gives it back, fulfilled when others can have it @throws EmpTvError where another tab has it
+ * @return what gives it back, fulfilled when others can have it @throws EmpTvError where another tab has it, or this page
  */
 async function lock(key, patience) {
   const {navigator} = globalThis
@@ -35,7 +37,9 @@ async function lock(key, patience) {
   try {
     return await new Promise((resolve, reject) => {
       const given = navigator.locks.request(`emp-window ${key}`, {signal: AbortSignal.timeout(patience)}, () => new Promise(release => {
+        own.add(key)
         resolve(() => {
+          own.delete(key)
           release()
           return given
         })
@@ -44,7 +48,8 @@ async function lock(key, patience) {
     })
   } catch (cause) {
     if (cause.name !== 'TimeoutError') throw failure(key, "this page can't lock it", cause)
-    throw new EmpTvError('in use', `persist '${key}': another tab has this TV; close that tab, or take another key`, {cause})
+    const who = own.has(key) ? 'this page has this TV already; close() it' : 'another tab has this TV; close that tab'
+    throw new EmpTvError('in use', `persist '${key}': ${who}, or take another key`, {cause})
   }
 }
 
