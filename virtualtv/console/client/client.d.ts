@@ -50,8 +50,8 @@ export class EmpConnectionError extends Error {
 export class EmpTvError extends Error {
   /**
    * What is to blame: the module, the snapshot or the list that was given; there is not enough memory; it has broken down
-   * (`failed`). With `persist`: another tab or this page has the TV (`in use`), the browser can't keep it (`storage`), or what it keeps can't
-   * be used (`kept`).
+   * (`failed`). With `persist`: another tab or this page has the TV (`in use`), the browser can't keep it (`storage`), or what it
+   * keeps can't be used (`kept`).
    */
   readonly what: 'module' | 'snapshot' | 'list' | 'memory' | 'failed' | 'in use' | 'storage' | 'kept'
   /** What is wrong with a snapshot, a list or what is kept, and where. */
