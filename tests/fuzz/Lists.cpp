@@ -1,5 +1,6 @@
 // Channel lists of any bytes, read as each format and in several encodings: every service is one that the set can keep,
-// and is kept as it was read; to import it again changes nothing; every problem names its place, a
+// and is kept as it was read; to import it again changes nothing; an
+// export has the services that it tells of; every problem names its place, a
 // line of the list where it has lines, and reads as one line.
 #include <algorithm>
 #include <cstddef>
@@ -9,6 +10,7 @@
 #include <string_view>
 
 #include "fuzz/support/Demand.h"
+#include "import/Export.h"
 #include "import/Import.h"
 #include "services/ServiceStore.h"
 #include "support/bench/Bench.h"
@@ -59,6 +61,21 @@ void keep(virtualtv::Tv& tv, const std::vector<Service>& services) {
   }
 }
 
+/// What is exported holds as many services as it says, and what was read in a format and told to be whole is read again
+/// as it was.
+void exportAll(const std::vector<Service>& services) {
+  for (const Format& format : virtualtv::import::formats()) {
+    if (!virtualtv::import::isWritten(format)) continue;
+    virtualtv::import::Exporter exporter(format);
+    for (const Service& service : services) exporter.add(service);
+    const virtualtv::import::Exported exported = exporter.finish();
+    demand(exported.services + exported.leftOut == services.size(), "services are neither exported nor left out");
+    const Result again = virtualtv::import::read(exported.content, format);
+    demand(again.services.size() == exported.services, "an export has another number of services than told");
+    demand(again.problems.unread() == 0, "an export has what can't be read");
+  }
+}
+
 void importAgain(virtualtv::Tv& tv, const std::vector<Service>& services) {
   const auto last = static_cast<virtualtv::ServiceKey>(services.size());
   tv.tune(virtualtv::WindowId::main, last);
@@ -84,6 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       if (result.services.empty()) continue;
       keep(bench.tv(), result.services);
       importAgain(bench.tv(), result.services);
+      exportAll(result.services);
     }
   }
   return 0;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "broadcast/Found.h"
+#include "channels/EditList.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
 
@@ -80,6 +81,11 @@ void Device::closeEngines(const std::string& why) {
 void Device::setKnob(const std::string& name, const std::string& value) {
   virtualtv::setKnob(tv(), name, value);
   if (hearsActs_) tell(KnobTurned{name, value});
+}
+
+void Device::editService(const std::string& service, const std::string& edit, const std::string& value) {
+  virtualtv::editService(tv(), service, edit, value);
+  if (hearsActs_) tell(ServiceEdited{service, edit, value});
 }
 
 void Device::setSetting(const std::string& key, const Setting& value) {

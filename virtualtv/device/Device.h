@@ -81,6 +81,8 @@ class Device {
 
   /// @throws what `virtualtv::setKnob` throws.
   void setKnob(const std::string& name, const std::string& value);
+  /// @throws what `virtualtv::editService` throws.
+  void editService(const std::string& service, const std::string& edit, const std::string& value);
   /// @throws StoreError.
   void setSetting(const std::string& key, const Setting& value);
   /// @return false when it was not set. @throws StoreError.

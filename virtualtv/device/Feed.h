@@ -61,6 +61,11 @@ struct KnobTurned {
   std::string name;
   std::string value;
 };
+struct ServiceEdited {
+  std::string service;  ///< in the words of `.service`
+  std::string edit;
+  std::string value;
+};
 struct SettingGiven {
   std::string key;
   std::optional<Setting> value;  ///< nothing where it was removed
@@ -88,7 +93,8 @@ struct ApplicationGiven {
   std::string widgetId;
 };
 
-using Act = std::variant<KnobTurned, SettingGiven, ListImported, ScanImported, SnapshotRestored, ApplicationGiven>;
+using Act = std::variant<KnobTurned, ServiceEdited, SettingGiven, ListImported, ScanImported, SnapshotRestored,
+                         ApplicationGiven>;
 
 /// Something that happened on a device.
 struct Happening {

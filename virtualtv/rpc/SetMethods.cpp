@@ -124,6 +124,15 @@ Json::Value services(const Call& call) {
   return answer;
 }
 
+Json::Value editService(const Call& call) {
+  const Json::Value none("");
+  const Json::Value& value = call.params.has("value") ? call.params.value("value") : none;
+  if (!value.isString() && !value.isInt64())
+    throw Failure(Code::badParameters, "value: a text or a whole number is wanted");
+  call.core.device().editService(call.params.text("service"), call.params.text("change"), value.asString());
+  return call.core.revision();
+}
+
 Json::Value problemOf(const import::Problem& problem) {
   Json::Value json;
   if (problem.line) json["line"] = *problem.line;
@@ -328,6 +337,14 @@ const std::array setRows{
                "services": {"type": "array", "items": {"$ref": "#/components/schemas/Service"}}},
                "additionalProperties": false})",
            services},
+    Method{"tv.editService",
+           "rename, renumber, move, hide, lock or remove a service of the list",
+           {{"service", textSchema, "its id, or #KEY", true},
+            {"change", R"({"enum": ["rename", "renumber", "move", "hide", "lock", "remove"]})", "what to do with it",
+             true},
+            {"value", textOrNumber, "the name, the number, on or off; none to remove it"}},
+           revisionResult,
+           editService},
     Method{"tv.import",
            "replace the services by those of a channel list, or add these",
            {{"content", textSchema, "the list", true},

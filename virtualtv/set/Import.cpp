@@ -1,4 +1,5 @@
-// The verb that takes in a channel list, and what becomes of the services that windows show.
+// The verbs that change the list of services, and what becomes of the services that windows show.
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -90,6 +91,70 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   state_ = std::move(next);
   raise(std::move(changes));
   return counts;
+}
+
+/// Changes the list and the state in one transaction.
+void Tv::changeList(const char* what, const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
+  ServiceStore& store = storage_.parts().services;
+  replacing_.tell();
+  const std::size_t before = store.size();
+  TvState next = state_;
+  Transaction transaction(storage_.parts().database, what);
+  const ServiceChanges counts = change(store, next);
+  storage_.parts().state.setAll(keptOf(next));
+  transaction.commit();
+  std::vector<Change> changes{ServicesChanged{before, store.size(), counts}};
+  appendChanges(state_, next, changes);
+  state_ = std::move(next);
+  raise(std::move(changes));
+}
+
+bool Tv::removeService(ServiceKey service) {
+  const std::optional<Service> gone = services().read(service);
+  if (!gone) return false;
+  changeList("remove a service", [&](ServiceStore& store, TvState& next) {
+    store.remove(service);
+    const std::vector<ServiceKey> left = store.keys();
+    const ServiceKey first = left.empty() ? 0 : left.front();
+    for (WindowState& window : next.windows) {
+      if (window.service == service) window.bring(first);
+      if (window.previousService == service) window.previousService = 0;
+    }
+    if (const auto other = store.read(first); other && !store.keyOf(next.startServiceId)) {
+      const auto id = other->numbers.find(TCServiceData::SERVICE_ID);
+      if (id != other->numbers.end()) next.startServiceId = id->second;
+    }
+    return ServiceChanges{.gone = 1};
+  });
+  return true;
+}
+
+bool Tv::moveService(ServiceKey service, ServiceKey place) {
+  std::vector<ServiceKey> keys = services().keys();
+  const auto from = std::find(keys.begin(), keys.end(), service);
+  const auto to = std::find(keys.begin(), keys.end(), place);
+  if (from == keys.end() || to == keys.end()) return false;
+  const auto start = std::min(from, to);
+  const auto end = std::max(from, to) + 1;
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> numbers;
+  for (auto key = start; key != end; ++key) {
+    const std::optional<Service> one = services().read(*key);
+    const auto major = one->numbers.find(TCServiceData::MAJOR);
+    if (major == one->numbers.end()) return false;
+    const auto minor = one->numbers.find(TCServiceData::MINOR);
+    numbers.emplace_back(major->second, minor == one->numbers.end() ? 0 : minor->second);
+  }
+  if (from == to) return true;
+  from < to ? std::rotate(from, from + 1, end) : std::rotate(to, from, end);
+  changeList("move a service", [&](ServiceStore& store, TvState&) {
+    for (auto key = start; key != end; ++key) {
+      const auto& [major, minor] = numbers[static_cast<std::size_t>(key - start)];
+      store.set(*key, TCServiceData::MAJOR, major);
+      store.set(*key, TCServiceData::MINOR, minor);
+    }
+    return ServiceChanges{.changed = numbers.size()};
+  });
+  return true;
 }
 
 void Tv::removeServices() {

@@ -13,7 +13,8 @@
 #include "set/State.h"
 #include "text/Numbers.h"
 
-// What the knobs are put together from: the tables, one a subject, and what these share. Used by the knobs alone.
+// What the knobs are put together from: the tables, one a subject, and what these share. Used by the knobs, and where
+// services are edited.
 
 namespace virtualtv::knobparts {
 

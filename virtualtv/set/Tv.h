@@ -135,6 +135,13 @@ class Tv {
   ServiceChanges import(const std::vector<Service>& services, bool add);
   /// Takes all services out of the set; its windows show none then.
   void removeServices();
+  /// Takes one service out. A window that shows it shows the first of the others; the set starts with that where it
+  /// started with this one. @return false when there is no such service.
+  bool removeService(ServiceKey service);
+  /// Puts a service where another one stands in the list: it gets that one's number, and those between the two places
+  /// each get the number beside theirs. @return false, and nothing is changed, when there is no such service or one of
+  /// them has no number.
+  bool moveService(ServiceKey service, ServiceKey place);
   /// Back to the embedded set, settings keys included.
   void reset();
   /// Puts a snapshot in place of all that the set persists; the rest is as when it is switched on. All of it or
@@ -166,6 +173,7 @@ class Tv {
   void commit(TvState next, const char* lastService = nullptr);
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
+  void changeList(const char* what, const std::function<ServiceChanges(ServiceStore&, TvState&)>& change);
   bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
   void raise(std::vector<Change> changes) noexcept;
 

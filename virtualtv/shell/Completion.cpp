@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "catalogue/Catalogue.h"
+#include "channels/EditList.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
 #include "shell/Arguments.h"
@@ -148,6 +149,12 @@ Lines importWords(Session& session, const std::string& before, const std::string
   return typed.starts_with('-') ? Lines{"--add", "--encoding", "--format"} : files(session, typed);
 }
 
+Lines editWords() {
+  Lines names;
+  for (const ServiceEdit& edit : serviceEdits()) names.emplace_back(edit.name);
+  return names;
+}
+
 Lines exportWords(Session& session, const std::string& before, const std::string& typed) {
   if (before == "--format") return namesOfWrittenFormats();
   return typed.starts_with('-') ? Lines{"--format"} : files(session, typed);
@@ -165,6 +172,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   if ((command == ".trace" || command == ".log") && second) return {"on", "off"};
   if (command == ".help" && second) return helpTopics();
   if (command == ".engine" && second) return session.client().openEngines();
+  if (command == ".service" && words.size() == 2) return editWords();
   if (command == ".import") return importWords(session, words.back(), typed);
   if (command == ".export") return exportWords(session, words.back(), typed);
   if (command == ".scan") return typed.starts_with('-') ? Lines{"--add", "--import", "--json"} : files(session, typed);

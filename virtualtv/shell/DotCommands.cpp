@@ -217,6 +217,12 @@ Lines scan(Session& session, const Words& words) {
   return lines;
 }
 
+Lines service(Session& session, const Words& words) {
+  wantCount(words, 2, 3, ".service ID rename|renumber|move|hide|lock|remove [VALUE]");
+  session.device().editService(words[0], words[1], words.size() == 3 ? words[2] : "");
+  return {};
+}
+
 Lines services(Session& session, const Words& words) {
   wantCount(words, 0, 1, ".services [COUNT | TEXT]");
   return serviceTable(session.device().tv().services(), words.empty() ? "" : words[0]);
@@ -350,6 +356,8 @@ constexpr std::array commands{
                true},
     DotCommand{".scan", "FILE... [--json] [--import [--add]]",
                "find the services in recordings of broadcasts; import them, or add them to those there", scan},
+    DotCommand{".service", "ID rename NAME|renumber NUMBER|move NUMBER|hide on|off|lock on|off|remove",
+               "edit a service of the list; ID is a service id, or #KEY as .services shows it", service},
     DotCommand{".services", "[COUNT | TEXT]", "list the services, the first few, or those with a text in the name",
                services},
     DotCommand{".set", "NAME VALUE", "turn a knob", set},

@@ -140,6 +140,12 @@ void Scribe::put(const device::KnobTurned& turned) {
   putInput("> .set", {turned.name, turned.value});
 }
 
+void Scribe::put(const device::ServiceEdited& edited) {
+  Lines words{edited.service, edited.edit};
+  if (!edited.value.empty()) words.push_back(edited.value);
+  putInput("> .service", words);
+}
+
 void Scribe::put(const device::SettingGiven& setting) {
   if (!setting.value) return putInput("> .vconf", {"unset", setting.key});
   const int* const number = std::get_if<int>(&*setting.value);

@@ -37,6 +37,7 @@ class Scribe {
   void put(const device::FaultGone& fault);
   void put(const device::Act& act);
   void put(const device::KnobTurned& turned);
+  void put(const device::ServiceEdited& edited);
   void put(const device::SettingGiven& setting);
   void put(const device::ListImported& list);
   void put(const device::ScanImported& scan);

@@ -182,6 +182,8 @@ std::vector<Verb> verbs() {
           {"adjust", [](Tv& tv) { tv.adjust([](TvState& state) { state.country = 99; }); }},
           {"pass", [](Tv& tv) { tv.pass(5); }, true},
           {"import", [](Tv& tv) { tv.import(oneService(), false); }},
+          {"removeService", [](Tv& tv) { tv.removeService(3); }},
+          {"moveService", [](Tv& tv) { tv.moveService(4, 8); }, true},
           {"removeServices", [](Tv& tv) { tv.removeServices(); }},
           {"reset", [](Tv& tv) { tv.reset(); }},
           {"restore", [](Tv& tv) {

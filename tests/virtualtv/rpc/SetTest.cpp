@@ -96,6 +96,28 @@ TEST_F(SetMethods, ImportLists) {
   EXPECT_EQ(result("tv.import", named({{"content", list}, {"add", true}, {"format", "vdr"}}))["changed"], 0);
 }
 
+TEST_F(SetMethods, ExportLists) {
+  result("tv.import", named({{"content", list}}));
+  const Json::Value exported = result("tv.export", named({{"format", "vdr"}}));
+  EXPECT_EQ(exported["content"], list);
+  EXPECT_EQ(exported["services"], 2);
+  EXPECT_EQ(exported["lost"].size(), 0U);
+  const Json::Value whole = result("tv.export")["content"];
+  EXPECT_EQ(result("tv.import", named({{"content", whole}}))["changed"], 0);
+  EXPECT_EQ(result("tv.export", named({{"format", "m3u"}}))["leftOut"], 2);
+  EXPECT_EQ(codeOf(client.call("tv.export", named({{"format", "zap"}}))), 1002);
+}
+
+TEST_F(SetMethods, EditServices) {
+  result("tv.import", named({{"content", list}}));
+  result("tv.editService", named({{"service", "#1"}, {"change", "renumber"}, {"value", 7}}));
+  EXPECT_EQ(result("tv.services", named({{"major", 7}}))["total"], 1);
+  result("tv.editService", named({{"service", "#1"}, {"change", "remove"}}));
+  EXPECT_EQ(result("tv.services")["total"], 1);
+  EXPECT_EQ(codeOf(client.call("tv.editService", named({{"service", "#1"}, {"change", "remove"}}))), 1002);
+  EXPECT_EQ(codeOf(client.call("tv.editService", named({{"service", "#2"}, {"change", "paint"}}))), 1002);
+}
+
 TEST_F(SetMethods, SayWhyAListIsNotImported) {
   const Json::Value before = result("tv.services")["total"];
   for (const auto& params : {named({{"content", "nothing known"}}), named({{"content", list}, {"format", "x"}}),

@@ -5,6 +5,7 @@
 #include "seam/Seam.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
+#include "shell/Files.h"
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {
@@ -371,6 +372,29 @@ TEST_F(DotCommandTest, ImportTakesTheOptionsOfTheProgram) {
   EXPECT_TRUE(run(".import --format= list").starts_with("error: --format: ")) << "and list is not its value";
   EXPECT_EQ(run(".import list --format other"), "error: --format: other not in {vdr,dvbv5,zap,lamedb,m3u,json}");
   EXPECT_EQ(lines(".import list --format dvbv5").back(), "error: list: no service in it");
+}
+
+TEST_F(DotCommandTest, ExportWritesAListAndTellsWhatItCantHold) {
+  const std::string list = "One;Net:474000:B8C23D12G4M64T8Y0:T:27500:101:102:0:0:1:1:1:0\n";
+  test::write(folder / "list", list);
+  run(".import list");
+  EXPECT_EQ(lines(".export out --format vdr"), (Lines{"exported 1 service"}));
+  EXPECT_EQ(readFile(folder / "out"), list);
+  run(".service #1 lock on");
+  EXPECT_EQ(lines(".export out --format=vdr"), (Lines{"exported 1 service", "vdr can't hold all: lock of 1 service"}));
+  EXPECT_EQ(lines(".export out"), (Lines{"exported 1 service"}));
+  EXPECT_EQ(run(".import out"), "imported 1 service: 0 added, 0 changed, 0 gone; 0 lines could not be read");
+  EXPECT_EQ(run(".export out --format m3u"), "error: m3u can hold none of the services");
+  EXPECT_EQ(run(".export out --format zap"), "error: --format: zap not in {vdr,dvbv5,m3u,json}");
+  EXPECT_EQ(run(".export"), "error: usage: .export FILE [--format NAME]");
+}
+
+TEST_F(DotCommandTest, ServiceEditsTheList) {
+  run(".service #1 rename 'Mine: first'");
+  EXPECT_EQ(getKnob(tv(), "service.#1.name"), "\"Mine: first\"");
+  EXPECT_EQ(run(".service #1 paint"),
+            "error: one of rename, renumber, move, hide, lock, remove is wanted, not 'paint'");
+  EXPECT_TRUE(run(".service #1").starts_with("error: usage: .service ID "));
 }
 
 TEST_F(DotCommandTest, ImportReadsALamedbWithItsBouquetsFromADirectory) {

@@ -265,6 +265,15 @@ TEST_F(RecordingTest, EndsWhereItCantBeWrittenAndCanBeReplayedUpToThere) {
   expectPassed();
 }
 
+TEST_F(RecordingTest, TellsOfServicesThatAreEdited) {
+  record();
+  device().editService("#2", "rename", "Mine and yours");
+  device().editService("#3", "remove", "");
+  end();
+  EXPECT_EQ(recorded(), "> .recorded\n> .service #2 rename 'Mine and yours'\n> .service #3 remove\n");
+  expectPassed();
+}
+
 TEST_F(RecordingTest, EndsWhereAListCantBeKept) {
   record();
   test::write(folder / "rec.txt.d", "in the way");
