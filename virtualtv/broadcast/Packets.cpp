@@ -136,7 +136,7 @@ bool Packets::keepsSync() {
   return right >= fewest;
 }
 
-const std::uint8_t* Packets::next() {
+const std::uint8_t* Packets::search() {
   if (std::exchange(isTold_, false)) skip(distance_);
   while (true) {
     if (distance_ == 0 && !findSync()) return nullptr;

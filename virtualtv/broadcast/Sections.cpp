@@ -7,15 +7,26 @@ namespace virtualtv::broadcast {
 
 namespace {
 
-constexpr std::array<std::uint32_t, 256> makeTable() {
+/// What a byte does to a checksum, and what it does when up to seven bytes follow it: eight bytes at a time are read
+/// so.
+using Table = std::array<std::uint32_t, 256>;
+using Tables = std::array<Table, 8>;
+
+constexpr Tables makeTables() {
   constexpr std::uint32_t polynomial = 0x04C11DB7;
-  std::array<std::uint32_t, 256> table{};
-  for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+  Tables tables{};
+  for (std::uint32_t byte = 0; byte < 256; ++byte) {
     std::uint32_t value = byte << 24U;
     for (int bit = 0; bit < 8; ++bit) value = value << 1U ^ ((value >> 31U) != 0 ? polynomial : 0U);
-    table[byte] = value;
+    tables[0][byte] = value;
   }
-  return table;
+  for (std::size_t later = 1; later < tables.size(); ++later) {
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+      const std::uint32_t before = tables[later - 1][byte];
+      tables[later][byte] = before << 8U ^ tables[0][before >> 24U];
+    }
+  }
+  return tables;
 }
 
 constexpr std::size_t checksumSize = 4;
@@ -23,9 +34,15 @@ constexpr std::size_t checksumSize = 4;
 }  // namespace
 
 std::uint32_t checksum(Bytes bytes) {
-  static constexpr std::array<std::uint32_t, 256> table = makeTable();
+  static constexpr Tables tables = makeTables();
   std::uint32_t value = 0xFFFFFFFF;
-  for (const std::uint8_t byte : bytes) value = value << 8U ^ table[value >> 24U ^ byte];
+  for (; bytes.size() >= tables.size(); bytes = bytes.subspan(tables.size())) {
+    std::uint32_t next = 0;
+    for (std::size_t at = 0; at < 4; ++at) next ^= tables[7 - at][(value >> (24 - 8 * at) & 0xFFU) ^ bytes[at]];
+    for (std::size_t at = 4; at < 8; ++at) next ^= tables[7 - at][bytes[at]];
+    value = next;
+  }
+  for (const std::uint8_t byte : bytes) value = value << 8U ^ tables[0][value >> 24U ^ byte];
   return value;
 }
 
