@@ -47,7 +47,7 @@ class Scanner {
   void drain();
   void take(const std::uint8_t* packet);
   void takePayload(int pid, const std::uint8_t* packet);
-  bool isRepetition(int pid, const std::uint8_t* packet);
+  bool isRepetition(int number, const std::uint8_t* packet);
   void takeSection(int pid, Bytes bytes);
   bool isNew(int pid, const Section& section, Bytes bytes);
   void watch(int pid);
