@@ -15,6 +15,7 @@ import './window.js'
 const {EmpTvError, install} = globalThis[Symbol.for('emp-window/2')]
 
 function bytesOf(text) {
+  if (Uint8Array.fromBase64) return Uint8Array.fromBase64(text)  // not in older browsers, and a tenth of the time
   const characters = atob(text)
   const bytes = new Uint8Array(characters.length)
   for (let at = 0; at < bytes.length; ++at) bytes[at] = characters.charCodeAt(at)
