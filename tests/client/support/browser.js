@@ -47,6 +47,7 @@ export async function startBrowser() {
       page.setDefaultTimeout(patience)
       return page
     },
+    version: () => browser.version(),
     close: () => browser.close(),
   }
 }
