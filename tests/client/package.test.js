@@ -7,7 +7,7 @@ import vm from 'node:vm'
 import zlib from 'node:zlib'
 import {bundle} from '../../virtualtv/console/package/bundle.mjs'
 import {inflate} from '../../virtualtv/console/package/inflate.js'
-import {strip} from '../../virtualtv/console/package/strip.mjs'
+import {strip} from '../../virtualtv/console/package/sections.mjs'
 
 test('what zlib deflates is inflated, whatever its blocks are', async () => {
   const text = await readFile(new URL('../../docs/commands.json', import.meta.url))

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'
 import {test} from 'node:test'
-import {moduleOf, sectionsOf, strip} from '../../virtualtv/console/package/sections.mjs'
+import {moduleOf, sectionsOf} from '../../virtualtv/console/package/sections.mjs'
 import {started} from '../../virtualtv/console/package/started.mjs'
 import {createTv, urlOf} from './support/package.js'
 
@@ -24,10 +24,8 @@ test('the module offers what clients call, and nothing that it was laid with', (
   for (const name of ['_initialize', 'main', 'malloc', 'free', 'sbrk']) assert.ok(!names.includes(name), name)
 })
 
-test('sections are put together as they were, custom ones are left out on request', () => {
+test('sections are put together as they were', () => {
   assert.ok(own.equals(moduleOf(sectionsOf(own))))
-  const custom = {id: 0, body: Buffer.from([...text('name'), ...Array(300).fill(7)])}
-  assert.ok(own.equals(strip(moduleOf([custom, ...sectionsOf(own), custom]))))
 })
 
 test('a start that asks what differs from one load to another is refused', () => {
