@@ -5,7 +5,6 @@
 namespace broadcast_tests {
 namespace {
 
-using virtualtv::broadcast::Bytes;
 using virtualtv::broadcast::checksum;
 
 TEST(Section, HasTheChecksumOfItsStandard) {

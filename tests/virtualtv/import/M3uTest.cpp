@@ -5,7 +5,6 @@
 namespace import_tests {
 namespace {
 
-using virtualtv::Service;
 using Data = TCServiceData;
 using Strings = std::vector<std::string>;
 
