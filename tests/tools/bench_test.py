@@ -34,6 +34,7 @@ class BenchTest(ScratchTest):
         self.tool.process_rows = self.rows_of("15")
         self.server_rows = self.tool.server_rows
         self.tool.server_rows = self.rows_of("21")
+        self.tool.broadcast_rows = self.rows_of("22")
         self.tool.sizes.measure = lambda job, archive: [("text", "5 bytes")]
         self.tool.Job = self.job
         self.failure = None
@@ -71,7 +72,7 @@ class BenchTest(ScratchTest):
         status, out, err = self.run_tool()
         self.assertEqual((status, err), (0, ""))
         rows = out.split("\n\n")[0].splitlines()[1:]
-        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 22)])
+        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 23)])
         self.assertIn("text  5 bytes", out)
 
     def test_a_missed_target_is_told_and_ends_with_1(self):
@@ -90,7 +91,7 @@ class BenchTest(ScratchTest):
         self.assertNotIn("size", out)
 
     def test_rows_that_there_are_none_of_are_refused(self):
-        for wrong in ("0", "22", "x", ""):
+        for wrong in ("0", "23", "x", ""):
             with self.subTest(wrong=wrong):
                 status, _, err = self.run_tool("1", wrong)
                 self.assertEqual(status, 2)

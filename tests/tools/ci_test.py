@@ -4,7 +4,8 @@ import unittest
 
 from scratch import ScratchTest
 
-STEPS = ["test", "run", "tools/instructions", "tools/proof", "tools/wasm", "tools/check"]
+STEPS = ["test", "run", "tools/instructions", "tools/proof", "tools/wasm", "tools/build", "tools/site", "tools/check",
+         "tests/client/packages.sh", "tests/tab/run.sh"]
 
 
 class CiTest(ScratchTest):

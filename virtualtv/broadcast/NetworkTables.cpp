@@ -10,7 +10,7 @@ namespace virtualtv::broadcast {
 
 namespace {
 
-enum Tag : unsigned {
+enum NetworkTag : unsigned {
   NETWORK_NAME = 0x40,
   SATELLITE_DELIVERY = 0x43,
   CABLE_DELIVERY = 0x44,

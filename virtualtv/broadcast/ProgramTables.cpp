@@ -7,7 +7,7 @@ namespace virtualtv::broadcast {
 
 namespace {
 
-enum Tag : unsigned {
+enum ProgramTag : unsigned {
   REGISTRATION = 0x05,
   CONDITIONAL_ACCESS = 0x09,
   LANGUAGE = 0x0A,

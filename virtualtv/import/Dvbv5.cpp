@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -232,7 +233,7 @@ class Dvbv5Reader {
       problems_.add(unreadable(number, "the head of a section, " + quoted(line) + ", does not end with ]"));
       return;
     }
-    section_.emplace(number, line, *name);
+    section_ = std::make_unique<Section>(number, line, *name);
     leftOut_ = false;
   }
 
@@ -265,7 +266,7 @@ class Dvbv5Reader {
 
   ServiceList& list_;
   Problems& problems_;
-  std::optional<Section> section_;
+  std::unique_ptr<Section> section_;
   bool leftOut_ = false;  ///< lines up to the next head belong to nothing
 };
 
@@ -294,7 +295,8 @@ std::optional<std::size_t> findDvbv5(std::string_view content) {
 }
 
 void readDvbv5(std::string_view content, ServiceList& list, Problems& problems) {
-  Dvbv5Reader(list, problems).read(content);
+  Dvbv5Reader reader(list, problems);
+  reader.read(content);
 }
 
 }  // namespace virtualtv::import

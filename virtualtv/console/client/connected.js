@@ -121,6 +121,11 @@ export class Tv {
   removeSetting(key) { return this.call('tv.removeSetting', {key}) }
   check(transcript) { return this.call('tv.check', {transcript}) }
   import(content, options = {}) { return this.call('tv.import', {content, ...options}) }
+  export(format) { return this.call('tv.export', format === undefined ? {} : {format}) }
+  scan(options) { return this.call('tv.scan', options) }
+  editService(service, change, value) {
+    return this.call('tv.editService', value === undefined ? {service, change} : {service, change, value})
+  }
   async sessions() { return (await this.call('tv.sessions')).sessions }
   restart() { return this.call('tv.restart') }
   reset() { return this.call('tv.reset') }

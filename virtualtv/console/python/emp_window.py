@@ -323,6 +323,20 @@ class Tv:
         """Imports a channel list, given as its text. Answers its counts, and what it could not read."""
         return self.call("tv.import", _given(content=content, name=name, format=format, add=add, encoding=encoding))
 
+    def export(self, format: Optional[str] = None) -> dict[str, Any]:
+        """The services as a channel list in `content`; JSON, which holds all, or in another format. Counts what that can't hold."""
+        return self.call("tv.export", _given(format=format))
+
+    def scan(self, path: Optional[str] = None, *, content: Optional[bytes] = None, import_found: bool = False,
+             add: bool = False) -> dict[str, Any]:
+        """Finds the services in a recording of a broadcast: a file of the server's, or bytes. Imports them if that is asked for."""
+        text = None if content is None else base64.b64encode(content).decode("ascii")
+        return self.call("tv.scan", {**_given(path=path, content=text), "import": import_found, "add": add})
+
+    def edit_service(self, service: Union[str, int], change: str, value: Union[str, int, None] = None) -> None:
+        """Edits a service, by its id: rename, renumber, move, hide or lock (on, off), or remove."""
+        self.call("tv.editService", _given(service=str(service), change=change, value=value))
+
     def knobs(self) -> list[dict[str, Any]]:
         """What can be read and set from outside."""
         return self.call("tv.knobs")["knobs"]
