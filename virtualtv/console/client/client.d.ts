@@ -1,6 +1,6 @@
 /** The virtual TV: `createTv` in memory and `connect` to one on a server for tests and tools, `installWindow` for apps. */
 import type {
-  Commands, Events, Fault, Knob, KnobKind, Operation, Parameter, Service, Session, Setting, State, Why,
+  Commands, Events, Fault, Knob, KnobKind, Operation, Parameter, Scan, Service, Session, Setting, State, Why,
 } from './commands.js'
 import type {TranscriptOptions, TranscriptPlugin, TranscriptResult} from './transcript.js'
 
@@ -155,6 +155,28 @@ export interface ImportResult {
   problems: {line?: number, at: string, reason: string}[]
 }
 
+export interface ExportResult {
+  /** The list. */
+  content: string
+  /** How many services are in it. */
+  services: number
+  /** How many the format can't hold at all. */
+  leftOut: number
+  /** What it can't hold of the others, and of how many. */
+  lost: {what: string, services: number}[]
+}
+
+export interface ScanOptions {
+  /** A file of the server's, beneath the directory that clients may use. */
+  path?: string
+  /** The recording itself, in base64. */
+  content?: string
+  /** Replaces the services by those found. */
+  import?: boolean
+  /** Keeps the services that are there. */
+  add?: boolean
+}
+
 /** A connected client. Methods without a comment are the server's `tv.` method of the same name. */
 export interface Tv {
   readonly isVirtual: true
@@ -205,6 +227,13 @@ export interface Tv {
   check(transcript: string): Promise<{passed: boolean, diff: string}>
   /** Imports a channel list, given as its text. */
   import(content: string, options?: ImportOptions): Promise<ImportResult>
+  /** The services as a channel list: JSON, which holds all, or in another format. */
+  export(format?: 'vdr' | 'dvbv5' | 'm3u' | 'json'): Promise<ExportResult>
+  /** Finds the services in a recording of a broadcast: `path` or `content` is wanted. */
+  scan(options: ScanOptions): Promise<Scan>
+  /** Edits a service of the list, by its id. `value` is the name, the number, 'on' or 'off'; none to remove it. */
+  editService(service: string, change: 'rename' | 'renumber' | 'move' | 'hide' | 'lock' | 'remove',
+    value?: string | number): Promise<Revision>
   sessions(): Promise<Session[]>
   restart(): Promise<Revision>
   reset(): Promise<Revision>

@@ -739,6 +739,48 @@ export interface FavouritesEvent {
   topic: 'favourites'
 }
 
+/** A service that a broadcast carries or tells of. What it does not tell is left out. */
+export interface FoundService {
+  /** tracks; none of services that the broadcast does not carry */
+  audio: {
+    /** how it is coded */
+    coding?: 'mpeg' | 'aac' | 'ac3' | 'eac3'
+    /** three letters of ISO 639 */
+    language?: string
+    /** of its stream */
+    pid: number
+    /** ISO 639 audio type: 0 undefined, 1 clean effects, 2 hearing impaired, 3 visually impaired */
+    type: number
+  }[]
+  /** what it brings */
+  kind?: 'television' | 'radio' | 'data'
+  /** number under which viewers know it */
+  major?: number
+  /** part of that number in America, else 0 */
+  minor?: number
+  /** as viewers know it */
+  name?: string
+  /** of the network that its transport stream comes from */
+  originalNetworkId?: number
+  /** in its transport stream */
+  programNumber: number
+  /** who makes it */
+  provider?: string
+  /** it can't be watched without a subscription */
+  scrambled: boolean
+  /** likewise */
+  subtitles: {
+    /** three letters of ISO 639 */
+    language?: string
+    /** of its stream */
+    pid: number
+    /** how they are sent */
+    type: 'dvb' | 'teletext'
+  }[]
+  /** of its transport stream */
+  transportStreamId?: number
+}
+
 /** An input of the set. */
 export interface Input {
   /** as people know it */
@@ -980,6 +1022,21 @@ export interface Reply {
   units?: number[]
   /** none where it is empty */
   value?: number | string
+}
+
+/** What is in a broadcast. */
+export interface Scan {
+  /** how many were read */
+  packets: number
+  /** what is wrong with it, a hundred at most */
+  problems: {
+    /** the place, as in packet 12 */
+    at: string
+    /** in words */
+    reason: string
+  }[]
+  /** those that it carries first */
+  services: FoundService[]
 }
 
 /** A service. */
