@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "broadcast/Bits.h"
@@ -37,7 +38,12 @@ struct StreamId {
   int network = -1;  ///< original network id
   int stream = -1;   ///< transport stream id
 
-  auto operator<=>(const StreamId&) const = default;
+  bool operator<(const StreamId& other) const {
+    return std::tie(network, stream) < std::tie(other.network, other.stream);
+  }
+  bool operator==(const StreamId& other) const {
+    return std::tie(network, stream) == std::tie(other.network, other.stream);
+  }
 };
 
 /// A service in the world.
@@ -45,7 +51,12 @@ struct ServiceName {
   StreamId stream;
   int program = 0;
 
-  auto operator<=>(const ServiceName&) const = default;
+  bool operator<(const ServiceName& other) const {
+    return std::tie(stream, program) < std::tie(other.stream, other.program);
+  }
+  bool operator==(const ServiceName& other) const {
+    return std::tie(stream, program) == std::tie(other.stream, other.program);
+  }
 };
 
 /// Programs and the PIDs of their maps; program 0 stands for the network table.

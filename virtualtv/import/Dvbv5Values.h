@@ -39,6 +39,6 @@ struct Dvbv5Streams {
 
 /// PID_ is followed by the stream type of the program map, hexadecimal; the plain audio key has audio of any coding.
 /// @return nothing for a key of anything else.
-std::optional<Dvbv5Streams> dvbv5Streams(std::string_view key);
+std::optional<Dvbv5Streams> dvbv5Streams(std::string_view name);
 
 }  // namespace virtualtv::import

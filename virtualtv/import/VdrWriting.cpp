@@ -77,7 +77,7 @@ std::string nameField(std::string_view name) {
 }
 
 std::string parameters(const Entry& entry) {
-  const std::string modulation = modulationParameter(entry.modulation);
+  std::string modulation = modulationParameter(entry.modulation);
   if (entry.antenna == ANTENNA_SATELLITE) {
     const bool first = entry.modulation == MODULATION_QPSK;
     return (entry.polarisation == 0 ? "" : std::string(1, entry.polarisation)) + modulation + (first ? "S0" : "S1");

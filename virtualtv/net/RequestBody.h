@@ -18,6 +18,7 @@ namespace virtualtv::net {
 /// The body of a request, for the parser of requests: kept as a text, or handed on piece by piece where somebody takes
 /// it.
 struct RequestBody {
+  // NOLINTBEGIN(readability-identifier-naming): the parser knows them by these names
   struct value_type {
     std::string text = {};
     /// Takes the pieces as they come, each gone when it returns; empty where the text is to have them.
@@ -55,6 +56,7 @@ struct RequestBody {
    private:
     value_type& body_;
   };
+  // NOLINTEND(readability-identifier-naming)
 };
 
 }  // namespace virtualtv::net

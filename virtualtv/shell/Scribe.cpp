@@ -166,18 +166,18 @@ void Scribe::put(const device::ListImported& list) {
 }
 
 /// Broadcasts are not kept with the transcript: their files must be there still when it is replayed.
-void Scribe::put(const device::ScanImported& act) {
-  if (act.files.empty()) {
-    lines_.push_back("# " + act.report.summary() + ", from a broadcast that a client sent and that is not kept");
+void Scribe::put(const device::ScanImported& scan) {
+  if (scan.files.empty()) {
+    lines_.push_back("# " + scan.report.summary() + ", from a broadcast that a client sent and that is not kept");
     return;
   }
-  const ScanWishes wishes{.files = act.files, .json = false, .import = true, .add = act.add};
+  const ScanWishes wishes{.files = scan.files, .json = false, .import = true, .add = scan.add};
   Lines words = wishes.files;
   words.emplace_back("--import");
-  if (act.add) words.emplace_back("--add");
+  if (scan.add) words.emplace_back("--add");
   putInput("> .scan", words);
-  for (std::string& line : scanLines(*act.scan, wishes)) lines_.push_back(std::move(line));
-  lines_.push_back(act.report.summary());
+  for (std::string& line : scanLines(*scan.scan, wishes)) lines_.push_back(std::move(line));
+  lines_.push_back(scan.report.summary());
 }
 
 void Scribe::put(const device::SnapshotRestored& restored) {

@@ -96,9 +96,9 @@ Blob networkTable(const std::string& name, const Blob& streams, bool isActual) {
   return section(isActual ? 0x40 : 0x41, 9, loop(descriptor(0x40, text(name))) + loop(streams));
 }
 
-Blob events(int program, int stream, int network, int number_, const Blob& events) {
+Blob events(int program, int stream, int network, int place, const Blob& events) {
   const Blob front = number(static_cast<std::uint64_t>(stream), 2) + number(static_cast<std::uint64_t>(network), 2);
-  return section(0x4E, program, front + Blob{1, 0x4E} + events, {.section = number_, .last = 1});
+  return section(0x4E, program, front + Blob{1, 0x4E} + events, {.section = place, .last = 1});
 }
 
 Blob language(const std::string& letters, int type) {

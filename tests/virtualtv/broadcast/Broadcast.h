@@ -21,7 +21,7 @@ Blob operator+(Blob front, const Blob& back);
 Blob number(std::uint64_t value, int bytes);
 Blob text(const std::string& text);
 /// Behind its length in one byte.
-Blob counted(const std::string& text);
+Blob counted(const std::string& words);
 Blob descriptor(int tag, const Blob& body);
 /// Behind its length in 12 bits.
 Blob loop(const Blob& descriptors);
@@ -45,7 +45,7 @@ Blob services(int stream, int network, const Blob& services, bool isActual = tru
 Blob sent(int stream, int network, const Blob& descriptors);
 Blob networkTable(const std::string& name, const Blob& streams, bool isActual = true);
 /// What is on: section 0 is the present event, section 1 the following one.
-Blob events(int program, int stream, int network, int number, const Blob& events);
+Blob events(int program, int stream, int network, int place, const Blob& events);
 Blob language(const std::string& letters, int type);
 
 /// A transport stream in the making.

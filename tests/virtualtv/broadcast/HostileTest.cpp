@@ -40,13 +40,13 @@ class Load {
 
 TEST(Hostile, EndlessServicesAreKeptUpToANumber) {
   Load load;
-  int services_ = 0;
+  int made = 0;
   Stream all;
   for (int network = 0; network < 3; ++network) {
     for (int stream = 0; stream < 2700; ++stream) {
       Stream part;
       Blob body;
-      for (int at = 0; at < 3; ++at) body = body + described(++services_ % 65536, 1, "Coast", std::string(250, 'a'));
+      for (int at = 0; at < 3; ++at) body = body + described(++made % 65536, 1, "Coast", std::string(250, 'a'));
       part.add(0x11, services(stream, network, body, false));
       load.feed(part.filler(4));
     }

@@ -7,24 +7,28 @@
 namespace import_tests {
 namespace {
 
+void checkProblems(const virtualtv::import::Format& format, const virtualtv::import::Problems& problems) {
+  int line = 0;
+  for (const auto& problem : problems.kept()) {
+    if (!problem.line) {  // of a bouquet, or a list without lines
+      EXPECT_TRUE(format.name == "lamedb" || format.name == "json") << format.name;
+      continue;
+    }
+    EXPECT_GE(problem.line, 1);
+    EXPECT_GE(problem.line, format.name == "vdr" ? line : 0);
+    EXPECT_FALSE(problem.reason.empty());
+    EXPECT_LT(problem.reason.size(), 400U);
+    for (const char byte : problem.reason) EXPECT_GE(static_cast<unsigned char>(byte), 0x20);
+    line = *problem.line;
+  }
+}
+
 /// Reads it as any format, and checks what holds for every result.
 void readAll(const std::string& content) {
   virtualtv::import::recognise(content);
   for (const auto& format : virtualtv::import::formats()) {
     const auto result = virtualtv::import::read(content, format);
-    int line = 0;
-    for (const auto& problem : result.problems.kept()) {
-      if (!problem.line) {  // of a bouquet, or a list without lines
-        EXPECT_TRUE(format.name == "lamedb" || format.name == "json") << format.name;
-        continue;
-      }
-      EXPECT_GE(problem.line, 1);
-      EXPECT_GE(problem.line, format.name == "vdr" ? line : 0);
-      EXPECT_FALSE(problem.reason.empty());
-      EXPECT_LT(problem.reason.size(), 400U);
-      for (const char byte : problem.reason) EXPECT_GE(static_cast<unsigned char>(byte), 0x20);
-      line = *problem.line;
-    }
+    checkProblems(format, result.problems);
     for (const auto& service : result.services) {
       EXPECT_NE(number(service, TCServiceData::SERVICE_ID).value_or(0), 0U);
       EXPECT_LE(number(service, TCServiceData::ANTENNA_MODE).value_or(9), 2U);
