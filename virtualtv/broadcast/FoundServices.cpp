@@ -54,7 +54,7 @@ Entry entryOf(const FoundService& service, const std::string& name) {
 
 /// A moment as clocks of the world tell it: 2026-11-23T20:15:00Z.
 std::string momentOf(std::int64_t seconds) {
-  const std::time_t time = seconds;
+  const auto time = static_cast<std::time_t>(seconds);
   std::tm parts{};
   if (::gmtime_r(&time, &parts) == nullptr) return {};
   std::array<char, 32> text{};

@@ -33,7 +33,7 @@ std::uint64_t valueAt(const Values& values, std::size_t at, std::string_view wha
 
 template <std::size_t count>
 Modulation modulationAt(const Values& values, std::size_t at, const std::array<Modulation, count>& codes) {
-  return codes.at(valueAt(values, at, "modulation", count - 1));
+  return codes.at(static_cast<std::size_t>(valueAt(values, at, "modulation", count - 1)));
 }
 
 /// Tenths of a degree, to the west as negative ones or beyond 1800.
@@ -67,7 +67,7 @@ void readSatellite(Entry& entry, const Values& values) {
   entry.antenna = ANTENNA_SATELLITE;
   entry.frequency = static_cast<int>(kilohertz);
   entry.symbolRate = static_cast<int>((number(values[1], "symbol rate", 100'000'000) + 500) / 1000);
-  entry.polarisation = std::string_view("HVLR").at(number(values[2], "polarisation", 3));
+  entry.polarisation = std::string_view("HVLR").at(static_cast<std::size_t>(number(values[2], "polarisation", 3)));
   entry.source = readPosition(values[4]);
   const bool secondGeneration = valueAt(values, 7, "system", 1) == 1;
   entry.modulation = secondGeneration ? modulationAt(values, 8, modulations) : MODULATION_QPSK;
@@ -78,7 +78,7 @@ void readSatellite(Entry& entry, const Values& values) {
 int readBandwidth(std::string_view text) {
   constexpr std::array kilohertz{8000, 7000, 6000, 0, 5000, 1712, 10000};
   const std::uint64_t value = number(text, "bandwidth", 100'000'000);
-  if (value < kilohertz.size()) return kilohertz.at(value);
+  if (value < kilohertz.size()) return kilohertz.at(static_cast<std::size_t>(value));
   if (value >= 1'000'000) return static_cast<int>(value / 1000);
   throw Unreadable{"bandwidth " + quoted(text) + " is not known"};
 }

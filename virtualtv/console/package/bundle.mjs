@@ -14,7 +14,7 @@ function expressionOf(path, text, valueOf) {
       names.push(name)
       return ''
     })
-  const left = /^(?!\s*(?:\*|\/\/))(?:\s*(?:import\b(?!\()|export\b).*|.*\bimport\.meta\b.*)/m.exec(body)
+  const left = /^(?!\s*(?:\*|\/\/))(?:\s*(?:import\b(?!\()|export\b(?!\()).*|.*\bimport\.meta\b.*)/m.exec(body)
   if (left) throw new Error(`${path}: this can't go into a script: ${left[0].trim()}`)
   return `(() => {\n${body}\nreturn {${names.join(', ')}}\n})()`
 }
