@@ -74,3 +74,21 @@ test('a worker whose TV can not be made, and one whose TV is closed, end the con
   })
   assert.equal(outcome, 'EmpConnectionError: the TV in memory can\'t be reached: the TV in memory was closed')
 })
+
+test('a port whose other end is gone is closed nevertheless', async () => {
+  await page.goto(site.address)
+  const code = await page.evaluate(async () => {
+    const {PortSocket} = await import('/package/port.js')
+    const {port1, port2} = new MessageChannel()
+    const socket = new PortSocket(port1)
+    await new Promise(resolve => {
+      socket.onopen = resolve
+      port2.postMessage({open: true})
+    })
+    return new Promise(resolve => {
+      socket.onclose = closed => resolve(closed.code)
+      socket.close()
+    })
+  })
+  assert.equal(code, 1006)
+})

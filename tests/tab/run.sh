@@ -18,4 +18,4 @@ shift
 "$here/../client/packages.sh" "$EMP_WINDOW_CLIENT_PACKAGES"
 "$here/node18.sh" "$EMP_WINDOW_CLIENT_PACKAGES/node18"
 if [[ $# -gt 0 ]]; then tests=("$@"); else tests=("$here"/*.test.js); fi
-exec node --test --test-concurrency=1 "${tests[@]}"
+exec node --test --test-concurrency=1 --test-timeout=600000 "${tests[@]}"

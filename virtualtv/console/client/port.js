@@ -34,10 +34,13 @@ export function servePort(tv, port) {
   }
 }
 
+const patience = 2000  // ms for the other end to say that it has closed, which a worker that is gone never does
+
 /** The client's end: `connect(() => new PortSocket(port))`. A port serves one connection. */
 export class PortSocket {
   readyState = 0
   #port
+  #patience
 
   constructor(port) {
     this.#port = port
@@ -52,6 +55,7 @@ export class PortSocket {
     if (this.readyState >= 2) return
     this.readyState = 2
     this.#port.postMessage({close: true})
+    this.#patience = setTimeout(() => this.#take({closed: {code: 1006, reason: ''}}), patience)
   }
 
   #take(data) {
@@ -63,6 +67,7 @@ export class PortSocket {
       this.onopen?.()
     } else {
       this.readyState = 3
+      clearTimeout(this.#patience)
       this.#port.close()
       this.onclose?.(data.closed)
     }
