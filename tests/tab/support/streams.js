@@ -28,10 +28,9 @@ function textIn(file) {
   return Buffer.from(text).equals(bytes) ? text : bytes.toString('latin1')
 }
 
-/** Imports a list as each format, in several encodings, and looks at all that came of it. */
-function importsOf(file, formats) {
+/** Imports a list in each of some ways, and looks at all that came of it. */
+function importsOf(file, ways) {
   const content = textIn(file)
-  const ways = [undefined, ...formats].flatMap(format => encodings.map(encoding => ({format, encoding})))
   return {
     name: file.split('/').slice(-2).join('/'),
     calls: ways.flatMap(way => [['tv.import', {content, name: 'list', ...way}], run('FindChannel 0 1'), run('GetFullChannelList'), ...kept]),
@@ -58,6 +57,12 @@ export const simulation = folder => filesIn(folder, '.txt').map(streamOf)
 export const checks = () => filesIn(join(tests, 'fuzz/corpus/transcripts'), '').map(checkOf)
 export const snapshots = () => filesIn(join(tests, 'fuzz/corpus/snapshots'), '').map(restoresOf)
 
-/** @param formats  names of those that lists may have  @param folder  of more lists, where there is one */
-export const lists = (formats, folder) => [...filesIn(join(tests, 'fuzz/corpus/lists'), ''), ...folder ? filesIn(folder, '') : []]
-  .map(file => importsOf(file, formats))
+/**
+ * Short lists as each format, in several encodings; long ones as what they are.
+ * @param formats  names of those that lists may have  @param folder  of long lists, where there is one
+ */
+export function lists(formats, folder) {
+  const ways = [undefined, ...formats].flatMap(format => encodings.map(encoding => ({format, encoding})))
+  return [...filesIn(join(tests, 'fuzz/corpus/lists'), '').map(file => importsOf(file, ways)),
+    ...(folder ? filesIn(folder, '') : []).map(file => importsOf(file, [{}]))]
+}
