@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <sstream>
@@ -101,6 +102,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (leadsElsewhere(content)) return 0;
   const std::size_t end = content.find("\n\n");
   std::vector<std::string> words = virtualtv::shell::splitLines(content.substr(0, end));
+  for (std::string& word : words)
+    word.resize(std::strlen(word.c_str()));  // no word of a command line goes on behind a zero
   words.insert(words.begin(), "emp-window");
   const std::string input(end == content.npos ? std::string_view() : content.substr(end + 2));
 

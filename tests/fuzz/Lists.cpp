@@ -1,7 +1,6 @@
 // Channel lists of any bytes, read as each format and in several encodings: every service is one that the set can keep,
-// and is kept as it was read; to import it again changes nothing; an
-// export has the services that it tells of; every problem names its place, a
-// line of the list where it has lines, and reads as one line.
+// and is kept as it was read; to import it again changes nothing; an export has the services that it tells of; every
+// problem names its place, a line of the list where it has lines, and reads as one line.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -51,10 +51,10 @@ def scan(program, path):
 
 
 def measure(job, program):
-    """Rows as those of memory: times of the long file, by turns, and memory of both. None without a recording."""
+    """Rows as those of memory: times of the long file, by turns, and memory of both."""
     source = capture()
     if source is None:
-        return []
+        raise Failed(f"row 22 wants a recording, {CAPTURE} beside the folder that EMP_WINDOW_LISTS names")
     content = source.read_bytes()
     long_file = repeated(content, job.scratch / "long.ts", LONG)
     short_file = repeated(content, job.scratch / "short.ts", SHORT)

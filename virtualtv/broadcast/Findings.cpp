@@ -207,12 +207,12 @@ Findings::Owners Findings::owners() const {
   return owners;
 }
 
-/// The network of a stream of which no service is described, where a network table tells it.
-StreamId Findings::idOf(int stream) const {
-  for (const auto& [id, sent] : streams_) {
-    if (id.stream == stream) return id;
-  }
-  return {-1, stream};
+/// The networks that network tables tell of streams, which is where those of streams are known of which no service is
+/// described.
+std::map<int, StreamId> Findings::idsOfStreams() const {
+  std::map<int, StreamId> ids;
+  for (const auto& [id, sent] : streams_) ids.try_emplace(id.stream, id);
+  return ids;
 }
 
 /// Where no table tells how a stream is sent, its antenna is that of a stream of which one does.
@@ -265,10 +265,15 @@ void Findings::addTracks(const Program& program, FoundService& service) const {
 
 std::vector<FoundService> Findings::services() const {
   std::vector<FoundService> services;
-  Owners owners = this->owners();
+  const Owners owners = this->owners();
+  const std::map<int, StreamId> ids = idsOfStreams();
+  const auto nameOf = [&](const ProgramKey& key) -> ServiceName {
+    if (const auto owner = owners.find(key); owner != owners.end()) return owner->second;
+    const auto id = ids.find(key.first);
+    return {id == ids.end() ? StreamId{-1, key.first} : id->second, key.second};
+  };
   for (const auto& [key, program] : programs_) {
-    const auto owner = owners.find(key);
-    services.push_back(describe(owner == owners.end() ? ServiceName{idOf(key.first), key.second} : owner->second));
+    services.push_back(describe(nameOf(key)));
     addTracks(program, services.back());
   }
   for (const auto& [name, described] : described_) {

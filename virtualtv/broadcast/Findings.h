@@ -80,7 +80,7 @@ class Findings {
   Use readEventsOf(const Section& section);
 
   Owners owners() const;
-  StreamId idOf(int stream) const;
+  std::map<int, StreamId> idsOfStreams() const;
   FoundService describe(const ServiceName& name) const;
   Delivery deliveryOf(const ServiceName& name) const;
   void addTracks(const Program& program, FoundService& service) const;

@@ -14,44 +14,6 @@ std::string readText(Bits& bits) {
   return textOf(bits.take(bits.get(8)));
 }
 
-/// What a service type stands for; nothing for those that are not assigned.
-std::optional<ServiceKind> kindOfType(unsigned type) {
-  switch (type) {
-    case 0x01:
-    case 0x04:
-    case 0x05:
-    case 0x11:
-    case 0x16:
-    case 0x17:
-    case 0x18:
-    case 0x19:
-    case 0x1A:
-    case 0x1B:
-    case 0x1C:
-    case 0x1D:
-    case 0x1E:
-    case 0x1F:
-    case 0x20:
-      return ServiceKind::television;
-    case 0x02:
-    case 0x07:
-    case 0x0A:
-      return ServiceKind::radio;
-    case 0x03:
-    case 0x06:
-    case 0x08:
-    case 0x0B:
-    case 0x0C:
-    case 0x0D:
-    case 0x0E:
-    case 0x0F:
-    case 0x10:
-      return ServiceKind::data;
-    default:
-      return std::nullopt;
-  }
-}
-
 std::optional<ServiceKind> kindOfAmericanType(unsigned type) {
   switch (type) {
     case 1:
@@ -181,7 +143,7 @@ Descriptions readDescriptions(const Section& section) {
     descriptions.isSound &= eachDescriptor(bits.take(bits.get(12)), [&](const Descriptor& descriptor) {
       if (descriptor.tag != service) return;
       Bits body(descriptor.body);
-      description.kind = kindOfType(body.get(8));
+      description.kind = kindOfServiceType(body.get(8));
       description.provider = readText(body);
       description.name = readText(body);
       descriptions.isSound &= body.isSound();

@@ -3,32 +3,30 @@
 #include <algorithm>
 #include <vector>
 
+#include "text/Numbers.h"
+
 namespace virtualtv::broadcast {
 
 namespace {
 
-std::string counted(std::uint64_t count, const std::string& thing) {
-  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
 std::string reasonOf(Trouble trouble, std::uint64_t count) {
   switch (trouble) {
     case Trouble::notInPackets:
-      return counted(count, "byte") + " between packets, passed over";
+      return text::counted(count, "byte") + " between packets, passed over";
     case Trouble::noSync:
-      return counted(count, "packet") + " without the byte that starts one, left out";
+      return text::counted(count, "packet") + " without the byte that starts one, left out";
     case Trouble::error:
-      return counted(count, "packet") + " with transmission errors, left out";
+      return text::counted(count, "packet") + " with transmission errors, left out";
     case Trouble::discontinuity:
-      return counted(count, "gap") + " between packets";
+      return text::counted(count, "gap") + " between packets";
     case Trouble::checksum:
-      return counted(count, "section") + " with a wrong checksum, left out";
+      return text::counted(count, "section") + " with a wrong checksum, left out";
     case Trouble::length:
-      return counted(count, "section") + " of a length that can't be, left out";
+      return text::counted(count, "section") + " of a length that can't be, left out";
     case Trouble::overrun:
-      return counted(count, "section") + " with a part that runs over its end, left out from there on";
+      return text::counted(count, "section") + " with a part that runs over its end, left out from there on";
     case Trouble::tooMany:
-      return counted(count, "item") + " beyond the number that is kept, left out";
+      return text::counted(count, "item") + " beyond the number that is kept, left out";
   }
   return {};
 }

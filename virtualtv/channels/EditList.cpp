@@ -67,16 +67,16 @@ constexpr std::array edits{
     ServiceEdit{"lock", "on|off", lock},   ServiceEdit{"remove", "", remove},
 };
 
+std::string namesOfEdits() {
+  std::string names;
+  for (const ServiceEdit& edit : edits) names.append(names.empty() ? "" : ", ").append(edit.name);
+  return names;
+}
+
 }  // namespace
 
 std::span<const ServiceEdit> serviceEdits() {
   return edits;
-}
-
-std::string namesOfEdits(std::string_view between) {
-  std::string names;
-  for (const ServiceEdit& edit : edits) names.append(names.empty() ? "" : between).append(edit.name);
-  return names;
 }
 
 void editService(Tv& tv, const std::string& service, const std::string& edit, const std::string& value) {
@@ -86,7 +86,7 @@ void editService(Tv& tv, const std::string& service, const std::string& edit, co
     if (!row.value.empty() && value.empty()) refuse(edit + " takes " + std::string(row.value));
     return row.run(tv, knobparts::existingService(tv, service), value);
   }
-  refuse("one of " + namesOfEdits(", ") + " is wanted, not '" + edit + "'");
+  refuse("one of " + namesOfEdits() + " is wanted, not '" + edit + "'");
 }
 
 }  // namespace virtualtv

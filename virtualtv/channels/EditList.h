@@ -16,14 +16,11 @@ struct ServiceEdit {
   void (*run)(Tv& tv, ServiceKey service, const std::string& value);
 };
 
-/// All of them; help, completion and the server's schema walk this table.
+/// All of them. Completion walks this table; a test holds the server's schema and the help against it.
 std::span<const ServiceEdit> serviceEdits();
 
 /// Changes a service. @param service  its id, or #KEY. @param edit  the name of a way to.
 /// @throws std::invalid_argument when there is no such service or way, or the value can't be; StoreError.
 void editService(Tv& tv, const std::string& service, const std::string& edit, const std::string& value);
-
-/// The names of all, with a mark between.
-std::string namesOfEdits(std::string_view between);
 
 }  // namespace virtualtv

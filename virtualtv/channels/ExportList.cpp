@@ -1,24 +1,19 @@
 #include "channels/ExportList.h"
 
+#include "text/Numbers.h"
+
 namespace virtualtv {
 
-namespace {
-
-std::string services(std::size_t number) {
-  return std::to_string(number) + " service" + (number == 1 ? "" : "s");
-}
-
-}  // namespace
-
 std::string ExportReport::summary() const {
-  return "exported " + services(exported.services);
+  return "exported " + text::counted(exported.services, "service");
 }
 
 std::string ExportReport::losses() const {
   std::string text;
   for (const auto& [what, number] : exported.lost)
-    text += (text.empty() ? "" : ", ") + what + " of " + services(number);
-  if (exported.leftOut > 0) text += (text.empty() ? "" : "; ") + services(exported.leftOut) + " left out";
+    text += (text.empty() ? "" : ", ") + what + " of " + text::counted(number, "service");
+  if (exported.leftOut > 0)
+    text += (text.empty() ? "" : "; ") + text::counted(exported.leftOut, "service") + " left out";
   return text.empty() ? text : format + " can't hold all: " + text;
 }
 

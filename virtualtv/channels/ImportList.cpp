@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "broadcast/Found.h"
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv {
@@ -11,10 +12,6 @@ namespace virtualtv {
 namespace {
 
 using import::Format;
-
-std::string count(std::size_t number, const char* thing) {
-  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
-}
 
 /// Their titles, each with the name that `--format` takes.
 std::string titlesOfFormats() {
@@ -41,14 +38,14 @@ std::vector<std::string> ImportReport::problemLines() const {
     lines.push_back(text::printable(list) + place + ": " + problem.reason);
   }
   const std::size_t others = problems.count() - problems.kept().size();
-  if (others > 0) lines.push_back(text::printable(list) + ": " + count(others, "more problem"));
+  if (others > 0) lines.push_back(text::printable(list) + ": " + text::counted(others, "more problem"));
   return lines;
 }
 
 std::string ImportReport::summary() const {
-  return "imported " + count(imported, "service") + ": " + std::to_string(changes.added) + " added, " +
+  return "imported " + text::counted(imported, "service") + ": " + std::to_string(changes.added) + " added, " +
          std::to_string(changes.changed) + " changed, " + std::to_string(changes.gone) + " gone" +
-         (hasLines ? "; " + count(problems.unread(), "line") + " could not be read" : "");
+         (hasLines ? "; " + text::counted(problems.unread(), "line") + " could not be read" : "");
 }
 
 std::string ImportReport::error() const {

@@ -98,10 +98,13 @@ class LamedbReader {
     while (lines.next() && trimmed(lines.line()) != "end") {
       const std::string_view text = trimmed(lines.line());
       const bool indented = lines.line().starts_with('\t') || lines.line().starts_with(' ');
+      if (text == "/") key = {};
       if (text == "/" || text.empty()) continue;
       if (!indented) {
         key = text;
         line = lines.number();
+      } else if (key.empty()) {
+        problems_.add(unreadable(lines.number(), quoted(text) + " stands behind no transponder's numbers"));
       } else {
         guarded(line, [&] { addTransponder(key, text); });
       }
@@ -169,7 +172,7 @@ class LamedbReader {
     entry.network = std::get<2>(transponder);
     if (entry.antenna != ANTENNA_SATELLITE) entry.source = entry.network;
     readCache(entry, record.cache);
-    entry.kind = kindOfType(type);
+    entry.kind = kindOfServiceType(type);
     entry.name = record.name;
     entry.text = textOf(record, found->second);
     const LamedbKey key{transponder, service};

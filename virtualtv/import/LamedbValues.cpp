@@ -174,15 +174,6 @@ void readTuning(Entry& entry, std::string_view text) {
   }
 }
 
-std::optional<ServiceKind> kindOfType(std::uint64_t serviceType) {
-  if (serviceType == 0x02 || serviceType == 0x0A) return ServiceKind::radio;
-  if (serviceType == 0x03 || serviceType == 0x0C) return ServiceKind::data;
-  const bool early = serviceType == 0x01 || serviceType == 0x04 || serviceType == 0x05 || serviceType == 0x06;
-  const bool late = serviceType == 0x0B || serviceType == 0x11 || (serviceType >= 0x16 && serviceType <= 0x20);
-  if (early || late) return ServiceKind::television;
-  return std::nullopt;
-}
-
 void readCache(Entry& entry, std::string_view text) {
   while (!text.empty()) {
     const std::string_view piece = trimmed(cut(text, ','));

@@ -28,9 +28,6 @@ TransponderKey takeTransponderKey(std::string_view& text);
 /// entry. @param text  its first letter, a blank or a colon, then fields between colons.
 void readTuning(Entry& entry, std::string_view text);
 
-/// What a service type means; nothing for the types that say neither, such as those that operators define.
-std::optional<ServiceKind> kindOfType(std::uint64_t serviceType);
-
 /// Reads `p:PROVIDER,c:CACHE,...`, of which the PIDs of picture and sound count.
 void readCache(Entry& entry, std::string_view text);
 

@@ -53,4 +53,33 @@ constexpr std::optional<ServiceKind> kindOf(std::uint64_t channelType) {
   return channelType < CHANNEL_DATA_TERRESTRIAL ? ServiceKind::radio : ServiceKind::data;
 }
 
+/// What a service brings by the type that European broadcasts give it; nothing for those that are not assigned. Mosaics
+/// have a picture.
+constexpr std::optional<ServiceKind> kindOfServiceType(std::uint64_t type) {
+  switch (type) {
+    case 0x01:
+    case 0x04:
+    case 0x05:
+    case 0x06:
+    case 0x0B:
+    case 0x11:
+      return ServiceKind::television;
+    case 0x02:
+    case 0x07:
+    case 0x0A:
+      return ServiceKind::radio;
+    case 0x03:
+    case 0x08:
+    case 0x0C:
+    case 0x0D:
+    case 0x0E:
+    case 0x0F:
+    case 0x10:
+      return ServiceKind::data;
+    default:
+      if (type >= 0x16 && type <= 0x20) return ServiceKind::television;
+      return std::nullopt;
+  }
+}
+
 }  // namespace virtualtv

@@ -25,7 +25,7 @@ std::string columns(const std::string& behind) {
 std::string insertSql() {
   std::string marks;
   for (std::size_t field = 0; field < knownFields().size(); ++field) marks += "?, ";
-  return "INSERT INTO service(" + columns(", ") + "group_name, list_entry, key) VALUES(" + marks + "?, ?, ?)";
+  return "INSERT INTO service(" + columns(", ") + "group_name, key) VALUES(" + marks + "?, ?)";
 }
 
 int readFields(const Rows& rows, Service& service) {
@@ -126,7 +126,13 @@ INSERT INTO sqlite_stat1(tbl, idx, stat) VALUES
 ANALYZE sqlite_schema;
 )";
 
-const char* const listEntries = "ALTER TABLE service ADD COLUMN list_entry BLOB";
+// Most services come from no list, or from one of which no field is missing here.
+const char* const listEntries = R"(
+CREATE TABLE list_entry(
+  service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
+  text BLOB NOT NULL
+) STRICT;
+)";
 
 ServiceTables::ServiceTables(Database& database)
     : database_(database),
@@ -135,9 +141,10 @@ ServiceTables::ServiceTables(Database& database)
       insertAudio_(database, "INSERT INTO audio_track VALUES(?, ?, ?, ?, ?, ?, ?, ?)", "keep an audio track"),
       insertSubtitle_(database, "INSERT INTO subtitle_track VALUES(?, ?, ?, ?, ?, ?)", "keep a subtitle track"),
       insertFavourite_(database, "INSERT OR REPLACE INTO favourite VALUES(?, ?, ?)", "keep a favourite"),
+      insertEntry_(database, "INSERT INTO list_entry VALUES(?, ?)", "keep what a list says of a service"),
       remove_(database, "DELETE FROM service WHERE key = ?", "remove a service"),
       lastKey_(database, "SELECT seq FROM sqlite_sequence WHERE name = 'service'", "find a key for a service"),
-      read_(database, "SELECT " + columns(", ") + "group_name, list_entry FROM service WHERE key = ?", reading),
+      read_(database, "SELECT " + columns(", ") + "group_name FROM service WHERE key = ?", reading),
       readRaw_(database, "SELECT field, value FROM raw_field WHERE service = ?", reading),
       readAudio_(database,
                  "SELECT pid, lang, decode_type, audio_mode, audio_type, readable FROM audio_track WHERE service = ?"
@@ -146,6 +153,7 @@ ServiceTables::ServiceTables(Database& database)
       readSubtitles_(database,
                      "SELECT pid, lang, type, readable FROM subtitle_track WHERE service = ? ORDER BY position",
                      "read subtitle tracks"),
+      readEntry_(database, "SELECT text FROM list_entry WHERE service = ?", reading),
       readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
 
 void ServiceTables::bindFields(const Service& service) {
@@ -160,13 +168,11 @@ void ServiceTables::bindFields(const Service& service) {
     insert_.bind(parameter, Bytes(toBytes(units->second)));
   }
   insert_.bind(++parameter, std::string_view(service.group));
-  insert_.bind(++parameter, nullptr);
-  if (!service.listEntry.empty()) insert_.bind(parameter, std::as_bytes(std::span(service.listEntry)));
 }
 
 void ServiceTables::insert(ServiceKey key, const Service& service) {
   bindFields(service);
-  insert_.bind(static_cast<int>(knownFields().size()) + 3, key);
+  insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
   insert_.finish();
   for (const auto& [id, number] : service.numbers) {
     if (service.texts.contains(id))
@@ -179,6 +185,7 @@ void ServiceTables::insert(ServiceKey key, const Service& service) {
   insertAudio(key, service.audio);
   insertSubtitles(key, service.subtitles);
   for (const auto& [group, member] : service.favourites) setFavourite(key, group, member);
+  if (!service.listEntry.empty()) insertEntry_.run(key, std::as_bytes(std::span(service.listEntry)));
 }
 
 bool ServiceTables::remove(ServiceKey key) {
@@ -188,6 +195,7 @@ bool ServiceTables::remove(ServiceKey key) {
 void ServiceTables::clear() {
   database_.execute(
       "DELETE FROM raw_field; DELETE FROM audio_track; DELETE FROM subtitle_track; DELETE FROM favourite;"
+      "DELETE FROM list_entry;"
       "DELETE FROM service; DELETE FROM sqlite_sequence WHERE name = 'service'",
       "remove the services");
 }
@@ -204,14 +212,20 @@ std::optional<Service> ServiceTables::read(ServiceKey key) const {
     if (!rows.next()) return std::nullopt;
     const int behind = readFields(rows, service);
     service.group = rows.text(behind);
-    const Bytes entry = rows.bytes(behind + 1);
-    service.listEntry.assign(reinterpret_cast<const char*>(entry.data()), entry.size());
   }
   readRaw(key, service);
   service.audio = audio(key);
   service.subtitles = subtitles(key);
   service.favourites = favourites(key);
+  service.listEntry = listEntry(key);
   return service;
+}
+
+std::string ServiceTables::listEntry(ServiceKey key) const {
+  Rows rows = readEntry_.query(key);
+  if (!rows.next()) return {};
+  const Bytes text = rows.bytes(0);
+  return {reinterpret_cast<const char*>(text.data()), text.size()};
 }
 
 void ServiceTables::readRaw(ServiceKey key, Service& service) const {

@@ -43,6 +43,7 @@ class ServiceTables {
  private:
   void bindFields(const Service& service);
   void readRaw(ServiceKey key, Service& service) const;
+  std::string listEntry(ServiceKey key) const;
 
   Database& database_;
   Statement insert_;
@@ -50,6 +51,7 @@ class ServiceTables {
   Statement insertAudio_;
   Statement insertSubtitle_;
   Statement insertFavourite_;
+  Statement insertEntry_;
   Statement remove_;
   // mutable: what runs them does not change the services
   mutable Statement lastKey_;
@@ -57,6 +59,7 @@ class ServiceTables {
   mutable Statement readRaw_;
   mutable Statement readAudio_;
   mutable Statement readSubtitles_;
+  mutable Statement readEntry_;
   mutable Statement readFavourites_;
 };
 

@@ -74,27 +74,17 @@ void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& 
 
 ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
-  ServiceStore& store = storage_.parts().services;
-  replacing_.tell();
-  const std::size_t before = store.size();
-  Transaction transaction(storage_.parts().database, "import services");
-  const ShownInWindows shown = shownIn(state_, store);
-  const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
-  TvState next = state_;
-  if (!add) moveWhatIsGone(next, shown, services.front(), store);
-  for (const WindowId id : windowIds) keepTracks(next[id], shown[static_cast<std::size_t>(id)].current, store);
-  storage_.parts().state.setAll(keptOf(next));
-  transaction.commit();
-  std::vector<Change> changes;
-  if (counts != ServiceChanges()) changes.emplace_back(ServicesChanged{before, store.size(), counts});
-  appendChanges(state_, next, changes);
-  state_ = std::move(next);
-  raise(std::move(changes));
-  return counts;
+  return changeList("import services", [&](ServiceStore& store, TvState& next) {
+    const ShownInWindows shown = shownIn(next, store);
+    const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
+    if (!add) moveWhatIsGone(next, shown, services.front(), store);
+    for (const WindowId id : windowIds) keepTracks(next[id], shown[static_cast<std::size_t>(id)].current, store);
+    return counts;
+  });
 }
 
-/// Changes the list and the state in one transaction.
-void Tv::changeList(const char* what, const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
+/// Changes the list and the state in one transaction. @return what `change` does.
+ServiceChanges Tv::changeList(const char* what, const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
   ServiceStore& store = storage_.parts().services;
   replacing_.tell();
   const std::size_t before = store.size();
@@ -103,10 +93,12 @@ void Tv::changeList(const char* what, const std::function<ServiceChanges(Service
   const ServiceChanges counts = change(store, next);
   storage_.parts().state.setAll(keptOf(next));
   transaction.commit();
-  std::vector<Change> changes{ServicesChanged{before, store.size(), counts}};
+  std::vector<Change> changes;
+  if (counts != ServiceChanges()) changes.emplace_back(ServicesChanged{before, store.size(), counts});
   appendChanges(state_, next, changes);
   state_ = std::move(next);
   raise(std::move(changes));
+  return counts;
 }
 
 bool Tv::removeService(ServiceKey service) {

@@ -8,6 +8,7 @@
 #include "services/KindNames.h"
 #include "services/Language.h"
 #include "shell/Table.h"
+#include "text/Numbers.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {
@@ -16,10 +17,6 @@ namespace {
 
 using broadcast::FoundService;
 using broadcast::Scan;
-
-std::string count(std::uint64_t number, const char* thing) {
-  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
-}
 
 std::string numberOf(const FoundService& service) {
   if (!service.number) return "-";
@@ -77,7 +74,7 @@ Lines scanProblems(const Scan& scan, const std::vector<std::string>& files) {
     lines.push_back(front + text::printable(problem.at) + ": " + problem.reason);
   }
   const std::size_t others = scan.problems.count() - scan.problems.kept().size();
-  if (others > 0) lines.push_back(front + count(others, "more problem"));
+  if (others > 0) lines.push_back(front + text::counted(others, "more problem"));
   return lines;
 }
 
@@ -89,7 +86,7 @@ Lines scanTable(const Scan& scan) {
   std::vector<Lines> rows{{"NUMBER", "KIND", "IDS", "AUDIO", "SUBTITLES", "FLAGS", "PROVIDER", "NAME"}};
   for (const FoundService& service : scan.services) rows.push_back(row(service));
   Lines lines = rows.size() > 1 ? table(rows) : Lines();
-  lines.push_back(count(scan.services.size(), "service") + " in " + count(scan.packets, "packet"));
+  lines.push_back(text::counted(scan.services.size(), "service") + " in " + text::counted(scan.packets, "packet"));
   return lines;
 }
 

@@ -1,5 +1,6 @@
 #include "text/Base64.h"
 
+#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -8,6 +9,17 @@ namespace virtualtv::text {
 namespace {
 
 constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr unsigned char noDigit = 64;
+
+/// What each letter stands for.
+constexpr std::array<unsigned char, 256> values = [] {
+  std::array<unsigned char, 256> all{};
+  all.fill(noDigit);
+  for (std::size_t at = 0; at < digits.size(); ++at) {
+    all[static_cast<unsigned char>(digits[at])] = static_cast<unsigned char>(at);
+  }
+  return all;
+}();
 
 }  // namespace
 
@@ -33,9 +45,9 @@ std::optional<std::string> fromBase64(std::string_view text) {
   unsigned held = 0;
   unsigned bits = 0;
   for (const char letter : letters) {
-    const std::size_t digit = digits.find(letter);
-    if (digit == std::string_view::npos) return std::nullopt;
-    held = (held << 6U | static_cast<unsigned>(digit)) & 0xFFFFU;
+    const unsigned value = values[static_cast<unsigned char>(letter)];
+    if (value == noDigit) return std::nullopt;
+    held = (held << 6U | value) & 0xFFFFU;
     bits += 6;
     if (bits < 8) continue;
     bits -= 8;

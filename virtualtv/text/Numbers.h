@@ -22,6 +22,11 @@ std::optional<Number> numberIn(std::string_view text) {
   return value;
 }
 
+/// `1 service`, `2 services`.
+inline std::string counted(std::uint64_t number, const char* thing) {
+  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+}
+
 /// The numbers from `least` to `most`, which is not below 0.
 struct Range {
   std::int64_t least = 0;

@@ -17,11 +17,12 @@ PROGRAM = Path(sys.argv.pop()).resolve()
 OTHER = {"INTEGER": "ifnull({0}, 0) + 1", "TEXT": "ifnull({0}, '') || 'x'", "ANY": "ifnull({0}, '') || 'x'",
          "BLOB": "CAST(ifnull({0}, '') || x'0041' AS BLOB)"}
 KEYS = {"setting": "key", "set_state": "key", "service": "key", "raw_field": "service, field", "audio_track":
-        "service, position", "subtitle_track": "service, position", "favourite": "service, number"}
+        "service, position", "subtitle_track": "service, position", "favourite": "service, number",
+        "list_entry": "service"}
 
 
 class Kept(unittest.TestCase):
-    """What a set keeps that has opened an engine on the services it comes with."""
+    """What a set keeps that has opened an engine on the services it comes with, and one of a list."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -29,6 +30,8 @@ class Kept(unittest.TestCase):
         self.folder = Path(folder.name)
         self.state = self.folder / "state"
         self.run_set("exec", "GetSource", "0")
+        (self.folder / "list.m3u").write_text("#EXTM3U\n#EXTINF:-1,News\nhttp://example.org/1\n", encoding="utf-8")
+        self.run_set("import", "--add", "list.m3u")
         self.before = self.kept()
 
     def run_set(self, *arguments):

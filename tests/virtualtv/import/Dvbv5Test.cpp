@@ -31,10 +31,7 @@ std::vector<std::pair<int, int>> audio(const Service& service) {
 
 /// The problem of a section that is all right but for `more`.
 std::string problem(const std::string& more) {
-  const auto result = readDvbv5(section("A", more));
-  EXPECT_TRUE(result.services.empty());
-  EXPECT_EQ(result.problems.count(), 1U);
-  return result.problems.count() == 0 ? "" : problems(result).front();
+  return problemOf("dvbv5", section("A", more));
 }
 
 TEST(Dvbv5, GivesATerrestrialServiceEveryNumberThatTheSectionTells) {

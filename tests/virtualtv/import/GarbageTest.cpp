@@ -66,6 +66,7 @@ std::string mutated(std::mt19937& random) {
       "News:473000000:8VSB:49:52:1\n",
       "eDVB services /4/\n",
       "transponders\n00c00000:0440:0001\n\ts 11778000:27500000:1:2:192:2:0:1:2:0:2\n/\nend\n",
+      "transponders\n\ts 11778000:27500000:1:2:192:2:0\n",
       "services\n2b66:00c00000:0440:0001:25:0\nNews 24\np:Company,c:000200,c:010201\nend\n",
       "eDVB services /5/\nt:00c00000:0440:0001,t:578000000:0:5:5:2:4:4:4:2:0\n",
       "s:2b66:00c00000:0440:0001:25:0,\"News\",p:Company\n",

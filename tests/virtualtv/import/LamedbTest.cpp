@@ -31,12 +31,6 @@ Service lamedb(const std::string& transponder) {
   return only(readAs("lamedb", version4(transponder, news)));
 }
 
-std::string problem(const std::string& content) {
-  const auto result = readAs("lamedb", content);
-  EXPECT_TRUE(result.services.empty());
-  return result.problems.count() == 1 ? problems(result).front() : std::to_string(result.problems.count());
-}
-
 TEST(Lamedb, GivesASatelliteServiceWhatItAndItsTransponderTell) {
   const Service service = lamedb(satellite);
   const std::map<int, std::uint64_t> expected{
@@ -119,21 +113,24 @@ TEST(Lamedb, TellsTheKindByTheTypeElseByTheStreams) {
 }
 
 TEST(Lamedb, TellsTheLineThatIsWrong) {
-  EXPECT_EQ(problem("eDVB services /6/\n"), "1: version \"6\" is not known; versions 3, 4 and 5 are");
-  EXPECT_EQ(problem("services\n"), "1: \"services\" is no head of a lamedb; versions 3, 4 and 5 are");
-  EXPECT_EQ(problem(version4(satellite, "1:00c00000:0441:0001:1:0\nA\np:\n")),
+  EXPECT_EQ(problemOf("lamedb", "eDVB services /6/\n"), "1: version \"6\" is not known; versions 3, 4 and 5 are");
+  EXPECT_EQ(problemOf("lamedb", "services\n"), "1: \"services\" is no head of a lamedb; versions 3, 4 and 5 are");
+  EXPECT_EQ(problemOf("lamedb", version4(satellite, "1:00c00000:0441:0001:1:0\nA\np:\n")),
             "8: \"1:00c00000:0441:0001:1:0\" is of a transponder that is not there");
-  EXPECT_EQ(problem(version4(satellite, "xyz:00c00000:0440:0001:1:0\nA\np:\n")),
+  EXPECT_EQ(problemOf("lamedb", version4(satellite, "xyz:00c00000:0440:0001:1:0\nA\np:\n")),
             "8: service id \"xyz\" is not a hexadecimal number");
-  EXPECT_EQ(problem(version4(satellite, "10000:00c00000:0440:0001:1:0\nA\np:\n")),
+  EXPECT_EQ(problemOf("lamedb", version4(satellite, "10000:00c00000:0440:0001:1:0\nA\np:\n")),
             "8: service id \"10000\" is greater than 65535");
-  EXPECT_EQ(problem(version4("s 11:27500000:1:2:192:2:0", "")),
+  EXPECT_EQ(problemOf("lamedb", version4("s 11:27500000:1:2:192:2:0", "")),
             "3: frequency \"11\" is not that of a satellite, 2000000 to 50000000 kHz");
-  EXPECT_EQ(problem(version4("s 11778000", "")), "3: the transponder has 1 of at least 5 fields");
-  EXPECT_EQ(problem(version4("x 11778000", "")),
+  EXPECT_EQ(problemOf("lamedb", version4("s 11778000", "")), "3: the transponder has 1 of at least 5 fields");
+  EXPECT_EQ(problemOf("lamedb", version4("x 11778000", "")),
             "3: \"x 11778000\" is no transponder of a satellite (s), terrestrial (t), cable (c) or ATSC (a)");
-  EXPECT_EQ(problem("eDVB services /5/\nx:1\n"), "2: \"x:1\" is neither a transponder (t) nor a service (s)");
-  EXPECT_EQ(problem("eDVB services /5/\ns:1:2:3:4:5:6,p:\n"),
+  EXPECT_EQ(problemOf("lamedb", "eDVB services /4/\ntransponders\n\ts 11:2:3\n/\nend\n"),
+            "3: \"s 11:2:3\" stands behind no transponder's numbers");
+  EXPECT_EQ(problemOf("lamedb", "eDVB services /5/\nx:1\n"),
+            "2: \"x:1\" is neither a transponder (t) nor a service (s)");
+  EXPECT_EQ(problemOf("lamedb", "eDVB services /5/\ns:1:2:3:4:5:6,p:\n"),
             "2: \"s:1:2:3:4:5:6,p:\" has no name between double quotes");
 }
 

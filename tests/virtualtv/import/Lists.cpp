@@ -81,6 +81,13 @@ std::vector<std::string> problems(const Result& result) {
   return lines;
 }
 
+std::string problemOf(const char* format, const std::string& content) {
+  const Result result = readAs(format, content);
+  EXPECT_TRUE(result.services.empty());
+  EXPECT_EQ(result.problems.count(), 1U);
+  return result.problems.count() == 0 ? std::string() : problems(result).front();
+}
+
 std::string reason(const VdrLine& line) {
   const Result result = readVdr(line.text());
   EXPECT_TRUE(result.services.empty());

@@ -56,6 +56,10 @@ virtualtv::Service told(virtualtv::Service service);
 /// `LINE: reason` of each problem.
 std::vector<std::string> problems(const virtualtv::import::Result& result);
 
+/// The problem of a list that brings nothing and has one problem, as `problems` tells it. Fails the test, and answers
+/// what there is, if it isn't so.
+std::string problemOf(const char* format, const std::string& content);
+
 /// The reason why a list of this one line brings nothing. Fails the test when it does bring something.
 std::string reason(const VdrLine& line);
 

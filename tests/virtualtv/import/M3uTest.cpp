@@ -8,7 +8,7 @@ namespace {
 using Data = TCServiceData;
 using Strings = std::vector<std::string>;
 
-const std::string list =
+const std::string m3uList =
     "#EXTM3U url-tvg=\"http://a/guide.xml\"\n"
     "#EXTINF:-1 tvg-id=\"one.example\" tvg-name=\"One\" group-title=\"News, mostly\",One, the first\n"
     "#EXTVLCOPT:http-user-agent=x\n"
@@ -20,8 +20,8 @@ const std::string list =
     "udp://239.0.0.2\n";
 
 TEST(M3u, BringsTerrestrialServicesWithNamesAndGroups) {
-  EXPECT_EQ(recognised(list), "m3u");
-  const auto result = readAs("m3u", list);
+  EXPECT_EQ(recognised(m3uList), "m3u");
+  const auto result = readAs("m3u", m3uList);
   EXPECT_EQ(problems(result), Strings{});
   ASSERT_EQ(result.services.size(), 3U);
   EXPECT_EQ(name(result.services[0]), u"One, the first");
@@ -48,7 +48,7 @@ TEST(M3u, MakesTheIdOfTheTvgIdElseOfTheAddress) {
 }
 
 TEST(M3u, KeepsTheAddress) {
-  const auto result = readAs("m3u", list);
+  const auto result = readAs("m3u", m3uList);
   ASSERT_EQ(result.services.size(), 3U);
   EXPECT_EQ(result.services[1].listEntry,
             "m3u\n#EXTINF:-1 radio=\"true\" tvg-id=\"\" TVG-CHNO=\"12\",Two\nrtp://239.0.0.1:5000");

@@ -16,12 +16,6 @@ Service zap(const std::string& line) {
   return only(readAs("zap", line + "\n"));
 }
 
-std::string problem(const std::string& line) {
-  const auto result = readAs("zap", line);
-  EXPECT_TRUE(result.services.empty());
-  return result.problems.count() == 1 ? problems(result).front() : "";
-}
-
 TEST(Zap, GivesATerrestrialServiceWhatItsLineTells) {
   const Service service = zap(std::string(terrestrialLine) + ":4171");
   const std::map<int, std::uint64_t> expected{
@@ -78,19 +72,20 @@ TEST(Zap, TakesSeveralAudioPidsAndKindsByTheStreams) {
 }
 
 TEST(Zap, TellsTheLineAndTheFieldThatIsWrong) {
-  EXPECT_EQ(problem("News"), "1: \"News\" is no service of a terrestrial, cable or satellite zap file");
-  EXPECT_EQ(problem("\n\nNews:10773:h:0"), "3: \"News:10773:h:0\" has 4 of the 8 fields of a service");
-  EXPECT_EQ(problem("N:10773:h:0:22000:1:2:3:4"),
+  EXPECT_EQ(problemOf("zap", "News"), "1: \"News\" is no service of a terrestrial, cable or satellite zap file");
+  EXPECT_EQ(problemOf("zap", "\n\nNews:10773:h:0"), "3: \"News:10773:h:0\" has 4 of the 8 fields of a service");
+  EXPECT_EQ(problemOf("zap", "N:10773:h:0:22000:1:2:3:4"),
             "1: \"N:10773:h:0:22000:1:2:3:4\" has more than the 8 fields of a service");
-  EXPECT_EQ(problem("N:1:h:0:22000:2304:2306:6301"),
+  EXPECT_EQ(problemOf("zap", "N:1:h:0:22000:2304:2306:6301"),
             "1: frequency \"1\" is not that of a satellite, 2000 to 50000 MHz");
-  EXPECT_EQ(problem("N:10773000:8VSB:49:52:1"), "1: frequency \"10773000\" is not within 30000000 to 1500000000 Hz");
-  EXPECT_EQ(problem("N:10773:h:0:22000:9000:2306:6301"), "1: video PID \"9000\" is greater than 8191");
-  EXPECT_EQ(problem("N:10773:h:0:22000:2304:x:6301"), "1: audio PID \"x\" is not a decimal number");
-  EXPECT_EQ(problem("N:10773:h:0:22000:2304:2306:70000"), "1: service id \"70000\" is greater than 65535");
-  EXPECT_EQ(problem("N:306000000:INVERSION_AUTO:6900000:FEC_NONE:QAM_3:620:621:7"),
+  EXPECT_EQ(problemOf("zap", "N:10773000:8VSB:49:52:1"),
+            "1: frequency \"10773000\" is not within 30000000 to 1500000000 Hz");
+  EXPECT_EQ(problemOf("zap", "N:10773:h:0:22000:9000:2306:6301"), "1: video PID \"9000\" is greater than 8191");
+  EXPECT_EQ(problemOf("zap", "N:10773:h:0:22000:2304:x:6301"), "1: audio PID \"x\" is not a decimal number");
+  EXPECT_EQ(problemOf("zap", "N:10773:h:0:22000:2304:2306:70000"), "1: service id \"70000\" is greater than 65535");
+  EXPECT_EQ(problemOf("zap", "N:306000000:INVERSION_AUTO:6900000:FEC_NONE:QAM_3:620:621:7"),
             "1: modulation \"QAM_3\" is not known");
-  EXPECT_EQ(problem("N:578000000:INVERSION_OFF:BANDWIDTH_9_MHZ:a:b:QAM_64:c:d:e:620:621"),
+  EXPECT_EQ(problemOf("zap", "N:578000000:INVERSION_OFF:BANDWIDTH_9_MHZ:a:b:QAM_64:c:d:e:620:621"),
             "1: bandwidth \"BANDWIDTH_9_MHZ\" is not known");
 }
 

@@ -16,12 +16,13 @@ std::string textOf(const broadcast_tests::Blob& bytes) {
   return {bytes.begin(), bytes.end()};
 }
 
-std::string head(const std::string& query, const std::string& more) {
+std::string scanHead(const std::string& query, const std::string& more) {
   return "POST /scan" + query + " HTTP/1.1\nHost: localhost\n" + more;
 }
 
 std::string headFor(const std::string& body, const std::string& query = "") {
-  return head(query, "Content-Type: application/octet-stream\nContent-Length: " + std::to_string(body.size()) + "\n");
+  return scanHead(query,
+                  "Content-Type: application/octet-stream\nContent-Length: " + std::to_string(body.size()) + "\n");
 }
 
 class ScanOverHttpTest : public ::testing::Test {
@@ -58,7 +59,7 @@ TEST_F(ScanOverHttpTest, ImportsOrAddsWhatIsInABroadcast) {
 
 TEST_F(ScanOverHttpTest, TakesABroadcastInChunksThatIsLongerThanAnyMessage) {
   const std::string filler = textOf(broadcast_tests::Stream().filler(5000).bytes);  // 0.9 MB
-  wire.sendRequest(head("", "Content-Type: application/octet-stream\nTransfer-Encoding: chunked\n"));
+  wire.sendRequest(scanHead("", "Content-Type: application/octet-stream\nTransfer-Encoding: chunked\n"));
   const auto chunk = [](const std::string& content) {
     std::array<char, 16> size{};
     std::snprintf(size.data(), size.size(), "%zx\r\n", content.size());
@@ -74,7 +75,7 @@ TEST_F(ScanOverHttpTest, TakesABroadcastInChunksThatIsLongerThanAnyMessage) {
 }
 
 TEST_F(ScanOverHttpTest, DoesNotReserveWhatALengthClaims) {
-  wire.sendRequest(head("", "Content-Type: application/octet-stream\nContent-Length: 999999999999999999\n"),
+  wire.sendRequest(scanHead("", "Content-Type: application/octet-stream\nContent-Length: 999999999999999999\n"),
                    textOf(bytes));
   wire.close();
   Wire another(served.port());
@@ -82,7 +83,7 @@ TEST_F(ScanOverHttpTest, DoesNotReserveWhatALengthClaims) {
 }
 
 TEST_F(ScanOverHttpTest, TakesBytesAlone) {
-  EXPECT_EQ(wire.ask(head("", "Content-Type: application/json\nContent-Length: 0\n"), "").status, 415);
+  EXPECT_EQ(wire.ask(scanHead("", "Content-Type: application/json\nContent-Length: 0\n"), "").status, 415);
   EXPECT_EQ(wire.ask("GET /scan HTTP/1.1\nHost: localhost\n").headers.at("allow"), "POST");
 }
 

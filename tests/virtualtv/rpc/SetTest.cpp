@@ -1,8 +1,12 @@
 // The set through its methods: state, services, lists, knobs, settings, faults, and what describes them all.
 #include <set>
 
+#include "channels/EditList.h"
+#include "import/Import.h"
+#include "json/Write.h"
 #include "rpc/Method.h"
 #include "set/Knobs.h"
+#include "shell/DotCommands.h"
 #include "virtualtv/rpc/RpcTest.h"
 
 namespace virtualtv::rpc {
@@ -106,6 +110,30 @@ TEST_F(SetMethods, ExportLists) {
   EXPECT_EQ(result("tv.import", named({{"content", whole}}))["changed"], 0);
   EXPECT_EQ(result("tv.export", named({{"format", "m3u"}}))["leftOut"], 2);
   EXPECT_EQ(codeOf(client.call("tv.export", named({{"format", "zap"}}))), 1002);
+}
+
+std::string enumOf(const char* method, const char* parameter) {
+  for (const Parameter& one : findMethod(method)->parameters) {
+    if (one.name == parameter) return virtualtv::json::write(json(std::string(one.schema))["enum"]);
+  }
+  return "";
+}
+
+TEST(SetSchemas, NameAllFormatsAndEditsThatThereAre) {
+  Json::Value formats(Json::arrayValue);
+  for (const auto& format : import::formats()) {
+    if (import::isWritten(format)) formats.append(std::string(format.name));
+  }
+  EXPECT_EQ(enumOf("tv.export", "format"), virtualtv::json::write(formats));
+  Json::Value edits(Json::arrayValue);
+  std::string words = "ID ";
+  for (const ServiceEdit& edit : serviceEdits()) {
+    edits.append(std::string(edit.name));
+    words.append(words == "ID " ? "" : "|").append(edit.name);
+    if (!edit.value.empty()) words.append(" ").append(edit.value);
+  }
+  EXPECT_EQ(enumOf("tv.editService", "change"), virtualtv::json::write(edits));
+  EXPECT_EQ(shell::dotCommand(".service").usage, words);
 }
 
 TEST_F(SetMethods, EditServices) {

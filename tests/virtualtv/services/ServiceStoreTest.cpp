@@ -152,7 +152,8 @@ TEST_F(Services, AreReplacedWithKeysFromOneOn) {
   EXPECT_EQ(store.read(1), serviceOf(8, 2));
   EXPECT_EQ(store.read(2), serviceOf(9, 1));
   EXPECT_EQ(store.size(), 2U);
-  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite"}) EXPECT_EQ(rowsIn(table), 0);
+  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite", "list_entry"})
+    EXPECT_EQ(rowsIn(table), 0);
 }
 
 TEST_F(Services, AreRestoredWithTheirKeys) {
@@ -288,7 +289,8 @@ TEST_F(Services, GiveUpAllThatTheyHadWhenRemoved) {
   EXPECT_TRUE(store.remove(key));
   EXPECT_FALSE(store.remove(key));
   EXPECT_EQ(store.read(key), std::nullopt);
-  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite"}) EXPECT_EQ(rowsIn(table), 0);
+  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite", "list_entry"})
+    EXPECT_EQ(rowsIn(table), 0);
 }
 
 TEST_F(Services, NeverTakeTheKeyOfARemovedOne) {

@@ -179,6 +179,20 @@ TEST_F(CompletionTest, OptionsOfAnImportAndWhatTheyTake) {
   EXPECT_EQ(complete(".import --add d"), Lines{"dump"});
 }
 
+TEST_F(CompletionTest, OptionsOfAnExportAndAScan) {
+  test::write(folder / "dump", "");
+  EXPECT_EQ(complete(".export --"), Lines{"--format"});
+  EXPECT_EQ(complete(".export --format d"), Lines{"dvbv5"});
+  EXPECT_EQ(complete(".export --format z"), Lines{});
+  EXPECT_EQ(complete(".scan --"), (Lines{"--add", "--import", "--json"}));
+  EXPECT_EQ(complete(".scan --json d"), Lines{"dump"});
+}
+
+TEST_F(CompletionTest, WhatCanBeDoneToAService) {
+  EXPECT_EQ(complete(".service #1 re"), (Lines{"remove", "rename", "renumber"}));
+  EXPECT_EQ(complete(".service #1 rename re"), Lines{});
+}
+
 TEST(CommonStart, IsWhatAllWordsStartWith) {
   EXPECT_EQ(commonStart({}), "");
   EXPECT_EQ(commonStart({"abc"}), "abc");
