@@ -55,7 +55,8 @@ RATIOS = [
     Ratio("17", "100 calls of GetTVMode in flight", "their bytes through Beast's bare echo",
           [("servedCalls/real_time", "echoedCalls/real_time")], 1.8, paired=True, program="bench_served"),
     Ratio("18", "GetFullChannelList of 10,000 services over WebSocket", "in process, and its bytes by bare Beast",
-          [("servedList/real_time", "sentList/real_time")], 1.3, paired=True, program="bench_served"),
+          # The first lists fill what a server holds of the past; one that has run for a while only replaces it.
+          [("servedList/real_time", "sentList/real_time")], 1.3, seconds=1, paired=True, program="bench_served"),
     Ratio("19", "an event to 100 subscribers", "its bytes by bare Beast to 100 clients",
           [("servedEvent/real_time", "sentEvents/real_time")], 1.5, paired=True, program="bench_served"),
     Ratio("20", "a Node process with `launch()`, to its first reply", "`exec` and a Node process that connects",
