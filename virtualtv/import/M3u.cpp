@@ -3,6 +3,7 @@
 
 #include "import/M3u.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "import/Lines.h"
@@ -27,6 +28,37 @@ bool isNameBefore(std::string_view text, std::size_t end, std::string_view name)
   return start == 0 || text[start - 1] == ' ' || text[start - 1] == '\t' || text[start - 1] == '"';
 }
 
+bool isControlByte(char byte) {
+  return (byte >= 0 && byte < ' ') || byte == '\x7F';
+}
+
+bool isAsciiLetter(char byte) {
+  return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+}
+
+/// True for `http:` and the like, or the letter of a drive, with something behind.
+bool hasScheme(std::string_view address) {
+  const auto belongs = [](char byte) { return isAsciiLetter(byte) || isDigit(byte) || byte == '+' || byte == '-'; };
+  const auto end = std::find_if_not(address.begin(), address.end(), belongs);
+  if (!isAsciiLetter(address.front()) || end == address.end() || *end != ':') return false;
+  return end + 1 != address.end() && end[1] != ':' && end[1] != ' ';
+}
+
+/// True where there is a directory in it or a file with an ending, and nothing that names of files hardly have.
+bool isPath(std::string_view address) {
+  if (address.find_first_of("<>\"|*?{}") != std::string_view::npos) return false;
+  const std::size_t dot = address.rfind('.');
+  const bool hasEnding = dot != std::string_view::npos && dot + 1 != address.size() && address[dot + 1] != ' ';
+  return hasEnding || address.find_first_of("/\\") != std::string_view::npos;
+}
+
+/// Any line could be one, so that what is no list at all would be full of services.
+void requireAddress(std::string_view line) {
+  const bool plain = std::none_of(line.begin(), line.end(), isControlByte);
+  if (plain && (hasScheme(line) || isPath(line))) return;
+  throw Unreadable{quoted(line) + " is no address: it has neither a scheme nor a path"};
+}
+
 class M3uReader {
  public:
   M3uReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
@@ -48,7 +80,18 @@ class M3uReader {
     const bool isAddress = !line.empty() && !line.starts_with('#');
     const bool tells = told_ != 0 || line.starts_with(extGroup);
     if (isAddress || (tells && !line.empty())) text_.append(text_.empty() ? "" : "\n").append(line);
-    if (isAddress) add(number, line);
+    if (isAddress) take(number, line);
+  }
+
+  /// What was told of a service ends with the line that is to be its address.
+  void take(int number, std::string_view line) {
+    try {
+      requireAddress(line);
+      add(number, line);
+    } catch (Unreadable& unread) {
+      problems_.add(unreadable(number, std::move(unread.reason)));
+    }
+    start();
   }
 
   void add(int line, std::string_view address) {
@@ -63,7 +106,6 @@ class M3uReader {
     list_.startGroup(group.empty() ? group_ : group);
     setNumber(told_ != 0 ? told_ : line);
     list_.add(std::move(entry));
-    start();
   }
 
   /// Reports what was told of a service whose address is missing.

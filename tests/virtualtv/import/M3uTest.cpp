@@ -69,5 +69,42 @@ TEST(M3u, TellsTheLineThatIsWrong) {
   EXPECT_EQ(column(result, Data::MAJOR), (std::vector<std::uint64_t>{5, 6, 7}));
 }
 
+TEST(M3u, TakesAddressesAndPathsAndNothingElse) {
+  const std::vector<std::string> addresses{"http://a/b?c=\"d\"",
+                                           "udp://@239.0.0.1:5000",
+                                           "acestream:abc",
+                                           "pipe://run it",
+                                           "/srv/a b.ts",
+                                           "../a",
+                                           "a/b",
+                                           "one.ts",
+                                           "C:\\tv\\a.ts",
+                                           "\\\\host\\a",
+                                           "\xE9t\xE9.ts"};
+  for (const std::string& address : addresses) {
+    const auto result = readAs("m3u", "#EXTM3U\n" + address + "\n");
+    EXPECT_EQ(problems(result), Strings{}) << address;
+    EXPECT_EQ(result.services.size(), 1U) << address;
+  }
+  const std::vector<std::string> others{
+      "{",     "hello",   "<html>",      "a.", "see: this", "\"a\" : \"b.c\"", "<a href=\"/b\">", "std::vector",
+      "http:", "a\x01/b", "1http://a/?", ":",  "x y{/"};
+  for (const std::string& other : others) {
+    const auto result = readAs("m3u", "#EXTM3U\n" + other + "\n");
+    EXPECT_EQ(result.services.size(), 0U) << other;
+    ASSERT_EQ(problems(result).size(), 1U) << other;
+    EXPECT_TRUE(problems(result).front().starts_with("2: \"")) << problems(result).front();
+  }
+}
+
+TEST(M3u, LosesOneServiceWithALineThatIsNoAddress) {
+  const auto result = readAs("m3u", "#EXTINF:-1 tvg-chno=\"5\",A\n404 not found\nhttp://b\n#EXTINF:-1,C\nhttp://c\n");
+  EXPECT_EQ(problems(result), (Strings{"2: \"404 not found\" is no address: it has neither a scheme nor a path"}));
+  EXPECT_EQ(result.problems.unread(), 1U);
+  ASSERT_EQ(result.services.size(), 2U);
+  EXPECT_EQ(name(result.services[0]), u"http://b");
+  EXPECT_EQ(name(result.services[1]), u"C");
+}
+
 }  // namespace
 }  // namespace import_tests
