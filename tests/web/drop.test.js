@@ -1,7 +1,10 @@
 // Files dropped on the page or opened: lists are imported, transcripts checked, snapshots restored, all else is told of.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
+import {findings} from './support/axe.js'
+import {recording} from './support/broadcast.js'
 import {Console, useBrowser} from './support/console.js'
+import {elsewhere} from '../site/support/bridge.js'
 
 let shown
 useBrowser()
@@ -118,7 +121,7 @@ test('all else is told what it is not, and changes nothing', async () => {
   shown = await Console.open()
   const {revision} = await shown.tv.state()
   const refused = [
-    [{name: 'a.png', content: '\x89PNG\0\0'}, 'It is no text'],
+    [{name: 'a.png', content: '\x89PNG\0\0'}, 'It is neither a text nor a recording'],
     [{name: 'a.json', content: '{"version": 1, "state": {}}'}, 'it lacks settings, services'],
     [{name: 'a.json', content: '[1,\n2]'}, 'it is an array'],
     [{name: 'a.json', content: '{"version": '}, 'It looks like JSON, but cannot be read as such'],
@@ -167,4 +170,93 @@ test('what is no file is left to the page', async () => {
   })
   assert.equal(isTaken, false)
   assert.equal(await panel().count(), 0)
+})
+
+const services = [
+  {program: 1, name: 'Coast News', audio: ['ita', 'eng'], subtitles: ['eng']},
+  {program: 2, name: '<script>alert(1)</script>', audio: ['deu', 'deu'], isScrambled: true},
+  {program: 3, name: '', kind: 2, audio: ['fra']},
+]
+
+const cells = () => panel().getByRole('row').evaluateAll(rows => rows.map(row => [...row.cells].map(cell => cell.textContent)))
+
+test('the services of a recording are shown, and imported or added when a person says so', async () => {
+  shown = await Console.open()
+  const {revision} = await shown.tv.state()
+  await drop({name: 'evening.ts', content: recording(services)})
+  await panel().getByText('3 services found').waitFor()
+  assert.deepEqual(await cells(), [
+    ['No.', 'Name', 'Kind', 'Audio', 'Subtitles', 'Flags'],
+    ['', 'Coast News', 'television', 'ita, eng', 'eng', ''],
+    ['', '<script>alert(1)</script>', 'television', 'deu', '', 'scrambled'],
+    ['', '(no name)', 'radio', 'fra', '', ''],
+  ])
+  assert.equal((await shown.tv.state()).revision, revision)
+  await panel().getByRole('button', {name: 'Add', exact: true}).click()
+  await panel().getByText('3 services: 3 added, 0 changed, 0 gone').waitFor()
+  assert.equal((await shown.tv.services()).total, 84)
+  await panel().getByRole('button', {name: 'Import', exact: true}).press('Enter')
+  await panel().getByText('3 services: 0 added, 0 changed, 81 gone').waitFor()
+  assert.equal((await shown.tv.services()).total, 3)
+  assert.deepEqual(await findings(shown.page), [])
+  await shown.page.getByRole('tab', {name: 'Channels'}).click()
+  await shown.pane('Channels').getByRole('row').filter({hasText: 'Coast News'}).click()
+  await shown.page.locator('[role=img][aria-label="Main picture"][aria-description*="Coast News"]').waitFor()
+})
+
+test('a recording is known by its packets, whatever they stand in and the file is called', async () => {
+  shown = await Console.open()
+  for (const how of [{}, {front: 4}, {behind: 16}, {start: 1000}]) {
+    await drop({name: 'no matter.txt', content: recording(services, how)})
+    await panel().getByText('3 services found').waitFor()
+    await panel().getByRole('button', {name: 'Close the result of the file'}).click()
+    await panel().waitFor({state: 'detached'})
+  }
+  await drop({name: 'damaged.M2TS', content: Buffer.concat([Buffer.alloc(70_000), recording(services)])})
+  await panel().getByText('3 services found').waitFor()
+})
+
+test('what is wrong with a recording is told by place, and one without services is not imported', async () => {
+  shown = await Console.open()
+  const bytes = recording(services, {fillers: 20})
+  bytes[188 + 100] ^= 1  // a section's checksum does not fit
+  await drop({name: 'damaged.ts', content: bytes})
+  await panel().getByRole('columnheader', {name: 'Place'}).waitFor()
+  assert.match((await cells()).at(-1).join(' '), /^packet 2 .*checksum/)
+  await drop({name: 'empty.ts', content: recording([], {fillers: 20})})
+  await panel().getByText('0 services found').waitFor()
+  await panel().getByText(/None of its 22 packets tells of a service/).waitFor()
+  assert.equal(await panel().getByRole('button', {name: 'Import'}).count(), 0)
+})
+
+/** Drops a recording of a hundred megabytes, which is made in the page. */
+const dropLong = () => shown.page.evaluate(() => {
+  const block = new Uint8Array(188 * 5000)
+  for (let at = 0; at < block.length; at += 188) block.set([0x47, 0x1f, 0xff, 0x10], at)
+  dispatchEvent(new CustomEvent('emp-open', {detail: [new File(Array(110).fill(block), 'long.ts')]}))
+})
+
+test('a long recording tells how much is scanned, and can be ended', async () => {
+  shown = await Console.open()
+  const protocol = await shown.page.context().newCDPSession(shown.page)
+  await protocol.send('Network.emulateNetworkConditions', {offline: false, latency: 0, downloadThroughput: -1, uploadThroughput: 10e6})
+  await dropLong()
+  await panel().getByText(/is scanned: .* of 98.6 MiB/).waitFor()
+  await shown.page.waitForFunction(() => document.querySelector('.file-result progress')?.value > 0)
+  await panel().getByRole('button', {name: 'Cancel'}).press('Enter')
+  await panel().waitFor({state: 'detached'})
+  await drop({name: 'evening.ts', content: recording(services)})
+  await panel().getByText('3 services found').waitFor()
+})
+
+test('what a scan found can no longer be imported once its session has ended, and the page says so', {skip: elsewhere('a set in a tab has no other connection')}, async () => {
+  shown = await Console.open()
+  shown.tolerated = /WebSocket connection to .* failed/
+  await drop({name: 'evening.ts', content: recording(services)})
+  await panel().getByText('3 services found').waitFor()
+  const own = (await shown.tv.sessions()).map(({session}) => session).find(session => session !== shown.tv.session)
+  await shown.tv.call('session.close', {session: own})
+  await panel().getByRole('button', {name: 'Import', exact: true}).click()
+  await panel().getByRole('alert').filter({hasText: 'scan it again'}).waitFor()
+  await panel().getByText('was not imported').waitFor()
 })

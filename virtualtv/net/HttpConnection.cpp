@@ -141,6 +141,11 @@ void HttpConnection::takeScan() {
   if (!isOfType(parser_->get(), "application/octet-stream") || isEncoded(parser_->get())) {
     return answer(line(415, "a body of the type application/octet-stream is wanted, without a Content-Encoding"));
   }
+  try {
+    if (const auto session = sessionNamed()) site_.calls().requireSession(*session);
+  } catch (const rpc::NoSuchSession& error) {
+    return answer(line(404, text::printable(error.what())));
+  }
   parser_->body_limit(boost::none);
   scanner_ = std::make_unique<broadcast::Scanner>();
   parser_->get().body().take = [this](std::span<const std::uint8_t> piece) {
@@ -180,8 +185,8 @@ void HttpConnection::tellScan() {
   scanner->endStream();
   const auto isAsked = [&](const char* name) { return queryValue(target(), name) == "1"; };
   try {
-    const bool imports = isAsked("import");
-    answer({200, site_.calls().scanned(scanner->finish(), imports, isAsked("add")), "application/json"});
+    const rpc::Server::ScanWishes wishes{isAsked("import"), isAsked("add"), sessionNamed()};
+    answer({200, site_.calls().scanned(scanner->finish(), wishes), "application/json"});
   } catch (const std::exception& error) {
     site_.complain("cannot answer a request: " + std::string(error.what()));
     answer(line(500, text::printable(error.what())));
@@ -196,16 +201,12 @@ void HttpConnection::call() {
 
 void HttpConnection::handOn() {
   if (ended_) return;
-  std::optional<std::string> session;
-  if (const auto field = parser_->get().find("Emp-Session"); field != parser_->get().end()) {
-    session = std::string(view(field->value()));
-  }
   const auto reply = [self = shared_from_this()](std::optional<std::string> text) {
     if (!text) return self->answer(line(503, "as many sessions are open as may be"));
     self->answer(text->empty() ? Answer{.status = 204} : Answer{200, *std::move(text), "application/json"});
   };
   try {
-    site_.calls().post(parser_->get().body().text, session, reply);
+    site_.calls().post(parser_->get().body().text, sessionNamed(), reply);
   } catch (const std::exception& error) {
     site_.complain("cannot answer a request: " + std::string(error.what()));
     if (!serializer_) answer(line(500, "something went wrong here"));
@@ -341,6 +342,11 @@ std::string_view HttpConnection::target() const {
 std::string_view HttpConnection::unread() const {
   const auto bytes = in_.cdata();
   return {static_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::optional<std::string> HttpConnection::sessionNamed() const {
+  const auto field = parser_->get().find("Emp-Session");
+  return field != parser_->get().end() ? std::optional(std::string(view(field->value()))) : std::nullopt;
 }
 
 bool HttpConnection::isUpgrade() const {

@@ -69,6 +69,8 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
 
   std::string_view header(boost::beast::http::field name) const;
   std::string_view target() const;
+  /// The session that the request names.
+  std::optional<std::string> sessionNamed() const;
   std::string_view unread() const;
   bool isUpgrade() const;
 

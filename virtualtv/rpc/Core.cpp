@@ -195,6 +195,7 @@ void Core::close(const std::string& id) {
   if (found == seats_.end()) return;
   const std::shared_ptr<Seat> seat = found->second;
   seats_.erase(found);
+  scans_.forget(seat->id);
   seat->hasEnded = true;
   seat->outlet = nullptr;
   const std::deque<std::shared_ptr<Job>> waiting = std::exchange(seat->queue, {});

@@ -13,6 +13,7 @@
 
 #include "rpc/Events.h"
 #include "rpc/Failure.h"
+#include "rpc/Scans.h"
 #include "rpc/Server.h"
 #include "shell/FileAccess.h"
 #include "shell/Session.h"
@@ -56,6 +57,7 @@ class Core {
 
   device::Device& device() { return device_; }
   Events& events() { return events_; }
+  Scans& scans() { return scans_; }
   /// Where the set keeps its state; empty for one in memory.
   const std::filesystem::path& state() const { return options_.state; }
   /// What clients reach of files.
@@ -114,6 +116,7 @@ class Core {
   Seats seats_;
   std::string openRpc_;
   Events events_;
+  Scans scans_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what waits for a time
 };
 

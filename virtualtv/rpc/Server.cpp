@@ -63,9 +63,17 @@ void Server::post(std::string_view body, const std::optional<std::string>& sessi
   core_->post(body, session, std::move(answer));
 }
 
-std::string Server::scanned(const broadcast::Scan& scan, bool imports, bool add) {
-  if (imports) core_->device().import(std::vector<std::string>{}, scan, add);
-  return json::write(broadcast::documentOf(scan));
+std::string Server::scanned(broadcast::Scan scan, const ScanWishes& wishes) {
+  if (wishes.imports) core_->device().import(std::vector<std::string>{}, scan, wishes.add);
+  std::string document = json::write(broadcast::documentOf(scan));
+  if (wishes.session && core_->seats().contains(*wishes.session)) {
+    core_->scans().keep(*wishes.session, {{}, std::move(scan)});
+  }
+  return document;
+}
+
+void Server::requireSession(const std::string& session) const {
+  core_->seat(session);
 }
 
 const std::string& Server::openRpc() {

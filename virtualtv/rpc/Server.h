@@ -100,10 +100,18 @@ class Server {
   void post(std::string_view body, const std::optional<std::string>& session,
             std::function<void(std::optional<std::string> reply)> answer);
 
+  /// What becomes of a broadcast that a client sends.
+  struct ScanWishes {
+    bool imports = false;                  ///< puts the services, if there are any, into the set
+    bool add = false;                      ///< beside those there
+    std::optional<std::string> session{};  ///< that what is found is kept for, if it is still there
+  };
   /// What a client that sent a broadcast is told, as JSON: what was found in it.
-  /// @param imports  puts the services, if there are any, into the set, or with `add` beside those there.
-  /// @throws StoreError when the set can't keep them.
-  std::string scanned(const broadcast::Scan& scan, bool imports, bool add);
+  /// @throws StoreError when the set can't keep the services.
+  std::string scanned(broadcast::Scan scan, const ScanWishes& wishes);
+
+  /// @throws NoSuchSession.
+  void requireSession(const std::string& session) const;
 
   /// The methods as an OpenRPC document.
   const std::string& openRpc();

@@ -33,6 +33,13 @@ namespace {
 
 constexpr std::string_view countSchema = R"({"type": "integer", "minimum": 0})";
 constexpr std::string_view truthSchema = R"({"type": "boolean"})";
+constexpr std::string_view importResult =
+    R"({"type": "object", "required": ["imported", "added", "changed", "gone", "problems", "total"],
+               "properties": {"imported": {"type": "integer"}, "added": {"type": "integer"},
+               "changed": {"type": "integer"}, "gone": {"type": "integer"}, "total": {"type": "integer"},
+               "problems": {"type": "array", "items": {"type": "object", "required": ["at", "reason"], "properties": {
+               "line": {"type": "integer"}, "at": {"type": "string"}, "reason": {"type": "string"}}}}}})";
+
 // The shell's lines.
 
 Json::Value runLine(const Call& call) {
@@ -148,6 +155,14 @@ void appendProblems(Json::Value& document, const ImportReport& report) {
   document["total"] = Json::UInt64{report.problems.count()};
 }
 
+/// Adds what an import changed to an object.
+void appendChanges(Json::Value& document, const ImportReport& report) {
+  document["imported"] = Json::UInt64{report.imported};
+  document["added"] = Json::UInt64{report.changes.added};
+  document["changed"] = Json::UInt64{report.changes.changed};
+  document["gone"] = Json::UInt64{report.changes.gone};
+}
+
 Json::Value import(const Call& call) {
   ImportOptions options;
   options.add = call.params.truth("add", false);
@@ -170,10 +185,7 @@ Json::Value import(const Call& call) {
   Json::Value answer;
   appendProblems(answer, report);
   if (!report.error().empty()) throw Failure(Code::badValue, report.error(), answer);
-  answer["imported"] = Json::UInt64{report.imported};
-  answer["added"] = Json::UInt64{report.changes.added};
-  answer["changed"] = Json::UInt64{report.changes.changed};
-  answer["gone"] = Json::UInt64{report.changes.gone};
+  appendChanges(answer, report);
   return answer;
 }
 
@@ -208,25 +220,70 @@ broadcast::Scan scanOfFile(const Call& call, const std::string& path) {
   }
 }
 
-broadcast::Scan scanOfContent(const std::string& content) {
-  const auto bytes = text::fromBase64(content);
+void feed(broadcast::Scanner& scanner, const Call& call) {
+  const auto bytes = text::fromBase64(call.params.content("content"));
   if (!bytes) throw Failure(Code::badParameters, "content: base64 is wanted");
-  broadcast::Scanner scanner;
   scanner.feed({reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()});
+}
+
+/// The recording of the session that the next part of it belongs to.
+broadcast::Scanner& partial(const Call& call, bool isFirst) {
+  const std::string& session = call.seat.id;
+  broadcast::Scanner* const scanner = isFirst ? &call.core.scans().begin(session) : call.core.scans().underWay(session);
+  if (scanner == nullptr) throw std::invalid_argument("part: no recording is under way here; send its first part");
+  return *scanner;
+}
+
+/// What is told of a recording of which more is to come.
+Json::Value readSoFar(const broadcast::Scanner& scanner) {
+  broadcast::Scan scan;
+  scan.packets = scanner.packets();
+  return broadcast::documentOf(scan);
+}
+
+Json::Value keptScan(const Call& call, Scans::Found found) {
+  const Scans::Found& kept = call.core.scans().keep(call.seat.id, std::move(found));
+  if (call.params.truth("import", false)) {
+    call.core.device().import(kept.files, kept.scan, call.params.truth("add", false));
+  }
+  return broadcast::documentOf(kept.scan);
+}
+
+Json::Value scanPart(const Call& call) {
+  const std::string part = call.params.text("part");
+  if (part != "first" && part != "next" && part != "last") {
+    throw Failure(Code::badParameters, "part: one of first, next, last is wanted, not '" + part + "'");
+  }
+  broadcast::Scanner& scanner = partial(call, part == "first");
+  feed(scanner, call);
+  if (part != "last") return readSoFar(scanner);
   scanner.endStream();
-  return scanner.finish();
+  return keptScan(call, {{}, scanner.finish()});
 }
 
 Json::Value scan(const Call& call) {
   if (call.params.has("path") == call.params.has("content")) {
     throw Failure(Code::badParameters, "one of path and content is wanted");
   }
-  std::vector<std::string> files;
-  if (call.params.has("path")) files.push_back(call.params.text("path"));
-  const broadcast::Scan found =
-      files.empty() ? scanOfContent(call.params.content("content")) : scanOfFile(call, files.front());
-  if (call.params.truth("import", false)) call.core.device().import(files, found, call.params.truth("add", false));
-  return broadcast::documentOf(found);
+  if (call.params.has("path")) {
+    const std::string path = call.params.text("path");
+    return keptScan(call, {{path}, scanOfFile(call, path)});
+  }
+  if (call.params.has("part")) return scanPart(call);
+  broadcast::Scanner scanner;
+  feed(scanner, call);
+  scanner.endStream();
+  return keptScan(call, {{}, scanner.finish()});
+}
+
+Json::Value importScan(const Call& call) {
+  const Scans::Found* const found = call.core.scans().found(call.seat.id);
+  if (found == nullptr) throw std::invalid_argument("this session has scanned no recording of late; scan it again");
+  const ImportReport report = call.core.device().import(found->files, found->scan, call.params.truth("add", false));
+  Json::Value answer;
+  appendProblems(answer, report);
+  appendChanges(answer, report);
+  return answer;
 }
 
 // Knobs.
@@ -352,11 +409,7 @@ const std::array setRows{
             {"format", textSchema, "its format; recognised without it"},
             {"add", truthSchema, "keep the services that are there"},
             {"encoding", textSchema, "of names that do not tell theirs"}},
-           R"({"type": "object", "required": ["imported", "added", "changed", "gone", "problems", "total"],
-               "properties": {"imported": {"type": "integer"}, "added": {"type": "integer"},
-               "changed": {"type": "integer"}, "gone": {"type": "integer"}, "total": {"type": "integer"},
-               "problems": {"type": "array", "items": {"type": "object", "required": ["at", "reason"], "properties": {
-               "line": {"type": "integer"}, "at": {"type": "string"}, "reason": {"type": "string"}}}}}})",
+           importResult,
            import},
     Method{
         "tv.export",
@@ -375,9 +428,16 @@ const std::array setRows{
         {{"path", textSchema, "the file, beneath the directory that clients may use"},
          {"content", R"({"type": "string", "contentEncoding": "base64"})", "the recording itself, in place of a file"},
          {"import", truthSchema, "replace the set's services by those found, if there are any"},
-         {"add", truthSchema, "when importing, keep the services that are there"}},
+         {"add", truthSchema, "when importing, keep the services that are there"},
+         {"part", R"({"enum": ["first", "next", "last"]})",
+          "of a recording whose content comes in several calls: what is in it is told with the last"}},
         R"({"$ref": "#/components/schemas/Scan"})",
         scan},
+    Method{"tv.importScan",
+           "put what this session scanned last into the set, in place of its services",
+           {{"add", truthSchema, "keep the services that are there"}},
+           importResult,
+           importScan},
     Method{"tv.knobs",
            "list what can be read and set from outside",
            {},

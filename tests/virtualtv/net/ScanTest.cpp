@@ -57,6 +57,26 @@ TEST_F(ScanOverHttpTest, ImportsOrAddsWhatIsInABroadcast) {
   EXPECT_EQ(services(), 1U);
 }
 
+TEST_F(ScanOverHttpTest, KeepsWhatItFoundForTheSessionThatIsNamed) {
+  const auto call = [&](const std::string& method, const std::string& more) {
+    const std::string body = R"({"jsonrpc":"2.0","id":1,"method":")" + method + "\"}";
+    return wire
+        .ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: application/json\nContent-Length: " +
+                 std::to_string(body.size()) + "\n" + more,
+             body)
+        .body;
+  };
+  const std::string opened = call("session.open", "");
+  const std::string name = opened.substr(opened.find("\"session\":\"") + 11, 18);
+  const std::string session = "Emp-Session: " + name + "\n";
+  EXPECT_EQ(wire.ask(headFor(textOf(bytes)) + session, textOf(bytes)).body, found);
+  EXPECT_NE(call("tv.importScan", session).find("\"imported\":1"), std::string::npos) << opened;
+  EXPECT_EQ(services(), 1U);
+  const Reply refusal = wire.ask(headFor(textOf(bytes)) + "Emp-Session: nobody\n", textOf(bytes));
+  EXPECT_EQ(refusal.status, 404);
+  EXPECT_EQ(refusal.body, "there is no session 'nobody'\n");
+}
+
 TEST_F(ScanOverHttpTest, TakesABroadcastInChunksThatIsLongerThanAnyMessage) {
   const std::string filler = textOf(broadcast_tests::Stream().filler(5000).bytes);  // 0.9 MB
   wire.sendRequest(scanHead("", "Content-Type: application/octet-stream\nTransfer-Encoding: chunked\n"));

@@ -171,6 +171,8 @@ export interface ScanOptions {
   path?: string
   /** The recording itself, in base64. */
   content?: string
+  /** Of a recording whose content comes in several calls; what is in it is told with the last. */
+  part?: 'first' | 'next' | 'last'
   /** Replaces the services by those found. */
   import?: boolean
   /** Keeps the services that are there. */
@@ -231,6 +233,8 @@ export interface Tv {
   export(format?: 'vdr' | 'dvbv5' | 'm3u' | 'json'): Promise<ExportResult>
   /** Finds the services in a recording of a broadcast: `path` or `content` is wanted. */
   scan(options: ScanOptions): Promise<Scan>
+  /** Replaces the services by those that this session found in its last scan, or adds them. */
+  importScan(options?: {add?: boolean}): Promise<ImportResult>
   /** Edits a service of the list, by its id. `value` is the name, the number, 'on' or 'off'; none to remove it. */
   editService(service: string, change: 'rename' | 'renumber' | 'move' | 'hide' | 'lock' | 'remove',
     value?: string | number): Promise<Revision>

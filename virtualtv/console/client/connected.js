@@ -123,6 +123,7 @@ export class Tv {
   import(content, options = {}) { return this.call('tv.import', {content, ...options}) }
   export(format) { return this.call('tv.export', format === undefined ? {} : {format}) }
   scan(options) { return this.call('tv.scan', options) }
+  importScan(options = {}) { return this.call('tv.importScan', options) }
   editService(service, change, value) {
     return this.call('tv.editService', value === undefined ? {service, change} : {service, change, value})
   }

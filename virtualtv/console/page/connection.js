@@ -56,6 +56,27 @@ export async function open(tell) {
   }
 }
 
+/**
+ * Has a recording scanned: it is sent as it is read. What is found is kept for this page's session.
+ * @param {import('../client.js').Tv} tv @param {File} file
+ * @param {{signal: AbortSignal, progress: (bytes: number) => void}} how @return {Promise<import('../client.js').Scan>}
+ */
+export function scan({session}, file, {signal, progress}) {
+  return new Promise((resolve, reject) => {
+    const request = new XMLHttpRequest()  // fetch does not tell how much is sent
+    request.open('POST', new URL('scan', new URL('.', location.href)))
+    request.setRequestHeader('Content-Type', 'application/octet-stream')
+    request.setRequestHeader('Emp-Session', session)
+    if (token()) request.setRequestHeader('Authorization', `Bearer ${token()}`)
+    request.upload.onprogress = ({loaded}) => progress(loaded)
+    request.onload = () => request.status === 200 ? resolve(JSON.parse(request.responseText)) : reject(new Error(request.responseText.trim()))
+    request.onerror = () => reject(new Error('The connection broke, or the file was changed or removed meanwhile.'))
+    request.onabort = () => reject(signal.reason)
+    signal.addEventListener('abort', () => request.abort())
+    request.send(file)
+  })
+}
+
 /** What the page says while it is not connected. @type {string} */
 export const disconnected = 'Disconnected, reconnecting'
 

@@ -1,8 +1,9 @@
 /*
- * What files are and what the TV makes of them: channel lists are imported, transcripts checked, snapshots restored. Answers
- * what is to be told; nothing is drawn here.
+ * What files are and what the TV makes of them: channel lists are imported, recordings scanned, transcripts checked, snapshots
+ * restored. Answers what is to be told; nothing is drawn here.
  */
 import {act} from './act.js'
+import {isRecording, scanned} from './recording.js'
 import {onFrame, store} from './store.js'
 
 export const mostBytes = 32 * 1024 * 1024
@@ -11,35 +12,59 @@ export const mostBytes = 32 * 1024 * 1024
  * What became of a file.
  * @typedef {object} Outcome
  * @property {string} name
- * @property {'list' | 'transcript' | 'snapshot' | 'none'} kind
+ * @property {'list' | 'recording' | 'transcript' | 'snapshot' | 'none'} kind
  * @property {string} [problem]  why nothing came of it
  * @property {string} [way]  out of the problem
  * @property {any} [result]  of the call; of a list without a service what its error tells of its lines
+ * @property {any} [found]  in a recording, whose `result` is there once that is imported
  * @property {string} [note]
  */
 
+/** @typedef {(what: string, share?: number) => void} Tell  is told what happens, and how much of it is done, from 0 to 1 */
+
 /**
- * @param {File} file @param {(what: string) => void} tell  is told what happens meanwhile
- * @return {Promise<Outcome>}
+ * @param {File} file @param {Tell} tell @param {AbortSignal} signal  ends what may take long
+ * @return {Promise<Outcome | undefined>} nothing where it was ended
  */
-export async function take(file, tell) {
+export async function take(file, tell, signal) {
+  try {
+    if (!await isRecording(file)) return await takeText(file, tell)
+  } catch (error) {
+    if (!(error instanceof DOMException)) throw error
+    return none(file.name, 'It cannot be read. Is it a folder, or was it changed or removed?')
+  }
+  return useRecording(file, tell, signal)
+}
+
+/** @param {File} file @param {Tell} tell @param {AbortSignal} signal @return {Promise<Outcome | undefined>} */
+async function useRecording(file, tell, signal) {
+  const {name, size} = file
+  const progress = (/** @type {number} */ bytes) => tell(bytes < size ? `is scanned: ${megabytes(bytes)} of ${megabytes(size)}` : 'is scanned', bytes / size)
+  progress(0)
+  try {
+    return {name, kind: 'recording', found: await scanned(file, {signal, progress})}
+  } catch (error) {
+    return signal.aborted ? undefined : {name, kind: 'recording', problem: /** @type {Error} */ (error).message}
+  }
+}
+
+/** Puts what was found in the recording that was scanned last into the set. @param {Outcome} outcome @param {boolean} add  to the services there @return {Promise<Outcome>} */
+export const importFound = ({name, found}, add) => called({name, kind: 'recording', found}, 'tv.importScan', {add})
+
+/** @param {File} file @param {Tell} tell @return {Promise<Outcome>} */
+async function takeText(file, tell) {
   const name = file.name
   if (file.size > mostBytes) return none(name, `It has ${megabytes(file.size)}; the server takes at most 32 MiB.`, 'For a channel list, use: emp-window import FILE')
   if (file.size === 0) return none(name, 'It is empty.')
-  let bytes
-  try {
-    bytes = new Uint8Array(await file.arrayBuffer())
-  } catch {
-    return none(name, 'It cannot be read. Is it a folder, or was it changed or removed?')
-  }
-  if (bytes.includes(0)) return none(name, 'It is no text. Channel lists, transcripts and snapshots are.', wanted)
+  const bytes = new Uint8Array(await file.arrayBuffer())
+  if (bytes.includes(0)) return none(name, 'It is neither a text nor a recording (MPEG transport stream).', wanted)
   const {text, isUnicode} = textOf(bytes)
   const outcome = await use({name, text, isUnicode, tell})
   return isUnicode || outcome.problem !== undefined ? outcome : {...outcome,
     note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
 }
 
-const wanted = 'Drop a channel list (VDR, libdvbv5, zap, lamedb, M3U), a transcript (lines that start with >) or a snapshot.'
+const wanted = 'Drop a channel list (VDR, libdvbv5, zap, lamedb, M3U), a recording, a transcript (lines that start with >) or a snapshot.'
 
 /** @param {string} name @param {string} problem @param {string} [way] @return {Outcome} */
 const none = (name, problem, way) => ({name, kind: 'none', problem, way})
@@ -56,7 +81,7 @@ function textOf(bytes) {
   }
 }
 
-/** @typedef {{name: string, text: string, isUnicode: boolean, tell: (what: string) => void}} Content  of a file */
+/** @typedef {{name: string, text: string, isUnicode: boolean, tell: Tell}} Content  of a file */
 
 /** @param {Content} content @return {Promise<Outcome>} */
 async function use(content) {
@@ -104,7 +129,7 @@ function linesOf(text) {
   return `${count.toLocaleString('en')} lines`
 }
 
-/** Tells what happens, and waits until it is seen: what comes next may take long. @param {(what: string) => void} tell @param {string} what */
+/** Tells what happens, and waits until it is seen: what comes next may take long. @param {Tell} tell @param {string} what */
 async function shownFirst(tell, what) {
   tell(what)
   await new Promise(resolve => onFrame(() => setTimeout(resolve)))

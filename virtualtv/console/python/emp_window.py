@@ -333,6 +333,10 @@ class Tv:
         text = None if content is None else base64.b64encode(content).decode("ascii")
         return self.call("tv.scan", {**_given(path=path, content=text), "import": import_found, "add": add})
 
+    def import_scan(self, *, add: bool = False) -> dict[str, Any]:
+        """Imports what this session found in its last scan. Answers its counts."""
+        return self.call("tv.importScan", {"add": add})
+
     def edit_service(self, service: Union[str, int], change: str, value: Union[str, int, None] = None) -> None:
         """Edits a service, by its id: rename, renumber, move, hide or lock (on, off), or remove."""
         self.call("tv.editService", _given(service=str(service), change=change, value=value))

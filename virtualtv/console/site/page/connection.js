@@ -68,6 +68,33 @@ export async function open(tell) {
   }
 }
 
+const pieceSize = 2 ** 20  // bytes of a recording that go to the set at once
+
+/** @param {Blob} blob @return {Promise<string>} in base64 */
+function base64Of(blob) {
+  return new Promise((resolve, reject) => {
+    const reader = new FileReader()
+    reader.onload = () => resolve(/** @type {string} */ (reader.result).replace(/^[^,]*,?/, ''))
+    reader.onerror = () => reject(new Error('The file was changed or removed meanwhile.'))
+    reader.readAsDataURL(blob)
+  })
+}
+
+/**
+ * Has a recording scanned, piece by piece, where the set is. What is found is kept for this page's session.
+ * @param {import('../client.js').Tv} tv @param {File} file
+ * @param {{signal: AbortSignal, progress: (bytes: number) => void}} how @return {Promise<import('../client.js').Scan>}
+ */
+export async function scan(tv, file, {signal, progress}) {
+  await tv.scan({content: '', part: 'first'})
+  for (let at = 0; at < file.size; at += pieceSize) {
+    signal.throwIfAborted()
+    await tv.scan({content: await base64Of(file.slice(at, at + pieceSize)), part: 'next'})
+    progress(Math.min(at + pieceSize, file.size))
+  }
+  return tv.scan({content: '', part: 'last'})
+}
+
 /** What the page says while it is not connected. @type {string} */
 export const disconnected = 'The TV of this tab is not there. Reload the page'
 
