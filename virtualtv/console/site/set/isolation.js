@@ -7,6 +7,8 @@ import {isNoted, note} from './notes.js'
 
 const tried = 'emp-window.isolating'  // the page has been loaded anew for it already
 const patience = 20_000  // ms for the service worker to fetch the site's files
+const renewing = 10_000  // ms for a new version to take over
+const visits = 500  // ms from one to the next
 
 /** Loads the page anew. @return {Promise<never>} */
 function reload() {
@@ -40,15 +42,26 @@ function installed({installing, waiting, active}) {
 /** @return {Promise<ServiceWorkerRegistration>} */
 const register = () => navigator.serviceWorker.register(new URL('../service-worker.js', import.meta.url))
 
+/** A client of the version that serves the page, which comes and goes. */
+function visit() {
+  const visitor = new Worker(new URL('notes.js', import.meta.url), {type: 'module'})
+  setTimeout(() => visitor.terminate(), visits / 2)
+}
+
 /**
- * Has a new version of the site take over that waits, if no other page needs the old one.
+ * Has a new version of the site take over that waits, if no other page needs the old one. Chromium at times forgets that it
+ * may, until a client of the old one goes.
  * @param {ServiceWorkerRegistration} registration @return {Promise<boolean>} whether it has
  */
 async function renewed({waiting}) {
-  const changed = new Promise(resolve => navigator.serviceWorker.addEventListener('controllerchange', resolve, {once: true}))
-  if (!waiting || !await takesOver(waiting)) return false
-  await changed
-  return true
+  if (!waiting) return false
+  const changed = new Promise(resolve => navigator.serviceWorker.addEventListener('controllerchange', () => resolve(true), {once: true}))
+  if (!await takesOver(waiting)) return false
+  const visiting = setInterval(visit, visits)
+  const late = new Promise(resolve => setTimeout(resolve, renewing, false))
+  const has = await Promise.race([changed, late])
+  clearInterval(visiting)
+  return has
 }
 
 /**
