@@ -20,7 +20,9 @@ class TCCriteriaHelper : public TCMarshalable {
   /// Sorts the records by a field; at most one call.
   void OrderBy(int fieldId, ESortOrder order);
 
-  // For the TV service's side.
+  struct Step;
+
+  // The TV service's side begins here.
 
   struct Step {
     enum Kind : int { FETCH, WHERE, ORDER_BY };
@@ -31,6 +33,7 @@ class TCCriteriaHelper : public TCMarshalable {
 
   /// All calls made, in their order.
   const std::vector<Step>& Steps() const;
+  // The TV service's side ends here.
 
  private:
   std::vector<Step> m_steps;

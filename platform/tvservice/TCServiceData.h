@@ -48,7 +48,9 @@ class TCServiceData : public TCMarshalable {
   /// @return true when the record holds the text.
   bool Get(int fieldId, unsigned short* text) const;
 
-  // For the TV service's side.
+  struct Field;
+
+  // The TV service's side begins here.
 
   static constexpr int number = -1;
 
@@ -94,8 +96,10 @@ class TCServiceData : public TCMarshalable {
   /// The fields held, in the order in which they were set.
   View<Field> Fields() const;
   View<unsigned short> Units() const;
+  // The TV service's side ends here.
 
  private:
+  // The TV service's side begins here.
   unsigned short* TextUnits() const;
   bool MayHold(int fieldId) const;
   const Field* Find(int fieldId, bool text) const;
@@ -106,6 +110,7 @@ class TCServiceData : public TCMarshalable {
   Field* Behind();
   void Release();
   void Move(int fieldRoom, int unitRoom);
+  // The TV service's side ends here.
 
   // One block of memory holds the fields and, behind the room for them, the units of all texts. Of a record that `New`
   // made this block is the rest of its own.

@@ -1,0 +1,57 @@
+// docs/porting.md says of each operation of the set when it has succeeded.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "seam/Operations.h"
+
+namespace virtualtv::seam {
+namespace {
+
+std::string inWords(Answer answer) {
+  switch (answer) {
+    case Answer::positive:
+      return "above 0";
+    case Answer::one:
+      return "1";
+    case Answer::nonZero:
+      return "not 0";
+    case Answer::notNegative:
+      return "0 or more";
+    case Answer::zero:
+      return "0";
+    case Answer::pointer:
+      return "not null";
+    case Answer::text:
+      return "any text";
+    case Answer::nothing:
+      return "";
+  }
+  return "unknown";
+}
+
+/// The first two columns of the page's table of operations.
+std::vector<std::string> onThePage() {
+  std::ifstream page(PORTING_PAGE);
+  std::vector<std::string> rows;
+  bool inside = false;
+  for (std::string line; std::getline(page, line);) {
+    if (line.rfind("| Operation |", 0) == 0) inside = true;
+    if (line.empty()) inside = false;
+    if (inside && line.rfind("| `", 0) == 0) rows.push_back(line.substr(0, line.find('|', line.find('|', 1) + 1) + 1));
+  }
+  return rows;
+}
+
+TEST(PortingPage, SaysOfEachOperationWhenItHasSucceeded) {
+  std::vector<std::string> rows;
+  for (const Operation& operation : operations) {
+    rows.push_back("| `" + std::string(operation.name) + "` | " + inWords(operation.answer) + " |");
+  }
+  EXPECT_EQ(onThePage(), rows);
+}
+
+}  // namespace
+}  // namespace virtualtv::seam
