@@ -165,7 +165,8 @@ std::string ServiceList::kept(std::string_view text) {
   std::string kept(format_.name);
   while (!text.empty()) {
     const std::string_view line = cut(text, '\n');
-    const bool plain = std::all_of(line.begin(), line.end(), [](char byte) { return byte >= 0; });
+    const bool plain =
+        std::all_of(line.begin(), line.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
     kept.append("\n").append(plain ? line : text::toUtf8(decoder_.decode(line)));
   }
   return kept;
