@@ -18,9 +18,10 @@ enum NetworkTag : unsigned {
   PRIVATE_DATA_SPECIFIER = 0x5F,
   EXTENSION = 0x7F,
   LOGICAL_CHANNELS = 0x83,
+  CHANNEL_LISTS = 0x87,
 };
 
-/// Whose logical channel numbers have 14 bits in place of 10.
+/// Whose logical channel numbers have 14 bits in place of 10, and who has lists of channels, too.
 constexpr std::uint32_t nordic = 0x00000029;
 
 template <std::size_t size>
@@ -109,16 +110,29 @@ std::optional<Delivery> readDelivery(const Descriptor& descriptor) {
   }
 }
 
-/// Numbers of 10 bits, or of 14 in the north of Europe. 0 is no number.
-void readNumbers(Bits bits, bool isNordic, std::map<int, ChannelNumber>& numbers) {
+using ChannelNumbers = std::map<int, ChannelNumber>;  ///< by program
+
+constexpr unsigned usualWidth = 10;   // bits of a number
+constexpr unsigned nordicWidth = 14;  // in the north of Europe
+
+/// 0 is no number.
+void readNumbers(Bits bits, unsigned width, ChannelNumbers& numbers) {
   while (bits.left() >= 4) {
     const int program = bits.number(16);
     ChannelNumber number;
     number.isVisible = bits.get(1) != 0;
-    bits.skip(isNordic ? 1 : 5);
-    number.major = bits.number(isNordic ? 14 : 10);
+    bits.skip(15 - width);
+    number.major = bits.number(width);
     if (number.major != 0) numbers[program] = number;
   }
+}
+
+/// Lists for several regions or countries, of which the first counts.
+void readFirstList(Bits bits, ChannelNumbers& numbers) {
+  bits.skip(8);
+  bits.take(bits.get(8));  // its name
+  bits.skip(24);           // its country
+  readNumbers(Bits(bits.take(bits.get(8))), usualWidth, numbers);
 }
 
 NetworkStream readStream(Bits& bits, bool& isSound) {
@@ -127,12 +141,17 @@ NetworkStream readStream(Bits& bits, bool& isSound) {
   stream.id.network = bits.number(16);
   bits.skip(4);
   std::uint32_t owner = 0;
+  ChannelNumbers listed;
   isSound &= eachDescriptor(bits.take(bits.get(12)), [&](const Descriptor& descriptor) {
     Bits body(descriptor.body);
     if (descriptor.tag == PRIVATE_DATA_SPECIFIER) owner = body.get(32);
-    if (descriptor.tag == LOGICAL_CHANNELS) readNumbers(body, owner == nordic, stream.numbers);
+    if (descriptor.tag == LOGICAL_CHANNELS)
+      readNumbers(body, owner == nordic ? nordicWidth : usualWidth, stream.numbers);
+    if (descriptor.tag == CHANNEL_LISTS && owner == nordic && listed.empty()) readFirstList(body, listed);
     if (!stream.delivery) stream.delivery = readDelivery(descriptor);
   });
+  listed.merge(stream.numbers);  // numbers of a list count before others
+  stream.numbers = std::move(listed);
   return stream;
 }
 

@@ -32,6 +32,19 @@ TEST(Network, NumbersItsServices) {
   EXPECT_EQ(channel(sentWith(descriptor(0x5F, {0, 0, 0, 0x29}) + descriptor(0x83, {0, 1, 0xBF, 0xFF}))), "16383");
 }
 
+TEST(Network, NumbersItsServicesByTheFirstOfTheListsOfTheNorth) {
+  const Blob north = descriptor(0x5F, {0, 0, 0, 0x29});
+  const Blob plain = descriptor(0x83, {0, 1, 0xC0, 21});
+  const Blob first = Blob{1, 2, 'A', 'B', 's', 'w', 'e', 4, 0, 1, 0xFC, 30};
+  const Blob second = Blob{2, 0, 'n', 'o', 'r', 4, 0, 1, 0xFC, 40};
+  EXPECT_EQ(channel(sentWith(north + plain + descriptor(0x87, first + second))), "30");
+  EXPECT_EQ(channel(sentWith(north + descriptor(0x87, first + second) + plain)), "30");
+  EXPECT_EQ(channel(sentWith(north + plain + descriptor(0x87, {1, 0, 's', 'w', 'e', 0}))), "21");
+  EXPECT_EQ(channel(sentWith(north + plain + descriptor(0x87, {1, 200, 's', 'w'}))), "21");
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x87, first))), "21");  // of whom, nobody says
+  EXPECT_EQ(channel(sentWith(north + descriptor(0x87, {1, 0, 's', 'w', 'e', 4, 0, 1, 0x7C, 5}))), "5 hidden");
+}
+
 TEST(Network, SendsTerrestrially) {
   const Blob body{0x02, 0xF7, 0xE3, 0x40, 0x1F, 0x81, 0x00, 0xFF, 0xFF, 0xFF, 0xFF};  // 498 MHz, 8 MHz, 64-QAM
   const Delivery delivery = sentWith(descriptor(0x5A, body)).delivery;
