@@ -18,14 +18,13 @@ std::string ExportReport::losses() const {
 }
 
 std::string ExportReport::error() const {
-  return exported.services > 0 ? std::string() : format + " can hold none of the services";
+  if (exported.services > 0) return {};
+  return exported.leftOut > 0 ? format + " can hold none of the services" : "there are no services to export";
 }
 
 ExportReport exportServices(const ServiceStore& services, const import::Format& format) {
   import::Exporter exporter(format);
-  for (const ServiceKey key : services.keys()) {
-    if (const std::optional<Service> service = services.read(key)) exporter.add(*service);
-  }
+  services.each([&](ServiceKey, const Service& service) { exporter.add(service); });
   return {std::string(format.name), exporter.finish()};
 }
 

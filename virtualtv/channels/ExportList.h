@@ -16,7 +16,7 @@ struct ExportReport {
   std::string summary() const;
   /// One line that counts what the format can't hold; empty where nothing is lost.
   std::string losses() const;
-  /// `FORMAT can hold none of the services`; empty when services were written.
+  /// `FORMAT can hold none of the services`, or that there are none; empty when services were written.
   std::string error() const;
 };
 

@@ -128,13 +128,15 @@ void Exporter::addEntry(const Service& service) {
   const std::string group = group_;
   const std::string line = groupLine(service);
   const std::string text = format_.writing->entry({now, same ? &before.entry : nullptr, before.text, next_});
-  Reading back;
-  if (text.empty() || !read(format_, line + text, back)) {
+  const bool isAsItWas = same && line.empty() && text == before.text;  // which has just been read
+  Reading again;
+  if (!isAsItWas && (text.empty() || !read(format_, line + text, again))) {
     ++exported_.leftOut;
     next_ = next;
     group_ = group;
     return;
   }
+  Reading& back = isAsItWas ? before : again;
   put(line + text);
   next_ = back.next;
   if (!line.empty()) readGroup_ = back.service.group;

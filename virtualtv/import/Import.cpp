@@ -65,11 +65,10 @@ const Format* formatNamed(std::string_view name) {
 
 const Format* recognise(std::string_view content) {
   const Format* recognised = nullptr;
-  std::optional<std::size_t> first;
   for (const Format& format : table) {
     const std::optional<std::size_t> place = format.recognise(content);
-    if (!place || (first && *place >= *first)) continue;
-    first = place;
+    if (!place) continue;
+    content = content.substr(0, *place);  // only a line in front of this one counts from here on
     recognised = &format;
   }
   return recognised;

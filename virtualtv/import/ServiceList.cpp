@@ -83,30 +83,34 @@ std::uint64_t ServiceList::serviceId(const Entry& entry) {
   return id;
 }
 
+/// Fields come in the order of their ids, so that each goes to the end.
 void ServiceList::setNumbers(Service& service, const Entry& entry) {
+  const auto put = [&](int field, std::uint64_t value) {
+    service.numbers.emplace_hint(service.numbers.end(), field, value);
+  };
   const auto set = [&](int field, std::optional<int> value) {
-    if (value) service.numbers[field] = bits(*value);
+    if (value) put(field, bits(*value));
   };
   const auto setKnown = [&](int field, int value) {
-    if (value != 0) service.numbers[field] = bits(value);
+    if (value != 0) put(field, bits(value));
   };
-  service.numbers[TCServiceData::SERVICE_ID] = serviceId(entry);
   set(TCServiceData::CHANNEL_TYPE, channelType(entry.antenna, kindOf(entry)));
   setKnown(TCServiceData::FREQUENCY, entry.frequency);
   set(TCServiceData::MODULATION, entry.modulation);
   setKnown(TCServiceData::SYMBOL_RATE, entry.symbolRate);
+  put(TCServiceData::SERVICE_ID, serviceId(entry));
+  if (entry.major) {
+    put(TCServiceData::MAJOR, *entry.major);
+    put(TCServiceData::MINOR, bits(entry.minor));
+  }
   setKnown(TCServiceData::PROGRAM_NUMBER, entry.program);
   set(TCServiceData::TRANSPORT_STREAM_ID, entry.transportStream);
-  set(TCServiceData::ORIGINAL_NETWORK_ID, entry.network);
+  put(TCServiceData::LOCK, 0);
   set(TCServiceData::SOURCE_ID, entry.source);
-  set(TCServiceData::LOCK, 0);
+  set(TCServiceData::ORIGINAL_NETWORK_ID, entry.network);
   set(TCServiceData::ANTENNA_MODE, entry.antenna);
-  set(HIDDEN, entry.hidden ? 1 : 0);
-  set(SERVICE_MODE, 0);
-  if (entry.major) {
-    service.numbers[TCServiceData::MAJOR] = *entry.major;
-    service.numbers[TCServiceData::MINOR] = bits(entry.minor);
-  }
+  put(HIDDEN, entry.hidden ? 1 : 0);
+  put(SERVICE_MODE, 0);
 }
 
 void ServiceList::add(Entry entry) {

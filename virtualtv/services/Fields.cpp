@@ -78,6 +78,11 @@ std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t valu
   return std::nullopt;
 }
 
+std::int64_t numberColumn(const KnownField& field, std::uint64_t value) {
+  const auto column = toColumn(&field, value);
+  return column ? *column : numberColumn(field.id, value);
+}
+
 std::int64_t numberColumn(int fieldId, std::uint64_t value) {
   if (const auto column = toColumn(knownField(fieldId), value)) return *column;
   if (!takesNumber(fieldId)) refuse(fieldId, "takes a text, not a number");
@@ -146,21 +151,20 @@ void requireText(int fieldId) {
 }
 
 std::vector<std::byte> toBytes(std::u16string_view units) {
-  std::vector<std::byte> bytes;
-  bytes.reserve(units.size() * 2);
+  std::vector<std::byte> bytes(units.size() * 2);
+  auto byte = bytes.begin();
   for (const char16_t unit : units) {
-    bytes.push_back(static_cast<std::byte>(unit >> 8));
-    bytes.push_back(static_cast<std::byte>(unit & 0xff));
+    *byte++ = static_cast<std::byte>(unit >> 8);
+    *byte++ = static_cast<std::byte>(unit & 0xff);
   }
   return bytes;
 }
 
 std::u16string toUnits(Bytes bytes) {
-  std::u16string units;
-  units.reserve(bytes.size() / 2);
-  for (std::size_t high = 0; high + 1 < bytes.size(); high += 2) {
-    units.push_back(
-        static_cast<char16_t>(std::to_integer<int>(bytes[high]) << 8 | std::to_integer<int>(bytes[high + 1])));
+  std::u16string units(bytes.size() / 2, u'\0');
+  for (std::size_t at = 0; at < units.size(); ++at) {
+    units[at] =
+        static_cast<char16_t>(std::to_integer<int>(bytes[2 * at]) << 8 | std::to_integer<int>(bytes[2 * at + 1]));
   }
   return units;
 }

@@ -51,6 +51,7 @@ inline std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
 
 /// `toColumn` for what is to be stored. @throws std::invalid_argument when the field can't hold it; says which and why.
 std::int64_t numberColumn(int fieldId, std::uint64_t value);
+std::int64_t numberColumn(const KnownField& field, std::uint64_t value);
 
 /// A text as stored: its units, high byte first.
 std::vector<std::byte> toBytes(std::u16string_view units);

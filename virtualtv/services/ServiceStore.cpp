@@ -1,11 +1,13 @@
 #include "services/ServiceStore.h"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
 #include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 #include "services/FieldNumbers.h"
@@ -63,8 +65,9 @@ ServiceStore::ServiceStore(Database& database)
                 "SELECT key, channel_name, channel_type, antenna_mode, major, group_name FROM service ORDER BY place",
                 "read the services"),
       members_(database, "SELECT service FROM favourite WHERE number = ? AND member", "read a favourite group"),
-      spotOf_(database, "SELECT place, key FROM service WHERE service_id = ? ORDER BY place LIMIT 1",
-              "look up a service"),
+      spotOf_(database, "SELECT place, key FROM service WHERE service_id = ?", "look up a service"),
+      ids_(database, "SELECT service_id, key FROM service WHERE service_id IS NOT NULL ORDER BY place",
+           "look up services"),
       exists_(database, "SELECT 1 FROM service WHERE key = ?", "look up a service") {}
 
 std::size_t ServiceStore::size() const {
@@ -110,16 +113,29 @@ std::optional<Service> ServiceStore::read(ServiceKey key) const {
 
 std::map<ServiceKey, Service> ServiceStore::all() const {
   std::map<ServiceKey, Service> services;
-  for (const ServiceKey key : keys()) {
-    if (auto service = read(key)) services.emplace(key, std::move(*service));
-  }
+  each([&](ServiceKey key, Service&& service) { services.emplace(key, std::move(service)); });
   return services;
 }
 
+/// The keys are read on the way: as long as they are, SQLite need not look at the file anew for each service.
+void ServiceStore::each(const std::function<void(ServiceKey, Service&&)>& take) const {
+  Rows rows = keys_.query();
+  while (rows.next()) {
+    const ServiceKey key = rows.integer(0);
+    if (auto service = read(key)) take(key, std::move(*service));
+  }
+}
+
+/// Hardly ever have two services an id, so they are not sorted by SQLite, which would take ten times as long as the
+/// rest.
 std::optional<ServiceStore::Spot> ServiceStore::spotOf(std::uint64_t serviceId) const {
+  std::optional<Spot> first;
   Rows rows = spotOf_.query(idColumn(serviceId));
-  if (!rows.next()) return std::nullopt;
-  return Spot{rows.integer(0), rows.integer(1)};
+  while (rows.next()) {
+    const Spot spot{rows.integer(0), rows.integer(1)};
+    if (!first || spot.place < first->place) first = spot;
+  }
+  return first;
 }
 
 std::optional<ServiceKey> ServiceStore::keyOf(std::uint64_t serviceId) const {
@@ -132,6 +148,14 @@ std::optional<ServiceKey> ServiceStore::keyOf(const Service& service) const {
   const auto id = service.numbers.find(TCServiceData::SERVICE_ID);
   if (id == service.numbers.end()) return std::nullopt;
   return keyOf(id->second);
+}
+
+/// The keys of all services by the columns of their ids, of those with the same id the first in list order.
+std::unordered_map<std::int64_t, ServiceKey> ServiceStore::keysByIds() const {
+  std::unordered_map<std::int64_t, ServiceKey> keys;
+  Rows rows = ids_.query();
+  while (rows.next()) keys.emplace(rows.integer(0), rows.integer(1));
+  return keys;
 }
 
 bool ServiceStore::exists(ServiceKey key) const {
@@ -190,26 +214,32 @@ ServiceChanges ServiceStore::merge(const std::vector<Service>& services) {
 ServiceChanges ServiceStore::renew(const std::vector<Service>& services) {
   Transaction transaction(database_, "renew the services");
   ServiceChanges changes;
-  std::vector<Service> renewed;
+  std::vector<const Service*> renewed;
+  std::deque<Service> updates;
   std::set<ServiceKey> found;
+  const std::unordered_map<std::int64_t, ServiceKey> keys = keysByIds();
   for (const Service& listed : services) {
-    const auto key = keyOf(listed);
-    if (!key) {
-      renewed.push_back(listed);
+    const auto id = listed.numbers.find(TCServiceData::SERVICE_ID);
+    const auto known = id == listed.numbers.end() ? keys.end() : keys.find(idColumn(id->second));
+    if (known == keys.end()) {
+      renewed.push_back(&listed);
       ++changes.added;
       continue;
     }
-    found.insert(*key);
-    const Service before = tables_.read(*key).value();
-    renewed.push_back(updated(before, listed));
-    if (renewed.back() != before) {
+    const ServiceKey key = known->second;
+    found.insert(key);
+    const Service before = tables_.read(key).value();
+    renewed.push_back(&updates.emplace_back(updated(before, listed)));
+    if (updates.back() != before) {
       ++changes.changed;
-    } else if (std::cmp_not_equal(*key, renewed.size())) {
+    } else if (std::cmp_not_equal(key, renewed.size())) {
       ++changes.moved;
     }
   }
   changes.gone = size() - found.size();
-  replaceAll(renewed);
+  tables_.clear();
+  ServiceKey last = 0;
+  for (const Service* service : renewed) tables_.insert(++last, *service);
   transaction.commit();
   return changes;
 }

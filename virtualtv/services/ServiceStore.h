@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "services/Query.h"
@@ -59,6 +60,8 @@ class ServiceStore {
   std::optional<Service> read(ServiceKey key) const;
   /// Calls back with each service in list order, which takes far less than reading all of it.
   void outline(const std::function<void(const ServiceOutline&)>& take) const;
+  /// The same with all of it. Nobody may ask for the keys meanwhile.
+  void each(const std::function<void(ServiceKey, Service&&)>& take) const;
   /// The services that are in a favourite group.
   std::set<ServiceKey> membersOf(std::uint8_t group) const;
   /// All services by their keys.
@@ -140,6 +143,7 @@ class ServiceStore {
   };
 
   std::optional<Spot> spotOf(std::uint64_t serviceId) const;
+  std::unordered_map<std::int64_t, ServiceKey> keysByIds() const;
   bool exists(ServiceKey key) const;
   /// The key of a service that is to be added. @param from  where free keys are looked for; moves on.
   ServiceKey newKey(ServiceKey& from) const;
@@ -157,6 +161,7 @@ class ServiceStore {
   mutable Statement outlines_;
   mutable Statement members_;
   mutable Statement spotOf_;
+  mutable Statement ids_;
   mutable Statement exists_;
 };
 

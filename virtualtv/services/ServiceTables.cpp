@@ -28,6 +28,10 @@ std::string insertSql() {
   return "INSERT INTO service(" + columns(", ") + "group_name, key) VALUES(" + marks + "?, ?)";
 }
 
+[[noreturn]] void refuseTwo(int fieldId) {
+  throw std::invalid_argument("field " + std::to_string(fieldId) + " can't hold two values");
+}
+
 int readFields(const Rows& rows, Service& service) {
   int column = 0;
   for (const KnownField& field : knownFields()) {
@@ -156,32 +160,46 @@ ServiceTables::ServiceTables(Database& database)
       readEntry_(database, "SELECT text FROM list_entry WHERE service = ?", reading),
       readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
 
-void ServiceTables::bindFields(const Service& service) {
+/// Binds the fields that have columns. @return how many the service has of them.
+std::size_t ServiceTables::bindFields(const Service& service) {
+  std::size_t bound = 0;
   int parameter = 0;
   for (const KnownField& field : knownFields()) {
     const auto number = service.numbers.find(field.id);
     const auto units = service.texts.find(field.id);
-    insert_.bind(++parameter, nullptr);
-    if (number != service.numbers.end()) insert_.bind(parameter, numberColumn(field.id, number->second));
-    if (units == service.texts.end()) continue;
-    requireText(field.id);
-    insert_.bind(parameter, Bytes(toBytes(units->second)));
+    const bool isNumber = number != service.numbers.end();
+    const bool isText = units != service.texts.end();
+    ++parameter;
+    if (isNumber && isText) refuseTwo(field.id);
+    if (isNumber) {
+      insert_.bind(parameter, numberColumn(field, number->second));
+    } else if (isText) {
+      requireText(field.id);
+      insert_.bind(parameter, Bytes(toBytes(units->second)));
+    } else {
+      insert_.bind(parameter, nullptr);
+    }
+    if (isNumber || isText) ++bound;
   }
   insert_.bind(++parameter, std::string_view(service.group));
+  return bound;
 }
 
-void ServiceTables::insert(ServiceKey key, const Service& service) {
-  bindFields(service);
-  insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
-  insert_.finish();
+void ServiceTables::insertRaw(ServiceKey key, const Service& service) {
   for (const auto& [id, number] : service.numbers) {
-    if (service.texts.contains(id))
-      throw std::invalid_argument("field " + std::to_string(id) + " can't hold two values");
+    if (service.texts.contains(id)) refuseTwo(id);
     if (knownField(id) == nullptr) setRaw(key, id, number);
   }
   for (const auto& [id, units] : service.texts) {
     if (knownField(id) == nullptr) setRaw(key, id, units);
   }
+}
+
+void ServiceTables::insert(ServiceKey key, const Service& service) {
+  const std::size_t bound = bindFields(service);
+  insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
+  insert_.finish();
+  if (bound < service.numbers.size() + service.texts.size()) insertRaw(key, service);
   insertAudio(key, service.audio);
   insertSubtitles(key, service.subtitles);
   for (const auto& [group, member] : service.favourites) setFavourite(key, group, member);

@@ -41,7 +41,8 @@ class ServiceTables {
   void setRaw(ServiceKey key, int fieldId, std::u16string_view units);
 
  private:
-  void bindFields(const Service& service);
+  std::size_t bindFields(const Service& service);
+  void insertRaw(ServiceKey key, const Service& service);
   void readRaw(ServiceKey key, Service& service) const;
   std::string listEntry(ServiceKey key) const;
 

@@ -123,6 +123,12 @@ TEST_F(Export, CountsWhatAFormatCantHold) {
   EXPECT_EQ(exported("m3u").losses(), "m3u can't hold all: 3 services left out");
 }
 
+TEST_F(Export, SaysThatThereAreNoServices) {
+  import(vdrList);
+  tv->removeServices();
+  for (const char* format : {"json", "m3u"}) EXPECT_EQ(exported(format).error(), "there are no services to export");
+}
+
 TEST_F(Export, InAnotherFormatKeepsWhatBothKnow) {
   import(
       "News:578000000:INVERSION_OFF:BANDWIDTH_8_MHZ:a:b:QAM_64:c:d:e:620:621\n"
