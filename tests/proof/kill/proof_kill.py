@@ -3,7 +3,7 @@
 
 proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL: shells that
 switch sources and set a key, shells that import channel lists, put them in place of the set's or add them, and mark
-services between, and the program's own import. After each, the database is copied and read: it must be whole, and hold
+and edit services between, and the program's own import. After each, the database is copied and read: it must be whole, and hold
 all that had been answered, in every table; of what was under way a part that the order of writes allows, of an import
 all or nothing, as a set that nobody killed keeps it. The next one starts on the directory as it is. Prints figures; the
 status is 1 when something was lost, damaged or left locked.
@@ -28,7 +28,7 @@ LINES = 400  # a set that is not killed is through with them after a second or s
 LONGEST = 0.12  # seconds that a set may live, but for the time that the first reply takes
 PATIENCE = 10  # seconds that the first reply may take
 # The second brings some services of the first again, the third none of either.
-LISTS = {"a.conf": range(1, 41), "b.conf": [*range(1, 11), *range(101, 151)], "c.conf": range(201, 206)}
+LISTS = {"a.conf": range(1, 41), "b.conf": [*range(1, 11), *range(101, 151)], "c.m3u": range(201, 206)}
 
 MAIN, BEFORE, PIP = "setting db/emp/mainsource", "setting db/emp/previousmainsource", "setting db/emp/pipsource"
 APPLICATION, COUNT = "setting db/kel/current_source_type", "setting kill/count"
@@ -53,6 +53,11 @@ class Line:
     text: str
     replies: bool
     writes: tuple
+
+
+def m3u_list(numbers):
+    """Likewise in another format, which has no service ids."""
+    return "#EXTM3U\n" + "".join(f"#EXTINF:-1 tvg-chno=\"{n}\",Service {n}\nhttp://example.org/{n}\n" for n in numbers)
 
 
 def channel_list(numbers):
@@ -153,12 +158,18 @@ def marking(service):
     yield f".set service.{service}.1003 720"
 
 
+def editing():
+    """Lines that edit services of the first list, whose keys and numbers count from 1."""
+    yield from (".service #3 rename Other", ".service #5 move 2", ".service #4 hide on", ".service #7 renumber 99",
+                ".service #9 remove")
+
+
 def round_of_imports(services):
-    """Lines that import each list in place of another and one on top, and mark services between: what is there again in
-    the second list, and what is not. The list in front shares no service with them, so nothing of the round before
+    """Lines that import each list in place of another and one on top, mark services between and edit some: what is there
+    again in the second list, and what is not. The list in front shares no service with them, so nothing of the round before
     stays. @param services  ids of the first list"""
-    return [".import c.conf", ".import a.conf", *marking(services[0]), *marking(services[-1]), ".import b.conf --add",
-            ".import b.conf"]
+    return [".import c.m3u", ".import a.conf", *marking(services[0]), *marking(services[-1]), *editing(),
+            ".import b.conf --add", ".import b.conf"]
 
 
 def of_imports(kept):
@@ -205,7 +216,8 @@ class Loop:
                                       "kills amid a write", "states compared", "acknowledged writes checked", "lost",
                                       "corrupt"), 0)
         for name, numbers in LISTS.items():
-            (folder / name).write_text(channel_list(numbers), encoding="utf-8")
+            content = m3u_list(numbers) if name.endswith(".m3u") else channel_list(numbers)
+            (folder / name).write_text(content, encoding="utf-8")
         self.start(["exec", "GetSource", "0"])
         self.imports = list(self.learn())
 
