@@ -4,12 +4,11 @@
 #include <sqlite3.h>
 
 #include <cstddef>
-#include <cstdlib>
-#include <filesystem>
 #include <stdexcept>
 #include <string>
 
 #include "store/SettingsStore.h"
+#include "support/Directory.h"
 #include "support/Television.h"
 
 namespace {
@@ -18,24 +17,6 @@ constexpr std::size_t services = 100;
 constexpr const char* input = "15";
 constexpr const char* channelMajor = "1";
 constexpr int channelMinor = 7;
-
-/// A directory of its own beside this program, gone with the object. The system's folder for such may be in memory.
-class Directory {
- public:
-  Directory() {
-    std::string path = (std::filesystem::path(BENCH_SCRATCH) / "tune-XXXXXX").string();
-    if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no directory can be made at " + path);
-    path_ = path;
-  }
-  Directory(const Directory&) = delete;
-  Directory& operator=(const Directory&) = delete;
-  ~Directory() { std::filesystem::remove_all(path_); }
-
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 void showInput(bench::Television& television) {
   television.require(1, "SetSource", input);
@@ -63,7 +44,7 @@ std::size_t writesOf(bench::Television& television) {
 }
 
 void tune(benchmark::State& state) {
-  const Directory directory;
+  const bench::Directory directory(BENCH_SCRATCH);
   bench::Television::drop();
   bench::Television television(services, directory.path());
   state.counters["writes"] = static_cast<double>(writesOf(television));
@@ -76,7 +57,7 @@ void tune(benchmark::State& state) {
 }
 
 void store(benchmark::State& state) {
-  const Directory directory;
+  const bench::Directory directory(BENCH_SCRATCH);
   bench::Television::drop();
   bench::Television television(services, directory.path());
   int value = 0;

@@ -24,7 +24,7 @@ class BenchTest(ScratchTest):
         self.asked = []
         self.ratios = {}  # by number, 0.01 for those that are not here
         self.speed_rows = self.tool.speed_rows
-        self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "10", "11", "12", *map(str, range(16, 21)))
+        self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "10", "11", "12", *map(str, range(16, 21)), "23", "24")
         self.tool.memory_rows = self.rows_of("7", "14")
         self.seam_rows = self.tool.seam_rows
         self.tool.seam_rows = self.rows_of("13")
@@ -72,7 +72,7 @@ class BenchTest(ScratchTest):
         status, out, err = self.run_tool()
         self.assertEqual((status, err), (0, ""))
         rows = out.split("\n\n")[0].splitlines()[1:]
-        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 23)])
+        self.assertEqual([row.split()[0] for row in rows], [str(number) for number in range(1, 25)])
         self.assertIn("text  5 bytes", out)
 
     def test_a_missed_target_is_told_and_ends_with_1(self):
@@ -91,7 +91,7 @@ class BenchTest(ScratchTest):
         self.assertNotIn("size", out)
 
     def test_rows_that_there_are_none_of_are_refused(self):
-        for wrong in ("0", "23", "x", ""):
+        for wrong in ("0", "25", "x", ""):
             with self.subTest(wrong=wrong):
                 status, _, err = self.run_tool("1", wrong)
                 self.assertEqual(status, 2)
@@ -338,7 +338,7 @@ class SpeedTest(unittest.TestCase):
             speed.times(self.program, "bench_speed", ("one", "other"), 0.2)
 
     def test_what_waits_for_the_disk_or_other_threads_is_paired(self):
-        self.assertEqual([ratio.number for ratio in speed.RATIOS if ratio.paired], ["11", "16", "17", "18", "19", "20"])
+        self.assertEqual([ratio.number for ratio in speed.RATIOS if ratio.paired], ["11", "16", "17", "18", "19", "20", "23"])
 
     def test_real_time_counts_where_a_benchmark_is_named_so(self):
         for name in ("one/real_time", "one/manual_time"):

@@ -61,6 +61,10 @@ RATIOS = [
           [("servedEvent/real_time", "sentEvents/real_time")], 1.5, paired=True, program="bench_served"),
     Ratio("20", "a Node process with `launch()`, to its first reply", "`exec` and a Node process that connects",
           [("launched/manual_time", "connected/manual_time")], 1.5, seconds=0.5, paired=True, program="bench_served"),
+    Ratio("23", "the import of a list of 20,000 services, from its text to the disk", "SQLite alone putting its rows there",
+          [("import/real_time", "insert/real_time")], 1.5, paired=True),
+    Ratio("24", "the export of 20,000 services as JSON", "the JSON library's writer alone",
+          [("exportJson", "writeJson")], 3.0),
 ]
 
 REAL = ("/real_time", "/manual_time")  # ends of names of benchmarks whose processor time is not what counts
