@@ -29,7 +29,7 @@ bool isNameBefore(std::string_view text, std::size_t end, std::string_view name)
 }
 
 bool isControlByte(char byte) {
-  return (byte >= 0 && byte < ' ') || byte == '\x7F';
+  return static_cast<unsigned char>(byte) < ' ' || byte == '\x7F';
 }
 
 bool isAsciiLetter(char byte) {
