@@ -35,6 +35,7 @@ class Selection {
     if (query_.antenna && service.antenna != static_cast<std::uint64_t>(*query_.antenna)) return false;
     if (query_.kind && (!service.channelType || kindOf(*service.channelType) != query_.kind)) return false;
     if (query_.major && service.major != query_.major) return false;
+    if (query_.key && service.key != *query_.key) return false;
     if (query_.group && service.group != *query_.group) return false;
     if (query_.favourite && !members_.contains(service.key)) return false;
     return hasInName(service);

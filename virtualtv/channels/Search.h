@@ -22,6 +22,7 @@ struct ServiceQuery {
   std::optional<EAntennaMode> antenna = std::nullopt;           ///< what the service is received with
   std::optional<ServiceKind> kind = std::nullopt;               ///< what it brings
   std::optional<std::uint16_t> major = std::nullopt;            ///< its major number
+  std::optional<ServiceKey> key = std::nullopt;                 ///< which service it is
   std::optional<std::string> group = std::nullopt;              ///< name of the list section that it was found in
   std::optional<std::uint8_t> favourite = std::nullopt;         ///< favourite group that it is a member of
   std::size_t offset = 0;                                       ///< how many to leave out at the start

@@ -111,6 +111,7 @@ ServiceQuery queryOf(const Call& call) {
   if (call.params.has("major")) {
     query.major = static_cast<std::uint16_t>(call.params.number("major", text::rangeOf<std::uint16_t>()));
   }
+  if (call.params.has("key")) query.key = static_cast<ServiceKey>(call.params.number("key", notNegative));
   if (call.params.has("group")) query.group = call.params.text("group");
   if (call.params.has("favourite")) {
     query.favourite = static_cast<std::uint8_t>(call.params.number("favourite", text::rangeOf<std::uint8_t>()));
@@ -386,7 +387,8 @@ const std::array setRows{
             {"kind", R"({"enum": ["television", "radio", "data"]})", "what they bring"},
             {"group", textSchema, "the section of the list that they were found in"},
             {"favourite", R"({"type": "integer", "minimum": 0, "maximum": 255})", "the favourite group they are in"},
-            {"major", R"({"type": "integer", "minimum": 0, "maximum": 65535})", "their major number"}},
+            {"major", R"({"type": "integer", "minimum": 0, "maximum": 65535})", "their major number"},
+            {"key", countSchema, "the one of that key alone"}},
            R"({"type": "object", "required": ["revision", "total", "groups", "services"], "properties": {
                "revision": {"type": "integer"}, "total": {"type": "integer"},
                "groups": {"type": "array", "items": {"type": "string"},

@@ -61,6 +61,10 @@ TEST_F(SetMethods, ListServices) {
   const Json::Value fourth = result("tv.services", named({{"antenna", "cable"}, {"major", 4}}));
   EXPECT_EQ(fourth["total"], 2);
   for (const Json::Value& service : fourth["services"]) EXPECT_EQ(service["major"], 4);
+  const Json::Value third = result("tv.services", named({{"key", all["services"][2]["key"]}}));
+  EXPECT_EQ(third["total"], 1);
+  EXPECT_EQ(third["services"][0], all["services"][2]);
+  EXPECT_EQ(result("tv.services", named({{"key", 4711}}))["total"], 0);
 }
 
 TEST_F(SetMethods, ListTheServicesOfAGroupAndOfAFavouriteGroup) {

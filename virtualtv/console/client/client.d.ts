@@ -119,6 +119,8 @@ export interface ServicesQuery {
   favourite?: number
   /** Their major number. */
   major?: number
+  /** The one of that key. */
+  key?: number
 }
 
 export interface FaultOptions {

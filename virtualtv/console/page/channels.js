@@ -1,4 +1,6 @@
 import {command, complain} from './act.js'
+import './channel-edit.js'
+import './channel-export.js'
 import {h} from './dom.js'
 import './list.js'
 import {Part} from './part.js'
@@ -14,7 +16,7 @@ const short = /** @type {{[antenna: string]: string}} */ ({terrestrial: 'terr', 
 /** Those that a service can be in, as choices. */
 const favouriteGroups = Array.from({length: 256}, (_, group) => h('option', {value: String(group)}, String(group)))
 
-/** The list of services: search, tune, mark as favourite. */
+/** The list of services: search, tune, mark as favourite, edit, export. */
 class Channels extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'services', 'connection'])
   #pages = new ServicePages(() => this.changed())
@@ -24,11 +26,15 @@ class Channels extends Part {
   #version = -1
   /** @type {import('./remote-deeds.js').Outcome} */
   #said = {text: ''}
+  /** What stands below the list: a service that is edited, or the export. @type {{edit: any} | 'export' | undefined} */
+  #panel
+  /** The service of the chosen row, which keeps its key where it moves. @type {number | undefined} */
+  #chosenKey
 
   view() {
     if (!store.get('connection').connected && this.#pages.total === undefined) return h('p', {class: 'empty'}, 'Channels stand here once the TV is connected.')
     if (this.#version !== store.get('services')) this.#refresh()
-    return [h('div', {class: 'channel-filters'}, this.#filters()), this.#list(), this.#foot()]
+    return [h('div', {class: 'channel-filters'}, this.#filters()), this.#list(), this.#panelBelow(), this.#foot()]
   }
 
   #refresh() {
@@ -88,9 +94,10 @@ class Channels extends Part {
     const {total} = this.#pages
     if (total === 0) return h('p', {key: 'empty', class: 'empty grow'}, this.#empty())
     return h('emp-long-list', {
-      key: 'list', grid: true, id: 'channel-list', class: 'grow', 'aria-label': 'Channels: Enter tunes, Space marks as favourite', 'aria-busy': String(total === undefined),
+      key: 'list', grid: true, id: 'channel-list', class: 'grow', 'aria-label': 'Channels: Enter tunes, Space marks as favourite, E edits', 'aria-busy': String(total === undefined),
       row: (/** @type {number} */ at) => this.#row(at),
       onrange: (/** @type {number} */ from, /** @type {number} */ to) => this.#pages.want(from, to),
+      onchoose: (/** @type {number} */ at) => { this.#chosenKey = this.#pages.at(at)?.key },
       onopen: (/** @type {number} */ at) => this.#tune(at),
       onkey: (/** @type {number} */ at, /** @type {KeyboardEvent} */ event) => this.#typed(at, event),
     })
@@ -100,7 +107,16 @@ class Channels extends Part {
     const list = this.#listElement
     if (!list) return
     list.length = this.#pages.total ?? 0
+    this.#followChosen(list)
     list.redraw()
+  }
+
+  /** The chosen service may have moved. One that is edited stays in sight. @param {import('./list.js').LongList} list */
+  #followChosen(list) {
+    if (list.chosen < 0 || this.#chosenKey === undefined || this.#pages.at(list.chosen)?.key === this.#chosenKey) return
+    const at = this.#pages.indexOf(this.#chosenKey)
+    if (at >= 0 && typeof this.#panel === 'object') list.choose(at)
+    else list.chosen = at
   }
 
   #empty() {
@@ -124,6 +140,8 @@ class Channels extends Part {
         hidden && h('span', {class: 'dim', title: 'Hidden: in no list of the set'}, 'hidden'),
         kind !== 'television' && h('span', {class: 'dim'}, kind),
         h('span', {class: 'dim channel-antenna', title: antenna}, short[antenna] ?? antenna)),
+      h('span', {role: 'gridcell', class: 'channel-edit'}, h('button', {
+        class: 'plain', tabindex: -1, title: 'Edit (E)', 'aria-label': `Edit ${name || 'no name'}`, onclick: () => this.#edit(at)}, 'Edit')),
       h('span', {role: 'gridcell'}, h('button', {
         class: ['plain', 'star', isFavourite && 'is-set'], tabindex: -1, 'aria-pressed': String(isFavourite), 'aria-label': `Favourite of group ${this.#favourite}: ${name || 'no name'}`,
         onclick: () => this.#star(at),
@@ -137,14 +155,51 @@ class Channels extends Part {
     const count = total === undefined ? 'Channels are being fetched' : `${total} ${total === 1 ? 'channel' : 'channels'}`
     return h('div', {class: 'channel-foot'},
       failure ? h('span', {class: 'fail cut', title: failure}, failure) : h('span', {class: 'dim', role: 'status'}, count),
-      h('span', {class: ['cut', failed && 'fail'], role: 'status', title: text}, h('bdi', null, text)))
+      h('span', {class: ['cut', 'grow', failed && 'fail'], role: 'status', title: text}, h('bdi', null, text)),
+      h('button', {class: 'plain', 'aria-expanded': String(this.#panel === 'export'), onclick: () => this.#open(this.#panel === 'export' ? undefined : 'export')}, 'Export…'))
+  }
+
+  #panelBelow() {
+    const panel = this.#panel
+    if (panel === 'export') return h('emp-channel-export', {key: 'export', onend: () => this.#end('button[aria-expanded]')})
+    return panel && h('emp-channel-edit', {key: 'edit', service: panel.edit, onend: (/** @type {string} */ said) => this.#end('emp-long-list', said)})
+  }
+
+  /** @param {{edit: any} | 'export' | undefined} panel */
+  #open(panel) {
+    this.#panel = panel
+    this.redraw()
+  }
+
+  /** Closes the panel. @param {string} next  what has the focus then @param {string} [said]  what is to be told */
+  #end(next, said = '') {
+    if (said) this.#said = {text: said}
+    this.#open(undefined)
+    this.#focus(next)
+  }
+
+  /** @param {number} at */
+  #edit(at) {
+    const service = this.#pages.at(at)
+    const list = this.#listElement
+    if (!service || !list) return
+    list.choose(at)
+    this.#open({edit: service})
+    this.#focus('emp-channel-edit input')
+  }
+
+  /** @param {string} selector */
+  #focus(selector) {
+    const element = /** @type {HTMLElement | null} */ (this.querySelector(selector))
+    element?.focus()
   }
 
   /** @param {number} at @param {KeyboardEvent} event */
   #typed(at, event) {
-    if (event.key !== ' ') return
+    if (event.key !== ' ' && event.key.toLowerCase() !== 'e') return
     event.preventDefault()
-    this.#star(at)
+    if (event.key === ' ') this.#star(at)
+    else this.#edit(at)
   }
 
   /** @param {number} at */

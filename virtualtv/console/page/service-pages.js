@@ -48,6 +48,15 @@ export class ServicePages {
     return this.#pages.get(Math.floor(at / pageSize))?.services[at % pageSize]
   }
 
+  /** Where a service stands among those that are known; -1 where it is not one of them. @param {number} key */
+  indexOf(key) {
+    for (const [page, {services}] of this.#pages) {
+      const at = services.findIndex(service => service.key === key)
+      if (at >= 0) return page * pageSize + at
+    }
+    return -1
+  }
+
   /** Says which are in sight. @param {number} from @param {number} to  the one behind the last */
   want(from, to) {
     this.#range = [from, to]

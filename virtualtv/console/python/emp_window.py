@@ -299,7 +299,7 @@ class Tv:
         return self.call("tv.sessions")["sessions"]
 
     def services(self, **query: Any) -> dict[str, Any]:
-        """Lists services that meet the conditions: offset, limit, text, antenna, kind, group, favourite, major."""
+        """Lists services that meet the conditions: offset, limit, text, antenna, kind, group, favourite, major, key."""
         return self.call("tv.services", query)
 
     def snapshot(self, before: Optional[int] = None) -> dict[str, Any]:

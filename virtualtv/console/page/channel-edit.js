@@ -1,0 +1,127 @@
+import {act, tv} from './act.js'
+import {h} from './dom.js'
+import {Part} from './part.js'
+import {nameOf, numberOf} from './services.js'
+import {store} from './store.js'
+
+/** What a form can refuse: the changes whose problems stand below it. @typedef {'name' | 'number' | 'rest'} Place */
+
+/** Changes one service of the list. */
+class ChannelEdit extends Part {
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['services'])
+  /** Called when a person is done, with what is to be told. @type {(said: string) => void} */
+  onend = () => {}
+  /** As the set has it; null where it is not there any more. @type {any} */
+  #service
+  /** @type {number} */
+  #key = 0
+  #version = -1
+  /** Why the last change was refused, by its place. @type {{at: Place, reason: string} | undefined} */
+  #refused
+  #isSure = false
+
+  /** Which service it is. @param {any} service  as the list has it */
+  set service(service) {
+    if (service.key === this.#key) return
+    this.#key = service.key
+    this.#service = service
+    this.#version = store.get('services')
+    this.#refused = undefined
+    this.#isSure = false
+    this.changed()
+  }
+
+  view() {
+    if (this.#version !== store.get('services')) this.#refresh()
+    return h('section', {class: 'channel-panel', 'aria-label': 'Edit channel', onkeydown: this.#typed},
+      h('header', null,
+        h('span', {class: 'mono dim'}, this.#service && numberOf(this.#service)), h('span', {class: 'grow channel-name'}, this.#service && nameOf(this.#service.name)),
+        h('button', {'aria-label': 'Close the channel', onclick: () => this.onend('')}, 'Close')),
+      this.#service ? this.#forms(this.#service) : h('p', {class: 'dim', role: 'status'}, 'This channel is not in the list any more.'))
+  }
+
+  /** @param {any} service */
+  #forms({key, name, major, hidden, locked}) {
+    return [
+      h('form', {key: `name ${key}`, class: 'row', 'aria-label': 'Name', onsubmit: (/** @type {SubmitEvent} */ event) => this.#send(event, 'name', 'rename')},
+        h('input', {class: 'grow', 'aria-label': 'Name', value: name ?? '', spellcheck: 'false'}), h('button', null, 'Rename')),
+      this.#problem('name'),
+      h('form', {key: `number ${key}`, class: 'row', 'aria-label': 'Number', onsubmit: (/** @type {SubmitEvent} */ event) => this.#send(event, 'number', 'renumber')},
+        h('input', {class: 'number', 'aria-label': 'Number', inputmode: 'numeric', value: String(major ?? '')}),
+        h('button', {title: 'Gives it a number that no other channel has'}, 'Renumber'),
+        h('button', {type: 'button', title: 'Puts it where that number is; the channels between move by one', onclick: this.#move}, 'Move there')),
+      this.#problem('number'),
+      h('div', {class: 'row'},
+        h('button', {'aria-pressed': String(hidden), title: 'Lists of the set leave it out', onclick: () => this.#change('rest', 'hide', hidden ? 'off' : 'on')}, 'Hidden'),
+        h('button', {'aria-pressed': String(locked), title: 'The set asks for a code', onclick: () => this.#change('rest', 'lock', locked ? 'off' : 'on')}, 'Locked'),
+        h('span', {class: 'grow'}),
+        h('button', {class: this.#isSure && 'fail', onclick: () => this.#isSure ? this.#remove() : this.#beSure(true), onblur: () => this.#beSure(false)},
+          this.#isSure ? 'Remove for good' : 'Remove')),
+      this.#problem('rest'),
+    ]
+  }
+
+  /** @param {Place} place */
+  #problem(place) {
+    return this.#refused?.at === place && h('p', {key: `problem ${place}`, class: 'fail name', role: 'alert'}, this.#refused.reason)
+  }
+
+  /** Asks for the service as it is now: whoever has changed it. */
+  async #refresh() {
+    const version = this.#version = store.get('services')
+    const key = this.#key
+    try {
+      const {services} = await tv().services({key})
+      if (key !== this.#key || version !== this.#version) return
+      this.#service = services[0] ?? null
+      this.changed()
+    } catch {
+      // The connection broke: the next one tells of the services anew.
+    }
+  }
+
+  /** @param {KeyboardEvent} event */
+  #typed = event => {
+    if (event.key !== 'Escape') return
+    event.preventDefault()
+    event.stopPropagation()
+    this.onend('')
+  }
+
+  /** @param {SubmitEvent} event @param {Place} place @param {string} change */
+  #send(event, place, change) {
+    event.preventDefault()
+    this.#change(place, change, valueIn(event))
+  }
+
+  #move = (/** @type {MouseEvent} */ event) => {
+    this.#change('number', 'move', valueIn(event))
+  }
+
+  /** Removing wants a second click on the same button. @param {boolean} isSure */
+  #beSure(isSure) {
+    this.#isSure = isSure
+    this.changed()
+  }
+
+  async #remove() {
+    const {name} = this.#service
+    if (await this.#change('rest', 'remove')) this.onend(`Removed ${name ?? ''}`)
+  }
+
+  /** @param {Place} place @param {string} change @param {string} [value] @return {Promise<boolean>} whether it was done */
+  async #change(place, change, value) {
+    const done = await act('tv.editService', {service: `#${this.#key}`, change, ...value !== undefined && {value}})
+    const {data, error} = store.get('deed') ?? {}
+    this.#refused = done ? undefined : {at: place, reason: data?.reason ?? error}
+    this.#isSure = false
+    this.changed()
+    return done !== undefined
+  }
+}
+customElements.define('emp-channel-edit', ChannelEdit)
+
+/** What stands in the field of a form. @param {Event} event */
+function valueIn({currentTarget}) {
+  return /** @type {HTMLInputElement} */ (/** @type {Element} */ (currentTarget).closest('form')?.querySelector('input')).value.trim()
+}
