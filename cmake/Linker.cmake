@@ -7,5 +7,3 @@ endif()
 # Each test program holds the whole set. Debuggers and sanitizers need line tables, which can be compressed, and no
 # names of what only one source knows: this halves what a build takes of the disk.
 add_link_options($<$<CONFIG:Debug>:LINKER:--compress-debug-sections=zlib,--discard-all,-O2>)
-# Archives need no copies of what lies beside them.
-set(CMAKE_CXX_ARCHIVE_CREATE "<CMAKE_AR> qcT <TARGET> <LINK_FLAGS> <OBJECTS>")

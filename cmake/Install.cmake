@@ -1,0 +1,60 @@
+# What `cmake --install` lays out, in GNU directories, by component: `program` (the program and its docs), `development` (the
+# libraries of the plug-in and of the virtual TV, for CMake and pkg-config), `javascript` and `python` (the clients).
+# With --strip nothing holds debug information.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# Headers lie apart, by what offers them: names such as set/Tv.h are too common for the folder of all headers.
+set(headers ${CMAKE_INSTALL_INCLUDEDIR}/emp-window)
+set(package ${CMAKE_INSTALL_LIBDIR}/cmake/emp-window)
+set(shared ${CMAKE_INSTALL_DATADIR}/emp-window)
+set(plugin_library ${CMAKE_STATIC_LIBRARY_PREFIX}emp-window${CMAKE_STATIC_LIBRARY_SUFFIX})
+get_target_property(virtualtv_type virtualtv TYPE)
+if(virtualtv_type STREQUAL SHARED_LIBRARY)
+  set(virtualtv_library ${CMAKE_SHARED_LIBRARY_PREFIX}virtualtv${CMAKE_SHARED_LIBRARY_SUFFIX})
+  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(emp-window PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+else()
+  set(virtualtv_library ${CMAKE_STATIC_LIBRARY_PREFIX}virtualtv${CMAKE_STATIC_LIBRARY_SUFFIX})
+endif()
+
+# The program, and what people read. A program that is linked against a shared virtual TV needs that too.
+install(TARGETS emp-window RUNTIME COMPONENT program)
+install(TARGETS virtualtv LIBRARY COMPONENT program ARCHIVE COMPONENT development)
+install(FILES LICENSE README.md TYPE DOC COMPONENT program)
+install(DIRECTORY docs/ TYPE DOC COMPONENT program FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json)
+
+# The libraries.
+install(FILES $<TARGET_FILE:window> TYPE LIB RENAME ${plugin_library} COMPONENT development)
+install(DIRECTORY Window/include/ DESTINATION ${headers}/window COMPONENT development)
+install(DIRECTORY platform/ DESTINATION ${headers}/platform COMPONENT development FILES_MATCHING PATTERN *.h)
+# What only the program is made of stays with it, and with it the libraries that its headers want.
+install(DIRECTORY virtualtv/ DESTINATION ${headers}/virtualtv COMPONENT development FILES_MATCHING PATTERN *.h
+  PATTERN console EXCLUDE PATTERN net EXCLUDE PATTERN program EXCLUDE PATTERN tab EXCLUDE)
+
+# Stripping an archive would take the symbols that others link against, so CMake strips none; its debug information can go.
+foreach(library ${plugin_library} ${virtualtv_library})
+  if(library MATCHES "\\${CMAKE_STATIC_LIBRARY_SUFFIX}$")
+    install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+      execute_process(COMMAND ${CMAKE_STRIP} --strip-debug \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/${library}
+        COMMAND_ERROR_IS_FATAL ANY)
+    endif()" COMPONENT development)
+  endif()
+endforeach()
+
+configure_package_config_file(cmake/install/emp-window-config.cmake.in ${PROJECT_BINARY_DIR}/install/emp-window-config.cmake
+  INSTALL_DESTINATION ${package} PATH_VARS headers CMAKE_INSTALL_LIBDIR CMAKE_INSTALL_BINDIR)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/install/emp-window-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/install/emp-window-config.cmake ${PROJECT_BINARY_DIR}/install/emp-window-config-version.cmake
+  DESTINATION ${package} COMPONENT development)
+# Folders in these files count from the file, so that what is installed can be moved.
+file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+foreach(name emp-window virtualtv)
+  configure_file(cmake/install/${name}.pc.in ${PROJECT_BINARY_DIR}/install/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/install/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endforeach()
+
+# The clients.
+install(DIRECTORY virtualtv/console/client/ DESTINATION ${shared}/javascript COMPONENT javascript
+  FILES_MATCHING PATTERN *.js PATTERN *.d.ts PATTERN package.json PATTERN README.md)
+install(FILES virtualtv/console/python/emp_window.py virtualtv/console/python/README.md DESTINATION ${shared}/python COMPONENT python)

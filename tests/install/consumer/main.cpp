@@ -1,0 +1,17 @@
+// A program of somebody else: a set in memory with the plug-in on it, from what is installed.
+#include <EmpAppWindow.h>
+#include <device/Device.h>
+#include <set/Tv.h>
+#include <shell/Session.h>
+
+#include <iostream>
+
+int main(int count, char** words) {
+  kel::CEmpAppWindow plugin;
+  virtualtv::Storage storage;
+  virtualtv::device::Device device(plugin, storage);
+  virtualtv::shell::Session session(device, ".");
+  for (int at = 1; at < count; ++at) {
+    for (const std::string& line : session.run(words[at])) std::cout << line << "\n";
+  }
+}
