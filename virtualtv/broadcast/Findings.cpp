@@ -122,6 +122,7 @@ Findings::Use Findings::readMap(int pid, const Section& section) {
   const auto found = programs_.find({stream_, section.extension});
   if (found == programs_.end() || found->second.mapPid != pid) return Use::all;
   found->second.map = readProgramMap(section);
+  found->second.file = file_;
   return useOf(found->second.map->isSound, found->second.map->isWhole);
 }
 
@@ -192,6 +193,7 @@ void Findings::endStream(const std::function<bool(int)>& isScrambled) {
     }
     program.mapPid = -1;
   }
+  ++file_;
   networkPid_ = -1;
   stream_ = -1;
   version_.reset();
@@ -259,6 +261,9 @@ void Findings::addTracks(const Program& program, FoundService& service) const {
   const bool isDescribed = described_.contains({service.stream, service.program});
   if (!isDescribed) service.isScrambled |= program.map->isProtected;
   if (!service.kind) service.kind = kindOf(*program.map);
+  service.file = program.file;
+  service.video = program.map->video;
+  service.videoType = program.map->videoType;
   service.audio = program.map->audio;
   service.subtitles = program.map->subtitles;
 }

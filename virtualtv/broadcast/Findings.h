@@ -48,6 +48,7 @@ class Findings {
     int mapPid = -1;           ///< where its map is told; -1 in streams that have ended
     bool isScrambled = false;  ///< packets of it were
     std::optional<ProgramMap> map;
+    std::size_t file = 0;  ///< the stream that the map is from
   };
 
   /// A service as its broadcaster describes it.
@@ -85,6 +86,7 @@ class Findings {
   Delivery deliveryOf(const ServiceName& name) const;
   void addTracks(const Program& program, FoundService& service) const;
 
+  std::size_t file_ = 0;  ///< the present stream, counted from 1
   int networkPid_ = -1;
   int stream_ = -1;                  ///< id of the present transport stream
   std::optional<unsigned> version_;  ///< of its association table

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,6 +23,9 @@ struct FoundService {
   Delivery delivery;
   bool isScrambled = false;
   bool isCarried = false;  ///< in this stream; others are only told of, and have no tracks
+  std::size_t file = 0;    ///< the stream that told its tracks, counted from 1; 0 for none
+  int video = 0;           ///< PID of its picture there; 0 where there is none
+  int videoType = 0;       ///< stream type of that
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
   std::optional<Event> present;

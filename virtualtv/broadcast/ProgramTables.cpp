@@ -1,4 +1,6 @@
 // The tables that tell which programs a stream carries, and the streams of a program.
+#include <tuple>
+
 #include "broadcast/Tables.h"
 #include "import/Streams.h"
 #include "services/Language.h"
@@ -39,7 +41,10 @@ class Stream {
  public:
   Stream(int type, int pid, ProgramMap& map) : pid_(pid), map_(map), coding_(import::audioCoding(type)) {
     isAudio_ = coding_ != CODING_UNKNOWN;
-    map.hasPicture |= import::isVideoType(type);
+    if (import::isVideoType(type)) {
+      if (!map.hasPicture) std::tie(map.video, map.videoType) = std::tie(pid, type);
+      map.hasPicture = true;
+    }
     // Stream types of private data tell nothing; their descriptors do.
     if (type == PRIVATE_PES) isAudio_ = false;
   }

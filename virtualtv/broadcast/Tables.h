@@ -71,6 +71,8 @@ Programs readPrograms(const Section& section);
 struct ProgramMap {
   bool isProtected = false;  ///< it names a system of conditional access
   bool hasPicture = false;
+  int video = 0;          ///< PID of the first picture; 0 without one
+  int videoType = 0;      ///< its stream type
   std::vector<int> pids;  ///< of all streams
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;

@@ -29,6 +29,13 @@ const Format& formatOf(const std::string& name, std::string_view content, const 
   return *format;
 }
 
+std::optional<Footage> footageOf(const broadcast::FoundService& service, const RecordingFiles& files) {
+  if (service.video == 0 || service.file > files.paths.size()) return {};
+  const std::string& path = files.paths[service.file - 1];
+  if (path.empty()) return {};
+  return Footage{path, service.video, service.videoType, files.areTrusted};
+}
+
 }  // namespace
 
 std::vector<std::string> ImportReport::problemLines() const {
@@ -59,9 +66,12 @@ ImportReport importServices(Tv& tv, const std::string& name, std::string_view co
   return report;
 }
 
-ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add) {
+ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add,
+                        const RecordingFiles& files) {
   ImportReport report{name, scan.services.size(), {}, {}, false};
-  if (!scan.services.empty()) report.changes = tv.import(broadcast::servicesOf(scan), add);
+  std::vector<Service> services = broadcast::servicesOf(scan);
+  for (std::size_t at = 0; at < services.size(); ++at) services[at].footage = footageOf(scan.services[at], files);
+  if (!services.empty()) report.changes = tv.import(services, add);
   return report;
 }
 

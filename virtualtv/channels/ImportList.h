@@ -20,6 +20,12 @@ struct ImportOptions {
   bool add = false;                        ///< keep the services that are there
 };
 
+/// The files that broadcasts were read from.
+struct RecordingFiles {
+  std::vector<std::string> paths;  ///< in the order in which they were scanned; an empty one, or none, does not play
+  bool areTrusted = false;         ///< see `Footage`
+};
+
 /// How an import went.
 struct ImportReport {
   std::string list;          ///< what messages call the list
@@ -43,8 +49,9 @@ struct ImportReport {
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options);
 
 /// Imports the services that were found in broadcasts, likewise. Their problems are told with the scan.
-/// @param name  stands for what was scanned in messages.
+/// @param name  stands for what was scanned in messages. @param files  that the services with a picture play from.
 /// @throws StoreError when the set can't keep the services.
-ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add);
+ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add,
+                        const RecordingFiles& files = {});
 
 }  // namespace virtualtv

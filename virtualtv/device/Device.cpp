@@ -105,8 +105,9 @@ ImportReport Device::import(const std::string& name, const std::string& content,
   return report;
 }
 
-ImportReport Device::import(const std::vector<std::string>& files, const broadcast::Scan& scan, bool add) {
-  ImportReport report = importScan(tv(), files.empty() ? "recording" : files.front(), scan, add);
+ImportReport Device::import(const std::vector<std::string>& files, const broadcast::Scan& scan, bool add,
+                            const RecordingFiles& recordings) {
+  ImportReport report = importScan(tv(), files.empty() ? "recording" : files.front(), scan, add, recordings);
   if (hearsActs_ && report.error().empty()) {
     tell(ScanImported{files, std::make_shared<const broadcast::Scan>(scan), add, report});
   }

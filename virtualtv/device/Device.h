@@ -90,8 +90,9 @@ class Device {
   /// @param name  what messages call the list. @throws what `importServices` throws.
   ImportReport import(const std::string& name, const std::string& content, const ImportOptions& options);
   /// Imports what was found in broadcasts. @param files  that were scanned, none where they were not read from files.
-  /// @throws what `importScan` throws.
-  ImportReport import(const std::vector<std::string>& files, const broadcast::Scan& scan, bool add);
+  /// @param recordings  where these are. @throws what `importScan` throws.
+  ImportReport import(const std::vector<std::string>& files, const broadcast::Scan& scan, bool add,
+                      const RecordingFiles& recordings = {});
 
   // Faults: seam::parseFault reads them from words.
 

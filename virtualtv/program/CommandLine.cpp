@@ -186,7 +186,7 @@ ExitStatus runScan(kel::CEmpAppBase& app, const Wishes& wishes) {
   }
   if (!scan.import) return allWell;
   Desk desk(app, wishes);
-  const ImportReport report = desk.device().import(scan.files, found, scan.add);
+  const ImportReport report = desk.device().import(scan.files, found, scan.add, desk.session().recordings(scan.files));
   (scan.json ? std::cerr : std::cout) << report.summary() << "\n";
   desk.sayWhatWentWrong("");
   return desk.status();

@@ -245,7 +245,8 @@ Json::Value readSoFar(const broadcast::Scanner& scanner) {
 Json::Value keptScan(const Call& call, Scans::Found found) {
   const Scans::Found& kept = call.core.scans().keep(call.seat.id, std::move(found));
   if (call.params.truth("import", false)) {
-    call.core.device().import(kept.files, kept.scan, call.params.truth("add", false));
+    call.core.device().import(kept.files, kept.scan, call.params.truth("add", false),
+                              call.seat.shell.recordings(kept.files));
   }
   return broadcast::documentOf(kept.scan);
 }
@@ -280,7 +281,8 @@ Json::Value scan(const Call& call) {
 Json::Value importScan(const Call& call) {
   const Scans::Found* const found = call.core.scans().found(call.seat.id);
   if (found == nullptr) throw std::invalid_argument("this session has scanned no recording of late; scan it again");
-  const ImportReport report = call.core.device().import(found->files, found->scan, call.params.truth("add", false));
+  const ImportReport report = call.core.device().import(found->files, found->scan, call.params.truth("add", false),
+                                                        call.seat.shell.recordings(found->files));
   Json::Value answer;
   appendProblems(answer, report);
   appendChanges(answer, report);

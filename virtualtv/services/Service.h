@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -66,6 +67,19 @@ using ServiceKey = std::int64_t;
 /// A field of a service: nothing, a number (negative ones as two's complement), or a text of 16-bit units.
 using FieldValue = std::variant<std::monostate, std::uint64_t, std::u16string>;
 
+/// A recording of a broadcast that has a service.
+struct Footage {
+  std::string path;        ///< of the file, absolute or beneath the directory that clients of a server have; any bytes
+  int video = 0;           ///< PID of the picture
+  int type = 0;            ///< its stream type in the program map, see `STREAM_H264`
+  bool isTrusted = false;  ///< the one who runs the program named the file, rather than a client or a document
+
+  bool operator==(const Footage&) const = default;
+};
+
+/// The stream type of pictures that browsers play as they are.
+inline constexpr int STREAM_H264 = 0x1B;
+
 /// One service as the set keeps it. A field that is in neither map is absent. Plain data.
 struct Service {
   std::map<int, std::uint64_t> numbers;  ///< by field id; negative numbers as two's complement
@@ -77,6 +91,7 @@ struct Service {
   /// What the channel list said that brought it, for what the set has no field for: the name of the list's format, a
   /// line break, and a list with this service alone. Any bytes; empty where no list brought it.
   std::string listEntry;
+  std::optional<Footage> footage;  ///< what plays while it is on screen
 
   bool operator==(const Service&) const = default;
 };

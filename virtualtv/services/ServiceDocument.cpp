@@ -54,6 +54,25 @@ void readFields(const JsonPart& part, const char* name, Service& service, Take t
   });
 }
 
+Json::Value footageDocument(const Footage& footage) {
+  Json::Value json;
+  json["path"] = json::ofBytes(footage.path);
+  json["video"] = footage.video;
+  json["type"] = footage.type;
+  return json;
+}
+
+Footage footageIn(const JsonPart& part) {
+  part.requireOnly({"path", "video", "type"});
+  Footage footage;
+  footage.path = json::bytesIn(part.at("path"));
+  if (footage.path.empty()) part.at("path").want("the path of a file");
+  constexpr text::Range pids{1, 8191};
+  footage.video = static_cast<int>(part.at("video").number(pids));
+  footage.type = static_cast<int>(part.at("type").number({0, 255}));
+  return footage;
+}
+
 template <typename List, typename Read>
 void readList(const JsonPart& part, const char* name, List& list, Read readText) {
   const auto text = part.find(name);
@@ -71,11 +90,12 @@ Json::Value serviceDocument(const Service& service) {
   if (!service.subtitles.empty()) json["subtitles"] = textOf(service.subtitles);
   if (!service.favourites.empty()) json["favourites"] = textOf(service.favourites);
   if (!service.listEntry.empty()) json["listEntry"] = json::ofBytes(service.listEntry);
+  if (service.footage) json["recording"] = footageDocument(*service.footage);
   return json;
 }
 
 Service serviceIn(const JsonPart& part) {
-  part.requireOnly({"key", "numbers", "texts", "group", "audio", "subtitles", "favourites", "listEntry"});
+  part.requireOnly({"key", "numbers", "texts", "group", "audio", "subtitles", "favourites", "listEntry", "recording"});
   Service service;
   readFields(part, "numbers", service,
              [&](int id, const JsonPart& value) { service.numbers.emplace(id, numberIn(id, value)); });
@@ -88,6 +108,7 @@ Service serviceIn(const JsonPart& part) {
   readList(part, "subtitles", service.subtitles, readSubtitleTracks);
   readList(part, "favourites", service.favourites, readFavourites);
   if (const auto entry = part.find("listEntry")) service.listEntry = json::bytesIn(*entry);
+  if (const auto recording = part.find("recording")) service.footage = footageIn(*recording);
   return service;
 }
 

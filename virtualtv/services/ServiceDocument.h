@@ -12,8 +12,9 @@ namespace virtualtv {
 
 Json::Value serviceDocument(const Service& service);
 
-/// Reads a document, which may come from anywhere; a member `key` is passed over. @throws std::invalid_argument with
-/// one line that says what is wrong and where, as `JsonPart` does, when it holds what no service can.
+/// Reads a document, which may come from anywhere; a member `key` is passed over, and no recording is trusted. @throws
+/// std::invalid_argument with one line that says what is wrong and where, as `JsonPart` does, when it holds what no
+/// service can.
 Service serviceIn(const JsonPart& part);
 
 }  // namespace virtualtv

@@ -29,6 +29,12 @@ std::int64_t idColumn(std::uint64_t serviceId) {
   return *toColumn(knownField(TCServiceData::SERVICE_ID), serviceId);
 }
 
+/// True for a recording that a service has already, and that is trusted, whoever tells of it now.
+bool isKnown(Footage footage, const std::optional<Footage>& before) {
+  footage.isTrusted = true;
+  return footage == before;
+}
+
 /// A service of the set as a list updates it.
 Service updated(const Service& before, const Service& listed) {
   const auto isUsers = [](const auto& field) {
@@ -43,6 +49,7 @@ Service updated(const Service& before, const Service& listed) {
   keepUsers(service.numbers, before.numbers);
   keepUsers(service.texts, before.texts);
   service.favourites = before.favourites;
+  if (!service.footage || isKnown(*service.footage, before.footage)) service.footage = before.footage;
   return service;
 }
 

@@ -26,6 +26,8 @@ namespace virtualtv {
 extern const char* const serviceTables;
 /// What they lacked at first, for the step of the schema that comes next: what lists said of services.
 extern const char* const listEntries;
+/// Adds the recordings that services play from; the next version.
+extern const char* const footageTables;
 
 /// What a search looks at in a service.
 struct ServiceOutline {
@@ -48,7 +50,7 @@ class ServiceStore {
   /// The greatest key that a service can have.
   static constexpr ServiceKey greatestKey = (ServiceKey{1} << 28) - 1;
 
-  /// @param database  outlives this object and has `serviceTables` with `listEntries`.
+  /// @param database  outlives this object and has `serviceTables` with `listEntries` and `footageTables`.
   explicit ServiceStore(Database& database);
 
   // The services.

@@ -138,6 +138,16 @@ CREATE TABLE list_entry(
 ) STRICT;
 )";
 
+const char* const footageTables = R"(
+CREATE TABLE recording(
+  service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
+  path BLOB NOT NULL,
+  video INTEGER NOT NULL,
+  type INTEGER NOT NULL,
+  trusted INTEGER NOT NULL
+) STRICT;
+)";
+
 ServiceTables::ServiceTables(Database& database)
     : database_(database),
       insert_(database, insertSql(), adding),
@@ -146,6 +156,7 @@ ServiceTables::ServiceTables(Database& database)
       insertSubtitle_(database, "INSERT INTO subtitle_track VALUES(?, ?, ?, ?, ?, ?)", "keep a subtitle track"),
       insertFavourite_(database, "INSERT OR REPLACE INTO favourite VALUES(?, ?, ?)", "keep a favourite"),
       insertEntry_(database, "INSERT INTO list_entry VALUES(?, ?)", "keep what a list says of a service"),
+      insertFootage_(database, "INSERT INTO recording VALUES(?, ?, ?, ?, ?)", "keep what plays of a service"),
       remove_(database, "DELETE FROM service WHERE key = ?", "remove a service"),
       lastKey_(database, "SELECT seq FROM sqlite_sequence WHERE name = 'service'", "find a key for a service"),
       read_(database, "SELECT " + columns(", ") + "group_name FROM service WHERE key = ?", reading),
@@ -158,6 +169,7 @@ ServiceTables::ServiceTables(Database& database)
                      "SELECT pid, lang, type, readable FROM subtitle_track WHERE service = ? ORDER BY position",
                      "read subtitle tracks"),
       readEntry_(database, "SELECT text FROM list_entry WHERE service = ?", reading),
+      readFootage_(database, "SELECT path, video, type, trusted FROM recording WHERE service = ?", reading),
       readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
 
 /// Binds the fields that have columns. @return how many the service has of them.
@@ -204,6 +216,9 @@ void ServiceTables::insert(ServiceKey key, const Service& service) {
   insertSubtitles(key, service.subtitles);
   for (const auto& [group, member] : service.favourites) setFavourite(key, group, member);
   if (!service.listEntry.empty()) insertEntry_.run(key, std::as_bytes(std::span(service.listEntry)));
+  if (const auto& footage = service.footage) {
+    insertFootage_.run(key, std::as_bytes(std::span(footage->path)), footage->video, footage->type, footage->isTrusted);
+  }
 }
 
 bool ServiceTables::remove(ServiceKey key) {
@@ -213,7 +228,7 @@ bool ServiceTables::remove(ServiceKey key) {
 void ServiceTables::clear() {
   database_.execute(
       "DELETE FROM raw_field; DELETE FROM audio_track; DELETE FROM subtitle_track; DELETE FROM favourite;"
-      "DELETE FROM list_entry;"
+      "DELETE FROM list_entry; DELETE FROM recording;"
       "DELETE FROM service; DELETE FROM sqlite_sequence WHERE name = 'service'",
       "remove the services");
 }
@@ -236,6 +251,7 @@ std::optional<Service> ServiceTables::read(ServiceKey key) const {
   service.subtitles = subtitles(key);
   service.favourites = favourites(key);
   service.listEntry = listEntry(key);
+  service.footage = footage(key);
   return service;
 }
 
@@ -244,6 +260,16 @@ std::string ServiceTables::listEntry(ServiceKey key) const {
   if (!rows.next()) return {};
   const Bytes text = rows.bytes(0);
   return {reinterpret_cast<const char*>(text.data()), text.size()};
+}
+
+std::optional<Footage> ServiceTables::footage(ServiceKey key) const {
+  Rows rows = readFootage_.query(key);
+  if (!rows.next()) return std::nullopt;
+  const Bytes path = rows.bytes(0);
+  return Footage{.path = {reinterpret_cast<const char*>(path.data()), path.size()},
+                 .video = static_cast<int>(rows.integer(1)),
+                 .type = static_cast<int>(rows.integer(2)),
+                 .isTrusted = rows.integer(3) != 0};
 }
 
 void ServiceTables::readRaw(ServiceKey key, Service& service) const {

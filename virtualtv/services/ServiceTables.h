@@ -45,6 +45,7 @@ class ServiceTables {
   void insertRaw(ServiceKey key, const Service& service);
   void readRaw(ServiceKey key, Service& service) const;
   std::string listEntry(ServiceKey key) const;
+  std::optional<Footage> footage(ServiceKey key) const;
 
   Database& database_;
   Statement insert_;
@@ -53,6 +54,7 @@ class ServiceTables {
   Statement insertSubtitle_;
   Statement insertFavourite_;
   Statement insertEntry_;
+  Statement insertFootage_;
   Statement remove_;
   // mutable: what runs them does not change the services
   mutable Statement lastKey_;
@@ -61,6 +63,7 @@ class ServiceTables {
   mutable Statement readAudio_;
   mutable Statement readSubtitles_;
   mutable Statement readEntry_;
+  mutable Statement readFootage_;
   mutable Statement readFavourites_;
 };
 

@@ -16,7 +16,7 @@ namespace virtualtv {
 
 namespace {
 
-const std::array schema{settingsTables, serviceTables, listEntries};
+const std::array schema{settingsTables, serviceTables, listEntries, footageTables};
 
 // How a value is kept: a number by its digits, a list by its text.
 

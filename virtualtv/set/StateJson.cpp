@@ -132,6 +132,14 @@ Json::Value numberOf(const Service& service, int fieldId) {
   return number == service.numbers.end() ? Json::Value() : Json::Value(std::bit_cast<Json::Int64>(number->second));
 }
 
+Json::Value jsonOf(const Footage& footage) {
+  Json::Value json;
+  json["path"] = text::toUtf8(text::toUnits(footage.path));  // whatever bytes it has
+  json["video"] = footage.video;
+  json["type"] = footage.type;
+  return json;
+}
+
 }  // namespace
 
 Json::Value jsonOf(ServiceKey key, const Service& service) {
@@ -143,6 +151,7 @@ Json::Value jsonOf(ServiceKey key, const Service& service) {
   json["name"] = name == service.texts.end() ? Json::Value() : Json::Value(text::toUtf8(name->second));
   json["major"] = numberOf(service, TCServiceData::MAJOR);
   json["minor"] = numberOf(service, TCServiceData::MINOR);
+  if (service.footage) json["recording"] = jsonOf(*service.footage);
   return json;
 }
 

@@ -213,7 +213,7 @@ Lines scan(Session& session, const Words& words) {
   Lines lines = scanLines(found, wishes);
   if (found.services.empty()) lines.push_back(session.errorLine(noServiceIn(wishes.files)));
   if (!wishes.import || found.services.empty()) return lines;
-  lines.push_back(session.device().import(wishes.files, found, wishes.add).summary());
+  lines.push_back(session.device().import(wishes.files, found, wishes.add, session.recordings(wishes.files)).summary());
   return lines;
 }
 

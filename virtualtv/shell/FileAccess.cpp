@@ -13,6 +13,7 @@ namespace fs = std::filesystem;
 
 class AllFiles : public FileAccess {
  public:
+  bool areOwn() const override { return true; }
   fs::path start() const override { return fs::current_path(); }
   Kind kindOf(const fs::path& path) const override {
     std::error_code error;

@@ -17,6 +17,8 @@ class FileAccess {
   FileAccess& operator=(const FileAccess&) = delete;
   virtual ~FileAccess() = default;
 
+  /// Whether they are those of the one who runs the program, who may name any file.
+  virtual bool areOwn() const { return false; }
   /// The directory that a session starts in.
   virtual std::filesystem::path start() const = 0;
   enum class Kind { missing, file, directory };

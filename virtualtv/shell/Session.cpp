@@ -115,6 +115,15 @@ NamedList Session::readList(const std::string& file) const {
   return shell::readList(files_, resolve(file), file);
 }
 
+RecordingFiles Session::recordings(const std::vector<std::string>& files) const {
+  RecordingFiles recordings{{}, files_.areOwn()};
+  for (const std::string& file : files) {
+    const bool piped = file == "-";
+    recordings.paths.push_back(piped ? "" : recordings.areTrusted ? absolute(resolve(file)) : resolve(file));
+  }
+  return recordings;
+}
+
 void Session::readBlocks(const std::string& file, const TakeBlock& take) const {
   files_.readBlocks(resolve(file), file, take);
 }

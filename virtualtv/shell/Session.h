@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "channels/ImportList.h"
 #include "device/Session.h"
 #include "shell/FileAccess.h"
 #include "shell/Lines.h"
@@ -90,6 +91,8 @@ class Session {
   std::string read(const std::string& file) const;
   /// The channel list of a file or directory that an input names.
   NamedList readList(const std::string& file) const;
+  /// Where recordings are that an input names. What comes through a pipe is nowhere.
+  RecordingFiles recordings(const std::vector<std::string>& files) const;
   /// Takes it block by block, whatever its length.
   void readBlocks(const std::string& file, const TakeBlock& take) const;
   /// Notes a finding of the input that runs.

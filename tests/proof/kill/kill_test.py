@@ -1,5 +1,6 @@
 """What proof_kill.py looks at: everything that a set keeps, whatever table it stands in. kill_test.py PROGRAM"""
 
+import json
 import sqlite3
 import subprocess
 import sys
@@ -18,7 +19,7 @@ OTHER = {"INTEGER": "ifnull({0}, 0) + 1", "TEXT": "ifnull({0}, '') || 'x'", "ANY
          "BLOB": "CAST(ifnull({0}, '') || x'0041' AS BLOB)"}
 KEYS = {"setting": "key", "set_state": "key", "service": "key", "raw_field": "service, field", "audio_track":
         "service, position", "subtitle_track": "service, position", "favourite": "service, number",
-        "list_entry": "service"}
+        "list_entry": "service", "recording": "service"}
 
 
 class Kept(unittest.TestCase):
@@ -32,6 +33,10 @@ class Kept(unittest.TestCase):
         self.run_set("exec", "GetSource", "0")
         (self.folder / "list.m3u").write_text("#EXTM3U\n#EXTINF:-1,News\nhttp://example.org/1\n", encoding="utf-8")
         self.run_set("import", "--add", "list.m3u")
+        (self.folder / "list.json").write_text(json.dumps({"services": [
+            {"numbers": {"id": "7", "antenna": 0}, "texts": {"name": "Film"},
+             "recording": {"path": "film.ts", "video": 256, "type": 27}}]}), encoding="utf-8")
+        self.run_set("import", "--add", "list.json")
         self.before = self.kept()
 
     def run_set(self, *arguments):

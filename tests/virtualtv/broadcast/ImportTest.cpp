@@ -59,6 +59,25 @@ TEST(ImportedScan, NumbersServicesWithoutANumberBehindTheOthers) {
   EXPECT_EQ(numbersOf({}), (std::vector<std::uint64_t>{1, 2, 3}));
 }
 
+TEST(Scan, TellsTheFirstPictureOfAServiceAndTheFileThatHasIt) {
+  virtualtv::broadcast::Scanner scanner;
+  scanner.feed(Stream().add(0x00, programs(9, {{9, 100}})).filler(2).bytes);
+  scanner.endStream();
+  scanner.feed(Stream()
+                   .add(0x00, programs(2, {{1, 100}}))
+                   .add(100, programMap(1, elementary(0x03, 102) + elementary(0x02, 103) + elementary(0x1B, 101)))
+                   .filler(2)
+                   .bytes);
+  scanner.endStream();
+  const auto found = scanner.finish().services;
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[0].program, 1);
+  EXPECT_EQ(found[0].file, 2U);
+  EXPECT_EQ(found[0].video, 103);
+  EXPECT_EQ(found[0].videoType, 0x02);
+  EXPECT_EQ(found[1].video, 0);
+}
+
 TEST(ImportedScan, NamesAServiceWithoutAName) {
   const auto services = servicesOf(scan(Stream().add(0x00, programs(2, {{7, 100}})).filler(2).bytes));
   EXPECT_EQ(textOf(services.at(0), TCServiceData::CHANNEL_NAME), "Service 7");

@@ -31,7 +31,8 @@ Strings problemsOf(const std::string& content) {
 
 TEST(JsonList, BringsAllThatASetKeepsOfAService) {
   const std::string content = list(service("7", R"(, "group": "G", "audio": "256:eng:aac:2:3", "subtitles": "300:deu",
-      "favourites": "2=1", "listEntry": "vdr\nNews", "key": 4)"));
+      "favourites": "2=1", "listEntry": "vdr\nNews", "key": 4,
+      "recording": {"path": "/a.ts", "video": 8191, "type": 27})"));
   EXPECT_EQ(recognised(content), "json");
   const auto result = readAs("json", content);
   const Service read = only(result);
@@ -44,6 +45,7 @@ TEST(JsonList, BringsAllThatASetKeepsOfAService) {
   EXPECT_EQ(read.subtitles.size(), 1U);
   EXPECT_EQ(read.favourites, (std::map<std::uint8_t, bool>{{2, true}}));
   EXPECT_EQ(read.listEntry, "vdr\nNews");
+  EXPECT_EQ(read.footage, (virtualtv::Footage{"/a.ts", 8191, virtualtv::STREAM_H264, false}));
 }
 
 TEST(JsonList, IsKnownByItsFirstMember) {

@@ -237,7 +237,7 @@ TEST_F(ManualOfStates, TellsHowToGoOnWhenAStateCantBeRead) {
   const std::string copy = test::contentOf(database);
   // Another source is shown since; then the power goes, and the file is lost.
   const std::string end = test::inChild([&]() -> std::string {
-    constexpr const char* noSteps[] = {"", "", ""};
+    constexpr const char* noSteps[] = {"", "", "", ""};
     Database later(database, noSteps);
     later.execute("UPDATE set_state SET value = '14' WHERE key = 'main.source'", "switch");
     std::_Exit(0);

@@ -1,4 +1,6 @@
 // The program on recordings of broadcasts.
+#include "services/ServiceStore.h"
+#include "set/Tv.h"
 #include "virtualtv/broadcast/Broadcast.h"
 #include "virtualtv/program/Program.h"
 
@@ -75,6 +77,25 @@ TEST_F(ScanTest, ImportsTheServices) {
   const Ending again = run({"scan", "--import", "--json", oneService()});
   EXPECT_EQ(again.err, "imported 1 service: 0 added, 0 changed, 0 gone\n");
   EXPECT_TRUE(again.out.starts_with("{\"packets\":3,")) << again.out;
+}
+
+TEST_F(ScanTest, KeepsWhereTheRecordingsAre) {
+  const auto footage = [&] {
+    Storage storage(folder / "xdg/emp-window");
+    const Tv tv(storage);
+    return tv.services().all().begin()->second.footage.value_or(Footage());
+  };
+  const std::string file = oneService();
+  run({"scan", "--import", std::filesystem::proximate(file).string()});
+  EXPECT_TRUE(std::filesystem::equivalent(footage().path, file)) << footage().path;
+  EXPECT_TRUE(std::filesystem::path(footage().path).is_absolute());
+  EXPECT_TRUE(footage().isTrusted);
+  EXPECT_EQ(footage().video, 101);
+  run({}, ".reset\n");
+  runOn(file, {"scan", "--import", "-"});
+  EXPECT_EQ(footage(), Footage());
+  run({}, ".scan --import " + file + "\n");
+  EXPECT_EQ(footage(), (Footage{file, 101, STREAM_H264, true}));
 }
 
 TEST_F(ScanTest, AddsTheServices) {

@@ -9,6 +9,7 @@
 
 #include "net/FilesBeneath.h"
 #include "rpc/Scans.h"
+#include "services/ServiceStore.h"
 #include "text/Base64.h"
 #include "virtualtv/broadcast/Broadcast.h"
 #include "virtualtv/rpc/RpcTest.h"
@@ -122,6 +123,12 @@ TEST_F(ScanMethod, KeepsOnlyTheLastOfAllSessions) {
   EXPECT_EQ(codeOf(others.front()->call("tv.scan", partOf("", "last"))), 0);
 }
 
+TEST_F(ScanMethod, LeavesServicesThatWereSentWithoutARecording) {
+  scan("content", text::toBase64(news), true);
+  EXPECT_FALSE(tv().services().all().begin()->second.footage);
+  EXPECT_FALSE(client.result("tv.state")["windows"]["main"]["service"].isMember("recording"));
+}
+
 class ScanMethodWithFiles : public ScanMethod {
  protected:
   ScanMethodWithFiles() : ScanMethod({.files = std::make_shared<net::FilesBeneath>(folder().path())}) {}
@@ -135,6 +142,25 @@ TEST_F(ScanMethodWithFiles, ReadsThoseBeneathTheDirectory) {
   test::write(folder() / "news.ts", news);
   EXPECT_EQ(scan("path", "news.ts")["result"], found);
   EXPECT_EQ(reasonOf(scan("path", "../x")), "cannot read ../x: it leads out of the directory, or over a link");
+}
+
+TEST_F(ScanMethodWithFiles, HasServicesPlayFromThereWithoutTrustInThem) {
+  test::write(folder() / "news.ts", news);
+  scan("path", "news.ts", true);
+  const Footage wanted{"news.ts", 101, STREAM_H264, false};
+  EXPECT_EQ(tv().services().all().begin()->second.footage, wanted);
+  EXPECT_EQ(client.result("tv.state")["windows"]["main"]["service"]["recording"],
+            json(R"({"path": "news.ts", "video": 101, "type": 27})"));
+}
+
+TEST_F(ScanMethodWithFiles, TrustsNoRecordingOfASnapshot) {
+  Service service = tv().services().all().begin()->second;
+  service.footage = Footage{"/news.ts", 101, STREAM_H264, true};
+  tv().import({service}, false);
+  const Json::Value snapshot = client.result("tv.snapshot");
+  client.call("tv.restore", snapshot);
+  service.footage->isTrusted = false;
+  EXPECT_EQ(tv().services().all().begin()->second.footage, service.footage);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@ namespace virtualtv::test {
 namespace {
 
 const char* const settingsOnly[] = {settingsTables};
-const char* const settingsAndServices[] = {settingsTables, serviceTables, listEntries};
+const char* const settingsAndServices[] = {settingsTables, serviceTables, listEntries, footageTables};
 
 std::vector<Service> manyServices(int count) {
   std::vector<Service> services;
@@ -102,7 +102,7 @@ TEST_F(ServiceFile, WithADamagedPageFailsInTheQueryThatMeetsIt) {
   EXPECT_EQ(contentOf(file), damaged);
 }
 
-TEST_F(ServiceFile, OfTheVersionBeforeListEntriesHasNoneAndKeepsNewOnes) {
+TEST_F(ServiceFile, OfTheVersionBeforeListEntriesAndRecordingsHasNoneAndKeepsNewOnes) {
   {
     const Database database(file, std::span(settingsAndServices).first(2), [](Database& made) {
       made.execute("INSERT INTO service(service_id, group_name) VALUES(7, 'G')", "add a service");
@@ -113,7 +113,9 @@ TEST_F(ServiceFile, OfTheVersionBeforeListEntriesHasNoneAndKeepsNewOnes) {
   Service service = services.all().begin()->second;
   EXPECT_EQ(service.group, "G");
   EXPECT_EQ(service.listEntry, "");
+  EXPECT_EQ(service.footage, std::nullopt);
   service.listEntry = std::string("vdr\n\xFF\0", 6);
+  service.footage = Footage{std::string("/a\0\xFF", 4), 256, STREAM_H264, true};
   services.replaceAll({service});
   EXPECT_EQ(services.read(1), service);
 }

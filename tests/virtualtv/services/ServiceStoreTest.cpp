@@ -33,6 +33,7 @@ Service wholeService(std::uint64_t id) {
                    {.pid = 102, .lang = 0, .decodeType = 0, .audioMode = 0, .audioType = 0, .readable = false}};
   service.subtitles = {{.pid = 201, .lang = 6645601, .type = 1}, {.pid = 202, .readable = false}};
   service.favourites = {{0, true}, {1, false}, {255, true}};
+  service.footage = Footage{"a/b.ts", 256, STREAM_H264, id % 2 == 0};
   return service;
 }
 
@@ -152,7 +153,7 @@ TEST_F(Services, AreReplacedWithKeysFromOneOn) {
   EXPECT_EQ(store.read(1), serviceOf(8, 2));
   EXPECT_EQ(store.read(2), serviceOf(9, 1));
   EXPECT_EQ(store.size(), 2U);
-  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite", "list_entry"})
+  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite", "list_entry", "recording"})
     EXPECT_EQ(rowsIn(table), 0);
 }
 
@@ -243,6 +244,7 @@ TEST_F(Services, TakenFromAListLeaveNothingOfWhatListsTellButWhatTheUserMadeOfTh
   }
   for (const int field : {int{Data::SERVICE_FIELD_110}, 201}) expected.texts[field] = before.texts.at(field);
   expected.favourites = before.favourites;
+  expected.footage = before.footage;
   store.replaceAll({before, serviceOf(2, 2)});
   EXPECT_EQ(store.merge({serviceOf(1, 1)}), (ServiceChanges{0, 1, 0}));
   EXPECT_EQ(store.read(1), expected);
@@ -267,6 +269,24 @@ TEST_F(Services, RenewedOnesWithOneIdAllStand) {
   EXPECT_EQ(store.read(2)->favourites, wholeService(1).favourites);
 }
 
+TEST_F(Services, KeepTheirRecordingWhenMergedOnesHaveNone) {
+  const Footage trusted{"/a.ts", 256, STREAM_H264, true};
+  Service service = serviceOf(1, 1);
+  const auto merged = [&](const std::optional<Footage>& footage) {
+    service.footage = footage;
+    store.merge({service});
+    return store.read(1)->footage;
+  };
+  EXPECT_EQ(merged(trusted), trusted);
+  EXPECT_EQ(merged(std::nullopt), trusted);
+  Footage told = trusted;
+  told.isTrusted = false;
+  EXPECT_EQ(merged(told), trusted);
+  told.path = "/b.ts";
+  EXPECT_EQ(merged(told), told);
+  EXPECT_EQ(merged(trusted), trusted);
+}
+
 TEST_F(Services, TheLastOfSeveralMergedWithOneIdStands) {
   store.merge({serviceOf(1, 1), serviceOf(1, 2)});
   EXPECT_EQ(store.size(), 1U);
@@ -289,7 +309,7 @@ TEST_F(Services, GiveUpAllThatTheyHadWhenRemoved) {
   EXPECT_TRUE(store.remove(key));
   EXPECT_FALSE(store.remove(key));
   EXPECT_EQ(store.read(key), std::nullopt);
-  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite", "list_entry"})
+  for (const char* table : {"raw_field", "audio_track", "subtitle_track", "favourite", "list_entry", "recording"})
     EXPECT_EQ(rowsIn(table), 0);
 }
 

@@ -10,7 +10,7 @@
 
 namespace virtualtv::test {
 
-inline const char* const serviceSchema[] = {serviceTables, listEntries};
+inline const char* const serviceSchema[] = {serviceTables, listEntries, footageTables};
 inline const TSTvMode anyMode(ANTENNA_NONE, SERVICE_MODE_NONE);
 
 inline TSTvMode modeOf(int antenna, int service) {

@@ -1121,6 +1121,15 @@ export interface ServiceName {
   minor: number | null
   /** channel name; null where it has none */
   name: string | null
+  /** what plays while the service is on screen, where it came from a recording */
+  recording?: {
+    /** of the file */
+    path: string
+    /** its stream type in the program map; 27 is H.264 */
+    type: number
+    /** PID of the picture */
+    video: number
+  }
 }
 
 /** A service has other tracks. */

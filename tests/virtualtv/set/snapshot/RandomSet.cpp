@@ -107,6 +107,7 @@ Service RandomSet::service() {
   service.subtitles = subtitles();
   service.favourites = favourites();
   service.listEntry = bytes();
+  if (in(3)) service.footage = Footage{"/" + bytes(), 1 + below(8191), below(256), false};
   return service;
 }
 
