@@ -34,8 +34,13 @@ shell::File regularFile(int descriptor, const char* mode, const char* action, co
 
 }  // namespace
 
+shell::File openRegular(const fs::path& path, const std::string& name) {
+  return regularFile(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY), "rb", "read", name);
+}
+
 FilesBeneath::FilesBeneath(const fs::path& directory)
-    : directory_(::open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
+    : path_(fs::absolute(directory).lexically_normal()),
+      directory_(::open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
   if (directory_ < 0) failFile("read", directory, errno);
 }
 
@@ -59,6 +64,11 @@ shell::FileAccess::Kind FilesBeneath::kindOf(const fs::path& path) const {
   const bool isDirectory = ::fstat(descriptor, &what) == 0 && S_ISDIR(what.st_mode);
   ::close(descriptor);
   return isDirectory ? Kind::directory : Kind::file;
+}
+
+shell::File FilesBeneath::openToRead(const fs::path& path, const std::string& name) const {
+  const fs::path beneath = path.is_absolute() ? path.lexically_normal().lexically_relative(path_) : path;
+  return regularFile(open(beneath, O_RDONLY), "rb", "read", name);
 }
 
 std::string FilesBeneath::read(const fs::path& path, const std::string& name) const {

@@ -27,11 +27,6 @@ namespace http = boost::beast::http;
 
 namespace {
 
-/// An answer that is a line for a person.
-Answer line(int status, const std::string& text, Headers headers = {}) {
-  return {status, text + "\n", "text/plain; charset=utf-8", std::move(headers)};
-}
-
 Answer notAllowed(const std::string& allowed) {
   return line(405, "this address takes " + allowed, {{"Allow", allowed}});
 }
@@ -41,6 +36,10 @@ bool isOfHttp(error_code error) {
 }
 
 }  // namespace
+
+Answer line(int status, const std::string& text, Headers headers) {
+  return {status, text + "\n", "text/plain; charset=utf-8", std::move(headers)};
+}
 
 HttpConnection::HttpConnection(Site& site, Socket socket)
     : site_(site), socket_(std::move(socket)), timer_(socket_.get_executor()), in_(2 * site.limits().mostHead) {}
@@ -52,7 +51,7 @@ void HttpConnection::start() {
 
 void HttpConnection::goAway() {
   last_ = true;
-  if (idle_) end();
+  if (idle_ || play_) end();
 }
 
 void HttpConnection::awaitRequest() {
@@ -109,6 +108,9 @@ void HttpConnection::route() {
     return isGet ? upgrade() : answer(notAllowed("GET, HEAD, POST"));
   }
   if (path == "/scan") return method == http::verb::post ? takeScan() : answer(notAllowed("POST"));
+  for (const WindowId window : windowIds) {
+    if (path == std::string("/live/") + nameOf(window)) return isGet ? play(window) : answer(notAllowed("GET, HEAD"));
+  }
   Answer found = pageOrFile(path);
   answer(found.status == 404 || isGet ? std::move(found) : notAllowed("GET, HEAD"));
 }
@@ -256,25 +258,30 @@ void HttpConnection::refuse(error_code error) {
   answer(line(400, "not a request in HTTP/1.1: " + error.message()));
 }
 
-void HttpConnection::answer(Answer answer) {
-  if (ended_) return;
+/// The head of an answer.
+void HttpConnection::prepareHead(int status, const Headers& more) {
   const auto& request = parser_->get();
-  log(answer.status);
-  response_.emplace(static_cast<http::status>(answer.status), request.version() == 10 ? 10U : 11U);
+  log(status);
+  response_.emplace(static_cast<http::status>(status), request.version() == 10 ? 10U : 11U);
   Response& response = *response_;
   response.set(http::field::server, "emp-window");
   response.set("X-Content-Type-Options", "nosniff");
-  for (const Headers& headers : {verdict_.headers, answer.headers}) {
+  if (status != 204) response.set(http::field::cache_control, "no-store");
+  for (const Headers& headers : {verdict_.headers, more}) {
     for (const auto& [name, value] : headers) response.set(name, value);
   }
   // What is left of a body would be taken for the next request.
   last_ = last_ || site_.isEnding() || !request.keep_alive() || !parser_->is_done();
   response.keep_alive(!last_);
+}
+
+void HttpConnection::answer(Answer answer) {
+  if (ended_) return;
+  prepareHead(answer.status, answer.headers);
   if (answer.status != 204) {
-    response.set(http::field::cache_control, "no-store");
-    response.set(http::field::content_type, boost::beast::string_view(answer.type.data(), answer.type.size()));
-    response.body() = std::move(answer.body);
-    response.prepare_payload();
+    response_->set(http::field::content_type, boost::beast::string_view(answer.type.data(), answer.type.size()));
+    response_->body() = std::move(answer.body);
+    response_->prepare_payload();
   }
   write();
 }
@@ -282,17 +289,21 @@ void HttpConnection::answer(Answer answer) {
 void HttpConnection::write() {
   within(site_.limits().forAnswer);
   serializer_.emplace(*response_);
-  const auto next = [self = shared_from_this()](error_code error, std::size_t) {
+  const auto then = [self = shared_from_this()](error_code error, std::size_t) {
     self->serializer_.reset();
     if (error && error != http::error::end_of_stream) return self->end();
-    if (self->last_) return self->sayGoodbye();
-    self->awaitRequest();
+    self->next();
   };
   if (parser_->get().method() == http::verb::head) {
     serializer_->split(true);
-    return http::async_write_header(socket_, *serializer_, next);
+    return http::async_write_header(socket_, *serializer_, then);
   }
-  http::async_write(socket_, *serializer_, next);
+  http::async_write(socket_, *serializer_, then);
+}
+
+/// Goes on behind an answer.
+void HttpConnection::next() {
+  last_ ? sayGoodbye() : awaitRequest();
 }
 
 /// A line on the request for whoever runs the server. The query is left out: a token may stand there.
@@ -326,6 +337,7 @@ void HttpConnection::end() {
   if (std::exchange(ended_, true)) return;
   const auto self = shared_from_this();
   timer_.cancel();
+  if (play_) play_->end();
   error_code ignored;
   socket_.close(ignored);
   site_.remove(*this);

@@ -28,6 +28,9 @@ struct Answer {
   Headers headers = {};
 };
 
+/// An answer that is a line for a person.
+Answer line(int status, const std::string& text, Headers headers = {});
+
 /// A client's connection over HTTP. Requests are read and answered one after the other.
 class HttpConnection final : public Connection, public std::enable_shared_from_this<HttpConnection> {
  public:
@@ -62,6 +65,14 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void refuse(error_code error);
   void answer(Answer answer);
   void write();
+  void next();
+  void prepareHead(int status, const Headers& headers);
+  void play(WindowId window);
+  void awaitLeaving();
+  void sayWhatPlays();
+  void sendPiece();
+  void takePiece(std::string_view piece);
+  void endPlay();
   void log(int status);
   void sayGoodbye();
   void within(Limits::Time time);
@@ -82,6 +93,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   std::chrono::steady_clock::time_point begun_;  ///< the request
   Verdict verdict_;
   std::unique_ptr<broadcast::Scanner> scanner_;  ///< of the body, where that is a broadcast
+  std::shared_ptr<Play> play_;                   ///< that the client watches; null without one
   std::optional<Response> response_;
   std::optional<boost::beast::http::response_serializer<boost::beast::http::string_body>> serializer_;
   int emptyLines_ = 0;  ///< that were dropped before the request

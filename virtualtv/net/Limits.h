@@ -16,9 +16,13 @@ struct Limits {
   Time closing = std::chrono::seconds(5);      ///< from when a connection is being closed until it is cut
   Time ending = std::chrono::seconds(2);       ///< the same of all connections, when the server ends
 
+  /// Until something comes of a recording that plays, whenever its viewer waits for it.
+  Time forPicture = std::chrono::seconds(10);
+
   /// Of a WebSocket that is read no further: how often it is looked at whether the other side is still there.
   Time attention = std::chrono::seconds(1);
 
+  std::size_t mostPlays = 8;                 ///< recordings that play at a time, for all viewers
   std::size_t mostHead = 32 * 1024;          ///< bytes
   std::size_t mostBody = 32 * 1024 * 1024;   ///< bytes of a body or a message
   std::size_t mostAtOnce = 1024 * 1024;      ///< bytes of a message that need not wait for its turn

@@ -38,9 +38,11 @@ class Server::Body {
   Body(device::Device& device, Options options)
       : device_(device),
         options_(std::move(options)),
+        files_(options_.files.empty() ? nullptr : std::make_shared<FilesBeneath>(options_.files)),
         access_(options_.access),
         calls_(device, callOptions()),
-        site_(context_.get_executor(), calls_, access_, options_.limits, options_.complain, options_.log) {
+        plays_(context_.get_executor(), device, files_, options_.limits),
+        site_(context_.get_executor(), calls_, plays_, access_, options_.limits, options_.complain, options_.log) {
     listen();
     for (Acceptor& acceptor : acceptors_) accept(acceptor);
     device_.loop().onPost([this] { asio::post(context_, [this] { device_.loop().turn(); }); });
@@ -100,7 +102,7 @@ class Server::Body {
     calls.waits = options_.waits;
     calls.mostSessions = options_.mostSessions;
     calls.state = options_.state;
-    if (!options_.files.empty()) calls.files = std::make_shared<FilesBeneath>(options_.files);
+    calls.files = files_;
     calls.complain = options_.complain;
     return calls;
   }
@@ -164,8 +166,10 @@ class Server::Body {
   std::vector<Acceptor> acceptors_;
   std::optional<asio::basic_signal_set<Executor>> signals_;
   std::optional<Input> input_;
+  std::shared_ptr<const FilesBeneath> files_;  ///< null where clients reach none
   Access access_;
   rpc::Server calls_;  // ends before what its answers go to
+  Plays plays_;
   Site site_;
 };
 

@@ -5,10 +5,11 @@
 
 namespace virtualtv::net {
 
-Site::Site(const Executor& executor, rpc::Server& calls, const Access& access, const Limits& limits, Say complain,
-           Say log)
+Site::Site(const Executor& executor, rpc::Server& calls, Plays& plays, const Access& access, const Limits& limits,
+           Say complain, Say log)
     : turns_(executor),
       calls_(calls),
+      plays_(plays),
       access_(access),
       limits_(limits),
       complain_(std::move(complain)),

@@ -10,6 +10,7 @@
 #include "net/Access.h"
 #include "net/Asio.h"
 #include "net/Limits.h"
+#include "net/Plays.h"
 #include "net/Turns.h"
 #include "rpc/Server.h"
 
@@ -32,9 +33,11 @@ class Site {
 
   /// @param complain  tells whoever runs the server what went wrong.
   /// @param log  is told of each request; may be empty.
-  Site(const Executor& executor, rpc::Server& calls, const Access& access, const Limits& limits, Say complain, Say log);
+  Site(const Executor& executor, rpc::Server& calls, Plays& plays, const Access& access, const Limits& limits,
+       Say complain, Say log);
 
   rpc::Server& calls() { return calls_; }
+  Plays& plays() { return plays_; }
   const Access& access() const { return access_; }
   const Limits& limits() const { return limits_; }
   bool isEnding() const { return static_cast<bool>(whenEmpty_); }
@@ -61,6 +64,7 @@ class Site {
  private:
   Turns turns_;
   rpc::Server& calls_;
+  Plays& plays_;
   const Access& access_;
   const Limits& limits_;
   Say complain_;

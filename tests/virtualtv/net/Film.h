@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "virtualtv/net/Wire.h"
+
+// Recordings that the program `ffmpeg` makes, and what it says of what plays of them.
+
+namespace virtualtv::net {
+
+/// A recording of two seconds, made once: "One" in H.264 with tones of 440 Hz in English and 880 Hz in German, "Two" in
+/// MPEG-2 with 600 Hz.
+std::string film();
+
+/// What a program prints. Fails the test where it fails.
+std::string outputOf(const std::string& program, const std::vector<std::string>& arguments);
+/// A line `codec_name|width|height` of each track of a stream of MP4, as `ffprobe` says.
+std::string tracksOf(const std::string& mp4);
+/// How long it is, in seconds.
+double lengthOf(const std::string& mp4);
+/// How much of a tone is in its sound, in parts of all of it.
+double toneIn(const std::string& mp4, double frequency);
+/// How often a text stands in another one.
+std::size_t countOf(const std::string& wanted, const std::string& text);
+
+/// A client that watches a window.
+class Viewer {
+ public:
+  /// @param buffer  see `Wire`. @param lines  further ones of the head.
+  explicit Viewer(unsigned short port, const std::string& window = "main", int buffer = 0,
+                  const std::string& lines = "");
+
+  Reply head;  ///< its answer; with a body where it is refused
+  /// The next piece; empty at the end.
+  std::string piece();
+  /// As much as that, or more.
+  std::string read(std::size_t bytes);
+  /// True where the answer ends properly.
+  bool ends();
+
+  Wire wire;
+};
+
+/// Children of a process that are not gone, by their ids.
+std::vector<int> childrenOf(int process);
+/// Waits until there are so many. @return false where that does not come about.
+bool comesTo(std::size_t children, int process);
+
+}  // namespace virtualtv::net

@@ -1,0 +1,90 @@
+// The recording that a window shows, for a client that watches it. It lasts until the window shows something else, or
+// one of the two goes away.
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/chunk_encode.hpp>
+#include <boost/beast/http/field.hpp>
+#include <boost/beast/http/verb.hpp>
+#include <boost/beast/http/write.hpp>
+#include <exception>
+
+#include "net/HttpConnection.h"
+#include "text/Units.h"
+
+namespace virtualtv::net {
+
+namespace http = boost::beast::http;
+
+void HttpConnection::play(WindowId window) {
+  if (site_.isEnding()) return answer(line(503, "the server is ending"));
+  try {
+    play_ = site_.plays().open(window);
+  } catch (const live::NothingPlays& error) {
+    return answer(line(404, error.what()));
+  } catch (const std::exception& error) {
+    return answer(line(503, text::printable(error.what())));
+  }
+  timer_.cancel();
+  awaitLeaving();
+  play_->begin([self = shared_from_this()] { self->sayWhatPlays(); });
+}
+
+/// A client that goes away is seen while nothing can be sent, too. Whether it does is not known once it sends more.
+void HttpConnection::awaitLeaving() {
+  socket_.async_wait(Socket::wait_read, [self = shared_from_this(), watched = play_.get()](error_code error) {
+    if (error || self->play_.get() != watched) return;
+    error_code unknown;
+    if (self->socket_.available(unknown) == 0) self->end();
+  });
+}
+
+void HttpConnection::sayWhatPlays() {
+  if (ended_) return;
+  if (play_->type().empty()) {
+    const std::string reason = play_->reason();
+    play_.reset();
+    return answer(line(503, reason));
+  }
+  last_ = last_ || parser_->get().version() == 10;  // which knows no other end
+  prepareHead(200, {{"Content-Type", play_->type()}});
+  response_->chunked(parser_->get().version() != 10);
+  within(site_.limits().forAnswer);
+  serializer_.emplace(*response_);
+  serializer_->split(true);
+  http::async_write_header(socket_, *serializer_, [self = shared_from_this()](error_code error, std::size_t) {
+    self->serializer_.reset();
+    if (error) return self->end();
+    if (self->parser_->get().method() != http::verb::head) return self->sendPiece();
+    self->endPlay();
+    self->next();
+  });
+}
+
+void HttpConnection::sendPiece() {
+  timer_.cancel();  // how long the recording may take is its own business
+  play_->read([self = shared_from_this()](std::string_view piece) { self->takePiece(piece); });
+}
+
+void HttpConnection::takePiece(std::string_view piece) {
+  if (ended_) return;
+  const bool isLast = piece.empty();
+  const bool isChunked = response_->chunked();
+  if (isLast) endPlay();
+  if (isLast && !isChunked) return next();
+  within(site_.limits().forAnswer);
+  const auto then = [self = shared_from_this(), isLast](error_code error, std::size_t) {
+    if (error) return self->end();
+    isLast ? self->next() : self->sendPiece();
+  };
+  if (isLast) return asio::async_write(socket_, http::make_chunk_last(), then);
+  const asio::const_buffer bytes(piece.data(), piece.size());
+  if (!isChunked) return asio::async_write(socket_, bytes, then);
+  asio::async_write(socket_, http::make_chunk(bytes), then);
+}
+
+void HttpConnection::endPlay() {
+  play_->end();
+  play_.reset();
+}
+
+}  // namespace virtualtv::net
