@@ -1,0 +1,111 @@
+"""What the plug-in's process is built for, and how."""
+
+import os
+import subprocess
+from dataclasses import dataclass
+
+from porting import sysroot
+from proving.job import Failed
+
+SDK = ["stand_in_KelEmp", "stand_in_D2tvMgr", "stand_in_vconf"]  # which stand on the others
+
+
+def run(command, **options):
+    """Runs a program that must end well. Returns what it wrote."""
+    done = subprocess.run([str(word) for word in command], text=True, errors="replace", stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
+    if done.returncode:
+        raise Failed(f"{' '.join(map(str, command[:4]))} ... ends with {done.returncode}:\n{done.stdout[-4000:].strip()}")
+    return done.stdout
+
+
+@dataclass(frozen=True)
+class Target:
+    """A processor and a compiler. One without an architecture is for this machine, with the SDK that its own compiler made."""
+
+    name: str
+    summary: str
+    compiler: str
+    architecture: str = ""  # Debian's name for it
+    triple: str = ""        # GNU's
+    emulator: str = ""
+    has_tests: bool = False  # those of the plug-in are built and run, too
+
+    def folder(self, top):
+        return top / "build/targets" / self.name
+
+    def sdk(self, top):
+        return (self if self.architecture else OWN).folder(top) / "sdk"
+
+    def root(self, top):
+        return self.folder(top) / "sysroot/root"
+
+    def program(self, top):
+        return self.folder(top) / "process/emp-window"
+
+    def command(self, top, program):
+        """How a program of the target runs here."""
+        return [self.emulator, "-L", self.root(top), program] if self.emulator else [program]
+
+    def environment(self, top):
+        """What such a program wants; it stands in nobody's way but its own."""
+        if not self.triple or self.emulator:
+            return dict(os.environ)
+        places = [f"{self.root(top)}/{place}/{self.libraries()}" for place in ("lib", "usr/lib")]
+        return {**os.environ, "LD_LIBRARY_PATH": ":".join(places), "GCONV_PATH": f"{places[1]}/gconv"}
+
+    def libraries(self):
+        return "i386-linux-gnu" if self.architecture == "i386" else self.triple
+
+    def compiler_version(self):
+        return f"{self.compiler} {run([self.compiler, '-dumpversion']).strip()}"
+
+    def options(self, top):
+        """What CMake is told."""
+        if not self.triple:
+            return [f"-DCMAKE_CXX_COMPILER={self.compiler}"]
+        return ["--toolchain", top / "tools/porting/toolchain.cmake", f"-DTARGET_TRIPLE={self.triple}",
+                f"-DTARGET_SYSROOT={self.root(top)}", f"-DTARGET_EMULATOR={self.emulator}"]
+
+
+OWN = Target("amd64", "this machine: what the others are held against", "g++", "amd64")
+ALL = {target.name: target for target in (
+    OWN,
+    Target("gcc-11", "this machine, with an older compiler", "g++-11"),
+    Target("clang-13", "this machine, with another compiler", "clang++-13"),
+    Target("arm64", "64 bits; char has no sign", "aarch64-linux-gnu-g++", "arm64", "aarch64-linux-gnu", "qemu-aarch64"),
+    Target("armhf", "32 bits; char has no sign", "arm-linux-gnueabihf-g++", "armhf", "arm-linux-gnueabihf", "qemu-arm"),
+    Target("i386", "32 bits; char has a sign, floating point more digits", "i686-linux-gnu-g++", "i386", "i686-linux-gnu",
+           has_tests=True))}
+
+
+def set_up(top):
+    """Installs what this needs."""
+    if subprocess.run([top / "tools/setup", "build", "test", "targets"], check=False).returncode:
+        raise Failed("cannot install packages")
+
+
+def build_set(top, target):
+    """The virtual TV as an SDK, laid out in the target's folder: compiled quickly, as it is no part of what ships. This machine's
+    is that of the tests."""
+    tree = target.folder(top) / "set" if target.triple else top / "build/debug"
+    if target.triple:
+        run(["cmake", "-G", "Ninja", "-S", top, "-B", tree, *target.options(top), "-DCMAKE_BUILD_TYPE=Debug",
+             "-DCMAKE_CXX_FLAGS_DEBUG=-g0", "-DBUILD_SHARED_LIBS=ON", "-DLLD=OFF", "-DEMP_WINDOW_SOURCES_AT_ONCE=0",
+             f"-DEMP_WINDOW_TESTS={'ON' if target.has_tests else 'OFF'}"])
+        run(["ninja", "-C", tree, *SDK])
+    else:
+        run([top / "tools/build", "debug", *SDK])
+    run(["cmake", "--install", tree, "--component", "sdk", "--prefix", target.sdk(top)])
+
+
+def build(top, target):
+    """The process against the target's SDK, as it would ship."""
+    if target.triple:
+        sysroot.fetch(top, target.folder(top) / "sysroot", target.architecture)
+    if target.architecture:
+        build_set(top, target)
+    tree = target.program(top).parent
+    run(["cmake", "-G", "Ninja", "-S", top, "-B", tree, *target.options(top), "-DCMAKE_BUILD_TYPE=Release",
+         "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG", f"-DWINDOW_SDK={target.sdk(top)}"])
+    run(["ninja", "-C", tree])
