@@ -1,3 +1,8 @@
+# Where a long list spends its time, speed is worth some bytes; all else is compiled for size alone.
+foreach(part window jsoncpp virtualtv_json virtualtv_services virtualtv_seam virtualtv_text)
+  target_compile_options(${part} PRIVATE -Os)
+endforeach()
+
 # The module: the plug-in's own entry on the set in software, which whoever loads it calls.
 add_subdirectory(wasm/iconv)
 add_executable(emp-window Window/Src/main.cpp wasm/iconv/Iconv.cpp)
