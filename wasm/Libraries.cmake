@@ -23,7 +23,8 @@ file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/sqlite3.txt left_out)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/sqlite3.txt)
 add_library(sqlite3 STATIC ${EMP_WINDOW_WASM_SOURCES}/sqlite3/sqlite3.c)
 target_include_directories(sqlite3 SYSTEM PUBLIC ${EMP_WINDOW_WASM_SOURCES}/sqlite3)
-target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=0 ${left_out})
+# Small pieces come from the heap, whose free ones are cleared in the package; its own store of them would keep what they held.
+target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=0 SQLITE_OMIT_LOOKASIDE ${left_out})
 target_compile_options(sqlite3 PRIVATE -Wno-undefined-internal) # what is declared for renaming, and never called
 add_library(PkgConfig::sqlite3 ALIAS sqlite3)
 

@@ -12,7 +12,7 @@ namespace {
 using Table = std::array<std::uint32_t, 256>;
 using Tables = std::array<Table, 8>;
 
-constexpr Tables makeTables() {
+Tables makeTables() {
   constexpr std::uint32_t polynomial = 0x04C11DB7;
   Tables tables{};
   for (std::uint32_t byte = 0; byte < 256; ++byte) {
@@ -34,7 +34,7 @@ constexpr std::size_t checksumSize = 4;
 }  // namespace
 
 std::uint32_t checksum(Bytes bytes) {
-  static constexpr Tables tables = makeTables();
+  static const Tables tables = makeTables();  // which are no constants, since 8 KB of those would not compress
   std::uint32_t value = 0xFFFFFFFF;
   for (; bytes.size() >= tables.size(); bytes = bytes.subspan(tables.size())) {
     std::uint32_t next = 0;

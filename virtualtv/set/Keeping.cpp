@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <stdexcept>
 #include <utility>
 
@@ -60,16 +61,23 @@ void furnishNew(Database& database) {
   if (state.all().empty()) furnish(database, services, settings, state);
 }
 
-/// The embedded set, filled once a process: whoever runs many sets would spend most time on filling them.
+/// The embedded set, for whoever runs many sets: they would spend most time on filling them.
 const Database& furnished() {
   static const Database database(Database::inMemory, schema, furnishNew);
   return database;
 }
 
+/// A database of its own with the embedded set. The process's first one is filled, since most have no other and would
+/// keep `furnished` for nothing; the others are copies of that.
+Database furnishedAnew() {
+  static std::atomic_flag isFirstMade = ATOMIC_FLAG_INIT;
+  if (!isFirstMade.test_and_set()) return {Database::inMemory, schema, furnishNew};
+  return {Database::inMemory, furnished()};
+}
+
 }  // namespace
 
-Storage::Parts::Parts()
-    : database(Database::inMemory, furnished()), services(database), settings(database), state(database) {}
+Storage::Parts::Parts() : database(furnishedAnew()), services(database), settings(database), state(database) {}
 
 Storage::Parts::Parts(const std::filesystem::path& path)
     : directory(path),
