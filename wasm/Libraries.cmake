@@ -27,8 +27,3 @@ target_include_directories(sqlite3 SYSTEM PUBLIC ${EMP_WINDOW_WASM_SOURCES}/sqli
 target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=0 SQLITE_OMIT_LOOKASIDE ${left_out})
 target_compile_options(sqlite3 PRIVATE -Wno-undefined-internal) # what is declared for renaming, and never called
 add_library(PkgConfig::sqlite3 ALIAS sqlite3)
-
-# Headers alone, taken out of a folder with those of this machine's own C library.
-add_library(CLI11 INTERFACE)
-target_include_directories(CLI11 SYSTEM INTERFACE ${EMP_WINDOW_WASM_SOURCES}/headers)
-add_library(CLI11::CLI11 ALIAS CLI11)

@@ -17,8 +17,8 @@
 
 #include "EmpAppWindow.h"
 #include "fuzz/support/Demand.h"
+#include "program/Arguments.h"
 #include "program/CommandLine.h"
-#include "shell/Arguments.h"
 #include "shell/Lines.h"
 #include "virtualtv/support/Support.h"
 
@@ -87,7 +87,7 @@ ExitStatus run(std::vector<std::string>& words) {
 ExitStatus read(const std::vector<std::string>& words) {
   try {
     const kel::CEmpAppWindow app;
-    static_cast<void>(virtualtv::shell::readArguments({words.begin() + 1, words.end()}, app));
+    static_cast<void>(virtualtv::program::readArguments({words.begin() + 1, words.end()}, app));
     return virtualtv::program::allWell;
   } catch (const std::invalid_argument& error) {
     std::cerr << "emp-window: " << virtualtv::shell::oneLine(error.what()) << "\n";

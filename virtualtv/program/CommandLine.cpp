@@ -16,11 +16,11 @@
 #include <vector>
 
 #include "framework/Reply.h"
+#include "program/Arguments.h"
 #include "program/Desk.h"
 #include "program/Progress.h"
 #include "program/Serve.h"
 #include "program/Terminal.h"
-#include "shell/Arguments.h"
 #include "shell/Check.h"
 #include "shell/Files.h"
 #include "shell/Reason.h"

@@ -7,9 +7,9 @@
 #include "device/Device.h"
 #include "kel/CEmpAppBase.h"
 #include "notify/Listeners.h"
+#include "program/Arguments.h"
 #include "program/CommandLine.h"
 #include "set/Tv.h"
-#include "shell/Arguments.h"
 #include "shell/Session.h"
 
 namespace virtualtv::program {
@@ -21,7 +21,7 @@ void complain(const std::string& what);
 class Desk {
  public:
   /// @throws std::exception with a line for a person when there can be no such set.
-  Desk(kel::CEmpAppBase& app, const shell::Wishes& wishes);
+  Desk(kel::CEmpAppBase& app, const Wishes& wishes);
 
   shell::Session& session() { return session_; }
   device::Device& device() { return device_; }

@@ -9,9 +9,9 @@
 #include "channels/EditList.h"
 #include "services/ServiceStore.h"
 #include "set/Knobs.h"
-#include "shell/Arguments.h"
 #include "shell/DotCommands.h"
 #include "shell/Help.h"
+#include "shell/ListWishes.h"
 #include "shell/Session.h"
 
 namespace virtualtv::shell {

@@ -9,8 +9,8 @@
 
 #include "set/Knobs.h"
 #include "set/SnapshotJson.h"
-#include "shell/Arguments.h"
 #include "shell/Help.h"
+#include "shell/ListWishes.h"
 #include "shell/Scan.h"
 #include "shell/ServiceTable.h"
 #include "shell/Session.h"

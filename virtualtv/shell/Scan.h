@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "broadcast/Found.h"
-#include "shell/Arguments.h"
 #include "shell/Files.h"
 #include "shell/Lines.h"
+#include "shell/ListWishes.h"
 
 namespace virtualtv::shell {
 

@@ -1,4 +1,4 @@
-#include "shell/Arguments.h"
+#include "program/Arguments.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -9,13 +9,14 @@
 #include <utility>
 
 #include "catalogue/Catalogue.h"
-#include "import/Charset.h"
-#include "import/Import.h"
 #include "shell/Nearest.h"
+#include "shell/Options.h"
 #include "shell/Show.h"
 #include "text/Numbers.h"
 
-namespace virtualtv::shell {
+namespace virtualtv::program {
+
+using namespace shell;
 
 namespace {
 
@@ -41,49 +42,40 @@ std::string refusalOf(Body body) {
   }
 }
 
-void refuseEmpty(const std::string& value, const std::string& wanted) {
-  if (value.empty()) throw std::invalid_argument(wanted + " is wanted, not an empty text");
-}
-
 /// A check of options that take any text but the empty one.
 CLI::Validator notEmpty(const std::string& wanted) {
   return {[wanted](const std::string& value) { return refusalOf([&] { refuseEmpty(value, wanted); }); }, ""};
 }
 
-std::string refusalOfEncoding(const std::string& name) {
-  return refusalOf([&] {
-    refuseEmpty(name, "the name of an encoding");
-    import::requireEncoding(name);
-  });
+/// Has an option take a value. @throws CLI::ValidationError with the option's name if it does not.
+void takeValue(const Option& option, const std::string& value) {
+  try {
+    take(option, value);
+  } catch (const std::invalid_argument& refusal) {
+    throw CLI::ValidationError(refusal.what());
+  }
 }
 
-/// Adds the file and the options of an import to a grammar, which writes them into `wishes`.
-void addImportOptions(CLI::App& grammar, ImportWishes& wishes) {
-  ImportOptions& options = wishes.options;
-  const auto setFormat = [&options](const std::string& name) { options.format = import::formatNamed(name); };
-  grammar.add_option("FILE", wishes.file, "the list, - for standard input")->required()->check(notEmpty("a file"));
-  grammar.add_option_function<std::string>("--format", setFormat, "its format; recognised if left out")
-      ->check(notEmpty("the name of a format"))
-      ->check(CLI::IsMember(namesOfFormats()));
-  grammar.add_option("--encoding", options.encoding, "of names that do not tell theirs; judged if left out")
-      ->type_name("NAME")
-      ->check(CLI::Validator(refusalOfEncoding, ""));
-  grammar.add_flag("--add", options.add, "keep the services that are there");
+/// Adds to a grammar what a dot command takes as well.
+void addOption(CLI::App& grammar, const Option& option) {
+  const auto takeOne = [option](const std::string& value) { takeValue(option, value); };
+  const auto takeAll = [takeOne](const Lines& values) { std::for_each(values.begin(), values.end(), takeOne); };
+  CLI::Option* added = nullptr;
+  if (option.value.empty()) {
+    added = grammar.add_flag_callback(
+        option.name, [takeOne] { takeOne(""); }, option.help);
+  } else if (option.isSeveral) {
+    added = grammar.add_option_function<Lines>(option.name, takeAll, option.help);
+  } else {
+    added = grammar.add_option_function<std::string>(option.name, takeOne, option.help);
+  }
+  if (!option.value.empty()) added->type_name(option.value);
+  if (!option.needs.empty()) added->needs(grammar.get_option(option.needs));
+  added->required(option.standsAlone());
 }
 
-void addExportOptions(CLI::App& grammar, ExportWishes& wishes) {
-  const auto setFormat = [&wishes](const std::string& name) { wishes.format = import::formatNamed(name); };
-  grammar.add_option_function<std::string>("--format", setFormat, "what the list is written as; json if left out")
-      ->check(notEmpty("the name of a format"))
-      ->check(CLI::IsMember(namesOfWrittenFormats()));
-}
-
-/// Adds the files and the options of a scan to a grammar, which writes them into `wishes`.
-void addScanOptions(CLI::App& grammar, ScanWishes& wishes) {
-  grammar.add_option("FILE", wishes.files, "recordings, - for standard input")->required()->check(notEmpty("a file"));
-  grammar.add_flag("--json", wishes.json, "print a document in place of a table");
-  CLI::Option* import = grammar.add_flag("--import", wishes.import, "replace the set's services by those found");
-  grammar.add_flag("--add", wishes.add, "keep the services that are there")->needs(import);
+void addOptions(CLI::App& grammar, const Options& options) {
+  for (const Option& option : options) addOption(grammar, option);
 }
 
 std::string refusalOfCount(const std::string& value) {
@@ -113,22 +105,6 @@ void addServeOptions(CLI::App& grammar, ServeWishes& wishes) {
   add("--max-sessions", wishes.mostSessions, "N", "of clients at a time; 2000 if left out")
       ->check(CLI::Validator(refusalOfCount, ""));
   add("--snapshot", wishes.snapshot, "FILE", "a set in memory that starts from it")->check(notEmpty("a file"));
-}
-
-/// Reads words by a grammar. @return false for those that it does not take in this form.
-/// @throws std::invalid_argument for a value that an option does not take.
-bool readWords(CLI::App& grammar, std::vector<std::string> words) {
-  grammar.set_help_flag();
-  try {
-    keepEmptyValues(words);
-    std::reverse(words.begin(), words.end());  // as the parser wants them
-    grammar.parse(words);
-  } catch (const CLI::ValidationError& error) {
-    throw std::invalid_argument(error.what());
-  } catch (const CLI::ParseError&) {
-    return false;
-  }
-  return true;
 }
 
 [[noreturn]] void refuseArguments(const std::string& reason) {
@@ -176,11 +152,11 @@ struct Grammar {
     CLI::Option* junit = check->add_option("--junit", wishes.check.junit, "write a JUnit report");
     junit->type_name("FILE")->check(notEmpty("a file"));
     import = program.add_subcommand("import", "replace the set's services by those of a channel list");
-    addImportOptions(*import, wishes.list);
+    addOptions(*import, importOptions(wishes.list));
     exportList = program.add_subcommand("export", "print the set's services as a channel list");
-    addExportOptions(*exportList, wishes.exported);
+    addOptions(*exportList, exportOptions(wishes.exported));
     scan = program.add_subcommand("scan", "find the services in recordings of broadcasts (MPEG transport streams)");
-    addScanOptions(*scan, wishes.scan);
+    addOptions(*scan, scanOptions(wishes.scan));
     serve = program.add_subcommand("serve", "let web applications and other programs use the set over the network");
     addServeOptions(*serve, wishes.serve);
     for (CLI::App* part : {&program, shell, exec, check, import, exportList, scan, serve}) addSetOptions(*part);
@@ -291,43 +267,4 @@ std::optional<Wishes> readArguments(std::vector<std::string> arguments, const ke
   return wishes;
 }
 
-Lines namesOfFormats() {
-  Lines names;
-  for (const import::Format& format : import::formats()) names.emplace_back(format.name);
-  return names;
-}
-
-Lines namesOfWrittenFormats() {
-  Lines names;
-  for (const import::Format& format : import::formats()) {
-    if (import::isWritten(format)) names.emplace_back(format.name);
-  }
-  return names;
-}
-
-ImportWishes importWishes(std::vector<std::string> words) {
-  ImportWishes wishes;
-  CLI::App grammar;
-  addImportOptions(grammar, wishes);
-  if (readWords(grammar, std::move(words)) && !wishes.file.empty()) return wishes;
-  throw std::invalid_argument("usage: .import FILE [--add] [--format NAME] [--encoding NAME]");
-}
-
-ExportWishes exportWishes(std::vector<std::string> words) {
-  ExportWishes wishes;
-  CLI::App grammar;
-  grammar.add_option("FILE", wishes.file)->required()->check(notEmpty("a file"));
-  addExportOptions(grammar, wishes);
-  if (readWords(grammar, std::move(words))) return wishes;
-  throw std::invalid_argument("usage: .export FILE [--format NAME]");
-}
-
-ScanWishes scanWishes(std::vector<std::string> words) {
-  ScanWishes wishes;
-  CLI::App grammar;
-  addScanOptions(grammar, wishes);
-  if (readWords(grammar, std::move(words))) return wishes;
-  throw std::invalid_argument("usage: .scan FILE... [--json] [--import [--add]]");
-}
-
-}  // namespace virtualtv::shell
+}  // namespace virtualtv::program
