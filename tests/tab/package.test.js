@@ -38,7 +38,7 @@ test('the package has what its entries name, and stays small', async () => {
   for (const file of named) assert.ok(files.includes(file.slice(2)), file)
   for (const file of ['emp-window.wasm', 'tv.js']) {
     const bytes = gzipSync(await readFile(join(installed, file)), {level: 9}).length
-    assert.ok(bytes <= 768 * 1024, `${file} has ${bytes} bytes compressed`)
+    assert.ok(bytes <= 700 * 1024, `${file} has ${bytes} bytes compressed`)
   }
 })
 
