@@ -77,6 +77,12 @@ export function scan({session}, file, {signal, progress}) {
   })
 }
 
+/**
+ * Asks for what a window's recording shows and sounds like. @type {((window: 'main' | 'pip', signal: AbortSignal) => Promise<Response>) | undefined}
+ */
+export const live = (window, signal) => fetch(new URL(`live/${window}`, new URL('.', location.href)), {
+  signal, cache: 'no-store', headers: token() ? {Authorization: `Bearer ${token()}`} : {}})
+
 /** What the page says while it is not connected. @type {string} */
 export const disconnected = 'Disconnected, reconnecting'
 

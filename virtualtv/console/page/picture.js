@@ -1,5 +1,7 @@
 import {accentOf, cardHeight, drawStill, movingParts} from './card.js'
+import {Live} from './live.js'
 import {noisePattern} from './noise.js'
+import {store} from './store.js'
 
 /** @typedef {import('./plane.js').Shown} Shown */
 /** @typedef {import('./geometry.js').Rect} Rect */
@@ -38,6 +40,8 @@ export class Picture extends HTMLElement {
   /** What of the card was drawn last. @type {{state: string, area: Rect}[]} */
   #moved = []
   #observer = new ResizeObserver(() => this.#drawAll())
+  /** What plays in place of the card. @type {Live | undefined} */
+  #live
 
   connectedCallback() {
     this.#canvas.setAttribute('aria-hidden', 'true')
@@ -50,6 +54,7 @@ export class Picture extends HTMLElement {
   disconnectedCallback() {
     this.#observer.disconnect()
     document.removeEventListener('visibilitychange', this.#start)
+    this.#live?.play('')
     calm.removeEventListener('change', this.#start)
     clearTimeout(this.#timer)
   }
@@ -57,6 +62,11 @@ export class Picture extends HTMLElement {
   /** The canvas, for who wants to look at it. */
   get canvas() {
     return this.#canvas
+  }
+
+  /** What plays, for who wants to listen to it. */
+  get video() {
+    return this.#live?.video
   }
 
   get shown() {
@@ -75,6 +85,7 @@ export class Picture extends HTMLElement {
       this.#accent = accentOf(shown.card)
     }
     if (isTurned || !isSamePicture(before, shown) || before?.noise !== shown.noise) this.#drawAll()
+    this.#playOrEnd()
   }
 
   /** Width of the card, in its own units. */
@@ -93,6 +104,7 @@ export class Picture extends HTMLElement {
     }
     this.#canvas.hidden = !isSeen
     clearTimeout(this.#timer)
+    this.#playOrEnd()
     if (!isSeen) return
     this.#drawStill()
     this.#start()
@@ -132,13 +144,44 @@ export class Picture extends HTMLElement {
     return {x: (x - seen.x) * across, y: (y - seen.y) * down, width: width * across, height: height * down}
   }
 
+  /** Plays what is to be seen or heard, and ends what is not. */
+  #playOrEnd() {
+    const {id, recording} = this.shown
+    const isHeard = id === 'main' && store.get('sound')
+    const isPlayed = recording && !this.#isFrozen && (isHeard || (!this.#canvas.hidden && !document.hidden))
+    if (!isPlayed && !this.#live) return
+    this.#live ??= new Live(id, this.#start)
+    this.#live.video.muted = !isHeard
+    this.#live.play(isPlayed ? recording : '')
+  }
+
   /** Starts to draw pictures, if anybody can see them. */
   #start = () => {
     clearTimeout(this.#timer)
+    if (this.#shown) this.#playOrEnd()
     if (document.hidden || !this.isConnected || this.#canvas.hidden || !this.#shown) return
+    if (this.#live?.hasPicture) return this.#drawVideo(this.#live.video)
     contextOf(this.#canvas).drawImage(this.#still, 0, 0)
     this.#moved = []
     this.#step()
+  }
+
+  /** Draws what plays, as it stands in the active area; the next picture comes by itself. @param {HTMLVideoElement} video */
+  #drawVideo(video) {
+    const context = contextOf(this.#canvas)
+    const area = this.#onCanvas(this.shown.active)
+    const {x, y, width, height} = this.#onCanvas(this.shown.whole)
+    this.counter = null
+    context.setTransform(1, 0, 0, 1, 0, 0)
+    context.fillStyle = '#000'
+    context.fillRect(0, 0, this.#canvas.width, this.#canvas.height)
+    context.save()
+    context.beginPath()
+    context.rect(area.x, area.y, area.width, area.height)
+    context.clip()
+    context.drawImage(video, x, y, width, height)
+    context.restore()
+    if (this.shown.noise > 0) this.#drawNoise(context, this.shown.noise)
   }
 
   /** Draws a picture, and the next one when it is due. */

@@ -32,6 +32,7 @@ import {numberOf, shownName} from './services.js'
  * @property {Ratio} ratio  of the content
  * @property {any} plane  as the state tells it
  * @property {number} noise  how much of it the tuner loses, 0 to 255
+ * @property {string} recording  what of a recording is played in place of the card: service and tracks; empty for nothing
  */
 
 /** @type {{id: WindowId, name: string}[]} */
@@ -79,6 +80,13 @@ function serviceCard({service, source, tvMode, tracks, picture}, kind) {
   if (picture) return cardOf({...card, kind: 'service', rate: picture.rate})
   const word = kind === 'radio' ? 'Radio' : kind === 'data' ? 'Data service' : 'No picture'
   return cardOf({...card, kind: 'sound', lines: [word, ...card.lines]})
+}
+
+/** What is played of a window's recording: another text means that it starts anew. @param {any} window  of a state */
+function recordingOf({service, source, picture, tracks}) {
+  if (source.state !== 2 || source.number !== 0 || !picture || !service?.recording) return ''
+  const {audio, audioInUse, subtitles, subtitleInUse} = tracks
+  return JSON.stringify([service.key, service.id, service.recording, audio[audioInUse]?.pid, subtitles[subtitleInUse]?.pid])
 }
 
 /** @param {any} state @param {WindowId} id @param {(service: any) => string | undefined} kindOf @return {Card | null} */
@@ -145,7 +153,7 @@ export function shownIn(state, {id, name}, kindOf) {
   return {
     id, name, card, label: labelOf(card, picture), picture, display, seen: common(display, baseScreen), whole,
     content: contentOf(whole, shape, ratio), active: plane.base.active ?? frame, ratio, plane,
-    noise: source.number === 0 && told !== null ? state.tuner.fade : 0,
+    noise: source.number === 0 && told !== null ? state.tuner.fade : 0, recording: recordingOf(state.windows[id]),
   }
 }
 

@@ -1,3 +1,4 @@
+import {live} from './connection.js'
 import {h} from './dom.js'
 import {appSpace, has, rectText, toBase} from './geometry.js'
 import {Part} from './part.js'
@@ -12,7 +13,7 @@ const hint = 'Point at the screen, or press arrow keys on it, to read positions.
 
 /** What the TV shows: its planes in the app's space, what is on them, and a line that reads positions. */
 class Screen extends Part {
-  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past', 'services', 'app'])
+  static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past', 'services', 'app', 'live', 'sound'])
 
   /** @type {{x: number, y: number, isByKeys: boolean} | null} */
   #at = null
@@ -23,9 +24,9 @@ class Screen extends Part {
     const past = store.get('past')
     const state = past?.state ?? store.get('state')
     if (!state) return h('p', {class: 'empty'}, 'The picture comes with the connection to the TV.')
-    const all = windows.map(window => shownIn(state, window, service => kindOf(service, () => this.changed())))
+    const all = windows.map(window => told(shownIn(state, window, service => kindOf(service, () => this.changed()))))
     return [
-      h('div', {class: ['on-screen', past && 'is-past']}, past ? this.#past(past) : all.filter(({card}) => card).map(caption)),
+      h('div', {class: ['on-screen', past && 'is-past']}, past ? this.#past(past) : [all.filter(({card}) => card).map(caption), live && all[0].recording && soundSwitch()]),
       h('emp-stage', {class: this.#isReading && 'is-reading', what: {all, isFrozen: past !== null}, onpoint: this.#point}),
       h('div', {class: 'reading'},
         h('p', {class: 'position mono grow', 'aria-live': this.#at?.isByKeys ? 'polite' : 'off'}, this.#at ? positionText(this.#at, all) : h('span', {class: 'dim'}, hint)),
@@ -66,6 +67,20 @@ class Screen extends Part {
   }
 }
 customElements.define('emp-screen', Screen)
+
+/** Has the test card say why it stands in place of the recording. @param {Shown} shown @return {Shown} */
+function told(shown) {
+  const problem = shown.recording && store.get('live')[shown.id]
+  if (!problem || !shown.card) return shown
+  const text = `Not played: ${problem}`
+  return {...shown, label: `${shown.label}, ${text}`, card: {...shown.card, lines: [text, ...shown.card.lines]}}
+}
+
+/** What a recording sounds like is heard when a person says so. */
+function soundSwitch() {
+  const isOn = store.get('sound')
+  return h('button', {key: 'sound', 'aria-pressed': String(isOn), title: 'Hear the recording on the main window', onclick: () => store.set('sound', !isOn)}, 'Sound')
+}
 
 /** What is on a window, in a line. @param {Shown} shown */
 function caption({id, card, label, plane}) {

@@ -19,6 +19,8 @@
  * @property {number} timeline  counts up when the timeline changes
  * @property {any} deed  what the page did last: {method, params, error, data, isUnderWay}, where `data` is the error's
  * @property {{address: string, name: string} | null} app  the app that runs over the picture
+ * @property {{main: string, pip: string}} live  why a window's recording is not played; empty where nothing is wrong
+ * @property {boolean} sound  a person wants to hear what the main window plays
  * @property {'tv' | 'app'} keys  where the remote's keys go
  */
 
@@ -78,5 +80,5 @@ export function onFrame(callback) {
 export const store = new Store({
   connection: {connected: false, since: Date.now()},
   state: null, past: null, services: 0, keptIn: undefined, sessions: [], faults: [], settings: [], knobs: null, commands: [], operations: [],
-  timeline: 0, deed: null, app: null, keys: 'tv',
+  timeline: 0, deed: null, app: null, live: {main: '', pip: ''}, sound: false, keys: 'tv',
 })

@@ -95,6 +95,9 @@ export async function scan(tv, file, {signal, progress}) {
   return tv.scan({content: '', part: 'last'})
 }
 
+/** Nobody plays recordings in a tab. @type {((window: 'main' | 'pip', signal: AbortSignal) => Promise<Response>) | undefined} */
+export const live = undefined
+
 /** What the page says while it is not connected. @type {string} */
 export const disconnected = 'The TV of this tab is not there. Reload the page'
 

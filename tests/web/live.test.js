@@ -1,0 +1,201 @@
+// Recordings that play in place of the test card: the picture obeys the plane as the card does, the sound is the track in use.
+import assert from 'node:assert/strict'
+import {spawnSync} from 'node:child_process'
+import {mkdtempSync, renameSync, rmSync} from 'node:fs'
+import {tmpdir} from 'node:os'
+import {join} from 'node:path'
+import {after, afterEach, before, test} from 'node:test'
+import {program, serve} from '../client/support/server.js'
+import {elsewhere} from '../site/support/bridge.js'
+import {findings} from './support/axe.js'
+import {useBrowser} from './support/console.js'
+import {openScreen} from './support/screen.js'
+
+const onServers = {skip: elsewhere('a TV in a tab plays no recordings')}
+const patience = 2000  // ms from the tune to the picture
+const tones = {eng: 440, deu: 880, ita: 660}
+const red = [255, 0, 0]
+const green = [0, 255, 0]
+const blue = [0, 0, 255]
+const black = [0, 0, 0]
+
+let folder
+let recording
+let shown
+let screen
+useBrowser()
+
+before(() => {
+  folder = mkdtempSync(join(tmpdir(), 'emp-window-live-'))
+  recording = join(folder, 'two.ts')
+  if (!onServers.skip) makeRecording(recording)
+})
+after(() => rmSync(folder, {recursive: true}))
+afterEach(() => shown?.close())
+
+function run(command, args) {
+  const {status, stderr} = spawnSync(command, args, {encoding: 'utf8'})
+  assert.equal(status, 0, `${command}: ${stderr}`)
+}
+
+/** Two services: red with green on its right, and two tones; blue, and another one. */
+function makeRecording(path) {
+  const seconds = 6
+  const input = source => ['-f', 'lavfi', '-i', `${source}:d=${seconds}`]
+  const size = 's=640x360:r=25'
+  run('ffmpeg', ['-v', 'error', '-f', 'lavfi', '-i', `color=c=0xff0000:${size}:d=${seconds},drawbox=x=iw/2:w=iw/2:color=0x00ff00:t=fill`,
+    ...input(`color=c=0x0000ff:${size}`), ...Object.values(tones).flatMap(tone => input(`sine=${tone}`)),
+    ...['0:v', '2:a', '3:a', '1:v', '4:a'].flatMap(stream => ['-map', stream]),
+    ...['-c:v', 'libx264', '-preset', 'ultrafast', '-pix_fmt', 'yuv420p', '-g', '25', '-c:a', 'mp2'],
+    ...Object.keys(tones).flatMap((language, at) => [`-metadata:s:a:${at}`, `language=${language}`]),
+    ...['-program', 'title=Red:program_num=1:st=0:st=1:st=2', '-program', 'title=Blue:program_num=2:st=3:st=4', '-f', 'mpegts', path]])
+}
+
+/** Shows the recording on a TV that has nothing else. */
+async function open(how = {}) {
+  const state = mkdtempSync(join(folder, 'state-'))
+  run(program, ['--state', state, 'scan', '--import', recording]);
+  ({shown, screen} = await openScreen({...how, server: await serve({state})}))
+}
+
+/** The colour at a place of the app's space, as a picture of the page has it. */
+async function colourAt(x, y) {
+  const space = await screen.image('App space').boundingBox()
+  const clip = {x: space.x + x / 960 * space.width - 1, y: space.y + y / 540 * space.height - 1, width: 2, height: 2}
+  const picture = (await shown.page.screenshot({clip})).toString('base64')
+  return shown.page.evaluate(async text => {
+    const bytes = Uint8Array.from(atob(text), letter => letter.charCodeAt(0))
+    const bitmap = await createImageBitmap(new Blob([bytes], {type: 'image/png'}))
+    const context = new OffscreenCanvas(2, 2).getContext('2d')
+    context.drawImage(bitmap, 0, 0)
+    return [...context.getImageData(0, 0, 1, 1).data].slice(0, 3)
+  }, picture)
+}
+
+/** Waits until what is looked at is right; fails with what was seen last. */
+async function becomes(what, look, isRight) {
+  const end = performance.now() + 15_000
+  for (;;) {
+    const seen = await look()
+    if (isRight(seen)) return
+    if (performance.now() > end) assert.fail(`${what}: it is ${seen}`)
+  }
+}
+
+/** Waits until a place has a colour, but for what its coding changes. */
+const isColoured = ([x, y], wanted) =>
+  becomes(`${x}, ${y} is to be ${wanted}`, () => colourAt(x, y), seen => seen.every((part, at) => Math.abs(part - wanted[at]) < 48))
+
+const left = [240, 270]
+const right = [720, 270]
+
+test('one service after the other plays, within two seconds of the tune', onServers, async () => {
+  await open()
+  await isColoured(left, red)
+  await isColoured(right, green)
+  for (const [channel, colour] of [[2, blue], [1, red], [2, blue]]) {
+    const start = performance.now()
+    assert.equal(await shown.tv.window.SetChannel(channel, 0), 1)
+    await isColoured(left, colour)
+    const took = performance.now() - start
+    assert.ok(took <= patience, `channel ${channel} took ${took} ms`)
+  }
+  assert.deepEqual(await findings(shown.page), [])
+})
+
+test('the picture obeys rectangle, crop and mute', onServers, async () => {
+  await open()
+  const {window} = shown.tv
+  await isColoured(left, red)
+  await window.SetScreenRect(480, 0, 480, 270)
+  await isColoured([240, 135], black)
+  await isColoured([600, 135], red)
+  await isColoured([840, 135], green)
+  await isColoured([720, 400], black)
+  await shown.tv.executeWithParamList('SetScreenCropRect', [960, 0, 960, 540, 0, 0, 1920, 1080])
+  await isColoured([10, 270], green)
+  await isColoured([950, 270], green)
+  await shown.tv.executeWithParamList('SetScreenCropRect', [0, 0, 960, 540, 0, 0, 1920, 1080])
+  await isColoured([950, 270], red)
+  await window.MuteVideo(1)
+  await isColoured(left, black)
+  await window.MuteVideo(0)
+  await isColoured(left, red)
+})
+
+test('picture-in-picture plays its own service, over the main one', onServers, async () => {
+  await open()
+  await isColoured(left, red)
+  await shown.page.getByRole('button', {name: 'Picture-in-picture', exact: true}).click()
+  const inPicture = async () => (await shown.tv.state()).windows.pip.service?.name
+  await becomes('a service is to be in the picture', inPicture, Boolean)
+  await shown.tv.set('pip.service', `#${(await shown.tv.services({text: 'Blue'})).services[0].key}`)
+  const space = await screen.image('App space').boundingBox()
+  const box = await screen.image('Picture-in-picture').boundingBox()
+  const scale = 960 / space.width
+  await isColoured([(box.x - space.x + box.width / 2) * scale, (box.y - space.y + box.height / 2) * scale], blue)
+  await isColoured(left, red)
+})
+
+/** The loudest frequency of what the main window plays. */
+const loudest = () => shown.page.evaluate(async () => {
+  const {video} = document.querySelector('emp-picture')
+  globalThis.heard ??= (() => {
+    const context = new AudioContext()
+    const analyser = new AnalyserNode(context, {fftSize: 8192})
+    context.createMediaElementSource(video).connect(analyser)
+    return {context, analyser}
+  })()
+  const {context, analyser} = globalThis.heard
+  await context.resume()
+  const levels = new Float32Array(analyser.frequencyBinCount)
+  analyser.getFloatFrequencyData(levels)
+  const at = levels.indexOf(Math.max(...levels))
+  return levels[at] < -60 ? 0 : at * context.sampleRate / analyser.fftSize
+})
+
+const sounds = tone => becomes(`${tone} Hz is to be heard`, loudest, heard => Math.abs(heard - tone) < 12)
+
+test('the sound is that of the audio track in use, once a person wants to hear it', onServers, async () => {
+  await open()
+  await isColoured(left, red)
+  assert.equal(await loudest(), 0)
+  await shown.page.getByRole('button', {name: 'Sound'}).press('Enter')
+  await shown.page.getByRole('button', {name: 'Sound', pressed: true}).waitFor()
+  await sounds(tones.eng)
+  await shown.tv.set('main.audio', 1)
+  await sounds(tones.deu)
+  await shown.tv.window.SetChannel(2, 0)
+  await sounds(tones.ita)
+  await shown.page.getByRole('button', {name: 'Sound'}).click()
+  await sounds(0)
+})
+
+test('little is fetched ahead, and nothing once nothing shows', onServers, async () => {
+  await open()
+  await isColoured(left, red)
+  const ahead = () => shown.page.evaluate(() => {
+    const {video} = document.querySelector('emp-picture')
+    return {time: video.currentTime, ahead: video.buffered.length && video.buffered.end(video.buffered.length - 1) - video.currentTime}
+  })
+  await becomes('it is to play on past the end of the file', ahead, ({time}) => time > 7)
+  assert.ok((await ahead()).ahead < 6, JSON.stringify(await ahead()))
+  const ended = shown.page.waitForEvent('requestfailed', request => request.url().endsWith('/live/main'))
+  await shown.tv.window.MuteVideo(1)
+  await ended
+})
+
+test('what can not be played is told on the test card, and why', onServers, async () => {
+  await open()
+  await isColoured(left, red)
+  renameSync(recording, `${recording}.there`)
+  try {
+    shown.tolerated = /status of 503/
+    await shown.tv.window.SetChannel(2, 0)
+    await screen.described('Main picture', 'Not played: cannot read')
+    await shown.pane('Screen').getByText('Not played: cannot read').waitFor()
+    assert.notDeepEqual(await colourAt(...left), red)
+  } finally {
+    renameSync(`${recording}.there`, recording)
+  }
+})

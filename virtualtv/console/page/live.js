@@ -1,0 +1,183 @@
+/*
+ * The picture of a recording: what the server sends of a window's service is played by a video element that stands nowhere;
+ * its pictures are drawn where the test card would be.
+ */
+import {live} from './connection.js'
+import {store} from './store.js'
+
+/** @typedef {import('./plane.js').WindowId} WindowId */
+
+const mostAhead = 3     // seconds that are fetched before they are shown
+const mostBehind = 10   // seconds that are kept once they were shown
+const pieceSize = 65536  // bytes that are taken at once
+const longPause = 5000  // ms before a refusal is asked again
+const pause = 1000      // ms before what has ended at once, or broken off, is asked again
+const patience = 200    // ms between looks at whether more is to be fetched
+
+/** The server refuses to play, or this browser can't. */
+class Refusal extends Error {}
+
+/**
+ * Waits for an event, unless a signal ends that. @param {EventTarget} target @param {string} name @param {AbortSignal} signal
+ * @return {Promise<void>}
+ */
+function happens(target, name, signal) {
+  return new Promise((resolve, reject) => {
+    const heard = new AbortController()
+    const on = (/** @type {EventTarget} */ from, /** @type {string} */ what, /** @type {() => void} */ then) => from.addEventListener(what, () => {
+      heard.abort()
+      then()
+    }, {signal: heard.signal})
+    on(target, name, resolve)
+    on(target, 'error', () => reject(new Refusal('What came is damaged.')))
+    on(signal, 'abort', () => reject(signal.reason))
+    signal.throwIfAborted()
+  })
+}
+
+/** @param {number} milliseconds @param {AbortSignal} signal */
+function wait(milliseconds, signal) {
+  const timer = new EventTarget()
+  setTimeout(() => timer.dispatchEvent(new Event('over')), milliseconds)
+  return happens(timer, 'over', signal)
+}
+
+/** Plays what is on one window. */
+export class Live {
+  video = document.createElement('video')
+  /** A picture is there to be drawn. */
+  hasPicture = false
+  #id
+  #onpicture
+  /** What is played, so that another one starts anew. */
+  #what = ''
+  #ending = new AbortController()
+
+  /** @param {WindowId} id @param {() => void} onpicture  called with each picture, and when there is none any more */
+  constructor(id, onpicture) {
+    this.#id = id
+    this.#onpicture = onpicture
+    this.video.muted = true
+    this.video.playsInline = true
+  }
+
+  /** @param {string} what  the service and its tracks; empty for nothing */
+  play(what) {
+    if (what === this.#what) return
+    this.#what = what
+    this.#ending.abort()
+    this.#ending = new AbortController()
+    this.#clear()
+    this.#tell('')
+    if (what && live) this.#playOn(this.#ending.signal)
+  }
+
+  /** Plays until it is ended, again and again: the server ends when something changes. @param {AbortSignal} signal */
+  async #playOn(signal) {
+    for (;;) {
+      const start = performance.now()
+      let isRefused = false
+      try {
+        await this.#playOnce(signal)
+      } catch (error) {
+        if (signal.aborted) return
+        isRefused = error instanceof Refusal
+        this.#tell(isRefused ? /** @type {Error} */ (error).message : 'The connection broke.')
+      }
+      this.#clear()
+      try {
+        if (isRefused || performance.now() - start < pause) await wait(isRefused ? longPause : pause, signal)
+      } catch {
+        return
+      }
+    }
+  }
+
+  /** @param {AbortSignal} signal */
+  async #playOnce(signal) {
+    const response = await /** @type {NonNullable<typeof live>} */ (live)(this.#id, signal)
+    const type = response.headers.get('content-type') ?? ''
+    if (!response.ok || !response.body) throw new Refusal((await response.text()).trim())
+    const reader = response.body.getReader()
+    try {
+      if (!MediaSource.isTypeSupported(type)) throw new Refusal(`This browser can't play ${type}.`)
+      await this.#playFrom(reader, type, signal)
+    } finally {
+      reader.cancel().catch(() => {})  // The server need not go on.
+    }
+  }
+
+  /** @param {ReadableStreamDefaultReader<Uint8Array<ArrayBuffer>>} reader @param {string} type @param {AbortSignal} signal */
+  async #playFrom(reader, type, signal) {
+    const source = new MediaSource()
+    this.video.src = URL.createObjectURL(source)
+    await happens(source, 'sourceopen', signal)
+    URL.revokeObjectURL(this.video.src)
+    this.#awaitPicture(signal)
+    await this.#feed(source.addSourceBuffer(type), reader, signal)
+  }
+
+  /** @param {SourceBuffer} buffer @param {ReadableStreamDefaultReader<Uint8Array<ArrayBuffer>>} reader @param {AbortSignal} signal */
+  async #feed(buffer, reader, signal) {
+    for (;;) {
+      const {done, value} = await reader.read()
+      if (done) return
+      // What comes at once may last for minutes.
+      for (let at = 0; at < value.length; at += pieceSize) await this.#append(buffer, value.subarray(at, at + pieceSize), signal)
+    }
+  }
+
+  /** @param {SourceBuffer} buffer @param {Uint8Array<ArrayBuffer>} piece @param {AbortSignal} signal */
+  async #append(buffer, piece, signal) {
+    while (this.#ahead(buffer) > mostAhead) await wait(patience, signal)
+    buffer.appendBuffer(piece)
+    await happens(buffer, 'updateend', signal)
+    this.#start(buffer)
+    await this.#removePlayed(buffer, signal)
+  }
+
+  /** @param {SourceBuffer} buffer @return {number} seconds */
+  #ahead({buffered}) {
+    return buffered.length > 0 ? buffered.end(buffered.length - 1) - this.video.currentTime : 0
+  }
+
+  /** Starts as soon as there is something, wherever that starts. @param {SourceBuffer} buffer */
+  #start({buffered}) {
+    if (buffered.length === 0 || !this.video.paused) return
+    if (this.video.currentTime < buffered.start(0)) this.video.currentTime = buffered.start(0)
+    this.video.play().catch(() => {})  // It was ended meanwhile.
+  }
+
+  /** @param {SourceBuffer} buffer @param {AbortSignal} signal */
+  async #removePlayed(buffer, signal) {
+    const end = this.video.currentTime - mostBehind
+    if (buffer.buffered.length === 0 || buffer.buffered.start(0) > end - mostBehind) return
+    buffer.remove(0, end)
+    await happens(buffer, 'updateend', signal)
+  }
+
+  /** @param {AbortSignal} signal */
+  #awaitPicture(signal) {
+    this.video.requestVideoFrameCallback(() => {
+      if (signal.aborted) return
+      if (!this.hasPicture) this.#tell('')
+      this.hasPicture = true
+      this.#onpicture()
+      this.#awaitPicture(signal)
+    })
+  }
+
+  #clear() {
+    this.video.removeAttribute('src')
+    this.video.load()
+    if (!this.hasPicture) return
+    this.hasPicture = false
+    this.#onpicture()
+  }
+
+  /** @param {string} problem  why nothing is played; empty where nothing is wrong */
+  #tell(problem) {
+    const all = store.get('live')
+    if (all[this.#id] !== problem) store.set('live', {...all, [this.#id]: problem})
+  }
+}
