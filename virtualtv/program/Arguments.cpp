@@ -159,7 +159,10 @@ struct Grammar {
     addOptions(*scan, scanOptions(wishes.scan));
     serve = program.add_subcommand("serve", "let web applications and other programs use the set over the network");
     addServeOptions(*serve, wishes.serve);
-    for (CLI::App* part : {&program, shell, exec, check, import, exportList, scan, serve}) addSetOptions(*part);
+    demo = program.add_subcommand(
+        "demo", "serve a set with a recording that plays, made by ffmpeg; in memory unless --state says where");
+    addServeOptions(*demo, wishes.serve);
+    for (CLI::App* part : {&program, shell, exec, check, import, exportList, scan, serve, demo}) addSetOptions(*part);
   }
 
   /// Reads the arguments into the wishes.
@@ -173,6 +176,7 @@ struct Grammar {
     program.parse(arguments);
     wantSetOptionsOnce();
     if (exec->parsed()) wantCommand();
+    if (demo->parsed() && wishes.state.empty()) wishes.serve.fresh = true;
     if (check->parsed() && !wishes.state.empty()) {
       refuseArguments("check runs in memory, --state has no meaning for it");
     }
@@ -181,7 +185,8 @@ struct Grammar {
   Task task() const {
     for (const auto& [part, task] :
          {std::pair(exec, Task::exec), std::pair(check, Task::check), std::pair(import, Task::import),
-          std::pair(exportList, Task::exportList), std::pair(scan, Task::scan), std::pair(serve, Task::serve)}) {
+          std::pair(exportList, Task::exportList), std::pair(scan, Task::scan), std::pair(serve, Task::serve),
+          std::pair(demo, Task::demo)}) {
       if (part->parsed()) return task;
     }
     return Task::shell;
@@ -196,6 +201,7 @@ struct Grammar {
   CLI::App* exportList = nullptr;
   CLI::App* scan = nullptr;
   CLI::App* serve = nullptr;
+  CLI::App* demo = nullptr;
 
  private:
   /// Options that may stand before the subcommand or behind it.
@@ -223,10 +229,10 @@ struct Grammar {
 
   void wantSubcommand(const std::string& word) const {
     Lines names;
-    for (const CLI::App* part : {shell, exec, check, import, exportList, scan, serve})
+    for (const CLI::App* part : {shell, exec, check, import, exportList, scan, serve, demo})
       names.push_back(part->get_name());
     if (std::find(names.begin(), names.end(), word) != names.end()) return;
-    std::string meant = "there are shell, exec, check, import, export, scan and serve";
+    std::string meant = "there are shell, exec, check, import, export, scan, serve and demo";
     if (const Lines near = nearest(word, names); near.size() == 1) {
       meant = "did you mean 'emp-window " + near[0] + "'?";
     } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {

@@ -18,10 +18,11 @@ struct ServeWishes {
   std::string listen = "127.0.0.1:8090";
   std::vector<std::string> origins;
   std::vector<std::string> hosts;
-  std::string token;     ///< the file that holds it; so below
-  std::string files;     ///< the directory that clients may use
-  std::string snapshot;  ///< that the set starts from
-  std::string record;    ///< that is made, and receives what happens
+  std::string token;                    ///< the file that holds it; so below
+  std::string files;                    ///< the directory that clients may use
+  std::string snapshot;                 ///< that the set starts from
+  std::string record;                   ///< that is made, and receives what happens
+  std::vector<std::string> recordings;  ///< whose services the set starts with
   bool fresh = false;
   bool untilEof = false;
   bool noWait = false;
@@ -31,7 +32,7 @@ struct ServeWishes {
   bool isInMemory() const { return fresh || !snapshot.empty(); }
 };
 
-enum class Task { shell, exec, check, import, exportList, scan, serve };
+enum class Task { shell, exec, check, import, exportList, scan, serve, demo };
 
 /// What the program's arguments say.
 struct Wishes {

@@ -17,6 +17,7 @@
 
 #include "framework/Reply.h"
 #include "program/Arguments.h"
+#include "program/Demo.h"
 #include "program/Desk.h"
 #include "program/Progress.h"
 #include "program/Serve.h"
@@ -192,6 +193,12 @@ ExitStatus runScan(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status();
 }
 
+ExitStatus runDemo(kel::CEmpAppBase& app, const Wishes& wishes) {
+  Wishes served = wishes;
+  served.serve.recordings.push_back(demoRecording());
+  return runServer(app, served);
+}
+
 /// What the wishes come to, for messages.
 std::string doing(const Wishes& wishes) {
   switch (wishes.task) {
@@ -206,6 +213,7 @@ std::string doing(const Wishes& wishes) {
     case Task::scan:
       return "scan " + wishes.scan.files.front();
     case Task::serve:
+    case Task::demo:
       return "serve";
     case Task::shell:
       break;
@@ -227,6 +235,8 @@ ExitStatus runWishes(kel::CEmpAppBase& app, const Wishes& wishes) {
       return runScan(app, wishes);
     case Task::serve:
       return runServer(app, wishes);
+    case Task::demo:
+      return runDemo(app, wishes);
     case Task::shell:
       break;
   }

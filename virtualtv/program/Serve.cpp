@@ -23,6 +23,7 @@
 #include "set/SnapshotJson.h"
 #include "shell/Files.h"
 #include "shell/Recording.h"
+#include "shell/Scan.h"
 
 namespace virtualtv::program {
 
@@ -120,6 +121,10 @@ ExitStatus runServer(kel::CEmpAppBase& app, const Wishes& wishes) {
   allowManyDescriptors();
   Desk desk(app, wishes);
   if (!wishes.serve.snapshot.empty()) startFrom(desk, wishes.serve.snapshot);
+  if (const auto& files = wishes.serve.recordings; !files.empty()) {
+    const auto read = [](const std::string& file, const TakeBlock& take) { readFileInBlocks(file, file, take); };
+    desk.device().import(files, scanFiles(files, read), false, desk.session().recordings(files));
+  }
   options.state = desk.state();
   net::Server server(desk.device(), std::move(options));
   std::optional<Recording> recording;
