@@ -23,6 +23,12 @@ install(TARGETS emp-window RUNTIME COMPONENT program)
 install(TARGETS virtualtv LIBRARY COMPONENT program ARCHIVE COMPONENT development)
 install(FILES LICENSE README.md TYPE DOC COMPONENT program)
 install(DIRECTORY docs/ TYPE DOC COMPONENT program FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json)
+install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
+# Where shells look for completions.
+install(FILES docs/completion/emp-window.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  RENAME emp-window COMPONENT program)
+install(FILES docs/completion/_emp-window DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT program)
+install(FILES docs/completion/emp-window.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT program)
 
 # The libraries.
 install(FILES $<TARGET_FILE:window> TYPE LIB RENAME ${plugin_library} COMPONENT development)

@@ -99,6 +99,10 @@ class Installed(unittest.TestCase):
                "console.log(await tv.run('GetCurrentChannel_Name')); await tv.close()")
         said = run("node", "--input-type=module", "-e", ask, client / "launch.js", env={**os.environ, "EMP_WINDOW": str(self.program)})
         self.assertIn("Lighthouse One", said)
+        self.assertIn("emp-window-serve", run("man", "--manpath", self.root / "share/man", "emp-window-serve"))
+        for completion in ("bash-completion/completions/emp-window", "zsh/site-functions/_emp-window",
+                           "fish/vendor_completions.d/emp-window.fish"):
+            self.assertIn("emp-window", (self.root / "share" / completion).read_text(encoding="utf-8"))
         docs = self.root / "share/doc/emp-window"
         self.assertIn("the emp-window authors", (docs / "LICENSE").read_text(encoding="utf-8"))
         self.assertEqual({path.name for path in TOP.glob("docs/*.md")}, {path.name for path in docs.glob("*.md")} - {"README.md"})

@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iostream>
 #include <iterator>
 #include <stdexcept>
 #include <utility>
 
 #include "catalogue/Catalogue.h"
+#include "json/Write.h"
 #include "shell/Nearest.h"
 #include "shell/Options.h"
 #include "shell/Show.h"
@@ -257,11 +259,46 @@ struct Grammar {
   }
 };
 
+Json::Value described(const CLI::Option& option) {
+  Json::Value result(Json::objectValue);
+  result["name"] = option.get_single_name();
+  result["names"] = Json::Value(Json::arrayValue);
+  for (const std::string& name : option.get_snames()) result["names"].append("-" + name);
+  for (const std::string& name : option.get_lnames()) result["names"].append("--" + name);
+  result["help"] = option.get_description();
+  result["value"] = option.get_expected_max() > 0 && !option.get_positional() ? option.get_type_name() : "";
+  result["repeats"] = option.get_items_expected_max() > 1;
+  result["needs"] = Json::Value(Json::arrayValue);
+  for (const CLI::Option* needed : option.get_needs()) result["needs"].append("--" + needed->get_single_name());
+  return result;
+}
+
+/// A part of the grammar as data: what its help shows.
+Json::Value described(const CLI::App& part) {
+  Json::Value result(Json::objectValue);
+  result["name"] = part.get_name();
+  result["help"] = part.get_description();
+  result["notes"] = part.get_footer();
+  result["options"] = result["positionals"] = result["subcommands"] = Json::Value(Json::arrayValue);
+  for (const CLI::Option* option : part.get_options()) {
+    if (option->get_group().empty()) continue;
+    result[option->get_positional() ? "positionals" : "options"].append(described(*option));
+  }
+  for (const CLI::App* subcommand : part.get_subcommands([](const CLI::App*) { return true; })) {
+    result["subcommands"].append(described(*subcommand));
+  }
+  return result;
+}
+
 }  // namespace
 
 std::optional<Wishes> readArguments(std::vector<std::string> arguments, const kel::CEmpAppBase& app) {
   Wishes wishes;
   Grammar grammar(wishes, app);
+  if (arguments.size() == 1 && arguments.front() == "--grammar") {
+    std::cout << json::write(described(grammar.program)) << "\n";
+    return std::nullopt;
+  }
   try {
     grammar.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {

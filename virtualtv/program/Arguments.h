@@ -49,8 +49,8 @@ struct Wishes {
   ServeWishes serve;
 };
 
-/// Reads the program's arguments. @return nothing when they ask for help or the version, which is then printed.
-/// @throws std::invalid_argument for what can't be understood.
+/// Reads the program's arguments. @return nothing when they ask for what is then printed: help, the version, or, with
+/// `--grammar` alone, this grammar as JSON. @throws std::invalid_argument for what can't be understood.
 std::optional<Wishes> readArguments(std::vector<std::string> arguments, const kel::CEmpAppBase& app);
 
 }  // namespace virtualtv::program
