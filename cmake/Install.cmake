@@ -22,13 +22,21 @@ endif()
 install(TARGETS emp-window RUNTIME COMPONENT program)
 install(TARGETS virtualtv LIBRARY COMPONENT program ARCHIVE COMPONENT development)
 install(FILES LICENSE README.md TYPE DOC COMPONENT program)
-install(DIRECTORY docs/ TYPE DOC COMPONENT program FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json)
+install(DIRECTORY docs/ TYPE DOC COMPONENT program
+  FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json PATTERN man EXCLUDE PATTERN completion EXCLUDE)
 install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 # Where shells look for completions.
 install(FILES docs/completion/emp-window.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
   RENAME emp-window COMPONENT program)
 install(FILES docs/completion/_emp-window DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT program)
 install(FILES docs/completion/emp-window.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT program)
+# Units for the service manager of a user, which looks into no folder but lib. They name the program with its prefix, which
+# is known when it is installed.
+install(CODE "set(program_folder \${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR})
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/install/emp-window@.service.in ${PROJECT_BINARY_DIR}/install/emp-window@.service @ONLY)"
+  COMPONENT program)
+install(FILES ${PROJECT_BINARY_DIR}/install/emp-window@.service cmake/install/emp-window@.socket
+  DESTINATION lib/systemd/user COMPONENT program)
 
 # The libraries.
 install(FILES $<TARGET_FILE:window> TYPE LIB RENAME ${plugin_library} COMPONENT development)

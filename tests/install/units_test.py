@@ -1,0 +1,113 @@
+"""The units of the service manager: they are sound, and what they start serves the socket that is handed over."""
+
+import json
+import os
+import re
+import shlex
+import shutil
+import socket
+import subprocess
+import tempfile
+import time
+import unittest
+import urllib.request
+from pathlib import Path
+
+BUILD = Path(os.environ["EMP_WINDOW_BUILD"])
+NAME = "8091"
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def ask(port, command):
+    """What a command answers on a server, as a line."""
+    call = {"jsonrpc": "2.0", "id": 1, "method": "tv.run", "params": {"line": command}}
+    request = urllib.request.Request(f"http://127.0.0.1:{port}/rpc", json.dumps(call).encode(), {"Content-Type": "application/json"})
+    with urllib.request.urlopen(request, timeout=30) as answer:
+        return json.load(answer)["result"]["lines"]
+
+
+class Units(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.folder = Path(folder.name)
+        cls.root = cls.folder / "root"
+        subprocess.run(["cmake", "--install", BUILD, "--component", "program", "--prefix", cls.root], check=True, stdout=subprocess.DEVNULL)
+        cls.units = cls.root / "lib/systemd/user"
+
+    def verify(self, units):
+        done = subprocess.run(["systemd-analyze", "--user", "--man=no", "verify", f"emp-window@{NAME}.service", f"emp-window@{NAME}.socket"],
+                              text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False,
+                              env={**os.environ, "SYSTEMD_UNIT_PATH": f"{units}:", "XDG_RUNTIME_DIR": str(self.folder)})
+        return done.returncode, [line for line in done.stdout.splitlines() if "emp-window" in line]
+
+    def test_the_service_manager_finds_nothing_wrong(self):
+        self.assertEqual(self.verify(self.units), (0, []))
+
+    def test_it_would_find_what_is_wrong(self):
+        units = Path(shutil.copytree(self.units, self.folder / "wrong"))
+        service = units / "emp-window@.service"
+        service.write_text(service.read_text().replace("ExecStart=/bin/sh", "ExecStart=/bin/nosuch\nTypo=/bin/sh"))
+        status, complaints = self.verify(units)
+        self.assertNotEqual((status, complaints), (0, []))
+        self.assertIn("Typo", " ".join(complaints))
+
+    def command(self, name, options):
+        """What the service starts for a set of that name, as the service manager would read it."""
+        line = re.search(r"^ExecStart=(.*)$", (self.units / "emp-window@.service").read_text(), re.MULTILINE)[1]
+        return [word.replace("%i", name).replace("$$", "$") for word in shlex.split(line)], {"OPTIONS": options}
+
+    def start(self, name, options, *before):
+        command, variables = self.command(name, options)
+        environment = {**os.environ, **variables, "HOME": str(self.folder), "XDG_STATE_HOME": str(self.folder / "state")}
+        passed = [word for variable in ("HOME", "XDG_STATE_HOME", "OPTIONS", "PATH") for word in ("-E", variable)] if before else []
+        process = subprocess.Popen([*before, *passed, *command], env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.STDOUT, text=True)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.terminate)
+        return process
+
+    def test_a_set_starts_when_its_socket_is_asked_and_keeps_its_state_under_its_name(self):
+        port = free_port()
+        self.start("evening", "--listen 127.0.0.1:0", "systemd-socket-activate", "-l", f"127.0.0.1:{port}")
+        end = time.monotonic() + 30
+        while time.monotonic() < end:
+            try:
+                lines = ask(port, "SetSource 31 0")
+                break
+            except (ConnectionError, urllib.error.URLError):
+                time.sleep(0.05)
+        self.assertEqual(lines, ["int 1"])
+        self.assertTrue(any((self.folder / "state/emp-window/sets/evening").iterdir()))
+
+    def test_sets_of_two_names_run_side_by_side_without_sockets(self):
+        ports = []
+        for name in ("one", "two"):
+            process = self.start(name, "--listen 127.0.0.1:0")
+            line = process.stdout.readline()
+            ports.append(int(re.search(r"http://127\.0\.0\.1:(\d+)", line)[1]))
+        self.assertEqual(ask(ports[0], "SetSource 31 0"), ["int 1"])
+        self.assertEqual(ask(ports[0], "GetSource 0"), ["int 31"])
+        self.assertEqual(ask(ports[1], "GetSource 0"), ["int 0"])
+
+    def test_a_set_without_a_place_for_state_told_keeps_it_in_the_home(self):
+        command, variables = self.command("home", "--listen 127.0.0.1:0")
+        environment = {key: value for key, value in os.environ.items() if key != "XDG_STATE_HOME"}
+        process = subprocess.Popen([*command], env={**environment, **variables, "HOME": str(self.folder)}, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.PIPE, text=True)
+        self.assertIn("http://", process.stdout.readline())
+        process.terminate()
+        self.assertEqual(process.wait(), 0)
+        process.stdout.close()
+        self.assertTrue((self.folder / ".local/state/emp-window/sets/home").is_dir())
+
+
+if __name__ == "__main__":
+    unittest.main()
