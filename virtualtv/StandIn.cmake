@@ -20,7 +20,7 @@ stand_in(TVService ROOMS text records json store services import broadcast seam 
 stand_in(D2tvMgr ROOMS d2tv ON TVService)
 stand_in(vconf ROOMS settings ON TVService)
 stand_in(KelCommon ROOMS framework ON TVService)
-stand_in(KelEmp ROOMS device catalogue shell rpc net program ON KelCommon TVService)
+stand_in(KelEmp ROOMS device catalogue shell rpc live net program ON KelCommon TVService)
 
 # client_header(HEADER): HEADER of platform/ without what only the set's side of it sees.
 function(client_header header)
