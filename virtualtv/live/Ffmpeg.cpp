@@ -54,7 +54,10 @@ Words playingArguments(const Playing& playing) {
   // Neither playlists nor other files: a transport stream names none. The descriptor can be opened again and sought in,
   // as a pipe can't.
   Words words{"-nostdin", "-hide_banner", "-nostats", "-loglevel", "error"};
-  append(words, {"-protocol_whitelist", "file,pipe", "-stream_loop", "-1", "-f", "mpegts", "-i", "/dev/fd/3"});
+  append(words, {"-protocol_whitelist", "file,pipe"});
+  // ffmpeg draws no subtitles any more once it has started over, so whoever watches starts it over.
+  if (playing.subtitle == 0) append(words, {"-stream_loop", "-1"});
+  append(words, {"-f", "mpegts", "-i", "/dev/fd/3"});
   if (playing.footage.type == STREAM_H264 && playing.subtitle == 0) {
     append(words, {"-map", stream(playing.footage.video), "-c:v", "copy"});
   } else {

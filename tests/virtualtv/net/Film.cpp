@@ -37,22 +37,52 @@ void append(Words& words, const Words& more) {
   words.insert(words.end(), more.begin(), more.end());
 }
 
+/// Numbers of a width in bytes, the greater ones first.
+std::string number(unsigned value, int bytes) {
+  std::string text;
+  while (bytes-- > 0) text += static_cast<char>(value >> (8U * static_cast<unsigned>(bytes)) & 0xFFU);
+  return text;
+}
+
+/// Subtitles in the format of discs, which ffmpeg makes those of broadcasts of: a white field of 240 x 60 pixels at
+/// (360, 450) of 960 x 540, from the start on.
+std::string subtitles() {
+  const auto segment = [](unsigned kind, const std::string& body) {
+    return "PG" + number(9000, 4) + number(0, 4) + number(kind, 1) + number(static_cast<unsigned>(body.size()), 2) +
+           body;
+  };
+  const std::string place = number(360, 2) + number(450, 2);
+  const std::string size = number(240, 2) + number(60, 2);
+  std::string lines;
+  for (int line = 0; line < 60; ++line) lines += number(0, 1) + number(0xC000U | 240U, 2) + number(1, 1) + number(0, 2);
+  const std::string shown = number(0, 2) + number(0, 2) + place;
+  const std::string picture = number(960, 2) + number(540, 2) + number(0x10, 1) + number(0, 2);
+  return segment(0x16, picture + number(0x80, 1) + number(0, 2) + number(1, 1) + shown) +
+         segment(0x17, number(1, 1) + number(0, 1) + place + size) +
+         segment(0x14, number(0, 2) + "\x01\xEB\x80\x80\xFF") +
+         segment(0x15,
+                 number(0, 3) + number(0xC0, 1) + number(static_cast<unsigned>(lines.size()) + 4, 3) + size + lines) +
+         segment(0x80, "");
+}
+
 }  // namespace
 
 std::string film() {
   static const std::string made = [] {
     const std::string file = folder() / "film.ts";
+    test::write(folder() / "subtitles.sup", subtitles());
     Words words{"-v", "error"};
     for (const char* const source : {"testsrc2=s=320x180:r=25:d=2", "sine=440:d=2", "sine=880:d=2",
                                      "smptebars=s=720x576:r=25:d=2", "sine=600:d=2"}) {
       append(words, {"-f", "lavfi", "-i", source});
     }
-    append(words, {"-map",     "0:v",     "-map",   "1:a",        "-map",    "2:a",       "-map", "3:v",
-                   "-map",     "4:a",     "-c:v:0", "libx264",    "-preset", "ultrafast", "-g",   "25",
-                   "-pix_fmt", "yuv420p", "-c:v:1", "mpeg2video", "-c:a",    "mp2"});
-    append(words, {"-metadata:s:a:0", "language=eng", "-metadata:s:a:1", "language=deu", "-program",
-                   "title=One:program_num=1:st=0:st=1:st=2", "-program", "title=Two:program_num=2:st=3:st=4", "-f",
-                   "mpegts", file});
+    append(words, {"-i", folder() / "subtitles.sup"});
+    for (const char* const track : {"0:v", "1:a", "2:a", "3:v", "4:a", "5:s"}) append(words, {"-map", track});
+    append(words, {"-c:v:0", "libx264", "-preset", "ultrafast", "-g", "25", "-pix_fmt", "yuv420p", "-c:v:1",
+                   "mpeg2video", "-c:a", "mp2", "-c:s", "dvbsub"});
+    append(words, {"-metadata:s:a:0", "language=eng", "-metadata:s:a:1", "language=deu", "-metadata:s:s:0",
+                   "language=eng", "-program", "title=One:program_num=1:st=0:st=1:st=2", "-program",
+                   "title=Two:program_num=2:st=3:st=4:st=5", "-f", "mpegts", file});
     outputOf(live::ffmpeg(), words);
     return file;
   }();
@@ -117,6 +147,13 @@ double toneIn(const std::string& mp4, double frequency) {
   }
   if (count == 0 || all <= 0) return 0;
   return 2 * (real * real + imaginary * imaginary) / (static_cast<double>(count) * all);
+}
+
+std::string pixelIn(const std::string& mp4, int x, int y) {
+  const std::string crop = "crop=1:1:" + std::to_string(x) + ":" + std::to_string(y) + ",format=gray";
+  return outputOf(live::ffmpeg(), {"-v", "fatal", "-i", kept(mp4), "-vf", "format=gray," + crop, "-frames:v", "10",
+                                   "-f", "rawvideo", "pipe:1"})
+      .substr(9);
 }
 
 std::size_t countOf(const std::string& wanted, const std::string& text) {

@@ -22,6 +22,8 @@ std::string tracksOf(const std::string& mp4);
 double lengthOf(const std::string& mp4);
 /// How much of a tone is in its sound, in parts of all of it.
 double toneIn(const std::string& mp4, double frequency);
+/// How bright a place of its tenth picture is, as a byte.
+std::string pixelIn(const std::string& mp4, int x, int y);
 /// How often a text stands in another one.
 std::size_t countOf(const std::string& wanted, const std::string& text);
 

@@ -30,6 +30,7 @@ Options with(Change change) {
 }
 
 constexpr std::size_t some = 300'000;  // bytes, of which "One" has some 800,000 in two seconds
+constexpr std::size_t few = 25'000;    // of "Two", which does not move
 
 class PlayTest : public ::testing::Test {
  protected:
@@ -102,6 +103,19 @@ TEST_F(PlayTest, WhatIsNotInH264IsTranscoded) {
   const std::string mp4 = viewer.read(some);
   EXPECT_EQ(tracksOf(mp4), "h264|960|540\naac\n");
   EXPECT_GT(toneIn(mp4, 600), 0.9);
+}
+
+TEST_F(PlayTest, SubtitlesInUseAreDrawnIntoThePicture) {
+  tune(WindowId::main, 2);
+  const std::string without = Viewer(served.port()).read(few);
+  EXPECT_LT(static_cast<unsigned char>(pixelIn(without, 480, 480)[0]), 100);
+  served.onDevice([](device::Device& device) { EXPECT_TRUE(device.tv().selectSubtitle(WindowId::main, 0)); });
+  Viewer viewer(served.port());
+  const std::string with = viewer.read(few);
+  EXPECT_EQ(tracksOf(with), "h264|960|540\naac\n");
+  EXPECT_GT(static_cast<unsigned char>(pixelIn(with, 480, 480)[0]), 220);
+  EXPECT_LT(static_cast<unsigned char>(pixelIn(with, 480, 435)[0]), 220);
+  EXPECT_TRUE(viewer.ends());  // behind the last picture
 }
 
 TEST_F(PlayTest, EndsWhenTheWindowShowsAnotherServiceAndOnlyThen) {
