@@ -145,7 +145,7 @@ async function exported(label) {
 
 test('the list is saved in each format, with what is left out or lost told', async () => {
   shown = await Console.open()
-  await pane().getByRole('button', {name: 'Export…'}).click()
+  await pane().getByRole('button', {name: 'Export list…'}).click()
   const told = pane().getByRole('region', {name: 'Export channels'})
   for (const [label, format, name] of [['JSON', 'json', 'channels.json'], ['VDR', 'vdr', 'channels.conf'], ['libdvbv5', 'dvbv5', 'dvb_channel.conf']]) {
     const {content, services, lost} = await shown.tv.export(format)

@@ -58,7 +58,7 @@ Words playingArguments(const Playing& playing) {
   // ffmpeg draws no subtitles any more once it has started over, so whoever watches starts it over.
   if (playing.subtitle == 0) append(words, {"-stream_loop", "-1"});
   append(words, {"-f", "mpegts", "-i", "/dev/fd/3"});
-  if (playing.footage.type == STREAM_H264 && playing.subtitle == 0) {
+  if (playing.footage.type == streamOfH264 && playing.subtitle == 0) {
     append(words, {"-map", stream(playing.footage.video), "-c:v", "copy"});
   } else {
     append(words, {"-filter_complex", drawn(playing), "-map", "[shown]", "-c:v", "libx264", "-preset", "ultrafast",

@@ -66,7 +66,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void answer(Answer answer);
   void write();
   void next();
-  void prepareHead(int status, const Headers& headers);
+  void prepareHead(int status, const Headers& more);
   void play(WindowId window);
   void awaitLeaving();
   void sayWhatPlays();

@@ -71,14 +71,14 @@ using FieldValue = std::variant<std::monostate, std::uint64_t, std::u16string>;
 struct Footage {
   std::string path;        ///< of the file, absolute or beneath the directory that clients of a server have; any bytes
   int video = 0;           ///< PID of the picture
-  int type = 0;            ///< its stream type in the program map, see `STREAM_H264`
+  int type = 0;            ///< its stream type in the program map, see `streamOfH264`
   bool isTrusted = false;  ///< the one who runs the program named the file, rather than a client or a document
 
   bool operator==(const Footage&) const = default;
 };
 
 /// The stream type of pictures that browsers play as they are.
-inline constexpr int STREAM_H264 = 0x1B;
+inline constexpr int streamOfH264 = 0x1B;
 
 /// One service as the set keeps it. A field that is in neither map is absent. Plain data.
 struct Service {

@@ -46,8 +46,8 @@ TvAside::~TvAside() {
 Tv::Tv(Storage& storage, std::uint64_t revision)
     : storage_(storage), state_(stateIn(storage.parts())), revision_(revision + 1) {
   if (theSet != nullptr) throw std::logic_error("a process has one set at a time");
-  theSet = this;
   seam::Seam::instance().onDelay([this](std::uint64_t milliseconds) { pass(milliseconds); });
+  theSet = this;  // last: where there is no memory for what is before, there is no set
 }
 
 Tv::~Tv() {

@@ -227,6 +227,7 @@ TEST_F(Export, OfRandomListsIsImportedAsItWas) {
     for (int round = 0; round < 30 && !HasFailure(); ++round) {
       const std::string list = randomList(random);
       SCOPED_TRACE(list);
+      ASSERT_NE(import::recognise(list), nullptr);
       holds(list);
       import(list);
       const import::Format* own = import::recognise(list);

@@ -45,7 +45,7 @@ TEST(JsonList, BringsAllThatASetKeepsOfAService) {
   EXPECT_EQ(read.subtitles.size(), 1U);
   EXPECT_EQ(read.favourites, (std::map<std::uint8_t, bool>{{2, true}}));
   EXPECT_EQ(read.listEntry, "vdr\nNews");
-  EXPECT_EQ(read.footage, (virtualtv::Footage{"/a.ts", 8191, virtualtv::STREAM_H264, false}));
+  EXPECT_EQ(read.footage, (virtualtv::Footage{"/a.ts", 8191, virtualtv::streamOfH264, false}));
 }
 
 TEST(JsonList, IsKnownByItsFirstMember) {

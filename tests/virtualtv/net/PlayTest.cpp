@@ -53,7 +53,7 @@ class PlayTest : public ::testing::Test {
   void play(const std::string& path, bool isTrusted) {
     served.onDevice([&](device::Device& device) {
       Service service = *device.tv().services().read(1);
-      service.footage = Footage{path, 256, STREAM_H264, isTrusted};
+      service.footage = Footage{path, 256, streamOfH264, isTrusted};
       device.tv().import({service}, true);
     });
   }

@@ -377,8 +377,9 @@ TEST_F(ProgramTest, AnUnknownSubcommandIsAnErrorThatNamesWhatWasMeant) {
   expectError(run({"--state", state().string(), "gettvmode"}), {exec});
   expectError(run({"GetSource"}), {"did you mean 'emp-window exec GetSource'?"});
   expectError(run({"chekc", "file"}), {"there is no subcommand 'chekc'; did you mean 'emp-window check'?"});
-  expectError(run({"nonsense"}),
-              {"there is no subcommand 'nonsense'; there are shell, exec, check, import, export, scan and serve"});
+  expectError(
+      run({"nonsense"}),
+      {"there is no subcommand 'nonsense'; there are shell, exec, check, import, export, scan, serve and demo"});
   expectError(run({"--", "exec", "GetSource"}), {"there is no subcommand '--'"});
   EXPECT_FALSE(fs::exists(folder / "xdg"));
 }

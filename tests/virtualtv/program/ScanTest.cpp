@@ -95,7 +95,7 @@ TEST_F(ScanTest, KeepsWhereTheRecordingsAre) {
   runOn(file, {"scan", "--import", "-"});
   EXPECT_EQ(footage(), Footage());
   run({}, ".scan --import " + file + "\n");
-  EXPECT_EQ(footage(), (Footage{file, 101, STREAM_H264, true}));
+  EXPECT_EQ(footage(), (Footage{file, 101, streamOfH264, true}));
 }
 
 TEST_F(ScanTest, AddsTheServices) {

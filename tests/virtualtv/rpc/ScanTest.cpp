@@ -147,7 +147,7 @@ TEST_F(ScanMethodWithFiles, ReadsThoseBeneathTheDirectory) {
 TEST_F(ScanMethodWithFiles, HasServicesPlayFromThereWithoutTrustInThem) {
   test::write(folder() / "news.ts", news);
   scan("path", "news.ts", true);
-  const Footage wanted{"news.ts", 101, STREAM_H264, false};
+  const Footage wanted{"news.ts", 101, streamOfH264, false};
   EXPECT_EQ(tv().services().all().begin()->second.footage, wanted);
   EXPECT_EQ(client.result("tv.state")["windows"]["main"]["service"]["recording"],
             json(R"({"path": "news.ts", "video": 101, "type": 27})"));
@@ -155,7 +155,7 @@ TEST_F(ScanMethodWithFiles, HasServicesPlayFromThereWithoutTrustInThem) {
 
 TEST_F(ScanMethodWithFiles, TrustsNoRecordingOfASnapshot) {
   Service service = tv().services().all().begin()->second;
-  service.footage = Footage{"/news.ts", 101, STREAM_H264, true};
+  service.footage = Footage{"/news.ts", 101, streamOfH264, true};
   tv().import({service}, false);
   const Json::Value snapshot = client.result("tv.snapshot");
   client.call("tv.restore", snapshot);

@@ -115,7 +115,7 @@ TEST_F(ServiceFile, OfTheVersionBeforeListEntriesAndRecordingsHasNoneAndKeepsNew
   EXPECT_EQ(service.listEntry, "");
   EXPECT_EQ(service.footage, std::nullopt);
   service.listEntry = std::string("vdr\n\xFF\0", 6);
-  service.footage = Footage{std::string("/a\0\xFF", 4), 256, STREAM_H264, true};
+  service.footage = Footage{std::string("/a\0\xFF", 4), 256, streamOfH264, true};
   services.replaceAll({service});
   EXPECT_EQ(services.read(1), service);
 }

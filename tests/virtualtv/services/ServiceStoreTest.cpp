@@ -33,7 +33,7 @@ Service wholeService(std::uint64_t id) {
                    {.pid = 102, .lang = 0, .decodeType = 0, .audioMode = 0, .audioType = 0, .readable = false}};
   service.subtitles = {{.pid = 201, .lang = 6645601, .type = 1}, {.pid = 202, .readable = false}};
   service.favourites = {{0, true}, {1, false}, {255, true}};
-  service.footage = Footage{"a/b.ts", 256, STREAM_H264, id % 2 == 0};
+  service.footage = Footage{"a/b.ts", 256, streamOfH264, id % 2 == 0};
   return service;
 }
 
@@ -270,7 +270,7 @@ TEST_F(Services, RenewedOnesWithOneIdAllStand) {
 }
 
 TEST_F(Services, KeepTheirRecordingWhenMergedOnesHaveNone) {
-  const Footage trusted{"/a.ts", 256, STREAM_H264, true};
+  const Footage trusted{"/a.ts", 256, streamOfH264, true};
   Service service = serviceOf(1, 1);
   const auto merged = [&](const std::optional<Footage>& footage) {
     service.footage = footage;

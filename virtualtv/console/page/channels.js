@@ -156,7 +156,7 @@ class Channels extends Part {
     return h('div', {class: 'channel-foot'},
       failure ? h('span', {class: 'fail cut', title: failure}, failure) : h('span', {class: 'dim', role: 'status'}, count),
       h('span', {class: ['cut', 'grow', failed && 'fail'], role: 'status', title: text}, h('bdi', null, text)),
-      h('button', {class: 'plain', 'aria-expanded': String(this.#panel === 'export'), onclick: () => this.#open(this.#panel === 'export' ? undefined : 'export')}, 'Export…'))
+      h('button', {class: 'plain', 'aria-expanded': String(this.#panel === 'export'), onclick: () => this.#open(this.#panel === 'export' ? undefined : 'export')}, 'Export list…'))
   }
 
   #panelBelow() {
