@@ -88,6 +88,7 @@ Child::Child(const std::string& program, const std::vector<std::string>& argumen
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   const Start start{

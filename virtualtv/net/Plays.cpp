@@ -155,7 +155,7 @@ std::shared_ptr<Play> Plays::open(WindowId window) {
     throw std::runtime_error("as many recordings are playing as may be: " + std::to_string(most_));
   }
   const shell::File file = fileOf(playing.footage);
-  const auto play = std::make_shared<Play>(executor_, window, std::move(playing), file, patience_);
+  auto play = std::make_shared<Play>(executor_, window, std::move(playing), file, patience_);
   plays_.push_back(play);
   if (!feed_) listen();
   return play;

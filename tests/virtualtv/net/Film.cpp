@@ -69,7 +69,7 @@ std::string subtitles() {
 
 std::string film() {
   static const std::string made = [] {
-    const std::string file = folder() / "film.ts";
+    std::string file = folder() / "film.ts";
     test::write(folder() / "subtitles.sup", subtitles());
     Words words{"-v", "error"};
     for (const char* const source : {"testsrc2=s=320x180:r=25:d=2", "sine=440:d=2", "sine=880:d=2",

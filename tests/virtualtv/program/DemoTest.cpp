@@ -1,8 +1,8 @@
 // `demo`, and recordings that play while the program is killed.
-#include <signal.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>

@@ -47,6 +47,7 @@ std::vector<std::string> onThePage() {
 
 TEST(PortingPage, SaysOfEachOperationWhenItHasSucceeded) {
   std::vector<std::string> rows;
+  rows.reserve(std::size(operations));
   for (const Operation& operation : operations) {
     rows.push_back("| `" + std::string(operation.name) + "` | " + inWords(operation.answer) + " |");
   }
