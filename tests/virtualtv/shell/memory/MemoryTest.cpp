@@ -57,7 +57,8 @@ TEST_F(LackOfMemory, ForAnImportNamesTheFile) {
 }
 
 TEST_F(LackOfMemory, ForATranscriptNamesTheFile) {
-  session.reset();  // a transcript has a set of its own
+  session.reset();
+  const device::DeviceAside aside(app);  // a transcript has a set of its own
   const std::string file = (folder / "t").string();
   test::write(file, "> .get region\nregion = 0\n");
   std::string error;
