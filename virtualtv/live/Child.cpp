@@ -82,9 +82,11 @@ Child::Child(const std::string& program, const std::vector<std::string>& argumen
   auto [reading, writing] = pipe(program);
   auto [readingErrors, writingErrors] = pipe(program);
   const Descriptor nothing(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+  if (nothing.get() < 0) fail(program);
   const Descriptor null(::fcntl(nothing.get(), F_DUPFD_CLOEXEC, behindChilds));
+  if (null.get() < 0) fail(program);
   const Descriptor file(input < 0 ? -1 : ::fcntl(input, F_DUPFD_CLOEXEC, behindChilds));
-  if (null.get() < 0 || (input >= 0 && file.get() < 0)) fail(program);
+  if (input >= 0 && file.get() < 0) fail(program);
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;

@@ -60,8 +60,9 @@ std::string codingOf(Bytes track) {
   std::string coding;
   eachBox(behind(list, headOfList), [&](std::string_view name, Bytes content) {
     if (name == "mp4a") coding = "mp4a.40.2";
+    if (name != "avc1") return;
     const Bytes settings = boxIn(behind(content, headOfPicture), "avcC");
-    if (name != "avc1" || settings.size() < 4) return;
+    if (settings.size() < 4) return;
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "avc1.%02x%02x%02x", settings[1], settings[2], settings[3]);
     coding = text.data();

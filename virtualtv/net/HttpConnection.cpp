@@ -197,7 +197,7 @@ void HttpConnection::tellScan() {
 
 void HttpConnection::call() {
   timer_.cancel();  // an answer may be held back for long
-  site_.handle(parser_->get().body().text.size(), std::string(view(parser_->get()["Emp-Session"])),
+  site_.handle(parser_->get().body().text.size(), sessionNamed().value_or(""),
                [self = shared_from_this()] { self->handOn(); });
 }
 

@@ -7,7 +7,9 @@
 #include <boost/beast/http/verb.hpp>
 #include <boost/beast/http/write.hpp>
 #include <exception>
+#include <string_view>
 
+#include "net/Head.h"
 #include "net/HttpConnection.h"
 #include "text/Units.h"
 
@@ -17,6 +19,11 @@ namespace http = boost::beast::http;
 
 void HttpConnection::play(WindowId window) {
   if (site_.isEnding()) return answer(line(503, "the server is ending"));
+  // Pages that embed it tell no origin, as those do that fetch it.
+  const std::string_view from = view(parser_->get()["Sec-Fetch-Site"]);
+  if ((from == "cross-site" || from == "same-site") && header(http::field::origin).empty()) {
+    return answer(line(403, "pages of others may not embed what plays"));
+  }
   try {
     play_ = site_.plays().open(window);
   } catch (const live::NothingPlays& error) {

@@ -109,6 +109,11 @@ void addServeOptions(CLI::App& grammar, ServeWishes& wishes) {
   add("--snapshot", wishes.snapshot, "FILE", "a set in memory that starts from it")->check(notEmpty("a file"));
 }
 
+/// Lets a grammar tell all of its subcommands.
+bool all(const CLI::App*) {
+  return true;
+}
+
 [[noreturn]] void refuseArguments(const std::string& reason) {
   throw CLI::ValidationError(reason);
 }
@@ -164,7 +169,8 @@ struct Grammar {
     demo = program.add_subcommand(
         "demo", "serve a set with a recording that plays, made by ffmpeg; in memory unless --state says where");
     addServeOptions(*demo, wishes.serve);
-    for (CLI::App* part : {&program, shell, exec, check, import, exportList, scan, serve, demo}) addSetOptions(*part);
+    addSetOptions(program);
+    for (CLI::App* part : program.get_subcommands({})) addSetOptions(*part);
   }
 
   /// Reads the arguments into the wishes.
@@ -231,10 +237,12 @@ struct Grammar {
 
   void wantSubcommand(const std::string& word) const {
     Lines names;
-    for (const CLI::App* part : {shell, exec, check, import, exportList, scan, serve, demo})
-      names.push_back(part->get_name());
+    for (const CLI::App* part : program.get_subcommands(all)) names.push_back(part->get_name());
     if (std::find(names.begin(), names.end(), word) != names.end()) return;
-    std::string meant = "there are shell, exec, check, import, export, scan, serve and demo";
+    std::string meant = "there are " + names.front();
+    for (auto name = names.begin() + 1; name != names.end(); ++name) {
+      meant += (name + 1 == names.end() ? " and " : ", ") + *name;
+    }
     if (const Lines near = nearest(word, names); near.size() == 1) {
       meant = "did you mean 'emp-window " + near[0] + "'?";
     } else if (const Lines command = nearest(word, commandNames()); command.size() == 1) {
@@ -284,7 +292,7 @@ Json::Value described(const CLI::App& part) {
     if (option->get_group().empty()) continue;
     result[option->get_positional() ? "positionals" : "options"].append(described(*option));
   }
-  for (const CLI::App* subcommand : part.get_subcommands([](const CLI::App*) { return true; })) {
+  for (const CLI::App* subcommand : part.get_subcommands(all)) {
     result["subcommands"].append(described(*subcommand));
   }
   return result;

@@ -13,6 +13,7 @@
 
 #include "live/Child.h"
 #include "live/Ffmpeg.h"
+#include "program/Desk.h"
 #include "text/Units.h"
 
 namespace virtualtv::program {
@@ -23,10 +24,7 @@ namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
 fs::path cacheDirectory() {
-  const char* xdg = std::getenv("XDG_CACHE_HOME");
-  if (xdg != nullptr && *xdg == '/') return fs::path(xdg) / "emp-window";
-  const char* home = std::getenv("HOME");
-  if (home != nullptr && *home != '\0') return fs::path(home) / ".cache/emp-window";
+  if (const auto own = ownDirectory("XDG_CACHE_HOME", ".cache")) return *own;
   throw std::runtime_error("there is no place for the demo's recording: set XDG_CACHE_HOME or HOME");
 }
 
@@ -40,9 +38,9 @@ std::string complaintOf(const std::string& program, const Words& arguments) {
     std::array<char, 1024> bytes{};
     count = ::read(child.errors.get(), bytes.data(), bytes.size());
     if (count > 0) line.append(bytes.data(), static_cast<std::size_t>(count));
-    while (line.ends_with('\n')) line.pop_back();
-    line.erase(0, line.rfind('\n') + 1);
   }
+  while (line.ends_with('\n')) line.pop_back();
+  line.erase(0, line.rfind('\n') + 1);
   if (child.wait() == 0) return {};
   return line.empty() ? "ffmpeg has failed" : text::printable(line);
 }
@@ -103,10 +101,9 @@ std::string demoRecording() {
     if (complaint.empty()) break;
   }
   std::error_code error;
-  if (complaint.empty()) {
-    fs::rename(made, file);
-    return file.string();
-  }
+  if (complaint.empty()) fs::rename(made, file, error);
+  if (error) complaint = error.message();
+  if (complaint.empty()) return file.string();
   fs::remove(made, error);
   throw std::runtime_error("cannot make the demo's recording: " + complaint);
 }

@@ -13,15 +13,20 @@ using namespace shell;
 
 namespace fs = std::filesystem;
 
+std::optional<fs::path> ownDirectory(const char* variable, const char* beneathHome) {
+  const char* xdg = std::getenv(variable);
+  if (xdg != nullptr && *xdg == '/') return fs::path(xdg) / "emp-window";
+  const char* home = std::getenv("HOME");
+  if (home != nullptr && *home != '\0') return fs::path(home) / beneathHome / "emp-window";
+  return std::nullopt;
+}
+
 namespace {
 
 std::optional<fs::path> stateDirectory(const Wishes& wishes) {
   if (wishes.serve.isInMemory()) return std::nullopt;
   if (!wishes.state.empty()) return wishes.state;
-  const char* xdg = std::getenv("XDG_STATE_HOME");
-  if (xdg != nullptr && *xdg == '/') return fs::path(xdg) / "emp-window";
-  const char* home = std::getenv("HOME");
-  if (home != nullptr && *home != '\0') return fs::path(home) / ".local/state/emp-window";
+  if (auto own = ownDirectory("XDG_STATE_HOME", ".local/state")) return own;
   throw std::runtime_error("there is no place for the set's state: give --state DIR, or set XDG_STATE_HOME or HOME");
 }
 

@@ -17,6 +17,9 @@ namespace virtualtv::program {
 /// Says on standard error what went wrong, in one line.
 void complain(const std::string& what);
 
+/// The program's directory where a variable of the environment says, else beneath HOME; nothing without either.
+std::optional<std::filesystem::path> ownDirectory(const char* variable, const char* beneathHome);
+
 /// The set that the program's arguments ask for, and a session on it.
 class Desk {
  public:

@@ -63,13 +63,11 @@ void Server::post(std::string_view body, const std::optional<std::string>& sessi
   core_->post(body, session, std::move(answer));
 }
 
-std::string Server::scanned(broadcast::Scan scan, const ScanWishes& wishes) {
+std::string Server::scanned(const broadcast::Scan& scan, const ScanWishes& wishes) {
+  // Kept first: where the set can't keep the services, the recording need not be sent again.
+  if (wishes.session && core_->seats().contains(*wishes.session)) core_->scans().keep(*wishes.session, {{}, scan});
   if (wishes.imports) core_->device().import(std::vector<std::string>{}, scan, wishes.add);
-  std::string document = json::write(broadcast::documentOf(scan));
-  if (wishes.session && core_->seats().contains(*wishes.session)) {
-    core_->scans().keep(*wishes.session, {{}, std::move(scan)});
-  }
-  return document;
+  return json::write(broadcast::documentOf(scan));
 }
 
 void Server::requireSession(const std::string& session) const {

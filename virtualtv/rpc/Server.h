@@ -108,7 +108,7 @@ class Server {
   };
   /// What a client that sent a broadcast is told, as JSON: what was found in it.
   /// @throws StoreError when the set can't keep the services.
-  std::string scanned(broadcast::Scan scan, const ScanWishes& wishes);
+  std::string scanned(const broadcast::Scan& scan, const ScanWishes& wishes);
 
   /// @throws NoSuchSession.
   void requireSession(const std::string& session) const;

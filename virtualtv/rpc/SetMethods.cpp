@@ -221,10 +221,14 @@ broadcast::Scan scanOfFile(const Call& call, const std::string& path) {
   }
 }
 
-void feed(broadcast::Scanner& scanner, const Call& call) {
-  const auto bytes = text::fromBase64(call.params.content("content"));
+std::string contentOf(const Call& call) {
+  auto bytes = text::fromBase64(call.params.content("content"));
   if (!bytes) throw Failure(Code::badParameters, "content: base64 is wanted");
-  scanner.feed({reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()});
+  return *std::move(bytes);
+}
+
+void feed(broadcast::Scanner& scanner, const std::string& bytes) {
+  scanner.feed({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
 /// The recording of the session that the next part of it belongs to.
@@ -256,8 +260,9 @@ Json::Value scanPart(const Call& call) {
   if (part != "first" && part != "next" && part != "last") {
     throw Failure(Code::badParameters, "part: one of first, next, last is wanted, not '" + part + "'");
   }
+  const std::string bytes = contentOf(call);
   broadcast::Scanner& scanner = partial(call, part == "first");
-  feed(scanner, call);
+  feed(scanner, bytes);
   if (part != "last") return readSoFar(scanner);
   scanner.endStream();
   return keptScan(call, {{}, scanner.finish()});
@@ -273,7 +278,7 @@ Json::Value scan(const Call& call) {
   }
   if (call.params.has("part")) return scanPart(call);
   broadcast::Scanner scanner;
-  feed(scanner, call);
+  feed(scanner, contentOf(call));
   scanner.endStream();
   return keptScan(call, {{}, scanner.finish()});
 }

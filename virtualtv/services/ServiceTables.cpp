@@ -138,7 +138,12 @@ CREATE TABLE list_entry(
 ) STRICT;
 )";
 
+// For a while the step before added a column in place of a table; what that held is given up.
 const char* const footageTables = R"(
+CREATE TABLE IF NOT EXISTS list_entry(
+  service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
+  text BLOB NOT NULL
+) STRICT;
 CREATE TABLE recording(
   service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
   path BLOB NOT NULL,

@@ -280,6 +280,25 @@ TEST_F(PlayBoundTest, OnlySoManyPlayAtATime) {
   EXPECT_EQ(Viewer(served.port()).head.status, 200);
 }
 
+class PlayImpatientTest : public PlayTest {
+ protected:
+  PlayImpatientTest()
+      : PlayTest(with([](Options& options) { options.limits.forPicture = std::chrono::milliseconds(1); })) {}
+};
+
+TEST_F(PlayImpatientTest, WaitsOnlySoLongForAPicture) {
+  EXPECT_EQ(refusal(), "cannot play film.ts: ffmpeg makes nothing of it\n");
+  EXPECT_TRUE(comesTo(0, ::getpid()));
+}
+
+TEST_F(PlayTest, PagesOfOthersMayNotEmbedIt) {
+  for (const char* const from : {"cross-site", "same-site"}) {
+    EXPECT_EQ(Viewer(served.port(), "main", 0, "Sec-Fetch-Site: " + std::string(from) + "\n").head.status, 403) << from;
+  }
+  EXPECT_TRUE(childrenOf(::getpid()).empty());
+  EXPECT_EQ(Viewer(served.port(), "main", 0, "Sec-Fetch-Site: same-origin\n").head.status, 200);
+}
+
 class PlayWithTokenTest : public PlayTest {
  protected:
   PlayWithTokenTest() : PlayTest(with([](Options& options) { options.access.token = "secret"; })) {}

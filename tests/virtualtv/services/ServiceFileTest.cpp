@@ -120,6 +120,22 @@ TEST_F(ServiceFile, OfTheVersionBeforeListEntriesAndRecordingsHasNoneAndKeepsNew
   EXPECT_EQ(services.read(1), service);
 }
 
+TEST_F(ServiceFile, OfTheVersionWithListEntriesInAColumnKeepsNewOnes) {
+  {
+    const std::array steps{settingsTables, serviceTables, "ALTER TABLE service ADD COLUMN list_entry BLOB"};
+    const Database database(file, steps, [](Database& made) {
+      made.execute("INSERT INTO service(service_id, group_name) VALUES(7, 'G')", "add a service");
+    });
+  }
+  Database database(file, settingsAndServices);
+  ServiceStore services(database);
+  Service service = services.all().begin()->second;
+  EXPECT_EQ(service.group, "G");
+  service.listEntry = "vdr\nA";
+  services.replaceAll({service});
+  EXPECT_EQ(services.read(1), service);
+}
+
 TEST_F(ServiceFile, OfAnOlderVersionGetsItsTablesBesideWhatItHas) {
   {
     Database database(file, settingsOnly);
