@@ -1,7 +1,7 @@
 import {act, tv} from './act.js'
 import {h} from './dom.js'
 import {Part} from './part.js'
-import {nameOf, numberOf} from './services.js'
+import {nameOf, numberOf, shownName} from './services.js'
 import {store} from './store.js'
 
 /** What a form can refuse: the changes whose problems stand below it. @typedef {'name' | 'number' | 'rest'} Place */
@@ -33,7 +33,7 @@ class ChannelEdit extends Part {
 
   view() {
     if (this.#version !== store.get('services')) this.#refresh()
-    return h('section', {class: 'channel-panel', 'aria-label': 'Edit channel', onkeydown: this.#typed},
+    return h('section', {class: 'channel-panel', 'aria-label': 'Edit channel'},
       h('header', null,
         h('span', {class: 'mono dim'}, this.#service && numberOf(this.#service)), h('span', {class: 'grow channel-name'}, this.#service && nameOf(this.#service.name)),
         h('button', {'aria-label': 'Close the channel', onclick: () => this.onend('')}, 'Close')),
@@ -80,14 +80,6 @@ class ChannelEdit extends Part {
     }
   }
 
-  /** @param {KeyboardEvent} event */
-  #typed = event => {
-    if (event.key !== 'Escape') return
-    event.preventDefault()
-    event.stopPropagation()
-    this.onend('')
-  }
-
   /** @param {SubmitEvent} event @param {Place} place @param {string} change */
   #send(event, place, change) {
     event.preventDefault()
@@ -106,7 +98,7 @@ class ChannelEdit extends Part {
 
   async #remove() {
     const {name} = this.#service
-    if (await this.#change('rest', 'remove')) this.onend(`Removed ${name ?? ''}`)
+    if (await this.#change('rest', 'remove')) this.onend(`Removed ${shownName(name)}`)
   }
 
   /** @param {Place} place @param {string} change @param {string} [value] @return {Promise<boolean>} whether it was done */

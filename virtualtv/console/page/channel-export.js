@@ -2,6 +2,7 @@ import {act} from './act.js'
 import {h} from './dom.js'
 import {download} from './download.js'
 import {Part} from './part.js'
+import {counted} from './services.js'
 import {store} from './store.js'
 
 /** What a list is written as, and how its file is called. @type {{format: 'json' | 'vdr' | 'dvbv5' | 'm3u', label: string, file: string, type: string, help: string}[]} */
@@ -21,18 +22,10 @@ class ChannelExport extends Part {
   #failure = ''
 
   view() {
-    return h('section', {class: 'channel-panel', 'aria-label': 'Export channels', onkeydown: this.#typed},
+    return h('section', {class: 'channel-panel', 'aria-label': 'Export channels'},
       h('header', null, h('span', {class: 'grow'}, 'Export all channels as'), h('button', {'aria-label': 'Close the export', onclick: () => this.onend()}, 'Close')),
       h('div', {class: 'row'}, formats.map(each => h('button', {key: each.format, title: each.help, onclick: () => this.#export(each)}, each.label))),
       h('div', {role: 'status'}, this.#failure ? h('p', {class: 'fail'}, this.#failure) : this.#made && told(this.#made)))
-  }
-
-  /** @param {KeyboardEvent} event */
-  #typed = event => {
-    if (event.key !== 'Escape') return
-    event.preventDefault()
-    event.stopPropagation()
-    this.onend()
   }
 
   /** @param {typeof formats[0]} format */
@@ -48,9 +41,8 @@ customElements.define('emp-channel-export', ChannelExport)
 
 /** @param {{file: string, result: any}} made */
 function told({file, result: {services, leftOut, lost}}) {
-  const channels = (/** @type {number} */ count) => `${count} ${count === 1 ? 'channel' : 'channels'}`
   return [
-    h('p', null, services > 0 ? `${channels(services)} saved as ${file}.` : 'No channel can be written in this format; nothing was saved.',
+    h('p', null, services > 0 ? `${counted(services, 'channel')} saved as ${file}.` : 'No channel can be written in this format; nothing was saved.',
       leftOut > 0 && services > 0 && ` ${leftOut} left out: the format can't hold ${leftOut === 1 ? 'it' : 'them'}.`),
     lost.length > 0 && h('p', {class: 'lost'}, h('span', {class: 'dim'}, 'Lost: '), lost.map((/** @type {any} */ loss, /** @type {number} */ at) =>
       [at > 0 && ', ', `${loss.what} of ${loss.services}`])),

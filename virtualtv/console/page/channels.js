@@ -7,7 +7,7 @@ import {Part} from './part.js'
 import {tuneToService} from './remote-deeds.js'
 import {troubleOf} from './reply.js'
 import {ServicePages} from './service-pages.js'
-import {nameOf, numberOf} from './services.js'
+import {counted, nameOf, numberOf} from './services.js'
 import {front} from './shown.js'
 import {store} from './store.js'
 
@@ -152,7 +152,7 @@ class Channels extends Part {
   #foot() {
     const {total, failure} = this.#pages
     const {text, failed} = this.#said
-    const count = total === undefined ? 'Channels are being fetched' : `${total} ${total === 1 ? 'channel' : 'channels'}`
+    const count = total === undefined ? 'Channels are being fetched' : counted(total, 'channel')
     return h('div', {class: 'channel-foot'},
       failure ? h('span', {class: 'fail cut', title: failure}, failure) : h('span', {class: 'dim', role: 'status'}, count),
       h('span', {class: ['cut', 'grow', failed && 'fail'], role: 'status', title: text}, h('bdi', null, text)),
@@ -161,8 +161,16 @@ class Channels extends Part {
 
   #panelBelow() {
     const panel = this.#panel
-    if (panel === 'export') return h('emp-channel-export', {key: 'export', onend: () => this.#end('button[aria-expanded]')})
-    return panel && h('emp-channel-edit', {key: 'edit', service: panel.edit, onend: (/** @type {string} */ said) => this.#end('emp-long-list', said)})
+    if (panel === undefined) return undefined
+    const end = (said = '') => this.#end(panel === 'export' ? 'button[aria-expanded]' : 'emp-long-list', said)
+    const onkeydown = (/** @type {KeyboardEvent} */ event) => {
+      if (event.key !== 'Escape') return
+      event.preventDefault()
+      event.stopPropagation()
+      end()
+    }
+    return panel === 'export' ? h('emp-channel-export', {key: 'export', onkeydown, onend: () => end()})
+      : h('emp-channel-edit', {key: 'edit', service: panel.edit, onkeydown, onend: end})
   }
 
   /** @param {{edit: any} | 'export' | undefined} panel */

@@ -64,7 +64,7 @@ export async function open(tell) {
 export function scan({session}, file, {signal, progress}) {
   return new Promise((resolve, reject) => {
     const request = new XMLHttpRequest()  // fetch does not tell how much is sent
-    request.open('POST', new URL('scan', new URL('.', location.href)))
+    request.open('POST', new URL('scan', location.href))
     request.setRequestHeader('Content-Type', 'application/octet-stream')
     request.setRequestHeader('Emp-Session', session)
     if (token()) request.setRequestHeader('Authorization', `Bearer ${token()}`)
@@ -80,7 +80,7 @@ export function scan({session}, file, {signal, progress}) {
 /**
  * Asks for what a window's recording shows and sounds like. @type {((window: 'main' | 'pip', signal: AbortSignal) => Promise<Response>) | undefined}
  */
-export const live = (window, signal) => fetch(new URL(`live/${window}`, new URL('.', location.href)), {
+export const live = (window, signal) => fetch(new URL(`live/${window}`, location.href), {
   signal, cache: 'no-store', headers: token() ? {Authorization: `Bearer ${token()}`} : {}})
 
 /** What the page says while it is not connected. @type {string} */

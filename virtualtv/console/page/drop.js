@@ -139,7 +139,11 @@ class Drop extends Part {
 
   /** Imports what was found in the recording. @param {boolean} add */
   async #import(add) {
-    if (this.#outcome) this.#outcome = await importFound(this.#outcome, add)
+    const before = this.#outcome
+    if (!before) return
+    const after = await importFound(before, add)
+    if (this.#outcome !== before) return  // It was closed meanwhile.
+    this.#outcome = after
     this.redraw()
   }
 }

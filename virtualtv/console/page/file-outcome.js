@@ -1,15 +1,12 @@
 /* What became of a file, in words and tables. */
 import {h} from './dom.js'
-import {nameOf, numberOf} from './services.js'
+import {counted, nameOf, numberOf} from './services.js'
 
 /** @typedef {import('./files.js').Outcome} Outcome */
 
 const mostRows = 1000
 
 const failed = {list: 'was not imported', recording: 'was not scanned', transcript: 'was not checked', snapshot: 'was not restored', none: 'was not taken'}
-
-/** @param {number} count @param {string} what  one of them */
-const counted = (count, what) => `${count.toLocaleString('en')} ${what}${count === 1 ? '' : 's'}`
 
 /** What became of it, in a word or two. @param {Outcome} outcome @return {{text: string, isFailure: boolean}} */
 export function summary({kind, problem, result, found}) {
@@ -26,7 +23,7 @@ export function details({kind, problem, way, result, found, note}) {
     problem && h('p', {class: 'fail name', role: 'alert'}, problem),
     way && h('p', null, way),
     note && h('p', {class: 'dim'}, note),
-    !problem && kind === 'list' && h('p', null, `${changes(result)}; ${result.total} ${result.total === 1 ? 'line' : 'lines'} could not be read`),
+    !problem && kind === 'list' && h('p', null, `${changes(result)}; ${counted(result.total, 'line')} could not be read`),
     !problem && kind === 'recording' && result && h('p', null, changes(result)),
     kind === 'list' && result && problemTable(result.problems, 'Line', result.total),
     found && recording(found),
@@ -36,7 +33,7 @@ export function details({kind, problem, way, result, found, note}) {
 }
 
 /** @param {any} result  of an import */
-const changes = ({imported, added, changed, gone}) => `${imported} ${imported === 1 ? 'service' : 'services'}: ${added} added, ${changed} changed, ${gone} gone`
+const changes = ({imported, added, changed, gone}) => `${counted(imported, 'service')}: ${added} added, ${changed} changed, ${gone} gone`
 
 /** @param {any} found  in a recording */
 function recording({packets, services, problems}) {

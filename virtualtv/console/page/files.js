@@ -49,7 +49,7 @@ async function useRecording(file, tell, signal) {
 }
 
 /** Puts what was found in the recording that was scanned last into the set. @param {Outcome} outcome @param {boolean} add  to the services there @return {Promise<Outcome>} */
-export const importFound = ({name, found}, add) => called({name, kind: 'recording', found}, 'tv.importScan', {add})
+export const importFound = ({name, found, note}, add) => called({name, kind: 'recording', found, note}, 'tv.importScan', {add})
 
 /** @param {File} file @param {Tell} tell @return {Promise<Outcome>} */
 async function takeText(file, tell) {

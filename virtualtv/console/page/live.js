@@ -74,6 +74,7 @@ export class Live {
 
   /** Plays until it is ended, again and again: the server ends when something changes. @param {AbortSignal} signal */
   async #playOn(signal) {
+    this.#awaitPicture(signal)  // once: it goes on when another source is played
     for (;;) {
       const start = performance.now()
       let isRefused = false
@@ -110,11 +111,17 @@ export class Live {
   /** @param {ReadableStreamDefaultReader<Uint8Array<ArrayBuffer>>} reader @param {string} type @param {AbortSignal} signal */
   async #playFrom(reader, type, signal) {
     const source = new MediaSource()
-    this.video.src = URL.createObjectURL(source)
-    await happens(source, 'sourceopen', signal)
-    URL.revokeObjectURL(this.video.src)
-    this.#awaitPicture(signal)
+    const address = URL.createObjectURL(source)
+    this.video.src = address
+    try {
+      await happens(source, 'sourceopen', signal)
+    } finally {
+      URL.revokeObjectURL(address)
+    }
     await this.#feed(source.addSourceBuffer(type), reader, signal)
+    if (this.video.paused) return  // Nothing came.
+    source.endOfStream()
+    await happens(this.video, 'ended', signal)  // What was fetched ahead is shown, too.
   }
 
   /** @param {SourceBuffer} buffer @param {ReadableStreamDefaultReader<Uint8Array<ArrayBuffer>>} reader @param {AbortSignal} signal */
@@ -129,7 +136,8 @@ export class Live {
 
   /** @param {SourceBuffer} buffer @param {Uint8Array<ArrayBuffer>} piece @param {AbortSignal} signal */
   async #append(buffer, piece, signal) {
-    while (this.#ahead(buffer) > mostAhead) await wait(patience, signal)
+    while (!this.video.error && this.#ahead(buffer) > mostAhead) await wait(patience, signal)
+    if (this.video.error) throw new Refusal('What came is damaged.')
     buffer.appendBuffer(piece)
     await happens(buffer, 'updateend', signal)
     this.#start(buffer)

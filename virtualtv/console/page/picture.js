@@ -47,13 +47,13 @@ export class Picture extends HTMLElement {
     this.#canvas.setAttribute('aria-hidden', 'true')
     this.append(this.#canvas)
     this.#observer.observe(this)
-    document.addEventListener('visibilitychange', this.#start)
+    document.addEventListener('visibilitychange', this.#turned)
     calm.addEventListener('change', this.#start)
   }
 
   disconnectedCallback() {
     this.#observer.disconnect()
-    document.removeEventListener('visibilitychange', this.#start)
+    document.removeEventListener('visibilitychange', this.#turned)
     this.#live?.play('')
     calm.removeEventListener('change', this.#start)
     clearTimeout(this.#timer)
@@ -155,10 +155,15 @@ export class Picture extends HTMLElement {
     this.#live.play(isPlayed ? recording : '')
   }
 
+  /** The tab is seen again, or is not any more. */
+  #turned = () => {
+    if (this.#shown) this.#playOrEnd()
+    this.#start()
+  }
+
   /** Starts to draw pictures, if anybody can see them. */
   #start = () => {
     clearTimeout(this.#timer)
-    if (this.#shown) this.#playOrEnd()
     if (document.hidden || !this.isConnected || this.#canvas.hidden || !this.#shown) return
     if (this.#live?.hasPicture) return this.#drawVideo(this.#live.video)
     contextOf(this.#canvas).drawImage(this.#still, 0, 0)

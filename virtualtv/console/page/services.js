@@ -11,6 +11,9 @@ export function shownName(name) {
   return isSeen(name) ? /** @type {string} */ (name) : '(no name)'
 }
 
+/** How many there are of something, in words. @param {number} count @param {string} what  one of them */
+export const counted = (count, what) => `${count} ${what}${count === 1 ? '' : 's'}`
+
 /** A service's number, written as the shell does. @param {{major?: number | null, minor?: number | null}} service */
 export function numberOf({major, minor}) {
   if (major === null || major === undefined) return ''
