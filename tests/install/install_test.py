@@ -5,22 +5,20 @@ import re
 import shlex
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 TOP = HERE.parent.parent
+sys.path.insert(0, str(TOP / "tests/tools"))
+
+from scratch import run  # noqa: E402  (needs the path above)
+
 BUILD = Path(os.environ["EMP_WINDOW_BUILD"])
 COMPILER = [*shlex.split(os.environ.get("CXX", "c++")), *shlex.split(os.environ.get("CXXFLAGS", ""))]
 VERSION = re.search(r"^project\(emp-window VERSION ([\d.]+)", (TOP / "CMakeLists.txt").read_text(encoding="utf-8"), re.MULTILINE)[1]
-
-
-def run(*command, expected=0, **options):
-    """Runs a program. Returns what it wrote."""
-    done = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
-    assert (done.returncode == 0) == (expected == 0), f"{command}: {done.returncode}\n{done.stdout}"
-    return done.stdout
 
 
 class Installed(unittest.TestCase):

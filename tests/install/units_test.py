@@ -1,17 +1,21 @@
 """The units of the service manager: they are sound, and what they start serves the socket that is handed over."""
 
-import json
 import os
 import re
 import shlex
 import shutil
 import socket
 import subprocess
+import sys
 import tempfile
-import time
 import unittest
-import urllib.request
 from pathlib import Path
+
+TOP = Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(TOP / "virtualtv/console/python"), str(TOP / "tests/tools")]
+
+import emp_window  # noqa: E402  (needs the path above)
+from scratch import run  # noqa: E402
 
 BUILD = Path(os.environ["EMP_WINDOW_BUILD"])
 NAME = "8091"
@@ -24,11 +28,9 @@ def free_port():
 
 
 def ask(port, command):
-    """What a command answers on a server, as a line."""
-    call = {"jsonrpc": "2.0", "id": 1, "method": "tv.run", "params": {"line": command}}
-    request = urllib.request.Request(f"http://127.0.0.1:{port}/rpc", json.dumps(call).encode(), {"Content-Type": "application/json"})
-    with urllib.request.urlopen(request, timeout=30) as answer:
-        return json.load(answer)["result"]["lines"]
+    """What a command answers on a server, line by line."""
+    with emp_window.connect(f"http://127.0.0.1:{port}") as tv:
+        return tv.run(command)
 
 
 class Units(unittest.TestCase):
@@ -38,7 +40,7 @@ class Units(unittest.TestCase):
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
         cls.root = cls.folder / "root"
-        subprocess.run(["cmake", "--install", BUILD, "--component", "program", "--prefix", cls.root], check=True, stdout=subprocess.DEVNULL)
+        run("cmake", "--install", BUILD, "--component", "program", "--prefix", cls.root)
         cls.units = cls.root / "lib/systemd/user"
 
     def verify(self, units):
@@ -76,15 +78,9 @@ class Units(unittest.TestCase):
 
     def test_a_set_starts_when_its_socket_is_asked_and_keeps_its_state_under_its_name(self):
         port = free_port()
-        self.start("evening", "--listen 127.0.0.1:0", "systemd-socket-activate", "-l", f"127.0.0.1:{port}")
-        end = time.monotonic() + 30
-        while time.monotonic() < end:
-            try:
-                lines = ask(port, "SetSource 31 0")
-                break
-            except (ConnectionError, urllib.error.URLError):
-                time.sleep(0.05)
-        self.assertEqual(lines, ["int 1"])
+        process = self.start("evening", "--listen 127.0.0.1:0", "systemd-socket-activate", "-l", f"127.0.0.1:{port}")
+        self.assertIn("Listening on", process.stdout.readline())
+        self.assertEqual(ask(port, "SetSource 31 0"), ["int 1"])
         self.assertTrue(any((self.folder / "state/emp-window/sets/evening").iterdir()))
 
     def test_sets_of_two_names_run_side_by_side_without_sockets(self):

@@ -82,8 +82,8 @@ class Pages(unittest.TestCase):
 def bash(line):
     """What bash offers at the end of a line."""
     words = shlex.split(line.replace("=", " = ")) + ([""] if line.endswith((" ", "=")) else [])
-    script = 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _emp_window; printf "%s\\n" "${COMPREPLY[@]}"'
-    done = run("bash", "-eu", "-c", script.replace("_emp_window;", "_emp_window || true;"), "bash", COMPLETION / "emp-window.bash", *words, cwd=TOP)
+    script = 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _emp_window || true; printf "%s\\n" "${COMPREPLY[@]}"'
+    done = run("bash", "-eu", "-c", script, "bash", COMPLETION / "emp-window.bash", *words, cwd=TOP)
     assert not done.stderr, done.stderr
     return set(done.stdout.split())
 

@@ -5,22 +5,20 @@ import os
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
 TOP = Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(TOP / "tests/tools"))
+
+from scratch import run  # noqa: E402  (needs the path above)
+
 BUILD = Path(os.environ["EMP_WINDOW_BUILD"])
 SCRATCH = Path(os.environ["EMP_WINDOW_SCRATCH"])
 LIBRARIES = ["KelEmp", "KelCommon", "TVService", "D2tvMgr", "vconf"]
 RUNTIME = {"libjsoncpp.so", "libstdc++.so", "libgcc_s.so", "libm.so", "libc.so"}
-
-
-def run(*command, expected=0, **options):
-    """Runs a program. Returns what it wrote."""
-    done = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
-    assert (done.returncode == 0) == (expected == 0), f"{command}: {done.returncode}\n{done.stdout}"
-    return done.stdout
 
 
 def configure(sdk, build, *options, expected=0):
@@ -59,12 +57,11 @@ class Sdk(unittest.TestCase):
                                                         self.sdk / f"lib/lib{library}.so").splitlines()}
         wanted = {line.split()[0] for line in run("nm", "-D", "--undefined-only", "--format=posix", self.program).splitlines()}
         taken = run("c++filt", "--no-params", *sorted(wanted & offered)).splitlines()
-        names = {re.sub(r"^(vtable|typeinfo|typeinfo name) for |^kel::|\[abi:cxx11\]", "", re.sub(r"^kel::", "", name))
-                 for name in taken if "std::" not in name}
+        names = {re.sub(r"^((vtable|typeinfo|typeinfo name) for )?(kel::)?|\[abi:cxx11\]", "", name) for name in taken if "std::" not in name}
         self.assertGreater(len(names), 30)
         page = (TOP / "docs/porting.md").read_text(encoding="utf-8")
         missing = [name for name in sorted(names)
-                   if f"`{name}`" not in page and f"`{name.removeprefix('kel::').split('::')[0]}`" not in page]
+                   if f"`{name}`" not in page and f"`{name.split('::')[0]}`" not in page]
         self.assertEqual(missing, [])
 
     def test_the_process_is_compiled_with_the_headers_of_the_sdk(self):

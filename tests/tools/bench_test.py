@@ -3,6 +3,8 @@
 import json
 import sys
 import unittest
+from contextlib import redirect_stderr
+from io import StringIO
 from pathlib import Path
 from unittest import mock
 
@@ -34,6 +36,7 @@ class BenchTest(ScratchTest):
         self.tool.process_rows = self.rows_of("15")
         self.server_rows = self.tool.server_rows
         self.tool.server_rows = self.rows_of("21")
+        self.broadcast_rows = self.tool.broadcast_rows
         self.tool.broadcast_rows = self.rows_of("22")
         self.tool.sizes.measure = lambda job, archive: [("text", "5 bytes")]
         self.tool.Job = self.job
@@ -170,6 +173,14 @@ class BenchTest(ScratchTest):
                                {"GetSource": 1000.0, "SetChannel": 9000.0})
         self.assertEqual(rows, [["21", "instructions of a command while a server is there, the most of 2: SetChannel",
                                  "without a server", "9,270.0", "9,000.0", "1.03", "<= 1.02", "MISSED"]])
+
+    def test_without_a_recording_its_row_is_left_out_unless_it_is_asked_for(self):
+        with mock.patch.object(self.tool.broadcasts, "capture", lambda: None), redirect_stderr(StringIO()) as errors:
+            self.assertEqual(list(self.broadcast_rows(None, self.root, set())), [])
+            self.assertIn("row 22 is left out", errors.getvalue())
+            self.assertEqual(list(self.broadcast_rows(None, self.root, {"1"})), [])
+            with self.assertRaisesRegex(Failed, "row 22 wants a recording"):
+                list(self.broadcast_rows(None, self.root, {"22"}))
 
     def test_finding_is_held_against_the_sets_part_and_that_against_sqlites(self):
         counts = {"plug-in": 330.0, "set": 300.0, "SQLite": 200.0}

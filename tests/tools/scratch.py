@@ -33,6 +33,13 @@ def run_main(tool, *arguments):
     return status, out.getvalue(), errors.getvalue()
 
 
+def run(*command, expected=0, **options):
+    """Runs a program, which is to end well, or, with another `expected`, to fail. Returns what it wrote."""
+    done = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
+    assert (done.returncode == 0) == (expected == 0), f"{command}: {done.returncode}\n{done.stdout}"
+    return done.stdout
+
+
 class ProcessTest(unittest.TestCase):
     """A test that looks at processes."""
 

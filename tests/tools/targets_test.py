@@ -1,24 +1,13 @@
 """The tool for other processors and compilers, as far as it goes without building for them."""
 
-import importlib.machinery
-import importlib.util
 import subprocess
-import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-TOP = Path(__file__).resolve().parent.parent.parent
+from scratch import TOP, load
+
 PROGRAM = TOP / "tools/targets"
-
-
-def tool():
-    """The script as a module."""
-    sys.dont_write_bytecode = True
-    loader = importlib.machinery.SourceFileLoader("tools_targets", str(PROGRAM))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("tools_targets", loader))
-    loader.exec_module(module)
-    return module
 
 
 def said(*arguments):
@@ -27,7 +16,7 @@ def said(*arguments):
 
 class TargetsTest(unittest.TestCase):
     def test_a_row_takes_the_place_of_its_target_and_leaves_the_others(self):
-        module = tool()
+        module = load("targets")
         cells = len(module.HEAD) - 2
         page = module.with_rows("before\n\n| target |\n| --- |\n", [["armhf", *["old"] * cells, "2020-01-02"],
                                                                     ["amd64", *["same"] * cells, "2020-01-01"]])
@@ -40,7 +29,7 @@ class TargetsTest(unittest.TestCase):
         done = said("--list")
         self.assertEqual(done.returncode, 0, done.stderr)
         lines = done.stdout.splitlines()[1:]
-        self.assertEqual([line.split()[0] for line in lines], list(tool().targets.ALL))
+        self.assertEqual([line.split()[0] for line in lines], list(load("targets").targets.ALL))
         for line in lines:
             self.assertRegex(line, r"  (never|\d{4}-\d{2}-\d{2})$")
 
@@ -53,7 +42,7 @@ class TargetsTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             file = Path(folder) / "case.txt"
             file.write_text("# remark\n> .reset\n> .trace off\n> GetTVMode\nint 1\n>+ SetScreenCropRect 1\n", encoding="utf-8")
-            self.assertEqual(list(tool().runs.as_session(file)),
+            self.assertEqual(list(load("targets").runs.as_session(file)),
                              [".trace on", ".log on", ".vconf", ".reset", ".trace on", ".log on", "GetTVMode",
                               "+ SetScreenCropRect 1", ".vconf"])
 

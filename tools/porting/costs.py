@@ -40,7 +40,7 @@ def answer(process, command):
 
 def memory(top, target, state):
     """Private memory after start and after the list of all services, in kB."""
-    command = [str(word) for word in target.command(top, target.program(top))]
+    command = target.command(top, target.program(top))
     with subprocess.Popen([*command, "--state", state, "shell"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                           env=target.environment(top)) as process:
         answer(process, "GetTVMode")
@@ -57,7 +57,7 @@ def emulators_share(top, target, folder):
         return 0
     (folder / "wait.c").write_text("#include <stdio.h>\nint main(void) { puts(\"\"); fflush(stdout); return getchar(); }\n")
     run([target.compiler.replace("g++", "gcc"), f"--sysroot={target.root(top)}", "-o", folder / "wait", folder / "wait.c"])
-    command = [str(word) for word in target.command(top, folder / "wait")]
+    command = target.command(top, folder / "wait")
     with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
         process.stdout.readline()
         return private_memory(process)
@@ -65,7 +65,7 @@ def emulators_share(top, target, folder):
 
 def start_up(top, target, state):
     """From the call to the end of a process that answers one command; the median in seconds."""
-    command = [str(word) for word in target.command(top, target.program(top))]
+    command = target.command(top, target.program(top))
     times = []
     for _ in range(REPETITIONS):
         begin = time.monotonic()

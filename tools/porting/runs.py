@@ -1,6 +1,7 @@
 """What the process of a target does, held against what this machine's own does."""
 
 import difflib
+import functools
 import re
 import subprocess
 import tempfile
@@ -18,7 +19,7 @@ def sessions(top):
 def check(top, target):
     """Replays them as the transcripts that they are. Returns how many passed of how many, and what was wrong."""
     files = sessions(top)
-    done = subprocess.run([*map(str, target.command(top, target.program(top))), "check", *map(str, files)], text=True,
+    done = subprocess.run([*target.command(top, target.program(top)), "check", *map(str, files)], text=True,
                           errors="replace", stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=target.environment(top))
     found = re.search(r"transcripts: (\d+) passed, (\d+) failed", done.stdout)
     passed = f"{found[1] if found else 0} of {len(files)}"
@@ -34,17 +35,18 @@ def as_session(file):
         if line.startswith(">") and not re.match(r"> \.(trace|log) ", line):
             if line == "> .reset":
                 yield ".vconf"
-            yield line.removeprefix("> ") if line.startswith("> ") else line.removeprefix(">")
+            yield line[1:].removeprefix(" ")
             if line == "> .reset":
                 yield from (".trace on", ".log on")
     yield ".vconf"
 
 
+@functools.cache  # this machine's own are held against those of each target
 def observed(top, target, file):
     """Replies, calls, log and stored keys of a session."""
     with tempfile.TemporaryDirectory() as state:
         command = [*target.command(top, target.program(top)), "--state", state, "shell"]
-        done = subprocess.run([str(word) for word in command], input="\n".join([*as_session(file), ""]).encode(), cwd=file.parent,
+        done = subprocess.run(command, input="\n".join([*as_session(file), ""]).encode(), cwd=file.parent,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=target.environment(top))
         return done.stdout.decode(errors="replace").splitlines()
 
@@ -70,7 +72,7 @@ def plug_in_tests(top, target):
     run(["ninja", "-C", tree, *names])
     passed, troubles = 0, []
     for name in names:
-        done = subprocess.run([str(word) for word in target.command(top, tree / "tests" / name)], text=True, errors="replace",
+        done = subprocess.run(target.command(top, tree / "tests" / name), text=True, errors="replace",
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=target.environment(top))
         found = re.search(r"^\[  PASSED  \] (\d+) test", done.stdout, re.MULTILINE)
         passed += int(found[1]) if found else 0

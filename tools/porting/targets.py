@@ -45,7 +45,7 @@ class Target:
 
     def command(self, top, program):
         """How a program of the target runs here."""
-        return [self.emulator, "-L", self.root(top), program] if self.emulator else [program]
+        return [self.emulator, "-L", str(self.root(top)), str(program)] if self.emulator else [str(program)]
 
     def environment(self, top):
         """What such a program wants; it stands in nobody's way but its own."""
@@ -77,12 +77,6 @@ ALL = {target.name: target for target in (
     Target("armhf", "32 bits; char has no sign", "arm-linux-gnueabihf-g++", "armhf", "arm-linux-gnueabihf", "qemu-arm"),
     Target("i386", "32 bits; char has a sign, floating point more digits", "i686-linux-gnu-g++", "i386", "i686-linux-gnu",
            has_tests=True))}
-
-
-def set_up(top):
-    """Installs what this needs."""
-    if subprocess.run([top / "tools/setup", "build", "test", "targets"], check=False).returncode:
-        raise Failed("cannot install packages")
 
 
 def build_set(top, target):

@@ -1,10 +1,10 @@
-"""What tools/proof, tools/mutate and tools/bench do alike as programs."""
+"""What tools/proof, tools/mutate, tools/bench and tools/targets do alike as programs."""
 
 import fcntl
 import subprocess
 from contextlib import contextmanager
 
-GROUPS = ["build", "test", "proof"]  # of the packages that they need
+GROUPS = ("build", "test", "proof")  # of the packages that most of them need
 
 
 class Busy(Exception):
@@ -24,9 +24,9 @@ def alone_in(folder):
         yield
 
 
-def set_up(top):
-    """Installs what is missing. Returns the status, which is not 0 when that can't be done."""
-    return subprocess.run([top / "tools" / "setup", *GROUPS], check=False).returncode
+def set_up(top, groups=GROUPS):
+    """Installs what is missing of these groups of packages. Returns the status, which is not 0 when that can't be done."""
+    return subprocess.run([top / "tools" / "setup", *groups], check=False).returncode
 
 
 def in_columns(rows):
