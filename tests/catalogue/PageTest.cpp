@@ -40,6 +40,10 @@ const Json::Value catalogued = read(R"({
   ]
 })");
 
+const catalogue::Examples examples = {{"Get_Input", "> Get_Input 1\nint 5\n"},
+                                      {"List", "> List\nascii a\n"},
+                                      {"List with a parameter list", ">+ List 1 2\nint 2\n"}};
+
 TEST(Document, IsTheCatalogueAgain) {
   EXPECT_EQ(read(catalogue::document(catalogued)), catalogued);
 }
@@ -56,7 +60,7 @@ TEST(Document, KeepsCharactersBeyondAscii) {
 }
 
 TEST(Page, TellsEverythingOfACommand) {
-  const std::string page = catalogue::page(catalogued);
+  const std::string page = catalogue::page(catalogued, examples);
   for (const char* line : {
            "First.\n\nSecond.\n",
            "\n| [`Get_Input`](#get_input) | `which` | `int` | Tells a \\| b. |\n",
@@ -66,10 +70,11 @@ TEST(Page, TellsEverythingOfACommand) {
            "\n### Get_Input\n\n`Get_Input which`\n\nTells a | b.\n\n",
            "\n| `which` | 1\\|2 | `dec` | reads as 0 | Which one. |\n",
            "\nAnswers `int` (`value`): The input.\n\n- Values: [`input`](#input)\n- Preset `100`: Unknown.\n"
-           "- Fails with `int -1`: Not told.\n",
+           "- Fails with `int -1`: Not told.\n\n```\n> Get_Input 1\nint 5\n```\n",
            "\n### List\n\n`List`\n\nLists.\n\nAnswers `ascii` (`textOrNone`): The list.\n",
            "\n| [`List`](#list-with-a-parameter-list) with a parameter list | `each` | `int` | Lists by a list. |\n",
            "\n### List with a parameter list\n\n`List each`\n\nLists by a list.\n\n",
+           "\n```\n>+ List 1 2\nint 2\n```\n",
            "\n| `each` | any | `num` | gets no answer and does nothing | Each one. |\n",
            "\n### input\n\nAn input.\n",
            "\n| 0 | TV \\| radio. |\n| 5 to 7 | HDMI. |\n",
@@ -81,7 +86,7 @@ TEST(Page, TellsEverythingOfACommand) {
 }
 
 TEST(Page, HasNoBlanksAtLineEndsAndEndsWithOneLineBreak) {
-  const std::string page = catalogue::page(catalogued);
+  const std::string page = catalogue::page(catalogued, examples);
   EXPECT_EQ(page.find(" \n"), std::string::npos);
   EXPECT_TRUE(page.ends_with("\n"));
   EXPECT_FALSE(page.ends_with("\n\n"));

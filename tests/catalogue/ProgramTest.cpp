@@ -19,14 +19,14 @@ struct Outcome {
   std::string said;  ///< on standard output and standard error
 };
 
-/// A copy of the documentation's three files, with a blank in its path as people have them.
+/// A copy of the documentation's four files, with a blank in its path as people have them.
 class ProgramTest : public ::testing::Test {
  protected:
   void SetUp() override {
     std::string folder = (fs::temp_directory_path() / "scratch docs XXXXXX").string();
     ASSERT_NE(mkdtemp(folder.data()), nullptr);
     docs_ = folder;
-    for (const char* name : {"commands.help.json", "commands.json", "commands.md"}) {
+    for (const char* name : {"commands.help.json", "examples.txt", "commands.json", "commands.md"}) {
       fs::copy_file(fs::path(CATALOGUE_DOCS) / name, docs_ / name);
     }
   }
@@ -118,6 +118,41 @@ TEST_F(ProgramTest, ACommandWithoutAHelpTextIsNoticedAndNothingWritten) {
     EXPECT_NE(ran.said.find(": 'GetTVModes' has a help text and is no command\n"), std::string::npos) << ran.said;
   }
   EXPECT_EQ(read("commands.json"), before);
+}
+
+TEST_F(ProgramTest, AChangedExampleIsNoticedUntilTheFilesAreWritten) {
+  change("examples.txt", "int 209", "int 210");
+  expectDrift(path("commands.md") + ":");
+  EXPECT_EQ(run("").status, 0);
+  EXPECT_EQ(run("--check").status, 0);
+  EXPECT_NE(read("commands.md").find("\n> GetSignalStrength\nint 210\n"), std::string::npos);
+}
+
+TEST_F(ProgramTest, ACommandWithoutAnExampleIsNoticed) {
+  change("examples.txt", "# GetTVMode\n", "# GetTVModes\n");
+  const Outcome ran = run("--check");
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_NE(ran.said.find("examples.txt: 'GetTVMode' has no example\n"), std::string::npos) << ran.said;
+  EXPECT_NE(ran.said.find(": the example of 'GetTVModes' is named after no command\n"), std::string::npos) << ran.said;
+}
+
+TEST_F(ProgramTest, AnExampleThatDoesNotRunItsCommandIsNoticed) {
+  change("examples.txt", "# GetTVMode\n", "# SetTVMode\n");
+  const Outcome ran = run("--check");
+  EXPECT_NE(ran.said.find(": the example of 'SetTVMode' does not run it\n"), std::string::npos) << ran.said;
+}
+
+TEST_F(ProgramTest, ASecondExampleOfACommandIsNoticed) {
+  write("examples.txt", read("examples.txt") + "\n# Show\n> .reset\n> Show 1\nint 1\n");
+  const Outcome ran = run("--check");
+  EXPECT_NE(ran.said.find(": the example of 'Show' is its second one\n"), std::string::npos) << ran.said;
+}
+
+TEST_F(ProgramTest, ExamplesThatAreNoTranscriptAreNoticed) {
+  write("examples.txt", "int 1\n");
+  const Outcome ran = run("--check");
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_EQ(ran.said, path("examples.txt") + ":1: output before the first '>' line\n");
 }
 
 TEST_F(ProgramTest, AParameterTooManyIsNoticed) {

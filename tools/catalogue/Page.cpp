@@ -14,8 +14,6 @@ std::string code(const std::string& text) {
   return "`" + text + "`";
 }
 
-constexpr const char* withList = " with a parameter list";
-
 /// A link to the section whose heading is the name with `rest` behind it.
 std::string linkTo(const std::string& name, const std::string& rest = "") {
   std::string anchor = name + rest;
@@ -81,12 +79,13 @@ void writeAnswer(std::ostream& out, const Value& command) {
   }
 }
 
-void writeCommand(std::ostream& out, const Value& command, const char* form) {
+void writeCommand(std::ostream& out, const Value& command, const char* form, const Examples& examples) {
   out << "\n### " << command["name"].asString() << form << "\n\n"
       << code(invocation(command)) << "\n\n"
       << command["help"].asString() << "\n";
   writeParameters(out, command["parameters"]);
   writeAnswer(out, command);
+  out << "\n```\n" << examples.at(command["name"].asString() + form) << "```\n";
 }
 
 void writeTexts(std::ostream& out, const Value& texts) {
@@ -124,9 +123,10 @@ std::string document(const Json::Value& catalogue) {
   return text;
 }
 
-std::string page(const Json::Value& catalogue) {
+std::string page(const Json::Value& catalogue, const Examples& examples) {
   std::ostringstream out;
-  out << "<!-- Written by tools/catalogue from the command table and commands.help.json. -->\n\n# Commands\n";
+  out << "<!-- Written by tools/catalogue from the command table, commands.help.json and examples.txt. -->\n\n# "
+         "Commands\n";
   for (const Value& paragraph : catalogue["introduction"]) out << "\n" << paragraph.asString() << "\n";
   writeIndex(out, catalogue);
 
@@ -134,9 +134,10 @@ std::string page(const Json::Value& catalogue) {
   writeTexts(out, catalogue["parsing"]);
   out << "\n## How commands answer\n";
   writeTexts(out, catalogue["answers"]);
-  out << "\n## The commands\n";
-  for (const Value& command : catalogue["commands"]) writeCommand(out, command, "");
-  for (const Value& command : catalogue["listCommands"]) writeCommand(out, command, withList);
+  out << "\n## The commands\n\n"
+         "Each has an example: a session of the shell on a fresh set, which a test replays.\n";
+  for (const Value& command : catalogue["commands"]) writeCommand(out, command, "", examples);
+  for (const Value& command : catalogue["listCommands"]) writeCommand(out, command, withList, examples);
   out << "\n## Numbers and documents\n";
   for (const std::string& name : catalogue["types"].getMemberNames()) writeType(out, name, catalogue["types"][name]);
   return out.str();

@@ -4,13 +4,15 @@
 
 #include <string>
 
+#include "Examples.h"
+
 namespace catalogue {
 
 /// The catalogue as a JSON file.
 std::string document(const Json::Value& catalogue);
 
 /// The catalogue as a page to read, in Markdown: an index, a section for each command, and the numbers and documents
-/// that commands share.
-std::string page(const Json::Value& catalogue);
+/// that commands share. @param examples  has one of each command.
+std::string page(const Json::Value& catalogue, const Examples& examples);
 
 }  // namespace catalogue

@@ -1,5 +1,6 @@
-// Writes the catalogue of commands, docs/commands.json and docs/commands.md, from the command table and the help texts
-// in docs/commands.help.json; or, with --check, tells where the two differ from what it would write.
+// Writes the catalogue of commands, docs/commands.json and docs/commands.md, from the command table, the help texts in
+// docs/commands.help.json and the examples in docs/examples.txt; or, with --check, tells where the two differ from what
+// it would write.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
@@ -34,7 +35,7 @@ bool read(File& file, Problems& problems) {
   return true;
 }
 
-/// The files as they should be; none when the table and the help texts do not fit together.
+/// The files as they should be; none when the table, the help texts and the examples do not fit together.
 std::vector<File> made(const std::filesystem::path& docs, Problems& problems) {
   File texts{docs / "commands.help.json", {}};
   if (!read(texts, problems)) return {};
@@ -43,8 +44,13 @@ std::vector<File> made(const std::filesystem::path& docs, Problems& problems) {
   std::size_t count = 0;
   const kel::Command* const table = kel::CommandTable(count);
   const Json::Value merged = catalogue::merge({table, count}, catalogue::listForms(), help);
+  File transcript{docs / "examples.txt", {}};
+  if (!problems.empty() || !read(transcript, problems)) return {};
+  const catalogue::Examples examples =
+      catalogue::readExamples(transcript.path.string(), transcript.text, merged, problems);
   if (!problems.empty()) return {};
-  return {{docs / "commands.json", catalogue::document(merged)}, {docs / "commands.md", catalogue::page(merged)}};
+  return {{docs / "commands.json", catalogue::document(merged)},
+          {docs / "commands.md", catalogue::page(merged, examples)}};
 }
 
 void check(const File& wanted, Problems& problems) {
@@ -53,8 +59,9 @@ void check(const File& wanted, Problems& problems) {
   const auto [differs, end] =
       std::mismatch(wanted.text.begin(), wanted.text.end(), found.text.begin(), found.text.end());
   const auto line = 1 + std::count(wanted.text.begin(), differs, '\n');
-  problems.push_back(wanted.path.string() + ":" + std::to_string(line) +
-                     ": is not what the command table and the help texts make of it; build the target 'catalogue'");
+  problems.push_back(
+      wanted.path.string() + ":" + std::to_string(line) +
+      ": is not what the command table, the help texts and the examples make of it; build the target 'catalogue'");
 }
 
 void write(const File& wanted, Problems& problems) {
@@ -64,11 +71,11 @@ void write(const File& wanted, Problems& problems) {
 }
 
 int run(int argc, char** argv) {
-  CLI::App app("Writes commands.json and commands.md from the command table and commands.help.json.");
+  CLI::App app("Writes commands.json and commands.md from the command table, commands.help.json and examples.txt.");
   std::filesystem::path docs;
   bool checkOnly = false;
   app.add_flag("--check", checkOnly, "Write nothing; fail when the files differ from what would be written");
-  app.add_option("DOCS", docs, "Folder of the three files")->required()->check(CLI::ExistingDirectory);
+  app.add_option("DOCS", docs, "Folder of the four files")->required()->check(CLI::ExistingDirectory);
   CLI11_PARSE(app, argc, argv);
 
   Problems problems;

@@ -62,23 +62,25 @@ Json::Value exampleValue(const std::string& word) {
   return word;
 }
 
-/// Each command's first step, after those since the last reset of the set.
-void readCommands(Examples& examples) {
+/// The command of a scene, after the lines before it. A command with a parameter list is no method of its own.
+void readCommand(Examples& examples, const shell::Scene& scene) {
   std::vector<std::string> before;
-  for (const shell::Step& step : shell::readTranscript("examples.txt", embedded::examples).steps) {
+  for (const shell::Step& step : scene.steps) {
     const std::string line = step.input.substr(step.input.find_first_not_of("> "));
     const std::vector<std::string> words = shell::splitWords(line);
-    if (words.front() == ".reset") {
-      before.clear();
-      continue;
-    }
-    if (!line.starts_with('.')) {
-      Example example{before, Json::arrayValue, resultOf(true, encodedIn(step.output))};
+    if (words.front() == scene.name) {
+      Example& example = examples["window." + scene.name];
+      example = {before, Json::arrayValue, resultOf(true, encodedIn(step.output))};
       for (std::size_t at = 1; at < words.size(); ++at) example.parameters.append(exampleValue(words[at]));
-      examples.try_emplace("window." + words.front(), std::move(example));
+      return;
     }
     before.push_back(line);
   }
+}
+
+void readCommands(Examples& examples) {
+  const shell::Transcript transcript = shell::readTranscript("examples.txt", embedded::examples);
+  for (const shell::Scene& scene : shell::scenesIn(transcript)) readCommand(examples, scene);
 }
 
 /// Each method's first call, after those since the server was started.

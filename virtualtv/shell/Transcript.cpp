@@ -1,5 +1,6 @@
 #include "shell/Transcript.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "text/Units.h"
@@ -36,6 +37,15 @@ void add(Transcript& transcript, int number, const std::string& line) {
   } else {
     transcript.steps.back().remarks.push_back(line);
   }
+}
+
+/// What the last comment among remarks says; empty without one.
+std::string lastCommentIn(const Lines& remarks) {
+  const auto found =
+      std::find_if(remarks.rbegin(), remarks.rend(), [](const auto& line) { return line.starts_with('#'); });
+  if (found == remarks.rend()) return {};
+  const std::size_t start = found->find_first_not_of("# \t");
+  return start == std::string::npos ? "" : found->substr(start);
 }
 
 void append(std::string& text, const Lines& lines) {
@@ -78,6 +88,20 @@ Transcript readTranscript(const std::string& name, std::string_view content) {
     add(transcript, number, line);
   }
   return transcript;
+}
+
+std::vector<Scene> scenesIn(const Transcript& transcript) {
+  std::vector<Scene> scenes;
+  const Lines* above = &transcript.opening;
+  for (const Step& step : transcript.steps) {
+    if (step.input == "> .reset") {
+      scenes.push_back({lastCommentIn(*above), {}});
+    } else if (!scenes.empty()) {
+      scenes.back().steps.push_back({step.line, step.input, step.output, {}});
+    }
+    above = &step.remarks;
+  }
+  return scenes;
 }
 
 std::string writeTranscript(const Transcript& transcript) {

@@ -49,6 +49,16 @@ bool isRemark(std::string_view line);
 /// and for output that does not directly follow an input.
 Transcript readTranscript(const std::string& name, std::string_view content);
 
+/// An example in a transcript: what is run on a set as it comes from the factory.
+struct Scene {
+  std::string name;         ///< of the command that it shows
+  std::vector<Step> steps;  ///< without remarks
+};
+
+/// The scenes of a transcript. Each starts behind a step `> .reset`, ends before the next one, and has the name that
+/// the last comment above its `> .reset` holds.
+std::vector<Scene> scenesIn(const Transcript& transcript);
+
 /// The text of a transcript, each line ended by a line break, with the byte order mark that it had.
 std::string writeTranscript(const Transcript& transcript);
 

@@ -20,6 +20,21 @@ TEST(TranscriptText, HasInputsWhatTheyPrintAndRemarks) {
   EXPECT_EQ(transcript.steps[2].output, Lines{});
 }
 
+TEST(TranscriptText, HasScenesBetweenResetsNamedByTheCommentAbove) {
+  const std::vector<Scene> scenes = scenesIn(
+      readTranscript("t", "# head\n> X\n# a\n#  A\n\n> .reset\n> B\nint 1\n> A 1\n> .reset\n# C\n> .reset\n> C\n"));
+  ASSERT_EQ(scenes.size(), 3U);
+  EXPECT_EQ(scenes[0].name, "A");
+  ASSERT_EQ(scenes[0].steps.size(), 2U);
+  EXPECT_EQ(scenes[0].steps[0].input, "> B");
+  EXPECT_EQ(scenes[0].steps[0].output, Lines{"int 1"});
+  EXPECT_EQ(scenes[0].steps[1].line, 9);
+  EXPECT_EQ(scenes[0].steps[1].remarks, Lines{});
+  EXPECT_EQ(scenes[1].name, "");
+  EXPECT_EQ(scenes[1].steps.size(), 0U);
+  EXPECT_EQ(scenes[2].name, "C");
+}
+
 TEST(TranscriptText, IsWrittenAsItWasRead) {
   for (const std::string text :
        {"", "# only a remark\n", "> A\n", "# a\n\n> A\nint 1\n\n\n# b\n> B\n> C\nempty\n# c\n"}) {
