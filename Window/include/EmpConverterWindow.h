@@ -2,11 +2,14 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-// The plug-in's own numbers (PL values), as web applications use them. Where a number's meaning has no name, the type
-// has no enumerator for it.
+/// @file
+/// The plug-in's own numbers (PL values), as web applications use them, and their translation. Where a number's meaning
+/// has no name, the type has no enumerator for it.
 
+/// A window that shows live broadcast.
 enum _PL_WINDOW_WINDOW : int { PL_WINDOW_WINDOW_MAIN = 0, PL_WINDOW_WINDOW_PIP = 1 };
 
+/// An input of the set.
 enum _PL_WINDOW_Source : int {
   PL_WINDOW_SOURCE_TV = 0,
   PL_WINDOW_SOURCE_TVS_LAST = 42,  ///< 0 to 42 are sources of the TV service
@@ -24,20 +27,29 @@ enum _PL_WINDOW_SEEK : int {
   PL_WINDOW_SEEK_PREVIOUS_SOURCE_9 = 9,
 };
 
+/// A type of channels.
 enum _PL_WINDOW_CHANNEL_TYPE : int { PL_WINDOW_CHANNEL_TYPE_ALL = 0 };
 
 /// A reception mode: 1 terrestrial, 2 and 3 cable, 4 satellite, each with the country's own service list; 5 to 20 and
 /// 25 to 31 are satellite operators' lists, 23 and 24 a terrestrial and a cable one.
 enum _PL_WINDOW_TV_MODE : int {};
 
+/// Which channels a seek goes through.
 enum _PL_WINDOW_NAVIGATOR_MODE : int {};
+/// How the place of a picture is chosen; no set tells it.
 enum _PL_WINDOW_POSITION_MODE : int {};
+/// How the size of a picture is chosen; no set tells it.
 enum _PL_WINDOW_RECT_SIZE_MODE : int {};
+/// Whether a window shows something, as `CEmpTaskWindow::GetState_Show` tells.
 enum _PL_WINDOW_SHOW_STATE : int {};
+/// What `CEmpTaskWindow::Show` does.
 enum _PL_WINDOW_SHOW_TYPE : int {};
+/// A resolution of the picture.
 enum _PL_WINDOW_RESOLUTION : int {};
+/// Where the plane of a picture goes.
 enum PL_WINDOW_ZORDER : int {};
 
+/// The tables of `CEmpConverterWindow`.
 enum _PL_WINDOW_MAPPING_TABLE_ID : int {
   PL_WINDOW_MAPPING_TABLE_CHANNEL_TYPE,
   PL_WINDOW_MAPPING_TABLE_NAVIGATOR_MODE,
@@ -60,8 +72,10 @@ class CEmpConverterWindow {
   /// The TC value of a PL value, or the other way round: the other column of the first pair that matches.
   /// @param id  the table; trusted.
   /// @return 0 when no pair matches, which some pairs answer as well.
+  /// @{
   static int GetTCValue(int plValue, _PL_WINDOW_MAPPING_TABLE_ID id);
   static int GetPLValue(int tcValue, _PL_WINDOW_MAPPING_TABLE_ID id);
+  /// @}
 
   /// The PL value of a TV mode; 0 for an antenna that has none.
   static _PL_WINDOW_TV_MODE GetPLTVModeValue(TSTvMode mode);
@@ -75,13 +89,17 @@ class CEmpConverterWindow {
   static int t_GetDefaultServiceMode();
 
  protected:
+  /// A row of a table.
   struct Pair {
-    int pl;
-    int tc;
+    int pl;  ///< the plug-in's number
+    int tc;  ///< the TV service's
   };
 
+  /// How many tables there are.
   static constexpr int tableCount = 11;
 
+  /// The tables, each for one type of number.
+  /// @{
   static const Pair m_stChannelTypeTable[20];
   static const Pair m_stNavigatorModeTable[1];
   static const Pair m_stPositionModeTable[1];
@@ -93,10 +111,13 @@ class CEmpConverterWindow {
   static const Pair m_stSourceTable[46];
   static const Pair m_stModulationTable[20];
   static const Pair m_stZorderTable[2];
+  /// @}
 
   /// The tables and their numbers of pairs, by `_PL_WINDOW_MAPPING_TABLE_ID`.
+  /// @{
   static const Pair* const m_stTable[tableCount];
   static const int m_stTableSize[tableCount];
+  /// @}
 };
 
 }  // namespace kel

@@ -36,10 +36,10 @@ class CEmpTaskWindow {
  public:
   /// A rectangle, in pixels of the space that the operation names.
   struct Rect {
-    int x;
-    int y;
-    int width;
-    int height;
+    int x;       ///< left edge
+    int y;       ///< upper edge
+    int width;   ///< from the left edge to the right
+    int height;  ///< from the upper edge downwards
   };
 
   CEmpTaskWindow();
@@ -111,8 +111,10 @@ class CEmpTaskWindow {
   /// The picture's active part, in base-screen pixels, as text like `GetScreenRect`'s. @return 1, 0 or -3.
   int GetAFDGeometryRectSize(char* pszAFDRect);
   /// Neither has a value to tell. @return 0, the output left as it is, or -3.
+  /// @{
   int GetScreenRect_PosMode(_PL_WINDOW_POSITION_MODE* pePosMode);
   int GetScreenRect_SizeMode(_PL_WINDOW_RECT_SIZE_MODE* peSizeMode);
+  /// @}
   /// Not supported. @return -1.
   int SetScreenRect_PosSizeMode(_PL_WINDOW_POSITION_MODE ePosMode, _PL_WINDOW_RECT_SIZE_MODE eSizeMode);
   /// Whether the window shows something: 0 no source, 1 a source, 3 no signal, 4 anything else. A source control that
@@ -163,6 +165,7 @@ class CEmpTaskWindow {
   /// A field of the channel at a position of the found-channel list. A number that the record lacks reads as 65535. A
   /// channel type is mapped to the plug-in's; one that is missing or has no number there reads as 0.
   /// @return 1, -1 when there is no such position, -3.
+  /// @{
   int GetChannel_Major(int index, int* pnMajor);
   int GetChannel_Minor(int index, int* pnMinor);
   int GetChannel_OriginNetID(int index, int* pnOriginNetID);
@@ -170,12 +173,15 @@ class CEmpTaskWindow {
   int GetChannel_PTC(int index, int* pnPTC);
   int GetChannel_TransportStreamID(int index, int* pnTransportStreamID);
   int GetChannel_Type(int index, _PL_WINDOW_CHANNEL_TYPE* peChannelType);
+  /// @}
 
   /// The channel's name as UTF-16 with a byte-order mark and without a terminator, into a zeroed buffer of at least 512
   /// bytes. It is cut where these end and before the first surrogate, so that a name that begins with one comes to the
   /// mark alone. An empty name leaves the buffer as it is; `GetChannel_Name` alone answers -1 for it.
+  /// @{
   int GetChannel_Name(int index, unsigned short* ptwName);
   int GetChannel_ServiceName(int index, unsigned short* ptwServiceName);
+  /// @}
 
   /// The channel's service id as decimal text into 32 bytes, terminated; all bits set when the record lacks it.
   /// `pszServiceId` is not checked.
@@ -184,6 +190,7 @@ class CEmpTaskWindow {
   int GetChannel_Size(int* pnSize);
 
   /// The same fields of the channel on screen. @return 1, -1 when it can't be had, -3.
+  /// @{
   int GetCurrentChannel_Major(int* pnMajor);
   int GetCurrentChannel_Minor(int* pnMinor);
   int GetCurrentChannel_OriginNetID(int* pnOriginNetID);
@@ -193,14 +200,17 @@ class CEmpTaskWindow {
   int GetCurrentChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelType);
   int GetCurrentChannel_Name(unsigned short* ptwName);
   int GetCurrentChannel_ServiceName(unsigned short* ptwServiceName);
+  /// @}
 
   /// The same of the channel that the set starts with. Its major and minor numbers read as -1 when missing. The service
   /// id comes without a lookup; its pointer is not checked, and a failure answers 0.
+  /// @{
   int GetStartChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelType);
   int GetStartChannel_Major(int* pnMajor);
   int GetStartChannel_Minor(int* pnMinor);
   int GetStartChannel_Name(unsigned short* ptwName);
   int GetStartChannel_ServiceId(char* pszServiceId);
+  /// @}
 
   // EmpTaskWindow_Tuning: changing the channel
   //
@@ -250,8 +260,10 @@ class CEmpTaskWindow {
 
   /// The channel-information document of the channel on screen, or of the one watched before; the empty text when it
   /// can't be made. @return 1, also for the empty text; -1 when the channel can't be had.
+  /// @{
   int GetCurrentChannelInfo(std::string& strInfo);
   int GetPreviousChannelInfo(std::string& strInfo);
+  /// @}
   /// The smaller document of the channel that the set starts with. @return 1 or -1.
   int GetStartChannel_Info(std::string& strInfo);
   /// The text attached to the channel at a position of the found-channel list, as it stands but in UTF-8; empty when
@@ -317,6 +329,7 @@ class CEmpTaskWindow {
 
   /// Each makes sure that there is an active proxy: one that is missing is made for the window that the worker drives,
   /// and not kept as that window's own. @return true when there is one.
+  /// @{
   bool t_CheckServiceproxy();
   bool t_CheckServiceNavigationproxy();
   bool t_CheckSourceControlproxy();
@@ -325,9 +338,11 @@ class CEmpTaskWindow {
   bool t_CheckServiceDataAuxproxy();
   bool t_CheckDataControlproxy();
   bool t_CheckTunerControlproxy();
+  /// @}
 
   /// The same for operations that can't do without the proxy: one that is missing is logged, under the name of the
   /// operation that needs it.
+  /// @{
   bool t_NeedServiceproxy(Location at);
   bool t_NeedServiceNavigationproxy(Location at);
   bool t_NeedSourceControlproxy(Location at);
@@ -336,6 +351,7 @@ class CEmpTaskWindow {
   bool t_NeedServiceDataAuxproxy(Location at);
   bool t_NeedDataControlproxy(Location at);
   bool t_NeedTunerControlproxy(Location at);
+  /// @}
 
   /// The calling application's id, "NoAppId" when it is unknown. @param at  the operation that asks.
   /// @return false when the engine throws.
@@ -347,8 +363,10 @@ class CEmpTaskWindow {
   bool t_IsTVServiceSource(_PL_WINDOW_Source eSource);
   /// Translates a source; false, and the output as it was, when it has no counterpart. A plug-in's source that the
   /// table does not know becomes the TV source.
+  /// @{
   bool t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLSource);
   bool t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSSource);
+  /// @}
   /// The window's source as the TV service shows it; 43 when none is active or the service does not tell its state.
   bool t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource);
   /// The one before, as the TV service remembers it.
@@ -371,16 +389,21 @@ class CEmpTaskWindow {
 
   /// Asks for the stack's manager and logs the outcome. No operation needs it: each asks for itself.
   void CreateD2TVManagerInstance();
+  /// Drops the stack's manager.
   void DestroyD2TVManagerInstance();
   /// Switches the secondary stack to the ISP source.
   bool SetSource_D2TV();
 
-  // EmpTaskWindow_AudioD2TV: the audio operations on the ISP source. Each answers 1 for success; what tells of tracks
-  // answers -1 otherwise, what changes them -1 without a manager and else the manager's own number.
+  // EmpTaskWindow_AudioD2TV
+
+  /// The audio operations on the ISP source. Each answers 1 for success; what tells of tracks answers -1 otherwise,
+  /// what changes them -1 without a manager and else the manager's own number.
+  /// @{
   int GetMultiAudioInfo_D2TV(std::string& strInfo);
   int GetCurrentAudioInfo_D2TV(std::string& strInfo);
   int ChangeAudioPID_D2TV(short pid);
   int ChangeAudioByIndex_D2TV(int index);
+  /// @}
 
   // EmpTaskWindow_Resolution
 
@@ -396,9 +419,11 @@ class CEmpTaskWindow {
   int t_GetChannelSeek(int index, TCServiceData** out);
   /// Each fills a record with the service on screen, the one watched before, the one that the set starts with.
   /// @return 1; 0 on failure, the record is then not to be read.
+  /// @{
   int t_GetCurrentChannel(TCServiceData& out);
   int t_GetPreviousChannel(TCServiceData& out);
   int t_GetStartService(TCServiceData& out);
+  /// @}
 
   // EmpTaskWindow_Report
 
@@ -407,13 +432,14 @@ class CEmpTaskWindow {
   /// The text attached to a service as UTF-8; empty when there is none.
   std::string t_GetServiceJsonText(const TCServiceData& service);
 
-  CEmpEngineBase* m_pEngine;  ///< the one that `Create` was given; null before
-  int m_baseScrW;             ///< base screen, pixels
-  int m_baseScrH;
+  CEmpEngineBase* m_pEngine;          ///< the one that `Create` was given; null before
+  int m_baseScrW;                     ///< width of the base screen, pixels
+  int m_baseScrH;                     ///< and its height
   std::string m_SourceVconf;          ///< settings key of the window's current source
   std::string m_PreviousSourceVconf;  ///< and of its previous one
 
-  // The proxies in use and those kept for each window. The TV-service library owns them all.
+  /// The proxies in use and those kept for each window. The TV-service library owns them all.
+  /// @{
   IServiceNavigation* svc_navi_proxy;
   IServiceNavigation* svc_navi_proxy_main;
   IServiceNavigation* svc_navi_proxy_pip;
@@ -434,6 +460,7 @@ class CEmpTaskWindow {
   IDataControl* svc_datacontrol_proxy_pip;
   ITunerControl* tuner_ctrl_proxy;
   IService* svc_proxy;
+  /// @}
 
   std::list<TCServiceData*> m_ChannelList;  ///< the found-channel list; owns its records
   int t_eWindow;  ///< the window driven: 0 main, anything else picture-in-picture; 3 until one is selected

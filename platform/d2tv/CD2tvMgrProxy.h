@@ -2,18 +2,18 @@
 
 /// One audio track of what the secondary TV stack shows. The codes are the stack's own.
 struct MVPDAudio {
-  int index;
-  int pid;
-  int decodeType;
-  int audioMode;
-  int audioType;
-  int lang;
+  int index;       ///< position among the tracks, from 0
+  int pid;         ///< of its packets
+  int decodeType;  ///< coding
+  int audioMode;   ///< channels
+  int audioType;   ///< whom it is for
+  int lang;        ///< language code
 };
 
 /// One subtitle or teletext page of what the secondary TV stack shows.
 struct DVBSubtitleInfo {
-  unsigned int index;
-  unsigned int lang;
+  unsigned int index;  ///< position among those of its kind
+  unsigned int lang;   ///< language code
 };
 
 /// The manager of the secondary TV stack, which shows the ISP source. Its operations answer 0 for success; any

@@ -11,6 +11,7 @@ class CEmpEngineBase;
 
 /// The framework's kinds of closing.
 struct EmpType {
+  /// The kind; only its number is fixed.
   enum type : int {};
 };
 
@@ -39,25 +40,32 @@ class CEmpAppBase {
   /// Closes every engine.
   virtual void Destroy();
 
-  /// The first four under a number.
+  /// The first four, under a number.
+  /// @{
   virtual bool Open(int id, const std::string& appId, const std::string& widgetId, const std::string& profile);
   virtual bool Close(int id);
   virtual bool Execute(std::string& ret, int id, const std::string& cmd, const std::string& p1, const std::string& p2,
                        const std::string& p3, const std::string& p4);
   virtual bool ExecuteWithParamList(std::string& ret, int id, const std::string& cmd, const ParamList& params);
+  /// @}
 
   /// Makes a new engine, owned by the caller; null when none could be made.
   virtual CEmpEngineBase* CreateEmpEngine() = 0;
 
   /// The three texts that the plug-in gave in its constructor.
+  /// @{
   const std::string& Name() const;
   const std::string& Id() const;
   const std::string& Version() const;
+  /// @}
 
  protected:
+  /// The texts that `Name`, `Id` and `Version` tell.
+  /// @{
   std::string m_name;
   std::string m_id;
   std::string m_version;
+  /// @}
 
  private:
   struct Engines;

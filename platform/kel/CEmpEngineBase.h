@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The framework's side of a command engine.
+
 #include <string>
 
 #include "kel/ParamList.h"
@@ -50,8 +53,10 @@ class CEmpEngineBase {
   /// answer.
   void SetReturnValueInteger(std::string& ret, int value);
   /// @param text  zero-terminated bytes; null counts as the empty text.
+  /// @{
   void SetReturnValueASCII(std::string& ret, const char* text);
   void SetReturnValueASCII(std::string& ret, std::string& text);
+  /// @}
   /// @param text  zero-terminated 16-bit units in host order; null counts as the empty text.
   void SetReturnValueUNICODE(std::string& ret, unsigned short* text);
 

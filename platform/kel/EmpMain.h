@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The framework's entry.
+
 namespace kel {
 
 class CEmpAppBase;

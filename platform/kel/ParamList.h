@@ -10,6 +10,7 @@ namespace kel {
 class ParamList {
  public:
   ParamList();
+  /// A list of these.
   explicit ParamList(std::vector<std::string> parameters);
 
   /// Number of parameters that the caller gave.

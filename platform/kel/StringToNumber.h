@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The framework's parser of numbers.
+
 #include <string>
 
 namespace kel {

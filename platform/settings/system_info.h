@@ -1,7 +1,11 @@
 #pragma once
 
+/// @file
+/// Facts about the set.
+
 extern "C" {
 
+/// The facts that can be read.
 enum system_info_key_e : int {
   SYSTEM_INFO_KEY_REGION_KIND = 0,  ///< the region that the set was built for, a number of the platform
 };

@@ -1,7 +1,11 @@
 #pragma once
 
+/// @file
+/// Choices of the user.
+
 extern "C" {
 
+/// The choices that can be read.
 enum system_settings_key_e : int {
   SYSTEM_SETTINGS_KEY_COUNTRY = 0,  ///< the country that the user chose, a number of the platform
 };

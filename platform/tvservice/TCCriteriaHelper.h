@@ -8,15 +8,20 @@
 class TCCriteriaHelper : public TCMarshalable {
  public:
   TCCriteriaHelper();
+  /// Copies the query.
+  /// @{
   TCCriteriaHelper(const TCCriteriaHelper&);
   TCCriteriaHelper& operator=(const TCCriteriaHelper&);
+  /// @}
   ~TCCriteriaHelper() override;
 
   /// Asks for a field. Fields that no call asks for are absent in the records found.
   void Fetch(int fieldId);
   /// Adds the condition that the field equals `value`; all conditions must be met. An absent field meets none.
+  /// @{
   void Where(int fieldId, int value);
   void Where(int fieldId, const unsigned long long& value);
+  /// @}
   /// Sorts the records by a field; at most one call.
   void OrderBy(int fieldId, ESortOrder order);
 
@@ -24,10 +29,12 @@ class TCCriteriaHelper : public TCMarshalable {
 
   // The TV service's side begins here.
 
+  /// A call that asked for something.
   struct Step {
+    /// Which call it was.
     enum Kind : int { FETCH, WHERE, ORDER_BY };
-    Kind kind;
-    int fieldId;
+    Kind kind;                 ///< `Fetch`, `Where` or `OrderBy`
+    int fieldId;               ///< the field that it named
     unsigned long long value;  ///< of a condition, or the sort order
   };
 

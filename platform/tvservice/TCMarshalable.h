@@ -4,7 +4,10 @@
 class TCMarshalable {
  public:
   TCMarshalable() = default;
+  /// Records are plain values.
+  /// @{
   TCMarshalable(const TCMarshalable&) = default;
   TCMarshalable& operator=(const TCMarshalable&) = default;
+  /// @}
   virtual ~TCMarshalable();
 };

@@ -29,16 +29,21 @@ class TCServiceData : public TCMarshalable {
   };
 
   TCServiceData();
+  /// Copies all fields.
+  /// @{
   TCServiceData(const TCServiceData&);
   TCServiceData& operator=(const TCServiceData&);
+  /// @}
   ~TCServiceData() override;
 
   /// Reads a number. A value wider than the output is cut to its low bits.
   /// @return true when the record holds the field; otherwise `value` is left as it is.
+  /// @{
   bool Get(int fieldId, unsigned char& value) const;
   bool Get(int fieldId, unsigned short& value) const;
   bool Get(int fieldId, int& value) const;
   bool Get(int fieldId, unsigned long long& value) const;
+  /// @}
 
   /// Length of a text in 16-bit units; 0 when the record does not hold it.
   int GetLength(int fieldId) const;
@@ -52,10 +57,12 @@ class TCServiceData : public TCMarshalable {
 
   // The TV service's side begins here.
 
+  /// Stands in place of a text's length in a field that holds a number.
   static constexpr int number = -1;
 
+  /// A field as a record holds it.
   struct Field {
-    int id;
+    int id;                    ///< an `EField`, or any other number
     int length;                ///< units of a text, `number` for a number
     unsigned long long value;  ///< the number, or where the text starts in `Units`
   };
@@ -64,12 +71,16 @@ class TCServiceData : public TCMarshalable {
   template <typename Item>
   class View {
    public:
+    /// @param items  the first of `size` items, which outlive the view.
     View(const Item* items, int size) : m_items(items), m_size(size) {}
 
+    /// As of a container.
+    /// @{
     const Item* begin() const { return m_items; }
     const Item* end() const { return m_items + m_size; }
     int size() const { return m_size; }
     const Item& operator[](std::size_t at) const { return m_items[at]; }
+    /// @}
 
    private:
     const Item* m_items;
@@ -78,23 +89,29 @@ class TCServiceData : public TCMarshalable {
 
   /// Fields, each id once, and the units of their texts.
   struct Content {
-    View<Field> fields;
-    View<unsigned short> units;
+    View<Field> fields;          ///< in any order
+    View<unsigned short> units;  ///< where fields of texts point
   };
 
   /// A record that holds this, in one block of memory; the caller deletes it as any other.
   static TCServiceData* New(const Content& content);
+  /// Hold a record with, behind it, the room that `New` asks for.
+  /// @{
   static void* operator new(std::size_t size);
   static void operator delete(void* record);
+  /// @}
   /// Makes the record hold this instead, which is not its own.
   void Assign(const Content& content);
   /// Adds or replaces a field.
+  /// @{
   void Set(int fieldId, unsigned long long value);
   void Set(int fieldId, const unsigned short* text, int length);
+  /// @}
   /// Makes the record empty.
   void Clear();
   /// The fields held, in the order in which they were set.
   View<Field> Fields() const;
+  /// The units of all texts held.
   View<unsigned short> Units() const;
   // The TV service's side ends here.
 

@@ -17,6 +17,8 @@ class ServiceDataAux;
 /// it answers another number. The library owns what it makes.
 class TVServiceAPI {
  public:
+  /// As the class says.
+  /// @{
   static int CreateService(IService** service);
   static int CreateServiceNavigation(EProfile profile, int index, IServiceNavigation** navigation);
   static int CreateSourceControl(EProfile profile, int index, ISourceControl** control);
@@ -24,6 +26,7 @@ class TVServiceAPI {
   static int CreateAVControl(EProfile profile, int index, IAVControl** control);
   static int CreateDataControl(EProfile profile, int index, IDataControl** control);
   static int CreateTunerControl(EProfile profile, int index, ITunerControl** control);
+  /// @}
 
   /// The set's one satellite manager. Success is a pointer that is not null, whatever the number.
   static int CreateSatellite(ISatellite** satellite);

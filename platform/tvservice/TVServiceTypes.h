@@ -2,8 +2,9 @@
 
 #include "tvservice/TCMarshalable.h"
 
-// Codes of the TV service. Only the numbers are fixed; where a number's meaning has no name here, the type has no
-// enumerator for it and the number is used as it is.
+/// @file
+/// Codes and records of the TV service. Only the numbers of codes are fixed; where a number's meaning has no name here,
+/// the type has no enumerator for it and the number is used as it is.
 
 /// Which window a client's interfaces act on.
 enum EProfile : int {
@@ -20,6 +21,7 @@ enum ESource : int {
 /// Code of a picture's resolution.
 enum EResolution : int {};
 
+/// An antenna.
 enum EAntennaMode : int {
   ANTENNA_NONE = -1,
   ANTENNA_TERRESTRIAL = 0,
@@ -37,36 +39,42 @@ enum ENavigationMode : int {
   NAVIGATION_ALL = 0,
 };
 
+/// How records are sorted.
 enum ESortOrder : int {
   SORT_ASCENDING = 0,
   SORT_DESCENDING = 1,
 };
 
+/// A satellite.
 enum ESatelliteId : int {};
+/// A polarisation of a satellite's waves.
 enum EDVBSPolarisation : int {};
+/// A rate of a satellite's inner error correction.
 enum EDVBFECInner : int {};
 
 /// A TV mode: the antenna and the service list in use. (-1, -1) stands for "not known" or "any".
 class TSTvMode : public TCMarshalable {
  public:
+  /// The mode of this antenna and this list.
   TSTvMode(EAntennaMode antenna, EServiceMode service);
 
-  EAntennaMode antennaMode;
-  EServiceMode serviceMode;
+  EAntennaMode antennaMode;  ///< the antenna
+  EServiceMode serviceMode;  ///< which of its lists
 };
 
 /// A satellite transponder.
 class TSTransponder : public TCMarshalable {
  public:
+  /// A transponder with these members, in their order.
   TSTransponder(unsigned short transponderId, ESatelliteId satellite, int frequencyKhz, unsigned short symbols,
                 EDVBSPolarisation polarisationCode, EDVBFECInner fec);
 
-  unsigned short id;  ///< 65535 when unknown
-  ESatelliteId satelliteId;
-  int frequency;              ///< kHz
-  unsigned short symbolRate;  ///< ksym/s
-  EDVBSPolarisation polarisation;
-  EDVBFECInner fecInner;  ///< -1 when unknown
+  unsigned short id;               ///< 65535 when unknown
+  ESatelliteId satelliteId;        ///< the satellite that it is on
+  int frequency;                   ///< kHz
+  unsigned short symbolRate;       ///< ksym/s
+  EDVBSPolarisation polarisation;  ///< of its waves
+  EDVBFECInner fecInner;           ///< its error correction; -1 when unknown
 };
 
 /// An audio track of a service. The codes are the TV service's own.
@@ -74,11 +82,11 @@ class TSAudio : public TCMarshalable {
  public:
   TSAudio();  ///< all members 0
 
-  int lang;
-  int decodeType;
-  unsigned short pid;
-  int audioMode;
-  int audioType;
+  int lang;            ///< language code
+  int decodeType;      ///< coding
+  unsigned short pid;  ///< of its packets
+  int audioMode;       ///< channels
+  int audioType;       ///< whom it is for
 };
 
 /// A hybrid subtitle track of a service. Clients pass it on and do not read it.
@@ -86,8 +94,8 @@ class TSHybridSBT : public TCMarshalable {
  public:
   TSHybridSBT();  ///< all members 0
 
-  int type;
-  unsigned short pid;
+  int type;            ///< kind of subtitle
+  unsigned short pid;  ///< of its packets
 };
 
 /// A rectangle in pixels.
@@ -95,10 +103,10 @@ class TSRectInfo : public TCMarshalable {
  public:
   TSRectInfo();  ///< all members 0
 
-  int x;
-  int y;
-  int width;
-  int height;
+  int x;       ///< left edge
+  int y;       ///< upper edge
+  int width;   ///< from the left edge to the right
+  int height;  ///< from the upper edge downwards
 };
 
 /// Size and frequencies of the picture on screen.
