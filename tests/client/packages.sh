@@ -4,13 +4,11 @@ set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 
 is_node_new_enough() {
-  node -e '
-    const [major, minor] = process.versions.node.split(".").map(Number)
-    process.exit(major > 20 || (major === 20 && minor >= 16) ? 0 : 1)' 2>/dev/null
+  node -e 'process.exit(parseInt(process.versions.node) >= 18 ? 0 : 1)' 2>/dev/null
 }
 
 is_node_new_enough || {
-  echo "packages.sh: the client's tests need Node 20.16 or later; there is $(node --version 2>/dev/null || echo none)" >&2
+  echo "packages.sh: the client's tests need Node 18 or later; there is $(node --version 2>/dev/null || echo none)" >&2
   exit 1
 }
 command -v npm >/dev/null || {

@@ -1,7 +1,7 @@
 // What a client does with a set, here on a server; tests/tab runs the same cases on sets in memory.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
-import {installWindow} from '../../virtualtv/console/client/client.js'
+import {installWindow} from '../../virtualtv/console/client/node.js'
 import {launch} from '../../virtualtv/console/client/launch.js'
 import {cases, runCase} from './support/cases.js'
 

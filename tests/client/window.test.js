@@ -5,13 +5,13 @@ import {mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, afterEach, beforeEach, test} from 'node:test'
-import {EmpConnectionError, EmpRpcError, connect, installWindow} from '../../virtualtv/console/client/client.js'
+import {EmpConnectionError, EmpRpcError, connect, installWindow} from '../../virtualtv/console/client/node.js'
 import {startBreaker} from './support/breaker.js'
 import {Page} from './support/page.js'
 import {endServers, serve} from './support/server.js'
 import {silenced, until} from './support/wait.js'
 
-const client = new URL('../../virtualtv/console/client/client.js', import.meta.url)
+const client = new URL('../../virtualtv/console/client/node.js', import.meta.url)
 let server
 let tv
 let target

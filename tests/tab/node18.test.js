@@ -1,11 +1,12 @@
-// A TV in memory in Node 18, the oldest that can have one.
+// A TV in memory in Node 18, the oldest that can have one, and the tests of the client on a server there.
 import assert from 'node:assert/strict'
-import {execFileSync} from 'node:child_process'
+import {execFileSync, spawnSync} from 'node:child_process'
 import {existsSync} from 'node:fs'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {test} from 'node:test'
+import {fileURLToPath} from 'node:url'
 import {urlOf} from './support/package.js'
 
 const program = join(process.env.EMP_WINDOW_CLIENT_PACKAGES ?? '', 'node18', 'node')
@@ -51,4 +52,13 @@ test('all transcripts pass in Node 18', {skip}, async () => {
       await tv.close()
     }
     console.log('passed', passed)`), /^passed [1-9]\d+\n$/)
+})
+
+test('the tests of the client and of the example project pass in Node 18', {skip}, () => {
+  const files = ['connection', 'example', 'launch', 'package', 'readme', 'set', 'websocket', 'window']
+    .map(name => fileURLToPath(new URL(`../client/${name}.test.js`, import.meta.url)))
+  const {status, stdout, stderr} = spawnSync(program, ['--test', ...files], {encoding: 'utf8', timeout: 300_000,
+    env: {...process.env, NODE_TEST_CONTEXT: undefined}})
+  assert.equal(status, 0, stdout + stderr)
+  assert.match(stdout, /^# fail 0$/m)
 })

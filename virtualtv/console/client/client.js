@@ -46,8 +46,8 @@ export async function forgetTv(key) {
 
 /** In Node, which has no synchronous requests: a worker makes them, and this thread waits. */
 function workerTransport(base, token) {
-  const threads = globalThis.process?.getBuiltinModule?.('node:worker_threads')
-  if (!threads) throw new EmpConnectionError('installWindow wants a browser, or Node from 20.16 on')
+  const threads = globalThis[Symbol.for('emp-window/threads')] ?? globalThis.process?.getBuiltinModule?.('node:worker_threads')
+  if (!threads) throw new EmpConnectionError('installWindow wants a browser, or in Node before 20.16 the module node.js of this package')
   const signal = new Int32Array(new SharedArrayBuffer(4))
   const {port1: port, port2} = new threads.MessageChannel()
   const wait = patience => {

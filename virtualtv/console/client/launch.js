@@ -6,7 +6,7 @@ import {spawn} from 'node:child_process'
 import {readFile} from 'node:fs/promises'
 import {basename} from 'node:path'
 import {fileURLToPath} from 'node:url'
-import {connect} from './client.js'
+import {connect} from './node.js'
 
 const startPatience = 10_000  // ms until the program has to tell its address
 const endPatience = 5000  // ms until it is killed
