@@ -52,6 +52,13 @@ inline const Lines notZero{"result=-1", "result=2", "result=7", "result=-2147483
 /// The three services with these tracks and favourites on the first.
 std::vector<virtualtv::Service> furnished(const virtualtv::Service& with);
 
+/// A fault in its words, what an operation answers under it, and what it logs.
+struct Outcome {
+  std::string fault;
+  int result;
+  Lines logs;
+};
+
 /// A worker for the main window of a set that has the three services, as `ChannelTest` has it.
 class TrackTest : public channels::ChannelTest {
  protected:
@@ -74,6 +81,19 @@ class TrackTest : public channels::ChannelTest {
       proxy = nullptr;
       EXPECT_EQ(under("TVServiceAPI::" + factory + " " + way, operation), result);
       EXPECT_EQ(logs(), way == "result=throw" ? withException(lines, factory) : lines);
+    }
+  }
+
+  /// Runs an operation under each fault. It logs `begun` first, and leaves `text` in the text that it writes.
+  template <typename Operation>
+  void expectEach(const Lines& begun, const std::vector<Outcome>& outcomes, Operation operation,
+                  const std::string& left = untouched) {
+    for (const Outcome& outcome : outcomes) {
+      SCOPED_TRACE(outcome.fault);
+      text = untouched;
+      EXPECT_EQ(under(outcome.fault, operation), outcome.result);
+      EXPECT_EQ(text, left);
+      EXPECT_EQ(logs(), support::join({begun, outcome.logs}));
     }
   }
 
