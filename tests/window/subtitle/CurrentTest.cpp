@@ -1,4 +1,4 @@
-// The subtitle in use, on either TV stack.
+// The subtitle in use, on either TV stack, where calls answer what they seldom do.
 #include <climits>
 
 #include "Subtitle.h"
@@ -8,16 +8,23 @@ namespace {
 using support::caught;
 using support::join;
 using support::Lines;
-using virtualtv::WindowId;
+using tracks::Outcome;
 
 const std::string operation = "GetCurrentSubtitle";
 
-class CurrentSubtitle : public subtitle::SubtitleTest {
+template <typename Base>
+class CurrentSubtitle : public Base {
  protected:
-  int tell() { return worker.GetCurrentSubtitle(&language); }
-  int tellUnder(const std::string& words) {
-    language = before;
-    return under(words, [this] { return tell(); });
+  int tell() { return this->worker.GetCurrentSubtitle(&language); }
+
+  /// Reads the language under each fault; it is `left` then.
+  void expectLanguage(int left, const Lines& begun, const std::vector<Outcome>& outcomes) {
+    this->expectEach(begun, outcomes, [&] {
+      language = before;
+      const int result = tell();
+      EXPECT_EQ(language, left);
+      return result;
+    });
   }
 
   static constexpr int before = -77;
@@ -26,155 +33,84 @@ class CurrentSubtitle : public subtitle::SubtitleTest {
 
 // From the TV service.
 
+const std::string askInUse = "IDataControl::GetCurrentHybridSBT ";
 const std::string failed = "0 CEmpTaskWindow::GetCurrentSubtitle:: Failed!!";
 
-std::string told(const std::string& hexadecimal) {
-  return "3 language:[" + hexadecimal + "] ";
-}
-std::string askInUse(const std::string& outcome) {
-  return subtitle::control + "GetCurrentHybridSBT() " + outcome;
-}
-
-class TvCurrentSubtitle : public CurrentSubtitle {};
-
-TEST_F(TvCurrentSubtitle, IsTheLanguageOfTheTrackThatTheWindowUses) {
-  ASSERT_TRUE(tv().selectSubtitle(WindowId::main, 1));
-  EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(language, 51);
-  EXPECT_EQ(calls(), (Lines{tracks::tvTold, askInUse("lang=51 subtitle=0,271 -> 1")}));
-  EXPECT_EQ(logs(), join({tracks::onTv, {told("33")}}));
-}
+using TvCurrentSubtitle = CurrentSubtitle<subtitle::SubtitleTest>;
 
 TEST_F(TvCurrentSubtitle, TheLanguageIsLoggedHexadecimal) {
   const std::vector<std::pair<int, std::string>> languages{
-      {0, "0"}, {1, "1"}, {-2, "fffffffe"}, {0x656e67, "656e67"}, {INT_MAX, "7fffffff"}, {INT_MIN, "80000000"}};
+      {0, "0"}, {-2, "fffffffe"}, {0x656e67, "656e67"}, {INT_MAX, "7fffffff"}, {INT_MIN, "80000000"}};
   for (const auto& [code, shown] : languages) {
-    EXPECT_EQ(tellUnder("IDataControl::GetCurrentHybridSBT result=1 out.lang=" + std::to_string(code)), 1) << code;
-    EXPECT_EQ(language, code);
-    EXPECT_EQ(logs(), join({tracks::onTv, {told(shown)}}));
+    expectLanguage(code, tracks::onTv,
+                   {{askInUse + "result=2 out.lang=" + std::to_string(code), 1, {"3 language:[" + shown + "] "}}});
   }
 }
 
-TEST_F(TvCurrentSubtitle, ALanguageOfMinusOneIsAFailureAlsoWithSuccess) {
-  EXPECT_EQ(tell(), -1) << "no subtitle is in use";
-  EXPECT_EQ(language, before);
-  EXPECT_EQ(calls().back(), askInUse("lang=-1 subtitle=0,0 -> 1"));
-  EXPECT_EQ(logs(), join({tracks::onTv, {failed}}));
-  EXPECT_EQ(tellUnder("IDataControl::GetCurrentHybridSBT result=unwritten"), -1);
-  EXPECT_EQ(language, before);
+TEST_F(TvCurrentSubtitle, AnyResultBelowOneFailsAndLeavesTheLanguageAndSoDoesMinusOne) {
+  std::vector<Outcome> outcomes{
+      {askInUse + "result=unwritten", -1, {failed}},
+      {askInUse + "result=1 out.lang=-1", -1, {failed}},
+      {askInUse + "result=throw", -1, {caught(operation, "IDataControl::GetCurrentHybridSBT"), failed}}};
+  for (const std::string& way : tracks::notPositive) outcomes.push_back({askInUse + "out.lang=5 " + way, -1, {failed}});
+  expectLanguage(before, tracks::onTv, outcomes);
 }
 
-TEST_F(TvCurrentSubtitle, AnyResultBelowOneFailsAndLeavesTheLanguage) {
-  for (const std::string& way : tracks::notPositive) {
-    EXPECT_EQ(tellUnder("IDataControl::GetCurrentHybridSBT out.lang=5 " + way), -1) << way;
-    EXPECT_EQ(language, before) << way;
-    EXPECT_EQ(logs(), join({tracks::onTv, {failed}}));
-  }
-  EXPECT_EQ(tellUnder("IDataControl::GetCurrentHybridSBT out.lang=5 result=2"), 1);
-  EXPECT_EQ(language, 5);
-}
-
-TEST_F(TvCurrentSubtitle, AnExceptionFailsAndLeavesTheLanguage) {
-  EXPECT_EQ(tellUnder("IDataControl::GetCurrentHybridSBT result=throw"), -1);
-  EXPECT_EQ(language, before);
-  EXPECT_EQ(logs(), join({tracks::onTv, {caught(operation, "IDataControl::GetCurrentHybridSBT"), failed}}));
+TEST_F(TvCurrentSubtitle, ATrackThatIsNotWrittenIsHandedOverAsZeros) {
+  under(askInUse + "result=unwritten", [this] { return tell(); });
+  EXPECT_EQ(calls().back(), "IDataControl[main#1]::GetCurrentHybridSBT() lang=-1 subtitle=0,0 -> 1 [fault]");
 }
 
 TEST_F(TvCurrentSubtitle, WithoutDataControlAnswersZeroAndLeavesTheLanguage) {
   const Lines lines = join({tracks::onTv, subtitle::dataControlMissing});
-  failsWithout(
-      worker.svc_datacontrol_proxy, "CreateDataControl", lines, [this] { return tell(); }, 0);
+  for (int* const out : {&language, static_cast<int*>(nullptr)}) {
+    failsWithout(
+        worker.svc_datacontrol_proxy, "CreateDataControl", lines, [&] { return worker.GetCurrentSubtitle(out); }, 0);
+  }
   EXPECT_EQ(language, before);
-  failsWithout(
-      worker.svc_datacontrol_proxy, "CreateDataControl", lines, [this] { return worker.GetCurrentSubtitle(nullptr); },
-      0);
 }
 
 TEST_F(TvCurrentSubtitle, ANullPointerFailsWhereTheLanguageWouldBeWritten) {
-  ASSERT_TRUE(tv().selectSubtitle(WindowId::main, 1));
-  forget();
-  EXPECT_EQ(worker.GetCurrentSubtitle(nullptr), -1);
-  EXPECT_EQ(calls(), (Lines{tracks::tvTold, askInUse("lang=51 subtitle=0,271 -> 1")}));
-  EXPECT_EQ(logs(), join({tracks::onTv, {failed}}));
-}
-
-TEST_F(TvCurrentSubtitle, IsThatOfTheWindowDriven) {
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
-  EXPECT_EQ(tellUnder("IDataControl::GetCurrentHybridSBT result=1 out.lang=5"), 1);
-  EXPECT_EQ(calls().back(), "IDataControl[main#2]::GetCurrentHybridSBT() lang=5 subtitle=0,0 -> 1 [fault]")
-      << "whose data control is made for the main profile";
+  expectEach(tracks::onTv, {{askInUse + "out.lang=51", -1, {failed}}},
+             [this] { return worker.GetCurrentSubtitle(nullptr); });
 }
 
 // From the secondary stack.
 
-const std::string ispBegun = "3 CEmpTaskWindow::GetCurrentSubtitle:: Start!!";
-const std::string ispDone = "3 CEmpTaskWindow::GetCurrentSubtitle:: Success!!";
+const Lines begunOnIsp{tracks::onIsp, "3 CEmpTaskWindow::GetCurrentSubtitle:: Start!!"};
+const std::string done = "3 CEmpTaskWindow::GetCurrentSubtitle:: Success!!";
 const std::string ispNoManager = "0 CEmpTaskWindow::GetCurrentSubtitle::Invalid Channel Manager Instance.";
+const std::string askIsp = "CD2tvMgrProxy::GetCurrentSubtitle ";
 
 std::string ispFailed(const std::string& language) {
   return "3 CEmpTaskWindow::GetCurrentSubtitle::CurrentSubtitleLanguage =>[" + language + "]";
 }
 
-class IspCurrentSubtitle : public CurrentSubtitle {
- protected:
-  void SetUp() override {
-    CurrentSubtitle::SetUp();
-    showIsp({}, subtitle::fiveEntries);
-  }
-};
+using IspCurrentSubtitle = CurrentSubtitle<subtitle::IspSubtitleTest>;
 
-TEST_F(IspCurrentSubtitle, IsTheLanguageThatTheStackTells) {
-  ASSERT_TRUE(tv().selectIspSubtitle(3));
-  EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(language, 71);
-  EXPECT_EQ(calls(), (Lines{tracks::ispTold, tracks::askManager + "made",
-                            tracks::manager + "GetCurrentSubtitle() language=71 -> 0"}));
-  EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, ispDone}));
-}
-
-TEST_F(IspCurrentSubtitle, MinusOneIsALanguageHere) {
-  EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(language, -1) << "no subtitle is in use";
-}
-
-TEST_F(IspCurrentSubtitle, ALanguageThatIsNotWrittenStaysAsItWas) {
-  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetCurrentSubtitle result=unwritten"), 1);
-  EXPECT_EQ(language, before);
+TEST_F(IspCurrentSubtitle, IsWhatTheStackWrites) {
+  expectLanguage(-1, begunOnIsp, {{askIsp + "out.language=-1", 1, {done}}});
+  expectLanguage(before, begunOnIsp, {{askIsp + "result=unwritten", 1, {done}}});
 }
 
 TEST_F(IspCurrentSubtitle, AFailureIsTheStacksOwnNumber) {
+  std::vector<Outcome> outcomes{
+      {askIsp + "result=throw", -1, {caught(operation, "CD2tvMgrProxy::GetCurrentSubtitle"), ispFailed("-77")}},
+      {"CD2tvMgrProxy::GetInstance result=null", -1, {ispNoManager}},
+      {"CD2tvMgrProxy::GetInstance result=throw", -1, {caught(operation, "CD2tvMgrProxy::GetInstance"), ispNoManager}}};
   for (const int result : {1, 2, -1, -5, INT_MIN}) {
-    EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetCurrentSubtitle result=" + std::to_string(result)), result);
-    EXPECT_EQ(language, before);
-    EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, ispFailed("-77")}));
+    outcomes.push_back({askIsp + "result=" + std::to_string(result), result, {ispFailed("-77")}});
   }
-  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetCurrentSubtitle result=-5 out.language=6"), -5);
-  EXPECT_EQ(language, 6) << "the stack writes where it is told to";
-  EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, ispFailed("6")}));
-}
-
-TEST_F(IspCurrentSubtitle, AnExceptionAnswersMinusOne) {
-  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetCurrentSubtitle result=throw"), -1);
-  EXPECT_EQ(language, before);
-  EXPECT_EQ(logs(),
-            (Lines{tracks::onIsp, ispBegun, caught(operation, "CD2tvMgrProxy::GetCurrentSubtitle"), ispFailed("-77")}));
-}
-
-TEST_F(IspCurrentSubtitle, WithoutAManagerAnswersMinusOne) {
-  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetInstance result=null"), -1);
-  EXPECT_EQ(language, before);
-  EXPECT_EQ(calls(), (Lines{tracks::ispTold, tracks::askManager + "null [fault]"}));
-  EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, ispNoManager}));
-  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetInstance result=throw"), -1);
-  EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, caught(operation, "CD2tvMgrProxy::GetInstance"), ispNoManager}));
+  expectLanguage(before, begunOnIsp, outcomes);
+  expectLanguage(6, begunOnIsp, {{askIsp + "result=-5 out.language=6", -5, {ispFailed("6")}}});
 }
 
 TEST_F(IspCurrentSubtitle, ANullPointerFailsWithoutBeingPassedOn) {
   EXPECT_EQ(worker.GetCurrentSubtitle(nullptr), -1);
   EXPECT_EQ(calls(), (Lines{tracks::ispTold, tracks::askManager + "made"}));
-  EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, ispFailed("-1")}));
-  EXPECT_EQ(under("CD2tvMgrProxy::GetInstance result=null", [this] { return worker.GetCurrentSubtitle(nullptr); }), -1);
-  EXPECT_EQ(logs(), (Lines{tracks::onIsp, ispBegun, ispNoManager}));
+  EXPECT_EQ(logs(), join({begunOnIsp, {ispFailed("-1")}}));
+  expectEach(begunOnIsp, {{"CD2tvMgrProxy::GetInstance result=null", -1, {ispNoManager}}},
+             [this] { return worker.GetCurrentSubtitle(nullptr); });
 }
 
 TEST_F(IspCurrentSubtitle, NothingOfTheTvServiceIsNeeded) {

@@ -1,4 +1,4 @@
-// The list of subtitles, from the TV service.
+// The list of subtitles, from either TV stack, where calls answer what they seldom do.
 #include "Subtitle.h"
 
 namespace {
@@ -7,259 +7,244 @@ using reports::notWritten;
 using reports::parsed;
 using reports::WriterFault;
 using subtitle::element;
-using subtitle::SubtitleTrack;
+using subtitle::fiveEntries;
 using support::caught;
 using support::join;
 using support::Lines;
 using tracks::document;
-using tracks::documentWith;
 using tracks::Members;
+using tracks::Outcome;
 
 const std::string operation = "GetSubtitleInfo";
-const std::string noTracks = document({{"NumOfSubtitle", "0"}});
+
+// From the TV service.
 
 const std::string idTold = "3 Current service Id = 281";
 const std::string noSize = "0 Get size of HybridSBT fails";
+const std::string sizeTold = "3 Size Of HybridSBT is 3.";
 
-std::string sizeTold(const std::string& size) {
-  return "3 Size Of HybridSBT is " + size + ".";
+/// Three tracks, of which these can be read.
+std::string ofThree(const std::vector<Members>& elements) {
+  return document({{"NumOfSubtitle", "3"}}, "subtitle", elements);
 }
-std::string told(const std::string& text) {
-  return "3 CEmpTaskWindow::GetSubtitleInfo ::jsonstr =>[" + text + "]";
-}
-std::string askTrack(const std::string& index, const std::string& outcome) {
-  return subtitle::aux + "GetHybridSBT(serviceId=281, index=" + index + ") " + outcome;
-}
+const std::string all = ofThree({element("0", "41"), element("1", "51"), element("2", "61")});
 
-const std::string askMode = "IServiceNavigation[main#1]::GetTvMode() mode=0,1 -> 1";
-const std::string askSize = subtitle::aux + "GetHybridSBTSize(serviceId=281) size=3 -> 1";
+using TvSubtitleList = tracks::Telling<subtitle::SubtitleTest, &kel::CEmpTaskWindow::GetSubtitleInfo>;
 
-class SubtitleList : public tracks::Telling<subtitle::SubtitleTest, &kel::CEmpTaskWindow::GetSubtitleInfo> {};
-
-TEST_F(SubtitleList, TellsEachTrackOfTheServiceOnScreen) {
-  EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(text, R"({
-   "NumOfSubtitle" : 3,
-   "subtitle" : [
-      {
-         "index" : 0,
-         "lang" : 41
-      },
-      {
-         "index" : 1,
-         "lang" : 51
-      },
-      {
-         "index" : 2,
-         "lang" : 61
-      }
-   ]
-}
-)");
-  EXPECT_EQ(channels::withoutConditions(calls()),
-            (Lines{tracks::tvTold, askMode,
-                   "TCNavigationModeHelper::GetNavigationCriteria(mode=0,1, navigation=0, "
-                   "service=18446744073709551615) criteria=CRITERIA -> 1",
-                   "IServiceNavigation[main#1]::GetCurrentServiceInfo(mode=0,1, where 115=0, where 1001=0, fetch 12) "
-                   "service={12=281} -> 1",
-                   askSize, askTrack("0", "lang=41 subtitle=0,270 -> 1"), askTrack("1", "lang=51 subtitle=0,271 -> 1"),
-                   askTrack("2", "lang=61 subtitle=0,272 -> 1")}));
-  EXPECT_EQ(logs(), join({tracks::onTv, {idTold, sizeTold("3"), told(text)}}));
-}
-
-TEST_F(SubtitleList, AServiceWithoutSubtitlesHasNoArray) {
-  give({});
-  EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(text, noTracks);
-  const Json::Value root = parsed(text);
-  EXPECT_EQ(root.getMemberNames(), Lines{"NumOfSubtitle"});
-  EXPECT_TRUE(root["NumOfSubtitle"].isUInt());
-  EXPECT_EQ(logs(), join({tracks::onTv, {idTold, sizeTold("0"), told(text)}}));
-}
-
-TEST_F(SubtitleList, ATrackThatCannotBeReadIsCountedAndLeftOutSilently) {
+TEST_F(TvSubtitleList, ATrackThatCannotBeReadIsLeftOutSilently) {
   for (const std::string& way : tracks::notPositive) {
     EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT nth=2 " + way), 1) << way;
-    EXPECT_EQ(text, document({{"NumOfSubtitle", "3"}}, "subtitle", {element("0", "41"), element("2", "61")})) << way;
-    EXPECT_EQ(logs(), join({tracks::onTv, {idTold, sizeTold("3"), told(text)}}));
+    EXPECT_EQ(text, ofThree({element("0", "41"), element("2", "61")})) << way;
+    EXPECT_EQ(logs().size(), tracks::onTv.size() + 3);
   }
 }
 
-TEST_F(SubtitleList, TheArrayIsNullWhenNoTrackCanBeRead) {
-  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT always result=0"), 1);
-  EXPECT_EQ(text, documentWith({{"NumOfSubtitle", "3"}}, "subtitle", "null"));
-  EXPECT_TRUE(parsed(text).isMember("subtitle"));
-  EXPECT_TRUE(parsed(text)["subtitle"].isNull());
-}
-
-TEST_F(SubtitleList, ALanguageThatIsNotWrittenIsThatOfTheTrackBefore) {
+TEST_F(TvSubtitleList, ALanguageThatIsNotWrittenIsThatOfTheTrackBefore) {
   EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT nth=2 result=unwritten"), 1);
-  EXPECT_EQ(text, document({{"NumOfSubtitle", "3"}}, "subtitle",
-                           {element("0", "41"), element("1", "41"), element("2", "61")}));
+  EXPECT_EQ(text, ofThree({element("0", "41"), element("1", "41"), element("2", "61")}));
   EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT result=unwritten"), 1);
   EXPECT_EQ(parsed(text)["subtitle"][0]["lang"].asInt(), -1) << "and -1 before any";
-}
-
-TEST_F(SubtitleList, ATrackThatIsNotWrittenIsHandedOverAsZerosEachTime) {
-  tellUnder("ServiceDataAux::GetHybridSBT result=unwritten");
-  EXPECT_EQ(callsOf("::GetHybridSBT").front(), askTrack("0", "lang=-1 subtitle=0,0 -> 1 [fault]"));
-  tellUnder("ServiceDataAux::GetHybridSBT nth=3 result=unwritten");
-  EXPECT_EQ(callsOf("::GetHybridSBT").back(), askTrack("2", "lang=51 subtitle=0,0 -> 1 [fault]"))
-      << "nothing is left of the track before";
-}
-
-TEST_F(SubtitleList, ALanguageThatAFailedTrackWroteIsCarriedOver) {
-  clearFaults();
-  forget();
   fault("ServiceDataAux::GetHybridSBT out.lang=7 result=0");
   fault("ServiceDataAux::GetHybridSBT nth=2 result=unwritten");
   EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(text, document({{"NumOfSubtitle", "3"}}, "subtitle", {element("1", "7"), element("2", "61")}));
+  EXPECT_EQ(text, ofThree({element("1", "7"), element("2", "61")})) << "also where that one failed";
 }
 
-TEST_F(SubtitleList, TheLanguageIsSignedAndTheIndexThePosition) {
-  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT always out.lang=-2147483648"), 1);
-  EXPECT_EQ(text, document({{"NumOfSubtitle", "3"}}, "subtitle",
-                           {element("0", "-2147483648"), element("1", "-2147483648"), element("2", "-2147483648")}));
-  for (const Json::Value& track : parsed(text)["subtitle"]) {
-    EXPECT_EQ(track.getMemberNames(), (Lines{"index", "lang"}));
-    EXPECT_TRUE(track["index"].isUInt());
-    EXPECT_TRUE(track["lang"].isInt());
+TEST_F(TvSubtitleList, ATrackThatIsNotWrittenIsHandedOverAsZerosEachTime) {
+  const std::string ask = "ServiceDataAux[main#1]::GetHybridSBT(serviceId=281, index=";
+  tellUnder("ServiceDataAux::GetHybridSBT result=unwritten");
+  EXPECT_EQ(callsOf("::GetHybridSBT").front(), ask + "0) lang=-1 subtitle=0,0 -> 1 [fault]");
+  tellUnder("ServiceDataAux::GetHybridSBT nth=3 result=unwritten");
+  EXPECT_EQ(callsOf("::GetHybridSBT").back(), ask + "2) lang=51 subtitle=0,0 -> 1 [fault]")
+      << "nothing is left of the track before";
+}
+
+TEST_F(TvSubtitleList, TheLanguageIsSigned) {
+  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT out.lang=-2147483648"), 1);
+  EXPECT_EQ(text, ofThree({element("0", "-2147483648"), element("1", "51"), element("2", "61")}));
+}
+
+TEST_F(TvSubtitleList, AnyResultAboveZeroSucceeds) {
+  for (const char* const words :
+       {"ServiceDataAux::GetHybridSBT always result=2", "ServiceDataAux::GetHybridSBTSize result=2",
+        "IServiceNavigation::GetCurrentServiceInfo result=2",
+        "TCNavigationModeHelper::GetNavigationCriteria result=-1"}) {  // of which zero alone is a failure
+    EXPECT_EQ(tellUnder(words), 1) << words;
+    EXPECT_EQ(text, all) << words;
   }
 }
 
-TEST_F(SubtitleList, AnyResultAboveZeroSucceeds) {
-  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBT always result=2"), 1);
-  EXPECT_EQ(parsed(text)["subtitle"].size(), 3U);
-  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBTSize result=2"), 1);
-  EXPECT_EQ(parsed(text)["subtitle"].size(), 3U);
-  EXPECT_EQ(tellUnder("IServiceNavigation::GetCurrentServiceInfo result=2"), 1);
-  EXPECT_EQ(tellUnder("TCNavigationModeHelper::GetNavigationCriteria result=-1"), 1) << "but here zero alone fails";
-}
-
-TEST_F(SubtitleList, HoldsTwoHundredTracks) {
-  std::vector<SubtitleTrack> many;
-  std::vector<Members> elements;
-  for (int at = 0; at < 200; ++at) {
-    many.push_back({1000 + at, at, virtualtv::KIND_DVB, true});
-    elements.push_back(element(std::to_string(at), std::to_string(at)));
-  }
-  give(many);
-  EXPECT_EQ(tell(), 1);
-  EXPECT_EQ(text, document({{"NumOfSubtitle", "200"}}, "subtitle", elements));
-}
-
-TEST_F(SubtitleList, ATvModeIsReadByOneAlone) {
-  for (const std::string result : {"0", "-1", "2", "2147483647"}) {
-    EXPECT_EQ(tellUnder("IServiceNavigation::GetTvMode result=" + result), -1) << result;
-    EXPECT_EQ(text, untouched) << result;
-    EXPECT_EQ(calls().size(), 2U);
-    EXPECT_EQ(logs(), join({tracks::onTv, {"0 GetTvMode failed."}}));
-  }
-}
-
-TEST_F(SubtitleList, ATvModeThatIsNotWrittenIsAskedForAsNotKnown) {
-  fault("IServiceNavigation::GetCurrentServiceInfo result=1 out.service={12=281}");
-  fault("TCNavigationModeHelper::GetNavigationCriteria result=1");
-  fault("IServiceNavigation::GetTvMode result=unwritten");
-  EXPECT_EQ(tell(), 1);
+TEST_F(TvSubtitleList, WhatIsNotWrittenIsNoneAnUnknownModeOrTheGreatestId) {
+  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBTSize result=unwritten"), 1);
+  EXPECT_EQ(text, document({{"NumOfSubtitle", "0"}}));
+  EXPECT_EQ(tellUnder("IServiceNavigation::GetCurrentServiceInfo result=unwritten"), -1);
+  EXPECT_EQ(calls().back(), "ServiceDataAux[main#1]::GetHybridSBTSize(serviceId=18446744073709551615) size=0 -> 0");
+  EXPECT_EQ(logs(), join({tracks::onTv, {"3 Current service Id = 18446744073709551615", noSize}}));
+  tellUnder("IServiceNavigation::GetTvMode result=unwritten");
   EXPECT_NE(calls()[2].find("(mode=-1,-1, navigation=0,"), std::string::npos);
 }
 
-TEST_F(SubtitleList, EachCallThatFailsEndsTheListAndLeavesTheText) {
-  const std::vector<std::tuple<std::string, std::size_t, Lines>> steps{
-      {"TCNavigationModeHelper::GetNavigationCriteria result=0", 3, {"0 Get navigation criteria failed"}},
-      {"IServiceNavigation::GetCurrentServiceInfo result=0", 4, {"0 GetCurrentServiceInfo failed."}},
-      {"IServiceNavigation::GetCurrentServiceInfo result=-1", 4, {"0 GetCurrentServiceInfo failed."}},
-      {"ServiceDataAux::GetHybridSBTSize out.size=2 result=0", 5, {idTold, noSize}},
-      {"ServiceDataAux::GetHybridSBTSize out.size=2 result=-1", 5, {idTold, noSize}}};
-  for (const auto& [words, made, lines] : steps) {
-    EXPECT_EQ(tellUnder(words), -1) << words;
-    EXPECT_EQ(text, untouched) << words;
-    EXPECT_EQ(calls().size(), made) << words;
-    EXPECT_EQ(logs(), join({tracks::onTv, lines})) << words;
+TEST_F(TvSubtitleList, AFailureLeavesTheText) {
+  const auto told = [this] { return tell(); };
+  std::vector<Outcome> outcomes{
+      {"TCNavigationModeHelper::GetNavigationCriteria result=0", -1, {"0 Get navigation criteria failed"}},
+      {"IServiceNavigation::GetCurrentServiceInfo result=0", -1, {"0 GetCurrentServiceInfo failed."}},
+      {"IServiceNavigation::GetCurrentServiceInfo result=-1", -1, {"0 GetCurrentServiceInfo failed."}},
+      {"ServiceDataAux::GetHybridSBTSize out.size=2 result=0", -1, {idTold, noSize}},
+      {"ServiceDataAux::GetHybridSBTSize out.size=2 result=-1", -1, {idTold, noSize}}};
+  for (const std::string result : {"0", "-1", "2", "2147483647"}) {  // a mode is told by 1 alone
+    outcomes.push_back({"IServiceNavigation::GetTvMode result=" + result, -1, {"0 GetTvMode failed."}});
   }
-}
-
-TEST_F(SubtitleList, ASizeThatIsNotWrittenIsZero) {
-  EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBTSize result=unwritten"), 1);
-  EXPECT_EQ(text, noTracks);
-}
-
-TEST_F(SubtitleList, AnExceptionAnswersMinusOneAndLeavesTheText) {
   const std::vector<std::pair<std::string, Lines>> steps{{"IServiceNavigation::GetTvMode", {}},
                                                          {"TCNavigationModeHelper::GetNavigationCriteria", {}},
                                                          {"IServiceNavigation::GetCurrentServiceInfo", {}},
                                                          {"ServiceDataAux::GetHybridSBTSize", {idTold}},
-                                                         {"ServiceDataAux::GetHybridSBT", {idTold, sizeTold("3")}}};
+                                                         {"ServiceDataAux::GetHybridSBT", {idTold, sizeTold}}};
   for (const auto& [call, lines] : steps) {
-    EXPECT_EQ(tellUnder(call + " result=throw"), -1) << call;
-    EXPECT_EQ(text, untouched) << call;
-    EXPECT_EQ(logs(), join({tracks::onTv, lines, {caught(operation, call)}})) << call;
+    outcomes.push_back({call + " result=throw", -1, join({lines, {caught(operation, call)}})});
   }
+  expectEach(tracks::onTv, outcomes, told);
+  failsWithout(worker.servicedata_aux_proxy, "ServiceDataAux",
+               join({tracks::onTv,
+                     {idTold, "0 servicedata_aux_proxy is NULL, t_eWindow =0",
+                      "0 CEmpTaskWindow servicedata_aux_proxy create is FAIL!!", "0 ServiceDataAuxproxy is NULL"}}),
+               told, -1);
+  failsWithout(worker.svc_navi_proxy, "CreateServiceNavigation",
+               join({tracks::onTv, channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}), told, 0);
+  failsWithout(worker.svc_datacontrol_proxy, "CreateDataControl", join({tracks::onTv, subtitle::dataControlMissing}),
+               told, 0);
+  EXPECT_EQ(text, untouched);
 }
 
-TEST_F(SubtitleList, ADocumentThatCannotBeWrittenAnswersMinusOneAndLeavesTheText) {
+TEST_F(TvSubtitleList, ADocumentThatCannotBeWrittenAnswersMinusOneAndLeavesTheText) {
   const WriterFault writer;
   EXPECT_EQ(tell(), -1);
   EXPECT_TRUE(writer.hit());
   EXPECT_EQ(text, untouched);
-  EXPECT_EQ(logs(), join({tracks::onTv, {idTold, sizeTold("3"), notWritten(operation)}}));
+  EXPECT_EQ(logs(), join({tracks::onTv, {idTold, sizeTold, notWritten(operation)}}));
 }
 
-TEST_F(SubtitleList, WithoutDataControlAnswersZeroThoughTheListDoesNotUseIt) {
-  failsWithout(
-      worker.svc_datacontrol_proxy, "CreateDataControl", join({tracks::onTv, subtitle::dataControlMissing}),
-      [this] { return tell(); }, 0);
+// From the secondary stack: a document on every path.
+
+/// Two subtitles, two teletext pages and one of teletext subtitles, unless others are said.
+std::string ofFive(const std::vector<Members>& elements, const std::string& subtitles = "2",
+                   const std::string& teletext = "2", const std::string& teletextSubtitles = "1") {
+  return document({{"NumOfSubtitle", subtitles}, {"NumOfTTX", teletext}, {"NumOfTTXSubtitle", teletextSubtitles}},
+                  "subtitle", elements);
+}
+const std::string noEntries = ofFive({}, "0", "0", "0");
+const Lines begunOnIsp{tracks::onIsp, "3 GetSubtitleInfo Start!!"};
+
+/// What is logged of the counts.
+Lines counted(const std::string& total, const std::string& subtitles, const std::string& teletext,
+              const std::string& teletextSubtitles) {
+  return {"3 CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle  sucessufully returned ::with  NumOfSubtitle =>[" +
+              subtitles + "]",
+          "3 CEmpTaskWindow::GetSubtitleInfo:: root[TotalSubtitleSize]==> [" + total + "]   ",
+          "3 CEmpTaskWindow::GetSubtitleInfo:: root[NumOfSubtitle]==> [" + subtitles + "]  :: root[NumOfTTX]==> [" +
+              teletext + "] :: root[NumOfTTXSubtitle]==> [" + teletextSubtitles + "]  "};
+}
+
+using IspSubtitleList = tracks::Telling<subtitle::IspSubtitleTest, &kel::CEmpTaskWindow::GetSubtitleInfo>;
+
+TEST_F(IspSubtitleList, ReadsAsManyEntriesAsThereAreOfAllKinds) {
+  const std::vector<std::tuple<std::string, std::string, std::string, std::size_t>> kinds{
+      {"2", "3", "0", 5}, {"2", "0", "3", 5}, {"0", "0", "1", 1}, {"1", "0", "0", 1}, {"4", "5", "6", 15}};
+  for (const auto& [subtitles, teletext, pages, total] : kinds) {
+    clearFaults();
+    fault("CD2tvMgrProxy::GetDVBSubtitleInfo always result=0 out.subtitle=9,8");
+    fault("CD2tvMgrProxy::GetTotalNumOfSubtitle out.subtitles=" + subtitles + " out.teletext=" + teletext +
+          " out.teletextSubtitles=" + pages);
+    EXPECT_EQ(tell(), 1) << total;
+    EXPECT_EQ(text, ofFive(std::vector<Members>(total, element("9", "8")), subtitles, teletext, pages));
+  }
+}
+
+TEST_F(IspSubtitleList, AnEntryThatCannotBeReadIsLeftOut) {
+  for (const std::string& way : tracks::notZero) {
+    EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetDVBSubtitleInfo nth=2 out.subtitle=7,7 " + way), 1) << way;
+    EXPECT_EQ(text, ofFive({element("0", "41"), element("2", "61"), element("3", "71"), element("4", "81")})) << way;
+  }
+}
+
+TEST_F(IspSubtitleList, NumbersAreUnsignedAndLoggedSigned) {
+  showIsp({}, {fiveEntries[0]});
+  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetDVBSubtitleInfo out.subtitle=4294967295,2147483648"), 1);
+  EXPECT_EQ(text, ofFive({element("4294967295", "2147483648")}, "1", "0", "0"));
+  EXPECT_EQ(logs()[7],
+            "3 CEmpTaskWindow::GetSubtitleInfo :sbtList[index]=> [-1] and sbtList[lang] =>[-2147483648] value  ");
+}
+
+TEST_F(IspSubtitleList, TheSumOfTheCountsIsCutToTheirSize) {
+  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetTotalNumOfSubtitle out.subtitles=4294967295 out.teletext=1 "
+                      "out.teletextSubtitles=0"),
+            1);
+  EXPECT_EQ(text, ofFive({}, "4294967295", "1", "0"));
+  const Lines lines = logs();
+  EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 5), counted("0", "-1", "1", "0"));
+}
+
+TEST_F(IspSubtitleList, WhatIsNotWrittenIsZero) {
+  showIsp({}, {fiveEntries[0], fiveEntries[1]});
+  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetDVBSubtitleInfo nth=2 result=unwritten"), 1);
+  EXPECT_EQ(text, ofFive({element("0", "41"), element("0", "0")}, "2", "0", "0"))
+      << "nothing is left of the entry before";
+  EXPECT_EQ(tellUnder("CD2tvMgrProxy::GetTotalNumOfSubtitle result=unwritten"), 1);
+  EXPECT_EQ(text, noEntries);
+}
+
+TEST_F(IspSubtitleList, AFailureAnswersMinusOneWithADocument) {
+  std::vector<Outcome> outcomes{{"CD2tvMgrProxy::GetInstance result=null", -1, {tracks::noManager}},
+                                {"CD2tvMgrProxy::GetInstance result=throw",
+                                 -1,
+                                 {caught(operation, "CD2tvMgrProxy::GetInstance"), tracks::noManager}},
+                                {"CD2tvMgrProxy::GetTotalNumOfSubtitle result=throw",
+                                 -1,
+                                 {caught(operation, "CD2tvMgrProxy::GetTotalNumOfSubtitle")}},
+                                {"CD2tvMgrProxy::GetDVBSubtitleInfo result=throw", -1,
+                                 join({counted("5", "2", "2", "1"),
+                                       {"3 CEmpTaskWindow::GetSubtitleInfo:: Index NO is :[0] ",
+                                        caught(operation, "CD2tvMgrProxy::GetDVBSubtitleInfo")}})}};
+  for (const std::string result : {"1", "-1", "2", "-2147483648"}) {
+    outcomes.push_back({"CD2tvMgrProxy::GetTotalNumOfSubtitle out.subtitles=9 result=" + result,
+                        -1,
+                        {"0 CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle fail to return  \n "}});
+  }
+  expectEach(
+      begunOnIsp, outcomes, [this] { return tell(); }, noEntries);
+}
+
+TEST_F(IspSubtitleList, ADocumentThatCannotBeWrittenAnswersMinusOneAndLeavesTheText) {
+  const WriterFault writer;
+  EXPECT_EQ(tell(), -1);
+  EXPECT_TRUE(writer.hit());
   EXPECT_EQ(text, untouched);
+  EXPECT_EQ(logs().back(), notWritten(operation));
+  expectEach(begunOnIsp, {{"CD2tvMgrProxy::GetInstance result=null", -1, {tracks::noManager, notWritten(operation)}}},
+             [this] { return tell(); });
 }
 
-TEST_F(SubtitleList, WithoutNavigationAnswersZero) {
-  failsWithout(
-      worker.svc_navi_proxy, "CreateServiceNavigation",
-      join({tracks::onTv, channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}), [this] { return tell(); },
-      0);
-  EXPECT_EQ(text, untouched);
-}
-
-TEST_F(SubtitleList, WithoutServiceDataAnswersMinusOneOnceTheServiceIsKnown) {
-  failsWithout(
-      worker.servicedata_aux_proxy, "ServiceDataAux",
-      join({tracks::onTv,
-            {idTold, "0 servicedata_aux_proxy is NULL, t_eWindow =0",
-             "0 CEmpTaskWindow servicedata_aux_proxy create is FAIL!!", "0 ServiceDataAuxproxy is NULL"}}),
-      [this] { return tell(); }, -1);
-  EXPECT_EQ(text, untouched);
-}
-
-TEST_F(SubtitleList, ProxiesThatAreMissingAreMadeInTheirOrder) {
+TEST_F(IspSubtitleList, NothingOfTheTvServiceIsNeeded) {
   worker.svc_datacontrol_proxy = nullptr;
   worker.svc_navi_proxy = nullptr;
   worker.servicedata_aux_proxy = nullptr;
   EXPECT_EQ(tell(), 1);
-  const Lines all = calls();
-  ASSERT_GE(all.size(), 8U);
-  EXPECT_EQ(all[1], "TVServiceAPI::CreateDataControl(profile=1, index=0) -> 0");
-  EXPECT_EQ(all[2], "TVServiceAPI::CreateServiceNavigation(profile=1, index=0) -> 0");
-  EXPECT_EQ(all[6], "TVServiceAPI::ServiceDataAux(profile=1, index=0) -> made");
-  EXPECT_EQ(all[7], "ServiceDataAux[main#2]::GetHybridSBTSize(serviceId=281) size=3 -> 1");
+  EXPECT_EQ(worker.svc_datacontrol_proxy, nullptr);
+  EXPECT_EQ(worker.svc_navi_proxy, nullptr);
+  EXPECT_EQ(worker.servicedata_aux_proxy, nullptr);
 }
 
-TEST_F(SubtitleList, AServiceWithoutAnIdIsAskedForByTheGreatestOne) {
-  EXPECT_EQ(tellUnder("IServiceNavigation::GetCurrentServiceInfo result=unwritten"), -1);
-  EXPECT_EQ(calls().back(), subtitle::aux + "GetHybridSBTSize(serviceId=18446744073709551615) size=0 -> 0");
-  EXPECT_EQ(logs(), join({tracks::onTv, {"3 Current service Id = 18446744073709551615", noSize}}));
-}
+// What the command answers where no document could be written.
 
-TEST_F(SubtitleList, IsThatOfTheWindowDriven) {
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
-  fault("IServiceNavigation::GetCurrentServiceInfo result=1 out.service={12=281}");
-  forget();
-  EXPECT_EQ(tell(), 1);
-  const Lines all = calls();
-  ASSERT_EQ(all.size(), 8U);
-  EXPECT_EQ(all[1].rfind("IServiceNavigation[pip#2]::GetTvMode()", 0), 0U);
-  EXPECT_EQ(all[4], "ServiceDataAux[pip#2]::GetHybridSBTSize(serviceId=281) size=3 -> 1");
+class SubtitleListCommand : public tracks::TrackCommand {};
+
+TEST_F(SubtitleListCommand, WhetherTheSourceIsIspIsAskedAnewForTheAnswer) {
+  const WriterFault writer;
+  EXPECT_EQ(execute(operation), "ascii");
+  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=isp-service", operation), "int -1");
+  showIsp({}, {});
+  EXPECT_EQ(execute(operation), "int -1");
+  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=tv-service", operation), "ascii");
 }
 
 }  // namespace

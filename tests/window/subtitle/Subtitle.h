@@ -30,23 +30,23 @@ inline const Lines dataControlMissing{"0 svc_datacontrol_proxy is NULL, t_eWindo
                                       "0 CEmpTaskWindow svc_datacontrol_proxy create is FAIL!!",
                                       "0 ServiceDataControlproxy is NULL"};
 
-/// As a trace shows the main window's first interfaces, before the operation and its arguments.
-inline const std::string aux = "ServiceDataAux[main#1]::";
-inline const std::string control = "IDataControl[main#1]::";
-
 /// A worker for the main window; the TV service shows 281 with three subtitles.
 class SubtitleTest : public tracks::TrackTest {
  protected:
   void SetUp() override {
     TrackTest::SetUp();
-    give(threeTracks);
-  }
-
-  /// The service on screen has these tracks.
-  void give(const std::vector<SubtitleTrack>& subtitles) {
     virtualtv::Service service;
-    service.subtitles = subtitles;
+    service.subtitles = threeTracks;
     showTv(service);
+  }
+};
+
+/// The same with the ISP source on screen, which has the five entries.
+class IspSubtitleTest : public SubtitleTest {
+ protected:
+  void SetUp() override {
+    SubtitleTest::SetUp();
+    showIsp({}, fiveEntries);
   }
 };
 
