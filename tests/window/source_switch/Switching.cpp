@@ -7,14 +7,9 @@ using sources::middlewareKey;
 using sources::pipKey;
 using sources::previousMainKey;
 using sources::previousPipKey;
-using support::place;
 using virtualtv::WindowId;
 
 const Lines startKeys{"20", "77", "0", "-", "-"};
-const Lines toIsp{"3 [ISPSource] : SetSource to ISP Source : [48]",
-                  place("SetSource_D2TV", 3, "Window/Src/EmpTaskWindow_D2TV"),
-                  "3 CEmpTaskWindow::SetSource : [SetISPSource]"};
-
 const std::string askApp = "CEmpEngineBase::GetAppInfo(type=1) -> \"test.app\"";
 const std::string leave = "ISourceControl[main#1]::DeactivateSource() -> 1";
 
@@ -29,7 +24,25 @@ void SwitchTest::restart() {
   show(5, 8);
   setSetting(mainKey, 20);
   setSetting(previousMainKey, 77);
+  tv().removeSetting(middlewareKey);
   forget();
+}
+
+void SwitchTest::expectFailures(int source, int major, const Lines& begun, const std::vector<Failure>& failures) {
+  for (const Failure& failure : failures) {
+    SCOPED_TRACE(failure.fault);
+    restart();
+    fault(failure.fault);
+    EXPECT_FALSE(set(source, major));
+    EXPECT_TRUE(faultsHit());
+    EXPECT_EQ(logs(), join({request(source, major), begun, failure.logs}));
+    EXPECT_EQ(keys(), failure.keys);
+    EXPECT_EQ(shown(), failure.shown);
+  }
+}
+
+Lines SwitchTest::request(int source, int major) {
+  return asked(source, major);
 }
 
 Lines SwitchTest::keys() {
@@ -44,12 +57,6 @@ Lines SwitchTest::keys() {
 
 int SwitchTest::shown(WindowId window) {
   return tv().state()[window].source;
-}
-
-void SwitchTest::drivePictureInPicture() {
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
-  show(1, 2, WindowId::pip);
-  forget();
 }
 
 Lines asked(int source, int major) {
@@ -94,6 +101,27 @@ Lines recorded(int source, int previous) {
 
 Lines askSource() {
   return {sources::askState, sources::askCurrent};
+}
+
+std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, int shown) {
+  const std::string was = std::to_string(previous);
+  const Lines told = join({begun, {written(previousMainKey, previous)}, published(source)});
+  const Lines untold{"0 set the vconf for emptvsmw failed!!!", "0 t_SetTVMWMainSourcevconf failed"};
+  const std::string thrown = caught("t_SetSource", "vconf_set_int");
+  Lines none = startKeys;
+  none[0] = previous == 20 ? none[0] : was;
+  Lines first = none;
+  first[1] = was;
+  Lines second = first;
+  second[4] = "test.widget:" + std::to_string(source);
+  return {{"vconf_set_int result=-1", join({begun, {unwritten(previousMainKey, previous)}}), none, shown},
+          {"vconf_set_int result=1", join({begun, {unwritten(previousMainKey, previous)}}), none, shown},
+          {"vconf_set_int result=throw", join({begun, {thrown, unwritten(previousMainKey, previous)}}), none, shown},
+          {"vconf_set_str result=-1", join({told, untold}), first, shown},
+          {"vconf_set_str result=throw", join({told, {caught("t_SetTVMWMainSourcevconf", "vconf_set_str")}, untold}),
+           first, shown},
+          {"vconf_set_int nth=2 result=-1", join({told, {unwritten(mainKey, source)}}), second, shown},
+          {"vconf_set_int nth=2 result=throw", join({told, {thrown, unwritten(mainKey, source)}}), second, shown}};
 }
 
 std::string switchTo(int tc) {

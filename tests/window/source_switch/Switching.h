@@ -18,6 +18,16 @@ inline constexpr int noMajor = -1;
 inline constexpr int isp = 48;
 inline constexpr int none = 43;
 
+extern const Lines startKeys;  ///< the keys as the test starts
+
+/// A call that fails, what is logged then, the keys and the set's own source afterwards.
+struct Failure {
+  std::string fault;
+  Lines logs;
+  Lines keys = startKeys;
+  int shown = 5;
+};
+
 /// A worker for the main window of a set with the three services. The set shows its source 5 (the plug-in's 20) there,
 /// as the keys say too; the plug-in's 77 was shown before.
 class SwitchTest : public sources::SourceTest {
@@ -29,7 +39,11 @@ class SwitchTest : public sources::SourceTest {
   }
 
   /// Back to what the test started with; what was seen so far is dropped.
-  void restart();
+  virtual void restart();
+
+  /// Asks for a source under each fault, from the start each time: it fails, having logged the request, `begun`, and
+  /// the lines of the fault.
+  void expectFailures(int source, int major, const Lines& begun, const std::vector<Failure>& failures);
 
   /// The keys of current and previous source, main window then picture-in-picture, and what the middleware was told;
   /// `-` for a key that is not there.
@@ -37,11 +51,9 @@ class SwitchTest : public sources::SourceTest {
   /// The set's own number of the source that a window shows, -1 for none.
   int shown(virtualtv::WindowId window = virtualtv::WindowId::main);
 
-  /// From now on the worker drives the picture-in-picture window, where the source 1 (the plug-in's 15) is shown.
-  void drivePictureInPicture();
+  /// The log lines of a request that has read what the window shows.
+  virtual Lines request(int source, int major);
 };
-
-extern const Lines startKeys;  ///< the keys as the test starts
 
 // Log lines.
 
@@ -57,8 +69,8 @@ std::string unwritten(const std::string& key, int source);
 Lines published(int source);
 /// A switch of the main window is recorded.
 Lines recorded(int source, int previous);
-/// A switch to the ISP source, as far as the secondary stack's answer.
-extern const Lines toIsp;
+/// Each way in which such a record fails, behind these lines, with the set on this source of its own.
+std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, int shown);
 
 // Calls, as traced.
 
