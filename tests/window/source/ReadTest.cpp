@@ -1,115 +1,104 @@
-// Reading a window's source: the one shown, the one before, its state.
+// Reading a window's source, the one shown, the one before and its state, where calls answer what they seldom do.
 #include "support/Sources.h"
 
 namespace {
 
-using sources::askCurrent;
-using sources::askState;
-using sources::converted;
 using sources::currentLogs;
 using sources::noSourceControl;
 using sources::previousMainKey;
-using sources::previousPipKey;
 using sources::refused;
 using support::banner;
 using support::caught;
 using support::join;
-using support::leveled;
 using support::Lines;
 using support::place;
 
-const Lines current{"3 This is t_GetCurrentSourceInfo", "3 GetSourceState start"};
-const Lines currentRead = join({currentLogs(5), converted(5, 20)});
+const Lines askedState{place("GetSource"), "3 This is t_GetCurrentSourceInfo", "3 GetSourceState start"};
+const Lines askedSource = join({askedState, {"3 GetSourceState = 2"}});
+const Lines askedPrevious{place("GetPreviousSource"), "3 This is t_GetPreviousSourceInfo"};
+
+/// A fault, the result, and what the operation logs.
+struct Outcome {
+  std::string fault;
+  int result;
+  int output;
+  Lines logs;
+};
 
 class ReadTest : public sources::SourceTest {
  protected:
-  int getSource(int seek) { return worker.GetSource(&source, static_cast<_PL_WINDOW_SEEK>(seek)); }
+  /// The three operations; what they write goes to `output`.
+  int getSource(int seek = 0) {
+    auto source = static_cast<_PL_WINDOW_Source>(output);
+    const int result = worker.GetSource(&source, static_cast<_PL_WINDOW_SEEK>(seek));
+    output = source;
+    return result;
+  }
+  int getPrevious() {
+    auto source = static_cast<_PL_WINDOW_Source>(output);
+    const int result = worker.GetPreviousSource(&source);
+    output = source;
+    return result;
+  }
+  int getState() { return worker.GetSourceState(&output); }
 
-  /// Reads the source under a fault; -1 stands for a failure.
-  int underFault(const std::string& words) {
-    only(words);
-    source = untouched;
-    const int result = getSource(0);
-    EXPECT_TRUE(faultsHit());
-    if (result == 1) return source;
-    EXPECT_EQ(result, -1);
-    EXPECT_EQ(source, untouched) << "the output stays as it was";
-    return -1;
+  template <typename Operation>
+  void expectEach(const std::vector<Outcome>& outcomes, Operation operation) {
+    for (const Outcome& outcome : outcomes) {
+      SCOPED_TRACE(outcome.fault);
+      output = untouched;
+      EXPECT_EQ(under(outcome.fault, operation), outcome.result);
+      EXPECT_EQ(output, outcome.output);
+      EXPECT_EQ(logs(), outcome.logs);
+    }
   }
 
-  static constexpr auto untouched = static_cast<_PL_WINDOW_Source>(-77);
-  _PL_WINDOW_Source source = untouched;
+  static constexpr int untouched = -77;
+  int output = untouched;
 };
-
-TEST_F(ReadTest, GetSourceAnswersTheSourceShown) {
-  EXPECT_EQ(getSource(0), 1);
-  EXPECT_EQ(source, 20);
-  EXPECT_EQ(calls(), (Lines{askState, askCurrent}));
-  EXPECT_EQ(logs(), join({{place("GetSource")}, currentRead}));
-}
 
 TEST_F(ReadTest, GetSourceAsksTheTvServiceForEverySeekButTheThreePreviousOnes) {
   setSetting(previousMainKey, 99);
   for (const int seek : {-1, 0, 1, 2, 3, 4, 5, 7, 10, 11, 12, 101, 2147483647}) {
     EXPECT_EQ(getSource(seek), 1) << seek;
-    EXPECT_EQ(source, 20) << seek;
+    EXPECT_EQ(output, 20) << seek;
   }
-}
-
-TEST_F(ReadTest, GetSourceAnswersThePreviousSourceAsItIsStored) {
   for (const int seek : {6, 8, 9}) {
     for (const int stored : {0, 43, 100, -5, 123456}) {
       setSetting(previousMainKey, stored);
-      forget();
-      EXPECT_EQ(getSource(seek), 1);
-      EXPECT_EQ(source, stored);
-      const std::string value = std::to_string(stored);
-      EXPECT_EQ(calls(), Lines{"vconf_get_int(key=\"db/emp/previousmainsource\") value=" + value + " -> 0"});
-      EXPECT_EQ(logs(), (Lines{place("GetSource"),
-                               "3 m_PreviousSourceVconf db/emp/previousmainsource = " + value + " success"}));
+      EXPECT_EQ(getSource(seek), 1) << seek;
+      EXPECT_EQ(output, stored) << "as it is stored";
     }
   }
+}
+
+TEST_F(ReadTest, GetSourceFailsWhenThePreviousSourceCannotBeRead) {
+  const std::string failed = "0 Get vconf db/emp/previousmainsource failed";
+  expectEach(
+      {{"vconf_get_int result=-1", 0, untouched, {place("GetSource"), failed}},
+       {"vconf_get_int result=9", 0, untouched, {place("GetSource"), failed}},
+       {"vconf_get_int result=throw", 0, untouched, {place("GetSource"), caught("GetSource", "vconf_get_int"), failed}},
+       {"vconf_get_int result=unwritten",
+        1,
+        0,
+        {place("GetSource"), "3 m_PreviousSourceVconf db/emp/previousmainsource = 0 success"}}},
+      [this] { return getSource(6); });
 }
 
 TEST_F(ReadTest, GetSourceReadsThePreviousSourceOfItsWindow) {
   worker.SetWindow(PL_WINDOW_WINDOW_PIP);
   setSetting(previousMainKey, 1);
-  setSetting(previousPipKey, 2);
+  EXPECT_EQ(getSource(8), 0) << "which was never stored";
+  setSetting(sources::previousPipKey, 2);
   EXPECT_EQ(getSource(8), 1);
-  EXPECT_EQ(source, 2);
-}
-
-TEST_F(ReadTest, GetSourceFailsWhenThePreviousSourceCannotBeRead) {
-  const Lines failed{place("GetSource"), "0 Get vconf db/emp/previousmainsource failed"};
-  for (const char* way : {"result=-1", "result=-9"}) {
-    only(std::string("vconf_get_int ") + way);
-    EXPECT_EQ(getSource(6), 0) << way;
-    EXPECT_EQ(logs(), failed) << way;
-  }
-  only("vconf_get_int result=throw");
-  EXPECT_EQ(getSource(6), 0);
-  EXPECT_EQ(logs(), (Lines{failed[0], caught("GetSource", "vconf_get_int"), failed[1]}));
-  EXPECT_EQ(source, untouched);
-}
-
-TEST_F(ReadTest, GetSourceAnswers0ForAPreviousSourceThatTheStoreLeavesOut) {
-  only("vconf_get_int result=unwritten");
-  EXPECT_EQ(getSource(6), 1);
-  EXPECT_EQ(source, 0);
-}
-
-TEST_F(ReadTest, GetSourceFailsForAPreviousSourceThatWasNeverStored) {
-  worker.SetWindow(PL_WINDOW_WINDOW_PIP);
-  forget();
-  EXPECT_EQ(getSource(9), 0);
-  EXPECT_EQ(logs(), (Lines{place("GetSource"), "0 Get vconf db/emp/previouspipsource failed"}));
+  EXPECT_EQ(output, 2);
 }
 
 TEST_F(ReadTest, NullOutputIsRefusedBeforeAnythingElse) {
-  EXPECT_EQ(worker.GetSource(nullptr, _PL_WINDOW_SEEK{}), -3);
-  EXPECT_EQ(logs(), (Lines{place("GetSource"), banner(0, "GetSource")}));
-  EXPECT_EQ(worker.GetSource(nullptr, PL_WINDOW_SEEK_PREVIOUS_SOURCE_6), -3);
-  forget();
+  for (const _PL_WINDOW_SEEK seek : {_PL_WINDOW_SEEK{}, PL_WINDOW_SEEK_PREVIOUS_SOURCE_6}) {
+    EXPECT_EQ(worker.GetSource(nullptr, seek), -3);
+    EXPECT_EQ(logs(), (Lines{place("GetSource"), banner(0, "GetSource")}));
+  }
   EXPECT_EQ(worker.GetPreviousSource(nullptr), -3);
   EXPECT_EQ(logs(), (Lines{place("GetPreviousSource"), banner(0, "GetPreviousSource")}));
   EXPECT_EQ(worker.GetSourceState(nullptr), -3);
@@ -117,190 +106,92 @@ TEST_F(ReadTest, NullOutputIsRefusedBeforeAnythingElse) {
   EXPECT_EQ(calls(), Lines());
 }
 
-TEST_F(ReadTest, GetSourceWithoutAnActiveSourceIsFortyThree) {
+TEST_F(ReadTest, GetSourceIsFortyThreeWithoutAStateThatCanBeRead) {
+  const std::string call = "ISourceControl::GetSourceState ";
+  const Lines inactive = join({askedState, {"0 Get GetSourceState failed", "3 TVS is not active"}});
+  expectEach(
+      {{call + "result=0", 1, 43, inactive},
+       {call + "result=-1", 1, 43, inactive},
+       {call + "result=2", 1, 43, inactive},
+       {call + "result=unwritten", 1, 43,
+        join({askedState,
+              {"3 GetSourceState = -1", "3 Get GetSourceState success and eCurrentSourceState = SOURCE_STATE_NONE",
+               "3 TVS is not active"}})},
+       {call + "result=throw", -1, untouched,
+        join({askedState, {caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")}})}},
+      [this] { return getSource(); });
+}
+
+TEST_F(ReadTest, GetSourceFailsForASourceThatCannotBeReadOrTranslated) {
+  const std::string call = "ISourceControl::GetCurrentSourceInfo ";
+  const std::string failed = "0 GetCurrentSourceInfo failed";
+  const auto alien = [](int tc) { return join({{place("GetSource")}, currentLogs(tc), refused(tc)}); };
+  expectEach({{call + "result=7", 1, 20, join({{place("GetSource")}, currentLogs(5), sources::converted(5, 20)})},
+              {call + "result=0", -1, untouched, join({askedSource, {failed}})},
+              {call + "result=-1", -1, untouched, join({askedSource, {failed}})},
+              {call + "result=throw", -1, untouched,
+               join({askedSource, {caught("t_GetCurrentSourceInfo", "ISourceControl::GetCurrentSourceInfo"), failed}})},
+              {call + "result=unwritten", -1, untouched, alien(-1)},
+              {call + "out.source=23", -1, untouched, alien(23)},
+              {call + "out.source=999", -1, untouched, alien(999)}},
+             [this] { return getSource(); });
+}
+
+TEST_F(ReadTest, GetPreviousSourceAsksTheTvServiceAndNotTheKeyAndNotForTheState) {
+  setSetting(previousMainKey, 99);
   deactivate();
-  EXPECT_EQ(getSource(0), 1);
-  EXPECT_EQ(source, 43);
-  EXPECT_EQ(calls(), Lines{"ISourceControl[main#1]::GetSourceState() state=-1 -> 1"});
-  EXPECT_EQ(
-      logs(),
-      join({{place("GetSource")},
-            current,
-            leveled(3, {"GetSourceState = -1", "Get GetSourceState success and eCurrentSourceState = SOURCE_STATE_NONE",
-                        "TVS is not active"})}));
+  forget();
+  EXPECT_EQ(getPrevious(), 1);
+  EXPECT_EQ(output, 24);
+  EXPECT_EQ(calls(), Lines{"ISourceControl[main#1]::GetPreviousSourceInfo() source=8 -> 1"});
+  EXPECT_EQ(logs(),
+            join({askedPrevious, {"3 GetPreviousSourceInfo successfully eTVSSource = 8"}, sources::converted(8, 24)}));
 }
 
-TEST_F(ReadTest, GetSourceIsFortyThreeWhenTheStateCannotBeRead) {
-  const Lines inactive{"0 Get GetSourceState failed", "3 TVS is not active"};
-  for (const int result : {0, -1, 2, 100}) {
-    EXPECT_EQ(underFault("ISourceControl::GetSourceState result=" + std::to_string(result)), 43) << result;
-    EXPECT_EQ(calls().size(), 1U);
-    EXPECT_EQ(logs(), join({{place("GetSource")}, current, inactive})) << result;
-  }
+TEST_F(ReadTest, GetPreviousSourceFailsForASourceThatCannotBeReadOrTranslated) {
+  const std::string call = "ISourceControl::GetPreviousSourceInfo ";
+  const std::string failed = "0 GetCurrentSourceInfo failed";
+  const Lines alien = join({askedPrevious, {"3 GetPreviousSourceInfo successfully eTVSSource = -1"}, refused(-1)});
+  expectEach(
+      {{call + "result=0", -1, untouched, join({askedPrevious, {failed}})},
+       {call + "result=-1", -1, untouched, join({askedPrevious, {failed}})},
+       {call + "result=throw", -1, untouched,
+        join({askedPrevious, {caught("t_GetPreviousSourceInfo", "ISourceControl::GetPreviousSourceInfo"), failed}})},
+       {call + "out.source=-1", -1, untouched, alien},
+       {call + "result=unwritten", -1, untouched, alien}},
+      [this] { return getPrevious(); });
 }
 
-TEST_F(ReadTest, GetSourceFailsWhenTheStateIsReadWithAnException) {
-  EXPECT_EQ(underFault("ISourceControl::GetSourceState result=throw"), -1);
-  EXPECT_EQ(calls(), Lines{"ISourceControl[main#1]::GetSourceState() -> throws [fault]"});
-  EXPECT_EQ(
-      logs(),
-      join({{place("GetSource")}, current, {caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")}}));
+TEST_F(ReadTest, GetSourceStateFailsOnAnyResultButOne) {
+  const std::string call = "ISourceControl::GetSourceState ";
+  const Lines begun{place("GetSourceState"), "3 GetSourceState start"};
+  const Lines failed = join({begun, {"0 Get GetSourceState failed"}});
+  expectEach({{call + "out.state=2", 1, 2, join({begun, {"3 GetSourceState = 2"}})},
+              {call + "result=unwritten", 1, -1, join({begun, {"3 GetSourceState = -1"}})},
+              {call + "result=0", -1, untouched, failed},
+              {call + "result=-1", -1, untouched, failed},
+              {call + "result=2", -1, untouched, failed},
+              {call + "result=throw", -1, untouched,
+               join({begun, {caught("GetSourceState", "ISourceControl::GetSourceState"), failed.back()}})}},
+             [this] { return getState(); });
 }
 
-TEST_F(ReadTest, GetSourceTakesAStateThatNobodyWroteForNone) {
-  EXPECT_EQ(underFault("ISourceControl::GetSourceState result=unwritten"), 43);
-}
-
-TEST_F(ReadTest, GetSourceFailsWhenTheSourceCannotBeRead) {
-  const Lines before = join({{place("GetSource")}, current, {"3 GetSourceState = 2"}});
-  for (const int result : {0, -1}) {
-    EXPECT_EQ(underFault("ISourceControl::GetCurrentSourceInfo result=" + std::to_string(result)), -1);
-    EXPECT_EQ(logs(), join({before, {"0 GetCurrentSourceInfo failed"}}));
-  }
-  EXPECT_EQ(underFault("ISourceControl::GetCurrentSourceInfo result=throw"), -1);
-  EXPECT_EQ(logs(), join({before,
-                          {caught("t_GetCurrentSourceInfo", "ISourceControl::GetCurrentSourceInfo"),
-                           "0 GetCurrentSourceInfo failed"}}));
-}
-
-TEST_F(ReadTest, GetSourceSucceedsOnAnyPositiveResult) {
-  EXPECT_EQ(underFault("ISourceControl::GetCurrentSourceInfo result=7"), 20);
-}
-
-TEST_F(ReadTest, GetSourceFailsForASourceThatCannotBeTranslated) {
-  for (const int tc : {-1, 23, 30, 999}) {
-    EXPECT_EQ(underFault("ISourceControl::GetCurrentSourceInfo out.source=" + std::to_string(tc)), -1) << tc;
-    EXPECT_EQ(logs(), join({{place("GetSource")}, currentLogs(tc), refused(tc)}));
-  }
-  EXPECT_EQ(underFault("ISourceControl::GetCurrentSourceInfo result=unwritten"), -1);
-  EXPECT_EQ(logs(), join({{place("GetSource")}, currentLogs(-1), refused(-1)}));
-}
-
-TEST_F(ReadTest, GetSourceFailsWithoutSourceControl) {
+TEST_F(ReadTest, WithoutSourceControlAllFail) {
   loseSourceControl();
-  EXPECT_EQ(getSource(0), -1);
-  EXPECT_EQ(source, untouched);
+  forget();
+  EXPECT_EQ(getSource(), -1);
   EXPECT_EQ(logs(), join({{place("GetSource")}, noSourceControl}));
+  EXPECT_EQ(getPrevious(), -1);
+  EXPECT_EQ(logs(), join({{place("GetPreviousSource")}, noSourceControl}));
+  EXPECT_EQ(getState(), -1);
+  EXPECT_EQ(logs(), join({{place("GetSourceState")}, noSourceControl}));
+  EXPECT_EQ(output, untouched);
 }
 
 TEST_F(ReadTest, GetSourceMakesTheSourceControlThatIsMissing) {
   worker.src_ctrl_proxy = nullptr;
-  EXPECT_EQ(getSource(0), 1);
-  EXPECT_EQ(source, 20);
-  EXPECT_EQ(calls(), (Lines{"TVServiceAPI::CreateSourceControl(profile=1, index=0) -> 0",
-                            "ISourceControl[main#2]::GetSourceState() state=2 -> 1",
-                            "ISourceControl[main#2]::GetCurrentSourceInfo() source=5 -> 1"}));
-}
-
-TEST_F(ReadTest, GetSourceAsksTheWindowDriven) {
-  worker.SetWindow(PL_WINDOW_WINDOW_PIP);
-  show(1, 2, virtualtv::WindowId::pip);
-  forget();
-  EXPECT_EQ(getSource(0), 1);
-  EXPECT_EQ(source, 15);
-  EXPECT_EQ(calls(), (Lines{"ISourceControl[pip#2]::GetSourceState() state=2 -> 1",
-                            "ISourceControl[pip#2]::GetCurrentSourceInfo() source=1 -> 1"}));
-}
-
-TEST_F(ReadTest, GetPreviousSourceAsksTheTvServiceAndNotTheKey) {
-  setSetting(previousMainKey, 99);
-  forget();
-  EXPECT_EQ(worker.GetPreviousSource(&source), 1);
-  EXPECT_EQ(source, 24);
-  EXPECT_EQ(calls(), Lines{"ISourceControl[main#1]::GetPreviousSourceInfo() source=8 -> 1"});
-  EXPECT_EQ(logs(), join({{place("GetPreviousSource"), "3 This is t_GetPreviousSourceInfo",
-                           "3 GetPreviousSourceInfo successfully eTVSSource = 8"},
-                          converted(8, 24)}));
-}
-
-TEST_F(ReadTest, GetPreviousSourceDoesNotCareForTheState) {
-  deactivate();
-  EXPECT_EQ(worker.GetPreviousSource(&source), 1);
-  EXPECT_EQ(source, 24);
-}
-
-TEST_F(ReadTest, GetPreviousSourceFailsWhenItCannotBeRead) {
-  const Lines before{place("GetPreviousSource"), "3 This is t_GetPreviousSourceInfo"};
-  const Lines failed{"0 GetCurrentSourceInfo failed"};
-  for (const int result : {0, -1}) {
-    only("ISourceControl::GetPreviousSourceInfo result=" + std::to_string(result));
-    EXPECT_EQ(worker.GetPreviousSource(&source), -1);
-    EXPECT_EQ(logs(), join({before, failed}));
-  }
-  only("ISourceControl::GetPreviousSourceInfo result=throw");
-  EXPECT_EQ(worker.GetPreviousSource(&source), -1);
-  EXPECT_EQ(logs(),
-            join({before, {caught("t_GetPreviousSourceInfo", "ISourceControl::GetPreviousSourceInfo")}, failed}));
-  EXPECT_EQ(source, untouched);
-}
-
-TEST_F(ReadTest, GetPreviousSourceFailsForASourceThatCannotBeTranslated) {
-  for (const char* way : {"out.source=-1", "result=unwritten"}) {
-    only(std::string("ISourceControl::GetPreviousSourceInfo ") + way);
-    EXPECT_EQ(worker.GetPreviousSource(&source), -1) << way;
-    EXPECT_EQ(source, untouched);
-    EXPECT_EQ(logs(), join({{place("GetPreviousSource"), "3 This is t_GetPreviousSourceInfo",
-                             "3 GetPreviousSourceInfo successfully eTVSSource = -1"},
-                            refused(-1)}));
-  }
-}
-
-TEST_F(ReadTest, GetPreviousSourceFailsWithoutSourceControl) {
-  loseSourceControl();
-  EXPECT_EQ(worker.GetPreviousSource(&source), -1);
-  EXPECT_EQ(logs(), join({{place("GetPreviousSource")}, noSourceControl}));
-}
-
-TEST_F(ReadTest, GetSourceStateAnswersTheStateAlsoThatOfNoSource) {
-  int state = -77;
-  EXPECT_EQ(worker.GetSourceState(&state), 1);
-  EXPECT_EQ(state, 2);
-  EXPECT_EQ(calls(), Lines{askState});
-  EXPECT_EQ(logs(), (Lines{place("GetSourceState"), "3 GetSourceState start", "3 GetSourceState = 2"}));
-  deactivate();
-  EXPECT_EQ(worker.GetSourceState(&state), 1);
-  EXPECT_EQ(state, -1);
-}
-
-TEST_F(ReadTest, GetSourceStateFailsOnAnyResultButOne) {
-  const Lines before{place("GetSourceState"), "3 GetSourceState start"};
-  int state = -77;
-  for (const int result : {0, -1, 2}) {
-    only("ISourceControl::GetSourceState result=" + std::to_string(result));
-    EXPECT_EQ(worker.GetSourceState(&state), -1) << result;
-    EXPECT_EQ(logs(), join({before, {"0 Get GetSourceState failed"}}));
-  }
-  only("ISourceControl::GetSourceState result=throw");
-  EXPECT_EQ(worker.GetSourceState(&state), -1);
-  EXPECT_EQ(
-      logs(),
-      join({before, {caught("GetSourceState", "ISourceControl::GetSourceState"), "0 Get GetSourceState failed"}}));
-  EXPECT_EQ(state, -77);
-}
-
-TEST_F(ReadTest, GetSourceStateIsMinusOneWhenNobodyWroteIt) {
-  int state = -77;
-  only("ISourceControl::GetSourceState result=unwritten");
-  EXPECT_EQ(worker.GetSourceState(&state), 1);
-  EXPECT_EQ(state, -1);
-}
-
-TEST_F(ReadTest, GetSourceStateFailsWithoutSourceControl) {
-  int state = -77;
-  loseSourceControl();
-  EXPECT_EQ(worker.GetSourceState(&state), -1);
-  EXPECT_EQ(state, -77);
-  EXPECT_EQ(logs(), join({{place("GetSourceState")}, noSourceControl}));
-}
-
-TEST_F(ReadTest, ChangesNoSettingsKey) {
-  setSetting(sources::mainKey, 11);
-  setSetting(previousMainKey, 12);
-  getSource(0);
-  getSource(6);
-  worker.GetPreviousSource(&source);
-  EXPECT_EQ(intSetting(sources::mainKey), 11);
-  EXPECT_EQ(intSetting(previousMainKey), 12);
+  EXPECT_EQ(getSource(), 1);
+  EXPECT_EQ(output, 20);
 }
 
 }  // namespace
