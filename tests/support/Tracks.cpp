@@ -31,22 +31,14 @@ void show(Tv& tv, const std::vector<AudioTrack>& audio, const std::vector<Subtit
 
 }  // namespace
 
-const Lines askCurrent{
-    "IServiceNavigation[main#1]::GetTvMode() mode=0,1 -> 1",
-    "IServiceNavigation[main#1]::GetCurrentService(mode=0,1, fetch 12 16 41 15 18 1 2 6 37 4 13 14 22 110)"};
-
 std::string document(const Members& numbers, const std::string& array, const std::vector<Members>& elements) {
   std::string text;
   for (const Members& element : elements) {
     text += (text.empty() ? "" : ",\n");
     text += "      {\n" + members(element, "         ") + "\n      }";
   }
-  return documentWith(numbers, array, text.empty() ? "[]" : "[\n" + text + "\n   ]");
-}
-
-std::string documentWith(const Members& numbers, const std::string& array, const std::string& value) {
   Members all = numbers;
-  if (!array.empty()) all.emplace_back(array, value);
+  if (!array.empty()) all.emplace_back(array, text.empty() ? "[]" : "[\n" + text + "\n   ]");
   return "{\n" + members(all, "   ") + "\n}\n";
 }
 
@@ -72,14 +64,6 @@ void TrackTest::showTv(const Service& with) {
 void TrackTest::showIsp(const std::vector<AudioTrack>& audio, const std::vector<SubtitleTrack>& subtitles) {
   show(tv(), audio, subtitles);
   forget();
-}
-
-Lines TrackTest::made() {
-  Lines all = calls();
-  for (std::string& call : all) {
-    if (call.find("::GetCurrentService(") != std::string::npos) call = channels::head(call);
-  }
-  return all;
 }
 
 Lines TrackTest::waysToFail(const std::string& factory) {
@@ -111,14 +95,6 @@ void TrackCommand::showTv(const Service& with) {
 void TrackCommand::showIsp(const std::vector<AudioTrack>& audio, const std::vector<SubtitleTrack>& subtitles) {
   show(tv(), audio, subtitles);
   forget();
-}
-
-Lines TrackCommand::ownLogs() {
-  Lines lines = logs();
-  lines.erase(std::remove_if(lines.begin(), lines.end(),
-                             [](const std::string& line) { return line.find("::IsSourceISP::") != std::string::npos; }),
-              lines.end());
-  return lines;
 }
 
 }  // namespace tracks

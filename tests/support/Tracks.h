@@ -15,7 +15,6 @@ using support::Lines;
 /// The settings key that tells what was on screen last, and its reading as a trace shows it.
 inline constexpr const char* lastService = "db/boot/last_service";
 inline const std::string askStack = "vconf_get_str(key=\"db/boot/last_service\") -> ";
-inline const std::string tvTold = askStack + "\"tv-service\"";
 inline const std::string ispTold = askStack + "\"isp-service\"";
 
 /// What asking logs where the TV service shows the picture, and where the secondary stack does.
@@ -31,8 +30,7 @@ inline const std::string manager = "CD2tvMgrProxy[set#1]::";
 /// The log line of a manager that is missing, in the lists of both kinds.
 inline const std::string noManager = "0 Invalid Channel Manager Instance.";
 
-/// Looking up the service on screen of the main window: the calls up to the record, and the log lines of 281.
-extern const Lines askCurrent;
+/// The log lines of looking up the service on screen, where that is 281.
 inline const Lines currentTold{"3 SERVICE_ID = 281", "3 MAJOR = 7"};
 
 /// Members of a JSON object with their values as texts, sorted by name.
@@ -41,8 +39,6 @@ using Members = std::vector<std::pair<std::string, std::string>>;
 /// A list as the plug-in writes it: an object of numbers, and behind them an array of objects.
 /// @param array  name of the array; empty for none.
 std::string document(const Members& numbers, const std::string& array = {}, const std::vector<Members>& elements = {});
-/// The same with this value in place of the array.
-std::string documentWith(const Members& numbers, const std::string& array, const std::string& value);
 
 /// Ways in which a call fails that answers a number greater than 0 for success, as words of a fault; and one that
 /// answers 0.
@@ -68,9 +64,6 @@ class TrackTest : public channels::ChannelTest {
   void showTv(const virtualtv::Service& with);
   /// The secondary stack shows the ISP source with these tracks.
   void showIsp(const std::vector<virtualtv::AudioTrack>& audio, const std::vector<virtualtv::SubtitleTrack>& subtitles);
-
-  /// The calls since the last time, the record of the service on screen left out.
-  Lines made();
 
   /// Takes a proxy away and runs `operation` under each way in which it can't be made again: it answers `result` and
   /// logs `lines`, among them the proxy check's own.
@@ -124,9 +117,6 @@ class TrackCommand : public channels::ChannelEngineTest {
 
   void showTv(const virtualtv::Service& with);
   void showIsp(const std::vector<virtualtv::AudioTrack>& audio, const std::vector<virtualtv::SubtitleTrack>& subtitles);
-
-  /// The log lines since the last time that are not of reading whether the source is ISP.
-  Lines ownLogs();
 };
 
 }  // namespace tracks
