@@ -1,6 +1,6 @@
 // The examples of the client's README that have a server, run as they stand there but for its address. tests/tab runs the others.
 import assert from 'node:assert/strict'
-import {cp, mkdir, mkdtemp, rm, symlink, writeFile} from 'node:fs/promises'
+import {cp, mkdir, mkdtemp, readFile, rm, symlink, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, before, test} from 'node:test'
@@ -44,6 +44,11 @@ test('the app shows the channel and the next one', async () => {
   page.element('next').onclick()
   assert.equal(page.element('name').textContent, 'Lighthouse Two')
   page.close()
+})
+
+test('the app on the front page is this one', async () => {
+  const front = await readFile(new URL('../../README.md', import.meta.url), 'utf8')
+  assert.equal(/^```html\n(.*?)^```$/ms.exec(front)[1], exampleOf('<!doctype html>'))
 })
 
 test('the module puts the object in place', async () => {

@@ -2,7 +2,6 @@
 
 import os
 import re
-import shlex
 import shutil
 import socket
 import subprocess
@@ -12,9 +11,10 @@ import unittest
 from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(TOP / "virtualtv/console/python"), str(TOP / "tests/tools")]
+sys.path[:0] = [str(TOP / "virtualtv/console/python"), str(TOP / "tests/tools"), str(TOP / "tools")]
 
 import emp_window  # noqa: E402  (needs the path above)
+from measuring.lab import command_of  # noqa: E402
 from scratch import run  # noqa: E402
 
 BUILD = Path(os.environ["EMP_WINDOW_BUILD"])
@@ -60,14 +60,9 @@ class Units(unittest.TestCase):
         self.assertNotEqual((status, complaints), (0, []))
         self.assertIn("Typo", " ".join(complaints))
 
-    def command(self, name, options):
-        """What the service starts for a set of that name, as the service manager would read it."""
-        line = re.search(r"^ExecStart=(.*)$", (self.units / "emp-window@.service").read_text(), re.MULTILINE)[1]
-        return [word.replace("%i", name).replace("$$", "$") for word in shlex.split(line)], {"OPTIONS": options}
-
     def start(self, name, options, *before):
-        command, variables = self.command(name, options)
-        environment = {**os.environ, **variables, "HOME": str(self.folder), "XDG_STATE_HOME": str(self.folder / "state")}
+        command = command_of((self.units / "emp-window@.service").read_text(), name)
+        environment = {**os.environ, "OPTIONS": options, "HOME": str(self.folder), "XDG_STATE_HOME": str(self.folder / "state")}
         passed = [word for variable in ("HOME", "XDG_STATE_HOME", "OPTIONS", "PATH") for word in ("-E", variable)] if before else []
         process = subprocess.Popen([*before, *passed, *command], env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.STDOUT, text=True)
@@ -94,9 +89,9 @@ class Units(unittest.TestCase):
         self.assertEqual(ask(ports[1], "GetSource 0"), ["int 0"])
 
     def test_a_set_without_a_place_for_state_told_keeps_it_in_the_home(self):
-        command, variables = self.command("home", "--listen 127.0.0.1:0")
+        command = command_of((self.units / "emp-window@.service").read_text(), "home")
         environment = {key: value for key, value in os.environ.items() if key != "XDG_STATE_HOME"}
-        process = subprocess.Popen([*command], env={**environment, **variables, "HOME": str(self.folder)}, stdin=subprocess.DEVNULL,
+        process = subprocess.Popen(command, env={**environment, "OPTIONS": "--listen 127.0.0.1:0", "HOME": str(self.folder)}, stdin=subprocess.DEVNULL,
                                    stdout=subprocess.PIPE, text=True)
         self.assertIn("http://", process.stdout.readline())
         process.terminate()

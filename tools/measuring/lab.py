@@ -1,0 +1,157 @@
+"""Many sets on one machine, each started as the service manager's unit starts it: what they cost."""
+
+import contextlib
+import os
+import re
+import shlex
+import shutil
+import socket
+import statistics
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+TOP = Path(__file__).resolve().parents[2]
+STARTS = 7
+IDLE_SECONDS = 3
+
+
+class Failed(Exception):
+    """The lab can't be measured."""
+
+
+def command_of(unit, name):
+    """What a unit starts for a set of that name, as the service manager reads it."""
+    line = re.search(r"^ExecStart=(.*)$", unit, re.MULTILINE)[1]
+    return [word.replace("%i", name).replace("$$", "$") for word in shlex.split(line)]
+
+
+def free_ports(count):
+    """So many ports that nobody has, all different."""
+    with contextlib.ExitStack() as stack:
+        probes = [stack.enter_context(socket.socket()) for _ in range(count)]
+        for probe in probes:
+            probe.bind(("127.0.0.1", 0))
+        return [probe.getsockname()[1] for probe in probes]
+
+
+class Lab:
+    """Sets of one program, with their states in a folder."""
+
+    def __init__(self, program, folder):
+        unit = (TOP / "cmake/install/emp-window@.service.in").read_text(encoding="utf-8")
+        self.unit = unit.replace("@program_folder@", str(Path(program).resolve().parent))
+        self.environment = {**os.environ, "HOME": str(folder), "XDG_STATE_HOME": str(folder / "state")}
+        self.processes = []
+
+    def start(self, name, options="--listen 127.0.0.1:0", before=()):
+        """Starts a set. @param before  a program that starts it in turn"""
+        process = subprocess.Popen([*before, *command_of(self.unit, name)], env={**self.environment, "OPTIONS": options},
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        self.processes.append(process)
+        return process
+
+    @staticmethod
+    def address(process):
+        """Waits until a set can be asked. @return its address"""
+        line = process.stdout.readline()
+        found = re.search(r"http://127\.0\.0\.1:\d+", line)
+        if not found:
+            raise Failed(f"a set did not start: {line}{process.stdout.read()}")
+        return found[0]
+
+    def end(self):
+        for process in self.processes:
+            process.terminate()
+        for process in self.processes:
+            process.wait()
+            process.stdout.close()
+        self.processes = []
+
+
+def memory(processes):
+    """Megabytes that the processes take, what they share counted once."""
+    sizes = [re.search(r"^Pss:\s+(\d+) kB", Path(f"/proc/{process.pid}/smaps_rollup").read_text(encoding="ascii"), re.MULTILINE)[1]
+             for process in processes]
+    return sum(map(int, sizes)) / 1024
+
+
+def processor_seconds(processes):
+    fields = [Path(f"/proc/{process.pid}/stat").read_text(encoding="ascii").rpartition(")")[2].split() for process in processes]
+    return sum(int(field[11]) + int(field[12]) for field in fields) / os.sysconf("SC_CLK_TCK")
+
+
+def start_alone(lab):
+    """Seconds from the start of a set, the first time with its name, to its address; the median."""
+    times = []
+    for number in range(STARTS):
+        begin = time.monotonic()
+        lab.address(lab.start(f"alone-{number}"))
+        times.append(time.monotonic() - begin)
+        lab.end()
+    return statistics.median(times)
+
+
+def start_by_socket(lab):
+    """Seconds from a request at a socket that no set listens on yet to its answer; the median."""
+    times = []
+    for number, port in enumerate(free_ports(STARTS)):
+        passed = [word for name in ("HOME", "XDG_STATE_HOME", "OPTIONS", "PATH") for word in ("-E", name)]
+        process = lab.start(f"socket-{number}", before=["systemd-socket-activate", "-l", f"127.0.0.1:{port}", *passed])
+        process.stdout.readline()  # it listens
+        begin = time.monotonic()
+        with socket.create_connection(("127.0.0.1", port)) as one:
+            one.sendall(b"GET /openrpc.json HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n")
+            if b"200" not in one.recv(64):
+                raise Failed("a set behind a socket did not answer")
+        times.append(time.monotonic() - begin)
+        lab.end()
+    return statistics.median(times)
+
+
+def run_transcripts(folder, addresses, transcripts):
+    """Runs them over the sets by the example project's script. @return seconds, and the line that sums up"""
+    (folder / "node_modules").mkdir(parents=True)
+    (folder / "node_modules/emp-window").symlink_to(TOP / "virtualtv/console/client")
+    (folder / "package.json").write_text('{"type": "module"}', encoding="utf-8")
+    shutil.copy(TOP / "examples/guide/lab.js", folder)
+    begin = time.monotonic()
+    done = subprocess.run(["node", "lab.js", "report.xml", *addresses, "--", *map(str, transcripts)], cwd=folder, text=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    seconds = time.monotonic() - begin
+    if done.returncode or 'failures="0"' not in (folder / "report.xml").read_text(encoding="utf-8"):
+        raise Failed(done.stdout)
+    return seconds, done.stdout.splitlines()[-1]
+
+
+def measure(program, count):
+    """(what, figure) for a lab of so many sets, as texts."""
+    transcripts = sorted((TOP / "examples/guide/transcripts").glob("*.txt")) * count
+    with tempfile.TemporaryDirectory() as scratch:
+        folder = Path(scratch)
+        lab = Lab(program, folder)
+        try:
+            alone, by_socket = start_alone(lab), start_by_socket(lab)
+            begin = time.monotonic()
+            sets = [lab.start(f"set-{number}") for number in range(count)]
+            addresses = [lab.address(process) for process in sets]
+            together = time.monotonic() - begin
+            started = memory(sets)
+            before = processor_seconds(sets)
+            time.sleep(IDLE_SECONDS)
+            idle = processor_seconds(sets) - before
+            seconds, summary = run_transcripts(folder, addresses, transcripts)
+            used = memory(sets)
+        finally:
+            lab.end()
+    return [
+        ("one set starts, until it can be asked", f"{alone * 1000:.0f} ms"),
+        ("the same when somebody asks its socket, until the answer is there", f"{by_socket * 1000:.0f} ms"),
+        (f"{count} sets start at once, until the last can be asked", f"{together:.1f} s"),
+        ("memory a set when it has started", f"{started / count:.1f} MB"),
+        ("memory a set behind the transcripts", f"{used / count:.1f} MB"),
+        (f"memory of {count} sets", f"{used:.0f} MB"),
+        (f"processor that {count} sets take while nobody asks", f"{100 * idle / IDLE_SECONDS:.1f} %"),
+        (f"the app's transcripts, {len(transcripts)} in all ({summary.removeprefix('transcripts: ')})", f"{seconds:.1f} s"),
+    ]
