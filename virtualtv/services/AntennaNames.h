@@ -13,7 +13,7 @@ inline constexpr std::array antennaNames{std::pair<const char*, EAntennaMode>{"t
                                          std::pair<const char*, EAntennaMode>{"cable", ANTENNA_CABLE},
                                          std::pair<const char*, EAntennaMode>{"satellite", ANTENNA_SATELLITE}};
 
-/// The name of the antenna that a field of a service tells; null for a number that is no antenna's.
+/// The name of an antenna, given as the number in a service's antenna field; null for any other number.
 constexpr const char* antennaName(std::uint64_t antenna) {
   for (const auto& [name, named] : antennaNames) {
     if (static_cast<std::int64_t>(antenna) == named) return name;

@@ -14,13 +14,12 @@ enum class ServiceKind {
   data,        ///< neither
 };
 
-/// The channel types (field `CHANNEL_TYPE`) of this set. All of them lie in 1..9, where a lookup by number and type
-/// compares the type; each has a counterpart among the types that web pages use.
-///
-/// Television is one type on every antenna: such a lookup adds the antenna of the current TV mode to 9 and to no
-/// other type. Radio and data therefore have a type for each antenna.
+/// The channel types (field `CHANNEL_TYPE`) of this set. They lie in 1..9, the range in which a lookup by number and
+/// type compares the type. Each corresponds to one of the types that web pages use. The lookup adds the antenna of the
+/// current TV mode to the conditions for type 9 only. Television is therefore one type on every antenna, while radio
+/// and data have a type for each antenna.
 enum ChannelType : int {
-  CHANNEL_ANALOGUE_TERRESTRIAL = 1,  ///< no list brings it, kept for services made by hand
+  CHANNEL_ANALOGUE_TERRESTRIAL = 1,  ///< never set by a channel list, only by hand
   CHANNEL_ANALOGUE_CABLE = 2,        ///< likewise
   CHANNEL_RADIO_TERRESTRIAL = 3,
   CHANNEL_RADIO_CABLE = 4,
@@ -46,15 +45,15 @@ constexpr ChannelType channelType(EAntennaMode antenna, ServiceKind kind) {
   }
 }
 
-/// What a service of a channel type brings; nothing for a number that is no channel type.
+/// What a service of this channel type brings. Returns nothing when the number is not a channel type.
 constexpr std::optional<ServiceKind> kindOf(std::uint64_t channelType) {
   if (channelType < CHANNEL_ANALOGUE_TERRESTRIAL || channelType > CHANNEL_TELEVISION) return std::nullopt;
   if (channelType < CHANNEL_RADIO_TERRESTRIAL || channelType == CHANNEL_TELEVISION) return ServiceKind::television;
   return channelType < CHANNEL_DATA_TERRESTRIAL ? ServiceKind::radio : ServiceKind::data;
 }
 
-/// What a service brings by the type that European broadcasts give it; nothing for those that are not assigned. Mosaics
-/// have a picture.
+/// What a service brings, given its service type in European broadcasts. Returns nothing for an unassigned type.
+/// Mosaics count as television.
 constexpr std::optional<ServiceKind> kindOfServiceType(std::uint64_t type) {
   switch (type) {
     case 0x01:

@@ -12,14 +12,14 @@ struct FieldName {
   int fieldId;
 };
 
-/// The fields that have a name.
+/// All fields with a name.
 std::span<const FieldName> fieldNames();
 
-/// The id of a service field by its name, as in "ptc" or "service_mode", or by its number, which is
-/// not negative. Nothing for any other text.
+/// The id of the service field with this name ("ptc", "service_mode") or this non-negative number. Returns nothing for
+/// any other text.
 std::optional<int> fieldNamed(std::string_view name);
 
-/// What `fieldNamed` reads: the name, the number where the field has none.
+/// The text that `fieldNamed` reads: the field's name, or its number when it has no name.
 std::string nameOfField(int fieldId);
 
 }  // namespace virtualtv

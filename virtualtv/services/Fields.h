@@ -21,14 +21,14 @@ enum class FieldKind {
   text,    ///< 16-bit units
 };
 
-/// A field that has a column of its own. All other field ids hold either a number of 64 bits or a text.
+/// A field with its own column. All other fields hold either a 64-bit number or a text.
 struct KnownField {
   int id;
   const char* name;  ///< as in `TCServiceData` and `ServiceField`
   FieldKind kind;
   const char* column;
-  const char* compared;  ///< the column that conditions look at
-  bool listed;           ///< channel lists tell it; all other fields are what the user makes of a service
+  const char* compared;  ///< the column that query conditions compare
+  bool listed;           ///< channel lists set it; all other fields are the user's edits
 };
 
 std::span<const KnownField> knownFields();
@@ -36,20 +36,21 @@ std::span<const KnownField> knownFields();
 /// Null when the field has no column of its own.
 const KnownField* knownField(int id);
 
-/// What makes signed numbers of unsigned ones, in the same order, and back, by exclusive or.
+/// XOR with this maps unsigned numbers to signed ones in the same order, and back.
 inline constexpr std::uint64_t unsignedAsSigned = std::uint64_t{1} << 63;
 
-/// How the database stands for a number: SQLite's integers are signed, and service ids shall sort as unsigned.
-/// @param field  null for one without a column of its own.
+/// The column value of a number. SQLite's integers are signed, but service ids must sort as unsigned.
+/// @param field  null for a field without its own column.
 /// @return nothing when the field can't hold `value`.
 std::optional<std::int64_t> toColumn(const KnownField* field, std::uint64_t value);
-/// The number again, a negative one as two's complement of 64 bits.
+/// The number behind a column value. A negative number is given as its 64-bit two's complement.
 inline std::uint64_t fromColumn(const KnownField* field, std::int64_t value) {
   const auto number = std::bit_cast<std::uint64_t>(value);
   return field != nullptr && field->kind == FieldKind::uint64 ? number ^ unsignedAsSigned : number;
 }
 
-/// `toColumn` for what is to be stored. @throws std::invalid_argument when the field can't hold it; says which and why.
+/// `toColumn` for a value to store. @throws std::invalid_argument when the field can't hold it. The message says which
+/// field and why.
 std::int64_t numberColumn(int fieldId, std::uint64_t value);
 std::int64_t numberColumn(const KnownField& field, std::uint64_t value);
 

@@ -10,8 +10,7 @@ namespace virtualtv {
 /// 'e' << 16 | 'n' << 8 | 'g'. 0 when unknown.
 using LanguageCode = int;
 
-/// The code of three letters, be they small or capital; 0 for `und`, which stands for an unknown language. Nothing for
-/// what is not three letters.
+/// The code of three letters in either case; 0 for `und`, the unknown language. Returns nothing for any other text.
 inline std::optional<LanguageCode> languageNamed(std::string_view letters) {
   if (letters.size() != 3) return std::nullopt;
   LanguageCode code = 0;
@@ -24,7 +23,8 @@ inline std::optional<LanguageCode> languageNamed(std::string_view letters) {
   return code == undetermined ? 0 : code;
 }
 
-/// What `languageNamed` reads: the letters, `und` for 0. A code that no letters have is written as a number.
+/// The text that `languageNamed` reads: the three letters, or `und` for 0. A code that matches no letters is written as
+/// a number.
 inline std::string nameOfLanguage(LanguageCode code) {
   if (code == 0) return "und";
   std::string letters;

@@ -9,35 +9,35 @@
 
 #include "services/Service.h"
 
-// The lists that a service has beside its fields as texts that a person reads and writes, with commas between, or
-// `none`. What is written is read again as it was. Reading throws std::invalid_argument with a line that says which
-// piece of the text is wrong, and what is wanted there.
+// Formats and parses the lists of a service (tracks, favourites) for people: entries separated by commas, or `none`.
+// Reading a written text gives the same list. Reading throws std::invalid_argument with a line that says which piece of
+// the text is wrong and what is expected there.
 
 namespace virtualtv {
 
-/// The coding of that name: unknown, mpeg, ac3, eac3 or aac; nothing where there is none.
+/// The audio coding with this name: unknown, mpeg, ac3, eac3 or aac. Returns nothing for any other name.
 std::optional<int> codingNamed(std::string_view name);
-/// What `codingNamed` reads; a number for a coding without a name.
+/// The name of a coding as `codingNamed` reads it, or its number when it has no name.
 std::string nameOfCoding(int coding);
 
-/// The kind of subtitles of that name: dvb, teletext or teletext-subtitle; nothing where there is none.
+/// The subtitle kind with this name: dvb, teletext or teletext-subtitle. Returns nothing for any other name.
 std::optional<int> subtitleKindNamed(std::string_view name);
-/// What `subtitleKindNamed` reads; a number for a kind without a name.
+/// The name of a kind as `subtitleKindNamed` reads it, or its number when it has no name.
 std::string nameOfSubtitleKind(int kind);
 
 /// Audio tracks as PID:LANG:CODING:MODE:TYPE, with `!` before a track that can't be read:
-/// `256:eng:aac:2:0,!257:deu:ac3:4:0`. When reading, later parts may be left out: the language and the coding are
-/// unknown then, the rest is 0. A language is three letters, `und` or a number, a coding a name or a number.
+/// `256:eng:aac:2:0,!257:deu:ac3:4:0`. A text may leave out trailing parts: a missing language or coding is unknown, a
+/// missing number is 0. A language is three letters, `und` or a number. A coding is a name or a number.
 std::string textOf(const std::vector<AudioTrack>& tracks);
 std::vector<AudioTrack> readAudioTracks(std::string_view text);
 /// Reads all that `textOf` writes, also PIDs that no stream has.
 std::vector<AudioTrack> readAllAudioTracks(std::string_view text);
 
-/// Subtitles as PID:LANG:KIND; where the kind is left out it is `dvb`.
+/// Subtitles as PID:LANG:KIND. A missing kind is `dvb`.
 std::string textOf(const std::vector<SubtitleTrack>& tracks);
-/// Those of a service, which are DVB subtitles and teletext.
+/// Reads the subtitles of a service, which are DVB subtitles or teletext.
 std::vector<SubtitleTrack> readSubtitleTracks(std::string_view text);
-/// Those of the secondary TV stack, which has teletext subtitle pages beside. They are put in the order of kinds.
+/// Reads the subtitles of the secondary TV stack, which may also be teletext subtitle pages. Sorts them by kind.
 std::vector<SubtitleTrack> readIspSubtitles(std::string_view text);
 /// Reads all that `textOf` writes, also PIDs that no stream has and numbers of kinds without a name.
 std::vector<SubtitleTrack> readAllSubtitleTracks(std::string_view text);
@@ -46,7 +46,7 @@ std::vector<SubtitleTrack> readAllSubtitleTracks(std::string_view text);
 std::string textOf(const std::map<std::uint8_t, bool>& favourites);
 std::map<std::uint8_t, bool> readFavourites(std::string_view text);
 
-/// Puts subtitles in the order of their kinds, as the secondary TV stack counts them; within a kind they stay.
+/// Sorts subtitles by kind, the order in which the secondary TV stack counts them. The sort is stable.
 void orderByKind(std::vector<SubtitleTrack>& tracks);
 
 }  // namespace virtualtv

@@ -2,10 +2,10 @@
 
 namespace virtualtv {
 
-/// Values of the field `MODULATION`, all within the 0..18 that web pages can be told. A search for a satellite service
-/// by hand can ask for 7, 16 and 18 only, so these are the three that satellites use most.
+/// Values of the field `MODULATION`, all within 0..18, the range that web pages can receive. A manual search for a
+/// satellite service can ask for 7, 16 and 18 only, so these three are the modulations that satellites use most.
 enum Modulation : int {
-  MODULATION_UNKNOWN = 0,  ///< not told, or left to the tuner
+  MODULATION_UNKNOWN = 0,  ///< not known, or left to the tuner
   MODULATION_QAM_16 = 1,
   MODULATION_QAM_32 = 2,
   MODULATION_QAM_64 = 3,

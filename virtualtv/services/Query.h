@@ -13,18 +13,19 @@
 
 namespace virtualtv {
 
-/// Which of the services that meet the conditions a query answers.
+/// Which of the matching services a query returns. `after` to `end` skip services without an id and those with a given
+/// id.
 enum class Pick {
-  list,    ///< all, in the order asked for
-  first,   ///< the first of them
-  after,   ///< in list order the first behind a place that has a service id, but not a given one
-  before,  ///< the last before a place, likewise
-  start,   ///< in list order the first of all that has a service id, but not a given one
-  end,     ///< the last of all, likewise
-  at,      ///< the one with a key
+  list,    ///< all, in the requested order
+  first,   ///< the first one in the requested order
+  after,   ///< the next one behind a place in list order
+  before,  ///< the last one before a place in list order
+  start,   ///< the first one in list order
+  end,     ///< the last one in list order
+  at,      ///< the one with a given key, whether or not it matches
 };
 
-/// What makes a query a statement of its own: all but the values that it compares with.
+/// The part of a query that determines its SQL statement: everything but the values that it compares with.
 struct QueryShape {
   struct Order {
     int field = 0;
@@ -35,8 +36,8 @@ struct QueryShape {
   Pick pick = Pick::list;
   bool skipLocked = false;
   std::vector<int> fetch;    ///< field ids, each once
-  std::vector<int> where;    ///< field ids, one a condition
-  std::vector<Order> order;  ///< before list order; for `list` and `first`
+  std::vector<int> where;    ///< field ids, one for each condition
+  std::vector<Order> order;  ///< sort fields that precede list order; for `list` and `first`
 
   bool operator==(const QueryShape&) const = default;
 };
@@ -47,15 +48,15 @@ struct Question {
   std::vector<std::uint64_t> values;
 };
 
-/// Makes `question` what criteria and the limit to a TV mode ask for. Takes an object to fill so that its memory is
-/// used again.
+/// Fills `question` from criteria and the limit to a TV mode. It takes an existing object to reuse its memory.
 void ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked, Question& question);
 
-/// SQL of a shape. Its parameters are the values of the conditions; then, for `after` and `before`, the place to go
-/// on from; then, for these, `start` and `end`, the service id to leave out; for `at` the key alone.
+/// The SQL of a shape. Its parameters are the values of the conditions. For `after` and `before` the place to go on
+/// from follows. For these two, `start` and `end` the service id to skip comes last. `at` has the key as its only
+/// parameter.
 std::string sqlOf(const QueryShape& shape);
 
-/// A statement for a shape, and how its columns go into a record.
+/// The prepared statement of a shape, and the mapping of its columns to a record.
 class Query {
  public:
   Query(Database& database, QueryShape shape);
@@ -70,7 +71,7 @@ class Query {
     return statement_.start();
   }
 
-  /// The fields of a row, those that the service has; valid until the next call.
+  /// The fields of a row that the service has. The result is valid until the next call.
   TCServiceData::Content read(const Rows& rows);
 
  private:
@@ -85,13 +86,13 @@ class Query {
   QueryShape shape_;
   std::vector<Fetched> fetched_;
   std::vector<const KnownField*> conditions_;
-  // Of the row that was read; they keep their memory.
+  // The fields of the last row read. They are members so that their memory is reused.
   std::vector<TCServiceData::Field> fields_;
   std::vector<unsigned short> units_;
   Statement statement_;
 };
 
-/// The queries that were asked last, kept prepared.
+/// The most recently used queries, kept prepared.
 class QueryCache {
  public:
   explicit QueryCache(Database& database) : database_(database) {}
@@ -99,12 +100,12 @@ class QueryCache {
   /// The query of a shape; valid until the next call.
   Query& find(const QueryShape& shape);
 
-  /// How many are kept at most: more shapes than the plug-in has.
+  /// The most queries kept: more than the plug-in has shapes.
   static constexpr std::size_t capacity = 48;
 
  private:
   Database& database_;
-  std::list<Query> queries_;  ///< the last used first
+  std::list<Query> queries_;  ///< most recently used first
 };
 
 }  // namespace virtualtv

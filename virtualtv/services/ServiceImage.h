@@ -9,16 +9,16 @@
 
 namespace virtualtv {
 
-/// The services of a database as they were at a moment, in little memory: as rows, some hundred bytes each. Reading
-/// them opens the image anew each time. All operations throw `StoreError`.
+/// A compact copy of the services of a database at one moment: database rows of some hundred bytes each. Each read
+/// opens the image anew. All operations throw `StoreError`.
 class ServiceImage {
  public:
-  /// @param database  no transaction may be under way on it.
+  /// @param database  must have no open transaction.
   explicit ServiceImage(const Database& database) : rows_(database.image()) {}
 
-  /// What it takes of memory, in bytes.
+  /// Memory use, in bytes.
   std::size_t bytes() const { return rows_.size(); }
-  /// Nothing where there was no such service.
+  /// Returns nothing when there was no such service.
   std::optional<Service> read(ServiceKey key) const;
   std::map<ServiceKey, Service> all() const;
 

@@ -29,13 +29,13 @@ std::int64_t idColumn(std::uint64_t serviceId) {
   return *toColumn(knownField(TCServiceData::SERVICE_ID), serviceId);
 }
 
-/// True for a recording that a service has already, and that is trusted, whoever tells of it now.
+/// True when the service already plays from this recording and that one is trusted, whether or not the new one is.
 bool isKnown(Footage footage, const std::optional<Footage>& before) {
   footage.isTrusted = true;
   return footage == before;
 }
 
-/// A service of the set as a list updates it.
+/// The service `before`, updated from a channel list.
 Service updated(const Service& before, const Service& listed) {
   const auto isUsers = [](const auto& field) {
     const KnownField* known = knownField(field.first);
@@ -124,7 +124,8 @@ std::map<ServiceKey, Service> ServiceStore::all() const {
   return services;
 }
 
-/// The keys are read on the way: as long as they are, SQLite need not look at the file anew for each service.
+/// Reads the keys and the services in turn: while the first query runs, SQLite need not check the file again for each
+/// service.
 void ServiceStore::each(const std::function<void(ServiceKey, Service&&)>& take) const {
   Rows rows = keys_.query();
   while (rows.next()) {
@@ -133,8 +134,8 @@ void ServiceStore::each(const std::function<void(ServiceKey, Service&&)>& take) 
   }
 }
 
-/// Hardly ever have two services an id, so they are not sorted by SQLite, which would take ten times as long as the
-/// rest.
+/// Few services share an id, so picking the first one here is cheap. Sorting in SQLite would take ten times as long as
+/// the rest.
 std::optional<ServiceStore::Spot> ServiceStore::spotOf(std::uint64_t serviceId) const {
   std::optional<Spot> first;
   Rows rows = spotOf_.query(idColumn(serviceId));
@@ -157,7 +158,8 @@ std::optional<ServiceKey> ServiceStore::keyOf(const Service& service) const {
   return keyOf(id->second);
 }
 
-/// The keys of all services by the columns of their ids, of those with the same id the first in list order.
+/// The keys of all services by the column values of their ids. Of several services with one id it has the first in list
+/// order.
 std::unordered_map<std::int64_t, ServiceKey> ServiceStore::keysByIds() const {
   std::unordered_map<std::int64_t, ServiceKey> keys;
   Rows rows = ids_.query();
@@ -169,7 +171,7 @@ bool ServiceStore::exists(ServiceKey key) const {
   return exists_.query(key).next();
 }
 
-/// Keys that were given are not given again as long as there are others.
+/// A key is reused only when all others were used.
 ServiceKey ServiceStore::newKey(ServiceKey& from) const {
   const ServiceKey last = tables_.lastKey();
   if (last < greatestKey) return last + 1;
@@ -346,7 +348,7 @@ Query& ServiceStore::ask(Pick pick, const TCCriteriaHelper& criteria, const TSTv
   return queries_.find(question_.shape);
 }
 
-// The last question with another pick.
+// Repeats the last question with another pick.
 Query& ServiceStore::askAgain(Pick pick) const {
   question_.shape.pick = pick;
   return queries_.find(question_.shape);
@@ -382,7 +384,7 @@ bool ServiceStore::previous(const TCCriteriaHelper& criteria, const TSTvMode& mo
   return step(Pick::before, Pick::end, currentId, record);
 }
 
-// Services that share the current one's id are left out, or a step could come back to where it started.
+// Skips services that share the current id: otherwise a step could return to where it started.
 bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) const {
   const std::int64_t current = idColumn(currentId);
   if (const auto spot = spotOf(currentId)) {
@@ -391,7 +393,7 @@ bool ServiceStore::step(Pick towards, Pick over, std::uint64_t currentId, TCServ
   }
   Query& query = askAgain(over);
   if (readOne(query, query.start(question_.values, current), record)) return true;
-  // No other is selected. With none left out, the current one is found if it is.
+  // No other service matches. Search again without excluding the current one: it is the answer if it matches.
   return readOne(query, query.start(question_.values, nullptr), record);
 }
 

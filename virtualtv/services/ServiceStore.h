@@ -22,14 +22,14 @@
 
 namespace virtualtv {
 
-/// The tables of this room, for the schema of the database that they stand in.
+/// The service tables: the first step of the schema of the database that contains them.
 extern const char* const serviceTables;
-/// What they lacked at first, for the step of the schema that comes next: what lists said of services.
+/// The next step of the schema: adds the channel list entries of services.
 extern const char* const listEntries;
-/// Adds the recordings that services play from; the next version.
+/// The step after that: adds the recordings that services play from.
 extern const char* const footageTables;
 
-/// What a search looks at in a service.
+/// The fields of a service that a search compares.
 struct ServiceOutline {
   ServiceKey key = 0;
   std::optional<std::u16string> name;
@@ -39,18 +39,18 @@ struct ServiceOutline {
   std::string group;  ///< UTF-8
 };
 
-/// The service database: what the set knows of its services, and the queries of clients on it. List order is by major,
-/// then by minor number, services without one last, then by key.
+/// The service database: stores the services of the set and answers the queries of clients. List order sorts by major
+/// number, then by minor number, then by key. Services without a number come last.
 ///
-/// A write is one transaction, all of it or nothing, and on the disk when it returns, unless a `Transaction` is under
-/// way. All operations throw `StoreError`; those that take fields throw std::invalid_argument when a field can't hold
-/// what it is given, with a line that says which and why.
+/// Each write is one transaction and is on disk when it returns, unless a `Transaction` is open. All operations throw
+/// `StoreError`. Operations that take fields throw std::invalid_argument when a field can't hold its value, with a line
+/// that says which field and why.
 class ServiceStore {
  public:
   /// The greatest key that a service can have.
   static constexpr ServiceKey greatestKey = (ServiceKey{1} << 28) - 1;
 
-  /// @param database  outlives this object and has `serviceTables` with `listEntries` and `footageTables`.
+  /// @param database  outlives this object; its schema contains `serviceTables`, `listEntries` and `footageTables`.
   explicit ServiceStore(Database& database);
 
   // The services.
@@ -58,38 +58,39 @@ class ServiceStore {
   std::size_t size() const;
   /// All keys in list order.
   std::vector<ServiceKey> keys() const;
-  /// Nothing when there is no such service; the same for 0.
+  /// Returns nothing when there is no such service, as for key 0.
   std::optional<Service> read(ServiceKey key) const;
-  /// Calls back with each service in list order, which takes far less than reading all of it.
+  /// Calls `take` with the outline of each service in list order. This is much cheaper than reading whole services.
   void outline(const std::function<void(const ServiceOutline&)>& take) const;
-  /// The same with all of it. Nobody may ask for the keys meanwhile.
+  /// Calls `take` with each whole service in list order. `keys` must not be called meanwhile.
   void each(const std::function<void(ServiceKey, Service&&)>& take) const;
   /// The services that are in a favourite group.
   std::set<ServiceKey> membersOf(std::uint8_t group) const;
   /// All services by their keys.
   std::map<ServiceKey, Service> all() const;
-  /// The services as they are now, to be read later. No transaction may be under way.
+  /// A copy of the services as they are now. No transaction may be open.
   ServiceImage image() const { return ServiceImage(database_); }
-  /// The service of an id, the first in list order should several have it.
+  /// The service with this id: the first in list order if several have it.
   std::optional<ServiceKey> keyOf(std::uint64_t serviceId) const;
 
-  /// Keeps these in place of all there were, with keys from 1 on in their order.
+  /// Replaces all services. The new ones get the keys from 1 on, in their order.
   void replaceAll(const std::vector<Service>& services);
-  /// The same with the keys that are given. @throws std::invalid_argument also for a key below 1 or above
-  /// `greatestKey`.
+  /// Replaces all services by these, under the given keys. @throws std::invalid_argument also for a key below 1 or
+  /// above `greatestKey`.
   void restoreAll(const std::map<ServiceKey, Service>& services);
 
-  // The services of a channel list. One whose id the set has is that service: it keeps its favourites and all fields
-  // that no list tells (see `KnownField::listed`), whatever the new one has there; all else is the new one's.
+  // Importing a channel list. A listed service with the id of a service of the set updates that service. The update
+  // preserves the favourites and all fields that no list sets (see `KnownField::listed`), and overwrites the rest.
 
-  /// Adds these to those there are. A service that the set has already stays under its key.
+  /// Adds or updates these services. Services already in the set keep their keys.
   ServiceChanges merge(const std::vector<Service>& services);
-  /// Keeps these alone, with keys from 1 on in their order.
+  /// Adds or updates these services and removes all others. Keys run from 1 on, in the order of `services`.
   ServiceChanges renew(const std::vector<Service>& services);
 
-  /// @return its key: the next one, or the least that is free where `greatestKey` was given already. So in `merge`.
+  /// @return its key: the next one, or the smallest free key once `greatestKey` was used. `merge` assigns keys the same
+  /// way.
   ServiceKey add(const Service& service);
-  /// @return false when there is no such service. So below.
+  /// @return false when there is no such service. All methods below that return bool do the same.
   bool remove(ServiceKey key);
 
   // One field of a service.
@@ -99,41 +100,41 @@ class ServiceStore {
   /// Makes a field absent.
   bool unset(ServiceKey key, int fieldId);
 
-  // What a service has beside its fields. Empty where there is no such service.
+  // The lists of a service. They are empty when there is no such service.
 
   std::vector<AudioTrack> audio(ServiceKey key) const;
   std::vector<SubtitleTrack> subtitles(ServiceKey key) const;
   bool setAudio(ServiceKey key, const std::vector<AudioTrack>& tracks);
   bool setSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks);
-  /// Favourite groups that hold a value for the service of an id; nothing when there is no such service.
+  /// The favourite groups with a value for the service with this id. Returns nothing when there is no such service.
   std::optional<std::map<std::uint8_t, bool>> favourites(std::uint64_t serviceId) const;
   bool setFavourite(std::uint64_t serviceId, std::uint8_t group, bool member);
-  /// Keeps these in place of all there were.
+  /// Replaces all favourite groups of the service.
   bool setFavourites(ServiceKey key, const std::map<std::uint8_t, bool>& favourites);
 
-  // Queries. A record gets the fields that the criteria fetch, in their order, as far as the service has them. All
-  // conditions must hold; one on an absent field does not, but for `HIDDEN`, whose absence counts as 0; one on a text
-  // never does. Without an order to sort by it is list order, which also settles ties; services without the field that
-  // is sorted by come last. `mode` limits the services to an antenna and, where the service mode names an operator's
-  // list, to that; (-1, -1) does not.
+  // Queries. A record receives the fields that the criteria fetch, in their order, except those that the service lacks.
+  // A service matches when all conditions hold. A condition on an absent field fails, except that an absent `HIDDEN`
+  // counts as 0. A condition on a text field always fails. The default order is list order, which also breaks ties.
+  // Services without the sort field come last. `mode` restricts the services to an antenna and, when its service mode
+  // names an operator's list, to that list. (-1, -1) restricts nothing.
 
-  /// @return false when there is none; `record` is then as it was. So below.
+  /// @return false when no service matches; `record` is then unchanged. `next`, `previous` and `at` do the same.
   bool first(const TCCriteriaHelper& criteria, const TSTvMode& mode, TCServiceData& record) const;
 
-  /// Appends a new record for each service; the caller owns them. @return how many.
+  /// Appends a new record for each matching service. The caller owns them. @return their number.
   int list(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::list<TCServiceData*>& records) const;
 
-  /// The service one step behind (before) the one of `currentId` in list order, starting over at the other end of the
-  /// list, among those that the criteria select. The current one need not be selected; it is answered when it is the
-  /// only one. An id that no service has stands at the end (start) of the list. Criteria's order is passed over.
-  /// Goes past services without a service id, which nobody could tune to.
-  /// @param skipLocked  goes past services whose `LOCK` is not 0.
+  /// The matching service one step after (before) the service with `currentId`. Steps follow list order, ignore the
+  /// order of the criteria, and wrap around at the ends. The current service need not match; it is returned when it is
+  /// the only match. An unknown `currentId` counts as the end (start) of the list. Services without an id are skipped,
+  /// since nobody could tune to them.
+  /// @param skipLocked  skips services whose `LOCK` is not 0.
   bool next(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
             TCServiceData& record) const;
   bool previous(const TCCriteriaHelper& criteria, const TSTvMode& mode, std::uint64_t currentId, bool skipLocked,
                 TCServiceData& record) const;
 
-  /// The service with a key, whether or not it meets the conditions of the criteria.
+  /// The service with this key, whether or not it matches the conditions of the criteria.
   bool at(ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record) const;
 
  private:
@@ -147,7 +148,7 @@ class ServiceStore {
   std::optional<Spot> spotOf(std::uint64_t serviceId) const;
   std::unordered_map<std::int64_t, ServiceKey> keysByIds() const;
   bool exists(ServiceKey key) const;
-  /// The key of a service that is to be added. @param from  where free keys are looked for; moves on.
+  /// The key for a service to add. @param from  where the search for free keys starts; advanced past the keys in use.
   ServiceKey newKey(ServiceKey& from) const;
   bool step(Pick towards, Pick over, std::uint64_t currentId, TCServiceData& record) const;
   Query& ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked = false) const;
@@ -155,7 +156,7 @@ class ServiceStore {
 
   Database& database_;
   ServiceTables tables_;
-  // mutable: what runs them does not change the services
+  // mutable: running a query does not change the services
   mutable QueryCache queries_;
   mutable Question question_;
   mutable Statement size_;

@@ -7,9 +7,9 @@
 
 namespace virtualtv {
 
-/// Whole services in the tables: one row of `service` with the fields that have a column there, and rows beside it.
-/// Used by `ServiceStore` alone, which sees to transactions. All operations throw `StoreError`; those that write throw
-/// std::invalid_argument when a field can't hold what it is given.
+/// Reads and writes whole services: one row of `service` for the fields with a column, and rows of other tables for the
+/// rest. Used by `ServiceStore` alone, which handles transactions. All operations throw `StoreError`. Operations that
+/// write also throw std::invalid_argument when a field can't hold its value.
 class ServiceTables {
  public:
   explicit ServiceTables(Database& database);
@@ -18,11 +18,11 @@ class ServiceTables {
   void insert(ServiceKey key, const Service& service);
   /// @return false when there was none.
   bool remove(ServiceKey key);
-  /// Removes all, and forgets the keys that were given.
+  /// Removes all services and resets the keys.
   void clear();
-  /// The greatest key that was ever given; 0 where none was.
+  /// The greatest key ever assigned; 0 for none.
   ServiceKey lastKey() const;
-  /// Nothing when there is none.
+  /// Returns nothing when there is no such service.
   std::optional<Service> read(ServiceKey key) const;
 
   std::vector<AudioTrack> audio(ServiceKey key) const;
@@ -35,7 +35,7 @@ class ServiceTables {
   /// Adds tracks to a service that has none.
   void insertAudio(ServiceKey key, const std::vector<AudioTrack>& tracks);
   void insertSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks);
-  /// Each replaces what was there.
+  /// Both overwrite an earlier value.
   void setFavourite(ServiceKey key, std::uint8_t group, bool member);
   void setRaw(ServiceKey key, int fieldId, std::uint64_t number);
   void setRaw(ServiceKey key, int fieldId, std::u16string_view units);
@@ -56,7 +56,7 @@ class ServiceTables {
   Statement insertEntry_;
   Statement insertFootage_;
   Statement remove_;
-  // mutable: what runs them does not change the services
+  // mutable: running them does not change the services
   mutable Statement lastKey_;
   mutable Statement read_;
   mutable Statement readRaw_;

@@ -4,21 +4,21 @@
 
 namespace virtualtv {
 
-/// A file beside a database, reached the way SQLite reaches its own: on the same disk, and as safe there. Operations
-/// answer SQLite's codes, SQLITE_OK when all went well.
+/// A file beside a database, accessed through SQLite's file layer, so that it is as durable as SQLite's own files.
+/// Operations return SQLite's codes, SQLITE_OK on success.
 class SideFile {
  public:
   /// @param name  absolute.
   explicit SideFile(std::string name) : name_(std::move(name)) {}
 
   const std::string& name() const { return name_; }
-  /// @param found  receives whether it is there; also one that is empty, or that this process may not read, or both.
+  /// @param found  receives whether the file exists, even if it is empty or unreadable for this process.
   int find(bool& found) const;
-  /// @param found  receives whether it is there with something in it.
+  /// @param found  receives whether the file exists and is not empty.
   int findContent(bool& found) const;
-  /// Makes it, with nothing in it, unless it is there. It is on the disk, name and all, when this returns.
+  /// Creates the file, empty, unless it exists. The file and its directory entry are on disk when this returns.
   int make() const;
-  /// It is gone for good when this returns, also when it was not there.
+  /// Removes the file durably. Succeeds when there is no file.
   int remove() const;
 
  private:

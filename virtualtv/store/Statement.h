@@ -17,10 +17,10 @@ using Bytes = std::span<const std::byte>;
 
 class Rows;
 
-/// One column of a row, for those who look at it more than once. Bytes are valid until the run goes on.
+/// One column of a row, for callers that read it several times. Bytes are valid until the run moves to the next row.
 class Column {
  public:
-  int type() const { return sqlite3_value_type(value_); }  ///< as SQLite has them: `SQLITE_NULL` and so on
+  int type() const { return sqlite3_value_type(value_); }  ///< SQLite's type code: `SQLITE_NULL` and so on
   bool isNull() const { return type() == SQLITE_NULL; }
   bool isInteger() const { return type() == SQLITE_INTEGER; }
   std::int64_t integer() const { return sqlite3_value_int64(value_); }
@@ -37,11 +37,11 @@ class Column {
   sqlite3_value* value_;
 };
 
-/// A statement that is prepared at its first use and kept, to be run any number of times, one run at a time. All its
+/// A prepared statement. It is prepared at its first use and can be run any number of times, one run at a time. All its
 /// operations throw `StoreError`.
 class Statement {
  public:
-  /// @param action  what it does, in words that follow "cannot" in an error: "read the services".
+  /// @param action  what the statement does, as it follows "cannot" in an error message: "read the services".
   Statement(Database& database, std::string sql, std::string action);
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
@@ -51,7 +51,7 @@ class Statement {
   template <typename... Values>
   Rows query(const Values&... values);
 
-  /// Binds and runs to the end. @return how many rows it changed.
+  /// Binds `values` and runs the statement to the end. @return the number of rows changed.
   template <typename... Values>
   int run(const Values&... values);
 
@@ -62,9 +62,9 @@ class Statement {
   void bind(int parameter, std::string_view text);
   void bind(int parameter, Bytes bytes);
 
-  /// Starts a run with what `bind` bound.
+  /// Starts a run with the bound parameters.
   Rows start();
-  /// Runs to the end with what `bind` bound. @return how many rows it changed.
+  /// Runs to the end with the bound parameters. @return the number of rows changed.
   int finish();
 
  private:
@@ -79,21 +79,21 @@ class Statement {
   sqlite3_stmt* statement_ = nullptr;
 };
 
-/// A run of a statement: its rows, one at a time. The end of its scope ends the run.
+/// A run of a statement, which yields its rows one at a time. Destroying it ends the run.
 class Rows {
  public:
   Rows(const Rows&) = delete;
   Rows& operator=(const Rows&) = delete;
   ~Rows() { sqlite3_reset(statement_); }
 
-  /// Goes to the next row. @return false behind the last one.
+  /// Moves to the next row. @return false after the last row.
   bool next() {
     const int code = sqlite3_step(statement_);
     if (code != SQLITE_ROW && code != SQLITE_DONE) owner_.check(code);
     return code == SQLITE_ROW;
   }
 
-  /// Columns of the row, counted from 0. Bytes and views are valid until the next call of `next`.
+  /// Columns of the current row, counted from 0. Bytes and views are valid until the next call of `next`.
 
   Column operator[](int column) const { return Column(sqlite3_column_value(statement_, column)); }
   bool isNull(int column) const { return (*this)[column].isNull(); }

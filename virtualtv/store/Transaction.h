@@ -6,8 +6,8 @@
 
 namespace virtualtv {
 
-/// Writes that are kept together or not at all: what is not committed when the scope ends is undone. One inside another
-/// undoes its own part; only the outermost commit puts anything on the disk.
+/// A database transaction: its end without `commit` undoes its writes. Transactions nest. An inner one undoes its own
+/// writes only; the commit of the outermost one writes to disk.
 class Transaction {
  public:
   /// @param action  what it does, as for `Statement`. @throws StoreError.
@@ -16,8 +16,8 @@ class Transaction {
   Transaction& operator=(const Transaction&) = delete;
   ~Transaction();
 
-  /// Keeps what was written; for the outermost, on the disk when it returns. Called once.
-  /// @throws StoreError when that fails; then nothing was kept.
+  /// Commits the writes. When the outermost commit returns they are on disk. Call at most once.
+  /// @throws StoreError when the commit fails; then nothing is persisted.
   void commit();
 
  private:
