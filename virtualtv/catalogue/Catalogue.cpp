@@ -18,7 +18,7 @@ namespace {
   throw std::invalid_argument("catalogue of commands: " + reason);
 }
 
-/// The member of that name, which must be there.
+/// The member with this name, which must exist.
 const Json::Value& at(const Json::Value& object, const char* name) {
   if (!object.isObject() || !object.isMember(name)) refuse("'" + std::string(name) + "' is missing");
   return object[name];

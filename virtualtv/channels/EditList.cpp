@@ -1,5 +1,5 @@
-// The ways to change a service of the list. To add one: write its function and its row, and say in docs/virtual-tv.md
-// what it does.
+// The edits of a service in the list. To add one, write its function and its row, and describe it in
+// docs/virtual-tv.md.
 #include "channels/EditList.h"
 
 #include <array>
@@ -22,7 +22,7 @@ std::uint64_t channelNumber(const std::string& text) {
   return text::requireNumber<std::uint16_t>(text, {0, 65534});
 }
 
-/// The service that has a number; nothing where none has.
+/// The service with this number; nothing when there is none.
 std::optional<ServiceKey> withNumber(const Tv& tv, std::uint64_t number) {
   std::optional<ServiceKey> found;
   tv.services().outline([&](const ServiceOutline& service) {

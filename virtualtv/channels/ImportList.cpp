@@ -13,7 +13,7 @@ namespace {
 
 using import::Format;
 
-/// Their titles, each with the name that `--format` takes.
+/// The titles of all formats, each with the name that `--format` takes.
 std::string titlesOfFormats() {
   std::string titles;
   for (const Format& format : import::formats()) {

@@ -10,8 +10,8 @@ namespace virtualtv {
 
 namespace {
 
-/// A letter as both of its cases have it: lower case of upper case, so that a Greek sigma at the end of a word is one,
-/// too. On a machine without the locale only ASCII letters have cases.
+/// Folds the case of a letter: the lower case of its upper case, so that a Greek final sigma matches a sigma. On a
+/// machine without the locale only ASCII letters are folded.
 char16_t folded(char16_t letter) {
   static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   if (unicode != nullptr) return static_cast<char16_t>(towlower_l(towupper_l(letter, unicode), unicode));

@@ -13,30 +13,30 @@
 
 namespace virtualtv {
 
-/// A value of a JSON document that somebody else wrote, and the path to it. What reads one throws std::invalid_argument
-/// with one line that names the path and says what is wanted there: `services[3].key: a number from 1 to 9 is wanted,
-/// not "x"`.
+/// A value of an untrusted JSON document, and the path to it. Functions that read a value throw std::invalid_argument
+/// with one line that names the path and the expected value: `services[3].key: a number from 1 to 9 is wanted, not
+/// "x"`.
 class JsonPart {
  public:
-  /// @param document  outlives the part, and a part those that are read from it.
+  /// @param document  outlives the part. A part outlives the parts read from it.
   explicit JsonPart(const Json::Value& document) : value_(document) {}
 
   bool isText() const { return value_.isString(); }
   bool isObject() const { return value_.isObject(); }
 
-  /// A whole number of a range.
+  /// A whole number within a range.
   std::int64_t number(const text::Range& range) const;
-  /// The same, nothing for what is none.
+  /// The same; nothing for any other value.
   std::optional<std::int64_t> numberIn(const text::Range& range) const;
   bool truth() const;
   /// A text in UTF-8.
   std::string text() const;
 
-  /// The member of an object, which must have it. @param name  outlives the part.
+  /// A required member of an object. @param name  outlives the part.
   JsonPart at(std::string_view name) const;
-  /// The same where it may be missing.
+  /// An optional member of an object.
   std::optional<JsonPart> find(std::string_view name) const;
-  /// Requires an object without members other than these.
+  /// Requires an object with no members other than these.
   void requireOnly(std::initializer_list<std::string_view> names) const;
 
   /// Calls `take` with the name of each member of an object, and the member.
@@ -57,7 +57,7 @@ class JsonPart {
     for (Json::ArrayIndex index = 0; index < value_.size(); ++index) take(JsonPart(value_[index], this, {}, index));
   }
 
-  /// Runs what throws std::invalid_argument with a reason, and puts the path before it.
+  /// Runs `body` and prefixes the message of a std::invalid_argument with the path.
   template <typename Body>
   auto check(Body body) const {
     try {
@@ -67,11 +67,11 @@ class JsonPart {
     }
   }
 
-  /// The value as errors show it.
+  /// The value as error messages show it.
   std::string shown() const;
-  /// Throws the reason, made one line of a limited length, with the path before it.
+  /// Throws with the path and the reason, as one line of limited length.
   [[noreturn]] void refuse(const std::string& reason) const;
-  /// The same, saying what is wanted and what stands there.
+  /// The same, naming the expected and the actual value.
   [[noreturn]] void want(const std::string& what) const;
 
  private:

@@ -7,19 +7,19 @@
 
 namespace virtualtv::json {
 
-// Parts of a JSON text that was checked, as it stands there: nothing is made of what is not asked for.
+// Lazy access to a JSON text that was checked: values stay text until they are requested.
 
-/// The items of an array or the members of an object, one after the other.
+/// Iterates over the items of an array or the members of an object.
 class Parts {
  public:
-  /// @param text  blanks may stand around the value; outlives what is taken from it. What is neither array nor object
-  /// has no parts.
+  /// @param text  a value, which may have blanks around it; outlives the views taken from it. A value that is neither
+  /// array nor object has no parts.
   explicit Parts(std::string_view text);
 
   bool isArray() const { return end_ == ']'; }
   bool isObject() const { return end_ == '}'; }
 
-  /// Goes to the next part, at first to the first one. @return false when there is none.
+  /// Moves to the next part; the first call moves to the first part. @return false when there is none.
   bool next();
   /// Name of this member.
   std::string name() const;
@@ -36,7 +36,7 @@ class Parts {
   std::string_view value_;
 };
 
-/// What a value says that is a text; nothing for any other.
+/// The text of a JSON string; nothing for any other value.
 std::optional<std::string> textOf(std::string_view value);
 
 }  // namespace virtualtv::json

@@ -6,8 +6,8 @@
 
 #include "json/JsonPart.h"
 
-// Texts in documents that must be read again as they were. A text that JSON can't hold, for a lone surrogate or bytes
-// that are no UTF-8, is an object with its `units` or `bytes`. Reading throws what `JsonPart` throws.
+// Lossless texts in JSON documents. A text that JSON can't hold (lone surrogates, or bytes that are not UTF-8) is an
+// object with its `units` or `bytes`. Reading throws what `JsonPart` throws.
 
 namespace virtualtv::json {
 

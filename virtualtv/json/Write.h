@@ -9,9 +9,9 @@
 
 namespace virtualtv::json {
 
-/// A value as text in one line, in UTF-8; its own texts must be that.
+/// Writes a value in one line, in UTF-8. The texts in the value must be UTF-8.
 std::string write(const Json::Value& value);
-/// Appends it.
+/// Appends a value.
 void append(std::string& text, const Json::Value& value);
 void append(std::string& text, bool value);
 void append(std::string& text, std::int64_t value);
@@ -32,7 +32,7 @@ class Object {
   void put(std::string_view name, const Value& value) {
     ((text_ += before_) += '"').append(name) += "\":";
     if constexpr (std::is_convertible_v<const Value&, std::string_view>) {
-      append(text_, std::string_view(value));  // letters would be taken for a truth
+      append(text_, std::string_view(value));  // a const char* would convert to bool
     } else {
       append(text_, value);
     }

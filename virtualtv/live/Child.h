@@ -7,7 +7,7 @@
 
 namespace virtualtv::live {
 
-/// A descriptor, closed with this. Not inherited by programs that are started.
+/// Owns a descriptor and closes it. Started programs do not inherit it.
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}
@@ -16,32 +16,31 @@ class Descriptor {
   ~Descriptor();
 
   int get() const { return number_; }
-  /// Leaves it to the caller.
+  /// Gives up ownership to the caller.
   int release();
 
  private:
   int number_;
 };
 
-/// A program that runs as a child of this one, without a shell. It ends with this object, with the thread that started
-/// it, and so also when the process is killed. It has no input, and none of the descriptors of this process but those
-/// below.
+/// A child process, started without a shell. It ends with this object and with the thread that started it, so also when
+/// this process is killed. Its standard input is empty. It inherits no descriptors except those below.
 class Child {
  public:
-  /// @param program  its absolute path. @param input  what it has as descriptor 3; -1 for nothing.
+  /// @param program  its absolute path. @param input  becomes its descriptor 3; -1 for none.
   /// @throws std::system_error when it can't be started.
   Child(const std::string& program, const std::vector<std::string>& arguments, int input = -1);
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
-  /// Kills it, and waits until it is gone.
+  /// Kills the child and waits for its end.
   ~Child();
 
-  Descriptor output;  ///< its standard output; can be read without waiting. So can the next
-  Descriptor errors;  ///< its standard error
-  Descriptor ending;  ///< is ready to be read once the program has ended
+  Descriptor output;  ///< its standard output, non-blocking
+  Descriptor errors;  ///< its standard error, non-blocking
+  Descriptor ending;  ///< becomes readable when the program has ended
 
   void kill() const;
-  /// Waits until it has ended. @return its exit status, -1 where a signal ended it.
+  /// Waits for the end of the child. @return its exit status, or -1 when a signal ended it.
   int wait();
 
  private:

@@ -7,12 +7,12 @@
 
 namespace virtualtv::live {
 
-/// Where the program `ffmpeg` is, by the directories in PATH. @throws std::runtime_error `ffmpeg is not installed`.
+/// Finds the program `ffmpeg` in the directories of PATH. @throws std::runtime_error `ffmpeg is not installed`.
 std::string ffmpeg();
 
-/// What it is told so that it plays a recording, which it has open as descriptor 3, as fragmented MP4 on its standard
-/// output: over and over, but where subtitles are drawn into the picture only to its end. Pictures in H.264 are passed
-/// through where no subtitles are drawn into them; others become 960 x 540 pixels large.
+/// The arguments for playing a recording, open as descriptor 3, as fragmented MP4 on standard output. The recording
+/// loops, unless subtitles are drawn into the picture: then it plays once. H.264 video without drawn subtitles is
+/// passed through; all other video is scaled to 960 x 540 pixels.
 std::vector<std::string> playingArguments(const Playing& playing);
 
 }  // namespace virtualtv::live

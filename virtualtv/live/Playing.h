@@ -9,14 +9,14 @@ namespace virtualtv {
 class Tv;
 }
 
-/// The recordings that services play from: what of them a window shows, and the program `ffmpeg` that makes of it what
-/// browsers play.
+/// Plays the recordings of services: which parts of a recording a window shows, and how `ffmpeg` converts them for
+/// browsers.
 namespace virtualtv::live {
 
-/// What a window plays of a recording. Once it is another one, whoever shows it has to begin anew.
+/// What a window plays of a recording. When this changes, a player must start again.
 struct Playing {
   Footage footage;
-  int audio = 0;     ///< PID of the track that is heard; 0 for none
+  int audio = 0;     ///< PID of the audio track; 0 for none
   int subtitle = 0;  ///< PID of the DVB subtitles that are drawn into the picture; 0 for none
 
   bool operator==(const Playing&) const = default;

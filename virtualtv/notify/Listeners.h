@@ -6,10 +6,10 @@
 #include <memory>
 #include <utility>
 
-/// Who wants to hear of something, and how they stop. Used from one thread.
+/// Listeners and their subscriptions. Used from one thread.
 namespace virtualtv::notify {
 
-/// Ends what was subscribed to when it goes out of scope. Outlives the source if need be.
+/// Unsubscribes when it goes out of scope. May outlive the source.
 class [[nodiscard]] Subscription {
  public:
   Subscription() = default;
@@ -40,7 +40,7 @@ class Listeners {
  public:
   using Listener = std::function<void(const Told&...)>;
 
-  /// Calls `listener` each time from now on, after those that were there before it, until the subscription ends.
+  /// Adds a listener, which is called after the earlier ones until its subscription ends.
   Subscription add(Listener listener) {
     const std::uint64_t id = ++all_->last;
     all_->listeners.emplace(id, std::make_shared<Listener>(std::move(listener)));
@@ -51,7 +51,8 @@ class Listeners {
 
   bool empty() const { return all_->listeners.empty(); }
 
-  /// Tells all of them. A listener may end any subscription meanwhile; an exception of one leaves the others untold.
+  /// Calls all listeners. A listener may end any subscription meanwhile. An exception of a listener skips the later
+  /// ones.
   void tell(const Told&... told) const {
     const std::shared_ptr<All> all = all_;
     for (auto next = all->listeners.begin(); next != all->listeners.end();) {
@@ -65,7 +66,7 @@ class Listeners {
  private:
   struct All {
     std::uint64_t last = 0;
-    std::map<std::uint64_t, std::shared_ptr<Listener>> listeners;  ///< by number, so in the order in which they came
+    std::map<std::uint64_t, std::shared_ptr<Listener>> listeners;  ///< by number, so in the order of subscription
   };
 
   std::shared_ptr<All> all_ = std::make_shared<All>();

@@ -57,7 +57,7 @@ std::size_t bytesFor(int fields, int units) {
          static_cast<std::size_t>(units) * sizeof(unsigned short);
 }
 
-// Room to grow into when `needed` is too much for what there is.
+// The capacity to grow to when `needed` exceeds `room`.
 int roomFor(int needed, int room) {
   constexpr int least = 16;
   return needed <= room ? room : std::max({needed, 2 * room, least});
@@ -89,12 +89,12 @@ void* TCServiceData::operator new(std::size_t size) {
   return ::operator new(size);
 }
 
-// Without a size: that of the object alone would not be right for one that `New` made.
+// Unsized: a record from `New` takes more memory than the size of the class.
 void TCServiceData::operator delete(void* record) {
   ::operator delete(record);
 }
 
-// A copy takes just the memory that it needs.
+// A copy allocates exactly the memory that it needs.
 TCServiceData::TCServiceData(const TCServiceData& other) : TCMarshalable(other) {
   Assign({other.Fields(), other.Units()});
 }
@@ -116,7 +116,7 @@ void TCServiceData::Release() {
   if (m_fields != Behind()) ::operator delete(m_fields);
 }
 
-// Takes what is held to a block with other room, enough for it.
+// Moves the content to a block with the given capacity, which is large enough.
 void TCServiceData::Move(int fieldRoom, int unitRoom) {
   auto* const fields = static_cast<Field*>(::operator new(bytesFor(fieldRoom, unitRoom)));
   std::copy_n(m_fields, m_fieldCount, fields);
@@ -131,13 +131,13 @@ unsigned short* TCServiceData::TextUnits() const {
   return reinterpret_cast<unsigned short*>(m_fields + m_fieldRoom);
 }
 
-// False means that the record does not hold it.
+// False means that the record certainly lacks the field; true that it may have it.
 bool TCServiceData::MayHold(int fieldId) const {
   return (m_ids & bitOf(fieldId)) != 0;
 }
 
 const TCServiceData::Field* TCServiceData::Find(int fieldId, bool text) const {
-  // The records of a list hold a field at the same place, so that where it was last is a good guess.
+  // The records of a list hold a field at the same index, so the last index found is a good guess.
   static thread_local std::array<int, idBits> places{};
   int& place = places[static_cast<unsigned>(fieldId) % idBits];
   if (place >= m_fieldCount || m_fields[place].id != fieldId) {
@@ -189,7 +189,8 @@ void TCServiceData::Remove(int fieldId) {
 void TCServiceData::Append(int fieldId, int length, unsigned long long value) {
   if (MayHold(fieldId)) Remove(fieldId);
   if (m_fieldCount == m_fieldRoom) Move(roomFor(m_fieldCount + 1, m_fieldRoom), m_unitRoom);
-  // By members: a whole one would be read from memory where its members have only just been written, and wait for them.
+  // Assign each member. Copying a whole `Field` would load it from memory while the stores of its members are pending,
+  // and the CPU would wait for them.
   Field& field = m_fields[m_fieldCount++];
   field.id = fieldId;
   field.length = length;
@@ -202,7 +203,7 @@ void TCServiceData::Set(int fieldId, unsigned long long value) {
 }
 
 void TCServiceData::Set(int fieldId, const unsigned short* text, int length) {
-  // Room for the field as well, before there are units that no field tells of.
+  // Reserve room for the field too, before writing units that no field refers to yet.
   const int fieldRoom = roomFor(m_fieldCount + 1, m_fieldRoom);
   const int unitRoom = roomFor(m_unitCount + length, m_unitRoom);
   if (fieldRoom > m_fieldRoom || unitRoom > m_unitRoom) Move(fieldRoom, unitRoom);
@@ -219,7 +220,7 @@ void TCServiceData::Assign(const Content& content) {
   Fill(content);
 }
 
-// There is room for it.
+// The record must have room for the content.
 void TCServiceData::Fill(const Content& content) {
   m_fieldCount = content.fields.size();
   m_unitCount = content.units.size();

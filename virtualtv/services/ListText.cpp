@@ -48,7 +48,7 @@ std::string frontOf(const Track& track) {
 
 // Reading.
 
-/// Calls `take` with each piece between commas and its number, counted from 1.
+/// Calls `take` with each comma-separated piece and its number, counted from 1.
 template <typename Take>
 void eachPiece(std::string_view text, Take take) {
   if (text == noneAtAll) return;
@@ -60,7 +60,7 @@ void eachPiece(std::string_view text, Take take) {
   }
 }
 
-/// A track of a text, whose parts are read from the front.
+/// One track of a text. Its parts are read from the front.
 class Piece {
  public:
   Piece(std::size_t number, std::string_view text) : number_(number), text_(text), rest_(text) {
@@ -71,8 +71,8 @@ class Piece {
   bool readable() const { return readable_; }
 
   /// Reads the next part, if there is one.
-  /// @param wanted  what stands there, for a person who wrote something else.
-  /// @param read    answers nothing for a text that is none.
+  /// @param wanted  the expected part, for the error message.
+  /// @param read  returns nothing for an invalid text.
   template <typename Read>
   void next(int& value, const std::string& wanted, Read read) {
     if (!rest_) return;

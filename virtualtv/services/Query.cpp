@@ -9,7 +9,7 @@ namespace virtualtv {
 
 namespace {
 
-// True for the service modes that name an operator's list; the others stand for the whole antenna.
+// True for the service modes that name an operator's list. Other modes mean the whole antenna.
 bool namesAList(int serviceMode) {
   return (serviceMode >= 3 && serviceMode <= 18) || (serviceMode >= 21 && serviceMode <= 27);
 }
@@ -28,7 +28,8 @@ bool stepsThroughTheList(Pick pick) {
   return pick == Pick::after || pick == Pick::before || pick == Pick::start || pick == Pick::end;
 }
 
-// The value of a field as an expression on a row of `service`; one without a column is looked up beside it.
+// The SQL expression for the value of a field in a row of `service`. A field without a column is looked up in its own
+// table.
 std::string valueOf(int fieldId) {
   if (const KnownField* field = knownField(fieldId)) return field->column;
   return "(SELECT value FROM raw_field WHERE service = service.key AND field = " + std::to_string(fieldId) + ")";
@@ -112,7 +113,7 @@ Query::Query(Database& database, QueryShape shape)
 int Query::bindConditions(const std::vector<std::uint64_t>& values) {
   int parameter = 0;
   for (const KnownField* field : conditions_) {
-    // A value that the field can't hold is bound as NULL, which nothing equals.
+    // Bind NULL, which equals nothing, for a value that the field can't hold.
     const auto value = toColumn(field, values[static_cast<std::size_t>(parameter)]);
     statement_.bind(++parameter, value);
   }
@@ -140,11 +141,11 @@ TCServiceData::Content Query::read(const Rows& rows) {
   return {{fields_.data(), static_cast<int>(end - fields_.data())}, {units_.data(), units}};
 }
 
-/// Keeps the units of a text behind those that are there. @return how many.
+/// Appends the units of a text. @return their number.
 int Query::keepText(Bytes bytes, int start) {
   const auto end = static_cast<std::size_t>(start) + bytes.size() / 2;
   if (end > units_.size()) units_.resize(end);
-  // A record's units are the bytes as stored; what SQLite hands out need not be aligned for them.
+  // A record's units have the stored byte order. SQLite's bytes need not be aligned for units, so copy bytes.
   if (!bytes.empty()) std::memcpy(units_.data() + start, bytes.data(), bytes.size() / 2 * 2);
   return static_cast<int>(bytes.size() / 2);
 }

@@ -17,7 +17,8 @@ namespace virtualtv {
 
 namespace {
 
-constexpr std::int64_t mostExact = (std::int64_t{1} << 53) - 1;  // as far as readers have whole numbers
+constexpr std::int64_t mostExact = (std::int64_t{1} << 53) - 1;  // the largest integer that all JSON readers hold
+                                                                 // exactly
 
 Json::Value numberOf(int fieldId, std::uint64_t value) {
   const KnownField* const field = knownField(fieldId);
@@ -41,7 +42,7 @@ std::uint64_t numberIn(int fieldId, const JsonPart& part) {
   return *number;
 }
 
-/// Reads the fields of a service. @param take  is called with the id of each, and its value.
+/// Reads the fields of a service. @param take  called with the id and the value of each field.
 template <typename Take>
 void readFields(const JsonPart& part, const char* name, Service& service, Take take) {
   const auto fields = part.find(name);

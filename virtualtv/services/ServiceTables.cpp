@@ -15,7 +15,7 @@ namespace {
 constexpr const char* adding = "add a service";
 constexpr const char* reading = "read a service";
 
-// Columns of `service` for the known fields, in their order, each followed by `behind`.
+// The columns of `service` for the known fields, in order, each followed by `behind`.
 std::string columns(const std::string& behind) {
   std::string list;
   for (const KnownField& field : knownFields()) list += field.column + behind;
@@ -47,9 +47,9 @@ int readFields(const Rows& rows, Service& service) {
 
 }  // namespace
 
-// `place` counts services up in list order: by major, then by minor number, absent ones last, then by key, for which it
-// has 29 bits. A service that does not say whether it is hidden is not. What `sqlite_stat1` tells the query planner is
-// what a list of a set looks like; so it takes the index that leaves few rows, whatever the list at hand.
+// `place` orders services as lists do: by major number, then by minor number (absent ones last), then by key, which has
+// 29 bits. A service without the hidden field is not hidden. `sqlite_stat1` gives the query planner the statistics of a
+// typical list, so that it picks the selective index for every list.
 const char* const serviceTables = R"(
 CREATE TABLE service(
   key INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -130,7 +130,8 @@ INSERT INTO sqlite_stat1(tbl, idx, stat) VALUES
 ANALYZE sqlite_schema;
 )";
 
-// Most services come from no list, or from one of which no field is missing here.
+// A separate table, since most services have no entry: they come from no list, or from a list whose fields the set all
+// has.
 const char* const listEntries = R"(
 CREATE TABLE list_entry(
   service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
@@ -138,7 +139,7 @@ CREATE TABLE list_entry(
 ) STRICT;
 )";
 
-// For a while the step before added a column in place of a table; what that held is given up.
+// For a while the step before added a column instead of a table. The content of that column is discarded.
 const char* const footageTables = R"(
 CREATE TABLE IF NOT EXISTS list_entry(
   service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
@@ -177,7 +178,7 @@ ServiceTables::ServiceTables(Database& database)
       readFootage_(database, "SELECT path, video, type, trusted FROM recording WHERE service = ?", reading),
       readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
 
-/// Binds the fields that have columns. @return how many the service has of them.
+/// Binds the fields with columns. @return how many of them the service has.
 std::size_t ServiceTables::bindFields(const Service& service) {
   std::size_t bound = 0;
   int parameter = 0;

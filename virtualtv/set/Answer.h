@@ -6,8 +6,8 @@
 
 namespace virtualtv {
 
-/// Carries a platform call that answers a number out on the set: `body` takes the set and answers the call's result.
-/// What the set can't keep is complained about and answered as a failure.
+/// Carries out a platform call that returns a number: `body` takes the set and returns the result of the call. When the
+/// set can't persist a change, this reports a complaint and returns a failure.
 /// @param handle, values  as for `seam::pass`.
 template <typename Values, typename Body>
 int answer(const seam::Operation& operation, const seam::Handle& handle, const Values& values, Body body) {

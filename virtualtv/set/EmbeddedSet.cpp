@@ -102,7 +102,7 @@ Shape shapeOf(const Json::Value& picture) {
   return shape == "4:3" ? Shape::narrow : Shape::wide;
 }
 
-/// What comes into an input.
+/// The picture of an input.
 Picture pictureOf(const Json::Value& member) {
   const Picture usual;
   return {.width = member.get("width", usual.width).asInt(),
@@ -112,7 +112,7 @@ Picture pictureOf(const Json::Value& member) {
           .activeFormat = member.get("activeFormat", usual.activeFormat).asInt()};
 }
 
-/// A service keeps of its picture what the description tells.
+/// Stores in the service what the description says of its picture.
 void readPicture(const Json::Value& member, Service& service) {
   for (const Member& number : pictureNumbers) {
     if (member.isMember(number.name)) service.numbers[number.fieldId] = member[number.name].asUInt64();
@@ -172,7 +172,7 @@ void readState(const Json::Value& root, SetDescription& set) {
   main.sourceState = SOURCE_STATE_SHOWN;
 }
 
-/// Parses a document and has its root read.
+/// Parses a document and calls `read` with its root.
 template <typename Read>
 void readDocument(std::string_view document, Read read) {
   Json::Value root;

@@ -8,24 +8,25 @@
 
 namespace virtualtv {
 
-/// A set as a document describes it, without its services. Those of the windows are told by their ids, since services
-/// have no keys yet.
+/// A set as a document describes it, without its services. The services on the windows are given by their ids, since
+/// services have no keys yet.
 struct SetDescription {
   TvState state;
-  std::uint64_t currentId = 0;   ///< on the main window's screen
-  std::uint64_t previousId = 0;  ///< there before
+  std::uint64_t currentId = 0;   ///< id of the service on the main window's screen
+  std::uint64_t previousId = 0;  ///< id of the service there before
 };
 
-/// Reads a description. @throws std::invalid_argument when the document is none.
+/// Reads a description. @throws std::invalid_argument when the document is not one.
 SetDescription readSet(std::string_view document);
 
-/// Reads the services of a set, in list order. @throws std::invalid_argument when the document tells none.
+/// Reads the services of a set, in list order. @throws std::invalid_argument when the document contains none.
 std::vector<Service> readServices(std::string_view document);
 
-/// The set that is built in.
+/// The built-in set.
 const SetDescription& embeddedSet();
 
-/// Its services. A set reads them only where it has none of its own, since they are most of what there is to read.
+/// The services of the built-in set. They make up most of the document, so a set reads them only when it has no
+/// services of its own.
 std::vector<Service> embeddedServices();
 
 }  // namespace virtualtv

@@ -28,7 +28,7 @@ void appendKnob(const char* name, const Value& before, const Value& after, std::
   changes.emplace_back(KnobChanged{name, std::to_string(before), std::to_string(after)});
 }
 
-/// Calls `visitor` with the name of each knob of a state that is a number, and where the number stands.
+/// Calls `visitor` with the name of each numeric knob of a state, and the member that holds the number.
 template <typename Visit>
 void visitKnobs(Visit visitor) {
   visitor("start.service", &TvState::startServiceId);
@@ -57,7 +57,7 @@ void appendWindow(WindowId id, const WindowState& before, const WindowState& aft
       KnobChanged{std::string(nameOf(id)) + resolutionKnob, resolutionOf(before), resolutionOf(after)});
 }
 
-/// Calls `told` with each key of either map, in their order, and what each has for it.
+/// Calls `told` with each key of either map, in order, and the value of each map.
 template <typename Map, typename Told>
 void compare(const Map& before, const Map& after, Told told) {
   auto left = before.begin();
@@ -91,7 +91,7 @@ void appendList(ServiceKey service, const Value& before, const Value& after, std
   if (before != after) changes.emplace_back(Kind{service, before, after});
 }
 
-/// Undoes changes of a state, a function for each kind.
+/// Undoes changes of a state: one function for each kind of change.
 class UndoState {
  public:
   explicit UndoState(TvState& state) : state_(state) {}
@@ -181,7 +181,7 @@ ServiceKey changedService(const Change& change) {
       change);
 }
 
-/// A set has the same inputs as long as it lives, in the same order.
+/// The inputs of a set and their order never change.
 void appendChanges(const TvState& before, const TvState& after, std::vector<Change>& changes) {
   for (std::size_t at = 0; at < before.inputs.size() && at < after.inputs.size(); ++at) {
     if (!(before.inputs[at] == after.inputs[at])) {

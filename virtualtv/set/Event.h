@@ -11,8 +11,7 @@
 #include "set/State.h"
 #include "store/SettingsStore.h"
 
-// What changes in a set: one type for each thing that can change. `before` and `after` are the whole of that thing, and
-// differ.
+// The changes of a set: one type for each thing that can change. `before` and `after` are the whole values, and differ.
 
 namespace virtualtv {
 
@@ -33,14 +32,14 @@ struct WindowScreen {
   bool operator==(const WindowScreen&) const = default;
 };
 
-/// What is seen in a window comes from another source, or its state is another.
+/// The source of a window or its state has changed.
 struct SourceChanged {
   WindowId window;
   WindowSource before;
   WindowSource after;
 };
 
-/// Another service is on a window's screen, or another was there before it.
+/// The service on a window's screen, or the previous one, has changed.
 struct ScreenChanged {
   WindowId window;
   WindowScreen before;
@@ -59,7 +58,7 @@ struct PlaneChanged {
   Plane after;
 };
 
-/// Other tracks of the service on a window's screen are in use.
+/// The tracks in use of the service on a window's screen have changed.
 struct TracksChanged {
   WindowId window;
   TracksInUse before;
@@ -76,22 +75,22 @@ struct IspChanged {
   SecondaryStack after;
 };
 
-/// A knob that has no type of its own here was turned, or moved by itself: region, country, the start service and
-/// source, the fading tuner, the clock, a window's resolution code, a latency.
+/// A knob without its own type here was set or has changed by itself: region, country, the start service and source,
+/// the fading tuner, the clock, a window's resolution code, a latency.
 struct KnobChanged {
   std::string name;    ///< as `setKnob` takes it
-  std::string before;  ///< as `getKnob` tells it
+  std::string before;  ///< as `getKnob` returns it
   std::string after;
 };
 
-/// A settings key; nothing for one that was not set or is not set any more.
+/// The value of a settings key; nothing while the key is not set.
 struct SettingChanged {
   std::string key;
   std::optional<Setting> before;
   std::optional<Setting> after;
 };
 
-/// A field of a service; nothing for an absent one.
+/// A field of a service; nothing while it is absent.
 struct FieldChanged {
   ServiceKey service;
   int fieldId;
@@ -111,49 +110,50 @@ struct SubtitleTracksChanged {
   std::vector<SubtitleTrack> after;
 };
 
-/// The favourite groups that a service is in, or was taken out of.
+/// The favourite groups of a service, with its membership in each.
 struct FavouritesChanged {
   ServiceKey service;
   std::map<std::uint8_t, bool> before;
   std::map<std::uint8_t, bool> after;
 };
 
-/// The list of services is another one.
+/// The list of services was replaced.
 struct ServicesChanged {
-  std::size_t before;  ///< how many there were
+  std::size_t before;  ///< how many services there were
   std::size_t after;
-  ServiceChanges services{};  ///< what became of them
+  ServiceChanges services{};  ///< how the services changed
 };
 
 using Change = std::variant<SourceChanged, ScreenChanged, ModeChanged, PlaneChanged, TracksChanged, InputChanged,
                             IspChanged, KnobChanged, SettingChanged, FieldChanged, AudioTracksChanged,
                             SubtitleTracksChanged, FavouritesChanged, ServicesChanged>;
 
-/// A change, and the revision of the set that came with it. What one verb changes has one revision.
+/// A change, and the revision of the set after it. All changes of one verb have the same revision.
 struct Event {
   std::uint64_t revision;
   Change change;
 };
 
-/// Appends what differs: between two states of a set, all its settings keys, or what one service is.
+/// Appends the differences between two states of a set, between all its settings keys, or between two versions of a
+/// service.
 void appendChanges(const TvState& before, const TvState& after, std::vector<Change>& changes);
 void appendChanges(const std::map<std::string, Setting>& before, const std::map<std::string, Setting>& after,
                    std::vector<Change>& changes);
-/// All services, by their keys.
+/// The same for all services, by their keys.
 void appendChanges(const std::map<ServiceKey, Service>& before, const std::map<ServiceKey, Service>& after,
                    std::vector<Change>& changes);
 void appendChanges(ServiceKey service, const Service& before, const Service& after, std::vector<Change>& changes);
 
-// The other way: each makes what a change has changed what it was before, and is given the last change first. Changes
-// of other things are passed over.
+// Undo a change: restore the value from before it. Call with the last change first. Changes of other things are
+// ignored.
 
 void undo(const Change& change, TvState& state);
-/// Settings that differ from what they are now: nothing for a key that was not set.
+/// @param settings  the settings keys that differ from now; nothing for a key that was not set.
 void undo(const Change& change, std::map<std::string, std::optional<Setting>>& settings);
-/// The service that it is a change of.
+/// @param service  the service that the change is about.
 void undo(const Change& change, Service& service);
 
-/// The service that something of was changed; 0 for other changes.
+/// The service that a change is about; 0 for changes of other things.
 ServiceKey changedService(const Change& change);
 
 }  // namespace virtualtv

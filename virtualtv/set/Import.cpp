@@ -1,4 +1,4 @@
-// The verbs that change the list of services, and what becomes of the services that windows show.
+// The verbs that change the list of services, and their effect on what the windows show.
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -11,7 +11,7 @@ namespace virtualtv {
 
 namespace {
 
-/// The services of a window before an import: keys may change in it, ids do not.
+/// The services of a window before an import. The import may change their keys, but not their ids.
 struct Shown {
   std::optional<Service> current;
   std::optional<Service> previous;
@@ -28,21 +28,22 @@ ShownInWindows shownIn(const TvState& state, const ServiceStore& services) {
   return shown;
 }
 
-/// Key of a service among those that an import has left; 0 where it is gone.
+/// The key of a service after an import; 0 when it is gone.
 ServiceKey keyNow(const std::optional<Service>& service, const ServiceStore& services) {
   if (!service) return 0;
   const auto id = service->numbers.find(TCServiceData::SERVICE_ID);
   return id == service->numbers.end() ? 0 : services.keyOf(id->second).value_or(0);
 }
 
-/// Tracks stay in use unless their service has got others.
+/// Keeps the tracks in use, unless the service now has other tracks.
 void keepTracks(WindowState& window, const std::optional<Service>& before, const ServiceStore& services) {
   if (!before) return;
   if (services.audio(window.service) != before->audio) window.inUse.audio = TracksInUse().audio;
   if (services.subtitles(window.service) != before->subtitles) window.inUse.subtitle = TracksInUse().subtitle;
 }
 
-/// Finds what a window shows in a list that has replaced all services. @return false when it is gone.
+/// Updates a window after all services were replaced, so that it shows the same service. @return false when that is
+/// gone.
 bool find(WindowState& window, const Shown& before, const ServiceStore& services) {
   window.previousService = keyNow(before.previous, services);
   const ServiceKey key = keyNow(before.current, services);
@@ -50,8 +51,8 @@ bool find(WindowState& window, const Shown& before, const ServiceStore& services
   return key != 0;
 }
 
-/// Finds what the windows show and the set starts with, and moves what is gone to the first service of the list. A
-/// window without a service goes along with the main one.
+/// Keeps the services of the windows and the start service, and replaces those that are gone by the first service of
+/// the list. A window without a service is treated like the main window.
 void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& first, const ServiceStore& services) {
   const std::uint64_t firstId = first.numbers.at(TCServiceData::SERVICE_ID);
   const TvMode mode{static_cast<int>(first.numbers.at(TCServiceData::ANTENNA_MODE)), 0};
@@ -83,7 +84,7 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   });
 }
 
-/// Changes the list and the state in one transaction. @return what `change` does.
+/// Changes the list and the state in one transaction. @return what `change` returns.
 ServiceChanges Tv::changeList(const char* what, const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
   ServiceStore& store = storage_.parts().services;
   replacing_.tell();

@@ -8,13 +8,13 @@
 
 namespace virtualtv {
 
-/// The interfaces that the set has made, kept on behalf of the engines that asked for them.
+/// The interfaces that the set has created, owned on behalf of the engines that requested them.
 class Interfaces {
  public:
   /// Number of the next interface of a kind, counted from 1.
   int next(const std::string& kind) { return ++made_[kind]; }
 
-  /// Keeps an interface until `owner` is gone. @return the interface.
+  /// Takes ownership of an interface until `owner` is released. @return the interface.
   template <typename Interface>
   Interface* keep(const std::string& owner, std::shared_ptr<Interface> interface) {
     Interface* const kept = interface.get();
@@ -22,10 +22,10 @@ class Interfaces {
     return kept;
   }
 
-  /// Frees what was kept for an owner.
+  /// Frees the interfaces of an owner.
   void release(const std::string& owner) { kept_.erase(owner); }
 
-  /// How many interfaces are kept, for all owners.
+  /// The number of interfaces, for all owners.
   std::size_t size() const {
     std::size_t count = 0;
     for (const auto& [owner, interfaces] : kept_) count += interfaces.size();

@@ -1,4 +1,4 @@
-// The secondary TV stack, which shows the ISP source.
+// Knobs of the secondary TV stack, which shows the ISP source.
 #include "services/ListText.h"
 #include "set/KnobParts.h"
 

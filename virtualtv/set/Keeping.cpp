@@ -19,7 +19,7 @@ namespace {
 
 const std::array schema{settingsTables, serviceTables, listEntries, footageTables};
 
-// How a value is kept: a number by its digits, a list by its text.
+// The persisted form of a value: the digits of a number, the text of a list.
 
 template <typename Number>
 std::string written(Number number) {
@@ -44,7 +44,7 @@ void read(const std::string& text, const Persisted&, std::vector<SubtitleTrack>&
   orderByKind(tracks);
 }
 
-/// The version of the set that kept this.
+/// The version of the set that persisted these values.
 Since dayOf(const std::map<std::string, std::string>& kept, TvState& state) {
   Since day = Since::first;
   visitPersisted(state, [&](const Persisted& place, auto&) {
@@ -53,7 +53,7 @@ Since dayOf(const std::map<std::string, std::string>& kept, TvState& state) {
   return day;
 }
 
-/// Gives a database that has just got its tables the embedded set, unless an older one keeps a set already.
+/// Fills a database with the embedded set, unless it already contains a set, as an older database does.
 void furnishNew(Database& database) {
   ServiceStore services(database);
   SettingsStore settings(database);
@@ -61,14 +61,14 @@ void furnishNew(Database& database) {
   if (state.all().empty()) furnish(database, services, settings, state);
 }
 
-/// The embedded set, for whoever runs many sets: they would spend most time on filling them.
+/// A database with the embedded set, to copy from: whoever runs many sets would spend most of the time filling them.
 const Database& furnished() {
   static const Database database(Database::inMemory, schema, furnishNew);
   return database;
 }
 
-/// A database of its own with the embedded set. The process's first one is filled, since most have no other and would
-/// keep `furnished` for nothing; the others are copies of that.
+/// A new database with the embedded set. The first one of a process is filled directly: most processes need no other,
+/// and would hold `furnished` for nothing. Later ones are copies of `furnished`.
 Database furnishedAnew() {
   static std::atomic_flag isFirstMade = ATOMIC_FLAG_INIT;
   if (!isFirstMade.test_and_set()) return {Database::inMemory, schema, furnishNew};

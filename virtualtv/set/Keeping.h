@@ -14,7 +14,7 @@
 
 namespace virtualtv {
 
-/// What a storage is made of. Used by the set alone. A new one has the embedded set in it from the moment it is there.
+/// The parts of a storage. Used by the set alone. A new storage contains the embedded set from the start.
 struct Storage::Parts {
   Parts();
   explicit Parts(const std::filesystem::path& path);
@@ -26,27 +26,28 @@ struct Storage::Parts {
   SetStateStore state;
 };
 
-/// The settings key in which the platform itself records what the main window shows, and what it holds while that is
-/// the TV.
+/// The settings key in which the platform itself records what the main window shows, and the value that it has while
+/// the window shows TV.
 inline constexpr const char* lastServiceKey = "db/boot/last_service";
 inline constexpr const char* lastServiceOnTv = "tv-service";
 
-/// The part of a state that a set keeps when it is switched off, by name.
+/// The persisted part of a state, by name.
 std::map<std::string, std::string> keptOf(const TvState& state);
 
-/// Puts the embedded set in place of all that a storage keeps, settings keys included. @return what it is then.
-/// @throws StoreError when that can't be kept; then all is as it was.
+/// Replaces everything in a storage, settings keys included, by the embedded set. @return the new state. @throws
+/// StoreError when that can't be persisted; nothing is changed then.
 TvState furnish(Database& database, ServiceStore& services, SettingsStore& settings, SetStateStore& state);
 
-/// What was kept of a state. @throws StoreError when there is nothing: a set always keeps something.
+/// The persisted values of a state. @throws StoreError when there are none, since a set always persists some.
 std::map<std::string, std::string> keptIn(Storage::Parts& parts);
 
-/// What a set that has this state is when it is switched off and on.
+/// The state after switching a set with this state off and on.
 TvState switchedOn(const TvState& state);
 
-/// Puts what was kept back into a state that stands at its defaults. Names that are unknown are passed over, and so are
-/// values that were not kept yet when it was kept.
-/// @param file  where it was kept, for errors. @throws StoreError when a value is missing or can't be read.
+/// Restores persisted values into a state that has its defaults. Ignores unknown names. Values that older versions did
+/// not persist keep their defaults.
+/// @param file  the file that contained the values, for errors. @throws StoreError when a value is missing or can't be
+/// read.
 void restore(const std::map<std::string, std::string>& kept, const std::string& file, TvState& state);
 
 }  // namespace virtualtv

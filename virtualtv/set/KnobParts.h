@@ -13,27 +13,27 @@
 #include "set/State.h"
 #include "text/Numbers.h"
 
-// What the knobs are put together from: the tables, one a subject, and what these share. Used by the knobs, and where
-// services are edited.
+// The parts of the knobs: one table for each subject, and the functions that the tables share. Used by the knobs and by
+// the editing of services.
 
 namespace virtualtv::knobparts {
 
-/// The tables. Where several names fit, the first knob is meant.
+/// The tables. When several names match, the first knob counts.
 std::span<const Knob> setKnobs();
 std::span<const Knob> ispKnobs();
 std::span<const Knob> windowKnobs();
 std::span<const Knob> pictureKnobs();
 std::span<const Knob> serviceKnobs();
 
-/// The parts behind `service.ID.` in the names of a service's knobs: its lists, the fields with a name, and those
-/// without one that it has. @throws std::invalid_argument when there is no such service.
+/// What can follow `service.ID.` in the name of a service's knob: its lists, all named fields, and those unnamed fields
+/// that it has. @throws std::invalid_argument when there is no such service.
 std::vector<std::string> partsOfService(Tv& tv, const std::string& id);
 
-/// What stands in place of the parts in capitals of a knob's name.
+/// The texts that replace the capitalised parts of a knob's name.
 using Parts = std::vector<std::string>;
 
-/// @throws std::invalid_argument  always, with the reason as its line. So do all below for a text that they do not
-/// take.
+/// @throws std::invalid_argument always, with the reason as its message. The parsers below throw the same exception for
+/// invalid text.
 [[noreturn]] void refuse(const std::string& reason);
 
 bool onOrOff(const std::string& text);
@@ -41,11 +41,11 @@ inline const char* onOff(bool on) {
   return on ? "on" : "off";
 }
 
-/// What the size and the rate of a picture are made of.
+/// The range of a picture's width, height and rate.
 inline constexpr text::Range lengthRange{1, std::numeric_limits<int>::max()};
 
-/// Reads such numbers that have marks between them, as in 720x576@25, whose marks are x and @.
-/// @param wanted  what to write, for a person who wrote something else.
+/// Reads such numbers separated by marks. In 720x576@25 the marks are x and @.
+/// @param wanted  the expected form, for the error message.
 template <std::size_t count>
 std::array<int, count> lengthsIn(const std::string& text, const std::array<char, count - 1>& marks,
                                  const std::string& wanted) {
@@ -61,12 +61,12 @@ std::array<int, count> lengthsIn(const std::string& text, const std::array<char,
   return lengths;
 }
 
-/// The window of a name, as `nameOf` tells it.
+/// The window with a name as `nameOf` returns it.
 WindowId windowNamed(const std::string& name);
 
-/// The service of an id or, behind a #, of a key. There must be one.
+/// The service with an id or, after a #, with a key. It must exist.
 ServiceKey existingService(Tv& tv, const std::string& text);
-/// A service as `existingService` reads it: its id, `#KEY` where it has none; 0 for no service.
+/// The text that `existingService` reads: the id of a service, or `#KEY` when it has no id. 0 stands for no service.
 std::string nameOfService(Tv& tv, ServiceKey key);
 
 }  // namespace virtualtv::knobparts

@@ -28,7 +28,7 @@ bool isPlace(std::string_view part) {
   return part.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == part.npos;
 }
 
-/// Takes the text before the next full stop off the front.
+/// Removes and returns the text before the next full stop.
 std::string_view takePart(std::string_view& text) {
   const std::size_t stop = text.find('.');
   const std::string_view part = text.substr(0, stop);
@@ -36,7 +36,7 @@ std::string_view takePart(std::string_view& text) {
   return part;
 }
 
-/// What stands in the places of a knob's name; nothing when `name` is another knob's.
+/// The texts that replace the placeholders of a knob's name; nothing when `name` is the name of another knob.
 std::optional<Parts> match(std::string_view knob, std::string_view name) {
   Parts parts;
   while (!knob.empty() && !name.empty()) {

@@ -19,33 +19,33 @@ namespace virtualtv {
 
 class Tv;
 
-/// A set as it was at a moment. It begins as the set that there is; each change that came since is undone, the last one
-/// first. Services are read when they are asked for, so it is used before anything changes again. Reading them throws
-/// `StoreError`.
+/// A set as it was at an earlier moment. It starts as the current set; then the changes since that moment are undone,
+/// the last one first. Services are read on demand, so use this object before anything changes again. Reading services
+/// throws `StoreError`.
 class Past {
  public:
   /// @param tv  outlives it.
   explicit Past(const Tv& tv);
 
   /// Undoes a change. @param change  outlives this object.
-  /// @param services  those before a `ServicesChanged`; not null for one.
+  /// @param services  the services before a `ServicesChanged`; null is allowed for other changes only.
   void undo(const Change& change, const std::shared_ptr<const ServiceImage>& services);
 
   const TvState& state() const { return state_; }
-  /// Nothing where there was no such service.
+  /// Returns nothing when there was no such service.
   std::optional<Service> service(ServiceKey key) const;
   /// How many services there were.
   std::size_t services() const { return services_; }
-  /// All that the set persisted.
+  /// Everything that the set had persisted.
   Snapshot snapshot() const;
 
  private:
   const Tv& tv_;
   TvState state_;
-  std::map<std::string, std::optional<Setting>> settings_;  ///< other than those of `tv_`
+  std::map<std::string, std::optional<Setting>> settings_;  ///< the keys that differ from those of `tv_`
   std::size_t services_;
   std::shared_ptr<const ServiceImage> image_;               ///< null for the services of `tv_`
-  std::map<ServiceKey, std::vector<const Change*>> edits_;  ///< that came since, by service; the last one first
+  std::map<ServiceKey, std::vector<const Change*>> edits_;  ///< later changes, by service; the last one first
 };
 
 }  // namespace virtualtv

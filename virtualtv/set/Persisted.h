@@ -8,7 +8,7 @@
 #include "set/State.h"
 #include "text/Numbers.h"
 
-// The values of a set's state that it persists. Used by those who write and read them.
+// The persisted values of a set's state. Used by the code that writes and reads them.
 
 namespace virtualtv {
 

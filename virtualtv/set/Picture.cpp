@@ -14,7 +14,7 @@ namespace {
 
 using Data = TCServiceData;
 
-/// A width to a height.
+/// An aspect ratio.
 struct Ratio {
   int width;
   int height;
@@ -31,8 +31,8 @@ bool isSoundOrData(int channelType) {
   return channelType >= CHANNEL_RADIO_TERRESTRIAL && channelType <= CHANNEL_DATA_SATELLITE;
 }
 
-/// Reads a width, a height or a rate, which a field can hold far beyond what a picture has.
-/// @return false where it is none, 0 or less or beyond `int`; true, and `length` as it was, without the field.
+/// Reads a width, a height or a rate. The field may hold a number that no picture can have. @return false when the
+/// number is below 1 or beyond `int`; true, with `length` unchanged, when the record lacks the field.
 bool readLength(const Data& record, int field, int& length) {
   unsigned long long held = 0;
   if (!record.Get(field, held)) return true;
@@ -44,8 +44,8 @@ bool readLength(const Data& record, int field, int& length) {
 constexpr std::array pictureFields{int{Data::CHANNEL_TYPE}, int{PICTURE_WIDTH}, int{PICTURE_HEIGHT},
                                    int{FRAME_RATE},         int{PICTURE_SHAPE}, int{ACTIVE_FORMAT}};
 
-/// A service says what its picture is like as far as it differs from what its channel type usually has.
-/// @param record  those of its fields.
+/// The picture of a service. The fields of the service override the default picture of its channel type. @param record
+/// the picture fields of the service.
 std::optional<Picture> pictureOf(const Data& record) {
   int type = 0;
   record.Get(Data::CHANNEL_TYPE, type);
@@ -79,7 +79,7 @@ std::optional<Data> recordOf(const std::optional<Service>& service) {
   return record;
 }
 
-/// @param readService  answers the fields of the service on the window's screen, nothing without one.
+/// @param readService  returns the fields of the service on the window's screen, or nothing when there is none.
 template <typename ReadService>
 std::optional<Picture> pictureIn(const TvState& state, WindowId id, ReadService readService) {
   const WindowState& window = state[id];
@@ -94,13 +94,13 @@ std::optional<Picture> pictureIn(const TvState& state, WindowId id, ReadService 
   return std::nullopt;
 }
 
-/// A corner that lies some way from another one; it stays within what a rectangle can tell.
+/// Moves a coordinate by a non-negative offset, clamped to the largest `int`.
 int moved(int corner, int by) {
   const auto most = std::int64_t{std::numeric_limits<int>::max()};
   return static_cast<int>(std::min(std::int64_t{corner} + by, most));
 }
 
-/// The largest rectangle of a ratio in another one, in its middle.
+/// The largest rectangle of a ratio that fits into `outer`, centred.
 Rect fitted(const Rect& outer, Ratio ratio) {
   const auto scaled = [](int length, int by, int of) {
     return static_cast<int>(static_cast<std::int64_t>(length) * by / of);
@@ -117,7 +117,8 @@ Rect fitted(const Rect& outer, Ratio ratio) {
   return inner;
 }
 
-/// The shape of the content by the four bits of the format description; nothing where it fills the picture.
+/// The aspect ratio of the content, given the four bits of the format description. Returns nothing when the content
+/// fills the picture.
 std::optional<Ratio> contentOf(int activeFormat) {
   switch (activeFormat) {
     case 9:

@@ -4,31 +4,32 @@
 
 #include "set/State.h"
 
-// What stands on a window's screen: the picture that its source gives, and where the plane shows it.
+// What a window shows on the screen: the picture of its source, and where the plane draws it.
 
 namespace virtualtv {
 
 class Tv;
 
-/// The picture of what a window shows; nothing without a source, without a signal, on radio and data services, and on a
-/// service whose fields hold no width, height or rate of a picture.
+/// The picture that a window shows. Returns nothing when there is no source or no signal, for radio and data services,
+/// and for a service whose fields give no width, height or rate.
 std::optional<Picture> pictureOn(Tv& tv, WindowId id);
-/// The same in a state. @param service  the one on the window's screen; nothing where there is none.
+/// The same for a given state. @param service  the service on the window's screen, or nothing.
 std::optional<Picture> pictureOn(const TvState& state, WindowId id, const std::optional<Service>& service);
 
-/// The TV service's code of a picture's resolution; 136 for a size that has none.
+/// The TV service's code for the resolution of a picture; 136 for a size without a code.
 int resolutionCode(const Picture& picture);
-/// Lines a second, those that carry no picture included; the largest number there is where there are more.
+/// Lines per second, including lines that carry no picture. Clamped to the largest `unsigned`.
 unsigned linesPerSecond(const Picture& picture);
 
-/// What a window shows of its picture, and where: all of it unless it is cropped. Nothing without a picture or a crop.
+/// The part of its picture that a window shows, and where. An uncropped window shows all of it. Returns nothing when
+/// there is neither a picture nor a crop.
 std::optional<Crop> cropOn(Tv& tv, WindowId window);
 
 /// Where a plane draws its picture: the display rectangle of a crop, or where the plane was placed.
 Rect drawnAt(const Plane& plane);
-/// The part of a plane that the picture's content fills. The picture stands in the middle of the plane, as large as its
-/// shape lets it be, and its content in the middle of the picture by the broadcaster's format description. Parts of a
-/// pixel are cut off.
+/// The part of a plane that the content of the picture fills. The picture is centred in the plane, as large as its
+/// aspect ratio allows. The content is centred in the picture, in the shape of the broadcaster's format description.
+/// Fractions of a pixel are truncated.
 Rect activeArea(const Plane& plane, const Picture& picture);
 
 }  // namespace virtualtv

@@ -1,4 +1,4 @@
-// The pictures that come in, and how the windows show them.
+// Knobs for the pictures of the inputs, and for how the windows show them.
 #include "set/KnobParts.h"
 
 #include "set/Picture.h"

@@ -32,8 +32,8 @@ std::string getField(Tv& tv, const Parts& parts) {
   return value == service->numbers.end() ? "unset" : seam::printNumber(fieldId, value->second);
 }
 
-/// A text as `.set` takes it: between double quotes with \uNNNN for odd units, or plain, when it does not start with
-/// one.
+/// Reads a text as `.set` takes it: plain, or between double quotes with \uNNNN for odd units. A plain text must not
+/// start with a double quote.
 std::optional<std::u16string> textIn(const std::string& value, int fieldId) {
   std::string_view rest = value;
   if (auto units = text::parseQuoted(rest); units && rest.empty()) return units;
@@ -53,7 +53,7 @@ void setField(Tv& tv, const Parts& parts, const std::string& value) {
   }
 }
 
-// The lists. Reading comes first: a text that is none leaves the service as it is.
+// The lists. Parse before writing, so that an invalid text leaves the service unchanged.
 
 template <auto list>
 std::string getList(Tv& tv, const Parts& parts) {

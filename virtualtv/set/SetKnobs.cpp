@@ -1,4 +1,4 @@
-// What concerns the whole set, and how long its operations take.
+// Knobs of the whole set, and the latencies of its operations.
 #include "set/KnobParts.h"
 
 #include "seam/Seam.h"

@@ -9,9 +9,9 @@
 
 namespace virtualtv {
 
-/// All that a set persists, as plain data.
+/// Everything that a set persists, as plain data.
 struct Snapshot {
-  TvState state;  ///< what a set does not persist, such as the planes, is at its default
+  TvState state;  ///< values that a set does not persist, such as the planes, have their defaults
   std::map<std::string, Setting> settings;
   std::map<ServiceKey, Service> services;  ///< keys from 1 to `ServiceStore::greatestKey`
 

@@ -87,7 +87,7 @@ TvState stateIn(const JsonPart& part) {
   return state;
 }
 
-/// The services that the windows show must be there.
+/// Requires that the services on the windows exist.
 void requireServices(const JsonPart& part, const Snapshot& snapshot) {
   visitPersisted(snapshot.state, [&](const Persisted& place, const auto& value) {
     if constexpr (std::is_same_v<decltype(value), const ServiceKey&>) {
@@ -136,7 +136,7 @@ void readService(const JsonPart& part, Snapshot& snapshot) {
 
 // The document as text.
 
-/// Writes values, each in one line.
+/// Writes values, one per line.
 class LineWriter {
  public:
   LineWriter() {
@@ -148,7 +148,7 @@ class LineWriter {
 
   void put(std::string_view text) { text_ << text; }
   void putValue(const Json::Value& value) { writer_->write(value, &text_); }
-  /// Puts the items of an array or the members of an object, a line each.
+  /// Writes the items of an array or the members of an object, one per line.
   void putLines(const Json::Value& values) {
     const bool named = values.isObject();
     put(named ? "{" : "[");

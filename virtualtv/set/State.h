@@ -29,7 +29,7 @@ struct TvMode {
 /// States of a window's source, as the set reports them.
 enum SourceState : int { SOURCE_STATE_NONE = -1, SOURCE_STATE_NO_SIGNAL = 1, SOURCE_STATE_SHOWN = 2 };
 
-/// A rectangle, in pixels; of the base screen where nothing else is said.
+/// A rectangle, in pixels of the base screen unless stated otherwise.
 struct Rect {
   int x = 0;
   int y = 0;
@@ -39,14 +39,14 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-/// The base screen, on which the planes of the windows stand.
+/// The base screen, on which the planes of the windows are placed.
 inline constexpr Rect baseScreen{0, 0, 1920, 1080};
-/// Where the picture-in-picture window stands unless it is placed: a corner, with a margin.
+/// The default place of the picture-in-picture window: a corner, with a margin.
 inline constexpr Rect pipCorner{1296, 702, 576, 324};
 
 enum class Shape { wide, narrow };  ///< 16:9, 4:3
 
-/// A moving picture, as a source gives it.
+/// The format of a source's video.
 struct Picture {
   int width = 1920;
   int height = 1080;
@@ -57,7 +57,7 @@ struct Picture {
   bool operator==(const Picture&) const = default;
 };
 
-/// A part of the source picture, in its pixels, and the rectangle that shows it.
+/// A part of the source picture, in pixels of that picture, and the rectangle of the screen that shows it.
 struct Crop {
   Rect crop;
   Rect display;
@@ -65,12 +65,11 @@ struct Crop {
   bool operator==(const Crop&) const = default;
 };
 
-/// How a window's picture stands on the screen. Planes with higher orders lie over those with lower ones, and the
-/// picture-in-picture window's over the main window's where both have the same. Graphics, which is to say the web page,
-/// have 1.
+/// How a window's picture is placed on the screen. A plane with a higher order covers one with a lower order. When both
+/// orders are equal the picture-in-picture window covers the main window. Graphics, that is the web page, have order 1.
 struct Plane {
   Rect rect = baseScreen;
-  std::optional<Crop> crop;  ///< none: the whole picture fills `rect`
+  std::optional<Crop> crop;  ///< without it the whole picture fills `rect`
   int order = 0;
   bool muted = false;  ///< the picture is hidden
 
@@ -82,12 +81,12 @@ struct Input {
   int source = 0;  ///< its number among the TV service's sources
   std::string name;
   bool plugged = true;
-  Picture picture;  ///< what comes in when something is plugged in
+  Picture picture;  ///< the picture of the input while something is plugged in
 
   bool operator==(const Input&) const = default;
 };
 
-/// Positions of the tracks that are heard and seen, counted from 0. There need not be a track.
+/// Positions of the selected tracks, counted from 0. There may be no track at a position.
 struct TracksInUse {
   int audio = 0;
   int subtitle = -1;  ///< -1 for none
@@ -101,10 +100,10 @@ struct WindowState {
   int previousSource = -1;  ///< the one before
   TvMode mode;
   ServiceKey service = 0;          ///< on screen
-  TracksInUse inUse;               ///< of that service
+  TracksInUse inUse;               ///< the tracks in use of that service
   ServiceKey previousService = 0;  ///< on screen before
   Plane plane;
-  std::optional<int> resolution;  ///< the code that the set tells, whatever the picture is
+  std::optional<int> resolution;  ///< the resolution code that the set reports instead of that of the picture
 
   /// Puts a service on screen, 0 for none.
   void bring(ServiceKey key) {
@@ -128,7 +127,7 @@ struct SecondaryStack {
   bool operator==(const SecondaryStack&) const = default;
 };
 
-/// All that the set is at a moment, but for what its databases hold. Plain data.
+/// The whole state of the set, except for what its databases hold. Plain data.
 struct TvState {
   std::vector<Input> inputs;
   std::array<WindowState, 2> windows;
@@ -137,7 +136,7 @@ struct TvState {
   int region = 0;
   int country = 0;
   SecondaryStack isp;
-  int fade = 0;             ///< how much of the tuner's signal is lost, 0 to 255
+  int fade = 0;             ///< attenuation of the tuner's signal, 0 to 255
   std::uint64_t clock = 0;  ///< milliseconds since the set was switched on
 
   TvState() { (*this)[WindowId::pip].plane.rect = pipCorner; }

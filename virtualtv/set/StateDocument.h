@@ -9,15 +9,15 @@
 
 namespace virtualtv {
 
-/// The whole set as one document for clients: its windows, inputs, region and so on, and the revision that it has.
-/// Members are named as in the description of the built-in set; what is not there is null; ids of services are texts,
-/// since they have 64 bits.
+/// The whole set as one document for clients: its windows, inputs, region and so on, and its revision. Members have the
+/// names used in the description of the built-in set. Absent values are null. Service ids are strings, since they have
+/// 64 bits.
 ///
-/// Rectangles of a plane are told twice: on the base screen, and in the space of 960 x 540 that applications use,
-/// rounded as the plug-in rounds them. @throws StoreError when the services can't be read.
+/// Each rectangle of a plane appears twice: on the base screen, and in the 960 x 540 space of applications, rounded as
+/// the plug-in rounds it. @throws StoreError when the services can't be read.
 Json::Value stateDocument(const Tv& tv);
 
-/// The same of a set as it was. @param revision  that it had then.
+/// The same for an earlier state of the set. @param revision  the revision at that time.
 Json::Value stateDocument(const Past& past, std::uint64_t revision);
 
 }  // namespace virtualtv

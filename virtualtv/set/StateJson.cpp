@@ -43,7 +43,7 @@ Json::Value jsonOf(const Rect& rect) {
 
 namespace {
 
-/// A rectangle of the base screen in the space of applications, which is half as wide and half as high.
+/// Converts a rectangle of the base screen to the space of applications, which is half as wide and half as high.
 Rect inAppSpace(const Rect& rect) {
   const auto half = [](int length) { return static_cast<int>((std::int64_t{length} + 1) / 2); };
   return {half(rect.x), half(rect.y), half(rect.width), half(rect.height)};
@@ -134,7 +134,7 @@ Json::Value numberOf(const Service& service, int fieldId) {
 
 Json::Value jsonOf(const Footage& footage) {
   Json::Value json;
-  json["path"] = text::toUtf8(text::toUnits(footage.path));  // whatever bytes it has
+  json["path"] = text::toUtf8(text::toUnits(footage.path));  // the path may hold any bytes
   json["video"] = footage.video;
   json["type"] = footage.type;
   return json;

@@ -19,11 +19,12 @@ namespace {
 
 Tv* theSet = nullptr;
 
-// What the platform itself records of what the main window shows, beside `lastServiceOnTv`.
+// What the platform records for the main window when it shows an input or the ISP source. For TV it records
+// `lastServiceOnTv`.
 constexpr const char* inputService = "av-service";
 constexpr const char* ispService = "isp-service";
 
-/// What a set is that keeps this, when it is switched on.
+/// The state of a set with this storage when it is switched on.
 TvState stateIn(Storage::Parts& parts) {
   TvState state = embeddedSet().state;
   restore(keptIn(parts), parts.database.name(), state);
@@ -47,7 +48,7 @@ Tv::Tv(Storage& storage, std::uint64_t revision)
     : storage_(storage), state_(stateIn(storage.parts())), revision_(revision + 1) {
   if (theSet != nullptr) throw std::logic_error("a process has one set at a time");
   seam::Seam::instance().onDelay([this](std::uint64_t milliseconds) { pass(milliseconds); });
-  theSet = this;  // last: where there is no memory for what is before, there is no set
+  theSet = this;  // last, so that an exception above leaves no set behind
 }
 
 Tv::~Tv() {
@@ -154,7 +155,7 @@ std::optional<int> Tv::signalStrength(WindowId window) {
   int frequency = 0;
   record.Get(TCServiceData::FREQUENCY, frequency);
   constexpr int weakest = 140;
-  constexpr int spread = 100;  // kHz steps of channels and transponders fall all over it
+  constexpr int spread = 100;  // wide enough that the kHz steps of channels and transponders spread over it
   const int strength = weakest + std::abs(frequency % 9973) % spread;
   return std::clamp(strength - state_.fade, 0, 255);
 }
@@ -202,7 +203,7 @@ void Tv::mute(WindowId window, bool muted) {
   show(window, plane);
 }
 
-/// Planes are not kept: a set that is switched on shows its windows where they belong.
+/// Planes are not persisted: a set that is switched on shows its windows at their defaults.
 void Tv::show(WindowId window, const Plane& plane) {
   TvState next = state_;
   next[window].plane = plane;
@@ -376,7 +377,7 @@ void Tv::commit(TvState next, const char* lastService) {
   raise(std::move(changes));
 }
 
-/// What changed is persisted by now: a watcher that can't be told for lack of memory changes nothing.
+/// The change is already persisted, so a watcher that can't be notified for lack of memory is ignored.
 void Tv::raise(std::vector<Change> changes) noexcept {
   if (changes.empty()) return;
   ++revision_;

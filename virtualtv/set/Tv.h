@@ -24,13 +24,13 @@ namespace virtualtv {
 class ServiceStore;
 class Tv;
 
-/// Where a set keeps what it keeps: its databases. Outlives the set that runs on it.
+/// The storage of a set: its databases. Outlives the set that runs on it.
 class Storage {
  public:
   /// A store in memory, gone with this object.
   Storage();
-  /// The store in a state directory, which it makes and holds for this process alone.
-  /// @throws StoreError when it can't be had.
+  /// The store in a state directory, which is created if missing and locked for this process. @throws StoreError when
+  /// the directory can't be created, locked or read.
   explicit Storage(const std::filesystem::path& directory);
   ~Storage();
 
@@ -41,8 +41,8 @@ class Storage {
   std::unique_ptr<Parts> parts_;
 };
 
-/// Puts the set of the process aside, if there is one, for as long as it lives: another one can be made meanwhile, and
-/// must be gone before this.
+/// Puts the set of the process aside, if there is one, for the lifetime of this object. Meanwhile another set can be
+/// created, which must be destroyed before this object.
 class TvAside {
  public:
   TvAside();
@@ -54,20 +54,20 @@ class TvAside {
   Tv* aside_;
 };
 
-/// The TV set. One a process at a time; the adapters behind the platform interfaces find it by `current`. What it is,
-/// services and settings keys included, only the verbs change. A verb that changes anything persists it, raises the
-/// revision and tells the watchers what changed. Used from one thread. A verb throws `StoreError` when the set can't
-/// persist what it should; the set is then as it was.
+/// The TV set. A process has one set at a time, which the adapters behind the platform interfaces find through
+/// `current`. Only the verbs change its state, services and settings keys included. A verb that changes anything
+/// persists the change, increments the revision and notifies the watchers. A verb throws `StoreError` when the set
+/// can't persist the change; nothing is changed then. Used from one thread.
 class Tv {
  public:
-  /// Switches the set on: loads what `storage` keeps, which for a new one is the embedded set.
-  /// @param revision  where its revisions go on from. @throws StoreError when that can't be read.
+  /// Switches the set on: loads the content of `storage`. A new storage contains the embedded set. @param revision  the
+  /// revision to continue from. @throws StoreError when the storage can't be read.
   explicit Tv(Storage& storage, std::uint64_t revision = 0);
   Tv(const Tv&) = delete;
   Tv& operator=(const Tv&) = delete;
   ~Tv();
 
-  /// The set of this process. There must be one.
+  /// The set of this process. It must exist.
   static Tv& current();
 
   const TvState& state() const { return state_; }
@@ -75,97 +75,100 @@ class Tv {
   std::uint64_t revision() const { return revision_; }
   const ServiceStore& services() const;
   const SettingsStore& settings() const;
-  /// All that the set persists.
+  /// Everything that the set persists.
   Snapshot snapshot() const;
-  /// What the set made for those who connected to it.
+  /// The interfaces that the set created for those who connected to it.
   Interfaces& interfaces() { return interfaces_; }
 
-  /// Calls `watcher` with each change, inside the verb, when it is persisted: a watcher must not call a verb, nor
-  /// throw.
+  /// Calls `watcher` with each change once it is persisted. The call is made inside the verb, so a watcher must not
+  /// call a verb, nor throw.
   notify::Subscription watch(std::function<void(const Event&)> watcher);
 
-  /// Calls `told` when the services are about to be replaced as a whole, with all as it was; that may still fail. It
-  /// must not call a verb, nor throw.
+  /// Calls `told` before all services are replaced, while everything is still unchanged. The replacement may still
+  /// fail. `told` must not call a verb, nor throw.
   notify::Subscription watchReplacing(std::function<void()> told);
 
-  /// Strength of the tuner's signal for what a window shows, 0 to 255: it depends on the frequency, less what fades.
-  /// Nothing when no service is on its screen.
+  /// Strength of the tuner's signal for what a window shows, 0 to 255. It depends on the frequency, minus the
+  /// attenuation. Returns nothing when no service is on the window's screen.
   std::optional<int> signalStrength(WindowId window);
 
   // Verbs.
 
-  /// Puts a service on a window's screen; the one before becomes its previous one, and the TV mode follows the
-  /// service's antenna. @return false when there is no such service.
+  /// Puts a service on a window's screen. The service there becomes the previous one, and the TV mode switches to the
+  /// antenna of the new one. @return false when there is no such service.
   bool tune(WindowId window, ServiceKey service);
-  /// Shows an input in a window and, where `service` is not 0, that service. @return false when the set has no such
-  /// input or no such service; nothing is changed then.
+  /// Shows an input in a window, and `service` unless it is 0. @return false, and nothing changed, when the set has no
+  /// such input or no such service.
   bool switchSource(WindowId id, int source, ServiceKey service = 0);
   /// Leaves a window without a source.
   void deactivate(WindowId id);
-  /// Has the secondary TV stack show the ISP source. @return false when it can't be reached.
+  /// Makes the secondary TV stack show the ISP source. @return false when the stack can't be reached.
   bool showIsp();
-  /// Plugs something into an input, or out of it; windows that show the input gain or lose its picture.
+  /// Plugs something into an input, or unplugs it. Windows that show the input gain or lose its picture.
   void plug(int source, bool plugged);
   void setMode(WindowId window, TvMode mode);
-  /// Places a window's picture, which ends a crop. @return false, and nothing changed, for an empty rectangle.
+  /// Places a window's picture and removes its crop. @return false, and nothing changed, for an empty rectangle.
   bool place(WindowId window, const Rect& rect);
-  /// Places it where it stands when the set is switched on: the main window fills the screen.
+  /// Places a window's picture where it is when the set is switched on: the main window fills the screen.
   void placeDefault(WindowId window);
-  /// Shows a part of the picture. @return false, and nothing changed, where one of the rectangles is empty.
+  /// Shows a part of the picture. @return false, and nothing changed, when one of the rectangles is empty.
   bool crop(WindowId window, const Crop& crop);
-  /// @return false, and nothing changed, for a negative one.
+  /// @return false, and nothing changed, for a negative order.
   bool setOrder(WindowId window, int order);
   void mute(WindowId window, bool muted);
-  /// Takes the audio track at a position of the service on a window's screen into use, and likewise a subtitle. A
-  /// service comes on screen with its first audio track and without subtitles. @return false, and nothing changed,
-  /// where it has no track there.
+  /// Selects the audio or subtitle track at a position, for the service on a window's screen. A newly shown service
+  /// starts with its first audio track and without subtitles. @return false, and nothing changed, when the service has
+  /// no track at the position.
   bool selectAudio(WindowId window, int position);
   bool selectSubtitle(WindowId window, int position);
-  /// The same on the secondary TV stack. @return false also while it does not show the ISP source.
+  /// The same on the secondary TV stack. @return false also while the stack does not show the ISP source.
   bool selectIspAudio(int position);
   bool selectIspSubtitle(int position);
-  /// Puts services into a favourite group or takes them out, by their ids: all of them, or none and false where the set
-  /// does not have one.
+  /// Adds services to a favourite group or removes them, by their ids. @return false, and nothing changed, when the set
+  /// lacks one of the services.
   bool setFavourites(std::uint8_t group, const std::list<std::pair<unsigned long long, bool>>& members);
-  /// Takes the services of a channel list in, in place of those of the set or, to `add`, beside them. A service is the
-  /// same where its id is: what the user made of it stays, and so does what a window shows and the set starts with,
-  /// where that is still there. What is gone gives way to the first service of the list; the TV mode of a window
-  /// follows it then. All of it or nothing.
+  /// Imports the services of a channel list: in place of those of the set or, with `add`, in addition to them. Services
+  /// with the same id are the same service, which keeps the user's edits. Windows keep showing their service and the
+  /// start service stays, if it still exists; otherwise the first service of the list replaces it. The TV mode of a
+  /// window follows such a replacement. Either everything is imported or nothing.
   /// @throws std::invalid_argument when there are no services.
   ServiceChanges import(const std::vector<Service>& services, bool add);
-  /// Takes all services out of the set; its windows show none then.
+  /// Removes all services of the set. Its windows then show none.
   void removeServices();
-  /// Takes one service out. A window that shows it shows the first of the others; the set starts with that where it
-  /// started with this one. @return false when there is no such service.
+  /// Removes one service. The first of the other services replaces it in windows that show it, and as the start
+  /// service. @return false when there is no such service.
   bool removeService(ServiceKey service);
-  /// Puts a service where another one stands in the list: it gets that one's number, and those between the two places
-  /// each get the number beside theirs. @return false, and nothing is changed, when there is no such service or one of
-  /// them has no number.
+  /// Moves a service to the place of another one in the list. It gets the number of that one, and each service between
+  /// the two places gets the number of its neighbour. @return false, and nothing changed, when one of the two does not
+  /// exist or a service to renumber has no number.
   bool moveService(ServiceKey service, ServiceKey place);
-  /// Back to the embedded set, settings keys included.
+  /// Resets to the embedded set, settings keys included.
   void reset();
-  /// Puts a snapshot in place of all that the set persists; the rest is as when it is switched on. All of it or
-  /// nothing. @throws std::invalid_argument when the snapshot has a service that no set can have; says why.
+  /// Replaces everything that the set persists by a snapshot. The rest of the state is that of a set just switched on.
+  /// Either everything is restored or nothing. @throws std::invalid_argument, with the reason, when the snapshot has a
+  /// service that no set can have.
   void restore(const Snapshot& snapshot);
-  /// Sets a settings key, for the plug-in and from outside.
+  /// Sets a settings key, for the plug-in or from outside.
   void setSetting(const std::string& key, const Setting& value);
-  /// @return false when it was not set.
+  /// @return false when the key was not set.
   bool removeSetting(const std::string& key);
-  /// Edits a service: its field gets a value, or becomes absent. @return false when there is no such service; so below.
-  /// @throws std::invalid_argument when the field can't hold the value; says which and why.
+  /// Edits a service: sets one of its fields, or makes it absent. @return false when there is no such service, as do
+  /// the edits below. @throws std::invalid_argument when the field can't hold the value. The message says which field
+  /// and why.
   bool setField(ServiceKey service, int fieldId, const FieldValue& value);
   bool setAudioTracks(ServiceKey service, const std::vector<AudioTrack>& tracks);
   bool setSubtitleTracks(ServiceKey service, const std::vector<SubtitleTrack>& tracks);
-  /// Puts these groups in place of all that the service had.
+  /// Replaces all favourite groups of the service.
   bool setFavouritesOf(ServiceKey service, const std::map<std::uint8_t, bool>& groups);
-  /// Each call of a platform operation takes this long from now on; 0 for no delay.
+  /// Delays each call of a platform operation by this time from now on; 0 for no delay.
   void setLatency(const seam::Operation& operation, std::uint64_t milliseconds);
-  /// Anything else that is set from outside: `change` edits the state.
+  /// Sets anything else from outside: `change` edits the state.
   void adjust(const std::function<void(TvState&)>& change);
-  /// Moves the clock.
+  /// Advances the clock.
   void pass(std::uint64_t milliseconds);
 
-  /// What could not be kept, a line each, since the last call; the adapters report here what they can't answer.
+  /// Complaints since the last call, one line each, about what the set could not persist or read. The adapters report
+  /// here what they can't return.
   std::vector<std::string> takeComplaints();
   void complain(std::string line);
 

@@ -1,4 +1,4 @@
-// What each window shows.
+// Knobs for what each window shows.
 #include "set/KnobParts.h"
 
 namespace virtualtv::knobparts {

@@ -16,7 +16,7 @@ namespace {
 constexpr int applicationId = 0x656d7731;  // "emw1", in the file's header
 constexpr const char* opening = "open it";
 
-// The file that a name stands for, even if it is not there yet. SQLite puts its log beside that one.
+// Resolves links in a file name; the file need not exist. SQLite puts its log beside the resolved file.
 std::filesystem::path behindLinks(std::filesystem::path file) {
   constexpr int mostLinks = 40;
   std::error_code failure;
@@ -28,7 +28,7 @@ std::filesystem::path behindLinks(std::filesystem::path file) {
   return file;
 }
 
-// What keeps this process from writing to a file and, for the log, beside it. SQLite does not tell reliably.
+// Why this process can't write to a file or, for the log, to its directory. SQLite does not report this reliably.
 std::string obstacle(const std::string& file) {
   std::error_code ignored;
   if (std::filesystem::is_directory(file, ignored)) return "it is a directory";
@@ -57,7 +57,7 @@ std::string reasonOf(int code, sqlite3* handle, const std::string& file) {
     case SQLITE_IOERR:
       return "writing to the disk failed";
     case SQLITE_NOMEM:
-      return sqlite3_errstr(SQLITE_NOMEM);  // SQLite need not have noted it
+      return sqlite3_errstr(SQLITE_NOMEM);  // SQLite may not have recorded this error
     case SQLITE_ABORT:
       return "an earlier failure has undone the transaction";
     default:
@@ -122,8 +122,8 @@ Database::~Database() {
 
 void Database::openFile(bool isBeingMade, Schema schema, const Fill& fill, std::chrono::milliseconds patience) {
   open(path_.c_str());
-  keepLogOnClose(true);  // a file that turns out to be damaged or foreign is left alone on the way out, too
-  // SQLite would take it for a new one, and throw away the log beside it.
+  keepLogOnClose(true);  // closing must not touch a file that turns out to be damaged or foreign SQLite would treat it
+                         // as a new file, and delete the log beside it.
   if (!isBeingMade && isEmptyFile()) refuse("the file is empty" + andItsLog());
   configure(patience);
   if (!isOurs()) refuse("it is a database of another program");
@@ -141,7 +141,7 @@ bool Database::isThere(const SideFile& file) const {
   return found;
 }
 
-/// One with something in it.
+/// True when there is a log that is not empty.
 bool Database::hasLog() const {
   bool found = false;
   const int code = log_.findContent(found);
@@ -149,7 +149,7 @@ bool Database::hasLog() const {
   return found;
 }
 
-/// Before anything is made.
+/// Call before anything is created.
 bool Database::isToBeMade() const {
   if (isThere(SideFile(path_))) return false;
   if (hasLog()) refuse("its log " + log_.name() + " is there, but not the file itself");
@@ -166,7 +166,7 @@ void Database::endMaking() const {
   if (code != SQLITE_OK) fail(opening, code);
 }
 
-/// Takes away what was made in vain. The mark goes last: it tells what the others are.
+/// Removes the files of a failed creation. The marker is removed last, since it identifies the others.
 void Database::unmake() {
   handle_.reset();
   for (const SideFile& file : {SideFile(path_ + "-journal"), log_, SideFile(path_), mark_}) {
@@ -180,23 +180,23 @@ bool Database::isEmptyFile() const {
   sqlite3_file_control(handle(), nullptr, SQLITE_FCNTL_FILE_POINTER, &file);
   const int code = file->pMethods->xFileSize(file, &size);
   if (code != SQLITE_OK) fail(opening, code);
-  return size == 0;  // or a single byte, for which SQLite says the same
+  return size == 0;  // SQLite also reports 0 for a file of a single byte
 }
 
 void Database::open(const char* path) {
-  // One thread uses it, so SQLite need not lock anything on each call.
+  // NOMUTEX: only one thread uses the handle, so SQLite need not lock on each call.
   constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   sqlite3* handle = nullptr;
   const int code = sqlite3_open_v2(path, &handle, flags, nullptr);
   handle_.reset(handle);
   if (code != SQLITE_OK) fail(opening, code);
-  // SQLite would be content to read a file that it can't write to.
+  // SQLite falls back to reading a file that it can't write to.
   if (sqlite3_db_readonly(handle_.get(), nullptr) == 1) refuse(obstacle(path_));
 }
 
 void Database::configure(std::chrono::milliseconds patience) {
   sqlite3_busy_timeout(handle(), static_cast<int>(patience.count()));
-  // Exclusive: the first access locks the file until it is closed, and each later one is spared the system calls.
+  // Exclusive: the first access locks the file until it is closed, which saves the system calls of later accesses.
   execute(
       "PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON;"
       "PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY;"
@@ -210,7 +210,7 @@ std::string Database::answerOf(const char* query) const {
   if (code == SQLITE_OK) code = sqlite3_step(statement);
   const unsigned char* text = code == SQLITE_ROW ? sqlite3_column_text(statement, 0) : nullptr;
   std::string answer(text == nullptr ? "" : reinterpret_cast<const char*>(text));
-  // What a statement writes is on the disk only behind its last row.
+  // A statement's writes are on disk only after its last row.
   if (code == SQLITE_ROW) code = sqlite3_step(statement);
   sqlite3_finalize(statement);
   if (code != SQLITE_DONE) fail(opening, code);
@@ -252,7 +252,7 @@ DatabaseImage Database::image() const {
                                                                       &sqlite3_free);
   if (!bytes) fail("copy it", SQLITE_NOMEM);
   DatabaseImage image(bytes.get(), bytes.get() + size);
-  // The header says whether a log belongs to the file. None does to an image.
+  // The header says whether the file has a write-ahead log. An image has none.
   constexpr std::size_t writeVersion = 18;
   constexpr unsigned char withoutLog = 1;
   image.at(writeVersion) = image.at(writeVersion + 1) = withoutLog;
@@ -272,12 +272,13 @@ void Database::keepLogOnClose(bool keep) const {
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keep ? 1 : 0, nullptr);
 }
 
-/// Whoever puts a copy in the file's place has to know: what the log has would become part of the copy.
+/// Names the log in the message. Whoever restores a copy of the file must know of it, or its content would become part
+/// of the copy.
 std::string Database::andItsLog() const {
   return hasLog() ? ", and its log " + log_.name() + " is there" : "";
 }
 
-/// An empty log is one that this object made. SQLite takes it away on the way out.
+/// An empty log was created by this object. SQLite deletes it when the file is closed.
 void Database::dropEmptyLog() const {
   bool found = true;
   if (handle_ && !path_.empty() && log_.findContent(found) == SQLITE_OK && !found) keepLogOnClose(false);

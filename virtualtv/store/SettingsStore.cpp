@@ -84,7 +84,7 @@ void SetStateStore::setAll(const std::map<std::string, std::string>& state) {
   transaction.commit();
 }
 
-// Rows and map are in the same order, so that one pass through both tells.
+// Rows and map have the same order, so one pass over both finds the difference.
 SetStateStore::Difference SetStateStore::differenceTo(const std::map<std::string, std::string>& state) {
   Difference difference;
   auto entry = state.begin();

@@ -18,10 +18,10 @@ sqlite3_vfs& disk() {
 }  // namespace
 
 int SideFile::find(bool& found) const {
-  // SQLite's first question does not see a file without content, its second none without permissions.
+  // SQLite's existence check misses empty files, and its access check misses files without permissions.
   std::error_code ignored;
   const auto status = std::filesystem::symlink_status(name_, ignored);
-  if (!std::filesystem::status_known(status)) return SQLITE_CANTOPEN;  // who can't tell must not take it for gone
+  if (!std::filesystem::status_known(status)) return SQLITE_CANTOPEN;  // an unknown status must not count as absent
   found = std::filesystem::exists(status);
   if (found) return SQLITE_OK;
   const int code = ask(SQLITE_ACCESS_EXISTS, found);
@@ -40,7 +40,7 @@ int SideFile::ask(int question, bool& answer) const {
 }
 
 int SideFile::make() const {
-  // The kind of file that SQLite makes before it writes to a database: its directory is synced with it.
+  // A super-journal: the kind of file whose directory SQLite syncs on creation.
   constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_SUPER_JOURNAL;
   std::vector<std::max_align_t> room(static_cast<std::size_t>(disk().szOsFile) / sizeof(std::max_align_t) + 1);
   auto* const file = reinterpret_cast<sqlite3_file*>(room.data());

@@ -19,7 +19,7 @@ namespace virtualtv {
 
 namespace {
 
-// Who holds the lock, as it wrote into the file.
+// The process that holds the lock, as it wrote into the lock file.
 std::string holder(int lock) {
   std::array<char, 16> text{};
   const ssize_t length = pread(lock, text.data(), text.size(), 0);
@@ -28,14 +28,14 @@ std::string holder(int lock) {
   return process.empty() ? "another process" : "process " + process;
 }
 
-// Over the one before: to make the file empty first would be to wait for the disk, where that one is still written.
+// Overwrites the earlier id. Truncating the file first would wait for the disk while that id is still being written.
 bool writeProcessId(int lock) {
   const std::string text = std::to_string(getpid()) + "\n";
   const auto size = static_cast<off_t>(text.size());
   return pwrite(lock, text.data(), text.size(), 0) == size && ftruncate(lock, size) == 0;
 }
 
-/// Takes the lock. @return 0, or the number of what prevents it.
+/// Takes the lock. @return 0 or an error number.
 int take(int lock, const StateDirectory::Wait& wait) {
   while (flock(lock, LOCK_EX | LOCK_NB) != 0) {
     const int error = errno;

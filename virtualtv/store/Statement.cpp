@@ -49,7 +49,7 @@ void Statement::bind(int parameter, Bytes bytes) {
 Rows Statement::start() {
   database_.undoLeftOver();
   prepared();
-  // After a failed write SQLite may have undone the whole transaction. What comes now must not be kept on its own.
+  // After a failed write SQLite may have undone the whole transaction. Later writes must not be committed on their own.
   if (database_.transactionIsLost()) check(SQLITE_ABORT_ROLLBACK);
   return Rows(*this);
 }

@@ -16,7 +16,8 @@ Transaction::~Transaction() {
   if (committed_) return;
   --database_.transactions_;
   const char* const undo = nested_ ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK";
-  // Should this fail, SQLite has undone it already; or it has no memory to, and it is done before anything else is.
+  // When this fails, SQLite has either undone the transaction already or lacks the memory to. In the second case it is
+  // undone before the next operation.
   const int code = sqlite3_exec(database_.handle(), undo, nullptr, nullptr, nullptr);
   database_.partIsLeftOver_ = nested_ && (code != SQLITE_OK || database_.partIsLeftOver_);
 }

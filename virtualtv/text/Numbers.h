@@ -12,8 +12,8 @@
 
 namespace virtualtv::text {
 
-/// The number that a whole text is: decimal digits, behind a minus sign where the type has negative numbers. Nothing
-/// for any other text and for numbers that the type can't hold.
+/// Parses a whole text as a decimal number, with an optional minus sign for signed types. Returns nothing for any other
+/// text, and for numbers that the type can't hold.
 template <typename Number>
 std::optional<Number> numberIn(std::string_view text) {
   Number value{};
@@ -33,7 +33,7 @@ struct Range {
   std::uint64_t most = 0;
 };
 
-/// The numbers of a type; of an enumeration those of the type below it.
+/// All numbers of a type; for an enumeration those of its underlying type.
 template <typename Number>
 constexpr Range rangeOf() {
   if constexpr (std::is_enum_v<Number>) {
@@ -44,25 +44,25 @@ constexpr Range rangeOf() {
   }
 }
 
-/// The number that a whole text is, a negative one as two's complement; nothing for any other text and for numbers out
-/// of the range.
+/// Parses a whole text as a number. A negative number is returned as its two's complement. Returns nothing for any
+/// other text, and for numbers outside the range.
 inline std::optional<std::uint64_t> numberIn(std::string_view text, const Range& range) {
   if (const auto number = numberIn<std::int64_t>(text)) {
     const bool tooGreat = *number > 0 && static_cast<std::uint64_t>(*number) > range.most;
     if (*number < range.least || tooGreat) return std::nullopt;
     return static_cast<std::uint64_t>(*number);
   }
-  const auto great = numberIn<std::uint64_t>(text);  // beyond what has a sign
+  const auto great = numberIn<std::uint64_t>(text);  // beyond the signed range
   return great && *great <= range.most ? great : std::nullopt;
 }
 
-/// For a person: `a number from 0 to 255`.
+/// Describes a range to a person: `a number from 0 to 255`.
 inline std::string describe(const Range& range) {
   return "a number from " + std::to_string(range.least) + " to " + std::to_string(range.most);
 }
 
-/// The number that a person wrote.
-/// @param others  what else is taken there, as in ` or auto`.
+/// Parses a number that a person wrote.
+/// @param others  the other accepted texts, as in ` or auto`.
 /// @throws std::invalid_argument for any other text, and for numbers out of the range: `a number from 0 to 255 or auto
 /// is wanted, not 'x'`.
 template <typename Number>

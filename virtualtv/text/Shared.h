@@ -8,11 +8,11 @@
 
 namespace virtualtv::text {
 
-/// A text that does not change. Its copies share it, so copying one costs no memory.
+/// An immutable text. Copies share its memory.
 class Shared {
  public:
   Shared() = default;
-  Shared(std::string text)  // NOLINT(google-explicit-constructor): stands where a text did
+  Shared(std::string text)  // NOLINT(google-explicit-constructor): a drop-in for std::string
       : text_(text.empty() ? nullptr : std::make_shared<const std::string>(std::move(text))) {}
 
   const std::string& str() const { return text_ ? *text_ : none(); }

@@ -6,7 +6,7 @@
 
 namespace virtualtv::text {
 
-/// Nothing has the name that was given. The message says that alone: where the names are listed depends on how one
+/// The given name does not exist. The message says only that, since where the names are listed depends on how the user
 /// reaches the set.
 class UnknownName : public std::invalid_argument {
  public:

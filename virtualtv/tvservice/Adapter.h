@@ -8,18 +8,18 @@
 #include "set/State.h"
 #include "tvservice/TVServiceTypes.h"
 
-// What the adapters behind the TV service's interfaces share.
+// Shared parts of the adapters behind the TV service's interfaces.
 
 namespace virtualtv::tvservice {
 
-/// An interface that a client was given: which window it acts on, and its number.
+/// The interface of a client: the window that it acts on, and its number.
 struct Profile {
   WindowId window = WindowId::main;
   seam::Handle handle;
 };
 
-/// Tells a client of the subtitle at a position. @return false, and nothing written, where there is none that can be
-/// read.
+/// Writes the language and the kind of the subtitle at a position. @return false, and nothing written, when there is no
+/// readable subtitle there.
 inline bool tell(const std::vector<SubtitleTrack>& tracks, int position, int& lang, TSHybridSBT& subtitle) {
   const SubtitleTrack* const track = readableAt(tracks, position);
   if (track == nullptr) return false;

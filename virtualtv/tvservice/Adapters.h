@@ -13,7 +13,7 @@
 #include "tvservice/IVideoControl.h"
 #include "tvservice/ServiceDataAux.h"
 
-// Each makes an interface of the TV service that acts on the set of the process. Used by the factories.
+// Each function creates an interface of the TV service that acts on the set of the process. Used by the factories.
 
 namespace virtualtv::tvservice {
 
