@@ -107,11 +107,13 @@ test('a TV is there however long something else holds the process up', async con
   const {clientOf, makeSet} = await import(urlOf('memory.js'))
   const {load} = await import(urlOf('load.js'))
   const module = await load()
-  context.mock.timers.enable({apis: ['setTimeout']})
+  const due = new Set()  // the runner's own clock is enabled in another way by each version of Node
+  context.mock.method(globalThis, 'setTimeout', run => due.add(run) && run)
+  context.mock.method(globalThis, 'clearTimeout', run => due.delete(run))
   const {tv, opened} = clientOf(makeSet(module, {}))
   await Promise.resolve()
   await Promise.resolve()
-  context.mock.timers.tick(60_000)
+  for (const run of [...due]) run()
   await opened
   assert.equal(await tv.window.GetTVMode(), 1)
   await tv.close()
