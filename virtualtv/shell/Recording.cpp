@@ -92,7 +92,8 @@ void Recording::append(const Lines& lines) {
   try {
     give(file_, text);
   } catch (...) {
-    static_cast<void>(::ftruncate(file_, static_cast<off_t>(size_)));
+    // Should this fail as well, what is told is the first error.
+    [[maybe_unused]] const int status = ::ftruncate(file_, static_cast<off_t>(size_));
     throw;
   }
   size_ += text.size();
