@@ -16,12 +16,13 @@ def said(*arguments):
 
 class TargetsTest(unittest.TestCase):
     def test_a_row_takes_the_place_of_its_target_and_leaves_the_others(self):
-        module = load("targets")
-        cells = len(module.HEAD) - 2
-        page = module.with_rows("before\n\n| target |\n| --- |\n", [["armhf", *["old"] * cells, "2020-01-02"],
+        table = load("targets").TABLE
+        cells = len(table.head) - 2
+        page = table.with_rows("before\n\n| target |\n| --- |\n", [["armhf", *["old"] * cells, "2020-01-02"],
                                                                     ["amd64", *["same"] * cells, "2020-01-01"]])
-        page = module.with_rows(page, [["armhf", *["new"] * cells, "2020-01-03"]])
-        self.assertEqual({name: row[-1] for name, row in module.taken(page).items()}, {"amd64": "2020-01-01", "armhf": "2020-01-03"})
+        page = table.with_rows(page, [["armhf", *["new"] * cells, "2020-01-03"]])
+        days = table.days(page)
+        self.assertEqual((days["amd64"], days["armhf"], days["arm64"]), ("2020-01-01", "2020-01-03", "never"))
         self.assertNotIn("old", page)
         self.assertTrue(page.startswith("before\n\n| target | compiler |"))
 
