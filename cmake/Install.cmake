@@ -21,8 +21,8 @@ endif()
 # The program, and what people read. A program that is linked against a shared virtual TV needs that too.
 install(TARGETS emp-window RUNTIME COMPONENT program)
 install(TARGETS virtualtv LIBRARY COMPONENT program ARCHIVE COMPONENT development)
-install(FILES LICENSE README.md TYPE DOC COMPONENT program)
-install(DIRECTORY docs/ TYPE DOC COMPONENT program
+install(FILES LICENSE README.md CHANGELOG.md TYPE DOC COMPONENT program)
+install(DIRECTORY docs TYPE DOC COMPONENT program # with the folder, so that links between pages hold
   FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json PATTERN man EXCLUDE PATTERN completion EXCLUDE)
 install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 # Where shells look for completions.

@@ -8,6 +8,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from fnmatch import fnmatch
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -103,7 +104,25 @@ class Installed(unittest.TestCase):
             self.assertIn("emp-window", (self.root / "share" / completion).read_text(encoding="utf-8"))
         docs = self.root / "share/doc/emp-window"
         self.assertIn("the emp-window authors", (docs / "LICENSE").read_text(encoding="utf-8"))
-        self.assertEqual({path.name for path in TOP.glob("docs/*.md")}, {path.name for path in docs.glob("*.md")} - {"README.md"})
+        self.assertEqual({path.name for path in TOP.glob("docs/*.md")}, {path.name for path in docs.glob("docs/*.md")})
+        linked = re.findall(r"\]\((docs/[^)#]+|[A-Z]+\.md)", (docs / "README.md").read_text(encoding="utf-8"))
+        self.assertGreater(len(linked), 10)
+        self.assertEqual([page for page in linked if not (docs / page).exists() and page != "CONTRIBUTING.md"], [])
+
+    def test_each_file_goes_into_one_package(self):
+        lists = {path.name: [line.split()[0] for line in path.read_text(encoding="utf-8").splitlines()]
+                 for path in (TOP / "debian").glob("*.install")}
+        self.assertEqual(set(lists), {"emp-window.install", "libemp-window-dev.install"})
+        # The packages have libraries in a folder of the architecture and no shared one, and the licence in the copyright file.
+        libraries = self.libraries.relative_to(self.root)
+        for path in sorted(path.relative_to(self.root) for path in self.root.rglob("*") if path.is_file()):
+            if path.suffix == ".so" or path.name == "LICENSE":
+                continue
+            placed = Path("usr") / (Path("lib/any") / path.relative_to(libraries) if path.is_relative_to(libraries)
+                                    and not path.is_relative_to("lib/systemd") else path)
+            takers = [name for name, patterns in lists.items()
+                      if any(fnmatch(str(placed), pattern) or fnmatch(str(placed), f"{pattern}/*") for pattern in patterns)]
+            self.assertEqual(len(takers), 1, f"{placed}: {takers}")
 
 
 if __name__ == "__main__":

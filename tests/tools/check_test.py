@@ -64,12 +64,14 @@ class CheckTest(ScratchTest):
 
     def test_blanks(self):
         self.write("session.txt", "> GetSource\nint 0\nlog 3 a message that ends in a blank \n")
+        self.write("rules", "#!/usr/bin/make -f\nall:\n\ttrue\n")
         self.assertClean("blanks")
+        self.write("rules", "#!/usr/bin/make -f\nall:\n\ttrue\tfalse\n")
         self.write("session.txt", "> GetSource \nint 0\n")
         self.write("notes.md", "one \ntwo\tthree\n\n")
         self.write("CMakeLists.txt", "no_line_break()")
         self.assertFound("blanks", "notes.md:1: trailing", "notes.md:2: tab", "notes.md:4:", "CMakeLists.txt:1:",
-                         "session.txt:1: trailing")
+                         "rules:3: tab", "session.txt:1: trailing")
 
     def test_length(self):
         self.assertClean("length")

@@ -1,0 +1,91 @@
+"""Clean Debian roots, made by mmdebstrap from where this machine gets its own packages."""
+
+import os
+import shutil
+from pathlib import Path
+
+from proving.job import Failed
+from shipping.packages import said
+
+SUITE = "bookworm"
+# What programs in a root are told of the world; nothing of the caller's environment but how the network is reached.
+PASSED = ("http_proxy", "https_proxy", "no_proxy", "HTTP_PROXY", "HTTPS_PROXY", "NO_PROXY")
+ENVIRONMENT = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin", "LANG": "C.UTF-8",
+               "DEBIAN_FRONTEND": "noninteractive"}
+
+
+def sources():
+    """The lines for apt by which this machine gets Debian's packages."""
+    lines = said("apt-get", "indextargets", "--format", "deb $(REPO_URI) $(RELEASE) $(COMPONENT)", "Created-By: Packages",
+                 "Origin: Debian").splitlines()
+    lines = sorted({line for line in lines if line.split()[2].startswith(SUITE)})
+    if not lines:
+        raise Failed(f"this machine knows no package lists of Debian's {SUITE}; apt-get update fetches them")
+    return "".join(f"{line}\n" for line in lines)
+
+
+def make(target, *options, variant="apt", environment=None):
+    """Makes a root of Debian's packages as a tar file."""
+    said("mmdebstrap", "--quiet", f"--variant={variant}", *options, SUITE, target, "-", input=sources(),
+         env={**os.environ, **(environment or {})})
+
+
+class Root:
+    """A root of its own, unpacked from a tar file into a folder; it goes with the end of `with`. Wants to be root."""
+
+    def __init__(self, tar, folder):
+        self.folder = Path(folder)
+        self.tar = tar
+
+    def __enter__(self):
+        self.folder.mkdir(parents=True)
+        said("tar", "--extract", "--numeric-owner", "--xattrs", "--file", self.tar, "--directory", self.folder)
+        return self
+
+    def __exit__(self, *_):
+        said("rm", "-rf", "--one-file-system", self.folder)
+
+    def inside(self, path):
+        """Where this machine finds a file of the root."""
+        return self.folder / str(path).lstrip("/")
+
+    def bring(self, file, path):
+        """Copies a file of this machine into the root."""
+        self.inside(path).parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy(file, self.inside(path))
+
+    def connect(self):
+        """Lets programs in the root reach where packages come from, and fetches the lists."""
+        for file in ("/etc/resolv.conf", "/etc/hosts"):
+            if Path(file).exists():
+                self.bring(file, file)
+        # For whom the machine goes through a proxy, so does the root.
+        lines = said("apt-config", "dump", "Acquire").splitlines()
+        proxies = [line for line in lines if "::proxy" in line.partition(" ")[0].lower()]
+        self.inside("/etc/apt/apt.conf.d/90machine").write_text("".join(f"{line}\n" for line in proxies), encoding="utf-8")
+        self.run("apt-get", "--quiet", "update")
+
+    def install(self, *packages):
+        """What apt says while it installs these, and no more than they need."""
+        return self.run("apt-get", "--quiet", "--yes", "--no-install-recommends", "install", *packages)
+
+    def command(self, words, user="root", variables=None):
+        """The command that runs a program in the root, as that user, with processes and mounts of its own."""
+        passed = {name: os.environ[name] for name in PASSED if name in os.environ}
+        home = "/root" if user == "root" else f"/home/{user}"
+        environment = {**ENVIRONMENT, **passed, "HOME": home, "USER": user, **(variables or {})}
+        return ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", f"--root={self.folder}",
+                "--wd=/", "env", "-i", *(f"{name}={value}" for name, value in environment.items()),
+                *([] if user == "root" else ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups"]),
+                *map(str, words)]
+
+    def run(self, *words, told="", **options):
+        """What a program in the root prints that is told this; for the other options see `command`. Raises Failed unless it ends
+        well."""
+        return said(*self.command(words, **options), input=told)
+
+
+def expect_root():
+    """Raises Failed where a clean root can't be entered."""
+    if os.geteuid() != 0:
+        raise Failed("only root can enter clean roots")
