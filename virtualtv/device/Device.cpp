@@ -67,7 +67,7 @@ void Device::reset() {
 }
 
 void Device::restore(const Snapshot& snapshot) {
-  closeEngines("restore");  // before, since that may still write settings keys
+  closeEngines("restore");  // first, since closing may still write settings keys
   tv().restore(snapshot);
   if (hearsActs_) tell(SnapshotRestored{std::make_shared<const Snapshot>(snapshot)});
   switchOff("restore");
@@ -175,7 +175,7 @@ void Device::switchOff(const std::string& why) {
   tv_.reset();
 }
 
-/// What the set does not persist is another one now, which is told as any change is.
+/// Reports the state that was not persisted, and so was reset, as ordinary changes.
 void Device::switchOn(const char* why) {
   tv_.emplace(storage_, revision_);
   if (hearsSet_) listenToSet(true);
@@ -185,7 +185,7 @@ void Device::switchOn(const char* why) {
   for (const Change& change : changes) happened(change);
 }
 
-/// What can't be told for lack of memory has happened all the same.
+/// When memory runs out the happening goes unreported, and the history starts again.
 template <typename What>
 void Device::happened(What&& what) noexcept {
   try {
@@ -213,20 +213,20 @@ void Device::deliver(const std::shared_ptr<const Happening>& happening) {
   }
 }
 
-/// Nobody is woken whose subscription has ended since.
+/// Does nothing when the subscription has ended meanwhile.
 void Device::wake(const std::weak_ptr<Feed>& listed) {
   const std::shared_ptr<Feed> feed = listed.lock();
   const auto isIt = [&](const std::weak_ptr<Feed>& other) { return other.lock() == feed; };
   if (feed && std::any_of(feeds_.begin(), feeds_.end(), isIt)) feed->wants().wake();
 }
 
-/// What listens to the set, the seam and the log is at work now, and is changed when it is not.
+/// The listeners to set, seam and log are being called now, so they are changed later.
 void Device::forgetEndedFeeds() {
   const auto ended = std::erase_if(feeds_, [](const std::weak_ptr<Feed>& feed) { return feed.expired(); });
   if (ended > 0) loop_.post([this] { refresh(); });
 }
 
-/// Has the seam and the log tell what any feed wants, and no more.
+/// Subscribes to exactly what some feed wants from the seam and the log.
 void Device::refresh() {
   bool events = history_ != nullptr;
   bool calls = events;
@@ -258,7 +258,7 @@ void Device::listenToSet(bool on) {
   services_ = tv_->watchReplacing([this] { keepServices(); });
 }
 
-/// Without them the history begins anew.
+/// When this fails, `history_->add` finds no image and starts the history again.
 void Device::keepServices() noexcept {
   try {
     replacing_.reset();

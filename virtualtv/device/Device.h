@@ -20,9 +20,9 @@
 /// The set with the plug-in on it, for any number of clients.
 namespace virtualtv::device {
 
-/// Puts the process's device aside for as long as it lives: another one on the same application object can be made
-/// meanwhile, has engines, calls and log messages of its own, and must be gone before this. Not to be made while a
-/// command runs.
+/// Puts the process's device aside for the lifetime of this object. Meanwhile another device on the same application
+/// object can be created, with its own engines, calls and log messages. It must be destroyed before this object. Must
+/// not be created while a command runs.
 class DeviceAside {
  public:
   /// @param app  outlives it.
@@ -35,9 +35,10 @@ class DeviceAside {
   framework::Host host_;
 };
 
-/// Owns the set, hosts the plug-in's engines on it, and tells subscribers what happens on the two. One a process at a
-/// time, but for `DeviceAside`: it makes the process's `Tv`, and has the seam for itself. It outlives restarts and
-/// resets of the set. Everything but `post`, `call` and `Feed::take` belongs on the thread of its loop.
+/// Owns the set, hosts the plug-in's engines on it, and notifies subscribers of what happens on both. A process has one
+/// device at a time (see `DeviceAside`), which creates the process's `Tv` and owns the seam. The device outlives
+/// restarts and resets of the set. Everything except `post`, `call` and `Feed::take` must run on the thread of its
+/// loop.
 class Device {
  public:
   /// Switches the set on. @param app, storage  outlive it. @throws StoreError when the storage can't be read.
@@ -55,29 +56,29 @@ class Device {
   /// @throws std::runtime_error when a failed restart has left no set.
   Tv& tv();
   bool isOn() const { return tv_.has_value(); }
-  /// Never goes back, also over a restart.
+  /// Never decreases, not even over a restart.
   std::uint64_t revision() const { return tv_ ? tv_->revision() : revision_; }
 
-  /// What happens from now on, as far as it is wanted. Nothing is kept for nobody: calls are not recorded and log lines
-  /// are not made while no feed wants them.
+  /// Subscribes to what happens from now on, as selected by `wants`. Calls and log lines are recorded only while some
+  /// feed wants them.
   std::shared_ptr<Feed> subscribe(Wants wants);
-  /// Ends a subscription at once. One whose last pointer has gone gets nothing any more, and what was listened to for
-  /// it is not listened to any more once the loop has been turned behind the next thing that happens.
+  /// Unsubscribes at once. A feed without any pointer left also receives nothing, but the sources that it used are
+  /// released only when the loop has run after the next happening.
   void unsubscribe(const std::shared_ptr<Feed>& feed);
 
-  /// Switches the set off and on. Engines are closed, faults and latencies are gone.
-  /// @throws StoreError when the storage can't be read; then the set is off.
+  /// Switches the set off and on. Closes the engines and removes faults and latencies. @throws StoreError when the
+  /// storage can't be read; the set is off then.
   void restart();
-  /// The same, back to the embedded set.
+  /// The same, resetting to the embedded set.
   void reset();
-  /// The same, with a snapshot in place of all that the set persists. @throws what `Tv::restore` throws; the set is
-  /// then as it was, but for its engines, which are closed.
+  /// The same, replacing everything that the set persists by a snapshot. @throws what `Tv::restore` throws. The set is
+  /// then unchanged, but its engines are closed.
   void restore(const Snapshot& snapshot);
   /// Closes all engines. @param why  in a word or two.
   void closeEngines(const std::string& why);
 
-  // What is done from outside to the set that is on. It can be done to `tv()` as well, but then feeds that want acts do
-  // not learn of it.
+  // Changes to the running set from outside. They could also be made on `tv()`, but then feeds that want acts would not
+  // be notified.
 
   /// @throws what `virtualtv::setKnob` throws.
   void setKnob(const std::string& name, const std::string& value);
@@ -85,39 +86,40 @@ class Device {
   void editService(const std::string& service, const std::string& edit, const std::string& value);
   /// @throws StoreError.
   void setSetting(const std::string& key, const Setting& value);
-  /// @return false when it was not set. @throws StoreError.
+  /// @return false when the key was not set. @throws StoreError.
   bool removeSetting(const std::string& key);
-  /// @param name  what messages call the list. @throws what `importServices` throws.
+  /// @param name  the name of the list in messages. @throws what `importServices` throws.
   ImportReport import(const std::string& name, const std::string& content, const ImportOptions& options);
-  /// Imports what was found in broadcasts. @param files  that were scanned, none where they were not read from files.
-  /// @param recordings  where these are. @throws what `importScan` throws.
+  /// Imports the services found in broadcasts. @param files  the names of the scanned files; empty when the broadcasts
+  /// did not come from files. @param recordings  the paths of these files. @throws what `importScan` throws.
   ImportReport import(const std::vector<std::string>& files, const broadcast::Scan& scan, bool add,
                       const RecordingFiles& recordings = {});
 
   // Faults: seam::parseFault reads them from words.
 
-  /// @return its number, by which it can be removed.
+  /// @return the number of the fault, by which it can be removed.
   std::uint64_t addFault(seam::Fault fault);
-  /// @return false when there is none of that number.
+  /// @return false when there is no fault with that number.
   bool removeFault(std::uint64_t id);
   void clearFaults();
   const std::vector<seam::Fault>& faults() const { return seam::Seam::instance().faults(); }
 
-  /// From now on the last commands are held in a history, with their calls and log messages.
+  /// Starts a history that holds the last commands, with their calls and log messages.
   void remember(History::Bounds bounds = {});
-  /// Null where nothing is held.
+  /// Null without a history.
   const History* history() const { return history_.get(); }
-  /// Makes the set what it persisted right behind a command that is held, as `restore` does.
-  /// @throws std::invalid_argument when it is not; and as `restore`.
+  /// Restores what the set had persisted right after a command in the history, as `restore` does. @throws
+  /// std::invalid_argument when the command is not in the history, and what `restore` throws.
   void goBack(std::uint64_t command);
 
-  /// True while anybody wants to know of commands.
+  /// True while any feed wants to be notified of commands.
   bool isHeard() const { return hearsSet_; }
-  /// A session begins to run a command: what happens belongs to it until `tell`. @return its number, from 1 on.
+  /// Notes that a session starts to run a command. Everything that happens until `tell` belongs to the command. @return
+  /// the number of the command, counted from 1.
   std::uint64_t begin() { return running_ = ++commands_; }
-  /// The command has ended: tells feeds that want events.
+  /// Notes the end of the command and notifies feeds that want events.
   void tell(CommandRun command);
-  /// Tells feeds that want acts of one.
+  /// Notifies feeds that want acts.
   void tell(const Act& act);
 
   /// Complaints of the set since the last call.
@@ -142,18 +144,18 @@ class Device {
   Storage& storage_;
   Loop loop_;
   std::optional<Tv> tv_;
-  std::uint64_t revision_ = 0;  ///< at the last switch-off
-  TvState before_;              ///< likewise
+  std::uint64_t revision_ = 0;  ///< revision at the last switch-off
+  TvState before_;              ///< state at the last switch-off
   std::vector<std::weak_ptr<Feed>> feeds_;
   bool hearsSet_ = false;
   bool hearsActs_ = false;
-  int logLevel_ = -1;  ///< that is listened to
+  int logLevel_ = -1;  ///< log level that is currently subscribed to
   bool hearsCalls_ = false;
   std::vector<std::string> complaints_;
-  std::uint64_t commands_ = 0;                     ///< that sessions have begun
-  std::uint64_t running_ = 0;                      ///< the one at work, 0 for none
-  std::unique_ptr<History> history_;               ///< null while nothing is remembered
-  std::shared_ptr<const ServiceImage> replacing_;  ///< services that are being replaced, where the history wants them
+  std::uint64_t commands_ = 0;                     ///< number of commands started by sessions
+  std::uint64_t running_ = 0;                      ///< number of the running command, 0 for none
+  std::unique_ptr<History> history_;               ///< null without a history
+  std::shared_ptr<const ServiceImage> replacing_;  ///< services that are being replaced, if the history wants them
   std::vector<notify::Subscription> engines_;
   notify::Subscription set_;
   notify::Subscription services_;

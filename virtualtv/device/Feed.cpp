@@ -8,9 +8,9 @@ namespace virtualtv::device {
 
 namespace {
 
-constexpr std::size_t aroundEach = 64;  ///< what the allocation and those who hold it add
+constexpr std::size_t aroundEach = 64;  ///< overhead of the allocation and of the containers
 
-/// What a kind of happening has beside itself, where that can be much.
+/// The memory that a happening holds outside of itself, for kinds where that can be large.
 struct TextSize {
   std::size_t operator()(const CommandRun& command) const {
     std::size_t size = command.session.size() + command.engine.size() + command.reply.size();
@@ -79,7 +79,7 @@ bool Feed::push(std::shared_ptr<const Happening> happening) noexcept {
   try {
     waiting_.push_back(std::move(happening));
   } catch (const std::bad_alloc&) {
-    ++dropped_;  // no memory for it
+    ++dropped_;  // no memory to store it
     return false;
   }
   if (waiting_.size() > wants_.limit) {

@@ -22,40 +22,41 @@
 
 namespace virtualtv::device {
 
-/// The set was switched on; its revision goes on from the last one.
+/// The set was switched on. Its revision continues from the last one.
 struct SetStarted {
   std::string why;  ///< "restart", "reset", "restore"
 };
 
-/// A fault was set, hit a call, or is gone.
+/// A fault was set, hit a call, or was removed.
 struct FaultSet {
   std::uint64_t id;
   std::string fault;  ///< in the words of `.fault`
 };
 struct FaultHit {
   std::uint64_t id;
-  std::uint64_t hits;  ///< with this one
+  std::uint64_t hits;  ///< including this one
 };
 struct FaultGone {
   std::uint64_t id;
-  bool withSet = false;  ///< nobody removed it, the set was switched off
+  bool withSet = false;  ///< it was removed because the set was switched off
 };
 
-/// A session has run a command. What that caused came before, with the same engine and number as the caller.
+/// A session has run a command. The happenings that it caused come before, with the same engine and number as the
+/// caller.
 struct CommandRun {
   std::string session;              ///< its name
-  std::string engine;               ///< as the session calls it
+  std::string engine;               ///< the session's name for it
   seam::Caller caller{};            ///< the engine's key, and the number of the command
   std::vector<std::string> words;   ///< name and parameters
-  bool list = false;                ///< the parameters were given as a list
-  std::optional<bool> accepted{};   ///< the engine's answer; nothing when it threw
+  bool list = false;                ///< the parameters were passed as a list
+  std::optional<bool> accepted{};   ///< the result of the engine; nothing when it threw
   std::string reply{};              ///< encoded, empty when there is none
-  std::uint64_t delay = 0;          ///< that latencies caused, milliseconds on the set's clock
-  std::chrono::nanoseconds took{};  ///< of real time
+  std::uint64_t delay = 0;          ///< delay by latencies, milliseconds on the set's clock
+  std::chrono::nanoseconds took{};  ///< duration in real time
 };
 
-// What somebody did to the set, as it was asked for and done: enough to do it again. What comes of it is told as any
-// change is, before it. Restarts and resets are told as `SetStarted`.
+// Acts: what a client did to the set, with everything needed to do it again. The changes that an act causes are
+// reported before it, like any change. Restarts and resets are reported as `SetStarted`.
 
 struct KnobTurned {
   std::string name;
@@ -68,25 +69,25 @@ struct ServiceEdited {
 };
 struct SettingGiven {
   std::string key;
-  std::optional<Setting> value;  ///< nothing where it was removed
+  std::optional<Setting> value;  ///< nothing when the key was removed
 };
 struct ListImported {
   std::string content;
   ImportOptions options;
   ImportReport report;
 };
-/// What was found in broadcasts, which are too much to be kept here.
+/// Services found in broadcasts were imported. The broadcasts are too large to be stored here.
 struct ScanImported {
-  std::vector<std::string> files;  ///< none where a client sent them
+  std::vector<std::string> files;  ///< empty when a client sent the broadcasts
   std::shared_ptr<const broadcast::Scan> scan;
   bool add;
   ImportReport report;
 };
-/// Its engines were closed before; `SetStarted` follows.
+/// A snapshot was restored. The engines were closed before; `SetStarted` follows.
 struct SnapshotRestored {
-  std::shared_ptr<const Snapshot> snapshot;  ///< apart, since a happening has room for the largest of all
+  std::shared_ptr<const Snapshot> snapshot;  ///< a pointer, since every happening has the size of the largest one
 };
-/// A client has said who it is while its engine was open.
+/// A client has identified itself while its engine was open.
 struct ApplicationGiven {
   std::string engine;  ///< its key
   std::string appId;
@@ -101,40 +102,41 @@ struct Happening {
   using What = std::variant<Change, SetStarted, framework::EngineOpened, framework::EngineClosed, FaultSet, FaultHit,
                             FaultGone, CommandRun, seam::Call, framework::LogLine, Act>;
 
-  std::uint64_t revision;  ///< of the set, right behind it
-  seam::Caller caller;     ///< the engine at work, and the number of its command; empty where none is
-  std::uint64_t command;   ///< that a session was running, counted over all of them; 0 where none was
+  std::uint64_t revision;  ///< revision of the set right after it
+  seam::Caller caller;     ///< the running engine and the number of its command; empty without one
+  std::uint64_t command;   ///< number of the running command, counted over all sessions; 0 without one
   What what;
   std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
 };
 
-/// What it takes of memory, about, in bytes.
+/// Approximate memory use, in bytes.
 std::size_t sizeOf(const Happening& happening);
 
-/// The level of log lines that has all of them.
+/// The level that includes all log lines.
 inline constexpr int allLevels = 3;
 
-/// What a subscriber asks for.
+/// What a subscriber wants to receive.
 struct Wants {
-  bool events = false;  ///< all but calls, log lines and acts
+  bool events = false;  ///< everything except calls, log lines and acts
   bool calls = false;
   bool acts = false;
   int logLevel = -1;                                            ///< log lines up to this level
-  std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< that wait to be taken; the oldest are dropped
-  /// Called by the device's loop when something waits and nothing did. All others wait meanwhile: one that has much to
-  /// do with what it takes does so on a thread of its own, which this tells. What it throws is lost.
+  std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< largest number of waiting happenings; beyond it the
+                                                                ///< oldest are dropped
+  /// Called by the device's loop when the first happening starts to wait. It blocks all other subscribers, so a
+  /// subscriber with much work should only notify its own thread. Exceptions are ignored.
   std::function<void()> wake{};
 };
 
-/// A subscription: what has happened since it began and was not taken yet, in the order in which it happened. It ends
-/// with the last pointer to it. Any thread may take.
+/// A subscription: a queue of the happenings since it started that were not taken yet, in order. It ends with the last
+/// pointer to it. Any thread may call `take`.
 class Feed {
  public:
   explicit Feed(Wants wants) : wants_(std::move(wants)) {}
 
   struct Taken {
     std::vector<std::shared_ptr<const Happening>> happenings;
-    std::size_t dropped = 0;  ///< before the first of these
+    std::size_t dropped = 0;  ///< happenings dropped before the first of these
   };
   Taken take();
 
@@ -148,10 +150,11 @@ class Feed {
   bool wants(const Other&) const {
     return wants_.events;
   }
-  /// While it is, the subscriber takes without being woken. Called on the device's thread.
+  /// Sets whether the subscriber takes happenings by itself, so that it need not be woken. Called on the device's
+  /// thread.
   void attend(bool isAttended) { isAttended_ = isAttended; }
   bool isAttended() const { return isAttended_; }
-  /// @return true when nothing waited before it.
+  /// @return true when the queue was empty before.
   bool push(std::shared_ptr<const Happening> happening) noexcept;
 
  private:

@@ -12,8 +12,8 @@ std::invalid_argument notHeld(std::uint64_t command) {
   return std::invalid_argument("command " + std::to_string(command) + " is not held");
 }
 
-/// Changes are needed to undo them, calls and messages of commands only. Of a command that takes more than all may,
-/// nothing is needed but its end.
+/// Keeps all changes, to undo them, and the calls and messages of commands. Of a command that alone exceeds the memory
+/// limit it keeps only the end.
 bool History::isNeeded(const Happening& happening) const {
   if (std::holds_alternative<CommandRun>(happening.what)) return true;
   if (next_.bytes > bounds_.bytes) return false;
@@ -46,7 +46,7 @@ void History::forget() {
   bytes_ = 0;
 }
 
-/// Where no command is held any more, nothing between two is undone.
+/// Without any command there is nothing to undo between two commands.
 void History::keepBounds() {
   const bool heldAny = !commands_.empty();
   while (!commands_.empty() && (commands_.size() > bounds_.commands || bytes_ > bounds_.bytes)) {
@@ -88,7 +88,7 @@ Past History::before(std::uint64_t command, const Tv& tv) const {
   return past;
 }
 
-/// Services that were replaced more than once are those before the first time.
+/// If the services were replaced several times, the image from before the first time is right.
 void History::undo(const Step& step, Past& past, std::uint64_t command) {
   const auto changeIn = [](const Happened& happening) { return std::get_if<Change>(&happening->what); };
   const auto replaces = [&](const Happened& happening) {

@@ -14,17 +14,17 @@
 
 namespace virtualtv::device {
 
-/// Why a command that is not held can't be told of.
+/// The exception for a command that is not in the history.
 std::invalid_argument notHeld(std::uint64_t command);
 
-/// The last commands that ran on a device, each with all that it caused, and what changed between them: from that the
-/// set is told as it was right behind each of them, by undoing what has changed since. So a command costs what it
-/// changes. Only where all services are replaced, those that were there before are held, as an image.
+/// The last commands that ran on a device, each with everything that it caused, and the changes between them. The set
+/// as it was right after a command is reconstructed by undoing all later changes. So the memory use of a command
+/// depends on what it changes. When all services are replaced, the history stores an image of the services before.
 class History {
  public:
   struct Bounds {
     std::size_t commands = 1000;
-    std::size_t bytes = 64U << 20U;  ///< that they take together; the oldest are let go of
+    std::size_t bytes = 64U << 20U;  ///< total memory for commands; beyond it the oldest are dropped
   };
 
   using Happened = std::shared_ptr<const Happening>;
@@ -33,41 +33,42 @@ class History {
 
   // For the device.
 
-  /// True when it takes an image of the services before they are replaced.
+  /// True when the history needs an image of the services before they are replaced.
   bool wantsServices() const { return !commands_.empty() && !next_.image; }
-  /// Adds what happened. Without the services before them, where they were wanted, it begins anew behind a change of
-  /// all services. @param services  as `wantsServices` asks for them, or null.
+  /// Adds a happening. When all services change and the wanted image is missing, the history starts again after the
+  /// change. @param services  the image that `wantsServices` asks for, or null.
   void add(const Happened& happening, std::shared_ptr<const ServiceImage> services);
-  /// Begins anew: what happened was lost.
+  /// Starts again, since happenings were lost.
   void forget();
 
-  // What is held.
+  // Access to the history.
 
-  /// Calls `take` with all that a command caused, in order; the last is that it ran. @return false when it is not held.
+  /// Calls `take` with everything that a command caused, in order. The last item is the command itself. @return false
+  /// when the command is not in the history.
   bool replay(std::uint64_t command, const std::function<void(const Happening&)>& take) const;
-  /// A set as it was, and its revision then.
+  /// A set as it was, with its revision at that time.
   struct Moment {
     Past set;
     std::uint64_t revision = 0;
   };
-  /// The set right behind a command. @param tv  the set now. It outlives what is answered, which is to be used before
-  /// anything happens. @throws std::invalid_argument when the command is not held.
+  /// The set right after a command. Use the result before anything else happens. @param tv  the current set; outlives
+  /// the result. @throws std::invalid_argument when the command is not in the history.
   Moment behind(std::uint64_t command, const Tv& tv) const;
-  /// The same right before it, and before its engine was opened for it. What was done to the set from outside between
-  /// the command before and this one has happened by then.
+  /// The set right before a command, and before an engine was opened for it. It includes the changes made from outside
+  /// between the previous command and this one.
   Past before(std::uint64_t command, const Tv& tv) const;
 
   std::size_t size() const { return commands_.size(); }
-  /// Number of the last command that is held; 0 where none is.
+  /// The number of the last command in the history; 0 when it is empty.
   std::uint64_t last() const { return commands_.empty() ? 0 : commands_.back().end().command; }
-  /// What it takes of memory, in bytes.
+  /// Memory use, in bytes.
   std::size_t bytes() const { return bytes_; }
 
  private:
-  /// What happened behind the command before, up to the end of a command.
+  /// What happened after the previous command, up to the end of a command.
   struct Step {
     std::vector<Happened> happenings;
-    std::shared_ptr<const ServiceImage> image;  ///< the services before they were first replaced
+    std::shared_ptr<const ServiceImage> image;  ///< the services before their first replacement in this step
     std::size_t bytes = 0;
 
     const Happening& end() const { return *happenings.back(); }
@@ -77,11 +78,11 @@ class History {
   std::deque<Step>::const_iterator find(std::uint64_t command) const;
   void keepBounds();
   static constexpr std::uint64_t all = 0;
-  /// @param command  undoes only what it caused; `all` for everything of the step.
+  /// @param command  undoes only the changes that this command caused; `all` for all changes of the step.
   static void undo(const Step& step, Past& past, std::uint64_t command = all);
 
   Bounds bounds_;
-  std::deque<Step> commands_;  ///< by their numbers
+  std::deque<Step> commands_;  ///< in the order of their numbers
   Step next_;
   std::size_t bytes_ = 0;  ///< of all steps
 };

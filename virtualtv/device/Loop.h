@@ -12,19 +12,20 @@
 
 namespace virtualtv::device {
 
-/// Runs on one thread what any thread posts, in the order in which it was posted. It has no thread of its own: the one
-/// that made it turns it, or one that has called `run` since.
+/// Runs tasks on one thread, in the order in which any threads posted them. The loop has no thread of its own. It
+/// belongs to the thread that created it, or to the thread that last called `run`.
 class Loop {
  public:
   Loop() : thread_(std::this_thread::get_id()) {}
   Loop(const Loop&) = delete;
   Loop& operator=(const Loop&) = delete;
 
-  /// Has `task` run on the loop's thread. Any thread may call it, tasks too. What a task throws is lost.
+  /// Runs `task` on the loop's thread. Any thread may call this, also from within a task. Exceptions of tasks are
+  /// ignored.
   void post(std::function<void()> task);
 
-  /// Runs `function` on the loop's thread and waits for it: at once where this is that thread. The loop must be turned
-  /// until then. @return what it returns. What it throws passes.
+  /// Runs `function` on the loop's thread and waits for its end; on that thread itself, runs it at once. The loop must
+  /// be running meanwhile. @return the result of `function`. Its exceptions propagate.
   template <typename Function>
   auto call(Function function) -> std::invoke_result_t<Function> {
     if (isMine()) return function();
@@ -36,13 +37,13 @@ class Loop {
 
   /// Runs the tasks that are waiting. @return false when there were none.
   bool turn();
-  /// Takes the loop over for this thread, and turns it until `stop`.
+  /// Takes the loop over for this thread, and runs it until `stop`.
   void run();
-  /// Ends `run`, once the tasks that were posted before are done; those that they post are left. Any thread may call
-  /// it.
+  /// Ends `run` after the tasks posted so far. Tasks that these post are not run. Any thread may call this.
   void stop();
 
-  /// Has `wake` called, on the thread that posts, when a task waits and none did: for an owner with a loop of its own.
+  /// Sets a function that is called on the posting thread when the first task starts to wait, for an owner with its own
+  /// event loop.
   void onPost(std::function<void()> wake);
 
  private:

@@ -10,9 +10,9 @@ namespace virtualtv::device {
 
 namespace {
 
-constexpr char mark = ':';  // between the names of session and engine
+constexpr char mark = ':';  // separates the names of session and engine
 
-/// Puts what happened where it belongs. A key that changed several times has changed once, or not at all.
+/// Sorts happenings into a deed. Several changes of one key become one change, or none.
 class DeedWriter {
  public:
   void add(const Happening& happening) {
@@ -48,7 +48,8 @@ std::string Session::key(const std::string& engine) const {
 }
 
 std::optional<std::string> Session::engineOf(const std::string& key) const {
-  const std::size_t longestFront = name_.size() + 2;  // the mark, and what the framework puts before a '#'
+  const std::size_t longestFront = name_.size() + 2;  // the mark, and the character that the framework puts before a
+                                                      // '#'
   for (std::size_t start = 0; start <= std::min(key.size(), longestFront); ++start) {
     if (std::string engine = key.substr(start); this->key(engine) == key) return engine;
   }
@@ -179,7 +180,7 @@ std::optional<Session::Recalled> Session::recall(std::uint64_t command) const {
   return recalled;
 }
 
-/// Applications are noted for all engines that this session has opened.
+/// Remembers the application for each engine that this session has opened.
 void Session::openEngine(const std::string& key) {
   device_.tv();
   if (device_.host().isOpen(key)) return;

@@ -15,7 +15,7 @@
 
 namespace virtualtv::device {
 
-/// Who a client says that it is.
+/// The identity that a client gives.
 struct Application {
   std::string appId;
   std::string widgetId;
@@ -23,32 +23,32 @@ struct Application {
   bool operator==(const Application&) const = default;
 };
 
-/// What a step did to the set and the plug-in.
+/// The effects of a step on the set and the plug-in.
 struct Deed {
   std::string engine;         ///< the engine in use
   std::uint64_t command = 0;  ///< number of its last command
   bool ran = false;           ///< the step ran a command, which may have failed
   std::vector<seam::Call> calls;
   std::vector<framework::LogLine> log;
-  std::vector<SettingChanged> keys;  ///< those that hold something else now, by their names
+  std::vector<SettingChanged> keys;  ///< changed keys, sorted by name
 };
 
-/// The most parameters that a command is given, unless they are given as a list.
+/// The most parameters of a command, unless they are passed as a list.
 inline constexpr std::size_t mostParameters = 4;
 
-/// A command was given more than that.
+/// A command was given more parameters than that.
 struct TooManyParameters : std::invalid_argument {
   using std::invalid_argument::invalid_argument;
 };
 
-/// What a client has of its own on a device: its engines, and who it says that it is. Ends with the client, engines
-/// included. Used on the device's thread.
+/// The state of one client on a device: its engines, and the identity that it gives. Ends with the client and closes
+/// its engines. Used on the device's thread.
 class Session {
  public:
   static constexpr const char* firstEngine = "main";
 
   /// @param device  outlives it.
-  /// @param name  tells its engines from those of others: no other session has it.
+  /// @param name  distinguishes its engines from those of other sessions; must be unique.
   explicit Session(Device& device, std::string name = {});
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -61,51 +61,52 @@ class Session {
 
   /// Name of the engine in use.
   const std::string& engine() const { return engine_; }
-  /// Names of those that are open.
+  /// Names of the open engines.
   std::vector<std::string> openEngines();
-  /// Takes another engine into use, which is opened if it is not open.
+  /// Selects another engine for use, and opens it if needed.
   void use(const std::string& engine);
   /// Closes the engine in use, if it is open, and opens a new one.
   void reopen();
   /// Closes an engine; a command on it opens a new one. @return false when it is not open.
   bool close(const std::string& engine);
-  /// Tells the engine in use which application calls it; kept for when it is opened again.
+  /// Tells the engine in use which application calls it. The application is remembered for when the engine is opened
+  /// again.
   void setApplication(const Application& application);
 
-  /// Runs a command on the engine in use, which is opened first if it is not open.
+  /// Runs a command on the engine in use, which is opened first if needed.
   /// @param words  name and parameters; up to `mostParameters` of these unless `list` is true.
-  /// @param ret  receives the encoded reply; left as it is when there is none.
-  /// @return the engine's answer. What the engine throws passes.
+  /// @param ret  receives the encoded reply; unchanged when there is none.
+  /// @return the result of the engine. Its exceptions propagate.
   /// @throws std::invalid_argument when there is no name, TooManyParameters when there are too many.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
 
-  /// Has no more engines than these open at a time from now on: those that open one throw std::invalid_argument.
+  /// Limits the number of open engines from now on. Opening more throws std::invalid_argument.
   void limitEngines(std::size_t most) { mostEngines_ = most; }
 
-  /// The last command that an engine of this session was given, by its number on the device; 0 for none, and where
-  /// the device holds none.
+  /// The device's number of the last command that an engine of this session ran; 0 when there was none, or when the
+  /// device has no history.
   std::uint64_t lastCommand() const { return lastCommand_; }
 
   /// Closes the engines of this session. @param why  in a word or two.
   void closeEngines(const std::string& why);
-  /// Back to the start: the first engine in use, no application.
+  /// Resets to the start: the first engine in use, no application.
   void forget();
 
-  /// Runs a step. @return what it did, also when it throws: the exception then follows in `thrown`.
+  /// Runs a step. @return its effects. An exception of the step is stored in `thrown`.
   Deed watch(const std::function<void()>& step, std::exception_ptr& thrown);
 
-  /// A command that the device holds, as `CommandRun` tells it, and what it did.
+  /// A command in the device's history, as in `CommandRun`, with its effects.
   struct Recalled {
     std::vector<std::string> words;
     bool list = false;
     Deed deed;
   };
-  /// @return nothing when it is not held.
+  /// @return nothing when the command is not in the history.
   std::optional<Recalled> recall(std::uint64_t command) const;
 
-  /// What the framework knows an engine of this session by.
+  /// The framework's key for an engine of this session.
   std::string key(const std::string& engine) const;
-  /// The engine of this session that a key stands for; nothing where it is another's.
+  /// The engine of this session with this key; nothing when the key belongs to another session.
   std::optional<std::string> engineOf(const std::string& key) const;
 
  private:
@@ -117,7 +118,7 @@ class Session {
   std::string engine_ = firstEngine;
   std::size_t mostEngines_ = std::numeric_limits<std::size_t>::max();
   std::map<std::string, Application> applications_;  ///< by engine
-  std::uint64_t commands_ = 0;                       ///< that were run
+  std::uint64_t commands_ = 0;                       ///< number of commands run
   std::uint64_t lastCommand_ = 0;
 };
 

@@ -22,7 +22,7 @@ const Operation& operationNamed(const std::string& name) {
   throw text::UnknownName("no operation '" + name + "'", "operations");
 }
 
-/// Runs what throws std::invalid_argument with a reason, and puts what it is about before it.
+/// Runs `body` and prefixes the message of a std::invalid_argument with the subject.
 template <typename Body>
 auto check(const std::string& subject, Body body) {
   try {
@@ -46,7 +46,7 @@ const Output& outputNamed(const Operation& operation, const std::string& name) {
   refuse(std::string(operation.name) + " has no output '" + name + "'" + (known.empty() ? "" : "; it has:" + known));
 }
 
-/// Refuses numbers that the output is not made of.
+/// Refuses numbers that the output can't have.
 void requireNumbers(const Output& output, const std::string& value) {
   std::vector<std::string> written{""};
   for (const char letter : value) {
@@ -63,7 +63,7 @@ void requireNumbers(const Output& output, const std::string& value) {
   for (std::size_t at = 0; at < count; ++at) text::requireNumber<std::uint64_t>(written[at], output.numbers[at]);
 }
 
-/// Refuses what no service of the set can have in a field.
+/// Refuses a value that no service can have in the field.
 void checkField(const TCServiceData& before, int fieldId, std::optional<std::string_view> number) {
   const auto fields = before.Fields();
   if (std::any_of(fields.begin(), fields.end(), [=](const auto& field) { return field.id == fieldId; })) {
@@ -98,7 +98,7 @@ void requireFavourites(const std::string& value) {
     refuse("groups from 0 to 255 as in {1=1,12=0} are wanted, not '" + value + "'");
 }
 
-/// Refuses a text that the output can't be given.
+/// Refuses a text that the output can't have.
 void require(const Output& output, const std::string& value) {
   switch (output.form) {
     case Form::numbers:
@@ -157,7 +157,7 @@ void setEngine(Fault& fault, const std::string& engine) {
   fault.engine = engine;
 }
 
-/// Reads one word behind the operation. @param key, value  what stands before and behind its equals sign.
+/// Reads one word after the operation. @param key, value  the parts before and after the equals sign.
 void setFrom(Fault& fault, const std::string& word, const std::string& key, const std::string& value) {
   if (word == "always" || word == "times=always") {
     fault.times.reset();
@@ -185,7 +185,7 @@ Fault parseFault(const std::vector<std::string>& words) {
   if (words.empty()) refuse("an operation is wanted");
   Fault fault;
   fault.operation = &operationNamed(words.front());
-  std::map<std::string, std::string> options;  // and the word of each
+  std::map<std::string, std::string> options;  // each with its whole word
   for (std::size_t at = 1; at < words.size(); ++at) {
     const std::string& word = words[at];
     const std::size_t equals = word.find('=');

@@ -9,7 +9,7 @@
 
 namespace virtualtv::seam {
 
-/// What an operation answers, and when that means success.
+/// The return type of an operation, and which values mean success.
 enum class Answer {
   positive,     ///< int, success above 0
   one,          ///< int, success exactly 1
@@ -21,47 +21,47 @@ enum class Answer {
   nothing,
 };
 
-/// Form in which an output is written in a trace and given in a fault.
+/// The form of an output in traces and in faults.
 enum class Form {
   numbers,     ///< integers with commas between: `7`, `0,1`, `0,0,1920,1080`
   record,      ///< fields of a service: `{12=281,13=7,16="News 24"}`
-  records,     ///< `[{12=281},null]`; a null pointer in place of a record is `null`
+  records,     ///< `[{12=281},null]`; a null pointer to a record is `null`
   favourites,  ///< groups and membership: `{1=1,12=0}`
-  criteria,    ///< the calls made on it; can't be given
-  interface,   ///< the pointer of a factory; only `null` can be given
+  criteria,    ///< the calls made on it; a fault can't set it
+  interface,   ///< the pointer that a factory returns; a fault can only set `null`
 };
 
 struct Output {
   std::string_view name;
   Form form = Form::numbers;
-  std::span<const text::Range> numbers{};  ///< what each integer can be, where the form is `numbers`
+  std::span<const text::Range> numbers{};  ///< range of each integer, for the form `numbers`
 };
 
-/// An output of the form `numbers`, for a value of that type.
+/// An output of the form `numbers` for a value of type `Value`.
 template <typename Value>
 constexpr Output numbers(std::string_view name) {
   return {name, Form::numbers, rangesOf<Value>};
 }
 
-/// One operation of the set's interfaces: its name, what it answers, what it writes. Its ways to fail follow from
-/// these (see `Fault`).
+/// One operation of the set's interfaces: its name, its result and its outputs. These determine the ways in which it
+/// can fail (see `Fault`).
 struct Operation {
   std::string_view name;
   Answer answer = Answer::nothing;
   std::array<Output, 4> outputs{};
 
-  /// The outputs that it has.
+  /// The outputs of the operation.
   constexpr std::span<const Output> written() const {
     std::size_t count = 0;
     while (count < outputs.size() && !outputs[count].name.empty()) ++count;
     return {outputs.data(), count};
   }
   constexpr bool answersNumber() const { return answer <= Answer::zero; }
-  /// True for an operation of an interface that each window has.
+  /// True when the interface of the operation exists once per window.
   constexpr bool isOfWindow() const {
     return (name.starts_with('I') && !name.starts_with("ISatellite::")) || name.starts_with("ServiceDataAux::");
   }
-  /// True when `result` is a success of this operation.
+  /// True when `result` means success.
   constexpr bool succeeds(int result) const {
     switch (answer) {
       case Answer::positive:
@@ -76,13 +76,13 @@ struct Operation {
         return result == 0;
     }
   }
-  /// The plain success: 0 or 1.
+  /// The default result for success: 0 or 1.
   constexpr int success() const { return succeeds(1) ? 1 : 0; }
-  /// The plain failure: 0 or -1.
+  /// The default result for failure: 0 or -1.
   constexpr int failure() const { return succeeds(0) ? -1 : 0; }
 };
 
-/// Every operation that passes the seam: the one table that tracing, faults, completion and documentation walk.
+/// All operations that pass the seam. Tracing, faults, completion and documentation use this table.
 inline constexpr std::array operations{
     Operation{"TVServiceAPI::CreateService", Answer::zero, {{{"interface", Form::interface}}}},
     Operation{"TVServiceAPI::CreateServiceNavigation", Answer::zero, {{{"interface", Form::interface}}}},
@@ -188,7 +188,7 @@ inline constexpr std::array operations{
     Operation{"CEmpEngineBase::GetAppInfo", Answer::text},
 };
 
-/// The operation of that name; null when there is none.
+/// The operation with this name; null when there is none.
 constexpr const Operation* findOperation(std::string_view name) {
   for (const Operation& operation : operations) {
     if (operation.name == name) return &operation;
@@ -196,7 +196,7 @@ constexpr const Operation* findOperation(std::string_view name) {
   return nullptr;
 }
 
-/// The same for a name in the code: one that is not in the table does not compile.
+/// The same for a literal name. A name that is not in the table does not compile.
 consteval const Operation& op(std::string_view name) {
   return *findOperation(name);
 }

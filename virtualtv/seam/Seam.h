@@ -18,23 +18,24 @@
 #include "seam/Values.h"
 #include "text/Shared.h"
 
-/// The one place where the plug-in's calls to the set pass. Here they are recorded, made to fail, and delayed.
-/// With nothing of this switched on a call costs one test of a flag.
+/// All calls from the plug-in to the set pass here, where they can be recorded, delayed and made to fail. When all of
+/// this is off, a call costs one test of a flag.
 namespace virtualtv::seam {
 
-/// Who asked: the engine's name, and the number of its command since it was opened (0 outside a command).
+/// The caller: the engine's name, and the number of its command since it was opened (0 outside a command).
 struct Caller {
   text::Shared engine;
   std::uint64_t command = 0;
 };
 
-/// The interface that a call went to: which window's it is and its number among its kind; empty for plain functions.
+/// The interface that a call goes to: its window, and its number among interfaces of its kind. Empty for plain
+/// functions.
 struct Handle {
-  std::string_view profile;  ///< "main", "pip", "set" for those of no window, empty for a plain function
+  std::string_view profile;  ///< "main" or "pip"; "set" for interfaces without a window; empty for a plain function
   int number = 0;
 };
 
-/// One call as it was recorded.
+/// One recorded call.
 struct Call {
   std::uint64_t sequence = 0;  ///< counted from 1 since the set was made
   Caller caller;
@@ -50,75 +51,78 @@ struct Call {
 /// A call in one line: `IServiceNavigation[main#2]::GetTvMode() mode=0,1 -> 1`.
 std::string line(const Call& call);
 
-/// How a call is made to fail. What a fault leaves open is as in the healthy call.
+/// How a call is made to fail. Whatever a fault leaves open stays as in the normal call.
 struct Fault {
   enum class Way {
-    outputs,    ///< the call is carried out, only the chosen outputs are replaced
-    result,     ///< answers `result`; carried out only if that is a success of the operation
-    null,       ///< a null pointer with the plain success as result
-    unwritten,  ///< the plain success, but nothing is carried out and no output written
-    throwing,   ///< leaves with an exception
+    outputs,    ///< the call is carried out, then the given outputs are overwritten
+    result,     ///< the call returns `result`; it is carried out only if that means success
+    null,       ///< the output is a null pointer, the result the default success
+    unwritten,  ///< the result is the default success, but nothing is carried out and no output is written
+    throwing,   ///< the call throws an exception
   };
 
-  std::uint64_t id = 0;  ///< given by the seam, never twice
+  std::uint64_t id = 0;  ///< assigned by the seam, never reused
   const Operation* operation = nullptr;
-  std::string window;  ///< the window whose interface is called, by its name; empty for any, and for plain functions
-  std::string engine;  ///< the engine that asks, by its key; empty for any
+  std::string window;  ///< the name of the window whose interface is called; empty for any window and for plain
+                       ///< functions
+  std::string engine;  ///< the key of the calling engine; empty for any
   Way way = Way::outputs;
-  std::string result;                          ///< a number, or a text where the operation answers one
-  std::map<std::string, std::string> outputs;  ///< texts of the outputs to be written
-  std::uint64_t nth = 1;                       ///< the first call that it hits, counted from when it was set
-  std::optional<std::uint64_t> times = 1;      ///< how many calls it hits; always when empty
-  std::uint64_t seen = 0;                      ///< calls passed since it was set
-  std::uint64_t hits = 0;                      ///< calls that it has hit
-  std::size_t input = 0;                       ///< number of the input that set it, for whoever reports on it
+  std::string result;                          ///< a number, or a text if the operation returns one
+  std::map<std::string, std::string> outputs;  ///< texts of the outputs to overwrite
+  std::uint64_t nth = 1;                       ///< the first call to hit, counted from when the fault was set
+  std::optional<std::uint64_t> times = 1;      ///< number of calls to hit; empty for all
+  std::uint64_t seen = 0;                      ///< matching calls since the fault was set
+  std::uint64_t hits = 0;                      ///< calls hit so far
+  std::size_t input = 0;                       ///< number of the input that set the fault, for reports
 };
 
 /// Reads a fault from its words, as in `{"IService::FindService", "nth=2", "times=always", "result=0"}`.
-/// @throws std::invalid_argument with a line for a person when the words make no fault of that operation.
+/// @throws std::invalid_argument with a line for a person when the words do not describe a valid fault of that
+/// operation.
 Fault parseFault(const std::vector<std::string>& words);
 
-/// A fault in the words that `parseFault` reads, as they are typed in: quoted where a shell would split or change them.
+/// The words of a fault as `parseFault` reads them, quoted as for a shell.
 std::string describe(const Fault& fault);
 
-/// The exception that a call throws by a fault.
+/// The exception that a fault makes a call throw.
 class Thrown : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The seam's state, one a process. Used by the shell and by tests; the calls themselves use `pass`.
+/// The state of the seam, one per process. Used by the shell and by tests. The calls themselves use `pass`.
 class Seam {
  public:
   static Seam& instance();
 
-  /// Swaps what it is with another one.
+  /// Swaps the state with another one.
   void exchange(Seam& other);
-  /// Back to nothing recorded, no faults, no latency, nobody told, sequence 0, nobody calling. What a delay does stays.
+  /// Resets: no recorded calls, no faults, no latency, no listeners, sequence 0, no caller. The function set by
+  /// `onDelay` stays.
   void reset();
 
-  /// Has `heard` told of each call that has ended, inside it: it must not throw. An empty function for nobody, and
-  /// calls are not recorded.
+  /// Calls `heard` at the end of each call, inside it, so `heard` must not throw. With an empty function calls are not
+  /// recorded.
   void onCall(std::function<void(const Call&)> heard);
 
-  /// @return its number.
+  /// @return the number of the fault.
   std::uint64_t add(Fault fault);
-  /// @return false when there is no fault of that number.
+  /// @return false when there is no fault with that number.
   bool remove(std::uint64_t id);
   void clearFaults();
   const std::vector<Fault>& faults() const { return faults_; }
 
-  /// Every call of the operation takes this long; 0 for no delay.
+  /// Delays every call of the operation by this time; 0 for no delay.
   void setLatency(const Operation& operation, std::uint64_t milliseconds);
   std::uint64_t latency(const Operation& operation) const;
-  /// What a delay does: the set moves its clock.
+  /// Sets the function that carries out a delay: the set advances its clock.
   void onDelay(std::function<void(std::uint64_t milliseconds)> delay) { delay_ = std::move(delay); }
 
-  /// Is told of each call when it begins, before anything is done for it, and with null when it has ended, also by an
-  /// exception. An empty function for nobody.
+  /// Calls `told` at the start of each call, before anything is done for it, and with null at its end, even after an
+  /// exception. An empty function stops this.
   void onPassage(std::function<void(const Operation* begun)> told);
 
-  /// Who is calling now. Set by the framework around each call into an engine.
+  /// The current caller. Set by the framework around each call into an engine.
   const Caller& caller() const { return caller_; }
   void setCaller(Caller caller) { caller_ = std::move(caller); }
 
@@ -145,7 +149,8 @@ class Seam {
   Caller caller_;
 };
 
-/// Puts the seam aside as it is, for as long as it lives; a fresh one takes its place. Not to be made inside a call.
+/// Replaces the seam by a fresh one for the lifetime of this object, then restores it. Must not be created inside a
+/// call.
 class SeamAside {
  public:
   SeamAside() { Seam::instance().exchange(aside_); }
@@ -157,7 +162,7 @@ class SeamAside {
   Seam aside_;
 };
 
-/// Sets who is calling for as long as it lives.
+/// Sets the caller for the lifetime of this object.
 class CallerScope {
  public:
   explicit CallerScope(Caller caller) : before_(Seam::instance().caller()) {
@@ -201,7 +206,7 @@ void assign(const Fault& fault, const Out<Value>& output) {
   }
 }
 
-/// The result that a fault asks for.
+/// The result that a fault specifies.
 template <typename Result>
 Result failed(const Operation& operation, const Fault& fault) {
   if constexpr (std::is_same_v<Result, int>) {
@@ -215,7 +220,7 @@ Result failed(const Operation& operation, const Fault& fault) {
   }
 }
 
-/// True when the call is carried out although a fault hits it.
+/// True when the call is carried out despite the fault.
 bool carriedOut(const Operation& operation, const Fault& fault);
 
 template <typename Result>
@@ -229,7 +234,7 @@ std::string printResult(const Result& result) {
   }
 }
 
-/// Records the call when it ends, also by an exception.
+/// Records the call at its end, even after an exception.
 class Ending {
  public:
   explicit Ending(Call& call) : call_(call) {}
@@ -241,7 +246,7 @@ class Ending {
   Call& call_;
 };
 
-/// Tells of a call when it begins and when it ends.
+/// Reports the start and the end of a call.
 class Passage {
  public:
   explicit Passage(const Operation& operation) { Seam::instance().passing(&operation); }
@@ -250,8 +255,8 @@ class Passage {
   ~Passage() { Seam::instance().passing(nullptr); }
 };
 
-// Kept out of its callers, which would otherwise save registers for a path that a call seldom goes. It has copies of
-// its own: a caller's values and closure whose addresses nobody takes can stay in registers.
+// Not inlined: otherwise every caller would save registers for this rare path. It takes copies, so that the caller's
+// values and closure can stay in registers, as nothing takes their addresses.
 template <typename Values, typename Body>
 [[gnu::noinline, gnu::cold]] auto observe(const Operation& operation, const Handle& handle, const Values values,
                                           Body body) -> decltype(body()) {
@@ -280,7 +285,7 @@ template <typename Values, typename Body>
   } else {
     Result result = run ? body() : failed<Result>(operation, *fault);
     if (run && fault && fault->way == Fault::Way::result) result = failed<Result>(operation, *fault);
-    std::unique_ptr<char, decltype(&std::free)> text(nullptr, &std::free);  // which the caller frees, once they have it
+    std::unique_ptr<char, decltype(&std::free)> text(nullptr, &std::free);  // freed by the caller after it is returned
     if constexpr (std::is_same_v<Result, char*>) text.reset(result);
     finish();
     call.result = printResult(result);
@@ -297,7 +302,7 @@ std::tuple<Values...> args(Values... values) {
   return {values...};
 }
 
-/// Carries a platform call out: `body` does it and answers its result.
+/// Carries out a platform call: `body` performs it and returns its result.
 /// @param handle  the interface called, `{}` for a plain function.
 /// @param values  made by `args`.
 template <typename Values, typename Body>

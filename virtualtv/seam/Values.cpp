@@ -15,7 +15,7 @@ namespace virtualtv::seam {
 namespace {
 
 constexpr std::string_view nullRecord = "null";
-constexpr std::size_t recordsShown = 8;  // of a longer list only the number is written
+constexpr std::size_t recordsShown = 8;  // a longer list is written as its length only
 
 /// Units of a record's text in host order; records hold them big-endian.
 std::u16string hostUnits(const TCServiceData& record, const TCServiceData::Field& field) {
@@ -28,7 +28,7 @@ std::u16string hostUnits(const TCServiceData& record, const TCServiceData::Field
   return units;
 }
 
-/// Takes what is written like a number off the front of `text`; empty when nothing is.
+/// Removes and returns a number at the front of `text`; empty when there is none.
 std::string_view takeNumber(std::string_view& text) {
   const std::size_t sign = text.starts_with('-') ? 1 : 0;
   const std::size_t end = std::min(text.find_first_not_of("0123456789", sign), text.size());

@@ -18,7 +18,7 @@
 #include "tvservice/TCServiceData.h"
 #include "tvservice/TVServiceTypes.h"
 
-// How the values of platform calls are written in a trace and read from a fault. Both use the same text.
+// The text form of the values of platform calls, written in traces and read from faults.
 
 namespace virtualtv::seam {
 
@@ -30,8 +30,7 @@ std::string print(const std::map<unsigned char, bool>& favourites);
 std::string print(const TCCriteriaHelper& criteria);
 std::string print(const std::list<std::pair<unsigned long long, bool>>& updates);
 
-/// A number of a service's field, as in records and conditions: with its sign, which of all fields only the service id
-/// does not have.
+/// Writes a number of a service field, as in records and conditions. It is signed, except for the service id.
 std::string printNumber(int fieldId, unsigned long long value);
 
 template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number> || std::is_enum_v<Number>, int> = 0>
@@ -43,21 +42,21 @@ std::string print(Number value) {
   }
 }
 
-/// Is told of each field of a record before it is set: of those before it, and of what is written for a number, nothing
-/// for a text between double quotes. Throws what shall leave `parse` where the record can't have the field.
+/// Called before each field of a record is set. It takes the record so far and the digits of a number, or nothing for a
+/// text between double quotes. To refuse the field it throws, and the exception leaves `parse`.
 using FieldCheck =
     std::function<void(const TCServiceData& before, int fieldId, std::optional<std::string_view> number)>;
-/// Is told of each favourite group that stood there already; likewise.
+/// Called for each duplicate favourite group. An exception leaves `parse`.
 using GroupCheck = std::function<void(int group)>;
 
-/// Reads a text into a value; false, and the value as it was, when the text is not of its form, or a number in it
-/// beyond what the value can hold. Fields of records hold any number of 64 bits, with or without a sign, and any text;
-/// of a field or group that stands there twice the last one counts: unless `check` throws. With a `check`, a number
-/// that no field has is std::invalid_argument, too.
+/// Parses a text into a value. Returns false, and leaves the value unchanged, when the text has another form or a
+/// number in it is out of range. Fields of records take any 64-bit number, signed or unsigned, and any text. Of a
+/// duplicate field or group the last one counts, unless `check` throws. With a `check`, an unknown field number throws
+/// std::invalid_argument.
 bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check = {});
 bool parse(std::string_view text, std::list<TCServiceData*>& records, const FieldCheck& check = {});
 bool parse(std::string_view text, std::map<unsigned char, bool>& favourites, const GroupCheck& check = {});
-/// Reads an integer for each of the ranges, with commas between; negative ones as two's complement.
+/// Reads comma-separated integers, one for each range. Negative ones are returned as their two's complement.
 bool parseNumbers(std::string_view text, std::span<const text::Range> ranges, std::uint64_t* numbers);
 
 /// References to the members that make up a value of the form `numbers`.
@@ -101,7 +100,7 @@ struct Ranges<std::tuple<Members&...>> {
 
 }  // namespace detail
 
-/// What each part of a value of the form `numbers` can hold.
+/// The range of each part of a value of the form `numbers`.
 template <typename Value>
 inline constexpr std::span<const text::Range> rangesOf = detail::Ranges<decltype(parts(std::declval<Value&>()))>::all;
 
@@ -130,7 +129,7 @@ bool parse(std::string_view text, Value& value) {
   return true;
 }
 
-/// An argument of a call under its name; a name that is empty is not written.
+/// An argument of a call and its name. An empty name is not written.
 template <typename Value>
 struct In {
   const char* name;

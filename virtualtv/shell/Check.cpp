@@ -22,8 +22,8 @@ std::string place(const CheckedFile& file, const CheckedStep& step) {
   return file.name + ":" + std::to_string(step.line) + ": ";
 }
 
-/// Adds to the steps what they left behind that fails a transcript although the texts may agree. What the set complains
-/// of is the last one's.
+/// Adds to each step the findings that fail a transcript even when its output is as expected. Complaints of the set
+/// belong to the last step.
 void takeFindings(Session& session, std::vector<Lines>& findings) {
   Session::Remarks remarks = session.takeRemarks();
   for (Session::Finding& finding : remarks.findings) findings[finding.input].push_back(std::move(finding.text));
@@ -40,7 +40,7 @@ void report(const std::vector<Lines>& findings, CheckedFile& checked) {
   }
 }
 
-/// Runs the transcript in a session on a fresh set. @return the same transcript with what was printed.
+/// Runs the transcript in a session on a fresh set. @return the transcript with its actual output.
 Transcript replay(Session& session, const Transcript& expected, CheckedFile& checked) {
   Transcript printed = expected;
   std::vector<Lines> findings;
@@ -57,7 +57,7 @@ Transcript replay(Session& session, const Transcript& expected, CheckedFile& che
   return printed;
 }
 
-/// The difference of two transcripts that have the same inputs and remarks. Failures go into the steps.
+/// The difference of two transcripts with the same inputs and remarks. Failures are added to the steps.
 std::string difference(const Transcript& expected, const Transcript& printed, CheckedFile& checked) {
   Diff whole;
   same(whole, expected.opening);
@@ -95,7 +95,7 @@ void checkOpened(kel::CEmpAppBase& app, bool update, CheckedFile& checked) {
   }
 }
 
-/// Throws once a check goes beyond its bounds.
+/// A function that throws once a check exceeds its bounds.
 std::function<void()> guardOf(const std::string& name, const CheckBounds& bounds) {
   const Clock::time_point start = Clock::now();
   return [name, bounds, start, inputs = std::size_t{0}]() mutable {
@@ -109,7 +109,7 @@ std::function<void()> guardOf(const std::string& name, const CheckBounds& bounds
   };
 }
 
-/// Runs a check. @return how it did, with the time that it took and an error for what it throws.
+/// Runs a check. @return its result with the time it took. An exception becomes the error of the result.
 template <typename Run>
 CheckedFile checkedBy(const std::string& name, Run run) {
   const Clock::time_point start = Clock::now();
@@ -124,7 +124,7 @@ CheckedFile checkedBy(const std::string& name, Run run) {
   return checked;
 }
 
-/// Whether two names stand for one file, which need not be there.
+/// True when two names refer to the same file, which need not exist.
 bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
   std::error_code failure;
   if (std::filesystem::equivalent(one, other, failure)) return true;
@@ -132,7 +132,7 @@ bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& o
   return !failure && place == std::filesystem::weakly_canonical(other, failure);
 }
 
-/// The report would take the place of a transcript.
+/// Refuses a report that would overwrite a transcript.
 void refuseReportInPlaceOfTranscript(const CheckOptions& options) {
   if (!options.junit) return;
   for (const std::string& name : options.files) {

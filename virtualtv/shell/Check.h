@@ -14,60 +14,58 @@
 
 namespace virtualtv::shell {
 
-/// How an input of a transcript did.
+/// The result of one input of a transcript.
 struct CheckedStep {
   int line = 0;
   std::string input;
-  std::string failure;  ///< empty when it printed what was expected, otherwise what was found and the difference
-  std::chrono::nanoseconds time{};  ///< that it took
+  std::string failure;  ///< empty when the output was as expected, otherwise the findings and the difference
+  std::chrono::nanoseconds time{};  ///< the time it took
 };
 
-/// How a transcript did.
+/// The result of a transcript.
 struct CheckedFile {
   std::string name;
-  std::string error;  ///< why it could not be run at all, empty when it was
+  std::string error;  ///< why it could not be run; empty when it ran
   std::vector<CheckedStep> steps;
-  std::string diff;                   ///< expected and printed, in the unified format; empty when they agree
-  std::vector<std::string> findings;  ///< what fails it although the texts agree, as in `FILE:LINE: FINDING`
-  std::chrono::nanoseconds time{};    ///< that all of it took, also making the set
+  std::string diff;                   ///< expected against actual output, in the unified format; empty when equal
+  std::vector<std::string> findings;  ///< failures other than the output, as in `FILE:LINE: FINDING`
+  std::chrono::nanoseconds time{};    ///< total time, including the creation of the set
   bool passed() const { return error.empty() && diff.empty() && findings.empty(); }
 };
 
-/// How far a check goes.
+/// Limits for a check.
 struct CheckBounds {
-  std::size_t inputs = std::numeric_limits<std::size_t>::max();  ///< those of files that inputs run too
+  std::size_t inputs = std::numeric_limits<std::size_t>::max();  ///< including the inputs of files that inputs run
   std::chrono::nanoseconds time = std::chrono::nanoseconds::max();
 };
 
-/// Runs a transcript on a fresh set in memory and compares what it prints with what it says. The process has no other
-/// device meanwhile, see `device::DeviceAside`.
-/// @param name  stands before line numbers.
-/// @param files  what its inputs reach of files.
-/// @return with an error where the text is no transcript, and where it goes beyond the bounds: it is then run as far as
-/// that.
+/// Runs a transcript on a fresh set in memory and compares the output with the transcript. Meanwhile the process has no
+/// other device, see `device::DeviceAside`.
+/// @param name  precedes line numbers in messages.
+/// @param files  the files that its inputs can use.
+/// @return a result with an error when the text is not a transcript, or when it exceeds the bounds. In the second case
+/// it is run up to the bounds.
 CheckedFile checkText(kel::CEmpAppBase& app, const std::string& name, std::string_view content, const FileAccess& files,
                       const CheckBounds& bounds);
 
-/// Runs a transcript on a fresh set in memory and compares what it prints with what stands in the file.
-/// @param update  puts what was printed in place of what stands there; comments and blank lines stay. The difference
-/// then is none.
+/// Runs a transcript file on a fresh set in memory and compares the output with the file. @param update  overwrites the
+/// expected output in the file by the actual output, keeping comments and blank lines. The result then has no
+/// difference.
 CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool update);
 
 struct CheckOptions {
   std::vector<std::string> files;
   bool update = false;
-  std::optional<std::string> junit;  ///< file that receives a report for machines
+  std::optional<std::string> junit;  ///< file for the machine-readable report
 };
 
-/// Checks transcripts one after the other and reports on them: differences, the failed ones of several and a summary on
-/// `out`, errors on `err`.
-/// @return true when all passed.
-/// @throws std::runtime_error when the report can't be written, before anything is run where it would replace one of
-/// the transcripts.
+/// Checks transcripts one after the other. Prints differences, a list of the failed transcripts when there are several,
+/// and a summary on `out`; prints errors on `err`. @return true when all passed. @throws std::runtime_error when the
+/// report can't be written. If it would overwrite one of the transcripts, this happens before anything is run.
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err);
 
-/// The report for machines, in the JUnit format: a suite for each file, a case for each of its inputs, with totals and
-/// times in seconds.
+/// The machine-readable report, in the JUnit format: a suite for each file and a case for each of its inputs, with
+/// totals and times in seconds.
 std::string junitReport(const std::vector<CheckedFile>& files);
 
 }  // namespace virtualtv::shell

@@ -24,7 +24,7 @@ Lines operationNames(const std::string& before) {
   return names;
 }
 
-/// Services by their keys, and behind the full stop their knobs.
+/// Services by their keys and, after the full stop, their knobs.
 Lines serviceWords(Tv& tv, const std::string& typed) {
   constexpr std::string_view start = "service.";
   if (const std::size_t stop = typed.rfind('.'); stop >= start.size()) {
@@ -39,7 +39,7 @@ Lines serviceWords(Tv& tv, const std::string& typed) {
   return names;
 }
 
-/// @param forSet  only those that can be set.
+/// @param forSet  offers only knobs that can be set.
 Lines knobWords(Session& session, const std::string& typed, bool forSet) {
   Tv& tv = session.device().tv();
   if (typed.starts_with("service.")) return serviceWords(tv, typed);
@@ -56,12 +56,12 @@ Lines settingKeys(Session& session) {
   return keys;
 }
 
-/// The option that a word of a fault gives. Each option may stand once.
+/// The option that a word of a fault sets. Each option may appear once.
 std::string optionOf(const std::string& word) {
   return word == "always" ? "times" : word.substr(0, word.find('='));
 }
 
-/// The results that an operation can be given by a word. Numbers and texts are left to whoever types.
+/// The named results that a fault can give an operation. Numbers and texts can't be completed.
 Lines resultWords(const seam::Operation& operation) {
   Lines words;
   for (const char* word : {"result=null", "result=unwritten", "result=throw"}) {
@@ -69,14 +69,14 @@ Lines resultWords(const seam::Operation& operation) {
       seam::parseFault({std::string(operation.name), word});
       words.emplace_back(word);
     } catch (const std::invalid_argument&) {
-      continue;  // it has no such result
+      continue;  // the operation has no such result
     }
   }
   if (operation.answersNumber() || operation.answer == seam::Answer::text) words.emplace_back("result=");
   return words;
 }
 
-/// The open engines where `engine=` is typed; otherwise that word.
+/// The open engines once `engine=` is typed; before that the word `engine=`.
 Lines engineWords(Session& session, const std::string& typed) {
   constexpr std::string_view start = "engine=";
   if (!typed.starts_with(start)) return {std::string(start)};
@@ -85,7 +85,7 @@ Lines engineWords(Session& session, const std::string& typed) {
   return words;
 }
 
-/// The outputs of an operation and the other words of a fault that do not stand there yet.
+/// The outputs of an operation and the other words of a fault, except those already on the line.
 Lines faultWords(Session& session, const Lines& before, const std::string& typed) {
   const seam::Operation* operation = seam::findOperation(before[1]);
   if (operation == nullptr) return {};
@@ -120,8 +120,8 @@ Lines faultArguments(Session& session, const Lines& before, const std::string& t
   return before.size() == 2 ? numbersOfFaults(session) : Lines();
 }
 
-/// Commands for behind a `+`: those that take a parameter list. The plug-in refuses the others there, so that they are
-/// offered only where none of these fits.
+/// Commands to follow a `+`: those that take a parameter list. The plug-in refuses other commands there, so these are
+/// offered only when no list command matches.
 Lines wordsBehindPlus(const std::string& typed) {
   Lines names = listCommandNames();
   const bool fits = std::any_of(names.begin(), names.end(), [&](const auto& name) { return name.starts_with(typed); });
@@ -142,7 +142,7 @@ Lines files(Session& session, const std::string& typed) {
   return names;
 }
 
-/// Options of an import, what `--format` takes, or files.
+/// Options of an import, values of `--format`, or files.
 Lines importWords(Session& session, const std::string& before, const std::string& typed) {
   if (before == "--format") return namesOfFormats();
   if (before == "--encoding") return {};
@@ -181,7 +181,7 @@ Lines argumentsOf(Session& session, const Lines& words, const std::string& typed
   return {};
 }
 
-/// Commands, behind a `+` without a blank as well.
+/// Commands, also directly after a `+` without a blank.
 Lines firstWordsFor(const std::string& typed) {
   if (!typed.starts_with('+')) return firstWords();
   Lines names = wordsBehindPlus(typed.substr(1));
@@ -190,11 +190,11 @@ Lines firstWordsFor(const std::string& typed) {
 }
 
 HalfTyped readTyped(std::string_view line) {
-  line.remove_prefix(std::min(line.find_first_not_of("> \t"), line.size()));  // the mark of an input
+  line.remove_prefix(std::min(line.find_first_not_of("> \t"), line.size()));  // the `>` of an input
   return splitHalfTyped(line);
 }
 
-/// True for a word that goes on: a folder, what wants a value, or a service's number.
+/// True for a word that may continue: a folder, an option that needs a value, or the number of a service.
 bool isOpen(const std::string& word) {
   return word.ends_with('/') || word.ends_with('=') || word.ends_with('#');
 }
@@ -215,7 +215,7 @@ Lines wordsBehind(Session& session, const Lines& before, const std::string& type
 
 Lines completions(Session& session, std::string_view line) {
   const HalfTyped typed = readTyped(line);
-  if (typed.escape) return {};  // the next character is anyone's guess
+  if (typed.escape) return {};  // an escaped character can't be completed
   Lines words = wordsBehind(session, typed.words, typed.last);
   std::erase_if(words, [&](const std::string& word) {
     return !word.starts_with(typed.last) || (word == typed.last && word.ends_with('='));

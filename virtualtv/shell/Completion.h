@@ -9,25 +9,25 @@ namespace virtualtv::shell {
 
 class Session;
 
-/// The names of the commands, those of the shell among them, that a line may start with.
+/// The command names that a line may start with, including those of the shell.
 Lines firstWords();
 
-/// What the last word of a half-typed line can become: commands, operations, knobs, settings keys, files and so on,
-/// whole words in order, without quotes. Quotes and backslashes in the line are read as when it is run.
+/// The completions of the last word of a half-typed line: commands, operations, knobs, settings keys, files and so on.
+/// Each is a whole word without quotes, and they are sorted. Quotes and backslashes in the line mean the same as when
+/// it is run.
 Lines completions(Session& session, std::string_view line);
 
-/// The same without a look at what there is of the last word: all words that may stand there.
-/// @param before  the words in front of it, none where it is the first one.
-/// @param typed  as much of it as there is. It chooses among words that are many: files by their folder, knobs by their
-/// service.
+/// All words that may be the last word of a line, whatever was typed of it. @param before  the words before it; empty
+/// for the first word. @param typed  the typed part of the word. It only narrows large groups: files to a folder, knobs
+/// to a service.
 Lines wordsBehind(Session& session, const Lines& before, const std::string& typed);
 
-/// What to type behind a half-typed line so that its last word becomes what all of `words` start with; a single word is
-/// finished with a blank, unless more of it may follow. In the quotes that are open, else with backslashes.
-/// @param words  what `completions` tells of the line.
+/// The text to append to a half-typed line so that its last word becomes the common start of `words`. A single word is
+/// followed by a blank, unless it may continue. The text is quoted to fit the open quote, or with backslashes outside
+/// of quotes. @param words  the result of `completions` for the line.
 std::string restOf(std::string_view line, const Lines& words);
 
-/// What all of these start with, in whole characters of UTF-8.
+/// The common start of all words, in whole UTF-8 characters.
 std::string commonStart(const Lines& words);
 
 }  // namespace virtualtv::shell

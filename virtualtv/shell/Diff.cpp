@@ -16,7 +16,7 @@ void add(Diff& diff, Kind kind, Lines::const_iterator from, Lines::const_iterato
   for (; from != to; ++from) diff.push_back({kind, *from});
 }
 
-/// Number of lines that the rest of two groups, from line `before` and line `after` on, have in common.
+/// Table of the number of lines that two groups have in common, from line `before` and line `after` on.
 class CommonLines {
  public:
   CommonLines(const Lines& before, const Lines& after) : width_(after.size() + 1) {
@@ -57,7 +57,7 @@ void compareMiddle(Diff& diff, const Lines& before, const Lines& after) {
   add(diff, Kind::added, after.begin() + static_cast<std::ptrdiff_t>(column), after.end());
 }
 
-/// Lines of a diff that are shown together, and where they stand in the two texts.
+/// Lines of a diff that are shown together, with their positions in the two texts.
 struct Hunk {
   std::size_t first = 0;  ///< index in the diff
   std::size_t end = 0;
@@ -78,7 +78,7 @@ std::vector<Hunk> hunksOf(const Diff& diff) {
   return hunks;
 }
 
-/// How many lines of a part of a diff one of the texts has: all but those of the `other` one.
+/// The number of lines that one of the texts has in a part of a diff: all except those of the `other` text.
 std::size_t count(const Diff& diff, std::size_t first, std::size_t end, Kind other) {
   const auto begin = diff.begin();
   return static_cast<std::size_t>(std::count_if(begin + static_cast<std::ptrdiff_t>(first),

@@ -1,5 +1,5 @@
-// The commands that speak to the set. To add one: write its function, add its row to the table at the end, and say in
-// docs/virtual-tv.md what it is for.
+// The commands for the set. To add one, write its function, add its row to the table at the end, and describe it in
+// docs/virtual-tv.md.
 #include "shell/DotCommands.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ void noteKnob(Session& session, const std::string& knob) {
   if (knob.starts_with(latency)) noteIfUnknown(session, knob.substr(latency.size()));
 }
 
-// Faults and what is printed of the calls.
+// Faults and the printing of calls.
 
 Lines listFaults(Session& session) {
   Lines lines;
@@ -123,7 +123,7 @@ std::string knobLine(Session& session, const std::string& name) {
   return name + " = " + getKnob(session.device().tv(), name);
 }
 
-/// The knobs of a group that are set; none when there is no such group.
+/// The knobs of a group that have a value; none when there is no such group.
 Lines groupLines(Session& session, const std::string& group) {
   Lines lines;
   for (const std::string& name : knobsOf(session.device().tv(), group)) {
@@ -230,7 +230,7 @@ Lines services(Session& session, const Words& words) {
 
 Lines restart(Session& session, const Words& words) {
   wantCount(words, 0, 0, ".restart");
-  session.device().closeEngines("restart");  // which may still hit a fault
+  session.device().closeEngines("restart");  // closing may still hit a fault
   session.noteIdleFaults();
   session.device().restart();
   return {};
@@ -262,7 +262,7 @@ Snapshot snapshotOf(Session& session, const std::string& file) {
 Lines restore(Session& session, const Words& words) {
   wantCount(words, 1, 1, ".restore FILE");
   const Snapshot wanted = snapshotOf(session, words[0]);
-  session.device().closeEngines("restore");  // which may still hit a fault
+  session.device().closeEngines("restore");  // closing may still hit a fault
   session.noteIdleFaults();
   session.device().restore(wanted);
   return {};

@@ -11,15 +11,15 @@ namespace virtualtv::shell {
 
 class Session;
 
-/// A command that speaks to the set instead of the plug-in.
+/// A command for the set instead of the plug-in.
 struct DotCommand {
-  std::string_view name;   ///< with its full stop
-  std::string_view usage;  ///< what follows the name
+  std::string_view name;   ///< including the full stop
+  std::string_view usage;  ///< the arguments, as help shows them
   std::string_view help;
-  /// Runs it. @return what it prints. Throws a std::exception with a line for a person when it can't be done.
+  /// Runs the command. @return its output. Throws a std::exception with a line for a person on failure.
   Lines (*run)(Session& session, const std::vector<std::string>& words);
-  bool drivesEngines = false;  ///< it makes the plug-in call the set
-  bool isTyped = true;         ///< false for one of files alone, which nobody is offered
+  bool drivesEngines = false;  ///< the command makes the plug-in call the set
+  bool isTyped = true;         ///< false for a command used in files only, which completion and help do not offer
 };
 
 /// All of them; help, completion and documentation walk this table.

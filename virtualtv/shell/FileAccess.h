@@ -9,7 +9,7 @@
 
 namespace virtualtv::shell {
 
-/// What a session reaches of files. What fails throws std::runtime_error `cannot read NAME: REASON`, or `write`.
+/// The files that a session can use. A failure throws std::runtime_error `cannot read NAME: REASON`, or `write`.
 class FileAccess {
  public:
   FileAccess() = default;
@@ -17,24 +17,24 @@ class FileAccess {
   FileAccess& operator=(const FileAccess&) = delete;
   virtual ~FileAccess() = default;
 
-  /// Whether they are those of the one who runs the program, who may name any file.
+  /// True for the access of the user who runs the program, who may name any file.
   virtual bool areOwn() const { return false; }
   /// The directory that a session starts in.
   virtual std::filesystem::path start() const = 0;
   enum class Kind { missing, file, directory };
-  /// What is there. Where that can't be told it is a file, which fails when it is read.
+  /// The kind of file at a path. An unknown kind counts as a file, which then fails to be read.
   virtual Kind kindOf(const std::filesystem::path& path) const = 0;
-  /// All of a file. @param name  what messages call it.
+  /// Reads a whole file. @param name  the name of the file in messages.
   virtual std::string read(const std::filesystem::path& path, const std::string& name) const = 0;
-  /// The same block by block, whatever its length.
+  /// Reads a file of any length, block by block.
   virtual void readBlocks(const std::filesystem::path& path, const std::string& name, const TakeBlock& take) const = 0;
   virtual void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const = 0;
 };
 
-/// Those of the one who runs the program: all that the process reaches, files that exist are replaced.
+/// The access of the user who runs the program: all files that the process can use. Writing replaces existing files.
 const FileAccess& allFiles();
 
-/// None: every file fails with a reason.
+/// No access: every file fails with a reason.
 class NoFiles : public FileAccess {
  public:
   explicit NoFiles(std::string reason) : reason_(std::move(reason)) {}
@@ -49,7 +49,7 @@ class NoFiles : public FileAccess {
   std::string reason_;
 };
 
-/// None, for clients of a server.
+/// No access, for clients of a server.
 const FileAccess& noFiles();
 
 }  // namespace virtualtv::shell

@@ -24,8 +24,8 @@ namespace fs = std::filesystem;
 /// A new file beside another, removed at the end of the scope unless it was renamed.
 class Beside {
  public:
-  /// @param name  what messages call the other one.
-  /// @param mode  its permissions, less those that the process withholds from new files.
+  /// @param name  the name of the other file in messages. @param mode  the permissions of the new file, before the
+  /// umask.
   Beside(const fs::path& target, const std::string& name, mode_t mode) {
     int descriptor = -1;
     for (int number = 0; descriptor < 0; ++number) {
@@ -86,7 +86,7 @@ std::string readStream(std::FILE* stream, const std::string& name) {
       if (content.size() + count > mostRead) failAsEndless(name);
       content.append(chunk, count);
     }
-    if (std::ferror(stream) != 0) failFile("read", name, errno);  // a folder too ends up here
+    if (std::ferror(stream) != 0) failFile("read", name, errno);  // also for a folder
     return content;
   } catch (const std::bad_alloc&) {
     failFile("read", name, notEnoughMemory);

@@ -23,8 +23,8 @@ std::string usageOf(const DotCommand& command) {
   return std::string(command.name) + (command.usage.empty() ? "" : " " + std::string(command.usage));
 }
 
-/// The rows with those of a first cell beyond `widest` in two, so that it does not make the column wider: what stands
-/// behind such a cell follows on a line of its own.
+/// Splits rows whose first cell is wider than `widest`, so that they do not widen the column. The rest of such a row
+/// goes to the next line.
 std::vector<Lines> narrowed(std::vector<Lines> rows, std::size_t widest) {
   std::vector<Lines> narrow;
   for (Lines& row : rows) {
@@ -49,7 +49,7 @@ Lines overview(std::size_t columns) {
   return table(narrowed(std::move(rows), widest), columns);
 }
 
-constexpr const char* withList = "+ ";  // stands before a command that takes a parameter list
+constexpr const char* withList = "+ ";  // precedes a command that takes a parameter list
 
 std::string usageOf(const CatalogueCommand& command) {
   std::string usage = command.name;
@@ -71,7 +71,7 @@ std::string sentence(const std::string& lead, const std::string& text) {
   return text.empty() ? "" : " " + lead + ": " + text + ".";
 }
 
-/// Appends what the numbers of a type mean, or what a text of it is made of.
+/// Appends the meanings of a type's numbers, or the members of its documents.
 void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
   const CatalogueType* type = catalogue().findType(typeName);
   if (type == nullptr) return;
@@ -83,7 +83,7 @@ void appendValues(std::vector<Lines>& rows, const std::string& typeName) {
   }
 }
 
-/// @param before  stands in front of the command's name.
+/// @param before  precedes the command's name.
 Lines helpOnForm(const std::string& before, const CatalogueCommand& command, std::size_t columns) {
   std::vector<Lines> rows{{before + usageOf(command), command.help}};
   for (const CatalogueCommand::Parameter& parameter : command.parameters) {
@@ -145,7 +145,7 @@ Lines helpOnOperations(std::size_t columns) {
   return table(rows, columns);
 }
 
-/// Lines that are fitted one by one, as sentences are.
+/// Wraps each line on its own, as sentences are.
 Lines sentences(const Lines& lines, std::size_t columns) {
   constexpr std::size_t indent = 2;
   Lines fitted;
@@ -195,7 +195,7 @@ constexpr std::array topics{
     Topic{"knobs", helpOnKnobs}, Topic{"faults", helpOnFaults},
 };
 
-/// Help that is as wide as it comes, or fitted already.
+/// Help that is not wrapped, or already fits.
 Lines helpAsWritten(const std::string& name, std::size_t columns) {
   const auto topic = std::find_if(topics.begin(), topics.end(), [&](const Topic& known) { return known.name == name; });
   if (topic != topics.end()) return topic->help(columns);

@@ -19,7 +19,7 @@ namespace virtualtv::shell {
 
 namespace {
 
-/// Words of other shells, and what does the same here.
+/// Commands of other shells, with their equivalents here.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 8> otherNames{{
     {"exit", ".quit"},
     {"bye", ".quit"},
@@ -31,11 +31,11 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 8> otherName
     {"usage", ".help"},
 }};
 
-/// A line taken apart.
+/// The parts of a typed line.
 struct Typed {
   bool list = false;  ///< it has a `+`
   std::string first;  ///< the first word, as it was typed
-  std::string name;   ///< of the command, as far as the way in which it is called can be told
+  std::string name;   ///< name of the command, as far as it can be told from the form of the call
   std::string rest;   ///< the parameters
 };
 
@@ -45,7 +45,7 @@ std::string_view trimmed(std::string_view text, std::string_view dropped = blank
   return text.substr(start, text.find_last_not_of(dropped) - start + 1);
 }
 
-/// Takes the first word from the front of a text, and the blanks behind it.
+/// Removes and returns the first word of a text; also removes the blanks after it.
 std::string_view takeWord(std::string_view& text) {
   const std::size_t end = std::min(text.find_first_of(blanks), text.size());
   const std::string_view word = text.substr(0, end);
@@ -53,7 +53,7 @@ std::string_view takeWord(std::string_view& text) {
   return word;
 }
 
-/// What stands between the commas of a program's call, as words of the shell.
+/// The arguments of a call in a program, as words of the shell.
 Lines argumentsOf(std::string_view text) {
   Lines words;
   char quote = '\0';
@@ -73,7 +73,7 @@ Lines argumentsOf(std::string_view text) {
   return words;
 }
 
-/// Without its quotes, where it reads the same without them.
+/// Removes the quotes of a word when it means the same without them.
 std::string unquoted(const std::string& word) {
   const bool isQuoted = word.size() > 2 && (word.front() == '\'' || word.front() == '"') && word.back() == word.front();
   const std::string inner = isQuoted ? word.substr(1, word.size() - 2) : "";
@@ -81,8 +81,8 @@ std::string unquoted(const std::string& word) {
   return isQuoted && inner.find_first_of(special) == std::string::npos ? inner : word;
 }
 
-/// Reads a call as programs spell it, as in `tv.SetChannel(3, 0)` or `tv.Execute("SetChannel", 3, 0)`.
-/// @return false when it is none.
+/// Reads a call in the syntax of a program, as in `tv.SetChannel(3, 0)` or `tv.Execute("SetChannel", 3, 0)`.
+/// @return false when the text is not such a call.
 bool readCall(std::string_view text, Typed& typed) {
   const std::size_t bracket = text.find('(');
   if (bracket == std::string_view::npos || !text.ends_with(')')) return false;
@@ -100,7 +100,7 @@ bool readCall(std::string_view text, Typed& typed) {
   return true;
 }
 
-/// Without the words that start the program and have it run a command.
+/// Removes the leading words of a command line that starts the program to run a command.
 std::string_view withoutProgram(std::string_view text) {
   std::string_view rest = text;
   std::string_view word = takeWord(rest);
@@ -127,7 +127,7 @@ Typed readLine(std::string_view line) {
   return typed;
 }
 
-/// All that may stand first in a line, and what people type instead.
+/// All words that may start a line, and the words that people type instead.
 Lines firstWordsAndOthers() {
   Lines names = firstWords();
   for (const auto& [other, name] : otherNames) names.emplace_back(other);
@@ -144,7 +144,7 @@ bool isLetters(std::string_view word) {
   return std::all_of(word.begin(), word.end(), [](unsigned char byte) { return std::isalpha(byte) != 0; });
 }
 
-/// Puts words together that make the name of a plug-in command, as in `Get Source 2`; as many as can be.
+/// Joins as many words as possible to the name of a plug-in command, as in `Get Source 2`.
 void joinWords(Typed& typed) {
   if (!isLetters(typed.name)) return;
   std::string joined = typed.name;
@@ -185,7 +185,7 @@ std::size_t countOfParameters(const Typed& typed) {
   try {
     return splitWords(typed.rest).size();
   } catch (const std::invalid_argument&) {
-    return 0;  // a quote is open: whatever they are, they are not run
+    return 0;  // a quote is open, so the line does not run
   }
 }
 
@@ -193,8 +193,8 @@ bool hasTooMany(const Typed& typed) {
   return countOfParameters(typed) > device::mostParameters;
 }
 
-/// A line with a command's name in place of what was typed, and a parameter list where the command takes one. Without
-/// the parameters where these are more than the command can be given.
+/// The typed line with the name replaced by that of a command, and with a `+` if the command takes a list. Drops the
+/// parameters when there are too many for the command.
 std::string lineWith(const std::string& name, const Typed& typed) {
   const bool isDotCommand = name.starts_with('.');
   const bool isList = (typed.list || hasTooMany(typed)) && catalogue().findList(name) != nullptr;
@@ -202,13 +202,13 @@ std::string lineWith(const std::string& name, const Typed& typed) {
   return (isList ? "+ " : "") + name + (isTakingThem && !typed.rest.empty() ? " " + typed.rest : "");
 }
 
-/// The topics of help that were most likely meant. One in the plural says more than a command of the same name.
+/// The help topics that were most likely meant. A plural topic is more helpful than a command of the same name.
 Lines topicsMeant(std::string_view word) {
   Lines topics = alike(std::string(word) + "s", helpTopics());
   return topics.empty() ? nearest(word, helpTopics()) : topics;
 }
 
-/// The knobs or operations that were most likely meant; none where there is one of that name.
+/// The knobs or operations that were most likely meant; none when the name exists.
 Lines namesMeant(Session& session, const std::string& command, const std::string& word) try {
   const Lines known = wordsBehind(session, {command == ".set" ? ".get" : command}, word);
   if (std::find(known.begin(), known.end(), word) != known.end()) return {};
@@ -216,10 +216,10 @@ Lines namesMeant(Session& session, const std::string& command, const std::string
   std::erase_if(offered, [](const std::string& name) { return name.ends_with('#'); });  // not a whole name
   return nearest(word, offered);
 } catch (const std::exception&) {
-  return {};  // the set can't be read, which the line has told
+  return {};  // the set can't be read; the line has already said so
 }
 
-/// On a command of the set that was given a name which there is not.
+/// The hint for a dot command with an unknown name.
 std::string hintOnName(Session& session, const Typed& typed) {
   std::string_view rest = typed.rest;
   const std::string word(takeWord(rest));
@@ -229,11 +229,11 @@ std::string hintOnName(Session& session, const Typed& typed) {
   return hint({typed.name + " " + names[0] + more});
 }
 
-/// On a command that exists and was spelt right.
+/// The hint for an existing command with wrong parameters.
 std::string hintOnUse(Session& session, const Typed& typed) {
   constexpr std::array named{".fault", ".get", ".help", ".set"};
   if (std::find(named.begin(), named.end(), typed.name) != named.end()) return hintOnName(session, typed);
-  // Few commands take a parameter list. Those that take none may take the parameters themselves.
+  // Few commands take a parameter list. Without a list form, the command may take the parameters directly.
   const bool takesList = catalogue().findList(typed.name) != nullptr;
   const bool isWrongForm = takesList ? !typed.list && hasTooMany(typed) : typed.list;
   return isWrongForm ? hint({lineWith(typed.name, typed)}) : "";

@@ -9,13 +9,10 @@ namespace virtualtv::shell {
 
 class Session;
 
-/// What a person who typed a line most likely meant, when the plug-in refused its command, or there is none of that
-/// name or no knob, operation or topic of the name behind it.
-/// @param session  the one that ran the line.
-/// @param line  what was typed.
-/// @param printed  what it printed.
-/// @return a comment line such as `# did you mean: GetTVMode`, so that it may stand in a transcript; empty where
-/// nothing is to be said.
+/// Suggests what a person most likely meant to type, when the plug-in refused the command, or when the line names a
+/// command, knob, operation or topic that does not exist. @param session  the session that ran the line. @param line
+/// the typed line. @param printed  its output. @return a comment line such as `# did you mean: GetTVMode`, which is
+/// valid in a transcript; empty for no suggestion.
 std::string hintOn(Session& session, std::string_view line, const Lines& printed);
 
 }  // namespace virtualtv::shell

@@ -1,4 +1,4 @@
-// The report of a check for machines.
+// The machine-readable report of a check.
 #include <chrono>
 
 #include "shell/Check.h"
@@ -8,7 +8,7 @@ namespace virtualtv::shell {
 
 namespace {
 
-/// A text as XML takes it; characters that no XML document can hold are replaced.
+/// Escapes a text for XML. Replaces characters that no XML document can hold.
 std::string escaped(std::string_view text) {
   std::string xml;
   for (const char byte : text::toUtf8(text::toUnits(text))) {
@@ -52,7 +52,7 @@ std::string attribute(const char* name, const std::string& value) {
   return std::string(" ") + name + "=\"" + escaped(value) + "\"";
 }
 
-/// What a suite, or all of them, come to.
+/// The totals of one suite or of all.
 struct Totals {
   std::size_t tests = 0;
   std::size_t failures = 0;

@@ -22,19 +22,19 @@ constexpr std::string_view escapedQuote = "$'";
   throw std::invalid_argument(what + " at column " + std::to_string(at + 1));
 }
 
-/// A word of a line, and what is wrong with it.
+/// A word of a line, and its errors.
 struct Word {
   std::string text;
-  char quote = '\0';                   ///< a quote that is not closed, `$` for `$'`
-  bool escape = false;                 ///< a backslash that nothing follows
-  std::size_t open = 0;                ///< where that quote or else that backslash stands
-  std::optional<std::size_t> unknown;  ///< where an escape stands that there is not
+  char quote = '\0';                   ///< the open quote, `$` for `$'`
+  bool escape = false;                 ///< ends with a backslash
+  std::size_t open = 0;                ///< position of that quote or backslash
+  std::optional<std::size_t> unknown;  ///< position of an unknown escape
 };
 
 constexpr std::array<std::pair<char, char>, 6> lettersOfEscapes{
     {{'n', '\n'}, {'r', '\r'}, {'t', '\t'}, {'\'', '\''}, {'"', '"'}, {'\\', '\\'}}};
 
-/// A byte that so many digits at the front of `text` make.
+/// The byte that the first `digits` digits of `text` encode.
 std::optional<char> byteOf(std::string_view text, std::size_t digits, int base) {
   unsigned char byte = 0;
   if (text.size() < digits) return std::nullopt;
@@ -43,8 +43,8 @@ std::optional<char> byteOf(std::string_view text, std::size_t digits, int base) 
   return static_cast<char>(byte);
 }
 
-/// The byte that an escape of `$'...'` at the front of `text` stands for, and the escape's length; length 0 where there
-/// is none.
+/// Decodes the escape of `$'...'` at the front of `text`: the byte and the length of the escape. The length is 0 for an
+/// unknown escape.
 std::pair<char, std::size_t> readEscape(std::string_view text) {
   constexpr std::size_t octalDigits = 3;
   constexpr std::size_t hexDigits = 2;
@@ -63,7 +63,7 @@ bool isEscapedInDouble(char letter) {
   return escapedInDouble.find(letter) != std::string_view::npos;
 }
 
-/// Appends what stands between the quote at `at` and the one that closes it; `at` moves on behind that.
+/// Appends the text between the quote at `at` and the closing quote, and moves `at` behind it.
 void takeQuoted(std::string_view line, std::size_t& at, Word& word) {
   const std::size_t start = at;
   const char quote = line[at++];
@@ -81,7 +81,7 @@ void takeQuoted(std::string_view line, std::size_t& at, Word& word) {
   }
 }
 
-/// Appends what stands in the `$'...'` at `at`, which moves on behind that.
+/// Appends the text in the `$'...'` at `at`, and moves `at` behind it.
 void takeEscaped(std::string_view line, std::size_t& at, Word& word) {
   const std::size_t start = at;
   at += escapedQuote.size();

@@ -23,14 +23,14 @@ Option flag(const char* name, bool& isWished, const char* help) {
   return {name, "", help, [&isWished](const std::string&) { isWished = true; }};
 }
 
-/// Names as a set of them is written.
+/// Writes names as a set.
 std::string setOf(const Lines& names) {
   std::string text;
   for (const std::string& name : names) text += (text.empty() ? "{" : ",") + name;
   return text + "}";
 }
 
-/// `--format`, which takes these names.
+/// The option `--format` with these names as values.
 Option format(const Lines& names, const char* help, const std::function<void(const import::Format*)>& take) {
   const auto takeName = [names, take](const std::string& name) {
     refuseEmpty(name, "the name of a format");

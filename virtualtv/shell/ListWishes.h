@@ -8,31 +8,31 @@
 #include "shell/Lines.h"
 #include "shell/Options.h"
 
-// What `.import`, `.export` and `.scan` are told, and the subcommands `import`, `export` and `scan`.
+// The arguments of `.import`, `.export` and `.scan`, and of the subcommands `import`, `export` and `scan`.
 
 namespace virtualtv::shell {
 
-/// What `import` and `.import` are told.
+/// The arguments of `import` and `.import`.
 struct ImportWishes {
   std::string file;
   ImportOptions options;
 };
 
-/// What `export` and `.export` are told.
+/// The arguments of `export` and `.export`.
 struct ExportWishes {
-  std::string file;  ///< of `.export`
+  std::string file;  ///< for `.export` only
   const import::Format* format = &defaultExportFormat();
 };
 
-/// What `scan` and `.scan` are told.
+/// The arguments of `scan` and `.scan`.
 struct ScanWishes {
   std::vector<std::string> files;
-  bool json = false;    ///< a document in place of a table
-  bool import = false;  ///< into the set
+  bool json = false;    ///< print a document instead of a table
+  bool import = false;  ///< import the services into the set
   bool add = false;     ///< keep the services that are there
 };
 
-/// What sets the wishes, which must live as long; those of `export` without the file.
+/// The options that fill the wishes, which must outlive them. Those of `export` do not include the file.
 Options importOptions(ImportWishes& wishes);
 Options exportOptions(ExportWishes& wishes);
 Options scanOptions(ScanWishes& wishes);
@@ -43,12 +43,12 @@ ImportWishes importWishes(const Lines& words);
 /// Reads the words behind `.export`. @throws std::invalid_argument for words that can't be understood.
 ExportWishes exportWishes(const Lines& words);
 
-/// Reads the words behind `.scan`. @throws std::invalid_argument likewise.
+/// Reads the words behind `.scan`. @throws std::invalid_argument for words that can't be understood.
 ScanWishes scanWishes(const Lines& words);
 
-/// What `--format` takes.
+/// The values of `--format` when importing.
 Lines namesOfFormats();
-/// What it takes for a list that is written.
+/// The values of `--format` when exporting.
 Lines namesOfWrittenFormats();
 
 }  // namespace virtualtv::shell

@@ -13,10 +13,10 @@ namespace virtualtv::shell {
 
 namespace {
 
-constexpr std::size_t shortestStart = 2;  // letters, of a word that names start with
+constexpr std::size_t shortestStart = 2;  // the shortest prefix, in letters, to match names with
 constexpr std::size_t mostWithStart = 4;
 
-/// What counts of a name.
+/// The characters of a name that are compared.
 std::string core(std::string_view name) {
   std::string letters;
   for (const char letter : name) {
@@ -27,12 +27,12 @@ std::string core(std::string_view name) {
   return letters;
 }
 
-/// Letters of a word that may be wrong: one of three to five, no more than three of a long one.
+/// The number of slips allowed in a word: one in three to five letters, at most three in a long word.
 std::size_t slipsAllowed(std::size_t length) {
   return std::min<std::size_t>(length / 3, 3);
 }
 
-/// How many letters have to be changed, taken away, added, or swapped with the next one to come from one to the other.
+/// The edit distance of two words: letters to change, remove, add, or swap with the next one.
 std::size_t slipsBetween(const std::string& one, const std::string& other) {
   std::vector<std::size_t> before;
   std::vector<std::size_t> above(other.size() + 1);
@@ -51,7 +51,7 @@ std::size_t slipsBetween(const std::string& one, const std::string& other) {
   return above.back();
 }
 
-/// The names that have fewest slips, if these are few.
+/// The names with the fewest slips, if there are few.
 Lines namesWithSlips(const std::string& typed, const Lines& known) {
   std::size_t fewest = slipsAllowed(typed.size());
   Lines names;

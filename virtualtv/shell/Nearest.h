@@ -6,13 +6,14 @@
 
 namespace virtualtv::shell {
 
-/// The names that read as `word` when case, full stops, hyphens, underscores and the like do not count.
-/// @return names of `known` in their order.
+/// The names that equal `word` when case, full stops, hyphens, underscores and the like are ignored. @return names of
+/// `known`, in their order.
 Lines alike(std::string_view word, const Lines& known);
 
-/// The names that someone who typed `word` most likely meant: those that are alike, or up to four that start with it,
-/// or those with the fewest letters changed, missing, added or swapped with the next one, if these are few.
-/// @return names of `known` in their order, all equally near; none when nothing is near, or too much.
+/// The names that someone who typed `word` most likely meant. These are the names that are `alike`; else up to four
+/// names that start with the word; else the names with the fewest edits (a letter changed, missing, added or swapped
+/// with the next), if few. @return names of `known` in their order, all equally near; none when nothing is near, or too
+/// many are.
 Lines nearest(std::string_view word, const Lines& known);
 
 }  // namespace virtualtv::shell

@@ -10,15 +10,15 @@ namespace virtualtv::shell {
 
 namespace {
 
-/// The values that words give each option, by the option's place.
+/// The values of each option, by the index of the option.
 using Given = std::map<std::size_t, Lines>;
 
-/// Sorts words by the options that they belong to.
+/// Assigns words to options.
 class Sorting {
  public:
   Sorting(const Options& options, const Lines& words) : options_(options), words_(words) {}
 
-  /// @return nothing for words that the options do not have in this form.
+  /// @return nothing when the words do not match the options.
   std::optional<Given> result() {
     while (at_ < words_.size()) {
       if (!next()) return std::nullopt;
@@ -58,7 +58,7 @@ class Sorting {
     return static_cast<std::size_t>(found - options_.begin());
   }
 
-  /// Whether nothing is missing that the words need.
+  /// True when no required option is missing.
   bool isWhole() const {
     for (std::size_t place = 0; place < options_.size(); ++place) {
       const Option& option = options_[place];
@@ -72,7 +72,7 @@ class Sorting {
   const Options& options_;
   const Lines& words_;
   std::size_t at_ = 0;
-  bool isAlone_ = false;  ///< a `--` stood there
+  bool isAlone_ = false;  ///< a `--` was read
   Given given_;
 };
 

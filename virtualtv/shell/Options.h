@@ -6,37 +6,36 @@
 
 #include "shell/Lines.h"
 
-// What a dot command may be told. The program's subcommands of the same names are told the same.
+// The options of dot commands. The program's subcommands of the same names have the same options.
 
 namespace virtualtv::shell {
 
-/// Words that say one thing: `--NAME`, `--NAME VALUE`, or values that stand alone, of which there must be one.
+/// One option: `--NAME`, `--NAME VALUE`, or positional values, of which there must be at least one.
 struct Option {
-  std::string name;   ///< with its dashes; of values that stand alone `FILE`
-  std::string value;  ///< what help calls a value, empty for an option without one
+  std::string name;   ///< including the dashes; `FILE` for positional values
+  std::string value;  ///< the name of the value in help; empty for an option without a value
   std::string help;
-  /// Is called for each value, and with an empty one where none is wanted.
-  /// @throws std::invalid_argument for a value that is not taken.
+  /// Called for each value; for an option without a value, with an empty text. @throws std::invalid_argument for an
+  /// invalid value.
   std::function<void(const std::string&)> take;
-  bool isSeveral = false;  ///< values that stand alone may be several; others stand once
-  std::string needs{};     ///< the name of an option without which this one means nothing
+  bool isSeveral = false;  ///< allows several positional values; all other options appear at most once
+  std::string needs{};     ///< the name of an option that this one requires
 
   bool standsAlone() const { return name.front() != '-'; }
 };
 
-/// What stands alone before all else.
+/// Positional values come first.
 using Options = std::vector<Option>;
 
-/// Reads words, and has the options take their values, in the order of the options. `--NAME=VALUE` is `--NAME VALUE`;
-/// words behind a `--` stand alone. @return false for words that the options do not have in this form; nothing is taken
-/// then.
-/// @throws std::invalid_argument with the option's name for a value that it does not take.
+/// Parses words and passes the values to the options, in the order of the options. `--NAME=VALUE` is the same as
+/// `--NAME VALUE`. Words after a `--` are positional. @return false when the words do not match the options; no value
+/// is passed then. @throws std::invalid_argument, with the name of the option, for an invalid value.
 bool readWords(const Options& options, const Lines& words);
 
-/// Has an option take a value. @throws std::invalid_argument with the option's name if it does not.
+/// Passes a value to an option. @throws std::invalid_argument, with the name of the option, for an invalid value.
 void take(const Option& option, const std::string& value);
 
-/// @throws std::invalid_argument that says what is wanted if the value is empty.
+/// @throws std::invalid_argument that names the expected value, if the value is empty.
 void refuseEmpty(const std::string& value, const std::string& wanted);
 
 }  // namespace virtualtv::shell

@@ -83,7 +83,7 @@ void Recording::write() {
   }
 }
 
-/// What is not written as a whole is taken away again: up to there the transcript can be replayed.
+/// Removes an incomplete write, so that the transcript up to there can be replayed.
 void Recording::append(const Lines& lines) {
   std::string text;
   for (const std::string& line : lines) text.append(line).append("\n");
@@ -111,7 +111,7 @@ std::string Recording::keep(std::string_view content, const char* end) {
     throw;
   }
   ::close(descriptor);
-  return ("." / folder.filename() / name).string();  // a name that starts with a hyphen is no option then
+  return ("." / folder.filename() / name).string();  // so that a name with a hyphen in front is not read as an option
 }
 
 void Recording::give(int descriptor, std::string_view content) const {

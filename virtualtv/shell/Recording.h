@@ -13,20 +13,20 @@
 
 namespace virtualtv::shell {
 
-/// Writes all that is done on a device, by whomever, into a transcript that `check` replays: commands with their
-/// replies, engines that are opened and closed, faults, knobs, settings keys, imports, restores, restarts, resets.
-/// Lists and snapshots lie in files beside it, in `FILE.d`. Used on the device's thread.
+/// Records everything that any client does on a device as a transcript that `check` replays: commands with their
+/// replies, opening and closing of engines, faults, knobs, settings keys, imports, restores, restarts and resets. Lists
+/// and snapshots are stored in files in `FILE.d` beside it. Used on the device's thread.
 class Recording {
  public:
-  /// Begins with the set as it is: where that is not the embedded one, its snapshot comes first.
-  /// @param device  outlives it; was made, or has restored a snapshot, and nothing else was done to it.
-  /// @param file  is made, for its owner alone, and so is `FILE.d` when it is needed.
-  /// @param complain  is told in one line when something can't be written; the recording ends before that then.
-  /// @throws std::runtime_error `cannot record to FILE: REASON`, also where the file or `FILE.d` is there already.
+  /// Starts with the current set. Unless it is the embedded one, its snapshot comes first. @param device  outlives the
+  /// recording. It must be new, or have restored a snapshot, with nothing else done to it. @param file  is created,
+  /// readable by its owner only, as is `FILE.d` when needed. @param complain  called with one line when something can't
+  /// be written. The recording has ended before that.
+  /// @throws std::runtime_error `cannot record to FILE: REASON`, also when the file or `FILE.d` exists.
   Recording(device::Device& device, std::filesystem::path file, std::function<void(const std::string&)> complain);
   Recording(const Recording&) = delete;
   Recording& operator=(const Recording&) = delete;
-  /// Writes what has happened up to now.
+  /// Writes everything that has happened so far.
   ~Recording();
 
  private:
@@ -41,8 +41,8 @@ class Recording {
   std::function<void(const std::string&)> complain_;
   Scribe scribe_;
   int file_;
-  std::size_t size_ = 0;                ///< of what was written as a whole
-  int kept_ = 0;                        ///< files in `FILE.d`
+  std::size_t size_ = 0;                ///< bytes of the complete entries written
+  int kept_ = 0;                        ///< number of files in `FILE.d`
   std::shared_ptr<device::Feed> feed_;  ///< null once the recording has ended
 };
 

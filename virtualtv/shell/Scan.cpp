@@ -24,7 +24,7 @@ std::string numberOf(const FoundService& service) {
   return std::to_string(service.number->major) + (minor == 0 ? "" : "-" + std::to_string(minor));
 }
 
-/// Network, transport stream and program, as far as they are told.
+/// Network, transport stream and program, as far as known.
 std::string idsOf(const FoundService& service) {
   const auto id = [](int value) { return value < 0 ? std::string("-") : std::to_string(value); };
   return id(service.stream.network) + ":" + id(service.stream.stream) + ":" + std::to_string(service.program);
@@ -34,7 +34,7 @@ std::string quoted(const std::string& text) {
   return text.empty() ? "-" : text::quoted(text::toUnits(text));
 }
 
-/// The languages of tracks, each once, in their order.
+/// The languages of tracks in order, without duplicates.
 template <typename Track>
 std::string languagesOf(const std::vector<Track>& tracks) {
   std::string languages;

@@ -30,7 +30,7 @@ std::string textOf(system_clock::time_point time) {
   return text.data();
 }
 
-/// The name of a command as the first word of an input, which must not be taken for anything else.
+/// Writes the name of a command as the first word of an input, so that it can't be read as something else.
 std::string firstWord(const std::string& name) {
   const std::string word = text::asWord(name);
   return word.find_first_of(".+>") == 0 ? "'" + word + "'" : word;
@@ -75,7 +75,7 @@ void Scribe::put(const framework::EngineOpened& opened) {
   if (applications_[engine] != application) putApplication(engine, application);
 }
 
-/// One that could not be made is told as closed, too.
+/// An engine that could not be created is also reported as closed.
 void Scribe::put(const framework::EngineClosed& closed) {
   if (open_.erase(closed.engine) > 0) putInput("> .close", {nameOf(closed.engine)});
 }
@@ -97,8 +97,8 @@ void Scribe::use(const std::string& engine) {
   putInput("> .engine", {engine});
 }
 
-/// What an engine is called in the transcript. Its key tells it from all others; the names of sessions in front of keys
-/// are long, and differ from run to run.
+/// The name of an engine in the transcript. The key identifies the engine, but it starts with the name of a session,
+/// which is long and differs from run to run.
 std::string Scribe::nameOf(const std::string& key) {
   const std::size_t mark = key.find(':');
   if (mark == key.npos || mark == 0) return key;
@@ -110,7 +110,7 @@ std::string Scribe::nameOf(const std::string& key) {
 
 // The set.
 
-/// Engines were closed before, and a restore was told as an act.
+/// The engines were closed before. A restore was already recorded as an act.
 void Scribe::put(const device::SetStarted& started) {
   if (started.why == "restart") putInput("> .restart", {});
   if (started.why != "reset") return;
@@ -165,7 +165,7 @@ void Scribe::put(const device::ListImported& list) {
   lines_.push_back(report.summary());
 }
 
-/// Broadcasts are not kept with the transcript: their files must be there still when it is replayed.
+/// Recordings of broadcasts are not stored with the transcript: their files must still exist when it is replayed.
 void Scribe::put(const device::ScanImported& scan) {
   if (scan.files.empty()) {
     lines_.push_back("# " + scan.report.summary() + ", from a broadcast that a client sent and that is not kept");

@@ -13,22 +13,24 @@
 
 namespace virtualtv::shell {
 
-/// Tells what happens on a device as a transcript does: inputs that do it again, in one session with all engines, and
-/// what they print. Engines of sessions with a name are called by a number in its place, as in `2:main`.
+/// Translates what happens on a device to a transcript: inputs that do it again, and their output. The transcript has
+/// one session with all engines. In the names of engines a number replaces the name of the session, as in `2:main`.
 class Scribe {
  public:
-  /// @param keep  keeps content beside the transcript, under a name that ends so. @return the name that inputs use.
+  /// @param keep  stores content beside the transcript, under a name that ends in `end`. @return the name that inputs
+  /// use.
   explicit Scribe(std::function<std::string(std::string_view content, const char* end)> keep)
       : keep_(std::move(keep)) {}
 
-  /// The next thing that happened, with its time as a comment. @return no lines for what only comes of something else.
+  /// Translates the next happening, with its time as a comment. @return no lines for a mere consequence of another
+  /// happening.
   Lines tell(const device::Happening& happening);
-  /// An input that makes a set what a snapshot says.
+  /// An input that restores a snapshot.
   Lines restore(const Snapshot& snapshot);
 
  private:
   template <typename Other>
-  void put(const Other&) {}  // comes of what is put
+  void put(const Other&) {}  // consequences of the happenings above
   void put(const device::CommandRun& command);
   void put(const framework::EngineOpened& opened);
   void put(const framework::EngineClosed& closed);
@@ -50,11 +52,11 @@ class Scribe {
   std::string nameOf(const std::string& key);
 
   std::function<std::string(std::string_view, const char*)> keep_;
-  std::map<std::string, std::string> clients_;  ///< numbers of sessions, by name
-  std::set<std::string> open_;                  ///< keys of engines
+  std::map<std::string, std::string> clients_;  ///< number of each session, by its name
+  std::set<std::string> open_;                  ///< keys of the open engines
   std::string inUse_ = device::Session::firstEngine;
   std::map<std::string, device::Application> applications_;  ///< by engine
-  Lines lines_;                                              ///< of what is being told
+  Lines lines_;                                              ///< of the current happening
 };
 
 }  // namespace virtualtv::shell

@@ -30,7 +30,7 @@ std::string antenna(const Service& service) {
   return name == nullptr ? std::to_string(static_cast<std::int64_t>(*mode)) : name;
 }
 
-/// As viewers know it: major number, and minor number where there is one.
+/// The channel number as viewers know it: the major number, and the minor number if there is one.
 std::string channelNumber(const Service& service) {
   const auto major = number(service, TCServiceData::MAJOR);
   if (!major) return "-";

@@ -7,9 +7,8 @@
 
 namespace virtualtv::shell {
 
-/// Services as a table, and how many of all these are.
-/// @param filter  a number for the first few, other text for those with it in the name whatever its case, empty for
-/// all.
+/// A table of services, and a line with their number and the total. @param filter  a number selects that many services
+/// from the start; another text selects those with it in the name, ignoring case; empty selects all.
 Lines serviceTable(const ServiceStore& services, const std::string& filter);
 
 }  // namespace virtualtv::shell

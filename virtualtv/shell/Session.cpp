@@ -21,7 +21,7 @@ std::string_view withoutMarks(std::string_view input) {
   return start == std::string_view::npos ? std::string_view() : input.substr(start);
 }
 
-/// What a person reads of a step that failed.
+/// The message for a person about a failed step.
 std::string whyNotRun(std::string_view input, const std::exception_ptr& thrown) {
   return reasonOf(thrown, "run '" + std::string(input) + "'");
 }
@@ -97,7 +97,7 @@ Lines Session::source(const std::string& file) {
     append(output, runLine(step.input));
     if (ended) break;
   }
-  ended = false;  // the file is, not what runs it
+  ended = false;  // `.quit` in a file ends that file only
   directories_.pop_back();
   return output;
 }
@@ -157,7 +157,7 @@ const device::Deed& Session::lastDeed() {
   return lastDeed_;
 }
 
-/// Commands that no line of this session ran, the device may hold.
+/// Fetches the last command from the device when it was not run by a line of this session.
 void Session::recallLast() {
   if (client_.lastCommand() == lastNumber_) return;
   lastNumber_ = client_.lastCommand();
@@ -199,7 +199,7 @@ Lines Session::runCommand(std::string_view input, bool list) {
       true);
 }
 
-/// Runs a step that reaches the plug-in; behind what it prints come its calls and log messages as far as wanted.
+/// Runs a step that reaches the plug-in. Its output is followed by its calls and log messages, as far as requested.
 Lines Session::watch(std::string_view input, const std::function<Lines()>& step, bool remember) {
   Lines output;
   std::exception_ptr thrown;

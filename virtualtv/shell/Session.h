@@ -18,7 +18,7 @@
 
 namespace virtualtv::shell {
 
-/// Ends a session in the middle of an input.
+/// Thrown to end a session in the middle of an input.
 struct Stopped : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -27,13 +27,11 @@ struct Stopped : std::runtime_error {
 /// all speak through it.
 class Session {
  public:
-  /// A conversation of the one who runs the program.
-  /// @param device  outlives it.
-  /// @param directory  files that inputs name are relative to it.
+  /// A conversation with the user who runs the program. @param device  outlives this object. @param directory  the
+  /// directory for relative file names in inputs.
   Session(device::Device& device, std::filesystem::path directory);
-  /// One of a client.
-  /// @param name  tells its engines from those of others.
-  /// @param files  what its inputs reach of files; outlives it.
+  /// A conversation with a client. @param name  distinguishes its engines from those of other clients. @param files the
+  /// files that its inputs can use; outlives this object.
   Session(device::Device& device, std::string name, const FileAccess& files);
 
   /// Runs an input line, with or without `>` before it: `NAME p1..p4` calls the plug-in, `+ NAME p1...` calls it with a
@@ -42,67 +40,67 @@ class Session {
   /// @return what it prints; none of the lines could be taken for an input, a comment or a blank line.
   Lines run(std::string_view input);
 
-  /// What a transcript must not have: an unknown operation, a fault never hit.
+  /// Something that a transcript must not have: an unknown operation, or a fault that is never hit.
   struct Finding {
     std::size_t input = 0;  ///< the call of `run`, counted from 0, that names the operation or sets the fault
     std::string text;
   };
-  /// What went wrong since this was last called. The texts may hold any bytes.
+  /// What went wrong since the last call. The texts may hold any bytes.
   struct Remarks {
-    Lines errors;  ///< what `error:` lines tell
+    Lines errors;  ///< the texts of `error:` lines
     std::vector<Finding> findings;
-    Lines complaints;  ///< what the set could not read or keep
+    Lines complaints;  ///< what the set could not read or persist
   };
   Remarks takeRemarks();
   /// Notes the faults that are still set and were never hit, as at the end of a transcript.
   void noteIdleFaults();
-  /// The same for some of them.
+  /// The same for selected faults.
   void noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMeant);
 
-  // For the commands that speak to the set, and for `exec`.
+  // For dot commands and for `exec`.
 
   device::Device& device() { return client_.device(); }
   device::Session& client() { return client_; }
-  /// A fault in the words of `.fault`, with the engine as this session calls it.
+  /// Describes a fault in the words of `.fault`, with this session's name for the engine.
   std::string describe(const seam::Fault& fault) const;
-  /// Runs a plug-in command as `device::Session::execute` does. The error on too many parameters says how they are
-  /// passed where the command takes a list of them.
+  /// Runs a plug-in command as `device::Session::execute` does. On too many parameters, the error says how to pass them
+  /// if the command takes a list.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
-  /// The last command that ran, however it came, as it is typed, and what it did; empty where none has run yet, and
-  /// where the device holds it no more.
+  /// The last command that ran, whatever its source, as one would type it. Empty when none has run yet, or when the
+  /// device no longer holds it.
   const std::string& lastCommand();
   const device::Deed& lastDeed();
   bool trace = false;       ///< print the calls of each step
   int logLevel = -1;        ///< print the log messages of each step up to this level
-  std::size_t columns = 0;  ///< width of the terminal, in characters, that help is fitted to; 0 where there is none
-  bool ended = false;       ///< `.quit` was run; inputs behind it are errors
-  /// Called before each input, those of files that inputs run too. When it throws `Stopped`, that leaves `run`.
+  std::size_t columns = 0;  ///< width of the terminal in characters, for wrapping help; 0 without a terminal
+  bool ended = false;       ///< `.quit` was run; further inputs are errors
+  /// Called before each input, including inputs of files that inputs run. A `Stopped` that it throws leaves `run`.
   std::function<void()> beforeEach{};
-  /// Notes that an input went wrong, for one that has more to print than that. @return the line that says so.
+  /// Notes an error of an input that also prints something else. @return the error line to print.
   std::string errorLine(const std::string& reason);
-  /// Runs the input lines of a transcript file. @return what they print.
+  /// Runs the input lines of a transcript file. @return their output.
   Lines source(const std::string& file);
-  /// A file that an input names, as it can be opened. @throws std::invalid_argument for an empty name.
+  /// The path to open for a file that an input names. @throws std::invalid_argument for an empty name.
   std::filesystem::path resolve(const std::string& file) const;
   /// Writes a file that an input names. @throws std::runtime_error `cannot write FILE: REASON`.
   void save(const std::string& file, std::string_view content) const;
-  /// All of a file that an input names. @throws std::runtime_error `cannot read FILE: REASON`, the file named as there:
-  /// wherever a transcript is checked from, it prints the same.
+  /// Reads a file that an input names. @throws std::runtime_error `cannot read FILE: REASON`, with the name as in the
+  /// input, so that a transcript prints the same from every directory.
   std::string read(const std::string& file) const;
   /// The channel list of a file or directory that an input names.
   NamedList readList(const std::string& file) const;
-  /// Where recordings are that an input names. What comes through a pipe is nowhere.
+  /// The paths of the recordings that an input names. A pipe has no path.
   RecordingFiles recordings(const std::vector<std::string>& files) const;
-  /// Takes it block by block, whatever its length.
+  /// Reads a file of any length, block by block.
   void readBlocks(const std::string& file, const TakeBlock& take) const;
   /// Notes a finding of the input that runs.
   void note(std::string finding);
-  /// The first input says that the transcript was recorded: there are no findings then. Does nothing behind that.
+  /// Marks the transcript as recorded: it has no findings. Has an effect in the first input only.
   void setRecorded() { isRecorded_ = isRecorded_ || input() == 0; }
-  /// Number of the input that runs, counted from 0; inputs of files have that of the input that runs the file.
+  /// Number of the current input, counted from 0. Inputs of files have the number of the input that runs the file.
   std::size_t input() const { return inputs_ - 1; }
-  /// Back to the built-in set, and to the start of a session: no application, the first engine in use, nothing traced,
-  /// nothing remembered.
+  /// Resets to the built-in set and to the start of a session: no application, the first engine in use, no tracing, no
+  /// history.
   void reset();
 
  private:
@@ -114,11 +112,11 @@ class Session {
 
   device::Session client_;
   const FileAccess& files_;
-  std::vector<std::filesystem::path> directories_;  ///< of the files being run, innermost last
-  std::size_t inputs_ = 0;                          ///< that were given to `run`
+  std::vector<std::filesystem::path> directories_;  ///< directories of the running files, innermost last
+  std::size_t inputs_ = 0;                          ///< number of calls of `run`
   device::Deed lastDeed_;
   std::string lastCommand_;
-  std::uint64_t lastNumber_ = 0;  ///< of that one, as the client has it
+  std::uint64_t lastNumber_ = 0;  ///< number of that command
   Remarks remarks_;
   bool isRecorded_ = false;
 };

@@ -7,17 +7,17 @@
 #include "store/SettingsStore.h"
 #include "text/Numbers.h"
 
-/// How the shell prints what it knows.
+/// Output formats of the shell.
 namespace virtualtv::shell {
 
-/// The levels up to which log messages can be printed, and the one that lets all of them pass.
+/// The valid log levels; `everyLevel` prints all messages.
 inline constexpr int everyLevel = std::numeric_limits<int>::max();
 inline constexpr text::Range logLevels{0, everyLevel};
 
 /// A line `call CALL` for each platform call.
 Lines callLines(const device::Deed& deed);
 
-/// A line `log LEVEL TEXT` for each message up to a level, with what differs from run to run as `*`.
+/// A line `log LEVEL TEXT` for each message up to a level, with `*` in place of values that differ from run to run.
 Lines logLines(const device::Deed& deed, int level);
 
 /// A line `key KEY BEFORE -> AFTER` for each settings key that changed.

@@ -8,9 +8,9 @@ namespace virtualtv::shell {
 namespace {
 
 constexpr std::size_t gap = 2;     // blanks before each cell
-constexpr std::size_t deeper = 4;  // blanks by which a cell that stands below its row is indented
+constexpr std::size_t deeper = 4;  // indent of a cell that is moved below its row
 
-/// Columns that a text takes on a terminal, as far as that can be told without a terminal: its characters.
+/// The width of a text on a terminal: its number of characters, as an approximation.
 std::size_t width(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(
       text.begin(), text.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
@@ -20,7 +20,7 @@ std::size_t leadingBlanks(const std::string& text) {
   return std::min(text.find_first_not_of(' '), text.size());
 }
 
-/// Widths of all columns but the last. Nothing stands behind the last cell of a row, so that it widens no column.
+/// The widths of all columns but the last. The last cell of a row does not count, since nothing follows it.
 std::vector<std::size_t> widthsOf(const std::vector<Lines>& rows) {
   std::vector<std::size_t> widths;
   for (const Lines& row : rows) {
@@ -41,7 +41,7 @@ std::string alignedLine(const Lines& row, const std::vector<std::size_t>& widths
   return line;
 }
 
-/// A row whose last column stands below the others.
+/// Formats a row with its last column below the others.
 Lines stacked(const Lines& row, std::size_t cells, std::size_t columns) {
   const std::size_t indent = gap + leadingBlanks(row.front()) + deeper;
   const bool isWhole = row.size() == cells && cells > 1;
@@ -55,7 +55,7 @@ Lines stacked(const Lines& row, std::size_t cells, std::size_t columns) {
   return lines;
 }
 
-/// Where the last word ends that fits into a width; where not even the first one fits, that one.
+/// The end of the last word that fits into a width, or of the first word when none fits.
 std::size_t endOfLastWord(const std::string& text, std::size_t columns) {
   std::size_t end = std::min(text.find(' ', leadingBlanks(text)), text.size());
   for (std::size_t at = end; at < text.size(); ++at) {

@@ -7,15 +7,15 @@
 
 namespace virtualtv::shell {
 
-/// Rows of cells as lines with aligned columns, the first row being the heads. Lines start with two blanks.
-/// @param columns  width in characters that lines are fitted to, as well as their words allow; 0 for one line a row.
+/// Formats rows of cells as lines with aligned columns. The first row has the headings. Lines start with two blanks.
+/// @param columns  width in characters to wrap to, as far as the words allow; 0 for one line per row.
 Lines table(const std::vector<Lines>& rows, std::size_t columns = 0);
 
-/// A line broken between words so that none of its parts is wider than `columns`, as well as its words allow. Parts
-/// behind the first one start with `indent` blanks. 0 columns: the line as it is.
+/// Wraps a line between words so that no part is wider than `columns`, as far as the words allow. All parts but the
+/// first start with `indent` blanks. With 0 columns the line stays whole.
 Lines wrapped(const std::string& line, std::size_t columns, std::size_t indent);
 
-/// A text as comments, `# ` before each line, that fit the same way.
+/// Formats a text as comments, `# ` before each line, wrapped in the same way.
 Lines remark(const std::string& text, std::size_t columns);
 
 }  // namespace virtualtv::shell

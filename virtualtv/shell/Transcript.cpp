@@ -12,12 +12,12 @@ namespace {
 constexpr const char* noText = "not a text in UTF-8";
 constexpr const char* tooLong = "the line has more than 1 MB";
 
-/// Programs that the server was recorded with may have run lines that nobody types.
+/// In a recording, client programs may have run lines that nobody would type.
 bool isRecorded(const Transcript& transcript) {
   return !transcript.steps.empty() && transcript.steps.front().input == recordedMark;
 }
 
-/// Why a line can't stand in a transcript; empty when it can. What an input prints may be of any length.
+/// Why a line can't be in a transcript; empty when it can. Output may have any length.
 std::string flawIn(const Transcript& transcript, const std::string& line) {
   if (isRecorded(transcript) && isText(line) && isInput(line)) return {};
   if (isInput(line) || isRemark(line)) return flawOf(line);
@@ -39,7 +39,7 @@ void add(Transcript& transcript, int number, const std::string& line) {
   }
 }
 
-/// What the last comment among remarks says; empty without one.
+/// The text of the last comment among remarks; empty without one.
 std::string lastCommentIn(const Lines& remarks) {
   const auto found =
       std::find_if(remarks.rbegin(), remarks.rend(), [](const auto& line) { return line.starts_with('#'); });
