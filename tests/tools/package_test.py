@@ -39,7 +39,7 @@ class PackageTest(unittest.TestCase):
     def test_an_unknown_trial_is_refused(self):
         done = said("--test", "vax")
         self.assertEqual(done.returncode, 2)
-        self.assertIn("there is no trial vax; there are packages, image, clone", done.stderr)
+        self.assertIn("there is no trial vax; there are packages, image, clone, app", done.stderr)
 
     def test_the_list_names_all_trials_and_when_they_were_tried(self):
         done = said("--list")
@@ -52,7 +52,7 @@ class PackageTest(unittest.TestCase):
     def test_a_trial_that_was_tried_has_its_row(self):
         table = load("package").TABLE
         page = table.with_rows("before\n\n| trial |\n| --- |\n\nbehind\n", [["image", "all well", "60 s", "2020-01-01"]])
-        self.assertEqual(table.days(page), {"packages": "never", "image": "2020-01-01", "clone": "never"})
+        self.assertEqual(table.days(page), {"packages": "never", "image": "2020-01-01", "clone": "never", "app": "never"})
         self.assertTrue(page.startswith("before\n\n| trial | what was seen |") and page.endswith("|\n\nbehind\n"), page)
 
     def test_the_first_session_of_the_readme_is_what_somebody_new_tries(self):

@@ -7,7 +7,7 @@ import socket
 import subprocess
 import tempfile
 import time
-from contextlib import closing
+from contextlib import closing, contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Callable
@@ -231,22 +231,49 @@ def free_port():
 
 
 def try_clone(place, _):
-    """Takes the README at its word: a clone, and ./run, by a user who may use sudo."""
+    """Takes the README at its word: a clone, and ./run."""
     session = session_on(place.top / "README.md")
-    with place.root("clone") as root:
-        root.connect()
-        root.install("git", "sudo")
-        root.run("useradd", "--create-home", "--shell", "/bin/bash", USER)
-        root.inside("/etc/sudoers.d").mkdir(exist_ok=True)
-        root.inside("/etc/sudoers.d/lab").write_text(f"{USER} ALL=(ALL) NOPASSWD: ALL\n", encoding="utf-8")
-        said("git", "clone", "--quiet", "--bare", place.top, root.inside("/srv/emp-window.git"))
-        root.run("chown", "--recursive", f"{USER}:{USER}", "/srv/emp-window.git")
-        script = "cd && git clone --quiet /srv/emp-window.git && cd emp-window && ./run 2>/tmp/progress"
+    with cloned(place, "clone") as root:
         begin = time.monotonic()
-        got = root.run("bash", "-ec", script, user=USER, told=states.told_to(session))
+        got = by_new_user(root, "./run", told=states.told_to(session))
         seconds = time.monotonic() - begin
         expect_same(session, got, "what ./run answers")
     return f"cloned, built, answers as the README shows, {seconds / 60:.0f} min from nothing"
+
+
+def try_app(place, _):
+    """Makes the TV for an app's page, as the README says."""
+    with cloned(place, "app") as root:
+        begin = time.monotonic()
+        folder = by_new_user(root, "tools/wasm").splitlines()[-1]
+        seconds = time.monotonic() - begin
+        script = root.inside(folder) / "tv.js"
+        expect(script.is_file(), f"tools/wasm made no {script}")
+        size = script.stat().st_size
+    return f"cloned, made, tv.js has {size / 1e6:.1f} MB, {seconds / 60:.0f} min from nothing"
+
+
+@contextmanager
+def cloned(place, name):
+    """A root with a user who may use sudo and has a clone of the tree."""
+    with place.root(name) as root:
+        root.connect()
+        root.install("git", "sudo")
+        root.run("useradd", "--create-home", "--shell", "/bin/bash", USER)
+        root.inside("/etc/sudoers.d/lab").write_text(f"{USER} ALL=(ALL) NOPASSWD: ALL\n", encoding="utf-8")
+        said("git", "clone", "--quiet", "--bare", place.top, root.inside("/srv/emp-window.git"))
+        root.run("chown", "--recursive", f"{USER}:{USER}", "/srv/emp-window.git")
+        root.run("git", "clone", "--quiet", "/srv/emp-window.git", f"/home/{USER}/emp-window", user=USER)
+        yield root
+
+
+def by_new_user(root, command, **options):
+    """What a command prints on standard output that the user gives in the clone."""
+    log = "/tmp/progress"
+    try:
+        return root.run("bash", "-ec", f"cd ~/emp-window && {command} 2>{log}", user=USER, **options)
+    except Failed as failure:
+        raise Failed(f"{failure}\n{root.inside(log).read_text(encoding='utf-8', errors='replace')}") from failure
 
 
 def session_on(page):
@@ -269,4 +296,5 @@ ALL = {trial.name: trial for trial in (
     Trial("packages", "the packages are installed, upgraded from an earlier version with states of older schemas, run, built on, removed",
           try_packages),
     Trial("image", "the container image is loaded and run, and its health check tells when the set does not answer", try_image),
-    Trial("clone", "git clone and ./run, as the README says", try_clone, wants_packages=False))}
+    Trial("clone", "git clone and ./run, as the README says", try_clone, wants_packages=False),
+    Trial("app", "git clone and tools/wasm, as the README says", try_app, wants_packages=False))}
