@@ -1,4 +1,5 @@
-// The secondary TV stack, which shows the ISP source. Its manager tells nothing while it does not show it.
+// The secondary TV stack, which shows the ISP source. While the stack does not show the ISP source, its manager reports
+// nothing.
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
 
@@ -26,7 +27,7 @@ constexpr int bad = -1;
 
 const Handle manager{"set", 1};
 
-/// Carries a call of the manager out; `body` takes what the stack shows, and tells whether it went well.
+/// Carries out a call of the manager. `body` takes what the stack shows, and returns whether it succeeded.
 template <typename Values, typename Body>
 int tell(const virtualtv::seam::Operation& operation, const Values& values, Body body) {
   return virtualtv::answer(operation, manager, values, [&](Tv& tv) {
@@ -35,19 +36,19 @@ int tell(const virtualtv::seam::Operation& operation, const Values& values, Body
   });
 }
 
-/// The same for a call that changes something; `body` takes the set.
+/// The same for a call that changes the set. `body` takes the set.
 template <typename Values, typename Body>
 int change(const virtualtv::seam::Operation& operation, const Values& values, Body body) {
   return virtualtv::answer(operation, manager, values, [&](Tv& tv) { return body(tv) ? good : bad; });
 }
 
-/// A position as the set has it; one that is too great for it stays too great.
+/// Converts a position to `int`, clamped to its largest value.
 int positionOf(unsigned position) {
   constexpr auto greatest = static_cast<unsigned>(std::numeric_limits<int>::max());
   return static_cast<int>(std::min(position, greatest));
 }
 
-/// Position of the first track of a PID, as far as tracks can be read; behind them all when there is none.
+/// The position of the first readable track with a PID; the number of tracks when there is none.
 int positionOfPid(const std::vector<AudioTrack>& tracks, unsigned pid) {
   const auto found = std::find_if(tracks.begin(), tracks.end(), [=](const AudioTrack& track) {
     return track.readable && std::cmp_equal(track.pid, pid);
@@ -166,7 +167,7 @@ CD2tvMgrProxy* CD2tvMgrProxy::GetInstance(const char* client) {
 }
 
 void CD2tvMgrProxy::DestroyInstance() {
-  virtualtv::seam::pass(op("CD2tvMgrProxy::DestroyInstance"), {}, args(), [] {});  // it holds nothing
+  virtualtv::seam::pass(op("CD2tvMgrProxy::DestroyInstance"), {}, args(), [] {});  // the instance holds no resources
 }
 
 int D2TVCAPI_setSourceISP() {

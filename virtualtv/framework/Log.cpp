@@ -31,7 +31,7 @@ notify::Listeners<LogLine>& listeners() {
 struct Location {
   text::Shared function;
   int place = 0;
-  bool lost = false;  ///< there was no memory for it; its message would be taken for another operation's
+  bool lost = false;  ///< no memory for the location; without it the message would be attributed to another operation
 };
 
 /// The location line that waits for its message.
@@ -40,7 +40,8 @@ Location& location() {
   return waiting;
 }
 
-/// A function's name, shared with the location before it where that has the same: lists log several lines a service.
+/// The name of a function, shared with the previous location if it is the same. Commands on lists log several lines per
+/// service.
 text::Shared nameOf(const char* function) {
   static text::Shared last;
   if (function == nullptr) return {};
@@ -48,12 +49,12 @@ text::Shared nameOf(const char* function) {
   return last;
 }
 
-/// What passes the filter. Kept out of its caller, which would otherwise save registers for each message that does not.
-/// A message that there is no memory for is lost; the one who logs goes on.
+/// Handles a message that passes the filter. Not inlined: otherwise the caller would save registers for each message
+/// that is dropped. If there is no memory, the message is lost and the logging code continues.
 [[gnu::noinline]] void take(int channel, int level, const char* format, va_list arguments) try {
   if (std::strcmp(format, locationFormat) == 0) {
     const char* function = va_arg(arguments, const char*);
-    location().lost = true;  // until it is kept
+    location().lost = true;  // until it is stored
     location() = {nameOf(function), va_arg(arguments, int)};
     return;
   }

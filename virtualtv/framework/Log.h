@@ -7,26 +7,25 @@
 #include "notify/Listeners.h"
 #include "text/Shared.h"
 
-/// Where the plug-in's log lines end: a filter by level, then those who listen.
+/// Receives the plug-in's log lines, filters them by level and passes them to listeners.
 namespace virtualtv::framework {
 
 /// One message as the plug-in logged it, without its location line.
 struct LogLine {
   int level = 0;
-  int channel = 0;        ///< of the framework's log
+  int channel = 0;        ///< channel of the framework's log
   int place = 0;          ///< source line, from the location line before it
-  text::Shared function;  ///< from there, too
+  text::Shared function;  ///< function name, also from the location line
   Message message;
 };
 
-/// Calls `heard` with each message of at most this level (0 failures and routine lines, 3 all), inside the call that
-/// logs it, until the subscription ends. A location line is held back until its message comes. What `heard` throws
-/// leaves through the plug-in's logger call, but for `std::bad_alloc`: that message is lost to it and the next
-/// listeners.
+/// Subscribes to messages up to this level (0: failures and routine lines; 3: all). `heard` is called inside the call
+/// that logs the message. A location line is held back until its message arrives. An exception of `heard` leaves
+/// through the plug-in's logger call, except for `std::bad_alloc`: then this listener and the later ones miss the
+/// message.
 notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> heard);
 
-/// Puts those who listen aside for as long as it lives: they hear nothing meanwhile. Those who listen since then must
-/// have ended before.
+/// Suspends the current listeners for the lifetime of this object. Listeners added meanwhile must end before it.
 class LogAside {
  public:
   LogAside();
@@ -39,8 +38,7 @@ class LogAside {
   std::unique_ptr<Aside> aside_;
 };
 
-/// The highest level that anybody listens to; -1 when nobody does. Any other message costs one comparison a logger
-/// call.
+/// The highest level with a listener; -1 without listeners. Messages above it cost one comparison per logger call.
 int logLevel();
 
 }  // namespace virtualtv::framework

@@ -14,12 +14,12 @@ namespace virtualtv::framework {
 
 /// One conversion of a format, as in "%-5ld".
 struct Conversion {
-  std::size_t sign = 0;       ///< where the '%' stands
-  std::size_t end = 0;        ///< behind it
+  std::size_t sign = 0;       ///< position of the '%'
+  std::size_t end = 0;        ///< position after the conversion
   std::string_view layout;    ///< flags, width and precision; a star takes an argument
   std::string_view modifier;  ///< "l", "hh" and so on
   char letter = '\0';         ///< 'd', 's' and so on; 0 when the format ends inside
-  std::size_t stars = 0;      ///< in the layout
+  std::size_t stars = 0;      ///< number of stars in the layout
 
   bool isInteger() const { return std::string_view("diuoxXc").find(letter) != std::string_view::npos; }
   bool isFloat() const { return std::string_view("eEfFgGaA").find(letter) != std::string_view::npos; }
@@ -28,7 +28,7 @@ struct Conversion {
 
 namespace {
 
-/// What stands before a number that differs from run to run.
+/// The texts that precede a number that differs from run to run.
 constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "[%s],pid = ", "sigStrength is ",
                                                        "ERROR!!!![%s][%s]["};
 
@@ -44,7 +44,7 @@ std::string_view takeAnyOf(std::string_view letters, std::string_view& rest) {
   return taken;
 }
 
-/// Reads the conversion whose '%' stands there.
+/// Reads the conversion that starts with the '%' at `sign`.
 Conversion conversionAt(std::string_view format, std::size_t sign) {
   Conversion conversion;
   std::string_view rest = format.substr(sign + 1);
@@ -57,7 +57,7 @@ Conversion conversionAt(std::string_view format, std::size_t sign) {
   return conversion;
 }
 
-/// The arguments of a call. A class of its own, since a `va_list` changes its type when it is passed on.
+/// The arguments of a call. Wraps the `va_list`, which changes its type when passed to a function.
 class Arguments {
  public:
   explicit Arguments(va_list list) { va_copy(list_, list); }
@@ -92,7 +92,8 @@ void keepInteger(std::string_view modifier, Arguments& arguments, Kept& kept) {
   }
 }
 
-/// How much of a text is read at most: one with a precision need not end. @param star  the value of the last star.
+/// The most bytes to read of a text argument: with a precision, it need not be terminated. @param star  the value of
+/// the last star.
 std::size_t limitOf(std::string_view layout, int star) {
   constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
   const std::size_t point = layout.find('.');
@@ -143,7 +144,7 @@ std::string print(const std::string& spec, const std::string& value) {
   return print(spec, value.c_str());
 }
 
-/// The text of a conversion, whose arguments are taken.
+/// Appends the text of a conversion, and consumes its arguments.
 template <typename Iterator>
 std::string printed(const Conversion& conversion, Iterator& argument) {
   std::string spec = "%";
@@ -181,8 +182,8 @@ struct Message::Format {
   ~Format() = default;
 
   const std::string text;
-  std::vector<Conversion> conversions;  ///< which have views of the text
-  std::size_t arguments = 0;            ///< that it takes and keeps
+  std::vector<Conversion> conversions;  ///< with views of the text
+  std::size_t arguments = 0;            ///< number of arguments that it takes and stores
 };
 
 struct Message::Content {
@@ -190,7 +191,7 @@ struct Message::Content {
   std::vector<Argument> arguments;
 };
 
-/// Formats stand in the code, mostly, so each is read once and found again by its address.
+/// Parses each format once and finds it again by its address, since most formats are literals in the code.
 std::shared_ptr<const Message::Format> Message::formatAt(const char* written) {
   constexpr std::size_t most = 4096;
   static std::unordered_map<const char*, std::shared_ptr<const Format>> known;
@@ -244,7 +245,7 @@ std::string Message::rendered(bool masks) const {
   const std::string_view format = this->format();
   std::string text;
   auto argument = content_->arguments.begin();
-  std::size_t end = 0;  // of what is rendered
+  std::size_t end = 0;  // end of the rendered part
   for (const Conversion& conversion : content_->format->conversions) {
     text += format.substr(end, conversion.sign - end);
     const std::string part = printed(conversion, argument);

@@ -9,25 +9,26 @@
 
 namespace virtualtv::framework {
 
-/// A message as a call of printf: its format and its arguments. Its text is made when somebody wants to read it; most
-/// messages are never read.
+/// A log message, stored as the format and arguments of a printf call. Its text is made on demand, since most messages
+/// are never read.
 ///
-/// All conversions of printf are understood but for positional arguments and wide characters; "%n" writes nothing.
+/// Supports all printf conversions except positional arguments and wide characters. "%n" writes nothing.
 class Message {
  public:
   Message() = default;
-  /// Copies all that the text takes. @param list  as `va_start` left them, one for each conversion; used up afterwards.
+  /// Copies everything that the text needs. @param list  the arguments after `va_start`, one for each conversion;
+  /// consumed.
   Message(const char* format, va_list list);
 
   const std::string& format() const;
-  /// What it takes of memory beside itself, about, in bytes.
+  /// Approximate memory use outside of the object, in bytes.
   std::size_t bytes() const;
 
-  /// What printf writes, of any length.
+  /// The text as printf writes it, of any length.
   std::string text() const;
 
-  /// The same with `*` for what differs from run to run, which is known by its place in the format: "%p", and the
-  /// number behind "LINE=[", "pid = ", "sigStrength is " or the error banner's second name.
+  /// The same with `*` for values that differ from run to run. These are identified by the format: "%p", and the number
+  /// after "LINE=[", "pid = ", "sigStrength is " or the error banner's second name.
   std::string masked() const;
 
  private:
@@ -40,7 +41,7 @@ class Message {
   std::string rendered(bool masks) const;
   static const std::shared_ptr<const Content>& empty();
 
-  std::shared_ptr<const Content> content_ = empty();  ///< that its copies share
+  std::shared_ptr<const Content> content_ = empty();  ///< shared with copies
 };
 
 }  // namespace virtualtv::framework

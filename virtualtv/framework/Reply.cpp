@@ -10,8 +10,8 @@ namespace virtualtv::framework {
 
 namespace {
 
-// An encoded reply starts with a letter for its kind and a colon. A number follows in decimal, a text as its bytes,
-// units as two bytes each, the high one first.
+// An encoded reply starts with a letter for its kind and a colon. The value follows: a number in decimal, a text as its
+// bytes, units as two bytes each with the high byte first.
 constexpr std::string_view integerMark = "i:";
 constexpr std::string_view asciiMark = "a:";
 constexpr std::string_view unicodeMark = "u:";
@@ -35,7 +35,7 @@ std::optional<Reply> decodeInteger(std::string_view digits) {
   return reply;
 }
 
-/// One line of a text in a block: a backslash at its end would read as the end of the text.
+/// Writes one line of a text in a block. A backslash at its end must be escaped, as it would mean the end of the text.
 std::string blockLine(std::string_view line) {
   const bool slash = line.ends_with('\\');
   if (slash) line.remove_suffix(1);

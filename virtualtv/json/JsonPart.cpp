@@ -37,7 +37,7 @@ std::int64_t JsonPart::number(const text::Range& range) const {
 }
 
 std::optional<std::int64_t> JsonPart::numberIn(const text::Range& range) const {
-  // The types count: jsoncpp takes 1.0 for whole.
+  // Compare types, since jsoncpp accepts 1.0 as an integer.
   const bool isWhole = value_.type() == Json::intValue || value_.type() == Json::uintValue;
   if (!isWhole || !value_.isInt64()) return std::nullopt;
   const std::int64_t number = value_.asInt64();

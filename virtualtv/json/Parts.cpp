@@ -8,7 +8,7 @@ namespace virtualtv::json {
 
 namespace {
 
-/// Behind the second quote of the text that begins at `at`.
+/// The position after the closing quote of the text that starts at `at`.
 std::size_t endOfText(std::string_view text, std::size_t at) {
   for (++at; text[at] != '"'; ++at) {
     if (text[at] == '\\') ++at;
@@ -16,7 +16,7 @@ std::size_t endOfText(std::string_view text, std::size_t at) {
   return at + 1;
 }
 
-/// Behind the bracket that closes the one in front.
+/// The position after the bracket that closes the first one.
 std::size_t endOfList(std::string_view text) {
   std::size_t depth = 0;
   for (std::size_t at = 0;;) {

@@ -19,7 +19,7 @@ bool isDigit(char letter) {
   return letter >= '0' && letter <= '9';
 }
 
-/// Walks over a text once, and goes on only where it is JSON.
+/// Scans a text once, and throws where it is not JSON.
 class Scan {
  public:
   Scan(std::string_view text, const Limits& limits) : text_(text), limits_(limits) {}
@@ -46,7 +46,7 @@ class Scan {
     fail("not UTF-8");
   }
 
-  /// The letter here, zero at the end: no part of JSON begins with that.
+  /// The current letter; zero at the end, which never starts a JSON value.
   char here() const { return at_ < text_.size() ? text_[at_] : '\0'; }
   bool skip(char letter) {
     if (here() != letter || at_ == text_.size()) return false;
@@ -75,7 +75,7 @@ class Scan {
     }
   }
 
-  /// An array or object, at its bracket.
+  /// Reads an array or object, starting at its bracket.
   template <typename Item>
   void list(std::size_t depth, char end, Item item) {
     if (depth > limits_.depth) fail("nested deeper than " + std::to_string(limits_.depth));
@@ -133,7 +133,7 @@ class Scan {
     fail("half of a surrogate pair alone is no character");
   }
 
-  /// The four digits behind the `u` here.
+  /// Reads the four digits after the current `u`.
   unsigned unit() {
     ++at_;
     unsigned unit = 0;
@@ -156,7 +156,7 @@ class Scan {
   }
 
   void number() {
-    constexpr std::size_t mostDigits = 300;  // that every double bears
+    constexpr std::size_t mostDigits = 300;  // every number with this many digits fits a double
     const std::size_t start = at_;
     skip('-');
     if (!skip('0')) digits();
@@ -169,7 +169,7 @@ class Scan {
     }
     if (isGreat || at_ - start > mostDigits) requireDouble(start);
   }
-  /// Requires of the number in front that a double has it.
+  /// Requires that a double can hold the number just read.
   void requireDouble(std::size_t start) {
     const std::string number(text_.substr(start, at_ - start));
     if (!std::isinf(std::strtod(number.c_str(), nullptr))) return;
@@ -187,7 +187,7 @@ class Scan {
   std::size_t values_ = 0;
 };
 
-/// Throws the first of the errors that jsoncpp tells: a line that names the place, a line that says what is wrong.
+/// Throws the first error that jsoncpp reports: a line with the place, then a line with the reason.
 [[noreturn]] void refuse(const std::string& errors) {
   std::istringstream lines(errors);
   std::string place;
@@ -202,7 +202,7 @@ class Scan {
   throw NotJson(text::printable(line.substr(0, line.find_last_not_of('.') + 1)));
 }
 
-/// Readers take longer to make than to read a short text.
+/// Creating a reader takes longer than reading a short text, so readers are reused.
 Json::CharReader& readerFor(SameNames sameNames) {
   const auto made = [](bool refused) {
     Json::CharReaderBuilder builder;
@@ -234,7 +234,7 @@ Json::Value read(std::string_view text, const Limits& limits, SameNames sameName
 }
 
 Json::Value readChecked(std::string_view text) {
-  // jsoncpp takes the second half of a surrogate pair alone.
+  // jsoncpp accepts the second half of a surrogate pair alone.
   const auto hasSurrogate = [&](std::string_view escape) { return text.find(escape) != std::string_view::npos; };
   if (hasSurrogate("\\ud") || hasSurrogate("\\uD")) check(text);
   return parse(text, SameNames::lastCounts);

@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::size_t longestEscape = 6;  // `\u001f`
 
-/// What a letter is written as. Its place is written whole, whatever the length: that has no branch to guess, and in
-/// documents within texts every sixth letter is escaped.
+/// The escaped form of a letter. All its bytes are copied, whatever its length: this needs no branch, which would be
+/// unpredictable in texts that contain documents, as every sixth letter there is escaped.
 struct Written {
   std::array<char, 7> text{};
   char length = 1;
@@ -34,10 +34,11 @@ constexpr std::array<Written, 256> writtenAs = [] {
   return all;
 }();
 
-/// In pieces, so that no place is made for escapes that a long text does not have.
+/// Works in pieces, so that a long text without escapes needs no room for them.
 void appendText(std::string& text, std::string_view value) {
   constexpr std::size_t piece = 1024;
-  std::array<char, piece * longestEscape + sizeof(Written)> written;  // NOLINT(*-member-init): written first
+  std::array<char, piece * longestEscape + sizeof(Written)> written;  // NOLINT(*-member-init): written before it is
+                                                                      // read
   text += '"';
   if (value.size() > piece) text.reserve(text.size() + value.size() + value.size() / 3);
   while (!value.empty()) {

@@ -21,10 +21,10 @@ namespace {
   throw std::system_error(errno, std::generic_category(), "cannot start " + program);
 }
 
-/// Descriptors of this process from here on are not in the way of those that the child gets.
+/// Descriptors of this process from this number on can't clash with those that the child gets.
 constexpr int behindChilds = 10;
 
-/// A pipe: its ends to read and to write.
+/// Creates a pipe. @return its read end and its write end.
 std::pair<Descriptor, Descriptor> pipe(const std::string& program) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) fail(program);
@@ -36,17 +36,18 @@ std::pair<Descriptor, Descriptor> pipe(const std::string& program) {
   return {std::move(reading), std::move(moved)};
 }
 
-/// What the child starts with, all of it made before there is one: it may do little until it is another program.
+/// Everything the child needs to start. It is prepared before the fork, since between fork and exec a child may do very
+/// little.
 struct Start {
   pid_t parent;
   const char* program;
   char* const* arguments;
-  std::array<int, 4> descriptors;  ///< by what they become; -1 for none
+  std::array<int, 4> descriptors;  ///< indexed by their number in the child; -1 for none
 };
 
-/// Becomes the program. @return only where it can't.
+/// Becomes the program. Returns only on failure.
 void become(const Start& start) {
-  // Of the thread that forked, so the server must be the one that starts and outlives it.
+  // The signal is sent when the forking thread ends, so the thread of the server must fork.
   if (::prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || ::getppid() != start.parent) return;
   int most = 2;
   for (int wanted = 0; wanted < static_cast<int>(start.descriptors.size()); ++wanted) {

@@ -24,7 +24,7 @@ std::string stream(int pid) {
   return "0:i:" + std::to_string(pid);
 }
 
-/// What becomes of a picture that is not passed through.
+/// The filter for video that is not passed through.
 std::string drawn(const Playing& playing) {
   const std::string size = "scale=960:540,setsar=1";
   const std::string picture = "[" + stream(playing.footage.video) + "]yadif=deint=interlaced," + size;
@@ -51,11 +51,11 @@ std::string ffmpeg() {
 }
 
 Words playingArguments(const Playing& playing) {
-  // Neither playlists nor other files: a transport stream names none. The descriptor can be opened again and sought in,
-  // as a pipe can't.
+  // Allow neither playlists nor other files, which a transport stream does not need. Unlike a pipe, the descriptor can
+  // be reopened and is seekable.
   Words words{"-nostdin", "-hide_banner", "-nostats", "-loglevel", "error"};
   append(words, {"-protocol_whitelist", "file,pipe"});
-  // ffmpeg draws no subtitles any more once it has started over, so whoever watches starts it over.
+  // With subtitles ffmpeg must not loop, as it draws none after the first pass. The viewer starts it again instead.
   if (playing.subtitle == 0) append(words, {"-stream_loop", "-1"});
   append(words, {"-f", "mpegts", "-i", "/dev/fd/3"});
   if (playing.footage.type == streamOfH264 && playing.subtitle == 0) {
@@ -64,7 +64,7 @@ Words playingArguments(const Playing& playing) {
     append(words, {"-filter_complex", drawn(playing), "-map", "[shown]", "-c:v", "libx264", "-preset", "ultrafast",
                    "-tune", "zerolatency", "-g", "25", "-pix_fmt", "yuv420p"});
   }
-  // Sound that breaks off where the recording starts over is filled up. Copied, it would break there.
+  // Re-encode the sound, to fill gaps where the recording loops. Copied sound would break off there.
   if (playing.audio != 0) {
     append(words, {"-map", (stream(playing.audio) + "?"), "-c:a", "aac", "-b:a", "128k", "-ac", "2", "-af",
                    "aresample=async=1000"});

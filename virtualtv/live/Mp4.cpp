@@ -13,12 +13,12 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr std::size_t headOfBox = 8;       // its length and its name
+constexpr std::size_t headOfBox = 8;       // length and name of a box, bytes
 constexpr std::size_t mostHead = 1 << 20;  // bytes
-constexpr std::size_t headOfList = 8;      // of the list of codings, before the first
-constexpr std::size_t headOfPicture = 78;  // of a coding of pictures, before its boxes
+constexpr std::size_t headOfList = 8;      // bytes of the list of codings before the first coding
+constexpr std::size_t headOfPicture = 78;  // bytes of a video coding before its boxes
 
-/// A box at the start of some bytes, which must have its head. @return its length.
+/// Reads the head of the box at the start of some bytes, which must be complete. @return the length of the box.
 std::size_t lengthOf(Bytes bytes) {
   const std::size_t length =
       std::size_t{bytes[0]} << 24U | std::size_t{bytes[1]} << 16U | std::size_t{bytes[2]} << 8U | std::size_t{bytes[3]};
@@ -30,7 +30,7 @@ std::string_view nameOf(Bytes bytes) {
   return {reinterpret_cast<const char*>(bytes.data()) + 4, 4};
 }
 
-/// Calls back with the name and the content of each box.
+/// Calls `take` with the name and the content of each box.
 template <typename Take>
 void eachBox(Bytes bytes, Take take) {
   while (bytes.size() >= headOfBox) {
@@ -40,7 +40,7 @@ void eachBox(Bytes bytes, Take take) {
   }
 }
 
-/// The content of the first box of a name; empty without one.
+/// The content of the first box with a name; empty when there is none.
 Bytes boxIn(Bytes bytes, std::string_view wanted) {
   Bytes found;
   eachBox(bytes, [&](std::string_view name, Bytes content) {
@@ -53,7 +53,7 @@ Bytes behind(Bytes bytes, std::size_t count) {
   return bytes.subspan(std::min(count, bytes.size()));
 }
 
-/// The coding of a track: `avc1` with its profile and level, or that of sound; empty for others.
+/// The codec of a track: `avc1` with its profile and level, or the audio codec; empty for others.
 std::string codingOf(Bytes track) {
   Bytes list = track;
   for (const char* const name : {"mdia", "minf", "stbl", "stsd"}) list = boxIn(list, name);

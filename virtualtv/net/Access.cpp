@@ -26,13 +26,13 @@ bool isLetter(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
-/// True for what stands where a port does, be there such a port or not. None at all is right too.
+/// True for a text that has the form of a port, whether or not that port is valid. An empty text is accepted too.
 bool looksLikePort(std::string_view text) {
   constexpr std::size_t longest = 5;
   return text.size() <= longest && std::all_of(text.begin(), text.end(), isDigit);
 }
 
-/// True for a port that a server can have, as browsers write it.
+/// True for a valid port, as browsers write it.
 bool isPort(std::string_view text) {
   return looksLikePort(text) && !text.starts_with('0') && text::numberIn<std::uint16_t>(text).has_value();
 }
@@ -44,7 +44,7 @@ std::string lowered(std::string_view text) {
   return lower;
 }
 
-/// A name of a host, or its address in digits.
+/// True for a host name or a numeric address.
 bool isName(std::string_view text) {
   const auto fits = [](char character) {
     return isLetter(character) || isDigit(character) || character == '.' || character == '-' || character == '_';
@@ -57,8 +57,8 @@ bool isAddress(std::string_view text, int family) {
   return ::inet_pton(family, std::string(text).c_str(), address.data()) == 1;
 }
 
-/// The host in front of a port that need not stand there: a name, or an address in IPv6 with its brackets. Nothing
-/// where the text is neither.
+/// The host in a text with an optional port: a name, or an IPv6 address with its brackets. Returns nothing for any
+/// other text.
 std::optional<std::string_view> hostIn(std::string_view text) {
   const std::size_t end = text.starts_with('[') ? text.find(']') + 1 : std::min(text.find(':'), text.size());
   const std::string_view host = text.substr(0, end);
@@ -68,8 +68,8 @@ std::optional<std::string_view> hostIn(std::string_view text) {
   return isBracketed || isName(host) ? std::optional(host) : std::nullopt;
 }
 
-/// An origin as browsers write it, small and without the port that its scheme has anyway; empty for what is none.
-/// @param port  what it may have for a port.
+/// Normalises an origin as browsers write it: lower case, without the default port of its scheme. Returns an empty text
+/// for an invalid origin. @param port  decides which ports are valid.
 std::string originIn(std::string_view text, bool (*port)(std::string_view)) {
   const std::size_t mark = text.find("://");
   if (mark == std::string_view::npos || mark == 0 || !isLetter(text.front())) return {};
@@ -89,7 +89,7 @@ std::string originIn(std::string_view text, bool (*port)(std::string_view)) {
   return origin;
 }
 
-/// True for the origin of the pages of this server, as a client calls it.
+/// True for the origin of this server's own pages, under the host name that the client uses.
 bool isOwn(std::string_view origin, std::string_view host) {
   if (host.ends_with(':')) host.remove_suffix(1);
   const std::string own = originIn("http://" + std::string(host), isPort);
@@ -100,7 +100,7 @@ bool isPortOrEvery(std::string_view text) {
   return text == "*" || isPort(text);
 }
 
-/// True for what is served to those alone who know the token.
+/// True for paths that require the token.
 bool isGuarded(std::string_view path) {
   return path == "/rpc" || path == "/scan" || path == "/openrpc.json" || path == "/live" || path.starts_with("/live/");
 }
@@ -143,7 +143,7 @@ std::string_view pathOf(std::string_view target) {
 std::optional<std::string> queryValue(std::string_view target, std::string_view name) {
   std::string_view query = target.substr(pathOf(target).size());
   while (!query.empty()) {
-    query.remove_prefix(1);  // the ? or the & before it
+    query.remove_prefix(1);  // the ? or & in front
     const std::string_view pair = query.substr(0, query.find('&'));
     const std::size_t equals = std::min(pair.find('='), pair.size());
     if (pair.substr(0, equals) == name) return decoded(pair.substr(std::min(equals + 1, pair.size())));
@@ -199,7 +199,7 @@ Verdict Access::judge(const Asking& asking) const {
   return verdict;
 }
 
-/// Why a request may not pass. A preflight never does: its answer ends it.
+/// Why a request may not pass. A preflight never passes: it is answered here.
 Verdict Access::refusal(const Asking& asking) const {
   Verdict ofHost = refusalOfHost(asking.hosts);
   if (ofHost.status == 400) return ofHost;

@@ -6,46 +6,47 @@
 #include <utility>
 #include <vector>
 
-/// Who may ask the server, worked out from what a request says. Knows no sockets.
+/// Access control: decides by the content of a request whether it may pass. Knows no sockets.
 namespace virtualtv::net {
 
 /// Names and values of HTTP headers.
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
-/// The path of a request's target, without its query.
+/// The path of a request target, without the query.
 std::string_view pathOf(std::string_view target);
 
-/// A value in the query of a request's target, decoded; nothing where it does not stand there.
+/// The decoded value of a parameter in the query of a request target; nothing when it is missing.
 std::optional<std::string> queryValue(std::string_view target, std::string_view name);
 
-/// What a request says of who asks, and for what.
+/// What a request says about its sender and its purpose.
 struct Asking {
   std::string_view target;
   std::vector<std::string_view> hosts = {};    ///< values of its Host headers
-  std::vector<std::string_view> origins = {};  ///< and of its Origin headers
+  std::vector<std::string_view> origins = {};  ///< values of its Origin headers
   std::string_view authorization = {};
   bool upgrades = false;        ///< it asks for a WebSocket
   bool preflight = false;       ///< a browser asks whether a page may send a request
-  bool privateNetwork = false;  ///< which comes from a network that others can reach
+  bool privateNetwork = false;  ///< the page comes from a network that others can reach
 };
 
-/// What comes of it.
+/// The decision on a request.
 struct Verdict {
-  int status = 0;      ///< what the request is answered with; 0 where it may pass
-  std::string reason;  ///< a line for a person, where it is refused
-  Headers headers;     ///< that each answer to it has
+  int status = 0;      ///< status of the answer; 0 when the request may pass
+  std::string reason;  ///< a line for a person, when it is refused
+  Headers headers;     ///< headers for each answer to the request
 };
 
-/// The rules.
+/// The rules for access.
 class Access {
  public:
   struct Rules {
-    std::vector<std::string> origins;  ///< whose pages may ask, as in `http://localhost:5173`; `:*` for every port
-    std::vector<std::string> hosts;    ///< names of this server besides `localhost` and addresses
-    std::string token;                 ///< that clients must know; empty where they need none
+    std::vector<std::string> origins;  ///< allowed origins, as in `http://localhost:5173`; `:*` for every port
+    std::vector<std::string> hosts;    ///< names of this server, besides `localhost` and addresses
+    std::string token;                 ///< the token that clients must send; empty for none
   };
 
-  /// @throws std::invalid_argument when something is no origin or no name; says which, and by which option it came.
+  /// @throws std::invalid_argument for an invalid origin or name. The message says which, and which option it came
+  /// from.
   explicit Access(Rules rules);
 
   Verdict judge(const Asking& asking) const;
@@ -62,10 +63,10 @@ class Access {
   Rules rules_;
 };
 
-/// A text of a request as a line for a person shows it.
+/// A text of a request, escaped for a line for a person.
 std::string shown(std::string_view text);
 
-/// True for two equal texts. The time that it takes tells nothing of the first but its length.
+/// Compares two texts. The time taken reveals only the length of the first.
 bool equalInConstantTime(std::string_view secret, std::string_view given);
 
 }  // namespace virtualtv::net

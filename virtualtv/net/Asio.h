@@ -15,7 +15,7 @@
 #include <memory>
 #include <utility>
 
-// The library's types as this room uses them: all on one executor, which is known when it is compiled.
+// The library's types as used here: all on one executor type, known at compile time.
 
 namespace virtualtv::net {
 
@@ -35,7 +35,7 @@ class Socket : public asio::basic_stream_socket<asio::ip::tcp, Executor> {
   std::function<void()> onTeardown;  ///< called when a WebSocket on it begins to end
 };
 
-/// Reads what still comes and forgets it.
+/// Reads and discards the remaining input.
 struct Draining {
   using Scratch = std::array<char, 16384>;
 
@@ -50,9 +50,8 @@ struct Draining {
   }
 };
 
-/// Ends what is sent, and waits for the other side to end. Were the socket closed while something comes in, the other
-/// side could lose what it was told last.
-/// @param done  called with the error that ended it, `asio::error::eof` where all went well.
+/// Ends sending, and waits for the other side to end. Closing the socket while input arrives could make the other side
+/// lose the last answer. @param done  called with the error that ended the connection, `asio::error::eof` on success.
 template <typename Done>
 void endGently(Socket& socket, Done&& done) {
   error_code ignored;
@@ -60,7 +59,7 @@ void endGently(Socket& socket, Done&& done) {
   asio::async_compose<Done, void(error_code)>(Draining{socket}, done, socket);
 }
 
-/// How a WebSocket ends the connection below it; the library finds it by its name.
+/// Ends the connection below a WebSocket. The library finds this function by its name.
 template <typename Done>
 void async_teardown(boost::beast::role_type, Socket& socket, Done&& done) {  // NOLINT(readability-identifier-naming)
   if (socket.onTeardown) socket.onTeardown();

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using shell::failFile;
 
-/// Takes a descriptor over, which must be that of a regular file.
+/// Takes ownership of a descriptor, which must be of a regular file.
 shell::File regularFile(int descriptor, const char* mode, const char* action, const std::string& name) {
   if (descriptor < 0) {
     if (errno == EXDEV || errno == ELOOP) failFile(action, name, "it leads out of the directory, or over a link");
@@ -51,7 +51,7 @@ FilesBeneath::~FilesBeneath() {
 int FilesBeneath::open(const fs::path& path, int flags) const {
   open_how how{};
   how.flags = static_cast<decltype(how.flags)>(
-      flags | O_CLOEXEC | ((flags & O_PATH) != 0 ? 0 : O_NONBLOCK));  // a pipe must not hold the set up
+      flags | O_CLOEXEC | ((flags & O_PATH) != 0 ? 0 : O_NONBLOCK));  // opening a pipe must not block the set
   how.mode = (flags & O_CREAT) != 0 ? S_IRUSR | S_IWUSR : 0;
   how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
   return static_cast<int>(::syscall(SYS_openat2, directory_, path.c_str(), &how, sizeof how));
@@ -86,7 +86,7 @@ void FilesBeneath::save(const fs::path& path, std::string_view content, const st
   const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
   if (written && std::fflush(file.get()) == 0 && ::fsync(::fileno(file.get())) == 0) return;
   const int error = errno;
-  ::unlinkat(directory_, path.c_str(), 0);  // which was made here
+  ::unlinkat(directory_, path.c_str(), 0);  // the file was created here
   failFile("write", name, error);
 }
 

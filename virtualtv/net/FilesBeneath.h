@@ -9,11 +9,11 @@
 
 namespace virtualtv::net {
 
-/// Opens a file to read it. @param name  what messages call it.
-/// @throws std::runtime_error `cannot read NAME: REASON`, also where it is no regular file.
+/// Opens a file for reading. @param name  the name of the file in messages. @throws std::runtime_error `cannot read
+/// NAME: REASON`, also when it is not a regular file.
 shell::File openRegular(const std::filesystem::path& path, const std::string& name);
 
-/// Regular files beneath a directory, reached without following a link; what exists is never overwritten.
+/// Access to the regular files beneath a directory. Links are not followed, and existing files are never overwritten.
 class FilesBeneath : public shell::FileAccess {
  public:
   /// @throws std::runtime_error `cannot read DIR: REASON` when the directory can't be opened.
@@ -29,13 +29,13 @@ class FilesBeneath : public shell::FileAccess {
   void readBlocks(const std::filesystem::path& path, const std::string& name,
                   const shell::TakeBlock& take) const override;
   void save(const std::filesystem::path& path, std::string_view content, const std::string& name) const override;
-  /// Opens a file to read it. @param path  relative to the directory, or absolute. @throws as `read`.
+  /// Opens a file for reading. @param path  relative to the directory, or absolute. @throws as `read`.
   shell::File openToRead(const std::filesystem::path& path, const std::string& name) const;
 
  private:
   int open(const std::filesystem::path& path, int flags) const;
 
-  std::filesystem::path path_;  ///< of the directory, absolute
+  std::filesystem::path path_;  ///< path of the directory, absolute
   int directory_;
 };
 

@@ -28,7 +28,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(start, text.find_last_not_of(blanks) + 1 - start);
 }
 
-/// The values of all headers of a name.
+/// The values of all headers with a name.
 Texts valuesOf(const Head& head, http::field name) {
   Texts values;
   const auto [first, last] = head.equal_range(name);
@@ -42,7 +42,7 @@ std::string joined(const Texts& texts) {
   return all;
 }
 
-/// The members of a list, which commas separate.
+/// The members of a comma-separated list.
 Texts listIn(std::string_view text) {
   Texts members;
   for (std::size_t comma = text.find(','); comma != std::string_view::npos; comma = text.find(',')) {
@@ -53,7 +53,7 @@ Texts listIn(std::string_view text) {
   return members;
 }
 
-/// Only `chunked` tells where a body ends, and nothing here decodes anything else.
+/// Only `chunked` is supported: it alone marks the end of a body, and no other coding is decoded here.
 Verdict refusalOfCoding(const Head& head) {
   const Texts values = valuesOf(head, http::field::transfer_encoding);
   if (values.empty()) return {};
@@ -67,7 +67,7 @@ Verdict refusalOfCoding(const Head& head) {
   return {endsWell ? 501 : 400, "the Transfer-Encoding of a request is chunked, not '" + shown(text) + "'", {}};
 }
 
-/// Adds the hosts and origins in lines that end with a break.
+/// Adds the hosts and origins found in complete lines.
 void addFrom(std::string_view lines, Asking& asking) {
   for (std::size_t end = lines.find("\r\n"); end != std::string_view::npos && end > 0; end = lines.find("\r\n")) {
     const std::string_view line = lines.substr(0, end);

@@ -57,12 +57,12 @@ void HttpConnection::goAway() {
 void HttpConnection::awaitRequest() {
   parser_.emplace();
   parser_->header_limit(static_cast<std::uint32_t>(site_.limits().mostHead));
-  parser_->body_limit(boost::none);  // until the head is known
+  parser_->body_limit(boost::none);  // no limit until the head is known
   emptyLines_ = 0;
   awaitBytes();
 }
 
-/// Waits for the first bytes of a request. Some clients send empty lines before it: a few are dropped.
+/// Waits for the first bytes of a request. Drops a few empty lines, which some clients send before it.
 void HttpConnection::awaitBytes() {
   constexpr int mostDropped = 4;
   constexpr std::string_view lineEnd = "\r\n";
@@ -138,7 +138,7 @@ void HttpConnection::takeCall() {
   awaitBody();
 }
 
-/// A broadcast is scanned while it comes, and may be of any length. It has time as long as more of it comes.
+/// Scans a broadcast while it arrives. It may have any length, and there is no time limit while more of it arrives.
 void HttpConnection::takeScan() {
   if (!isOfType(parser_->get(), "application/octet-stream") || isEncoded(parser_->get())) {
     return answer(line(415, "a body of the type application/octet-stream is wanted, without a Content-Encoding"));
@@ -170,7 +170,7 @@ void HttpConnection::awaitBody() {
 
 void HttpConnection::readBody() {
   constexpr std::size_t atATime = 65536;
-  in_.reserve(std::min(in_.max_size(), atATime));  // no more is read at once than fits
+  in_.reserve(std::min(in_.max_size(), atATime));  // limits the size of each read
   http::async_read(socket_, in_, *parser_,
                    [self = shared_from_this()](error_code error, std::size_t) { self->takeBody(error); });
 }
@@ -196,7 +196,7 @@ void HttpConnection::tellScan() {
 }
 
 void HttpConnection::call() {
-  timer_.cancel();  // an answer may be held back for long
+  timer_.cancel();  // an answer may be delayed for long
   site_.handle(parser_->get().body().text.size(), sessionNamed().value_or(""),
                [self = shared_from_this()] { self->handOn(); });
 }
@@ -234,7 +234,7 @@ void HttpConnection::upgrade() {
   site_.remove(*this);
 }
 
-/// What keeps a request from becoming a WebSocket.
+/// Why a request can't become a WebSocket; nothing when it can.
 std::optional<Answer> HttpConnection::refusalOfUpgrade() const {
   const Headers wanted{{"Connection", "Upgrade"}, {"Upgrade", "websocket"}, {"Sec-WebSocket-Version", "13"}};
   if (site_.isEnding()) return line(503, "the server is ending");
@@ -270,7 +270,7 @@ void HttpConnection::prepareHead(int status, const Headers& more) {
   for (const Headers& headers : {verdict_.headers, more}) {
     for (const auto& [name, value] : headers) response.set(name, value);
   }
-  // What is left of a body would be taken for the next request.
+  // Close unless the body was read to its end: the rest would be read as the next request.
   last_ = last_ || site_.isEnding() || !request.keep_alive() || !parser_->is_done();
   response.keep_alive(!last_);
 }
@@ -301,12 +301,12 @@ void HttpConnection::write() {
   http::async_write(socket_, *serializer_, then);
 }
 
-/// Goes on behind an answer.
+/// Continues after an answer.
 void HttpConnection::next() {
   last_ ? sayGoodbye() : awaitRequest();
 }
 
-/// A line on the request for whoever runs the server. The query is left out: a token may stand there.
+/// Logs the request. Leaves out the query, which may contain a token.
 void HttpConnection::log(int status) {
   const auto& request = parser_->get();
   const auto took = std::chrono::steady_clock::now() - begun_;
@@ -324,7 +324,7 @@ void HttpConnection::sayGoodbye() {
   endGently(socket_, [self = shared_from_this()](error_code) { self->end(); });
 }
 
-/// Ends the connection unless the next thing has begun before a time is over.
+/// Ends the connection unless the next step starts within a time.
 void HttpConnection::within(Limits::Time time) {
   timer_.expires_after(time);
   timer_.async_wait([weak = weak_from_this()](error_code error) {

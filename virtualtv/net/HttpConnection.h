@@ -20,7 +20,7 @@
 
 namespace virtualtv::net {
 
-/// What a request is answered with.
+/// The answer to a request.
 struct Answer {
   int status = 200;
   std::string body = {};
@@ -28,7 +28,7 @@ struct Answer {
   Headers headers = {};
 };
 
-/// An answer that is a line for a person.
+/// An answer with a line for a person.
 Answer line(int status, const std::string& text, Headers headers = {});
 
 /// A client's connection over HTTP. Requests are read and answered one after the other.
@@ -36,7 +36,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
  public:
   HttpConnection(Site& site, Socket socket);
 
-  /// Serves it until it ends, or until a WebSocket takes its socket over.
+  /// Serves the connection until it ends, or until a WebSocket takes over its socket.
   void start();
 
   void goAway() override;
@@ -61,7 +61,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void upgrade();
   std::optional<Answer> refusalOfUpgrade() const;
   Answer pageOrFile(std::string_view path) const;
-  /// The answer to a message that can't be read.
+  /// Answers a message that can't be read.
   void refuse(error_code error);
   void answer(Answer answer);
   void write();
@@ -90,13 +90,13 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   Timer timer_;
   boost::beast::flat_buffer in_;
   std::optional<boost::beast::http::request_parser<RequestBody>> parser_;
-  std::chrono::steady_clock::time_point begun_;  ///< the request
+  std::chrono::steady_clock::time_point begun_;  ///< start of the request
   Verdict verdict_;
-  std::unique_ptr<broadcast::Scanner> scanner_;  ///< of the body, where that is a broadcast
-  std::shared_ptr<Play> play_;                   ///< that the client watches; null without one
+  std::unique_ptr<broadcast::Scanner> scanner_;  ///< scans the body of a request that sends a broadcast
+  std::shared_ptr<Play> play_;                   ///< the recording that the client watches; null for none
   std::optional<Response> response_;
   std::optional<boost::beast::http::response_serializer<boost::beast::http::string_body>> serializer_;
-  int emptyLines_ = 0;  ///< that were dropped before the request
+  int emptyLines_ = 0;  ///< number of empty lines dropped before the request
   bool idle_ = false;   ///< between two requests
   bool last_ = false;   ///< no request is to follow
   bool ended_ = false;

@@ -1,5 +1,5 @@
-// The recording that a window shows, for a client that watches it. It lasts until the window shows something else, or
-// one of the two goes away.
+// Streams the recording that a window shows to a client. The stream ends when the window shows something else, or when
+// the client or the recording ends.
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/chunk_encode.hpp>
@@ -19,7 +19,7 @@ namespace http = boost::beast::http;
 
 void HttpConnection::play(WindowId window) {
   if (site_.isEnding()) return answer(line(503, "the server is ending"));
-  // Pages that embed it tell no origin, as those do that fetch it.
+  // A page that embeds the stream sends no Origin header, unlike a page that fetches it.
   const std::string_view from = view(parser_->get()["Sec-Fetch-Site"]);
   if ((from == "cross-site" || from == "same-site") && header(http::field::origin).empty()) {
     return answer(line(403, "pages of others may not embed what plays"));
@@ -36,7 +36,8 @@ void HttpConnection::play(WindowId window) {
   play_->begin([self = shared_from_this()] { self->sayWhatPlays(); });
 }
 
-/// A client that goes away is seen while nothing can be sent, too. Whether it does is not known once it sends more.
+/// Notices that a client has left even while there is nothing to send. Once the client sends more, this can't be
+/// noticed.
 void HttpConnection::awaitLeaving() {
   socket_.async_wait(Socket::wait_read, [self = shared_from_this(), watched = play_.get()](error_code error) {
     if (error || self->play_.get() != watched) return;
@@ -52,7 +53,7 @@ void HttpConnection::sayWhatPlays() {
     play_.reset();
     return answer(line(503, reason));
   }
-  last_ = last_ || parser_->get().version() == 10;  // which knows no other end
+  last_ = last_ || parser_->get().version() == 10;  // HTTP/1.0 ends a body by closing only
   prepareHead(200, {{"Content-Type", play_->type()}});
   response_->chunked(parser_->get().version() != 10);
   within(site_.limits().forAnswer);
@@ -68,7 +69,7 @@ void HttpConnection::sayWhatPlays() {
 }
 
 void HttpConnection::sendPiece() {
-  timer_.cancel();  // how long the recording may take is its own business
+  timer_.cancel();  // a recording has no time limit
   play_->read([self = shared_from_this()](std::string_view piece) { self->takePiece(piece); });
 }
 

@@ -86,7 +86,7 @@ std::vector<int> takeInheritedSockets() {
   std::vector<int> sockets;
   for (int socket = first; socket - first < count; ++socket) {
     sockets.push_back(socket);
-    if (::fcntl(socket, F_SETFD, FD_CLOEXEC) != 0) break;  // it is not there, which is told when it is to listen
+    if (::fcntl(socket, F_SETFD, FD_CLOEXEC) != 0) break;  // no such socket; listening on it will report that
   }
   return sockets;
 }

@@ -17,7 +17,7 @@ namespace virtualtv::net {
 namespace {
 
 constexpr std::string_view pageFolder = "/page/";
-/// Apps that come with the page, which it shows in frames.
+/// The path of the apps that are part of the page, which shows them in frames.
 constexpr std::string_view apps = "/page/apps/";
 
 std::string_view typeOf(std::string_view name) {
@@ -34,7 +34,7 @@ std::string_view typeOf(std::string_view name) {
   return "application/octet-stream";
 }
 
-/// What a page may load and who may show it.
+/// The content security policy of a page.
 std::string policyOf(std::string_view path, const std::vector<std::string>& origins) {
   std::string frames = "frame-src 'self'";
   for (const std::string& origin : origins) frames += " " + origin;

@@ -5,18 +5,17 @@
 #include <string_view>
 #include <vector>
 
-/// What the server has to show in a browser.
+/// The files that the server offers to browsers.
 namespace virtualtv::net {
 
 struct File {
   std::string_view type;  ///< its media type
   std::string_view content;
-  std::string_view compressed;  ///< the same by gzip
-  std::string policy;           ///< what it may load and who may show it; empty where it is no page
+  std::string_view compressed;  ///< the content compressed by gzip
+  std::string policy;           ///< content security policy; empty unless the file is a page
 };
 
-/// A file that browsers load, by its path; nothing where there is none.
-/// @param origins  whose pages the page at `/` may show.
+/// The file at a path; nothing when there is none. @param origins  the origins whose pages the page at `/` may embed.
 std::optional<File> fileAt(std::string_view path, const std::vector<std::string>& origins);
 
 }  // namespace virtualtv::net

@@ -22,7 +22,7 @@ namespace {
 /// The last line that is not empty, for a person.
 std::string lastLine(std::string text) {
   while (text.ends_with('\n')) text.pop_back();
-  text.erase(0, text.rfind('\n') + 1);  // nothing where there is none
+  text.erase(0, text.rfind('\n') + 1);  // removes nothing when there is none
   constexpr std::string_view file = "/dev/fd/3: ";
   if (text.starts_with(file)) text.erase(0, file.size());
   constexpr std::size_t most = 200;
@@ -60,7 +60,7 @@ void Play::readHead(std::function<void()> then) {
   });
 }
 
-/// @return false where more has to be read.
+/// @return false when more must be read first.
 bool Play::readType() {
   try {
     const std::optional<std::size_t> length = live::lengthOfHead(head_);
@@ -93,7 +93,7 @@ void Play::read(std::function<void(std::string_view)> take) {
   });
 }
 
-/// Reads into the piece. @param then  called with how many bytes; 0 at the end.
+/// Reads into the piece. @param then  called with the number of bytes; 0 at the end.
 void Play::readMore(std::function<void(std::size_t count)> then) {
   timer_.expires_after(patience_);
   timer_.async_wait([weak = weak_from_this()](error_code error) {
@@ -118,13 +118,13 @@ void Play::awaitErrors() {
   });
 }
 
-/// Reads what the child has written of errors, and keeps the last of it.
+/// Reads the error output of the child and keeps the end of it.
 void Play::readErrors() {
   constexpr std::size_t kept = 1024;
   std::array<char, 4096> bytes{};
   while (errors_.is_open()) {
     const ssize_t count = ::read(errors_.native_handle(), bytes.data(), bytes.size());
-    if (count < 0) return;  // no more for now
+    if (count < 0) return;  // nothing more now
     if (count == 0) errors_.close();
     said_.append(bytes.data(), static_cast<std::size_t>(count));
     said_.erase(0, said_.size() - std::min(said_.size(), kept));
@@ -161,7 +161,8 @@ std::shared_ptr<Play> Plays::open(WindowId window) {
   return play;
 }
 
-/// Opens a recording: any file where whoever runs the program has named it, else one that clients reach.
+/// Opens a recording: any file if the user who runs the program has named it, otherwise only a file that clients can
+/// use.
 shell::File Plays::fileOf(const Footage& footage) const {
   const std::string name = nameOf(footage);
   if (footage.isTrusted) return openRegular(footage.path, name);
@@ -170,7 +171,7 @@ shell::File Plays::fileOf(const Footage& footage) const {
                            ": clients reach no files unless the server is started with --files");
 }
 
-/// Has `endWhatIsNotShown` called behind whatever changes.
+/// Calls `endWhatIsNotShown` after every change of the set.
 void Plays::listen() {
   device::Wants wants;
   wants.events = true;

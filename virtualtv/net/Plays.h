@@ -19,10 +19,10 @@
 
 namespace virtualtv::net {
 
-/// A recording that plays for one viewer: a child makes of it what the viewer reads, no faster than that is read.
+/// A recording that plays for one viewer. A child process converts it, no faster than the viewer reads.
 class Play : public std::enable_shared_from_this<Play> {
  public:
-  /// @param file  the recording. @throws std::exception with a line for a person when there can be no child.
+  /// @param file  the recording. @throws std::exception with a line for a person when the child can't be started.
   Play(const Executor& executor, WindowId window, live::Playing playing, const shell::File& file,
        Limits::Time patience);
   Play(const Play&) = delete;
@@ -33,16 +33,17 @@ class Play : public std::enable_shared_from_this<Play> {
   const live::Playing& playing() const { return playing_; }
   bool isEnded() const { return isEnded_; }
 
-  /// Waits until it is known what is in it. @param then  called when `type` or `reason` tells.
+  /// Waits until the type of the stream is known. @param then  called when `type` or `reason` is set.
   void begin(std::function<void()> then);
-  /// What `typeOf` says of it; empty where it does not play.
+  /// The media type, see `typeOf`; empty when the recording does not play.
   const std::string& type() const { return type_; }
-  /// Why it does not.
+  /// Why the recording does not play.
   std::string reason() const;
 
-  /// Reads on. @param take  called once, with a piece that stays until the next call, or an empty one at the end.
+  /// Reads the next piece. @param take  called once with a piece, which is valid until the next call; the piece is
+  /// empty at the end.
   void read(std::function<void(std::string_view)> take);
-  /// Ends it now. What is waited for comes, at the end.
+  /// Ends playing now. A pending `begin` or `read` is still answered.
   void end();
 
  private:
@@ -62,23 +63,23 @@ class Play : public std::enable_shared_from_this<Play> {
   Input errors_;
   Input ending_;
   Timer timer_;
-  std::vector<std::uint8_t> head_;  ///< what was read before it was known what is in it
+  std::vector<std::uint8_t> head_;  ///< what was read before the type was known
   std::array<std::uint8_t, 65536> piece_{};
   std::string type_;
-  std::string flaw_;  ///< why it does not play, where it is not the child that says so
-  std::string said_;  ///< the last that the child wrote of them
+  std::string flaw_;  ///< why it does not play, unless the child reports the reason
+  std::string said_;  ///< the last error text of the child
   bool isEnded_ = false;
 };
 
-/// What plays for all viewers. What a window no longer shows ends.
+/// The recordings that play for all viewers. A recording ends when its window no longer shows it.
 class Plays {
  public:
-  /// @param device  outlives it. @param files  what clients reach of files; null for none.
+  /// @param device  outlives it. @param files  the files that clients can use; null for none.
   Plays(const Executor& executor, device::Device& device, std::shared_ptr<const FilesBeneath> files,
         const Limits& limits);
 
-  /// Begins with what a window shows. @throws live::NothingPlays where that comes from no recording, std::exception
-  /// with a line for a person where the recording can't be played.
+  /// Plays what a window shows. @throws live::NothingPlays when that does not come from a recording, std::exception
+  /// with a line for a person when the recording can't be played.
   std::shared_ptr<Play> open(WindowId window);
 
  private:
@@ -92,7 +93,7 @@ class Plays {
   Limits::Time patience_;
   std::size_t most_;
   std::vector<std::weak_ptr<Play>> plays_;
-  std::shared_ptr<device::Feed> feed_;  ///< while anything plays
+  std::shared_ptr<device::Feed> feed_;  ///< subscribed while anything plays
 };
 
 }  // namespace virtualtv::net

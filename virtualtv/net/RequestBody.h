@@ -15,13 +15,12 @@
 
 namespace virtualtv::net {
 
-/// The body of a request, for the parser of requests: kept as a text, or handed on piece by piece where somebody takes
-/// it.
+/// The body of a request, for the parser of requests: stored as a text, or passed on in pieces.
 struct RequestBody {
-  // NOLINTBEGIN(readability-identifier-naming): the parser knows them by these names
+  // NOLINTBEGIN(readability-identifier-naming): names required by the parser
   struct value_type {
     std::string text = {};
-    /// Takes the pieces as they come, each gone when it returns; empty where the text is to have them.
+    /// Takes the pieces as they arrive. A piece is valid only during the call. Empty to store the body as a text.
     std::function<void(std::span<const std::uint8_t>)> take = {};
   };
 
@@ -30,7 +29,7 @@ struct RequestBody {
     template <bool isRequest, typename Fields>
     reader(boost::beast::http::header<isRequest, Fields>& /*head*/, value_type& body) : body_(body) {}
 
-    /// @param length  what the client says, which may be anything.
+    /// @param length  the length that the client claims; untrusted.
     void init(const boost::optional<std::uint64_t>& length, error_code& error) {
       constexpr std::uint64_t mostReserved = 1024 * 1024;
       if (length && !body_.take) body_.text.reserve(static_cast<std::size_t>(std::min(*length, mostReserved)));

@@ -59,7 +59,9 @@ class Server::Body {
 
   void endOnSignals() {
     signals_.emplace(context_.get_executor(), SIGINT, SIGTERM);
-    if (!isIgnored(SIGHUP)) signals_->add(SIGHUP);  // else the server is to outlive its terminal, as under nohup
+    if (!isIgnored(SIGHUP))
+      signals_->add(SIGHUP);  // an ignored SIGHUP means that the server must outlive its
+                              // terminal, as under nohup
     signals_->async_wait([this](error_code error, int) {
       if (!error) end();
     });
@@ -67,14 +69,14 @@ class Server::Body {
 
   void endWithInput(int descriptor) {
     if (!input_) input_.emplace(context_.get_executor(), ::dup(descriptor));
-    // What can't be waited for, such as a file, can be read at once.
+    // Input that can't be waited for, such as a file, is readable at once.
     input_->async_wait(Input::wait_read, [this](error_code error) {
       if (error != asio::error::operation_aborted) readInput();
     });
   }
 
   void run() {
-    device_.loop().turn();  // what was posted before it could wake anybody
+    device_.loop().turn();  // tasks that were posted before `onPost` was set
     while (!context_.stopped()) {
       try {
         context_.run();
@@ -132,7 +134,7 @@ class Server::Body {
     });
   }
 
-  /// Tries again in a moment, when there may be a descriptor for another connection.
+  /// Tries again soon, when a descriptor for another connection may be free.
   void acceptLater(Acceptor& acceptor) {
     constexpr std::chrono::milliseconds moment(100);
     const auto timer = std::make_shared<Timer>(context_.get_executor(), moment);
@@ -151,7 +153,7 @@ class Server::Body {
   void end() {
     if (site_.isEnding()) return;
     for (Acceptor& acceptor : acceptors_) acceptor.close();
-    if (signals_) signals_->clear();  // another signal does what it does to any program
+    if (signals_) signals_->clear();  // another signal has its default effect
     patience_.expires_after(options_.limits.ending);
     patience_.async_wait([this](error_code error) {
       if (!error) site_.cut();
@@ -166,9 +168,9 @@ class Server::Body {
   std::vector<Acceptor> acceptors_;
   std::optional<asio::basic_signal_set<Executor>> signals_;
   std::optional<Input> input_;
-  std::shared_ptr<const FilesBeneath> files_;  ///< null where clients reach none
+  std::shared_ptr<const FilesBeneath> files_;  ///< null when clients can use no files
   Access access_;
-  rpc::Server calls_;  // ends before what its answers go to
+  rpc::Server calls_;  // destroyed before the connections that receive its answers
   Plays plays_;
   Site site_;
 };

@@ -32,7 +32,7 @@ void Site::remove(Connection& connection) {
 void Site::end(std::function<void()> whenEmpty) {
   whenEmpty_ = std::move(whenEmpty);
   if (connections_.empty()) return whenEmpty_();
-  const auto connections = connections_;  // those that end at once leave the list
+  const auto connections = connections_;  // a copy, since connections that end at once leave the list
   for (const auto& [key, connection] : connections) connection->goAway();
 }
 
@@ -42,7 +42,8 @@ void Site::cut() {
 }
 
 void Site::complainOnce(const std::string& line) {
-  constexpr std::size_t mostTold = 1000;  // whoever asks in ever new names is told nothing in the end
+  constexpr std::size_t mostTold = 1000;  // beyond it nothing is reported, so that a client with ever new names can't
+                                          // fill the log
   if (told_.size() < mostTold && told_.insert(line).second) complain_(line);
 }
 

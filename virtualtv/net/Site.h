@@ -16,23 +16,23 @@
 
 namespace virtualtv::net {
 
-/// A client's connection, while it lives.
+/// The connection of a client.
 class Connection {
  public:
   virtual ~Connection() = default;
-  /// Ends it as soon as may be, since the server ends.
+  /// Ends the connection as soon as possible, since the server ends.
   virtual void goAway() = 0;
-  /// Ends it now.
+  /// Ends the connection now.
   virtual void cut() = 0;
 };
 
-/// What all connections share. Outlives them.
+/// The shared part of all connections. Outlives them.
 class Site {
  public:
   using Say = std::function<void(const std::string& line)>;
 
-  /// @param complain  tells whoever runs the server what went wrong.
-  /// @param log  is told of each request; may be empty.
+  /// @param complain  reports what went wrong to whoever runs the server. @param log  called for each request; may be
+  /// empty.
   Site(const Executor& executor, rpc::Server& calls, Plays& plays, const Access& access, const Limits& limits,
        Say complain, Say log);
 
@@ -42,20 +42,19 @@ class Site {
   const Limits& limits() const { return limits_; }
   bool isEnding() const { return static_cast<bool>(whenEmpty_); }
 
-  /// Has a message handled: now, or where it is large, in its turn among the large ones.
-  /// @param session  that it names. Messages with the same one are handled in the order in which they came; an empty
-  /// one stands for none.
+  /// Handles a message: a small one now, a large one in its turn. @param session  the session that the message names;
+  /// empty for none. Messages of one session are handled in order.
   void handle(std::size_t bytes, const std::string& session, std::function<void()> work);
 
   void add(const std::shared_ptr<Connection>& connection);
   void remove(Connection& connection);
-  /// Has all connections end. @param whenEmpty  called once there is none: at once or later.
+  /// Ends all connections. @param whenEmpty  called once none is left: at once or later.
   void end(std::function<void()> whenEmpty);
-  /// Ends those that are left.
+  /// Cuts the remaining connections.
   void cut();
 
   void complain(const std::string& line) const { complain_(line); }
-  /// The same, but only for the first of many equal lines.
+  /// The same, but repeated lines are reported once.
   void complainOnce(const std::string& line);
   void log(const std::string& line) const {
     if (log_) log_(line);

@@ -16,8 +16,8 @@ bool Turns::holds(const std::string& owner) const {
   return std::any_of(waiting_.begin(), waiting_.end(), [&](const Work& work) { return work.owner == owner; });
 }
 
-/// A small call takes several turns of the loop, from when its first byte is read until it is answered. A pause lasts
-/// long enough for that, and is short beside the work.
+/// From its first byte to its answer, a small call takes several turns of the loop. The pause leaves enough time for
+/// that, and is short compared to the work.
 void Turns::pause() {
   constexpr std::chrono::milliseconds time(1);
   pause_.expires_after(time);
@@ -33,7 +33,7 @@ void Turns::next() {
   }
   const Work work = std::move(waiting_.front());
   waiting_.pop_front();
-  asio::post(pause_.get_executor(), [this] { pause(); });  // also where the work throws
+  asio::post(pause_.get_executor(), [this] { pause(); });  // first, in case the work throws
   work.run();
 }
 

@@ -8,13 +8,13 @@
 
 namespace virtualtv::net {
 
-/// Does large pieces of work one at a time, in the order in which they came. Between two of them the loop turns, so
-/// that nobody waits for all of them. Outlives the loop's last turn.
+/// Does large pieces of work one at a time, in order. Between two of them the loop runs, so that small requests need
+/// not wait for all of them. Outlives the loop's last turn.
 class Turns {
  public:
   explicit Turns(const Executor& executor) : pause_(executor) {}
 
-  /// @param owner  whose work it is, see `holds`.
+  /// @param owner  the owner of the work, see `holds`.
   void add(std::string owner, std::function<void()> work);
   /// True while work of that owner waits.
   bool holds(const std::string& owner) const;

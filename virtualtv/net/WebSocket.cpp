@@ -16,7 +16,7 @@ namespace websocket = boost::beast::websocket;
 
 namespace {
 
-/// True when the other side has ended the connection, even where what it sent before was not read.
+/// True when the other side has ended the connection, even while there is unread input.
 bool hasEnded(Socket& socket) {
   pollfd state{socket.native_handle(), POLLRDHUP, 0};
   return ::poll(&state, 1, 0) > 0;
@@ -74,7 +74,7 @@ void WebSocket::goAway() {
   close(CloseCode::going_away);
 }
 
-/// Does what can be done next: has the next message handled, reads another one.
+/// Does what can be done next: passes on the next message, or reads another one.
 void WebSocket::proceed() {
   if (farewell_ || !client_ || unsent_ > site_.limits().mostUnsent) return;
   if (!waiting_.empty() && !asking_) take();
@@ -100,7 +100,7 @@ void WebSocket::read() {
   });
 }
 
-/// What a client sends before it closes is handled, so nothing is read while a large message waits for its turn.
+/// All messages sent before the close must be handled, so nothing is read while a large message waits for its turn.
 void WebSocket::take() {
   asking_ = inTurn_ = true;
   site_.handle(waiting_.front().size(), {}, [self = shared_from_this()] {
@@ -126,7 +126,7 @@ void WebSocket::handOn() {
   }
 }
 
-/// The server may be at work on it still, so what comes next is left to later.
+/// The server may still be handling the message, so the next step is posted.
 void WebSocket::answered() {
   asio::post(timer_.get_executor(), [self = shared_from_this()] {
     self->asking_ = false;
@@ -148,7 +148,7 @@ void WebSocket::write() {
   });
 }
 
-/// Ends the connection once what waits is sent, or after a while.
+/// Ends the connection when all waiting messages are sent, or after a while.
 void WebSocket::close(CloseCode code) {
   if (farewell_) return;
   farewell_ = code;
@@ -160,8 +160,8 @@ void WebSocket::farewell() {
   stream_->async_close(*farewell_, [self = shared_from_this()](error_code) { self->end(); });
 }
 
-/// Looks after a connection that is silent: asks for a sign of life, and ends it where none came. Of one that is deaf
-/// nothing would be heard: the system tells whether it has ended.
+/// Checks a silent connection: asks for a sign of life, and ends the connection when none arrives. While reading is
+/// stopped no sign can arrive, so this asks the system whether the connection has ended.
 void WebSocket::look() {
   const Limits& limits = site_.limits();
   if (isDeaf_ && hasEnded(stream_->next_layer())) return end();
@@ -176,7 +176,7 @@ void WebSocket::ping() {
   stream_->async_ping({}, [self = shared_from_this()](error_code) { self->pinging_ = false; });
 }
 
-/// Calls a function after a time, unless another one is to be called before that.
+/// Calls a function after a time. Replaces an earlier pending call.
 void WebSocket::after(Limits::Time time, void (WebSocket::*next)()) {
   timer_.expires_after(time);
   timer_.async_wait([weak = weak_from_this(), next](error_code error) {

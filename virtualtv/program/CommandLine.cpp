@@ -37,19 +37,19 @@ using namespace shell;
 
 namespace {
 
-/// Puts the null device in place of standard streams that whoever started the program has closed; a file that is
-/// opened later would take their place, be run as input and be written into. It is opened the wrong way round: what is
-/// closed can't be read or written.
+/// Opens the null device for standard streams that the parent process has closed. Otherwise a file opened later would
+/// get that descriptor, and would be run as input or written to. The null device is opened in the wrong direction, so
+/// that a closed stream still can't be read or written.
 void openStandardStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(stream, F_GETFD) >= 0) continue;
-    // The lowest descriptor that is free is the one that is missing.
+    // `open` returns the lowest free descriptor, which is the missing one.
     const int wrongWay = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
     if (::open("/dev/null", wrongWay) != stream) throw std::system_error(errno, std::generic_category(), "/dev/null");
   }
 }
 
-/// Runs a line that came through a pipe and prints it with what it prints, as in a transcript.
+/// Runs a line from a pipe, and prints the line and its output as in a transcript.
 void runPiped(Desk& desk, const std::string& where, const std::string& line) {
   if (const std::string flaw = flawOf(line); !flaw.empty()) {
     std::cout << remarkOn(flaw, line) << "\n";
@@ -65,7 +65,7 @@ void runPiped(Desk& desk, const std::string& where, const std::string& line) {
   desk.sayWhatWentWrong(where + ": ");
 }
 
-/// Runs the lines that come through a pipe.
+/// Runs the lines from a pipe.
 void runPipe(Desk& desk) {
   constexpr std::size_t mostKept = longestLine + text::byteOrderMark.size();
   std::string line;
@@ -88,7 +88,7 @@ ExitStatus runShell(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status();
 }
 
-/// Prints the value of a reply alone; of a refusal, which has none, it says so where values are not expected.
+/// Prints the value of a reply alone. When the command was refused, prints an error instead.
 void printBare(const Wishes& wishes, bool accepted, const std::string& ret) {
   if (!accepted) return complain("the plug-in refused '" + wishes.command.front() + "'");
   const std::optional<framework::Reply> reply = framework::decode(ret);
@@ -97,8 +97,7 @@ void printBare(const Wishes& wishes, bool accepted, const std::string& ret) {
   std::cout << bare << (bare.ends_with('\n') ? "" : "\n");
 }
 
-/// Says of words that look like options of the program that they are parameters all the same, unless a `--` tells that
-/// they are meant to be.
+/// Warns that words which look like options of the program are passed as parameters, unless a `--` marks them as such.
 void noteOptionsAmongParameters(const Wishes& wishes) {
   if (wishes.marked) return;
   for (std::size_t at = 1; at < wishes.command.size(); ++at) {
@@ -154,7 +153,7 @@ ExitStatus runExport(kel::CEmpAppBase& app, const Wishes& wishes) {
   return desk.status(report.error().empty() ? allWell : failed);
 }
 
-/// Bytes of a file; 0 for what is none, or can't be looked at.
+/// The size of a file in bytes; 0 when it is not a regular file or can't be examined.
 std::uint64_t sizeOf(const std::string& file) {
   std::error_code unknown;
   const std::uintmax_t size = std::filesystem::file_size(file, unknown);
@@ -175,7 +174,7 @@ broadcast::Scan scanAll(const std::vector<std::string>& files) {
   });
 }
 
-/// What is printed is the scan; where that is a document, all else goes to standard error.
+/// Prints the result of the scan. If that is a document, everything else goes to standard error.
 ExitStatus runScan(kel::CEmpAppBase& app, const Wishes& wishes) {
   const ScanWishes& scan = wishes.scan;
   const broadcast::Scan found = scanAll(scan.files);
@@ -199,7 +198,7 @@ ExitStatus runDemo(kel::CEmpAppBase& app, const Wishes& wishes) {
   return runServer(app, served);
 }
 
-/// What the wishes come to, for messages.
+/// Describes what was requested, for messages.
 std::string doing(const Wishes& wishes) {
   switch (wishes.task) {
     case Task::exec:

@@ -4,16 +4,16 @@
 
 namespace virtualtv::program {
 
-/// What the program ends with.
+/// The exit status of the program.
 enum ExitStatus : int {
   allWell = 0,
   failed = 1,    ///< the plug-in refused, a transcript differs, nothing was imported
-  unusable = 2,  ///< bad input, or the set could not read or keep what it stores
+  unusable = 2,  ///< bad input, or the set could not read or persist its data
 };
 
-/// Runs the program as its arguments say. Speaks through the standard streams, of which any may be closed; an
-/// error is one line on standard error, `emp-window: WHAT AND WHERE`. Nothing escapes. When it returns, all engines and
-/// the store are closed.
+/// Runs the program as its arguments say. Uses the standard streams, any of which may be closed. An error is one line
+/// on standard error, `emp-window: WHAT AND WHERE`. Throws nothing. All engines and the store are closed when it
+/// returns.
 /// @param app  the plug-in.
 ExitStatus runCommandLine(int argc, char** argv, kel::CEmpAppBase& app);
 

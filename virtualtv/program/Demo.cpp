@@ -28,7 +28,7 @@ fs::path cacheDirectory() {
   throw std::runtime_error("there is no place for the demo's recording: set XDG_CACHE_HOME or HOME");
 }
 
-/// Runs a program to its end. @return its last line on standard error; empty where all went well.
+/// Runs a program to its end. @return its last line on standard error; empty on success.
 std::string complaintOf(const std::string& program, const Words& arguments) {
   live::Child child(program, arguments);
   std::string line;
@@ -58,7 +58,7 @@ constexpr std::array<DemoService, 3> services{
     DemoService{"Demo Blue", "blue", "550", "1100"},
 };
 
-/// What ffmpeg is told. @param isNamed  whether pictures show the names, for which it needs a font.
+/// The arguments for ffmpeg. @param isNamed  whether the pictures show the names, which needs a font.
 Words making(const fs::path& file, bool isNamed) {
   Words words{"-nostdin", "-y", "-loglevel", "error"};
   Words behind;
@@ -93,7 +93,7 @@ std::string demoRecording() {
   if (fs::is_regular_file(file)) return file.string();
   const std::string ffmpeg = live::ffmpeg();
   fs::create_directories(file.parent_path());
-  // Nobody finds half of it.
+  // Write to another name first, so that nobody finds an incomplete file.
   const fs::path made = file.string() + "." + std::to_string(::getpid());
   std::string complaint;
   for (const bool isNamed : {true, false}) {

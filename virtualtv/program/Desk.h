@@ -14,36 +14,37 @@
 
 namespace virtualtv::program {
 
-/// Says on standard error what went wrong, in one line.
+/// Prints on standard error what went wrong, in one line.
 void complain(const std::string& what);
 
-/// The program's directory where a variable of the environment says, else beneath HOME; nothing without either.
+/// The program's directory beneath the path in an environment variable, else beneath HOME; nothing when neither is set.
 std::optional<std::filesystem::path> ownDirectory(const char* variable, const char* beneathHome);
 
-/// The set that the program's arguments ask for, and a session on it.
+/// The set that the arguments of the program request, and a session on it.
 class Desk {
  public:
-  /// @throws std::exception with a line for a person when there can be no such set.
+  /// @throws std::exception with a line for a person when there can't be such a set.
   Desk(kel::CEmpAppBase& app, const Wishes& wishes);
 
   shell::Session& session() { return session_; }
   device::Device& device() { return device_; }
-  /// Where the set keeps its state, an absolute path; empty for one in memory.
+  /// The directory with the state of the set, an absolute path; empty for a set in memory.
   std::filesystem::path state() const;
-  /// The file that keeps the lines that a person types; empty where nothing is kept.
+  /// The file for the history of typed lines; empty for none.
   std::filesystem::path history() const;
 
-  /// Says on standard error that input could not be used.
+  /// Prints on standard error that input could not be used.
   void sayThat(const std::string& error);
-  /// Says there what went wrong. @param where  stands before each error, may be empty.
+  /// Prints on standard error what went wrong. @param where  precedes each error; may be empty.
   void sayWhatWentWrong(const std::string& where);
-  /// The same for a person who has read the errors.
+  /// The same without the errors, for a person who has already seen them.
   void sayComplaints();
 
   ExitStatus status(ExitStatus whenWell = allWell) const { return status_ == allWell ? whenWell : status_; }
 
  private:
-  std::optional<std::filesystem::path> directory_;  ///< where the set keeps its state; nothing for one in memory
+  std::optional<std::filesystem::path> directory_;  ///< directory with the state of the set; nothing for a set in
+                                                    ///< memory
   Storage storage_;
   device::Device device_;
   shell::Session session_;

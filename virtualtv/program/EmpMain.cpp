@@ -7,9 +7,9 @@
 #include "kel/CEmpAppBase.h"
 #include "program/CommandLine.h"
 
-/// The entry drops what this returns, so that the process ends here.
+/// The process ends here, since the entry ignores the result.
 int kel::EmpMain(int argc, char** argv, CEmpAppBase* app) {
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a full disk, which is told, not died of
+  std::signal(SIGXFSZ, SIG_IGN);  // a file size limit is then reported like a full disk, instead of ending the process
   std::unique_ptr<CEmpAppBase> owned(app);
   const int status = owned ? virtualtv::program::runCommandLine(argc, argv, *owned) : virtualtv::program::unusable;
   owned.reset();

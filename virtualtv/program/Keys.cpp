@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::array signals{SIGTSTP, SIGCONT, SIGWINCH, SIGINT, SIGQUIT, SIGHUP, SIGTERM};
 
-// Half of a surrogate pair, which no character is, stands for a byte beyond ASCII.
+// A byte beyond ASCII is represented by a lone surrogate, which is never a character.
 constexpr wchar_t firstOddByte = 0xDC80;
 constexpr wchar_t lastOddByte = 0xDCFF;
 
@@ -77,7 +77,7 @@ int Keys::next(wchar_t& key) {
   return 1;
 }
 
-/// Takes a character from the bytes that were read. @return false where they do not make one yet.
+/// Takes a character from the bytes read so far. @return false when they do not form one yet.
 bool Keys::take(wchar_t& key) {
   constexpr auto invalid = static_cast<std::size_t>(-1);
   constexpr auto incomplete = static_cast<std::size_t>(-2);
@@ -90,8 +90,8 @@ bool Keys::take(wchar_t& key) {
   return true;
 }
 
-/// Waits until there is something to read, or the terminal's own end of the input.
-/// @return false when the input is to end.
+/// Waits for input, or for the end of the input on the terminal. @return false when the input has been ended through
+/// the descriptor `end`.
 bool Keys::waitForInput() {
   std::array<pollfd, 3> sources{{{signals_, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}, {end_, POLLIN, 0}}};
   for (;;) {
@@ -113,7 +113,7 @@ void Keys::tendTo(int signal) {
       el_resize(editor_);
       break;
     case SIGCONT:
-      restoreTerminal();  // whoever stopped the program may have left the terminal as it likes it
+      restoreTerminal();  // another program may have changed the terminal settings meanwhile
       prepareTerminal();
       el_set(editor_, EL_REFRESH);
       break;
@@ -122,8 +122,8 @@ void Keys::tendTo(int signal) {
   }
 }
 
-/// Lets a signal do what it does. Comes back when it was one to stop, once the program is resumed, or at once where
-/// nobody could resume it: then the system does not stop it.
+/// Lets a signal have its default effect. After a stop signal this returns when the program is resumed. It returns at
+/// once when nobody could resume the program, since the system then does not stop it.
 void Keys::yieldTo(int signal) {
   restoreTerminal();
   const sigset_t one = only(signal);
@@ -133,12 +133,12 @@ void Keys::yieldTo(int signal) {
   prepareTerminal();
 }
 
-/// Gives the terminal the settings for reading keys.
+/// Sets the terminal to the settings for reading keys.
 void Keys::prepareTerminal() {
   el_set(editor_, EL_PREP_TERM, 1);
 }
 
-/// Gives the terminal the settings that it had before. The editor's own settings for running a line differ: no key
+/// Restores the earlier settings of the terminal. The editor's own settings for running a line differ: with them no key
 /// interrupts.
 void Keys::restoreTerminal() {
   el_set(editor_, EL_PREP_TERM, 0);

@@ -9,21 +9,22 @@
 
 namespace virtualtv::program {
 
-/// Reads what a person types, for an editor of lines, and handles the signals that arrive while it waits. A signal to
-/// end or to stop does what it does to any program, once the terminal has its old settings back; when the program is
-/// resumed, the line is shown again. Where no shell could resume it, the system does not stop it, and reading goes on.
+/// Reads the keys that a person types, for a line editor, and handles the signals that arrive meanwhile. A signal that
+/// ends or stops the program has its default effect, after the terminal settings were restored. When the program is
+/// resumed, the line is shown again. When no shell could resume the program, the system does not stop it, and reading
+/// continues.
 class Keys {
  public:
-  /// @param editor  outlives it, and has not begun with a line.
-  /// @param end  a descriptor; when there is something to read, the input ends. -1 for none.
-  /// @throws std::system_error when signals can't be listened to.
+  /// @param editor  outlives this object, and has not started a line.
+  /// @param end  a descriptor that ends the input when it becomes readable; -1 for none.
+  /// @throws std::system_error when signals can't be received.
   explicit Keys(EditLine* editor, int end = -1);
   Keys(const Keys&) = delete;
   Keys& operator=(const Keys&) = delete;
   ~Keys();
 
-  /// Leaves signals that come to this thread to `next` as long as it lives. At other times they do what they do to any
-  /// program.
+  /// Lets `next` handle the signals of this thread for the lifetime of this object. At other times they have their
+  /// default effect.
   class Tending {
    public:
     Tending();
@@ -35,12 +36,12 @@ class Keys {
     sigset_t before_{};
   };
 
-  /// Waits for the next key, and handles signals meanwhile. A byte that is not part of a character in UTF-8 is a key of
-  /// its own, which `textOf` turns back into the byte.
+  /// Waits for the next key, and handles signals meanwhile. A byte that is not part of a UTF-8 character is a key of
+  /// its own, which `textOf` converts back to the byte.
   /// @return 1 for a key, 0 at the end of the input, -1 with `errno` when it can't be read.
   int next(wchar_t& key);
 
-  /// A text that was made of keys, as the bytes that were typed.
+  /// Converts keys back to the bytes that were typed.
   static std::string textOf(std::wstring_view keys);
 
  private:
@@ -54,8 +55,8 @@ class Keys {
   EditLine* editor_;
   int end_;
   termios before_{};   ///< the terminal's settings when this was made
-  int signals_ = -1;   ///< the descriptor that they are read from
-  std::string bytes_;  ///< that are not a whole character yet
+  int signals_ = -1;   ///< descriptor for reading signals
+  std::string bytes_;  ///< bytes of an incomplete character
 };
 
 }  // namespace virtualtv::program

@@ -6,7 +6,7 @@
 
 namespace virtualtv::program {
 
-/// How far a file is read, on a line of the terminal that standard error is; nothing where it is none.
+/// Shows the progress of reading a file in a line on standard error, if that is a terminal.
 class Progress {
  public:
   Progress();
@@ -15,9 +15,9 @@ class Progress {
   /// Wipes the line.
   ~Progress();
 
-  /// Another file starts. @param size  its bytes, 0 when not known.
+  /// Starts another file. @param size  its size in bytes, 0 when unknown.
   void start(const std::string& file, std::uint64_t size);
-  /// So many more bytes are read.
+  /// Adds to the number of bytes read.
   void advance(std::uint64_t bytes);
 
  private:
@@ -27,7 +27,7 @@ class Progress {
   std::string file_;
   std::uint64_t size_ = 0;
   std::uint64_t read_ = 0;
-  std::chrono::steady_clock::time_point next_;  ///< when to show it again
+  std::chrono::steady_clock::time_point next_;  ///< time of the next update
 };
 
 }  // namespace virtualtv::program

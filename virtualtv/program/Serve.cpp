@@ -31,7 +31,7 @@ using namespace shell;
 
 namespace {
 
-/// Something that one thread waits for and another one has happen.
+/// An event that one thread waits for and another thread triggers.
 class Happening {
  public:
   Happening() : descriptor_(::eventfd(0, EFD_CLOEXEC)) {
@@ -41,7 +41,7 @@ class Happening {
   Happening& operator=(const Happening&) = delete;
   ~Happening() { ::close(descriptor_); }
 
-  /// Can be read once it has happened.
+  /// Becomes readable once the event has happened.
   int descriptor() const { return descriptor_; }
   void happen() const { ::eventfd_write(descriptor_, 1); }
 
@@ -49,7 +49,7 @@ class Happening {
   int descriptor_;
 };
 
-/// Each connection takes a descriptor, and there may be more of these than programs get unless they ask.
+/// Raises the limit of descriptors, since each connection takes one.
 void allowManyDescriptors() {
   rlimit limit{};
   if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
@@ -84,13 +84,13 @@ void startFrom(Desk& desk, const std::string& snapshot) {
   }
 }
 
-/// True where a person has the program in the foreground of a terminal.
+/// True when the program runs in the foreground of a terminal.
 bool hasTerminal() {
   const bool isTerminal = ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
   return isTerminal && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp();
 }
 
-/// Serves while a person talks to the set. The terminal has a thread of its own; what is typed runs on this one.
+/// Serves while a person talks to the set. The terminal has its own thread; typed lines run on this thread.
 void serveBesideTerminal(net::Server& server, Desk& desk) {
   device::Loop& loop = desk.device().loop();
   const Happening end;
@@ -98,7 +98,7 @@ void serveBesideTerminal(net::Server& server, Desk& desk) {
             .afterEach = [&] { desk.sayComplaints(); },
             .onSet = [&loop](const std::function<void()>& work) { loop.call(work); },
             .end = end.descriptor()};
-  const Keys::Tending tending;  // the other thread takes them, as it does without a server
+  const Keys::Tending tending;  // the other thread handles the signals, as without a server
   std::thread terminal([&] {
     try {
       program::talk(desk.session(), talk);
@@ -110,7 +110,7 @@ void serveBesideTerminal(net::Server& server, Desk& desk) {
   });
   server.run();
   end.happen();
-  loop.run();  // what the terminal still wants, until it has ended
+  loop.run();  // runs the remaining work of the terminal until it has ended
   terminal.join();
 }
 
@@ -132,7 +132,7 @@ ExitStatus runServer(kel::CEmpAppBase& app, const Wishes& wishes) {
   server.endOnSignals();
   std::cout << "emp-window: " << server.address() << std::endl;
   if (hasTerminal()) {
-    serveBesideTerminal(server, desk);  // which ends with its input anyway
+    serveBesideTerminal(server, desk);  // ends with its input anyway
   } else {
     if (wishes.serve.untilEof) server.endWithInput(STDIN_FILENO);
     server.run();

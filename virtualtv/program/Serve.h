@@ -6,9 +6,9 @@
 
 namespace virtualtv::program {
 
-/// Serves the set over the network until a signal ends it, the end of the input where that is asked for, or the person
-/// at the terminal, who has the shell on the same set.
-/// @throws std::exception with a line for a person when it can't be served.
+/// Serves the set over the network. It ends by a signal, by the end of the input if that was requested, or by the
+/// person at the terminal, who has a shell on the same set.
+/// @throws std::exception with a line for a person when the set can't be served.
 ExitStatus runServer(kel::CEmpAppBase& app, const Wishes& wishes);
 
 }  // namespace virtualtv::program

@@ -37,7 +37,7 @@ char* prompt(EditLine*) {
   return text;
 }
 
-/// Width of the terminal in characters, 0 when it does not tell.
+/// The width of the terminal in characters; 0 when it is unknown.
 std::size_t columns() {
   winsize size{};
   return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
@@ -64,11 +64,11 @@ class Editor {
     el_set(editor_.get(), EL_EDITOR, "emacs");
     el_set(editor_.get(), EL_HIST, history, history_.get());
     el_wset(editor_.get(), EL_GETCFN, nextKey);
-    // The wide form, as the other one copies both texts and never frees them.
+    // Use the wide function: the narrow one copies both texts and never frees them.
     el_wset(editor_.get(), EL_ADDFN, L"complete", L"completes the word before the cursor", complete);
     el_wset(editor_.get(), EL_ADDFN, L"end-or-delete", L"ends an empty line's input, or deletes a character",
             endOrDelete);
-    el_source(editor_.get(), nullptr);  // which may choose other keys, vi's
+    el_source(editor_.get(), nullptr);  // the file may choose other key bindings, such as vi's
     el_set(editor_.get(), EL_BIND, "^I", "complete", nullptr);
     el_set(editor_.get(), EL_BIND, "^D", "end-or-delete", nullptr);
     clearLinesWithControlC();
@@ -80,7 +80,7 @@ class Editor {
   bool next(std::string& line) {
     int length = 0;
     const Keys::Tending tending;
-    el_set(editor_.get(), EL_PREP_TERM, 1);  // before the prompt, so that keys typed right after it all count
+    el_set(editor_.get(), EL_PREP_TERM, 1);  // before the prompt, so that no key typed right after it is lost
     const wchar_t* text = el_wgets(editor_.get(), &length);
     if (text == nullptr || length <= 0) return false;
     line = Keys::textOf({text, static_cast<std::size_t>(length)});
@@ -103,8 +103,8 @@ class Editor {
 
   static int nextKey(EditLine* editor, wchar_t* key) { return of(editor).keys_.next(*key); }
 
-  /// Completes the word before the cursor; where several words fit, lists them as a comment, so that all that the
-  /// terminal shows can stand in a transcript.
+  /// Completes the word before the cursor. If several words match, lists them as a comment, so that everything on the
+  /// terminal is valid in a transcript.
   static unsigned char complete(EditLine* editor, int) {
     const LineInfo* line = el_line(editor);
     const std::string_view typed(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
@@ -125,7 +125,7 @@ class Editor {
     return CC_REDISPLAY;
   }
 
-  /// Unlike the editor's own command for the key, shows nothing that a transcript could not have.
+  /// Unlike the editor's own command for the key, prints nothing that is invalid in a transcript.
   static unsigned char endOrDelete(EditLine* editor, int) {
     const LineInfoW* line = el_wline(editor);
     if (line->buffer == line->lastchar) return CC_EOF;
@@ -135,12 +135,12 @@ class Editor {
     return CC_REFRESH;
   }
 
-  /// The key then is one like others, while a line is typed and while one is run, and interrupts nothing. It leaves
-  /// nothing on the terminal that a transcript could not have.
+  /// Makes Control-C an ordinary key, both while a line is typed and while a line runs, so that it interrupts nothing.
+  /// It prints nothing that is invalid in a transcript.
   void clearLinesWithControlC() {
     for (const char* mode : {"-d", "-x"}) {
-      // The first takes the key away now. The second has the editor do without it whenever it reads the terminal's
-      // settings anew, as it does when the program is resumed.
+      // The first call disables the interrupt key now. The second one keeps it disabled when the editor reads the
+      // terminal settings again, as after a resume.
       el_set(editor_.get(), EL_SETTY, mode, "intr=", nullptr);
       el_set(editor_.get(), EL_SETTY, mode, "-intr", nullptr);
     }
@@ -155,7 +155,7 @@ class Editor {
   Keys keys_;
 };
 
-/// Runs a line and prints what it prints, and what the person may have meant.
+/// Runs a line, and prints its output and a hint about what the person may have meant.
 void answer(Session& session, const std::string& line) {
   session.columns = columns();
   const Lines lines = session.run(line);

@@ -7,17 +7,17 @@
 
 namespace virtualtv::program {
 
-/// What a conversation with a person stands on.
+/// The environment of a conversation with a person.
 struct Talk {
-  std::filesystem::path history;  ///< file that keeps what was typed; one that can't be read or written is passed over
+  std::filesystem::path history;    ///< history file; ignored when it can't be read or written
   std::function<void()> afterEach;  ///< called after each line
-  /// Runs what works on the set, and returns when it is done: here, or on the thread of the set.
+  /// Runs work on the set and returns when it is done. It may run here or on the thread of the set.
   std::function<void(const std::function<void()>& work)> onSet = [](const std::function<void()>& work) { work(); };
-  int end = -1;  ///< a descriptor; when there is something to read, the conversation ends
+  int end = -1;  ///< a descriptor that ends the conversation when it becomes readable; -1 for none
 };
 
-/// Talks to a person on the terminal until the input ends or `.quit` ends it: line editing, completion, history, hints
-/// on commands that do not exist, help that fits the terminal.
+/// Talks to a person on the terminal until the end of the input or `.quit`. Offers line editing, completion, history,
+/// hints for unknown commands, and help that fits the terminal.
 void talk(shell::Session& session, const Talk& talk);
 
 }  // namespace virtualtv::program

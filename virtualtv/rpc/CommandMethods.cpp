@@ -1,4 +1,4 @@
-// The plug-in's commands as methods: a row for each of the catalogue, and two that take any name.
+// The plug-in's commands as methods: a row for each command of the catalogue, and two rows that take any name.
 #include <cmath>
 #include <deque>
 #include <string>
@@ -25,7 +25,7 @@ constexpr std::string_view result =
         "bytes": {"type": "string", "contentEncoding": "base64"},
         "units": {"type": "array", "items": {"type": "integer"}}}})";
 
-/// A parameter of a command as the text that the plug-in is given.
+/// The text that the plug-in receives for a parameter of a command.
 std::string wordOf(const Json::Value& value, const std::string& name) {
   if (value.isBool()) return value.asBool() ? "1" : "0";
   if (value.isInt64() && std::abs(value.asDouble()) <= greatestWhole) return std::to_string(value.asInt64());
@@ -38,7 +38,7 @@ std::string_view commandOf(const Method& method) {
   return method.name.substr(prefix.size());
 }
 
-/// Its command's parameters, up to the last that is given.
+/// The parameters of a command call, up to the last one given.
 std::vector<std::string> wordsOf(const Call& call) {
   std::vector<std::string> words{std::string(commandOf(call.method))};
   std::vector<std::string> gap;
@@ -89,8 +89,8 @@ void executeWithParamList(const Call& call, std::string& text) {
   run(call, givenWords(call), true, text);
 }
 
-/// What a command answers: its own kind of reply, or a number where that is a failure code. A negative preset is one,
-/// too.
+/// The schema of a command's result: its kind of reply, or a number for a failure code. A negative preset counts as a
+/// failure code.
 Json::Value schemaOf(const CatalogueCommand& command) {
   Json::Value schema = json::read(result);
   schema["description"] = command.answerHelp;
@@ -117,7 +117,7 @@ void describe(const Method& method, Json::Value& description) {
   }
 }
 
-/// The rows, and the names that they hold views of. Their texts stay in the catalogue: few processes need them.
+/// The rows, and the names that they refer to. Their texts stay in the catalogue, since few processes need them.
 struct Rows {
   Rows() {
     for (const CatalogueCommand& command : readCatalogue()) {

@@ -47,7 +47,7 @@ std::string refusal(const Failure& failure, std::string_view id = "null") {
   return response += '}';
 }
 
-/// The response to a request that is refused unread; empty for a notification.
+/// The response to a request that is refused without being run; empty for a notification.
 std::string refusalOf(std::string_view text, const Failure& failure) {
   try {
     const Request request = requestIn(text);
@@ -61,22 +61,22 @@ Failure sessionEnded() {
   return {Code::noSuchSession, "the session has ended"};
 }
 
-/// Whether a message opens a session and does nothing else.
+/// True when a message only opens a session.
 bool isOpening(std::string_view message) {
   if (message.find("session.open") == std::string_view::npos) return false;
   try {
     json::check(message, limits);
     return requestIn(message).method == "session.open";
   } catch (const std::exception&) {
-    return false;  // a batch, or what is refused
+    return false;  // a batch, or an invalid message
   }
 }
 
 }  // namespace
 
-/// A message at work.
+/// A message being handled.
 struct Job {
-  /// A message that is refused as a whole has its reply at once.
+  /// A message that is refused as a whole gets its reply at once.
   Job(std::string_view text, Core::Answered receiver) : answered(std::move(receiver)) {
     try {
       read(text);
@@ -105,7 +105,7 @@ struct Job {
     if (count > longestBatch) throw Failure(Code::notARequest, "a batch has at most 1,000 requests");
   }
 
-  /// The next request; nothing when there is none.
+  /// Returns the next request; nothing at the end.
   std::optional<std::string_view> next() {
     if (!rest) return std::nullopt;
     if (isBatch) return rest->next() ? std::optional(rest->value()) : std::nullopt;
@@ -122,24 +122,24 @@ struct Job {
     reply += response;
   }
 
-  /// Answers what is left of it with a failure, the request under way too.
+  /// Answers the remaining requests with a failure, including the current one.
   void refuseRest(const Failure& failure) {
     if (!under.empty()) add(refusal(failure, under));
     while (const auto request = next()) add(refusalOf(*request, failure));
     close();
   }
-  /// Ends the reply.
+  /// Completes the reply.
   void close() {
     if (isBatch && reply.starts_with('[')) reply += ']';
   }
 
   std::string message;
-  std::optional<json::Parts> rest;  ///< of its requests; none of a message that is refused
+  std::optional<json::Parts> rest;  ///< remaining requests; nothing for a refused message
   bool isBatch = false;
-  std::string under;  ///< the id of the request that is held back; empty where there is none, and for a notification
+  std::string under;  ///< id of the delayed request; empty for none and for a notification
   std::string reply;
   std::vector<std::function<void()>> behind;
-  bool lacksSession = false;  ///< it is refused as a whole: no session is free
+  bool lacksSession = false;  ///< refused as a whole, since no session is free
   Core::Answered answered;
 };
 
@@ -165,7 +165,7 @@ Seat& Core::open() {
   if (seats_.size() >= options_.mostSessions) {
     throw TooManySessions("there are " + std::to_string(seats_.size()) + " sessions, as many as may be");
   }
-  device_.remember();  // not before: a server that nobody uses costs nothing
+  device_.remember();  // only now, so that an unused server costs nothing
   const std::string name = id_ + "-" + std::to_string(++lastSession_);
   const auto seat = std::make_shared<Seat>(device_, name, files());
   seat->shell.client().limitEngines(mostEngines);
@@ -218,13 +218,13 @@ Seat& Core::shared() {
   return seat;
 }
 
-/// Ends a session that nobody is connected to, unless it is used or taken over within a while from now.
+/// Ends a session without a connection after a while, unless it is used or taken over before that.
 void Core::endWhenUnused(const Seat& seat) {
   options_.after(longestUnused, [this, id = seat.id, uses = seat.uses, alive = std::weak_ptr(alive_)] {
     if (alive.expired()) return;
     const auto found = seats_.find(id);
     if (found == seats_.end() || found->second->outlet != nullptr || found->second->uses != uses) return;
-    if (!found->second->queue.empty()) return endWhenUnused(*found->second);  // a call is held back
+    if (!found->second->queue.empty()) return endWhenUnused(*found->second);  // a call is delayed
     close(id);
   });
 }
@@ -235,7 +235,7 @@ void Core::enqueue(Seat& seat, std::string_view message, Answered answered) {
   ++seat.uses;
   if (seat.outlet == nullptr && !seat.isShared) endWhenUnused(seat);
   seat.queue.push_back(std::make_shared<Job>(message, std::move(answered)));
-  const std::shared_ptr<Seat> kept = seats_.at(seat.id);  // a message may end the session
+  const std::shared_ptr<Seat> kept = seats_.at(seat.id);  // keep the session: a message may end it
   work(kept);
 }
 
@@ -258,8 +258,7 @@ void Core::refuse(std::string_view message, const Failure& failure, const Answer
   answered(std::move(job.reply));
 }
 
-/// Has a session opened without that of requests that name none, which may be waiting for a time, or for its first
-/// call.
+/// Opens a session without using the shared session, which may be waiting for a delay or not exist yet.
 void Core::openFor(std::string_view message, Answered answered) {
   const auto nobody = std::make_shared<Seat>(device_, id_ + "-0", files());
   nobody->isShared = true;
@@ -267,18 +266,18 @@ void Core::openFor(std::string_view message, Answered answered) {
   work(nobody);
 }
 
-/// Does what waits for a session, until something of it has to wait for a time.
+/// Handles the waiting messages of a session, until one of them has to wait for a delay.
 void Core::work(const std::shared_ptr<Seat>& seat) {
   if (seat->isAtWork) return;
   seat->isAtWork = true;
   while (!seat->queue.empty()) {
     const std::shared_ptr<Job> job = seat->queue.front();
     const auto leave = [&] {
-      if (!seat->queue.empty()) seat->queue.pop_front();  // it may have ended the session
+      if (!seat->queue.empty()) seat->queue.pop_front();  // empty when the message ended the session
     };
     try {
       if (!goOn(seat, *job)) return;
-    } catch (...) {  // it is not answered, but what comes later will be
+    } catch (...) {  // this message stays unanswered; later ones are handled
       leave();
       seat->isAtWork = false;
       throw;
@@ -294,7 +293,7 @@ void Core::work(const std::shared_ptr<Seat>& seat) {
 /// Runs the requests of a message. @return false when the rest has to wait.
 bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
   while (const auto request = job.next()) {
-    if (seat->hasEnded) {  // by an earlier one
+    if (seat->hasEnded) {  // ended by an earlier request
       job.add(refusalOf(*request, sessionEnded()));
       continue;
     }
@@ -311,7 +310,7 @@ bool Core::goOn(const std::shared_ptr<Seat>& seat, Job& job) {
   return true;
 }
 
-/// Goes on with a session's work after the time that its command took on the set.
+/// Continues the work of a session after the delay of its command on the set.
 void Core::hold(const std::shared_ptr<Seat>& seat, Events::Ran ran, std::string response) {
   const std::chrono::milliseconds delay(std::min(ran.delay, longestHeld));
   seat->isHeld = true;
@@ -341,7 +340,7 @@ std::string Core::answer(Seat& seat, std::string_view text, Job& job) {
   try {
     appendResult(seat, request, job.behind, response);
   } catch (const TooManySessions& error) {
-    job.lacksSession = !job.isBatch;  // the other requests of a batch have replies
+    job.lacksSession = !job.isBatch;  // in a batch the other requests have replies
     response.resize(start);
     appendError(response, {Code::badValue, error.what()});
   } catch (...) {

@@ -23,7 +23,7 @@ namespace virtualtv::rpc {
 struct Job;
 struct Request;
 
-/// A session: what a client has of its own, and the messages that wait for it.
+/// A session: the state of one client, and its waiting messages.
 struct Seat {
   Seat(device::Device& device, const std::string& name, const shell::FileAccess& files)
       : id(name), shell(device, name, files) {}
@@ -31,23 +31,23 @@ struct Seat {
   std::string id;
   shell::Session shell;
   Outlet* outlet = nullptr;                ///< null while it is not connected
-  std::set<std::string> topics;            ///< that it is told of
-  std::deque<std::shared_ptr<Job>> queue;  ///< messages, the one at work first
-  bool isAtWork = false;                   ///< on the first of them
-  bool isHeld = false;                     ///< that waits for a time
-  std::uint64_t uses = 0;                  ///< messages so far
-  bool isShared = false;                   ///< the one of all requests without a session
-  bool hasEnded = false;                   ///< it was closed
+  std::set<std::string> topics;            ///< topics of its subscriptions
+  std::deque<std::shared_ptr<Job>> queue;  ///< waiting messages, the current one first
+  bool isAtWork = false;                   ///< the first message is being handled
+  bool isHeld = false;                     ///< the first message waits for a delay
+  std::uint64_t uses = 0;                  ///< number of messages so far
+  bool isShared = false;                   ///< the session of all requests that name none
+  bool hasEnded = false;                   ///< the session was closed
 };
 
-/// Names of sessions in the order in which these were opened: a number grows behind the same front.
+/// Sorts session names in the order of opening: all start with the same prefix, and their number grows.
 struct Earlier {
   bool operator()(const std::string& left, const std::string& right) const {
     return left.size() != right.size() ? left.size() < right.size() : left < right;
   }
 };
 
-/// The server behind its interface: sessions, the calls that wait, events.
+/// The implementation of the server: sessions, waiting calls, events.
 class Core {
  public:
   Core(device::Device& device, Options options);
@@ -58,22 +58,22 @@ class Core {
   device::Device& device() { return device_; }
   Events& events() { return events_; }
   Scans& scans() { return scans_; }
-  /// Where the set keeps its state; empty for one in memory.
+  /// The directory with the state of the set; empty for a set in memory.
   const std::filesystem::path& state() const { return options_.state; }
-  /// What clients reach of files.
+  /// The files that clients can use.
   const shell::FileAccess& files() const;
-  /// Tells this server from others that were started.
+  /// Identifies this run of the server.
   const std::string& id() const { return id_; }
   const std::string& openRpc();
-  /// What methods answer that change the set: its `revision`.
+  /// The result of methods that change the set: its `revision`.
   Json::Value revision() const;
 
   // Sessions.
 
   /// @throws TooManySessions.
   Seat& open();
-  /// Opens one that nobody is connected to; it ends after a while without a call.
-  /// @throws Failure when too many of them wait already.
+  /// Opens a session without a connection. It ends after a while without a call. @throws Failure when there are too
+  /// many such sessions.
   Seat& openWaiting();
   /// @throws NoSuchSession.
   Seat& seat(const std::string& id);
@@ -87,15 +87,15 @@ class Core {
   /// Receives the reply to a message, as `Server::post` has it.
   using Answered = std::function<void(std::optional<std::string>)>;
 
-  /// Has a message handled once those before it are.
+  /// Queues a message, to be handled after those before it.
   void enqueue(Seat& seat, std::string_view message, Answered answered);
   /// Handles a message of a client that is not connected. @param session  as `Server::post` has it.
   void post(std::string_view message, const std::optional<std::string>& session, Answered answered);
-  /// Answers a message without running anything of it.
+  /// Refuses a message: answers all its requests with the failure, and runs none.
   static void refuse(std::string_view message, const Failure& failure, const Answered& answered);
-  /// Tells what the set could not read or keep.
+  /// Reports what the set could not read or persist.
   void complain(const std::vector<std::string>& complaints) const;
-  /// Sends an event to a session that is connected; ends the connection of one that is too slow.
+  /// Sends an event to a connected session. Ends the connection of a client that is too slow.
   void send(Seat& seat, Event& event);
 
  private:
@@ -117,7 +117,8 @@ class Core {
   std::string openRpc_;
   Events events_;
   Scans scans_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what waits for a time
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< lets delayed functions know whether this object
+                                                                ///< still exists
 };
 
 }  // namespace virtualtv::rpc

@@ -83,14 +83,14 @@ Json::Value valueOf(std::size_t count) {
   return Json::UInt64{count};
 }
 
-/// What the service of a key is known by; null where there is none.
+/// The JSON that identifies the service with a key; null when there is none.
 Json::Value serviceOf(device::Device& device, ServiceKey key) {
   if (key == 0 || !device.isOn()) return {};
   const auto service = device.tv().services().read(key);
   return service ? jsonOf(key, *service) : Json::Value();
 }
 
-/// Writes what happened into an event, a function for each kind.
+/// Writes a happening into an event: one function for each kind.
 class Writer {
  public:
   Writer(device::Device& device, Json::Value& event) : device_(device), event_(event) {}
@@ -108,7 +108,7 @@ class Writer {
   void operator()(const Change& change) const { std::visit(*this, change); }
 
  private:
-  /// What a change has beside its window and values.
+  /// The members of a change other than its window and values.
   template <typename Changed>
   void put(const Changed& changed) const {
     if constexpr (requires { changed.service; }) event_["service"] = serviceOf(device_, changed.service);
@@ -170,7 +170,7 @@ class Writer {
     event_["fault"] = call.fault;
   }
   void put(const framework::LogLine&) const {}
-  void put(const device::Act&) const {}  // not subscribed to
+  void put(const device::Act&) const {}  // acts are not subscribed to
 
   void putTracks(ServiceKey service, const char* kind) const {
     event_["service"] = serviceOf(device_, service);
@@ -220,7 +220,7 @@ struct TopicOf {
   std::string_view operator()(const device::Act&) const { return ""; }
 };
 
-/// A log message, as far as it is told. @param longest  in bytes.
+/// The JSON of a log message, truncated. @param longest  in bytes.
 Json::Value messageOf(const framework::LogLine& line, std::size_t longest) {
   const std::string message = line.message.text();
   Json::Value told;

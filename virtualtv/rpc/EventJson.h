@@ -11,27 +11,28 @@
 
 namespace virtualtv::rpc {
 
-/// The most of a command's log messages that are told, of each of them in bytes, and of a reply.
+/// Limits: the log messages reported for a command, and the bytes of each message and of a reply.
 inline constexpr std::size_t mostMessages = 200;
 inline constexpr std::size_t longestMessage = 4096;
 inline constexpr std::size_t longestReply = 65536;
 
-/// The topic that something belongs to.
+/// The topic of a happening.
 std::string_view topicOf(const device::Happening& happening);
 
-/// True where events say when they happened: there are too many calls and log messages.
+/// True when the events of a topic have a time. Calls and log messages do not, since there are too many.
 bool haveTime(std::string_view topic);
 
-/// An event as clients read it.
+/// The JSON of an event for clients.
 Json::Value jsonOf(device::Device& device, const Event& event);
 
-/// The command that something belongs to, 0 for none: what happens while its engine is opened does not.
+/// The number of the command that a happening belongs to; 0 for none, and for happenings while the engine of the
+/// command is opened.
 std::uint64_t commandOf(const device::Happening& happening);
 
-/// The parts of all about a command that what it caused goes into: `calls`, `keys`, `log`.
+/// An empty record of what a command caused, with the parts `calls`, `keys` and `log`.
 Json::Value emptyCause();
-/// Adds what happened while a session ran a command; at its end what the command's own event has, with the whole reply.
-/// What happened while its engine was opened goes into the same parts of a member `opening`.
+/// Adds a happening to the record of the command that was running. The last happening adds the members of the command's
+/// own event, with the whole reply. Happenings while the engine was opened go to the same parts of a member `opening`.
 void putCause(device::Device& device, const device::Happening& happening, Json::Value& why);
 
 }  // namespace virtualtv::rpc

@@ -34,8 +34,8 @@ void requireConnection(const Call& call) {
   if (call.seat.outlet == nullptr) throw Failure(Code::badValue, "events need a connection: WebSocket");
 }
 
-/// Right behind the reply go the events behind a number; from then on each when it happens. So those of a batch are
-/// told behind its reply, too.
+/// Sends the events after a number right after the reply, and later ones as they happen. So the events of a batch also
+/// follow its reply.
 void beginBehind(const Call& call, std::uint64_t after, const std::set<std::string>& topics) {
   call.behind.emplace_back([&core = call.core, after, topics, id = call.seat.id] {
     const auto found = core.seats().find(id);

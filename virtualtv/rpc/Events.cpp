@@ -11,7 +11,7 @@ namespace virtualtv::rpc {
 
 namespace {
 
-constexpr std::size_t usualSize = 512;  ///< of an event without long texts, with what holds it, in bytes
+constexpr std::size_t usualSize = 512;  ///< memory of an event without long texts, with containers, in bytes
 
 std::size_t sizeOf(const Event& event) {
   std::size_t size = usualSize;
@@ -30,7 +30,7 @@ Events::~Events() {
   device_.unsubscribe(feed_);
 }
 
-/// Only what has been taken is lost, so this is called when nothing waits.
+/// Replacing the feed would lose waiting happenings, so call this only when nothing waits.
 void Events::listen() {
   if (feed_) device_.unsubscribe(feed_);
   feed_ = device_.subscribe(wants_);
@@ -104,7 +104,7 @@ void Events::tellOfLog() {
   if (!log_.happenings.empty()) add(std::exchange(log_, {}));
 }
 
-/// A command, and the messages of one, are told behind what has happened meanwhile.
+/// The events for a command and for its log messages come after all events that happened meanwhile.
 void Events::add(Event event) {
   event.number = ++number_;
   revision_ = event.revision = std::max(event.revision, revision_);

@@ -19,73 +19,73 @@
 
 namespace virtualtv::rpc {
 
-/// What clients can be told of, as events.json has it.
+/// A topic that clients can subscribe to, as in events.json.
 struct Topic {
   std::string name;
   std::string help;
-  std::vector<std::string> kinds;  ///< names of the schemas of its events, each of another kind
+  std::vector<std::string> kinds;  ///< names of the schemas of its kinds of events
 };
 const std::vector<Topic>& topics();
-/// Stands for all of them.
+/// Stands for all topics.
 inline constexpr std::string_view everyTopic = "*";
-/// True when a topic is among those that a client has chosen.
+/// True when a client has chosen the topic.
 bool haveTopic(const std::set<std::string>& chosen, std::string_view topic);
 
-/// Something that clients are told of. It is written out when somebody wants it.
+/// An event for clients. Its text is made when it is first needed.
 struct Event {
   std::uint64_t number = 0;  ///< counted from 1 over all topics
   std::string_view topic;
-  std::uint64_t command = 0;  ///< the server's number of the command that it belongs to, 0 for none
+  std::uint64_t command = 0;  ///< server's number of the command that the event belongs to, 0 for none
   std::uint64_t revision = 0;
   std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
-  /// What happened; several are the log messages of a command.
+  /// What happened. There are several only for the log messages of a command.
   std::vector<std::shared_ptr<const device::Happening>> happenings;
-  std::string session;                      ///< of an event of the topic `session`
-  const char* what = nullptr;               ///< likewise: "opened", "closed"
-  std::shared_ptr<const std::string> text;  ///< as it goes out, once it was written
+  std::string session;                      ///< session of an event of the topic `session`
+  const char* what = nullptr;               ///< for the same topic: "opened", "closed"
+  std::shared_ptr<const std::string> text;  ///< the text to send, once it was made
 };
 
-/// What happens on the device as numbered events, of which the last are held. What a command caused is told at once,
-/// that it ran when its reply goes out.
+/// Turns happenings on the device into numbered events, and keeps the last ones. The effects of a command are sent at
+/// once; the event that it ran is sent with its reply.
 class Events {
  public:
-  /// @param tell  is given each event when it has its number; must not call this object.
+  /// @param tell  called with each event once it has its number; must not call this object.
   Events(device::Device& device, std::function<void(Event&)> tell);
   Events(const Events&) = delete;
   Events& operator=(const Events&) = delete;
   ~Events();
 
-  /// Commands that ran, and have not been told of.
+  /// Commands that ran and were not reported yet.
   struct Ran {
     std::vector<Event> commands;
-    std::uint64_t delay = 0;  ///< milliseconds that the set's latencies held them up
+    std::uint64_t delay = 0;  ///< their delay by latencies of the set, milliseconds
   };
-  /// Numbers and tells what has happened since the last time.
+  /// Numbers and sends what has happened since the last call.
   Ran collect();
-  /// Does something on the device, and collects. Nobody has to be woken for what that causes.
+  /// Does something on the device, and collects its effects without being woken for them.
   template <typename Work>
   Ran collectFrom(Work work) {
     const Attending attending(feed_);
     work();
     return collect();
   }
-  /// Numbers and tells that commands ran.
+  /// Numbers and sends the events that commands ran.
   void tell(Ran ran);
-  /// Numbers and tells that a session was opened or closed.
+  /// Numbers and sends the event that a session was opened or closed.
   void tellOfSession(const std::string& session, const char* what);
 
-  /// Has `wake` called by the device's loop when there may be something to collect.
+  /// Sets the function that the device's loop calls when there may be something to collect.
   void onWake(std::function<void()> wake);
-  /// From now on platform calls or log messages are told too, where the topics have them.
+  /// Also subscribes to platform calls and log messages, if the topics include them.
   void hear(const std::set<std::string>& topics);
 
   /// Number of the last event.
   std::uint64_t number() const { return number_; }
-  /// True when all events behind that one are held.
+  /// True when all events after that number are still kept.
   bool holdsAfter(std::uint64_t number) const;
-  /// Calls `take` with each event that is held, behind that number.
+  /// Calls `take` with each kept event after that number.
   void replay(std::uint64_t after, const std::function<void(Event&)>& take);
-  /// The event as a notification.
+  /// The text of an event as a notification.
   std::shared_ptr<const std::string> textOf(Event& event) const;
 
   static constexpr std::size_t mostHeld = 10'000;
@@ -111,9 +111,9 @@ class Events {
   device::Wants wants_;
   std::shared_ptr<device::Feed> feed_;
   std::uint64_t number_ = 0;
-  std::uint64_t revision_ = 0;                      ///< of the last event
-  Event log_;                                       ///< messages of one command, not told yet
-  std::deque<std::pair<Event, std::size_t>> held_;  ///< with the bytes that each is counted as
+  std::uint64_t revision_ = 0;                      ///< revision of the last event
+  Event log_;                                       ///< log messages of one command, not sent yet
+  std::deque<std::pair<Event, std::size_t>> held_;  ///< the kept events, each with its counted size in bytes
   std::size_t bytes_ = 0;
 };
 

@@ -26,7 +26,7 @@ namespace {
 
 using Examples = std::map<std::string, Example>;
 
-/// The text of a block `ascii |`: a backslash ends one that has no line break at its end.
+/// The text of a block `ascii |`. A backslash at its end means that there is no final line break.
 std::string blockIn(const shell::Lines& lines) {
   std::string text;
   for (std::size_t at = 1; at < lines.size(); ++at) text += lines[at].substr(lines[at] == "|" ? 1 : 2) + "\n";
@@ -34,7 +34,7 @@ std::string blockIn(const shell::Lines& lines) {
   return text;
 }
 
-/// A reply as the engine encodes it. @param lines  as a transcript shows it.
+/// Encodes a reply as the engine does. @param lines  the reply as a transcript shows it.
 std::string encodedIn(const shell::Lines& lines) {
   const std::string_view line = lines.empty() ? std::string_view() : lines.front();
   const std::string_view kind = line.substr(0, line.find(' '));
@@ -52,7 +52,7 @@ std::string encodedIn(const shell::Lines& lines) {
   return encoded;
 }
 
-/// A parameter as a client gives it: a number where it is one that JSON readers take.
+/// The JSON of a parameter: a number if JSON readers accept it as one, else a string.
 Json::Value exampleValue(const std::string& word) {
   constexpr std::int64_t greatestWhole = 9007199254740991;  // 2^53 - 1
   std::int64_t number = 0;
@@ -62,7 +62,8 @@ Json::Value exampleValue(const std::string& word) {
   return word;
 }
 
-/// The command of a scene, after the lines before it. A command with a parameter list is no method of its own.
+/// Reads the example of a command from a scene: its command, and the lines before it. Commands with a parameter list
+/// are skipped, as they have no method of their own.
 void readCommand(Examples& examples, const shell::Scene& scene) {
   std::vector<std::string> before;
   for (const shell::Step& step : scene.steps) {
@@ -83,7 +84,7 @@ void readCommands(Examples& examples) {
   for (const shell::Scene& scene : shell::scenesIn(transcript)) readCommand(examples, scene);
 }
 
-/// Each method's first call, after those since the server was started.
+/// Reads the examples of methods: the first call of each, with the calls before it since the start of the server.
 void readMethods(Examples& examples) {
   std::vector<std::string> before;
   for (const ExampleCall& call : exampleCalls()) {

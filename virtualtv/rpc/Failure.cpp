@@ -57,7 +57,7 @@ Failure currentFailure(const std::string& doing) {
   } catch (const std::bad_alloc&) {
     return {Code::internal, "not enough memory to run " + doing};
   } catch (const Json::RuntimeError&) {
-    // What else the library reports in this way is found before it reads a message.
+    // The other errors that the library reports like this are found by `json::check`, before it reads a message.
     return {Code::internal, "not enough memory to run " + doing};
   } catch (const std::runtime_error& error) {
     return {Code::unreadable, error.what()};

@@ -1,4 +1,4 @@
-// Commands that have run: all about them, and the set as it was behind them.
+// The history of commands: all about a command, and the set as it was after it.
 #include <array>
 #include <stdexcept>
 #include <string>
@@ -22,7 +22,7 @@ std::uint64_t commandIn(const Call& call) {
   return static_cast<std::uint64_t>(call.params.number("command", notNegative));
 }
 
-/// The command that is named, or the last one that an engine of the session was given.
+/// The command that the call names, or the last command of the session.
 std::uint64_t commandOrLast(const Call& call) {
   if (call.params.has("command")) return commandIn(call);
   const std::uint64_t last = call.seat.shell.client().lastCommand();

@@ -26,14 +26,14 @@ std::unordered_map<std::string_view, const Method*> index() {
   return found;
 }
 
-/// Throws unless a name is that of a parameter.
+/// Throws unless there is a parameter with the name.
 void requireKnown(std::span<const Parameter> known, const std::string& name) {
   const auto isIt = [&](const Parameter& parameter) { return parameter.name == name; };
   if (std::none_of(known.begin(), known.end(), isIt))
     refuse(nameShown(name) + ": there is no such parameter; " + namesOf(known));
 }
 
-/// A number such as 1.0 or 3e0 is a whole one.
+/// Converts numbers such as 1.0 or 3e0 to integers.
 void makeWhole(Json::Value& value) {
   if (value.type() == Json::realValue && value.isInt64()) value = Json::Int64{value.asInt64()};
 }
@@ -43,7 +43,7 @@ void makeWhole(Json::Value& value) {
 Params::Params(std::span<const Parameter> known, std::string_view given) {
   try {
     if (!given.empty()) put(known, json::readChecked(given));
-  } catch (const json::NotJson&) {  // all else was checked
+  } catch (const json::NotJson&) {  // a lone surrogate; everything else was checked
     refuse("half of a surrogate pair alone is no character");
   }
   for (const Parameter& parameter : known) {

@@ -19,7 +19,7 @@ class Core;
 struct Method;
 struct Seat;
 
-/// A parameter of a method, as it is checked and documented.
+/// A parameter of a method, for checks and documentation.
 struct Parameter {
   std::string_view name;
   std::string_view schema;  ///< JSON Schema, as JSON
@@ -27,18 +27,19 @@ struct Parameter {
   bool required = false;
 };
 
-/// The parameters of a call, by name. What is missing or of another kind throws a `Failure` that names it.
+/// The parameters of a call, by name. Reading a missing parameter, or one of another type, throws a `Failure` that
+/// names it.
 class Params {
  public:
-  /// @param given  what the call has, as JSON that was checked: a list in the order of `known`, or an object; empty for
-  /// none. @throws Failure when there are unknown ones, too many, or a required one is missing.
+  /// @param given  the parameters of the call, as checked JSON: a list in the order of `known`, or an object; empty for
+  /// none. @throws Failure for unknown, too many or missing required parameters.
   Params(std::span<const Parameter> known, std::string_view given);
 
-  /// False for one that is missing, or null.
+  /// False for a parameter that is missing or null.
   bool has(std::string_view name) const { return !value(name).isNull(); }
-  /// False for one that is missing.
+  /// False for a parameter that is missing.
   bool isGiven(std::string_view name) const { return values_.find(name.data(), name.data() + name.size()) != nullptr; }
-  /// Null where it is missing. Owned by this object.
+  /// The value; null when the parameter is missing. Owned by this object.
   const Json::Value& value(std::string_view name) const;
   /// A text without U+0000.
   std::string text(std::string_view name) const;
@@ -49,7 +50,7 @@ class Params {
   std::int64_t number(std::string_view name, const text::Range& range) const;
   std::int64_t number(std::string_view name, const text::Range& range, std::int64_t otherwise) const;
 
-  /// Runs `read` on the value; what it throws as std::invalid_argument is a failure of the parameter.
+  /// Runs `read` on the value. A std::invalid_argument that it throws becomes a `Failure` of the parameter.
   template <typename Read>
   auto read(std::string_view name, Read read) const {
     try {
@@ -66,29 +67,29 @@ class Params {
   Json::Value values_{Json::objectValue};
 };
 
-/// What a method has to do with.
+/// The context of a call.
 struct Call {
   Core& core;
-  Seat& seat;  ///< whose call it is
+  Seat& seat;  ///< the session of the caller
   const Method& method;
   const Params& params;
-  std::vector<std::function<void()>>& behind;  ///< to be run once the reply is on its way
+  std::vector<std::function<void()>>& behind;  ///< functions to run after the reply was sent
 };
 
-/// A method that clients can call. From these rows calls are carried out, and the description of all is made.
+/// A method that clients can call. These rows define both the calls and the OpenRPC document.
 struct Method {
   std::string_view name;
   std::string_view help;
   std::vector<Parameter> parameters;
-  std::string_view result;  ///< JSON Schema of what it answers, as JSON
+  std::string_view result;  ///< JSON Schema of the result, as JSON
   Json::Value (*run)(const Call& call) = nullptr;
-  /// In place of that: appends the answer as JSON, which is quicker.
+  /// A faster alternative: appends the result as JSON.
   void (*write)(const Call& call, std::string& text) = nullptr;
-  /// Where the texts of the row are missing: puts them into the method's part of the description.
+  /// For rows without texts: adds them to the method's description in the document.
   void (*describe)(const Method& method, Json::Value& description) = nullptr;
 };
 
-/// All methods but those of the plug-in's commands, by area.
+/// All methods except the plug-in's commands, by area.
 std::span<const Method> sessionMethods();
 std::span<const Method> setMethods();
 std::span<const Method> testMethods();
@@ -96,9 +97,9 @@ std::span<const Method> eventMethods();
 std::span<const Method> historyMethods();
 std::span<const Method> commandMethods();
 
-/// The method of that name; null when there is none.
+/// The method with this name; null when there is none.
 const Method* findMethod(std::string_view name);
-/// All of them, in the order in which the description tells them.
+/// All methods, in the order of the OpenRPC document.
 std::vector<const Method*> methods();
 
 }  // namespace virtualtv::rpc

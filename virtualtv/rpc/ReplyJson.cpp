@@ -15,7 +15,7 @@ namespace {
 
 using framework::Reply;
 
-/// A text's front, that ends with a whole character.
+/// A prefix of a text that ends with a whole character.
 std::string_view front(std::string_view text, std::size_t longest) {
   text = text.substr(0, longest);
   while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U) text.remove_suffix(1);
@@ -29,7 +29,7 @@ Json::Value listOf(std::u16string_view units) {
   return list;
 }
 
-// The members stand in the order of their names, as they do in all objects.
+// The members are sorted by name, as in all objects.
 
 template <typename Object>
 void putAscii(Object& object, std::string_view whole, std::size_t longest) {
@@ -63,7 +63,7 @@ void putResult(Object& object, bool accepted, std::string_view encoded, std::siz
   object.put("value", std::int64_t{reply->number});
 }
 
-/// An object that is made rather than written.
+/// Collects the members in a Json::Value instead of writing them.
 struct Made {
   Json::Value json{Json::objectValue};
 

@@ -9,7 +9,7 @@ namespace virtualtv::rpc {
 
 namespace {
 
-/// The members of a request that count, as JSON; empty for those that are missing.
+/// The known members of a request, as JSON; empty for missing ones.
 struct Members {
   std::string_view version;
   std::string_view method;
@@ -17,7 +17,7 @@ struct Members {
   std::string_view id;
 };
 
-/// The name of a member; nothing for one that no UTF-8 stands for, which is none that counts.
+/// The name of a member. Returns nothing for a name that UTF-8 can't hold, which can't be a known member.
 std::optional<std::string> nameOf(const json::Parts& parts) {
   try {
     return parts.name();
@@ -26,7 +26,7 @@ std::optional<std::string> nameOf(const json::Parts& parts) {
   }
 }
 
-/// Of several members of one name the last counts.
+/// Of several members with one name the last counts.
 Members membersOf(json::Parts& parts) {
   Members members;
   while (parts.next()) {
@@ -47,7 +47,7 @@ bool isId(std::string_view value) {
   return value != "true" && value != "false" && !isList(value);
 }
 
-/// A text; nothing for any other value, and for one that no UTF-8 stands for.
+/// The text of a JSON string. Returns nothing for any other value, and for a text that UTF-8 can't hold.
 std::optional<std::string> textOf(std::string_view value) {
   try {
     return json::textOf(value);

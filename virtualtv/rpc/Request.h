@@ -7,14 +7,14 @@
 
 namespace virtualtv::rpc {
 
-/// A request as it stands in its message.
+/// A request, as views of its message.
 struct Request {
   std::string method;
-  std::string_view params;  ///< an array or an object, as JSON; empty where there is none
+  std::string_view params;  ///< an array or an object, as JSON; empty for none
   std::string_view id;      ///< as JSON; empty for a notification
 };
 
-/// What is no request; its answer has the id that it came with, `null` where that can't be told.
+/// The failure for an invalid request. The answer has the id of the request, or `null` when it has no readable id.
 struct NotARequest : Failure {
   NotARequest(const std::string& reason, std::string_view member)
       : Failure(Code::notARequest, reason), id(member.empty() ? "null" : member) {}

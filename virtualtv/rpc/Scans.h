@@ -10,32 +10,32 @@
 
 namespace virtualtv::rpc {
 
-/// The recordings that sessions have scanned, one each, so that what was found can be imported later, and those that
-/// come piece by piece. Only the last few of all sessions are kept, since each may be large.
+/// The last scan of each session, so that its services can be imported later, and the recordings that are being
+/// received in pieces. Only the last few of all sessions are kept, since each may be large.
 class Scans {
  public:
   static constexpr std::size_t most = 8;
 
   struct Found {
-    std::vector<std::string> files;  ///< that were scanned; none where the recording was sent
+    std::vector<std::string> files;  ///< the scanned files; empty when the client sent the recording
     broadcast::Scan scan;
   };
 
-  /// Starts a recording that comes piece by piece. It replaces what the session had.
+  /// Starts a recording that is received in pieces. It replaces an earlier scan of the session.
   broadcast::Scanner& begin(const std::string& session);
-  /// @return that recording; null where none was started, it has ended, or it is no longer kept.
+  /// @return the recording being received; null when none was started, it has ended, or it is no longer kept.
   broadcast::Scanner* underWay(const std::string& session);
-  /// Keeps what was found. It replaces what the session had. @return what is kept.
+  /// Stores the result of a scan. It replaces an earlier scan of the session. @return the stored result.
   const Found& keep(const std::string& session, Found found);
-  /// @return what the session found last; null where that is nothing, or no longer kept.
+  /// @return the session's last result; null when there is none, or it is no longer kept.
   const Found* found(const std::string& session);
-  /// Drops what a session had.
+  /// Drops the scan of a session.
   void forget(const std::string& session);
 
  private:
   struct Entry {
     std::string session;
-    std::unique_ptr<broadcast::Scanner> scanner;  ///< null where the recording has ended
+    std::unique_ptr<broadcast::Scanner> scanner;  ///< null once the recording has ended
     Found found;
   };
 

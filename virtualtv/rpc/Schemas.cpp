@@ -17,7 +17,7 @@ Json::Value eventTable() {
   return json::read(embedded::events);
 }
 
-/// What all events have.
+/// The members that all events have.
 Json::Value commonMembers(const std::string& topic) {
   Json::Value members = json::read(R"({
     "number": {"type": "integer", "description": "counts up by one over all topics"},
@@ -31,7 +31,7 @@ Json::Value commonMembers(const std::string& topic) {
   return members;
 }
 
-/// The whole schema of a kind of events. What its row has is in all of them, and so are the common members but for the
+/// The whole schema of a kind of events. All members of its row are required, and so are the common members except the
 /// command.
 Json::Value schemaOf(const std::string& topic, const Json::Value& row) {
   Json::Value schema = row;

@@ -8,23 +8,23 @@
 
 #include "text/Numbers.h"
 
-// JSON Schemas that several methods have, as JSON, and what numbers of methods can be.
+// JSON Schemas shared by methods, as JSON, and ranges of their numbers.
 
 namespace virtualtv::rpc {
 
 inline constexpr std::string_view textSchema = R"({"type": "string"})";
 inline constexpr std::string_view textOrNumber = R"({"type": ["string", "integer"]})";
 inline constexpr std::string_view anObject = R"({"type": "object"})";
-/// As `Core::revision` answers.
+/// The schema of `Core::revision`.
 inline constexpr std::string_view revisionResult =
     R"({"type": "object", "required": ["revision"], "properties": {"revision": {"type": "integer"}}})";
 
-/// The schemas that results and events refer to, by their names: `#/components/schemas/NAME` in the OpenRPC document.
-/// They stand in schemas.json, those of events in events.json, and live as long as the program.
+/// The schemas that results and events refer to, by name: `#/components/schemas/NAME` in the OpenRPC document. They
+/// come from schemas.json, those of events from events.json. They live as long as the program.
 const Json::Value& namedSchemas();
 inline constexpr std::string_view stateSchema = R"({"$ref": "#/components/schemas/State"})";
 
-/// What JSON readers take for a whole number, from 0 on.
+/// The non-negative integers that JSON readers accept.
 inline constexpr text::Range notNegative{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};
 
 }  // namespace virtualtv::rpc

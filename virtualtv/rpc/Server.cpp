@@ -39,7 +39,7 @@ void Client::take(std::string_view message, std::function<void()> done) {
   core_.enqueue(core_.seat(session_), message, answered);
 }
 
-/// The client has closed its session, and goes on with another.
+/// Opens another session for a client that has closed its session.
 void Client::openAnother() {
   Seat& seat = core_.open();
   seat.outlet = &outlet_;
@@ -64,7 +64,7 @@ void Server::post(std::string_view body, const std::optional<std::string>& sessi
 }
 
 std::string Server::scanned(const broadcast::Scan& scan, const ScanWishes& wishes) {
-  // Kept first: where the set can't keep the services, the recording need not be sent again.
+  // Store the result first, so that the recording need not be sent again when the import fails.
   if (wishes.session && core_->seats().contains(*wishes.session)) core_->scans().keep(*wishes.session, {{}, scan});
   if (wishes.imports) core_->device().import(std::vector<std::string>{}, scan, wishes.add);
   return json::write(broadcast::documentOf(scan));

@@ -16,48 +16,49 @@ namespace virtualtv::broadcast {
 struct Scan;
 }
 
-/// JSON-RPC 2.0 on the virtual TV, without sockets: whoever carries the messages stands around it.
+/// JSON-RPC 2.0 on the virtual TV, without sockets. The caller transports the messages.
 namespace virtualtv::rpc {
 
-/// Where what the server says to one client goes: its connection. Called on the device's thread.
+/// The connection to one client, for the server's messages. Called on the device's thread.
 class Outlet {
  public:
   virtual ~Outlet() = default;
-  /// Sends a message: a JSON text. Messages arrive in the order in which they were sent. Must not call the server.
+  /// Sends a message, a JSON text. Messages must arrive in the order of the calls. Must not call the server.
   virtual void send(std::shared_ptr<const std::string> message) = 0;
-  /// Bytes that were sent and are not on their way yet.
+  /// The number of bytes that wait to be sent.
   virtual std::size_t unsent() const = 0;
   /// Ends the connection of a subscriber that is too slow. Must not call the server.
   virtual void cutOff() = 0;
 };
 
-/// A session that a client names is not there (any more).
+/// The session that a client names does not exist, or not any more.
 struct NoSuchSession : std::invalid_argument {
   using std::invalid_argument::invalid_argument;
 };
-/// As many sessions as there may be are open.
+/// The limit of open sessions is reached.
 struct TooManySessions : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
 struct Options {
-  /// Calls a function after a time, on the device's thread, never before this returns.
+  /// Calls a function after a time, on the device's thread. Must not call it before returning.
   std::function<void(std::chrono::milliseconds, std::function<void()>)> after{};
-  bool waits = true;  ///< replies are held back as long as the latencies of the set's calls say
+  bool waits = true;  ///< delay replies by the latencies of the set's calls
   std::size_t mostSessions = 2000;
-  std::filesystem::path state{};  ///< where the set keeps its state, told to clients; empty for one in memory
-  std::shared_ptr<const shell::FileAccess> files{};  ///< what clients reach of files; null for none
-  /// Is told, a line each, what the set could not read or keep.
+  std::filesystem::path state{};  ///< directory with the state of the set, reported to clients; empty for a set in
+                                  ///< memory
+  std::shared_ptr<const shell::FileAccess> files{};  ///< the files that clients can use; null for none
+  /// Called with each line about what the set could not read or persist.
   std::function<void(const std::string&)> complain{};
 };
 
-/// Reads the tables of methods and events, which the first server and its first request do otherwise. They stay for as
-/// long as the program.
+/// Reads the tables of methods and events ahead of time. Otherwise the first server and its first request read them.
+/// They live as long as the program.
 void prepare();
 
 class Core;
 
-/// A client that is connected. Its session ends with it.
+/// A connected client. Its session ends with it.
 class Client {
  public:
   Client(Core& core, Outlet& outlet, std::string session);
@@ -65,9 +66,9 @@ class Client {
   Client& operator=(const Client&) = delete;
   ~Client();
 
-  /// Handles a message, a request or a batch. What answers it goes to the outlet, none to notifications.
-  /// @param done  called once it is answered: at once, or later where the answer is held back. The next message is not
-  /// to be given before. Not called when the client ends before.
+  /// Handles a message: a request or a batch. The reply goes to the outlet; notifications have none. @param done called
+  /// once the message is answered: at once, or later when the reply is delayed. Do not pass the next message before
+  /// that. Not called when the client ends first.
   void take(std::string_view message, std::function<void()> done);
 
  private:
@@ -76,10 +77,11 @@ class Client {
   Core& core_;
   Outlet& outlet_;
   std::string session_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what is answered later
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< lets delayed replies know whether this object still
+                                                                ///< exists
 };
 
-/// Serves clients on a device. Used on the device's thread, which ends it before the device.
+/// Serves clients on a device. Used on the device's thread, and destroyed there before the device.
 class Server {
  public:
   /// @param device  outlives it.
@@ -89,25 +91,25 @@ class Server {
   ~Server();
 
   /// Connects a client. @param outlet  outlives the client.
-  /// @param session  one that a request without connection has opened and that the client takes over.
+  /// @param session  a session to take over, which a request without a connection has opened.
   /// @throws NoSuchSession, TooManySessions.
   std::unique_ptr<Client> connect(Outlet& outlet, const std::optional<std::string>& session);
 
   /// Handles a request or a batch of a client that is not connected.
-  /// @param session  whose it is; without one, that of all such requests.
-  /// @param answer  called once with the reply, at once or later. The reply is empty where there is none, as for
-  /// notifications; nothing where the request needs a new session and as many as may be are open.
+  /// @param session  the session of the request; without it, the session shared by all such requests.
+  /// @param answer  called once with the reply, at once or later. The reply is empty when there is none, as for
+  /// notifications. It is absent when the request needs a new session and the limit of sessions is reached.
   void post(std::string_view body, const std::optional<std::string>& session,
             std::function<void(std::optional<std::string> reply)> answer);
 
-  /// What becomes of a broadcast that a client sends.
+  /// What to do with a broadcast that a client sends.
   struct ScanWishes {
-    bool imports = false;                  ///< puts the services, if there are any, into the set
-    bool add = false;                      ///< beside those there
-    std::optional<std::string> session{};  ///< that what is found is kept for, if it is still there
+    bool imports = false;                  ///< import the services, if any
+    bool add = false;                      ///< keep the existing services
+    std::optional<std::string> session{};  ///< session to store the result for, if it still exists
   };
-  /// What a client that sent a broadcast is told, as JSON: what was found in it.
-  /// @throws StoreError when the set can't keep the services.
+  /// The answer to a client that sent a broadcast: what was found in it, as JSON.
+  /// @throws StoreError when the set can't persist the services.
   std::string scanned(const broadcast::Scan& scan, const ScanWishes& wishes);
 
   /// @throws NoSuchSession.

@@ -21,14 +21,14 @@ bool isSet(const Service& service, int fieldId) {
   return number(service, fieldId).value_or(0) != 0;
 }
 
-/// Null where the service does not tell its antenna, or a number that is none's.
+/// Null when the service has no antenna field, or an unknown number in it.
 Json::Value antennaOf(const Service& service) {
   const auto antenna = number(service, TCServiceData::ANTENNA_MODE);
   const char* const name = antenna ? antennaName(*antenna) : nullptr;
   return name == nullptr ? Json::Value() : Json::Value(name);
 }
 
-/// Likewise.
+/// Null when the service has no channel type, or an unknown one.
 Json::Value kindIn(const Service& service) {
   const auto type = number(service, TCServiceData::CHANNEL_TYPE);
   const auto kind = type ? kindOf(*type) : std::nullopt;

@@ -6,7 +6,7 @@
 
 namespace virtualtv::rpc {
 
-/// A service as lists of services tell it.
+/// A service as in the results of methods that list services.
 Json::Value serviceDocument(ServiceKey key, const Service& service);
 
 }  // namespace virtualtv::rpc

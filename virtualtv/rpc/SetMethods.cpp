@@ -1,4 +1,4 @@
-// The set as a whole: its state, services, knobs, settings, what it persists.
+// The set as a whole: its state, services, knobs, settings and snapshots.
 #include <array>
 #include <string>
 #include <utility>
@@ -40,7 +40,7 @@ constexpr std::string_view importResult =
                "problems": {"type": "array", "items": {"type": "object", "required": ["at", "reason"], "properties": {
                "line": {"type": "integer"}, "at": {"type": "string"}, "reason": {"type": "string"}}}}}})";
 
-// The shell's lines.
+// Lines of the shell.
 
 Json::Value runLine(const Call& call) {
   const std::string line = call.params.text("line");
@@ -52,7 +52,7 @@ Json::Value runLine(const Call& call) {
   answer["lines"] = Json::arrayValue;
   if (shell::isRemark(line)) return answer;
   for (const std::string& printed : call.seat.shell.run(line)) answer["lines"].append(printed);
-  call.seat.shell.ended = false;  // `.quit` ends what a person types, not a client
+  call.seat.shell.ended = false;  // `.quit` ends the input of a person, not a client
   call.core.complain(call.seat.shell.takeRemarks().complaints);
   return answer;
 }
@@ -149,14 +149,14 @@ Json::Value problemOf(const import::Problem& problem) {
   return json;
 }
 
-/// Adds what is wrong with a list to an object.
+/// Adds the problems of a list to an object.
 void appendProblems(Json::Value& document, const ImportReport& report) {
   document["problems"] = Json::arrayValue;
   for (const import::Problem& problem : report.problems.kept()) document["problems"].append(problemOf(problem));
   document["total"] = Json::UInt64{report.problems.count()};
 }
 
-/// Adds what an import changed to an object.
+/// Adds the changes of an import to an object.
 void appendChanges(Json::Value& document, const ImportReport& report) {
   document["imported"] = Json::UInt64{report.imported};
   document["added"] = Json::UInt64{report.changes.added};
@@ -181,7 +181,7 @@ Json::Value import(const Call& call) {
   } catch (const StoreError&) {
     throw;
   } catch (const std::runtime_error& error) {
-    throw std::invalid_argument(error.what());  // of no known format
+    throw std::invalid_argument(error.what());  // unknown format
   }
   Json::Value answer;
   appendProblems(answer, report);
@@ -231,7 +231,7 @@ void feed(broadcast::Scanner& scanner, const std::string& bytes) {
   scanner.feed({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
-/// The recording of the session that the next part of it belongs to.
+/// The session's recording that the next part belongs to.
 broadcast::Scanner& partial(const Call& call, bool isFirst) {
   const std::string& session = call.seat.id;
   broadcast::Scanner* const scanner = isFirst ? &call.core.scans().begin(session) : call.core.scans().underWay(session);
@@ -239,7 +239,7 @@ broadcast::Scanner& partial(const Call& call, bool isFirst) {
   return *scanner;
 }
 
-/// What is told of a recording of which more is to come.
+/// The result for a part of a recording that is not complete yet.
 Json::Value readSoFar(const broadcast::Scanner& scanner) {
   broadcast::Scan scan;
   scan.packets = scanner.packets();

@@ -1,4 +1,4 @@
-// What testers do: faults of the set, and transcripts, on a set of their own.
+// Methods for testers: faults of the set, and transcripts, which run on a set of their own.
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -90,7 +90,7 @@ Json::Value clearFaults(const Call& call) {
   return Json::objectValue;
 }
 
-/// The set that is served, its engines and who listens to them stand aside meanwhile.
+/// Meanwhile the served set, its engines and their listeners are put aside.
 Json::Value check(const Call& call) {
   constexpr shell::CheckBounds bounds{.inputs = 10'000, .time = std::chrono::seconds(5)};
   const std::string transcript = call.params.content("transcript");

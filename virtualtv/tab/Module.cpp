@@ -26,7 +26,7 @@ namespace virtualtv::tab {
 
 namespace {
 
-/// A client that is connected: hands its messages on one after the other.
+/// A connected client. Passes on its messages one after the other.
 class Connection : rpc::Outlet {
  public:
   Connection(int number, rpc::Server& server, const std::optional<std::string>& session)
@@ -43,7 +43,7 @@ class Connection : rpc::Outlet {
   void send(std::shared_ptr<const std::string> message) override {
     emp_host_send(number_, message->data(), message->size());
   }
-  // The script has each message at once, so nobody is too slow.
+  // The script receives each message at once, so no client is too slow.
   std::size_t unsent() const override { return 0; }
   void cutOff() override {}
 
@@ -69,11 +69,11 @@ class Connection : rpc::Outlet {
   int number_;
   std::deque<std::string> waiting_;
   bool isAsking_ = false;
-  bool isHandingOn_ = false;  ///< further messages are handed on behind this one
+  bool isHandingOn_ = false;  ///< a call further up the stack passes on the following messages
   std::unique_ptr<rpc::Client> client_;
 };
 
-/// Why a call fails, as the script knows it.
+/// Why a call fails, with the numbers that the script knows.
 enum class Failure { other, memory, session, snapshot };
 
 struct NoSnapshot : std::invalid_argument {
@@ -86,7 +86,7 @@ Snapshot snapshotIn(std::string_view text) try {
   throw NoSnapshot(error.what());
 }
 
-/// The set, and all who use it.
+/// The set and its clients.
 class Module {
  public:
   explicit Module(kel::CEmpAppBase& app) : device_(app, storage_) {}
@@ -153,7 +153,7 @@ class Module {
 // NOLINTBEGIN: a process has one of each
 std::unique_ptr<kel::CEmpAppBase> application;
 std::unique_ptr<Module> theModule;
-std::string laid;  // texts of the script
+std::string laid;  // texts from the script
 // NOLINTEND
 
 std::string_view laidText(std::size_t size) {
@@ -179,7 +179,7 @@ int fail(Failure kind, std::string_view line) {
   return -1;
 }
 
-/// Does something for the script, which no exception may reach. @return what `action` does.
+/// Runs `action` for the script, which no exception may reach. @return its result.
 template <typename Action>
 int guarded(Action action) {
   try {
@@ -205,9 +205,9 @@ int guarded(Action action) {
 
 using namespace virtualtv::tab;
 
-/// The framework's entry runs when the package is laid: what it leaves in memory is in the package. So it makes the set
-/// and reads all that a start would have to, but nothing that differs from one start to another, such as time and
-/// chance.
+/// The framework's entry runs when the package is built: the memory it leaves becomes part of the package. So it
+/// creates the set and reads everything that a start would need, but nothing that differs between starts, such as the
+/// time or random numbers.
 int kel::EmpMain(int, char**, CEmpAppBase* app) {
   application.reset(app);
   theModule = std::make_unique<Module>(*app);

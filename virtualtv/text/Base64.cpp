@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr unsigned char noDigit = 64;
 
-/// What each letter stands for.
+/// The value of each letter.
 constexpr std::array<unsigned char, 256> values = [] {
   std::array<unsigned char, 256> all{};
   all.fill(noDigit);

@@ -42,7 +42,7 @@ Decoded decode(std::string_view bytes) {
   return {length, point};
 }
 
-/// How many bytes at the front are ASCII.
+/// The number of ASCII bytes at the front.
 std::size_t asciiFront(std::string_view bytes) {
   constexpr std::uint64_t highBits = 0x8080808080808080U;
   std::size_t at = 0;
@@ -82,7 +82,7 @@ void appendUnits(std::u16string& out, char32_t point) {
   }
 }
 
-/// The code point at `at`, which it moves on; a lone surrogate as it is.
+/// Reads the code point at `at` and advances `at`. A lone surrogate is returned unchanged.
 char32_t next(std::u16string_view units, std::size_t& at) {
   const char32_t unit = units[at++];
   if (!isHigh(unit) || at == units.size() || !isLow(units[at])) return unit;
@@ -93,7 +93,7 @@ bool isControl(char32_t point) {
   return point < 0x20 || (point >= 0x7F && point < 0xA0);
 }
 
-/// The front of `bytes` that is UTF-8 with wanted code points alone.
+/// The longest prefix of `bytes` that is UTF-8 with wanted code points only.
 template <typename Wanted>
 std::string_view frontOf(std::string_view bytes, Wanted wanted) {
   std::string_view rest = bytes;
@@ -154,7 +154,7 @@ std::string toUtf8(std::u16string_view units) {
 std::string quoted(std::u16string_view units) {
   constexpr std::size_t quotes = 2;
   std::string text = "\"";
-  text.reserve(units.size() + quotes);  // most are ASCII
+  text.reserve(units.size() + quotes);  // most units are ASCII
   for (std::size_t at = 0; at < units.size();) {
     const char32_t point = next(units, at);
     if (point == U'"' || point == U'\\') text += '\\';

@@ -33,7 +33,7 @@ class Satellite : public ISatellite {
  public:
   explicit Satellite(const Profile& profile) : profile_(profile) {}
 
-  /// A transponder's id is the physical channel of the services on it.
+  /// The id of a transponder is the physical channel of its services.
   int LookupTransponder(const TSTransponder& transponder, unsigned short& result) override {
     return answer(op("ISatellite::LookupTransponder"), profile_.handle,
                   args(in("transponder", transponder), out("result", result)), [&](Tv& tv) {

@@ -11,7 +11,7 @@ using seam::in;
 using seam::op;
 using seam::out;
 
-/// What `use` answers for the service of an id, which it is given by its key; a failure when there is none.
+/// Calls `use` with the key of the service with an id and returns its result; a failure when there is no such service.
 template <typename Use>
 int withService(Tv& tv, std::uint64_t serviceId, Use use) {
   const auto key = tv.services().keyOf(serviceId);

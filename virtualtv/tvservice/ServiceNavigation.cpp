@@ -11,7 +11,7 @@ using seam::in;
 using seam::op;
 using seam::out;
 
-constexpr bool skipLocked = true;  // a step of zapping goes past services that ask for a code
+constexpr bool skipLocked = true;  // zapping skips services that require a code
 
 class ServiceNavigation : public IServiceNavigation {
  public:
@@ -79,7 +79,7 @@ class ServiceNavigation : public IServiceNavigation {
   int GetOptimumService(TCCriteriaHelper& criteria, TCServiceData& service, TSTvMode mode) override {
     return answer(op("IServiceNavigation::GetOptimumService"), profile_.handle,
                   args(in("", criteria), in("mode", mode), out("service", service)), [&](Tv& tv) {
-                    // The same number may stand on several antennas: the window's own list comes first.
+                    // The same number may exist on several antennas: search the window's own list first.
                     const TvMode own = tv.state()[profile_.window].mode;
                     const TSTvMode list(static_cast<EAntennaMode>(own.antenna), static_cast<EServiceMode>(own.service));
                     const bool any = mode.antennaMode == ANTENNA_NONE;
@@ -111,8 +111,7 @@ class ServiceNavigation : public IServiceNavigation {
   }
 
  private:
-  /// The service on screen is there whether or not the conditions of the criteria select it: one can be tuned to a
-  /// hidden service by its number.
+  /// Ignores the conditions of the criteria: a hidden service can be on screen, since one can tune to it by its number.
   int fetchCurrent(Tv& tv, const TCCriteriaHelper& criteria, TCServiceData& service) const {
     return tv.services().at(tv.state()[profile_.window].service, criteria, service) ? 1 : 0;
   }

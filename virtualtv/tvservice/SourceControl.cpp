@@ -53,7 +53,7 @@ class SourceControl : public ISourceControl {
   }
 
  private:
-  /// A window without a source has none to tell.
+  /// Fails for a window without a source.
   static int tell(int source, ESource& told) {
     if (source < 0) return 0;
     told = static_cast<ESource>(source);

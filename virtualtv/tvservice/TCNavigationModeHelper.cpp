@@ -13,7 +13,7 @@ using virtualtv::seam::out;
 
 constexpr unsigned short anyMinor = 65535;
 
-/// True for the service modes that name an operator's list; the others stand for the whole antenna.
+/// True for the service modes that name an operator's list. Other modes mean the whole antenna.
 bool isOperatorList(EServiceMode mode) {
   return (mode >= 3 && mode <= 18) || (mode >= 21 && mode <= 27);
 }

@@ -1,4 +1,4 @@
-// The TV service's factories. What they make is kept by the set until the engine that asked is closed.
+// The TV service's factories. The set owns the created interfaces until the engine that requested them is closed.
 #include "tvservice/TVServiceAPI.h"
 
 #include "tvservice/Adapters.h"
@@ -12,7 +12,7 @@ using seam::in;
 using seam::op;
 using seam::out;
 
-/// Makes an interface for whoever is calling. @param kind  what its numbers count.
+/// Creates an interface for the current caller. @param kind  interfaces are numbered per kind.
 template <typename Interface>
 Interface* make(const char* kind, Profile profile, std::shared_ptr<Interface> (*maker)(const Profile&)) {
   Interfaces& interfaces = Tv::current().interfaces();
@@ -20,7 +20,7 @@ Interface* make(const char* kind, Profile profile, std::shared_ptr<Interface> (*
   return interfaces.keep(seam::Seam::instance().caller().engine, maker(profile));
 }
 
-/// The window of a profile; false for a profile that the set does not have, or an index other than 0.
+/// Finds the window of a profile. @return false for an unknown profile, or an index other than 0.
 bool windowOf(EProfile profile, int index, Profile& found) {
   if (index != 0 || (profile != PROFILE_MAIN && profile != PROFILE_PIP)) return false;
   found.window = profile == PROFILE_MAIN ? WindowId::main : WindowId::pip;
