@@ -19,7 +19,7 @@ TEST_F(SwitchTest, ANegativeMajorNumberMeansTheSourceAlone) {
   for (const int major : {-1, INT_MIN}) {
     restart();
     EXPECT_TRUE(set(0, major));
-    EXPECT_EQ(calls(), join({askSource(), {askApp, switchTo(0)}, record(0, 20)}));
+    EXPECT_EQ(callsOf("::SetSource"), Lines{switchTo(0)});
   }
 }
 
@@ -27,7 +27,7 @@ TEST_F(SwitchTest, AMajorNumberWithoutAServiceWritesNothing) {
   for (const int major : {0, 70, INT_MAX}) {
     restart();
     EXPECT_FALSE(set(0, major));
-    EXPECT_EQ(calls(), join({askSource(), {askApp, search(major, "[] -> 0")}}));
+    EXPECT_EQ(callsOf("::SetSource"), Lines());
     EXPECT_EQ(logs(), join({asked(0, major), searched(major), {notFound(major)}}));
     EXPECT_EQ(keys(), startKeys);
   }
@@ -65,7 +65,7 @@ TEST_F(SwitchTest, TheFirstServiceThatHasAnIdIsTaken) {
       fault("ISourceControl::SetSource result=1");
       EXPECT_TRUE(set(0, major));
       EXPECT_EQ(logs(), join({asked(0, major), searched(major), {"3 Target service: " + id}, recorded(0, 20)}));
-      EXPECT_EQ(calls()[4], switchTo(0, std::stoull(id)) + " [fault]");
+      EXPECT_EQ(callsOf("::SetSource"), Lines{switchTo(0, id) + " [fault]"});
     }
   }
 }
@@ -81,13 +81,12 @@ TEST_F(SwitchTest, AServiceThatTheTvServiceRefusesWritesNothing) {
 
 TEST_F(SwitchTest, TheMajorNumberIsSearchedForOnAnySourceOfTheTvService) {
   EXPECT_TRUE(set(31, 7));
-  EXPECT_EQ(calls(), join({askSource(), {askApp, search(7, "[{12=281}] -> 1"), switchTo(13, 281)}, record(31, 20)}));
+  EXPECT_EQ(callsOf("::SetSource"), Lines{switchTo(13, "281")});
 }
 
 TEST_F(SwitchTest, WithoutNavigationNoServiceIsFoundAndNoneIsMade) {
   worker.svc_navi_proxy = nullptr;
   EXPECT_FALSE(set(0, 8));
-  EXPECT_EQ(calls(), join({askSource(), {askApp}}));
   EXPECT_EQ(logs(), join({asked(0, 8), searched(8), {notFound(8)}}));
   EXPECT_TRUE(set(0)) << "the source alone needs none";
   EXPECT_EQ(worker.svc_navi_proxy, nullptr);

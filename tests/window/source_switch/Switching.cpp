@@ -10,8 +10,6 @@ using sources::previousPipKey;
 using virtualtv::WindowId;
 
 const Lines startKeys{"20", "77", "0", "-", "-"};
-const std::string askApp = "CEmpEngineBase::GetAppInfo(type=1) -> \"test.app\"";
-const std::string leave = "ISourceControl[main#1]::DeactivateSource() -> 1";
 
 void SwitchTest::SetUp() {
   channels::furnish(tv());
@@ -99,10 +97,6 @@ Lines recorded(int source, int previous) {
   return join({{written(previousMainKey, previous)}, published(source), {written(mainKey, source)}});
 }
 
-Lines askSource() {
-  return {sources::askState, sources::askCurrent};
-}
-
 std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, int shown) {
   const std::string was = std::to_string(previous);
   const Lines told = join({begun, {written(previousMainKey, previous)}, published(source)});
@@ -124,29 +118,9 @@ std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, in
           {"vconf_set_int nth=2 result=throw", join({told, {thrown, unwritten(mainKey, source)}}), second, shown}};
 }
 
-std::string switchTo(int tc) {
-  return "ISourceControl[main#1]::SetSource(source=" + std::to_string(tc) + ", appId=\"test.app\") -> 1";
-}
-
-std::string switchTo(int tc, unsigned long long serviceId) {
-  return "ISourceControl[main#1]::SetSource(source=" + std::to_string(tc) + ", serviceId=" + std::to_string(serviceId) +
-         ", appId=\"test.app\") -> 1";
-}
-
-std::string search(int major, const std::string& answer) {
-  return "IServiceNavigation[main#1]::GetServiceList(fetch 12, where 13=" + std::to_string(major) +
-         ", mode=-1,-1, 0, 0) services=" + answer;
-}
-
-std::string write(const std::string& key, int source) {
-  return "vconf_set_int(key=\"" + key + "\", value=" + std::to_string(source) + ") -> 0";
-}
-
-Lines record(int source, int previous) {
-  return {
-      write(previousMainKey, previous), "CEmpEngineBase::GetAppInfo(type=2) -> \"test.widget\"",
-      "vconf_set_str(key=\"db/kel/current_source_type\", value=\"test.widget:" + std::to_string(source) + "\") -> 0",
-      write(mainKey, source)};
+std::string switchTo(int tc, const std::string& serviceId) {
+  return "ISourceControl[main#1]::SetSource(source=" + std::to_string(tc) +
+         (serviceId.empty() ? "" : ", serviceId=" + serviceId) + ", appId=\"test.app\") -> 1";
 }
 
 }  // namespace switching

@@ -6,8 +6,8 @@
 #include "support/LogLines.h"
 #include "support/Sources.h"
 
-/// What the tests of switching share: a set whose source is about to be switched, and the calls and log lines of the
-/// steps of a switch.
+/// What the tests of switching share: a set whose source is about to be switched, and the log lines of the steps
+/// of a switch.
 namespace switching {
 
 using support::caught;
@@ -72,15 +72,7 @@ Lines recorded(int source, int previous);
 /// Each way in which such a record fails, behind these lines, with the set on this source of its own.
 std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, int shown);
 
-// Calls, as traced.
-
-Lines askSource();
-extern const std::string askApp;
-extern const std::string leave;
-std::string switchTo(int tc);
-std::string switchTo(int tc, unsigned long long serviceId);
-std::string search(int major, const std::string& answer);
-std::string write(const std::string& key, int source);
-Lines record(int source, int previous);
+/// The call that switches, as traced; with the id of a service where there is one.
+std::string switchTo(int tc, const std::string& serviceId = {});
 
 }  // namespace switching
