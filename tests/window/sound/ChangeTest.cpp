@@ -68,7 +68,7 @@ TEST_F(TvChangeAudio, WhetherTheCountWasToldIsNotAsked) {
   EXPECT_EQ(byPidUnder("ServiceDataAux::GetAudioSize result=unwritten", 256), -1);
 }
 
-TEST_F(TvChangeAudio, AFailureByPid) {
+TEST_F(TvChangeAudio, ByPidEachFailureAnswersZero) {
   const auto change = [this] { return worker.ChangeAudioPID(257); };
   std::vector<Outcome> outcomes{
       {"ServiceDataAux::GetAudioSize result=throw", 0, {caught("ChangeAudioPID", "ServiceDataAux::GetAudioSize")}},
@@ -107,7 +107,7 @@ TEST_F(TvChangeAudio, EveryPositionReachesTheSet) {
   }
 }
 
-TEST_F(TvChangeAudio, AnyResultAboveZeroIsASuccessByPosition) {
+TEST_F(TvChangeAudio, ByPositionAnyResultAboveZeroIsASuccess) {
   const auto change = [this] { return worker.ChangeAudioByIndex(1); };
   const std::string told = "3 SetAudioByIndex =>[1]";
   std::vector<Outcome> outcomes{{"IAVControl::SetCurrentAudioByIndex result=2", true, {told}},
@@ -141,7 +141,7 @@ TEST_F(IspChangeAudio, ANegativeNumberReachesTheStackUnsigned) {
   EXPECT_EQ(calls().back(), tracks::manager + "ChangeAudioByIndex(index=4294967295) -> 0 [fault]");
 }
 
-TEST_F(IspChangeAudio, AFailureByPidAnswersZeroUnlessItIsOne) {
+TEST_F(IspChangeAudio, ByPidOnlyZeroAndOneOfTheStackAreSuccesses) {
   const std::string call = "CD2tvMgrProxy::ChangeAudioByPID";
   const std::string told = "3 CEmpTaskWindow::ChangeAudioPID::SetAudioByPID =>[257]";
   const std::string noManager = "0 CEmpTaskWindow::ChangeAudioPID::Invalid Channel Manager Instance.";
@@ -157,7 +157,7 @@ TEST_F(IspChangeAudio, AFailureByPidAnswersZeroUnlessItIsOne) {
              [this] { return worker.ChangeAudioPID(257); });
 }
 
-TEST_F(IspChangeAudio, AFailureByPositionIsOneUnlessItIsOne) {
+TEST_F(IspChangeAudio, ByPositionOnlyZeroAndOneOfTheStackAreSuccesses) {
   const std::string call = "CD2tvMgrProxy::ChangeAudioByIndex";
   const std::string told = "3 CEmpTaskWindow::ChangeAudioByIndex::SetAudioByIndex =>[1]";
   const std::string noManager = "0 CEmpTaskWindow::ChangeAudioByIndex()::Invalid Channel Manager Instance.";

@@ -62,7 +62,7 @@ TEST_F(TvCurrentAudio, AnyResultAboveZeroSucceeds) {
   EXPECT_EQ(text, current("0", "11", "256"));
 }
 
-TEST_F(TvCurrentAudio, AFailureThatLeavesTheText) {
+TEST_F(TvCurrentAudio, WithoutATrackToTellTheTextIsLeft) {
   const auto asked = [this] { return tell(); };
   const Lines noData{banner(0, operation), "0 [CEmpTaskWindow::GetCurrentAudioInfo] Failed to get data."};
   expectEach(

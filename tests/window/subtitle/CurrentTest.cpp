@@ -47,7 +47,7 @@ TEST_F(TvCurrentSubtitle, TheLanguageIsLoggedHexadecimal) {
   }
 }
 
-TEST_F(TvCurrentSubtitle, AnyResultBelowOneFailsAndLeavesTheLanguageAndSoDoesMinusOne) {
+TEST_F(TvCurrentSubtitle, AFailureOrTheLanguageMinusOneFailsAndLeavesTheLanguage) {
   std::vector<Outcome> outcomes{
       {askInUse + "result=unwritten", -1, {failed}},
       {askInUse + "result=1 out.lang=-1", -1, {failed}},

@@ -74,7 +74,7 @@ TEST_F(TvSubtitleList, AnyResultAboveZeroSucceeds) {
   }
 }
 
-TEST_F(TvSubtitleList, WhatIsNotWrittenIsNoneAnUnknownModeOrTheGreatestId) {
+TEST_F(TvSubtitleList, WhatIsNotWrittenReadsAsUnknown) {
   EXPECT_EQ(tellUnder("ServiceDataAux::GetHybridSBTSize result=unwritten"), 1);
   EXPECT_EQ(text, document({{"NumOfSubtitle", "0"}}));
   EXPECT_EQ(tellUnder("IServiceNavigation::GetCurrentServiceInfo result=unwritten"), -1);
