@@ -48,11 +48,12 @@ inline const Lines notZero{"result=-1", "result=2", "result=7", "result=-2147483
 /// The three services with these tracks and favourites on the first.
 std::vector<virtualtv::Service> furnished(const virtualtv::Service& with);
 
-/// A fault in its words, what an operation answers under it, and what it logs.
+/// A fault in its words, what an operation answers under it, and what it logs; the same for other words behind these.
 struct Outcome {
   std::string fault;
   int result;
   Lines logs;
+  Lines ways = {""};
 };
 
 /// A worker for the main window of a set that has the three services, as `ChannelTest` has it.
@@ -82,12 +83,24 @@ class TrackTest : public channels::ChannelTest {
   void expectEach(const Lines& begun, const std::vector<Outcome>& outcomes, Operation operation,
                   const std::string& left = untouched) {
     for (const Outcome& outcome : outcomes) {
-      SCOPED_TRACE(outcome.fault);
-      text = untouched;
-      EXPECT_EQ(under(outcome.fault, operation), outcome.result);
-      EXPECT_EQ(text, left);
-      EXPECT_EQ(logs(), support::join({begun, outcome.logs}));
+      for (const std::string& way : outcome.ways) {
+        SCOPED_TRACE(outcome.fault + " " + way);
+        text = untouched;
+        EXPECT_EQ(under(outcome.fault + " " + way, operation), outcome.result);
+        EXPECT_EQ(text, left);
+        EXPECT_EQ(logs(), support::join({begun, outcome.logs}));
+      }
     }
+  }
+  /// The same where the secondary stack's manager can't be had. @param function  that asks for it.
+  template <typename Operation>
+  void expectWithoutManager(const std::string& function, const Lines& begun, const Lines& told, Operation operation,
+                            int result, const std::string& left = untouched) {
+    const std::string call = "CD2tvMgrProxy::GetInstance";
+    expectEach(begun,
+               {{call, result, told, {"result=null"}},
+                {call, result, support::join({{support::caught(function, call)}, told}), {"result=throw"}}},
+               operation, left);
   }
 
   /// What an operation writes its text into, and what stands there before.

@@ -11,7 +11,6 @@ using support::caught;
 using support::join;
 using support::Lines;
 using tracks::Members;
-using tracks::Outcome;
 
 const Lines noProxy = join({channels::noService(), {"0 Serviceproxy is NULL"}});
 
@@ -34,10 +33,10 @@ TEST_F(GetFavourites, AnyResultAboveZeroSucceeds) {
                    "3 retStr = " + document};
   expectEach({"3 serviceId == 281"}, {{ask + "result=2", 1, told}, {ask + "result=2147483647", 1, told}}, asked,
              document);
-  std::vector<Outcome> failures{
-      {"IService::GetFavorites result=throw", -1, {caught("GetFavorites", "IService::GetFavorites")}}};
-  for (const std::string& way : tracks::notPositive) failures.push_back({ask + way, -1, {"0 GetFavorites failed"}});
-  expectEach({"3 serviceId == 281"}, failures, asked);
+  expectEach({"3 serviceId == 281"},
+             {{ask, -1, {"0 GetFavorites failed"}, tracks::notPositive},
+              {ask + "result=throw", -1, {caught("GetFavorites", "IService::GetFavorites")}}},
+             asked);
   failsWithout(worker.svc_proxy, "CreateService", noProxy, asked, 0);
 }
 
@@ -78,11 +77,12 @@ class UpdateFavourites : public tracks::TrackTest {
 
 TEST_F(UpdateFavourites, AnyResultAboveZeroSucceeds) {
   const auto set = [this] { return worker.UpdateFavorites(281, true, 5); };
-  std::vector<Outcome> outcomes{
-      {"IService::SetFavorites result=2147483647", 1, {}},
-      {"IService::SetFavorites result=throw", -1, {caught("UpdateFavorites", "IService::SetFavorites")}}};
-  for (const std::string& way : tracks::notPositive) outcomes.push_back({"IService::SetFavorites " + way, -1, {}});
-  expectEach({begun("281", "1", "5")}, outcomes, set);
+  const std::string call = "IService::SetFavorites";
+  expectEach({begun("281", "1", "5")},
+             {{call + " result=2147483647", 1, {}},
+              {call, -1, {}, tracks::notPositive},
+              {call + " result=throw", -1, {caught("UpdateFavorites", call)}}},
+             set);
   failsWithout(worker.svc_proxy, "CreateService", noProxy, set, 0);
 }
 

@@ -8,7 +8,6 @@ namespace {
 using support::caught;
 using support::join;
 using support::Lines;
-using tracks::Outcome;
 
 /// The two ways to choose a track, on a stack.
 template <typename Base>
@@ -70,18 +69,17 @@ TEST_F(TvChangeAudio, WhetherTheCountWasToldIsNotAsked) {
 
 TEST_F(TvChangeAudio, ByPidEachFailureAnswersZero) {
   const auto change = [this] { return worker.ChangeAudioPID(257); };
-  std::vector<Outcome> outcomes{
-      {"ServiceDataAux::GetAudioSize result=throw", 0, {caught("ChangeAudioPID", "ServiceDataAux::GetAudioSize")}},
-      {"ServiceDataAux::GetAudio result=throw",
-       0,
-       {counted("3"), caught("ChangeAudioPID", "ServiceDataAux::GetAudio")}},
-      {"IAVControl::SetCurrentAudioByIndex result=throw", 0,
-       found({caught("ChangeAudioPID", "IAVControl::SetCurrentAudioByIndex")})},
-      {"IAVControl::SetCurrentAudioByIndex result=2", 1, found({"3 SetCurrentAudioByIndex success!"})}};
-  for (const std::string& way : tracks::notPositive) {
-    outcomes.push_back({"IAVControl::SetCurrentAudioByIndex " + way, 0, found({"0 SetCurrentAudioByIndex failed!"})});
-  }
-  expectEach(begunOnTv, outcomes, change);
+  const std::string select = "IAVControl::SetCurrentAudioByIndex";
+  expectEach(
+      begunOnTv,
+      {{"ServiceDataAux::GetAudioSize result=throw", 0, {caught("ChangeAudioPID", "ServiceDataAux::GetAudioSize")}},
+       {"ServiceDataAux::GetAudio result=throw",
+        0,
+        {counted("3"), caught("ChangeAudioPID", "ServiceDataAux::GetAudio")}},
+       {select + " result=throw", 0, found({caught("ChangeAudioPID", select)})},
+       {select + " result=2", 1, found({"3 SetCurrentAudioByIndex success!"})},
+       {select, 0, found({"0 SetCurrentAudioByIndex failed!"}), tracks::notPositive}},
+      change);
   expectEach(tracks::onTv,
              {{"IServiceNavigation::GetTvMode result=0", 0, {sound::noMode}},
               {"IServiceNavigation::GetCurrentService result=-1", 0, {sound::noService}}},
@@ -110,14 +108,12 @@ TEST_F(TvChangeAudio, EveryPositionReachesTheSet) {
 TEST_F(TvChangeAudio, ByPositionAnyResultAboveZeroIsASuccess) {
   const auto change = [this] { return worker.ChangeAudioByIndex(1); };
   const std::string told = "3 SetAudioByIndex =>[1]";
-  std::vector<Outcome> outcomes{{"IAVControl::SetCurrentAudioByIndex result=2", true, {told}},
-                                {"IAVControl::SetCurrentAudioByIndex result=throw",
-                                 false,
-                                 {caught("ChangeAudioByIndex", "IAVControl::SetCurrentAudioByIndex"), told}}};
-  for (const std::string& way : tracks::notPositive) {
-    outcomes.push_back({"IAVControl::SetCurrentAudioByIndex " + way, false, {told}});
-  }
-  expectEach(tracks::onTv, outcomes, change);
+  const std::string select = "IAVControl::SetCurrentAudioByIndex";
+  expectEach(tracks::onTv,
+             {{select + " result=2", true, {told}},
+              {select + " result=throw", false, {caught("ChangeAudioByIndex", select), told}},
+              {select, false, {told}, tracks::notPositive}},
+             change);
   failsWithout(worker.av_ctrl_proxy, "CreateAVControl", join({tracks::onTv, sound::avMissing}), change, false);
 }
 
@@ -146,15 +142,14 @@ TEST_F(IspChangeAudio, ByPidOnlyZeroAndOneOfTheStackAreSuccesses) {
   const std::string told = "3 CEmpTaskWindow::ChangeAudioPID::SetAudioByPID =>[257]";
   const std::string noManager = "0 CEmpTaskWindow::ChangeAudioPID::Invalid Channel Manager Instance.";
   const std::string failed = sound::failed(pidVariant);
-  std::vector<Outcome> outcomes{{call + " result=1", 1, {told, sound::went(pidVariant)}},
-                                {call + " result=throw", 0, {caught(pidVariant, call), told, failed}},
-                                {"CD2tvMgrProxy::GetInstance result=null", 0, {noManager, failed}},
-                                {"CD2tvMgrProxy::GetInstance result=throw",
-                                 0,
-                                 {caught(pidVariant, "CD2tvMgrProxy::GetInstance"), noManager, failed}}};
-  for (const std::string& way : tracks::notZero) outcomes.push_back({call + " " + way, 0, {told, failed}});
-  expectEach({tracks::onIsp, "3 CEmpTaskWindow::ChangeAudioPID::ChangeAudioByPID Start!!"}, outcomes,
-             [this] { return worker.ChangeAudioPID(257); });
+  const Lines begun{tracks::onIsp, "3 CEmpTaskWindow::ChangeAudioPID::ChangeAudioByPID Start!!"};
+  const auto change = [this] { return worker.ChangeAudioPID(257); };
+  expectEach(begun,
+             {{call + " result=1", 1, {told, sound::went(pidVariant)}},
+              {call + " result=throw", 0, {caught(pidVariant, call), told, failed}},
+              {call, 0, {told, failed}, tracks::notZero}},
+             change);
+  expectWithoutManager(pidVariant, begun, {noManager, failed}, change, 0);
 }
 
 TEST_F(IspChangeAudio, ByPositionOnlyZeroAndOneOfTheStackAreSuccesses) {
@@ -162,15 +157,14 @@ TEST_F(IspChangeAudio, ByPositionOnlyZeroAndOneOfTheStackAreSuccesses) {
   const std::string told = "3 CEmpTaskWindow::ChangeAudioByIndex::SetAudioByIndex =>[1]";
   const std::string noManager = "0 CEmpTaskWindow::ChangeAudioByIndex()::Invalid Channel Manager Instance.";
   const std::string failed = sound::failed(indexVariant);
-  std::vector<Outcome> outcomes{{call + " result=1", true, {told, sound::went(indexVariant)}},
-                                {call + " result=throw", false, {told, caught(indexVariant, call), failed}},
-                                {"CD2tvMgrProxy::GetInstance result=null", false, {noManager, failed}},
-                                {"CD2tvMgrProxy::GetInstance result=throw",
-                                 false,
-                                 {caught(indexVariant, "CD2tvMgrProxy::GetInstance"), noManager, failed}}};
-  for (const std::string& way : tracks::notZero) outcomes.push_back({call + " " + way, false, {told, failed}});
-  expectEach({tracks::onIsp, "3 CEmpTaskWindow::ChangeAudioByIndex()::ChangeAudioByIndex Start!!"}, outcomes,
-             [this] { return worker.ChangeAudioByIndex(1); });
+  const Lines begun{tracks::onIsp, "3 CEmpTaskWindow::ChangeAudioByIndex()::ChangeAudioByIndex Start!!"};
+  const auto change = [this] { return worker.ChangeAudioByIndex(1); };
+  expectEach(begun,
+             {{call + " result=1", true, {told, sound::went(indexVariant)}},
+              {call + " result=throw", false, {told, caught(indexVariant, call), failed}},
+              {call, false, {told, failed}, tracks::notZero}},
+             change);
+  expectWithoutManager(indexVariant, begun, {noManager, failed}, change, false);
 }
 
 TEST_F(IspChangeAudio, TheVariantsThemselvesAnswerTheStacksOwnNumber) {

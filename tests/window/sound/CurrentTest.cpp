@@ -34,19 +34,18 @@ TEST_F(TvCurrentAudio, TheLanguageIsThatOfTheAvControlAndThePidThatOfTheTrack) {
 
 TEST_F(TvCurrentAudio, WhatIsNotKnownOrCannotBeReadAnswersMinusOneWithADocument) {
   const auto asked = [this] { return tell(); };
-  for (const std::string& way : tracks::notPositive) {
-    expectEach(tracks::onTv,
-               {{"IAVControl::GetCurrentAudioInfo " + way, -1,
-                 join({{notKnown}, tracks::currentTold, {notRead, told("-1", "-1")}})}},
-               asked, current("-1", "-1", "0"));
-    expectEach(tracks::onTv,
-               {{"IAVControl::GetCurrentAudioInfo out.lang=5 out.index=2 " + way, -1,
-                 join({{notKnown}, tracks::currentTold, {told("2", "5")}})}},
-               asked, current("2", "5", "258"));
-    expectEach(tracks::onTv,
-               {{"ServiceDataAux::GetAudio " + way, -1, join({tracks::currentTold, {notRead, told("0", "11")}})}},
-               asked, current("0", "11", "0"));
-  }
+  const std::string ask = "IAVControl::GetCurrentAudioInfo";
+  expectEach(tracks::onTv,
+             {{ask, -1, join({{notKnown}, tracks::currentTold, {notRead, told("-1", "-1")}}), tracks::notPositive}},
+             asked, current("-1", "-1", "0"));
+  expectEach(tracks::onTv,
+             {{ask + " out.lang=5 out.index=2", -1, join({{notKnown}, tracks::currentTold, {told("2", "5")}}),
+               tracks::notPositive}},
+             asked, current("2", "5", "258"));
+  expectEach(
+      tracks::onTv,
+      {{"ServiceDataAux::GetAudio", -1, join({tracks::currentTold, {notRead, told("0", "11")}}), tracks::notPositive}},
+      asked, current("0", "11", "0"));
 }
 
 TEST_F(TvCurrentAudio, WhatIsNotWrittenStaysPreset) {
@@ -124,19 +123,13 @@ TEST_F(IspCurrentAudio, WhatTheStackDoesNotWriteStaysPreset) {
 
 TEST_F(IspCurrentAudio, AFailureAnswersZeroWithADocument) {
   const std::string notTold = "0 CEmpTaskWindow::GetMultiAudioInfo::GetMultiAudioInfo() fail to return   ";
-  std::vector<tracks::Outcome> outcomes{{"CD2tvMgrProxy::GetInstance result=null", 0, {tracks::noManager, failed}},
-                                        {"CD2tvMgrProxy::GetInstance result=throw",
-                                         0,
-                                         {caught(variant, "CD2tvMgrProxy::GetInstance"), tracks::noManager, failed}},
-                                        {"CD2tvMgrProxy::GetCurrentAudioInfo result=throw",
-                                         0,
-                                         {caught(variant, "CD2tvMgrProxy::GetCurrentAudioInfo"), notTold, failed}}};
-  for (const std::string& way : tracks::notZero) {
-    outcomes.push_back(
-        {"CD2tvMgrProxy::GetCurrentAudioInfo out.pid=1 out.index=2 out.lang=3 " + way, 0, {notTold, failed}});
-  }
-  expectEach(
-      begunOnIsp, outcomes, [this] { return tell(); }, failureDocument);
+  const std::string call = "CD2tvMgrProxy::GetCurrentAudioInfo";
+  const auto asked = [this] { return tell(); };
+  expectEach(begunOnIsp,
+             {{call + " result=throw", 0, {caught(variant, call), notTold, failed}},
+              {call + " out.pid=1 out.index=2 out.lang=3", 0, {notTold, failed}, tracks::notZero}},
+             asked, failureDocument);
+  expectWithoutManager(variant, begunOnIsp, {tracks::noManager, failed}, asked, 0, failureDocument);
 }
 
 TEST_F(IspCurrentAudio, ADocumentThatCannotBeWrittenAnswersZeroAndLeavesTheText) {

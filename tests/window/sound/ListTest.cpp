@@ -131,23 +131,16 @@ TEST_F(IspAudioList, WhatIsNotWrittenIsZeroEachTime) {
 TEST_F(IspAudioList, AFailureAnswersZeroWithADocument) {
   const std::string counted =
       "3 CEmpTaskWindow::GetMultiAudioInfo: GetTotalNumOfAudio  sucessufully returned : NumofAudio==> 3 ";
-  std::vector<tracks::Outcome> outcomes{{"CD2tvMgrProxy::GetInstance result=null", 0, {tracks::noManager, failed}},
-                                        {"CD2tvMgrProxy::GetInstance result=throw",
-                                         0,
-                                         {caught(variant, "CD2tvMgrProxy::GetInstance"), tracks::noManager, failed}},
-                                        {"CD2tvMgrProxy::GetTotalNumOfAudio result=throw",
-                                         0,
-                                         {caught(variant, "CD2tvMgrProxy::GetTotalNumOfAudio"), failed}},
-                                        {"CD2tvMgrProxy::GetMultiAudioInfo result=throw",
-                                         0,
-                                         {counted, caught(variant, "CD2tvMgrProxy::GetMultiAudioInfo"), failed}}};
-  for (const std::string& way : tracks::notZero) {
-    outcomes.push_back({"CD2tvMgrProxy::GetTotalNumOfAudio out.count=9 " + way,
-                        0,
-                        {"0 CEmpTaskWindow::GetMultiAudioInfo:: GetTotalNumOfAudio()  fail to return   ", failed}});
-  }
-  expectEach(
-      begunOnIsp, outcomes, [this] { return tell(); }, noIspTracks);
+  const std::string count = "CD2tvMgrProxy::GetTotalNumOfAudio";
+  const std::string read = "CD2tvMgrProxy::GetMultiAudioInfo";
+  const std::string notCounted = "0 CEmpTaskWindow::GetMultiAudioInfo:: GetTotalNumOfAudio()  fail to return   ";
+  const auto told = [this] { return tell(); };
+  expectEach(begunOnIsp,
+             {{count + " result=throw", 0, {caught(variant, count), failed}},
+              {count + " out.count=9", 0, {notCounted, failed}, tracks::notZero},
+              {read + " result=throw", 0, {counted, caught(variant, read), failed}}},
+             told, noIspTracks);
+  expectWithoutManager(variant, begunOnIsp, {tracks::noManager, failed}, told, 0, noIspTracks);
 }
 
 TEST_F(IspAudioList, ADocumentThatCannotBeWrittenAnswersZeroAndLeavesTheText) {

@@ -8,7 +8,6 @@ namespace {
 using support::caught;
 using support::join;
 using support::Lines;
-using tracks::Outcome;
 
 const std::string operation = "ChangeSubtitle";
 const std::string asked = "3  this is ChangeSubtitle";
@@ -18,12 +17,12 @@ using TvChangeSubtitle = subtitle::SubtitleTest;
 TEST_F(TvChangeSubtitle, AnyResultAboveZeroIsASuccess) {
   const Lines begun = join({{asked}, tracks::onTv, {"3 Current is not ISP Source.\n "}});
   const auto change = [this] { return worker.ChangeSubtitle(1); };
-  std::vector<Outcome> outcomes{
-      {"IDataControl::SelectHybridSBT result=2", 1, {}},
-      {"IDataControl::SelectHybridSBT result=throw", -1, {caught(operation, "IDataControl::SelectHybridSBT")}}};
-  for (const std::string& way : tracks::notPositive)
-    outcomes.push_back({"IDataControl::SelectHybridSBT " + way, -1, {}});
-  expectEach(begun, outcomes, change);
+  const std::string select = "IDataControl::SelectHybridSBT";
+  expectEach(begun,
+             {{select + " result=2", 1, {}},
+              {select + " result=throw", -1, {caught(operation, select)}},
+              {select, -1, {}, tracks::notPositive}},
+             change);
   failsWithout(worker.svc_datacontrol_proxy, "CreateDataControl", join({begun, subtitle::dataControlMissing}), change,
                -1);
 }
@@ -41,16 +40,13 @@ TEST_F(IspChangeSubtitle, AFailureIsTheStacksOwnNumberAndSaysSuccess) {
   const std::string call = "CD2tvMgrProxy::ChangeSubtitleLanguage";
   const std::string received = "3 CEmpTaskWindow::ChangeSubtitleLanguage for recieved SubtitleIndex:: [-3]!!";
   const std::string failed = "3 CEmpTaskWindow::ChangeSubtitleLanguage Ends =>[-3]  Success";
-  std::vector<Outcome> outcomes{{call + " result=throw", -1, {received, caught(operation, call), failed}},
-                                {"CD2tvMgrProxy::GetInstance result=null", -1, {tracks::noManager}},
-                                {"CD2tvMgrProxy::GetInstance result=throw",
-                                 -1,
-                                 {caught(operation, "CD2tvMgrProxy::GetInstance"), tracks::noManager}}};
+  const Lines begun{asked, tracks::onIsp, "3 CEmpTaskWindow::ChangeSubtitleLanguage Start!!"};
+  const auto change = [this] { return worker.ChangeSubtitle(-3); };
   for (const int result : {1, 2, -1, -5, INT_MIN}) {
-    outcomes.push_back({call + " result=" + std::to_string(result), result, {received, failed}});
+    expectEach(begun, {{call + " result=" + std::to_string(result), result, {received, failed}}}, change);
   }
-  expectEach({asked, tracks::onIsp, "3 CEmpTaskWindow::ChangeSubtitleLanguage Start!!"}, outcomes,
-             [this] { return worker.ChangeSubtitle(-3); });
+  expectEach(begun, {{call + " result=throw", -1, {received, caught(operation, call), failed}}}, change);
+  expectWithoutManager(operation, begun, {tracks::noManager}, change, -1);
 }
 
 }  // namespace

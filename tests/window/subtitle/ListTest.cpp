@@ -13,7 +13,6 @@ using support::join;
 using support::Lines;
 using tracks::document;
 using tracks::Members;
-using tracks::Outcome;
 
 const std::string operation = "GetSubtitleInfo";
 
@@ -86,24 +85,26 @@ TEST_F(TvSubtitleList, WhatIsNotWrittenReadsAsUnknown) {
 
 TEST_F(TvSubtitleList, AFailureLeavesTheText) {
   const auto told = [this] { return tell(); };
-  std::vector<Outcome> outcomes{
-      {"TCNavigationModeHelper::GetNavigationCriteria result=0", -1, {"0 Get navigation criteria failed"}},
-      {"IServiceNavigation::GetCurrentServiceInfo result=0", -1, {"0 GetCurrentServiceInfo failed."}},
-      {"IServiceNavigation::GetCurrentServiceInfo result=-1", -1, {"0 GetCurrentServiceInfo failed."}},
-      {"ServiceDataAux::GetHybridSBTSize out.size=2 result=0", -1, {idTold, noSize}},
-      {"ServiceDataAux::GetHybridSBTSize out.size=2 result=-1", -1, {idTold, noSize}}};
-  for (const std::string result : {"0", "-1", "2", "2147483647"}) {  // a mode is told by 1 alone
-    outcomes.push_back({"IServiceNavigation::GetTvMode result=" + result, -1, {"0 GetTvMode failed."}});
-  }
+  const std::string ask = "IServiceNavigation::GetCurrentServiceInfo";
+  const std::string count = "ServiceDataAux::GetHybridSBTSize";
+  const Lines below{"result=0", "result=-1"};
+  expectEach(tracks::onTv,
+             {{"IServiceNavigation::GetTvMode",
+               -1,
+               {"0 GetTvMode failed."},
+               {"result=0", "result=-1", "result=2", "result=2147483647"}},  // a mode is told by 1 alone
+              {"TCNavigationModeHelper::GetNavigationCriteria result=0", -1, {"0 Get navigation criteria failed"}},
+              {ask, -1, {"0 GetCurrentServiceInfo failed."}, below},
+              {count + " out.size=2", -1, {idTold, noSize}, below}},
+             told);
   const std::vector<std::pair<std::string, Lines>> steps{{"IServiceNavigation::GetTvMode", {}},
                                                          {"TCNavigationModeHelper::GetNavigationCriteria", {}},
-                                                         {"IServiceNavigation::GetCurrentServiceInfo", {}},
-                                                         {"ServiceDataAux::GetHybridSBTSize", {idTold}},
+                                                         {ask, {}},
+                                                         {count, {idTold}},
                                                          {"ServiceDataAux::GetHybridSBT", {idTold, sizeTold}}};
   for (const auto& [call, lines] : steps) {
-    outcomes.push_back({call + " result=throw", -1, join({lines, {caught(operation, call)}})});
+    expectEach(tracks::onTv, {{call + " result=throw", -1, join({lines, {caught(operation, call)}})}}, told);
   }
-  expectEach(tracks::onTv, outcomes, told);
   failsWithout(worker.servicedata_aux_proxy, "ServiceDataAux",
                join({tracks::onTv,
                      {idTold, "0 servicedata_aux_proxy is NULL, t_eWindow =0",
@@ -194,24 +195,20 @@ TEST_F(IspSubtitleList, WhatIsNotWrittenIsZero) {
 }
 
 TEST_F(IspSubtitleList, AFailureAnswersMinusOneWithADocument) {
-  std::vector<Outcome> outcomes{{"CD2tvMgrProxy::GetInstance result=null", -1, {tracks::noManager}},
-                                {"CD2tvMgrProxy::GetInstance result=throw",
-                                 -1,
-                                 {caught(operation, "CD2tvMgrProxy::GetInstance"), tracks::noManager}},
-                                {"CD2tvMgrProxy::GetTotalNumOfSubtitle result=throw",
-                                 -1,
-                                 {caught(operation, "CD2tvMgrProxy::GetTotalNumOfSubtitle")}},
-                                {"CD2tvMgrProxy::GetDVBSubtitleInfo result=throw", -1,
-                                 join({counted("5", "2", "2", "1"),
-                                       {"3 CEmpTaskWindow::GetSubtitleInfo:: Index NO is :[0] ",
-                                        caught(operation, "CD2tvMgrProxy::GetDVBSubtitleInfo")}})}};
-  for (const std::string result : {"1", "-1", "2", "-2147483648"}) {
-    outcomes.push_back({"CD2tvMgrProxy::GetTotalNumOfSubtitle out.subtitles=9 result=" + result,
-                        -1,
-                        {"0 CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle fail to return  \n "}});
-  }
-  expectEach(
-      begunOnIsp, outcomes, [this] { return tell(); }, noEntries);
+  const std::string count = "CD2tvMgrProxy::GetTotalNumOfSubtitle";
+  const std::string read = "CD2tvMgrProxy::GetDVBSubtitleInfo";
+  const auto told = [this] { return tell(); };
+  expectEach(begunOnIsp,
+             {{count + " out.subtitles=9",
+               -1,
+               {"0 CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle fail to return  \n "},
+               {"result=1", "result=-1", "result=2", "result=-2147483648"}},
+              {count + " result=throw", -1, {caught(operation, count)}},
+              {read + " result=throw", -1,
+               join({counted("5", "2", "2", "1"),
+                     {"3 CEmpTaskWindow::GetSubtitleInfo:: Index NO is :[0] ", caught(operation, read)}})}},
+             told, noEntries);
+  expectWithoutManager(operation, begunOnIsp, {tracks::noManager}, told, -1, noEntries);
 }
 
 TEST_F(IspSubtitleList, ADocumentThatCannotBeWrittenAnswersMinusOneAndLeavesTheText) {
