@@ -46,15 +46,6 @@ TEST_F(PictureInPictureTest, TheSetSwitchesAndTheCommandFailsAfterThePreviousSou
   expectFailures(31, noMajor, begun, {{"vconf_set_int result=-1", {unwritten(previousPipKey, 15)}}});
 }
 
-TEST_F(PictureInPictureTest, LeavingTheTvServiceIsRecordedNoBetter) {
-  for (const int source : {100, isp, none}) {
-    restart();
-    EXPECT_FALSE(set(source));
-    EXPECT_EQ(keys(), (Lines{"20", "77", "0", "15", "-"}));
-    EXPECT_EQ(shown(WindowId::pip), -1);
-  }
-}
-
 TEST_F(PictureInPictureTest, TheSourceShownIsASuccessOnlyWhereTheKeyAgrees) {
   const std::string equal = "3 t_SetSource 15 is equal to vconf 15";
   EXPECT_FALSE(set(15));
@@ -71,19 +62,6 @@ TEST_F(PictureInPictureTest, ThePreviousSourceIsTheWindowsOwn) {
   setSetting(previousPipKey, 31);
   EXPECT_EQ(worker.SetSource(static_cast<_PL_WINDOW_Source>(34), static_cast<_PL_WINDOW_SEEK>(8)), 0);
   EXPECT_EQ(shown(WindowId::pip), 13);
-}
-
-TEST_F(PictureInPictureTest, AMissingSourceControlIsMadeForTheWindow) {
-  worker.src_ctrl_proxy = nullptr;
-  EXPECT_FALSE(set(31));
-  EXPECT_EQ(calls().front(), "TVServiceAPI::CreateSourceControl(profile=101, index=0) -> 0");
-}
-
-TEST_F(PictureInPictureTest, BackInTheMainWindowASwitchIsRecordedInFull) {
-  EXPECT_FALSE(set(31));
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_MAIN), 1);
-  EXPECT_TRUE(set(31));
-  EXPECT_EQ(keys(), (Lines{"31", "20", "0", "15", "test.widget:31"}));
 }
 
 }  // namespace

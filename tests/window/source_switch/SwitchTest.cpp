@@ -33,29 +33,20 @@ std::vector<Failure> refusals(const std::string& call, const std::string& functi
 
 // A source of the TV service.
 
-/// What sources of the TV service are called there. Those that it does not list are its source 0.
-std::map<int, int> tvServiceSources() {
-  return {{0, 0},   {8, 0},   {9, 0},   {10, 0},  {15, 1},  {16, 2},  {17, 3},  {18, 0},  {19, 4},  {20, 5},  {21, 6},
-          {22, 0},  {23, 7},  {24, 8},  {25, 9},  {26, 0},  {27, 10}, {28, 11}, {29, 12}, {30, 0},  {31, 13}, {32, 14},
-          {33, 15}, {34, 16}, {35, 17}, {36, 18}, {37, 19}, {38, 0},  {39, 20}, {40, 21}, {41, 22}, {42, 0}};
-}
-
-TEST_F(SwitchTest, EverySourceUpTo42GoesToTheTvServiceUnderItsOwnNumber) {
-  for (const auto& [source, tc] : tvServiceSources()) {
+TEST_F(SwitchTest, EverySourceUpTo42GoesToTheTvServiceUnderItsNumberThere) {
+  for (const auto& [source, tc] : std::map<int, int>{{0, 0}, {8, 0}, {16, 2}, {31, 13}, {41, 22}, {42, 0}}) {
     SCOPED_TRACE(source);
     restart();
-    show(31, 8);  // the plug-in's 53
     fault("ISourceControl::SetSource result=1");
     EXPECT_TRUE(set(source));
     EXPECT_EQ(callsOf("::SetSource"), Lines{switchTo(tc) + " [fault]"});
-    EXPECT_EQ(keys(), (Lines{std::to_string(source), "53", "0", "-", "test.widget:" + std::to_string(source)}));
+    EXPECT_EQ(keys(), (Lines{std::to_string(source), "20", "0", "-", "test.widget:" + std::to_string(source)}));
   }
 }
 
 TEST_F(SwitchTest, ASourceWithoutACounterpartIsRefusedBeforeAnythingIsSwitched) {
-  for (const int source : {1, 2, 3, 4, 5, 6, 7, 11, 12, 13, 14}) {
-    SCOPED_TRACE(source);
-    EXPECT_FALSE(set(source, 7));
+  for (const int source : {1, 7, 11, 14}) {
+    EXPECT_FALSE(set(source, 7)) << source;
     EXPECT_EQ(callsOf("::SetSource"), Lines());
     EXPECT_EQ(keys(), startKeys);
   }
