@@ -24,13 +24,16 @@ class LabTest(unittest.TestCase):
 
     def test_its_table_is_written_into_the_page(self):
         page = self.folder / "lab.md"
-        page.write_text("before\n<!-- Written by tools/lab. -->\nold\n<!-- Until here. -->\nbehind\n", encoding="utf-8")
+        page.write_text("before\n\n| what | is | taken on |\n| --- | --- | --- |\n| sets | old | then |\n\nbehind\n", encoding="utf-8")
         said = run(TOP / "tools/lab", "--sets", 3, "--program", PROGRAM, "--write", "--page", page)
-        self.assertIn("| 3 sets start at once, until the last can be asked |", said)
-        self.assertIn("| the app's transcripts, 6 in all (6 passed, 0 failed) |", said)
-        self.assertEqual(page.read_text(encoding="utf-8"), f"before\n<!-- Written by tools/lab. -->\n{said}<!-- Until here. -->\nbehind\n")
-        self.assertEqual([label for label in re.findall(r"^\| ([^|]+) \|", said, re.MULTILINE) if label != "---"][:2],
-                         ["What", "one set starts, until it can be asked"])
+        self.assertRegex(said, r"^what +is +taken on\nsets +3 ")
+        self.assertRegex(said, r"\ntranscripts run on them +6 passed, 0 failed ")
+        text = page.read_text(encoding="utf-8")
+        self.assertRegex(text, r"^before\n\n(\|.*\|\n)+\nbehind\n$")
+        rows = lab.TABLE.rows(text)
+        self.assertEqual(list(rows), lab.TABLE.names)
+        self.assertEqual(rows["sets"][1], "3")
+        self.assertRegex(rows["memory a set when it has started"][1], r"^\d+\.\d MB$")
 
     def test_a_set_that_does_not_start_is_told(self):
         program = self.folder / "emp-window"

@@ -1,6 +1,7 @@
 """Many sets on one machine, each started as the service manager's unit starts it: what they cost."""
 
 import contextlib
+import datetime
 import os
 import re
 import shlex
@@ -12,13 +13,12 @@ import tempfile
 import time
 from pathlib import Path
 
+from measuring.table import Table
+from proving.job import Failed
+
 TOP = Path(__file__).resolve().parents[2]
 STARTS = 7
 IDLE_SECONDS = 3
-
-
-class Failed(Exception):
-    """The lab can't be measured."""
 
 
 def command_of(unit, name):
@@ -125,8 +125,14 @@ def run_transcripts(folder, addresses, transcripts):
     return seconds, done.stdout.splitlines()[-1]
 
 
+TABLE = Table(["what", "is", "taken on"], [
+    "sets", "one set starts, until it can be asked", "a set behind a socket starts, until it has answered what it was asked",
+    "all start at once, until the last can be asked", "memory a set when it has started", "memory a set behind the transcripts",
+    "memory of all behind the transcripts", "processor that all take while nobody asks", "transcripts run on them", "time that these take"])
+
+
 def measure(program, count):
-    """(what, figure) for a lab of so many sets, as texts."""
+    """The rows of the table, for so many sets."""
     transcripts = sorted((TOP / "examples/guide/transcripts").glob("*.txt")) * count
     with tempfile.TemporaryDirectory() as scratch:
         folder = Path(scratch)
@@ -145,13 +151,8 @@ def measure(program, count):
             used = memory(sets)
         finally:
             lab.end()
-    return [
-        ("one set starts, until it can be asked", f"{alone * 1000:.0f} ms"),
-        ("the same when somebody asks its socket, until the answer is there", f"{by_socket * 1000:.0f} ms"),
-        (f"{count} sets start at once, until the last can be asked", f"{together:.1f} s"),
-        ("memory a set when it has started", f"{started / count:.1f} MB"),
-        ("memory a set behind the transcripts", f"{used / count:.1f} MB"),
-        (f"memory of {count} sets", f"{used:.0f} MB"),
-        (f"processor that {count} sets take while nobody asks", f"{100 * idle / IDLE_SECONDS:.1f} %"),
-        (f"the app's transcripts, {len(transcripts)} in all ({summary.removeprefix('transcripts: ')})", f"{seconds:.1f} s"),
-    ]
+    figures = [count, f"{alone * 1000:.0f} ms", f"{by_socket * 1000:.0f} ms", f"{together:.1f} s", f"{started / count:.1f} MB",
+               f"{used / count:.1f} MB", f"{used:.0f} MB", f"{100 * idle / IDLE_SECONDS:.1f} %",
+               summary.removeprefix("transcripts: "), f"{seconds:.1f} s"]
+    today = datetime.date.today().isoformat()
+    return [[name, str(figure), today] for name, figure in zip(TABLE.names, figures, strict=True)]
