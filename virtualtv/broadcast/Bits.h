@@ -12,13 +12,13 @@ namespace virtualtv::broadcast {
 /// Bytes of a broadcast, owned by someone else.
 using Bytes = std::span<const std::uint8_t>;
 
-/// Bytes as a text, in whatever character table they are.
+/// Bytes as a text, whatever their character table.
 inline std::string textOf(Bytes bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// Reads fields from the front of some bytes, the most significant bit first. A read that would go past the end yields
-/// zeros and nothing, and is remembered: no byte outside is ever looked at.
+/// Reads bit fields from the front of some bytes, most significant bit first. A read past the end returns zeros or
+/// nothing and clears `isSound`. No byte outside is ever accessed.
 class Bits {
  public:
   explicit Bits(Bytes bytes) : bytes_(bytes) {}
@@ -39,7 +39,7 @@ class Bits {
 
   void skip(unsigned count) { get(count); }
 
-  /// A number of decimal digits, four bits each; nothing where there are others, or fewer.
+  /// A number in decimal digits of four bits each; nothing when a digit is invalid or missing.
   std::optional<int> decimal(unsigned digits) {
     int value = 0;
     bool isNumber = true;
@@ -51,7 +51,7 @@ class Bits {
     return isNumber && isSound_ ? std::optional(value) : std::nullopt;
   }
 
-  /// The next `count` bytes, or those that are left where they are fewer. Only between whole bytes.
+  /// The next `count` bytes, or all remaining ones if fewer. Call only at a byte boundary.
   Bytes take(std::size_t count) {
     const std::size_t first = at_ / 8;
     const std::size_t there = std::min(count, bytes_.size() - first);
@@ -87,8 +87,8 @@ struct Descriptor {
   Bytes body;
 };
 
-/// Calls `take` with each descriptor of a loop. One that says to be longer than the loop ends it.
-/// @return false where there is such a one.
+/// Calls `take` with each descriptor of a loop. Stops at a descriptor that claims to be longer than the rest of the
+/// loop. @return false when there is such a descriptor.
 template <typename Take>
 bool eachDescriptor(Bytes loop, Take take) {
   Bits bits(loop);

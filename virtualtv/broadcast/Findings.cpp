@@ -19,7 +19,7 @@ enum TablePid : int {
   AMERICAN_PID = 0x1FFB,
 };
 
-/// The entry of a map, made where there is room for it; null where there is none.
+/// The entry of a map, added if there is room; null when there is none.
 template <typename Map>
 typename Map::mapped_type* entry(Map& map, const typename Map::key_type& key, std::size_t most) {
   const auto found = map.find(key);
@@ -47,7 +47,7 @@ bool comesBefore(const FoundService& left, const FoundService& right) {
   return place(left) < place(right);
 }
 
-/// Reads the texts of services, all of which tell the character table together.
+/// Decodes the texts of services. All texts together determine the character table.
 void decode(std::vector<FoundService>& services) {
   import::TextDecoder decoder{std::string()};
   const auto eachText = [&services](const auto& take) {
@@ -95,7 +95,7 @@ Findings::Use Findings::read(int pid, const Section& section, const std::functio
   }
 }
 
-/// Programs that a new version lacks stay found, but their maps are no longer read: their PIDs may be those of others.
+/// Keeps programs that a new version lacks, but reads their maps no longer: other programs may now use their PIDs.
 Findings::Use Findings::readProgramsOf(const Section& section, const std::function<void(int)>& watch) {
   if (stream_ != section.extension || version_ != section.version) {
     for (auto& [key, program] : programs_) program.mapPid = -1;
@@ -199,7 +199,7 @@ void Findings::endStream(const std::function<bool(int)>& isScrambled) {
   version_.reset();
 }
 
-/// Which description is that of a program: the one of the stream itself, else any of the same ids.
+/// Assigns descriptions to programs: the description by the stream itself, else one with the same ids.
 Findings::Owners Findings::owners() const {
   Owners owners;
   for (const auto& [name, described] : described_) {
@@ -209,15 +209,15 @@ Findings::Owners Findings::owners() const {
   return owners;
 }
 
-/// The networks that network tables tell of streams, which is where those of streams are known of which no service is
-/// described.
+/// The networks of streams according to network tables. For streams without described services there is no other
+/// source.
 std::map<int, StreamId> Findings::idsOfStreams() const {
   std::map<int, StreamId> ids;
   for (const auto& [id, sent] : streams_) ids.try_emplace(id.stream, id);
   return ids;
 }
 
-/// Where no table tells how a stream is sent, its antenna is that of a stream of which one does.
+/// How a stream is sent. If no table says so, its antenna is that of another stream.
 Delivery Findings::deliveryOf(const ServiceName& name) const {
   const auto sent = streams_.find(name.stream);
   if (sent != streams_.end() && sent->second.delivery) return *sent->second.delivery;
@@ -252,8 +252,8 @@ FoundService Findings::describe(const ServiceName& name) const {
   return service;
 }
 
-/// A broadcaster may name a system of conditional access for what is sent in the clear at the moment, so that counts
-/// only where nothing else tells.
+/// A broadcaster may name a conditional access system for a program that is currently unencrypted. So this counts only
+/// when nothing else is known.
 void Findings::addTracks(const Program& program, FoundService& service) const {
   service.isCarried = true;
   service.isScrambled |= program.isScrambled;

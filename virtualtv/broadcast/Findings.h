@@ -14,29 +14,29 @@
 
 namespace virtualtv::broadcast {
 
-/// What the tables of streams tell of services, and what that comes to. Holds a bounded number of everything.
+/// Collects what the tables of streams say about services, and derives the services. All its memory is bounded.
 class Findings {
  public:
-  /// More services than these are left out, and more transport streams.
+  /// Limits for services and transport streams. Further ones are dropped.
   static constexpr std::size_t mostServices = 20'000;
   static constexpr std::size_t mostNumbers = 65'536;
 
-  /// What a section was good for.
+  /// How much of a section was used.
   enum class Use {
     all,
-    soundPart,  ///< something in it runs over its end
-    notAll,     ///< it tells of more than is kept
+    soundPart,  ///< a part of it runs over its end
+    notAll,     ///< it has more entries than can be stored
   };
 
   /// PIDs of the tables of every stream.
   static const std::vector<int>& tablePids();
 
-  /// Takes what a section tells. A later one counts where two differ.
-  /// @param watch  is called with each further PID on which there are tables.
+  /// Reads a section. If two sections differ, the later one counts. @param watch  called with each further PID that
+  /// carries tables.
   Use read(int pid, const Section& section, const std::function<void(int)>& watch);
 
-  /// The stream ends; another one may use the same PIDs.
-  /// @param isScrambled  whether packets of a PID of the stream were scrambled.
+  /// Ends the stream; the next one may use the same PIDs. @param isScrambled  returns whether packets of a PID of the
+  /// stream were scrambled.
   void endStream(const std::function<bool(int)>& isScrambled);
 
   /// All services, once the last stream has ended.
@@ -45,8 +45,8 @@ class Findings {
  private:
   /// A program of a stream.
   struct Program {
-    int mapPid = -1;           ///< where its map is told; -1 in streams that have ended
-    bool isScrambled = false;  ///< packets of it were
+    int mapPid = -1;           ///< PID of its map; -1 in streams that have ended
+    bool isScrambled = false;  ///< packets of the program were scrambled
     std::optional<ProgramMap> map;
     std::size_t file = 0;  ///< the stream that the map is from
   };
@@ -54,12 +54,12 @@ class Findings {
   /// A service as its broadcaster describes it.
   struct Described {
     Description description;
-    bool isActual = false;  ///< told by the stream that carries it
+    bool isActual = false;  ///< described by the stream that carries it
     Modulation modulation = MODULATION_UNKNOWN;
     EAntennaMode antenna = ANTENNA_TERRESTRIAL;
   };
 
-  /// What a network says of a transport stream.
+  /// A transport stream as a network describes it.
   struct SentStream {
     std::optional<Delivery> delivery;
     std::string network;
@@ -86,16 +86,16 @@ class Findings {
   Delivery deliveryOf(const ServiceName& name) const;
   void addTracks(const Program& program, FoundService& service) const;
 
-  std::size_t file_ = 0;  ///< the present stream, counted from 1
+  std::size_t file_ = 0;  ///< number of the current stream, counted from 1
   int networkPid_ = -1;
-  int stream_ = -1;                  ///< id of the present transport stream
+  int stream_ = -1;                  ///< id of the current transport stream
   std::optional<unsigned> version_;  ///< of its association table
   std::map<ProgramKey, Program> programs_;
   std::map<ServiceName, Described> described_;
   std::map<ServiceName, ChannelNumber> numbers_;
   std::map<StreamId, SentStream> streams_;
   std::map<ServiceName, OnAir> events_;
-  std::optional<EAntennaMode> antenna_;  ///< that a network told last
+  std::optional<EAntennaMode> antenna_;  ///< antenna last given by a network
 };
 
 }  // namespace virtualtv::broadcast

@@ -11,7 +11,7 @@
 
 namespace virtualtv::broadcast {
 
-/// A service that a broadcast carries or tells of. Its texts are UTF-8, empty where they are not told.
+/// A service that a broadcast carries or mentions. Its texts are UTF-8, and empty when unknown.
 struct FoundService {
   int program = 0;
   StreamId stream;
@@ -22,25 +22,25 @@ struct FoundService {
   std::optional<ChannelNumber> number;
   Delivery delivery;
   bool isScrambled = false;
-  bool isCarried = false;  ///< in this stream; others are only told of, and have no tracks
-  std::size_t file = 0;    ///< the stream that told its tracks, counted from 1; 0 for none
-  int video = 0;           ///< PID of its picture there; 0 where there is none
-  int videoType = 0;       ///< stream type of that
+  bool isCarried = false;  ///< carried in this stream; other services are only mentioned and have no tracks
+  std::size_t file = 0;    ///< number of the stream with its tracks, counted from 1; 0 for none
+  int video = 0;           ///< PID of its video there; 0 for none
+  int videoType = 0;       ///< stream type of the video
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
   std::optional<Event> present;
   std::optional<Event> following;
 };
 
-/// What is in broadcasts.
+/// The content of broadcasts.
 struct Scan {
   std::uint64_t packets = 0;
-  std::vector<FoundService> services;  ///< those that are carried first, each lot in the order of their numbers
-  import::Problems problems;           ///< `at` is `packet N`, with the file behind it where that was named
+  std::vector<FoundService> services;  ///< carried services first, then the others, both sorted by number
+  import::Problems problems;           ///< `at` is `packet N`, followed by the file if it was named
 };
 
-/// The services as the set keeps them, in their order. Those without a number are numbered behind the others, and what
-/// the set has no fields for is in the attached document.
+/// Converts a scan to services of the set, in the same order. Services without a number get numbers after all others.
+/// Data that the set has no fields for goes into the attached document.
 std::vector<Service> servicesOf(const Scan& scan);
 
 }  // namespace virtualtv::broadcast

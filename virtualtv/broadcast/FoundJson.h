@@ -6,7 +6,7 @@
 
 namespace virtualtv::broadcast {
 
-/// All that was found, as a document: what is not told is left out.
+/// The result of a scan as a document, without unknown values.
 Json::Value documentOf(const Scan& scan);
 
 }  // namespace virtualtv::broadcast

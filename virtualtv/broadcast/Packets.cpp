@@ -10,12 +10,12 @@ namespace virtualtv::broadcast {
 namespace {
 
 constexpr std::array<std::size_t, 3> distances{188, 192, 204};
-/// So many packets in a row tell where packets are.
+/// The number of packets in a row that prove the position of packets.
 constexpr std::size_t proof = 5;
 constexpr std::size_t window = (proof - 1) * distances.back() + 1;
 constexpr std::size_t fewest = 2;
 
-/// How many of the next packets start where they should, counted up to the first that does not.
+/// The number of consecutive packets that start at their expected places.
 std::size_t inARow(Bytes bytes, std::size_t start, std::size_t distance) {
   std::size_t count = 0;
   for (std::size_t at = start; at < bytes.size() && count < proof; at += distance) {
@@ -39,7 +39,7 @@ Bytes Packets::contiguous() const {
   return carried_.empty() ? block_ : Bytes(carried_);
 }
 
-/// That many bytes in a row; null where there are too few, which are kept then for the next block.
+/// The next `size` bytes in one piece. If there are too few, stores them for the next block and returns null.
 const std::uint8_t* Packets::view(std::size_t size) {
   if (toSkip_ > 0) {
     const std::size_t now = std::min(toSkip_, block_.size());
@@ -63,7 +63,7 @@ const std::uint8_t* Packets::view(std::size_t size) {
   return nullptr;
 }
 
-/// Once no byte of an earlier block is left among those that are carried, they are read in their block again.
+/// When the carried bytes have no more bytes of earlier blocks, goes back to reading from the block.
 void Packets::skip(std::size_t size) {
   if (carried_.empty() || size >= carried_.size()) {
     const std::size_t beyond = size - carried_.size();
@@ -94,8 +94,8 @@ void Packets::lose(std::size_t size) {
   skip(size);
 }
 
-/// At the end of a stream fewer packets tell where they are, if there were others before or the stream is that short; a
-/// single one does if it is all that there is.
+/// The number of packets that prove their position at the end of a stream. Fewer are enough there when packets were
+/// found before, or when the stream is that short. A single packet is enough when it is the whole stream.
 std::size_t Packets::wantedAtEnd(std::size_t start) const {
   if (count_ == 0 && isSearched_) return proof;
   const bool isAlone = atStart_ && start == 0 && contiguous().size() < fewest * packetSize;
@@ -125,7 +125,7 @@ bool Packets::findSync() {
   }
 }
 
-/// Whether packets go on in their places behind one that does not start as it should.
+/// True when the packets after a damaged one are at their expected places.
 bool Packets::keepsSync() {
   const Bytes bytes = contiguous();
   std::size_t right = 0;

@@ -8,8 +8,8 @@
 
 namespace virtualtv::broadcast {
 
-/// Cuts a stream of bytes into packets of 188 bytes, which may have 4 bytes in front of them or 16 behind, from
-/// wherever the stream starts. Holds little more than a kilobyte, whatever comes.
+/// Splits a stream of bytes into packets of 188 bytes, which may have 4 extra bytes in front or 16 at the end. The
+/// stream may start anywhere in a packet. Stores little more than a kilobyte, whatever the input.
 ///
 ///   packets.feed(block);
 ///   while (const std::uint8_t* packet = packets.next()) ...
@@ -18,15 +18,16 @@ class Packets {
   static constexpr std::size_t packetSize = 188;
   static constexpr std::uint8_t syncByte = 0x47;
 
-  /// Gives the next bytes of the stream, which must stay until `next` has answered null. The bytes before are used up.
+  /// Passes the next bytes of the stream, which must stay valid until `next` has returned null. The earlier bytes must
+  /// be used up.
   void feed(Bytes block) { block_ = block; }
-  /// No bytes will follow: `next` answers what is left.
+  /// Marks the end of the stream: `next` returns the rest.
   void end() { atEnd_ = true; }
 
-  /// The next packet, `packetSize` bytes that stay until the next call; null when the bytes are used up. Its first byte
-  /// is not `syncByte` where that is damaged while the packets around it are in their places.
+  /// The next packet, `packetSize` bytes that are valid until the next call; null when the bytes are used up. The first
+  /// byte may be damaged, and so differ from `syncByte`, if the packets around are in their places.
   const std::uint8_t* next() {
-    // Nearly every packet stands in the block right where it should.
+    // Nearly every packet is in the block at its expected place.
     const bool isThere = isTold_ && carried_.empty() && block_.size() >= distance_ + packetSize;
     if (!isThere || block_[distance_] != syncByte) return search();
     block_ = block_.subspan(distance_);
@@ -34,11 +35,11 @@ class Packets {
     return block_.data();
   }
 
-  /// How many packets `next` has answered.
+  /// The number of packets that `next` has returned.
   std::uint64_t count() const { return count_; }
-  /// How many bytes belonged to no packet, without those that stand in front of the first one.
+  /// The number of bytes that belonged to no packet, except those before the first packet.
   std::uint64_t lost() const { return lost_; }
-  /// Behind how many packets the first of them stood.
+  /// The number of packets before the first of these bytes.
   std::uint64_t firstLost() const { return firstLost_; }
 
  private:
@@ -52,13 +53,13 @@ class Packets {
   bool keepsSync();
 
   Bytes block_;
-  std::vector<std::uint8_t> carried_;  ///< bytes of earlier blocks, and behind them some of this one
-  std::size_t old_ = 0;                ///< how many of them are of earlier blocks
-  std::size_t toSkip_ = 0;             ///< bytes of blocks to come
-  std::size_t distance_ = 0;           ///< of one packet to the next; 0 when not known
-  bool isTold_ = false;                ///< the packet in front was the last answer
-  bool atStart_ = true;                ///< nothing was passed over so far
-  bool isSearched_ = false;            ///< there was enough to tell where packets are, and none was
+  std::vector<std::uint8_t> carried_;  ///< bytes of earlier blocks, followed by some of this one
+  std::size_t old_ = 0;                ///< number of these bytes from earlier blocks
+  std::size_t toSkip_ = 0;             ///< bytes to skip in the next blocks
+  std::size_t distance_ = 0;           ///< distance of two packets; 0 when unknown
+  bool isTold_ = false;                ///< the packet at the front was already returned
+  bool atStart_ = true;                ///< nothing was skipped so far
+  bool isSearched_ = false;            ///< the bytes at hand were enough to find packets, and have none
   bool atEnd_ = false;
   std::uint64_t count_ = 0;
   std::uint64_t lost_ = 0;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t pidCount = 8192;
 constexpr int stuffingPid = 8191;
-/// Sections that are known are read once; where there are more, they are read again.
+/// The number of sections remembered so that they are read only once. Further sections are read each time.
 constexpr std::size_t mostSeen = 65'536;
 
 // Where fields of a packet are.
@@ -30,7 +30,8 @@ bool saysDiscontinuity(const std::uint8_t* packet) {
   return (packet[3] & adaptationBit) != 0 && packet[4] > 0 && (packet[5] & discontinuityBit) != 0;
 }
 
-/// What is behind the head of a packet and what may stand there; empty where that claims to be longer than the packet.
+/// The payload of a packet, after its head and adaptation field; empty when the field claims to be longer than the
+/// packet.
 Bytes payloadOf(const std::uint8_t* packet) {
   const std::size_t start = headSize + ((packet[3] & adaptationBit) != 0 ? packet[4] + std::size_t{1} : 0);
   if (start >= Packets::packetSize) return {};
@@ -79,7 +80,7 @@ void Scanner::take(const std::uint8_t* packet) {
   }
 }
 
-/// Looks at a packet that does not follow the one before: it may be that one again, which is allowed once.
+/// Checks a packet that does not follow the previous one. It may be a repetition of that one, which is allowed once.
 bool Scanner::isRepetition(int number, const std::uint8_t* packet) {
   Pid& pid = pids_[static_cast<std::size_t>(number)];
   if (pid.counter == unknown) return false;
@@ -106,13 +107,13 @@ void Scanner::takeSection(int pid, Bytes bytes) {
   if (flaw == Flaw::checksum) return trouble(Trouble::checksum, pid);
   if (!section || !section->isCurrent || !isNew(pid, *section, bytes)) return;
   const Findings::Use use = findings_.read(pid, *section, [this](int another) { watch(another); });
-  // Programs may have moved, so that maps which were somebody else's are theirs now.
+  // Programs may have moved to other PIDs, so known maps may now belong to other programs.
   if (section->table == PROGRAM_ASSOCIATION) seen_[PROGRAM_MAP].clear();
   if (use == Findings::Use::soundPart) trouble(Trouble::overrun, pid);
   if (use == Findings::Use::notAll) trouble(Trouble::tooMany, pid);
 }
 
-/// Broadcasts say the same again and again; what was read last is not read anew.
+/// True unless the section equals its last version read. Broadcasts repeat their sections all the time.
 bool Scanner::isNew(int pid, const Section& section, Bytes bytes) {
   const std::uint64_t what = std::uint64_t{static_cast<std::uint32_t>(pid)} << 24U |
                              static_cast<std::uint64_t>(section.extension) << 8U | section.number;

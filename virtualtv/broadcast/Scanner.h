@@ -15,29 +15,29 @@
 
 namespace virtualtv::broadcast {
 
-/// Finds the services in transport streams, one after the other. Takes them block by block, of any size, and bounded
-/// memory whatever they hold. What is damaged is left out, counted and told; the rest is used.
+/// Finds the services in transport streams, one after the other. Takes blocks of any size and uses bounded memory,
+/// whatever the content. Damaged parts are skipped, counted and reported; the rest is used.
 class Scanner {
  public:
   Scanner();
 
-  /// Takes the next bytes of a stream, which are not needed afterwards.
+  /// Takes the next bytes of a stream. They are not needed afterwards.
   void feed(Bytes block);
 
-  /// Ends a stream; the bytes that follow are another one. @param file  stands in problems; may be empty.
+  /// Ends a stream; the following bytes belong to another one. @param file  name for problems; may be empty.
   void endStream(const std::string& file = "");
 
-  /// What all streams that have ended told.
+  /// The content of all streams that have ended.
   Scan finish() const;
 
-  /// How many packets were read so far.
+  /// The number of packets read so far.
   std::uint64_t packets() const { return before_ + packets_.count(); }
 
  private:
-  /// A PID of the present stream.
+  /// A PID of the current stream.
   struct Pid {
-    std::uint8_t counter = unknown;  ///< of its last packet
-    bool isRepeated = false;         ///< that packet came twice
+    std::uint8_t counter = unknown;  ///< continuity counter of its last packet
+    bool isRepeated = false;         ///< the last packet was repeated
     bool isScrambled = false;
     bool hasTables = false;
   };
@@ -57,7 +57,7 @@ class Scanner {
   std::uint64_t before_ = 0;  ///< packets of earlier streams
   std::vector<Pid> pids_;
   std::map<int, SectionAssembler> assemblers_;  ///< by PID
-  /// Checksums of sections, by their tables and what tells them apart there.
+  /// Checksums of known sections, by table and by what identifies a section in its table.
   std::map<unsigned, std::unordered_map<std::uint64_t, std::uint32_t>> seen_;
   Findings findings_;
   Troubles troubles_;

@@ -9,31 +9,31 @@
 
 namespace virtualtv::broadcast {
 
-/// A section of a table whose checksum is right: what its head says, and what stands between head and checksum.
+/// A section of a table with a correct checksum: the values of its head, and the bytes between head and checksum.
 struct Section {
   unsigned table;    ///< id of the table
   int extension;     ///< transport stream, program or network, depending on the table
   unsigned version;  ///< 0 to 31
-  bool isCurrent;    ///< false: it will hold some time later
-  unsigned number;   ///< of this section in its table
+  bool isCurrent;    ///< false: it will be valid later
+  unsigned number;   ///< number of this section in its table
   Bytes body;
 };
 
-/// Why bytes are no section that can be used.
+/// Why bytes are not a usable section.
 enum class Flaw { none, length, checksum };
 
-/// Reads a section, without looking beyond its bytes.
-/// @param flaw  receives why the result is nothing; `none` for a section of the short kind, which has no checksum.
+/// Reads a section, and only the given bytes. @param flaw  receives the reason when the result is nothing. It is `none`
+/// for a section in short form, which has no checksum.
 std::optional<Section> readSection(Bytes bytes, Flaw& flaw);
 
-/// The checksum of sections: 0 over one that is sound, its own checksum included.
+/// The checksum of sections. Over an intact section, including its own checksum, it is 0.
 std::uint32_t checksum(Bytes bytes);
 
-/// Puts together the sections of one PID from the payloads of its packets. Holds at most one section, of 4 KiB.
+/// Assembles the sections of one PID from the payloads of its packets. Stores at most one section, of 4 KiB.
 class SectionAssembler {
  public:
-  /// Calls `take` with the bytes of each section that a payload completes; they stay until the call ends.
-  /// @param starts  the packet says that a section starts in its payload.
+  /// Calls `take` with the bytes of each section that a payload completes. They are valid during the call. @param
+  /// starts the packet says that a section starts in its payload.
   template <typename Take>
   void feed(Bytes payload, bool starts, Take take) {
     if (starts) {
@@ -49,7 +49,7 @@ class SectionAssembler {
     append(payload, take);
   }
 
-  /// Forgets what it has of a section, of which something is missing.
+  /// Drops a section that has a gap.
   void drop() {
     section_.clear();
     isOpen_ = false;
@@ -59,7 +59,7 @@ class SectionAssembler {
   static constexpr std::size_t headSize = 3;
   static constexpr std::uint8_t stuffing = 0xFF;
 
-  /// Several sections may follow one another; stuffing ends them.
+  /// A payload can have several sections in a row. Stuffing ends them.
   template <typename Take>
   void append(Bytes payload, Take take) {
     while (isOpen_ && !payload.empty()) {
@@ -76,7 +76,7 @@ class SectionAssembler {
   bool isWhole() const { return section_.size() >= headSize && section_.size() == size(); }
 
   std::vector<std::uint8_t> section_;
-  bool isOpen_ = false;  ///< a section has started, and nothing of it is missing
+  bool isOpen_ = false;  ///< a section has started and has no gap so far
 };
 
 }  // namespace virtualtv::broadcast

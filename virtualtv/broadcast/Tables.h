@@ -14,8 +14,8 @@
 #include "services/Modulation.h"
 #include "services/Service.h"
 
-// What the tables of a broadcast tell, section by section. A reader takes what is sound of a section and says by
-// `isSound` whether all of it was: loops or descriptors may claim to be longer than what holds them.
+// Readers for the tables of a broadcast, section by section. A reader uses the intact part of a section; `isSound` says
+// whether all of it was intact. Loops or descriptors may claim to be longer than the section.
 
 namespace virtualtv::broadcast {
 
@@ -27,13 +27,13 @@ enum Table : unsigned {
   NETWORK_OTHER = 0x41,
   SERVICES_ACTUAL = 0x42,
   SERVICES_OTHER = 0x46,
-  EVENTS_ACTUAL = 0x4E,  ///< present and following; so below
+  EVENTS_ACTUAL = 0x4E,  ///< present and following events; likewise below
   EVENTS_OTHER = 0x4F,
   CHANNELS_TERRESTRIAL = 0xC8,
   CHANNELS_CABLE = 0xC9,
 };
 
-/// A transport stream in the world. The network is -1 where no table tells it.
+/// The identity of a transport stream. The network is -1 when no table gives it.
 struct StreamId {
   int network = -1;  ///< original network id
   int stream = -1;   ///< transport stream id
@@ -46,7 +46,7 @@ struct StreamId {
   }
 };
 
-/// A service in the world.
+/// The identity of a service.
 struct ServiceName {
   StreamId stream;
   int program = 0;
@@ -59,7 +59,7 @@ struct ServiceName {
   }
 };
 
-/// Programs and the PIDs of their maps; program 0 stands for the network table.
+/// Programs and the PIDs of their maps. Program 0 is the network table.
 struct Programs {
   std::vector<std::pair<int, int>> maps;
   bool isSound = true;
@@ -67,19 +67,19 @@ struct Programs {
 
 Programs readPrograms(const Section& section);
 
-/// What a program map tells: the streams of a program. Texts are in no character table.
+/// A program map: the streams of a program. It has no texts.
 struct ProgramMap {
-  bool isProtected = false;  ///< it names a system of conditional access
+  bool isProtected = false;  ///< it names a conditional access system
   bool hasPicture = false;
-  int video = 0;          ///< PID of the first picture; 0 without one
-  int videoType = 0;      ///< its stream type
-  std::vector<int> pids;  ///< of all streams
+  int video = 0;          ///< PID of the first video stream; 0 for none
+  int videoType = 0;      ///< stream type of the video
+  std::vector<int> pids;  ///< PIDs of all streams
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
   bool isSound = true;
-  bool isWhole = true;  ///< false: it tells of more tracks than are kept
+  bool isWhole = true;  ///< false: it has more tracks than can be stored
 
-  static constexpr std::size_t mostTracks = 64;  ///< of each kind
+  static constexpr std::size_t mostTracks = 64;  ///< limit for each kind of track
 };
 
 ProgramMap readProgramMap(const Section& section);
@@ -101,7 +101,7 @@ struct Descriptions {
 
 Descriptions readDescriptions(const Section& section);
 
-/// How a transport stream is sent, in the units of the set. What is not told keeps its default.
+/// How a transport stream is sent, in the units of the set. Unknown values keep their defaults.
 struct Delivery {
   EAntennaMode antenna = ANTENNA_TERRESTRIAL;
   import::Raster raster = import::Raster::european;
@@ -110,10 +110,10 @@ struct Delivery {
   char polarisation = 0;  ///< 'H', 'V', 'L' or 'R'
   Modulation modulation = MODULATION_UNKNOWN;
   int symbolRate = 0;           ///< ksym/s
-  std::optional<int> position;  ///< of the satellite, see `import::orbitalSource`
+  std::optional<int> position;  ///< position of the satellite, see `import::orbitalSource`
 };
 
-/// The number under which viewers know a service.
+/// The channel number that viewers know.
 struct ChannelNumber {
   int major = 0;
   int minor = 0;
@@ -138,7 +138,7 @@ Network readNetwork(const Section& section);
 struct Channel {
   int stream = 0;
   int program = 0;
-  std::string name;  ///< marked as pairs of bytes, as European broadcasts do
+  std::string name;  ///< marked as 16-bit text in the way of European broadcasts
   ChannelNumber number;
   std::optional<ServiceKind> kind;
   bool isScrambled = false;
@@ -152,7 +152,7 @@ struct Channels {
 
 Channels readChannels(const Section& section);
 
-/// What is on.
+/// An event: a broadcast program.
 struct Event {
   std::string name;  ///< as broadcast, like the next
   std::string text;
@@ -166,7 +166,7 @@ struct Events {
   bool isSound = true;
 };
 
-/// The first event of a section: section 0 has the present one, section 1 the following one.
+/// Reads the first event of a section. Section 0 has the present event, section 1 the following one.
 Events readEvents(const Section& section);
 
 }  // namespace virtualtv::broadcast

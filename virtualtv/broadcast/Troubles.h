@@ -9,29 +9,29 @@
 
 namespace virtualtv::broadcast {
 
-/// What may be wrong with a stream.
+/// The kinds of faults in a stream.
 enum class Trouble {
   notInPackets,   ///< bytes between packets
   noSync,         ///< a packet whose first byte is damaged
-  error,          ///< a packet that the receiver could not mend
+  error,          ///< a packet that the receiver could not correct
   discontinuity,  ///< packets of a PID are missing
   checksum,       ///< a section whose checksum is wrong
   length,         ///< a section that is shorter than its head says
-  overrun,        ///< what a section holds claims to be longer than the section
-  tooMany,        ///< more of something than is kept
+  overrun,        ///< a part of a section claims to be longer than the section
+  tooMany,        ///< more entries than can be stored
 };
 
-/// The troubles of a stream: each kind on each PID is counted, and told once, where it happened first.
+/// The faults of a stream. Each kind is counted for each PID, and reported once, at its first place.
 class Troubles {
  public:
   static constexpr int wholeStream = -1;
 
-  /// @param pid      that it concerns, or `wholeStream`.
-  /// @param packet   where it is, counted from 1.
+  /// @param pid  the PID concerned, or `wholeStream`.
+  /// @param packet  number of the packet, counted from 1.
   void add(Trouble trouble, int pid, std::uint64_t packet, std::uint64_t count = 1);
 
-  /// Tells them in the order of their places and forgets them. @param file  that the packets are of; empty when that
-  /// needs not be told.
+  /// Reports the faults in the order of their places and clears them. @param file  file name for the problems; empty to
+  /// omit it.
   void tell(const std::string& file, import::Problems& problems);
 
  private:

@@ -1,5 +1,5 @@
-// Bouquets are lists of references to services. The files are read as parts of one text behind the lamedb, so what they
-// say wrong is told by file and line there.
+// Bouquets are lists of references to services. The files are parts of one text that follows the lamedb. Problems in
+// them are reported with their own file and line.
 
 #include "import/Bouquets.h"
 
@@ -19,7 +19,7 @@ constexpr std::string_view favourites = "userbouquet.favourites";
 
 enum Reference : std::size_t { KIND, FLAGS, TYPE, SERVICE, STREAM, NETWORK, SPACE };
 
-/// Bits of the flags: a directory or what else can't be tuned to, and a marker.
+/// Flags of entries that can't be tuned to: a directory and the like, and a marker.
 constexpr std::uint64_t noService = 0x07 | 0x40;
 
 /// The file that a line of `bouquets.tv` names.

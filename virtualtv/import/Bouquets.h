@@ -15,26 +15,25 @@
 
 namespace virtualtv::import {
 
-/// Starts a file that `joinedLists` puts behind a lamedb; its name follows.
+/// The line in front of each file that `joinedLists` appends to a lamedb. The name of the file follows on the line.
 inline constexpr std::string_view joinedFile = "#BOUQUET ";
 
-/// Reads a directory with a lamedb, or a lamedb5 where there is none, as one text: the bouquets that `bouquets.tv` and
-/// `bouquets.radio` name follow it, with a line in front of each that says which file it is.
-/// @param read  the file of a name in that directory; nothing where there is none.
-/// @return nothing where there is no lamedb.
+/// Reads a directory with a lamedb, or else a lamedb5, as one text. The bouquets named in `bouquets.tv` and
+/// `bouquets.radio` are appended, each after a line with the name of its file. @param read  returns the content of the
+/// file with a name in that directory, or nothing when there is none. @return nothing when there is no lamedb.
 std::optional<std::string> joinedLists(const std::function<std::optional<std::string>(const std::string&)>& read);
 
-/// What the bouquets behind a lamedb say of its services.
+/// The bouquets that follow a lamedb, and the groups that they assign to services.
 class Bouquets {
  public:
-  /// Reads them. @param lines  stands at the line that starts the first; is gone through to its end.
+  /// Reads the bouquets. @param lines  positioned at the line that starts the first one; is read to the end.
   void read(Lines& lines, Problems& problems);
 
-  /// The bouquet that a service is in, the first of several; nothing where it is in none.
+  /// The first bouquet that contains a service; nothing when there is none.
   std::optional<std::string_view> groupOf(const LamedbKey& service) const;
   bool isFavourite(const LamedbKey& service) const { return favourites_.contains(service); }
 
-  /// Adds a problem for each line that names a service which no lamedb has.
+  /// Adds a problem for each line that names a service missing in the lamedb.
   void report(const std::function<bool(const LamedbKey&)>& exists, Problems& problems) const;
 
  private:
@@ -54,7 +53,7 @@ class Bouquets {
   std::map<LamedbKey, std::string_view> groups_;
   std::set<LamedbKey> favourites_;
   std::set<std::string_view> files_;
-  std::vector<std::pair<std::string_view, std::string>> wanted_;  ///< files, and where each is named
+  std::vector<std::pair<std::string_view, std::string>> wanted_;  ///< files, with the place that names each
   std::vector<Mention> mentions_;
 };
 

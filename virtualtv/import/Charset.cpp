@@ -34,8 +34,8 @@ bool isAscii(std::string_view bytes) {
   throw std::invalid_argument(reason);
 }
 
-/// Whether `text` is a name as `iconv -l` lists it, two slashes behind it or not. The library would pass over other
-/// characters, and take what stands behind the slashes for wishes.
+/// True when `text` is a name as `iconv -l` lists it, with or without two slashes at its end. The library would skip
+/// other characters, and read a text after the slashes as options.
 bool isName(std::string_view text) {
   const auto isPartOfName = [](char byte) {
     return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
@@ -52,9 +52,9 @@ std::string printableAscii() {
   return ascii;
 }
 
-/// A character table as a broadcast tells it in front of a text.
+/// The bytes before a text in a broadcast that select its character table.
 struct Marker {
-  std::size_t length = 0;  ///< bytes that tell it; 0 when there is none
+  std::size_t length = 0;  ///< number of these bytes; 0 for none
   std::string charset;
 };
 
@@ -152,7 +152,7 @@ class TextDecoder::Converter {
     return bytes.substr(bytes.size() - left);
   }
 
-  /// Converts a buffer full, or with no input what the converter holds back; false at a byte that can't be read.
+  /// Converts one buffer; without input, flushes the converter. Returns false at an invalid byte.
   bool step(char** in, std::size_t* left, std::u16string& units) {
     std::array<char16_t, 256> buffer{};
     char* out = reinterpret_cast<char*>(buffer.data());
@@ -163,7 +163,7 @@ class TextDecoder::Converter {
     return !failed || full;
   }
 
-  /// What remains of any encoding in a C library that lacks it.
+  /// The fallback for an encoding that the C library lacks: only ASCII is kept.
   static std::string_view appendAscii(std::string_view bytes, std::u16string& units) {
     while (!bytes.empty() && isAscii(bytes.front())) {
       units += static_cast<char16_t>(bytes.front());
@@ -173,7 +173,7 @@ class TextDecoder::Converter {
   }
 
   iconv_t handle_;
-  std::size_t width_;  ///< bytes to leave out where something can't be read
+  std::size_t width_;  ///< bytes to skip at an invalid character
 };
 
 TextDecoder::TextDecoder(const std::string& encoding) : encoding_(encoding) {
@@ -235,7 +235,8 @@ std::u16string TextDecoder::unmarked(std::string_view bytes) {
   return units;
 }
 
-/// Broadcasts put the euro sign where ISO 6937 has nothing, so the text is read from one such sign to the next.
+/// Broadcasts use an unassigned byte of ISO 6937 for the euro sign, so the parts between euro signs are converted
+/// separately.
 bool TextDecoder::readIso6937(std::string_view bytes, std::u16string& units) {
   constexpr char euro = '\xA4';
   while (true) {

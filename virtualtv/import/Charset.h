@@ -9,29 +9,28 @@
 
 namespace virtualtv::import {
 
-/// Checks that names can be in an encoding: that iconv knows it, and that each printable ASCII character is the byte
-/// itself in it, like in the rest of a list.
-/// @throws std::invalid_argument  with a line that says why they can't.
+/// Checks that an encoding can be used for names: iconv must know it, and it must encode printable ASCII as ASCII, as
+/// in the rest of a list. @throws std::invalid_argument with the reason in a line.
 void requireEncoding(const std::string& name);
 
-/// Reads the names of a list, in any of the encodings that channel lists have. A name that starts with one of the bytes
-/// by which broadcasts tell the character table is read by that. Any other is in the encoding that the list is said to
-/// have. Where none is said, it is UTF-8 if it is valid UTF-8, else in what all such names of the list are judged to be
-/// in, ISO 6937 or ISO 8859-15. Keeps a converter open for each encoding that it has met.
+/// Decodes the names of a list, in any of the encodings that channel lists use. In broadcasts, leading bytes can select
+/// a character table; a name that starts with them is read accordingly. Other names have the given encoding. Without a
+/// given encoding, a name that is valid UTF-8 is read as UTF-8. All remaining names together are judged to be in ISO
+/// 6937 or in ISO 8859-15. Keeps a converter open for each encoding used.
 class TextDecoder {
  public:
-  /// @param encoding  the name of one, for iconv; empty where none is said.
+  /// @param encoding  the name of the encoding for iconv; empty for none.
   /// @throws std::invalid_argument  as `requireEncoding` does.
   explicit TextDecoder(const std::string& encoding);
   ~TextDecoder();
   TextDecoder(const TextDecoder&) = delete;
   TextDecoder& operator=(const TextDecoder&) = delete;
 
-  /// Takes a name into account. All names of a list are to be learnt before the first is decoded.
+  /// Takes a name into account. Call for all names of a list before decoding the first.
   void learn(std::string_view bytes);
 
-  /// @return 16-bit units; what can't be read is U+FFFD. Control characters are left out, but a line break or a tab
-  ///         is a blank; there is no blank at either end.
+  /// @return 16-bit units, with U+FFFD for invalid bytes. Line breaks and tabs become blanks, and other control
+  /// characters are removed. Blanks at both ends are removed.
   std::u16string decode(std::string_view bytes);
 
  private:

@@ -47,19 +47,19 @@ std::optional<Key> keyNamed(std::string_view name) {
   return static_cast<Key>(found - keyNames.begin());
 }
 
-/// One section of the file. Values are kept as they stand and read when the section is whole, since what some mean
-/// depends on others.
+/// One section of the file. Values are stored as text and read when the section is complete, since some depend on
+/// others.
 class Section {
  public:
-  /// @param head  the line that it starts with. @param name  that stands there.
+  /// @param head  its first line. @param name  the name in that line.
   Section(int line, std::string_view head, std::string_view name)
       : text_(head), name_(name), head_(line), line_(line) {}
 
-  /// The line that was last looked at: the one at fault when reading throws.
+  /// The line last read, which is the invalid one when reading throws.
   int line() const { return line_; }
 
   /// Keeps a line of the section.
-  /// @throw Unreadable  when it is no KEY = VALUE.
+  /// @throw Unreadable when it is not KEY = VALUE.
   void add(int line, std::string_view text) {
     line_ = line;
     const std::string_view whole = text;
@@ -142,7 +142,7 @@ class Section {
     entry.symbolRate = static_cast<int>((number(*symbolRate, keyNames[SYMBOL_RATE], 100'000'000) + 500) / 1000);
   }
 
-  /// What tells the physical channel of a frequency; the set has no use for it elsewhere.
+  /// Reads what determines the physical channel of a frequency. The set needs it for nothing else.
   void readChannel(Entry& entry) {
     if (entry.antenna == ANTENNA_TERRESTRIAL) {
       if (const auto text = value(BANDWIDTH_HZ)) entry.bandwidth = readDvbv5Bandwidth(*text);
@@ -206,7 +206,7 @@ std::optional<std::string_view> headName(std::string_view line) {
   return line.substr(1, end - 1);
 }
 
-/// A section with a line at fault is left out as a whole; that line is its one problem.
+/// A section with an invalid line is skipped as a whole, and only that line is reported.
 class Dvbv5Reader {
  public:
   Dvbv5Reader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
@@ -267,7 +267,7 @@ class Dvbv5Reader {
   ServiceList& list_;
   Problems& problems_;
   std::unique_ptr<Section> section_;
-  bool leftOut_ = false;  ///< lines up to the next head belong to nothing
+  bool leftOut_ = false;  ///< skip the lines up to the next head
 };
 
 bool isHead(std::string_view line) {

@@ -9,8 +9,8 @@
 
 namespace virtualtv::import {
 
-/// Finds the first line, behind the head of a section, that sets one of the keys which tell a libdvbv5 channel file
-/// from others. @return where it starts, in bytes.
+/// Finds the first line after a section head that sets a key typical of libdvbv5 channel files. @return the offset of
+/// the line, in bytes.
 std::optional<std::size_t> findDvbv5(std::string_view content);
 
 /// Reads a libdvbv5 channel file. See `Format`.

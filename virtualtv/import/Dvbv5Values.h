@@ -7,8 +7,7 @@
 
 namespace virtualtv::import {
 
-// How the values of a libdvbv5 channel file are written; words may be in any case. What can't be read is thrown as
-// `Unreadable`.
+// Readers for the values of a libdvbv5 channel file. Words may be in any case. Invalid values throw `Unreadable`.
 
 /// A value of DELIVERY_SYSTEM.
 struct Dvbv5System {
@@ -19,26 +18,26 @@ struct Dvbv5System {
 
 Dvbv5System readDvbv5System(std::string_view text);
 
-/// Takes QAM/64, QAM_64, QAM64 and 64QAM for the same.
+/// QAM/64, QAM_64, QAM64 and 64QAM mean the same.
 Modulation readDvbv5Modulation(std::string_view text);
 
 /// 'H', 'V', 'L' or 'R', 0 for none.
 char readDvbv5Polarisation(std::string_view text);
 
-/// kHz. Satellites are written in kHz, the others in Hz.
+/// Returns kHz. Files have kHz for satellites and Hz for other antennas.
 int readDvbv5Frequency(std::string_view text, EAntennaMode antenna);
 
-/// kHz, 0 when the tuner is to find it.
+/// Returns kHz; 0 when the tuner is to detect it.
 int readDvbv5Bandwidth(std::string_view text);
 
-/// What the streams of a key with PIDs are.
+/// The kind of streams that a key with PIDs lists.
 struct Dvbv5Streams {
   bool video = false;
   AudioCoding coding = CODING_UNKNOWN;
 };
 
-/// PID_ is followed by the stream type of the program map, hexadecimal; the plain audio key has audio of any coding.
-/// @return nothing for a key of anything else.
+/// Keys with PID_ end in the stream type of the program map, in hexadecimal. The plain audio key lists audio of any
+/// coding. @return nothing for other keys.
 std::optional<Dvbv5Streams> dvbv5Streams(std::string_view name);
 
 }  // namespace virtualtv::import

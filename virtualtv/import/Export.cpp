@@ -62,14 +62,14 @@ bool isZeroByItself(int field) {
   return field == Data::LOCK || field == HIDDEN || field == SERVICE_MODE || field == Data::MINOR;
 }
 
-/// True for ids that are the same but for the number that tells alike services apart.
+/// True for ids that differ only in the number that distinguishes otherwise equal services.
 bool areAlike(std::uint64_t left, std::uint64_t right) {
   constexpr std::uint64_t counted = 0x0FFF'0000'0000'0000U;
   return ((left ^ right) & ~counted) == 0;
 }
 
 bool isSame(int field, const std::optional<std::uint64_t>& left, const std::optional<std::uint64_t>& right) {
-  if (field == Data::PTC) return true;  // worked out anew when a list is read
+  if (field == Data::PTC) return true;  // computed again when a list is read
   if (field == Data::SERVICE_ID && left && right) return areAlike(*left, *right);
   return isZeroByItself(field) ? left.value_or(0) == right.value_or(0) : left == right;
 }
@@ -128,7 +128,7 @@ void Exporter::addEntry(const Service& service) {
   const std::string group = group_;
   const std::string line = groupLine(service);
   const std::string text = format_.writing->entry({now, same ? &before.entry : nullptr, before.text, next_});
-  const bool isAsItWas = same && line.empty() && text == before.text;  // which has just been read
+  const bool isAsItWas = same && line.empty() && text == before.text;  // the entry just read
   Reading again;
   if (!isAsItWas && (text.empty() || !read(format_, line + text, again))) {
     ++exported_.leftOut;

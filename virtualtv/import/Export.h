@@ -11,35 +11,35 @@
 
 namespace virtualtv::import {
 
-/// A list that was written.
+/// The result of writing a list.
 struct Exported {
   std::string content;
   std::size_t services = 0;                 ///< in it
-  std::size_t leftOut = 0;                  ///< that the format can't hold at all
-  std::map<std::string, std::size_t> lost;  ///< what the format can't hold of those, and of how many
+  std::size_t leftOut = 0;                  ///< number of services that the format can't hold at all
+  std::map<std::string, std::size_t> lost;  ///< data that the format can't hold, with the number of services affected
 };
 
-/// Writes a list of services. A service that a list of the same format has brought is written as it stood there, but
-/// for what the set has otherwise by now. Each is read again as it is written, so what is lost is told as it is.
+/// Writes a list of services. A service imported from a list of the same format is written as it was there, with later
+/// changes applied. Each written service is read again to find out what was lost.
 class Exporter {
  public:
-  /// @param format  has a writing; outlives the exporter.
+  /// @param format  a format that can be written; outlives the exporter.
   explicit Exporter(const Format& format) : format_(format) {}
 
   /// Adds a service. They come in list order.
   void add(const Service& service);
 
-  /// Hands the list over.
+  /// Returns the list.
   Exported finish();
 
  private:
-  /// What a list says of one service.
+  /// One service as a list has it.
   struct Reading {
     std::string text;
     Entry entry;  ///< with views of the texts below
     Service service;
     std::string name;
-    std::uint64_t next = 0;  ///< number of the service behind it
+    std::uint64_t next = 0;  ///< number of the service after it
   };
 
   bool read(const Format& format, std::string text, Reading& reading) const;
@@ -51,8 +51,8 @@ class Exporter {
 
   const Format& format_;
   Exported exported_;
-  std::string group_;      ///< that the last group line names
-  std::string readGroup_;  ///< as it is read
+  std::string group_;      ///< name in the last group line
+  std::string readGroup_;  ///< that name as it is read again
   std::uint64_t next_ = 1;
 };
 

@@ -24,7 +24,7 @@ constexpr Writing dvbv5Writing{"", "\n\n", "", writeDvbv5};
 constexpr Writing m3uWriting{"#EXTM3U\n", "\n", "", writeM3u};
 constexpr Writing jsonWriting{"{\"services\": [\n", ",\n", "]}\n", nullptr, writeJson};
 
-/// Where a line decides for two formats, the upper row is taken.
+/// If a line is typical of two formats, the upper row wins.
 constexpr std::array table{
     Format{"vdr", "VDR's channels.conf", u'|', findVdr, readVdr, &vdrWriting},
     Format{"dvbv5", "libdvbv5", u':', findDvbv5, readDvbv5, &dvbv5Writing},
@@ -68,7 +68,7 @@ const Format* recognise(std::string_view content) {
   for (const Format& format : table) {
     const std::optional<std::size_t> place = format.recognise(content);
     if (!place) continue;
-    content = content.substr(0, *place);  // only a line in front of this one counts from here on
+    content = content.substr(0, *place);  // from now on only earlier lines count
     recognised = &format;
   }
   return recognised;

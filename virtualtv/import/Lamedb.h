@@ -8,10 +8,10 @@
 
 namespace virtualtv::import {
 
-/// Finds the line that a lamedb starts with. @return where it starts, in bytes.
+/// Finds the first line of a lamedb. @return its offset, in bytes.
 std::optional<std::size_t> findLamedb(std::string_view content);
 
-/// Reads an Enigma2 lamedb of version 3, 4 or 5, with the bouquets that `joinedLists` puts behind it. See `Format`.
+/// Reads an Enigma2 lamedb of version 3, 4 or 5, with the bouquets that `joinedLists` appends to it. See `Format`.
 void readLamedb(std::string_view content, ServiceList& list, Problems& problems);
 
 }  // namespace virtualtv::import

@@ -1,5 +1,5 @@
-// An M3U list has an address a line; a line of attributes in front of it says what it is. Addresses are kept and never
-// opened.
+// An M3U list has one address per line. A line of attributes before it describes the service. Addresses are stored but
+// never opened.
 
 #include "import/M3u.h"
 
@@ -14,7 +14,7 @@ namespace virtualtv::import {
 
 namespace {
 
-/// A number that tells a text from others, as FNV-1a makes it: 48 bits.
+/// A 48-bit hash of a text, by FNV-1a.
 std::uint64_t identityOf(std::string_view text) {
   std::uint64_t hash = 0xCBF29CE484222325U;
   for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
@@ -44,7 +44,7 @@ bool hasScheme(std::string_view address) {
   return end + 1 != address.end() && end[1] != ':' && end[1] != ' ';
 }
 
-/// True where there is a directory in it or a file with an ending, and nothing that names of files hardly have.
+/// True when the address has a directory, or a file with an extension, and no character that is unusual in file names.
 bool isPath(std::string_view address) {
   if (address.find_first_of("<>\"|*?{}") != std::string_view::npos) return false;
   const std::size_t dot = address.rfind('.');
@@ -52,7 +52,7 @@ bool isPath(std::string_view address) {
   return hasEnding || address.find_first_of("/\\") != std::string_view::npos;
 }
 
-/// Any line could be one, so that what is no list at all would be full of services.
+/// Requires that a line looks like an address. Otherwise any text file would be full of services.
 void requireAddress(std::string_view line) {
   const bool plain = std::none_of(line.begin(), line.end(), isControlByte);
   if (plain && (hasScheme(line) || isPath(line))) return;
@@ -83,7 +83,7 @@ class M3uReader {
     if (isAddress) take(number, line);
   }
 
-  /// What was told of a service ends with the line that is to be its address.
+  /// Takes a line as the address of the service described before it, and ends that description.
   void take(int number, std::string_view line) {
     try {
       requireAddress(line);
@@ -108,7 +108,7 @@ class M3uReader {
     list_.add(std::move(entry));
   }
 
-  /// Reports what was told of a service whose address is missing.
+  /// Reports a description of a service whose address is missing.
   void forget() {
     problems_.add(unreadable(told_, "no address follows"));
     start();

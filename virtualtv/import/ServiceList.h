@@ -17,14 +17,15 @@
 
 namespace virtualtv::import {
 
-/// The greatest number of a channel: 65535 is how a number that is absent reads. Services beyond it have no number.
+/// The greatest channel number; 65535 means that there is no number. Services beyond it get no number.
 constexpr std::uint64_t greatestChannelNumber = 65534;
 
-/// What a list tells of one service, in the units of the set. What it does not tell keeps its default.
+/// What a list says about one service, in the units of the set. Values missing in the list keep their defaults.
 struct Entry {
   std::string_view name;   ///< as it stands in the list
   std::string_view group;  ///< likewise; `ServiceList` sets it
-  /// What the list says of the service, as a list with this one alone. The set keeps it for what it has no field for.
+  /// The entry of the service, as a list with this service alone. The set stores it to preserve what it has no field
+  /// for.
   std::string text;
   EAntennaMode antenna = ANTENNA_TERRESTRIAL;
   Raster raster = Raster::european;
@@ -33,22 +34,22 @@ struct Entry {
   char polarisation = 0;  ///< 'H', 'V', 'L' or 'R', of satellite transponders
   Modulation modulation = MODULATION_UNKNOWN;
   int symbolRate = 0;          ///< ksym/s
-  std::optional<int> source;   ///< where it comes from: see `orbitalSource`, else the network
+  std::optional<int> source;   ///< source id: see `orbitalSource`; for other antennas the network
   std::optional<int> network;  ///< original network id
   std::optional<int> transportStream;
-  int program = 0;                        ///< 0 where there is none; the PID of the audio stands in for it in the id
-  std::optional<std::uint64_t> identity;  ///< stands for stream and program in the id, in lists that know neither
-  std::optional<ServiceKind> kind;        ///< where the list tells it; else the streams do
+  int program = 0;                        ///< 0 for none; the id then uses the PID of the audio instead
+  std::optional<std::uint64_t> identity;  ///< replaces stream and program in the id, for lists without these
+  std::optional<ServiceKind> kind;        ///< kind given by the list; otherwise derived from the streams
   int video = 0;                          ///< PID of the picture; 0 for none
   bool hidden = false;
   std::vector<AudioTrack> audio;
   std::vector<SubtitleTrack> subtitles;
   bool favourite = false;              ///< a member of favourite group 1
-  std::optional<std::uint64_t> major;  ///< channel number; the next one where the list tells none
-  int minor = 0;                       ///< behind a major number that the list tells
+  std::optional<std::uint64_t> major;  ///< channel number; the next free one if the list gives none
+  int minor = 0;                       ///< minor number, if the list gives a major number
 };
 
-/// What the service of an entry brings.
+/// The kind of the service of an entry.
 ServiceKind kindOf(const Entry& entry);
 
 /// The source id of an orbital position: tenths of a degree counted eastward, 0 to 3599, so that 19.2 degrees east is
@@ -56,8 +57,8 @@ ServiceKind kindOf(const Entry& entry);
 /// @param tenths  0 to 1800.
 int orbitalSource(int tenths, bool west);
 
-/// Makes the services of a list: numbers them, gives each an id of its own, reads their names and finds their physical
-/// channels, which both depend on the whole list. Names that it is given must outlive it.
+/// Builds the services of a list: assigns numbers and unique ids, decodes the names and finds the physical channels.
+/// The last two depend on the whole list. The names passed to it must outlive it.
 class ServiceList {
  public:
   /// @param format  of the list; outlives it. @param encoding  see `read`.
@@ -67,23 +68,23 @@ class ServiceList {
   /// The services that follow belong to this group.
   void startGroup(std::string_view name);
 
-  /// The next service gets this channel number, and those after it the next ones.
-  /// @return false, and nothing changes, when it is not greater than the numbers given so far.
+  /// Gives the next service this channel number, and later ones the numbers that follow. @return false, and nothing
+  /// changed, when the number is not greater than all numbers used so far.
   bool continueFrom(std::uint64_t number);
 
-  /// Channel number of the service that comes next.
+  /// The channel number of the next service.
   std::uint64_t nextNumber() const;
 
   void add(Entry entry);
 
-  /// Adds a service that is complete, in a list of such services alone.
-  /// @return false, and it is left out, when one before it has its id.
+  /// Adds a complete service, in a list of complete services only. @return false, and nothing added, when an earlier
+  /// service has the same id.
   bool addWhole(Service service);
 
-  /// What `add` added.
+  /// The entries passed to `add`.
   const std::vector<Entry>& entries() const { return entries_; }
 
-  /// Completes the services and hands them over, which leaves the list empty.
+  /// Completes and returns the services, leaving the list empty.
   std::vector<Service> finish();
 
  private:
@@ -98,7 +99,7 @@ class ServiceList {
   TextDecoder decoder_;
   std::string_view group_;
   std::vector<Entry> entries_;
-  std::vector<Service> services_;  ///< those that were complete
+  std::vector<Service> services_;  ///< services from `addWhole`
   std::unordered_map<std::uint64_t, std::uint64_t> variants_;
   std::unordered_set<std::uint64_t> ids_;
   std::uint64_t nextNumber_ = 1;

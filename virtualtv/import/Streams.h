@@ -6,18 +6,18 @@
 
 namespace virtualtv::import {
 
-/// The greatest number that a PID can be, and the greatest of network, transport stream and service ids.
+/// The greatest PID, and the greatest network, transport stream and service id.
 constexpr std::uint64_t greatestPid = 8191;
 constexpr std::uint64_t greatestId = 65535;
 
-/// False for the PIDs that lists write where there is no stream: 0 and 1 belong to tables, 8191 to stuffing.
+/// False for the PIDs that lists use for "no stream": 0 and 1 belong to tables, 8191 to stuffing.
 bool isStreamPid(int pid);
 
 /// True for the stream types of moving pictures in a program map.
 bool isVideoType(int streamType);
 
-/// The coding of an audio stream, told by its stream type in the program map or by the tag of a descriptor there;
-/// `CODING_UNKNOWN` for streams of other kinds.
+/// The coding of an audio stream, given its stream type in the program map or the tag of a descriptor there.
+/// `CODING_UNKNOWN` for other streams.
 AudioCoding audioCoding(int streamType);
 
 /// True for the frequencies that satellites send on, 2 to 50 GHz.

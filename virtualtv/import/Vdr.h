@@ -9,8 +9,8 @@
 
 namespace virtualtv::import {
 
-/// Finds the first line that has the shape of a service in VDR's `channels.conf`: its number of fields, a frequency, a
-/// source. Any of its fields may still be wrong. @return where it starts, in bytes.
+/// Finds the first line that looks like a service in VDR's `channels.conf`: the number of fields, a frequency, a
+/// source. Its fields may still be invalid. @return its offset, in bytes.
 std::optional<std::size_t> findVdr(std::string_view content);
 
 /// Reads VDR's `channels.conf`. See `Format`.

@@ -9,7 +9,7 @@
 
 namespace virtualtv::import {
 
-// How the fields of a line of VDR's channels.conf are written. What can't be read is thrown as `Unreadable`.
+// Readers for the fields of a line in VDR's channels.conf. Invalid fields throw `Unreadable`.
 
 /// Where a service comes from: a letter (S satellite, C cable, T terrestrial, A as broadcast in America, others for
 /// inputs of other kinds), and for satellites a position as `orbitalSource` makes it.
@@ -18,10 +18,10 @@ struct VdrSource {
   std::optional<int> position;
 };
 
-/// Nothing when the text is no source.
+/// Returns nothing when the text is not a source.
 std::optional<VdrSource> parseVdrSource(std::string_view text);
 
-/// What the parameters tell of the things that a set keeps of services from a source.
+/// The values of the parameters that the set uses.
 struct VdrParameters {
   char polarisation = 0;
   int bandwidth = 0;  ///< kHz, 0 when unknown
@@ -31,15 +31,15 @@ struct VdrParameters {
 
 VdrParameters readVdrParameters(std::string_view text, char sourceLetter);
 
-/// kHz. Satellites are written in MHz, the others in MHz, kHz or Hz, which the magnitude tells.
+/// Returns kHz. Files have MHz for satellites; for other sources MHz, kHz or Hz, as the magnitude shows.
 int readVdrFrequency(std::string_view text, char sourceLetter);
 
-/// The video PID, 0 where the field names none.
+/// The video PID; 0 for none.
 int readVdrVideo(std::string_view text);
 
 std::vector<AudioTrack> readVdrAudio(std::string_view text);
 
-/// The subtitles stand behind the teletext PID, which is not looked at.
+/// Reads the subtitles after the teletext PID, which is ignored.
 std::vector<SubtitleTrack> readVdrSubtitles(std::string_view text);
 
 }  // namespace virtualtv::import

@@ -6,35 +6,35 @@
 
 namespace virtualtv::import {
 
-/// A piece of a list that can't be read, and why. Thrown and caught within this room: a reader makes it a `Problem`.
+/// A part of a list that can't be read, with the reason. Thrown and caught within this room: a reader converts it to a
+/// `Problem`.
 struct Unreadable {
   std::string reason;
 };
 
-/// `text` without blanks, tabs and carriage returns at its ends; of `trimmedEnd` only at its end.
+/// Removes blanks, tabs and carriage returns at both ends of `text`; `trimmedEnd` only at its end.
 std::string_view trimmed(std::string_view text);
 std::string_view trimmedEnd(std::string_view text);
 
-/// The part of `rest` before the first `separator`, which it takes off together with the separator; all of `rest`
-/// when there is none.
+/// Removes and returns the part of `rest` before the first `separator`, and removes the separator. Without a separator,
+/// takes all of `rest`.
 std::string_view cut(std::string_view& rest, char separator);
 
-/// A piece of a list as a reason shows it: between double quotes, at most 40 bytes of it, what is not printable as
-/// `\xNN`.
+/// Quotes a part of a list for a reason: at most 40 bytes between double quotes, unprintable ones as `\xNN`.
 std::string quoted(std::string_view piece);
 
 bool isDigit(char character);
 
-/// True when both are the same but for the case of ASCII letters.
+/// Compares two words, ignoring the case of ASCII letters.
 bool sameWord(std::string_view left, std::string_view right);
 
-/// Requires a decimal number without a sign. @throw Unreadable  when it is missing or no such number.
-/// @param what  names the number in the reason, as in "service id".
+/// Requires an unsigned decimal number. @throw Unreadable when it is missing or not such a number. @param what  the name
+/// of the number in the reason, as in "service id".
 void requireDigits(std::string_view digits, std::string_view what);
 
-/// Reads a decimal number without a sign.
+/// Reads an unsigned decimal number.
 /// @param what  as above.
-/// @throw Unreadable  when it is missing, no such number or greater than `most`.
+/// @throw Unreadable when it is missing, not such a number or greater than `most`.
 std::uint64_t number(std::string_view digits, std::string_view what, std::uint64_t most);
 
 }  // namespace virtualtv::import

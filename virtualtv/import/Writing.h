@@ -11,36 +11,36 @@
 
 namespace virtualtv::import {
 
-/// What is to be written of a service.
+/// A service to write.
 struct Wanted {
-  const Entry& now;       ///< with texts in UTF-8
-  const Entry* before;    ///< what `kept` says; null where it comes from a list of another format, or from none
-  std::string_view kept;  ///< the service as a list of this format had it
-  std::uint64_t next;     ///< the number that a service gets which does not tell its own
+  const Entry& now;       ///< its present data, with texts in UTF-8
+  const Entry* before;    ///< the data in `kept`; null when the service does not come from a list of this format
+  std::string_view kept;  ///< the entry in the list of this format that the service came from
+  std::uint64_t next;     ///< the number that a service without its own number gets
 };
 
-/// How a format is written.
+/// The writer of a format.
 struct Writing {
-  std::string_view start;    ///< of a list
-  std::string_view between;  ///< two services
+  std::string_view start;    ///< start of a list
+  std::string_view between;  ///< separates two services
   std::string_view end;
-  /// A service as a list with it alone, without a line break at its end; empty for one that the format can't hold. What
-  /// of it the format can't hold is left out, which shows when it is read.
+  /// Writes a list with one service, without a final line break. Returns an empty text for a service that the format
+  /// can't hold. Data that the format can't hold is left out, which is noticed when the list is read again.
   std::string (*entry)(const Wanted& wanted);
-  std::string (*service)(const Service& service) = nullptr;  ///< of a format that holds all that a set keeps
+  std::string (*service)(const Service& service) = nullptr;  ///< set for a format that holds all data of a service
   bool hasGroupLines = false;                                ///< see `vdrGroup`
 };
 
-/// Pieces of a service by what they are, in the order in which they stand: lines, fields between colons.
+/// The parts of a service's entry by name, in order: lines, or fields between colons.
 using Pieces = std::vector<std::pair<std::string, std::string>>;
 
-/// What was read, with the pieces in place that are others now. Pieces that no change is about stay as they were.
-/// @param kept  as read; a name may come several times. @param before, now  each name once.
+/// Updates the parts of an entry that have changed and preserves all others. @param kept  the parts as read; a name may
+/// occur several times. @param before, now  the old and the new parts, each name once.
 Pieces changed(const Pieces& kept, const Pieces& before, const Pieces& now);
 
 std::string writeVdr(const Wanted& wanted);
 std::string writeDvbv5(const Wanted& wanted);
-/// Empty for a service without an address.
+/// Returns an empty text for a service without an address.
 std::string writeM3u(const Wanted& wanted);
 std::string writeJson(const Service& service);
 

@@ -8,11 +8,11 @@
 
 namespace virtualtv::import {
 
-/// Finds the first line that has the shape of a service in a zap file. Any of its fields may still be wrong.
-/// @return where it starts, in bytes.
+/// Finds the first line that looks like a service in a zap file. Its fields may still be invalid. @return its offset,
+/// in bytes.
 std::optional<std::size_t> findZap(std::string_view content);
 
-/// Reads a zap file, of whatever antenna. See `Format`.
+/// Reads a zap file for any antenna. See `Format`.
 void readZap(std::string_view content, ServiceList& list, Problems& problems);
 
 }  // namespace virtualtv::import
