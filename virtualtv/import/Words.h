@@ -28,8 +28,8 @@ bool isDigit(char character);
 /// Compares two words, ignoring the case of ASCII letters.
 bool sameWord(std::string_view left, std::string_view right);
 
-/// Requires an unsigned decimal number. @throw Unreadable when it is missing or not such a number. @param what  the name
-/// of the number in the reason, as in "service id".
+/// Requires an unsigned decimal number. @throw Unreadable when it is missing or not such a number. @param what  the
+/// name of the number in the reason, as in "service id".
 void requireDigits(std::string_view digits, std::string_view what);
 
 /// Reads an unsigned decimal number.
