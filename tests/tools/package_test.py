@@ -94,12 +94,16 @@ class PackageTest(unittest.TestCase):
         self.assertIn("./usr/share/emp-window/kept", listed)
         self.assertIn(f".{gone}", listed)
 
+    def test_an_image_has_the_name_of_its_version_as_far_as_that_goes(self):
+        self.assertEqual(image.name_of("1.3"), "emp-window:1.3")
+        self.assertEqual(image.name_of("1.3~rc1+lab2"), "emp-window:1.3-rc1-lab2")
+
     def test_the_image_is_what_its_description_says(self):
         tree = self.folder / "tree.tar"
         with tarfile.open(tree, "w") as tar:
             tar.add(TOP / "LICENSE", "usr/share/LICENSE")
         file = self.folder / "made.image.tar"
-        image.write(tree, file, "emp-window:1.3", "amd64", 1_600_000_000)
+        image.write(tree, file, image.name_of("1.3"), "amd64", 1_600_000_000)
         with tarfile.open(file) as tar:
             parts = {name: tar.extractfile(name).read() for name in tar.getnames()}
         [manifest] = json.loads(parts.pop("manifest.json"))

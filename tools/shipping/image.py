@@ -4,6 +4,7 @@ take. No container runtime is needed to make it."""
 import hashlib
 import io
 import json
+import re
 import shlex
 import tarfile
 import tempfile
@@ -46,8 +47,13 @@ def make(top, made):
         roots.make(tree, f"--include={made.program}", "--hook-dir=/usr/share/mmdebstrap/hooks/file-mirror-automount",
                    *(f"--dpkgopt={option}" for option in LEFT_OUT), *hooks(), variant="essential",
                    environment={"SOURCE_DATE_EPOCH": moment})
-        write(tree, image, f"emp-window:{made.version}", architecture, int(moment))
+        write(tree, image, name_of(made.version), architecture, int(moment))
     return image
+
+
+def name_of(version):
+    """What the image of a version is called; some signs of a package's version can't stand there."""
+    return f"emp-window:{re.sub('[+~]', '-', version)}"
 
 
 def hooks():
