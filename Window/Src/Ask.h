@@ -4,9 +4,9 @@
 
 #include "Log.h"
 
-// Calls to the set, which may throw, and interfaces, which may be missing. A call that throws, or that has no interface
-// to go to, has failed; the exception is logged. Where an operation carries on after an ordinary failure of a call it
-// makes the call through `Reach`, so that an exception still ends it.
+// Calls to the set, which may throw, and interfaces, which may be missing. A call fails when it throws or when its
+// interface is missing. Exceptions are logged. An operation that continues after an ordinary failure of a call makes
+// the call through `Reach`, so that an exception still ends the operation.
 
 namespace kel {
 
@@ -17,8 +17,8 @@ inline void LogException(Location at, const char* what, int level = kFailure) {
   KEL_LOG_AS(at, level, "Exception Handled by %s %s", at.function, what);
 }
 
-/// What `call` answers, or `failed` when it throws. @param at  the operation that calls. @param level  of the line that
-/// tells of an exception.
+/// The result of `call`, or `failed` when it throws. @param at  the calling operation. @param level  log level for an
+/// exception.
 template <typename Call, typename Result>
 Result Try(Location at, Result failed, Call call, int level = kFailure) {
   try {
@@ -31,8 +31,8 @@ Result Try(Location at, Result failed, Call call, int level = kFailure) {
   return failed;
 }
 
-/// Makes a call whose ordinary failure its caller carries on after. @return false when it throws: the caller then
-/// fails.
+/// Makes a call after whose ordinary failure the caller continues. @return false when the call throws: the caller must
+/// then fail.
 template <typename Call>
 bool Reach(Location at, Call call) {
   return Try(at, false, [&] {
@@ -41,10 +41,10 @@ bool Reach(Location at, Call call) {
   });
 }
 
-/// Result of a failed call, for all calls but those of which 0 alone is a failure.
+/// Result of a failed call. Not for calls that fail with 0 only.
 inline constexpr int kFailed = -1;
 
-/// What `call` answers for an interface; -1 when there is none or the call throws.
+/// The result of `call` on an interface; -1 when the interface is missing or the call throws.
 template <typename Interface, typename Call>
 int Ask(Location at, Interface* proxy, Call call) {
   if (proxy == nullptr) return kFailed;

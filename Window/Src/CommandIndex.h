@@ -11,8 +11,8 @@
 namespace kel {
 
 /// A hash table of names without collisions, made by the compiler: it tries multipliers until no two names share a
-/// slot, so that a lookup is one hash and at most one comparison. A name is hashed by its first and its last eight
-/// bytes, which tell all names apart: a loop over the whole name would take longer than all the rest.
+/// slot, so that a lookup is one hash and at most one comparison. The hash uses the first and the last eight bytes of a
+/// name, which distinguish all names. A loop over the whole name would take longer than everything else.
 template <std::size_t kNames>
 class CommandIndex {
  public:
@@ -26,19 +26,19 @@ class CommandIndex {
     }
   }
 
-  /// The number of the row of this name; `kNames` when there is none.
+  /// The index of the row with this name; `kNames` when there is none.
   constexpr std::size_t Find(std::string_view name) const {
     const std::size_t row = m_slots[Slot(name)];
     return row != kNames && m_names[row] == name ? row : kNames;
   }
 
  private:
-  static constexpr unsigned kBits = 10;  // a slot in fourteen is taken, so that most names that no row has meet none
+  static constexpr unsigned kBits = 10;  // one slot in fourteen is used, so most unknown names hit an empty slot
   static constexpr std::size_t kWord = 8;
   static constexpr int kMostTries = 1000;
   static_assert(kNames < 255, "the numbers of rows are kept in a byte");
 
-  /// Eight bytes as a number; written so that compilers make it one load.
+  /// Eight bytes as a number, in a form that compilers turn into one load.
   static constexpr std::uint64_t Word(const char* at) {
     const auto byte = [at](unsigned number) {
       return std::uint64_t{static_cast<unsigned char>(at[number])} << (8 * number);
@@ -46,7 +46,7 @@ class CommandIndex {
     return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
   }
 
-  /// A name that is shorter than a word.
+  /// The same for a name shorter than eight bytes.
   static constexpr std::uint64_t ShortWord(std::string_view name) {
     std::uint64_t word = 0;
     for (const char byte : name) word = word << 8 | static_cast<unsigned char>(byte);
@@ -60,7 +60,7 @@ class CommandIndex {
     return static_cast<std::size_t>((first ^ (last << 1 | last >> 63)) * m_multiplier >> (64 - kBits));
   }
 
-  /// Puts all names into their slots. @return false when two different ones meet.
+  /// Puts all names into their slots. @return false when two different names collide.
   constexpr bool Fill() {
     for (unsigned char& slot : m_slots) slot = kNames;
     for (std::size_t row = 0; row < kNames; ++row) {
@@ -74,7 +74,7 @@ class CommandIndex {
     return true;
   }
 
-  std::uint64_t m_multiplier = 0xD6E8FEB86659FD93;  // odd, otherwise any
+  std::uint64_t m_multiplier = 0xD6E8FEB86659FD93;  // any odd number
   std::array<std::string_view, kNames> m_names{};
   std::array<unsigned char, std::size_t{1} << kBits> m_slots{};
 };

@@ -8,9 +8,8 @@
 #include "EmpEngineWindow.h"
 #include "EmpTaskWindow.h"
 
-// The command table: what a row is made of. The rows stand in Commands.cpp. Used by the engine, and by the tools that
-// write the catalogue of commands. The one command that takes a parameter list has another way through the engine and
-// no row for it.
+// The command table: the structure of a row. The rows are in Commands.cpp. Used by the engine, and by the tools that
+// write the catalogue of commands. The only command with a parameter list has no row; the engine handles it separately.
 
 namespace kel {
 
@@ -18,7 +17,7 @@ namespace kel {
 enum class Parse {
   none,  ///< the command has no such parameter
   dec,   ///< the decimal number at the front, behind white space and a sign; 0 for garbage, clamped to `int`
-  num,   ///< the whole text as a decimal number, with or without a sign; any other does not parse, the preset stays
+  num,   ///< the whole text as a decimal number with an optional sign; otherwise not parsed, and the preset applies
   u64,   ///< unsigned 64-bit at the front, behind white space and a sign, decimal, 0x hexadecimal or 0 octal; -1 is all
          ///< ones, and so is a number beyond the range; 0 for garbage
   text,  ///< taken as it is
@@ -26,36 +25,36 @@ enum class Parse {
 
 struct Parameter {
   Parse parse = Parse::none;
-  int preset = 0;         ///< of `num`
-  bool required = false;  ///< of `num`: a text that does not parse is answered with the row's refusal
+  int preset = 0;         ///< default for `num`
+  bool required = false;  ///< for `num`: a text that does not parse is refused as the row says
 };
 
 inline constexpr std::size_t kParameters = 4;
 
-/// A call's parameters, read as its row states.
+/// The parameters of a call, read as its row says.
 struct Arguments {
-  std::array<int, kParameters> number{};   ///< of `dec` and `num`
-  std::array<bool, kParameters> parsed{};  ///< of `num`
+  std::array<int, kParameters> number{};   ///< for `dec` and `num`
+  std::array<bool, kParameters> parsed{};  ///< for `num`
   std::array<bool, kParameters> given{};   ///< the text is not empty
-  unsigned long long id = 0;               ///< of `u64`
-  const std::string* text = nullptr;       ///< of `text`
+  unsigned long long id = 0;               ///< for `u64`
+  const std::string* text = nullptr;       ///< for `text`
 };
 
-/// What a command answers. A negative worker result is answered as it is, as a number, where nothing else is said here
-/// or at the row's handler.
+/// What a command answers. A negative worker result is returned as a number, unless stated otherwise here or at the
+/// row's handler.
 enum class Answer {
   code,        ///< the worker's result
-  value,       ///< a number; its preset when the worker leaves it
+  value,       ///< a number; the preset when the worker does not write it
   name,        ///< UTF-16 text
   ascii,       ///< text
-  text,        ///< document, whatever the worker's result; -1 when there is none on the ISP source
-  textOrCode,  ///< document or other text, for any result that is not negative; some handlers demand a 1
+  text,        ///< document, whatever the worker's result; -1 when there is no document on the ISP source
+  textOrCode,  ///< document or other text for any non-negative result; some handlers require 1
   textOrNone,  ///< document when the worker answers 1, else -1
 };
 
 struct Command;
 
-/// A command on its way through its row.
+/// A command being run.
 struct Call {
   const Command& command;
   CEmpTaskWindow& worker;
@@ -67,13 +66,13 @@ struct Command {
   std::string_view name;
   std::array<Parameter, kParameters> parameters;
   Answer answer;
-  int preset;  ///< of the answer's value
+  int preset;  ///< default for the answer's value
   /// Runs the row: calls the worker, answers, and returns the result code.
   int (*run)(const Call& call);
   int refusal = -1;  ///< answer and result code when a required parameter does not parse
 };
 
-/// The row of that name; null when there is none. The first row of a name is the one that counts.
+/// The row with this name; null when there is none. Of several rows with one name the first counts.
 const Command* FindCommand(std::string_view name);
 
 /// All rows, in comparison order.

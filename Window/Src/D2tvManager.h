@@ -5,8 +5,8 @@
 
 namespace kel {
 
-/// The manager of the secondary TV stack; null when it can't be reached. @param at  the operation that asks.
-/// @param level  of the line that tells of an exception.
+/// The manager of the secondary TV stack; null when it can't be reached. @param at  the calling operation. @param level
+/// log level for an exception.
 inline CD2tvMgrProxy* D2tvManager(Location at, int level = kFailure) {
   constexpr CD2tvMgrProxy* none = nullptr;
   const auto ask = [] { return CD2tvMgrProxy::GetInstance("EMP_WINDOW"); };

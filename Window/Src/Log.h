@@ -3,14 +3,14 @@
 #include "kel/CKELDebug.h"
 
 // How the plug-in logs. A message is two calls of the framework's logger at the message's level: the location line,
-// then the message. Macros, since a location is where they stand and the compiler checks their formats.
+// then the message. These are macros, so that they know their own location and the compiler checks their formats.
 //
-// A location is an operation and a line of it. Code that several operations share takes theirs as an argument, so that
-// its messages, too, tell the operation at work.
+// A location is the name of an operation and a line in it. Code shared by several operations takes the location as an
+// argument, so that its messages name the calling operation.
 
 namespace kel {
 
-/// Levels of messages. Failures are logged at the level of routine lines, so that they are seen with them.
+/// Levels of messages. Failures are logged at the level of routine lines, so that they are visible together.
 inline constexpr int kFailure = 0;
 inline constexpr int kRoutine = 0;
 inline constexpr int kInformation = 3;
@@ -18,9 +18,9 @@ inline constexpr int kMissingWorker = 3;  // of the engine
 
 inline constexpr int kLogChannel = 2;
 
-/// An operation and a line of its source, as location lines tell them.
+/// The name of an operation and a line of its source, as in location lines.
 struct Location {
-  /// The name of an operation becomes a location on the line where it stands.
+  /// Converts the name of an operation to a location on the current line.
   constexpr Location(const char* operation, int where = __builtin_LINE())  // NOLINT(google-explicit-constructor)
       : function(operation), line(where) {}
 
@@ -38,10 +38,10 @@ inline void LogLocation(Location at, int level) {
 #define KEL_LOG_AS(at, level, ...) \
   (::kel::LogLocation((at), (level)), ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
 
-/// The same for the operation where it stands.
+/// The same for the enclosing function.
 #define KEL_LOG(level, ...) KEL_LOG_AS(__func__, level, __VA_ARGS__)
 
-/// The line that tells where an operation starts, and the one that marks an error.
+/// The lines that mark the start of an operation and an error.
 #define KEL_LOG_PLACE(file, at, level)                                                             \
   KEL_LOG_AS(at, level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::Location(at).function, \
              ::kel::Location(at).line)

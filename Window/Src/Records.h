@@ -2,8 +2,8 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-// Records of the TV service as its operations get them: with all members 0. What a library's own constructors leave in
-// them is not known.
+// Creates records of the TV service with all members 0, to pass to its operations. The library's own constructors may
+// leave any values in them.
 
 namespace kel {
 

@@ -4,7 +4,7 @@
 
 #include "tvservice/TCServiceData.h"
 
-// Fields of a service record under the values that they read as when the record lacks them.
+// Reads the fields of a service record, with a default for each absent field.
 
 namespace kel {
 
@@ -28,7 +28,7 @@ inline unsigned long long ReadServiceId(const TCServiceData& service) {
   return ReadField(service, TCServiceData::SERVICE_ID, kNoServiceId);
 }
 
-/// Makes `units` those of a text as stored (big-endian), however many they are.
+/// Reads all units of a text into `units`, as stored (big-endian).
 inline void ReadText(const TCServiceData& service, int fieldId, std::vector<unsigned short>& units) {
   const int length = service.GetLength(fieldId);
   units.assign(length > 0 ? static_cast<std::size_t>(length) : 0, 0);

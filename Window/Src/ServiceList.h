@@ -9,7 +9,7 @@
 
 namespace kel {
 
-/// Records that the TV service hands over; deleted when the list goes.
+/// Owns records from the TV service and deletes them with the list.
 struct ServiceList {
   ServiceList() = default;
   ServiceList(const ServiceList&) = delete;
@@ -20,10 +20,10 @@ struct ServiceList {
   std::list<TCServiceData*> services;
 };
 
-/// Appends a record for each service that meets the criteria, in any TV mode; the caller deletes them, also after a
-/// failure. A null pointer in place of a record is dropped, so that neither counts nor positions know of it.
-/// @param at  the operation that asks. @return what the set answers, greater than 0 on success; -1 without a navigation
-/// and when the call throws.
+/// Appends a record for each service that meets the criteria, in any TV mode. The caller deletes the records, even
+/// after a failure. Null pointers in place of records are dropped, so they affect neither counts nor positions. @param
+/// at the calling operation. @return the result of the set, greater than 0 on success; -1 without a navigation or when
+/// the call throws.
 inline int ListServices(Location at, IServiceNavigation* navigation, TCCriteriaHelper& criteria,
                         std::list<TCServiceData*>& services) {
   const int result = Ask(at, navigation, [&](IServiceNavigation& asked) {

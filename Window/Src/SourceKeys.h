@@ -8,7 +8,7 @@
 
 namespace kel {
 
-/// Each answers false when the store fails or throws. @param at  the operation that asks.
+/// Each function returns false when the store fails or throws. @param at  the calling operation.
 inline bool ReadKey(Location at, const char* key, int& value) {
   return Try(at, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
 }
@@ -17,7 +17,7 @@ inline bool WriteKey(Location at, const char* key, int value) {
   return Try(at, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
 }
 
-/// True for the seeks that mean the source stored as previous.
+/// True for the seeks that select the source stored as previous.
 inline bool IsPreviousSourceSeek(_PL_WINDOW_SEEK eSeek) {
   return eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_6 || eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_8 ||
          eSeek == PL_WINDOW_SEEK_PREVIOUS_SOURCE_9;

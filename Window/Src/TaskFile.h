@@ -2,7 +2,7 @@
 
 namespace kel {
 
-/// The name that the worker's sources give in log lines, all but EmpTaskWindow_D2TV.
+/// The file name in log lines of the worker's sources, except EmpTaskWindow_D2TV.
 inline constexpr const char* kTaskFile = "Window/Src/EmpTaskWindow";
 
 }  // namespace kel

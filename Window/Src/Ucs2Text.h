@@ -10,10 +10,10 @@ inline constexpr std::size_t kUtf16Room = 512;
 inline constexpr std::size_t kUtf8Room = 514;
 
 /// Converts UCS-2 text to UTF-16 in host order behind a byte-order mark.
-/// @param out      room for 512 bytes; no terminator is added. The text ends where the room does, and before the first
-///                 unit that can't be converted, which surrogates can't; that it was cut is logged.
+/// @param out  room for 512 bytes; no terminator is added. The text is cut at the end of the room, and before the first
+/// unit that can't be converted, such as a surrogate. A cut is logged.
 /// @param in       the text.
-/// @param inBytes  its length in bytes, two a unit; for 0 `out` is left as it was.
+/// @param inBytes  its length in bytes, two per unit; for 0 `out` is unchanged.
 void ucs2utf16(char* out, const char* in, std::size_t inBytes);
 
 /// The same to UTF-8, with room for 514 bytes.

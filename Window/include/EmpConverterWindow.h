@@ -13,9 +13,9 @@ enum _PL_WINDOW_WINDOW : int { PL_WINDOW_WINDOW_MAIN = 0, PL_WINDOW_WINDOW_PIP =
 enum _PL_WINDOW_Source : int {
   PL_WINDOW_SOURCE_TV = 0,
   PL_WINDOW_SOURCE_TVS_LAST = 42,  ///< 0 to 42 are sources of the TV service
-  PL_WINDOW_SOURCE_NONE = 43,      ///< no source of the TV service is active, or its state is not told
+  PL_WINDOW_SOURCE_NONE = 43,      ///< no source of the TV service is active, or its state is unknown
   PL_WINDOW_SOURCE_ISP = 48,
-  PL_WINDOW_SOURCE_UNKNOWN = 100,  ///< preset of a source that is about to be asked for
+  PL_WINDOW_SOURCE_UNKNOWN = 100,  ///< preset of a source before it is read
 };
 
 /// Which source or channel is meant, relative to the current one.
@@ -36,13 +36,13 @@ enum _PL_WINDOW_TV_MODE : int {};
 
 /// Which channels a seek goes through.
 enum _PL_WINDOW_NAVIGATOR_MODE : int {};
-/// How the place of a picture is chosen; no set tells it.
+/// How the place of a picture is chosen; no set reports it.
 enum _PL_WINDOW_POSITION_MODE : int {};
-/// How the size of a picture is chosen; no set tells it.
+/// How the size of a picture is chosen; no set reports it.
 enum _PL_WINDOW_RECT_SIZE_MODE : int {};
-/// Whether a window shows something, as `CEmpTaskWindow::GetState_Show` tells.
+/// Whether a window shows something, see `CEmpTaskWindow::GetState_Show`.
 enum _PL_WINDOW_SHOW_STATE : int {};
-/// What `CEmpTaskWindow::Show` does.
+/// The action of `CEmpTaskWindow::Show`.
 enum _PL_WINDOW_SHOW_TYPE : int {};
 /// A resolution of the picture.
 enum _PL_WINDOW_RESOLUTION : int {};
@@ -71,7 +71,7 @@ class CEmpConverterWindow {
  public:
   /// The TC value of a PL value, or the other way round: the other column of the first pair that matches.
   /// @param id  the table; trusted.
-  /// @return 0 when no pair matches, which some pairs answer as well.
+  /// @return 0 when no pair matches. Some pairs also give 0.
   /// @{
   static int GetTCValue(int plValue, _PL_WINDOW_MAPPING_TABLE_ID id);
   static int GetPLValue(int tcValue, _PL_WINDOW_MAPPING_TABLE_ID id);
@@ -80,12 +80,12 @@ class CEmpConverterWindow {
   /// The PL value of a TV mode; 0 for an antenna that has none.
   static _PL_WINDOW_TV_MODE GetPLTVModeValue(TSTvMode mode);
 
-  /// The TV mode of a PL value; (-1, -1) for a value without meaning. A value that names only the antenna is paired
-  /// with the default service mode.
+  /// The TV mode of a PL value; (-1, -1) for a value without meaning. A value that names only the antenna gets the
+  /// default service mode.
   static TSTvMode GetTCTVModeValue(_PL_WINDOW_TV_MODE mode);
 
-  /// The service mode that the set's region and country use, read anew on each call; -1 when one of them can't be read,
-  /// also because of an exception.
+  /// The service mode for the set's region and country, which are read on each call. Returns -1 when one of them can't
+  /// be read, for instance because of an exception.
   static int t_GetDefaultServiceMode();
 
  protected:
@@ -95,7 +95,7 @@ class CEmpConverterWindow {
     int tc;  ///< the TV service's
   };
 
-  /// How many tables there are.
+  /// The number of tables.
   static constexpr int tableCount = 11;
 
   /// The tables, each for one type of number.

@@ -24,14 +24,14 @@ class CEmpEngineBase;
 struct Location;
 
 /// The worker behind every command. It holds the connections (proxies) to the TV service's interfaces for the main or
-/// the picture-in-picture window and carries the commands out. Unless an operation says otherwise it makes a proxy that
-/// is missing when it needs it.
+/// the picture-in-picture window, and carries out the commands. Unless stated otherwise, an operation creates a missing
+/// proxy when it needs it.
 ///
-/// Unless an operation says otherwise it answers 1 for success, 0 for a failure or a missing proxy, -1 when a record or
-/// a value could not be had and -3 for a null output pointer, and leaves its output as it was when it fails. An
-/// exception from the set counts as a failed call. The operation then fails, too, even where it carries on after an
-/// ordinary failure of that call, unless it says otherwise; but a region or country that can't be read is merely not
-/// known. Called by the engine, from one thread.
+/// Unless stated otherwise, an operation returns 1 for success, 0 for a failure or a missing proxy, -1 when a record or
+/// a value could not be read, and -3 for a null output pointer. On failure it leaves its output unchanged. An exception
+/// from the set counts as a failed call. Unless stated otherwise, the operation then fails, even if it continues after
+/// an ordinary failure of that call. But a region or country that can't be read merely counts as unknown. Called by the
+/// engine, from one thread.
 class CEmpTaskWindow {
  public:
   /// A rectangle, in pixels of the space that the operation names.
@@ -49,46 +49,48 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow: life cycle, proxies, window selection
 
-  /// Deletes the found-channel list and drops the secondary stack's manager; the proxies stay. An exception of the set
-  /// does not matter. Called by the engine when it closes, and again by the destructor; both once `FlagCreate` is true.
+  /// Deletes the found-channel list and releases the secondary stack's manager. The proxies stay. Exceptions of the set
+  /// are ignored. Called by the engine when it closes, and again by the destructor, both only when `FlagCreate` is
+  /// true.
   virtual void Destroy();
-  /// True once `Create` was given an engine, also when it failed.
+  /// True once `Create` was called with an engine, even if it failed.
   virtual bool FlagCreate();
 
   /// Connects to the TV service for the main window and seeds the source keys. Called once, by the engine.
   /// @param name    not used.
   /// @param engine  the engine that owns the worker; outlives it.
-  /// @return true when every proxy was made and the keys were seeded. Where a proxy could not be made no key is seeded
-  ///         and no window is selected: what is missing is then made for the picture-in-picture window when it is first
-  ///         needed, until `SetWindow`.
+  /// @return true when every proxy was created and the keys were seeded. If a proxy could not be created, no key is
+  /// seeded and no window is selected. Until `SetWindow`, missing proxies are then created for the picture-in-picture
+  /// window on first use.
   bool Create(const char* name, CEmpEngineBase* engine);
 
-  /// Selects the window that the worker drives: 0 main, anything else picture-in-picture. Its navigation, source,
-  /// video, AV and track-data proxies become the active ones, in this order, and its source keys; then a data control,
-  /// which is one of the main window's in both. The tuner and the service database stay as they are.
-  /// @return 1, also when the data control can't be made, which leaves none active; 0 when another proxy can't be made.
-  ///         The selection ends there: the new window is driven and the proxies before that one are active, but the
-  ///         others are still those of the window before. An exception over the data control is 0 as well.
+  /// Selects the window that the worker drives: 0 main, anything else picture-in-picture. Activates its source keys
+  /// and, in this order, its navigation, source, video, AV and track-data proxies, then a data control. The data
+  /// control is always one of the main window. The tuner and the service database do not change. @return 1, even if the
+  /// data control can't be created, which leaves none active; 0 when another proxy can't be created. The selection
+  /// stops at that proxy: the new window is selected and the proxies before it are active, but the others are still
+  /// those of the previous window. An exception for the data control also gives 0.
   int SetWindow(_PL_WINDOW_WINDOW window);
 
   // EmpTaskWindow_Source: the window's source
 
-  /// The window's source: for the seeks 6, 8 and 9 the number stored as its previous source, as it stands; for any
-  /// other the source that the TV service shows, 43 when none is active or the service does not tell its state.
-  /// @return 1, -3, -1 when the source can't be read, 0 when the previous source's key can't.
+  /// The window's source. For the seeks 6, 8 and 9 it is the number stored as the previous source, unchecked. For any
+  /// other seek it is the source that the TV service shows, or 43 when none is active or its state can't be read.
+  /// @return 1 or -3; -1 when the source can't be read, 0 when the previous source's key can't be read.
   int GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek);
   /// The source that the TV service showed before. @return 1, -3 or -1.
   int GetPreviousSource(_PL_WINDOW_Source* peSource);
   /// State of the window's source, -1 when none is active. @return 1, -3 or -1.
   int GetSourceState(int* pnState);
 
-  /// Switches the window to a source and records it in the source keys; where the source is shown already only keys
-  /// that say otherwise are put right. In the picture-in-picture window recording fails after the switch. For the seeks
-  /// 6, 8 and 9 the source is the one stored as previous, whatever `eSource` says.
-  /// @return 1; 0 on failure, -1 without a source-control proxy, which is not made here.
+  /// Switches the window to a source and records it in the source keys. If the source is already shown, only corrects
+  /// keys that differ. In the picture-in-picture window, recording fails after the switch. For the seeks 6, 8 and 9
+  /// `eSource` is ignored and the source stored as previous is used. @return 1; 0 on failure, -1 without a
+  /// source-control proxy, which is not created here.
   int SetSource(_PL_WINDOW_Source eSource, _PL_WINDOW_SEEK nSeek);
-  /// The same without a seek, and to the first channel with a major number; a negative one means no channel. Where the
-  /// source is shown already the channel stays. The navigation proxy is not made here either.
+  /// The same without a seek, but also switches to the first channel with a major number. A negative number means no
+  /// channel. If the source is already shown, the channel does not change. The navigation proxy is not created here
+  /// either.
   int SetSourceAndTune(_PL_WINDOW_Source eSource, int nMajor);
   /// Switches to the source stored as previous. @return 1 or 0.
   int SetPreviousSource();
@@ -99,27 +101,27 @@ class CEmpTaskWindow {
   //
   // Applications use the plug-in's space of 960 x 540; the TV service uses the base screen.
 
-  /// Places the picture, in plug-in space; a negative `x` gives it its default place, which is the whole screen in the
+  /// Places the picture, in plug-in space. A negative `x` selects the default place, which is the whole screen for the
   /// main window. @return 1 or 0.
   int SetScreenRect(int x, int y, int w, int h);
-  /// Where the picture is, in plug-in space, as "x:%d,y:%d,w:%d,h:%d" into 40 bytes, cut where they end.
+  /// Where the picture is, in plug-in space, as "x:%d,y:%d,w:%d,h:%d" into a buffer of 40 bytes, truncated if needed.
   /// @return 1, 0 or -3.
   int GetScreenRect(char* pszScreenRect);
-  /// The same, with width and height in each other's place. @return 1; 0 when the TV service can't tell, `rect` may be
-  /// written then, too; -1 without a video-control proxy, or when the window's source can't be read.
+  /// The same, with width and height swapped. @return 1; 0 when the TV service fails, in which case `rect` may have
+  /// been written; -1 without a video-control proxy, or when the window's source can't be read.
   int GetScreenRect(Rect& rect);
   /// The picture's active part, in base-screen pixels, as text like `GetScreenRect`'s. @return 1, 0 or -3.
   int GetAFDGeometryRectSize(char* pszAFDRect);
-  /// Neither has a value to tell. @return 0, the output left as it is, or -3.
+  /// Neither is supported. @return 0 with the output unchanged, or -3.
   /// @{
   int GetScreenRect_PosMode(_PL_WINDOW_POSITION_MODE* pePosMode);
   int GetScreenRect_SizeMode(_PL_WINDOW_RECT_SIZE_MODE* peSizeMode);
   /// @}
   /// Not supported. @return -1.
   int SetScreenRect_PosSizeMode(_PL_WINDOW_POSITION_MODE ePosMode, _PL_WINDOW_RECT_SIZE_MODE eSizeMode);
-  /// Whether the window shows something: 0 no source, 1 a source, 3 no signal, 4 anything else. A source control that
-  /// is missing is made as `SetWindow` does, together with the source keys.
-  /// @return 1; 0 when the source control can't be made, -1 when the state can't be read, -3.
+  /// Whether the window shows something: 0 no source, 1 a source, 3 no signal, 4 anything else. A missing source
+  /// control is created as by `SetWindow`, together with the source keys. @return 1; 0 when the source control can't be
+  /// created, -1 when the state can't be read, or -3.
   int GetState_Show(_PL_WINDOW_SHOW_STATE* peShowState);
 
   // EmpTaskWindow_Picture: what is done to the picture
@@ -128,7 +130,7 @@ class CEmpTaskWindow {
   /// counts as all zero. @param plane  not used. @return 1; 0 when refused, -1 without a video-control proxy, or when
   /// the window's source can't be read.
   int SetScreenCropRect(Rect* crop, Rect* display, int plane);
-  /// The rectangles of the crop that the TV service tells, not converted. @return as `SetScreenCropRect`.
+  /// The rectangles of the crop from the TV service, not converted. @return as `SetScreenCropRect`.
   int GetScreenCropRect(Rect& crop, Rect& display, int plane);
   /// Raises (1) or, for any other number, lowers the picture's plane. @return 1 or -1.
   int SetScreenZorder(PL_WINDOW_ZORDER eZorder);
@@ -139,20 +141,19 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow_Resolution: the picture's resolution
 
-  /// The resolution on screen as the plug-in numbers it, 20 when it is unknown. @return 1, -1 or -3.
+  /// The plug-in's number of the resolution on screen, 20 when it is unknown. @return 1, -1 or -3.
   int GetResolution(_PL_WINDOW_RESOLUTION* peResolution);
-  /// Size and frequencies of the picture as a JSON document; on the ISP source the size that the secondary stack tells,
-  /// and frequencies of 0.
-  /// @return 1; 0 when the secondary stack can't tell, `strDetail` then says 0 throughout; -1.
+  /// Size and frequencies of the picture as a JSON document. On the ISP source these are the size from the secondary
+  /// stack, and frequencies of 0. @return 1 or -1; 0 when the secondary stack fails, in which case `strDetail` has only
+  /// zeros.
   int GetResolutionDetail(std::string& strDetail);
 
   // EmpTaskWindow_Channel: looking services up
 
-  /// Rebuilds the found-channel list with the services of a TV mode, as the main window's navigation tells them. That
-  /// proxy is not made here.
-  /// @param type  limits them to a channel type; 0 for all.
-  /// @return 1; 0 when there are none or the TV service fails, records that it handed over all the same are kept; -1
-  ///         without a navigation proxy, the list is then as it was.
+  /// Rebuilds the found-channel list with the services of a TV mode, from the main window's navigation. That proxy is
+  /// not created here. @param type  restricts them to a channel type; 0 for all. @return 1; 0 when there are none or
+  /// the TV service fails, in which case any records that it returned are kept; -1 without a navigation proxy, in which
+  /// case the list is unchanged.
   int FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE mode);
   /// The window's TV mode, as a `_PL_WINDOW_TV_MODE`. `pnMode` is not checked.
   /// @return the TV service's own positive number, 0 or -1.
@@ -162,8 +163,8 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow_ChannelField: one field of one channel
 
-  /// A field of the channel at a position of the found-channel list. A number that the record lacks reads as 65535. A
-  /// channel type is mapped to the plug-in's; one that is missing or has no number there reads as 0.
+  /// A field of the channel at a position of the found-channel list. An absent number reads as 65535. A channel type is
+  /// mapped to the plug-in's number; it reads as 0 when it is absent or has no such number.
   /// @return 1, -1 when there is no such position, -3.
   /// @{
   int GetChannel_Major(int index, int* pnMajor);
@@ -176,20 +177,21 @@ class CEmpTaskWindow {
   /// @}
 
   /// The channel's name as UTF-16 with a byte-order mark and without a terminator, into a zeroed buffer of at least 512
-  /// bytes. It is cut where these end and before the first surrogate, so that a name that begins with one comes to the
-  /// mark alone. An empty name leaves the buffer as it is; `GetChannel_Name` alone answers -1 for it.
+  /// bytes. It is truncated at the end of the buffer and before the first surrogate, so a name that starts with a
+  /// surrogate gives the mark alone. An empty name leaves the buffer unchanged; only `GetChannel_Name` returns -1 for
+  /// it.
   /// @{
   int GetChannel_Name(int index, unsigned short* ptwName);
   int GetChannel_ServiceName(int index, unsigned short* ptwServiceName);
   /// @}
 
-  /// The channel's service id as decimal text into 32 bytes, terminated; all bits set when the record lacks it.
+  /// The channel's service id as decimal text into 32 bytes, terminated; all bits set when it is absent.
   /// `pszServiceId` is not checked.
   int GetChannel_ServiceId(int index, char* pszServiceId);
   /// Length of the found-channel list. @return 1; 0 for a null pointer.
   int GetChannel_Size(int* pnSize);
 
-  /// The same fields of the channel on screen. @return 1, -1 when it can't be had, -3.
+  /// The same fields of the channel on screen. @return 1, -1 when the channel can't be read, -3.
   /// @{
   int GetCurrentChannel_Major(int* pnMajor);
   int GetCurrentChannel_Minor(int* pnMinor);
@@ -202,8 +204,8 @@ class CEmpTaskWindow {
   int GetCurrentChannel_ServiceName(unsigned short* ptwServiceName);
   /// @}
 
-  /// The same of the channel that the set starts with. Its major and minor numbers read as -1 when missing. The service
-  /// id comes without a lookup; its pointer is not checked, and a failure answers 0.
+  /// The same for the channel that the set starts with. Absent major and minor numbers read as -1. The service id needs
+  /// no lookup; its pointer is not checked, and a failure returns 0.
   /// @{
   int GetStartChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelType);
   int GetStartChannel_Major(int* pnMajor);
@@ -214,87 +216,87 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow_Tuning: changing the channel
   //
-  // A tune goes to the window's navigation when the window shows the TV source; otherwise it switches the source to TV
-  // with the service, and brings the source keys up to date. A source that can't be read, also because of an exception,
-  // counts as another one. A switch that the TV service refuses does not fail the tune; one that ends in an exception
-  // does. Nothing is changed when the channel can't be found.
+  // When the window shows the TV source, a tune goes to its navigation. Otherwise the tune switches the source to TV
+  // with the service, and updates the source keys. A source that can't be read, for instance because of an exception,
+  // counts as another source. A switch that the TV service refuses does not fail the tune, but an exception does. When
+  // the channel can't be found nothing is changed.
 
   /// Tunes to the best service for a major and a minor number.
   int SetChannel(int nMajor, int nMinor);
   /// Tunes to the first service, in service-id order, of a physical channel.
   int SetChannel_PTC(int nPTC);
   /// Tunes one service onward (seek 3) or back (seek 4). @return 1; 0 on failure and for any other seek, -1 when the
-  /// current or the next service can't be had.
+  /// current or the next service can't be read.
   int SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_MODE eNavigatorMode);
-  /// Tunes to a service as given, without looking it up. Only the source-control proxy is made when it is missing.
+  /// Tunes to a service without looking it up. Only a missing source-control proxy is created.
   int SetChannelByServiceid(unsigned long long serviceId);
   /// Tunes to the service of a physical channel whose channel type is `major` and whose minor number is `minor`.
   /// @param channelType  logged only.
   int SetChannelDirect(int ptc, int major, int minor, int channelType);
 
-  /// Strength of the signal of the one tuner proxy, 0 to 255. `Create` makes it for the main window, and `SetWindow`
-  /// does not change it. @return 1; 0 without a tuner proxy, -1 when the tuner can't tell, `*strength` may be written
-  /// then.
+  /// Strength of the signal of the one tuner proxy, 0 to 255. `Create` creates it for the main window, and `SetWindow`
+  /// does not change it. @return 1; 0 without a tuner proxy, -1 when the tuner fails, in which case `*strength` may
+  /// have been written.
   int GetSignalStrength(unsigned char* strength);
 
   // EmpTaskWindow_Satellite: tuning by a description
 
-  /// Tunes the window to a satellite service that a JSON object describes. No source is switched, no key written and no
-  /// proxy made.
+  /// Tunes the window to a satellite service that a JSON object describes. Switches no source, writes no key and
+  /// creates no proxy.
   /// @param channelInfo  the object, from its brace on; a missing member counts as 1.
   /// @param type         only 0 is supported.
-  /// @return 1; 0 for a bad description and when no such service can be tuned to; -1 without a satellite manager, also
-  ///         because the call that makes it ended in an exception. An exception while the transponder is looked up, the
-  ///         service found or tuned to is 0; a transponder that is merely not known does not matter.
+  /// @return 1; 0 for an invalid description and when no such service can be tuned to; -1 without a satellite manager,
+  /// including when its creation throws. An exception while looking up the transponder, or finding or tuning to the
+  /// service, gives 0. An unknown transponder does not matter.
   int SetDVBSIChannelDirectEx(const std::string& channelInfo, int type);
 
   // EmpTaskWindow_Tuning: finding a channel by its numbers
 
-  /// Id of the first service, in service-id order, with these numbers and of this channel type, as decimal text into
-  /// 32 bytes. A type that maps outside 1 to 9 is no condition; one that maps to 9 also asks for the antenna of the
-  /// window's TV mode, where that can be told. `pszServiceId` is not checked.
+  /// Id of the first service, in service-id order, with these numbers and this channel type, as decimal text into 32
+  /// bytes. A type that maps outside 1 to 9 is ignored. A type that maps to 9 also requires the antenna of the window's
+  /// TV mode, if that can be read. `pszServiceId` is not checked.
   /// @return 1, 0 when there is none, -1 without a service proxy.
   int GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHANNEL_TYPE eChannelType, char* pszServiceId);
 
   // EmpTaskWindow_Report: documents about channels
 
-  /// The channel-information document of the channel on screen, or of the one watched before; the empty text when it
-  /// can't be made. @return 1, also for the empty text; -1 when the channel can't be had.
+  /// The channel-information document of the channel on screen, or of the previous channel; empty when it can't be
+  /// created. @return 1, also for the empty text; -1 when the channel can't be read.
   /// @{
   int GetCurrentChannelInfo(std::string& strInfo);
   int GetPreviousChannelInfo(std::string& strInfo);
   /// @}
   /// The smaller document of the channel that the set starts with. @return 1 or -1.
   int GetStartChannel_Info(std::string& strInfo);
-  /// The text attached to the channel at a position of the found-channel list, as it stands but in UTF-8; empty when
-  /// there is none. @return 1, also for the empty text; -1 when there is no such position.
+  /// The text attached to the channel at a position of the found-channel list, unchanged but in UTF-8; empty when there
+  /// is none. @return 1, also for the empty text; -1 when there is no such position.
   int GetChannel_OnTVJson(int index, std::string& strJson);
-  /// The document of all services of the window's TV mode, as the main window's navigation tells them. That proxy is
-  /// not made here. @return 1; 0 when they can't be had or there are none, -1 when the document can't be made.
+  /// The document of all services of the window's TV mode, from the main window's navigation. That proxy is not created
+  /// here. @return 1; 0 when there are none or they can't be read, -1 when the document can't be created.
   int GetFullChannelList(std::string& strChannelInfo);
 
   // EmpTaskWindow_Favourites: the favourite groups of a service
 
-  /// Puts a service into a favourite group or takes it out. @param group  0 to 255, as unsigned 8 bits.
+  /// Adds a service to a favourite group or removes it. @param group  0 to 255, as unsigned 8 bits.
   /// @return 1; 0 without a service proxy, -1 when the TV service refuses.
   int UpdateFavorites(unsigned long long serviceId, bool value, char group);
-  /// The document of a service's groups, each under the first digit of its number; of several with that digit the
-  /// greatest counts. @return 1; 0 without a service proxy, -1 when the TV service can't tell.
+  /// The document of a service's groups, each under the first digit of its number. Of several groups with one first
+  /// digit the greatest counts. @return 1; 0 without a service proxy, -1 when the TV service fails.
   int GetFavorites(unsigned long long& serviceId, std::string& strFavorites);
 
   // EmpTaskWindow_Audio: the audio tracks of what is on screen
   //
-  // On the ISP source the secondary stack is asked, whichever window is driven, and any failure is 0; what is to be
-  // told is a document all the same. A failure that the stack numbers 1 counts as success.
+  // On the ISP source these operations use the secondary stack, whichever window is selected. Any failure is then 0,
+  // but a document is still written. A failure that the stack numbers 1 counts as success.
 
-  /// The document of all tracks; those that can't be read are left out, and a number of tracks that can't be told is 0.
-  /// @return 1; 0 without the service on screen or a proxy, -1 when an exception leaves no document.
+  /// The document of all tracks. Tracks that can't be read are left out; a number of tracks that can't be read counts
+  /// as 0. @return 1; 0 without the service on screen or a proxy, -1 when an exception leaves no document.
   int GetMultiAudioInfo(std::string& strInfo);
-  /// The document of the track in use. @return 1; 0 without a proxy, -1 when something can't be told: the document is
-  /// then written all the same, unless it is the service on screen that can't, or an exception was the reason.
+  /// The document of the track in use. @return 1; 0 without a proxy, -1 when something can't be read. The document is
+  /// still written then, unless the service on screen can't be read or an exception was the reason.
   int GetCurrentAudioInfo(std::string& strInfo);
-  /// Selects the first track with a PID; one beyond 32767 can't be asked for. @return 1; 0 on failure, -1 when no track
-  /// has it.
+  /// Selects the first track with a PID. PIDs beyond 32767 can't be selected. @return 1; 0 on failure, -1 when no track
+  /// has the PID.
   int ChangeAudioPID(short pid);
   /// Selects the track at a position. @return true on success.
   bool ChangeAudioByIndex(int index);
@@ -303,32 +305,32 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow_Subtitle: the subtitles of what is on screen
   //
-  // On the ISP source the secondary stack is asked, whichever window is driven; its list leaves a document also when it
-  // fails, and a failure that it numbers 1 reads as success. Otherwise the list is that of the window driven. The
-  // subtitle in use is that of the data control, which `SetWindow` makes for the main window in either case: in
-  // picture-in-picture, too, it is the main window's subtitle that is told and changed. Only a data control that is
-  // made on first use is that of the window driven.
+  // On the ISP source these operations use the secondary stack, whichever window is selected. Listing then writes a
+  // document even on failure, and a failure that the stack numbers 1 counts as success. Otherwise the list is that of
+  // the selected window. The subtitle in use is that of the data control, which `SetWindow` always creates for the main
+  // window. So even in picture-in-picture the subtitle of the main window is read and changed. Only a data control
+  // created on first use belongs to the selected window.
 
   /// The document of all subtitles. @return 1; 0 without a data-control or navigation proxy, -1 on failure.
   int GetSubtitleInfo(std::string& strInfo);
   /// Language code of the subtitle in use. @return 1; 0 without a data-control proxy, -1 on failure, for a null pointer
-  /// and when no subtitle is in use. On the ISP source the manager's own number on failure, `*language` may be written
-  /// then, and -1 is a language.
+  /// and when no subtitle is in use. On the ISP source a failure returns the manager's own number and may have written
+  /// `*language`, and -1 is a valid language.
   int GetCurrentSubtitle(int* language);
   /// Selects the subtitle at a position. @return 1; -1 on failure, on the ISP source the manager's own number.
   int ChangeSubtitle(int index);
 
   // EmpTaskWindow_D2TV
 
-  /// True when the platform says that the ISP source is on screen; false when it can't be asked, also because of an
-  /// exception.
+  /// True when the platform says that the ISP source is on screen; false when the key can't be read, for instance
+  /// because of an exception.
   bool IsSourceISP();
 
  protected:
   // EmpTaskWindow
 
-  /// Each makes sure that there is an active proxy: one that is missing is made for the window that the worker drives,
-  /// and not kept as that window's own. @return true when there is one.
+  /// Each ensures that there is an active proxy. A missing proxy is created for the selected window, but not stored as
+  /// that window's own. @return true when there is a proxy.
   /// @{
   bool t_CheckServiceproxy();
   bool t_CheckServiceNavigationproxy();
@@ -340,8 +342,8 @@ class CEmpTaskWindow {
   bool t_CheckTunerControlproxy();
   /// @}
 
-  /// The same for operations that can't do without the proxy: one that is missing is logged, under the name of the
-  /// operation that needs it.
+  /// The same for operations that require the proxy: a missing proxy is logged, under the name of the calling
+  /// operation.
   /// @{
   bool t_NeedServiceproxy(Location at);
   bool t_NeedServiceNavigationproxy(Location at);
@@ -353,7 +355,7 @@ class CEmpTaskWindow {
   bool t_NeedTunerControlproxy(Location at);
   /// @}
 
-  /// The calling application's id, "NoAppId" when it is unknown. @param at  the operation that asks.
+  /// The calling application's id, "NoAppId" when it is unknown. @param at  the calling operation.
   /// @return false when the engine throws.
   bool t_GetAppId(Location at, std::string& appId);
 
@@ -361,43 +363,44 @@ class CEmpTaskWindow {
 
   /// True for 0 to 42.
   bool t_IsTVServiceSource(_PL_WINDOW_Source eSource);
-  /// Translates a source; false, and the output as it was, when it has no counterpart. A plug-in's source that the
-  /// table does not know becomes the TV source.
+  /// Translates a source. Returns false, with the output unchanged, when there is no counterpart. A plug-in source that
+  /// is not in the table becomes the TV source.
   /// @{
   bool t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLSource);
   bool t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSSource);
   /// @}
-  /// The window's source as the TV service shows it; 43 when none is active or the service does not tell its state.
+  /// The window's source as the TV service shows it; 43 when none is active or its state can't be read.
   bool t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource);
-  /// The one before, as the TV service remembers it.
+  /// The previous source, as the TV service remembers it.
   bool t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource);
   /// Publishes the main window's source to the TV middleware. @param key  the window's source key; only the main
   /// window's is accepted.
   bool t_SetTVMWMainSourcevconf(const char* key, int nPLSource);
-  /// Makes the main window's source keys, the previous one too, the source that the TV service shows, and the
-  /// picture-in-picture window's current one 0. Ends at the first failure; without an active source only the current
-  /// one is written, as 43. Called at the end of `Create`.
+  /// Seeds the source keys. The main window's current and previous source become the source that the TV service shows,
+  /// and the picture-in-picture window's current source becomes 0. Stops at the first failure. Without an active
+  /// source, writes only the main window's current source, as 43. Called at the end of `Create`.
   bool t_InitSourceVconf();
-  /// Records a source change of this window: previous source, middleware, current source. Ends at the first failure,
-  /// which in the picture-in-picture window is the middleware.
+  /// Records a source change of this window: previous source, middleware, current source. Stops at the first failure;
+  /// in the picture-in-picture window that is the middleware.
   bool t_UpdateSourceVconf(int nNewSource, int nPreviousSource);
 
-  /// Switches the window to a source, and to a channel of it where `nMajor` is not negative; then records it.
+  /// Switches the window to a source and, if `nMajor` is not negative, to a channel of it; then records the source.
   bool t_SetSource(_PL_WINDOW_Source ePLSource, int nMajor);
 
   // EmpTaskWindow_D2TV: the ISP source, shown by the secondary TV stack
 
-  /// Asks for the stack's manager and logs the outcome. No operation needs it: each asks for itself.
+  /// Requests the stack's manager and logs the outcome. No operation depends on this, since each requests the manager
+  /// itself.
   void CreateD2TVManagerInstance();
-  /// Drops the stack's manager.
+  /// Releases the stack's manager.
   void DestroyD2TVManagerInstance();
   /// Switches the secondary stack to the ISP source.
   bool SetSource_D2TV();
 
   // EmpTaskWindow_AudioD2TV
 
-  /// The audio operations on the ISP source. Each answers 1 for success; what tells of tracks answers -1 otherwise,
-  /// what changes them -1 without a manager and else the manager's own number.
+  /// The audio operations on the ISP source. Each returns 1 for success. On failure, reading operations return -1.
+  /// Changing operations return -1 without a manager, and otherwise the manager's own number.
   /// @{
   int GetMultiAudioInfo_D2TV(std::string& strInfo);
   int GetCurrentAudioInfo_D2TV(std::string& strInfo);
@@ -407,7 +410,7 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow_Resolution
 
-  /// The document of the secondary stack's picture, all 0 when the stack can't tell; its frequencies are always 0.
+  /// The document of the secondary stack's picture, all 0 when the stack fails. Its frequencies are always 0.
   /// @return 1 or -1.
   int GetResolutionDetail_D2TV(std::string& strDetail);
   /// Translates a resolution; 20 for one that has no number here.
@@ -415,10 +418,11 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow_Channel
 
-  /// The record at a position of the found-channel list, which keeps it. @return 1; 0 when there is no such position.
+  /// The record at a position of the found-channel list, which still owns it. @return 1; 0 when there is no such
+  /// position.
   int t_GetChannelSeek(int index, TCServiceData** out);
-  /// Each fills a record with the service on screen, the one watched before, the one that the set starts with.
-  /// @return 1; 0 on failure, the record is then not to be read.
+  /// Each fills a record: with the service on screen, the previous service, or the service that the set starts with.
+  /// @return 1; 0 on failure, after which the record must not be read.
   /// @{
   int t_GetCurrentChannel(TCServiceData& out);
   int t_GetPreviousChannel(TCServiceData& out);
@@ -432,13 +436,13 @@ class CEmpTaskWindow {
   /// The text attached to a service as UTF-8; empty when there is none.
   std::string t_GetServiceJsonText(const TCServiceData& service);
 
-  CEmpEngineBase* m_pEngine;          ///< the one that `Create` was given; null before
+  CEmpEngineBase* m_pEngine;          ///< the engine passed to `Create`; null before
   int m_baseScrW;                     ///< width of the base screen, pixels
-  int m_baseScrH;                     ///< and its height
+  int m_baseScrH;                     ///< height of the base screen, pixels
   std::string m_SourceVconf;          ///< settings key of the window's current source
-  std::string m_PreviousSourceVconf;  ///< and of its previous one
+  std::string m_PreviousSourceVconf;  ///< settings key of its previous source
 
-  /// The proxies in use and those kept for each window. The TV-service library owns them all.
+  /// The active proxies and those stored for each window. The TV-service library owns them all.
   /// @{
   IServiceNavigation* svc_navi_proxy;
   IServiceNavigation* svc_navi_proxy_main;
@@ -463,10 +467,10 @@ class CEmpTaskWindow {
   /// @}
 
   std::list<TCServiceData*> m_ChannelList;  ///< the found-channel list; owns its records
-  int t_eWindow;  ///< the window driven: 0 main, anything else picture-in-picture; 3 until one is selected
+  int t_eWindow;  ///< the selected window: 0 main, anything else picture-in-picture; 3 until one is selected
 
  private:
-  std::vector<TCServiceData*> m_ChannelIndex;  ///< the found-channel list by index; made when one is asked for
+  std::vector<TCServiceData*> m_ChannelIndex;  ///< the found-channel list by index; created on first use
 
   struct FieldQuery;
 
@@ -478,7 +482,7 @@ class CEmpTaskWindow {
   bool t_BindDataControl(bool main);
   void t_ClearChannelList();
 
-  // EmpTaskWindow_Source: steps that operations share, under the name of the one that takes them
+  // EmpTaskWindow_Source: steps shared by operations; they log under the name of the caller
   bool t_AskCurrentSource(Location at, _PL_WINDOW_Source& eSource);
   bool t_ConvertSource(Location at, ESource eTVSSource, _PL_WINDOW_Source& eSource);
   bool t_SeedKey(Location at, const char* key, int nSource);
@@ -491,20 +495,20 @@ class CEmpTaskWindow {
   bool t_LeaveTVService(_PL_WINDOW_Source ePLSource);
   bool t_DeactivateSource();
 
-  // EmpTaskWindow_Screen and EmpTaskWindow_Picture: the same
+  // EmpTaskWindow_Screen and EmpTaskWindow_Picture: shared steps
   bool t_HasSource(Location at);
   int t_SetDefaultSize(Location at);
   int t_SetSize(Location at, const Rect& rect);
   bool t_CheckCropping(Location at);
   int t_ShowPicture(Location at, bool shown);
 
-  // EmpTaskWindow_Channel: the same
+  // EmpTaskWindow_Channel: shared steps
   bool t_GetNavigationCriteria(Location at, ENavigationMode navigationMode, TSTvMode mode, TCCriteriaHelper& criteria);
   int t_GetTvMode(Location at, TSTvMode& mode);
   int t_FindService(Location at, TCCriteriaHelper& criteria, TCServiceData& out);
   bool t_AskStartService(Location at, unsigned long long& serviceId, int& source);
 
-  // EmpTaskWindow_Tuning: the same
+  // EmpTaskWindow_Tuning: shared steps
   bool t_NeedTuningproxies(Location at);
   int t_TuneToService(Location at, unsigned long long serviceId, const std::string& appId, const char* notTv = nullptr);
   int t_AskAppAndTune(Location at, unsigned long long serviceId, const char* notTv = nullptr);
@@ -513,7 +517,7 @@ class CEmpTaskWindow {
   int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
   int t_TuneDescribed(const std::string& channelInfo, int type);
 
-  // EmpTaskWindow_Audio and EmpTaskWindow_Subtitle: the same
+  // EmpTaskWindow_Audio and EmpTaskWindow_Subtitle: shared steps
   bool t_NeedAudioproxies(Location at);
   int t_ListAudio(unsigned long long serviceId, std::string& strInfo);
   int t_TellAudio(std::string& strInfo);
