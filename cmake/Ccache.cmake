@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles through ccache where there is one. Paths count relative to the build folder, so that a second clone profits
 # from what the first one compiled; its debug information then names the first one's folder.
 find_program(CCACHE ccache)

@@ -1,1 +1,2 @@
+// SPDX-License-Identifier: MIT
 // Stands for precompiled headers, which want a source.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` lays out, in GNU directories, by component: `program` (the program and its docs), `development` (the
 # libraries of the plug-in and of the virtual TV, for CMake and pkg-config), `javascript` and `python` (the clients).
 # With --strip nothing holds debug information.

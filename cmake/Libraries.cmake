@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The libraries of this machine that the programs stand on.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(jsoncpp REQUIRED IMPORTED_TARGET jsoncpp)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Our own code compiles without a warning; libraries' headers are system headers. Toolchains of sets know others.
 # Sources that are compiled as one hide each other's names.
 set(shadow $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow>)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The SDK of a set, in WINDOW_SDK: the headers of platform/ in DIR/include and the set's libraries in DIR/lib. Everything that
 # is missing is named at once. What the libraries need themselves is looked for beside them and, if it is not there, on the
 # set when the process starts. Makes `platform`, the headers, and `window_platform`, the headers with the libraries.

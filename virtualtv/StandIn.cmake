@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # A stand-in for a set's SDK, as a set in software: the libraries that the plug-in's process is linked against on a set, made of
 # the rooms, and the headers that come with them. `cmake --install BUILD --component sdk --prefix DIR` lays it into DIR.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # embed(TARGET NAME FILE): makes the file's bytes available to the target as
 #   namespace virtualtv::embedded { extern const std::string_view NAME; }
 function(embed target name file)

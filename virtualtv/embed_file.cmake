@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Writes SOURCE, a C++ file that holds the bytes of FILE as virtualtv::embedded::NAME.
 file(READ ${FILE} bytes HEX)
 string(REGEX REPLACE "(................................................................)" "\\1\n" bytes "${bytes}")

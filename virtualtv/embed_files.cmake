@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Writes SOURCE, a C++ file that holds FILES as virtualtv::embedded::NAME: paths below BASE, bytes, and the same by gzip.
 function(add_array name file)
   file(READ ${file} bytes HEX)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The libraries that the module stands on, compiled from the sources that tools/wasm has fetched, and what the C and C++
 # libraries there lack.
 enable_language(C)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Where a long list spends its time, speed is worth some bytes; all else is compiled for size alone.
 foreach(part window jsoncpp virtualtv_json virtualtv_services virtualtv_seam virtualtv_text)
   target_compile_options(${part} PRIVATE -Os)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles to WebAssembly with Debian's emscripten. tools/wasm says where the libraries' sources are.
 set(CMAKE_SYSTEM_NAME Generic)
 set(CMAKE_SYSTEM_PROCESSOR wasm32)

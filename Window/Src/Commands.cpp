@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command table and the rows' ways to answer. To add a command: declare its operation in the worker, add its row
 // here in its place of the comparison order with the handler for its kind of answer, and its help text to the
 // catalogue.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Translation between the plug-in's numbers and the TV service's. Reads the set's region and country through the
 // platform's system information and settings.
 #include "EmpConverterWindow.h"

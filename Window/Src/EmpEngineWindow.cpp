@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command engine: dispatch by the command table. Calls the framework's parsing, logging and result encoding, and
 // nothing of the TV service.
 #include "EmpEngineWindow.h"

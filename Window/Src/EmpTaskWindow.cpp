@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The worker's life cycle, its proxies and the window selection. Calls the factories of TVServiceAPI and the engine's
 // GetAppInfo.
 #include "EmpTaskWindow.h"

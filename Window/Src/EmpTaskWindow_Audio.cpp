@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The audio tracks of what is on screen, as the TV service knows them. Calls ServiceDataAux and IAVControl; on the ISP
 // source the operations go to their variants for the secondary TV stack.
 #include <json/json.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The audio tracks of the ISP source, which the secondary TV stack shows. Calls CD2tvMgrProxy. What is told of tracks
 // is a document on every path, also where the stack can't tell.
 #include <json/json.h>

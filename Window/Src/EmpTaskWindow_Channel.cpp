@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Looking services up: the found-channel list, the service on screen, the one before, the one that the set starts with,
 // and the TV mode. Calls IServiceNavigation, IService and TCNavigationModeHelper.
 #include "Ask.h"

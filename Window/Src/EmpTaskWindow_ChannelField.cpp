@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One field of one channel: of the found-channel list, of the channel on screen, of the channel that the set starts
 // with. Three families of alike operations; what differs from one to the next stands in its query. Calls
 // IServiceNavigation::GetStartService for the start channel's id, and otherwise only the lookups.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ISP source, which the secondary TV stack shows. Calls CD2tvMgrProxy, D2TVCAPI and vconf. Everything here is
 // logged as information, failures too.
 #include <cstdlib>

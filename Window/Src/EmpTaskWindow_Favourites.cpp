@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The favourite groups of a service. Calls IService.
 #include <json/json.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is done to the picture: crop, plane order, show and mute. Calls IVideoControl and IAVControl.
 #include "Ask.h"
 #include "EmpTaskWindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Documents about channels, as JSON. Calls IServiceNavigation and TCNavigationModeHelper for the full list, and
 // otherwise only the lookups. Documents are written by jsoncpp, which sorts their members by key.
 #include <json/json.h>

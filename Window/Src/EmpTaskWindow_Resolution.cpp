@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The resolution of the picture on screen. Calls IAVControl, and CD2tvMgrProxy while the ISP source is shown.
 #include <json/json.h>
 

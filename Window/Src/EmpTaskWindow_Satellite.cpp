@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tuning to a satellite service by a JSON description. Calls the satellite manager, IService and IServiceNavigation.
 #include <json/json.h>
 

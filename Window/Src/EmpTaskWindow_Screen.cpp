@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the picture stands on the screen. Calls IVideoControl and ISourceControl. Applications work in the plug-in's
 // space of 960 x 540, the TV service in the base screen; every rectangle that crosses between the two is converted
 // here.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window's source: what the TV service shows, and the settings keys that record it. Calls ISourceControl, vconf and
 // the engine's GetAppInfo.
 #include <cstdio>

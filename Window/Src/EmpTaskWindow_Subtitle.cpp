@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The subtitles of what is on screen: of the TV service, or of the secondary TV stack while the ISP source is shown.
 // Calls ServiceDataAux, IDataControl, IServiceNavigation, TCNavigationModeHelper and CD2tvMgrProxy.
 #include <json/json.h>

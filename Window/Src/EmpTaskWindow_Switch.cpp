@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switching the window's source. Calls ISourceControl, IServiceNavigation::GetServiceList, vconf, and the secondary TV
 // stack for the ISP source.
 #include "Criteria.h"

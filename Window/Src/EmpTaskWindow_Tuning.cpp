@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changing the channel, and finding one by its numbers. Calls IServiceNavigation, IService, ISourceControl,
 // ITunerControl, TCNavigationModeHelper, vconf and the engine's GetAppInfo.
 #include <cstdint>

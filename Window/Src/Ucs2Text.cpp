@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text conversion with the C library's iconv.
 #include "Ucs2Text.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Process entry of the plug-in.
 #include "EmpAppWindow.h"
 #include "kel/EmpMain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What it takes to fill the found-channel list, for valgrind's callgrind: the plug-in's command, the set's part of it,
 // and SQLite's part of that.
 #include <sqlite3.h>

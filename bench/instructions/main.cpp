@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs commands for valgrind's callgrind, which counts the instructions of each. Outside of it nothing is counted. With
 // the argument `served` they run while a server without clients is there, with `calls` as calls to that server.
 #include <cstddef>

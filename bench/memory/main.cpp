@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the document of a full channel list takes: allocations a service, bytes a service that are held when it is
 // written, and the most that the whole command holds.
 #include <json/value.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Posts messages to a server of JSON-RPC in this process, as a script posts them to the module in memory: each line of
 // the input is one, and each is answered with a line. `post MESSAGE` answers the reply; `time MESSAGE` the nanoseconds
 // that a post takes, the least of several runs.

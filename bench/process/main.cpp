@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes a state directory with many services, and runs the full channel list on it for valgrind's callgrind, with the
 // log filtered: what a process that is started for this one command can't do without.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Caller.h"
 
 #include <arpa/inet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls, lists and events over WebSocket, against the same bytes through the library's server with nothing around it.
 #include <benchmark/benchmark.h>
 

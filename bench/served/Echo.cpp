@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Echo.h"
 
 #include <boost/asio/buffer.hpp>

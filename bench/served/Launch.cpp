@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A virtual TV that a test starts for itself, from the start of its Node process to the first reply, against a process
 // that answers the same once and a Node process that does no more than connect.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Served.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the benchmarks of the server.
 #include "Served.h"
 #include "support/Benchmarks.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The full channel list: whole, against the JSON library's writer alone and against the plain way to write the code;
 // and the cost of a service in a long and in a short one.
 #include <benchmark/benchmark.h>

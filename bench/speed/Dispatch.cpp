@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A whole command that makes one call to the set, against the same call through a dispatcher of JSON-RPC.
 #include <benchmark/benchmark.h>
 #include <jsonrpccpp/server.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The found-channel list: what an element costs at its far end.
 #include <benchmark/benchmark.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Channel lists: the import of one into a set on a disk, against SQLite alone putting the same rows there; and the
 // export of the same services, against the bytes of it alone.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A message that nobody asked for, against one that is formatted. Both are the two calls that every message is.
 #include "Window/Src/Log.h"
 

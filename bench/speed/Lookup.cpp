@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finding the row of a command's name, against the hash table that the C++ library has.
 #include <benchmark/benchmark.h>
 

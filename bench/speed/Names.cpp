@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The conversion of a name, against one that opens, uses and closes a converter each time.
 #include <benchmark/benchmark.h>
 #include <iconv.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The full channel list as one would write it without a thought of speed.
 #include "PlainList.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A process that answers once, on a state directory, from its start to its end, against the database's own shell on a
 // file.
 #include <benchmark/benchmark.h>

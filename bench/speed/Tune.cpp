@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A tune from an input, which writes every key that a tune can, against as many writes of the store alone: both on a
 // disk, each write there when it returns.
 #include <benchmark/benchmark.h>

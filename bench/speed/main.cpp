@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the benchmarks of commands and of the set.
 #include "support/Benchmarks.h"
 #include "support/Television.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Counted.h"
 
 #include <valgrind/callgrind.h>

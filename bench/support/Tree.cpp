@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Tree.h"
 
 #include <json/json.h>

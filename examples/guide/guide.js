@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The app without its page: it asks the object that the set puts there, so that tests can hand it another one.
 
 /** The channels of the set, {name, major, minor} each; none while the set has none to tell. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // node lab.js REPORT ADDRESS... -- TRANSCRIPT...: runs transcripts on the sets of a lab at once, each on the next set that is free,
 // and writes a report in JUnit's XML. A set is left as it was. The status is 1 if a transcript failed.
 import {readFile, writeFile} from 'node:fs/promises'

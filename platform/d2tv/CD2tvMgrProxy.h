@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// One audio track of what the secondary TV stack shows. The codes are the stack's own.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// The tuner behind one window. Made by `TVServiceAPI::CreateTunerControl`; owned by the library.

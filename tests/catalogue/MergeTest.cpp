@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The catalogue is made of rows and help texts that fit together, and of no others.
 #include "Merge.h"
 

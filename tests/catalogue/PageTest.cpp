@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The catalogue as files: JSON for tools, Markdown for people.
 #include "Page.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program notices when the files that are kept differ from what it would write.
 #include <gtest/gtest.h>
 #include <sys/wait.h>

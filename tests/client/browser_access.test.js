@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who gets in, as a real browser sees it: pages of other origins, frames without one, names that were bound anew.
 import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The client in a real browser, in pages of a development server: the synchronous object and the module.
 import assert from 'node:assert/strict'
 import {afterEach, beforeEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls, events and reconnects against a server whose every answer the test decides.
 import assert from 'node:assert/strict'
 import {afterEach, beforeEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The typings of commands are what their generator makes of the server's own description.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The project in examples/guide, run as its CI runs it.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A TV of a test's own: what it starts with, and that it ends.
 import assert from 'node:assert/strict'
 import {spawn} from 'node:child_process'

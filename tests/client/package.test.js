@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the package is made: modules become a script, and what was compressed is inflated at once.
 import assert from 'node:assert/strict'
 import {randomBytes} from 'node:crypto'

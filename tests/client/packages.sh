@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # packages.sh DIR: installs the packages that the client's tests use into DIR, unless they are there already.
+# SPDX-License-Identifier: MIT
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The examples of the client's README that have a server, run as they stand there but for its address. tests/tab runs the others.
 import assert from 'node:assert/strict'
 import {cp, mkdir, mkdtemp, readFile, rm, symlink, writeFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Connections to the real server that break at every point: no event lost or doubled, no call sent twice.
 import assert from 'node:assert/strict'
 import {after, before, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a client does with a set, here on a server; tests/tab runs the same cases on sets in memory.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How transcripts are read, run on a plug-in, and reported.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All transcripts of the tree on a launched TV, and what they come to where only `Execute` is there.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The typings: a sample app compiles strictly, and its mistakes do not; commands.d.ts is made from a description.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

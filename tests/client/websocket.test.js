@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The WebSocket client for Node against another implementation, and against a peer that breaks the rules.
 import assert from 'node:assert/strict'
 import {createHash} from 'node:crypto'

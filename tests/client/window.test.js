@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The synchronous object of the set: in Node through a worker, in a page as a classic script.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

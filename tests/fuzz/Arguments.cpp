@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Command lines of any words, with any standard input: one of the documented statuses, and one line for what can't be
 // used. The words stand at the front of an input, one a line, up to an empty line; the rest is the standard input.
 #include <unistd.h>

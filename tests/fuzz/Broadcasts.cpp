@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transport streams of any bytes, and such with sections of any content whose lengths and checksums are right: whatever
 // the blocks are that they come in, the same is found; every service is one that the set can keep, and is kept as it
 // was found; every problem reads as one line; what is kept of a stream is bounded.

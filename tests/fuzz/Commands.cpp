@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands with any names and parameters, on a set that answers anything: each command is answered with a kind that its
 // row has, nothing escapes, and behind it all a healthy command is answered right.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A user's database with damage at any places: opened, read and written to, it is refused with one line, or it is what
 // the damaged file says. It is never the built-in set, and a file that is refused for its damage is as it was.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Channel lists of any bytes, read as some format and in some encoding: every service is one that the set can keep,
 // and is kept as it was read; to import it again changes nothing; an export has the services that it tells of; every
 // problem names its place, a line of the list where it has lines, and reads as one line.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Service records with any names and attached JSON, through the documents about channels: each document is JSON again
 // and has the members that it always has.
 #include <json/json.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Messages of any bytes to the JSON-RPC server, each of them alone and as a POST: whatever comes, the answer is JSON in
 // the right form, comes at once or after the set's delay, and the set can still be asked.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of SetDVBSIChannelDirectEx: any text is answered, one that is no object asks the set nothing, and a
 // tune that is said to have gone well puts the set's one satellite service on the screen.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Documents of any bytes, read as snapshots: each is refused with one line and changes nothing, or it is what the set
 // then holds, and writes again.
 #include <cstddef>

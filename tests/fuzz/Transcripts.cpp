@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transcripts of any bytes: one that is text is read and written back as it stands, what it prints is text that can't
 // be taken for an input, and printed into the transcript it passes the check. Quoted texts read as what was quoted.
 #include <algorithm>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The scripts of the container: the set is served to whoever knows the token, and the check tells whether it answers."""
 
 import json

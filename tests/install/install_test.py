@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What `cmake --install` lays out: it runs, holds no debug information, can be moved, and others can build on it."""
 
 import os

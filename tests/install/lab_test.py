@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A lab of many sets: tools/lab starts and measures it, and the example project's script runs transcripts over it."""
 
 import os

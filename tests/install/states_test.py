@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The states that older versions kept: the program of today opens each, and nothing in it is lost."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The units of the service manager: they are sound, and what they start serves the socket that is handed over."""
 
 import os

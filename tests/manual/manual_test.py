@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The manual pages name what the help names, and are clean; shells complete what the program takes."""
 
 import os

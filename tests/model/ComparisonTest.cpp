@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The comparison itself: it finds what differs, makes a script short, and its scripts go everywhere.
 #include "support/comparison/Comparison.h"
 

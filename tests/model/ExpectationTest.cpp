@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the model has, as a transcript: it fails on a set that differs, and passes on one that does not.
 #include "support/comparison/Expectation.h"
 

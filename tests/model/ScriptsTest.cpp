@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random sequences of commands and of changes from outside do what the model says they do, also where calls fail.
 //
 // MODEL_SEED=N starts with another seed, MODEL_RUNS=N runs as many scripts, each with the next seed, MODEL_LINES=N

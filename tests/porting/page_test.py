@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """docs/porting.md tells which commands need which calls of the set."""
 
 import collections

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The plug-in's process, built as on a set: against an SDK in place of the virtual TV."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The Python client on a virtual TV."""
 
 import ast

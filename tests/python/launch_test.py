@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A virtual TV of a test's own: what it starts with, and that it ends."""
 
 import json

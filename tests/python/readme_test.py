@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The examples of the Python client's README, run as they stand there but for the server's address."""
 
 import importlib.util

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the test cases of a Robot Framework file where that framework is not installed: as much of its language as the
 README's example has. Keywords are methods of the library that the file names; blanks, underscores and case do not count.
 

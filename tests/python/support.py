@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the tests of the Python client share: the client, a server whose answers a test decides, scratch folders."""
 
 import json

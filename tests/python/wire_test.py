@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The Python client on a server that answers what the test wants."""
 
 import select

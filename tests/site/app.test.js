@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Apps in frames of the site's page call the set of its tab, synchronously.
 import assert from 'node:assert/strict'
 import {mkdirSync, writeFileSync} from 'node:fs'

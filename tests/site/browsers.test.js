@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The site on servers, in browsers and with apps as people have them.
 import assert from 'node:assert/strict'
 import {spawn} from 'node:child_process'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set that a browser keeps for the site: what happens to it as tabs come and go.
 import assert from 'node:assert/strict'
 import {readFileSync} from 'node:fs'

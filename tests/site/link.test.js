@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A set as a link.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'

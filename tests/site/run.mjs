@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // node run.mjs [FILE...]: runs the site's tests and those of the page, which run on the site then, or the files that are named.
 // Tests of the page that have no meaning on a site are skipped, and say why. EMP_WINDOW_SITE names the site's folder.
 import {readdirSync, statSync} from 'node:fs'

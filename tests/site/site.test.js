@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The site: where it may lie, what it needs, what it keeps, how it is renewed.
 import assert from 'node:assert/strict'
 import {appendFileSync, rmSync} from 'node:fs'

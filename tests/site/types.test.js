@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The site's modules agree with each other, with the page and with the client: the compiler of TypeScript reads their types in comments.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

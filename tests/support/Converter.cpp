@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Converter.h"
 
 #include <iconv.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TVs in memory in a real browser: in the page, in a worker, and by the script.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What many TVs in memory leave behind: nothing.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A TV that is kept in the browser: it is there again after a reload, one tab has it, and nothing that was there is lost.
 import assert from 'node:assert/strict'
 import {after, before, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module as the package has it: behind its start, without what only that needs.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'

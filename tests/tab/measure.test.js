@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of tools/wasm --measure.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TVs in memory in Node: what any client does, what they start from, that they end.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

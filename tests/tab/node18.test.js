@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A TV in memory in Node 18, the oldest that can have one, and the tests of the client on a server there.
 import assert from 'node:assert/strict'
 import {execFileSync, spawnSync} from 'node:child_process'

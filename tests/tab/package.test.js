@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The package as npm installs it, from one file and without a network, with the examples of its README.
 import assert from 'node:assert/strict'
 import {execFileSync} from 'node:child_process'

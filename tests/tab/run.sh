@@ -2,6 +2,7 @@
 # run.sh PACKAGE [TEST...]: runs the tests of the TV in memory on the package that tools/wasm has made, all or those named by
 # their files. EMP_WINDOW_CLIENT_PACKAGES names the folder for what they need from the registry, EMP_WINDOW the program that the TV
 # is compared with, EMP_WINDOW_SIMULATION that of the simulation; by default they are those of build/release.
+# SPDX-License-Identifier: MIT
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 build=$here/../../build

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set in memory does what the program does, to the last call and log message: transcripts, the cases of all commands,
 // lists, snapshots, and the scripts of the simulation, which the program runs against the model. In Node and in a browser.
 // EMP_WINDOW names the program, EMP_WINDOW_SIMULATION the simulation's, EMP_WINDOW_LISTS a folder of lists if there is one.

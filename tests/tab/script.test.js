@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The script tv.js: one line, and the app has its TV before its own first line, from a file too.
 import assert from 'node:assert/strict'
 import {copyFile, mkdtemp, rm, writeFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """tools/bench: what it makes of measurements. The measuring itself is that of programs in bench/."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Each check of tools/check passes on a clean tree and finds what is planted in it."""
 
 import json
@@ -56,6 +57,24 @@ class CheckTest(ScratchTest):
         for text in texts:
             self.assertIn(f"{name}: {text}", done.stdout)
         self.assertIn(f"failed: {name}", done.stderr)
+
+    def test_licence(self):
+        said = "SPDX-License-Identifier: MIT"
+        for path in ("Window/include/Answer.h", "Window/Src/Answer.cpp", "virtualtv/set/Tv.h"):
+            self.write(path, f"// {said}\n" + (self.root / path).read_text())
+        for path in ("platform/kel/CKELDebug.h", "cmake/Warnings.cmake"):
+            self.assertIn(said, (self.root / path).read_text())
+        self.write("run", f"#!/bin/sh\n# ./run: runs it.\n# {said}\nprintf there\n", executable=True)
+        self.write("page.html", f"<!doctype html>\n<!-- {said} -->\n")
+        self.write("style.css", f"/* {said} */\n")
+        self.write("notes.txt", "no source\n")
+        self.write("LICENSE", "no source\n")
+        self.assertClean("licence")
+        self.write("CMakeLists.txt", "project(x)\n")
+        self.write("tool", "#!/usr/bin/env python3\n")
+        self.write("late.js", "const a = 1\n" * 30 + f"// {said}\n")
+        self.write("other.py", f"# {said[:-3]}BSD\n")
+        self.assertFound("licence", "CMakeLists.txt:1: ", "tool:1: ", "late.js:1: ", "other.py:1: ")
 
     def test_format(self):
         self.assertClean("format")

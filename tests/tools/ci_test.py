@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """.ci/run on a scratch tree."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """tools/docs makes the site of the pages, and tells what is wrong with it."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """tools/instructions: what it makes of counts and of a baseline. The counting itself is valgrind's."""
 
 import sys

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tool that makes packages and the container image, as far as it goes without a build and without clean roots."""
 
 import hashlib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """./run, tools/build and tools/setup on a scratch tree."""
 
 import os

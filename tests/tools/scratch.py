@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What tests of the scripts share: scripts as modules, and a scratch folder."""
 
 import os

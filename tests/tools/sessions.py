@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The shell sessions that pages show are true: each replays on a fresh set as it is printed.
 
 Usage: sessions.py EMP_WINDOW PAGE...

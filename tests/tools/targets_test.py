@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tool for other processors and compilers, as far as it goes without building for them."""
 
 import subprocess

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The iconv of the module against that of the C library here, over all encodings that it has.
 #include "iconv/Conversion.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Apps over the picture: those that come with the page and those of other origins, with the keys of the remote control.
 import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'

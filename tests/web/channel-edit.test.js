@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists that are edited on the page: each change of a service, by mouse and by keyboard, and the list as a file.
 import assert from 'node:assert/strict'
 import {readFileSync} from 'node:fs'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of channels: search, filters, tuning, favourites.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command pane: completion, parameters by name, replies, history, and the shell.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The page and its server: it says at once when the server is gone, comes back by itself, and knows what happened meanwhile.
 import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'

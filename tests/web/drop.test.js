@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files dropped on the page or opened: lists are imported, transcripts checked, snapshots restored, all else is told of.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands of the timeline, exported as a transcript, as a test and as client code, each of which is run here.
 import assert from 'node:assert/strict'
 import {execFile} from 'node:child_process'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Faults: a person makes calls of the plug-in to the set fail, one by one or by scenarios, and takes that away again.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

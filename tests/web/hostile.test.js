@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names from elsewhere, in every pane: shown as text, and the layout holds.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

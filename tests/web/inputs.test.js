@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The inputs: what is plugged in, what comes in there, and which one is shown.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

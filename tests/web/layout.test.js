@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the page is laid out: its panes are regions or tabs, can be resized, and stay as a person left them.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

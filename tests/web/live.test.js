@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Recordings that play in place of the test card: the picture obeys the plane as the card does, the sound is the track in use.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures on the page's screen: test cards and what stands in their place, what is black, what moves and how often.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The inspector of planes: what it tells of them in both spaces, and how they are placed with it.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the page loads: everything from its own server, and its policy lets nothing else in.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The remote control: by mouse and keyboard, for the TV and for the app that has its keys.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the page shows of the TV's picture: where it stands, what is on it, what lies over what, and what a person reads there.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set: what it was built for, its knobs, latencies and settings keys, and keeping it.
 import assert from 'node:assert/strict'
 import fs from 'node:fs/promises'

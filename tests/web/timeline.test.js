@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The timeline: what clients and people do to the set, how it is filtered, and how it was behind a command.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Audio tracks and subtitles of both windows and of the ISP source.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The page's modules agree with each other and with the client: the compiler of TypeScript reads their types in comments.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Examples.h"
 
 #include <algorithm>

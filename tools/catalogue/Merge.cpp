@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Merge.h"
 
 #include <algorithm>

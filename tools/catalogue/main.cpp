@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes the catalogue of commands, docs/commands.json and docs/commands.md, from the command table, the help texts in
 // docs/commands.help.json and the examples in docs/examples.txt; or, with --check, tells where the two differ from what
 // it would write.

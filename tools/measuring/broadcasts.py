@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the scan of a long recording costs, against reading it, and in memory against a short one."""
 
 import os

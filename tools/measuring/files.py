@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Files that a tool reads and writes, so that what is wrong with one is told before anything is measured."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Instructions of commands, as valgrind's callgrind counts them: the same each time, whatever else the machine does.
 
 valgrind shows programs the same processor on all machines of a kind, so that the C library chooses the same functions.

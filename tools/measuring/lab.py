@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Many sets on one machine, each started as the service manager's unit starts it: what they cost."""
 
 import contextlib

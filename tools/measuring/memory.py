@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the document of a full channel list takes in memory."""
 
 from proving.job import Failed

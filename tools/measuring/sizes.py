@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The size of the plug-in's process, linked against libraries that stand in for those of a set."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Times as ratios: a figure and its reference run in turns; medians count."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tables on pages whose rows a tool renews one at a time: one a name, in the first column, the day it was taken in the last."""
 
 import re

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Chooses the mutant that is active. With MUTANTS_REACHED in the environment, a file, it writes there which ones each
 // test reaches: the test's name and milliseconds, then their numbers; without a name those that were reached outside of
 // tests.

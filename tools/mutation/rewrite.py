@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The plug-in's sources with all changes in them, each chosen by its number when the program runs.
 
 A site becomes `(mutants::active(17) ? (a <= b) : (a < b))`, so that one build holds all mutants. A label of a switch is

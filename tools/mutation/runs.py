@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs programs with a mutant in them, which may do anything, and ends what they started."""
 
 import ctypes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Where the plug-in's sources can be changed, and into what, as told by the compiler's view of them."""
 
 import json

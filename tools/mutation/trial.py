@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Builds the mutated plug-in with its tests, sees which tests reach which mutant, and tries mutants on them."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the process of a target costs. Times and memory hold the virtual TV beside the plug-in; where an emulator runs it, that
 one's share of the memory is taken off as that of a program that does nothing."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the process of a target does, held against what this machine's own does."""
 
 import difflib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The libraries of another architecture, as Debian's packages of it hold them, in a folder of their own. Nothing is installed:
 the machine's own packages stay as they are."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the plug-in's process is built for, and how."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles for another architecture of Debian with Debian's compiler for it.
 #   TARGET_TRIPLE     as in arm-linux-gnueabihf
 #   TARGET_SYSROOT    libraries and headers of that architecture

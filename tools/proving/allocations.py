@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Lets each allocation fail: during every command on both TV stacks, and while engines are made and ended.
 
 Once, and from then on; all else is answered with a kind that the command has, and the next command right. A single

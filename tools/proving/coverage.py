@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """How much of the code the tests run: lines, branches and, of the plug-in, conditions that decide alone.
 
 The tests are those that the checkers of memory watch, run once for both. What the counts say of a template holds when any of its instances does it. A

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Fuzzes what takes input from outside: commands, documents, snapshots, databases and so on.
 
 Two targets of tests/fuzz at a time start from their seed corpora, for a minute each in the short form and a million

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a step of the proof works with: the tree, its builds, programs to run and a folder of its own."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Sets that are killed at random moments: what they had answered is kept, an import is all or nothing.
 
 The short form kills 100, the long one 1000: half of them shells that switch sources, the others shells that import and the

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The server with a thousand clients, with clients that do what they should not, for many calls, and killed.
 
 The short form makes 100,000 calls from clients that come and go and kills 20 servers that clients write to; the long one

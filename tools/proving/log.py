@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The log is a contract: all that the plug-in prints in any test, held against what it is to print.
 
 All tests run under the sanitizers, the transcripts and the small forms of the other steps among them; the tests that are

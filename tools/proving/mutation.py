@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Changes the plug-in bit by bit and looks whether the tests notice; in the long form only.
 
 The long form tries a sample of 1000 mutants; `tools/mutate` alone tries all. A build of its own and a minute for each

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What tools/proof, tools/mutate, tools/bench and tools/targets do alike as programs."""
 
 import fcntl

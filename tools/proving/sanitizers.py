@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """All tests under address, undefined-behaviour and leak checkers, the transcripts under memcheck, and a soak.
 
 The soak runs commands on one engine and a set on a state directory, some of them on a set that fails, and looks whether

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Random commands on several engines and windows with random faults do what the model does, and the same again.
 
 A million commands, half of them in each of two processes; ten million in the long form. A failure is made short and

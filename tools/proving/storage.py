@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Disks that fail and power that goes: whatever the set had acknowledged is kept, whatever it had not is told.
 
 Every access of the set to its disk fails, once and from then on, in a run each; and the power is cut at moments of a

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """All tests in the build that checks addresses and undefined behaviour and counts what of the code ran, run once for all
 steps that ask about them.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Every call of every command to the set fails, in every way that it can: all is as the model of the two has it.
 
 A command is run at several places an engine can stand (both windows, both TV stacks, without interfaces), and its calls

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Clients on threads of their own share one device, and a server is used from others: under the thread sanitizer."""
 
 from proving.job import at_most, more_than

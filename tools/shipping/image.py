@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The container image: a root with the program's package and what that needs, in the form that `docker load` and `podman load`
 take. No container runtime is needed to make it."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The Debian packages: made by debian/rules, looked through by lintian."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Clean Debian roots, made by mmdebstrap from where this machine gets its own packages."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """States that older versions kept, as SQL: tests/install/states has one a file, and what a set says with each of them."""
 
 import sqlite3

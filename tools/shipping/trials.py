@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What is tried in clean roots: the packages, the container image, and the first steps of somebody new."""
 
 import json

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A plugin for clang-tidy: has it look at our own code alone. Without it each check goes through all declarations of
 // the system's headers, too, in which it tells nothing; that takes most of its time.
 #include <clang/AST/ASTConsumer.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <json/json.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of a network: its name, how its transport streams are sent, and the numbers of their services.
 #include <algorithm>
 #include <array>

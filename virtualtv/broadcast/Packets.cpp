@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "broadcast/Packets.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables that tell which programs a stream carries, and the streams of a program.
 #include <tuple>
 

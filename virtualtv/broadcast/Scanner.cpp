@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "broadcast/Scanner.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "broadcast/Sections.h"
 
 #include <algorithm>

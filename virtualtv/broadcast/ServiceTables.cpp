@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables that describe services: names, kinds, numbers of viewers, and what is on.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "catalogue/Catalogue.h"
 
 #include <json/json.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The edits of a service in the list. To add one, write its function and its row, and describe it in
 // docs/virtual-tv.md.
 #include "channels/EditList.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "channels/ExportList.h"
 
 #include "text/Numbers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "channels/ImportList.h"
 
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "channels/Search.h"
 
 #include <clocale>

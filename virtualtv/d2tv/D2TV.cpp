@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The secondary TV stack, which shows the ISP source. While the stack does not show the ISP source, its manager reports
 // nothing.
 #include "d2tv/CD2tvMgrProxy.h"

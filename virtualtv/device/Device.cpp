@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/Device.h"
 
 #include <algorithm>

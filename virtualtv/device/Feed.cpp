@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/Feed.h"
 
 #include <iterator>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/History.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/Loop.h"
 
 namespace virtualtv::device {

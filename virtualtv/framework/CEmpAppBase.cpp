@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kel/CEmpAppBase.h"
 
 #include "framework/Host.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kel/CEmpEngineBase.h"
 
 #include <string_view>

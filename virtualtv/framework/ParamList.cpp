@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kel/ParamList.h"
 
 #include <utility>

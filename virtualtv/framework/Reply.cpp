@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "framework/Reply.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kel/StringToNumber.h"
 
 #include <charconv>

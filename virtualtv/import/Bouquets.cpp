@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bouquets are lists of references to services. The files are parts of one text that follows the lamedb. Problems in
 // them are reported with their own file and line.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A libdvbv5 channel file has a section for each service: its name in brackets, then lines of KEY = VALUE in any order.
 
 #include "import/Dvbv5.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/Dvbv5Values.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes sections of libdvbv5 channel files. A line that says what the set has stays as it was read.
 
 #include <algorithm>

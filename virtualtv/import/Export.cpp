@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes the services of a set as a list.
 
 #include "import/Export.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The formats of channel lists. To add one: write its reader in a source of its own, add its row to the table, and say
 // in docs/imports.md what is read of it.
 #include "import/Import.h"

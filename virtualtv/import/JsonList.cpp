@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A JSON list has all that a set keeps of its services, so that nothing is lost between two sets.
 
 #include "import/JsonList.h"

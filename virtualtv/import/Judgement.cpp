@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ISO 6937 writes an accent (0xC1 to 0xCF) in front of its letter. Behind the accents it has signs (0xD0 to 0xDF),
 // capitals (0xE1 to 0xEE) and small letters (0xF0 to 0xFE), all without accents. ISO 8859 has capitals with accents in
 // 0xC0 to 0xDE and small letters with accents in 0xDF to 0xFF.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A lamedb has transponders, then services that name theirs. Versions 3 and 4 take three lines for each, between
 // headings; version 5 takes one line, which starts with a letter.
 

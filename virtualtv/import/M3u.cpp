@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An M3U list has one address per line. A line of attributes before it describes the service. Addresses are stored but
 // never opened.
 

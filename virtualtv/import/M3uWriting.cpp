@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes services of an M3U list: what was read, with what is changed in its place. Only such services have an address.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A line of VDR's channels.conf is a service of thirteen fields between colons, or the head of a group after a colon.
 
 #include "import/Vdr.h"

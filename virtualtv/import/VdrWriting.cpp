@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes lines of VDR's channels.conf. A field that says what the set has stays as it was read.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/Words.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/Writing.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A line of a zap file is a service of fields between colons. How many they are, and what the third one is, tells the
 // antenna.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/Read.h"
 
 #include <algorithm>

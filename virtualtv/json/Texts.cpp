@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/Texts.h"
 
 #include <type_traits>

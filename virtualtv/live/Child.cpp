@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "live/Child.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "live/Ffmpeg.h"
 
 #include <unistd.h>

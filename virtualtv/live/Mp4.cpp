@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "live/Mp4.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams the recording that a window shows to a client. The stream ends when the window shows something else, or when
 // the client or the recording ends.
 #include <boost/asio/buffer.hpp>

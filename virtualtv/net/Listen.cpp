@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "net/Listen.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "net/Plays.h"
 
 #include <fcntl.h>

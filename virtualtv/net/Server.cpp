@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "net/Server.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "net/WebSocket.h"
 
 #include <poll.h>

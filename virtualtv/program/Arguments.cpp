@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/Arguments.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/Demo.h"
 
 #include <poll.h>

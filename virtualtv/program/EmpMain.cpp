@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kel/EmpMain.h"
 
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/Keys.h"
 
 #include <poll.h>

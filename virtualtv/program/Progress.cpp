@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/Progress.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/Terminal.h"
 
 #include <histedit.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Value types of the TV service: records, criteria and the destructors of its interfaces.
 #include <algorithm>
 #include <array>

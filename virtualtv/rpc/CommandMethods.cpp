@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's commands as methods: a row for each command of the catalogue, and two rows that take any name.
 #include <cmath>
 #include <deque>

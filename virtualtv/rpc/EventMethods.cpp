@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Subscriptions to events.
 #include <algorithm>
 #include <array>

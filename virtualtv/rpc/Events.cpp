@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rpc/Events.h"
 
 #include <algorithm>

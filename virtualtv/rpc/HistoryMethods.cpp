@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The history of commands: all about a command, and the set as it was after it.
 #include <array>
 #include <stdexcept>

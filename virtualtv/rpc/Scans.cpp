@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rpc/Scans.h"
 
 #include <algorithm>

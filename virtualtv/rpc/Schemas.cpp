@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rpc/Schemas.h"
 
 #include "json/Read.h"

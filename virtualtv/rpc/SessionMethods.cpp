@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sessions, and the description of all methods.
 #include <array>
 #include <string>

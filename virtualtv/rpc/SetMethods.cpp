@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set as a whole: its state, services, knobs, settings and snapshots.
 #include <array>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Methods for testers: faults of the set, and transcripts, which run on a set of their own.
 #include <array>
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Faults as words: reading and writing them.
 #include <algorithm>
 #include <limits>

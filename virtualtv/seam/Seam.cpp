@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "seam/Seam.h"
 
 #include <algorithm>

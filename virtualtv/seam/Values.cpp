@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "seam/Values.h"
 
 #include <algorithm>

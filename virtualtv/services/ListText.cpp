@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "services/ListText.h"
 
 #include <algorithm>

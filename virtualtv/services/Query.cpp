@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "services/Query.h"
 
 #include <algorithm>

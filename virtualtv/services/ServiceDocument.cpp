@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "services/ServiceDocument.h"
 
 #include <algorithm>

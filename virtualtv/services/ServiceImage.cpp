@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "services/ServiceImage.h"
 
 #include "services/ServiceStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "services/ServiceStore.h"
 
 #include <algorithm>

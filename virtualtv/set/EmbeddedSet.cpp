@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/EmbeddedSet.h"
 
 #include <json/json.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/Event.h"
 
 #include <type_traits>

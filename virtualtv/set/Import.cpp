@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The verbs that change the list of services, and their effect on what the windows show.
 #include <algorithm>
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Knobs of the secondary TV stack, which shows the ISP source.
 #include "services/ListText.h"
 #include "set/KnobParts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/Keeping.h"
 
 #include <algorithm>

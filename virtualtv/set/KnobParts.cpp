@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/KnobParts.h"
 
 #include "services/ServiceStore.h"

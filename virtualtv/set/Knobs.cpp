@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/Knobs.h"
 
 #include <algorithm>

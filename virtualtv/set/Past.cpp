@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/Past.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Knobs for the pictures of the inputs, and for how the windows show them.
 #include "set/KnobParts.h"
 

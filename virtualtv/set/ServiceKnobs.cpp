@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fields of a service, its tracks and its favourites.
 #include "set/KnobParts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Knobs of the whole set, and the latencies of its operations.
 #include "set/KnobParts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "set/StateDocument.h"
 
 #include <optional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Knobs for what each window shows.
 #include "set/KnobParts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Facts about the set and choices of its user.
 #include "seam/Seam.h"
 #include "set/Tv.h"

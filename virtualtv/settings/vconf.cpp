@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set's settings keys.
 #include "settings/vconf.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands for the set. To add one, write its function, add its row to the table at the end, and describe it in
 // docs/virtual-tv.md.
 #include "shell/DotCommands.h"

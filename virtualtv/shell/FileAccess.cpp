@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/FileAccess.h"
 
 #include <system_error>

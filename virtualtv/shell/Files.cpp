@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Files.h"
 
 #include <fcntl.h>

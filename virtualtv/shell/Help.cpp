@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Help.h"
 
 #include <algorithm>

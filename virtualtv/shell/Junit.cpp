@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The machine-readable report of a check.
 #include <chrono>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/ListFile.h"
 
 #include <optional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/ListWishes.h"
 
 #include <algorithm>

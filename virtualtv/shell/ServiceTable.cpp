@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/ServiceTable.h"
 
 #include <cstddef>

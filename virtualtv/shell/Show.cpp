@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Show.h"
 
 #include "text/Units.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/StateDirectory.h"
 
 #include <fcntl.h>

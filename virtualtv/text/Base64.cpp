@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/Base64.h"
 
 #include <array>

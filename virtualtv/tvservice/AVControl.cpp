@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Picture muting, the resolution, and the audio track of a window.
 #include "services/ServiceStore.h"
 #include "set/Picture.h"

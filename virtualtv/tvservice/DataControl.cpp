@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The subtitle of a window.
 #include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"

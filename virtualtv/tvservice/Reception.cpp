@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tuner behind a window, and the satellite manager.
 #include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"

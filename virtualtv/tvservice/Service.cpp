@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The service database as the TV service shows it.
 #include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"

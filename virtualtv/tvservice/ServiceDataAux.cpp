@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The audio tracks and subtitles of any service.
 #include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"

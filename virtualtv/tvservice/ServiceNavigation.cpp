@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Navigation among the services of one window.
 #include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The input of one window.
 #include "services/ServiceStore.h"
 #include "tvservice/Adapters.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The TV service's factories. The set owns the created interfaces until the engine that requested them is closed.
 #include "tvservice/TVServiceAPI.h"
 

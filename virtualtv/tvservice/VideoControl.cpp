@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plane of a window.
 #include "set/Picture.h"
 #include "tvservice/Adapters.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Takes the place of the C library's iconv.
 #include <iconv.h>
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes what the encodings of names come to as a C++ source, from the iconv of this machine's C library.
 
 wasm/iconv/tables.py FILE

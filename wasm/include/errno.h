@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The C library's own, with the numbers that Linux has for what conversions of texts report: the plug-in logs them. */
 #pragma once
 

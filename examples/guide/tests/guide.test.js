@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The app on a TV of the test's own, without a browser.
 import assert from 'node:assert/strict'
 import {afterEach, beforeEach, test} from 'node:test'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The app's page in a browser, on a TV of the test's own.
 import assert from 'node:assert/strict'
 import {once} from 'node:events'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An app in TypeScript: what the typings allow, and what they do not.
 import {connect, createTv, forgetTv, installWindow, runTranscript, EmpConnectionError, EmpRpcError, EmpTvError} from 'emp-window'
 import type {EmpWindow, EmpWindowScript, KeptTv, Reply, Snapshot, Tv, TvEvent} from 'emp-window'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A server on a thread of its own, for calls that the test's thread waits for. It opens sessions, refuses lines of the
 // shell with the status that they name, and breaks the connection on everything else.
 import {once} from 'node:events'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A real browser without a screen, and a web server for the pages of other origins that it opens.
 import {once} from 'node:events'
 import http from 'node:http'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a client does with any set, be it on a server or in memory: the same cases run over all of them, in Node and in browsers.
 // So a case stands on nothing but what it is given, and answers a document, which is compared outside.
 //

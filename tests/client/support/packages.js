@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Packages from the registry that the tests use; they are installed in the build directory, not beside the tests.
 import {readFileSync} from 'node:fs'
 import {createRequire} from 'node:module'

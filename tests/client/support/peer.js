@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A server whose answers the test decides, so that it can cut the connection at any point of them.
 import {once} from 'node:events'
 import {ws} from './packages.js'

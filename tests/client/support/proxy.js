@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A TCP proxy that breaks its first connection after a given number of bytes, to the server or from it.
 import {once} from 'node:events'
 import net from 'node:net'

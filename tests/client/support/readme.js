@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The examples of the client's README, and running them in a folder of their own.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'

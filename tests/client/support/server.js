@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The real server: started on a port of the test's choice, so that it can be ended and come back there.
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All transcripts of the tree, on TVs of some kind.
 import assert from 'node:assert/strict'
 import {readdir, readFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Waiting for what a test can observe.
 import {setTimeout as pause} from 'node:timers/promises'
 

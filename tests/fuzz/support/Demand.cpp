@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fuzz/support/Demand.h"
 
 #include <cstdlib>

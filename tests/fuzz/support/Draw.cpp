@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fuzz/support/Draw.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fuzz/support/Kept.h"
 
 #include <sqlite3.h>

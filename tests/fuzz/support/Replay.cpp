@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a fuzz target once on each of some files, as the fuzzer's own main does, without needing it.
 #include <cstddef>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program of somebody else: a set in memory with the plug-in on it, from what is installed.
 #include <EmpAppWindow.h>
 #include <device/Device.h>

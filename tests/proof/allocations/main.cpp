@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lets each allocation of the plug-in fail, and those of the set while it is called, and looks whether it goes on.
 #include <CLI/CLI.hpp>
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What proof_kill.py looks at: everything that a set keeps, whatever table it stands in. kill_test.py PROGRAM"""
 
 import json

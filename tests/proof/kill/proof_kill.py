@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Kills sets at random moments and looks whether anything is lost.
 
 proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL: shells that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Clients that do what they should not, all at once, and what one that behaves notices of it.
 import {once} from 'node:events'
 import net from 'node:net'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A client that behaves, on a thread of its own: calls one after another until it is told to end, and tells how many
 // milliseconds each took.
 import {parentPort, workerData} from 'node:worker_threads'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Very many connections at once, each with an engine, half of them subscribed to everything, while commands run.
 import {Client, Server, until} from './server.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Servers that are killed while clients write: what was answered is kept.
 import {mkdtempSync, rmSync} from 'node:fs'
 import {tmpdir} from 'node:os'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Puts the server under load and prints figures of it. The status is 1 when something was lost or left behind.
 //
 // node proof_load.js PROGRAM [--connections N] [--messages N] [--lists N] [--calls N] [--kills N] [--seed N]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A server of the program under load, what it takes of the machine, and clients that are no more than a connection.
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'

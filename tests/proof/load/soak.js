@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Clients that connect, call, and connect again, for as many calls as are wanted: nothing of the server may grow.
 import {Client, Server, until} from './server.js'
 

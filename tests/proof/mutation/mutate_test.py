@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What tools/mutate makes of a source: which changes it finds, that each can be chosen when the program runs, and what
 it makes of what the tests do then."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A run of tools/mutate as a whole, on a scratch tree with stand-ins for the mutated sources, their build and their tests."""
 
 import signal

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """tools/proof on a scratch tree with steps of its own: what becomes of steps and programs that go wrong."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the steps of tools/proof make of what their programs say."""
 
 import sys

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Simulation.h"
 
 #include <exception>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs random commands with random faults on the plug-in and holds what comes of them against the model.
 #include <CLI/CLI.hpp>
 #include <ctime>

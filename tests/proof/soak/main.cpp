@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs commands for a long time, some of them on a set that fails, and looks whether memory, file descriptors or the
 // set's files grow.
 #include <malloc.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PowerLoss.h"
 
 #include <algorithm>

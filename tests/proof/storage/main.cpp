@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes the disk under a set fail and cuts its power, and looks whether anything is lost.
 #include <CLI/CLI.hpp>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Cases.h"
 
 #include "support/Commands.h"

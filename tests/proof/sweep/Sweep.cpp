@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Sweep.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes every call of every command to the set fail, in every way that it can, and holds what comes of it against the
 // model.
 #include <CLI/CLI.hpp>

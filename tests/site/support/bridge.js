@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A client in the test, of the set in a page of the site: its messages go through the page.
 import {join} from 'node:path'
 import {FileServer} from './files.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A plain server of static files, as anyone has one: it knows types, and nothing else.
 import {once} from 'node:events'
 import {readFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Visits of the site: pages in browsers of their own, as people have them, with service workers.
 import assert from 'node:assert/strict'
 import {cpSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/allocation/Allocations.h"
 
 #include <cstdlib>

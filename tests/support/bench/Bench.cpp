@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/bench/Bench.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/comparison/Scripts.h"
 
 #include <random>

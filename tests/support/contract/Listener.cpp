@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listens to the log in the tests of the plug-in. When the environment variable EMP_WINDOW_LOG_CONTRACT names a folder,
 // each message that is printed goes to a file of the process there, once, as a line of the log contract: format with C
 // escapes, level, operation, with tabs between.

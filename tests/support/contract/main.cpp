@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Holds what the plug-in's tests print against the log contract: log_contract CONTRACT FOLDER PROGRAM...
 //
 // Runs the test programs with FOLDER, emptied before, as the place for the messages that they see. Every line of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's commands by their names, and how their parameters are read.
 #include <algorithm>
 #include <cerrno>

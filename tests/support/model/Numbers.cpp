@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/model/Numbers.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Services and what windows show of them, as a plug-in reaches them.
 #include "support/model/Platform.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Planes and pictures, as a plug-in reaches them.
 #include "support/model/Picture.h"
 #include "support/model/Platform.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings keys, facts of the set, and inputs, as a plug-in reaches them.
 #include "support/model/Platform.h"
 

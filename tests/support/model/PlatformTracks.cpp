@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tracks and favourites of services, and the secondary stack's manager, as a plug-in reaches them. The manager tells
 // nothing while its stack does not show the ISP source.
 #include <algorithm>

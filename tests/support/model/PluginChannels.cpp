@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's channels: looking them up, their fields, the TV mode.
 #include <map>
 

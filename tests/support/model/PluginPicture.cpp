@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's pictures: where they stand, what part of them is shown, hiding them, their resolution. Applications
 // place them in a space of 960 x 540, of which the base screen is twice the size.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's reports on channels.
 #include <json/json.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's sources.
 #include "support/model/Numbers.h"
 #include "support/model/Plugin.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's audio tracks and subtitles, of the TV service or, while the platform notes that the ISP source is on
 // screen, of the secondary stack; and the favourite groups of services. The stacks' documents differ: codes have a sign
 // on the TV service only, which leaves a list without tracks out, and writes no document on failure.

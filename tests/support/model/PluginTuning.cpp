@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's tuning.
 #include <json/json.h>
 

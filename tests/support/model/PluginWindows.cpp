@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's life, its interfaces and its windows.
 #include "support/model/Plugin.h"
 

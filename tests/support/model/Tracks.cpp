@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/model/Tracks.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/model/World.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // In a program that links this with the constructors below wrapped, records of the TV service come with garbage in
 // their members, as those of another library may. What the plug-in hands to the set must have been written by itself.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // main.js NATIVE [PAGE]: what a TV in memory costs, as a table. NATIVE is bench_posted, the reference; PAGE is a file to write
 // it to. The status is 1 if a target is missed. EMP_WINDOW_PACKAGE and EMP_WINDOW_CLIENT_PACKAGES are those of run.sh.
 import {execFileSync} from 'node:child_process'

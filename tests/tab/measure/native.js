@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program that posts natively: the reference.
 import {spawn} from 'node:child_process'
 import {createInterface} from 'node:readline'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The page about the figures.
 import {tableOf} from './table.js'
 

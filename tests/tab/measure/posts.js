@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What posts to a set in memory take, each held against the same natively.
 import {urlOf} from '../support/package.js'
 import {posterOf} from '../support/poster.js'

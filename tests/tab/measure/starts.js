@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From asking for a TV to its first reply: in processes and pages that have not made one before.
 import {execFileSync} from 'node:child_process'
 import {urlOf} from '../support/package.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of figures, for a terminal and for the page about them.
 
 /** @param rows  {what, is, wanted, unit, detail}: a figure is missed where it is more than what is wanted */

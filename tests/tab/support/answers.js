@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What TVs answer to calls, be they on a server or in memory, in Node or in a page.
 
 const atOnce = 500  // calls that are under way

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What runs in a page: the cases over each way to reach a set in memory.
 import {cases, runCase} from '/client/cases.js'
 import {connect, createTv, installWindow} from '/package/client.js'

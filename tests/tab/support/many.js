@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Many TVs in memory, one after the other.
 import {createTv, installWindow} from './package.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The package that is tested, and a site that serves it.
 import {once} from 'node:events'
 import {readFile} from 'node:fs/promises'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Posts messages to a set in memory, in Node and in pages, and says what they take: as bench/posted does natively.
 
 const runs = 5

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is asked of a set to see whether it does what another one does: lists of calls.
 import {readFileSync, readdirSync} from 'node:fs'
 import {join} from 'node:path'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Captures that are no part of this tree, read by the scanner, and compared with what programs that others wrote read
 // there.
 #include <gtest/gtest.h>

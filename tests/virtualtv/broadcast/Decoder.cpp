@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/broadcast/Decoder.h"
 
 #include <gtest/gtest.h>

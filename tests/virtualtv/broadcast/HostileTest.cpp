@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams that somebody made to harm: all of them are read, what is kept is bounded, and what is left out is told.
 #include <gtest/gtest.h>
 #include <malloc.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The catalogue of commands as the set reads it.
 #include "catalogue/Catalogue.h"
 

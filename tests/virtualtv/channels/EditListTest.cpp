@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "channels/EditList.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a list brings is given back by an export in the same format, and imported again as it was.
 #include "channels/ExportList.h"
 

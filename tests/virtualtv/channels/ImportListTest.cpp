@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is told of an import: counts in words, problems, and what was wrong with it.
 #include "channels/ImportList.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pages of services: what a query selects, in which order, and which part of that a page shows.
 #include "channels/Search.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every change of the set is an event that says what it was before and what it is behind it: whoever begins with a copy
 // of the set and does to it what the events say has the same set.
 #include <algorithm>

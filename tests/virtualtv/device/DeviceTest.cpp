@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a device tells its subscribers: each change, each engine, each fault; and nothing that nobody wants.
 #include "virtualtv/device/DeviceTest.h"
 

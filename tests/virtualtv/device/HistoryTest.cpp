@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The last commands: all that each did, and the set as it was behind it.
 #include "device/History.h"
 

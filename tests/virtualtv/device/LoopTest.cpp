@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/Loop.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/device/Replica.h"
 
 #include <cstdint>

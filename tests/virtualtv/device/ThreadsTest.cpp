@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Four clients on four threads share one device, with restarts and resets between their commands.
 #include <atomic>
 #include <random>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists whose names do not tell their encoding, in the languages whose names fit both ISO 6937 and ISO 8859-15.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/import/Lists.h"
 
 #include <gtest/gtest.h>

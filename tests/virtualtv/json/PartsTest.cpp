@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parts of a JSON text, taken without making its values.
 #include "json/Parts.h"
 

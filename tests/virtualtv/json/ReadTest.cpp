@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JSON texts: what is taken, what is refused, and what is said of it.
 #include "json/Read.h"
 

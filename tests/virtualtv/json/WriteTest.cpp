@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values as text.
 #include "json/Write.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "net/Access.h"
 
 #include <gtest/gtest.h>

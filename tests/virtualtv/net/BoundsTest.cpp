@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a connection may cost: bytes, and time.
 #include <gtest/gtest.h>
 

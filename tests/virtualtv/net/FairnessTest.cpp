@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What others wait for while many large messages are ready at the same time.
 #include <gtest/gtest.h>
 #include <json/json.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/net/Film.h"
 
 #include <poll.h>

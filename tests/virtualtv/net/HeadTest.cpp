@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Heads of requests that are not clear, or that the server can't read.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the server answers over HTTP, by requests as they stand on the wire.
 #include <gtest/gtest.h>
 

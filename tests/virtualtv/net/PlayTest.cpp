@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The recording on a window's screen, as clients watch it.
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Broadcasts that clients send.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Messages of a client over WebSocket that wait behind an answer that is held back.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls over WebSocket, by frames as they stand on the wire.
 #include <gtest/gtest.h>
 

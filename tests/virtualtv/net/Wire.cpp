@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/net/Wire.h"
 
 #include <arpa/inet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `demo`, and recordings that play while the program is killed.
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the set's manual shows in tables, each row tried on the program.
 #include <algorithm>
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/program/Program.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program on recordings of broadcasts.
 #include "services/ServiceStore.h"
 #include "set/Tv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `serve`, as it is started by people, tests and service managers.
 #include <arpa/inet.h>
 #include <fcntl.h>

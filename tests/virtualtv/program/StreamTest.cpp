@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the program makes of its standard streams: pipes, streams that are closed, and disks that are full.
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The shell as a person has it, on a terminal.
 #include <algorithm>
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A record of a service: what it holds, in which order, and that copies stand for themselves.
 #include <gtest/gtest.h>
 

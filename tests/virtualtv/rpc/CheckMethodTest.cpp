@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `tv.check`: transcripts over the wire, beside the set that is served.
 #include <gtest/gtest.h>
 

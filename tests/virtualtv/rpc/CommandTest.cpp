@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's commands as methods.
 #include "catalogue/Catalogue.h"
 #include "virtualtv/rpc/RpcTest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JSON-RPC itself: what is a request, and what answers it.
 #include "virtualtv/rpc/RpcTest.h"
 

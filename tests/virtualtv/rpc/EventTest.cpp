@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Events: their order, their numbers, what is replayed, and delays.
 #include "rpc/Events.h"
 

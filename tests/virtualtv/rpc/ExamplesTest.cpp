@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The examples in the OpenRPC document.
 #include "rpc/Examples.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What clients are told of commands that have run, and how they go back to them.
 #include "device/History.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/rpc/JsonSchema.h"
 
 #include <algorithm>

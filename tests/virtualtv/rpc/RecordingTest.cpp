@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What clients do, recorded and replayed.
 #include "shell/Recording.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // docs/methods.md lists the methods and topics as the rows have them.
 #include <algorithm>
 #include <cstdlib>

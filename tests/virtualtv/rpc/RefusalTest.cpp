@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is refused is told to the request that it belongs to, in words for a person.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an engine made of a command, as a JSON value and as text.
 #include "rpc/ReplyJson.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/rpc/RpcTest.h"
 
 #include "json/Read.h"

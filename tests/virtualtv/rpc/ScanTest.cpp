@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `tv.scan`: recordings of broadcasts over the wire.
 #include <gtest/gtest.h>
 

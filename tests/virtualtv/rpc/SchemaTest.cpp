@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What methods answer is what their schemas in the OpenRPC document say.
 #include <gtest/gtest.h>
 

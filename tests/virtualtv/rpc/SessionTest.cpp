@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sessions: of connections, of requests without one, and how long they last.
 #include "virtualtv/rpc/RpcTest.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set through its methods: state, services, lists, knobs, settings, faults, and what describes them all.
 #include <set>
 

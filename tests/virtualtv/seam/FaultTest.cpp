@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which words make a fault, and what is said of others.
 #include <gtest/gtest.h>
 

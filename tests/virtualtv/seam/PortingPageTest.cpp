@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // docs/porting.md says of each operation of the set when it has succeeded.
 #include <gtest/gtest.h>
 

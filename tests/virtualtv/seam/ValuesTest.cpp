@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the values of calls are written in a trace.
 #include "seam/Values.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tracks and favourites as texts: what is written, what is read, and what a text that is none is told.
 #include "services/ListText.h"
 

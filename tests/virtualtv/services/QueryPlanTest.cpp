@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which index each of the plug-in's queries goes through, on a database without statistics of its own list.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Answers of the service database held against the same questions worked out on a plain list of services.
 #include <gtest/gtest.h>
 

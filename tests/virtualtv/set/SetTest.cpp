@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/set/SetTest.h"
 
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Check.h"
 
 #include <gtest/gtest.h>

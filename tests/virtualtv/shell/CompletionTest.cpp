@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Completion.h"
 
 #include <algorithm>

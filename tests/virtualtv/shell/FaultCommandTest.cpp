@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `.fault`: calls that are made to fail, the list of faults, and what is said of those that never hit.
 #include "virtualtv/shell/Support.h"
 

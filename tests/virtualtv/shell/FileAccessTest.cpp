@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What sessions of clients reach of files: nothing, or regular files beneath a directory.
 #include "shell/FileAccess.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Hint.h"
 
 #include "virtualtv/shell/Support.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/broadcast/Broadcast.h"
 #include "virtualtv/shell/Support.h"
 

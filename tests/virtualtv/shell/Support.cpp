@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/shell/Support.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Table.h"
 
 #include <gtest/gtest.h>

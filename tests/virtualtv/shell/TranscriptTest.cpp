@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Transcript.h"
 
 #include <gtest/gtest.h>

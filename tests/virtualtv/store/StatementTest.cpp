@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/Statement.h"
 
 #include <gtest/gtest.h>

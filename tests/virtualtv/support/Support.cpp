@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/support/Support.h"
 
 #include <grp.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What drawing a test card costs, against a bare canvas of the same size that is filled as often.
 import {cpus} from 'node:os'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a list of 20,000 channels costs the page: tasks while it is scrolled and searched.
 
 const count = 20_000

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints what the page costs in a browser, as a table: figure, measured, wanted. Ends with status 1 where one is missed.
 import {endServers} from '../../client/support/server.js'
 import {closeBrowser, Console, openBrowser} from '../support/console.js'

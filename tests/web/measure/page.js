@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What loading the page costs, and how soon it shows what happens.
 import {connect} from '../../../virtualtv/console/client/client.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // screenshots.js DIR: writes pictures of the page in twelve states into DIR, which is made.
 import {mkdir} from 'node:fs/promises'
 import {join} from 'node:path'

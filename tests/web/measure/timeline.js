@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the timeline costs with 10,000 entries: the longest tasks while it is scrolled and filtered, and while events arrive.
 
 /** Notes long tasks from now on. @return {Promise<() => Promise<number[]>>} ends it, and answers their durations in ms */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What axe-core finds wrong on a page, for people who can't see it or use a mouse.
 import {axe} from '../../client/support/packages.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Recordings of broadcasts, written table by table: transport streams with services, their names and tracks.
 
 const packetSize = 188

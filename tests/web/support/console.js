@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The page in a browser, a TV of its own behind it, and a client beside it that tells what the page has done. With
 // EMP_WINDOW_SITE the page is that of the site in this folder, whose TV is in the tab.
 import assert from 'node:assert/strict'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What tests look at on the page's screen.
 import assert from 'node:assert/strict'
 import {Console} from './console.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory that can't be had: while an engine is made, and while it runs a command.
 #include "support/allocation/Allocations.h"
 

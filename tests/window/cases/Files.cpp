@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/cases/Files.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading cases and the table of results.
 #include <gtest/gtest.h>
 

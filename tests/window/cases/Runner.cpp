@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/cases/Runner.h"
 
 #include <algorithm>

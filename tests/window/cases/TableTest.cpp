@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command table, row by row: each has all its cases, and they are true.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The walker itself: what it must find.
 #include "window/cases/Walker.h"
 

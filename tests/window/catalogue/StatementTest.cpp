@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the help texts state beyond the codes of answers.
 #include <gtest/gtest.h>
 

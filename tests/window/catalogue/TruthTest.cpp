@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the catalogue says of a command is what the plug-in answers, also when the set fails.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all queries for a field of a channel have in common, and the numbers among them.
 #include <optional>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The found-channel list: built by FindChannel, read by position.
 #include <string>
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Looking up the channel on screen, the one before it and the one that the set starts with.
 #include <cstring>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The queries for a channel's name.
 #include <algorithm>
 #include <cerrno>

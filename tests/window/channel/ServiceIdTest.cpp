@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Service ids as text, by position or by numbers, and the length of the found-channel list.
 #include <cstring>
 #include <string>

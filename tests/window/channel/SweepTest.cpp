@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every command about channels, with every call that it makes to the set failing in every way, one at a time.
 #include <map>
 #include <optional>

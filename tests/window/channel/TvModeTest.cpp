@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window's TV mode: reading and setting it.
 #include <string>
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables that map the plug-in's numbers to the TV service's and back.
 #include <gtest/gtest.h>
 

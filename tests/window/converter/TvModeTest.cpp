@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TV modes: the plug-in's number, the TV service's pair, and the service mode of the set's region and country.
 #include <array>
 #include <set>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The application object and its engines: who the plug-in says it is, opening and closing, several at a time.
 #include <algorithm>
 #include <memory>

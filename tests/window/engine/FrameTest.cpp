@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The frame around every command: what is logged in which order, what is refused, what stays untouched.
 #include <pthread.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The index that finds a command's row, on tables of its own.
 #include <gtest/gtest.h>
 

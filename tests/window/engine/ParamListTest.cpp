@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command that takes its parameters as a list: both rectangles of a crop, and a plane.
 #include "support/Channels.h"
 #include "support/Sources.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How each command reads its parameters.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What each command answers, by the worker's result.
 #include "support/Channels.h"
 #include "support/LogLines.h"

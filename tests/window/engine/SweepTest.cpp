@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every platform call of every command failing in turn, in every way that it can, on both TV stacks; which lines of its
 // source the plug-in then tells; and what outputs of calls can be given.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command table: which commands there are, and the order in which names are compared.
 #include <gtest/gtest.h>
 

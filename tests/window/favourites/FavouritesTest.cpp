@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The favourite groups of a service, read as a document and changed, where calls answer what they seldom do.
 #include "services/ServiceStore.h"
 #include "support/Tracks.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ISP source: whether it is on screen, switching to it, and the manager of the stack that shows it.
 #include <string>
 

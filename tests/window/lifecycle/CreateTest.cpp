@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Creating the worker: the proxies that it makes, and what it does when it can't.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The worker before it is created, and its end.
 #include <algorithm>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Proxies that are made when an operation first needs them.
 #include <algorithm>
 #include <functional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Window selection: the proxies and the source keys of the main and the picture-in-picture window.
 #include <algorithm>
 

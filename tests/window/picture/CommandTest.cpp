@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands of crop, plane order, show and mute through the engine: what they read as parameters, what they answer.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Cropping the picture, and reading the crop.
 #include <climits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Raising and lowering the video plane, showing and hiding the picture.
 #include <climits>
 

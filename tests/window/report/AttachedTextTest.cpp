@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text attached to a service: its conversion, and the query for it by position.
 #include <string>
 #include <utility>

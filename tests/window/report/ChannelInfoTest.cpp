@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The channel-information document, of a record and of the channels on screen and before.
 #include <cerrno>
 #include <string>

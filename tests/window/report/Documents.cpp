@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/report/Documents.h"
 
 #include <json/reader.h>

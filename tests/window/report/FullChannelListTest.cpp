@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The document of all services of the TV mode.
 #include <cerrno>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The document of the channel that the set starts with.
 #include <string>
 #include <utility>

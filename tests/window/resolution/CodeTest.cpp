@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The resolution as the plug-in's number.
 #include <climits>
 #include <map>

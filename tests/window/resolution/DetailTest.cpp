@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The picture's size and frequencies as a document, from the TV service or, on the ISP source, the secondary stack.
 #include <array>
 

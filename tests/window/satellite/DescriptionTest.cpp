@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tuning to a satellite service by a JSON description: what is asked of the set, and what failures make of it.
 #include "Satellite.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Satellite.h"
 
 #include "services/ServiceStore.h"

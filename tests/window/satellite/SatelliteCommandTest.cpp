@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command that tunes to a described satellite service, through the engine.
 #include "Satellite.h"
 

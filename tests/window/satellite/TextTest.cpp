@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text whatever as a description: it answers 0, or what the description in it says, and nothing else happens.
 #include <random>
 

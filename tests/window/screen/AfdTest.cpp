@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rectangle of the picture's active format, and the position and size modes, which this plug-in does not have.
 #include <limits>
 

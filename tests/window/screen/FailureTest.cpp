@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the operations that ask the video control have in common: which calls they make, on what, in which order, and
 // what each call's failure comes to.
 #include "Screen.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the picture is, as a text and as a rectangle.
 #include <limits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random rectangles between the plug-in's space and the base screen, held against exact fractions.
 //
 // The rectangles of a run follow from its seed, which a failure prints; SCREEN_SEED=N runs those of a seed again.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands of the screen geometry: how they read their parameters and what they answer.
 #include "Screen.h"
 #include "window/lifecycle/Proxies.h"

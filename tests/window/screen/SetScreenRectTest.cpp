@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Placing the picture.
 #include <limits>
 

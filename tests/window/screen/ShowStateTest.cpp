@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether the window shows something, and the source control that asking makes.
 #include <map>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Choosing an audio track, by its PID or its position, on either TV stack, where calls answer what they seldom do.
 #include <climits>
 

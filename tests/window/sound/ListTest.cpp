@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of audio tracks, from either TV stack, where calls answer what they seldom do.
 #include "Sound.h"
 

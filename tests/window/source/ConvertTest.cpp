@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Translating sources between the plug-in's numbers and the TV service's.
 #include <map>
 

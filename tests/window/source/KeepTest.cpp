@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The source keys: seeded at start, published to the middleware, brought up to date after a change.
 #include "support/Sources.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading a window's source, the one shown, the one before and its state, where calls answer what they seldom do.
 #include "support/Sources.h"
 

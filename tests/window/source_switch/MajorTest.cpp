@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switching to a source and, of its services, to the first with a major number.
 #include <climits>
 

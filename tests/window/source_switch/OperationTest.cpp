@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The four operations that switch a source: what each does around the switch.
 #include "Switching.h"
 #include "store/SettingsStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switching the source of the picture-in-picture window: the set switches, but only the previous source is recorded.
 #include "Switching.h"
 #include "store/SettingsStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switching to the source that is shown already: nothing is switched, but keys that say otherwise are put right.
 #include "Switching.h"
 #include "store/SettingsStore.h"

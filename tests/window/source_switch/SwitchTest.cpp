@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switching to another source than the one shown.
 #include <climits>
 #include <map>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Switching.h"
 
 namespace switching {

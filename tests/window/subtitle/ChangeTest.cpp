@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Choosing a subtitle by its position, on either TV stack, where calls answer what they seldom do.
 #include <climits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The subtitle in use, on either TV stack, where calls answer what they seldom do.
 #include <climits>
 

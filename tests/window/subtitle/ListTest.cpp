@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of subtitles, from either TV stack, where calls answer what they seldom do.
 #include "Subtitle.h"
 

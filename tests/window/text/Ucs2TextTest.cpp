@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversion of the set's texts to what applications and documents want.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tuning commands through the engine: what they read as parameters, and what they answer.
 #include "Tuning.h"
 #include "set/Knobs.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How each operation finds the service to tune to, and what keeps it from that.
 #include <algorithm>
 #include <map>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A step of navigation from the service on screen.
 #include "Tuning.h"
 #include "services/ServiceStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The strength of the tuner's signal.
 #include "Tuning.h"
 #include "set/Knobs.h"

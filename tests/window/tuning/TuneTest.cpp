@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The steps that all tuning shares: directly where the window shows TV, by a switch of its source where it does not.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Tuning.h"
 
 #include "services/ServiceStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** The virtual TV: `createTv` in memory and `connect` to one on a server for tests and tools, `installWindow` for apps. */
 import type {
   Commands, Events, Fault, Knob, KnobKind, Operation, Parameter, Scan, Service, Session, Setting, State, Why,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The client of the virtual TV: `connect` to one on a server and `createTv` in memory for tests and tools, `installWindow` for
  * apps that call the plug-in synchronously as on the set. The same file runs in browsers and in Node; what only Node needs is

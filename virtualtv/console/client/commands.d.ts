@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Made by typings.mjs from the server's OpenRPC document. Do not edit.
 
 /** What a command takes. 64-bit ids go as texts or bigints; undefined stands for the empty text. */

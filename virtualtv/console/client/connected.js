@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The connected client, whatever connects it: what `connect` and `createTv` answer.
  */

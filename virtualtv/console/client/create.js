@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Makes TVs in memory: finds the module, makes a set of it, keeps that where it is to be kept, and connects a client.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What a connected client's listeners are told.
  */

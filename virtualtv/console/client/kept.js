@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Keeps a TV in memory in the browser's IndexedDB, under a key that one tab has at a time. What is there is only ever replaced
  * by what the set that started from it has become.

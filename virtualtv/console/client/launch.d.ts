@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** A virtual TV of a test's own, for Node. */
 import type {ConnectOptions, Snapshot, Tv} from './client.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * A virtual TV of a test's own, for Node: starts emp-window on a free port and connects. The program ends with `close()`,
  * and with this process too, however that ends, since its standard input is a pipe from here.

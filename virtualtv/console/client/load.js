@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Finds and compiles the set's module, once for all sets of a page or process.
  */

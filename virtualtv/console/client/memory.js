@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * A TV in memory: the set as WebAssembly, in this page or process, behind the client that also speaks to servers. Part of the
  * script tv.js too, so it loads nothing by itself.

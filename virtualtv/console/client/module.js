@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The virtual TV as WebAssembly: one set in this process, without a server. It runs in Node from 18 on, in pages and in
  * workers.

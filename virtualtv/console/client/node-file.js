@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Reads the files of this package in Node, where fetch does not.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * A WebSocket client (RFC 6455) over node:http, for Node 20, which has none of its own. It has the part of the standard's
  * interface that client.js uses. No extensions, no subprotocols. Messages are whole when they are told.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The worker behind `installWindow` in Node: makes the requests that the main thread waits for, and holds the WebSocket
  * that keeps the session, which has to answer pings while the main thread is busy.

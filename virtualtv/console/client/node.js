@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The client in Node: client.js, and what it wants of Node at once. From 20.16 on Node hands that to modules that browsers load too;
  * before, only to modules that import it, as this one does.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** A TV in memory on the other side of a MessagePort, as in a worker. */
 import type {SocketLike, Tv} from './client.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Carries a client's messages over a MessagePort: the set is in a worker, the client in the page. A text is a message of
  * the wire; an object says that the connection is open or closed.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** Transcripts on anything that has the plug-in's `Execute`: a virtual TV, an app's own object, a real set's. */
 
 /** What `window.execute` answers. */

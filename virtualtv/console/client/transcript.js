@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Runs transcripts, the sessions with the plug-in that emp-window's shell prints and `emp-window check` replays, on anything
  * that has the plug-in's `Execute`: a virtual TV of client.js, an app's own object, or the object on a real set.

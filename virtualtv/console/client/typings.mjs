@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Makes commands.d.ts from the server's OpenRPC document:
  *
@@ -8,7 +9,8 @@
 import {readFileSync} from 'node:fs'
 import {pathToFileURL} from 'node:url'
 
-const head = `// Made by typings.mjs from the server's OpenRPC document. Do not edit.
+const head = `// SPDX-License-Identifier: MIT
+// Made by typings.mjs from the server's OpenRPC document. Do not edit.
 
 /** What a command takes. 64-bit ids go as texts or bigints; undefined stands for the empty text. */
 export type Parameter = string | number | bigint | boolean | undefined

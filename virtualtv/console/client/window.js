@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The synchronous object that a web application has on the set, here in front of the virtual TV. As a classic script in
  * the head of a page, served by the virtual TV itself, it puts the object under a name before the app's first line runs:

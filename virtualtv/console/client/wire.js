@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What a connected client speaks through. What carries it is somebody else's: a WebSocket to a server, or anything that looks
  * like one to a set in the same process.

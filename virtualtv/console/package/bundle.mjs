@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Puts modules into one classic script. It knows the imports and exports that these modules use, and refuses others.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Inflates what `deflate` has made (RFC 1951), at once: browsers only do that asynchronously.
  */

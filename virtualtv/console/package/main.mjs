@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * main.mjs WASM DIRECTORY: makes the package that npm installs: the client, the set's module as emp-window.wasm, and the script
  * tv.js, which has all of it inside.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The script tv.js: a TV in memory, and the object of the set on it under a name, before the next script of the page runs.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Takes a module of WebAssembly apart into its sections and puts it together again.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Runs the start of a module and puts the memory that it leaves into the module in place of what it begins with. Whoever
  * loads that has a set which is made already: its services are in the database, the tables are read.

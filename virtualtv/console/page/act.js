@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What a person does on the page. Each deed is a call on the wire; the last one stands in the foot of the page, with its
  * error where it failed, and can be copied as a transcript line, a message or code.

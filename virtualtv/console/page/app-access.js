@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Which apps may run over the picture, and how they reach the TV. A site without a server has another module in place of this one.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {letIn, need, problemOf, refusal, scriptLine} from './app-access.js'
 import {attempt} from './attempt.js'
 import './drop.js'

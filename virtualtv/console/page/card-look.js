@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What tells one test card from another: hues and a pattern, made from a text and the same for ever. */
 
 /** Numbers from 0 to below 1 that follow from a text. @param {string} seed @return {() => number} */

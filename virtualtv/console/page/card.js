@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The test card, 540 units high and as wide as its shape makes it. What stands still is drawn once, what moves with each
  * picture again. Small texts have 40 units, so that they can be read where the card is 240 x 135.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {act} from './act.js'
 import {h} from './dom.js'
 import {download} from './download.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {command, complain} from './act.js'
 import './channel-edit.js'
 import './channel-export.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** Puts a text on the clipboard. @param {string} text */
 export async function copy(text) {
   try {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A line as a person types it: a command with its parameters, `+` in front where they go as a list, or a line of the shell. */
 import {splitWords} from '../transcript.js'
 import {commandLine} from './deed.js'

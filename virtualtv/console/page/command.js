@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {act, tv} from './act.js'
 import {completions, lineOf, parse, readHistory, withLine} from './command-line.js'
 import './command-result.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * How this page reaches its set: by the server that it came from. A site without a server has another module in place of this one.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A call on the wire in the three ways in which people write it down. */
 
 /** @param {unknown} value  a word of a transcript, quoted where it needs to be */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Draws trees of elements: `h` describes an element, `draw` makes a parent's children as described and changes no more
  * than what differs, so that focus, selection and scroll positions stay. Texts are always texts, never markup.

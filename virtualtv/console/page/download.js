@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** Has the browser save a file. @param {string} name @param {string} content @param {string} [type]  its media type */
 export function download(name, content, type = 'text/plain') {
   const link = document.createElement('a')

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Files that are dropped on the page, or opened with a button, and what became of them. */
 import {h} from './dom.js'
 import {details, summary} from './file-outcome.js'

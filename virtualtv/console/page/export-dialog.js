@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {tv} from './act.js'
 import {given} from './connection.js'
 import {h} from './dom.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What changed the set from outside of commands, as lines that change it again. */
 import {word} from './deed.js'
 import {differences} from './timeline-outside.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What an export stands on that was there before it and that no snapshot holds: windows, found channels, planes, faults, some knobs. */
 import {inputOf} from './export-outside.js'
 import {engineOf} from './timeline-log.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Commands that have run, written down: as a transcript that `emp-window check` passes, as a test, as client code. What is
  * written starts from the set as it was before them, which lies in a file beside it.

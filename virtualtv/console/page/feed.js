@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Brings what happens on the TV into the store. Events are told as they come; documents that they make untrue are asked for
  * again, at most one question of a kind at a time, so that many events at once cost no more than one.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What became of a file, in words and tables. */
 import {h} from './dom.js'
 import {counted, nameOf, numberOf} from './services.js'

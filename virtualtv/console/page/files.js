@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What files are and what the TV makes of them: channel lists are imported, recordings scanned, transcripts checked, snapshots
  * restored. Answers what is to be told; nothing is drawn here.

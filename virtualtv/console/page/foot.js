@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {copy} from './clipboard.js'
 import {clientCode, message, transcriptLine} from './deed.js'
 import {h} from './dom.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The frame in which an app runs over the picture, and what passes between it and the page: keys of the remote control go
  * to the app; the app says that it is there, and passes on what is typed while it has the focus. Both sides look at who

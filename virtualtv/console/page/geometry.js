@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Rectangles of planes. Apps place them in a space of 960 x 540; the set's base screen has 1920 x 1080. */
 
 /** @typedef {{x: number, y: number, width: number, height: number}} Rect */

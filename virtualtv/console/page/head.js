@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {command} from './act.js'
 import {disconnected, keeping, people} from './connection.js'
 import {h} from './dom.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {draw, h} from './dom.js'
 import {copy} from './clipboard.js'
 import {front} from './shown.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The keys of the remote control, and the keyboard that does the same. */
 
 /**

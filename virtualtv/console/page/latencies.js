@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Latencies: how long calls of the platform take. There is a knob for each; here stand those that are not 0. */
 import {h} from './dom.js'
 

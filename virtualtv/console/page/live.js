@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The picture of a recording: what the server sends of a window's service is played by a video element that stands nowhere;
  * its pictures are drawn where the test card would be.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {copy} from './clipboard.js'
 import {h} from './dom.js'
 import {Part} from './part.js'

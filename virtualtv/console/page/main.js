@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Starts the page: connects to the set, and feeds the store. */
 import {useTv} from './act.js'
 import {open} from './connection.js'

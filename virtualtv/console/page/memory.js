@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What this browser keeps of the page from one visit to the next. Where it keeps nothing, the page works all the same. */
 
 /** @type {string | undefined} */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What is seen where no signal is left. */
 
 const size = 128

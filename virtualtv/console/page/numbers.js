@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Numbers and what they mean. Inputs and TV modes have two of each: knobs and `tv.state` have the TV service's, commands take
  * and answer the plug-in's.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Which pages may be shown in a frame: what the policy of this page lets in, as its server says. */
 
 /** Origins, or patterns such as `http://localhost:*`, that the server lets in; undefined where it does not answer. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** The page's panes, and where they stand while there is room. */
 export const panes = [
   {name: 'Screen', tag: 'emp-screen', place: 'screen'},

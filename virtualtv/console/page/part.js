@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {draw} from './dom.js'
 import {onFrame, store} from './store.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {accentOf, cardHeight, drawStill, movingParts} from './card.js'
 import {Live} from './live.js'
 import {noisePattern} from './noise.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What the planes of a set show, read from its state: the picture or what stands in its place, and where it is drawn. */
 import {baseScreen, common, fitted, has} from './geometry.js'
 import {antennas} from './numbers.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {h} from './dom.js'
 import {copy} from './clipboard.js'
 import {appSpace, beyondText, eachOf, sides, toApp, toBase} from './geometry.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Recordings of broadcasts among files: what tells them from others, and having them scanned. */
 import {tv} from './act.js'
 import {scan} from './connection.js'

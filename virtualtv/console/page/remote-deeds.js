@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What the remote's keys do to the TV. Each tells in a line what came of it. */
 import {tv} from './act.js'
 import {attempt} from './attempt.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {h} from './dom.js'
 import {keyOf, rows, shortcutOf} from './keys.js'
 import {Part} from './part.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What a command answered, in words: its kind, its value, and whether that is a failure. */
 import {bytesShown, front} from './shown.js'
 import {store} from './store.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What goes wrong with sets, each as the calls that bring it about and those that undo it. Whether one is on is read from
  * the set, so that it does not matter who switched it on.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {live} from './connection.js'
 import {h} from './dom.js'
 import {appSpace, has, rectText, toBase} from './geometry.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {complain, tv} from './act.js'
 import {h} from './dom.js'
 import {panes, showPane} from './panes.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Whether services without a picture are radio or data services. The state does not say; their fields do. */
 import {tv} from './act.js'
 import {store} from './store.js'

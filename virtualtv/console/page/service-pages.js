@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The services that meet a query, fetched by pages as they are looked at. One page is asked for at a time, and always one
  * that is in sight, so that fast scrolling and typing cost no more than what is seen in the end.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* How services are named. */
 import {h} from './dom.js'
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
 import {copy} from './clipboard.js'

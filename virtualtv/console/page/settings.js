@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {attempt} from './attempt.js'
 import {h} from './dom.js'
 import {Part} from './part.js'

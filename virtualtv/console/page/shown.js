@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Texts of any kind as a person can read them: what can't be seen is written out, what is long is cut. */
 
 const unseen = /[\0-\x08\x0b-\x1f\x7f-\x9f\u061c\u200b-\u200f\u2028-\u202e\u2060-\u2069\ufeff]|[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/g

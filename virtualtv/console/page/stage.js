@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {draw, h} from './dom.js'
 import {appSpace, beyond, beyondText, rectText} from './geometry.js'
 import './frame.js'

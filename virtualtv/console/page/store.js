@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What the page knows, in named parts. Whoever draws from some of them is told of changes once a frame, however many
  * there were; so events may come as fast as they like.

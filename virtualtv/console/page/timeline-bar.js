@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {h} from './dom.js'
 import {Part} from './part.js'
 import {everything, kinds} from './timeline-filter.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {act, tv} from './act.js'
 import {transcriptLine} from './deed.js'
 import {h} from './dom.js'

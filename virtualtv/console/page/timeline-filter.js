@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Which entries of the timeline are shown. It goes on where it stopped, a few milliseconds at a time, so that nothing waits for it. */
 import {failureOf, replyShown} from './reply.js'
 import {interfaceOf} from './timeline-log.js'

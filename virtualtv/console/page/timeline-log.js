@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What has happened on the TV, as the timeline shows it: the commands of all clients, each with what belongs to it, and what
  * changed the set from outside. Holds the last ones only.

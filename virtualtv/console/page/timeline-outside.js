@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What changed the set from outside of commands, in words. */
 
 /** @typedef {{[name: string]: any}} Values */

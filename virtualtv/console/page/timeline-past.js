@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Commands that ran before the page was opened: nobody may have listened to their calls and log messages, so they are asked for. */
 import {onFrame, store} from './store.js'
 import {timeline} from './timeline-log.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A line of the timeline. */
 import {h} from './dom.js'
 import {failureOf, replyShown} from './reply.js'

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Commands act on the window that their engine has selected. The page's engine stays on the one that a person chose; what is
  * meant for another window selects it for as long as that takes.

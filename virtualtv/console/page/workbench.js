@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {h} from './dom.js'
 import {remember, remembered} from './memory.js'
 import {panes} from './panes.js'

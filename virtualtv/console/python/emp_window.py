@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Client of the virtual TV for Python 3.9 and later, on the standard library alone.
 
     from emp_window import launch

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Stands in front of window.js on a site: an app in a frame of the TV's page calls the set of that page, by a function of it.
  */

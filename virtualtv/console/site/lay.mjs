@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // node lay.mjs CONSOLE PACKAGE SITE: lays the site into a folder: the page, the package's client and module, and what stands
 // here. CONSOLE is the folder with page and site, PACKAGE what tools/wasm prints.
 import {createHash} from 'node:crypto'

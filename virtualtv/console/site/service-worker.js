@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Keeps the site's files, which tools/site lists in front of this as `files`: {path: integrity}. All of them are of one version.
  * It adds the headers to all answers that isolate the page, so that it can share memory with the set's worker.

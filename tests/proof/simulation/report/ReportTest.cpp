@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is said of a failure of the simulation, on models that are spoilt on purpose.
 #include "proof/simulation/Report.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "proof/storage/Disk.h"
 
 #include <gtest/gtest.h>

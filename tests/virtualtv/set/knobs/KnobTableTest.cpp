@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all knobs of the table have in common: each takes a value and shows it again, or refuses it with what it takes.
 #include "services/FieldNames.h"
 #include "set/Knobs.h"

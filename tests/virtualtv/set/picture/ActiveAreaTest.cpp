@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The part of a plane that the picture's content fills: by hand for each format description and shape, and held against
 // exact fractions for planes of all sizes.
 #include <array>

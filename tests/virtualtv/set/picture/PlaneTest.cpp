@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The planes of the windows: where they stand, what part of the picture they show, their order, whether they are
 // hidden.
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The resolution that the set tells of a window's picture, and that of the ISP source.
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The picture that a window's source gives: of a service by its fields and its channel type, of an input by what comes
 // in, and none.
 #include "services/ChannelType.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Documents that are no snapshots: what is said of them.
 #include <gtest/gtest.h>
 

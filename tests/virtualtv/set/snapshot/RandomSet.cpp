@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/set/snapshot/RandomSet.h"
 
 #include <algorithm>

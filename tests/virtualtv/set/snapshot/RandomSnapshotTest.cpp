@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Snapshots of sets that hold anything: what is restored is the same set.
 #include "set/SnapshotJson.h"
 #include "store/StoreError.h"

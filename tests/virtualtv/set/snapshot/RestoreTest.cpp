@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What becomes of a set that a snapshot is put into.
 #include "set/SnapshotJson.h"
 #include "store/Statement.h"

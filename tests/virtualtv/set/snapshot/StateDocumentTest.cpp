@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole set as one document.
 #include "set/StateDocument.h"
 

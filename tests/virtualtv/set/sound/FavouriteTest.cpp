@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The favourite groups of a service.
 #include "tvservice/IService.h"
 #include "virtualtv/set/sound/SoundTest.h"

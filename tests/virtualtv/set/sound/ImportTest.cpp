@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tracks that imported channel lists bring, as a client is told of them.
 #include "import/Import.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The audio track and the subtitle that a window has in use.
 #include <climits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tracks of the ISP source, as the manager of the secondary TV stack tells them.
 #include <climits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The knobs of tracks and favourites: what they print, what they take and refuse, what a restart keeps of them.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "virtualtv/set/sound/SoundTest.h"
 
 #include "tvservice/IAVControl.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tracks of any service, by its id.
 #include <climits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an import leaves of what the user made of the set: by the ids of services, whatever the list puts around them.
 #include "store/StoreError.h"
 #include "virtualtv/set/SetTest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The inputs of the set: switching between them, plugging, what the platform records, the secondary stack.
 #include "d2tv/D2TVCAPI.h"
 #include "virtualtv/set/SetTest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a set keeps of its tuning when it is switched off, and what becomes of a change that it can't keep.
 #include "d2tv/D2TVCAPI.h"
 #include "store/Statement.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tuning: what a tune changes, where a step of zapping leads, which service a number means.
 #include "virtualtv/set/SetTest.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the shell says where memory is lacking: each allocation of an input fails once, one run after the other.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Which apps may run over the picture of a site's page, and how they reach its set: those of its origin, by its window.js. It
  * stands in place of the module for a page that comes from a server.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * How the page of a site reaches its set: that runs in this tab. It stands in place of the module that connects to a server.
  */

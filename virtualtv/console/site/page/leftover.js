@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import {h} from './dom.js'
 import {download} from './download.js'
 import {Part} from './part.js'

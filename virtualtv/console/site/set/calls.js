@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Calls to the set that the caller waits for, without a turn of its event loop: the request goes as a message to the set's
  * worker, the answer comes through memory that both share. A page's own thread may not sleep, so it looks again and again.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Lets the page share memory with the set's worker, on any static server: the site's service worker adds the headers that
  * browsers want for that, once it serves the page. It also keeps the site's files, and brings new ones.

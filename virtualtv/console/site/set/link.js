@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * A set as a link: its snapshot, compressed, behind the `#` of the page's address. What stands there is not sent to servers.
  */

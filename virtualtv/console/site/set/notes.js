@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* What a tab notes for the next load of its page. */
 
 /** @param {string} name @return {boolean | undefined} undefined where the browser forbids storage */

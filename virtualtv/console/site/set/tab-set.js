@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The set of a tab, on the thread on which it runs: makes it, from what this browser keeps or from a link, and serves clients.
  */

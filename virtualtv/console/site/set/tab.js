@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The set of this tab, as the page has it: in a worker where the browser lets both share memory, else on the page's own thread.
  * Apps in frames of the same origin find it under a symbol on the page's window, and call it synchronously.

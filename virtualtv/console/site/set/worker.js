@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The set's worker: makes the set that the page asks for, then does what the page's messages say. */
 import {Answerer} from './calls.js'
 import {TabSet} from './tab-set.js'

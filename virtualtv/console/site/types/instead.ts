@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The site's modules that stand in place of the page's have all that the page uses of those.
 import * as pageAccess from '../../page/app-access.js'
 import * as pageConnection from '../../page/connection.js'

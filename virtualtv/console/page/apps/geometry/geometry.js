@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A playground for the picture's geometry: where it stands, which part is shown, its order, whether it is hidden.
 /** @type {any} */
 const tv = /** @type {any} */ (globalThis).tvWindow

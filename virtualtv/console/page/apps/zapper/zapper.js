@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A zapper for remote controls: a channel list, numbers, channel up and down, picture-in-picture. Made to be copied.
 /** @type {any} */
 const tv = /** @type {any} */ (globalThis).tvWindow
