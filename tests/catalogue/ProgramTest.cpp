@@ -101,12 +101,12 @@ TEST_F(ProgramTest, AMissingFileIsNoticed) {
 }
 
 TEST_F(ProgramTest, AChangedHelpTextIsNoticedUntilTheFilesAreWritten) {
-  change("commands.help.json", "\"Tells the window's TV mode.\"", "\"Tells the mode.\"");
+  change("commands.help.json", "\"Returns the window's TV mode.\"", "\"Returns the mode.\"");
   expectDrift(path("commands.json") + ":");
   EXPECT_EQ(run("").status, 0);
   EXPECT_EQ(run("--check").status, 0);
-  EXPECT_NE(read("commands.json").find("\"Tells the mode.\""), std::string::npos);
-  EXPECT_NE(read("commands.md").find("Tells the mode."), std::string::npos);
+  EXPECT_NE(read("commands.json").find("\"Returns the mode.\""), std::string::npos);
+  EXPECT_NE(read("commands.md").find("Returns the mode."), std::string::npos);
 }
 
 TEST_F(ProgramTest, ACommandWithoutAHelpTextIsNoticedAndNothingWritten) {

@@ -7,153 +7,149 @@ export type Parameter = string | number | bigint | boolean | undefined
 /** The plug-in's commands as an app on the set calls them. Failure codes are values: negative numbers, mostly. */
 export interface Commands {
   /**
-   * Selects the window that later commands of this application act on, except for those that say otherwise. Until
-   * then it is the main window. Where a connection to the set could not be made when the application started, that
-   * connection is made when it is first needed, and for the picture-in-picture window.
+   * Selects the window for later commands of this application, except those that say otherwise. The default is the
+   * main window. A connection to the set that failed when the application started is made on first use, but for the
+   * picture-in-picture window.
    * @param window The window to select.
-   * @returns 1 when the window is selected, also where the connection for subtitles can't be made.
+   * @returns 1 when the window is selected, even if the connection for subtitles can't be made.
    */
   SetWindow(window?: Parameter): number
 
   /**
-   * Tells the major number of the channel on screen.
+   * Returns the major number of the channel on screen.
    * @returns The major channel number.
    */
   GetCurrentChannel_Major(): number
 
   /**
-   * Tells the minor number of the channel on screen.
+   * Returns the minor number of the channel on screen.
    * @returns The minor channel number.
    */
   GetCurrentChannel_Minor(): number
 
   /**
-   * Tells the name of the channel on screen.
+   * Returns the name of the channel on screen.
    * @returns The channel's name; empty when it has none, or begins with U+0000 or a character beyond U+FFFF.
    */
   GetCurrentChannel_Name(): string | number
 
   /**
-   * Tells the original network id of the channel on screen.
+   * Returns the original network id of the channel on screen.
    * @returns The original network id.
    */
   GetCurrentChannel_OriginNetID(): number
 
   /**
-   * Tells the program number of the channel on screen in its transport stream.
+   * Returns the program number of the channel on screen in its transport stream.
    * @returns The program number.
    */
   GetCurrentChannel_ProgramNumber(): number
 
   /**
-   * Tells the physical channel that the channel on screen is sent on.
+   * Returns the physical channel that the channel on screen is sent on.
    * @returns The physical channel's number.
    */
   GetCurrentChannel_PTC(): number
 
   /**
-   * Tells the name of the channel on screen, just as GetCurrentChannel_Name does.
+   * Returns the name of the channel on screen, just as GetCurrentChannel_Name does.
    * @returns The channel's name; empty when it has none, or begins with U+0000 or a character beyond U+FFFF.
    */
   GetCurrentChannel_ServiceName(): string | number
 
   /**
-   * Tells the id of the transport stream that the channel on screen is sent in.
+   * Returns the id of the transport stream that the channel on screen is sent in.
    * @returns The transport stream id.
    */
   GetCurrentChannel_TransportStreamID(): number
 
   /**
-   * Tells the type of the channel on screen.
+   * Returns the type of the channel on screen.
    * @returns The channel's type.
    */
   GetCurrentChannel_Type(): number
 
   /**
-   * Tells where the window's picture stands, in the space of 960 x 540 that applications use.
-   * @returns The rectangle, rounded; empty when the set can't tell.
+   * Returns the place of the window's picture, in the space of 960 x 540 that applications use.
+   * @returns The rectangle, rounded; empty when the set fails.
    */
   GetScreenRect(): string | number
 
   /**
-   * Tells which part of the screen the content of the window's picture fills, black bars left out, in pixels of the
-   * set's screen.
-   * @returns The rectangle; empty when the set can't tell, on the virtual TV when there is no picture.
+   * Returns the part of the screen that the content of the window's picture fills, without black bars, in pixels of
+   * the set's screen.
+   * @returns The rectangle; empty when the set fails, on the virtual TV when there is no picture.
    */
   GetAFDGeometryRectSize(): string | number
 
   /**
-   * Has no mode to tell.
+   * Not supported: there is no such mode.
    * @returns Always 9.
    */
   GetScreenRect_PosMode(): number
 
   /**
-   * Has no mode to tell.
+   * Not supported: there is no such mode.
    * @returns Always 9.
    */
   GetScreenRect_SizeMode(): number
 
   /**
-   * Tells whether the window shows something.
+   * Returns whether the window shows something.
    * @returns What the window shows.
    */
   GetState_Show(): number
 
   /**
-   * Shows the channel with these numbers, on the TV source: another source is left for it.
-   * @param major The major number; of a larger one the low 16 bits count.
-   * @param minor The minor number; of a larger one the low 16 bits count. On the virtual TV 65535, and so -1, stands
-   * for any.
-   * @returns 1 when the set has the channel on screen; where another source was left for it, also when the set
-   * refused that.
+   * Shows the channel with these numbers, and switches to the TV source if another source is shown.
+   * @param major The major number; only the low 16 bits of a larger number count.
+   * @param minor The minor number; only the low 16 bits of a larger number count. On the virtual TV 65535, and so -1,
+   * means any.
+   * @returns 1 when the set shows the channel. Also 1 when the set refused to switch from another source.
    */
   SetChannel(major?: Parameter, minor?: Parameter): number
 
   /**
-   * Shows the channel with the lowest service id on a physical channel, on the TV source: another source is left for
-   * it.
+   * Shows the channel with the lowest service id on a physical channel, and switches to the TV source if another
+   * source is shown.
    * @param ptc The physical channel's number.
-   * @returns 1 when the set has the channel on screen; where another source was left for it, also when the set
-   * refused that.
+   * @returns 1 when the set shows the channel. Also 1 when the set refused to switch from another source.
    */
   SetChannel_PTC(ptc?: Parameter): number
 
   /**
-   * Shows the channel one step away from the one on screen, on the TV source: another source is left for it. The
-   * virtual TV steps past hidden and locked channels and those without a service id.
+   * Shows the channel one step away from the one on screen, and switches to the TV source if another source is shown.
+   * The virtual TV skips hidden and locked channels, and those without a service id.
    * @param seek Which way to step.
-   * @param navigatorMode Not used: all numbers mean the same.
-   * @returns 1 when the set has the channel on screen; where another source was left for it, also when the set
-   * refused that.
+   * @param navigatorMode Not used.
+   * @returns 1 when the set shows the channel. Also 1 when the set refused to switch from another source.
    */
   SetChannel_Seek(seek?: Parameter, navigatorMode?: Parameter): number
 
   /**
-   * Shows the channel with a service id, on the TV source: another source is left for it.
-   * @param serviceId The service id, as GetChannel_ServiceId answers it.
-   * @returns 1 when the set has the channel on screen; where another source was left for it, also when the set
-   * refused that.
+   * Shows the channel with a service id, and switches to the TV source if another source is shown.
+   * @param serviceId The service id, as GetChannel_ServiceId returns it.
+   * @returns 1 when the set shows the channel. Also 1 when the set refused to switch from another source.
    */
   SetChannelByServiceid(serviceId?: Parameter): number
 
   /**
-   * Places the window's picture, in the space of 960 x 540 that applications use, and ends a crop on the virtual TV.
-   * A negative `x` gives it its default place, whatever the other numbers are; that of the main window is the whole
-   * screen.
+   * Places the window's picture, in the space of 960 x 540 that applications use, and on the virtual TV removes its
+   * crop. A negative `x` selects the default place and ignores the other numbers. The default place of the main
+   * window is the whole screen.
    * @param x The left edge.
    * @param y The upper edge.
    * @param width The width.
    * @param height The height.
-   * @returns 1 when the picture stands there. The virtual TV takes a rectangle beyond the edges, too.
+   * @returns 1 when the picture is placed. The virtual TV also accepts a rectangle beyond the edges.
    */
   SetScreenRect(x?: Parameter, y?: Parameter, width?: Parameter, height?: Parameter): number
 
   /**
-   * Is not supported.
+   * Not supported.
    * @param positionMode Not used.
    * @param sizeMode Not used.
-   * @returns It always fails.
+   * @returns Always fails.
    */
   SetScreenRect_PosSizeMode(positionMode?: Parameter, sizeMode?: Parameter): number
 
@@ -165,24 +161,25 @@ export interface Commands {
   Show(type?: Parameter): number
 
   /**
-   * Tells the resolution of the window's picture, also while the ISP source is shown that of the TV service.
+   * Returns the resolution of the window's picture. While the ISP source is shown, it is still that of the TV
+   * service.
    * @returns The resolution's number.
    */
   GetResolution(): number
 
   /**
-   * Tells the source that the window shows, or the one that the settings keep as its previous one.
-   * @param seek Which source is asked for.
-   * @returns The source's number; a previous source is answered as it is kept, even where the number means nothing.
+   * Returns the source that the window shows, or the previous source as stored in the settings.
+   * @param seek Which source to return.
+   * @returns The source's number. A previous source is returned as stored, even if the number is meaningless.
    */
   GetSource(seek?: Parameter): number
 
   /**
-   * Switches the window to a source and records it as the current one, the source before it as the previous one.
-   * Where the source is shown already nothing is switched, but a record that says otherwise is put right.
-   * @param source The source. Of the numbers up to 42 that stand for none, 1 to 7 and 11 to 14 are refused; the
-   * others show live TV. 43 and more, and negative ones, only take the window's source away; 48 has the ISP source
-   * shown as well. All are recorded as they stand.
+   * Switches the window to a source. Records it as the current source, and the earlier one as the previous source. If
+   * the source is already shown, nothing is switched, but a record that differs is corrected.
+   * @param source The source. Of the numbers up to 42 that are not a source, 1 to 7 and 11 to 14 are refused and the
+   * others show live TV. Numbers from 43 on, and negative ones, only remove the window's source; 48 also shows the
+   * ISP source. All accepted numbers are recorded unchanged.
    * @param seek Whether to switch to the previous source instead, whatever the first parameter says.
    * @returns 1 when the source is shown and recorded.
    */
@@ -190,128 +187,127 @@ export interface Commands {
 
   /**
    * Switches the window to a source and to the first channel with a major number, and records the source as SetSource
-   * does. Where the source is shown already the channel stays.
+   * does. If the source is already shown, the channel does not change.
    * @param source The source, as for SetSource.
-   * @param major The channel's major number; a negative one leaves the channel to the set. Sources above 42 and
-   * negative ones ignore it.
+   * @param major The channel's major number. With a negative number the set chooses the channel. Ignored for sources
+   * above 42 and negative ones.
    * @returns 1 when the source is shown and recorded.
    */
   SetSourceAndTune(source?: Parameter, major?: Parameter): number
 
   /**
-   * Tells the source that the window showed before, as the set remembers it.
+   * Returns the previous source of the window, as the set remembers it.
    * @returns The source's number.
    */
   GetPreviousSource(): number
 
   /**
-   * Switches the window to the source that the settings keep as its previous one, as SetSource with the seek 8 does.
+   * Switches the window to the previous source as stored in the settings, as SetSource with the seek 8 does.
    * @returns 1 when the source is shown and recorded.
    */
   SetPreviousSource(): number
 
   /**
-   * Looks for the channels of a TV mode and keeps them as the found-channel list, in place of the one before.
+   * Finds the channels of a TV mode, and replaces the found-channel list by them.
    * @param type Find only channels of this type; 0 finds all.
-   * @param mode The list to look in. A number that is no mode finds nothing.
-   * @returns 1 when channels were found; GetChannel_Size tells how many.
+   * @param mode The list to search. A number that is not a mode finds nothing.
+   * @returns 1 when channels were found; GetChannel_Size returns their number.
    */
   FindChannel(type?: Parameter, mode?: Parameter): number
 
   /**
-   * Tells the major number of a channel of the found-channel list.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the major number of a channel of the found-channel list.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The major channel number.
    */
   GetChannel_Major(index?: Parameter): number
 
   /**
-   * Tells the minor number of a channel of the found-channel list.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the minor number of a channel of the found-channel list.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The minor channel number.
    */
   GetChannel_Minor(index?: Parameter): number
 
   /**
-   * Tells the name of a channel of the found-channel list.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the name of a channel of the found-channel list.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The channel's name; empty when it begins with U+0000 or a character beyond U+FFFF.
    */
   GetChannel_Name(index?: Parameter): string | number
 
   /**
-   * Tells the original network id of a channel of the found-channel list.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the original network id of a channel of the found-channel list.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The original network id.
    */
   GetChannel_OriginNetID(index?: Parameter): number
 
   /**
-   * Tells the program number of a channel of the found-channel list in its transport stream.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the program number of a channel of the found-channel list in its transport stream.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The program number.
    */
   GetChannel_ProgramNumber(index?: Parameter): number
 
   /**
-   * Tells the physical channel that a channel of the found-channel list is sent on.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the physical channel that a channel of the found-channel list is sent on.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The physical channel's number.
    */
   GetChannel_PTC(index?: Parameter): number
 
   /**
-   * Tells the name of a channel of the found-channel list; unlike GetChannel_Name it does not fail when there is
-   * none.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the name of a channel of the found-channel list. Unlike GetChannel_Name, it does not fail for a channel
+   * without a name.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The channel's name; empty when it has none, or begins with U+0000 or a character beyond U+FFFF.
    */
   GetChannel_ServiceName(index?: Parameter): string | number
 
   /**
-   * Tells the id of the transport stream that a channel of the found-channel list is sent in.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the id of the transport stream that a channel of the found-channel list is sent in.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The transport stream id.
    */
   GetChannel_TransportStreamID(index?: Parameter): number
 
   /**
-   * Tells the type of a channel of the found-channel list.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
+   * Returns the type of a channel of the found-channel list.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
    * @returns The channel's type.
    */
   GetChannel_Type(index?: Parameter): number
 
   /**
-   * Tells how many channels the found-channel list has.
-   * @returns The number of channels that the last FindChannel found; 0 when there was none.
+   * Returns the number of channels in the found-channel list.
+   * @returns The number of channels that the last FindChannel found; 0 before the first one.
    */
   GetChannel_Size(): number
 
   /**
-   * Tells the service id of a channel: of one of the found-channel list when only the first parameter is given, of
-   * the first one with these numbers on the set when the second or the third is given too.
-   * @param indexOrMajor The position in the found-channel list; where more parameters are given, the major number.
+   * Returns the service id of a channel. With only the first parameter, it is a channel of the found-channel list.
+   * With the second or third parameter, it is the first channel of the set with these numbers.
+   * @param indexOrMajor The position in the found-channel list, or the major number when more parameters are given.
    * @param minor The minor number.
-   * @param type Look only at channels of this type, for 20 and 28 also only at those of the antenna in use; 0, 19,
-   * 21, 23 to 25 and numbers that are no type look at all channels.
-   * @returns The service id as a text; the empty text when no channel has these numbers. Of several channels it is
-   * that with the lowest id.
+   * @param type Search only channels of this type; for 20 and 28 also only those of the antenna in use. 0, 19, 21, 23
+   * to 25 and numbers that are not a type search all channels.
+   * @returns The service id as a text; the empty text when no channel has these numbers. Of several channels the
+   * lowest id is returned.
    */
   GetChannel_ServiceId(indexOrMajor?: Parameter, minor?: Parameter, type?: Parameter): string | number
 
   /**
-   * Tells the JSON text that is attached to a channel of the found-channel list, as it stands.
-   * @param index The channel's position in the found-channel list, which the last FindChannel made.
-   * @returns The attached text in UTF-8, not checked to be JSON; empty when nothing is attached. Half a pair of
-   * surrogates is left out, and so is the unit behind a first half.
+   * Returns the JSON text attached to a channel of the found-channel list, unchanged.
+   * @param index The channel's position in the found-channel list, created by the last FindChannel.
+   * @returns The attached text in UTF-8, not checked to be JSON; empty when nothing is attached. An unpaired
+   * surrogate is left out, and so is the unit after an unpaired first surrogate.
    */
   GetChannel_OnTVJson(index?: Parameter): string | number
 
   /**
-   * Shows a part of the source picture where the window's picture stands. The set is given that place in the space of
-   * 960 x 540 and with width and height in each other's stead. With a parameter list an application says itself where
-   * the part is shown.
+   * Shows a part of the source picture at the place of the window's picture. The set receives that place in the space
+   * of 960 x 540, with width and height swapped. With a parameter list the application specifies the place itself.
    * @param x The part's left edge.
    * @param y The part's upper edge.
    * @param width The part's width.
@@ -321,186 +317,188 @@ export interface Commands {
   SetScreenCropRect(x?: Parameter, y?: Parameter, width?: Parameter, height?: Parameter): number
 
   /**
-   * Tells which part of the source picture is shown, and where.
-   * @param plane Is answered as it was given.
-   * @returns The rectangles of the last crop; on the virtual TV the whole picture and its place when there was none.
+   * Returns the part of the source picture that is shown, and its place.
+   * @param plane Returned unchanged.
+   * @returns The rectangles of the last crop. Without a crop, the virtual TV returns the whole picture and its place.
    */
   GetScreenCropRect(plane?: Parameter): string | number
 
   /**
    * Raises or lowers the plane of the window's picture.
-   * @param order Where it goes.
+   * @param order The direction.
    * @returns 1 when it is done.
    */
   SetScreenZorder(order?: Parameter): number
 
   /**
-   * Takes the window's source away and records 43, no source, as the current one.
+   * Removes the window's source and records 43, no source, as the current one.
    * @returns 1 when the window is without a source.
    */
   DisconnectSource(): number
 
   /**
-   * Switches to the audio track with a PID, the first of several.
-   * @param pid The PID. Of a number beyond 16 bits the low 16 bits count, with a sign, so that there is no track for
-   * one from 32768 on.
+   * Switches to the first audio track with a PID.
+   * @param pid The PID. Only the low 16 bits of a larger number count, as a signed number. So no track matches a
+   * number from 32768 to 65535.
    * @returns 1 when the track is selected; on the ISP source also when the set fails with its own number 1.
    */
   ChangeAudioPID(pid?: Parameter): number
 
   /**
    * Switches to the audio track at a position.
-   * @param index The track's position, as GetMultiAudioInfo tells it.
+   * @param index The track's position, as GetMultiAudioInfo returns it.
    * @returns 1 when the track is selected; on the ISP source also when the set fails with its own number 1.
    */
   ChangeAudioByIndex(index?: Parameter): number
 
   /**
    * Lists the audio tracks of what is on screen.
-   * @returns The list; where the set can't tell how many tracks there are, one without tracks. When the set does not
-   * tell what is on screen, or can't be reached, the empty text, but on the ISP source a list without tracks.
+   * @returns The list. It has no tracks when the set fails to report their number. When the set fails to report what
+   * is on screen, or can't be reached, the reply is the empty text, or on the ISP source a list without tracks.
    */
   GetMultiAudioInfo(): string | number
 
   /**
-   * Does nothing: the volume is not the plug-in's.
+   * Does nothing, since the plug-in does not control the volume.
    * @param volume Not used.
-   * @returns It always answers 0.
+   * @returns Always returns 0.
    */
   SetSourceVolume(volume?: Parameter): number
 
   /**
    * Puts the window into a TV mode: an antenna and the channel list in use on it.
-   * @param mode The mode. Numbers that are no mode are for the set to refuse.
+   * @param mode The mode. Numbers that are not a mode are passed to the set, which may refuse them.
    * @returns 1 when the mode is set.
    */
   SetTVMode(mode?: Parameter): number
 
   /**
-   * Tells the window's TV mode.
+   * Returns the window's TV mode.
    * @returns The mode.
    */
   GetTVMode(): number
 
   /**
-   * Tells which favourite groups a channel is in.
-   * @param serviceId The channel's service id, as GetChannel_ServiceId answers it. The empty text answers -1 at once.
-   * @returns The groups; an object without members when the channel was never put into one.
+   * Returns the favourite groups of a channel.
+   * @param serviceId The channel's service id, as GetChannel_ServiceId returns it. For the empty text -1 is returned
+   * at once.
+   * @returns The groups; an object without members when the channel was never in a group.
    */
   GetFavorites(serviceId?: Parameter): string | number
 
   /**
-   * Puts a channel into a favourite group or takes it out.
-   * @param serviceId The channel's service id, as GetChannel_ServiceId answers it.
+   * Adds a channel to a favourite group or removes it.
+   * @param serviceId The channel's service id, as GetChannel_ServiceId returns it.
    * @param member What to do.
-   * @param group The group's number; of a larger one the low 8 bits count.
+   * @param group The group's number. Only the low 8 bits of a larger number count.
    * @returns 1 when it is done.
    */
   UpdateFavorites(serviceId?: Parameter, member?: Parameter, group?: Parameter): number
 
   /**
    * Lists all channels of the window's TV mode.
-   * @returns The list, read from the set anew each time.
+   * @returns The list, read from the set each time.
    */
   GetFullChannelList(): string | number
 
   /**
-   * Tells the audio track in use.
+   * Returns the audio track in use.
    * @returns The track.
    */
   GetCurrentAudioInfo(): string | number
 
   /**
-   * Tells the strength of the signal that the main window's tuner receives, whichever window is selected.
+   * Returns the strength of the signal that the main window's tuner receives, whichever window is selected.
    * @returns The strength, 255 for the strongest.
    */
   GetSignalStrength(): number
 
   /**
-   * Tells all about the channel on screen in one document.
-   * @returns The document; empty where the text attached to the channel leaves none: JSON that is neither an object
-   * nor `null`, or nested more than a thousand deep.
+   * Returns a document about the channel on screen.
+   * @returns The document. It is empty when the text attached to the channel is JSON that is neither an object nor
+   * `null`, or JSON nested more than a thousand deep.
    */
   GetCurrentChannelInfo(): string | number
 
   /**
    * Another name of GetCurrentChannelInfo.
-   * @returns The document; empty where the text attached to the channel leaves none: JSON that is neither an object
-   * nor `null`, or nested more than a thousand deep.
+   * @returns The document. It is empty when the text attached to the channel is JSON that is neither an object nor
+   * `null`, or JSON nested more than a thousand deep.
    */
   GetCurrentChannel(): string | number
 
   /**
-   * Tells the language of the subtitle in use in the main window, whichever window is selected.
+   * Returns the language of the subtitle in use in the main window, whichever window is selected.
    * @returns The language.
    */
   GetCurrentSubtitle(): number
 
   /**
-   * Lists the subtitles of what is on screen in the window selected. GetCurrentSubtitle and ChangeSubtitle are about
-   * the main window, whichever is selected.
-   * @returns The list; when the set can't tell, the empty text, and on the ISP source a list without subtitles.
+   * Lists the subtitles of what is on screen in the selected window. GetCurrentSubtitle and ChangeSubtitle always
+   * apply to the main window.
+   * @returns The list. When the set fails, the empty text, or on the ISP source a list without subtitles.
    */
   GetSubtitleInfo(): string | number
 
   /**
    * Switches to the subtitle at a position, in the main window, whichever window is selected.
-   * @param index The subtitle's position, as GetSubtitleInfo tells it while the main window is selected.
-   * @returns 1 when the subtitle is selected. On the ISP source the set fails with numbers of its own, of which 1
-   * reads as a success.
+   * @param index The subtitle's position, as GetSubtitleInfo returns it while the main window is selected.
+   * @returns 1 when the subtitle is selected. On the ISP source the set fails with its own numbers, and a failure
+   * with the number 1 looks like a success.
    */
   ChangeSubtitle(index?: Parameter): number
 
   /**
-   * Tells the type of the channel that the set starts with.
+   * Returns the type of the channel that the set starts with.
    * @returns The channel's type.
    */
   GetStartChannel_Type(): number
 
   /**
-   * Tells the major number of the channel that the set starts with.
+   * Returns the major number of the channel that the set starts with.
    * @returns The major channel number.
    */
   GetStartChannel_Major(): number
 
   /**
-   * Tells the minor number of the channel that the set starts with.
+   * Returns the minor number of the channel that the set starts with.
    * @returns The minor channel number.
    */
   GetStartChannel_Minor(): number
 
   /**
-   * Tells the name of the channel that the set starts with.
+   * Returns the name of the channel that the set starts with.
    * @returns The channel's name; empty when it has none, or begins with U+0000 or a character beyond U+FFFF.
    */
   GetStartChannel_Name(): string | number
 
   /**
-   * Tells the service id of the channel that the set starts with, whether or not the set still knows that channel.
-   * @returns The service id as a text; the empty text when the set tells none.
+   * Returns the service id of the channel that the set starts with, whether or not the set still knows that channel.
+   * @returns The service id as a text; the empty text when the set has none.
    */
   GetStartChannel_ServiceId(): string | number
 
   /**
-   * Tells about the channel that the set starts with in one document.
+   * Returns a document about the channel that the set starts with.
    * @returns The document.
    */
   GetStartChannel_Info(): string | number
 
   /**
-   * Tells all about the channel that was on screen before in one document.
+   * Returns a document about the previous channel.
    * @returns The document. Here lock is always 65535, and nothing attached to the channel is added.
    */
   GetPreviousChannelInfo(): string | number
 
   /**
-   * Tells size and frequencies of the window's picture; while the ISP source is shown, the size of its picture.
-   * @returns The document; while the ISP source is shown and its size is not known, one that says 0 throughout.
+   * Returns size and frequencies of the window's picture. While the ISP source is shown, the size is that of its
+   * picture.
+   * @returns The document. While the ISP source is shown and its size is unknown, all its numbers are 0.
    */
   GetResolutionDetail(): string | number
 
   /**
-   * Tells what the window's source is doing.
+   * Returns the state of the window's source.
    * @returns The source's state.
    */
   GetSourceState(): number
@@ -513,23 +511,22 @@ export interface Commands {
   MuteVideo(mute?: Parameter): number
 
   /**
-   * Shows the satellite service that a description fits. The source is left as it is, and nothing is recorded.
-   * @param service The description, a JSON object that begins with its brace. Comments in it, and what follows it, do
-   * not count.
-   * @param form The description's form; there is only this one.
-   * @returns 1 when the set has the service on screen.
+   * Shows the satellite service that matches a description. The source does not change, and nothing is recorded.
+   * @param service The description, a JSON object that starts with its brace. Comments in it, and text after it, are
+   * ignored.
+   * @param form The form of the description. Only 0 is supported.
+   * @returns 1 when the set shows the service.
    */
   SetDVBSIChannelDirectEx(service?: Parameter, form?: Parameter): number
 
   /**
-   * Shows the channel on a physical channel that has this channel type and minor number, on the TV source: another
-   * source is left for it.
+   * Shows the channel on a physical channel that has this channel type and minor number, and switches to the TV
+   * source if another source is shown.
    * @param ptc The physical channel's number.
-   * @param major The channel type in the set's own numbering; it is no major number in spite of its name.
+   * @param major The channel type in the set's own numbering. In spite of its name it is not a major number.
    * @param minor The minor number.
    * @param channelType Not used; it is only logged.
-   * @returns 1 when the set has the channel on screen; where another source was left for it, also when the set
-   * refused that.
+   * @returns 1 when the set shows the channel. Also 1 when the set refused to switch from another source.
    */
   SetChannelDirect(ptc?: Parameter, major?: Parameter, minor?: Parameter, channelType?: Parameter): number
 }
