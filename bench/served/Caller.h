@@ -7,10 +7,10 @@
 
 namespace bench {
 
-/// A client's WebSocket that costs little: it blocks, and knows no more of frames than a server's messages need.
+/// A lightweight WebSocket client: it blocks, and supports only the frames that a server's messages need.
 class Caller {
  public:
-  /// Connects to a server on this machine. @throws std::runtime_error when that does not come about.
+  /// Connects to a server on this machine. @throws std::runtime_error when the connection fails.
   explicit Caller(unsigned short port);
   Caller(const Caller&) = delete;
   Caller& operator=(const Caller&) = delete;
@@ -18,18 +18,18 @@ class Caller {
 
   /// Sends frames as `frameOf` makes them.
   void send(std::string_view frames);
-  /// Waits for the next message. @return it, until the next call.
+  /// Waits for the next message. @return the message, valid until the next call.
   std::string_view take();
   /// Sends a message and waits for the next one.
   std::string call(std::string_view message);
 
  private:
-  /// The next bytes, which stay taken.
+  /// Consumes and returns the next bytes.
   std::string_view bytes(std::size_t count);
 
   int socket_ = -1;
   std::string in_;
-  std::size_t begin_ = 0;  ///< of what is left in `in_`
+  std::size_t begin_ = 0;  ///< start of the unread bytes in `in_`
   std::size_t end_ = 0;
 };
 

@@ -6,20 +6,19 @@
 
 namespace bench {
 
-/// The library's WebSocket server with nothing around it, on a thread of its own: what the set's server is held
-/// against.
+/// The library's bare WebSocket server on its own thread, as the reference for the set's server.
 class Echo {
  public:
   /// Sends each message back.
   Echo();
   Echo(const Echo&) = delete;
   Echo& operator=(const Echo&) = delete;
-  /// Ends it, connections too.
+  /// Ends the server and its connections.
   ~Echo();
 
   unsigned short port() const;
-  /// From now on sends this in place of a message; `toOthers` to all that are connected but the one that sent it, who
-  /// gets the message back behind that. Called while no message is on its way.
+  /// From now on answers each message with this one. With `toOthers`, sends it to all other clients first, and then
+  /// returns the original message to the sender. Call while no message is in transit.
   void sendInstead(std::string text, bool toOthers);
 
  private:

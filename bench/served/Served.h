@@ -12,17 +12,17 @@
 
 namespace bench {
 
-/// The set's server on a port of its own, with a television in memory, on a thread of its own.
+/// The set's server on its own port and thread, with a television in memory.
 class Served {
  public:
-  /// @param services  of the television.
+  /// @param services  the services of the television.
   explicit Served(std::size_t services);
   Served(const Served&) = delete;
   Served& operator=(const Served&) = delete;
   /// Ends it.
   ~Served();
 
-  /// The one with so many services. There is one at a time: asked for another number, it makes that in its place.
+  /// The server with this number of services. There is one at a time: another number replaces it.
   static Served& with(std::size_t services);
   /// Ends it.
   static void drop();

@@ -8,8 +8,8 @@
 
 namespace bench {
 
-/// Runs the benchmarks of a program. @param name  of the program, for messages. @param drop  ends what they share,
-/// before the program's own objects end, on which it stands. @return the program's status.
+/// Runs the benchmarks of a program. @param name  name of the program, for messages. @param drop  releases the objects
+/// shared by benchmarks, before the program's own objects that they depend on. @return the program's status.
 inline int runBenchmarks(int argc, char** argv, const char* name, void (*drop)()) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

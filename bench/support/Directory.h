@@ -8,7 +8,8 @@
 
 namespace bench {
 
-/// A directory of its own, gone with the object. The system's folder for such may be in memory.
+/// A temporary directory, removed with the object. The system's temporary folder is not used, since it may be in
+/// memory.
 class Directory {
  public:
   /// @param below  where it is made.

@@ -8,7 +8,7 @@
 
 namespace bench {
 
-/// A program at work, without input. What it writes is read and dropped.
+/// A running program without input. Its output is read and discarded.
 class Process {
  public:
   /// Starts it. @param words  its name and arguments. @throws std::runtime_error when it can't be started.
@@ -18,7 +18,7 @@ class Process {
   /// Waits for its end.
   ~Process();
 
-  /// Waits until it has written something. @throws std::runtime_error when it ends without.
+  /// Waits until it has written something. @throws std::runtime_error when it ends before that.
   void awaitOutput();
   /// Waits for its end. @throws std::runtime_error when it fails.
   void awaitEnd();

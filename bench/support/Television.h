@@ -14,20 +14,19 @@ struct sqlite3;
 
 namespace bench {
 
-/// Made-up services, alike in size: names, numbers and frequencies as lists of a broadcast have them, with a short
-/// document attached; all in the list of TV mode 1.
+/// Invented services of similar size: names, numbers and frequencies as in broadcast lists, and a short attached
+/// document. All are in the list of TV mode 1.
 std::vector<virtualtv::Service> services(std::size_t count);
 
-/// A set with so many services and an engine on it; nothing is logged, recorded or made to fail.
+/// A set with this number of services and an engine. Nothing is logged, recorded or made to fail.
 class Television {
  public:
   /// @param directory  where it keeps them; in memory when it is empty.
   explicit Television(std::size_t services, const std::filesystem::path& directory = {});
 
-  /// The set in memory with so many services. There is one at a time: asked for another number, it makes that in its
-  /// place.
+  /// The set in memory with this number of services. There is one at a time: another number replaces it.
   static Television& with(std::size_t services);
-  /// Switches that set off, for one that is made in another way.
+  /// Switches that set off, before another one is created directly.
   static void drop();
 
   virtualtv::Tv& tv() { return bench_.tv(); }
@@ -39,10 +38,10 @@ class Television {
   /// valid until the next command.
   const std::string& execute(const std::string& command, const std::string& first = {}, const std::string& second = {});
 
-  /// Gives the memory of the last reply back.
+  /// Frees the memory of the last reply.
   void forgetReply() { std::string().swap(reply_); }
 
-  /// Runs a command and throws where it is not answered with this number.
+  /// Runs a command and throws when its reply is not this number.
   void require(int answer, const std::string& command, const std::string& first = {}, const std::string& second = {});
 
   /// How many calls a command makes to the set.

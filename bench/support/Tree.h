@@ -8,7 +8,7 @@
 
 namespace bench {
 
-/// The document of a full channel list, as small and as little scattered as the JSON library can hold it.
+/// The document of a full channel list as a JSON tree, as small and as compact in memory as the JSON library allows.
 /// @param text  the document as "GetFullChannelList" answers it. @throws std::runtime_error when it is no JSON.
 Json::Value channelTree(const std::string& text);
 

@@ -9,7 +9,7 @@
 
 namespace support {
 
-/// A set with an application object on it: what all tests, benchmarks and proofs that have both stand on. There is one
+/// A set with an application object on it: the basis of all tests, benchmarks and proofs that need both. There is one
 /// at a time.
 template <typename App>
 struct Assembly {

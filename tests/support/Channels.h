@@ -8,8 +8,8 @@
 #include "support/TvTest.h"
 #include "tvservice/TCServiceData.h"
 
-/// What the tests of the channel operations and reports share: services and records to ask about, a worker without
-/// proxies, and the log lines that many operations print.
+/// Shared parts of the tests of channel operations and reports: services and records, a worker without proxies, and
+/// common log lines.
 namespace channels {
 
 using support::Lines;
@@ -18,11 +18,11 @@ using support::Lines;
 /// 283 without a name, the radio service 282 "Radio 5" between them.
 std::vector<virtualtv::Service> threeServices();
 
-/// The record that a text as in `{12=281,16="News"}` describes.
+/// The record described by a text such as `{12=281,16="News"}`.
 TCServiceData record(std::string_view text);
-/// Gives a record a text, of units in host order.
+/// Adds a text to a record, given as units in host order.
 void setText(TCServiceData& record, int field, std::u16string_view units);
-/// The same text in the form in which a fault takes it: quoted, without blanks.
+/// The same text as the value of a fault: quoted, without blanks.
 std::string quoted(std::u16string_view units);
 
 using support::banner;
@@ -30,15 +30,15 @@ using support::caught;
 using support::join;
 using support::place;
 
-/// What the worker logs when the proxy is missing and can't be made.
+/// The log lines of the worker when the proxy is missing and can't be created.
 Lines noNavigation();
 Lines noService();
 
-/// A call as a trace shows it, without what it wrote and answered.
+/// A call as in a trace, without its outputs and result.
 std::string head(const std::string& call);
 
-/// Calls as a trace shows them, with the conditions that the TV chose for a navigation replaced by the word CRITERIA,
-/// where they were asked for and where they were used.
+/// Calls as in a trace. The word CRITERIA replaces the conditions that the TV chose for a navigation, both where they
+/// were requested and where they were used.
 Lines withoutConditions(const Lines& calls);
 
 /// A worker for the main window of a set that has the three services, in TV mode (0, 1), with 281 on screen, 282 before
@@ -47,7 +47,7 @@ class ChannelTest : public support::WorkerTest {
  protected:
   void SetUp() override;
 
-  /// From now on the proxy is missing and can't be made.
+  /// From now on the proxy is missing and can't be created.
   void loseNavigation();
   void loseService();
 };
@@ -57,7 +57,7 @@ class ChannelEngineTest : public support::EngineTest {
  protected:
   void SetUp() override;
 
-  /// The result code in the finish line of the last command; the other log lines are dropped.
+  /// Returns the result code in the finish line of the last command, and drops the other log lines.
   std::string finished();
 };
 

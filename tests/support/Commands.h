@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
-/// The commands that tests of the whole engine go through.
+/// The commands for tests of the whole engine.
 namespace engine {
 
-/// A command with parameters that a set with services answers well.
+/// A command with parameters that succeed on a set with services.
 struct Call {
   std::string name;
   std::vector<std::string> parameters;
-  std::string unconnected;  ///< its answer when no interface of the set can be had
+  std::string unconnected;  ///< its answer when no interface of the set is available
 };
 
-/// Such a command as a row of a table; parameters that it does not have are null.
+/// Such a command as a row of a table; missing parameters are null.
 struct Row {
   const char* name;
   std::array<const char*, 4> parameters;

@@ -10,8 +10,7 @@
 
 namespace support {
 
-/// Takes the records and favourites out of the words of a fault and leaves empty ones there.
-/// @return what was taken, by output.
+/// Replaces the records and favourites in the words of a fault by empty ones. @return the originals, by output.
 inline std::map<std::string, std::string> takeRecords(std::vector<std::string>& words) {
   std::map<std::string, std::string> taken;
   for (const auto& [output, none] : {std::pair("service", "{}"), std::pair("services", "[]"), {"favorites", "{}"}}) {
@@ -25,8 +24,8 @@ inline std::map<std::string, std::string> takeRecords(std::vector<std::string>& 
   return taken;
 }
 
-/// A fault in the words of `.fault`, whose records may have what `.fault` refuses since no service of the set has it:
-/// the plug-in reads what it is given.
+/// A fault in the words of `.fault`. Its records may contain values that `.fault` refuses because no service can have
+/// them: the plug-in must handle any record.
 inline virtualtv::seam::Fault oddFault(std::vector<std::string> words) {
   const std::map<std::string, std::string> records = takeRecords(words);
   virtualtv::seam::Fault fault = virtualtv::seam::parseFault(words);

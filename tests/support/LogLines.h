@@ -7,7 +7,7 @@
 
 #include "support/TvTest.h"
 
-/// Log lines that many operations print, as `TvTest::logs` gives them, and putting lists of lines together.
+/// Common log lines, as `TvTest::logs` returns them, and functions to combine lists of lines.
 namespace support {
 
 /// The names that the plug-in's sources give in their log lines.
@@ -18,17 +18,17 @@ inline constexpr std::string_view taskFile = "Window/Src/EmpTaskWindow";
 std::string banner(int level, std::string_view function, std::string_view file = taskFile);
 /// The line that tells the place in the source.
 std::string place(std::string_view function, int level = 3, std::string_view file = taskFile);
-/// An exception that a faulty platform call left with, told by the operation that made the call. @param level  3 in the
-/// ISP source's file.
+/// The log line for an exception of a faulty platform call, logged by the calling operation. @param level  3 in the ISP
+/// source's file.
 std::string caught(std::string_view function, std::string_view call, int level = 0);
 
 /// A level before each of some texts.
 Lines leveled(int level, const Lines& texts);
 
-/// Lists one after another.
+/// Concatenates lists.
 Lines join(std::initializer_list<Lines> parts);
 
-/// What a command logs: the engine's line, what the worker and the row log, the finish line.
+/// The log lines of a command: the engine's line, those of the worker and the row, and the finish line.
 Lines commandLogs(const std::string& command, const Lines& parameters, const Lines& inner, int result);
 
 }  // namespace support

@@ -7,7 +7,7 @@
 
 namespace support {
 
-/// A number as it is written, or the end of the range that it is beyond.
+/// A number as written, clamped to its range.
 inline std::string within(const virtualtv::text::Range& range, const std::string& number) {
   if (virtualtv::text::numberIn(number, range)) return number;
   return number.front() == '-' ? std::to_string(range.least) : std::to_string(range.most);

@@ -7,8 +7,8 @@
 #include "support/LogLines.h"
 #include "support/TvTest.h"
 
-/// What the tests of a window's source share: a set whose source they choose, and the calls and log lines that reading
-/// it makes.
+/// Shared parts of the tests of a window's source: a set with a chosen source, and the calls and log lines of reading
+/// it.
 namespace sources {
 
 using support::Lines;
@@ -28,22 +28,22 @@ class SourceTest : public support::WorkerTest {
   void show(int source, int previous, virtualtv::WindowId window = virtualtv::WindowId::main);
   void deactivate();
 
-  /// From now on the source control is missing and can't be made.
+  /// From now on the source control is missing and can't be created.
   void loseSourceControl();
 
-  /// Sets a fault anew; what was seen before is dropped.
+  /// Replaces the fault, and drops everything observed before.
   void only(const std::string& words);
 };
 
 /// Log lines of a translation that succeeds, from the TV service's number.
 Lines converted(int tc, int pl);
-/// And of one that fails.
+/// Log lines of a translation that fails.
 Lines refused(int tc);
 
-/// Log lines of reading the current source, as far as the answer of the TV service; then those of its translation.
+/// Log lines of reading the current source, up to the answer of the TV service. Those of its translation follow.
 Lines currentLogs(int tc);
 
-/// What the worker logs when its source control is missing and can't be made.
+/// The log lines of the worker when its source control is missing and can't be created.
 extern const Lines noSourceControl;
 
 extern const std::string askState;    ///< as traced, on the main window's first source control, state 2

@@ -7,28 +7,28 @@
 
 #include "support/Channels.h"
 
-/// What the tests of audio tracks, subtitles and favourites share: which of the two TV stacks an operation asks, the
-/// lists that it answers, and proxies that are missing.
+/// Shared parts of the tests of audio tracks, subtitles and favourites: the TV stack that an operation uses, the lists
+/// that it returns, and missing proxies.
 namespace tracks {
 
 using support::Lines;
 
-/// The settings key that tells what was on screen last, and its reading as a trace shows it.
+/// The settings key that says what was last on screen, and the call that reads it as in a trace.
 inline constexpr const char* lastService = "db/boot/last_service";
 inline const std::string askStack = "vconf_get_str(key=\"db/boot/last_service\") -> ";
 inline const std::string ispTold = askStack + "\"isp-service\"";
 
-/// What asking logs where the TV service shows the picture, and where the secondary stack does.
+/// The log lines of reading that key, when the TV service shows the picture and when the secondary stack does.
 inline const Lines onTv{"3 CEmpTaskWindow::IsSourceISP:: Source is in ISP source of sourceType - (tv-service)",
                         "3 CEmpTaskWindow::IsSourceISP::Source is Not in ISP source"};
 inline const std::string onIsp =
     "3 CEmpTaskWindow::IsSourceISP:: Source is in ISP source of sourceType - (isp-service)";
 
-/// The call for the secondary stack's manager, without what it answers, and before its operations.
+/// The call that requests the secondary stack's manager, without its result, and the prefix of calls to it.
 inline const std::string askManager = "CD2tvMgrProxy::GetInstance(client=\"EMP_WINDOW\") -> ";
 inline const std::string manager = "CD2tvMgrProxy[set#1]::";
 
-/// The log line of a manager that is missing, in the lists of both kinds.
+/// The log line for a missing manager, in lists of both kinds.
 inline const std::string noManager = "0 Invalid Channel Manager Instance.";
 
 /// The log lines of looking up the service on screen, where that is 281.
@@ -41,15 +41,16 @@ using Members = std::vector<std::pair<std::string, std::string>>;
 /// @param array  name of the array; empty for none.
 std::string document(const Members& numbers, const std::string& array = {}, const std::vector<Members>& elements = {});
 
-/// Ways in which a call fails that answers a number greater than 0 for success, as words of a fault; and one that
-/// answers 0.
+/// The ways to fail, as words of a fault, for a call whose success is a number greater than 0, and for a call whose
+/// success is 0.
 inline const Lines notPositive{"result=0", "result=-1", "result=-2147483648"};
 inline const Lines notZero{"result=-1", "result=2", "result=7", "result=-2147483648"};
 
 /// The three services with these tracks and favourites on the first.
 std::vector<virtualtv::Service> furnished(const virtualtv::Service& with);
 
-/// A fault in its words, what an operation answers under it, and what it logs; the same for other words behind these.
+/// A fault in its words, with the result and the log lines of an operation under it. Further faults with the same
+/// outcome may follow.
 struct Outcome {
   std::string fault;
   int result;
@@ -67,8 +68,8 @@ class TrackTest : public channels::ChannelTest {
   /// The secondary stack shows the ISP source with these tracks.
   void showIsp(const std::vector<virtualtv::AudioTrack>& audio, const std::vector<virtualtv::SubtitleTrack>& subtitles);
 
-  /// Takes a proxy away and runs `operation` under each way in which it can't be made again: it answers `result` and
-  /// logs `lines`, among them the proxy check's own.
+  /// Removes a proxy and runs `operation` under each way in which the proxy can't be created again. The operation must
+  /// return `result` and log `lines`, which include those of the proxy check.
   template <typename Proxy, typename Operation, typename Result>
   void failsWithout(Proxy*& proxy, const std::string& factory, const Lines& lines, Operation operation, Result result) {
     for (const std::string& way : waysToFail(factory)) {
@@ -93,7 +94,7 @@ class TrackTest : public channels::ChannelTest {
       }
     }
   }
-  /// The same where the secondary stack's manager can't be had. @param function  that asks for it.
+  /// The same when the secondary stack's manager is not available. @param function  the function that requests it.
   template <typename Operation>
   void expectWithoutManager(const std::string& function, const Lines& begun, const Lines& told, Operation operation,
                             int result, const std::string& left = untouched) {
@@ -104,7 +105,7 @@ class TrackTest : public channels::ChannelTest {
                operation, left);
   }
 
-  /// What an operation writes its text into, and what stands there before.
+  /// The text that an operation writes to, and its content before.
   static constexpr const char* untouched = "nobody wrote this";
   std::string text = untouched;
 

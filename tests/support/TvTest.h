@@ -21,18 +21,18 @@
 #include "support/Assembly.h"
 #include "support/WorkerProbe.h"
 
-/// What the tests of the plug-in stand on: a TV set of their own with the plug-in on it, and what can be observed of
-/// the two: replies, calls to the set, settings keys, log lines.
+/// The basis of the plug-in's tests: a separate TV set with the plug-in on it, and everything that can be observed:
+/// replies, calls to the set, settings keys, log lines.
 namespace support {
 
 /// Lines in the order in which they were seen.
 using Lines = std::vector<std::string>;
 
-/// Parameters that are no whole number.
+/// Parameters that are not whole numbers.
 inline const Lines noNumbers{"",    " ", "a", "1x",         " 1",          "1 ",  "0x1",
                              "1.0", "+", "-", "2147483648", "-2147483649", "\xff"};
 
-/// What an engine made of a command.
+/// The result of a command.
 struct Answer {
   bool accepted = false;
   bool written = false;                              ///< the engine wrote the return string
@@ -40,7 +40,7 @@ struct Answer {
 
   /// As a transcript shows it: `int 1`, `ascii TEXT`, `unicode "TEXT"`, `refused`, `refused int -1`, `empty`.
   std::string shown() const;
-  /// Text of an ascii reply; fails the test when it is another one.
+  /// The text of an ascii reply. Fails the test for any other reply.
   std::string text() const;
 };
 
@@ -61,9 +61,9 @@ class TvTest : public ::testing::Test {
   kel::CEmpAppWindow& app() { return television_.app; }
   virtualtv::device::Device& device() { return television_.device; }
 
-  /// Opens an engine under a name, which commands go to from now on.
+  /// Opens an engine under a name and sends later commands to it.
   bool open(const std::string& name = "emp", const std::string& app = appId, const std::string& widget = widgetId);
-  /// Commands go to the engine of this name from now on.
+  /// Sends later commands to the engine with this name.
   void use(const std::string& name) { engine_ = name; }
   bool close(const std::string& name = "emp");
 
@@ -81,27 +81,27 @@ class TvTest : public ::testing::Test {
 
   /// The calls to the set since the last time.
   std::vector<virtualtv::seam::Call> takeCalls();
-  /// The same, a line each as in a trace.
+  /// The same, one line each as in a trace.
   Lines calls();
-  /// Those of an operation, as in "SetCropArea" or "IVideoControl[pip#2]::SetCropArea"; the others are dropped.
+  /// Only the calls of one operation, as in "SetCropArea" or "IVideoControl[pip#2]::SetCropArea". Drops the others.
   Lines callsOf(const std::string& operation);
-  /// The log messages since the last time, as in "0 TEXT", with what differs from run to run masked as `*`.
+  /// The log messages since the last time, as in "0 TEXT", with `*` in place of values that differ from run to run.
   Lines logs();
-  /// The same messages with all that is known of them.
+  /// The same messages with all their data.
   std::vector<virtualtv::framework::LogLine> messages() { return std::exchange(lines_, {}); }
   /// Drops both.
   void forget();
   /// From now on calls are not recorded, and nothing is logged.
   void listenNoMore();
 
-  /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may
-  /// be as odd as those of `oddFault`.
+  /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may be
+  /// invalid like those of `oddFault`.
   void fault(const std::string& words);
   void clearFaults();
   /// True when each fault set has hit at least one call.
   bool faultsHit() const;
 
-  /// Runs an operation under a fault, which must be hit, and drops what was seen before it.
+  /// Runs an operation under a fault, which it must hit. Drops everything observed before.
   template <typename Operation>
   auto under(const std::string& words, Operation operation) {
     clearFaults();
@@ -118,24 +118,25 @@ class TvTest : public ::testing::Test {
     return under(words, [&] { return execute(command, parameters); });
   }
 
-  /// The next message with this text, masked as in `logs`, leaves the log with an exception, which says "no log" or is
-  /// of a kind that says nothing.
+  /// Makes the log throw at the next message with this text, masked as in `logs`. The exception says "no log" or has no
+  /// message.
   enum class Saying { noLog, nothing };
   void breakLog(const std::string& text, Saying saying = Saying::noLog) {
     breaking_ = text;
     saying_ = saying;
   }
 
-  // The settings keys, unseen by faults and trace. A key of the other type reads as missing.
+  // The settings keys, bypassing faults and trace. A key of the other type counts as missing.
   std::optional<int> intSetting(const std::string& key);
   std::optional<std::string> textSetting(const std::string& key);
   void setSetting(const std::string& key, int value);
   void setSetting(const std::string& key, const std::string& value);
 
-  /// A window shows this source from now on, also one that the set does not have. What was seen so far is dropped.
+  /// Shows this source in a window, even if the set does not have it. Drops everything observed so far.
   void showSource(virtualtv::WindowId window, int source);
 
-  /// The set has these services and no others. The first gives the TV mode and becomes start and current service.
+  /// Replaces the services of the set. The first one determines the TV mode and becomes the start service and the
+  /// current one.
   void setServices(const std::vector<virtualtv::Service>& services);
 
  private:
@@ -154,7 +155,7 @@ class EngineTest : public TvTest {
   void SetUp() override;
 };
 
-/// An engine that does nothing but know who calls.
+/// An engine that only knows its caller.
 class BareEngine : public kel::CEmpEngineBase {
  public:
   bool Execute(std::string&, const std::string&, const std::string&, const std::string&, const std::string&,

@@ -3,21 +3,21 @@
 
 #include <cstddef>
 
-/// Memory that can't be had. A program that links this has the global allocation functions replaced by some that fail
-/// on its wish; until then they do what they always do. For programs of one thread.
+/// Simulates lack of memory. Linking this replaces the global allocation functions by ones that can be made to fail,
+/// and otherwise work as usual. For single-threaded programs.
 namespace support {
 
-/// Who allocates.
+/// The kind of allocator.
 enum class Allocator {
   cpp,    ///< the global allocation functions
-  other,  ///< one that asks `failsNext` itself
+  other,  ///< an allocator that calls `failsNext` itself
 };
 
 /// Which allocations fail.
 struct AllocationPlan {
-  std::size_t size = 0;     ///< the first one of this size, where it is not 0
-  std::size_t nth = 0;      ///< else the one of this number, counted from 1
-  bool fromThenOn = false;  ///< and all behind it
+  std::size_t size = 0;     ///< the first allocation of this size, unless 0
+  std::size_t nth = 0;      ///< otherwise the allocation with this number, counted from 1
+  bool fromThenOn = false;  ///< all later allocations fail too
   Allocator allocator = Allocator::cpp;
 };
 
@@ -30,16 +30,16 @@ class FailingAllocations {
   ~FailingAllocations();
 };
 
-/// Whether the next allocation of an allocator other than the global one is to fail.
+/// True when the next allocation of another allocator must fail.
 bool failsNext(std::size_t size);
 
-/// How many allocations have failed since the last plan was made; still known when its scope has ended.
+/// The number of failed allocations since the last plan was made. Remains valid after the end of the plan.
 std::size_t failedAllocations();
 
-/// True when the last one that failed had asked for memory that it can do without.
+/// True when the last failed allocation was an optional one.
 bool wasDispensable();
 
-/// Off: allocations neither count nor fail, whatever is planned. On at first, and again for each plan.
+/// Switches counting and failing of allocations off or on. Each plan starts with it on.
 void countAllocations(bool on);
 
 }  // namespace support

@@ -15,15 +15,15 @@
 #include "store/SettingsStore.h"
 #include "support/Assembly.h"
 
-/// A set with the plug-in on it, for programs that are no unit tests: those that fuzz and those that prove.
-/// There is one at a time. Log messages are rendered and dropped.
+/// A set with the plug-in on it, for fuzzing and proof programs. There is one at a time. Log messages are rendered and
+/// dropped.
 namespace support {
 
-/// What an engine made of a command.
+/// The result of a command.
 struct Outcome {
   bool accepted = false;
   bool written = false;                              ///< the engine wrote the return string
-  std::optional<virtualtv::framework::Reply> reply;  ///< what it wrote, decoded; nothing if it is no reply
+  std::optional<virtualtv::framework::Reply> reply;  ///< what it wrote, decoded; nothing if it is not a reply
 
   /// Accepted, with this number as reply.
   bool isNumber(int number) const;
@@ -37,7 +37,7 @@ class Bench {
   /// @param directory  where it keeps them; in memory when it is empty.
   explicit Bench(std::vector<virtualtv::Service> services = {}, const std::filesystem::path& directory = {});
 
-  /// As new: no engine open, the set as it was first. Takes a fraction of the time of another bench.
+  /// Resets to the initial set without open engines. This is much faster than creating another bench.
   void renew();
   /// The same with engines left open.
   void rest();
@@ -47,14 +47,14 @@ class Bench {
   virtualtv::Storage& storage() { return *television_.storage; }
   virtualtv::device::Device& device() { return television_.device; }
 
-  /// From now on log messages are not rendered.
+  /// Stops rendering log messages.
   void logNoMore() { log_.end(); }
 
   /// Opens the engine that commands go to. @return false when it can't be made.
   bool open();
   bool close();
 
-  /// Carries an engine's own run of a command out, with something around it.
+  /// Wraps the engine's execution of a command.
   using Around = std::function<bool(const std::function<bool()>& run)>;
 
   /// Runs a command. @param parameters  four at most; the others are empty.
@@ -66,11 +66,11 @@ class Bench {
   /// The secondary TV stack shows the ISP source, with an audio track and a subtitle.
   void showIsp();
 
-  /// Without faults: takes the main window, asks two questions whose answers the set's state gives, and holds the
-  /// replies against it. @return what is wrong; empty when all is well.
+  /// Selects the main window, runs two queries without faults, and compares the replies with the state of the set.
+  /// @return what is wrong; empty on success.
   std::string unhealthy();
 
-  /// Whether the set is what its storage keeps.
+  /// True when the set equals the content of its storage.
   bool isKept();
 
  private:
@@ -86,8 +86,8 @@ class Bench {
   Outcome run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around);
 };
 
-/// What is wrong with an answer to `command` through the four-parameter entry, whatever the set does: that it is of no
-/// kind that the command's row has. Empty when nothing is.
+/// Checks that an answer to `command`, through the four-parameter entry, is of a kind that the command's row allows,
+/// whatever the set does. Returns what is wrong; empty when the answer is valid.
 std::string undocumented(const std::string& command, const Outcome& outcome);
 
 }  // namespace support

@@ -20,17 +20,17 @@ namespace virtualtv {
 class Tv;
 }
 
-/// The plug-in on the set in software, held against the model: the same lines to both, and after each line all that can
-/// be seen of the two.
+/// Compares the plug-in on the set in software with the model: runs the same lines on both, and compares everything
+/// observable after each line.
 namespace comparison {
 
 using Script = std::vector<std::string>;
 
-/// How much of the two is held against each other behind a line. Answers, calls and the set's state always are.
+/// How much is compared after a line. Answers, calls and the set's state always are.
 enum class Depth {
-  state,     ///< that alone
+  state,     ///< only these
   settings,  ///< the settings keys as well
-  services,  ///< and what the services have beside their fields, which takes long
+  services,  ///< also the lists of services, which takes long
 };
 
 /// What can differ beside the reply.
@@ -38,7 +38,7 @@ struct Parts {
   bool calls = false;
   bool state = false;
   bool settings = false;  ///< keys
-  bool services = false;  ///< what they have beside their fields
+  bool services = false;  ///< lists of services
 };
 
 /// The plug-in on a set of its own, and the model of both. There is one at a time.
@@ -49,11 +49,11 @@ class Pair {
   Pair& operator=(const Pair&) = delete;
   ~Pair();
 
-  /// Both as on the first day, with no engine open.
+  /// Resets both to the initial set, with no engine open.
   void restart();
-  /// Both with these services and no others, with no engine open.
+  /// Resets both to these services, with no engine open.
   void restart(const std::vector<model::Service>& services);
-  /// Both sets become this one, which has the same services but for their tracks and favourites. Engines stay.
+  /// Changes both to this set, whose services differ only in tracks and favourites. Engines stay open.
   void turnTo(const model::Set& set);
 
   model::World& world() { return world_; }
@@ -63,15 +63,15 @@ class Pair {
   std::string run(const std::string& line, Depth depth = Depth::settings);
   // Of the last line.
 
-  /// What the engine answered, and what it should have; nothing where the line was none for an engine.
+  /// The answer of the engine and of the model; nothing when the line was not for an engine.
   const std::optional<Answer>& answer() const { return answer_; }
   const std::optional<Answer>& expected() const { return expected_; }
   const std::vector<virtualtv::seam::Call>& calls() const { return calls_; }
   const std::vector<virtualtv::framework::LogLine>& log() const { return log_; }
   const Parts& differing() const { return differing_; }
-  /// Log lines are kept; they take time to make.
+  /// Keeps log lines, which take time to render.
   void keepLog(bool keep);
-  /// The model's calls have their outputs; that takes time, too.
+  /// Gives the model's calls their outputs, which also takes time.
   void noteOutputs(bool note) { notesOutputs_ = note; }
 
  private:
@@ -104,12 +104,12 @@ struct Difference {
 /// The set that scripts start with, as the model's.
 model::Set startingSet();
 
-/// What commands answered, by their names, over many scripts.
+/// The answers of commands, by name, over many scripts.
 using Replies = std::map<std::string, std::set<std::string>>;
 
-/// Runs a script on both, from the built-in set on. After each line these agree: the reply, the calls made, the
-/// settings keys, the state of the set with the tracks in use. Tracks and favourites of services agree after each line
-/// that is about them, and at the end.
+/// Runs a script on both, starting with the built-in set. After each line these must agree: the reply, the calls, the
+/// settings keys, and the state of the set with the tracks in use. Tracks and favourites of services are compared after
+/// each line about them, and at the end.
 /// @param spoil  changes the model before the script, for tests of the comparison.
 /// @return the first difference, nothing when there is none.
 std::optional<Difference> compare(Pair& pair, const Script& script, Replies* replies = nullptr,
@@ -119,7 +119,7 @@ std::optional<Difference> compare(const Script& script, Replies* replies = nullp
                                   const std::function<void(model::World&)>& spoil = {});
 
 /// Drops lines from a script for as long as `fails` holds for what is left. @return a script from which no single line
-/// can be dropped.
+/// can be dropped any more.
 Script shrunk(Script script, const std::function<bool(const Script&)>& fails);
 
 }  // namespace comparison

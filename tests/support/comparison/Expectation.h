@@ -7,10 +7,10 @@
 
 namespace comparison {
 
-/// The last line of a pair as a transcript, with what the model has: the reply, and behind it what `parts` names of the
-/// calls, the set and its keys. A set that does as the model does passes it, and one that differs there does not.
-/// Of the set and its keys it asks for what differs, or, with `asksAll`, for all.
-/// Leaves the set as the model has it.
+/// Writes the last line of a pair as a transcript with the results of the model: the reply, followed by those of calls,
+/// set and keys that `parts` names. A set that behaves like the model passes the transcript; a different one fails it.
+/// Of the set and its keys it checks those that differ, or all with `asksAll`. Leaves the set in the state of the
+/// model.
 std::string expectationOf(Pair& pair, const std::string& line, const Parts& parts, bool asksAll = false);
 
 }  // namespace comparison

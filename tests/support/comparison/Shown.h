@@ -8,10 +8,10 @@
 #include "seam/Seam.h"
 #include "support/model/World.h"
 
-/// What is seen of the plug-in, of the set and of the model of both, in the same words.
+/// Shows observations of the plug-in, the set and the model in the same form.
 namespace comparison {
 
-/// What an engine made of a command: whether it was accepted, and the return string, empty when nobody wrote it.
+/// The result of a command: whether it was accepted, and the return string, which is empty when it was not written.
 struct Answer {
   bool accepted = false;
   std::string encoded;
@@ -22,17 +22,17 @@ Answer answerOf(const model::Reply& reply);
 /// As a transcript shows it.
 std::string shown(const Answer& answer);
 
-/// A call, but for what it wrote.
+/// A call without its outputs.
 std::string shown(const virtualtv::seam::Call& call);
 std::string shown(const model::Made& made);
-/// A call of the model's as a trace has it, with what it wrote where that is noted.
+/// A call of the model as in a trace, with its outputs if they were noted.
 virtualtv::seam::Call callOf(const model::Made& made);
-/// The same as comparing the two by how they are shown.
+/// Equivalent to comparing the shown forms of the two.
 bool areSame(const std::vector<virtualtv::seam::Call>& calls, const std::vector<model::Made>& expected);
 
 std::string shown(const std::map<std::string, model::Setting>& settings);
 std::string shown(const virtualtv::TvState& state);
-/// What a service has beside its fields.
+/// The lists of a service: tracks and favourites.
 std::string shown(const model::Service& service);
 
 /// Calls in lines.

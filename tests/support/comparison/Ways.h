@@ -9,11 +9,11 @@
 
 namespace comparison {
 
-/// The words that make a call of an operation fail, each way that it can: numbers that are no success or an unexpected
-/// one, a null pointer, nothing written, an exception, and outputs of every kind, too long and broken ones included.
+/// The words for each way to make a call of an operation fail: numbers that mean failure or an unexpected success, a
+/// null pointer, nothing written, an exception, and outputs of every kind, including overlong and invalid ones.
 const std::vector<std::string>& waysOf(const virtualtv::seam::Operation& operation);
 
-/// A few of them, for faults that come together.
+/// A few of these ways, for combined faults.
 const std::vector<std::string>& someWaysOf(const virtualtv::seam::Operation& operation);
 
 /// The operations that many commands call.

@@ -10,8 +10,8 @@
 
 #include "seam/Seam.h"
 
-/// The calls that a plug-in makes to the set, as the model makes them: each is noted, and any can be told to fail. How
-/// calls and faults are written, and what of them a set offers, is that of the seam; what a fault does is worked out
+/// The calls from the plug-in to the set, as the model makes them. Each is recorded, and each can be made to fail. The
+/// text form of calls and faults, and the list of operations, come from the seam; the effect of a fault is implemented
 /// here.
 namespace model {
 
@@ -23,10 +23,11 @@ using seam::op;
 using seam::Operation;
 using seam::out;
 
-/// Records as the set hands them over; one that is none is a null pointer in its place.
+/// Records from the set; nothing stands for a null pointer.
 using Records = std::vector<std::optional<TCServiceData>>;
 
-/// What the set made for an engine: of which window it is, and its number among its kind. None without a number.
+/// An interface that the set created for an engine: its window, and its number among interfaces of its kind. Without a
+/// number there is no interface.
 struct Interface {
   std::string_view profile{};  ///< "main", "pip" or "set"
   int number = 0;
@@ -40,29 +41,29 @@ struct Made {
   const Operation* operation = nullptr;
   std::string handle;     ///< as in "main#2", empty for a plain function
   std::string arguments;  ///< as in "source=1, appId=\"an.app\""
-  std::string result;     ///< "throws" for a call that an exception left
-  bool fault = false;     ///< a fault decided what it came to
-  std::string outputs;    ///< what it wrote, as in "mode=0,1", where that is noted
+  std::string result;     ///< "throws" for a call that threw an exception
+  bool fault = false;     ///< a fault determined the outcome
+  std::string outputs;    ///< its outputs, as in "mode=0,1", if noted
 };
 
-/// The exception that leaves a call by a fault.
+/// The exception that a fault makes a call throw.
 struct Thrown {};
 
-/// The calls made so far, and those that are to fail.
+/// The calls made so far, and the faults.
 struct Calls {
   std::vector<Made> made;
   std::vector<Fault> faults;
-  std::map<const Operation*, int> interfaces;  ///< how many each factory has made
-  bool notesOutputs = false;                   ///< of the calls made, which takes time
+  std::map<const Operation*, int> interfaces;  ///< number of interfaces created by each factory
+  bool notesOutputs = false;                   ///< note the outputs of calls, which takes time
 };
 
 namespace detail {
 
-/// Notes a call. @return the fault that hits it, null for none. @throws Thrown when that is what the fault does.
+/// Records a call. @return the fault that hits it, null for none. @throws Thrown when the fault says so.
 const Fault* begin(Calls& calls, const Operation& operation, const Interface& interface, std::string arguments);
 
-/// Whether the set does what it is called for: unless a fault hits the call, and also then if its outputs alone are
-/// other ones, or its answer another success.
+/// True when the set carries out the call: when no fault hits it, or when the fault changes only the outputs, or only
+/// the result to another success.
 bool carriedOut(const Operation& operation, const Fault* fault);
 
 template <typename Value>
@@ -90,14 +91,14 @@ void choose(const Fault& fault, const seam::Out<Value>& output) {
   const auto chosen = fault.outputs.find(output.name);
   if (chosen != fault.outputs.end()) seam::parse(chosen->second, output.value);
 }
-/// Criteria can't be chosen.
+/// A fault can't set criteria.
 inline void choose(const Fault&, const seam::Out<TCCriteriaHelper>&) {}
 void choose(const Fault& fault, const seam::Out<Records>& output);
 
 }  // namespace detail
 
-/// Makes a call that answers a number. @param values  made by `args`; @param body  what the set does, which answers the
-/// result. @throws Thrown when a fault has it do so.
+/// Makes a call that answers a number. @param values  made by `args`; @param body  carries out the call and returns the
+/// result. @throws Thrown when a fault says so.
 template <typename Values, typename Body>
 int call(Calls& calls, const Operation& operation, const Interface& interface, const Values& values, Body body) {
   std::string arguments;

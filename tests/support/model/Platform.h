@@ -15,9 +15,9 @@
 
 namespace model {
 
-/// The set as a plug-in reaches it: what each operation of the platform does and answers, on the model's set. Arguments
-/// and results are those of the platform's declarations, texts and lists are values; operations of an interface take it
-/// first. All note the call, and fail as they are told to.
+/// The operations of the platform on the model's set. Arguments and results are those of the platform's declarations;
+/// texts and lists are values. Operations of an interface take the interface first. All record the call, and fail as
+/// the faults say.
 struct Platform {
   Set& set;
   Calls& calls;
@@ -110,7 +110,7 @@ struct Platform {
 /// The window that an interface acts on.
 WindowId windowOf(Interface interface);
 
-/// The service that a condition of criteria on `fieldId` names, and so on: what criteria ask for, on plain lists.
+/// Evaluates criteria on plain lists.
 Conditions conditionsOf(const TCCriteriaHelper& criteria);
 
 }  // namespace model

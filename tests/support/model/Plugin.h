@@ -11,17 +11,17 @@
 #include "support/model/Platform.h"
 #include "support/model/Set.h"
 
-/// What the plug-in answers, which calls it makes to the set in which order, and which settings keys it writes, also
-/// where calls fail: one function a command. A reference to hold the plug-in against; it shares no code with that.
+/// A model of the plug-in, with one function for each command: the answers, the calls to the set in their order, and
+/// the settings keys written, including under failures. The plug-in is compared with it; the two share no code.
 ///
-/// A call that an exception leaves fails the operation that makes it: as the call's own failure would, or where that
-/// would not fail it, as the operation fails otherwise.
+/// A call that throws fails the operation that makes it. The operation fails as after an ordinary failure of the call;
+/// if that would not fail it, in its other way to fail.
 namespace model {
 
-/// The command is accepted and not answered.
+/// The command is accepted without a reply.
 using Nothing = std::monostate;
 
-/// The command is not known. It is answered with a number or not at all.
+/// The command is unknown. The reply is a number or absent.
 struct Refused {
   std::optional<int> answer;
 };
@@ -41,7 +41,7 @@ struct Proxies {
   bool operator==(const Proxies&) const = default;
 };
 
-/// One engine on the set: what it keeps between commands.
+/// The state that an engine keeps between commands.
 struct Engine {
   std::string appId;
   std::string widgetId;
@@ -56,7 +56,7 @@ struct Engine {
   std::vector<TCServiceData> found;  ///< by the last "FindChannel"
 };
 
-/// A command that an engine was given, and the set that it runs on.
+/// A command, its engine, and the set that it runs on.
 struct Command {
   Platform tv;
   Engine& engine;
@@ -65,15 +65,15 @@ struct Command {
 
   // How parameters are read. `index` counts from 0.
 
-  int decimal(std::size_t index) const;                ///< what stands at the front; 0 when that is no number
+  int decimal(std::size_t index) const;                ///< the number at the front; 0 when there is none
   std::optional<int> number(std::size_t index) const;  ///< the whole text or nothing
-  std::uint64_t identifier(std::size_t index) const;   ///< also hexadecimal and octal; 0 when that is no number
+  std::uint64_t identifier(std::size_t index) const;   ///< decimal, hexadecimal or octal; 0 when there is no number
 };
 
-/// An engine is opened: it makes its interfaces for the main window, and the keys of the sources start with what that
-/// shows. What fails is left for later.
+/// Opens an engine: creates its interfaces for the main window, and seeds the source keys with what that window shows.
+/// Failures are ignored here.
 Engine open(const Platform& tv, const std::string& appId, const std::string& widgetId);
-/// An engine is closed.
+/// Closes an engine.
 void close(const Platform& tv);
 
 /// Runs a command.
@@ -81,7 +81,7 @@ Reply answer(const Command& command);
 /// Runs a command that comes with a parameter list.
 Reply answerList(const Command& command);
 
-/// Runs a step of an operation. @return what an exception makes of it, when one leaves it.
+/// Runs a step of an operation. @return its result, or `failure` when it throws.
 template <typename Step, typename Result>
 Result attempt(Result failure, Step step) {
   try {
@@ -91,7 +91,7 @@ Result attempt(Result failure, Step step) {
   }
 }
 
-// Interfaces that are missing are made when they are first wanted. @return whether there is one then.
+// Creates a missing interface on first use. @return true when there is one.
 
 bool needService(const Command& command);
 bool needNavigation(const Command& command);
@@ -111,16 +111,17 @@ inline constexpr int tvSource = 0;
 inline constexpr int noSource = 43;
 inline constexpr int ispSource = 48;
 
-/// What the window shows, as web applications count; `noSource` for nothing. Nothing when it can't be told.
+/// The source that the window shows, in the numbers of web applications; `noSource` for none. Returns nothing when it
+/// can't be read.
 std::optional<int> currentSource(const Command& command);
 /// Records a switch of the window: previous source, then what the middleware reads, then current source.
 /// @return false where that ends early, as always in picture-in-picture.
 bool record(const Command& command, int source, int previous);
-/// The keys of the sources start with what the main window shows. @return false where that ends early.
+/// Seeds the source keys with what the main window shows. @return false when that stops early.
 bool seedSources(const Command& command);
 /// Whether the platform notes that the ISP source is on screen.
 bool showsIsp(const Command& command);
-/// The application's id, or what stands for one that has none. @throws Thrown
+/// The application's id, or the text for an unknown one. @throws Thrown
 std::string application(const Command& command);
 
 Reply setWindow(const Command& command);
@@ -164,18 +165,17 @@ Reply changeSubtitle(const Command& command);
 Reply getFavorites(const Command& command);
 Reply updateFavorites(const Command& command);
 
-// Channels. A lookup answers nothing when it fails.
+// Channels. A failed lookup returns nothing.
 
 inline constexpr unsigned long long noId = ~0ULL;
 
 std::optional<TCServiceData> currentChannel(const Command& command);
 std::optional<TCServiceData> previousChannel(const Command& command);
 std::optional<TCServiceData> startChannel(const Command& command);
-/// The channel at the position of the found list that the first parameter tells; null for none.
+/// The channel at the position in the found list given by the first parameter; null for none.
 const TCServiceData* foundChannel(const Command& command);
 
-/// Lists the services that meet the criteria; a null pointer in place of a record is none. @return what the set
-/// answers.
+/// Lists the services that meet the criteria, ignoring null pointers. @return the result of the set.
 int listServices(const Command& command, Interface navigation, const TCCriteriaHelper& criteria,
                  std::vector<TCServiceData>& services);
 
@@ -190,7 +190,7 @@ Value fieldOf(const TCServiceData& record, int field) {
 std::u16string textOf(const TCServiceData& record, int field);
 unsigned long long idOf(const TCServiceData& record);
 
-/// The pair for a TV mode of web applications, which may take region and country.
+/// The TV service's mode for a mode of web applications. This may read region and country.
 TSTvMode modeOf(const Command& command, int mode);
 
 Reply getTvMode(const Command& command);

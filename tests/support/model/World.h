@@ -13,23 +13,23 @@ namespace model {
 
 using Words = std::vector<std::string>;
 
-/// A set with several engines on it, spoken to in the language of transcripts: `NAME p1 p2 p3 p4` is a command for the
+/// A set with several engines, controlled in the language of transcripts: `NAME p1 p2 p3 p4` is a command for the
 /// engine in use, `+ NAME p1 ... p9` one with a parameter list, `.NAME ...` changes the set from outside or takes
 /// another engine into use.
 struct World {
   Set set;
-  Calls calls;                            ///< those of the last line, and what is to fail
-  std::string engine = "main";            ///< in use
-  std::map<std::string, Engine> engines;  ///< that are open
-  /// Ids of the application and its widget that call an engine, also of one that is not open.
+  Calls calls;                            ///< calls of the last line, and the faults
+  std::string engine = "main";            ///< the engine in use
+  std::map<std::string, Engine> engines;  ///< open engines
+  /// Ids of the application and the widget that call an engine, even if it is not open.
   std::map<std::string, std::pair<std::string, std::string>> applications;
 };
 
 /// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.fault`, `.set` of what concerns
 /// sources, services, pictures, tracks and favourites, and `.vconf set`; services are named by their keys, as in
 /// `service.#3.lock`.
-/// @return what a command answers, nothing for other lines.
-/// @throws std::invalid_argument for a line that the model does not know.
+/// @return the answer of a command; nothing for other lines. @throws std::invalid_argument for a line that the model
+/// does not support.
 std::optional<Reply> run(World& world, const Words& words);
 
 }  // namespace model
