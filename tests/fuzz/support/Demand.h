@@ -5,10 +5,10 @@
 
 namespace fuzz {
 
-/// Ends the process, which is a finding, unless `holds`. @param what  is said of it on standard error.
+/// Ends the process, which counts as a finding, unless `holds`. @param what  the message on standard error.
 void demand(bool holds, const std::string& what);
 
-/// The same where nothing is to be said against something. @param against  empty when all is well.
+/// The same for a check that returns its complaint. @param against  the complaint; empty on success.
 void demandNothing(const std::string& against);
 
 }  // namespace fuzz

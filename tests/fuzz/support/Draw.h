@@ -11,7 +11,7 @@
 
 namespace fuzz {
 
-/// Makes choices from the bytes of an input, from the front on. Behind its end all choices are the first one.
+/// Makes choices from the bytes of an input, starting at its front. After its end every choice is the first option.
 class Draw {
  public:
   /// @param data  outlives the object.
@@ -32,7 +32,7 @@ class Draw {
   std::string number();
   /// The same of 32 bits.
   std::string number32();
-  /// Any bytes: some from the input, or one of them many times over.
+  /// Any bytes: some bytes of the input, or one byte repeated many times.
   std::string text();
   /// 16-bit units, likewise.
   std::u16string units();
@@ -44,7 +44,7 @@ class Draw {
   std::size_t left_;
 };
 
-/// A fault of any operation, in the words that make one: how often it hits, and what the call then answers and writes.
+/// A fault of any operation, as the words of `.fault`: how often it hits, and the result and outputs of the call.
 std::vector<std::string> drawFault(Draw& draw);
 
 /// The record of a service as a fault takes it, as in `{12=281,16="News"}`.

@@ -10,14 +10,14 @@
 
 namespace fuzz {
 
-/// What a set keeps, a line each by its name: "service 3", "key db/a", "state main.source".
+/// What a set persists, one line for each name: "service 3", "key db/a", "state main.source".
 using Kept = std::map<std::string, std::string>;
 
-/// What a set says that it keeps.
+/// What a set reports as persisted.
 Kept keptBy(virtualtv::Tv& tv);
 
-/// What the database of a state directory holds by SQLite alone, without any of the set's code. Nothing when SQLite
-/// finds damage in it, or when it is no database of a set.
+/// The content of a state directory's database, read by SQLite alone, without any code of the set. Returns nothing when
+/// SQLite finds damage, or when it is not a database of a set.
 std::optional<Kept> plainlyKeptIn(const std::filesystem::path& folder);
 
 }  // namespace fuzz

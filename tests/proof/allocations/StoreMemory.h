@@ -3,9 +3,8 @@
 
 namespace proof {
 
-/// From here on SQLite's allocations fail as is planned for other allocators. Called before anything uses SQLite. It
-/// gets none of its memory from a store of its own, so that each piece is an allocation.
-/// @throws std::runtime_error when SQLite does not take that.
+/// Makes SQLite's allocations fail as planned for other allocators. Call before anything uses SQLite. Disables SQLite's
+/// own memory pools, so that each piece is an allocation. @throws std::runtime_error when SQLite refuses this.
 void takeOverStoreMemory();
 
 }  // namespace proof

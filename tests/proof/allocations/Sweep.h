@@ -19,7 +19,7 @@ namespace proof {
 struct Command {
   std::string name;
   std::vector<std::string> parameters;
-  bool list = false;  ///< goes to the entry that takes a parameter list
+  bool list = false;  ///< passed with a parameter list
 };
 
 /// Every command of the plug-in, in each of its forms.
@@ -30,33 +30,34 @@ enum class Stack { tv, isp };
 
 class Sweep {
  public:
-  /// @param every  lets only each so manieth allocation fail.
+  /// @param every  makes only every n-th allocation fail.
   explicit Sweep(std::size_t every);
 
-  /// Allocations of the plug-in itself, during a command: it is answered with a kind that it has, and the next one is
-  /// answered right. @param fromThenOn  those behind it fail as well.
+  /// Fails allocations of the plug-in itself, during a command. The command must give a reply of a valid kind, and the
+  /// next command the right reply. @param fromThenOn  later allocations fail as well.
   void commandOutsideCalls(const Command& command, Stack stack, bool fromThenOn);
-  /// Allocations of the set, during the calls of a command: the reply is the one to an exception from that call.
+  /// Fails allocations of the set, during the calls of a command. The reply must be the one for an exception from that
+  /// call.
   void commandInsideCalls(const Command& command, Stack stack);
-  /// Those and all behind them, and those of the set's database: it is answered with a kind that the command has, the
-  /// next one is answered right, and the set is what it keeps.
+  /// Fails those and all later allocations, and those of the set's database. The command must give a reply of a valid
+  /// kind, the next command the right reply, and the set must equal its storage.
   void commandInsideCallsFromThenOn(const Command& command, Stack stack);
   void commandInsideStore(const Command& command, Stack stack, bool fromThenOn);
-  /// Allocations while an engine is made: it works, refuses all commands, or there is none.
+  /// Fails allocations while an engine is created. The engine must work, refuse all commands, or not exist.
   void makingAnEngine(bool fromThenOn);
-  /// Allocations while it is ended.
+  /// Fails allocations while an engine is closed.
   void endingAnEngine(bool fromThenOn);
 
   std::size_t failed() const { return failed_; }  ///< allocations
-  std::size_t runs() const { return runs_; }      ///< in which one failed or more
+  std::size_t runs() const { return runs_; }      ///< runs with at least one failed allocation
   std::size_t deviations() const { return deviations_; }
 
  private:
-  /// A run of a command, under which `prepared` has set what it wants.
+  /// A run of a command under the plan set by `prepared`.
   struct Run {
     support::Outcome outcome;
     std::vector<const virtualtv::seam::Operation*> calls;  ///< to the set
-    std::optional<std::size_t> hit;                        ///< the one of these in which an allocation failed
+    std::optional<std::size_t> hit;                        ///< index of the call in which an allocation failed
   };
 
   void prepare(Stack stack);

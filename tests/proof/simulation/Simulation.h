@@ -10,25 +10,24 @@
 
 namespace simulation {
 
-/// What was done. A script that is run once more counts as a replay and adds nothing else.
+/// The counts of a simulation. A repeated script counts as a replay only.
 struct Figures {
   std::uint64_t commands = 0;
-  std::uint64_t faults = 0;  ///< that were set, and that hit a call
+  std::uint64_t faults = 0;  ///< faults that were set and hit a call
   std::uint64_t hits = 0;
-  std::uint64_t replays = 0;  ///< scripts that were run once more, and what they did was the same
+  std::uint64_t replays = 0;  ///< scripts that were repeated with the same result
 };
 
-/// A script whose run is not as it should be.
+/// A script whose run failed.
 struct Failure {
   std::uint64_t seed;
-  std::string what;  ///< for a person: a line, and below it the script's line and what differs
+  std::string what;  ///< for a person: a summary, then the line of the script and the difference
   comparison::Script script;
 };
 
-/// Runs random scripts with random faults on the plug-in and the model, from the first day on each. After every line
-/// the answer, the calls and the set's state are held against each other, after some the settings keys as well, and at
-/// a script's end all that is kept. A script that is run once more must give the same: each reply, each line of the
-/// trace and each message of the log.
+/// Runs random scripts with random faults on the plug-in and the model, each starting with the initial set. After every
+/// line compares the answer, the calls and the set's state; after some lines also the settings keys; at the end of a
+/// script everything persisted. A repeated script must give the same replies, trace lines and log messages.
 class Simulation {
  public:
   /// Changes the model before a script, for tests.
@@ -36,11 +35,11 @@ class Simulation {
 
   explicit Simulation(Spoil spoil = {}) : first_(comparison::startingSet()), spoil_(std::move(spoil)) {}
 
-  /// Runs a script. @param replay  whether once more. @return what is wrong, nothing when all is well.
+  /// Runs a script. @param replay  true for a repeated run. @return what is wrong; nothing on success.
   std::optional<Failure> run(std::uint64_t seed, bool replay);
   /// The script that runs with a seed.
   comparison::Script scriptOf(std::uint64_t seed) const;
-  /// What differs in a script, as a transcript; nothing when nothing does.
+  /// The difference in a script, as a transcript; nothing when there is none.
   std::optional<comparison::Difference> differenceIn(const comparison::Script& script);
 
   const Figures& figures() const { return figures_; }
@@ -53,7 +52,7 @@ class Simulation {
   model::Set first_;
   Spoil spoil_;
   comparison::Pair pair_;
-  std::string record_;  ///< of the last script that was recorded: replies, trace and log
+  std::string record_;  ///< replies, trace and log of the last recorded script
   Figures figures_;
   bool counts_ = true;
 };

@@ -16,57 +16,57 @@
 
 namespace virtualtv::proof {
 
-/// What SQLite asks of a disk. `any` stands for all of them where one is to be chosen.
+/// The kinds of disk access by SQLite. `any` means all of them in a choice.
 enum class Access { open, read, write, truncate, sync, size, lock, unlock, remove, exists, any };
 
-/// The disk fails an access: the n-th of its kind since the fault was set, and all that follow if it `lasts`. A write
-/// that fails has written its first half.
+/// A failure of the disk: the n-th access of its kind since the fault was set fails, and all later ones if it `lasts`.
+/// A failing write has written its first half.
 struct Fault {
   Access access = Access::any;
   std::uint64_t nth = 1;
   bool lasts = false;
-  int code = SQLITE_IOERR;  ///< what SQLite is told
+  int code = SQLITE_IOERR;  ///< the error code for SQLite
 };
 
 /// Files by name, with what is in them.
 using Image = std::map<std::string, std::string>;
 
-/// What was done to a file, in the order in which it was done.
+/// A change of a file, in the order of the changes.
 struct Change {
   enum class Kind { create, write, truncate, sync, remove };
   Kind kind;
   std::string file;
-  std::size_t position = 0;  ///< of a write; the new size of a truncation
+  std::size_t position = 0;  ///< position of a write, or the new size of a truncation
   std::string bytes;
 };
 
-/// A disk in memory, which SQLite uses for all files from the first call of `instance` on. It fails when it is told
-/// to, and can note what was done to it. A process has one; it is used from one thread.
+/// A disk in memory, which SQLite uses for all files after the first call of `instance`. It can be made to fail, and
+/// can record its changes. A process has one disk; it is used from one thread.
 class Disk {
  public:
   static Disk& instance();
 
-  /// Puts other files on the disk; none may be open. Faults, counts and notes are gone.
+  /// Replaces the files on the disk; none may be open. Resets faults, counts and records.
   void insert(const Image& image);
   Image image() const;
 
   /// Sets the fault; accesses are counted from here on.
   void fail(const Fault& fault);
-  /// Nothing fails any more; counts start anew.
+  /// Removes the fault and resets the counts.
   void heal();
   /// Accesses of a kind since the last `fail`, `heal` or `insert`.
   std::uint64_t count(Access access) const { return counts_[static_cast<std::size_t>(access)]; }
-  /// How many accesses the fault has hit.
+  /// The number of accesses that the fault has hit.
   std::uint64_t hits() const { return hits_; }
 
-  /// Notes changes from here on.
+  /// Starts recording changes.
   void note() { noting_ = true; }
-  /// Changes noted since the last `insert`.
+  /// Changes recorded since the last `insert`.
   const std::vector<Change>& changes() const { return changes_; }
 
   // For SQLite's calls.
 
-  /// A file that is open, also when its name has been removed since.
+  /// An open file, even if its name was removed meanwhile.
   struct Handle {
     sqlite3_file base;  ///< first, so that SQLite's pointer is one to this
     Disk* disk;
@@ -87,7 +87,7 @@ class Disk {
   int unlock(Handle& handle, int level);
   int isReserved(const Handle& handle, int& answer);
   int remove(const char* name);
-  /// Like a real one, does not find a file without content when asked whether it exists.
+  /// Like SQLite's real one, the existence check does not find an empty file.
   int exists(const char* name, int question, int& answer);
   void random(char* bytes, std::size_t size);
 
@@ -108,7 +108,7 @@ class Disk {
   std::mt19937 random_;
 };
 
-/// Writes into a text as into a file: what lies between its end and the position is filled with zeros.
+/// Writes into a text as into a file. A gap between its end and the position is filled with zeros.
 void writeInto(std::string& content, std::size_t position, const std::string& bytes);
 
 }  // namespace virtualtv::proof

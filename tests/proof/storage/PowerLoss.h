@@ -11,24 +11,24 @@
 
 namespace virtualtv::proof {
 
-/// How much of what was written but not synced a disk still holds when the power goes.
+/// How much unsynced data survives on a disk after a power cut.
 enum class Rest { none, some, all };
 
-/// A disk that is written to until the power goes. What was synced is there afterwards; of the rest, any part may be:
-/// some writes and not those before them, and sectors of a write and not others.
+/// A disk that is written to until a power cut. Synced data survives. Of the rest any part may survive: some writes
+/// without the ones before them, and some sectors of a write without others.
 class PowerLoss {
  public:
   explicit PowerLoss(const Image& start);
 
-  /// The disk is changed.
+  /// Applies a change to the disk.
   void apply(const Change& change);
 
-  /// What it holds when the power goes here.
+  /// The content after a power cut at this point.
   Image image(Rest rest, std::mt19937& random) const;
 
  private:
   struct File {
-    std::optional<std::string> synced;  ///< nothing while the file need not be there
+    std::optional<std::string> synced;  ///< nothing while the file may be absent
     std::vector<Change> pending;
   };
 

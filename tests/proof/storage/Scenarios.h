@@ -11,20 +11,20 @@
 
 namespace virtualtv::proof {
 
-/// Something that a set does with what it keeps, on a disk as some other run has left it.
+/// Something that a set does with its storage, on a disk as left by another run.
 struct Scenario {
   std::string name;
   Image disk;
-  bool startFails;     ///< the disk may fail from the start on, not only once the set is on
-  std::string line;    ///< what the set is then told; empty for nothing
-  std::size_t writes;  ///< that it makes in health: what is kept changes so often, each time all at once
+  bool startFails;     ///< the disk may fail from the start, not only when the set is on
+  std::string line;    ///< line to run on the set; empty for none
+  std::size_t writes;  ///< number of writes without faults: each is one atomic change of the storage
 };
 
 /// All of them. Their files lie in a directory, which gets the lists that they import.
 std::vector<Scenario> makeScenarios(const std::filesystem::path& directory);
 
-/// A day in the life of a set, a session after the other, for power to be lost in. Reaches everything that a set keeps,
-/// and goes on for long enough that SQLite brings its log into the database on the way.
+/// A day in the life of a set, as a series of sessions, for power cuts. It covers everything that a set persists, and
+/// is long enough for SQLite to merge its log into the database.
 std::vector<Lines> sessionsOfADay(const std::filesystem::path& directory);
 
 }  // namespace virtualtv::proof

@@ -17,16 +17,16 @@ namespace virtualtv::proof {
 
 using Lines = std::vector<std::string>;
 
-/// What a set keeps: settings keys, state, and services with their tracks and favourites, each a line by its name.
+/// What a set persists: settings keys, state, and services with their tracks and favourites, one line for each name.
 using Content = std::map<std::string, std::string>;
 
-/// What differs between two, in words; empty when nothing does.
+/// The difference between two of them, in words; empty when there is none.
 std::string difference(const Content& expected, const Content& found);
 
-/// What a step on a set came to.
+/// The outcome of a step on a set.
 struct Outcome {
   Lines printed;
-  Lines reported;  ///< what the shell says that went wrong
+  Lines reported;  ///< errors reported by the shell
 
   bool operator==(const Outcome&) const = default;
 };
@@ -41,12 +41,12 @@ class Television {
   Outcome run(const std::string& line);
 
   Content content();
-  /// True when it could not be started again by a line that said so.
+  /// True when a line that restarts the set could not start it again.
   bool isOff();
-  /// True when what the set says of itself is what it has kept.
+  /// True when the set's own report equals its storage.
   bool isOfOneMind();
 
-  /// Calls `seen` wherever a write may have ended: behind each change of the set and before each call to it.
+  /// Calls `seen` wherever a write may have ended: after each change of the set and before each call to it.
   void watch(const std::function<void()>& seen);
 
  private:
@@ -55,7 +55,7 @@ class Television {
   notify::Subscription watching_;
 };
 
-/// Switches a set on for nothing but to see what it has kept.
+/// Switches a set on only to see what it has persisted.
 Content contentOn(const std::filesystem::path& directory);
 
 /// What SQLite finds wrong with the database files of an image, which is put on the disk; empty when nothing.

@@ -39,7 +39,7 @@ inline std::map<Access, std::uint64_t> countAll() {
 /// Which accesses are made to fail: all, or a share that a seed chooses.
 class Choice {
  public:
-  /// @param every  takes only each so manieth, from one on that is among the first so many.
+  /// @param every  takes only every n-th access, starting with one of the first n.
   Choice(std::uint64_t every, std::uint32_t seed) : every_(every), random_(seed) {}
 
   std::uint64_t every() const { return every_; }

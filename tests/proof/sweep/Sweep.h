@@ -16,13 +16,13 @@ enum class Pairs { none, some, all };
 /// What was done and found.
 struct Figures {
   std::uint64_t commands = 0;    ///< in their contexts
-  std::uint64_t runs = 0;        ///< under faults, one or two, that all hit a call
-  std::uint64_t deviations = 0;  ///< runs in which something was otherwise than it should be
+  std::uint64_t runs = 0;        ///< runs under one or two faults that all hit a call
+  std::uint64_t deviations = 0;  ///< runs with an unexpected result
 };
 
-/// Makes each call of a command fail, each way that it can, once and from then on, and some ways two at a time. After
-/// each run the command, the calls behind the fault, the settings keys and the set are as the model has them, keys were
-/// written in their order, and without the fault the command and a plain question are answered as by the model.
+/// Makes each call of a command fail in each possible way, once and from then on, and in some ways two at a time. After
+/// each run the answer, the calls after the fault, the settings keys and the set must equal those of the model, and
+/// keys must be written in order. Without the fault, the command and a simple query must be answered as by the model.
 class Sweep {
  public:
   /// @param reports  how many deviations are reported; all are counted.
@@ -32,7 +32,7 @@ class Sweep {
   void command(const Context& context, const std::string& line, Pairs pairs);
 
   const Figures& figures() const { return figures_; }
-  /// What deviated, the first few, a transcript and what differs each.
+  /// The first few deviations, each with a transcript and the difference.
   const std::vector<std::string>& reports() const { return reports_; }
 
  private:

@@ -10,8 +10,8 @@
 
 #include "broadcast/Scanner.h"
 
-/// Small broadcasts for tests: bits, descriptors, sections and packets put together by hand, and views of what a
-/// scanner finds in them.
+/// Small broadcasts for tests: hand-made bits, descriptors, sections and packets, and views of what a scanner finds in
+/// them.
 namespace broadcast_tests {
 
 using Blob = std::vector<std::uint8_t>;
@@ -21,13 +21,13 @@ Blob operator+(Blob front, const Blob& back);
 /// A number of that many bytes, the most significant one first.
 Blob number(std::uint64_t value, int bytes);
 Blob text(const std::string& text);
-/// Behind its length in one byte.
+/// Prefixes the bytes by their length in one byte.
 Blob counted(const std::string& words);
 Blob descriptor(int tag, const Blob& body);
-/// Behind its length in 12 bits.
+/// Prefixes the bytes by their length in 12 bits.
 Blob loop(const Blob& descriptors);
 
-/// A whole section. @param length  what its head says, in place of the truth.
+/// A whole section. @param length  overrides the length in its head.
 struct Head {
   int version = 0;
   int section = 0;
@@ -35,7 +35,7 @@ struct Head {
   bool isCurrent = true;
 };
 Blob section(int table, int extension, const Blob& body, const Head& head = {});
-/// A section with the checksum that its content has.
+/// A section with the right checksum.
 Blob sealed(Blob content);
 
 Blob programs(int stream, const std::vector<std::pair<int, int>>& maps, const Head& head = {});
@@ -45,11 +45,11 @@ Blob described(int program, int type, const std::string& provider, const std::st
 Blob services(int stream, int network, const Blob& services, bool isActual = true, const Head& head = {});
 Blob sent(int stream, int network, const Blob& descriptors);
 Blob networkTable(const std::string& name, const Blob& streams, bool isActual = true);
-/// What is on: section 0 is the present event, section 1 the following one.
+/// Events: section 0 has the present event, section 1 the following one.
 Blob events(int program, int stream, int network, int place, const Blob& events);
 Blob language(const std::string& letters, int type);
 
-/// A transport stream in the making.
+/// A builder for a transport stream.
 class Stream {
  public:
   /// @param before, behind  bytes in front of each packet and behind it.
@@ -60,7 +60,7 @@ class Stream {
   /// Appends a packet with this payload, which is filled up.
   Stream& packet(int pid, Blob payload, bool starts, int scrambling = 0);
   Stream& filler(int count);
-  /// The next packet of a PID counts so many further.
+  /// Advances the counter of a PID's next packet by this number.
   Stream& lose(int pid, int packets);
 
   Blob bytes;
@@ -76,7 +76,7 @@ Stream oneService();
 
 /// @param block  how many bytes the scanner gets at a time; 0 for all.
 virtualtv::broadcast::Scan scan(const Blob& bytes, std::size_t block = 0);
-/// The service that is alone in a scan without problems; fails the test where it isn't so.
+/// The only service of a scan without problems. Fails the test when there are others or problems.
 virtualtv::broadcast::FoundService only(const Blob& bytes);
 /// `at: reason` of each problem.
 std::vector<std::string> problems(const virtualtv::broadcast::Scan& scan);

@@ -6,11 +6,11 @@
 
 #include "virtualtv/broadcast/Broadcast.h"
 
-/// The same services as a library that others wrote reads them, for sound captures: it runs over the ends of damaged
-/// descriptors, so nothing but tests may use it.
+/// Reads services by a third-party library, for comparison. For intact captures only: the library reads past the ends
+/// of damaged descriptors, so only tests may use it.
 namespace broadcast_tests {
 
-/// A line of what the library can tell of a service: ids, names, scrambling, number, streams with their languages.
+/// Describes a service in a line: ids, names, scrambling, number, streams with their languages.
 std::string decodedLine(const virtualtv::broadcast::FoundService& service);
 
 /// That line of every service that the library finds in packets of 188 bytes, in order.

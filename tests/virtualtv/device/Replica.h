@@ -9,16 +9,16 @@
 
 namespace virtualtv::device {
 
-/// A copy of what a set is, kept up to date by the changes that it tells.
+/// A copy of a set's state, kept up to date by the changes that it reports.
 class Replica {
  public:
   explicit Replica(Tv& tv);
 
-  /// Does to the copy what a change says was done to the set. @param tv  is read for the services when their list is
-  /// another one. @return false when the change says of what was before what the copy does not have.
+  /// Applies a change to the copy. @param tv  read for the services when their list was replaced. @return false when
+  /// the old value in the change differs from the copy.
   bool apply(const Change& change, Tv& tv);
 
-  /// What differs from the set, in words; empty where nothing does.
+  /// The differences from the set, in words; empty when there are none.
   std::string differences(Tv& tv) const;
 
  private:

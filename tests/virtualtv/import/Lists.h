@@ -8,10 +8,10 @@
 
 #include "import/Import.h"
 
-/// Small lists for the tests of the importers, and views of what they bring.
+/// Small lists for the tests of the importers, and views of the results.
 namespace import_tests {
 
-/// A line of VDR's channels.conf, all right unless a test says otherwise.
+/// A line of VDR's channels.conf, valid by default.
 struct VdrLine {
   std::string name = "News";
   std::string frequency = "12187";
@@ -34,7 +34,7 @@ struct VdrLine {
 VdrLine terrestrial(const std::string& frequency, const std::string& parameters = "B8M64");
 VdrLine cable(const std::string& frequency);
 
-/// A section of a libdvbv5 file that is all right, with `more` lines behind it; later values of a key win.
+/// A valid section of a libdvbv5 file, followed by the lines `more`; later values of a key win.
 std::string section(const std::string& name, const std::string& more = "");
 std::string satelliteSection(const std::string& name, const std::string& more = "");
 
@@ -46,22 +46,22 @@ virtualtv::import::Result readAs(const char* format, const std::string& content,
 /// Name of the format that is recognised, "" for none.
 std::string recognised(const std::string& content);
 
-/// The one service of a list without problems. Fails the test, and answers an empty service, if it isn't so.
+/// The only service of a list without problems. Otherwise fails the test and returns an empty service.
 virtualtv::Service only(const virtualtv::import::Result& result);
 virtualtv::Service vdr(const VdrLine& line);
 virtualtv::Service dvbv5(const std::string& content);
 
-/// What the set has fields for: a service without the text of the list.
+/// A service without its list entry.
 virtualtv::Service told(virtualtv::Service service);
 
 /// `LINE: reason` of each problem.
 std::vector<std::string> problems(const virtualtv::import::Result& result);
 
-/// The problem of a list that brings nothing and has one problem, as `problems` tells it. Fails the test, and answers
-/// what there is, if it isn't so.
+/// The problem of a list without services and with one problem, as in `problems`. Otherwise fails the test and returns
+/// what there is.
 std::string problemOf(const char* format, const std::string& content);
 
-/// The reason why a list of this one line brings nothing. Fails the test when it does bring something.
+/// The reason why a list of this one line has no service. Fails the test when it has one.
 std::string reason(const VdrLine& line);
 
 std::optional<std::uint64_t> number(const virtualtv::Service& service, int field);

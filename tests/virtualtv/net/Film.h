@@ -7,7 +7,7 @@
 
 #include "virtualtv/net/Wire.h"
 
-// Recordings that the program `ffmpeg` makes, and what it says of what plays of them.
+// Recordings made by `ffmpeg`, and analyses of the streams played from them.
 
 namespace virtualtv::net {
 
@@ -15,13 +15,13 @@ namespace virtualtv::net {
 /// MPEG-2 with 600 Hz.
 std::string film();
 
-/// What a program prints. Fails the test where it fails.
+/// The output of a program. Fails the test when the program fails.
 std::string outputOf(const std::string& program, const std::vector<std::string>& arguments);
 /// A line `codec_name|width|height` of each track of a stream of MP4, as `ffprobe` says.
 std::string tracksOf(const std::string& mp4);
 /// How long it is, in seconds.
 double lengthOf(const std::string& mp4);
-/// How much of a tone is in its sound, in parts of all of it.
+/// The share of a tone in its sound.
 double toneIn(const std::string& mp4, double frequency);
 /// How bright a place of its tenth picture is, as a byte.
 std::string pixelIn(const std::string& mp4, int x, int y);
@@ -31,24 +31,24 @@ std::size_t countOf(const std::string& wanted, const std::string& text);
 /// A client that watches a window.
 class Viewer {
  public:
-  /// @param buffer  see `Wire`. @param lines  further ones of the head.
+  /// @param buffer  see `Wire`. @param lines  additional lines of the head.
   explicit Viewer(unsigned short port, const std::string& window = "main", int buffer = 0,
                   const std::string& lines = "");
 
-  Reply head;  ///< its answer; with a body where it is refused
+  Reply head;  ///< head of the answer; with a body when the request is refused
   /// The next piece; empty at the end.
   std::string piece();
-  /// As much as that, or more.
+  /// Reads at least this many bytes.
   std::string read(std::size_t bytes);
-  /// True where the answer ends properly.
+  /// True when the answer ends regularly.
   bool ends();
 
   Wire wire;
 };
 
-/// Children of a process that are not gone, by their ids.
+/// Ids of the living children of a process.
 std::vector<int> childrenOf(int process);
-/// Waits until there are so many. @return false where that does not come about.
+/// Waits until there are this many. @return false on a timeout.
 bool comesTo(std::size_t children, int process);
 
 }  // namespace virtualtv::net

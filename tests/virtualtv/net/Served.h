@@ -20,12 +20,12 @@ class Served {
   explicit Served(Options options = {});
   Served(const Served&) = delete;
   Served& operator=(const Served&) = delete;
-  /// Ends it, and waits for that.
+  /// Ends the server and waits for its end.
   ~Served();
 
   unsigned short port() const { return port_; }
   std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
-  /// Has it end, as a signal would.
+  /// Makes it end, as a signal would.
   void end();
   /// Waits until it has ended.
   void wait();

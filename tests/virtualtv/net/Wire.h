@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-// A client of the server that speaks to it byte by byte.
+// A client of the server at the level of bytes.
 
 namespace virtualtv::net {
 
@@ -22,7 +22,7 @@ struct Frame {
   int first = 0;  ///< its first byte: the end of a message, reserved bits, the kind
   std::string payload;
 
-  /// Of one that closes: its code; 0 where it tells none.
+  /// The code of a close frame; 0 for none.
   int code() const;
 };
 
@@ -32,10 +32,10 @@ inline constexpr int closeFrame = 0x88;
 inline constexpr int pingFrame = 0x89;
 inline constexpr int pongFrame = 0x8A;
 
-/// A client's bare connection. What never comes fails the test after a while.
+/// A client's bare connection. A missing answer fails the test after a while.
 class Wire {
  public:
-  /// @param buffer  bytes that the system keeps for it of what it has not read; 0 for what it likes.
+  /// @param buffer  size of the system's receive buffer in bytes; 0 for the default.
   explicit Wire(unsigned short port, int buffer = 0);
   Wire(const Wire&) = delete;
   Wire& operator=(const Wire&) = delete;
@@ -44,18 +44,18 @@ class Wire {
   void send(std::string_view bytes);
   /// Sends as much as the other side takes. @return false once it takes no more.
   bool trySend(std::string_view bytes);
-  /// From now on the other side takes no more when it has taken nothing for a short time.
+  /// From now on sending stops when the other side has taken nothing for a short time.
   void sendImpatiently();
   void endSending();
   void close();
-  /// Breaks it: the other side is told of an error.
+  /// Breaks the connection with an error for the other side.
   void reset();
 
   /// The next bytes, fewer where the connection ends.
   std::string read(std::size_t count);
-  /// All up to a text and with it.
+  /// Everything up to and including a text.
   std::string readUntil(std::string_view end);
-  /// All until the connection ends.
+  /// Everything until the connection ends.
   std::string readAll();
   /// True when the other side has ended it already.
   bool hasEnded() const;
@@ -64,7 +64,7 @@ class Wire {
 
   /// An answer to a request. @param hasBody  false for that to a HEAD.
   Reply reply(bool hasBody = true);
-  /// Sends a request. @param lines  of its head, but for the empty one, with `\n` for breaks.
+  /// Sends a request. @param lines  the lines of its head, without the empty one, separated by `\n`.
   void sendRequest(const std::string& lines, const std::string& body = "");
   /// The same, and reads what answers it.
   Reply ask(const std::string& lines, const std::string& body = "");
@@ -95,12 +95,12 @@ std::string requestOf(int id, const std::string& method, const std::string& para
 /// The lines of a POST request for it.
 std::string postOf(const std::string& body, const std::string& more = "");
 
-/// What makes the server hold back each answer to `heldBack`, for as long as it can.
+/// Makes the server delay each answer to `heldBack` by the maximum.
 std::string holdBack();
 std::string heldBack(int id);
 /// A command that is answered at once.
 std::string quick(int id);
-/// The id that a reply is for; 0 for what is no reply.
+/// The id of the request that a reply is for; 0 when it is not a reply.
 int idOf(const std::string& reply);
 
 }  // namespace virtualtv::net

@@ -13,27 +13,27 @@
 
 namespace virtualtv::shell {
 
-/// What a run of the program left behind.
+/// The result of a run of the program.
 struct Ending {
   int status = -1;  ///< its exit status, -1 when a signal ended it
   std::string out;
   std::string err;
-  long memory = 0;  ///< the most that it had at a time, in KB
+  long memory = 0;  ///< peak memory, in KB
 };
 
 int lineCount(const std::string& text);
 
-/// Expects that a run failed, with one line of the program on standard error that says all these things.
+/// Expects that a run failed, with one line of the program on standard error that contains all these texts.
 void expectError(const Ending& run, const std::vector<std::string>& mentioned);
 
 /// Starts the program, `emp-window`, with a state directory of its own.
 class ProgramTest : public ::testing::Test {
  protected:
-  /// Runs it to its end. @param input  what stands on its standard input.
+  /// Runs it to its end. @param input  its standard input.
   Ending run(std::vector<std::string> arguments, const std::string& input = "");
   /// Runs it with its standard input on a file.
   Ending runOn(const std::filesystem::path& input, std::vector<std::string> arguments);
-  /// Runs it with these settings of the environment and none of its own for the state directory.
+  /// Runs it with these environment variables, and no own state directory.
   Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
 
   /// Runs it with its standard output on a disk that is full.
@@ -63,7 +63,7 @@ class Running {
   void send(int signal) const;
   /// Ends its standard input.
   void endInput();
-  /// Waits for its end. @return what it left behind; of standard output what was not read yet.
+  /// Waits for its end. @return its result, with the unread rest of standard output.
   Ending wait();
 
  private:
@@ -86,18 +86,18 @@ class OnTerminal {
   ~OnTerminal();
 
   void type(const std::string& keys) const;
-  /// Reads what the terminal shows until `text` has come. @return what came, up to and with it; all that came when the
-  /// program ends before, or shows nothing for long.
+  /// Reads the terminal until `text` appears. @return everything up to and including it; everything read when the
+  /// program ends first, or prints nothing for long.
   std::string readUntil(const std::string& text);
   /// Changes the width of the terminal.
   void widen(unsigned short columns) const;
   /// Sends the program a signal.
   void send(int signal) const;
-  /// Waits until the program has taken all signals that it was sent, and waits for keys again.
+  /// Waits until the program has handled all signals sent to it, and waits for keys again.
   void settle() const;
-  /// True when the terminal itself shows what is typed, as it does unless a program reads keys.
+  /// True when the terminal itself echoes what is typed, as it does unless a program reads keys.
   bool echoes() const;
-  /// True when Ctrl-C interrupts what runs, as it does unless a program has it do something else.
+  /// True when Ctrl-C sends an interrupt, as it does unless a program has changed that.
   bool interrupts() const;
   /// Waits for the end of the program. @return its exit status, -1 when a signal ended it.
   int wait();

@@ -8,14 +8,14 @@
 
 namespace virtualtv::rpc {
 
-/// The part of JSON Schema that the server's OpenRPC document uses. What it does not know in a schema is a finding,
+/// The part of JSON Schema that the server's OpenRPC document uses. Unknown parts of a schema are reported as findings,
 /// too.
 class JsonSchema {
  public:
   /// @param named  schemas that others refer to, by their names. It outlives this object.
   explicit JsonSchema(const Json::Value& named) : named_(named) {}
 
-  /// Where a value is not what a schema says, a line each: `windows.main.service: ...`.
+  /// The places where a value violates a schema, one line each: `windows.main.service: ...`.
   std::vector<std::string> findings(const Json::Value& schema, const Json::Value& value) const;
 
  private:

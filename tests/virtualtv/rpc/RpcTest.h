@@ -20,7 +20,7 @@
 
 namespace virtualtv::rpc {
 
-/// A time that passes when a test says so.
+/// A clock that the test advances.
 class ManualClock {
  public:
   void after(std::chrono::milliseconds delay, std::function<void()> task) {
@@ -34,7 +34,7 @@ class ManualClock {
   std::multimap<std::chrono::milliseconds, std::function<void()>> tasks_;
 };
 
-/// A client that is connected: keeps what it is sent.
+/// A connected client, which stores the messages sent to it.
 class Connected : public Outlet {
  public:
   explicit Connected(Server& server, const std::optional<std::string>& session = std::nullopt)
@@ -44,17 +44,17 @@ class Connected : public Outlet {
   std::size_t unsent() const override { return unsentBytes; }
   void cutOff() override { isCutOff = true; }
 
-  /// Sends a message as it stands.
+  /// Sends a message unchanged.
   void say(const std::string& message);
-  /// Sends a message. @return the only one that it is sent for it.
+  /// Sends a message. @return the only message sent in reply.
   Json::Value replyTo(const std::string& message);
-  /// Sends a request. @return its whole response; null where there is none yet.
+  /// Sends a request. @return its whole response; null when there is none yet.
   Json::Value call(const std::string& method, const Json::Value& params = Json::nullValue);
   /// The result of a request, which must have one.
   Json::Value result(const std::string& method, const Json::Value& params = Json::nullValue);
-  /// The same of a command without a session's ado: its reply's value.
+  /// Runs a command. @return the value of its reply.
   Json::Value run(const std::string& command, const Json::Value& params = Json::nullValue);
-  /// What it was sent since the last time, as text and read.
+  /// The messages received since the last time, as text and parsed.
   std::vector<std::string> takeTexts() { return std::exchange(messages_, {}); }
   std::vector<Json::Value> take();
   /// The events among these.
@@ -64,7 +64,7 @@ class Connected : public Outlet {
 
   std::size_t unsentBytes = 0;
   bool isCutOff = false;
-  int done = 0;  ///< messages that were dealt with
+  int done = 0;  ///< number of messages handled
 
  private:
   std::vector<std::string> messages_;
@@ -79,7 +79,7 @@ class RpcTest : public ::testing::Test {
 
   device::Device& device() { return television.device; }
   Tv& tv() { return television.tv(); }
-  /// Answers a POST. @return nothing while there is no reply, or where it is refused for lack of a session.
+  /// Answers a POST. @return nothing while there is no reply, or when it is refused for lack of a session.
   std::optional<std::string> post(const std::string& body, const std::optional<std::string>& session = std::nullopt);
   Json::Value posted(const std::string& method, const Json::Value& params = Json::nullValue,
                      const std::optional<std::string>& session = std::nullopt);

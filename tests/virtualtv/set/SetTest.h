@@ -21,16 +21,16 @@
 #include "tvservice/TCNavigationModeHelper.h"
 #include "tvservice/TVServiceAPI.h"
 
-/// A set in memory and the interfaces through which it is driven, without the plug-in.
+/// A set in memory and the interfaces that control it, without the plug-in.
 namespace virtualtv::test {
 
 /// Sources of the set that is built in.
 enum : int { antennaInput = 0, avInput = 1, hdmi1 = 13, hdmi2 = 14, hdmi3 = 15 };
 
-/// The profile under which a client asks for a window's interfaces.
+/// The profile by which a client requests a window's interfaces.
 EProfile profileOf(WindowId window);
 
-/// A service that is neither hidden nor locked; `more` adds to its fields or takes their place.
+/// A service that is neither hidden nor locked. `more` adds or overwrites fields.
 Service serviceOf(std::uint64_t id, int antenna, int major, std::map<int, std::uint64_t> more = {});
 
 class SetTest : public ::testing::Test {
@@ -46,7 +46,7 @@ class SetTest : public ::testing::Test {
   std::uint64_t current(WindowId id = WindowId::main) { return idOf(window(id).service); }
   std::uint64_t previous(WindowId id = WindowId::main) { return idOf(window(id).previousService); }
 
-  // What a client does to a window. Answers are those of the interfaces.
+  // Actions of a client on a window. They return the results of the interfaces.
 
   static int tune(std::uint64_t id, WindowId on = WindowId::main);
   static int switchTo(int source, WindowId on = WindowId::main);
@@ -57,22 +57,22 @@ class SetTest : public ::testing::Test {
   static std::uint64_t beforeThat(std::uint64_t id, TSTvMode mode = TSTvMode(ANTENNA_TERRESTRIAL, EServiceMode{}));
   /// Id of the best service for a number; 0 for none.
   static std::uint64_t best(int major, int minor, WindowId on = WindowId::main);
-  /// Nothing where the tuner can't tell.
+  /// Returns nothing when the tuner fails.
   static std::optional<int> signal(WindowId on = WindowId::main, int tuner = 0);
 
   std::string knob(const std::string& name);
   void turn(const std::string& name, const std::string& value);
-  /// What turning a knob says, "" when it was turned.
+  /// The error of setting a knob; "" on success.
   std::string refusal(const std::string& name, const std::string& value);
 
-  /// From now on nothing can be written, until `mendStore`.
+  /// Makes all writes fail until `mendStore`.
   void breakStore();
   void mendStore();
 
   /// The last service, as the platform has recorded it.
   std::string lastService();
 
-  /// Keeps what changes from now on in `events`, until the set is switched off.
+  /// Collects all changes in `events`, until the set is switched off.
   void watch();
   /// The change of an event, which must be of this kind.
   template <typename Kind>

@@ -19,8 +19,8 @@ namespace virtualtv::shell {
 
 using test::TemporaryDirectory;
 
-/// A plug-in whose commands do what a test of the shell needs. Opening an engine reads the key "opened", closing it the
-/// key "closed".
+/// A plug-in with commands for tests of the shell. Opening an engine reads the key "opened", closing it the key
+/// "closed".
 ///
 /// `int N`, `ascii TEXT`, `unicode TEXT`, `lines A B` (a text of two lines), `empty`, `refuse`, `refuse N`, `throw`,
 /// `echo p1..p4`, `app` and `widget` (who calls), `read KEY` and `write KEY N` (settings keys), `log LEVEL TEXT`,
@@ -44,7 +44,7 @@ class SessionTest : public ::testing::Test {
   /// The same as lines.
   Lines lines(std::string_view input) { return session->run(input); }
   Tv& tv() { return television.tv(); }
-  /// What the inputs since the last time left behind that fails a transcript.
+  /// The findings of the inputs since the last time, which would fail a transcript.
   Lines findings();
 
   TemporaryDirectory folder;

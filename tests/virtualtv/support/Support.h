@@ -10,7 +10,7 @@
 
 namespace virtualtv::test {
 
-/// A directory for one test, removed with all that is in it. Any user may look into it.
+/// A directory for one test, removed with its content. Any user may read it.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();
@@ -33,14 +33,14 @@ void overwrite(const std::filesystem::path& file, std::size_t position, const st
 /// The first column of the first row that a query answers, as text; empty when there is none.
 std::string answerOf(Database& database, const char* query);
 
-/// Runs `body` in a process of its own, which ends without any clean-up, like one that is killed.
-/// @return what `body` answered, or "died" when it did not come to an end.
+/// Runs `body` in a separate process, which ends without any clean-up, as if killed. @return the result of `body`, or
+/// "died" when it did not end.
 std::string inChild(const std::function<std::string()>& body);
 
 /// The same as a user without privileges, for whom permissions count.
 std::string inChildWithoutPrivileges(const std::function<std::string()>& body);
 
-/// In a child only: no file may grow beyond `size` bytes from here on.
+/// Limits all files to `size` bytes from here on. Only for use in a child.
 void limitFileSize(std::size_t size);
 
 /// Text of the `StoreError` that `body` throws, empty when it throws none.

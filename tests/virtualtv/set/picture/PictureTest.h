@@ -9,10 +9,10 @@
 #include "tvservice/IVideoControl.h"
 #include "virtualtv/set/SetTest.h"
 
-/// The planes and pictures of a set in memory, as the interfaces of the TV service tell them.
+/// The planes and pictures of a set in memory, as reported by the interfaces of the TV service.
 namespace virtualtv::test {
 
-/// A resolution as it is told.
+/// A resolution as reported.
 struct Told {
   int code = 0;
   unsigned width = 0;
@@ -27,7 +27,7 @@ std::ostream& operator<<(std::ostream& out, const Told& told);
 
 class PictureTest : public SetTest {
  protected:
-  // What a client does to a plane. Answers are those of the interfaces.
+  // Actions of a client on a plane. They return the results of the interfaces.
 
   static int place(const Rect& rect, WindowId on = WindowId::main);
   static int placeDefault(WindowId on = WindowId::main);
@@ -35,8 +35,8 @@ class PictureTest : public SetTest {
   static int order(int order, WindowId on = WindowId::main);
   static int mute(int mute, WindowId on = WindowId::main);
 
-  // What a client is told, with rectangles as "X,Y,WIDTHxHEIGHT"; "none" where the call fails, which must have left the
-  // outputs alone.
+  // Queries of a client, with rectangles as "X,Y,WIDTHxHEIGHT"; "none" when the call fails, which must leave the
+  // outputs unchanged.
 
   static std::string rect(WindowId on = WindowId::main);
   static std::string cropped(WindowId on = WindowId::main);  ///< the part of the picture and where it is shown

@@ -7,7 +7,7 @@
 
 namespace virtualtv::test {
 
-/// Makes sets that hold anything that a set can hold. A seed gives the same set again.
+/// Creates random sets with any possible content. The same seed gives the same set.
 class RandomSet {
  public:
   explicit RandomSet(unsigned seed) : engine_(seed) {}

@@ -7,12 +7,12 @@
 
 #include "virtualtv/set/SetTest.h"
 
-/// The tracks and favourites of a set in memory, as the interfaces of the TV service tell them.
+/// The tracks and favourites of a set in memory, as reported by the interfaces of the TV service.
 namespace virtualtv::test {
 
 class SoundTest : public SetTest {
  protected:
-  // What a client is told; "fails" where the call fails, which must have left the outputs alone.
+  // Queries of a client; "fails" when the call fails, which must leave the outputs unchanged.
 
   static std::string audioSize(std::uint64_t service);
   static std::string audio(std::uint64_t service, int position);  ///< as in "256:eng:4:2:0", languages without letters
@@ -23,7 +23,7 @@ class SoundTest : public SetTest {
   static std::string currentSubtitle(WindowId on = WindowId::main);  ///< likewise; "-1" where none is in use
   static std::string favourites(std::uint64_t service);              ///< as in "1=1,12=0"
 
-  // What a client chooses. Answers are those of the interfaces.
+  // Selections of a client. They return the results of the interfaces.
 
   static int selectAudio(int position, WindowId on = WindowId::main);
   static int selectSubtitle(int position, WindowId on = WindowId::main);
