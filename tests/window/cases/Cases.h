@@ -10,8 +10,8 @@
 #include "shell/Lines.h"
 #include "shell/Transcript.h"
 
-/// The cases of the plug-in's commands: transcripts whose comments tell of each case what it shows. README.md in this
-/// folder describes them.
+/// The cases of the plug-in's commands: transcripts whose comments say what each case shows. README.md in this folder
+/// describes them.
 namespace cases {
 
 using virtualtv::shell::Lines;
@@ -21,7 +21,7 @@ struct Case {
     success,
     unparsed,  ///< the text of `parameter` does not parse
     missing,   ///< `parameter` is left out, or the empty text
-    result,    ///< the operation fails, and comes to `result`
+    result,    ///< the operation fails with the number `result`
   };
 
   std::string command;
@@ -41,7 +41,7 @@ struct Case {
 /// @throws std::runtime_error `FILE:LINE: REASON` for what is no transcript of cases.
 std::vector<Case> readCases(const std::string& file, std::string_view content);
 
-/// What an operation comes to when it fails.
+/// The result of a failed operation.
 struct Results {
   std::set<int> numbers;
   bool others = false;  ///< any other number, too

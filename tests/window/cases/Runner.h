@@ -11,7 +11,7 @@
 
 namespace cases {
 
-/// What was seen when a case ran.
+/// What was observed when a case ran.
 struct Seen {
   Lines words;                ///< of the case's command: its name and parameters
   Lines reply;                ///< what the command printed
@@ -30,7 +30,7 @@ class Runner {
   Runner();
 
   Seen run(const Case& shown);
-  /// Runs the case with another text as parameter `at`, counted from 0. Nothing is expected of what it prints.
+  /// Runs the case with another text as parameter `at`, counted from 0. Ignores the expected output.
   Seen runWith(const Case& shown, std::size_t at, const std::string& text);
 
  private:

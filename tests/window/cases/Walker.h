@@ -12,9 +12,9 @@
 
 namespace cases {
 
-/// Holds the cases of a command against its row of the command table, the catalogue and the table of results: whether
-/// the row has all the cases that it must have, and whether each shows what it says. README.md in this folder tells
-/// what is demanded.
+/// Compares the cases of a command with its row of the command table, the catalogue and the table of results. Checks
+/// that the row has all required cases, and that each case shows what it says. README.md in this folder lists the
+/// requirements.
 class Walker {
  public:
   /// @param catalogue  outlives it.

@@ -28,7 +28,7 @@ enum class Reading {
 /// The position that the queries of the indexed family ask for.
 inline constexpr int position = 1;
 
-/// What a query writes into. Starts with values that no query answers.
+/// The outputs of a query. They start with values that no query returns.
 struct Output {
   static constexpr int untouched = -77;
 
@@ -46,10 +46,9 @@ struct FieldQuery {
   Reading reading;
   int field;
   std::string null;  ///< what is logged about a null output
-  /// What is logged at the end: `%1` stands for the number as read, `%2` for the number answered. Of several lines for
-  /// those that a line break separates.
+  /// The lines logged at the end, separated by line breaks: `%1` is the number as read, `%2` the number returned.
   std::string end;
-  /// Asks the worker; with no output, for a null one.
+  /// Calls the worker; without an output, with a null pointer.
   std::function<int(support::WorkerProbe& worker, Output* output)> ask;
 
   bool isName() const { return reading == Reading::name; }
@@ -65,7 +64,7 @@ const std::vector<FieldQuery>& fieldQueries();
 int levelOf(Family family);
 /// A message of the query, with its prefix.
 std::string message(const FieldQuery& query, const std::string& text);
-/// What is logged before the output is looked at.
+/// What is logged before the output is checked.
 Lines begin(const FieldQuery& query);
 /// What the lookup logs when it finds a channel with this id, as text, and major number.
 Lines lookup(const FieldQuery& query, const std::string& id, const std::string& major);
@@ -73,13 +72,13 @@ Lines lookup(const FieldQuery& query, const std::string& id, const std::string& 
 Lines nullOutput(const FieldQuery& query);
 /// What is logged when there is no channel, without what the lookup logs.
 Lines noChannel(const FieldQuery& query);
-/// What is logged behind the lookup when a number was read.
+/// What is logged after the lookup when a number was read.
 Lines end(const FieldQuery& query, const std::string& id, int read, int answered);
 
 /// A set and a worker whose channel of each family holds the same record.
 class FieldTest : public ChannelTest {
  protected:
-  /// Gives the channel that each family asks for the record of this text.
+  /// Sets the record of the channel of each family, given as text.
   void give(const std::string& text);
 };
 

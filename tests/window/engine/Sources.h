@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-/// The plug-in's sources, read to find what stands on a line of them.
+/// The plug-in's sources, parsed to find what is on a line.
 namespace engine {
 
-/// A function or a class outside of which nothing stands but declarations: first to last line, counted from 1.
+/// A top-level function or class: first to last line, counted from 1.
 struct Block {
   int first = 0;
   int last = 0;
@@ -25,8 +25,8 @@ struct Source {
 /// All sources of the plug-in.
 const std::vector<Source>& sources();
 
-/// Whether this is a line of an operation: of its own function, or of a function or class that names it, being a step
-/// of it.
+/// True for a line of an operation: a line of its own function, or of a function or class that is a step of it and
+/// names it.
 bool isLineOf(std::string_view operation, int line);
 
 }  // namespace engine

@@ -21,7 +21,7 @@ inline constexpr std::array factories{
     "TVServiceAPI::CreateTunerControl", "TVServiceAPI::CreateDataControl",
 };
 
-/// The ways in which a factory fails, as words of a fault. `ServiceDataAux` answers its pointer, so that a number means
+/// The ways in which a factory fails, as words of a fault. `ServiceDataAux` returns its pointer, so a number means
 /// nothing there.
 inline Lines failures(const std::string& factory) {
   if (factory == "TVServiceAPI::ServiceDataAux") return {"result=null", "result=throw"};
@@ -36,7 +36,7 @@ inline std::string made(const std::string& factory, int profile) {
   return factory + "(" + arguments + ") -> " + (aux ? "made" : "0");
 }
 
-/// All the proxies in use, and those kept for each window, as whether they are there.
+/// Which proxies exist: those in use and those stored for each window.
 struct Slots {
   std::vector<bool> active, main, pip;  ///< navigation, source, video, AV, auxiliary, data
   bool service = false;

@@ -5,21 +5,21 @@
 
 #include "support/Sources.h"
 
-/// What the tests of crop, plane order, show and mute share.
+/// Shared parts of the tests of crop, plane order, show and mute.
 namespace picture {
 
 using support::Lines;
 using Rect = kel::CEmpTaskWindow::Rect;
 
-/// As a trace shows the main window's first controls, before the operation and its arguments.
+/// The main window's first controls as in a trace: the prefixes of their calls.
 inline const std::string mainVideo = "IVideoControl[main#1]::";
 inline const std::string mainAv = "IAVControl[main#1]::";
 
-/// The calls that ask for the main window's source, and their log lines.
+/// The calls that read the main window's source, and their log lines.
 Lines askSource();
 Lines sourceLogs();
 
-/// What the worker logs when a control of the main window is missing and can't be made.
+/// The log lines of the worker when a control of the main window is missing and can't be created.
 Lines noVideoControl();
 Lines noAvControl();
 
@@ -29,15 +29,15 @@ inline const Lines factoryFailures{"result=1", "result=-1", "result=null", "resu
 /// A worker for the main window, which shows the source 5 (the plug-in's 20), as `SourceTest` has it.
 class PictureTest : public sources::SourceTest {
  protected:
-  /// From now on the worker drives the picture-in-picture window, which shows the same source.
+  /// Selects the picture-in-picture window, which shows the same source.
   void drivePictureInPicture();
 
   const virtualtv::Plane& plane(virtualtv::WindowId window = virtualtv::WindowId::main) {
     return tv().state()[window].plane;
   }
 
-  /// Forgets the control and runs `operation` under each way in which it can't be made again: it answers `result`, logs
-  /// `lines` after that, and makes no other call.
+  /// Removes the control and runs `operation` under each way in which the control can't be created again. The operation
+  /// must return `result`, log `lines`, and make no other call.
   template <typename Proxy, typename Operation>
   void failsWithout(Proxy*& proxy, const std::string& factory, const Lines& lines, Operation operation, int result) {
     const std::string check = proxyCheck(factory);

@@ -7,17 +7,17 @@
 
 #include "support/Channels.h"
 
-/// What the tests of the JSON documents share.
+/// Shared parts of the tests of the JSON documents.
 namespace reports {
 
-/// The document as values; fails the test when the text is no JSON.
+/// Parses a document. Fails the test when the text is not JSON.
 Json::Value parsed(const std::string& text);
 
-/// A document as the JSON library writes it when it is given the whole.
+/// A document as the JSON library writes it in one go.
 std::string written(const Json::Value& document);
 
-/// While it lives, the plug-in's writer of documents throws a std::runtime_error with the text "no document". The test
-/// program is linked with `--wrap` for it.
+/// For its lifetime, makes the plug-in's writer of documents throw a std::runtime_error with the text "no document".
+/// The test program is linked with `--wrap` for it.
 class WriterFault {
  public:
   WriterFault();
@@ -29,7 +29,7 @@ class WriterFault {
   bool hit() const;
 };
 
-/// What an operation logs when its document can't be written.
+/// The log lines of an operation when its document can't be written.
 std::string notWritten(const std::string& function);
 
 }  // namespace reports

@@ -3,7 +3,7 @@
 
 #include "support/Sources.h"
 
-/// What the tests of the resolution share.
+/// Shared parts of the tests of the resolution.
 namespace resolution {
 
 using support::Lines;
@@ -15,7 +15,7 @@ inline const std::string avMissing = "0 av_ctrl_proxy is NULL, t_eWindow =0";
 inline const Lines noAvControl{avMissing, "0 CEmpTaskWindow av_ctrl_proxy create is FAIL!!",
                                "0 AVControlproxy is NULL"};
 
-/// A fault that makes the TV service tell this code and these numbers.
+/// A fault that makes the TV service return this code and these numbers.
 inline std::string tells(int code, const std::string& numbers = "1,2,3,4") {
   return "IAVControl::GetResolution result=0 out.code=" + std::to_string(code) + " out.resolution=" + numbers;
 }

@@ -7,7 +7,7 @@
 #include "support/LogLines.h"
 #include "support/TvTest.h"
 
-/// What the tests of tuning by a description share: a set with a satellite service, and descriptions of it.
+/// Shared parts of the tests of tuning by a description: a set with a satellite service, and descriptions of it.
 namespace satellite {
 
 using support::caught;
@@ -20,7 +20,7 @@ using Members = std::map<std::string, std::string>;
 /// The description of the set's service 900 with these members in place of its own; an empty value leaves one out.
 std::string description(const Members& changes = {});
 
-/// The log lines of a description as far as it is understood, and as far as its search.
+/// The log lines of a description up to its parsing, and up to its search.
 Lines understood(const std::string& text);
 /// The line with the text as it was given.
 std::string given(const std::string& text);
@@ -43,12 +43,12 @@ class SatelliteTest : public support::WorkerTest {
 
   int set(const std::string& text, int type = 0) { return worker.SetDVBSIChannelDirectEx(text, type); }
 
-  /// The terrestrial service is on screen again; what was seen so far is dropped.
+  /// Shows the terrestrial service again, and drops everything observed so far.
   void restart();
   /// Id of the service on the main window's screen, asked of the set itself.
   unsigned long long onScreen();
 
-  /// The text answers 0, and nothing is called but what is expected, nothing changed.
+  /// Expects that the text returns 0, makes only the expected calls, and changes nothing.
   void expectRefused(const std::string& text, const Lines& expected);
 };
 

@@ -8,8 +8,8 @@
 
 #include "support/Sources.h"
 
-/// What the tests of the screen geometry share: the operations that ask the video control, and the calls and log lines
-/// that they have in common.
+/// Shared parts of the tests of the screen geometry: the operations that use the video control, and their common calls
+/// and log lines.
 namespace screen {
 
 using sources::Lines;
@@ -21,38 +21,38 @@ class ScreenTest : public sources::SourceTest {
  protected:
   void SetUp() override;
 
-  /// What a query of a text answers: the result, and what it left in a buffer of 40 bytes that was all `#`.
+  /// The outcome of a query for a text: the result, and the content of a buffer of 40 bytes that was all `#` before.
   struct Text {
     int result;
-    std::string text;  ///< up to the zero byte; all 40 where there is none
+    std::string text;  ///< up to the zero byte; all 40 bytes without one
   };
   using Query = int (kel::CEmpTaskWindow::*)(char*);
   Text query(Query operation);
   Text getScreenRect() { return query(&kel::CEmpTaskWindow::GetScreenRect); }
   Text getAfd() { return query(&kel::CEmpTaskWindow::GetAFDGeometryRectSize); }
 
-  /// From now on the video control is missing and can't be made.
+  /// From now on the video control is missing and can't be created.
   void loseVideoControl();
 
-  /// Drives the picture-in-picture window, which shows the source 1 (the plug-in's 15). What was seen before is
-  /// dropped.
+  /// Selects the picture-in-picture window, which shows the source 1 (the plug-in's 15). Drops everything observed
+  /// before.
   void selectPip();
 
   /// Where the set shows a window's picture.
   virtualtv::Rect planeOf(virtualtv::WindowId window = virtualtv::WindowId::main) {
     return tv().state()[window].plane.rect;
   }
-  /// Puts it there, whatever the numbers.
+  /// Sets that rectangle, even an invalid one.
   void putPlane(const virtualtv::Rect& rect);
 };
 
-/// A buffer that nobody wrote.
+/// A buffer that was not written.
 extern const std::string untouched;
 
 /// Log lines of reading the source 5.
 extern const Lines sourceRead;
 
-/// What an operation logs when its video control is missing and can't be made.
+/// The log lines of an operation when its video control is missing and can't be created.
 extern const Lines noVideoControl;
 
 /// A result as the words of a fault.
@@ -60,7 +60,7 @@ std::string resultOf(const std::string& call, int result);
 /// The four outputs of the size query as the words of a fault, in the order in which they are written.
 std::string sizeOf(int x, int y, int third, int fourth);
 
-/// An operation that asks the video control: what it calls, what its failures come to, what it logs.
+/// An operation that uses the video control: its calls, the results of its failures, and its log lines.
 struct Operation {
   std::string label;
   std::string name;  ///< what it logs under

@@ -4,14 +4,14 @@
 #include "support/Tracks.h"
 #include "window/report/Documents.h"
 
-/// What the tests of audio tracks share.
+/// Shared parts of the tests of audio tracks.
 namespace sound {
 
 using support::Lines;
 using tracks::Members;
 using virtualtv::AudioTrack;
 
-/// Three tracks, each of whose numbers is found nowhere else in it.
+/// Three tracks whose numbers are all different.
 inline const std::vector<AudioTrack> threeTracks{
     {256, 11, 4, 2, 3, true}, {257, 21, 3, 1, 2, true}, {258, 31, 2, 0, 1, true}};
 
@@ -37,7 +37,7 @@ inline std::string current(const std::string& index, const std::string& lang, co
   return tracks::document({{"index", index}, {"lang", lang}, {"pid", pid}});
 }
 
-/// The lines of an operation whose variant for the secondary stack went well or did not.
+/// The log lines of an operation whose variant for the secondary stack succeeded or failed.
 inline std::string went(const std::string& variant) {
   return "3 Successfull  get the audio information in CEmpTaskWindow::" + variant;
 }
@@ -52,7 +52,7 @@ inline const Lines avMissing{"0 av_ctrl_proxy is NULL, t_eWindow =0", "0 CEmpTas
                              "0 AVControlproxy is NULL"};
 inline const Lines navigationMissing = support::join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}});
 
-/// What is logged where the service on screen can't be told.
+/// What is logged when the service on screen can't be read.
 inline const std::string noMode = support::banner(0, "t_GetCurrentChannel");
 inline const std::string noService = "0 Fail to get current service data\n";
 
@@ -70,7 +70,7 @@ class SoundTest : public tracks::TrackTest {
     showTv(service);
   }
 
-  /// Takes the TV service's proxies away, runs an operation, and expects that it made none.
+  /// Removes the TV service's proxies, runs an operation, and expects that it created none.
   template <typename Operation>
   auto alone(Operation operation) {
     worker.servicedata_aux_proxy = nullptr;

@@ -7,8 +7,8 @@
 #include "support/LogLines.h"
 #include "support/Sources.h"
 
-/// What the tests of switching share: a set whose source is about to be switched, and the log lines of the steps
-/// of a switch.
+/// Shared parts of the tests of switching: a set whose source will be switched, and the log lines of the steps of a
+/// switch.
 namespace switching {
 
 using support::caught;
@@ -21,7 +21,7 @@ inline constexpr int none = 43;
 
 extern const Lines startKeys;  ///< the keys as the test starts
 
-/// A call that fails, what is logged then, the keys and the set's own source afterwards.
+/// A failing call, its log lines, and the keys and the set's own source afterwards.
 struct Failure {
   std::string fault;
   Lines logs;
@@ -39,11 +39,11 @@ class SwitchTest : public sources::SourceTest {
     return worker.t_SetSource(static_cast<_PL_WINDOW_Source>(source), major);
   }
 
-  /// Back to what the test started with; what was seen so far is dropped.
+  /// Restores the initial state, and drops everything observed so far.
   virtual void restart();
 
-  /// Asks for a source under each fault, from the start each time: it fails, having logged the request, `begun`, and
-  /// the lines of the fault.
+  /// Requests a source under each fault, each time from the initial state. The request must fail and log the request,
+  /// `begun`, and the lines of the fault.
   void expectFailures(int source, int major, const Lines& begun, const std::vector<Failure>& failures);
 
   /// The keys of current and previous source, main window then picture-in-picture, and what the middleware was told;

@@ -4,7 +4,7 @@
 #include "support/Tracks.h"
 #include "window/report/Documents.h"
 
-/// What the tests of subtitles share.
+/// Shared parts of the tests of subtitles.
 namespace subtitle {
 
 using support::Lines;

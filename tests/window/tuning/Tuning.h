@@ -8,8 +8,8 @@
 #include "support/Channels.h"
 #include "support/Sources.h"
 
-/// What the tests of tuning share: the five operations that tune, each brought to the service 282, and the calls and
-/// log lines of the steps that they have in common.
+/// Shared parts of the tests of tuning: the five operations that tune, each to the service 282, and the calls and log
+/// lines of their common steps.
 namespace tuning {
 
 using support::caught;
@@ -17,7 +17,7 @@ using support::join;
 using support::Lines;
 using support::place;
 
-/// A call that an operation makes to find its service, and what a failure of it comes to.
+/// A call that an operation makes to find its service, and the result of its failure.
 struct Lookup {
   std::string call;   ///< the operation of the set
   int result = 0;     ///< what the tuning operation answers
@@ -76,7 +76,7 @@ class TuningTest : public channels::ChannelTest {
 
   /// The window shows another source than TV, as the main window's keys say too.
   void showHdmi(virtualtv::WindowId window = virtualtv::WindowId::main);
-  /// From now on the worker drives the picture-in-picture window, which shows TV.
+  /// Selects the picture-in-picture window, which shows TV.
   void drivePictureInPicture();
 
   std::string current(virtualtv::WindowId window = virtualtv::WindowId::main) { return knob(window, ".service"); }
@@ -86,7 +86,7 @@ class TuningTest : public channels::ChannelTest {
   /// The set's number of the source that a window shows.
   int shown(virtualtv::WindowId window = virtualtv::WindowId::main) { return tv().state()[window].source; }
 
-  /// Current and previous source of the main window, then of picture-in-picture, then what the middleware was told;
+  /// Current and previous source of the main window, then of picture-in-picture, then the middleware's key;
   /// `-` for a key that is not there.
   Lines keys();
 
