@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The command table and the rows' ways to answer. To add a command: declare its operation in the worker, add its row
-// here in its place of the comparison order with the handler for its kind of answer, and its help text to the
+// The command table and the handlers of its rows. To add a command, declare its operation in the worker, add its row
+// here, at its place in the comparison order, with the handler for its kind of answer, and add its help text to the
 // catalogue.
 #include "Commands.h"
 
@@ -87,7 +87,7 @@ void AnswerName(const Call& call, int result, std::array<unsigned short, kNameUn
   if (result < 0) {
     call.reply.Integer(result);
   } else {
-    call.reply.Unicode(name.data() + 1);  // the byte-order mark stays behind
+    call.reply.Unicode(name.data() + 1);  // without the byte-order mark
   }
 }
 
@@ -124,7 +124,7 @@ int Text(const Call& call) {
   return AnswerTextOrCode(call, (call.worker.*operation)(text), text);
 }
 
-// Rows with a way of their own.
+// Rows with their own handlers.
 
 /// Answers a document for a result of 1, and `otherwise` for any other.
 int AnswerIfOne(const Call& call, int result, std::string& text, int otherwise) {
@@ -152,7 +152,7 @@ int GetTVMode(const Call& call) {
   return result;
 }
 
-/// By index, or by major and minor number and channel type where the second or the third parameter is given.
+/// By index; or by major number, minor number and channel type, when the second or the third parameter is given.
 int GetChannelServiceId(const Call& call) {
   constexpr int notRun = 1;
   const Arguments& in = call.in;
@@ -214,7 +214,7 @@ int SetScreenCropRect(const Call& call) {
   const Arguments& in = call.in;
   W::Rect crop{in.number[0], in.number[1], in.number[2], in.number[3]};
   W::Rect display{};
-  const bool shown = call.worker.GetScreenRect(display) != 0;  // a missing source does not keep it from the crop
+  const bool shown = call.worker.GetScreenRect(display) != 0;  // the crop is tried even without a source
   const int result = shown ? call.worker.SetScreenCropRect(&crop, &display, 0) : call.command.refusal;
   call.reply.Integer(result);
   return result;
@@ -259,7 +259,7 @@ int ChangeAudioByIndex(const Call& call) {
   return AnswerChange(call, result, "Fail to ChangeAudioByIndex [0x%x]");
 }
 
-/// A list of tracks: the document, whatever the result, unless the ISP source left none.
+/// A list of tracks: the document, whatever the result, unless there is none on the ISP source.
 void AnswerTracks(const Call& call, std::string& text) {
   if (call.worker.IsSourceISP() && text.empty()) {
     call.reply.Integer(-1);
@@ -363,7 +363,7 @@ constexpr Parameter kRequired{Parse::num, preset, true};
 constexpr Parameter kU64{Parse::u64, 0, false};
 constexpr Parameter kText{Parse::text, 0, false};
 
-// Presets of answers that stand for "unknown".
+// Presets of answers that mean "unknown".
 constexpr int kUnknownType = 29;
 constexpr int kUnknownSource = 101;
 constexpr int kUnknownPreviousSource = 100;

@@ -19,7 +19,7 @@ CEmpEngineBase* CEmpAppWindow::CreateEmpEngine() {
   try {
     return new CEmpEngineWindow;
   } catch (const std::exception&) {
-    return nullptr;  // out of memory: the framework is told by the null
+    return nullptr;  // out of memory: null reports it to the framework
   }
 }
 

@@ -27,7 +27,7 @@ int Decimal(const std::string& text) {
   return static_cast<int>(number);
 }
 
-/// Reads the parameters as the row states. False when one that is required does not parse.
+/// Reads the parameters as the row says. Returns false when a required parameter does not parse.
 bool ReadArguments(const Command& command, const std::array<const std::string*, kParameters>& texts, Arguments& in) {
   bool complete = true;
   for (std::size_t at = 0; at < kParameters; ++at) {
@@ -66,13 +66,13 @@ int RunCommand(const Command& command, CEmpTaskWindow& worker, const std::array<
   return command.run({command, worker, in, reply});
 }
 
-/// Reads a rectangle from four parameters on. False at the first one that does not parse.
+/// Reads a rectangle from four parameters. Returns false at the first one that does not parse.
 bool ReadRect(const ParamList& params, std::size_t first, CEmpTaskWindow::Rect& rect) {
   return StringToNumber(params.At(first), rect.x) && StringToNumber(params.At(first + 1), rect.y) &&
          StringToNumber(params.At(first + 2), rect.width) && StringToNumber(params.At(first + 3), rect.height);
 }
 
-/// Crops as the list says: crop rectangle, display rectangle, plane. A list that does not parse is not answered.
+/// Crops as the list says: crop rectangle, display rectangle, plane. A list that does not parse gets no reply.
 /// @return the result code.
 int CropScreen(CEmpTaskWindow* worker, const ParamList& params, CEmpEngineWindow::Reply& reply) {
   constexpr int notRun = 1;

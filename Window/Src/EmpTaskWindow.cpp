@@ -28,7 +28,7 @@ int MakeServiceDataAux(EProfile profile, int index, ServiceDataAux** aux) {
 
 enum class Made { yes, refused, nothing, thrown };
 
-/// Runs a factory. `target` is null afterwards unless it made something.
+/// Runs a factory. On failure `target` is null.
 template <typename Interface>
 Made Make(Location at, Interface*& target, Factory<Interface> factory, EProfile profile) {
   target = nullptr;
@@ -48,7 +48,7 @@ int MakeFirst(Location at, Interface*& target, Factory<Interface> factory, int l
   return 1;
 }
 
-/// One interface of window selection and what it logs when it can't be made.
+/// One interface of window selection, and the log text when it can't be created.
 template <typename Interface>
 struct Binding {
   Factory<Interface> factory;
@@ -56,7 +56,7 @@ struct Binding {
   const char* nothing;
 };
 
-/// Makes a window's own instance where it is missing, and that instance the active one.
+/// Creates a window's own instance if it is missing, and activates it.
 template <typename Interface>
 bool Bind(Location at, Interface*& active, Interface*& own, EProfile profile, const Binding<Interface>& binding) {
   const Made made = own == nullptr ? Make(at, own, binding.factory, profile) : Made::yes;
@@ -68,7 +68,7 @@ bool Bind(Location at, Interface*& active, Interface*& own, EProfile profile, co
   return true;
 }
 
-/// Makes an active proxy on first use; a proxy made so is no window's own.
+/// Creates an active proxy on first use. Such a proxy is not stored as a window's own.
 template <typename Interface>
 bool Check(Location at, Interface*& active, Factory<Interface> factory, int window, const char* missing,
            const char* failed) {
@@ -80,7 +80,7 @@ bool Check(Location at, Interface*& active, Factory<Interface> factory, int wind
   return false;
 }
 
-/// Whether a proxy is `there`; the absence of one is logged.
+/// Returns `there`, and logs a missing proxy.
 bool Needed(Location at, bool there, const char* missing) {
   if (!there) KEL_LOG_AS(at, kFailure, "%s", missing);
   return there;
@@ -179,7 +179,7 @@ int CEmpTaskWindow::t_CreateProxies() {
   nError += MakeFirst(function, servicedata_aux_proxy_main, MakeServiceDataAux, kFailure,
                       "CEmpTaskWindow::Create. servicedata_aux_proxy create is FAIL!!");
   servicedata_aux_proxy = servicedata_aux_proxy_main;
-  // The next three are made active and nothing more: selecting the main window later makes another video control.
+  // The next three are only activated, not stored: selecting the main window later creates another video control.
   nError += MakeFirst(function, video_ctrl_proxy, TVServiceAPI::CreateVideoControl, kFailure,
                       "CEmpTaskWindow::Create. video_ctrl_proxy create is FAIL!!");
   nError += MakeFirst(function, tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, kInformation,
@@ -246,7 +246,7 @@ bool CEmpTaskWindow::t_BindServiceDataAux(EProfile profile) {
   return true;
 }
 
-/// Without a data control the window is selected all the same, unless making one throws.
+/// The window is selected even without a data control, unless creating one throws.
 bool CEmpTaskWindow::t_BindDataControl(bool main) {
   IDataControl*& own = main ? svc_datacontrol_proxy_main : svc_datacontrol_proxy_pip;
   Made made = Made::yes;

@@ -27,7 +27,7 @@ Json::Value TrackElement(unsigned position, const TSAudio& audio) {
   return element;
 }
 
-/// Logs how a variant for the secondary stack went. @return whether it went well.
+/// Logs the outcome of a variant for the secondary stack. @return true on success.
 bool Told(Location at, int result, const char* succeeded, const char* failed) {
   const bool well = result == 1;
   KEL_LOG_AS(at, well ? kInformation : kFailure, "%s", well ? succeeded : failed);
@@ -113,7 +113,7 @@ int CEmpTaskWindow::t_TellAudio(std::string& strInfo) {
   root["pid"] = static_cast<int>(audio.pid);
   root["lang"] = lang;
   root["index"] = index;
-  constexpr int noPid = -1;  // the line never told the track's own
+  constexpr int noPid = -1;  // the log line has never had the track's own PID
   KEL_LOG_AS(function, kInformation, "GetCurrentAudioInfo =>pid:%d, index:%d lang:%d", noPid, index, lang);
   strInfo = WriteJson(root);
   return result;

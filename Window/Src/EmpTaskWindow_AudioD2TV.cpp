@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The audio tracks of the ISP source, which the secondary TV stack shows. Calls CD2tvMgrProxy. What is told of tracks
-// is a document on every path, also where the stack can't tell.
+// The audio tracks of the ISP source, which the secondary TV stack shows. Calls CD2tvMgrProxy. Reading tracks writes a
+// document on every path, even when the stack fails.
 #include <json/json.h>
 
 #include "Ask.h"
@@ -51,7 +51,7 @@ Json::Value ReadTracks(CD2tvMgrProxy& manager, unsigned count) {
   return items;
 }
 
-/// @return false, after a log line, when the stack can't tell.
+/// @return false, after a log line, when the stack fails.
 bool ListTracks(Json::Value& root) {
   CD2tvMgrProxy* const manager = D2tvManager(kList);
   if (manager == nullptr) {

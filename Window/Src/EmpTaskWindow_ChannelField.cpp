@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // One field of one channel: of the found-channel list, of the channel on screen, of the channel that the set starts
-// with. Three families of alike operations; what differs from one to the next stands in its query. Calls
+// with. Three families of similar operations; each operation's query holds what differs. Calls
 // IServiceNavigation::GetStartService for the start channel's id, and otherwise only the lookups.
 #include <cstdio>
 #include <cstring>
@@ -19,7 +19,7 @@ using S = TCServiceData;
 
 constexpr std::size_t kServiceIdRoom = 32;
 
-/// A field as it stands in the record and as it is answered; they differ for a channel type.
+/// A field as stored in the record and as returned. The two differ for a channel type.
 struct Value {
   int stored;
   int answered;
@@ -42,7 +42,7 @@ Value ChannelType(const TCServiceData& service, int fieldId) {
 }  // namespace
 
 /// What an operation of the families reads and logs. The formats of the indexed family take the operation's name, the
-/// index and the value, those of the others the name and the value; a value is given as stored and as answered.
+/// index and the value; those of the others take the name and the value. A value is passed as stored and as returned.
 struct CEmpTaskWindow::FieldQuery {
   Location at{nullptr, 0};
   int fieldId = 0;
@@ -162,7 +162,7 @@ int CEmpTaskWindow::GetChannel_Size(int* pnSize) {
 
 namespace {
 
-/// Converts a record's name, however long it is. False, and the output as it was, when it is empty.
+/// Converts a record's name of any length. Returns false, with the output unchanged, for an empty name.
 bool ConvertName(const TCServiceData& service, unsigned short* out) {
   const std::vector<unsigned short> units = ReadText(service, S::CHANNEL_NAME);
   if (units.empty()) return false;
@@ -171,7 +171,7 @@ bool ConvertName(const TCServiceData& service, unsigned short* out) {
   return true;
 }
 
-/// The bytes of a converted name as the log takes them: terminated, up to the first zero.
+/// The bytes of a converted name for the log: up to the first zero, terminated.
 struct LoggedName {
   explicit LoggedName(const unsigned short* name) { std::memcpy(bytes, name, kUtf16Room); }
   char bytes[kUtf16Room + 1] = {};

@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* kFunction = "GetFavorites";
 
-/// The first digit of a number: applications know keys and values of one character.
+/// The first digit of a number, since applications expect keys and values of one character.
 std::string Digit(int number) {
   return std::to_string(number).substr(0, 1);
 }

@@ -99,7 +99,7 @@ int CEmpTaskWindow::t_ShowPicture(Location at, bool shown) {
 
 int CEmpTaskWindow::MuteVideo(bool mute) {
   if (!t_CheckAVControlproxy()) return -1;
-  // Any number but 0 is a success here, where showing and hiding insist on 1.
+  // Any number except 0 is a success here, while showing and hiding require 1.
   return Try(__func__, 0, [&] { return av_ctrl_proxy->MuteVideo(mute ? 1 : 0); }) == 0 ? -1 : 1;
 }
 

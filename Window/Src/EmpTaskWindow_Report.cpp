@@ -39,7 +39,7 @@ IdText ServiceIdText(const TCServiceData& service) {
   return IdText(ReadServiceId(service));
 }
 
-/// Big-endian units as UTF-8, up to the first zero and cut where the conversion's room ends.
+/// Converts big-endian units to UTF-8, up to the first zero, truncated at the end of the conversion's buffer.
 class Utf8 {
  public:
   explicit Utf8(const std::vector<unsigned short>& units) {
@@ -78,7 +78,7 @@ void FillTuning(Json::Value& root, const TCServiceData& service) {
   root["tuneMode"] = PLValue(service, S::MODULATION, PL_WINDOW_MAPPING_TABLE_MODULATION);
 }
 
-/// Adds the members of the attached text, which win over those that stand already; a text that is no JSON adds none.
+/// Adds the members of the attached text, which overwrite existing ones. A text that is not JSON adds none.
 void MergeAttached(Json::Value& root, const std::string& text) {
   if (text.empty()) return;
   Json::Value attached;
@@ -117,7 +117,7 @@ unsigned HostOrder(unsigned short unit) {
   return (unit & 0xFFU) << 8 | unit >> 8;
 }
 
-/// The services of the full channel list as its document has them, out of their records.
+/// The services of the full channel list, copied from their records for the document.
 class ChannelList {
  public:
   explicit ChannelList(std::size_t size) { m_channels.reserve(size); }
@@ -149,8 +149,8 @@ class ChannelList {
     m_channels.push_back(channel);
   }
 
-  /// The document. The writer gets it a stretch at a time, in a tree that is filled again for each: for thousands of
-  /// services a tree of all would be three times as large as the text, and take longer to make and drop than to write.
+  /// The document. It is written in chunks, reusing one tree: for thousands of services a tree of all would be three
+  /// times as large as the text, and creating and deleting it would take longer than writing.
   std::string Document() const {
     Json::Value root;
     root["ListName"] = "ChannelList";
@@ -206,8 +206,8 @@ class ChannelList {
     ((*member++ = values), ...);
   }
 
-  /// Makes a document longer by the elements of another. Brackets in names do no harm: the first bracket of a document
-  /// opens its elements, the last one closes them.
+  /// Appends the elements of another document. Brackets in names do not matter: the first bracket of a document opens
+  /// its elements, the last one closes them.
   static void Extend(std::string& document, const std::string& further) {
     if (document.empty()) {
       document = further;
@@ -243,7 +243,7 @@ std::string CEmpTaskWindow::t_GetServiceJsonText(const TCServiceData& service) {
   for (std::size_t at = 0; at < units.size(); ++at) {
     const unsigned unit = HostOrder(units[at]);
     if (IsHighSurrogate(unit) && at + 1 < units.size()) {
-      // The unit behind a high surrogate goes with it, also when the two are no pair.
+      // Skips the unit after a high surrogate too, even if the two are not a pair.
       const unsigned low = HostOrder(units[++at]);
       if (IsLowSurrogate(low)) AppendUtf8(text, 0x10000U + ((unit & 0x3FFU) << 10 | (low & 0x3FFU)));
     } else if (!IsHighSurrogate(unit) && !IsLowSurrogate(unit)) {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr auto kUnknownCode = static_cast<EResolution>(136);
 
-/// Writes the document. @return false, and the text as it was, when that fails.
+/// Writes the document. @return false, with the text unchanged, on failure.
 bool WriteDetail(Location at, const TSResolution& resolution, std::string& out) {
   return Try(at, false, [&] {
     Json::Value root(Json::objectValue);

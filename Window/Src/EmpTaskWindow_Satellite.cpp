@@ -67,7 +67,7 @@ void FillTransponder(TSTransponder& transponder, const Json::Value& info, int sy
   transponder.symbolRate = static_cast<unsigned short>(static_cast<unsigned>(symbolRate) * perMega);
 }
 
-/// The modulations that a search can ask for; 5 stands for the TV service's 7.
+/// The modulations for a search; 5 means the TV service's 7.
 void AddModulation(TCCriteriaHelper& criteria, int modulation) {
   if (Low(modulation) == 16 || Low(modulation) == 18) criteria.Where(S::MODULATION, Low(modulation));
   if (Low(modulation) == 5) criteria.Where(S::MODULATION, 7);

@@ -33,7 +33,8 @@ int ToBase(int value, int base, int plugin) {
   return Clamped(static_cast<long long>(value) * base / plugin);
 }
 
-/// Rounded, while the way into base space cuts. From a base screen without a size 0 comes as 0, all else as infinite.
+/// Rounds, while the conversion to base space truncates. For a base screen without a size, 0 becomes 0, and everything
+/// else infinite.
 int ToPlugin(int value, int plugin, int base) {
   const double rounded = value * (static_cast<double>(plugin) / base) + 0.5;
   return std::isnan(rounded) ? 0 : Clamped(rounded);
@@ -136,7 +137,7 @@ int CEmpTaskWindow::GetScreenRect(Rect& rect) {
   if (!t_NeedVideoControlproxy(__func__)) return -1;
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eSource)) return -1;
-  // Width and height change places here, unlike in the text form; applications reckon with it.
+  // Width and height are swapped here, unlike in the text form; applications depend on it.
   const int result = Ask(__func__, video_ctrl_proxy, [&](IVideoControl& video) {
     return video.GetSize(&rect.x, &rect.y, &rect.width, &rect.height);
   });

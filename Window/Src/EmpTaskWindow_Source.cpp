@@ -76,7 +76,7 @@ bool CEmpTaskWindow::t_IsTVServiceSource(_PL_WINDOW_Source eSource) {
 bool CEmpTaskWindow::t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLSource) {
   KEL_LOG(kInformation, "t_IsConvertable input eTVSSource = %d", static_cast<int>(eTVSSource));
   const int nPLSource = CEmpConverterWindow::GetPLValue(eTVSSource, PL_WINDOW_MAPPING_TABLE_SOURCE);
-  // 0 stands for "not found" too, and 1 is the first of the sources that have no counterpart.
+  // 0 also means "not found", and 1 is the first source without a counterpart.
   if (eTVSSource != SOURCE_TV && static_cast<unsigned>(nPLSource) <= 1) {
     KEL_LOG(kFailure, "t_IsConvertable can't convert to  PL_WINDOW_SOURCE");
     return false;

@@ -63,7 +63,7 @@ Json::Value ReadEntries(CD2tvMgrProxy& manager, unsigned total) {
   return items;
 }
 
-/// @return false, after a log line, when the secondary stack can't tell.
+/// @return false, after a log line, when the secondary stack fails.
 bool ListEntries(Json::Value& root) {
   CD2tvMgrProxy* const manager = D2tvManager(kList);
   if (manager == nullptr) {
@@ -107,7 +107,7 @@ void Write(const Json::Value& root, std::string& out) {
   KEL_LOG_AS(kList, kInformation, "CEmpTaskWindow::GetSubtitleInfo ::jsonstr =>[%s]", out.c_str());
 }
 
-/// A document on every path.
+/// Writes a document on every path.
 int ListOfSecondaryStack(std::string& strInfo) {
   KEL_LOG_AS(kList, kInformation, "GetSubtitleInfo Start!!");
   constexpr int failed = -1;
@@ -123,7 +123,7 @@ int ListOfSecondaryStack(std::string& strInfo) {
   });
 }
 
-/// Logs what stands in the language's place when the secondary stack can't tell it. @return the stack's number.
+/// Logs the value used instead of the language when the secondary stack fails. @return the stack's number.
 int NotCurrent(int result, int language) {
   KEL_LOG_AS(kCurrent, kInformation, "CEmpTaskWindow::GetCurrentSubtitle::CurrentSubtitleLanguage =>[%d]", language);
   return result;
@@ -174,7 +174,7 @@ int CEmpTaskWindow::GetSubtitleInfo(std::string& strInfo) {
   });
 }
 
-/// The service on screen. False, after a log line, when it can't be told.
+/// The service on screen. Returns false, after a log line, when it can't be read.
 bool CEmpTaskWindow::t_AskSubtitledService(unsigned long long& serviceId) {
   TSTvMode mode = AnyMode();
   if (svc_navi_proxy->GetTvMode(mode) != 1) {

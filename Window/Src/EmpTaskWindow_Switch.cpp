@@ -84,7 +84,7 @@ bool CEmpTaskWindow::t_SetSource(_PL_WINDOW_Source ePLSource, int nMajor) {
   return switched && t_RecordSources(__func__, ePLSource, eCurPLSource);
 }
 
-/// The source is on screen already: nothing is switched, but keys that say otherwise are put right.
+/// The source is already on screen: nothing is switched, but keys that differ are corrected.
 bool CEmpTaskWindow::t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Source eCurPLSource) {
   constexpr const char* function = "t_SetSource";
   if (eCurPLSource == PL_WINDOW_SOURCE_NONE) {

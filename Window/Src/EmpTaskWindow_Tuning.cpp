@@ -43,7 +43,7 @@ int CEmpTaskWindow::t_TuneToService(Location at, unsigned long long serviceId, c
     return t_TuneService(at, serviceId, appId);
   }
   if (notTv != nullptr) KEL_LOG_AS(at, kInformation, "%s", notTv);
-  // The switch's own result does not count; whether the keys agree does.
+  // The result of the switch is ignored; only the keys must match.
   if (!Reach(at, [&] { src_ctrl_proxy->SetSource(SOURCE_TV, serviceId, appId); })) return 0;
   int nCurSourceVconf = -1;
   if (!ReadKey(at, m_SourceVconf.c_str(), nCurSourceVconf)) {
@@ -123,7 +123,7 @@ int CEmpTaskWindow::SetChannelDirect(int ptc, int major, int minor, int channelT
   TCCriteriaHelper criteria;
   criteria.Fetch(S::SERVICE_ID);
   criteria.Where(S::PTC, ptc);
-  criteria.Where(S::CHANNEL_TYPE, major);  // so applications use it: the type comes in the place of the major number
+  criteria.Where(S::CHANNEL_TYPE, major);  // applications pass the type in place of the major number
   criteria.Where(S::MINOR, minor);
   return t_TuneToFound(__func__, criteria);
 }
@@ -172,7 +172,7 @@ int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_
   return t_TuneToService(__func__, serviceId, appId);
 }
 
-/// Replaces the current service's record by that of the one next to it. @return 1; 0 for another seek, -1 on failure.
+/// Replaces the record of the current service by that of its neighbour. @return 1; 0 for another seek, -1 on failure.
 int CEmpTaskWindow::t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service) {
   constexpr const char* function = "SetChannel_Seek";
   const unsigned long long currentId = ReadServiceId(service);
@@ -199,7 +199,7 @@ int CEmpTaskWindow::GetSignalStrength(unsigned char* strength) {
     KEL_LOG(kFailure, "GetSignalStrength failed");
     return -1;
   }
-  // The number is where the strength stands, not the strength; log readers know it so.
+  // Logs the address of the strength, not its value, as log readers expect.
   KEL_LOG(kInformation, "GetSignalStrength sigStrength is %d",
           static_cast<int>(reinterpret_cast<std::uintptr_t>(strength)));
   return 1;

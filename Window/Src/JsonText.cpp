@@ -3,7 +3,7 @@
 
 #include <json/json.h>
 
-// Reader and writer are deprecated in favour of others, which take other texts and write another layout.
+// Reader and writer are deprecated, but their replacements accept other texts and write another layout.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace kel {

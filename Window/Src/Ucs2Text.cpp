@@ -28,7 +28,7 @@ class Converter {
       KEL_LOG_AS(at, kInformation, "Iconv open failed");
       return;
     }
-    iconv(m_converter, nullptr, nullptr, nullptr, nullptr);  // a text knows nothing of the one before
+    iconv(m_converter, nullptr, nullptr, nullptr, nullptr);  // resets the state from the previous text
     char* from = const_cast<char*>(in);                      // NOLINT: iconv only reads it
     if (iconv(m_converter, &from, &inBytes, &out, &room) == static_cast<std::size_t>(-1)) {
       const int error = errno;  // the logger may change it

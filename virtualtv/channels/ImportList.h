@@ -44,13 +44,13 @@ struct ImportReport {
 };
 
 /// Imports the services of a channel list into the set; without any it is an error, and the set stays as it is.
-/// @param name  stands for the file in messages.
+/// @param name  name of the file in messages.
 /// @throws std::runtime_error when the format is not recognised, std::invalid_argument when there is no such encoding,
 /// StoreError when the set can't keep the services.
 ImportReport importServices(Tv& tv, const std::string& name, std::string_view content, const ImportOptions& options);
 
-/// Imports the services that were found in broadcasts, likewise. Their problems are told with the scan.
-/// @param name  stands for what was scanned in messages. @param files  that the services with a picture play from.
+/// Imports the services found in broadcasts in the same way. Their problems are reported with the scan.
+/// @param name  name of the scan in messages. @param files  the files that services with video play from.
 /// @throws StoreError when the set can't keep the services.
 ImportReport importScan(Tv& tv, const std::string& name, const broadcast::Scan& scan, bool add,
                         const RecordingFiles& files = {});

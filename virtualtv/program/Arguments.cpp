@@ -216,7 +216,7 @@ struct Grammar {
   /// Options that may stand before the subcommand or behind it.
   void addSetOptions(CLI::App& part) {
     CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
-    state->check(notEmpty("a directory"))->take_last();  // that it stands twice is told below
+    state->check(notEmpty("a directory"))->take_last();  // a second --state is reported below
     CLI::Option* log =
         part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
     const auto refusalOfLevel = [](const std::string& value) {

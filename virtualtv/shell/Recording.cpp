@@ -93,7 +93,7 @@ void Recording::append(const Lines& lines) {
   try {
     give(file_, text);
   } catch (...) {
-    // Should this fail as well, what is told is the first error.
+    // If this fails as well, the first error is reported.
     [[maybe_unused]] const int status = ::ftruncate(file_, static_cast<off_t>(size_));
     throw;
   }

@@ -11,7 +11,7 @@ using support::Lines;
 using tracks::Members;
 using virtualtv::AudioTrack;
 
-/// Three tracks whose numbers are all different.
+/// Three tracks. The numbers within a track all differ.
 inline const std::vector<AudioTrack> threeTracks{
     {256, 11, 4, 2, 3, true}, {257, 21, 3, 1, 2, true}, {258, 31, 2, 0, 1, true}};
 
