@@ -243,7 +243,7 @@ std::string CEmpTaskWindow::t_GetServiceJsonText(const TCServiceData& service) {
   for (std::size_t at = 0; at < units.size(); ++at) {
     const unsigned unit = HostOrder(units[at]);
     if (IsHighSurrogate(unit) && at + 1 < units.size()) {
-      // Skips the unit after a high surrogate too, even if the two are not a pair.
+      // Consumes the unit after a high surrogate too, even if the two are not a pair.
       const unsigned low = HostOrder(units[++at]);
       if (IsLowSurrogate(low)) AppendUtf8(text, 0x10000U + ((unit & 0x3FFU) << 10 | (low & 0x3FFU)));
     } else if (!IsHighSurrogate(unit) && !IsLowSurrogate(unit)) {
