@@ -22,7 +22,7 @@ enum NetworkTag : unsigned {
   CHANNEL_LISTS = 0x87,
 };
 
-/// Whose logical channel numbers have 14 bits in place of 10, and who has lists of channels, too.
+/// The specifier of networks with 14-bit instead of 10-bit channel numbers, and with channel lists.
 constexpr std::uint32_t nordic = 0x00000029;
 
 template <std::size_t size>
@@ -30,7 +30,7 @@ Modulation modulationAt(const std::array<Modulation, size>& modulations, unsigne
   return number < size ? modulations[number] : MODULATION_UNKNOWN;
 }
 
-/// A frequency in tens of hertz, as kHz; 0 where it is none that channels have.
+/// Converts tens of hertz to kHz. Returns 0 for a frequency that no channel can have.
 int groundFrequency(std::uint64_t tensOfHertz) {
   return import::isGroundFrequency(tensOfHertz * 10) ? static_cast<int>((tensOfHertz + 50) / 100) : 0;
 }
@@ -47,7 +47,7 @@ Delivery readTerrestrial(Bits bits) {
   return delivery;
 }
 
-/// The second generation may be sent in several cells; the first one's frequency is taken.
+/// The second generation may be sent in several cells; the frequency of the first cell is used.
 Delivery readSecondTerrestrial(Bits bits) {
   constexpr std::array<int, 6> bandwidths{8000, 7000, 6000, 5000, 10000, 1712};
   Delivery delivery;
@@ -128,7 +128,7 @@ void readNumbers(Bits bits, unsigned width, ChannelNumbers& numbers) {
   }
 }
 
-/// Lists for several regions or countries, of which the first counts.
+/// Reads the lists for several regions or countries; only the first counts.
 void readFirstList(Bits bits, ChannelNumbers& numbers) {
   bits.skip(8);
   bits.take(bits.get(8));  // its name

@@ -24,7 +24,7 @@ enum ProgramTag : unsigned {
 
 enum StreamType : int { PRIVATE_PES = 0x06, ATSC_AC3 = 0x81, ATSC_ENHANCED_AC3 = 0x87 };
 
-/// Values of `AudioTrack::audioType` that descriptors other than that of languages tell.
+/// Values of `AudioTrack::audioType` from descriptors other than that of languages.
 enum AudioType : int { FOR_HEARING_IMPAIRED = 2, FOR_VISUALLY_IMPAIRED = 3 };
 
 /// A language of an audio stream, and what it is for.
@@ -46,7 +46,7 @@ class Stream {
       if (!map.hasPicture) std::tie(map.video, map.videoType) = std::tie(pid, type);
       map.hasPicture = true;
     }
-    // Stream types of private data tell nothing; their descriptors do.
+    // The stream type of private data means nothing; only its descriptors count.
     if (type == PRIVATE_PES) isAudio_ = false;
   }
 
@@ -89,7 +89,7 @@ class Stream {
   }
 
  private:
-  /// The descriptors of codings tell that a private stream is audio.
+  /// A descriptor of a coding means that a private stream is audio.
   void takeCoding(unsigned tag, Bits bits) {
     constexpr unsigned aac = 0x7C;
     if (tag != AC3 && tag != ENHANCED_AC3 && tag != aac) return;
@@ -112,7 +112,7 @@ class Stream {
     isAudio_ |= name == "AC-3" || name == "EAC3" || name == "DTS1" || name == "DTS2" || name == "DTS3";
   }
 
-  /// What is for those who see or hear less may be told by a descriptor of supplementary audio.
+  /// A descriptor of supplementary audio may mark tracks for the visually or hearing impaired.
   void takeExtension(Bits bits) {
     constexpr unsigned supplementary = 0x06;
     if (bits.get(8) != supplementary) return;
@@ -162,7 +162,7 @@ class Stream {
   AudioCoding coding_;
   bool isAudio_;
   int type_ = 0;
-  std::optional<LanguageCode> language_;  ///< where it is told beside the descriptor of languages
+  std::optional<LanguageCode> language_;  ///< from another descriptor than that of languages
   std::vector<Voice> voices_;
 };
 

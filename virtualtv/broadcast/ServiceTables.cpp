@@ -100,7 +100,7 @@ std::optional<int> readTimeOfDay(Bits& bits) {
   return *hours * 3600 + *minutes * 60 + *seconds;
 }
 
-/// A day since 1858 and a time; all ones where nothing is told.
+/// Reads a day since 1858 and a time. All ones mean that they are unknown.
 std::optional<std::int64_t> readStart(Bits& bits) {
   constexpr std::int64_t dayOf1970 = 40587;
   constexpr std::int64_t secondsOfDay = 86400;

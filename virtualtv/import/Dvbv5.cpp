@@ -184,7 +184,7 @@ class Section {
     track.decodeType = streams.kind.coding;
   }
 
-  /// The head says CHANNEL where the one who wrote the file had no name.
+  /// Files by writers that had no name say CHANNEL in the head.
   std::string_view serviceName() const {
     if (!values_[CHANNEL].text.empty()) return values_[CHANNEL].text;
     return sameWord(trimmed(name_), keyNames[CHANNEL]) ? std::string_view() : name_;

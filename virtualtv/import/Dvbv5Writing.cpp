@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Writes sections of libdvbv5 channel files. A line that says what the set has stays as it was read.
+// Writes sections of libdvbv5 channel files. A line whose value has not changed is written as it was read.
 
 #include <algorithm>
 #include <array>
@@ -119,7 +119,7 @@ Pieces dvbv5Pieces(const Entry& entry) {
   return pieces;
 }
 
-/// What a line is: that of a head, streams of a kind, or the key in capitals.
+/// The name of a line's part: the head, streams of a kind, or the key in capitals.
 std::string pieceOf(std::string_view text) {
   if (text.starts_with('[')) return headPiece;
   std::string key(trimmed(cut(text, '=')));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The formats of channel lists. To add one: write its reader in a source of its own, add its row to the table, and say
-// in docs/imports.md what is read of it.
+// The formats of channel lists. To add one, write its reader in a separate source, add its row to the table, and
+// describe it in docs/imports.md.
 #include "import/Import.h"
 
 #include <algorithm>

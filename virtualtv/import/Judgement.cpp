@@ -101,7 +101,7 @@ int atVowel(const Spot& spot) {
   return spot.byte == 0xCF && isVowel(spot.before) ? 0 : likely;  // as in PAÏEN
 }
 
-/// An accent in front of a consonant, likewise.
+/// The same for an accent in front of a consonant.
 int atConsonant(const Spot& spot) {
   const bool behindVowel = isVowel(spot.before);
   switch (spot.byte) {

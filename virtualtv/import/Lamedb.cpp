@@ -29,7 +29,7 @@ std::string_view versionOf(std::string_view line) {
   return line.substr(lamedbHead.size(), line.size() - lamedbHead.size() - 1);
 }
 
-/// A service as it stands there, in the lines of version 4 or the parts of version 5.
+/// A service as text: the lines of version 4 or the parts of version 5.
 struct Record {
   int line = 0;
   std::string_view reference;

@@ -27,7 +27,7 @@ Values valuesOf(std::string_view text) {
   return values;
 }
 
-/// The value at a place; 0 where the line ends before it.
+/// The value at an index; 0 when the line is shorter.
 std::uint64_t valueAt(const Values& values, std::size_t at, std::string_view what, std::uint64_t most) {
   return at < values.size() ? number(values[at], what, most) : 0;
 }
@@ -37,7 +37,7 @@ Modulation modulationAt(const Values& values, std::size_t at, const std::array<M
   return codes.at(static_cast<std::size_t>(valueAt(values, at, "modulation", count - 1)));
 }
 
-/// Tenths of a degree, to the west as negative ones or beyond 1800.
+/// Reads tenths of a degree. Western positions are negative or beyond 1800.
 int readPosition(std::string_view text) {
   const bool west = text.starts_with('-');
   const std::string_view digits = text.substr(west ? 1 : 0);
@@ -113,7 +113,7 @@ void readAmerican(Entry& entry, const Values& values) {
   entry.antenna = isQam(entry.modulation) ? ANTENNA_CABLE : ANTENNA_TERRESTRIAL;
 }
 
-/// An entry of the cache: two digits that tell what it is, four hexadecimal ones of its value.
+/// An entry of the cache: two digits for its kind, and four hexadecimal digits for its value.
 void readCached(Entry& entry, std::string_view text) {
   struct Audio {
     int id;

@@ -135,10 +135,10 @@ class M3uReader {
 
   ServiceList& list_;
   Problems& problems_;
-  std::string text_;  ///< of the service that comes next
-  int told_ = 0;      ///< the line that tells of it; 0 where none has yet
+  std::string text_;  ///< entry of the next service
+  int told_ = 0;      ///< the line that describes it; 0 for none
   ExtInf info_;
-  std::string_view group_;  ///< by a line of its own
+  std::string_view group_;  ///< from a line #EXTGRP
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Writes services of an M3U list: what was read, with what is changed in its place. Only such services have an address.
+// Writes services that came from an M3U list, with changed values updated. Only such services have an address.
 
 #include <algorithm>
 
@@ -16,7 +16,7 @@ constexpr std::string_view numberAttribute = "tvg-chno";
 constexpr std::string_view groupAttribute = "group-title";
 constexpr std::string_view radioAttribute = "radio";
 
-/// The attributes with one of them set, or without it where the value is empty.
+/// Sets one of the attributes, or removes it when the value is empty.
 std::string withAttribute(std::string_view attributes, std::string_view name, std::string value) {
   std::replace(value.begin(), value.end(), '"', '\'');
   const std::string assigned = value.empty() ? "" : std::string(name) + "=\"" + value + "\"";
@@ -32,7 +32,7 @@ std::string withAttribute(std::string_view attributes, std::string_view name, st
   return text.replace(start, length, assigned);
 }
 
-/// True when what is read gives the service its number.
+/// True when reading the attribute gives the service its number.
 bool givesNumber(std::string_view attribute, const Wanted& wanted) {
   if (!wanted.now.major) return true;
   std::uint64_t given = 0;

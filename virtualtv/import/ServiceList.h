@@ -23,8 +23,8 @@ constexpr std::uint64_t greatestChannelNumber = 65534;
 
 /// What a list says about one service, in the units of the set. Values missing in the list keep their defaults.
 struct Entry {
-  std::string_view name;   ///< as it stands in the list
-  std::string_view group;  ///< likewise; `ServiceList` sets it
+  std::string_view name;   ///< unchanged from the list
+  std::string_view group;  ///< unchanged from the list; `ServiceList` sets it
   /// The entry of the service, as a list with this service alone. The set stores it to preserve what it has no field
   /// for.
   std::string text;

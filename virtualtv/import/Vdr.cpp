@@ -56,7 +56,7 @@ struct Fields {
   }
 
   bool areEnough() const { return count >= fewestFields && count <= FIELDS; }
-  /// True for a service without a name, whose line starts with a colon as that of a group does.
+  /// True for a service without a name. Its line starts with a colon, like that of a group.
   bool areNameless() const { return trimmed(texts[NAME]).empty() && count >= fewestFields && hasFrequency(); }
   bool hasFrequency() const {
     const std::string_view frequency = texts[FREQUENCY];
@@ -81,8 +81,8 @@ Modulation satelliteModulation(const VdrParameters& parameters) {
   return modulation == MODULATION_QPSK && parameters.secondGeneration ? MODULATION_QPSK_S2 : modulation;
 }
 
-/// American cable networks are QAM under the same source letter as the terrestrial ones. Inputs that are none of the
-/// set's antennas are taken for cable.
+/// American cable networks have the same source letter as terrestrial ones, but QAM. Inputs that do not belong to one
+/// of the set's antennas count as cable.
 EAntennaMode antennaOf(char sourceLetter, Modulation modulation) {
   switch (sourceLetter) {
     case 'S':
@@ -127,7 +127,7 @@ void setIds(Entry& entry, const Fields& fields, const VdrSource& source) {
   entry.source = source.position ? source.position : entry.network;
 }
 
-/// Fields that the set has no use for may hold anything: teletext, conditional access, radio id.
+/// Fields that the set does not use may hold anything: teletext, conditional access, radio id.
 Entry readService(const Fields& fields) {
   const auto source = parseVdrSource(fields.texts[SOURCE]);
   if (!source) throw Unreadable{"source " + quoted(fields.texts[SOURCE]) + " is not known"};

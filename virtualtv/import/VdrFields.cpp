@@ -112,7 +112,7 @@ Stream readStream(std::string_view text, const std::string& what) {
   return stream;
 }
 
-/// A stream with two languages, one a side, is a track for each.
+/// A stream with two languages, one per channel, gives two tracks.
 void appendTracks(std::vector<AudioTrack>& tracks, std::string_view text, AudioCoding untyped) {
   while (!text.empty()) {
     const std::string_view piece = trimmed(cut(text, ','));
@@ -144,8 +144,8 @@ std::optional<VdrSource> parseVdrSource(std::string_view text) {
   return VdrSource{letter, std::nullopt};
 }
 
-/// Letters with a number each, of which the polarisations have none. Those that the set has no use for (code rates,
-/// inversion, roll-off, those of versions to come, those of other kinds of sources) may have any number or none.
+/// Letters, each with a number; polarisations have no number. Letters that the set does not use (code rates, inversion,
+/// roll-off, those of future versions or of other kinds of sources) may have any number or none.
 VdrParameters readVdrParameters(std::string_view text, char sourceLetter) {
   const bool satellite = sourceLetter == 'S';
   const bool terrestrial = sourceLetter == 'T' || sourceLetter == 'A';
@@ -181,7 +181,7 @@ int readVdrFrequency(std::string_view text, char sourceLetter) {
   throw Unreadable{"frequency " + quoted(text) + " is not within 30 to 1500 MHz, be it in MHz, kHz or Hz"};
 }
 
-/// The PIDs may be followed by a stream type, and the video PID by that of the clock.
+/// A stream type may follow a PID, and the clock PID may follow the video PID.
 int readVdrVideo(std::string_view text) {
   const int pid = readPid(text.substr(0, text.find_first_of("+=")), "video PID");
   return isStreamPid(pid) ? pid : 0;

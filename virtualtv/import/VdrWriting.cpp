@@ -60,7 +60,7 @@ std::string modulationParameter(Modulation modulation) {
   return "";
 }
 
-/// A character that a name can't start a line with: it tells that UTF-8 follows, and is no part of the name.
+/// A character that no name can start a line with: it announces UTF-8 and is not part of the name.
 constexpr char utf8Mark = '\x15';
 
 /// A name or the name of a group, in which | stands for a colon.
@@ -70,7 +70,7 @@ std::string vdrName(std::string_view name) {
   return text;
 }
 
-/// A comma would start a short name, unless there is one; a # a comment.
+/// Without a short name, a comma would start one; a # would start a comment.
 std::string nameField(std::string_view name) {
   std::string text = vdrName(name);
   if (text.find(',') != std::string::npos) text += ',';
@@ -107,7 +107,7 @@ bool isDolby(const AudioTrack& track) {
   return track.decodeType == CODING_AC3 || track.decodeType == CODING_EAC3;
 }
 
-/// The stream type that tells a coding; none where the place tells it.
+/// The stream type of a coding; empty if the position implies it.
 std::string streamType(const AudioTrack& track, bool behindSemicolon) {
   switch (track.decodeType) {
     case CODING_MPEG:
@@ -123,7 +123,7 @@ std::string streamType(const AudioTrack& track, bool behindSemicolon) {
   }
 }
 
-/// Those of Dolby at the end stand behind a semicolon.
+/// Dolby tracks at the end follow a semicolon.
 std::string audioField(const std::vector<AudioTrack>& tracks) {
   const auto dolby = std::find_if_not(tracks.rbegin(), tracks.rend(), isDolby).base();
   std::string text;
@@ -183,7 +183,7 @@ Pieces vdrFields(std::string_view line) {
   return pieces;
 }
 
-/// A name with the short name and the provider that stood behind the one before.
+/// A new name with the short name and the provider of the old one.
 std::string renamed(std::string_view name, std::string_view field) {
   const std::size_t provider = std::min(field.find(';'), field.size());
   const std::size_t comma = field.substr(0, provider).rfind(',');

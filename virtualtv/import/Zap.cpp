@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A line of a zap file is a service of fields between colons. How many they are, and what the third one is, tells the
-// antenna.
+// A line of a zap file is a service, with fields separated by colons. The number of fields and the third field
+// determine the antenna.
 
 #include "import/Zap.h"
 
@@ -21,7 +21,7 @@ namespace virtualtv::import {
 
 namespace {
 
-/// What a field of a line is. `other` is what the set has no use for.
+/// The meaning of a field. `other` fields are not used.
 enum class ZapField {
   name,
   hertz,
@@ -81,7 +81,7 @@ bool isAmericanModulation(std::string_view word) {
   return word == "8VSB" || word == "16VSB" || word == "VSB_8" || word == "VSB_16" || word.starts_with("QAM_");
 }
 
-/// The shape of a line by its third field and, where that is not enough, the fourth; null when it has none.
+/// The shape of a line, determined by its third field and, if needed, the fourth; null when there is none.
 const ZapShape* shapeOf(std::span<const std::string_view> fields) {
   if (fields.size() < 4) return nullptr;
   if (fields[2].starts_with(inversionWord)) return &shapes[fields[3].starts_with("BANDWIDTH_") ? 0 : 1];

@@ -118,8 +118,7 @@ class Core {
   std::string openRpc_;
   Events events_;
   Scans scans_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< lets delayed functions know whether this object
-                                                                ///< still exists
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< checked by delayed functions
 };
 
 }  // namespace virtualtv::rpc

@@ -46,8 +46,7 @@ struct Options {
   std::function<void(std::chrono::milliseconds, std::function<void()>)> after{};
   bool waits = true;  ///< delay replies by the latencies of the set's calls
   std::size_t mostSessions = 2000;
-  std::filesystem::path state{};  ///< directory with the state of the set, reported to clients; empty for a set in
-                                  ///< memory
+  std::filesystem::path state{};  ///< the set's state directory, reported to clients; empty in memory
   std::shared_ptr<const shell::FileAccess> files{};  ///< the files that clients can use; null for none
   /// Called with each line about what the set could not read or persist.
   std::function<void(const std::string&)> complain{};
@@ -78,8 +77,7 @@ class Client {
   Core& core_;
   Outlet& outlet_;
   std::string session_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< lets delayed replies know whether this object still
-                                                                ///< exists
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< checked by delayed replies
 };
 
 /// Serves clients on a device. Used on the device's thread, and destroyed there before the device.

@@ -64,8 +64,7 @@ struct Fault {
 
   std::uint64_t id = 0;  ///< assigned by the seam, never reused
   const Operation* operation = nullptr;
-  std::string window;  ///< the name of the window whose interface is called; empty for any window and for plain
-                       ///< functions
+  std::string window;  ///< name of the interface's window; empty for any, and for plain functions
   std::string engine;  ///< the key of the calling engine; empty for any
   Way way = Way::outputs;
   std::string result;                          ///< a number, or a text if the operation returns one

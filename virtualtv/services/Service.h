@@ -71,8 +71,7 @@ using FieldValue = std::variant<std::monostate, std::uint64_t, std::u16string>;
 
 /// The recording of a broadcast from which a service plays.
 struct Footage {
-  std::string path;        ///< file path, any bytes; absolute, or relative to the directory that a server opens to its
-                           ///< clients
+  std::string path;        ///< any bytes; absolute, or relative to the directory that clients of a server can use
   int video = 0;           ///< PID of the video stream
   int type = 0;            ///< stream type of the video in the program map, see `streamOfH264`
   bool isTrusted = false;  ///< the path comes from the user who runs the program, not from a client or a document
