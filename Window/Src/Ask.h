@@ -13,21 +13,20 @@ namespace kel {
 
 inline constexpr const char* kUnknownException = "unknown exception";
 
-/// Logs an exception that was caught in an operation.
-inline void LogException(Location at, const char* what, int level = kFailure) {
-  KEL_LOG_AS(at, level, "Exception Handled by %s %s", at.function, what);
+/// Logs an exception that the operation at work caught.
+inline void LogException(const char* what, int level = kFailure) {
+  KEL_LOG(level, "Exception Handled by %s %s", LogScope::Name(), what);
 }
 
-/// The result of `call`, or `failed` when it throws. @param at  the calling operation. @param level  log level for an
-/// exception.
+/// The result of `call`, or `failed` when it throws. @param level  log level for an exception.
 template <typename Call, typename Result>
-Result Try(Location at, Result failed, Call call, int level = kFailure) {
+Result Try(Result failed, Call call, int level = kFailure) {
   try {
     return call();
   } catch (const std::exception& exception) {
-    LogException(at, exception.what(), level);
+    LogException(exception.what(), level);
   } catch (...) {
-    LogException(at, kUnknownException, level);
+    LogException(kUnknownException, level);
   }
   return failed;
 }
@@ -35,8 +34,8 @@ Result Try(Location at, Result failed, Call call, int level = kFailure) {
 /// Makes a call after whose ordinary failure the caller continues. @return false when the call throws: the caller must
 /// then fail.
 template <typename Call>
-bool Reach(Location at, Call call) {
-  return Try(at, false, [&] {
+bool Reach(Call call) {
+  return Try(false, [&] {
     call();
     return true;
   });
@@ -47,9 +46,9 @@ inline constexpr int kFailed = -1;
 
 /// The result of `call` on an interface; -1 when the interface is missing or the call throws.
 template <typename Interface, typename Call>
-int Ask(Location at, Interface* proxy, Call call) {
+int Ask(Interface* proxy, Call call) {
   if (proxy == nullptr) return kFailed;
-  return Try(at, kFailed, [&] { return call(*proxy); });
+  return Try(kFailed, [&] { return call(*proxy); });
 }
 
 }  // namespace kel

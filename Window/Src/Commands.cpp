@@ -17,8 +17,6 @@ namespace {
 
 using W = CEmpTaskWindow;
 
-constexpr const char* kFunction = "Execute";  // what the rows log under
-
 constexpr std::size_t kNameUnits = 257;
 constexpr std::size_t kServiceIdBytes = 32;
 constexpr std::size_t kRectBytes = 40;
@@ -170,7 +168,7 @@ int GetChannelServiceId(const Call& call) {
 int GetChannelOnTVJson(const Call& call) {
   std::string text;
   const int result = call.worker.GetChannel_OnTVJson(call.in.number[0], text);
-  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get Json string");
+  if (result != 1) KEL_LOG(kRoutine, "Fail to get Json string");
   return AnswerIfOne(call, result, text, result);
 }
 
@@ -183,7 +181,7 @@ int GetFullChannelList(const Call& call) {
 int GetCurrentChannelInfo(const Call& call) {
   std::string text;
   const int result = call.worker.GetCurrentChannelInfo(text);
-  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get current channel information");
+  if (result != 1) KEL_LOG(kRoutine, "Fail to get current channel information");
   return AnswerIfOne(call, result, text, result);
 }
 
@@ -244,7 +242,7 @@ int SetScreenZorder(const Call& call) {
 
 /// A change of the audio track: 1 or 0, and a line when it fails.
 int AnswerChange(const Call& call, int result, const char* failed) {
-  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, failed, static_cast<unsigned>(call.in.number[0]));
+  if (result != 1) KEL_LOG(kRoutine, failed, static_cast<unsigned>(call.in.number[0]));
   call.reply.Integer(result == 1 ? 1 : 0);
   return result;
 }
@@ -271,7 +269,7 @@ void AnswerTracks(const Call& call, std::string& text) {
 int GetMultiAudioInfo(const Call& call) {
   std::string text;
   const int result = call.worker.GetMultiAudioInfo(text);
-  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get the audio information");
+  if (result != 1) KEL_LOG(kRoutine, "Fail to get the audio information");
   AnswerTracks(call, text);
   return result;
 }
@@ -279,7 +277,7 @@ int GetMultiAudioInfo(const Call& call) {
 int GetCurrentAudioInfo(const Call& call) {
   std::string text;
   const int result = call.worker.GetCurrentAudioInfo(text);
-  if (result != 1) KEL_LOG_AS(kFunction, kRoutine, "Fail to get GetCurrentAudioInfo");
+  if (result != 1) KEL_LOG(kRoutine, "Fail to get GetCurrentAudioInfo");
   return AnswerIfOne(call, result, text, -1);
 }
 
@@ -297,9 +295,9 @@ int GetCurrentSubtitle(const Call& call) {
   int language = call.command.preset;
   const int result = call.worker.GetCurrentSubtitle(&language);
   if (result == 1) {
-    KEL_LOG_AS(kFunction, kRoutine, "value of GetCurrentSubtitle is  [%d]", language);
+    KEL_LOG(kRoutine, "value of GetCurrentSubtitle is  [%d]", language);
   } else {
-    KEL_LOG_AS(kFunction, kRoutine, "Fail to GetCurrentSubtitle information");
+    KEL_LOG(kRoutine, "Fail to GetCurrentSubtitle information");
   }
   call.reply.Integer(language);
   return result;
@@ -309,9 +307,9 @@ int GetSubtitleInfo(const Call& call) {
   std::string text;
   const int result = call.worker.GetSubtitleInfo(text);
   if (result == 1) {
-    KEL_LOG_AS(kFunction, kRoutine, "value of GetSubtitleInfo [%s]", text.c_str());
+    KEL_LOG(kRoutine, "value of GetSubtitleInfo [%s]", text.c_str());
   } else {
-    KEL_LOG_AS(kFunction, kRoutine, "Fail to get the subtitle information");
+    KEL_LOG(kRoutine, "Fail to get the subtitle information");
   }
   AnswerTracks(call, text);
   return result;
@@ -320,9 +318,9 @@ int GetSubtitleInfo(const Call& call) {
 int ChangeSubtitle(const Call& call) {
   const int result = call.worker.ChangeSubtitle(call.in.number[0]);
   if (result == 1) {
-    KEL_LOG_AS(kFunction, kRoutine, "Sucessful to ChangeSubtitle");
+    KEL_LOG(kRoutine, "Sucessful to ChangeSubtitle");
   } else {
-    KEL_LOG_AS(kFunction, kRoutine, "Fail to ChangeSubtitle [0x%x]", static_cast<unsigned>(call.in.number[0]));
+    KEL_LOG(kRoutine, "Fail to ChangeSubtitle [0x%x]", static_cast<unsigned>(call.in.number[0]));
   }
   call.reply.Integer(result);
   return result;
@@ -334,7 +332,7 @@ int GetFavorites(const Call& call) {
     return call.command.refusal;
   }
   unsigned long long id = call.in.id;
-  KEL_LOG_AS(kFunction, kRoutine, "id == %llu", id);
+  KEL_LOG(kRoutine, "id == %llu", id);
   std::string text;
   const int result = call.worker.GetFavorites(id, text);
   return AnswerIfOne(call, result, text, -1);

@@ -6,12 +6,11 @@
 
 namespace kel {
 
-/// The manager of the secondary TV stack; null when it can't be reached. @param at  the calling operation. @param level
-/// log level for an exception.
-inline CD2tvMgrProxy* D2tvManager(Location at, int level = kFailure) {
+/// The manager of the secondary TV stack; null when it can't be reached. @param level  log level for an exception.
+inline CD2tvMgrProxy* D2tvManager(int level = kFailure) {
   constexpr CD2tvMgrProxy* none = nullptr;
   const auto ask = [] { return CD2tvMgrProxy::GetInstance("EMP_WINDOW"); };
-  return Try(at, none, ask, level);
+  return Try(none, ask, level);
 }
 
 }  // namespace kel

@@ -119,11 +119,10 @@ TSTvMode CEmpConverterWindow::GetTCTVModeValue(_PL_WINDOW_TV_MODE mode) {
 }
 
 int CEmpConverterWindow::t_GetDefaultServiceMode() {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "CEmpConverterWindow :: t_GetDefaultServiceMode");
-  const char* const function = __func__;
   int region = 0;
-  const int result =
-      Try(function, kFailed, [&] { return system_info_get_value_int(SYSTEM_INFO_KEY_REGION_KIND, &region); });
+  const int result = Try(kFailed, [&] { return system_info_get_value_int(SYSTEM_INFO_KEY_REGION_KIND, &region); });
   if (result != 0) {
     KEL_LOG(kInformation, "system_info_get_value_int(SYSTEM_INFO_KEY_REGION_KIND, &region) : %d", result);
     return -1;
@@ -131,8 +130,7 @@ int CEmpConverterWindow::t_GetDefaultServiceMode() {
   if (region == 17) return 2;
 
   int nCountry = 0;
-  if (Try(function, kFailed, [&] { return system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry); }) !=
-      0) {
+  if (Try(kFailed, [&] { return system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry); }) != 0) {
     KEL_LOG(kFailure, "system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry) failed");
     return -1;
   }

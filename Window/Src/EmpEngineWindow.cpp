@@ -89,14 +89,14 @@ int CropScreen(CEmpTaskWindow* worker, const ParamList& params, CEmpEngineWindow
 
 /// Runs the body of an entry. An exception that no operation has caught is logged, answered with -1 and finished.
 template <typename Finish, typename Body>
-bool Guarded(Location at, CEmpEngineWindow::Reply& reply, Finish finish, Body body) {
+bool Guarded(CEmpEngineWindow::Reply& reply, Finish finish, Body body) {
   constexpr int failed = -1;
   try {
     return body();
   } catch (const std::exception& exception) {
-    LogException(at, exception.what());
+    LogException(exception.what());
   } catch (...) {
-    LogException(at, kUnknownException);
+    LogException(kUnknownException);
   }
   reply.Integer(failed);
   return finish(failed);
@@ -105,19 +105,21 @@ bool Guarded(Location at, CEmpEngineWindow::Reply& reply, Finish finish, Body bo
 }  // namespace
 
 CEmpEngineWindow::CEmpEngineWindow() : m_pEmpTaskWindow(nullptr) {
+  const LogScope scope(__func__);
   KEL_LOG(kRoutine, "[CEmpEngineWindow::CEmpEngineWindow][%p] begin.", static_cast<void*>(this));
-  KEL_LOG_PLACE(kEngineFile, __func__, kRoutine);
+  KEL_LOG_PLACE(kEngineFile, kRoutine);
   constexpr CEmpTaskWindow* none = nullptr;
-  m_pEmpTaskWindow = Try(__func__, none, [] { return new CEmpTaskWindow; });
-  const bool created = m_pEmpTaskWindow != nullptr &&
-                       Try(__func__, false, [this] { return m_pEmpTaskWindow->Create("CEmpTaskWindow", this); });
-  if (!created) KEL_LOG_ERROR(kEngineFile, __func__, kMissingWorker);
+  m_pEmpTaskWindow = Try(none, [] { return new CEmpTaskWindow; });
+  const bool created =
+      m_pEmpTaskWindow != nullptr && Try(false, [this] { return m_pEmpTaskWindow->Create("CEmpTaskWindow", this); });
+  if (!created) KEL_LOG_ERROR(kEngineFile, kMissingWorker);
   KEL_LOG(kRoutine, "[CEmpEngineWindow::CEmpEngineWindow][%p] end.", static_cast<void*>(this));
 }
 
 CEmpEngineWindow::~CEmpEngineWindow() {
+  const LogScope scope(__func__);
   KEL_LOG(kRoutine, "[CEmpEngineWindow::~CEmpEngineWindow][%p] begin.", static_cast<void*>(this));
-  KEL_LOG_PLACE(kEngineFile, __func__, kRoutine);
+  KEL_LOG_PLACE(kEngineFile, kRoutine);
   if (m_pEmpTaskWindow != nullptr) {
     if (m_pEmpTaskWindow->FlagCreate()) m_pEmpTaskWindow->Destroy();
     delete m_pEmpTaskWindow;
@@ -128,27 +130,25 @@ CEmpEngineWindow::~CEmpEngineWindow() {
 
 bool CEmpEngineWindow::Execute(std::string& ret, const std::string& cmd, const std::string& p1, const std::string& p2,
                                const std::string& p3, const std::string& p4) {
-  const char* const function = __func__;
+  const LogScope scope(__func__);
   Reply reply(*this, ret);
   const auto finish = [&](int result) {
-    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::Execute Command[%s] Finish result[%d].", cmd.c_str(), result);
+    KEL_LOG(kRoutine, "CEmpEngineWindow::Execute Command[%s] Finish result[%d].", cmd.c_str(), result);
     return true;
   };
-  return Guarded(function, reply, finish, [&] {
-    KEL_LOG_AS(function, kRoutine, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s],pid = %lu", function,
-               static_cast<void*>(this), cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str(),
-               static_cast<unsigned long>(pthread_self()));
+  return Guarded(reply, finish, [&] {
+    KEL_LOG(kRoutine, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s],pid = %lu", LogScope::Name(),
+            static_cast<void*>(this), cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str(),
+            static_cast<unsigned long>(pthread_self()));
     if (m_pEmpTaskWindow == nullptr) {
-      KEL_LOG_AS(function, kMissingWorker,
-                 "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s] but m_pEmpTaskWindow is NULL!!", function,
-                 static_cast<void*>(this), cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str());
-      KEL_LOG_ERROR(kEngineFile, function, kMissingWorker);
+      KEL_LOG(kMissingWorker, "[CEmpEngineWindow::%s][%p] [%s][%s][%s][%s][%s] but m_pEmpTaskWindow is NULL!!",
+              LogScope::Name(), static_cast<void*>(this), cmd.c_str(), p1.c_str(), p2.c_str(), p3.c_str(), p4.c_str());
+      KEL_LOG_ERROR(kEngineFile, kMissingWorker);
       return false;
     }
     const Command* const command = FindCommand(cmd);
     if (command == nullptr) {
-      KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::Execute Command[%s] is NOT supported. return false",
-                 cmd.c_str());
+      KEL_LOG(kRoutine, "CEmpEngineWindow::Execute Command[%s] is NOT supported. return false", cmd.c_str());
       return false;
     }
     return finish(RunCommand(*command, *m_pEmpTaskWindow, {&p1, &p2, &p3, &p4}, reply));
@@ -156,23 +156,21 @@ bool CEmpEngineWindow::Execute(std::string& ret, const std::string& cmd, const s
 }
 
 bool CEmpEngineWindow::ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& params) {
-  const char* const function = __func__;
+  const LogScope scope(__func__);
   Reply reply(*this, ret);
   const auto finish = [&](int result) {
-    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] Finish result[%d].", cmd.c_str(),
-               result);
+    KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] Finish result[%d].", cmd.c_str(), result);
     return true;
   };
-  return Guarded(function, reply, finish, [&] {
-    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList[%s]\n", cmd.c_str());
+  return Guarded(reply, finish, [&] {
+    KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList[%s]\n", cmd.c_str());
     if (cmd.empty()) {
-      KEL_LOG_AS(function, kRoutine, "Command length is <= 0.\n");
+      KEL_LOG(kRoutine, "Command length is <= 0.\n");
       return false;
     }
     if (cmd == "SetScreenCropRect") return finish(CropScreen(m_pEmpTaskWindow, params, reply));
     reply.Integer(-1);
-    KEL_LOG_AS(function, kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] is NOT supported. return false",
-               cmd.c_str());
+    KEL_LOG(kRoutine, "CEmpEngineWindow::ExecuteWithParamList Command[%s] is NOT supported. return false", cmd.c_str());
     return false;
   });
 }

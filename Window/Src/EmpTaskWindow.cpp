@@ -30,9 +30,9 @@ enum class Made { yes, refused, nothing, thrown };
 
 /// Runs a factory. On failure `target` is null.
 template <typename Interface>
-Made Make(Location at, Interface*& target, Factory<Interface> factory, EProfile profile) {
+Made Make(Interface*& target, Factory<Interface> factory, EProfile profile) {
   target = nullptr;
-  const Made made = Try(at, Made::thrown, [&] {
+  const Made made = Try(Made::thrown, [&] {
     if (factory(profile, kIndex, &target) != 0) return Made::refused;
     return target == nullptr ? Made::nothing : Made::yes;
   });
@@ -42,9 +42,9 @@ Made Make(Location at, Interface*& target, Factory<Interface> factory, EProfile 
 
 /// One step of `Create`: runs a factory for the main window. @return 1 for a failure, 0 for none.
 template <typename Interface>
-int MakeFirst(Location at, Interface*& target, Factory<Interface> factory, int level, const char* failed) {
-  if (Make(at, target, factory, PROFILE_MAIN) == Made::yes) return 0;
-  KEL_LOG_AS(at, level, "%s", failed);
+int MakeFirst(Interface*& target, Factory<Interface> factory, int level, const char* failed) {
+  if (Make(target, factory, PROFILE_MAIN) == Made::yes) return 0;
+  KEL_LOG(level, "%s", failed);
   return 1;
 }
 
@@ -58,11 +58,11 @@ struct Binding {
 
 /// Creates a window's own instance if it is missing, and activates it.
 template <typename Interface>
-bool Bind(Location at, Interface*& active, Interface*& own, EProfile profile, const Binding<Interface>& binding) {
-  const Made made = own == nullptr ? Make(at, own, binding.factory, profile) : Made::yes;
+bool Bind(Interface*& active, Interface*& own, EProfile profile, const Binding<Interface>& binding) {
+  const Made made = own == nullptr ? Make(own, binding.factory, profile) : Made::yes;
   if (made == Made::refused || made == Made::thrown)
-    KEL_LOG_AS(at, kFailure, binding.refused, static_cast<int>(profile), kIndex);
-  if (made == Made::nothing) KEL_LOG_AS(at, kFailure, "%s", binding.nothing);
+    KEL_LOG(kFailure, binding.refused, static_cast<int>(profile), kIndex);
+  if (made == Made::nothing) KEL_LOG(kFailure, "%s", binding.nothing);
   if (made != Made::yes) return false;
   active = own;
   return true;
@@ -70,19 +70,20 @@ bool Bind(Location at, Interface*& active, Interface*& own, EProfile profile, co
 
 /// Creates an active proxy on first use. Such a proxy is not stored as a window's own.
 template <typename Interface>
-bool Check(Location at, Interface*& active, Factory<Interface> factory, int window, const char* missing,
+bool Check(Location operation, Interface*& active, Factory<Interface> factory, int window, const char* missing,
            const char* failed) {
   if (active != nullptr) return true;
-  KEL_LOG_AS(at, kFailure, missing, window);
+  const LogScope scope(operation);
+  KEL_LOG(kFailure, missing, window);
   const EProfile profile = window == PL_WINDOW_WINDOW_MAIN ? PROFILE_MAIN : PROFILE_PIP;
-  if (Make(at, active, factory, profile) == Made::yes) return true;
-  KEL_LOG_AS(at, kFailure, "%s", failed);
+  if (Make(active, factory, profile) == Made::yes) return true;
+  KEL_LOG(kFailure, "%s", failed);
   return false;
 }
 
 /// Returns `there`, and logs a missing proxy.
-bool Needed(Location at, bool there, const char* missing) {
-  if (!there) KEL_LOG_AS(at, kFailure, "%s", missing);
+bool Needed(bool there, const char* missing) {
+  if (!there) KEL_LOG(kFailure, "%s", missing);
   return there;
 }
 
@@ -118,17 +119,20 @@ CEmpTaskWindow::CEmpTaskWindow()
       tuner_ctrl_proxy(nullptr),
       svc_proxy(nullptr),
       t_eWindow(3) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "[CEmpTaskWindow::CEmpTaskWindow][%p] begin.", static_cast<void*>(this));
   KEL_LOG(kInformation, "[CEmpTaskWindow::CEmpTaskWindow][%p] end.", static_cast<void*>(this));
 }
 
 CEmpTaskWindow::~CEmpTaskWindow() {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "[CEmpTaskWindow::~CEmpTaskWindow][%p] begin.", static_cast<void*>(this));
   if (m_pEngine != nullptr) CEmpTaskWindow::Destroy();
   KEL_LOG(kInformation, "[CEmpTaskWindow::~CEmpTaskWindow][%p] end.", static_cast<void*>(this));
 }
 
 void CEmpTaskWindow::Destroy() {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "[CEmpTaskWindow::Destroy][%p] begin.", static_cast<void*>(this));
   t_ClearChannelList();
   DestroyD2TVManagerInstance();
@@ -140,6 +144,7 @@ bool CEmpTaskWindow::FlagCreate() {
 }
 
 bool CEmpTaskWindow::Create(const char* /*name*/, CEmpEngineBase* engine) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "[CEmpTaskWindow::Create][%p] begin.", static_cast<void*>(this));
   int nError = 0;
   if (FlagCreate()) {
@@ -164,36 +169,35 @@ bool CEmpTaskWindow::Create(const char* /*name*/, CEmpEngineBase* engine) {
 }
 
 int CEmpTaskWindow::t_CreateProxies() {
-  constexpr const char* function = "Create";
-  int nError =
-      MakeFirst(function, svc_proxy, MakeService, kFailure, "CEmpTaskWindow::Create. svc_proxy create is FAIL!!");
-  nError += MakeFirst(function, src_ctrl_proxy_main, TVServiceAPI::CreateSourceControl, kFailure,
+  int nError = MakeFirst(svc_proxy, MakeService, kFailure, "CEmpTaskWindow::Create. svc_proxy create is FAIL!!");
+  nError += MakeFirst(src_ctrl_proxy_main, TVServiceAPI::CreateSourceControl, kFailure,
                       "CEmpTaskWindow::Create. src_ctrl_proxy create is FAIL!!");
   src_ctrl_proxy = src_ctrl_proxy_main;
-  nError += MakeFirst(function, svc_navi_proxy_main, TVServiceAPI::CreateServiceNavigation, kFailure,
+  nError += MakeFirst(svc_navi_proxy_main, TVServiceAPI::CreateServiceNavigation, kFailure,
                       "CEmpTaskWindow::Create. svc_navi_proxy create is FAIL!!");
   svc_navi_proxy = svc_navi_proxy_main;
-  nError += MakeFirst(function, av_ctrl_proxy_main, TVServiceAPI::CreateAVControl, kFailure,
+  nError += MakeFirst(av_ctrl_proxy_main, TVServiceAPI::CreateAVControl, kFailure,
                       "CEmpTaskWindow::Create. av_ctrl_proxy create is FAIL!!");
   av_ctrl_proxy = av_ctrl_proxy_main;
-  nError += MakeFirst(function, servicedata_aux_proxy_main, MakeServiceDataAux, kFailure,
+  nError += MakeFirst(servicedata_aux_proxy_main, MakeServiceDataAux, kFailure,
                       "CEmpTaskWindow::Create. servicedata_aux_proxy create is FAIL!!");
   servicedata_aux_proxy = servicedata_aux_proxy_main;
   // The next three are only activated, not stored: selecting the main window later creates another video control.
-  nError += MakeFirst(function, video_ctrl_proxy, TVServiceAPI::CreateVideoControl, kFailure,
+  nError += MakeFirst(video_ctrl_proxy, TVServiceAPI::CreateVideoControl, kFailure,
                       "CEmpTaskWindow::Create. video_ctrl_proxy create is FAIL!!");
-  nError += MakeFirst(function, tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, kInformation,
+  nError += MakeFirst(tuner_ctrl_proxy, TVServiceAPI::CreateTunerControl, kInformation,
                       "CEmpTaskTV::Create. tuner_ctrl_proxy create is FAIL!!");
-  nError += MakeFirst(function, svc_datacontrol_proxy, TVServiceAPI::CreateDataControl, kFailure,
+  nError += MakeFirst(svc_datacontrol_proxy, TVServiceAPI::CreateDataControl, kFailure,
                       "CEmpTaskWindow::Create. svc_datacontrol_proxy create is FAIL!!");
   return nError;
 }
 
 int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kRoutine);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kRoutine);
   t_eWindow = window;
   const bool main = window == PL_WINDOW_WINDOW_MAIN;
-  const EProfile profile = t_TellWindow(__func__);
+  const EProfile profile = t_TellWindow();
 
   // The picture-in-picture window reports its navigation in the words of the source control.
   const Binding<IServiceNavigation> navigation{
@@ -207,30 +211,29 @@ int CEmpTaskWindow::SetWindow(_PL_WINDOW_WINDOW window) {
   const Binding<IAVControl> av{TVServiceAPI::CreateAVControl, "CreateAVControl returned false for [p:%d,s:%d] failed.",
                                "CreateAVControl returned NULL!!!"};
 
-  const bool bound =
-      Bind(__func__, svc_navi_proxy, main ? svc_navi_proxy_main : svc_navi_proxy_pip, profile, navigation) &&
-      t_BindSourceControl(__func__, profile) &&
-      Bind(__func__, video_ctrl_proxy, main ? video_ctrl_proxy_main : video_ctrl_proxy_pip, profile, video) &&
-      Bind(__func__, av_ctrl_proxy, main ? av_ctrl_proxy_main : av_ctrl_proxy_pip, profile, av) &&
-      t_BindServiceDataAux(profile);
+  const bool bound = Bind(svc_navi_proxy, main ? svc_navi_proxy_main : svc_navi_proxy_pip, profile, navigation) &&
+                     t_BindSourceControl(profile) &&
+                     Bind(video_ctrl_proxy, main ? video_ctrl_proxy_main : video_ctrl_proxy_pip, profile, video) &&
+                     Bind(av_ctrl_proxy, main ? av_ctrl_proxy_main : av_ctrl_proxy_pip, profile, av) &&
+                     t_BindServiceDataAux(profile);
   return bound && t_BindDataControl(main) ? 1 : 0;
 }
 
-EProfile CEmpTaskWindow::t_TellWindow(Location at) {
+EProfile CEmpTaskWindow::t_TellWindow() {
   if (t_eWindow == PL_WINDOW_WINDOW_MAIN) {
-    KEL_LOG_AS(at, kRoutine, "PL_WINDOW_WINDOW_MAIN");
+    KEL_LOG(kRoutine, "PL_WINDOW_WINDOW_MAIN");
     return PROFILE_MAIN;
   }
-  KEL_LOG_AS(at, kRoutine, "PL_WINDOW_WINDOW_PIP");
+  KEL_LOG(kRoutine, "PL_WINDOW_WINDOW_PIP");
   return PROFILE_PIP;
 }
 
-bool CEmpTaskWindow::t_BindSourceControl(Location at, EProfile profile) {
+bool CEmpTaskWindow::t_BindSourceControl(EProfile profile) {
   const Binding<ISourceControl> control{TVServiceAPI::CreateSourceControl,
                                         "CreateSourceControl returned false for [p:%d,s:%d] failed.",
                                         "CreateSourceControl returned NULL!!!"};
   const bool main = profile == PROFILE_MAIN;
-  if (!Bind(at, src_ctrl_proxy, main ? src_ctrl_proxy_main : src_ctrl_proxy_pip, profile, control)) return false;
+  if (!Bind(src_ctrl_proxy, main ? src_ctrl_proxy_main : src_ctrl_proxy_pip, profile, control)) return false;
   m_SourceVconf = main ? kMainSource : kPipSource;
   m_PreviousSourceVconf = main ? kPreviousMainSource : kPreviousPipSource;
   return true;
@@ -238,8 +241,8 @@ bool CEmpTaskWindow::t_BindSourceControl(Location at, EProfile profile) {
 
 bool CEmpTaskWindow::t_BindServiceDataAux(EProfile profile) {
   ServiceDataAux*& own = profile == PROFILE_MAIN ? servicedata_aux_proxy_main : servicedata_aux_proxy_pip;
-  if (own == nullptr && Make("SetWindow", own, MakeServiceDataAux, profile) != Made::yes) {
-    KEL_LOG_AS("SetWindow", kFailure, "ServiceDataAux returned NULL!!!");
+  if (own == nullptr && Make(own, MakeServiceDataAux, profile) != Made::yes) {
+    KEL_LOG(kFailure, "ServiceDataAux returned NULL!!!");
     return false;
   }
   servicedata_aux_proxy = own;
@@ -250,12 +253,12 @@ bool CEmpTaskWindow::t_BindServiceDataAux(EProfile profile) {
 bool CEmpTaskWindow::t_BindDataControl(bool main) {
   IDataControl*& own = main ? svc_datacontrol_proxy_main : svc_datacontrol_proxy_pip;
   Made made = Made::yes;
-  if (own == nullptr) made = Make("SetWindow", own, TVServiceAPI::CreateDataControl, PROFILE_MAIN);  // in both windows
+  if (own == nullptr) made = Make(own, TVServiceAPI::CreateDataControl, PROFILE_MAIN);  // in both windows
   if (made != Made::yes) {
     if (main) {
-      KEL_LOG_AS("SetWindow", kFailure, "SetWindow svc_datacontrol_proxy_main create is FAIL!!");
+      KEL_LOG(kFailure, "SetWindow svc_datacontrol_proxy_main create is FAIL!!");
     } else {
-      KEL_LOG_AS("SetWindow", kFailure, "SetWindow svc_datacontrol_proxy_pip create is FAIL!!");
+      KEL_LOG(kFailure, "SetWindow svc_datacontrol_proxy_pip create is FAIL!!");
     }
   }
   svc_datacontrol_proxy = own;
@@ -302,46 +305,46 @@ bool CEmpTaskWindow::t_CheckTunerControlproxy() {
                "tuner_ctrl_proxy is NULL, t_eWindow =%d", "CEmpTaskWindow tuner_ctrl_proxy create is FAIL!!");
 }
 
-bool CEmpTaskWindow::t_NeedServiceproxy(Location at) {
-  return Needed(at, t_CheckServiceproxy(), "Serviceproxy is NULL");
+bool CEmpTaskWindow::t_NeedServiceproxy() {
+  return Needed(t_CheckServiceproxy(), "Serviceproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedServiceNavigationproxy(Location at) {
-  return Needed(at, t_CheckServiceNavigationproxy(), "ServiceNavigationproxy is NULL");
+bool CEmpTaskWindow::t_NeedServiceNavigationproxy() {
+  return Needed(t_CheckServiceNavigationproxy(), "ServiceNavigationproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedSourceControlproxy(Location at) {
-  return Needed(at, t_CheckSourceControlproxy(), "SourceControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedSourceControlproxy() {
+  return Needed(t_CheckSourceControlproxy(), "SourceControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedVideoControlproxy(Location at) {
-  return Needed(at, t_CheckVideoControlproxy(), "VideoControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedVideoControlproxy() {
+  return Needed(t_CheckVideoControlproxy(), "VideoControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedAVControlproxy(Location at) {
-  return Needed(at, t_CheckAVControlproxy(), "AVControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedAVControlproxy() {
+  return Needed(t_CheckAVControlproxy(), "AVControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedServiceDataAuxproxy(Location at) {
-  return Needed(at, t_CheckServiceDataAuxproxy(), "ServiceDataAuxproxy is NULL");
+bool CEmpTaskWindow::t_NeedServiceDataAuxproxy() {
+  return Needed(t_CheckServiceDataAuxproxy(), "ServiceDataAuxproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedDataControlproxy(Location at) {
-  return Needed(at, t_CheckDataControlproxy(), "ServiceDataControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedDataControlproxy() {
+  return Needed(t_CheckDataControlproxy(), "ServiceDataControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_NeedTunerControlproxy(Location at) {
-  return Needed(at, t_CheckTunerControlproxy(), "TunerControlproxy is NULL");
+bool CEmpTaskWindow::t_NeedTunerControlproxy() {
+  return Needed(t_CheckTunerControlproxy(), "TunerControlproxy is NULL");
 }
 
-bool CEmpTaskWindow::t_GetAppId(Location at, std::string& appId) {
+bool CEmpTaskWindow::t_GetAppId(std::string& appId) {
   appId.clear();
-  if (m_pEngine != nullptr && !Reach(at, [&] { appId = m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); })) return false;
+  if (m_pEngine != nullptr && !Reach([&] { appId = m_pEngine->GetAppInfo(eAPP_INFO_APP_ID); })) return false;
   if (appId.empty()) {
-    KEL_LOG_AS(at, kFailure, "Could not get app ID.");
+    KEL_LOG(kFailure, "Could not get app ID.");
     appId = "NoAppId";
   }
-  KEL_LOG_AS(at, kInformation, "appid is %s", appId.c_str());
+  KEL_LOG(kInformation, "appid is %s", appId.c_str());
   return true;
 }
 

@@ -44,7 +44,7 @@ Value ChannelType(const TCServiceData& service, int fieldId) {
 /// What an operation of the families reads and logs. The formats of the indexed family take the operation's name, the
 /// index and the value; those of the others take the name and the value. A value is passed as stored and as returned.
 struct CEmpTaskWindow::FieldQuery {
-  Location at{nullptr, 0};
+  Location operation{nullptr, 0};
   int fieldId = 0;
   Value (*read)(const TCServiceData&, int) = nullptr;
   const char* null = nullptr;
@@ -61,26 +61,26 @@ struct CEmpTaskWindow::FieldQuery {
 
 template <typename Number>
 int CEmpTaskWindow::t_GetChannelNumber(const FieldQuery& query, int index, Number* out) {
-  const Location at = query.at;
-  if (query.logsPlace) KEL_LOG_PLACE(kTaskFile, at, kInformation);
-  KEL_LOG_AS(at, query.beginLevel, query.begin, at.function, index);
+  const LogScope scope(query.operation);
+  if (query.logsPlace) KEL_LOG_PLACE(kTaskFile, kInformation);
+  KEL_LOG(query.beginLevel, query.begin, LogScope::Name(), index);
   if (out == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, at, kInformation);
-    KEL_LOG_AS(at, kInformation, query.null, at.function, index);
+    KEL_LOG_ERROR(kTaskFile, kInformation);
+    KEL_LOG(kInformation, query.null, LogScope::Name(), index);
     return -3;
   }
   TCServiceData* service = nullptr;
   if (t_GetChannelSeek(index, &service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, at, query.tellsMissing ? kInformation : kFailure);
+    KEL_LOG_ERROR(kTaskFile, query.tellsMissing ? kInformation : kFailure);
     if (query.tellsMissing) {
-      KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s][Idx:%d] Failed to get data.", at.function, index);
+      KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] Failed to get data.", LogScope::Name(), index);
     }
     return -1;
   }
-  if (query.logsServiceId) KEL_LOG_AS(at, kInformation, "SERVICE_ID = %llu", ReadServiceId(*service));
+  if (query.logsServiceId) KEL_LOG(kInformation, "SERVICE_ID = %llu", ReadServiceId(*service));
   const Value value = query.read(*service, query.fieldId);
   *out = static_cast<Number>(value.answered);
-  KEL_LOG_AS(at, kInformation, query.end, at.function, index, value.stored, value.answered);
+  KEL_LOG(kInformation, query.end, LogScope::Name(), index, value.stored, value.answered);
   return 1;
 }
 
@@ -134,7 +134,8 @@ int CEmpTaskWindow::GetChannel_Type(int index, _PL_WINDOW_CHANNEL_TYPE* peChanne
 }
 
 int CEmpTaskWindow::GetChannel_ServiceId(int index, char* pszServiceId) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] call begin.", __func__, index);
   TCServiceData* service = nullptr;
   if (t_GetChannelSeek(index, &service) != 1) {
@@ -148,9 +149,10 @@ int CEmpTaskWindow::GetChannel_ServiceId(int index, char* pszServiceId) {
 }
 
 int CEmpTaskWindow::GetChannel_Size(int* pnSize) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   if (pnSize == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return 0;
   }
   *pnSize = static_cast<int>(m_ChannelList.size());
@@ -180,7 +182,8 @@ struct LoggedName {
 }  // namespace
 
 int CEmpTaskWindow::GetChannel_Name(int index, unsigned short* ptwName) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] call begin.", __func__, index);
   if (ptwName == nullptr) {
     KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] pnMinor is NULL!!", __func__, index);
@@ -201,7 +204,8 @@ int CEmpTaskWindow::GetChannel_Name(int index, unsigned short* ptwName) {
 }
 
 int CEmpTaskWindow::GetChannel_ServiceName(int index, unsigned short* ptwServiceName) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] call begin.", __func__, index);
   if (ptwServiceName == nullptr) {
     KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] ptwServiceName is NULL!!", __func__, index);
@@ -225,24 +229,24 @@ int CEmpTaskWindow::GetChannel_ServiceName(int index, unsigned short* ptwService
 
 template <typename Number>
 int CEmpTaskWindow::t_GetCurrentChannelNumber(const FieldQuery& query, Number* out) {
-  const Location at = query.at;
-  KEL_LOG_PLACE(kTaskFile, at, kInformation);
-  KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] call begin.", at.function);
+  const LogScope scope(query.operation);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  KEL_LOG(kInformation, "[CEmpTaskWindow::%s] call begin.", LogScope::Name());
   if (out == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, at, kInformation);
-    KEL_LOG_AS(at, kInformation, query.null, at.function);
+    KEL_LOG_ERROR(kTaskFile, kInformation);
+    KEL_LOG(kInformation, query.null, LogScope::Name());
     return -3;
   }
   TCServiceData service;
   if (t_GetCurrentChannel(service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, at, kInformation);
-    KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] Failed to get data.", at.function);
+    KEL_LOG_ERROR(kTaskFile, kInformation);
+    KEL_LOG(kInformation, "[CEmpTaskWindow::%s] Failed to get data.", LogScope::Name());
     return -1;
   }
   const Value value = query.read(service, query.fieldId);
   *out = static_cast<Number>(value.answered);
-  if (query.beforeEnd != nullptr) KEL_LOG_AS(at, kInformation, query.beforeEnd, at.function, value.answered);
-  KEL_LOG_AS(at, kInformation, query.end, at.function, value.stored, value.answered);
+  if (query.beforeEnd != nullptr) KEL_LOG(kInformation, query.beforeEnd, LogScope::Name(), value.answered);
+  KEL_LOG(kInformation, query.end, LogScope::Name(), value.stored, value.answered);
   return 1;
 }
 
@@ -292,33 +296,35 @@ int CEmpTaskWindow::GetCurrentChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelTyp
   return t_GetCurrentChannelNumber(query, peChannelType);
 }
 
-int CEmpTaskWindow::t_GetCurrentChannelName(Location at, unsigned short* out, const char* null, const char* empty) {
-  KEL_LOG_PLACE(kTaskFile, at, kInformation);
-  KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] call begin.", at.function);
+int CEmpTaskWindow::t_GetCurrentChannelName(unsigned short* out, const char* null, const char* empty) {
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  KEL_LOG(kInformation, "[CEmpTaskWindow::%s] call begin.", LogScope::Name());
   if (out == nullptr) {
-    KEL_LOG_AS(at, kInformation, null, at.function);
+    KEL_LOG(kInformation, null, LogScope::Name());
     return -3;
   }
   TCServiceData service;
   if (t_GetCurrentChannel(service) != 1) {
-    KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] Failed to get data.", at.function);
+    KEL_LOG(kInformation, "[CEmpTaskWindow::%s] Failed to get data.", LogScope::Name());
     return -1;
   }
   if (ConvertName(service, out)) {
-    KEL_LOG_AS(at, kInformation, "ptwName = %s", LoggedName(out).bytes);
+    KEL_LOG(kInformation, "ptwName = %s", LoggedName(out).bytes);
   } else {
-    KEL_LOG_AS(at, kInformation, "%s", empty);
+    KEL_LOG(kInformation, "%s", empty);
   }
-  KEL_LOG_AS(at, kInformation, "[CEmpTaskWindow::%s] call end. Success.", at.function);
+  KEL_LOG(kInformation, "[CEmpTaskWindow::%s] call end. Success.", LogScope::Name());
   return 1;
 }
 
 int CEmpTaskWindow::GetCurrentChannel_Name(unsigned short* ptwName) {
-  return t_GetCurrentChannelName(__func__, ptwName, "[CEmpTaskWindow::%s] ptwName is NULL!!", "ptwName is NULL");
+  const LogScope scope(__func__);
+  return t_GetCurrentChannelName(ptwName, "[CEmpTaskWindow::%s] ptwName is NULL!!", "ptwName is NULL");
 }
 
 int CEmpTaskWindow::GetCurrentChannel_ServiceName(unsigned short* ptwServiceName) {
-  return t_GetCurrentChannelName(__func__, ptwServiceName, "[CEmpTaskWindow::%s] ptwServiceName is NULL!!",
+  const LogScope scope(__func__);
+  return t_GetCurrentChannelName(ptwServiceName, "[CEmpTaskWindow::%s] ptwServiceName is NULL!!",
                                  "ptwServiceName is NULL");
 }
 
@@ -326,21 +332,21 @@ int CEmpTaskWindow::GetCurrentChannel_ServiceName(unsigned short* ptwServiceName
 
 template <typename Number>
 int CEmpTaskWindow::t_GetStartChannelNumber(const FieldQuery& query, Number* out) {
-  const Location at = query.at;
+  const LogScope scope(query.operation);
   if (out == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, at, kFailure);
-    KEL_LOG_AS(at, kFailure, query.null, at.function);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
+    KEL_LOG(kFailure, query.null, LogScope::Name());
     return -3;
   }
   TCServiceData service;
   if (t_GetStartService(service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, at, kFailure);
-    KEL_LOG_AS(at, kFailure, "Get start service failed");
+    KEL_LOG_ERROR(kTaskFile, kFailure);
+    KEL_LOG(kFailure, "Get start service failed");
     return -1;
   }
   const Value value = query.read(service, query.fieldId);
   *out = static_cast<Number>(value.answered);
-  KEL_LOG_AS(at, kFailure, query.end, at.function, value.stored, value.answered);
+  KEL_LOG(kFailure, query.end, LogScope::Name(), value.stored, value.answered);
   return 1;
 }
 
@@ -363,6 +369,7 @@ int CEmpTaskWindow::GetStartChannel_Minor(int* pnMinor) {
 }
 
 int CEmpTaskWindow::GetStartChannel_Name(unsigned short* ptwName) {
+  const LogScope scope(__func__);
   if (ptwName == nullptr) {
     KEL_LOG(kFailure, "[CEmpTaskWindow::%s] ptwName is NULL!!", __func__);
     return -3;
@@ -382,9 +389,10 @@ int CEmpTaskWindow::GetStartChannel_Name(unsigned short* ptwName) {
 }
 
 int CEmpTaskWindow::GetStartChannel_ServiceId(char* pszServiceId) {
+  const LogScope scope(__func__);
   unsigned long long serviceId = kNoServiceId;
   int source = -1;
-  if (!t_AskStartService(__func__, serviceId, source)) return 0;
+  if (!t_AskStartService(serviceId, source)) return 0;
   KEL_LOG(kFailure, "ServiceId == %llu", serviceId);
   std::snprintf(pszServiceId, kServiceIdRoom, "%llu", serviceId);
   return 1;

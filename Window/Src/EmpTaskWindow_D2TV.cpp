@@ -21,8 +21,8 @@ constexpr const char* kIspService = "isp-service";
 
 /// `Try` at this file's level.
 template <typename Call, typename Result>
-Result Attempt(Location at, Result failed, Call call) {
-  return Try(at, failed, call, kInformation);
+Result Attempt(Result failed, Call call) {
+  return Try(failed, call, kInformation);
 }
 
 struct Free {
@@ -32,7 +32,8 @@ struct Free {
 }  // namespace
 
 void CEmpTaskWindow::CreateD2TVManagerInstance() {
-  if (D2tvManager(__func__, kInformation) == nullptr) {
+  const LogScope scope(__func__);
+  if (D2tvManager(kInformation) == nullptr) {
     KEL_LOG(kInformation, "CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr Failed ");
   } else {
     KEL_LOG(kInformation, "CEmpTaskWindow:: pCHMgr=>>CIptvMgrProxy :Create pCHMgr successfully ");
@@ -40,15 +41,17 @@ void CEmpTaskWindow::CreateD2TVManagerInstance() {
 }
 
 void CEmpTaskWindow::DestroyD2TVManagerInstance() {
-  Attempt(__func__, false, [] {
+  const LogScope scope(__func__);
+  Attempt(false, [] {
     CD2tvMgrProxy::DestroyInstance();
     return true;
   });
 }
 
 bool CEmpTaskWindow::IsSourceISP() {
+  const LogScope scope(__func__);
   constexpr char* none = nullptr;
-  const std::unique_ptr<char, Free> sourceType(Attempt(__func__, none, [] { return vconf_get_str(kLastService); }));
+  const std::unique_ptr<char, Free> sourceType(Attempt(none, [] { return vconf_get_str(kLastService); }));
   if (sourceType == nullptr) {
     KEL_LOG(kInformation, "CEmpTaskWindow::IsSourceISP:: sourceType is NULL");
     return false;
@@ -60,9 +63,10 @@ bool CEmpTaskWindow::IsSourceISP() {
 }
 
 bool CEmpTaskWindow::SetSource_D2TV() {
-  KEL_LOG_PLACE(kD2tvFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kD2tvFile, kInformation);
   KEL_LOG(kInformation, "CEmpTaskWindow::SetSource : [SetISPSource]");
-  if (Attempt(__func__, kFailed, [] { return D2TVCAPI_setSourceISP(); }) != 1) {
+  if (Attempt(kFailed, [] { return D2TVCAPI_setSourceISP(); }) != 1) {
     KEL_LOG(kInformation, "CEmpTaskWindow::SetSource : Fail to Set ISP Source");
     return false;
   }

@@ -126,8 +126,8 @@ class ChannelList {
   void Add(const TCServiceData& service) {
     ReadText(service, S::CHANNEL_NAME, m_units);
     if (!m_units.empty()) {
-      KEL_LOG_AS(function, kInformation, "len = %d, c_len=%d", static_cast<int>(m_units.size()),
-                 static_cast<int>(m_units.size() * 2));
+      KEL_LOG(kInformation, "len = %d, c_len=%d", static_cast<int>(m_units.size()),
+              static_cast<int>(m_units.size() * 2));
     }
     const Utf8 name(m_units);
     Channel channel{};
@@ -139,11 +139,11 @@ class ChannelList {
     channel.program = ReadField<unsigned char>(service, S::PROGRAM_NUMBER, 255);  // the format has its low byte only
     channel.network = ReadShort(service, S::ORIGINAL_NETWORK_ID);
     const unsigned long long serviceId = ReadServiceId(service);
-    KEL_LOG_AS(function, kInformation,
-               "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
-               "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
-               serviceId, name.c_str(), channel.major, channel.minor, channel.type, channel.frequency, channel.number,
-               channel.program, channel.network);
+    KEL_LOG(kInformation,
+            "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
+            "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
+            serviceId, name.c_str(), channel.major, channel.minor, channel.type, channel.frequency, channel.number,
+            channel.program, channel.network);
     channel.serviceId = Keep(IdText(serviceId).c_str());
     channel.name = Keep(name.c_str());
     m_channels.push_back(channel);
@@ -169,7 +169,6 @@ class ChannelList {
   }
 
  private:
-  static constexpr const char* function = "GetFullChannelList";
   static constexpr std::size_t kStretch = 64;
 
   struct Channel {
@@ -254,6 +253,7 @@ std::string CEmpTaskWindow::t_GetServiceJsonText(const TCServiceData& service) {
 }
 
 std::string CEmpTaskWindow::t_GetChannelInfo(TCServiceData* service) {
+  const LogScope scope(__func__);
   if (service == nullptr) return {};
   try {
     Json::Value root;
@@ -262,15 +262,16 @@ std::string CEmpTaskWindow::t_GetChannelInfo(TCServiceData* service) {
     MergeAttached(root, t_GetServiceJsonText(*service));
     return WriteJson(root);
   } catch (const std::exception& exception) {
-    LogException(__func__, exception.what());
+    LogException(exception.what());
     return {};
   }
 }
 
 int CEmpTaskWindow::GetCurrentChannelInfo(std::string& strInfo) {
+  const LogScope scope(__func__);
   TCServiceData service;
   if (t_GetCurrentChannel(service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -1;
   }
   strInfo = t_GetChannelInfo(&service);
@@ -278,9 +279,10 @@ int CEmpTaskWindow::GetCurrentChannelInfo(std::string& strInfo) {
 }
 
 int CEmpTaskWindow::GetPreviousChannelInfo(std::string& strInfo) {
+  const LogScope scope(__func__);
   TCServiceData service;
   if (t_GetPreviousChannel(service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -1;
   }
   strInfo = t_GetChannelInfo(&service);
@@ -288,6 +290,7 @@ int CEmpTaskWindow::GetPreviousChannelInfo(std::string& strInfo) {
 }
 
 int CEmpTaskWindow::GetStartChannel_Info(std::string& strInfo) {
+  const LogScope scope(__func__);
   TCServiceData service;
   if (t_GetStartService(service) != 1) {
     KEL_LOG(kFailure, "Get start service failed");
@@ -298,7 +301,7 @@ int CEmpTaskWindow::GetStartChannel_Info(std::string& strInfo) {
     FillChannel(root, service);
     strInfo = WriteJson(root);
   } catch (const std::exception& exception) {
-    LogException(__func__, exception.what());
+    LogException(exception.what());
     return -1;
   }
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s] channelJson = %s!!", __func__, strInfo.c_str());
@@ -306,11 +309,12 @@ int CEmpTaskWindow::GetStartChannel_Info(std::string& strInfo) {
 }
 
 int CEmpTaskWindow::GetChannel_OnTVJson(int index, std::string& strJson) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s][Idx:%d] call begin.", __func__, index);
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   TCServiceData* service = nullptr;
   if (t_GetChannelSeek(index, &service) != 1) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     KEL_LOG(kFailure, "[CEmpTaskWindow::%s][Idx:%d] Failed to get data.", __func__, index);
     return -1;
   }
@@ -321,15 +325,16 @@ int CEmpTaskWindow::GetChannel_OnTVJson(int index, std::string& strJson) {
 }
 
 int CEmpTaskWindow::GetFullChannelList(std::string& strChannelInfo) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "This is GetFullChannelList");
-  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
+  if (!t_NeedServiceNavigationproxy()) return 0;
   TSTvMode mode = AnyMode();
-  if (t_GetTvMode(__func__, mode) < 1) {
+  if (t_GetTvMode(mode) < 1) {
     KEL_LOG(kFailure, "GetTvMode failed");
     return 0;
   }
   TCCriteriaHelper criteria;
-  if (!t_GetNavigationCriteria(__func__, NAVIGATION_ALL, mode, criteria)) {
+  if (!t_GetNavigationCriteria(NAVIGATION_ALL, mode, criteria)) {
     KEL_LOG(kFailure, "Get navigation criteria failed");
     return 0;
   }
@@ -337,7 +342,7 @@ int CEmpTaskWindow::GetFullChannelList(std::string& strChannelInfo) {
                       S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID});
   KEL_LOG(kInformation, "execute GetServiceList");
   ServiceList list;
-  const int result = ListServices(__func__, svc_navi_proxy_main, criteria, list.services);
+  const int result = ListServices(svc_navi_proxy_main, criteria, list.services);
   if (result < 1 || list.services.empty()) {
     KEL_LOG(kFailure, "GetServiceList failed");
     return 0;
@@ -346,7 +351,7 @@ int CEmpTaskWindow::GetFullChannelList(std::string& strChannelInfo) {
   try {
     strChannelInfo = ChannelListText(list.services);
   } catch (const std::exception& exception) {
-    LogException(__func__, exception.what());
+    LogException(exception.what());
     return -1;
   }
   KEL_LOG(kInformation, "Lenght = %d,strChannelInfo = %s", static_cast<int>(strChannelInfo.size()),

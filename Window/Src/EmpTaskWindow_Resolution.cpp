@@ -17,8 +17,8 @@ namespace {
 constexpr auto kUnknownCode = static_cast<EResolution>(136);
 
 /// Writes the document. @return false, with the text unchanged, on failure.
-bool WriteDetail(Location at, const TSResolution& resolution, std::string& out) {
-  return Try(at, false, [&] {
+bool WriteDetail(const TSResolution& resolution, std::string& out) {
+  return Try(false, [&] {
     Json::Value root(Json::objectValue);
     root["horizontal"] = resolution.horizontal;
     root["vertical"] = resolution.vertical;
@@ -74,16 +74,17 @@ _PL_WINDOW_RESOLUTION CEmpTaskWindow::t_getPLResolution(EResolution eResolution)
 }
 
 int CEmpTaskWindow::GetResolution(_PL_WINDOW_RESOLUTION* peResolution) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_NeedAVControlproxy(__func__)) return -1;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  if (!t_NeedAVControlproxy()) return -1;
   if (peResolution == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   EResolution eCode = kUnknownCode;
   auto resolution = Zeroed<TSResolution>();
-  if (Ask(__func__, av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+  if (Ask(av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -1;
   }
   *peResolution = t_getPLResolution(eCode);
@@ -92,6 +93,7 @@ int CEmpTaskWindow::GetResolution(_PL_WINDOW_RESOLUTION* peResolution) {
 }
 
 int CEmpTaskWindow::GetResolutionDetail(std::string& strDetail) {
+  const LogScope scope(__func__);
   if (IsSourceISP()) {
     if (GetResolutionDetail_D2TV(strDetail) == 1) {
       KEL_LOG(kInformation, "Successfull  get the audio information in CEmpTaskWindow::GetResolutionDetail_D2TV");
@@ -100,32 +102,33 @@ int CEmpTaskWindow::GetResolutionDetail(std::string& strDetail) {
     KEL_LOG(kFailure, "Fail to get the audio information in CEmpTaskWindow::GetResolutionDetail_D2TV");
     return 0;
   }
-  if (!t_NeedAVControlproxy(__func__)) return -1;
+  if (!t_NeedAVControlproxy()) return -1;
   EResolution eCode = kUnknownCode;
   auto resolution = Zeroed<TSResolution>();
-  if (Ask(__func__, av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {
+  if (Ask(av_ctrl_proxy, [&](IAVControl& av) { return av.GetResolution(eCode, resolution); }) != 0) {
     KEL_LOG(kFailure, "GetResolution fails");
     return -1;
   }
-  if (!WriteDetail(__func__, resolution, strDetail)) return -1;
+  if (!WriteDetail(resolution, strDetail)) return -1;
   KEL_LOG(kInformation, "GetResolutionDetail : %s", strDetail.c_str());
   return 1;
 }
 
 int CEmpTaskWindow::GetResolutionDetail_D2TV(std::string& strDetail) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "CEmpTaskWindow::GetResolutionDetail_D2TV::Start of  GetResolutionDetail_D2TV \n ");
   auto resolution = Zeroed<TSResolution>();
-  CD2tvMgrProxy* const manager = D2tvManager(__func__);
+  CD2tvMgrProxy* const manager = D2tvManager();
   if (manager == nullptr) {
     KEL_LOG(kFailure, "Invalid Channel Manager Instance.");
-    WriteDetail(__func__, resolution, strDetail);
+    WriteDetail(resolution, strDetail);
     return -1;
   }
   unsigned width = 0;
   unsigned height = 0;
-  if (Ask(__func__, manager, [&](CD2tvMgrProxy& stack) { return stack.GetVideoResolution(&width, &height); }) != 0) {
+  if (Ask(manager, [&](CD2tvMgrProxy& stack) { return stack.GetVideoResolution(&width, &height); }) != 0) {
     KEL_LOG(kFailure, "CEmpTaskWindow::GetResolutionDetail_D2TV=>GetResolution  fail to return   ");
-    WriteDetail(__func__, resolution, strDetail);
+    WriteDetail(resolution, strDetail);
     return -1;
   }
   KEL_LOG(kInformation,
@@ -134,7 +137,7 @@ int CEmpTaskWindow::GetResolutionDetail_D2TV(std::string& strDetail) {
           static_cast<int>(width), static_cast<int>(height));
   resolution.horizontal = width;
   resolution.vertical = height;
-  if (!WriteDetail(__func__, resolution, strDetail)) return -1;
+  if (!WriteDetail(resolution, strDetail)) return -1;
   KEL_LOG(kInformation, "GetResolutionDetail : %s", strDetail.c_str());
   return 1;
 }

@@ -19,8 +19,6 @@ namespace {
 
 using S = TCServiceData;
 
-constexpr const char* kFunction = "SetDVBSIChannelDirectEx";
-
 /// What the description says about the service.
 struct Description {
   int type;
@@ -86,38 +84,39 @@ void FillCriteria(TCCriteriaHelper& criteria, const Description& description) {
 
 ISatellite* Satellites() {
   ISatellite* satellites = nullptr;
-  Try(kFunction, kFailed, [&] { return TVServiceAPI::CreateSatellite(&satellites); });
+  Try(kFailed, [&] { return TVServiceAPI::CreateSatellite(&satellites); });
   return satellites;
 }
 
 }  // namespace
 
 int CEmpTaskWindow::SetDVBSIChannelDirectEx(const std::string& channelInfo, int type) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "#### SetChannel ChannelInfo[%s]", channelInfo.c_str());
   if (channelInfo.empty() || channelInfo.front() != '{') return 0;
   constexpr int failed = 0;
-  return Try(__func__, failed, [&] { return t_TuneDescribed(channelInfo, type); });
+  return Try(failed, [&] { return t_TuneDescribed(channelInfo, type); });
 }
 
 int CEmpTaskWindow::t_TuneDescribed(const std::string& channelInfo, int type) {
   Json::Value info;
   if (!ReadJson(channelInfo, info)) {
-    KEL_LOG_AS(kFunction, kFailure, "#### DVBSIChannelDirectEx reade.parser Fail ###");
+    KEL_LOG(kFailure, "#### DVBSIChannelDirectEx reade.parser Fail ###");
     return 0;
   }
-  KEL_LOG_AS(kFunction, kInformation, "#### DVBSIChannelDirectEx ChannelInfo Success ###");
+  KEL_LOG(kInformation, "#### DVBSIChannelDirectEx ChannelInfo Success ###");
   if (type != 0) {
-    KEL_LOG_AS(kFunction, kFailure, "#### DVBSIChannelDirectEx Not match Type ###");
+    KEL_LOG(kFailure, "#### DVBSIChannelDirectEx Not match Type ###");
     return 0;
   }
-  KEL_LOG_AS(kFunction, kInformation, "#### DVBSIChannelDirectEx ###");
+  KEL_LOG(kInformation, "#### DVBSIChannelDirectEx ###");
   const Description description = Read(info);
 
   TSTransponder transponder(65535, static_cast<ESatelliteId>(-1), -1, 65535, static_cast<EDVBSPolarisation>(-1),
                             static_cast<EDVBFECInner>(-1));
   ISatellite* const satellites = Satellites();
   if (satellites == nullptr) {
-    KEL_LOG_AS(kFunction, kFailure, " pSatelliteMgr is NULL !");
+    KEL_LOG(kFailure, " pSatelliteMgr is NULL !");
     return -1;
   }
   FillTransponder(transponder, info, description.symbolRate);
@@ -127,10 +126,10 @@ int CEmpTaskWindow::t_TuneDescribed(const std::string& channelInfo, int type) {
   TCCriteriaHelper criteria;
   FillCriteria(criteria, description);
   TCServiceData service;
-  if (t_FindService(kFunction, criteria, service) < 1) return 0;
+  if (t_FindService(criteria, service) < 1) return 0;
   const unsigned long long serviceId = ReadServiceId(service);
-  KEL_LOG_AS(kFunction, kInformation, "SERVICE_ID=[%llu]", serviceId);
-  return t_TuneService(kFunction, serviceId, "");
+  KEL_LOG(kInformation, "SERVICE_ID=[%llu]", serviceId);
+  return t_TuneService(serviceId, "");
 }
 
 }  // namespace kel

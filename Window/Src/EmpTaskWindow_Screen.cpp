@@ -68,46 +68,47 @@ _PL_WINDOW_SHOW_STATE ShowStateOf(int sourceState) {
 }  // namespace
 
 int CEmpTaskWindow::SetScreenRect(int x, int y, int w, int h) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_NeedVideoControlproxy(__func__)) return 0;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
+  if (!t_NeedVideoControlproxy()) return 0;
   KEL_LOG(kInformation, "nX=[%d] nY=[%d] nW=[%d] nH=[%d]", x, y, w, h);
-  return x < 0 ? t_SetDefaultSize(__func__) : t_SetSize(__func__, {x, y, w, h});
+  return x < 0 ? t_SetDefaultSize() : t_SetSize({x, y, w, h});
 }
 
-bool CEmpTaskWindow::t_HasSource(Location at) {
+bool CEmpTaskWindow::t_HasSource() {
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (t_GetCurrentSourceInfo(eSource)) return true;
-  KEL_LOG_AS(at, kFailure, "t_GetCurrentSourceInfo fails !\n");
+  KEL_LOG(kFailure, "t_GetCurrentSourceInfo fails !\n");
   return false;
 }
 
-int CEmpTaskWindow::t_SetDefaultSize(Location at) {
-  if (!t_HasSource(at)) return 0;
-  KEL_LOG_AS(at, kInformation, "bFullScreen = true SetDefaultSize !\n");
-  if (Ask(at, video_ctrl_proxy, [](IVideoControl& video) { return video.SetDefaultSize(); }) < 1) return 0;
-  KEL_LOG_AS(at, kInformation, "SetDefaultSize success!\n");
+int CEmpTaskWindow::t_SetDefaultSize() {
+  if (!t_HasSource()) return 0;
+  KEL_LOG(kInformation, "bFullScreen = true SetDefaultSize !\n");
+  if (Ask(video_ctrl_proxy, [](IVideoControl& video) { return video.SetDefaultSize(); }) < 1) return 0;
+  KEL_LOG(kInformation, "SetDefaultSize success!\n");
   return 1;
 }
 
-int CEmpTaskWindow::t_SetSize(Location at, const Rect& rect) {
+int CEmpTaskWindow::t_SetSize(const Rect& rect) {
   const int x = ToBase(rect.x, m_baseScrW, kPluginWidth);
   const int y = ToBase(rect.y, m_baseScrH, kPluginHeight);
   const int width = ToBase(rect.width, m_baseScrW, kPluginWidth);
   const int height = ToBase(rect.height, m_baseScrH, kPluginHeight);
-  KEL_LOG_AS(at, kInformation, "After convert nTempX=[%d] nTempY=[%d] nTempW=[%d] nTempH=[%d]", x, y, width, height);
-  if (!t_HasSource(at)) return 0;
-  const int result =
-      Ask(at, video_ctrl_proxy, [&](IVideoControl& video) { return video.SetSize(x, y, height, width); });
+  KEL_LOG(kInformation, "After convert nTempX=[%d] nTempY=[%d] nTempW=[%d] nTempH=[%d]", x, y, width, height);
+  if (!t_HasSource()) return 0;
+  const int result = Ask(video_ctrl_proxy, [&](IVideoControl& video) { return video.SetSize(x, y, height, width); });
   if (result < 1) return 0;
-  KEL_LOG_AS(at, kInformation, "SetSize success!\n");
+  KEL_LOG(kInformation, "SetSize success!\n");
   return 1;
 }
 
 int CEmpTaskWindow::GetScreenRect(char* pszScreenRect) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_NeedVideoControlproxy(__func__)) return 0;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
+  if (!t_NeedVideoControlproxy()) return 0;
   if (pszScreenRect == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
@@ -116,7 +117,7 @@ int CEmpTaskWindow::GetScreenRect(char* pszScreenRect) {
     return 0;
   }
   Rect rect{};
-  const int result = Ask(__func__, video_ctrl_proxy, [&](IVideoControl& video) {
+  const int result = Ask(video_ctrl_proxy, [&](IVideoControl& video) {
     return video.GetSize(&rect.x, &rect.y, &rect.height, &rect.width);
   });
   if (result < 1) {
@@ -133,12 +134,13 @@ int CEmpTaskWindow::GetScreenRect(char* pszScreenRect) {
 }
 
 int CEmpTaskWindow::GetScreenRect(Rect& rect) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_NeedVideoControlproxy(__func__)) return -1;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
+  if (!t_NeedVideoControlproxy()) return -1;
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eSource)) return -1;
   // Width and height are swapped here, unlike in the text form; applications depend on it.
-  const int result = Ask(__func__, video_ctrl_proxy, [&](IVideoControl& video) {
+  const int result = Ask(video_ctrl_proxy, [&](IVideoControl& video) {
     return video.GetSize(&rect.x, &rect.y, &rect.width, &rect.height);
   });
   if (result < 1) return 0;
@@ -148,14 +150,15 @@ int CEmpTaskWindow::GetScreenRect(Rect& rect) {
 }
 
 int CEmpTaskWindow::GetAFDGeometryRectSize(char* pszAFDRect) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
-  if (!t_NeedVideoControlproxy(__func__)) return 0;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
+  if (!t_NeedVideoControlproxy()) return 0;
   if (pszAFDRect == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   Rect rect{};
-  const int result = Ask(__func__, video_ctrl_proxy, [&](IVideoControl& video) {
+  const int result = Ask(video_ctrl_proxy, [&](IVideoControl& video) {
     return video.GetAFDGeometryRectSize(&rect.x, &rect.y, &rect.width, &rect.height);
   });
   if (result < 1) {
@@ -172,18 +175,20 @@ int CEmpTaskWindow::GetAFDGeometryRectSize(char* pszAFDRect) {
 // The output of the next two stays as it is.
 // NOLINTBEGIN(readability-non-const-parameter)
 int CEmpTaskWindow::GetScreenRect_PosMode(_PL_WINDOW_POSITION_MODE* pePosMode) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
   if (pePosMode == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   return 0;
 }
 
 int CEmpTaskWindow::GetScreenRect_SizeMode(_PL_WINDOW_RECT_SIZE_MODE* peSizeMode) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
   if (peSizeMode == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   return 0;
@@ -192,21 +197,23 @@ int CEmpTaskWindow::GetScreenRect_SizeMode(_PL_WINDOW_RECT_SIZE_MODE* peSizeMode
 
 int CEmpTaskWindow::SetScreenRect_PosSizeMode(_PL_WINDOW_POSITION_MODE /*ePosMode*/,
                                               _PL_WINDOW_RECT_SIZE_MODE /*eSizeMode*/) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
   return -1;
 }
 
 int CEmpTaskWindow::GetState_Show(_PL_WINDOW_SHOW_STATE* peShowState) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kFailure);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kFailure);
   if (peShowState == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
-  if (src_ctrl_proxy == nullptr && !t_BindSourceControl(__func__, t_TellWindow(__func__))) return 0;
+  if (src_ctrl_proxy == nullptr && !t_BindSourceControl(t_TellWindow())) return 0;
   constexpr int none = -1;
   int nState = none;
-  if (Try(__func__, 0, [&] { return src_ctrl_proxy->GetSourceState(&nState); }) == 0) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+  if (Try(0, [&] { return src_ctrl_proxy->GetSourceState(&nState); }) == 0) {
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -1;
   }
   *peShowState = ShowStateOf(nState);

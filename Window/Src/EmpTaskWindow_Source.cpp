@@ -22,14 +22,15 @@ constexpr const char* kPublishedSource = "db/kel/current_source_type";
 }  // namespace
 
 int CEmpTaskWindow::GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   if (peSource == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   if (IsPreviousSourceSeek(eSeek)) {
     int nStored = 0;
-    if (!t_ReadPreviousSource(__func__, nStored)) return 0;
+    if (!t_ReadPreviousSource(nStored)) return 0;
     *peSource = static_cast<_PL_WINDOW_Source>(nStored);
     return 1;
   }
@@ -40,9 +41,10 @@ int CEmpTaskWindow::GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek
 }
 
 int CEmpTaskWindow::GetPreviousSource(_PL_WINDOW_Source* peSource) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   if (peSource == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
@@ -52,15 +54,16 @@ int CEmpTaskWindow::GetPreviousSource(_PL_WINDOW_Source* peSource) {
 }
 
 int CEmpTaskWindow::GetSourceState(int* pnState) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   if (pnState == nullptr) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return -3;
   }
-  if (!t_NeedSourceControlproxy(__func__)) return -1;
+  if (!t_NeedSourceControlproxy()) return -1;
   KEL_LOG(kInformation, "GetSourceState start");
   int nState = -1;
-  if (Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetSourceState(&nState); }) != 1) {
+  if (Ask(src_ctrl_proxy, [&](ISourceControl& control) { return control.GetSourceState(&nState); }) != 1) {
     KEL_LOG(kFailure, "Get GetSourceState failed");
     return -1;
   }
@@ -74,6 +77,7 @@ bool CEmpTaskWindow::t_IsTVServiceSource(_PL_WINDOW_Source eSource) {
 }
 
 bool CEmpTaskWindow::t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLSource) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "t_IsConvertable input eTVSSource = %d", static_cast<int>(eTVSSource));
   const int nPLSource = CEmpConverterWindow::GetPLValue(eTVSSource, PL_WINDOW_MAPPING_TABLE_SOURCE);
   // 0 also means "not found", and 1 is the first source without a counterpart.
@@ -87,6 +91,7 @@ bool CEmpTaskWindow::t_IsConvertable(ESource eTVSSource, _PL_WINDOW_Source& ePLS
 }
 
 bool CEmpTaskWindow::t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSSource) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "t_IsConvertable input ePLSource = %d", static_cast<int>(ePLSource));
   const int nTVSSource = CEmpConverterWindow::GetTCValue(ePLSource, PL_WINDOW_MAPPING_TABLE_SOURCE);
   if (nTVSSource == -1) {
@@ -99,15 +104,16 @@ bool CEmpTaskWindow::t_IsConvertable(_PL_WINDOW_Source ePLSource, ESource& eTVSS
 }
 
 bool CEmpTaskWindow::t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource) {
-  if (!t_NeedSourceControlproxy(__func__)) return false;
+  const LogScope scope(__func__);
+  if (!t_NeedSourceControlproxy()) return false;
   KEL_LOG(kInformation, "This is t_GetCurrentSourceInfo");
   KEL_LOG(kInformation, "GetSourceState start");
   int nState = -1;
   int result = kFailed;
-  if (!Reach(__func__, [&] { result = src_ctrl_proxy->GetSourceState(&nState); })) return false;
+  if (!Reach([&] { result = src_ctrl_proxy->GetSourceState(&nState); })) return false;
   if (result == 1) {
     KEL_LOG(kInformation, "GetSourceState = %d", nState);
-    if (nState != -1) return t_AskCurrentSource(__func__, eSource);
+    if (nState != -1) return t_AskCurrentSource(eSource);
     KEL_LOG(kInformation, "Get GetSourceState success and eCurrentSourceState = SOURCE_STATE_NONE");
   } else {
     KEL_LOG(kFailure, "Get GetSourceState failed");
@@ -117,65 +123,65 @@ bool CEmpTaskWindow::t_GetCurrentSourceInfo(_PL_WINDOW_Source& eSource) {
   return true;
 }
 
-bool CEmpTaskWindow::t_AskCurrentSource(Location at, _PL_WINDOW_Source& eSource) {
+bool CEmpTaskWindow::t_AskCurrentSource(_PL_WINDOW_Source& eSource) {
   ESource eTVSSource = SOURCE_NONE;
   const int result =
-      Ask(at, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetCurrentSourceInfo(eTVSSource); });
+      Ask(src_ctrl_proxy, [&](ISourceControl& control) { return control.GetCurrentSourceInfo(eTVSSource); });
   if (result < 1) {
-    KEL_LOG_AS(at, kFailure, "GetCurrentSourceInfo failed");
+    KEL_LOG(kFailure, "GetCurrentSourceInfo failed");
     return false;
   }
-  KEL_LOG_AS(at, kInformation, "GetCurrentSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
-  return t_ConvertSource(at, eTVSSource, eSource);
+  KEL_LOG(kInformation, "GetCurrentSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
+  return t_ConvertSource(eTVSSource, eSource);
 }
 
-bool CEmpTaskWindow::t_ConvertSource(Location at, ESource eTVSSource, _PL_WINDOW_Source& eSource) {
+bool CEmpTaskWindow::t_ConvertSource(ESource eTVSSource, _PL_WINDOW_Source& eSource) {
   if (t_IsConvertable(eTVSSource, eSource)) return true;
-  KEL_LOG_AS(at, kFailure, "Can't convert from eTVSSource = %d to PL_WINDOW_SOURCE", static_cast<int>(eTVSSource));
+  KEL_LOG(kFailure, "Can't convert from eTVSSource = %d to PL_WINDOW_SOURCE", static_cast<int>(eTVSSource));
   return false;
 }
 
 bool CEmpTaskWindow::t_GetPreviousSourceInfo(_PL_WINDOW_Source& eSource) {
-  if (!t_NeedSourceControlproxy(__func__)) return false;
+  const LogScope scope(__func__);
+  if (!t_NeedSourceControlproxy()) return false;
   KEL_LOG(kInformation, "This is t_GetPreviousSourceInfo");
   ESource eTVSSource = SOURCE_NONE;
   const int result =
-      Ask(__func__, src_ctrl_proxy, [&](ISourceControl& control) { return control.GetPreviousSourceInfo(eTVSSource); });
+      Ask(src_ctrl_proxy, [&](ISourceControl& control) { return control.GetPreviousSourceInfo(eTVSSource); });
   if (result < 1) {
     KEL_LOG(kFailure, "GetCurrentSourceInfo failed");
     return false;
   }
   KEL_LOG(kInformation, "GetPreviousSourceInfo successfully eTVSSource = %d", static_cast<int>(eTVSSource));
-  return t_ConvertSource(__func__, eTVSSource, eSource);
+  return t_ConvertSource(eTVSSource, eSource);
 }
 
-bool CEmpTaskWindow::t_ReadPreviousSource(Location at, int& nSource) {
-  if (!ReadKey(at, m_PreviousSourceVconf.c_str(), nSource)) {
-    KEL_LOG_AS(at, kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
+bool CEmpTaskWindow::t_ReadPreviousSource(int& nSource) {
+  if (!ReadKey(m_PreviousSourceVconf.c_str(), nSource)) {
+    KEL_LOG(kFailure, "Get vconf %s failed", m_PreviousSourceVconf.c_str());
     return false;
   }
-  KEL_LOG_AS(at, kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
+  KEL_LOG(kInformation, "m_PreviousSourceVconf %s = %d success", m_PreviousSourceVconf.c_str(), nSource);
   return true;
 }
 
 bool CEmpTaskWindow::t_SetTVMWMainSourcevconf(const char* key, int nPLSource) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, "This is t_SetCurrentSourcevconf");
   if (std::strcmp(key, kMainSource) != 0) {
     KEL_LOG(kFailure, "in_key= %s  is not equal to %s", key, kMainSource);
     return false;
   }
   KEL_LOG(kInformation, "it is main source set the vconf for emptvsmw ");
-  const char* const function = __func__;
   std::string value;
-  if (m_pEngine != nullptr && !Reach(function, [&] { value = m_pEngine->GetAppInfo(eAPP_INFO_WIDGET_ID); }))
-    return false;
+  if (m_pEngine != nullptr && !Reach([&] { value = m_pEngine->GetAppInfo(eAPP_INFO_WIDGET_ID); })) return false;
   if (value.empty()) KEL_LOG(kFailure, "Could not get widget ID.");
 
   char digits[12] = {};
   std::snprintf(digits, sizeof digits, "%d", nPLSource);
   value.append(":").append(digits, ::strnlen(digits, 3));  // the middleware reads no more than three characters
   KEL_LOG(kInformation, "The vconf value to be set: %s", value.c_str());
-  if (Try(function, kFailed, [&] { return vconf_set_str(kPublishedSource, value.c_str()); }) != 0) {
+  if (Try(kFailed, [&] { return vconf_set_str(kPublishedSource, value.c_str()); }) != 0) {
     KEL_LOG(kFailure, "set the vconf for emptvsmw failed!!!");
     return false;
   }
@@ -183,15 +189,16 @@ bool CEmpTaskWindow::t_SetTVMWMainSourcevconf(const char* key, int nPLSource) {
 }
 
 bool CEmpTaskWindow::t_InitSourceVconf() {
+  const LogScope scope(__func__);
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eSource)) return false;
-  if (!t_SeedKey(__func__, "db/emp/mainsource", eSource)) return false;
+  if (!t_SeedKey("db/emp/mainsource", eSource)) return false;
   // The previous source starts as the current one, whatever the TV service showed before.
-  if (!t_AskCurrentSource(__func__, eSource)) return false;
-  if (!t_SeedKey(__func__, "db/emp/previousmainsource", eSource)) return false;
+  if (!t_AskCurrentSource(eSource)) return false;
+  if (!t_SeedKey("db/emp/previousmainsource", eSource)) return false;
 
   constexpr const char* pipSource = "db/emp/pipsource";
-  if (!WriteKey(__func__, pipSource, PL_WINDOW_SOURCE_TV)) {
+  if (!WriteKey(pipSource, PL_WINDOW_SOURCE_TV)) {
     KEL_LOG(kFailure, "Set vconf %sfailed", pipSource);
     return false;
   }
@@ -199,34 +206,35 @@ bool CEmpTaskWindow::t_InitSourceVconf() {
   return true;
 }
 
-bool CEmpTaskWindow::t_SeedKey(Location at, const char* key, int nSource) {
-  if (!WriteKey(at, key, nSource)) {
-    KEL_LOG_AS(at, kFailure, "Set vconf %s failed", key);
+bool CEmpTaskWindow::t_SeedKey(const char* key, int nSource) {
+  if (!WriteKey(key, nSource)) {
+    KEL_LOG(kFailure, "Set vconf %s failed", key);
     return false;
   }
-  KEL_LOG_AS(at, kInformation, "Set vconf %s = %d success", key, nSource);
+  KEL_LOG(kInformation, "Set vconf %s = %d success", key, nSource);
   return true;
 }
 
 bool CEmpTaskWindow::t_UpdateSourceVconf(int nNewSource, int nPreviousSource) {
-  return t_RecordSources(__func__, nNewSource, nPreviousSource);
+  const LogScope scope(__func__);
+  return t_RecordSources(nNewSource, nPreviousSource);
 }
 
-bool CEmpTaskWindow::t_RecordSources(Location at, int nNewSource, int nPreviousSource) {
-  if (!t_RecordSource(at, m_PreviousSourceVconf, nPreviousSource)) return false;
+bool CEmpTaskWindow::t_RecordSources(int nNewSource, int nPreviousSource) {
+  if (!t_RecordSource(m_PreviousSourceVconf, nPreviousSource)) return false;
   if (!t_SetTVMWMainSourcevconf(m_SourceVconf.c_str(), nNewSource)) {
-    KEL_LOG_AS(at, kFailure, "t_SetTVMWMainSourcevconf failed");
+    KEL_LOG(kFailure, "t_SetTVMWMainSourcevconf failed");
     return false;
   }
-  return t_RecordSource(at, m_SourceVconf, nNewSource);
+  return t_RecordSource(m_SourceVconf, nNewSource);
 }
 
-bool CEmpTaskWindow::t_RecordSource(Location at, const std::string& key, int nSource) {
-  if (!WriteKey(at, key.c_str(), nSource)) {
-    KEL_LOG_AS(at, kFailure, "Set vconf %s = %d failed", key.c_str(), nSource);
+bool CEmpTaskWindow::t_RecordSource(const std::string& key, int nSource) {
+  if (!WriteKey(key.c_str(), nSource)) {
+    KEL_LOG(kFailure, "Set vconf %s = %d failed", key.c_str(), nSource);
     return false;
   }
-  KEL_LOG_AS(at, kInformation, "Set vconf %s = %d success", key.c_str(), nSource);
+  KEL_LOG(kInformation, "Set vconf %s = %d success", key.c_str(), nSource);
   return true;
 }
 

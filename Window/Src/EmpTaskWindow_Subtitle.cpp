@@ -20,9 +20,6 @@ namespace kel {
 namespace {
 
 // The paths log as their operations.
-constexpr const char* kList = "GetSubtitleInfo";
-constexpr const char* kCurrent = "GetCurrentSubtitle";
-constexpr const char* kChange = "ChangeSubtitle";
 
 constexpr int kNoLanguage = -1;
 
@@ -48,16 +45,15 @@ Json::Value ReadEntries(CD2tvMgrProxy& manager, unsigned total) {
   Json::Value items;
   for (unsigned i = 0; i < total; ++i) {
     const int position = static_cast<int>(i);
-    KEL_LOG_AS(kList, kInformation, "CEmpTaskWindow::GetSubtitleInfo:: Index NO is :[%d] ", position);
+    KEL_LOG(kInformation, "CEmpTaskWindow::GetSubtitleInfo:: Index NO is :[%d] ", position);
     DVBSubtitleInfo info{};
     if (manager.GetDVBSubtitleInfo(&info, position) != 0) {
-      KEL_LOG_AS(kList, kFailure, "CEmpTaskWindow::GetSubtitleInfo :pCHMgr->GetDVBSubtitleInf  call Fail. ");
+      KEL_LOG(kFailure, "CEmpTaskWindow::GetSubtitleInfo :pCHMgr->GetDVBSubtitleInf  call Fail. ");
       continue;
     }
-    KEL_LOG_AS(kList, kInformation, "CEmpTaskWindow::GetSubtitleInfo :pCHMgr->GetDVBSubtitleInf  call Success. ");
-    KEL_LOG_AS(kList, kInformation,
-               "CEmpTaskWindow::GetSubtitleInfo :sbtList[index]=> [%d] and sbtList[lang] =>[%d] value  ",
-               static_cast<int>(info.index), static_cast<int>(info.lang));
+    KEL_LOG(kInformation, "CEmpTaskWindow::GetSubtitleInfo :pCHMgr->GetDVBSubtitleInf  call Success. ");
+    KEL_LOG(kInformation, "CEmpTaskWindow::GetSubtitleInfo :sbtList[index]=> [%d] and sbtList[lang] =>[%d] value  ",
+            static_cast<int>(info.index), static_cast<int>(info.lang));
     items.append(Element(info.index, info.lang));
   }
   return items;
@@ -65,55 +61,55 @@ Json::Value ReadEntries(CD2tvMgrProxy& manager, unsigned total) {
 
 /// @return false, after a log line, when the secondary stack fails.
 bool ListEntries(Json::Value& root) {
-  CD2tvMgrProxy* const manager = D2tvManager(kList);
+  CD2tvMgrProxy* const manager = D2tvManager();
   if (manager == nullptr) {
-    KEL_LOG_AS(kList, kFailure, "Invalid Channel Manager Instance.");
+    KEL_LOG(kFailure, "Invalid Channel Manager Instance.");
     return false;
   }
   unsigned subtitles = 0;
   unsigned teletext = 0;
   unsigned teletextSubtitles = 0;
   if (manager->GetTotalNumOfSubtitle(&subtitles, &teletext, &teletextSubtitles) != 0) {
-    KEL_LOG_AS(kList, kFailure, "CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle fail to return  \n ");
+    KEL_LOG(kFailure, "CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle fail to return  \n ");
     return false;
   }
-  KEL_LOG_AS(kList, kInformation,
-             "CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle  sucessufully returned ::with  NumOfSubtitle "
-             "=>[%d]",
-             static_cast<int>(subtitles));
+  KEL_LOG(kInformation,
+          "CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle  sucessufully returned ::with  NumOfSubtitle "
+          "=>[%d]",
+          static_cast<int>(subtitles));
   root["NumOfSubtitle"] = subtitles;
   root["NumOfTTX"] = teletext;
   root["NumOfTTXSubtitle"] = teletextSubtitles;
   const unsigned total = subtitles + teletext + teletextSubtitles;
-  KEL_LOG_AS(kList, kInformation, "CEmpTaskWindow::GetSubtitleInfo:: root[TotalSubtitleSize]==> [%d]   ",
-             static_cast<int>(total));
-  KEL_LOG_AS(kList, kInformation,
-             "CEmpTaskWindow::GetSubtitleInfo:: root[NumOfSubtitle]==> [%d]  :: root[NumOfTTX]==> [%d] :: "
-             "root[NumOfTTXSubtitle]==> [%d]  ",
-             static_cast<int>(subtitles), static_cast<int>(teletext), static_cast<int>(teletextSubtitles));
+  KEL_LOG(kInformation, "CEmpTaskWindow::GetSubtitleInfo:: root[TotalSubtitleSize]==> [%d]   ",
+          static_cast<int>(total));
+  KEL_LOG(kInformation,
+          "CEmpTaskWindow::GetSubtitleInfo:: root[NumOfSubtitle]==> [%d]  :: root[NumOfTTX]==> [%d] :: "
+          "root[NumOfTTXSubtitle]==> [%d]  ",
+          static_cast<int>(subtitles), static_cast<int>(teletext), static_cast<int>(teletextSubtitles));
   if (total == 0) {
     root["subtitle"] = Json::Value(Json::arrayValue);
-    KEL_LOG_AS(kList, kInformation,
-               "CEmpTaskWindow::GetSubtitleInfo:: root items = arr_value : for NUll handling undefined case \n");
+    KEL_LOG(kInformation,
+            "CEmpTaskWindow::GetSubtitleInfo:: root items = arr_value : for NUll handling undefined case \n");
     return true;
   }
   root["subtitle"] = ReadEntries(*manager, total);
-  KEL_LOG_AS(kList, kInformation, "CEmpTaskWindow::GetSubtitleInfo :root[subtitle] = items\n ");
+  KEL_LOG(kInformation, "CEmpTaskWindow::GetSubtitleInfo :root[subtitle] = items\n ");
   return true;
 }
 
 void Write(const Json::Value& root, std::string& out) {
   out = WriteJson(root);
-  KEL_LOG_AS(kList, kInformation, "CEmpTaskWindow::GetSubtitleInfo ::jsonstr =>[%s]", out.c_str());
+  KEL_LOG(kInformation, "CEmpTaskWindow::GetSubtitleInfo ::jsonstr =>[%s]", out.c_str());
 }
 
 /// Writes a document on every path.
 int ListOfSecondaryStack(std::string& strInfo) {
-  KEL_LOG_AS(kList, kInformation, "GetSubtitleInfo Start!!");
+  KEL_LOG(kInformation, "GetSubtitleInfo Start!!");
   constexpr int failed = -1;
   Json::Value root(Json::objectValue);
-  const bool listed = Try(kList, false, [&] { return ListEntries(root); });
-  return Try(kList, failed, [&] {
+  const bool listed = Try(false, [&] { return ListEntries(root); });
+  return Try(failed, [&] {
     if (!listed) {
       strInfo = WriteJson(NoSubtitles());
       return failed;
@@ -125,50 +121,50 @@ int ListOfSecondaryStack(std::string& strInfo) {
 
 /// Logs the value used instead of the language when the secondary stack fails. @return the stack's number.
 int NotCurrent(int result, int language) {
-  KEL_LOG_AS(kCurrent, kInformation, "CEmpTaskWindow::GetCurrentSubtitle::CurrentSubtitleLanguage =>[%d]", language);
+  KEL_LOG(kInformation, "CEmpTaskWindow::GetCurrentSubtitle::CurrentSubtitleLanguage =>[%d]", language);
   return result;
 }
 
 int CurrentOfSecondaryStack(int* language) {
-  KEL_LOG_AS(kCurrent, kInformation, "CEmpTaskWindow::GetCurrentSubtitle:: Start!!");
-  CD2tvMgrProxy* const manager = D2tvManager(kCurrent);
+  KEL_LOG(kInformation, "CEmpTaskWindow::GetCurrentSubtitle:: Start!!");
+  CD2tvMgrProxy* const manager = D2tvManager();
   if (manager == nullptr) {
-    KEL_LOG_AS(kCurrent, kFailure, "CEmpTaskWindow::GetCurrentSubtitle::Invalid Channel Manager Instance.");
+    KEL_LOG(kFailure, "CEmpTaskWindow::GetCurrentSubtitle::Invalid Channel Manager Instance.");
     return -1;
   }
   if (language == nullptr) return NotCurrent(kFailed, kNoLanguage);
-  const int result = Ask(kCurrent, manager, [=](CD2tvMgrProxy& stack) { return stack.GetCurrentSubtitle(language); });
+  const int result = Ask(manager, [=](CD2tvMgrProxy& stack) { return stack.GetCurrentSubtitle(language); });
   if (result != 0) return NotCurrent(result, *language);
-  KEL_LOG_AS(kCurrent, kInformation, "CEmpTaskWindow::GetCurrentSubtitle:: Success!!");
+  KEL_LOG(kInformation, "CEmpTaskWindow::GetCurrentSubtitle:: Success!!");
   return 1;
 }
 
 int ChangeOnSecondaryStack(int index) {
-  KEL_LOG_AS(kChange, kInformation, "CEmpTaskWindow::ChangeSubtitleLanguage Start!!");
-  CD2tvMgrProxy* const manager = D2tvManager(kChange);
+  KEL_LOG(kInformation, "CEmpTaskWindow::ChangeSubtitleLanguage Start!!");
+  CD2tvMgrProxy* const manager = D2tvManager();
   if (manager == nullptr) {
-    KEL_LOG_AS(kChange, kFailure, "Invalid Channel Manager Instance.");
+    KEL_LOG(kFailure, "Invalid Channel Manager Instance.");
     return -1;
   }
-  KEL_LOG_AS(kChange, kInformation, "CEmpTaskWindow::ChangeSubtitleLanguage for recieved SubtitleIndex:: [%d]!!",
-             index);
-  const int result = Ask(kChange, manager, [=](CD2tvMgrProxy& stack) { return stack.ChangeSubtitleLanguage(index); });
+  KEL_LOG(kInformation, "CEmpTaskWindow::ChangeSubtitleLanguage for recieved SubtitleIndex:: [%d]!!", index);
+  const int result = Ask(manager, [=](CD2tvMgrProxy& stack) { return stack.ChangeSubtitleLanguage(index); });
   if (result != 0) {
-    KEL_LOG_AS(kChange, kInformation, "CEmpTaskWindow::ChangeSubtitleLanguage Ends =>[%d]  Success", index);
+    KEL_LOG(kInformation, "CEmpTaskWindow::ChangeSubtitleLanguage Ends =>[%d]  Success", index);
     return result;
   }
-  KEL_LOG_AS(kChange, kInformation, "ChangeSubtitleLanguage Success!!");
+  KEL_LOG(kInformation, "ChangeSubtitleLanguage Success!!");
   return 1;
 }
 
 }  // namespace
 
 int CEmpTaskWindow::GetSubtitleInfo(std::string& strInfo) {
+  const LogScope scope(__func__);
   if (IsSourceISP()) return ListOfSecondaryStack(strInfo);
-  if (!t_NeedDataControlproxy(__func__)) return 0;
-  if (!t_NeedServiceNavigationproxy(__func__)) return 0;
+  if (!t_NeedDataControlproxy()) return 0;
+  if (!t_NeedServiceNavigationproxy()) return 0;
   constexpr int failed = -1;
-  return Try(__func__, failed, [&] {
+  return Try(failed, [&] {
     unsigned long long serviceId = kNoServiceId;
     return t_AskSubtitledService(serviceId) ? t_ListSubtitles(serviceId, strInfo) : failed;
   });
@@ -178,33 +174,33 @@ int CEmpTaskWindow::GetSubtitleInfo(std::string& strInfo) {
 bool CEmpTaskWindow::t_AskSubtitledService(unsigned long long& serviceId) {
   TSTvMode mode = AnyMode();
   if (svc_navi_proxy->GetTvMode(mode) != 1) {
-    KEL_LOG_AS(kList, kFailure, "GetTvMode failed.");
+    KEL_LOG(kFailure, "GetTvMode failed.");
     return false;
   }
   TCCriteriaHelper criteria;
   if (TCNavigationModeHelper::GetNavigationCriteria(mode, NAVIGATION_ALL, criteria, kNoServiceId) == 0) {
-    KEL_LOG_AS(kList, kFailure, "Get navigation criteria failed");
+    KEL_LOG(kFailure, "Get navigation criteria failed");
     return false;
   }
   criteria.Fetch(TCServiceData::SERVICE_ID);
   TCServiceData service;
   if (svc_navi_proxy->GetCurrentServiceInfo(mode, criteria, service) <= 0) {
-    KEL_LOG_AS(kList, kFailure, "GetCurrentServiceInfo failed.");
+    KEL_LOG(kFailure, "GetCurrentServiceInfo failed.");
     return false;
   }
   serviceId = ReadServiceId(service);
-  KEL_LOG_AS(kList, kInformation, "Current service Id = %llu", serviceId);
+  KEL_LOG(kInformation, "Current service Id = %llu", serviceId);
   return true;
 }
 
 int CEmpTaskWindow::t_ListSubtitles(unsigned long long serviceId, std::string& strInfo) {
-  if (!t_NeedServiceDataAuxproxy(kList)) return -1;
+  if (!t_NeedServiceDataAuxproxy()) return -1;
   unsigned size = 0;
   if (servicedata_aux_proxy->GetHybridSBTSize(serviceId, size) <= 0) {
-    KEL_LOG_AS(kList, kFailure, "Get size of HybridSBT fails");
+    KEL_LOG(kFailure, "Get size of HybridSBT fails");
     return -1;
   }
-  KEL_LOG_AS(kList, kInformation, "Size Of HybridSBT is %d.", static_cast<int>(size));
+  KEL_LOG(kInformation, "Size Of HybridSBT is %d.", static_cast<int>(size));
   Json::Value root(Json::objectValue);
   root["NumOfSubtitle"] = size;
   Json::Value items;
@@ -221,12 +217,13 @@ int CEmpTaskWindow::t_ListSubtitles(unsigned long long serviceId, std::string& s
 }
 
 int CEmpTaskWindow::GetCurrentSubtitle(int* language) {
+  const LogScope scope(__func__);
   if (IsSourceISP()) return CurrentOfSecondaryStack(language);
-  if (!t_NeedDataControlproxy(__func__)) return 0;
+  if (!t_NeedDataControlproxy()) return 0;
   int lang = kNoLanguage;
   auto subtitle = Zeroed<TSHybridSBT>();
-  const int result = Ask(__func__, svc_datacontrol_proxy,
-                         [&](IDataControl& control) { return control.GetCurrentHybridSBT(lang, subtitle); });
+  const int result =
+      Ask(svc_datacontrol_proxy, [&](IDataControl& control) { return control.GetCurrentHybridSBT(lang, subtitle); });
   if (result < 1 || lang == kNoLanguage || language == nullptr) {
     KEL_LOG(kFailure, "CEmpTaskWindow::GetCurrentSubtitle:: Failed!!");
     return -1;
@@ -237,12 +234,12 @@ int CEmpTaskWindow::GetCurrentSubtitle(int* language) {
 }
 
 int CEmpTaskWindow::ChangeSubtitle(int index) {
+  const LogScope scope(__func__);
   KEL_LOG(kInformation, " this is %s", __func__);
   if (IsSourceISP()) return ChangeOnSecondaryStack(index);
   KEL_LOG(kInformation, "Current is not ISP Source.\n ");
-  if (!t_NeedDataControlproxy(__func__)) return -1;
-  const int result =
-      Ask(__func__, svc_datacontrol_proxy, [=](IDataControl& control) { return control.SelectHybridSBT(index); });
+  if (!t_NeedDataControlproxy()) return -1;
+  const int result = Ask(svc_datacontrol_proxy, [=](IDataControl& control) { return control.SelectHybridSBT(index); });
   return result > 0 ? 1 : -1;
 }
 

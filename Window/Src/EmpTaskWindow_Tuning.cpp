@@ -28,135 +28,137 @@ constexpr int kLastChannelType = 9;
 
 // The shared steps.
 
-int CEmpTaskWindow::t_TuneService(Location at, unsigned long long serviceId, const std::string& appId) {
-  const int result = Ask(at, svc_navi_proxy, [&](IServiceNavigation& navigation) {
-    return navigation.TuneService(serviceId, 0, 0, appId);
-  });
+int CEmpTaskWindow::t_TuneService(unsigned long long serviceId, const std::string& appId) {
+  const int result = Ask(
+      svc_navi_proxy, [&](IServiceNavigation& navigation) { return navigation.TuneService(serviceId, 0, 0, appId); });
   return result > 0 ? 1 : 0;
 }
 
-int CEmpTaskWindow::t_TuneToService(Location at, unsigned long long serviceId, const std::string& appId,
-                                    const char* notTv) {
+int CEmpTaskWindow::t_TuneToService(unsigned long long serviceId, const std::string& appId, const char* notTv) {
   _PL_WINDOW_Source ePLSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (t_GetCurrentSourceInfo(ePLSource) && ePLSource == PL_WINDOW_SOURCE_TV) {
-    KEL_LOG_AS(at, kInformation, "Current source is TV, ePLSource = %d", static_cast<int>(ePLSource));
-    return t_TuneService(at, serviceId, appId);
+    KEL_LOG(kInformation, "Current source is TV, ePLSource = %d", static_cast<int>(ePLSource));
+    return t_TuneService(serviceId, appId);
   }
-  if (notTv != nullptr) KEL_LOG_AS(at, kInformation, "%s", notTv);
+  if (notTv != nullptr) KEL_LOG(kInformation, "%s", notTv);
   // The result of the switch is ignored; only the keys must match.
-  if (!Reach(at, [&] { src_ctrl_proxy->SetSource(SOURCE_TV, serviceId, appId); })) return 0;
+  if (!Reach([&] { src_ctrl_proxy->SetSource(SOURCE_TV, serviceId, appId); })) return 0;
   int nCurSourceVconf = -1;
-  if (!ReadKey(at, m_SourceVconf.c_str(), nCurSourceVconf)) {
-    KEL_LOG_AS(at, kFailure, "Get the vconf %s fails", m_SourceVconf.c_str());
+  if (!ReadKey(m_SourceVconf.c_str(), nCurSourceVconf)) {
+    KEL_LOG(kFailure, "Get the vconf %s fails", m_SourceVconf.c_str());
     return 0;
   }
   if (nCurSourceVconf == PL_WINDOW_SOURCE_TV) {
-    KEL_LOG_AS(at, kInformation, "nCurSourceVconf is PL_WINDOW_SOURCE_TV");
+    KEL_LOG(kInformation, "nCurSourceVconf is PL_WINDOW_SOURCE_TV");
     return 1;
   }
   if (!t_UpdateSourceVconf(PL_WINDOW_SOURCE_TV, nCurSourceVconf)) {
-    KEL_LOG_AS(at, kFailure, "Update the vconf fails");
+    KEL_LOG(kFailure, "Update the vconf fails");
     return 0;
   }
   return 1;
 }
 
 /// Tunes to the first service of the database that meets the criteria.
-int CEmpTaskWindow::t_TuneToFound(Location at, TCCriteriaHelper& criteria) {
+int CEmpTaskWindow::t_TuneToFound(TCCriteriaHelper& criteria) {
   TCServiceData service;
-  if (t_FindService(at, criteria, service) < 1) return 0;
+  if (t_FindService(criteria, service) < 1) return 0;
   const unsigned long long serviceId = ReadServiceId(service);
-  KEL_LOG_AS(at, kInformation, "SERVICE_ID=[%llu]", serviceId);
-  return t_AskAppAndTune(at, serviceId);
+  KEL_LOG(kInformation, "SERVICE_ID=[%llu]", serviceId);
+  return t_AskAppAndTune(serviceId);
 }
 
-int CEmpTaskWindow::t_AskAppAndTune(Location at, unsigned long long serviceId, const char* notTv) {
+int CEmpTaskWindow::t_AskAppAndTune(unsigned long long serviceId, const char* notTv) {
   std::string appId;
-  return t_GetAppId(at, appId) ? t_TuneToService(at, serviceId, appId, notTv) : 0;
+  return t_GetAppId(appId) ? t_TuneToService(serviceId, appId, notTv) : 0;
 }
 
-bool CEmpTaskWindow::t_NeedTuningproxies(Location at) {
-  return t_NeedServiceproxy(at) && t_NeedSourceControlproxy(at) && t_NeedServiceNavigationproxy(at);
+bool CEmpTaskWindow::t_NeedTuningproxies() {
+  return t_NeedServiceproxy() && t_NeedSourceControlproxy() && t_NeedServiceNavigationproxy();
 }
 
 // The commands.
 
 int CEmpTaskWindow::SetChannel(int nMajor, int nMinor) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_NeedTuningproxies(__func__)) return 0;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  if (!t_NeedTuningproxies()) return 0;
   KEL_LOG(kInformation, "nMajor=[%d] nMinor=[%d]", nMajor, nMinor);
   TCCriteriaHelper criteria;
   criteria.Fetch(S::SERVICE_ID);
   constexpr int failed = 0;
-  const int filled = Try(__func__, failed, [&] {
+  const int filled = Try(failed, [&] {
     return TCNavigationModeHelper::GetOptimumCriteria(static_cast<unsigned short>(nMajor),
                                                       static_cast<unsigned short>(nMinor), criteria, NAVIGATION_ALL);
   });
   if (filled == 0) return 0;
   TCServiceData service;
-  const int found = Ask(__func__, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+  const int found = Ask(svc_navi_proxy, [&](IServiceNavigation& navigation) {
     return navigation.GetOptimumService(criteria, service, AnyMode());
   });
   if (found < 1) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return 0;
   }
   const unsigned long long serviceId = ReadServiceId(service);
   KEL_LOG(kInformation, "SERVICE_ID=[%llu]", serviceId);
-  return t_AskAppAndTune(__func__, serviceId, "Current source is not TV,use setsource API");
+  return t_AskAppAndTune(serviceId, "Current source is not TV,use setsource API");
 }
 
 int CEmpTaskWindow::SetChannel_PTC(int nPTC) {
-  if (!t_NeedTuningproxies(__func__)) return 0;
+  const LogScope scope(__func__);
+  if (!t_NeedTuningproxies()) return 0;
   KEL_LOG(kInformation, "nPTC=[%d]", nPTC);
   TCCriteriaHelper criteria;
   FetchAll(criteria, {S::SERVICE_ID, S::ORIGINAL_NETWORK_ID, S::TRANSPORT_STREAM_ID, S::PTC});
   criteria.OrderBy(S::SERVICE_ID, SORT_ASCENDING);
   criteria.Where(S::PTC, nPTC);
-  return t_TuneToFound(__func__, criteria);
+  return t_TuneToFound(criteria);
 }
 
 int CEmpTaskWindow::SetChannelDirect(int ptc, int major, int minor, int channelType) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_NeedTuningproxies(__func__)) return 0;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  if (!t_NeedTuningproxies()) return 0;
   KEL_LOG(kInformation, "ptc=[%d],major=[%d],minor=[%d],channelType=[%d]", ptc, major, minor, channelType);
   TCCriteriaHelper criteria;
   criteria.Fetch(S::SERVICE_ID);
   criteria.Where(S::PTC, ptc);
   criteria.Where(S::CHANNEL_TYPE, major);  // applications pass the type in place of the major number
   criteria.Where(S::MINOR, minor);
-  return t_TuneToFound(__func__, criteria);
+  return t_TuneToFound(criteria);
 }
 
 int CEmpTaskWindow::SetChannelByServiceid(unsigned long long serviceId) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_NeedSourceControlproxy(__func__)) return 0;
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  if (!t_NeedSourceControlproxy()) return 0;
   KEL_LOG(kInformation, "TCServiceId=[%llu]", serviceId);
-  return t_AskAppAndTune(__func__, serviceId);
+  return t_AskAppAndTune(serviceId);
 }
 
 int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_MODE eNavigatorMode) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   // In another order than the other tunes.
-  const bool connected =
-      t_NeedServiceproxy(__func__) && t_NeedServiceNavigationproxy(__func__) && t_NeedSourceControlproxy(__func__);
+  const bool connected = t_NeedServiceproxy() && t_NeedServiceNavigationproxy() && t_NeedSourceControlproxy();
   if (!connected) return 0;
   KEL_LOG(kInformation, "eSeek=[%d] eNavigatorMode=[%d]", static_cast<int>(eSeek), static_cast<int>(eNavigatorMode));
   const int nTCNavigatorMode = CEmpConverterWindow::GetTCValue(eNavigatorMode, PL_WINDOW_MAPPING_TABLE_NAVIGATOR_MODE);
   KEL_LOG(kInformation, "eSeek=[%d] nTCNavigatorMode=[%d]", static_cast<int>(eSeek), nTCNavigatorMode);
   TSTvMode mode = AnyMode();
-  if (t_GetTvMode(__func__, mode) < 1) {
+  if (t_GetTvMode(mode) < 1) {
     KEL_LOG(kFailure, "GetTvMode failed");
     return 0;
   }
   TCCriteriaHelper criteria;
-  if (!t_GetNavigationCriteria(__func__, static_cast<ENavigationMode>(nTCNavigatorMode), mode, criteria)) {
+  if (!t_GetNavigationCriteria(static_cast<ENavigationMode>(nTCNavigatorMode), mode, criteria)) {
     KEL_LOG(kFailure, "Get navigation criteria failed");
     return 0;
   }
   FetchAll(criteria, {S::CHANNEL_TYPE, S::SERVICE_ID, S::LOCK});
   TCServiceData service;
-  const int known = Ask(__func__, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+  const int known = Ask(svc_navi_proxy, [&](IServiceNavigation& navigation) {
     return navigation.GetCurrentService(mode, criteria, service);
   });
   if (known < 1) {
@@ -164,37 +166,36 @@ int CEmpTaskWindow::SetChannel_Seek(_PL_WINDOW_SEEK eSeek, _PL_WINDOW_NAVIGATOR_
     return -1;
   }
   std::string appId;
-  if (!t_GetAppId(__func__, appId)) return 0;
+  if (!t_GetAppId(appId)) return 0;
   const int result = t_SeekService(eSeek, criteria, service);
   if (result != 1) return result;
   const unsigned long long serviceId = ReadServiceId(service);
   KEL_LOG(kInformation, "svcidNext = %llu", serviceId);
-  return t_TuneToService(__func__, serviceId, appId);
+  return t_TuneToService(serviceId, appId);
 }
 
 /// Replaces the record of the current service by that of its neighbour. @return 1; 0 for another seek, -1 on failure.
 int CEmpTaskWindow::t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service) {
-  constexpr const char* function = "SetChannel_Seek";
   const unsigned long long currentId = ReadServiceId(service);
-  KEL_LOG_AS(function, kInformation, "svcid = %llu", currentId);
+  KEL_LOG(kInformation, "svcid = %llu", currentId);
   if (eSeek != PL_WINDOW_SEEK_NEXT && eSeek != PL_WINDOW_SEEK_PREVIOUS) {
-    KEL_LOG_AS(function, kFailure, "not support");
+    KEL_LOG(kFailure, "not support");
     return 0;
   }
-  const int found = Ask(function, svc_navi_proxy, [&](IServiceNavigation& navigation) {
+  const int found = Ask(svc_navi_proxy, [&](IServiceNavigation& navigation) {
     return eSeek == PL_WINDOW_SEEK_NEXT ? navigation.SeekNextService(criteria, currentId, service, AnyMode())
                                         : navigation.SeekPreviousService(criteria, currentId, service, AnyMode());
   });
   if (found >= 1) return 1;
-  KEL_LOG_ERROR(kTaskFile, function, kFailure);
+  KEL_LOG_ERROR(kTaskFile, kFailure);
   return -1;
 }
 
 int CEmpTaskWindow::GetSignalStrength(unsigned char* strength) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
-  if (!t_NeedTunerControlproxy(__func__)) return 0;
-  const int result =
-      Ask(__func__, tuner_ctrl_proxy, [&](ITunerControl& tuner) { return tuner.GetSignalStrength(0, strength); });
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
+  if (!t_NeedTunerControlproxy()) return 0;
+  const int result = Ask(tuner_ctrl_proxy, [&](ITunerControl& tuner) { return tuner.GetSignalStrength(0, strength); });
   if (result < 1) {
     KEL_LOG(kFailure, "GetSignalStrength failed");
     return -1;
@@ -207,9 +208,10 @@ int CEmpTaskWindow::GetSignalStrength(unsigned char* strength) {
 
 int CEmpTaskWindow::GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHANNEL_TYPE eChannelType,
                                          char* pszServiceId) {
-  KEL_LOG_PLACE(kTaskFile, __func__, kInformation);
+  const LogScope scope(__func__);
+  KEL_LOG_PLACE(kTaskFile, kInformation);
   KEL_LOG(kInformation, "[CEmpTaskWindow::%s][nMajor:%d,Minor:%d] call begin.", __func__, nMajor, nMinor);
-  if (!t_NeedServiceproxy(__func__)) return -1;
+  if (!t_NeedServiceproxy()) return -1;
   TCCriteriaHelper criteria;
   FetchAll(criteria, {S::SERVICE_ID, S::MAJOR, S::MINOR});
   criteria.OrderBy(S::SERVICE_ID, SORT_ASCENDING);
@@ -224,12 +226,12 @@ int CEmpTaskWindow::GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHAN
   if (nChannelType == kLastChannelType) {
     TSTvMode mode = AnyMode();
     int known = kFailed;
-    if (svc_navi_proxy != nullptr && !Reach(__func__, [&] { known = svc_navi_proxy->GetTvMode(mode); })) return 0;
+    if (svc_navi_proxy != nullptr && !Reach([&] { known = svc_navi_proxy->GetTvMode(mode); })) return 0;
     if (known >= 1) criteria.Where(S::ANTENNA_MODE, mode.antennaMode);
   }
   TCServiceData service;
-  if (t_FindService(__func__, criteria, service) < 1) {
-    KEL_LOG_ERROR(kTaskFile, __func__, kFailure);
+  if (t_FindService(criteria, service) < 1) {
+    KEL_LOG_ERROR(kTaskFile, kFailure);
     return 0;
   }
   const unsigned long long serviceId = ReadServiceId(service);

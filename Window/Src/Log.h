@@ -6,8 +6,8 @@
 // How the plug-in logs. A message is two calls of the framework's logger at the message's level: the location line,
 // then the message. These are macros, so that they know their own location and the compiler checks their formats.
 //
-// A location is the name of an operation and a line in it. Code shared by several operations takes the location as an
-// argument, so that its messages name the calling operation.
+// A location is the operation at work and a line of it. An operation makes itself known by a `LogScope`, once; code
+// that several operations share logs in the name of the one that called it.
 
 namespace kel {
 
@@ -19,14 +19,39 @@ inline constexpr int kMissingWorker = 3;  // of the engine
 
 inline constexpr int kLogChannel = 2;
 
-/// The name of an operation and a line of its source, as in location lines.
+/// A function and a line of it, as location lines tell them.
 struct Location {
-  /// Converts the name of an operation to a location on the current line.
-  constexpr Location(const char* operation, int where = __builtin_LINE())  // NOLINT(google-explicit-constructor)
-      : function(operation), line(where) {}
+  /// The name of a function becomes a location on the line where it stands.
+  constexpr Location(const char* name, int where = __builtin_LINE())  // NOLINT(google-explicit-constructor)
+      : function(name), line(where) {}
 
   const char* function;
   int line;
+};
+
+/// Names the operation at work: `const LogScope scope(__func__);` on its first line. Until it ends all is logged in its
+/// name, also what the functions log that it calls, but those with a scope of their own. The operation before is then
+/// at work again, also after an exception. Each thread has its own.
+class LogScope {
+ public:
+  explicit LogScope(Location operation) : m_outer(current) { current = operation; }
+  LogScope(const LogScope&) = delete;
+  LogScope& operator=(const LogScope&) = delete;
+  ~LogScope() { current = m_outer; }
+
+  /// The operation at work.
+  static const char* Name() { return current.function; }
+
+  /// The location of a message: the line where it stands in the operation at work, and where that called the function
+  /// that logs the line on which the operation begins. So the line is always one of the function that is told.
+  static Location Of(Location message) {
+    return {current.function, message.function == current.function ? message.line : current.line};
+  }
+
+ private:
+  static inline thread_local Location current{"", 0};
+
+  const Location m_outer;
 };
 
 inline void LogLocation(Location at, int level) {
@@ -35,17 +60,15 @@ inline void LogLocation(Location at, int level) {
 
 }  // namespace kel
 
-/// Logs a message of an operation: `KEL_LOG_AS(location or name, level, format, ...)`.
-#define KEL_LOG_AS(at, level, ...) \
-  (::kel::LogLocation((at), (level)), ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
+/// Logs a message of the operation at work: `KEL_LOG(level, format, ...)`.
+#define KEL_LOG(level, ...)                                    \
+  (::kel::LogLocation(::kel::LogScope::Of(__func__), (level)), \
+   ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
 
-/// The same for the enclosing function.
-#define KEL_LOG(level, ...) KEL_LOG_AS(__func__, level, __VA_ARGS__)
-
-/// The lines that mark the start of an operation and an error.
-#define KEL_LOG_PLACE(file, at, level)                                                             \
-  KEL_LOG_AS(at, level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::Location(at).function, \
-             ::kel::Location(at).line)
-#define KEL_LOG_ERROR(file, at, level)                                                                           \
-  KEL_LOG_AS(at, level, "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m", (file), ::kel::Location(at).function, \
-             ::kel::Location(at).line)
+/// The line that tells where an operation starts, and the one that marks an error.
+#define KEL_LOG_PLACE(file, level)                                                     \
+  KEL_LOG(level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::LogScope::Name(), \
+          ::kel::LogScope::Of(__func__).line)
+#define KEL_LOG_ERROR(file, level)                                                                   \
+  KEL_LOG(level, "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m", (file), ::kel::LogScope::Name(), \
+          ::kel::LogScope::Of(__func__).line)

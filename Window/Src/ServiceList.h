@@ -22,14 +22,12 @@ struct ServiceList {
 };
 
 /// Appends a record for each service that meets the criteria, in any TV mode. The caller deletes the records, even
-/// after a failure. Null pointers in place of records are dropped, so they affect neither counts nor positions. @param
-/// at the calling operation. @return the result of the set, greater than 0 on success; -1 without a navigation or when
-/// the call throws.
-inline int ListServices(Location at, IServiceNavigation* navigation, TCCriteriaHelper& criteria,
+/// after a failure. Null pointers in place of records are dropped, so they affect neither counts nor positions.
+/// @return the result of the set, greater than 0 on success; -1 without a navigation or when the call throws.
+inline int ListServices(IServiceNavigation* navigation, TCCriteriaHelper& criteria,
                         std::list<TCServiceData*>& services) {
-  const int result = Ask(at, navigation, [&](IServiceNavigation& asked) {
-    return asked.GetServiceList(criteria, services, AnyMode(), 0, 0);
-  });
+  const int result = Ask(
+      navigation, [&](IServiceNavigation& asked) { return asked.GetServiceList(criteria, services, AnyMode(), 0, 0); });
   services.remove(nullptr);
   return result;
 }

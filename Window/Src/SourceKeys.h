@@ -9,13 +9,13 @@
 
 namespace kel {
 
-/// Each function returns false when the store fails or throws. @param at  the calling operation.
-inline bool ReadKey(Location at, const char* key, int& value) {
-  return Try(at, kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
+/// Each function returns false when the store fails or throws.
+inline bool ReadKey(const char* key, int& value) {
+  return Try(kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
 }
 
-inline bool WriteKey(Location at, const char* key, int value) {
-  return Try(at, kFailed, [&] { return vconf_set_int(key, value); }) == 0;
+inline bool WriteKey(const char* key, int value) {
+  return Try(kFailed, [&] { return vconf_set_int(key, value); }) == 0;
 }
 
 /// True for the seeks that select the source stored as previous.

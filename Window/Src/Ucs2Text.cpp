@@ -22,17 +22,17 @@ class Converter {
     if (IsOpen()) iconv_close(m_converter);
   }
 
-  void Convert(Location at, char* out, std::size_t room, const char* in, std::size_t inBytes) {
+  void Convert(char* out, std::size_t room, const char* in, std::size_t inBytes) {
     if (!IsOpen()) m_converter = iconv_open(m_encoding, "UCS-2BE");
     if (!IsOpen()) {
-      KEL_LOG_AS(at, kInformation, "Iconv open failed");
+      KEL_LOG(kInformation, "Iconv open failed");
       return;
     }
     iconv(m_converter, nullptr, nullptr, nullptr, nullptr);  // resets the state from the previous text
     char* from = const_cast<char*>(in);                      // NOLINT: iconv only reads it
     if (iconv(m_converter, &from, &inBytes, &out, &room) == static_cast<std::size_t>(-1)) {
       const int error = errno;  // the logger may change it
-      KEL_LOG_AS(at, kInformation, "iconv failed: %d", error);
+      KEL_LOG(kInformation, "iconv failed: %d", error);
     }
   }
 
@@ -46,13 +46,15 @@ class Converter {
 }  // namespace
 
 void ucs2utf16(char* out, const char* in, std::size_t inBytes) {
+  const LogScope scope(__func__);
   thread_local Converter converter("UTF-16");
-  converter.Convert(__func__, out, kUtf16Room, in, inBytes);
+  converter.Convert(out, kUtf16Room, in, inBytes);
 }
 
 void ucs2utf8(char* out, const char* in, std::size_t inBytes) {
+  const LogScope scope(__func__);
   thread_local Converter converter("UTF-8");
-  converter.Convert(__func__, out, kUtf8Room, in, inBytes);
+  converter.Convert(out, kUtf8Room, in, inBytes);
 }
 
 }  // namespace kel

@@ -22,7 +22,6 @@ class ServiceDataAux;
 namespace kel {
 
 class CEmpEngineBase;
-struct Location;
 
 /// The worker behind every command. It holds the connections (proxies) to the TV service's interfaces for the main or
 /// the picture-in-picture window, and carries out the commands. Unless stated otherwise, an operation creates a missing
@@ -346,19 +345,19 @@ class CEmpTaskWindow {
   /// The same for operations that require the proxy: a missing proxy is logged, under the name of the calling
   /// operation.
   /// @{
-  bool t_NeedServiceproxy(Location at);
-  bool t_NeedServiceNavigationproxy(Location at);
-  bool t_NeedSourceControlproxy(Location at);
-  bool t_NeedVideoControlproxy(Location at);
-  bool t_NeedAVControlproxy(Location at);
-  bool t_NeedServiceDataAuxproxy(Location at);
-  bool t_NeedDataControlproxy(Location at);
-  bool t_NeedTunerControlproxy(Location at);
+  bool t_NeedServiceproxy();
+  bool t_NeedServiceNavigationproxy();
+  bool t_NeedSourceControlproxy();
+  bool t_NeedVideoControlproxy();
+  bool t_NeedAVControlproxy();
+  bool t_NeedServiceDataAuxproxy();
+  bool t_NeedDataControlproxy();
+  bool t_NeedTunerControlproxy();
   /// @}
 
-  /// The calling application's id, "NoAppId" when it is unknown. @param at  the calling operation.
+  /// The calling application's id, "NoAppId" when it is unknown.
   /// @return false when the engine throws.
-  bool t_GetAppId(Location at, std::string& appId);
+  bool t_GetAppId(std::string& appId);
 
   // EmpTaskWindow_Source
 
@@ -477,19 +476,19 @@ class CEmpTaskWindow {
 
   // EmpTaskWindow
   int t_CreateProxies();
-  EProfile t_TellWindow(Location at);
-  bool t_BindSourceControl(Location at, EProfile profile);
+  EProfile t_TellWindow();
+  bool t_BindSourceControl(EProfile profile);
   bool t_BindServiceDataAux(EProfile profile);
   bool t_BindDataControl(bool main);
   void t_ClearChannelList();
 
   // EmpTaskWindow_Source: steps shared by operations; they log under the name of the caller
-  bool t_AskCurrentSource(Location at, _PL_WINDOW_Source& eSource);
-  bool t_ConvertSource(Location at, ESource eTVSSource, _PL_WINDOW_Source& eSource);
-  bool t_SeedKey(Location at, const char* key, int nSource);
-  bool t_RecordSource(Location at, const std::string& key, int nSource);
-  bool t_RecordSources(Location at, int nNewSource, int nPreviousSource);
-  bool t_ReadPreviousSource(Location at, int& nSource);
+  bool t_AskCurrentSource(_PL_WINDOW_Source& eSource);
+  bool t_ConvertSource(ESource eTVSSource, _PL_WINDOW_Source& eSource);
+  bool t_SeedKey(const char* key, int nSource);
+  bool t_RecordSource(const std::string& key, int nSource);
+  bool t_RecordSources(int nNewSource, int nPreviousSource);
+  bool t_ReadPreviousSource(int& nSource);
   bool t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Source eCurPLSource);
   bool t_SwitchTVService(_PL_WINDOW_Source ePLSource, int nMajor, const std::string& appId);
   bool t_FindMajor(int nMajor, unsigned long long& serviceId);
@@ -497,29 +496,29 @@ class CEmpTaskWindow {
   bool t_DeactivateSource();
 
   // EmpTaskWindow_Screen and EmpTaskWindow_Picture: shared steps
-  bool t_HasSource(Location at);
-  int t_SetDefaultSize(Location at);
-  int t_SetSize(Location at, const Rect& rect);
-  bool t_CheckCropping(Location at);
-  int t_ShowPicture(Location at, bool shown);
+  bool t_HasSource();
+  int t_SetDefaultSize();
+  int t_SetSize(const Rect& rect);
+  bool t_CheckCropping();
+  int t_ShowPicture(bool shown);
 
   // EmpTaskWindow_Channel: shared steps
-  bool t_GetNavigationCriteria(Location at, ENavigationMode navigationMode, TSTvMode mode, TCCriteriaHelper& criteria);
-  int t_GetTvMode(Location at, TSTvMode& mode);
-  int t_FindService(Location at, TCCriteriaHelper& criteria, TCServiceData& out);
-  bool t_AskStartService(Location at, unsigned long long& serviceId, int& source);
+  bool t_GetNavigationCriteria(ENavigationMode navigationMode, TSTvMode mode, TCCriteriaHelper& criteria);
+  int t_GetTvMode(TSTvMode& mode);
+  int t_FindService(TCCriteriaHelper& criteria, TCServiceData& out);
+  bool t_AskStartService(unsigned long long& serviceId, int& source);
 
   // EmpTaskWindow_Tuning: shared steps
-  bool t_NeedTuningproxies(Location at);
-  int t_TuneToService(Location at, unsigned long long serviceId, const std::string& appId, const char* notTv = nullptr);
-  int t_AskAppAndTune(Location at, unsigned long long serviceId, const char* notTv = nullptr);
-  int t_TuneService(Location at, unsigned long long serviceId, const std::string& appId);
-  int t_TuneToFound(Location at, TCCriteriaHelper& criteria);
+  bool t_NeedTuningproxies();
+  int t_TuneToService(unsigned long long serviceId, const std::string& appId, const char* notTv = nullptr);
+  int t_AskAppAndTune(unsigned long long serviceId, const char* notTv = nullptr);
+  int t_TuneService(unsigned long long serviceId, const std::string& appId);
+  int t_TuneToFound(TCCriteriaHelper& criteria);
   int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
   int t_TuneDescribed(const std::string& channelInfo, int type);
 
   // EmpTaskWindow_Audio and EmpTaskWindow_Subtitle: shared steps
-  bool t_NeedAudioproxies(Location at);
+  bool t_NeedAudioproxies();
   int t_ListAudio(unsigned long long serviceId, std::string& strInfo);
   int t_TellAudio(std::string& strInfo);
   int t_SelectAudio(unsigned long long serviceId, short pid);
@@ -533,7 +532,7 @@ class CEmpTaskWindow {
   int t_GetCurrentChannelNumber(const FieldQuery& query, Value* out);
   template <typename Value>
   int t_GetStartChannelNumber(const FieldQuery& query, Value* out);
-  int t_GetCurrentChannelName(Location at, unsigned short* out, const char* null, const char* empty);
+  int t_GetCurrentChannelName(unsigned short* out, const char* null, const char* empty);
 };
 
 }  // namespace kel
