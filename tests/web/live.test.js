@@ -74,8 +74,8 @@ async function colourAt(x, y) {
 }
 
 /** Waits until what is looked at is right; fails with what was seen last. */
-async function becomes(what, look, isRight) {
-  const end = performance.now() + 15_000
+async function becomes(what, look, isRight, within = 15_000) {
+  const end = performance.now() + within
   for (;;) {
     const seen = await look()
     if (isRight(seen)) return
@@ -200,5 +200,44 @@ test('what can not be played is told on the test card, and why', onServers, asyn
     await becomes('the card is to be drawn', () => shown.page.evaluate(() => document.querySelector('emp-picture').counter), counter => counter !== null)
   } finally {
     renameSync(`${recording}.there`, recording)
+  }
+})
+
+/** Six seconds as the server sends them, which end properly; ten pictures a second. */
+function makeAnswer(path) {
+  run('ffmpeg', ['-v', 'error', '-f', 'lavfi', '-i', 'color=c=0xff0000:s=320x180:r=10:d=6', '-f', 'lavfi', '-i', 'sine=440:d=6',
+    ...['-c:v', 'libx264', '-profile:v', 'baseline', '-level', '3.0', '-pix_fmt', 'yuv420p', '-g', '10', '-c:a', 'aac'],
+    ...['-movflags', 'frag_keyframe+empty_moov+default_base_moof', path]])
+}
+
+/** In the page: how far a recording has played and how often a picture of it was drawn, each time that it was opened. */
+function noteRounds() {
+  globalThis.rounds = []
+  const {fetch} = globalThis
+  globalThis.fetch = (address, ...rest) => {
+    if (String(address?.url ?? address).endsWith('/live/main')) globalThis.rounds.push({time: 0, draws: 0})
+    return fetch(address, ...rest)
+  }
+  const {drawImage} = CanvasRenderingContext2D.prototype
+  CanvasRenderingContext2D.prototype.drawImage = function (from, ...place) {
+    if (from instanceof HTMLVideoElement) {
+      const round = globalThis.rounds.at(-1)
+      round.time = Math.max(round.time, from.currentTime)
+      round.draws += 1
+    }
+    return drawImage.call(this, from, ...place)
+  }
+}
+
+test('what ends properly plays to its end and is opened again, and each picture of it is drawn once', onServers, async () => {
+  const answer = join(folder, 'answer.mp4')
+  makeAnswer(answer)
+  await open({before: noteRounds, prepare: page => page.route('**/live/main', route =>
+    route.fulfill({path: answer, contentType: 'video/mp4; codecs="avc1.42C01E, mp4a.40.2"'}))})
+  const rounds = () => shown.page.evaluate(() => globalThis.rounds)
+  await becomes('it is to be opened a fourth time', async () => (await rounds()).length, opened => opened > 3, 60_000)
+  for (const {time, draws} of (await rounds()).slice(0, 3)) {
+    assert.ok(time > 5, `it played for ${time} s`)
+    assert.ok(draws <= 75, `${draws} draws of 60 pictures`)
   }
 })

@@ -40,15 +40,17 @@ export class Console {
 
   /**
    * @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any,
-   *   token?: string, isLetIn?: boolean, before?: () => void}} how  with a server it is that one, else a new one with these
-   *   options; `before` runs in the page before its first line
+   *   token?: string, isLetIn?: boolean, before?: () => void, prepare?: (page: any) => Promise<void>}} how  with a server it is
+   *   that one, else a new one with these options; `before` runs in the page before its first line, `prepare` here before it is
+   *   opened
    */
-  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true, before} = {}) {
+  static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true, before, prepare} = {}) {
     const made = new Console()
     made.server = server ?? await (onSite ? serveSite() : serve({options}))
     if (isLetIn && !onSite) made.tv = await made.connect({token})
     made.page = await browser.page(undefined, onSite ? {serviceWorkers: 'block'} : {})
     if (before) await made.page.addInitScript(before)
+    await prepare?.(made.page)
     await made.page.setViewportSize(size)
     await made.page.emulateMedia({colorScheme: scheme, reducedMotion: 'reduce'})
     made.page.on('console', message => message.type() === 'error' && made.errors.push(message.text()))
