@@ -49,6 +49,7 @@ async function play() {
 /** Exports what is shown, or commands by number, and keeps the files. @return their names */
 async function exported(kind, [from, to] = []) {
   const {page} = shown
+  await shown.caughtUp()
   await page.getByRole('button', {name: 'Export…'}).click()
   const dialog = page.getByRole('dialog', {name: 'Export commands'})
   await dialog.getByRole('radio', {name: kind}).check()
@@ -57,14 +58,25 @@ async function exported(kind, [from, to] = []) {
     await dialog.getByLabel('from').fill(String(from))
     await dialog.getByLabel('to', {exact: true}).fill(String(to))
   }
-  const downloads = []
-  page.on('download', download => downloads.push(download))
+  const saved = downloads(kind === 'Client code' ? 1 : 2)
   await dialog.getByRole('button', {name: 'Export'}).click()
   await dialog.waitFor({state: 'hidden'})
-  while (downloads.length < (kind === 'Client code' ? 1 : 2)) downloads.push(await page.waitForEvent('download'))
-  const files = [...new Set(downloads)]
+  const files = await saved
   for (const download of files) await download.saveAs(join(folder, download.suggestedFilename()))
   return files.map(download => download.suggestedFilename())
+}
+
+/** The next files that the page saves, so many; a snapshot, which lies beside another, comes last. */
+async function downloads(count) {
+  const files = []
+  await new Promise(resolve => {
+    const take = download => {
+      if (files.push(download) === count) resolve(shown.page.off('download', take))
+    }
+    shown.page.on('download', take)
+  })
+  const isSnapshot = download => download.suggestedFilename().endsWith('.json')
+  return files.sort((one, other) => isSnapshot(one) - isSnapshot(other))
 }
 
 /** Lets modules of the folder import the client as a package. */

@@ -77,6 +77,16 @@ export class Console {
     else await fetch(`${this.server.address}/rpc`, {method: 'POST', headers: {'Content-Type': 'application/json'}, body: text})
   }
 
+  /** Waits until the timeline shows all that has happened so far: its events come on another connection than a test's calls. */
+  async caughtUp() {
+    const {number} = await this.tv.call('events.subscribe', {topics: ['session']})
+    await this.page.evaluate(async last => {
+      const {timeline} = await import(new URL('page/timeline-log.js', location.href).href)
+      const bar = document.querySelector('emp-timeline-bar')
+      while (timeline.last < last || !bar.count.endsWith(` of ${timeline.entries.length}`)) await new Promise(requestAnimationFrame)
+    }, number)
+  }
+
   /** A pane, by its name. */
   pane(name) {
     return this.page.locator(`section[id="${name.toLowerCase().replace(' ', '-')}"]`)
