@@ -4,6 +4,7 @@
 #include "EmpTaskWindow.h"
 
 #include "Ask.h"
+#include "SourceKeys.h"
 #include "TaskFile.h"
 #include "kel/CEmpEngineBase.h"
 #include "tvservice/TVServiceAPI.h"
@@ -86,11 +87,6 @@ bool Needed(bool there, const char* missing) {
   if (!there) KEL_LOG(kFailure, "%s", missing);
   return there;
 }
-
-constexpr const char* kMainSource = "db/emp/mainsource";
-constexpr const char* kPreviousMainSource = "db/emp/previousmainsource";
-constexpr const char* kPipSource = "db/emp/pipsource";
-constexpr const char* kPreviousPipSource = "db/emp/previouspipsource";
 
 }  // namespace
 

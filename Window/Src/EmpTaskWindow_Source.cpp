@@ -14,13 +14,6 @@
 
 namespace kel {
 
-namespace {
-
-constexpr const char* kMainSource = "db/emp/mainsource";
-constexpr const char* kPublishedSource = "db/kel/current_source_type";
-
-}  // namespace
-
 int CEmpTaskWindow::GetSource(_PL_WINDOW_Source* peSource, _PL_WINDOW_SEEK eSeek) {
   const LogScope scope(__func__);
   KEL_LOG_PLACE(kTaskFile, kInformation);
@@ -192,17 +185,16 @@ bool CEmpTaskWindow::t_InitSourceVconf() {
   const LogScope scope(__func__);
   _PL_WINDOW_Source eSource = PL_WINDOW_SOURCE_UNKNOWN;
   if (!t_GetCurrentSourceInfo(eSource)) return false;
-  if (!t_SeedKey("db/emp/mainsource", eSource)) return false;
+  if (!t_SeedKey(kMainSource, eSource)) return false;
   // The previous source starts as the current one, whatever the TV service showed before.
   if (!t_AskCurrentSource(eSource)) return false;
-  if (!t_SeedKey("db/emp/previousmainsource", eSource)) return false;
+  if (!t_SeedKey(kPreviousMainSource, eSource)) return false;
 
-  constexpr const char* pipSource = "db/emp/pipsource";
-  if (!WriteKey(pipSource, PL_WINDOW_SOURCE_TV)) {
-    KEL_LOG(kFailure, "Set vconf %sfailed", pipSource);
+  if (!WriteKey(kPipSource, PL_WINDOW_SOURCE_TV)) {
+    KEL_LOG(kFailure, "Set vconf %sfailed", kPipSource);
     return false;
   }
-  KEL_LOG(kInformation, "Set vconf %s = %d success", pipSource, static_cast<int>(PL_WINDOW_SOURCE_TV));
+  KEL_LOG(kInformation, "Set vconf %s = %d success", kPipSource, static_cast<int>(PL_WINDOW_SOURCE_TV));
   return true;
 }
 

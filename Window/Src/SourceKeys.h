@@ -5,9 +5,18 @@
 #include "EmpConverterWindow.h"
 #include "settings/vconf.h"
 
-// Reading and writing the settings keys of sources.
+// The settings keys of sources, and how they are read and written.
 
 namespace kel {
+
+/// The source of each window as applications number it, and the one before it.
+inline constexpr const char* kMainSource = "db/emp/mainsource";
+inline constexpr const char* kPreviousMainSource = "db/emp/previousmainsource";
+inline constexpr const char* kPipSource = "db/emp/pipsource";
+inline constexpr const char* kPreviousPipSource = "db/emp/previouspipsource";
+
+/// The source of the main window for the TV middleware: widget id, colon, the number that applications use.
+inline constexpr const char* kPublishedSource = "db/kel/current_source_type";
 
 /// Each function returns false when the store fails or throws.
 inline bool ReadKey(const char* key, int& value) {
