@@ -47,9 +47,9 @@ bool alwaysFails(const CatalogueCommand& told) {
   return told.answerValues == "none";
 }
 
-/// True where the catalogue has a preset and does not say "never answered" of it.
+/// True where the catalogue has a preset and does not say "never returned" of it.
 bool answersPreset(const CatalogueCommand& told) {
-  return told.preset && told.presetMeans.find("ever answered") == std::string::npos;
+  return told.preset && told.presetMeans.find("ever returned") == std::string::npos;
 }
 
 std::string textAt(const Lines& words, std::size_t parameter) {
