@@ -60,15 +60,15 @@ inline void LogLocation(Location at, int level) {
 
 }  // namespace kel
 
+/// The location of the line where it stands; in a lambda, whose name is no operation's, of the operation's first line.
+#define KEL_HERE ::kel::LogScope::Of(__func__)  // NOLINT(bugprone-lambda-function-name)
+
 /// Logs a message of the operation at work: `KEL_LOG(level, format, ...)`.
-#define KEL_LOG(level, ...)                                    \
-  (::kel::LogLocation(::kel::LogScope::Of(__func__), (level)), \
-   ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
+#define KEL_LOG(level, ...) \
+  (::kel::LogLocation(KEL_HERE, (level)), ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
 
 /// The line that tells where an operation starts, and the one that marks an error.
-#define KEL_LOG_PLACE(file, level)                                                     \
-  KEL_LOG(level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::LogScope::Name(), \
-          ::kel::LogScope::Of(__func__).line)
-#define KEL_LOG_ERROR(file, level)                                                                   \
-  KEL_LOG(level, "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m", (file), ::kel::LogScope::Name(), \
-          ::kel::LogScope::Of(__func__).line)
+#define KEL_LOG_PLACE(file, level) \
+  KEL_LOG(level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::LogScope::Name(), KEL_HERE.line)
+#define KEL_LOG_ERROR(file, level) \
+  KEL_LOG(level, "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m", (file), ::kel::LogScope::Name(), KEL_HERE.line)
