@@ -26,7 +26,6 @@ namespace {
 using S = TCServiceData;
 using kel::kInformation;
 
-constexpr const char* function = "GetFullChannelList";
 constexpr std::array fields{S::SERVICE_ID, S::CHANNEL_NAME,   S::MAJOR,
                             S::MINOR,      S::CHANNEL_TYPE,   S::FREQUENCY,
                             S::PTC,        S::PROGRAM_NUMBER, S::ORIGINAL_NETWORK_ID};
@@ -48,8 +47,7 @@ Json::Value listed(const TCServiceData& service) {
   service.Get(S::SERVICE_ID, id);
   std::vector<unsigned short> units(static_cast<std::size_t>(service.GetLength(S::CHANNEL_NAME)));
   service.Get(S::CHANNEL_NAME, units.data());
-  KEL_LOG_AS(function, kInformation, "len = %d, c_len=%d", static_cast<int>(units.size()),
-             static_cast<int>(units.size() * 2));
+  KEL_LOG(kInformation, "len = %d, c_len=%d", static_cast<int>(units.size()), static_cast<int>(units.size() * 2));
   const std::string name = utf8(units);
   const int major = number(service, S::MAJOR);
   const int minor = number(service, S::MINOR);
@@ -58,10 +56,10 @@ Json::Value listed(const TCServiceData& service) {
   const int ptc = number(service, S::PTC);
   const int program = number(service, S::PROGRAM_NUMBER) & 0xFF;
   const int network = number(service, S::ORIGINAL_NETWORK_ID);
-  KEL_LOG_AS(function, kInformation,
-             "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
-             "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
-             id, name.c_str(), major, minor, type, frequency, ptc, program, network);
+  KEL_LOG(kInformation,
+          "SERVICE_ID = %llu,tmpName = %s, MAJOR = %d,MINOR = %d, CHANNEL_TYPE = %d, FREQUENCY = %d, "
+          "CHANNEL_NUMBER = %d, PROGRAM_NUMBER= %d, ORIGINAL_NETWORK_ID = %d",
+          id, name.c_str(), major, minor, type, frequency, ptc, program, network);
   Json::Value element;
   element["SERVICE_ID"] = std::to_string(id);
   element["SERVICE_NAME"] = name;
@@ -92,19 +90,20 @@ std::string document(std::list<TCServiceData*>& services) {
 }  // namespace
 
 std::string plainChannelList(IServiceNavigation& navigation) {
-  KEL_LOG_AS(function, kInformation, "This is GetFullChannelList");
+  const kel::LogScope scope("GetFullChannelList");
+  KEL_LOG(kInformation, "This is GetFullChannelList");
   TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
   navigation.GetTvMode(mode);
   TCCriteriaHelper criteria;
   TCNavigationModeHelper::GetNavigationCriteria(NAVIGATION_ALL, mode, criteria, ~0ULL);
   for (const int field : fields) criteria.Fetch(field);
-  KEL_LOG_AS(function, kInformation, "execute GetServiceList");
+  KEL_LOG(kInformation, "execute GetServiceList");
   std::list<TCServiceData*> services;
   const TSTvMode any(ANTENNA_NONE, SERVICE_MODE_NONE);
   if (navigation.GetServiceList(criteria, services, any, 0, 0) < 1) throw std::runtime_error("there is no list");
-  KEL_LOG_AS(function, kInformation, "ServiceList size = %d", static_cast<int>(services.size()));
+  KEL_LOG(kInformation, "ServiceList size = %d", static_cast<int>(services.size()));
   std::string text = document(services);
-  KEL_LOG_AS(function, kInformation, "Lenght = %d,strChannelInfo = %s", static_cast<int>(text.size()), text.c_str());
+  KEL_LOG(kInformation, "Lenght = %d,strChannelInfo = %s", static_cast<int>(text.size()), text.c_str());
   return text;
 }
 
