@@ -83,6 +83,8 @@ class CEmpTaskWindow {
   /// State of the window's source, -1 when none is active. @return 1, -3 or -1.
   int GetSourceState(int* pnState);
 
+  // EmpTaskWindow_Switch: switching the source
+
   /// Switches the window to a source and records it in the source keys. If the source is already shown, only corrects
   /// keys that differ. In the picture-in-picture window, recording fails after the switch. For the seeks 6, 8 and 9
   /// `eSource` is ignored and the source stored as previous is used. @return 1; 0 on failure, -1 without a
@@ -384,6 +386,8 @@ class CEmpTaskWindow {
   /// in the picture-in-picture window that is the middleware.
   bool t_UpdateSourceVconf(int nNewSource, int nPreviousSource);
 
+  // EmpTaskWindow_Switch
+
   /// Switches the window to a source and, if `nMajor` is not negative, to a channel of it; then records the source.
   bool t_SetSource(_PL_WINDOW_Source ePLSource, int nMajor);
 
@@ -489,6 +493,8 @@ class CEmpTaskWindow {
   bool t_RecordSource(const std::string& key, int nSource);
   bool t_RecordSources(int nNewSource, int nPreviousSource);
   bool t_ReadPreviousSource(int& nSource);
+
+  // EmpTaskWindow_Switch: shared steps
   bool t_RepairSource(_PL_WINDOW_Source ePLSource, _PL_WINDOW_Source eCurPLSource);
   bool t_SwitchTVService(_PL_WINDOW_Source ePLSource, int nMajor, const std::string& appId);
   bool t_FindMajor(int nMajor, unsigned long long& serviceId);

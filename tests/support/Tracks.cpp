@@ -98,4 +98,12 @@ void TrackCommand::showIsp(const std::vector<AudioTrack>& audio, const std::vect
   forget();
 }
 
+void TrackCommand::expectIspAskedAnew(const std::string& command) {
+  EXPECT_EQ(execute(command), "ascii");
+  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=isp-service", command), "int -1");
+  showIsp({}, {});
+  EXPECT_EQ(execute(command), "int -1");
+  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=tv-service", command), "ascii");
+}
+
 }  // namespace tracks

@@ -132,6 +132,9 @@ class TrackCommand : public channels::ChannelEngineTest {
 
   void showTv(const virtualtv::Service& with);
   void showIsp(const std::vector<virtualtv::AudioTrack>& audio, const std::vector<virtualtv::SubtitleTrack>& subtitles);
+  /// Expects a command that lists tracks, where no document can be written, to ask once more for its answer whether the
+  /// source is ISP.
+  void expectIspAskedAnew(const std::string& command);
 };
 
 }  // namespace tracks

@@ -3,16 +3,16 @@
 
 import json
 import re
-import shlex
 import socket
 import subprocess
 import tempfile
 import time
-from contextlib import closing, contextmanager
+from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Callable
 
+from measuring.lab import command_of, free_ports
 from proving.job import Failed
 from shipping import image, packages, roots, states
 from shipping.packages import said
@@ -123,8 +123,7 @@ def expect_at_work(top, root):
 def expect_served(root):
     """The command of the unit serves, as the service manager would start it."""
     unit = root.inside("/usr/lib/systemd/user/emp-window@.service").read_text(encoding="utf-8")
-    command = re.search(r"^ExecStart=(.*)$", unit, re.MULTILINE)[1].replace("%i", "served").replace("$$", "$")
-    started = root.command(shlex.split(command), user=USER, variables={"OPTIONS": "--listen 127.0.0.1:0 --until-eof"})
+    started = root.command(command_of(unit, "served"), user=USER, variables={"OPTIONS": "--listen 127.0.0.1:0 --until-eof"})
     with subprocess.Popen(started, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True) as process:
         line = process.stdout.readline()
         process.stdin.close()
@@ -194,7 +193,7 @@ def try_image(place, made):
 
 
 def expect_container(containers, name):
-    port = free_port()
+    [port] = free_ports(1)
     started = ["run", "--detach", "--network", "host", "--ulimit", "nofile=1024:1024", "--ulimit", "nproc=1000:1000",
                "--env", f"EMP_WINDOW_PORT={port}", "--env", "EMP_WINDOW_TOKEN=first", "--volume", "kept:/var/lib/emp-window"]
     containers.run(*started, "--name", "one", name)
@@ -220,12 +219,6 @@ def asked(port, token, method, parameters):
         connection.sendall(f"{head}Content-Type: application/json\r\nContent-Length: {len(call)}\r\n\r\n{call}".encode())
         answer = reader.read()
     return json.loads(answer.rpartition("\n")[2])["result"] if " 200 " in answer.partition("\n")[0] else None
-
-
-def free_port():
-    with closing(socket.socket()) as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
 
 
 # The first steps of somebody new.

@@ -177,11 +177,7 @@ class AudioListCommand : public tracks::TrackCommand {};
 
 TEST_F(AudioListCommand, WhetherTheSourceIsIspIsAskedAnewForTheAnswer) {
   const WriterFault writer;
-  EXPECT_EQ(execute(operation), "ascii");
-  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=isp-service", operation), "int -1");
-  showIsp({}, {});
-  EXPECT_EQ(execute(operation), "int -1");
-  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=tv-service", operation), "ascii");
+  expectIspAskedAnew(operation);
 }
 
 }  // namespace

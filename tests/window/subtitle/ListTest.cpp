@@ -238,11 +238,7 @@ class SubtitleListCommand : public tracks::TrackCommand {};
 
 TEST_F(SubtitleListCommand, WhetherTheSourceIsIspIsAskedAnewForTheAnswer) {
   const WriterFault writer;
-  EXPECT_EQ(execute(operation), "ascii");
-  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=isp-service", operation), "int -1");
-  showIsp({}, {});
-  EXPECT_EQ(execute(operation), "int -1");
-  EXPECT_EQ(executeUnder("vconf_get_str nth=2 result=tv-service", operation), "ascii");
+  expectIspAskedAnew(operation);
 }
 
 }  // namespace

@@ -90,6 +90,9 @@ std::vector<Row> rows() {
   const auto cut = [](char16_t unit, std::size_t times, const std::string& utf8, int error8) {
     return Row{bigEndian(std::u16string(times, unit)), std::u16string(255, unit), utf8, E2BIG, error8};
   };
+  const auto lone = [](char16_t surrogate) {
+    return Row{bigEndian(std::u16string(u"ab") + surrogate + u"cd"), u"ab", "ab", EILSEQ, EILSEQ};
+  };
   return {whole(u"News 24", "News 24"),
           whole(u"Новости 日本 é", "Новости 日本 é"),
           whole(u"\u0001", "\x01"),
@@ -109,18 +112,10 @@ std::vector<Row> rows() {
           cut(u'é', 258, repeated("é", 257), E2BIG),
           cut(u'日', 256, repeated("日", 171), E2BIG),  // the 172nd does not fit whole
           // Surrogates are no characters in UCS-2, neither alone nor in pairs.
-          {bigEndian(u"ab\xD800"
-                     u"cd"),
-           u"ab", "ab", EILSEQ, EILSEQ},
-          {bigEndian(u"ab\xDBFF"
-                     u"cd"),
-           u"ab", "ab", EILSEQ, EILSEQ},
-          {bigEndian(u"ab\xDC00"
-                     u"cd"),
-           u"ab", "ab", EILSEQ, EILSEQ},
-          {bigEndian(u"ab\xDFFF"
-                     u"cd"),
-           u"ab", "ab", EILSEQ, EILSEQ},
+          lone(0xD800),
+          lone(0xDBFF),
+          lone(0xDC00),
+          lone(0xDFFF),
           {bigEndian(u"ab😀"), u"ab", "ab", EILSEQ, EILSEQ},
           // Half a unit at the end.
           {bigEndian(u"ab") + '\0', u"ab", "ab", EINVAL, EINVAL}};
