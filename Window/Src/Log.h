@@ -44,9 +44,7 @@ class LogScope {
 
   /// The location of a message: the line where it stands in the operation at work, and where that called the function
   /// that logs the line on which the operation begins. So the line is always one of the function that is told.
-  static Location Of(Location message) {
-    return {current.function, message.function == current.function ? message.line : current.line};
-  }
+  static Location Of(Location message);
 
  private:
   static inline thread_local Location current{"", 0};
@@ -54,21 +52,22 @@ class LogScope {
   const Location m_outer;
 };
 
-inline void LogLocation(Location at, int level) {
-  CKELDebug::PrintLog(kLogChannel, level, "[KEL][%s(%d)] ", at.function, at.line);
-}
+/// Logs the location line of a message that stands there.
+void LogLocation(Location message, int level);
 
 }  // namespace kel
 
-/// The location of the line where it stands; in a lambda, whose name is no operation's, of the operation's first line.
-#define KEL_HERE ::kel::LogScope::Of(__func__)  // NOLINT(bugprone-lambda-function-name)
+/// The line where it stands. In a lambda, whose name is no operation's, the operation's first line is logged.
+#define KEL_HERE ::kel::Location(__func__)  // NOLINT(bugprone-lambda-function-name)
 
 /// Logs a message of the operation at work: `KEL_LOG(level, format, ...)`.
 #define KEL_LOG(level, ...) \
   (::kel::LogLocation(KEL_HERE, (level)), ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
 
 /// The line that tells where an operation starts, and the one that marks an error.
-#define KEL_LOG_PLACE(file, level) \
-  KEL_LOG(level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::LogScope::Name(), KEL_HERE.line)
-#define KEL_LOG_ERROR(file, level) \
-  KEL_LOG(level, "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m", (file), ::kel::LogScope::Name(), KEL_HERE.line)
+#define KEL_LOG_PLACE(file, level)                                                     \
+  KEL_LOG(level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::LogScope::Name(), \
+          ::kel::LogScope::Of(KEL_HERE).line)
+#define KEL_LOG_ERROR(file, level)                                                                   \
+  KEL_LOG(level, "\033[2;31;42m !!!!ERROR!!!![%s][%s][%d] \033[0m", (file), ::kel::LogScope::Name(), \
+          ::kel::LogScope::Of(KEL_HERE).line)
