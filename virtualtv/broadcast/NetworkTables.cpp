@@ -20,6 +20,7 @@ enum NetworkTag : unsigned {
   EXTENSION = 0x7F,
   LOGICAL_CHANNELS = 0x83,
   CHANNEL_LISTS = 0x87,
+  SIMULCAST_CHANNELS = 0x88,
 };
 
 /// The specifier of networks with 14-bit instead of 10-bit channel numbers, and with channel lists.
@@ -143,15 +144,19 @@ NetworkStream readStream(Bits& bits, bool& isSound) {
   bits.skip(4);
   std::uint32_t owner = 0;
   ChannelNumbers listed;
+  ChannelNumbers simulcast;
   isSound &= eachDescriptor(bits.take(bits.get(12)), [&](const Descriptor& descriptor) {
     Bits body(descriptor.body);
     if (descriptor.tag == PRIVATE_DATA_SPECIFIER) owner = body.get(32);
     if (descriptor.tag == LOGICAL_CHANNELS)
       readNumbers(body, owner == nordic ? nordicWidth : usualWidth, stream.numbers);
+    if (descriptor.tag == SIMULCAST_CHANNELS && owner != nordic) readNumbers(body, usualWidth, simulcast);
     if (descriptor.tag == CHANNEL_LISTS && owner == nordic && listed.empty()) readFirstList(body, listed);
     if (!stream.delivery) stream.delivery = readDelivery(descriptor);
   });
-  listed.merge(stream.numbers);  // numbers of a list count before others
+  // What is in the map stays: a number of a list counts before one of the simulcast, that before a plain one.
+  listed.merge(simulcast);
+  listed.merge(stream.numbers);
   stream.numbers = std::move(listed);
   return stream;
 }

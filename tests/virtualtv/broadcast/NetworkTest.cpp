@@ -46,6 +46,19 @@ TEST(Network, NumbersItsServicesByTheFirstOfTheListsOfTheNorth) {
   EXPECT_EQ(channel(sentWith(north + descriptor(0x87, {1, 0, 's', 'w', 'e', 4, 0, 1, 0x7C, 5}))), "5 hidden");
 }
 
+TEST(Network, GivesProgramsInHighDefinitionTheNumbersOfTheirSimulcast) {
+  const Blob plain = descriptor(0x83, {0, 1, 0xFC, 101});
+  const Blob simulcast = descriptor(0x88, {0, 1, 0xFC, 1});
+  EXPECT_EQ(channel(sentWith(plain + simulcast)), "1");
+  EXPECT_EQ(channel(sentWith(simulcast + plain)), "1");
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 1, 0x7C, 1}))), "1 hidden");
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 2, 0xFC, 1}))), "101");  // of another program
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 1, 0xFC, 0}))), "101");  // no number
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 1, 0xFC}))), "101");     // cut off
+  const Blob north = descriptor(0x5F, {0, 0, 0, 0x29});
+  EXPECT_EQ(channel(sentWith(north + descriptor(0x83, {0, 1, 0xC0, 101}) + simulcast)), "101");  // means nothing there
+}
+
 TEST(Network, SendsTerrestrially) {
   const Blob body{0x02, 0xF7, 0xE3, 0x40, 0x1F, 0x81, 0x00, 0xFF, 0xFF, 0xFF, 0xFF};  // 498 MHz, 8 MHz, 64-QAM
   const Delivery delivery = sentWith(descriptor(0x5A, body)).delivery;
