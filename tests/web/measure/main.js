@@ -4,6 +4,7 @@ import {endServers} from '../../client/support/server.js'
 import {closeBrowser, Console, openBrowser} from '../support/console.js'
 import {cardCost} from './card.js'
 import {channelsCost} from './channels.js'
+import {tuneDelay} from './live.js'
 import {eventDelay, loadCost} from './page.js'
 import {timelineCost} from './timeline.js'
 
@@ -29,6 +30,7 @@ async function rows() {
   const timeline = await on(({page, tv}) => timelineCost(page, tv))
   const card = await on(({page}) => cardCost(page))
   const delay = await on(({page, server}) => eventDelay(page, server.address))
+  const tune = await tuneDelay()
   return [
     ['bytes that are transferred for the page', load.bytes, 250_000, ''],
     ['from the request until it shows the TV', load.usable, 1000, 'ms'],
@@ -39,6 +41,7 @@ async function rows() {
     ['longest task while events arrive there', timeline.arriving, 50, 'ms'],
     [`a test card at 25 pictures a second, against a bare canvas (${round(card.card)} to ${round(card.bare)} ms a second)`, card.ratio, 2, ''],
     [`from a command until the page shows it, while 200 events a second arrive (${delay.events} of them; median ${delay.median} ms)`, delay.slowest, 100, 'ms'],
+    ['from a tune to a recording until its picture is on the page, the slowest of ten', tune, 2000, 'ms'],
   ]
 }
 
