@@ -3,7 +3,9 @@
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {readFile} from 'node:fs/promises'
+import {relative} from 'node:path'
 import {test} from 'node:test'
+import {fileURLToPath} from 'node:url'
 import {cases, runCase} from '../client/support/cases.js'
 import {EmpTvError, createTv, forgetTv, installWindow, urlOf} from './support/package.js'
 
@@ -29,6 +31,13 @@ test('a TV starts from a snapshot and a list', async () => {
   await both.close()
 })
 
+/** An object that has itself in it. */
+function loop() {
+  const object = {version: 1}
+  object.state = object
+  return object
+}
+
 test('what a TV can not start from is told by a named error that says what and where', async () => {
   const failures = [
     [{snapshot: {}}, 'snapshot', /^the TV in memory: snapshot: not a snapshot of a set/],
@@ -39,12 +48,16 @@ test('what a TV can not start from is told by a named error that says what and w
     [{snapshot: ''}, 'snapshot', /^the TV in memory: snapshot: what tv.snapshot\(\) answers is wanted, not an empty text$/],
     [{snapshot: 5}, 'snapshot', /^the TV in memory: snapshot: what tv.snapshot\(\) answers is wanted, not 5$/],
     [{snapshot: null}, 'snapshot', /^the TV in memory: snapshot: what tv.snapshot\(\) answers is wanted, not null$/],
+    [{snapshot: loop()}, 'snapshot', /^the TV in memory: snapshot: it can't be written as JSON: .*circular.*$/],
+    [{snapshot: {version: 1n}}, 'snapshot', /^the TV in memory: snapshot: it can't be written as JSON: .*BigInt/],
+    [{snapshot: {toJSON() {}}}, 'snapshot', /^the TV in memory: snapshot: not a snapshot of a set/],
     [{list: ''}, 'list', /^the TV in memory: list: not a channel list of a known format/],
     [{list: new Uint8Array([65])}, 'list', /^the TV in memory: list: content: a text is wanted, not an object$/],
     [{maximumMemory: 65536}, 'memory', /^the TV in memory: maximumMemory: 8388608 bytes at least are wanted, not 65536$/],
     [{maximumMemory: NaN}, 'memory', /^the TV in memory: maximumMemory: 8388608 bytes at least are wanted, not NaN$/],
     [{maximumMemory: '16 MB'}, 'memory', /^the TV in memory: maximumMemory: 8388608 bytes at least are wanted, not 16 MB$/],
     [{module: new URL('file:///no/such.wasm')}, 'module', /^the TV in memory: .*ENOENT.*such.wasm/],
+    [{module: '/no/such.wasm'}, 'module', /^the TV in memory: .*ENOENT.*such.wasm/],
     [{module: new Uint8Array([1, 2, 3, 4])}, 'module', /^the TV in memory: .*can't be compiled: /],
     [{module: new Uint8Array([0, 97, 115, 109, 1, 0, 0, 0])}, 'module', /^the TV in memory: this WebAssembly is not the virtual TV's module/],
     [{persist: 'key'}, 'storage', /^persist 'key': a TV is kept in browsers alone/],
@@ -65,6 +78,15 @@ test('what a TV can not start from is told by a named error that says what and w
   await assert.rejects(createTv({persist: ''}), /a text is wanted as the key of persist/)
   await assert.rejects(forgetTv('key'), {name: 'EmpTvError', what: 'storage'})
   assert.throws(() => installWindow({}, {tv: {}, name: 'tvWindow'}), /a tv that createTv has made is wanted/)
+})
+
+test('the module is taken from where it is said to be: a path, an address, its bytes', async () => {
+  const file = fileURLToPath(urlOf('emp-window.wasm'))
+  for (const module of [file, relative('', file), urlOf('emp-window.wasm'), new URL(urlOf('emp-window.wasm')), await readFile(file)]) {
+    const tv = await createTv({module})
+    assert.equal(await tv.window.GetTVMode(), 1)
+    await tv.close()
+  }
 })
 
 /** The module with another version in place of its own. */

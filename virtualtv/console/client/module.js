@@ -7,8 +7,8 @@
  *   const module = await compile(new URL('./emp-window.wasm', import.meta.url))
  *   const set = startSet(module)
  *
- *   compile(source)      a promise of a WebAssembly.Module; source: a URL (text too), a Response, bytes, or such a module.
- *                        What is fetched is compiled while it arrives.
+ *   compile(source)      a promise of a WebAssembly.Module; source: a URL (text too), in Node a path, a Response, bytes, or
+ *                        such a module. What is fetched is compiled while it arrives.
  *   compileNow(bytes)    the same at once. Browsers refuse this on a page's own thread for what is larger than some
  *                        kilobytes; the error then says what to do.
  *   startSet(module, {snapshot, waits, maximumMemory, complain})
@@ -62,6 +62,12 @@ function isNode() {
   return typeof process === 'object' && Boolean(process.versions?.node)
 }
 
+/** Where a text says that something is: an address, or in Node a path. */
+async function addressOf(text) {
+  const isPath = isNode() && !/^[a-z][a-z\d+.-]+:/i.test(text)  // the letter of a drive is no scheme
+  return isPath ? (await import('node:url')).pathToFileURL(text) : new URL(text, globalThis.location?.href)
+}
+
 async function fetched(address) {
   if (address.protocol === 'file:' && isNode()) {
     const {readFile} = await import('node:fs/promises')
@@ -80,7 +86,7 @@ async function compileResponse(response) {
 async function compiled(source) {
   if (source instanceof WebAssembly.Module) return source
   if (typeof Response === 'function' && source instanceof Response) return compileResponse(source)
-  if (typeof source === 'string') return fetched(new URL(source, globalThis.location?.href))
+  if (typeof source === 'string') return fetched(await addressOf(source))
   if (source instanceof URL) return fetched(source)
   return WebAssembly.compile(source)
 }
@@ -204,6 +210,16 @@ function pagesIn(maximumMemory) {
   throw new EmpModuleError('memory', `maximumMemory: ${least} bytes at least are wanted, not ${String(maximumMemory)}`)
 }
 
+/** A snapshot as the module takes it. @param snapshot  text or document */
+function textOf(snapshot = '') {
+  if (typeof snapshot !== 'object') return snapshot
+  try {
+    return String(JSON.stringify(snapshot))  // which may be undefined
+  } catch (cause) {
+    throw new EmpModuleError('snapshot', `it can't be written as JSON: ${messageOf(cause).split('\n')[0]}`, {cause})
+  }
+}
+
 class ModuleSet {
   #memory
   #calls  // the module's functions
@@ -220,8 +236,7 @@ class ModuleSet {
   constructor(module, {snapshot, waits = true, maximumMemory = mostMemory, complain = line => console.warn(line)}) {
     this.#complain = complain
     this.#calls = this.#instantiate(module, pagesIn(maximumMemory))
-    const text = typeof snapshot === 'object' ? JSON.stringify(snapshot) : (snapshot ?? '')
-    this.#call('start', this.#lay(text), waits ? 1 : 0)
+    this.#call('start', this.#lay(textOf(snapshot)), waits ? 1 : 0)
   }
 
   open(listener, session = '') {
