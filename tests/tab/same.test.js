@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The set in memory does what the program does, to the last call and log message: transcripts, the cases of all commands,
-// lists, snapshots, and the scripts of the simulation, which the program runs against the model. In Node and in a browser.
+// lists, recordings, snapshots, and the scripts of the simulation, which the program runs against the model. In Node and in a browser.
 // EMP_WINDOW names the program, EMP_WINDOW_SIMULATION the simulation's, EMP_WINDOW_LISTS a folder of lists if there is one.
 import assert from 'node:assert/strict'
 import {execFileSync} from 'node:child_process'
@@ -11,7 +11,7 @@ import {after, before, test} from 'node:test'
 import {startBrowser} from '../client/support/browser.js'
 import {answersOf, differenceIn} from './support/answers.js'
 import {PackageSite, createTv, urlOf} from './support/package.js'
-import {cases, checks, lists, simulation, snapshots, transcripts} from './support/streams.js'
+import {cases, checks, lists, recordings, simulation, snapshots, transcripts} from './support/streams.js'
 
 const commands = 100_000  // of the simulation
 const {EMP_WINDOW: program, EMP_WINDOW_SIMULATION: simulator, EMP_WINDOW_LISTS: listFolder} = process.env
@@ -69,7 +69,7 @@ async function compare({name, calls}) {
 const formats = () => /--format TEXT:\{([^}]*)\}/.exec(execFileSync(program, ['import', '--help']).toString())[1].split(',')
 
 for (const [what, streams] of [['transcript', transcripts()], ['cases', cases()], ['list', lists(formats(), listFolder)],
-  ['snapshot', snapshots()], ['check of', checks()]]) {
+  ['recording', recordings()], ['snapshot', snapshots()], ['check of', checks()]]) {
   test(`there are streams: ${what}`, () => assert.ok(streams.length > 0))
   for (const stream of streams) test(`${what} ${stream.name} gives the same`, () => compare(stream))
 }

@@ -38,6 +38,18 @@ function importsOf(file, ways) {
   }
 }
 
+/** Scans a recording, whole and in parts, imports what is found, and writes that as each format. */
+function scansOf(file) {
+  const bytes = readFileSync(file)
+  const scan = (part, from, to) => ['tv.scan', {content: bytes.subarray(from, to).toString('base64'), part}]
+  const half = bytes.length >> 1
+  const exports = ['vdr', 'dvbv5', 'm3u', 'json'].map(format => ['tv.export', {format}])
+  return {
+    name: `broadcasts/${file.split('/').at(-1)}`,
+    calls: [scan(), scan('first', 0, half), scan('last', half), ['tv.importScan', {}], ...exports, run('GetFullChannelList'), ...kept],
+  }
+}
+
 /** Restores a document, and looks at what came of it. */
 function restoresOf(file) {
   let snapshot = readFileSync(file, 'utf8')
@@ -56,6 +68,7 @@ export const transcripts = () => filesIn(join(tests, 'transcripts'), '.txt').map
 export const cases = () => filesIn(join(tests, 'window/cases'), '.txt').map(streamOf)
 export const simulation = folder => filesIn(folder, '.txt').map(streamOf)
 export const checks = () => filesIn(join(tests, 'fuzz/corpus/transcripts'), '').map(checkOf)
+export const recordings = () => filesIn(join(tests, 'fuzz/corpus/broadcasts'), '-packets.input').map(scansOf)
 export const snapshots = () => filesIn(join(tests, 'fuzz/corpus/snapshots'), '').map(restoresOf)
 
 /**
