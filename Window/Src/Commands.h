@@ -41,18 +41,6 @@ struct Arguments {
   const std::string* text = nullptr;       ///< for `text`
 };
 
-/// What a command answers. A negative worker result is returned as a number, unless stated otherwise here or at the
-/// row's handler.
-enum class Answer {
-  code,        ///< the worker's result
-  value,       ///< a number; the preset when the worker does not write it
-  name,        ///< UTF-16 text
-  ascii,       ///< text
-  text,        ///< document, whatever the worker's result; -1 when there is no document on the ISP source
-  textOrCode,  ///< document or other text for any non-negative result; some handlers require 1
-  textOrNone,  ///< document when the worker answers 1, else -1
-};
-
 struct Command;
 
 /// A command being run.
@@ -66,10 +54,10 @@ struct Call {
 struct Command {
   std::string_view name;
   std::array<Parameter, kParameters> parameters;
-  Answer answer;
-  int preset;  ///< default for the answer's value
-  /// Runs the row: calls the worker, answers, and returns the result code.
+  /// Runs the row: calls the worker, answers, and returns the result code. A negative result code is answered as a
+  /// number, unless stated otherwise at the handler.
   int (*run)(const Call& call);
+  int preset = 0;    ///< default for the number that is answered, if the worker does not write it
   int refusal = -1;  ///< answer and result code when a required parameter does not parse
 };
 

@@ -13,7 +13,6 @@ namespace {
 using catalogue::Form;
 using catalogue::Help;
 using catalogue::Problems;
-using kel::Answer;
 using kel::Command;
 using kel::Parse;
 
@@ -30,35 +29,35 @@ constexpr const char* texts = R"({
 "SetInput": {
 "help": "Sets the input.",
 "parameters": [{"name": "input", "type": "input", "help": "The input."}],
-"answer": {"help": "1 when set.", "values": "1"},
+"answer": {"kind": "code", "help": "1 when set.", "values": "1"},
 "failures": {"-1": "No number.", "0": "Not set."}
 },
 "GetInput": {
 "help": "Tells the input.",
 "parameters": ["index", {"name": "seek", "values": "any", "help": "Which.", "unparsed": "reads as something else"}],
-"answer": {"help": "The input.", "type": "input", "presetMeans": "Unknown."},
+"answer": {"kind": "value", "help": "The input.", "type": "input", "presetMeans": "Unknown."},
 "failures": {"-1": "Not told."}
 },
-"List": {"help": "Lists.", "answer": {"help": "The list.", "type": "list"}, "failures": {"-1": "None."}}
+"List": {"help": "Lists.", "answer": {"kind": "textOrNone", "help": "The list.", "type": "list"}, "failures": {"-1": "None."}}
 },
 "listCommands": {
 "SetInput": {
 "help": "Sets the input, long.",
 "parameters": [{"name": "input", "type": "input", "help": "It."}, {"name": "spare", "values": "any", "help": "Not used."}],
-"answer": {"help": "1 when set.", "values": "1"},
+"answer": {"kind": "code", "help": "1 when set.", "values": "1"},
 "failures": {"0": "Not set."}
 }
 }
 })";
 
 const std::vector<Command> rows{
-    {"SetInput", {{{Parse::num, -1, true}}}, Answer::code, 0, nullptr},
-    {"GetInput", {{{Parse::dec, 0, false}, {Parse::num, 3, false}}}, Answer::value, 100, nullptr},
-    {"List", {}, Answer::textOrNone, 0, nullptr},
+    {"SetInput", {{{Parse::num, -1, true}}}, nullptr},
+    {"GetInput", {{{Parse::dec, 0, false}, {Parse::num, 3, false}}}, nullptr, 100},
+    {"List", {}, nullptr},
 };
 
 const std::vector<Form> lists{
-    {"SetInput", {{Parse::num, 0, true}, {Parse::num, 4, false}}, Answer::code, 0, std::nullopt},
+    {"SetInput", {{Parse::num, 0, true}, {Parse::num, 4, false}}, 0, std::nullopt},
 };
 
 struct Outcome {
@@ -124,7 +123,7 @@ TEST(Merge, AParameterThatSeveralCommandsShareIsTheirsByName) {
   EXPECT_FALSE(outcome.catalogue.isMember("parameters"));
 }
 
-TEST(Merge, AnAnswerHasItsHelpAndWhatItsRowStates) {
+TEST(Merge, AnAnswerHasItsHelpAndTheReplyOfItsKindAndThePresetOfItsRow) {
   const Json::Value commands = merged(texts).catalogue["commands"];
   EXPECT_EQ(commands[0]["answer"]["kind"], "code");
   EXPECT_EQ(commands[0]["answer"]["reply"], "int");
@@ -162,14 +161,14 @@ TEST(Merge, ListCommandsAndTheirHelpTextsMustFitToo) {
   EXPECT_EQ(merged(texts, rows, {}).problems,
             Problems{"help.json:26: 'SetInput' with a parameter list has a help text and is no command"});
   std::vector<Form> more = lists;
-  more.push_back({"List", {}, Answer::code, 0, std::nullopt});
+  more.push_back({"List", {}, 0, std::nullopt});
   EXPECT_EQ(merged(texts, rows, more).problems,
             Problems{"help.json:25: 'List' with a parameter list is a command and has no help text"});
 }
 
 TEST(Merge, ACommandWithoutAHelpTextIsReported) {
   std::vector<Command> more = rows;
-  more.push_back({"Extra", {}, Answer::code, 0, nullptr});
+  more.push_back({"Extra", {}, nullptr});
   EXPECT_EQ(merged(texts, more).problems, Problems{"help.json:10: 'Extra' is a command and has no help text"});
 }
 
@@ -191,6 +190,9 @@ TEST(Merge, EachThingThatDoesNotFitIsReportedWhereItStands) {
     const char* by;
     const char* problem;
   } cases[]{
+      {"\"kind\": \"code\", ", "", "help.json:14: 'SetInput' answer lacks 'kind'"},
+      {"\"code\", \"help\"", "\"number\", \"help\"",
+       "help.json:14: 'SetInput' answer is of no kind that there is: 'number'"},
       {"\"Sets the input.\"", "\"\"", "help.json:12: 'SetInput': 'help' is not a text of one line"},
       {"\"Sets the input.\"", "\"Sets\\nit.\"", "help.json:12: 'SetInput': 'help' is not a text of one line"},
       {"\"help\": \"Sets the input.\",", "", "help.json:11: 'SetInput' lacks 'help'"},

@@ -26,52 +26,26 @@ const char* nameOf(kel::Parse parse) {
   return "";
 }
 
-const char* nameOf(kel::Answer answer) {
-  switch (answer) {
-    case kel::Answer::code:
-      return "code";
-    case kel::Answer::value:
-      return "value";
-    case kel::Answer::name:
-      return "name";
-    case kel::Answer::ascii:
-      return "ascii";
-    case kel::Answer::text:
-      return "text";
-    case kel::Answer::textOrCode:
-      return "textOrCode";
-    case kel::Answer::textOrNone:
-      return "textOrNone";
-  }
-  return "";
+/// A kind of answer, as the help texts name it.
+struct Kind {
+  std::string_view name;
+  const char* reply;       ///< how the reply is encoded when the command succeeds
+  bool (*lets)(int code);  ///< true for the failure codes that it lets through
+};
+
+bool isNegative(int code) {
+  return code < 0;
 }
 
-/// How the reply is encoded when the command succeeds.
-const char* replyOf(kel::Answer answer) {
-  switch (answer) {
-    case kel::Answer::code:
-    case kel::Answer::value:
-      return "int";
-    case kel::Answer::name:
-      return "unicode";
-    default:
-      return "ascii";
-  }
-}
-
-/// True for the failure codes that a kind of answer lets through.
-bool canFailWith(kel::Answer answer, int code) {
-  switch (answer) {
-    case kel::Answer::code:
-      return true;
-    case kel::Answer::textOrNone:
-      return code == -1;
-    case kel::Answer::textOrCode:
-      return code != 1;
-    default:
-      return code < 0;
-  }
-}
+constexpr Kind kinds[] = {
+    {"code", "int", [](int) { return true; }},
+    {"value", "int", isNegative},
+    {"name", "unicode", isNegative},
+    {"ascii", "ascii", isNegative},
+    {"text", "ascii", isNegative},
+    {"textOrCode", "ascii", [](int code) { return code != 1; }},
+    {"textOrNone", "ascii", [](int code) { return code == -1; }},
+};
 
 bool isNone(const kel::Parameter& parameter) {
   return parameter.parse == kel::Parse::none;
@@ -84,7 +58,7 @@ std::vector<Form> formsOf(std::span<const kel::Command> table) {
   std::vector<Form> forms;
   for (const kel::Command& row : table) {
     const auto* const end = std::find_if(row.parameters.begin(), row.parameters.end(), isNone);
-    forms.push_back({row.name, {row.parameters.begin(), end}, row.answer, row.preset, row.refusal});
+    forms.push_back({row.name, {row.parameters.begin(), end}, row.preset, row.refusal});
   }
   return forms;
 }
@@ -118,7 +92,9 @@ class Merger {
   void checkStrays(const Group& group) const;
   void checkUnused() const;
   bool checkEntry(const Form& form, const std::string& what, const Json::Value& entry) const;
-  bool checkFailures(const Form& form, const std::string& what, const Json::Value& entry) const;
+  bool checkFailures(const Form& form, const Kind& kind, const std::string& what, const Json::Value& entry) const;
+  /// The kind of answer that is described; null, and reported, when the description is not sound.
+  const Kind* kindOf(const Json::Value& described, const std::string& what) const;
 
   /// Notes that something needs what a section says under that name. False, and reported, when it says nothing.
   bool use(const char* section, const std::string& name, const std::string& user);
@@ -128,7 +104,7 @@ class Merger {
   Json::Value command(const Group& group, const Form& form);
   /// @param entry  the parameter's help, or the name of one that several commands share.
   Json::Value parameter(const Form& form, Json::ArrayIndex at, const std::string& command, const Json::Value& entry);
-  Json::Value answer(const Form& form, const std::string& command, const Json::Value& described);
+  Json::Value answer(const Form& form, const Kind& kind, const std::string& what, const Json::Value& described);
   static Json::Value failures(const Json::Value& described);
 
   const Help& help_;
@@ -218,16 +194,34 @@ bool Merger::checkEntry(const Form& form, const std::string& what, const Json::V
                             std::to_string(described));
     return false;
   }
-  return checkFailures(form, what, entry);
+  return true;
 }
 
-bool Merger::checkFailures(const Form& form, const std::string& what, const Json::Value& entry) const {
+const Kind* Merger::kindOf(const Json::Value& described, const std::string& what) const {
+  if (!help_.check(described, what,
+                   {{"kind", Json::stringValue},
+                    {"help", Json::stringValue},
+                    {"type", Json::stringValue, false},
+                    {"values", Json::stringValue, false},
+                    {"presetMeans", Json::stringValue, described["kind"] == "value"}})) {
+    return nullptr;
+  }
+  const std::string name = described["kind"].asString();
+  const auto* const found =
+      std::find_if(std::begin(kinds), std::end(kinds), [&](const Kind& kind) { return kind.name == name; });
+  if (found != std::end(kinds)) return found;
+  help_.report(described["kind"], what + " is of no kind that there is: " + quoted(name));
+  return nullptr;
+}
+
+bool Merger::checkFailures(const Form& form, const Kind& kind, const std::string& what,
+                           const Json::Value& entry) const {
   const Json::Value& failures = entry["failures"];
   if (!help_.checkAll(failures, what + " failure", Json::stringValue)) return false;
   bool good = true;
   for (const std::string& code : failures.getMemberNames()) {
     int number = 0;
-    if (parsesAs(code, number) && canFailWith(form.answer, number)) continue;
+    if (parsesAs(code, number) && kind.lets(number)) continue;
     help_.report(failures[code], what + " can't fail with " + quoted(code));
     good = false;
   }
@@ -266,6 +260,8 @@ Json::Value Merger::command(const Group& group, const Form& form) {
   }
   const Json::Value& entry = entries[name];
   if (!checkEntry(form, what, entry)) return {};
+  const Kind* const kind = kindOf(entry["answer"], what + " answer");
+  if (kind == nullptr || !checkFailures(form, *kind, what, entry)) return {};
   Json::Value merged;
   merged["name"] = name;
   merged["help"] = entry["help"];
@@ -273,7 +269,7 @@ Json::Value Merger::command(const Group& group, const Form& form) {
   for (const Json::Value& described : entry["parameters"]) {
     merged["parameters"].append(parameter(form, merged["parameters"].size(), what, described));
   }
-  merged["answer"] = answer(form, what, entry["answer"]);
+  merged["answer"] = answer(form, *kind, what + " answer", entry["answer"]);
   merged["failures"] = failures(entry["failures"]);
   return merged;
 }
@@ -308,22 +304,13 @@ Json::Value Merger::parameter(const Form& form, Json::ArrayIndex at, const std::
   return merged;
 }
 
-Json::Value Merger::answer(const Form& form, const std::string& command, const Json::Value& described) {
-  const std::string what = command + " answer";
-  const bool isValue = form.answer == kel::Answer::value;
-  if (!help_.check(described, what,
-                   {{"help", Json::stringValue},
-                    {"type", Json::stringValue, false},
-                    {"values", Json::stringValue, false},
-                    {"presetMeans", Json::stringValue, isValue}})) {
-    return {};
-  }
+Json::Value Merger::answer(const Form& form, const Kind& kind, const std::string& what, const Json::Value& described) {
+  const bool isValue = kind.name == "value";
   if (described.isMember("presetMeans") && !isValue) help_.report(described, what + " has no preset");
   useValues(described, isValue, what);
-  use("answers", nameOf(form.answer), what);
+  use("answers", std::string(kind.name), what);
   Json::Value merged = described;
-  merged["kind"] = nameOf(form.answer);
-  merged["reply"] = replyOf(form.answer);
+  merged["reply"] = kind.reply;
   if (isValue) merged["preset"] = form.preset;
   return merged;
 }
@@ -347,7 +334,6 @@ const std::vector<Form>& listForms() {
   static const std::vector<Form> forms{
       {"SetScreenCropRect",
        {required, required, required, required, required, required, required, required, plane},
-       kel::Answer::code,
        0,
        std::nullopt},
   };

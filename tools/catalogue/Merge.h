@@ -17,7 +17,6 @@ namespace catalogue {
 struct Form {
   std::string_view name;
   std::vector<kel::Parameter> parameters;
-  kel::Answer answer = kel::Answer::code;
   int preset = 0;              ///< of the answer's value
   std::optional<int> refusal;  ///< answer when a required parameter does not parse; without one there is no answer then
 };

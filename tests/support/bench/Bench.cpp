@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "EmpConverterWindow.h"
-#include "Window/Src/Commands.h"
+#include "catalogue/Catalogue.h"
 #include "framework/Host.h"
 #include "framework/Log.h"
 #include "set/Keeping.h"
@@ -26,19 +26,6 @@ Outcome outcome(bool accepted, const std::string& ret) {
   Outcome outcome{accepted, ret != untouched, std::nullopt};
   if (outcome.written) outcome.reply = virtualtv::framework::decode(ret);
   return outcome;
-}
-
-/// The kind of reply that a row has beside a number.
-std::optional<Reply::Kind> kindOf(const kel::Command& row) {
-  switch (row.answer) {
-    case kel::Answer::code:
-    case kel::Answer::value:
-      return std::nullopt;
-    case kel::Answer::name:
-      return Reply::Kind::unicode;
-    default:
-      return Reply::Kind::ascii;
-  }
 }
 
 }  // namespace
@@ -149,13 +136,15 @@ bool Bench::isKept() {
 }
 
 std::string undocumented(const std::string& command, const Outcome& outcome) {
-  const kel::Command* const row = kel::FindCommand(command);
-  if (row == nullptr) {
+  const virtualtv::CatalogueCommand* const described = virtualtv::catalogue().find(command);
+  if (described == nullptr) {
     return outcome.accepted || outcome.written ? "unknown, yet answered " + outcome.shown() : std::string();
   }
   if (!outcome.accepted || !outcome.reply) return "answered " + outcome.shown();
-  if (outcome.reply->kind == Reply::Kind::integer || outcome.reply->kind == kindOf(*row)) return {};
-  return "answered with another kind: " + outcome.shown();
+  const std::string shown = outcome.shown();
+  const std::string kind = shown.substr(0, shown.find(' '));
+  if (kind == "int" || kind == described->reply) return {};
+  return "answered with another kind: " + shown;
 }
 
 }  // namespace support

@@ -86,7 +86,7 @@ class Bench {
   Outcome run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around);
 };
 
-/// Checks that an answer to `command`, through the four-parameter entry, is of a kind that the command's row allows,
+/// Checks that an answer to `command`, through the four-parameter entry, is of a kind that the catalogue names for it,
 /// whatever the set does. Returns what is wrong; empty when the answer is valid.
 std::string undocumented(const std::string& command, const Outcome& outcome);
 
