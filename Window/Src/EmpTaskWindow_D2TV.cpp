@@ -8,6 +8,7 @@
 #include "Ask.h"
 #include "D2tvManager.h"
 #include "EmpTaskWindow.h"
+#include "SourceKeys.h"
 #include "d2tv/D2TVCAPI.h"
 #include "settings/vconf.h"
 
@@ -16,7 +17,6 @@ namespace kel {
 namespace {
 
 constexpr const char* kD2tvFile = "Window/Src/EmpTaskWindow_D2TV";
-constexpr const char* kLastService = "db/boot/last_service";
 constexpr const char* kIspService = "isp-service";
 
 /// `Try` at this file's level.

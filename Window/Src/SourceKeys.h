@@ -18,6 +18,9 @@ inline constexpr const char* kPreviousPipSource = "db/emp/previouspipsource";
 /// The source of the main window for the TV middleware: widget id, colon, the number that applications use.
 inline constexpr const char* kPublishedSource = "db/kel/current_source_type";
 
+/// What the main window shows, as the platform records it: a text. The plug-in only reads it.
+inline constexpr const char* kLastService = "db/boot/last_service";
+
 /// Each function returns false when the store fails or throws.
 inline bool ReadKey(const char* key, int& value) {
   return Try(kFailed, [&] { return vconf_get_int(key, &value); }) == 0;

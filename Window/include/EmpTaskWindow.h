@@ -501,10 +501,12 @@ class CEmpTaskWindow {
   bool t_LeaveTVService(_PL_WINDOW_Source ePLSource);
   bool t_DeactivateSource();
 
-  // EmpTaskWindow_Screen and EmpTaskWindow_Picture: shared steps
+  // EmpTaskWindow_Screen: shared steps
   bool t_HasSource();
   int t_SetDefaultSize();
   int t_SetSize(const Rect& rect);
+
+  // EmpTaskWindow_Picture: shared steps
   bool t_CheckCropping();
   int t_ShowPicture(bool shown);
 
@@ -521,13 +523,17 @@ class CEmpTaskWindow {
   int t_TuneService(unsigned long long serviceId, const std::string& appId);
   int t_TuneToFound(TCCriteriaHelper& criteria);
   int t_SeekService(_PL_WINDOW_SEEK eSeek, TCCriteriaHelper& criteria, TCServiceData& service);
+
+  // EmpTaskWindow_Satellite
   int t_TuneDescribed(const std::string& channelInfo, int type);
 
-  // EmpTaskWindow_Audio and EmpTaskWindow_Subtitle: shared steps
+  // EmpTaskWindow_Audio: shared steps
   bool t_NeedAudioproxies();
   int t_ListAudio(unsigned long long serviceId, std::string& strInfo);
   int t_TellAudio(std::string& strInfo);
   int t_SelectAudio(unsigned long long serviceId, short pid);
+
+  // EmpTaskWindow_Subtitle: shared steps
   bool t_AskSubtitledService(unsigned long long& serviceId);
   int t_ListSubtitles(unsigned long long serviceId, std::string& strInfo);
 

@@ -141,6 +141,39 @@ class CheckTest(ScratchTest):
         self.write("Window/Src/Other.cpp", '#include "../../tests/support/Fake.h"\n')
         self.assertFound("includes", "virtualtv/set/Tv.cpp:2: ", "Window/Src/Other.cpp:1: ")
 
+    def set_up_worker(self):
+        """A header that names the source of each operation, of which one has two forms."""
+        self.write("Window/include/EmpTaskWindow.h",
+                   "class CEmpTaskWindow {\n public:\n  CEmpTaskWindow();\n  virtual ~CEmpTaskWindow();\n"
+                   "  // EmpTaskWindow_Source: sources\n\n  /// Tells SetMode(it).\n  int GetSource(int* source,\n"
+                   "                int seek);\n  bool Find(int index);\n"
+                   "  // EmpTaskWindow_Tuning\n  virtual bool Find(int major, int minor);\n};\n")
+        self.write("Window/Src/EmpTaskWindow_Source.cpp",
+                   "CEmpTaskWindow::CEmpTaskWindow() {}\nint CEmpTaskWindow::GetSource(int* source, int) {\n"
+                   "  return Do(&CEmpTaskWindow::Find);\n}\nbool CEmpTaskWindow::Find(int) {}\n")
+        self.tuning = self.write("Window/Src/EmpTaskWindow_Tuning.cpp", "bool CEmpTaskWindow::Find(int, int) {}\n")
+
+    def test_declared(self):
+        self.set_up_worker()
+        self.assertClean("declared")
+
+    def test_operations_that_are_defined_in_another_source(self):
+        self.set_up_worker()
+        self.tuning.rename(self.root / "Window/Src/EmpTaskWindow_Channel.cpp")
+        self.assertFound("declared", "Window/include/EmpTaskWindow.h:12: Find stands under EmpTaskWindow_Tuning, and is "
+                         "defined in EmpTaskWindow_Channel, EmpTaskWindow_Source")
+
+    def test_keys(self):
+        self.write("Window/Src/SourceKeys.h", 'const char* kMain = "db/emp/mainsource";\n')
+        self.write("virtualtv/set/Keeping.h", 'const char* last = "db/boot/last_service";\n')
+        self.assertClean("keys")
+        self.write("Window/Src/Switch.cpp", '\nconst char* kLast = "db/boot/last_service";\n')
+        self.assertFound("keys", "Window/Src/Switch.cpp:2: db/boot/last_service belongs into Window/Src/SourceKeys.h")
+
+    def test_keys_that_stand_twice(self):
+        self.write("Window/Src/SourceKeys.h", 'const char* kMain = "db/emp/mainsource";\n' * 2)
+        self.assertFound("keys", "Window/Src/SourceKeys.h:2: db/emp/mainsource stands here twice")
+
     def test_wraps(self):
         wrap = "target_link_options(it PRIVATE LINKER:--wrap=iconv_open)\n"
         self.write("tests/CMakeLists.txt", wrap)
