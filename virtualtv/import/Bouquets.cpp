@@ -4,8 +4,10 @@
 
 #include "import/Bouquets.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "import/Lines.h"
 #include "import/Streams.h"
 #include "import/Words.h"
 
@@ -31,9 +33,10 @@ std::optional<std::string_view> fileIn(std::string_view line) {
   return cut(line, '"');
 }
 
-/// Files of other directories are never read.
+/// Files of other directories are never read, nor those whose names a line can't end with.
 bool isPlainName(std::string_view file) {
-  return !file.empty() && file.find_first_of(std::string_view("/\\\n\0", 4)) == std::string_view::npos;
+  return !file.empty() && file != "." && file != ".." && file == trimmed(file) &&
+         file.find_first_of(std::string_view("/\\\n\0", 4)) == std::string_view::npos;
 }
 
 void append(std::string& text, const std::string& file, const std::string& content) {
@@ -46,22 +49,30 @@ std::optional<std::string> joinedLists(const std::function<std::optional<std::st
   std::optional<std::string> text = read("lamedb");
   if (!text) text = read("lamedb5");
   if (!text) return std::nullopt;
-  std::set<std::string, std::less<>> joined;
+  std::set<std::string, std::less<>> known{"lamedb", "lamedb5", "bouquets.tv", "bouquets.radio"};
   for (const char* index : {"bouquets.tv", "bouquets.radio"}) {
     const std::optional<std::string> content = read(index);
     if (!content) continue;
     append(*text, index, *content);
     for (Lines lines(*content); lines.next();) {
       const std::optional<std::string_view> file = fileIn(lines.line());
-      if (!file || !isPlainName(*file) || !joined.emplace(*file).second) continue;
+      if (!file || !isPlainName(*file) || !known.emplace(*file).second) continue;
       if (const auto bouquet = read(std::string(*file))) append(*text, std::string(*file), *bouquet);
     }
   }
   return text;
 }
 
-void Bouquets::read(Lines& lines, Problems& problems) {
+std::size_t startOfBouquets(std::string_view content) {
+  std::size_t at = 0;
   do {
+    at = content.find(joinedFile, at + 1);
+  } while (at != std::string_view::npos && content[at - 1] != '\n');
+  return std::min(at, content.size());
+}
+
+void Bouquets::read(std::string_view files, Problems& problems) {
+  for (Lines lines(files); lines.next();) {
     const std::string_view line = trimmed(lines.line());
     ++line_;
     if (line.starts_with(joinedFile)) {
@@ -76,7 +87,7 @@ void Bouquets::read(Lines& lines, Problems& problems) {
     } catch (Unreadable& unread) {
       problems.add({std::nullopt, place(), std::move(unread.reason), false});
     }
-  } while (lines.next());
+  }
   for (const auto& [file, at] : wanted_) {
     if (!files_.contains(file)) problems.add({std::nullopt, at, "there is no " + quoted(file), false});
   }

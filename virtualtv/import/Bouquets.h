@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -12,7 +13,6 @@
 
 #include "import/Import.h"
 #include "import/LamedbValues.h"
-#include "import/Lines.h"
 
 namespace virtualtv::import {
 
@@ -24,11 +24,15 @@ inline constexpr std::string_view joinedFile = "#BOUQUET ";
 /// file with a name in that directory, or nothing when there is none. @return nothing when there is no lamedb.
 std::optional<std::string> joinedLists(const std::function<std::optional<std::string>(const std::string&)>& read);
 
+/// The offset of the bouquets in a lamedb that they follow, whether it is whole or cut off; its size when there are
+/// none.
+std::size_t startOfBouquets(std::string_view content);
+
 /// The bouquets that follow a lamedb, and the groups that they assign to services.
 class Bouquets {
  public:
-  /// Reads the bouquets. @param lines  positioned at the line that starts the first one; is read to the end.
-  void read(Lines& lines, Problems& problems);
+  /// Reads the bouquets. @param files  as `joinedLists` appends them; outlive this object.
+  void read(std::string_view files, Problems& problems);
 
   /// The first bouquet that contains a service; nothing when there is none.
   std::optional<std::string_view> groupOf(const LamedbKey& service) const;

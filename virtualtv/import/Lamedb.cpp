@@ -42,13 +42,15 @@ class LamedbReader {
   LamedbReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
-    Lines lines(content);
+    const std::size_t end = startOfBouquets(content);
+    Lines lines(content.substr(0, end));
     if (!readHead(lines)) return;
     if (version_ == "5") {
       readLines(lines);
     } else {
       readSections(lines);
     }
+    bouquets_.read(content.substr(end), problems_);
     for (const Record& record : records_) guarded(record.line, [&] { add(record); });
     bouquets_.report([&](const LamedbKey& service) { return services_.contains(service); }, problems_);
   }
@@ -75,18 +77,10 @@ class LamedbReader {
     return false;
   }
 
-  /// True at the end of the lamedb, with the bouquets read.
-  bool readBouquets(Lines& lines) {
-    if (!lines.line().starts_with(joinedFile)) return false;
-    bouquets_.read(lines, problems_);
-    return true;
-  }
-
   // Versions 3 and 4.
 
   void readSections(Lines& lines) {
     while (lines.next()) {
-      if (readBouquets(lines)) return;
       const std::string_view heading = trimmed(lines.line());
       if (heading == "transponders") readTransponders(lines);
       if (heading == "services") readServices(lines);
@@ -125,7 +119,6 @@ class LamedbReader {
 
   void readLines(Lines& lines) {
     while (lines.next()) {
-      if (readBouquets(lines)) return;
       const std::string_view line = trimmed(lines.line());
       if (line.empty() || lines.isComment()) continue;
       guarded(lines.number(), [&] { readLine(lines.number(), line); });

@@ -209,15 +209,43 @@ TEST(Bouquets, TellTheFileAndTheLineThatIsWrong) {
   EXPECT_EQ(result.services.size(), 2U);
 }
 
-TEST(Bouquets, OfOtherDirectoriesAreNotRead) {
-  std::vector<std::string> asked;
+TEST(Bouquets, OfALamedbThatIsCutOffAreRead) {
+  for (const std::string part : {"", "1b1d:00c00000:0440:0001:2:0\n", "1b1d:00c00000:0440:0001:2:0\nSound"}) {
+    Files files = directory;
+    files["lamedb"] = version4(satellite, "");
+    files["lamedb"].resize(files["lamedb"].find("end\nHave"));
+    files["lamedb"] += news + part;
+    const auto result = readAs("lamedb", joined(files));
+    EXPECT_EQ(result.problems.count(), part.empty() ? 2U : 0U);  // the radio is named twice
+    ASSERT_EQ(result.services.size(), part.empty() ? 1U : 2U) << part;
+    EXPECT_EQ(result.services[0].group, "Die Ersten");
+    EXPECT_EQ(result.services.back().group, part.empty() ? "Die Ersten" : "Second");
+  }
+}
+
+/// The files that are asked for when an index names these.
+Strings askedFor(const Strings& named) {
+  std::string index;
+  for (const std::string& file : named) index += "#SERVICE 1:7:1:0:0:0:0:0:0:0:FROM BOUQUET \"" + file + "\"\n";
+  Strings asked;
   virtualtv::import::joinedLists([&](const std::string& file) -> std::optional<std::string> {
     asked.push_back(file);
     if (file == "lamedb") return "eDVB services /4/\n";
-    if (file == "bouquets.tv") return "#SERVICE 1:7:1:FROM BOUQUET \"../secret\"\n#SERVICE 1:7:1:FROM BOUQUET \"\"\n";
+    if (file == "bouquets.tv") return index;
     return std::nullopt;
   });
-  EXPECT_EQ(asked, (std::vector<std::string>{"lamedb", "bouquets.tv", "bouquets.radio"}));
+  return asked;
+}
+
+TEST(Bouquets, OfOtherDirectoriesAreNotRead) {
+  EXPECT_EQ(askedFor({"../secret", "", ".", "..", "a.tv ", " a.tv"}),
+            (Strings{"lamedb", "bouquets.tv", "bouquets.radio"}));
+  EXPECT_EQ(askedFor({"..a"}), (Strings{"lamedb", "bouquets.tv", "..a", "bouquets.radio"}));
+}
+
+TEST(Bouquets, AreReadOnce) {
+  EXPECT_EQ(askedFor({"a.tv", "a.tv", "lamedb", "lamedb5", "bouquets.tv", "bouquets.radio"}),
+            (Strings{"lamedb", "bouquets.tv", "a.tv", "bouquets.radio"}));
 }
 
 }  // namespace
