@@ -22,7 +22,8 @@ struct Row {
   const char* unconnected;
 };
 
-/// Every command, once in each of its forms.
+/// Every command in the order in which names are compared, once in each of its forms. Apart from the command table,
+/// this is the only list of all names; what else needs one makes it from the table or from this.
 inline constexpr Row rows[] = {
     {"SetWindow", {"0"}, "int 0"},
     {"SetWindow", {"1"}, "int 0"},
@@ -35,9 +36,30 @@ inline constexpr Row rows[] = {
     {"GetCurrentChannel_ServiceName", {}, "int -1"},
     {"GetCurrentChannel_TransportStreamID", {}, "int -1"},
     {"GetCurrentChannel_Type", {}, "int -1"},
+    {"GetScreenRect", {}, "ascii"},
+    {"GetAFDGeometryRectSize", {}, "ascii"},
+    {"GetScreenRect_PosMode", {}, "int 9"},
+    {"GetScreenRect_SizeMode", {}, "int 9"},
+    {"GetState_Show", {}, "int 5"},
+    {"SetChannel", {"8", "0"}, "int 0"},
+    {"SetChannel_PTC", {"35"}, "int 0"},
+    {"SetChannel_Seek", {"3", "0"}, "int 0"},
+    {"SetChannel_Seek", {"4", "0"}, "int 0"},
+    {"SetChannelByServiceid", {"282"}, "int 0"},
+    {"SetScreenRect", {"480", "270", "480", "270"}, "int 0"},
+    {"SetScreenRect", {"-1", "0", "0", "0"}, "int 0"},
+    {"SetScreenRect_PosSizeMode", {"0", "0"}, "int -1"},
+    {"Show", {"0"}, "int -1"},
+    {"Show", {"1"}, "int -1"},
+    {"GetResolution", {}, "int -1"},
     {"GetSource", {"0"}, "int -1"},
     {"GetSource", {"6"}, "int 101"},
+    {"SetSource", {"31"}, "int -1"},
+    {"SetSource", {"31", "8"}, "int -1"},
+    {"SetSource", {"48"}, "int -1"},
+    {"SetSourceAndTune", {"31", "8"}, "int -1"},
     {"GetPreviousSource", {}, "int -1"},
+    {"SetPreviousSource", {}, "int 0"},
     {"FindChannel", {"0", "1"}, "int -1"},
     {"GetChannel_Major", {"0"}, "int -1"},
     {"GetChannel_Minor", {"0"}, "int -1"},
@@ -52,11 +74,26 @@ inline constexpr Row rows[] = {
     {"GetChannel_ServiceId", {"0"}, "int -1"},
     {"GetChannel_ServiceId", {"7", "0", "20"}, "int -1"},
     {"GetChannel_OnTVJson", {"0"}, "int -1"},
+    {"SetScreenCropRect", {"10", "20", "300", "200"}, "int -1"},
+    {"GetScreenCropRect", {"0"}, "int -1"},
+    {"SetScreenZorder", {"1"}, "int -1"},
+    {"DisconnectSource", {}, "int 0"},
+    {"ChangeAudioPID", {"256"}, "int 0"},
+    {"ChangeAudioByIndex", {"0"}, "int 0"},
+    {"GetMultiAudioInfo", {}, "ascii"},
+    {"SetSourceVolume", {"5"}, "int 0"},
     {"SetTVMode", {"1"}, "int 0"},
     {"GetTVMode", {}, "int -1"},
+    {"GetFavorites", {"281"}, "int -1"},
+    {"UpdateFavorites", {"281", "1", "1"}, "int 0"},
     {"GetFullChannelList", {}, "int -1"},
+    {"GetCurrentAudioInfo", {}, "int -1"},
+    {"GetSignalStrength", {}, "int 0"},
     {"GetCurrentChannelInfo", {}, "int -1"},
     {"GetCurrentChannel", {}, "int -1"},
+    {"GetCurrentSubtitle", {}, "int -1"},
+    {"GetSubtitleInfo", {}, "ascii"},
+    {"ChangeSubtitle", {"0"}, "int -1"},
     {"GetStartChannel_Type", {}, "int -1"},
     {"GetStartChannel_Major", {}, "int -1"},
     {"GetStartChannel_Minor", {}, "int -1"},
@@ -64,47 +101,11 @@ inline constexpr Row rows[] = {
     {"GetStartChannel_ServiceId", {}, "ascii"},
     {"GetStartChannel_Info", {}, "int -1"},
     {"GetPreviousChannelInfo", {}, "int -1"},
-    {"GetSourceState", {}, "int -1"},
-    {"SetChannel", {"8", "0"}, "int 0"},
-    {"SetChannel_PTC", {"35"}, "int 0"},
-    {"SetChannel_Seek", {"3", "0"}, "int 0"},
-    {"SetChannel_Seek", {"4", "0"}, "int 0"},
-    {"SetChannelByServiceid", {"282"}, "int 0"},
-    {"GetSignalStrength", {}, "int 0"},
-    {"SetChannelDirect", {"35", "2", "0", "1"}, "int 0"},
-    {"SetSource", {"31"}, "int -1"},
-    {"SetSource", {"31", "8"}, "int -1"},
-    {"SetSource", {"48"}, "int -1"},
-    {"SetSourceAndTune", {"31", "8"}, "int -1"},
-    {"SetPreviousSource", {}, "int 0"},
-    {"DisconnectSource", {}, "int 0"},
-    {"SetDVBSIChannelDirectEx", {"{}", "0"}, "int 0"},
-    {"GetScreenRect", {}, "ascii"},
-    {"GetAFDGeometryRectSize", {}, "ascii"},
-    {"GetScreenRect_PosMode", {}, "int 9"},
-    {"GetScreenRect_SizeMode", {}, "int 9"},
-    {"GetState_Show", {}, "int 5"},
-    {"SetScreenRect", {"480", "270", "480", "270"}, "int 0"},
-    {"SetScreenRect", {"-1", "0", "0", "0"}, "int 0"},
-    {"SetScreenRect_PosSizeMode", {"0", "0"}, "int -1"},
-    {"Show", {"0"}, "int -1"},
-    {"Show", {"1"}, "int -1"},
-    {"GetResolution", {}, "int -1"},
-    {"SetScreenCropRect", {"10", "20", "300", "200"}, "int -1"},
-    {"GetScreenCropRect", {"0"}, "int -1"},
-    {"SetScreenZorder", {"1"}, "int -1"},
     {"GetResolutionDetail", {}, "int -1"},
+    {"GetSourceState", {}, "int -1"},
     {"MuteVideo", {"1"}, "int -1"},
-    {"ChangeAudioPID", {"256"}, "int 0"},
-    {"ChangeAudioByIndex", {"0"}, "int 0"},
-    {"GetMultiAudioInfo", {}, "ascii"},
-    {"SetSourceVolume", {"5"}, "int 0"},
-    {"GetFavorites", {"281"}, "int -1"},
-    {"UpdateFavorites", {"281", "1", "1"}, "int 0"},
-    {"GetCurrentAudioInfo", {}, "int -1"},
-    {"GetCurrentSubtitle", {}, "int -1"},
-    {"GetSubtitleInfo", {}, "ascii"},
-    {"ChangeSubtitle", {"0"}, "int -1"},
+    {"SetDVBSIChannelDirectEx", {"{}", "0"}, "int 0"},
+    {"SetChannelDirect", {"35", "2", "0", "1"}, "int 0"},
 };
 
 inline const std::vector<Call>& everyCall() {
@@ -119,6 +120,15 @@ inline const std::vector<Call>& everyCall() {
     return calls;
   }();
   return all;
+}
+
+/// The names of the commands, in the order in which they are compared.
+inline std::vector<std::string> names() {
+  std::vector<std::string> names;
+  for (const Row& row : rows) {
+    if (names.empty() || names.back() != row.name) names.emplace_back(row.name);
+  }
+  return names;
 }
 
 /// The factories of the proxies that the worker makes.
