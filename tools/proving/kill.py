@@ -1,11 +1,14 @@
 # SPDX-License-Identifier: MIT
 """Sets that are killed at random moments: what they had answered is kept, an import is all or nothing.
 
-The short form kills 100, the long one 1000: half of them shells that switch sources, the others shells that import and the
-program's own import. Each is held, all that it keeps, against what it had acknowledged.
+The short form kills 100, the long one 1000: half of them shells that switch sources, the others shells that import and
+the program's own import and scan, of all kinds of lists and recordings. Each is held, all that it keeps, against what it
+had acknowledged.
 """
 
 from proving.job import at_least, at_most
+
+KINDS = 13  # in tests/proof/kill/lists.py
 
 
 def run(job):
@@ -17,6 +20,8 @@ def run(job):
         at_least("kill: sets killed", kills, found.get("kills")),
         at_least("kill: shells that import killed", kills // 4, found.get("kills of shells that import")),
         at_least("kill: imports killed", kills // 4, found.get("kills of imports")),
+        at_least("kill: kinds of lists given to shells", KINDS, found.get("kinds of lists given to shells")),
+        at_least("kill: kinds of lists whose import was killed", KINDS, found.get("kinds of lists whose import was killed")),
         at_least("kill: killed after an answer", kills // 2, found.get("kills after an answer")),
         at_least("kill: compared with what was acknowledged", kills, found.get("states compared")),
         *[at_most(f"kill: {name}", 0, found.get(name)) for name in ("lost", "corrupt")],

@@ -2,6 +2,7 @@
 """What proof_kill.py looks at: everything that a set keeps, whatever table it stands in. kill_test.py PROGRAM"""
 
 import json
+import re
 import sqlite3
 import subprocess
 import sys
@@ -12,7 +13,8 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
-from proof_kill import SERVICES, channel_list, columns_of, differences, kept_in  # noqa: E402  (needs the path above)
+from lists import KINDS, RECORDING, channel_list, write_list  # noqa: E402  (needs the path above)
+from proof_kill import SERVICES, columns_of, differences, kept_in, program_import  # noqa: E402
 
 PROGRAM = Path(sys.argv.pop()).resolve()
 # Another value of a column, by its type.
@@ -41,7 +43,8 @@ class Kept(unittest.TestCase):
         self.before = self.kept()
 
     def run_set(self, *arguments):
-        subprocess.run([PROGRAM, "--state", self.state, *arguments], cwd=self.folder, capture_output=True, check=True)
+        return subprocess.run([PROGRAM, "--state", self.state, *arguments], cwd=self.folder, capture_output=True,
+                              check=True, text=True).stdout
 
     def kept(self):
         return kept_in(self.state, self.folder)
@@ -76,13 +79,27 @@ class Kept(unittest.TestCase):
                 self.assertTrue(self.changed(f"DELETE FROM {table} WHERE {row}" if column == "service" else change))
 
     def test_is_the_same_whichever_keys_services_have(self):
-        (self.folder / "a.conf").write_text(channel_list(range(1, 4)), encoding="utf-8")
+        (self.folder / "a.conf").write_bytes(channel_list(range(1, 4)))
         self.run_set("import", "a.conf")
         once = self.kept()
         self.run_set("import", "a.conf")
         self.assertEqual(self.kept(), once)
         self.assertEqual(len([row for row in once[SERVICES] if row[0] == "audio_track"]), 3)
         self.assertIn("rows missing", differences(once, self.before))
+
+    def test_is_of_every_format_that_is_imported(self):
+        usage = self.run_set("import", "--help")
+        formats = re.search(r"--format TEXT:{(.+?)}", usage)[1].split(",")
+        self.assertEqual({kind.split("-")[0] for kind in KINDS}, {*formats, "bouquets", RECORDING})
+
+    def test_has_each_service_of_each_list(self):
+        for kind, make in KINDS.items():
+            with self.subTest(kind):
+                write_list(self.folder / kind, make(range(1, 41)))
+                said = self.run_set(*program_import(kind)).splitlines()[-1]
+                self.assertTrue(said.startswith("imported 40 services: "), said)
+                self.assertTrue(said.endswith("; 0 lines could not be read" if kind != RECORDING else " gone"), said)
+                self.assertEqual(len([row for row in self.kept()[SERVICES] if row[0] == "service"]), 40)
 
 
 if __name__ == "__main__":

@@ -3,11 +3,11 @@
 """Kills sets at random moments and looks whether anything is lost.
 
 proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL: shells that
-switch sources and set a key, shells that import channel lists, put them in place of the set's or add them, and mark
-and edit services between, and the program's own import. After each, the database is copied and read: it must be whole, and hold
-all that had been answered, in every table; of what was under way a part that the order of writes allows, of an import
-all or nothing, as a set that nobody killed keeps it. The next one starts on the directory as it is. Prints figures; the
-status is 1 when something was lost, damaged or left locked.
+switch sources and set a key, shells that import channel lists and recordings of all kinds, put them in place of the
+set's or add them, and mark and edit services between, and the program's own import and scan. After each, the database
+is copied and read: it must be whole, and hold all that had been answered, in every table; of what was under way a part
+that the order of writes allows, of an import all or nothing, as a set that nobody killed keeps it. The next one starts
+on the directory as it is. Prints figures; the status is 1 when something was lost, damaged or left locked.
 """
 
 import argparse
@@ -23,13 +23,16 @@ import time
 from dataclasses import dataclass
 from pathlib import Path
 
+from lists import KINDS, RECORDING, write_list
+
 # Inputs: the plug-in's number of each, and the TV service's.
 SOURCES = {0: 0, 15: 1, 31: 13, 32: 14, 35: 17}
 LINES = 400  # a set that is not killed is through with them after a second or so
 LONGEST = 0.12  # seconds that a set may live, but for the time that the first reply takes
 PATIENCE = 10  # seconds that the first reply may take
-# The second brings some services of the first again, the third none of either.
-LISTS = {"a.conf": range(1, 41), "b.conf": [*range(1, 11), *range(101, 151)], "c.m3u": range(201, 206)}
+# The lists of each kind: the second brings some services of the first again. The one in front shares none with any.
+NUMBERS = {"a": range(1, 41), "b": [*range(1, 11), *range(101, 151)]}
+FRONT, FRONT_KIND, FRONT_NUMBERS = "front.m3u", "m3u", range(201, 206)
 
 MAIN, BEFORE, PIP = "setting db/emp/mainsource", "setting db/emp/previousmainsource", "setting db/emp/pipsource"
 APPLICATION, COUNT = "setting db/kel/current_source_type", "setting kill/count"
@@ -54,16 +57,6 @@ class Line:
     text: str
     replies: bool
     writes: tuple
-
-
-def m3u_list(numbers):
-    """Likewise in another format, which has no service ids."""
-    return "#EXTM3U\n" + "".join(f"#EXTINF:-1 tvg-chno=\"{n}\",Service {n}\nhttp://example.org/{n}\n" for n in numbers)
-
-
-def channel_list(numbers):
-    """A channel list with these numbers as major numbers and service ids' last part."""
-    return "".join(f"Service {n};Net:474000:B8C23D12G4M64T8Y0:T:27500:{n}1:{n}2=eng:0:0:{n}:1:1:0\n" for n in numbers)
 
 
 def columns_of(database, table):
@@ -165,12 +158,25 @@ def editing():
                 ".service #9 remove")
 
 
-def round_of_imports(services):
-    """Lines that import each list in place of another and one on top, mark services between and edit some: what is there
-    again in the second list, and what is not. The list in front shares no service with them, so nothing of the round before
-    stays. @param services  ids of the first list"""
-    return [".import c.m3u", ".import a.conf", *marking(services[0]), *marking(services[-1]), *editing(),
-            ".import b.conf --add", ".import b.conf"]
+def line_of_import(name, add=False):
+    """The line that imports a list or a recording."""
+    command = f".scan {name} --import" if name.endswith(RECORDING) else f".import {name}"
+    return command + " --add" * add
+
+
+def round_of_imports(kind, services):
+    """Lines that import each list of a kind in place of another and one on top, mark services between and edit some: what
+    is there again in the second list, and what is not. The list in front shares no service with them, so nothing of the
+    round before stays. @param services  ids of the first list"""
+    first, second = (f"{name}.{kind}" for name in NUMBERS)
+    return [line_of_import(FRONT), line_of_import(first), *marking(services[0]), *marking(services[-1]), *editing(),
+            line_of_import(second, add=True), line_of_import(second)]
+
+
+def program_import(name, add=False):
+    """The arguments of the program that import a list or a recording."""
+    command = ["scan", "--import"] if name.endswith(RECORDING) else ["import"]
+    return [*command, *["--add"] * add, name]
 
 
 def of_imports(kept):
@@ -205,6 +211,21 @@ def states(kept, lines):
             yield number, at == len(line.writes) - 1, state
 
 
+class Deck:
+    """Deals some things, each as often as the others."""
+
+    def __init__(self, things, chance):
+        self.things = list(things)
+        self.chance = chance
+        self.left = []
+
+    def deal(self):
+        """The next one."""
+        if not self.left:
+            self.left = self.chance.sample(self.things, len(self.things))
+        return self.left.pop()
+
+
 class Loop:
     """A state directory on which one set after the other is killed."""
 
@@ -216,11 +237,15 @@ class Loop:
         self.figures = dict.fromkeys(("kills", "kills of shells that import", "kills of imports", "kills after an answer",
                                       "kills amid a write", "states compared", "acknowledged writes checked", "lost",
                                       "corrupt"), 0)
-        for name, numbers in LISTS.items():
-            content = m3u_list(numbers) if name.endswith(".m3u") else channel_list(numbers)
-            (folder / name).write_text(content, encoding="utf-8")
+        write_list(folder / FRONT, KINDS[FRONT_KIND](FRONT_NUMBERS))
+        for kind, make in KINDS.items():
+            for name, numbers in NUMBERS.items():
+                write_list(folder / f"{name}.{kind}", make(numbers))
         self.start(["exec", "GetSource", "0"])
-        self.imports = list(self.learn())
+        self.rounds = {}  # by kind, those that were learned
+        self.of_shells, self.of_program = Deck(KINDS, chance), Deck(KINDS, chance)
+        self.given = set()  # the kinds of lists that shells were given
+        self.killed = set()  # the kinds whose import by the program was killed
 
     def start(self, arguments, state=None, script=""):
         """Runs the program on the state directory, or another, to its end, which must be good. Returns its output."""
@@ -238,22 +263,30 @@ class Loop:
         self.start(arguments, copy, script)
         return kept_in(copy, self.folder)
 
-    def learn(self):
+    def round_of(self, kind):
         """A round of imports, each line with what a set that nobody kills keeps after it."""
-        kept = self.unkilled(["import", "a.conf"])
+        if kind not in self.rounds:
+            self.rounds[kind] = list(self.learn(kind))
+        return self.rounds[kind]
+
+    def learn(self, kind):
+        kept = self.unkilled(program_import(f"a.{kind}"))
         # The table keeps unsigned numbers in signed columns, in their order.
         services = sorted(dict(row[1:])["service_id"] + 2**63 for row in kept[SERVICES] if row[0] == "service")
-        texts = round_of_imports(services)
+        texts = round_of_imports(kind, services)
         for count, text in enumerate(texts, 1):
             after = self.unkilled(["shell"], "".join(line + "\n" for line in texts[:count]))
-            yield Line(text, text.startswith(".import"), (of_imports(after),))
+            yield Line(text, text.startswith((".import", ".scan")), (of_imports(after),))
 
     def round(self, number):
         """Starts a program, kills it, looks at what it left."""
         before = kept_in(self.state, self.folder)
         if number % 4 == 0:
             self.figures["kills of imports"] += 1
-            arguments = ["import", *self.chance.choice([["a.conf"], ["b.conf"], ["--add", "b.conf"]])]
+            kind = self.of_program.deal()
+            self.killed.add(kind)
+            name, add = self.chance.choice([("a", False), ("b", False), ("b", True)])
+            arguments = program_import(f"{name}.{kind}", add)
             start = time.monotonic()
             lines = [Line(" ".join(arguments), True, (self.unkilled(arguments),))]
             # It has one answer, its last word: most are killed before.
@@ -263,7 +296,9 @@ class Loop:
             return
         if number % 4 == 2:
             self.figures["kills of shells that import"] += 1
-            lines = self.imports * (LINES // len(self.imports))
+            kind = self.of_shells.deal()
+            self.given.add(kind)
+            lines = self.round_of(kind) * (LINES // len(self.round_of(kind)))
         else:
             lines = list(switching(before, self.chance))
         output = self.run_and_kill(["shell"], "".join(line.text + "\n" for line in lines))
@@ -349,7 +384,9 @@ def main():
     with tempfile.TemporaryDirectory(prefix="kill-") as folder:
         loop = Loop(options.program.resolve(), Path(folder), random.Random(options.seed))
         loop.run(options.kills)
-    for name, number in loop.figures.items():
+    figures = {**loop.figures, "kinds of lists given to shells": len(loop.given),
+               "kinds of lists whose import was killed": len(loop.killed)}
+    for name, number in figures.items():
         print(f"figure: {name} = {number}")
     return 1 if loop.figures["lost"] + loop.figures["corrupt"] > 0 else 0
 
