@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "Scenarios.h"
 
+#include <map>
+#include <set>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "import/Import.h"
 #include "services/ServiceStore.h"
 #include "store/SettingsStore.h"
+#include "support/ListsApart.h"
 #include "virtualtv/support/Support.h"
 
 namespace virtualtv::proof {
@@ -17,6 +22,12 @@ namespace fs = std::filesystem;
 
 constexpr const char* inTheGuide = ".app com.example.guide guide";
 
+/// Small lists and recordings of all kinds, where the fuzzers start from.
+constexpr const char* lists = PROOF_SAMPLES "/lists";
+constexpr const char* broadcasts = PROOF_SAMPLES "/broadcasts/";
+constexpr const char* recordings[] = {"american-packets", "cable-packets", "dvb-packets", "satellite-packets",
+                                      "second-packets"};
+
 /// A channel list in the format of VDR. @param first  number of its first service.
 std::string channelList(int first, int count) {
   std::string list;
@@ -26,6 +37,41 @@ std::string channelList(int first, int count) {
             "2=eng:0:0:" + digits + ":1:1:0\n";
   }
   return list;
+}
+
+/// The samples that bring services, by their names. @throws std::logic_error when there is none of some format.
+std::map<std::string, std::string> listsOfAllFormats() {
+  std::map<std::string, std::string> found;
+  std::set<const import::Format*> formats;
+  for (const fs::directory_entry& entry : fs::directory_iterator(lists)) {
+    const std::string list = test::contentOf(entry.path());
+    const import::Format* format = import::recognise(list);
+    if (format == nullptr || import::read(list, *format).services.empty()) continue;
+    found.emplace(entry.path().stem(), list);
+    formats.insert(format);
+  }
+  if (formats.size() != import::formats().size()) throw std::logic_error("a format of lists has no sample");
+  return found;
+}
+
+/// Lines that import these lists, and recordings. A lamedb with bouquets comes as one text and as a directory.
+Lines importsOfAllKinds(const fs::path& directory) {
+  Lines lines;
+  for (const auto& [name, list] : listsOfAllFormats()) {
+    test::write(directory / name, list);
+    lines.push_back(".import " + name);
+    const auto files = support::listsApart(list);
+    if (files.size() == 1) continue;
+    const std::string folder = name + "-files";
+    fs::create_directory(directory / folder);
+    for (const auto& [file, content] : files) test::write(directory / folder / file, content);
+    lines.push_back(".import " + folder);
+  }
+  for (const std::string name : recordings) {
+    test::write(directory / name, test::contentOf(broadcasts + name + ".input"));
+    lines.push_back(".scan " + name + " --import");
+  }
+  return lines;
 }
 
 /// The disk after lines that a fresh set has been told. @param killed  the set is not switched off before.
@@ -100,6 +146,7 @@ std::vector<Scenario> makeScenarios(const fs::path& directory) {
       {".restart", 0},
   };
   for (const auto& [line, writes] : lines) scenarios.push_back({line, set, false, line, writes});
+  for (const std::string& line : importsOfAllKinds(directory)) scenarios.push_back({line, set, false, line, 1});
   return scenarios;
 }
 
@@ -124,6 +171,7 @@ std::vector<Lines> sessionsOfADay(const fs::path& directory) {
       evening,
       {".import many.conf", ".vconf set db/a int 3", "SetSource 31 0", ".import some.conf", ".vconf unset db/a",
        ".reset", "SetChannel 2 0"},
+      importsOfAllKinds(directory),
       {},
       {"GetSource 0"},
   };

@@ -26,8 +26,13 @@ std::string lineOf(const Service& service) {
   for (const auto& [field, number] : service.numbers)
     line += std::to_string(field) + "=" + std::to_string(number) + " ";
   for (const auto& [field, text] : service.texts) line += std::to_string(field) + "=" + text::quoted(text) + " ";
-  return line + "audio " + textOf(service.audio) + " subtitles " + textOf(service.subtitles) + " favourites " +
-         textOf(service.favourites) + " in " + service.group;
+  line += "audio " + textOf(service.audio) + " subtitles " + textOf(service.subtitles) + " favourites " +
+          textOf(service.favourites) + " in " + service.group + " as " + service.listEntry;
+  if (const auto& footage = service.footage) {
+    line += " plays " + footage->path + " " + std::to_string(footage->video) + " " + std::to_string(footage->type) +
+            (footage->isTrusted ? " trusted" : "");
+  }
+  return line;
 }
 
 Content contentOf(Storage::Parts& parts) {

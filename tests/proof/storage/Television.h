@@ -17,7 +17,7 @@ namespace virtualtv::proof {
 
 using Lines = std::vector<std::string>;
 
-/// What a set persists: settings keys, state, and services with their tracks and favourites, one line for each name.
+/// What a set persists: settings keys, state, and services with all that belongs to them, one line for each name.
 using Content = std::map<std::string, std::string>;
 
 /// The difference between two of them, in words; empty when there is none.
