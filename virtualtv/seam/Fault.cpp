@@ -116,7 +116,7 @@ void require(const Output& output, const std::string& value) {
 }
 
 bool hasInterface(const Operation& operation) {
-  return operation.answer == Answer::pointer || operation.answer == Answer::text ||
+  return operation.returns == Returns::pointer || operation.returns == Returns::text ||
          (!operation.written().empty() && operation.written().front().form == Form::interface);
 }
 
@@ -128,11 +128,11 @@ void setResult(Fault& fault, const std::string& text) {
     fault.way = Fault::Way::null;
   } else if (text == "unwritten" && !operation.written().empty()) {
     fault.way = Fault::Way::unwritten;
-  } else if (operation.answer == Answer::text && text != "unwritten") {
+  } else if (operation.returns == Returns::text && text != "unwritten") {
     fault.way = Fault::Way::result;
   } else {
     constexpr text::Range range = text::rangeOf<int>();
-    const std::string wanted = operation.answersNumber() ? "; " + text::describe(range) + " is wanted" : "";
+    const std::string wanted = operation.returnsNumber() ? "; " + text::describe(range) + " is wanted" : "";
     if (wanted.empty() || !text::numberIn(text, range)) {
       refuse(std::string(operation.name) + " can't answer '" + text + "'" + wanted);
     }

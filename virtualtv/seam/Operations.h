@@ -11,7 +11,7 @@
 namespace virtualtv::seam {
 
 /// The return type of an operation, and which values mean success.
-enum class Answer {
+enum class Returns {
   positive,     ///< int, success above 0
   one,          ///< int, success exactly 1
   nonZero,      ///< int, success other than 0
@@ -48,7 +48,7 @@ constexpr Output numbers(std::string_view name) {
 /// can fail (see `Fault`).
 struct Operation {
   std::string_view name;
-  Answer answer = Answer::nothing;
+  Returns returns = Returns::nothing;
   std::array<Output, 4> outputs{};
 
   /// The outputs of the operation.
@@ -57,21 +57,21 @@ struct Operation {
     while (count < outputs.size() && !outputs[count].name.empty()) ++count;
     return {outputs.data(), count};
   }
-  constexpr bool answersNumber() const { return answer <= Answer::zero; }
+  constexpr bool returnsNumber() const { return returns <= Returns::zero; }
   /// True when the interface of the operation exists once per window.
   constexpr bool isOfWindow() const {
     return (name.starts_with('I') && !name.starts_with("ISatellite::")) || name.starts_with("ServiceDataAux::");
   }
   /// True when `result` means success.
   constexpr bool succeeds(int result) const {
-    switch (answer) {
-      case Answer::positive:
+    switch (returns) {
+      case Returns::positive:
         return result > 0;
-      case Answer::one:
+      case Returns::one:
         return result == 1;
-      case Answer::nonZero:
+      case Returns::nonZero:
         return result != 0;
-      case Answer::notNegative:
+      case Returns::notNegative:
         return result >= 0;
       default:
         return result == 0;
@@ -85,108 +85,109 @@ struct Operation {
 
 /// All operations that pass the seam. Tracing, faults, completion and documentation use this table.
 inline constexpr std::array operations{
-    Operation{"TVServiceAPI::CreateService", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateServiceNavigation", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateSourceControl", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateVideoControl", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateAVControl", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateDataControl", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateTunerControl", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::CreateSatellite", Answer::zero, {{{"interface", Form::interface}}}},
-    Operation{"TVServiceAPI::ServiceDataAux", Answer::pointer},
+    Operation{"TVServiceAPI::CreateService", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateServiceNavigation", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateSourceControl", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateVideoControl", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateAVControl", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateDataControl", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateTunerControl", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::CreateSatellite", Returns::zero, {{{"interface", Form::interface}}}},
+    Operation{"TVServiceAPI::ServiceDataAux", Returns::pointer},
 
-    Operation{"IService::FindService", Answer::positive, {{{"service", Form::record}}}},
-    Operation{"IService::SetFavorites", Answer::positive},
-    Operation{"IService::GetFavorites", Answer::positive, {{{"favorites", Form::favourites}}}},
+    Operation{"IService::FindService", Returns::positive, {{{"service", Form::record}}}},
+    Operation{"IService::SetFavorites", Returns::positive},
+    Operation{"IService::GetFavorites", Returns::positive, {{{"favorites", Form::favourites}}}},
 
-    Operation{"IServiceNavigation::TuneService", Answer::positive},
-    Operation{"IServiceNavigation::GetTvMode", Answer::positive, {{numbers<TSTvMode>("mode")}}},
-    Operation{"IServiceNavigation::SetTVMode", Answer::positive},
-    Operation{"IServiceNavigation::GetCurrentService", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::TuneService", Returns::positive},
+    Operation{"IServiceNavigation::GetTvMode", Returns::positive, {{numbers<TSTvMode>("mode")}}},
+    Operation{"IServiceNavigation::SetTVMode", Returns::positive},
+    Operation{"IServiceNavigation::GetCurrentService", Returns::positive, {{{"service", Form::record}}}},
     Operation{
-        "IServiceNavigation::GetPreviousServiceId", Answer::positive, {{numbers<unsigned long long>("serviceId")}}},
-    Operation{"IServiceNavigation::SeekNextService", Answer::positive, {{{"service", Form::record}}}},
-    Operation{"IServiceNavigation::SeekPreviousService", Answer::positive, {{{"service", Form::record}}}},
-    Operation{"IServiceNavigation::GetOptimumService", Answer::positive, {{{"service", Form::record}}}},
-    Operation{"IServiceNavigation::GetServiceList", Answer::positive, {{{"services", Form::records}}}},
+        "IServiceNavigation::GetPreviousServiceId", Returns::positive, {{numbers<unsigned long long>("serviceId")}}},
+    Operation{"IServiceNavigation::SeekNextService", Returns::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::SeekPreviousService", Returns::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::GetOptimumService", Returns::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::GetServiceList", Returns::positive, {{{"services", Form::records}}}},
     Operation{"IServiceNavigation::GetStartService",
-              Answer::positive,
+              Returns::positive,
               {{numbers<unsigned long long>("serviceId"), numbers<int>("source")}}},
-    Operation{"IServiceNavigation::GetCurrentServiceInfo", Answer::positive, {{{"service", Form::record}}}},
+    Operation{"IServiceNavigation::GetCurrentServiceInfo", Returns::positive, {{{"service", Form::record}}}},
 
-    Operation{"ISourceControl::GetSourceState", Answer::one, {{numbers<int>("state")}}},
-    Operation{"ISourceControl::GetCurrentSourceInfo", Answer::positive, {{numbers<ESource>("source")}}},
-    Operation{"ISourceControl::GetPreviousSourceInfo", Answer::positive, {{numbers<ESource>("source")}}},
-    Operation{"ISourceControl::SetSource", Answer::positive},
-    Operation{"ISourceControl::DeactivateSource", Answer::positive},
+    Operation{"ISourceControl::GetSourceState", Returns::one, {{numbers<int>("state")}}},
+    Operation{"ISourceControl::GetCurrentSourceInfo", Returns::positive, {{numbers<ESource>("source")}}},
+    Operation{"ISourceControl::GetPreviousSourceInfo", Returns::positive, {{numbers<ESource>("source")}}},
+    Operation{"ISourceControl::SetSource", Returns::positive},
+    Operation{"ISourceControl::DeactivateSource", Returns::positive},
 
-    Operation{"IVideoControl::SetSize", Answer::positive},
+    Operation{"IVideoControl::SetSize", Returns::positive},
     Operation{"IVideoControl::GetSize",
-              Answer::positive,
+              Returns::positive,
               {{numbers<int>("x"), numbers<int>("y"), numbers<int>("height"), numbers<int>("width")}}},
-    Operation{"IVideoControl::SetDefaultSize", Answer::positive},
+    Operation{"IVideoControl::SetDefaultSize", Returns::positive},
     Operation{"IVideoControl::GetAFDGeometryRectSize",
-              Answer::positive,
+              Returns::positive,
               {{numbers<int>("x"), numbers<int>("y"), numbers<int>("width"), numbers<int>("height")}}},
-    Operation{"IVideoControl::SetCropArea", Answer::positive},
+    Operation{"IVideoControl::SetCropArea", Returns::positive},
     Operation{"IVideoControl::GetCropArea",
-              Answer::positive,
+              Returns::positive,
               {{numbers<TSRectInfo>("crop"), numbers<TSRectInfo>("display")}}},
-    Operation{"IVideoControl::SetZOrder", Answer::notNegative},
+    Operation{"IVideoControl::SetZOrder", Returns::notNegative},
 
-    Operation{"IAVControl::MuteVideo", Answer::one},
+    Operation{"IAVControl::MuteVideo", Returns::one},
     Operation{"IAVControl::GetResolution",
-              Answer::zero,
+              Returns::zero,
               {{numbers<EResolution>("code"), numbers<TSResolution>("resolution")}}},
-    Operation{"IAVControl::GetCurrentAudioInfo", Answer::positive, {{numbers<int>("lang"), numbers<int>("index")}}},
-    Operation{"IAVControl::SetCurrentAudioByIndex", Answer::positive},
+    Operation{"IAVControl::GetCurrentAudioInfo", Returns::positive, {{numbers<int>("lang"), numbers<int>("index")}}},
+    Operation{"IAVControl::SetCurrentAudioByIndex", Returns::positive},
 
-    Operation{"ServiceDataAux::GetAudioSize", Answer::positive, {{numbers<unsigned>("size")}}},
-    Operation{"ServiceDataAux::GetAudio", Answer::positive, {{numbers<TSAudio>("audio")}}},
-    Operation{"ServiceDataAux::GetHybridSBTSize", Answer::positive, {{numbers<unsigned>("size")}}},
+    Operation{"ServiceDataAux::GetAudioSize", Returns::positive, {{numbers<unsigned>("size")}}},
+    Operation{"ServiceDataAux::GetAudio", Returns::positive, {{numbers<TSAudio>("audio")}}},
+    Operation{"ServiceDataAux::GetHybridSBTSize", Returns::positive, {{numbers<unsigned>("size")}}},
     Operation{
-        "ServiceDataAux::GetHybridSBT", Answer::positive, {{numbers<int>("lang"), numbers<TSHybridSBT>("subtitle")}}},
+        "ServiceDataAux::GetHybridSBT", Returns::positive, {{numbers<int>("lang"), numbers<TSHybridSBT>("subtitle")}}},
 
     Operation{"IDataControl::GetCurrentHybridSBT",
-              Answer::positive,
+              Returns::positive,
               {{numbers<int>("lang"), numbers<TSHybridSBT>("subtitle")}}},
-    Operation{"IDataControl::SelectHybridSBT", Answer::positive},
+    Operation{"IDataControl::SelectHybridSBT", Returns::positive},
 
-    Operation{"ITunerControl::GetSignalStrength", Answer::positive, {{numbers<unsigned char>("strength")}}},
+    Operation{"ITunerControl::GetSignalStrength", Returns::positive, {{numbers<unsigned char>("strength")}}},
 
-    Operation{"ISatellite::LookupTransponder", Answer::positive, {{numbers<unsigned short>("result")}}},
+    Operation{"ISatellite::LookupTransponder", Returns::positive, {{numbers<unsigned short>("result")}}},
 
-    Operation{"TCNavigationModeHelper::GetNavigationCriteria", Answer::nonZero, {{{"criteria", Form::criteria}}}},
-    Operation{"TCNavigationModeHelper::GetOptimumCriteria", Answer::nonZero, {{{"criteria", Form::criteria}}}},
+    Operation{"TCNavigationModeHelper::GetNavigationCriteria", Returns::nonZero, {{{"criteria", Form::criteria}}}},
+    Operation{"TCNavigationModeHelper::GetOptimumCriteria", Returns::nonZero, {{{"criteria", Form::criteria}}}},
 
-    Operation{"CD2tvMgrProxy::GetInstance", Answer::pointer},
-    Operation{"CD2tvMgrProxy::DestroyInstance", Answer::nothing},
-    Operation{"CD2tvMgrProxy::GetTotalNumOfAudio", Answer::zero, {{numbers<unsigned>("count")}}},
-    Operation{"CD2tvMgrProxy::GetMultiAudioInfo", Answer::zero, {{numbers<MVPDAudio>("audio")}}},
+    Operation{"CD2tvMgrProxy::GetInstance", Returns::pointer},
+    Operation{"CD2tvMgrProxy::DestroyInstance", Returns::nothing},
+    Operation{"CD2tvMgrProxy::GetTotalNumOfAudio", Returns::zero, {{numbers<unsigned>("count")}}},
+    Operation{"CD2tvMgrProxy::GetMultiAudioInfo", Returns::zero, {{numbers<MVPDAudio>("audio")}}},
     Operation{"CD2tvMgrProxy::GetCurrentAudioInfo",
-              Answer::zero,
+              Returns::zero,
               {{numbers<int>("pid"), numbers<int>("index"), numbers<unsigned>("lang")}}},
-    Operation{"CD2tvMgrProxy::ChangeAudioByPID", Answer::zero},
-    Operation{"CD2tvMgrProxy::ChangeAudioByIndex", Answer::zero},
+    Operation{"CD2tvMgrProxy::ChangeAudioByPID", Returns::zero},
+    Operation{"CD2tvMgrProxy::ChangeAudioByIndex", Returns::zero},
     Operation{
         "CD2tvMgrProxy::GetTotalNumOfSubtitle",
-        Answer::zero,
+        Returns::zero,
         {{numbers<unsigned>("subtitles"), numbers<unsigned>("teletext"), numbers<unsigned>("teletextSubtitles")}}},
-    Operation{"CD2tvMgrProxy::GetDVBSubtitleInfo", Answer::zero, {{numbers<DVBSubtitleInfo>("subtitle")}}},
-    Operation{"CD2tvMgrProxy::GetCurrentSubtitle", Answer::zero, {{numbers<int>("language")}}},
-    Operation{"CD2tvMgrProxy::ChangeSubtitleLanguage", Answer::zero},
-    Operation{
-        "CD2tvMgrProxy::GetVideoResolution", Answer::zero, {{numbers<unsigned>("width"), numbers<unsigned>("height")}}},
+    Operation{"CD2tvMgrProxy::GetDVBSubtitleInfo", Returns::zero, {{numbers<DVBSubtitleInfo>("subtitle")}}},
+    Operation{"CD2tvMgrProxy::GetCurrentSubtitle", Returns::zero, {{numbers<int>("language")}}},
+    Operation{"CD2tvMgrProxy::ChangeSubtitleLanguage", Returns::zero},
+    Operation{"CD2tvMgrProxy::GetVideoResolution",
+              Returns::zero,
+              {{numbers<unsigned>("width"), numbers<unsigned>("height")}}},
 
-    Operation{"D2TVCAPI_setSourceISP", Answer::one},
+    Operation{"D2TVCAPI_setSourceISP", Returns::one},
 
-    Operation{"vconf_get_int", Answer::zero, {{numbers<int>("value")}}},
-    Operation{"vconf_set_int", Answer::zero},
-    Operation{"vconf_get_str", Answer::text},
-    Operation{"vconf_set_str", Answer::zero},
-    Operation{"system_info_get_value_int", Answer::zero, {{numbers<int>("value")}}},
-    Operation{"system_settings_get_value_int", Answer::zero, {{numbers<int>("value")}}},
-    Operation{"CEmpEngineBase::GetAppInfo", Answer::text},
+    Operation{"vconf_get_int", Returns::zero, {{numbers<int>("value")}}},
+    Operation{"vconf_set_int", Returns::zero},
+    Operation{"vconf_get_str", Returns::text},
+    Operation{"vconf_set_str", Returns::zero},
+    Operation{"system_info_get_value_int", Returns::zero, {{numbers<int>("value")}}},
+    Operation{"system_settings_get_value_int", Returns::zero, {{numbers<int>("value")}}},
+    Operation{"CEmpEngineBase::GetAppInfo", Returns::text},
 };
 
 /// The operation with this name; null when there is none.

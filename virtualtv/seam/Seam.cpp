@@ -120,7 +120,7 @@ void append(std::string& list, std::string_view separator, const char* name, con
 
 bool carriedOut(const Operation& operation, const Fault& fault) {
   if (fault.way == Fault::Way::outputs) return true;
-  return fault.way == Fault::Way::result && operation.answersNumber() &&
+  return fault.way == Fault::Way::result && operation.returnsNumber() &&
          operation.succeeds(std::atoi(fault.result.c_str()));
 }
 

@@ -73,7 +73,7 @@ Lines resultWords(const seam::Operation& operation) {
       continue;  // the operation has no such result
     }
   }
-  if (operation.answersNumber() || operation.answer == seam::Answer::text) words.emplace_back("result=");
+  if (operation.returnsNumber() || operation.returns == seam::Returns::text) words.emplace_back("result=");
   return words;
 }
 

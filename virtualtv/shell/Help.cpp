@@ -15,10 +15,10 @@ namespace virtualtv::shell {
 
 namespace {
 
-using seam::Answer;
 using seam::Form;
 using seam::Operation;
 using seam::Output;
+using seam::Returns;
 
 std::string usageOf(const DotCommand& command) {
   return std::string(command.name) + (command.usage.empty() ? "" : " " + std::string(command.usage));
@@ -232,9 +232,9 @@ Lines helpOn(const std::string& name, std::size_t columns) {
 std::string waysToFail(const Operation& operation) {
   std::string ways;
   const bool interface = !operation.written().empty() && operation.written().front().form == Form::interface;
-  if (operation.answersNumber()) ways += "N, ";
-  if (operation.answer == Answer::text) ways += "TEXT, ";
-  if (operation.answer == Answer::pointer || operation.answer == Answer::text || interface) ways += "null, ";
+  if (operation.returnsNumber()) ways += "N, ";
+  if (operation.returns == Returns::text) ways += "TEXT, ";
+  if (operation.returns == Returns::pointer || operation.returns == Returns::text || interface) ways += "null, ";
   if (!operation.written().empty()) ways += "unwritten, ";
   return ways + "throw";
 }

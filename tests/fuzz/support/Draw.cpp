@@ -12,10 +12,10 @@ namespace fuzz {
 namespace {
 
 using support::within;
-using virtualtv::seam::Answer;
 using virtualtv::seam::Form;
 using virtualtv::seam::Operation;
 using virtualtv::seam::Output;
+using virtualtv::seam::Returns;
 using virtualtv::text::Range;
 
 constexpr std::size_t longest = 5000;  // of a text; buffers of the plug-in end long before
@@ -87,9 +87,9 @@ bool writesAnInterface(const Operation& operation) {
 std::string drawResult(Draw& draw, const Operation& operation) {
   const std::size_t way = draw.below(4);
   if (way == 0) return "result=throw";
-  if (operation.answer == Answer::text) return way == 1 ? "result=null" : "result=" + draw.text();
-  if (operation.answer == Answer::pointer || (way == 1 && writesAnInterface(operation))) return "result=null";
-  if (operation.answer == Answer::nothing) return "result=throw";
+  if (operation.returns == Returns::text) return way == 1 ? "result=null" : "result=" + draw.text();
+  if (operation.returns == Returns::pointer || (way == 1 && writesAnInterface(operation))) return "result=null";
+  if (operation.returns == Returns::nothing) return "result=throw";
   if (way == 2 && !operation.written().empty()) return "result=unwritten";
   return "result=" + draw.number32();
 }

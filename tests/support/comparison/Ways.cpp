@@ -95,7 +95,7 @@ Words makeWays(const Operation& operation) {
   for (const std::string& words : results) {
     if (canFail(operation, words)) ways.push_back(words);
   }
-  if (operation.answer == virtualtv::seam::Answer::text) {
+  if (operation.returns == virtualtv::seam::Returns::text) {
     ways.insert(ways.end(), texts.begin(), texts.end());
     ways.push_back("result=" + repeated("long ", 1000));
   }

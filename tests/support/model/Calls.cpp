@@ -37,7 +37,7 @@ Interface make(Calls& calls, const Operation& factory, std::optional<int> profil
   const Fault* const fault = detail::begin(calls, factory, {}, std::move(arguments));
   const bool made = detail::carriedOut(factory, fault);
   std::string& result = calls.made.back().result;
-  if (factory.answer == seam::Answer::pointer) {
+  if (factory.returns == seam::Returns::pointer) {
     result = made ? "made" : "null";
   } else {
     result = fault != nullptr && fault->way == Fault::Way::result ? fault->result : "0";
@@ -57,7 +57,7 @@ const Fault* begin(Calls& calls, const Operation& operation, const Interface& in
 
 bool carriedOut(const Operation& operation, const Fault* fault) {
   if (fault == nullptr || fault->way == Fault::Way::outputs) return true;
-  return fault->way == Fault::Way::result && operation.answersNumber() && operation.succeeds(std::stoi(fault->result));
+  return fault->way == Fault::Way::result && operation.returnsNumber() && operation.succeeds(std::stoi(fault->result));
 }
 
 void describeOutput(std::string& text, const seam::Out<Records>& output) {

@@ -11,23 +11,23 @@
 namespace virtualtv::seam {
 namespace {
 
-std::string inWords(Answer answer) {
-  switch (answer) {
-    case Answer::positive:
+std::string inWords(Returns returns) {
+  switch (returns) {
+    case Returns::positive:
       return "above 0";
-    case Answer::one:
+    case Returns::one:
       return "1";
-    case Answer::nonZero:
+    case Returns::nonZero:
       return "not 0";
-    case Answer::notNegative:
+    case Returns::notNegative:
       return "0 or more";
-    case Answer::zero:
+    case Returns::zero:
       return "0";
-    case Answer::pointer:
+    case Returns::pointer:
       return "not null";
-    case Answer::text:
+    case Returns::text:
       return "any text";
-    case Answer::nothing:
+    case Returns::nothing:
       return "";
   }
   return "unknown";
@@ -50,7 +50,7 @@ TEST(PortingPage, SaysOfEachOperationWhenItHasSucceeded) {
   std::vector<std::string> rows;
   rows.reserve(std::size(operations));
   for (const Operation& operation : operations) {
-    rows.push_back("| `" + std::string(operation.name) + "` | " + inWords(operation.answer) + " |");
+    rows.push_back("| `" + std::string(operation.name) + "` | " + inWords(operation.returns) + " |");
   }
   EXPECT_EQ(onThePage(), rows);
 }

@@ -117,7 +117,7 @@ TEST_P(TruthTest, WithEachCallToTheSetFailing) {
     prepare();
     run(parameters);
     for (const virtualtv::seam::Call& call : takeCalls()) {
-      if (!call.operation->answersNumber()) continue;
+      if (!call.operation->returnsNumber()) continue;
       const std::string words = std::string(call.operation->name) + " times=always result=";
       SCOPED_TRACE(words);
       prepare();

@@ -12,8 +12,8 @@ namespace {
 
 using channels::ChannelEngineTest;
 using support::Lines;
-using virtualtv::seam::Answer;
 using virtualtv::seam::Operation;
+using virtualtv::seam::Returns;
 
 struct Command {
   std::string name;
@@ -59,11 +59,11 @@ const Lines keys{"db/emp/mainsource", "db/emp/previousmainsource", "db/emp/pipso
 /// The ways in which an operation fails.
 Lines waysOf(const Operation& operation) {
   Lines ways{"throw"};
-  if (operation.answersNumber()) {
+  if (operation.returnsNumber()) {
     for (const int result : {-2147483647, -1, 0, 1, 2147483647}) ways.push_back(std::to_string(result));
   }
   if (!operation.written().empty()) ways.emplace_back("unwritten");
-  if (operation.answer == Answer::text) ways.emplace_back("null");
+  if (operation.returns == Returns::text) ways.emplace_back("null");
   return ways;
 }
 
