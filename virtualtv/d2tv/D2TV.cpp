@@ -8,7 +8,7 @@
 #include <limits>
 
 #include "seam/Seam.h"
-#include "set/Answer.h"
+#include "set/CallTv.h"
 #include "set/Tv.h"
 
 using virtualtv::AudioTrack;
@@ -31,7 +31,7 @@ const Handle manager{"set", 1};
 /// Carries out a call of the manager. `body` takes what the stack shows, and returns whether it succeeded.
 template <typename Values, typename Body>
 int tell(const virtualtv::seam::Operation& operation, const Values& values, Body body) {
-  return virtualtv::answer(operation, manager, values, [&](Tv& tv) {
+  return virtualtv::callTv(operation, manager, values, [&](Tv& tv) {
     const SecondaryStack& stack = tv.state().isp;
     return stack.shown && body(stack) ? good : bad;
   });
@@ -40,7 +40,7 @@ int tell(const virtualtv::seam::Operation& operation, const Values& values, Body
 /// The same for a call that changes the set. `body` takes the set.
 template <typename Values, typename Body>
 int change(const virtualtv::seam::Operation& operation, const Values& values, Body body) {
-  return virtualtv::answer(operation, manager, values, [&](Tv& tv) { return body(tv) ? good : bad; });
+  return virtualtv::callTv(operation, manager, values, [&](Tv& tv) { return body(tv) ? good : bad; });
 }
 
 /// Converts a position to `int`, clamped to its largest value.
@@ -172,5 +172,5 @@ void CD2tvMgrProxy::DestroyInstance() {
 }
 
 int D2TVCAPI_setSourceISP() {
-  return virtualtv::answer(op("D2TVCAPI_setSourceISP"), {}, args(), [](Tv& tv) { return tv.showIsp() ? 1 : 0; });
+  return virtualtv::callTv(op("D2TVCAPI_setSourceISP"), {}, args(), [](Tv& tv) { return tv.showIsp() ? 1 : 0; });
 }

@@ -25,14 +25,14 @@ class AVControl : public IAVControl {
   explicit AVControl(const Profile& profile) : profile_(profile) {}
 
   int MuteVideo(int mute) override {
-    return answer(op("IAVControl::MuteVideo"), profile_.handle, args(in("mute", mute)), [&](Tv& tv) {
+    return callTv(op("IAVControl::MuteVideo"), profile_.handle, args(in("mute", mute)), [&](Tv& tv) {
       if (mute != 0 && mute != 1) return 0;
       tv.mute(profile_.window, mute == 1);
       return 1;
     });
   }
   int GetResolution(EResolution& code, TSResolution& resolution) override {
-    return answer(op("IAVControl::GetResolution"), profile_.handle,
+    return callTv(op("IAVControl::GetResolution"), profile_.handle,
                   args(out("code", code), out("resolution", resolution)), [&](Tv& tv) {
                     const auto told = tv.state()[profile_.window].resolution;
                     const auto picture = pictureOn(tv, profile_.window);
@@ -43,7 +43,7 @@ class AVControl : public IAVControl {
                   });
   }
   int GetCurrentAudioInfo(int* lang, int* index) override {
-    return answer(op("IAVControl::GetCurrentAudioInfo"), profile_.handle,
+    return callTv(op("IAVControl::GetCurrentAudioInfo"), profile_.handle,
                   args(out("lang", *lang), out("index", *index)), [&](Tv& tv) {
                     const WindowState& window = tv.state()[profile_.window];
                     const auto tracks = tv.services().audio(window.service);
@@ -55,7 +55,7 @@ class AVControl : public IAVControl {
                   });
   }
   int SetCurrentAudioByIndex(int index) override {
-    return answer(op("IAVControl::SetCurrentAudioByIndex"), profile_.handle, args(in("index", index)),
+    return callTv(op("IAVControl::SetCurrentAudioByIndex"), profile_.handle, args(in("index", index)),
                   [&](Tv& tv) { return tv.selectAudio(profile_.window, index) ? 1 : 0; });
   }
 

@@ -5,7 +5,7 @@
 
 #include "seam/Seam.h"
 #include "services/Service.h"
-#include "set/Answer.h"
+#include "set/CallTv.h"
 #include "set/State.h"
 #include "tvservice/TVServiceTypes.h"
 

@@ -17,7 +17,7 @@ class DataControl : public IDataControl {
   explicit DataControl(const Profile& profile) : profile_(profile) {}
 
   int GetCurrentHybridSBT(int& lang, TSHybridSBT& subtitle) override {
-    return answer(op("IDataControl::GetCurrentHybridSBT"), profile_.handle,
+    return callTv(op("IDataControl::GetCurrentHybridSBT"), profile_.handle,
                   args(out("lang", lang), out("subtitle", subtitle)), [&](Tv& tv) {
                     const WindowState& window = tv.state()[profile_.window];
                     if (!tv.services().read(window.service)) return 0;
@@ -29,7 +29,7 @@ class DataControl : public IDataControl {
                   });
   }
   int SelectHybridSBT(int index) override {
-    return answer(op("IDataControl::SelectHybridSBT"), profile_.handle, args(in("index", index)),
+    return callTv(op("IDataControl::SelectHybridSBT"), profile_.handle, args(in("index", index)),
                   [&](Tv& tv) { return tv.selectSubtitle(profile_.window, index) ? 1 : 0; });
   }
 

@@ -17,7 +17,7 @@ class TunerControl : public ITunerControl {
   explicit TunerControl(const Profile& profile) : profile_(profile) {}
 
   int GetSignalStrength(int tuner, unsigned char* strength) override {
-    return answer(op("ITunerControl::GetSignalStrength"), profile_.handle,
+    return callTv(op("ITunerControl::GetSignalStrength"), profile_.handle,
                   args(in("tuner", tuner), out("strength", *strength)), [&](Tv& tv) {
                     const auto signal = tv.signalStrength(profile_.window);
                     if (tuner != 0 || !signal) return 0;
@@ -36,7 +36,7 @@ class Satellite : public ISatellite {
 
   /// The id of a transponder is the physical channel of its services.
   int LookupTransponder(const TSTransponder& transponder, unsigned short& result) override {
-    return answer(op("ISatellite::LookupTransponder"), profile_.handle,
+    return callTv(op("ISatellite::LookupTransponder"), profile_.handle,
                   args(in("transponder", transponder), out("result", result)), [&](Tv& tv) {
                     TCCriteriaHelper criteria;
                     criteria.Fetch(TCServiceData::PTC);

@@ -17,7 +17,7 @@ class Service : public IService {
   explicit Service(const Profile& profile) : profile_(profile) {}
 
   int FindService(TCCriteriaHelper& criteria, TCServiceData& service, int count) override {
-    return answer(op("IService::FindService"), profile_.handle,
+    return callTv(op("IService::FindService"), profile_.handle,
                   args(in("", criteria), in("count", count), out("service", service)), [&](Tv& tv) {
                     const TSTvMode any(ANTENNA_NONE, SERVICE_MODE_NONE);
                     return tv.services().first(criteria, any, service) ? 1 : 0;
@@ -26,12 +26,12 @@ class Service : public IService {
 
   int SetFavorites(const std::list<std::pair<unsigned long long, bool>>& favorites, char group) override {
     const int number = static_cast<unsigned char>(group);
-    return answer(op("IService::SetFavorites"), profile_.handle, args(in("", favorites), in("group", number)),
+    return callTv(op("IService::SetFavorites"), profile_.handle, args(in("", favorites), in("group", number)),
                   [&](Tv& tv) { return tv.setFavourites(static_cast<std::uint8_t>(number), favorites) ? 1 : 0; });
   }
 
   int GetFavorites(const unsigned long long& serviceId, std::map<unsigned char, bool>& favorites) override {
-    return answer(op("IService::GetFavorites"), profile_.handle,
+    return callTv(op("IService::GetFavorites"), profile_.handle,
                   args(in("serviceId", serviceId), out("favorites", favorites)), [&](Tv& tv) {
                     const auto groups = tv.services().favourites(serviceId);
                     if (!groups) return 0;

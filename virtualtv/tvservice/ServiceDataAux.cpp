@@ -24,7 +24,7 @@ class DataAux : public ::ServiceDataAux {
   explicit DataAux(const Profile& profile) : profile_(profile) {}
 
   int GetAudioSize(unsigned long long serviceId, unsigned int& size) override {
-    return answer(op("ServiceDataAux::GetAudioSize"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetAudioSize"), profile_.handle,
                   args(in("serviceId", serviceId), out("size", size)), [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
                       size = static_cast<unsigned>(tv.services().audio(key).size());
@@ -34,7 +34,7 @@ class DataAux : public ::ServiceDataAux {
   }
 
   int GetAudio(unsigned long long serviceId, int index, TSAudio& audio) override {
-    return answer(op("ServiceDataAux::GetAudio"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetAudio"), profile_.handle,
                   args(in("serviceId", serviceId), in("index", index), out("audio", audio)), [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
                       const auto tracks = tv.services().audio(key);
@@ -51,7 +51,7 @@ class DataAux : public ::ServiceDataAux {
   }
 
   int GetHybridSBTSize(unsigned long long serviceId, unsigned int& size) override {
-    return answer(op("ServiceDataAux::GetHybridSBTSize"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetHybridSBTSize"), profile_.handle,
                   args(in("serviceId", serviceId), out("size", size)), [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
                       size = static_cast<unsigned>(tv.services().subtitles(key).size());
@@ -61,7 +61,7 @@ class DataAux : public ::ServiceDataAux {
   }
 
   int GetHybridSBT(unsigned long long serviceId, int index, int& lang, TSHybridSBT& subtitle) override {
-    return answer(op("ServiceDataAux::GetHybridSBT"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetHybridSBT"), profile_.handle,
                   args(in("serviceId", serviceId), in("index", index), out("lang", lang), out("subtitle", subtitle)),
                   [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {

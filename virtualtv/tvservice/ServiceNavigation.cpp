@@ -19,7 +19,7 @@ class ServiceNavigation : public IServiceNavigation {
   explicit ServiceNavigation(const Profile& profile) : profile_(profile) {}
 
   int TuneService(const unsigned long long& serviceId, int first, int second, const std::string& appId) override {
-    return answer(op("IServiceNavigation::TuneService"), profile_.handle,
+    return callTv(op("IServiceNavigation::TuneService"), profile_.handle,
                   args(in("serviceId", serviceId), in("", first), in("", second), in("appId", appId)), [&](Tv& tv) {
                     const auto key = tv.services().keyOf(serviceId);
                     return key && tv.tune(profile_.window, *key) ? 1 : 0;
@@ -27,7 +27,7 @@ class ServiceNavigation : public IServiceNavigation {
   }
 
   int GetTvMode(TSTvMode& mode) override {
-    return answer(op("IServiceNavigation::GetTvMode"), profile_.handle, args(out("mode", mode)), [&](Tv& tv) {
+    return callTv(op("IServiceNavigation::GetTvMode"), profile_.handle, args(out("mode", mode)), [&](Tv& tv) {
       const TvMode now = tv.state()[profile_.window].mode;
       mode = TSTvMode(static_cast<EAntennaMode>(now.antenna), static_cast<EServiceMode>(now.service));
       return 1;
@@ -35,7 +35,7 @@ class ServiceNavigation : public IServiceNavigation {
   }
 
   int SetTVMode(TSTvMode mode, const std::string& appId) override {
-    return answer(op("IServiceNavigation::SetTVMode"), profile_.handle, args(in("mode", mode), in("appId", appId)),
+    return callTv(op("IServiceNavigation::SetTVMode"), profile_.handle, args(in("mode", mode), in("appId", appId)),
                   [&](Tv& tv) {
                     const bool known = mode.antennaMode >= ANTENNA_TERRESTRIAL && mode.antennaMode <= ANTENNA_SATELLITE;
                     if (!known) return 0;
@@ -45,13 +45,13 @@ class ServiceNavigation : public IServiceNavigation {
   }
 
   int GetCurrentService(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) override {
-    return answer(op("IServiceNavigation::GetCurrentService"), profile_.handle,
+    return callTv(op("IServiceNavigation::GetCurrentService"), profile_.handle,
                   args(in("mode", mode), in("", criteria), out("service", service)),
                   [&](Tv& tv) { return fetchCurrent(tv, criteria, service); });
   }
 
   int GetPreviousServiceId(TSTvMode mode, unsigned long long& serviceId) override {
-    return answer(op("IServiceNavigation::GetPreviousServiceId"), profile_.handle,
+    return callTv(op("IServiceNavigation::GetPreviousServiceId"), profile_.handle,
                   args(in("mode", mode), out("serviceId", serviceId)), [&](Tv& tv) {
                     TCCriteriaHelper criteria;
                     criteria.Fetch(TCServiceData::SERVICE_ID);
@@ -64,21 +64,21 @@ class ServiceNavigation : public IServiceNavigation {
 
   int SeekNextService(TCCriteriaHelper& criteria, const unsigned long long& currentId, TCServiceData& service,
                       TSTvMode mode) override {
-    return answer(op("IServiceNavigation::SeekNextService"), profile_.handle,
+    return callTv(op("IServiceNavigation::SeekNextService"), profile_.handle,
                   args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)),
                   [&](Tv& tv) { return tv.services().next(criteria, mode, currentId, skipLocked, service) ? 1 : 0; });
   }
 
   int SeekPreviousService(TCCriteriaHelper& criteria, const unsigned long long& currentId, TCServiceData& service,
                           TSTvMode mode) override {
-    return answer(
+    return callTv(
         op("IServiceNavigation::SeekPreviousService"), profile_.handle,
         args(in("", criteria), in("currentId", currentId), in("mode", mode), out("service", service)),
         [&](Tv& tv) { return tv.services().previous(criteria, mode, currentId, skipLocked, service) ? 1 : 0; });
   }
 
   int GetOptimumService(TCCriteriaHelper& criteria, TCServiceData& service, TSTvMode mode) override {
-    return answer(op("IServiceNavigation::GetOptimumService"), profile_.handle,
+    return callTv(op("IServiceNavigation::GetOptimumService"), profile_.handle,
                   args(in("", criteria), in("mode", mode), out("service", service)), [&](Tv& tv) {
                     // The same number may exist on several antennas: search the window's own list first.
                     const TvMode own = tv.state()[profile_.window].mode;
@@ -91,13 +91,13 @@ class ServiceNavigation : public IServiceNavigation {
 
   int GetServiceList(TCCriteriaHelper& criteria, std::list<TCServiceData*>& services, TSTvMode mode, int first,
                      int second) override {
-    return answer(op("IServiceNavigation::GetServiceList"), profile_.handle,
+    return callTv(op("IServiceNavigation::GetServiceList"), profile_.handle,
                   args(in("", criteria), in("mode", mode), in("", first), in("", second), out("services", services)),
                   [&](Tv& tv) { return tv.services().list(criteria, mode, services); });
   }
 
   int GetStartService(unsigned long long& serviceId, int& source) override {
-    return answer(op("IServiceNavigation::GetStartService"), profile_.handle,
+    return callTv(op("IServiceNavigation::GetStartService"), profile_.handle,
                   args(out("serviceId", serviceId), out("source", source)), [&](Tv& tv) {
                     serviceId = tv.state().startServiceId;
                     source = tv.state().startSource;
@@ -106,7 +106,7 @@ class ServiceNavigation : public IServiceNavigation {
   }
 
   int GetCurrentServiceInfo(TSTvMode mode, TCCriteriaHelper& criteria, TCServiceData& service) override {
-    return answer(op("IServiceNavigation::GetCurrentServiceInfo"), profile_.handle,
+    return callTv(op("IServiceNavigation::GetCurrentServiceInfo"), profile_.handle,
                   args(in("mode", mode), in("", criteria), out("service", service)),
                   [&](Tv& tv) { return fetchCurrent(tv, criteria, service); });
   }

@@ -17,29 +17,29 @@ class SourceControl : public ISourceControl {
   explicit SourceControl(const Profile& profile) : profile_(profile) {}
 
   int GetSourceState(int* state) override {
-    return answer(op("ISourceControl::GetSourceState"), profile_.handle, args(out("state", *state)), [&](Tv& tv) {
+    return callTv(op("ISourceControl::GetSourceState"), profile_.handle, args(out("state", *state)), [&](Tv& tv) {
       *state = tv.state()[profile_.window].sourceState;
       return 1;
     });
   }
 
   int GetCurrentSourceInfo(ESource& source) override {
-    return answer(op("ISourceControl::GetCurrentSourceInfo"), profile_.handle, args(out("source", source)),
+    return callTv(op("ISourceControl::GetCurrentSourceInfo"), profile_.handle, args(out("source", source)),
                   [&](Tv& tv) { return tell(tv.state()[profile_.window].source, source); });
   }
 
   int GetPreviousSourceInfo(ESource& source) override {
-    return answer(op("ISourceControl::GetPreviousSourceInfo"), profile_.handle, args(out("source", source)),
+    return callTv(op("ISourceControl::GetPreviousSourceInfo"), profile_.handle, args(out("source", source)),
                   [&](Tv& tv) { return tell(tv.state()[profile_.window].previousSource, source); });
   }
 
   int SetSource(ESource source, const std::string& appId) override {
-    return answer(op("ISourceControl::SetSource"), profile_.handle, args(in("source", source), in("appId", appId)),
+    return callTv(op("ISourceControl::SetSource"), profile_.handle, args(in("source", source), in("appId", appId)),
                   [&](Tv& tv) { return tv.switchSource(profile_.window, source) ? 1 : 0; });
   }
 
   int SetSource(ESource source, unsigned long long serviceId, const std::string& appId) override {
-    return answer(op("ISourceControl::SetSource"), profile_.handle,
+    return callTv(op("ISourceControl::SetSource"), profile_.handle,
                   args(in("source", source), in("serviceId", serviceId), in("appId", appId)), [&](Tv& tv) {
                     const auto key = tv.services().keyOf(serviceId);
                     return key && tv.switchSource(profile_.window, source, *key) ? 1 : 0;
@@ -47,7 +47,7 @@ class SourceControl : public ISourceControl {
   }
 
   int DeactivateSource() override {
-    return answer(op("ISourceControl::DeactivateSource"), profile_.handle, args(), [&](Tv& tv) {
+    return callTv(op("ISourceControl::DeactivateSource"), profile_.handle, args(), [&](Tv& tv) {
       tv.deactivate(profile_.window);
       return 1;
     });

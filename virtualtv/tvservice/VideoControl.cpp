@@ -28,13 +28,13 @@ class VideoControl : public IVideoControl {
   explicit VideoControl(const Profile& profile) : profile_(profile) {}
 
   int SetSize(int x, int y, int height, int width) override {
-    return answer(op("IVideoControl::SetSize"), profile_.handle,
+    return callTv(op("IVideoControl::SetSize"), profile_.handle,
                   args(in("x", x), in("y", y), in("height", height), in("width", width)), [&](Tv& tv) {
                     return tv.place(profile_.window, {x, y, width, height}) ? 1 : 0;
                   });
   }
   int GetSize(int* x, int* y, int* height, int* width) override {
-    return answer(op("IVideoControl::GetSize"), profile_.handle,
+    return callTv(op("IVideoControl::GetSize"), profile_.handle,
                   args(out("x", *x), out("y", *y), out("height", *height), out("width", *width)), [&](Tv& tv) {
                     const Rect& rect = tv.state()[profile_.window].plane.rect;
                     *x = rect.x;
@@ -45,13 +45,13 @@ class VideoControl : public IVideoControl {
                   });
   }
   int SetDefaultSize() override {
-    return answer(op("IVideoControl::SetDefaultSize"), profile_.handle, args(), [&](Tv& tv) {
+    return callTv(op("IVideoControl::SetDefaultSize"), profile_.handle, args(), [&](Tv& tv) {
       tv.placeDefault(profile_.window);
       return 1;
     });
   }
   int GetAFDGeometryRectSize(int* x, int* y, int* width, int* height) override {
-    return answer(op("IVideoControl::GetAFDGeometryRectSize"), profile_.handle,
+    return callTv(op("IVideoControl::GetAFDGeometryRectSize"), profile_.handle,
                   args(out("x", *x), out("y", *y), out("width", *width), out("height", *height)), [&](Tv& tv) {
                     const auto picture = pictureOn(tv, profile_.window);
                     if (!picture) return 0;
@@ -64,13 +64,13 @@ class VideoControl : public IVideoControl {
                   });
   }
   int SetCropArea(TSRectInfo* crop, TSRectInfo* display) override {
-    return answer(op("IVideoControl::SetCropArea"), profile_.handle, args(in("crop", *crop), in("display", *display)),
+    return callTv(op("IVideoControl::SetCropArea"), profile_.handle, args(in("crop", *crop), in("display", *display)),
                   [&](Tv& tv) {
                     return tv.crop(profile_.window, {rectOf(*crop), rectOf(*display)}) ? 1 : 0;
                   });
   }
   int GetCropArea(TSRectInfo* crop, TSRectInfo* display) override {
-    return answer(op("IVideoControl::GetCropArea"), profile_.handle, args(out("crop", *crop), out("display", *display)),
+    return callTv(op("IVideoControl::GetCropArea"), profile_.handle, args(out("crop", *crop), out("display", *display)),
                   [&](Tv& tv) {
                     const auto shown = cropOn(tv, profile_.window);
                     if (!shown) return 0;
@@ -80,7 +80,7 @@ class VideoControl : public IVideoControl {
                   });
   }
   int SetZOrder(int order) override {
-    return answer(op("IVideoControl::SetZOrder"), profile_.handle, args(in("order", order)),
+    return callTv(op("IVideoControl::SetZOrder"), profile_.handle, args(in("order", order)),
                   [&](Tv& tv) { return tv.setOrder(profile_.window, order) ? 0 : -1; });
   }
 

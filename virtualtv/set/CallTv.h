@@ -11,7 +11,7 @@ namespace virtualtv {
 /// set can't persist a change, this reports a complaint and returns a failure.
 /// @param handle, values  as for `seam::pass`.
 template <typename Values, typename Body>
-int answer(const seam::Operation& operation, const seam::Handle& handle, const Values& values, Body body) {
+int callTv(const seam::Operation& operation, const seam::Handle& handle, const Values& values, Body body) {
   return seam::pass(operation, handle, values, [&] {
     Tv& tv = Tv::current();
     try {
