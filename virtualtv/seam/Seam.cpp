@@ -80,14 +80,14 @@ Call Seam::begin(const Operation& operation, const Handle& handle) {
   call.sequence = ++sequence_;
   call.caller = caller_;
   call.operation = &operation;
-  if (!handle.profile.empty()) call.handle.append(handle.profile).append("#").append(std::to_string(handle.number));
+  if (!handle.window.empty()) call.handle.append(handle.window).append("#").append(std::to_string(handle.number));
   if (const std::uint64_t milliseconds = latency(operation); milliseconds > 0 && delay_) delay_(milliseconds);
   return call;
 }
 
 const Fault* Seam::hit(const Operation& operation, const Handle& handle) {
   const auto isMeant = [&](const Fault& fault) {
-    return fault.operation == &operation && (fault.window.empty() || fault.window == handle.profile) &&
+    return fault.operation == &operation && (fault.window.empty() || fault.window == handle.window) &&
            (fault.engine.empty() || fault.engine == caller_.engine);
   };
   const Fault* first = nullptr;

@@ -32,7 +32,7 @@ struct Caller {
 /// The interface that a call goes to: its window, and its number among interfaces of its kind. Empty for plain
 /// functions.
 struct Handle {
-  std::string_view profile;  ///< "main" or "pip"; "set" for interfaces without a window; empty for a plain function
+  std::string_view window;  ///< "main" or "pip"; "set" for interfaces without a window; empty for a plain function
   int number = 0;
 };
 

@@ -22,20 +22,20 @@ void fill(TSResolution& resolution, const Picture& picture) {
 
 class AVControl : public IAVControl {
  public:
-  explicit AVControl(const Profile& profile) : profile_(profile) {}
+  explicit AVControl(const Identity& identity) : identity_(identity) {}
 
   int MuteVideo(int mute) override {
-    return callTv(op("IAVControl::MuteVideo"), profile_.handle, args(in("mute", mute)), [&](Tv& tv) {
+    return callTv(op("IAVControl::MuteVideo"), identity_.handle, args(in("mute", mute)), [&](Tv& tv) {
       if (mute != 0 && mute != 1) return 0;
-      tv.mute(profile_.window, mute == 1);
+      tv.mute(identity_.window, mute == 1);
       return 1;
     });
   }
   int GetResolution(EResolution& code, TSResolution& resolution) override {
-    return callTv(op("IAVControl::GetResolution"), profile_.handle,
+    return callTv(op("IAVControl::GetResolution"), identity_.handle,
                   args(out("code", code), out("resolution", resolution)), [&](Tv& tv) {
-                    const auto told = tv.state()[profile_.window].resolution;
-                    const auto picture = pictureOn(tv, profile_.window);
+                    const auto told = tv.state()[identity_.window].resolution;
+                    const auto picture = pictureOn(tv, identity_.window);
                     if (!told && !picture) return -1;
                     code = static_cast<EResolution>(told ? *told : resolutionCode(*picture));
                     if (picture) fill(resolution, *picture);
@@ -43,9 +43,9 @@ class AVControl : public IAVControl {
                   });
   }
   int GetCurrentAudioInfo(int* lang, int* index) override {
-    return callTv(op("IAVControl::GetCurrentAudioInfo"), profile_.handle,
+    return callTv(op("IAVControl::GetCurrentAudioInfo"), identity_.handle,
                   args(out("lang", *lang), out("index", *index)), [&](Tv& tv) {
-                    const WindowState& window = tv.state()[profile_.window];
+                    const WindowState& window = tv.state()[identity_.window];
                     const auto tracks = tv.services().audio(window.service);
                     const AudioTrack* const track = readableAt(tracks, window.inUse.audio);
                     if (track == nullptr) return 0;
@@ -55,18 +55,18 @@ class AVControl : public IAVControl {
                   });
   }
   int SetCurrentAudioByIndex(int index) override {
-    return callTv(op("IAVControl::SetCurrentAudioByIndex"), profile_.handle, args(in("index", index)),
-                  [&](Tv& tv) { return tv.selectAudio(profile_.window, index) ? 1 : 0; });
+    return callTv(op("IAVControl::SetCurrentAudioByIndex"), identity_.handle, args(in("index", index)),
+                  [&](Tv& tv) { return tv.selectAudio(identity_.window, index) ? 1 : 0; });
   }
 
  private:
-  Profile profile_;
+  Identity identity_;
 };
 
 }  // namespace
 
-std::shared_ptr<IAVControl> makeAVControl(const Profile& profile) {
-  return std::make_shared<AVControl>(profile);
+std::shared_ptr<IAVControl> makeAVControl(const Identity& identity) {
+  return std::make_shared<AVControl>(identity);
 }
 
 }  // namespace virtualtv::tvservice

@@ -13,8 +13,8 @@
 
 namespace virtualtv::tvservice {
 
-/// The interface of a client: the window that it acts on, and its number.
-struct Profile {
+/// Identifies an interface of a client: the window that it acts on, and its handle in traces.
+struct Identity {
   WindowId window = WindowId::main;
   seam::Handle handle;
 };

@@ -18,14 +18,14 @@
 
 namespace virtualtv::tvservice {
 
-std::shared_ptr<IService> makeService(const Profile& profile);
-std::shared_ptr<IServiceNavigation> makeServiceNavigation(const Profile& profile);
-std::shared_ptr<ISourceControl> makeSourceControl(const Profile& profile);
-std::shared_ptr<IVideoControl> makeVideoControl(const Profile& profile);
-std::shared_ptr<IAVControl> makeAVControl(const Profile& profile);
-std::shared_ptr<::ServiceDataAux> makeServiceDataAux(const Profile& profile);
-std::shared_ptr<IDataControl> makeDataControl(const Profile& profile);
-std::shared_ptr<ITunerControl> makeTunerControl(const Profile& profile);
-std::shared_ptr<ISatellite> makeSatellite(const Profile& profile);
+std::shared_ptr<IService> makeService(const Identity& identity);
+std::shared_ptr<IServiceNavigation> makeServiceNavigation(const Identity& identity);
+std::shared_ptr<ISourceControl> makeSourceControl(const Identity& identity);
+std::shared_ptr<IVideoControl> makeVideoControl(const Identity& identity);
+std::shared_ptr<IAVControl> makeAVControl(const Identity& identity);
+std::shared_ptr<::ServiceDataAux> makeServiceDataAux(const Identity& identity);
+std::shared_ptr<IDataControl> makeDataControl(const Identity& identity);
+std::shared_ptr<ITunerControl> makeTunerControl(const Identity& identity);
+std::shared_ptr<ISatellite> makeSatellite(const Identity& identity);
 
 }  // namespace virtualtv::tvservice

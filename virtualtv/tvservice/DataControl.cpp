@@ -14,12 +14,12 @@ using seam::out;
 
 class DataControl : public IDataControl {
  public:
-  explicit DataControl(const Profile& profile) : profile_(profile) {}
+  explicit DataControl(const Identity& identity) : identity_(identity) {}
 
   int GetCurrentHybridSBT(int& lang, TSHybridSBT& subtitle) override {
-    return callTv(op("IDataControl::GetCurrentHybridSBT"), profile_.handle,
+    return callTv(op("IDataControl::GetCurrentHybridSBT"), identity_.handle,
                   args(out("lang", lang), out("subtitle", subtitle)), [&](Tv& tv) {
-                    const WindowState& window = tv.state()[profile_.window];
+                    const WindowState& window = tv.state()[identity_.window];
                     if (!tv.services().read(window.service)) return 0;
                     if (window.inUse.subtitle < 0) {
                       lang = -1;
@@ -29,18 +29,18 @@ class DataControl : public IDataControl {
                   });
   }
   int SelectHybridSBT(int index) override {
-    return callTv(op("IDataControl::SelectHybridSBT"), profile_.handle, args(in("index", index)),
-                  [&](Tv& tv) { return tv.selectSubtitle(profile_.window, index) ? 1 : 0; });
+    return callTv(op("IDataControl::SelectHybridSBT"), identity_.handle, args(in("index", index)),
+                  [&](Tv& tv) { return tv.selectSubtitle(identity_.window, index) ? 1 : 0; });
   }
 
  private:
-  Profile profile_;
+  Identity identity_;
 };
 
 }  // namespace
 
-std::shared_ptr<IDataControl> makeDataControl(const Profile& profile) {
-  return std::make_shared<DataControl>(profile);
+std::shared_ptr<IDataControl> makeDataControl(const Identity& identity) {
+  return std::make_shared<DataControl>(identity);
 }
 
 }  // namespace virtualtv::tvservice

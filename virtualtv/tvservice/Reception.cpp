@@ -14,12 +14,12 @@ using seam::out;
 
 class TunerControl : public ITunerControl {
  public:
-  explicit TunerControl(const Profile& profile) : profile_(profile) {}
+  explicit TunerControl(const Identity& identity) : identity_(identity) {}
 
   int GetSignalStrength(int tuner, unsigned char* strength) override {
-    return callTv(op("ITunerControl::GetSignalStrength"), profile_.handle,
+    return callTv(op("ITunerControl::GetSignalStrength"), identity_.handle,
                   args(in("tuner", tuner), out("strength", *strength)), [&](Tv& tv) {
-                    const auto signal = tv.signalStrength(profile_.window);
+                    const auto signal = tv.signalStrength(identity_.window);
                     if (tuner != 0 || !signal) return 0;
                     *strength = static_cast<unsigned char>(*signal);
                     return 1;
@@ -27,16 +27,16 @@ class TunerControl : public ITunerControl {
   }
 
  private:
-  Profile profile_;
+  Identity identity_;
 };
 
 class Satellite : public ISatellite {
  public:
-  explicit Satellite(const Profile& profile) : profile_(profile) {}
+  explicit Satellite(const Identity& identity) : identity_(identity) {}
 
   /// The id of a transponder is the physical channel of its services.
   int LookupTransponder(const TSTransponder& transponder, unsigned short& result) override {
-    return callTv(op("ISatellite::LookupTransponder"), profile_.handle,
+    return callTv(op("ISatellite::LookupTransponder"), identity_.handle,
                   args(in("transponder", transponder), out("result", result)), [&](Tv& tv) {
                     TCCriteriaHelper criteria;
                     criteria.Fetch(TCServiceData::PTC);
@@ -50,17 +50,17 @@ class Satellite : public ISatellite {
   }
 
  private:
-  Profile profile_;
+  Identity identity_;
 };
 
 }  // namespace
 
-std::shared_ptr<ITunerControl> makeTunerControl(const Profile& profile) {
-  return std::make_shared<TunerControl>(profile);
+std::shared_ptr<ITunerControl> makeTunerControl(const Identity& identity) {
+  return std::make_shared<TunerControl>(identity);
 }
 
-std::shared_ptr<ISatellite> makeSatellite(const Profile& profile) {
-  return std::make_shared<Satellite>(profile);
+std::shared_ptr<ISatellite> makeSatellite(const Identity& identity) {
+  return std::make_shared<Satellite>(identity);
 }
 
 }  // namespace virtualtv::tvservice

@@ -21,10 +21,10 @@ int withService(Tv& tv, std::uint64_t serviceId, Use use) {
 
 class DataAux : public ::ServiceDataAux {
  public:
-  explicit DataAux(const Profile& profile) : profile_(profile) {}
+  explicit DataAux(const Identity& identity) : identity_(identity) {}
 
   int GetAudioSize(unsigned long long serviceId, unsigned int& size) override {
-    return callTv(op("ServiceDataAux::GetAudioSize"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetAudioSize"), identity_.handle,
                   args(in("serviceId", serviceId), out("size", size)), [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
                       size = static_cast<unsigned>(tv.services().audio(key).size());
@@ -34,7 +34,7 @@ class DataAux : public ::ServiceDataAux {
   }
 
   int GetAudio(unsigned long long serviceId, int index, TSAudio& audio) override {
-    return callTv(op("ServiceDataAux::GetAudio"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetAudio"), identity_.handle,
                   args(in("serviceId", serviceId), in("index", index), out("audio", audio)), [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
                       const auto tracks = tv.services().audio(key);
@@ -51,7 +51,7 @@ class DataAux : public ::ServiceDataAux {
   }
 
   int GetHybridSBTSize(unsigned long long serviceId, unsigned int& size) override {
-    return callTv(op("ServiceDataAux::GetHybridSBTSize"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetHybridSBTSize"), identity_.handle,
                   args(in("serviceId", serviceId), out("size", size)), [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
                       size = static_cast<unsigned>(tv.services().subtitles(key).size());
@@ -61,7 +61,7 @@ class DataAux : public ::ServiceDataAux {
   }
 
   int GetHybridSBT(unsigned long long serviceId, int index, int& lang, TSHybridSBT& subtitle) override {
-    return callTv(op("ServiceDataAux::GetHybridSBT"), profile_.handle,
+    return callTv(op("ServiceDataAux::GetHybridSBT"), identity_.handle,
                   args(in("serviceId", serviceId), in("index", index), out("lang", lang), out("subtitle", subtitle)),
                   [&](Tv& tv) {
                     return withService(tv, serviceId, [&](ServiceKey key) {
@@ -71,13 +71,13 @@ class DataAux : public ::ServiceDataAux {
   }
 
  private:
-  Profile profile_;
+  Identity identity_;
 };
 
 }  // namespace
 
-std::shared_ptr<::ServiceDataAux> makeServiceDataAux(const Profile& profile) {
-  return std::make_shared<DataAux>(profile);
+std::shared_ptr<::ServiceDataAux> makeServiceDataAux(const Identity& identity) {
+  return std::make_shared<DataAux>(identity);
 }
 
 }  // namespace virtualtv::tvservice

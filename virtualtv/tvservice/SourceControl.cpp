@@ -14,41 +14,41 @@ using seam::out;
 
 class SourceControl : public ISourceControl {
  public:
-  explicit SourceControl(const Profile& profile) : profile_(profile) {}
+  explicit SourceControl(const Identity& identity) : identity_(identity) {}
 
   int GetSourceState(int* state) override {
-    return callTv(op("ISourceControl::GetSourceState"), profile_.handle, args(out("state", *state)), [&](Tv& tv) {
-      *state = tv.state()[profile_.window].sourceState;
+    return callTv(op("ISourceControl::GetSourceState"), identity_.handle, args(out("state", *state)), [&](Tv& tv) {
+      *state = tv.state()[identity_.window].sourceState;
       return 1;
     });
   }
 
   int GetCurrentSourceInfo(ESource& source) override {
-    return callTv(op("ISourceControl::GetCurrentSourceInfo"), profile_.handle, args(out("source", source)),
-                  [&](Tv& tv) { return tell(tv.state()[profile_.window].source, source); });
+    return callTv(op("ISourceControl::GetCurrentSourceInfo"), identity_.handle, args(out("source", source)),
+                  [&](Tv& tv) { return tell(tv.state()[identity_.window].source, source); });
   }
 
   int GetPreviousSourceInfo(ESource& source) override {
-    return callTv(op("ISourceControl::GetPreviousSourceInfo"), profile_.handle, args(out("source", source)),
-                  [&](Tv& tv) { return tell(tv.state()[profile_.window].previousSource, source); });
+    return callTv(op("ISourceControl::GetPreviousSourceInfo"), identity_.handle, args(out("source", source)),
+                  [&](Tv& tv) { return tell(tv.state()[identity_.window].previousSource, source); });
   }
 
   int SetSource(ESource source, const std::string& appId) override {
-    return callTv(op("ISourceControl::SetSource"), profile_.handle, args(in("source", source), in("appId", appId)),
-                  [&](Tv& tv) { return tv.switchSource(profile_.window, source) ? 1 : 0; });
+    return callTv(op("ISourceControl::SetSource"), identity_.handle, args(in("source", source), in("appId", appId)),
+                  [&](Tv& tv) { return tv.switchSource(identity_.window, source) ? 1 : 0; });
   }
 
   int SetSource(ESource source, unsigned long long serviceId, const std::string& appId) override {
-    return callTv(op("ISourceControl::SetSource"), profile_.handle,
+    return callTv(op("ISourceControl::SetSource"), identity_.handle,
                   args(in("source", source), in("serviceId", serviceId), in("appId", appId)), [&](Tv& tv) {
                     const auto key = tv.services().keyOf(serviceId);
-                    return key && tv.switchSource(profile_.window, source, *key) ? 1 : 0;
+                    return key && tv.switchSource(identity_.window, source, *key) ? 1 : 0;
                   });
   }
 
   int DeactivateSource() override {
-    return callTv(op("ISourceControl::DeactivateSource"), profile_.handle, args(), [&](Tv& tv) {
-      tv.deactivate(profile_.window);
+    return callTv(op("ISourceControl::DeactivateSource"), identity_.handle, args(), [&](Tv& tv) {
+      tv.deactivate(identity_.window);
       return 1;
     });
   }
@@ -61,13 +61,13 @@ class SourceControl : public ISourceControl {
     return 1;
   }
 
-  Profile profile_;
+  Identity identity_;
 };
 
 }  // namespace
 
-std::shared_ptr<ISourceControl> makeSourceControl(const Profile& profile) {
-  return std::make_shared<SourceControl>(profile);
+std::shared_ptr<ISourceControl> makeSourceControl(const Identity& identity) {
+  return std::make_shared<SourceControl>(identity);
 }
 
 }  // namespace virtualtv::tvservice

@@ -15,25 +15,25 @@ using seam::out;
 
 /// Creates an interface for the current caller. @param kind  interfaces are numbered per kind.
 template <typename Interface>
-Interface* make(const char* kind, Profile profile, std::shared_ptr<Interface> (*maker)(const Profile&)) {
+Interface* make(const char* kind, Identity identity, std::shared_ptr<Interface> (*maker)(const Identity&)) {
   Interfaces& interfaces = Tv::current().interfaces();
-  profile.handle.number = interfaces.next(kind);
-  return interfaces.keep(seam::Seam::instance().caller().engine, maker(profile));
+  identity.handle.number = interfaces.next(kind);
+  return interfaces.keep(seam::Seam::instance().caller().engine, maker(identity));
 }
 
 /// Finds the window of a profile. @return false for an unknown profile, or an index other than 0.
-bool windowOf(EProfile profile, int index, Profile& found) {
+bool windowOf(EProfile profile, int index, Identity& found) {
   if (index != 0 || (profile != PROFILE_MAIN && profile != PROFILE_PIP)) return false;
   found.window = profile == PROFILE_MAIN ? WindowId::main : WindowId::pip;
-  found.handle.profile = nameOf(found.window);
+  found.handle.window = nameOf(found.window);
   return true;
 }
 
 template <typename Interface>
 int create(const seam::Operation& operation, const char* kind, EProfile profile, int index, Interface** made,
-           std::shared_ptr<Interface> (*maker)(const Profile&)) {
+           std::shared_ptr<Interface> (*maker)(const Identity&)) {
   return seam::pass(operation, {}, args(in("profile", profile), in("index", index), out("interface", *made)), [&] {
-    Profile found;
+    Identity found;
     if (!windowOf(profile, index, found)) return operation.failure();
     *made = make(kind, found, maker);
     return operation.success();
@@ -43,7 +43,7 @@ int create(const seam::Operation& operation, const char* kind, EProfile profile,
 /// An interface of the whole set.
 template <typename Interface>
 int createForSet(const seam::Operation& operation, const char* kind, Interface** made,
-                 std::shared_ptr<Interface> (*maker)(const Profile&)) {
+                 std::shared_ptr<Interface> (*maker)(const Identity&)) {
   return seam::pass(operation, {}, args(out("interface", *made)), [&] {
     *made = make(kind, {WindowId::main, {"set", 0}}, maker);
     return operation.success();
@@ -105,7 +105,7 @@ int TVServiceAPI::CreateSatellite(ISatellite** satellite) {
   return virtualtv::seam::pass(op("TVServiceAPI::ServiceDataAux"), {},
                                virtualtv::seam::args(in("profile", profile), in("index", index)),
                                [&]() -> ::ServiceDataAux* {
-                                 tvs::Profile found;
+                                 tvs::Identity found;
                                  if (!tvs::windowOf(profile, index, found)) return nullptr;
                                  return tvs::make("ServiceDataAux", found, tvs::makeServiceDataAux);
                                });

@@ -48,7 +48,7 @@ Interface make(Calls& calls, const Operation& factory, std::optional<int> profil
 namespace detail {
 
 const Fault* begin(Calls& calls, const Operation& operation, const Interface& interface, std::string arguments) {
-  std::string handle = interface ? std::string(interface.profile) + "#" + std::to_string(interface.number) : "";
+  std::string handle = interface ? std::string(interface.window) + "#" + std::to_string(interface.number) : "";
   const Fault* const fault = hit(calls, operation);
   calls.made.push_back({&operation, std::move(handle), std::move(arguments), "throws", fault != nullptr, {}});
   if (fault != nullptr && fault->way == Fault::Way::throwing) throw Thrown();

@@ -29,7 +29,7 @@ using Records = std::vector<std::optional<TCServiceData>>;
 /// An interface that the set created for an engine: its window, and its number among interfaces of its kind. Without a
 /// number there is no interface.
 struct Interface {
-  std::string_view profile{};  ///< "main", "pip" or "set"
+  std::string_view window{};  ///< "main", "pip" or "set"
   int number = 0;
 
   explicit operator bool() const { return number != 0; }

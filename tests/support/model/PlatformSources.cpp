@@ -23,7 +23,7 @@ int tell(int source, int& told) {
 }  // namespace
 
 WindowId windowOf(Interface interface) {
-  return interface.profile == "pip" ? WindowId::pip : WindowId::main;
+  return interface.window == "pip" ? WindowId::pip : WindowId::main;
 }
 
 int Platform::getInt(const std::string& key, int& value) const {
