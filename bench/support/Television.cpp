@@ -10,7 +10,7 @@
 #include "framework/Reply.h"
 #include "seam/Seam.h"
 #include "services/ChannelType.h"
-#include "set/Keeping.h"
+#include "set/StorageParts.h"
 #include "tvservice/TVServiceTypes.h"
 
 namespace bench {

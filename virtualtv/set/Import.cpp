@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "set/Keeping.h"
+#include "set/StorageParts.h"
 #include "set/Tv.h"
 #include "store/Transaction.h"
 

@@ -11,6 +11,7 @@
 #include "seam/Seam.h"
 #include "set/EmbeddedSet.h"
 #include "set/Keeping.h"
+#include "set/StorageParts.h"
 #include "store/Transaction.h"
 #include "tvservice/TVServiceTypes.h"
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <list>
 #include <map>
@@ -19,28 +18,12 @@
 #include "set/Interfaces.h"
 #include "set/Snapshot.h"
 #include "set/State.h"
+#include "set/Storage.h"
 
 namespace virtualtv {
 
 class ServiceStore;
 class Tv;
-
-/// The storage of a set: its databases. Outlives the set that runs on it.
-class Storage {
- public:
-  /// A store in memory, gone with this object.
-  Storage();
-  /// The store in a state directory, which is created if missing and locked for this process. @throws StoreError when
-  /// the directory can't be created, locked or read.
-  explicit Storage(const std::filesystem::path& directory);
-  ~Storage();
-
-  struct Parts;
-  Parts& parts() { return *parts_; }
-
- private:
-  std::unique_ptr<Parts> parts_;
-};
 
 /// Puts the set of the process aside, if there is one, for the lifetime of this object. Meanwhile another set can be
 /// created, which must be destroyed before this object.

@@ -9,6 +9,7 @@
 #include "seam/Seam.h"
 #include "services/ListText.h"
 #include "set/Keeping.h"
+#include "set/StorageParts.h"
 #include "store/StoreError.h"
 #include "text/Units.h"
 

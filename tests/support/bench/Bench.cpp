@@ -10,6 +10,7 @@
 #include "framework/Host.h"
 #include "framework/Log.h"
 #include "set/Keeping.h"
+#include "set/StorageParts.h"
 
 namespace support {
 

@@ -14,6 +14,7 @@
 #include "seam/Seam.h"
 #include "services/ServiceStore.h"
 #include "set/Keeping.h"
+#include "set/StorageParts.h"
 #include "set/Tv.h"
 #include "tvservice/IServiceNavigation.h"
 #include "tvservice/ISourceControl.h"
