@@ -27,7 +27,7 @@ std::vector<std::function<void()>>& waiting() {
   return tasks;
 }
 
-void passTime() {
+void advanceTime() {
   for (int round = 0; round < 1000 && !waiting().empty(); ++round) {
     for (const auto& task : std::exchange(waiting(), {})) task();
   }
@@ -70,7 +70,7 @@ class World {
     const auto client = server_.connect(outlet, std::nullopt);
     bool isDone = false;
     client->take(message, [&] { isDone = true; });
-    passTime();
+    advanceTime();
     demand(isDone, "a message is not dealt with");
   }
 
@@ -81,7 +81,7 @@ class World {
       demand(reply.has_value(), "a request is refused for lack of a session");
       if (!reply->empty()) demandMessage(*reply);
     });
-    passTime();
+    advanceTime();
     demand(answers == 1, "a request is answered " + std::to_string(answers) + " times");
   }
 

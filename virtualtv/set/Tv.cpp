@@ -49,7 +49,7 @@ TvAside::~TvAside() {
 Tv::Tv(Storage& storage, std::uint64_t revision)
     : storage_(storage), state_(stateIn(storage.parts())), revision_(revision + 1) {
   if (theSet != nullptr) throw std::logic_error("a process has one set at a time");
-  seam::Seam::instance().onDelay([this](std::uint64_t milliseconds) { pass(milliseconds); });
+  seam::Seam::instance().onDelay([this](std::uint64_t milliseconds) { advance(milliseconds); });
   theSet = this;  // last, so that an exception above leaves no set behind
 }
 
@@ -347,7 +347,7 @@ void Tv::adjust(const std::function<void(TvState&)>& change) {
   commit(std::move(next));
 }
 
-void Tv::pass(std::uint64_t milliseconds) {
+void Tv::advance(std::uint64_t milliseconds) {
   constexpr auto latest = std::numeric_limits<std::uint64_t>::max();
   const std::uint64_t after = milliseconds > latest - state_.clock ? latest : state_.clock + milliseconds;
   if (after == state_.clock) return;

@@ -149,7 +149,7 @@ class Tv {
   /// Sets anything else from outside: `change` edits the state.
   void adjust(const std::function<void(TvState&)>& change);
   /// Advances the clock.
-  void pass(std::uint64_t milliseconds);
+  void advance(std::uint64_t milliseconds);
 
   /// Complaints since the last call, one line each, about what the set could not persist or read. The adapters report
   /// here what they can't return.

@@ -181,7 +181,7 @@ std::vector<Verb> verbs() {
            }},
           {"setLatency", [](Tv& tv) { tv.setLatency(seam::op("IService::FindService"), 7); }},
           {"adjust", [](Tv& tv) { tv.adjust([](TvState& state) { state.country = 99; }); }},
-          {"pass", [](Tv& tv) { tv.pass(5); }, true},
+          {"advance", [](Tv& tv) { tv.advance(5); }, true},
           {"import", [](Tv& tv) { tv.import(oneService(), false); }},
           {"removeService", [](Tv& tv) { tv.removeService(3); }},
           {"moveService", [](Tv& tv) { tv.moveService(4, 8); }, true},

@@ -68,7 +68,7 @@ TEST_F(CheckMethod, LeavesTheSetThatIsServedAlone) {
   client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", 5])"));
   client.result("tv.fault", json(R"({"operation": "IServiceNavigation::GetTvMode", "result": 0, "times": 1})"));
   client.take();
-  clock.pass(std::chrono::hours(1));
+  clock.advance(std::chrono::hours(1));
   const Json::Value before = client.result("tv.state");
   const Json::Value snapshot = client.result("tv.snapshot");
   const auto engines = device().host().engines();
@@ -86,7 +86,7 @@ TEST_F(CheckMethod, LeavesTheSetThatIsServedAlone) {
   EXPECT_EQ(client.run("GetChannel_Size"), 31);
   client.take();
   client.say(R"({"jsonrpc":"2.0","method":"window.GetTVMode"})");
-  clock.pass(std::chrono::hours(1));
+  clock.advance(std::chrono::hours(1));
   EXPECT_GT(client.events().size(), 1U) << "it is heard as before";
   EXPECT_EQ(client.result("tv.faults")["faults"][0]["hits"], 1);
 }

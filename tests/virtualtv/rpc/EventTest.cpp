@@ -100,7 +100,7 @@ TEST_F(EventsTest, HaveRevisionsThatNeverGoBack) {
   client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", "300"])"));
   other.say(R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})");
   client.result("tv.set", json(R"(["region", 8])"));
-  clock.pass(300ms);
+  clock.advance(300ms);
   for (const char* const method : {"tv.restart", "window.SetSource", "tv.reset", "window.GetTVMode"}) {
     client.result(method);
   }
@@ -299,10 +299,10 @@ TEST_F(Delays, HoldAReplyBackAndWhatTheSameSessionAsksLater) {
   client.say(slow);
   client.say(quick);
   EXPECT_TRUE(client.takeTexts().empty());
-  clock.pass(499ms);
+  clock.advance(499ms);
   EXPECT_TRUE(client.takeTexts().empty());
   EXPECT_EQ(client.done, before);
-  clock.pass(1ms);
+  clock.advance(1ms);
   const std::vector<Json::Value> replies = client.take();
   ASSERT_EQ(replies.size(), 2U);
   EXPECT_EQ(replies[0]["id"], 1);
@@ -329,7 +329,7 @@ TEST_F(Delays, HoldTheEventOfTheCommandBackAndNotItsOthers) {
   subscribe(client, R"([["command", "knob"]])");
   client.say(slow);
   EXPECT_EQ(topicsOf(client.events()), std::vector<std::string>({"knob"})) << "the clock";
-  clock.pass(500ms);
+  clock.advance(500ms);
   const std::vector<Json::Value> messages = client.take();
   ASSERT_EQ(messages.size(), 2U);
   EXPECT_EQ(messages[0]["params"]["topic"], "command");
@@ -339,9 +339,9 @@ TEST_F(Delays, HoldTheEventOfTheCommandBackAndNotItsOthers) {
 
 TEST_F(Delays, OfABatchAddUp) {
   client.say(std::string("[") + slow + "," + slow + "]");
-  clock.pass(999ms);
+  clock.advance(999ms);
   EXPECT_TRUE(client.takeTexts().empty());
-  clock.pass(1ms);
+  clock.advance(1ms);
   EXPECT_EQ(client.take().at(0).size(), 2U);
 }
 
@@ -349,7 +349,7 @@ TEST_F(Delays, EndWithTheirClient) {
   client.say(slow);
   const int before = client.done;
   client.end();
-  clock.pass(1h);
+  clock.advance(1h);
   EXPECT_TRUE(client.takeTexts().empty());
   EXPECT_EQ(client.done, before);
 }
@@ -364,7 +364,7 @@ TEST_F(Delays, OfASessionThatIsClosedMeanwhileAreAnsweredWithThat) {
   client.result("session.close", params);
   ASSERT_EQ(answers.size(), 1U);
   EXPECT_EQ(codeOf(json(answers[0])), 1003);
-  clock.pass(1h);
+  clock.advance(1h);
   EXPECT_EQ(answers.size(), 1U);
 }
 

@@ -98,7 +98,7 @@ class Crowd {
         break;
       }
     }
-    clock_.pass(10h);  // replies that were held back
+    clock_.advance(10h);  // replies that were held back
   }
 
   int wentBack = 0;  ///< how often the set has gone back to a command
@@ -177,7 +177,7 @@ class Crowd {
     Connected& owner = client();
     for (const char* const line : {"FindChannel 0 1", below(2) == 0 ? ".close" : ".reopen", "GetChannel_Size"}) {
       owner.call("tv.run", list(line));
-      clock_.pass(10h);
+      clock_.advance(10h);
     }
   }
   void turnKnob() {

@@ -38,7 +38,7 @@ std::string reasonOf(const Json::Value& response) {
   return response["error"]["data"]["reason"].asString();
 }
 
-void ManualClock::pass(std::chrono::milliseconds time) {
+void ManualClock::advance(std::chrono::milliseconds time) {
   const std::chrono::milliseconds end = now_ + time;
   while (!tasks_.empty() && tasks_.begin()->first <= end) {
     const auto task = tasks_.extract(tasks_.begin());

@@ -26,7 +26,7 @@ class ManualClock {
   void after(std::chrono::milliseconds delay, std::function<void()> task) {
     tasks_.emplace(now_ + delay, std::move(task));
   }
-  void pass(std::chrono::milliseconds time);
+  void advance(std::chrono::milliseconds time);
   bool isIdle() const { return tasks_.empty(); }
 
  private:

@@ -81,7 +81,7 @@ TEST_F(Schemas, FitASetOnWhichThingsHappen) {
   other.result("window.executeWithParamList", json(R"(["SetScreenCropRect", [0,0,100,100,0,0,200,200]])"));
   client.result("tv.set", json(R"(["latency.IServiceNavigation::GetTvMode", 3])"));
   client.call("window.GetTVMode");
-  clock.pass(std::chrono::milliseconds(3));
+  clock.advance(std::chrono::milliseconds(3));
   expectAllFit(client);
   expectAllFit(other);
   for (int command = 1; command <= 6; ++command) {

@@ -118,7 +118,7 @@ TEST_F(Sessions, AreTakenOverByAConnection) {
   EXPECT_EQ(engines(), 1U);
   EXPECT_THROW(Connected(server, session), NoSuchSession) << "it has a connection";
   EXPECT_THROW(Connected(server, "none"), NoSuchSession);
-  clock.pass(1h);
+  clock.advance(1h);
   EXPECT_EQ(client.result("session.open")["session"], session);
   client.end();
   EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 1003);
@@ -127,12 +127,12 @@ TEST_F(Sessions, AreTakenOverByAConnection) {
 TEST_F(Sessions, ThatNobodyTakesOverEndAfterHalfAMinute) {
   const std::string session = open();
   posted("window.GetTVMode", {}, session);
-  clock.pass(29s);
+  clock.advance(29s);
   EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 0);
-  clock.pass(29s);
+  clock.advance(29s);
   EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 0) << "it was used meanwhile";
   EXPECT_EQ(engines(), 1U);
-  clock.pass(30s);
+  clock.advance(30s);
   EXPECT_EQ(engines(), 0U);
   EXPECT_EQ(codeOf(posted("tv.state", {}, session)), 1003);
 }
@@ -298,13 +298,13 @@ TEST_F(Sessions, ThatNobodyIsConnectedToLastAsLongAsACallThatIsHeldBack) {
   std::optional<std::string> answer;
   server.post(R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})", session,
               [&](std::optional<std::string> reply) { answer = std::move(reply); });
-  clock.pass(std::chrono::seconds(69));
+  clock.advance(std::chrono::seconds(69));
   EXPECT_EQ(answer, std::nullopt);
-  clock.pass(std::chrono::seconds(1));
+  clock.advance(std::chrono::seconds(1));
   ASSERT_TRUE(answer);
   EXPECT_EQ(json(*answer)["result"]["value"], 1);
   EXPECT_TRUE(posted("tv.get", json(R"(["region"])"), session).isMember("result"));
-  clock.pass(std::chrono::seconds(31));
+  clock.advance(std::chrono::seconds(31));
   EXPECT_EQ(codeOf(posted("tv.get", json(R"(["region"])"), session)), 1003);
 }
 

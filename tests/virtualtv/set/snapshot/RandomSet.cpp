@@ -176,7 +176,7 @@ void RandomSet::act(Tv& tv) {
   tv.mute(window, in(2));
   tv.selectAudio(window, below(3));
   tv.selectSubtitle(window, below(3));
-  tv.pass(3);
+  tv.advance(3);
 }
 
 }  // namespace virtualtv::test

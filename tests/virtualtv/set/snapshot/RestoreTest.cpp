@@ -78,7 +78,7 @@ TEST_F(Restore, TellsWhatChangedUnderOneRevision) {
 
 TEST_F(Restore, IsLikeASwitchOnForWhatIsNotPersisted) {
   tv->place(WindowId::main, {1, 2, 30, 40});
-  tv->pass(7);
+  tv->advance(7);
   tv->adjust([](TvState& state) { state[WindowId::pip].resolution = 3; });
   const Snapshot snapshot = tv->snapshot();
   EXPECT_EQ(snapshot.state[WindowId::main].plane, Plane());
