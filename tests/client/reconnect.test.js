@@ -128,12 +128,12 @@ test('a server that is killed and comes back: what was in flight fails, the rest
   await until(() => seen.length >= 2)
   // A latency holds the answer back, so that the call is in flight.
   await tv.set('latency.IServiceNavigation::GetTvMode', 60000)
-  const watcher = await connect(own.address)
+  const observer = await connect(own.address)
   const calls = []
-  await watcher.on('call', event => calls.push(event)).ready
+  await observer.on('call', event => calls.push(event)).ready
   const inFlight = assert.rejects(tv.window.GetTVMode(), {name: 'EmpConnectionError', sent: true})
   await until(() => calls.some(event => event.operation === 'IServiceNavigation::GetTvMode'))
-  await watcher.close()
+  await observer.close()
   await own.kill('SIGKILL')
   await inFlight
   const waiting = tv.window.GetTVMode()

@@ -7,18 +7,18 @@
 
 namespace {
 
-converter::Use* watched = nullptr;
+converter::Use* observed = nullptr;
 
 }  // namespace
 
 namespace converter {
 
-Watch::Watch() {
-  watched = &use;
+Spy::Spy() {
+  observed = &use;
 }
 
-Watch::~Watch() {
-  watched = nullptr;
+Spy::~Spy() {
+  observed = nullptr;
 }
 
 }  // namespace converter
@@ -35,27 +35,27 @@ std::size_t __wrap_iconv(iconv_t converter, char** in, std::size_t* inLeft, char
 int __wrap_iconv_close(iconv_t converter);
 
 iconv_t __wrap_iconv_open(const char* to, const char* from) {
-  if (watched == nullptr) return __real_iconv_open(to, from);
-  watched->opened.push_back(std::string(to) + " from " + from);
-  if (watched->failOpen == 0) return __real_iconv_open(to, from);
-  errno = watched->failOpen;
+  if (observed == nullptr) return __real_iconv_open(to, from);
+  observed->opened.push_back(std::string(to) + " from " + from);
+  if (observed->failOpen == 0) return __real_iconv_open(to, from);
+  errno = observed->failOpen;
   return reinterpret_cast<iconv_t>(-1);
 }
 
 std::size_t __wrap_iconv(iconv_t converter, char** in, std::size_t* inLeft, char** out, std::size_t* outLeft) {
-  if (watched == nullptr) return __real_iconv(converter, in, inLeft, out, outLeft);
+  if (observed == nullptr) return __real_iconv(converter, in, inLeft, out, outLeft);
   if (in == nullptr) {
-    ++watched->resets;
+    ++observed->resets;
     return __real_iconv(converter, in, inLeft, out, outLeft);
   }
-  watched->rooms.push_back(*outLeft);
-  if (watched->failConvert == 0) return __real_iconv(converter, in, inLeft, out, outLeft);
-  errno = watched->failConvert;
+  observed->rooms.push_back(*outLeft);
+  if (observed->failConvert == 0) return __real_iconv(converter, in, inLeft, out, outLeft);
+  errno = observed->failConvert;
   return static_cast<std::size_t>(-1);
 }
 
 int __wrap_iconv_close(iconv_t converter) {
-  if (watched != nullptr) ++watched->closed;
+  if (observed != nullptr) ++observed->closed;
   return __real_iconv_close(converter);
 }
 }

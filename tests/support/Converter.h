@@ -21,13 +21,13 @@ struct Use {
   int failConvert = 0;  ///< `errno` of converting, which then writes nothing; 0 to let it succeed
 };
 
-/// Watches the converter for as long as it lives. One at a time.
-class Watch {
+/// Observes the converter for as long as it lives. One at a time.
+class Spy {
  public:
-  Watch();
-  Watch(const Watch&) = delete;
-  Watch& operator=(const Watch&) = delete;
-  ~Watch();
+  Spy();
+  Spy(const Spy&) = delete;
+  Spy& operator=(const Spy&) = delete;
+  ~Spy();
 
   Use use;
 };

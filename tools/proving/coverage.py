@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """How much of the code the tests run: lines, branches and, of the plug-in, conditions that decide alone.
 
-The tests are those that the checkers of memory watch, run once for both. What the counts say of a template holds when any of its instances does it. A
+The tests run once, for this and for the checkers of memory. What the counts say of a template holds when any of its instances does it. A
 line that ends in `// not covered: REASON` is left out, with the branches and conditions that begin there.
 """
 

@@ -72,11 +72,11 @@ const std::vector<int>& Findings::tablePids() {
   return pids;
 }
 
-Findings::Use Findings::read(int pid, const Section& section, const std::function<void(int)>& watch) {
+Findings::Use Findings::read(int pid, const Section& section, const std::function<void(int)>& onTablePid) {
   const auto on = [&](int wanted, auto operation) { return pid == wanted ? (this->*operation)(section) : Use::all; };
   switch (section.table) {
     case PROGRAM_ASSOCIATION:
-      return pid == PROGRAMS_PID ? readProgramsOf(section, watch) : Use::all;
+      return pid == PROGRAMS_PID ? readProgramsOf(section, onTablePid) : Use::all;
     case PROGRAM_MAP:
       return readMap(pid, section);
     case NETWORK_ACTUAL:
@@ -97,7 +97,7 @@ Findings::Use Findings::read(int pid, const Section& section, const std::functio
 }
 
 /// Keeps programs that a new version lacks, but reads their maps no longer: other programs may now use their PIDs.
-Findings::Use Findings::readProgramsOf(const Section& section, const std::function<void(int)>& watch) {
+Findings::Use Findings::readProgramsOf(const Section& section, const std::function<void(int)>& onTablePid) {
   if (stream_ != section.extension || version_ != section.version) {
     for (auto& [key, program] : programs_) program.mapPid = -1;
   }
@@ -114,7 +114,7 @@ Findings::Use Findings::readProgramsOf(const Section& section, const std::functi
       isKept = false;
       continue;
     }
-    watch(pid);
+    onTablePid(pid);
   }
   return useOf(told.isSound, isKept);
 }

@@ -32,9 +32,9 @@ class Findings {
   /// PIDs of the tables of every stream.
   static const std::vector<int>& tablePids();
 
-  /// Reads a section. If two sections differ, the later one counts. @param watch  called with each further PID that
-  /// carries tables.
-  Use read(int pid, const Section& section, const std::function<void(int)>& watch);
+  /// Reads a section. If two sections differ, the later one counts. @param onTablePid  called with each further PID
+  /// that carries tables.
+  Use read(int pid, const Section& section, const std::function<void(int)>& onTablePid);
 
   /// Ends the stream; the next one may use the same PIDs. @param isScrambled  returns whether packets of a PID of the
   /// stream were scrambled.
@@ -74,7 +74,7 @@ class Findings {
   using ProgramKey = std::pair<int, int>;  ///< id of the transport stream, program
   using Owners = std::map<ProgramKey, ServiceName>;
 
-  Use readProgramsOf(const Section& section, const std::function<void(int)>& watch);
+  Use readProgramsOf(const Section& section, const std::function<void(int)>& onTablePid);
   Use readMap(int pid, const Section& section);
   Use readNetworkOf(const Section& section);
   Use readServices(const Section& section);

@@ -107,7 +107,7 @@ void Scanner::takeSection(int pid, Bytes bytes) {
   if (flaw == Flaw::length) return trouble(Trouble::length, pid);
   if (flaw == Flaw::checksum) return trouble(Trouble::checksum, pid);
   if (!section || !section->isCurrent || !isNew(pid, *section, bytes)) return;
-  const Findings::Use use = findings_.read(pid, *section, [this](int another) { watch(another); });
+  const Findings::Use use = findings_.read(pid, *section, [this](int another) { expectTables(another); });
   // Programs may have moved to other PIDs, so known maps may now belong to other programs.
   if (section->table == PROGRAM_ASSOCIATION) seen_[PROGRAM_MAP].clear();
   if (use == Findings::Use::soundPart) trouble(Trouble::overrun, pid);
@@ -125,7 +125,7 @@ bool Scanner::isNew(int pid, const Section& section, Bytes bytes) {
   return isFirst || std::exchange(found->second, sum) != sum;
 }
 
-void Scanner::watch(int pid) {
+void Scanner::expectTables(int pid) {
   pids_[static_cast<std::size_t>(pid)].hasTables = true;
 }
 
@@ -140,7 +140,7 @@ void Scanner::endStream(const std::string& file) {
   before_ += packets_.count();
   packets_ = Packets();
   pids_.assign(pidCount, Pid());
-  for (const int pid : Findings::tablePids()) watch(pid);
+  for (const int pid : Findings::tablePids()) expectTables(pid);
   assemblers_.clear();
   seen_.clear();
 }

@@ -51,7 +51,7 @@ class Scanner {
   bool isRepetition(int number, const std::uint8_t* packet);
   void takeSection(int pid, Bytes bytes);
   bool isNew(int pid, const Section& section, Bytes bytes);
-  void watch(int pid);
+  void expectTables(int pid);
   void trouble(Trouble kind, int pid);
 
   Packets packets_;

@@ -255,8 +255,8 @@ void Device::listenToSet(bool on) {
   set_.end();
   services_.end();
   if (!on || !tv_) return;
-  set_ = tv_->watch([this](const Event& event) { happened(event.change); });
-  services_ = tv_->watchReplacing([this] { keepServices(); });
+  set_ = tv_->onEvent([this](const Event& event) { happened(event.change); });
+  services_ = tv_->onReplacing([this] { keepServices(); });
 }
 
 /// When this fails, `history_->add` finds no image and starts the history again.

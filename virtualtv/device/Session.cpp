@@ -146,7 +146,7 @@ void Session::forget() {
   lastCommand_ = 0;
 }
 
-Deed Session::watch(const std::function<void()>& step, std::exception_ptr& thrown) {
+Deed Session::observe(const std::function<void()>& step, std::exception_ptr& thrown) {
   const std::shared_ptr<Feed> feed = device_.subscribe({.events = true, .calls = true, .logLevel = allLevels});
   const std::uint64_t before = commands_;
   try {

@@ -94,7 +94,7 @@ class Session {
   void forget();
 
   /// Runs a step. @return its effects. An exception of the step is stored in `thrown`.
-  Deed watch(const std::function<void()>& step, std::exception_ptr& thrown);
+  Deed observe(const std::function<void()>& step, std::exception_ptr& thrown);
 
   /// A command in the device's history, as in `CommandRun`, with its effects.
   struct Recalled {

@@ -74,11 +74,11 @@ Snapshot Tv::snapshot() const {
   return {switchedOn(state_), settings().list(), services().all()};
 }
 
-notify::Subscription Tv::watch(std::function<void(const Event&)> watcher) {
-  return watchers_.add(std::move(watcher));
+notify::Subscription Tv::onEvent(std::function<void(const Event&)> listener) {
+  return listeners_.add(std::move(listener));
 }
 
-notify::Subscription Tv::watchReplacing(std::function<void()> told) {
+notify::Subscription Tv::onReplacing(std::function<void()> told) {
   return replacing_.add(std::move(told));
 }
 
@@ -379,13 +379,13 @@ void Tv::commit(TvState next, const char* lastService) {
   raise(std::move(changes));
 }
 
-/// The change is already persisted, so a watcher that can't be notified for lack of memory is ignored.
+/// The change is already persisted, so a listener that can't be notified for lack of memory is ignored.
 void Tv::raise(std::vector<Change> changes) noexcept {
   if (changes.empty()) return;
   ++revision_;
-  if (watchers_.empty()) return;
+  if (listeners_.empty()) return;
   try {
-    for (Change& change : changes) watchers_.tell({revision_, std::move(change)});
+    for (Change& change : changes) listeners_.tell({revision_, std::move(change)});
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
   }
 }

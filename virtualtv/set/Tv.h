@@ -40,7 +40,7 @@ class TvAside {
 
 /// The TV set. A process has one set at a time, which the adapters behind the platform interfaces find through
 /// `current`. Only the verbs change its state, services and settings keys included. A verb that changes anything
-/// persists the change, increments the revision and notifies the watchers. A verb throws `StoreError` when the set
+/// persists the change, increments the revision and notifies the listeners. A verb throws `StoreError` when the set
 /// can't persist the change; nothing is changed then. Used from one thread.
 class Tv {
  public:
@@ -64,13 +64,13 @@ class Tv {
   /// The interfaces that the set created for those who connected to it.
   Interfaces& interfaces() { return interfaces_; }
 
-  /// Calls `watcher` with each change once it is persisted. The call is made inside the verb, so a watcher must not
+  /// Calls `listener` with each change once it is persisted. The call is made inside the verb, so a listener must not
   /// call a verb, nor throw.
-  notify::Subscription watch(std::function<void(const Event&)> watcher);
+  notify::Subscription onEvent(std::function<void(const Event&)> listener);
 
   /// Calls `told` before all services are replaced, while everything is still unchanged. The replacement may still
   /// fail. `told` must not call a verb, nor throw.
-  notify::Subscription watchReplacing(std::function<void()> told);
+  notify::Subscription onReplacing(std::function<void()> told);
 
   /// Strength of the tuner's signal for what a window shows, 0 to 255. It depends on the frequency, minus the
   /// attenuation. Returns nothing when no service is on the window's screen.
@@ -168,7 +168,7 @@ class Tv {
   Interfaces interfaces_;
   TvState state_;
   std::uint64_t revision_;
-  notify::Listeners<Event> watchers_;
+  notify::Listeners<Event> listeners_;
   notify::Listeners<> replacing_;
   std::vector<std::string> complaints_;
 };

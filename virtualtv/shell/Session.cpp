@@ -182,7 +182,7 @@ Lines Session::runStep(std::string_view input) {
   const std::vector<std::string> words = splitWords(input);
   const DotCommand& command = dotCommand(words.front());
   const auto step = [&] { return command.run(*this, {words.begin() + 1, words.end()}); };
-  return command.drivesEngines ? watch(input, step, false) : step();
+  return command.drivesEngines ? observe(input, step, false) : step();
 }
 
 Lines Session::runCommand(std::string_view input, bool list) {
@@ -190,7 +190,7 @@ Lines Session::runCommand(std::string_view input, bool list) {
   for (const std::string& word : words) {
     if (word.find('\0') != word.npos) throw std::invalid_argument("a command takes no null characters");
   }
-  return watch(
+  return observe(
       input,
       [&] {
         std::string ret;
@@ -201,10 +201,10 @@ Lines Session::runCommand(std::string_view input, bool list) {
 }
 
 /// Runs a step that reaches the plug-in. Its output is followed by its calls and log messages, as far as requested.
-Lines Session::watch(std::string_view input, const std::function<Lines()>& step, bool remember) {
+Lines Session::observe(std::string_view input, const std::function<Lines()>& step, bool remember) {
   Lines output;
   std::exception_ptr thrown;
-  device::Deed deed = client_.watch([&] { output = step(); }, thrown);
+  device::Deed deed = client_.observe([&] { output = step(); }, thrown);
   if (thrown) output.push_back(errorLine(whyNotRun(input, thrown)));
   if (trace) append(output, callLines(deed));
   append(output, logLines(deed, logLevel));

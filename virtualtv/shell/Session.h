@@ -109,7 +109,7 @@ class Session {
   Lines runStep(std::string_view input);
   Lines runCommand(std::string_view input, bool list);
   void recallLast();
-  Lines watch(std::string_view input, const std::function<Lines()>& step, bool remember);
+  Lines observe(std::string_view input, const std::function<Lines()>& step, bool remember);
 
   device::Session client_;
   const FileAccess& files_;

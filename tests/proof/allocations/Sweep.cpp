@@ -105,7 +105,7 @@ void Sweep::makingAnEngine(bool fromThenOn) {
   loop("making an engine", [&](std::size_t nth) -> std::string {
     bench_.renew();
     Run run;
-    watch(run, false);
+    noteCalls(run, false);
     std::unique_ptr<kel::CEmpEngineBase> engine;
     {
       const support::FailingAllocations failing({.nth = nth, .fromThenOn = fromThenOn});
@@ -129,7 +129,7 @@ void Sweep::endingAnEngine(bool fromThenOn) {
     std::string ret;
     engine->Execute(ret, "FindChannel", "0", "1", "", "");
     Run run;
-    watch(run, false);
+    noteCalls(run, false);
     {
       const support::FailingAllocations failing({.nth = nth, .fromThenOn = fromThenOn});
       engine->Destroy();
@@ -152,7 +152,7 @@ void Sweep::prepare(Stack stack) {
 }
 
 /// Notes the calls of a run. Allocations count between them, or within them.
-void Sweep::watch(Run& run, bool inside) {
+void Sweep::noteCalls(Run& run, bool inside) {
   Seam::instance().onPassage([&run, inside](const Operation* begun) {
     support::countAllocations(false);
     if (begun != nullptr) run.calls.push_back(begun);
@@ -168,7 +168,7 @@ void Sweep::carryOut(const Command& command, Run& run, const support::Bench::Aro
 
 Sweep::Run Sweep::runFailing(const Command& command, const support::AllocationPlan& plan, bool inside) {
   Run run;
-  watch(run, inside);
+  noteCalls(run, inside);
   carryOut(command, run, [&](const std::function<bool()>& own) {
     const support::FailingAllocations failing(plan);
     support::countAllocations(!inside);

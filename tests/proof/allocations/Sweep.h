@@ -61,7 +61,7 @@ class Sweep {
   };
 
   void prepare(Stack stack);
-  void watch(Run& run, bool inside);
+  void noteCalls(Run& run, bool inside);
   void carryOut(const Command& command, Run& run, const support::Bench::Around& around);
   Run runFailing(const Command& command, const support::AllocationPlan& plan, bool inside);
   void loopInside(const Command& command, Stack stack, const std::string& where, const support::AllocationPlan& plan);

@@ -22,7 +22,7 @@ export function randomFrom(seed) {
 
 export async function soak(program, wanted, seed) {
   const server = await Server.start(program)
-  const watcher = await Client.connect(server)
+  const observer = await Client.connect(server)
   const random = randomFrom(seed)
   let begun = 0, answered = 0, connections = 0
 
@@ -41,14 +41,14 @@ export async function soak(program, wanted, seed) {
 
   async function run(end) {
     await Promise.all(Array.from({length: clients}, () => work(end)))
-    await until(async () => (await watcher.call('tv.sessions')).sessions.length === 1)
+    await until(async () => (await observer.call('tv.sessions')).sessions.length === 1)
     return {memory: server.memory('VmRSS'), descriptors: server.descriptors()}
   }
 
   const before = await run(wanted * warmUp)
   const behind = await run(wanted)
-  const left = (await watcher.call('tv.sessions')).sessions.length - 1
-  await watcher.close()
+  const left = (await observer.call('tv.sessions')).sessions.length - 1
+  await observer.close()
   return {
     'calls': answered,
     'connections of the soak': connections,

@@ -45,11 +45,11 @@ Day live(const std::filesystem::path& directory) {
       if (content != day.moments.back().content) day.moments.push_back({disk.changes().size(), std::move(content)});
     };
     note();
-    television.watch(note);
+    television.onWrite(note);
     for (const std::string& line : lines) {
       television.run(line);
       note();
-      if (line == ".reset") television.watch(note);
+      if (line == ".reset") television.onWrite(note);
     }
   }
   day.changes = disk.changes();

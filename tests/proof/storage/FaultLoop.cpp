@@ -65,7 +65,7 @@ Course Loop::follow(const Scenario& scenario) const {
       if (course.contents.empty() || content != course.contents.back()) course.contents.push_back(std::move(content));
     };
     note();
-    television.watch(note);
+    television.onWrite(note);
     course.outcome = television.run(scenario.line);
     note();
   }

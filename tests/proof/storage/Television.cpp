@@ -108,8 +108,8 @@ bool Television::isOfOneMind() {
   return keptOf(television_.tv().state()) == television_.storage->parts().state.all();
 }
 
-void Television::watch(const std::function<void()>& seen) {
-  watching_ = television_.tv().watch([seen](const Event&) { seen(); });
+void Television::onWrite(const std::function<void()>& seen) {
+  subscription_ = television_.tv().onEvent([seen](const Event&) { seen(); });
   seam::Seam& seam = seam::Seam::instance();
   seam.onDelay([seen](std::uint64_t) { seen(); });
   for (const seam::Operation& operation : seam::operations) seam.setLatency(operation, 1);

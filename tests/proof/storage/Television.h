@@ -47,12 +47,12 @@ class Television {
   bool isOfOneMind();
 
   /// Calls `seen` wherever a write may have ended: after each change of the set and before each call to it.
-  void watch(const std::function<void()>& seen);
+  void onWrite(const std::function<void()>& seen);
 
  private:
   support::Assembly<kel::CEmpAppWindow> television_;
   shell::Session session_;
-  notify::Subscription watching_;
+  notify::Subscription subscription_;
 };
 
 /// Switches a set on only to see what it has persisted.

@@ -47,7 +47,7 @@ Bench::Bench(std::vector<virtualtv::Service> services, const std::filesystem::pa
   furnish();
   firstState_ = tv().state();
   firstSettings_ = tv().settings().list();
-  watching_ = tv().watch([this](const Event& event) {
+  subscription_ = tv().onEvent([this](const Event& event) {
     servicesChanged_ = servicesChanged_ || std::holds_alternative<virtualtv::ServicesChanged>(event.change) ||
                        std::holds_alternative<virtualtv::FavouritesChanged>(event.change);
   });

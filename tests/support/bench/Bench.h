@@ -80,7 +80,7 @@ class Bench {
   std::map<std::string, virtualtv::Setting> firstSettings_;
   std::vector<virtualtv::Service> services_;
   bool servicesChanged_ = false;
-  virtualtv::notify::Subscription watching_;
+  virtualtv::notify::Subscription subscription_;
 
   void furnish();
   Outcome run(const std::function<bool(kel::CEmpEngineBase&, std::string& ret)>& command, const Around& around);

@@ -11,7 +11,7 @@
 namespace virtualtv::net {
 namespace {
 
-Options watchful() {
+Options attentive() {
   Options options;
   options.limits.attention = std::chrono::milliseconds(10);
   options.limits.closing = std::chrono::minutes(1);
@@ -22,8 +22,8 @@ Options watchful() {
 class WaitingTest : public ::testing::Test {
  protected:
   WaitingTest() {
-    watcher.upgrade();
-    watcher.call(requestOf(1, "events.subscribe", R"({"topics":["session","knob"]})"));
+    subscriber.upgrade();
+    subscriber.call(requestOf(1, "events.subscribe", R"({"topics":["session","knob"]})"));
     client.upgrade();
     EXPECT_NE(nextEvent().find(R"("opened")"), std::string::npos);
     client.call(holdBack());
@@ -33,8 +33,8 @@ class WaitingTest : public ::testing::Test {
   }
 
   std::string nextEvent() {
-    Frame frame = watcher.frame();
-    while (frame.first == pingFrame) frame = watcher.frame();
+    Frame frame = subscriber.frame();
+    while (frame.first == pingFrame) frame = subscriber.frame();
     return frame.payload;
   }
   /// Has messages wait: one that would change the set, and others. @param last  the id of the last one.
@@ -47,11 +47,11 @@ class WaitingTest : public ::testing::Test {
   void expectEnd() {
     const std::string event = nextEvent();
     EXPECT_NE(event.find(R"("closed")"), std::string::npos) << event;
-    EXPECT_EQ(watcher.call(quick(9)).find(R"("7")"), std::string::npos);
+    EXPECT_EQ(subscriber.call(quick(9)).find(R"("7")"), std::string::npos);
   }
 
-  Served served{watchful()};
-  Wire watcher{served.port()};
+  Served served{attentive()};
+  Wire subscriber{served.port()};
   Wire client{served.port()};
 };
 
@@ -102,7 +102,7 @@ std::size_t overfill(Wire& client) {
 }
 
 TEST_F(WaitingTest, IsReadAheadWithinBounds) {
-  EXPECT_GT(overfill(client), watchful().limits.mostAhead / 2);
+  EXPECT_GT(overfill(client), attentive().limits.mostAhead / 2);
 }
 
 TEST_F(WaitingTest, BeyondWhatIsReadAheadEndsWithItsClientToo) {
@@ -120,7 +120,7 @@ TEST_F(WaitingTest, BeyondWhatIsReadAheadEndsWithABrokenConnection) {
 /// All of it comes, but the last message is not read. That one is short: the end behind much that is unread could not
 /// come.
 TEST_F(WaitingTest, BeyondWhatIsReadAheadEndsWithWhatTheClientSends) {
-  client.sendFrame(textFrame, quick(4) + std::string(watchful().limits.mostAhead, ' '));
+  client.sendFrame(textFrame, quick(4) + std::string(attentive().limits.mostAhead, ' '));
   client.sendFrame(textFrame, quick(5));
   client.endSending();
   expectEnd();

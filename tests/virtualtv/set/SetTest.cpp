@@ -144,8 +144,8 @@ void SetTest::mendStore() {
   Statement(storage.parts().database, "PRAGMA query_only = OFF", "mend the store").query().next();
 }
 
-void SetTest::watch() {
-  watching_ = tv->watch([this](const Event& event) { events.push_back(event); });
+void SetTest::noteEvents() {
+  subscription_ = tv->onEvent([this](const Event& event) { events.push_back(event); });
 }
 
 std::string SetTest::lastService() {

@@ -74,7 +74,7 @@ class SetTest : public ::testing::Test {
   std::string lastService();
 
   /// Collects all changes in `events`, until the set is switched off.
-  void watch();
+  void noteEvents();
   /// The change of an event, which must be of this kind.
   template <typename Kind>
   const Kind& changeOf(const Event& event) {
@@ -90,7 +90,7 @@ class SetTest : public ::testing::Test {
  private:
   std::uint64_t idOf(ServiceKey key);
 
-  notify::Subscription watching_;
+  notify::Subscription subscription_;
 };
 
 }  // namespace virtualtv::test

@@ -41,12 +41,12 @@ TEST_F(SessionTest, PassesAParameterListOfAnyLength) {
   EXPECT_EQ(run("+ ''"), "ascii");
 }
 
-TEST_F(SessionTest, WhatNobodyWatchesIsNeitherRecordedNorLogged) {
+TEST_F(SessionTest, WhatNobodyObservesIsNeitherRecordedNorLogged) {
   std::string ret;
-  for (const char* watched : {"", "log 3 x", ".restart"}) {
-    run(watched);
-    EXPECT_EQ(framework::logLevel(), -1) << watched;
-    EXPECT_FALSE(seam::Seam::observed()) << watched;
+  for (const char* input : {"", "log 3 x", ".restart"}) {
+    run(input);
+    EXPECT_EQ(framework::logLevel(), -1) << input;
+    EXPECT_FALSE(seam::Seam::observed()) << input;
     EXPECT_TRUE(session->client().execute({"write", "db/x", "1"}, false, ret));
   }
 }
@@ -57,9 +57,9 @@ TEST_F(SessionTest, AListenerIsToldOfTheLogUpToItsLevel) {
       framework::listenToLog(0, [&](const framework::LogLine& line) { told.push_back(line.message.masked()); });
   EXPECT_EQ(framework::logLevel(), 0);
   std::string ret;
-  for (const char* level : {"0", "3"}) session->client().execute({"log", level, "unwatched"}, false, ret);
-  for (const char* level : {"0", "3"}) run(std::string("log ") + level + " watched");
-  EXPECT_EQ(told, (Lines{"unwatched at *\n", "watched at *\n"}));
+  for (const char* level : {"0", "3"}) session->client().execute({"log", level, "unheard"}, false, ret);
+  for (const char* level : {"0", "3"}) run(std::string("log ") + level + " heard");
+  EXPECT_EQ(told, (Lines{"unheard at *\n", "heard at *\n"}));
 }
 
 TEST_F(SessionTest, ABlankInputPrintsNothing) {

@@ -114,8 +114,8 @@ TEST_F(NameTest, ThatCanNotBeConvertedIsASuccessAllTheSame) {
   for (const FieldQuery& query : nameQueries()) {
     SCOPED_TRACE(query.name);
     give(named(u"News"));
-    converter::Watch watch;
-    watch.use.failOpen = EMFILE;
+    converter::Spy spy;
+    spy.use.failOpen = EMFILE;
     Output output;
     converter::onNewThread([&] { EXPECT_EQ(query.ask(worker, &output), 1); });
     EXPECT_EQ(written(output), u"");

@@ -224,8 +224,8 @@ TEST_F(ChannelInfo, ANameEndsBeforeASurrogate) {
 }
 
 TEST_F(ChannelInfo, ANameThatCanNotBeConvertedIsTheEmptyText) {
-  converter::Watch watch;
-  watch.use.failOpen = EMFILE;
+  converter::Spy spy;
+  spy.use.failOpen = EMFILE;
   converter::onNewThread([&] { EXPECT_EQ(parsed(infoOf(record(whole)))["channelName"], Json::Value("")); });
   EXPECT_EQ(logs(), Lines{"3 Iconv open failed"});
 }

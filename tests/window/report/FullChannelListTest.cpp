@@ -229,8 +229,8 @@ TEST_F(FullChannelList, ANameEndsBeforeASurrogateOrAZero) {
 TEST_F(FullChannelList, ANameThatCanNotBeConvertedIsTheEmptyTextAndTheNextIsItsOwn) {
   EXPECT_EQ(parsed(listOf("{16=\"long\\u0020name\"},{16=\"\\uD800\"},{}"))["TCServiceData"][1]["SERVICE_NAME"],
             Json::Value(""));
-  converter::Watch watch;
-  watch.use.failOpen = EMFILE;
+  converter::Spy spy;
+  spy.use.failOpen = EMFILE;
   converter::onNewThread([&] { EXPECT_EQ(elementOf("{16=\"News\"}")["SERVICE_NAME"], Json::Value("")); });
 }
 

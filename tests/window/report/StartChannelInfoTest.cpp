@@ -90,8 +90,8 @@ TEST_F(StartChannelInfo, LongNamesAreCutWhereTheRoomOfTheConversionEnds) {
 }
 
 TEST_F(StartChannelInfo, ANameThatCanNotBeConvertedIsTheEmptyText) {
-  converter::Watch watch;
-  watch.use.failOpen = EMFILE;
+  converter::Spy spy;
+  spy.use.failOpen = EMFILE;
   converter::onNewThread([&] { EXPECT_EQ(parsed(infoOf("{16=\"News\"}"))["channelName"], Json::Value("")); });
 }
 

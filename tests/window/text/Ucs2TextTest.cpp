@@ -144,14 +144,14 @@ TEST_F(TextTest, AFailedConversionTellsTheErrorInItsNameAndKeepsTheOutput) {
   for (const Conversion& conversion : {toUtf16, toUtf8}) {
     SCOPED_TRACE(conversion.name);
     const std::string expected = convert(conversion, u"News");
-    converter::Watch watch;
-    watch.use.failConvert = EBADF;
+    converter::Spy spy;
+    spy.use.failConvert = EBADF;
     EXPECT_EQ(convert(conversion, u"Radio"), "");
     const std::vector<virtualtv::framework::LogLine> lines = messages();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(lines[0].message.text(), "iconv failed: " + std::to_string(EBADF));
     EXPECT_EQ(lines[0].function.str(), conversion.name);
-    watch.use.failConvert = 0;
+    spy.use.failConvert = 0;
     EXPECT_EQ(convert(conversion, u"News"), expected) << "and converts the next text";
   }
 }
@@ -159,34 +159,34 @@ TEST_F(TextTest, AFailedConversionTellsTheErrorInItsNameAndKeepsTheOutput) {
 TEST_F(TextTest, AConverterThatDoesNotOpenLeavesTheOutputUntouchedAndIsOpenedByTheNextCall) {
   for (const Conversion& conversion : {toUtf16, toUtf8}) {
     SCOPED_TRACE(conversion.name);
-    converter::Watch watch;
+    converter::Spy spy;
     converter::onNewThread([&] {
-      watch.use.failOpen = EMFILE;
+      spy.use.failOpen = EMFILE;
       EXPECT_EQ(convert(conversion, u"News"), "");
       EXPECT_EQ(logs(), Lines{"3 Iconv open failed"});
-      EXPECT_EQ(watch.use.rooms, std::vector<std::size_t>{});
-      watch.use.failOpen = 0;
+      EXPECT_EQ(spy.use.rooms, std::vector<std::size_t>{});
+      spy.use.failOpen = 0;
       EXPECT_NE(convert(conversion, u"News"), "");
       EXPECT_EQ(logs(), Lines{});
     });
-    EXPECT_EQ(watch.use.opened, Lines(2, conversion.opening));
-    EXPECT_EQ(watch.use.closed, 1);
+    EXPECT_EQ(spy.use.opened, Lines(2, conversion.opening));
+    EXPECT_EQ(spy.use.closed, 1);
   }
 }
 
 TEST_F(TextTest, AThreadOpensAConverterOnceAndClosesItAtItsEnd) {
   for (const Conversion& conversion : {toUtf16, toUtf8}) {
     SCOPED_TRACE(conversion.name);
-    const converter::Watch watch;
+    const converter::Spy spy;
     converter::onNewThread([&] {
       convert(conversion, u"News");
       convert(conversion, u"Radio");
-      EXPECT_EQ(watch.use.closed, 0);
+      EXPECT_EQ(spy.use.closed, 0);
     });
-    EXPECT_EQ(watch.use.opened, Lines{conversion.opening});
-    EXPECT_EQ(watch.use.rooms, std::vector<std::size_t>(2, conversion.room));
-    EXPECT_EQ(watch.use.resets, 2);
-    EXPECT_EQ(watch.use.closed, 1);
+    EXPECT_EQ(spy.use.opened, Lines{conversion.opening});
+    EXPECT_EQ(spy.use.rooms, std::vector<std::size_t>(2, conversion.room));
+    EXPECT_EQ(spy.use.resets, 2);
+    EXPECT_EQ(spy.use.closed, 1);
   }
 }
 

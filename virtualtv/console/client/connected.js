@@ -34,7 +34,7 @@ export class Tv {
   #wire
   #events
   #options
-  #watchers = new Set()  // of the connection
+  #listeners = new Set()  // of the connection
   #usedWindow = false  // on the connection that there is
   #base
   #commands
@@ -97,9 +97,9 @@ export class Tv {
   on(topic, listener, options) {
     if (typeof listener !== 'function') throw new TypeError(`a function is wanted that listens to '${topic}'`)
     if (topic !== 'connection') return this.#events.on(topic, listener, options)
-    this.#watchers.add(listener)
+    this.#listeners.add(listener)
     tell(listener, {connected: this.connected})
-    return Object.assign(() => { this.#watchers.delete(listener) }, {ready: Promise.resolve()})
+    return Object.assign(() => { this.#listeners.delete(listener) }, {ready: Promise.resolve()})
   }
 
   close() {
@@ -165,7 +165,7 @@ export class Tv {
   }
 
   #tellConnection(event) {
-    for (const listener of [...this.#watchers]) tell(listener, event)
+    for (const listener of [...this.#listeners]) tell(listener, event)
   }
 
   /** An object with a function for any name that could be a command's; the server knows which are. */

@@ -60,7 +60,7 @@ function start(program, words) {
 }
 
 /** Tells on the console when the program ends by itself. */
-function watch(server) {
+function reportEnd(server) {
   server.ended.then(({code, signal}) => {
     if (!server.isEnding) console.error(`emp-window ended with ${signal ?? `status ${code}`}\n${server.said()}`.trimEnd())
   })
@@ -102,7 +102,7 @@ export async function launch({program = process.env.EMP_WINDOW || 'emp-window', 
   const starting = start(pathOf(program), argumentsOf({state, snapshot, options}))
   if (!globalThis.WebSocket) import('./node-websocket.js').catch(() => {})  // so that it is there when the program is
   const server = await starting
-  watch(server)
+  reportEnd(server)
   let tv
   try {
     tv = await connect(server.address, connection)

@@ -87,8 +87,8 @@ TEST_F(PictureKnobs, RefuseWhatIsNoCodeNoWindowNoInput) {
   EXPECT_THROW(knob("input.99.picture"), std::invalid_argument);
 }
 
-TEST_F(PictureKnobs, AreToldToThoseWhoWatch) {
-  watch();
+TEST_F(PictureKnobs, AreToldToListeners) {
+  noteEvents();
   turn("pip.resolution", "4");
   turn("isp.picture", "1280x720");
   turn("input.13.picture", "1280x720@50");

@@ -33,7 +33,7 @@ std::vector<Rect> oddRects() {
 
 class Planes : public PictureTest {
  protected:
-  Planes() { watch(); }
+  Planes() { noteEvents(); }
 
   /// Checks that what just happened changed nothing and was told to nobody.
   void expectNothingSince(const TvState& before, std::uint64_t revision) {

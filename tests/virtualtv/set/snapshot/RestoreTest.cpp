@@ -44,7 +44,7 @@ class Restore : public SetTest {
     const Snapshot before = tv->snapshot();
     const TvState state = tv->state();
     const std::uint64_t revision = tv->revision();
-    watch();
+    noteEvents();
     body();
     EXPECT_EQ(tv->snapshot(), before);
     EXPECT_EQ(tv->state(), state);
@@ -57,7 +57,7 @@ TEST_F(Restore, TellsWhatChangedUnderOneRevision) {
   const Snapshot snapshot = other();
   const std::size_t before = tv->services().size();
   const std::uint64_t revision = tv->revision();
-  watch();
+  noteEvents();
   tv->restore(snapshot);
   EXPECT_EQ(tv->revision(), revision + 1);
   EXPECT_EQ(revisionOfEvents(), revision + 1);
@@ -82,7 +82,7 @@ TEST_F(Restore, IsLikeASwitchOnForWhatIsNotPersisted) {
   tv->adjust([](TvState& state) { state[WindowId::pip].resolution = 3; });
   const Snapshot snapshot = tv->snapshot();
   EXPECT_EQ(snapshot.state[WindowId::main].plane, Plane());
-  watch();
+  noteEvents();
   tv->restore(snapshot);
   EXPECT_EQ(tv->state()[WindowId::main].plane, Plane());
   EXPECT_EQ(tv->state()[WindowId::pip].resolution, std::nullopt);

@@ -10,7 +10,7 @@ class Favourites : public SoundTest {
  protected:
   Favourites() {
     tv->import({serviceOf(10, 0, 1), serviceOf(20, 0, 2)}, false);
-    watch();
+    noteEvents();
   }
 
   /// Puts several services into a group or takes them out, in one call.
@@ -62,7 +62,7 @@ TEST_F(Favourites, OfSeveralServicesChangeTogetherOrNotAtAll) {
   EXPECT_EQ(favourites(20), "5=0");
 }
 
-TEST_F(Favourites, AreToldToThoseWhoWatch) {
+TEST_F(Favourites, AreToldToListeners) {
   favour(10, true, 1);
   ASSERT_EQ(events.size(), 1U);
   const auto& change = changeOf<FavouritesChanged>(events[0]);

@@ -18,7 +18,7 @@ class InUse : public SoundTest {
     turn("service.10.subtitles", "356:eng,357:deu:teletext,!358:fra");
     turn("service.20.audio", "456:ita,457:por");
     turn("service.20.subtitles", "556:ita,557:por");
-    watch();
+    noteEvents();
   }
 };
 
@@ -165,7 +165,7 @@ TEST_F(InUse, StartAnewWhenTheServiceIsSetFromOutside) {
   EXPECT_EQ(currentSubtitle(), "-1");
 }
 
-TEST_F(InUse, AreToldToThoseWhoWatch) {
+TEST_F(InUse, AreToldToListeners) {
   tune(20, pip);
   events.clear();
   selectAudio(1);

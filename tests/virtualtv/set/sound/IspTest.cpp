@@ -81,7 +81,7 @@ class Isp : public SoundTest {
     turn("isp.audio", "256:eng:aac:2:0,257:deu:ac3:4:3,!258:fra,257:spa");
     turn("isp.subtitles", "1:eng:teletext-subtitle,2:deu:dvb,3:fra:teletext,4:spa:dvb,!5:ita:teletext");
     EXPECT_EQ(D2TVCAPI_setSourceISP(), 1);
-    watch();
+    noteEvents();
   }
 };
 
@@ -185,7 +185,7 @@ TEST_F(Isp, KeepsItsTracksInUseBesideTheTvServices) {
   EXPECT_EQ(window().inUse, before);
 }
 
-TEST_F(Isp, TellsThoseWhoWatchOfAChange) {
+TEST_F(Isp, TellsListenersOfAChange) {
   manager().ChangeAudioByPID(257);
   manager().ChangeAudioByIndex(0);
   manager().ChangeSubtitleLanguage(1);

@@ -85,9 +85,9 @@ TEST_F(TrackKnobs, LeaveTheFieldsOfAServiceToTheirOwn) {
   EXPECT_EQ(refusal("service.10.sound", "1"), "there is no field 'sound'");
 }
 
-TEST_F(TrackKnobs, AreToldToThoseWhoWatch) {
+TEST_F(TrackKnobs, AreToldToListeners) {
   const ServiceKey service = *tv->services().keyOf(10);
-  watch();
+  noteEvents();
   for (const auto& [name, text] : lists) turn(name, text);
   turn("pip.audio", "1");
   ASSERT_EQ(events.size(), lists.size() + 1);

@@ -106,8 +106,8 @@ TEST_F(Inputs, ASwitchToAServiceThatThereIsNoneOfChangesNothing) {
   EXPECT_EQ(lastService(), "av-service");
 }
 
-TEST_F(Inputs, ASwitchIsToldToThoseWhoWatch) {
-  watch();
+TEST_F(Inputs, ASwitchIsToldToListeners) {
+  noteEvents();
   switchTo(hdmi1, WindowId::pip);
   ASSERT_EQ(events.size(), 1U);
   const auto& change = changeOf<SourceChanged>(events[0]);

@@ -74,8 +74,8 @@ TEST_F(Tune, ReachesHiddenAndLockedServicesById) {
   EXPECT_EQ(current(), 70U);
 }
 
-TEST_F(Tune, IsToldToThoseWhoWatch) {
-  watch();
+TEST_F(Tune, IsToldToListeners) {
+  noteEvents();
   tune(20, WindowId::pip);
   tune(99);
   ASSERT_EQ(events.size(), 1U);
