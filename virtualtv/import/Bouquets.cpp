@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/Streams.h"
 #include "import/Words.h"
 
@@ -54,7 +54,7 @@ std::optional<std::string> joinedLists(const std::function<std::optional<std::st
     const std::optional<std::string> content = read(index);
     if (!content) continue;
     append(*text, index, *content);
-    for (Lines lines(*content); lines.next();) {
+    for (LineReader lines(*content); lines.next();) {
       const std::optional<std::string_view> file = fileIn(lines.line());
       if (!file || !isPlainName(*file) || !known.emplace(*file).second) continue;
       if (const auto bouquet = read(std::string(*file))) append(*text, std::string(*file), *bouquet);
@@ -72,7 +72,7 @@ std::size_t startOfBouquets(std::string_view content) {
 }
 
 void Bouquets::read(std::string_view files, Problems& problems) {
-  for (Lines lines(files); lines.next();) {
+  for (LineReader lines(files); lines.next();) {
     const std::string_view line = trimmed(lines.line());
     ++line_;
     if (line.starts_with(joinedFile)) {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "import/Dvbv5Values.h"
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/ServiceList.h"
 #include "import/Streams.h"
 #include "import/Words.h"
@@ -213,7 +213,7 @@ class Dvbv5Reader {
   Dvbv5Reader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
-    for (Lines lines(content); lines.next();) {
+    for (LineReader lines(content); lines.next();) {
       const std::string_view line = trimmed(lines.line());
       if (line.empty() || lines.isComment()) continue;
       if (line.front() == '[') {
@@ -287,7 +287,7 @@ bool setsTellingKey(std::string_view line) {
 
 std::optional<std::size_t> findDvbv5(std::string_view content) {
   bool inSection = false;
-  for (Lines lines(content); lines.next();) {
+  for (LineReader lines(content); lines.next();) {
     if (lines.isComment()) continue;
     if (isHead(lines.line())) inSection = true;
     if (inSection && setsTellingKey(lines.line())) return lines.offset();

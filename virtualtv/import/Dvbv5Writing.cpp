@@ -6,7 +6,7 @@
 #include <string>
 
 #include "import/Dvbv5Values.h"
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/Words.h"
 #include "import/Writing.h"
 
@@ -136,7 +136,7 @@ std::string writeDvbv5(const Wanted& wanted) {
   if (wanted.before != nullptr) {
     const Pieces before = dvbv5Pieces(*wanted.before);
     Pieces kept;
-    for (Lines lines(wanted.kept); lines.next();) kept.emplace_back(pieceOf(trimmed(lines.line())), lines.line());
+    for (LineReader lines(wanted.kept); lines.next();) kept.emplace_back(pieceOf(trimmed(lines.line())), lines.line());
     pieces = changed(kept, before, pieces);
   }
   std::string text;

@@ -12,7 +12,7 @@
 
 #include "import/Bouquets.h"
 #include "import/LamedbValues.h"
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/ServiceList.h"
 #include "import/Streams.h"
 #include "import/Words.h"
@@ -43,7 +43,7 @@ class LamedbReader {
 
   void read(std::string_view content) {
     const std::size_t end = startOfBouquets(content);
-    Lines lines(content.substr(0, end));
+    LineReader lines(content.substr(0, end));
     if (!readHead(lines)) return;
     if (version_ == "5") {
       readLines(lines);
@@ -65,7 +65,7 @@ class LamedbReader {
     }
   }
 
-  bool readHead(Lines& lines) {
+  bool readHead(LineReader& lines) {
     do {
       if (!lines.next()) return false;
     } while (trimmed(lines.line()).empty());
@@ -79,7 +79,7 @@ class LamedbReader {
 
   // Versions 3 and 4.
 
-  void readSections(Lines& lines) {
+  void readSections(LineReader& lines) {
     while (lines.next()) {
       const std::string_view heading = trimmed(lines.line());
       if (heading == "transponders") readTransponders(lines);
@@ -87,7 +87,7 @@ class LamedbReader {
     }
   }
 
-  void readTransponders(Lines& lines) {
+  void readTransponders(LineReader& lines) {
     std::string_view key;
     int line = 0;
     while (lines.next() && trimmed(lines.line()) != "end") {
@@ -106,7 +106,7 @@ class LamedbReader {
     }
   }
 
-  void readServices(Lines& lines) {
+  void readServices(LineReader& lines) {
     while (lines.next() && trimmed(lines.line()) != "end") {
       Record record{lines.number(), trimmed(lines.line()), {}, {}};
       if (lines.next()) record.name = lines.line();
@@ -117,7 +117,7 @@ class LamedbReader {
 
   // Version 5.
 
-  void readLines(Lines& lines) {
+  void readLines(LineReader& lines) {
     while (lines.next()) {
       const std::string_view line = trimmed(lines.line());
       if (line.empty() || lines.isComment()) continue;
@@ -208,7 +208,7 @@ class LamedbReader {
 }  // namespace
 
 std::optional<std::size_t> findLamedb(std::string_view content) {
-  for (Lines lines(content); lines.next();) {
+  for (LineReader lines(content); lines.next();) {
     if (!versionOf(trimmed(lines.line())).empty()) return lines.offset();
   }
   return std::nullopt;

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/ServiceList.h"
 #include "import/Words.h"
 
@@ -65,7 +65,7 @@ class M3uReader {
   M3uReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
-    for (Lines lines(content); lines.next();) readLine(lines.number(), trimmed(lines.line()));
+    for (LineReader lines(content); lines.next();) readLine(lines.number(), trimmed(lines.line()));
     if (told_ != 0) forget();
   }
 
@@ -173,7 +173,7 @@ ExtInf readExtInf(std::string_view line) {
 }
 
 std::optional<std::size_t> findM3u(std::string_view content) {
-  for (Lines lines(content); lines.next();) {
+  for (LineReader lines(content); lines.next();) {
     if (lines.line().starts_with("#EXTM3U") || lines.line().starts_with(extInf)) return lines.offset();
   }
   return std::nullopt;

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/M3u.h"
 #include "import/Words.h"
 #include "import/Writing.h"
@@ -70,7 +70,7 @@ std::string writeM3u(const Wanted& wanted) {
     const std::string info = infoLine(bare, wanted);
     if (info != bare) text = info;
   }
-  for (Lines lines(wanted.kept); lines.next();) {
+  for (LineReader lines(wanted.kept); lines.next();) {
     const std::string_view line = lines.line();
     if (moved && line.starts_with(extGroup)) continue;
     if (!text.empty()) text += '\n';

@@ -7,7 +7,7 @@
 #include <array>
 #include <utility>
 
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/ServiceList.h"
 #include "import/Streams.h"
 #include "import/VdrFields.h"
@@ -146,7 +146,7 @@ class VdrReader {
   VdrReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
-    for (Lines lines(content); lines.next();) {
+    for (LineReader lines(content); lines.next();) {
       try {
         readLine(lines);
       } catch (Unreadable& unread) {
@@ -156,7 +156,7 @@ class VdrReader {
   }
 
  private:
-  void readLine(const Lines& lines) {
+  void readLine(const LineReader& lines) {
     const std::string_view text = trimmed(lines.line());
     if (text.empty() || lines.isComment()) return;
     const Fields fields(lines.line());
@@ -206,7 +206,7 @@ bool looksLikeVdr(std::string_view line) {
 }  // namespace
 
 std::optional<std::size_t> findVdr(std::string_view content) {
-  for (Lines lines(content); lines.next();) {
+  for (LineReader lines(content); lines.next();) {
     if (!lines.isComment() && looksLikeVdr(lines.line())) return lines.offset();
   }
   return std::nullopt;

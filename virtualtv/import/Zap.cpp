@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "import/Dvbv5Values.h"
-#include "import/Lines.h"
+#include "import/LineReader.h"
 #include "import/ServiceList.h"
 #include "import/Streams.h"
 #include "import/Words.h"
@@ -214,14 +214,14 @@ bool looksLikeZap(std::string_view line) {
 }  // namespace
 
 std::optional<std::size_t> findZap(std::string_view content) {
-  for (Lines lines(content); lines.next();) {
+  for (LineReader lines(content); lines.next();) {
     if (!lines.isComment() && looksLikeZap(lines.line())) return lines.offset();
   }
   return std::nullopt;
 }
 
 void readZap(std::string_view content, ServiceList& list, Problems& problems) {
-  for (Lines lines(content); lines.next();) {
+  for (LineReader lines(content); lines.next();) {
     if (lines.isComment() || trimmed(lines.line()).empty()) continue;
     try {
       list.add(readLine(lines.line()));

@@ -162,13 +162,13 @@ int resolutionCode(const Picture& picture) {
 }
 
 unsigned linesPerSecond(const Picture& picture) {
-  struct Lines {
+  struct ScanLines {
     int shown;
     int all;
   };
-  constexpr std::array known{Lines{480, 525}, Lines{576, 625}, Lines{720, 750}, Lines{1080, 1125}, Lines{2160, 2250}};
+  constexpr ScanLines known[] = {{480, 525}, {576, 625}, {720, 750}, {1080, 1125}, {2160, 2250}};
   int lines = picture.height;
-  for (const Lines& frame : known) {
+  for (const ScanLines& frame : known) {
     if (frame.shown == picture.height) lines = frame.all;
   }
   const auto most = std::int64_t{std::numeric_limits<unsigned>::max()};

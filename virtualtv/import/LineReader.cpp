@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "import/Lines.h"
+#include "import/LineReader.h"
 
 #include <limits>
 
@@ -8,28 +8,28 @@
 
 namespace virtualtv::import {
 
-Lines::Lines(std::string_view content) : start_(content.data()), rest_(text::withoutMark(content)) {}
+LineReader::LineReader(std::string_view content) : start_(content.data()), rest_(text::withoutMark(content)) {}
 
-bool Lines::next() {
+bool LineReader::next() {
   if (rest_.empty()) return false;
   line_ = trimmedEnd(cut(rest_, '\n'));
   if (number_ < std::numeric_limits<int>::max()) ++number_;
   return true;
 }
 
-std::string_view Lines::line() const {
+std::string_view LineReader::line() const {
   return line_;
 }
 
-int Lines::number() const {
+int LineReader::number() const {
   return number_;
 }
 
-std::size_t Lines::offset() const {
+std::size_t LineReader::offset() const {
   return static_cast<std::size_t>(line_.data() - start_);
 }
 
-bool Lines::isComment() const {
+bool LineReader::isComment() const {
   return trimmed(line_).starts_with('#');
 }
 

@@ -8,10 +8,10 @@ namespace virtualtv::import {
 
 /// Iterates over the lines of a list. A line ends with a line feed. Carriage returns, blanks and tabs before it are not
 /// part of the line. A byte order mark before the first line is skipped.
-class Lines {
+class LineReader {
  public:
   /// @param content  outlives the lines, which are views of it.
-  explicit Lines(std::string_view content);
+  explicit LineReader(std::string_view content);
 
   /// Moves to the next line; false when there is none.
   bool next();
