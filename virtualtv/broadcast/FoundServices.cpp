@@ -7,7 +7,7 @@
 #include <ctime>
 
 #include "broadcast/Found.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "json/Write.h"
 #include "text/Units.h"
 
@@ -16,7 +16,7 @@ namespace virtualtv::broadcast {
 namespace {
 
 using import::Entry;
-using import::ServiceList;
+using import::ListBuilder;
 
 /// UTF-8 as the list reader reads it without a doubt.
 std::string marked(const std::string& name) {
@@ -93,7 +93,7 @@ std::vector<Service> servicesOf(const Scan& scan) {
     if (service.number) greatest = std::max(greatest, static_cast<std::uint64_t>(service.number->major));
   }
   static constexpr import::Format found{"scan", "a recording", u':', nullptr, nullptr};
-  ServiceList list(found, "");
+  ListBuilder list(found, "");
   list.continueFrom(greatest + 1);
   for (std::size_t at = 0; at < names.size(); ++at) list.add(entryOf(scan.services[at], names[at]));
   std::vector<Service> services = list.finish();

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "broadcast/Tables.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Streams.h"
 
 namespace virtualtv::broadcast {

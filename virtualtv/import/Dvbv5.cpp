@@ -12,7 +12,7 @@
 
 #include "import/Dvbv5Values.h"
 #include "import/LineReader.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Streams.h"
 #include "import/Words.h"
 
@@ -210,7 +210,7 @@ std::optional<std::string_view> headName(std::string_view line) {
 /// A section with an invalid line is skipped as a whole, and only that line is reported.
 class Dvbv5Reader {
  public:
-  Dvbv5Reader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
+  Dvbv5Reader(ListBuilder& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
     for (LineReader lines(content); lines.next();) {
@@ -265,7 +265,7 @@ class Dvbv5Reader {
     }
   }
 
-  ServiceList& list_;
+  ListBuilder& list_;
   Problems& problems_;
   std::unique_ptr<Section> section_;
   bool leftOut_ = false;  ///< skip the lines up to the next head
@@ -295,7 +295,7 @@ std::optional<std::size_t> findDvbv5(std::string_view content) {
   return std::nullopt;
 }
 
-void readDvbv5(std::string_view content, ServiceList& list, Problems& problems) {
+void readDvbv5(std::string_view content, ListBuilder& list, Problems& problems) {
   Dvbv5Reader reader(list, problems);
   reader.read(content);
 }

@@ -15,6 +15,6 @@ namespace virtualtv::import {
 std::optional<std::size_t> findDvbv5(std::string_view content);
 
 /// Reads a libdvbv5 channel file. See `Format`.
-void readDvbv5(std::string_view content, ServiceList& list, Problems& problems);
+void readDvbv5(std::string_view content, ListBuilder& list, Problems& problems);
 
 }  // namespace virtualtv::import

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 
 namespace virtualtv::import {
 

@@ -80,7 +80,7 @@ bool isSame(int field, const std::optional<std::uint64_t>& left, const std::opti
 /// @return false where there is no service in it.
 bool Exporter::read(const Format& format, std::string text, Reading& reading) const {
   reading.text = std::move(text);
-  ServiceList list(format, "");
+  ListBuilder list(format, "");
   list.continueFrom(next_);
   Problems problems;
   format.read(reading.text, list, problems);

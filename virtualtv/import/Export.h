@@ -8,7 +8,7 @@
 #include <string>
 
 #include "import/Import.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 
 namespace virtualtv::import {
 

@@ -10,8 +10,8 @@
 #include "import/Dvbv5.h"
 #include "import/JsonList.h"
 #include "import/Lamedb.h"
+#include "import/ListBuilder.h"
 #include "import/M3u.h"
-#include "import/ServiceList.h"
 #include "import/Vdr.h"
 #include "import/Writing.h"
 #include "import/Zap.h"
@@ -76,7 +76,7 @@ const Format* recognise(std::string_view content) {
 }
 
 Result read(std::string_view content, const Format& format, const std::string& encoding) {
-  ServiceList list(format, encoding);
+  ListBuilder list(format, encoding);
   Problems problems;
   format.read(content, list, problems);
   return {list.finish(), std::move(problems)};

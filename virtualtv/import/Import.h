@@ -49,7 +49,7 @@ struct Result {
   Problems problems;
 };
 
-class ServiceList;
+class ListBuilder;
 struct Writing;
 
 /// A format of channel lists.
@@ -60,7 +60,7 @@ struct Format {
   /// The offset, in bytes, of the first line of a list that is typical of this format; nothing when there is none.
   std::optional<std::size_t> (*recognise)(std::string_view content);
   /// Reads a list, which may hold any bytes, into services and problems.
-  void (*read)(std::string_view content, ServiceList& list, Problems& problems);
+  void (*read)(std::string_view content, ListBuilder& list, Problems& problems);
   const Writing* writing = nullptr;  ///< how to write the format; null for a read-only format
 };
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Writing.h"
 #include "json/Read.h"
 #include "json/Write.h"
@@ -46,7 +46,7 @@ void requireListed(const JsonPart& part, const Service& service) {
   if (name == service.texts.end() || name->second.empty()) part.refuse("the service has no name");
 }
 
-void readItem(const JsonPart& part, ServiceList& list) {
+void readItem(const JsonPart& part, ListBuilder& list) {
   Service service = serviceIn(part);
   requireListed(part, service);
   if (!list.addWhole(std::move(service))) part.refuse("a service in front of it has the same id");
@@ -61,7 +61,7 @@ std::optional<std::size_t> findJson(std::string_view content) {
   return static_cast<std::size_t>(start.data() - content.data());
 }
 
-void readJson(std::string_view content, ServiceList& list, Problems& problems) {
+void readJson(std::string_view content, ListBuilder& list, Problems& problems) {
   if (withoutBlanks(text::withoutMark(content)).empty()) return;
   try {
     const Json::Value document = json::read(text::withoutMark(content), {.depth = deepest}, json::SameNames::refused);

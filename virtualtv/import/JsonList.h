@@ -14,6 +14,6 @@ std::optional<std::size_t> findJson(std::string_view content);
 
 /// Reads `{"services": [...]}` with all data of each service. See `Format`. Problems have paths instead of lines, as in
 /// `services[3].numbers.major`.
-void readJson(std::string_view content, ServiceList& list, Problems& problems);
+void readJson(std::string_view content, ListBuilder& list, Problems& problems);
 
 }  // namespace virtualtv::import

@@ -13,7 +13,7 @@
 #include "import/Bouquets.h"
 #include "import/LamedbValues.h"
 #include "import/LineReader.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Streams.h"
 #include "import/Words.h"
 
@@ -39,7 +39,7 @@ struct Record {
 
 class LamedbReader {
  public:
-  LamedbReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
+  LamedbReader(ListBuilder& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
     const std::size_t end = startOfBouquets(content);
@@ -196,7 +196,7 @@ class LamedbReader {
     return text;
   }
 
-  ServiceList& list_;
+  ListBuilder& list_;
   Problems& problems_;
   std::string_view version_;
   std::map<TransponderKey, Transponder> transponders_;
@@ -214,7 +214,7 @@ std::optional<std::size_t> findLamedb(std::string_view content) {
   return std::nullopt;
 }
 
-void readLamedb(std::string_view content, ServiceList& list, Problems& problems) {
+void readLamedb(std::string_view content, ListBuilder& list, Problems& problems) {
   LamedbReader(list, problems).read(content);
 }
 

@@ -13,6 +13,6 @@ namespace virtualtv::import {
 std::optional<std::size_t> findLamedb(std::string_view content);
 
 /// Reads an Enigma2 lamedb of version 3, 4 or 5, with the bouquets that `joinedLists` appends to it. See `Format`.
-void readLamedb(std::string_view content, ServiceList& list, Problems& problems);
+void readLamedb(std::string_view content, ListBuilder& list, Problems& problems);
 
 }  // namespace virtualtv::import

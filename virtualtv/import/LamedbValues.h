@@ -8,7 +8,7 @@
 #include <string_view>
 #include <tuple>
 
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 
 namespace virtualtv::import {
 

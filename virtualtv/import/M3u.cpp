@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "import/LineReader.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Words.h"
 
 namespace virtualtv::import {
@@ -62,7 +62,7 @@ void requireAddress(std::string_view line) {
 
 class M3uReader {
  public:
-  M3uReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
+  M3uReader(ListBuilder& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
     for (LineReader lines(content); lines.next();) readLine(lines.number(), trimmed(lines.line()));
@@ -133,7 +133,7 @@ class M3uReader {
     }
   }
 
-  ServiceList& list_;
+  ListBuilder& list_;
   Problems& problems_;
   std::string text_;  ///< entry of the next service
   int told_ = 0;      ///< the line that describes it; 0 for none
@@ -179,7 +179,7 @@ std::optional<std::size_t> findM3u(std::string_view content) {
   return std::nullopt;
 }
 
-void readM3u(std::string_view content, ServiceList& list, Problems& problems) {
+void readM3u(std::string_view content, ListBuilder& list, Problems& problems) {
   M3uReader(list, problems).read(content);
 }
 

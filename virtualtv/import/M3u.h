@@ -13,7 +13,7 @@ namespace virtualtv::import {
 std::optional<std::size_t> findM3u(std::string_view content);
 
 /// Reads an M3U list. See `Format`.
-void readM3u(std::string_view content, ServiceList& list, Problems& problems);
+void readM3u(std::string_view content, ListBuilder& list, Problems& problems);
 
 /// The line before the address of a service: `#EXTINF:LENGTH NAME="VALUE" ...,TITLE`. Views of the line.
 struct ExtInf {

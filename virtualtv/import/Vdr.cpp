@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "import/LineReader.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Streams.h"
 #include "import/VdrFields.h"
 #include "import/Words.h"
@@ -143,7 +143,7 @@ Entry readService(const Fields& fields) {
 
 class VdrReader {
  public:
-  VdrReader(ServiceList& list, Problems& problems) : list_(list), problems_(problems) {}
+  VdrReader(ListBuilder& list, Problems& problems) : list_(list), problems_(problems) {}
 
   void read(std::string_view content) {
     for (LineReader lines(content); lines.next();) {
@@ -193,7 +193,7 @@ class VdrReader {
     }
   }
 
-  ServiceList& list_;
+  ListBuilder& list_;
   Problems& problems_;
 };
 
@@ -212,7 +212,7 @@ std::optional<std::size_t> findVdr(std::string_view content) {
   return std::nullopt;
 }
 
-void readVdr(std::string_view content, ServiceList& list, Problems& problems) {
+void readVdr(std::string_view content, ListBuilder& list, Problems& problems) {
   VdrReader(list, problems).read(content);
 }
 

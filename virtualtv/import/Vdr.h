@@ -15,6 +15,6 @@ namespace virtualtv::import {
 std::optional<std::size_t> findVdr(std::string_view content);
 
 /// Reads VDR's `channels.conf`. See `Format`.
-void readVdr(std::string_view content, ServiceList& list, Problems& problems);
+void readVdr(std::string_view content, ListBuilder& list, Problems& problems);
 
 }  // namespace virtualtv::import

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 
 namespace virtualtv::import {
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 
 namespace virtualtv::import {
 

@@ -13,7 +13,7 @@
 
 #include "import/Dvbv5Values.h"
 #include "import/LineReader.h"
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 #include "import/Streams.h"
 #include "import/Words.h"
 
@@ -220,7 +220,7 @@ std::optional<std::size_t> findZap(std::string_view content) {
   return std::nullopt;
 }
 
-void readZap(std::string_view content, ServiceList& list, Problems& problems) {
+void readZap(std::string_view content, ListBuilder& list, Problems& problems) {
   for (LineReader lines(content); lines.next();) {
     if (lines.isComment() || trimmed(lines.line()).empty()) continue;
     try {

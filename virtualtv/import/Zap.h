@@ -14,6 +14,6 @@ namespace virtualtv::import {
 std::optional<std::size_t> findZap(std::string_view content);
 
 /// Reads a zap file for any antenna. See `Format`.
-void readZap(std::string_view content, ServiceList& list, Problems& problems);
+void readZap(std::string_view content, ListBuilder& list, Problems& problems);
 
 }  // namespace virtualtv::import

@@ -24,7 +24,7 @@ constexpr std::uint64_t greatestChannelNumber = 65534;
 /// What a list says about one service, in the units of the set. Values missing in the list keep their defaults.
 struct Entry {
   std::string_view name;   ///< unchanged from the list
-  std::string_view group;  ///< unchanged from the list; `ServiceList` sets it
+  std::string_view group;  ///< unchanged from the list; `ListBuilder` sets it
   /// The entry of the service, as a list with this service alone. The set stores it to preserve what it has no field
   /// for.
   std::string text;
@@ -60,11 +60,11 @@ int orbitalSource(int tenths, bool west);
 
 /// Builds the services of a list: assigns numbers and unique ids, decodes the names and finds the physical channels.
 /// The last two depend on the whole list. The names passed to it must outlive it.
-class ServiceList {
+class ListBuilder {
  public:
   /// @param format  of the list; outlives it. @param encoding  see `read`.
   /// @throws std::invalid_argument when there is no such encoding.
-  ServiceList(const Format& format, const std::string& encoding);
+  ListBuilder(const Format& format, const std::string& encoding);
 
   /// The services that follow belong to this group.
   void startGroup(std::string_view name);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "import/ServiceList.h"
+#include "import/ListBuilder.h"
 
 #include <algorithm>
 #include <map>
@@ -58,24 +58,24 @@ int orbitalSource(int tenths, bool west) {
   return west && tenths > 0 ? 3600 - tenths : tenths;
 }
 
-ServiceList::ServiceList(const Format& format, const std::string& encoding) : format_(format), decoder_(encoding) {}
+ListBuilder::ListBuilder(const Format& format, const std::string& encoding) : format_(format), decoder_(encoding) {}
 
-void ServiceList::startGroup(std::string_view name) {
+void ListBuilder::startGroup(std::string_view name) {
   if (name != group_) decoder_.learn(name);
   group_ = name;
 }
 
-bool ServiceList::continueFrom(std::uint64_t number) {
+bool ListBuilder::continueFrom(std::uint64_t number) {
   if (number < nextNumber_) return false;
   nextNumber_ = number;
   return true;
 }
 
-std::uint64_t ServiceList::nextNumber() const {
+std::uint64_t ListBuilder::nextNumber() const {
   return nextNumber_;
 }
 
-std::uint64_t ServiceList::serviceId(const Entry& entry) {
+std::uint64_t ListBuilder::serviceId(const Entry& entry) {
   const std::uint64_t antenna = bits(entry.antenna) + 1;
   const std::uint64_t program = entry.identity.value_or(streamBits(entry) << 16U | programBits(entry)) & mask;
   std::uint64_t& n = variants_[antenna << 60U | program];
@@ -85,7 +85,7 @@ std::uint64_t ServiceList::serviceId(const Entry& entry) {
 }
 
 /// Fields come in the order of their ids, so that each goes to the end.
-void ServiceList::setNumbers(Service& service, const Entry& entry) {
+void ListBuilder::setNumbers(Service& service, const Entry& entry) {
   const auto put = [&](int field, std::uint64_t value) {
     service.numbers.emplace_hint(service.numbers.end(), field, value);
   };
@@ -114,14 +114,14 @@ void ServiceList::setNumbers(Service& service, const Entry& entry) {
   put(SERVICE_MODE, 0);
 }
 
-void ServiceList::add(Entry entry) {
+void ListBuilder::add(Entry entry) {
   decoder_.learn(entry.name);
   entry.group = group_;
   if (!entry.major && nextNumber_ <= greatestChannelNumber) entry.major = nextNumber_++;
   entries_.push_back(std::move(entry));
 }
 
-bool ServiceList::addWhole(Service service) {
+bool ListBuilder::addWhole(Service service) {
   if (!ids_.insert(service.numbers.at(TCServiceData::SERVICE_ID)).second) return false;
   services_.push_back(std::move(service));
   return true;
@@ -130,7 +130,7 @@ bool ServiceList::addWhole(Service service) {
 /// Satellite transponders count by frequency, then by polarisation; on several satellites by position after that.
 /// Terrestrial channels have the number of their raster. Cable channels, and terrestrial ones beside the raster, have
 /// their frequency in MHz.
-void ServiceList::setPhysicalChannels(std::vector<Service>& services) const {
+void ListBuilder::setPhysicalChannels(std::vector<Service>& services) const {
   const auto transponder = [](const Entry& one) {
     return std::tuple(one.frequency, one.polarisation, one.source.value_or(-1));
   };
@@ -158,7 +158,7 @@ void ServiceList::setPhysicalChannels(std::vector<Service>& services) const {
   }
 }
 
-std::u16string ServiceList::decoded(std::string_view name) {
+std::u16string ListBuilder::decoded(std::string_view name) {
   std::u16string units = decoder_.decode(name);
   std::replace(units.begin(), units.end(), format_.colon, u':');
   return units;
@@ -166,7 +166,7 @@ std::u16string ServiceList::decoded(std::string_view name) {
 
 /// The text of an entry as UTF-8, behind the name of the format. Lines in ASCII stay as they are, blanks and all;
 /// others are read as a name is.
-std::string ServiceList::kept(std::string_view text) {
+std::string ListBuilder::kept(std::string_view text) {
   std::string kept(format_.name);
   while (!text.empty()) {
     const std::string_view line = cut(text, '\n');
@@ -177,7 +177,7 @@ std::string ServiceList::kept(std::string_view text) {
   return kept;
 }
 
-void ServiceList::setNames(std::vector<Service>& services) {
+void ListBuilder::setNames(std::vector<Service>& services) {
   std::string_view group;
   std::string groupName;
   for (std::size_t at = 0; at < services.size(); ++at) {
@@ -190,7 +190,7 @@ void ServiceList::setNames(std::vector<Service>& services) {
   }
 }
 
-std::vector<Service> ServiceList::finish() {
+std::vector<Service> ListBuilder::finish() {
   if (entries_.empty()) return std::exchange(services_, {});
   std::vector<Service> services(entries_.size());
   for (std::size_t at = 0; at < services.size(); ++at) {
