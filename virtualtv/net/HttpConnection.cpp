@@ -28,7 +28,7 @@ namespace http = boost::beast::http;
 
 namespace {
 
-Answer notAllowed(const std::string& allowed) {
+Response notAllowed(const std::string& allowed) {
   return line(405, "this address takes " + allowed, {{"Allow", allowed}});
 }
 
@@ -38,7 +38,7 @@ bool isOfHttp(error_code error) {
 
 }  // namespace
 
-Answer line(int status, const std::string& text, Headers headers) {
+Response line(int status, const std::string& text, Headers headers) {
   return {status, text + "\n", "text/plain; charset=utf-8", std::move(headers)};
 }
 
@@ -97,7 +97,7 @@ void HttpConnection::takeHead(error_code error) {
   }
   if (verdict_.status == 0) return route();
   if (verdict_.status == 403) site_.complainOnce(verdict_.reason);
-  answer(verdict_.status == 204 ? Answer{.status = 204} : line(verdict_.status, verdict_.reason));
+  answer(verdict_.status == 204 ? Response{.status = 204} : line(verdict_.status, verdict_.reason));
 }
 
 void HttpConnection::route() {
@@ -112,11 +112,11 @@ void HttpConnection::route() {
   for (const WindowId window : windowIds) {
     if (path == std::string("/live/") + nameOf(window)) return isGet ? play(window) : answer(notAllowed("GET, HEAD"));
   }
-  Answer found = pageOrFile(path);
+  Response found = pageOrFile(path);
   answer(found.status == 404 || isGet ? std::move(found) : notAllowed("GET, HEAD"));
 }
 
-Answer HttpConnection::pageOrFile(std::string_view path) const {
+Response HttpConnection::pageOrFile(std::string_view path) const {
   if (path == "/openrpc.json") return {200, site_.calls().openRpc(), "application/json"};
   std::optional<File> file = fileAt(path, site_.access().origins());
   if (!file) return line(404, "there is nothing at this address");
@@ -206,7 +206,7 @@ void HttpConnection::handOn() {
   if (ended_) return;
   const auto reply = [self = shared_from_this()](std::optional<std::string> text) {
     if (!text) return self->answer(line(503, "as many sessions are open as may be"));
-    self->answer(text->empty() ? Answer{.status = 204} : Answer{200, *std::move(text), "application/json"});
+    self->answer(text->empty() ? Response{.status = 204} : Response{200, *std::move(text), "application/json"});
   };
   try {
     site_.calls().post(parser_->get().body().text, sessionNamed(), reply);
@@ -217,7 +217,7 @@ void HttpConnection::handOn() {
 }
 
 void HttpConnection::upgrade() {
-  if (std::optional<Answer> refusal = refusalOfUpgrade()) return answer(*std::move(refusal));
+  if (std::optional<Response> refusal = refusalOfUpgrade()) return answer(*std::move(refusal));
   const auto webSocket = std::make_shared<WebSocket>(site_, socket_.get_executor());
   try {
     webSocket->connect(queryValue(target(), "session"));
@@ -236,7 +236,7 @@ void HttpConnection::upgrade() {
 }
 
 /// Why a request can't become a WebSocket; nothing when it can.
-std::optional<Answer> HttpConnection::refusalOfUpgrade() const {
+std::optional<Response> HttpConnection::refusalOfUpgrade() const {
   const Headers wanted{{"Connection", "Upgrade"}, {"Upgrade", "websocket"}, {"Sec-WebSocket-Version", "13"}};
   if (site_.isEnding()) return line(503, "the server is ending");
   if (!isUpgrade()) return line(426, "calls come by POST, or over a WebSocket", wanted);
@@ -263,33 +263,33 @@ void HttpConnection::refuse(error_code error) {
 void HttpConnection::prepareHead(int status, const Headers& more) {
   const auto& request = parser_->get();
   log(status);
-  response_.emplace(static_cast<http::status>(status), request.version() == 10 ? 10U : 11U);
-  Response& response = *response_;
-  response.set(http::field::server, "emp-window");
-  response.set("X-Content-Type-Options", "nosniff");
-  if (status != 204) response.set(http::field::cache_control, "no-store");
+  message_.emplace(static_cast<http::status>(status), request.version() == 10 ? 10U : 11U);
+  Message& message = *message_;
+  message.set(http::field::server, "emp-window");
+  message.set("X-Content-Type-Options", "nosniff");
+  if (status != 204) message.set(http::field::cache_control, "no-store");
   for (const Headers& headers : {verdict_.headers, more}) {
-    for (const auto& [name, value] : headers) response.set(name, value);
+    for (const auto& [name, value] : headers) message.set(name, value);
   }
   // Close unless the body was read to its end: the rest would be read as the next request.
   last_ = last_ || site_.isEnding() || !request.keep_alive() || !parser_->is_done();
-  response.keep_alive(!last_);
+  message.keep_alive(!last_);
 }
 
-void HttpConnection::answer(Answer answer) {
+void HttpConnection::answer(Response response) {
   if (ended_) return;
-  prepareHead(answer.status, answer.headers);
-  if (answer.status != 204) {
-    response_->set(http::field::content_type, boost::beast::string_view(answer.type.data(), answer.type.size()));
-    response_->body() = std::move(answer.body);
-    response_->prepare_payload();
+  prepareHead(response.status, response.headers);
+  if (response.status != 204) {
+    message_->set(http::field::content_type, boost::beast::string_view(response.type.data(), response.type.size()));
+    message_->body() = std::move(response.body);
+    message_->prepare_payload();
   }
   write();
 }
 
 void HttpConnection::write() {
   within(site_.limits().forAnswer);
-  serializer_.emplace(*response_);
+  serializer_.emplace(*message_);
   const auto then = [self = shared_from_this()](error_code error, std::size_t) {
     self->serializer_.reset();
     if (error && error != http::error::end_of_stream) return self->end();

@@ -21,16 +21,16 @@
 
 namespace virtualtv::net {
 
-/// The answer to a request.
-struct Answer {
+/// A response to a request.
+struct Response {
   int status = 200;
   std::string body = {};
   std::string_view type = "text/plain; charset=utf-8";
   Headers headers = {};
 };
 
-/// An answer with a line for a person.
-Answer line(int status, const std::string& text, Headers headers = {});
+/// A response with a line for a person.
+Response line(int status, const std::string& text, Headers headers = {});
 
 /// A client's connection over HTTP. Requests are read and answered one after the other.
 class HttpConnection final : public Connection, public std::enable_shared_from_this<HttpConnection> {
@@ -44,7 +44,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void cut() override { end(); }
 
  private:
-  using Response = boost::beast::http::response<boost::beast::http::string_body>;
+  using Message = boost::beast::http::response<boost::beast::http::string_body>;
 
   void awaitRequest();
   void awaitBytes();
@@ -60,11 +60,11 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   void tellScan();
   void handOn();
   void upgrade();
-  std::optional<Answer> refusalOfUpgrade() const;
-  Answer pageOrFile(std::string_view path) const;
+  std::optional<Response> refusalOfUpgrade() const;
+  Response pageOrFile(std::string_view path) const;
   /// Answers a message that can't be read.
   void refuse(error_code error);
-  void answer(Answer answer);
+  void answer(Response response);
   void write();
   void next();
   void prepareHead(int status, const Headers& more);
@@ -95,7 +95,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   Verdict verdict_;
   std::unique_ptr<broadcast::Scanner> scanner_;  ///< scans the body of a request that sends a broadcast
   std::shared_ptr<Play> play_;                   ///< the recording that the client watches; null for none
-  std::optional<Response> response_;
+  std::optional<Message> message_;
   std::optional<boost::beast::http::response_serializer<boost::beast::http::string_body>> serializer_;
   int emptyLines_ = 0;  ///< number of empty lines dropped before the request
   bool idle_ = false;   ///< between two requests

@@ -56,9 +56,9 @@ void HttpConnection::sayWhatPlays() {
   }
   last_ = last_ || parser_->get().version() == 10;  // HTTP/1.0 ends a body by closing only
   prepareHead(200, {{"Content-Type", play_->type()}});
-  response_->chunked(parser_->get().version() != 10);
+  message_->chunked(parser_->get().version() != 10);
   within(site_.limits().forAnswer);
-  serializer_.emplace(*response_);
+  serializer_.emplace(*message_);
   serializer_->split(true);
   http::async_write_header(socket_, *serializer_, [self = shared_from_this()](error_code error, std::size_t) {
     self->serializer_.reset();
@@ -77,7 +77,7 @@ void HttpConnection::sendPiece() {
 void HttpConnection::takePiece(std::string_view piece) {
   if (ended_) return;
   const bool isLast = piece.empty();
-  const bool isChunked = response_->chunked();
+  const bool isChunked = message_->chunked();
   if (isLast) endPlay();
   if (isLast && !isChunked) return next();
   within(site_.limits().forAnswer);
