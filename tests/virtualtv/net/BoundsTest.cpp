@@ -34,7 +34,7 @@ TEST(BoundsTest, TakesABodyOfTheGreatestSizeAndNoGreaterOne) {
   Served served;
   Wire wire(served.port());
   EXPECT_EQ(idOf(wire.ask(head + "Content-Length: " + std::to_string(most) + "\n", padded(5, most)).body), 5);
-  const Reply refused = wire.ask(head + "Content-Length: " + std::to_string(most + 1) + "\n");
+  const HttpResponse refused = wire.ask(head + "Content-Length: " + std::to_string(most + 1) + "\n");
   EXPECT_EQ(refused.status, 413);
   EXPECT_EQ(refused.headers.at("connection"), "close");
   EXPECT_TRUE(wire.isAtEnd());
@@ -43,7 +43,7 @@ TEST(BoundsTest, TakesABodyOfTheGreatestSizeAndNoGreaterOne) {
 TEST(BoundsTest, TellsAClientThatSendsTooMuchAllTheSame) {
   Served served;
   Wire wire(served.port());
-  const Reply refused =
+  const HttpResponse refused =
       wire.ask(head + "Content-Length: " + std::to_string(most + 1000) + "\n", padded(5, most + 1000));
   EXPECT_EQ(refused.status, 413);
 }
@@ -70,7 +70,7 @@ TEST(BoundsTest, RefusesAHeadWithoutEnd) {
   EXPECT_EQ(wire.ask("GET / HTTP/1.1\nHost: localhost\nA: " + std::string(2500, 'a') + "\n").status, 431);
   Wire target(served.port());
   target.send("GET /" + std::string(5000, 'a'));
-  EXPECT_EQ(target.reply().status, 431);
+  EXPECT_EQ(target.response().status, 431);
   Wire extension(served.port());
   EXPECT_GE(extension.ask(head + "Transfer-Encoding: chunked\n", "1;" + std::string(10000, 'x')).status, 400);
 }

@@ -29,8 +29,8 @@ std::string large(int number) {
 }
 
 /// The region in the answer to `quick`.
-int regionIn(const std::string& reply) {
-  std::istringstream stream(reply);
+int regionIn(const std::string& response) {
+  std::istringstream stream(response);
   Json::Value value;
   stream >> value;
   return std::stoi(value["result"]["value"].asString());
@@ -103,8 +103,8 @@ TEST_F(FairnessTest, ASmallRequestWaitsForTwoLargeOnesAtMost) {
     for (const auto& [number, wire] : wires) wire->send(" ");
     small.sendRequest(postOf(quick(1)), quick(1));
   });
-  EXPECT_LE(regionIn(small.reply().body), 2);
-  for (int number = 1; number <= many; ++number) EXPECT_EQ(idOf(wires[number]->reply().body), number);
+  EXPECT_LE(regionIn(small.response().body), 2);
+  for (int number = 1; number <= many; ++number) EXPECT_EQ(idOf(wires[number]->response().body), number);
 }
 
 TEST_F(FairnessTest, RequestsOfASessionStayInTheirOrder) {
@@ -118,7 +118,7 @@ TEST_F(FairnessTest, RequestsOfASessionStayInTheirOrder) {
     for (const auto& [number, wire] : wires) wire->send(" ");
     small.sendRequest(postOf(quick(1), session), quick(1));
   });
-  EXPECT_EQ(regionIn(small.reply().body), many);
+  EXPECT_EQ(regionIn(small.response().body), many);
 }
 
 TEST_F(FairnessTest, ConnectionsThatEndMeanwhileAreLeftOut) {
@@ -132,7 +132,7 @@ TEST_F(FairnessTest, ConnectionsThatEndMeanwhileAreLeftOut) {
       if (number > 4) wires[number]->close();
     }
   });
-  EXPECT_EQ(idOf(wires[1]->reply().body), 1);
+  EXPECT_EQ(idOf(wires[1]->response().body), 1);
   EXPECT_EQ(idOf(wires[2]->frame().payload), 2);
   EXPECT_EQ(idOf(other.call(quick(7))), 7);
   Wire last(served.port());

@@ -35,7 +35,7 @@ class Viewer {
   explicit Viewer(unsigned short port, const std::string& window = "main", int buffer = 0,
                   const std::string& lines = "");
 
-  Reply head;  ///< head of the answer; with a body when the request is refused
+  HttpResponse head;  ///< head of the answer; with a body when the request is refused
   /// The next piece; empty at the end.
   std::string piece();
   /// Reads at least this many bytes.

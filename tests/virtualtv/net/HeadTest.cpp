@@ -24,13 +24,13 @@ const std::string page = "GET / HTTP/1.1\nHost: localhost\n";
 class HeadTest : public ::testing::Test {
  protected:
   /// Sends a request with another one in its body. @return the answer, behind which nothing may come.
-  Reply askWithHidden(const std::string& lines) {
+  HttpResponse askWithHidden(const std::string& lines) {
     Wire own(served.port());
     own.sendRequest(lines, "GET /nothing HTTP/1.1\r\nHost: localhost\r\n\r\n");
     own.endSending();
-    Reply reply = own.reply();
+    HttpResponse response = own.response();
     EXPECT_EQ(own.readAll(), "") << lines;
-    return reply;
+    return response;
   }
 
   Served served{options()};
@@ -51,9 +51,9 @@ TEST_F(HeadTest, ABodyWhoseEndIsNotClearEndsTheConnection) {
     EXPECT_EQ(askWithHidden(call + more).status, 400) << more;
   }
   EXPECT_EQ(askWithHidden("POST /rpc HTTP/1.0\nHost: localhost\nTransfer-Encoding: chunked\n").status, 400);
-  Reply reply = askWithHidden(call + "Transfer-Encoding: gzip\n");
-  EXPECT_EQ(reply.body, "the Transfer-Encoding of a request is chunked, not 'gzip'\n");
-  EXPECT_EQ(reply.headers["connection"], "close");
+  HttpResponse response = askWithHidden(call + "Transfer-Encoding: gzip\n");
+  EXPECT_EQ(response.body, "the Transfer-Encoding of a request is chunked, not 'gzip'\n");
+  EXPECT_EQ(response.headers["connection"], "close");
 }
 
 TEST_F(HeadTest, OtherCodingsBeforeChunkedAreNotImplemented) {
@@ -66,7 +66,7 @@ TEST_F(HeadTest, OtherCodingsBeforeChunkedAreNotImplemented) {
 
 TEST_F(HeadTest, ABodyIsTakenAsItIs) {
   for (const char* coding : {"gzip", "identity, gzip", "x", "identity\nContent-Encoding: br"}) {
-    const Reply refused = askWithHidden(call + "Content-Length: 44\nContent-Encoding: " + coding + "\n");
+    const HttpResponse refused = askWithHidden(call + "Content-Length: 44\nContent-Encoding: " + coding + "\n");
     EXPECT_EQ(refused.status, 415) << coding;
     EXPECT_EQ(refused.headers.at("accept-encoding"), "identity");
   }
@@ -90,30 +90,30 @@ TEST_F(HeadTest, SaysWhatIsWrongWithAHost) {
 
 TEST_F(HeadTest, IgnoresAFewEmptyLinesBeforeARequest) {
   wire.send("\r\nGET /nothing HTTP/1.1\r\nHost: localhost\r\n\r\n");
-  EXPECT_EQ(wire.reply().status, 404);
+  EXPECT_EQ(wire.response().status, 404);
   wire.send("\r\n");
   wire.send("\r");
   EXPECT_EQ(Wire(served.port()).ask(page).status, 200);  // the line has come in two parts
   wire.send("\nGET / HTTP/1.1\r\nHost: localhost\r\n\r\n\r\n\r\n");
-  EXPECT_EQ(wire.reply().status, 200);
+  EXPECT_EQ(wire.response().status, 200);
   EXPECT_EQ(wire.ask(postOf(quick(1)), quick(1) + "\r\n").status, 200);
   EXPECT_EQ(wire.ask(postOf(quick(2)), quick(2)).status, 200);
   Wire endless(served.port());
   for (int line = 0; line < 100; ++line) endless.trySend("\r\n");
-  EXPECT_EQ(endless.reply().status, 400);
+  EXPECT_EQ(endless.response().status, 400);
   Wire bare(served.port());
   bare.send("\rGET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
-  EXPECT_EQ(bare.reply().status, 400);
+  EXPECT_EQ(bare.response().status, 400);
 }
 
 TEST_F(HeadTest, AnswersToBadHeadsNameAnAllowedOriginWhereItCouldBeRead) {
   const std::string origin = "Origin: http://app.example\n";
   const std::string large = "A: " + std::string(2500, 'a') + "\n";
   const auto named = [&](const std::string& lines, int status) {
-    Reply reply = Wire(served.port()).ask(lines);
-    EXPECT_EQ(reply.status, status) << lines;
-    EXPECT_EQ(reply.headers["vary"], "Origin") << lines;
-    return reply.headers["access-control-allow-origin"];
+    HttpResponse response = Wire(served.port()).ask(lines);
+    EXPECT_EQ(response.status, status) << lines;
+    EXPECT_EQ(response.headers["vary"], "Origin") << lines;
+    return response.headers["access-control-allow-origin"];
   };
   for (const auto& [bad, status] : {std::pair<std::string, int>{"Content-Length: x\n", 400},
                                     {"Content-Length: 1\nContent-Length: 2\n", 400},
@@ -139,9 +139,9 @@ TEST_F(HeadTest, HeadersThatStandOnceAreRefusedTwice) {
                                     {call + "Emp-Session: x\n", "Emp-Session"},
                                     {upgrade, "Sec-WebSocket-Key"},
                                     {upgrade, "Sec-WebSocket-Version"}}) {
-    const Reply reply = Wire(served.port()).ask(lines + name + ": x\n");
-    EXPECT_EQ(reply.status, 400) << name;
-    EXPECT_EQ(reply.body, "a request has one " + name + " header at most\n");
+    const HttpResponse response = Wire(served.port()).ask(lines + name + ": x\n");
+    EXPECT_EQ(response.status, 400) << name;
+    EXPECT_EQ(response.body, "a request has one " + name + " header at most\n");
   }
 }
 

@@ -33,29 +33,29 @@ class HttpTest : public ::testing::Test {
 };
 
 TEST_F(HttpTest, AnswersACall) {
-  const Reply reply = wire.ask(postOf(quick(7)), quick(7));
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_EQ(idOf(reply.body), 7);
-  EXPECT_EQ(reply.headers.at("content-type"), "application/json");
-  EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
-  EXPECT_EQ(reply.headers.at("vary"), "Origin");
-  EXPECT_EQ(reply.headers.count("access-control-allow-origin"), 0U);
-  EXPECT_EQ(reply.headers.count("set-cookie"), 0U);
+  const HttpResponse response = wire.ask(postOf(quick(7)), quick(7));
+  EXPECT_EQ(response.status, 200);
+  EXPECT_EQ(idOf(response.body), 7);
+  EXPECT_EQ(response.headers.at("content-type"), "application/json");
+  EXPECT_EQ(response.headers.at("x-content-type-options"), "nosniff");
+  EXPECT_EQ(response.headers.at("vary"), "Origin");
+  EXPECT_EQ(response.headers.count("access-control-allow-origin"), 0U);
+  EXPECT_EQ(response.headers.count("set-cookie"), 0U);
 }
 
 TEST_F(HttpTest, AnswersNotificationsWithNothing) {
   const std::string notification = R"({"jsonrpc":"2.0","method":"tv.get","params":{"name":"region"}})";
-  const Reply reply = wire.ask(postOf(notification), notification);
-  EXPECT_EQ(reply.status, 204);
-  EXPECT_EQ(reply.headers.count("content-length"), 0U);
-  EXPECT_EQ(reply.headers.count("content-type"), 0U);
+  const HttpResponse response = wire.ask(postOf(notification), notification);
+  EXPECT_EQ(response.status, 204);
+  EXPECT_EQ(response.headers.count("content-length"), 0U);
+  EXPECT_EQ(response.headers.count("content-type"), 0U);
   EXPECT_EQ(wire.ask(postOf(quick(1)), quick(1)).status, 200);
 }
 
 TEST_F(HttpTest, LeavesWhatIsNoJsonToTheDispatcher) {
-  const Reply reply = wire.ask(postOf("{"), "{");
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_NE(reply.body.find("-32700"), std::string::npos) << reply.body;
+  const HttpResponse response = wire.ask(postOf("{"), "{");
+  EXPECT_EQ(response.status, 200);
+  EXPECT_NE(response.body.find("-32700"), std::string::npos) << response.body;
   EXPECT_NE(wire.ask(postOf("")).body.find("-32700"), std::string::npos);
 }
 
@@ -80,10 +80,10 @@ TEST_F(HttpTest, TakesJsonAlone) {
 TEST_F(HttpTest, TakesBodiesInChunks) {
   std::string chunks;
   for (const char byte : quick(9)) chunks += std::string("1;x=y\r\n") + byte + "\r\n";
-  const Reply reply =
+  const HttpResponse response =
       wire.ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: application/json\nTransfer-Encoding: chunked\n",
                chunks + "0\r\nTrailer: x\r\n\r\n");
-  EXPECT_EQ(idOf(reply.body), 9);
+  EXPECT_EQ(idOf(response.body), 9);
 }
 
 TEST_F(HttpTest, AnswersManyRequestsOnAConnectionInTheirOrder) {
@@ -93,11 +93,11 @@ TEST_F(HttpTest, AnswersManyRequestsOnAConnectionInTheirOrder) {
              std::to_string(quick(id).size()) + "\r\n\r\n" + quick(id);
   }
   wire.send(bytes);
-  for (int id = 1; id <= 50; ++id) EXPECT_EQ(idOf(wire.reply().body), id);
+  for (int id = 1; id <= 50; ++id) EXPECT_EQ(idOf(wire.response().body), id);
 }
 
 TEST_F(HttpTest, ClosesWhereItIsAskedTo) {
-  const Reply last = wire.ask(postOf(quick(1), "Connection: close\n"), quick(1));
+  const HttpResponse last = wire.ask(postOf(quick(1), "Connection: close\n"), quick(1));
   EXPECT_EQ(last.status, 200);
   EXPECT_EQ(last.headers.at("connection"), "close");
   EXPECT_TRUE(wire.isAtEnd());
@@ -113,7 +113,7 @@ TEST_F(HttpTest, SaysThatItGoesOnWhereThatIsAsked) {
       std::to_string(quick(3).size()) + "\r\n\r\n");
   EXPECT_EQ(wire.readUntil("\r\n\r\n"), "HTTP/1.1 100 Continue\r\n\r\n");
   wire.send(quick(3));
-  EXPECT_EQ(idOf(wire.reply().body), 3);
+  EXPECT_EQ(idOf(wire.response().body), 3);
   Wire refused(served.port());
   EXPECT_EQ(refused
                 .ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: text/plain\nExpect: 100-continue\n"
@@ -125,10 +125,10 @@ TEST_F(HttpTest, SaysThatItGoesOnWhereThatIsAsked) {
 
 TEST_F(HttpTest, SaysWhichMethodsAnAddressTakes) {
   for (const char* method : {"PUT", "DELETE", "PATCH", "OPTIONS", "TRACE", "NONSENSE"}) {
-    const Reply calls = wire.ask(std::string(method) + " /rpc HTTP/1.1\nHost: localhost\n");
+    const HttpResponse calls = wire.ask(std::string(method) + " /rpc HTTP/1.1\nHost: localhost\n");
     EXPECT_EQ(calls.status, 405) << method;
     EXPECT_EQ(calls.headers.at("allow"), "GET, HEAD, POST");
-    const Reply page = wire.ask(std::string(method) + " / HTTP/1.1\nHost: localhost\n");
+    const HttpResponse page = wire.ask(std::string(method) + " / HTTP/1.1\nHost: localhost\n");
     EXPECT_EQ(page.status, 405) << method;
     EXPECT_EQ(page.headers.at("allow"), "GET, HEAD");
   }
@@ -139,22 +139,22 @@ TEST_F(HttpTest, SaysWhichMethodsAnAddressTakes) {
 TEST_F(HttpTest, HasNothingElsewhere) {
   for (const char* target : {"/nothing", "/rpc/", "/%72pc", "//rpc", "/index.html", "/../etc/passwd", "/live/main",
                              "/live/pip", "/?x", "/rpc#x"}) {
-    const Reply reply = wire.ask("GET " + std::string(target) + " HTTP/1.1\nHost: localhost\n");
-    EXPECT_EQ(reply.status, std::string(target) == "/?x" ? 200 : 404) << target;
-    EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
+    const HttpResponse response = wire.ask("GET " + std::string(target) + " HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(response.status, std::string(target) == "/?x" ? 200 : 404) << target;
+    EXPECT_EQ(response.headers.at("x-content-type-options"), "nosniff");
   }
   EXPECT_EQ(wire.ask("PUT /nothing HTTP/1.1\nHost: localhost\n").status, 404);
 }
 
 TEST_F(HttpTest, ShowsAPageThatLoadsNothingFromElsewhere) {
-  const Reply page = wire.ask("GET / HTTP/1.1\nHost: localhost:1234\n");
+  const HttpResponse page = wire.ask("GET / HTTP/1.1\nHost: localhost:1234\n");
   EXPECT_EQ(page.status, 200);
   EXPECT_EQ(page.headers.at("content-type"), "text/html; charset=utf-8");
   EXPECT_EQ(page.headers.at("content-security-policy"),
             "default-src 'self'; media-src 'self' blob:; frame-src 'self'; frame-ancestors 'none'; object-src 'none'; "
             "base-uri 'none'; form-action 'none'");
   EXPECT_EQ(page.body, test::contentOf(pageFolder / "index.html"));
-  const Reply head = wire.ask("HEAD / HTTP/1.1\nHost: localhost:1234\n");
+  const HttpResponse head = wire.ask("HEAD / HTTP/1.1\nHost: localhost:1234\n");
   EXPECT_EQ(head.status, 200);
   EXPECT_EQ(head.headers, page.headers);
   EXPECT_EQ(wire.ask("GET / HTTP/1.1\nHost: localhost:1234\n").body, page.body);
@@ -168,12 +168,12 @@ TEST_F(HttpTest, HasTheFilesThatThePageLoadsFromThere) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(pageFolder)) {
     if (!types.contains(entry.path().extension())) continue;
     const std::string path = "/page/" + entry.path().lexically_relative(pageFolder).string();
-    const Reply reply = wire.ask("GET " + path + " HTTP/1.1\nHost: localhost\n");
-    EXPECT_EQ(reply.status, 200) << path;
-    EXPECT_EQ(reply.headers.at("content-type"), types.at(entry.path().extension())) << path;
-    EXPECT_EQ(reply.body, test::contentOf(entry.path())) << path;
+    const HttpResponse response = wire.ask("GET " + path + " HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(response.status, 200) << path;
+    EXPECT_EQ(response.headers.at("content-type"), types.at(entry.path().extension())) << path;
+    EXPECT_EQ(response.body, test::contentOf(entry.path())) << path;
     for (const char* elsewhere : {"src=\"http", "href=\"http", "url(", "import 'http"}) {
-      EXPECT_EQ(reply.body.find(elsewhere), std::string::npos) << path << ": " << elsewhere;
+      EXPECT_EQ(response.body.find(elsewhere), std::string::npos) << path << ": " << elsewhere;
     }
   }
   for (const char* none : {"/page", "/page/", "/page/nothing.js", "/page/../client.js", "/page/tsconfig.json"}) {
@@ -188,17 +188,17 @@ TEST_F(HttpTest, CompressesFilesForWhoTakesThat) {
   const std::string whole = test::contentOf(std::filesystem::path(CLIENT_FILES) / "client.js");
   for (const char* lines : {"", "Accept-Encoding: identity\n", "Accept-Encoding: gzip;q=0, br\n", "Accept-Encoding:\n",
                             "Accept-Encoding: gzip; q=0.000\n", "Accept-Encoding: x-gzip-like\n"}) {
-    const Reply reply = ask(lines);
-    EXPECT_EQ(reply.body, whole) << lines;
-    EXPECT_EQ(reply.headers.count("content-encoding"), 0U) << lines;
-    EXPECT_EQ(reply.headers.at("vary"), "Origin, Accept-Encoding") << lines;
+    const HttpResponse response = ask(lines);
+    EXPECT_EQ(response.body, whole) << lines;
+    EXPECT_EQ(response.headers.count("content-encoding"), 0U) << lines;
+    EXPECT_EQ(response.headers.at("vary"), "Origin, Accept-Encoding") << lines;
   }
   for (const char* lines : {"Accept-Encoding: gzip\n", "Accept-Encoding: br, GZIP ;q=0.5\n",
                             "Accept-Encoding: deflate\nAccept-Encoding: gzip;q=1\n"}) {
-    const Reply reply = ask(lines);
-    EXPECT_EQ(reply.headers.at("content-encoding"), "gzip") << lines;
-    EXPECT_EQ(reply.body.substr(0, 3), "\x1f\x8b\x08") << lines;
-    EXPECT_LT(reply.body.size(), whole.size() / 2) << lines;
+    const HttpResponse response = ask(lines);
+    EXPECT_EQ(response.headers.at("content-encoding"), "gzip") << lines;
+    EXPECT_EQ(response.body.substr(0, 3), "\x1f\x8b\x08") << lines;
+    EXPECT_LT(response.body.size(), whole.size() / 2) << lines;
   }
 }
 
@@ -206,29 +206,29 @@ TEST_F(HttpTest, HasTheFilesOfTheClientThatPagesLoad) {
   const std::filesystem::path folder = CLIENT_FILES;
   for (const char* const name :
        {"client.js", "window.js", "transcript.js", "client.d.ts", "commands.d.ts", "transcript.d.ts"}) {
-    const Reply reply = wire.ask("GET /" + std::string(name) + "?name=tv HTTP/1.1\nHost: localhost\n");
-    EXPECT_EQ(reply.status, 200) << name;
+    const HttpResponse response = wire.ask("GET /" + std::string(name) + "?name=tv HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(response.status, 200) << name;
     const bool isScript = std::filesystem::path(name).extension() == ".js";
-    EXPECT_EQ(reply.headers.at("content-type"),
+    EXPECT_EQ(response.headers.at("content-type"),
               isScript ? "text/javascript; charset=utf-8" : "text/plain; charset=utf-8");
-    EXPECT_EQ(reply.body, test::contentOf(folder / name)) << name;
+    EXPECT_EQ(response.body, test::contentOf(folder / name)) << name;
   }
   EXPECT_EQ(wire.ask("GET /launch.js HTTP/1.1\nHost: localhost\n").status, 404) << "only Node needs it";
 }
 
 TEST_F(HttpTest, TellsItsMethods) {
-  const Reply reply = wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\n");
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_EQ(reply.headers.at("content-type"), "application/json");
-  EXPECT_NE(reply.body.find("\"openrpc\""), std::string::npos);
+  const HttpResponse response = wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\n");
+  EXPECT_EQ(response.status, 200);
+  EXPECT_EQ(response.headers.at("content-type"), "application/json");
+  EXPECT_NE(response.body.find("\"openrpc\""), std::string::npos);
 }
 
 TEST_F(HttpTest, WantsAnUpgradeWhereThereIsNoCall) {
   for (const char* method : {"GET", "HEAD"}) {
-    const Reply reply = wire.ask(std::string(method) + " /rpc HTTP/1.1\nHost: localhost\n");
-    EXPECT_EQ(reply.status, 426);
-    EXPECT_EQ(reply.headers.at("upgrade"), "websocket");
-    EXPECT_EQ(reply.headers.at("connection"), "Upgrade");
+    const HttpResponse response = wire.ask(std::string(method) + " /rpc HTTP/1.1\nHost: localhost\n");
+    EXPECT_EQ(response.status, 426);
+    EXPECT_EQ(response.headers.at("upgrade"), "websocket");
+    EXPECT_EQ(response.headers.at("connection"), "Upgrade");
   }
 }
 
@@ -243,9 +243,9 @@ TEST_F(HttpTest, RefusesWhatIsNoRequest) {
         "Transfer-Encoding: chunked\r\n\r\nzz\r\n\r\n"}) {
     Wire own(served.port());
     own.send(bytes);
-    const Reply reply = own.reply();
-    EXPECT_EQ(reply.status, 400) << bytes;
-    EXPECT_EQ(reply.headers.at("connection"), "close");
+    const HttpResponse response = own.response();
+    EXPECT_EQ(response.status, 400) << bytes;
+    EXPECT_EQ(response.headers.at("connection"), "close");
     EXPECT_TRUE(own.isAtEnd());
   }
 }
@@ -257,26 +257,26 @@ TEST_F(HttpTest, RefusesHostsOriginsAndTargetsThatAreNotClear) {
         "GET / HTTP/1.1\nHost: localhost\nOrigin: http://localhost\nOrigin: http://localhost\n",
         "OPTIONS * HTTP/1.1\nHost: localhost\n", "CONNECT localhost:80 HTTP/1.1\nHost: localhost\n"}) {
     Wire own(served.port());
-    const Reply reply = own.ask(lines);
-    EXPECT_EQ(reply.status, 400) << lines;
-    EXPECT_FALSE(reply.body.empty());
+    const HttpResponse response = own.ask(lines);
+    EXPECT_EQ(response.status, 400) << lines;
+    EXPECT_FALSE(response.body.empty());
   }
 }
 
 TEST_F(HttpTest, DoesNotTakeTheRestOfARefusedBodyForARequest) {
   const std::string hidden = "POST /rpc HTTP/1.1\r\nHost: localhost\r\n\r\n";
-  const Reply reply = wire.ask(
+  const HttpResponse response = wire.ask(
       "POST /rpc HTTP/1.1\nHost: evil.example\nContent-Length: " + std::to_string(hidden.size()) + "\n", hidden);
-  EXPECT_EQ(reply.status, 403);
+  EXPECT_EQ(response.status, 403);
   EXPECT_TRUE(wire.isAtEnd());
 }
 
 TEST_F(HttpTest, TellsOnceOnlyWhoMayNotAsk) {
   for (int time = 0; time < 3; ++time) {
     EXPECT_EQ(wire.ask("GET / HTTP/1.1\nHost: localhost\nOrigin: http://a.example\n").status, 403);
-    const Reply reply = wire.ask("GET / HTTP/1.1\nHost: tv.example\n");
-    EXPECT_EQ(reply.status, 403);
-    EXPECT_EQ(reply.body, "this server is not known as tv.example: start it with --allow-host tv.example\n");
+    const HttpResponse response = wire.ask("GET / HTTP/1.1\nHost: tv.example\n");
+    EXPECT_EQ(response.status, 403);
+    EXPECT_EQ(response.body, "this server is not known as tv.example: start it with --allow-host tv.example\n");
   }
   EXPECT_EQ(served.complaints(),
             (Texts{"pages of http://a.example may not use this server: start it with --allow-origin http://a.example",
@@ -323,11 +323,11 @@ class AccessOverHttpTest : public ::testing::Test {
 
 TEST_F(AccessOverHttpTest, NamesAnAllowedOriginInEveryAnswer) {
   const std::string origin = "Origin: http://app.example:5173\n";
-  const auto named = [](const Reply& reply) {
-    EXPECT_EQ(reply.headers.at("vary").substr(0, 6), "Origin");
-    EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
-    const auto found = reply.headers.find("access-control-allow-origin");
-    return found == reply.headers.end() ? "" : found->second;
+  const auto named = [](const HttpResponse& response) {
+    EXPECT_EQ(response.headers.at("vary").substr(0, 6), "Origin");
+    EXPECT_EQ(response.headers.at("x-content-type-options"), "nosniff");
+    const auto found = response.headers.find("access-control-allow-origin");
+    return found == response.headers.end() ? "" : found->second;
   };
   const std::string key = "Authorization: Bearer s3cret\n";
   for (const auto& [lines, status] : {
@@ -341,12 +341,12 @@ TEST_F(AccessOverHttpTest, NamesAnAllowedOriginInEveryAnswer) {
            {"GET /rpc HTTP/1.1\nHost: localhost\n" + key, 426},
            {"GET /openrpc.json HTTP/1.1\nHost: tv.example\n" + key, 200},
        }) {
-    const Reply reply = wire.ask(lines + origin);
-    EXPECT_EQ(reply.status, status) << lines;
-    EXPECT_EQ(named(reply), "http://app.example:5173") << lines;
+    const HttpResponse response = wire.ask(lines + origin);
+    EXPECT_EQ(response.status, status) << lines;
+    EXPECT_EQ(named(response), "http://app.example:5173") << lines;
   }
   Wire big(served.port());
-  const Reply tooBig =
+  const HttpResponse tooBig =
       big.ask("POST /rpc HTTP/1.1\nHost: localhost\nContent-Type: application/json\nContent-Length: 999999999\n" + key +
               origin);
   EXPECT_EQ(tooBig.status, 413);
@@ -359,14 +359,14 @@ TEST_F(AccessOverHttpTest, NamesAnAllowedOriginInEveryAnswer) {
 
 TEST_F(AccessOverHttpTest, AnswersPreflights) {
   const std::string question = "OPTIONS /rpc HTTP/1.1\nHost: localhost\nOrigin: http://app.example:1\n";
-  const Reply reply =
+  const HttpResponse response =
       wire.ask(question + "Access-Control-Request-Method: POST\nAccess-Control-Request-Private-Network: true\n");
-  EXPECT_EQ(reply.status, 204);
-  EXPECT_EQ(reply.headers.at("access-control-allow-origin"), "http://app.example:1");
-  EXPECT_EQ(reply.headers.at("access-control-allow-methods"), "GET, POST");
-  EXPECT_EQ(reply.headers.at("access-control-allow-headers"), "authorization, content-type, emp-session");
-  EXPECT_EQ(reply.headers.at("access-control-max-age"), "7200");
-  EXPECT_EQ(reply.headers.at("access-control-allow-private-network"), "true");
+  EXPECT_EQ(response.status, 204);
+  EXPECT_EQ(response.headers.at("access-control-allow-origin"), "http://app.example:1");
+  EXPECT_EQ(response.headers.at("access-control-allow-methods"), "GET, POST");
+  EXPECT_EQ(response.headers.at("access-control-allow-headers"), "authorization, content-type, emp-session");
+  EXPECT_EQ(response.headers.at("access-control-max-age"), "7200");
+  EXPECT_EQ(response.headers.at("access-control-allow-private-network"), "true");
   EXPECT_EQ(wire.ask(question + "Access-Control-Request-Method: POST\n")
                 .headers.count("access-control-allow-private-network"),
             0U);
@@ -377,7 +377,7 @@ TEST_F(AccessOverHttpTest, WantsTheToken) {
   EXPECT_EQ(wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\n").status, 401);
   EXPECT_EQ(wire.ask("GET /openrpc.json HTTP/1.1\nHost: localhost\nAuthorization: Bearer s3cret\n").status, 200);
   EXPECT_EQ(wire.ask("GET /scan HTTP/1.1\nHost: localhost\n").status, 401);
-  const Reply refused = wire.upgrade("/rpc?token=wrong");
+  const HttpResponse refused = wire.upgrade("/rpc?token=wrong");
   EXPECT_EQ(refused.status, 401);
   EXPECT_EQ(refused.headers.at("www-authenticate"), "Bearer");
   EXPECT_EQ(wire.upgrade("/rpc?token=s3cret").status, 101);
@@ -385,7 +385,7 @@ TEST_F(AccessOverHttpTest, WantsTheToken) {
 }
 
 TEST_F(AccessOverHttpTest, ThePageMayShowAllowedOrigins) {
-  const Reply page = wire.ask("GET / HTTP/1.1\nHost: localhost\n");
+  const HttpResponse page = wire.ask("GET / HTTP/1.1\nHost: localhost\n");
   EXPECT_NE(page.headers.at("content-security-policy").find("frame-src 'self' http://app.example:*;"),
             std::string::npos);
 }

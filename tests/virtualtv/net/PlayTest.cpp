@@ -179,9 +179,9 @@ TEST_F(PlayTest, MakesNoMoreThanIsRead) {
 TEST_F(PlayTest, AnswersHeadAndOlderClients) {
   Wire wire(served.port());
   wire.sendRequest("HEAD /live/main HTTP/1.1\nHost: localhost\n");
-  const Reply reply = wire.reply(false);
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_TRUE(reply.headers.at("content-type").starts_with("video/mp4; "));
+  const HttpResponse response = wire.response(false);
+  EXPECT_EQ(response.status, 200);
+  EXPECT_TRUE(response.headers.at("content-type").starts_with("video/mp4; "));
   EXPECT_TRUE(comesTo(0, ::getpid()));
   EXPECT_EQ(wire.ask("POST /live/main HTTP/1.1\nHost: localhost\nContent-Length: 0\n").headers.at("allow"),
             "GET, HEAD");
@@ -197,12 +197,12 @@ TEST_F(PlayTest, TellsWhenThereIsNothingToPlay) {
   Wire wire(served.port());
   const std::string request = "GET /live/main HTTP/1.1\nHost: localhost\n";
   served.onDevice([](device::Device& device) { device.tv().deactivate(WindowId::main); });
-  Reply reply = wire.ask(request);
-  EXPECT_EQ(reply.status, 404);
+  HttpResponse response = wire.ask(request);
+  EXPECT_EQ(response.status, 404);
   served.onDevice([](device::Device& device) { device.reset(); });
-  reply = wire.ask(request);
-  EXPECT_EQ(reply.status, 404);
-  EXPECT_EQ(reply.body, "the service on the screen comes from no recording\n");
+  response = wire.ask(request);
+  EXPECT_EQ(response.status, 404);
+  EXPECT_EQ(response.body, "the service on the screen comes from no recording\n");
   served.onDevice([](device::Device& device) { device.tv().removeServices(); });
   EXPECT_EQ(wire.ask(request).body, "no service with a picture is on the screen\n");
 }

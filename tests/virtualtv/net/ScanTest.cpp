@@ -41,10 +41,10 @@ class ScanOverHttpTest : public ::testing::Test {
 };
 
 TEST_F(ScanOverHttpTest, TellsWhatIsInABroadcast) {
-  const Reply reply = wire.ask(headFor(textOf(bytes)), textOf(bytes));
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_EQ(reply.body, found);
-  EXPECT_EQ(reply.headers.at("content-type"), "application/json");
+  const HttpResponse response = wire.ask(headFor(textOf(bytes)), textOf(bytes));
+  EXPECT_EQ(response.status, 200);
+  EXPECT_EQ(response.body, found);
+  EXPECT_EQ(response.headers.at("content-type"), "application/json");
   EXPECT_EQ(services(), 81U);
   EXPECT_EQ(wire.ask(headFor(""), "").body, R"({"packets":0,"problems":[],"services":[]})");
 }
@@ -73,7 +73,7 @@ TEST_F(ScanOverHttpTest, KeepsWhatItFoundForTheSessionThatIsNamed) {
   EXPECT_EQ(wire.ask(headFor(textOf(bytes)) + session, textOf(bytes)).body, found);
   EXPECT_NE(call("tv.importScan", session).find("\"imported\":1"), std::string::npos) << opened;
   EXPECT_EQ(services(), 1U);
-  const Reply refusal = wire.ask(headFor(textOf(bytes)) + "Emp-Session: nobody\n", textOf(bytes));
+  const HttpResponse refusal = wire.ask(headFor(textOf(bytes)) + "Emp-Session: nobody\n", textOf(bytes));
   EXPECT_EQ(refusal.status, 404);
   EXPECT_EQ(refusal.body, "there is no session 'nobody'\n");
 }
@@ -89,10 +89,10 @@ TEST_F(ScanOverHttpTest, TakesABroadcastInChunksThatIsLongerThanAnyMessage) {
   for (int at = 0; at < 40; ++at) wire.send(chunk(filler));
   wire.send(chunk(textOf(bytes)));
   wire.send("0\r\n\r\n");
-  const Reply reply = wire.reply();
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_NE(reply.body.find("{\"packets\":200003,"), std::string::npos) << reply.body.substr(0, 100);
-  EXPECT_NE(reply.body.find("\"name\":\"News\""), std::string::npos);
+  const HttpResponse response = wire.response();
+  EXPECT_EQ(response.status, 200);
+  EXPECT_NE(response.body.find("{\"packets\":200003,"), std::string::npos) << response.body.substr(0, 100);
+  EXPECT_NE(response.body.find("\"name\":\"News\""), std::string::npos);
 }
 
 TEST_F(ScanOverHttpTest, DoesNotReserveWhatALengthClaims) {

@@ -48,21 +48,21 @@ class WebSocketTest : public ::testing::Test {
 
 TEST_F(WebSocketTest, AnswersTheHandshake) {
   Wire own(served.port());
-  const Reply reply = own.upgrade("/rpc",
-                                  "Sec-WebSocket-Extensions: permessage-deflate; client_max_window_bits\n"
-                                  "Sec-WebSocket-Protocol: chat\nOrigin: http://localhost\n");
-  EXPECT_EQ(reply.status, 101);
-  EXPECT_EQ(reply.headers.at("sec-websocket-accept"), "s3pPLMBiTxaQ9kYGzzhZRbK+xOo=");
-  EXPECT_EQ(reply.headers.count("sec-websocket-extensions"), 0U);
-  EXPECT_EQ(reply.headers.count("sec-websocket-protocol"), 0U);
-  EXPECT_EQ(reply.headers.at("x-content-type-options"), "nosniff");
-  EXPECT_EQ(reply.headers.at("access-control-allow-origin"), "http://localhost");
+  const HttpResponse response = own.upgrade("/rpc",
+                                            "Sec-WebSocket-Extensions: permessage-deflate; client_max_window_bits\n"
+                                            "Sec-WebSocket-Protocol: chat\nOrigin: http://localhost\n");
+  EXPECT_EQ(response.status, 101);
+  EXPECT_EQ(response.headers.at("sec-websocket-accept"), "s3pPLMBiTxaQ9kYGzzhZRbK+xOo=");
+  EXPECT_EQ(response.headers.count("sec-websocket-extensions"), 0U);
+  EXPECT_EQ(response.headers.count("sec-websocket-protocol"), 0U);
+  EXPECT_EQ(response.headers.at("x-content-type-options"), "nosniff");
+  EXPECT_EQ(response.headers.at("access-control-allow-origin"), "http://localhost");
 }
 
 TEST_F(WebSocketTest, RefusesHandshakesThatAreNone) {
   const std::string front = "GET /rpc HTTP/1.1\nHost: localhost\nConnection: keep-alive, Upgrade\nUpgrade: websocket\n";
   Wire own(served.port());
-  const Reply old = own.ask(front + "Sec-WebSocket-Version: 8\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\n");
+  const HttpResponse old = own.ask(front + "Sec-WebSocket-Version: 8\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\n");
   EXPECT_EQ(old.status, 426);
   EXPECT_EQ(old.headers.at("sec-websocket-version"), "13");
   EXPECT_EQ(own.ask(front + "Sec-WebSocket-Version: 13\n").status, 400);
@@ -92,9 +92,9 @@ TEST_F(WebSocketTest, AdoptsTheSessionOfARequest) {
 
 TEST_F(WebSocketTest, AnUnknownSessionIsToldBeforeTheUpgrade) {
   Wire own(served.port());
-  const Reply reply = own.upgrade("/rpc?session=nosuch");
-  EXPECT_EQ(reply.status, 404);
-  EXPECT_GT(reply.body.size(), 5U);
+  const HttpResponse response = own.upgrade("/rpc?session=nosuch");
+  EXPECT_EQ(response.status, 404);
+  EXPECT_GT(response.body.size(), 5U);
   EXPECT_EQ(own.upgrade().status, 101) << "the connection goes on";
 }
 

@@ -116,22 +116,22 @@ std::string Wire::readAll() {
   return std::exchange(unread_, {});
 }
 
-Reply Wire::reply(bool hasBody) {
-  Reply reply;
+HttpResponse Wire::response(bool hasBody) {
+  HttpResponse response;
   std::istringstream head(readUntil("\r\n\r\n"));
   std::string line;
   std::getline(head, line);
-  if (line.size() > 12) reply.status = std::stoi(line.substr(9, 3));
+  if (line.size() > 12) response.status = std::stoi(line.substr(9, 3));
   while (std::getline(head, line) && line.find(": ") != std::string::npos) {
     std::string name = line.substr(0, line.find(": "));
     std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
-    EXPECT_EQ(reply.headers.count(name), 0U) << name;
+    EXPECT_EQ(response.headers.count(name), 0U) << name;
     line.pop_back();
-    reply.headers[name] = line.substr(line.find(": ") + 2);
+    response.headers[name] = line.substr(line.find(": ") + 2);
   }
-  const auto length = reply.headers.find("content-length");
-  if (hasBody && length != reply.headers.end()) reply.body = read(std::stoul(length->second));
-  return reply;
+  const auto length = response.headers.find("content-length");
+  if (hasBody && length != response.headers.end()) response.body = read(std::stoul(length->second));
+  return response;
 }
 
 void Wire::sendRequest(const std::string& lines, const std::string& body) {
@@ -140,9 +140,9 @@ void Wire::sendRequest(const std::string& lines, const std::string& body) {
   send(head + body);
 }
 
-Reply Wire::ask(const std::string& lines, const std::string& body) {
+HttpResponse Wire::ask(const std::string& lines, const std::string& body) {
   sendRequest(lines, body);
-  return reply(!lines.starts_with("HEAD "));
+  return response(!lines.starts_with("HEAD "));
 }
 
 std::string Wire::openSession() {
@@ -150,7 +150,7 @@ std::string Wire::openSession() {
   return parsed(ask(postOf(request), request).body)["result"]["session"].asString();
 }
 
-Reply Wire::upgrade(const std::string& target, const std::string& more) {
+HttpResponse Wire::upgrade(const std::string& target, const std::string& more) {
   return ask("GET " + target + " HTTP/1.1\nHost: localhost\nConnection: Upgrade\nUpgrade: websocket\n" +
              "Sec-WebSocket-Version: 13\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\n" + more);
 }
@@ -225,8 +225,8 @@ std::string quick(int id) {
   return requestOf(id, "tv.get", R"({"name":"region"})");
 }
 
-int idOf(const std::string& reply) {
-  return parsed(reply)["id"].asInt();
+int idOf(const std::string& response) {
+  return parsed(response)["id"].asInt();
 }
 
 }  // namespace virtualtv::net

@@ -12,7 +12,7 @@
 
 namespace virtualtv::net {
 
-struct Reply {
+struct HttpResponse {
   int status = 0;
   std::map<std::string, std::string> headers;  ///< names in small letters
   std::string body;
@@ -63,17 +63,17 @@ class Wire {
   bool isAtEnd() { return readAll().empty(); }
 
   /// An answer to a request. @param hasBody  false for that to a HEAD.
-  Reply reply(bool hasBody = true);
+  HttpResponse response(bool hasBody = true);
   /// Sends a request. @param lines  the lines of its head, without the empty one, separated by `\n`.
   void sendRequest(const std::string& lines, const std::string& body = "");
   /// The same, and reads what answers it.
-  Reply ask(const std::string& lines, const std::string& body = "");
+  HttpResponse ask(const std::string& lines, const std::string& body = "");
 
   /// Opens a session by a request. @return its id.
   std::string openSession();
 
   /// Becomes a WebSocket. @return the answer.
-  Reply upgrade(const std::string& target = "/rpc", const std::string& more = "");
+  HttpResponse upgrade(const std::string& target = "/rpc", const std::string& more = "");
   /// Sends a frame, masked as clients must.
   void sendFrame(int first, std::string_view payload);
   Frame frame();
@@ -100,7 +100,7 @@ std::string holdBack();
 std::string heldBack(int id);
 /// A command that is answered at once.
 std::string quick(int id);
-/// The id of the request that a reply is for; 0 when it is not a reply.
-int idOf(const std::string& reply);
+/// The id of the request that a response is for; 0 when it is not a response.
+int idOf(const std::string& response);
 
 }  // namespace virtualtv::net

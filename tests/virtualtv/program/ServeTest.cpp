@@ -397,7 +397,7 @@ TEST_F(ServeTest, RefusesMoreSessionsThanItMayHave) {
   EXPECT_EQ(first.upgrade().status, 101);
   EXPECT_EQ(Wire(port).upgrade().status, 503);
   const std::string body = net::requestOf(1, "tv.state");
-  const net::Reply refused = Wire(port).ask(net::postOf(body), body);
+  const net::HttpResponse refused = Wire(port).ask(net::postOf(body), body);
   EXPECT_EQ(refused.status, 503);
   EXPECT_EQ(refused.body, "as many sessions are open as may be\n");
 }
