@@ -67,12 +67,12 @@ class Outlet : public virtualtv::rpc::Outlet {
   std::shared_ptr<const std::string> last_;
 };
 
-struct Call {
+struct Request {
   const char* label = "";
   const char* message = "";
 };
 
-constexpr Call calls[] = {
+constexpr Request requests[] = {
     {"a call of GetTVMode", R"({"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"})"},
     {"a call of SetChannel", R"({"jsonrpc":"2.0","id":2,"method":"window.SetChannel","params":[1,7]})"},
     {"a call of GetFullChannelList, 200 services", R"({"jsonrpc":"2.0","id":3,"method":"window.GetFullChannelList"})"},
@@ -80,11 +80,12 @@ constexpr Call calls[] = {
 };
 constexpr const char* subscription =
     R"({"jsonrpc":"2.0","id":5,"method":"events.subscribe","params":[["command","service"]]})";
-constexpr Call told{"a call of SetChannel, of which the client is told", calls[1].message};
+constexpr Request told{"a call of SetChannel, of which the client is told", requests[1].message};
 
-void call(virtualtv::device::Device& device, virtualtv::rpc::Client& client, const Outlet& outlet, const Call& call) {
-  bench::count(call.label, warming, counted, [&] {
-    client.take(call.message, [] {});
+void call(virtualtv::device::Device& device, virtualtv::rpc::Client& client, const Outlet& outlet,
+          const Request& request) {
+  bench::count(request.label, warming, counted, [&] {
+    client.take(request.message, [] {});
     device.loop().turn();
   });
   if (outlet.last().find("\"result\"") == std::string::npos) throw std::runtime_error(outlet.last());
@@ -93,7 +94,7 @@ void call(virtualtv::device::Device& device, virtualtv::rpc::Client& client, con
 void runCalls(virtualtv::device::Device& device, virtualtv::rpc::Server& server) {
   Outlet outlet;
   const auto client = server.connect(outlet, std::nullopt);
-  for (const Call& one : calls) call(device, *client, outlet, one);
+  for (const Request& request : requests) call(device, *client, outlet, request);
   client->take(subscription, [] {});
   call(device, *client, outlet, told);
 }

@@ -40,35 +40,35 @@ std::string_view commandOf(const Method& method) {
 }
 
 /// The parameters of a command call, up to the last one given.
-std::vector<std::string> wordsOf(const Call& call) {
-  std::vector<std::string> words{std::string(commandOf(call.method))};
+std::vector<std::string> wordsOf(const Context& context) {
+  std::vector<std::string> words{std::string(commandOf(context.method))};
   std::vector<std::string> gap;
-  for (const Parameter& parameter : call.method.parameters) {
-    if (!call.params.isGiven(parameter.name)) {
+  for (const Parameter& parameter : context.method.parameters) {
+    if (!context.params.isGiven(parameter.name)) {
       gap.emplace_back();
       continue;
     }
     words.insert(words.end(), gap.begin(), gap.end());
     gap.clear();
-    words.push_back(wordOf(call.params.value(parameter.name), std::string(parameter.name)));
+    words.push_back(wordOf(context.params.value(parameter.name), std::string(parameter.name)));
   }
   return words;
 }
 
-void run(const Call& call, const std::vector<std::string>& words, bool list, std::string& text) {
+void run(const Context& context, const std::vector<std::string>& words, bool list, std::string& text) {
   std::string ret;
-  const bool accepted = call.seat.shell.client().execute(words, list, ret);
+  const bool accepted = context.seat.shell.client().execute(words, list, ret);
   appendResult(text, accepted, ret);
 }
 
-void runCommand(const Call& call, std::string& text) {
-  run(call, wordsOf(call), false, text);
+void runCommand(const Context& context, std::string& text) {
+  run(context, wordsOf(context), false, text);
 }
 
-std::vector<std::string> givenWords(const Call& call) {
-  std::vector<std::string> words{call.params.text("name")};
+std::vector<std::string> givenWords(const Context& context) {
+  std::vector<std::string> words{context.params.text("name")};
   if (words.front().find('\0') != std::string::npos) throw Failure(Code::badParameters, "name: U+0000 in it");
-  const Json::Value& parameters = call.params.value("parameters");
+  const Json::Value& parameters = context.params.value("parameters");
   if (!parameters.isNull() && !parameters.isArray()) {
     throw Failure(Code::badParameters, "parameters: an array is wanted");
   }
@@ -78,16 +78,16 @@ std::vector<std::string> givenWords(const Call& call) {
   return words;
 }
 
-void execute(const Call& call, std::string& text) {
-  const std::vector<std::string> words = givenWords(call);
+void execute(const Context& context, std::string& text) {
+  const std::vector<std::string> words = givenWords(context);
   if (words.size() > 1 + device::mostParameters) {
     throw Failure(Code::badParameters, "parameters: at most 4 are passed; executeWithParamList passes any number");
   }
-  run(call, words, false, text);
+  run(context, words, false, text);
 }
 
-void executeWithParamList(const Call& call, std::string& text) {
-  run(call, givenWords(call), true, text);
+void executeWithParamList(const Context& context, std::string& text) {
+  run(context, givenWords(context), true, text);
 }
 
 /// The schema of a command's result: its kind of reply, or a number for a failure code. A negative preset counts as a

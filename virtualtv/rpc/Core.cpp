@@ -357,10 +357,10 @@ void Core::appendResult(Seat& seat, const Request& request, std::vector<std::fun
   const Method* const method = findMethod(request.method);
   if (method == nullptr) throw Failure(Code::noSuchMethod, "there is no method '" + nameShown(request.method) + "'");
   const Params params(method->parameters, request.params);
-  const Call call{*this, seat, *method, params, behind};
+  const Context context{*this, seat, *method, params, behind};
   response += "\"result\":";
-  if (method->write != nullptr) return method->write(call, response);
-  json::append(response, method->run(call));
+  if (method->write != nullptr) return method->write(context, response);
+  json::append(response, method->run(context));
 }
 
 void Core::complain(const std::vector<std::string>& complaints) const {

@@ -17,8 +17,8 @@ namespace {
 constexpr std::string_view topicList = R"({"type": "array", "items": {"type": "string"}})";
 
 /// The topics that a call names.
-std::set<std::string> topicsIn(const Call& call) {
-  return call.params.read("topics", [](const JsonPart& list) {
+std::set<std::string> topicsIn(const Context& context) {
+  return context.params.read("topics", [](const JsonPart& list) {
     std::set<std::string> names;
     list.eachItem([&](const JsonPart& item) {
       const std::string name = item.text();
@@ -31,14 +31,14 @@ std::set<std::string> topicsIn(const Call& call) {
   });
 }
 
-void requireConnection(const Call& call) {
-  if (call.seat.outlet == nullptr) throw Failure(Code::badValue, "events need a connection: WebSocket");
+void requireConnection(const Context& context) {
+  if (context.seat.outlet == nullptr) throw Failure(Code::badValue, "events need a connection: WebSocket");
 }
 
 /// Sends the events after a number right after the reply, and later ones as they happen. So the events of a batch also
 /// follow its reply.
-void beginBehind(const Call& call, std::uint64_t after, const std::set<std::string>& topics) {
-  call.behind.emplace_back([&core = call.core, after, topics, id = call.seat.id] {
+void beginBehind(const Context& context, std::uint64_t after, const std::set<std::string>& topics) {
+  context.behind.emplace_back([&core = context.core, after, topics, id = context.seat.id] {
     const auto found = core.seats().find(id);
     if (found == core.seats().end()) return;
     Seat& seat = *found->second;
@@ -49,13 +49,13 @@ void beginBehind(const Call& call, std::uint64_t after, const std::set<std::stri
   });
 }
 
-Json::Value subscribe(const Call& call) {
-  requireConnection(call);
-  Core& core = call.core;
-  const std::set<std::string> topics = topicsIn(call);
-  const bool goesOn = call.params.has("after");
-  const auto after = static_cast<std::uint64_t>(call.params.number("after", notNegative, 0));
-  const bool isThisServer = call.params.text("server", core.id()) == core.id();
+Json::Value subscribe(const Context& context) {
+  requireConnection(context);
+  Core& core = context.core;
+  const std::set<std::string> topics = topicsIn(context);
+  const bool goesOn = context.params.has("after");
+  const auto after = static_cast<std::uint64_t>(context.params.number("after", notNegative, 0));
+  const bool isThisServer = context.params.text("server", core.id()) == core.id();
   core.events().hear(topics);
   core.events().tell(core.events().collect());
   Json::Value answer;
@@ -64,13 +64,13 @@ Json::Value subscribe(const Call& call) {
   answer["state"] = stateDocument(core.device().tv());
   const bool resync = !isThisServer || (goesOn && !core.events().holdsAfter(after));
   if (resync) answer["resync"] = true;
-  beginBehind(call, goesOn && !resync ? after : core.events().number(), topics);
+  beginBehind(context, goesOn && !resync ? after : core.events().number(), topics);
   return answer;
 }
 
-Json::Value unsubscribe(const Call& call) {
-  requireConnection(call);
-  for (const std::string& topic : topicsIn(call)) call.seat.topics.erase(topic);
+Json::Value unsubscribe(const Context& context) {
+  requireConnection(context);
+  for (const std::string& topic : topicsIn(context)) context.seat.topics.erase(topic);
   return Json::objectValue;
 }
 

@@ -19,21 +19,21 @@ const Parameter wantedCommand{"command", numberSchema, "its number, as its event
 const Parameter anyCommand{"command", numberSchema,
                            "its number, as its events have it; without it, the last of the session"};
 
-std::uint64_t commandIn(const Call& call) {
-  return static_cast<std::uint64_t>(call.params.number("command", notNegative));
+std::uint64_t commandIn(const Context& context) {
+  return static_cast<std::uint64_t>(context.params.number("command", notNegative));
 }
 
 /// The command that the call names, or the last command of the session.
-std::uint64_t commandOrLast(const Call& call) {
-  if (call.params.has("command")) return commandIn(call);
-  const std::uint64_t last = call.seat.shell.client().lastCommand();
+std::uint64_t commandOrLast(const Context& context) {
+  if (context.params.has("command")) return commandIn(context);
+  const std::uint64_t last = context.seat.shell.client().lastCommand();
   if (last == 0) throw std::invalid_argument("no command has run yet");
   return last;
 }
 
-Json::Value why(const Call& call) {
-  device::Device& device = call.core.device();
-  const std::uint64_t command = commandOrLast(call);
+Json::Value why(const Context& context) {
+  device::Device& device = context.core.device();
+  const std::uint64_t command = commandOrLast(context);
   Json::Value answer = emptyCause();
   const auto put = [&](const device::Happening& happening) { putCause(device, happening, answer); };
   if (!device.history()->replay(command, put)) throw device::notHeld(command);
@@ -41,15 +41,15 @@ Json::Value why(const Call& call) {
   return answer;
 }
 
-Json::Value history(const Call& call) {
-  device::Device& device = call.core.device();
-  const auto [set, revision] = device.history()->behind(commandOrLast(call), device.tv());
+Json::Value history(const Context& context) {
+  device::Device& device = context.core.device();
+  const auto [set, revision] = device.history()->behind(commandOrLast(context), device.tv());
   return stateDocument(set, revision);
 }
 
-Json::Value goBack(const Call& call) {
-  call.core.device().goBack(commandIn(call));
-  return call.core.revision();
+Json::Value goBack(const Context& context) {
+  context.core.device().goBack(commandIn(context));
+  return context.core.revision();
 }
 
 const std::array historyRows{

@@ -69,7 +69,7 @@ class Params {
 };
 
 /// The context of a call.
-struct Call {
+struct Context {
   Core& core;
   Seat& seat;  ///< the session of the caller
   const Method& method;
@@ -83,9 +83,9 @@ struct Method {
   std::string_view help;
   std::vector<Parameter> parameters;
   std::string_view result;  ///< JSON Schema of the result, as JSON
-  Json::Value (*run)(const Call& call) = nullptr;
+  Json::Value (*run)(const Context& context) = nullptr;
   /// A faster alternative: appends the result as JSON.
-  void (*write)(const Call& call, std::string& text) = nullptr;
+  void (*write)(const Context& context, std::string& text) = nullptr;
   /// For rows without texts: adds them to the method's description in the document.
   void (*describe)(const Method& method, Json::Value& description) = nullptr;
 };

@@ -12,31 +12,31 @@ namespace virtualtv::rpc {
 
 namespace {
 
-Json::Value open(const Call& call) {
-  Seat& seat = call.seat.isShared ? call.core.openWaiting() : call.seat;
-  if (call.params.has("appId") || call.params.has("widgetId")) {
-    seat.shell.client().setApplication({call.params.text("appId", ""), call.params.text("widgetId", "")});
+Json::Value open(const Context& context) {
+  Seat& seat = context.seat.isShared ? context.core.openWaiting() : context.seat;
+  if (context.params.has("appId") || context.params.has("widgetId")) {
+    seat.shell.client().setApplication({context.params.text("appId", ""), context.params.text("widgetId", "")});
   }
   Json::Value answer;
   answer["session"] = seat.id;
-  answer["server"] = call.core.id();
-  answer["revision"] = Json::UInt64{call.core.device().revision()};
+  answer["server"] = context.core.id();
+  answer["revision"] = Json::UInt64{context.core.device().revision()};
   answer["virtual"] = true;
-  if (const std::string state = call.core.state(); !state.empty()) answer["state"] = text::wellFormed(state);
+  if (const std::string state = context.core.state(); !state.empty()) answer["state"] = text::wellFormed(state);
   return answer;
 }
 
-Json::Value close(const Call& call) {
-  const std::string id = call.params.text("session", call.seat.isShared ? "" : call.seat.id);
+Json::Value close(const Context& context) {
+  const std::string id = context.params.text("session", context.seat.isShared ? "" : context.seat.id);
   if (id.empty()) throw Failure(Code::badParameters, "there is no \"session\"");
-  call.core.close(call.core.seat(id).id);
+  context.core.close(context.core.seat(id).id);
   return Json::objectValue;
 }
 
-Json::Value sessions(const Call& call) {
+Json::Value sessions(const Context& context) {
   Json::Value answer;
   answer["sessions"] = Json::arrayValue;
-  for (const auto& [id, seat] : call.core.seats()) {
+  for (const auto& [id, seat] : context.core.seats()) {
     Json::Value& session = answer["sessions"].append(Json::objectValue);
     session["session"] = id;
     session["connected"] = seat->outlet != nullptr;
@@ -49,8 +49,8 @@ Json::Value sessions(const Call& call) {
   return answer;
 }
 
-void discover(const Call& call, std::string& text) {
-  text += call.core.openRpc();
+void discover(const Context& context, std::string& text) {
+  text += context.core.openRpc();
 }
 
 const std::array sessionRows{

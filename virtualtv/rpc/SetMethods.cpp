@@ -43,8 +43,8 @@ constexpr std::string_view importResult =
 
 // Lines of the shell.
 
-Json::Value runLine(const Call& call) {
-  const std::string line = call.params.text("line");
+Json::Value runLine(const Context& context) {
+  const std::string line = context.params.text("line");
   const std::string flaw = shell::flawOf(line);
   if (!flaw.empty() || line.find_first_of("\r\n") != line.npos) {
     throw Failure(Code::badParameters, "line: " + (flaw.empty() ? "one line is wanted" : flaw));
@@ -52,23 +52,23 @@ Json::Value runLine(const Call& call) {
   Json::Value answer;
   answer["lines"] = Json::arrayValue;
   if (shell::isRemark(line)) return answer;
-  for (const std::string& printed : call.seat.shell.run(line)) answer["lines"].append(printed);
-  call.seat.shell.ended = false;  // `.quit` ends the input of a person, not a client
-  call.core.complain(call.seat.shell.takeRemarks().complaints);
+  for (const std::string& printed : context.seat.shell.run(line)) answer["lines"].append(printed);
+  context.seat.shell.ended = false;  // `.quit` ends the input of a person, not a client
+  context.core.complain(context.seat.shell.takeRemarks().complaints);
   return answer;
 }
 
 // The set.
 
-Json::Value state(const Call& call) {
-  return stateDocument(call.core.device().tv());
+Json::Value state(const Context& context) {
+  return stateDocument(context.core.device().tv());
 }
 
-Json::Value snapshot(const Call& call) {
-  device::Device& device = call.core.device();
+Json::Value snapshot(const Context& context) {
+  device::Device& device = context.core.device();
   Json::Value answer;
-  if (call.params.has("before")) {
-    const auto command = static_cast<std::uint64_t>(call.params.number("before", notNegative));
+  if (context.params.has("before")) {
+    const auto command = static_cast<std::uint64_t>(context.params.number("before", notNegative));
     answer["snapshot"] = documentOf(device.history()->before(command, device.tv()).snapshot());
   } else {
     answer["snapshot"] = documentOf(device.tv().snapshot());
@@ -76,26 +76,26 @@ Json::Value snapshot(const Call& call) {
   return answer;
 }
 
-Json::Value restore(const Call& call) {
-  call.core.device().restore(snapshotIn(call.params.value("snapshot")));
-  return call.core.revision();
+Json::Value restore(const Context& context) {
+  context.core.device().restore(snapshotIn(context.params.value("snapshot")));
+  return context.core.revision();
 }
 
-Json::Value restart(const Call& call) {
-  call.core.device().restart();
-  return call.core.revision();
+Json::Value restart(const Context& context) {
+  context.core.device().restart();
+  return context.core.revision();
 }
 
-Json::Value reset(const Call& call) {
-  call.seat.shell.reset();
-  return call.core.revision();
+Json::Value reset(const Context& context) {
+  context.seat.shell.reset();
+  return context.core.revision();
 }
 
 // Services.
 
 template <typename Names>
-auto oneOf(const Call& call, std::string_view parameter, const Names& named) {
-  const std::string given = call.params.text(parameter);
+auto oneOf(const Context& context, std::string_view parameter, const Names& named) {
+  const std::string given = context.params.text(parameter);
   std::string names;
   for (const auto& [name, value] : named) {
     if (given == name) return value;
@@ -104,27 +104,27 @@ auto oneOf(const Call& call, std::string_view parameter, const Names& named) {
   throw Failure(Code::badParameters, std::string(parameter) + ": one of " + names + " is wanted, not '" + given + "'");
 }
 
-ServiceQuery queryOf(const Call& call) {
+ServiceQuery queryOf(const Context& context) {
   ServiceQuery query;
-  query.text = call.params.text("text", "");
-  if (call.params.has("antenna")) query.antenna = oneOf(call, "antenna", antennaNames);
-  if (call.params.has("kind")) query.kind = oneOf(call, "kind", kindNames);
-  if (call.params.has("major")) {
-    query.major = static_cast<std::uint16_t>(call.params.number("major", text::rangeOf<std::uint16_t>()));
+  query.text = context.params.text("text", "");
+  if (context.params.has("antenna")) query.antenna = oneOf(context, "antenna", antennaNames);
+  if (context.params.has("kind")) query.kind = oneOf(context, "kind", kindNames);
+  if (context.params.has("major")) {
+    query.major = static_cast<std::uint16_t>(context.params.number("major", text::rangeOf<std::uint16_t>()));
   }
-  if (call.params.has("key")) query.key = static_cast<ServiceKey>(call.params.number("key", notNegative));
-  if (call.params.has("group")) query.group = call.params.text("group");
-  if (call.params.has("favourite")) {
-    query.favourite = static_cast<std::uint8_t>(call.params.number("favourite", text::rangeOf<std::uint8_t>()));
+  if (context.params.has("key")) query.key = static_cast<ServiceKey>(context.params.number("key", notNegative));
+  if (context.params.has("group")) query.group = context.params.text("group");
+  if (context.params.has("favourite")) {
+    query.favourite = static_cast<std::uint8_t>(context.params.number("favourite", text::rangeOf<std::uint8_t>()));
   }
-  query.offset = static_cast<std::size_t>(call.params.number("offset", notNegative, 0));
-  if (call.params.has("limit")) query.limit = static_cast<std::size_t>(call.params.number("limit", notNegative));
+  query.offset = static_cast<std::size_t>(context.params.number("offset", notNegative, 0));
+  if (context.params.has("limit")) query.limit = static_cast<std::size_t>(context.params.number("limit", notNegative));
   return query;
 }
 
-Json::Value services(const Call& call) {
-  const ServicePage page = findServices(call.core.device().tv().services(), queryOf(call));
-  Json::Value answer = call.core.revision();
+Json::Value services(const Context& context) {
+  const ServicePage page = findServices(context.core.device().tv().services(), queryOf(context));
+  Json::Value answer = context.core.revision();
   answer["total"] = Json::UInt64{page.total};
   answer["groups"] = Json::arrayValue;
   for (const std::string& group : page.groups) answer["groups"].append(text::wellFormed(group));
@@ -133,13 +133,13 @@ Json::Value services(const Call& call) {
   return answer;
 }
 
-Json::Value editService(const Call& call) {
+Json::Value editService(const Context& context) {
   const Json::Value none("");
-  const Json::Value& value = call.params.has("value") ? call.params.value("value") : none;
+  const Json::Value& value = context.params.has("value") ? context.params.value("value") : none;
   if (!value.isString() && !value.isInt64())
     throw Failure(Code::badParameters, "value: a text or a whole number is wanted");
-  call.core.device().editService(call.params.text("service"), call.params.text("change"), value.asString());
-  return call.core.revision();
+  context.core.device().editService(context.params.text("service"), context.params.text("change"), value.asString());
+  return context.core.revision();
 }
 
 Json::Value problemOf(const import::Problem& problem) {
@@ -165,20 +165,20 @@ void appendChanges(Json::Value& document, const ImportReport& report) {
   document["gone"] = Json::UInt64{report.changes.gone};
 }
 
-Json::Value import(const Call& call) {
+Json::Value import(const Context& context) {
   ImportOptions options;
-  options.add = call.params.truth("add", false);
-  options.encoding = call.params.text("encoding", "");
-  if (call.params.has("format")) {
-    const std::string format = call.params.text("format");
+  options.add = context.params.truth("add", false);
+  options.encoding = context.params.text("encoding", "");
+  if (context.params.has("format")) {
+    const std::string format = context.params.text("format");
     options.format = import::formatNamed(format);
     if (options.format == nullptr) throw std::invalid_argument("format: there is none of the name '" + format + "'");
   }
-  const std::string content = call.params.content("content");
-  const std::string name = call.params.text("name", "list");
+  const std::string content = context.params.content("content");
+  const std::string name = context.params.text("name", "list");
   ImportReport report;
   try {
-    report = call.core.device().import(name, content, options);
+    report = context.core.device().import(name, content, options);
   } catch (const StoreError&) {
     throw;
   } catch (const std::runtime_error& error) {
@@ -191,15 +191,15 @@ Json::Value import(const Call& call) {
   return answer;
 }
 
-Json::Value exportList(const Call& call) {
+Json::Value exportList(const Context& context) {
   const import::Format* format = &defaultExportFormat();
-  if (call.params.has("format")) {
-    const std::string name = call.params.text("format");
+  if (context.params.has("format")) {
+    const std::string name = context.params.text("format");
     format = import::formatNamed(name);
     if (format == nullptr || !import::isWritten(*format))
       throw std::invalid_argument("format: no list is written in one of the name '" + name + "'");
   }
-  const ExportReport report = exportServices(call.core.device().tv().services(), *format);
+  const ExportReport report = exportServices(context.core.device().tv().services(), *format);
   Json::Value answer;
   answer["content"] = report.exported.content;
   answer["services"] = Json::UInt64{report.exported.services};
@@ -213,17 +213,18 @@ Json::Value exportList(const Call& call) {
   return answer;
 }
 
-broadcast::Scan scanOfFile(const Call& call, const std::string& path) {
+broadcast::Scan scanOfFile(const Context& context, const std::string& path) {
   try {
-    return shell::scanFiles(
-        {path}, [&](const std::string& file, const shell::TakeBlock& take) { call.seat.shell.readBlocks(file, take); });
+    return shell::scanFiles({path}, [&](const std::string& file, const shell::TakeBlock& take) {
+      context.seat.shell.readBlocks(file, take);
+    });
   } catch (const std::runtime_error& error) {
     throw Failure(Code::badValue, error.what());  // can't be read
   }
 }
 
-std::string contentOf(const Call& call) {
-  auto bytes = text::fromBase64(call.params.content("content"));
+std::string contentOf(const Context& context) {
+  auto bytes = text::fromBase64(context.params.content("content"));
   if (!bytes) throw Failure(Code::badParameters, "content: base64 is wanted");
   return *std::move(bytes);
 }
@@ -233,9 +234,10 @@ void feed(broadcast::Scanner& scanner, const std::string& bytes) {
 }
 
 /// The session's recording that the next part belongs to.
-broadcast::Scanner& partial(const Call& call, bool isFirst) {
-  const std::string& session = call.seat.id;
-  broadcast::Scanner* const scanner = isFirst ? &call.core.scans().begin(session) : call.core.scans().underWay(session);
+broadcast::Scanner& partial(const Context& context, bool isFirst) {
+  const std::string& session = context.seat.id;
+  broadcast::Scanner* const scanner =
+      isFirst ? &context.core.scans().begin(session) : context.core.scans().underWay(session);
   if (scanner == nullptr) throw std::invalid_argument("part: no recording is under way here; send its first part");
   return *scanner;
 }
@@ -247,48 +249,48 @@ Json::Value readSoFar(const broadcast::Scanner& scanner) {
   return broadcast::documentOf(scan);
 }
 
-Json::Value keptScan(const Call& call, Scans::Found found) {
-  const Scans::Found& kept = call.core.scans().keep(call.seat.id, std::move(found));
-  if (call.params.truth("import", false)) {
-    call.core.device().import(kept.files, kept.scan, call.params.truth("add", false),
-                              call.seat.shell.recordings(kept.files));
+Json::Value keptScan(const Context& context, Scans::Found found) {
+  const Scans::Found& kept = context.core.scans().keep(context.seat.id, std::move(found));
+  if (context.params.truth("import", false)) {
+    context.core.device().import(kept.files, kept.scan, context.params.truth("add", false),
+                                 context.seat.shell.recordings(kept.files));
   }
   return broadcast::documentOf(kept.scan);
 }
 
-Json::Value scanPart(const Call& call) {
-  const std::string part = call.params.text("part");
+Json::Value scanPart(const Context& context) {
+  const std::string part = context.params.text("part");
   if (part != "first" && part != "next" && part != "last") {
     throw Failure(Code::badParameters, "part: one of first, next, last is wanted, not '" + part + "'");
   }
-  const std::string bytes = contentOf(call);
-  broadcast::Scanner& scanner = partial(call, part == "first");
+  const std::string bytes = contentOf(context);
+  broadcast::Scanner& scanner = partial(context, part == "first");
   feed(scanner, bytes);
   if (part != "last") return readSoFar(scanner);
   scanner.endStream();
-  return keptScan(call, {{}, scanner.finish()});
+  return keptScan(context, {{}, scanner.finish()});
 }
 
-Json::Value scan(const Call& call) {
-  if (call.params.has("path") == call.params.has("content")) {
+Json::Value scan(const Context& context) {
+  if (context.params.has("path") == context.params.has("content")) {
     throw Failure(Code::badParameters, "one of path and content is wanted");
   }
-  if (call.params.has("path")) {
-    const std::string path = call.params.text("path");
-    return keptScan(call, {{path}, scanOfFile(call, path)});
+  if (context.params.has("path")) {
+    const std::string path = context.params.text("path");
+    return keptScan(context, {{path}, scanOfFile(context, path)});
   }
-  if (call.params.has("part")) return scanPart(call);
+  if (context.params.has("part")) return scanPart(context);
   broadcast::Scanner scanner;
-  feed(scanner, contentOf(call));
+  feed(scanner, contentOf(context));
   scanner.endStream();
-  return keptScan(call, {{}, scanner.finish()});
+  return keptScan(context, {{}, scanner.finish()});
 }
 
-Json::Value importScan(const Call& call) {
-  const Scans::Found* const found = call.core.scans().found(call.seat.id);
+Json::Value importScan(const Context& context) {
+  const Scans::Found* const found = context.core.scans().found(context.seat.id);
   if (found == nullptr) throw std::invalid_argument("this session has scanned no recording of late; scan it again");
-  const ImportReport report = call.core.device().import(found->files, found->scan, call.params.truth("add", false),
-                                                        call.seat.shell.recordings(found->files));
+  const ImportReport report = context.core.device().import(
+      found->files, found->scan, context.params.truth("add", false), context.seat.shell.recordings(found->files));
   Json::Value answer;
   appendProblems(answer, report);
   appendChanges(answer, report);
@@ -297,8 +299,8 @@ Json::Value importScan(const Call& call) {
 
 // Knobs.
 
-Json::Value listKnobs(const Call& call) {
-  Tv& tv = call.core.device().tv();
+Json::Value listKnobs(const Context& context) {
+  Tv& tv = context.core.device().tv();
   Json::Value answer;
   answer["knobs"] = Json::arrayValue;
   for (const std::string& name : knobNames(tv)) {
@@ -318,26 +320,26 @@ Json::Value listKnobs(const Call& call) {
   return answer;
 }
 
-Json::Value get(const Call& call) {
+Json::Value get(const Context& context) {
   Json::Value answer;
-  putBytes(answer, "value", getKnob(call.core.device().tv(), call.params.text("name")));
+  putBytes(answer, "value", getKnob(context.core.device().tv(), context.params.text("name")));
   return answer;
 }
 
-Json::Value set(const Call& call) {
-  const Json::Value& value = call.params.value("value");
+Json::Value set(const Context& context) {
+  const Json::Value& value = context.params.value("value");
   const bool isWord = value.isString() || value.isInt64();
   if (!isWord) throw Failure(Code::badParameters, "value: a text or a whole number is wanted");
-  call.core.device().setKnob(call.params.text("name"), value.asString());
-  return call.core.revision();
+  context.core.device().setKnob(context.params.text("name"), value.asString());
+  return context.core.revision();
 }
 
 // Settings keys.
 
-Json::Value settings(const Call& call) {
+Json::Value settings(const Context& context) {
   Json::Value answer;
   answer["settings"] = Json::arrayValue;
-  for (const auto& [key, value] : call.core.device().tv().settings().list()) {
+  for (const auto& [key, value] : context.core.device().tv().settings().list()) {
     Json::Value& setting = answer["settings"].append(Json::objectValue);
     setting["key"] = text::wellFormed(key);
     if (const int* number = std::get_if<int>(&value)) {
@@ -349,20 +351,20 @@ Json::Value settings(const Call& call) {
   return answer;
 }
 
-Json::Value setSetting(const Call& call) {
-  const std::string key = call.params.text("key");
-  const Json::Value& value = call.params.value("value");
+Json::Value setSetting(const Context& context) {
+  const std::string key = context.params.text("key");
+  const Json::Value& value = context.params.value("value");
   const Setting setting = value.isString()
-                              ? Setting(call.params.text("value"))
-                              : Setting(static_cast<int>(call.params.number("value", text::rangeOf<int>())));
-  call.core.device().setSetting(key, setting);
-  return call.core.revision();
+                              ? Setting(context.params.text("value"))
+                              : Setting(static_cast<int>(context.params.number("value", text::rangeOf<int>())));
+  context.core.device().setSetting(key, setting);
+  return context.core.revision();
 }
 
-Json::Value removeSetting(const Call& call) {
-  const std::string key = call.params.text("key");
-  if (!call.core.device().removeSetting(key)) throw std::invalid_argument("the key " + key + " is not set");
-  return call.core.revision();
+Json::Value removeSetting(const Context& context) {
+  const std::string key = context.params.text("key");
+  if (!context.core.device().removeSetting(key)) throw std::invalid_argument("the key " + key + " is not set");
+  return context.core.revision();
 }
 
 const std::array setRows{

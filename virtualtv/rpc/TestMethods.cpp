@@ -19,7 +19,7 @@ namespace virtualtv::rpc {
 
 namespace {
 
-Json::Value operations(const Call&) {
+Json::Value operations(const Context&) {
   Json::Value answer;
   answer["operations"] = Json::arrayValue;
   for (const seam::Operation& operation : seam::operations) {
@@ -39,8 +39,8 @@ std::string faultWord(const Json::Value& value, const std::string& name) {
   throw Failure(Code::badParameters, name + ": a text, a whole number or null is wanted");
 }
 
-std::vector<std::string> faultWords(const Call& call) {
-  const Params& params = call.params;
+std::vector<std::string> faultWords(const Context& context) {
+  const Params& params = context.params;
   std::vector<std::string> words{params.text("operation")};
   const auto add = [&](const std::string& name, const std::string& value) { words.push_back(name + "=" + value); };
   constexpr text::Range count{1, std::numeric_limits<std::int64_t>::max()};
@@ -57,21 +57,21 @@ std::vector<std::string> faultWords(const Call& call) {
   return words;
 }
 
-Json::Value fault(const Call& call) {
-  seam::Fault fault = seam::parseFault(faultWords(call));
-  if (call.params.has("session")) {
-    const device::Session& client = call.core.seat(call.params.text("session")).shell.client();
+Json::Value fault(const Context& context) {
+  seam::Fault fault = seam::parseFault(faultWords(context));
+  if (context.params.has("session")) {
+    const device::Session& client = context.core.seat(context.params.text("session")).shell.client();
     fault.engine = client.key(client.engine());
   }
   Json::Value answer;
-  answer["id"] = Json::UInt64{call.core.device().addFault(std::move(fault))};
+  answer["id"] = Json::UInt64{context.core.device().addFault(std::move(fault))};
   return answer;
 }
 
-Json::Value faults(const Call& call) {
+Json::Value faults(const Context& context) {
   Json::Value answer;
   answer["faults"] = Json::arrayValue;
-  for (const seam::Fault& fault : call.core.device().faults()) {
+  for (const seam::Fault& fault : context.core.device().faults()) {
     Json::Value& row = answer["faults"].append(Json::objectValue);
     row["id"] = Json::UInt64{fault.id};
     row["operation"] = std::string(fault.operation->name);
@@ -81,23 +81,23 @@ Json::Value faults(const Call& call) {
   return answer;
 }
 
-Json::Value clearFaults(const Call& call) {
-  if (!call.params.has("id")) {
-    call.core.device().clearFaults();
+Json::Value clearFaults(const Context& context) {
+  if (!context.params.has("id")) {
+    context.core.device().clearFaults();
     return Json::objectValue;
   }
-  const auto id = static_cast<std::uint64_t>(call.params.number("id", notNegative));
-  if (!call.core.device().removeFault(id)) throw std::invalid_argument("there is no fault " + std::to_string(id));
+  const auto id = static_cast<std::uint64_t>(context.params.number("id", notNegative));
+  if (!context.core.device().removeFault(id)) throw std::invalid_argument("there is no fault " + std::to_string(id));
   return Json::objectValue;
 }
 
 /// Meanwhile the served set, its engines and their listeners are put aside.
-Json::Value check(const Call& call) {
+Json::Value check(const Context& context) {
   constexpr shell::CheckBounds bounds{.inputs = 10'000, .time = std::chrono::seconds(5)};
-  const std::string transcript = call.params.content("transcript");
-  kel::CEmpAppBase& app = call.core.device().app();
+  const std::string transcript = context.params.content("transcript");
+  kel::CEmpAppBase& app = context.core.device().app();
   const device::DeviceAside aside(app);
-  const shell::CheckedFile checked = shell::checkText(app, "transcript", transcript, call.core.files(), bounds);
+  const shell::CheckedFile checked = shell::checkText(app, "transcript", transcript, context.core.files(), bounds);
   if (!checked.error.empty()) throw std::invalid_argument(checked.error);
   std::string diff = checked.diff;
   for (const std::string& finding : checked.findings) diff += finding + "\n";
