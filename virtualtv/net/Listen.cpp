@@ -1,21 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "net/Listen.h"
 
-#include <fcntl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <boost/asio/ip/address.hpp>
 #include <boost/asio/ip/address_v4.hpp>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
-#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
 
-#include "net/Server.h"
 #include "text/Numbers.h"
 
 namespace virtualtv::net {
@@ -73,23 +68,6 @@ Acceptor listenOn(asio::io_context& context, int socket) {
   const bool isTcp = address.ss_family == AF_INET || address.ss_family == AF_INET6;
   if (listens == 0 || !isTcp) refuse("it does not listen for TCP");
   return {context.get_executor(), address.ss_family == AF_INET ? tcp::v4() : tcp::v6(), socket};
-}
-
-std::vector<int> takeInheritedSockets() {
-  constexpr int first = 3;
-  const auto told = [](const char* name) -> std::optional<int> {
-    const char* const text = std::getenv(name);
-    return text == nullptr ? std::nullopt : text::numberIn<int>(text);
-  };
-  const std::optional<int> process = told("LISTEN_PID");
-  const int count = process == ::getpid() ? told("LISTEN_FDS").value_or(0) : 0;
-  for (const char* name : {"LISTEN_PID", "LISTEN_FDS", "LISTEN_FDNAMES"}) ::unsetenv(name);
-  std::vector<int> sockets;
-  for (int socket = first; socket - first < count; ++socket) {
-    sockets.push_back(socket);
-    if (::fcntl(socket, F_SETFD, FD_CLOEXEC) != 0) break;  // no such socket; listening on it will report that
-  }
-  return sockets;
 }
 
 }  // namespace virtualtv::net

@@ -27,10 +27,6 @@ struct Options {
   std::function<void(const std::string& line)> log;       ///< called for each request, never with a token; may be empty
 };
 
-/// Takes over the listening sockets that the parent process passed, as described in the environment. Removes that
-/// description from the environment.
-std::vector<int> takeInheritedSockets();
-
 /// Serves a device over HTTP and WebSocket, on the thread of the device's loop, which it runs meanwhile.
 class Server {
  public:

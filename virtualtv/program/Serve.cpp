@@ -16,6 +16,7 @@
 #include <thread>
 #include <utility>
 
+#include "net/InheritedSockets.h"
 #include "net/Server.h"
 #include "net/Token.h"
 #include "program/Desk.h"

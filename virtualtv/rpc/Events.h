@@ -20,13 +20,6 @@
 
 namespace virtualtv::rpc {
 
-/// A topic that clients can subscribe to, as in events.json.
-struct Topic {
-  std::string name;
-  std::string help;
-  std::vector<std::string> kinds;  ///< names of the schemas of its kinds of events
-};
-const std::vector<Topic>& topics();
 /// Stands for all topics.
 inline constexpr std::string_view everyTopic = "*";
 /// True when a client has chosen the topic.

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "json/Read.h"
-#include "rpc/Events.h"
 #include "rpc/Examples.h"
 #include "rpc/Method.h"
 #include "rpc/Schemas.h"

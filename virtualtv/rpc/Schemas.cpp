@@ -3,7 +3,6 @@
 
 #include "json/Read.h"
 #include "rpc/EventJson.h"
-#include "rpc/Events.h"
 
 namespace virtualtv::embedded {
 extern const std::string_view schemas;

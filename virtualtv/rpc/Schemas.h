@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <limits>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "text/Numbers.h"
 
@@ -24,6 +26,14 @@ inline constexpr std::string_view revisionResult =
 /// come from schemas.json, those of events from events.json. They live as long as the program.
 const Json::Value& namedSchemas();
 inline constexpr std::string_view stateSchema = R"({"$ref": "#/components/schemas/State"})";
+
+/// A topic that clients can subscribe to, as in events.json.
+struct Topic {
+  std::string name;
+  std::string help;
+  std::vector<std::string> kinds;  ///< names of the schemas of its kinds of events
+};
+const std::vector<Topic>& topics();
 
 /// The non-negative integers that JSON readers accept.
 inline constexpr text::Range notNegative{0, static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())};

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Faults as words: reading and writing them.
+#include "seam/Fault.h"
+
 #include <algorithm>
 #include <limits>
-#include <map>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
 
-#include "seam/Seam.h"
 #include "services/FieldNumbers.h"
 #include "text/Numbers.h"
 #include "text/Units.h"

@@ -9,6 +9,7 @@
 
 #include "shell/Diff.h"
 #include "shell/Files.h"
+#include "shell/Junit.h"
 #include "shell/Reason.h"
 #include "shell/Session.h"
 #include "shell/Transcript.h"

@@ -65,8 +65,4 @@ struct CheckOptions {
 /// report can't be written. If it would overwrite one of the transcripts, this happens before anything is run.
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err);
 
-/// The machine-readable report, in the JUnit format: a suite for each file and a case for each of its inputs, with
-/// totals and times in seconds.
-std::string junitReport(const std::vector<CheckedFile>& files);
-
 }  // namespace virtualtv::shell

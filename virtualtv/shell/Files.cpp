@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <new>
-#include <stdexcept>
 #include <system_error>
 #include <vector>
 
@@ -64,14 +63,6 @@ class Beside {
 }
 
 }  // namespace
-
-void failFile(const char* action, const std::string& file, const std::string& reason) {
-  throw std::runtime_error(std::string("cannot ") + action + " " + file + ": " + reason);
-}
-
-void failFile(const char* action, const std::string& file, int error) {
-  failFile(action, file, std::generic_category().message(error));
-}
 
 std::string readFile(const fs::path& path, const std::string& name) {
   const File file(std::fopen(path.c_str(), "rb"));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The machine-readable report of a check.
+#include "shell/Junit.h"
+
 #include <chrono>
 
-#include "shell/Check.h"
 #include "text/Units.h"
 
 namespace virtualtv::shell {

@@ -15,7 +15,4 @@ namespace virtualtv::proof {
 /// lists.
 void loopOverFaults(const std::filesystem::path& directory, Choice& choice, Findings& findings);
 
-/// The same for two databases that are open side by side: a failure of one must not affect the other.
-void loopOverTwoDatabases(const std::filesystem::path& directory, Choice& choice, Findings& findings);
-
 }  // namespace virtualtv::proof

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "TwoDatabases.h"
+
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -6,7 +8,6 @@
 #include <variant>
 #include <vector>
 
-#include "FaultLoop.h"
 #include "Television.h"
 #include "store/Database.h"
 #include "store/SettingsStore.h"

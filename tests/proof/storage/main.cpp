@@ -10,6 +10,7 @@
 #include "Disk.h"
 #include "FaultLoop.h"
 #include "Findings.h"
+#include "TwoDatabases.h"
 #include "virtualtv/support/Support.h"
 
 namespace {

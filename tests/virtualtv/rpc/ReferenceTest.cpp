@@ -9,7 +9,6 @@
 
 #include "json/Read.h"
 #include "json/Write.h"
-#include "rpc/Events.h"
 #include "rpc/Method.h"
 #include "rpc/Schemas.h"
 #include "virtualtv/rpc/RpcTest.h"

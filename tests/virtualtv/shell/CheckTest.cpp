@@ -7,6 +7,7 @@
 #include <functional>
 #include <sstream>
 
+#include "shell/Junit.h"
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "broadcast/Found.h"
+
 #include <json/json.h>
 
 #include <algorithm>
@@ -6,7 +8,6 @@
 #include <cstdio>
 #include <ctime>
 
-#include "broadcast/Found.h"
 #include "import/ListBuilder.h"
 #include "json/Write.h"
 #include "text/Units.h"
