@@ -61,293 +61,292 @@ Out* OutputOf(int (W::*)(First, Out*));
 
 /// The worker's result.
 template <auto operation>
-int Code(const Call& call) {
-  const int result = Do(call.worker, operation, call.in);
-  call.reply.Integer(result);
+int Code(const Run& run) {
+  const int result = Do(run.worker, operation, run.in);
+  run.reply.Integer(result);
   return result;
 }
 
-void AnswerValue(const Call& call, int result, int value) {
-  call.reply.Integer(result < 0 ? result : value);
+void AnswerValue(const Run& run, int result, int value) {
+  run.reply.Integer(result < 0 ? result : value);
 }
 
 /// The number that the worker writes.
 template <auto operation>
-int Value(const Call& call) {
-  auto value = static_cast<std::remove_pointer_t<decltype(OutputOf(operation))>>(call.command.preset);
-  const int result = Get(call.worker, operation, call.in, &value);
-  AnswerValue(call, result, value);
+int Value(const Run& run) {
+  auto value = static_cast<std::remove_pointer_t<decltype(OutputOf(operation))>>(run.command.preset);
+  const int result = Get(run.worker, operation, run.in, &value);
+  AnswerValue(run, result, value);
   return result;
 }
 
-void AnswerName(const Call& call, int result, std::array<unsigned short, kNameUnits>& name) {
+void AnswerName(const Run& run, int result, std::array<unsigned short, kNameUnits>& name) {
   name.back() = 0;
   if (result < 0) {
-    call.reply.Integer(result);
+    run.reply.Integer(result);
   } else {
-    call.reply.Unicode(name.data() + 1);  // without the byte-order mark
+    run.reply.Unicode(name.data() + 1);  // without the byte-order mark
   }
 }
 
 /// The UTF-16 text that the worker writes.
 template <auto operation>
-int Name(const Call& call) {
+int Name(const Run& run) {
   std::array<unsigned short, kNameUnits> name{};
-  const int result = Get(call.worker, operation, call.in, name.data());
-  AnswerName(call, result, name);
+  const int result = Get(run.worker, operation, run.in, name.data());
+  AnswerName(run, result, name);
   return result;
 }
 
 template <typename Text>
-int AnswerTextOrCode(const Call& call, int result, Text&& text) {
+int AnswerTextOrCode(const Run& run, int result, Text&& text) {
   if (result < 0) {
-    call.reply.Integer(result);
+    run.reply.Integer(result);
   } else {
-    call.reply.Ascii(text);
+    run.reply.Ascii(text);
   }
   return result;
 }
 
 /// The text that the worker writes into a buffer of this size.
 template <std::size_t size, int (W::*operation)(char*)>
-int Buffer(const Call& call) {
+int Buffer(const Run& run) {
   std::array<char, size> text{};
-  return AnswerTextOrCode(call, (call.worker.*operation)(text.data()), text.data());
+  return AnswerTextOrCode(run, (run.worker.*operation)(text.data()), text.data());
 }
 
 /// The document that the worker writes, unless it answers a negative code.
 template <auto operation>
-int Text(const Call& call) {
+int Text(const Run& run) {
   std::string text;
-  return AnswerTextOrCode(call, (call.worker.*operation)(text), text);
+  return AnswerTextOrCode(run, (run.worker.*operation)(text), text);
 }
 
 // Rows with their own handlers.
 
 /// Answers a document for a result of 1, and `otherwise` for any other.
-int AnswerIfOne(const Call& call, int result, std::string& text, int otherwise) {
+int AnswerIfOne(const Run& run, int result, std::string& text, int otherwise) {
   if (result == 1) {
-    call.reply.Ascii(text);
+    run.reply.Ascii(text);
   } else {
-    call.reply.Integer(otherwise);
+    run.reply.Integer(otherwise);
   }
   return result;
 }
 
-int GetSource(const Call& call) {
+int GetSource(const Run& run) {
   constexpr int unparsed = 2;
-  auto eSource = static_cast<_PL_WINDOW_Source>(call.command.preset);
-  const int seek = call.in.parsed[0] ? call.in.number[0] : unparsed;
-  const int result = call.worker.GetSource(&eSource, static_cast<_PL_WINDOW_SEEK>(seek));
-  AnswerValue(call, result, eSource);
+  auto eSource = static_cast<_PL_WINDOW_Source>(run.command.preset);
+  const int seek = run.in.parsed[0] ? run.in.number[0] : unparsed;
+  const int result = run.worker.GetSource(&eSource, static_cast<_PL_WINDOW_SEEK>(seek));
+  AnswerValue(run, result, eSource);
   return result;
 }
 
-int GetTVMode(const Call& call) {
-  int mode = call.command.preset;
-  const int result = call.worker.GetTVMode(&mode);
-  call.reply.Integer(mode);
+int GetTVMode(const Run& run) {
+  int mode = run.command.preset;
+  const int result = run.worker.GetTVMode(&mode);
+  run.reply.Integer(mode);
   return result;
 }
 
 /// By index; or by major number, minor number and channel type, when the second or the third parameter is given.
-int GetChannelServiceId(const Call& call) {
+int GetChannelServiceId(const Run& run) {
   constexpr int notRun = 1;
-  const Arguments& in = call.in;
+  const Arguments& in = run.in;
   std::array<char, kServiceIdBytes> text{};
   const bool byIndex = !in.given[1] && !in.given[2];
   const bool parsed = in.parsed[0] && (byIndex || (in.parsed[1] && in.parsed[2]));
-  if (!parsed) return AnswerTextOrCode(call, notRun, text.data());
+  if (!parsed) return AnswerTextOrCode(run, notRun, text.data());
   const int result =
-      byIndex ? call.worker.GetChannel_ServiceId(in.number[0], text.data())
-              : call.worker.GetChannel_ServiceId(in.number[0], in.number[1],
-                                                 static_cast<_PL_WINDOW_CHANNEL_TYPE>(in.number[2]), text.data());
-  return AnswerTextOrCode(call, result, text.data());
+      byIndex ? run.worker.GetChannel_ServiceId(in.number[0], text.data())
+              : run.worker.GetChannel_ServiceId(in.number[0], in.number[1],
+                                                static_cast<_PL_WINDOW_CHANNEL_TYPE>(in.number[2]), text.data());
+  return AnswerTextOrCode(run, result, text.data());
 }
 
-int GetChannelOnTVJson(const Call& call) {
+int GetChannelOnTVJson(const Run& run) {
   std::string text;
-  const int result = call.worker.GetChannel_OnTVJson(call.in.number[0], text);
+  const int result = run.worker.GetChannel_OnTVJson(run.in.number[0], text);
   if (result != 1) KEL_LOG(kRoutine, "Fail to get Json string");
-  return AnswerIfOne(call, result, text, result);
+  return AnswerIfOne(run, result, text, result);
 }
 
-int GetFullChannelList(const Call& call) {
+int GetFullChannelList(const Run& run) {
   std::string text;
-  const int result = call.worker.GetFullChannelList(text);
-  return AnswerIfOne(call, result, text, -1);
+  const int result = run.worker.GetFullChannelList(text);
+  return AnswerIfOne(run, result, text, -1);
 }
 
-int GetCurrentChannelInfo(const Call& call) {
+int GetCurrentChannelInfo(const Run& run) {
   std::string text;
-  const int result = call.worker.GetCurrentChannelInfo(text);
+  const int result = run.worker.GetCurrentChannelInfo(text);
   if (result != 1) KEL_LOG(kRoutine, "Fail to get current channel information");
-  return AnswerIfOne(call, result, text, result);
+  return AnswerIfOne(run, result, text, result);
 }
 
-int SetSource(const Call& call) {
+int SetSource(const Run& run) {
   constexpr int unparsed = 101;
-  const int seek = call.in.parsed[1] ? call.in.number[1] : unparsed;
+  const int seek = run.in.parsed[1] ? run.in.number[1] : unparsed;
   const int result =
-      call.worker.SetSource(static_cast<_PL_WINDOW_Source>(call.in.number[0]), static_cast<_PL_WINDOW_SEEK>(seek));
-  call.reply.Integer(result);
+      run.worker.SetSource(static_cast<_PL_WINDOW_Source>(run.in.number[0]), static_cast<_PL_WINDOW_SEEK>(seek));
+  run.reply.Integer(result);
   return result;
 }
 
-int SetChannelByServiceid(const Call& call) {
-  const int result = call.worker.SetChannelByServiceid(call.in.id);
-  call.reply.Integer(result);
+int SetChannelByServiceid(const Run& run) {
+  const int result = run.worker.SetChannelByServiceid(run.in.id);
+  run.reply.Integer(result);
   return result;
 }
 
-int GetSignalStrength(const Call& call) {
+int GetSignalStrength(const Run& run) {
   unsigned char strength = 0;
-  const int result = call.worker.GetSignalStrength(&strength);
-  AnswerValue(call, result, strength);
+  const int result = run.worker.GetSignalStrength(&strength);
+  AnswerValue(run, result, strength);
   return result;
 }
 
 /// Crops into the rectangle that the picture has, in the plug-in's space.
-int SetScreenCropRect(const Call& call) {
-  const Arguments& in = call.in;
+int SetScreenCropRect(const Run& run) {
+  const Arguments& in = run.in;
   W::Rect crop{in.number[0], in.number[1], in.number[2], in.number[3]};
   W::Rect display{};
-  const bool shown = call.worker.GetScreenRect(display) != 0;  // the crop is tried even without a source
-  const int result = shown ? call.worker.SetScreenCropRect(&crop, &display, 0) : call.command.refusal;
-  call.reply.Integer(result);
+  const bool shown = run.worker.GetScreenRect(display) != 0;  // the crop is tried even without a source
+  const int result = shown ? run.worker.SetScreenCropRect(&crop, &display, 0) : run.command.refusal;
+  run.reply.Integer(result);
   return result;
 }
 
-int GetScreenCropRect(const Call& call) {
-  const int plane = call.in.number[0];
+int GetScreenCropRect(const Run& run) {
+  const int plane = run.in.number[0];
   W::Rect crop{};
   W::Rect display{};
-  const int result = call.worker.GetScreenCropRect(crop, display, plane);
+  const int result = run.worker.GetScreenCropRect(crop, display, plane);
   if (result != 1) {
-    call.reply.Integer(result);
+    run.reply.Integer(result);
     return result;
   }
   std::array<char, kCropBytes> text{};
   std::snprintf(text.data(), text.size(), "{crop:{x:%d,y:%d,w:%d,h:%d},display:{x:%d,y:%d,w:%d,h:%d},plane:%d}", crop.x,
                 crop.y, crop.width, crop.height, display.x, display.y, display.width, display.height, plane);
-  call.reply.Ascii(text.data());
+  run.reply.Ascii(text.data());
   return result;
 }
 
-int SetScreenZorder(const Call& call) {
-  const int result = call.worker.SetScreenZorder(static_cast<PL_WINDOW_ZORDER>(call.in.number[0] != 0 ? 1 : 0));
-  call.reply.Integer(result);
+int SetScreenZorder(const Run& run) {
+  const int result = run.worker.SetScreenZorder(static_cast<PL_WINDOW_ZORDER>(run.in.number[0] != 0 ? 1 : 0));
+  run.reply.Integer(result);
   return result;
 }
 
 /// A change of the audio track: 1 or 0, and a line when it fails.
-int AnswerChange(const Call& call, int result, const char* failed) {
-  if (result != 1) KEL_LOG(kRoutine, failed, static_cast<unsigned>(call.in.number[0]));
-  call.reply.Integer(result == 1 ? 1 : 0);
+int AnswerChange(const Run& run, int result, const char* failed) {
+  if (result != 1) KEL_LOG(kRoutine, failed, static_cast<unsigned>(run.in.number[0]));
+  run.reply.Integer(result == 1 ? 1 : 0);
   return result;
 }
 
-int ChangeAudioPID(const Call& call) {
-  const int result = call.worker.ChangeAudioPID(static_cast<short>(call.in.number[0]));
-  return AnswerChange(call, result, "Fail to ChangeAudioPID [0x%x]");
+int ChangeAudioPID(const Run& run) {
+  const int result = run.worker.ChangeAudioPID(static_cast<short>(run.in.number[0]));
+  return AnswerChange(run, result, "Fail to ChangeAudioPID [0x%x]");
 }
 
-int ChangeAudioByIndex(const Call& call) {
-  const int result = call.worker.ChangeAudioByIndex(call.in.number[0]) ? 1 : 0;
-  return AnswerChange(call, result, "Fail to ChangeAudioByIndex [0x%x]");
+int ChangeAudioByIndex(const Run& run) {
+  const int result = run.worker.ChangeAudioByIndex(run.in.number[0]) ? 1 : 0;
+  return AnswerChange(run, result, "Fail to ChangeAudioByIndex [0x%x]");
 }
 
 /// A list of tracks: the document, whatever the result, unless there is none on the ISP source.
-void AnswerTracks(const Call& call, std::string& text) {
-  if (call.worker.IsSourceISP() && text.empty()) {
-    call.reply.Integer(-1);
+void AnswerTracks(const Run& run, std::string& text) {
+  if (run.worker.IsSourceISP() && text.empty()) {
+    run.reply.Integer(-1);
   } else {
-    call.reply.Ascii(text);
+    run.reply.Ascii(text);
   }
 }
 
-int GetMultiAudioInfo(const Call& call) {
+int GetMultiAudioInfo(const Run& run) {
   std::string text;
-  const int result = call.worker.GetMultiAudioInfo(text);
+  const int result = run.worker.GetMultiAudioInfo(text);
   if (result != 1) KEL_LOG(kRoutine, "Fail to get the audio information");
-  AnswerTracks(call, text);
+  AnswerTracks(run, text);
   return result;
 }
 
-int GetCurrentAudioInfo(const Call& call) {
+int GetCurrentAudioInfo(const Run& run) {
   std::string text;
-  const int result = call.worker.GetCurrentAudioInfo(text);
+  const int result = run.worker.GetCurrentAudioInfo(text);
   if (result != 1) KEL_LOG(kRoutine, "Fail to get GetCurrentAudioInfo");
-  return AnswerIfOne(call, result, text, -1);
+  return AnswerIfOne(run, result, text, -1);
 }
 
-int SetSourceVolume(const Call& call) {
+int SetSourceVolume(const Run& run) {
   constexpr int loudest = 255;
-  const int volume = call.in.number[0];
-  const int result =
-      volume < 0 ? 0 : call.worker.SetSourceVolume(static_cast<unsigned char>(std::min(volume, loudest)));
-  call.reply.Integer(result);
+  const int volume = run.in.number[0];
+  const int result = volume < 0 ? 0 : run.worker.SetSourceVolume(static_cast<unsigned char>(std::min(volume, loudest)));
+  run.reply.Integer(result);
   return result;
 }
 
 /// The language, whatever the worker's result.
-int GetCurrentSubtitle(const Call& call) {
-  int language = call.command.preset;
-  const int result = call.worker.GetCurrentSubtitle(&language);
+int GetCurrentSubtitle(const Run& run) {
+  int language = run.command.preset;
+  const int result = run.worker.GetCurrentSubtitle(&language);
   if (result == 1) {
     KEL_LOG(kRoutine, "value of GetCurrentSubtitle is  [%d]", language);
   } else {
     KEL_LOG(kRoutine, "Fail to GetCurrentSubtitle information");
   }
-  call.reply.Integer(language);
+  run.reply.Integer(language);
   return result;
 }
 
-int GetSubtitleInfo(const Call& call) {
+int GetSubtitleInfo(const Run& run) {
   std::string text;
-  const int result = call.worker.GetSubtitleInfo(text);
+  const int result = run.worker.GetSubtitleInfo(text);
   if (result == 1) {
     KEL_LOG(kRoutine, "value of GetSubtitleInfo [%s]", text.c_str());
   } else {
     KEL_LOG(kRoutine, "Fail to get the subtitle information");
   }
-  AnswerTracks(call, text);
+  AnswerTracks(run, text);
   return result;
 }
 
-int ChangeSubtitle(const Call& call) {
-  const int result = call.worker.ChangeSubtitle(call.in.number[0]);
+int ChangeSubtitle(const Run& run) {
+  const int result = run.worker.ChangeSubtitle(run.in.number[0]);
   if (result == 1) {
     KEL_LOG(kRoutine, "Sucessful to ChangeSubtitle");
   } else {
-    KEL_LOG(kRoutine, "Fail to ChangeSubtitle [0x%x]", static_cast<unsigned>(call.in.number[0]));
+    KEL_LOG(kRoutine, "Fail to ChangeSubtitle [0x%x]", static_cast<unsigned>(run.in.number[0]));
   }
-  call.reply.Integer(result);
+  run.reply.Integer(result);
   return result;
 }
 
-int GetFavorites(const Call& call) {
-  if (!call.in.given[0]) {
-    call.reply.Integer(call.command.refusal);
-    return call.command.refusal;
+int GetFavorites(const Run& run) {
+  if (!run.in.given[0]) {
+    run.reply.Integer(run.command.refusal);
+    return run.command.refusal;
   }
-  unsigned long long id = call.in.id;
+  unsigned long long id = run.in.id;
   KEL_LOG(kRoutine, "id == %llu", id);
   std::string text;
-  const int result = call.worker.GetFavorites(id, text);
-  return AnswerIfOne(call, result, text, -1);
+  const int result = run.worker.GetFavorites(id, text);
+  return AnswerIfOne(run, result, text, -1);
 }
 
-int UpdateFavorites(const Call& call) {
-  const Arguments& in = call.in;
-  const int result = call.worker.UpdateFavorites(in.id, in.number[1] != 0, static_cast<char>(in.number[2]));
-  call.reply.Integer(result);
+int UpdateFavorites(const Run& run) {
+  const Arguments& in = run.in;
+  const int result = run.worker.UpdateFavorites(in.id, in.number[1] != 0, static_cast<char>(in.number[2]));
+  run.reply.Integer(result);
   return result;
 }
 
-int SetDVBSIChannelDirectEx(const Call& call) {
-  const int result = call.worker.SetDVBSIChannelDirectEx(*call.in.text, call.in.number[1]);
-  call.reply.Integer(result);
+int SetDVBSIChannelDirectEx(const Run& run) {
+  const int result = run.worker.SetDVBSIChannelDirectEx(*run.in.text, run.in.number[1]);
+  run.reply.Integer(result);
   return result;
 }
 

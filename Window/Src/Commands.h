@@ -44,7 +44,7 @@ struct Arguments {
 struct Command;
 
 /// A command being run.
-struct Call {
+struct Run {
   const Command& command;
   CEmpTaskWindow& worker;
   const Arguments& in;
@@ -56,7 +56,7 @@ struct Command {
   std::array<Parameter, kParameters> parameters;
   /// Runs the row: calls the worker, answers, and returns the result code. A negative result code is answered as a
   /// number, unless stated otherwise at the handler.
-  int (*run)(const Call& call);
+  int (*run)(const Run& run);
   int preset = 0;    ///< default for the number that is answered, if the worker does not write it
   int refusal = -1;  ///< answer and result code when a required parameter does not parse
 };
