@@ -235,6 +235,23 @@ test('an app ignores keys that are not the page\'s, and the page apps that are n
   assert.ok(await pane.getByText('Has the TV as tvWindow', {exact: true}).isVisible())
 })
 
+test('an app runs in a sandbox: it opens no window and leads the page nowhere else', async () => {
+  await openApp()
+  shown.tolerated = /sandboxed|allow-popups|allow-top-navigation/
+  const outcome = await frame().evaluate(() => {
+    const opened = globalThis.open('about:blank')
+    try {
+      top.location.href = 'about:blank'
+      return [opened, 'leads']
+    } catch (error) {
+      return [opened, error.name]
+    }
+  })
+  assert.deepEqual(outcome, [null, 'SecurityError'])
+  await press('1')
+  await frame().waitForFunction(() => keys.length > 0)
+})
+
 test('an app of the page\'s own origin gets keys from the page alone, and speaks for itself alone', async () => {
   await open()
   await pane.getByRole('button', {name: 'Zapper'}).click()

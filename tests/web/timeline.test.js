@@ -94,7 +94,7 @@ test('what changes from outside of commands has lines of its own', async () => {
   await line('the set started: restart').waitFor()
 })
 
-test('filters by client, command, interface, text and kind keep what is like that', async () => {
+test('filters by client, command, interface, level, text and kind keep what is like that', async () => {
   shown = await Console.open()
   const app = await shown.connect({appId: 'com.example.guide'})
   await app.window.GetTVMode()
@@ -106,6 +106,15 @@ test('filters by client, command, interface, text and kind keep what is like tha
   await page.getByLabel('Client', {exact: true}).selectOption('com.example.guide')
   await gone('SetChannel')
   await line('GetTVMode').waitFor()
+  await page.getByRole('button', {name: 'Show all'}).click()
+  await page.getByLabel('Command', {exact: true}).first().selectOption('SetChannel')
+  await gone('GetTVMode')
+  await line('SetChannel').waitFor()
+  await page.getByRole('button', {name: 'Show all'}).click()
+  await line('GetTVMode').waitFor()
+  await page.getByLabel('Log level', {exact: true}).selectOption('3')  // at which GetTVMode logs nothing
+  await gone('GetTVMode')
+  await line('SetChannel').waitFor()
   await page.getByRole('button', {name: 'Show all'}).click()
   await page.getByLabel('Interface', {exact: true}).selectOption('IServiceNavigation')
   await gone('some/key')
