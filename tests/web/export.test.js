@@ -166,6 +166,23 @@ test('engines opened anew, faults that have counted and knobs that are not persi
   await runTest((await exported('Playwright test', [1, 12]))[0])
 })
 
+test('channels that were moved and removed are so in a transcript and a test', async () => {
+  shown = await Console.open()
+  const change = (service, more) => shown.tv.call('tv.editService', {service, ...more})
+  await shown.tv.window.FindChannel(0, 1)
+  await change('#3', {change: 'move', value: 5})
+  await change('#1', {change: 'remove'})
+  await shown.tv.window.FindChannel(0, 1)
+  await shown.tv.window.GetChannel_Name(0)
+  await shown.tv.window.GetCurrentChannel_Name()
+  await shown.pane('Timeline').getByText('service #3 move 5, 81 -> 81: 0 added').waitFor()
+  const [name] = await exported('Transcript')
+  const text = await readFile(join(folder, name), 'utf8')
+  assert.ok(text.includes('> .service #3 move 5\n> .service #1 remove\n'), text)
+  await check(name)
+  await runTest((await exported('Playwright test'))[0])
+})
+
 test('a Playwright test passes on a TV of its own', async () => {
   shown = await Console.open()
   await play()

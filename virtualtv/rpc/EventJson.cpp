@@ -126,6 +126,7 @@ class Writer {
     event_["changed"] = valueOf(changed.services.changed);
     event_["gone"] = valueOf(changed.services.gone);
     event_["moved"] = valueOf(changed.services.moved);
+    event_["edit"] = changed.edit.empty() ? Json::Value() : valueOf(changed.edit);
   }
   void put(const device::SetStarted& started) const { event_["started"] = started.why; }
   void put(const framework::EngineOpened& opened) const {

@@ -118,11 +118,12 @@ struct FavouritesChanged {
   std::map<std::uint8_t, bool> after;
 };
 
-/// The list of services was replaced.
+/// The list of services was replaced, or a service was moved or removed.
 struct ServicesChanged {
   std::size_t before;  ///< how many services there were
   std::size_t after;
   ServiceChanges services{};  ///< how the services changed
+  std::string edit{};  ///< which one was edited and how, as `.service` takes it; empty when the list was replaced
 };
 
 using Change = std::variant<SourceChanged, ScreenChanged, ModeChanged, PlaneChanged, TracksChanged, InputChanged,

@@ -73,11 +73,15 @@ void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& 
   state.startSource = SOURCE_TV;
 }
 
+std::string keyText(ServiceKey service) {
+  return "#" + std::to_string(service);
+}
+
 }  // namespace
 
 ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
-  return changeList("import services", [&](ServiceStore& store, TvState& next) {
+  return changeList("import services", "", [&](ServiceStore& store, TvState& next) {
     const ShownInWindows shown = shownIn(next, store);
     const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
     if (!add) moveWhatIsGone(next, shown, services.front(), store);
@@ -86,8 +90,10 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   });
 }
 
-/// Changes the list and the state in one transaction. @return what `change` returns.
-ServiceChanges Tv::changeList(const char* what, const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
+/// Changes the list and the state in one transaction. @param edit  that of `ServicesChanged` @return what `change`
+/// returns.
+ServiceChanges Tv::changeList(const char* what, const std::string& edit,
+                              const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
   ServiceStore& store = storage_.parts().services;
   replacing_.tell();
   const std::size_t before = store.size();
@@ -97,7 +103,7 @@ ServiceChanges Tv::changeList(const char* what, const std::function<ServiceChang
   storage_.parts().state.setAll(keptOf(next));
   transaction.commit();
   std::vector<Change> changes;
-  if (counts != ServiceChanges()) changes.emplace_back(ServicesChanged{before, store.size(), counts});
+  if (counts != ServiceChanges()) changes.emplace_back(ServicesChanged{before, store.size(), counts, edit});
   appendChanges(state_, next, changes);
   state_ = std::move(next);
   raise(std::move(changes));
@@ -107,7 +113,7 @@ ServiceChanges Tv::changeList(const char* what, const std::function<ServiceChang
 bool Tv::removeService(ServiceKey service) {
   const std::optional<Service> gone = services().read(service);
   if (!gone) return false;
-  changeList("remove a service", [&](ServiceStore& store, TvState& next) {
+  changeList("remove a service", keyText(service) + " remove", [&](ServiceStore& store, TvState& next) {
     store.remove(service);
     const std::vector<ServiceKey> left = store.keys();
     const ServiceKey first = left.empty() ? 0 : left.front();
@@ -140,8 +146,10 @@ bool Tv::moveService(ServiceKey service, ServiceKey place) {
     numbers.emplace_back(major->second, minor == one->numbers.end() ? 0 : minor->second);
   }
   if (from == to) return true;
+  const std::uint64_t number = numbers[static_cast<std::size_t>(to - start)].first;
+  const std::string edit = keyText(service) + " move " + std::to_string(number);
   from < to ? std::rotate(from, from + 1, end) : std::rotate(to, from, end);
-  changeList("move a service", [&](ServiceStore& store, TvState&) {
+  changeList("move a service", edit, [&](ServiceStore& store, TvState&) {
     for (auto key = start; key != end; ++key) {
       const auto& [major, minor] = numbers[static_cast<std::size_t>(key - start)];
       store.set(*key, TCServiceData::MAJOR, major);

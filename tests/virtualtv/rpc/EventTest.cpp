@@ -64,6 +64,17 @@ TEST_F(EventsTest, SayWhatChangedFromWhatToWhat) {
   EXPECT_FALSE(events[0].isMember("command"));
 }
 
+TEST_F(EventsTest, SayWhichServiceWasMovedOrRemoved) {
+  subscribe(client, R"([["services"]])");
+  client.result("tv.editService", json(R"({"service": "#3", "change": "move", "value": 5})"));
+  client.result("tv.editService", json(R"({"service": "#3", "change": "remove"})"));
+  client.result("tv.import",
+                json(R"({"content": "A;B:11836:HC34M2O0S0:S19.2E:27500:101:102:104:0:28106:1:1101:0\n"})"));
+  std::vector<Json::Value> edits;
+  for (const Json::Value& event : client.events()) edits.push_back(event["edit"]);
+  EXPECT_EQ(edits, std::vector<Json::Value>({"#3 move 5", "#3 remove", Json::Value()}));
+}
+
 TEST_F(EventsTest, TellWhenTheyHappened) {
   const auto now = [] {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())

@@ -1152,7 +1152,7 @@ export interface ServiceTracksEvent {
   topic: 'tracks'
 }
 
-/** The list of services is another one. */
+/** The list of services is another one, or one of them was moved or removed. */
 export interface ServicesEvent {
   /** how many are new */
   added: number
@@ -1164,6 +1164,8 @@ export interface ServicesEvent {
   changed: number
   /** number of the command that it belongs to */
   command?: number
+  /** which one was moved or removed, as .service takes it; null where the list was replaced */
+  edit: string | null
   /** how many are not there any more */
   gone: number
   /** how many have another key */

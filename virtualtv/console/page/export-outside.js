@@ -47,8 +47,8 @@ const writers = {
   knob: ({name, after}) => [set(name, after)],
   settings: ({key, after}) => [after === null || after === undefined ? `.vconf unset ${word(key)}`
     : `.vconf set ${word(key)} ${typeof after === 'number' ? 'int' : 'str'} ${word(after)}`],
-  services: ({service, field, after, started}) => started ? [started === 'reset' ? '.reset' : '.restart']
-    : field ? [set(`service.${serviceKey(service)}.${field}`, after === null ? 'unset' : field === 'name' || field === 'attached' ? quoted(after) : after)] : [],
+  services: ({service, field, after, started, edit}) => started ? [started === 'reset' ? '.reset' : '.restart']
+    : edit ? [`.service ${edit}`] : field ? [set(`service.${serviceKey(service)}.${field}`, after === null ? 'unset' : field === 'name' || field === 'attached' ? quoted(after) : after)] : [],
 }
 
 /** @param {any} event */
@@ -76,7 +76,7 @@ function faultLines({what, id, fault}, faults) {
  * @return {import('./export.js').Step[]}
  */
 export function inputOf(event, faults) {
-  if (event.topic === 'services' && !event.field && (!event.started || /restore|back/.test(event.started))) {
+  if (event.topic === 'services' && !event.field && !event.edit && (!event.started || /restore|back/.test(event.started))) {
     throw new Error('A list was imported or a snapshot restored in between, which the timeline does not hold. Choose a shorter range.')
   }
   const lines = event.topic === 'fault' ? faultLines(event, faults) : writers[event.topic]?.(event) ?? []

@@ -38,9 +38,9 @@ const titles = {
   fault: ({what, id, fault, hits}) => `${id} ${what}${fault ? `: ${fault}` : ''}${hits ? `, ${hits} ${hits === 1 ? 'hit' : 'hits'} so far` : ''}`,
   log: ({lines}) => lines[0]?.text ?? '',
   call: ({call}) => call,
-  services: ({started, service, field, before, after, added, changed, gone}) => started ? `the set started: ${started}`
+  services: ({started, service, field, before, after, added, changed, gone, edit}) => started ? `the set started: ${started}`
     : field ? `${field} of ${serviceShown(service)}: ${valueShown(before)} -> ${valueShown(after)}`
-      : `list replaced, ${before} -> ${after}: ${added} added, ${changed} changed, ${gone} gone`,
+      : `${edit ? `service ${edit}` : 'list replaced'}, ${before} -> ${after}: ${added} added, ${changed} changed, ${gone} gone`,
 }
 
 /** An entry that is no command, in a line. @param {any} event */
