@@ -111,10 +111,11 @@ function ispCard({picture, tracks}) {
   return cardOf({kind: 'isp', seed: 'isp', title: 'ISP', lines: [`${picture.width} x ${picture.height}`, tracksText(tracks)], rate: 25})
 }
 
-/** @param {Card | null} card @param {any} picture */
-function labelOf(card, picture) {
+/** @param {Card | null} card @param {any} picture @param {number} noise */
+function labelOf(card, picture, noise) {
   if (!card) return 'No source'
-  return [`${card.number} ${card.title}`.trim(), ...card.lines, card.kind === 'service' && pictureText(picture)].filter(Boolean).join(', ')
+  const parts = [`${card.number} ${card.title}`.trim(), ...card.lines, card.kind === 'service' && pictureText(picture), noise > 0 && `signal fades by ${noise} of 255`]
+  return parts.filter(Boolean).join(', ')
 }
 
 /**
@@ -151,10 +152,11 @@ export function shownIn(state, {id, name}, kindOf) {
   const {display} = plane.base
   const frame = fitted(display, shape)
   const whole = wholeOf(frame, picture, plane.crop)
+  const noise = source.number === 0 && told !== null ? state.tuner.fade : 0
   return {
-    id, name, card, label: labelOf(card, picture), picture, display, seen: common(display, baseScreen), whole,
+    id, name, card, label: labelOf(card, picture, noise), picture, display, seen: common(display, baseScreen), whole,
     content: contentOf(whole, shape, ratio), active: plane.base.active ?? frame, ratio, plane,
-    noise: source.number === 0 && told !== null ? state.tuner.fade : 0, recording: recordingOf(state.windows[id]),
+    noise, recording: recordingOf(state.windows[id]),
   }
 }
 
