@@ -23,8 +23,8 @@ using namespace shell;
 
 namespace {
 
-/// Writes `--NAME=` with nothing behind it as the two words that it stands for; the parser would take the next word for
-/// the value. Words behind a `--` stay.
+/// Splits `--NAME=` with an empty value into two words. Otherwise the parser would take the next word as the value.
+/// Words after a `--` stay unchanged.
 void keepEmptyValues(std::vector<std::string>& arguments) {
   for (std::size_t at = 0; at < arguments.size() && arguments[at] != "--"; ++at) {
     if (!arguments[at].starts_with("--") || arguments[at].find('=') != arguments[at].size() - 1) continue;
@@ -33,8 +33,7 @@ void keepEmptyValues(std::vector<std::string>& arguments) {
   }
 }
 
-/// Runs what throws std::invalid_argument for a value that an option does not take.
-/// @return why it does not, as a validator answers it; empty when it does.
+/// Runs `body`, which throws std::invalid_argument for an invalid value.
 template <typename Body>
 std::string refusalOf(Body body) {
   try {
@@ -45,12 +44,12 @@ std::string refusalOf(Body body) {
   }
 }
 
-/// A check of options that take any text but the empty one.
+/// A validator that refuses the empty text.
 CLI::Validator notEmpty(const std::string& wanted) {
   return {[wanted](const std::string& value) { return refusalOf([&] { refuseEmpty(value, wanted); }); }, ""};
 }
 
-/// Has an option take a value. @throws CLI::ValidationError with the option's name if it does not.
+/// Passes a value to an option. @throws CLI::ValidationError with the option's name if the value is invalid.
 void takeValue(const Option& option, const std::string& value) {
   try {
     take(option, value);
@@ -59,7 +58,7 @@ void takeValue(const Option& option, const std::string& value) {
   }
 }
 
-/// Adds to a grammar what a dot command takes as well.
+/// Adds an option that a dot command has too.
 void addOption(CLI::App& grammar, const Option& option) {
   const auto takeOne = [option](const std::string& value) { takeValue(option, value); };
   const auto takeAll = [takeOne](const Lines& values) { std::for_each(values.begin(), values.end(), takeOne); };
@@ -90,27 +89,29 @@ void addServeOptions(CLI::App& grammar, ServeWishes& wishes) {
   const auto add = [&grammar](const char* name, auto& value, const char* wanted, const char* help) {
     return grammar.add_option(name, value, help)->type_name(wanted);
   };
-  add("--listen", wishes.listen, "ADDRESS:PORT", "where; 127.0.0.1:8090 if left out, port 0 for any free one");
-  add("--allow-origin", wishes.origins, "ORIGIN", "whose pages may use the set, all of it; :* for every port")
+  add("--listen", wishes.listen, "ADDRESS:PORT",
+      "where to listen, by default 127.0.0.1:8090; port 0 means any free port");
+  add("--allow-origin", wishes.origins, "ORIGIN", "let pages of this origin use the whole set; :* means every port")
       ->allow_extra_args(false);
-  add("--allow-host", wishes.hosts, "NAME", "what clients may call this machine, besides localhost and addresses")
+  add("--allow-host", wishes.hosts, "NAME", "accept another name of this machine, besides localhost and addresses")
       ->allow_extra_args(false);
-  CLI::Option* token = add("--token", wishes.token, "FILE", "clients must know the token on its first line");
+  CLI::Option* token = add("--token", wishes.token, "FILE", "require of clients the token on its first line");
   token->check(notEmpty("a file"));
-  grammar.add_flag("--fresh", wishes.fresh, "a built-in set in memory, that keeps nothing");
-  add("--record", wishes.record, "FILE", "write all that is done into a new transcript, for 'emp-window check'")
+  grammar.add_flag("--fresh", wishes.fresh, "serve a built-in set in memory, which persists nothing");
+  add("--record", wishes.record, "FILE", "record everything that is done as a new transcript, for 'emp-window check'")
       ->check(notEmpty("a file"));
-  add("--files", wishes.files, "DIR", "clients may read and write files beneath it; wants --token")
+  add("--files", wishes.files, "DIR", "let clients read and write files beneath it")
       ->check(notEmpty("a directory"))
       ->needs(token);
-  grammar.add_flag("--until-eof", wishes.untilEof, "end when standard input does");
-  grammar.add_flag("--no-wait", wishes.noWait, "do not hold replies back where calls have a latency");
-  add("--max-sessions", wishes.mostSessions, "N", "of clients at a time; 2000 if left out")
+  grammar.add_flag("--until-eof", wishes.untilEof, "also end at the end of standard input");
+  grammar.add_flag("--no-wait", wishes.noWait, "do not delay replies for latencies");
+  add("--max-sessions", wishes.mostSessions, "N", "the most sessions at a time, 2000 by default")
       ->check(CLI::Validator(refusalOfCount, ""));
-  add("--snapshot", wishes.snapshot, "FILE", "a set in memory that starts from it")->check(notEmpty("a file"));
+  add("--snapshot", wishes.snapshot, "FILE", "serve a set in memory that starts from this snapshot")
+      ->check(notEmpty("a file"));
 }
 
-/// Lets a grammar tell all of its subcommands.
+/// A filter that accepts all subcommands.
 bool all(const CLI::App*) {
   return true;
 }
@@ -119,7 +120,7 @@ bool all(const CLI::App*) {
   throw CLI::ValidationError(reason);
 }
 
-/// The first word from there on that is neither an option nor the value of one that a set takes.
+/// The position of the first word, from `from` on, that is neither an option nor the value of `--state` or `--log`.
 std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t from) {
   while (from < arguments.size() && arguments[from].starts_with('-') && arguments[from] != "--") {
     const bool takesValue = arguments[from] == "--state" || arguments[from] == "--log";
@@ -129,18 +130,18 @@ std::size_t behindOptions(const std::vector<std::string>& arguments, std::size_t
 }
 
 constexpr const char* execNotes =
-    R"(NAME and up to four ARGS are the plug-in's, whatever they look like; options stand
-before NAME.
+    R"(NAME and up to four ARGS are passed to the plug-in, even if they look like options;
+options of exec come before NAME.
 
 The exit status is 0 when the plug-in accepted the command, whatever it answered,
-1 when it refused it, and 2 when the command could not be run. --raw prints the
-reply's value alone, and of a refusal nothing but an error on standard error.
+1 when it refused it, and 2 when the command could not be run. --raw prints only
+the reply's value, and for a refused command only an error on standard error.
 
-The set keeps its state from one exec to the next, but an engine lives for one
-command: the channels that it found and the window that it selected are gone
-after it. Several commands on one engine come through a pipe:
+The set persists its state, but the engine exists for one command only: found
+channels and the window selection are lost after it. To run several commands on
+one engine, use a pipe:
   printf 'FindChannel 0 1\nGetChannel_Name 0\n' | emp-window
-or stand in a transcript, for 'emp-window check', which starts on a fresh set.)";
+or a transcript, which 'emp-window check' runs on a fresh set.)";
 
 /// The arguments' grammar.
 struct Grammar {
@@ -153,10 +154,10 @@ struct Grammar {
     exec = program.add_subcommand("exec", "run one plug-in command: exec [--raw] [--] NAME ARGS...");
     exec->add_flag("--raw", wishes.raw, "print the bare reply");
     exec->footer(execNotes);
-    exec->allow_extras();  // to say of an unknown option whose it is
+    exec->allow_extras();  // for an error message that says whose an unknown option is
     check = program.add_subcommand("check", "run transcripts on a fresh set in memory and compare");
     check->add_option("FILE", wishes.check.files, "transcripts")->required()->check(notEmpty("a file"));
-    check->add_flag("--update", wishes.check.update, "write what was printed into the transcripts");
+    check->add_flag("--update", wishes.check.update, "write the actual output into the transcripts");
     CLI::Option* junit = check->add_option("--junit", wishes.check.junit, "write a JUnit report");
     junit->type_name("FILE")->check(notEmpty("a file"));
     import = program.add_subcommand("import", "replace the set's services by those of a channel list");
@@ -181,7 +182,7 @@ struct Grammar {
     if (subcommand < arguments.size()) wantSubcommand(arguments[subcommand]);
     if (subcommand < arguments.size() && arguments[subcommand] == "exec") takeCommand(arguments, subcommand + 1);
     keepEmptyValues(arguments);
-    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
+    std::reverse(arguments.begin(), arguments.end());  // the parser expects this order
     program.parse(arguments);
     wantSetOptionsOnce();
     if (exec->parsed()) wantCommand();
@@ -213,9 +214,10 @@ struct Grammar {
   CLI::App* demo = nullptr;
 
  private:
-  /// Options that may stand before the subcommand or behind it.
+  /// Adds the options that may precede or follow the subcommand.
   void addSetOptions(CLI::App& part) {
-    CLI::Option* state = part.add_option("--state", wishes.state, "where the set keeps its state")->type_name("DIR");
+    CLI::Option* state =
+        part.add_option("--state", wishes.state, "the directory for the set's state")->type_name("DIR");
     state->check(notEmpty("a directory"))->take_last();  // a second --state is reported below
     CLI::Option* log =
         part.add_option("--log", wishes.logLevel, "print the plug-in's log messages up to a level on standard error");
@@ -224,7 +226,7 @@ struct Grammar {
     };
     log->type_name("LEVEL")->check(CLI::Validator(refusalOfLevel, ""))->take_last();
     if (&part != check) return;
-    state->group("");  // not in its help
+    state->group("");  // hides it from the help
     log->group("");
   }
 
@@ -252,8 +254,8 @@ struct Grammar {
     refuseArguments("there is no subcommand '" + word + "'; " + meant);
   }
 
-  /// Takes the plug-in's command out of the arguments of `exec`, which start there: all from its name on belongs to it,
-  /// whatever it looks like, and so does all behind a `--`.
+  /// Removes the plug-in's command from the arguments of `exec`, which start at `from`. Everything from the command's
+  /// name or after a `--` belongs to it, even words that look like options.
   void takeCommand(std::vector<std::string>& arguments, std::size_t from) {
     const auto end = arguments.begin() + static_cast<std::ptrdiff_t>(behindOptions(arguments, from));
     wishes.marked = end != arguments.end() && *end == "--";
@@ -282,7 +284,7 @@ Json::Value described(const CLI::Option& option) {
   return result;
 }
 
-/// A part of the grammar as data: what its help shows.
+/// A part of the grammar as JSON, with the content of its help.
 Json::Value described(const CLI::App& part) {
   Json::Value result(Json::objectValue);
   result["name"] = part.get_name();
@@ -312,7 +314,7 @@ std::optional<Wishes> readArguments(std::vector<std::string> arguments, const ke
     grammar.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0) throw std::invalid_argument(error.what());
-    grammar.program.exit(error);  // prints what --help or --version asks for
+    grammar.program.exit(error);  // prints the help or the version
     return std::nullopt;
   }
   wishes.task = grammar.task();

@@ -76,20 +76,20 @@ Json::Value unsubscribe(const Context& context) {
 
 const std::array eventRows{
     Method{"events.subscribe",
-           "be told of what happens, as notifications `event`",
+           "subscribe to topics; events arrive as notifications `event`",
            {{"topics", topicList, "names of topics, or *", true},
             {"after", R"({"type": "integer", "minimum": 0})", "number of the last event that the client has"},
-            {"server", R"({"type": "string"})", "the server that it had it from"}},
+            {"server", R"({"type": "string"})", "the server that sent that event"}},
            R"({"type": "object", "required": ["server", "number", "state"], "properties": {
-               "server": {"type": "string", "description": "its run, whose numbers these are"},
-               "number": {"type": "integer", "description": "of the last event; the state is as of it"},
+               "server": {"type": "string", "description": "id of this run of the server, to which the numbers belong"},
+               "number": {"type": "integer", "description": "number of the last event; the state is as of that event"},
                "state": {"$ref": "#/components/schemas/State"},
-               "resync": {"const": true, "description": "the events behind `after` are not held"}},
+               "resync": {"const": true, "description": "the events after `after` are no longer available"}},
                "additionalProperties": false})",
            subscribe},
     Method{"events.unsubscribe",
-           "not be told of it any more",
-           {{"topics", topicList, "names of topics, as they were subscribed to", true}},
+           "unsubscribe from topics",
+           {{"topics", topicList, "names of topics, as in events.subscribe", true}},
            anObject,
            unsubscribe},
 };

@@ -15,9 +15,9 @@ namespace virtualtv::rpc {
 namespace {
 
 constexpr std::string_view numberSchema = R"({"type": "integer", "minimum": 1})";
-const Parameter wantedCommand{"command", numberSchema, "its number, as its events have it", true};
+const Parameter wantedCommand{"command", numberSchema, "number of the command, as in its events", true};
 const Parameter anyCommand{"command", numberSchema,
-                           "its number, as its events have it; without it, the last of the session"};
+                           "number of the command, as in its events; by default the last one of the session"};
 
 std::uint64_t commandIn(const Context& context) {
   return static_cast<std::uint64_t>(context.params.number("command", notNegative));
@@ -53,21 +53,22 @@ Json::Value goBack(const Context& context) {
 }
 
 const std::array historyRows{
-    Method{
-        "tv.why",
-        "tell all about a command, one of the last 1,000, of which at most 64 MiB are held: its reply, the calls that "
-        "it made to the set, settings keys that changed, log messages; and what opening its engine did, where it was "
-        "the first on it",
-        {anyCommand},
-        R"({"$ref": "#/components/schemas/Why"})",
-        why},
+    Method{"tv.why",
+           "return everything about a command in the history, which holds the last 1,000 commands, up to 64 MiB: its "
+           "reply, "
+           "its calls to the set, changed settings keys and log messages; and the effects of opening its engine, if it "
+           "was "
+           "the first command on it",
+           {anyCommand},
+           R"({"$ref": "#/components/schemas/Why"})",
+           why},
     Method{"tv.history",
-           "tell the whole set, as tv.state does, as it was right behind a command; held as for tv.why",
+           "return the whole set, as tv.state does, as it was right after a command in the history",
            {anyCommand},
            stateSchema,
            history},
     Method{"tv.goBack",
-           "make the set what it persisted right behind a command, as tv.restore does; held as for tv.why",
+           "restore what the set had persisted right after a command in the history, as tv.restore does",
            {wantedCommand},
            revisionResult,
            goBack},

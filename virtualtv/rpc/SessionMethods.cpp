@@ -55,16 +55,16 @@ void discover(const Context& context, std::string& text) {
 
 const std::array sessionRows{
     Method{"session.open",
-           "say which application the session is of; without a connection, open a session",
+           "set the application of the session; without a connection, open a session",
            {{"appId", textSchema, "the application"}, {"widgetId", textSchema, "its widget"}},
            R"({"type": "object", "required": ["session", "server", "revision", "virtual"], "properties": {
                "session": {"type": "string"}, "server": {"type": "string"},
                "revision": {"type": "integer"}, "virtual": {"const": true},
-               "state": {"type": "string", "description": "directory that keeps the set; missing where it is in memory"}}})",
+               "state": {"type": "string", "description": "directory of the set's state; missing if the set is in memory"}}})",
            open},
     Method{"session.close",
            "end a session and close its engines",
-           {{"session", textSchema, "which; without it, the caller's own"}},
+           {{"session", textSchema, "name of the session; by default the caller's own"}},
            anObject,
            close},
     Method{"tv.sessions",

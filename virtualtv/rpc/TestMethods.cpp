@@ -109,7 +109,7 @@ Json::Value check(const Context& context) {
 
 const std::array testRows{
     Method{"tv.operations",
-           "list the calls that the plug-in makes to the set, which can be made to fail",
+           "list the calls from the plug-in to the set; each can be made to fail",
            {},
            R"({"type": "object", "required": ["operations"], "properties": {
                "operations": {"type": "array", "items": {"$ref": "#/components/schemas/Operation"}}},
@@ -119,16 +119,16 @@ const std::array testRows{
            "make calls to the set fail",
            {{"operation", textSchema, "the call", true},
             {"nth", R"({"type": "integer", "minimum": 1})", "the first call that it hits, counted from now"},
-            {"times", R"({"type": ["integer", "string"]})", "how many it hits, or always; one without it"},
+            {"times", R"({"type": ["integer", "string"]})", "how many calls it hits, or always; 1 by default"},
             {"result", R"({"type": ["integer", "string", "null"]})",
-             "what it answers: a number or a text, null, unwritten or throw"},
-            {"outputs", anObject, "what it writes, by the names of its outputs"},
-            {"window", R"({"enum": ["main", "pip"]})", "the window whose calls it hits"},
-            {"session", textSchema, "the session whose engine in use it hits"}},
+             "result of the call: a number or a text, null, unwritten or throw"},
+            {"outputs", anObject, "values of outputs, by name"},
+            {"window", R"({"enum": ["main", "pip"]})", "only calls for this window"},
+            {"session", textSchema, "only calls of the engine in use of this session"}},
            R"({"type": "object", "required": ["id"], "properties": {"id": {"type": "integer"}}})",
            fault},
     Method{"tv.faults",
-           "list the faults, with the calls that each has hit",
+           "list the faults, with the number of calls that each has hit",
            {},
            R"({"type": "object", "required": ["faults"], "properties": {
                "faults": {"type": "array", "items": {"$ref": "#/components/schemas/Fault"}}},
@@ -136,17 +136,16 @@ const std::array testRows{
            faults},
     Method{"tv.clearFaults",
            "remove a fault, or all",
-           {{"id", R"({"type": "integer", "minimum": 0})", "which; without it, all"}},
+           {{"id", R"({"type": "integer", "minimum": 0})", "number of the fault; by default all"}},
            anObject,
            clearFaults},
-    Method{
-        "tv.check",
-        "run a transcript on a set of its own, in memory, and compare what it prints; at most 10,000 inputs, those of "
-        "files that it runs included, and 5 seconds",
-        {{"transcript", textSchema, "its text", true}},
-        R"({"type": "object", "required": ["passed", "diff"], "properties": {
+    Method{"tv.check",
+           "run a transcript on a separate set in memory, and compare its output; limited to 5 seconds and to 10,000 "
+           "inputs, including those of files that it runs",
+           {{"transcript", textSchema, "its text", true}},
+           R"({"type": "object", "required": ["passed", "diff"], "properties": {
                "passed": {"type": "boolean"}, "diff": {"type": "string"}}})",
-        check},
+           check},
 };
 
 }  // namespace

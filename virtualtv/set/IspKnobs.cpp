@@ -59,7 +59,7 @@ constexpr std::array ispTable{
     Knob{"isp.audio_in_use", "number", "position of the ISP source's audio track in use, counted from 0",
          getIspInUse<&TracksInUse::audio>, setIspInUse<&TracksInUse::audio>},
     Knob{"isp.subtitles", "tracks or none",
-         "subtitles of the ISP source, as in service.ID.subtitles; KIND may be teletext-subtitle, too; listed by kind",
+         "subtitles of the ISP source, as in service.ID.subtitles; KIND may also be teletext-subtitle; sorted by kind",
          getIspList<&SecondaryStack::subtitles>, setIspList<&SecondaryStack::subtitles, readIspSubtitles>},
     Knob{"isp.subtitle_in_use", "number", "position of the ISP source's subtitle in use, counted from 0; -1 for none",
          getIspInUse<&TracksInUse::subtitle>, setIspInUse<&TracksInUse::subtitle>},

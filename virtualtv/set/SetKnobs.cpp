@@ -51,7 +51,7 @@ constexpr std::array setTable{
          setNumber<&TvState::region>},
     Knob{"country", "number", "country that the user chose", getNumber<&TvState::country>,
          setNumber<&TvState::country>},
-    Knob{"start.service", "service id or 0", "the service that the set starts with, which need not be there",
+    Knob{"start.service", "service id or 0", "the service that the set starts with; it need not exist",
          getNumber<&TvState::startServiceId>, setNumber<&TvState::startServiceId>},
     Knob{"start.source", "number", "the TV service's number of the source that the set starts with",
          getNumber<&TvState::startSource>, setNumber<&TvState::startSource>},

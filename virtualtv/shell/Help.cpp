@@ -50,7 +50,7 @@ Lines overview(std::size_t columns) {
   return table(narrowed(std::move(rows), widest), columns);
 }
 
-constexpr const char* withList = "+ ";  // precedes a command that takes a parameter list
+constexpr const char* withList = "+ ";  // written before a command that takes a parameter list
 
 std::string usageOf(const CatalogueCommand& command) {
   std::string usage = command.name;
@@ -163,24 +163,25 @@ Lines helpOnFaults(std::size_t columns) {
   const Lines words =
       table({{"  nth=N", "the first call that it hits, counted from now; 1 if left out"},
              {"  times=N", "how many calls it hits; 1 if left out"},
-             {"  always", "it hits every call from the first one on"},
-             {"  window=W", "only calls for the window main or pip, where the operation is a window's"},
+             {"  always", "it hits every call from the nth on"},
+             {"  window=W", "only calls for the window main or pip; valid for interfaces that exist once per window"},
              {"  engine=NAME", "only calls of that engine"},
              {"  result=N", "the call answers N; it is carried out if N is a success of the operation, otherwise not"},
-             {"  result=TEXT", "likewise, where the operation answers a text"},
-             {"  result=null", "a null pointer; a factory still answers its success"},
+             {"  result=TEXT", "the same, if the operation answers a text"},
+             {"  result=null", "a null pointer; a factory answers its success, but writes null"},
              {"  result=unwritten", "the call answers its success, but writes no output and does nothing"},
              {"  result=throw", "an exception leaves the call"},
              {"  out.NAME=VALUE", "that output is written; without a result= the call is carried out first"}},
             columns);
   const Lines notes = sentences(
-      {"Each word may stand once. Of several faults that fit a call, the one that was set first acts. The others count "
-       "the call as well; one that was due hits the next call that no other hits.",
+      {"Each word may appear once. If several faults match a call, only the one that was set first acts. The others "
+       "count "
+       "the call too; a fault that was due hits the next call that no other fault hits.",
        "Values: numbers, the TV service's, as in 7 or 0,1; a record as in {12=281,16=\"News\"}; records as in "
-       "[{12=281},null], null being a null pointer in place of a record; favourite groups as in {1=1,12=0}.",
-       "Quote what has quotes: 'out.service={16=\"News\"}'.",
-       ".fault lists what is set and how often it has hit, .fault clear removes all, .fault clear NUMBER one of them.",
-       "'.help operations' lists the operations with what each can answer."},
+       "[{12=281},null], where null is a null pointer instead of a record; favourite groups as in {1=1,12=0}.",
+       "Quote a word that contains quotes: 'out.service={16=\"News\"}'.",
+       ".fault lists the faults and their hits, .fault clear removes all faults, .fault clear NUMBER removes one.",
+       "'.help operations' lists the operations with their possible results."},
       columns);
   for (const Lines& more : {words, notes}) help.insert(help.end(), more.begin(), more.end());
   return help;

@@ -58,15 +58,15 @@ Options importOptions(ImportWishes& wishes) {
   };
   return {
       file("the list, - for standard input", [&wishes](const std::string& name) { wishes.file = name; }),
-      format(namesOfFormats(), "its format; recognised if left out",
+      format(namesOfFormats(), "format of the list; recognised by default",
              [&options](const import::Format* format) { options.format = format; }),
-      {"--encoding", "NAME", "of names that do not tell theirs; judged if left out", setEncoding},
-      flag("--add", options.add, "keep the services that are there"),
+      {"--encoding", "NAME", "encoding of names that do not specify their own; guessed by default", setEncoding},
+      flag("--add", options.add, "add to the services of the set"),
   };
 }
 
 Options exportOptions(ExportWishes& wishes) {
-  return {format(namesOfWrittenFormats(), "what the list is written as; json if left out",
+  return {format(namesOfWrittenFormats(), "format of the list; json by default",
                  [&wishes](const import::Format* format) { wishes.format = format; })};
 }
 
@@ -74,11 +74,11 @@ Options scanOptions(ScanWishes& wishes) {
   Option files =
       file("recordings, - for standard input", [&wishes](const std::string& name) { wishes.files.push_back(name); });
   files.isSeveral = true;
-  Option add = flag("--add", wishes.add, "keep the services that are there");
+  Option add = flag("--add", wishes.add, "add to the services of the set");
   add.needs = "--import";
   return {
       files,
-      flag("--json", wishes.json, "print a document in place of a table"),
+      flag("--json", wishes.json, "print a document instead of a table"),
       flag("--import", wishes.import, "replace the set's services by those found"),
       add,
   };

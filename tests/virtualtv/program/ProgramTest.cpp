@@ -94,7 +94,7 @@ TEST_F(ProgramTest, ExecSaysOfOptionsBehindTheCommandThatTheyAreParameters) {
 
 TEST_F(ProgramTest, ExecHelpSaysHowLongAnEngineLivesAndHowToRunSeveralCommandsOnOne) {
   const std::string help = run({"exec", "--help"}).out;
-  EXPECT_NE(help.find("an engine lives for one\ncommand"), std::string::npos) << help;
+  EXPECT_NE(help.find("the engine exists for one command only"), std::string::npos) << help;
   EXPECT_NE(help.find("'emp-window check'"), std::string::npos) << help;
   const std::size_t start = help.find("  printf '") + std::string("  printf '").size();
   std::string lines = help.substr(start, help.find("' | emp-window\n") - start);

@@ -98,7 +98,7 @@ TEST_F(FaultCommandTest, AFaultThatWasDueHitsTheNextCallThatNoOtherHits) {
 
 TEST_F(FaultCommandTest, HelpOnFaultsTellsWhichOfSeveralActs) {
   const std::string help = run(".help faults");
-  EXPECT_NE(help.find("Of several faults that fit a call, the one that was set first acts."), std::string::npos)
+  EXPECT_NE(help.find("If several faults match a call, only the one that was set first acts."), std::string::npos)
       << help;
 }
 

@@ -8,8 +8,8 @@ export type Parameter = string | number | bigint | boolean | undefined
 export interface Commands {
   /**
    * Selects the window for later commands of this application, except those that say otherwise. The default is the
-   * main window. A connection to the set that failed when the application started is made on first use, but for the
-   * picture-in-picture window.
+   * main window. A connection to the set that failed when the application started is tried again on first use, and
+   * then belongs to the picture-in-picture window.
    * @param window The window to select.
    * @returns 1 when the window is selected, even if the connection for subtitles can't be made.
    */
@@ -531,17 +531,17 @@ export interface Commands {
   SetChannelDirect(ptc?: Parameter, major?: Parameter, minor?: Parameter, channelType?: Parameter): number
 }
 
-/** A sound track. */
+/** An audio track. */
 export interface AudioTrack {
-  /** how it is coded */
+  /** coding of the sound */
   coding: string
-  /** language, by its code */
+  /** language code */
   lang: string
   /** audio mode */
   mode: number
-  /** number of its stream */
+  /** PID of its stream */
   pid: number
-  /** the set can tell about it */
+  /** whether the set can return the track's data */
   readable: boolean
   /** audio type */
   type: number
@@ -549,15 +549,15 @@ export interface AudioTrack {
 
 /** The plug-in has called the set. */
 export interface CallEvent {
-  /** with arguments and result, in a line */
+  /** the call with arguments and result, in one line */
   call: string
   /** number of the command that it belongs to */
   command?: number
-  /** a fault has hit it */
+  /** whether a fault has hit the call */
   fault: boolean
   /** counts up by one over all topics */
   number: number
-  /** its name */
+  /** name of the operation */
   operation: string
   /** number of the last change of the set */
   revision: number
@@ -565,39 +565,39 @@ export interface CallEvent {
   topic: 'call'
 }
 
-/** What was called, stored and logged. */
+/** Calls made, settings keys changed and messages logged. */
 export interface Cause {
-  /** platform calls, in order, a line each */
+  /** calls to the set in order, one line each */
   calls: string[]
-  /** settings keys that changed, in order */
+  /** changed settings keys, in order */
   keys: SettingChange[]
-  /** messages, in order */
+  /** log messages, in order */
   log: LogMessage[]
 }
 
 /** A command has run. */
 export interface CommandEvent {
-  /** its number, over all sessions */
+  /** number of the command, counted over all sessions */
   command: number
-  /** milliseconds that latencies took on the set's clock */
+  /** delay by latencies, in milliseconds of the set's clock */
   delay: number
-  /** milliseconds of real time */
+  /** duration in milliseconds of real time */
   duration: number
-  /** that it ran on */
+  /** the engine that ran it */
   engine: string
-  /** the parameters were given as a list */
+  /** whether the parameters were passed as a list */
   list: boolean
-  /** of the command */
+  /** name of the command */
   name: string
   /** counts up by one over all topics */
   number: number
-  /** as the engine was given them */
+  /** the parameters passed to the engine */
   parameters: string[]
-  /** cut where it is long; null where the engine threw */
+  /** the reply, truncated if it is long; null if the engine threw an exception */
   reply: Reply | null
   /** number of the last change of the set */
   revision: number
-  /** that ran it */
+  /** the session that ran it */
   session: string
   /** milliseconds since 1970 */
   time: number
@@ -609,7 +609,7 @@ export interface CommandEvent {
 export interface EngineClosedEvent {
   /** number of the command that it belongs to */
   command?: number
-  /** its name, that of its session in front */
+  /** name of the engine, after the name of its session */
   engine: string
   /** counts up by one over all topics */
   number: number
@@ -621,17 +621,17 @@ export interface EngineClosedEvent {
   topic: 'engine'
   /** what happened */
   what: 'closed'
-  /** in a word or two */
+  /** the reason, in a word or two */
   why: string
 }
 
 /** An engine was opened. */
 export interface EngineOpenedEvent {
-  /** the application */
+  /** id of the application */
   appId: string
   /** number of the command that it belongs to */
   command?: number
-  /** its name, that of its session in front */
+  /** name of the engine, after the name of its session */
   engine: string
   /** counts up by one over all topics */
   number: number
@@ -643,27 +643,27 @@ export interface EngineOpenedEvent {
   topic: 'engine'
   /** what happened */
   what: 'opened'
-  /** its widget */
+  /** id of the widget */
   widgetId: string
 }
 
-/** A fault that was set. */
+/** A fault. */
 export interface Fault {
-  /** as .fault takes it */
+  /** the arguments of .fault that describe it */
   fault: string
-  /** how many calls it has hit */
+  /** number of calls that it has hit */
   hits: number
   /** its number */
   id: number
-  /** the call */
+  /** the operation whose calls it hits */
   operation: string
 }
 
-/** A fault is gone. */
+/** A fault was removed. */
 export interface FaultGoneEvent {
   /** number of the command that it belongs to */
   command?: number
-  /** its number */
+  /** number of the fault */
   id: number
   /** counts up by one over all topics */
   number: number
@@ -681,9 +681,9 @@ export interface FaultGoneEvent {
 export interface FaultHitEvent {
   /** number of the command that it belongs to */
   command?: number
-  /** how many calls it has hit */
+  /** number of calls that it has hit */
   hits: number
-  /** its number */
+  /** number of the fault */
   id: number
   /** counts up by one over all topics */
   number: number
@@ -701,9 +701,9 @@ export interface FaultHitEvent {
 export interface FaultSetEvent {
   /** number of the command that it belongs to */
   command?: number
-  /** as .fault takes it */
+  /** the arguments of .fault that describe it */
   fault: string
-  /** its number */
+  /** number of the fault */
   id: number
   /** counts up by one over all topics */
   number: number
@@ -717,11 +717,11 @@ export interface FaultSetEvent {
   what: 'set'
 }
 
-/** A service is in other favourite groups. */
+/** The favourite groups of a service have changed. */
 export interface FavouritesEvent {
-  /** as .get prints them */
+  /** new groups, as .get prints them */
   after: string
-  /** as .get prints them */
+  /** old groups, as .get prints them */
   before: string
   /** number of the command that it belongs to */
   command?: number
@@ -729,7 +729,7 @@ export interface FavouritesEvent {
   number: number
   /** number of the last change of the set */
   revision: number
-  /** which; null where it is gone */
+  /** the service; null if it no longer exists */
   service: ServiceName | null
   /** milliseconds since 1970 */
   time: number
@@ -737,67 +737,67 @@ export interface FavouritesEvent {
   topic: 'favourites'
 }
 
-/** A service that a broadcast carries or tells of. What it does not tell is left out. */
+/** A service carried or described in a broadcast. Unknown values are left out. */
 export interface FoundService {
-  /** tracks; none of services that the broadcast does not carry */
+  /** audio tracks; empty for services that the broadcast only describes */
   audio: {
-    /** how it is coded */
+    /** coding of the sound */
     coding?: 'mpeg' | 'aac' | 'ac3' | 'eac3'
-    /** three letters of ISO 639 */
+    /** three-letter code of ISO 639 */
     language?: string
-    /** of its stream */
+    /** PID of its stream */
     pid: number
     /** ISO 639 audio type: 0 undefined, 1 clean effects, 2 hearing impaired, 3 visually impaired */
     type: number
   }[]
-  /** what it brings */
+  /** television, radio or data */
   kind?: 'television' | 'radio' | 'data'
-  /** number under which viewers know it */
+  /** channel number */
   major?: number
-  /** part of that number in America, else 0 */
+  /** minor channel number in American broadcasts, otherwise 0 */
   minor?: number
-  /** as viewers know it */
+  /** name for viewers */
   name?: string
-  /** of the network that its transport stream comes from */
+  /** id of the network where its transport stream originates */
   originalNetworkId?: number
-  /** in its transport stream */
+  /** program number in its transport stream */
   programNumber: number
-  /** who makes it */
+  /** the service's provider */
   provider?: string
-  /** it can't be watched without a subscription */
+  /** whether it is encrypted for subscribers */
   scrambled: boolean
-  /** likewise */
+  /** subtitles; empty for services that the broadcast only describes */
   subtitles: {
-    /** three letters of ISO 639 */
+    /** three-letter code of ISO 639 */
     language?: string
-    /** of its stream */
+    /** PID of its stream */
     pid: number
-    /** how they are sent */
+    /** kind of subtitles */
     type: 'dvb' | 'teletext'
   }[]
-  /** of its transport stream */
+  /** id of its transport stream */
   transportStreamId?: number
 }
 
 /** An input of the set. */
 export interface Input {
-  /** as people know it */
+  /** name for people */
   name: string
-  /** what comes in then */
+  /** the picture while something is plugged in */
   picture: Picture
-  /** something is plugged in */
+  /** whether something is plugged in */
   plugged: boolean
-  /** its number among the TV service's sources */
+  /** the TV service's number of the input */
   source: number
 }
 
-/** An input is another. */
+/** An input has changed. */
 export interface InputEvent {
   after: Input
   before: Input
   /** number of the command that it belongs to */
   command?: number
-  /** its number among the TV service's sources */
+  /** the TV service's number of the input */
   input: number
   /** counts up by one over all topics */
   number: number
@@ -818,15 +818,15 @@ export interface Isp {
     /** in pixels */
     width: number
   }
-  /** it can be reached */
+  /** whether it can be reached */
   present: boolean
-  /** it is on screen */
+  /** whether it is on screen */
   shown: boolean
   /** its tracks */
   tracks: Tracks
 }
 
-/** The secondary TV stack is another. */
+/** The secondary TV stack has changed. */
 export interface IspEvent {
   after: Isp
   before: Isp
@@ -840,29 +840,29 @@ export interface IspEvent {
   time: number
   /** the topic */
   topic: 'source'
-  /** it stands where a window does */
+  /** isp, in place of a window's name */
   window: 'isp'
 }
 
-/** Something that can be read, or set, from outside. */
+/** A value of the set that can be read, and usually also set, from outside. */
 export interface Knob {
-  /** tv.set takes it */
+  /** whether tv.set accepts it */
   canBeSet: boolean
-  /** of the knob */
+  /** name of the knob */
   name: string
-  /** what it stands at */
+  /** its value */
   value: string
 }
 
-/** A knob stands at another value. */
+/** A knob has changed. */
 export interface KnobEvent {
-  /** as .get prints it */
+  /** new value, as .get prints it */
   after: string
-  /** as .get prints it */
+  /** old value, as .get prints it */
   before: string
   /** number of the command that it belongs to */
   command?: number
-  /** of the knob */
+  /** name of the knob */
   name: string
   /** counts up by one over all topics */
   number: number
@@ -874,15 +874,15 @@ export interface KnobEvent {
   topic: 'knob'
 }
 
-/** A kind of knobs. */
+/** A family of knobs. */
 export interface KnobKind {
-  /** tv.set takes it */
+  /** whether tv.set accepts it */
   canBeSet: boolean
-  /** what it is */
+  /** its meaning */
   help: string
-  /** with words in capitals for what differs */
+  /** name, with placeholders in capital letters */
   name: string
-  /** what it is set to, in words */
+  /** the values that it takes, in words */
   takes: string
 }
 
@@ -890,11 +890,11 @@ export interface KnobKind {
 export interface LogEvent {
   /** number of the command that it belongs to */
   command?: number
-  /** the first 200 of them */
+  /** the first 200 messages */
   lines: LogMessage[]
   /** counts up by one over all topics */
   number: number
-  /** how many more there were */
+  /** number of further messages */
   omitted: number
   /** number of the last change of the set */
   revision: number
@@ -904,15 +904,15 @@ export interface LogEvent {
 
 /** A log message. */
 export interface LogMessage {
-  /** in bytes, where it was cut */
+  /** length of the whole text in bytes, if it was truncated */
   length?: number
   /** 0 for failures and routine lines, up to 3 */
   level: number
-  /** of the message */
+  /** text of the message */
   text: string
 }
 
-/** A window's TV mode is another. */
+/** A window's TV mode has changed. */
 export interface ModeEvent {
   after: TvMode
   before: TvMode
@@ -932,41 +932,41 @@ export interface ModeEvent {
 
 /** A call that the plug-in makes to the set. */
 export interface Operation {
-  /** of the call */
+  /** name of the call */
   name: string
-  /** names of what it writes */
+  /** names of its outputs */
   outputs: string[]
 }
 
-/** A picture that comes in. */
+/** The picture of an input or a service. */
 export interface Picture {
-  /** the broadcaster's format description, 4 bits; 8: the content fills the picture */
+  /** the broadcaster's active format description, 4 bits; 8: the content fills the picture */
   activeFormat: number
   /** in pixels */
   height: number
   /** frames a second */
   rate: number
-  /** of the whole picture */
+  /** aspect ratio of the whole picture */
   shape: '16:9' | '4:3'
   /** in pixels */
   width: number
 }
 
-/** How a window's picture stands on the screen. */
+/** Place, crop and order of a window's picture. */
 export interface Plane {
   /** in the space of 960 x 540 that applications use */
   app: PlaneRects
-  /** on the base screen */
+  /** in pixels of the base screen */
   base: PlaneRects
-  /** the part of the source picture that is shown; null for all of it */
+  /** the visible part of the source picture; null if all of it is visible */
   crop: Rect | null
-  /** the picture is hidden */
+  /** whether the picture is hidden */
   muted: boolean
-  /** which plane is above which */
+  /** stacking order; higher planes cover lower ones */
   order: number
 }
 
-/** A window's picture stands on the screen in another way. */
+/** Place, crop or order of a window's picture has changed. */
 export interface PlaneEvent {
   after: Plane
   before: Plane
@@ -984,13 +984,13 @@ export interface PlaneEvent {
   window: 'main' | 'pip'
 }
 
-/** Where the picture is, in one space. */
+/** Rectangles of the picture, in one coordinate space. */
 export interface PlaneRects {
-  /** the part of it that the content fills; null without a picture */
+  /** the part of that rectangle that the content fills; null without a picture */
   active: Rect | null
-  /** where the picture is drawn */
+  /** the rectangle in which the picture is drawn */
   display: Rect
-  /** the window */
+  /** the window's rectangle */
   rect: Rect
 }
 
@@ -1006,62 +1006,62 @@ export interface Rect {
   y: number
 }
 
-/** What a command answered. */
+/** A command's reply. */
 export interface Reply {
-  /** the engine took the command */
+  /** whether the engine accepted the command */
   accepted: boolean
-  /** of an ascii value that is no UTF-8 */
+  /** bytes of an ascii value that is not UTF-8 */
   bytes?: string
-  /** of the value */
+  /** kind of the value */
   kind: 'int' | 'ascii' | 'unicode' | 'empty'
-  /** of the whole value, where it was cut */
+  /** length of the whole value, if it was truncated */
   length?: number
-  /** of a unicode value that is no UTF-16 */
+  /** 16-bit units of a unicode value that is not UTF-16 */
   units?: number[]
-  /** none where it is empty */
+  /** the value; missing if the reply is empty */
   value?: number | string
 }
 
-/** What is in a broadcast. */
+/** The content of a broadcast. */
 export interface Scan {
-  /** how many were read */
+  /** number of packets read */
   packets: number
-  /** what is wrong with it, a hundred at most */
+  /** problems of the broadcast, at most a hundred */
   problems: {
-    /** the place, as in packet 12 */
+    /** place of the first one, as in packet 12 */
     at: string
-    /** in words */
+    /** description of the problem */
     reason: string
   }[]
-  /** those that it carries first */
+  /** services; those carried in the broadcast come first */
   services: FoundService[]
 }
 
 /** A service. */
 export interface Service {
-  /** what it is received with */
+  /** antenna that receives it */
   antenna: 'terrestrial' | 'cable' | 'satellite' | null
-  /** sound tracks */
+  /** audio tracks */
   audio: AudioTrack[]
-  /** numbers of the favourite groups that it is in */
+  /** numbers of its favourite groups */
   favourites: number[]
-  /** section of the list that it was found in */
+  /** section of the imported list */
   group: string
-  /** it is hidden */
+  /** whether it is hidden */
   hidden: boolean
-  /** 64 bits as decimal text; null where it has none */
+  /** service id, 64 bits as decimal text; null if it has none */
   id: string | null
-  /** number in the list of services */
+  /** key of the service, as .services shows it */
   key: number
-  /** what it brings */
+  /** television, radio or data */
   kind: 'television' | 'radio' | 'data' | null
-  /** it is locked */
+  /** whether it is locked */
   locked: boolean
   /** major number */
   major: number | null
   /** minor number */
   minor: number | null
-  /** channel name; null where it has none */
+  /** channel name; null if it has none */
   name: string | null
   /** subtitle tracks */
   subtitles: SubtitleTrack[]
@@ -1085,11 +1085,11 @@ export interface ServiceEvent {
   window: 'main' | 'pip'
 }
 
-/** A field of a service is another. */
+/** A field of a service has changed. */
 export interface ServiceFieldEvent {
-  /** null where it is not set any more */
+  /** new value; null if it was removed */
   after: string | null
-  /** numbers as decimal text; null where it was not set */
+  /** old value, a number as decimal text; null if it was not set */
   before: string | null
   /** number of the command that it belongs to */
   command?: number
@@ -1099,7 +1099,7 @@ export interface ServiceFieldEvent {
   number: number
   /** number of the last change of the set */
   revision: number
-  /** which; null where it is gone */
+  /** the service; null if it no longer exists */
   service: ServiceName | null
   /** milliseconds since 1970 */
   time: number
@@ -1107,44 +1107,44 @@ export interface ServiceFieldEvent {
   topic: 'services'
 }
 
-/** What a service is known by. */
+/** Key, id, name and number of a service. */
 export interface ServiceName {
-  /** 64 bits as decimal text; null where it has none */
+  /** service id, 64 bits as decimal text; null if it has none */
   id: string | null
-  /** number in the list of services */
+  /** key of the service, as .services shows it */
   key: number
   /** major number */
   major: number | null
   /** minor number */
   minor: number | null
-  /** channel name; null where it has none */
+  /** channel name; null if it has none */
   name: string | null
-  /** what plays while the service is on screen, where it came from a recording */
+  /** the recording that plays while the service is on screen, if there is one */
   recording?: {
-    /** of the file */
+    /** path of the file */
     path: string
-    /** its stream type in the program map; 27 is H.264 */
+    /** the video's stream type in the program map; 27 is H.264 */
     type: number
-    /** PID of the picture */
+    /** PID of the video */
     video: number
   }
 }
 
-/** A service has other tracks. */
+/** The list of a service's tracks has changed. */
 export interface ServiceTracksEvent {
-  /** as .get prints them */
+  /** new list, as .get prints it */
   after: string
-  /** as .get prints them */
+  /** old list, as .get prints it */
   before: string
   /** number of the command that it belongs to */
   command?: number
-  /** of the tracks */
+  /** kind of the tracks */
   kind: 'audio' | 'subtitles'
   /** counts up by one over all topics */
   number: number
   /** number of the last change of the set */
   revision: number
-  /** which; null where it is gone */
+  /** the service; null if it no longer exists */
   service: ServiceName | null
   /** milliseconds since 1970 */
   time: number
@@ -1152,23 +1152,23 @@ export interface ServiceTracksEvent {
   topic: 'tracks'
 }
 
-/** The list of services is another one, or one of them was moved or removed. */
+/** The list of services was replaced, or a service was moved or removed. */
 export interface ServicesEvent {
-  /** how many are new */
+  /** number of new services */
   added: number
-  /** how many there are */
+  /** number of services now */
   after: number
-  /** how many there were */
+  /** number of services before */
   before: number
-  /** how many were there and are different */
+  /** number of services with changed data */
   changed: number
   /** number of the command that it belongs to */
   command?: number
-  /** which one was moved or removed, as .service takes it; null where the list was replaced */
+  /** the move or removal, as arguments of .service; null if the list was replaced */
   edit: string | null
-  /** how many are not there any more */
+  /** number of removed services */
   gone: number
-  /** how many have another key */
+  /** number of services with another key */
   moved: number
   /** counts up by one over all topics */
   number: number
@@ -1182,13 +1182,13 @@ export interface ServicesEvent {
 
 /** A session. */
 export interface Session {
-  /** a connection holds it */
+  /** whether it belongs to a connection */
   connected: boolean
-  /** names of those that are open */
+  /** names of its open engines */
   engines: string[]
-  /** its name */
+  /** name of the session */
   session: string
-  /** it is that of requests without one */
+  /** whether it is the session of requests that name none */
   shared: boolean
 }
 
@@ -1200,7 +1200,7 @@ export interface SessionEvent {
   number: number
   /** number of the last change of the set */
   revision: number
-  /** its name */
+  /** name of the session */
   session: string
   /** milliseconds since 1970 */
   time: number
@@ -1210,7 +1210,7 @@ export interface SessionEvent {
   what: 'opened' | 'closed'
 }
 
-/** The set has started anew. */
+/** The set has started again. */
 export interface SetStartedEvent {
   /** number of the command that it belongs to */
   command?: number
@@ -1218,7 +1218,7 @@ export interface SetStartedEvent {
   number: number
   /** number of the last change of the set */
   revision: number
-  /** why */
+  /** the reason */
   started: 'restart' | 'reset' | 'restore'
   /** milliseconds since 1970 */
   time: number
@@ -1228,29 +1228,29 @@ export interface SetStartedEvent {
 
 /** A settings key. */
 export interface Setting {
-  /** the same where it is no UTF-8 */
+  /** the value's bytes, if it is not UTF-8 */
   bytes?: string
   /** its name */
   key: string
-  /** what it holds */
+  /** its value */
   value: string | number
 }
 
-/** A settings key that changed. */
+/** A change of a settings key. */
 export interface SettingChange {
-  /** null where it is not set any more */
+  /** new value; null if the key was removed */
   after: string | number | null
-  /** null where it was not set */
+  /** old value; null if the key was not set */
   before: string | number | null
   /** its name */
   key: string
 }
 
-/** A settings key has another value. */
+/** A settings key has changed. */
 export interface SettingEvent {
-  /** null where it is not set any more */
+  /** new value; null if the key was removed */
   after: string | number | null
-  /** null where it was not set */
+  /** old value; null if the key was not set */
   before: string | number | null
   /** number of the command that it belongs to */
   command?: number
@@ -1266,7 +1266,7 @@ export interface SettingEvent {
   topic: 'settings'
 }
 
-/** A window's picture comes from another source. */
+/** A window has another source, or its source another state. */
 export interface SourceEvent {
   after: WindowSource
   before: WindowSource
@@ -1284,13 +1284,13 @@ export interface SourceEvent {
   window: 'main' | 'pip'
 }
 
-/** The whole set. Ids of 64 bits are texts; what is not there is null. */
+/** The whole set. 64-bit ids are texts; absent values are null. */
 export interface State {
-  /** milliseconds on the set's clock */
+  /** milliseconds since the set was switched on */
   clock: number
   /** country code */
   country: number
-  /** of the set */
+  /** inputs of the set */
   inputs: Input[]
   /** the secondary TV stack */
   isp: Isp
@@ -1298,21 +1298,21 @@ export interface State {
   region: number
   /** number of the last change */
   revision: number
-  /** how many there are */
+  /** number of services */
   services: number
-  /** what the set starts with */
+  /** service and source that the set starts with */
   start: {
-    /** id of the service */
+    /** service id */
     service: string
-    /** number of the source */
+    /** the TV service's number of the source */
     source: number
   }
   /** the tuner */
   tuner: {
-    /** how far the signal has faded */
+    /** how much of the signal is lost */
     fade: number
   }
-  /** by name */
+  /** windows by name */
   windows: {
     main: WindowState
     pip: WindowState
@@ -1321,29 +1321,29 @@ export interface State {
 
 /** A subtitle track. */
 export interface SubtitleTrack {
-  /** language, by its code */
+  /** language code */
   lang: string
-  /** number of its stream */
+  /** PID of its stream */
   pid: number
-  /** the set can tell about it */
+  /** whether the set can return the track's data */
   readable: boolean
-  /** its kind */
+  /** kind of subtitles */
   type: string
 }
 
-/** Tracks, and those in use. */
+/** All tracks, and the tracks in use. */
 export interface Tracks {
-  /** sound tracks */
+  /** audio tracks */
   audio: AudioTrack[]
-  /** position of the one that is heard, from 0 on */
+  /** position of the audio track in use, from 0 */
   audioInUse: number
-  /** position of the one that is seen; -1 for none */
+  /** position of the subtitle in use; -1 for none */
   subtitleInUse: number
   /** subtitle tracks */
   subtitles: SubtitleTrack[]
 }
 
-/** Other tracks of the service on a window's screen are in use. */
+/** A window has selected other tracks of its service. */
 export interface TracksEvent {
   after: TracksInUse
   before: TracksInUse
@@ -1361,11 +1361,11 @@ export interface TracksEvent {
   window: 'main' | 'pip'
 }
 
-/** The tracks that are in use. */
+/** The tracks in use. */
 export interface TracksInUse {
-  /** position of the one that is heard, from 0 on */
+  /** position of the audio track in use, from 0 */
   audio: number
-  /** position of the one that is seen; -1 for none */
+  /** position of the subtitle in use; -1 for none */
   subtitle: number
 }
 
@@ -1377,83 +1377,83 @@ export interface TvMode {
   service: number
 }
 
-/** All about a command. */
+/** Everything about a command. */
 export interface Why {
-  /** platform calls, in order, a line each */
+  /** calls to the set in order, one line each */
   calls: string[]
-  /** its number, over all sessions */
+  /** number of the command, counted over all sessions */
   command: number
-  /** milliseconds that latencies took on the set's clock */
+  /** delay by latencies, in milliseconds of the set's clock */
   delay: number
-  /** milliseconds of real time */
+  /** duration in milliseconds of real time */
   duration: number
-  /** that it ran on */
+  /** the engine that ran it */
   engine: string
-  /** settings keys that changed, in order */
+  /** changed settings keys, in order */
   keys: SettingChange[]
-  /** the parameters were given as a list */
+  /** whether the parameters were passed as a list */
   list: boolean
-  /** messages, in order */
+  /** log messages, in order */
   log: LogMessage[]
-  /** of the command */
+  /** name of the command */
   name: string
-  /** what opening its engine did, where it was the first on it */
+  /** effects of opening the engine, if the command was the first on it */
   opening?: Cause
-  /** as the engine was given them */
+  /** the parameters passed to the engine */
   parameters: string[]
-  /** null where the engine threw */
+  /** the reply; null if the engine threw an exception */
   reply: Reply | null
-  /** that ran it */
+  /** the session that ran it */
   session: string
 }
 
-/** What is on a window's screen. */
+/** The service on a window's screen, and the previous one. */
 export interface WindowScreen {
-  /** on screen before */
+  /** the service that was on screen before */
   previous: ServiceName | null
-  /** on screen */
+  /** the service on screen */
   service: ServiceName | null
 }
 
-/** Where a window's picture comes from. */
+/** The source of a window's picture. */
 export interface WindowSource {
-  /** of the source */
+  /** the TV service's number of the source */
   number: number
-  /** the source before */
+  /** the previous source */
   previous: number
-  /** what the source is doing, in the TV service's numbers */
+  /** state of the source, in the TV service's numbers */
   state: number
 }
 
-/** A window and what is on it. */
+/** A window and what it shows. */
 export interface WindowState {
-  /** that comes in; null where none does */
+  /** the source's picture; null without one */
   picture: Picture | null
-  /** on the screen */
+  /** place of the picture on the screen */
   plane: Plane
-  /** on screen before */
+  /** the service that was on screen before */
   previousService: ServiceName | null
-  /** as the set tells it */
+  /** the resolution that the set reports */
   resolution: {
-    /** it follows from the picture */
+    /** whether it follows from the picture */
     auto: boolean
-    /** null without a picture */
+    /** code of the resolution; null without a picture */
     code: number | null
   }
-  /** on screen */
+  /** the service on screen */
   service: ServiceName | null
-  /** where its picture comes from */
+  /** the source of its picture */
   source: {
-    /** of the input; null where it is none */
+    /** name of the input; null if the source is not an input */
     name: string | null
-    /** of the source */
+    /** the TV service's number of the source */
     number: number
-    /** the source before */
+    /** the previous source */
     previous: number
-    /** what the source is doing, in the TV service's numbers */
+    /** state of the source, in the TV service's numbers */
     state: number
   }
-  /** of the service */
+  /** tracks of the service */
   tracks: Tracks
   /** TV mode */
   tvMode: TvMode
@@ -1467,30 +1467,30 @@ export interface Events {
   command: CommandEvent
   /** an engine was opened or closed */
   engine: EngineClosedEvent | EngineOpenedEvent
-  /** a fault was set, has hit a call, or is gone */
+  /** a fault was set, has hit a call, or was removed */
   fault: FaultGoneEvent | FaultHitEvent | FaultSetEvent
   /** the favourite groups of a service */
   favourites: FavouritesEvent
   /** an input */
   inputs: InputEvent
-  /** anything else that can be set from outside */
+  /** any other value that can be set from outside */
   knob: KnobEvent
-  /** what the plug-in has logged */
+  /** messages that the plug-in has logged */
   log: LogEvent
   /** a window's TV mode */
   mode: ModeEvent
-  /** how a window's picture stands on the screen */
+  /** place, crop and order of a window's picture */
   plane: PlaneEvent
   /** the service on a window's screen */
   service: ServiceEvent
-  /** the list of services, a field of one of them, or the whole set where it has started anew */
+  /** the list of services, a field of a service, or the whole set after a restart, reset or restore */
   services: ServiceFieldEvent | ServicesEvent | SetStartedEvent
   /** a session was opened or closed */
   session: SessionEvent
   /** a settings key */
   settings: SettingEvent
-  /** where a window's picture comes from, or what the secondary TV stack brings */
+  /** the source of a window's picture, or the secondary TV stack */
   source: IspEvent | SourceEvent
-  /** tracks in use, or those that a service has */
+  /** tracks in use, or the tracks of a service */
   tracks: ServiceTracksEvent | TracksEvent
 }
