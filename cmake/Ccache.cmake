@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Compiles through ccache where there is one. Paths count relative to the build folder, so that a second clone profits
-# from what the first one compiled; its debug information then names the first one's folder.
+# Compiles through ccache if it is installed. Paths are relative to the build folder, so that a second clone can reuse
+# the first one's objects; its debug information then names the first one's folder.
 find_program(CCACHE ccache)
 mark_as_advanced(CCACHE)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)

@@ -1,2 +1,2 @@
 // SPDX-License-Identifier: MIT
-// Stands for precompiled headers, which want a source.
+// A dummy source, which precompiled headers require.

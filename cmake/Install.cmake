@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
-# What `cmake --install` lays out, in GNU directories, by component: `program` (the program and its docs), `development` (the
-# libraries of the plug-in and of the virtual TV, for CMake and pkg-config), `javascript` and `python` (the clients).
-# With --strip nothing holds debug information.
+# Installs into GNU directories, by component: `program` (the program and its docs), `development` (the libraries of the
+# plug-in and of the virtual TV, for CMake and pkg-config), `javascript` and `python` (the clients). With --strip,
+# nothing contains debug information.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Headers lie apart, by what offers them: names such as set/Tv.h are too common for the folder of all headers.
+# Headers are in separate folders, since names such as set/Tv.h are too common for the folder of all headers.
 set(headers ${CMAKE_INSTALL_INCLUDEDIR}/emp-window)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/emp-window)
 set(shared ${CMAKE_INSTALL_DATADIR}/emp-window)
@@ -19,20 +19,20 @@ else()
   set(virtualtv_library ${CMAKE_STATIC_LIBRARY_PREFIX}virtualtv${CMAKE_STATIC_LIBRARY_SUFFIX})
 endif()
 
-# The program, and what people read. A program that is linked against a shared virtual TV needs that too.
+# The program and its documentation. A program linked with a shared virtual TV needs that library too.
 install(TARGETS emp-window RUNTIME COMPONENT program)
 install(TARGETS virtualtv LIBRARY COMPONENT program ARCHIVE COMPONENT development)
 install(FILES LICENSE README.md CHANGELOG.md TYPE DOC COMPONENT program)
-install(DIRECTORY docs TYPE DOC COMPONENT program # with the folder, so that links between pages hold
+install(DIRECTORY docs TYPE DOC COMPONENT program # includes the folder itself, so that links between pages work
   FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json PATTERN man EXCLUDE PATTERN completion EXCLUDE)
 install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
-# Where shells look for completions.
+# The folders that shells search for completions.
 install(FILES docs/completion/emp-window.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
   RENAME emp-window COMPONENT program)
 install(FILES docs/completion/_emp-window DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT program)
 install(FILES docs/completion/emp-window.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT program)
-# Units for the service manager of a user, which looks into no folder but lib. They name the program with its prefix, which
-# is known when it is installed.
+# Units for the service manager of a user, which searches only lib. They contain the program's path, which is known at
+# installation.
 install(CODE "set(program_folder \${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR})
   configure_file(${PROJECT_SOURCE_DIR}/cmake/install/emp-window@.service.in ${PROJECT_BINARY_DIR}/install/emp-window@.service @ONLY)"
   COMPONENT program)
@@ -43,11 +43,12 @@ install(FILES ${PROJECT_BINARY_DIR}/install/emp-window@.service cmake/install/em
 install(FILES $<TARGET_FILE:window> TYPE LIB RENAME ${plugin_library} COMPONENT development)
 install(DIRECTORY Window/include/ DESTINATION ${headers}/window COMPONENT development)
 install(DIRECTORY platform/ DESTINATION ${headers}/platform COMPONENT development FILES_MATCHING PATTERN *.h)
-# What only the program is made of stays with it, and with it the libraries that its headers want.
+# Headers of rooms that only the program uses are not installed, since they need further libraries.
 install(DIRECTORY virtualtv/ DESTINATION ${headers}/virtualtv COMPONENT development FILES_MATCHING PATTERN *.h
   PATTERN console EXCLUDE PATTERN net EXCLUDE PATTERN program EXCLUDE PATTERN tab EXCLUDE)
 
-# Stripping an archive would take the symbols that others link against, so CMake strips none; its debug information can go.
+# CMake does not strip archives, since that would remove the symbols to link with. Their debug information can be
+# removed.
 foreach(library ${plugin_library} ${virtualtv_library})
   if(library MATCHES "\\${CMAKE_STATIC_LIBRARY_SUFFIX}$")
     install(CODE "if(CMAKE_INSTALL_DO_STRIP)
@@ -62,7 +63,7 @@ configure_package_config_file(cmake/install/emp-window-config.cmake.in ${PROJECT
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/install/emp-window-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/install/emp-window-config.cmake ${PROJECT_BINARY_DIR}/install/emp-window-config-version.cmake
   DESTINATION ${package} COMPONENT development)
-# Folders in these files count from the file, so that what is installed can be moved.
+# Folders in these files are relative to the file, so that the installed tree can be moved.
 file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 foreach(name emp-window virtualtv)
   configure_file(cmake/install/${name}.pc.in ${PROJECT_BINARY_DIR}/install/${name}.pc @ONLY)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# The libraries of this machine that the programs stand on.
+# The libraries of this machine that the programs need.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(jsoncpp REQUIRED IMPORTED_TARGET jsoncpp)
 pkg_check_modules(sqlite3 REQUIRED IMPORTED_TARGET sqlite3)

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-# The SDK of a set, in WINDOW_SDK: the headers of platform/ in DIR/include and the set's libraries in DIR/lib. Everything that
-# is missing is named at once. What the libraries need themselves is looked for beside them and, if it is not there, on the
-# set when the process starts. Makes `platform`, the headers, and `window_platform`, the headers with the libraries.
+# The SDK of a set, in WINDOW_SDK: the headers of platform/ in DIR/include and the set's libraries in DIR/lib. All
+# missing files are named at once. Dependencies of the libraries are searched beside them; others are found on the set
+# when the process starts. Defines `platform`, the headers, and `window_platform`, the headers with the libraries.
 set(WINDOW_SDK_LIBRARIES KelEmp KelCommon TVService D2tvMgr vconf CACHE STRING
   "What the set's libraries are called: all that the plug-in's process is linked against")
 

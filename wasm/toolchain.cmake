@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# Compiles to WebAssembly with Debian's emscripten. tools/wasm says where the libraries' sources are.
+# Compiles to WebAssembly with Debian's emscripten. tools/wasm passes the location of the libraries' sources.
 set(CMAKE_SYSTEM_NAME Generic)
 set(CMAKE_SYSTEM_PROCESSOR wasm32)
 set(CMAKE_C_COMPILER emcc)

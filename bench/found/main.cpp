@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What it takes to fill the found-channel list, for valgrind's callgrind: the plug-in's command, the set's part of it,
-// and SQLite's part of that.
+// Fills the found-channel list, for valgrind's callgrind to count: the plug-in's command, the set's part of it, and
+// SQLite's part of that.
 #include <sqlite3.h>
 
 #include <array>
@@ -30,7 +30,7 @@ constexpr const char* ownMode = "1";
 
 using S = TCServiceData;
 
-/// What FindChannel asks for.
+/// The fields that FindChannel fetches.
 constexpr std::array fields{
     S::SERVICE_ID,   S::CHANNEL_NAME, S::ORIGINAL_NETWORK_ID, S::PROGRAM_NUMBER, S::TRANSPORT_STREAM_ID,
     S::CHANNEL_TYPE, S::PTC,          S::MODULATION,          S::SOURCE_ID,      S::FREQUENCY,
@@ -70,8 +70,7 @@ Prepared prepared(bench::Television& television) {
   return Prepared(made, sqlite3_finalize);
 }
 
-/// Steps through a statement and asks for each column's value once: what anyone who wants the fields has to, at the
-/// least.
+/// Steps through a statement and reads each column once: the least work that any reader of these fields must do.
 void readColumns(sqlite3_stmt* statement) {
   std::size_t rows = 0;
   for (; sqlite3_step(statement) == SQLITE_ROW; ++rows) {
@@ -86,7 +85,7 @@ void readColumns(sqlite3_stmt* statement) {
   requireAll(rows);
 }
 
-/// The list as the set makes it, and as the plug-in deletes it.
+/// Has the set create the list, and deletes it like the plug-in.
 void listServices(IServiceNavigation& navigation, TCCriteriaHelper& criteria) {
   std::list<TCServiceData*> list;
   navigation.GetServiceList(criteria, list, TSTvMode(ANTENNA_NONE, SERVICE_MODE_NONE), 0, 0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Runs commands for valgrind's callgrind, which counts the instructions of each. Outside of it nothing is counted. With
-// the argument `served` they run while a server without clients is there, with `calls` as calls to that server.
+// Runs commands under valgrind's callgrind, which counts the instructions of each. Without callgrind nothing is
+// counted. With the argument `served` the commands run beside a server without clients; with `calls` they run as calls
+// to that server.
 #include <cstddef>
 #include <exception>
 #include <iostream>
@@ -27,7 +28,7 @@ struct Run {
   const char* second = "";
 };
 
-/// In this order: a command stands on what those before it have left.
+/// The order matters: a command depends on the state that earlier commands leave.
 constexpr Run runs[] = {
     {"a name that no command has", "GetNothing"},
     {"GetSource", "GetSource"},
@@ -54,7 +55,7 @@ void run(bench::Television& television, const Run& run) {
   bench::count(run.label, warming, counted, [&] { television.execute(command, first, second); });
 }
 
-/// Forgets what it is sent.
+/// Discards everything sent to it.
 class Outlet : public virtualtv::rpc::Outlet {
  public:
   void send(std::shared_ptr<const std::string> message) override { last_ = std::move(message); }

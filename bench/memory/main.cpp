@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the document of a full channel list takes: allocations a service, bytes a service that are held when it is
-// written, and the most that the whole command holds.
+// Measures the memory for the document of a full channel list: allocations per service, bytes per service held when
+// writing begins, and the peak of the whole command.
 #include <json/value.h>
 #include <malloc.h>
 
@@ -22,15 +22,15 @@ namespace {
 
 struct Memory {
   std::int64_t allocations = 0;
-  std::int64_t live = 0;  ///< bytes that are held, as the allocator rounds them
+  std::int64_t live = 0;  ///< allocated bytes, including the allocator's rounding
   std::int64_t most = 0;
 };
 
 Memory memory;
 bool counting = false;
-bool inSet = false;             ///< a call to the set is under way, whose allocations are the set's
-bool inWriter = false;          ///< the JSON library writes, and these are its own
-std::int64_t mostAtWriter = 0;  ///< bytes held when it began to
+bool inSet = false;             ///< during a call to the set, whose allocations do not count
+bool inWriter = false;          ///< during the JSON library's writing, whose allocations do not count
+std::int64_t mostAtWriter = 0;  ///< most bytes held when writing began
 
 void grown(void* block) {
   if (block == nullptr) return;
@@ -79,7 +79,8 @@ void free(void* __ptr) {
 }
 // NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
-// Under the names of the linker, which sends each call of the writer to the second and the library's own to the first.
+// The names for the linker's wrap option: calls of the writer go to the second function, and the first is the library's
+// own.
 std::string write(void* writer, const Json::Value& root) asm("__real__ZN4Json12StyledWriter5writeB5cxx11ERKNS_5ValueE");
 std::string countedWrite(void* writer,
                          const Json::Value& root) asm("__wrap__ZN4Json12StyledWriter5writeB5cxx11ERKNS_5ValueE");
@@ -97,7 +98,7 @@ namespace {
 constexpr std::size_t services = 100'000;
 constexpr const char* command = "GetFullChannelList";
 
-/// The document, which the command is asked for.
+/// Runs the command. @return the document.
 std::string answered(bench::Television& television) {
   const auto reply = virtualtv::framework::decode(television.execute(command));
   if (!reply || reply->kind != virtualtv::framework::Reply::Kind::ascii) throw std::runtime_error("there is no list");
@@ -126,7 +127,7 @@ void measure() {
   const std::int64_t most = memory.most;
   const std::int64_t heldAtWriter = mostAtWriter;
 
-  // Once more, since the seam takes memory to tell of a call.
+  // Run it once before, since the seam allocates memory to report a call.
   virtualtv::seam::Seam::instance().onPassage([](const auto* begun) { inSet = begun != nullptr; });
   counting = true;
   television.execute(command);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Posts messages to a server of JSON-RPC in this process, as a script posts them to the module in memory: each line of
-// the input is one, and each is answered with a line. `post MESSAGE` answers the reply; `time MESSAGE` the nanoseconds
-// that a post takes, the least of several runs.
+// Posts messages to a JSON-RPC server in this process, as a script posts them to the module in memory. Each line of the
+// input is one message, and is answered with one line: `post MESSAGE` prints the reply, `time MESSAGE` the nanoseconds
+// of a post, the minimum of several runs.
 #include <algorithm>
 #include <chrono>
 #include <exception>
@@ -40,7 +40,7 @@ class Posted {
   }
 
  private:
-  /// Of one post, in nanoseconds: the average of a run.
+  /// The time of one post in nanoseconds, averaged over a run.
   double timeOf(std::string_view message) {
     int posts = 0;
     const auto start = Clock::now();

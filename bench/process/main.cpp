@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Makes a state directory with many services, and runs the full channel list on it for valgrind's callgrind, with the
-// log filtered: what a process that is started for this one command can't do without.
+// Creates a state directory with many services, and runs the full channel list on it under valgrind's callgrind, with
+// the log filtered. This is the unavoidable work of a process that is started for this one command.
 #include <cstddef>
 #include <exception>
 #include <iostream>

@@ -20,7 +20,7 @@ constexpr std::string_view upgrade =
     "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n";
 constexpr std::string_view accepted = "HTTP/1.1 101";
 constexpr std::size_t mostAtOnce = 256 * 1024;  // bytes
-constexpr std::size_t lengthInTwo = 126;        // bytes that follow, and stand for more than fits in seven bits
+constexpr std::size_t lengthInTwo = 126;        // this value means that a longer length follows in two bytes
 constexpr std::size_t lengthInEight = 127;
 
 void appendNumber(std::string& frame, std::size_t number, std::size_t digits) {

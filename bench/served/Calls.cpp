@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls, lists and events over WebSocket, against the same bytes through the library's server with nothing around it.
+// Calls, lists and events over WebSocket, compared with the same bytes through the library's bare server.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -36,7 +36,7 @@ void require(bool isSo, const std::string& what) {
   if (!isSo) throw std::runtime_error(what);
 }
 
-/// Sends a message and waits for what answers it, by turns.
+/// Alternately sends a message and waits for its answer.
 void talk(benchmark::State& state, unsigned short port, std::string_view wanted) {
   Caller caller(port);
   require(caller.call(query) == wanted, "the server answers something else");
@@ -47,7 +47,7 @@ void talk(benchmark::State& state, unsigned short port, std::string_view wanted)
   }
 }
 
-/// Sends many messages at once, and waits for all that answers them.
+/// Sends many messages at once, and waits for all answers.
 void talkMuch(benchmark::State& state, unsigned short port) {
   Caller caller(port);
   std::string frames;
@@ -108,14 +108,14 @@ Callers connect(unsigned short port) {
   return callers;
 }
 
-/// A message that changes what the last one has set.
+/// A message that sets another value than the last one.
 const std::string& change() {
   static const std::array frames{bench::frameOf(knobs[0]), bench::frameOf(knobs[1])};
   static std::size_t turn = 0;
   return frames[++turn % frames.size()];
 }
 
-/// Has one client cause something, and waits until all others are told.
+/// Lets one client cause an event, and waits until all others have received it.
 void tellAll(benchmark::State& state, Caller& causing, const Callers& told) {
   for (auto _ : state) {
     causing.send(change());

@@ -57,7 +57,7 @@ class Echo::Body {
 
     ~Connection() { body_.connections_.erase(this); }
 
-    /// Sends a text that lasts as long as that takes. @param then  what is done next.
+    /// Sends a text, and keeps it alive until it is sent. @param then  called afterwards.
     template <typename Then>
     void send(asio::const_buffer text, Then then) {
       stream_.async_write(text, [self = shared_from_this(), then](error_code error, std::size_t) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A virtual TV that a test starts for itself, from the start of its Node process to the first reply, against a process
-// that answers the same once and a Node process that does no more than connect.
+// A virtual TV that a test launches: the time from the start of its Node process to the first reply, compared with a
+// process that answers once plus a Node process that only connects.
 #include <benchmark/benchmark.h>
 
 #include <chrono>

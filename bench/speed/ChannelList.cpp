@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The full channel list: whole, against the JSON library's writer alone and against the plain way to write the code;
-// and the cost of a service in a long and in a short one.
+// The full channel list, compared with the JSON library's writer alone and with a straightforward implementation; and
+// the cost per service in a long and in a short list.
 #include <benchmark/benchmark.h>
 #include <json/json.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A whole command that makes one call to the set, against the same call through a dispatcher of JSON-RPC.
+// A whole command that makes one call to the set, compared with the same call through a JSON-RPC dispatcher.
 #include <benchmark/benchmark.h>
 #include <jsonrpccpp/server.h>
 #include <jsonrpccpp/server/abstractserverconnector.h>
@@ -24,7 +24,7 @@ void execute(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(television.execute(name));
 }
 
-/// Takes requests from the program itself.
+/// A connector for requests from this program itself.
 class Connector : public jsonrpc::AbstractServerConnector {
  public:
   bool StartListening() override { return true; }
@@ -43,7 +43,7 @@ class Connector : public jsonrpc::AbstractServerConnector {
   std::string response_;
 };
 
-/// Offers the call as a procedure.
+/// A server with the call as its procedure.
 class Server : public jsonrpc::AbstractServer<Server> {
  public:
   explicit Server(jsonrpc::AbstractServerConnector& connector) : AbstractServer(connector, jsonrpc::JSONRPC_SERVER_V2) {

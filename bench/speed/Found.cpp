@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The found-channel list: what an element costs at its far end.
+// The found-channel list: the cost of reading an element at its end.
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
@@ -19,7 +19,7 @@ void find(bench::Television& television) {
   television.require(1, "FindChannel", everyType, ownMode);
 }
 
-/// An answer of none would be as fast at any index.
+/// True for an empty reply, which would be equally fast at any index.
 bool isEmpty(const std::string& reply) {
   const auto decoded = virtualtv::framework::decode(reply);
   return !decoded || virtualtv::framework::bare(*decoded).empty();

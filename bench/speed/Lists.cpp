@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Channel lists: the import of one into a set on a disk, against SQLite alone putting the same rows there; and the
-// export of the same services, against the bytes of it alone.
+// Channel lists: importing one into a set on a disk, compared with SQLite alone writing the same rows; and exporting
+// the same services, compared with writing the bare document.
 #include <benchmark/benchmark.h>
 #include <json/json.h>
 #include <sqlite3.h>
@@ -23,7 +23,8 @@ namespace {
 constexpr std::size_t many = 20'000;
 constexpr std::size_t few = 1;
 
-/// A made-up channels.conf, alike in size to those of satellites: groups, several languages, the ids of a scrambler.
+/// An invented channels.conf in the size of a satellite list, with groups, several languages, and ids of conditional
+/// access.
 const std::string& list() {
   static const std::string text = [] {
     std::string lines;
@@ -48,7 +49,7 @@ void importInto(virtualtv::Tv& tv) {
   if (report.imported != many || report.problems.count() > 0) throw std::runtime_error(report.summary());
 }
 
-/// All rows of the tables of services, as SQLite has them, and how to put them back.
+/// A copy of all rows of the service tables, which can be inserted again.
 class Kept {
  public:
   explicit Kept(sqlite3* database) : database_(database) {
@@ -57,7 +58,7 @@ class Kept {
     }
   }
 
-  /// In one transaction, of tables that are empty.
+  /// Inserts the rows into empty tables, in one transaction.
   void insert() const {
     run("BEGIN IMMEDIATE");
     for (const Table& table : tables_) insert(table);
@@ -86,7 +87,7 @@ class Kept {
     return {made, sqlite3_finalize};
   }
 
-  /// The columns that rows have by themselves; others are worked out from them.
+  /// The stored columns of a table; generated columns are left out.
   std::vector<std::string> columnsOf(const std::string& table) const {
     std::vector<std::string> columns;
     const Prepared names = prepared("SELECT name FROM pragma_table_info('" + table + "')");
@@ -171,7 +172,7 @@ void insert(benchmark::State& state) {
   }
 }
 
-/// The default format, which holds all of a service.
+/// An export in the default format, which holds all data of a service.
 std::string exported(virtualtv::Tv& tv) {
   const auto report = virtualtv::exportServices(tv.services(), virtualtv::defaultExportFormat());
   if (report.exported.services != many) throw std::runtime_error(report.summary());
@@ -184,7 +185,7 @@ void exportJson(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(exported(set.tv()));
 }
 
-/// The same document by the JSON library's writer alone.
+/// Writes the same document with the JSON library's writer alone.
 void writeJson(benchmark::State& state) {
   Empty set;
   importInto(set.tv());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A message that nobody asked for, against one that is formatted. Both are the two calls that every message is.
+// A message that is filtered, compared with one that is formatted. Both consist of the two calls that every message
+// makes.
 #include "Window/Src/Log.h"
 
 #include <benchmark/benchmark.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Finding the row of a command's name, against the hash table that the C++ library has.
+// Finding the row of a command's name, compared with the C++ library's hash table.
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
@@ -25,7 +25,7 @@ Names known() {
   return names;
 }
 
-/// Names that no command has, made of those: misspelt, cut, lengthened, in another case.
+/// Unknown names, derived from known ones: misspelt, truncated, lengthened, in another case.
 Names unknown() {
   std::mt19937_64 random(2);
   Names names;
@@ -42,7 +42,7 @@ Names unknown() {
   return names;
 }
 
-/// Which of the names to ask for, one after another: more of them than a branch predictor learns by heart.
+/// The sequence of names to look up, too long for a branch predictor to learn.
 std::vector<std::uint16_t> questions(const Names& names) {
   constexpr std::size_t asked = 1 << 14;
   std::mt19937_64 random(1);

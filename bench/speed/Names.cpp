@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The conversion of a name, against one that opens, uses and closes a converter each time.
+// The conversion of a name, compared with opening, using and closing a converter each time.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 
@@ -35,7 +35,7 @@ void convert(benchmark::State& state, void (*conversion)(Room&)) {
   Room out{};
   opened(expected);
   conversion(out);
-  conversion(out);  // a second one does as the first
+  conversion(out);  // a second conversion must give the same result
   if (out != expected) throw std::runtime_error("the conversions differ");
   for (auto _ : state) {
     conversion(out);

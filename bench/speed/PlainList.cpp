@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The full channel list as one would write it without a thought of speed.
+// The full channel list, implemented without regard to speed.
 #include "PlainList.h"
 
 #include <json/json.h>

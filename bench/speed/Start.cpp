@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A process that answers once, on a state directory, from its start to its end, against the database's own shell on a
+// A process that answers once on a state directory, from its start to its end, compared with SQLite's own shell on a
 // file.
 #include <benchmark/benchmark.h>
 
@@ -21,7 +21,7 @@ std::string scratch(const char* name) {
 
 void exec(benchmark::State& state) {
   const std::vector<std::string> words{EMP_WINDOW, "--state", scratch("state"), "exec", "GetChannel_Size"};
-  run(words);  // makes the files
+  run(words);  // creates the files
   for (auto _ : state) run(words);
 }
 

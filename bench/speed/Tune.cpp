@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A tune from an input, which writes every key that a tune can, against as many writes of the store alone: both on a
-// disk, each write there when it returns.
+// A tune from an input, which writes every key that a tune can write, compared with as many writes of the store alone.
+// Both are on a disk, and each write is durable when it returns.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -27,7 +27,7 @@ void tuneTo(bench::Television& television) {
   television.require(1, "SetChannel", channelMajor, std::to_string(channelMinor));
 }
 
-/// How many durable writes a tune takes.
+/// The number of durable writes of a tune.
 std::size_t writesOf(bench::Television& television) {
   std::size_t writes = 0;
   const auto count = [](void* context) {
@@ -67,7 +67,7 @@ void store(benchmark::State& state) {
   };
   for (auto _ : state) {
     state.PauseTiming();
-    writeAll();  // as the way back to the input does
+    writeAll();  // switching back to the input also writes all
     state.ResumeTiming();
     writeAll();
   }

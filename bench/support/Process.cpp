@@ -46,7 +46,7 @@ void Process::awaitEnd() {
   if (end() != 0) throw std::runtime_error(name_ + " fails");
 }
 
-/// @return false when nothing else comes.
+/// @return false at the end of the output.
 bool Process::read() {
   std::array<char, 4096> dropped{};
   return ::read(output_, dropped.data(), dropped.size()) > 0;

@@ -106,7 +106,7 @@ std::size_t Television::callsOf(const std::string& command) {
     execute(command);
     count = calls->take().happenings.size();
   }
-  // The set goes on recording calls until it notices, at the next one, that nobody wants them, and its loop turns.
+  // The set stops recording calls only after the next call and a turn of its loop, so run a command here.
   execute(command);
   bench_.device().loop().turn();
   return count;

@@ -16,7 +16,7 @@ const std::array<Json::StaticString, 9> members{
     Json::StaticString("MAJOR"),          Json::StaticString("MINOR"),        Json::StaticString("ORIGINAL_NETWORK_ID"),
     Json::StaticString("PROGRAM_NUMBER"), Json::StaticString("SERVICE_ID"),   Json::StaticString("SERVICE_NAME")};
 
-/// An element like `read`, with names that are not copies and nodes that lie next to each other.
+/// An element like `read`, with names that are not copied and nodes adjacent in memory.
 Json::Value element(const Json::Value& read) {
   Json::Value element(Json::objectValue);
   for (const Json::StaticString& member : members) element[member] = read[member.c_str()];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Command lines of any words, with any standard input: one of the documented statuses, and one line for what can't be
-// used. The words stand at the front of an input, one a line, up to an empty line; the rest is the standard input.
+// Runs command lines of any words, with any standard input. The program must end with a documented status, and report
+// unusable arguments in one line. An input starts with the words, one per line, up to an empty line; the rest is the
+// standard input.
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,7 +30,7 @@ namespace fs = std::filesystem;
 using fuzz::demand;
 using virtualtv::program::ExitStatus;
 
-/// What stands in place of a standard stream as long as this lives.
+/// Replaces a standard stream while this object exists.
 template <typename Stream>
 class Redirected {
  public:
@@ -49,12 +50,12 @@ class Redirected {
   std::streambuf* before_;
 };
 
-/// The folder in which all happens; whoever starts the program has no state of their own elsewhere.
+/// The working folder. The environment is set so that the program finds no user's state elsewhere.
 struct Home {
   Home() {
     fs::current_path(folder.path());
     setenv("XDG_STATE_HOME", folder.path().c_str(), 1);
-    // A terminal would be talked to.
+    // On a terminal the program would start a dialogue.
     if (std::freopen("/dev/null", "r", stdin) == nullptr) std::abort();
     fill();
   }
@@ -70,7 +71,7 @@ struct Home {
   virtualtv::test::TemporaryDirectory folder;
 };
 
-/// Words that name files elsewhere are not tried: they may be without end, or be somebody's.
+/// True for words that name files elsewhere. These are not tried: such files may be endless, or belong to somebody.
 bool leadsElsewhere(std::string_view text) {
   return text.find('/') != text.npos || text.find("..") != text.npos;
 }
@@ -84,7 +85,7 @@ ExitStatus run(std::vector<std::string>& words) {
   return virtualtv::program::runCommandLine(static_cast<int>(words.size()), arguments.data(), app);
 }
 
-/// A server would listen on this machine, and not end: what it is told is read, and it is not started.
+/// Only parses the arguments of a server: if started, it would listen on this machine and not end.
 ExitStatus read(const std::vector<std::string>& words) {
   try {
     const kel::CEmpAppWindow app;
@@ -104,7 +105,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t end = content.find("\n\n");
   std::vector<std::string> words = virtualtv::shell::splitLines(content.substr(0, end));
   for (std::string& word : words)
-    word.resize(std::strlen(word.c_str()));  // no word of a command line goes on behind a zero
+    word.resize(std::strlen(word.c_str()));  // a word of a command line ends at the first zero byte
   words.insert(words.begin(), "emp-window");
   const std::string input(end == content.npos ? std::string_view() : content.substr(end + 2));
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Transport streams of any bytes, and such with sections of any content whose lengths and checksums are right: whatever
-// the blocks are that they come in, the same is found; every service is one that the set can keep, and is kept as it
-// was found; every problem reads as one line; what is kept of a stream is bounded.
+// Scans transport streams of any bytes, and streams with sections of any content whose lengths and checksums are right.
+// The result must not depend on the sizes of blocks. The set must be able to store every service unchanged. Every
+// problem must be one line, and memory bounded.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -30,7 +30,7 @@ using virtualtv::broadcast::Scan;
 
 constexpr std::size_t longestReason = 200;
 
-/// Tables, and PIDs that they are on.
+/// Tables, and the PIDs that carry them.
 constexpr std::array<std::pair<int, int>, 13> tables{{{0x00, 0x00},
                                                       {0x02, 0x64},
                                                       {0x02, 0x65},

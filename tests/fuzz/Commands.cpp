@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Commands with any names and parameters, on a set that answers anything: each command is answered with a kind that its
-// row has, nothing escapes, and behind it all a healthy command is answered right.
+// Runs commands with any names and parameters, on a set that answers anything. Each reply must be of a kind that the
+// command's row allows, no exception may escape, and afterwards a command on a healthy set must be answered correctly.
 #include <cstddef>
 #include <cstdint>
 
@@ -44,7 +44,8 @@ void runCommand(Bench& bench, Draw& draw) {
   demandNothing(support::undocumented(name, bench.execute(name, drawParameters(draw, draw.below(5)))));
 }
 
-/// The other entry takes one command, refuses the empty one without a reply, and all others with -1.
+/// The parameter-list entry accepts one command. It refuses the empty name without a reply, and all other names with
+/// -1.
 void runListCommand(Bench& bench, Draw& draw) {
   constexpr const char* known = "SetScreenCropRect";
   const std::string name = draw.chance() ? known : drawName(draw);

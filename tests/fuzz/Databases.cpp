@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A user's database with damage at any places: opened, read and written to, it is refused with one line, or it is what
-// the damaged file says. It is never the built-in set, and a file that is refused for its damage is as it was.
+// Opens, reads and writes a user's database that is damaged at any places. It must be refused with one line, or be what
+// the damaged file says. It must never turn into the built-in set, and a refused file must stay unchanged.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -36,7 +36,7 @@ constexpr std::size_t page = 4096;
 /// The files of a set.
 struct Files {
   std::string database;
-  std::string log;  ///< what was written since the last checkpoint
+  std::string log;  ///< the writes since the last checkpoint
 
   bool operator==(const Files&) const = default;
 };
@@ -87,7 +87,7 @@ std::vector<virtualtv::Service> usersServices() {
 
 void use(Tv& tv) {
   tv.switchSource(WindowId::main, hdmi);
-  // Damage may have left none, in a way that nobody can tell.
+  // Undetectable damage may have left no services at all.
   for (const virtualtv::ServiceKey key : tv.services().keys()) {
     if (tv.tune(WindowId::main, key)) break;
   }
@@ -95,7 +95,7 @@ void use(Tv& tv) {
   tv.setSetting(sourceKey, 20);
 }
 
-/// The files of a set that was switched off, and of one that lost its power.
+/// The files of a set that was switched off, and of a set that lost its power.
 struct Examples {
   Examples() {
     const virtualtv::test::TemporaryDirectory folder;
@@ -123,7 +123,7 @@ struct Examples {
 
 void damage(Draw& draw, std::string& file) {
   if (file.empty()) return;
-  // Most of what matters stands at the front of a page.
+  // Most of the structure is at the front of a page.
   const std::size_t start = draw.below(file.size() / page + 1) * page;
   const std::size_t at = std::min(start + (draw.chance() ? draw.below(256) : draw.below(page)), file.size() - 1);
   switch (draw.below(6)) {
@@ -159,10 +159,11 @@ std::optional<std::string> refusal(const fs::path& folder, Step step) {
   }
 }
 
-/// A database as it is once SQLite was told to keep a log beside it: the header says so, and counts the change. One
-/// whose header says otherwise, by damage or because somebody switched it over, is switched before it is read.
+/// A database after SQLite has switched it to a write-ahead log, which changes the header and its change counter. If
+/// the header says otherwise, by damage or because somebody switched it, SQLite switches it before reading.
 std::string withLog(std::string database) {
-  constexpr std::size_t formats = 18;  // of reading and of writing, a byte each; 2 for one with a log
+  constexpr std::size_t formats =
+      18;  // position of the format bytes for reading and writing; 2 means a write-ahead log
   constexpr std::size_t changes = 24;
   constexpr std::size_t changesSeen = 92;
   if (database.size() < page || database.compare(formats, 2, "\2\2") == 0) return database;
@@ -171,7 +172,7 @@ std::string withLog(std::string database) {
   return database;
 }
 
-/// It may quote what a database holds as it is: the one who shows it makes a line of it.
+/// The reason may quote data of the database as it is; whoever shows it turns it into one line.
 void demandReason(const std::string& text) {
   demand(text.find_first_not_of(" \n") != text.npos, "it is refused without a reason");
 }
@@ -180,7 +181,7 @@ bool isService(const std::string& name) {
   return name.starts_with("service ");
 }
 
-/// The services of the built-in set are not there in the place of the user's.
+/// Requires that the built-in services have not replaced the user's.
 void demandUsersServices(const Kept& kept, const Kept& builtIn) {
   for (const auto& [name, line] : kept) {
     const auto other = isService(name) ? builtIn.find(name) : builtIn.end();
@@ -188,8 +189,8 @@ void demandUsersServices(const Kept& kept, const Kept& builtIn) {
   }
 }
 
-/// What a set says is what its database holds. Of its state only what is as it was: a damaged number may be one that
-/// the set writes in another way, and a state of an earlier version lacks names.
+/// Requires that the set reports what its database holds. Of the state only undamaged values are compared: the set may
+/// write a damaged number in another form, and the state of an earlier version lacks names.
 void demandSame(const Kept& kept, const Kept& plain, const Kept& original) {
   const auto isAsItWas = [&](const auto& entry) {
     const auto before = original.find(entry.first);
@@ -206,7 +207,7 @@ void demandSame(const Kept& kept, const Kept& plain, const Kept& original) {
   }
 }
 
-/// A set with damaged files that is used.
+/// Uses a set with damaged files.
 class Attempt {
  public:
   Attempt(const Examples& examples, const Files& files, const Kept& original)
@@ -234,7 +235,7 @@ class Attempt {
   }
 
  private:
-  /// What was answered is there the next time, and the built-in set when it is wanted.
+  /// Requires that acknowledged writes are there the next time, and that a reset restores the built-in set.
   void writeSound() {
     if (!isDone(use)) return;
     bool isOn = false;
@@ -261,7 +262,7 @@ class Attempt {
   void judge(const std::string& reason) const {
     demandReason(reason);
     demand(files_ != examples_.switchedOff && files_ != examples_.powerLost, "a sound one is refused: " + reason);
-    // One that is whole, but keeps what the set can't use, may take what its log has.
+    // An intact file with values that the set can't use may still absorb its log.
     const bool damaged = reason.find("the file is damaged") != reason.npos;
     const std::string left = filesIn(folder_.path()).database;
     const bool isAsItWas = left == files_.database || left == withLog(files_.database);
@@ -273,8 +274,8 @@ class Attempt {
   const Kept& original_;  ///< before the damage
   const virtualtv::test::TemporaryDirectory plain_;
   const virtualtv::test::TemporaryDirectory folder_;
-  std::optional<Kept> plainly_;  ///< nothing where the files are damaged in their form
-  bool isSound_ = false;         ///< the set could read all of it, and it was right
+  std::optional<Kept> plainly_;  ///< nothing if SQLite can't read the files
+  bool isSound_ = false;         ///< the set could read everything, and it was valid
 };
 
 }  // namespace

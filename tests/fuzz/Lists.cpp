@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Channel lists of any bytes, read as some format and in some encoding: every service is one that the set can keep,
-// and is kept as it was read; to import it again changes nothing; an export has the services that it tells of; every
-// problem names its place, a line of the list where it has lines, and reads as one line.
+// Reads channel lists of any bytes in some format and encoding. The set must be able to store every service unchanged.
+// Importing the list again must change nothing. An export must contain as many services as it reports. Every problem
+// must be one line that names its place, and the line number if the format has lines.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -30,16 +30,17 @@ using virtualtv::import::Result;
 
 constexpr std::size_t longestReason = 400;
 
-/// What is done with a list. All of it with each would try a tenth as many lists.
+/// What to do with a list. Doing everything with each list would try only a tenth as many lists.
 struct Choice {
   const Format& format;
   const char* encoding;
   const Format& exported;
-  bool add;  ///< to import it again
+  bool add;  ///< import it again
 };
 
-/// The last byte chooses how a list is read: a line feed, with which lists end, as what it is taken for. Any other byte
-/// stands for a format, as a person may name the wrong one, and an encoding. Its length chooses the rest.
+/// The last byte chooses how a list is read. A line feed, the usual end of a list, means that the format is recognised.
+/// Any other byte stands for a format, possibly the wrong one, and an encoding. The length of the list chooses the
+/// rest.
 Choice choiceFor(std::string_view content) {
   constexpr std::array encodings{"", "ISO-8859-2", "CP932"};
   const auto formats = virtualtv::import::formats();
@@ -79,13 +80,13 @@ void keep(virtualtv::Tv& tv, const std::vector<Service>& services) {
   demand(tv.import(services, false) == ServiceChanges{services.size(), 0, 0}, "not all services are added");
   demand(tv.services().keys().size() == services.size(), "not all services are kept");
   for (std::size_t at = 0; at < services.size(); ++at) {
-    // Keys count in the order in which the services stand in the list.
+    // Keys are numbered in the order of the list.
     const auto kept = tv.services().read(static_cast<virtualtv::ServiceKey>(at + 1));
     demand(kept == services[at], "a service is kept otherwise than it was read");
   }
 }
 
-/// What is exported holds as many services as it says, and can be read.
+/// Requires that an export can be read, and contains as many services as it reports.
 void exportAs(const Format& format, const std::vector<Service>& services) {
   virtualtv::import::Exporter exporter(format);
   for (const Service& service : services) exporter.add(service);

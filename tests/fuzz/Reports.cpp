@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Service records with any names and attached JSON, through the documents about channels: each document is JSON again
-// and has the members that it always has.
+// Service records with any names and attached JSON, in the documents about channels. Each document must be valid JSON
+// with all its fixed members.
 #include <json/json.h>
 
 #include <cstddef>
@@ -25,7 +25,7 @@ using virtualtv::seam::Seam;
 
 constexpr std::size_t mostListed = 4;
 
-/// An object of jsoncpp, of any depth; null for what is none.
+/// Parses a JSON object of any depth; null for any other text.
 Json::Value parsed(const std::string& text) {
   Json::CharReaderBuilder builder;
   builder["stackLimit"] = 100000;
@@ -36,8 +36,7 @@ Json::Value parsed(const std::string& text) {
   return document.isObject() ? document : Json::Value();
 }
 
-/// A record as lookups find it: fields, a name, and an attached text, which starts as an object would more often than
-/// not.
+/// A record for lookups: fields, a name, and an attached text, which mostly starts like an object.
 std::string drawService(Draw& draw) {
   std::string record = fuzz::drawRecord(draw);
   record.pop_back();
@@ -51,7 +50,7 @@ void answerAlways(const char* operation, const std::string& output) {
   Seam::instance().add(support::oddFault({operation, "always", output}));
 }
 
-/// The document of a channel: none where the attached text leaves none to be written.
+/// Asks for the document of a channel, which is empty if the attached text prevents one.
 void askForChannel(Bench& bench, const char* command) {
   const Outcome outcome = bench.execute(command);
   demand(outcome.accepted && outcome.reply && outcome.reply->kind == Reply::Kind::ascii,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Messages of any bytes to the JSON-RPC server, each of them alone and as a POST: whatever comes, the answer is JSON in
-// the right form, comes at once or after the set's delay, and the set can still be asked.
+// Sends messages of any bytes to the JSON-RPC server, each separately as a POST. The answer must be JSON in the right
+// form, must come at once or after the set's delay, and the set must still answer afterwards.
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -21,7 +21,7 @@ namespace {
 using fuzz::demand;
 using virtualtv::rpc::Options;
 
-/// Time passes when somebody waits for it.
+/// The tasks that wait for a delay. Time passes only when these run.
 std::vector<std::function<void()>>& waiting() {
   static std::vector<std::function<void()>> tasks;
   return tasks;
@@ -85,7 +85,7 @@ class World {
     demand(answers == 1, "a request is answered " + std::to_string(answers) + " times");
   }
 
-  /// Back to the start, which takes far longer than most messages.
+  /// Resets everything, which takes far longer than most messages.
   void renew() {
     bench_.device().clearFaults();
     if (bench_.device().revision() == fresh_) return;

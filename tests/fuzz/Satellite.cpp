@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The description of SetDVBSIChannelDirectEx: any text is answered, one that is no object asks the set nothing, and a
-// tune that is said to have gone well puts the set's one satellite service on the screen.
+// Passes any text as the description to SetDVBSIChannelDirectEx. It must be answered. A text that is not an object must
+// cause no call to the set. After a reported success, the set's only satellite service must be on screen.
 #include <cstddef>
 #include <cstdint>
 #include <string>

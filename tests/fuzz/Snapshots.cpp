@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Documents of any bytes, read as snapshots: each is refused with one line and changes nothing, or it is what the set
-// then holds, and writes again.
+// Restores documents of any bytes as snapshots. Each must be refused with one line and change nothing, or be what the
+// set then holds and writes again.
 #include <cstddef>
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Transcripts of any bytes: one that is text is read and written back as it stands, what it prints is text that can't
-// be taken for an input, and printed into the transcript it passes the check. Quoted texts read as what was quoted.
+// Transcripts of any bytes. A valid text must be read and written back unchanged. Its output must be text that can't be
+// taken for an input. With that output in the transcript, the check must pass. Quoted words must read as the original
+// words.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +31,7 @@ constexpr std::size_t mostSteps = 24;
 constexpr const char* list =
     "One:578:B8M64:T:0:101:102=eng:103:0:281:8442:1051:0\nTwo:586:B8M64:T:0:0:202:0:0:282:8442:1051:0\n";
 
-/// Where transcripts stand: with a list that they can import, and one that they can run.
+/// The folder of the transcripts, with a list that they can import and a file that they can run.
 struct Desk {
   Desk() {
     virtualtv::test::write(folder / "list.conf", list);
@@ -41,7 +42,7 @@ struct Desk {
   kel::CEmpAppWindow app;
 };
 
-/// True for an input that may read a file elsewhere, which may be one without end.
+/// True for an input that may read a file elsewhere, which may be endless.
 bool readsElsewhere(const std::string& input) {
   try {
     const Lines words = virtualtv::shell::splitWords(input);
@@ -49,7 +50,7 @@ bool readsElsewhere(const std::string& input) {
         words, [](const std::string& word) { return word.ends_with(".source") || word.ends_with(".import"); });
     return reads && input.find('/') != input.npos;
   } catch (const std::invalid_argument&) {
-    return false;  // and is refused
+    return false;  // such a line is refused
   }
 }
 
@@ -75,7 +76,7 @@ void quote(const std::string& text) {
   }
 }
 
-/// The transcript that the bytes are, if they are one.
+/// Reads the bytes as a transcript. @return false when they are not one.
 bool read(const std::string& content, Transcript& transcript) {
   try {
     transcript = virtualtv::shell::readTranscript("t.txt", content);
@@ -88,7 +89,7 @@ bool read(const std::string& content, Transcript& transcript) {
   return true;
 }
 
-/// What it prints in one run it prints in the next.
+/// Requires the same output in two runs.
 void check(Desk& desk, const std::string& content) {
   virtualtv::test::write(desk.file, content);
   const CheckedFile first = virtualtv::shell::checkTranscript(desk.app, desk.file, false);

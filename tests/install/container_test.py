@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The scripts of the container: the set is served to whoever knows the token, and the check tells whether it answers."""
+"""Tests the scripts of the container: the set is served to clients with the token, and the check reports whether it
+answers."""
 
 import json
 import os
@@ -48,7 +49,7 @@ class Container(unittest.TestCase):
         return (self.folder / "token").read_text(encoding="utf-8").strip()
 
     def status(self, token):
-        """The status of a call with that token."""
+        """The HTTP status of a call with this token."""
         call = json.dumps({"jsonrpc": "2.0", "id": 1, "method": "tv.state"}).encode()
         request = urllib.request.Request(f"http://127.0.0.1:{self.environment['EMP_WINDOW_PORT']}/rpc", call,
                                          {"Content-Type": "application/json", "Authorization": f"Bearer {token}"})

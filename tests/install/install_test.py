@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What `cmake --install` lays out: it runs, holds no debug information, can be moved, and others can build on it."""
+"""Tests the tree that `cmake --install` creates: it runs, has no debug information, can be moved, and can be built
+on."""
 
 import os
 import re

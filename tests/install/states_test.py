@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The states that older versions kept: the program of today opens each, and nothing in it is lost."""
+"""Tests states of older versions: the current program opens each, and nothing is lost."""
 
 import os
 import sys

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The units of the service manager: they are sound, and what they start serves the socket that is handed over."""
+"""Tests the units for the service manager: they are valid, and the started program serves the socket that is passed to
+it."""
 
 import os
 import re
@@ -29,7 +30,7 @@ def free_port():
 
 
 def ask(port, command):
-    """What a command answers on a server, line by line."""
+    """The output of a command on a server, as lines."""
     with emp_window.connect(f"http://127.0.0.1:{port}") as tv:
         return tv.run(command)
 

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The manual pages name what the help names, and are clean; shells complete what the program takes."""
+"""Tests that the manual pages name everything that the help names, without errors, and that shells complete the
+program's arguments."""
 
 import os
 import re
@@ -32,7 +33,7 @@ def page_of(subcommand):
 
 
 def shown(page):
-    """What man shows of a page, in one line of words, and what it complains of."""
+    """The output of man for a page, in one line, and its error output."""
     done = run("man", "--warnings", "-E", "UTF-8", "-l", page, env={**os.environ, "LC_ALL": "C.UTF-8", "MANWIDTH": "1000", "MANPAGER": "cat"})
     return re.sub(r".\x08", "", done.stdout), done.stderr
 
@@ -81,7 +82,7 @@ class Pages(unittest.TestCase):
 
 
 def bash(line):
-    """What bash offers at the end of a line."""
+    """The completions that bash offers at the end of a line."""
     words = shlex.split(line.replace("=", " = ")) + ([""] if line.endswith((" ", "=")) else [])
     script = 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _emp_window || true; printf "%s\\n" "${COMPREPLY[@]}"'
     done = run("bash", "-eu", "-c", script, "bash", COMPLETION / "emp-window.bash", *words, cwd=TOP)

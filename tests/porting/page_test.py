@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""docs/porting.md tells which commands need which calls of the set."""
+"""Tests that docs/porting.md counts correctly which commands make which calls to the set."""
 
 import collections
 import os

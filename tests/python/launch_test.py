@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A virtual TV of a test's own: what it starts with, and that it ends."""
+"""Tests `launch`: how the virtual TV starts, and that it ends."""
 
 import json
 import os
@@ -18,7 +18,7 @@ LIST = "Örtlich;Test:11836:HC34M2O0S0:S19.2E:27500:101:102=deu:104:0:28106:1:11
 
 class LaunchTest(ClientTest):
     def fake(self, script):
-        """A program that does what a shell says."""
+        """A program written as a shell script."""
         path = self.scratch() / "fake"
         path.write_text(f"#!/bin/sh\n{script}\n")
         path.chmod(0o755)

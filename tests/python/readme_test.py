@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The examples of the Python client's README, run as they stand there but for the server's address."""
+"""Runs the examples of the Python client's README unchanged except for the server's address."""
 
 import importlib.util
 import os
@@ -19,14 +19,14 @@ BLOCKS = [block[2] for block in re.finditer(r"^```(python|robotframework)\n(.*?)
 
 
 def example(text):
-    """The example that has a text in it."""
+    """The example that contains a text."""
     found = [block for block in BLOCKS if text in block]
     assert len(found) == 1, f"{len(found)} examples with '{text}'"
     return found[0]
 
 
 def robot():
-    """Robot Framework where it is installed; it is no package of Debian's. Elsewhere what stands in for it."""
+    """Robot Framework if it is installed; it is not a Debian package. Otherwise its stand-in."""
     if importlib.util.find_spec("robot"):
         return [sys.executable, "-m", "robot", "--output", "NONE", "--log", "NONE", "--report", "NONE"]
     return [sys.executable, str(Path(__file__).with_name("robot_stand_in.py"))]

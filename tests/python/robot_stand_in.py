@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""Runs the test cases of a Robot Framework file where that framework is not installed: as much of its language as the
-README's example has. Keywords are methods of the library that the file names; blanks, underscores and case do not count.
+"""Runs the test cases of a Robot Framework file without that framework. Supports the part of the language that the
+README's example uses. Keywords are methods of the library that the file names; blanks, underscores and case do not
+count.
 
 Usage: robot_stand_in.py FILE. Prints "N tests, N passed, N failed" and ends with the number that failed.
 """
@@ -24,12 +25,12 @@ BUILT_IN = {"shouldbeequal": same, "shouldbeequalasintegers": lambda one, other:
 
 
 def cells(line):
-    """The parts of a line, which stand two blanks or more apart."""
+    """The parts of a line, separated by at least two blanks."""
     return re.split(" {2,}", line.strip())
 
 
 def sections(text):
-    """The lines of each section by its name; comments and empty lines do not count."""
+    """The lines of each section by its name, without comments and empty lines."""
     found = {}
     for line in text.splitlines():
         if heading := re.fullmatch(r"\*+ (.+?) \*+", line):
@@ -40,7 +41,7 @@ def sections(text):
 
 
 def run_step(library, step, variables):
-    """Runs one line: `${name} =` in front takes what the keyword answers, `name=value` is an argument by its name."""
+    """Runs one line. A leading `${name} =` stores the keyword's result; `name=value` passes an argument by name."""
     target = re.fullmatch(r"\$\{(.+)\} ?=", step[0])
     name, *words = step[1:] if target else step
     keyword = BUILT_IN.get(plain(name)) or next(

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the tests of the Python client share: the client, a server whose answers a test decides, scratch folders."""
+"""Code that the tests of the Python client share: the client, a server with scripted answers, scratch folders."""
 
 import json
 import os
@@ -19,11 +19,11 @@ from scratch import ProcessTest  # noqa: E402  (needs the path above)
 
 
 class Peer:
-    """A server whose answers a test decides.
+    """A server with scripted answers.
 
-    `answers` has for each method a result, or a function of the request that returns one. An exception in place of a
-    result breaks the connection, and a tuple (status, text) is the HTTP answer as it is. `calls` are the requests that
-    came: (method, session, parameters).
+    `answers` has for each method a result, or a function of the request that returns one. An exception instead of a
+    result breaks the connection, and a tuple (status, text) is the HTTP answer itself. `calls` lists the received
+    requests: (method, session, parameters).
     """
 
     def __init__(self):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The Python client on a server that answers what the test wants."""
+"""Tests the Python client on a server with scripted answers."""
 
 import select
 import threading

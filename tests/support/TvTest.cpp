@@ -15,7 +15,7 @@ namespace support {
 
 namespace {
 
-/// An exception that is none of the standard library's.
+/// An exception that is not derived from std::exception.
 struct Silent {};
 
 using virtualtv::framework::LogLine;
@@ -169,7 +169,7 @@ void TvTest::setSetting(const std::string& key, const std::string& value) {
 }
 
 void TvTest::setServices(const std::vector<virtualtv::Service>& services) {
-  tv().removeServices();  // of which nothing shall stay
+  tv().removeServices();  // the built-in ones, which must not stay
   tv().import(services, false);
 }
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""tools/bench: what it makes of measurements. The measuring itself is that of programs in bench/."""
+"""Tests how tools/bench interprets measurements. The programs in bench/ measure."""
 
 import json
 import sys
@@ -51,7 +51,7 @@ class BenchTest(ScratchTest):
         return rows
 
     def job(self, *_):
-        """A job that builds nothing, or fails to."""
+        """A job whose builds do nothing, or fail."""
         test = self
 
         class Job:
@@ -212,7 +212,7 @@ class BenchTest(ScratchTest):
 
 
 class MemoryTest(ScratchTest):
-    """What is made of the figures of a program, run as the tool runs it."""
+    """The interpretation of a program's figures, with the program run as the tool runs it."""
 
     FIGURES = dict.fromkeys(memory.NAMES, "2.000000")
 
@@ -239,7 +239,7 @@ class MemoryTest(ScratchTest):
 
 
 class Tools:
-    """Answers as compiler and valgrind do; in the user's language unless told otherwise."""
+    """Stand-ins for compiler and valgrind, which print in the user's language unless told otherwise."""
 
     scratch = Path("scratch")
 
@@ -267,7 +267,7 @@ class SizesTest(unittest.TestCase):
 
 
 class Benchmarks:
-    """Answers as the program of the benchmarks does, one text after the other and the last one again."""
+    """A stand-in for the benchmark program: prints one text after the other, and then repeats the last one."""
 
     def __init__(self, *texts):
         self.texts = list(texts)
@@ -279,7 +279,7 @@ class Benchmarks:
 
 
 def said(**nanoseconds):
-    """What the program says of benchmarks with these medians."""
+    """The program's output for benchmarks with these medians."""
     runs = [{"run_name": name, "aggregate_name": aggregate, "cpu_time": time * factor, "real_time": 2 * time * factor,
              "time_unit": "ns"}
             for name, time in nanoseconds.items() for aggregate, factor in (("mean", 7), ("median", 1), ("cv", 5))]
@@ -287,7 +287,7 @@ def said(**nanoseconds):
 
 
 def said_once(**nanoseconds):
-    """What the program says of benchmarks that it does not repeat."""
+    """The program's output for benchmarks without repetitions."""
     return json.dumps({"benchmarks": [{"run_name": name, "cpu_time": time, "real_time": 2 * time, "time_unit": "ns"}
                                       for name, time in nanoseconds.items()]})
 
@@ -320,7 +320,7 @@ class SpeedTest(unittest.TestCase):
         self.assertAlmostEqual(ratio, 0.1)
 
     def measure_pairs(self, *pairs, **more):
-        """Measures a pair that takes these times, run by run."""
+        """Measures a pair with these times of its runs."""
         turns = [[said_once(one=one), said_once(other=other)] for one, other in pairs]
         self.program = Benchmarks(*(run for at, turn in enumerate(turns) for run in (turn if at % 2 else turn[::-1])))
         return speed.measure(self.program, "bench_speed",

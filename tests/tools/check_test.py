@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Each check of tools/check passes on a clean tree and finds what is planted in it."""
+"""Tests that each check of tools/check passes on a clean tree and finds a planted error."""
 
 import json
 import shlex
@@ -32,7 +32,7 @@ class CheckTest(ScratchTest):
         self.git("commit", "--quiet", "--allow-empty", "-m", message)
 
     def build(self, *options):
-        """Makes what the checks on compiled code look at."""
+        """Creates the files for the checks on compiled code."""
         folder = self.root / "build/debug/Window"
         folder.mkdir(parents=True, exist_ok=True)
         compile_it = ["g++", "-std=c++17", "-I", str(self.root / "platform"), "-I", str(self.root / "Window/include"),
@@ -184,7 +184,7 @@ class CheckTest(ScratchTest):
         self.assertFound("wraps", "virtualtv/CMakeLists.txt:2: ", "cmake/Linker.cmake:1: ")
 
     def set_up_rooms(self):
-        """The shell stands on the set, and that on the store, which has no header."""
+        """Creates three rooms: the shell includes from the set, and the set from the store, which has no header."""
         self.rooms = self.write("virtualtv/CMakeLists.txt",
                                 "room(store ON PkgConfig::sqlite3)\nroom(set ON store)\nroom(shell ON set CLI11::CLI11)\n")
         self.write("virtualtv/store/Store.cpp", "int store();\n")

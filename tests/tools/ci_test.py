@@ -9,7 +9,7 @@ STEPS = ["test", "run", "tools/instructions", "tools/proof", "tools/wasm", "tool
 
 
 class CiTest(ScratchTest):
-    """A clone whose steps note the folder of channel lists that they are given."""
+    """A clone whose steps record the folder of channel lists that is passed to them."""
 
     def setUp(self):
         super().setUp()
@@ -19,7 +19,7 @@ class CiTest(ScratchTest):
             self.write(f"clone/{step}", f'#!/bin/sh\necho "{step} $EMP_WINDOW_LISTS" >> "{self.root}/seen"\n', executable=True)
 
     def seen(self, **environment):
-        """What the steps were given, by step."""
+        """The folders passed to the steps, by step."""
         done = self.call(self.root / "clone/.ci/run", env={"EMP_WINDOW_LISTS": "", **environment})
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         lines = (self.root / "seen").read_text().splitlines()
@@ -37,7 +37,7 @@ class CiTest(ScratchTest):
         self.assertEqual(self.seen(EMP_WINDOW_LISTS="/other lists"), dict.fromkeys(STEPS, "/other lists"))
 
     def step(self, name, *lines):
-        """Has a step do something of its own."""
+        """Replaces a step."""
         self.write(f"clone/{name}", "\n".join(["#!/bin/sh", *lines, ""]), executable=True)
 
     def test_checks_while_the_proof_runs(self):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""tools/docs makes the site of the pages, and tells what is wrong with it."""
+"""Tests that tools/docs builds the site from the pages and reports errors."""
 
 import unittest
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""tools/instructions: what it makes of counts and of a baseline. The counting itself is valgrind's."""
+"""Tests how tools/instructions compares counts with a baseline. Valgrind counts."""
 
 import sys
 import unittest
@@ -155,12 +155,12 @@ class InstructionsTest(ScratchTest):
 
 
 class CountTest(ScratchTest):
-    """What is made of valgrind's files and of what the program says it ran."""
+    """The interpretation of valgrind's files and of the program's output."""
 
     DUMP = "version: 1\ndesc: Trigger: Client Request: GetSource\nevents: Ir\nsummary: {}\n"
 
     def job(self, said, dumps):
-        """One whose program says this and leaves these files."""
+        """A job whose program prints this output and leaves these files."""
         test = self
         self.ran = []
         for name, text in dumps.items():

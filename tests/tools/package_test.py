@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The tool that makes packages and the container image, as far as it goes without a build and without clean roots."""
+"""Tests tools/package, as far as that is possible without a build and without clean roots."""
 
 import hashlib
 import json

@@ -43,7 +43,7 @@ class RunTest(ScratchTest):
         self.assertEqual(self.call(self.root / "run").stdout, f"{self.root}|shell")
 
     def on_terminal(self):
-        """What it prints on a terminal of its own."""
+        """The output of a program on a separate terminal."""
         self.call("./run")  # built, so that it says nothing of that
         ours, its = pty.openpty()
         done = subprocess.run([self.root / "run"], cwd=self.root, stdin=its, stdout=its, stderr=its)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What tests of the scripts share: scripts as modules, and a scratch folder."""
+"""Code that tests of the scripts share: scripts as modules, and a scratch folder."""
 
 import os
 import shutil
@@ -17,7 +17,7 @@ TOP = Path(__file__).resolve().parents[2]
 
 
 def load(name):
-    """The script of this name in tools/ as a module of the test's own."""
+    """Loads a script in tools/ as a separate module."""
     loader = SourceFileLoader(f"{name}_tool", str(TOP / "tools" / name))
     module = module_from_spec(spec_from_loader(loader.name, loader))
     loader.exec_module(module)
@@ -25,7 +25,7 @@ def load(name):
 
 
 def run_main(tool, *arguments):
-    """Status, standard output and standard error of a script that was loaded."""
+    """Runs a loaded script. Returns status, standard output and standard error."""
     with redirect_stdout(StringIO()) as out, redirect_stderr(StringIO()) as errors:
         try:
             status = tool.main(arguments)
@@ -35,17 +35,17 @@ def run_main(tool, *arguments):
 
 
 def run(*command, expected=0, **options):
-    """Runs a program, which is to end well, or, with another `expected`, to fail. Returns what it wrote."""
+    """Runs a program and checks its status, 0 unless `expected` says otherwise. Returns its output."""
     done = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
     assert (done.returncode == 0) == (expected == 0), f"{command}: {done.returncode}\n{done.stdout}"
     return done.stdout
 
 
 class ProcessTest(unittest.TestCase):
-    """A test that looks at processes."""
+    """A test that checks processes."""
 
     def assert_gone(self, process):
-        """That a process ends; one that waits to be waited for has ended."""
+        """Asserts that a process ends. A zombie has ended."""
         state = Path(f"/proc/{process}/stat")
         end = time.monotonic() + 10
         while time.monotonic() < end:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The shell sessions that pages show are true: each replays on a fresh set as it is printed.
+"""Checks the shell sessions on pages: each must replay on a fresh set as it is printed.
 
 Usage: sessions.py EMP_WINDOW PAGE...
 """
@@ -12,8 +12,8 @@ from pathlib import Path
 
 
 def sessions(page):
-    """The code blocks of a page in which a command stands, each with the line it starts in. Lines that start the shell,
-    and the address that the server prints first, do not count."""
+    """The code blocks of a page that contain a command, each with its first line's number. Lines that start the shell,
+    and the address that the server prints first, are left out."""
     text = page.read_text(encoding="utf-8")
     for block in re.finditer(r"^```\w*\n(.*?)^```$", text, re.MULTILINE | re.DOTALL):
         if re.search(r"^>", block[1], re.MULTILINE):

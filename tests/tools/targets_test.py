@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The tool for other processors and compilers, as far as it goes without building for them."""
+"""Tests tools/targets, as far as that is possible without building for other processors."""
 
 import subprocess
 import tempfile

@@ -14,7 +14,7 @@ namespace {
 using virtualtv::shell::Scene;
 using virtualtv::shell::Step;
 
-/// The names that examples are to have.
+/// The names that examples must have.
 std::set<std::string> namesIn(const Json::Value& catalogue) {
   std::set<std::string> names;
   for (const Json::Value& command : catalogue["commands"]) names.insert(command["name"].asString());

@@ -30,7 +30,7 @@ const char* nameOf(kel::Parse parse) {
 struct Kind {
   std::string_view name;
   const char* reply;       ///< how the reply is encoded when the command succeeds
-  bool (*lets)(int code);  ///< true for the failure codes that it lets through
+  bool (*lets)(int code);  ///< true for the failure codes that it can return
 };
 
 bool isNegative(int code) {
@@ -73,10 +73,10 @@ bool parsesAs(const std::string& text, int& number) {
   return error == std::errc() && stop == end;
 }
 
-/// Forms and the section of the help texts that describes them.
+/// Commands, and the section of the help texts that describes them.
 struct Group {
   const char* section;
-  const char* label;  ///< stands behind a command's name
+  const char* label;  ///< written after a command's name
   std::vector<Form> forms;
 };
 
@@ -96,9 +96,9 @@ class Merger {
   /// The kind of answer that is described; null, and reported, when the description is not sound.
   const Kind* kindOf(const Json::Value& described, const std::string& what) const;
 
-  /// Notes that something needs what a section says under that name. False, and reported, when it says nothing.
+  /// Marks a name of a section as used. @return false, after reporting a problem, when the section lacks the name.
   bool use(const char* section, const std::string& name, const std::string& user);
-  /// Checks that at most one of a type and a text tells what a part of a command holds, exactly one where needed.
+  /// Checks that at most one of a type and a text describes the values of a part of a command; exactly one if needed.
   void useValues(const Json::Value& part, bool needed, const std::string& what);
 
   Json::Value command(const Group& group, const Form& form);

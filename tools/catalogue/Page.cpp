@@ -15,7 +15,7 @@ std::string code(const std::string& text) {
   return "`" + text + "`";
 }
 
-/// A link to the section whose heading is the name with `rest` behind it.
+/// A link to the section whose heading is the name followed by `rest`.
 std::string linkTo(const std::string& name, const std::string& rest = "") {
   std::string anchor = name + rest;
   std::transform(anchor.begin(), anchor.end(), anchor.begin(),
@@ -23,7 +23,7 @@ std::string linkTo(const std::string& name, const std::string& rest = "") {
   return "[" + code(name) + "](#" + anchor + ")" + rest;
 }
 
-/// A text as it stands in a table.
+/// A text for a cell of a table.
 std::string cell(std::string text) {
   for (std::size_t at = 0; (at = text.find('|', at)) != std::string::npos; at += 2) text.insert(at, 1, '\\');
   return text;
@@ -35,12 +35,12 @@ std::string invocation(const Value& command) {
   return text;
 }
 
-/// What a parameter or an answer holds; empty when that needs no telling.
+/// The values of a parameter or an answer; empty when there is nothing to say about them.
 std::string holds(const Value& part) {
   return part.isMember("type") ? linkTo(part["type"].asString()) : part["values"].asString();
 }
 
-/// @param form  what stands behind the commands' names.
+/// @param form  written after the commands' names.
 void writeRows(std::ostream& out, const Value& commands, const char* form) {
   for (const Value& command : commands) {
     out << "| " << linkTo(command["name"].asString(), form) << " |";
@@ -115,7 +115,7 @@ std::string document(const Json::Value& catalogue) {
   Json::StreamWriterBuilder builder;
   builder["indentation"] = "  ";
   builder["emitUTF8"] = true;
-  // The writer leaves blanks behind the name of a member whose value starts on a line of its own.
+  // The writer leaves trailing blanks after the name of a member whose value starts on the next line.
   std::istringstream written(Json::writeString(builder, catalogue));
   std::string text;
   for (std::string line; std::getline(written, line);) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Writes the catalogue of commands, docs/commands.json and docs/commands.md, from the command table, the help texts in
-// docs/commands.help.json and the examples in docs/examples.txt; or, with --check, tells where the two differ from what
-// it would write.
+// docs/commands.help.json and the examples in docs/examples.txt; with --check, only reports where these files differ
+// from what it would write.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
@@ -36,7 +36,7 @@ bool read(File& file, Problems& problems) {
   return true;
 }
 
-/// The files as they should be; none when the table, the help texts and the examples do not fit together.
+/// The files with their correct content; none when the table, the help texts and the examples are inconsistent.
 std::vector<File> made(const std::filesystem::path& docs, Problems& problems) {
   File texts{docs / "commands.help.json", {}};
   if (!read(texts, problems)) return {};

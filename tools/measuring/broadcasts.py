@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What the scan of a long recording costs, against reading it, and in memory against a short one."""
+"""Measures the scan of a long recording: its time compared with reading the file, its memory compared with a short
+recording."""
 
 import os
 import statistics
@@ -15,14 +16,14 @@ CAPTURE = "captures/dtt-italy.ts"  # beside the folder of real lists
 
 
 def capture():
-    """A recording that people really have; None where there is none."""
+    """A real recording; None if there is none."""
     lists = os.environ.get("EMP_WINDOW_LISTS")
     path = Path(lists).parent / CAPTURE if lists else None
     return path if path and path.is_file() else None
 
 
 def repeated(content, path, size):
-    """Writes a file of about that size, of the content over and over."""
+    """Writes a file of about that size that repeats the content."""
     with open(path, "wb") as file:
         for _ in range(size // len(content)):
             file.write(content)
@@ -40,7 +41,7 @@ def read_seconds(path):
 
 
 def scan(program, path):
-    """Scans a file. Returns seconds and the most KB that the process had at a time."""
+    """Scans a file. Returns the seconds and the peak memory of the process in KB."""
     begun = time.perf_counter()
     process = os.posix_spawn(program, [program, "scan", "--json", path], os.environ,
                              file_actions=[(os.POSIX_SPAWN_OPEN, 1, os.devnull, os.O_WRONLY, 0),
@@ -52,7 +53,7 @@ def scan(program, path):
 
 
 def measure(job, program):
-    """Rows as those of memory: times of the long file, by turns, and memory of both."""
+    """Rows in the form of those of memory: times of the long file, measured alternately, and memory of both files."""
     source = capture()
     if source is None:
         raise Failed(f"row 22 wants a recording, {CAPTURE} beside the folder that EMP_WINDOW_LISTS names")
@@ -60,7 +61,7 @@ def measure(job, program):
     long_file = repeated(content, job.scratch / "long.ts", LONG)
     short_file = repeated(content, job.scratch / "short.ts", SHORT)
     program = str(program)
-    scan(program, long_file), read_seconds(long_file)  # so that both find it in memory
+    scan(program, long_file), read_seconds(long_file)  # so that both find the file in the cache
     scans, reads = [], []
     for turn in range(RUNS):
         for step in ((0, 1) if turn % 2 else (1, 0)):

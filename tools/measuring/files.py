@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Files that a tool reads and writes, so that what is wrong with one is told before anything is measured."""
+"""Files that a tool reads and writes. Errors are reported before anything is measured."""
 
 import os
 
@@ -7,7 +7,7 @@ from proving.job import Failed
 
 
 def text_of(path):
-    """What a file says. Raises Failed when it can't be read."""
+    """The text of a file. Raises Failed when it can't be read."""
     try:
         return path.read_text(encoding="utf-8", errors="replace")
     except OSError as error:
@@ -15,13 +15,13 @@ def text_of(path):
 
 
 def expect_writable(path):
-    """Raises Failed when a file can't be written, or made where there is none."""
+    """Raises Failed when a file can't be written or created."""
     if path.is_dir() or not os.access(path if path.exists() else path.parent, os.W_OK):
         raise Failed(f"{path} can't be written")
 
 
 def write(path, text):
-    """Writes a whole file. Raises Failed when that can't be done after all."""
+    """Writes a whole file. Raises Failed when that fails."""
     try:
         path.write_text(text, encoding="utf-8")
     except OSError as error:

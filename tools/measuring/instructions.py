@@ -1,9 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Instructions of commands, as valgrind's callgrind counts them: the same each time, whatever else the machine does.
-
-valgrind shows programs the same processor on all machines of a kind, so that the C library chooses the same functions.
-What libraries do is counted, too: that a command asks more of them is to be noticed. With another release of a library
-or of the compiler counts may be others.
+"""Counts instructions of commands with valgrind's callgrind. The counts are the same each time, regardless of other
+load. valgrind presents the same processor to programs on all machines of an architecture, so the C library chooses the
+same functions. Instructions in libraries count too, so that a command that uses them more is noticed. Other versions of
+a library or of the compiler may change the counts.
 """
 
 import re
@@ -11,14 +10,14 @@ import re
 from proving.job import Failed
 
 DUMP = re.compile(r"^desc: Trigger: (?:Client Request: )?(?P<label>.*)$", re.MULTILINE)
-END = "Program termination"  # the label of what a process has not had counted under another one
+END = "Program termination"  # the label for instructions that were not counted under another label
 TOTALS = re.compile(r"^(?:totals|summary): (?P<count>\d+)$", re.MULTILINE)
 MOST_MORE = 3  # percent
 RUN = re.compile(r"^(?P<label>[^\t]+)\t(?P<times>[1-9][0-9]*)$")
 
 
 def made_with(job):
-    """What counts depend on beside the sources: processor, compiler, libraries and valgrind, in words."""
+    """A description of what the counts depend on besides the sources: processor, compiler, libraries and valgrind."""
     def said(*argv):
         return job.run(argv).strip()
     libraries = [f"{name} {said('pkg-config', '--modversion', name)}" for name in ("jsoncpp", "sqlite3")]
@@ -27,7 +26,7 @@ def made_with(job):
 
 
 def callgrind(job, *argv):
-    """Runs a program, whose counts valgrind leaves in the job's folder. What it says."""
+    """Runs a program under valgrind, which writes the counts into the job's folder. Returns the program's output."""
     return job.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={job.scratch / 'counts'}", *argv],
                    env={"LC_ALL": "C"})
 
@@ -53,7 +52,7 @@ def of_process(job, program, *arguments):
 
 
 def dumped(folder):
-    """The counts that valgrind left in a folder, by label; takes them away."""
+    """Reads and removes the counts that valgrind left in a folder. Returns them by label."""
     counts = {}
     for dump in folder.glob("counts*"):
         text = dump.read_text(encoding="utf-8")
@@ -65,5 +64,5 @@ def dumped(folder):
 
 
 def is_query(label):
-    """Whether a command that is run only asks."""
+    """True for a command that only reads."""
     return label.startswith("Get")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Many sets on one machine, each started as the service manager's unit starts it: what they cost."""
+"""Measures many sets on one machine, each started like the service manager's unit starts it."""
 
 import contextlib
 import datetime
@@ -23,13 +23,13 @@ IDLE_SECONDS = 3
 
 
 def command_of(unit, name):
-    """What a unit starts for a set of that name, as the service manager reads it."""
+    """The command line of a unit for a set with this name, parsed as by the service manager."""
     line = re.search(r"^ExecStart=(.*)$", unit, re.MULTILINE)[1]
     return [word.replace("%i", name).replace("$$", "$") for word in shlex.split(line)]
 
 
 def free_ports(count):
-    """So many ports that nobody has, all different."""
+    """A number of free ports, all different."""
     with contextlib.ExitStack() as stack:
         probes = [stack.enter_context(socket.socket()) for _ in range(count)]
         for probe in probes:
@@ -38,7 +38,7 @@ def free_ports(count):
 
 
 class Lab:
-    """Sets of one program, with their states in a folder."""
+    """Sets run by one program, with their states in a folder."""
 
     def __init__(self, program, folder):
         unit = (TOP / "cmake/install/emp-window@.service.in").read_text(encoding="utf-8")
@@ -47,7 +47,7 @@ class Lab:
         self.processes = []
 
     def start(self, name, options="--listen 127.0.0.1:0", before=()):
-        """Starts a set. @param before  a program that starts it in turn"""
+        """Starts a set. @param before a command that starts the set's command"""
         process = subprocess.Popen([*before, *command_of(self.unit, name)], env={**self.environment, "OPTIONS": options},
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         self.processes.append(process)
@@ -55,7 +55,7 @@ class Lab:
 
     @staticmethod
     def address(process):
-        """Waits until a set can be asked. @return its address"""
+        """Waits until a set can answer. @return its address"""
         line = process.stdout.readline()
         found = re.search(r"http://127\.0\.0\.1:\d+", line)
         if not found:
@@ -72,7 +72,7 @@ class Lab:
 
 
 def memory(processes):
-    """Megabytes that the processes take, what they share counted once."""
+    """The memory of the processes in megabytes, with shared memory counted once."""
     sizes = [re.search(r"^Pss:\s+(\d+) kB", Path(f"/proc/{process.pid}/smaps_rollup").read_text(encoding="ascii"), re.MULTILINE)[1]
              for process in processes]
     return sum(map(int, sizes)) / 1024
@@ -84,7 +84,7 @@ def processor_seconds(processes):
 
 
 def start_alone(lab):
-    """Seconds from the start of a set, the first time with its name, to its address; the median."""
+    """The median seconds from the first start of a set to its address."""
     times = []
     for number in range(STARTS):
         begin = time.monotonic()
@@ -95,7 +95,7 @@ def start_alone(lab):
 
 
 def start_by_socket(lab):
-    """Seconds from a request at a socket that no set listens on yet to its answer; the median."""
+    """The median seconds from a request at a socket without a running set to the answer."""
     times = []
     for number, port in enumerate(free_ports(STARTS)):
         passed = [word for name in ("HOME", "XDG_STATE_HOME", "OPTIONS", "PATH") for word in ("-E", name)]
@@ -112,7 +112,7 @@ def start_by_socket(lab):
 
 
 def run_transcripts(folder, addresses, transcripts):
-    """Runs them over the sets by the example project's script. @return seconds, and the line that sums up"""
+    """Runs the transcripts on the sets with the example project's script. @return the seconds, and the summary line"""
     (folder / "node_modules").mkdir(parents=True)
     (folder / "node_modules/emp-window").symlink_to(TOP / "virtualtv/console/client")
     (folder / "package.json").write_text('{"type": "module"}', encoding="utf-8")
@@ -133,7 +133,7 @@ TABLE = Table(["what", "is", "taken on"], [
 
 
 def measure(program, count):
-    """The rows of the table, for so many sets."""
+    """The rows of the table, for this number of sets."""
     transcripts = sorted((TOP / "examples/guide/transcripts").glob("*.txt")) * count
     with tempfile.TemporaryDirectory() as scratch:
         folder = Path(scratch)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the document of a full channel list takes in memory."""
+"""Measures the memory for the document of a full channel list."""
 
 from proving.job import Failed
 
@@ -8,8 +8,8 @@ NAMES = ["allocations a service", "live bytes a service", "live bytes a service 
 
 
 def measure(job, program):
-    """Figures by name, as (number, name, reference, subject, reference, ratio, target); a figure without a reference has
-    none and is its own ratio."""
+    """Figures by name, as (number, name, reference, subject, reference, ratio, target); a figure without a reference is
+    its own ratio."""
     found = job.figures(job.run([program]), program)
     if missing := [name for name in NAMES if name not in found]:
         raise Failed(f"{program} has not told {', '.join(missing)}")

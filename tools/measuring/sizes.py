@@ -7,12 +7,12 @@ from proving.job import Failed
 
 UNDEFINED = re.compile(r"undefined reference to `(?P<symbol>[^']+)'")
 HEAP = re.compile(r"total heap usage: (?P<count>[\d,]+) allocs, [\d,]+ frees, (?P<bytes>[\d,]+) bytes")
-DATA = re.compile(r"^_ZT[VIST]")  # tables of classes, which are no functions
+DATA = re.compile(r"^_ZT[VIST]")  # virtual tables and type information, which are not functions
 ROOM = 256  # bytes of such a table
 
 
 def undefined(job, objects):
-    """What the objects want of a set, by what the linker misses."""
+    """The symbols that the objects need from a set, found from the linker's errors."""
     said = job.run(["sh", "-c", '"$0" "$@" 2>&1 || true', "g++", "-o", job.scratch / "unlinked", *objects, "-ljsoncpp",
                     "-Wl,--no-demangle"], env={"LC_ALL": "C"})
     symbols = sorted(set(UNDEFINED.findall(said)))
@@ -22,7 +22,7 @@ def undefined(job, objects):
 
 
 def stand_in(job, symbols):
-    """A shared library that has these symbols; its functions return at once."""
+    """Builds a shared library with these symbols; its functions return at once."""
     source = job.scratch / "set.s"
     lines = [".text"]
     for symbol in symbols:
@@ -38,7 +38,7 @@ def stand_in(job, symbols):
 
 
 def allocations(job, program):
-    """How often a program allocates from its start to its end, and how many bytes."""
+    """The number of a program's allocations from start to end, and their bytes."""
     said = job.run(["sh", "-c", '"$0" "$@" 2>&1', "valgrind", program])
     if not (found := HEAP.search(said)):
         raise Failed(f"valgrind does not tell what {program} allocates")

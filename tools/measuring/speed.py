@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Times as ratios: a figure and its reference run in turns; medians count."""
+"""Measures times as ratios: a figure and its reference run alternately; medians count."""
 
 import json
 import statistics
@@ -13,16 +13,16 @@ PAIRS = 25
 
 @dataclass(frozen=True)
 class Ratio:
-    """A figure by what it measures, what it is held against, the benchmarks of both, and the most that their ratio may
-    be. `per` divides the times, for benchmarks that do different amounts of work. A repetition lasts `seconds` at least:
-    more where each run waits for the disk or another process. Of one that is `paired` each run is held against the run
-    of its reference right beside it, as a disk that others use slows both down, and the median of these ratios counts.
-    The benchmarks are those of `program`."""
+    """A figure: what it measures, its reference, the benchmarks of both, and the greatest allowed ratio. `per` divides
+    the times, for benchmarks that do different amounts of work. A repetition lasts at least `seconds`, which should be
+    longer if each run waits for the disk or another process. With `paired`, each run is compared with the adjacent run
+    of the reference, and the median of these ratios counts, since a disk shared with others slows down both. `program`
+    runs the benchmarks."""
 
     number: str
     name: str
     reference: str
-    pairs: list  # of benchmarks; of several pairs the worst counts
+    pairs: list  # pairs of benchmarks; the worst pair counts
     target: float
     per: tuple = (1, 1)
     seconds: float = 0.2
@@ -56,7 +56,7 @@ RATIOS = [
     Ratio("17", "100 calls of GetTVMode in flight", "their bytes through Beast's bare echo",
           [("servedCalls/real_time", "echoedCalls/real_time")], 1.8, paired=True, program="bench_served"),
     Ratio("18", "GetFullChannelList of 10,000 services over WebSocket", "in process, and its bytes by bare Beast",
-          # The first lists fill what a server holds of the past; one that has run for a while only replaces it.
+          # The first lists fill the server's history; after a while each list only replaces an older one.
           [("servedList/real_time", "sentList/real_time")], 1.3, seconds=1, paired=True, program="bench_served"),
     Ratio("19", "an event to 100 subscribers", "its bytes by bare Beast to 100 clients",
           [("servedEvent/real_time", "sentEvents/real_time")], 1.5, paired=True, program="bench_served"),
@@ -68,13 +68,13 @@ RATIOS = [
           [("exportJson", "writeJson")], 3.0),
 ]
 
-REAL = ("/real_time", "/manual_time")  # ends of names of benchmarks whose processor time is not what counts
+REAL = ("/real_time", "/manual_time")  # suffixes of benchmarks for which the processor time does not count
 
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
 def times(job, program, names, seconds, *options):
-    """The time of each benchmark in a run of the program, in seconds; the median where it repeats them."""
+    """The time of each benchmark in a run of the program, in seconds; the median of repetitions."""
     said = job.run([program, f"--benchmark_filter=^({'|'.join(names)})$", f"--benchmark_min_time={seconds}",
                     "--benchmark_format=json", *options])
     try:
@@ -92,7 +92,7 @@ def times(job, program, names, seconds, *options):
 
 
 def measure_pairs(job, program, ratio):
-    """The medians of the one pair, by turns the one and the other first, and the median of the ratios of neighbours."""
+    """The medians of a pair, run alternately, and the median of the ratios of adjacent runs."""
     (pair,) = ratio.pairs
     runs = [{name: times(job, program, [name], ratio.seconds)[name] for name in (pair if turn % 2 else pair[::-1])}
             for turn in range(PAIRS)]
@@ -114,7 +114,7 @@ def measure(job, program, ratio):
 
 
 def shown(seconds):
-    """A time in the unit that suits it."""
+    """A time in a suitable unit."""
     for unit, size in (("s", 1.0), ("ms", 1e-3), ("us", 1e-6)):
         if seconds >= size:
             return f"{seconds / size:.3g} {unit}"

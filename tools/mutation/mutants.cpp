@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Chooses the mutant that is active. With MUTANTS_REACHED in the environment, a file, it writes there which ones each
-// test reaches: the test's name and milliseconds, then their numbers; without a name those that were reached outside of
-// tests.
+// Selects the active mutant. If MUTANTS_REACHED in the environment names a file, writes there which mutants each test
+// reaches: the test's name and milliseconds, then the numbers of the mutants. A line without a name lists the mutants
+// reached outside of tests.
 #include "mutants.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""The plug-in's sources with all changes in them, each chosen by its number when the program runs.
+"""Writes the plug-in's sources with all changes in them; each is selected by its number at run time.
 
-A site becomes `(mutants::active(17) ? (a <= b) : (a < b))`, so that one build holds all mutants. A label of a switch is
-taken away by hiding the value that it stands for. Constants and tables, which the compiler computes in the sources, are
-computed when the program starts; those that it cannot do without stay as they are, found by trying.
+A site becomes `(mutants::active(17) ? (a <= b) : (a < b))`, so that one build holds all mutants. To remove a label of a
+switch, the value of the label is hidden. Constants and tables that the compiler normally computes are computed at the
+start of the program instead. Constants that the compiler needs stay unchanged; they are found by trial.
 """
 
 import concurrent.futures
@@ -22,22 +22,22 @@ ROUNDS = 12
 
 
 def on_one_line(code):
-    """Code without line breaks, so that what follows it keeps its line: messages tell where they stand."""
+    """Code without line breaks, so that following code keeps its line numbers, which log messages contain."""
     return re.sub(r"\s*\n\s*", " ", re.sub(r"\s*//[^\n\"]*\n", "\n", code))
 
 
 class Sources:
-    """The sources with their sites, and the versions with all mutants in them."""
+    """The sources with their sites, and the mutated versions."""
 
     def __init__(self, top, sources, headers, includes):
         self.texts, self.sites, self.constants, self.needed = find(top, sources, headers, includes)
         self.sources = sources
         self.includes = includes
-        self.unusable = {}  # lines on which nothing can be changed, by file
+        self.unusable = {}  # lines without possible changes, by file
         self.mutants = []
 
     def write(self, folder):
-        """Writes the mutated sources; what does not compile is left out, bit by bit."""
+        """Writes the mutated sources; changes that do not compile are left out step by step."""
         for _ in range(ROUNDS):
             self.emit(folder)
             if not self.learn(folder):
@@ -62,7 +62,8 @@ class Sources:
         return f'#include "mutants.h"\n#line 1\n{body}'
 
     def relaxed(self, name, site):
-        """The head of a constant's declaration, as one that is computed at start where the compiler can do without."""
+        """The head of a constant's declaration, changed so that the constant is computed at start if the compiler does
+        not need it."""
         head = self.texts[name][site.begin:site.end]
         if site.constant in self.needed:
             return head
@@ -106,7 +107,7 @@ class Sources:
         return mutant.number
 
     def learn(self, folder):
-        """Compiles the mutated sources. Takes what does not compile out. Returns whether there was any."""
+        """Compiles the mutated sources, and removes what does not compile. Returns True if something was removed."""
         def compile_one(source):
             command = ["g++", "-std=c++17", "-fsyntax-only", "-w", "-fmax-errors=0",
                        *[f"-I{folder / include}" for include in self.includes], str(folder / source)]

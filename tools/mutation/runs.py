@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Runs programs with a mutant in them, which may do anything, and ends what they started."""
+"""Runs programs with a mutant, which may do anything, and ends all processes that they started."""
 
 import ctypes
 import math
@@ -16,11 +16,11 @@ LIBRARY = ctypes.CDLL(None)
 
 
 class Stopped(Exception):
-    """No run is to go on; how this one would have ended is not known."""
+    """All runs were stopped; the result of this one is unknown."""
 
 
 class Runs:
-    """Runs, some at a time, each in a process group of its own, so that all that it started ends with it."""
+    """Runs programs, several at a time, each in its own process group, so that the processes it started end with it."""
 
     def __init__(self):
         self._lock = threading.Lock()
@@ -28,14 +28,15 @@ class Runs:
         self._stopped = False
 
     def stop(self):
-        """Ends all runs, and lets none start any more."""
+        """Ends all runs, and starts no more."""
         with self._lock:
             self._stopped = True
             for group in self._groups:
                 os.killpg(group, signal.SIGKILL)
 
     def fails(self, seconds, command, folder, env):
-        """Whether a command fails. Raises subprocess.TimeoutExpired when it takes longer, Stopped when all were ended."""
+        """True when a command fails. Raises subprocess.TimeoutExpired when it takes longer, Stopped when all were
+        ended."""
         with self._lock:
             if self._stopped:
                 raise Stopped
@@ -46,7 +47,7 @@ class Runs:
         try:
             has_ended = ends_within(seconds, process.pid)
         finally:
-            with self._lock:  # before it is waited for nobody else can have its number
+            with self._lock:  # until it is waited for, no other process can get its id
                 self._groups.discard(process.pid)
                 os.killpg(process.pid, signal.SIGKILL)
             status = process.wait()
@@ -58,7 +59,7 @@ class Runs:
 
 
 def ends_within(seconds, process):
-    """Whether a process ends in this time. It may still be waited for."""
+    """True when a process ends within this time. It can still be waited for afterwards."""
     end = os.pidfd_open(process)
     try:
         return bool(select.select([end], [], [], seconds)[0])
@@ -67,8 +68,8 @@ def ends_within(seconds, process):
 
 
 def limit(seconds):
-    """A mutant may neither take all memory nor leave a core. When nobody is left to end its run that ends itself, and
-    what it started when it has used more time than all processors have in so many seconds."""
+    """Limits a mutant: it can't take all memory or leave a core file. Its run ends when this process ends. Processes
+    that it started end when they have used more processor time than all processors offer in this many seconds."""
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
     most = math.ceil(seconds * os.cpu_count()) + 1

@@ -1,19 +1,19 @@
 # SPDX-License-Identifier: MIT
-"""Where the plug-in's sources can be changed, and into what, as told by the compiler's view of them."""
+"""Finds where the plug-in's sources can be changed, and how, in the compiler's syntax tree."""
 
 import json
 import re
 import subprocess
 from dataclasses import dataclass, field
 
-# What an operator becomes. The first of a pair that decides a branch is not told from its condition turned round.
+# The replacements of operators. If the first of a pair decides a branch, the change equals the negated condition.
 SWAPPED = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "&&": "||", "||": "&&", "+": "-",
            "-": "+", "*": "/", "/": "*", "%": "*", "&": "|", "|": "&", "^": "&", "<<": ">>", ">>": "<<", "+=": "-=",
            "-=": "+=", "*=": "/=", "/=": "*=", "|=": "&=", "&=": "|=", "<<=": ">>=", ">>=": "<<="}
 OVERLOADED = {"operator==": "==", "operator!=": "!=", "operator<": "<", "operator>": ">"}
 STEPPED = {"++": "--", "--": "++"}
 
-# Constants that the compiler needs, and what stands for others.
+# Nodes with constants that the compiler needs, and nodes that represent others.
 PASSED_OVER = {"ConstantExpr", "StaticAssertDecl", "EnumDecl", "PredefinedExpr", "NonTypeTemplateParmDecl",
                "CXXDefaultArgExpr", "CXXDefaultInitExpr", "ImplicitValueInitExpr", "UnaryExprOrTypeTraitExpr"}
 LITERALS = {"IntegerLiteral", "FloatingLiteral", "CharacterLiteral", "CXXBoolLiteralExpr", "StringLiteral"}
@@ -32,7 +32,7 @@ class Mutant:
     column: int
     before: str
     after: str
-    is_table: bool  # in one of the converter's tables
+    is_table: bool  # part of one of the converter's tables
     number: int = 0
 
     @property
@@ -46,17 +46,17 @@ class Mutant:
 
 @dataclass
 class Site:
-    """A stretch of a source, and what it can become: a text of a few, a switch's value without one of the labels, or, for
-    the head of a constant's declaration, that of one which is computed when the program starts."""
+    """A stretch of a source and its possible replacements: one of several texts; a switch's value with one label
+    hidden; or, for the head of a constant's declaration, the head of a constant that is computed at start."""
 
     begin: int
     end: int
-    rank: int  # of several on the same stretch the lowest is outside
-    variants: list  # of (text that takes its place, what to call it)
+    rank: int  # among sites of the same stretch, the lowest is outermost
+    variants: list  # pairs of (replacement, description)
     labels: list = field(default_factory=list)
-    variable: str = ""  # whose value this is part of
-    constant: str = ""  # the constant that is declared here
-    is_inline: bool = False  # as one that is declared in a class is, without saying so
+    variable: str = ""  # the variable whose value contains this site
+    constant: str = ""  # the constant declared here
+    is_inline: bool = False  # true also for constants declared in a class, which are implicitly inline
     inside: list = field(default_factory=list)
 
     @property
@@ -66,7 +66,7 @@ class Site:
 
 
 def parse(source, top, includes):
-    """The nodes of a source that stand in the plug-in's namespace, each a dictionary with its file filled in."""
+    """The nodes of a source in the plug-in's namespace, each a dictionary that includes its file."""
     flags = ["-std=c++17", "-fsyntax-only", "-w", *[f"-I{folder}" for folder in includes]]
     dump = subprocess.run(["clang++-19", *flags, "-Xclang", "-ast-dump=json", "-Xclang", "-ast-dump-filter=kel", source],
                           cwd=top, capture_output=True, text=True, check=True).stdout
@@ -80,7 +80,7 @@ def parse(source, top, includes):
 
 
 def complete(node, last):
-    """Writes the file into each location; the dump tells it only where it changes."""
+    """Writes the file into each location; the dump contains it only where it changes."""
     if isinstance(node, list):
         for part in node:
             complete(part, last)
@@ -93,7 +93,7 @@ def complete(node, last):
 
 
 def place(location, of_literal):
-    """File, offset and length of the token at a location; nothing where a macro makes it up."""
+    """File, offset and length of the token at a location; None for a token from a macro."""
     if "spellingLoc" in location:
         if not of_literal and not location["expansionLoc"].get("isMacroArgExpansion"):
             return None
@@ -107,12 +107,12 @@ class Finder:
     def __init__(self, texts):
         self.texts = texts  # by file
         self.found = {}  # by file, begin, end and rank
-        self.constants = set()  # names of constants that the compiler computes
-        self.needed = set()  # of them, those that it can't do without
-        self.variable = ""  # whose initialiser is being walked
+        self.constants = set()  # names of constants computed by the compiler
+        self.needed = set()  # the subset of these that the compiler needs
+        self.variable = ""  # the variable whose initialiser is being visited
 
     def span(self, node):
-        """File, begin and end of a node's text, or nothing."""
+        """File, begin and end of a node's text, or None."""
         begin, end = node.get("range", {}).get("begin"), node.get("range", {}).get("end")
         if not begin or not end:
             return None
@@ -124,7 +124,7 @@ class Finder:
         return span if span[1] < span[2] else None
 
     def text(self, node):
-        """A node's text in one line, or nothing."""
+        """A node's text in one line, or None."""
         span = self.span(node)
         if span is None:
             return None
@@ -158,23 +158,23 @@ class Finder:
 
     @staticmethod
     def parts(node):
-        """What a node is made of, but for what the compiler makes up."""
+        """The children of a node, without those that the compiler generates."""
         parts = node.get("inner", [])
         return [parts[1], *parts[-2:]] if node["kind"] == "CXXForRangeStmt" else parts
 
     def need(self, node):
-        """Notes the constants that make up one that the compiler needs."""
+        """Records the constants that are part of a constant that the compiler needs."""
         if "referencedDecl" in node:
             self.needed.add(node["referencedDecl"].get("name"))
         for part in node.get("inner", []):
             self.need(part)
 
     def see_VarTemplateDecl(self, node):
-        # The order in which its instances would be computed at start is not that of the source.
+        # Its instances would be initialised at start in another order than in the source.
         self.needed.add(node["name"])
 
     def see_ClassTemplateDecl(self, node):
-        # Neither is that of what its instances have for all their objects.
+        # The same holds for static members of its instances.
         pattern = next(part for part in node["inner"] if part["kind"] == "CXXRecordDecl")
         self.needed |= {part["name"] for part in pattern.get("inner", []) if part["kind"] == "VarDecl"}
 
@@ -242,7 +242,7 @@ class Finder:
             self.add(node, 2, [(other, other)])
 
     def condition(self, node):
-        """A condition turned round, unless that is what a change of its operator does already."""
+        """Negates a condition, unless a change of its operator has the same effect."""
         core = node
         while core.get("kind") in WRAPPERS and core.get("inner"):
             core = core["inner"][0]
@@ -283,8 +283,8 @@ def collect_labels(node, labels):
 
 
 def find(top, sources, headers, includes):
-    """The sites of the sources and headers, by file, nested, with the texts, the names of constants, and the names
-    of those that the compiler can't do without."""
+    """The nested sites of sources and headers by file, the texts, the names of constants, and the names of constants
+    that the compiler needs."""
     texts = {name: (top / name).read_text(encoding="utf-8") for name in [*sources, *headers]}
     finder = Finder(texts)
     for source in sources:
@@ -299,7 +299,7 @@ def find(top, sources, headers, includes):
 
 
 def nest(sites):
-    """Sites as a forest. One that crosses the border of another is left out."""
+    """Sites as a forest. A site that partially overlaps another one is left out."""
     roots, stack = [], []
     for site in sorted(sites, key=lambda site: (site.begin, -site.end, site.rank)):
         while stack and stack[-1].end <= site.begin:

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Builds the mutated plug-in with its tests, sees which tests reach which mutant, and tries mutants on them."""
+"""Builds the mutated plug-in with its tests, finds which tests reach which mutant, and tries mutants with these
+tests."""
 
 import os
 import re
@@ -21,8 +22,8 @@ target_compile_options(window PRIVATE -w)
 target_link_libraries(window PUBLIC GTest::gtest)
 """
 NO_MUTANT = 0
-FILTER_FROM = 0.7  # of a program's tests; when more of them reach a mutant all are run
-SLACK = 3  # seconds that a run may take beside five times what it takes without a mutant
+FILTER_FROM = 0.7  # share of a program's tests; if more than these reach a mutant, all tests run
+SLACK = 3  # seconds that a run may take in addition to five times its duration without a mutant
 
 
 class Late(Exception):
@@ -35,11 +36,11 @@ class Late(Exception):
 
 
 class Failed(Exception):
-    """The tests do not pass without a mutant, or the tree does not build."""
+    """Tests fail without a mutant, or the tree does not build."""
 
 
 def lay_out(top, tree, sources):
-    """Makes a tree like the one at `top`, with the mutated sources of the plug-in."""
+    """Creates a copy of the tree at `top` with the mutated sources of the plug-in."""
     tree.mkdir(parents=True, exist_ok=True)
     for entry in top.iterdir():
         if entry.name not in ("Window", "build", ".git") and not (tree / entry.name).is_symlink():
@@ -59,7 +60,7 @@ def lay_out(top, tree, sources):
 
 
 def replace(path, text):
-    """Writes a file, unless that is what it holds."""
+    """Writes a file unless it already has this content."""
     if not path.exists() or path.read_text(encoding="utf-8") != text:
         path.write_text(text, encoding="utf-8")
 
@@ -79,7 +80,7 @@ class Program:
         self.command = command
         self.folder = folder
         self.reached = {}  # by test
-        self.seconds = {}  # that each test takes
+        self.seconds = {}  # duration of each test
 
     def runs(self, tests, scratch):
         """The commands that run these tests."""
@@ -90,11 +91,11 @@ class Program:
         return [[*self.command, "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_flagfile={flags}"]]
 
     def cost(self, tests):
-        """How many seconds these tests take."""
+        """The duration of these tests in seconds."""
         return sum(self.seconds[test] for test in tests)
 
     def learn(self, scratch):
-        """Runs all tests without a mutant, noting what they reach."""
+        """Runs all tests without a mutant, and records which mutants they reach."""
         record = scratch / "reached"
         done = subprocess.run([*self.command, "--gtest_brief=1"], cwd=self.folder, capture_output=True, check=False,
                               env={**os.environ, "MUTANTS_REACHED": str(record)})
@@ -106,7 +107,7 @@ class Program:
 
 
 class Checks(Program):
-    """Checks by other programs, a command each, as tests."""
+    """Checks by other programs, one command each, treated as tests."""
 
     def __init__(self, name, commands, folder):
         super().__init__(name, [], folder)
@@ -129,14 +130,14 @@ class Checks(Program):
 
 
 def told(done):
-    """The end of what a command wrote, for a person."""
+    """The end of a command's output, for messages."""
     return (done.stdout + done.stderr).decode(errors="replace")[-2000:]
 
 
 def read_record(path):
-    """What was reached by each test, how many seconds each took, and what was reached outside of them."""
+    """The mutants reached by each test, the seconds of each test, and the mutants reached outside of tests."""
     tests, seconds, always = {}, {}, set()
-    if not path.exists():  # nothing was
+    if not path.exists():  # nothing was reached
         return tests, seconds, always
     for line in path.read_text(encoding="utf-8").splitlines():
         name, milliseconds, *numbers = line.split(" ")
@@ -158,7 +159,7 @@ class Trial:
         self.build_folder = self.tree / "build" / "mutation"
         self.sources = sources
         self.programs = []
-        self.kills = Counter()  # by file of the mutant and program: who kills is asked first
+        self.kills = Counter()  # by file of the mutant and program; programs that kill often run first
         self.contract = set()
         self.lock = threading.Lock()
         self.runs = Runs()
@@ -202,7 +203,7 @@ class Trial:
         return found
 
     def attempt(self, mutant, reaching):
-        """Runs the tests that reach a mutant until one fails. Returns which program that was, or nothing. Raises Late
+        """Runs the tests that reach a mutant until one fails. Returns the program that failed, or None. Raises Late
         when one takes too long."""
         def order(program):
             return -self.kills[mutant.file, program.name], program.cost(reaching[program])
@@ -215,19 +216,19 @@ class Trial:
         return None
 
     def assure(self, program, tests):
-        """Raises Failed when tests fail without a mutant: the disk may be full, and no mutant is what they notice. Raises
-        Late when they take too long."""
+        """Raises Failed when tests fail without a mutant, for instance because the disk is full. Raises Late when they
+        take too long."""
         if self.fails(program, tests, NO_MUTANT):
             raise Failed(f"{program.name} fails without a mutant, too, that passed before")
 
     def assure_all(self, name):
-        """Raises what `assure` does unless all tests of the program of this name pass without a mutant."""
+        """Raises the errors of `assure` unless all tests of this program pass without a mutant."""
         for program in self.programs:
             if program.name == name:
                 self.assure(program, list(program.reached))
 
     def stop(self):
-        """Ends what runs, and lets nothing start any more."""
+        """Ends all running programs, and starts no more."""
         self.runs.stop()
 
     def fails(self, program, tests, number):
@@ -245,6 +246,6 @@ class Trial:
                 raise Late(program, tests) from late
 
     def breaks_contract(self, folder):
-        """True when something was logged that the log contract does not have."""
+        """True when a message was logged that is not in the log contract."""
         return any(line not in self.contract for file in folder.iterdir()
                    for line in file.read_text(encoding="utf-8", errors="replace").splitlines())

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What the process of a target costs. Times and memory hold the virtual TV beside the plug-in; where an emulator runs it, that
-one's share of the memory is taken off as that of a program that does nothing."""
+"""Measures what the process of a target costs. Times and memory include the virtual TV. On an emulator, the memory of
+an idle program there is subtracted."""
 
 import re
 import statistics
@@ -16,7 +16,7 @@ SERVICES = 10_000
 
 
 def service_list(folder):
-    """A list of so many services, ten of a frequency."""
+    """A list of this many services, ten per frequency."""
     path = folder / "list.conf"
     path.write_text("".join(
         f"[Service {number}]\n\tSERVICE_ID = {number % 10 + 1}\n\tNETWORK_ID = 8901\n\tTRANSPORT_ID = {number // 10 + 1}\n"
@@ -26,12 +26,12 @@ def service_list(folder):
 
 
 def private_memory(process):
-    """Memory of the process's own, in kB."""
+    """The private memory of a process in kB."""
     return int(re.search(r"^RssAnon:\s+(\d+) kB", Path(f"/proc/{process.pid}/status").read_text(encoding="ascii"), re.MULTILINE)[1])
 
 
 def answer(process, command):
-    """Has a shell run a command, and waits until it is done."""
+    """Lets a shell run a command, and waits for the answer."""
     process.stdin.write(f"{command}\n.get main.source\n".encode())
     process.stdin.flush()
     for line in process.stdout:
@@ -53,7 +53,7 @@ def memory(top, target, state):
 
 
 def emulators_share(top, target, folder):
-    """Private memory of an emulator with a program that waits, in kB; nothing without one."""
+    """The private memory of an emulator with an idle program, in kB; 0 without an emulator."""
     if not target.emulator:
         return 0
     (folder / "wait.c").write_text("#include <stdio.h>\nint main(void) { puts(\"\"); fflush(stdout); return getchar(); }\n")
@@ -65,7 +65,7 @@ def emulators_share(top, target, folder):
 
 
 def start_up(top, target, state):
-    """From the call to the end of a process that answers one command; the median in seconds."""
+    """The median seconds from the start to the end of a process that answers one command."""
     command = target.command(top, target.program(top))
     times = []
     for _ in range(REPETITIONS):

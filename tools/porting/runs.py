@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the process of a target does, held against what this machine's own does."""
+"""Compares the behaviour of a target's process with that of this machine's own."""
 
 import difflib
 import functools
@@ -9,7 +9,7 @@ import tempfile
 
 from porting.targets import run
 
-LINES = 20  # of a difference that are shown
+LINES = 20  # number of lines of a difference to show
 
 
 def sessions(top):
@@ -18,7 +18,7 @@ def sessions(top):
 
 
 def check(top, target):
-    """Replays them as the transcripts that they are. Returns how many passed of how many, and what was wrong."""
+    """Replays the files as transcripts. Returns how many of how many passed, and the errors."""
     files = sessions(top)
     done = subprocess.run([*target.command(top, target.program(top)), "check", *map(str, files)], text=True,
                           errors="replace", stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=target.environment(top))
@@ -30,7 +30,8 @@ def check(top, target):
 
 
 def as_session(file):
-    """The lines of a file as input, with calls and log shown, and at each fresh start the keys that were stored before."""
+    """The lines of a file as input, with calls and log switched on. At each fresh start it also prints the keys stored
+    before."""
     yield from (".trace on", ".log on")
     for line in file.read_text(encoding="utf-8").splitlines():
         if line.startswith(">") and not re.match(r"> \.(trace|log) ", line):
@@ -42,7 +43,7 @@ def as_session(file):
     yield ".vconf"
 
 
-@functools.cache  # this machine's own are held against those of each target
+@functools.cache  # this machine's own results are compared with those of each target
 def observed(top, target, file):
     """Replies, calls, log and stored keys of a session."""
     with tempfile.TemporaryDirectory() as state:
@@ -53,7 +54,7 @@ def observed(top, target, file):
 
 
 def differences(top, target, own):
-    """In which sessions the target's replies, calls, log lines or keys are others than this machine's."""
+    """The sessions in which the target's replies, calls, log lines or keys differ from this machine's."""
     found = []
     for file in sessions(top) if target is not own else []:
         wanted = observed(top, own, file)
@@ -66,7 +67,7 @@ def differences(top, target, own):
 
 
 def plug_in_tests(top, target):
-    """Builds and runs all test programs of the plug-in. Returns how many tests passed, and what was wrong."""
+    """Builds and runs all test programs of the plug-in. Returns how many tests passed, and the errors."""
     tree = target.folder(top) / "set"
     names = re.findall(r"^window_suite\((\w+)", (top / "tests/CMakeLists.txt").read_text(encoding="utf-8"), re.MULTILINE)
     names += ["window_catalogue", "window_cases"]

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The libraries of another architecture, as Debian's packages of it hold them, in a folder of their own. Nothing is installed:
-the machine's own packages stay as they are."""
+"""Unpacks Debian's libraries for another architecture into a separate folder. Nothing is installed: the machine's own
+packages stay unchanged."""
 
 import shutil
 import subprocess
@@ -15,7 +15,7 @@ def wanted(top):
 
 
 def apt(folder, architecture, *arguments):
-    """Runs apt-get with packages of this architecture alone, and none installed. Returns whether it was done, and what it said."""
+    """Runs apt-get as on a machine of this architecture without installed packages. Returns success and output."""
     state = folder / "apt"
     for name in ("lists/partial", "cache/archives/partial"):
         (state / name).mkdir(parents=True, exist_ok=True)
@@ -29,8 +29,8 @@ def apt(folder, architecture, *arguments):
 
 
 def download(folder, architecture, packages):
-    """The files of these packages and of those that they stand on."""
-    # One of several lists may be out of order; what that means is seen when the packages are asked for.
+    """Downloads these packages and their dependencies. Returns the files."""
+    # One of several lists may be broken; that matters only if requesting the packages fails.
     _, listing = apt(folder, architecture, "update")
     done, asking = apt(folder, architecture, "install", "--yes", "--no-install-recommends", "--download-only", *packages)
     if not done:
@@ -39,7 +39,7 @@ def download(folder, architecture, packages):
 
 
 def point_inwards(root):
-    """Links that name a place on the set name the one below `root` then."""
+    """Changes absolute links so that they point below `root`."""
     for link in root.rglob("*"):
         if link.is_symlink() and (to := link.readlink()).is_absolute():
             link.unlink()
@@ -47,7 +47,7 @@ def point_inwards(root):
 
 
 def fetch(top, folder, architecture):
-    """The sysroot of an architecture in `folder`, fetched where it is not there or was made of other packages."""
+    """The sysroot of an architecture in `folder`, fetched if it is missing or was made from other packages."""
     packages = wanted(top)
     root, made_of = folder / "root", folder / "packages"
     if made_of.exists() and made_of.read_text(encoding="utf-8").split() == packages:

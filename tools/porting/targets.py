@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the plug-in's process is built for, and how."""
+"""The targets of the plug-in's process, and how to build for them."""
 
 import os
 import subprocess
@@ -8,11 +8,11 @@ from dataclasses import dataclass
 from porting import sysroot
 from proving.job import Failed
 
-SDK = ["stand_in_KelEmp", "stand_in_D2tvMgr", "stand_in_vconf"]  # which stand on the others
+SDK = ["stand_in_KelEmp", "stand_in_D2tvMgr", "stand_in_vconf"]  # these depend on the others
 
 
 def run(command, **options):
-    """Runs a program that must end well. Returns what it wrote."""
+    """Runs a program that must succeed. Returns its output."""
     done = subprocess.run([str(word) for word in command], text=True, errors="replace", stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
     if done.returncode:
@@ -22,7 +22,8 @@ def run(command, **options):
 
 @dataclass(frozen=True)
 class Target:
-    """A processor and a compiler. One without an architecture is for this machine, with the SDK that its own compiler made."""
+    """A processor and a compiler. A target without an architecture is for this machine, with the SDK from its own
+    compiler."""
 
     name: str
     summary: str
@@ -30,7 +31,7 @@ class Target:
     architecture: str = ""  # Debian's name for it
     triple: str = ""        # GNU's
     emulator: str = ""
-    has_tests: bool = False  # those of the plug-in are built and run, too
+    has_tests: bool = False  # the plug-in's own tests are built and run, too
 
     def folder(self, top):
         return top / "build/targets" / self.name
@@ -45,11 +46,11 @@ class Target:
         return self.folder(top) / "process/emp-window"
 
     def command(self, top, program):
-        """How a program of the target runs here."""
+        """The command that runs a program of the target here."""
         return [self.emulator, "-L", str(self.root(top)), str(program)] if self.emulator else [str(program)]
 
     def environment(self, top):
-        """What such a program wants; it stands in nobody's way but its own."""
+        """The environment for such a program."""
         if not self.triple or self.emulator:
             return dict(os.environ)
         places = [f"{self.root(top)}/{place}/{self.libraries()}" for place in ("lib", "usr/lib")]
@@ -62,7 +63,7 @@ class Target:
         return f"{self.compiler} {run([self.compiler, '-dumpversion']).strip()}"
 
     def options(self, top):
-        """What CMake is told."""
+        """The options for CMake."""
         if not self.triple:
             return [f"-DCMAKE_CXX_COMPILER={self.compiler}"]
         return ["--toolchain", top / "tools/porting/toolchain.cmake", f"-DTARGET_TRIPLE={self.triple}",
@@ -81,8 +82,8 @@ ALL = {target.name: target for target in (
 
 
 def build_set(top, target):
-    """The virtual TV as an SDK, laid out in the target's folder: compiled quickly, as it is no part of what ships. This machine's
-    is that of the tests."""
+    """Builds the virtual TV as an SDK in the target's folder. It is compiled without optimisation, since it does not
+    ship. This machine uses the SDK of the tests."""
     tree = target.folder(top) / "set" if target.triple else top / "build/debug"
     if target.triple:
         run(["cmake", "-G", "Ninja", "-S", top, "-B", tree, *target.options(top), "-DCMAKE_BUILD_TYPE=Debug",
@@ -95,7 +96,7 @@ def build_set(top, target):
 
 
 def build(top, target):
-    """The process against the target's SDK, as it would ship."""
+    """Builds the process against the target's SDK, as it would ship."""
     if target.triple:
         sysroot.fetch(top, target.folder(top) / "sysroot", target.architecture)
     if target.architecture:

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 # Compiles for another architecture of Debian with Debian's compiler for it.
-#   TARGET_TRIPLE     as in arm-linux-gnueabihf
-#   TARGET_SYSROOT    libraries and headers of that architecture
-#   TARGET_EMULATOR   what runs its programs here; empty where the processor does
+# TARGET_TRIPLE     as in arm-linux-gnueabihf
+# TARGET_SYSROOT    libraries and headers of that architecture
+# TARGET_EMULATOR   runs its programs here; empty if the processor can run them
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TARGET_TRIPLE TARGET_SYSROOT TARGET_EMULATOR)
 set(CMAKE_SYSTEM_NAME Linux)
 string(REGEX MATCH "^[^-]+" CMAKE_SYSTEM_PROCESSOR ${TARGET_TRIPLE})
@@ -12,7 +12,7 @@ set(CMAKE_LIBRARY_ARCHITECTURE ${TARGET_TRIPLE})
 if(TARGET_TRIPLE STREQUAL "i686-linux-gnu")
   set(CMAKE_LIBRARY_ARCHITECTURE i386-linux-gnu)
 endif()
-set(CMAKE_CXX_FLAGS_INIT -Wno-psabi) # which tells that compilers before gcc 7 passed some arguments otherwise
+set(CMAKE_CXX_FLAGS_INIT -Wno-psabi) # a note that compilers before gcc 7 passed some arguments differently
 set(CMAKE_SYSROOT ${TARGET_SYSROOT})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
-"""Lets each allocation fail: during every command on both TV stacks, and while engines are made and ended.
+"""Makes each allocation fail: during every command on both TV stacks, and while engines are opened and closed.
 
-Once, and from then on; all else is answered with a kind that the command has, and the next command right. A single
-allocation of the set during a call counts as an exception from that call. Those of the set's database fail in runs of
-their own; afterwards the set is what it keeps. Built with the address sanitizer, which tells what is lost. Both forms let
-each allocation fail.
+Each fails once, and permanently from there on. The reply must be of a kind that the command has, and the next command
+must be answered correctly. A single failed allocation of the set during a call counts as an exception from that call.
+Allocations of the set's database fail in separate runs; afterwards the set must equal its stored state. The build uses
+the address sanitizer, which reports leaks. Both forms make each allocation fail.
 """
 
 from proving.job import at_most, more_than

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""How much of the code the tests run: lines, branches and, of the plug-in, conditions that decide alone.
+"""Measures how much of the code the tests reach: lines, branches and, for the plug-in, independent conditions (MC/DC).
 
 The tests run once, for this and for the checkers of memory. What the counts say of a template holds when any of its instances does it. A
 line that ends in `// not covered: REASON` is left out, with the branches and conditions that begin there.
@@ -18,7 +18,7 @@ MOST_EXCLUSIONS = 10
 
 
 class Source:
-    """One file: what of it counts, and what of that the tests reached."""
+    """One file: its countable parts, and those that the tests reached."""
 
     def __init__(self, path):
         self.excluded = {number: match["reason"]
@@ -29,8 +29,8 @@ class Source:
         self.conditions = {}
 
     def add_lines(self, segments):
-        """Takes the counts of a file's segments: a line is reached if one of them that begins there or goes on there
-        was."""
+        """Adds the counts of a file's segments: a line is reached if a segment that begins or continues there was
+        reached."""
         counted, count = False, 0
         for index, (line, _, segment_count, has_count, is_entry, is_gap) in enumerate(segments):
             counted, count = has_count and not is_gap, segment_count
@@ -53,7 +53,7 @@ class Source:
             self.conditions[place] = [earlier or now for earlier, now in zip(before, shown)]
 
     def missing(self):
-        """What the tests did not reach, as (line, what)."""
+        """The parts that the tests did not reach, as (line, kind of part)."""
         found = [(line, "line") for line, reached in self.lines.items() if not reached]
         for place, (when_true, when_false) in self.branches.items():
             found += [(place[0], f"column {place[1]}: never {way}")
@@ -65,7 +65,7 @@ class Source:
 
 
 def read(job, programs, profiles, folders):
-    """The sources below `folders`, as the tests reached them."""
+    """The sources below `folders` with their coverage."""
     merged = job.scratch / "all.profdata"
     job.run(["llvm-profdata-19", "merge", "-o", merged, *sorted(profiles.glob("*.profraw"))])
     objects = [word for program in programs[1:] for word in ("-object", program)]
@@ -86,7 +86,7 @@ def read(job, programs, profiles, folders):
 
 
 def share(reached):
-    """Of a list of truths, the true ones in percent, and as a text with both counts."""
+    """The share of true values in a list: in percent, and as a text with both counts."""
     done, total = sum(reached), len(reached)
     if total == 0:
         raise Failed("nothing was counted")
@@ -94,7 +94,7 @@ def share(reached):
 
 
 def of_folder(sources, folder):
-    """What counts in the sources below a folder: lines, branches and conditions as lists of truths."""
+    """The countable parts of the sources below a folder: lines, branches and conditions as lists of booleans."""
     chosen = [source for name, source in sources.items() if name.startswith(folder)]
     return {"lines": [reached for source in chosen for reached in source.lines.values()],
             "branches": [way for source in chosen for ways in source.branches.values() for way in ways],

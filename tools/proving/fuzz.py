@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Fuzzes what takes input from outside: commands, documents, snapshots, databases and so on.
+"""Fuzzes the code that reads input from outside: commands, documents, snapshots, databases and so on.
 
-Two targets of tests/fuzz at a time start from their seed corpora, for a minute each in the short form and a million
-executions in the long one, which also keeps what it finds worth trying in build/proof/fuzz/TARGET for the next time. A
-target ends at its first finding; the input of it stays in build/proof/fuzz/findings.
+Two targets of tests/fuzz at a time start from their seed corpora, for a minute each in the short form and for a million
+executions in the long one. The long form also stores interesting inputs in build/proof/fuzz/TARGET for the next run. A
+target ends at its first finding, whose input stays in build/proof/fuzz/findings.
 """
 
 import json
@@ -18,11 +18,11 @@ TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "sate
 AT_ONCE = 2
 SECONDS = 60
 EXECUTIONS = 1_000_000
-BEYOND = 5  # times as many executions as there are inputs to start from are the least that counts as fuzzing
-# Where files cost no access to a disk, of which the targets that write databases would do little else.
+BEYOND = 5  # fewest executions that count as fuzzing, in multiples of the number of initial inputs
+# A folder in memory: targets that write databases would otherwise spend their time waiting for the disk.
 MEMORY = "/dev/shm"
-# The checker keeps each way to an allocation for good. Nested documents come to so many that a million executions take
-# all memory, and ever longer; a report tells two places on the way to where something was allocated.
+# The checker stores each call stack of an allocation permanently. Nested documents have so many that a million
+# executions would take all memory and slow down. So reports show only two frames of an allocation's stack.
 ALLOCATED = {"ASAN_OPTIONS": f"{SANITIZERS['ASAN_OPTIONS']}:malloc_context_size=2"}
 
 LOADED = re.compile(r"^INFO: seed corpus: files: (\d+) ", re.MULTILINE)
@@ -31,8 +31,8 @@ DONE = re.compile(r"^Done (\d+) runs in (\d+) second", re.MULTILINE)
 
 @dataclass(frozen=True)
 class Fuzzed:
-    """What a target says of its run: the inputs that it started from, executions, seconds; and how many there were to
-    start from. A target that ends before its time says nothing of executions."""
+    """A target's report on its run: the inputs that it loaded, executions, seconds; and the number of initial inputs. A
+    target that ends early reports no executions."""
 
     target: str
     inputs: int
@@ -42,7 +42,7 @@ class Fuzzed:
     trouble: str = ""
 
     def figure(self, is_long):
-        """The figure of its run: inputs all loaded, time or executions as wanted."""
+        """The figure of a run: all inputs loaded, required time or executions reached."""
         wanted = f"{EXECUTIONS} executions" if is_long else f"{SECONDS} s"
         enough = self.executions >= EXECUTIONS if is_long else self.seconds >= SECONDS
         reached = enough and 0 < self.inputs == self.loaded and self.executions > BEYOND * self.inputs
@@ -52,7 +52,7 @@ class Fuzzed:
 
 
 def dictionary(job, target):
-    """The option that names the words of a target's inputs; none where it has none."""
+    """The option for a target's dictionary, if it has one."""
     words = job.top / "tests" / "fuzz" / "dictionaries" / f"{target}.dict"
     if not words.exists():
         return []
@@ -71,7 +71,7 @@ def limits(job):
 
 
 def said(target, inputs, outcome):
-    """What a target said, all of it on standard error."""
+    """A target's report, which is on standard error."""
     loaded, done = LOADED.search(outcome.errors), DONE.search(outcome.errors)
     return Fuzzed(target, inputs, int(loaded[1]) if loaded else 0, *(map(int, done.groups()) if done else (0, 0)),
                   outcome.trouble)
@@ -86,7 +86,7 @@ def fuzz(job, build, target):
     inputs = sum(file.stat().st_size > 0 for folder in (corpus, seeds) for file in folder.rglob("*") if file.is_file())
     argv = [build / "tests" / "fuzz" / f"fuzz_{target}", *limits(job), *dictionary(job, target),
             f"-seed={job.seed}", "-max_len=4096", "-timeout=30", "-print_final_stats=1", "-verbosity=1",
-            "-detect_leaks=0",  # but at the end: behind each input that takes most of the time
+            "-detect_leaks=0",  # check for leaks at the end only: checking after each input takes most of the time
             f"-artifact_prefix={findings_of(job) / target}-", corpus, seeds]
     environment = {**ALLOCATED, "TMPDIR": MEMORY if os.access(MEMORY, os.W_OK) else str(job.scratch)}
     patience = 12 * HOUR if job.long else SECONDS + 3 * MINUTE

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a step of the proof works with: the tree, its builds, programs to run and a folder of its own."""
+"""The environment of a step of the proof: the tree, its builds, running programs, and a scratch folder."""
 
 import json
 import os
@@ -19,21 +19,21 @@ FIGURE = re.compile(r"^(?:\d+: )?figure: (?P<name>[^=]+?) = (?P<number>\S+)$", r
 NUMBER = re.compile(r"-?[0-9]+([.][0-9]+)?")
 MINUTE = 60
 HOUR = 60 * MINUTE
-GRACE = 5  # seconds that a program has to end what it started, once it is asked to
-READING = 10  # seconds that what a program wrote may take to arrive when it has ended
-TAIL = 30  # lines of each output of a program that failed, for whoever has no more than what the proof printed
-LONGEST = 400  # letters of such a line
+GRACE = 5  # seconds that a program has to end its own children, once it is asked to end
+READING = 10  # seconds to wait for the remaining output of a program that has ended
+TAIL = 30  # lines of each output of a failed program that the proof prints
+LONGEST = 400  # characters of such a line
 
-# What would change what a program checks, or which tests it runs, does not come from the caller's environment.
+# Variables that change what a program checks, or which tests it runs; they are removed from the caller's environment.
 STRAY = re.compile(r"^(ASAN|UBSAN|LSAN|CTEST|GTEST|MALLOC|LLVM_PROFILE|EMP_WINDOW|MUTANT)")
-# What programs are told that check themselves; what of them ran is noted for those alone who ask.
+# Options for programs that check themselves; coverage is recorded only on request.
 SANITIZERS = {"ASAN_OPTIONS": "detect_leaks=1:strict_string_checks=1", "UBSAN_OPTIONS": "print_stacktrace=1",
               "LLVM_PROFILE_FILE": os.devnull}
 
 
 @dataclass(frozen=True)
 class Figure:
-    """One row of the table: what was measured, what it was to be, and whether it is."""
+    """One row of the table: the figure, its target, its measured value, and whether the target is met."""
 
     name: str
     target: str
@@ -43,7 +43,7 @@ class Figure:
 
 
 def shown(measured):
-    """A number in a row; a program that failed may not have told it."""
+    """A number in a row; a failed program may not have reported it."""
     return "not told" if measured is None else str(measured)
 
 
@@ -61,18 +61,18 @@ def at_most(name, most, measured):
 
 
 def added(parts, name):
-    """A figure of programs that share the work; nothing when one of them did not tell it."""
+    """The sum of a figure over programs that share the work; None when one of them did not report it."""
     numbers = [part.get(name) for part in parts]
     return None if None in numbers else sum(numbers)
 
 
 class Failed(Exception):
-    """A program of a step ended otherwise than it should, or a build did."""
+    """A program of a step, or a build, ended unexpectedly."""
 
 
 @dataclass(frozen=True)
 class Outcome:
-    """How a program ended: what it wrote on standard output and on standard error, and what was wrong, if anything."""
+    """The result of a program: its standard output, its standard error, and the error, if any."""
 
     out: str
     errors: str
@@ -80,9 +80,9 @@ class Outcome:
 
 
 class Job:
-    """What the steps are given. `long` asks for the long form; `seed` is where random choices start. Programs are run in
-    process groups of their own, so that all that they started ends with them. One that is to end early is asked first:
-    it may have started what is in no group of its own."""
+    """The argument of the steps. `long` requests the long form; `seed` starts the random choices. Programs run in
+    separate process groups, so that their children end with them. A program that must end early is first asked to,
+    since it may have children in other groups."""
 
     def __init__(self, top, step, *, is_long=False, seed=1):
         self.top = Path(top)
@@ -95,7 +95,7 @@ class Job:
         self._lock = threading.Lock()
         self._runs = 0
         self.stopped = False
-        self._ear, self._mouth = socket.socketpair()  # something can be heard once the job is stopped
+        self._ear, self._mouth = socket.socketpair()  # becomes readable when the job is stopped
         self.folder.mkdir(parents=True, exist_ok=True)
         for log in self.folder.glob(f"{step}-*.log"):
             log.unlink()
@@ -103,25 +103,25 @@ class Job:
         self.scratch = Path(self._scratch.name)
 
     def close(self):
-        """Ends the job; its scratch folder goes."""
+        """Ends the job, and removes its scratch folder."""
         self._scratch.cleanup()
         self._mouth.close()
         self._ear.close()
 
     def stop(self):
-        """Ends what runs, and lets nothing start any more."""
+        """Ends all running programs, and starts no more."""
         self.stopped = True
-        with suppress(OSError):  # the job has ended by itself
+        with suppress(OSError):  # the job has already ended
             self._mouth.send(b"!")
 
     def build(self, preset, *targets):
-        """Brings the targets of a preset up to date, all of them if none is named. Returns the build folder."""
+        """Builds the targets of a preset, by default all. Returns the build folder."""
         self.run([self.top / "tools" / "build", preset, *targets])
-        return self.top / "build" / preset.removesuffix("-tests")  # which share a tree with their product
+        return self.top / "build" / preset.removesuffix("-tests")  # tests share a tree with their product
 
     def run(self, argv, **options):
-        """Runs a program that the step can't do without, as `attempt` does, and returns what it wrote on standard
-        output. Raises Failed when it ends otherwise than well."""
+        """Runs a program that must succeed, as `attempt` does, and returns its standard output. Raises Failed when it
+        fails."""
         done = self.attempt(argv, **options)
         if done.trouble:
             self.troubles.remove(done.trouble)
@@ -129,18 +129,18 @@ class Job:
         return done.out
 
     def measure(self, argv, **options):
-        """The figures of a program, as `attempt` runs it: those that it printed, even if it failed."""
+        """Runs a program with `attempt`. Returns the figures that it printed, even if it failed."""
         return self.figures(self.attempt(argv, **options).out, Path(argv[0]).name)
 
     def at_once(self, function, items, most):
-        """What the function gives for each item, some of them at a time."""
+        """The results of the function for all items, computed several at a time."""
         with ThreadPoolExecutor(most) as pool:
             return list(pool.map(function, items))
 
     def attempt(self, argv, *, env=None, timeout=None, cwd=None, quiet=False):
-        """Runs a program, with `env` on top of the environment, for `timeout` seconds at most. What it writes goes to a
-        log of its own as it comes, unless it is to be quiet. What is wrong with its end is noted among the troubles,
-        each of which is a figure missed, and printed with the last lines that it wrote."""
+        """Runs a program, with `env` on top of the environment, for `timeout` seconds at most. Its output is copied to
+        a separate log, unless it must be quiet. An error is added to the troubles, each of which is a missed figure,
+        and printed with the last lines of the output."""
         argv = [str(word) for word in argv]
         log = self._log_of(argv[0])
         patience = timeout or self.patience
@@ -166,7 +166,8 @@ class Job:
             return self.folder / f"{self.step}-{self._runs}-{Path(program).name}.log"
 
     def _wait(self, argv, copy, patience, **options):
-        """Runs a program to its end, or to that of patience. Returns its status, "late" or why it could not start."""
+        """Runs a program to its end, or until patience ends. Returns its status, "late", or the reason why it could not
+        start."""
         with self._lock:
             if self.stopped:
                 return "was not started"
@@ -177,7 +178,7 @@ class Job:
                 return f"could not be started: {error.strerror}"
         readers = copy.read(process)
         is_late = self._see_end(process.pid, patience)
-        # What it left behind goes, too; before it is waited for nobody else can have its number.
+        # Also kill the processes that it left behind. Until it is waited for, no other process can get its id.
         kill(process.pid)
         status = process.wait()
         for reader in readers:
@@ -187,8 +188,8 @@ class Job:
         return "late" if is_late else status
 
     def _see_end(self, process, patience):
-        """Waits until a process ends, which it is asked to do when patience ends or the job is stopped. Returns whether
-        patience did. The process may be there still."""
+        """Waits until a process ends. Asks it to end when patience ends or the job is stopped. Returns True if patience
+        ended. The process may still exist."""
         end = os.pidfd_open(process)
         try:
             seen, _, _ = select.select([end, self._ear], [], [], patience)
@@ -200,7 +201,7 @@ class Job:
             os.close(end)
 
     def test_programs(self, build):
-        """The test programs of a build, and the other tests, as ctest has them: command by name."""
+        """The test programs of a build and the other tests of ctest: {name: command}."""
         tests = json.loads(self.run(["ctest", "--test-dir", build, "--show-only=json-v1"], quiet=True))["tests"]
         programs, others = set(), {}
         for test in tests:
@@ -212,8 +213,8 @@ class Job:
         return sorted(programs), others
 
     def figures(self, text, program):
-        """The figures that a program printed, as in `figure: faults injected = 1200`, by their names. The number that
-        ctest puts before a test's lines may stand before them."""
+        """The figures that a program printed, as in `figure: faults injected = 1200`, by name. The lines may follow the
+        number that ctest prints before a test's output."""
         found = {}
         for match in FIGURE.finditer(text):
             if match["name"] in found:
@@ -227,7 +228,7 @@ class Job:
 
 
 class Copy:
-    """Takes what a process writes, line by line, into a file."""
+    """Copies the output of a process, line by line, into a file."""
 
     def __init__(self, file, quiet):
         self.file = file
@@ -240,11 +241,11 @@ class Copy:
         return "".join(self._out), "".join(self._errors)
 
     def tail(self):
-        """The last lines of both outputs: which came first among them is not known."""
+        """The last lines of both outputs; their relative order is unknown."""
         return [line.rstrip("\n")[:LONGEST] for lines in (self._out, self._errors) for line in lines[-TAIL:]]
 
     def read(self, process):
-        """Begins to read both outputs of a process. Returns the threads that read them to their ends."""
+        """Starts reading both outputs of a process. Returns the reading threads."""
         readers = [threading.Thread(target=self._read, args=arguments, daemon=True)
                    for arguments in ((process.stdout, self._out, self.quiet), (process.stderr, self._errors, False))]
         for reader in readers:
@@ -264,13 +265,13 @@ class Copy:
 
 
 def kill(group, number=signal.SIGKILL):
-    """Sends a signal to the processes of a group that are still there."""
+    """Sends a signal to the remaining processes of a group."""
     with suppress(ProcessLookupError):
         os.killpg(group, number)
 
 
 def describe(status, patience):
-    """What is wrong with how a program ended; nothing if all is well."""
+    """The error in how a program ended; None if there is none."""
     if status == "late":
         return f"took more than {patience:.0f} s"
     if isinstance(status, str) or status == 0:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Sets that are killed at random moments: what they had answered is kept, an import is all or nothing.
+"""Kills sets at random moments: everything acknowledged must be stored, and an import must be complete or absent.
 
 The short form kills 100, the long one 1000: half of them shells that switch sources, the others shells that import and
 the program's own import and scan, of all kinds of lists and recordings. Each is held, all that it keeps, against what it

@@ -1,17 +1,17 @@
 # SPDX-License-Identifier: MIT
-"""The server with a thousand clients, with clients that do what they should not, for many calls, and killed.
+"""Runs the server with a thousand clients, with misbehaving clients, for many calls, and kills it.
 
-The short form makes 100,000 calls from clients that come and go and kills 20 servers that clients write to; the long one
+The short form makes 100,000 calls from clients that come and go, and kills 20 servers while clients write; the long one
 makes a million and kills 200.
 """
 
 from proving.job import at_least, at_most, more_than
 
 CONNECTIONS = 1000
-LARGEST_CONNECTION = 65536  # bytes that an idle one with an engine and a subscription takes
-LARGE_MESSAGES = 20  # of 32 MiB, at once; a message is held once as it came and once as it is read
+LARGEST_CONNECTION = 65536  # bytes for an idle connection with an engine and a subscription
+LARGE_MESSAGES = 20  # messages of 32 MiB at once; each is held once as received and once as parsed
 MEBIBYTES = 1500
-GROWTH = 8 << 20  # bytes: the last commands that are held differ in size, and the allocator keeps some of what was freed
+GROWTH = 8 << 20  # bytes: commands in the history differ in size, and the allocator retains some freed memory
 
 
 def run(job):

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""The log is a contract: all that the plug-in prints in any test, held against what it is to print.
+"""The log is a contract: compares all messages that the plug-in logs in any test with the contract.
 
-All tests run under the sanitizers, the transcripts and the small forms of the other steps among them; the tests that are
-of the plug-in alone must have printed the whole contract.
+All tests run under the sanitizers, including the transcripts and the small forms of the other steps. The plug-in's own
+tests alone must log the whole contract.
 """
 
 from pathlib import Path

@@ -1,15 +1,15 @@
 # SPDX-License-Identifier: MIT
-"""Changes the plug-in bit by bit and looks whether the tests notice; in the long form only.
+"""Makes small changes to the plug-in, one at a time, and checks whether the tests notice; only in the long form.
 
-The long form tries a sample of 1000 mutants; `tools/mutate` alone tries all. A build of its own and a minute for each
-change that nobody notices are too long for the short form.
+The long form tries a sample of 1000 mutants; `tools/mutate` alone tries all. A separate build, and a minute for each
+unnoticed change, would take too long for the short form.
 """
 
 from proving.job import HOUR, at_least, at_most
 
 SAMPLE = 1000
-WANTED = 95  # percent, in worker and engine; in the converter's tables all that change anything
-MOST_LATE = SAMPLE // 20  # that may be known by nothing but the time that their tests take
+WANTED = 95  # percent, in worker and engine; in the converter's tables, all changes with an effect
+MOST_LATE = SAMPLE // 20  # mutants that may be noticed only because their tests take too long
 
 
 def run(job):

@@ -1,21 +1,21 @@
 # SPDX-License-Identifier: MIT
-"""What tools/proof, tools/mutate, tools/bench and tools/targets do alike as programs."""
+"""Functions that tools/proof, tools/mutate, tools/bench and tools/targets share."""
 
 import fcntl
 import subprocess
 from contextlib import contextmanager
 
-GROUPS = ("build", "test", "proof")  # of the packages that most of them need
+GROUPS = ("build", "test", "proof")  # groups of packages that most of them need
 
 
 class Busy(Exception):
-    """Another one is at work."""
+    """Another process works in the folder."""
 
 
 @contextmanager
 def alone_in(folder):
-    """Keeps others from working in a folder. Raises Busy when one does. The lock stands beside the folder, and goes with
-    the program, however that ends."""
+    """Locks a folder. Raises Busy when another process has locked it. The lock is beside the folder, and is released
+    when the program ends in any way."""
     folder.parent.mkdir(parents=True, exist_ok=True)
     with folder.with_name(f"{folder.name}.lock").open("w", encoding="utf-8") as lock:
         try:
@@ -26,11 +26,11 @@ def alone_in(folder):
 
 
 def set_up(top, groups=GROUPS):
-    """Installs what is missing of these groups of packages. Returns the status, which is not 0 when that can't be done."""
+    """Installs the missing packages of these groups. Returns the status, which is not 0 on failure."""
     return subprocess.run([top / "tools" / "setup", *groups], check=False).returncode
 
 
 def in_columns(rows):
-    """Rows of texts as lines in columns."""
+    """Formats rows of texts as lines with aligned columns."""
     widths = [max(len(text) for text in column) for column in zip(*rows)]
     return ["  ".join(text.ljust(width) for text, width in zip(row, widths)).rstrip() for row in rows]

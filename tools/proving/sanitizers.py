@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 """All tests under address, undefined-behaviour and leak checkers, the transcripts under memcheck, and a soak.
 
-The soak runs commands on one engine and a set on a state directory, some of them on a set that fails, and looks whether
-memory in use, file descriptors or the set's files grow: ten million in the long form.
+The soak runs commands on one engine, with a set on a state directory that sometimes fails, and checks that memory in
+use, file descriptors and the set's files do not grow. The long form runs ten million commands.
 """
 
 import os
@@ -13,12 +13,13 @@ from proving.job import Figure, at_least, at_most, more_than
 COMMANDS = {False: 200_000, True: 10_000_000}
 AT_ONCE = 2
 MEMORY = "/dev/shm"
-SLACK = 256  # bytes that the allocator may lose between blocks; less than a block lost on each day of the soak
+SLACK = 256  # bytes of tolerance for fragmentation; less than one leaked block per day of the soak
 LARGEST_LOG = 5_000_000  # bytes; SQLite empties it at a thousand pages
 
 
 def memchecks(job):
-    """What runs under valgrind: the transcripts, which use every command; in the long form the cases of all commands."""
+    """The files that run under valgrind: the transcripts, which use every command; in the long form also the cases of
+    all commands."""
     build = job.build("release-tests", "emp-window", *(["window_cases"] if job.long else []))
     runs = [[build / "emp-window", "check", *sorted((job.top / "tests" / "transcripts").glob("*.txt"))]]
     if job.long:
@@ -27,14 +28,14 @@ def memchecks(job):
 
 
 def is_clean(job, command):
-    """Whether memcheck finds nothing in the run of a program that ends well."""
+    """True when a program succeeds under memcheck without an error."""
     return not job.attempt(["valgrind", "--quiet", "--error-exitcode=9", "--leak-check=full",
                             "--errors-for-leak-kinds=definite,indirect", *command]).trouble
 
 
 def soak(job, program):
-    """What the soak told, of a set whose state directory is in memory: its commands write, and a disk would be all that
-    they wait for."""
+    """Runs the soak on a state directory in memory, since its commands write, and would mostly wait for a disk. Returns
+    its figures."""
     memory = {"TMPDIR": MEMORY} if os.access(MEMORY, os.W_OK) else {}
     return job.measure([program, "--commands", COMMANDS[job.long], "--seed", job.seed], env=memory)
 

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Random commands on several engines and windows with random faults do what the model does, and the same again.
+"""Compares random commands on several engines and windows, with random faults, with the model, and with a repetition.
 
-A million commands, half of them in each of two processes; ten million in the long form. A failure is made short and
-printed as a transcript, which also stands in build/proof/simulation-N.txt.
+Runs a million commands, half of them in each of two processes; ten million in the long form. A failure is shortened and
+printed as a transcript, which is also in build/proof/simulation-N.txt.
 """
 
 from proving.job import added, at_least, at_most, more_than

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Disks that fail and power that goes: whatever the set had acknowledged is kept, whatever it had not is told.
+"""Failing disks and power cuts: everything acknowledged must be stored, and every failure must be reported.
 
-Every access of the set to its disk fails, once and from then on, in a run each; and the power is cut at moments of a
-set's day, and at each change that its first start makes. The disk is one in memory. The short form takes each ninth
-access; the seed says which is the first.
+Each access of the set to its disk fails in a separate run, once and permanently. The power is cut at random moments of
+a session, and at each change of a first start. The disk is simulated in memory. The short form uses every ninth access,
+starting where the seed says.
 """
 
 from proving.job import at_most, more_than

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Every call of every command to the set fails, in every way that it can: all is as the model of the two has it.
+"""Makes every call of every command to the set fail in every possible way, and compares the effects with the model.
 
-A command is run at several places an engine can stand (both windows, both TV stacks, without interfaces), and its calls
-fail one after the other, once and from then on, and two at a time. This runs under the address sanitizer, a half on each
-core. The long form takes all ways in which two calls can fail together, the short form a few.
+A command runs in several situations of an engine (both windows, both TV stacks, without interfaces). Its calls fail one
+after the other, once and permanently, and two at a time. This runs under the address sanitizer, half of it on each
+core. The long form tries all ways in which two calls can fail together, the short form a few.
 """
 
 from proving.job import added, at_most, more_than

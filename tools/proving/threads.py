@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: MIT
-"""Clients on threads of their own share one device, and a server is used from others: under the thread sanitizer."""
+"""Runs clients on separate threads that share one device, and a server used from other threads, under the thread
+sanitizer."""
 
 from proving.job import at_most, more_than
 from proving.suites import RUN
 
 REPORT = "WARNING: ThreadSanitizer"
-SUITES = {"virtualtv_device_tests": 20, "virtualtv_net_tests": 60}  # and the fewest tests that each has
+SUITES = {"virtualtv_device_tests": 20, "virtualtv_net_tests": 60}  # the fewest tests that each must run
 
 
 def run(job):

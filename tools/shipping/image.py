@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The container image: a root with the program's package and what that needs, in the form that `docker load` and `podman load`
-take. No container runtime is needed to make it."""
+"""Builds the container image: a root with the program's package and its dependencies, in the form for `docker load` and
+`podman load`. That needs no container runtime."""
 
 import hashlib
 import io
@@ -15,11 +15,11 @@ from shipping import packages, roots
 from shipping.packages import said
 
 SCRIPTS = Path(__file__).resolve().parent / "image"
-PROGRAMS = "/usr/local/bin"  # where the scripts stand in the image, by the names of PREFIX
+PROGRAMS = "/usr/local/bin"  # folder of the scripts in the image, with names that start with PREFIX
 PREFIX = "emp-window-"
 STATE = "/var/lib/emp-window"
 USER = 10001
-SECOND = 10**9  # the image counts in nanoseconds
+SECOND = 10**9  # the image's times are in nanoseconds
 CONFIGURATION = {
     "User": f"{USER}:{USER}",
     "ExposedPorts": {"8090/tcp": {}},
@@ -33,13 +33,13 @@ CONFIGURATION = {
                     "StartPeriod": 10 * SECOND, "Retries": 3},
     "Labels": {"org.opencontainers.image.title": "emp-window", "org.opencontainers.image.licenses": "MIT"},
 }
-# Nobody reads manuals in there; licences stay.
+# Manuals are not needed in the image; licences stay.
 LEFT_OUT = ("path-exclude=/usr/share/doc/*", "path-include=/usr/share/doc/*/copyright", "path-exclude=/usr/share/man/*",
             "path-exclude=/usr/share/locale/*", "path-exclude=/usr/share/info/*")
 
 
 def make(top, made):
-    """Makes the image of these packages beside them. Returns its file."""
+    """Builds the image from these packages, in their folder. Returns its file."""
     architecture = made.program.stem.rpartition("_")[2]
     image = made.program.with_name(f"emp-window_{made.version}_{architecture}.image.tar")
     moment = packages.moment_of(top)
@@ -53,12 +53,12 @@ def make(top, made):
 
 
 def name_of(version):
-    """What the image of a version is called; some signs of a package's version can't stand there."""
+    """The name of a version's image, without characters that are invalid there."""
     return f"emp-window:{re.sub('[+~]', '-', version)}"
 
 
 def hooks():
-    """What is done to the root behind the packages: a user, its folder, the scripts."""
+    """The steps after the installation of the packages: a user, its folder, the scripts."""
     account = f"emp-window:x:{USER}:{USER}::{STATE}:/usr/sbin/nologin"
     yield f"--customize-hook=echo {account} >>\"$1/etc/passwd\""
     yield f"--customize-hook=echo emp-window:x:{USER}: >>\"$1/etc/group\""
@@ -68,7 +68,7 @@ def hooks():
 
 
 def write(tree, image, name, architecture, moment):
-    """Writes a root's tar file as an image with that one layer."""
+    """Writes a root's tar file as an image with one layer."""
     layer = digest_of(tree)
     configuration = {
         "architecture": architecture, "os": "linux", "created": utc(moment), "config": CONFIGURATION,
@@ -78,7 +78,7 @@ def write(tree, image, name, architecture, moment):
     described = json.dumps(configuration).encode()
     described_as = f"{hashlib.sha256(described).hexdigest()}.json"
     manifest = [{"Config": described_as, "RepoTags": [name], "Layers": [f"{layer}.tar"]}]
-    with tarfile.open(image, "w", format=tarfile.GNU_FORMAT) as tar:  # not compressed: not all that load images take that
+    with tarfile.open(image, "w", format=tarfile.GNU_FORMAT) as tar:  # not compressed, since not every loader accepts compression
         for path, content in ((described_as, described), ("manifest.json", json.dumps(manifest).encode())):
             add(tar, path, io.BytesIO(content), len(content), moment)
         with tree.open("rb") as content:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The Debian packages: made by debian/rules, looked through by lintian."""
+"""The Debian packages: built by debian/rules, checked by lintian."""
 
 import os
 import re
@@ -27,7 +27,7 @@ class Packages:
 
 
 def said(*command, **options):
-    """What a program prints. Raises Failed, with all that it wrote, when it ends otherwise than well."""
+    """Runs a program. Returns its output. Raises Failed, with the output, when it fails."""
     try:
         done = subprocess.run([str(word) for word in command], text=True, errors="replace", stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, check=False, **options)
@@ -39,13 +39,13 @@ def said(*command, **options):
 
 
 def version_of(top):
-    """The version that the newest entry of debian/changelog has."""
+    """The version of the newest entry in debian/changelog."""
     return said("dpkg-parsechangelog", "--file", top / "debian/changelog", "--show-field", "Version").strip()
 
 
 def make(top, version):
-    """Makes the packages in build/package, in place of what is there; of the version of debian/changelog if none is given. Raises
-    Failed, also where lintian finds something."""
+    """Builds the packages in build/package, replacing its content. The default version is that of debian/changelog.
+    Raises Failed, also when lintian reports something."""
     version = version or version_of(top)
     folder = top / "build/package"
     shutil.rmtree(folder, ignore_errors=True)
@@ -62,19 +62,20 @@ def make(top, version):
 
 
 def moment_of(top):
-    """When debian/changelog was last added to, in seconds since 1970: the same tree makes the same packages."""
+    """The time of the newest entry in debian/changelog, in seconds since 1970. With it, the same tree gives identical
+    packages."""
     return said("dpkg-parsechangelog", "--file", top / "debian/changelog", "--show-field", "Timestamp").strip()
 
 
 def look_through(packages):
-    """Raises Failed, with what lintian says, where it has an error or a warning."""
+    """Raises Failed with lintian's output if that has an error or a warning."""
     as_root = ["--allow-root"] if os.geteuid() == 0 else []
     said("lintian", *as_root, "--fail-on", "error,warning", packages.program, packages.libraries)
 
 
 def as_earlier(package, version, folder):
-    """A package as it was before, for an upgrade: with an earlier version, and with a file that the newer one lacks. Returns the
-    package and that file."""
+    """Builds an older package to upgrade from: with an earlier version, and a file that the newer one lacks. Returns
+    the package and that file."""
     tree = folder / "earlier"
     said("dpkg-deb", "--raw-extract", package, tree)
     control = tree / "DEBIAN/control"

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Clean Debian roots, made by mmdebstrap from where this machine gets its own packages."""
+"""Bare Debian systems, created by mmdebstrap from this machine's own package sources."""
 
 import os
 import shutil
@@ -9,14 +9,14 @@ from proving.job import Failed
 from shipping.packages import said
 
 SUITE = "bookworm"
-# What programs in a root are told of the world; nothing of the caller's environment but how the network is reached.
+# The only variables of the caller's environment that programs in a root get: those for network access.
 PASSED = ("http_proxy", "https_proxy", "no_proxy", "HTTP_PROXY", "HTTPS_PROXY", "NO_PROXY")
 ENVIRONMENT = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin", "LANG": "C.UTF-8",
                "DEBIAN_FRONTEND": "noninteractive"}
 
 
 def sources():
-    """The lines for apt by which this machine gets Debian's packages."""
+    """The lines of this machine's apt sources."""
     lines = said("apt-get", "indextargets", "--format", "deb $(REPO_URI) $(RELEASE) $(COMPONENT)", "Created-By: Packages",
                  "Origin: Debian").splitlines()
     lines = sorted({line for line in lines if line.split()[2].startswith(SUITE)})
@@ -26,13 +26,14 @@ def sources():
 
 
 def make(target, *options, variant="apt", environment=None):
-    """Makes a root of Debian's packages as a tar file."""
+    """Creates a root of Debian packages as a tar file."""
     said("mmdebstrap", "--quiet", f"--variant={variant}", *options, SUITE, target, "-", input=sources(),
          env={**os.environ, **(environment or {})})
 
 
 class Root:
-    """A root of its own, unpacked from a tar file into a folder; it goes with the end of `with`. Wants to be root."""
+    """A separate root, unpacked from a tar file into a folder, and removed at the end of `with`. Needs to run as
+    root."""
 
     def __init__(self, tar, folder):
         self.folder = Path(folder)
@@ -47,7 +48,7 @@ class Root:
         said("rm", "-rf", "--one-file-system", self.folder)
 
     def inside(self, path):
-        """Where this machine finds a file of the root."""
+        """The path of a file of the root on this machine."""
         return self.folder / str(path).lstrip("/")
 
     def bring(self, file, path):
@@ -56,22 +57,22 @@ class Root:
         shutil.copy(file, self.inside(path))
 
     def connect(self):
-        """Lets programs in the root reach where packages come from, and fetches the lists."""
+        """Gives programs in the root access to the package sources, and fetches the lists."""
         for file in ("/etc/resolv.conf", "/etc/hosts"):
             if Path(file).exists():
                 self.bring(file, file)
-        # For whom the machine goes through a proxy, so does the root.
+        # If the machine uses a proxy, the root uses it too.
         lines = said("apt-config", "dump", "Acquire").splitlines()
         proxies = [line for line in lines if "::proxy" in line.partition(" ")[0].lower()]
         self.inside("/etc/apt/apt.conf.d/90machine").write_text("".join(f"{line}\n" for line in proxies), encoding="utf-8")
         self.run("apt-get", "--quiet", "update")
 
     def install(self, *packages):
-        """What apt says while it installs these, and no more than they need."""
+        """Installs these packages and only their dependencies. Returns apt's output."""
         return self.run("apt-get", "--quiet", "--yes", "--no-install-recommends", "install", *packages)
 
     def command(self, words, user="root", variables=None):
-        """The command that runs a program in the root, as that user, with processes and mounts of its own."""
+        """The command that runs a program in the root, as this user, with separate processes and mounts."""
         passed = {name: os.environ[name] for name in PASSED if name in os.environ}
         home = "/root" if user == "root" else f"/home/{user}"
         environment = {**ENVIRONMENT, **passed, "HOME": home, "USER": user, **(variables or {})}
@@ -81,12 +82,12 @@ class Root:
                 *map(str, words)]
 
     def run(self, *words, told="", **options):
-        """What a program in the root prints that is told this; for the other options see `command`. Raises Failed unless it ends
-        well."""
+        """Runs a program in the root with this input. Returns its output. For the other options see `command`. Raises
+        Failed when it fails."""
         return said(*self.command(words, **options), input=told)
 
 
 def expect_root():
-    """Raises Failed where a clean root can't be entered."""
+    """Raises Failed if this process can't enter a root."""
     if os.geteuid() != 0:
         raise Failed("only root can enter clean roots")

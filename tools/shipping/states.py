@@ -1,15 +1,16 @@
 # SPDX-License-Identifier: MIT
-"""States that older versions kept, as SQL: tests/install/states has one a file, and what a set says with each of them."""
+"""States of older versions, as SQL: tests/install/states has one per file, and the expected output of a set with
+each."""
 
 import sqlite3
 from contextlib import closing
 
-# Each state was kept by a set that had been told the same.
+# Each state was stored by a set after the same session.
 SESSION = "session.txt"
 
 
 def lay(sql, directory):
-    """Makes the state directory of a set from such a file."""
+    """Creates the state directory of a set from such a file."""
     directory.mkdir(parents=True, mode=0o700)
     with closing(sqlite3.connect(directory / "tv.db")) as database:
         database.executescript(sql.read_text(encoding="utf-8"))
@@ -22,7 +23,7 @@ def schema_of(directory):
 
 
 def rows_of(directory):
-    """What stands in each table of a set's state, by the names of its columns."""
+    """The rows of each table of a set's state, by column names."""
     with closing(sqlite3.connect(directory / "tv.db")) as database:
         database.row_factory = sqlite3.Row
         tables = [row[0] for row in database.execute("SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite_%'")]
@@ -30,5 +31,5 @@ def rows_of(directory):
 
 
 def told_to(session):
-    """The lines that the session's person typed."""
+    """The lines typed in the session."""
     return "".join(f"{line[2:]}\n" for line in session.splitlines() if line.startswith("> "))

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What is tried in clean roots: the packages, the container image, and the first steps of somebody new."""
+"""The trials on bare Debian systems: the packages, the container image, and the first steps of a new user."""
 
 import json
 import re
@@ -18,11 +18,11 @@ from shipping import image, packages, roots, states
 from shipping.packages import said
 
 USER = "lab"
-PATIENCE = 30  # seconds until a container must be healthy
+PATIENCE = 30  # seconds within which a container must become healthy
 
 
 def expect(is_so, what):
-    """Raises Failed unless it is so."""
+    """Raises Failed unless the condition holds."""
     if not is_so:
         raise Failed(what)
 
@@ -33,7 +33,7 @@ def expect_same(wanted, got, what):
 
 @dataclass(frozen=True)
 class Workplace:
-    """What trials work with: the tree, a clean root as a tar file, and a folder that goes afterwards."""
+    """The environment of trials: the tree, a bare system as a tar file, and a temporary folder."""
 
     top: Path
     base: Path
@@ -82,7 +82,7 @@ def emp_window(root, *words, **options):
 
 
 def keep_states(top, root):
-    """The earlier package's program keeps a state, and beside it lie those of older versions."""
+    """Lets the earlier package's program store a state, and puts states of older versions beside it."""
     emp_window(root, "--state", state_of("kept"), "exec", "SetSource", "31", "0")
     for file in older_states(top):
         states.lay(file, root.inside(state_of(file.stem)))
@@ -94,7 +94,7 @@ def older_states(top):
 
 
 def expect_states(top, root):
-    """All those states are there after the upgrade, and of the newest schema."""
+    """Expects all those states after the upgrade, in the newest schema."""
     said_of_source = emp_window(root, "--state", state_of("kept"), "exec", "GetSource", "0")
     expect_same("int 31\n", said_of_source, "the state that was kept before the upgrade")
     newest = states.schema_of(root.inside(state_of("kept")))
@@ -106,7 +106,8 @@ def expect_states(top, root):
 
 
 def expect_at_work(top, root):
-    """The program runs with what its package depends on and no more, and the package's other parts are in their places."""
+    """Expects that the program runs with only the dependencies of its package, and that the package's other files are
+    in their places."""
     owned = files_of(root, "emp-window")
     missing = [str(file) for file in owned if not root.inside(file).exists()]
     expect(not missing, f"the package lacks {' '.join(missing)}")
@@ -121,7 +122,7 @@ def expect_at_work(top, root):
 
 
 def expect_served(root):
-    """The command of the unit serves, as the service manager would start it."""
+    """Expects that the unit's command serves, started like the service manager would start it."""
     unit = root.inside("/usr/lib/systemd/user/emp-window@.service").read_text(encoding="utf-8")
     started = root.command(command_of(unit, "served"), user=USER, variables={"OPTIONS": "--listen 127.0.0.1:0 --until-eof"})
     with subprocess.Popen(started, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True) as process:
@@ -132,7 +133,7 @@ def expect_served(root):
 
 
 def expect_to_build(top, root):
-    """A program builds on the libraries by CMake and by pkg-config, and works."""
+    """Expects that a program can be built with the libraries by CMake and by pkg-config, and works."""
     for file in ("CMakeLists.txt", "main.cpp"):
         root.bring(top / "tests/install/consumer" / file, f"/tmp/consumer/{file}")
     script = ("cmake -G Ninja -S /tmp/consumer -B /tmp/built && ninja -C /tmp/built && cp /tmp/built/consumer /tmp/by-cmake && "
@@ -153,7 +154,7 @@ def files_of(root, package):
 
 
 class Containers:
-    """Containers with a store of their own."""
+    """Containers with a separate storage."""
 
     def __init__(self, folder):
         self._options = ["--root", folder / "root", "--runroot", folder / "run", "--storage-driver", "vfs", "--cgroup-manager",
@@ -179,9 +180,10 @@ class Containers:
 
 
 def try_image(place, made):
-    """Loads the image, runs it, and sees that its health check tells a set that answers from one that does not."""
+    """Loads the image, runs it, and checks that its health check distinguishes a set that answers from one that does
+    not."""
     file = image.make(place.top, made)
-    with tempfile.TemporaryDirectory(prefix="emp-") as folder:  # not below the tree: a runtime's paths have to be short
+    with tempfile.TemporaryDirectory(prefix="emp-") as folder:  # not below the tree, since container runtimes need short paths
         containers = Containers(Path(folder))
         name = containers.run("load", "--input", file).rpartition(" ")[2]
         try:
@@ -212,7 +214,7 @@ def expect_container(containers, name):
 
 
 def asked(port, token, method, parameters):
-    """The result of a call; nothing where the server refuses it."""
+    """The result of a call; None if the server refuses it."""
     call = json.dumps({"jsonrpc": "2.0", "id": 1, "method": method, "params": parameters})
     head = f"POST /rpc HTTP/1.1\r\nHost: localhost\r\nAuthorization: Bearer {token}\r\nConnection: close\r\n"
     with socket.create_connection(("127.0.0.1", port), timeout=10) as connection, connection.makefile("r") as reader:
@@ -221,11 +223,11 @@ def asked(port, token, method, parameters):
     return json.loads(answer.rpartition("\n")[2])["result"] if " 200 " in answer.partition("\n")[0] else None
 
 
-# The first steps of somebody new.
+# The first steps of a new user.
 
 
 def try_clone(place, _):
-    """Takes the README at its word: a clone, and ./run."""
+    """Follows the README literally: a clone, and ./run."""
     session = session_on(place.top / "README.md")
     with cloned(place, "clone") as root:
         begin = time.monotonic()
@@ -236,7 +238,7 @@ def try_clone(place, _):
 
 
 def try_app(place, _):
-    """Makes the TV for an app's page, as the README says."""
+    """Builds the TV for an app's page, as the README says."""
     with cloned(place, "app") as root:
         begin = time.monotonic()
         folder = by_new_user(root, "tools/wasm").splitlines()[-1]
@@ -249,7 +251,7 @@ def try_app(place, _):
 
 @contextmanager
 def cloned(place, name):
-    """A root with a user who may use sudo and has a clone of the tree."""
+    """Creates a root with a user who can use sudo and has a clone of the tree."""
     with place.root(name) as root:
         root.connect()
         root.install("git", "sudo")
@@ -262,7 +264,7 @@ def cloned(place, name):
 
 
 def by_new_user(root, command, **options):
-    """What a command prints on standard output that the user gives in the clone."""
+    """Runs a command as the user in the clone. Returns its standard output."""
     log = "/tmp/progress"
     try:
         return root.run("bash", "-ec", f"cd ~/emp-window && {command} 2>{log}", user=USER, **options)
@@ -277,8 +279,8 @@ def session_on(page):
 
 @dataclass(frozen=True)
 class Trial:
-    """A trial by its name: what it shows, the function that tries it, and whether it wants the packages. The function returns what
-    was seen, and raises Failed where that is not what it should be."""
+    """A trial: its name, its description, its function, and whether it needs the packages. The function returns what
+    was observed, and raises Failed when that is wrong."""
 
     name: str
     summary: str

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A plugin for clang-tidy: has it look at our own code alone. Without it each check goes through all declarations of
-// the system's headers, too, in which it tells nothing; that takes most of its time.
+// A plugin for clang-tidy that limits it to our own code. Otherwise each check also visits all declarations of system
+// headers, where it reports nothing, which takes most of the time.
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
 #include <clang/Basic/SourceManager.h>

@@ -30,18 +30,18 @@ bool isSurrogate(char32_t point) {
 /// A character of the input.
 struct Character {
   char32_t point = 0;
-  std::size_t size = 0;  ///< bytes of it
+  std::size_t size = 0;  ///< its length in bytes
   int error = 0;         ///< EILSEQ, EINVAL
 };
 
-/// Reads characters; in UTF-8 also those above U+10FFFF, which no encoder takes.
+/// Reads characters. In UTF-8 also those above U+10FFFF, which no encoder accepts.
 class Decoder {
  public:
   Decoder() = default;
   Decoder(const Decoder&) = delete;
   Decoder& operator=(const Decoder&) = delete;
   virtual ~Decoder() = default;
-  /// @param bytes  at least one.
+  /// @param bytes  at least one byte.
   virtual Character first(Bytes bytes) const = 0;
 };
 
@@ -51,9 +51,9 @@ class Encoder {
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
   virtual ~Encoder() = default;
-  /// What stands in front of a text.
+  /// The bytes at the front of a text, such as a byte order mark.
   virtual Bytes mark() const { return {}; }
-  /// @param out  receives at most four bytes. @return how many.
+  /// @param out  receives at most four bytes. @return their number.
   virtual std::size_t write(char32_t point, char* out) const = 0;
 };
 
@@ -105,7 +105,7 @@ class Utf8Decoder : public Decoder {
   }
 
  private:
-  /// As the lead byte says; also of what is longer than any character.
+  /// The length according to the lead byte, even if no character is that long.
   static std::size_t sizeOf(unsigned lead) {
     if (lead < 0xC2) return 0;
     if (lead < 0xE0) return 2;
@@ -144,8 +144,8 @@ class TableDecoder : public Decoder {
     return {unit, size};
   }
 
-  std::vector<std::uint16_t> units_;     ///< by byte, then rows by second byte
-  std::array<std::size_t, 256> rows_{};  ///< where the row of a lead byte starts; 0 for other bytes
+  std::vector<std::uint16_t> units_;     ///< indexed by byte, followed by rows indexed by second byte
+  std::array<std::size_t, 256> rows_{};  ///< start of the row of a lead byte; 0 for other bytes
 };
 
 class Utf16LittleEndian : public Encoder {
@@ -240,7 +240,7 @@ void Conversion::reset() {
 }
 
 int Conversion::convert(const char*& from, std::size_t& fromLeft, char*& to, std::size_t& toLeft) {
-  constexpr std::size_t leastRoom = 2;  // that an encoder looks for before it looks at the character
+  constexpr std::size_t leastRoom = 2;  // free bytes that an encoder requires before it examines a character
   const auto put = [&](Bytes bytes) {
     if (bytes.size() > toLeft) return false;
     to = std::copy(bytes.begin(), bytes.end(), to);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Takes the place of the C library's iconv.
+// Replaces the C library's iconv.
 #include <iconv.h>
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes what the encodings of names come to as a C++ source, from the iconv of this machine's C library.
+"""Writes the tables of name encodings as a C++ source, from the iconv of this machine's C library.
 
 wasm/iconv/tables.py FILE
 
@@ -23,18 +23,19 @@ C.iconv.restype = ctypes.c_size_t
 C.iconv.argtypes = [ctypes.c_void_p] * 5
 FAILED = ctypes.c_size_t(-1).value
 
-ILLEGAL = 0  # no unit: it is that of a single byte 0, which no table holds
+ILLEGAL = 0  # stands for no unit; U+0000 itself is in no table
 INCOMPLETE = "incomplete"
-# One for each; what is longer is Chinese, Japanese and Korean, whose tables together take more than all else here.
+# Single-byte encodings. The longer ones are Chinese, Japanese and Korean, whose tables together would take more space
+# than all others.
 LONG_WANTED = {"EUC-KR", "GB2312", "ISO_6937"}
 
 
 class Unfit(Exception):
-    """Tables can't tell this encoding."""
+    """Tables can't represent this encoding."""
 
 
 class Encoding:
-    """Tells what bytes of an encoding stand for."""
+    """Decodes the bytes of an encoding."""
 
     def __init__(self, name):
         self.handle = C.iconv_open(b"UTF-16LE", name.encode())
@@ -42,8 +43,8 @@ class Encoding:
             raise Unfit
 
     def text(self, data):
-        """What is behind the first call, without what the converter still holds; None for bytes that stand for nothing,
-        INCOMPLETE where more are wanted."""
+        """The text for some bytes, without what the converter still holds. None for invalid bytes, INCOMPLETE when more
+        bytes are needed."""
         source = ctypes.create_string_buffer(data, len(data) + 1)
         out = ctypes.create_string_buffer(1024)
         place, left = ctypes.c_void_p(ctypes.addressof(source)), ctypes.c_size_t(len(data))
@@ -61,13 +62,13 @@ class Encoding:
         text = self.text(data)
         if text is None or text == INCOMPLETE:
             return text
-        if len(text) != 2:  # several, or the converter waits for what comes next
+        if len(text) != 2:  # several characters, or the converter waits for more input
             raise Unfit
         return int.from_bytes(text, "little")
 
 
 def bytes_of(name):
-    """What each byte from 0x80 on stands for."""
+    """The unit for each byte from 0x80 on."""
     encoding = Encoding(name)
     if any(encoding.unit(bytes([byte])) != byte for byte in range(128)):
         raise Unfit
@@ -78,7 +79,7 @@ def bytes_of(name):
 
 
 def rows_of(name, leads):
-    """What the lead bytes and a second one stand for: 256 units for each lead byte."""
+    """The units for lead bytes with a second byte: 256 units for each lead byte."""
     encoding = Encoding(name)
     rows = tuple(tuple(encoding.unit(bytes([lead, byte])) for byte in range(256)) for lead in leads)
     if any(unit == INCOMPLETE for row in rows for unit in row):
@@ -92,7 +93,7 @@ def names():
 
 
 def alike():
-    """{what each byte stands for: names}."""
+    """The names by tables: {units of bytes: names}."""
     found = {}
     for name in names():
         try:
@@ -103,7 +104,7 @@ def alike():
 
 
 def tables():
-    """{(what each byte stands for, rows of lead bytes): names}."""
+    """The names by tables: {(units of bytes, rows of lead bytes): names}."""
     found = {}
     for units, same in alike().items():
         leads = leads_in(units)
@@ -122,7 +123,7 @@ def leads_in(units):
 
 
 def steps(units):
-    """Each unit as what it is more than the one before, which compresses well."""
+    """The units as differences from the previous one, which compress well."""
     before = 0
     for unit in units:
         number = unit if isinstance(unit, int) else ILLEGAL

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* The C library's own, with the numbers that Linux has for what conversions of texts report: the plug-in logs them. */
+/* The C library's own header, with Linux's numbers for the errors of text conversions, since the plug-in logs them. */
 #pragma once
 
 #include_next <errno.h>

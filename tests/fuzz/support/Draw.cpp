@@ -18,7 +18,7 @@ using virtualtv::seam::Output;
 using virtualtv::seam::Returns;
 using virtualtv::text::Range;
 
-constexpr std::size_t longest = 5000;  // of a text; buffers of the plug-in end long before
+constexpr std::size_t longest = 5000;  // units of a text; far longer than the plug-in's buffers
 constexpr std::size_t mostEntries = 4;
 constexpr std::size_t mostCounted = 300;
 
@@ -27,10 +27,11 @@ constexpr std::array borders{"0",     "1",          "-1",          "2",     "255
 constexpr std::array wideBorders{"4294967295", "18446744073709551615", "9223372036854775807", "-9223372036854775808",
                                  "2147483648"};
 
-/// Fields that operations read, and one that nobody knows.
+/// Fields that operations read, and an unknown one.
 constexpr std::array fields{1, 2, 4, 6, 7, 12, 13, 14, 15, 16, 18, 22, 37, 41, 110, 115, 200};
 
-/// Outputs that say how many times more the plug-in will call: a set that counts to billions is believed.
+/// True for outputs that determine how many calls the plug-in makes next. The plug-in trusts the set, even if it
+/// reports billions.
 bool isCount(const Output& output) {
   constexpr std::array names{"size", "count", "subtitles", "teletext", "teletextSubtitles"};
   return std::any_of(names.begin(), names.end(), [&](const char* name) { return output.name == name; });
@@ -83,7 +84,7 @@ bool writesAnInterface(const Operation& operation) {
   return !operation.written().empty() && operation.written().front().form == Form::interface;
 }
 
-/// Words of the result; none where only outputs are chosen.
+/// Words for the result; none when only outputs are set.
 std::string drawResult(Draw& draw, const Operation& operation) {
   const std::size_t way = draw.below(4);
   if (way == 0) return "result=throw";

@@ -20,7 +20,7 @@ namespace fuzz {
 namespace {
 
 constexpr const char* absent = "-";
-/// Ids are kept with this bit turned, for signed numbers to have their order.
+/// Ids are stored with this bit inverted, so that signed numbers sort like them.
 constexpr std::uint64_t turnedBit = std::uint64_t{1} << 63U;
 
 void appendByte(std::string& hex, unsigned byte) {
@@ -53,7 +53,7 @@ std::string lineOf(const virtualtv::Service& service) {
   return line;
 }
 
-// With SQLite alone.
+// Reading with SQLite alone.
 
 struct NotWhole : std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -64,7 +64,7 @@ struct Close {
 };
 using Handle = std::unique_ptr<sqlite3, Close>;
 
-/// Calls `row` with each row of an answer.
+/// Calls `row` with each row of a query's result.
 void ask(const Handle& database, const std::string& question, const std::function<void(sqlite3_stmt*)>& row) {
   sqlite3_stmt* prepared = nullptr;
   int code = sqlite3_prepare_v2(database.get(), question.c_str(), -1, &prepared, nullptr);
@@ -89,7 +89,7 @@ std::string nameAt(sqlite3_stmt* row, int column) {
   return hex;
 }
 
-/// Numbers are kept with 32 bits.
+/// Reads a number, stored with 32 bits.
 std::string intAt(sqlite3_stmt* row, int column) {
   return std::to_string(static_cast<std::int32_t>(sqlite3_column_int64(row, column)));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs a fuzz target once on each of some files, as the fuzzer's own main does, without needing it.
+// Runs a fuzz target once on each given file, like the fuzzer's own main, but without the fuzzer.
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -28,7 +28,7 @@ void run(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) throw std::runtime_error("cannot read " + file.string());
   const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
-  std::cerr << file.string() << std::endl;  // the last one named is the one that ended the process
+  std::cerr << file.string() << std::endl;  // after a crash, the last name is the file that caused it
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }
 

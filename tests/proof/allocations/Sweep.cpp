@@ -30,7 +30,7 @@ std::string nameOf(const Command& command, Stack stack) {
   return text + (stack == Stack::isp ? " (ISP)" : "");
 }
 
-/// What is wrong with an answer, whatever failed.
+/// Why an answer is wrong regardless of the failure; empty when it is not.
 std::string wrongWith(const Command& command, const Outcome& outcome) {
   if (!command.list) return support::undocumented(command.name, outcome);
   return outcome.accepted && outcome.reply ? "" : "answers " + outcome.shown();
@@ -48,7 +48,7 @@ std::vector<Command> everyCommand() {
 }
 
 Sweep::Sweep(std::size_t every) : bench_(channels::threeServices()), every_(every) {
-  bench_.logNoMore();  // the log allocates too, and belongs to the framework
+  bench_.logNoMore();  // the log belongs to the framework, and would allocate too
 }
 
 void Sweep::commandOutsideCalls(const Command& command, Stack stack, bool fromThenOn) {
@@ -140,7 +140,7 @@ void Sweep::endingAnEngine(bool fromThenOn) {
   });
 }
 
-/// Three services, of which the second was on screen before the first; an engine that has found them.
+/// Prepares three services, the first on screen and the second before it, and an engine that has found them.
 void Sweep::prepare(Stack stack) {
   bench_.renew();
   virtualtv::Tv& tv = bench_.tv();
@@ -178,7 +178,7 @@ Sweep::Run Sweep::runFailing(const Command& command, const support::AllocationPl
   return run;
 }
 
-/// What a command answers when the call in which an allocation failed leaves with an exception instead.
+/// The command's answer when the call with the failed allocation throws instead.
 std::string Sweep::answerToException(const Command& command, Stack stack, const Run& failed) {
   prepare(stack);
   Fault fault;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Lets each allocation of the plug-in fail, and those of the set while it is called, and looks whether it goes on.
+// Makes each allocation of the plug-in fail, and each allocation of the set during calls, and checks that the plug-in
+// continues.
 #include <CLI/CLI.hpp>
 
 #include <exception>

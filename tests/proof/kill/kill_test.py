@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What proof_kill.py looks at: everything that a set keeps, whatever table it stands in. kill_test.py PROGRAM"""
+"""Tests that proof_kill.py compares everything that a set persists, in whatever table. kill_test.py PROGRAM"""
 
 import json
 import re
@@ -26,7 +26,7 @@ KEYS = {"setting": "key", "set_state": "key", "service": "key", "raw_field": "se
 
 
 class Kept(unittest.TestCase):
-    """What a set keeps that has opened an engine on the services it comes with, and one of a list."""
+    """The stored data of a set that has opened an engine, with the built-in services and one service of a list."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -50,7 +50,7 @@ class Kept(unittest.TestCase):
         return kept_in(self.state, self.folder)
 
     def changed(self, statement):
-        """Whether what is kept is something else after a statement, which is undone."""
+        """True when a statement, which is undone afterwards, changes the compared data."""
         copy = (self.state / "tv.db").read_bytes()
         database = sqlite3.connect(self.state / "tv.db")
         try:

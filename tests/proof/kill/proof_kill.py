@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Kills sets at random moments and looks whether anything is lost.
+"""Kills sets at random moments and checks that nothing is lost.
 
 proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL: shells that
 switch sources and set a key, shells that import channel lists and recordings of all kinds, put them in place of the
@@ -43,7 +43,7 @@ START = "set_state start.service"
 
 
 class Lost(Exception):
-    """Something that had been answered is not there, or something is there in part."""
+    """Something acknowledged is missing, or something is stored partially."""
 
 
 class Corrupt(Exception):
@@ -52,7 +52,7 @@ class Corrupt(Exception):
 
 @dataclass(frozen=True)
 class Line:
-    """A line of the shell's: whether it prints a reply, and what it writes, a transaction each, in order."""
+    """A line for the shell: whether it prints a reply, and its transactions in order."""
 
     text: str
     replies: bool
@@ -60,13 +60,13 @@ class Line:
 
 
 def columns_of(database, table):
-    """The columns that a table keeps, without those that it works out."""
+    """The stored columns of a table, without generated ones."""
     return [row[1] for row in database.execute(f"PRAGMA table_info({table})")]
 
 
 def services_in(database, tables, places):
-    """All that is kept of services: the rows of every table, with the place of a service among them for its key, which
-    no two imports share."""
+    """All stored data of services: the rows of every table. Keys differ between imports, so they are replaced by the
+    position of the service."""
     rows = []
     for table in tables:
         columns = columns_of(database, table)
@@ -77,7 +77,7 @@ def services_in(database, tables, places):
 
 
 def all_in(database):
-    """What a database holds, by table and key; nothing when no set has kept anything yet."""
+    """The content of a database, by table and key; None when no set has stored anything yet."""
     tables = {name for name, in database.execute("SELECT name FROM sqlite_schema WHERE type = 'table' "
                                                  "AND name NOT LIKE 'sqlite_%'")}
     if not tables:
@@ -94,7 +94,7 @@ def all_in(database):
 
 
 def kept_in(directory, scratch):
-    """What a state directory holds, read from a copy. Raises Corrupt when the database is damaged."""
+    """The content of a state directory, read from a copy. Raises Corrupt when the database is damaged."""
     copy = scratch / "copy"
     shutil.rmtree(copy, ignore_errors=True)
     shutil.copytree(directory, copy)
@@ -123,7 +123,7 @@ def differences(found, wanted):
 
 
 def tuned(kept, number, before):
-    """What a set keeps, all at once, that has switched to a source."""
+    """The data that a set stores in one transaction when it switches to a source."""
     shown = SOURCES[number]
     plugged = number == 0 or kept[f"set_state input.{shown}.plugged"] == "1"
     return {SOURCE: str(shown), PREVIOUS: str(SOURCES[before]), STATE: "2" if plugged else "1",
@@ -131,7 +131,7 @@ def tuned(kept, number, before):
 
 
 def switching(kept, chance):
-    """Lines of a set that switches sources and counts."""
+    """Lines that switch sources and set a counter."""
     number = {shown: ours for ours, shown in SOURCES.items()}[int(kept[SOURCE])]
     # The first command opens an engine, which puts the keys right.
     yield Line("GetSource 0", True, ({MAIN: number}, {BEFORE: number}, {PIP: 0}))
@@ -146,7 +146,7 @@ def switching(kept, chance):
 
 
 def marking(service):
-    """Lines that give a service what no list brings: favourite groups, subtitles, a field without a column."""
+    """Lines that give a service data that lists lack: favourite groups, subtitles, a field without a column."""
     yield f".set service.{service}.favourites 1=1,2=0"
     yield f".set service.{service}.subtitles 70:eng:dvb,71:deu:teletext"
     yield f".set service.{service}.1003 720"
@@ -165,9 +165,9 @@ def line_of_import(name, add=False):
 
 
 def round_of_imports(kind, services):
-    """Lines that import each list of a kind in place of another and one on top, mark services between and edit some: what
-    is there again in the second list, and what is not. The list in front shares no service with them, so nothing of the
-    round before stays. @param services  ids of the first list"""
+    """Lines that import lists of a kind that replace each other, add one list, and mark and edit services in between,
+    some of which are in the second list too. The first list shares no service with the others, so nothing remains from
+    the previous round. @param services  ids of the first list"""
     first, second = (f"{name}.{kind}" for name in NUMBERS)
     return [line_of_import(FRONT), line_of_import(first), *marking(services[0]), *marking(services[-1]), *editing(),
             line_of_import(second, add=True), line_of_import(second)]
@@ -180,13 +180,13 @@ def program_import(name, add=False):
 
 
 def of_imports(kept):
-    """The part of what is kept that imports and marks write."""
+    """The part of the stored data that imports and marks write."""
     return {name: value for name, value in kept.items()
             if name == SERVICES or (name.startswith("set_state ") and name not in (SOURCE, PREVIOUS, STATE))}
 
 
 def answered(lines, output):
-    """How many lines the output answers, and how many may have run."""
+    """The number of lines answered in the output, and the number that may have run."""
     done = shown = 0
     for line in lines:
         start = output.find(f"> {line.text}\n")
@@ -203,7 +203,7 @@ def answered(lines, output):
 
 
 def states(kept, lines):
-    """What is kept after each write of the lines, with the line that it belongs to."""
+    """The stored data after each write of the lines, with the number of the line."""
     state = kept
     for number, line in enumerate(lines):
         for at, write in enumerate(line.writes):
@@ -248,7 +248,7 @@ class Loop:
         self.killed = set()  # the kinds whose import by the program was killed
 
     def start(self, arguments, state=None, script=""):
-        """Runs the program on the state directory, or another, to its end, which must be good. Returns its output."""
+        """Runs the program to a successful end, by default on the state directory. Returns its output."""
         done = subprocess.run([self.program, "--state", state or self.state, *arguments], cwd=self.folder, input=script,
                               capture_output=True, text=True, check=False)
         if done.returncode != 0 or "error: " in done.stdout:
@@ -256,7 +256,7 @@ class Loop:
         return done.stdout
 
     def unkilled(self, arguments, script=""):
-        """What a set that nobody kills keeps after a run that begins with what there is."""
+        """The data that a set stores in an undisturbed run from the current state."""
         copy = self.folder / "unkilled"
         shutil.rmtree(copy, ignore_errors=True)
         shutil.copytree(self.state, copy)
@@ -264,7 +264,7 @@ class Loop:
         return kept_in(copy, self.folder)
 
     def round_of(self, kind):
-        """A round of imports, each line with what a set that nobody kills keeps after it."""
+        """A round of imports: each line with the stored data after it in an undisturbed run."""
         if kind not in self.rounds:
             self.rounds[kind] = list(self.learn(kind))
         return self.rounds[kind]
@@ -279,7 +279,7 @@ class Loop:
             yield Line(text, text.startswith((".import", ".scan")), (of_imports(after),))
 
     def round(self, number):
-        """Starts a program, kills it, looks at what it left."""
+        """Starts a program, kills it, and checks the remaining data."""
         before = kept_in(self.state, self.folder)
         if number % 4 == 0:
             self.figures["kills of imports"] += 1
@@ -305,8 +305,8 @@ class Loop:
         self.judge(before, lines, *answered(lines, output))
 
     def run_and_kill(self, arguments, script="", *, answers=0.8, longest=LONGEST):
-        """What a program printed until it was killed, at a random moment: of all cases the part `answers` after the first
-        answer."""
+        """Kills a program at a random moment, in a share `answers` of cases after its first answer. Returns its
+        output."""
         with subprocess.Popen([self.program, "--state", self.state, *arguments], cwd=self.folder, stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
             os.write(process.stdin.fileno(), script.encode())
@@ -322,7 +322,8 @@ class Loop:
         return (output + rest).decode()
 
     def judge(self, before, lines, done, most):
-        """Holds what is kept against what may be, when so many lines are answered and so many may have run."""
+        """Compares the stored data with the possible states, given the number of answered lines and of lines that may
+        have run."""
         found = kept_in(self.state, self.folder)
         possible = [before] if done == 0 else []
         for number, is_last, state in states(before, lines[:most]):
@@ -356,7 +357,7 @@ class Loop:
 
 
 def first_answer(stream):
-    """What a program wrote up to its first answer, which is no echo of a line."""
+    """The program's output up to its first answer; echoes of lines do not count."""
     output = b""
     end = time.monotonic() + PATIENCE
     while not any(line and not line.startswith(b"> ") for line in output.split(b"\n")[:-1]):

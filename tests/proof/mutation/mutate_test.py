@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What tools/mutate makes of a source: which changes it finds, that each can be chosen when the program runs, and what
-it makes of what the tests do then."""
+"""Tests tools/mutate: the changes that it finds in a source, that each can be selected at run time, and how it
+interprets the tests' results."""
 
 import os
 import subprocess
@@ -96,7 +96,7 @@ class Mutants(unittest.TestCase):
         self.sources.write(self.made)
 
     def outputs(self):
-        """What the program prints with each mutant, and under 0 without one."""
+        """The program's output with each mutant, by number; 0 is the output without one."""
         (self.made / "main.cpp").write_text(MAIN, encoding="utf-8")
         program = self.made / "program"
         subprocess.run(["g++", "-w", "-o", program, self.made / "main.cpp", self.made / "Narrow.cpp"], check=True)
@@ -105,8 +105,8 @@ class Mutants(unittest.TestCase):
                 for number in range(len(self.sources.mutants) + 1)}
 
     def test_are_all_that_the_source_offers(self):
-        """The sizes of arrays and the values of an enumeration are what the compiler needs; they stay. So do constants of
-        templates, which would be computed at start in any order."""
+        """The compiler needs sizes of arrays and values of enumerations, so they stay unchanged. So do constants of
+        templates, whose order of initialisation at start would be unspecified."""
         self.assertEqual(sorted(mutant.change for mutant in self.sources.mutants), sorted(CHANGES))
 
     def test_tell_where_they_are(self):
@@ -120,7 +120,7 @@ class Mutants(unittest.TestCase):
 
 
 class ThePlugIn(unittest.TestCase):
-    """The mutants of the sources that it is all about."""
+    """The mutants of the plug-in's sources."""
 
     def test_can_be_mutated_on_most_lines(self):
         mutate = load("mutate")
@@ -140,8 +140,8 @@ class ThePlugIn(unittest.TestCase):
 
 
 class FakeTrial:
-    """Tells of each mutant, by number, what its attempts come to, one after the other, and notes which programs run whole
-    without one; the first runs that do take too long."""
+    """Returns given results for the attempts at each mutant, and records which programs run completely without a
+    mutant. The first such runs take too long."""
 
     def __init__(self, outcomes, late_without_mutant=0):
         self.outcomes = outcomes
@@ -170,7 +170,7 @@ class FakeTrial:
 
 
 class Attempts(unittest.TestCase):
-    """What a test's failure shows is one thing, what takes too long another."""
+    """A mutant that a test's failure kills differs from one that takes too long."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -180,7 +180,7 @@ class Attempts(unittest.TestCase):
         self.accepted = SimpleNamespace(reason=lambda mutant: None)
 
     def figures(self, outcomes, tables=(), digest="now", late_without_mutant=0):
-        """The figures that are told when attempts come to this."""
+        """The figures reported for these results of attempts."""
         self.trial = FakeTrial(outcomes, late_without_mutant)
         mutants = [Mutant("a.cpp", number, 1, "1", "2", number in tables, number) for number in outcomes]
         results = self.mutate.Results(self.folder / "results.tsv", lambda: digest)
@@ -232,7 +232,7 @@ Runs().fails(300, ["sh", "-c", sys.argv[2]], "/", os.environ)
 
 
 class Running(ScratchTest):
-    """Whatever a mutant does, nothing of it runs on."""
+    """Whatever a mutant does, none of its processes continues."""
 
     def setUp(self):
         super().setUp()
@@ -287,13 +287,13 @@ class Running(ScratchTest):
         self.assert_gone(run)
 
     def test_ends_when_it_has_used_all_the_time_there_is(self):
-        """What a run started may be in no group of its own: it has its share of the processors, and no more."""
+        """A process that left the run's process group can still use no more than a limited processor time."""
         self.assertFalse(self.fails(["sh", "-c", f'ulimit -t >"{self.child}"'], seconds=7))
         self.assertEqual(int(self.child.read_text()), 7 * os.cpu_count() + 1)
 
 
 class Digest(unittest.TestCase):
-    """What came out for a mutant holds as long as the plug-in, its tests and what they link stay the same."""
+    """The result for a mutant is valid as long as the plug-in, its tests and the code they link do not change."""
 
     def test_changes_with_what_decides(self):
         with tempfile.TemporaryDirectory() as name:
@@ -315,7 +315,7 @@ class Digest(unittest.TestCase):
 
 
 class Arguments(unittest.TestCase):
-    """What can't be meant is refused before anything is built."""
+    """Senseless arguments are refused before anything is built."""
 
     def test_are_refused(self):
         for arguments, why in ((["--sample", "0"], "a number from 1 on is wanted, not '0'"), (["--jobs", "-1"], "from 1 on"),

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""A run of tools/mutate as a whole, on a scratch tree with stand-ins for the mutated sources, their build and their tests."""
+"""A run of tools/mutate as a whole, on a scratch tree with stand-ins for the mutated sources, their build and their
+tests."""
 
 import signal
 import subprocess
@@ -56,7 +57,7 @@ class RunTest(ScratchTest):
         self.results = self.root / "build/mutation/results.tsv"
 
     def suite(self, text):
-        """What the tests do; $MUTANT is empty or 0 without a mutant."""
+        """The stand-in for the tests; $MUTANT is empty or 0 without a mutant."""
         self.write("suite", text)
 
     def start(self, **options):
@@ -68,7 +69,7 @@ class RunTest(ScratchTest):
             return subprocess.CompletedProcess([], process.wait(60), *process.communicate())
 
     def kept(self):
-        """Who noticed each mutant that something is kept of, in the order of their numbers."""
+        """The stored results of mutants, in the order of their numbers: which program noticed each."""
         lines = self.results.read_text().splitlines() if self.results.exists() else []
         return [line.rpartition("\t")[2] for line in sorted(lines)]
 
@@ -101,7 +102,7 @@ class RunTest(ScratchTest):
             self.assertEqual(self.kept(), [])
 
     def test_keeps_no_kill_that_needs_no_mutant(self):
-        """As when the disk is full."""
+        """Tests may fail without a mutant, for instance when the disk is full."""
         self.suite('test -z "$MUTANT"')
         done = self.run_all()
         self.assertEqual((done.returncode, done.stdout, self.kept()), (2, "", []))
@@ -119,7 +120,7 @@ class RunTest(ScratchTest):
         self.assertEqual((done.returncode, self.kept()), (0, ["", "takes too long"]), done.stderr)
 
     def test_keeps_nothing_when_the_sources_change(self):
-        """However early: what was built may be the one or the other."""
+        """Even if they change early: either version may have been built."""
         for mutant in ("", "1"):
             self.suite(f'test "$MUTANT" != "{mutant}" || echo two >>Window/Src/a.cpp\ntest "$MUTANT" != 1\n')
             done = self.run_all()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""tools/proof on a scratch tree with steps of its own: what becomes of steps and programs that go wrong."""
+"""Tests tools/proof on a scratch tree with its own steps: how it handles failing steps and programs."""
 
 import os
 import signal
@@ -41,7 +41,7 @@ class ProvingTest(ScratchTest):
         return self.call("tools/proof", *arguments, **options)
 
     def rows(self, done):
-        """The rows of the table, by the figure's name: the rest of the line."""
+        """The rows of the table: {name of the figure: rest of the line}."""
         table = done.stdout[done.stdout.index("\nfigure "):].split("\n\n")[0]
         return [line.split("  ", 1) for line in table.strip().split("\n")[1:]]
 
@@ -143,7 +143,7 @@ job.run(["sleep", "300"], timeout=1)'''))
         self.assertIn("sleep took more than 1 s", self.row(self.prove("sweep"), "sweep"))
 
     def test_asks_a_program_to_end_before_it_is_killed(self):
-        """What it started in a session of its own only the program itself can end."""
+        """Only the program itself can end processes that it started in another session."""
         child = self.root / "child"
         program = self.program("worker", f'setsid sleep 300 &\necho $! >"{child}"\n'
                                          f"trap 'kill $!; sleep 1; exit' TERM\nwait\n")
@@ -189,7 +189,7 @@ job.at_once(lambda one: job.attempt([one]), [{str(slow)!r}] * 3, 1)'''))
         self.assertEqual(process.returncode, 0, out)
 
     def test_may_be_interrupted_while_it_installs(self):
-        """A terminal interrupts both programs. An installation that is not interrupted itself comes to its end."""
+        """A terminal interrupts both programs. If only tools/proof is interrupted, the installation runs to its end."""
         for interrupt in (lambda process: os.killpg(process.pid, signal.SIGINT), subprocess.Popen.terminate):
             for name in ("begun", "go"):
                 (self.root / name).unlink(missing_ok=True)

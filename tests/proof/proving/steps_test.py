@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the steps of tools/proof make of what their programs say."""
+"""Tests how the steps of tools/proof interpret the output of their programs."""
 
 import sys
 import tempfile
@@ -29,7 +29,7 @@ stat::number_of_executed_units: 899
 
 
 class Fuzzing(unittest.TestCase):
-    """A target counts when it ended well, started from all inputs, went far beyond them and took its time."""
+    """A target passes if it ended well, started from all inputs, executed many more, and used its time."""
 
     def figure(self, said=SAID, inputs=5, trouble="", is_long=False):
         return fuzz.said("lists", inputs, Outcome("", said, trouble)).figure(is_long)
@@ -59,7 +59,8 @@ class Fuzzing(unittest.TestCase):
 
 
 class LogContract(unittest.TestCase):
-    """What any program printed must stand in the contract, and its tests alone print all of it."""
+    """Every message of any program must be in the contract, and the plug-in's own tests must log all of the
+    contract."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -71,7 +72,7 @@ class LogContract(unittest.TestCase):
                                  contract=["log_contract", "tsv", "seen", "/build/window_text"])
 
     def missed(self, contract, **printed):
-        """The figures that are missed when programs have printed these lines."""
+        """The missed figures when programs have printed these lines."""
         (self.top / "tests/window/log_contract.tsv").write_text("".join(f"{line}\n" for line in contract))
         for name, lines in printed.items():
             (self.ran.messages / name).mkdir(parents=True)
@@ -102,7 +103,7 @@ class LogContract(unittest.TestCase):
 
 
 class Threads(unittest.TestCase):
-    """Each report of the thread sanitizer counts, and so does a program that ran next to nothing."""
+    """Each report of the thread sanitizer fails, and so does a program that ran too few tests."""
 
     RAN = "[==========] 99 tests from 3 test suites ran. (1 ms total)\n"
 
@@ -122,7 +123,7 @@ class Threads(unittest.TestCase):
 
 
 class Whole(unittest.TestCase):
-    """The proof as a whole is late by the clock, and missed by its own work alone."""
+    """The whole proof is late by the clock, but fails only by its own processor time."""
 
     def test_is_reached_in_time(self):
         figure = load("proof").whole(1100, 1900)

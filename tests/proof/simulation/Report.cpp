@@ -14,10 +14,10 @@ namespace {
 
 using comparison::Script;
 
-/// How a script goes when it is run alone.
+/// The course of a script that runs on its own.
 struct Course {
   std::optional<comparison::Difference> difference;
-  std::optional<std::string> exception;  ///< that it ends in, which no transcript can expect
+  std::optional<std::string> exception;  ///< the exception that ends it, which no transcript can expect
 };
 
 Course courseOf(Simulation& simulation, const Script& script) {
@@ -56,7 +56,7 @@ Report reportOf(Simulation& simulation, const Failure& failure) {
   if (!course.difference && !course.exception) {
     return {what + "it is not seen again when the script is run alone, which is:\n" + inputsOf(failure.script), "", ""};
   }
-  // It is to stay a failure of its kind.
+  // The shortened script must still fail in the same way.
   const Script script = comparison::shrunk(failure.script, [&](const Script& part) {
     const Course shorter = courseOf(simulation, part);
     return course.exception ? shorter.exception.has_value() : shorter.difference.has_value();

@@ -18,7 +18,7 @@ using comparison::Script;
 constexpr std::size_t scriptLength = 2000;
 constexpr std::size_t linesBetweenSettings = 50;
 
-/// What a line did, as text.
+/// The effects of a line, as text.
 std::string recordOf(const comparison::Pair& pair, const std::string& line) {
   std::string text = "> " + line + "\n";
   if (pair.answer()) text += comparison::shown(*pair.answer()) + "\n";
@@ -35,7 +35,7 @@ std::uint64_t hitsOf(const std::vector<virtualtv::seam::Call>& calls) {
   return hits;
 }
 
-/// The line in which two records differ first, as each has it.
+/// The first line that differs between two records, from both.
 std::string firstDifference(const std::string& first, const std::string& second) {
   std::istringstream one(first);
   std::istringstream other(second);

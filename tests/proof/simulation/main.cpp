@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs random commands with random faults on the plug-in and holds what comes of them against the model.
+// Runs random commands with random faults on the plug-in, and compares the effects with the model.
 #include <CLI/CLI.hpp>
 #include <ctime>
 #include <exception>
@@ -17,7 +17,7 @@ struct Options {
   std::uint64_t commands = 20000;
   std::uint64_t seed = 1;
   std::string transcript = "simulation.txt";
-  std::string scripts;  ///< empty for nowhere
+  std::string scripts;  ///< where to write scripts; empty for nowhere
 };
 
 constexpr std::uint64_t scriptsBetweenReplays = 16;
@@ -31,7 +31,7 @@ void print(const simulation::Figures& figures, std::uint64_t deviations) {
             << "\nfigure: deviations = " << deviations << "\n";
 }
 
-/// Runs scripts until there are enough commands or one fails. @return what is said of that.
+/// Runs scripts until enough commands have run or a script fails. @return the report on the failure, if any.
 std::optional<simulation::Report> simulate(const Options& options) {
   simulation::Simulation simulation;
   std::optional<simulation::Report> report;

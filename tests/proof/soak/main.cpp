@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs commands for a long time, some of them on a set that fails, and looks whether memory, file descriptors or the
-// set's files grow.
+// Runs commands for a long time, some of them on a failing set, and checks that memory, file descriptors and the set's
+// files do not grow.
 #include <malloc.h>
 #include <unistd.h>
 
@@ -28,7 +28,7 @@ namespace {
 
 using virtualtv::seam::Seam;
 
-/// What the process holds, and its set on the disk.
+/// The resources of the process, and of its set on the disk.
 struct Look {
   std::uint64_t bytes = 0;     ///< allocated
   std::int64_t files = 0;      ///< open descriptors
@@ -36,7 +36,7 @@ struct Look {
   std::uint64_t log = 0;       ///< bytes of its log
 };
 
-/// A set on a state directory, with one engine that is open all the time.
+/// A set on a state directory, with one engine that stays open.
 class Soak {
  public:
   static constexpr std::uint64_t commandsADay = 500;
@@ -45,8 +45,8 @@ class Soak {
     if (!bench_.open()) throw std::runtime_error("no engine can be opened");
   }
 
-  /// Some hundred commands, each fifth on a set that fails, and another engine that comes and goes; then a look at what
-  /// is held, with set and engine as after each other day. A day of the same number is the same.
+  /// Runs some hundred commands, every fifth on a failing set, and opens and closes another engine. Then measures, with
+  /// set and engine in the same state as after every other day. Days of the same number are identical.
   Look day(std::uint64_t number) {
     random_.seed(seed_ + number);
     if (number % 2 == 1) bench_.showIsp();
@@ -101,15 +101,14 @@ class Soak {
   support::Bench bench_{{}, state_.path()};
 };
 
-/// A share of the days, which come again in the same order in each round: whatever is kept for good, as questions that
-/// are prepared once, is held after the first two.
+/// Each round repeats the same days in the same order. Anything that is kept permanently, such as prepared statements,
+/// is in place after the first two rounds.
 constexpr std::uint64_t rounds = 8;
 constexpr std::uint64_t roundsBefore = 2;
-/// So many that the log is emptied once in those.
+/// Enough commands that SQLite empties its log once in a round.
 constexpr std::uint64_t leastCommands = rounds * 4 * Soak::commandsADay;
 
-/// What a round holds on the day that holds least: how much room the allocator loses between what it gives out differs
-/// a little from day to day.
+/// The minimum over the days of a round, since the allocator's fragmentation differs slightly from day to day.
 Look round(Soak& soak, std::uint64_t days) {
   Look least = soak.day(0);
   for (std::uint64_t day = 1; day < days; ++day) {
@@ -127,7 +126,7 @@ std::int64_t growth(Number before, Number after) {
   return static_cast<std::int64_t>(after) - static_cast<std::int64_t>(before);
 }
 
-/// What the allocator may lose between blocks on one day and not on another; less than a block lost on each day.
+/// Tolerance for the allocator's fragmentation; less than one leaked block per day.
 constexpr std::int64_t slack = 256;
 
 /// @return 0 when nothing grew.
@@ -152,8 +151,8 @@ int soak(std::uint64_t commands, std::uint64_t seed) {
   return grown[0] > slack || grown[1] > 0 || grown[2] > 0 || log > largestLog ? 1 : 0;
 }
 
-/// Starts the program anew where the allocator keeps what a thread has freed for its next request: that would count as
-/// allocated, and differ from day to day.
+/// Restarts the program with the allocator's per-thread caches switched off: cached blocks would count as allocated,
+/// and differ from day to day.
 void keepNoFreedMemory(char** argv) {
   constexpr const char* name = "GLIBC_TUNABLES";
   if (std::getenv(name) != nullptr) return;

@@ -17,16 +17,16 @@ namespace virtualtv::proof {
 
 namespace {
 
-/// Most power cuts leave something of what was not synced.
+/// What a power cut leaves of unsynced writes; mostly some of them.
 constexpr Rest rests[] = {Rest::none, Rest::some, Rest::some, Rest::some, Rest::some, Rest::all};
 
-/// What was kept from some moment on: after so many changes of the disk.
+/// The acknowledged content from some moment on, counted in changes of the disk.
 struct Moment {
   std::size_t changes;
   Content content;
 };
 
-/// The day without a power cut: what was done to the disk, and what was acknowledged when.
+/// A day without a power cut: the changes of the disk, and when each content was acknowledged.
 struct Day {
   std::vector<Change> changes;
   std::vector<Moment> moments;
@@ -63,7 +63,7 @@ std::vector<std::size_t> choose(std::size_t changes, std::uint64_t crashes, std:
   return chosen;
 }
 
-/// What was acknowledged before a change is kept, and it alone or with the write that was under way.
+/// Requires that the content found is what was acknowledged before the cut, with or without the write in progress.
 void judge(const Day& day, std::size_t crash, const Content& found, const std::string& where, Findings& findings) {
   const auto underWay = std::find_if(day.moments.begin() + 1, day.moments.end(),
                                      [&](const Moment& moment) { return moment.changes > crash; });
@@ -73,7 +73,7 @@ void judge(const Day& day, std::size_t crash, const Content& found, const std::s
   findings.note(findings.lost, where, "the set is not what it was\n" + difference(acknowledged.content, found));
 }
 
-/// Power cuts in a day, in the order in which they come.
+/// Power cuts in a day, in chronological order.
 class Cuts {
  public:
   Cuts(const Day& day, std::filesystem::path directory, Findings& findings)
@@ -98,10 +98,11 @@ class Cuts {
   std::filesystem::path directory_;
   Findings& findings_;
   PowerLoss power_{{}};
-  std::size_t done_ = 0;  ///< changes that the power has
+  std::size_t done_ = 0;  ///< changes of the disk so far
 };
 
-/// A set that is made for the first time has most to lose its way in: each of its changes, with all that may be left.
+/// The first start of a set is the most vulnerable: cuts the power at each of its changes, with every kind of
+/// remainder.
 void cutFirstStart(const Day& day, Cuts& cuts, std::mt19937& random) {
   for (std::size_t crash = 0; crash <= day.moments.at(1).changes; ++crash) {
     for (const Rest rest : rests) cuts.cut(crash, rest, random);

@@ -106,7 +106,7 @@ int random(sqlite3_vfs* vfs, int size, char* bytes) {
   diskOf(vfs).random(bytes, sizeOf(size));
   return size;
 }
-/// Waiting for a lock costs nothing here.
+/// Sleeping, which waits for a lock, takes no time here.
 int sleep(sqlite3_vfs* /*vfs*/, int microseconds) {
   return microseconds;
 }
@@ -264,7 +264,7 @@ bool Disk::isLockedByOthers(const Handle& handle, int level) const {
 
 int Disk::lock(Handle& handle, int level) {
   if (failsAt(Access::lock)) return fault_->code == SQLITE_IOERR ? SQLITE_IOERR_LOCK : fault_->code;
-  // Reading goes on beside whoever prepares to write, and ends who wants to be alone.
+  // A reader is compatible with a connection that prepares to write, but not with one that waits for exclusive access.
   const int bar = level == SQLITE_LOCK_SHARED      ? SQLITE_LOCK_PENDING
                   : level == SQLITE_LOCK_EXCLUSIVE ? SQLITE_LOCK_SHARED
                                                    : SQLITE_LOCK_RESERVED;

@@ -22,10 +22,10 @@ constexpr const char* probeKey = "key probe";
 constexpr const char* later = ".vconf set later int 7";
 constexpr const char* probe = ".vconf set probe int 1";
 
-/// A scenario in health: what it prints, and what is kept after each of its writes.
+/// A scenario without faults: its output, and the stored content after each of its writes.
 struct Course {
   Outcome outcome;
-  std::vector<Content> contents;  ///< the first before all writes, no two the same in a row
+  std::vector<Content> contents;  ///< the first is from before all writes; neighbours differ
   std::map<Access, std::uint64_t> accesses;
   std::map<Access, std::uint64_t> accessesWithClose;
 };
@@ -48,7 +48,7 @@ class Loop {
   std::filesystem::path directory_;
   Findings& findings_;
   // Of the run under way.
-  bool acknowledged_ = false;  ///< the scenario's own step
+  bool acknowledged_ = false;  ///< the scenario's own step was acknowledged
   bool laterAcknowledged_ = false;
 };
 
@@ -122,7 +122,7 @@ void Loop::runUnder(const Scenario& scenario, const Course& course, const Fault&
   PowerLoss power(scenario.disk);
   for (const Change& change : disk.changes()) power.apply(change);
 
-  // A disk that stays broken is so when the set is switched off, too; after a single failure the set goes on.
+  // A permanently broken disk also fails when the set is switched off. After a single failure the set continues.
   const bool hitsClose = fault.nth > course.accesses.at(fault.access);
   if (!television || fault.lasts || hitsClose) {
     television.reset();
@@ -152,7 +152,7 @@ void Loop::judge(const Course& course, const Outcome& outcome, const std::string
   }
 }
 
-/// What was acknowledged is there; what was not is there up to one of its writes.
+/// Requires that acknowledged content is stored. Of an unacknowledged step, the writes up to any point may be stored.
 void Loop::judgeContent(const Course& course, Content content, const char* when, const std::string& where) {
   const std::size_t hasLater = content.erase(laterKey);
   content.erase(probeKey);

@@ -42,7 +42,7 @@ bool toss(std::mt19937& random) {
   return (random() & 1) != 0;
 }
 
-/// Some sectors of a write reach the disk, others do not.
+/// Applies some sectors of a write, and leaves out others.
 void tear(const Change& write, Content& content, std::mt19937& random) {
   for (std::size_t at = 0; at < write.bytes.size();) {
     const std::size_t end = std::min(write.bytes.size(), at + sector - (write.position + at) % sector);
@@ -51,7 +51,8 @@ void tear(const Change& write, Content& content, std::mt19937& random) {
   }
 }
 
-/// Files are made, cut and removed in order, up to some moment; writes before it reach the disk as it pleases.
+/// Applies the creation, truncation and removal of files in order, up to some moment, and any subset of the writes
+/// before it.
 void carryOutSome(const std::vector<Change>& changes, Content& content, std::mt19937& random) {
   const std::size_t end = random() % (changes.size() + 1);
   for (std::size_t at = 0; at < end; ++at) {
@@ -83,7 +84,7 @@ void PowerLoss::apply(const Change& change) {
   if (isNew) syncRemovals();
 }
 
-/// With a file that is new its directory is synced, which is where removals stand.
+/// Syncing a new file also syncs its directory, and so earlier removals.
 void PowerLoss::syncRemovals() {
   for (auto& [name, file] : files_) {
     const auto last = std::find_if(file.pending.rbegin(), file.pending.rend(), isRemoval);

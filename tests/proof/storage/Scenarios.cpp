@@ -74,7 +74,7 @@ Lines importsOfAllKinds(const fs::path& directory) {
   return lines;
 }
 
-/// The disk after lines that a fresh set has been told. @param killed  the set is not switched off before.
+/// The disk after a fresh set has run some lines. @param killed  true if the set was not switched off properly.
 Image after(const fs::path& directory, const Lines& lines, bool killed = false) {
   Disk& disk = Disk::instance();
   disk.insert({});
@@ -87,7 +87,7 @@ Image after(const fs::path& directory, const Lines& lines, bool killed = false) 
   return killed ? image : disk.image();
 }
 
-/// The disk with a set's database of the first version, which had settings keys only, and a key in it.
+/// The disk with a database of the first version, which stored only settings keys, and one key.
 Image ofFirstVersion(const fs::path& directory) {
   Disk& disk = Disk::instance();
   disk.insert({});
@@ -98,7 +98,7 @@ Image ofFirstVersion(const fs::path& directory) {
   return disk.image();
 }
 
-/// Settings writes that make SQLite's log grow to where the next ones are brought into the database.
+/// Settings writes that make SQLite's log so long that the next write triggers a checkpoint.
 Lines writesUpToACheckpoint() {
   Lines lines;
   for (int number = 0; number < 494; ++number) {
@@ -130,8 +130,8 @@ std::vector<Scenario> makeScenarios(const fs::path& directory) {
       {".vconf unset db/emp/mainsource", 1},
       {"SetChannel 2 0", 1},
       {"SetSource 31 0", 3},         // the source and two keys
-      {"SetSource 48 0", 4},         // those, and that the other stack shows it
-      {"SetSourceAndTune 31 2", 3},  // as of SetSource
+      {"SetSource 48 0", 4},         // these, and the state of the secondary stack
+      {"SetSourceAndTune 31 2", 3},  // as for SetSource
       {"SetPreviousSource", 0},
       {"SetTVMode 2", 1},
       {"UpdateFavorites 1152959734176350309 0 12", 1},

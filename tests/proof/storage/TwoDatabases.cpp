@@ -17,13 +17,13 @@ namespace virtualtv::proof {
 
 namespace {
 
-/// What a key of a database may hold: what was acknowledged last, or what was tried since.
+/// The values that a key of a database may hold: the last acknowledged one, or one tried since.
 struct Ledger {
   std::string name;
   std::vector<int> may{0};
 };
 
-/// Numbers by turns to two databases, with the fault in between. @return what each may hold then.
+/// Writes numbers alternately to two databases, with the fault in between. @return what each may hold afterwards.
 std::vector<Ledger> writeBoth(const std::filesystem::path& directory, Findings& findings, const std::string& where) {
   const Schema schema(&settingsTables, 1);
   std::vector<Ledger> ledgers{{(directory / "one.db").string()}, {(directory / "two.db").string()}};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes the disk under a set fail and cuts its power, and looks whether anything is lost.
+// Makes the disk under a set fail and cuts its power, and checks that nothing is lost.
 #include <CLI/CLI.hpp>
 
 #include <exception>

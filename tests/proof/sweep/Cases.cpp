@@ -50,7 +50,7 @@ std::string lineOf(const engine::Call& call) {
   return line;
 }
 
-/// Forms that the table of commands does not have.
+/// Inputs that are not in the command table.
 const std::vector<std::string> more{
     ".reopen",
     "+ SetScreenCropRect 10 20 300 200 0 0 480 270 1",
@@ -87,7 +87,7 @@ const std::vector<std::string> more{
     "SetScreenRect 0 0 0 0",
 };
 
-/// No factory makes anything while the engine is opened.
+/// Faults that make every factory fail while the engine is opened.
 std::vector<std::string> unconnected() {
   std::vector<std::string> lines;
   lines.reserve(engine::factories.size() + 2);

@@ -33,7 +33,7 @@ bool areSame(const model::Engine& a, const model::Engine& b) {
          std::equal(a.found.begin(), a.found.end(), b.found.begin(), b.found.end(), isSame);
 }
 
-/// Which call of its operation a call is, counted from 1.
+/// The number of a call among the calls of its operation, counted from 1.
 std::uint64_t rank(const std::vector<Call>& calls, std::size_t position) {
   std::uint64_t rank = 0;
   for (std::size_t at = 0; at <= position; ++at) {
@@ -42,14 +42,15 @@ std::uint64_t rank(const std::vector<Call>& calls, std::size_t position) {
   return rank;
 }
 
-/// In which order keys are written: by a switch of sources in each window, and when an engine is opened.
+/// The possible orders of key writes: for a source switch in each window, and for the opening of an engine.
 const std::vector<std::vector<std::string>> orders{
     {"db/emp/previousmainsource", "db/kel/current_source_type", "db/emp/mainsource"},
     {"db/emp/previouspipsource"},
     {"db/emp/mainsource", "db/emp/previousmainsource", "db/emp/pipsource"},
 };
 
-/// A command writes keys in one of the orders, and nothing behind a write that failed.
+/// Checks that a command writes keys in one of the orders, and none after a failed write. @return the misplaced write;
+/// empty when there is none.
 std::string misplacedWrite(const std::vector<Call>& calls) {
   std::vector<std::string> keys;
   bool failed = false;
@@ -112,7 +113,7 @@ void Sweep::command(const Context& context, const std::string& line, Pairs pairs
   }
 }
 
-/// The second fault hits a call that really follows the first.
+/// The second fault must hit a call that follows the first one.
 void Sweep::sweepPairs(std::size_t position, const std::string& first, const Calls& calls, Pairs pairs) {
   for (std::size_t next = position + 1; next < calls.size(); ++next) {
     const Operation& operation = *calls[next].operation;
@@ -143,7 +144,7 @@ Sweep::Calls Sweep::inject(const Faults& faults) {
   return calls;
 }
 
-/// The model goes on from what it made of it, so both start anew.
+/// After a deviation the model's state is wrong, so both start again.
 void Sweep::note(const Faults& faults, const std::string& details) {
   ++figures_.deviations;
   if (reports_.size() < mostReports_) {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes every call of every command to the set fail, in every way that it can, and holds what comes of it against the
-// model.
+// Makes every call of every command to the set fail in every possible way, and compares the effects with the model.
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>

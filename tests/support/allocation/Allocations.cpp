@@ -75,7 +75,7 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return support::allocate(size);
 }
-// The library asks this way for room that it can do without, and gives it back like any other.
+// The library uses this form for optional memory, and frees it like any other memory.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return support::fails(support::Allocator::cpp, size, true) ? nullptr : support::memoryOf(size);
 }

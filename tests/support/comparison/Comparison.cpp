@@ -24,7 +24,7 @@ using model::Set;
 using model::Words;
 using virtualtv::framework::LogLine;
 
-/// Whether a line is about what services have beside their fields.
+/// True for a line that changes more of services than their fields.
 bool changesServices(const std::string& line) {
   if (line.starts_with("UpdateFavorites")) return true;
   if (!line.starts_with(".set service.")) return false;
@@ -56,13 +56,13 @@ class Pair::Plugin {
  public:
   virtualtv::device::Device& device() { return television_.device; }
 
-  /// As on the first day.
+  /// Returns to the initial state.
   void reset() {
     device().reset();
     client_.forget();
   }
 
-  /// @return what the engine answered, nothing where the line is none for an engine.
+  /// @return the engine's answer; nothing for a line that is not for an engine.
   std::optional<Answer> run(const Words& words) {
     if (words.at(0).front() == '.') {
       speakToSet(words);
@@ -102,7 +102,7 @@ Pair::Pair() : plugin_(std::make_unique<Plugin>()), first_(copyOf(tv())) {
   recorded_ = plugin_->device().subscribe({.calls = true});
 }
 
-/// The plug-in logs while it ends, when the lines kept are gone already.
+/// The plug-in still logs during its destruction, after the kept lines are gone.
 Pair::~Pair() {
   keepLog(false);
 }
@@ -185,7 +185,7 @@ std::string Pair::compareKept(Depth depth) {
   return depth == Depth::services ? details + compareServices() : details;
 }
 
-/// Fields are left to those who ask for them.
+/// Compares the services except their fields, which knob lines compare.
 std::string Pair::compareServices() {
   std::string details;
   for (const auto& [key, expected] : world_.set.services) {

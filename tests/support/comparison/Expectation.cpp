@@ -17,7 +17,7 @@ namespace {
 
 using virtualtv::Tv;
 
-/// What can be asked for, by the line that asks, and what that prints.
+/// Lines that ask for values, each with its expected output.
 using Answers = std::map<std::string, std::string>;
 
 void addKnob(Answers& answers, Tv& tv, const std::string& name) {
@@ -51,7 +51,7 @@ void turnToModel(Tv& tv, const model::Set& set, const Parts& parts) {
   }
 }
 
-/// What knobs are asked for, and answer by the model.
+/// The knob lines to run, and their expected output according to the model.
 std::string knobLines(Pair& pair, const Parts& parts, bool asksAll) {
   const model::Set& set = pair.world().set;
   const Answers actual = answersOf(pair.tv(), set, parts);

@@ -12,8 +12,8 @@ namespace {
 using Data = TCServiceData;
 using Words = std::vector<std::string>;
 
-/// Pieces in one text. What makes them runs from the left to the right, by the braces around them, with every compiler;
-/// between plus signs it may not, and a seed would make another script.
+/// Joins pieces to one text. In a braced list all compilers evaluate them from left to right. Between plus signs the
+/// order is unspecified, so the same seed could give different scripts.
 std::string join(const Words& pieces) {
   std::string text;
   for (const std::string& piece : pieces) text += piece;
@@ -29,10 +29,10 @@ class Author {
   std::size_t below(std::size_t limit) { return random_() % limit; }
   bool oneIn(std::size_t parts) { return below(parts) == 0; }
 
-  /// A line and what goes well behind it.
+  /// A random line, followed by lines that fit it.
   Script lines() { return followed(line()); }
 
-  /// Calls that fail, and commands that may make them.
+  /// Faults, and commands that may hit them.
   Script failing() {
     Script script;
     for (std::size_t faults = 1 + below(5); faults > 0; --faults) script.push_back(fault());
@@ -60,7 +60,7 @@ class Author {
     return engines();
   }
 
-  /// Mostly of a call that many commands make.
+  /// A fault, mostly for an operation that many commands call.
   std::string fault() {
     const auto& all = virtualtv::seam::operations;
     const auto& common = commonOperations();
@@ -74,7 +74,7 @@ class Author {
   std::string number(std::size_t limit) { return std::to_string(below(limit)); }
   std::string oneOf(const Words& words) { return words[below(words.size())]; }
 
-  // Behind a line.
+  // Following lines.
 
   Script followed(const std::string& first) {
     Script script = following(first);
@@ -82,7 +82,7 @@ class Author {
     return script;
   }
 
-  /// Lines about what the first one brought, of which few would hit it if they came by chance.
+  /// Lines about the subject of the first one; random lines would rarely meet the same subject.
   Script following(const std::string& first) {
     if (first.starts_with("FindChannel")) return {askFound(), askFound(), askFound()};
     if (first.starts_with("SetSource 48")) return followed(".set " + ispTracks());
@@ -108,10 +108,10 @@ class Author {
 
   std::string seek() { return oneOf({"", "0", "2", "6", "7", "8", "9", "101", "-1", "x"}); }
 
-  /// Mostly one of a few, so that lines of a script meet on the same service.
+  /// Mostly one of few services, so that lines of a script often concern the same one.
   std::string service() { return oneIn(3) ? oneOf(keys_) : keys_[below(4)]; }
 
-  /// A number of some service, now and then one that none has.
+  /// The number of a random service, sometimes one that no service has.
   std::string fieldOfSome(int field) {
     if (oneIn(8)) return oneOf({"-1", "0", "7", "65535", "70000", "x"});
     const model::Service& service = set_.services.at(std::stoll(this->service().substr(1)));
@@ -220,7 +220,7 @@ class Author {
     }
   }
 
-  /// Of the transponder of a service, most of the time.
+  /// A description of a satellite service, mostly of an existing service.
   std::string description() {
     static const Words broken{"", " {}", "{", "{}", "{\"TYPE\": \"x\"}", "{\"SatelliteId\": [1]}", "[]"};
     if (oneIn(4)) return oneOf(broken);
@@ -235,7 +235,7 @@ class Author {
 
   // Pictures.
 
-  /// A side of a rectangle, mostly a usual one.
+  /// The length of a side of a rectangle, mostly a usual one.
   std::string side() {
     static const Words odd{"-2147483648", "2147483647", "1073741824", "99999999999", "-5", "0", "0", "", "x"};
     return oneIn(8) ? "'" + oneOf(odd) + "'" : number(oneIn(3) ? 2000 : 60);
@@ -302,7 +302,7 @@ class Author {
     }
   }
 
-  /// A field of a service's picture and its value.
+  /// A picture field of a service, and a value.
   std::string pictureField() {
     static const Words lengths{"720", "576", "1", "0", "-1", "2147483647", "2147483648", "4294967297", "unset"};
     switch (below(4)) {
@@ -344,7 +344,7 @@ class Author {
     return oneIn(5) ? oneOf(odd) : number(3);
   }
 
-  /// The front of a track, and what stands behind its language unless that is left out.
+  /// A track: PID and language, and then `rest` unless that is left out.
   std::string track(const std::string& rest) {
     std::string text = join({oneIn(3) ? "!" : "", pid()});
     if (oneIn(6)) return text;
@@ -359,7 +359,7 @@ class Author {
 
   std::string subtitle(const Words& kinds) { return track(oneOf(kinds)); }
 
-  /// Up to three pieces, as knobs take them.
+  /// Up to three pieces, in the form of knob values.
   template <typename Piece>
   std::string list(Piece piece) {
     std::string text;
@@ -374,7 +374,7 @@ class Author {
                  oneOf({"0", "1", "2", "9", "10", "12", "127", "128", "255", "256", "300", "-1", "-129", "x"})});
   }
 
-  /// Groups that stand once each.
+  /// Favourite groups without duplicates.
   std::string groups() {
     std::string text;
     for (const char* const group : {"0", "1", "2", "12", "20", "128", "255"}) {

@@ -19,13 +19,13 @@ using virtualtv::seam::Output;
 using virtualtv::text::Range;
 using Words = std::vector<std::string>;
 
-/// Results of any operation; those that it can't answer are left out.
+/// Results for any operation; results that an operation can't return are left out.
 const Words results{"result=throw", "result=0", "result=-1",   "result=-2147483648", "result=1",
                     "result=2",     "result=7", "result=null", "result=unwritten"};
 
 const Words texts{"result=", "result=isp-service", "result=isp-service ", "result=\xff\xfe\x80", "result=a\"b\\c"};
 
-/// Numbers of a list's length are taken as they are, so they stay small.
+/// The plug-in trusts the reported length of a list, so these numbers stay small.
 bool isLength(const Output& output) {
   return output.name == "size" || output.name == "count" || output.name == "subtitles" || output.name == "teletext" ||
          output.name == "teletextSubtitles";
@@ -48,8 +48,8 @@ Words numbers(const Output& output) {
   return values;
 }
 
-/// A name beyond every buffer, one that is no text, attached texts that are broken, too deep and no object, the least
-/// and the greatest numbers of fields, and nothing.
+/// A name longer than every buffer; a name that is not a text; attached texts that are broken, too deep, or not an
+/// object; the smallest and the greatest numbers of fields; and an empty record.
 Words records() {
   return {"{}",
           "{12=282}",

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Listens to the log in the tests of the plug-in. When the environment variable EMP_WINDOW_LOG_CONTRACT names a folder,
-// each message that is printed goes to a file of the process there, once, as a line of the log contract: format with C
-// escapes, level, operation, with tabs between.
+// Listens to the log in the tests of the plug-in. If the environment variable EMP_WINDOW_LOG_CONTRACT names a folder,
+// each process writes its log messages to a file there, each message once, as a line of the log contract: format with C
+// escapes, level and operation, separated by tabs.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -42,12 +42,12 @@ std::string escaped(const std::string& text) {
 }
 
 std::string contractLine(const LogLine& line) {
-  const bool fixedText = line.message.format() == "%s";  // it came out of a table of texts
+  const bool fixedText = line.message.format() == "%s";  // the text came from a table
   return escaped(fixedText ? line.message.text() : line.message.format()) + "\t" + std::to_string(line.level) + "\t" +
          line.function.str();
 }
 
-/// Writes a message at once, as a process may be killed any time.
+/// Writes a message at once, since a process may be killed at any time.
 void note(const std::filesystem::path& folder, const LogLine& line) {
   static std::set<std::string> known;
   const auto [added, isNew] = known.insert(contractLine(line));

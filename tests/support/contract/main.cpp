@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Holds what the plug-in's tests print against the log contract: log_contract CONTRACT FOLDER PROGRAM...
+// Compares the messages that the plug-in's tests log with the log contract: log_contract CONTRACT FOLDER PROGRAM...
 //
-// Runs the test programs with FOLDER, emptied before, as the place for the messages that they see. Every line of the
-// contract must have been printed, and nothing but them.
+// Empties FOLDER, and runs the test programs, which write their messages there. Every line of the contract must have
+// been logged, and no other message.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -52,7 +52,7 @@ std::set<std::string> printed(const fs::path& folder) {
   return lines;
 }
 
-/// Names the lines that one has and the other has not, and how many they are. @return true when there are none.
+/// Prints the lines that are in one set only, and their number. @return true when there are none.
 bool report(const std::string& what, const std::set<std::string>& of, const std::set<std::string>& without) {
   Lines lines;
   std::set_difference(of.begin(), of.end(), without.begin(), without.end(), std::back_inserter(lines));

@@ -9,7 +9,7 @@ namespace model {
 
 namespace {
 
-/// The interface that is made once for all.
+/// The only interface that is shared by all callers.
 constexpr Interface satellite{"set", 1};
 
 Interface handOut(Calls& calls, const Operation& factory, std::optional<int> profile) {

@@ -8,7 +8,7 @@ namespace model {
 
 namespace {
 
-/// @param margin  stands before the closing brace.
+/// @param margin  written before the closing brace.
 std::string objectOf(const Members& members, const std::string& margin) {
   std::string text;
   for (const auto& [name, value] : members) {

@@ -11,7 +11,7 @@ namespace {
 
 using Pair = std::pair<int, int>;
 
-// PL, then TC. The first pair that fits counts, in both directions.
+// Pairs of PL and TC. In both directions the first matching pair counts.
 constexpr std::array sources{
     Pair{0, 0},   Pair{1, -1},  Pair{2, -1},  Pair{3, -1},  Pair{4, -1},   Pair{5, -1},  Pair{6, -1},  Pair{7, -1},
     Pair{11, -1}, Pair{12, -1}, Pair{13, -1}, Pair{14, -1}, Pair{15, 1},   Pair{16, 2},  Pair{17, 3},  Pair{19, 4},
@@ -44,7 +44,7 @@ bool isOneOf(const std::array<int, size>& values, int value) {
   return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-constexpr int special = 21;  // a service mode with numbers of its own on every antenna
+constexpr int special = 21;  // a service mode with its own number on every antenna
 
 }  // namespace
 

@@ -15,7 +15,7 @@ using virtualtv::Shape;
 
 constexpr std::int64_t mostInt = std::numeric_limits<int>::max();
 
-/// What a service brings, by its channel type.
+/// The content of a service, by its channel type.
 enum class Brings { analogueTelevision, soundOrData, television };
 
 Brings broughtBy(const Service& service) {
@@ -35,7 +35,7 @@ Brings broughtBy(const Service& service) {
   }
 }
 
-/// A field that takes the place of a usual length. @return false when no picture is that long.
+/// Replaces a default length by a field of the service. @return false when no picture can have that length.
 bool measure(const Service& service, int field, int& length) {
   const auto held = number(service, field);
   if (!held) return true;
@@ -65,10 +65,10 @@ bool isEmpty(const Rect& rect) {
   return rect.width <= 0 || rect.height <= 0;
 }
 
-/// A width to a height.
+/// The ratio of width to height.
 using Ratio = std::pair<std::int64_t, std::int64_t>;
 
-/// The largest rectangle of a ratio within another one, in its middle; parts of pixels are cut off.
+/// The largest rectangle of a ratio within another one, centred; fractions of pixels are truncated.
 Rect within(const Rect& outer, Ratio ratio) {
   const std::int64_t width = std::min<std::int64_t>(outer.width, outer.height * ratio.first / ratio.second);
   const std::int64_t height = std::min<std::int64_t>(outer.height, outer.width * ratio.second / ratio.first);

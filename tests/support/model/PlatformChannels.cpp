@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Services and what windows show of them, as a plug-in reaches them.
+// The platform's operations on services and on what windows show.
 #include "support/model/Platform.h"
 
 namespace model {
@@ -9,7 +9,7 @@ namespace {
 using Data = TCServiceData;
 using Step = TCCriteriaHelper::Step;
 
-constexpr int noNumber = 0;  // the unnamed arguments
+constexpr int noNumber = 0;  // value of the unnamed arguments
 const TSTvMode anyMode(ANTENNA_NONE, SERVICE_MODE_NONE);
 
 /// Units as records hold them.
@@ -19,7 +19,7 @@ std::vector<unsigned short> bigEndian(const std::u16string& text) {
   return units;
 }
 
-/// The fields of a service that criteria ask for. @return false when there is no such service.
+/// Fetches the fields of a service that the criteria request. @return false when there is no such service.
 bool fetch(const Set& set, ServiceKey key, const TCCriteriaHelper& criteria, TCServiceData& record) {
   const Service* const service = at(set, key);
   if (service == nullptr) return false;
@@ -35,7 +35,7 @@ bool fetch(const Set& set, ServiceKey key, const TCCriteriaHelper& criteria, TCS
   return true;
 }
 
-/// Criteria are ordered by the service's id or not at all.
+/// Criteria order by service id or not at all.
 bool isOrdered(const TCCriteriaHelper& criteria) {
   for (const Step& step : criteria.Steps()) {
     if (step.kind == Step::ORDER_BY) return true;
@@ -161,7 +161,7 @@ int Platform::getSignalStrength(Interface tuner, unsigned char& strength) const 
               });
 }
 
-/// A transponder's number is the physical channel of the services on it.
+/// The id of a transponder is the physical channel of its services.
 int Platform::lookupTransponder(Interface satellite, const TSTransponder& transponder, unsigned short& result) const {
   return call(calls, op("ISatellite::LookupTransponder"), satellite,
               args(in("transponder", transponder), out("result", result)), [&] {

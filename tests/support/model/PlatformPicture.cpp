@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Planes and pictures, as a plug-in reaches them.
+// The platform's operations on planes and pictures.
 #include "support/model/Picture.h"
 #include "support/model/Platform.h"
 

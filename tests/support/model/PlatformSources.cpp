@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Settings keys, facts of the set, and inputs, as a plug-in reaches them.
+// The platform's operations on settings keys, system information and inputs.
 #include "support/model/Platform.h"
 
 namespace model {
@@ -13,7 +13,7 @@ virtualtv::WindowState& windowBehind(const Platform& tv, Interface interface) {
   return tv.set.state[windowOf(interface)];
 }
 
-/// A window without a source has none to tell.
+/// Fails for a window without a source.
 int tell(int source, int& told) {
   if (source < 0) return 0;
   told = source;

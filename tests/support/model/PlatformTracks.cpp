@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Tracks and favourites of services, and the secondary stack's manager, as a plug-in reaches them. The manager tells
-// nothing while its stack does not show the ISP source.
+// The platform's operations on tracks and favourites, and the manager of the secondary stack. While the stack does not
+// show the ISP source, the manager reports nothing.
 #include <algorithm>
 #include <limits>
 
@@ -19,8 +19,8 @@ const virtualtv::SecondaryStack& stackOf(const Platform& tv) {
   return tv.set.state.isp;
 }
 
-/// Makes a call of the manager, which fails while its stack does not show the ISP source. @param body  answers whether
-/// it went well.
+/// Makes a call of the manager, which fails while its stack does not show the ISP source. @param body  returns whether
+/// it succeeded.
 template <typename Values, typename Body>
 int callManager(const Platform& tv, const Operation& operation, const Values& values, Body body) {
   return call(tv.calls, operation, manager, values, [&] { return stackOf(tv).shown && body() ? good : bad; });

@@ -17,7 +17,7 @@ void fetchAll(TCCriteriaHelper& criteria, std::initializer_list<int> fields) {
   for (const int field : fields) criteria.Fetch(field);
 }
 
-/// The service mode that goes with an antenna; -1 when it can't be told.
+/// The default service mode of an antenna; -1 when it is unknown.
 int defaultServiceMode(const Command& command) {
   return attempt(-1, [&] {
     int region = 0;
@@ -88,14 +88,14 @@ const std::map<std::string, int> numberFields{
     {"TransportStreamID", Data::TRANSPORT_STREAM_ID},
 };
 
-/// The start channel's numbers are read as they are, those of others as 16 bits.
+/// Reads a number of a channel: of the start channel unchanged, of other channels as 16 bits.
 Reply numberOf(const Command& command, const TCServiceData& channel, int field) {
   if (command.name.starts_with("GetStartChannel")) return fieldOf<int>(channel, field);
   return int{fieldOf<unsigned short>(channel, field)};
 }
 
-/// As much of a name as a reply takes: it ends at a surrogate, since names are of single units, at a terminator, and
-/// after as many units as fit beside the byte order mark.
+/// The part of a name that a reply holds. It ends before a surrogate, since names consist of single units, at a
+/// terminator, and where the buffer with the byte order mark is full.
 std::u16string replied(const std::u16string& name) {
   constexpr std::size_t room = 512 / 2 - 1;
   std::size_t length = 0;
@@ -228,7 +228,7 @@ Reply idAtIndex(const Command& command) {
   return std::to_string(idOf(*channel));
 }
 
-/// A type from 1 to 9 is looked for, the last of them on the window's antenna only, if that can be told.
+/// Adds the condition for a type from 1 to 9; for 9, also the condition for the window's antenna, if that is known.
 void addType(const Command& command, int type, TCCriteriaHelper& criteria) {
   constexpr int tied = 9;
   if (type < 1 || type > 9) return;

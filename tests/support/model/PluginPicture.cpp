@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The plug-in's pictures: where they stand, what part of them is shown, hiding them, their resolution. Applications
-// place them in a space of 960 x 540, of which the base screen is twice the size.
+// The plug-in's operations on pictures: place, crop, hiding, resolution. Applications use a space of 960 x 540; the
+// base screen is twice that size.
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -21,7 +21,7 @@ int toBase(int length) {
   return static_cast<int>(std::clamp(std::int64_t{length} * 2, least, most));
 }
 
-/// Half of it and another half pixel, without what is behind the point.
+/// Rounds as the plug-in does: half the length plus half a pixel, truncated.
 int toPlugin(int length) {
   return static_cast<int>((std::int64_t{length} + 1) / 2);
 }
@@ -36,7 +36,7 @@ std::string textOf(const TSRectInfo& info) {
   return textOf(Sides{info.x, info.y, info.width, info.height});
 }
 
-/// As much of a rectangle's text as an application gets.
+/// The part of a rectangle's text that an application receives.
 std::string replyOf(const Sides& rect) {
   return textOf(rect).substr(0, 39);
 }
@@ -50,8 +50,8 @@ TSRectInfo infoOf(const Sides& rect) {
   return info;
 }
 
-/// The rectangle that a crop without one of its own is shown in: the plane's, in the applications' space, but with
-/// width and height in each other's place; an empty one where it is not to be had at all. Nothing when it is not told.
+/// The display rectangle of a crop that specifies none: the plane's rectangle in the applications' space, with width
+/// and height swapped. Empty if it can't be read at all; nothing if the set fails to report it.
 std::optional<Sides> turnedPlaceOf(const Command& command) {
   Sides rect{};
   if (!needVideo(command) || !currentSource(command)) return rect;
@@ -69,7 +69,7 @@ Reply cropTo(const Command& command, const Sides& part, const Sides& display) {
   });
 }
 
-/// The sides from a parameter on; nothing when one of them is no number.
+/// Reads four sides, starting at a parameter; nothing when one of them is not a number.
 std::optional<Sides> sidesFrom(const Command& command, std::size_t parameter) {
   Sides sides{};
   for (int& side : sides) {
@@ -87,7 +87,7 @@ std::string sizeText(unsigned width, unsigned height, unsigned rate, unsigned li
                    {"vertical", std::to_string(height)}});
 }
 
-/// What the secondary stack knows of its picture.
+/// The document about the picture of the secondary stack.
 std::string ispDetail(const Command& command) {
   return attempt(sizeText(0, 0, 0, 0), [&] {
     unsigned width = 0;
@@ -97,7 +97,7 @@ std::string ispDetail(const Command& command) {
   });
 }
 
-/// The code and the size of the picture; nothing when they are not told.
+/// The code and the size of the picture; nothing when the set fails to report them.
 std::optional<std::pair<int, TSResolution>> resolutionOf(const Command& command) {
   using Told = std::optional<std::pair<int, TSResolution>>;
   if (!needAv(command)) return std::nullopt;
@@ -122,7 +122,7 @@ Reply setScreenRect(const Command& command) {
   });
 }
 
-/// A failure of 0 is answered as text.
+/// A failure of 0 is answered as a text.
 Reply getScreenRect(const Command& command) {
   if (!needVideo(command) || !currentSource(command)) return std::string();
   return attempt(std::string(), [&] {
@@ -201,7 +201,7 @@ Reply setScreenZorder(const Command& command) {
                  [&] { return command.tv.setZOrder(command.engine.active.video, *order == 0 ? 0 : 2) < 0 ? -1 : 1; });
 }
 
-/// It takes no other success than 1.
+/// Only 1 counts as a success of the set here.
 Reply show(const Command& command) {
   const int type = command.decimal(0);
   if (!needAv(command) || type < 0 || type > 3) return -1;
@@ -209,7 +209,7 @@ Reply show(const Command& command) {
   return attempt(-1, [&] { return command.tv.muteVideo(command.engine.active.av, mute) == 1 ? 1 : -1; });
 }
 
-/// It takes any but 0.
+/// Any number except 0 counts as a success of the set here.
 Reply muteVideo(const Command& command) {
   const auto mute = command.number(0);
   if (!mute || !needAv(command)) return -1;

@@ -38,8 +38,8 @@ bool isLow(char16_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-/// As much of a name as fits into a report: it ends at a surrogate, since names are of single units, and at a
-/// terminator.
+/// The part of a name that a report holds. It ends before a surrogate, since names consist of single units, at a
+/// terminator, and where the buffer is full.
 std::string nameOf(const TCServiceData& channel) {
   constexpr std::size_t room = 514;
   std::string name;
@@ -52,7 +52,7 @@ std::string nameOf(const TCServiceData& channel) {
   return name;
 }
 
-/// The text attached to a service. An unpaired high surrogate takes the unit behind it along.
+/// The text attached to a service. An unpaired high surrogate also removes the unit after it.
 std::string attachedTo(const TCServiceData& channel) {
   const std::u16string units = textOf(channel, Data::SERVICE_FIELD_110);
   std::string text;
@@ -82,8 +82,8 @@ Json::Value identityOf(const TCServiceData& channel) {
   return root;
 }
 
-/// The channel-information document. What is attached to the service adds to it and replaces; nothing is told of one
-/// that is no object.
+/// The channel-information document. Members of the attached object are added, and overwrite existing ones. There is no
+/// document if the attached JSON is not an object.
 std::string reportOf(const TCServiceData& channel) {
   Json::Value root = identityOf(channel);
   root["serviceid"] = root["serviceId"];
@@ -125,7 +125,7 @@ Json::Value elementOf(const TCServiceData& channel) {
   return element;
 }
 
-/// Empty when the services can't be had.
+/// All channels; empty when the set fails to report them.
 std::vector<TCServiceData> allChannels(const Command& command) {
   TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
   TCCriteriaHelper criteria;

@@ -21,7 +21,7 @@ bool seeksPrevious(int seek) {
   return seek == 6 || seek == 8 || seek == 9;
 }
 
-/// A source of the TV service as web applications count; 0 is the TV, all else that has no number of its own is
+/// Converts a source of the TV service to the number for applications; 0 is the TV. Sources without a number are
 /// refused.
 std::optional<int> plOf(int tc) {
   const int pl = sourceToPl(tc);
@@ -29,7 +29,7 @@ std::optional<int> plOf(int tc) {
   return std::nullopt;
 }
 
-/// The source that the TV service tells for a window.
+/// The source that the TV service reports for a window.
 std::optional<int> toldSource(const Command& command) {
   int source = untold;
   if (command.tv.getCurrentSourceInfo(command.engine.active.source, source) < 1) return std::nullopt;
@@ -42,8 +42,8 @@ std::optional<int> askCurrentSource(const Command& command) {
   return answered == 1 && state != untold ? toldSource(command) : noSource;
 }
 
-/// What the settings tell of the source before; nothing when they don't, or an exception left the call.
-/// @param source  what it is if they say that they tell it, and don't.
+/// The previous source as stored in the settings; nothing when reading fails or throws.
+/// @param source  the value if the read reports success without writing one.
 std::optional<int> recordedBefore(const Command& command, int source = 0) {
   return attempt(std::optional<int>(), [&] {
     const bool read = command.tv.getInt(command.engine.previousKey, source) == 0;
@@ -51,7 +51,7 @@ std::optional<int> recordedBefore(const Command& command, int source = 0) {
   });
 }
 
-/// Tells the middleware what the main window shows; there is no telling it of picture-in-picture.
+/// Notifies the middleware of the main window's source; for picture-in-picture that always fails.
 bool tellMiddleware(const Command& command, int source) {
   if (command.engine.sourceKey != mainKey) return false;
   return attempt(false, [&] {
@@ -64,7 +64,7 @@ bool isWritten(const Command& command, const std::string& key, int source) {
   return command.tv.setInt(key, source) == 0;
 }
 
-/// The window already shows the source: nothing is switched, keys that disagree are repaired.
+/// Handles a source that the window already shows: nothing is switched, but keys that differ are corrected.
 bool confirm(const Command& command, int source) {
   if (source == noSource && command.tv.deactivateSource(command.engine.active.source) < 1) return false;
   int stored = 0;
@@ -72,7 +72,7 @@ bool confirm(const Command& command, int source) {
   return record(command, source, stored);
 }
 
-/// The id of the first service of a major number that has one.
+/// The id of the first service with a major number that has an id.
 std::optional<std::uint64_t> serviceOfMajor(const Command& command, int major) {
   const Interface navigation = command.engine.active.navigation;
   if (!navigation) return std::nullopt;
@@ -105,7 +105,7 @@ bool leaveTvService(const Command& command, int source) {
   return command.tv.deactivateSource(command.engine.active.source) > 0;
 }
 
-/// The switch behind all commands. @param major  of the service to show, negative for none.
+/// Switches the source, for all commands. @param major  major number of the service to show; negative for none.
 bool switchTo(const Command& command, int source, int major) {
   if (!needSource(command)) return false;
   const auto current = currentSource(command);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The plug-in's audio tracks and subtitles, of the TV service or, while the platform notes that the ISP source is on
-// screen, of the secondary stack; and the favourite groups of services. The stacks' documents differ: codes have a sign
-// on the TV service only, which leaves a list without tracks out, and writes no document on failure.
+// The plug-in's operations on audio tracks, subtitles and favourite groups. While the platform's settings say that the
+// ISP source is on screen, tracks are those of the secondary stack. The documents of the stacks differ: only the TV
+// service has signed codes, omits an empty list, and writes no document on failure.
 #include "support/model/Documents.h"
 #include "support/model/Plugin.h"
 
@@ -14,23 +14,23 @@ std::string text(Number number) {
   return std::to_string(number);
 }
 
-/// As the secondary stack writes a code, which knows no sign.
+/// A code in the unsigned form of the secondary stack.
 std::string unsignedText(int number) {
   return std::to_string(static_cast<std::uint32_t>(number));
 }
 
-/// The elements of the tracks that can be read: that none of so many can is not the same as that there are none.
+/// The list of the readable tracks. A list with only unreadable tracks differs from a list without tracks.
 std::string listOf(const std::vector<Members>& elements, unsigned count) {
   return elements.empty() && count > 0 ? "null" : arrayOf(elements);
 }
 
-/// What an engine answers for a list: the text that was written, unless the ISP source has none.
+/// The engine's answer for a list: the written text, or the failure code if there is none for the ISP source.
 Reply listed(const Command& command, const std::string& written) {
   if (showsIsp(command) && written.empty()) return -1;
   return written;
 }
 
-/// What it answers for a document that is only written well.
+/// The engine's answer for a document that is written only on success.
 Reply written(const std::optional<std::string>& document) {
   return document ? Reply(*document) : Reply(-1);
 }
@@ -78,7 +78,7 @@ std::optional<std::string> currentAudio(const Command& command) {
   });
 }
 
-/// Selects the first track of a PID, where those that can't be read count as of PID 0.
+/// Selects the first track with a PID. Unreadable tracks count as PID 0.
 bool changeAudioByPid(const Command& command, int pid) {
   if (!needAux(command) || !needAv(command)) return false;
   const auto channel = currentChannel(command);
@@ -133,7 +133,7 @@ std::optional<std::string> ispCurrentAudio(const Command& command) {
   });
 }
 
-/// What a call of the manager that selects something comes to. A failure of 1 can't be told from a success.
+/// The result of a selecting call of the manager. A failure of 1 can't be distinguished from a success.
 template <typename Call>
 int selected(const Command& command, Call call) {
   return attempt(-1, [&] {
@@ -199,7 +199,7 @@ int currentSubtitle(const Command& command) {
   });
 }
 
-/// The stack writes into the answer itself.
+/// The stack writes directly into the answer.
 int ispCurrentSubtitle(const Command& command) {
   int lang = -1;
   attempt(-1, [&] { return command.tv.getInstance() ? command.tv.getCurrentSubtitle(lang) : -1; });
@@ -217,7 +217,7 @@ Reply getCurrentAudioInfo(const Command& command) {
   return written(showsIsp(command) ? ispCurrentAudio(command) : currentAudio(command));
 }
 
-/// PIDs are of 16 bits with a sign here.
+/// PIDs are signed 16-bit numbers here.
 Reply changeAudioPid(const Command& command) {
   const auto number = command.number(0);
   if (!number) return 0;
@@ -237,7 +237,7 @@ Reply setSourceVolume(const Command&) {
   return 0;
 }
 
-/// The TV service tells them while the window's TV mode is one of its own, whether or not the service is in its list.
+/// The TV service reports subtitles if the window has a valid TV mode, even if the service is not in that mode's list.
 Reply getSubtitleInfo(const Command& command) {
   const std::string written = showsIsp(command) ? ispSubtitleList(command) : subtitleList(command);
   return listed(command, written);
@@ -255,7 +255,7 @@ Reply changeSubtitle(const Command& command) {
   return attempt(-1, [&] { return command.tv.selectHybridSbt(command.engine.active.data, *index) > 0 ? 1 : -1; });
 }
 
-/// Keys are of one character: the later of two groups with the same first digit is told.
+/// Keys have one character: of several groups with the same first digit, the last one counts.
 Reply getFavorites(const Command& command) {
   if (command.parameters[0].empty() || !needService(command)) return -1;
   return attempt(Reply(-1), [&]() -> Reply {

@@ -11,14 +11,14 @@ namespace {
 
 using Data = TCServiceData;
 
-/// An empty id is no application's.
+/// An empty id means that there is no application.
 bool tuneDirectly(const Command& command, unsigned long long id, const std::string& appId) {
   const Interface navigation = command.engine.active.navigation;
   return navigation && command.tv.tuneService(navigation, id, appId) > 0;
 }
 
-/// On the TV source the window is tuned; from elsewhere it is switched to TV, which may fail unseen, and the answer is
-/// about the settings key.
+/// Tunes a window that shows the TV source. Otherwise switches it to TV; a failure of that switch goes unnoticed, and
+/// the answer depends on the settings key.
 bool tuneFor(const Command& command, unsigned long long id, const std::string& appId) {
   if (currentSource(command) == tvSource) return tuneDirectly(command, id, appId);
   command.tv.setSource(command.engine.active.source, tvSource, id, appId);
@@ -73,7 +73,7 @@ int lowHalf(int number) {
   return static_cast<std::uint16_t>(number);
 }
 
-/// What is read of a description before the satellite manager is asked for.
+/// The part of a description that is read before the satellite manager is requested.
 struct Wanted {
   int type, modulation, symbolRate, program, ptc, progNum, minor;
 };
@@ -165,7 +165,7 @@ Reply setChannelByServiceId(const Command& command) {
   return attempt(0, [&] { return tuneFor(command, command.identifier(0), application(command)) ? 1 : 0; });
 }
 
-/// The major number is looked for among the channel types, the channel type is looked for nowhere.
+/// The major number is compared with the channel type; the channel type parameter is not used.
 Reply setChannelDirect(const Command& command) {
   const auto ptc = command.number(0);
   const auto major = command.number(1);
@@ -191,13 +191,13 @@ Reply setChannelBySatellite(const Command& command) {
     try {
       Json::Value description;
       return parseJson(text, description) && *type == 0 ? tuneToDescribed(command, description) : 0;
-    } catch (const Json::Exception&) {  // it is too deep, or has a value of another kind
+    } catch (const Json::Exception&) {  // nested too deep, or a value of the wrong type
       return 0;
     }
   });
 }
 
-/// The tuner is the main window's, whichever the engine has selected.
+/// Uses the tuner of the main window, whichever window is selected.
 Reply getSignalStrength(const Command& command) {
   if (!needTuner(command)) return 0;
   return attempt(-1, [&] {

@@ -44,7 +44,7 @@ Proxies& ownProxies(const Command& command) {
   return isMain(command) ? command.engine.main : command.engine.pip;
 }
 
-/// Makes a window's own instance, unless it has one, the active one. @return whether there is one. @throws Thrown
+/// Activates a window's own instance, creating it if it is missing. @return whether there is one. @throws Thrown
 bool select(const Command& command, Interface Proxies::*proxy, const Operation& factory) {
   Interface& own = ownProxies(command).*proxy;
   if (!own) own = make(command.tv.calls, factory, profileOf(command));
@@ -52,7 +52,8 @@ bool select(const Command& command, Interface Proxies::*proxy, const Operation& 
   return bool(own);
 }
 
-/// That of picture-in-picture is made for the main window. One that can't be had is not missed, but for an exception.
+/// Activates the data control, which is created for the main window even for picture-in-picture. Failing to create it
+/// does not matter, except by an exception.
 bool selectData(const Command& command) {
   Interface& own = ownProxies(command).data;
   command.engine.active.data = own;
@@ -78,7 +79,7 @@ Engine open(const Platform& tv, const std::string& appId, const std::string& wid
   engine.main.av = tryToMake(tv, avFactory, mainProfile);
   engine.main.aux = tryToMake(tv, auxFactory, mainProfile);
   engine.active = engine.main;
-  engine.active.video = tryToMake(tv, videoFactory, mainProfile);  // not kept for the window, and so the data control
+  engine.active.video = tryToMake(tv, videoFactory, mainProfile);  // not stored for the window, like the data control
   engine.tuner = tryToMake(tv, tunerFactory, mainProfile);
   engine.active.data = tryToMake(tv, dataFactory, mainProfile);
   useKeys(engine, true);
@@ -88,12 +89,12 @@ Engine open(const Platform& tv, const std::string& appId, const std::string& wid
     engine.window = 0;
     seedSources({tv, engine, {}, {}});
   }
-  engine.appId = appId;  // these are told last
+  engine.appId = appId;  // the ids are set last
   engine.widgetId = widgetId;
   return engine;
 }
 
-/// Both the engine and the worker let go.
+/// Both the engine and the worker release the manager.
 void close(const Platform& tv) {
   for (int times = 0; times < 2; ++times) {
     attempt(false, [&] {

@@ -25,7 +25,7 @@ bool meetsAll(const Service& service, const Conditions& conditions) {
                      [&](const Condition& condition) { return meets(service, condition); });
 }
 
-/// Where a service stands in the list.
+/// The sort key of a service in the list.
 auto place(const Set& set, ServiceKey key) {
   const Service& service = set.services.at(key);
   return std::tuple(number(service, Data::MAJOR).value_or(absent), number(service, Data::MINOR).value_or(absent), key);
@@ -50,7 +50,7 @@ int stateOf(const virtualtv::Input& input) {
   return input.plugged ? virtualtv::SOURCE_STATE_SHOWN : virtualtv::SOURCE_STATE_NO_SIGNAL;
 }
 
-/// The platform's own note of what the main window shows.
+/// Records in the settings what the main window shows, as the platform does.
 void note(Set& set, const char* shown) {
   set.settings["db/boot/last_service"] = shown;
 }
@@ -109,7 +109,7 @@ std::optional<Conditions> listOf(virtualtv::TvMode mode) {
 
 ServiceKey best(const Set& set, WindowId window, const Conditions& conditions) {
   const virtualtv::TvMode mode = set.state[window].mode;
-  if (mode.antenna == -1 && mode.service == -1) return first(set, conditions);  // a mode that stands for any
+  if (mode.antenna == -1 && mode.service == -1) return first(set, conditions);  // this mode means any
   Conditions own = conditions;
   own.push_back(equals(Data::ANTENNA_MODE, mode.antenna));
   if (namesAnOperator(mode.service)) own.push_back(equals(virtualtv::SERVICE_MODE, mode.service));
@@ -201,7 +201,7 @@ std::optional<int> signalStrength(const Set& set, WindowId window) {
   const Service* const service = at(set, set.state[window].service);
   if (service == nullptr) return std::nullopt;
   const auto frequency = static_cast<int>(number(*service, Data::FREQUENCY).value_or(0));
-  const int unfaded = 140 + std::abs(frequency % 9973) % 100;  // as good as any spread of frequencies over 140 to 239
+  const int unfaded = 140 + std::abs(frequency % 9973) % 100;  // spreads frequencies over 140 to 239
   return std::clamp(unfaded - set.state.fade, 0, 255);
 }
 

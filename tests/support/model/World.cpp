@@ -81,7 +81,7 @@ const std::map<std::string, int> fields{
 
 const std::map<std::string, int> texts{{"name", Data::CHANNEL_NAME}, {"attached", Data::SERVICE_FIELD_110}};
 
-/// A text as it stands, or quoted.
+/// Reads a plain or a quoted text.
 std::u16string unitsOf(const std::string& value) {
   std::string_view rest = value;
   const auto quoted = virtualtv::text::parseQuoted(rest);

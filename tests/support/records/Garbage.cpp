@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// In a program that links this with the constructors below wrapped, records of the TV service come with garbage in
-// their members, as those of another library may. What the plug-in hands to the set must have been written by itself.
+// In a program that links this and wraps the constructors below, records of the TV service start with garbage in their
+// members, as those of a set's library may. So the plug-in must itself write everything that it passes to the set.
 #include <gtest/gtest.h>
 
 #include "tvservice/TVServiceTypes.h"

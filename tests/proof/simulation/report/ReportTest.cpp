@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is said of a failure of the simulation, on models that are spoilt on purpose.
+// Tests the report on a failure of the simulation, with deliberately wrong models.
 #include "proof/simulation/Report.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ struct First {
   std::optional<Failure> failure;
 };
 
-/// The report on a spoilt model.
+/// The report on a deliberately wrong model.
 Report reportOn(const Spoil& spoil) {
   Simulation simulation(spoil);
   return reportOf(simulation, First(simulation).failure.value());
@@ -65,7 +65,7 @@ TEST(SimulationReport, SaysThatATranscriptCantBeChecked) {
   EXPECT_TRUE(has(said, "not a text in UTF-8")) << said;
 }
 
-/// No knob tells the shape of what comes in.
+/// No knob shows the aspect ratio of an input's picture.
 TEST(SimulationReport, SaysThatADifferenceCantBeAskedFor) {
   const virtualtv::test::TemporaryDirectory folder;
   const Report report =

@@ -18,7 +18,7 @@ class DiskTest : public testing::Test {
  protected:
   DiskTest() { disk.insert({}); }
 
-  /// What the disk holds when the power goes now.
+  /// The content of the disk if the power fails now.
   Image afterPowerLoss(Rest rest, std::uint32_t seed = 1) const {
     PowerLoss power({});
     for (const Change& change : disk.changes()) power.apply(change);
@@ -42,7 +42,7 @@ TEST_F(DiskTest, HoldsWhatADatabaseKeeps) {
   EXPECT_EQ(SettingsStore(database).get("key"), Setting(5));
 }
 
-/// As SQLite's own way to a real disk does.
+/// SQLite's own access to a real disk behaves the same.
 TEST_F(DiskTest, FindsAFileWithoutContentOnlyWhenAskedForMore) {
   disk.insert({{"empty", ""}, {"full", "x"}});
   const auto answers = [&](const char* name, int question) {
