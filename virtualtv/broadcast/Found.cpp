@@ -19,7 +19,7 @@ namespace {
 using import::Entry;
 using import::ListBuilder;
 
-/// UTF-8 as the list reader reads it without a doubt.
+/// Prefixes a UTF-8 name with the byte that marks its encoding, so that the list reader need not guess.
 std::string marked(const std::string& name) {
   return name.empty() ? name : '\x15' + name;
 }
@@ -54,7 +54,7 @@ Entry entryOf(const FoundService& service, const std::string& name) {
   return entry;
 }
 
-/// A moment as clocks of the world tell it: 2026-11-23T20:15:00Z.
+/// A point in time in UTC, as in 2026-11-23T20:15:00Z.
 std::string momentOf(std::int64_t seconds) {
   const auto time = static_cast<std::time_t>(seconds);
   std::tm parts{};
@@ -72,7 +72,7 @@ Json::Value documentOf(const Event& event) {
   return json;
 }
 
-/// What the set has no fields for; empty where there is nothing of it.
+/// The data that has no field in the set, as JSON; empty when there is none.
 std::u16string attachedTo(const FoundService& service) {
   Json::Value json(Json::objectValue);
   if (!service.provider.empty()) json["provider"] = service.provider;
@@ -87,7 +87,7 @@ std::u16string attachedTo(const FoundService& service) {
 
 std::vector<Service> servicesOf(const Scan& scan) {
   std::vector<std::string> names;
-  names.reserve(scan.services.size());  // the list looks at them until it is finished
+  names.reserve(scan.services.size());  // no reallocation: the list holds views of them until it is finished
   std::uint64_t greatest = 0;
   for (const FoundService& service : scan.services) {
     names.push_back(marked(service.name));

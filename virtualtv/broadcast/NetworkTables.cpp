@@ -115,9 +115,9 @@ std::optional<Delivery> readDelivery(const Descriptor& descriptor) {
 using ChannelNumbers = std::map<int, ChannelNumber>;  ///< by program
 
 constexpr unsigned usualWidth = 10;   // bits of a number
-constexpr unsigned nordicWidth = 14;  // in the north of Europe
+constexpr unsigned nordicWidth = 14;  // in Nordic networks
 
-/// 0 is no number.
+/// A number of 0 means that the service has none.
 void readNumbers(Bits bits, unsigned width, ChannelNumbers& numbers) {
   while (bits.left() >= 4) {
     const int program = bits.number(16);
@@ -132,8 +132,8 @@ void readNumbers(Bits bits, unsigned width, ChannelNumbers& numbers) {
 /// Reads the lists for several regions or countries; only the first counts.
 void readFirstList(Bits bits, ChannelNumbers& numbers) {
   bits.skip(8);
-  bits.take(bits.get(8));  // its name
-  bits.skip(24);           // its country
+  bits.take(bits.get(8));  // the list's name
+  bits.skip(24);           // the list's country
   readNumbers(Bits(bits.take(bits.get(8))), usualWidth, numbers);
 }
 
@@ -154,7 +154,8 @@ NetworkStream readStream(Bits& bits, bool& isSound) {
     if (descriptor.tag == CHANNEL_LISTS && owner == nordic && listed.empty()) readFirstList(body, listed);
     if (!stream.delivery) stream.delivery = readDelivery(descriptor);
   });
-  // What is in the map stays: a number of a list counts before one of the simulcast, that before a plain one.
+  // `merge` keeps existing entries: a number of a list takes precedence over one of the simulcast, and that over a
+  // plain one.
   listed.merge(simulcast);
   listed.merge(stream.numbers);
   stream.numbers = std::move(listed);

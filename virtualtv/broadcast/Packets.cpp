@@ -64,7 +64,7 @@ const std::uint8_t* Packets::view(std::size_t size) {
   return nullptr;
 }
 
-/// When the carried bytes have no more bytes of earlier blocks, goes back to reading from the block.
+/// Returns to reading from the block once all carried bytes of earlier blocks are consumed.
 void Packets::skip(std::size_t size) {
   if (carried_.empty() || size >= carried_.size()) {
     const std::size_t beyond = size - carried_.size();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tables that tell which programs a stream carries, and the streams of a program.
+// The tables that list the programs of a stream, and the streams of a program.
 #include <tuple>
 
 #include "broadcast/Tables.h"
@@ -24,10 +24,10 @@ enum ProgramTag : unsigned {
 
 enum StreamType : int { PRIVATE_PES = 0x06, ATSC_AC3 = 0x81, ATSC_ENHANCED_AC3 = 0x87 };
 
-/// Values of `AudioTrack::audioType` from descriptors other than that of languages.
+/// Values of `AudioTrack::audioType` that come from descriptors other than the language descriptor.
 enum AudioType : int { FOR_HEARING_IMPAIRED = 2, FOR_VISUALLY_IMPAIRED = 3 };
 
-/// A language of an audio stream, and what it is for.
+/// A language of an audio stream, and its audience.
 struct Voice {
   LanguageCode language = 0;
   int type = 0;
@@ -162,7 +162,7 @@ class Stream {
   AudioCoding coding_;
   bool isAudio_;
   int type_ = 0;
-  std::optional<LanguageCode> language_;  ///< from another descriptor than that of languages
+  std::optional<LanguageCode> language_;  ///< from a descriptor other than the language descriptor
   std::vector<Voice> voices_;
 };
 

@@ -8,8 +8,8 @@ namespace virtualtv::broadcast {
 
 namespace {
 
-/// What a byte does to a checksum, and what it does when up to seven bytes follow it: eight bytes at a time are read
-/// so.
+/// The effect of a byte on the checksum, with zero to seven bytes following it. These tables allow reading eight bytes
+/// at a time.
 using Table = std::array<std::uint32_t, 256>;
 using Tables = std::array<Table, 8>;
 
@@ -35,7 +35,7 @@ constexpr std::size_t checksumSize = 4;
 }  // namespace
 
 std::uint32_t checksum(Bytes bytes) {
-  static const Tables tables = makeTables();  // which are no constants, since 8 KB of those would not compress
+  static const Tables tables = makeTables();  // computed at run time, since 8 KB of constants would not compress
   std::uint32_t value = 0xFFFFFFFF;
   for (; bytes.size() >= tables.size(); bytes = bytes.subspan(tables.size())) {
     std::uint32_t next = 0;

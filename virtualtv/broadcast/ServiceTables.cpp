@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tables that describe services: names, kinds, numbers of viewers, and what is on.
+// The tables that describe services: names, kinds, channel numbers, and current events.
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -10,7 +10,7 @@ namespace virtualtv::broadcast {
 
 namespace {
 
-/// A text behind its length.
+/// A text preceded by its length.
 std::string readText(Bits& bits) {
   return textOf(bits.take(bits.get(8)));
 }
@@ -36,7 +36,7 @@ Modulation americanModulation(unsigned mode) {
   return mode < modulations.size() ? modulations[mode] : MODULATION_UNKNOWN;
 }
 
-/// Cable networks may have numbers of one part, which are then spread over both.
+/// Cable networks may have one-part numbers, whose bits are spread over both parts. Joins them.
 void joinParts(ChannelNumber& number) {
   constexpr int onePart = 0x3F0;
   if ((number.major & onePart) != onePart) return;
@@ -44,14 +44,14 @@ void joinParts(ChannelNumber& number) {
   number.minor = 0;
 }
 
-/// A name of pairs of bytes, without the zeros that fill it up, as European broadcasts mark it.
+/// Converts a UTF-16 name, without its padding zeros, to the marked form of European broadcasts.
 std::string markedName(Bytes units) {
   std::size_t size = units.size() - units.size() % 2;
   while (size >= 2 && units[size - 1] == 0 && units[size - 2] == 0) size -= 2;
   return size == 0 ? std::string() : '\x11' + textOf(units.first(size));
 }
 
-/// A long name in several languages, of which the first is taken where it is not compressed; else nothing.
+/// The first of a long name's languages; empty if that is compressed.
 std::string longName(Bytes body) {
   constexpr unsigned pairs = 0x3F;
   Bits bits(body);
@@ -80,7 +80,7 @@ Channel readChannel(Bits& bits) {
   channel.number.major = bits.number(10);
   channel.number.minor = bits.number(10);
   channel.modulation = americanModulation(bits.get(8));
-  bits.skip(32);  // a frequency that nobody fills in any more
+  bits.skip(32);  // an obsolete frequency field
   channel.stream = bits.number(16);
   channel.program = bits.number(16);
   bits.skip(2);
@@ -88,7 +88,7 @@ Channel readChannel(Bits& bits) {
   channel.number.isVisible = bits.get(1) == 0;
   bits.skip(6);
   channel.kind = kindOfAmericanType(bits.get(6));
-  bits.skip(16);  // id of its source
+  bits.skip(16);  // its source id
   return channel;
 }
 

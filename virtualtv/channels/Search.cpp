@@ -24,7 +24,7 @@ std::u16string folded(std::u16string text) {
   return text;
 }
 
-/// Which services a query selects.
+/// Decides which services a query selects.
 class Selection {
  public:
   Selection(const ServiceStore& services, const ServiceQuery& query)

@@ -35,7 +35,7 @@ struct Location {
   bool lost = false;  ///< no memory for the location; without it the message would be attributed to another operation
 };
 
-/// The location line that waits for its message.
+/// The last location line, whose message has not been logged yet.
 Location& location() {
   static Location waiting;
   return waiting;

@@ -29,7 +29,7 @@ struct Conversion {
 
 namespace {
 
-/// The texts that precede a number that differs from run to run.
+/// Texts that are followed by a number that differs between runs.
 constexpr std::array<std::string_view, 4> beforeMasked{"LINE=[", "[%s],pid = ", "sigStrength is ",
                                                        "ERROR!!!![%s][%s]["};
 

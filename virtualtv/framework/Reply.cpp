@@ -64,7 +64,7 @@ std::string showAscii(const std::string& text) {
 }  // namespace
 
 void encodeInteger(std::string& encoded, int number) {
-  std::array<char, std::numeric_limits<int>::digits10 + 2> digits{};  // and a sign
+  std::array<char, std::numeric_limits<int>::digits10 + 2> digits{};  // digits and a sign
   const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
   encoded.assign(integerMark).append(digits.data(), end);
 }

@@ -92,7 +92,7 @@ bool isBlank(char16_t unit) {
   return unit == u' ' || unit == u'\t' || unit == 0x8A || unit == 0xE08A;
 }
 
-/// Control characters, among them those of broadcasts (0x80 and up, U+E080 and up in tables of two bytes).
+/// True for control characters, including those of broadcasts (0x80 and up, and U+E080 and up in two-byte tables).
 bool isControl(char16_t unit) {
   return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || (unit >= 0xE080 && unit < 0xE0A0) || unit == 0xFEFF;
 }
@@ -129,10 +129,10 @@ class TextDecoder::Converter {
     return handle_ != reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr): how the library says it
   }
 
-  /// Appends `bytes`, up to the first that can't be read; false when there is one.
+  /// Appends `bytes` up to the first invalid one. @return false when there is an invalid one.
   bool appendStrictly(std::string_view bytes, std::u16string& units) { return append(bytes, units).empty(); }
 
-  /// Appends `bytes`, with a replacement for what can't be read.
+  /// Appends `bytes`, replacing invalid ones.
   void appendAll(std::string_view bytes, std::u16string& units) {
     for (bytes = append(bytes, units); !bytes.empty(); bytes = append(bytes, units)) {
       units += replacement;
@@ -141,7 +141,7 @@ class TextDecoder::Converter {
   }
 
  private:
-  /// @return what is left from the first byte on that can't be read.
+  /// @return the rest from the first invalid byte on.
   std::string_view append(std::string_view bytes, std::u16string& units) {
     if (!isOpen()) return appendAscii(bytes, units);
     iconv(handle_, nullptr, nullptr, nullptr, nullptr);

@@ -104,7 +104,7 @@ class Section {
     throw Unreadable{"the section has no " + what};
   }
 
-  /// The value of a key, without a comment behind it; nothing when the section lacks the key.
+  /// The value of a key, without a trailing comment; nothing when the section lacks the key.
   std::optional<std::string_view> value(Key key) {
     if (values_[key].line == 0) return std::nullopt;
     return uncommented(values_[key]);
@@ -184,13 +184,13 @@ class Section {
     track.decodeType = streams.kind.coding;
   }
 
-  /// Files by writers that had no name say CHANNEL in the head.
+  /// Some writers put CHANNEL into the head when a service has no name.
   std::string_view serviceName() const {
     if (!values_[CHANNEL].text.empty()) return values_[CHANNEL].text;
     return sameWord(trimmed(name_), keyNames[CHANNEL]) ? std::string_view() : name_;
   }
 
-  std::string text_;  ///< all of it
+  std::string text_;  ///< the whole section
   std::string_view name_;
   int head_;
   int line_;
@@ -276,7 +276,7 @@ bool isHead(std::string_view line) {
   return line.starts_with('[') && headName(line).has_value();
 }
 
-/// True for a line that sets one of the keys which tell such a file from others.
+/// True for a line that sets one of the keys by which such a file is recognised.
 bool setsTellingKey(std::string_view line) {
   if (line.find('=') == std::string_view::npos) return false;
   const auto key = keyNamed(trimmed(cut(line, '=')));

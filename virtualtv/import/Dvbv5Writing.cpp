@@ -74,7 +74,7 @@ std::string line(std::string_view key, std::string_view value) {
   return "\t" + std::string(key) + " = " + std::string(value);
 }
 
-/// Tracks of one coding share a line as long as they follow one another.
+/// Consecutive tracks of one coding share a line.
 std::string audioLines(const std::vector<AudioTrack>& tracks) {
   std::string text;
   const char* before = "";
@@ -124,7 +124,7 @@ std::string pieceOf(std::string_view text) {
   if (text.starts_with('[')) return headPiece;
   std::string key(trimmed(cut(text, '=')));
   for (char& letter : key) letter = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-  if (key == "CHANNEL") return headPiece;  // which says the name, too
+  if (key == "CHANNEL") return headPiece;  // the key also holds the name
   if (const auto streams = dvbv5Streams(key)) return streams->video ? videoPiece : audioPiece;
   return key;
 }

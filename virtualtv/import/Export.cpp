@@ -28,7 +28,7 @@ std::string nameOf(const Service& service) {
   return found == service.texts.end() ? std::string() : text::toUtf8(found->second);
 }
 
-/// An entry with what the set has now.
+/// Overwrites an entry with the current data of the set.
 void update(Entry& entry, const Service& service) {
   const auto read = [&](int field) { return static_cast<int>(numberOf(service, field).value_or(0)); };
   const auto readIfThere = [&](int field) -> std::optional<int> {
@@ -51,7 +51,7 @@ void update(Entry& entry, const Service& service) {
   if (entry.kind != ServiceKind::television) entry.video = 0;
 }
 
-/// The format of the list that brought a service, and what it said; null where there was none.
+/// The format of the list that the service was imported from, and its list entry; null if there is none.
 std::pair<const Format*, std::string_view> listEntryOf(const Service& service) {
   std::string_view text = service.listEntry;
   const std::string_view name = cut(text, '\n');
@@ -77,7 +77,7 @@ bool isSame(int field, const std::optional<std::uint64_t>& left, const std::opti
 
 }  // namespace
 
-/// @return false where there is no service in it.
+/// @return false when it contains no service.
 bool Exporter::read(const Format& format, std::string text, Reading& reading) const {
   reading.text = std::move(text);
   ListBuilder list(format, "");
@@ -104,7 +104,7 @@ void Exporter::put(const std::string& text) {
   ++exported_.services;
 }
 
-/// The line that starts the group or gives the number of a service, where one is needed.
+/// The line before a service that starts its group or sets its number; empty if none is needed.
 std::string Exporter::groupLine(const Service& service) {
   if (!format_.writing->hasGroupLines) return "";
   const std::uint64_t major = numberOf(service, Data::MAJOR).value_or(0);
@@ -129,7 +129,7 @@ void Exporter::addEntry(const Service& service) {
   const std::string group = group_;
   const std::string line = groupLine(service);
   const std::string text = format_.writing->entry({now, same ? &before.entry : nullptr, before.text, next_});
-  const bool isAsItWas = same && line.empty() && text == before.text;  // the entry just read
+  const bool isAsItWas = same && line.empty() && text == before.text;  // the entry was just read
   Reading again;
   if (!isAsItWas && (text.empty() || !read(format_, line + text, again))) {
     ++exported_.leftOut;

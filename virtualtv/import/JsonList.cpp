@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A JSON list has all that a set keeps of its services, so that nothing is lost between two sets.
+// A JSON list has all the data of services that a set persists, so that nothing is lost between two sets.
 
 #include "import/JsonList.h"
 
@@ -33,7 +33,7 @@ Problem problemOf(const std::string& line) {
   return {std::nullopt, line.substr(0, end), line.substr(end + 2), false};
 }
 
-/// What all services of a list have.
+/// Requires the members that every service of a list must have.
 void requireListed(const JsonPart& part, const Service& service) {
   const auto number = [&](int field) -> std::uint64_t {
     const auto found = service.numbers.find(field);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// ISO 6937 writes an accent (0xC1 to 0xCF) in front of its letter. Behind the accents it has signs (0xD0 to 0xDF),
+// ISO 6937 writes an accent (0xC1 to 0xCF) before its letter. The codes after the accents are signs (0xD0 to 0xDF),
 // capitals (0xE1 to 0xEE) and small letters (0xF0 to 0xFE), all without accents. ISO 8859 has capitals with accents in
 // 0xC0 to 0xDE and small letters with accents in 0xDF to 0xFF.
 //
-// Each byte of these gives points for the encoding in which the word around it is the more likely one: a capital does
-// not stand behind a small letter, a sign not within a word, an accent not on every letter, and some letters not beside
-// some others. Capitals tell least, since a word in capitals may well fit both encodings.
+// Each such byte gives points to the encoding in which the word around it is more likely. Unlikely are a capital after
+// a small letter, a sign within a word, an accent on a letter that never has it, and some pairs of letters. Words in
+// capitals are the least conclusive, since they often fit both encodings.
 
 #include "import/Judgement.h"
 
@@ -21,15 +21,15 @@ namespace {
 constexpr int certain = 4;
 constexpr int likely = 2;
 constexpr int hint = 1;
-/// The most that one name counts, so that a long one does not outvote the list.
+/// The most points of one name, so that a long name does not outvote the list.
 constexpr long long mostOfAName = 2 * certain;
 
-/// A byte beyond ASCII with its neighbours, which are 0 where the name ends.
+/// A byte beyond ASCII with its neighbours. A neighbour beyond the end of the name is 0.
 struct Spot {
   unsigned char before = 0;
   unsigned char byte = 0;
   unsigned char after = 0;
-  unsigned char behind = 0;  ///< the one behind `after`
+  unsigned char behind = 0;  ///< the byte after `after`
 };
 
 bool isOneOf(unsigned char byte, std::string_view bytes) {
@@ -44,7 +44,7 @@ bool isAsciiSmall(unsigned char byte) {
   return byte >= 'a' && byte <= 'z';
 }
 
-// Letters of ISO 8859; its signs for multiplication and division count as such.
+// Letters of ISO 8859. Its multiplication and division signs count as letters here.
 
 bool isCapital(unsigned char byte) {
   return isAsciiCapital(byte) || (byte >= 0xC0 && byte <= 0xDE);
@@ -86,8 +86,8 @@ constexpr std::array<std::string_view, 16> accented{
     "CDELNRSTZcdelnrstz",
 };
 
-/// An accent in front of a vowel, where the case of letters tells nothing. In ISO 8859 it is an accented vowel in front
-/// of another vowel, which is rare but for these pairs, as in NÁUTICA, PÂINE, SÃO, RÍO.
+/// Points for an accent before a vowel, when the case of letters is inconclusive. In ISO 8859 the byte is an accented
+/// vowel before another vowel. That is rare except for these pairs, as in NÁUTICA, PÂINE, SÃO, RÍO.
 int atVowel(const Spot& spot) {
   struct Pairs {
     unsigned char first;
@@ -101,13 +101,13 @@ int atVowel(const Spot& spot) {
   return spot.byte == 0xCF && isVowel(spot.before) ? 0 : likely;  // as in PAÏEN
 }
 
-/// The same for an accent in front of a consonant.
+/// The same for an accent before a consonant.
 int atConsonant(const Spot& spot) {
   const bool behindVowel = isVowel(spot.before);
   switch (spot.byte) {
-    case 0xC7:  // a cedilla, which stands in front of vowels
+    case 0xC7:  // Ç, which precedes vowels
       return likely;
-    case 0xCB:  // Ë and Ï, which stand behind vowels, as in NOËL and MAÏS
+    case 0xCB:  // Ë and Ï, which follow vowels, as in NOËL and MAÏS
       return behindVowel ? 0 : hint;
     case 0xCF:
       return behindVowel && !isOneOf(spot.after, "CRZcrz") ? 0 : hint;
@@ -127,18 +127,18 @@ int atAccent(const Spot& spot) {
   return isVowel(spot.after) ? atVowel(spot) : atConsonant(spot);
 }
 
-/// 0xD0 to 0xDF: in ISO 8859 letters, the last one is small.
+/// 0xD0 to 0xDF: letters in ISO 8859; the last one is small.
 int atSign(const Spot& spot) {
   constexpr unsigned char multiplication = 0xD7;
   constexpr unsigned char sharpS = 0xDF;
   if (spot.byte == multiplication) return 0;
   if (isSmall(spot.before) && spot.byte != sharpS) return 0;
-  const bool mark = spot.byte >= 0xD2 && spot.byte <= 0xD4;  // those of trade, which stand behind words
+  const bool mark = spot.byte >= 0xD2 && spot.byte <= 0xD4;  // trade marks and the like, which follow words
   if (mark && isLetter(spot.before) && !isLetter(spot.after)) return -hint;
   return isLetter(spot.before) || isLetter(spot.after) ? -certain : 0;
 }
 
-/// 0xE0 to 0xEF: in ISO 6937 capitals and some signs.
+/// 0xE0 to 0xEF: capitals and some signs in ISO 6937.
 int atCapital(const Spot& spot) {
   const bool inWord = isLetter(spot.before);
   if (isAsciiSmall(spot.before) || (inWord && isAsciiSmall(spot.after))) return -certain;
@@ -147,7 +147,7 @@ int atCapital(const Spot& spot) {
   return isOneOf(spot.byte, "\xE1\xE2\xE8\xE9\xEA") ? likely : -likely;  // ÆĐŁØŒ
 }
 
-/// 0xF0 to 0xFF: small letters in both, named here as in ISO 6937 and as in ISO 8859.
+/// 0xF0 to 0xFF: small letters in both encodings. The comments give the letter in ISO 6937, then in ISO 8859.
 int atSmall(const Spot& spot) {
   const bool vowelBehind = isVowel(spot.after);
   switch (spot.byte) {
@@ -157,11 +157,11 @@ int atSmall(const Spot& spot) {
       return vowelBehind ? hint : -hint;
     case 0xF4:  // ħ or ô
       return -likely;
-    case 0xF5:  // ı or õ, which ends no words
+    case 0xF5:  // ı or õ; õ does not end words
       return isLetter(spot.after) ? 0 : hint;
     case 0xF8:  // ł or ø
       return isOneOf(spot.before, "aeiou") || isOneOf(spot.after, "aeiou") ? hint : -likely;
-    case 0xF9:  // ø or ù, which ends words
+    case 0xF9:  // ø or ù; ù ends words
       return isLetter(spot.after) ? likely : -hint;
     case 0xFA:  // œ or ú
       return spot.after == 'u' ? likely : -hint;
@@ -178,7 +178,7 @@ int atSmall(const Spot& spot) {
   }
 }
 
-/// 0x80 to 0xBF: the few that are letters in ISO 8859-15, and the apostrophe of ISO 6937.
+/// 0x80 to 0xBF: the few letters of ISO 8859-15, and the apostrophe of ISO 6937.
 int atPunctuation(const Spot& spot) {
   if (!isLetter(spot.before) || !isLetter(spot.after)) return 0;
   if (spot.byte == 0xB9) return likely;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A lamedb has transponders, then services that name theirs. Versions 3 and 4 take three lines for each, between
-// headings; version 5 takes one line, which starts with a letter.
+// A lamedb has transponders, then services that refer to them. Versions 3 and 4 use three lines for each, between
+// headings. Version 5 uses one line, which starts with a letter.
 
 #include "import/Lamedb.h"
 
@@ -141,7 +141,7 @@ class LamedbReader {
     }
   }
 
-  // Both.
+  // All versions.
 
   void addTransponder(std::string_view key, std::string_view tuning) {
     std::string_view rest = key;
@@ -181,7 +181,7 @@ class LamedbReader {
     Entry tuning;
   };
 
-  /// The service and its transponder alone.
+  /// A lamedb with only this service and its transponder.
   std::string textOf(const Record& record, const Transponder& transponder) const {
     std::string text;
     const auto put = [&](auto... pieces) { (text.append(pieces), ...); };

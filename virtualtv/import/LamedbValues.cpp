@@ -75,7 +75,7 @@ void readSatellite(Entry& entry, const Values& values) {
   if (secondGeneration && entry.modulation == MODULATION_QPSK) entry.modulation = MODULATION_QPSK_S2;
 }
 
-/// A code, or Hz.
+/// Reads a bandwidth, which is a code or a number in Hz.
 int readBandwidth(std::string_view text) {
   constexpr std::array kilohertz{8000, 7000, 6000, 0, 5000, 1712, 10000};
   const std::uint64_t value = number(text, "bandwidth", 100'000'000);

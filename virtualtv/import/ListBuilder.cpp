@@ -18,26 +18,26 @@ std::u16string substituteFor(const Service& service) {
   return text::toUnits("Service" + (program == service.numbers.end() ? "" : " " + std::to_string(program->second)));
 }
 
-constexpr std::uint64_t mask = (std::uint64_t{1} << 48U) - 1;  // of stream and program in a service id
+constexpr std::uint64_t mask = (std::uint64_t{1} << 48U) - 1;  // the bits for stream and program in a service id
 
 std::uint64_t bits(int value) {
   return static_cast<std::uint64_t>(value);
 }
 
-/// The part of a service id that tells the transport stream; its frequency stands in where no id is known.
+/// The part of a service id that identifies the transport stream: its ids, or its frequency if no id is known.
 std::uint64_t streamBits(const Entry& entry) {
   const std::uint64_t ids = bits(entry.network.value_or(0)) << 16U | bits(entry.transportStream.value_or(0));
   return ids != 0 ? ids : bits(entry.frequency);
 }
 
-/// The part of a service id that tells the program. The PID of its audio stands in where it has no number.
+/// The part of a service id that identifies the program: its number, or the PID of its audio if it has no number.
 std::uint64_t programBits(const Entry& entry) {
   if (entry.program != 0 || entry.audio.empty()) return bits(entry.program);
   return bits(entry.audio.front().pid);
 }
 
-/// The id of the n-th service with the same antenna, stream and program: 12 bits above the 48 of stream and program
-/// count them; whatever is beyond that moves on to the ids of other programs.
+/// The id of the n-th service with the same antenna, stream and program. The 12 bits above the 48 of stream and program
+/// count such services. If they do not suffice, the ids of other programs are used.
 std::uint64_t variant(std::uint64_t antenna, std::uint64_t program, std::uint64_t n) {
   return antenna << 60U | (n & 0xFFFU) << 48U | ((program + (n >> 12U)) & mask);
 }

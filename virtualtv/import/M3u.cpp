@@ -37,7 +37,7 @@ bool isAsciiLetter(char byte) {
   return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
 }
 
-/// True for `http:` and the like, or the letter of a drive, with something behind.
+/// True for an address with a scheme, such as `http:`, or a drive letter, followed by more text.
 bool hasScheme(std::string_view address) {
   const auto belongs = [](char byte) { return isAsciiLetter(byte) || isDigit(byte) || byte == '+' || byte == '-'; };
   const auto end = std::find_if_not(address.begin(), address.end(), belongs);
@@ -136,7 +136,7 @@ class M3uReader {
   ListBuilder& list_;
   Problems& problems_;
   std::string text_;  ///< entry of the next service
-  int told_ = 0;      ///< the line that describes it; 0 for none
+  int told_ = 0;      ///< number of the line that describes the next service; 0 for none
   ExtInf info_;
   std::string_view group_;  ///< from a line #EXTGRP
 };

@@ -8,11 +8,11 @@ namespace virtualtv::import {
 
 namespace {
 
-/// Channels that follow one another without a gap, each as wide as the step to the next.
+/// Adjacent channels of equal width.
 struct Band {
   Raster raster;
   int bandwidth;  ///< kHz
-  int middle;     ///< of the first channel, kHz
+  int middle;     ///< centre of the first channel, kHz
   int first;      ///< number of the first channel
   int last;       ///< number of the last channel
 };
@@ -31,9 +31,9 @@ constexpr std::array<Band, 11> bands{{
     {Raster::american, 6000, 473000, 14, 69},
 }};
 
-constexpr int farthest = 500;  // kHz beside the middle
+constexpr int farthest = 500;  // kHz from the centre of the channel
 
-/// The channel of a band that is nearest to a frequency, and how far off that is.
+/// The channel of a band that is nearest to a frequency, and its distance.
 struct Nearest {
   int channel;
   int distance;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A line of VDR's channels.conf is a service of thirteen fields between colons, or the head of a group after a colon.
+// A line of VDR's channels.conf is a service with thirteen fields separated by colons, or a colon followed by the head
+// of a group.
 
 #include "import/Vdr.h"
 
@@ -35,7 +36,7 @@ enum Field : std::size_t {
 };
 
 constexpr std::string_view channelNumber = "channel number";
-constexpr std::size_t fewestFields = SERVICE + 1;      // the lists of old versions end there
+constexpr std::size_t fewestFields = SERVICE + 1;      // lines of old versions have only these
 constexpr std::uint64_t greatestSymbolRate = 100'000;  // ksym/s
 
 /// The fields of one line, and one more when the line has too many.
@@ -170,7 +171,7 @@ class VdrReader {
     list_.add(std::move(entry));
   }
 
-  /// A name, or @ and the number of the next channel in front of it.
+  /// Reads the head of a group: a name, which may follow an @ and the number of the next channel.
   void readGroup(int line, std::string_view text) {
     if (!text.starts_with('@')) return list_.startGroup(text);
     const std::string_view word = text.substr(0, text.find_first_of(" \t"));
@@ -197,7 +198,7 @@ class VdrReader {
   Problems& problems_;
 };
 
-/// True for a line that has the shape of a service.
+/// True for a line in the form of a service.
 bool looksLikeVdr(std::string_view line) {
   const Fields fields(line);
   return fields.areEnough() && fields.hasFrequency() && parseVdrSource(fields.texts[SOURCE]).has_value();

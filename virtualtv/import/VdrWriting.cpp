@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Writes lines of VDR's channels.conf. A field that says what the set has stays as it was read.
+// Writes lines of VDR's channels.conf. A field that still matches the set's data is written unchanged.
 
 #include <algorithm>
 #include <array>
@@ -60,17 +60,18 @@ std::string modulationParameter(Modulation modulation) {
   return "";
 }
 
-/// A character that no name can start a line with: it announces UTF-8 and is not part of the name.
+/// The byte before a name that marks it as UTF-8. It is not part of the name.
 constexpr char utf8Mark = '\x15';
 
-/// A name or the name of a group, in which | stands for a colon.
+/// Writes the name of a service or a group; | stands for a colon.
 std::string vdrName(std::string_view name) {
   std::string text(name);
   std::replace(text.begin(), text.end(), ':', '|');
   return text;
 }
 
-/// Without a short name, a comma would start one; a # would start a comment.
+/// Writes a name so that it is read back unchanged. A comma at the end keeps earlier commas from starting a short name;
+/// the mark in front keeps a # from starting a comment.
 std::string nameField(std::string_view name) {
   std::string text = vdrName(name);
   if (text.find(',') != std::string::npos) text += ',';
@@ -166,7 +167,7 @@ Pieces vdrPieces(const Entry& entry) {
   put(VDR_TELETEXT, teletextField(entry.subtitles));
   put(VDR_CONDITIONAL_ACCESS, "0");
   put(VDR_SERVICE, std::to_string(entry.program));
-  if (!entry.network && !entry.transportStream) return pieces;  // as in lists of old versions
+  if (!entry.network && !entry.transportStream) return pieces;  // lists of old versions have no such fields
   put(VDR_NETWORK, std::to_string(entry.network.value_or(0)));
   if (entry.transportStream) put(VDR_STREAM, std::to_string(*entry.transportStream));
   if (entry.transportStream) put(VDR_RADIO, "0");
@@ -183,7 +184,7 @@ Pieces vdrFields(std::string_view line) {
   return pieces;
 }
 
-/// A new name with the short name and the provider of the old one.
+/// Replaces the name, and keeps the short name and the provider.
 std::string renamed(std::string_view name, std::string_view field) {
   const std::size_t provider = std::min(field.find(';'), field.size());
   const std::size_t comma = field.substr(0, provider).rfind(',');

@@ -18,7 +18,7 @@ bool continuesCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// Length of the first `shown` bytes, less where that would cut a UTF-8 character.
+/// The length to show: `shown`, or less in order not to cut a UTF-8 character.
 std::size_t shownLength(std::string_view piece) {
   std::size_t length = shown;
   while (length > shown - 4 && continuesCharacter(piece[length])) --length;

@@ -31,8 +31,8 @@ enum class ZapField {
   modulation,
   polarisation,
   satellite,
-  symbols,      ///< a second
-  kilosymbols,  ///< a second
+  symbols,      ///< per second
+  kilosymbols,  ///< per second
   video,
   audio,
   service,
@@ -93,7 +93,7 @@ bool hasRightCount(const ZapShape& shape, std::size_t count) {
   return count == shape.fields.size() || count + 1 == shape.fields.size();
 }
 
-/// BANDWIDTH_8_MHZ, BANDWIDTH_1_712_MHZ, BANDWIDTH_AUTO. @return kHz, 0 for the last.
+/// Reads BANDWIDTH_8_MHZ, BANDWIDTH_1_712_MHZ, BANDWIDTH_AUTO and the like. @return kHz; 0 for BANDWIDTH_AUTO.
 int readBandwidth(std::string_view text) {
   struct Bandwidth {
     std::string_view name;
@@ -129,7 +129,7 @@ int readPid(std::string_view text, std::string_view what) {
   return isStreamPid(pid) ? pid : 0;
 }
 
-/// Several PIDs have commas between.
+/// Several PIDs are separated by commas.
 std::vector<AudioTrack> readAudio(std::string_view text) {
   std::vector<AudioTrack> tracks;
   do {

@@ -59,7 +59,7 @@ constexpr std::array<DemoService, 3> services{
     DemoService{"Demo Blue", "blue", "550", "1100"},
 };
 
-/// The arguments for ffmpeg. @param isNamed  whether the pictures show the names, which needs a font.
+/// The arguments for ffmpeg. @param isNamed  true to draw the names into the pictures, which needs a font.
 Words making(const fs::path& file, bool isNamed) {
   Words words{"-nostdin", "-y", "-loglevel", "error"};
   Words behind;

@@ -186,7 +186,7 @@ void talk(Session& session, const Talk& talk) {
     });
     if (session.ended) return;
   }
-  std::printf("\n");  // behind the prompt
+  std::printf("\n");  // the prompt's line has no line break yet
 }
 
 }  // namespace virtualtv::program

@@ -58,7 +58,7 @@ Failure currentFailure(const std::string& doing) {
   } catch (const std::bad_alloc&) {
     return {Code::internal, "not enough memory to run " + doing};
   } catch (const Json::RuntimeError&) {
-    // The other errors that the library reports like this are found by `json::check`, before it reads a message.
+    // jsoncpp reports other errors like this too, but `json::check` finds those before jsoncpp reads a message.
     return {Code::internal, "not enough memory to run " + doing};
   } catch (const std::runtime_error& error) {
     return {Code::unreadable, error.what()};

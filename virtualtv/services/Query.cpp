@@ -114,7 +114,7 @@ Query::Query(Database& database, QueryShape shape)
 int Query::bindConditions(const std::vector<std::uint64_t>& values) {
   int parameter = 0;
   for (const KnownField* field : conditions_) {
-    // Bind NULL, which equals nothing, for a value that the field can't hold.
+    // For a value that the field can't hold, bind NULL, which matches nothing.
     const auto value = toColumn(field, values[static_cast<std::size_t>(parameter)]);
     statement_.bind(++parameter, value);
   }

@@ -131,8 +131,8 @@ INSERT INTO sqlite_stat1(tbl, idx, stat) VALUES
 ANALYZE sqlite_schema;
 )";
 
-// A separate table, since most services have no entry: they come from no list, or from a list whose fields the set all
-// has.
+// A separate table, since most services have no list entry: they were not imported, or their list has no data beyond
+// the set's fields.
 const char* const listEntries = R"(
 CREATE TABLE list_entry(
   service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,
@@ -140,7 +140,7 @@ CREATE TABLE list_entry(
 ) STRICT;
 )";
 
-// For a while the step before added a column instead of a table. The content of that column is discarded.
+// In some versions the previous step added a column instead of a table. Its content is discarded.
 const char* const footageTables = R"(
 CREATE TABLE IF NOT EXISTS list_entry(
   service INTEGER PRIMARY KEY REFERENCES service ON DELETE CASCADE,

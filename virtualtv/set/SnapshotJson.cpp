@@ -26,7 +26,7 @@ namespace virtualtv {
 namespace {
 
 constexpr const char* noSnapshot = "not a snapshot of a set";
-constexpr std::size_t deepest = 16;  // more than a snapshot is nested
+constexpr std::size_t deepest = 16;  // snapshots are nested less deeply
 
 // The state.
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Facts about the set and choices of its user.
+// System information and system settings: the region of the set, and the country that its user chose.
 #include "seam/Seam.h"
 #include "set/Tv.h"
 #include "settings/system_info.h"

@@ -19,7 +19,7 @@ namespace {
 
 using std::chrono::system_clock;
 
-/// As in `2026-01-31T12:00:00.250Z`.
+/// A point in time, as in `2026-01-31T12:00:00.250Z`.
 std::string textOf(system_clock::time_point time) {
   const std::time_t second = system_clock::to_time_t(time);
   const auto inAll = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();

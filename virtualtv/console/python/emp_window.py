@@ -7,8 +7,8 @@
         tv.window.SetChannel(3, 0)                # 1; a failure code is a value, too
         tv.window.GetCurrentChannel_Name()        # 'Lighthouse News'
 
-`launch` starts a TV of its own, `connect` goes to a server that runs already. Calls are JSON-RPC requests by HTTP POST,
-in a session of the client's own. Events do not come over POST: the JavaScript client, which uses a WebSocket, has them.
+`launch` starts a new TV, `connect` uses a running server. Calls are JSON-RPC requests by HTTP POST, in the client's own
+session. POST can't deliver events; the JavaScript client has them, since it uses a WebSocket.
 """
 
 from __future__ import annotations
@@ -42,9 +42,9 @@ _MOST_OUTPUT = 64 * 1024  # characters of the program's output that are kept
 
 
 class EmpConnectionError(ConnectionError):
-    """The server can't be reached, the connection broke, or the answer is none of emp-window. `sent` is true when the
-    server may have run the call, which is never sent again, and false when it has not: then the call can be made once
-    more. Where no session can be opened, no call has been sent. `status` is that of the HTTP answer, or None."""
+    """The server can't be reached, the connection broke, or the answer does not come from emp-window. `sent` is true
+    when the server may have run the call, which is never sent again, and false when the call has not run and can be
+    repeated. If no session could be opened, no call was sent. `status` is that of the HTTP answer, or None."""
 
     def __init__(self, message: str, *, sent: bool = False, status: Optional[int] = None) -> None:
         super().__init__(message)
@@ -54,7 +54,7 @@ class EmpConnectionError(ConnectionError):
 
 class EmpRpcError(Exception):
     """The server answered a call with an error: `code`, a `reason` for a person, and the `method` that was called.
-    A failure code of a plug-in command is no error but a value."""
+    A failure code of a plug-in command is a value, not an error."""
 
     def __init__(self, method: str, code: int, message: str, reason: str) -> None:
         super().__init__(f"{method}: {message}: {reason}" if reason and reason != message else f"{method}: {message}")
@@ -64,15 +64,15 @@ class EmpRpcError(Exception):
 
 
 class EmpLaunchError(Exception):
-    """The program did not start; the message has what it wrote on standard error."""
+    """The program did not start; the message contains its output on standard error."""
 
 
 class EmpSessionWarning(UserWarning):
-    """The session ended and a new one is open: the selected window and the found channels are gone."""
+    """The session ended and a new one was opened: the selected window and the found channels are lost."""
 
 
 def _as_json(value: Any) -> Any:
-    """The value with integers beyond 53 bits as decimal texts, which is how the server takes them."""
+    """The value, with integers beyond 53 bits as decimal texts, as the server expects them."""
     if isinstance(value, int) and not isinstance(value, bool) and abs(value) > _GREATEST_JSON_INTEGER:
         return str(value)
     if isinstance(value, dict):
@@ -83,7 +83,7 @@ def _as_json(value: Any) -> Any:
 
 
 def _words(parameters: Sequence[Parameter]) -> list[Any]:
-    """Parameters of a command; None stands for one that is left out, which the plug-in reads as an empty text."""
+    """Parameters of a command; None means a missing parameter, which the plug-in reads as an empty text."""
     return ["" if parameter is None else parameter for parameter in parameters]
 
 
@@ -103,7 +103,7 @@ def _given(**parameters: Any) -> dict[str, Any]:
 
 
 class _Http:
-    """Requests to one server over a connection that is kept. A request is sent once."""
+    """Sends requests to one server over a persistent connection. Each request is sent only once."""
 
     def __init__(self, address: str, token: Optional[str], timeout: Optional[float]) -> None:
         url = urllib.parse.urlsplit(address)
@@ -118,7 +118,7 @@ class _Http:
         self.address = f"{url.scheme}://{url.netloc}{url.path.rstrip('/')}"
 
     def post(self, body: bytes, session: Optional[str]) -> bytes:
-        """The body of the answer with status 200. Raises EmpConnectionError for everything else."""
+        """Returns the body of an answer with status 200. Raises EmpConnectionError for any other answer."""
         self._connect()
         headers = self._headers if session is None else {**self._headers, "Emp-Session": session}
         try:
@@ -154,15 +154,16 @@ class _Http:
             raise EmpConnectionError(f"{self.address} can't be reached: {error}") from error
 
     def _has_ended(self) -> bool:
-        """Whether the server has ended the connection: nothing else can be read before a request is sent."""
+        """True when the server has ended the connection. Before a request is sent, nothing else can make it
+        readable."""
         with selectors.DefaultSelector() as selector:
             selector.register(self._connection.sock, selectors.EVENT_READ)
             return bool(selector.select(0))
 
 
 class _Window:
-    """A function for each command of the plug-in, by its name. They answer the value of the reply: a number, a text, or
-    None where the reply is empty. Parameters go by position, or by the names in the catalogue of commands."""
+    """Each command of the plug-in as a function of its name. It returns the value of the reply: a number, a text, or
+    None for an empty reply. Parameters go by position, or by the names in the catalogue of commands."""
 
     def __init__(self, tv: Tv) -> None:
         self._tv = tv
@@ -177,7 +178,7 @@ class _Window:
 
 
 class Fault:
-    """A fault that was set. As a context manager it ends with the block."""
+    """A fault. As a context manager, it is removed at the end of the block."""
 
     def __init__(self, tv: Tv, number: int) -> None:
         self._tv = tv
@@ -185,11 +186,11 @@ class Fault:
 
     @property
     def hits(self) -> int:
-        """How many calls it has hit. A fault that is gone has none."""
+        """The number of calls that it has hit; 0 for a removed fault."""
         return next((fault["hits"] for fault in self._tv.faults() if fault["id"] == self.id), 0)
 
     def clear(self) -> None:
-        """Removes it. Does nothing when it is gone, as after a restart of the set."""
+        """Removes the fault. Does nothing if it was already removed, for instance by a restart of the set."""
         try:
             self._tv.clear_faults(self.id)
         except EmpRpcError as error:
@@ -204,11 +205,11 @@ class Fault:
 
 
 class Tv:
-    """A virtual TV, reached through a session of the client's own. Made by `connect` and `launch`.
+    """A virtual TV, accessed through a separate session. Created by `connect` and `launch`.
 
     The server ends a session after 30 seconds without a call. The next call opens a new one and warns
     (EmpSessionWarning) if commands have run in the old one. Threads may share the object; their calls run one by one.
-    Every call raises EmpRpcError for an error that the server answers and EmpConnectionError when there is no answer.
+    Every call raises EmpRpcError when the server answers with an error, and EmpConnectionError when there is no answer.
     """
 
     def __init__(self, address: str, *, app_id: Optional[str] = None, widget_id: Optional[str] = None,
@@ -235,7 +236,7 @@ class Tv:
 
     @property
     def session(self) -> Optional[str]:
-        """The session's name; another one when the session was renewed, None when it has ended."""
+        """The name of the current session, which changes when the session is renewed; None after it has ended."""
         return self._session
 
     def __enter__(self) -> Tv:
@@ -260,20 +261,20 @@ class Tv:
                 self._http.close()
 
     def execute(self, name: str, *parameters: Parameter) -> Union[int, str, None]:
-        """Runs a command of any name with up to four parameters, as an app does on the set. Answers a number or a text.
-        Where the engine refuses, answers what it wrote all the same, else None."""
+        """Runs a command of any name with up to four parameters, as an app does on the set. Returns a number or a text.
+        If the engine refuses the command, returns the reply if one was written, else None."""
         return self._executed("window.execute", name, parameters)
 
     def execute_with_param_list(self, name: str, parameters: Sequence[Parameter] = ()) -> Union[int, str, None]:
-        """The same with a list of any number of parameters."""
+        """Runs a command with a list of any number of parameters."""
         return self._executed("window.executeWithParamList", name, parameters)
 
     def run(self, line: str) -> list[str]:
-        """Runs a line of the shell; answers what it prints, line by line."""
+        """Runs a line of the shell; returns its output as a list of lines."""
         return self.call("tv.run", {"line": line})["lines"]
 
     def call(self, method: str, params: Union[dict[str, Any], Sequence[Any], None] = None) -> Any:
-        """Calls any method of the server; answers its whole result."""
+        """Calls any method of the server; returns its whole result."""
         with self._lock:
             if self._is_closed:
                 raise EmpConnectionError(f"{method}: the connection to {self.address} was closed")
@@ -292,7 +293,7 @@ class Tv:
             return self._call_once(method, params)
 
     def state(self) -> dict[str, Any]:
-        """The whole set as one document."""
+        """Returns the whole set as one document."""
         return self.call("tv.state")
 
     def sessions(self) -> list[dict[str, Any]]:
@@ -300,19 +301,21 @@ class Tv:
         return self.call("tv.sessions")["sessions"]
 
     def services(self, **query: Any) -> dict[str, Any]:
-        """Lists services that meet the conditions: offset, limit, text, antenna, kind, group, favourite, major, key."""
+        """Returns the services that meet the conditions: offset, limit, text, antenna, kind, group, favourite, major,
+        key."""
         return self.call("tv.services", query)
 
     def snapshot(self, before: Optional[int] = None) -> dict[str, Any]:
-        """All that the set persists, for `restore`; with the number of a command, as it was right before that."""
+        """Returns everything that the set persists, for `restore`; with the number of a command, the state right before
+        it."""
         return self.call("tv.snapshot", _given(before=before))["snapshot"]
 
     def restore(self, snapshot: dict[str, Any]) -> None:
-        """Makes the set what a snapshot says. Engines close, so that the found channels are gone."""
+        """Restores a snapshot. Closes all engines, so found channels are lost."""
         self.call("tv.restore", {"snapshot": snapshot})
 
     def restart(self) -> None:
-        """Switches the set off and on; faults and latencies go."""
+        """Switches the set off and on; removes faults and latencies."""
         self.call("tv.restart")
 
     def reset(self) -> None:
@@ -321,21 +324,23 @@ class Tv:
 
     def import_list(self, content: str, *, name: Optional[str] = None, format: Optional[str] = None,
                     add: bool = False, encoding: Optional[str] = None) -> dict[str, Any]:
-        """Imports a channel list, given as its text. Answers its counts, and what it could not read."""
+        """Imports a channel list, given as a text. Returns the numbers of services, and the problems of its lines."""
         return self.call("tv.import", _given(content=content, name=name, format=format, add=add, encoding=encoding))
 
     def export(self, format: Optional[str] = None) -> dict[str, Any]:
-        """The services as a channel list in `content`; JSON, which holds all, or in another format. Counts what that can't hold."""
+        """Returns the services as a channel list in `content`, by default in JSON, which holds everything. Also counts
+        the losses of other formats."""
         return self.call("tv.export", _given(format=format))
 
     def scan(self, path: Optional[str] = None, *, content: Optional[bytes] = None, import_found: bool = False,
              add: bool = False) -> dict[str, Any]:
-        """Finds the services in a recording of a broadcast: a file of the server's, or bytes. Imports them if that is asked for."""
+        """Finds the services in a recording of a broadcast: a file beneath the server's `--files`, or bytes. Imports
+        them on request."""
         text = None if content is None else base64.b64encode(content).decode("ascii")
         return self.call("tv.scan", {**_given(path=path, content=text), "import": import_found, "add": add})
 
     def import_scan(self, *, add: bool = False) -> dict[str, Any]:
-        """Imports what this session found in its last scan. Answers its counts."""
+        """Imports the services of this session's last scan. Returns the numbers of services."""
         return self.call("tv.importScan", {"add": add})
 
     def edit_service(self, service: Union[str, int], change: str, value: Union[str, int, None] = None) -> None:
@@ -343,19 +348,19 @@ class Tv:
         self.call("tv.editService", _given(service=str(service), change=change, value=value))
 
     def knobs(self) -> list[dict[str, Any]]:
-        """What can be read and set from outside."""
+        """Returns the knobs, which can be read and set from outside."""
         return self.call("tv.knobs")["knobs"]
 
     def knob_kinds(self) -> list[dict[str, Any]]:
-        """The kinds of knobs, with what they take."""
+        """Returns the kinds of knobs, with the values that they take."""
         return self.call("tv.knobs")["kinds"]
 
     def get(self, name: str) -> str:
-        """The value of a knob, as the shell prints it."""
+        """Returns the value of a knob, as the shell prints it."""
         return self.call("tv.get", {"name": name})["value"]
 
     def set(self, name: str, value: Union[str, int]) -> None:
-        """Turns a knob."""
+        """Sets a knob."""
         self.call("tv.set", {"name": name, "value": value})
 
     def settings(self) -> dict[str, Union[str, int]]:
@@ -374,7 +379,7 @@ class Tv:
         self.call("tv.removeSetting", {"key": key})
 
     def operations(self) -> list[dict[str, Any]]:
-        """The calls that the plug-in makes to the set, which can be made to fail, with the names of their outputs."""
+        """Returns the calls from the plug-in to the set that can be made to fail, with the names of their outputs."""
         return self.call("tv.operations")["operations"]
 
     def fault(self, operation: str, *, nth: Optional[int] = None, times: Union[int, str, None] = None,
@@ -384,10 +389,10 @@ class Tv:
 
         nth      the first call that it hits, counted from now; 1 by default
         times    how many calls it hits, or 'always'; 1 by default
-        result   what the call answers: a number or a text; None for a null pointer, 'unwritten', 'throw'
-        outputs  what it writes, by the names of its outputs
-        window   'main' or 'pip': hits the calls of that window alone
-        session  hits the calls of that session alone; `tv.session` is this one
+        result   the result of the call: a number or a text; None for a null pointer, 'unwritten', 'throw'
+        outputs  values of outputs, by name
+        window   'main' or 'pip': hits only calls for that window
+        session  hits only calls of that session; `tv.session` is this one
         """
         params = _given(operation=operation, nth=nth, times=times, outputs=outputs, window=window, session=session)
         if result is not ...:
@@ -395,7 +400,7 @@ class Tv:
         return Fault(self, self.call("tv.fault", params)["id"])
 
     def faults(self) -> list[dict[str, Any]]:
-        """The faults, with the calls that each has hit."""
+        """Returns the faults, with the number of calls that each has hit."""
         return self.call("tv.faults")["faults"]
 
     def clear_faults(self, id: Optional[int] = None) -> None:
@@ -403,24 +408,24 @@ class Tv:
         self.call("tv.clearFaults", _given(id=id))
 
     def check(self, transcript: str) -> dict[str, Any]:
-        """Runs a transcript, given as its text, on a set of its own: `passed`, and `diff` with what differs."""
+        """Runs a transcript, given as a text, on a separate set. Returns `passed`, and the differences as `diff`."""
         return self.call("tv.check", {"transcript": transcript})
 
     def why(self, command: Optional[int] = None) -> dict[str, Any]:
-        """All about a command that has run, by its number; without one, about the last of this session: `command` is
-        its number, `reply` what it answered, `calls`, `keys` and `log` what it called, stored and logged."""
+        """Returns everything about a command, given its number, by default about the last one of this session: its
+        number `command`, its `reply`, its `calls`, changed `keys` and `log` messages."""
         return self.call("tv.why", _given(command=command))
 
     def history(self, command: Optional[int] = None) -> dict[str, Any]:
-        """The whole set, as `state` tells it, right behind a command; which one is as for `why`."""
+        """Returns the whole set right after a command, as `state` does. The command is chosen as for `why`."""
         return self.call("tv.history", _given(command=command))
 
     def go_back(self, command: int) -> None:
-        """Makes the set what it persisted right behind a command, by its number. Engines close."""
+        """Restores what the set had persisted right after a command, given its number. Closes all engines."""
         self.call("tv.goBack", {"command": command})
 
     def discover(self) -> dict[str, Any]:
-        """The server's OpenRPC document."""
+        """Returns the server's OpenRPC document."""
         return self.call("rpc.discover")
 
     def _executed(self, method: str, name: str, parameters: Sequence[Parameter]) -> Union[int, str, None]:
@@ -499,15 +504,15 @@ def connect(address: str, *, app_id: Optional[str] = None, widget_id: Optional[s
             token: Optional[str] = None, timeout: Optional[float] = 60.0) -> Tv:
     """Opens a session with the server at an address like `http://127.0.0.1:8090`.
 
-    app_id, widget_id  who the application says it is
-    token              what a server that was started with --token wants
-    timeout            seconds until a call that is not answered fails; None waits without end
+    app_id, widget_id  ids of the application and its widget
+    token              the token, for a server that was started with --token
+    timeout            seconds after which an unanswered call fails; None waits forever
     """
     return Tv(address, app_id=app_id, widget_id=widget_id, token=token, timeout=timeout)
 
 
 class _Output(threading.Thread):
-    """Reads what the program writes on one of its outputs, and keeps the end of it."""
+    """Reads one of the program's outputs, and keeps the end of it."""
 
     def __init__(self, stream: Any) -> None:
         super().__init__(daemon=True)
@@ -527,17 +532,17 @@ class _Output(threading.Thread):
         self._has_first.set()
 
     def first_line(self, patience: float) -> Optional[str]:
-        """The first line, the empty text where the program ended without one, None after the time."""
+        """The first line; the empty text when the program ended without one, None after the timeout."""
         return (self._first or "") if self._has_first.wait(patience) else None
 
     def text(self) -> str:
-        """What it wrote. Waits for the end, which is near once the program has ended."""
+        """The output. Waits for its end, which comes soon after the program has ended."""
         self.join(_END_PATIENCE)
         return self._text.rstrip()
 
 
 class _Program:
-    """A running emp-window, which ends with the pipe to its standard input, and so with this process, too."""
+    """A running emp-window. It ends when the pipe to its standard input closes, and so also when this process ends."""
 
     def __init__(self, words: Sequence[str]) -> None:
         self._words = words
@@ -579,7 +584,7 @@ class _Program:
         self.end()
 
     def end(self) -> None:
-        """Ends it by the end of its input; kills it when that takes too long."""
+        """Ends the program by closing its input; kills it when that takes too long."""
         assert self._process.stdin is not None
         try:
             self._process.stdin.close()
@@ -588,7 +593,7 @@ class _Program:
         self._wait()
 
     def _wait(self) -> int:
-        """Waits for its end, and answers its status. Kills it when that takes too long."""
+        """Waits for its end, and returns its status. Kills it when that takes too long."""
         try:
             return self._process.wait(_END_PATIENCE)
         except subprocess.TimeoutExpired:
@@ -597,7 +602,7 @@ class _Program:
 
 
 class LaunchedTv(Tv):
-    """A virtual TV with its program, whose process id is `pid`. `close` ends that, too."""
+    """A virtual TV with its program, whose process id is `pid`. `close` also ends the program."""
 
     def __init__(self, program: _Program, **options: Any) -> None:
         self._program = program
@@ -632,13 +637,13 @@ def launch(*, list: Optional[Path] = None, snapshot: Union[Path, dict[str, Any],
            timeout: Optional[float] = 60.0) -> LaunchedTv:
     """Starts a virtual TV on a free port of this machine, fresh unless a state is given, and connects to it.
 
-    list      the file of a channel list that it imports
-    snapshot  where it starts from: a file, or what `tv.snapshot()` answered
-    state     the directory that keeps its state
+    list      path of a channel list to import
+    snapshot  the initial state: a file, or a result of `tv.snapshot()`
+    state     the directory for its state
     program   the path of emp-window; otherwise the environment's EMP_WINDOW, then emp-window on the path
-    options   further words for `emp-window serve`
+    options   further arguments for `emp-window serve`
 
-    The rest is as in `connect`. Raises EmpLaunchError with what the program wrote when it does not start.
+    The other parameters are those of `connect`. Raises EmpLaunchError with the program's output when it does not start.
     """
     words = [os.fspath(program or os.environ.get("EMP_WINDOW") or "emp-window")]
     words += [] if state is None else ["--state", os.fspath(state)]
