@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
-/** The virtual TV: `createTv` in memory and `connect` to one on a server for tests and tools, `installWindow` for apps. */
+/**
+ * The virtual TV: for tests and tools, `createTv` creates one in memory, and `connect` connects to a server;
+ * `installWindow` is for apps.
+ */
 import type {
   Commands, Events, Fault, Knob, KnobKind, Operation, Parameter, Scan, Service, Session, Setting, State, Why,
 } from './commands.js'
@@ -7,47 +10,47 @@ import type {TranscriptOptions, TranscriptPlugin, TranscriptResult} from './tran
 
 export * from './commands.js'
 
-/** The same functions, answering promises. */
+/** The same functions, returning promises. */
 export type Promised<T> = {
   readonly [Name in keyof T]: T[Name] extends (...args: infer Args) => infer Result
     ? (...args: Args) => Promise<Result> : never
 }
 
-/** Who the app says that it is. */
+/** The identity of the app. */
 export interface Application {
   appId?: string
   widgetId?: string
 }
 
 export interface ConnectOptions extends Application {
-  /** What a server that was started with --token wants. */
+  /** The token, for a server that was started with --token. */
   token?: string
-  /** Milliseconds for which calls wait for a connection that broke; 10,000 by default. */
+  /** Milliseconds that calls wait for a broken connection to return; 10,000 by default. */
   patience?: number
-  /** Milliseconds before it connects again, 100 by default; doubles with each try that fails. */
+  /** Milliseconds before reconnecting, 100 by default; doubles with each failed attempt. */
   firstPause?: number
   /** The longest of these pauses, 5,000 by default. */
   longestPause?: number
 }
 
-/** The server answered a call with an error. A failure code of a command is no error but a value. */
+/** The server answered a call with an error. A failure code of a command is a value, not an error. */
 export class EmpRpcError extends Error {
   readonly code: number
-  /** Its `reason` is a line for a person. */
+  /** Its `reason` is a one-line explanation. */
   readonly data?: {reason?: string, [name: string]: unknown}
   /** The method that was called. */
   readonly method: string
 }
 
-/** The connection broke, could not be made or was closed, or the server refused the request with a status of HTTP. */
+/** The connection broke, could not be made or was closed, or the server refused the request with an HTTP status. */
 export class EmpConnectionError extends Error {
-  /** True when the call may have run; false when it has not, so that it can be made once more. */
+  /** True when the call may have run; false when it has not run and can be repeated. */
   readonly sent: boolean
-  /** Of the HTTP answer, where there was one. */
+  /** The status of the HTTP answer, if there was one. */
   readonly status?: number
 }
 
-/** A TV in memory can't be made, kept or started. */
+/** A TV in memory can't be created, persisted or started. */
 export class EmpTvError extends Error {
   /**
    * What is to blame: the module, the snapshot or the list that was given; there is not enough memory; it has broken down
@@ -55,72 +58,78 @@ export class EmpTvError extends Error {
    * keeps can't be used (`kept`).
    */
   readonly what: 'module' | 'snapshot' | 'list' | 'memory' | 'failed' | 'in use' | 'storage' | 'kept'
-  /** What is wrong with a snapshot, a list or what is kept, and where. */
+  /** The error in a snapshot, a list or stored data, and its place. */
   readonly reason?: string
-  /** What is kept and can't be used. */
+  /** The stored data that can't be used. */
   readonly snapshot?: unknown
 }
 
 export type Topic = keyof Events | '*'
 
-/** What a listener is given first, and again where events were missed that the server no longer holds (`resync`). */
+/**
+ * The first argument of a listener. It is passed again if the listener missed events that the server no longer has
+ * (`resync`).
+ */
 export interface StateEvent {
-  /** That was listened to. */
+  /** The subscribed topic. */
   topic: Topic
-  /** The state is as of this event. */
+  /** Number of the last event; the state is as of that event. */
   number: number
-  /** The server's run: its numbers count from its start. */
+  /** The id of the server's run, within which events are numbered. */
   server: string
-  /** What `tv.state()` answers. */
+  /** The result of `tv.state()`. */
   state: State
   resync?: true
 }
 
-/** What a listener to a topic is told of a change, one of several kinds; their members say which. */
+/** The argument of a listener for a change: one of the kinds of events of the topic, distinguished by their members. */
 export type ChangeEvent<Name extends Topic = '*'> =
   (Name extends keyof Events ? Events[Name] : Events[keyof Events]) & {state?: undefined}
 
-/** What a listener to a topic is given: only the first has a `state`. */
+/** The argument of a listener to a topic; only the first has a `state`. */
 export type TvEvent<Name extends Topic = '*'> = StateEvent | ChangeEvent<Name>
 
-/** A type that follows from another parameter, never from this one. */
+/** Prevents inference of the type from this parameter. */
 type Given<Type> = [Type][Type extends unknown ? 0 : never]
 
 export interface ConnectionEvent {
   connected: boolean
-  /** Why it broke. */
+  /** Why the connection broke. */
   reason?: string
 }
 
-/** Ends listening. `ready` is fulfilled when the listener has the present state, and fails where the server refuses. */
+/**
+ * Unsubscribes. `ready` is fulfilled when the listener has received the current state, and rejects if the server
+ * refuses.
+ */
 export interface Unsubscribe {
   (): void
   readonly ready: Promise<void>
 }
 
-/** All that the set keeps. */
+/** Everything that the set persists. */
 export type Snapshot = Record<string, any>
 
-/** A change of the set, by the number of the state that it leads to. */
+/** The number of the state after a change of the set. */
 export interface Revision {
   revision: number
 }
 
-/** What services have to meet, all of it. */
+/** Conditions for services; all must be met. */
 export interface ServicesQuery {
   offset?: number
   limit?: number
-  /** In the name. */
+  /** Text contained in the name. */
   text?: string
   antenna?: 'terrestrial' | 'cable' | 'satellite'
   kind?: 'television' | 'radio' | 'data'
-  /** The section of the list in which they were found. */
+  /** Section of the imported list. */
   group?: string
-  /** The favourite group that they are in. */
+  /** Number of their favourite group. */
   favourite?: number
   /** Their major number. */
   major?: number
-  /** The one of that key. */
+  /** Only the service with this key. */
   key?: number
 }
 
@@ -129,22 +138,22 @@ export interface FaultOptions {
   nth?: number
   /** How many calls it hits; 1 by default. */
   times?: number | 'always'
-  /** What the call answers: a number or a text; null, 'unwritten' or 'throw'. */
+  /** Result of the call: a number or a text; null, 'unwritten' or 'throw'. */
   result?: number | string | null
-  /** What it writes, by the names of its outputs. */
+  /** Values of outputs, by name. */
   outputs?: Record<string, number | string>
   window?: 'main' | 'pip'
-  /** The session whose calls it hits. */
+  /** Only calls of this session. */
   session?: string
 }
 
 export interface ImportOptions {
-  /** Of the file, for messages. */
+  /** Name of the file, for messages. */
   name?: string
   format?: string
   /** Adds to the services rather than replacing them. */
   add?: boolean
-  /** Of names that do not tell theirs. */
+  /** Encoding of names that do not specify their own. */
   encoding?: string
 }
 
@@ -153,7 +162,7 @@ export interface ImportResult {
   added: number
   changed: number
   gone: number
-  /** How many lines could not be read; the first hundred are in `problems`. */
+  /** Number of lines that could not be read; the first hundred are in `problems`. */
   total: number
   problems: {line?: number, at: string, reason: string}[]
 }
@@ -161,43 +170,43 @@ export interface ImportResult {
 export interface ExportResult {
   /** The list. */
   content: string
-  /** How many services are in it. */
+  /** Number of services in the list. */
   services: number
-  /** How many the format can't hold at all. */
+  /** Number of services that the format can't hold at all. */
   leftOut: number
-  /** What it can't hold of the others, and of how many. */
+  /** Data that the format can't hold, and the number of services concerned. */
   lost: {what: string, services: number}[]
 }
 
 export interface ScanOptions {
-  /** A file of the server's, beneath the directory that clients may use. */
+  /** Path of a file beneath the server's directory for clients. */
   path?: string
   /** The recording itself, in base64. */
   content?: string
-  /** Of a recording whose content comes in several calls; what is in it is told with the last. */
+  /** Place of this content in a recording sent in several calls; the last call returns the services. */
   part?: 'first' | 'next' | 'last'
-  /** Replaces the services by those found. */
+  /** Replaces the services by the found ones. */
   import?: boolean
-  /** Keeps the services that are there. */
+  /** Adds to the services of the set. */
   add?: boolean
 }
 
-/** A connected client. Methods without a comment are the server's `tv.` method of the same name. */
+/** A connected client. Methods without a comment call the server's `tv.` method of the same name. */
 export interface Tv {
   readonly isVirtual: true
   /** The server's address, without a slash at the end; empty for a TV in memory. */
   readonly address: string
-  /** The session of this connection; another one after a reconnect. */
+  /** Name of this connection's session; it changes with a reconnect. */
   readonly session: string
-  /** The server's run. */
+  /** Id of the server's run. */
   readonly server: string
   readonly connected: boolean
   /** A function for each command of the plug-in. */
   readonly window: Promised<Commands>
-  /** Any command by name, as on the set; undefined where the engine refuses without a reply. */
+  /** Runs any command by name, as on the set. Returns undefined if the engine refuses it without a reply. */
   Execute(name: string, ...parameters: Parameter[]): Promise<string | number | undefined>
   executeWithParamList(name: string, parameters?: Parameter[]): Promise<string | number | undefined>
-  /** Any method of the server, with its whole result. */
+  /** Calls any method of the server, and returns its whole result. */
   call(method: string, params?: object | unknown[]): Promise<any>
   /**
    * Listens to a topic: the present state first, then each change. After a broken connection it goes on with the events
@@ -206,21 +215,21 @@ export interface Tv {
    */
   on<Name extends Topic>(
     topic: Name, listener: (event: TvEvent<Given<Name>>) => void, options?: {after?: number}): Unsubscribe
-  /** Listens to the connection itself: whether it is there, then each change. */
+  /** Subscribes to the connection itself: its current state, then each change. */
   on(topic: 'connection', listener: (event: ConnectionEvent) => void): Unsubscribe
-  /** Ends the connection, and with it the session. Calls under way fail. */
+  /** Ends the connection, and with it the session. Calls in progress fail. */
   close(): Promise<void>
-  /** A line of the shell; what it prints, line by line. */
+  /** Runs a line of the shell, and returns its output as lines. */
   run(line: string): Promise<string[]>
   state(): Promise<State>
-  /** `groups` names all that there are, whatever the query selects. */
+  /** `groups` lists all groups, regardless of the query. */
   services(query?: ServicesQuery): Promise<{revision: number, total: number, groups: string[], services: Service[]}>
   knobs(): Promise<{knobs: Knob[], kinds: KnobKind[]}>
   /** The value of a knob, as the shell's `.get` prints it. */
   get(name: string): Promise<string>
   set(name: string, value: string | number): Promise<Revision>
   operations(): Promise<Operation[]>
-  /** Makes calls to the set fail; the number of the fault. */
+  /** Makes calls to the set fail. Returns the number of the fault. */
   fault(operation: string, options?: FaultOptions): Promise<number>
   faults(): Promise<Fault[]>
   /** Removes a fault, or all. */
@@ -228,51 +237,52 @@ export interface Tv {
   settings(): Promise<Setting[]>
   setSetting(key: string, value: string | number): Promise<Revision>
   removeSetting(key: string): Promise<Revision>
-  /** Runs a transcript on a set of the server's own, which leaves the one that is served alone. */
+  /** Runs a transcript on a separate set of the server, which does not affect the served one. */
   check(transcript: string): Promise<{passed: boolean, diff: string}>
-  /** Imports a channel list, given as its text. */
+  /** Imports a channel list, given as a text. */
   import(content: string, options?: ImportOptions): Promise<ImportResult>
-  /** The services as a channel list: JSON, which holds all, or in another format. */
+  /** Returns the services as a channel list: in JSON, which holds everything, or in another format. */
   export(format?: 'vdr' | 'dvbv5' | 'm3u' | 'json'): Promise<ExportResult>
-  /** Finds the services in a recording of a broadcast: `path` or `content` is wanted. */
+  /** Finds the services in a recording of a broadcast. Requires `path` or `content`. */
   scan(options: ScanOptions): Promise<Scan>
-  /** Replaces the services by those that this session found in its last scan, or adds them. */
+  /** Replaces the services by those of this session's last scan, or adds them. */
   importScan(options?: {add?: boolean}): Promise<ImportResult>
-  /** Edits a service of the list, by its id. `value` is the name, the number, 'on' or 'off'; none to remove it. */
+  /** Edits a service of the list, by its id. `value` is the name, the number, 'on' or 'off'; omit it for 'remove'. */
   editService(service: string, change: 'rename' | 'renumber' | 'move' | 'hide' | 'lock' | 'remove',
     value?: string | number): Promise<Revision>
   sessions(): Promise<Session[]>
   restart(): Promise<Revision>
   reset(): Promise<Revision>
-  /** @param before  the number of a command: as it was right before that; as it is without it */
+  /** @param before  number of a command: the state right before it; by default the current state */
   snapshot(before?: number): Promise<Snapshot>
   restore(snapshot: Snapshot): Promise<Revision>
-  /** All about a command, by the number that its events carry; without one, about the last of this session. */
+  /** Returns everything about a command, given the number from its events; by default about the last one of this session. */
   why(command?: number): Promise<Why>
-  /** The state as it was right behind a command; which one is as for `why`. */
+  /** Returns the state right after a command, which is chosen as for `why`. */
   history(command?: number): Promise<State>
-  /** Makes the set what it persisted then. */
+  /** Restores what the set had persisted right after the command. */
   goBack(command: number): Promise<Revision>
-  /** The server's OpenRPC document. */
+  /** Returns the server's OpenRPC document. */
   discover(): Promise<Record<string, any>>
 }
 
 /**
  * Connects to a server, as in `await connect('http://127.0.0.1:8090')`.
- * @throws EmpConnectionError when there is none
+ * @throws EmpConnectionError when there is no server
  */
 export function connect(address: string, options?: ConnectOptions): Promise<Tv>
 
 /**
- * What a connection needs of a WebSocket. It opens, and tells messages and its end, in a later turn, never within `send`.
+ * The part of a WebSocket that a connection uses. It must open, and report messages and its end, in a later turn, never
+ * within `send`.
  */
 export interface SocketLike {
-  /** As of a WebSocket: 1 while it is open, 3 when it has ended. */
+  /** As for a WebSocket: 1 while it is open, 3 when it has ended. */
   readonly readyState: number
   onopen?: ((event?: any) => void) | null
   /** `data` is a text. */
   onmessage?: ((event: any) => void) | null
-  /** `message`, where there is one, goes into the reason that callers see. */
+  /** A `message` of the event becomes part of the reason that callers see. */
   onerror?: ((event: any) => void) | null
   /** Has `code` and `reason`. */
   onclose?: ((event: any) => void) | null
@@ -280,34 +290,34 @@ export interface SocketLike {
   close(code?: number, reason?: string): void
 }
 
-/** Connects through sockets of the caller's: `dial` makes one, and another one when that has ended. */
+/** Connects through the caller's own sockets. `dial` creates a socket, and a new one after each has ended. */
 export function connect(dial: () => SocketLike | Promise<SocketLike>, options?: ConnectOptions): Promise<Tv>
 
 export interface TvOptions extends Application {
-  /** What the set starts from, as `tv.snapshot()` answers it; by default the set that is built in. */
+  /** The initial state, a result of `tv.snapshot()`; by default the built-in set. */
   snapshot?: Snapshot
-  /** Text of a channel list that the set imports. */
+  /** Text of a channel list to import. */
   list?: string
-  /** False lets no call take the time that latencies give it, as `--no-wait` of the server. */
+  /** If false, replies are not delayed for latencies, as with `--no-wait` of the server. */
   wait?: boolean
-  /** Bytes that the set may take, up to 2 GiB. A call that needs more fails, and the set goes on. */
+  /** Most bytes that the set may use, up to 2 GiB. A call that needs more fails, and the set continues. */
   maximumMemory?: number
 }
 
 export interface CreateTvOptions extends TvOptions {
-  /** The module, its bytes, or where it is, in place of emp-window.wasm beside this file. */
+  /** The module, its bytes or its address; by default emp-window.wasm beside this file. */
   module?: unknown
 }
 
 export interface KeptTv extends Tv {
-  /** Fulfilled when all that has changed so far is in IndexedDB; rejects with EmpTvError where it can't be kept. */
+  /** Fulfilled when all changes so far are in IndexedDB; rejects with EmpTvError if they can't be stored. */
   saved(): Promise<void>
-  /** Saves too, before it ends the TV. */
+  /** Saves all changes, then ends the TV. */
   close(): Promise<void>
 }
 
 /**
- * Makes a TV in memory, which ends with `close()`.
+ * Creates a TV in memory, which ends with `close()`.
  * @throws EmpTvError
  */
 export function createTv(options?: CreateTvOptions): Promise<Tv>
@@ -317,49 +327,49 @@ export function createTv(options?: CreateTvOptions): Promise<Tv>
  */
 export function createTv(options: CreateTvOptions & {persist: string}): Promise<KeptTv>
 
-/** Removes what is kept under a key, unless a tab has it in use. */
+/** Removes the data stored under a key, unless a tab uses it. */
 export function forgetTv(key: string): Promise<void>
 
-/** The synchronous object that an app has on the set. Its calls throw EmpConnectionError where there is no TV. */
+/** The synchronous object that an app has on the set. Its calls throw EmpConnectionError when there is no TV. */
 export interface EmpWindow extends Readonly<Commands> {
   readonly isVirtual: true
   /**
    * Runs a command: a number, or a text. Where the engine refuses, what was written all the same, else undefined.
    */
   Execute(command: string, p1?: Parameter, p2?: Parameter, p3?: Parameter, p4?: Parameter): string | number | undefined
-  /** A line of the virtual TV's shell; what it prints, line by line. */
+  /** Runs a line of the virtual TV's shell, and returns its output as lines. */
   run(line: string): string[]
-  /** The TV in memory that it is on: its state, faults, events and all else. */
+  /** The TV in memory behind the object, with its state, faults, events and everything else. */
   readonly tv?: Tv
   /**
    * `keyCode` of the keys that the remote control on the virtual TV's page sends, by their standard `key` names. An app
    * whose set has other numbers replaces them. Keys without a number have 0, digits those of their characters.
    */
   keyCodes: Record<string, number>
-  /** Ends the session. The next call opens another one. */
+  /** Ends the session. The next call opens a new one. */
   close(): void
 }
 
 export interface InstallOptions extends Application {
-  /** The property of `target` that the object becomes. */
+  /** Name of the object's property in `target`. */
   name: string
-  /** Of a server. */
+  /** Address of a server. */
   address?: string
   token?: string
-  /** What `createTv` has made, in place of a server. */
+  /** A result of `createTv`, instead of a server. */
   tv?: Tv
 }
 
-/** Puts the object into `target`, mostly `globalThis`. The same name gets the same object (hot reload). */
+/** Puts the object into `target`, usually `globalThis`. The same name returns the same object (hot reload). */
 export function installWindow(target: object, options: InstallOptions & ({address: string} | {tv: Tv})): EmpWindow
 
-/** What the script tv.js offers as `empWindow` where its line names no object. */
+/** The global `empWindow` of the script tv.js, if its line names no object. */
 export interface EmpWindowScript {
-  /** As the module's, but at once, and kept nowhere. */
+  /** Like the module's function, but synchronous, and without persistence. */
   createTv(options?: TvOptions): Tv
   installWindow: typeof installWindow
   EmpTvError: typeof EmpTvError
 }
 
-/** Runs a transcript's lines on anything that has `Execute`, a real set's object too. */
+/** Runs a transcript's lines on anything that has `Execute`, including a real set's object. */
 export function runTranscript(text: string, plugin: TranscriptPlugin, options?: TranscriptOptions): Promise<TranscriptResult>

@@ -10,7 +10,7 @@ import './window.js'
 const {EmpConnectionError, EmpRpcError, EmpTvError, baseOf, socketUrl, install} = globalThis[Symbol.for('emp-window/2')]
 export {EmpConnectionError, EmpRpcError, EmpTvError}
 
-const workerPatience = 10_000  // ms until a worker has to be there
+const workerPatience = 10_000  // ms until a worker must have started
 
 /**
  * Connects to a server at an http address, as in `await connect('http://127.0.0.1:8090')`, or through sockets of the caller's:
@@ -26,7 +26,7 @@ export async function connect(place, options = {}) {
   return Tv.connect(address, dial, options)
 }
 
-/** What makes sets in memory. It is not there where a server serves this client. */
+/** The module that creates sets in memory. It is missing when a server serves this client. */
 async function creation() {
   try {
     return await import('./create.js')
@@ -35,17 +35,17 @@ async function creation() {
   }
 }
 
-/** Makes a TV in memory and connects to it; client.d.ts has the options. */
+/** Creates a TV in memory and connects to it; client.d.ts lists the options. */
 export async function createTv(options) {
   return (await creation()).createTv(options)
 }
 
-/** Removes what `createTv` keeps under a key. */
+/** Removes the data that `createTv` stored under a key. */
 export async function forgetTv(key) {
   return (await creation()).forgetTv(key)
 }
 
-/** In Node, which has no synchronous requests: a worker makes them, and this thread waits. */
+/** For Node, which has no synchronous requests: a worker makes them while this thread waits. */
 function workerTransport(base, token) {
   const threads = globalThis[Symbol.for('emp-window/threads')] ?? globalThis.process?.getBuiltinModule?.('node:worker_threads')
   if (!threads) throw new EmpConnectionError('installWindow wants a browser, or in Node before 20.16 the module node.js of this package')
@@ -56,7 +56,7 @@ function workerTransport(base, token) {
     Atomics.store(signal, 0, 0)
     return threads.receiveMessageOnPort(port)?.message
   }
-  const here = import.meta.url  // in a variable, so that no bundler takes the worker for one of the page's
+  const here = import.meta.url  // in a variable, so that bundlers do not treat the worker as part of the page
   const worker = new threads.Worker(new URL('./node-window.js', here),
     {workerData: {base, token, signal, port: port2}, transferList: [port2], execArgv: [], stdin: false})
   worker.unref()

@@ -8,7 +8,7 @@ import './window.js'
 
 const {EmpConnectionError, parametersOf, valueOf, executed, commandsOf, memory} = globalThis[Symbol.for('emp-window/2')]
 
-/** What `nearest` finds is told to someone who misspelled `name`; nothing when no name is close. */
+/** The known name nearest to a misspelled one; undefined when none is close. */
 function nearest(name, names) {
   const plain = text => text.toLowerCase().replaceAll('_', '')
   const distance = (one, other) => {
@@ -27,7 +27,7 @@ function nearest(name, names) {
   return best && best[0] <= 3 ? best[1] : undefined
 }
 
-/** A connected client. What it offers is described in client.d.ts. */
+/** A connected client. client.d.ts describes its members. */
 export class Tv {
   isVirtual = true
   window
@@ -60,7 +60,7 @@ export class Tv {
     this.window = this.#windowCommands()
   }
 
-  /** Makes a client that is connected a little later; calls wait for that. @return {tv, opened}, the last a promise */
+  /** Creates a client that is still connecting; calls wait for the connection. @return {tv, opened}; `opened` is a promise */
   static begin(address, dial, options) {
     const tv = new Tv(address, dial, options)
     const opened = tv.#wire.open().catch(error => {
@@ -158,7 +158,7 @@ export class Tv {
       this.#tellConnection({connected: true})
     }
     const reject = error => {
-      if (error instanceof EmpConnectionError) error.sent = false  // of the caller's calls nothing has been sent
+      if (error instanceof EmpConnectionError) error.sent = false  // none of the caller's calls has been sent
       fail(error)
     }
     this.#wire.send({method: 'session.open', params: {appId, widgetId}, resolve, reject})
@@ -168,7 +168,7 @@ export class Tv {
     for (const listener of [...this.#listeners]) tell(listener, event)
   }
 
-  /** An object with a function for any name that could be a command's; the server knows which are. */
+  /** An object with a function for every name, since only the server knows the commands. */
   #windowCommands() {
     const functions = new Map()
     const get = (_, name) => {

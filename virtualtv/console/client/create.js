@@ -5,7 +5,7 @@
 import {load} from './load.js'
 import {clientOf, makeSet, optionsOf} from './memory.js'
 
-/** Makes a set from what is kept, else from what the caller gives. */
+/** Creates a set from stored data, or else from the caller's options. */
 function setFrom(module, options, snapshot, unusable) {
   if (snapshot === undefined) return makeSet(module, options)
   try {
@@ -24,7 +24,7 @@ async function createKept(key, module, options) {
   return Object.assign(tv, {saved: () => keeper.saved()})
 }
 
-/** As `createTv` of client.js. */
+/** See `createTv` in client.js. */
 export async function createTv(all) {
   const {persist, module: given, ...options} = optionsOf(all)
   const module = await load(given)
@@ -34,7 +34,7 @@ export async function createTv(all) {
   return tv
 }
 
-/** Removes what is kept under a key. */
+/** Removes the data stored under a key. */
 export async function forgetTv(key) {
   const {forget} = await import('./kept.js')
   await forget(key)

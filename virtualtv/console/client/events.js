@@ -6,7 +6,7 @@ import './window.js'
 
 const {EmpRpcError} = globalThis[Symbol.for('emp-window/2')]
 
-/** Calls a listener; what it throws is reported as an uncaught error and stops nothing here. */
+/** Calls a listener. Its exceptions are reported as uncaught errors, and do not stop the caller. */
 export function tell(listener, event) {
   try {
     listener(event)
@@ -16,13 +16,13 @@ export function tell(listener, event) {
   }
 }
 
-/** The events that the app listens to: subscribed anew on each connection, from the last one on that was told. */
+/** The app's subscriptions. Each new connection subscribes again, starting after the last event delivered. */
 export class Events {
   #wire
-  #listeners = new Set()  // {topic, listener, after, from, settle, fail}; from is the number that it has all before
+  #listeners = new Set()  // {topic, listener, after, from, settle, fail}; events up to `from` were delivered
   #last  // the number of the last event, or of the first state
-  #server  // whose numbers these are
-  #end  // why nobody is told anything any more
+  #server  // the server's run that these numbers belong to
+  #end  // why no more events are delivered
 
   constructor(wire) {
     this.#wire = wire
@@ -38,7 +38,7 @@ export class Events {
     return Object.assign(() => this.#off(entry), {ready})
   }
 
-  /** A new connection is there: goes on where the one before broke. */
+  /** Continues on a new connection where the previous one broke. */
   resume() {
     const known = [...this.#listeners].filter(entry => entry.from !== undefined)
     if (known.length > 0) this.#catchUp(known)
@@ -86,7 +86,7 @@ export class Events {
     }, error => console.error(`emp-window: can't listen again: ${error.message}`))
   }
 
-  /** Gives a listener the whole state, at first or because the events since the last one are not held any more. */
+  /** Passes the whole state to a listener, either initially or because missed events are no longer available. */
   #present(entry, {number, server, state}, from = number) {
     if (!this.#listeners.has(entry)) return
     const resync = entry.from !== undefined
@@ -104,7 +104,7 @@ export class Events {
   }
 
   #send(method, params, resolve, reject) {
-    const rejectAnswer = error => error instanceof EmpRpcError && reject(error)  // else the next connection catches up
+    const rejectAnswer = error => error instanceof EmpRpcError && reject(error)  // otherwise the next connection catches up
     this.#wire.send({method, params, resolve, reject: rejectAnswer})
   }
 }

@@ -8,13 +8,13 @@ import './window.js'
 const {EmpTvError} = globalThis[Symbol.for('emp-window/2')]
 
 const store = 'sets'
-const format = 1  // of a record
-const lockPatience = 1000  // ms for a page that goes, as when it is loaded anew, to give a key back
-const pause = 20  // ms from a change to saving it, at least
-const share = 10  // saving takes at most this part of the time
+const format = 1  // version of a record
+const lockPatience = 1000  // ms for a closing or reloading page to release a key
+const pause = 20  // minimum ms from a change to saving it
+const share = 10  // saving takes at most one part in this many of the time
 const topics = ['source', 'service', 'mode', 'plane', 'tracks', 'favourites', 'services', 'inputs', 'knob', 'settings']
 
-// Some errors of browsers have no text, as that of a full one.
+// Some errors of browsers have no text, for instance when storage is full.
 const failure = (key, message, cause) =>
   new EmpTvError('storage', `persist '${key}': ${message}: ${cause.message || cause.name}`, {cause})
 
@@ -24,7 +24,7 @@ const done = request => new Promise((resolve, reject) => {
   request.onerror = () => reject(request.error)
 })
 
-const own = new Set()  // keys that this page has
+const own = new Set()  // keys locked by this page
 
 /**
  * Takes the key for this page. @param patience  ms for another page to give it back
@@ -54,7 +54,7 @@ async function lock(key, patience) {
   }
 }
 
-/** Fails where there is no IndexedDB, or the browser lets no page look at it. */
+/** Fails if there is no IndexedDB, or the browser does not allow pages to use it. */
 function checkThere(key) {
   let isThere
   try {
@@ -75,7 +75,7 @@ async function openDatabase(key) {
   }
 }
 
-/** Opens what is kept under a key. */
+/** Opens the data stored under a key. */
 async function openShelf(key, patience = lockPatience) {
   checkThere(key)
   const release = await lock(key, patience)
@@ -87,13 +87,13 @@ async function openShelf(key, patience = lockPatience) {
   }
 }
 
-/** What is kept under one key. */
+/** The data stored under one key. */
 class Shelf {
   #key
   #database
   #release
-  #text  // the set's answer that was saved last
-  #written = Promise.resolve()  // settles as the last transaction does
+  #text  // the last saved answer of the set
+  #written = Promise.resolve()  // settles with the last transaction
   #failed = false
 
   constructor(key, database, release) {
@@ -102,7 +102,7 @@ class Shelf {
     this.#release = release
   }
 
-  /** The snapshot that is kept; undefined where there is none. */
+  /** The stored snapshot; undefined if there is none. */
   async read() {
     let record
     try {
@@ -120,7 +120,10 @@ class Shelf {
     return new EmpTvError('kept', message, {cause, reason, snapshot})
   }
 
-  /** Saves what a set persists, if that has changed: `ask` answers its reply to tv.snapshot. The transaction is under way when this returns. */
+  /**
+   * Saves the set's data if it has changed: `ask` returns the set's reply to tv.snapshot. The transaction has started
+   * when this returns.
+   */
   save(ask) {
     try {
       const text = ask()
@@ -136,7 +139,7 @@ class Shelf {
     this.#written.then(() => { this.#failed = false }, error => this.#tell(error))
   }
 
-  /** Fulfilled when what was saved is in the database. */
+  /** Fulfilled when all saved data is in the database. */
   written() {
     return this.#written
   }
@@ -157,26 +160,26 @@ class Shelf {
       transaction.oncomplete = () => resolve()
       transaction.onabort = () => reject(transaction.error ?? new Error('given up'))
       transaction.objectStore(store).put({format, snapshot}, this.#key)
-      transaction.commit?.()  // so that a page that goes now does not undo it
+      transaction.commit?.()  // so that closing the page now does not undo it
     })
   }
 
   #tell(error) {
-    this.#text = undefined  // so that it is tried again
+    this.#text = undefined  // so that saving is tried again
     if (!this.#failed) console.error(`emp-window: ${error.message}`)
     this.#failed = true
   }
 }
 
-/** Saves a set soon after each change, and at once when the page goes. */
+/** Saves a set soon after each change, and immediately when the page is left. */
 class Keeper {
-  /** Its own on the set. */
+  /** The keeper's own session on the set. */
   session
   #shelf
   #connection
   #timer
-  #cost = 0  // ms that saving took last
-  #reply  // of the set to the last question
+  #cost = 0  // duration of the last saving, ms
+  #reply  // the set's reply to the last request
   #saveNow = () => this.#save()
 
   constructor(set, shelf) {
@@ -215,7 +218,7 @@ class Keeper {
     this.#cost = performance.now() - start
   }
 
-  /** The text of the set's reply. A set gives it before `send` returns. */
+  /** Returns the text of the set's reply, which arrives before `send` returns. */
   #ask(method, params = {}) {
     this.#connection.send(JSON.stringify({jsonrpc: '2.0', id: 1, method, params}))
     return this.#reply

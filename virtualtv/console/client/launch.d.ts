@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: MIT
-/** A virtual TV of a test's own, for Node. */
+/** A separate virtual TV for a test, in Node. */
 import type {ConnectOptions, Snapshot, Tv} from './client.js'
 
 export interface LaunchOptions extends ConnectOptions {
-  /** File of a channel list that the set imports. */
+  /** File of a channel list to import. */
   list?: string | URL
-  /** File of a snapshot, or what `tv.snapshot()` answered. */
+  /** File of a snapshot, or a result of `tv.snapshot()`. */
   snapshot?: string | URL | Snapshot
-  /** Directory of the set's state, which is kept; without one the set is fresh and in memory. */
+  /** Directory for the set's state; without one the set is fresh and in memory. */
   state?: string | URL
-  /** Path of emp-window; by default the variable EMP_WINDOW, else it is looked for in the PATH. */
+  /** Path of emp-window; by default the variable EMP_WINDOW, or else searched in the PATH. */
   program?: string | URL
-  /** Further words for `emp-window serve`, such as '--allow-origin'. */
+  /** Further arguments for `emp-window serve`, such as '--allow-origin'. */
   options?: string[]
 }
 
 export interface LaunchedTv extends Tv {
-  /** Of emp-window. */
+  /** Process id of emp-window. */
   readonly pid: number
-  /** Ends emp-window too; done when it has ended. */
+  /** Also ends emp-window; fulfilled when it has ended. */
   close(): Promise<void>
 }
 

@@ -9,8 +9,8 @@ import {basename} from 'node:path'
 import {fileURLToPath} from 'node:url'
 import {connect} from './node.js'
 
-const startPatience = 10_000  // ms until the program has to tell its address
-const endPatience = 5000  // ms until it is killed
+const startPatience = 10_000  // ms until the program must print its address
+const endPatience = 5000  // ms until the program is killed
 const mostErrors = 64 * 1024  // characters of standard error that are kept
 
 const pathOf = file => file instanceof URL ? fileURLToPath(file) : String(file)
@@ -24,7 +24,7 @@ function argumentsOf({state, snapshot, options = []}) {
   return [...words, ...options]
 }
 
-/** Whether a snapshot is named rather than given as the document that `tv.snapshot()` answers. */
+/** True if a snapshot is the name of a file, rather than a result of `tv.snapshot()`. */
 function isFile(snapshot) {
   return typeof snapshot === 'string' || snapshot instanceof URL
 }
@@ -35,7 +35,7 @@ function start(program, words) {
   const ended = new Promise(resolve => child.on('close', (code, signal) => resolve({code, signal})))
   let output = ''
   let errors = ''
-  child.stdin.on('error', () => {})  // of a program that has ended
+  child.stdin.on('error', () => {})  // the program may have ended
   child.stderr.setEncoding('utf8').on('data', text => errors = (errors + text).slice(-mostErrors))
   return new Promise((resolve, reject) => {
     const fail = reason => {
@@ -66,7 +66,7 @@ function reportEnd(server) {
   })
 }
 
-/** Ends the program by the end of its input; one that does not end is killed. */
+/** Ends the program by closing its input; kills it if it does not end. */
 async function end(server) {
   const {child, ended} = server
   server.isEnding = true
@@ -100,7 +100,7 @@ async function prepare(tv, {list, snapshot}) {
 export async function launch({program = process.env.EMP_WINDOW || 'emp-window', list, snapshot, state, options,
   ...connection} = {}) {
   const starting = start(pathOf(program), argumentsOf({state, snapshot, options}))
-  if (!globalThis.WebSocket) import('./node-websocket.js').catch(() => {})  // so that it is there when the program is
+  if (!globalThis.WebSocket) import('./node-websocket.js').catch(() => {})  // loads while the program starts
   const server = await starting
   reportEnd(server)
   let tv

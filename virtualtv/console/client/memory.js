@@ -9,7 +9,7 @@ import './window.js'
 
 const {EmpConnectionError, EmpTvError, memory, sets} = globalThis[Symbol.for('emp-window/2')]
 
-/** Turns of their own, in order, without the least pause that timers have in browsers. */
+/** Runs tasks in separate turns, in order, without the minimum delay of timers in browsers. */
 function turns() {
   if (globalThis.setImmediate) return globalThis.setImmediate
   const waiting = []
@@ -23,7 +23,7 @@ function turns() {
 
 const later = turns()
 
-/** What a failure of the module is called here. @param what  for those that are not the module's own */
+/** Converts a failure of the module to an EmpTvError. @param what  for failures that are not the module's own */
 function named(error) {
   if (!(error instanceof EmpModuleError)) return error
   if (error.code === 'closed') return new EmpConnectionError(`${memory} was closed`)
@@ -47,7 +47,7 @@ function checkSnapshot(snapshot) {
   throw new EmpTvError('snapshot', `${memory}: snapshot: ${reason}`, {reason})
 }
 
-/** A set, whose failures have names. */
+/** A set whose failures are EmpTvErrors. */
 class MemorySet {
   isClosed = false
   #set
@@ -57,13 +57,13 @@ class MemorySet {
     this.#set = attempt(() => startSet(module, {snapshot, waits: wait, maximumMemory}))
   }
 
-  /** A connection of `listener(text)`, to a session that a call has opened or to one of its own: {send(text), close()}. */
+  /** Connects `listener(text)` to an existing session or to a new one. Returns {send(text), close()}. */
   open(listener, session) {
     const {send, close} = attempt(() => this.#set.open(listener, session))
     return {send: text => attempt(() => send(text)), close: () => attempt(close)}
   }
 
-  /** The answer to a request, which has run when this returns. */
+  /** Runs a request, and returns its answer. */
   post(text, session) {
     return attempt(() => this.#set.post(text, session))
   }
@@ -74,7 +74,7 @@ class MemorySet {
   }
 }
 
-/** What Wire needs of a socket, on a set. Messages of the set come in turns of their own, as from a server. */
+/** A socket for Wire, connected to a set. Messages of the set arrive in separate turns, as from a server. */
 export class SetSocket {
   readyState = 0
   isNear = true
@@ -111,10 +111,10 @@ export class SetSocket {
   }
 }
 
-/** Whether a call failed for want of memory: where the set does not take something, that is to blame. */
+/** True if a call failed for lack of memory, even where the set reports that it refused something. */
 const isShort = ({code, data}) => (code === -32603 || code === 1001) && / memory/.test(data?.reason)
 
-/** Imports a list, before anybody is connected. */
+/** Imports a list before any client is connected. */
 function importList(set, content) {
   const call = {jsonrpc: '2.0', id: 1, method: 'tv.import', params: {content, name: 'list'}}
   const {error} = JSON.parse(set.post(JSON.stringify(call)))
@@ -125,13 +125,13 @@ function importList(set, content) {
   throw new EmpTvError(isShort(error) ? 'memory' : 'list', `${memory}: list: ${reason}`, {reason})
 }
 
-/** The options of `createTv`. @throws TypeError for what is none */
+/** Checks the options of `createTv`. @throws TypeError for an unknown option */
 export function optionsOf(options = {}) {
   if (typeof options === 'object' && options !== null && !Array.isArray(options)) return options
   throw new TypeError(`an object with the options of createTv is wanted, not '${String(options)}'`)
 }
 
-/** Makes a set of a compiled module. @param options  {snapshot, list, wait, maximumMemory} of `createTv` */
+/** Creates a set from a compiled module. @param options  {snapshot, list, wait, maximumMemory} of `createTv` */
 export function makeSet(module, options) {
   const set = new MemorySet(module, options)
   try {
@@ -144,8 +144,8 @@ export function makeSet(module, options) {
 }
 
 /**
- * Connects a client to a set, which ends with it.
- * @param before  called by the client's `close`, while set and client are there  @return {tv, opened}, as Tv.begin
+ * Connects a client to a set, which ends with the client.
+ * @param before  called by the client's `close`, while set and client still exist  @return {tv, opened}, as Tv.begin
  */
 export function clientOf(set, {appId, widgetId} = {}, before = () => {}) {
   const {tv, opened} = Tv.begin('', () => new SetSocket(set), {appId, widgetId})

@@ -136,7 +136,7 @@ function tell(listener, text) {
   }
 }
 
-/** Holds this thread up. */
+/** Blocks this thread. */
 function block(milliseconds) {
   const end = performance.now() + milliseconds
   try {
@@ -147,13 +147,13 @@ function block(milliseconds) {
   while (performance.now() < end);
 }
 
-/** Node 18 has no global `crypto`. What is chosen here are names of sessions and the like, no secrets. */
+/** Node 18 has no global `crypto`. These random numbers are for names of sessions and the like, not for secrets. */
 function fillByChance(bytes) {
   if (globalThis.crypto) globalThis.crypto.getRandomValues(bytes)
   else bytes.forEach((_, at) => { bytes[at] = Math.random() * 256 })
 }
 
-/** What the module's C library asks of a system: the time and chance; what it prints goes to the console. */
+/** The system functions for the module's C library: time, random numbers, and output to the console. */
 function systemOf(memory) {
   const view = () => new DataView(memory().buffer)
   const well = 0
@@ -197,7 +197,7 @@ function systemOf(memory) {
 
 const encoder = new TextEncoder()
 const decoder = new TextDecoder()
-const initialPages = 128  // 8 MiB, with which the module was linked
+const initialPages = 128  // 8 MiB, as the module was linked
 const mostMemory = 2 ** 31
 const longText = 16384  // 16-bit units
 const failures = ['failed', 'memory', 'session', 'snapshot']  // by the module's numbers
@@ -225,13 +225,13 @@ class ModuleSet {
   #calls  // the module's functions
   #complain
   #listeners = new Map()  // by the client's number
-  #outbox = []  // what is told when the module's function has returned
+  #outbox = []  // messages to deliver after the module's function has returned
   #isTelling = false
   #replies = new Map()  // to posts, by number
   #posts = 0
   #timers = new Map()  // {due, timer} by number
-  #failure  // of the call under way
-  #end  // why nothing can be called any more
+  #failure  // of the call in progress
+  #end  // why no more calls are possible
 
   constructor(module, {snapshot, waits = true, maximumMemory = mostMemory, complain = line => console.warn(line)}) {
     this.#complain = complain
@@ -301,7 +301,7 @@ class ModuleSet {
     return decoder.decode(new Uint8Array(this.#memory.buffer, place >>> 0, size))
   }
 
-  /** Lays a text where the module looks for it. @returns its size in bytes. */
+  /** Copies a text to the place where the module reads it. @returns its size in bytes. */
   #lay(text) {
     const bytes = text.length > longText ? encoder.encode(text) : undefined
     const room = bytes ? bytes.length : 3 * text.length
@@ -313,7 +313,7 @@ class ModuleSet {
     return room
   }
 
-  /** Has the module do something, then tells what it wants told. */
+  /** Calls a function of the module, then delivers its messages. */
   #call(name, ...args) {
     const answer = this.#enter(name, ...args)
     const failure = answer === failed ? this.#takeFailure() : undefined
@@ -350,7 +350,7 @@ class ModuleSet {
     this.#isTelling = false
   }
 
-  /** @param isAwaited  a client waits for what comes then; else Node may end before. */
+  /** @param isAwaited  true if a client waits for the result; otherwise Node may exit before it. */
   #setTimer(milliseconds, number, isAwaited) {
     const timer = setTimeout(() => this.#elapse(number), milliseconds)
     if (!isAwaited) timer.unref?.()

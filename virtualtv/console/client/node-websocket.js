@@ -8,12 +8,12 @@ import http from 'node:http'
 import https from 'node:https'
 
 const acceptSuffix = '258EAFA5-E914-47DA-95CA-C5AB0DC85B11'
-const closePatience = 2000  // ms until a peer that does not finish the close handshake is cut off
-const mostPongBacklog = 64 * 1024  // bytes unsent, beyond which pings of a peer that does not read go unanswered
+const closePatience = 2000  // ms until a peer that does not finish the close handshake is disconnected
+const mostPongBacklog = 64 * 1024  // unsent bytes beyond which pings of a peer that does not read are not answered
 
 const Opcode = {continuation: 0, text: 1, binary: 2, close: 8, ping: 9, pong: 10}
 
-/** The peer broke a rule; `code` is the close code that says which. */
+/** The peer violated the protocol; `code` is the close code for that. */
 class ProtocolError extends Error {
   constructor(code, message) {
     super(message)
@@ -21,7 +21,7 @@ class ProtocolError extends Error {
   }
 }
 
-/** A frame as a client sends it: masked, in one piece. */
+/** A frame from a client: masked, unfragmented. */
 export function frame(opcode, payload) {
   const extended = payload.length < 126 ? 0 : payload.length < 65536 ? 2 : 8
   const start = 2 + extended + 4
@@ -36,7 +36,7 @@ export function frame(opcode, payload) {
   return bytes
 }
 
-/** Bytes that have come and are not read yet. */
+/** Received bytes that are not read yet. */
 class Inbox {
   #chunks = []
   size = 0
@@ -46,7 +46,7 @@ class Inbox {
     this.size += chunk.length
   }
 
-  /** The next bytes; nothing unless all of them are there. */
+  /** The next bytes; undefined until all of them have arrived. */
   take(count) {
     if (count > this.size) return undefined
     this.size -= count
@@ -62,12 +62,12 @@ class Inbox {
   }
 }
 
-/** Makes frames of bytes, then messages of frames, and checks that both keep the rules. */
+/** Assembles bytes to frames and frames to messages, and checks both. */
 class Reader {
   #inbox = new Inbox()
   #mostPayload
-  #head  // {final, opcode, lengthBytes, length} of the frame that is coming, as far as it is known
-  #parts = []  // of the message that is coming in fragments
+  #head  // {final, opcode, lengthBytes, length} of the incoming frame, as far as known
+  #parts = []  // fragments of the incoming message
   #joined = 0  // their bytes
   #kind  // its opcode
 
@@ -79,7 +79,7 @@ class Reader {
     this.#inbox.add(chunk)
   }
 
-  /** The next message or control frame, {opcode, payload}; nothing until more bytes come. */
+  /** The next message or control frame, {opcode, payload}; undefined until more bytes arrive. */
   next() {
     for (;;) {
       const frame = this.#nextFrame()
@@ -155,7 +155,7 @@ function textOf(bytes) {
   }
 }
 
-/** Whether a close code may stand in a frame. */
+/** True for a close code that may be sent in a frame. */
 function mayBeSent(code) {
   return (code >= 3000 && code <= 4999) || (code >= 1000 && code <= 1014 && ![1004, 1005, 1006].includes(code))
 }
@@ -206,7 +206,7 @@ export class NodeWebSocket extends EventTarget {
     this.#shakeHands(new URL(url))
   }
 
-  /** Bytes that are not handed to the system yet. */
+  /** The bytes not yet passed to the system. */
   get bufferedAmount() {
     return this.#socket?.writableLength ?? 0
   }
@@ -313,7 +313,7 @@ export class NodeWebSocket extends EventTarget {
     this.#timer = setTimeout(() => this.#socket.destroy(), closePatience)
   }
 
-  /** Ends the connection because something is wrong; what, is told by an error event, then comes the close event. */
+  /** Ends the connection because of an error, with an error event that describes it, then a close event. */
   #fail(error) {
     if (this.readyState === NodeWebSocket.CLOSED) return
     this.#failure ??= error

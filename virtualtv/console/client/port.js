@@ -35,7 +35,7 @@ export function servePort(tv, port) {
   }
 }
 
-const patience = 2000  // ms for the other end to say that it has closed, which a worker that is gone never does
+const patience = 2000  // ms to wait for the other end's confirmation, which a terminated worker never sends
 
 /** The client's end: `connect(() => new PortSocket(port))`. A port serves one connection. */
 export class PortSocket {

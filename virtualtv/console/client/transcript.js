@@ -11,7 +11,7 @@ const utf8 = new TextEncoder()
 
 const letters = {n: '\n', r: '\r', t: '\t'}
 
-/** What stands between `$'` and `'`. Bytes that are no UTF-8 become U+FFFD. */
+/** Decodes the text between `$'` and `'`. Bytes that are not UTF-8 become U+FFFD. */
 function unescaped(text) {
   const escape = /\\(?:x([0-9A-Fa-f]{2})|([0-3][0-7]{2})|([^]))|([^\\]+)/g
   const bytes = [...text.matchAll(escape)].flatMap(([, hexDigits, octalDigits, letter, plain]) =>
@@ -68,16 +68,16 @@ const hex = (number, width) => number.toString(16).toUpperCase().padStart(width,
 
 const loneSurrogates = /[\uD800-\uDBFF](?![\uDC00-\uDFFF])|(?<![\uD800-\uDBFF])[\uDC00-\uDFFF]/g
 
-/** What String.prototype.toWellFormed does, which Node 18 has not. */
+/** Replaces String.prototype.toWellFormed, which Node 18 lacks. */
 const wellFormed = text => text.replace(loneSurrogates, '\uFFFD')
 
-/** A text as part of a line: what can't be shown is written `\xNN`. */
+/** A text for a line, with unprintable characters as `\xNN`. */
 function printable(text) {
   return wellFormed(text).replace(/\\x/g, '\\x5Cx')
     .replace(/[\0-\x1F\x7F-\x9F]/g, letter => Array.from(utf8.encode(letter), byte => `\\x${hex(byte, 2)}`).join(''))
 }
 
-/** Reads what `printable` wrote. Bytes that are no UTF-8 become U+FFFD, as in what `Execute` returns. */
+/** Reverses `printable`. Bytes that are not UTF-8 become U+FFFD, as in results of `Execute`. */
 function unprintable(line) {
   return line.replace(/(?:\\x[0-9A-F]{2})+/g, bytes =>
     new TextDecoder('utf-8', {ignoreBOM: true}).decode(Uint8Array.from(bytes.match(/[0-9A-F]{2}/g), byte => parseInt(byte, 16))))
@@ -100,7 +100,7 @@ function showUnicode(text) {
   return [`unicode "${shown}"`]
 }
 
-/** What `Execute` returned as the shell prints it. @param like  the reply that was expected: decides between kinds of text */
+/** A result of `Execute` as the shell prints it. @param like  the expected reply, which decides between the kinds of text */
 function show(value, like) {
   if (value === undefined || value === null) return [like.isRefused ? 'refused' : 'empty']
   const text = String(value)
@@ -117,7 +117,7 @@ export function replyLines({accepted, kind, value, units, bytes}) {
   return accepted ? shown : [`refused ${shown[0]}`, ...shown.slice(1)]
 }
 
-/** A text that is no UTF-8. @param bytes  in base64 */
+/** Shows a text that is not UTF-8. @param bytes  in base64 */
 function showBytes(bytes) {
   const all = Array.from(atob(bytes), byte => byte.charCodeAt(0))
   const lines = [[]]
@@ -130,7 +130,7 @@ function showBytes(bytes) {
   })]
 }
 
-/** What can be read of a line of bytes is shown as it is, all else as `\xNN`. */
+/** A line of bytes, with unreadable ones as `\xNN`. */
 function lineOfBytes(bytes) {
   let line = ''
   for (let at = 0; at < bytes.length;) {
@@ -149,7 +149,7 @@ function isCharacter(bytes) {
   }
 }
 
-/** How many of the lines behind an input are the reply; calls and log messages may follow. */
+/** The number of lines of the reply after an input; calls and log messages may follow. */
 function replyLength(lines) {
   if (!/^(refused )?ascii \|$/.test(lines[0] ?? '')) return Math.min(1, lines.length)
   const end = lines.findIndex((line, at) => at > 0 && !/^\|( |$)/.test(line))
@@ -161,7 +161,7 @@ function readUnicode(quoted) {
     digits ? String.fromCharCode(parseInt(digits, 16)) : letter)
 }
 
-/** A reply as a transcript has it: {isRefused, kind, value}; no kind where it is not one of the plug-in. */
+/** Parses a reply of a transcript: {isRefused, kind, value}, without kind if it is not a reply of the plug-in. */
 function readReply(lines) {
   const isRefused = /^refused( |$)/.test(lines[0] ?? '')
   const first = (lines[0] ?? '').replace(/^refused ?/, '')
@@ -182,21 +182,21 @@ function isSame(value, reply) {
   return reply.kind !== undefined && value === reply.value
 }
 
-/** What an input runs. */
+/** The line that an input runs. */
 const lineOf = input => input.replace(/^[> \t]+/, '')
 
-/** Runs the steps one by one, and keeps in mind what earlier ones switched on. */
+/** Runs the steps one by one, and remembers what earlier steps switched on. */
 class Player {
   #plugin
   #isVirtual
-  #tells = {'.trace': false, '.log': false}  // whether calls and log messages are printed behind replies
+  #tells = {'.trace': false, '.log': false}  // true while calls and log messages follow replies
 
   constructor(plugin) {
     this.#plugin = plugin
     this.#isVirtual = plugin.isVirtual === true && typeof plugin.run === 'function'
   }
 
-  /** Runs a step. @param next  the one behind it @return {printed} as lines, or {skipped} with the reason */
+  /** Runs a step. @param next  the following step @return {printed} as lines, or {skipped} with the reason */
   async play({input, expected}, next) {
     const line = lineOf(input)
     if (line === '') return {printed: []}
@@ -214,7 +214,7 @@ class Player {
     return Array.isArray(lines) ? lines : lines.lines
   }
 
-  /** Faults that no call has met, as the virtual TV lists them. */
+  /** Faults that were never hit, as the virtual TV lists them. */
   async idleFaults() {
     return this.#isVirtual ? (await this.run('.fault')).filter(line => line.endsWith('(hits: 0)')) : []
   }
@@ -239,7 +239,7 @@ class Player {
   }
 }
 
-/** Lines of two texts side by side, [kind, line], with as few changes as there can be. */
+/** The minimal line-by-line difference of two texts: [kind, line]. */
 function compare(before, after) {
   const width = after.length + 1
   const common = new Uint32Array((before.length + 1) * width)
@@ -288,7 +288,7 @@ function unified(lines, before, after) {
   return `--- ${before}\n+++ ${after}\n${shown.join('')}`
 }
 
-/** What a step should have printed: without calls and log messages where it was not asked for them. */
+/** The expected output of a step, without calls and log messages unless these were requested. */
 function wanted(step, isComplete) {
   return isComplete ? step.expected : step.expected.slice(0, replyLength(step.expected))
 }
@@ -334,7 +334,7 @@ export async function runTranscript(text, plugin, {name = 'transcript'} = {}) {
 
 const escapes = {'&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;', '\n': '&#10;', '\t': '&#9;'}
 
-/** A text as XML takes it; what no document can hold is replaced. */
+/** Escapes a text for XML, replacing characters that XML can't hold. */
 function escaped(text) {
   return wellFormed(text).replace(/[&<>"\n\t]/g, letter => escapes[letter])
     .replace(/[\0-\x1F]/g, printable).replace(/[\uFFFE\uFFFF]/g, '?')

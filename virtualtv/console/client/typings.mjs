@@ -19,7 +19,7 @@ export type Parameter = string | number | bigint | boolean | undefined
 export interface Commands {
 `
 
-/** Words as lines of a comment, at most 118 characters wide. */
+/** Wraps a text to lines of a comment, at most 118 characters wide. */
 function comment(text) {
   const lines = []
   for (const paragraph of text) {
@@ -43,7 +43,7 @@ function kindsOf(schema = {}) {
   return choices.flatMap(({properties}) => properties?.kind?.enum ?? properties?.kind?.const ?? [])
 }
 
-/** Numbers alone, or texts too: where a text is the answer a number stands for a failure. */
+/** The type of a result: a number, or a text, in which case a number is a failure code. */
 function typeOf(result) {
   const kinds = kindsOf(result?.schema)
   return kinds.length > 0 && kinds.every(kind => kind === 'int' || kind === 'empty') ? 'number' : 'string | number'
@@ -64,7 +64,7 @@ function literal(value) {
   return typeof value === 'string' ? `'${value}'` : String(value)
 }
 
-/** A schema as a type; `indent` is that of the line on which it begins. */
+/** A schema as a type. `indent` is the indentation of its first line. */
 function typeOfSchema(schema, indent = '') {
   if (schema.$ref) return schema.$ref.split('/').at(-1)
   if (schema.anyOf) return schema.anyOf.map(choice => typeOfSchema(choice, indent)).join(' | ')
@@ -81,7 +81,7 @@ function typeOfSchema(schema, indent = '') {
 
 const ofTopic = 'event.'
 
-/** What methods answer and events tell, as far as it has names. */
+/** The named types of results and events. */
 function documents(schemas) {
   return Object.entries(schemas).filter(([name]) => !name.startsWith(ofTopic))
     .map(([name, schema]) => `\n/** ${schema.description} */\nexport interface ${name} ${typeOfSchema(schema)}\n`).join('')

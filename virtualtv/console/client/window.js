@@ -25,7 +25,7 @@
     }
   }
 
-  /** The virtual TV answered a call with an error of JSON-RPC. */
+  /** The virtual TV answered a call with a JSON-RPC error. */
   class EmpRpcError extends Error {
     constructor({code, message, data}, method) {
       const reason = data?.reason
@@ -37,7 +37,7 @@
     }
   }
 
-  /** A TV in memory can't be made, or has ended by itself. `what` says which part of it is to blame; client.d.ts lists them. */
+  /** A TV in memory can't be created, or has ended by itself. `what` names the cause; client.d.ts lists the causes. */
   class EmpTvError extends Error {
     constructor(what, message, {cause, ...more} = {}) {
       super(message, cause === undefined ? undefined : {cause})
@@ -45,13 +45,13 @@
     }
   }
 
-  /** What messages call a set that is not on a server. */
+  /** The name of a set without a server in messages. */
   const memory = 'the TV in memory'
 
-  /** The sets behind the clients that `createTv` has made: {open, post, close}. */
+  /** The sets behind the clients of `createTv`: {open, post, close}. */
   const sets = new WeakMap()
 
-  /** The address of a server as it stands in front of a path: without a slash at the end. */
+  /** The address of a server without a trailing slash. */
   function baseOf(address) {
     let url
     try {
@@ -63,7 +63,7 @@
     return url.origin + url.pathname.replace(/\/+$/, '')
   }
 
-  /** Where the WebSocket of a server is. Browsers can't give it headers, so session and token are in the query. */
+  /** The address of a server's WebSocket. Browsers can't send headers with it, so session and token are in the query. */
   function socketUrl(base, {session, token} = {}) {
     const url = new URL(base.replace(/^http/, 'ws') + '/rpc')
     if (session !== undefined) url.searchParams.set('session', session)
@@ -71,17 +71,17 @@
     return url.href
   }
 
-  /** Parameters of a command as JSON takes them: gaps are empty texts, those at the end are left out. */
+  /** Parameters of a command for JSON: missing ones become empty texts, or are left out at the end. */
   function parametersOf(values) {
     let count = values.length
     while (count > 0 && values[count - 1] === undefined) --count
     return Array.from(values.slice(0, count), value => value === undefined ? '' : value)
   }
 
-  /** A message as JSON; 64-bit numbers go as texts. */
+  /** A message as JSON, with 64-bit numbers as texts. */
   const encode = message => JSON.stringify(message, (key, value) => typeof value === 'bigint' ? String(value) : value)
 
-  /** What a command answered, as the app on a set sees it; undefined where there is no reply. */
+  /** The value of a reply as an app on a set sees it; undefined without a reply. */
   function valueOf({units, value}) {
     if (!units) return value
     let text = ''
@@ -89,7 +89,7 @@
     return text
   }
 
-  /** What `Execute` returns for the answer to `window.execute`. */
+  /** Converts the answer to `window.execute` to the result of `Execute`. */
   function executed(answer) {
     const value = valueOf(answer)
     return value === undefined && answer.accepted ? '' : value
@@ -101,12 +101,12 @@
       .map(name => name.slice('window.'.length))
   }
 
-  /** How a page reaches the server: by synchronous requests, and by a WebSocket that keeps the session. */
+  /** Connects a page to the server: with synchronous requests, and a WebSocket that keeps the session alive. */
   function pageTransport(base, token) {
     let leaving = false
     globalThis.addEventListener?.('pagehide', () => leaving = true)
     globalThis.addEventListener?.('pageshow', () => leaving = false)
-    // A page is not told whether nobody was there or the answer got lost.
+    // A page does not learn whether the server was unreachable or the answer was lost.
     const unreachable = cause => new EmpConnectionError(
       leaving ? `${base} can't be called while the page unloads`
         : `${base} can't be reached: is emp-window serving there, and does it allow this page ` +
@@ -137,7 +137,7 @@
     }
   }
 
-  /** How anything reaches a set in memory: by calling it. The session is kept by a connection that nobody listens to. */
+  /** Connects to a set in memory by calling it. A connection without a listener keeps the session alive. */
   function memoryTransport(set) {
     return {
       post: (body, session) => ({status: 200, text: set.post(body, session)}),
@@ -158,7 +158,7 @@
     return set
   }
 
-  /** A session of its own on the virtual TV, used by synchronous requests. */
+  /** A separate session on the virtual TV, used with synchronous requests. */
   class Link {
     #options
     #base
@@ -175,7 +175,7 @@
         : (options.transport ?? pageTransport)(this.#base, options.token)
     }
 
-    /** Opens the session, if there is none. */
+    /** Opens the session unless it is open. */
     open() {
       if (this.#session !== undefined) return
       const {appId, widgetId, name} = this.#options
@@ -189,8 +189,10 @@
       this.#hadSession = true
     }
 
-    /** Makes a call in the session. One that the server refuses because the session is gone runs in a new one; one whose
-     *  session ended while it was held back may have run, and is not sent again. */
+    /**
+     * Makes a call in the session. If the server refuses it because the session is gone, the call runs in a new
+     * session. If the session ended while the reply was delayed, the call may have run and is not sent again.
+     */
     call(method, params) {
       this.open()
       try {
@@ -216,13 +218,13 @@
         try {
           this.#post('session.close', {}, session)
         } catch {
-          // The session is gone, or the server: either way it is closed.
+          // The session or the server is gone, so the session is closed in any case.
         }
       }
       this.#transport.release()
     }
 
-    /** Makes a call for a call of the app, of which nothing has been sent when this one fails. */
+    /** Makes a preparatory call. If it fails, the app's own call has not been sent. */
     #prepare(method, params) {
       try {
         return this.#post(method, params)
@@ -234,7 +236,7 @@
 
     #post(method, params, session) {
       const {status, text} = this.#transport.post(encode({jsonrpc: '2.0', id: ++this.#id, method, params}), session)
-      const refused = (status >= 400 && status < 500) || status === 503  // before anything runs
+      const refused = (status >= 400 && status < 500) || status === 503  // refused before running
       const failed = (message, cause) =>
         new EmpConnectionError(`${this.#base}: ${message}`, {cause, status, sent: !refused})
       if (status !== 200) throw failed(`status ${status}: ${text.trim().slice(0, 500)}`)
@@ -250,7 +252,7 @@
     }
   }
 
-  /** The app's object. Functions of commands are made as they are asked for, since the list of commands is the server's. */
+  /** The app's object. Functions of commands are created on access, since only the server knows the commands. */
   function objectOn(link, tv) {
     const functions = new Map()
     const Execute = (command, ...parameters) => executed(
@@ -274,7 +276,7 @@
     })
   }
 
-  /** `keyCode` of keys by their standard names, as remote controls of many sets have them. */
+  /** `keyCode` of keys by their standard names, with the numbers that many sets use. */
   const keyCodes = {
     ArrowLeft: 37, ArrowUp: 38, ArrowRight: 39, ArrowDown: 40, Enter: 13, Escape: 27, Exit: 27, GoBack: 461, BrowserBack: 461,
     ColorF0Red: 403, ColorF1Green: 404, ColorF2Yellow: 405, ColorF3Blue: 406, ChannelUp: 427, ChannelDown: 428,
@@ -283,7 +285,7 @@
     Info: 457, Guide: 458, Teletext: 459, Subtitle: 460, ContextMenu: 462,
   }
 
-  /** A key of a remote control as the app sees it: on what has the focus, else on the body, as in a browser. */
+  /** Sends a key of the remote control to the app: to the element with the focus, else to the body, as in a browser. */
   function press(kind, key, codes) {
     const event = new KeyboardEvent(kind, {key, bubbles: true, cancelable: true, composed: true})
     const code = Object.hasOwn(codes, key) ? codes[key] : /^[0-9]$/.test(key) ? key.charCodeAt(0) : 0
@@ -291,18 +293,18 @@
     ;(document.activeElement ?? document.body ?? document).dispatchEvent(event)
   }
 
-  /** What a person works with the keyboard by itself: fields, and what Enter presses. */
+  /** Elements with their own use of the keyboard: fields, and elements that Enter activates. */
   const fields = 'input, textarea, select, [contenteditable]'
   const pressable = 'button, a, summary'
 
-  /** Whether a key of the keyboard is meant for the element that it was pressed on. */
+  /** True if a key of the keyboard is meant for the element that has the focus. */
   function isForElement(event) {
     const [target] = event.composedPath()
     if (event.isComposing || !(target instanceof Element)) return event.isComposing
     return Boolean(target.closest(event.key === 'Enter' ? `${fields}, ${pressable}` : fields))
   }
 
-  /** Keys of the keyboard that work the remote control, in lower case, as the page has told. */
+  /** Keyboard keys that operate the remote control, in lower case; the page sends them. */
   let remoteKeys = new Set()
 
   /**
@@ -335,7 +337,7 @@
     const {parent, document, location} = globalThis
     if (!document || !parent || parent === globalThis) return
     const origin = tv ? globalThis.origin : new URL(address).origin
-    if (origin === 'null') return  // a file, which is of no origin
+    if (origin === 'null') return  // a file has no origin
     if (location.ancestorOrigins && location.ancestorOrigins[0] !== origin) return
     parent.postMessage({type: 'emp-window/app', name}, origin)
     if (heard.has(origin)) return
@@ -383,7 +385,7 @@
     try {
       return globalThis.location?.origin === origin ? globalThis.sessionStorage?.getItem('emp-window.token') ?? undefined : undefined
     } catch {
-      return undefined  // a browser that forbids storage
+      return undefined  // the browser forbids storage
     }
   }
 
@@ -396,10 +398,10 @@
   const url = source ? new URL(source) : undefined
   if (url?.pathname.endsWith('/window.js')) {
     const given = Object.fromEntries(url.searchParams)
-    // Apps that come with the page are of its origin, and find the token where the page keeps it for this tab.
+    // Apps included in the page have its origin, and find the token where the page stores it for this tab.
     const {name, appId, widgetId, token = ownToken(url.origin)} = given
     if (!name) throw new TypeError(`${url.origin}${url.pathname}: the name is missing, as in window.js?name=tvWindow`)
-    // A site without a server says in front of this how its apps reach the set.
+    // On a site without a server, an earlier script defines how apps reach the set.
     const transport = globalThis[Symbol.for('emp-window/transport')]
     shared.install(globalThis, {address: new URL('.', url).href, name, appId, widgetId, token, transport})
   }

@@ -7,9 +7,9 @@ import './window.js'
 
 const {EmpConnectionError, EmpRpcError, encode} = globalThis[Symbol.for('emp-window/2')]
 
-const handshakePatience = 10_000  // ms until a connection that does not come about is given up
+const handshakePatience = 10_000  // ms until an attempt to connect is given up
 
-/** A message as JSON; undefined for what is no object. */
+/** Parses a message; undefined if it is not a JSON object. */
 function objectIn(text) {
   try {
     const message = JSON.parse(text)
@@ -26,10 +26,10 @@ function objectIn(text) {
 export class Wire {
   isClosed = false
   #dial
-  #socket  // while it can be used
+  #socket  // set while it can be used
   #isReady = false  // the session is open, so calls may be sent
   #inFlight = new Map()  // {method, resolve, reject} by id
-  #waiting = new Set()  // calls that no connection has been there for
+  #waiting = new Set()  // calls waiting for a connection
   #id = 0
   #pause
   #patience
@@ -61,7 +61,7 @@ export class Wire {
     return this.#isReady
   }
 
-  /** Makes the connection. Fails when it does not come about. */
+  /** Connects. Fails when that is not possible. */
   async open() {
     const socket = await this.#dial()
     await new Promise((resolve, reject) => this.#shakeHands(socket, resolve, reject))
@@ -72,7 +72,7 @@ export class Wire {
     this.#waiting.clear()
   }
 
-  /** Makes a call as soon as there is a connection. */
+  /** Makes a call once there is a connection. */
   call(method, params) {
     return new Promise((resolve, reject) => {
       const call = {method, params, resolve, reject}
@@ -86,7 +86,10 @@ export class Wire {
     })
   }
 
-  /** Sends a call {method, params, resolve, reject} on the connection that there is. Answers are told at once, in order. */
+  /**
+   * Sends a call {method, params, resolve, reject} on the current connection. Answers are delivered immediately, in
+   * order.
+   */
   send(call) {
     let text
     try {
@@ -136,7 +139,7 @@ export class Wire {
   #shakeHands(socket, resolve, reject) {
     let why = ''
     let status
-    // A set at hand answers as soon as this thread lets it, however long a debugger or a call holds that up.
+    // A set in this process answers as soon as this thread is free, even after a long call or a stop in a debugger.
     const giveUp = socket.isNear ? undefined : setTimeout(() => {
       why = `no answer within ${handshakePatience} ms`
       ended({code: 1006, reason: ''})
@@ -174,7 +177,7 @@ export class Wire {
     }
   }
 
-  /** The connection is gone: what was in flight may or may not have run, and fails. */
+  /** Handles the loss of the connection: calls in flight may or may not have run, and fail. */
   #break(reason) {
     const wasReady = this.#isReady
     this.#socket = undefined
@@ -185,7 +188,7 @@ export class Wire {
     if (wasReady) this.#lost(reason)
   }
 
-  /** Tries again until a connection is there, with growing pauses that differ from client to client. */
+  /** Tries to connect again until it succeeds, with growing pauses that differ between clients. */
   #reconnect(attempt = 0) {
     if (this.isClosed) return
     const pause = Math.min(this.#pauses.longest, this.#pauses.first * 2 ** attempt) * (0.5 + Math.random() / 2)
@@ -202,7 +205,7 @@ export class Wire {
   }
 
   #answer({id, result, error}) {
-    // The server could not read a call, so it does not know its id.
+    // The server could not read the call, so it does not know its id.
     if (id === null && this.#inFlight.size === 1) [id] = this.#inFlight.keys()
     const call = this.#inFlight.get(id)
     if (!call) {

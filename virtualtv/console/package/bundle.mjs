@@ -6,7 +6,7 @@
 const importLine = /^import (?:\{([^}]*)\} from )?'([^']*)';?$/gm
 const exportLine = /^export (?=(?:async )?(?:function\*?|class|const|let) (\w+))/gm
 
-/** A module as an expression that runs it and answers what it exports. @param values  of the modules that it imports, by path */
+/** A module as an expression that runs it and returns its exports. @param valueOf  returns the expression for an imported module */
 function expressionOf(path, text, valueOf) {
   const names = []
   const body = text
@@ -22,7 +22,7 @@ function expressionOf(path, text, valueOf) {
 
 /** @param main  path of the module to run  @param texts  of all modules, by path  @return the script */
 export function bundle(main, texts) {
-  const places = new Map()  // what a module's exports are called, by its path
+  const places = new Map()  // names of the modules' export objects, by path
   const parts = []
   const add = path => {
     if (places.has(path)) return

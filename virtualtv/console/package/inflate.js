@@ -3,25 +3,25 @@
  * Inflates what `deflate` has made (RFC 1951), at once: browsers only do that asynchronously.
  */
 
-const mostBits = 15  // of a code
+const mostBits = 15  // longest code
 const ends = 256  // the symbol that ends a block
 
-// What the symbols of lengths, from 257 on, and those of distances begin with, and how many bits are added to it.
+// Base values of the length symbols, from 257 on, and of the distance symbols, and their numbers of extra bits.
 const lengths = [3, 4, 5, 6, 7, 8, 9, 10, 11, 13, 15, 17, 19, 23, 27, 31, 35, 43, 51, 59, 67, 83, 99, 115, 131, 163, 195, 227, 258]
 const lengthBits = [0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5, 0]
 const distances = [1, 2, 3, 4, 5, 7, 9, 13, 17, 25, 33, 49, 65, 97, 129, 193, 257, 385, 513, 769, 1025, 1537, 2049, 3073, 4097, 6145,
   8193, 12289, 16385, 24577]
 const distanceBits = [0, 0, 0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11, 12, 12, 13, 13]
-// In which order the lengths of the codes of lengths come.
+// The order of the code length codes.
 const order = [16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15]
 
-/** A table that has, for the next bits of the stream, `symbol << 4 | bits of its code`. @param sizes  bits of each code */
+/** A table indexed by the next bits of the stream, with `symbol << 4 | bits of its code`. @param sizes  bits of each code */
 function tableOf(sizes) {
   const bits = Math.max(1, ...sizes)
   const next = new Uint16Array(mostBits + 2)
   for (const size of sizes) if (size > 0) ++next[size + 1]
   for (let size = 1; size <= mostBits; ++size) next[size + 1] += next[size]
-  // Codes of a size follow each other; those of the next size begin behind them, twice as high.
+  // Codes of one size are consecutive. The first code of the next size is twice the following number.
   const first = new Uint16Array(mostBits + 1)
   for (let size = 1, code = 0; size <= mostBits; ++size) {
     first[size] = code
@@ -42,7 +42,7 @@ const fixed = () => ({
   distances: tableOf(Array(30).fill(5)),
 })
 
-/** The bits of a stream, the lowest of each byte first. */
+/** The bits of a stream, starting with the lowest bit of each byte. */
 class Bits {
   #bytes
   #at = 0
@@ -67,7 +67,7 @@ class Bits {
     return entry >> 4
   }
 
-  /** Bytes from the next whole one on. */
+  /** Reads whole bytes, after skipping the rest of the current one. */
   wholeBytes(count) {
     this.#at -= this.#count >> 3
     this.#held = this.#count = 0
@@ -77,7 +77,7 @@ class Bits {
 
   #fill(count) {
     while (this.#count < count) {
-      this.#held |= this.#bytes[this.#at++] << this.#count  // behind the end there are zeros
+      this.#held |= this.#bytes[this.#at++] << this.#count  // zeros follow the end
       this.#count += 8
     }
   }
@@ -88,7 +88,7 @@ class Bits {
   }
 }
 
-/** The tables that a block brings along. */
+/** Reads the tables of a block. */
 function tablesIn(bits) {
   const literals = bits.take(5) + 257
   const all = literals + bits.take(5) + 1
@@ -105,7 +105,7 @@ function tablesIn(bits) {
   return {literals: tableOf(sizes.slice(0, literals)), distances: tableOf(sizes.slice(literals))}
 }
 
-/** Writes a block into `bytes` from `at` on. @return where it ends */
+/** Writes a block into `bytes` from `at` on. @return the position after it */
 function writeBlock(bits, tables, bytes, at) {
   for (;;) {
     const symbol = bits.symbol(tables.literals)
@@ -122,7 +122,7 @@ function writeBlock(bits, tables, bytes, at) {
   }
 }
 
-/** What was compressed to `compressed` and has `size` bytes. It has to be whole: nothing is verified. */
+/** Decompresses data of `size` bytes. Nothing is verified, so the data must be complete. */
 export function inflate(compressed, size) {
   const bytes = new Uint8Array(size)
   const bits = new Bits(compressed)

@@ -16,14 +16,14 @@ import './window.js'
 const {EmpTvError, install} = globalThis[Symbol.for('emp-window/2')]
 
 function bytesOf(text) {
-  if (Uint8Array.fromBase64) return Uint8Array.fromBase64(text)  // not in older browsers, and a tenth of the time
+  if (Uint8Array.fromBase64) return Uint8Array.fromBase64(text)  // ten times faster, but missing in older browsers
   const characters = atob(text)
   const bytes = new Uint8Array(characters.length)
   for (let at = 0; at < bytes.length; ++at) bytes[at] = characters.charCodeAt(at)
   return bytes
 }
 
-/** What to do where a browser does not compile the module. */
+/** Advice when a browser does not compile the module. */
 function adviceOn(cause) {
   if (/content security policy|unsafe-eval/i.test(cause.message)) {
     return "the page's Content-Security-Policy wants 'wasm-unsafe-eval' in script-src"
@@ -43,12 +43,12 @@ function module() {
   }
 }
 
-/** As `createTv` of the module, but at once, and kept nowhere. */
+/** Like the module's `createTv`, but synchronous, and without persistence. */
 function createTv(all) {
   const options = optionsOf(all)
   if (options.persist !== undefined) throw new TypeError("tv.js keeps no TV; createTv of the module 'emp-window' does")
   const {tv, opened} = clientOf(makeSet(module(), options), options)
-  opened.catch(() => {})  // calls of the client tell it
+  opened.catch(() => {})  // calls of the client report it
   return tv
 }
 
@@ -56,7 +56,7 @@ function installWindow(target, options = {}) {
   return install(target, options)
 }
 
-/** What the script's line says. */
+/** The options in the script's line. */
 function given({src, dataset}) {
   const query = src ? Object.fromEntries(new URL(src).searchParams) : {}
   const {name, appId, widgetId, wait} = {...query, ...dataset}

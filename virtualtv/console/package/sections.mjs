@@ -3,7 +3,7 @@
  * Takes a module of WebAssembly apart into its sections and puts it together again.
  */
 
-/** A number as the format has it, seven bits a byte. @return {value, end} */
+/** Reads a number in the module's format, seven bits per byte. @return {value, end} */
 export function numberAt(bytes, at) {
   let value = 0
   for (let shift = 0; ; shift += 7) {
@@ -13,14 +13,14 @@ export function numberAt(bytes, at) {
   }
 }
 
-/** A number without a sign, below 2^32, as the format has it. */
+/** An unsigned number below 2^32 in the module's format. */
 export function numberBytes(value) {
   const bytes = []
   for (; value > 127; value = Math.floor(value / 128)) bytes.push(value & 127 | 128)
   return [...bytes, value]
 }
 
-const head = 8  // bytes, which tell the format and its version
+const head = 8  // bytes of format and version
 
 /** @param bytes  a module, as a Buffer  @return [{id, body}], in order */
 export function sectionsOf(bytes) {
@@ -38,5 +38,5 @@ export function moduleOf(sections) {
   return Buffer.concat([start, ...sections.flatMap(({id, body}) => [Buffer.from([id, ...numberBytes(body.length)]), body])])
 }
 
-/** Leaves out what a module does not need to run: custom sections, as the names of its functions. */
+/** Removes what a module does not need to run: custom sections, such as the names of its functions. */
 export const strip = bytes => moduleOf(sectionsOf(bytes).filter(({id}) => id !== 0))

@@ -5,12 +5,12 @@
  */
 import {moduleOf, numberAt, numberBytes, sectionsOf} from './sections.mjs'
 
-const pages = 128  // of memory at the start, as the client has them
+const pages = 128  // initial pages of memory, as in the client
 const pageSize = 65536
-const stackSize = 2 ** 20  // with which the module is linked
-const gap = 8  // zeros that cost less inside a segment than another segment does
+const stackSize = 2 ** 20  // as the module is linked
+const gap = 8  // up to this many zeros cost less than another segment
 const sections = {export: 7, global: 6, data: 11}
-const starting = ['_initialize', 'main', 'malloc', 'free', 'sbrk']  // exports that only this file calls
+const starting = ['_initialize', 'main', 'malloc', 'free', 'sbrk']  // exports used only by this file
 
 /**
  * What the start may ask: whether there are environment variables, and the time, which SQLite takes for its random numbers. They
@@ -28,7 +28,7 @@ function answersFor(memory) {
   }
 }
 
-/** The start asks its host for nothing else: what it learned would be the same for all who load the module. */
+/** The start may use nothing else of its host, since any value would become part of the module for everybody. */
 function hostOf(module, memory) {
   const imports = {}
   const answers = answersFor(memory)
@@ -40,7 +40,7 @@ function hostOf(module, memory) {
   return imports
 }
 
-/** Fills with zeros what the heap has free: texts and trees that are not needed any more. */
+/** Clears the free memory of the heap, which held temporary texts and trees. */
 function clearHeap({malloc, free, sbrk}, bytes) {
   const end = sbrk(0)
   const taken = []
@@ -55,23 +55,23 @@ function clearHeap({malloc, free, sbrk}, bytes) {
   taken.forEach(free)
 }
 
-/** Fills the stack with zeros, on which nothing is between calls. Its top is the value of the first global. */
+/** Clears the stack, which is unused between calls. Its top is the value of the first global. */
 function clearStack(module, bytes) {
   const {body} = sectionsOf(module).find(({id}) => id === sections.global)
-  const constant = numberAt(body, 0).end + 2  // behind type and mutability
+  const constant = numberAt(body, 0).end + 2  // after type and mutability
   if (body[constant] !== 0x41) throw new Error("the module's first global is not the pointer to its stack")
   const top = numberAt(body, constant + 1).value
   bytes.fill(0, top - stackSize, top)
 }
 
-/** A number with a sign, for places of less than 2 GiB. */
+/** Encodes a signed number, for addresses below 2 GiB. */
 function placeBytes(value) {
   const bytes = numberBytes(value)
   const last = bytes.pop()
   return last < 64 ? [...bytes, last] : [...bytes, last | 128, 0]
 }
 
-/** Where there is something in memory: [start, end], in order. */
+/** The parts of memory that are not zero: [start, end], in order. */
 function filledParts(bytes) {
   const parts = []
   let end = -gap
@@ -91,7 +91,7 @@ function dataOf(bytes) {
   return Buffer.concat([Buffer.from(numberBytes(parts.length)), ...segments])
 }
 
-/** The section of exports without those that only this file calls. */
+/** The export section without the exports used only by this file. */
 function exportsOf(body) {
   const kept = []
   let {value: count, end: at} = numberAt(body, 0)
@@ -104,7 +104,7 @@ function exportsOf(body) {
   return Buffer.concat([Buffer.from(numberBytes(kept.length)), ...kept])
 }
 
-/** @param bytes  a module, as a Buffer  @return it as it is behind its start */
+/** @param bytes  a module, as a Buffer  @return the module in the state after its start */
 export function started(bytes) {
   const module = new WebAssembly.Module(bytes)
   const memory = new WebAssembly.Memory({initial: pages, maximum: 2 ** 31 / pageSize})

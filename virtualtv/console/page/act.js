@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 /*
- * What a person does on the page. Each deed is a call on the wire; the last one stands in the foot of the page, with its
- * error where it failed, and can be copied as a transcript line, a message or code.
+ * The actions of a person on the page. Each is a call on the wire. The foot of the page shows the last one with its
+ * error, if any, and lets the person copy it as a transcript line, a message or code.
  */
 import {store} from './store.js'
 
 /** @type {import('../client.js').Tv | undefined} */
 let connected
 
-/** The TV that this page works. */
+/** The TV that this page controls. */
 export function tv() {
   if (!connected) throw new Error('the page has no connection yet')
   return connected
@@ -19,11 +19,11 @@ export function useTv(client) {
   connected = client
 }
 
-const patience = 1000  // ms until a deed without an answer is told
+const patience = 1000  // ms until an action without an answer is shown
 
 /**
- * Does something: makes a call and notes it as the last deed. What fails is shown, not thrown.
- * @param {string} method @param {any} [params] @return {Promise<any>} the call's result, undefined where it failed
+ * Makes a call, and records it as the last action. Errors are shown, not thrown.
+ * @param {string} method @param {any} [params] @return {Promise<any>} the call's result, undefined if it failed
  */
 export async function act(method, params = {}) {
   const impatience = setTimeout(() => store.set('deed', {method, params, isUnderWay: true}), patience)
@@ -45,7 +45,7 @@ export function command(name, ...parameters) {
   return act(`window.${name}`, parameters)
 }
 
-/** Tells something that went wrong on the page itself, in the same place. @param {string} what @param {string} reason */
+/** Shows an error of the page itself, in the same place. @param {string} what @param {string} reason */
 export function complain(what, reason) {
   store.set('deed', {method: what, params: undefined, error: reason})
 }

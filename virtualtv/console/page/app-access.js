@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * Which apps may run over the picture, and how they reach the TV. A site without a server has another module in place of this one.
+ * Decides which apps may run over the picture, and how they reach the TV. A site without a server replaces this module.
  */
 import {h} from './dom.js'
 import {rememberedToken} from './memory.js'
@@ -17,7 +17,7 @@ export function need(origin) {
   return {text: 'Start the server so that it lets the origin of the app in:', name: 'option', copy: `emp-window serve --allow-origin '${origin}'`}
 }
 
-/** Whom the page lets in, in words. */
+/** Describes which apps the page allows. */
 export async function letIn() {
   const allowed = await allowedOrigins()
   return allowed?.length ? `Let in now: ${allowed.join(', ')}` : 'No origin is let in now but that of this page.'

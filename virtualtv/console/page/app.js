@@ -22,7 +22,7 @@ class App extends Part {
   #address = remembered('app', '')
   /** Why the address can't run. @type {import('./dom.js').Child} */
   #problem = null
-  /** Whom the page lets in. */
+  /** Describes which apps the page allows. */
   #letIn = ''
   #copied = ''
 
@@ -104,7 +104,7 @@ class App extends Part {
     ]
   }
 
-  /** Its button is of no use then: who pressed it by keyboard goes on with the apps to start. */
+  /** The button disappears, so a keyboard user gets the focus on the apps to start. */
   #close = (/** @type {MouseEvent} */ {detail}) => {
     if (detail === 0) /** @type {HTMLElement} */ (this.querySelector('.app-choice button')).focus()
     appFrames.close()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-/* What tells one test card from another: hues and a pattern, made from a text and the same for ever. */
+/* The look of a test card: hues and a pattern, derived from a text, always the same for the same text. */
 
-/** Numbers from 0 to below 1 that follow from a text. @param {string} seed @return {() => number} */
+/** A sequence of numbers from 0 to below 1, derived from a text. @param {string} seed @return {() => number} */
 function numbersOf(seed) {
   let state = 0x811c9dc5
   for (const character of seed) state = Math.imul(state ^ /** @type {number} */ (character.codePointAt(0)), 0x01000193)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * The test card, 540 units high and as wide as its shape makes it. What stands still is drawn once, what moves with each
- * picture again. Small texts have 40 units, so that they can be read where the card is 240 x 135.
+ * The test card, 540 units high, with a width according to its aspect ratio. The static part is drawn once, the moving
+ * part again with each picture. Small texts are 40 units high, so that they are readable when the card is 240 x 135.
  */
 import {drawPattern, lookOf} from './card-look.js'
 
@@ -34,7 +34,8 @@ function box(context, x, y, width, height, colour) {
 }
 
 /**
- * Writes a text in one line that is at most `most` wide: smaller if need be, cut if that is not enough.
+ * Writes a text in one line at most `most` wide. The text is scaled down if needed, and truncated if that is not
+ * enough.
  * @param {Context} context @param {string} text
  * @param {{x: number, y: number, most: number, size: number, least?: number, colour: string, weight?: number, align?: CanvasTextAlign}} how
  * @return {number} its width
@@ -58,7 +59,13 @@ function write(context, text, {x, y, most, size, least = size, colour, weight = 
   return context.measureText(shown).width
 }
 
-/** The band with the texts: number, name, and what is told in two lines. @param {Context} context @param {number} width @param {Card} card @param {string} accent */
+/**
+ * The band with the texts: number, name, and two lines of details.
+ * @param {Context} context
+ * @param {number} width
+ * @param {Card} card
+ * @param {string} accent
+ */
 function drawBand(context, width, {number, title, lines}, accent) {
   box(context, 0, bandTop, width, cardHeight - bandTop, dark)
   box(context, 0, bandTop, width, 4, accent)
@@ -73,7 +80,12 @@ function drawMovingGround(context, width, ground) {
   box(context, 0, markTop, width, bandTop - markTop, ground)
 }
 
-/** An input's card: a grid of squares and a circle, as instruments have it. @param {Context} context @param {number} width @param {Card} card */
+/**
+ * An input's card: a grid of squares and a circle, like a measuring instrument.
+ * @param {Context} context
+ * @param {number} width
+ * @param {Card} card
+ */
 function drawInput(context, width, card) {
   const {accent, tones} = lookOf(card.seed)
   box(context, 0, 0, width, cardHeight, '#2a3038')
@@ -92,7 +104,7 @@ function drawInput(context, width, card) {
   drawBand(context, width, card, accent)
 }
 
-/** Sound without a picture: rings that go out from a point. @param {Context} context @param {number} width @param {Card} card */
+/** The card for sound without a picture: rings around a point. @param {Context} context @param {number} width @param {Card} card */
 function drawSound(context, width, card) {
   const {accent, tones} = lookOf(card.seed)
   box(context, 0, 0, width, cardHeight, '#14181d')
@@ -113,14 +125,14 @@ function drawSound(context, width, card) {
   drawBand(context, width, {...card, lines}, accent)
 }
 
-/** A message in the middle of a dark screen. @param {Context} context @param {number} width @param {Card} card */
+/** A card with a message in the middle of a dark screen. @param {Context} context @param {number} width @param {Card} card */
 function drawMessage(context, width, card) {
   box(context, 0, 0, width, cardHeight, '#171b20')
   write(context, card.title, {x: width / 2, y: 270, most: width - 80, size: 84, least: 40, weight: 600, colour: light, align: 'center'})
   card.lines.forEach((line, at) => write(context, line, {x: width / 2, y: 340 + at * 56, most: width - 80, size: 44, least: 30, colour: soft, align: 'center'}))
 }
 
-/** What of a card stands still. @param {Context} context  whose unit is the card's @param {number} width @param {Card} card */
+/** Draws the static part of a card. @param {Context} context  whose unit is the card's @param {number} width @param {Card} card */
 export function drawStill(context, width, card) {
   if (card.kind === 'sound') return drawSound(context, width, card)
   if (card.kind === 'message') return drawMessage(context, width, card)
@@ -169,7 +181,14 @@ function markAt(counter, width, rate) {
 /** @param {Card} card @return {string} the colour of what moves on it */
 export const accentOf = card => lookOf(card.seed).accent
 
-/** What of a card moves, at a moment. @param {number} width @param {Card} card @param {string} accent @param {Moment} moment @return {Moving[]} */
+/**
+ * The moving parts of a card at a moment.
+ * @param {number} width
+ * @param {Card} card
+ * @param {string} accent
+ * @param {Moment} moment
+ * @return {Moving[]}
+ */
 export function movingParts(width, card, accent, {counter, time, isCalm}) {
   if (card.rate <= 0) return []
   const digits = counter === null ? '------' : String(counter % 1_000_000).padStart(6, '0')

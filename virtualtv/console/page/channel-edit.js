@@ -5,23 +5,23 @@ import {Part} from './part.js'
 import {nameOf, numberOf, shownName} from './services.js'
 import {store} from './store.js'
 
-/** What a form can refuse: the changes whose problems stand below it. @typedef {'name' | 'number' | 'rest'} Place */
+/** The forms that show problems of changes below them. @typedef {'name' | 'number' | 'rest'} Place */
 
 /** Changes one service of the list. */
 class ChannelEdit extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['services'])
-  /** Called when a person is done, with what is to be told. @type {(said: string) => void} */
+  /** Called when the person is done, with a message to show. @type {(said: string) => void} */
   onend = () => {}
-  /** As the set has it; null where it is not there any more. @type {any} */
+  /** The service in the set; null if it no longer exists. @type {any} */
   #service
   /** @type {number} */
   #key = 0
   #version = -1
-  /** Why the last change was refused, by its place. @type {{at: Place, reason: string} | undefined} */
+  /** The refused change, with its place and the reason. @type {{at: Place, reason: string} | undefined} */
   #refused
   #isSure = false
 
-  /** Which service it is. @param {any} service  as the list has it */
+  /** Sets the service to edit. @param {any} service  as the list has it */
   set service(service) {
     if (service.key === this.#key) return
     this.#key = service.key
@@ -67,7 +67,7 @@ class ChannelEdit extends Part {
     return this.#refused?.at === place && h('p', {key: `problem ${place}`, class: 'fail name', role: 'alert'}, this.#refused.reason)
   }
 
-  /** Asks for the service as it is now: whoever has changed it. */
+  /** Fetches the service again, since anybody may have changed it. */
   async #refresh() {
     const version = this.#version = store.get('services')
     const key = this.#key
@@ -77,7 +77,7 @@ class ChannelEdit extends Part {
       this.#service = services[0] ?? null
       this.changed()
     } catch {
-      // The connection broke: the next one tells of the services anew.
+      // The connection broke; the next one reports the services again.
     }
   }
 
@@ -91,7 +91,7 @@ class ChannelEdit extends Part {
     this.#change('number', 'move', valueIn(event))
   }
 
-  /** Removing wants a second click on the same button. @param {boolean} isSure */
+  /** Removing requires a second click on the same button. @param {boolean} isSure */
   #beSure(isSure) {
     this.#isSure = isSure
     this.changed()
@@ -114,7 +114,7 @@ class ChannelEdit extends Part {
 }
 customElements.define('emp-channel-edit', ChannelEdit)
 
-/** What stands in the field of a form. @param {Event} event */
+/** The value of a form's field. @param {Event} event */
 function valueIn({currentTarget}) {
   return /** @type {HTMLInputElement} */ (/** @type {Element} */ (currentTarget).closest('form')?.querySelector('input')).value.trim()
 }

@@ -6,7 +6,10 @@ import {Part} from './part.js'
 import {counted} from './services.js'
 import {store} from './store.js'
 
-/** What a list is written as, and how its file is called. @type {{format: 'json' | 'vdr' | 'dvbv5' | 'm3u', label: string, file: string, type: string, help: string}[]} */
+/**
+ * The formats of a list, and the names of their files.
+ * @type {{format: 'json' | 'vdr' | 'dvbv5' | 'm3u', label: string, file: string, type: string, help: string}[]}
+ */
 const formats = [
   {format: 'json', label: 'JSON', file: 'channels.json', type: 'application/json', help: 'all that the set keeps of them'},
   {format: 'vdr', label: 'VDR', file: 'channels.conf', type: 'text/plain', help: 'channels.conf'},
@@ -14,11 +17,11 @@ const formats = [
   {format: 'm3u', label: 'M3U', file: 'channels.m3u', type: 'audio/x-mpegurl', help: 'channels with an address'},
 ]
 
-/** Downloads the services as a channel list, and tells what that does not hold. */
+/** Downloads the services as a channel list, and reports what the list omits. */
 class ChannelExport extends Part {
   /** Called when a person is done. @type {() => void} */
   onend = () => {}
-  /** What came of it. @type {{file: string, result: any} | undefined} */
+  /** The result of the export. @type {{file: string, result: any} | undefined} */
   #made
   #failure = ''
 

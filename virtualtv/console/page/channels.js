@@ -14,7 +14,7 @@ import {store} from './store.js'
 
 const short = /** @type {{[antenna: string]: string}} */ ({terrestrial: 'terr', cable: 'cable', satellite: 'sat'})
 
-/** Those that a service can be in, as choices. */
+/** The favourite groups to choose from. */
 const favouriteGroups = Array.from({length: 256}, (_, group) => h('option', {value: String(group)}, String(group)))
 
 /** The list of services: search, tune, mark as favourite, edit, export. */
@@ -27,9 +27,9 @@ class Channels extends Part {
   #version = -1
   /** @type {import('./remote-deeds.js').Outcome} */
   #said = {text: ''}
-  /** What stands below the list: a service that is edited, or the export. @type {{edit: any} | 'export' | undefined} */
+  /** The panel below the list: the edited service, or the export. @type {{edit: any} | 'export' | undefined} */
   #panel
-  /** The service of the chosen row, which keeps its key where it moves. @type {number | undefined} */
+  /** The key of the service in the selected row; it stays the same when the service moves. @type {number | undefined} */
   #chosenKey
 
   view() {
@@ -112,7 +112,7 @@ class Channels extends Part {
     list.redraw()
   }
 
-  /** The chosen service may have moved. One that is edited stays in sight. @param {import('./list.js').LongList} list */
+  /** The selected service may have moved. An edited service stays visible. @param {import('./list.js').LongList} list */
   #followChosen(list) {
     if (list.chosen < 0 || this.#chosenKey === undefined || this.#pages.at(list.chosen)?.key === this.#chosenKey) return
     const at = this.#pages.indexOf(this.#chosenKey)
@@ -180,7 +180,7 @@ class Channels extends Part {
     this.redraw()
   }
 
-  /** Closes the panel. @param {string} next  what has the focus then @param {string} [said]  what is to be told */
+  /** Closes the panel. @param {string} next  the element to focus @param {string} [said]  a message to show */
   #end(next, said = '') {
     if (said) this.#said = {text: said}
     this.#open(undefined)
@@ -219,7 +219,7 @@ class Channels extends Part {
     this.changed()
   }
 
-  /** Puts a service into the favourite group, or takes it out. @param {number} at */
+  /** Adds a service to the favourite group, or removes it. @param {number} at */
   async #star(at) {
     const service = this.#pages.at(at)
     if (!service) return
@@ -237,7 +237,7 @@ function valueOf(event) {
   return /** @type {HTMLInputElement} */ (event.target).value
 }
 
-/** The windows that a service is on. @param {{key: number}} service @return {string[]} */
+/** The windows that show a service. @param {{key: number}} service @return {string[]} */
 function onAir({key}) {
   const windows = store.get('state')?.windows
   return ['main', 'pip'].filter(name => windows?.[name].service?.key === key && windows[name].source.number === 0)

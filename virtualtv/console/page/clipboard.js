@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-/** Puts a text on the clipboard. @param {string} text */
+/** Copies a text to the clipboard. @param {string} text */
 export async function copy(text) {
   try {
     await navigator.clipboard.writeText(text)
   } catch {
-    // A page that is no secure context has no clipboard of that kind.
+    // A page in an insecure context does not have that clipboard.
     const field = document.createElement('textarea')
     field.value = text
     document.body.append(field)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* A line as a person types it: a command with its parameters, `+` in front where they go as a list, or a line of the shell. */
+/* Lines that a person types: a command with its parameters, after a `+` for a parameter list, or a line of the shell. */
 import {splitWords} from '../transcript.js'
 import {commandLine} from './deed.js'
 import {remember, remembered} from './memory.js'
@@ -22,17 +22,17 @@ export function lineOf(name, parameters, isList) {
   return isList ? `+${line.slice(2)}` : line.slice(2)
 }
 
-/** Commands whose names have what was typed, those that start with it first. @param {string} typed */
+/** Commands whose names contain the typed text; those that start with it come first. @param {string} typed */
 export function completions(typed) {
   const wanted = typed.toLowerCase().replaceAll('_', '')
   const places = store.get('commands').map(command => ({command, at: command.name.toLowerCase().replaceAll('_', '').indexOf(wanted)}))
   return places.filter(({at}) => at >= 0).sort((one, other) => Math.min(one.at, 1) - Math.min(other.at, 1)).map(({command}) => command)
 }
 
-const most = 200      // lines that are kept
-const longest = 10_000  // characters of one
+const most = 200      // lines in the history
+const longest = 10_000  // characters of a line
 
-/** The lines that were run in this browser, the last one at the end. @return {string[]} */
+/** The lines that were run in this browser, oldest first. @return {string[]} */
 export function readHistory() {
   const lines = remembered('history', [])
   return Array.isArray(lines) ? lines.filter(line => typeof line === 'string') : []

@@ -9,9 +9,9 @@ import {front, visible} from './shown.js'
 
 /** @typedef {{line: string, name: string, reply?: any, lines?: string[], error?: string, isRunning?: boolean}} Outcome */
 
-const mostLines = 200  // of the shell that are shown at once
+const mostLines = 200  // lines of the shell's output shown at first
 
-/** What a line has answered. */
+/** The result of a line. */
 export class CommandResult extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['commands'])
   /** @type {Outcome} */

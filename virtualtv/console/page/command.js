@@ -18,12 +18,12 @@ class Command extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['commands', 'timeline', 'connection'])
   #line = ''
   #history = readHistory()
-  #place = this.#history.length  // in the history
+  #place = this.#history.length  // position in the history
   /** @type {{id: number, outcome: Outcome}[]} */
   #outcomes = []
   #id = 0
   #isOpen = false
-  #at = -1  // the completion that is chosen
+  #at = -1  // the selected completion
   #isFollowing = false
 
   connectedCallback() {
@@ -36,7 +36,7 @@ class Command extends Part {
     removeEventListener('emp-show', this.#shown)
   }
 
-  /** The search of the page has found a command. */
+  /** Called when the page's search has found a command. */
   #shown = (/** @type {Event} */ event) => {
     const {command} = /** @type {CustomEvent} */ (event).detail
     if (command) requestAnimationFrame(() => this.#pick(command))
@@ -73,7 +73,7 @@ class Command extends Part {
     return /** @type {HTMLInputElement | null} */ (this.querySelector('input[role="combobox"]'))
   }
 
-  /** The window that later commands of this page act on. */
+  /** Shows the window selected for later commands of this page. */
   #window() {
     const engine = store.get('connection').connected ? `${tv().session}:main` : ''
     const window = timeline.windows.get(engine) ?? 'main'

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 /*
- * How this page reaches its set: by the server that it came from. A site without a server has another module in place of this one.
+ * Connects this page to its set, through the server that served it. A site without a server replaces this module.
  */
 import {connect} from '../client.js'
 import {rememberedToken, rememberToken} from './memory.js'
 
 /** @typedef {import('./store.js').Known['connection']} Connection */
 
-const firstPause = 200  // ms before the first try to connect again; doubles with each that fails
+const firstPause = 200  // ms before the first attempt to reconnect; doubles with each failure
 const longestPause = 2000
-const patience = 0  // what is done without a connection fails at once: nobody wants it to happen seconds later
+const patience = 0  // without a connection, actions fail at once instead of running seconds later
 
-/** The token that the address brings behind `#token=`. It is kept for this tab, and taken out of the address. */
+/** The token after `#token=` in the address. It is stored for this tab, and removed from the address. */
 function token() {
   const given = /^#token=(.+)$/.exec(location.hash)?.[1]
   if (given) {
@@ -21,7 +21,7 @@ function token() {
   return rememberedToken()
 }
 
-/** A part of an address without its escapes; as it stands where a per cent sign starts none. @param {string} text */
+/** Decodes a part of an address; returns it unchanged if it has an invalid escape. @param {string} text */
 function decoded(text) {
   try {
     return decodeURIComponent(text)
@@ -30,7 +30,7 @@ function decoded(text) {
   }
 }
 
-/** What a person can do where the server lets nobody in; a browser does not tell why a WebSocket fails. @param {string} address */
+/** Advice when the server refuses the connection; a browser does not report why a WebSocket fails. @param {string} address */
 async function adviceFor(address) {
   try {
     const {status} = await fetch(`${address}openrpc.json`, {headers: {Authorization: `Bearer ${token() ?? ''}`}})
@@ -41,7 +41,7 @@ async function adviceFor(address) {
 }
 
 /**
- * Connects, as soon as that can be done. @param {(connection: Connection) => void} tell  is told why it can't yet
+ * Connects once that is possible. @param {(connection: Connection) => void} tell  receives the reason for the delay
  * @return {Promise<import('../client.js').Tv>}
  */
 export async function open(tell) {
@@ -58,13 +58,13 @@ export async function open(tell) {
 }
 
 /**
- * Has a recording scanned: it is sent as it is read. What is found is kept for this page's session.
+ * Scans a recording on the server, sending it while it is read. The result is kept for this page's session.
  * @param {import('../client.js').Tv} tv @param {File} file
  * @param {{signal: AbortSignal, progress: (bytes: number) => void}} how @return {Promise<import('../client.js').Scan>}
  */
 export function scan({session}, file, {signal, progress}) {
   return new Promise((resolve, reject) => {
-    const request = new XMLHttpRequest()  // fetch does not tell how much is sent
+    const request = new XMLHttpRequest()  // fetch does not report upload progress
     request.open('POST', new URL('scan', location.href))
     request.setRequestHeader('Content-Type', 'application/octet-stream')
     request.setRequestHeader('Emp-Session', session)
@@ -79,7 +79,8 @@ export function scan({session}, file, {signal, progress}) {
 }
 
 /**
- * Asks for what a window's recording shows and sounds like. @type {((window: 'main' | 'pip', signal: AbortSignal) => Promise<Response>) | undefined}
+ * Requests the stream of a window's recording. @type {((window: 'main' | 'pip', signal: AbortSignal) =>
+ * Promise<Response>) | undefined}
  */
 export const live = (window, signal) => fetch(new URL(`live/${window}`, location.href), {
   signal, cache: 'no-store', headers: token() ? {Authorization: `Bearer ${token()}`} : {}})
@@ -88,7 +89,7 @@ export const live = (window, signal) => fetch(new URL(`live/${window}`, location
 export const disconnected = 'Disconnected, reconnecting'
 
 /**
- * Where the set is kept, in words. @param {string | null} directory  the server's, null for none
+ * Describes where the set's state is. @param {string | null} directory  the server's directory, null for none
  * @return {{where: string, isPath: boolean, title: string, isTrouble?: boolean}}
  */
 export function keeping(directory) {
@@ -97,16 +98,19 @@ export function keeping(directory) {
 }
 
 /**
- * What is written of the set for others: its name, and the address at which programs reach one. @param {import('../client.js').Tv} tv
+ * The data of the set for exported code: its name, and its address for programs. @param {import('../client.js').Tv} tv
  * @return {{name: string, address: string, remarks: string[]}} remarks are for programs
  */
 export const given = ({address}) => ({name: address, address, remarks: []})
 
-/** What the pane Set says of keeping besides: nothing. @return {import('./dom.js').Child} */
+/** Further content of the pane Set about the stored state: none. @return {import('./dom.js').Child} */
 export const besides = () => null
 
-/** The sessions of others, and this page's own. @param {any[]} sessions  as the set lists them */
+/** The sessions to show: all of them. @param {any[]} sessions  as the set lists them */
 export const people = sessions => sessions
 
-/** Makes a link that brings a set to others. A set on a server is reached by its address. @type {((snapshot: any) => Promise<string>) | undefined} */
+/**
+ * Creates a link that contains a set. Not needed for a server, whose address can be shared.
+ * @type {((snapshot: any) => Promise<string>) | undefined}
+ */
 export const linkTo = undefined

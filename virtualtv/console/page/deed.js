@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* A call on the wire in the three ways in which people write it down. */
+/* A call on the wire, in the three notations that people use. */
 
 /** @param {unknown} value  a word of a transcript, quoted where it needs to be */
 export function word(value) {
@@ -9,12 +9,12 @@ export function word(value) {
   return `'${text.replaceAll("'", "'\\''").replaceAll('\\x', "\\''x")}'`
 }
 
-/** @param {string} unit  as bytes that a transcript can show */
+/** @param {string} unit  to write as escaped bytes of a transcript */
 function bytesOf(unit) {
   return Array.from(new TextEncoder().encode(unit), byte => `\\x${byte.toString(16).toUpperCase().padStart(2, '0')}`).join('')
 }
 
-/** The name of a command as the first word of a line, which must not be taken for anything else. @param {string} name */
+/** The name of a command as the first word of a line, quoted so that it can't be read as anything else. @param {string} name */
 function firstWord(name) {
   return /^[.+>]/.test(word(name)) ? `'${name}'` : word(name)
 }
@@ -42,10 +42,10 @@ const dotCommands = {
   'tv.run': ({line}) => line,
 }
 
-/** Methods that take any command's name. @param {string} method */
+/** True for methods that run a command by name. @param {string} method */
 const isByName = method => method === 'window.execute' || method === 'window.executeWithParamList'
 
-/** The line of a transcript that does the same; undefined where there is none. @param {string} method @param {any} params */
+/** The line of a transcript with the same effect; undefined if there is none. @param {string} method @param {any} params */
 export function transcriptLine(method, params) {
   if (isByName(method)) return commandLine(params.name, params.parameters ?? [], method.endsWith('List'))
   if (method.startsWith('window.')) return commandLine(method.slice('window.'.length), valuesOf(params))

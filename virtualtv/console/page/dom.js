@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Draws trees of elements: `h` describes an element, `draw` makes a parent's children as described and changes no more
- * than what differs, so that focus, selection and scroll positions stay. Texts are always texts, never markup.
+ * Draws trees of elements. `h` describes an element. `draw` makes a parent's children match their descriptions and
+ * changes only what differs, so that focus, selection and scroll positions stay. Texts are never parsed as markup.
  */
 
 /** @typedef {string | number | boolean | null | undefined | Description | Children} Child  nothing is drawn for null, undefined and booleans */
@@ -12,7 +12,7 @@
 const svg = 'http://www.w3.org/2000/svg'
 const svgTags = new Set(['svg', 'path', 'rect', 'circle', 'line', 'g'])
 
-/** What an element was last described as. @type {WeakMap<Node, Description>} */
+/** The last description of each element. @type {WeakMap<Node, Description>} */
 const drawn = new WeakMap()
 
 /**
@@ -30,7 +30,7 @@ export function h(tag, properties, ...children) {
   return {tag, key: given.key, properties: given, children: flat(children)}
 }
 
-/** Makes the children of an element as described. @param {Element} parent @param {...Child} children */
+/** Makes the children of an element match their descriptions. @param {Element} parent @param {...Child} children */
 export function draw(parent, ...children) {
   drawChildren(parent, flat(children))
 }
@@ -56,7 +56,7 @@ function drawChildren(parent, children) {
   for (const node of [...parent.childNodes]) {
     const key = drawn.get(node)?.key
     if (key === undefined) continue
-    // Those that go do so first: a sibling that is moved past them would lose the focus.
+    // Remove nodes first: moving a sibling past them would lose its focus.
     if (wanted.has(key)) keyed.set(key, node)
     else node.remove()
   }
@@ -76,7 +76,11 @@ function drawChildren(parent, children) {
   }
 }
 
-/** The node that a child was drawn as, wherever it stands. @param {string | Description} child @param {Map<string | number, ChildNode>} keyed */
+/**
+ * The existing node of a child, at any position.
+ * @param {string | Description} child
+ * @param {Map<string | number, ChildNode>} keyed
+ */
 function siblingOf(child, keyed) {
   if (typeof child === 'string' || child.key === undefined) return undefined
   const node = keyed.get(child.key)
@@ -84,7 +88,7 @@ function siblingOf(child, keyed) {
 }
 
 /**
- * Makes a node what is described, if it can become that; else makes a new one.
+ * Changes a node to match a description if possible; otherwise creates a new one.
  * @param {ChildNode | null | undefined} node @param {string | Description} child @return {ChildNode}
  */
 function drawChild(node, child) {
@@ -99,7 +103,7 @@ function drawChild(node, child) {
   const last = isSame ? before.properties : {}
   drawn.set(element, child)
   for (const name of Object.keys(last)) if (!(name in child.properties)) setProperty(element, name, undefined, last[name])
-  // Children first: the value of a <select> wants its options. Custom elements draw their own.
+  // Draw children first, since the value of a <select> needs its options. Custom elements draw their own children.
   if (!child.tag.includes('-')) drawChildren(element, child.children)
   for (const [name, value] of Object.entries(child.properties)) setProperty(element, name, value, last[name])
   return /** @type {ChildNode} */ (/** @type {Node} */ (element))
@@ -110,13 +114,13 @@ function make(tag) {
   return svgTags.has(tag) ? document.createElementNS(svg, tag) : document.createElement(tag)
 }
 
-/** @param {any} element @param {string} name @param {any} value @param {any} before  what it was last described as */
+/** @param {any} element @param {string} name @param {any} value @param {any} before  the value in the last description */
 function setProperty(element, name, value, before) {
   if (name === 'key') return
   if (name === 'class') value = Array.isArray(value) ? value.filter(part => typeof part === 'string').join(' ') : value
   if (name === 'style') return setStyle(element, value ?? {}, before ?? {})
   if (name === 'value' || name === 'checked' || name === 'selected' || name === 'indeterminate') {
-    // What a person has typed counts until the description changes.
+    // Keep what a person has typed until the description changes.
     if (element[name] !== value && before !== value) element[name] = value ?? ''
     return
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/** Has the browser save a file. @param {string} name @param {string} content @param {string} [type]  its media type */
+/** Lets the browser save a file. @param {string} name @param {string} content @param {string} [type]  its media type */
 export function download(name, content, type = 'text/plain') {
   const link = document.createElement('a')
   link.href = URL.createObjectURL(new Blob([content], {type}))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* Files that are dropped on the page, or opened with a button, and what became of them. */
+/* Handles files dropped on the page or opened with a button, and shows the results. */
 import {h} from './dom.js'
 import {details, summary} from './file-outcome.js'
 import {importFound, mostBytes, take} from './files.js'
@@ -9,10 +9,10 @@ import {shownName} from './services.js'
 /** @typedef {import('./files.js').Outcome} Outcome */
 /** @typedef {import('./dom.js').Child} Child */
 
-/** Hands files to the panel that shows what becomes of them. @param {Iterable<File>} files */
+/** Passes files to the panel that processes them and shows the results. @param {Iterable<File>} files */
 const open = files => dispatchEvent(new CustomEvent('emp-open', {detail: [...files]}))
 
-/** A button that opens a file, for those who do not drop. */
+/** A button that opens a file, as an alternative to dropping it. */
 class OpenFile extends Part {
   view() {
     return [
@@ -28,15 +28,18 @@ class OpenFile extends Part {
 }
 customElements.define('emp-open-file', OpenFile)
 
-/** Takes what is dropped anywhere on the page, and shows what became of it in a corner that hides no picture. */
+/** Takes files dropped anywhere on the page, and shows the results in a corner that covers no picture. */
 class Drop extends Part {
   #isOver = false
-  /** The file that is being worked on, what happens to it, and how much of that is done. @type {{name: string, what: string, share?: number} | undefined} */
+  /**
+   * The file in progress, the current step, and the share that is done.
+   * @type {{name: string, what: string, share?: number} | undefined}
+   */
   #busy
   #ending = new AbortController()
   /** @type {Outcome | undefined} */
   #outcome
-  /** Who had the focus before the panel came. @type {Element | null} */
+  /** The element that had the focus before the panel appeared. @type {Element | null} */
   #before = null
 
   connectedCallback() {
@@ -110,7 +113,7 @@ class Drop extends Part {
     ]
   }
 
-  /** What happens to the file until there is an outcome. */
+  /** Shows the progress until there is an outcome. */
   #working() {
     const {name, what, share} = this.#busy ?? {name: '', what: ''}
     return [
@@ -138,12 +141,12 @@ class Drop extends Part {
     ]
   }
 
-  /** Imports what was found in the recording. @param {boolean} add */
+  /** Imports the services found in the recording. @param {boolean} add */
   async #import(add) {
     const before = this.#outcome
     if (!before) return
     const after = await importFound(before, add)
-    if (this.#outcome !== before) return  // It was closed meanwhile.
+    if (this.#outcome !== before) return  // The panel was closed meanwhile.
     this.#outcome = after
     this.redraw()
   }

@@ -13,7 +13,7 @@ import {timeline} from './timeline-log.js'
 const kinds = [['transcript', 'Transcript', 'for emp-window check; its snapshot lies beside it'], ['test', 'Playwright test', 'on a TV of its own; the snapshot lies beside it'],
   ['code', 'Client code', 'JavaScript, on a TV that there is']]
 
-/** Asks what to export, and as what. */
+/** Asks what to export, and in which form. */
 export class ExportDialog extends Part {
   #kind = 'transcript'
   #range = 'shown'
@@ -22,7 +22,7 @@ export class ExportDialog extends Part {
   #error = ''
   /** @type {Entry[]} */
   #shown = []
-  /** Those in the range that is chosen in the list; none where that is one entry. @type {Entry[]} */
+  /** The entries in the range selected in the list; empty if that is a single entry. @type {Entry[]} */
   #chosen = []
 
   /** @param {import('./timeline-filter.js').TimelineFilter} filter @param {Entry | null} chosen @param {Entry[]} range  of entries that are chosen */

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* What changed the set from outside of commands, as lines that change it again. */
+/* Converts changes of the set outside of commands to lines that repeat them. */
 import {word} from './deed.js'
 import {differences} from './timeline-outside.js'
 
@@ -15,13 +15,13 @@ const listText = (list, text) => list.map(text).join(',') || 'none'
 /** @param {any} service */
 const serviceKey = service => service ? `#${service.key}` : '0'
 
-/** A text as a field of a service takes it. @param {string} text */
+/** A text in the form for a field of a service. @param {string} text */
 const quoted = text => `"${text.replace(/["\\]/g, '\\$&').replace(/[\0-\x1f\x7f-\x9f]/g, unit => `\\u${unit.charCodeAt(0).toString(16).padStart(4, '0')}`)}"`
 
 /** @param {string} name @param {unknown} value */
 const set = (name, value) => `.set ${word(name)} ${word(value)}`
 
-/** Lines for members that differ. @param {any} event @param {{[member: string]: (value: any) => string}} writers */
+/** The lines for members that differ. @param {any} event @param {{[member: string]: (value: any) => string}} writers */
 function changed({before, after}, writers) {
   const names = new Set(differences(before, after).map(([path]) => path))
   return Object.entries(writers).filter(([member]) => [...names].some(name => name === member || name.startsWith(`${member}.`)))

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-/* What an export stands on that was there before it and that no snapshot holds: windows, found channels, planes, faults, some knobs. */
+/*
+ * The earlier state that an export depends on and that no snapshot contains: windows, found channels, planes, faults,
+ * some knobs.
+ */
 import {inputOf} from './export-outside.js'
 import {engineOf} from './timeline-log.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 
-/** What a command leaves to later ones. @param {Entry} entry @return {string | undefined} */
+/** The state that a command leaves for later ones. @param {Entry} entry @return {string | undefined} */
 export function leftBy({event, changes}) {
   if (event.name === 'SetWindow') return `window ${engineOf(event)}`
   if (/^Find/.test(event.name)) return `channels ${engineOf(event)}`
@@ -14,8 +17,8 @@ export function leftBy({event, changes}) {
 }
 
 /**
- * Where to start, so that what is exported finds all that it stands on.
- * @param {Entry[]} entries  all @param {number} from  the position of the first that is wanted @return {number}
+ * The position at which an export must start to include all state that it depends on.
+ * @param {Entry[]} entries  all @param {number} from  the position of the first wanted entry @return {number}
  */
 export function startOf(entries, from) {
   let start = leavingsBefore(entries, from)
@@ -27,14 +30,19 @@ export function startOf(entries, from) {
   }
 }
 
-/** The position of the first command whose leavings are found at another one. @param {Entry[]} entries @param {number} from @return {number} */
+/**
+ * The position of the first command whose state is still in effect at a position.
+ * @param {Entry[]} entries
+ * @param {number} from
+ * @return {number}
+ */
 function leavingsBefore(entries, from) {
   const found = new Set()
   let start = from
   for (let at = from - 1; at >= 0; --at) {
     const {topic, event} = entries[at]
     if (topic === 'resync' || event.started) break
-    if (topic === 'engine') found.add(`window ${event.engine}`).add(`channels ${event.engine}`)  // a new engine has none from before
+    if (topic === 'engine') found.add(`window ${event.engine}`).add(`channels ${event.engine}`)  // a new engine has no earlier state
     const what = topic === 'command' ? leftBy(entries[at]) : undefined
     if (what && (!found.has(what) || /^plane|^source/.test(what))) {
       found.add(what)
@@ -45,10 +53,10 @@ function leavingsBefore(entries, from) {
 }
 
 /**
- * Faults that stand behind some entries and can still hit.
+ * Faults that exist after some entries and can still hit.
  * @param {Entry[]} entries
- * @return {Map<number, {event: any, at: number, isCounting: boolean}>}  by number: how each was set, and where; one that counts
- *   calls has counted those behind it
+ * @return {Map<number, {event: any, at: number, isCounting: boolean}>}  by number: the event and the position at which
+ *   each was set, and whether it counts calls
  */
 function faultsBehind(entries) {
   const standing = new Map()
@@ -64,10 +72,10 @@ function faultsBehind(entries) {
   return standing
 }
 
-/** How many calls a fault hits. @param {string} fault  as `tv.faults` lists it */
+/** The number of calls that a fault hits. @param {string} fault  as `tv.faults` lists it */
 const timesOf = fault => Number(/ times=(\d+)/.exec(fault)?.[1] ?? Infinity)
 
-/** Knobs that are not persisted, as they were turned last. @param {Entry[]} entries @return {any[]} their events */
+/** The last values of knobs that are not persisted. @param {Entry[]} entries @return {any[]} their events */
 function knobsBehind(entries) {
   const turned = new Map()
   for (const {event} of entries) {
@@ -78,7 +86,7 @@ function knobsBehind(entries) {
 }
 
 /**
- * What makes a set that a snapshot restored as it was behind some entries.
+ * The steps that complete a restored snapshot to the state after some entries.
  * @param {Entry[]} entries @param {Map<number, number>} faults  their numbers in what is written
  */
 export function standingSteps(entries, faults) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Commands that have run, written down: as a transcript that `emp-window check` passes, as a test, as client code. What is
- * written starts from the set as it was before them, which lies in a file beside it.
+ * Exports commands that have run: as a transcript that passes `emp-window check`, as a test, or as client code. The
+ * export starts from the state before the commands, which is in a file beside it.
  */
 import {replyLines} from '../transcript.js'
 import {commandLine, word} from './deed.js'
@@ -14,8 +14,8 @@ import {engineOf, timeline} from './timeline-log.js'
 /** @typedef {{steps: Step[], first: number, clients: Map<string, {name: string, appId: string}>, remarks: string[]}} Story */
 
 /**
- * Collects what is to be written. Commands that the filter leaves out and that changed nothing are left out, but for those
- * whose calls a fault may count.
+ * Collects the steps to export. Commands that the filter hides and that changed nothing are left out, unless a fault
+ * may count their calls.
  * @param {Entry[]} entries  all @param {Entry} from @param {Entry} to @param {Set<Entry>} wanted
  * @param {(entry: Entry) => Promise<any>} replyOf  the whole reply @return {Promise<Story>}
  */
@@ -43,10 +43,10 @@ export async function collect(entries, from, to, wanted, replyOf) {
   return {steps, first: /** @type {number} */ (part[start].command), clients, remarks}
 }
 
-/** Which engines what is written has open. Each is opened by its first command, or anew by a line. */
+/** Tracks the open engines of an export. An engine is opened by its first command, or again by a line. */
 class Engines {
   #open = new Set()
-  /** Those whose opening changed the set and that ran no command yet. */
+  /** Engines whose opening changed the set and that have not run a command yet. */
   #fresh = new Set()
 
   /** @param {Entry} entry  no command @return {Step[]} */
@@ -63,7 +63,7 @@ class Engines {
     return this.#fresh.has(engineOf(event))
   }
 
-  /** Notes that a command is written. @param {Entry} entry @return {string} its engine */
+  /** Records that a command is exported. @param {Entry} entry @return {string} its engine */
   use({event}) {
     const engine = engineOf(event)
     this.#fresh.delete(engine)
@@ -99,7 +99,7 @@ export function transcript({steps, clients, remarks}, snapshot, what) {
 /** @param {unknown} value  as JavaScript @return {string} */
 const literal = value => JSON.stringify(value)?.replace(/[\u2028\u2029]/g, unit => `\\u${unit.charCodeAt(0).toString(16)}`) ?? 'undefined'
 
-/** What `Execute` answers for a reply. @param {any} reply */
+/** The result of `Execute` for a reply. @param {any} reply */
 function answered({accepted, kind, value, units}) {
   if (kind === 'empty') return accepted ? '' : undefined
   return units ? String.fromCharCode(...units) : value
@@ -116,7 +116,7 @@ function callOf({event}, client) {
   return list ? `${client}.executeWithParamList(${literal(name)}, ${literal(parameters)})` : `${client}.Execute(${[name, ...parameters].map(literal).join(', ')})`
 }
 
-/** A test for Playwright, with a TV of its own. @param {Story} story @param {string} snapshot @param {string} what */
+/** A test for Playwright with its own TV. @param {Story} story @param {string} snapshot @param {string} what */
 export function playwrightTest(story, snapshot, what) {
   const names = variables(story)
   const lines = story.steps.flatMap(({client, entry, reply, line, remark}) => [
@@ -137,7 +137,7 @@ ${[...names.values()].map(({name}) => `  await ${name}.close()`).join('\n')}
 `
 }
 
-/** The same calls on a TV that there is. @param {Story} story @param {string} address @param {string} what */
+/** The same calls on an existing TV. @param {Story} story @param {string} address @param {string} what */
 export function clientModule(story, address, what) {
   const names = variables(story)
   const first = [...names.values()][0]?.name

@@ -14,7 +14,7 @@ const ways = {
   outputs: 'writes these outputs',
 }
 
-/** Makes a fault: which call, how it fails, when and for whom. */
+/** A form to create a fault: which call, how it fails, when, and for which session. */
 class FaultForm extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['operations', 'sessions'])
   #search = ''
@@ -76,7 +76,7 @@ class FaultForm extends Part {
     this.changed()
   }
 
-  /** The outputs of the call that is chosen. @return {string[]} */
+  /** The outputs of the selected call. @return {string[]} */
   #names() {
     const operation = store.get('operations').find(({name}) => name === this.#operation)
     return operation ? outputsOf(operation) : []
@@ -172,7 +172,7 @@ class FaultForm extends Part {
 }
 customElements.define('emp-fault-form', FaultForm)
 
-/** What a fault can write in a call's stead; interfaces can't be given. @param {{outputs: string[]}} operation */
+/** The outputs that a fault can write; interfaces can't be written. @param {{outputs: string[]}} operation */
 const outputsOf = ({outputs}) => outputs.filter(name => name !== 'interface')
 
 /** @param {Event} event */

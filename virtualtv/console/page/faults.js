@@ -7,7 +7,7 @@ import {Part} from './part.js'
 import {behind, linesOf, scenarios, slowKnob} from './scenarios.js'
 import {store} from './store.js'
 
-/** Faults that are set, scenarios that set some, and a form for any other. */
+/** The current faults, scenarios that set faults, and a form for any other fault. */
 class Faults extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['faults', 'state', 'connection'])
   #latency = '0'
@@ -17,17 +17,17 @@ class Faults extends Part {
 
   view() {
     this.#listen()
-    // Each part has an element of its own, so that what comes and goes in one leaves the others where they are.
+    // Each part has its own element, so that changes in one do not move the others.
     return h('div', {class: 'pane-body'}, h('div', {class: 'stack'}, this.#set()), h('div', {class: 'stack'}, this.#scenarios()), h('emp-fault-form'))
   }
 
   drawn() {
-    // It may have missed changes while the pane was hidden.
+    // The form may have missed changes while the pane was hidden.
     const form = this.querySelector('emp-fault-form')
     if (form instanceof Part) form.redraw()
   }
 
-  /** The latency is no part of the state, so it is asked for, and heard of when it changes. */
+  /** The latency is not part of the state, so it is fetched once, and updated by events. */
   #listen() {
     if (this.#isListening || !store.get('connection').connected) return
     this.#isListening = true
@@ -58,7 +58,7 @@ class Faults extends Part {
     ]
   }
 
-  /** Removes a fault, or all. Its button goes with it: who pressed it by keyboard goes on with the next one. */
+  /** Removes a fault, or all. Its button disappears, so a keyboard user gets the focus on the next one. */
   #remove = async (/** @type {MouseEvent} */ {detail, currentTarget}, /** @type {number | undefined} */ id = undefined) => {
     const buttons = /** @type {HTMLElement[]} */ ([...this.querySelectorAll('.fault-list button')])
     const at = buttons.indexOf(/** @type {HTMLElement} */ (currentTarget))

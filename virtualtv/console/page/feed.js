@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Brings what happens on the TV into the store. Events are told as they come; documents that they make untrue are asked for
- * again, at most one question of a kind at a time, so that many events at once cost no more than one.
+ * Updates the store with events of the TV. Documents that an event outdates are fetched again, with at most one request
+ * of a kind at a time, so that many events at once cost no more than one.
  */
 import {people} from './connection.js'
 import {store} from './store.js'
@@ -15,7 +15,7 @@ const mostBefore = 2000  // events from before the page was opened
 const stateTopics = new Set(['source', 'service', 'mode', 'plane', 'tracks', 'favourites', 'services', 'inputs', 'knob'])
 
 /**
- * Calls a function, and again where it was asked for meanwhile.
+ * Runs a function, and runs it again if it was requested meanwhile.
  * @param {() => Promise<void>} ask @return {() => void}
  */
 function coalesced(ask) {
@@ -31,7 +31,7 @@ function coalesced(ask) {
         await ask()
       }
     } catch {
-      // The connection broke: the next one starts with all documents.
+      // The connection broke; the next one starts by fetching all documents.
     } finally {
       isRunning = false
     }
@@ -74,7 +74,7 @@ export function feed(tv) {
 }
 
 /**
- * Listens to all that happens, and to the last of what happened before, as far as the server holds it.
+ * Subscribes to all events, including the last earlier ones that the server still has.
  * @param {Tv} tv @param {(event: import('../client.js').TvEvent) => void} listener
  */
 async function listen(tv, listener) {
@@ -84,13 +84,13 @@ async function listen(tv, listener) {
     number = (await tv.call('events.subscribe', {topics: []})).number
     after = Math.max(0, number - mostBefore)
   } catch {
-    // The connection broke: the next one tells what happens from then on.
+    // The connection broke; the next one continues with new events.
   }
   const {ready} = tv.on('*', listener, {after})
   await ready.then(() => completeTimeline(tv, number), () => {})
 }
 
-/** What does not change while the server runs. @param {Tv} tv */
+/** Fetches the data that does not change while the server runs. @param {Tv} tv */
 async function describe(tv) {
   const {methods} = await tv.discover()
   store.set('commands', methods.filter((/** @type {any} */ method) => /^window\.[A-Z]/.test(method.name)).map(commandOf))

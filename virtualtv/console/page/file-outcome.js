@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* What became of a file, in words and tables. */
+/* Shows the outcome for a file, in words and tables. */
 import {h} from './dom.js'
 import {counted, nameOf, numberOf} from './services.js'
 
@@ -9,7 +9,7 @@ const mostRows = 1000
 
 const failed = {list: 'was not imported', recording: 'was not scanned', transcript: 'was not checked', snapshot: 'was not restored', none: 'was not taken'}
 
-/** What became of it, in a word or two. @param {Outcome} outcome @return {{text: string, isFailure: boolean}} */
+/** The outcome in a word or two. @param {Outcome} outcome @return {{text: string, isFailure: boolean}} */
 export function summary({kind, problem, result, found}) {
   if (problem !== undefined) return {text: found ? 'was not imported' : failed[kind], isFailure: true}
   if (kind === 'recording') return {text: `${result ? 'imported: ' : ''}${counted(found.services.length, 'service')} found`, isFailure: found.services.length === 0}
@@ -18,7 +18,7 @@ export function summary({kind, problem, result, found}) {
   return {text: result.passed ? 'passed' : 'failed', isFailure: !result.passed}
 }
 
-/** All else that there is to tell. @param {Outcome} outcome */
+/** The details of the outcome. @param {Outcome} outcome */
 export function details({kind, problem, way, result, found, note}) {
   return [
     problem && h('p', {class: 'fail name', role: 'alert'}, problem),
@@ -58,10 +58,15 @@ function serviceTable(services) {
   ]
 }
 
-/** The languages of tracks, each once. @param {{language?: string}[]} tracks */
+/** The languages of tracks, without duplicates. @param {{language?: string}[]} tracks */
 const languages = tracks => [...new Set(tracks.map(({language}) => language ?? 'und'))].join(', ')
 
-/** What is wrong with a file, by place. @param {any[]} problems @param {string} place  what places are called @param {number} total  of problems, with those that are not told */
+/**
+ * The problems of a file by place.
+ * @param {any[]} problems
+ * @param {string} place  heading for places
+ * @param {number} total  number of problems, including those not listed
+ */
 function problemTable(problems, place, total) {
   return [
     problems.length > 0 && h('table', null,

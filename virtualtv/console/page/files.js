@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * What files are and what the TV makes of them: channel lists are imported, recordings scanned, transcripts checked, snapshots
- * restored. Answers what is to be told; nothing is drawn here.
+ * Recognises files and passes them to the TV: channel lists are imported, recordings scanned, transcripts checked,
+ * snapshots restored. Returns the outcome; this module draws nothing.
  */
 import {act} from './act.js'
 import {isRecording, scanned} from './recording.js'
@@ -10,14 +10,14 @@ import {onFrame, store} from './store.js'
 export const mostBytes = 32 * 1024 * 1024
 
 /**
- * What became of a file.
+ * The outcome for a file.
  * @typedef {object} Outcome
  * @property {string} name
  * @property {'list' | 'recording' | 'transcript' | 'snapshot' | 'none'} kind
- * @property {string} [problem]  why nothing came of it
- * @property {string} [way]  out of the problem
- * @property {any} [result]  of the call; of a list without a service what its error tells of its lines
- * @property {any} [found]  in a recording, whose `result` is there once that is imported
+ * @property {string} [problem]  why it failed
+ * @property {string} [way]  advice on the problem
+ * @property {any} [result]  result of the call; for a list without services, the data of its error
+ * @property {any} [found]  content of a recording; `result` follows once it is imported
  * @property {string} [note]
  */
 
@@ -49,7 +49,12 @@ async function useRecording(file, tell, signal) {
   }
 }
 
-/** Puts what was found in the recording that was scanned last into the set. @param {Outcome} outcome @param {boolean} add  to the services there @return {Promise<Outcome>} */
+/**
+ * Imports the services of the last scanned recording.
+ * @param {Outcome} outcome
+ * @param {boolean} add  add to the services of the set
+ * @return {Promise<Outcome>}
+ */
 export const importFound = ({name, found, note}, add) => called({name, kind: 'recording', found, note}, 'tv.importScan', {add})
 
 /** @param {File} file @param {Tell} tell @return {Promise<Outcome>} */
@@ -92,7 +97,7 @@ async function use(content) {
   await shownFirst(tell, `is imported: ${linesOf(text)}`)
   const outcome = await called({name, kind: 'list'}, 'tv.import', {content: text, name})
   if (!/not a channel list of a known format/.test(outcome.problem ?? '')) return outcome
-  // A transcript that something stands before is one all the same: the check tells what is wrong with it.
+  // A transcript may have other text at its start: the check then reports the error.
   return /^>/m.test(text) ? useTranscript(content) : {...outcome, kind: 'none', way: wanted}
 }
 
@@ -123,14 +128,14 @@ async function useDocument({name, text, isUnicode, tell}) {
   return called({name, kind: 'snapshot'}, 'tv.restore', {snapshot})
 }
 
-/** How many lines a text has, in words. @param {string} text */
+/** The number of lines of a text, in words. @param {string} text */
 function linesOf(text) {
   let count = text.endsWith('\n') ? 0 : 1
   for (let at = text.indexOf('\n'); at >= 0; at = text.indexOf('\n', at + 1)) ++count
   return `${count.toLocaleString('en')} lines`
 }
 
-/** Tells what happens, and waits until it is seen: what comes next may take long. @param {Tell} tell @param {string} what */
+/** Shows the progress, and waits until it is visible, since the next step may take long. @param {Tell} tell @param {string} what */
 async function shownFirst(tell, what) {
   tell(what)
   await new Promise(resolve => onFrame(() => setTimeout(resolve)))

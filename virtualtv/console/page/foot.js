@@ -5,7 +5,7 @@ import {h} from './dom.js'
 import {Part} from './part.js'
 import {store} from './store.js'
 
-/** The last deed of the page: what it was, what went wrong, and how to write it down. */
+/** The last action of the page: what it was, its error, and buttons to copy it. */
 class Foot extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['deed'])
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 /*
- * The frame in which an app runs over the picture, and what passes between it and the page: keys of the remote control go
- * to the app; the app says that it is there, and passes on what is typed while it has the focus. Both sides look at who
- * sent a message and from which origin.
+ * The frame in which an app runs over the picture, and what passes between it and the page: keys of the remote control
+ * go to the app; the app reports that it is running, and passes on keys typed while it has the focus. Both sides check
+ * the sender and the origin of a message.
  */
 import {complain} from './act.js'
 import {h} from './dom.js'
@@ -23,24 +23,24 @@ const keysOfButtons = {
   source: 'TVInput', input: 'TVInput', power: 'Power', pip: 'PinPToggle', 'picture-in-picture': 'PinPToggle', swap: 'DisplaySwap',
 }
 
-/** The `key` that an app gets for a button; undefined where there is none. @param {string} name  the button's */
+/** The `key` that an app receives for a button; undefined if there is none. @param {string} name  name of the button */
 export function keyOf(name) {
   return /^[0-9]$/.test(name) ? name : Object.hasOwn(keysOfButtons, name.toLowerCase()) ? keysOfButtons[name.toLowerCase()] : undefined
 }
 
 /**
- * How the app is doing.
+ * The state of the app.
  * @typedef {object} AppState
  * @property {'none' | 'loading' | 'silent' | 'running' | 'refused'} what  `silent`: loaded, but nothing of it was heard
  * @property {string} [name]  under which the app has the TV
  * @property {string} [reason]
  */
 
-/** Tells of changes as event `change`. */
+/** Reports changes with the event `change`. */
 class AppFrames extends EventTarget {
   /** @type {AppState} */
   state = {what: 'none'}
-  /** Counts up with each load that a person asked for. */
+  /** Increases with each load that a person requested. */
   run = 0
 
   /** @param {AppState} state */
@@ -49,7 +49,7 @@ class AppFrames extends EventTarget {
     this.dispatchEvent(new Event('change'))
   }
 
-  /** Loads the app, anew where it runs. @param {string} address @param {string} name  of the app, for people */
+  /** Loads the app, or reloads it if it runs. @param {string} address @param {string} name  of the app, for people */
   start(address, name) {
     ++this.run
     this.become({what: 'loading'})
@@ -91,7 +91,7 @@ class AppFrame extends Part {
     })
   }
 
-  /** @return {{frame: Window, origin: string} | undefined}  the app's window, and where it is to come from */
+  /** @return {{frame: Window, origin: string} | undefined}  the app's window and its expected origin */
   #app() {
     const app = store.get('app')
     const frame = this.querySelector('iframe')?.contentWindow
@@ -126,7 +126,7 @@ class AppFrame extends Part {
 }
 customElements.define('emp-app-frame', AppFrame)
 
-/** A key that was typed in the frame does on the page what it does outside of the frame. @param {string} key */
+/** Handles a key typed in the frame as if it had been typed on the page. @param {string} key */
 function type(key) {
   document.body.dispatchEvent(new KeyboardEvent('keydown', {key, bubbles: true, cancelable: true}))
 }

@@ -4,7 +4,7 @@
 /** @typedef {{x: number, y: number, width: number, height: number}} Rect */
 /** @typedef {{width: number, height: number}} Ratio */
 
-/** Pixels of the base screen to one of the app's space. */
+/** Pixels of the base screen per pixel of the app's space. */
 const basePerApp = 2
 export const sides = /** @type {const} */ (['x', 'y', 'width', 'height'])
 export const appSpace = {x: 0, y: 0, width: 960, height: 540}
@@ -13,18 +13,23 @@ export const baseScreen = {x: 0, y: 0, width: 1920, height: 1080}
 /** From the app's space to the base screen, which is exact. @param {number} length */
 export const toBase = length => length * basePerApp
 
-/** From the base screen to the app's space: rounded, half a pixel up, then cut towards 0. @param {number} length */
+/** From the base screen to the app's space: adds half a pixel, then truncates towards 0. @param {number} length */
 export const toApp = length => Math.trunc((length + 1) / basePerApp) + 0
 
-/** Does the same to all four numbers of a rectangle. @param {Rect} rect @param {(length: number) => number} change @return {Rect} */
+/**
+ * Applies a function to all four numbers of a rectangle.
+ * @param {Rect} rect
+ * @param {(length: number) => number} change
+ * @return {Rect}
+ */
 export function eachOf({x, y, width, height}, change) {
   return {x: change(x), y: change(y), width: change(width), height: change(height)}
 }
 
-/** As `0,0 960x540`. @param {Rect} rect */
+/** A rectangle in the form `0,0 960x540`. @param {Rect} rect */
 export const rectText = ({x, y, width, height}) => `${x},${y} ${width}x${height}`
 
-/** @param {Rect} one @param {Rect} other @return {Rect | null} null where they have nothing in common */
+/** @param {Rect} one @param {Rect} other @return {Rect | null} null if they do not overlap */
 export function common(one, other) {
   const x = Math.max(one.x, other.x)
   const y = Math.max(one.y, other.y)
@@ -38,7 +43,12 @@ export function has(rect, x, y) {
   return x >= rect.x && y >= rect.y && x < rect.x + rect.width && y < rect.y + rect.height
 }
 
-/** The largest rectangle of a ratio in the middle of another one; parts of a pixel are cut off, as the set does. @param {Rect} outer @param {Ratio} ratio @return {Rect} */
+/**
+ * The largest rectangle of a ratio, centred in another one; fractions of a pixel are truncated, as on the set.
+ * @param {Rect} outer
+ * @param {Ratio} ratio
+ * @return {Rect}
+ */
 export function fitted(outer, ratio) {
   const isTooWide = outer.width * ratio.height > outer.height * ratio.width
   const width = isTooWide ? Math.trunc(outer.height * ratio.width / ratio.height) : outer.width
@@ -47,10 +57,10 @@ export function fitted(outer, ratio) {
 }
 
 /**
- * How far a rectangle reaches beyond the edges of a space.
+ * How far a rectangle extends beyond the edges of a space.
  * @param {Rect} rect @param {Rect} space
- * @return {{edge: string, by: number, isWhole: boolean}[]} for each edge that it crosses; `isWhole`: all of it lies there, and `by`
- *   is the distance to it
+ * @return {{edge: string, by: number, isWhole: boolean}[]} for each edge that it crosses; `isWhole`: the whole
+ *   rectangle is outside, and `by` is its distance
  */
 export function beyond(rect, space) {
   const sides = [
@@ -65,7 +75,7 @@ export function beyond(rect, space) {
   })
 }
 
-/** Says so in words. @param {Rect} rect @param {Rect} space @return {string} empty where it lies within */
+/** The same in words. @param {Rect} rect @param {Rect} space @return {string} empty if it is within */
 export function beyondText(rect, space) {
   const sides = beyond(rect, space)
   const outside = sides.filter(({isWhole}) => isWhole)

@@ -8,7 +8,7 @@ import './search.js'
 import {front} from './shown.js'
 import {store} from './store.js'
 
-/** Where the set is kept, who is connected, and the TV mode. */
+/** Shows where the set's state is, who is connected, and the TV mode. */
 class Head extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['connection', 'keptIn', 'sessions', 'state'])
 

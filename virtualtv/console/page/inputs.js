@@ -9,7 +9,7 @@ import {store} from './store.js'
 
 const isp = 48  // the plug-in's number of the ISP source
 
-/** The inputs: what is plugged in, what comes in there, which one is on the main window. */
+/** The inputs: what is plugged in, the pictures, and the input on the main window. */
 class Inputs extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state'])
   /** The input whose picture is being changed: the TV service's number. @type {number | undefined} */

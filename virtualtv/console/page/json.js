@@ -6,7 +6,7 @@ import {front} from './shown.js'
 /** @typedef {{path: string, name: string, value: any, level: number}} Line */
 
 let count = 0
-const step = 200  // members of a list or an object that are shown at once
+const step = 200  // members of a list or an object shown at first
 
 /**
  * A document, folded and coloured. It is a tree: arrow keys move, open and close, Enter or Space opens and closes, C copies
@@ -19,7 +19,7 @@ export class JsonTree extends HTMLElement {
   #marked = new Set()
   /** @type {Set<string>} */
   #open = new Set([''])
-  /** How many members of a path are shown. @type {Map<string, number>} */
+  /** The number of members shown, by path. @type {Map<string, number>} */
   #most = new Map()
   /** @type {Line[]} */
   #lines = []
@@ -42,7 +42,7 @@ export class JsonTree extends HTMLElement {
     this.#redraw()
   }
 
-  /** Opens all that has few members. */
+  /** Opens all parts with few members. */
   openSmall() {
     const visit = (/** @type {any} */ value, /** @type {string} */ path, /** @type {number} */ level) => {
       if (!isParent(value) || level > 3 || Object.keys(value).length > 30) return

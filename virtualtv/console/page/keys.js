@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* The keys of the remote control, and the keyboard that does the same. */
+/* The keys of the remote control, and their keyboard equivalents. */
 
 /**
  * @typedef {object} Key
@@ -15,7 +15,10 @@
 const key = (name, face, more) => ({name, face, ...more})
 const digit = (/** @type {number} */ number) => key(String(number), String(number), {keyboard: [String(number)]})
 
-/** The keys in rows of twelve columns: how many each key of a row takes up. @type {{spans: number[], keys: Key[]}[]} */
+/**
+ * The rows of keys. A row has twelve columns; `spans` is how many of them each key takes.
+ * @type {{spans: number[], keys: Key[]}[]}
+ */
 export const rows = [
   {spans: [2, 2, 2, 2, 2, 2], keys: [digit(1), digit(2), digit(3),
     key('Channel up', '+', {keyboard: ['PageUp'], look: 'step'}), key('Up', '▲', {keyboard: ['ArrowUp']}), key('Info', 'i', {letter: 'i'})]},
@@ -39,19 +42,19 @@ export const rows = [
 const byKeyboard = new Map(rows.flatMap(({keys}) => keys).flatMap(each =>
   [...each.keyboard ?? [], ...each.letter ? [each.letter] : []].map(name => [name.toLowerCase(), each])))
 
-/** Keys of the keyboard that work the remote control, as `KeyboardEvent.key` names them, in lower case. */
+/** Keyboard keys that operate the remote control, as `KeyboardEvent.key` names them, in lower case. */
 export const keyboardKeys = [...byKeyboard.keys()]
 
-/** Keys of the keyboard that work a key, as people call them. @param {Key} of @return {string} */
+/** The keyboard keys for a key, in names for people. @param {Key} of @return {string} */
 export function shortcutOf({letter, keyboard}) {
   return [...letter ? [letter.toUpperCase()] : [], ...keyboard ?? []].join(', ')
 }
 
-/** What a person works with the keyboard by itself. */
+/** Elements with their own use of the keyboard. */
 const own = 'input, textarea, select, iframe, dialog, [contenteditable], [role="listbox"], [role="grid"], [role="tab"], [role="separator"], [role="combobox"]'
 const pressable = 'button, a, summary'
 
-/** The remote's key that a press on the keyboard stands for, unless it is meant for something else. @param {KeyboardEvent} event */
+/** The remote control's key for a keyboard event, unless the event is meant for another element. @param {KeyboardEvent} event */
 export function keyOf(event) {
   if (event.defaultPrevented || event.ctrlKey || event.altKey || event.metaKey || document.querySelector('dialog[open]')) return undefined
   const target = event.target instanceof Element ? event.target : document.body

@@ -8,13 +8,13 @@ import {store} from './store.js'
 
 const mostShown = 200
 
-/** All knobs of the set, latencies too: search, read, turn. */
+/** All knobs of the set, including latencies: search, read, set. */
 class Knobs extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['knobs', 'connection'])
   #search = ''
   /** Names of latencies and their values. @type {[string, string][]} */
   #latencies = []
-  /** The document that these belong to. @type {any} */
+  /** The document of knobs to which the latencies belong. @type {any} */
   #latenciesOf = null
   /** The knob of a service that the search names. @type {{name: string, value: string} | undefined} */
   #asked
@@ -63,12 +63,12 @@ class Knobs extends Part {
       const lines = await tv().run('.get latency')
       this.#latencies = lines.map(line => /** @type {[string, string]} */ (line.split(' = ')))
     } catch {
-      // Told with the next change.
+      // Reported with the next change.
     }
     this.changed()
   }
 
-  /** Knobs that show only to a search: they are many. */
+  /** Knobs that only a search shows, since they are many. */
   #hidden() {
     const found = this.#asked && this.#asked.name === this.#search ? [this.#asked] : []
     const latencies = this.#search ? this.#latencies.map(([name, value]) => ({name, value})) : []
@@ -87,7 +87,7 @@ class Knobs extends Part {
     try {
       this.#asked = {name, value: await tv().get(name)}
     } catch {
-      this.#asked = undefined  // there is none of this name, or not yet
+      this.#asked = undefined  // no such knob, at least not yet
     }
     this.changed()
   }
@@ -114,7 +114,7 @@ class Knobs extends Part {
 }
 customElements.define('emp-knobs', Knobs)
 
-/** What kind of knob a name is: parts in capitals stand for anything. @param {string} name @param {any[]} kinds */
+/** The kind of knob with a name: parts in capitals match anything. @param {string} name @param {any[]} kinds */
 function kindOf(name, kinds) {
   const parts = name.split('.')
   return kinds.find(kind => kind.name === name) ?? kinds.find(kind => {

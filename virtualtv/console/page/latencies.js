@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* Latencies: how long calls of the platform take. There is a knob for each; here stand those that are not 0. */
+/* Latencies: the durations of platform calls. There is a knob for each; this shows those that are not 0. */
 import {h} from './dom.js'
 
 /**

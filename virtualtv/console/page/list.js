@@ -2,30 +2,30 @@
 import {draw, h} from './dom.js'
 
 /**
- * A list of which only the rows that can be seen are drawn, so that its length costs nothing. All rows are equally high.
- * It is a listbox, or with the attribute `grid` a grid, whose rows have cells that may hold buttons. Arrow keys, Page Up and
- * Down, Home and End move the chosen row. With the attribute `ranges` several rows in a row can be chosen: Shift with these
- * keys or a click moves one end of them.
+ * A list that draws only its visible rows, so that its length costs nothing. All rows have the same height. It is a
+ * listbox, or with the attribute `grid` a grid whose cells may contain buttons. Arrow keys, Page Up and Down, Home and
+ * End move the selection. With the attribute `ranges` a range of rows can be selected: Shift with these keys or a click
+ * moves one end of it.
  */
 export class LongList extends HTMLElement {
   /** Height of a row, px. */
   rowHeight = 24
   length = 0
-  /** The chosen row, -1 for none. */
+  /** The selected row, -1 for none. */
   chosen = -1
-  /** The other end of the chosen rows; -1 where there is one at most. */
+  /** The other end of the selected range; -1 if at most one row is selected. */
   anchor = -1
-  /** What a row shows. @type {(at: number) => import('./dom.js').Child} */
+  /** The content of a row. @type {(at: number) => import('./dom.js').Child} */
   row = () => null
-  /** Its key, where rows change places. @type {(at: number) => string | number} */
+  /** The key of a row, for rows that move. @type {(at: number) => string | number} */
   keyOf = at => at
-  /** Called with the first row that is seen and the one behind the last. @type {(from: number, to: number) => void} */
+  /** Called with the first visible row and the row after the last visible one. @type {(from: number, to: number) => void} */
   onrange = () => {}
-  /** A row was chosen. @type {(at: number) => void} */
+  /** Called when a row is selected. @type {(at: number) => void} */
   onchoose = () => {}
-  /** A row was chosen by a click or Enter. @type {(at: number) => void} */
+  /** Called when a row is clicked, or Enter is pressed on it. @type {(at: number) => void} */
   onopen = () => {}
-  /** Another key was pressed on the chosen row. @type {(at: number, event: KeyboardEvent) => void} */
+  /** Called for other keys on the selected row. @type {(at: number, event: KeyboardEvent) => void} */
   onkey = () => {}
   #space = document.createElement('div')
   #rows = document.createElement('div')
@@ -44,7 +44,7 @@ export class LongList extends HTMLElement {
     this.addEventListener('click', this.#clicked)
     if (this.#hasRanges) {
       this.setAttribute('aria-multiselectable', 'true')
-      // Shift with a click would choose the text in between, too.
+      // Otherwise Shift with a click would also select text.
       this.addEventListener('mousedown', event => event.shiftKey && (event.preventDefault(), this.focus()))
     }
     this.#observer.observe(this)
@@ -62,14 +62,14 @@ export class LongList extends HTMLElement {
     return this.hasAttribute('ranges')
   }
 
-  /** The chosen rows: the first, and the one behind the last. @return {[number, number]} */
+  /** The selected rows: the first, and the one after the last. @return {[number, number]} */
   get range() {
     if (this.chosen < 0) return [0, 0]
     const other = this.anchor < 0 ? this.chosen : this.anchor
     return [Math.min(this.chosen, other), Math.max(this.chosen, other) + 1]
   }
 
-  /** True while the end is seen, so that a list that grows can stay there. */
+  /** True while the end is visible, so that a growing list can stay at its end. */
   get isAtEnd() {
     return this.scrollTop + this.clientHeight >= this.scrollHeight - this.rowHeight
   }
@@ -78,7 +78,7 @@ export class LongList extends HTMLElement {
     this.scrollTop = this.scrollHeight
   }
 
-  /** Draws the rows that can be seen. */
+  /** Draws the visible rows. */
   redraw() {
     this.#space.style.height = `${this.length * this.rowHeight}px`
     const from = Math.max(0, Math.floor(this.scrollTop / this.rowHeight) - 2)
@@ -91,7 +91,7 @@ export class LongList extends HTMLElement {
     else this.removeAttribute('aria-activedescendant')
   }
 
-  /** Chooses a row and brings it into sight. @param {number} at @param {boolean} [isFurther]  with all up to the one that was chosen first */
+  /** Selects a row and scrolls to it. @param {number} at @param {boolean} [isFurther]  extends the selection to it */
   choose(at, isFurther = false) {
     this.anchor = !isFurther || !this.#hasRanges ? -1 : this.anchor < 0 ? this.chosen : this.anchor
     this.chosen = Math.max(0, Math.min(at, this.length - 1))
@@ -100,7 +100,7 @@ export class LongList extends HTMLElement {
     this.onchoose(this.chosen)
   }
 
-  /** The chosen row stays in sight where it was. */
+  /** Keeps the selected row visible if it was. */
   #resized() {
     const top = this.chosen * this.rowHeight
     const wasSeen = top >= this.scrollTop && top < this.scrollTop + this.#height
@@ -109,7 +109,7 @@ export class LongList extends HTMLElement {
     this.redraw()
   }
 
-  /** Brings the chosen row into sight. */
+  /** Scrolls to the selected row. */
   #reveal() {
     const top = this.chosen * this.rowHeight
     if (top < this.scrollTop) this.scrollTop = top

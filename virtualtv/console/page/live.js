@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 /*
- * The picture of a recording: what the server sends of a window's service is played by a video element that stands nowhere;
- * its pictures are drawn where the test card would be.
+ * The picture of a recording. A video element outside the document plays the server's stream for a window's service;
+ * its pictures are drawn in place of the test card.
  */
 import {live} from './connection.js'
 import {store} from './store.js'
 
 /** @typedef {import('./plane.js').WindowId} WindowId */
 
-const mostAhead = 3     // seconds that are fetched before they are shown
-const mostBehind = 10   // seconds that are kept once they were shown
-const pieceSize = 65536  // bytes that are taken at once
-const longPause = 5000  // ms before a refusal is asked again
-const pause = 1000      // ms before what has ended at once, or broken off, is asked again
-const patience = 200    // ms between looks at whether more is to be fetched
+const mostAhead = 3     // seconds to fetch ahead
+const mostBehind = 10   // seconds to keep after they were shown
+const pieceSize = 65536  // bytes to append at once
+const longPause = 5000  // ms before retrying after a refusal
+const pause = 1000      // ms before retrying after a stream that ended at once or broke off
+const patience = 200    // ms between checks whether to fetch more
 
 /** The server refuses to play, or this browser can't. */
 class Refusal extends Error {}
@@ -43,18 +43,18 @@ function wait(milliseconds, signal) {
   return happens(timer, 'over', signal)
 }
 
-/** Plays what is on one window. */
+/** Plays the recording on one window. */
 export class Live {
   video = document.createElement('video')
-  /** A picture is there to be drawn. */
+  /** True once there is a picture to draw. */
   hasPicture = false
   #id
   #onpicture
-  /** What is played, so that another one starts anew. */
+  /** Identifies what is played; another value starts another stream. */
   #what = ''
   #ending = new AbortController()
 
-  /** @param {WindowId} id @param {() => void} onpicture  called with each picture, and when there is none any more */
+  /** @param {WindowId} id @param {() => void} onpicture  called with each picture, and when there is no more picture */
   constructor(id, onpicture) {
     this.#id = id
     this.#onpicture = onpicture
@@ -73,9 +73,9 @@ export class Live {
     if (what && live) this.#playOn(this.#ending.signal)
   }
 
-  /** Plays until it is ended, again and again: the server ends when something changes. @param {AbortSignal} signal */
+  /** Plays streams until stopped: the server ends a stream when something changes. @param {AbortSignal} signal */
   async #playOn(signal) {
-    this.#awaitPicture(signal)  // once: it goes on when another source is played
+    this.#awaitPicture(signal)  // once, since it also works for later sources
     for (;;) {
       const start = performance.now()
       let isRefused = false
@@ -105,7 +105,7 @@ export class Live {
       if (!MediaSource.isTypeSupported(type)) throw new Refusal(`This browser can't play ${type}.`)
       await this.#playFrom(reader, type, signal)
     } finally {
-      reader.cancel().catch(() => {})  // The server need not go on.
+      reader.cancel().catch(() => {})  // The server can stop sending.
     }
   }
 
@@ -120,9 +120,9 @@ export class Live {
       URL.revokeObjectURL(address)
     }
     await this.#feed(source.addSourceBuffer(type), reader, signal)
-    if (this.video.paused) return  // Nothing came.
+    if (this.video.paused) return  // Nothing arrived.
     source.endOfStream()
-    await happens(this.video, 'ended', signal)  // What was fetched ahead is shown, too.
+    await happens(this.video, 'ended', signal)  // Also shows what was fetched ahead.
   }
 
   /** @param {SourceBuffer} buffer @param {ReadableStreamDefaultReader<Uint8Array<ArrayBuffer>>} reader @param {AbortSignal} signal */
@@ -130,7 +130,7 @@ export class Live {
     for (;;) {
       const {done, value} = await reader.read()
       if (done) return
-      // What comes at once may last for minutes.
+      // A single chunk may last for minutes.
       for (let at = 0; at < value.length; at += pieceSize) await this.#append(buffer, value.subarray(at, at + pieceSize), signal)
     }
   }
@@ -150,11 +150,11 @@ export class Live {
     return buffered.length > 0 ? buffered.end(buffered.length - 1) - this.video.currentTime : 0
   }
 
-  /** Starts as soon as there is something, wherever that starts. @param {SourceBuffer} buffer */
+  /** Starts once something is buffered, at its start. @param {SourceBuffer} buffer */
   #start({buffered}) {
     if (buffered.length === 0 || !this.video.paused) return
     if (this.video.currentTime < buffered.start(0)) this.video.currentTime = buffered.start(0)
-    this.video.play().catch(() => {})  // It was ended meanwhile.
+    this.video.play().catch(() => {})  // It was stopped meanwhile.
   }
 
   /** @param {SourceBuffer} buffer @param {AbortSignal} signal */
@@ -184,7 +184,7 @@ export class Live {
     this.#onpicture()
   }
 
-  /** @param {string} problem  why nothing is played; empty where nothing is wrong */
+  /** @param {string} problem  why nothing is played; empty without a problem */
   #tell(problem) {
     const all = store.get('live')
     if (all[this.#id] !== problem) store.set('live', {...all, [this.#id]: problem})

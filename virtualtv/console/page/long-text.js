@@ -4,10 +4,10 @@ import {h} from './dom.js'
 import {Part} from './part.js'
 import {visible} from './shown.js'
 
-const most = 2000     // characters that are shown at first
-const piece = 8000    // characters of a block, of which only those that are seen cost anything
+const most = 2000     // characters shown at first
+const piece = 8000    // characters of a block; only visible blocks are rendered
 
-/** A text of any length: its front, and all of it on request. */
+/** A text of any length: shows its start, and all of it on request. */
 export class LongText extends Part {
   text = ''
   #isWhole = false

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* Starts the page: connects to the set, and feeds the store. */
+/* Starts the page: connects to the set, and starts the feed of the store. */
 import {useTv} from './act.js'
 import {open} from './connection.js'
 import {feed} from './feed.js'
@@ -18,7 +18,7 @@ import './screen.js'
 import './set.js'
 import './timeline.js'
 import './tracks.js'
-import './workbench.js'  // last: it draws all others
+import './workbench.js'  // last, since it draws all others
 
 async function start() {
   const tv = await open(connection => store.set('connection', connection))

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-/* What this browser keeps of the page from one visit to the next. Where it keeps nothing, the page works all the same. */
+/* Data of the page that this browser stores between visits. The page also works without storage. */
 
 /** @type {string | undefined} */
 let token
 
-/** Keeps the server's token for this tab. @param {string} given */
+/** Stores the server's token for this tab. @param {string} given */
 export function rememberToken(given) {
   token = given
   try {
     sessionStorage.setItem('emp-window.token', given)
   } catch {
-    // Then it is known until the page is loaded anew.
+    // Without storage, it is known until the page is reloaded.
   }
 }
 
-/** The server's token, where this tab was given one. */
+/** The server's token, if this tab has one. */
 export function rememberedToken() {
   try {
     return token ?? sessionStorage.getItem('emp-window.token') ?? undefined
@@ -23,7 +23,7 @@ export function rememberedToken() {
   }
 }
 
-/** What was kept the last time. @param {string} key @param {any} preset  where there is nothing */
+/** A stored value. @param {string} key @param {any} preset  the default */
 export function remembered(key, preset) {
   try {
     return JSON.parse(localStorage.getItem(`emp-window.${key}`) ?? 'null') ?? preset
@@ -37,6 +37,6 @@ export function remember(key, value) {
   try {
     localStorage.setItem(`emp-window.${key}`, JSON.stringify(value))
   } catch {
-    // A browser that keeps nothing starts anew each time.
+    // Without storage, each visit starts with the defaults.
   }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* What is seen where no signal is left. */
+/* The noise that a lost signal shows. */
 
 const size = 128
 /** @type {HTMLCanvasElement | undefined} */

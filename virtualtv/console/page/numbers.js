@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Numbers and what they mean. Inputs and TV modes have two of each: knobs and `tv.state` have the TV service's, commands take
- * and answer the plug-in's.
+ * The meanings of numbers. Inputs and TV modes have two numbers each: knobs and `tv.state` use the TV service's,
+ * commands use the plug-in's.
  */
 
 /** @typedef {{set: number, plugin: number, name: string, canBeShown: boolean}} Source */
@@ -35,7 +35,7 @@ export const tvModes = [
     ...[...range(5, 20), ...range(25, 31)].map(mode => [mode, `Satellite, operator ${mode}`])]],
 ]
 
-/** By the set's numbers. */
+/** Antennas by the set's numbers. */
 export const antennas = ['terrestrial', 'cable', 'satellite']
 
 /** The plug-in's number of a TV mode of the set. @param {{antenna: number, service: number}} mode @return {number} 0 for none */
@@ -53,7 +53,7 @@ export const antennaName = antenna => antennas[antenna] ?? 'none that is known'
 /** @type {Intl.DisplayNames | undefined} */
 let languages
 
-/** @param {string | number} code  three letters, or a number of the set's own */
+/** @param {string | number} code  three letters, or a number of the set */
 export function languageName(code) {
   if (typeof code === 'number') return 'no known code'
   if (code === 'und') return 'not known'

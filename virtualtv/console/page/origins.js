@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-/* Which pages may be shown in a frame: what the policy of this page lets in, as its server says. */
+/* Decides which pages may be shown in a frame, according to the policy that the server sends for this page. */
 
-/** Origins, or patterns such as `http://localhost:*`, that the server lets in; undefined where it does not answer. */
+/** Origins, or patterns such as `http://localhost:*`, that the server allows; undefined if it does not answer. */
 export async function allowedOrigins() {
   try {
     const {headers} = await fetch(new URL('.', location.href), {method: 'HEAD'})
@@ -12,7 +12,7 @@ export async function allowedOrigins() {
   }
 }
 
-/** The address that a person means. @param {string} text @return {URL | undefined} */
+/** Parses an address that a person typed. @param {string} text @return {URL | undefined} */
 export function addressOf(text) {
   const whole = /^[a-z][a-z0-9+.-]*:\/\//i.test(text.trim()) ? text.trim() : `http://${text.trim()}`
   const url = URL.parse?.(whole) ?? (URL.canParse(whole) ? new URL(whole) : undefined)
@@ -25,5 +25,5 @@ export function isAllowed(url, sources) {
     ? `${url.protocol}//${url.hostname}` === source.slice(0, -':*'.length) : url.origin === source)
 }
 
-/** Where the apps that come with the page are. */
+/** The folder of the apps included in the page. */
 export const ownApps = new URL('page/apps/', new URL('.', location.href))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/** The page's panes, and where they stand while there is room. */
+/** The page's panes, and their places on a wide page. */
 export const panes = [
   {name: 'Screen', tag: 'emp-screen', place: 'screen'},
   {name: 'Remote control', tag: 'emp-remote', place: 'left'},
@@ -15,8 +15,8 @@ export const panes = [
 ]
 
 /**
- * Brings a pane into sight and the focus into it. The pane hears of it too, by the event `emp-show` of the window.
- * @param {string} name @param {object} [more]  what it is to show there, as {command: 'SetSource'}
+ * Shows a pane and moves the focus into it. Notifies the pane with the event `emp-show` of the window.
+ * @param {string} name @param {object} [more]  what the pane must show, as in {command: 'SetSource'}
  */
 export function showPane(name, more = {}) {
   dispatchEvent(new CustomEvent('emp-show', {detail: {name, ...more}}))

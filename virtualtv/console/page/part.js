@@ -5,8 +5,8 @@ import {onFrame, store} from './store.js'
 /** @typedef {import('./dom.js').Child} Child */
 
 /**
- * An element that draws itself from the store: a subclass names the parts of the store in `uses` and answers its
- * children from `view`. What is its own it keeps in fields, and calls `changed` when these change.
+ * An element that draws itself from the store. A subclass lists the parts of the store in `uses` and returns its
+ * children from `view`. It keeps its own state in fields, and calls `changed` when that changes.
  */
 export class Part extends HTMLElement {
   /** @type {(keyof import('./store.js').Known)[]} */
@@ -25,14 +25,14 @@ export class Part extends HTMLElement {
     this.#unsubscribe()
   }
 
-  /** Draws with the next frame. */
+  /** Redraws with the next frame. */
   changed() {
     if (this.#isScheduled) return
     this.#isScheduled = true
     onFrame(() => this.redraw())
   }
 
-  /** Draws now, unless nobody can see it: what is hidden is drawn when it shows. */
+  /** Redraws now if visible; a hidden part is drawn when it appears. */
   redraw() {
     this.#isScheduled = false
     if (!this.isConnected || this.closest('[hidden]')) return
@@ -45,6 +45,6 @@ export class Part extends HTMLElement {
     return null
   }
 
-  /** Called behind each drawing. */
+  /** Called after each drawing. */
   drawn() {}
 }

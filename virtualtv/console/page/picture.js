@@ -15,20 +15,20 @@ const calm = matchMedia('(prefers-reduced-motion: reduce)')
 /** @param {HTMLCanvasElement} canvas @return {Context} */
 const contextOf = canvas => /** @type {Context} */ (canvas.getContext('2d', {alpha: false}))
 
-/** Whether two windows' pictures are the same but for what moves. @param {Shown | undefined} one @param {Shown} other */
+/** True if the static parts of two pictures are the same. @param {Shown | undefined} one @param {Shown} other */
 function isSamePicture(one, other) {
   const stillOf = (/** @type {Shown} */ {card, seen, whole, content, active, plane, picture}) => [card, seen, whole, content, active, plane.muted, picture]
   return one !== undefined && JSON.stringify(stillOf(one)) === JSON.stringify(stillOf(other))
 }
 
 /**
- * What is seen of a window's picture, on a canvas that lies where its plane does. What stands still is kept on a canvas of its
- * own; with each picture only what moves is drawn again. A tab that is not seen draws nothing.
+ * The visible part of a window's picture, on a canvas at the place of its plane. The static part is stored on a second
+ * canvas; only the moving part is redrawn with each picture. A hidden tab draws nothing.
  */
 export class Picture extends HTMLElement {
-  /** Pictures since the card came on screen; null before the first one, and in the past. @type {number | null} */
+  /** Number of pictures since the card appeared; null before the first one, and in a past state. @type {number | null} */
   counter = null
-  /** A state of the past does not move. */
+  /** True for a past state, which does not move. */
   #isFrozen = false
   #canvas = document.createElement('canvas')
   #still = document.createElement('canvas')
@@ -38,10 +38,10 @@ export class Picture extends HTMLElement {
   #since = 0
   /** @type {ReturnType<typeof setTimeout> | undefined} */
   #timer
-  /** What of the card was drawn last. @type {{state: string, area: Rect}[]} */
+  /** The moving parts as last drawn. @type {{state: string, area: Rect}[]} */
   #moved = []
   #observer = new ResizeObserver(() => this.#drawAll())
-  /** What plays in place of the card. @type {Live | undefined} */
+  /** The recording that plays in place of the card. @type {Live | undefined} */
   #live
 
   connectedCallback() {
@@ -60,12 +60,12 @@ export class Picture extends HTMLElement {
     clearTimeout(this.#timer)
   }
 
-  /** The canvas, for who wants to look at it. */
+  /** The canvas, for tests. */
   get canvas() {
     return this.#canvas
   }
 
-  /** What plays, for who wants to listen to it. */
+  /** The video element, for its sound. */
   get video() {
     return this.#live?.video
   }
@@ -74,7 +74,7 @@ export class Picture extends HTMLElement {
     return /** @type {Shown} */ (this.#shown)
   }
 
-  /** Shows something. @param {{shown: Shown, isFrozen: boolean}} what */
+  /** Sets what to show. @param {{shown: Shown, isFrozen: boolean}} what */
   set what({shown, isFrozen}) {
     const before = this.#shown
     const isTurned = isFrozen !== this.#isFrozen
@@ -119,7 +119,7 @@ export class Picture extends HTMLElement {
     this.#clipped(context, () => drawStill(context, this.#cardWidth, /** @type {import('./plane.js').Card} */ (this.shown.card)))
   }
 
-  /** Draws in the card's units; nothing gets beyond the active area. @param {Context} context @param {() => void} body */
+  /** Draws in the card's units, clipped to the active area. @param {Context} context @param {() => void} body */
   #clipped(context, body) {
     const {active, content} = this.shown
     const place = this.#onCanvas(active)
@@ -129,7 +129,7 @@ export class Picture extends HTMLElement {
     context.rect(place.x, place.y, place.width, place.height)
     context.clip()
     context.setTransform(inner.width / this.#cardWidth, 0, 0, inner.height / cardHeight, inner.x, inner.y)
-    // A card's pattern may reach beyond the card; what lies around it in a crop is black.
+    // A pattern may extend beyond its card, but a crop shows black around the card.
     context.beginPath()
     context.rect(0, 0, this.#cardWidth, cardHeight)
     context.clip()
@@ -145,7 +145,7 @@ export class Picture extends HTMLElement {
     return {x: (x - seen.x) * across, y: (y - seen.y) * down, width: width * across, height: height * down}
   }
 
-  /** Plays what is to be seen or heard, and ends what is not. */
+  /** Plays the recording if it is visible or audible, otherwise stops it. */
   #playOrEnd() {
     const {id, recording} = this.shown
     const isHeard = id === 'main' && store.get('sound')
@@ -156,13 +156,13 @@ export class Picture extends HTMLElement {
     this.#live.play(isPlayed ? recording : '')
   }
 
-  /** The tab is seen again, or is not any more. */
+  /** The tab was shown or hidden. */
   #turned = () => {
     if (this.#shown) this.#playOrEnd()
     this.#start()
   }
 
-  /** Starts to draw pictures, if anybody can see them. */
+  /** Starts drawing pictures if they are visible. */
   #start = () => {
     clearTimeout(this.#timer)
     if (document.hidden || !this.isConnected || this.#canvas.hidden || !this.#shown) return
@@ -172,7 +172,7 @@ export class Picture extends HTMLElement {
     this.#step()
   }
 
-  /** Draws what plays, as it stands in the active area; the next picture comes by itself. @param {HTMLVideoElement} video */
+  /** Draws the video's picture into the active area; the next one triggers its own drawing. @param {HTMLVideoElement} video */
   #drawVideo(video) {
     const context = contextOf(this.#canvas)
     const area = this.#onCanvas(this.shown.active)
@@ -217,7 +217,11 @@ export class Picture extends HTMLElement {
     this.#moved = parts
   }
 
-  /** Takes away what moved. @param {Context} context @param {Rect | undefined} area  in the card's units */
+  /**
+   * Restores the static part under the moving parts.
+   * @param {Context} context
+   * @param {Rect | undefined} area  in the card's units
+   */
   #restore(context, area) {
     if (!area) return
     const {content} = this.shown

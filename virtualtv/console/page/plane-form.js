@@ -16,10 +16,10 @@ class PlaneForm extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past'])
 
   #failure = ''
-  /** What is typed for the place, where it is not what the set tells. @type {Partial<Rect>} */
+  /** Typed values of the place that differ from the set's. @type {Partial<Rect>} */
   #typed = {}
 
-  /** Which window it is about. */
+  /** The window of the form. */
   get #id() {
     return /** @type {string} */ (this.dataset.window)
   }
@@ -111,7 +111,7 @@ function fields(prefix, rect, ontype) {
   })))
 }
 
-/** What stands in the fields of a form, in their order. @param {SubmitEvent} event */
+/** The values of a form's fields, in order. @param {SubmitEvent} event */
 function numbersOf(event) {
   return Array.from(/** @type {HTMLFormElement} */ (event.currentTarget).querySelectorAll('input'), input => Number(input.value))
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* What the planes of a set show, read from its state: the picture or what stands in its place, and where it is drawn. */
+/* Derives from the state of a set what its planes show, and where: the picture or a test card. */
 import {baseScreen, common, fitted, has} from './geometry.js'
 import {antennas} from './numbers.js'
 import {numberOf, shownName} from './services.js'
@@ -41,17 +41,22 @@ export const windows = [{id: 'main', name: 'Main picture'}, {id: 'pip', name: 'P
 const wide = {width: 16, height: 9}
 const narrow = {width: 4, height: 3}
 
-/** What the set's plane orders mean. @param {number} order */
+/** The meaning of the set's plane orders. @param {number} order */
 export const orderText = order => order > 1 ? 'in front of the app' : 'behind the app'
 
-/** Shape of the content by the four bits of the format description; undefined where it fills the picture. @param {number} activeFormat @return {Ratio | undefined} */
+/**
+ * The aspect ratio of the content according to the four bits of the format description; undefined if the content fills
+ * the picture.
+ * @param {number} activeFormat
+ * @return {Ratio | undefined}
+ */
 function contentRatio(activeFormat) {
   if (activeFormat === 9 || activeFormat === 13) return narrow
   if (activeFormat === 10 || activeFormat === 14 || activeFormat === 15) return wide
   return activeFormat === 11 ? {width: 14, height: 9} : undefined
 }
 
-/** A rectangle as knobs have it. @param {Rect} rect */
+/** A rectangle in the form of knobs. @param {Rect} rect */
 export const numbersText = ({x, y, width, height}) => `${x},${y},${width},${height}`
 
 /** @param {any} picture */
@@ -83,7 +88,7 @@ function serviceCard({service, source, tvMode, tracks, picture}, kind) {
   return cardOf({...card, kind: 'sound', lines: [word, ...card.lines]})
 }
 
-/** What is played of a window's recording: another text means that it starts anew. @param {any} window  of a state */
+/** Identifies what a window's recording plays; a change of this text restarts it. @param {any} window  of a state */
 function recordingOf({service, source, picture, tracks}) {
   if (source.state !== 2 || source.number !== 0 || !picture || !service?.recording) return ''
   const {audio, audioInUse, subtitles, subtitleInUse} = tracks
@@ -119,8 +124,8 @@ function labelOf(card, picture, noise) {
 }
 
 /**
- * The whole picture, as large as the part that is shown makes it. The part fills what the picture's shape lets it of the
- * rectangle in which it is shown.
+ * The rectangle of the whole picture, scaled so that the visible part fits its display rectangle in the picture's
+ * aspect ratio.
  * @param {Rect} frame @param {any} picture @param {Rect | null} crop @return {Rect}
  */
 function wholeOf(frame, picture, crop) {
@@ -130,7 +135,13 @@ function wholeOf(frame, picture, crop) {
   return {x: frame.x - crop.x * across, y: frame.y - crop.y * down, width: picture.width * across, height: picture.height * down}
 }
 
-/** The content in the middle of a picture. @param {Rect} whole @param {Ratio} shape @param {Ratio} ratio @return {Rect} */
+/**
+ * The rectangle of the content, centred in a picture.
+ * @param {Rect} whole
+ * @param {Ratio} shape
+ * @param {Ratio} ratio
+ * @return {Rect}
+ */
 function contentOf(whole, shape, ratio) {
   const share = ratio.width * shape.height / (ratio.height * shape.width)
   const width = whole.width * Math.min(1, share)
@@ -140,7 +151,7 @@ function contentOf(whole, shape, ratio) {
 
 /**
  * What a window shows.
- * @param {any} state  as `tv.state` tells it @param {{id: WindowId, name: string}} window
+ * @param {any} state  a result of `tv.state` @param {{id: WindowId, name: string}} window
  * @param {(service: any) => string | undefined} kindOf  tells 'radio', 'data' or 'television', where it is known @return {Shown}
  */
 export function shownIn(state, {id, name}, kindOf) {
@@ -160,24 +171,35 @@ export function shownIn(state, {id, name}, kindOf) {
   }
 }
 
-/** The pixel of a picture that stands at a place of the base screen; null on black. @param {Shown} shown @param {number} x @param {number} y */
+/**
+ * The pixel of a picture at a position of the base screen; null on black.
+ * @param {Shown} shown
+ * @param {number} x
+ * @param {number} y
+ */
 export function pixelAt({picture, whole, active}, x, y) {
   if (!picture || !has(active, x, y)) return null
   const pixel = {x: Math.floor((x - whole.x) * picture.width / whole.width), y: Math.floor((y - whole.y) * picture.height / whole.height)}
   return pixel.x >= 0 && pixel.y >= 0 && pixel.x < picture.width && pixel.y < picture.height ? pixel : null
 }
 
-/** Of the planes at a place of the base screen the one in front. @param {Shown[]} all @param {number} x @param {number} y @return {Shown | undefined} */
+/**
+ * The frontmost plane at a position of the base screen.
+ * @param {Shown[]} all
+ * @param {number} x
+ * @param {number} y
+ * @return {Shown | undefined}
+ */
 export function planeAt(all, x, y) {
   const there = all.filter(({display, plane, card}) => card && !plane.muted && has(display, x, y))
   return there.sort((one, other) => depth(other) - depth(one))[0]
 }
 
-/** Where a plane lies among the others and the app, which has `appDepth`: higher ones lie in front. @param {Shown} shown */
+/** The depth of a plane; higher ones are in front. The app has `appDepth`. @param {Shown} shown */
 export const depth = ({id, plane}) => plane.order * 10 + (id === 'pip' ? 2 : 1)
 export const appDepth = 10
 
-/** A rectangle of the base screen as parts of it, in percent, for CSS. @param {Rect} rect */
+/** A rectangle as percentages of the base screen, for CSS. @param {Rect} rect */
 export function placed({x, y, width, height}) {
   return {
     left: `${x / baseScreen.width * 100}%`, top: `${y / baseScreen.height * 100}%`,

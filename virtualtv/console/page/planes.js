@@ -9,11 +9,11 @@ import {store} from './store.js'
 
 /** @typedef {import('./geometry.js').Rect} Rect */
 
-/** Planes under the microscope: their rectangles in both spaces, what is lost between them, and forms to change them. */
+/** The details of planes: their rectangles in both spaces, rounding losses between them, and forms to change them. */
 class Planes extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past'])
 
-  /** What each value was when it was drawn last. @type {Map<string, string>} */
+  /** The last drawn values. @type {Map<string, string>} */
   #last = new Map()
 
   view() {
@@ -47,7 +47,7 @@ class Planes extends Part {
         h('tr', {key: 'Outside', class: 'outside'}, h('th', {scope: 'row'}, 'Outside'), h('td', {colspan: 2}, beyondText(app.display, appSpace).replace('outside: ', '') || h('span', {class: 'dim'}, 'nothing')))))
   }
 
-  /** A value that a click copies, and that flashes when it has changed. @param {string} name @param {string} text */
+  /** A value that a click copies and that flashes after a change. @param {string} name @param {string} text */
   #value(name, text) {
     const before = this.#last.get(name)
     this.#last.set(name, text)
@@ -57,7 +57,7 @@ class Planes extends Part {
 }
 customElements.define('emp-planes', Planes)
 
-/** What a rectangle of the base screen becomes when an app reads it and puts it back. @param {Rect} rect */
+/** The rectangle of the base screen after an app reads it and sets it again. @param {Rect} rect */
 function rounding(rect) {
   const back = eachOf(rect, length => toBase(toApp(length)))
   const lost = sides.filter(side => back[side] !== rect[side])

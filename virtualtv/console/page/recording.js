@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-/* Recordings of broadcasts among files: what tells them from others, and having them scanned. */
+/* Recognises recordings of broadcasts among files, and scans them. */
 import {tv} from './act.js'
 import {scan} from './connection.js'
 
 const sync = 0x47
 const packetSize = 188
-const strides = [188, 192, 204]  // with 4 bytes in front of each packet, or 16 behind
+const strides = [188, 192, 204]  // with 4 more bytes before each packet, or 16 after it
 const fewest = 4  // packets in a row
-const lookedAt = 65536  // bytes at the start
+const lookedAt = 65536  // bytes to check at the start
 const named = /\.(ts|m2ts?|mts|trp|tp)$/i
 
-/** Whether packets stand in a row from a place on. @param {Uint8Array} bytes @param {number} stride @param {number} start */
+/** True if consecutive packets start at a position. @param {Uint8Array} bytes @param {number} stride @param {number} start */
 function hasPackets(bytes, stride, start) {
   const last = start + (fewest - 1) * stride
   if (last + packetSize > bytes.length) return false
@@ -18,7 +18,7 @@ function hasPackets(bytes, stride, start) {
   return true
 }
 
-/** Whether bytes are of an MPEG transport stream, whatever its packets have in front or behind. @param {Uint8Array} bytes */
+/** True if bytes belong to an MPEG transport stream of any packet size. @param {Uint8Array} bytes */
 export function isTransportStream(bytes) {
   for (let start = bytes.indexOf(sync); start >= 0; start = bytes.indexOf(sync, start + 1)) {
     if (strides.some(stride => hasPackets(bytes, stride, start))) return true
@@ -26,7 +26,11 @@ export function isTransportStream(bytes) {
   return false
 }
 
-/** Whether a file is a recording: by its content, or where that is too short or damaged at its start by its name. @param {File} file */
+/**
+ * True if a file is a recording, judged by its content, or by its name if the content is too short or damaged at its
+ * start.
+ * @param {File} file
+ */
 export async function isRecording(file) {
   const bytes = new Uint8Array(await file.slice(0, lookedAt).arrayBuffer())
   return isTransportStream(bytes) || (named.test(file.name) && bytes.includes(0))

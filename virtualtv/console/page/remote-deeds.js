@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* What the remote's keys do to the TV. Each tells in a line what came of it. */
+/* The actions of the remote control's keys. Each returns its result in one line. */
 import {tv} from './act.js'
 import {attempt} from './attempt.js'
 import {antennas, languageName, sourceOf} from './numbers.js'
@@ -15,7 +15,12 @@ const anyMinor = -1
 /** @param {string} text @return {Outcome} */
 const failed = text => ({text, failed: true})
 
-/** Runs a command on the main window. @param {string} name @param {...(string | number)} parameters @return {Promise<string | undefined>} what failed */
+/**
+ * Runs a command on the main window.
+ * @param {string} name
+ * @param {...(string | number)} parameters
+ * @return {Promise<string | undefined>} the error, if any
+ */
 async function run(name, ...parameters) {
   const [reply] = await onWindow(main, [name, ...parameters])
   return troubleOf(name, reply)
@@ -28,8 +33,8 @@ async function tune(name, ...parameters) {
 }
 
 /**
- * Tunes to the first channel of a number, such as 4 or else 4-1, of the antenna in use: SetChannel would take one of
- * another antenna where this one has none. @param {string} digits @return {Promise<Outcome>}
+ * Tunes to the first channel with a number, such as 4 or else 4-1, on the antenna in use. SetChannel would also use
+ * another antenna. @param {string} digits @return {Promise<Outcome>}
  */
 export async function tuneToNumber(digits) {
   const major = Number(digits)
@@ -40,7 +45,7 @@ export async function tuneToNumber(digits) {
   return failed(`No channel ${major} on ${antenna}. Choose TV mode ${other.antenna} for ${lineOf(other)}`)
 }
 
-/** Tunes to a service, whatever antenna or source the window is on. @param {{id: string | null}} service @return {Promise<Outcome>} */
+/** Tunes to a service from any antenna and source. @param {{id: string | null}} service @return {Promise<Outcome>} */
 export async function tuneToService({id}) {
   if (!id) return failed('This service has no id, which the command needs. The knob main.service takes its key instead.')
   return tune('SetChannelByServiceid', id)
@@ -62,7 +67,7 @@ async function nextSource() {
   return show(/** @type {import('./numbers.js').Source} */ (sourceOf(next.source)).plugin, next.name)
 }
 
-/** The tracks that commands are about, and the knobs of those in use. */
+/** The tracks that commands apply to, and the knobs of the tracks in use. */
 function tracksInUse() {
   const {isp, windows} = store.get('state')
   return tracksAreIsp() ? {tracks: isp.tracks, subtitleKnob: 'isp.subtitle_in_use'} : {tracks: windows.main.tracks, subtitleKnob: 'main.subtitle'}
@@ -86,7 +91,7 @@ async function nextSubtitle() {
     const failure = await run('ChangeSubtitle', next)
     return failure ? failed(failure) : {text: `Subtitle ${next} ${languageOf(subtitles[next])}`}
   }
-  // The plug-in has no command that switches them off.
+  // The plug-in has no command to switch subtitles off.
   const reason = await attempt('tv.set', {name: subtitleKnob, value: -1})
   return reason ? failed(reason) : {text: 'Subtitles -1 off'}
 }
@@ -105,7 +110,7 @@ async function toggleMute() {
 async function togglePip() {
   const {windows} = store.get('state')
   const isOpen = windows.pip.source.number >= 0
-  // In this window SetSource and DisconnectSource answer 0 also where they did it: only the set tells.
+  // In this window SetSource and DisconnectSource return 0 even on success, so check the set's state.
   const first = windows.pip.service ?? windows.main.previousService ?? windows.main.service
   /** @type {[string, ...(string | number)[]][]} */
   const opening = [['SetSource', 0], ...!windows.pip.service && first?.id ? [/** @type {[string, string]} */ (['SetChannelByServiceid', first.id])] : []]
@@ -121,7 +126,7 @@ async function previousChannel() {
   return previousService ? tuneToService(previousService) : failed('There is no previous channel yet')
 }
 
-/** By the name of the key. @type {{[key: string]: () => Promise<Outcome>}} */
+/** The actions by the name of the key. @type {{[key: string]: () => Promise<Outcome>}} */
 export const deeds = {
   'Channel up': () => tune('SetChannel_Seek', 3, 0),
   'Channel down': () => tune('SetChannel_Seek', 4, 0),

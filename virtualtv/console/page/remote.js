@@ -10,7 +10,7 @@ const mostDigits = 4
 
 /** @typedef {import('./keys.js').Key} Key */
 
-/** The remote control: its keys work the TV, or the app that runs over the picture. */
+/** The remote control: its keys operate the TV, or the app that runs over the picture. */
 class Remote extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['app', 'keys'])
   #digits = ''
@@ -40,7 +40,7 @@ class Remote extends Part {
       this.#switch())
   }
 
-  /** @param {Key} key @param {number} span  columns that it takes up */
+  /** @param {Key} key @param {number} span  number of columns */
   #button(key, span) {
     const shortcut = shortcutOf(key)
     return h('button', {
@@ -112,17 +112,17 @@ class Remote extends Part {
 }
 customElements.define('emp-remote', Remote)
 
-/** Focus stays where it was, so that the keyboard goes on working the remote. @param {Event} event */
+/** Keeps the focus, so that the keyboard still operates the remote control. @param {Event} event */
 function keepFocus(event) {
   event.preventDefault()
 }
 
-/** Whether the TV itself does something with it. @param {Key} key */
+/** True if the TV itself handles the key. @param {Key} key */
 function isForTv(key) {
   return key.name in deeds || /^\d$/.test(key.name)
 }
 
-/** What stands on a key, its letter underlined. @param {Key} key @return {import('./dom.js').Child} */
+/** The face of a key, with its letter underlined. @param {Key} key @return {import('./dom.js').Child} */
 function faceOf({face, letter, icon}) {
   const at = letter && (icon || face.length > 1) ? face.toLowerCase().indexOf(letter) : -1
   return [

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: MIT
-/* What a command answered, in words: its kind, its value, and whether that is a failure. */
+/* Describes a reply: its kind, its value, and whether it is a failure. */
 import {bytesShown, front} from './shown.js'
 import {store} from './store.js'
 
 /** @typedef {{accepted: boolean, kind: string, value?: any, bytes?: string, length?: number} | null} Reply */
 
-/** Failure codes by command, as the list of commands has them. @type {{list: any[], byName: Map<string, any>}} */
+/** The list of commands, and the commands by name. @type {{list: any[], byName: Map<string, any>}} */
 let known = {list: [], byName: new Map()}
 
-/** A command as the catalogue describes it; undefined where it does not. @param {string} name */
+/** A command's description in the catalogue; undefined for unknown commands. @param {string} name */
 export function commandNamed(name) {
   const list = store.get('commands')
   if (known.list !== list) known = {list, byName: new Map(list.map(command => [command.name, command]))}
   return known.byName.get(name)
 }
 
-/** Why a reply is a failure; undefined where it is none. @param {string} name @param {Reply} reply @return {string | undefined} */
+/** Why a reply is a failure; undefined if it is not. @param {string} name @param {Reply} reply @return {string | undefined} */
 export function failureOf(name, reply) {
   if (!reply) return 'It could not be run.'
   if (!reply.accepted) return 'The engine refused the command.'
@@ -24,7 +24,7 @@ export function failureOf(name, reply) {
 }
 
 /**
- * What went wrong with a command that answers 1 where it was done, in a line; undefined where nothing did.
+ * The error of a command that returns 1 on success, in one line; undefined on success.
  * @param {string} name @param {Reply | undefined} reply @return {string | undefined}
  */
 export function troubleOf(name, reply) {
@@ -34,12 +34,12 @@ export function troubleOf(name, reply) {
   return `${name}: ${reply.value ?? ''} ${failure ?? 'The command failed.'}`
 }
 
-/** The value alone, a text. @param {Reply} reply */
+/** The value alone, as a text. @param {Reply} reply */
 export function valueOf(reply) {
   return reply?.bytes !== undefined ? bytesShown(reply.bytes) : String(reply?.value ?? '')
 }
 
-/** As a transcript has it, in one line. @param {Reply} reply @param {number} [most]  characters of the value */
+/** The reply in one line, in the form of a transcript. @param {Reply} reply @param {number} [most]  characters of the value */
 export function replyShown(reply, most = 120) {
   if (!reply) return 'could not be run'
   if (reply.kind === 'empty') return reply.accepted ? 'empty' : 'refused'
@@ -48,7 +48,7 @@ export function replyShown(reply, most = 120) {
   return reply.accepted ? text : `refused ${text}`
 }
 
-/** The value as a document, where it is one: an object or a list. @param {Reply} reply */
+/** The value as a document, if it is an object or a list. @param {Reply} reply */
 export function documentIn(reply) {
   const text = reply?.value
   if (typeof text !== 'string' || !/^\s*[[{]/.test(text)) return undefined

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * What goes wrong with sets, each as the calls that bring it about and those that undo it. Whether one is on is read from
- * the set, so that it does not matter who switched it on.
+ * Scenarios of failing sets, each with the calls that cause and undo it. Whether a scenario is active is read from the
+ * set, so it does not matter who started it.
  */
 import {transcriptLine} from './deed.js'
 
@@ -67,7 +67,7 @@ export const scenarios = [
   },
 ]
 
-/** What has to follow when faults go, so that nothing of them stays. @param {Fault[]} faults */
+/** Steps that must follow the removal of faults, so that no effect of them remains. @param {Fault[]} faults */
 export const behind = faults => scenarios.filter(one => one.behind && one.isOn({state: null, latency: '0', faults})).flatMap(one => one.behind ?? [])
 
 /** The lines that a scenario runs. @param {Step[]} steps */

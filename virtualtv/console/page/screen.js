@@ -12,13 +12,13 @@ import {store} from './store.js'
 
 const hint = 'Point at the screen, or press arrow keys on it, to read positions.'
 
-/** What the TV shows: its planes in the app's space, what is on them, and a line that reads positions. */
+/** The screen of the TV: its planes in the app's space, their content, and a line with the pointer's position. */
 class Screen extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'past', 'services', 'app', 'live', 'sound'])
 
   /** @type {{x: number, y: number, isByKeys: boolean} | null} */
   #at = null
-  /** The pointer reads positions where it would else be the app's. */
+  /** True while the pointer reads positions instead of operating the app. */
   #isReading = false
 
   view() {
@@ -35,7 +35,7 @@ class Screen extends Part {
     ]
   }
 
-  /** While an app runs the pointer is the app's, unless a person wants to read positions over it. */
+  /** While an app runs, the pointer belongs to the app, unless the person wants to read positions. */
   #readingSwitch() {
     if (!store.get('app')) {
       this.#isReading = false
@@ -56,7 +56,7 @@ class Screen extends Part {
     ]
   }
 
-  /** The button goes with the past: who pressed it by keyboard is on the screen then. */
+  /** The button disappears with the past state, so a keyboard user gets the focus on the screen. */
   #toNow = (/** @type {MouseEvent} */ {detail}) => {
     if (detail === 0) /** @type {HTMLElement | null} */ (this.querySelector('.space'))?.focus()
     store.set('past', null)
@@ -69,7 +69,7 @@ class Screen extends Part {
 }
 customElements.define('emp-screen', Screen)
 
-/** Has the test card say why it stands in place of the recording. @param {Shown} shown @return {Shown} */
+/** Adds to the test card why it replaces the recording. @param {Shown} shown @return {Shown} */
 function told(shown) {
   const problem = shown.recording && store.get('live')[shown.id]
   if (!problem || !shown.card) return shown
@@ -77,13 +77,13 @@ function told(shown) {
   return {...shown, label: `${shown.label}, ${text}`, card: {...shown.card, lines: [text, ...shown.card.lines]}}
 }
 
-/** What a recording sounds like is heard when a person says so. */
+/** The switch for the sound of a recording. */
 function soundSwitch() {
   const isOn = store.get('sound')
   return h('button', {key: 'sound', 'aria-pressed': String(isOn), title: 'Hear the recording on the main window', onclick: () => store.set('sound', !isOn)}, 'Sound')
 }
 
-/** What is on a window, in a line. @param {Shown} shown */
+/** Describes the content of a window in one line. @param {Shown} shown */
 function caption({id, card, label, plane}) {
   return h('span', {key: id, class: 'cut caption', title: `${label}, ${orderText(plane.order)}`},
     h('span', {class: 'dim'}, `${id} `), h('span', {class: 'name'}, label), plane.muted && h('span', {class: 'dim'}, ', hidden'))

@@ -14,13 +14,13 @@ const mostOfAKind = 6
 /** @param {string} text @param {string} wanted */
 const has = (text, wanted) => text.toLowerCase().includes(wanted)
 
-/** Finds panes, commands and channels by their names, and goes there. */
+/** Finds panes, commands and channels by name, and opens them. */
 class Search extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['commands', 'connection'])
   #text = ''
   #chosen = 0
   #isOpen = false
-  /** Services that were found. @type {any[]} */
+  /** The services found. @type {any[]} */
   #channels = []
 
   connectedCallback() {
@@ -83,7 +83,7 @@ class Search extends Part {
       if (this.#text === text) this.#channels = services
       this.changed()
     } catch {
-      // Without the server there are no channels to find; the head says that it is gone.
+      // Without a connection no channels can be found; the head shows that.
     }
   }
 

@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: MIT
-/* Whether services without a picture are radio or data services. The state does not say; their fields do. */
+/*
+ * Finds out whether services without a picture are radio or data services. The state does not contain that, but their
+ * fields do.
+ */
 import {tv} from './act.js'
 import {store} from './store.js'
 
-/** By key, as of a version of the list of services. @type {Map<number, string>} */
+/** Kinds by key, for one version of the list of services. @type {Map<number, string>} */
 let known = new Map()
 let version = -1
 
 /** @param {number} type  the TV service's number of a channel type */
 const kindOfType = type => type >= 3 && type <= 5 ? 'radio' : type >= 6 && type <= 8 ? 'data' : 'television'
 
-/** The kind of a service; undefined until it is known. @param {any} service @param {() => void} onknown  called when it is */
+/**
+ * The kind of a service; undefined until it is known.
+ * @param {any} service
+ * @param {() => void} onknown  called when it becomes known
+ */
 export function kindOf(service, onknown) {
   if (version !== store.get('services')) {
     version = store.get('services')
@@ -28,6 +35,6 @@ async function ask(key, into) {
   try {
     into.set(key, kindOfType(Number(await tv().get(`service.#${key}.type`))))
   } catch {
-    into.delete(key)  // The service or the connection has gone.
+    into.delete(key)  // The service or the connection is gone.
   }
 }

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 /*
- * The services that meet a query, fetched by pages as they are looked at. One page is asked for at a time, and always one
- * that is in sight, so that fast scrolling and typing cost no more than what is seen in the end.
+ * The services that match a query, fetched in pages when they become visible. Only one visible page is requested at a
+ * time, so that fast scrolling and typing cost no more than what is finally visible.
  */
 import {tv} from './act.js'
 
 const pageSize = 100
 
 export class ServicePages {
-  /** How many there are; undefined until that is known. @type {number | undefined} */
+  /** The number of services; undefined until known. @type {number | undefined} */
   total
   /** Why they could not be fetched. @type {string | undefined} */
   failure
@@ -16,7 +16,7 @@ export class ServicePages {
   groups = []
   /** @type {any} */
   #query = {}
-  /** Pages are of a version; those before the present one are shown until they are fetched again. */
+  /** The current version of pages; older pages are shown until they are fetched again. */
   #version = 0
   #queryVersion = 0
   /** @type {Map<number, {version: number, services: any[]}>} */
@@ -30,7 +30,7 @@ export class ServicePages {
     this.#onchange = onchange
   }
 
-  /** Looks for other services. @param {any} query  as `tv.services` takes it */
+  /** Sets another query. @param {any} query  parameters of `tv.services` */
   find(query) {
     this.#query = query
     this.#queryVersion = ++this.#version
@@ -38,7 +38,7 @@ export class ServicePages {
     this.#fetchSeen()
   }
 
-  /** Fetches anew what is seen, since the services have changed. */
+  /** Fetches the visible services again, since they have changed. */
   refresh() {
     ++this.#version
     this.#fetchSeen()
@@ -49,7 +49,7 @@ export class ServicePages {
     return this.#pages.get(Math.floor(at / pageSize))?.services[at % pageSize]
   }
 
-  /** Where a service stands among those that are known; -1 where it is not one of them. @param {number} key */
+  /** The position of a service among the known ones; -1 if it is not known. @param {number} key */
   indexOf(key) {
     for (const [page, {services}] of this.#pages) {
       const at = services.findIndex(service => service.key === key)
@@ -58,13 +58,13 @@ export class ServicePages {
     return -1
   }
 
-  /** Says which are in sight. @param {number} from @param {number} to  the one behind the last */
+  /** Sets the visible range. @param {number} from @param {number} to  position after the last */
   want(from, to) {
     this.#range = [from, to]
     this.#fetchSeen()
   }
 
-  /** The first page in sight that has to be fetched. @return {number | undefined} */
+  /** The first visible page to fetch. @return {number | undefined} */
   #missing() {
     const [from, to] = this.#range
     for (let page = Math.floor(from / pageSize); page * pageSize < Math.max(to, from + 1); ++page) {
@@ -92,7 +92,7 @@ export class ServicePages {
     const version = this.#version
     const {total, groups, services} = await tv().services({...this.#query, offset: page * pageSize, limit: pageSize})
     if (version < this.#queryVersion) return
-    // The first answer to another query: what was shown until now is of the one before.
+    // This is the first answer to a new query, so the known pages belong to the previous query.
     const isOther = [...this.#pages.values()].some(known => known.version < this.#queryVersion)
     if (isOther) this.#pages.clear()
     this.total = total

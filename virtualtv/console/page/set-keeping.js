@@ -7,7 +7,7 @@ import {h} from './dom.js'
 import {download} from './download.js'
 import {Part} from './part.js'
 
-/** Keeps the set as a file, brings it back, switches it off and on, or makes it new. */
+/** Saves the set as a file, restores it, switches it off and on, or resets it. */
 class SetKeeping extends Part {
   /** @type {{text: string, failed?: boolean}} */
   #said = {text: ''}

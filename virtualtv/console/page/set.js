@@ -10,10 +10,10 @@ import './settings.js'
 import {store} from './store.js'
 import {main, onWindow} from './windows.js'
 
-/** The set itself: what it was built for, how it starts, all of its knobs and settings, and keeping it. */
+/** The set itself: its region, how it starts, all its knobs and settings, and saving it. */
 class TheSet extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state'])
-  /** What a field was refused for, by its name. @type {{[name: string]: string | undefined}} */
+  /** Why a value was refused, by the name of its field. @type {{[name: string]: string | undefined}} */
   #refused = {}
 
   view() {

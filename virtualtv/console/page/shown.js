@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* Texts of any kind as a person can read them: what can't be seen is written out, what is long is cut. */
+/* Makes texts readable: escapes invisible characters, and truncates long texts. */
 
 const unseen = /[\0-\x08\x0b-\x1f\x7f-\x9f\u061c\u200b-\u200f\u2028-\u202e\u2060-\u2069\ufeff]|[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/g
 
@@ -8,7 +8,7 @@ export function visible(text) {
   return String(text).replace(unseen, unit => `\\u${unit.charCodeAt(0).toString(16).toUpperCase().padStart(4, '0')}`)
 }
 
-/** The front of a text, in one line. @param {unknown} text @param {number} most  characters */
+/** The start of a text, in one line. @param {unknown} text @param {number} most  characters */
 export function front(text, most) {
   const whole = String(text)
   const line = visible(whole.slice(0, most)).replace(/\s+/g, ' ')

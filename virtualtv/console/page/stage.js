@@ -8,11 +8,14 @@ import {appDepth, depth, orderText, placed} from './plane.js'
 /** @typedef {import('./plane.js').Shown} Shown */
 
 /**
- * The app's space with the planes where they stand, the app's own layer between them, and a margin around it in which is seen what
- * lies beyond. An app runs in a frame of 960 x 540, in the element of class `app-layer`, which stays.
+ * The app's space with the planes at their places, the app's own layer between them, and a margin that shows parts
+ * outside the space. An app runs in a frame of 960 x 540, in the element of class `app-layer`, which is never replaced.
  */
 export class Stage extends HTMLElement {
-  /** Called where a person points, in the app's space; null where nothing is pointed at. @type {(at: {x: number, y: number, isByKeys: boolean} | null) => void} */
+  /**
+   * Called with the position of the pointer in the app's space; null if there is none.
+   * @type {(at: {x: number, y: number, isByKeys: boolean} | null) => void}
+   */
   onpoint = () => {}
   /** The crosshair that arrow keys move, in the app's space. @type {{x: number, y: number} | null} */
   #cross = null
@@ -61,7 +64,7 @@ export class Stage extends HTMLElement {
     return h('emp-picture', {key: `picture-${shown.id}`, style, what: {shown, isFrozen}})
   }
 
-  /** The box of a plane, for outlines and for who asks where it is. @param {Shown} shown */
+  /** The box of a plane, for its outline and its position. @param {Shown} shown */
   #plane(shown) {
     const {id, name, card, plane, display} = shown
     const isBeyond = beyond(plane.app.display, appSpace).length > 0
@@ -71,7 +74,7 @@ export class Stage extends HTMLElement {
     }, plane.muted && card && h('span', null, `${id} hidden`))
   }
 
-  /** What lies over everything: the crosshair, and arrows to planes that lie outside. */
+  /** Draws what is above everything: the crosshair, and arrows to planes outside. */
   #drawMarks() {
     draw(this.#marks,
       this.#all.map(shown => arrowTo(shown)),
@@ -125,7 +128,7 @@ function describe({label, plane, display}) {
   return [...parts, `base ${rectText(display)}`].filter(Boolean).join(', ')
 }
 
-/** An arrow at the edge behind which all of a plane lies, with the distance in the app's space. @param {Shown} shown */
+/** An arrow at the edge beyond which a whole plane lies, with the distance in the app's space. @param {Shown} shown */
 function arrowTo({id, plane}) {
   const {display} = plane.app
   const outside = beyond(display, appSpace).filter(({isWhole}) => isWhole)

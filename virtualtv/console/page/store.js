@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * What the page knows, in named parts. Whoever draws from some of them is told of changes once a frame, however many
- * there were; so events may come as fast as they like.
+ * The data of the page, in named parts. Subscribers of parts are notified once per frame, regardless of the number of
+ * changes, so events may arrive at any rate.
  */
 
 /**
@@ -54,7 +54,12 @@ export class Store {
     onFrame(() => this.#tell())
   }
 
-  /** Tells of changes of these parts, once a frame. @param {(keyof Known)[]} parts @param {() => void} listener @return {() => void} ends it */
+  /**
+   * Subscribes to changes of these parts, at most one call per frame.
+   * @param {(keyof Known)[]} parts
+   * @param {() => void} listener
+   * @return {() => void} unsubscribes
+   */
   subscribe(parts, listener) {
     const entry = {parts: new Set(parts), listener}
     this.#listeners.add(entry)
@@ -71,13 +76,13 @@ export class Store {
   }
 }
 
-/** Calls back before the next frame; in a tab that is not seen, where there are none, soon. @param {() => void} callback */
+/** Calls back before the next frame, or soon in a hidden tab, which has no frames. @param {() => void} callback */
 export function onFrame(callback) {
   if (document.hidden) setTimeout(callback, 100)
   else requestAnimationFrame(callback)
 }
 
-/** What this page knows. */
+/** The data of this page. */
 export const store = new Store({
   connection: {connected: false, since: Date.now()},
   state: null, past: null, services: 0, keptIn: undefined, sessions: [], faults: [], settings: [], knobs: null, commands: [], operations: [],

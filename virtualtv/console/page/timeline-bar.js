@@ -6,7 +6,7 @@ import {timeline} from './timeline-log.js'
 
 /** @typedef {import('./timeline-filter.js').Wanted} Wanted */
 
-/** What the timeline shows: filters, kinds of lines, and the export. */
+/** The controls of the timeline: filters, kinds of lines, and the export. */
 export class TimelineBar extends Part {
   /** @type {Wanted} */
   wanted = everything
@@ -15,11 +15,14 @@ export class TimelineBar extends Part {
   /** @type {() => void} */
   onexport = () => {}
   #count = ''
-  /** A person has changed what is wanted, and was not told how many there are. */
+  /** True when the person has changed the filter and the count was not announced yet. */
   #isAsked = false
   #isTold = false
 
-  /** In words, how many are shown. Told to screen readers when a person has asked, not with all that happens. */
+  /**
+   * The number of shown entries, in words. Announced to screen readers after a change of the filter, not with each
+   * event.
+   */
   get count() {
     return this.#count
   }

@@ -14,9 +14,9 @@ import {isHit} from './timeline-row.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 
-const mostLines = 500  // calls, keys or messages that are shown
+const mostLines = 500  // calls, keys or messages shown
 
-/** All about an entry: what it called, changed and logged, what it answered, and the state behind it. */
+/** The details of an entry: its calls, changes, log messages and reply, and the state after it. */
 export class TimelineDetail extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['commands', 'connection'])
   /** @type {() => void} */
@@ -25,7 +25,7 @@ export class TimelineDetail extends Part {
   #entry = null
   /** @type {any} */
   #state = null
-  /** The state before it, to mark what differs. @type {any} */
+  /** The state before it, to mark differences. @type {any} */
   #before = null
   /** Why there is no state. */
   #reason = ''
@@ -34,7 +34,10 @@ export class TimelineDetail extends Part {
     this.#entry = null
   }
 
-  /** @param {Entry} entry @param {(isHeld: boolean) => void} told  called once it is known whether the state behind it is held */
+  /**
+   * @param {Entry} entry
+   * @param {(isHeld: boolean) => void} told  called once it is known whether the state after it is available
+   */
   async show(entry, told) {
     this.#entry = entry
     this.#state = this.#before = null

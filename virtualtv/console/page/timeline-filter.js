@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
-/* Which entries of the timeline are shown. It goes on where it stopped, a few milliseconds at a time, so that nothing waits for it. */
+/*
+ * Decides which entries of the timeline are shown. Works incrementally, a few milliseconds at a time, so that nothing
+ * waits for it.
+ */
 import {failureOf, replyShown} from './reply.js'
 import {interfaceOf} from './timeline-log.js'
 import {titleOf} from './timeline-outside.js'
@@ -7,7 +10,7 @@ import {titleOf} from './timeline-outside.js'
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 /** @typedef {{text: string, client: string, command: string, interface: string, level: string, hidden: string[]}} Wanted */
 
-const share = 5  // ms of a frame
+const share = 5  // ms per frame
 
 /** Kinds of entries that can be hidden. @type {{[kind: string]: string[]}} */
 export const kinds = {
@@ -22,15 +25,15 @@ export const kinds = {
 export const everything = {text: '', client: '', command: '', interface: '', level: '', hidden: []}
 
 export class TimelineFilter {
-  /** Those that are shown. @type {Entry[]} */
+  /** The shown entries. @type {Entry[]} */
   shown = []
   wanted = everything
-  /** How many of the shown ones were let go of. */
+  /** The number of shown entries that were dropped. */
   dropped = 0
   /** @type {RegExp | undefined} */
   #text
   #hidden = new Set()
-  #next = 0  // of all entries there ever were
+  #next = 0  // position among all entries, including dropped ones
 
   /** @param {import('./timeline-log.js').TimelineLog} log */
   constructor(log) {
@@ -46,7 +49,7 @@ export class TimelineFilter {
     this.#next = 0
   }
 
-  /** Goes through what came since, for a few milliseconds. @return {boolean} true when it is through */
+  /** Filters new entries for a few milliseconds. @return {boolean} true when all are done */
   work() {
     const {entries, gone} = this.log
     const oldest = entries[0]?.id ?? 0

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * What has happened on the TV, as the timeline shows it: the commands of all clients, each with what belongs to it, and what
- * changed the set from outside. Holds the last ones only.
+ * The entries of the timeline: the commands of all clients, each with its events, and changes of the set from outside.
+ * Keeps only the last ones.
  */
 import {shortName} from './timeline-outside.js'
 
@@ -21,7 +21,7 @@ const mostEntries = 10_000
  * @property {any} [whole]  what `tv.why` tells, once it was asked
  */
 
-/** Which engines a session has: their names in events of the topic `engine`. @param {any} event  of a command */
+/** The name of a command's engine, as in events of the topic `engine`. @param {any} event  of a command */
 export const engineOf = event => event.session ? `${event.session}:${event.engine}` : event.engine
 
 /** @param {string} topic */
@@ -31,13 +31,13 @@ export class TimelineLog {
   /** @type {Entry[]} */
   entries = []
   version = 0
-  /** How many entries were let go of. */
+  /** The number of dropped entries. */
   gone = 0
   /** Application ids by engine. @type {Map<string, string>} */
   applications = new Map()
-  /** The windows that engines have selected, where that is not the main one. @type {Map<string, string>} */
+  /** The windows that engines have selected, except the main one. @type {Map<string, string>} */
   windows = new Map()
-  /** What the filters offer. */
+  /** The values that the filters offer. */
   seen = {clients: new Set(), commands: new Set(), interfaces: new Set()}
   server = ''
   /** Number of the last event. */
@@ -64,7 +64,7 @@ export class TimelineLog {
     }
   }
 
-  /** The state as a subscription starts, or where events were missed. @param {any} event */
+  /** Handles the state at the start of a subscription, or after missed events. @param {any} event */
   #begin(event) {
     const isAnother = this.server !== '' && this.server !== event.server
     if (isAnother) this.windows.clear()
@@ -74,7 +74,7 @@ export class TimelineLog {
     if (event.resync) this.#add({topic: 'resync', number: event.number, isAnother}, [])
   }
 
-  /** What happens outside of commands. What an engine does while it is opened belongs to its opening. @param {any} event */
+  /** Handles events outside of commands. Events while an engine is opened belong to its opening. @param {any} event */
   #takeFromOutside(event) {
     if (event.topic === 'engine') {
       this.#add(event, this.#opening)
@@ -106,7 +106,7 @@ export class TimelineLog {
     if (what === 'opened') this.applications.set(engine, appId)
   }
 
-  /** @param {any} event @param {any[]} events  what belongs to it */
+  /** @param {any} event @param {any[]} events  events that belong to it */
   #add(event, events) {
     const entry = {
       id: ++this.#id, topic: event.topic, time: event.time ?? Date.now(), command: event.command, server: this.server, event,
@@ -123,7 +123,7 @@ export class TimelineLog {
     if (entry.topic === 'command') this.#note(entry)
   }
 
-  /** What filters offer, and the window that the engine works on from now on. @param {Entry} entry */
+  /** Updates the values for filters, and the window that the engine has selected. @param {Entry} entry */
   #note({event, calls}) {
     this.seen.clients.add(this.clientOf(event))
     this.seen.commands.add(event.name)
@@ -133,7 +133,7 @@ export class TimelineLog {
     this.windows.set(engineOf(event), isPip ? 'pip' : 'main')
   }
 
-  /** What the calls of a command are, where they were not listened to when it ran. @param {Entry} entry @param {any} whole */
+  /** Adds the calls of a command that ran before this page subscribed to calls. @param {Entry} entry @param {any} whole */
   complete(entry, whole) {
     entry.whole = whole
     if (entry.calls.length > 0 || entry.log.length > 0) return
@@ -144,7 +144,7 @@ export class TimelineLog {
     ++this.version
   }
 
-  /** Who a command is of: the application's id, else the session's name without its run. @param {any} event */
+  /** The client of a command: the application's id, or else the session's short name. @param {any} event */
   clientOf(event) {
     const application = this.applications.get(engineOf(event))
     const name = application || shortName(event.session ?? '')

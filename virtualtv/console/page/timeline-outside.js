@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
-/* What changed the set from outside of commands, in words. */
+/* Describes changes of the set outside of commands. */
 
 /** @typedef {{[name: string]: any}} Values */
 
 /** @param {any} service */
 const serviceShown = service => service ? `${service.major}-${service.minor} ${service.name}` : 'none'
 
-/** The name of a session, or what starts with it, without its run. @param {string} name */
+/** Shortens the name of a session, or a text that starts with one: removes the server's run. @param {string} name */
 export const shortName = name => name.replace(/^[0-9a-f]{8,}-/, '#')
 
-/** What changed of a document, member by member: `[name, before, after]`. @param {any} before @param {any} after @param {string} [path] @return {[string, any, any][]} */
+/**
+ * The differences of two documents, member by member: `[name, before, after]`.
+ * @param {any} before
+ * @param {any} after
+ * @param {string} [path]
+ * @return {[string, any, any][]}
+ */
 export function differences(before, after, path = '') {
   const isPart = (/** @type {any} */ value) => typeof value === 'object' && value !== null
   if (!isPart(before) || !isPart(after) || Array.isArray(before) !== Array.isArray(after)) {
@@ -43,7 +49,7 @@ const titles = {
       : `${edit ? `service ${edit}` : 'list replaced'}, ${before} -> ${after}: ${added} added, ${changed} changed, ${gone} gone`,
 }
 
-/** An entry that is no command, in a line. @param {any} event */
+/** An entry that is not a command, in one line. @param {any} event */
 export function titleOf(event) {
   if (event.topic === 'resync') return event.isAnother ? 'The server was started anew. What was before is not held any more.' : 'Some events were missed here.'
   const title = titles[event.topic]?.(event) ?? ''

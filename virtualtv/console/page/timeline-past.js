@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-/* Commands that ran before the page was opened: nobody may have listened to their calls and log messages, so they are asked for. */
+/*
+ * Completes commands from before the page was opened: the server may not have sent events for their calls and log
+ * messages, so these are requested.
+ */
 import {onFrame, store} from './store.js'
 import {timeline} from './timeline-log.js'
 
-const most = 300      // commands, the last ones
-const together = 10   // that are asked for at a time
+const most = 300      // the last commands
+const together = 10   // requests at a time
 
 /** @param {import('../client.js').Tv} tv @param {number} last  number of the last event from before */
 export async function completeTimeline(tv, last) {

@@ -14,7 +14,7 @@ const counted = (count, one, many = `${one}s`) => h('span', null, count > 0 ? `$
 /** @param {Entry} entry */
 export const isHit = entry => entry.changes.some(({topic, what}) => topic === 'fault' && what === 'hit') || entry.calls.some(({fault}) => fault)
 
-/** What a listed entry shows. @param {Entry} entry */
+/** The row of an entry. @param {Entry} entry */
 export function row(entry) {
   return entry.topic === 'command' ? commandRow(entry) : outsideRow(entry)
 }

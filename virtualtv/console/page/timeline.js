@@ -12,13 +12,13 @@ import {row} from './timeline-row.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 
-/** What has happened: commands of all clients, and what changed the set from outside. */
+/** The timeline: commands of all clients, and changes of the set from outside. */
 class Timeline extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['timeline', 'commands', 'past'])
   #filter = new TimelineFilter(timeline)
   /** @type {Entry | null} */
   #chosen = null
-  /** The other end of the chosen entries. @type {Entry | null} */
+  /** The other end of the selected entries. @type {Entry | null} */
   #anchor = null
   #isWorking = false
   #offered = ''
@@ -50,7 +50,7 @@ class Timeline extends Part {
     this.#work()
   }
 
-  /** True while Screen and Planes show the chosen entry. */
+  /** True while Screen and Planes show the selected entry. */
   #looksBack = false
 
   get #list() {
@@ -70,7 +70,7 @@ class Timeline extends Part {
     this.#work()
   }
 
-  /** Takes in what came, and goes on with the next frame where that takes longer. */
+  /** Processes new events, and continues with the next frame if that takes longer. */
   #work() {
     if (this.#isWorking || !this.querySelector('emp-long-list')) return
     const list = this.#list
@@ -154,7 +154,7 @@ class Timeline extends Part {
 }
 customElements.define('emp-timeline', Timeline)
 
-/** Where an entry stands among others; -1 where it does not. @param {Entry[]} entries @param {number} id */
+/** The position of an entry; -1 if it is missing. @param {Entry[]} entries @param {number} id */
 function positionOf(entries, id) {
   let [low, high] = [0, entries.length]
   while (low < high) {

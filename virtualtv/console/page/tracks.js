@@ -10,7 +10,7 @@ import {main, onWindow, pip, tracksAreIsp} from './windows.js'
 
 /** @typedef {{name: string, title: string, on: string, knob: string, tracks: any, number?: number}} Place  where tracks are in use */
 
-/** Audio tracks and subtitles of what is on screen. */
+/** Audio tracks and subtitles of the services on screen and of the ISP source. */
 class Tracks extends Part {
   static uses = /** @type {(keyof import('./store.js').Known)[]} */ (['state', 'settings'])
   /** @type {string | undefined} */
@@ -59,7 +59,12 @@ class Tracks extends Part {
       h('code', null, number), h('span', null, what), h('span', {class: 'dim track-facts'}, facts.join(', '), !readable && ' (can\'t be read)'))
   }
 
-  /** Uses a command where one is about these tracks, else the knob. @param {Place} place @param {'Audio' | 'Subtitles'} kind @param {number} at */
+  /**
+   * Uses a command if one applies to these tracks, else the knob.
+   * @param {Place} place
+   * @param {'Audio' | 'Subtitles'} kind
+   * @param {number} at
+   */
   async #choose({name, knob, number}, kind, at) {
     const isIsp = tracksAreIsp()
     const byCommand = kind === 'Audio' ? isIsp === (name === 'isp') : at >= 0 && (isIsp ? name === 'isp' : name === 'main')

@@ -4,7 +4,7 @@ import {remember, remembered} from './memory.js'
 import {panes} from './panes.js'
 import {Part} from './part.js'
 
-/** Lines that can be moved: the size that each gives, and by how much it grows to the right or downwards. */
+/** Movable dividers: the size that each sets, and by how much that grows when moved to the right or down. */
 const dividers = {
   left: {label: 'Width of the remote control', property: '--left', grows: 1, least: 150, most: 480},
   right: {label: 'Width of the right pane', property: '--right', grows: -1, least: 220, most: 900},
@@ -72,7 +72,7 @@ export class Workbench extends Part {
     for (const part of this.querySelectorAll('.pane:not([hidden]) > *')) if (part instanceof Part) part.redraw()
   }
 
-  /** @param {string} name  of the pane, be it a tab or not */
+  /** @param {string} name  of the pane, whether it is a tab or not */
   #bring(name) {
     const tab = document.getElementById(`tab-${idOf(name)}`)
     if (tab) this.#show(name)
@@ -102,7 +102,7 @@ export class Workbench extends Part {
     })
   }
 
-  /** @param {keyof typeof dividers} name  @return {number} the size that it gives now, px */
+  /** @param {keyof typeof dividers} name  @return {number} the current size, px */
   #sizeOf(name) {
     const pane = this.querySelector(name === 'command' ? '#command' : `.${name}`)
     if (!pane) return dividers[name].least

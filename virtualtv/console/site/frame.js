@@ -5,7 +5,7 @@
 (() => {
   'use strict'
 
-  /** The set of the page around, however many frames are between. */
+  /** The set of an enclosing page, across any number of frames. */
   function tab() {
     for (let window = globalThis; window !== window.parent; window = window.parent) {
       try {

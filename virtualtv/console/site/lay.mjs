@@ -7,14 +7,14 @@ import {join} from 'node:path'
 
 const [consoleFolder, packageFolder, site] = process.argv.slice(2)
 const own = join(consoleFolder, 'site')
-// As strict as the server's. Who may show the page in a frame only a header can say.
+// As strict as the server's. Only a header can restrict who may show the page in a frame.
 const policy = "default-src 'self'; script-src 'self' 'wasm-unsafe-eval'; media-src 'self' blob:; frame-src 'self'; object-src 'none'; " +
   "base-uri 'none'; form-action 'none'"
 const clientFiles = /^(client|connected|create|events|kept|load|memory|module|port|transcript|wire|window|tv)\.js$|^emp-window\.wasm$/
 
 const read = path => readFileSync(path, 'utf8')
 
-/** Changes a file of the site. Fails where it stays as it is: then it is not what this expects. */
+/** Changes a file of the site. Fails if nothing changes, since the file then differs from what this script expects. */
 function change(path, what) {
   const before = read(join(site, path))
   const after = what(before)
@@ -35,7 +35,7 @@ function copyAll() {
 const filesBeneath = folder => readdirSync(folder, {recursive: true, withFileTypes: true}).filter(entry => entry.isFile())
   .map(entry => join(entry.parentPath ?? entry.path, entry.name).slice(folder.length + 1)).sort()
 
-/** The hash by which browsers check a file. */
+/** The hash with which browsers verify a file. */
 const integrity = path => `sha256-${createHash('sha256').update(readFileSync(join(site, path))).digest('base64')}`
 
 const notStarted = `<main class="not-started">

@@ -13,7 +13,7 @@ const isolating = {
   'Cross-Origin-Resource-Policy': 'same-origin',
 }
 
-/** A file of this version: what the browser has of it counts if it is that. */
+/** Fetches a file of this version; the browser's cached copy is used if its hash matches. */
 async function fetchFile(path) {
   const integrity = files[path]
   try {
@@ -37,7 +37,7 @@ async function removeOthers() {
   await Promise.all(names.filter(other => other.startsWith(front) && other !== name).map(other => caches.delete(other)))
 }
 
-/** The path of a request beneath the site, as the list has it. */
+/** The path of a request relative to the site, as in the list. */
 function pathOf(url) {
   const path = url.href.slice(self.registration.scope.length).replace(/[?#].*$/, '')
   return path === '' ? 'index.html' : path
@@ -68,7 +68,7 @@ self.addEventListener('fetch', event => {
   event.respondWith(answer(request, url))
 })
 
-// A new version waits until no page of the site needs the old one. Where one page is about to start, it asks.
+// A new version waits until no page of the site needs the old one. A single starting page requests the change.
 self.addEventListener('message', event => {
   event.waitUntil((async () => {
     const pages = await self.clients.matchAll({type: 'window', includeUncontrolled: true})

@@ -18,7 +18,7 @@ export function need(_origin) {
   return undefined
 }
 
-/** Whom the page lets in, in words. */
+/** Describes which apps the page allows. */
 export async function letIn() {
   const here = `Apps of ${site.origin} run here, on the set of this tab. For others, use tv.js, which gives an app a set of its own, or emp-window serve.`
   const why = await whyHere
@@ -28,7 +28,7 @@ export async function letIn() {
 
 /** Whether a page may stand in a frame of one that is isolated. @param {URL} url @return {Promise<boolean>} */
 async function isIsolating(url) {
-  if (url.href.startsWith(site.href)) return true  // by the service worker
+  if (url.href.startsWith(site.href)) return true  // the service worker adds the headers
   const {headers} = await fetch(url, {method: 'HEAD'})
   return headers.has('Cross-Origin-Embedder-Policy')
 }
@@ -40,7 +40,7 @@ export async function problemOf(url) {
   try {
     if (!globalThis.crossOriginIsolated || await isIsolating(url)) return null
   } catch {
-    return null  // The frame tells what the server answers.
+    return null  // The frame shows the server's answer.
   }
   return [h('p', {class: 'fail'}, 'Browsers let pages outside of ', h('code', {class: 'name'}, site.pathname), ' in only with the header Cross-Origin-Embedder-Policy: require-corp.'),
     h('p', null, 'Put the app beneath that folder, have its server send the header, or ',

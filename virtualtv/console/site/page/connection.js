@@ -14,16 +14,16 @@ import './leftover.js'
 
 /** @typedef {import('./store.js').Known['connection']} Connection */
 
-/** ms to wait for what is kept. A browser takes up to two seconds to end a worker that is busy, on a machine that is idle. */
+/** ms to wait for the stored set. Even on an idle machine a browser takes up to two seconds to end a busy worker. */
 const waits = {stranger: 1000, last: 10_000}
 
 const pauses = {patience: 0, firstPause: 50, longestPause: 1000}
 /** On the page's own window; apps in its frames find it there. */
 const symbol = Symbol.for('emp-window/site')
 const page = new URL('..', import.meta.url)
-const had = `emp-window.kept ${page.pathname}`  // this tab had what is kept when its page went
+const had = `emp-window.kept ${page.pathname}`  // this tab used the stored set when its page was left
 
-/** With `?thread=page` the set is on the page's thread, and apps of any folder of this origin can run. */
+/** With `?thread=page` the set runs on the page's thread, and apps from any folder of this origin can run. */
 const wantsOwnThread = new URLSearchParams(location.search).get('thread') === 'page'
 
 /** @type {(why: string | undefined) => void} */
@@ -44,11 +44,11 @@ async function startTab() {
   return tab
 }
 
-/** Gives what is kept to the page that comes. @param {Tab} tab */
+/** Releases the stored set for the next page. @param {Tab} tab */
 function leave(tab) {
   if (kept?.as === 'kept') note(had, true)
   tab.leave()
-  addEventListener('pageshow', () => location.reload(), {once: true})  // Where a person comes back to this page, another one may have it.
+  addEventListener('pageshow', () => location.reload(), {once: true})  // When the user returns to this page, another page may have the set.
 }
 
 /**
@@ -69,7 +69,7 @@ export async function open(tell) {
   }
 }
 
-const pieceSize = 2 ** 20  // bytes of a recording that go to the set at once
+const pieceSize = 2 ** 20  // bytes of a recording per call
 
 /** @param {Blob} blob @return {Promise<string>} in base64 */
 function base64Of(blob) {
@@ -96,13 +96,16 @@ export async function scan(tv, file, {signal, progress}) {
   return tv.scan({content: '', part: 'last'})
 }
 
-/** Nobody plays recordings in a tab. @type {((window: 'main' | 'pip', signal: AbortSignal) => Promise<Response>) | undefined} */
+/** A tab does not play recordings. @type {((window: 'main' | 'pip', signal: AbortSignal) => Promise<Response>) | undefined} */
 export const live = undefined
 
 /** What the page says while it is not connected. @type {string} */
 export const disconnected = 'The TV of this tab is not there. Reload the page'
 
-/** By how the set came about: for the head, where little room is, and in full. @type {{[as: string]: [string, (reason: string) => string]}} */
+/**
+ * By the origin of the set: a short text for the head, and a full one.
+ * @type {{[as: string]: [string, (reason: string) => string]}}
+ */
 const words = {
   kept: ['kept in this browser', () => 'This set is kept in this browser: a reload, or another visit, goes on with it. Programs outside of the tab can\'t connect to it; emp-window serve is for them.'],
   link: ['from a link, not kept', () => 'This set came with a link and is not kept. A reload makes it what the link says again. To keep it: Snapshot, open the page without the link, Restore.'],
@@ -112,7 +115,7 @@ const words = {
   unusable: ['not kept, see Set', reason => `What this browser keeps can't be used: ${reason}. This is the built-in set, not kept.`],
 }
 
-/** The words on how this set came about: few, and all. */
+/** The short and the full text on the origin of this set. */
 function said() {
   const {as, reason = ''} = kept ?? {as: 'storage'}
   const [few, all] = words[as]

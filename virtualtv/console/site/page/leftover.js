@@ -5,7 +5,7 @@ import {Part} from './part.js'
 
 /** @typedef {{content: any, remove: () => Promise<void>}} Leftover */
 
-/** What to do about something kept that can't be used: save it as a file, clear it. */
+/** Offers to save stored data that can't be used as a file, or to clear it. */
 class LeftoverPart extends Part {
   /** @type {Leftover} */
   #what = {content: undefined, remove: async () => {}}

@@ -4,22 +4,22 @@
  * worker, the answer comes through memory that both share. A page's own thread may not sleep, so it looks again and again.
  */
 
-// What stands in the first number of the shared memory; the second is the size of the text behind it, in bytes.
+// Values of the first number in the shared memory. The second number is the size of the following text in bytes.
 const sent = 0
 const taken = 1
 const answered = 2
 const failed = 3
-const tooLong = 4  // the answer; the size says how much room it takes
+const tooLong = 4  // the answer does not fit; the size is the room that it needs
 const givenUp = 5
 
 const head = 8  // bytes
-const lastPatience = 1000  // ms of a page that goes
+const lastPatience = 1000  // ms to wait when the page is left
 const initialRoom = 65536
 
 /** @param {SharedArrayBuffer} buffer */
 const headOf = buffer => new Int32Array(buffer, 0, 2)
 
-/** A call was given up, which is lost, or the set refused it. `sent` is true where it may have run. */
+/** A call timed out and is lost, or the set refused it. `sent` is true if it may have run. */
 export class CallError extends Error {
   /** @param {string} message @param {{sent: boolean, isLost: boolean}} how */
   constructor(message, {sent, isLost}) {
@@ -31,7 +31,7 @@ export class CallError extends Error {
 
 /** The caller's end, in the page. */
 export class Caller {
-  /** Milliseconds until a call is given up that has no answer. */
+  /** Milliseconds after which an unanswered call fails. */
   patience = 60_000
   #worker
   #buffer = new SharedArrayBuffer(head + initialRoom)
@@ -54,12 +54,12 @@ export class Caller {
     return answer
   }
 
-  /** Has the set save what it keeps, as the page goes. Returns when that is done, or a page may wait no longer. */
+  /** Lets the set save its data when the page is left. Returns when that is done, or when a page may not wait longer. */
   leave() {
     try {
       this.#ask({leave: true}, performance.now() + lastPatience)
     } catch {
-      // It is as if the page had gone at once.
+      // The same as when the page is closed abruptly.
     }
   }
 
@@ -78,7 +78,7 @@ export class Caller {
   /** @param {SharedArrayBuffer} buffer */
   #giveUp(buffer) {
     const status = Atomics.exchange(headOf(buffer), 0, givenUp)
-    this.#buffer = new SharedArrayBuffer(head + initialRoom)  // the set may still write into the other one
+    this.#buffer = new SharedArrayBuffer(head + initialRoom)  // the set may still write into the old one
     const what = status === sent ? 'has not taken the call' : 'has not answered'
     throw new CallError(`the set's worker ${what} for ${this.patience} ms; reload the page`, {sent: status !== sent, isLost: true})
   }
@@ -87,7 +87,7 @@ export class Caller {
 /** The set's end, in the worker. */
 export class Answerer {
   #post
-  /** An answer that was too long for the caller's memory. @type {{bytes: Uint8Array, status: number}} */
+  /** The answer that did not fit into the caller's memory. @type {{bytes: Uint8Array, status: number}} */
   #rest = {bytes: new Uint8Array(), status: answered}
 
   /** @param {(text: string, session?: string) => string} post */
@@ -107,7 +107,7 @@ export class Answerer {
     Atomics.compareExchange(numbers, 0, taken, fits ? status : tooLong)
   }
 
-  /** Lets a caller go on that wants to know no more. @param {SharedArrayBuffer} buffer */
+  /** Wakes a caller that needs no answer. @param {SharedArrayBuffer} buffer */
   static done(buffer) {
     Atomics.store(headOf(buffer), 0, answered)
   }

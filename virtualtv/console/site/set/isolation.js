@@ -6,12 +6,12 @@
 
 import {isNoted, note} from './notes.js'
 
-const tried = 'emp-window.isolating'  // the page has been loaded anew for it already
+const tried = 'emp-window.isolating'  // the page has already been reloaded for this
 const patience = 20_000  // ms for the service worker to fetch the site's files
 const renewing = 10_000  // ms for a new version to take over
-const visits = 500  // ms from one to the next
+const visits = 500  // ms between two visits
 
-/** Loads the page anew. @return {Promise<never>} */
+/** Reloads the page. @return {Promise<never>} */
 function reload() {
   location.reload()
   return new Promise(() => {})
@@ -26,7 +26,11 @@ function takesOver(worker) {
   })
 }
 
-/** Fulfilled when a service worker is there to serve the page the next time. @param {ServiceWorkerRegistration} registration @return {Promise<void>} */
+/**
+ * Fulfilled when a service worker is installed and will serve the page next time.
+ * @param {ServiceWorkerRegistration} registration
+ * @return {Promise<void>}
+ */
 function installed({installing, waiting, active}) {
   return new Promise((resolve, reject) => {
     const worker = active ?? waiting ?? installing
@@ -43,7 +47,7 @@ function installed({installing, waiting, active}) {
 /** @return {Promise<ServiceWorkerRegistration>} */
 const register = () => navigator.serviceWorker.register(new URL('../service-worker.js', import.meta.url))
 
-/** A client of the version that serves the page, which comes and goes. */
+/** Briefly creates a client of the version that serves the page. */
 function visit() {
   const visitor = new Worker(new URL('notes.js', import.meta.url), {type: 'module'})
   setTimeout(() => visitor.terminate(), visits / 2)

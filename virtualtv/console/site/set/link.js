@@ -4,8 +4,8 @@
  */
 
 const front = '#state='
-const mostCharacters = 1_000_000  // of a link; some programs take fewer
-const mostBytes = 32 * 1024 * 1024  // of a snapshot
+const mostCharacters = 1_000_000  // longest link; some programs accept less
+const mostBytes = 32 * 1024 * 1024  // largest snapshot
 
 /** @param {Uint8Array} bytes */
 function base64url(bytes) {
@@ -32,7 +32,13 @@ async function all(stream, most) {
   return new Uint8Array(await new Blob(pieces).arrayBuffer())
 }
 
-/** The link to a snapshot. @param {any} snapshot @param {string} page  its address @return {Promise<string>} @throws {Error} where it is too long */
+/**
+ * Creates the link to a snapshot.
+ * @param {any} snapshot
+ * @param {string} page  its address
+ * @return {Promise<string>}
+ * @throws {Error} if it is too long
+ */
 export async function linkTo(snapshot, page) {
   const stream = new Blob([JSON.stringify(snapshot)]).stream().pipeThrough(new CompressionStream('deflate-raw'))
   const link = page.replace(/#.*$/, '') + front + base64url(await all(stream, Infinity))

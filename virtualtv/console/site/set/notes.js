@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* What a tab notes for the next load of its page. */
+/* Notes of a tab for the next load of its page. */
 
 /** @param {string} name @return {boolean | undefined} undefined where the browser forbids storage */
 export function isNoted(name) {
@@ -16,6 +16,6 @@ export function note(name, isSo) {
     if (isSo) sessionStorage.setItem(name, '1')
     else sessionStorage.removeItem(name)
   } catch {
-    // Then the next load knows nothing of it.
+    // Without storage, the next load does not know of it.
   }
 }

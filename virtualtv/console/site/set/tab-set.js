@@ -72,7 +72,7 @@ async function make(module, from) {
   return snapshot !== undefined ? fromLink(module, snapshot) : fromStorage(module, from)
 }
 
-/** A set that clients are served from. */
+/** A set that serves clients. */
 export class TabSet {
   #set
   #connections = new Map()
@@ -92,14 +92,14 @@ export class TabSet {
     return {set: new TabSet(set, keeper), keeping}
   }
 
-  /** Saves the set a last time, and gives what is kept to who wants it next. */
+  /** Saves the set a last time, and releases the stored data. */
   async leave() {
-    await this.#keeper?.close().catch(() => {})  // It has told what failed.
+    await this.#keeper?.close().catch(() => {})  // It has already reported the error.
   }
 
   /** Serves a client at the other end of a port. @param {MessagePort} port */
   serve(port) {
-    servePort(/** @type {any} */ (this), port)  // which asks for its set alone
+    servePort(/** @type {any} */ (this), port)  // it uses only the set
   }
 
   /** @param {string} text @param {string} [session] @return {string} */
@@ -107,7 +107,7 @@ export class TabSet {
     return this.#set.post(text, session)
   }
 
-  /** Keeps a session until it is let go. @param {number} number  of the caller's choice @param {string} session */
+  /** Keeps a session alive until it is released. @param {number} number  chosen by the caller @param {string} session */
   hold(number, session) {
     this.#connections.set(number, this.#set.open(() => {}, session))
   }

@@ -6,7 +6,7 @@
 import {Caller} from './calls.js'
 import {TabSet} from './tab-set.js'
 
-/** A set on the page's own thread, as Worker offers it. */
+/** A set on the page's own thread, with the interface of the worker. */
 class OwnThread {
   #set
 
@@ -76,12 +76,12 @@ async function startHere(from) {
   return {thread: new OwnThread(set), keeping}
 }
 
-/** What a page of the same origin can do with the set. */
+/** The interface of the set for pages of the same origin. */
 export class Tab {
   /** @type {OwnThread | OtherThread} */
   #thread
   #held = 0
-  /** Those of clients. @type {Set<MessagePort>} */
+  /** The ports of clients. @type {Set<MessagePort>} */
   #ports = new Set()
   keeping
 
@@ -99,7 +99,7 @@ export class Tab {
     return new Tab(await (here ? startHere(from) : startWorker(from)))
   }
 
-  /** Milliseconds until a call is given up; undefined where calls run on this thread. */
+  /** Milliseconds after which a call fails; undefined if calls run on this thread. */
   get patience() {
     return this.#thread instanceof OtherThread ? this.#thread.caller.patience : undefined
   }
@@ -108,7 +108,7 @@ export class Tab {
     if (this.#thread instanceof OtherThread && milliseconds !== undefined) this.#thread.caller.patience = milliseconds
   }
 
-  /** Handles a request, which has run when this returns. @param {string} text @param {string} [session] @return {string} */
+  /** Runs a request, and returns its answer. @param {string} text @param {string} [session] @return {string} */
   post(text, session) {
     try {
       return this.#thread.post(text, session)
@@ -119,7 +119,10 @@ export class Tab {
     }
   }
 
-  /** Saves what is kept, and gives it to the tab that wants it next. For a page that goes: what the set does then is not kept. */
+  /**
+   * Saves the set, and releases the stored data for other tabs. For a page that is left: later changes of the set are
+   * not stored.
+   */
   leave() {
     this.#thread.leave()
   }
@@ -132,7 +135,7 @@ export class Tab {
     return port1
   }
 
-  /** Tells all clients that their connection is gone. @param {string} reason */
+  /** Reports the end of the connection to all clients. @param {string} reason */
   #cut(reason) {
     for (const port of this.#ports) port.dispatchEvent(new MessageEvent('message', {data: {closed: {code: 1006, reason}}}))
     this.#ports.clear()

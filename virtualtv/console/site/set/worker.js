@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* The set's worker: makes the set that the page asks for, then does what the page's messages say. */
+/* The set's worker: creates the set that the page requests, then handles the page's messages. */
 import {Answerer} from './calls.js'
 import {TabSet} from './tab-set.js'
 

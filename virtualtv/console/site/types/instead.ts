@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The site's modules that stand in place of the page's have all that the page uses of those.
+// Checks that the site's replacement modules export everything that the page uses of the originals.
 import * as pageAccess from '../../page/app-access.js'
 import * as pageConnection from '../../page/connection.js'
 import * as access from '../page/app-access.js'

@@ -1,3 +1,3 @@
 // SPDX-License-Identifier: MIT
-// What the site uses of the client's load.js.
+// The part of the client's load.js that the site uses.
 export function load(): Promise<WebAssembly.Module>

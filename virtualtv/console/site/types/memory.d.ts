@@ -1,3 +1,3 @@
 // SPDX-License-Identifier: MIT
-// What the site uses of the client's memory.js.
+// The part of the client's memory.js that the site uses.
 export function makeSet(module: WebAssembly.Module, options: {snapshot?: any}): any

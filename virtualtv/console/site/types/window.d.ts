@@ -1,3 +1,3 @@
 // SPDX-License-Identifier: MIT
-// The client's window.js, of which the site uses what it leaves on the global object.
+// The client's window.js; the site uses its global objects.
 export {}

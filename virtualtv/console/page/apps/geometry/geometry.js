@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A playground for the picture's geometry: where it stands, which part is shown, its order, whether it is hidden.
+// A playground for the picture's geometry: its place, its crop, its order, and hiding it.
 /** @type {any} */
 const tv = /** @type {any} */ (globalThis).tvWindow
 const step = 16
@@ -12,7 +12,7 @@ const state = {isSizing: false, isInFront: false, isMuted: false, isCropped: fal
 /** The numbers of a text such as `x:0,y:0,w:960,h:540`. @param {unknown} text @return {number[]} */
 const numbersOf = text => typeof text === 'string' ? (text.match(/-?\d+/g) ?? []).map(Number) : []
 
-/** Where the picture stands in the app's space, 960 x 540. */
+/** The place of the picture in the app's space, 960 x 540. */
 const rect = () => numbersOf(tv.GetScreenRect())
 
 /** @param {number[]} numbers */
@@ -46,7 +46,7 @@ function nudge(right, down) {
   else place(x + right * step, y + down * step, w, h)
 }
 
-/** The middle of the picture, a quarter of it, where all of it stood. */
+/** Shows the middle quarter of the picture at the picture's place. */
 function crop() {
   const [x, y, w, h] = rect()
   state.isCropped = !state.isCropped
@@ -100,10 +100,10 @@ addEventListener('keydown', event => {
   event.preventDefault()
   keys[event.key]()
 })
-// No command tells order and hiding, so both are set to what is told of them.
+// No command returns order and hiding, so both are set to the values that the app displays.
 tv.SetScreenZorder(0)
 tv.MuteVideo(0)
 for (const [id, action] of Object.entries({crop, order, mute, whole})) element(id).onclick = action
 show()
 
-export {}  // a module: its names are its own
+export {}  // makes this a module with its own names

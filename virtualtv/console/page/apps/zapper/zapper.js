@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A zapper for remote controls: a channel list, numbers, channel up and down, picture-in-picture. Made to be copied.
+// A zapper for remote controls: a channel list, numbers, channel up and down, picture-in-picture. Meant as an example
+// to copy.
 /** @type {any} */
 const tv = /** @type {any} */ (globalThis).tvWindow
-const rows = 9  // of the list that are seen
+const rows = 9  // visible rows of the list
 
 /** @param {string} id */
 const element = id => /** @type {HTMLElement} */ (document.getElementById(id))
@@ -60,7 +61,7 @@ function zap(way) {
   showBanner(tv.SetChannel_Seek(way, 0) === 1 ? undefined : 'There is no channel to step to')
 }
 
-/** Shows the channel that is chosen in the list, or else the one on screen, in the corner; a second time takes it away. */
+/** Shows the channel selected in the list, or else the one on screen, in picture-in-picture. The second call removes it. */
 function togglePicture() {
   const isOpen = !element('list').hidden
   const id = isOpen ? channels[at].SERVICE_ID : JSON.parse(tv.GetCurrentChannelInfo()).serviceId
@@ -105,4 +106,4 @@ addEventListener('keydown', event => {
 })
 showBanner()
 
-export {}  // a module: its names are its own
+export {}  // makes this a module with its own names
