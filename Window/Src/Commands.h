@@ -21,7 +21,7 @@ enum class Parse {
   num,   ///< the whole text as a decimal number with an optional sign; otherwise not parsed, and the preset applies
   u64,   ///< unsigned 64-bit at the front, behind white space and a sign, decimal, 0x hexadecimal or 0 octal; -1 is all
          ///< ones, and so is a number beyond the range; 0 for garbage
-  text,  ///< taken as it is
+  text,  ///< the text unchanged
 };
 
 struct Parameter {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Not inline, since every message of the plug-in does it: inline it takes a tenth of the code.
+// Not inline: every message calls this, and inlined it would take a tenth of the code.
 #include "Log.h"
 
 namespace kel {

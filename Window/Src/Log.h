@@ -3,11 +3,12 @@
 
 #include "kel/CKELDebug.h"
 
-// How the plug-in logs. A message is two calls of the framework's logger at the message's level: the location line,
-// then the message. These are macros, so that they know their own location and the compiler checks their formats.
+// Logging of the plug-in. A message consists of two calls of the framework's logger, both at the message's level: the
+// location line, then the message. Macros are used, so that each message has its own location and the compiler checks
+// its format.
 //
-// A location is the operation at work and a line of it. An operation makes itself known by a `LogScope`, once; code
-// that several operations share logs in the name of the one that called it.
+// A location is the current operation and one of its lines. An operation sets its name once, with a `LogScope`. Code
+// shared by several operations logs under the name of its caller.
 
 namespace kel {
 
@@ -19,9 +20,9 @@ inline constexpr int kMissingWorker = 3;  // of the engine
 
 inline constexpr int kLogChannel = 2;
 
-/// A function and a line of it, as location lines tell them.
+/// A function and one of its lines, for location lines.
 struct Location {
-  /// The name of a function becomes a location on the line where it stands.
+  /// Converts the name of a function to a location on the current line.
   constexpr Location(const char* name, int where = __builtin_LINE())  // NOLINT(google-explicit-constructor)
       : function(name), line(where) {}
 
@@ -29,9 +30,9 @@ struct Location {
   int line;
 };
 
-/// Names the operation at work: `const LogScope scope(__func__);` on its first line. Until it ends all is logged in its
-/// name, also what the functions log that it calls, but those with a scope of their own. The operation before is then
-/// at work again, also after an exception. Each thread has its own.
+/// Sets the current operation: `const LogScope scope(__func__);` on its first line. Until the scope ends, messages have
+/// its name, including those of called functions without their own scope. Afterwards the previous operation is current
+/// again, also after an exception. Each thread has its own current operation.
 class LogScope {
  public:
   explicit LogScope(Location operation) : m_outer(current) { current = operation; }
@@ -39,11 +40,11 @@ class LogScope {
   LogScope& operator=(const LogScope&) = delete;
   ~LogScope() { current = m_outer; }
 
-  /// The operation at work.
+  /// The current operation.
   static const char* Name() { return current.function; }
 
-  /// The location of a message: the line where it stands in the operation at work, and where that called the function
-  /// that logs the line on which the operation begins. So the line is always one of the function that is told.
+  /// The location of a message. If the current operation itself logs it, that is the message's line. If a called
+  /// function logs it, that is the first line of the operation. So the line always belongs to the named function.
   static Location Of(Location message);
 
  private:
@@ -52,19 +53,19 @@ class LogScope {
   const Location m_outer;
 };
 
-/// Logs the location line of a message that stands there.
+/// Logs the location line of a message.
 void LogLocation(Location message, int level);
 
 }  // namespace kel
 
-/// The line where it stands. In a lambda, whose name is no operation's, the operation's first line is logged.
+/// The current line. In a lambda, whose name is not an operation's, the operation's first line is logged.
 #define KEL_HERE ::kel::Location(__func__)  // NOLINT(bugprone-lambda-function-name)
 
-/// Logs a message of the operation at work: `KEL_LOG(level, format, ...)`.
+/// Logs a message of the current operation: `KEL_LOG(level, format, ...)`.
 #define KEL_LOG(level, ...) \
   (::kel::LogLocation(KEL_HERE, (level)), ::kel::CKELDebug::PrintLog(::kel::kLogChannel, (level), __VA_ARGS__))
 
-/// The line that tells where an operation starts, and the one that marks an error.
+/// The line that marks the start of an operation, and the line that marks an error.
 #define KEL_LOG_PLACE(file, level)                                                     \
   KEL_LOG(level, "FILE=[%s] FUNCTION=[%s] LINE=[%d]", (file), ::kel::LogScope::Name(), \
           ::kel::LogScope::Of(KEL_HERE).line)

@@ -33,7 +33,7 @@ class Caller {
   std::size_t end_ = 0;
 };
 
-/// A text message as a client sends it.
+/// A text message in the frame that a client sends.
 std::string frameOf(std::string_view text);
 
 }  // namespace bench

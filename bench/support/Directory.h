@@ -12,7 +12,7 @@ namespace bench {
 /// memory.
 class Directory {
  public:
-  /// @param below  where it is made.
+  /// @param below  the parent directory.
   explicit Directory(const std::filesystem::path& below) {
     std::string path = (below / "bench-XXXXXX").string();
     if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no directory can be made at " + path);

@@ -18,7 +18,7 @@ class Process {
   /// Waits for its end.
   ~Process();
 
-  /// Waits until it has written something. @throws std::runtime_error when it ends before that.
+  /// Waits until the process has written something. @throws std::runtime_error when it ends before that.
   void awaitOutput();
   /// Waits for its end. @throws std::runtime_error when it fails.
   void awaitEnd();

@@ -21,7 +21,7 @@ std::vector<virtualtv::Service> services(std::size_t count);
 /// A set with this number of services and an engine. Nothing is logged, recorded or made to fail.
 class Television {
  public:
-  /// @param directory  where it keeps them; in memory when it is empty.
+  /// @param directory  directory for its state; in memory when empty.
   explicit Television(std::size_t services, const std::filesystem::path& directory = {});
 
   /// The set in memory with this number of services. There is one at a time: another number replaces it.

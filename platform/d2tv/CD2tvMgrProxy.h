@@ -4,10 +4,10 @@
 /// One audio track of what the secondary TV stack shows. The codes are the stack's own.
 struct MVPDAudio {
   int index;       ///< position among the tracks, from 0
-  int pid;         ///< of its packets
+  int pid;         ///< PID of its packets
   int decodeType;  ///< coding
-  int audioMode;   ///< channels
-  int audioType;   ///< whom it is for
+  int audioMode;   ///< channel mode
+  int audioType;   ///< intended audience
   int lang;        ///< language code
 };
 
@@ -17,16 +17,16 @@ struct DVBSubtitleInfo {
   unsigned int lang;   ///< language code
 };
 
-/// The manager of the secondary TV stack, which shows the ISP source. Its operations answer 0 for success; any
-/// other number is a failure of the manager's own numbering, and outputs are then not to be read.
+/// The manager of the secondary TV stack, which shows the ISP source. Its operations return 0 for success. Any other
+/// number is a failure, in the manager's own numbering; outputs must then not be read.
 class CD2tvMgrProxy {
  public:
-  /// The process's one manager instance, made on first use.
-  /// @param client  name of the client that asks.
+  /// The process's only manager instance, created on first use.
+  /// @param client  name of the calling client.
   /// @return the instance, owned by the library; null when the stack can't be reached.
   static CD2tvMgrProxy* GetInstance(const char* client);
 
-  /// Drops the instance. Harmless when there is none.
+  /// Destroys the instance, if there is one.
   static void DestroyInstance();
 
   virtual ~CD2tvMgrProxy();

@@ -2,7 +2,7 @@
 #pragma once
 
 /// @file
-/// What the secondary TV stack offers to C.
+/// The C interface of the secondary TV stack.
 
 extern "C" {
 

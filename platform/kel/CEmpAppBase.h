@@ -16,8 +16,8 @@ struct EmpType {
   enum type : int {};
 };
 
-/// Base of a plug-in's application object. It hosts the engines that clients open, each under a name or under a
-/// number; the two do not mix. All operations are called by the framework, from one thread.
+/// Base of a plug-in's application object. It hosts the engines that clients open, each under a name or under a number;
+/// names and numbers are separate. All operations are called by the framework, from one thread.
 class CEmpAppBase {
  public:
   CEmpAppBase();
@@ -26,13 +26,13 @@ class CEmpAppBase {
   virtual ~CEmpAppBase();
 
   /// Opens an engine under `name`.
-  /// @return true when a new engine stands; false when the name is taken or no engine could be made.
+  /// @return true when a new engine was created; false when the name is in use or no engine could be created.
   virtual bool Open(const std::string& name, const std::string& appId, const std::string& widgetId,
                     const std::string& profile);
-  /// Closes and deletes the engine of that name. @return false when there is none.
+  /// Closes and deletes the engine with this name. @return false when there is none.
   virtual bool Close(const std::string& name, EmpType::type type);
-  /// Runs a command on the engine of that name. @return the engine's answer, false when there is no such engine;
-  /// `ret` is then untouched.
+  /// Runs a command on the engine with this name. @return the engine's answer; false when there is no such engine, in
+  /// which case `ret` is unchanged.
   virtual bool Execute(std::string& ret, const std::string& name, const std::string& cmd, const std::string& p1,
                        const std::string& p2, const std::string& p3, const std::string& p4);
   /// The same for a command with a parameter list.
@@ -50,10 +50,10 @@ class CEmpAppBase {
   virtual bool ExecuteWithParamList(std::string& ret, int id, const std::string& cmd, const ParamList& params);
   /// @}
 
-  /// Makes a new engine, owned by the caller; null when none could be made.
+  /// Creates a new engine, owned by the caller; null on failure.
   virtual CEmpEngineBase* CreateEmpEngine() = 0;
 
-  /// The three texts that the plug-in gave in its constructor.
+  /// The three texts that the plug-in passed to its constructor.
   /// @{
   const std::string& Name() const;
   const std::string& Id() const;
@@ -61,7 +61,7 @@ class CEmpAppBase {
   /// @}
 
  protected:
-  /// The texts that `Name`, `Id` and `Version` tell.
+  /// The texts that `Name`, `Id` and `Version` return.
   /// @{
   std::string m_name;
   std::string m_id;

@@ -11,7 +11,7 @@ namespace kel {
 /// Parses a whole text as a decimal number with an optional sign, within the range of `int`.
 ///
 /// @param text    the text; blanks, other bases and trailing characters are not accepted.
-/// @param number  receives the value; left as it is when the text does not parse.
+/// @param number  receives the value; unchanged when the text does not parse.
 /// @return true when the text parsed.
 bool StringToNumber(const std::string& text, int& number);
 

@@ -2,13 +2,13 @@
 #pragma once
 
 /// @file
-/// The set's store of settings keys, shared by all its processes. Calls that answer a number answer 0 for success and a
-/// negative number for a failure: a missing key, a key of the other type, a store that can't be read or written.
-/// A write is durable when the call returns.
+/// The set's store of settings keys, shared by all its processes. Calls that return a number return 0 for success and a
+/// negative number for a failure: a missing key, a key of the other type, a store that can't be read or written. A
+/// write is durable when the call returns.
 
 extern "C" {
 
-/// Reads an integer key into `*value`, which is left as it is on failure.
+/// Reads an integer key into `*value`, which is unchanged on failure.
 int vconf_get_int(const char* key, int* value);
 
 /// Creates or replaces an integer key.

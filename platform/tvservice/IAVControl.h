@@ -3,7 +3,7 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-/// Picture muting, the picture's resolution and the audio track of one window. Made by
+/// Picture muting, the picture's resolution and the audio track of one window. Created by
 /// `TVServiceAPI::CreateAVControl`; owned by the library.
 class IAVControl {
  public:

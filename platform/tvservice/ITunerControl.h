@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The tuner behind one window. Made by `TVServiceAPI::CreateTunerControl`; owned by the library.
+/// The tuner behind one window. Created by `TVServiceAPI::CreateTunerControl`; owned by the library.
 class ITunerControl {
  public:
   virtual ~ITunerControl();

@@ -3,20 +3,20 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-/// The video plane of one window, in base-screen pixels where nothing else is said. Made by
-/// `TVServiceAPI::CreateVideoControl`; owned by the library. Unless an operation says otherwise it answers at least 1
-/// on success, and outputs are not to be read after a failure.
+/// The video plane of one window, in base-screen pixels unless stated otherwise. Created by
+/// `TVServiceAPI::CreateVideoControl`; owned by the library. Unless stated otherwise, an operation returns at least 1
+/// on success, and outputs must not be read after a failure.
 class IVideoControl {
  public:
   virtual ~IVideoControl();
 
   /// Places the picture. The height comes before the width.
   virtual int SetSize(int x, int y, int height, int width) = 0;
-  /// Where the picture is. The height comes before the width.
+  /// The place of the picture. The height comes before the width.
   virtual int GetSize(int* x, int* y, int* height, int* width) = 0;
-  /// Gives the picture its default place; that of the main window is the whole screen.
+  /// Moves the picture to its default place, which for the main window is the whole screen.
   virtual int SetDefaultSize() = 0;
-  /// The part of the screen that the picture's content fills, by the broadcaster's format description.
+  /// The part of the screen that the picture's content fills, according to the broadcaster's format description.
   virtual int GetAFDGeometryRectSize(int* x, int* y, int* width, int* height) = 0;
   /// Shows the part `crop` of the source picture, in its pixels, in the rectangle `display` of the base screen.
   virtual int SetCropArea(TSRectInfo* crop, TSRectInfo* display) = 0;

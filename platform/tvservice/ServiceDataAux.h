@@ -3,8 +3,8 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-/// Audio and subtitle tracks of a service. Made by `TVServiceAPI::ServiceDataAux`; owned by the library. Each
-/// operation answers a number greater than 0 on success.
+/// Audio and subtitle tracks of a service. Created by `TVServiceAPI::ServiceDataAux`; owned by the library. Each
+/// operation returns a number greater than 0 on success.
 class ServiceDataAux {
  public:
   virtual ~ServiceDataAux();

@@ -5,7 +5,7 @@
 
 #include "tvservice/TVServiceTypes.h"
 
-/// A query for services: which fields to read, which conditions to meet, in which order.
+/// A query for services: the fields to read, the conditions, and the order.
 class TCCriteriaHelper : public TCMarshalable {
  public:
   TCCriteriaHelper();
@@ -16,9 +16,10 @@ class TCCriteriaHelper : public TCMarshalable {
   /// @}
   ~TCCriteriaHelper() override;
 
-  /// Asks for a field. Fields that no call asks for are absent in the records found.
+  /// Requests a field. Fields that were not requested are absent in the records found.
   void Fetch(int fieldId);
-  /// Adds the condition that the field equals `value`; all conditions must be met. An absent field meets none.
+  /// Adds the condition that the field equals `value`; all conditions must be met. An absent field never meets a
+  /// condition.
   /// @{
   void Where(int fieldId, int value);
   void Where(int fieldId, const unsigned long long& value);
@@ -30,16 +31,16 @@ class TCCriteriaHelper : public TCMarshalable {
 
   // The TV service's side begins here.
 
-  /// A call that asked for something.
+  /// A recorded call of `Fetch`, `Where` or `OrderBy`.
   struct Step {
-    /// Which call it was.
+    /// The kind of call.
     enum Kind : int { FETCH, WHERE, ORDER_BY };
     Kind kind;                 ///< `Fetch`, `Where` or `OrderBy`
-    int fieldId;               ///< the field that it named
-    unsigned long long value;  ///< of a condition, or the sort order
+    int fieldId;               ///< the field of the call
+    unsigned long long value;  ///< value of a condition, or the sort order
   };
 
-  /// All calls made, in their order.
+  /// All calls, in order.
   const std::vector<Step>& Steps() const;
   // The TV service's side ends here.
 

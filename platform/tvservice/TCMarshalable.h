@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Base of the records that cross the border between a client and the TV service.
+/// Base of the records that are passed between a client and the TV service.
 class TCMarshalable {
  public:
   TCMarshalable() = default;

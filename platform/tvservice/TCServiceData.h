@@ -5,11 +5,11 @@
 
 #include "tvservice/TCMarshalable.h"
 
-/// A record of one service (a channel), read field by field. It holds the fields that the query which filled it
-/// fetched and that the service has; all others are absent.
+/// A record of one service (a channel), read field by field. It holds the fields that its query fetched, as far as the
+/// service has them. All other fields are absent.
 class TCServiceData : public TCMarshalable {
  public:
-  /// Ids of the fields that this program knows.
+  /// Ids of the fields that this program uses.
   enum EField : int {
     CHANNEL_TYPE = 1,  ///< TV-service channel type
     PTC = 2,           ///< physical transmission channel
@@ -37,8 +37,8 @@ class TCServiceData : public TCMarshalable {
   /// @}
   ~TCServiceData() override;
 
-  /// Reads a number. A value wider than the output is cut to its low bits.
-  /// @return true when the record holds the field; otherwise `value` is left as it is.
+  /// Reads a number. A value wider than the output is truncated to its low bits.
+  /// @return true when the record holds the field; otherwise `value` is unchanged.
   /// @{
   bool Get(int fieldId, unsigned char& value) const;
   bool Get(int fieldId, unsigned short& value) const;
@@ -50,7 +50,7 @@ class TCServiceData : public TCMarshalable {
   int GetLength(int fieldId) const;
 
   /// Copies the `GetLength(fieldId)` units of a text, as stored and without a terminator.
-  /// @param text  has room for them; left as it is when the record does not hold the text.
+  /// @param text  has room for them; unchanged when the record does not hold the text.
   /// @return true when the record holds the text.
   bool Get(int fieldId, unsigned short* text) const;
 
@@ -58,24 +58,24 @@ class TCServiceData : public TCMarshalable {
 
   // The TV service's side begins here.
 
-  /// Stands in place of a text's length in a field that holds a number.
+  /// The `length` of a field that holds a number.
   static constexpr int number = -1;
 
-  /// A field as a record holds it.
+  /// A field of a record.
   struct Field {
     int id;                    ///< an `EField`, or any other number
     int length;                ///< units of a text, `number` for a number
-    unsigned long long value;  ///< the number, or where the text starts in `Units`
+    unsigned long long value;  ///< the number, or the index in `Units` at which the text starts
   };
 
   /// Part of a record's memory; valid until the record changes.
   template <typename Item>
   class View {
    public:
-    /// @param items  the first of `size` items, which outlive the view.
+    /// @param items  the first of `size` items, which must outlive the view.
     View(const Item* items, int size) : m_items(items), m_size(size) {}
 
-    /// As of a container.
+    /// The interface of a container.
     /// @{
     const Item* begin() const { return m_items; }
     const Item* end() const { return m_items + m_size; }
@@ -88,27 +88,27 @@ class TCServiceData : public TCMarshalable {
     int m_size;
   };
 
-  /// Fields, each id once, and the units of their texts.
+  /// Fields with unique ids, and the units of their texts.
   struct Content {
     View<Field> fields;          ///< in any order
-    View<unsigned short> units;  ///< where fields of texts point
+    View<unsigned short> units;  ///< the units of text fields
   };
 
-  /// A record that holds this, in one block of memory; the caller deletes it as any other.
+  /// Creates a record with this content, in one block of memory. The caller deletes it like any other record.
   static TCServiceData* New(const Content& content);
-  /// Hold a record with, behind it, the room that `New` asks for.
+  /// Allocate a record, followed by the room that `New` requests.
   /// @{
   static void* operator new(std::size_t size);
   static void operator delete(void* record);
   /// @}
-  /// Makes the record hold this instead, which is not its own.
+  /// Replaces the record's content by a copy of this, which must not be its own.
   void Assign(const Content& content);
   /// Adds or replaces a field.
   /// @{
   void Set(int fieldId, unsigned long long value);
   void Set(int fieldId, const unsigned short* text, int length);
   /// @}
-  /// Makes the record empty.
+  /// Removes all fields.
   void Clear();
   /// The fields held, in the order in which they were set.
   View<Field> Fields() const;
@@ -130,12 +130,12 @@ class TCServiceData : public TCMarshalable {
   void Move(int fieldRoom, int unitRoom);
   // The TV service's side ends here.
 
-  // One block of memory holds the fields and, behind the room for them, the units of all texts. Of a record that `New`
-  // made this block is the rest of its own.
+  // One block of memory holds the fields and, after the room for them, the units of all texts. For a record created by
+  // `New`, this block is the rest of the record's own block.
   Field* m_fields = nullptr;
   int m_fieldCount = 0;
   int m_fieldRoom = 0;
   int m_unitCount = 0;
   int m_unitRoom = 0;
-  unsigned long long m_ids = 0;  ///< of each field held the bit of its id modulo 64
+  unsigned long long m_ids = 0;  ///< for each field, the bit with the number of its id modulo 64
 };

@@ -13,12 +13,12 @@ class ITunerControl;
 class IVideoControl;
 class ServiceDataAux;
 
-/// Factories of the TV service's interfaces. Each makes an interface, of a window where it takes a `profile` (`index`
-/// is 0 here), and of the whole set otherwise. Unless it says otherwise it writes the pointer and answers 0; on failure
-/// it answers another number. The library owns what it makes.
+/// Factories of the TV service's interfaces. A factory with a `profile` creates an interface of that window (`index` is
+/// 0 here); the others create interfaces of the whole set. Unless stated otherwise, a factory writes the pointer and
+/// returns 0; on failure it returns another number. The library owns the interfaces.
 class TVServiceAPI {
  public:
-  /// As the class says.
+  /// See the class.
   /// @{
   static int CreateService(IService** service);
   static int CreateServiceNavigation(EProfile profile, int index, IServiceNavigation** navigation);
@@ -29,9 +29,9 @@ class TVServiceAPI {
   static int CreateTunerControl(EProfile profile, int index, ITunerControl** control);
   /// @}
 
-  /// The set's one satellite manager. Success is a pointer that is not null, whatever the number.
+  /// The set's only satellite manager. A pointer that is not null means success, whatever the number.
   static int CreateSatellite(ISatellite** satellite);
 
-  /// Answers the interface itself; null on failure.
+  /// Returns the interface itself; null on failure.
   static ::ServiceDataAux* ServiceDataAux(EProfile profile, int index);
 };

@@ -4,10 +4,10 @@
 #include "tvservice/TCMarshalable.h"
 
 /// @file
-/// Codes and records of the TV service. Only the numbers of codes are fixed; where a number's meaning has no name here,
-/// the type has no enumerator for it and the number is used as it is.
+/// Codes and records of the TV service. Only the numbers of codes are fixed; if a number has no name here, the type has
+/// no enumerator for it, and the number is used unchanged.
 
-/// Which window a client's interfaces act on.
+/// The window of an interface.
 enum EProfile : int {
   PROFILE_MAIN = 1,   ///< the main window
   PROFILE_PIP = 101,  ///< the picture-in-picture window
@@ -30,12 +30,12 @@ enum EAntennaMode : int {
   ANTENNA_SATELLITE = 2,
 };
 
-/// Which of an antenna's service lists is meant; 3 to 18 and 21 to 27 name an operator's list.
+/// A service list of an antenna; 3 to 18 and 21 to 27 are operators' lists.
 enum EServiceMode : int {
   SERVICE_MODE_NONE = -1,
 };
 
-/// Which services a navigation goes through; 0 is the whole list of the TV mode.
+/// The services for a navigation; 0 is the whole list of the TV mode.
 enum ENavigationMode : int {
   NAVIGATION_ALL = 0,
 };
@@ -48,33 +48,33 @@ enum ESortOrder : int {
 
 /// A satellite.
 enum ESatelliteId : int {};
-/// A polarisation of a satellite's waves.
+/// A polarisation.
 enum EDVBSPolarisation : int {};
-/// A rate of a satellite's inner error correction.
+/// A code rate of the inner error correction.
 enum EDVBFECInner : int {};
 
-/// A TV mode: the antenna and the service list in use. (-1, -1) stands for "not known" or "any".
+/// A TV mode: the antenna and the service list in use. (-1, -1) means "unknown" or "any".
 class TSTvMode : public TCMarshalable {
  public:
   /// The mode of this antenna and this list.
   TSTvMode(EAntennaMode antenna, EServiceMode service);
 
   EAntennaMode antennaMode;  ///< the antenna
-  EServiceMode serviceMode;  ///< which of its lists
+  EServiceMode serviceMode;  ///< the service list
 };
 
 /// A satellite transponder.
 class TSTransponder : public TCMarshalable {
  public:
-  /// A transponder with these members, in their order.
+  /// A transponder with these values, in the order of its members.
   TSTransponder(unsigned short transponderId, ESatelliteId satellite, int frequencyKhz, unsigned short symbols,
                 EDVBSPolarisation polarisationCode, EDVBFECInner fec);
 
   unsigned short id;               ///< 65535 when unknown
-  ESatelliteId satelliteId;        ///< the satellite that it is on
+  ESatelliteId satelliteId;        ///< its satellite
   int frequency;                   ///< kHz
   unsigned short symbolRate;       ///< ksym/s
-  EDVBSPolarisation polarisation;  ///< of its waves
+  EDVBSPolarisation polarisation;  ///< its polarisation
   EDVBFECInner fecInner;           ///< its error correction; -1 when unknown
 };
 
@@ -85,18 +85,18 @@ class TSAudio : public TCMarshalable {
 
   int lang;            ///< language code
   int decodeType;      ///< coding
-  unsigned short pid;  ///< of its packets
+  unsigned short pid;  ///< PID of its packets
   int audioMode;       ///< channels
-  int audioType;       ///< whom it is for
+  int audioType;       ///< intended audience
 };
 
-/// A hybrid subtitle track of a service. Clients pass it on and do not read it.
+/// A hybrid subtitle track of a service. Clients pass it on without reading it.
 class TSHybridSBT : public TCMarshalable {
  public:
   TSHybridSBT();  ///< all members 0
 
   int type;            ///< kind of subtitle
-  unsigned short pid;  ///< of its packets
+  unsigned short pid;  ///< PID of its packets
 };
 
 /// A rectangle in pixels.

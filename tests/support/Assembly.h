@@ -13,7 +13,7 @@ namespace support {
 /// at a time.
 template <typename App>
 struct Assembly {
-  /// @param directory  where the set keeps its state; in memory when it is empty.
+  /// @param directory  directory for the set's state; in memory when empty.
   explicit Assembly(const std::filesystem::path& directory = {})
       : storage(directory.empty() ? std::make_unique<virtualtv::Storage>()
                                   : std::make_unique<virtualtv::Storage>(directory)) {}

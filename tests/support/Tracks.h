@@ -37,7 +37,7 @@ inline const Lines currentTold{"3 SERVICE_ID = 281", "3 MAJOR = 7"};
 /// Members of a JSON object with their values as texts, sorted by name.
 using Members = std::vector<std::pair<std::string, std::string>>;
 
-/// A list as the plug-in writes it: an object of numbers, and behind them an array of objects.
+/// A list as the plug-in writes it: an object with numbers, followed by an array of objects.
 /// @param array  name of the array; empty for none.
 std::string document(const Members& numbers, const std::string& array = {}, const std::vector<Members>& elements = {});
 
@@ -132,8 +132,7 @@ class TrackCommand : public channels::ChannelEngineTest {
 
   void showTv(const virtualtv::Service& with);
   void showIsp(const std::vector<virtualtv::AudioTrack>& audio, const std::vector<virtualtv::SubtitleTrack>& subtitles);
-  /// Expects a command that lists tracks, where no document can be written, to ask once more for its answer whether the
-  /// source is ISP.
+  /// Expects that a command that lists tracks checks again whether the source is ISP when no document can be written.
   void expectIspAskedAnew(const std::string& command);
 };
 

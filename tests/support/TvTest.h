@@ -47,8 +47,8 @@ struct Answer {
 /// A service with these number fields and, unless it is empty, this name.
 virtualtv::Service service(std::map<int, std::uint64_t> numbers, std::u16string name = {});
 
-/// A set of its own for each test: the embedded default, in memory, with all calls recorded and all log lines kept.
-/// No engine is open yet. Nothing outlives the test.
+/// A separate set for each test: the embedded default, in memory, with all calls recorded and all log lines kept. No
+/// engine is open yet. Nothing outlives the test.
 class TvTest : public ::testing::Test {
  protected:
   static constexpr const char* appId = "test.app";
@@ -91,7 +91,7 @@ class TvTest : public ::testing::Test {
   std::vector<virtualtv::framework::LogLine> messages() { return std::exchange(lines_, {}); }
   /// Drops both.
   void forget();
-  /// From now on calls are not recorded, and nothing is logged.
+  /// Stops recording calls and log messages.
   void listenNoMore();
 
   /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may be

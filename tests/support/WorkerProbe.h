@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// The worker with its protected operations and data within reach of a test.
+/// The worker, with its protected operations and data accessible to tests.
 class WorkerProbe : public kel::CEmpTaskWindow {
  public:
   using CEmpTaskWindow::t_CheckAVControlproxy;

@@ -60,7 +60,7 @@ class Packets {
   std::size_t distance_ = 0;           ///< distance of two packets; 0 when unknown
   bool isTold_ = false;                ///< the packet at the front was already returned
   bool atStart_ = true;                ///< nothing was skipped so far
-  bool isSearched_ = false;            ///< the bytes at hand were enough to find packets, and have none
+  bool isSearched_ = false;            ///< the present bytes were searched completely, and contain no packets
   bool atEnd_ = false;
   std::uint64_t count_ = 0;
   std::uint64_t lost_ = 0;

@@ -12,7 +12,7 @@ namespace virtualtv {
 /// A way to change a service of the list, as `.service` and the wire have it.
 struct ServiceEdit {
   std::string_view name;
-  std::string_view value;  ///< what it takes; empty for nothing
+  std::string_view value;  ///< the kind of value that it takes; empty for none
   /// @throws std::invalid_argument with a line that says why it can't be done.
   void (*run)(Tv& tv, ServiceKey service, const std::string& value);
 };

@@ -13,11 +13,12 @@ struct ExportReport {
   std::string format;  ///< its name
   import::Exported exported;
 
-  /// One line that counts what was written.
+  /// One line with the numbers of exported services.
   std::string summary() const;
-  /// One line that counts what the format can't hold; empty where nothing is lost.
+  /// One line with the losses of the format; empty when nothing is lost.
   std::string losses() const;
-  /// `FORMAT can hold none of the services`, or that there are none; empty when services were written.
+  /// An error when no service was written: `FORMAT can hold none of the services`, or that there are none. Otherwise
+  /// empty.
   std::string error() const;
 };
 
@@ -25,7 +26,7 @@ struct ExportReport {
 /// @param format  has a writing. @throws StoreError when they can't be read.
 ExportReport exportServices(const ServiceStore& services, const import::Format& format);
 
-/// The format that lists are written in where nothing else is said: the one that holds all of a service.
+/// The default format for exports, which holds all data of a service.
 const import::Format& defaultExportFormat();
 
 }  // namespace virtualtv

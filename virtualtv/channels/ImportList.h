@@ -17,13 +17,13 @@ namespace virtualtv {
 
 struct ImportOptions {
   const import::Format* format = nullptr;  ///< recognised when null
-  std::string encoding;                    ///< of names that do not tell theirs, for iconv; judged when empty
-  bool add = false;                        ///< keep the services that are there
+  std::string encoding;  ///< encoding, for iconv, of names that do not specify their own; guessed when empty
+  bool add = false;      ///< keep the services that are there
 };
 
 /// The files that broadcasts were read from.
 struct RecordingFiles {
-  std::vector<std::string> paths;  ///< in the order in which they were scanned; an empty one, or none, does not play
+  std::vector<std::string> paths;  ///< in the order of the scan; a service with an empty or missing path does not play
   bool areTrusted = false;         ///< see `Footage`
 };
 
@@ -31,19 +31,20 @@ struct RecordingFiles {
 struct ImportReport {
   std::string list;          ///< what messages call the list
   std::size_t imported = 0;  ///< services that the list brought
-  ServiceChanges changes;    ///< what became of those of the set
+  ServiceChanges changes;    ///< changes to the services of the set
   import::Problems problems;
   bool hasLines = true;  ///< false: its problems are no lines that could not be read
 
-  /// A line `LIST:LINE: REASON` for each problem that is kept, and one that counts the others, escaped.
+  /// A line `LIST:LINE: REASON` for each stored problem, and a line with the number of the others, all escaped.
   std::vector<std::string> problemLines() const;
-  /// One line that counts what was imported, and of a list with lines what could not be read.
+  /// One line with the numbers of imported services and, for a list with lines, of unreadable lines.
   std::string summary() const;
   /// `LIST: no service in it`; empty when services were imported.
   std::string error() const;
 };
 
-/// Imports the services of a channel list into the set; without any it is an error, and the set stays as it is.
+/// Imports the services of a channel list into the set. A list without services is an error, and leaves the set
+/// unchanged.
 /// @param name  name of the file in messages.
 /// @throws std::runtime_error when the format is not recognised, std::invalid_argument when there is no such encoding,
 /// StoreError when the set can't keep the services.

@@ -20,8 +20,8 @@ namespace virtualtv {
 /// not have does not hold.
 struct ServiceQuery {
   std::string text = {};  ///< UTF-8 that the name has in it, in letters of either case; empty for any
-  std::optional<EAntennaMode> antenna = std::nullopt;           ///< what the service is received with
-  std::optional<ServiceKind> kind = std::nullopt;               ///< what it brings
+  std::optional<EAntennaMode> antenna = std::nullopt;           ///< antenna that receives the service
+  std::optional<ServiceKind> kind = std::nullopt;               ///< kind of the service
   std::optional<std::uint16_t> major = std::nullopt;            ///< its major number
   std::optional<ServiceKey> key = std::nullopt;                 ///< which service it is
   std::optional<std::string> group = std::nullopt;              ///< name of the list section that it was found in
@@ -37,8 +37,7 @@ struct ServicePage {
   std::set<std::string> groups;  ///< names of all groups that there are, whatever the query selects
 };
 
-/// The page of services that a query asks for. Of those that it does not show, only what the conditions are about is
-/// read.
+/// The page of services that a query requests. Of other services, only the fields for the conditions are read.
 /// @throws StoreError when the services can't be read.
 ServicePage findServices(const ServiceStore& services, const ServiceQuery& query);
 

@@ -20,7 +20,7 @@ struct Exported {
   std::map<std::string, std::size_t> lost;  ///< data that the format can't hold, with the number of services affected
 };
 
-/// Writes a list of services. A service imported from a list of the same format is written as it was there, with later
+/// Writes a list of services. A service imported from a list of the same format is written as in that list, with later
 /// changes applied. Each written service is read again to find out what was lost.
 class Exporter {
  public:
@@ -53,7 +53,7 @@ class Exporter {
   const Format& format_;
   Exported exported_;
   std::string group_;      ///< name in the last group line
-  std::string readGroup_;  ///< that name as it is read again
+  std::string readGroup_;  ///< the group name as read back
   std::uint64_t next_ = 1;
 };
 

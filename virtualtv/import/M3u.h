@@ -20,7 +20,7 @@ struct ExtInf {
   std::string_view attributes;  ///< all of them
   std::string_view title;
 
-  /// The value of an attribute, its name in any case; empty where it is missing.
+  /// The value of an attribute, whose name is matched case-insensitively; empty if it is missing.
   std::string_view attribute(std::string_view name) const;
 };
 

@@ -12,8 +12,8 @@ namespace virtualtv::import {
 
 // Readers for the fields of a line in VDR's channels.conf. Invalid fields throw `Unreadable`.
 
-/// Where a service comes from: a letter (S satellite, C cable, T terrestrial, A as broadcast in America, others for
-/// inputs of other kinds), and for satellites a position as `orbitalSource` makes it.
+/// The source of a service: a letter (S satellite, C cable, T terrestrial, A broadcast in America, others for other
+/// kinds of inputs), and for satellites a position as returned by `orbitalSource`.
 struct VdrSource {
   char letter;
   std::optional<int> position;

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// Access control: decides by the content of a request whether it may pass. Knows no sockets.
+/// Access control: decides by the content of a request whether it may pass. Does not use sockets.
 namespace virtualtv::net {
 
 /// Names and values of HTTP headers.

@@ -99,7 +99,7 @@ class HttpConnection final : public Connection, public std::enable_shared_from_t
   std::optional<boost::beast::http::response_serializer<boost::beast::http::string_body>> serializer_;
   int emptyLines_ = 0;  ///< number of empty lines dropped before the request
   bool idle_ = false;   ///< between two requests
-  bool last_ = false;   ///< no request is to follow
+  bool last_ = false;   ///< no request may follow
   bool ended_ = false;
 };
 

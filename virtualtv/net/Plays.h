@@ -64,7 +64,7 @@ class Play : public std::enable_shared_from_this<Play> {
   Input errors_;
   Input ending_;
   Timer timer_;
-  std::vector<std::uint8_t> head_;  ///< what was read before the type was known
+  std::vector<std::uint8_t> head_;  ///< data read before the type was known
   std::array<std::uint8_t, 65536> piece_{};
   std::string type_;
   std::string flaw_;  ///< why it does not play, unless the child reports the reason
@@ -75,7 +75,7 @@ class Play : public std::enable_shared_from_this<Play> {
 /// The recordings that play for all viewers. A recording ends when its window no longer shows it.
 class Plays {
  public:
-  /// @param device  outlives it. @param files  the files that clients can use; null for none.
+  /// @param device  must outlive this object. @param files  the files that clients can use; null for none.
   Plays(const Executor& executor, device::Device& device, std::shared_ptr<const FilesBeneath> files,
         const Limits& limits);
 

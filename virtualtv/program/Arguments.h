@@ -42,7 +42,7 @@ struct Wishes {
   int logLevel = -1;
   bool raw = false;
   std::vector<std::string> command;  ///< command of `exec`, with its parameters
-  bool marked = false;               ///< a `--` stands before the command
+  bool marked = false;               ///< a `--` precedes the command
   shell::CheckOptions check;
   shell::ImportWishes list;
   shell::ExportWishes exported;

@@ -25,7 +25,7 @@ inline constexpr std::string_view everyTopic = "*";
 /// True when a client has chosen the topic.
 bool haveTopic(const std::set<std::string>& chosen, std::string_view topic);
 
-/// An event for clients. Its text is made when it is first needed.
+/// An event for clients. Its text is created on first use.
 struct Event {
   std::uint64_t number = 0;  ///< counted from 1 over all topics
   std::string_view topic;

@@ -45,7 +45,7 @@ struct Call {
   std::string handle;     ///< as in "main#2", empty for a plain function
   std::string arguments;  ///< as in "where 12=5, fetch 16, count=1"
   std::string outputs;    ///< as in "mode=0,1"
-  std::string result;     ///< as in "1", "null", "throws", empty where there is none
+  std::string result;     ///< as in "1", "null", "throws"; empty if there is none
   bool fault = false;     ///< a fault decided the outcome
   std::uint64_t faultId = 0;
 };
@@ -273,11 +273,11 @@ std::tuple<Values...> args(Values... values) {
 
 /// Carries out a platform call: `body` performs it and returns its result.
 /// @param handle  the interface called, `{}` for a plain function.
-/// @param values  made by `args`.
+/// @param values  created by `args`.
 template <typename Values, typename Body>
 auto pass([[maybe_unused]] const Operation& operation, [[maybe_unused]] const Handle& handle,
           [[maybe_unused]] const Values& values, Body&& body) -> decltype(body()) {
-#ifdef VIRTUALTV_WITHOUT_SEAM  // what the seam costs is measured against this
+#ifdef VIRTUALTV_WITHOUT_SEAM  // the reference for measuring the cost of the seam
   return body();
 #else
   if (!Seam::observed()) [[likely]] {

@@ -8,9 +8,9 @@
 
 namespace virtualtv {
 
-/// What a service brings.
+/// The kind of a service.
 enum class ServiceKind {
-  television,  ///< it has a picture
+  television,  ///< with a picture
   radio,       ///< sound without a picture
   data,        ///< neither
 };
@@ -46,15 +46,15 @@ constexpr ChannelType channelType(EAntennaMode antenna, ServiceKind kind) {
   }
 }
 
-/// What a service of this channel type brings. Returns nothing when the number is not a channel type.
+/// The kind of a service with this channel type. Returns nothing when the number is not a channel type.
 constexpr std::optional<ServiceKind> kindOf(std::uint64_t channelType) {
   if (channelType < CHANNEL_ANALOGUE_TERRESTRIAL || channelType > CHANNEL_TELEVISION) return std::nullopt;
   if (channelType < CHANNEL_RADIO_TERRESTRIAL || channelType == CHANNEL_TELEVISION) return ServiceKind::television;
   return channelType < CHANNEL_DATA_TERRESTRIAL ? ServiceKind::radio : ServiceKind::data;
 }
 
-/// What a service brings, given its service type in European broadcasts. Returns nothing for an unassigned type.
-/// Mosaics count as television.
+/// The kind of a service with this service type of European broadcasts. Returns nothing for an unassigned type. Mosaics
+/// count as television.
 constexpr std::optional<ServiceKind> kindOfServiceType(std::uint64_t type) {
   switch (type) {
     case 0x01:

@@ -14,7 +14,7 @@
 
 namespace virtualtv {
 
-/// What a field can hold.
+/// The values that a field can hold.
 enum class FieldKind {
   int32,   ///< a signed number of 32 bits, given as 32 bits or widened to 64
   uint16,  ///< 0 to 65535

@@ -19,11 +19,11 @@ namespace virtualtv {
 enum class Pick {
   list,    ///< all, in the requested order
   first,   ///< the first one in the requested order
-  after,   ///< the next one behind a place in list order
+  after,   ///< the first service after a place in list order
   before,  ///< the last one before a place in list order
   start,   ///< the first one in list order
   end,     ///< the last one in list order
-  at,      ///< the one with a given key, whether or not it matches
+  at,      ///< the service with a given key, whether or not it matches
 };
 
 /// The part of a query that determines its SQL statement: everything but the values that it compares with.

@@ -16,7 +16,7 @@
 
 namespace virtualtv {
 
-/// Where a window's picture comes from, as `WindowState` has it.
+/// The source of a window's picture, as in `WindowState`.
 struct WindowSource {
   int state;
   int source;
@@ -25,7 +25,7 @@ struct WindowSource {
   bool operator==(const WindowSource&) const = default;
 };
 
-/// What is on a window's screen.
+/// The service on a window's screen, and the previous one.
 struct WindowScreen {
   ServiceKey service;
   ServiceKey previous;

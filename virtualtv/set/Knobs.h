@@ -26,7 +26,7 @@ class GroupOfKnobs : public std::invalid_argument {
 /// Something about the set that can be read and set from outside.
 struct Knob {
   std::string_view name;   ///< as in "country"; a part in capitals is a placeholder: "WINDOW.source"
-  std::string_view value;  ///< what it takes, in words: "number", "on or off", "ANTENNA,SERVICE"
+  std::string_view value;  ///< its valid values, in words: "number", "on or off", "ANTENNA,SERVICE"
   std::string_view help;
   /// Returns the value of the knob. `parts` are the texts that replace the parts in capitals.
   std::string (*get)(Tv& tv, const std::vector<std::string>& parts);

@@ -16,7 +16,7 @@ namespace virtualtv {
 /// The version in which a value was first persisted. Older databases lack the newer names; these keep their defaults.
 enum class Since { first, inputs, pictures, tracks };
 
-/// Where a value is persisted, and which numbers it takes.
+/// The place where a value is persisted, and its valid numbers.
 struct Persisted {
   std::string name;  ///< as in "main.source"
   Since since;
@@ -31,7 +31,7 @@ struct Persisted {
   }
 };
 
-/// Calls `visitor` with each persisted value of a state, and with where it is persisted.
+/// Calls `visitor` with each persisted value of a state, and with its place.
 template <typename State, typename Visit>
 void visitPersisted(State& state, Visit visitor) {
   constexpr int anyMore = std::numeric_limits<int>::max();

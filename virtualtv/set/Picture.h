@@ -5,7 +5,7 @@
 
 #include "set/State.h"
 
-// What a window shows on the screen: the picture of its source, and where the plane draws it.
+// The content of a window on the screen: the picture of its source, and its place.
 
 namespace virtualtv {
 
@@ -26,7 +26,7 @@ unsigned linesPerSecond(const Picture& picture);
 /// there is neither a picture nor a crop.
 std::optional<Crop> cropOn(Tv& tv, WindowId window);
 
-/// Where a plane draws its picture: the display rectangle of a crop, or where the plane was placed.
+/// The rectangle in which a plane draws its picture: the display rectangle of a crop, or the place of the plane.
 Rect drawnAt(const Plane& plane);
 /// The part of a plane that the content of the picture fills. The picture is centred in the plane, as large as its
 /// aspect ratio allows. The content is centred in the picture, in the shape of the broadcaster's format description.

@@ -38,13 +38,13 @@ Options importOptions(ImportWishes& wishes);
 Options exportOptions(ExportWishes& wishes);
 Options scanOptions(ScanWishes& wishes);
 
-/// Reads the words behind `.import`. @throws std::invalid_argument for words that can't be understood.
+/// Reads the words after `.import`. @throws std::invalid_argument for words that can't be understood.
 ImportWishes importWishes(const Lines& words);
 
-/// Reads the words behind `.export`. @throws std::invalid_argument for words that can't be understood.
+/// Reads the words after `.export`. @throws std::invalid_argument for words that can't be understood.
 ExportWishes exportWishes(const Lines& words);
 
-/// Reads the words behind `.scan`. @throws std::invalid_argument for words that can't be understood.
+/// Reads the words after `.scan`. @throws std::invalid_argument for words that can't be understood.
 ScanWishes scanWishes(const Lines& words);
 
 /// The values of `--format` when importing.

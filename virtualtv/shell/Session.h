@@ -36,9 +36,8 @@ class Session {
   Session(device::Device& device, std::string name, const FileAccess& files);
 
   /// Runs an input line, with or without `>` before it: `NAME p1..p4` calls the plug-in, `+ NAME p1...` calls it with a
-  /// parameter list, `.NAME ...` speaks to the set. Nothing but `Stopped` escapes: what goes wrong is a line
-  /// `error: ...`.
-  /// @return what it prints; none of the lines could be taken for an input, a comment or a blank line.
+  /// parameter list, `.NAME ...` controls the set. Only `Stopped` is thrown; other errors become a line `error: ...`.
+  /// @return the output; no line of it can be read as an input, a comment or a blank line.
   Lines run(std::string_view input);
 
   /// Something that a transcript must not have: an unknown operation, or a fault that is never hit.
@@ -67,8 +66,8 @@ class Session {
   /// Runs a plug-in command as `device::Session::execute` does. On too many parameters, the error says how to pass them
   /// if the command takes a list.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
-  /// The last command that ran, whatever its source, as one would type it. Empty when none has run yet, or when the
-  /// device no longer holds it.
+  /// The last command that ran, from any source, in the form in which it is typed. Empty when none has run yet, or when
+  /// the device no longer holds it.
   const std::string& lastCommand();
   const device::Deed& lastDeed();
   bool trace = false;       ///< print the calls of each step

@@ -19,7 +19,7 @@ struct Step {
 };
 
 struct Transcript {
-  bool marked = false;  ///< a byte order mark stands before the first line
+  bool marked = false;  ///< a byte order mark precedes the first line
   Lines opening;        ///< comments and blank lines before the first input
   std::vector<Step> steps;
 };

@@ -13,9 +13,9 @@ class SideFile {
   explicit SideFile(std::string name) : name_(std::move(name)) {}
 
   const std::string& name() const { return name_; }
-  /// @param found  receives whether the file exists, even if it is empty or unreadable for this process.
+  /// @param found  set to true if the file exists, even if it is empty or this process can't read it.
   int find(bool& found) const;
-  /// @param found  receives whether the file exists and is not empty.
+  /// @param found  set to true if the file exists and is not empty.
   int findContent(bool& found) const;
   /// Creates the file, empty, unless it exists. The file and its directory entry are on disk when this returns.
   int make() const;

@@ -11,7 +11,7 @@ namespace virtualtv {
 /// writes only; the commit of the outermost one writes to disk.
 class Transaction {
  public:
-  /// @param action  what it does, as for `Statement`. @throws StoreError.
+  /// @param action  description of the action, as for `Statement`. @throws StoreError.
   Transaction(Database& database, std::string action);
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;

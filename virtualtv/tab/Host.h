@@ -23,7 +23,7 @@ extern "C" {
 EMP_HOST(send) void emp_host_send(int client, const char* text, std::size_t size);
 /// Sends the reply to a post; empty for no reply.
 EMP_HOST(answer) void emp_host_answer(int call, const char* text, std::size_t size);
-/// Asks the script to call `emp_elapse` after a time, from its event loop. @param isAwaited  whether a client waits for
+/// Asks the script to call `emp_elapse` after a time, from its event loop. @param isAwaited  true if a client waits for
 /// the outcome.
 EMP_HOST(after) void emp_host_after(double milliseconds, int timer, int isAwaited);
 /// Reports what the set could not read or persist, in a line for a person.

@@ -50,7 +50,7 @@ inline bool isUtf8(std::string_view bytes) {
   return utf8Front(bytes).size() == bytes.size();
 }
 
-/// The bytes, with U+FFFD in place of each that is not UTF-8.
+/// The text of the bytes, with U+FFFD for each byte that is not UTF-8.
 std::string wellFormed(std::string_view bytes);
 
 /// True when `bytes` are valid UTF-8 without control characters.

@@ -7,8 +7,8 @@
 
 namespace virtualtv::text {
 
-/// The given name does not exist. The message says only that, since where the names are listed depends on how the user
-/// reaches the set.
+/// The given name does not exist. The message does not say where the names are listed, since that depends on the user's
+/// interface.
 class UnknownName : public std::invalid_argument {
  public:
   /// @param kind  what is listed, in the plural: "operations".

@@ -12,7 +12,7 @@
 #include "support/allocation/Allocations.h"
 #include "support/bench/Bench.h"
 
-/// Runs the plug-in again and again, with another allocation failing each time.
+/// Runs the plug-in repeatedly, with another allocation failing each time.
 namespace proof {
 
 /// A command with its parameters.

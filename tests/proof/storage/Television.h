@@ -34,7 +34,7 @@ struct Outcome {
 /// A set with the plug-in on it, on a state directory whose database lies on the disk in memory.
 class Television {
  public:
-  /// Switches it on. @throws StoreError when the state can't be had.
+  /// Switches the set on. @throws StoreError when the state can't be read.
   explicit Television(const std::filesystem::path& directory);
 
   /// Runs a line of the shell's.
@@ -55,10 +55,10 @@ class Television {
   notify::Subscription subscription_;
 };
 
-/// Switches a set on only to see what it has persisted.
+/// Switches a set on only to read what it has persisted.
 Content contentOn(const std::filesystem::path& directory);
 
-/// What SQLite finds wrong with the database files of an image, which is put on the disk; empty when nothing.
+/// Puts an image on the disk. @return SQLite's findings about damage in its database files; empty when there are none.
 std::string damageOn(const Image& image);
 
 }  // namespace virtualtv::proof

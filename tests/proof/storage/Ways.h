@@ -29,21 +29,21 @@ inline constexpr Way ways[] = {
     {"everything", Access::any, SQLITE_IOERR},
 };
 
-/// How many accesses of each kind there were since the disk began to count.
+/// The number of accesses of each kind since the disk began to count.
 inline std::map<Access, std::uint64_t> countAll() {
   std::map<Access, std::uint64_t> counts;
   for (const Way& way : ways) counts[way.access] = Disk::instance().count(way.access);
   return counts;
 }
 
-/// Which accesses are made to fail: all, or a share that a seed chooses.
+/// Chooses the accesses to fail: all, or a share chosen by a seed.
 class Choice {
  public:
   /// @param every  takes only every n-th access, starting with one of the first n.
   Choice(std::uint64_t every, std::uint32_t seed) : every_(every), random_(seed) {}
 
   std::uint64_t every() const { return every_; }
-  /// The first one. @param count  how many there are, from 1 on.
+  /// The number of the first access to fail. @param count  number of accesses, at least 1.
   std::uint64_t first(std::uint64_t count) { return 1 + random_() % std::min(every_, count); }
 
  private:
@@ -51,8 +51,8 @@ class Choice {
   std::mt19937 random_;
 };
 
-/// Calls `run` for each way, each n up to what `count` says there are of its accesses, and for failing once and from
-/// then on, with the fault and its name.
+/// Calls `run` with each fault and its name: for each way to fail, for each number up to the result of `count`, failing
+/// once and permanently.
 inline void forEachFault(Choice& choice, const std::function<std::uint64_t(Access)>& count,
                          const std::function<void(const Fault&, const std::string&)>& run) {
   for (const Way& way : ways) {

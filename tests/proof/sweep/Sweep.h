@@ -10,12 +10,12 @@
 
 namespace sweep {
 
-/// Which faults come two at a time.
+/// Which pairs of faults to try.
 enum class Pairs { none, some, all };
 
-/// What was done and found.
+/// The counts of a sweep.
 struct Figures {
-  std::uint64_t commands = 0;    ///< in their contexts
+  std::uint64_t commands = 0;    ///< commands in their contexts
   std::uint64_t runs = 0;        ///< runs under one or two faults that all hit a call
   std::uint64_t deviations = 0;  ///< runs with an unexpected result
 };
@@ -28,7 +28,7 @@ class Sweep {
   /// @param reports  how many deviations are reported; all are counted.
   explicit Sweep(std::size_t reports) : mostReports_(reports) {}
 
-  /// Sweeps a command at a context. @param pairs  which faults also come together, where it makes up to 12 calls.
+  /// Sweeps a command at a context. @param pairs  which pairs of faults to try, if the command makes up to 12 calls.
   void command(const Context& context, const std::string& line, Pairs pairs);
 
   const Figures& figures() const { return figures_; }
@@ -44,7 +44,7 @@ class Sweep {
   void rewind();
   /// @return the calls of the command under these faults.
   Calls inject(const Faults& faults);
-  /// @param calls  those that the command makes under the first fault.
+  /// @param calls  the calls of the command under the first fault.
   void sweepPairs(std::size_t position, const std::string& first, const Calls& calls, Pairs pairs);
   void note(const Faults& faults, const std::string& details);
 
@@ -52,8 +52,8 @@ class Sweep {
   comparison::Pair pair_;
   Context context_;
   std::string line_;
-  model::Set set_;        ///< when the command comes
-  model::Engine engine_;  ///< likewise
+  model::Set set_;        ///< before the command
+  model::Engine engine_;  ///< before the command
   Figures figures_;
   std::vector<std::string> reports_;
 };

@@ -25,7 +25,7 @@ struct Outcome {
   bool written = false;                              ///< the engine wrote the return string
   std::optional<virtualtv::framework::Reply> reply;  ///< what it wrote, decoded; nothing if it is not a reply
 
-  /// Accepted, with this number as reply.
+  /// True when the command was accepted with this number as reply.
   bool isNumber(int number) const;
   /// As a transcript shows it.
   std::string shown() const;
@@ -33,8 +33,8 @@ struct Outcome {
 
 class Bench {
  public:
-  /// @param services  those of the set; the embedded ones when there are none.
-  /// @param directory  where it keeps them; in memory when it is empty.
+  /// @param services  the set's services; the embedded ones when empty.
+  /// @param directory  directory for its state; in memory when empty.
   explicit Bench(std::vector<virtualtv::Service> services = {}, const std::filesystem::path& directory = {});
 
   /// Resets to the initial set without open engines. This is much faster than creating another bench.
@@ -50,7 +50,7 @@ class Bench {
   /// Stops rendering log messages.
   void logNoMore() { log_.end(); }
 
-  /// Opens the engine that commands go to. @return false when it can't be made.
+  /// Opens the engine for commands. @return false when it can't be created.
   bool open();
   bool close();
 

@@ -26,14 +26,14 @@ namespace comparison {
 
 using Script = std::vector<std::string>;
 
-/// How much is compared after a line. Answers, calls and the set's state always are.
+/// How much to compare after a line. Answers, calls and the set's state are always compared.
 enum class Depth {
   state,     ///< only these
   settings,  ///< the settings keys as well
   services,  ///< also the lists of services, which takes long
 };
 
-/// What can differ beside the reply.
+/// The parts that can differ, besides the reply.
 struct Parts {
   bool calls = false;
   bool state = false;
@@ -41,7 +41,7 @@ struct Parts {
   bool services = false;  ///< lists of services
 };
 
-/// The plug-in on a set of its own, and the model of both. There is one at a time.
+/// The plug-in on a separate set, and the model of both. There is one at a time.
 class Pair {
  public:
   Pair();
@@ -114,12 +114,12 @@ using Replies = std::map<std::string, std::set<std::string>>;
 /// @return the first difference, nothing when there is none.
 std::optional<Difference> compare(Pair& pair, const Script& script, Replies* replies = nullptr,
                                   const std::function<void(model::World&)>& spoil = {});
-/// The same on a pair made for it.
+/// The same with a temporary pair.
 std::optional<Difference> compare(const Script& script, Replies* replies = nullptr,
                                   const std::function<void(model::World&)>& spoil = {});
 
-/// Drops lines from a script for as long as `fails` holds for what is left. @return a script from which no single line
-/// can be dropped any more.
+/// Removes lines from a script as long as `fails` holds for the rest. @return a script from which no single line can be
+/// removed.
 Script shrunk(Script script, const std::function<bool(const Script&)>& fails);
 
 }  // namespace comparison

@@ -97,8 +97,8 @@ void choose(const Fault& fault, const seam::Out<Records>& output);
 
 }  // namespace detail
 
-/// Makes a call that answers a number. @param values  made by `args`; @param body  carries out the call and returns the
-/// result. @throws Thrown when a fault says so.
+/// Makes a call that returns a number. @param values  created by `args`; @param body  carries out the call and returns
+/// the result. @throws Thrown when a fault says so.
 template <typename Values, typename Body>
 int call(Calls& calls, const Operation& operation, const Interface& interface, const Values& values, Body body) {
   std::string arguments;
@@ -119,7 +119,7 @@ int call(Calls& calls, const Operation& operation, const Interface& interface, c
 }
 
 /// Makes a call of a factory. @param profile  1 for the main window, 101 for picture-in-picture; none for a factory
-/// that takes none. @return what it made, none when it failed.
+/// that takes none. @return the created interface; none on failure.
 Interface make(Calls& calls, const Operation& factory, std::optional<int> profile = std::nullopt);
 
 }  // namespace model

@@ -8,20 +8,20 @@
 /// The numbers of web applications ("PL") and those of the TV service ("TC"), as the model knows them.
 namespace model {
 
-/// A web application's source to the TV service's: -1 for one that has no counterpart, 0 for an unknown one.
+/// Converts an application's source to the TV service's: -1 if it has no counterpart, 0 if it is unknown.
 int sourceToTc(int pl);
-/// The other way round. Both -1 and a source that the TV service does not know have none: 1 and 0.
+/// Converts a source of the TV service to an application's: 1 for -1, 0 for an unknown source.
 int sourceToPl(int tc);
 
 int channelTypeToTc(int pl);
 int channelTypeToPl(int tc);
-/// The TV service's modulation to the web applications' tune mode.
+/// Converts the TV service's modulation to the applications' tune mode.
 int modulationToPl(int tc);
 
-/// A TV mode as one number. @param serviceMode  asked where the number names an antenna alone.
+/// Converts a TV mode from one number. @param serviceMode  called if the number names only an antenna.
 virtualtv::TvMode modeToTc(int pl, const std::function<int()>& serviceMode);
 int modeToPl(virtualtv::TvMode mode);
-/// The service mode that a country has.
+/// The service mode of a country.
 int serviceModeOf(int country);
 
 }  // namespace model

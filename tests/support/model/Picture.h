@@ -25,7 +25,7 @@ unsigned linesPerSecond(const Picture& picture);
 /// Places a plane and removes its crop. @return false for an empty rectangle.
 bool place(Set& set, WindowId window, const Rect& rect);
 void placeDefault(Set& set, WindowId window);
-/// @return false where one of the rectangles is empty.
+/// @return false if one of the rectangles is empty.
 bool crop(Set& set, WindowId window, const Crop& crop);
 /// The crop, or the whole picture in its plane; nothing when there is neither a crop nor a picture.
 std::optional<Crop> cropOn(const Set& set, WindowId window);

@@ -22,7 +22,7 @@ struct Platform {
   Set& set;
   Calls& calls;
 
-  // Settings, facts of the set, applications.
+  // Settings, system information, applications.
 
   int getInt(const std::string& key, int& value) const;
   int setInt(const std::string& key, int value) const;
@@ -30,7 +30,7 @@ struct Platform {
   int setText(const std::string& key, const std::string& value) const;
   int region(int& value) const;
   int country(int& value) const;
-  /// @param type  1 for the application's id, 2 for the widget's. @param info  which it has.
+  /// @param type  1 for the application's id, 2 for the widget's. @param info  the id.
   std::string appInfo(int type, const std::string& info) const;
 
   // Sources.
@@ -61,7 +61,7 @@ struct Platform {
   int getStartService(Interface navigation, unsigned long long& serviceId, int& source) const;
   int getSignalStrength(Interface tuner, unsigned char& strength) const;
   int lookupTransponder(Interface satellite, const TSTransponder& transponder, unsigned short& result) const;
-  /// @param modeFirst  whether the TV mode comes before the navigation mode.
+  /// @param modeFirst  true if the TV mode comes before the navigation mode.
   int getNavigationCriteria(TSTvMode mode, TCCriteriaHelper& criteria, bool modeFirst = false) const;
   int getOptimumCriteria(std::uint16_t major, std::uint16_t minor, TCCriteriaHelper& criteria) const;
 
@@ -92,7 +92,7 @@ struct Platform {
 
   // The manager of the secondary stack.
 
-  /// @return whether there is one.
+  /// @return true if there is a manager.
   bool getInstance() const;
   void destroyInstance() const;
   int getTotalNumOfAudio(unsigned& count) const;
@@ -107,7 +107,7 @@ struct Platform {
   int getVideoResolution(unsigned& width, unsigned& height) const;
 };
 
-/// The window that an interface acts on.
+/// The window of an interface.
 WindowId windowOf(Interface interface);
 
 /// Evaluates criteria on plain lists.

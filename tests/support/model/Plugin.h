@@ -119,7 +119,7 @@ std::optional<int> currentSource(const Command& command);
 bool record(const Command& command, int source, int previous);
 /// Seeds the source keys with what the main window shows. @return false when that stops early.
 bool seedSources(const Command& command);
-/// Whether the platform notes that the ISP source is on screen.
+/// True when the platform's settings say that the ISP source is on screen.
 bool showsIsp(const Command& command);
 /// The application's id, or the text for an unknown one. @throws Thrown
 std::string application(const Command& command);

@@ -16,7 +16,7 @@ namespace broadcast_tests {
 
 using Blob = std::vector<std::uint8_t>;
 
-/// Appends the last to the first.
+/// Appends the second operand to the first.
 Blob operator+(Blob front, const Blob& back);
 /// A number of that many bytes, the most significant one first.
 Blob number(std::uint64_t value, int bytes);
@@ -52,7 +52,7 @@ Blob language(const std::string& letters, int type);
 /// A builder for a transport stream.
 class Stream {
  public:
-  /// @param before, behind  bytes in front of each packet and behind it.
+  /// @param before, behind  number of bytes before and after each packet.
   explicit Stream(std::size_t before = 0, std::size_t behind = 0) : before_(before), behind_(behind) {}
 
   /// Appends the packets of a section.
@@ -74,7 +74,7 @@ class Stream {
 /// A television service with a picture and sound in English, program 1 of stream 2 in network 3.
 Stream oneService();
 
-/// @param block  how many bytes the scanner gets at a time; 0 for all.
+/// @param block  number of bytes passed to the scanner at a time; 0 for all.
 virtualtv::broadcast::Scan scan(const Blob& bytes, std::size_t block = 0);
 /// The only service of a scan without problems. Fails the test when there are others or problems.
 virtualtv::broadcast::FoundService only(const Blob& bytes);

@@ -27,7 +27,7 @@ struct VdrLine {
   std::string stream = "1089";
   std::string radio = "0";
 
-  std::string text() const;  ///< with a line break behind it
+  std::string text() const;  ///< followed by a line break
 };
 
 /// A terrestrial and a cable line of that list.
@@ -58,7 +58,7 @@ virtualtv::Service told(virtualtv::Service service);
 std::vector<std::string> problems(const virtualtv::import::Result& result);
 
 /// The problem of a list without services and with one problem, as in `problems`. Otherwise fails the test and returns
-/// what there is.
+/// the actual result.
 std::string problemOf(const char* format, const std::string& content);
 
 /// The reason why a list of this one line has no service. Fails the test when it has one.
@@ -67,7 +67,7 @@ std::string reason(const VdrLine& line);
 std::optional<std::uint64_t> number(const virtualtv::Service& service, int field);
 std::u16string name(const virtualtv::Service& service);
 
-/// One field of every service; 0 where it is absent.
+/// One field of every service; 0 if it is absent.
 std::vector<std::uint64_t> column(const virtualtv::import::Result& result, int field);
 
 /// A language as the TV service writes it.

@@ -19,13 +19,13 @@ std::string film();
 std::string outputOf(const std::string& program, const std::vector<std::string>& arguments);
 /// A line `codec_name|width|height` of each track of a stream of MP4, as `ffprobe` says.
 std::string tracksOf(const std::string& mp4);
-/// How long it is, in seconds.
+/// The duration of a stream in seconds.
 double lengthOf(const std::string& mp4);
-/// The share of a tone in its sound.
+/// The share of a tone in the sound of a stream.
 double toneIn(const std::string& mp4, double frequency);
-/// How bright a place of its tenth picture is, as a byte.
+/// The brightness of a pixel in the tenth picture of a stream, as a byte.
 std::string pixelIn(const std::string& mp4, int x, int y);
-/// How often a text stands in another one.
+/// The number of occurrences of a text in another one.
 std::size_t countOf(const std::string& wanted, const std::string& text);
 
 /// A client that watches a window.

@@ -14,7 +14,7 @@
 
 namespace virtualtv::net {
 
-/// A server on a port of its own, with a set in memory, on a thread of its own.
+/// A server on a separate port and thread, with a set in memory.
 class Served {
  public:
   explicit Served(Options options = {});
@@ -25,7 +25,7 @@ class Served {
 
   unsigned short port() const { return port_; }
   std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
-  /// Makes it end, as a signal would.
+  /// Ends the server like a signal.
   void end();
   /// Waits until it has ended.
   void wait();

@@ -51,7 +51,7 @@ class Wire {
   /// Breaks the connection with an error for the other side.
   void reset();
 
-  /// The next bytes, fewer where the connection ends.
+  /// The next bytes; fewer if the connection ends.
   std::string read(std::size_t count);
   /// Everything up to and including a text.
   std::string readUntil(std::string_view end);
@@ -77,7 +77,7 @@ class Wire {
   /// Sends a frame, masked as clients must.
   void sendFrame(int first, std::string_view payload);
   Frame frame();
-  /// Sends a message, reads the next one.
+  /// Sends a message, and reads the next one.
   std::string call(const std::string& message);
 
  private:
@@ -87,7 +87,7 @@ class Wire {
   std::string unread_;
 };
 
-/// A frame's bytes. @param masked  as clients must have it.
+/// A frame's bytes. @param masked  true for frames of clients.
 std::string bytesOf(int first, std::string_view payload, bool masked = true);
 
 /// A request of JSON-RPC. @param parameters  a JSON text.

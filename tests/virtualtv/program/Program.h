@@ -26,7 +26,7 @@ int lineCount(const std::string& text);
 /// Expects that a run failed, with one line of the program on standard error that contains all these texts.
 void expectError(const Ending& run, const std::vector<std::string>& mentioned);
 
-/// Starts the program, `emp-window`, with a state directory of its own.
+/// Starts the program, `emp-window`, with a separate state directory.
 class ProgramTest : public ::testing::Test {
  protected:
   /// Runs it to its end. @param input  its standard input.
@@ -36,7 +36,7 @@ class ProgramTest : public ::testing::Test {
   /// Runs it with these environment variables, and no own state directory.
   Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
 
-  /// Runs it with its standard output on a disk that is full.
+  /// Runs it with its standard output on a full disk.
   Ending runOnFullDisk(const std::vector<std::string>& arguments, const std::string& input);
   /// Runs it with its standard streams of these numbers closed.
   Ending runWithout(const std::vector<int>& streams, std::vector<std::string> arguments);
@@ -51,14 +51,14 @@ class ProgramTest : public ::testing::Test {
 /// The program while it runs beside the test, with pipes to its standard streams.
 class Running {
  public:
-  /// @param prepare  is called in the new process.
+  /// @param prepare  called in the new process.
   explicit Running(
       const std::vector<std::string>& arguments, const std::function<void()>& prepare = [] {});
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
   ~Running();
 
-  /// The next line that it prints; empty where it ends before.
+  /// The next line of its output; empty if it ends before.
   std::string line();
   void send(int signal) const;
   /// Ends its standard input.
@@ -74,11 +74,11 @@ class Running {
   std::string unread_;
 };
 
-/// The program on a terminal of its own, as a person has it.
+/// The program on a separate terminal, as for a person.
 class OnTerminal {
  public:
-  /// @param columns  its width in characters.
-  /// @param program  another one to run in its place.
+  /// @param columns  width of the terminal in characters.
+  /// @param program  another program to run instead.
   explicit OnTerminal(const std::vector<std::string>& arguments, unsigned short columns = 200,
                       const std::string& program = EMP_WINDOW);
   OnTerminal(const OnTerminal&) = delete;

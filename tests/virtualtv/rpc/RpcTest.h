@@ -94,9 +94,9 @@ class RpcTest : public ::testing::Test {
   Options completed(Options options);
 };
 
-/// A text as JSON; fails the test where it is none.
+/// Parses a text as JSON; fails the test if it is not JSON.
 Json::Value json(const std::string& text);
-/// The code of a response, 0 where it has a result.
+/// The error code of a response, 0 if it has a result.
 int codeOf(const Json::Value& response);
 std::string reasonOf(const Json::Value& response);
 

@@ -18,7 +18,7 @@ inline TSTvMode modeOf(int antenna, int service) {
   return {static_cast<EAntennaMode>(antenna), static_cast<EServiceMode>(service)};
 }
 
-/// A store in memory, and the records that its lists made.
+/// A store in memory, and the records of its lists.
 struct MemoryStore {
   MemoryStore() = default;
   MemoryStore(const MemoryStore&) = delete;
@@ -31,7 +31,7 @@ struct MemoryStore {
 /// A service with an id, on antenna 0, with a name made of its id.
 Service serviceOf(std::uint64_t id, int major, int minor = 0);
 
-/// The fields of a record in their order, as in `12=7 16="News"`. Other units than printable ASCII are \uNNNN.
+/// The fields of a record in their order, as in `12=7 16="News"`. Units other than printable ASCII are written \uNNNN.
 std::string describe(const TCServiceData& record);
 
 /// Criteria made in one expression.
@@ -42,9 +42,9 @@ struct Criteria : TCCriteriaHelper {
   Criteria& orderBy(int field, int order = SORT_ASCENDING);
 };
 
-/// What a list answers, each record described.
+/// The result of a list query, with each record described.
 std::vector<std::string> listOf(ServiceStore& store, const TCCriteriaHelper& criteria, const TSTvMode& mode = anyMode);
-/// What other queries answer, "none" when they find nothing.
+/// The results of other queries; "none" when they find nothing.
 std::string firstOf(ServiceStore& store, const TCCriteriaHelper& criteria, const TSTvMode& mode = anyMode);
 std::string nextOf(ServiceStore& store, const TCCriteriaHelper& criteria, std::uint64_t id, bool skipLocked = false,
                    const TSTvMode& mode = anyMode);

@@ -25,7 +25,7 @@
 /// A set in memory and the interfaces that control it, without the plug-in.
 namespace virtualtv::test {
 
-/// Sources of the set that is built in.
+/// Sources of the built-in set.
 enum : int { antennaInput = 0, avInput = 1, hdmi1 = 13, hdmi2 = 14, hdmi3 = 15 };
 
 /// The profile by which a client requests a window's interfaces.

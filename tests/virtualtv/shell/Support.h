@@ -39,7 +39,7 @@ class SessionTest : public ::testing::Test {
   SessionTest() { session.emplace(television.device, folder.path()); }
   ~SessionTest() override { session.reset(); }
 
-  /// What an input prints, with line breaks between the lines.
+  /// The output of an input, with line breaks between the lines.
   std::string run(std::string_view input);
   /// The same as lines.
   Lines lines(std::string_view input) { return session->run(input); }

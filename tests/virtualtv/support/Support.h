@@ -30,7 +30,7 @@ void write(const std::filesystem::path& file, const std::string& content);
 /// Overwrites part of a file.
 void overwrite(const std::filesystem::path& file, std::size_t position, const std::string& content);
 
-/// The first column of the first row that a query answers, as text; empty when there is none.
+/// The first column of the first row of a query's result, as text; empty when there is no row.
 std::string answerOf(Database& database, const char* query);
 
 /// Runs `body` in a separate process, which ends without any clean-up, as if killed. @return the result of `body`, or
@@ -43,7 +43,7 @@ std::string inChildWithoutPrivileges(const std::function<std::string()>& body);
 /// Limits all files to `size` bytes from here on. Only for use in a child.
 void limitFileSize(std::size_t size);
 
-/// Text of the `StoreError` that `body` throws, empty when it throws none.
+/// The text of the `StoreError` that `body` throws; empty when it throws none.
 template <typename Body>
 std::string failureOf(Body&& body) {
   try {

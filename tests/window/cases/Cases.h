@@ -32,22 +32,22 @@ struct Case {
   std::string file;
   std::vector<virtualtv::shell::Step> steps;  ///< from `.reset` to the command itself, one at least
 
-  /// Where its command stands: "sources.txt:7".
+  /// The place of its command, as in "sources.txt:7".
   std::string place() const;
 };
 
 /// Reads the cases of a transcript.
-/// @param file  stands before the line number in errors.
-/// @throws std::runtime_error `FILE:LINE: REASON` for what is no transcript of cases.
+/// @param file  name in error messages.
+/// @throws std::runtime_error `FILE:LINE: REASON` for an invalid transcript.
 std::vector<Case> readCases(const std::string& file, std::string_view content);
 
 /// The result of a failed operation.
 struct Results {
   std::set<int> numbers;
-  bool others = false;  ///< any other number, too
+  bool others = false;  ///< any other number is a failure too
 };
 
-/// Reads the table of results, by command. @throws std::runtime_error `LINE: REASON` for a line that is none of it.
+/// Reads the table of results, by command. @throws std::runtime_error `LINE: REASON` for an invalid line.
 std::map<std::string, Results> readResults(std::string_view content);
 
 }  // namespace cases

@@ -15,9 +15,9 @@ namespace cases {
 struct Seen {
   Lines words;                ///< of the case's command: its name and parameters
   Lines reply;                ///< what the command printed
-  std::optional<int> finish;  ///< the result that its finish line told
-  Lines calls;                ///< those of the command itself, not of the engine that it opened
-  Lines complaints;           ///< what did not print as expected, and what a transcript must not have
+  std::optional<int> finish;  ///< the result in its finish line
+  Lines calls;                ///< calls of the command itself, not of opening its engine
+  Lines complaints;           ///< unexpected output, and findings that fail a transcript
 
   std::optional<int> number() const;  ///< the number replied, if it was one
   /// True when the command did the same to the set, with the same outcome.

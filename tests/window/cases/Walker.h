@@ -17,14 +17,13 @@ namespace cases {
 /// requirements.
 class Walker {
  public:
-  /// @param catalogue  outlives it.
+  /// @param catalogue  must outlive this object.
   Walker(const virtualtv::Catalogue& catalogue, std::map<std::string, Results> results);
 
-  /// Runs the cases of a row. @return a line on each thing that is wrong, with the command's name or with file and
-  /// line.
+  /// Runs the cases of a row. @return a line for each error, with the command's name or with file and line.
   Lines walk(const kel::Command& row, const std::vector<Case>& cases);
 
-  /// A line on each case and each line of results whose command is not in the table.
+  /// A line for each case and each line of results whose command is not in the table.
   Lines strays(const std::vector<Case>& cases) const;
 
  private:

@@ -25,7 +25,7 @@ enum class Reading {
   name,        ///< a text
 };
 
-/// The position that the queries of the indexed family ask for.
+/// The position used by the queries of the indexed family.
 inline constexpr int position = 1;
 
 /// The outputs of a query. They start with values that no query returns.
@@ -45,7 +45,7 @@ struct FieldQuery {
   Family family;
   Reading reading;
   int field;
-  std::string null;  ///< what is logged about a null output
+  std::string null;  ///< log message for a null output
   /// The lines logged at the end, separated by line breaks: `%1` is the number as read, `%2` the number returned.
   std::string end;
   /// Calls the worker; without an output, with a null pointer.
@@ -58,21 +58,21 @@ struct FieldQuery {
 
 const std::vector<FieldQuery>& fieldQueries();
 
-// What is logged.
+// Log messages.
 
 /// Level of the messages of a family's failures and ends.
 int levelOf(Family family);
 /// A message of the query, with its prefix.
 std::string message(const FieldQuery& query, const std::string& text);
-/// What is logged before the output is checked.
+/// The messages before the output is checked.
 Lines begin(const FieldQuery& query);
-/// What the lookup logs when it finds a channel with this id, as text, and major number.
+/// The messages of a lookup that finds a channel with this id, as text, and major number.
 Lines lookup(const FieldQuery& query, const std::string& id, const std::string& major);
-/// What is logged about a null output.
+/// The messages for a null output.
 Lines nullOutput(const FieldQuery& query);
-/// What is logged when there is no channel, without what the lookup logs.
+/// The messages when there is no channel, without those of the lookup.
 Lines noChannel(const FieldQuery& query);
-/// What is logged after the lookup when a number was read.
+/// The messages after the lookup when a number was read.
 Lines end(const FieldQuery& query, const std::string& id, int read, int answered);
 
 /// A set and a worker whose channel of each family holds the same record.

@@ -39,7 +39,8 @@ class PictureTest : public SetTest {
   // outputs unchanged.
 
   static std::string rect(WindowId on = WindowId::main);
-  static std::string cropped(WindowId on = WindowId::main);  ///< the part of the picture and where it is shown
+  static std::string cropped(
+      WindowId on = WindowId::main);  ///< the part of the picture and its rectangle on the screen
   static std::string active(WindowId on = WindowId::main);
   static std::optional<Told> resolution(WindowId on = WindowId::main);
 

@@ -14,7 +14,7 @@ class RandomSet {
 
   /// Imports services, edits them, sets settings keys, turns knobs and carries out other verbs.
   void use(Tv& tv);
-  /// One of these.
+  /// Carries out one of these actions.
   void step(Tv& tv);
 
  private:

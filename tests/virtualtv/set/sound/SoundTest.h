@@ -20,7 +20,7 @@ class SoundTest : public SetTest {
   static std::string currentAudio(WindowId on = WindowId::main);  ///< position and language, as in "0 eng"
   static std::string subtitleSize(std::uint64_t service);
   static std::string subtitle(std::uint64_t service, int position);  ///< PID, language and type, as in "259:eng:0"
-  static std::string currentSubtitle(WindowId on = WindowId::main);  ///< likewise; "-1" where none is in use
+  static std::string currentSubtitle(WindowId on = WindowId::main);  ///< likewise; "-1" if none is in use
   static std::string favourites(std::uint64_t service);              ///< as in "1=1,12=0"
 
   // Selections of a client. They return the results of the interfaces.
@@ -30,7 +30,7 @@ class SoundTest : public SetTest {
   static int favour(std::uint64_t service, bool member, int group);
 };
 
-/// A language code as its three letters, or as a number where it has none.
+/// A language code as three letters, or as a number if it has no letters.
 std::string languageText(std::int64_t code);
 
 }  // namespace virtualtv::test
