@@ -1,6 +1,6 @@
 #!/bin/sh
-# What CI runs for the app: the transcripts, with a report for machines, then the tests. It needs Node 18 or later, Chromium, and
-# emp-window on the path or where EMP_WINDOW says.
+# The CI of the app: runs the transcripts, with a machine-readable report, then the tests. It needs Node 18 or later,
+# Chromium, and emp-window, either in the PATH or at the path in EMP_WINDOW.
 # SPDX-License-Identifier: MIT
 set -eu
 cd "$(dirname "$0")"

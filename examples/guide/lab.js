@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// node lab.js REPORT ADDRESS... -- TRANSCRIPT...: runs transcripts on the sets of a lab at once, each on the next set that is free,
-// and writes a report in JUnit's XML. A set is left as it was. The status is 1 if a transcript failed.
+// node lab.js REPORT ADDRESS... -- TRANSCRIPT...: runs transcripts on the sets of a lab in parallel, each on the next
+// free set, and writes a report in JUnit's XML format. Each set is restored afterwards. The status is 1 if a transcript
+// failed.
 import {readFile, writeFile} from 'node:fs/promises'
 import {basename} from 'node:path'
 import {connect} from 'emp-window'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who gets in, as a real browser sees it: pages of other origins, frames without one, names that were bound anew.
+// Access control in a real browser: pages of other origins, frames without an origin, rebound names.
 import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
@@ -9,7 +9,7 @@ import {connect} from '../../virtualtv/console/client/client.js'
 import {page, site, useBrowser} from './support/browser.js'
 import {serve} from './support/server.js'
 
-const ends = []  // what ends what the test has started
+const ends = []  // functions that end the test's servers
 useBrowser()
 afterEach(async () => {
   for (const end of ends.splice(0)) await end()
@@ -17,7 +17,7 @@ afterEach(async () => {
 
 const turn = JSON.stringify({jsonrpc: '2.0', id: 1, method: 'tv.set', params: {name: 'main.source', value: 13}})
 
-/** A server that lets those in whom the options say, and what its set's source is. */
+/** Starts a server with these options. */
 async function serving(...options) {
   const token = options.includes('--token') ? 's3cret' : undefined
   const server = await serve({options})

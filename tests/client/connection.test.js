@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls, events and reconnects against a server whose every answer the test decides.
+// Calls, events and reconnects with a server whose answers are scripted.
 import assert from 'node:assert/strict'
 import {afterEach, beforeEach, test} from 'node:test'
 import {EmpConnectionError, EmpRpcError, connect} from '../../virtualtv/console/client/client.js'

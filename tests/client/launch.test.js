@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A TV of a test's own: what it starts with, and that it ends.
+// Tests `launch`: how the TV starts, and that it ends.
 import assert from 'node:assert/strict'
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'
@@ -27,7 +27,7 @@ function isRunning(pid) {
   }
 }
 
-/** A program that does what a shell says. */
+/** A program written as a shell script. */
 async function fake(name, script) {
   const path = join(directory, name)
   await writeFile(path, `#!/bin/sh\n${script}\n`)

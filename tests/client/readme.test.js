@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The examples of the client's README that have a server, run as they stand there but for its address. tests/tab runs the others.
+// Runs the examples of the client's README that use a server, unchanged except for its address. tests/tab runs the
+// others.
 import assert from 'node:assert/strict'
 import {cp, mkdir, mkdtemp, readFile, rm, symlink, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
@@ -63,7 +64,7 @@ test('the test in Node passes', async () => {
 })
 
 test('the fixture for Playwright gives each test a TV, and ends it', async () => {
-  // In place of the test runner: keeps the fixtures, and runs them as that would.
+  // Replaces the test runner: records the fixtures, and runs them like the test runner.
   const runner = join(directory, 'node_modules', '@playwright', 'test')
   await mkdir(runner, {recursive: true})
   await writeFile(join(runner, 'package.json'), '{"type": "module", "exports": "./index.js"}')

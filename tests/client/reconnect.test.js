@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Connections to the real server that break at every point: no event lost or doubled, no call sent twice.
+// Connections to the real server that break at any point: no event may be lost or duplicated, and no call sent twice.
 import assert from 'node:assert/strict'
 import {after, before, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
@@ -32,8 +32,8 @@ after(async () => {
 let conversations = 0
 
 /**
- * A client behind a proxy listens to everything and runs commands, each with a parameter of its own, so that it can be
- * told later which of them ran.
+ * A client behind a proxy subscribes to everything and runs commands, each with a unique parameter, so that it can be
+ * checked later which of them ran.
  */
 async function converse(proxy) {
   const key = ++conversations * 1000

@@ -4,7 +4,7 @@ import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {junitReport, readTranscript, runTranscript, splitWords} from '../../virtualtv/console/client/transcript.js'
 
-/** A plug-in that answers from a table, and notes how it is called. */
+/** A plug-in that answers from a table and records its calls. */
 function plugin(answers, more = {}) {
   const calls = []
   return {calls, ...more, Execute: (...words) => {

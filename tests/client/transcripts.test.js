@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// All transcripts of the tree on a launched TV, and what they come to where only `Execute` is there.
+// Runs all transcripts of the tree on a launched TV, and on an object that has only `Execute`.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {launch} from '../../virtualtv/console/client/launch.js'

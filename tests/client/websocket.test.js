@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The WebSocket client for Node against another implementation, and against a peer that breaks the rules.
+// Tests the WebSocket client for Node with another implementation, and with a peer that violates the protocol.
 import assert from 'node:assert/strict'
 import {createHash} from 'node:crypto'
 import {once} from 'node:events'
@@ -28,7 +28,7 @@ const handshake = key => [
   'HTTP/1.1 101 Switching Protocols', 'Upgrade: websocket', 'Connection: keep-alive, Upgrade', `Sec-WebSocket-Accept: ${key}`]
 
 /**
- * A server that shakes hands and then does what it likes with the socket.
+ * A server that completes the handshake and then uses the socket freely.
  * @param head  lines of its answer  @param early  frames that come with it
  */
 async function serveRaw(onUpgrade, head = handshake, early = '') {
@@ -170,7 +170,7 @@ test('nobody listens, or not a WebSocket server: the error says so', async () =>
   await assert.rejects(opened(new NodeWebSocket(extension)), /does not shake hands/)
 })
 
-// What breaks the rules, and the close code that the peer gets for it.
+// Violations of the protocol, each with the close code that the peer receives.
 const violations = {
   'a masked frame': [[0x81, 0x81, 1, 2, 3, 4, 5], 1002],
   'a reserved bit': [[0xC1, 1, 0x61], 1002],

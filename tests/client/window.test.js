@@ -103,7 +103,7 @@ test('a server that is not there yet is told on the console, and found by a late
   assert.equal(warnings().length, 1)
 })
 
-/** Whether the error that a call throws says that the call may have run. */
+/** True if the error of a call says that the call may have run. */
 function sentBy(call) {
   try {
     call()
@@ -119,7 +119,7 @@ test('an error says whether the call may have run, in Node and in a page', async
   const breaker = await startBreaker()
   const page = new Page()
   context.after(() => [breaker.stop(), page.close()])
-  await page.load(`${server.address}/window.js`).catch(() => {})  // without a name it only defines
+  await page.load(`${server.address}/window.js`).catch(() => {})  // without a name it only defines its functions
   const inPage = page.run(`globalThis[Symbol.for('emp-window/2')].install({}, {address: '${breaker.address}', name: 'tvWindow'})`)
   const inNode = install({address: breaker.address})
   for (const tvWindow of [inNode, inPage]) {

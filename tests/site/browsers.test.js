@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The site on servers, in browsers and with apps as people have them.
+// The site on real servers, in real browsers and with real apps.
 import assert from 'node:assert/strict'
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'
@@ -56,7 +56,7 @@ test('a page that a person comes back to has the set that is kept', async () => 
   assert.equal((await ask(page, 'tv.state')).region, 2)
 })
 
-/** A site whose set runs in a browser that lacks something. @param lack  code that takes it away */
+/** Opens the site in a browser that lacks a feature. @param lack  code that removes the feature */
 async function openWithout(lack) {
   const site = copyOfSite()
   makeVersion(site, 'set/worker.js', text => `import './lack.js'\n${text}`, {'set/lack.js': lack})

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The set that a browser keeps for the site: what happens to it as tabs come and go.
+// The set that a browser stores for the site, while tabs are opened and closed.
 import assert from 'node:assert/strict'
 import {readFileSync} from 'node:fs'
 import {test} from 'node:test'
@@ -45,7 +45,7 @@ test('a set that is at work as its page is loaded anew comes back', async () => 
   assert.equal((await ask(page, 'tv.state')).region, 2)
 })
 
-/** Puts something in place of what is kept, and loads the page anew. */
+/** Replaces the stored data, and reloads the page. */
 async function spoil(page, record) {
   await page.evaluate(async value => {
     const open = indexedDB.open('emp-window')

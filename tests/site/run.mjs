@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// node run.mjs [FILE...]: runs the site's tests and those of the page, which run on the site then, or the files that are named.
-// Tests of the page that have no meaning on a site are skipped, and say why. EMP_WINDOW_SITE names the site's folder.
+// node run.mjs [FILE...]: runs the site's tests, and those of the page on the site, or only the named files. Tests of
+// the page that have no meaning on a site are skipped, and say why. EMP_WINDOW_SITE names the site's folder.
 import {readdirSync, statSync} from 'node:fs'
 import {basename, join, resolve} from 'node:path'
 import {run} from 'node:test'
@@ -15,7 +15,7 @@ const here = fileURLToPath(new URL('.', import.meta.url))
 /** The tests in a folder. */
 const tests = folder => readdirSync(folder).filter(name => name.endsWith('.test.js')).map(name => join(folder, name))
 
-/** Those of both folders, the long ones first, so that none of them is left over at the end. */
+/** The tests of both folders, the longest first, so that none of them runs alone at the end. */
 function all() {
   return [here, join(here, '../web')].flatMap(tests).map(file => ({file, size: statSync(file).size}))
     .sort((one, other) => other.size - one.size).map(({file}) => file)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What many TVs in memory leave behind: nothing.
+// Tests that closed TVs in memory leave nothing behind.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {useMany} from './support/many.js'

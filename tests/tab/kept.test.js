@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A TV that is kept in the browser: it is there again after a reload, one tab has it, and nothing that was there is lost.
+// A TV that is persisted in the browser: it survives a reload, only one tab can use it, and no stored data is lost.
 import assert from 'node:assert/strict'
 import {after, before, test} from 'node:test'
 import {newTab, page, useBrowser} from '../client/support/browser.js'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The module as the package has it: behind its start, without what only that needs.
+// The module in the package: in the state after its start, without the parts that only the start needs.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'
 import {test} from 'node:test'

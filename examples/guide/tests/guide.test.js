@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The app on a TV of the test's own, without a browser.
+// Tests the app on a separate TV, without a browser.
 import assert from 'node:assert/strict'
 import {afterEach, beforeEach, test} from 'node:test'
 import {installWindow} from 'emp-window'
@@ -29,7 +29,7 @@ test('it sees that somebody has chosen another input', async () => {
 test('it has an empty list while the set can not read its own', async () => {
   const fault = await tv.fault('IServiceNavigation::GetServiceList', {result: 0, times: 1})
   assert.deepEqual(channels(tvWindow), [])
-  assert.equal((await tv.faults()).find(({id}) => id === fault.id), undefined)  // hit, and gone
+  assert.equal((await tv.faults()).find(({id}) => id === fault.id), undefined)  // the fault was hit and removed
   assert.ok(channels(tvWindow).length > 0)
 })
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The app's page in a browser, on a TV of the test's own.
+// Tests the app's page in a browser, on a separate TV.
 import assert from 'node:assert/strict'
 import {once} from 'node:events'
 import {readFile} from 'node:fs/promises'
@@ -32,7 +32,7 @@ afterEach(async () => {
   await tv.close()
 })
 
-/** The app as a development server has it; but in place of a TV of its own, the page gets the one that the test can turn. */
+/** Serves the app like a development server, but gives the page the TV that the test controls. */
 async function serve(request, response) {
   const name = request.url === '/' ? 'index.html' : request.url.slice(1)
   const line = `document.write('<script src="${tv.address}/window.js?name=tvWindow"></script>')`

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A server on a thread of its own, for calls that the test's thread waits for. It opens sessions, refuses lines of the
-// shell with the status that they name, and breaks the connection on everything else.
+// A server on a separate thread, for calls that the test's thread waits for. It opens sessions, refuses lines of the
+// shell with the status in them, and breaks the connection on everything else.
 import {once} from 'node:events'
 import {Worker} from 'node:worker_threads'
 

@@ -9,12 +9,12 @@ import {endServers} from './server.js'
 const program = process.env.CHROMIUM ?? '/usr/bin/chromium'
 const patience = 60_000  // ms, on a machine that is busy with other tests
 
-/** What the tests of a file have once it has called `useBrowser`: a site, and each test a page of its own. */
+/** Objects for the tests of a file that has called `useBrowser`: a site, and a separate page for each test. */
 export let site
 export let page
 let browser
 
-/** Has the tests of a file run with a browser. A test's page goes before what the file itself does behind each test. */
+/** Starts a browser for the tests of a file. The page of a test is closed before the file's own clean-up after each test. */
 export function useBrowser() {
   before(async () => {
     [browser, site] = await Promise.all([startBrowser(), new Site().listen()])
@@ -33,7 +33,7 @@ export function useBrowser() {
 /** Another tab beside the test's page. */
 export const newTab = () => browser.page(page.context())
 
-/** A browser that reaches no other machine. Names that end in .test are this one. */
+/** Starts a browser without access to other machines. Names that end in .test resolve to this machine. */
 export async function startBrowser() {
   const browser = await playwright().chromium.launch({
     executablePath: program,
@@ -53,7 +53,7 @@ export async function startBrowser() {
   }
 }
 
-/** A development server: answers pages by their paths, on a port of its own. */
+/** A development server: answers with pages by their paths, on a separate port. */
 export class Site {
   pages = new Map()
 

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// What a client does with any set, be it on a server or in memory: the same cases run over all of them, in Node and in browsers.
-// So a case stands on nothing but what it is given, and answers a document, which is compared outside.
+// Cases for a client with any set, on a server or in memory; the same cases run with all of them, in Node and in
+// browsers. So a case uses only its arguments, and returns a document, which the caller compares.
 //
 // A case is {name, run, expected}. `run` has {fresh, object}: `fresh(options)` makes a TV and connects to it, `object(tv, more)`
 // makes the synchronous object on it, with more options of installWindow. What it makes is closed behind it.
 
 const list = 'Grüße aus Köln 🌍;Test:11836:HC34M2O0S0:S19.2E:27500:101:102=deu:104:0:28106:1:1101:0\n'
 
-/** What a promise rejects with, as a document. */
+/** The rejection of a promise, as a document. */
 const failure = promise => promise.then(() => 'fulfilled', ({name, code, message, sent}) =>
   JSON.parse(JSON.stringify({name, code, message, sent})))
 
-/** What a function throws. */
+/** The exception of a function, as a document. */
 function thrown(call) {
   try {
     return {returned: call()}

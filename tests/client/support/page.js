@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// As much of a page as scripts need that call the set: a document with one script, synchronous requests, WebSockets.
+// A minimal page for scripts that call the set: a document with one script, synchronous requests, WebSockets.
 import {execFileSync} from 'node:child_process'
 import vm from 'node:vm'
 import {NodeWebSocket} from '../../../virtualtv/console/client/node-websocket.js'

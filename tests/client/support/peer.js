@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A server whose answers the test decides, so that it can cut the connection at any point of them.
+// A server with scripted answers, which can break the connection at any point.
 import {once} from 'node:events'
 import {ws} from './packages.js'
 
 export class Peer {
-  /** Calls of the client, {method, params, connection}, in the order in which they came. */
+  /** Calls of the client in order: {method, params, connection}. */
   calls = []
   connections = []
   number = 0
@@ -25,7 +25,7 @@ export class Peer {
     return this
   }
 
-  /** Breaks all connections, but goes on listening. */
+  /** Breaks all connections, but continues to listen. */
   cut() {
     for (const connection of this.server.clients) connection.terminate()
   }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A TCP proxy that breaks its first connection after a given number of bytes, to the server or from it.
+// A TCP proxy that breaks its first connection after a given number of bytes in one direction.
 import {once} from 'node:events'
 import net from 'node:net'
 
 export class Proxy {
-  /** Bytes that have passed, by direction. */
+  /** Number of bytes passed, by direction. */
   passed = {up: 0, down: 0}
   connections = 0
   #severs = new Set()
@@ -51,7 +51,7 @@ export class Proxy {
       to.write(taken)
       if (left[direction] === undefined) return
       left[direction] -= taken.length
-      // What was let through arrives before the end: the cut comes a turn later.
+      // The passed bytes must arrive before the end, so break the connection one turn later.
       if (left[direction] === 0) setImmediate(sever)
     })
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The examples of the client's README, and running them in a folder of their own.
+// The examples of the client's README, and functions to run them in a separate folder.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {readFile} from 'node:fs/promises'
@@ -9,7 +9,7 @@ const text = await readFile(new URL('../../../virtualtv/console/client/README.md
 /** {language, code} of each. */
 export const blocks = [...text.matchAll(/^```(js|html)\n(.*?)^```$/gms)].map(([, language, code]) => ({language, code}))
 
-/** The example that has a text in it. */
+/** The example that contains a text. */
 export function example(part) {
   const found = blocks.filter(({code}) => code.includes(part))
   assert.equal(found.length, 1, `examples with '${part}'`)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The real server: started on a port of the test's choice, so that it can be ended and come back there.
+// The real server, on a chosen port, so that it can be restarted there.
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'
 
@@ -7,7 +7,7 @@ export const program = process.env.EMP_WINDOW
 
 const running = new Set()
 
-/** Ends those that a test has left, also where it failed. */
+/** Ends the servers that a test has left, even if it failed. */
 export function endServers() {
   for (const child of running) child.kill('SIGKILL')
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A client in the test, of the set in a page of the site: its messages go through the page.
+// A client in the test for the set in a page of the site; its messages pass through the page.
 import {join} from 'node:path'
 import {FileServer} from './files.js'
 
@@ -30,7 +30,7 @@ function openPort(id) {
   globalThis.testPorts.set(id, port)
 }
 
-/** Clients of the set in a page. When that is loaded anew they connect again, to the set that is then there. */
+/** Clients of the set in a page. When the page is reloaded, they reconnect to its new set. */
 export class Bridge {
   #page
   #ports = new Map()

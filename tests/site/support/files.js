@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A plain server of static files, as anyone has one: it knows types, and nothing else.
+// A plain server of static files, which only knows media types.
 import {once} from 'node:events'
 import {readFile} from 'node:fs/promises'
 import http from 'node:http'
@@ -13,7 +13,7 @@ const types = {
 export class FileServer {
   /** Paths that were asked for. */
   requests = []
-  /** Pages by their paths, in place of what lies there. */
+  /** Pages by their paths, which replace files. */
   pages = new Map()
   /** Bytes of the bodies that were sent. */
   bytes = 0

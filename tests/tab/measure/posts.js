@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What posts to a set in memory take, each held against the same natively.
+// The durations of posts to a set in memory, each compared with the same post natively.
 import {urlOf} from '../support/package.js'
 import {posterOf} from '../support/poster.js'
 import {nativePoster} from './native.js'
@@ -42,7 +42,7 @@ async function prepare(poster) {
   if (result?.imported !== services) throw new Error(`a list of ${services} services is wanted: ${JSON.stringify(result ?? error)}`)
 }
 
-/** Both answer alike, or their times have nothing to do with each other. */
+/** Requires equal answers; otherwise the times are not comparable. */
 async function requireSame(poster, native, message) {
   const [one, other] = [await poster.post(message), await native.post(message)]
   if (one !== other) throw new Error(`the module answers ${one.slice(0, 200)}, natively it is ${other.slice(0, 200)}`)

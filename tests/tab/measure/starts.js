@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From asking for a TV to its first reply: in processes and pages that have not made one before.
+// The time from requesting a TV to its first reply, in processes and pages that have not created one before.
 import {execFileSync} from 'node:child_process'
 import {urlOf} from '../support/package.js'
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The table of figures, for a terminal and for the page about them.
 
-/** @param rows  {what, is, wanted, unit, detail}: a figure is missed where it is more than what is wanted */
+/** @param rows  {what, is, wanted, unit, detail}: a figure is missed if it exceeds its target */
 export const missed = rows => rows.filter(({is, wanted}) => is > wanted)
 
 const shown = (number, unit) => `${number >= 100 ? number.toFixed(0) : Number(number.toPrecision(3))}${unit ? ` ${unit}` : ''}`
