@@ -84,7 +84,7 @@ std::uint64_t ListBuilder::serviceId(const Entry& entry) {
   return id;
 }
 
-/// Fields come in the order of their ids, so that each goes to the end.
+/// Sets fields in the order of their ids, so that each is appended at the end.
 void ListBuilder::setNumbers(Service& service, const Entry& entry) {
   const auto put = [&](int field, std::uint64_t value) {
     service.numbers.emplace_hint(service.numbers.end(), field, value);
@@ -127,9 +127,9 @@ bool ListBuilder::addWhole(Service service) {
   return true;
 }
 
-/// Satellite transponders count by frequency, then by polarisation; on several satellites by position after that.
-/// Terrestrial channels have the number of their raster. Cable channels, and terrestrial ones beside the raster, have
-/// their frequency in MHz.
+/// Satellite transponders are numbered by frequency, then by polarisation, then by orbital position if there are
+/// several satellites. Terrestrial channels have their number in the raster. Cable channels, and terrestrial ones
+/// beside the raster, have their frequency in MHz.
 void ListBuilder::setPhysicalChannels(std::vector<Service>& services) const {
   const auto transponder = [](const Entry& one) {
     return std::tuple(one.frequency, one.polarisation, one.source.value_or(-1));
@@ -164,8 +164,8 @@ std::u16string ListBuilder::decoded(std::string_view name) {
   return units;
 }
 
-/// The text of an entry as UTF-8, behind the name of the format. Lines in ASCII stay as they are, blanks and all;
-/// others are read as a name is.
+/// The text of an entry as UTF-8, after the name of the format. ASCII lines stay unchanged, including blanks; other
+/// lines are decoded like names.
 std::string ListBuilder::kept(std::string_view text) {
   std::string kept(format_.name);
   while (!text.empty()) {

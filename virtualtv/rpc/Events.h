@@ -20,7 +20,7 @@
 
 namespace virtualtv::rpc {
 
-/// Stands for all topics.
+/// The name that means all topics.
 inline constexpr std::string_view everyTopic = "*";
 /// True when a client has chosen the topic.
 bool haveTopic(const std::set<std::string>& chosen, std::string_view topic);

@@ -151,7 +151,7 @@ void Sweep::prepare(Stack stack) {
   bench_.execute("FindChannel", {"0", "1"});
 }
 
-/// Notes the calls of a run. Allocations count between them, or within them.
+/// Records the calls of a run, and counts allocations between the calls or within them.
 void Sweep::noteCalls(Run& run, bool inside) {
   Seam::instance().onPassage([&run, inside](const Operation* begun) {
     support::countAllocations(false);

@@ -62,17 +62,17 @@ class Wire {
   /// True when the other side ends it and nothing else comes.
   bool isAtEnd() { return readAll().empty(); }
 
-  /// An answer to a request. @param hasBody  false for that to a HEAD.
+  /// An answer to a request. @param hasBody  false for the answer to a HEAD request.
   HttpResponse response(bool hasBody = true);
   /// Sends a request. @param lines  the lines of its head, without the empty one, separated by `\n`.
   void sendRequest(const std::string& lines, const std::string& body = "");
-  /// The same, and reads what answers it.
+  /// Sends a request, and reads its answer.
   HttpResponse ask(const std::string& lines, const std::string& body = "");
 
   /// Opens a session by a request. @return its id.
   std::string openSession();
 
-  /// Becomes a WebSocket. @return the answer.
+  /// Requests an upgrade to WebSocket. @return the answer.
   HttpResponse upgrade(const std::string& target = "/rpc", const std::string& more = "");
   /// Sends a frame, masked as clients must.
   void sendFrame(int first, std::string_view payload);

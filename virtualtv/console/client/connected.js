@@ -34,8 +34,8 @@ export class Tv {
   #wire
   #events
   #options
-  #listeners = new Set()  // of the connection
-  #usedWindow = false  // on the connection that there is
+  #listeners = new Set()  // listeners to the connection
+  #usedWindow = false  // a command has run on the current connection
   #base
   #commands
 

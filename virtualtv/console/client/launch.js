@@ -59,7 +59,7 @@ function start(program, words) {
   })
 }
 
-/** Tells on the console when the program ends by itself. */
+/** Reports on the console when the program ends by itself. */
 function reportEnd(server) {
   server.ended.then(({code, signal}) => {
     if (!server.isEnding) console.error(`emp-window ended with ${signal ?? `status ${code}`}\n${server.said()}`.trimEnd())
