@@ -107,13 +107,6 @@ TEST_F(CropTest, ANullRectangleIsSentAsZeros) {
   EXPECT_EQ(calls().back(), sent(zeros, zeros, "1 [fault]"));
 }
 
-TEST_F(CropTest, ARectangleThatTheSetRefusesAnswersZero) {
-  EXPECT_EQ(worker.SetScreenCropRect(&crop, nullptr, 0), 0);
-  EXPECT_EQ(calls().back(), sent("10,20,300,400", "0,0,0,0", "0"));
-  EXPECT_EQ(logs(), sourceLogs());
-  EXPECT_EQ(plane().crop, std::nullopt);
-}
-
 TEST_F(CropTest, ACropFailsBelowOneAndSucceedsFromOneOn) {
   for (const std::string result : {"0", "-1", "-2147483648"}) {
     EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=" + result), 0) << result;
@@ -123,11 +116,6 @@ TEST_F(CropTest, ACropFailsBelowOneAndSucceedsFromOneOn) {
     EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=" + result), 1) << result;
     EXPECT_EQ(logs(), join({sourceLogs(), {cropped}})) << result;
   }
-}
-
-TEST_F(CropTest, ACropThatThrowsAnswersZero) {
-  EXPECT_EQ(setUnder("IVideoControl::SetCropArea result=throw"), 0);
-  EXPECT_EQ(logs(), join({sourceLogs(), {caught("SetScreenCropRect", "IVideoControl::SetCropArea")}}));
 }
 
 TEST_F(CropTest, WithoutVideoControlNothingIsCropped) {
@@ -151,22 +139,6 @@ TEST_F(CropTest, WithoutASourceNothingIsCropped) {
   EXPECT_FALSE(called(calls(), "SetCropArea"));
   EXPECT_EQ(logs(), sources::noSourceControl);
   EXPECT_EQ(plane().crop, std::nullopt);
-}
-
-TEST_F(CropTest, AWindowWhoseSourceIsNotActiveCanBeCropped) {
-  deactivate();
-  EXPECT_EQ(setCrop(), 1);
-  EXPECT_EQ(setUnder("ISourceControl::GetSourceState result=0"), 1);
-  EXPECT_EQ(getCrop(), 1);
-}
-
-TEST_F(CropTest, AMissingVideoControlIsMadeForTheWindowDriven) {
-  worker.video_ctrl_proxy = nullptr;
-  EXPECT_EQ(setCrop(), 1);
-  EXPECT_EQ(calls(), join({{"TVServiceAPI::CreateVideoControl(profile=1, index=0) -> 0"},
-                           askSource(),
-                           {"IVideoControl[main#2]::SetCropArea(crop=10,20,300,400, display=5,6,70,80) -> 1"}}));
-  EXPECT_EQ(logs(), join({{noVideoControl().front()}, sourceLogs(), {cropped}}));
 }
 
 TEST_F(CropTest, ThePictureInPictureWindowIsCroppedAlone) {
@@ -227,13 +199,6 @@ TEST_F(CropTest, AReadThatFailsLeavesTheRectanglesAlone) {
   EXPECT_TRUE(display == std::vector<int>({5, 6, 70, 80}));
 }
 
-TEST_F(CropTest, AReadSucceedsOnAnyPositiveResult) {
-  for (const std::string result : {"2", "2147483647"}) {
-    EXPECT_EQ(getUnder("IVideoControl::GetCropArea out.crop=1,2,3,4 result=" + result), 1) << result;
-    EXPECT_TRUE(crop == std::vector<int>({1, 2, 3, 4}));
-  }
-}
-
 TEST_F(CropTest, WithoutVideoControlNothingIsRead) {
   failsWithout(
       worker.video_ctrl_proxy, "CreateVideoControl", noVideoControl(), [this] { return getCrop(); }, -1);
@@ -253,21 +218,6 @@ TEST_F(CropTest, WithoutASourceNothingIsRead) {
   EXPECT_EQ(logs(), sources::noSourceControl);
   EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
   EXPECT_TRUE(display == std::vector<int>({5, 6, 70, 80}));
-}
-
-TEST_F(CropTest, EachWindowHasACropOfItsOwn) {
-  ASSERT_EQ(setCrop(), 1);
-  drivePictureInPicture();
-  crop = {1, 2, 3, 4};
-  ASSERT_EQ(setCrop(), 1);
-  crop = display = {};
-  forget();
-  EXPECT_EQ(getCrop(), 1);
-  EXPECT_TRUE(crop == std::vector<int>({1, 2, 3, 4}));
-  EXPECT_EQ(calls().back(), "IVideoControl[pip#2]::GetCropArea() crop=1,2,3,4 display=5,6,70,80 -> 1");
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_MAIN), 1);
-  EXPECT_EQ(getCrop(), 1);
-  EXPECT_TRUE(crop == std::vector<int>({10, 20, 300, 400}));
 }
 
 }  // namespace

@@ -14,7 +14,6 @@ using support::banner;
 using support::caught;
 using support::join;
 using support::Lines;
-using virtualtv::WindowId;
 
 class PlaneTest : public picture::PictureTest {
  protected:
@@ -62,27 +61,9 @@ TEST_F(PlaneTest, AnOrderSucceedsUnlessTheResultIsNegative) {
   }
 }
 
-TEST_F(PlaneTest, AnOrderThatThrowsFails) {
-  EXPECT_EQ(orderUnder("IVideoControl::SetZOrder result=throw"), -1);
-  EXPECT_EQ(logs(), Lines{caught("SetScreenZorder", "IVideoControl::SetZOrder")});
-}
-
 TEST_F(PlaneTest, WithoutVideoControlThereIsNoOrder) {
   failsWithout(
       worker.video_ctrl_proxy, "CreateVideoControl", noVideoControl(), [this] { return order(1); }, -1);
-  EXPECT_EQ(plane().order, 0);
-}
-
-TEST_F(PlaneTest, AnOrderNeedsNoSource) {
-  loseSourceControl();
-  EXPECT_EQ(order(1), 1);
-}
-
-TEST_F(PlaneTest, ThePictureInPictureWindowIsRaisedAlone) {
-  drivePictureInPicture();
-  EXPECT_EQ(order(1), 1);
-  EXPECT_EQ(calls(), Lines{"IVideoControl[pip#2]::SetZOrder(order=2) -> 0"});
-  EXPECT_EQ(plane(WindowId::pip).order, 2);
   EXPECT_EQ(plane().order, 0);
 }
 
@@ -96,26 +77,6 @@ Lines hides(int type) {
 }
 Lines shows(int type) {
   return {"3 " + typed(type), "3 " + typed(type, ",Set MuteVideo(FALSE).")};
-}
-
-TEST_F(PlaneTest, ShowTypesZeroAndTwoHideThePicture) {
-  for (const int type : {0, 2}) {
-    tv().mute(WindowId::main, false);
-    EXPECT_EQ(show(type), 1) << type;
-    EXPECT_EQ(calls(), Lines{mainAv + "MuteVideo(mute=1) -> 1"}) << type;
-    EXPECT_EQ(logs(), hides(type)) << type;
-    EXPECT_TRUE(plane().muted) << type;
-  }
-}
-
-TEST_F(PlaneTest, ShowTypesOneAndThreeShowThePicture) {
-  for (const int type : {1, 3}) {
-    tv().mute(WindowId::main, true);
-    EXPECT_EQ(show(type), 1) << type;
-    EXPECT_EQ(calls(), Lines{mainAv + "MuteVideo(mute=0) -> 1"}) << type;
-    EXPECT_EQ(logs(), shows(type)) << type;
-    EXPECT_FALSE(plane().muted) << type;
-  }
 }
 
 TEST_F(PlaneTest, ShowTypesFourToSixAreNotSupported) {
@@ -144,36 +105,12 @@ TEST_F(PlaneTest, ShowSucceedsOnNoResultButOne) {
   }
 }
 
-TEST_F(PlaneTest, ShowThatThrowsFails) {
-  for (const int type : {0, 1}) {
-    EXPECT_EQ(showUnder("IAVControl::MuteVideo result=throw", type), -1);
-    EXPECT_EQ(logs(), join({type == 0 ? hides(type) : shows(type),
-                            {caught("Show", "IAVControl::MuteVideo"), banner(0, "Show")}}));
-  }
-}
-
 TEST_F(PlaneTest, WithoutAvControlNothingIsShownOrHiddenWhateverTheType) {
   const Lines lines = join({noAvControl(), {"0 AVControlproxy is NULL"}});
   for (const int type : {0, 1, 4, 9}) {
     failsWithout(
         worker.av_ctrl_proxy, "CreateAVControl", lines, [=, this] { return show(type); }, -1);
   }
-}
-
-TEST_F(PlaneTest, AMissingAvControlIsMadeForTheWindowDriven) {
-  worker.av_ctrl_proxy = nullptr;
-  EXPECT_EQ(show(0), 1);
-  EXPECT_EQ(calls(), (Lines{"TVServiceAPI::CreateAVControl(profile=1, index=0) -> 0",
-                            "IAVControl[main#2]::MuteVideo(mute=1) -> 1"}));
-  EXPECT_EQ(logs(), join({{noAvControl().front()}, hides(0)}));
-}
-
-TEST_F(PlaneTest, ShowHidesThePictureInPictureWindowAlone) {
-  drivePictureInPicture();
-  EXPECT_EQ(show(0), 1);
-  EXPECT_EQ(calls(), Lines{"IAVControl[pip#2]::MuteVideo(mute=1) -> 1"});
-  EXPECT_TRUE(plane(WindowId::pip).muted);
-  EXPECT_FALSE(plane().muted);
 }
 
 // Mute.
@@ -197,29 +134,27 @@ TEST_F(PlaneTest, MuteVideoFailsOnZeroAlone) {
   EXPECT_EQ(logs(), Lines());
 }
 
-TEST_F(PlaneTest, OneAnswerOfTheSetIsAFailureOfShowAndASuccessOfMuteVideo) {
-  for (const std::string result : {"2", "-1"}) {
-    EXPECT_EQ(showUnder("IAVControl::MuteVideo result=" + result, 0), -1);
-    EXPECT_EQ(muteUnder("IAVControl::MuteVideo result=" + result, true), 1);
+TEST_F(PlaneTest, WithoutAvControlMuteVideoFailsWithoutAMessageOfItsOwn) {
+  failsWithout(
+      worker.av_ctrl_proxy, "CreateAVControl", noAvControl(), [this] { return worker.MuteVideo(true); }, -1);
+}
+
+TEST_F(PlaneTest, AnOrderThatThrowsFails) {
+  EXPECT_EQ(orderUnder("IVideoControl::SetZOrder result=throw"), -1);
+  EXPECT_EQ(logs(), Lines{caught("SetScreenZorder", "IVideoControl::SetZOrder")});
+}
+
+TEST_F(PlaneTest, ShowThatThrowsFails) {
+  for (const int type : {0, 1}) {
+    EXPECT_EQ(showUnder("IAVControl::MuteVideo result=throw", type), -1);
+    EXPECT_EQ(logs(), join({type == 0 ? hides(type) : shows(type),
+                            {caught("Show", "IAVControl::MuteVideo"), banner(0, "Show")}}));
   }
 }
 
 TEST_F(PlaneTest, MuteVideoThatThrowsFails) {
   EXPECT_EQ(muteUnder("IAVControl::MuteVideo result=throw", true), -1);
   EXPECT_EQ(logs(), Lines{caught("MuteVideo", "IAVControl::MuteVideo")});
-  EXPECT_FALSE(plane().muted);
-}
-
-TEST_F(PlaneTest, WithoutAvControlMuteVideoFailsWithoutAMessageOfItsOwn) {
-  failsWithout(
-      worker.av_ctrl_proxy, "CreateAVControl", noAvControl(), [this] { return worker.MuteVideo(true); }, -1);
-}
-
-TEST_F(PlaneTest, MuteVideoHidesThePictureInPictureWindowAlone) {
-  drivePictureInPicture();
-  EXPECT_EQ(worker.MuteVideo(true), 1);
-  EXPECT_EQ(calls(), Lines{"IAVControl[pip#2]::MuteVideo(mute=1) -> 1"});
-  EXPECT_TRUE(plane(WindowId::pip).muted);
   EXPECT_FALSE(plane().muted);
 }
 

@@ -28,22 +28,6 @@ TEST_F(SatelliteTest, ReadsNoSourceSwitchesNoneAndWritesNoKey) {
   EXPECT_EQ(textSetting("db/kel/current_source_type"), std::nullopt);
 }
 
-TEST_F(SatelliteTest, TunesTheWindowThatTheWorkerDrives) {
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
-  forget();
-  EXPECT_EQ(set(description()), 1);
-  EXPECT_EQ(calls().back(), "IServiceNavigation[pip#2]::TuneService(serviceId=900, 0, 0, appId=\"\") -> 1");
-  EXPECT_EQ(onScreen(), 281U);
-}
-
-TEST_F(SatelliteTest, TheManagerIsAskedForEachTime) {
-  for (int round = 0; round < 2; ++round) {
-    restart();
-    EXPECT_EQ(set(description()), 1);
-    EXPECT_EQ(calls(), (Lines{createManager, lookUp() + " -> 1", find(), tune}));
-  }
-}
-
 // What the members mean.
 
 TEST_F(SatelliteTest, TheModulationsThatCanBeSearchedFor) {
@@ -93,13 +77,6 @@ TEST_F(SatelliteTest, ANumberOfAServiceIsItsLow16Bits) {
   EXPECT_NE(call.find("where 1=65535, where 6=16, where 7=27, where 2=65535, where 15=65534, where 1=0, "),
             std::string::npos)
       << call;
-}
-
-TEST_F(SatelliteTest, AServiceIsFoundOnlyWhenTypeAndProgNumAgree) {
-  EXPECT_EQ(set(description({{"ProgNum", "8"}})), 0);
-  EXPECT_EQ(set(description({{"TYPE", "8"}})), 0);
-  EXPECT_EQ(onScreen(), 281U);
-  EXPECT_EQ(set(description()), 1);
 }
 
 TEST_F(SatelliteTest, TheSymbolRateIsSearchedForAsGivenAndLookedUpAThousandfoldIn16Bits) {

@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The tuning commands through the engine: what they read as parameters, and what they answer.
+// What the tuning commands read as parameters.
 #include "Tuning.h"
-#include "set/Knobs.h"
 
 namespace {
 
-using support::commandLogs;
 using support::Lines;
 using support::noNumbers;
-using virtualtv::WindowId;
 
 class TuningCommand : public channels::ChannelEngineTest {
  protected:
-  std::string current(WindowId window = WindowId::main) {
-    return virtualtv::getKnob(tv(), std::string(virtualtv::nameOf(window)) + ".service");
-  }
   /// The first log line of the worker behind that of its place: the parameters as it was given them.
   std::string given(const std::string& command, const Lines& parameters) {
     forget();
@@ -24,38 +18,6 @@ class TuningCommand : public channels::ChannelEngineTest {
     return lines.size() > first ? lines[first] : "nothing";
   }
 };
-
-TEST_F(TuningCommand, EachTunesToAService) {
-  const std::vector<std::pair<std::string, Lines>> commands{{"SetChannel", {"8", "0"}},
-                                                            {"SetChannel_PTC", {"35"}},
-                                                            {"SetChannel_Seek", {"3", "0"}},
-                                                            {"SetChannelByServiceid", {"282"}},
-                                                            {"SetChannelDirect", {"35", "2", "0", "1"}}};
-  for (const auto& [command, parameters] : commands) {
-    SCOPED_TRACE(command);
-    ASSERT_EQ(execute("SetChannelByServiceid", {"281"}), "int 1");
-    EXPECT_EQ(execute(command, parameters), "int 1");
-    EXPECT_EQ(finished(), "1");
-    EXPECT_EQ(current(), "282");
-    EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 8");
-  }
-}
-
-TEST_F(TuningCommand, EachAnswersTheWorkersCode) {
-  const std::vector<std::tuple<std::string, Lines, std::string>> commands{
-      {"SetChannel", {"99", "0"}, "0"},        {"SetChannel_PTC", {"99"}, "0"},
-      {"SetChannelByServiceid", {"999"}, "0"}, {"SetChannelDirect", {"35", "1", "0", "1"}, "0"},
-      {"SetChannel_Seek", {"5", "0"}, "0"},
-  };
-  for (const auto& [command, parameters, code] : commands) {
-    EXPECT_EQ(execute(command, parameters), "int " + code) << command;
-    EXPECT_EQ(finished(), code) << command;
-  }
-  fault("IServiceNavigation::GetCurrentService result=0");
-  EXPECT_EQ(execute("SetChannel_Seek", {"3", "0"}), "int -1");
-  EXPECT_EQ(finished(), "-1");
-  EXPECT_EQ(current(), "281");
-}
 
 // Digits at the front of a parameter count; without any it is 0.
 
@@ -116,52 +78,16 @@ TEST_F(TuningCommand, SetChannelByServiceidReadsAnIdInAnyOfThreeBases) {
 
 // Whole numbers.
 
-TEST_F(TuningCommand, SetChannelDirectThatDoesNotParseAnswersOneLikeASuccess) {
-  for (const std::string& text : noNumbers) {
-    for (std::size_t at = 0; at < 3; ++at) {
-      Lines parameters{"35", "2", "0", "1"};
-      parameters[at] = text;
-      forget();
-      EXPECT_EQ(execute("SetChannelDirect", parameters), "int 1") << ::testing::PrintToString(parameters);
-      EXPECT_EQ(calls(), Lines());
-      EXPECT_EQ(logs(), commandLogs("SetChannelDirect", parameters, {}, 1));
-    }
-  }
-  EXPECT_EQ(current(), "281");
-}
-
 TEST_F(TuningCommand, SetChannelDirectPassesAnUnreadableTypeAsMinus1) {
   for (const std::string& text : noNumbers) {
     EXPECT_EQ(given("SetChannelDirect", {"35", "2", "0", text}), "3 ptc=[35],major=[2],minor=[0],channelType=[-1]")
         << '\'' << text << '\'';
-    EXPECT_EQ(current(), "282");
   }
 }
 
 TEST_F(TuningCommand, SetChannelDirectReadsPhysicalChannelMajorMinorType) {
   EXPECT_EQ(given("SetChannelDirect", {"+11", "-12", "013", "14"}),
             "3 ptc=[11],major=[-12],minor=[13],channelType=[14]");
-}
-
-// Sources and windows.
-
-TEST_F(TuningCommand, ATuneFromAnotherSourceBringsTheWindowBackToTv) {
-  tv().switchSource(WindowId::main, 13);
-  setSetting("db/emp/mainsource", 31);
-  EXPECT_EQ(execute("SetChannel", {"9", "0"}), "int 1");
-  EXPECT_EQ(execute("GetSource", {"0"}), "int 0");
-  EXPECT_EQ(execute("GetSource", {"6"}), "int 31");
-  EXPECT_EQ(textSetting("db/kel/current_source_type"), "test.widget:0");
-}
-
-TEST_F(TuningCommand, PictureInPictureHasAServiceOfItsOwn) {
-  ASSERT_EQ(execute("SetWindow", {"1"}), "int 1");
-  EXPECT_EQ(execute("SetChannel", {"9", "0"}), "int 1");
-  EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 9");
-  ASSERT_EQ(execute("SetWindow", {"0"}), "int 1");
-  EXPECT_EQ(execute("GetCurrentChannel_Major"), "int 7");
-  EXPECT_EQ(current(), "281");
-  EXPECT_EQ(current(WindowId::pip), "283");
 }
 
 }  // namespace

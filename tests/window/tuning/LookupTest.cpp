@@ -114,19 +114,6 @@ TEST_P(LookupTest, OnlyTheFirstMissingProxyIsReported) {
   }
 }
 
-TEST_P(LookupTest, AProxyThatCannotBeMadeInAnyWayAnswers0) {
-  for (const std::string& name : operation().proxies) {
-    const Proxy& proxy = proxies().at(name);
-    for (const char* way : {"result=-1", "result=1", "result=null", "result=unwritten", "result=throw"}) {
-      SCOPED_TRACE(name + " " + way);
-      proxy.lose(worker);
-      EXPECT_EQ(runUnder(proxy.factory + " always " + way), 0);
-      EXPECT_EQ(logs().back(), proxy.missing.back());
-      EXPECT_EQ(current(), "281");
-    }
-  }
-}
-
 TEST_P(LookupTest, MissingProxiesAreMadeOnFirstUse) {
   for (const std::string& name : operation().proxies) proxies().at(name).lose(worker);
   EXPECT_EQ(run(), 1);
@@ -167,14 +154,6 @@ TEST_F(FindTest, ByNumberFetchesTheServiceIdAlone) {
   EXPECT_NE(made[1].find("GetOptimumService(fetch 12, where "), std::string::npos) << made[1];
 }
 
-TEST_F(FindTest, ByNumberKeepsTheLow16BitsOfMajorAndMinor) {
-  worker.SetChannel(65536 + 8, 65536 * 3);
-  EXPECT_NE(calls().front().find("GetOptimumCriteria(major=8, minor=0, "), std::string::npos);
-  EXPECT_EQ(logs()[1], "3 nMajor=[65544] nMinor=[196608]");
-  worker.SetChannel(-1, -65536);
-  EXPECT_NE(calls().front().find("GetOptimumCriteria(major=65535, minor=0, "), std::string::npos);
-}
-
 TEST_F(FindTest, ByPhysicalChannelTakesTheFirstInTheOrderOfServiceIds) {
   setServices({service(300, 40, 1, 1, 0), service(150, 40, 1, 3, 0), service(200, 40, 1, 2, 0)});
   EXPECT_EQ(worker.SetChannel_PTC(40), 1);
@@ -187,21 +166,6 @@ TEST_F(FindTest, DirectlyComparesTheMajorParameterWithTheChannelType) {
   EXPECT_EQ(current(), "2");
   EXPECT_EQ(calls().front(),
             "IService[set#1]::FindService(fetch 12, where 2=10, where 1=5, where 14=1, count=1) service={12=2} -> 1");
-}
-
-TEST_F(FindTest, DirectlyUsesTheChannelTypeParameterForTheLogOnly) {
-  for (const int type : {-1, 0, 2, 2147483647}) {
-    forget();
-    EXPECT_EQ(worker.SetChannelDirect(35, 2, 0, type), 1);
-    EXPECT_EQ(logs()[1], "3 ptc=[35],major=[2],minor=[0],channelType=[" + std::to_string(type) + "]");
-    EXPECT_EQ(current(), "282");
-  }
-}
-
-TEST_F(FindTest, ByServiceIdLooksNothingUp) {
-  EXPECT_EQ(worker.SetChannelByServiceid(999), 0) << "the set has no such service";
-  EXPECT_EQ(calls().back(), "IServiceNavigation[main#1]::TuneService(serviceId=999, 0, 0, appId=\"test.app\") -> 0");
-  EXPECT_EQ(current(), "281");
 }
 
 TEST_F(FindTest, ByServiceIdPassesEveryIdAsItIs) {
@@ -247,15 +211,6 @@ TEST_F(FindTest, ARecordWithoutAnIdIsTunedToAllTheSame) {
       EXPECT_EQ(current(), "281");
     }
   }
-}
-
-TEST_F(FindTest, WhatTheSetDoesNotHaveAnswers0) {
-  EXPECT_EQ(worker.SetChannel(99, 0), 0);
-  EXPECT_EQ(worker.SetChannel_PTC(99), 0);
-  EXPECT_EQ(worker.SetChannel_PTC(-1), 0);
-  EXPECT_EQ(worker.SetChannelDirect(35, 2, 1, 0), 0);
-  EXPECT_EQ(worker.SetChannelDirect(-1, -1, -1, -1), 0);
-  EXPECT_EQ(current(), "281");
 }
 
 }  // namespace

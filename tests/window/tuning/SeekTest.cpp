@@ -30,13 +30,6 @@ class SeekTest : public tuning::TuningTest {
   }
 };
 
-TEST_F(SeekTest, ThreeStepsToTheNextService) {
-  EXPECT_EQ(seek(3), 1);
-  EXPECT_EQ(current(), "282");
-  EXPECT_EQ(seek(3), 1);
-  EXPECT_EQ(current(), "283");
-}
-
 TEST_F(SeekTest, FourStepsToThePreviousService) {
   tv().tune(WindowId::main, *tv().services().keyOf(283));
   forget();
@@ -102,13 +95,6 @@ TEST_F(SeekTest, CriteriaAreHadWithAnyNumberButZero) {
   EXPECT_EQ(under("TCNavigationModeHelper::GetNavigationCriteria result=-1", [&] { return seek(3); }), 1);
 }
 
-TEST_F(SeekTest, WithoutACurrentServiceAnswersMinus1) {
-  tv().adjust([](virtualtv::TvState& state) { state[WindowId::main].service = 0; });
-  EXPECT_EQ(seek(3), -1);
-  EXPECT_EQ(logs(), join({opening(3), {"0 Fail to get current service data\n"}}));
-  EXPECT_EQ(current(), "0");
-}
-
 TEST_F(SeekTest, ACurrentServiceWithoutIdIsAllOnes) {
   EXPECT_EQ(under("IServiceNavigation::GetCurrentService result=unwritten", [&] { return seek(3); }), 1);
   EXPECT_EQ(logs()[4], "3 svcid = 18446744073709551615");
@@ -126,22 +112,6 @@ TEST_F(SeekTest, ASeekThatWritesNothingStaysOnTheCurrentService) {
   EXPECT_EQ(logs()[5], "3 svcidNext = 281");
   EXPECT_EQ(calls().back(), tune("281"));
   EXPECT_EQ(current(), "281");
-}
-
-TEST_F(SeekTest, TheApplicationIsAskedForOnce) {
-  seek(3);
-  Lines asked;
-  for (const std::string& call : calls()) {
-    if (call == askApp) asked.push_back(call);
-  }
-  EXPECT_EQ(asked.size(), 1U);
-}
-
-TEST_F(SeekTest, TheListIsThatOfTheWindowsTvMode) {
-  tv().setMode(WindowId::main, {2, 3});
-  forget();
-  seek(3);
-  EXPECT_NE(calls()[1].find("mode=2,3, "), std::string::npos);
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The strength of the tuner's signal.
 #include "Tuning.h"
-#include "set/Knobs.h"
 
 namespace {
 
-using channels::ChannelEngineTest;
 using support::caught;
-using support::commandLogs;
 using support::join;
 using support::Lines;
 using support::place;
@@ -85,37 +82,6 @@ TEST_F(SignalTest, SelectingAWindowKeepsTheMainWindowsTuner) {
   drivePictureInPicture();
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(calls().front().rfind("ITunerControl[main#1]", 0), 0U);
-}
-
-// Through the engine.
-
-TEST_F(ChannelEngineTest, SignalStrengthIsAnsweredAsANumberFrom0To255) {
-  for (const std::string value : {"0", "128", "255"}) {
-    fault("ITunerControl::GetSignalStrength out.strength=" + value);
-    EXPECT_EQ(execute(function), "int " + value);
-    EXPECT_EQ(finished(), "1");
-    clearFaults();
-  }
-}
-
-TEST_F(ChannelEngineTest, SignalStrengthThatCannotBeReadAnswersMinus1) {
-  fault("ITunerControl::GetSignalStrength result=0");
-  EXPECT_EQ(execute(function), "int -1");
-  EXPECT_EQ(logs(), commandLogs(function, {}, {place(function), failed}, -1));
-}
-
-TEST_F(ChannelEngineTest, SignalStrengthThatIsNotWrittenAnswers0) {
-  fault("ITunerControl::GetSignalStrength result=unwritten");
-  EXPECT_EQ(execute(function), "int 0");
-}
-
-TEST_F(ChannelEngineTest, SignalStrengthWithoutATunerAnswers0) {
-  close();
-  fault("TVServiceAPI::CreateTunerControl always result=-1");
-  ASSERT_TRUE(open());
-  forget();
-  EXPECT_EQ(execute(function), "int 0") << "a missing proxy is no negative code";
-  EXPECT_EQ(finished(), "0");
 }
 
 }  // namespace

@@ -74,13 +74,6 @@ TEST_P(TuneTest, AnyPositiveAnswerToATuneIsASuccess) {
   EXPECT_EQ(current(), "282");
 }
 
-TEST_P(TuneTest, LeavesTheFoundChannelListAlone) {
-  ASSERT_EQ(worker.FindChannel(PL_WINDOW_CHANNEL_TYPE_ALL, _PL_WINDOW_TV_MODE{1}), 1);
-  const auto list = worker.m_ChannelList;
-  EXPECT_EQ(run(), 1);
-  EXPECT_EQ(worker.m_ChannelList, list);
-}
-
 // The application.
 
 TEST_P(TuneTest, AnApplicationWithoutIdIsCalledNoAppId) {
@@ -132,13 +125,6 @@ TEST_P(TuneTest, SwitchesTheWindowThatDoesNotShowTvAndRecordsIt) {
   EXPECT_EQ(keys(), (Lines{"0", "31", "0", "-", "test.widget:0"}));
   EXPECT_EQ(current(), "282");
   EXPECT_EQ(shown(), 0);
-}
-
-TEST_P(TuneTest, RecordsTheSourceThatTheKeyNamesAsThePreviousOne) {
-  showHdmi();
-  setSetting(mainKey, -5);
-  EXPECT_EQ(run(), 1);
-  EXPECT_EQ(keys(), (Lines{"0", "-5", "0", "-", "test.widget:0"}));
 }
 
 TEST_P(TuneTest, AKeyThatSaysTvAlreadyIsLeftAsItIs) {
@@ -244,15 +230,6 @@ TEST_P(TuneTest, ARecordThatFailsAnswers0AndKeepsWhatItWrote) {
 
 // What counts as not showing TV.
 
-TEST_P(TuneTest, AWindowWithoutASourceIsSwitched) {
-  tv().deactivate(WindowId::main);
-  setSetting(mainKey, plHdmi);
-  EXPECT_EQ(run(), 1);
-  EXPECT_EQ(shown(), 0);
-  EXPECT_EQ(keys()[0], "0");
-  EXPECT_EQ(keys()[1], "31");
-}
-
 TEST_P(TuneTest, ASourceThatCannotBeReadIsTakenForAnotherThanTv) {
   const std::vector<std::pair<std::string, Lines>> ways{
       {"ISourceControl::GetSourceState result=0", {"0 Get GetSourceState failed", "3 TVS is not active"}},
@@ -280,16 +257,6 @@ TEST_P(TuneTest, ASourceThatCannotBeReadIsTakenForAnotherThanTv) {
 }
 
 // Picture-in-picture.
-
-TEST_P(TuneTest, TunesThePictureInPictureWindowAlone) {
-  drivePictureInPicture();
-  const virtualtv::WindowState main = tv().state()[WindowId::main];
-  EXPECT_EQ(run(), 1);
-  EXPECT_EQ(calls().back(), "IServiceNavigation[pip#2]::TuneService(serviceId=282, 0, 0, appId=\"test.app\") -> 1");
-  EXPECT_EQ(current(WindowId::pip), "282");
-  EXPECT_EQ(tv().state()[WindowId::main], main);
-  EXPECT_EQ(keys(), keysOfTv);
-}
 
 TEST_P(TuneTest, APictureInPictureKeyOfTvLetsASwitchSucceedUnrecorded) {
   drivePictureInPicture();
