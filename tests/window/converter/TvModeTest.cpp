@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // TV modes: the plug-in's number, the TV service's pair, and the service mode of the set's region and country.
 #include <array>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -42,12 +43,11 @@ class TvModeTest : public support::TvTest {
   }
 };
 
-TEST_F(TvModeTest, OfTheTerrestrialAntennaIsOneButForItsSpecialList) {
-  for (int service = -3; service <= 40; ++service) EXPECT_EQ(plOf(0, service), service == 21 ? 23 : 1) << service;
-}
-
-TEST_F(TvModeTest, OfTheCableAntennaIsTwoButForItsSpecialList) {
-  for (int service = -3; service <= 40; ++service) EXPECT_EQ(plOf(1, service), service == 21 ? 24 : 2) << service;
+TEST_F(TvModeTest, OfTheTerrestrialAndTheCableAntennaIsOneOrTwoButForTheSpecialList) {
+  for (int service = -3; service <= 40; ++service) {
+    EXPECT_EQ(plOf(0, service), service == 21 ? 23 : 1) << service;
+    EXPECT_EQ(plOf(1, service), service == 21 ? 24 : 2) << service;
+  }
 }
 
 TEST_F(TvModeTest, OfTheSatelliteAntennaFollowsTheOperatorsList) {
@@ -57,10 +57,7 @@ TEST_F(TvModeTest, OfTheSatelliteAntennaFollowsTheOperatorsList) {
     const bool listed = service >= 3 && service <= 27;
     EXPECT_EQ(plOf(2, service), listed ? fromThree[static_cast<std::size_t>(service - 3)] : 4) << service;
   }
-}
-
-TEST_F(TvModeTest, FoldsSatelliteListsWithoutANumberOfTheirOwnIntoFour) {
-  for (const int service : {0, 1, 2, 19, 20, 28, -1, 2147483647, -2147483647 - 1}) EXPECT_EQ(plOf(2, service), 4);
+  for (const int service : {2147483647, -2147483647 - 1}) EXPECT_EQ(plOf(2, service), 4);
 }
 
 TEST_F(TvModeTest, OfAnUnknownAntennaIsZero) {
@@ -69,42 +66,23 @@ TEST_F(TvModeTest, OfAnUnknownAntennaIsZero) {
   }
 }
 
-TEST_F(TvModeTest, OfASpecialListGoesThereAndBack) {
-  for (const int pl : {23, 24}) {
-    EXPECT_EQ(tcOf(pl), Mode(pl - 23, 21));
-    EXPECT_EQ(plOf(pl - 23, 21), pl);
-  }
-}
-
-TEST_F(TvModeTest, OfAnOperatorGoesThereAndBack) {
-  for (int pl = 5; pl <= 20; ++pl) {
-    EXPECT_EQ(tcOf(pl), Mode(2, pl - 2));
-    EXPECT_EQ(plOf(2, pl - 2), pl);
-  }
-  for (int pl = 25; pl <= 31; ++pl) {
-    EXPECT_EQ(tcOf(pl), Mode(2, pl - 4));
-    EXPECT_EQ(plOf(2, pl - 4), pl);
-  }
-}
-
-TEST_F(TvModeTest, WithoutMeaningIsMinusOneTwiceAndReadsNoSetting) {
+TEST_F(TvModeTest, OfAListGoesThereAndBackAndReadsNoSetting) {
+  const auto expectBothWays = [](int pl, const Mode& mode) {
+    EXPECT_EQ(tcOf(pl), mode);
+    EXPECT_EQ(plOf(mode.first, mode.second), pl);
+  };
+  for (int pl = 5; pl <= 20; ++pl) expectBothWays(pl, {2, pl - 2});
+  for (int pl = 25; pl <= 31; ++pl) expectBothWays(pl, {2, pl - 4});
+  for (const int pl : {23, 24}) expectBothWays(pl, {pl - 23, 21});
   for (const int pl : {0, 21, 22, -1, 32, 100, 2147483647, -2147483647 - 1}) EXPECT_EQ(tcOf(pl), Mode(-1, -1)) << pl;
-  EXPECT_EQ(calls(), Lines());
-  EXPECT_EQ(logs(), Lines());
-}
-
-TEST_F(TvModeTest, ThatNamesItsListReadsNoSetting) {
-  for (int pl = 5; pl <= 31; ++pl) tcOf(pl);
   EXPECT_EQ(calls(), Lines());
   EXPECT_EQ(logs(), Lines());
 }
 
 TEST_F(TvModeTest, OfAnAntennaAloneTakesTheDefaultServiceMode) {
   setPlace(0, 63);
-  EXPECT_EQ(tcOf(1), Mode(0, 21));
-  EXPECT_EQ(tcOf(2), Mode(1, 21));
-  EXPECT_EQ(tcOf(3), Mode(1, 21));
-  EXPECT_EQ(tcOf(4), Mode(2, 21));
+  const std::map<int, int> antennas{{1, 0}, {2, 1}, {3, 1}, {4, 2}};
+  for (const auto& [pl, antenna] : antennas) EXPECT_EQ(tcOf(pl), Mode(antenna, 21));
 }
 
 TEST_F(TvModeTest, ReadsTheDefaultServiceModeAnewEachTime) {
@@ -116,13 +94,6 @@ TEST_F(TvModeTest, ReadsTheDefaultServiceModeAnewEachTime) {
   EXPECT_EQ(tcOf(4), Mode(2, 0));
   setPlace(fixedRegion, 0);
   EXPECT_EQ(tcOf(4), Mode(2, 2));
-}
-
-TEST_F(TvModeTest, OfTheCableAntennaFoldsBackToTwo) {
-  setPlace(0, 0);
-  EXPECT_EQ(plOf(1, 0), 2);
-  EXPECT_EQ(tcOf(2), Mode(1, 0));
-  EXPECT_EQ(tcOf(3), Mode(1, 0));
 }
 
 TEST_F(TvModeTest, DefaultServiceModeFollowsTheCountry) {
@@ -153,44 +124,24 @@ TEST_F(TvModeTest, DefaultServiceModeOfTheFixedRegionIsTwoWithoutTheCountry) {
   EXPECT_EQ(logs(), Lines{"3 CEmpConverterWindow :: t_GetDefaultServiceMode"});
 }
 
-TEST_F(TvModeTest, DefaultServiceModeIsMinusOneWhenTheRegionCannotBeRead) {
-  setPlace(fixedRegion, 63);
-  for (const int result : {-1, -7, 1}) {
-    clearFaults();
-    fault("system_info_get_value_int result=" + std::to_string(result));
-    EXPECT_EQ(tcOf(1), Mode(0, -1));
+TEST_F(TvModeTest, DefaultServiceModeIsMinusOneWhenASettingCannotBeRead) {
+  const std::string begun = "3 CEmpConverterWindow :: t_GetDefaultServiceMode";
+  const std::string thrown = "0 Exception Handled by t_GetDefaultServiceMode fault in ";
+  const std::string noRegion = "3 system_info_get_value_int(SYSTEM_INFO_KEY_REGION_KIND, &region) : ";
+  const std::string noCountry = "0 system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry) failed";
+  setPlace(0, 63);
+  for (const std::string result : {"-1", "-7", "1", "throw"}) {
+    SCOPED_TRACE(result);
+    const bool throws = result == "throw";
+    EXPECT_EQ(under("system_info_get_value_int result=" + result, [] { return tcOf(1); }), Mode(0, -1));
     EXPECT_EQ(calls().size(), 1U) << "the country is not asked for";
-    EXPECT_EQ(logs(),
-              (Lines{"3 CEmpConverterWindow :: t_GetDefaultServiceMode",
-                     "3 system_info_get_value_int(SYSTEM_INFO_KEY_REGION_KIND, &region) : " + std::to_string(result)}));
-  }
-}
-
-TEST_F(TvModeTest, DefaultServiceModeIsMinusOneWhenTheCountryCannotBeRead) {
-  setPlace(0, 63);
-  for (const int result : {-1, -7, 1}) {
-    clearFaults();
-    fault("system_settings_get_value_int result=" + std::to_string(result));
-    EXPECT_EQ(tcOf(4), Mode(2, -1));
+    EXPECT_EQ(logs(), throws ? Lines({begun, thrown + "system_info_get_value_int", noRegion + "-1"})
+                             : Lines({begun, noRegion + result}));
+    EXPECT_EQ(under("system_settings_get_value_int result=" + result, [] { return tcOf(4); }), Mode(2, -1));
     EXPECT_EQ(calls().size(), 2U);
-    EXPECT_EQ(logs(), (Lines{"3 CEmpConverterWindow :: t_GetDefaultServiceMode",
-                             "0 system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry) failed"}));
+    EXPECT_EQ(logs(),
+              throws ? Lines({begun, thrown + "system_settings_get_value_int", noCountry}) : Lines({begun, noCountry}));
   }
-}
-
-TEST_F(TvModeTest, DefaultServiceModeIsMinusOneWhenASettingThrows) {
-  setPlace(0, 63);
-  fault("system_info_get_value_int result=throw");
-  EXPECT_EQ(CEmpConverterWindow::t_GetDefaultServiceMode(), -1);
-  EXPECT_EQ(logs(), (Lines{"3 CEmpConverterWindow :: t_GetDefaultServiceMode",
-                           "0 Exception Handled by t_GetDefaultServiceMode fault in system_info_get_value_int",
-                           "3 system_info_get_value_int(SYSTEM_INFO_KEY_REGION_KIND, &region) : -1"}));
-  clearFaults();
-  fault("system_settings_get_value_int result=throw");
-  EXPECT_EQ(CEmpConverterWindow::t_GetDefaultServiceMode(), -1);
-  EXPECT_EQ(logs(), (Lines{"3 CEmpConverterWindow :: t_GetDefaultServiceMode",
-                           "0 Exception Handled by t_GetDefaultServiceMode fault in system_settings_get_value_int",
-                           "0 system_settings_get_value_int(SYSTEM_SETTINGS_KEY_COUNTRY, &nCountry) failed"}));
 }
 
 TEST_F(TvModeTest, DefaultServiceModeOfValuesThatNobodyWroteIsThatOfTheCountry0) {
