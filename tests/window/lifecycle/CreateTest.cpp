@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Creating the worker: the proxies that it makes, and what it does when it can't.
 #include <algorithm>
+#include <map>
 
 #include "Proxies.h"
 
@@ -48,21 +49,29 @@ const Lines failureLogs{"0 CEmpTaskWindow::Create. svc_proxy create is FAIL!!",
                         "3 CEmpTaskTV::Create. tuner_ctrl_proxy create is FAIL!!",
                         "0 CEmpTaskWindow::Create. svc_datacontrol_proxy create is FAIL!!"};
 
-using CreateTest = support::BareWorkerTest;
+class CreateTest : public support::BareWorkerTest {
+ protected:
+  /// The window that is driven, its keys, the base screen and the engine.
+  void expectState(int window) {
+    EXPECT_EQ(worker.t_eWindow, window);
+    EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
+    EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previousmainsource");
+    EXPECT_EQ(worker.m_baseScrW, 1920);
+    EXPECT_EQ(worker.m_baseScrH, 1080);
+    EXPECT_EQ(worker.m_pEngine, &engine);
+    EXPECT_TRUE(worker.FlagCreate());
+  }
+};
 
 TEST_F(CreateTest, MakesEveryProxyInOrderThenSeedsTheSourceKeys) {
-  EXPECT_TRUE(create());
+  EXPECT_TRUE(worker.Create(nullptr, &engine)) << "the name does not matter";
   Lines expected;
   for (const char* factory : factories) expected.push_back(made(factory, 1));
   EXPECT_EQ(calls(), join({expected, seedCalls}));
   EXPECT_EQ(logs(), join({{begin}, screenLogs, {end(0)}, seedLogs}));
-}
-
-TEST_F(CreateTest, KeepsTheMainInstancesButForVideoAndDataControl) {
-  create();
   const auto held = slots(worker);
   EXPECT_EQ(held.active, lifecycle::all);
-  EXPECT_EQ(held.main, (std::vector<bool>{true, true, false, true, true, false}));
+  EXPECT_EQ(held.main, (std::vector<bool>{true, true, false, true, true, false})) << "but for video and data control";
   EXPECT_EQ(held.pip, lifecycle::none);
   EXPECT_TRUE(held.service);
   EXPECT_TRUE(held.tuner);
@@ -70,17 +79,7 @@ TEST_F(CreateTest, KeepsTheMainInstancesButForVideoAndDataControl) {
   EXPECT_EQ(worker.src_ctrl_proxy, worker.src_ctrl_proxy_main);
   EXPECT_EQ(worker.av_ctrl_proxy, worker.av_ctrl_proxy_main);
   EXPECT_EQ(worker.servicedata_aux_proxy, worker.servicedata_aux_proxy_main);
-}
-
-TEST_F(CreateTest, SelectsTheMainWindowItsKeysAndTheBaseScreen) {
-  create();
-  EXPECT_EQ(worker.t_eWindow, 0);
-  EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
-  EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previousmainsource");
-  EXPECT_EQ(worker.m_baseScrW, 1920);
-  EXPECT_EQ(worker.m_baseScrH, 1080);
-  EXPECT_EQ(worker.m_pEngine, &engine);
-  EXPECT_TRUE(worker.FlagCreate());
+  expectState(0);
 }
 
 TEST_F(CreateTest, ASecondTimeCallsNoFactoryAndStillSeedsTheSourceKeys) {
@@ -88,11 +87,13 @@ TEST_F(CreateTest, ASecondTimeCallsNoFactoryAndStillSeedsTheSourceKeys) {
   setSetting("db/emp/mainsource", 43);
   setSetting("db/emp/previousmainsource", 20);
   forget();
-  EXPECT_TRUE(create());
+  support::BareEngine other;
+  EXPECT_TRUE(worker.Create("CEmpTaskWindow", &other));
   EXPECT_EQ(calls(), seedCalls);
   EXPECT_EQ(logs(), join({{begin}, {end(0)}, seedLogs}));
   EXPECT_EQ(intSetting("db/emp/mainsource"), 0);
   EXPECT_EQ(intSetting("db/emp/previousmainsource"), 0);
+  expectState(0);
 }
 
 TEST_F(CreateTest, ASecondTimeSelectsTheMainWindow) {
@@ -102,29 +103,12 @@ TEST_F(CreateTest, ASecondTimeSelectsTheMainWindow) {
   EXPECT_EQ(worker.t_eWindow, 0);
 }
 
-TEST_F(CreateTest, ASecondTimeKeepsTheEngineItWasGivenFirst) {
-  create();
-  support::BareEngine other;
-  EXPECT_TRUE(worker.Create("CEmpTaskWindow", &other));
-  EXPECT_EQ(worker.m_pEngine, &engine);
-}
-
-TEST_F(CreateTest, DoesNotUseTheName) {
-  EXPECT_TRUE(worker.Create(nullptr, &engine));
-}
-
 TEST_F(CreateTest, WithEveryFactoryFailingCountsEightAndSelectsNoWindow) {
   for (const char* factory : factories) fault(std::string(factory) + " always result=null");
   EXPECT_FALSE(create());
   EXPECT_EQ(logs(), join({{begin}, failureLogs, screenLogs, {end(8)}}));
   EXPECT_EQ(calls().size(), factories.size()) << "every proxy is tried, nothing else is asked";
-  EXPECT_EQ(worker.t_eWindow, 3);
-  EXPECT_TRUE(worker.FlagCreate());
-  EXPECT_EQ(worker.m_pEngine, &engine);
-  EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
-  EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previousmainsource");
-  EXPECT_EQ(worker.m_baseScrW, 1920);
-  EXPECT_EQ(worker.m_baseScrH, 1080);
+  expectState(3);
   const auto held = slots(worker);
   EXPECT_EQ(held.active, lifecycle::none);
   EXPECT_EQ(held.main, lifecycle::none);
@@ -198,32 +182,23 @@ INSTANTIATE_TEST_SUITE_P(Each, CreateWithOneFactoryFailing, ::testing::ValuesIn(
 const std::string seedingFailed = "0 [CEmpTaskWindow::Create] t_InitSourceVconf failed";
 
 TEST_F(CreateTest, FailsWhenTheSourceKeysCannotBeSeeded) {
-  fault("vconf_set_int result=-1");
-  EXPECT_FALSE(create());
-  const Lines seen = logs();
-  EXPECT_EQ(seen.back(), seedingFailed);
-  EXPECT_EQ(seen[seen.size() - 2], "0 Set vconf db/emp/mainsource failed");
-  EXPECT_EQ(worker.t_eWindow, 0) << "the main window is selected before";
-}
-
-TEST_F(CreateTest, FailsWithoutSeedingWhenTheSourceStateIsReadWithAnException) {
-  setSetting("db/emp/mainsource", 77);
-  forget();
-  fault("ISourceControl::GetSourceState result=throw");
-  EXPECT_FALSE(create());
-  const Lines seen = logs();
-  ASSERT_GE(seen.size(), 2U);
-  EXPECT_EQ(seen.back(), seedingFailed);
-  EXPECT_EQ(seen[seen.size() - 2], caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState"));
-  EXPECT_EQ(calls().back(), "ISourceControl[main#1]::GetSourceState() -> throws [fault]");
-  EXPECT_EQ(intSetting("db/emp/mainsource"), 77);
-}
-
-TEST_F(CreateTest, ASecondTimeFailsWhenTheSourceKeysCannotBeSeeded) {
-  create();
-  forget();
-  fault("vconf_set_int nth=3 result=-1");
-  EXPECT_FALSE(create());
+  const std::map<std::string, std::string> failures{
+      {"vconf_set_int result=-1", "0 Set vconf db/emp/mainsource failed"},
+      {"ISourceControl::GetSourceState result=throw",
+       caught("t_GetCurrentSourceInfo", "ISourceControl::GetSourceState")}};
+  for (const auto& [words, told] : failures) {
+    SCOPED_TRACE(words);
+    setSetting("db/emp/mainsource", 77);
+    EXPECT_FALSE(under(words, [this] { return create(); }));
+    const Lines seen = logs();
+    ASSERT_GE(seen.size(), 2U);
+    EXPECT_EQ(seen.back(), seedingFailed);
+    EXPECT_EQ(seen[seen.size() - 2], told);
+    EXPECT_NE(calls().back().find("[fault]"), std::string::npos) << "nothing is asked or written behind it";
+    EXPECT_EQ(intSetting("db/emp/mainsource"), 77);
+    EXPECT_EQ(worker.t_eWindow, 0) << "the main window is selected before";
+  }
+  EXPECT_FALSE(under("vconf_set_int nth=3 result=-1", [this] { return create(); }));
   EXPECT_EQ(logs().back(), seedingFailed);
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
-#include <optional>
 
 #include "Proxies.h"
 
@@ -31,6 +30,7 @@ class Counted : public TCServiceData {
 using LifeTest = support::BareWorkerTest;
 
 TEST_F(LifeTest, StartsWithoutProxiesKeysAndChannelsDrivingNoWindow) {
+  forget();
   const WorkerProbe fresh;
   const auto held = slots(fresh);
   EXPECT_EQ(held.active, lifecycle::none);
@@ -43,6 +43,10 @@ TEST_F(LifeTest, StartsWithoutProxiesKeysAndChannelsDrivingNoWindow) {
   EXPECT_EQ(fresh.m_PreviousSourceVconf, "");
   EXPECT_TRUE(fresh.m_ChannelList.empty());
   EXPECT_EQ(fresh.t_eWindow, 3);
+  EXPECT_EQ(fresh.m_baseScrW, 1920);
+  EXPECT_EQ(fresh.m_baseScrH, 1080);
+  EXPECT_EQ(logs(), constructed);
+  EXPECT_EQ(calls(), Lines());
 }
 
 TEST_F(LifeTest, IsNotCreatedUntilCreateIsCalledAlsoWhenThatFails) {
@@ -52,62 +56,32 @@ TEST_F(LifeTest, IsNotCreatedUntilCreateIsCalledAlsoWhenThatFails) {
   EXPECT_TRUE(worker.FlagCreate());
 }
 
-TEST_F(LifeTest, HasItsBaseScreenFromTheStart) {
-  EXPECT_EQ(worker.m_baseScrW, 1920);
-  EXPECT_EQ(worker.m_baseScrH, 1080);
-}
-
-TEST_F(LifeTest, TellsItsConstruction) {
-  const WorkerProbe fresh;
-  EXPECT_EQ(logs(), constructed);
-  EXPECT_EQ(calls(), Lines());
-}
-
-TEST_F(LifeTest, WithoutCreateEndsWithoutDestroying) {
-  std::optional<WorkerProbe> fresh;
-  fresh.emplace();
-  forget();
-  fresh.reset();
-  EXPECT_EQ(logs(), (Lines{endBegins, endEnds}));
-}
-
-TEST_F(LifeTest, DestroysItselfWhenItEnds) {
-  std::optional<WorkerProbe> fresh;
-  fresh.emplace();
-  fresh->Create("CEmpTaskWindow", &engine);
-  forget();
-  fresh.reset();
-  EXPECT_EQ(logs(), support::join({{endBegins}, destroyed, {endEnds}}));
-}
-
-TEST_F(LifeTest, DestroyDeletesTheFoundChannels) {
-  create();
+TEST_F(LifeTest, DestroysItselfWhenItEndsUnlessItWasNeverCreated) {
   int deleted = 0;
-  for (int count = 0; count < 3; ++count) worker.m_ChannelList.push_back(new Counted(deleted));
-  forget();
-  worker.Destroy();
-  EXPECT_EQ(deleted, 3);
-  EXPECT_TRUE(worker.m_ChannelList.empty());
-  EXPECT_EQ(logs(), destroyed);
-}
-
-TEST_F(LifeTest, EndDeletesTheFoundChannels) {
-  int deleted = 0;
-  {
-    WorkerProbe fresh;
-    fresh.Create("CEmpTaskWindow", &engine);
-    fresh.m_ChannelList.push_back(new Counted(deleted));
+  for (const bool created : {false, true}) {
+    std::unique_ptr<kel::CEmpTaskWindow> fresh = std::make_unique<WorkerProbe>();
+    if (created) {
+      fresh->Create("CEmpTaskWindow", &engine);
+      static_cast<WorkerProbe&>(*fresh).m_ChannelList.push_back(new Counted(deleted));
+    }
+    forget();
+    fresh.reset();
+    EXPECT_EQ(logs(), support::join({{endBegins}, created ? destroyed : Lines(), {endEnds}}));
   }
   EXPECT_EQ(deleted, 1);
 }
 
-TEST_F(LifeTest, DestroyTwiceIsHarmless) {
+TEST_F(LifeTest, DestroyDeletesTheFoundChannelsOnce) {
   create();
   int deleted = 0;
-  worker.m_ChannelList.push_back(new Counted(deleted));
-  worker.Destroy();
-  worker.Destroy();
-  EXPECT_EQ(deleted, 1);
+  for (int count = 0; count < 3; ++count) worker.m_ChannelList.push_back(new Counted(deleted));
+  for (int time = 0; time < 2; ++time) {
+    forget();
+    worker.Destroy();
+    EXPECT_EQ(deleted, 3);
+    EXPECT_TRUE(worker.m_ChannelList.empty());
+    EXPECT_EQ(logs(), destroyed);
+  }
 }
 
 TEST_F(LifeTest, DestroyKeepsTheProxiesAndTheEngine) {
@@ -120,41 +94,19 @@ TEST_F(LifeTest, DestroyKeepsTheProxiesAndTheEngine) {
   EXPECT_EQ(worker.GetSource(&source, _PL_WINDOW_SEEK{}), 1) << "it still works";
 }
 
-TEST_F(LifeTest, IsDeletedThroughItsBase) {
-  const std::unique_ptr<kel::CEmpTaskWindow> fresh = std::make_unique<WorkerProbe>();
-  EXPECT_FALSE(fresh->FlagCreate());
-}
-
 TEST_F(LifeTest, KeepsItsDataInTheStatedOrder) {
   const auto at = [](const auto& member) { return reinterpret_cast<std::uintptr_t>(&member); };
   const WorkerProbe& w = worker;
-  const std::vector<std::uintptr_t> order{at(w.m_pEngine),
-                                          at(w.m_baseScrW),
-                                          at(w.m_baseScrH),
-                                          at(w.m_SourceVconf),
-                                          at(w.m_PreviousSourceVconf),
-                                          at(w.svc_navi_proxy),
-                                          at(w.svc_navi_proxy_main),
-                                          at(w.svc_navi_proxy_pip),
-                                          at(w.src_ctrl_proxy),
-                                          at(w.src_ctrl_proxy_main),
-                                          at(w.src_ctrl_proxy_pip),
-                                          at(w.video_ctrl_proxy),
-                                          at(w.video_ctrl_proxy_main),
-                                          at(w.video_ctrl_proxy_pip),
-                                          at(w.av_ctrl_proxy),
-                                          at(w.av_ctrl_proxy_main),
-                                          at(w.av_ctrl_proxy_pip),
-                                          at(w.servicedata_aux_proxy),
-                                          at(w.servicedata_aux_proxy_main),
-                                          at(w.servicedata_aux_proxy_pip),
-                                          at(w.svc_datacontrol_proxy),
-                                          at(w.svc_datacontrol_proxy_main),
-                                          at(w.svc_datacontrol_proxy_pip),
-                                          at(w.tuner_ctrl_proxy),
-                                          at(w.svc_proxy),
-                                          at(w.m_ChannelList),
-                                          at(w.t_eWindow)};
+  std::vector<std::uintptr_t> order{at(w.m_pEngine), at(w.m_baseScrW), at(w.m_baseScrH), at(w.m_SourceVconf),
+                                    at(w.m_PreviousSourceVconf)};
+  const auto add = [&](const auto&... members) { order.insert(order.end(), {at(members)...}); };
+  add(w.svc_navi_proxy, w.svc_navi_proxy_main, w.svc_navi_proxy_pip);
+  add(w.src_ctrl_proxy, w.src_ctrl_proxy_main, w.src_ctrl_proxy_pip);
+  add(w.video_ctrl_proxy, w.video_ctrl_proxy_main, w.video_ctrl_proxy_pip);
+  add(w.av_ctrl_proxy, w.av_ctrl_proxy_main, w.av_ctrl_proxy_pip);
+  add(w.servicedata_aux_proxy, w.servicedata_aux_proxy_main, w.servicedata_aux_proxy_pip);
+  add(w.svc_datacontrol_proxy, w.svc_datacontrol_proxy_main, w.svc_datacontrol_proxy_pip);
+  add(w.tuner_ctrl_proxy, w.svc_proxy, w.m_ChannelList, w.t_eWindow);
   EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
 }
 

@@ -25,50 +25,65 @@ const Lines pipCalls{made("TVServiceAPI::CreateServiceNavigation", 101), made("T
                      made("TVServiceAPI::ServiceDataAux", 101),          made("TVServiceAPI::CreateDataControl", 1)};
 
 using SetWindowTest = support::WorkerTest;
+using Proxies = std::vector<const void*>;
+
+/// The proxies of each kind: of a window, or those in use.
+Proxies inUse(const support::WorkerProbe& w) {
+  return {w.svc_navi_proxy, w.src_ctrl_proxy,        w.video_ctrl_proxy,
+          w.av_ctrl_proxy,  w.servicedata_aux_proxy, w.svc_datacontrol_proxy};
+}
+Proxies ofMain(const support::WorkerProbe& w) {
+  return {w.svc_navi_proxy_main, w.src_ctrl_proxy_main,        w.video_ctrl_proxy_main,
+          w.av_ctrl_proxy_main,  w.servicedata_aux_proxy_main, w.svc_datacontrol_proxy_main};
+}
+Proxies ofPip(const support::WorkerProbe& w) {
+  return {w.svc_navi_proxy_pip, w.src_ctrl_proxy_pip,        w.video_ctrl_proxy_pip,
+          w.av_ctrl_proxy_pip,  w.servicedata_aux_proxy_pip, w.svc_datacontrol_proxy_pip};
+}
 
 TEST_F(SetWindowTest, ToTheMainWindowAfterCreateMakesOnlyTheVideoAndDataControlThatItLacks) {
+  const Proxies created = inUse(worker);
   EXPECT_EQ(worker.SetWindow(mainWindow), 1);
   EXPECT_EQ(calls(), (Lines{made("TVServiceAPI::CreateVideoControl", 1), made("TVServiceAPI::CreateDataControl", 1)}));
   EXPECT_EQ(logs(), beginMain);
   EXPECT_EQ(slots(worker).main, lifecycle::all);
+  EXPECT_EQ(inUse(worker), ofMain(worker));
+  for (std::size_t at = 0; at < created.size(); ++at) {
+    const bool replaced = at == 2 || at == 5;
+    EXPECT_EQ(inUse(worker)[at] != created[at], replaced) << at;
+  }
 }
 
-TEST_F(SetWindowTest, ToTheMainWindowReplacesTheVideoAndDataControlMadeByCreate) {
-  auto* const video = worker.video_ctrl_proxy;
-  auto* const data = worker.svc_datacontrol_proxy;
-  worker.SetWindow(mainWindow);
-  EXPECT_NE(worker.video_ctrl_proxy, video);
-  EXPECT_EQ(worker.video_ctrl_proxy, worker.video_ctrl_proxy_main);
-  EXPECT_NE(worker.svc_datacontrol_proxy, data);
-  EXPECT_EQ(worker.svc_datacontrol_proxy, worker.svc_datacontrol_proxy_main);
-}
-
-TEST_F(SetWindowTest, ToPictureInPictureMakesItsProxiesInOrderAndItsDataControlWithTheMainProfile) {
+TEST_F(SetWindowTest, SwitchesTheProxiesAndTheSourceKeysAndMakesEachProxyOnce) {
+  auto* const service = worker.svc_proxy;
+  auto* const tuner = worker.tuner_ctrl_proxy;
+  worker.m_ChannelList.push_back(new TCServiceData);
+  setSetting("db/emp/mainsource", 43);
   EXPECT_EQ(worker.SetWindow(pipWindow), 1);
-  EXPECT_EQ(calls(), pipCalls);
+  EXPECT_EQ(calls(), pipCalls) << "the data control with the main window's profile";
   EXPECT_EQ(logs(), beginPip);
-}
-
-TEST_F(SetWindowTest, ToPictureInPictureMakesItsProxiesTheActiveOnes) {
-  worker.SetWindow(pipWindow);
   EXPECT_EQ(slots(worker).pip, lifecycle::all);
-  EXPECT_EQ(worker.svc_navi_proxy, worker.svc_navi_proxy_pip);
-  EXPECT_EQ(worker.src_ctrl_proxy, worker.src_ctrl_proxy_pip);
-  EXPECT_EQ(worker.video_ctrl_proxy, worker.video_ctrl_proxy_pip);
-  EXPECT_EQ(worker.av_ctrl_proxy, worker.av_ctrl_proxy_pip);
-  EXPECT_EQ(worker.servicedata_aux_proxy, worker.servicedata_aux_proxy_pip);
-  EXPECT_EQ(worker.svc_datacontrol_proxy, worker.svc_datacontrol_proxy_pip);
-}
-
-TEST_F(SetWindowTest, SwitchesTheSourceKeysWithTheWindow) {
-  worker.SetWindow(pipWindow);
-  EXPECT_EQ(worker.t_eWindow, 1);
-  EXPECT_EQ(worker.m_SourceVconf, "db/emp/pipsource");
-  EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previouspipsource");
+  const Proxies pip = ofPip(worker);
   worker.SetWindow(mainWindow);
-  EXPECT_EQ(worker.t_eWindow, 0);
-  EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
-  EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previousmainsource");
+  const Proxies main = ofMain(worker);
+  forget();
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(worker.SetWindow(pipWindow), 1);
+    EXPECT_EQ(inUse(worker), pip);
+    EXPECT_EQ(worker.t_eWindow, 1);
+    EXPECT_EQ(worker.m_SourceVconf, "db/emp/pipsource");
+    EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previouspipsource");
+    EXPECT_EQ(worker.SetWindow(mainWindow), 1);
+    EXPECT_EQ(inUse(worker), main);
+    EXPECT_EQ(worker.t_eWindow, 0);
+    EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
+    EXPECT_EQ(worker.m_PreviousSourceVconf, "db/emp/previousmainsource");
+  }
+  EXPECT_EQ(calls(), Lines());
+  EXPECT_EQ(worker.svc_proxy, service);
+  EXPECT_EQ(worker.tuner_ctrl_proxy, tuner);
+  EXPECT_EQ(worker.m_ChannelList.size(), 1U);
+  EXPECT_EQ(intSetting("db/emp/mainsource"), 43);
 }
 
 TEST_F(SetWindowTest, ToAnyOtherNumberIsPictureInPicture) {
@@ -81,62 +96,6 @@ TEST_F(SetWindowTest, ToAnyOtherNumberIsPictureInPicture) {
     EXPECT_EQ(worker.src_ctrl_proxy, worker.src_ctrl_proxy_pip);
     EXPECT_EQ(worker.m_SourceVconf, "db/emp/pipsource");
   }
-}
-
-TEST_F(SetWindowTest, BackToTheMainWindowReusesItsInstances) {
-  auto* const navigation = worker.svc_navi_proxy;
-  auto* const source = worker.src_ctrl_proxy;
-  auto* const av = worker.av_ctrl_proxy;
-  auto* const auxiliary = worker.servicedata_aux_proxy;
-  worker.SetWindow(pipWindow);
-  forget();
-  EXPECT_EQ(worker.SetWindow(mainWindow), 1);
-  EXPECT_EQ(calls(), (Lines{made("TVServiceAPI::CreateVideoControl", 1), made("TVServiceAPI::CreateDataControl", 1)}));
-  EXPECT_EQ(worker.svc_navi_proxy, navigation);
-  EXPECT_EQ(worker.src_ctrl_proxy, source);
-  EXPECT_EQ(worker.av_ctrl_proxy, av);
-  EXPECT_EQ(worker.servicedata_aux_proxy, auxiliary);
-}
-
-TEST_F(SetWindowTest, MakesNothingOnceBothWindowsHaveTheirProxies) {
-  worker.SetWindow(pipWindow);
-  worker.SetWindow(mainWindow);
-  auto* const pipVideo = worker.video_ctrl_proxy_pip;
-  forget();
-  EXPECT_EQ(worker.SetWindow(pipWindow), 1);
-  EXPECT_EQ(worker.video_ctrl_proxy, pipVideo);
-  EXPECT_EQ(worker.SetWindow(mainWindow), 1);
-  EXPECT_EQ(calls(), Lines());
-}
-
-TEST_F(SetWindowTest, LeavesServiceAndTunerProxyAsTheyAre) {
-  auto* const service = worker.svc_proxy;
-  auto* const tuner = worker.tuner_ctrl_proxy;
-  worker.SetWindow(pipWindow);
-  EXPECT_EQ(worker.svc_proxy, service);
-  EXPECT_EQ(worker.tuner_ctrl_proxy, tuner);
-}
-
-TEST_F(SetWindowTest, LeavesTheFoundChannelListAndTheSettingsKeysAsTheyAre) {
-  worker.m_ChannelList.push_back(new TCServiceData);
-  setSetting("db/emp/mainsource", 43);
-  worker.SetWindow(pipWindow);
-  EXPECT_EQ(worker.m_ChannelList.size(), 1U);
-  EXPECT_EQ(intSetting("db/emp/mainsource"), 43);
-}
-
-TEST_F(SetWindowTest, SourcesOfTheTwoWindowsAreTheirOwn) {
-  tv().adjust([](virtualtv::TvState& state) {
-    state[virtualtv::WindowId::pip].sourceState = virtualtv::SOURCE_STATE_SHOWN;
-    state[virtualtv::WindowId::pip].source = 5;
-  });
-  auto source = PL_WINDOW_SOURCE_UNKNOWN;
-  worker.SetWindow(pipWindow);
-  EXPECT_EQ(worker.GetSource(&source, _PL_WINDOW_SEEK{}), 1);
-  EXPECT_EQ(source, 20);
-  worker.SetWindow(mainWindow);
-  EXPECT_EQ(worker.GetSource(&source, _PL_WINDOW_SEEK{}), 1);
-  EXPECT_EQ(source, PL_WINDOW_SOURCE_TV);
 }
 
 /// A factory that stops the selection when it fails: its messages with each window, and how many of the proxies
@@ -229,52 +188,24 @@ std::string noDataControl(bool pip) {
              : "0 SetWindow svc_datacontrol_proxy_main create is FAIL!!";
 }
 
-class SetWindowWithoutDataControl : public support::WorkerTest, public ::testing::WithParamInterface<std::string> {};
-
-TEST_P(SetWindowWithoutDataControl, StillSucceedsAndLeavesNoneActive) {
-  for (const bool pip : {false, true}) {
-    SCOPED_TRACE(pip ? "pip" : "main");
-    clearFaults();
-    forget();
-    fault(dataControl + " " + GetParam());
-    EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 1);
-    EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, {noDataControl(pip)}}));
-    EXPECT_EQ(worker.svc_datacontrol_proxy, nullptr);
-    EXPECT_EQ(pip ? worker.svc_datacontrol_proxy_pip : worker.svc_datacontrol_proxy_main, nullptr);
-    EXPECT_EQ(slots(worker).active, (std::vector<bool>{true, true, true, true, true, false}));
-  }
-}
-
-/// The ways in which the factory fails without an exception.
-Lines refusals() {
-  Lines ways = failures(dataControl);
-  ways.erase(std::remove(ways.begin(), ways.end(), "result=throw"), ways.end());
-  return ways;
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, SetWindowWithoutDataControl, ::testing::ValuesIn(refusals()), [](const auto& test) {
-  return test.param == "result=-1" ? "negative" : test.param.substr(7);
-});
-
-TEST_F(SetWindowTest, AnExceptionOverTheDataControlFailsTheSelectionAndLeavesTheProxiesBoundBefore) {
-  for (const bool pip : {false, true}) {
-    SCOPED_TRACE(pip ? "pip" : "main");
-    forget();
-    fault(dataControl + " result=throw");
-    EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 0);
-    EXPECT_TRUE(faultsHit());
-    clearFaults();
-    EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, {caught("SetWindow", dataControl), noDataControl(pip)}}));
-    EXPECT_EQ(calls().back(), dataControl + "(profile=1, index=0) -> throws [fault]");
-    const std::vector<bool> allButData{true, true, true, true, true, false};
-    EXPECT_EQ(slots(worker).active, allButData);
-    EXPECT_EQ(pip ? slots(worker).pip : slots(worker).main, allButData);
-    EXPECT_EQ(worker.svc_navi_proxy, pip ? worker.svc_navi_proxy_pip : worker.svc_navi_proxy_main);
-    EXPECT_EQ(worker.src_ctrl_proxy, pip ? worker.src_ctrl_proxy_pip : worker.src_ctrl_proxy_main);
-    EXPECT_EQ(worker.t_eWindow, pip ? 1 : 0);
-    EXPECT_EQ(worker.m_SourceVconf, pip ? "db/emp/pipsource" : "db/emp/mainsource");
-    EXPECT_EQ(worker.SetWindow(pip ? pipWindow : mainWindow), 1) << "the next selection makes it";
-    EXPECT_EQ(calls(), Lines{made(dataControl, 1)});
+TEST_F(SetWindowTest, WithoutDataControlOnlyAnExceptionFailsTheSelectionAndTheOthersAreBound) {
+  for (const std::string& way : failures(dataControl)) {
+    for (const bool pip : {false, true}) {
+      SCOPED_TRACE(way + (pip ? " pip" : " main"));
+      const bool throws = way == "result=throw";
+      const auto window = pip ? pipWindow : mainWindow;
+      worker.svc_datacontrol_proxy_main = worker.svc_datacontrol_proxy_pip = nullptr;
+      EXPECT_EQ(under(dataControl + " " + way, [&] { return worker.SetWindow(window); }), throws ? 0 : 1);
+      const Lines thrown = throws ? Lines{caught("SetWindow", dataControl)} : Lines();
+      EXPECT_EQ(logs(), join({pip ? beginPip : beginMain, thrown, {noDataControl(pip)}}));
+      EXPECT_NE(calls().back().find(dataControl + "(profile=1, index=0) -> "), std::string::npos);
+      EXPECT_EQ(slots(worker).active, (std::vector<bool>{true, true, true, true, true, false}));
+      EXPECT_EQ(inUse(worker), pip ? ofPip(worker) : ofMain(worker));
+      EXPECT_EQ(worker.t_eWindow, pip ? 1 : 0);
+      EXPECT_EQ(worker.m_SourceVconf, pip ? "db/emp/pipsource" : "db/emp/mainsource");
+      EXPECT_EQ(worker.SetWindow(window), 1) << "the next selection makes it";
+      EXPECT_EQ(calls(), Lines{made(dataControl, 1)});
+    }
   }
 }
 
