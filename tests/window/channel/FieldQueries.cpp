@@ -158,12 +158,4 @@ void FieldTest::give(const std::string& text) {
   forget();
 }
 
-void FieldCommandTest::give(const std::string& text) {
-  clearFaults();
-  fault("IServiceNavigation::GetServiceList out.services=[" + text + "," + text + "]");
-  ASSERT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
-  fault("IServiceNavigation::GetCurrentService always out.service=" + text);
-  fault("IService::FindService always out.service=" + text);
-}
-
 }  // namespace channels

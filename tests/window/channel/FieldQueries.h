@@ -52,8 +52,6 @@ struct FieldQuery {
   std::function<int(support::WorkerProbe& worker, Output* output)> ask;
 
   bool isName() const { return reading == Reading::name; }
-  /// Parameters of the command.
-  Lines parameters() const { return family == Family::indexed ? Lines{std::to_string(position)} : Lines{}; }
 };
 
 const std::vector<FieldQuery>& fieldQueries();
@@ -79,12 +77,6 @@ Lines end(const FieldQuery& query, const std::string& id, int read, int answered
 class FieldTest : public ChannelTest {
  protected:
   /// Sets the record of the channel of each family, given as text.
-  void give(const std::string& text);
-};
-
-/// The same with an engine.
-class FieldCommandTest : public ChannelEngineTest {
- protected:
   void give(const std::string& text);
 };
 

@@ -10,7 +10,6 @@
 namespace {
 
 using channels::caught;
-using channels::ChannelEngineTest;
 using channels::ChannelTest;
 using channels::head;
 using channels::join;
@@ -53,17 +52,32 @@ class FindChannel : public ChannelTest {
     }
     return ids;
   }
+  int find(_PL_WINDOW_CHANNEL_TYPE type = all) { return worker.FindChannel(type, terrestrial); }
+  int findUnder(const std::string& words) {
+    return under(words, [this] { return find(); });
+  }
   /// The list that the failures below start from.
   void findAll() {
-    ASSERT_EQ(worker.FindChannel(all, terrestrial), 1);
+    ASSERT_EQ(find(), 1);
     ASSERT_EQ(found(), Ids({281, 282, 283}));
     forget();
+  }
+  /// Each position gives the list's own record, and the one behind the last gives none.
+  void expectOwnRecords() {
+    int at = 0;
+    for (TCServiceData* record : worker.m_ChannelList) {
+      TCServiceData* got = nullptr;
+      EXPECT_EQ(worker.t_GetChannelSeek(at++, &got), 1);
+      EXPECT_EQ(got, record);
+    }
+    TCServiceData* none = nullptr;
+    EXPECT_EQ(worker.t_GetChannelSeek(at, &none), 0);
   }
   using Ids = std::vector<unsigned long long>;
 };
 
 TEST_F(FindChannel, AsksForTheServicesOfTheModeAndListsThemInTheSetsOrder) {
-  EXPECT_EQ(worker.FindChannel(all, terrestrial), 1);
+  EXPECT_EQ(find(), 1);
   EXPECT_EQ(found(), Ids({281, 282, 283}));
   EXPECT_EQ(logs(), join({modeLogs, {"3 execute GetServiceList"}, serviceLogs}));
 
@@ -86,24 +100,15 @@ TEST_F(FindChannel, RecordsHoldTheFieldsThatWereFetchedAndNoOthers) {
 }
 
 TEST_F(FindChannel, AChannelTypeBecomesAConditionOnItsMappedValue) {
-  EXPECT_EQ(worker.FindChannel(radio, terrestrial), 1);
+  EXPECT_EQ(find(radio), 1);
   EXPECT_EQ(found(), Ids{282});
   EXPECT_EQ(logs(), join({modeLogs, {"3 execute GetServiceList", serviceLogs[1]}}));
   EXPECT_EQ(head(withoutConditions(calls()).back()),
             "IServiceNavigation[main#1]::GetServiceList(CRITERIA, where 1=2, " + fetched + ", mode=-1,-1, 0, 0)");
-
-  EXPECT_EQ(worker.FindChannel(television, terrestrial), 1);
-  EXPECT_EQ(found(), Ids({281, 283}));
-}
-
-TEST_F(FindChannel, TypeZeroIsNoCondition) {
-  worker.FindChannel(all, terrestrial);
-  EXPECT_EQ(calls().back().find("where 1="), std::string::npos);
-}
-
-TEST_F(FindChannel, ATypeWithoutCounterpartAsksForType0) {
-  EXPECT_EQ(worker.FindChannel(static_cast<_PL_WINDOW_CHANNEL_TYPE>(1), terrestrial), 0);
-  EXPECT_NE(calls().back().find(", where 1=0, fetch"), std::string::npos);
+  EXPECT_EQ(find(television), 1);
+  EXPECT_EQ(found(), Ids({281, 283})) << "in place of those of the call before";
+  EXPECT_EQ(find(static_cast<_PL_WINDOW_CHANNEL_TYPE>(1)), 0);
+  EXPECT_NE(calls().back().find(", where 1=0, fetch"), std::string::npos) << "a type without a counterpart";
 }
 
 TEST_F(FindChannel, AModeThatNamesItsListReadsNoSettings) {
@@ -131,154 +136,94 @@ TEST_F(FindChannel, AModeWithoutMeaningIsPassedOnAsNoMode) {
 
 TEST_F(FindChannel, ARegionThatCanNotBeReadAsksForNoServiceMode) {
   fault("system_info_get_value_int result=-1");
-  EXPECT_EQ(worker.FindChannel(all, terrestrial), 1);
+  EXPECT_EQ(find(), 1);
   EXPECT_EQ(logs()[2], "3 nTCTVMode.antennaMode = 0, nTCTVMode.serviceMode = -1 !");
   EXPECT_NE(calls()[1].find("mode=0,-1"), std::string::npos);
 }
 
-TEST_F(FindChannel, MissingFieldsReadAsTheirDefaults) {
-  EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[{}]",
-                  [&] { return worker.FindChannel(all, terrestrial); }),
-            1);
-  EXPECT_EQ(logs().back(),
-            "3 SERVICE_ID = 18446744073709551615,FREQUENCY = -1,PROGRAM_NUMBER= 255,CHANNEL_TYPE = -1,MAJOR = 65535,"
-            "MINOR = 65535, TRANSPORT_STREAM_ID = 65535, ORIGINAL_NETWORK_ID = 65535");
-}
-
-TEST_F(FindChannel, NumbersOfAllBitsAreReadAtTheirWidth) {
-  under(
-      "IServiceNavigation::GetServiceList "
-      "out.services=[{12=9223372036854775808,4=-2,15=65535,1=-1,13=65535,14=0,18=65536,41=65535}]",
-      [&] { return worker.FindChannel(all, terrestrial); });
-  EXPECT_EQ(logs().back(),
-            "3 SERVICE_ID = 9223372036854775808,FREQUENCY = -2,PROGRAM_NUMBER= 255,CHANNEL_TYPE = -1,MAJOR = 65535,"
-            "MINOR = 0, TRANSPORT_STREAM_ID = 0, ORIGINAL_NETWORK_ID = 65535");
-}
-
-TEST_F(FindChannel, ReplacesTheListOfTheCallBefore) {
-  findAll();
-  EXPECT_EQ(worker.FindChannel(radio, terrestrial), 1);
-  EXPECT_EQ(found(), Ids{282});
+TEST_F(FindChannel, FieldsAreReadAtTheirWidthAndMissingOnesAsTheirDefaults) {
+  const std::map<std::string, std::string> lines{
+      {"[{}]",
+       "3 SERVICE_ID = 18446744073709551615,FREQUENCY = -1,PROGRAM_NUMBER= 255,CHANNEL_TYPE = -1,MAJOR = 65535,"
+       "MINOR = 65535, TRANSPORT_STREAM_ID = 65535, ORIGINAL_NETWORK_ID = 65535"},
+      {"[{12=9223372036854775808,4=-2,15=65535,1=-1,13=65535,14=0,18=65536,41=65535}]",
+       "3 SERVICE_ID = 9223372036854775808,FREQUENCY = -2,PROGRAM_NUMBER= 255,CHANNEL_TYPE = -1,MAJOR = 65535,"
+       "MINOR = 0, TRANSPORT_STREAM_ID = 0, ORIGINAL_NETWORK_ID = 65535"}};
+  for (const auto& [services, line] : lines) {
+    EXPECT_EQ(findUnder("IServiceNavigation::GetServiceList out.services=" + services), 1);
+    EXPECT_EQ(logs().back(), line);
+  }
 }
 
 TEST_F(FindChannel, WithoutNavigationProxyAnswersMinus1AndKeepsTheList) {
   findAll();
   loseNavigation();
-  EXPECT_EQ(worker.FindChannel(all, terrestrial), -1);
+  EXPECT_EQ(find(), -1);
   EXPECT_EQ(logs(), join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
   EXPECT_EQ(calls(), Lines{"TVServiceAPI::CreateServiceNavigation(profile=1, index=0) -> -1 [fault]"});
   EXPECT_EQ(found(), Ids({281, 282, 283}));
 }
 
-TEST_F(FindChannel, CriteriaThatCanNotBeHadLeaveTheListEmpty) {
-  const std::string failed = "0 Get navigation criteria failed";
-  const std::string thrown = caught("FindChannel", "TCNavigationModeHelper::GetNavigationCriteria");
-  const std::vector<std::pair<std::string, Lines>> ways{{"result=0", {failed}}, {"result=throw", {thrown, failed}}};
-  for (const auto& [way, lines] : ways) {
-    SCOPED_TRACE(way);
+TEST_F(FindChannel, AFailedCallAnswers0AndEmptiesTheList) {
+  const std::string criteria = "TCNavigationModeHelper::GetNavigationCriteria";
+  const std::string list = "IServiceNavigation::GetServiceList";
+  const std::string noCriteria = "0 Get navigation criteria failed";
+  const std::string asked = "3 execute GetServiceList";
+  const std::vector<std::pair<std::string, Lines>> failures{
+      {criteria + " result=0", {noCriteria}},
+      {criteria + " result=throw", {caught("FindChannel", criteria), noCriteria}},
+      {list + " result=0", {asked}},
+      {list + " result=-1", {asked}},
+      {list + " result=unwritten", {asked}},
+      {list + " out.services=[null]", {asked}},
+      {list + " out.services=[null,null]", {asked}},
+      {list + " result=throw", {asked, caught("FindChannel", list)}}};
+  for (const auto& [words, lines] : failures) {
+    SCOPED_TRACE(words);
     findAll();
-    EXPECT_EQ(under("TCNavigationModeHelper::GetNavigationCriteria " + way,
-                    [&] { return worker.FindChannel(all, terrestrial); }),
-              0);
+    EXPECT_EQ(findUnder(words), 0);
     EXPECT_EQ(logs(), join({modeLogs, lines}));
-    EXPECT_EQ(calls().size(), 3U) << "no list is asked for";
+    EXPECT_NE(calls().back().find("[fault]"), std::string::npos) << "nothing is asked behind it";
     EXPECT_EQ(found(), Ids{});
   }
 }
 
-TEST_F(FindChannel, AnyNumberButZeroIsASuccessOfTheCriteria) {
-  for (const std::string result : {"2", "-1"}) {
-    EXPECT_EQ(under("TCNavigationModeHelper::GetNavigationCriteria result=" + result,
-                    [&] { return worker.FindChannel(all, terrestrial); }),
-              1)
-        << result;
-  }
-}
-
-TEST_F(FindChannel, UnwrittenCriteriaAreUsedAsTheyAre) {
-  under("TCNavigationModeHelper::GetNavigationCriteria result=unwritten",
-        [&] { return worker.FindChannel(radio, terrestrial); });
+TEST_F(FindChannel, AnyNumberButZeroIsASuccessOfTheCriteriaWhichAreUsedAsTheyAre) {
+  const std::string criteria = "TCNavigationModeHelper::GetNavigationCriteria";
+  for (const std::string result : {"2", "-1"}) EXPECT_EQ(findUnder(criteria + " result=" + result), 1) << result;
+  under(criteria + " result=unwritten", [&] { return find(radio); });
   EXPECT_EQ(head(calls().back()),
             "IServiceNavigation[main#1]::GetServiceList(where 1=2, " + fetched + ", mode=-1,-1, 0, 0)");
 }
 
-TEST_F(FindChannel, AFailedListLookupAnswers0AndLeavesTheListEmpty) {
-  const std::string thrown = caught("FindChannel", "IServiceNavigation::GetServiceList");
-  const std::vector<std::pair<std::string, Lines>> ways{
-      {"result=0", {}}, {"result=-1", {}}, {"result=unwritten", {}}, {"result=throw", {thrown}}};
-  for (const auto& [way, lines] : ways) {
-    SCOPED_TRACE(way);
-    findAll();
-    EXPECT_EQ(under("IServiceNavigation::GetServiceList " + way, [&] { return worker.FindChannel(all, terrestrial); }),
-              0);
-    EXPECT_EQ(logs(), join({modeLogs, {"3 execute GetServiceList"}, lines}));
-    EXPECT_EQ(found(), Ids{});
-    int size = -1;
-    EXPECT_EQ(worker.GetChannel_Size(&size), 1);
-    EXPECT_EQ(size, 0);
+TEST_F(FindChannel, ANullIsNoRecordAndRecordsOfAFailedLookupStayInTheList) {
+  const std::vector<std::tuple<std::string, int, Ids>> outcomes{
+      {"out.services=[null,{12=5},null,null,{12=6},null]", 1, {5, 6}},
+      {"result=0 out.services=[{12=5},{12=6}]", 0, {5, 6}},
+      {"result=0 out.services=[null,{12=5}]", 0, {5}}};
+  for (const auto& [words, result, ids] : outcomes) {
+    SCOPED_TRACE(words);
+    EXPECT_EQ(findUnder("IServiceNavigation::GetServiceList " + words), result);
+    EXPECT_EQ(found(), ids);
+    EXPECT_EQ(logs().size(), modeLogs.size() + 1 + ids.size()) << "each record is logged";
+    expectOwnRecords();
   }
-}
-
-TEST_F(FindChannel, RecordsOfAFailedLookupStayInTheList) {
-  EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=[{12=5},{12=6}]",
-                  [&] { return worker.FindChannel(all, terrestrial); }),
-            0);
-  EXPECT_EQ(found(), Ids({5, 6}));
-  EXPECT_EQ(logs().size(), modeLogs.size() + 3) << "each record is logged";
-}
-
-TEST_F(FindChannel, ANullIsNoRecordAndHasNoPosition) {
-  EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[null,{12=5},null,null,{12=6},null]",
-                  [&] { return worker.FindChannel(all, terrestrial); }),
-            1);
-  EXPECT_EQ(found(), Ids({5, 6}));
-  EXPECT_EQ(logs().size(), modeLogs.size() + 3) << "each record is logged";
-  TCServiceData* got = nullptr;
-  EXPECT_EQ(worker.t_GetChannelSeek(1, &got), 1);
-  EXPECT_EQ(got, worker.m_ChannelList.back());
-  EXPECT_EQ(worker.t_GetChannelSeek(2, &got), 0);
-}
-
-TEST_F(FindChannel, AListOfNothingButNullsIsEmpty) {
-  for (const std::string nulls : {"[null]", "[null,null]"}) {
-    EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=" + nulls,
-                    [&] { return worker.FindChannel(all, terrestrial); }),
-              0);
-    EXPECT_EQ(found(), Ids{});
-    EXPECT_EQ(logs(), join({modeLogs, {"3 execute GetServiceList"}}));
-  }
-}
-
-TEST_F(FindChannel, NullsOfAFailedLookupAreLeftOutToo) {
-  EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=[null,{12=5}]",
-                  [&] { return worker.FindChannel(all, terrestrial); }),
-            0);
-  EXPECT_EQ(found(), Ids{5});
 }
 
 TEST_F(FindChannel, AsksTheMainWindowsNavigationAlsoForThePictureInPicture) {
   ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
   forget();
-  EXPECT_EQ(worker.FindChannel(all, terrestrial), 1);
+  EXPECT_EQ(find(), 1);
   EXPECT_NE(calls().back().find("IServiceNavigation[main#1]::GetServiceList"), std::string::npos);
 }
 
 TEST_F(FindChannel, WithoutTheMainWindowsNavigationAnswers0AndMakesNone) {
   findAll();
   worker.svc_navi_proxy_main = nullptr;
-  EXPECT_EQ(worker.FindChannel(all, terrestrial), 0);
+  EXPECT_EQ(find(), 0);
   EXPECT_EQ(logs(), join({modeLogs, {"3 execute GetServiceList"}}));
   EXPECT_EQ(withoutConditions(calls()), join({modeCalls, {criteriaCall}}));
   EXPECT_EQ(found(), Ids{});
-}
-
-TEST_F(FindChannel, DestroyEmptiesTheList) {
-  findAll();
-  worker.Destroy();
-  EXPECT_EQ(found(), Ids{});
-  int size = -1;
-  EXPECT_EQ(worker.GetChannel_Size(&size), 1);
-  EXPECT_EQ(size, 0);
 }
 
 TEST_F(FindChannel, EachWorkerHasAListOfItsOwn) {
@@ -290,33 +235,15 @@ TEST_F(FindChannel, EachWorkerHasAListOfItsOwn) {
   EXPECT_EQ(found(), Ids({281, 282, 283}));
 }
 
-TEST_F(FindChannel, APositionGivesTheListsOwnRecord) {
-  findAll();
-  int at = 0;
-  for (TCServiceData* record : worker.m_ChannelList) {
-    TCServiceData* got = nullptr;
-    EXPECT_EQ(worker.t_GetChannelSeek(at++, &got), 1);
-    EXPECT_EQ(got, record);
-  }
-  EXPECT_EQ(calls(), Lines{});
-}
-
 TEST_F(FindChannel, APositionGivesARecordOfTheListThatWasFoundLast) {
-  const auto expectOwnRecords = [this] {
-    int at = 0;
-    for (TCServiceData* record : worker.m_ChannelList) {
-      TCServiceData* got = nullptr;
-      EXPECT_EQ(worker.t_GetChannelSeek(at++, &got), 1);
-      EXPECT_EQ(got, record);
-    }
-    TCServiceData* none = nullptr;
-    EXPECT_EQ(worker.t_GetChannelSeek(at, &none), 0);
-  };
   for (const auto type : {all, all, television, radio, all}) {  // as long as the one before, shorter, longer
-    ASSERT_EQ(worker.FindChannel(type, terrestrial), 1);
+    ASSERT_EQ(find(type), 1);
+    calls();
     expectOwnRecords();
+    EXPECT_EQ(calls(), Lines{});
   }
   worker.Destroy();
+  EXPECT_EQ(found(), Ids{});
   expectOwnRecords();
 }
 
@@ -331,64 +258,9 @@ TEST_F(FindChannel, APositionOutsideTheListLeavesTheOutputAsItWas) {
   EXPECT_EQ(got, &mine);
 }
 
-TEST_F(ChannelEngineTest, FindChannelPassesBothNumbersAndItsResultOn) {
-  EXPECT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
-  EXPECT_EQ(finished(), "1");
-  EXPECT_EQ(execute("GetChannel_Size"), "int 3");
-  EXPECT_EQ(execute("FindChannel", {"3", "1"}), "int 1");
-  EXPECT_EQ(execute("GetChannel_Size"), "int 1");
-  EXPECT_EQ(execute("FindChannel", {"0", "9"}), "int 0");
-  EXPECT_EQ(finished(), "0");
-  EXPECT_EQ(execute("GetChannel_Size"), "int 0");
-}
-
-TEST_F(ChannelEngineTest, CommandsReadTheRecordsBesideNulls) {
-  EXPECT_EQ(executeUnder("IServiceNavigation::GetServiceList out.services=[null,{12=5,13=1},null,{12=6,13=2}]",
-                         "FindChannel", {"0", "1"}),
-            "int 1");
-  EXPECT_EQ(execute("GetChannel_Size"), "int 2");
-  EXPECT_EQ(execute("GetChannel_Major", {"0"}), "int 1");
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"1"}), "ascii 6");
-  EXPECT_EQ(execute("GetChannel_OnTVJson", {"1"}), "ascii");
-  EXPECT_EQ(execute("GetChannel_Major", {"2"}), "int -1");
-}
-
-TEST_F(ChannelEngineTest, FindChannelReadsParametersThatAreNoNumbersAs0) {
-  EXPECT_EQ(execute("FindChannel", {"all", ""}), execute("FindChannel", {"0", "0"}));
-  calls();
-  execute("FindChannel", {"x", "9 satellite"});
-  EXPECT_NE(calls().front().find("mode=2,7"), std::string::npos);
-}
-
-TEST_F(ChannelEngineTest, FindChannelOfOneEngineDoesNotTouchTheListOfAnother) {
-  execute("FindChannel", {"0", "1"});
-  ASSERT_TRUE(open("other"));
-  EXPECT_EQ(execute("GetChannel_Size"), "int 0");
-  execute("FindChannel", {"3", "1"});
-  EXPECT_EQ(execute("GetChannel_Size"), "int 1");
-  use("emp");
-  EXPECT_EQ(execute("GetChannel_Size"), "int 3");
-}
-
 class UnconnectedEngineTest : public support::TvTest {
  protected:
   void SetUp() override { channels::furnish(tv()); }
 };
-
-TEST_F(UnconnectedEngineTest, FindChannelWithoutNavigationAnswersMinus1) {
-  fault("TVServiceAPI::CreateServiceNavigation always result=1");
-  ASSERT_TRUE(open());
-  forget();
-  EXPECT_EQ(execute("FindChannel", {"0", "1"}), "int -1");
-  EXPECT_EQ(calls(), Lines{"TVServiceAPI::CreateServiceNavigation(profile=101, index=0) -> 1 [fault]"});
-}
-
-TEST_F(UnconnectedEngineTest, FindChannelFindsNothingUntilAWindowIsSelected) {
-  fault("TVServiceAPI::CreateServiceNavigation times=1 result=1");
-  ASSERT_TRUE(open());
-  EXPECT_EQ(execute("FindChannel", {"0", "1"}), "int 0");
-  EXPECT_EQ(execute("SetWindow", {"0"}), "int 1");
-  EXPECT_EQ(execute("FindChannel", {"0", "1"}), "int 1");
-}
 
 }  // namespace

@@ -11,289 +11,212 @@ namespace {
 
 using channels::banner;
 using channels::caught;
-using channels::ChannelEngineTest;
 using channels::ChannelTest;
 using channels::head;
 using channels::join;
 using support::Lines;
+using support::WorkerProbe;
 
-using Outcomes = std::vector<std::pair<std::string, Lines>>;
+const std::string tvMode = "IServiceNavigation::GetTvMode";
+const std::string startService = "IServiceNavigation::GetStartService";
+const std::string findService = "IService::FindService";
 
-/// The ways in which a call that answers a positive number fails, with the lines that the operation logs then.
-Outcomes failures(const std::string& function, const std::string& call, const Lines& lines) {
-  return {{call + " result=0", lines},
-          {call + " result=-1", lines},
-          {call + " result=throw", join({{caught(function, call)}, lines})}};
+/// A step of a lookup: the call that it makes, without outputs and result, what is logged when it fails, and what was
+/// logged before.
+struct Step {
+  std::string call;
+  std::string failed;
+  Lines before;
+
+  /// The operation that is called.
+  std::string operation() const {
+    const std::size_t bracket = call.find('[');
+    return call.substr(0, bracket) + call.substr(call.find("::"), call.find('(') - call.find("::"));
+  }
+};
+
+struct Lookup {
+  std::string name;
+  int (WorkerProbe::*run)(TCServiceData&);
+  std::string id;  ///< of the service that it finds
+  Lines logged;
+  std::vector<Step> steps;
+};
+
+const std::string allFields = "fetch 12 16 41 15 18 1 2 6 37 4 13 14";
+
+const std::vector<Lookup>& lookups() {
+  static const std::vector<Lookup> table{
+      {"t_GetCurrentChannel",
+       &WorkerProbe::t_GetCurrentChannel,
+       "281",
+       {"3 SERVICE_ID = 281", "3 MAJOR = 7"},
+       {{"IServiceNavigation[main#1]::GetTvMode()", banner(0, "t_GetCurrentChannel"), {}},
+        {"IServiceNavigation[main#1]::GetCurrentService(mode=0,1, " + allFields + " 22 110)",
+         "0 Fail to get current service data\n",
+         {}}}},
+      {"t_GetPreviousChannel",
+       &WorkerProbe::t_GetPreviousChannel,
+       "282",
+       {"3 previous channel SERVICE_ID = 282", "3 previous channel MAJOR = 8,MINOR = 0"},
+       {{"IServiceNavigation[main#1]::GetTvMode()", banner(0, "t_GetPreviousChannel"), {}},
+        {"IServiceNavigation[main#1]::GetPreviousServiceId(mode=0,1)", "0 Fail to get previous service id\n", {}},
+        {"IService[set#1]::FindService(" + allFields + ", where 12=282, count=1)",
+         "0 Fail to find previous service\n",
+         {}}}},
+      {"t_GetStartService",
+       &WorkerProbe::t_GetStartService,
+       "281",
+       {"3 serviceId = 281, source = 0"},
+       {{"IServiceNavigation[main#1]::GetStartService()", "0 Fail to GetStartService!!!", {}},
+        {"IService[set#1]::FindService(fetch 16 13 14 1 12, where 12=281, count=1)",
+         "0 Fail to FindService!!!",
+         {"3 serviceId = 281, source = 0"}}}},
+  };
+  return table;
 }
 
-unsigned long long idOf(const TCServiceData& record) {
-  unsigned long long id = 0;
-  record.Get(TCServiceData::SERVICE_ID, id);
-  return id;
-}
+class LookupTest : public ChannelTest {
+ protected:
+  int run(const Lookup& lookup) {
+    found = TCServiceData();
+    return (worker.*lookup.run)(found);
+  }
+  std::string id() const {
+    unsigned long long number = 0;
+    found.Get(TCServiceData::SERVICE_ID, number);
+    return std::to_string(number);
+  }
+  static const Lookup& current() { return lookups()[0]; }
+  static const Lookup& previous() { return lookups()[1]; }
+  static const Lookup& start() { return lookups()[2]; }
 
-class CurrentChannel : public ChannelTest {};
-class PreviousChannel : public ChannelTest {};
-class StartService : public ChannelTest {};
-class StartServiceId : public ChannelTest {};
+  TCServiceData found;
+};
 
-TEST_F(CurrentChannel, IsTheServiceOnScreenWithTheFieldsOfAChannel) {
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetCurrentChannel(record), 1);
-  EXPECT_EQ(idOf(record), 281U);
-  EXPECT_EQ(logs(), Lines({"3 SERVICE_ID = 281", "3 MAJOR = 7"}));
-  const Lines asked = calls();
-  ASSERT_EQ(asked.size(), 2U);
-  EXPECT_EQ(asked[0], "IServiceNavigation[main#1]::GetTvMode() mode=0,1 -> 1");
-  EXPECT_EQ(head(asked[1]),
-            "IServiceNavigation[main#1]::GetCurrentService(mode=0,1, fetch 12 16 41 15 18 1 2 6 37 4 13 14 22 110)");
-}
-
-TEST_F(CurrentChannel, LogsTheDefaultsOfMissingFields) {
-  TCServiceData record;
-  EXPECT_EQ(under("IServiceNavigation::GetCurrentService result=unwritten",
-                  [&] { return worker.t_GetCurrentChannel(record); }),
-            1);
-  EXPECT_EQ(logs(), Lines({"3 SERVICE_ID = 18446744073709551615", "3 MAJOR = 65535"}));
-}
-
-TEST_F(CurrentChannel, AModeThatCanNotBeReadAnswers0WithoutALookup) {
-  for (const auto& [words, lines] :
-       failures("t_GetCurrentChannel", "IServiceNavigation::GetTvMode", {banner(0, "t_GetCurrentChannel")})) {
-    SCOPED_TRACE(words);
-    TCServiceData record;
-    EXPECT_EQ(under(words, [&] { return worker.t_GetCurrentChannel(record); }), 0);
-    EXPECT_EQ(logs(), lines);
-    EXPECT_EQ(calls().size(), 1U);
+TEST_F(LookupTest, FindsTheServiceWithTheFieldsThatItTakes) {
+  for (const Lookup& lookup : lookups()) {
+    SCOPED_TRACE(lookup.name);
+    forget();
+    EXPECT_EQ(run(lookup), 1);
+    EXPECT_EQ(id(), lookup.id);
+    EXPECT_EQ(logs(), lookup.logged);
+    Lines made;
+    for (const std::string& call : calls()) made.push_back(head(call));
+    Lines expected;
+    for (const Step& step : lookup.steps) expected.push_back(step.call);
+    EXPECT_EQ(made, expected);
   }
 }
 
-TEST_F(CurrentChannel, AModeThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
-  TCServiceData record;
-  under("IServiceNavigation::GetTvMode result=unwritten", [&] { return worker.t_GetCurrentChannel(record); });
+TEST_F(LookupTest, EachFailedCallAnswers0WithItsOwnLineAndEndsTheLookup) {
+  for (const Lookup& lookup : lookups()) {
+    std::size_t made = 0;
+    for (const Step& step : lookup.steps) {
+      ++made;
+      for (const std::string way : {"result=0", "result=-1", "result=throw"}) {
+        const std::string words = step.operation() + " " + way;
+        SCOPED_TRACE(lookup.name + ": " + words);
+        EXPECT_EQ(under(words, [&] { return run(lookup); }), 0);
+        const Lines thrown = way == "result=throw" ? Lines{caught(lookup.name, step.operation())} : Lines();
+        EXPECT_EQ(logs(), join({step.before, thrown, {step.failed}}));
+        EXPECT_EQ(calls().size(), made);
+      }
+    }
+  }
+}
+
+TEST_F(LookupTest, ValuesThatTheSetDoesNotWriteAreDefined) {
+  const std::string ones = "18446744073709551615";
+  EXPECT_EQ(under("IServiceNavigation::GetCurrentService result=unwritten", [&] { return run(current()); }), 1);
+  EXPECT_EQ(logs(), Lines({"3 SERVICE_ID = " + ones, "3 MAJOR = 65535"}));
+  under(findService + " result=unwritten", [&] { return run(previous()); });
+  EXPECT_EQ(logs(),
+            Lines({"3 previous channel SERVICE_ID = " + ones, "3 previous channel MAJOR = 65535,MINOR = 65535"}));
+  under(tvMode + " result=unwritten", [&] { return run(current()); });
   EXPECT_EQ(calls()[1].find("IServiceNavigation[main#1]::GetCurrentService(mode=-1,-1, fetch"), 0U);
+  EXPECT_EQ(under("IServiceNavigation::GetPreviousServiceId result=unwritten", [&] { return run(previous()); }), 0);
+  EXPECT_EQ(logs(), Lines{"0 Fail to find previous service\n"});
+  EXPECT_EQ(under(startService + " result=unwritten", [&] { return run(start()); }), 0);
+  EXPECT_EQ(logs(), Lines({"3 serviceId = " + ones + ", source = -1", "0 Fail to FindService!!!"}));
 }
 
-TEST_F(CurrentChannel, AServiceThatCanNotBeReadAnswers0) {
-  for (const auto& [words, lines] : failures("t_GetCurrentChannel", "IServiceNavigation::GetCurrentService",
-                                             {"0 Fail to get current service data\n"})) {
-    SCOPED_TRACE(words);
-    TCServiceData record;
-    EXPECT_EQ(under(words, [&] { return worker.t_GetCurrentChannel(record); }), 0);
-    EXPECT_EQ(logs(), lines);
+TEST_F(LookupTest, WithoutNavigationProxyAnswers0) {
+  loseNavigation();
+  loseService();
+  for (const Lookup& lookup : lookups()) {
+    EXPECT_EQ(run(lookup), 0) << lookup.name;
+    EXPECT_EQ(logs(), join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}})) << lookup.name;
   }
 }
 
-TEST_F(CurrentChannel, WithoutNavigationProxyAnswers0) {
-  loseNavigation();
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetCurrentChannel(record), 0);
-  EXPECT_EQ(logs(), join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
+TEST_F(LookupTest, WithoutServiceProxyAnswers0) {
+  const std::string factory = "TVServiceAPI::CreateService() -> -1 [fault]";
+  loseService();
+  EXPECT_EQ(run(previous()), 0);
+  EXPECT_EQ(logs(), join({channels::noService(), {"0 Serviceproxy is NULL"}}));
+  EXPECT_EQ(calls(), Lines{factory}) << "before any other call";
+  EXPECT_EQ(run(start()), 0);
+  EXPECT_EQ(logs(), join({channels::noService(), {"0 ServiceNavigationproxy is NULL"}}));
+  EXPECT_EQ(calls(), Lines({"IServiceNavigation[main#1]::GetStartService() serviceId=281 source=0 -> 1", factory}));
 }
 
-TEST_F(CurrentChannel, IsAskedForAnewEachTime) {
-  TCServiceData record;
-  worker.t_GetCurrentChannel(record);
-  const virtualtv::ServiceKey news = tv().state()[virtualtv::WindowId::main].service;
-  tv().tune(virtualtv::WindowId::main, news + 1);
-  EXPECT_EQ(worker.t_GetCurrentChannel(record), 1);
-  EXPECT_EQ(idOf(record), 282U);
-}
-
-TEST_F(CurrentChannel, IsThatOfTheSelectedWindow) {
+TEST_F(LookupTest, TheCurrentChannelIsAskedForAnewOfTheSelectedWindow) {
+  run(current());
+  tv().tune(virtualtv::WindowId::main, tv().state()[virtualtv::WindowId::main].service + 1);
+  EXPECT_EQ(run(current()), 1);
+  EXPECT_EQ(id(), "282");
   ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
   forget();
-  TCServiceData record;
-  worker.t_GetCurrentChannel(record);
+  run(current());
   EXPECT_EQ(calls().front().find("IServiceNavigation[pip#"), 0U);
 }
 
-TEST_F(PreviousChannel, IsFoundByTheIdThatTheNavigationKnows) {
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetPreviousChannel(record), 1);
-  EXPECT_EQ(idOf(record), 282U);
-  EXPECT_EQ(logs(), Lines({"3 previous channel SERVICE_ID = 282", "3 previous channel MAJOR = 8,MINOR = 0"}));
-  const Lines asked = calls();
-  ASSERT_EQ(asked.size(), 3U);
-  EXPECT_EQ(asked[0], "IServiceNavigation[main#1]::GetTvMode() mode=0,1 -> 1");
-  EXPECT_EQ(asked[1], "IServiceNavigation[main#1]::GetPreviousServiceId(mode=0,1) serviceId=282 -> 1");
-  EXPECT_EQ(head(asked[2]),
-            "IService[set#1]::FindService(fetch 12 16 41 15 18 1 2 6 37 4 13 14, where 12=282, count=1)");
-}
-
-TEST_F(PreviousChannel, LogsTheDefaultsOfMissingFields) {
-  TCServiceData record;
-  under("IService::FindService result=unwritten", [&] { return worker.t_GetPreviousChannel(record); });
-  EXPECT_EQ(logs(), Lines({"3 previous channel SERVICE_ID = 18446744073709551615",
-                           "3 previous channel MAJOR = 65535,MINOR = 65535"}));
-}
-
-TEST_F(PreviousChannel, EachFailedCallAnswers0WithItsOwnLineAndEndsTheLookup) {
-  const std::vector<std::tuple<std::string, std::string, std::size_t>> steps{
-      {"IServiceNavigation::GetTvMode", banner(0, "t_GetPreviousChannel"), 1},
-      {"IServiceNavigation::GetPreviousServiceId", "0 Fail to get previous service id\n", 2},
-      {"IService::FindService", "0 Fail to find previous service\n", 3}};
-  for (const auto& [call, line, made] : steps) {
-    for (const auto& [words, lines] : failures("t_GetPreviousChannel", call, {line})) {
-      SCOPED_TRACE(words);
-      TCServiceData record;
-      EXPECT_EQ(under(words, [&] { return worker.t_GetPreviousChannel(record); }), 0);
-      EXPECT_EQ(logs(), lines);
-      EXPECT_EQ(calls().size(), made);
-    }
+TEST_F(LookupTest, IdsOf64BitsAreAskedForAsTheyAre) {
+  for (const std::string number : {"9223372036854775808", "18446744073709551615"}) {
+    under("IServiceNavigation::GetPreviousServiceId out.serviceId=" + number, [&] { return run(previous()); });
+    EXPECT_NE(calls().back().find("where 12=" + number + ", count=1"), std::string::npos) << number;
   }
 }
 
-TEST_F(PreviousChannel, AnIdThatIsNotWrittenHasADefinedValue) {
-  TCServiceData record;
-  EXPECT_EQ(under("IServiceNavigation::GetPreviousServiceId result=unwritten",
-                  [&] { return worker.t_GetPreviousChannel(record); }),
-            0);
-  EXPECT_EQ(logs(), Lines{"0 Fail to find previous service\n"});
-}
-
-TEST_F(PreviousChannel, IdsOf64BitsAreAskedForAsTheyAre) {
-  TCServiceData record;
-  for (const std::string id : {"9223372036854775808", "18446744073709551615"}) {
-    under("IServiceNavigation::GetPreviousServiceId out.serviceId=" + id,
-          [&] { return worker.t_GetPreviousChannel(record); });
-    EXPECT_NE(calls().back().find("where 12=" + id + ", count=1"), std::string::npos) << id;
-  }
-}
-
-TEST_F(PreviousChannel, WithoutNavigationProxyAnswers0) {
-  loseNavigation();
-  loseService();
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetPreviousChannel(record), 0);
-  EXPECT_EQ(logs(), join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
-}
-
-TEST_F(PreviousChannel, WithoutServiceProxyAnswers0BeforeAnyOtherCall) {
-  loseService();
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetPreviousChannel(record), 0);
-  EXPECT_EQ(logs(), join({channels::noService(), {"0 Serviceproxy is NULL"}}));
-  EXPECT_EQ(calls(), Lines{"TVServiceAPI::CreateService() -> -1 [fault]"});
-}
-
-TEST_F(StartService, IsFoundByTheIdThatTheSetStartsWith) {
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetStartService(record), 1);
-  EXPECT_EQ(idOf(record), 281U);
-  EXPECT_EQ(logs(), Lines{"3 serviceId = 281, source = 0"});
-  const Lines asked = calls();
-  ASSERT_EQ(asked.size(), 2U);
-  EXPECT_EQ(asked[0], "IServiceNavigation[main#1]::GetStartService() serviceId=281 source=0 -> 1");
-  EXPECT_EQ(head(asked[1]), "IService[set#1]::FindService(fetch 16 13 14 1 12, where 12=281, count=1)");
-}
-
-TEST_F(StartService, TheSourceIsOnlyLogged) {
-  TCServiceData record;
-  EXPECT_EQ(under("IServiceNavigation::GetStartService out.source=17 out.serviceId=282",
-                  [&] { return worker.t_GetStartService(record); }),
-            1);
+TEST_F(LookupTest, TheSourceOfTheStartServiceIsOnlyLogged) {
+  EXPECT_EQ(under(startService + " out.source=17 out.serviceId=282", [&] { return run(start()); }), 1);
   EXPECT_EQ(logs(), Lines{"3 serviceId = 282, source = 17"});
-  EXPECT_EQ(idOf(record), 282U);
+  EXPECT_EQ(id(), "282");
 }
 
-TEST_F(StartService, IdAndSourceThatTheSetDoesNotTellAreUnknown) {
-  TCServiceData record;
-  EXPECT_EQ(
-      under("IServiceNavigation::GetStartService result=unwritten", [&] { return worker.t_GetStartService(record); }),
-      0);
-  EXPECT_EQ(logs(), Lines({"3 serviceId = 18446744073709551615, source = -1", "0 Fail to FindService!!!"}));
-}
+class StartServiceId : public ChannelTest {
+ protected:
+  int ask() { return worker.GetStartChannel_ServiceId(text); }
+  char text[32] = "as it was";
+};
 
-TEST_F(StartService, EachFailedCallAnswers0WithItsOwnLine) {
-  const std::vector<std::tuple<std::string, Lines, std::string>> steps{
-      {"IServiceNavigation::GetStartService", {}, "0 Fail to GetStartService!!!"},
-      {"IService::FindService", {"3 serviceId = 281, source = 0"}, "0 Fail to FindService!!!"}};
-  for (const auto& [call, before, line] : steps) {
-    for (const auto& [words, lines] : failures("t_GetStartService", call, {line})) {
-      SCOPED_TRACE(words);
-      TCServiceData record;
-      EXPECT_EQ(under(words, [&] { return worker.t_GetStartService(record); }), 0);
-      EXPECT_EQ(logs(), join({before, lines}));
-    }
-  }
-}
-
-TEST_F(StartService, WithoutNavigationProxyAnswers0) {
-  loseNavigation();
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetStartService(record), 0);
-  EXPECT_EQ(logs(), join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
-}
-
-TEST_F(StartService, WithoutServiceProxyTellsThatTheNavigationIsMissing) {
-  loseService();
-  TCServiceData record;
-  EXPECT_EQ(worker.t_GetStartService(record), 0);
-  EXPECT_EQ(logs(), join({channels::noService(), {"0 ServiceNavigationproxy is NULL"}}));
-  EXPECT_EQ(calls(), Lines({"IServiceNavigation[main#1]::GetStartService() serviceId=281 source=0 -> 1",
-                            "TVServiceAPI::CreateService() -> -1 [fault]"}));
-}
-
-TEST_F(StartServiceId, IsTheSetsOwnWithoutALookup) {
-  char text[32] = {};
-  EXPECT_EQ(worker.GetStartChannel_ServiceId(text), 1);
-  EXPECT_STREQ(text, "281");
-  EXPECT_EQ(logs(), Lines{"0 ServiceId == 281"});
+TEST_F(StartServiceId, IsTheSetsOwnUnsignedWithAll64BitsWithoutALookup) {
+  EXPECT_EQ(ask(), 1);
   EXPECT_EQ(calls(), Lines{"IServiceNavigation[main#1]::GetStartService() serviceId=281 source=0 -> 1"});
-}
-
-TEST_F(StartServiceId, IsAskedForWithIdAndSourceUnknown) {
-  char text[32] = {};
-  EXPECT_EQ(
-      under("IServiceNavigation::GetStartService result=0", [&] { return worker.GetStartChannel_ServiceId(text); }), 0);
-  EXPECT_EQ(calls(),
-            Lines{"IServiceNavigation[main#1]::GetStartService() serviceId=18446744073709551615 source=-1 -> 0 "
-                  "[fault]"});
-}
-
-TEST_F(StartServiceId, IsWrittenUnsignedWithAll64Bits) {
-  for (const std::string id : {"0", "9223372036854775808", "18446744073709551615"}) {
-    char text[32];
+  for (const std::string id : {"0", "281", "9223372036854775808", "18446744073709551615"}) {
     std::memset(text, 'x', sizeof text);
-    EXPECT_EQ(under("IServiceNavigation::GetStartService out.serviceId=" + id,
-                    [&] { return worker.GetStartChannel_ServiceId(text); }),
-              1);
+    EXPECT_EQ(under(startService + " out.serviceId=" + id, [&] { return ask(); }), 1);
     EXPECT_EQ(text, id);
     EXPECT_EQ(logs(), Lines{"0 ServiceId == " + id});
   }
 }
 
 TEST_F(StartServiceId, AFailureAnswers0AndLeavesTheOutputAsItWas) {
-  for (const auto& [words, lines] :
-       failures("GetStartChannel_ServiceId", "IServiceNavigation::GetStartService", {"0 Fail to GetStartService!!!"})) {
-    SCOPED_TRACE(words);
-    char text[32] = "as it was";
-    EXPECT_EQ(under(words, [&] { return worker.GetStartChannel_ServiceId(text); }), 0);
-    EXPECT_STREQ(text, "as it was");
-    EXPECT_EQ(logs(), lines);
+  const std::string failed = "0 Fail to GetStartService!!!";
+  const Lines thrown{caught("GetStartChannel_ServiceId", startService), failed};
+  for (const auto& [way, lines] :
+       std::map<std::string, Lines>{{"result=0", {failed}}, {"result=-1", {failed}}, {"result=throw", thrown}}) {
+    EXPECT_EQ(under(startService + " " + way, [&] { return ask(); }), 0) << way;
+    EXPECT_EQ(logs(), lines) << way;
   }
-}
-
-TEST_F(StartServiceId, WithoutNavigationProxyAnswers0) {
+  under(startService + " result=0", [&] { return ask(); });
+  EXPECT_TRUE(calls().back().ends_with("serviceId=18446744073709551615 source=-1 -> 0 [fault]")) << "both unknown";
   loseNavigation();
-  char text[32] = "as it was";
-  EXPECT_EQ(worker.GetStartChannel_ServiceId(text), 0);
-  EXPECT_STREQ(text, "as it was");
+  forget();
+  EXPECT_EQ(ask(), 0);
   EXPECT_EQ(logs(), join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
-}
-
-TEST_F(ChannelEngineTest, GetStartChannelServiceIdAnswersTheIdAsText) {
-  EXPECT_EQ(execute("GetStartChannel_ServiceId"), "ascii 281");
-  EXPECT_EQ(finished(), "1");
-  fault("IServiceNavigation::GetStartService out.serviceId=18446744073709551615");
-  EXPECT_EQ(execute("GetStartChannel_ServiceId"), "ascii 18446744073709551615");
-}
-
-TEST_F(ChannelEngineTest, GetStartChannelServiceIdThatFailsAnswersTheEmptyText) {
-  fault("IServiceNavigation::GetStartService result=0");
-  EXPECT_EQ(execute("GetStartChannel_ServiceId"), "ascii");
-  EXPECT_EQ(finished(), "0");
+  EXPECT_STREQ(text, "as it was");
 }
 
 }  // namespace

@@ -143,45 +143,4 @@ TEST_F(NameTest, OfAnIndexedChannelWithoutOneFailsForNameAlone) {
   }
 }
 
-class NameCommandTest : public channels::FieldCommandTest {};
-
-TEST_F(NameCommandTest, CommandsAnswerTheNameWithoutTheMark) {
-  for (const std::u16string name : {u"News 24", u"Новости", u"日本"}) {
-    give(named(name));
-    for (const FieldQuery& query : nameQueries()) {
-      const support::Answer answer = ask(query.name, query.parameters());
-      ASSERT_TRUE(answer.reply) << query.name;
-      EXPECT_EQ(answer.reply->kind, virtualtv::framework::Reply::Kind::unicode) << query.name;
-      EXPECT_EQ(answer.reply->units, name) << query.name;
-      EXPECT_EQ(finished(), "1");
-    }
-  }
-}
-
-TEST_F(NameCommandTest, CommandsAnswerTheStartOfANameThatIsTooLong) {
-  give(named(std::u16string(5000, u'é')));
-  for (const FieldQuery& query : nameQueries()) {
-    const support::Answer answer = ask(query.name, query.parameters());
-    ASSERT_TRUE(answer.reply) << query.name;
-    EXPECT_EQ(answer.reply->units, std::u16string(255, u'é')) << query.name;
-  }
-}
-
-TEST_F(NameCommandTest, CommandsAnswerTheEmptyTextForANameThatBeginsWithAZeroOrBeyond16Bits) {
-  for (const std::u16string& name : {std::u16string(u"\xD83D\xDE00 News"), std::u16string(u"\0News", 5)}) {
-    give(named(name));
-    for (const FieldQuery& query : nameQueries()) {
-      EXPECT_EQ(execute(query.name, query.parameters()), "unicode \"\"") << query.name;
-    }
-  }
-}
-
-TEST_F(NameCommandTest, CommandsAnswerTheEmptyTextForAChannelWithoutName) {
-  give("{12=281}");
-  for (const FieldQuery& query : nameQueries()) {
-    EXPECT_EQ(execute(query.name, query.parameters()), query.name == "GetChannel_Name" ? "int -1" : "unicode \"\"")
-        << query.name;
-  }
-}
-
 }  // namespace

@@ -11,7 +11,6 @@ namespace {
 
 using channels::banner;
 using channels::caught;
-using channels::ChannelEngineTest;
 using channels::ChannelTest;
 using channels::head;
 using channels::join;
@@ -110,26 +109,17 @@ TEST_F(ServiceIdByNumbers, FindsTheServiceWithoutTuning) {
   EXPECT_EQ(head(asked[0]), lookup(", where 1=1"));
 }
 
-TEST_F(ServiceIdByNumbers, ATypeThatMapsTo1To9IsACondition) {
-  const std::vector<std::pair<int, int>> conditions{{2, 1},  {3, 2},  {4, 3},  {5, 4},  {8, 7},  {9, 3},
-                                                    {10, 8}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {18, 8}};
-  for (const auto& [mine, theirs] : conditions) {
+TEST_F(ServiceIdByNumbers, ATypeThatMapsTo1To9IsAConditionAndNoOther) {
+  const std::vector<std::pair<int, int>> mapped{{2, 1},  {3, 2},   {4, 3},   {5, 4},   {8, 7},   {9, 3},  {10, 8},
+                                                {11, 4}, {12, 5},  {13, 6},  {16, 7},  {18, 8},  {0, -1}, {1, 0},
+                                                {6, 0},  {19, 13}, {21, 10}, {23, 11}, {24, 19}, {99, 0}};
+  for (const auto& [mine, theirs] : mapped) {
     SCOPED_TRACE(mine);
     forget();
     ask(7, 0, mine);
     EXPECT_EQ(logs()[2], types(mine, theirs));
-    EXPECT_EQ(head(calls().back()), lookup(", where 1=" + std::to_string(theirs)));
-  }
-}
-
-TEST_F(ServiceIdByNumbers, ATypeThatMapsElsewhereIsNone) {
-  const std::vector<std::pair<int, int>> none{{0, -1}, {1, 0}, {6, 0}, {19, 13}, {21, 10}, {23, 11}, {24, 19}, {99, 0}};
-  for (const auto& [mine, theirs] : none) {
-    SCOPED_TRACE(mine);
-    forget();
-    EXPECT_EQ(ask(7, 0, mine), 1);
-    EXPECT_EQ(logs()[2], types(mine, theirs));
-    EXPECT_EQ(head(calls().back()), lookup(""));
+    EXPECT_EQ(head(calls().back()),
+              lookup(theirs >= 1 && theirs <= 9 ? ", where 1=" + std::to_string(theirs) : std::string()));
   }
 }
 
@@ -148,12 +138,20 @@ TEST_F(ServiceIdByNumbers, AType9IsLimitedToTheAntennaInUse) {
 }
 
 TEST_F(ServiceIdByNumbers, AnAntennaThatCanNotBeReadIsNoCondition) {
-  for (const char* way : {"result=0", "result=-1"}) {
+  const std::map<std::string, std::string> conditions{
+      {"result=0", ""}, {"result=-1", ""}, {"result=unwritten", ", where 115=-1"}};
+  for (const auto& [way, antenna] : conditions) {
     SCOPED_TRACE(way);
-    under(std::string("IServiceNavigation::GetTvMode ") + way, [&] { return ask(7, 0, 20); });
-    EXPECT_EQ(head(calls().back()), lookup(", where 1=9"));
+    EXPECT_EQ(under("IServiceNavigation::GetTvMode " + way, [&] { return ask(7, 0, 20); }), 0);
+    EXPECT_EQ(head(calls().back()), lookup(", where 1=9" + antenna));
     EXPECT_EQ(logs(), join({begun(7, 0), {types(20, 9), banner(0, "GetChannel_ServiceId")}}));
   }
+  loseNavigation();
+  forget();
+  EXPECT_EQ(ask(7, 0, 20), 0);
+  const Lines asked = calls();
+  ASSERT_EQ(asked.size(), 1U) << "no navigation is made";
+  EXPECT_EQ(head(asked[0]), lookup(", where 1=9"));
 }
 
 TEST_F(ServiceIdByNumbers, AnAntennaThatIsReadWithAnExceptionAnswers0AndFindsNothing) {
@@ -162,19 +160,6 @@ TEST_F(ServiceIdByNumbers, AnAntennaThatIsReadWithAnExceptionAnswers0AndFindsNot
   EXPECT_EQ(logs(),
             join({begun(7, 0), {types(20, 9), caught("GetChannel_ServiceId", "IServiceNavigation::GetTvMode")}}));
   EXPECT_STREQ(text, "as it was");
-}
-
-TEST_F(ServiceIdByNumbers, AnAntennaThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
-  EXPECT_EQ(under("IServiceNavigation::GetTvMode result=unwritten", [&] { return ask(7, 0, 20); }), 0);
-  EXPECT_EQ(head(calls().back()), lookup(", where 1=9, where 115=-1"));
-}
-
-TEST_F(ServiceIdByNumbers, WithoutNavigationProxyNoneIsMadeForTheAntenna) {
-  loseNavigation();
-  EXPECT_EQ(ask(7, 0, 20), 0);
-  const Lines asked = calls();
-  ASSERT_EQ(asked.size(), 1U);
-  EXPECT_EQ(head(asked[0]), lookup(", where 1=9"));
 }
 
 TEST_F(ServiceIdByNumbers, TheFirstInIdOrderIsFound) {
@@ -220,47 +205,6 @@ TEST_F(ServiceIdByNumbers, TheFoundChannelListIsNotUsed) {
   EXPECT_EQ(ask(7, 0, 2), 1);
   EXPECT_STREQ(text, "281");
   EXPECT_EQ(worker.m_ChannelList.size(), 1U);
-}
-
-TEST_F(ChannelEngineTest, GetChannelSizeAnswersTheLengthOfTheList) {
-  EXPECT_EQ(execute("GetChannel_Size"), "int 0");
-  EXPECT_EQ(finished(), "1");
-}
-
-TEST_F(ChannelEngineTest, GetChannelServiceIdOfAPosition) {
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"0"}), "int -1");
-  execute("FindChannel", {"0", "1"});
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"1"}), "ascii 282");
-  EXPECT_EQ(finished(), "1");
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"3"}), "int -1");
-  EXPECT_EQ(finished(), "-1");
-}
-
-TEST_F(ChannelEngineTest, GetChannelServiceIdOfNumbers) {
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"8", "0", "3"}), "ascii 282");
-  EXPECT_EQ(finished(), "1");
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"8", "0", "2"}), "ascii") << "a failure of 0 is the empty text";
-  EXPECT_EQ(finished(), "0");
-}
-
-TEST_F(ChannelEngineTest, GetChannelServiceIdThatDoesNotParseIsTheEmptyTextWithoutALookup) {
-  execute("FindChannel", {"0", "1"});
-  calls();
-  const std::vector<Lines> parameters{
-      {"x"},          {""},           {"1.5"},         {"", "0", "2"}, {"8", "", "2"},
-      {"8", "0", ""}, {"8", "", "x"}, {"x", "0", "3"}, {"", "", "3"},  {"8", "0x0", "3"}};
-  for (const Lines& words : parameters) {
-    EXPECT_EQ(execute("GetChannel_ServiceId", words), "ascii") << ::testing::PrintToString(words);
-    EXPECT_EQ(finished(), "1");
-  }
-  EXPECT_EQ(calls(), Lines{});
-}
-
-TEST_F(ChannelEngineTest, GetChannelServiceIdOfNumbersWithoutServiceProxyAnswersMinus1) {
-  ASSERT_TRUE(close());
-  fault("TVServiceAPI::CreateService always result=1");
-  ASSERT_TRUE(open());
-  EXPECT_EQ(execute("GetChannel_ServiceId", {"8", "0", "3"}), "int -1");
 }
 
 }  // namespace

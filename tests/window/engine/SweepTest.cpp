@@ -165,6 +165,24 @@ TEST_P(SweepTest, EachMessageTellsALineOfItsOperationOnTheIspSource) {
   sweepLocations([this] { ask(command().name, command().parameters); });
 }
 
+TEST_F(EveryCallTest, RecordsOfAnyContentAreAnswered) {
+  prepare();
+  for (const std::string record :
+       {"{}", R"({12=18446744073709551615,16="",110=""})",
+        "{1=-2147483648,2=-1,4=2147483647,6=-99,13=4294967295,14=-1,15=65536,18=-1,22=-1,37=-1,41=-1}",
+        R"({1="text",12="text",13="text",16=7,110=7})", R"({12=281,16="\uD800\uDC00\uDFFF",110="{\uD800"})",
+        R"({12=281,16="%s%n%d",110="%s%n%d"})"}) {
+    fault("IServiceNavigation::GetServiceList always out.services=[" + record + "," + record + "]");
+    fault("IServiceNavigation::GetCurrentService always out.service=" + record);
+    fault("IService::FindService always out.service=" + record);
+    for (const engine::Call& call : engine::everyCall()) {
+      const Answer answer = ask(call.name, call.parameters);
+      EXPECT_TRUE(answer.accepted && answer.reply) << call.name << " " << record << ": " << answer.shown();
+    }
+    clearFaults();
+  }
+}
+
 TEST_F(LocationTest, OfOpeningAndClosingAnEngine) {
   sweepLocations([this] {
     close();
