@@ -11,11 +11,11 @@
 namespace {
 
 using channels::banner;
-using channels::ChannelEngineTest;
 using channels::ChannelTest;
 using channels::join;
 using channels::record;
 using reports::parsed;
+using reports::with;
 using support::Lines;
 
 constexpr int attached = TCServiceData::SERVICE_FIELD_110;
@@ -43,59 +43,18 @@ const std::string wholeDocument = R"({
 }
 )";
 
-const std::string emptyDocument = R"({
-   "channelName" : "",
-   "frequency" : -1,
-   "lock" : 65535,
-   "major" : 65535,
-   "minor" : 65535,
-   "originalNetworkId" : 65535,
-   "programNumber" : 65535,
-   "ptc" : 65535,
-   "serviceId" : "18446744073709551615",
-   "serviceid" : "18446744073709551615",
-   "sourceId" : 65535,
-   "transportStreamId" : 65535,
-   "tuneMode" : -1,
-   "type" : 0
-}
-)";
+const std::string emptyDocument =
+    with(wholeDocument,
+         R"({"channelName":"","frequency":-1,"lock":65535,"major":65535,"minor":65535,"originalNetworkId":65535,
+                       "programNumber":65535,"ptc":65535,"serviceId":"18446744073709551615",
+                       "serviceid":"18446744073709551615","sourceId":65535,"transportStreamId":65535,"tuneMode":-1,
+                       "type":0})");
 
 /// What the three services' first and second give; the previous channel comes without its lock.
-const std::string newsDocument = R"({
-   "channelName" : "News 24",
-   "frequency" : 578000,
-   "lock" : 0,
-   "major" : 7,
-   "minor" : 0,
-   "originalNetworkId" : 8442,
-   "programNumber" : 300,
-   "ptc" : 34,
-   "serviceId" : "281",
-   "serviceid" : "281",
-   "sourceId" : 4,
-   "transportStreamId" : 1051,
-   "tuneMode" : 6,
-   "type" : 2
-}
-)";
-const std::string radioDocument = R"({
-   "channelName" : "Radio 5",
-   "frequency" : 586000,
-   "lock" : 65535,
-   "major" : 8,
-   "minor" : 0,
-   "originalNetworkId" : 8442,
-   "programNumber" : 20,
-   "ptc" : 35,
-   "serviceId" : "282",
-   "serviceid" : "282",
-   "sourceId" : 4,
-   "transportStreamId" : 1051,
-   "tuneMode" : 6,
-   "type" : 3
-}
-)";
+const std::string newsDocument = with(wholeDocument, R"({"lock":0,"minor":0,"type":2})");
+const std::string radioDocument = with(
+    wholeDocument, R"({"channelName":"Radio 5","frequency":586000,"lock":65535,"major":8,"minor":0,"programNumber":20,
+                       "ptc":35,"serviceId":"282","serviceid":"282","type":3})");
 
 class ChannelInfo : public ChannelTest {
  protected:
@@ -126,15 +85,6 @@ TEST_F(ChannelInfo, HoldsTheDefaultsOfARecordWithoutFields) {
 TEST_F(ChannelInfo, OfNoRecordIsTheEmptyText) {
   EXPECT_EQ(worker.t_GetChannelInfo(nullptr), "");
   EXPECT_EQ(logs(), Lines{});
-}
-
-TEST_F(ChannelInfo, HasNumbersAsIntegersAndIdsAsTexts) {
-  const Json::Value document = parsed(infoOf(record(whole)));
-  for (const std::string& key : document.getMemberNames()) {
-    const bool text = key == "channelName" || key == "serviceId" || key == "serviceid";
-    EXPECT_EQ(document[key].type(), text ? Json::stringValue : Json::intValue) << key;
-  }
-  EXPECT_EQ(document.size(), 14U);
 }
 
 TEST_F(ChannelInfo, NumbersOf16BitsAreNeverNegative) {
@@ -186,19 +136,12 @@ TEST_F(ChannelInfo, AnEmptyNameIsTheEmptyTextAmongAllOtherMembers) {
   EXPECT_EQ(document, parsed(wholeDocument));
 }
 
-TEST_F(ChannelInfo, NamesBeyondAsciiAreEscaped) {
+TEST_F(ChannelInfo, NamesAreEscaped) {
+  EXPECT_EQ(parsed(infoWith(name, u"a\"b\\c\n"))["channelName"], Json::Value("a\"b\\c\n"));
   const std::string document = infoWith(name, u"Новости é");
   EXPECT_EQ(parsed(document)["channelName"], Json::Value("Новости é"));
   EXPECT_NE(document.find(R"("channelName" : "\u041d\u043e\u0432\u043e\u0441\u0442\u0438 \u00e9")"), std::string::npos)
       << document;
-}
-
-TEST_F(ChannelInfo, NamesThatJsonMustEscapeAreEscaped) {
-  EXPECT_EQ(parsed(infoWith(name, u"a\"b\\c\n"))["channelName"], Json::Value("a\"b\\c\n"));
-}
-
-TEST_F(ChannelInfo, ANameEndsAtItsFirstZeroUnit) {
-  EXPECT_EQ(parsed(infoWith(name, std::u16string(u"ab\0cd", 5)))["channelName"], Json::Value("ab"));
 }
 
 TEST_F(ChannelInfo, LongNamesAreCutWhereTheRoomOfTheConversionEnds) {
@@ -218,7 +161,8 @@ TEST_F(ChannelInfo, LongNamesAreCutWhereTheRoomOfTheConversionEnds) {
   EXPECT_EQ(logs(), Lines{full});
 }
 
-TEST_F(ChannelInfo, ANameEndsBeforeASurrogate) {
+TEST_F(ChannelInfo, ANameEndsBeforeAZeroOrASurrogate) {
+  EXPECT_EQ(parsed(infoWith(name, std::u16string(u"ab\0cd", 5)))["channelName"], Json::Value("ab"));
   EXPECT_EQ(parsed(infoWith(name, u"ab😀cd"))["channelName"], Json::Value("ab"));
   EXPECT_EQ(logs(), Lines{"3 iconv failed: " + std::to_string(EILSEQ)});
 }
@@ -230,43 +174,10 @@ TEST_F(ChannelInfo, ANameThatCanNotBeConvertedIsTheEmptyText) {
   EXPECT_EQ(logs(), Lines{"3 Iconv open failed"});
 }
 
-TEST_F(ChannelInfo, AttachedMembersAreAddedAndReplaceFixedOnes) {
-  Json::Value expected = parsed(wholeDocument);
-  expected["major"] = 7000;
-  expected["logo"] = "http://x/é.png";
-  expected["serviceid"] = Json::nullValue;
-  expected["more"] = parsed(R"({"list":[1,2.5,true]})");
-  EXPECT_EQ(parsed(infoWith(attached,
-                            uR"({"major":7000,"logo":"http://x/é.png","serviceid":null,)"
-                            uR"("more":{"list":[1,2.5,true]}})")),
-            expected);
+TEST_F(ChannelInfo, AttachedMembersAreAddedInTheirPlacesAndReplaceFixedOnes) {
+  EXPECT_EQ(infoWith(attached, uR"({"more":{"list":[1,2.5,true]},"major":7000,"logo":"http://x/é","serviceid":null})"),
+            with(wholeDocument, R"({"logo":"http://x/é","major":7000,"more":{"list":[1,2.5,true]},"serviceid":null})"));
   EXPECT_EQ(logs(), Lines{});
-}
-
-TEST_F(ChannelInfo, AnAttachedMemberStandsInItsPlaceOfTheOrder) {
-  EXPECT_EQ(infoOf([] {
-              TCServiceData service;
-              channels::setText(service, attached, uR"({"major":7,"logo":"x"})");
-              return service;
-            }()),
-            R"({
-   "channelName" : "",
-   "frequency" : -1,
-   "lock" : 65535,
-   "logo" : "x",
-   "major" : 7,
-   "minor" : 65535,
-   "originalNetworkId" : 65535,
-   "programNumber" : 65535,
-   "ptc" : 65535,
-   "serviceId" : "18446744073709551615",
-   "serviceid" : "18446744073709551615",
-   "sourceId" : 65535,
-   "transportStreamId" : 65535,
-   "tuneMode" : -1,
-   "type" : 0
-}
-)");
 }
 
 TEST_F(ChannelInfo, CommentsOfAttachedMembersAreKept) {
@@ -283,8 +194,9 @@ TEST_F(ChannelInfo, AttachedTextThatIsNoJsonOrAddsNothingLeavesTheDocumentAsItIs
   }
 }
 
-TEST_F(ChannelInfo, AttachedTextOfAnotherKindMakesNoDocument) {
-  for (const std::u16string text : {u"[1,2]", u"[]", u"17", u"\"text\"", u"true"}) {
+TEST_F(ChannelInfo, AttachedTextOfAnotherKindOrNestedTooDeepMakesNoDocument) {
+  for (const std::u16string& text :
+       std::vector<std::u16string>{u"[1,2]", u"[]", u"17", u"\"text\"", u"true", std::u16string(5000, u'[')}) {
     SCOPED_TRACE(::testing::PrintToString(text));
     EXPECT_EQ(infoWith(attached, text), "");
     const Lines lines = logs();
@@ -305,13 +217,6 @@ TEST_F(ChannelInfo, AttachedTextMayBeNestedAThousandDeep) {
   };
   EXPECT_NE(infoWith(attached, nested(1000)), "");
   EXPECT_EQ(infoWith(attached, nested(1001)), "");
-}
-
-TEST_F(ChannelInfo, AttachedTextThatIsNestedTooDeepMakesNoDocument) {
-  EXPECT_EQ(infoWith(attached, std::u16string(5000, u'[')), "");
-  const Lines lines = logs();
-  ASSERT_EQ(lines.size(), 1U);
-  EXPECT_EQ(lines[0].find("0 Exception Handled by t_GetChannelInfo "), 0U) << lines[0];
 }
 
 TEST_F(ChannelInfo, ThatCanNotBeWrittenIsTheEmptyText) {
@@ -339,14 +244,6 @@ TEST_F(CurrentChannelInfo, IsTheDocumentOfTheChannelOnScreen) {
             0U);
 }
 
-TEST_F(CurrentChannelInfo, OfAnUnwrittenRecordHasTheDefaults) {
-  std::string info;
-  EXPECT_EQ(under("IServiceNavigation::GetCurrentService result=unwritten",
-                  [&] { return worker.GetCurrentChannelInfo(info); }),
-            1);
-  EXPECT_EQ(info, emptyDocument);
-}
-
 TEST_F(CurrentChannelInfo, WithoutTheChannelAnswersMinus1AndLeavesTheTextAsItWas) {
   const std::string call = "IServiceNavigation::GetCurrentService";
   const std::string failed = "0 Fail to get current service data\n";
@@ -372,18 +269,6 @@ TEST_F(CurrentChannelInfo, WithoutNavigationProxyAnswersMinus1) {
   EXPECT_EQ(info, "as it was");
   EXPECT_EQ(logs(),
             join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL", banner(0, "GetCurrentChannelInfo")}}));
-}
-
-TEST_F(CurrentChannelInfo, ThatCanNotBeMadeIsAnEmptyTextAndASuccess) {
-  std::string info = "as it was";
-  EXPECT_EQ(under("IServiceNavigation::GetCurrentService out.service={12=281,110=\"[1]\"}",
-                  [&] { return worker.GetCurrentChannelInfo(info); }),
-            1);
-  EXPECT_EQ(info, "");
-  const reports::WriterFault fault;
-  info = "as it was";
-  EXPECT_EQ(worker.GetCurrentChannelInfo(info), 1);
-  EXPECT_EQ(info, "");
 }
 
 TEST_F(PreviousChannelInfo, IsTheDocumentOfTheChannelBefore) {
@@ -420,39 +305,6 @@ TEST_F(PreviousChannelInfo, WithoutServiceProxyAnswersMinus1) {
   std::string info = "as it was";
   EXPECT_EQ(worker.GetPreviousChannelInfo(info), -1);
   EXPECT_EQ(logs(), join({channels::noService(), {"0 Serviceproxy is NULL", banner(0, "GetPreviousChannelInfo")}}));
-}
-
-TEST_F(ChannelEngineTest, GetCurrentChannelIsAnotherNameOfGetCurrentChannelInfo) {
-  EXPECT_EQ(ask("GetCurrentChannelInfo").text(), newsDocument);
-  EXPECT_EQ(finished(), "1");
-  EXPECT_EQ(ask("GetCurrentChannel").text(), newsDocument);
-  EXPECT_EQ(finished(), "1");
-}
-
-TEST_F(ChannelEngineTest, GetCurrentChannelInfoThatFailsAnswersTheCode) {
-  for (const std::string command : {"GetCurrentChannelInfo", "GetCurrentChannel"}) {
-    fault("IServiceNavigation::GetCurrentService result=0");
-    forget();
-    EXPECT_EQ(execute(command), "int -1");
-    const Lines lines = logs();
-    ASSERT_EQ(lines.size(), 5U);
-    EXPECT_EQ(lines[3], "0 Fail to get current channel information");
-    EXPECT_EQ(lines[4], "0 CEmpEngineWindow::Execute Command[" + command + "] Finish result[-1].");
-  }
-}
-
-TEST_F(ChannelEngineTest, GetCurrentChannelInfoWithoutADocumentAnswersTheEmptyText) {
-  const reports::WriterFault writer;
-  EXPECT_EQ(execute("GetCurrentChannelInfo"), "ascii");
-  EXPECT_EQ(finished(), "1");
-}
-
-TEST_F(ChannelEngineTest, GetPreviousChannelInfoAnswersTheDocumentOrTheCode) {
-  EXPECT_EQ(ask("GetPreviousChannelInfo").text(), radioDocument);
-  EXPECT_EQ(finished(), "1");
-  fault("IServiceNavigation::GetPreviousServiceId result=0");
-  EXPECT_EQ(execute("GetPreviousChannelInfo"), "int -1");
-  EXPECT_EQ(finished(), "-1");
 }
 
 }  // namespace

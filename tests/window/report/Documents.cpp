@@ -43,6 +43,13 @@ std::string written(const Json::Value& document) {
   return Json::StyledWriter().write(document);
 }
 
+std::string with(const std::string& document, const std::string& members) {
+  Json::Value root = parsed(document);
+  const Json::Value more = parsed(members);
+  for (const std::string& name : more.getMemberNames()) root[name] = more[name];
+  return written(root);
+}
+
 std::string notWritten(const std::string& function) {
   return "0 Exception Handled by " + function + " no document";
 }

@@ -16,6 +16,9 @@ Json::Value parsed(const std::string& text);
 /// A document as the JSON library writes it in one go.
 std::string written(const Json::Value& document);
 
+/// The same document with the members of another, both as texts.
+std::string with(const std::string& document, const std::string& members);
+
 /// For its lifetime, makes the plug-in's writer of documents throw a std::runtime_error with the text "no document".
 /// The test program is linked with `--wrap` for it.
 class WriterFault {

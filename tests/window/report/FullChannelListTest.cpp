@@ -11,7 +11,6 @@
 namespace {
 
 using channels::caught;
-using channels::ChannelEngineTest;
 using channels::ChannelTest;
 using channels::join;
 using channels::withoutConditions;
@@ -95,20 +94,28 @@ std::string told(const std::string& document) {
 
 class FullChannelList : public ChannelTest {
  protected:
+  int get() { return worker.GetFullChannelList(list); }
+  int getUnder(const std::string& words) {
+    return under(words, [this] { return get(); });
+  }
   /// The document of a set with these records; the operation must succeed.
   std::string listOf(const std::string& records) {
-    std::string list;
-    EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[" + records + "]",
-                    [&] { return worker.GetFullChannelList(list); }),
-              1);
+    EXPECT_EQ(getUnder("IServiceNavigation::GetServiceList out.services=[" + records + "]"), 1);
     return list;
   }
+  /// Nothing was answered, and the last messages say why.
+  void expectNone(int result, const Lines& lines) {
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(list, "as it was");
+    EXPECT_EQ(logs(), lines);
+  }
   Json::Value elementOf(const std::string& record) { return parsed(listOf(record))["TCServiceData"][0]; }
+
+  std::string list = "as it was";
 };
 
 TEST_F(FullChannelList, HoldsTheServicesOfTheModeInTheSetsOrder) {
-  std::string list;
-  EXPECT_EQ(worker.GetFullChannelList(list), 1);
+  EXPECT_EQ(get(), 1);
   EXPECT_EQ(list, threeDocument);
   EXPECT_EQ(logs(), Lines({begun, asking, "3 ServiceList size = 3", length(7),
                            "3 SERVICE_ID = 281,tmpName = News 24, MAJOR = 7,MINOR = 0, CHANNEL_TYPE = 1, FREQUENCY = "
@@ -128,17 +135,8 @@ TEST_F(FullChannelList, HoldsTheServicesOfTheModeInTheSetsOrder) {
 
 TEST_F(FullChannelList, LeavesTheFoundChannelListAlone) {
   worker.FindChannel(static_cast<_PL_WINDOW_CHANNEL_TYPE>(3), static_cast<_PL_WINDOW_TV_MODE>(1));
-  std::string list;
-  EXPECT_EQ(worker.GetFullChannelList(list), 1);
+  EXPECT_EQ(get(), 1);
   EXPECT_EQ(worker.m_ChannelList.size(), 1U);
-}
-
-TEST_F(FullChannelList, IsFetchedAnewOnEachCall) {
-  std::string list;
-  worker.GetFullChannelList(list);
-  setServices({channels::threeServices().back()});
-  EXPECT_EQ(worker.GetFullChannelList(list), 1);
-  EXPECT_EQ(parsed(list)["TCServiceData"].size(), 1U);
 }
 
 TEST_F(FullChannelList, HoldsTheDefaultsOfMissingFields) {
@@ -168,34 +166,10 @@ TEST_F(FullChannelList, EachMissingFieldLeavesTheOthers) {
   }
 }
 
-TEST_F(FullChannelList, HasNumbersAsIntegersAndIdsAndNamesAsTexts) {
-  const Json::Value document = parsed(listOf("{12=281,16=\"News\"}"));
-  EXPECT_EQ(document["ListName"], Json::Value("ChannelList"));
-  EXPECT_EQ(document.size(), 2U);
-  const Json::Value element = document["TCServiceData"][0];
-  EXPECT_EQ(element.size(), 9U);
-  for (const std::string& key : element.getMemberNames()) {
-    const bool text = key == "SERVICE_ID" || key == "SERVICE_NAME";
-    EXPECT_EQ(element[key].type(), text ? Json::stringValue : Json::intValue) << key;
-  }
-}
-
 TEST_F(FullChannelList, ProgramNumbersKeepTheirLowest8Bits) {
   for (const auto& [stored, shown] :
        std::vector<std::pair<std::string, int>>{{"0", 0}, {"255", 255}, {"256", 0}, {"300", 44}, {"65535", 255}}) {
     EXPECT_EQ(elementOf("{15=" + stored + "}")["PROGRAM_NUMBER"], Json::Value(shown)) << stored;
-  }
-}
-
-TEST_F(FullChannelList, TypesAreTheSetsOwn) {
-  for (const int type : {3, 9, 20, 99, -2}) {
-    EXPECT_EQ(elementOf("{1=" + std::to_string(type) + "}")["CHANNEL_TYPE"], Json::Value(type));
-  }
-}
-
-TEST_F(FullChannelList, IdsOf64BitsAreWhole) {
-  for (const std::string id : {"9223372036854775808", "18446744073709551615"}) {
-    EXPECT_EQ(elementOf("{12=" + id + "}")["SERVICE_ID"], Json::Value(id));
   }
 }
 
@@ -245,43 +219,37 @@ TEST_F(FullChannelList, EachFailedCallAnswers0WithItsOwnLineAndLeavesTheTextAsIt
     std::string line;
     std::size_t made;
   };
-  const std::vector<Step> steps{
-      {"IServiceNavigation::GetTvMode", {begun}, "0 GetTvMode failed", 1},
-      {"TCNavigationModeHelper::GetNavigationCriteria", {begun}, "0 Get navigation criteria failed", 2},
-      {"IServiceNavigation::GetServiceList", {begun, asking}, "0 GetServiceList failed", 3}};
+  const std::string criteria = "TCNavigationModeHelper::GetNavigationCriteria";
+  const std::vector<Step> steps{{"IServiceNavigation::GetTvMode", {begun}, "0 GetTvMode failed", 1},
+                                {criteria, {begun}, "0 Get navigation criteria failed", 2},
+                                {"IServiceNavigation::GetServiceList", {begun, asking}, "0 GetServiceList failed", 3}};
   for (const Step& step : steps) {
     for (const std::string way : {"result=0", "result=-1", "result=throw"}) {
-      const bool anyNumber = step.call == "TCNavigationModeHelper::GetNavigationCriteria";
-      if (anyNumber && way == "result=-1") continue;  // a success there
+      if (step.call == criteria && way == "result=-1") continue;  // a success there
       SCOPED_TRACE(step.call + " " + way);
-      std::string list = "as it was";
-      EXPECT_EQ(under(step.call + " " + way, [&] { return worker.GetFullChannelList(list); }), 0);
-      EXPECT_EQ(list, "as it was");
       const Lines thrown = way == "result=throw" ? Lines{caught("GetFullChannelList", step.call)} : Lines{};
-      EXPECT_EQ(logs(), join({step.before, thrown, {step.line}}));
+      expectNone(getUnder(step.call + " " + way), join({step.before, thrown, {step.line}}));
       EXPECT_EQ(calls().size(), step.made);
     }
   }
+  EXPECT_EQ(getUnder(criteria + " result=-1"), 1);
 }
 
-TEST_F(FullChannelList, AnyNumberButZeroIsASuccessOfTheCriteria) {
-  std::string list;
-  EXPECT_EQ(
-      under("TCNavigationModeHelper::GetNavigationCriteria result=-1", [&] { return worker.GetFullChannelList(list); }),
-      1);
-}
-
-TEST_F(FullChannelList, AnEmptyListIsAFailureAlsoBehindAPositiveResult) {
-  const Lines expected{begun, asking, "0 GetServiceList failed"};
-  std::string list = "as it was";
-  EXPECT_EQ(
-      under("IServiceNavigation::GetServiceList result=unwritten", [&] { return worker.GetFullChannelList(list); }), 0);
-  EXPECT_EQ(logs(), expected);
+TEST_F(FullChannelList, ListsOfNothingAndRecordsOfAFailedLookupAreFailures) {
+  const Lines failed{begun, asking, "0 GetServiceList failed"};
+  for (const std::string way : {"result=unwritten", "out.services=[null]", "out.services=[null,null]",
+                                "result=0 out.services=[{12=5},{12=6}]", "result=0 out.services=[null,{12=6}]"}) {
+    SCOPED_TRACE(way);
+    expectNone(getUnder("IServiceNavigation::GetServiceList " + way), failed);
+  }
   tv().adjust([](virtualtv::TvState& state) { state[virtualtv::WindowId::main].mode = {2, 7}; });
   forget();
-  EXPECT_EQ(worker.GetFullChannelList(list), 0);
-  EXPECT_EQ(logs(), expected);
-  EXPECT_EQ(list, "as it was");
+  expectNone(get(), failed);
+}
+
+TEST_F(FullChannelList, AModeThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
+  getUnder("IServiceNavigation::GetTvMode result=unwritten");
+  EXPECT_NE(calls()[1].find("GetNavigationCriteria(navigation=0, mode=-1,-1, "), std::string::npos);
 }
 
 TEST_F(FullChannelList, ANullIsNoRecord) {
@@ -289,56 +257,21 @@ TEST_F(FullChannelList, ANullIsNoRecord) {
   EXPECT_EQ(logs()[2], "3 ServiceList size = 1");
 }
 
-TEST_F(FullChannelList, AListOfNothingButNullsIsEmpty) {
-  for (const std::string nulls : {"[null]", "[null,null]"}) {
-    std::string list = "as it was";
-    EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=" + nulls,
-                    [&] { return worker.GetFullChannelList(list); }),
-              0);
-    EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
-    EXPECT_EQ(list, "as it was");
-  }
-}
-
-TEST_F(FullChannelList, RecordsOfAFailedLookupAreNotUsed) {
-  std::string list = "as it was";
-  for (const std::string records : {"[{12=5},{12=6}]", "[null,{12=6}]"}) {
-    EXPECT_EQ(under("IServiceNavigation::GetServiceList result=0 out.services=" + records,
-                    [&] { return worker.GetFullChannelList(list); }),
-              0);
-    EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
-    EXPECT_EQ(list, "as it was");
-  }
-}
-
-TEST_F(FullChannelList, AModeThatTheSetDoesNotWriteIsAskedForAsNotKnown) {
-  std::string list;
-  under("IServiceNavigation::GetTvMode result=unwritten", [&] { return worker.GetFullChannelList(list); });
-  EXPECT_NE(calls()[1].find("GetNavigationCriteria(navigation=0, mode=-1,-1, "), std::string::npos);
-}
-
 TEST_F(FullChannelList, WithoutNavigationProxyAnswers0) {
   loseNavigation();
-  std::string list = "as it was";
-  EXPECT_EQ(worker.GetFullChannelList(list), 0);
-  EXPECT_EQ(list, "as it was");
-  EXPECT_EQ(logs(), join({{begun}, channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
+  expectNone(get(), join({{begun}, channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}}));
 }
 
 TEST_F(FullChannelList, WithoutTheMainWindowsNavigationAnswers0AndMakesNone) {
   worker.svc_navi_proxy_main = nullptr;
-  std::string list = "as it was";
-  EXPECT_EQ(worker.GetFullChannelList(list), 0);
-  EXPECT_EQ(list, "as it was");
-  EXPECT_EQ(logs(), Lines({begun, asking, "0 GetServiceList failed"}));
+  expectNone(get(), {begun, asking, "0 GetServiceList failed"});
   EXPECT_EQ(withoutConditions(calls()), Lines({modeCall, criteriaCall}));
 }
 
 TEST_F(FullChannelList, OfThePictureInPictureHasItsModeButAsksTheMainWindowsNavigation) {
   ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
   forget();
-  std::string list;
-  worker.GetFullChannelList(list);
+  get();
   const Lines asked = calls();
   ASSERT_EQ(asked.size(), 3U);
   EXPECT_EQ(asked[0].find("IServiceNavigation[pip#"), 0U);
@@ -373,40 +306,15 @@ TEST_F(FullChannelList, IsTheSameDocumentHoweverManyServicesThereAre) {
   }
 }
 
-TEST_F(FullChannelList, ThatIsLongAndCanNotBeWrittenHasLoggedAllItsServices) {
+TEST_F(FullChannelList, ThatCanNotBeWrittenAnswersMinus1AndHasLoggedAllItsServices) {
   const reports::WriterFault fault;
-  std::string list = "as it was";
-  EXPECT_EQ(under("IServiceNavigation::GetServiceList out.services=[" + manyServices(200) + "]",
-                  [&] { return worker.GetFullChannelList(list); }),
-            -1);
+  EXPECT_EQ(getUnder("IServiceNavigation::GetServiceList out.services=[" + manyServices(200) + "]"), -1);
+  EXPECT_TRUE(fault.hit());
   EXPECT_EQ(list, "as it was");
   const Lines lines = logs();
   ASSERT_EQ(lines.size(), 3 + 2 * 200 + 1U);
   EXPECT_EQ(lines[lines.size() - 2].find("3 SERVICE_ID = 200,"), 0U);
   EXPECT_EQ(lines.back(), reports::notWritten("GetFullChannelList"));
-}
-
-TEST_F(FullChannelList, ThatCanNotBeWrittenAnswersMinus1) {
-  const reports::WriterFault fault;
-  std::string list = "as it was";
-  EXPECT_EQ(worker.GetFullChannelList(list), -1);
-  EXPECT_TRUE(fault.hit());
-  EXPECT_EQ(list, "as it was");
-  EXPECT_EQ(logs().back(), reports::notWritten("GetFullChannelList"));
-}
-
-TEST_F(ChannelEngineTest, GetFullChannelListAnswersTheDocument) {
-  EXPECT_EQ(ask("GetFullChannelList").text(), threeDocument);
-  EXPECT_EQ(finished(), "1");
-}
-
-TEST_F(ChannelEngineTest, GetFullChannelListAnswersMinus1ForEveryFailure) {
-  fault("IServiceNavigation::GetServiceList result=0");
-  EXPECT_EQ(execute("GetFullChannelList"), "int -1");
-  EXPECT_EQ(finished(), "0");
-  const reports::WriterFault writer;
-  EXPECT_EQ(execute("GetFullChannelList"), "int -1");
-  EXPECT_EQ(finished(), "-1");
 }
 
 }  // namespace

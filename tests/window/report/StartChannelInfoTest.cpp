@@ -9,7 +9,6 @@
 
 namespace {
 
-using channels::ChannelEngineTest;
 using channels::ChannelTest;
 using channels::join;
 using reports::parsed;
@@ -44,15 +43,15 @@ class StartChannelInfo : public ChannelTest {
  protected:
   /// The document of a start service with this record; the operation must succeed.
   std::string infoOf(const std::string& record) {
-    std::string info;
     EXPECT_EQ(under("IService::FindService out.service=" + record, [&] { return worker.GetStartChannel_Info(info); }),
               1);
     return info;
   }
+
+  std::string info = "as it was";
 };
 
 TEST_F(StartChannelInfo, HoldsFiveMembersSortedByKey) {
-  std::string info;
   EXPECT_EQ(worker.GetStartChannel_Info(info), 1);
   EXPECT_EQ(info, newsDocument);
   EXPECT_EQ(logs(), Lines({found, told(newsDocument)}));
@@ -102,7 +101,6 @@ TEST_F(StartChannelInfo, WithoutTheChannelAnswersMinus1AndLeavesTheTextAsItWas) 
   for (const auto& [call, lines] : steps) {
     for (const std::string way : {"result=0", "result=-1", "result=throw"}) {
       SCOPED_TRACE(call + " " + way);
-      std::string info = "as it was";
       EXPECT_EQ(under(call + " " + way, [&] { return worker.GetStartChannel_Info(info); }), -1);
       EXPECT_EQ(info, "as it was");
       const Lines begun = call == "IService::FindService" ? Lines{found} : Lines{};
@@ -114,7 +112,6 @@ TEST_F(StartChannelInfo, WithoutTheChannelAnswersMinus1AndLeavesTheTextAsItWas) 
 
 TEST_F(StartChannelInfo, WithoutProxiesAnswersMinus1) {
   loseService();
-  std::string info = "as it was";
   EXPECT_EQ(worker.GetStartChannel_Info(info), -1);
   EXPECT_EQ(logs(), join({channels::noService(), {"0 ServiceNavigationproxy is NULL", failed}}));
   loseNavigation();
@@ -125,22 +122,10 @@ TEST_F(StartChannelInfo, WithoutProxiesAnswersMinus1) {
 
 TEST_F(StartChannelInfo, ThatCanNotBeWrittenAnswersMinus1) {
   const reports::WriterFault fault;
-  std::string info = "as it was";
   EXPECT_EQ(worker.GetStartChannel_Info(info), -1);
   EXPECT_TRUE(fault.hit());
   EXPECT_EQ(info, "as it was");
   EXPECT_EQ(logs(), Lines({found, reports::notWritten("GetStartChannel_Info")}));
-}
-
-TEST_F(ChannelEngineTest, GetStartChannelInfoAnswersTheDocumentOrTheCode) {
-  EXPECT_EQ(ask("GetStartChannel_Info").text(), newsDocument);
-  EXPECT_EQ(finished(), "1");
-  fault("IService::FindService result=0");
-  EXPECT_EQ(execute("GetStartChannel_Info"), "int -1");
-  EXPECT_EQ(finished(), "-1");
-  const reports::WriterFault writer;
-  EXPECT_EQ(execute("GetStartChannel_Info"), "int -1");
-  EXPECT_EQ(finished(), "-1");
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <map>
 
 #include "Resolution.h"
-#include "Window/Src/Commands.h"
 
 namespace {
 
@@ -12,7 +11,6 @@ using resolution::noAvControl;
 using resolution::tells;
 using support::banner;
 using support::caught;
-using support::commandLogs;
 using support::join;
 using support::Lines;
 using support::place;
@@ -67,18 +65,6 @@ TEST_F(CodeTest, EveryCodeHasItsNumber) {
   }
 }
 
-TEST_F(CodeTest, TheseCodesAreWorthNaming) {
-  for (const auto& [code, number] : std::map<int, int>{{18, 14}, {154, 20}, {-2, 20}, {136, 20}, {-1, 21}, {137, 0}}) {
-    EXPECT_EQ(askUnder(tells(code)), 1) << code;
-    EXPECT_EQ(value, number) << code;
-  }
-}
-
-TEST_F(CodeTest, TheResolutionTableOfTheConverterIsAnother) {
-  ASSERT_EQ(askUnder(tells(11)), 1);
-  EXPECT_NE(value, kel::CEmpConverterWindow::GetPLValue(11, PL_WINDOW_MAPPING_TABLE_RESOLUTION));
-}
-
 TEST_F(CodeTest, ACodeThatIsNotWrittenIsUnknown) {
   EXPECT_EQ(askUnder("IAVControl::GetResolution result=unwritten"), 1);
   EXPECT_EQ(value, unknown);
@@ -86,18 +72,14 @@ TEST_F(CodeTest, ACodeThatIsNotWrittenIsUnknown) {
   EXPECT_EQ(logs(), (Lines{place("GetResolution"), told(136, unknown)}));
 }
 
-TEST_F(CodeTest, AnyResultButZeroIsAFailure) {
+TEST_F(CodeTest, AnyResultButZeroAndAnExceptionAreFailures) {
   for (const std::string result : {"1", "-1", "2", "2147483647", "-2147483648"}) {
     EXPECT_EQ(askUnder("IAVControl::GetResolution out.code=4 result=" + result), -1) << result;
     EXPECT_EQ(logs(), failed) << result;
   }
-  EXPECT_EQ(value, untouched);
-}
-
-TEST_F(CodeTest, AnExceptionIsAFailure) {
   EXPECT_EQ(askUnder("IAVControl::GetResolution result=throw"), -1);
-  EXPECT_EQ(value, untouched);
   EXPECT_EQ(logs(), (Lines{failed[0], caught("GetResolution", "IAVControl::GetResolution"), failed[1]}));
+  EXPECT_EQ(value, untouched);
 }
 
 TEST_F(CodeTest, ASetWithoutAPictureFails) {
@@ -134,23 +116,16 @@ TEST_F(CodeTest, ANullPointerIsRefusedOnceTheAvControlIsThere) {
   EXPECT_EQ(logs(), (Lines{failed[0], resolution::avMissing, failed[1]}));
 }
 
-TEST_F(CodeTest, AMissingAvControlIsMadeForTheWindowDriven) {
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
-  worker.av_ctrl_proxy = nullptr;
-  show(WindowId::pip, 14);
-  EXPECT_EQ(ask(), 1);
-  const Lines made = calls();
-  ASSERT_EQ(made.size(), 2U);
-  EXPECT_EQ(made[0], "TVServiceAPI::CreateAVControl(profile=101, index=0) -> 0");
-  EXPECT_EQ(made[1], "IAVControl[pip#3]::GetResolution() code=29 resolution=3840,2160,50,112500 -> 0");
-}
-
-TEST_F(CodeTest, EachWindowTellsOfItsOwnPicture) {
+TEST_F(CodeTest, EachWindowTellsOfItsOwnPictureAndMakesItsMissingAvControl) {
+  const std::string told = "::GetResolution() code=29 resolution=3840,2160,50,112500 -> 0";
   ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
   show(WindowId::pip, 14);
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(value, 22);
-  EXPECT_EQ(calls(), Lines{"IAVControl[pip#2]::GetResolution() code=29 resolution=3840,2160,50,112500 -> 0"});
+  EXPECT_EQ(calls(), Lines{"IAVControl[pip#2]" + told});
+  worker.av_ctrl_proxy = nullptr;
+  EXPECT_EQ(ask(), 1);
+  EXPECT_EQ(calls(), (Lines{"TVServiceAPI::CreateAVControl(profile=101, index=0) -> 0", "IAVControl[pip#3]" + told}));
   ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_MAIN), 1);
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(value, 8);
@@ -163,36 +138,6 @@ TEST_F(CodeTest, AsksTheTvServiceAlsoOnTheIspSource) {
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(value, 8);
   EXPECT_EQ(calls(), Lines{askResolution + "code=4 resolution=1920,1080,60,67500 -> 0"});
-}
-
-// Through the engine.
-
-class ResolutionCommand : public support::EngineTest {
- protected:
-  void SetUp() override {
-    EngineTest::SetUp();
-    ASSERT_TRUE(tv().switchSource(WindowId::main, 13));
-    forget();
-  }
-};
-
-TEST_F(ResolutionCommand, ResolutionIsANumber) {
-  EXPECT_EQ(execute("GetResolution", {"1", "x"}), "int 8");
-  EXPECT_EQ(logs(), commandLogs("GetResolution", {"1", "x"}, {place("GetResolution"), told(4, 8)}, 1));
-  fault(tells(137));
-  EXPECT_EQ(execute("GetResolution"), "int 0");
-}
-
-TEST_F(ResolutionCommand, ResolutionThatCannotBeHadIsMinusOne) {
-  fault("IAVControl::GetResolution result=1");
-  EXPECT_EQ(execute("GetResolution"), "int -1");
-  EXPECT_EQ(logs(), commandLogs("GetResolution", {}, failed, -1));
-}
-
-TEST_F(ResolutionCommand, ResolutionIsPresetToTwentyFour) {
-  const kel::Command* const row = kel::FindCommand("GetResolution");
-  ASSERT_NE(row, nullptr);
-  EXPECT_EQ(row->preset, 24);
 }
 
 }  // namespace

@@ -9,13 +9,11 @@
 namespace {
 
 using reports::notWritten;
-using reports::parsed;
 using reports::WriterFault;
 using resolution::lastService;
 using resolution::noAvControl;
 using resolution::tells;
 using support::caught;
-using support::commandLogs;
 using support::join;
 using support::Lines;
 using virtualtv::WindowId;
@@ -27,15 +25,6 @@ std::string document(const std::array<unsigned, 4>& numbers) {
   };
   return "{\n" + member("frequency", numbers[2]) + ",\n" + member("hFrequency", numbers[3]) + ",\n" +
          member("horizontal", numbers[0]) + ",\n" + member("vertical", numbers[1]) + "\n}\n";
-}
-
-/// The members of a document, each of which must be an unsigned number, in the same order.
-std::array<unsigned, 4> numbersIn(const std::string& text) {
-  const Json::Value root = parsed(text);
-  EXPECT_EQ(root.getMemberNames(), (Lines{"frequency", "hFrequency", "horizontal", "vertical"}));
-  for (const Json::Value& member : root) EXPECT_TRUE(member.isUInt()) << text;
-  return {root["horizontal"].asUInt(), root["vertical"].asUInt(), root["frequency"].asUInt(),
-          root["hFrequency"].asUInt()};
 }
 
 const std::string allZero = document({0, 0, 0, 0});
@@ -91,7 +80,6 @@ class DetailTest : public resolution::ResolutionTest {
 TEST_F(DetailTest, TellsWhatTheTvServiceTells) {
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(text, document({1920, 1080, 60, 67500}));
-  EXPECT_EQ(numbersIn(text), (std::array<unsigned, 4>{1920, 1080, 60, 67500}));
   EXPECT_EQ(calls(),
             (Lines{askLast + "\"hdmi-service\"", askResolution + "code=4 resolution=1920,1080,60,67500 -> 0"}));
   EXPECT_EQ(logs(), join({onTv, {told(text)}}));
@@ -100,7 +88,6 @@ TEST_F(DetailTest, TellsWhatTheTvServiceTells) {
 TEST_F(DetailTest, NumbersAreUnsigned) {
   EXPECT_EQ(askUnder(tells(4, "4294967295,2147483648,4294967294,3000000000")), 1);
   EXPECT_EQ(text, document({4294967295U, 2147483648U, 4294967294U, 3000000000U}));
-  EXPECT_EQ(numbersIn(text), (std::array<unsigned, 4>{4294967295U, 2147483648U, 4294967294U, 3000000000U}));
 }
 
 TEST_F(DetailTest, TheCodeDoesNotMatter) {
@@ -182,47 +169,34 @@ TEST_F(DetailTest, OnTheIspSourceTellsWhatTheSecondaryStackTells) {
   showIsp();
   EXPECT_EQ(ask(), 1);
   EXPECT_EQ(text, document({1280, 720, 0, 0}));
-  EXPECT_EQ(numbersIn(text), (std::array<unsigned, 4>{1280, 720, 0, 0}));
   EXPECT_EQ(calls(),
             (Lines{askLast + "\"isp-service\"", askManager + "made", askStack + "width=1280 height=720 -> 0"}));
   EXPECT_EQ(logs(), (Lines{onIsp, stackAsked, stackTold("1280", "720"), told(text), ispDone}));
 }
 
-TEST_F(DetailTest, OnTheIspSourceTheTvServicesControlIsNotNeeded) {
+TEST_F(DetailTest, OnTheIspSourceNeitherTheTvServicesControlNorTheWindowMatters) {
+  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
   showIsp();
   worker.av_ctrl_proxy = nullptr;
   EXPECT_EQ(ask(), 1);
-  EXPECT_EQ(worker.av_ctrl_proxy, nullptr);
-}
-
-TEST_F(DetailTest, OnTheIspSourceTheWindowDoesNotMatter) {
-  ASSERT_EQ(worker.SetWindow(PL_WINDOW_WINDOW_PIP), 1);
-  showIsp();
-  EXPECT_EQ(ask(), 1);
   EXPECT_EQ(text, document({1920, 1080, 0, 0}));
   EXPECT_EQ(calls().size(), 3U);
+  EXPECT_EQ(worker.av_ctrl_proxy, nullptr);
 }
 
 TEST_F(DetailTest, WithoutAManagerTheDocumentIsAllZero) {
   setSetting(lastService, "isp-service");
-  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
-  forget();
-  EXPECT_EQ(ask(), 0);
-  EXPECT_EQ(text, allZero);
-  EXPECT_EQ(numbersIn(text), (std::array<unsigned, 4>{0, 0, 0, 0}));
-  EXPECT_EQ(calls(), (Lines{askLast + "\"isp-service\"", askManager + "null"})) << "nothing is called through it";
-  EXPECT_EQ(logs(), (Lines{onIsp, stackAsked, noManager, ispFailed}));
-}
-
-TEST_F(DetailTest, AManagerThatCannotBeAskedForIsNone) {
-  showIsp();
-  EXPECT_EQ(askUnder("CD2tvMgrProxy::GetInstance result=null"), 0);
-  EXPECT_EQ(text, allZero);
-  EXPECT_EQ(logs(), (Lines{onIsp, stackAsked, noManager, ispFailed}));
   EXPECT_EQ(askUnder("CD2tvMgrProxy::GetInstance result=throw"), 0);
   EXPECT_EQ(text, allZero);
   EXPECT_EQ(logs(), (Lines{onIsp, stackAsked, caught("GetResolutionDetail_D2TV", "CD2tvMgrProxy::GetInstance"),
                            noManager, ispFailed}));
+  tv().adjust([](virtualtv::TvState& state) { state.isp.present = false; });
+  text = untouched;
+  forget();
+  EXPECT_EQ(ask(), 0);
+  EXPECT_EQ(text, allZero);
+  EXPECT_EQ(calls(), (Lines{askLast + "\"isp-service\"", askManager + "null"})) << "nothing is called through it";
+  EXPECT_EQ(logs(), (Lines{onIsp, stackAsked, noManager, ispFailed}));
 }
 
 TEST_F(DetailTest, AStackThatCannotTellGivesADocumentThatIsAllZero) {
@@ -266,7 +240,7 @@ TEST_F(DetailTest, OnTheIspSourceADocumentThatCannotBeWrittenFails) {
   EXPECT_EQ(logs(), (Lines{onIsp, stackAsked, noManager, notWritten(function), ispFailed}));
 }
 
-TEST_F(DetailTest, TheStacksOwnOperationFailsWithMinusOneAndADocument) {
+TEST_F(DetailTest, TheStacksOwnOperationFailsWithMinusOneAndADocumentUnlessNoneCanBeWritten) {
   showIsp();
   EXPECT_EQ(worker.GetResolutionDetail_D2TV(text), 1);
   EXPECT_EQ(text, document({1920, 1080, 0, 0}));
@@ -275,71 +249,10 @@ TEST_F(DetailTest, TheStacksOwnOperationFailsWithMinusOneAndADocument) {
     EXPECT_EQ(under("CD2tvMgrProxy::" + words, [this] { return worker.GetResolutionDetail_D2TV(text); }), -1) << words;
     EXPECT_EQ(text, allZero) << words;
   }
-}
-
-TEST_F(DetailTest, TheStacksOwnOperationFailsWithMinusOneWhenNoDocumentCanBeWritten) {
-  showIsp();
+  text = untouched;
   const WriterFault writer;
   EXPECT_EQ(worker.GetResolutionDetail_D2TV(text), -1);
   EXPECT_EQ(text, untouched);
-}
-
-// Through the engine.
-
-class DetailCommand : public support::EngineTest {
- protected:
-  void SetUp() override {
-    EngineTest::SetUp();
-    ASSERT_TRUE(tv().switchSource(WindowId::main, 13));
-    setSetting(lastService, "hdmi-service");
-    forget();
-  }
-
-  const std::string command = "GetResolutionDetail";
-};
-
-TEST_F(DetailCommand, DetailIsTheDocumentOfTheTvService) {
-  const std::string text = document({1920, 1080, 60, 67500});
-  EXPECT_EQ(ask(command, {"x"}).text(), text);
-  EXPECT_EQ(logs(), commandLogs(command, {"x"}, join({onTv, {told(text)}}), 1));
-}
-
-TEST_F(DetailCommand, DetailThatTheTvServiceCannotTellIsMinusOne) {
-  for (const std::string way : {"result=1", "result=-1", "result=throw"}) {
-    fault("IAVControl::GetResolution " + way);
-    EXPECT_EQ(execute(command), "int -1") << way;
-  }
-  const WriterFault writer;
-  EXPECT_EQ(execute(command), "int -1");
-}
-
-TEST_F(DetailCommand, DetailIsTheDocumentOfTheSecondaryStackOnTheIspSource) {
-  ASSERT_TRUE(tv().showIsp());
-  forget();
-  const std::string text = document({1920, 1080, 0, 0});
-  EXPECT_EQ(ask(command).text(), text);
-  EXPECT_EQ(logs(), commandLogs(command, {}, {onIsp, stackAsked, stackTold("1920", "1080"), told(text), ispDone}, 1));
-}
-
-TEST_F(DetailCommand, DetailThatTheSecondaryStackCannotTellIsADocumentOfZeros) {
-  setSetting(lastService, "isp-service");
-  for (const std::string words : {"GetVideoResolution result=1", "GetVideoResolution result=-1",
-                                  "GetVideoResolution result=throw", "GetInstance result=null"}) {
-    fault("CD2tvMgrProxy::" + words);
-    EXPECT_EQ(ask(command).text(), allZero) << words;
-    EXPECT_NE(logs().back().find("Finish result[0]."), std::string::npos) << "no failure code is answered";
-    clearFaults();
-  }
-  const WriterFault writer;
-  EXPECT_EQ(execute(command), "ascii") << "nor without a document";
-}
-
-TEST_F(DetailCommand, DetailWithoutControlsIsMinusOne) {
-  close();
-  fault("TVServiceAPI::CreateAVControl always result=null");
-  ASSERT_TRUE(open());
-  EXPECT_EQ(execute(command), "int -1");
-  EXPECT_EQ(execute("GetResolution"), "int -1");
 }
 
 }  // namespace
