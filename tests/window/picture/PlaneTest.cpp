@@ -115,6 +115,15 @@ TEST_F(PlaneTest, WithoutAvControlNothingIsShownOrHiddenWhateverTheType) {
 
 // Mute.
 
+TEST_F(PlaneTest, OfThePictureInPictureWindowAllIsItsOwn) {
+  drivePictureInPicture();
+  EXPECT_EQ(order(1), 1);
+  EXPECT_EQ(show(0), 1);
+  EXPECT_EQ(worker.MuteVideo(false), 1);
+  const std::string av = "IAVControl[pip#2]::MuteVideo(mute=";
+  EXPECT_EQ(calls(), (Lines{"IVideoControl[pip#2]::SetZOrder(order=2) -> 0", av + "1) -> 1", av + "0) -> 1"}));
+}
+
 TEST_F(PlaneTest, MuteVideoHidesAndShowsWithoutAWord) {
   EXPECT_EQ(worker.MuteVideo(true), 1);
   EXPECT_TRUE(plane().muted);

@@ -19,75 +19,42 @@ class TuningCommand : public channels::ChannelEngineTest {
   }
 };
 
-// Digits at the front of a parameter count; without any it is 0.
-
-TEST_F(TuningCommand, SetChannelReadsMajorThenMinor) {
-  const std::vector<std::pair<Lines, std::string>> readings{
-      {{"7", "1"}, "nMajor=[7] nMinor=[1]"},
-      {{}, "nMajor=[0] nMinor=[0]"},
-      {{"", "3"}, "nMajor=[0] nMinor=[3]"},
-      {{" 12x", "-4 5"}, "nMajor=[12] nMinor=[-4]"},
-      {{"abc", "0x10"}, "nMajor=[0] nMinor=[0]"},
-      {{"2147483648", "-99999999999999999999"}, "nMajor=[2147483647] nMinor=[-2147483648]"},
-  };
-  for (const auto& [parameters, line] : readings) {
-    EXPECT_EQ(given("SetChannel", parameters), "3 " + line);
-  }
+// Digits at the front of a parameter count; without any it is 0. An id is read in any of three bases.
+TEST_F(TuningCommand, ReadsItsParametersInTheirOrder) {
+  const std::string mostId = "18446744073709551615";
+  const auto id = [](const std::string& read) { return "TCServiceId=[" + read + "]"; };
+  const std::vector<std::tuple<std::string, Lines, std::string>> readings{
+      {"SetChannel", {"7", "1"}, "nMajor=[7] nMinor=[1]"},
+      {"SetChannel", {}, "nMajor=[0] nMinor=[0]"},
+      {"SetChannel", {"", "3"}, "nMajor=[0] nMinor=[3]"},
+      {"SetChannel", {" 12x", "-4 5"}, "nMajor=[12] nMinor=[-4]"},
+      {"SetChannel", {"abc", "0x10"}, "nMajor=[0] nMinor=[0]"},
+      {"SetChannel", {"2147483648", "-99999999999999999999"}, "nMajor=[2147483647] nMinor=[-2147483648]"},
+      {"SetChannel_PTC", {"35", "9"}, "nPTC=[35]"},
+      {"SetChannel_PTC", {"x", "9"}, "nPTC=[0]"},
+      {"SetChannel_PTC", {"4294967331", "9"}, "nPTC=[2147483647]"},
+      {"SetChannel_Seek", {"3", "1"}, "eSeek=[3] eNavigatorMode=[1]"},
+      {"SetChannel_Seek", {}, "eSeek=[0] eNavigatorMode=[0]"},
+      {"SetChannel_Seek", {"4294967299", "-4294967299"}, "eSeek=[2147483647] eNavigatorMode=[-2147483648]"},
+      {"SetChannelByServiceid", {"282"}, id("282")},
+      {"SetChannelByServiceid", {"0X11a"}, id("282")},
+      {"SetChannelByServiceid", {"0432"}, id("282")},
+      {"SetChannelByServiceid", {" +282abc"}, id("282")},
+      {"SetChannelByServiceid", {"09"}, id("0")},
+      {"SetChannelByServiceid", {"0x"}, id("0")},
+      {"SetChannelByServiceid", {""}, id("0")},
+      {"SetChannelByServiceid", {"-1"}, id(mostId)},
+      {"SetChannelByServiceid", {"18446744073709551616"}, id(mostId)},
+      {"SetChannelByServiceid", {"9223372036854775808"}, id("9223372036854775808")},
+      {"SetChannelDirect", {"+11", "-12", "013", "14"}, "ptc=[11],major=[-12],minor=[13],channelType=[14]"}};
+  for (const auto& [command, parameters, line] : readings) EXPECT_EQ(given(command, parameters), "3 " + line);
 }
-
-TEST_F(TuningCommand, SetChannelPtcReadsOneNumber) {
-  for (const auto& [text, number] : std::vector<std::pair<std::string, std::string>>{
-           {"35", "35"}, {"", "0"}, {"x", "0"}, {"-1", "-1"}, {"4294967331", "2147483647"}}) {
-    EXPECT_EQ(given("SetChannel_PTC", {text, "9", "9", "9"}), "3 nPTC=[" + number + "]") << text;
-  }
-}
-
-TEST_F(TuningCommand, SetChannelSeekReadsSeekThenNavigator) {
-  const std::vector<std::pair<Lines, std::string>> readings{
-      {{"3", "1"}, "eSeek=[3] eNavigatorMode=[1]"},
-      {{}, "eSeek=[0] eNavigatorMode=[0]"},
-      {{"4x", "y"}, "eSeek=[4] eNavigatorMode=[0]"},
-      {{"4294967299", "-4294967299"}, "eSeek=[2147483647] eNavigatorMode=[-2147483648]"},
-  };
-  for (const auto& [parameters, line] : readings) {
-    EXPECT_EQ(given("SetChannel_Seek", parameters), "3 " + line);
-  }
-}
-
-TEST_F(TuningCommand, SetChannelByServiceidReadsAnIdInAnyOfThreeBases) {
-  const std::vector<std::pair<std::string, std::string>> readings{
-      {"282", "282"},
-      {"0x11a", "282"},
-      {"0X11A", "282"},
-      {"0432", "282"},
-      {" +282", "282"},
-      {"282abc", "282"},
-      {"09", "0"},
-      {"0x", "0"},
-      {"", "0"},
-      {"abc", "0"},
-      {"-1", "18446744073709551615"},
-      {"18446744073709551615", "18446744073709551615"},
-      {"18446744073709551616", "18446744073709551615"},
-      {"9223372036854775808", "9223372036854775808"},
-  };
-  for (const auto& [text, id] : readings) {
-    EXPECT_EQ(given("SetChannelByServiceid", {text}), "3 TCServiceId=[" + id + "]") << text;
-  }
-}
-
-// Whole numbers.
 
 TEST_F(TuningCommand, SetChannelDirectPassesAnUnreadableTypeAsMinus1) {
   for (const std::string& text : noNumbers) {
     EXPECT_EQ(given("SetChannelDirect", {"35", "2", "0", text}), "3 ptc=[35],major=[2],minor=[0],channelType=[-1]")
         << '\'' << text << '\'';
   }
-}
-
-TEST_F(TuningCommand, SetChannelDirectReadsPhysicalChannelMajorMinorType) {
-  EXPECT_EQ(given("SetChannelDirect", {"+11", "-12", "013", "14"}),
-            "3 ptc=[11],major=[-12],minor=[13],channelType=[14]");
 }
 
 }  // namespace

@@ -68,20 +68,16 @@ TEST_F(SignalTest, WithoutATunerAnswers0) {
   EXPECT_EQ(strength, 7);
 }
 
-TEST_F(SignalTest, AMissingTunerIsMadeForTheWindowDriven) {
+TEST_F(SignalTest, SelectingAWindowKeepsTheMainWindowsTunerAndAMissingOneIsMadeForTheWindowDriven) {
   drivePictureInPicture();
+  EXPECT_EQ(ask(), 1);
+  EXPECT_EQ(calls().front().rfind("ITunerControl[main#1]", 0), 0U);
   worker.tuner_ctrl_proxy = nullptr;
   EXPECT_EQ(ask(), 1);
   const Lines made = calls();
   ASSERT_EQ(made.size(), 2U);
   EXPECT_EQ(made[0], "TVServiceAPI::CreateTunerControl(profile=101, index=0) -> 0");
   EXPECT_EQ(made[1].rfind("ITunerControl[pip#", 0), 0U) << made[1];
-}
-
-TEST_F(SignalTest, SelectingAWindowKeepsTheMainWindowsTuner) {
-  drivePictureInPicture();
-  EXPECT_EQ(ask(), 1);
-  EXPECT_EQ(calls().front().rfind("ITunerControl[main#1]", 0), 0U);
 }
 
 }  // namespace

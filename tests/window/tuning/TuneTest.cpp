@@ -67,11 +67,7 @@ TEST_P(TuneTest, ATuneThatTheSetRefusesAnswers0) {
   EXPECT_EQ(logs(), join({before, {caught(operation().name, "IServiceNavigation::TuneService")}}));
   EXPECT_EQ(current(), "281");
   EXPECT_EQ(keys(), keysOfTv);
-}
-
-TEST_P(TuneTest, AnyPositiveAnswerToATuneIsASuccess) {
-  EXPECT_EQ(runUnder("IServiceNavigation::TuneService result=5"), 1);
-  EXPECT_EQ(current(), "282");
+  EXPECT_EQ(runUnder("IServiceNavigation::TuneService result=5"), 1) << "any positive answer is a success";
 }
 
 // The application.
