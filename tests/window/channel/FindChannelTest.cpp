@@ -258,9 +258,4 @@ TEST_F(FindChannel, APositionOutsideTheListLeavesTheOutputAsItWas) {
   EXPECT_EQ(got, &mine);
 }
 
-class UnconnectedEngineTest : public support::TvTest {
- protected:
-  void SetUp() override { channels::furnish(tv()); }
-};
-
 }  // namespace
