@@ -65,7 +65,6 @@ export function makeVersion(site, path, change, more = {}) {
 /** Opens an address of the site in a tab: a new browser's, or one beside another tab. @param how  `before` runs in the page before its first line */
 export async function open({address = `${server.origin}${base}`, beside, isReady = true, mayComplain = false, size, before} = {}) {
   const page = await browser.page(beside?.context())
-  page.setDefaultTimeout(20_000)
   contexts.push(page.context())
   if (size) await page.setViewportSize(size)
   if (before) await page.addInitScript(before)
