@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "catalogue/Catalogue.h"
 #include "support/comparison/Scripts.h"
 
 namespace comparison {
@@ -230,6 +231,9 @@ std::vector<std::string> missing(Replies replies) {
       replies[command.substr(0, field) + "Channel_*"].insert(answers.begin(), answers.end());
   }
   std::vector<std::string> missing;
+  for (const std::string& command : virtualtv::commandNames()) {
+    if (replies[command].empty()) missing.push_back(command + " answers");
+  }
   for (const auto& [command, answers] : wanted) {
     for (const std::string& answer : answers) {
       if (!replies[command].contains(answer)) missing.push_back(command + " answers " + answer);
@@ -241,6 +245,16 @@ std::vector<std::string> missing(Replies replies) {
     }
   }
   return missing;
+}
+
+TEST(Model, KnowsEveryCommand) {
+  model::World world;
+  world.set = startingSet();
+  for (const virtualtv::CatalogueCommand& command : virtualtv::catalogue()) {
+    const auto reply = model::run(world, {command.name});
+    EXPECT_FALSE(reply && std::holds_alternative<model::Refused>(*reply))
+        << "tests/support/model/Commands.cpp has no " << command.name;
+  }
 }
 
 TEST(RandomScripts, ReachEveryAnswer) {

@@ -3,6 +3,7 @@
 
 #include <random>
 
+#include "catalogue/Catalogue.h"
 #include "support/comparison/Ways.h"
 
 namespace comparison {
@@ -10,6 +11,7 @@ namespace comparison {
 namespace {
 
 using Data = TCServiceData;
+using virtualtv::CatalogueCommand;
 using Words = std::vector<std::string>;
 
 /// Joins pieces to one text. In a braced list all compilers evaluate them from left to right. Between plus signs the
@@ -18,6 +20,24 @@ std::string join(const Words& pieces) {
   std::string text;
   for (const std::string& piece : pieces) text += piece;
   return text;
+}
+
+/// Commands that ask, and take no parameter.
+bool isQuestion(const CatalogueCommand& command) {
+  return command.name.starts_with("Get") && command.parameters.empty();
+}
+
+/// Commands that ask for a channel by its position in the list of those found, and take nothing else.
+bool asksForFound(const CatalogueCommand& command) {
+  return command.name.starts_with("GetChannel_") && command.parameters.size() == 1;
+}
+
+Words commandsThat(bool (*are)(const CatalogueCommand&)) {
+  Words names;
+  for (const CatalogueCommand& command : virtualtv::catalogue()) {
+    if (are(command)) names.push_back(command.name);
+  }
+  return names;
 }
 
 class Author {
@@ -46,7 +66,7 @@ class Author {
 
  private:
   std::string line() {
-    const std::size_t kind = below(134);
+    const std::size_t kind = below(156);
     if (kind < 15) return switching();
     if (kind < 33) return tuning();
     if (kind < 60) return asking();
@@ -57,6 +77,8 @@ class Author {
     if (kind < 96) return favourites();
     if (kind < 120) return fromOutside();
     if (kind < 128) return reporting();
+    if (kind < 132) return any();
+    if (kind < 150) return oneOf(questions_);
     return engines();
   }
 
@@ -171,23 +193,19 @@ class Author {
     }
   }
 
+  /// Whichever command, so that none is left out, with whichever parameters.
+  std::string any() {
+    const std::vector<CatalogueCommand>& all = virtualtv::catalogue().commands();
+    const CatalogueCommand& command = all[below(all.size())];
+    std::string line = command.name;
+    for (std::size_t parameters = command.parameters.size(); parameters > 0; --parameters) {
+      line += " '" + oneOf({"0", "0", "1", "1", "2", "3", "8", "-1", "65535", "x", ""}) + "'";
+    }
+    return line;
+  }
+
   std::string asking() {
     switch (below(18)) {
-      case 0:
-        return "GetPreviousSource";
-      case 1:
-        return "GetSourceState";
-      case 2:
-        return "GetTVMode";
-      case 3:
-        return "GetSignalStrength";
-      case 4:
-        return "GetChannel_Size";
-      case 5:
-        return "GetStartChannel_" + oneOf({"Type", "Major", "Minor", "Name", "ServiceId"});
-      case 6:
-      case 7:
-        return "GetCurrentChannel_" + oneOf(fields_);
       case 8:
       case 9:
         return "GetSource '" + seek() + "'";
@@ -195,28 +213,29 @@ class Author {
         return "GetChannel_ServiceId '" + index() + "'";
       case 11:
         return join({"GetChannel_ServiceId ", major(), " ", minor(), " ", type()});
-      default:
+      case 12:
+      case 13:
+      case 14:
+      case 15:
+      case 16:
+      case 17:
         return askFound();
+      default:
+        return oneOf(questions_);
     }
   }
 
-  std::string askFound() { return join({"GetChannel_", oneOf(fields_), " '", index(), "'"}); }
+  std::string askFound() { return join({oneOf(found_), " '", index(), "'"}); }
 
   std::string reporting() {
     switch (below(8)) {
-      case 0:
-        return "GetFullChannelList";
-      case 1:
-        return "GetStartChannel_Info";
-      case 2:
-        return "GetPreviousChannelInfo";
       case 3:
       case 4:
         return "GetChannel_OnTVJson '" + index() + "'";
       case 5:
         return join({"SetDVBSIChannelDirectEx '", description(), "' ", oneOf({"0", "0", "0", "1", "x"})});
       default:
-        return oneOf({"GetCurrentChannelInfo", "GetCurrentChannel"});
+        return oneOf(questions_);
     }
   }
 
@@ -505,8 +524,8 @@ class Author {
   std::mt19937_64 random_;
   const model::Set& set_;
   Words keys_;
-  const Words fields_{"Type",        "Major",       "Minor",         "Name", "Name",
-                      "ServiceName", "OriginNetID", "ProgramNumber", "PTC",  "TransportStreamID"};
+  const Words questions_ = commandsThat(isQuestion);
+  const Words found_ = commandsThat(asksForFound);
 };
 
 }  // namespace
