@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command table and the handlers of its rows. To add a command, declare its operation in the worker, add its row
-// here, at its place in the comparison order, with the handler for its kind of answer, and add its help text to the
-// catalogue.
+// The command table and the handlers of its rows. CONTRIBUTING.md says how to add a command.
 #include "Commands.h"
 
 #include <algorithm>

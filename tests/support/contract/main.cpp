@@ -89,6 +89,7 @@ int main(int argc, char** argv) {
   good = inOrder(lines) && good;
   good = report("never printed", contract, seen) && good;
   good = report("not in the contract", seen, contract) && good;
+  if (!good) std::cerr << argv[1] << " is not what the tests print, or they fail\n";
   std::cout << "figure: messages in the contract = " << contract.size() << '\n';
   return good && !contract.empty() ? 0 : 1;
 }

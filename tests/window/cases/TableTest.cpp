@@ -31,7 +31,8 @@ class CommandCases : public ::testing::TestWithParam<std::size_t> {};
 
 TEST_P(CommandCases, AreAllThereAndTrue) {
   Walker walker(catalogue(), results());
-  EXPECT_EQ(lined(walker.walk(rowAt(GetParam()), all())), "");
+  EXPECT_EQ(lined(walker.walk(rowAt(GetParam()), all())), "")
+      << "The cases are in tests/window/cases/*.txt, the numbers in tests/window/cases/results.tsv.";
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, CommandCases, ::testing::Range(std::size_t{0}, rows()),
