@@ -13,8 +13,8 @@ from dataclasses import dataclass
 
 from proving.job import HOUR, MINUTE, SANITIZERS, Figure, at_most
 
-TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists", "broadcasts", "snapshots",
-           "requests"]
+TARGETS = ["transcripts", "databases", "arguments", "commands", "reports", "satellite", "lists", "bouquets", "broadcasts",
+           "snapshots", "requests"]
 AT_ONCE = 2
 SECONDS = 60
 EXECUTIONS = 1_000_000
