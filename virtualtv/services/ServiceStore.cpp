@@ -184,18 +184,21 @@ ServiceKey ServiceStore::newKey(ServiceKey& from) const {
 void ServiceStore::replaceAll(const std::vector<Service>& services) {
   Transaction transaction(database_, "replace the services");
   tables_.clear();
-  ServiceKey key = 0;
-  for (const Service& service : services) tables_.insert(++key, service);
+  std::vector<KeyedService> keyed;
+  for (const Service& service : services) keyed.push_back({std::ssize(keyed) + 1, &service});
+  tables_.insert(keyed);
   transaction.commit();
 }
 
 void ServiceStore::restoreAll(const std::map<ServiceKey, Service>& services) {
   Transaction transaction(database_, "replace the services");
   tables_.clear();
+  std::vector<KeyedService> keyed;
   for (const auto& [key, service] : services) {
     requireKey(key);
-    tables_.insert(key, service);
+    keyed.push_back({key, &service});
   }
+  tables_.insert(keyed);
   transaction.commit();
 }
 
@@ -224,7 +227,8 @@ ServiceChanges ServiceStore::merge(const std::vector<Service>& services) {
 ServiceChanges ServiceStore::renew(const std::vector<Service>& services) {
   Transaction transaction(database_, "renew the services");
   ServiceChanges changes;
-  std::vector<const Service*> renewed;
+  std::vector<KeyedService> renewed;
+  const auto renew = [&](const Service& service) { renewed.push_back({std::ssize(renewed) + 1, &service}); };
   std::deque<Service> updates;
   std::set<ServiceKey> found;
   const std::unordered_map<std::int64_t, ServiceKey> keys = keysByIds();
@@ -232,24 +236,23 @@ ServiceChanges ServiceStore::renew(const std::vector<Service>& services) {
     const auto id = listed.numbers.find(TCServiceData::SERVICE_ID);
     const auto known = id == listed.numbers.end() ? keys.end() : keys.find(idColumn(id->second));
     if (known == keys.end()) {
-      renewed.push_back(&listed);
+      renew(listed);
       ++changes.added;
       continue;
     }
     const ServiceKey key = known->second;
     found.insert(key);
     const Service before = tables_.read(key).value();
-    renewed.push_back(&updates.emplace_back(updated(before, listed)));
+    renew(updates.emplace_back(updated(before, listed)));
     if (updates.back() != before) {
       ++changes.changed;
-    } else if (std::cmp_not_equal(key, renewed.size())) {
+    } else if (key != renewed.back().key) {
       ++changes.moved;
     }
   }
   changes.gone = size() - found.size();
   tables_.clear();
-  ServiceKey last = 0;
-  for (const Service* service : renewed) tables_.insert(++last, *service);
+  tables_.insert(renewed);
   transaction.commit();
   return changes;
 }

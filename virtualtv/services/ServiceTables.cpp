@@ -23,12 +23,6 @@ std::string columns(const std::string& behind) {
   return list;
 }
 
-std::string insertSql() {
-  std::string marks;
-  for (std::size_t field = 0; field < knownFields().size(); ++field) marks += "?, ";
-  return "INSERT INTO service(" + columns(", ") + "group_name, key) VALUES(" + marks + "?, ?)";
-}
-
 [[noreturn]] void refuseTwo(int fieldId) {
   throw std::invalid_argument("field " + std::to_string(fieldId) + " can't hold two values");
 }
@@ -44,6 +38,43 @@ int readFields(const Rows& rows, Service& service) {
     ++column;
   }
   return column;
+}
+
+/// Binds the fields with columns. @return how many of them the service has.
+std::size_t bindFields(Batch& rows, const Service& service) {
+  std::size_t bound = 0;
+  for (const KnownField& field : knownFields()) {
+    const auto number = service.numbers.find(field.id);
+    const auto units = service.texts.find(field.id);
+    const bool isNumber = number != service.numbers.end();
+    const bool isText = units != service.texts.end();
+    if (isNumber && isText) refuseTwo(field.id);
+    if (isNumber) {
+      rows.bind(numberColumn(field, number->second));
+    } else if (isText) {
+      requireText(field.id);
+      rows.bind(Bytes(toBytes(units->second)));
+    } else {
+      rows.bind(nullptr);
+    }
+    if (isNumber || isText) ++bound;
+  }
+  return bound;
+}
+
+void addAudio(Batch& rows, ServiceKey key, const std::vector<AudioTrack>& tracks) {
+  int position = 0;
+  for (const AudioTrack& track : tracks) {
+    rows.add(key, position++, track.pid, track.lang, track.decodeType, track.audioMode, track.audioType,
+             track.readable);
+  }
+}
+
+void addSubtitles(Batch& rows, ServiceKey key, const std::vector<SubtitleTrack>& tracks) {
+  int position = 0;
+  for (const SubtitleTrack& track : tracks) {
+    rows.add(key, position++, track.pid, track.lang, track.type, track.readable);
+  }
 }
 
 }  // namespace
@@ -157,13 +188,14 @@ CREATE TABLE recording(
 
 ServiceTables::ServiceTables(Database& database)
     : database_(database),
-      insert_(database, insertSql(), adding),
-      insertRaw_(database, "INSERT OR REPLACE INTO raw_field VALUES(?, ?, ?)", "keep a field of a service"),
-      insertAudio_(database, "INSERT INTO audio_track VALUES(?, ?, ?, ?, ?, ?, ?, ?)", "keep an audio track"),
-      insertSubtitle_(database, "INSERT INTO subtitle_track VALUES(?, ?, ?, ?, ?, ?)", "keep a subtitle track"),
-      insertFavourite_(database, "INSERT OR REPLACE INTO favourite VALUES(?, ?, ?)", "keep a favourite"),
-      insertEntry_(database, "INSERT INTO list_entry VALUES(?, ?)", "keep what a list says of a service"),
-      insertFootage_(database, "INSERT INTO recording VALUES(?, ?, ?, ?, ?)", "keep what plays of a service"),
+      insert_(database, "INSERT INTO service(" + columns(", ") + "group_name, key)",
+              static_cast<int>(knownFields().size()) + 2, adding),
+      insertRaw_(database, "INSERT OR REPLACE INTO raw_field", 3, "keep a field of a service"),
+      insertAudio_(database, "INSERT INTO audio_track", 8, "keep an audio track"),
+      insertSubtitle_(database, "INSERT INTO subtitle_track", 6, "keep a subtitle track"),
+      insertFavourite_(database, "INSERT OR REPLACE INTO favourite", 3, "keep a favourite"),
+      insertEntry_(database, "INSERT INTO list_entry", 2, "keep what a list says of a service"),
+      insertFootage_(database, "INSERT INTO recording", 5, "keep what plays of a service"),
       remove_(database, "DELETE FROM service WHERE key = ?", "remove a service"),
       lastKey_(database, "SELECT seq FROM sqlite_sequence WHERE name = 'service'", "find a key for a service"),
       read_(database, "SELECT " + columns(", ") + "group_name FROM service WHERE key = ?", reading),
@@ -179,53 +211,77 @@ ServiceTables::ServiceTables(Database& database)
       readFootage_(database, "SELECT path, video, type, trusted FROM recording WHERE service = ?", reading),
       readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
 
-/// Binds the fields with columns. @return how many of them the service has.
-std::size_t ServiceTables::bindFields(const Service& service) {
-  std::size_t bound = 0;
-  int parameter = 0;
-  for (const KnownField& field : knownFields()) {
-    const auto number = service.numbers.find(field.id);
-    const auto units = service.texts.find(field.id);
-    const bool isNumber = number != service.numbers.end();
-    const bool isText = units != service.texts.end();
-    ++parameter;
-    if (isNumber && isText) refuseTwo(field.id);
-    if (isNumber) {
-      insert_.bind(parameter, numberColumn(field, number->second));
-    } else if (isText) {
-      requireText(field.id);
-      insert_.bind(parameter, Bytes(toBytes(units->second)));
-    } else {
-      insert_.bind(parameter, nullptr);
-    }
-    if (isNumber || isText) ++bound;
+/// Adds the rows of `service`, to which those of other tables refer. @return the services that have other fields too.
+std::vector<KeyedService> ServiceTables::insertFields(std::span<const KeyedService> services) {
+  std::vector<KeyedService> others;
+  Batch rows(insert_, services.size());
+  for (const KeyedService& one : services) {
+    const Service& service = *one.service;
+    const std::size_t bound = bindFields(rows, service);
+    if (bound < service.numbers.size() + service.texts.size()) others.push_back(one);
+    rows.add(std::string_view(service.group), one.key);
   }
-  insert_.bind(++parameter, std::string_view(service.group));
-  return bound;
+  rows.finish();
+  return others;
 }
 
-void ServiceTables::insertRaw(ServiceKey key, const Service& service) {
-  for (const auto& [id, number] : service.numbers) {
-    if (service.texts.contains(id)) refuseTwo(id);
-    if (knownField(id) == nullptr) setRaw(key, id, number);
+void ServiceTables::insertRaw(std::span<const KeyedService> services) {
+  Batch rows(insertRaw_, services.size());
+  for (const auto& [key, service] : services) {
+    for (const auto& [id, number] : service->numbers) {
+      if (service->texts.contains(id)) refuseTwo(id);
+      if (knownField(id) == nullptr) rows.add(key, id, numberColumn(id, number));
+    }
+    for (const auto& [id, units] : service->texts) {
+      if (knownField(id) == nullptr) rows.add(key, id, Bytes(toBytes(units)));
+    }
   }
-  for (const auto& [id, units] : service.texts) {
-    if (knownField(id) == nullptr) setRaw(key, id, units);
+  rows.finish();
+}
+
+void ServiceTables::insertTracks(std::span<const KeyedService> services) {
+  Batch audio(insertAudio_, services.size());
+  Batch subtitles(insertSubtitle_, services.size());
+  for (const auto& [key, service] : services) {
+    addAudio(audio, key, service->audio);
+    addSubtitles(subtitles, key, service->subtitles);
   }
+  audio.finish();
+  subtitles.finish();
+}
+
+void ServiceTables::insertFavourites(std::span<const KeyedService> services) {
+  Batch rows(insertFavourite_, services.size());
+  for (const auto& [key, service] : services) {
+    for (const auto& [group, member] : service->favourites) rows.add(key, int{group}, member);
+  }
+  rows.finish();
+}
+
+/// Adds what is known of where the services come from: their list entries and recordings.
+void ServiceTables::insertOrigins(std::span<const KeyedService> services) {
+  Batch entries(insertEntry_, services.size());
+  Batch recordings(insertFootage_, services.size());
+  for (const auto& [key, service] : services) {
+    if (!service->listEntry.empty()) entries.add(key, std::as_bytes(std::span(service->listEntry)));
+    if (const auto& footage = service->footage) {
+      recordings.add(key, std::as_bytes(std::span(footage->path)), footage->video, footage->type, footage->isTrusted);
+    }
+  }
+  entries.finish();
+  recordings.finish();
+}
+
+void ServiceTables::insert(std::span<const KeyedService> services) {
+  insertRaw(insertFields(services));
+  insertTracks(services);
+  insertFavourites(services);
+  insertOrigins(services);
 }
 
 void ServiceTables::insert(ServiceKey key, const Service& service) {
-  const std::size_t bound = bindFields(service);
-  insert_.bind(static_cast<int>(knownFields().size()) + 2, key);
-  insert_.finish();
-  if (bound < service.numbers.size() + service.texts.size()) insertRaw(key, service);
-  insertAudio(key, service.audio);
-  insertSubtitles(key, service.subtitles);
-  for (const auto& [group, member] : service.favourites) setFavourite(key, group, member);
-  if (!service.listEntry.empty()) insertEntry_.run(key, std::as_bytes(std::span(service.listEntry)));
-  if (const auto& footage = service.footage) {
-    insertFootage_.run(key, std::as_bytes(std::span(footage->path)), footage->video, footage->type, footage->isTrusted);
-  }
+  const KeyedService one{key, &service};
+  insert({&one, 1});
 }
 
 bool ServiceTables::remove(ServiceKey key) {
@@ -336,18 +392,15 @@ void ServiceTables::removeFavourites(ServiceKey key) {
 }
 
 void ServiceTables::insertAudio(ServiceKey key, const std::vector<AudioTrack>& tracks) {
-  int position = 0;
-  for (const AudioTrack& track : tracks) {
-    insertAudio_.run(key, position++, track.pid, track.lang, track.decodeType, track.audioMode, track.audioType,
-                     track.readable);
-  }
+  Batch rows(insertAudio_, tracks.size());
+  addAudio(rows, key, tracks);
+  rows.finish();
 }
 
 void ServiceTables::insertSubtitles(ServiceKey key, const std::vector<SubtitleTrack>& tracks) {
-  int position = 0;
-  for (const SubtitleTrack& track : tracks) {
-    insertSubtitle_.run(key, position++, track.pid, track.lang, track.type, track.readable);
-  }
+  Batch rows(insertSubtitle_, tracks.size());
+  addSubtitles(rows, key, tracks);
+  rows.finish();
 }
 
 void ServiceTables::setFavourite(ServiceKey key, std::uint8_t group, bool member) {

@@ -158,6 +158,22 @@ TEST_F(Services, AreReplacedWithKeysFromOneOn) {
     EXPECT_EQ(rowsIn(table), 0);
 }
 
+TEST_F(Services, AreEachKeptWithWhatIsTheirsHoweverManyThereAre) {
+  std::vector<Service> many;
+  for (std::uint64_t id = 1; id <= 1200; ++id) {
+    Service service = id % 3 == 0 ? Service() : wholeService(id);
+    service.numbers[Data::MAJOR] = id;
+    for (std::uint64_t track = 0; track < id % 7; ++track) service.audio.push_back({.pid = static_cast<int>(id)});
+    if (id % 5 == 0) service.listEntry = "entry " + std::to_string(id);
+    if (id % 4 == 0) service.subtitles.clear();
+    many.push_back(service);
+  }
+  store.replaceAll(many);
+  EXPECT_EQ(all(), many);
+  store.renew(many);
+  EXPECT_EQ(all(), many);
+}
+
 TEST_F(Services, AreRestoredWithTheirKeys) {
   store.replaceAll({serviceOf(1, 1), serviceOf(2, 2)});
   const std::map<ServiceKey, Service> wanted{{2, wholeService(20)}, {7, serviceOf(70, 1)}, {9, Service()}};
