@@ -15,7 +15,8 @@ from scratch import TOP, load, run
 
 sys.path.insert(0, str(TOP / "tools"))
 
-from shipping import image, packages, trials  # noqa: E402  (needs the path above)
+from proving.job import Failed  # noqa: E402  (needs the path above)
+from shipping import image, newcomers, packages, trials  # noqa: E402  (needs the path above)
 
 PROGRAM = TOP / "tools/package"
 DEBIAN = TOP / "debian"
@@ -40,7 +41,7 @@ class PackageTest(unittest.TestCase):
     def test_an_unknown_trial_is_refused(self):
         done = said("--test", "vax")
         self.assertEqual(done.returncode, 2)
-        self.assertIn("there is no trial vax; there are packages, image, clone, app", done.stderr)
+        self.assertIn(f"there is no trial vax; there are {', '.join(trials.ALL)}", done.stderr)
 
     def test_the_list_names_all_trials_and_when_they_were_tried(self):
         done = said("--list")
@@ -53,14 +54,33 @@ class PackageTest(unittest.TestCase):
     def test_a_trial_that_was_tried_has_its_row(self):
         table = load("package").TABLE
         page = table.with_rows("before\n\n| trial |\n| --- |\n\nbehind\n", [["image", "all well", "60 s", "2020-01-01"]])
-        self.assertEqual(table.days(page), {"packages": "never", "image": "2020-01-01", "clone": "never", "app": "never"})
+        self.assertEqual(table.days(page), {**dict.fromkeys(trials.ALL, "never"), "image": "2020-01-01"})
         self.assertTrue(page.startswith("before\n\n| trial | what was seen |") and page.endswith("|\n\nbehind\n"), page)
 
     def test_the_first_session_of_the_readme_is_what_somebody_new_tries(self):
-        session = trials.session_on(TOP / "README.md")
+        session = newcomers.session_on(TOP / "README.md")
         self.assertRegex(session, r"^> .*\n")
         self.assertIn('unicode "Lighthouse One"\n', session)
         self.assertNotIn("```", session)
+
+    def test_the_first_app_of_the_readme_is_what_somebody_new_opens(self):
+        app = newcomers.app_on(TOP / "README.md")
+        self.assertRegex(app, r"^<!doctype html>\n")
+        self.assertIn('<script src="tv.js" data-name="tvWindow"></script>\n', app)
+        self.assertTrue(app.endswith("</script>\n"), app)
+
+    def test_blocks_of_a_page_are_found_by_their_heading(self):
+        page = "# Page\n\n## First\n\n1. Do\n\n   ```\n   one\n     two\n   ```\n\n```\n# a remark\nthree\n```\n\n### Next\n\n```\nfour\n```\n"
+        self.assertEqual(newcomers.blocks_of(page, "First"), ["one\n  two\n", "# a remark\nthree\n"])
+        self.assertEqual(newcomers.blocks_of(page, "Next"), ["four\n"])
+
+    def test_the_lines_for_a_set_are_those_of_the_guide(self):
+        page = (TOP / "docs/porting.md").read_text(encoding="utf-8")
+        lines = newcomers.lines_for_a_set(page).splitlines()
+        self.assertEqual([line.split()[0] for line in lines], ["cmake", "ninja", "readelf", "cmake"])
+        self.assertIn("-DWINDOW_SDK=$PWD/SDK", lines[0])
+        with self.assertRaisesRegex(Failed, "does not say where FILE goes"):
+            newcomers.lines_for_a_set(page.replace("--toolchain FILE", ""))
 
     def test_packages_have_the_version_of_the_project(self):
         project = re.search(r"^project\(emp-window VERSION ([\d.]+)", (TOP / "CMakeLists.txt").read_text(encoding="utf-8"), re.MULTILINE)

@@ -2,45 +2,19 @@
 """The trials on bare Debian systems: the packages, the container image, and the first steps of a new user."""
 
 import json
-import re
 import socket
 import subprocess
 import tempfile
 import time
-from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Callable
 
 from measuring.lab import command_of, free_ports
-from proving.job import Failed
-from shipping import image, packages, roots, states
-from shipping.packages import said
+from shipping import image, newcomers, packages, states
+from shipping.workplace import USER, emp_window, expect, expect_same
 
-USER = "lab"
 PATIENCE = 30  # seconds within which a container must become healthy
-
-
-def expect(is_so, what):
-    """Raises Failed unless the condition holds."""
-    if not is_so:
-        raise Failed(what)
-
-
-def expect_same(wanted, got, what):
-    expect(wanted == got, f"{what}: wanted\n{wanted}\ngot\n{got}")
-
-
-@dataclass(frozen=True)
-class Workplace:
-    """The environment of trials: the tree, a bare system as a tar file, and a temporary folder."""
-
-    top: Path
-    base: Path
-    folder: Path
-
-    def root(self, name):
-        return roots.Root(self.base, self.folder / name)
 
 
 # The packages.
@@ -75,10 +49,6 @@ def try_packages(place, made):
 
 def state_of(name):
     return f"/home/{USER}/.local/state/emp-window/sets/{name}"
-
-
-def emp_window(root, *words, **options):
-    return root.run("emp-window", *words, user=USER, **options)
 
 
 def keep_states(top, root):
@@ -223,60 +193,6 @@ def asked(port, token, method, parameters):
     return json.loads(answer.rpartition("\n")[2])["result"] if " 200 " in answer.partition("\n")[0] else None
 
 
-# The first steps of a new user.
-
-
-def try_clone(place, _):
-    """Follows the README literally: a clone, and ./run."""
-    session = session_on(place.top / "README.md")
-    with cloned(place, "clone") as root:
-        begin = time.monotonic()
-        got = by_new_user(root, "./run", told=states.told_to(session))
-        seconds = time.monotonic() - begin
-        expect_same(session, got, "what ./run answers")
-    return f"cloned, built, answers as the README shows, {seconds / 60:.0f} min from nothing"
-
-
-def try_app(place, _):
-    """Builds the TV for an app's page, as the README says."""
-    with cloned(place, "app") as root:
-        begin = time.monotonic()
-        folder = by_new_user(root, "tools/wasm").splitlines()[-1]
-        seconds = time.monotonic() - begin
-        script = root.inside(folder) / "tv.js"
-        expect(script.is_file(), f"tools/wasm made no {script}")
-        size = script.stat().st_size
-    return f"cloned, made, tv.js has {size / 1e6:.1f} MB, {seconds / 60:.0f} min from nothing"
-
-
-@contextmanager
-def cloned(place, name):
-    """Creates a root with a user who can use sudo and has a clone of the tree."""
-    with place.root(name) as root:
-        root.connect()
-        root.install("git", "sudo")
-        root.run("useradd", "--create-home", "--shell", "/bin/bash", USER)
-        root.inside("/etc/sudoers.d/lab").write_text(f"{USER} ALL=(ALL) NOPASSWD: ALL\n", encoding="utf-8")
-        said("git", "clone", "--quiet", "--bare", place.top, root.inside("/srv/emp-window.git"))
-        root.run("chown", "--recursive", f"{USER}:{USER}", "/srv/emp-window.git")
-        root.run("git", "clone", "--quiet", "/srv/emp-window.git", f"/home/{USER}/emp-window", user=USER)
-        yield root
-
-
-def by_new_user(root, command, **options):
-    """Runs a command as the user in the clone. Returns its standard output."""
-    log = "/tmp/progress"
-    try:
-        return root.run("bash", "-ec", f"cd ~/emp-window && {command} 2>{log}", user=USER, **options)
-    except Failed as failure:
-        raise Failed(f"{failure}\n{root.inside(log).read_text(encoding='utf-8', errors='replace')}") from failure
-
-
-def session_on(page):
-    """The first session with the shell that a page shows."""
-    return re.search(r"^```\n((?:> .*\n)(?:[^`].*\n)*)```$", page.read_text(encoding="utf-8"), re.MULTILINE)[1]
-
-
 @dataclass(frozen=True)
 class Trial:
     """A trial: its name, its description, its function, and whether it needs the packages. The function returns what
@@ -292,5 +208,8 @@ ALL = {trial.name: trial for trial in (
     Trial("packages", "the packages are installed, upgraded from an earlier version with states of older schemas, run, built on, removed",
           try_packages),
     Trial("image", "the container image is loaded and run, and its health check tells when the set does not answer", try_image),
-    Trial("clone", "git clone and ./run, as the README says", try_clone, wants_packages=False),
-    Trial("app", "git clone and tools/wasm, as the README says", try_app, wants_packages=False))}
+    Trial("lab", "a hundred sets of the package, and transcripts over them, as docs/lab.md says", newcomers.try_lab),
+    Trial("clone", "git clone and ./run, as the README says", newcomers.try_clone, wants_packages=False),
+    Trial("tests", "git clone and ./test", newcomers.try_tests, wants_packages=False),
+    Trial("app", "git clone, tools/wasm and the first app in a browser, as the README says", newcomers.try_app, wants_packages=False),
+    Trial("porting", "git clone and docs/porting.md line by line, on the stand-in", newcomers.try_porting, wants_packages=False))}
