@@ -47,19 +47,15 @@ test('what happens to a long list is told at once, and the page goes on meanwhil
     const text = Array.from({length: lines}, (_, at) =>
       `Station ${at + 1}:${10714 + at % 1000}:HC56M2S0:S19.2E:22000:${at % 8000 + 32}:${at % 8000 + 33}=eng@3:0:0:${at + 1}:1:${at % 1000}:0\n`)
     dispatchEvent(new CustomEvent('emp-open', {detail: [new File(text, 'long.conf')]}))
-    const said = new Set()
-    let longest = 0
-    for (let before = performance.now(); !document.querySelector('.file-result')?.textContent.includes('services:');) {
+    const frames = {}
+    while (!document.querySelector('.file-result')?.textContent.includes('services:')) {
       await new Promise(requestAnimationFrame)
-      const now = performance.now()
-      longest = Math.max(longest, now - before)
-      before = now
-      said.add(document.querySelector('.file-result [role="status"]')?.textContent)
+      const said = document.querySelector('.file-result [role="status"]')?.textContent
+      frames[said] = (frames[said] ?? 0) + 1
     }
-    return {said: [...said], longest}
+    return frames
   }, count)
-  assert.ok(seen.said.includes('long.confis imported: 20,000 lines'), seen.said.join())
-  assert.ok(seen.longest < 1000, `nothing moved for ${seen.longest} ms`)
+  assert.ok(seen['long.confis imported: 20,000 lines'] > 1, `frames by status: ${JSON.stringify(seen)}`)
   await panel().getByText(`${count} services: ${count} added, 0 changed, 81 gone; 0 lines could not be read`).waitFor()
 })
 
