@@ -101,6 +101,18 @@ test('a transcript is checked on a set of its own, and its differences are colou
   await panel().getByText('It prints what it says.').waitFor()
 })
 
+test('a list that was exported as JSON is imported, with what is wrong in it', async () => {
+  shown = await Console.open()
+  const {content} = await shown.tv.export('json')
+  const list = JSON.parse(content)
+  list.services = list.services.slice(0, 3)
+  list.services[2].numbers.major = 'two'
+  await drop({name: 'mine.json', content: JSON.stringify(list)})
+  await panel().getByText('2 services: 0 added, 0 changed, 79 gone').waitFor()
+  await panel().getByText('services[2].numbers.major').waitFor()
+  assert.equal((await shown.tv.services()).total, 2)
+})
+
 test('a snapshot is recognised by its document and restored; one that is wrong is refused with the place', async () => {
   shown = await Console.open()
   const snapshot = await shown.tv.snapshot()

@@ -70,7 +70,7 @@ async function takeText(file, tell) {
     note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
 }
 
-const wanted = 'Drop a channel list (VDR, libdvbv5, zap, lamedb, M3U), a recording, a transcript (lines that start with >) or a snapshot.'
+const wanted = 'Drop a channel list (VDR, libdvbv5, zap, lamedb, M3U, JSON), a recording, a transcript (lines that start with >) or a snapshot.'
 
 /** @param {string} name @param {string} problem @param {string} [way] @return {Outcome} */
 const none = (name, problem, way) => ({name, kind: 'none', problem, way})
@@ -91,11 +91,10 @@ function textOf(bytes) {
 
 /** @param {Content} content @return {Promise<Outcome>} */
 async function use(content) {
-  const {name, text, tell} = content
+  const {text} = content
   if (/^\s*[{[]/.test(text) && !/^\s*\[[^\]\n]*\]\s*(\n|$)/.test(text)) return useDocument(content)
   if (/^[^\S\n]*(?!#)\S.*/m.exec(text)?.[0].startsWith('>')) return useTranscript(content)
-  await shownFirst(tell, `is imported: ${linesOf(text)}`)
-  const outcome = await called({name, kind: 'list'}, 'tv.import', {content: text, name})
+  const outcome = await useList(content)
   if (!/not a channel list of a known format/.test(outcome.problem ?? '')) return outcome
   // A transcript may have other text at its start: the check then reports the error.
   return /^>/m.test(text) ? useTranscript(content) : {...outcome, kind: 'none', way: wanted}
@@ -111,8 +110,15 @@ async function useTranscript({name, text, isUnicode, tell}) {
   return called({name, kind: 'transcript'}, 'tv.check', {transcript: text})
 }
 
+/** @param {Content} content @return {Promise<Outcome>} */
+async function useList({name, text, tell}) {
+  await shownFirst(tell, `is imported: ${linesOf(text)}`)
+  return called({name, kind: 'list'}, 'tv.import', {content: text, name})
+}
+
 /** @param {Content} content  JSON @return {Promise<Outcome>} */
-async function useDocument({name, text, isUnicode, tell}) {
+async function useDocument(content) {
+  const {name, text, isUnicode, tell} = content
   if (!isUnicode) return noUnicode(name, 'snapshot')
   let snapshot
   try {
@@ -121,6 +127,7 @@ async function useDocument({name, text, isUnicode, tell}) {
     return none(name, `It looks like JSON, but cannot be read as such: ${/** @type {Error} */ (error).message}`, wanted)
   }
   const missing = ['version', 'state', 'settings', 'services'].filter(member => !(member in Object(snapshot)))
+  if (missing.join() === 'version,state,settings') return useList(content)  // as exported in the format json
   if (Array.isArray(snapshot) || missing.length > 0) {
     return none(name, `It is JSON, but no snapshot: ${Array.isArray(snapshot) ? 'it is an array' : `it lacks ${missing.join(', ')}`}.`, wanted)
   }
