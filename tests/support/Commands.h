@@ -9,7 +9,7 @@
 namespace engine {
 
 /// A command with parameters that succeed on a set with services.
-struct Call {
+struct Command {
   std::string name;
   std::vector<std::string> parameters;
   std::string unconnected;  ///< its answer when no interface of the set is available
@@ -108,16 +108,16 @@ inline constexpr Row rows[] = {
     {"SetChannelDirect", {"35", "2", "0", "1"}, "int 0"},
 };
 
-inline const std::vector<Call>& everyCall() {
-  static const std::vector<Call> all = [] {
-    std::vector<Call> calls;
+inline const std::vector<Command>& everyCommand() {
+  static const std::vector<Command> all = [] {
+    std::vector<Command> commands;
     for (const Row& row : rows) {
-      Call& call = calls.emplace_back(Call{row.name, {}, row.unconnected});
+      Command& command = commands.emplace_back(Command{row.name, {}, row.unconnected});
       for (const char* parameter : row.parameters) {
-        if (parameter != nullptr) call.parameters.emplace_back(parameter);
+        if (parameter != nullptr) command.parameters.emplace_back(parameter);
       }
     }
-    return calls;
+    return commands;
   }();
   return all;
 }

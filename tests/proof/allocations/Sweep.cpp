@@ -40,7 +40,7 @@ std::string wrongWith(const Command& command, const Outcome& outcome) {
 
 std::vector<Command> everyCommand() {
   std::vector<Command> commands;
-  for (const engine::Call& call : engine::everyCall()) commands.push_back({call.name, call.parameters});
+  for (const engine::Command& command : engine::everyCommand()) commands.push_back({command.name, command.parameters});
   commands.push_back({"SetDVBSIChannelDirectEx", {description, "0"}});
   commands.push_back({"NoSuchCommand", {"1"}});
   commands.push_back({"SetScreenCropRect", {"10", "20", "300", "200", "0", "0", "960", "540", "0"}, true});

@@ -53,20 +53,21 @@ class Soak {
     for (std::uint64_t done = 0; done < commandsADay; ++done) command();
     visit();
     bench_.rest();
-    for (const auto& call : {engine::Call{"SetWindow", {"0"}, ""}, engine::Call{"FindChannel", {"0", "1"}, ""}}) {
-      bench_.execute(call.name, call.parameters);
+    for (const auto& command :
+         {engine::Command{"SetWindow", {"0"}, ""}, engine::Command{"FindChannel", {"0", "1"}, ""}}) {
+      bench_.execute(command.name, command.parameters);
     }
     return look();
   }
 
  private:
   void command() {
-    const std::vector<engine::Call>& calls = engine::everyCall();
-    const engine::Call& call = calls[random_() % calls.size()];
+    const std::vector<engine::Command>& commands = engine::everyCommand();
+    const engine::Command& command = commands[random_() % commands.size()];
     const bool fails = random_() % 5 == 0;
     if (fails) Seam::instance().add(fault());
-    const std::string wrong = support::undocumented(call.name, bench_.execute(call.name, call.parameters));
-    if (!wrong.empty()) throw std::runtime_error(call.name + ": " + wrong);
+    const std::string wrong = support::undocumented(command.name, bench_.execute(command.name, command.parameters));
+    if (!wrong.empty()) throw std::runtime_error(command.name + ": " + wrong);
     if (fails) Seam::instance().clearFaults();
   }
 

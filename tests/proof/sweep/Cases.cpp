@@ -44,9 +44,9 @@ Service satelliteService() {
   return made;
 }
 
-std::string lineOf(const engine::Call& call) {
-  std::string line = call.name;
-  for (const std::string& parameter : call.parameters) line += " '" + parameter + "'";
+std::string lineOf(const engine::Command& command) {
+  std::string line = command.name;
+  for (const std::string& parameter : command.parameters) line += " '" + parameter + "'";
   return line;
 }
 
@@ -127,8 +127,8 @@ std::vector<Context> contexts() {
 
 std::vector<std::string> commands() {
   std::vector<std::string> lines;
-  lines.reserve(engine::everyCall().size() + more.size());
-  for (const engine::Call& call : engine::everyCall()) lines.push_back(lineOf(call));
+  lines.reserve(engine::everyCommand().size() + more.size());
+  for (const engine::Command& command : engine::everyCommand()) lines.push_back(lineOf(command));
   lines.insert(lines.end(), more.begin(), more.end());
   return lines;
 }

@@ -148,8 +148,8 @@ TEST_F(EnginesTest, WithoutAnyInterfaceEveryCommandAnswersItsOwnFailure) {
   for (const char* factory : engine::factories) fault(std::string(factory) + " always result=null");
   fault("vconf_get_int always result=-1");
   ASSERT_TRUE(open());
-  for (const engine::Call& call : engine::everyCall()) {
-    EXPECT_EQ(execute(call.name, call.parameters), call.unconnected) << call.name;
+  for (const engine::Command& command : engine::everyCommand()) {
+    EXPECT_EQ(execute(command.name, command.parameters), command.unconnected) << command.name;
   }
 }
 

@@ -24,7 +24,7 @@ using virtualtv::seam::Output;
 using virtualtv::text::Range;
 
 /// A set on which every command has something to answer.
-class EveryCallTest : public channels::ChannelEngineTest {
+class EveryCommandTest : public channels::ChannelEngineTest {
  protected:
   void SetUp() override {
     ChannelEngineTest::SetUp();
@@ -63,7 +63,7 @@ class EveryCallTest : public channels::ChannelEngineTest {
 };
 
 /// Tells which lines of its source the plug-in logs.
-class LocationTest : public EveryCallTest {
+class LocationTest : public EveryCommandTest {
  protected:
   /// Each message so far, and there are some, has a line of its operation.
   void expectLocations();
@@ -87,30 +87,30 @@ class SweepTest : public LocationTest, public ::testing::WithParamInterface<std:
     return all;
   }
 
-  static const engine::Call& command() { return engine::everyCall()[GetParam()]; }
+  static const engine::Command& command() { return engine::everyCommand()[GetParam()]; }
   void sweep();
 };
 
 void SweepTest::sweep() {
-  const engine::Call& call = command();
+  const engine::Command& swept = command();
   prepare();
-  const std::string healthy = execute(call.name, call.parameters);
+  const std::string healthy = execute(swept.name, swept.parameters);
   const std::vector<Call> made = takeCalls();
   std::map<const Operation*, int> counts;
   for (const Call& one : made) {
     const std::string nth = " nth=" + std::to_string(++counts[one.operation]) + " ";
     for (const std::string& way : ways(*one.operation)) {
       const std::string words = std::string(one.operation->name) + nth + way;
-      SCOPED_TRACE(call.name + ": " + words);
+      SCOPED_TRACE(swept.name + ": " + words);
       prepare();
       fault(words);
-      const Answer answer = ask(call.name, call.parameters);
+      const Answer answer = ask(swept.name, swept.parameters);
       EXPECT_TRUE(faultsHit());
       EXPECT_TRUE(answer.accepted);
       EXPECT_TRUE(answer.reply.has_value()) << answer.shown();
       EXPECT_NE(finished().find_first_of("0123456789"), std::string::npos);
       clearFaults();
-      EXPECT_EQ(execute(call.name, call.parameters), healthy) << "and the next time it is well again";
+      EXPECT_EQ(execute(swept.name, swept.parameters), healthy) << "and the next time it is well again";
     }
   }
 }
@@ -165,7 +165,7 @@ TEST_P(SweepTest, EachMessageTellsALineOfItsOperationOnTheIspSource) {
   sweepLocations([this] { ask(command().name, command().parameters); });
 }
 
-TEST_F(EveryCallTest, RecordsOfAnyContentAreAnswered) {
+TEST_F(EveryCommandTest, RecordsOfAnyContentAreAnswered) {
   prepare();
   for (const std::string record :
        {"{}", R"({12=18446744073709551615,16="",110=""})",
@@ -175,9 +175,9 @@ TEST_F(EveryCallTest, RecordsOfAnyContentAreAnswered) {
     fault("IServiceNavigation::GetServiceList always out.services=[" + record + "," + record + "]");
     fault("IServiceNavigation::GetCurrentService always out.service=" + record);
     fault("IService::FindService always out.service=" + record);
-    for (const engine::Call& call : engine::everyCall()) {
-      const Answer answer = ask(call.name, call.parameters);
-      EXPECT_TRUE(answer.accepted && answer.reply) << call.name << " " << record << ": " << answer.shown();
+    for (const engine::Command& command : engine::everyCommand()) {
+      const Answer answer = ask(command.name, command.parameters);
+      EXPECT_TRUE(answer.accepted && answer.reply) << command.name << " " << record << ": " << answer.shown();
     }
     clearFaults();
   }
@@ -204,16 +204,16 @@ bool isAlphanumeric(char letter) {
 }
 
 std::string nameOf(const ::testing::TestParamInfo<std::size_t>& info) {
-  const engine::Call& call = engine::everyCall()[info.param];
-  std::string name = call.name;
-  for (const std::string& parameter : call.parameters) {
+  const engine::Command& command = engine::everyCommand()[info.param];
+  std::string name = command.name;
+  for (const std::string& parameter : command.parameters) {
     name += "_";
     std::copy_if(parameter.begin(), parameter.end(), std::back_inserter(name), isAlphanumeric);
   }
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, SweepTest, ::testing::Range(std::size_t{0}, engine::everyCall().size()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Each, SweepTest, ::testing::Range(std::size_t{0}, engine::everyCommand().size()), nameOf);
 
 std::string least(const Range& range) {
   return std::to_string(range.least);
@@ -243,10 +243,10 @@ bool hasNumbers(const Operation& operation) {
 }
 
 /// Calls fail, so that nothing is made of the outputs; a length of 4294967295 would be believed.
-class OutputTest : public EveryCallTest {
+class OutputTest : public EveryCommandTest {
  protected:
   /// What the first call of an operation wrote under a fault, as the trace shows it.
-  std::string writtenUnder(const engine::Call& command, const Fault& fault) {
+  std::string writtenUnder(const engine::Command& command, const Fault& fault) {
     prepare();
     device().addFault(fault);
     ask(command.name, command.parameters);
@@ -262,7 +262,7 @@ class OutputTest : public EveryCallTest {
   }
 
   /// The ends of each range are written as they were given.
-  void expectEnds(const engine::Call& command, const Operation& operation, std::string (*end)(const Range&)) {
+  void expectEnds(const engine::Command& command, const Operation& operation, std::string (*end)(const Range&)) {
     Lines words = failing(operation);
     std::string expected;
     for (const Output& output : operation.written()) {
@@ -274,7 +274,7 @@ class OutputTest : public EveryCallTest {
   }
 
   /// Numbers beyond the ranges are refused, and there is no room for them either.
-  void expectNoneBeyond(const engine::Call& command, const Operation& operation, const Output& output,
+  void expectNoneBeyond(const engine::Command& command, const Operation& operation, const Output& output,
                         const Range& range) {
     Lines beyond;
     if (range.most < std::numeric_limits<std::uint64_t>::max()) beyond.push_back(std::to_string(range.most + 1));
@@ -292,7 +292,7 @@ class OutputTest : public EveryCallTest {
   }
 
   /// Checks the operations that a command calls and that were not checked before.
-  void check(const engine::Call& command) {
+  void check(const engine::Command& command) {
     prepare();
     ask(command.name, command.parameters);
     for (const Call& call : takeCalls()) {
@@ -310,14 +310,14 @@ class OutputTest : public EveryCallTest {
 };
 
 TEST_F(OutputTest, TakesExactlyTheNumbersThatItCanHold) {
-  for (const engine::Call& command : engine::everyCall()) check(command);
+  for (const engine::Command& command : engine::everyCommand()) check(command);
   check({"SetDVBSIChannelDirectEx",
          {R"({"TYPE":9,"ModulationType":18,"SymbolRate":22000,"ProgramNumber":28106,"PTC":1,"ProgNum":9,)"
           R"("MINOR_NUMBER_ONE_PART":0,"SatelliteId":"1A","Frequency":10773,"Polarization":0})",
           "0"},
          {}});
   showIsp();
-  for (const engine::Call& command : engine::everyCall()) check(command);
+  for (const engine::Command& command : engine::everyCommand()) check(command);
   for (const Operation& operation : virtualtv::seam::operations) {
     EXPECT_EQ(checkedOutputs.count(&operation) > 0, hasNumbers(operation)) << operation.name;
   }

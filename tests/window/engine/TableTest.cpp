@@ -34,8 +34,8 @@ TEST(CommandTable, HoldsTheCommandsInTheOrderOfComparison) {
 
 TEST(CommandTable, HoldsAsManyParametersAsTheLongestFormOfACommandHas) {
   std::map<std::string, std::size_t> longest;
-  for (const engine::Call& call : engine::everyCall()) {
-    longest[call.name] = std::max(longest[call.name], call.parameters.size());
+  for (const engine::Command& command : engine::everyCommand()) {
+    longest[command.name] = std::max(longest[command.name], command.parameters.size());
   }
   for (const std::string& name : order) {
     const kel::Command* const row = kel::FindCommand(name);
