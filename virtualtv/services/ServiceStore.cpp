@@ -185,6 +185,7 @@ void ServiceStore::replaceAll(const std::vector<Service>& services) {
   Transaction transaction(database_, "replace the services");
   tables_.clear();
   std::vector<KeyedService> keyed;
+  keyed.reserve(services.size());
   for (const Service& service : services) keyed.push_back({std::ssize(keyed) + 1, &service});
   tables_.insert(keyed);
   transaction.commit();

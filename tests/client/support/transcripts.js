@@ -12,13 +12,13 @@ export const transcript = name => readFile(new URL(name, directory), 'utf8')
 /** A test for each. @param make  makes a TV and connects to it */
 export async function testTranscripts(where, make) {
   for (const name of (await readdir(directory)).filter(file => file.endsWith('.txt'))) {
-    test(`${name} passes ${where}`, async () => {
+    test(`${name} passes ${where}`, async t => {
       const tv = await make()
+      t.after(() => tv.close())
       const result = await runTranscript(await transcript(name), tv, {name})
       assert.equal(result.diff, '')
       assert.deepEqual([result.findings, result.skipped], [[], []])
       assert.equal(result.passed, true)
-      await tv.close()
     })
   }
 }

@@ -199,13 +199,12 @@ TEST_F(ManualOfStates, TellsTheMessageOfEachStateThatCantBeRead) {
       {"is a directory", [](State& kept) { kept.becomeDirectory(); }},
       {"is held by another program", [](State& kept) { kept.lock(); }},
       {"has lost a table", [](State& kept) { kept.tell("DROP TABLE set_state"); }},
-      {"has services, but nothing of the set", [](State& kept) { kept.tell("DELETE FROM set_state"); }},
-      {"is damaged where the set is kept", [](State& kept) { kept.damageWhatIsKept(); }},
-      {"keeps a number that is none",
+      {"has services, but no state of the set", [](State& kept) { kept.tell("DELETE FROM set_state"); }},
+      {"is damaged in the state of the set", [](State& kept) { kept.damageWhatIsKept(); }},
+      {"holds an invalid number",
        [](State& kept) { kept.tell("UPDATE set_state SET value = '13abc' WHERE key = 'main.source'"); }},
-      {"has lost something of the set",
-       [](State& kept) { kept.tell("DELETE FROM set_state WHERE key = 'main.source'"); }},
-      {"keeps a list that is none",
+      {"lacks a value of the set", [](State& kept) { kept.tell("DELETE FROM set_state WHERE key = 'main.source'"); }},
+      {"holds an invalid list",
        [](State& kept) { kept.tell("UPDATE set_state SET value = '1:x' WHERE key = 'isp.audio'"); }},
   };
   for (const Row& row : table("| `tv.db` | Message |")) {
