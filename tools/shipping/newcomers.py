@@ -161,7 +161,7 @@ def try_lab(place, made):
         root.inside(f"{HOME}/guide/cable-sweden.conf").write_text(LIST, encoding="utf-8")
         root.run("chown", "--recursive", f"{USER}:{USER}", HOME)
         by_new_user(root, f"npm install --offline /usr/share/emp-window/javascript\n{states_of_sets}", f"{HOME}/guide")
-        channels = emp_window(root, "--state", f"{HOME}/.local/state/emp-window/sets/8140", "export")
+        channels = emp_window(root, "--state", f"{HOME}/.local/state/emp-window/sets/8140", "export", "--format", "vdr")
         expect_same(LIST, channels, "the channels of one of the sets")
         begin = time.monotonic()
         report = by_new_user(root, f"mkdir reports\n{start}\n{UNTIL_ALL_LISTEN}\n{run}", f"{HOME}/guide")
