@@ -41,7 +41,12 @@ bool anyHas(const std::set<std::string>& answers, const std::string& part) {
 }
 
 TEST(Comparison, FindsAServiceThatIsLockedForTheModelAlone) {
-  const Script script = shortest([](model::World& world) { world.set.services[2].numbers[Data::LOCK] = 1; });
+  const Spoil locked = [](model::World& world) { world.set.services[2].numbers[Data::LOCK] = 1; };
+  EXPECT_FALSE(compare({"SetChannel 1 0", "SetChannel_Seek 4 0"}, nullptr, locked));
+  const auto difference = compare({"SetChannel 1 0", "SetChannel_Seek 3 0"}, nullptr, locked);
+  ASSERT_TRUE(difference);
+  EXPECT_EQ(difference->line, 1U);
+  const Script script = shortest(locked);
   EXPECT_FALSE(script.empty());
   EXPECT_LE(script.size(), 4U) << ::testing::PrintToString(script);
 }
