@@ -24,6 +24,12 @@ using device::CommandRun;
 
 // Values before and after a change.
 
+/// The arguments of `.service` that do the same.
+Json::Value valueOf(const ListEdit& edit) {
+  const std::string deed = edit.number ? "move " + std::to_string(*edit.number) : "remove";
+  return "#" + std::to_string(edit.service) + " " + deed;
+}
+
 Json::Value valueOf(const WindowSource& source) {
   Json::Value json;
   json["state"] = source.state;
@@ -126,7 +132,7 @@ class Writer {
     event_["changed"] = valueOf(changed.services.changed);
     event_["gone"] = valueOf(changed.services.gone);
     event_["moved"] = valueOf(changed.services.moved);
-    event_["edit"] = changed.edit.empty() ? Json::Value() : valueOf(changed.edit);
+    event_["edit"] = changed.edit ? valueOf(*changed.edit) : Json::Value();
   }
   void put(const device::SetStarted& started) const { event_["started"] = started.why; }
   void put(const framework::EngineOpened& opened) const {

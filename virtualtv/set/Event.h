@@ -118,12 +118,18 @@ struct FavouritesChanged {
   std::map<std::uint8_t, bool> after;
 };
 
+/// What was done to a service of the list.
+struct ListEdit {
+  ServiceKey service;
+  std::optional<std::uint64_t> number{};  ///< the channel number that it was moved to; empty when it was removed
+};
+
 /// The list of services was replaced, or a service was moved or removed.
 struct ServicesChanged {
   std::size_t before;  ///< how many services there were
   std::size_t after;
-  ServiceChanges services{};  ///< how the services changed
-  std::string edit{};  ///< which one was edited and how, as `.service` takes it; empty when the list was replaced
+  ServiceChanges services{};       ///< how the services changed
+  std::optional<ListEdit> edit{};  ///< empty when the list was replaced
 };
 
 using Change = std::variant<SourceChanged, ScreenChanged, ModeChanged, PlaneChanged, TracksChanged, InputChanged,

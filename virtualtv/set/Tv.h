@@ -160,7 +160,7 @@ class Tv {
   void commit(TvState next, const char* lastService = nullptr);
   bool follow(WindowState& window, ServiceKey service);
   void show(WindowId window, const Plane& plane);
-  ServiceChanges changeList(const char* what, const std::string& edit,
+  ServiceChanges changeList(const char* what, std::optional<ListEdit> edit,
                             const std::function<ServiceChanges(ServiceStore&, TvState&)>& change);
   bool edit(ServiceKey service, const std::function<bool(ServiceStore&)>& write);
   void raise(std::vector<Change> changes) noexcept;

@@ -73,15 +73,11 @@ void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& 
   state.startSource = SOURCE_TV;
 }
 
-std::string keyText(ServiceKey service) {
-  return "#" + std::to_string(service);
-}
-
 }  // namespace
 
 ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   if (services.empty()) throw std::invalid_argument("there are no services to import");
-  return changeList("import services", "", [&](ServiceStore& store, TvState& next) {
+  return changeList("import services", {}, [&](ServiceStore& store, TvState& next) {
     const ShownInWindows shown = shownIn(next, store);
     const ServiceChanges counts = add ? store.merge(services) : store.renew(services);
     if (!add) moveWhatIsGone(next, shown, services.front(), store);
@@ -92,7 +88,7 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
 
 /// Changes the list and the state in one transaction. @param edit  that of `ServicesChanged` @return what `change`
 /// returns.
-ServiceChanges Tv::changeList(const char* what, const std::string& edit,
+ServiceChanges Tv::changeList(const char* what, std::optional<ListEdit> edit,
                               const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {
   ServiceStore& store = storage_.parts().services;
   replacing_.tell();
@@ -113,7 +109,7 @@ ServiceChanges Tv::changeList(const char* what, const std::string& edit,
 bool Tv::removeService(ServiceKey service) {
   const std::optional<Service> gone = services().read(service);
   if (!gone) return false;
-  changeList("remove a service", keyText(service) + " remove", [&](ServiceStore& store, TvState& next) {
+  changeList("remove a service", ListEdit{service}, [&](ServiceStore& store, TvState& next) {
     store.remove(service);
     const std::vector<ServiceKey> left = store.keys();
     const ServiceKey first = left.empty() ? 0 : left.front();
@@ -147,9 +143,8 @@ bool Tv::moveService(ServiceKey service, ServiceKey place) {
   }
   if (from == to) return true;
   const std::uint64_t number = numbers[static_cast<std::size_t>(to - start)].first;
-  const std::string edit = keyText(service) + " move " + std::to_string(number);
   from < to ? std::rotate(from, from + 1, end) : std::rotate(to, from, end);
-  changeList("move a service", edit, [&](ServiceStore& store, TvState&) {
+  changeList("move a service", ListEdit{service, number}, [&](ServiceStore& store, TvState&) {
     for (auto key = start; key != end; ++key) {
       const auto& [major, minor] = numbers[static_cast<std::size_t>(key - start)];
       store.set(*key, TCServiceData::MAJOR, major);
