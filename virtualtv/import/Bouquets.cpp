@@ -10,6 +10,7 @@
 #include "import/LineReader.h"
 #include "import/Streams.h"
 #include "import/Words.h"
+#include "text/Units.h"
 
 namespace virtualtv::import {
 
@@ -39,8 +40,15 @@ bool isPlainName(std::string_view file) {
          file.find_first_of(std::string_view("/\\\n\0", 4)) == std::string_view::npos;
 }
 
-void append(std::string& text, const std::string& file, const std::string& content) {
-  text.append(text.ends_with('\n') ? "" : "\n").append(joinedFile).append(file).append("\n").append(content);
+/// A line of the content never begins another file: a blank in front of it keeps it a line that says nothing.
+void append(std::string& text, const std::string& file, std::string_view content) {
+  text.append(text.ends_with('\n') ? "" : "\n").append(joinedFile).append(file);
+  std::string lines = "\n" + std::string(text::withoutMark(content));
+  const std::string mark = "\n" + std::string(joinedFile);
+  for (std::size_t at = 0; (at = lines.find(mark, at)) != std::string::npos; at += mark.size()) {
+    lines.insert(at + 1, 1, ' ');
+  }
+  text.append(lines);
 }
 
 }  // namespace
@@ -73,17 +81,16 @@ std::size_t startOfBouquets(std::string_view content) {
 
 void Bouquets::read(std::string_view files, Problems& problems) {
   for (LineReader lines(files); lines.next();) {
-    const std::string_view line = trimmed(lines.line());
     ++line_;
-    if (line.starts_with(joinedFile)) {
-      file_ = line.substr(joinedFile.size());
+    if (lines.line().starts_with(joinedFile)) {
+      file_ = lines.line().substr(joinedFile.size());
       files_.insert(file_);
       name_ = file_;
       line_ = 0;
       continue;
     }
     try {
-      readLine(line);
+      readLine(trimmed(lines.line()));
     } catch (Unreadable& unread) {
       problems.add({std::nullopt, place(), std::move(unread.reason), false});
     }

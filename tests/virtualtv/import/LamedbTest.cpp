@@ -209,6 +209,28 @@ TEST(Bouquets, TellTheFileAndTheLineThatIsWrong) {
   EXPECT_EQ(result.services.size(), 2U);
 }
 
+TEST(Bouquets, EndWithTheirFileWhateverItsLinesSay) {
+  for (const std::string line : {"#BOUQUET other.tv\n", " #BOUQUET other.tv\n", "\xEF\xBB\xBF#BOUQUET other.tv\n"}) {
+    Files files = directory;
+    files["userbouquet.first.tv"] = line + files["userbouquet.first.tv"] + line + "#SERVICE 1:0:1:x\n";
+    const auto result = readAs("lamedb", joined(files));
+    ASSERT_EQ(result.problems.count(), 1U) << line;
+    EXPECT_EQ(result.problems.kept()[0].at, "userbouquet.first.tv, line 8");
+    ASSERT_EQ(result.services.size(), 2U);
+    EXPECT_EQ(result.services[0].group, "Die Ersten");
+  }
+}
+
+TEST(Bouquets, MayStartWithAByteOrderMark) {
+  Files files = directory;
+  for (auto& [file, content] : files) content.insert(0, "\xEF\xBB\xBF");
+  const auto result = readAs("lamedb", joined(files));
+  EXPECT_EQ(result.problems.count(), 0U);
+  ASSERT_EQ(result.services.size(), 2U);
+  EXPECT_EQ(result.services[0].group, "Die Ersten");
+  EXPECT_EQ(result.services[1].group, "Second");
+}
+
 TEST(Bouquets, OfALamedbThatIsCutOffAreRead) {
   for (const std::string part : {"", "1b1d:00c00000:0440:0001:2:0\n", "1b1d:00c00000:0440:0001:2:0\nSound"}) {
     Files files = directory;
