@@ -221,13 +221,13 @@ void Device::wake(const std::weak_ptr<Feed>& listed) {
   if (feed && std::any_of(feeds_.begin(), feeds_.end(), isIt)) feed->wants().wake();
 }
 
-/// The listeners to set, seam and log are being called now, so they are changed later.
+/// This runs inside a listener to the set, the seam or the log, so the listeners are changed later.
 void Device::forgetEndedFeeds() {
   const auto ended = std::erase_if(feeds_, [](const std::weak_ptr<Feed>& feed) { return feed.expired(); });
   if (ended > 0) loop_.post([this] { refresh(); });
 }
 
-/// Subscribes to exactly what some feed wants from the seam and the log.
+/// Listens to the set, the seam and the log exactly as far as the feeds and the history need it.
 void Device::refresh() {
   bool events = history_ != nullptr;
   bool calls = events;

@@ -38,8 +38,8 @@ class DeviceAside {
 
 /// Owns the set, hosts the plug-in's engines on it, and notifies subscribers of what happens on both. A process has one
 /// device at a time (see `DeviceAside`), which creates the process's `Tv` and owns the seam. The device outlives
-/// restarts and resets of the set. Everything except `post`, `call` and `Feed::take` must run on the thread of its
-/// loop.
+/// restarts and resets of the set. Everything except `Loop::post`, `Loop::call`, `Loop::stop` and `Feed::take` must run
+/// on the thread of its loop.
 class Device {
  public:
   /// Switches the set on. @param app, storage  outlive it. @throws StoreError when the storage can't be read.
@@ -63,8 +63,8 @@ class Device {
   /// Subscribes to what happens from now on, as selected by `wants`. Calls and log lines are recorded only while some
   /// feed wants them.
   std::shared_ptr<Feed> subscribe(Wants wants);
-  /// Unsubscribes at once. A feed without any pointer left also receives nothing, but the sources that it used are
-  /// released only when the loop has run after the next happening.
+  /// Ends a subscription at once. Dropping the last pointer to a feed ends it too, but calls and log lines that only
+  /// this feed wanted are then recorded until the loop has run after the next happening.
   void unsubscribe(const std::shared_ptr<Feed>& feed);
 
   /// Switches the set off and on. Closes the engines and removes faults and latencies. @throws StoreError when the
@@ -115,10 +115,10 @@ class Device {
 
   /// True while any feed wants to be notified of commands.
   bool isHeard() const { return hearsSet_; }
-  /// Notes that a session starts to run a command. Everything that happens until `tell` belongs to the command. @return
-  /// the number of the command, counted from 1.
+  /// Called by a session when it starts to run a command. Everything that happens until `tell` belongs to the command.
+  /// @return the number of the command, counted from 1.
   std::uint64_t begin() { return running_ = ++commands_; }
-  /// Notes the end of the command and notifies feeds that want events.
+  /// Called when the command has ended. Notifies feeds that want events.
   void tell(CommandRun command);
   /// Notifies feeds that want acts.
   void tell(const Act& act);

@@ -129,8 +129,8 @@ struct Wants {
   std::function<void()> wake{};
 };
 
-/// A subscription: a queue of the happenings since it started that were not taken yet, in order. It ends with the last
-/// pointer to it. Any thread may call `take`.
+/// A subscription: a queue of the happenings that have not been taken yet, oldest first. It starts empty, and ends when
+/// the last pointer to it is gone. Any thread may call `take`.
 class Feed {
  public:
   explicit Feed(Wants wants) : wants_(std::move(wants)) {}
@@ -155,7 +155,7 @@ class Feed {
   /// thread.
   void attend(bool isAttended) { isAttended_ = isAttended; }
   bool isAttended() const { return isAttended_; }
-  /// @return true when the queue was empty before.
+  /// @return true when the queue was empty before. When there is no memory, drops the happening and returns false.
   bool push(std::shared_ptr<const Happening> happening) noexcept;
 
  private:

@@ -13,8 +13,8 @@ std::invalid_argument notHeld(std::uint64_t command) {
   return std::invalid_argument("command " + std::to_string(command) + " is not held");
 }
 
-/// Keeps all changes, to undo them, and the calls and messages of commands. Of a command that alone exceeds the memory
-/// limit it keeps only the end.
+/// The history needs all changes, to undo them, and the calls and messages of commands. Once a command alone exceeds
+/// the memory limit, only its end is still added: `keepBounds` then drops the whole command.
 bool History::isNeeded(const Happening& happening) const {
   if (std::holds_alternative<CommandRun>(happening.what)) return true;
   if (next_.bytes > bounds_.bytes) return false;
@@ -47,7 +47,7 @@ void History::forget() {
   bytes_ = 0;
 }
 
-/// Without any command there is nothing to undo between two commands.
+/// When no command is left, the changes since the last command are not needed either.
 void History::keepBounds() {
   const bool heldAny = !commands_.empty();
   while (!commands_.empty() && (commands_.size() > bounds_.commands || bytes_ > bounds_.bytes)) {

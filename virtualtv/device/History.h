@@ -19,8 +19,8 @@ namespace virtualtv::device {
 std::invalid_argument notHeld(std::uint64_t command);
 
 /// The last commands that ran on a device, each with everything that it caused, and the changes between them. The set
-/// as it was right after a command is reconstructed by undoing all later changes. So the memory use of a command
-/// depends on what it changes. When all services are replaced, the history stores an image of the services before.
+/// as it was right after a command is reconstructed by undoing all later changes. So a command uses as much memory as
+/// its changes need. Before all services are replaced, the history stores an image of them.
 class History {
  public:
   struct Bounds {
@@ -39,7 +39,7 @@ class History {
   /// Adds a happening. When all services change and the wanted image is missing, the history starts again after the
   /// change. @param services  the image that `wantsServices` asks for, or null.
   void add(const Happened& happening, std::shared_ptr<const ServiceImage> services);
-  /// Starts again, since happenings were lost.
+  /// Empties the history, after a happening could not be recorded.
   void forget();
 
   // Access to the history.

@@ -38,7 +38,7 @@ class Loop {
 
   /// Runs the tasks that are waiting. @return false when there were none.
   bool turn();
-  /// Takes the loop over for this thread, and runs it until `stop`.
+  /// Makes the loop belong to this thread, and runs tasks until `stop`.
   void run();
   /// Ends `run` after the tasks posted so far. Tasks that these post are not run. Any thread may call this.
   void stop();

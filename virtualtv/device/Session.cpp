@@ -181,7 +181,7 @@ std::optional<Session::Recalled> Session::recall(std::uint64_t command) const {
   return recalled;
 }
 
-/// Remembers the application for each engine that this session has opened.
+/// Opens the engine in use, unless it is open, and adds it to `applications_`, where `openEngines` looks for engines.
 void Session::openEngine(const std::string& key) {
   device_.tv();
   if (device_.host().isOpen(key)) return;

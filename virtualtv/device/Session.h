@@ -42,8 +42,8 @@ struct TooManyParameters : std::invalid_argument {
   using std::invalid_argument::invalid_argument;
 };
 
-/// The state of one client on a device: its engines, and the identity that it gives. Ends with the client and closes
-/// its engines. Used on the device's thread.
+/// The state of one client on a device: its engines, and the identity that it gives. The destructor closes the engines.
+/// Used on the device's thread.
 class Session {
  public:
   static constexpr const char* firstEngine = "main";

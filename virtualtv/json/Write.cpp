@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t longestEscape = 6;  // `\u001f`
 
-/// The escaped form of a letter. All its bytes are copied, whatever its length: this needs no branch, which would be
-/// unpredictable in texts that contain documents, as every sixth letter there is escaped.
+/// The escaped form of a letter. All its bytes are copied, whatever its length. A branch on the length would be
+/// unpredictable in texts that contain documents, where every sixth letter is escaped.
 struct Written {
   std::array<char, 7> text{};
   char length = 1;

@@ -24,7 +24,8 @@
 /// this is off, a call costs one test of a flag.
 namespace virtualtv::seam {
 
-/// The caller: the engine's name, and the number of its command since it was opened (0 outside a command).
+/// The caller: the engine's key (see `framework::engineKey`), and the number of its command, counted from 1 since the
+/// engine was opened (0 outside a command).
 struct Caller {
   text::Shared engine;
   std::uint64_t command = 0;
@@ -39,7 +40,7 @@ struct Handle {
 
 /// One recorded call.
 struct Call {
-  std::uint64_t sequence = 0;  ///< counted from 1 since the set was made
+  std::uint64_t sequence = 0;  ///< counted from 1 since `Seam::reset`, over all observed calls
   Caller caller;
   const Operation* operation = nullptr;
   std::string handle;     ///< as in "main#2", empty for a plain function
@@ -70,8 +71,8 @@ class Seam {
   /// `onDelay` stays.
   void reset();
 
-  /// Calls `heard` at the end of each call, inside it, so `heard` must not throw. With an empty function calls are not
-  /// recorded.
+  /// Calls `heard` at the end of each call, before the call returns, so `heard` must not throw. Pass an empty function
+  /// to stop recording calls.
   void onCall(std::function<void(const Call&)> heard);
 
   /// @return the number of the fault.
@@ -87,8 +88,8 @@ class Seam {
   /// Sets the function that carries out a delay: the set advances its clock.
   void onDelay(std::function<void(std::uint64_t milliseconds)> delay) { delay_ = std::move(delay); }
 
-  /// Calls `told` at the start of each call, before anything is done for it, and with null at its end, even after an
-  /// exception. An empty function stops this.
+  /// Calls `told` with the operation at the start of each call, before anything else, and with null at the end of the
+  /// call, even after an exception. Pass an empty function to stop this.
   void onPassage(std::function<void(const Operation* begun)> told);
 
   /// The current caller. Set by the framework around each call into an engine.

@@ -43,17 +43,19 @@ std::string print(Number value) {
   }
 }
 
-/// Called before each field of a record is set. It takes the record so far and the digits of a number, or nothing for a
-/// text between double quotes. To refuse the field it throws, and the exception leaves `parse`.
+/// Called before each field of a record is set. @param before  the record so far. @param number  the number as written;
+/// nothing when the value is a text between double quotes. To refuse the field, it throws; `parse` passes the exception
+/// on.
 using FieldCheck =
     std::function<void(const TCServiceData& before, int fieldId, std::optional<std::string_view> number)>;
-/// Called for each duplicate favourite group. An exception leaves `parse`.
+/// Called for each duplicate favourite group. `parse` passes an exception on.
 using GroupCheck = std::function<void(int group)>;
 
 /// Parses a text into a value. Returns false, and leaves the value unchanged, when the text has another form or a
-/// number in it is out of range. Fields of records take any 64-bit number, signed or unsigned, and any text. Of a
-/// duplicate field or group the last one counts, unless `check` throws. With a `check`, an unknown field number throws
-/// std::invalid_argument.
+/// number in it is out of range. Fields of records take any 64-bit number, signed or unsigned, and any text. If a field
+/// or group appears twice, the last one counts, unless `check` throws. With a `check`, an unknown field number throws
+/// std::invalid_argument. The list of records is replaced: its old records are deleted, and the caller owns the new
+/// ones.
 bool parse(std::string_view text, TCServiceData& record, const FieldCheck& check = {});
 bool parse(std::string_view text, std::list<TCServiceData*>& records, const FieldCheck& check = {});
 bool parse(std::string_view text, std::map<unsigned char, bool>& favourites, const GroupCheck& check = {});

@@ -14,10 +14,10 @@ namespace virtualtv {
 struct SetDescription {
   TvState state;
   std::uint64_t currentId = 0;   ///< id of the service on the main window's screen
-  std::uint64_t previousId = 0;  ///< id of the service there before
+  std::uint64_t previousId = 0;  ///< id of the service shown there before
 };
 
-/// Reads a description. @throws std::invalid_argument when the document is not one.
+/// Reads the description of a set. @throws std::invalid_argument when the document is not such a description.
 SetDescription readSet(std::string_view document);
 
 /// Reads the services of a set, in list order. @throws std::invalid_argument when the document contains none.

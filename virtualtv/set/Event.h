@@ -12,7 +12,8 @@
 #include "set/State.h"
 #include "store/SettingsStore.h"
 
-// The changes of a set: one type for each thing that can change. `before` and `after` are the whole values, and differ.
+// The changes of a set: one type for each thing that can change. `before` and `after` hold the whole value, and differ,
+// except for `ServicesChanged`, which only counts the services.
 
 namespace virtualtv {
 
@@ -59,7 +60,7 @@ struct PlaneChanged {
   Plane after;
 };
 
-/// The tracks in use of the service on a window's screen have changed.
+/// The tracks selected for the service on a window's screen have changed.
 struct TracksChanged {
   WindowId window;
   TracksInUse before;
@@ -76,22 +77,22 @@ struct IspChanged {
   SecondaryStack after;
 };
 
-/// A knob without its own type here was set or has changed by itself: region, country, the start service and source,
-/// the fading tuner, the clock, a window's resolution code, a latency.
+/// A knob without a type of its own here was set, or has changed on its own: region, country, the start service and
+/// source, the tuner's attenuation, the clock, a window's resolution code, a latency.
 struct KnobChanged {
   std::string name;    ///< as `setKnob` takes it
   std::string before;  ///< as `getKnob` returns it
   std::string after;
 };
 
-/// The value of a settings key; nothing while the key is not set.
+/// The value of a settings key has changed. Empty while the key is not set.
 struct SettingChanged {
   std::string key;
   std::optional<Setting> before;
   std::optional<Setting> after;
 };
 
-/// A field of a service; nothing while it is absent.
+/// A field of a service has changed. Holds std::monostate while the field is absent.
 struct FieldChanged {
   ServiceKey service;
   int fieldId;
@@ -111,7 +112,7 @@ struct SubtitleTracksChanged {
   std::vector<SubtitleTrack> after;
 };
 
-/// The favourite groups of a service, with its membership in each.
+/// The favourite groups of a service have changed. Each group is mapped to true if the service is a member.
 struct FavouritesChanged {
   ServiceKey service;
   std::map<std::uint8_t, bool> before;
@@ -121,7 +122,7 @@ struct FavouritesChanged {
 /// What was done to a service of the list.
 struct ListEdit {
   ServiceKey service;
-  std::optional<std::uint64_t> number{};  ///< the channel number that it was moved to; empty when it was removed
+  std::optional<std::uint64_t> number{};  ///< its channel number after a move; empty when it was removed
 };
 
 /// The list of services was replaced, or a service was moved or removed.
@@ -142,21 +143,20 @@ struct Event {
   Change change;
 };
 
-/// Appends the differences between two states of a set, between all its settings keys, or between two versions of a
-/// service.
+/// Append the differences between two states of a set, between two versions of all its settings keys, and between two
+/// versions of all its services (by key) or of one service.
 void appendChanges(const TvState& before, const TvState& after, std::vector<Change>& changes);
 void appendChanges(const std::map<std::string, Setting>& before, const std::map<std::string, Setting>& after,
                    std::vector<Change>& changes);
-/// The same for all services, by their keys.
 void appendChanges(const std::map<ServiceKey, Service>& before, const std::map<ServiceKey, Service>& after,
                    std::vector<Change>& changes);
 void appendChanges(ServiceKey service, const Service& before, const Service& after, std::vector<Change>& changes);
 
-// Undo a change: restore the value from before it. Call with the last change first. Changes of other things are
-// ignored.
+// Undo a change: restore the value from before it. To undo several changes, start with the last one. Each function
+// ignores the changes that are not about its kind of data.
 
 void undo(const Change& change, TvState& state);
-/// @param settings  the settings keys that differ from now; nothing for a key that was not set.
+/// @param settings  the earlier values of the settings keys that have changed since; empty for a key that was not set.
 void undo(const Change& change, std::map<std::string, std::optional<Setting>>& settings);
 /// @param service  the service that the change is about.
 void undo(const Change& change, Service& service);

@@ -23,7 +23,7 @@ struct Persisted {
   int least = std::numeric_limits<int>::min();  ///< for an `int`
   int most = std::numeric_limits<int>::max();
 
-  /// The numbers of a type that the value takes.
+  /// The valid numbers, for a value of type `Number`.
   template <typename Number>
   text::Range range() const {
     if constexpr (std::is_same_v<Number, int>) return {least, static_cast<std::uint64_t>(most)};

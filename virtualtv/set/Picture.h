@@ -29,8 +29,8 @@ std::optional<Crop> cropOn(Tv& tv, WindowId window);
 /// The rectangle in which a plane draws its picture: the display rectangle of a crop, or the place of the plane.
 Rect drawnAt(const Plane& plane);
 /// The part of a plane that the content of the picture fills. The picture is centred in the plane, as large as its
-/// aspect ratio allows. The content is centred in the picture, in the shape of the broadcaster's format description.
-/// Fractions of a pixel are truncated.
+/// aspect ratio allows. The content is centred in the picture, with the aspect ratio that the broadcaster's format
+/// description gives. Fractions of a pixel are truncated.
 Rect activeArea(const Plane& plane, const Picture& picture);
 
 }  // namespace virtualtv

@@ -98,15 +98,15 @@ struct TracksInUse {
 struct WindowState {
   int sourceState = SOURCE_STATE_NONE;
   int source = -1;          ///< the input shown, -1 for none
-  int previousSource = -1;  ///< the one before
+  int previousSource = -1;  ///< the input shown before, -1 for none
   TvMode mode;
-  ServiceKey service = 0;          ///< on screen
+  ServiceKey service = 0;          ///< the service on screen, 0 for none
   TracksInUse inUse;               ///< the tracks in use of that service
-  ServiceKey previousService = 0;  ///< on screen before
+  ServiceKey previousService = 0;  ///< the service on screen before, 0 for none
   Plane plane;
   std::optional<int> resolution;  ///< the resolution code that the set reports instead of that of the picture
 
-  /// Puts a service on screen, 0 for none.
+  /// Puts a service on screen (0 for none) and selects its default tracks. Does not change `previousService`.
   void bring(ServiceKey key) {
     service = key;
     inUse = {};
@@ -122,7 +122,7 @@ struct SecondaryStack {
   int width = 1920;     ///< size of its picture, pixels
   int height = 1080;
   std::vector<AudioTrack> audio;
-  std::vector<SubtitleTrack> subtitles;  ///< in the order of their kinds
+  std::vector<SubtitleTrack> subtitles;  ///< sorted by kind, see `orderByKind`
   TracksInUse inUse;
 
   bool operator==(const SecondaryStack&) const = default;

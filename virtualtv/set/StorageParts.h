@@ -27,7 +27,7 @@ struct Storage::Parts {
   SetStateStore state;
 };
 
-/// Replaces everything in a storage, settings keys included, by the embedded set. @return the new state. @throws
+/// Replaces everything in a storage, settings keys included, with the embedded set. @return the new state. @throws
 /// StoreError when that can't be persisted; nothing is changed then.
 TvState furnish(Database& database, ServiceStore& services, SettingsStore& settings, SetStateStore& state);
 

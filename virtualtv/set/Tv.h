@@ -40,8 +40,9 @@ class TvAside {
 
 /// The TV set. A process has one set at a time, which the adapters behind the platform interfaces find through
 /// `current`. Only the verbs change its state, services and settings keys included. A verb that changes anything
-/// persists the change, increments the revision and notifies the listeners. A verb throws `StoreError` when the set
-/// can't persist the change; nothing is changed then. Used from one thread.
+/// persists the change, increments the revision and notifies the listeners. What is not persisted, such as the planes
+/// and the clock, has its default when the set is switched on. A verb throws `StoreError` when the set can't persist
+/// the change; nothing is changed then. Used from one thread.
 class Tv {
  public:
   /// Switches the set on: loads the content of `storage`. A new storage contains the embedded set. @param revision  the
@@ -64,16 +65,16 @@ class Tv {
   /// The interfaces that the set created for those who connected to it.
   Interfaces& interfaces() { return interfaces_; }
 
-  /// Calls `listener` with each change once it is persisted. The call is made inside the verb, so a listener must not
-  /// call a verb, nor throw.
+  /// Calls `listener` with each change after it was persisted. The call is made inside the verb, so the listener must
+  /// neither call a verb nor throw.
   notify::Subscription onEvent(std::function<void(const Event&)> listener);
 
   /// Calls `told` before all services are replaced, while everything is still unchanged. The replacement may still
-  /// fail. `told` must not call a verb, nor throw.
+  /// fail. `told` must neither call a verb nor throw.
   notify::Subscription onReplacing(std::function<void()> told);
 
-  /// Strength of the tuner's signal for what a window shows, 0 to 255. It depends on the frequency, minus the
-  /// attenuation. Returns nothing when no service is on the window's screen.
+  /// Strength of the tuner's signal for the service on a window's screen, 0 to 255: a value derived from its frequency,
+  /// minus the attenuation. Returns nothing when there is no service.
   std::optional<int> signalStrength(WindowId window);
 
   // Verbs.
@@ -93,7 +94,7 @@ class Tv {
   void setMode(WindowId window, TvMode mode);
   /// Places a window's picture and removes its crop. @return false, and nothing changed, for an empty rectangle.
   bool place(WindowId window, const Rect& rect);
-  /// Places a window's picture where it is when the set is switched on: the main window fills the screen.
+  /// Moves a window's picture to its default place and removes its crop. The main window then fills the screen.
   void placeDefault(WindowId window);
   /// Shows a part of the picture. @return false, and nothing changed, when one of the rectangles is empty.
   bool crop(WindowId window, const Crop& crop);
@@ -111,10 +112,11 @@ class Tv {
   /// Adds services to a favourite group or removes them, by their ids. @return false, and nothing changed, when the set
   /// lacks one of the services.
   bool setFavourites(std::uint8_t group, const std::list<std::pair<unsigned long long, bool>>& members);
-  /// Imports the services of a channel list: in place of those of the set or, with `add`, in addition to them. Services
-  /// with the same id are the same service, which keeps the user's edits. Windows keep showing their service and the
-  /// start service stays, if it still exists; otherwise the first service of the list replaces it. The TV mode of a
-  /// window follows such a replacement. Either everything is imported or nothing.
+  /// Imports the services of a channel list: in place of those of the set or, with `add`, in addition to them. A listed
+  /// service with the id of a service of the set updates that service and preserves the user's edits. Windows and the
+  /// start service keep their service if it still exists. Otherwise the main window and the start service get the first
+  /// service of the list, and the picture-in-picture window gets none; the TV mode of such a window becomes that of the
+  /// first service. Either everything is imported or nothing.
   /// @throws std::invalid_argument when there are no services.
   ServiceChanges import(const std::vector<Service>& services, bool add);
   /// Removes all services of the set. Its windows then show none.
@@ -122,23 +124,23 @@ class Tv {
   /// Removes one service. The first of the other services replaces it in windows that show it, and as the start
   /// service. @return false when there is no such service.
   bool removeService(ServiceKey service);
-  /// Moves a service to the place of another one in the list. It gets the number of that one, and each service between
-  /// the two places gets the number of its neighbour. @return false, and nothing changed, when one of the two does not
-  /// exist or a service to renumber has no number.
+  /// Moves a service to the place of another service in the list. It takes that service's number, and each service
+  /// between the two places takes the number of its neighbour. @return false, and nothing changed, when one of the two
+  /// does not exist, or when a service that would be renumbered has no number.
   bool moveService(ServiceKey service, ServiceKey place);
   /// Resets to the embedded set, settings keys included.
   void reset();
-  /// Replaces everything that the set persists by a snapshot. The rest of the state is that of a set just switched on.
-  /// Either everything is restored or nothing. @throws std::invalid_argument, with the reason, when the snapshot has a
-  /// service that no set can have.
+  /// Replaces everything that the set persists with a snapshot. The rest of the state is that of a set just switched
+  /// on. Either everything is restored or nothing. @throws std::invalid_argument, with the reason, when the snapshot
+  /// has a service that no set can have.
   void restore(const Snapshot& snapshot);
   /// Sets a settings key, for the plug-in or from outside.
   void setSetting(const std::string& key, const Setting& value);
   /// @return false when the key was not set.
   bool removeSetting(const std::string& key);
-  /// Edits a service: sets one of its fields, or makes it absent. @return false when there is no such service, as do
-  /// the edits below. @throws std::invalid_argument when the field can't hold the value. The message says which field
-  /// and why.
+  /// Edits a service: sets one of its fields, or makes it absent. @return false when there is no such service; the
+  /// edits below return the same. @throws std::invalid_argument when the field can't hold the value. The message says
+  /// which field and why.
   bool setField(ServiceKey service, int fieldId, const FieldValue& value);
   bool setAudioTracks(ServiceKey service, const std::vector<AudioTrack>& tracks);
   bool setSubtitleTracks(ServiceKey service, const std::vector<SubtitleTrack>& tracks);
@@ -146,9 +148,9 @@ class Tv {
   bool setFavouritesOf(ServiceKey service, const std::map<std::uint8_t, bool>& groups);
   /// Delays each call of a platform operation by this time from now on; 0 for no delay.
   void setLatency(const seam::Operation& operation, std::uint64_t milliseconds);
-  /// Sets anything else from outside: `change` edits the state.
+  /// Changes anything else from outside. `change` edits a copy of the state, which then replaces the state.
   void adjust(const std::function<void(TvState&)>& change);
-  /// Advances the clock.
+  /// Advances the clock, at most to its greatest value.
   void advance(std::uint64_t milliseconds);
 
   /// Complaints since the last call, one line each, about what the set could not persist or read. The adapters report

@@ -53,8 +53,9 @@ bool find(WindowState& window, const Shown& before, const ServiceStore& services
   return key != 0;
 }
 
-/// Keeps the services of the windows and the start service, and replaces those that are gone by the first service of
-/// the list. A window without a service is treated like the main window.
+/// Updates the windows and the start service after the services were replaced. A service that still exists is kept.
+/// Otherwise the main window and the start service get the first service of the list, and the picture-in-picture window
+/// gets none. A picture-in-picture window that had no service follows the main window, so that its TV mode changes too.
 void moveWhatIsGone(TvState& state, const ShownInWindows& shown, const Service& first, const ServiceStore& services) {
   const std::uint64_t firstId = first.numbers.at(TCServiceData::SERVICE_ID);
   const TvMode mode{static_cast<int>(first.numbers.at(TCServiceData::ANTENNA_MODE)), 0};
@@ -86,7 +87,7 @@ ServiceChanges Tv::import(const std::vector<Service>& services, bool add) {
   });
 }
 
-/// Changes the list and the state in one transaction. @param edit  that of `ServicesChanged` @return what `change`
+/// Changes the list and the state in one transaction. @param edit  see `ServicesChanged`. @return what `change`
 /// returns.
 ServiceChanges Tv::changeList(const char* what, std::optional<ListEdit> edit,
                               const std::function<ServiceChanges(ServiceStore&, TvState&)>& change) {

@@ -123,8 +123,8 @@ Database::~Database() {
 
 void Database::openFile(bool isBeingMade, Schema schema, const Fill& fill, std::chrono::milliseconds patience) {
   open(path_.c_str());
-  keepLogOnClose(true);  // closing must not touch a file that turns out to be damaged or foreign SQLite would treat it
-                         // as a new file, and delete the log beside it.
+  keepLogOnClose(true);  // closing must not touch a file that turns out to be damaged or foreign: SQLite would treat it
+                         // as a new file, and delete the log beside it
   if (!isBeingMade && isEmptyFile()) refuse("the file is empty" + andItsLog());
   configure(patience);
   if (!isOurs()) refuse("it is a database of another program");

@@ -7,7 +7,7 @@ namespace virtualtv {
 
 namespace {
 
-/// @return `text` as often as `count`, between commas.
+/// @return `count` copies of `text`, separated by commas.
 std::string repeated(const std::string& text, int count) {
   std::string list = text;
   while (--count > 0) list.append(", ").append(text);
@@ -18,7 +18,8 @@ std::string rowOf(int columns) {
   return "(" + repeated("?", columns) + ")";
 }
 
-/// The limit allows for runs with fewer rows: SQLite stops before it reads the values of the others.
+/// A statement that adds up to `Batch::rowsOfRun` rows. The limit allows fewer: SQLite stops before it reads the values
+/// of the others.
 std::string severalOf(const std::string& insertInto, int columns) {
   return insertInto + " SELECT * FROM (VALUES " + repeated(rowOf(columns), Batch::rowsOfRun) + ") LIMIT ?";
 }
@@ -32,8 +33,8 @@ Insertion::Insertion(Database& database, std::string insertInto, int columns, st
       action_(std::move(action)),
       one_(database, insertInto_ + " VALUES " + rowOf(columns), action_) {}
 
-/// A run that adds several rows, within a savepoint, takes time for all pages that were changed since that. So runs of
-/// a large batch are few, and those of a small one add one row.
+/// Within a savepoint, each run that adds several rows takes time for all pages changed since the savepoint. So a large
+/// batch makes few runs, and a small batch adds one row per run.
 Batch::Batch(Insertion& insertion, std::size_t expected)
     : statement_(std::cmp_less(expected, rowsOfRun)
                      ? insertion.one_

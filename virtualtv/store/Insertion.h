@@ -35,7 +35,7 @@ class Insertion {
 
 /// Rows on their way into a table, added in their order. Only one batch of an insertion may be in use at a time.
 ///
-/// A large batch adds many rows in one run of a statement, which takes two thirds of the time of a run for each row.
+/// A large batch adds many rows in one run of a statement. That takes two thirds of the time of one run per row.
 class Batch {
  public:
   /// The rows that a run of a large batch adds.
@@ -63,7 +63,7 @@ class Batch {
   void finish();
 
  private:
-  std::optional<Statement> several_;  ///< of a large batch. It needs memory for all its rows, so it does not stay.
+  std::optional<Statement> several_;  ///< of a large batch; not kept, since it needs memory for all its rows
   Statement& statement_;
   int columns_;
   int most_;       ///< values of a run

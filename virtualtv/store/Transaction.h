@@ -7,8 +7,8 @@
 
 namespace virtualtv {
 
-/// A database transaction: its end without `commit` undoes its writes. Transactions nest. An inner one undoes its own
-/// writes only; the commit of the outermost one writes to disk.
+/// A database transaction. When it is destroyed without a `commit`, its writes are undone. Transactions nest: an inner
+/// transaction undoes only its own writes, and the commit of the outermost one writes to disk.
 class Transaction {
  public:
   /// @param action  description of the action, as for `Statement`. @throws StoreError.
