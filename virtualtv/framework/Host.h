@@ -53,8 +53,8 @@ class Host {
   /// The host of an application object, which always has one.
   static Host& of(const kel::CEmpAppBase& app);
 
-  /// @return true when a new engine was opened; false when `key` is taken, or when the application object created none
-  /// or threw.
+  /// Opens an engine. @return true when a new engine was opened; false when `key` is in use, or when the application
+  /// object created no engine or threw.
   bool open(const std::string& key, const Client& client);
 
   bool isOpen(const std::string& key) const { return engines_.count(key) > 0; }

@@ -21,8 +21,8 @@ struct LogLine {
 };
 
 /// Subscribes to messages up to this level (0: failures and routine lines; 3: all). `heard` is called inside the call
-/// that logs the message. A location line is held back until its message arrives. An exception of `heard` leaves
-/// through the plug-in's logger call, except for `std::bad_alloc`: then this listener and the later ones miss the
+/// that logs the message. A location line is held back until its message arrives. An exception of `heard` propagates
+/// through the plug-in's logger call. A `std::bad_alloc` does not: this listener and the later ones then miss the
 /// message.
 notify::Subscription listenToLog(int level, std::function<void(const LogLine&)> heard);
 

@@ -30,11 +30,10 @@ std::optional<Reply> decode(std::string_view encoded);
 /// A view of the text of an ascii reply; nothing for another kind, or for no reply.
 std::optional<std::string_view> asciiIn(std::string_view encoded);
 
-/// A reply as a transcript shows it, in one or more lines with a line break after each but the last:
-/// `int 1`, `unicode "TEXT"`, and `ascii TEXT` where the text is one printable line. Other texts are shown as a block:
-/// `ascii |`, then its lines with `| ` before each (`|` alone for an empty line). A `\` ends the last line when no line
-/// break follows it. `\xNN` stands for bytes that can't be shown, and for a backslash that would be read as one of
-/// these escapes.
+/// A reply as a transcript shows it, in one or more lines with line breaks between them: `int 1`, `unicode "TEXT"`, and
+/// `ascii TEXT` where the text is one printable line. Other texts are shown as a block: `ascii |`, then its lines with
+/// `| ` before each (`|` alone for an empty line). A `\` ends the last line when no line break follows it. `\xNN`
+/// stands for bytes that can't be shown, and for a backslash that would be read as one of these escapes.
 std::string show(const Reply& reply);
 
 /// The reply's value alone: digits, the text's bytes, the units as UTF-8.

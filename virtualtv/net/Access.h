@@ -19,7 +19,7 @@ std::string_view pathOf(std::string_view target);
 /// The decoded value of a parameter in the query of a request target; nothing when it is missing.
 std::optional<std::string> queryValue(std::string_view target, std::string_view name);
 
-/// What a request says about its sender and its purpose.
+/// What a request says about its sender and its purpose. The views are valid as long as the request.
 struct Asking {
   std::string_view target;
   std::vector<std::string_view> hosts = {};    ///< values of its Host headers
@@ -27,7 +27,7 @@ struct Asking {
   std::string_view authorization = {};
   bool upgrades = false;        ///< it asks for a WebSocket
   bool preflight = false;       ///< a browser asks whether a page may send a request
-  bool privateNetwork = false;  ///< the page comes from a network that others can reach
+  bool privateNetwork = false;  ///< the page comes from a public network, and asks to reach this private one
 };
 
 /// The decision on a request.
@@ -64,7 +64,7 @@ class Access {
   Rules rules_;
 };
 
-/// A text of a request, escaped for a line for a person.
+/// Escapes a text of a request for use in a line for a person.
 std::string shown(std::string_view text);
 
 /// Compares two texts. The time taken reveals only the length of the first.

@@ -33,7 +33,7 @@ class Socket : public asio::basic_stream_socket<asio::ip::tcp, Executor> {
   using Base = asio::basic_stream_socket<asio::ip::tcp, Executor>;
   explicit Socket(Base&& accepted) : Base(std::move(accepted)) {}
 
-  std::function<void()> onTeardown;  ///< called when a WebSocket on it begins to end
+  std::function<void()> onTeardown;  ///< called when a WebSocket on this socket starts to close
 };
 
 /// Reads and discards the remaining input.

@@ -37,8 +37,8 @@ void HttpConnection::play(WindowId window) {
   play_->begin([self = shared_from_this()] { self->sayWhatPlays(); });
 }
 
-/// Notices that a client has left even while there is nothing to send. Once the client sends more, this can't be
-/// noticed.
+/// Notices that a client has left, even while there is nothing to send. This no longer works once the client has sent
+/// more data.
 void HttpConnection::awaitLeaving() {
   socket_.async_wait(Socket::wait_read, [self = shared_from_this(), watched = play_.get()](error_code error) {
     if (error || self->play_.get() != watched) return;

@@ -14,7 +14,7 @@ struct Limits {
   Time forBody = std::chrono::seconds(300);    ///< for the body of a request
   Time forAnswer = std::chrono::seconds(300);  ///< until a client has taken an answer
   Time silence = std::chrono::seconds(300);    ///< between requests; on a WebSocket, without a sign of life
-  Time closing = std::chrono::seconds(5);      ///< from when a connection is being closed until it is cut
+  Time closing = std::chrono::seconds(5);      ///< from the start of closing a connection until it is cut
   Time ending = std::chrono::seconds(2);       ///< the same for all connections when the server ends
 
   /// Until the next data of a recording arrives while its viewer waits.

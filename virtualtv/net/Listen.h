@@ -23,7 +23,7 @@ bool isOfThisMachine(const asio::ip::address& address);
 
 /// Listens at an endpoint. @throws std::runtime_error with a line for a person.
 Acceptor listenOn(asio::io_context& context, const asio::ip::tcp::endpoint& endpoint);
-/// The same on a socket that is listening already. The acceptor takes ownership of it.
+/// The same on a socket that already listens. The acceptor takes ownership of the socket.
 Acceptor listenOn(asio::io_context& context, int socket);
 
 }  // namespace virtualtv::net

@@ -79,8 +79,8 @@ class Plays {
   Plays(const Executor& executor, device::Device& device, std::shared_ptr<const FilesBeneath> files,
         const Limits& limits);
 
-  /// Plays what a window shows. @throws live::NothingPlays when that does not come from a recording, std::exception
-  /// with a line for a person when the recording can't be played.
+  /// Plays what a window shows. @throws live::NothingPlays when the window shows no recording, std::exception with a
+  /// line for a person when the recording can't be played.
   std::shared_ptr<Play> open(WindowId window);
 
  private:

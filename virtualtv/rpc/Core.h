@@ -37,11 +37,12 @@ struct Seat {
   bool isAtWork = false;                   ///< the first message is being handled
   bool isHeld = false;                     ///< the first message waits for a delay
   std::uint64_t uses = 0;                  ///< number of messages so far
-  bool isShared = false;                   ///< the session of all requests that name none
+  bool isShared = false;                   ///< used by all requests that name no session
   bool hasEnded = false;                   ///< the session was closed
 };
 
-/// Sorts session names in the order of opening: all start with the same prefix, and their number grows.
+/// Sorts session names in the order in which the sessions were opened: after a common prefix, each name has a greater
+/// number than the one before.
 struct Earlier {
   bool operator()(const std::string& left, const std::string& right) const {
     return left.size() != right.size() ? left.size() < right.size() : left < right;
@@ -82,21 +83,21 @@ class Core {
   using Seats = std::map<std::string, std::shared_ptr<Seat>, Earlier>;
   const Seats& seats() const { return seats_; }
 
-  /// The session of requests that name none.
+  /// The session of all requests that name no session. Opened on first use. @throws TooManySessions.
   Seat& shared();
 
-  /// Receives the reply to a message, as `Server::post` has it.
+  /// Receives the reply to a message, like `answer` of `Server::post`.
   using Answered = std::function<void(std::optional<std::string>)>;
 
-  /// Queues a message, to be handled after those before it.
+  /// Queues a message behind the waiting messages of the session, and handles it as soon as its turn comes.
   void enqueue(Seat& seat, std::string_view message, Answered answered);
-  /// Handles a message of a client that is not connected. @param session  as `Server::post` has it.
+  /// Handles a message of a client that is not connected. @param session  as for `Server::post`.
   void post(std::string_view message, const std::optional<std::string>& session, Answered answered);
   /// Refuses a message: answers all its requests with the failure, and runs none.
   static void refuse(std::string_view message, const Failure& failure, const Answered& answered);
   /// Reports what the set could not read or persist.
   void complain(const std::vector<std::string>& complaints) const;
-  /// Sends an event to a connected session. Ends the connection of a client that is too slow.
+  /// Sends an event to a session, if it is connected. Cuts off a client that is too slow.
   void send(Seat& seat, Event& event);
 
  private:

@@ -32,8 +32,9 @@ std::uint64_t commandOf(const device::Happening& happening);
 
 /// An empty record of what a command caused, with the parts `calls`, `keys` and `log`.
 Json::Value emptyCause();
-/// Adds a happening to the record of the command that was running. The last happening adds the members of the command's
-/// own event, with the whole reply. Happenings while the engine was opened go to the same parts of a member `opening`.
+/// Adds a happening to the record of the command that was running. The last happening of a command is the `CommandRun`:
+/// it adds the members of the event for that run, with the whole reply. Happenings while the engine was opened are
+/// added to a member `opening` with the same parts.
 void putCause(device::Device& device, const device::Happening& happening, Json::Value& why);
 
 }  // namespace virtualtv::rpc

@@ -35,8 +35,8 @@ void requireConnection(const Context& context) {
   if (context.seat.outlet == nullptr) throw Failure(Code::badValue, "events need a connection: WebSocket");
 }
 
-/// Sends the events after a number right after the reply, and later ones as they happen. So the events of a batch also
-/// follow its reply.
+/// Once the reply was sent, sends the kept events after a number, then every new event of the topics. Events of
+/// requests in the same batch are sent after the reply too, since they are among the kept events.
 void beginBehind(const Context& context, std::uint64_t after, const std::set<std::string>& topics) {
   context.behind.emplace_back([&core = context.core, after, topics, id = context.seat.id] {
     const auto found = core.seats().find(id);

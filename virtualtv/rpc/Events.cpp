@@ -105,7 +105,8 @@ void Events::tellOfLog() {
   if (!log_.happenings.empty()) add(std::exchange(log_, {}));
 }
 
-/// The events for a command and for its log messages come after all events that happened meanwhile.
+/// The events of a command and of its log messages are added late, after events with later revisions. Raising their
+/// revision keeps revisions from decreasing.
 void Events::add(Event event) {
   event.number = ++number_;
   revision_ = event.revision = std::max(event.revision, revision_);

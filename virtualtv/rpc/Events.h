@@ -36,11 +36,11 @@ struct Event {
   std::vector<std::shared_ptr<const device::Happening>> happenings;
   std::string session;                      ///< session of an event of the topic `session`
   const char* what = nullptr;               ///< for the same topic: "opened", "closed"
-  std::shared_ptr<const std::string> text;  ///< the text to send, once it was made
+  std::shared_ptr<const std::string> text;  ///< the text to send; null until it is first needed
 };
 
 /// Turns happenings on the device into numbered events, and keeps the last ones. The effects of a command are sent at
-/// once; the event that it ran is sent with its reply.
+/// once. The event that reports the command itself is sent with its reply.
 class Events {
  public:
   /// @param tell  called with each event once it has its number; must not call this object.
@@ -49,23 +49,23 @@ class Events {
   Events& operator=(const Events&) = delete;
   ~Events();
 
-  /// Commands that ran and were not reported yet.
+  /// Commands that have run, but whose events have not been sent yet.
   struct Ran {
     std::vector<Event> commands;
     std::uint64_t delay = 0;  ///< their delay by latencies of the set, milliseconds
   };
-  /// Numbers and sends what has happened since the last call.
+  /// Numbers and sends what has happened since the last call, except the events of commands. @return these events.
   Ran collect();
-  /// Does something on the device, and collects its effects without being woken for them.
+  /// Runs `work`, which uses the device, and collects its effects as `collect` does, without being woken for them.
   template <typename Work>
   Ran collectFrom(Work work) {
     const Attending attending(feed_);
     work();
     return collect();
   }
-  /// Numbers and sends the events that commands ran.
+  /// Numbers and sends the events of commands.
   void tell(Ran ran);
-  /// Numbers and sends the event that a session was opened or closed.
+  /// Numbers and sends the event for a session that was opened or closed. @param what  "opened" or "closed"; a literal.
   void tellOfSession(const std::string& session, const char* what);
 
   /// Sets the function that the device's loop calls when there may be something to collect.

@@ -42,9 +42,9 @@ class Params {
   bool isGiven(std::string_view name) const { return values_.find(name.data(), name.data() + name.size()) != nullptr; }
   /// The value; null when the parameter is missing. Owned by this object.
   const Json::Value& value(std::string_view name) const;
-  /// A text without U+0000.
+  /// A text. U+0000 in it is refused.
   std::string text(std::string_view name) const;
-  /// Any text.
+  /// A text, which may contain U+0000.
   std::string content(std::string_view name) const;
   std::string text(std::string_view name, const std::string& otherwise) const;
   bool truth(std::string_view name, bool otherwise) const;
@@ -86,7 +86,7 @@ struct Method {
   Json::Value (*run)(const Context& context) = nullptr;
   /// A faster alternative: appends the result as JSON.
   void (*write)(const Context& context, std::string& text) = nullptr;
-  /// For rows without texts: adds them to the method's description in the document.
+  /// Adds the texts to the method's description in the document, for rows that do not contain them.
   void (*describe)(const Method& method, Json::Value& description) = nullptr;
 };
 

@@ -27,7 +27,7 @@ std::optional<std::string> nameOf(const json::Parts& parts) {
   }
 }
 
-/// Of several members with one name the last counts.
+/// If several members have the same name, the last one counts.
 Members membersOf(json::Parts& parts) {
   Members members;
   while (parts.next()) {

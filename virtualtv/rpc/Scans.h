@@ -12,7 +12,7 @@
 namespace virtualtv::rpc {
 
 /// The last scan of each session, so that its services can be imported later, and the recordings that are being
-/// received in pieces. Only the last few of all sessions are kept, since each may be large.
+/// received in pieces. Only the `most` latest of all sessions are kept, since each may be large.
 class Scans {
  public:
   static constexpr std::size_t most = 8;

@@ -17,7 +17,7 @@ namespace virtualtv::broadcast {
 struct Scan;
 }
 
-/// JSON-RPC 2.0 on the virtual TV, without sockets. The caller transports the messages.
+/// JSON-RPC 2.0 on the virtual TV. Uses no sockets: the caller transports the messages.
 namespace virtualtv::rpc {
 
 /// The connection to one client, for the server's messages. Called on the device's thread.
@@ -66,9 +66,9 @@ class Client {
   Client& operator=(const Client&) = delete;
   ~Client();
 
-  /// Handles a message: a request or a batch. The reply goes to the outlet; notifications have none. @param done called
-  /// once the message is answered: at once, or later when the reply is delayed. Do not pass the next message before
-  /// that. Not called when the client ends first.
+  /// Handles a message: a request or a batch. The reply goes to the outlet; notifications have none. @param done
+  /// called once the message is answered: before this returns, or later when the reply is delayed. Pass the next
+  /// message only after that. Not called when the client ends first.
   void take(std::string_view message, std::function<void()> done);
 
  private:
