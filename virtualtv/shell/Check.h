@@ -40,17 +40,17 @@ struct CheckBounds {
   std::chrono::nanoseconds time = std::chrono::nanoseconds::max();
 };
 
-/// Runs a transcript on a fresh set in memory and compares the output with the transcript. Meanwhile the process has no
-/// other device, see `device::DeviceAside`.
+/// Runs a transcript on a fresh set in memory and compares the output with the transcript. While it runs, the process's
+/// device is put aside, see `device::DeviceAside`.
 /// @param name  precedes line numbers in messages.
 /// @param files  the files that its inputs can use.
-/// @return a result with an error when the text is not a transcript, or when it exceeds the bounds. In the second case
-/// it is run up to the bounds.
+/// @return a result with an error when the text is not a transcript, or when it exceeds the bounds. A transcript that
+/// exceeds the bounds is run up to them.
 CheckedFile checkText(kel::CEmpAppBase& app, const std::string& name, std::string_view content, const FileAccess& files,
                       const CheckBounds& bounds);
 
-/// Runs a transcript file on a fresh set in memory and compares the output with the file. @param update  overwrites the
-/// expected output in the file by the actual output, keeping comments and blank lines. The result then has no
+/// Runs a transcript file on a fresh set in memory and compares the output with the file. @param update  replaces the
+/// expected output in the file with the actual output, and keeps comments and blank lines. The result then has no
 /// difference.
 CheckedFile checkTranscript(kel::CEmpAppBase& app, const std::string& file, bool update);
 

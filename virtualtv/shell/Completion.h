@@ -18,14 +18,14 @@ Lines firstWords();
 /// it is run.
 Lines completions(Session& session, std::string_view line);
 
-/// All words that may be the last word of a line, whatever was typed of it. @param before  the words before it; empty
-/// for the first word. @param typed  the typed part of the word. It only narrows large groups: files to a folder, knobs
-/// to a service.
+/// All words that can follow the words before them, whether or not they continue what was typed. @param before  the
+/// words before it; empty for the first word. @param typed  the typed part of the word, used only to narrow large
+/// groups: files to a folder, knobs to a service.
 Lines wordsBehind(Session& session, const Lines& before, const std::string& typed);
 
-/// The text to append to a half-typed line so that its last word becomes the common start of `words`. A single word is
-/// followed by a blank, unless it may continue. The text is quoted to fit the open quote, or with backslashes outside
-/// of quotes. @param words  the result of `completions` for the line.
+/// The text to append to a half-typed line so that its last word becomes the common start of `words`. If there is only
+/// one word, a blank follows it, unless the word may continue. The text is escaped to fit the open quote, or with
+/// backslashes when no quote is open. @param words  the result of `completions` for the line.
 std::string restOf(std::string_view line, const Lines& words);
 
 /// The common start of all words, in whole UTF-8 characters.

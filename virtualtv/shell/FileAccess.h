@@ -18,12 +18,12 @@ class FileAccess {
   FileAccess& operator=(const FileAccess&) = delete;
   virtual ~FileAccess() = default;
 
-  /// True for the access of the user who runs the program, who may name any file.
+  /// True for the access of the user who runs the program, and false for clients.
   virtual bool areOwn() const { return false; }
   /// The directory that a session starts in.
   virtual std::filesystem::path start() const = 0;
   enum class Kind { missing, file, directory };
-  /// The kind of file at a path. An unknown kind counts as a file, which then fails to be read.
+  /// The kind of file at a path. When it can't be determined, this returns `file`, and reading the file reports why.
   virtual Kind kindOf(const std::filesystem::path& path) const = 0;
   /// Reads a whole file. @param name  the name of the file in messages.
   virtual std::string read(const std::filesystem::path& path, const std::string& name) const = 0;

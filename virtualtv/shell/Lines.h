@@ -15,8 +15,8 @@ constexpr std::string_view blanks = " \t";  ///< characters that separate words
 /// Appends lines.
 void append(Lines& lines, const Lines& more);
 
-/// Splits a text into lines. Carriage returns at the end of a line belong to the line break. The last line need not
-/// have a break. Lines written with plain breaks are read unchanged.
+/// Splits a text into lines. Carriage returns at the end of a line belong to the line break. The last line need not end
+/// in a break.
 Lines splitLines(std::string_view text);
 
 /// Splits a line into words as a POSIX shell does. Blanks separate words. Single quotes preserve everything. Double
@@ -45,7 +45,7 @@ char closing(char quote);
 /// and stays open; `$` for `$'`; 0 for none.
 std::string asTyped(std::string_view text, char quote = '\0');
 
-/// Escapes a text to one line that is safe on a terminal, as `text::printable` does. Not for text that has been escaped
+/// Escapes a text to one line that is safe on a terminal, as `text::printable` does. Do not pass text that is escaped
 /// already.
 std::string oneLine(std::string_view text);
 

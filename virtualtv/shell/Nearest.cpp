@@ -52,7 +52,7 @@ std::size_t slipsBetween(const std::string& one, const std::string& other) {
   return above.back();
 }
 
-/// The names with the fewest slips, if there are few.
+/// The names with the fewest slips; empty when every name has more slips than are allowed.
 Lines namesWithSlips(const std::string& typed, const Lines& known) {
   std::size_t fewest = slipsAllowed(typed.size());
   Lines names;

@@ -11,10 +11,10 @@ namespace virtualtv::shell {
 /// `known`, in their order.
 Lines alike(std::string_view word, const Lines& known);
 
-/// The names that someone who typed `word` most likely meant. These are the names that are `alike`; else up to four
-/// names that start with the word; else the names with the fewest edits (a letter changed, missing, added or swapped
-/// with the next), if few. @return names of `known` in their order, all equally near; none when nothing is near, or too
-/// many are.
+/// The names that someone who typed `word` most likely meant. These are the names that are `alike`. If there are none,
+/// they are the names that start with the word, but only if at most four do. If there are none either, they are the
+/// names with the fewest edits (a letter changed, missing, added or swapped with the next), but only if the edits are
+/// few for a word of that length. @return names of `known`, in their order.
 Lines nearest(std::string_view word, const Lines& known);
 
 }  // namespace virtualtv::shell

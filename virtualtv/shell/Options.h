@@ -28,9 +28,9 @@ struct Option {
 /// Positional values come first.
 using Options = std::vector<Option>;
 
-/// Parses words and passes the values to the options, in the order of the options. `--NAME=VALUE` is the same as
-/// `--NAME VALUE`. Words after a `--` are positional. @return false when the words do not match the options; no value
-/// is passed then. @throws std::invalid_argument, with the name of the option, for an invalid value.
+/// Parses words and calls `take` of each option that they give a value, in the order of the options. `--NAME=VALUE` is
+/// the same as `--NAME VALUE`. Words after a `--` are positional. @return false when the words do not match the
+/// options; no value is passed then. @throws std::invalid_argument, with the name of the option, for an invalid value.
 bool readWords(const Options& options, const Lines& words);
 
 /// Passes a value to an option. @throws std::invalid_argument, with the name of the option, for an invalid value.

@@ -20,9 +20,9 @@ namespace virtualtv::shell {
 class Recording {
  public:
   /// Starts with the current set. Unless it is the embedded one, its snapshot comes first. @param device  outlives the
-  /// recording. It must be new, or have restored a snapshot, with nothing else done to it. @param file  is created,
-  /// readable by its owner only, as is `FILE.d` when needed. @param complain  called with one line when something can't
-  /// be written. The recording has ended before that.
+  /// recording. Nothing may have been done on it yet, except to restore a snapshot. @param file  is created, readable
+  /// by its owner only, as is `FILE.d` when needed. @param complain  called with one line when something can't be
+  /// written. The recording has ended before that.
   /// @throws std::runtime_error `cannot record to FILE: REASON`, also when the file or `FILE.d` exists.
   Recording(device::Device& device, std::filesystem::path file, std::function<void(const std::string&)> complain);
   Recording(const Recording&) = delete;

@@ -14,8 +14,8 @@
 
 namespace virtualtv::shell {
 
-/// Translates what happens on a device to a transcript: inputs that do it again, and their output. The transcript has
-/// one session with all engines. In the names of engines a number replaces the name of the session, as in `2:main`.
+/// Translates what happens on a device to a transcript: the inputs that repeat it, and their output. All engines belong
+/// to the one session that runs the transcript. Their names tell sessions apart by a number, as in `2:main`.
 class Scribe {
  public:
   /// @param keep  stores content beside the transcript, under a name that ends in `end`. @return the name that inputs
@@ -23,8 +23,8 @@ class Scribe {
   explicit Scribe(std::function<std::string(std::string_view content, const char* end)> keep)
       : keep_(std::move(keep)) {}
 
-  /// Translates the next happening, with its time as a comment. @return no lines for a mere consequence of another
-  /// happening.
+  /// Translates the next happening, with its time as a comment. @return the lines to append; none for a mere
+  /// consequence of another happening.
   Lines tell(const device::Happening& happening);
   /// An input that restores a snapshot.
   Lines restore(const Snapshot& snapshot);

@@ -52,9 +52,9 @@ class Session {
     Lines complaints;  ///< what the set could not read or persist
   };
   Remarks takeRemarks();
-  /// Notes the faults that are still set and were never hit, as at the end of a transcript.
+  /// Adds a finding for each fault that is still set and was never hit. Called at the end of a transcript.
   void noteIdleFaults();
-  /// The same for selected faults.
+  /// The same for the faults that `isMeant` selects.
   void noteIdleFaults(const std::function<bool(const seam::Fault&)>& isMeant);
 
   // For dot commands and for `exec`.
@@ -63,8 +63,8 @@ class Session {
   device::Session& client() { return client_; }
   /// Describes a fault in the words of `.fault`, with this session's name for the engine.
   std::string describe(const seam::Fault& fault) const;
-  /// Runs a plug-in command as `device::Session::execute` does. On too many parameters, the error says how to pass them
-  /// if the command takes a list.
+  /// Runs a plug-in command as `device::Session::execute` does. When there are too many parameters, and the command
+  /// takes a list, the error says how to pass one.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
   /// The last command that ran, from any source, in the form in which it is typed. Empty when none has run yet, or when
   /// the device no longer holds it.
@@ -95,7 +95,7 @@ class Session {
   void readBlocks(const std::string& file, const TakeBlock& take) const;
   /// Notes a finding of the input that runs.
   void note(std::string finding);
-  /// Marks the transcript as recorded: it has no findings. Has an effect in the first input only.
+  /// Marks the transcript as recorded by a server: no findings are noted for it. Has no effect after the first input.
   void setRecorded() { isRecorded_ = isRecorded_ || input() == 0; }
   /// Number of the current input, counted from 0. Inputs of files have the number of the input that runs the file.
   std::size_t input() const { return inputs_ - 1; }
