@@ -38,7 +38,7 @@ ServiceKind kindOf(const ProgramMap& map) {
   return map.audio.empty() ? ServiceKind::data : ServiceKind::radio;
 }
 
-/// Carried services first, then by number, those without one last.
+/// Sorts carried services first, then by number. Services without a number come last.
 bool comesBefore(const FoundService& left, const FoundService& right) {
   constexpr int none = std::numeric_limits<int>::max();
   const auto place = [](const FoundService& service) {
@@ -96,7 +96,8 @@ Findings::Use Findings::read(int pid, const Section& section, const std::functio
   }
 }
 
-/// Keeps programs that a new version lacks, but reads their maps no longer: other programs may now use their PIDs.
+/// Keeps programs that a new version of the table lacks, but no longer reads their maps: other programs may now use
+/// those PIDs.
 Findings::Use Findings::readProgramsOf(const Section& section, const std::function<void(int)>& onTablePid) {
   if (stream_ != section.extension || version_ != section.version) {
     for (auto& [key, program] : programs_) program.mapPid = -1;
@@ -200,7 +201,8 @@ void Findings::endStream(const std::function<bool(int)>& isScrambled) {
   version_.reset();
 }
 
-/// Assigns descriptions to programs: the description by the stream itself, else one with the same ids.
+/// Assigns a description to each program: that of the stream that carries it, or else any description with the same
+/// ids.
 Findings::Owners Findings::owners() const {
   Owners owners;
   for (const auto& [name, described] : described_) {

@@ -25,7 +25,7 @@ class Findings {
   /// How much of a section was used.
   enum class Use {
     all,
-    soundPart,  ///< a part of it runs over its end
+    soundPart,  ///< only what comes before a part that runs over the section's end
     notAll,     ///< it has more entries than can be stored
   };
 

@@ -48,7 +48,7 @@ Delivery readTerrestrial(Bits bits) {
   return delivery;
 }
 
-/// The second generation may be sent in several cells; the frequency of the first cell is used.
+/// A second-generation stream may be sent in several cells; only the frequency of the first cell is used.
 Delivery readSecondTerrestrial(Bits bits) {
   constexpr std::array<int, 6> bandwidths{8000, 7000, 6000, 5000, 10000, 1712};
   Delivery delivery;
@@ -117,7 +117,7 @@ using ChannelNumbers = std::map<int, ChannelNumber>;  ///< by program
 constexpr unsigned usualWidth = 10;   // bits of a number
 constexpr unsigned nordicWidth = 14;  // in Nordic networks
 
-/// A number of 0 means that the service has none.
+/// The number 0 means that the service has no number.
 void readNumbers(Bits bits, unsigned width, ChannelNumbers& numbers) {
   while (bits.left() >= 4) {
     const int program = bits.number(16);

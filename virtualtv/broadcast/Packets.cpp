@@ -26,7 +26,7 @@ std::size_t inARow(Bytes bytes, std::size_t start, std::size_t distance) {
   return count;
 }
 
-/// The distance of the packets from this one on; 0 when there is none.
+/// The distance between the packets from `start` on; 0 when there are fewer than `wanted` packets at any distance.
 std::size_t distanceAt(Bytes bytes, std::size_t start, std::size_t wanted) {
   for (const std::size_t distance : distances) {
     if (inARow(bytes, start, distance) >= wanted) return distance;
@@ -95,8 +95,8 @@ void Packets::lose(std::size_t size) {
   skip(size);
 }
 
-/// The number of packets that prove their position at the end of a stream. Fewer are enough there when packets were
-/// found before, or when the stream is that short. A single packet is enough when it is the whole stream.
+/// The number of packets in a row that prove their position at the end of a stream. Two are enough when packets were
+/// found before, or when the stream is too short for more. One is enough when it is the whole stream.
 std::size_t Packets::wantedAtEnd(std::size_t start) const {
   if (count_ == 0 && isSearched_) return proof;
   const bool isAlone = atStart_ && start == 0 && contiguous().size() < fewest * packetSize;

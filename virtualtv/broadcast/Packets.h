@@ -19,14 +19,14 @@ class Packets {
   static constexpr std::size_t packetSize = 188;
   static constexpr std::uint8_t syncByte = 0x47;
 
-  /// Passes the next bytes of the stream, which must stay valid until `next` has returned null. The earlier bytes must
-  /// be used up.
+  /// Passes the next bytes of the stream, which must stay valid until `next` has returned null. Call this only after
+  /// `next` has returned null for the bytes passed before.
   void feed(Bytes block) { block_ = block; }
   /// Marks the end of the stream: `next` returns the rest.
   void end() { atEnd_ = true; }
 
-  /// The next packet, `packetSize` bytes that are valid until the next call; null when the bytes are used up. The first
-  /// byte may be damaged, and so differ from `syncByte`, if the packets around are in their places.
+  /// The next packet, `packetSize` bytes that are valid until the next call; null when the bytes are used up. Its first
+  /// byte may be damaged, and so differ from `syncByte`, if the packets after it are in their places.
   const std::uint8_t* next() {
     // Nearly every packet is in the block at its expected place.
     const bool isThere = isTold_ && carried_.empty() && block_.size() >= distance_ + packetSize;

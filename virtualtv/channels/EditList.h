@@ -9,19 +9,22 @@
 
 namespace virtualtv {
 
-/// A way to change a service of the list, as `.service` and the wire have it.
+/// A kind of edit of a service in the list, as `.service` and the server's methods offer it.
 struct ServiceEdit {
   std::string_view name;
-  std::string_view value;  ///< the kind of value that it takes; empty for none
-  /// @throws std::invalid_argument with a line that says why it can't be done.
+  std::string_view value;  ///< its valid values, in words; empty when it takes no value
+  /// Edits an existing service. Throws std::invalid_argument, with the reason in a line for a person, when the value is
+  /// invalid or the edit is not possible.
   void (*run)(Tv& tv, ServiceKey service, const std::string& value);
 };
 
-/// All of them. Completion walks this table; a test holds the server's schema and the help against it.
+/// All edits. Completion walks this table; a test compares the server's schema and the help with it.
 std::span<const ServiceEdit> serviceEdits();
 
-/// Changes a service. @param service  its id, or #KEY. @param edit  the name of a way to.
-/// @throws std::invalid_argument when there is no such service or way, or the value can't be; StoreError.
+/// Edits a service. @param service  its id, or #KEY. @param edit  the name of the edit. @param value  empty for an edit
+/// without a value.
+/// @throws std::invalid_argument when there is no such service or edit, when the value is invalid, or when the edit is
+/// not possible; StoreError when the set can't persist the change.
 void editService(Tv& tv, const std::string& service, const std::string& edit, const std::string& value);
 
 }  // namespace virtualtv

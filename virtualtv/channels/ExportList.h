@@ -8,7 +8,7 @@
 
 namespace virtualtv {
 
-/// A list of the services of a set.
+/// The result of an export.
 struct ExportReport {
   std::string format;  ///< its name
   import::Exported exported;
@@ -23,7 +23,8 @@ struct ExportReport {
 };
 
 /// Writes all services of a set as a channel list, in list order.
-/// @param format  has a writing. @throws StoreError when they can't be read.
+/// @param format  a format that can be written, see `import::isWritten`. @throws StoreError when the services can't be
+/// read.
 ExportReport exportServices(const ServiceStore& services, const import::Format& format);
 
 /// The default format for exports, which holds all data of a service.

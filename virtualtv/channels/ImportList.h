@@ -16,9 +16,9 @@ struct Scan;
 namespace virtualtv {
 
 struct ImportOptions {
-  const import::Format* format = nullptr;  ///< recognised when null
-  std::string encoding;  ///< encoding, for iconv, of names that do not specify their own; guessed when empty
-  bool add = false;      ///< keep the services that are there
+  const import::Format* format = nullptr;  ///< null to recognise the format
+  std::string encoding;  ///< iconv's name of the encoding of names that do not specify it; empty to judge it from them
+  bool add = false;      ///< keep the services that the set has
 };
 
 /// The files that broadcasts were read from.
@@ -27,13 +27,13 @@ struct RecordingFiles {
   bool areTrusted = false;         ///< see `Footage`
 };
 
-/// How an import went.
+/// The result of an import.
 struct ImportReport {
-  std::string list;          ///< what messages call the list
-  std::size_t imported = 0;  ///< services that the list brought
+  std::string list;          ///< name of the list in messages
+  std::size_t imported = 0;  ///< number of services in the list
   ServiceChanges changes;    ///< changes to the services of the set
   import::Problems problems;
-  bool hasLines = true;  ///< false: its problems are no lines that could not be read
+  bool hasLines = true;  ///< false for a scan, whose problems are not about lines of a list
 
   /// A line `LIST:LINE: REASON` for each stored problem, and a line with the number of the others, all escaped.
   std::vector<std::string> problemLines() const;

@@ -16,28 +16,28 @@
 
 namespace virtualtv {
 
-/// Which services are wanted, and which of them to show. All conditions must hold; one on a field that a service does
-/// not have does not hold.
+/// Selects services by conditions, and a page of them. All conditions must hold. A condition on a field that a service
+/// lacks does not hold.
 struct ServiceQuery {
-  std::string text = {};  ///< UTF-8 that the name has in it, in letters of either case; empty for any
-  std::optional<EAntennaMode> antenna = std::nullopt;           ///< antenna that receives the service
-  std::optional<ServiceKind> kind = std::nullopt;               ///< kind of the service
-  std::optional<std::uint16_t> major = std::nullopt;            ///< its major number
-  std::optional<ServiceKey> key = std::nullopt;                 ///< which service it is
-  std::optional<std::string> group = std::nullopt;              ///< name of the list section that it was found in
-  std::optional<std::uint8_t> favourite = std::nullopt;         ///< favourite group that it is a member of
-  std::size_t offset = 0;                                       ///< how many to leave out at the start
-  std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< how many to show at most
+  std::string text = {};  ///< part of the name, in UTF-8, ignoring case; empty for any name
+  std::optional<EAntennaMode> antenna = std::nullopt;           ///< the antenna
+  std::optional<ServiceKind> kind = std::nullopt;               ///< the kind
+  std::optional<std::uint16_t> major = std::nullopt;            ///< the major number
+  std::optional<ServiceKey> key = std::nullopt;                 ///< the key
+  std::optional<std::string> group = std::nullopt;              ///< its group, see `Service::group`
+  std::optional<std::uint8_t> favourite = std::nullopt;         ///< a favourite group that it is a member of
+  std::size_t offset = 0;                                       ///< number of selected services to skip
+  std::size_t limit = std::numeric_limits<std::size_t>::max();  ///< greatest number of services to return
 };
 
-/// Some of the services that a query selects.
+/// A page of the services that a query selects.
 struct ServicePage {
   std::vector<std::pair<ServiceKey, Service>> services;  ///< in list order
-  std::size_t total = 0;                                 ///< how many the query selects, shown or not
-  std::set<std::string> groups;  ///< names of all groups that there are, whatever the query selects
+  std::size_t total = 0;                                 ///< number of services that the query selects, on all pages
+  std::set<std::string> groups;                          ///< names of all groups of the set, whatever the query selects
 };
 
-/// The page of services that a query requests. Of other services, only the fields for the conditions are read.
+/// The page that a query requests. Of services that are not on it, reads only the fields that the conditions compare.
 /// @throws StoreError when the services can't be read.
 ServicePage findServices(const ServiceStore& services, const ServiceQuery& query);
 

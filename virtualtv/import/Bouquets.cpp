@@ -23,7 +23,7 @@ constexpr std::string_view favourites = "userbouquet.favourites";
 
 enum Reference : std::size_t { KIND, FLAGS, TYPE, SERVICE, STREAM, NETWORK, SPACE };
 
-/// Flags of entries that can't be tuned to: a directory and the like, and a marker.
+/// Flags of entries that can't be tuned to: 0x07 for directories and the like, 0x40 for markers.
 constexpr std::uint64_t noService = 0x07 | 0x40;
 
 /// The file that a line of `bouquets.tv` names.
@@ -34,13 +34,15 @@ std::optional<std::string_view> fileIn(std::string_view line) {
   return cut(line, '"');
 }
 
-/// Files of other directories are never read, nor those whose names a line can't end with.
+/// True for a name that can be read and written at the end of a line: no path to another directory, no line break or
+/// null character in it, and no blanks at its ends.
 bool isPlainName(std::string_view file) {
   return !file.empty() && file != "." && file != ".." && file == trimmed(file) &&
          file.find_first_of(std::string_view("/\\\n\0", 4)) == std::string_view::npos;
 }
 
-/// A line of the content never begins another file: a blank in front of it keeps it a line that says nothing.
+/// Appends a file to the text, after a line with its name. A line of the content that looks like such a line gets a
+/// blank in front, so that it can't start another file.
 void append(std::string& text, const std::string& file, std::string_view content) {
   text.append(text.ends_with('\n') ? "" : "\n").append(joinedFile).append(file);
   std::string lines = "\n" + std::string(text::withoutMark(content));
@@ -116,7 +118,7 @@ void Bouquets::readLine(std::string_view line) {
   }
 }
 
-/// KIND:FLAGS:TYPE:SERVICE:STREAM:NETWORK:NAMESPACE:0:0:0:, hexadecimal but for the first two.
+/// Reads KIND:FLAGS:TYPE:SERVICE:STREAM:NETWORK:NAMESPACE:0:0:0:. All numbers but the first two are hexadecimal.
 void Bouquets::readService(std::string_view reference) {
   const std::string_view whole = reference;
   std::array<std::string_view, SPACE + 1> parts;

@@ -16,7 +16,8 @@
 
 namespace virtualtv::import {
 
-/// The line in front of each file that `joinedLists` appends to a lamedb. The name of the file follows on the line.
+/// Starts the line in front of each file that `joinedLists` appends to a lamedb. The name of the file completes the
+/// line.
 inline constexpr std::string_view joinedFile = "#BOUQUET ";
 
 /// Reads a directory with a lamedb, or else a lamedb5, as one text. The bouquets named in `bouquets.tv` and
@@ -24,8 +25,8 @@ inline constexpr std::string_view joinedFile = "#BOUQUET ";
 /// file with a name in that directory, or nothing when there is none. @return nothing when there is no lamedb.
 std::optional<std::string> joinedLists(const std::function<std::optional<std::string>(const std::string&)>& read);
 
-/// The offset of the bouquets in a lamedb that they follow, whether it is whole or cut off; its size when there are
-/// none.
+/// The offset, in bytes, of the first bouquet in a text as `joinedLists` returns it; the size of the text when it has
+/// no bouquets. The lamedb in front of them may be cut off.
 std::size_t startOfBouquets(std::string_view content);
 
 /// The bouquets that follow a lamedb, and the groups that they assign to services.

@@ -14,10 +14,10 @@ namespace virtualtv::import {
 /// in the rest of a list. @throws std::invalid_argument with the reason in a line.
 void requireEncoding(const std::string& name);
 
-/// Decodes the names of a list, in any of the encodings that channel lists use. In broadcasts, leading bytes can select
-/// a character table; a name that starts with them is read accordingly. Other names have the given encoding. Without a
-/// given encoding, a name that is valid UTF-8 is read as UTF-8. All remaining names together are judged to be in ISO
-/// 6937 or in ISO 8859-15. Keeps a converter open for each encoding used.
+/// Decodes the names of a list, in any of the encodings that channel lists use. A name may start with bytes that select
+/// a character table, as in broadcasts; it is read with that table. All other names have the given encoding. If none is
+/// given, names that are valid UTF-8 are read as UTF-8, and the remaining names are judged together to be in ISO 6937
+/// or in ISO 8859-15. Keeps a converter open for each encoding used.
 class TextDecoder {
  public:
   /// @param encoding  the name of the encoding for iconv; empty for none.

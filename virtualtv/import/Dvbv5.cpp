@@ -60,7 +60,7 @@ class Section {
   int line() const { return line_; }
 
   /// Keeps a line of the section.
-  /// @throw Unreadable when it is not KEY = VALUE.
+  /// @throws Unreadable when it is not KEY = VALUE.
   void add(int line, std::string_view text) {
     line_ = line;
     const std::string_view whole = text;
@@ -121,7 +121,7 @@ class Section {
     return static_cast<int>(number(*text, keyNames[key], greatestId));
   }
 
-  /// -1 stands for a dish without a switch.
+  /// The number of the satellite; nothing for -1, which stands for a dish without a switch.
   std::optional<int> satellite() {
     if (value(SAT_NUMBER) == "-1") return std::nullopt;
     return id(SAT_NUMBER);
@@ -143,7 +143,7 @@ class Section {
     entry.symbolRate = static_cast<int>((number(*symbolRate, keyNames[SYMBOL_RATE], 100'000'000) + 500) / 1000);
   }
 
-  /// Reads what determines the physical channel of a frequency. The set needs it for nothing else.
+  /// Reads the bandwidth or the polarisation. The set does not store them; they determine the physical channel.
   void readChannel(Entry& entry) {
     if (entry.antenna == ANTENNA_TERRESTRIAL) {
       if (const auto text = value(BANDWIDTH_HZ)) entry.bandwidth = readDvbv5Bandwidth(*text);

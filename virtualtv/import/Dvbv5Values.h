@@ -37,8 +37,8 @@ struct Dvbv5Streams {
   AudioCoding coding = CODING_UNKNOWN;
 };
 
-/// Keys with PID_ end in the stream type of the program map, in hexadecimal. The plain audio key lists audio of any
-/// coding. @return nothing for other keys.
+/// The streams that a key lists. A key with PID_ ends in their stream type in the program map, in hexadecimal. The
+/// plain audio key lists audio of any coding. @return nothing when the key lists no streams.
 std::optional<Dvbv5Streams> dvbv5Streams(std::string_view name);
 
 }  // namespace virtualtv::import

@@ -119,7 +119,7 @@ Pieces dvbv5Pieces(const Entry& entry) {
   return pieces;
 }
 
-/// The name of a line's part: the head, streams of a kind, or the key in capitals.
+/// The name of the piece that a line belongs to: the head, the streams of one kind, or the key in capitals.
 std::string pieceOf(std::string_view text) {
   if (text.starts_with('[')) return headPiece;
   std::string key(trimmed(cut(text, '=')));

@@ -51,7 +51,8 @@ void update(Entry& entry, const Service& service) {
   if (entry.kind != ServiceKind::television) entry.video = 0;
 }
 
-/// The format of the list that the service was imported from, and its list entry; null if there is none.
+/// The format of the list that the service was imported from, and the service's entry in it. The format is null when
+/// the service came from no list.
 std::pair<const Format*, std::string_view> listEntryOf(const Service& service) {
   std::string_view text = service.listEntry;
   const std::string_view name = cut(text, '\n');
@@ -77,7 +78,7 @@ bool isSame(int field, const std::optional<std::uint64_t>& left, const std::opti
 
 }  // namespace
 
-/// @return false when it contains no service.
+/// Reads a list that should contain one service. @return false when it does not contain exactly one.
 bool Exporter::read(const Format& format, std::string text, Reading& reading) const {
   reading.text = std::move(text);
   ListBuilder list(format, "");

@@ -15,7 +15,7 @@ namespace virtualtv::import {
 /// The result of writing a list.
 struct Exported {
   std::string content;
-  std::size_t services = 0;                 ///< in it
+  std::size_t services = 0;                 ///< number of services in the list
   std::size_t leftOut = 0;                  ///< number of services that the format can't hold at all
   std::map<std::string, std::size_t> lost;  ///< data that the format can't hold, with the number of services affected
 };
@@ -40,7 +40,7 @@ class Exporter {
     Entry entry;  ///< with views of the texts below
     Service service;
     std::string name;
-    std::uint64_t next = 0;  ///< number of the service after it
+    std::uint64_t next = 0;  ///< the channel number that the next service gets unless it has its own
   };
 
   bool read(const Format& format, std::string text, Reading& reading) const;

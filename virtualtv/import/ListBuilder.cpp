@@ -127,9 +127,9 @@ bool ListBuilder::addWhole(Service service) {
   return true;
 }
 
-/// Satellite transponders are numbered by frequency, then by polarisation, then by orbital position if there are
-/// several satellites. Terrestrial channels have their number in the raster. Cable channels, and terrestrial ones
-/// beside the raster, have their frequency in MHz.
+/// Satellite transponders are numbered in the order of frequency, polarisation and orbital position. Terrestrial
+/// channels have their number in the raster. Cable channels, and terrestrial channels that are not in the raster, have
+/// their frequency in MHz.
 void ListBuilder::setPhysicalChannels(std::vector<Service>& services) const {
   const auto transponder = [](const Entry& one) {
     return std::tuple(one.frequency, one.polarisation, one.source.value_or(-1));

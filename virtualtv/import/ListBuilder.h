@@ -25,8 +25,8 @@ constexpr std::uint64_t greatestChannelNumber = 65534;
 struct Entry {
   std::string_view name;   ///< unchanged from the list
   std::string_view group;  ///< unchanged from the list; `ListBuilder` sets it
-  /// The entry of the service, as a list with this service alone. The set stores it to preserve what it has no field
-  /// for.
+  /// A list with this service alone, as in the original list. The set stores it, to preserve the data that it has no
+  /// field for.
   std::string text;
   EAntennaMode antenna = ANTENNA_TERRESTRIAL;
   Raster raster = Raster::european;
@@ -70,7 +70,7 @@ class ListBuilder {
   void startGroup(std::string_view name);
 
   /// Gives the next service this channel number, and later ones the numbers that follow. @return false, and nothing
-  /// changed, when the number is not greater than all numbers used so far.
+  /// changed, when the number is less than `nextNumber`.
   bool continueFrom(std::uint64_t number);
 
   /// The channel number of the next service.

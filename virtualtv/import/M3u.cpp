@@ -22,7 +22,7 @@ std::uint64_t identityOf(std::string_view text) {
   return (hash ^ hash >> 48U) & 0xFFFF'FFFF'FFFFU;
 }
 
-/// True for `tvg-id` in front of the = at `end`, with nothing that belongs to a longer name before it.
+/// True when `name` ends at the = at `end`, and is not the end of a longer name.
 bool isNameBefore(std::string_view text, std::size_t end, std::string_view name) {
   if (end < name.size() || !sameWord(text.substr(end - name.size(), name.size()), name)) return false;
   const std::size_t start = end - name.size();

@@ -70,7 +70,7 @@ std::string wrongCount(std::size_t count) {
   return " has " + std::to_string(count) + " of the 13 fields of a service";
 }
 
-/// Name,Short;Provider
+/// The name in NAME,SHORT;PROVIDER.
 std::string_view nameOnly(std::string_view field) {
   field = field.substr(0, field.find(';'));
   return field.substr(0, field.rfind(','));
@@ -82,8 +82,8 @@ Modulation satelliteModulation(const VdrParameters& parameters) {
   return modulation == MODULATION_QPSK && parameters.secondGeneration ? MODULATION_QPSK_S2 : modulation;
 }
 
-/// American cable networks have the same source letter as terrestrial ones, but QAM. Inputs that do not belong to one
-/// of the set's antennas count as cable.
+/// American cable networks have the source letter of terrestrial ones, and are recognised by their QAM. Inputs that do
+/// not belong to one of the set's antennas count as cable.
 EAntennaMode antennaOf(char sourceLetter, Modulation modulation) {
   switch (sourceLetter) {
     case 'S':
@@ -171,7 +171,7 @@ class VdrReader {
     list_.add(std::move(entry));
   }
 
-  /// Reads the head of a group: a name, which may follow an @ and the number of the next channel.
+  /// Reads the head of a group: a name, which may be preceded by an @ and the number of the next channel.
   void readGroup(int line, std::string_view text) {
     if (!text.starts_with('@')) return list_.startGroup(text);
     const std::string_view word = text.substr(0, text.find_first_of(" \t"));

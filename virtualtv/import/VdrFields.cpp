@@ -27,7 +27,7 @@ int readPid(std::string_view text, std::string_view what) {
   return static_cast<int>(number(text, what, greatestPid));
 }
 
-/// Takes the digits at the front of `text` off.
+/// Removes and returns the digits at the front of `text`.
 std::string_view takeDigits(std::string_view& text) {
   const std::string_view digits = text.substr(0, text.find_first_not_of(digitCharacters));
   text.remove_prefix(digits.size());
@@ -144,8 +144,9 @@ std::optional<VdrSource> parseVdrSource(std::string_view text) {
   return VdrSource{letter, std::nullopt};
 }
 
-/// Letters, each with a number; polarisations have no number. Letters that the set does not use (code rates, inversion,
-/// roll-off, those of future versions or of other kinds of sources) may have any number or none.
+/// Reads letters, each followed by a number; letters of polarisations have no number. Letters that the set does not use
+/// (code rates, inversion, roll-off, those of future versions or of other kinds of sources) may have any number or
+/// none.
 VdrParameters readVdrParameters(std::string_view text, char sourceLetter) {
   const bool satellite = sourceLetter == 'S';
   const bool terrestrial = sourceLetter == 'T' || sourceLetter == 'A';

@@ -29,13 +29,13 @@ bool isDigit(char character);
 /// Compares two words, ignoring the case of ASCII letters.
 bool sameWord(std::string_view left, std::string_view right);
 
-/// Requires an unsigned decimal number. @throw Unreadable when it is missing or not such a number. @param what  the
+/// Requires an unsigned decimal number. @throws Unreadable when it is missing or not such a number. @param what  the
 /// name of the number in the reason, as in "service id".
 void requireDigits(std::string_view digits, std::string_view what);
 
 /// Reads an unsigned decimal number.
 /// @param what  as above.
-/// @throw Unreadable when it is missing, not such a number or greater than `most`.
+/// @throws Unreadable when it is missing, not such a number or greater than `most`.
 std::uint64_t number(std::string_view digits, std::string_view what, std::uint64_t most);
 
 }  // namespace virtualtv::import

@@ -17,7 +17,7 @@ struct Wanted {
   const Entry& now;       ///< its present data, with texts in UTF-8
   const Entry* before;    ///< the data in `kept`; null when the service does not come from a list of this format
   std::string_view kept;  ///< the entry in the list of this format that the service came from
-  std::uint64_t next;     ///< the number that a service without its own number gets
+  std::uint64_t next;     ///< the channel number that the service gets if the list gives none
 };
 
 /// The writer of a format.
@@ -26,7 +26,7 @@ struct Writing {
   std::string_view between;  ///< separates two services
   std::string_view end;
   /// Writes a list with one service, without a final line break. Returns an empty text for a service that the format
-  /// can't hold. Data that the format can't hold is left out, which is noticed when the list is read again.
+  /// can't hold. Leaves out data that the format can't hold: `Exporter` notices that when it reads the list again.
   std::string (*entry)(const Wanted& wanted);
   std::string (*service)(const Service& service) = nullptr;  ///< set for a format that holds all data of a service
   bool hasGroupLines = false;                                ///< see `vdrGroup`

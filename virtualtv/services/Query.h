@@ -49,12 +49,12 @@ struct Question {
   std::vector<std::uint64_t> values;
 };
 
-/// Fills `question` from criteria and the limit to a TV mode. It takes an existing object to reuse its memory.
+/// Fills `question` from criteria and the TV mode that limits the services. Overwrites an existing object, to reuse its
+/// memory.
 void ask(Pick pick, const TCCriteriaHelper& criteria, const TSTvMode& mode, bool skipLocked, Question& question);
 
-/// The SQL of a shape. Its parameters are the values of the conditions. For `after` and `before` the place to go on
-/// from follows. For these two, `start` and `end` the service id to skip comes last. `at` has the key as its only
-/// parameter.
+/// The SQL of a shape. Its parameters are, in this order: the values of the conditions; for `after` and `before`, the
+/// place to continue from; for `after` to `end`, the service id to skip. The only parameter for `at` is the key.
 std::string sqlOf(const QueryShape& shape);
 
 /// The prepared statement of a shape, and the mapping of its columns to a record.
@@ -101,7 +101,7 @@ class QueryCache {
   /// The query of a shape; valid until the next call.
   Query& find(const QueryShape& shape);
 
-  /// The most queries kept: more than the plug-in has shapes.
+  /// The most queries kept; more than the number of shapes that the plug-in uses.
   static constexpr std::size_t capacity = 48;
 
  private:

@@ -30,7 +30,8 @@ std::int64_t idColumn(std::uint64_t serviceId) {
   return *toColumn(knownField(TCServiceData::SERVICE_ID), serviceId);
 }
 
-/// True when the service already plays from this recording and that one is trusted, whether or not the new one is.
+/// True when the service already plays from the same recording, and that recording is trusted. `footage` itself need
+/// not be trusted.
 bool isKnown(Footage footage, const std::optional<Footage>& before) {
   footage.isTrusted = true;
   return footage == before;
@@ -125,8 +126,8 @@ std::map<ServiceKey, Service> ServiceStore::all() const {
   return services;
 }
 
-/// Reads the keys and the services in turn: while the first query runs, SQLite need not check the file again for each
-/// service.
+/// Reads the services while the query for the keys is still running: otherwise SQLite would check the file again for
+/// each service.
 void ServiceStore::each(const std::function<void(ServiceKey, Service&&)>& take) const {
   Rows rows = keys_.query();
   while (rows.next()) {
@@ -159,8 +160,8 @@ std::optional<ServiceKey> ServiceStore::keyOf(const Service& service) const {
   return keyOf(id->second);
 }
 
-/// The keys of all services by the column values of their ids. Of several services with one id it has the first in list
-/// order.
+/// The keys of all services by the column values of their ids. If several services have the same id, only the first in
+/// list order is included.
 std::unordered_map<std::int64_t, ServiceKey> ServiceStore::keysByIds() const {
   std::unordered_map<std::int64_t, ServiceKey> keys;
   Rows rows = ids_.query();
@@ -172,7 +173,7 @@ bool ServiceStore::exists(ServiceKey key) const {
   return exists_.query(key).next();
 }
 
-/// A key is reused only when all others were used.
+/// Keys of removed services are reused only after `greatestKey` was assigned.
 ServiceKey ServiceStore::newKey(ServiceKey& from) const {
   const ServiceKey last = tables_.lastKey();
   if (last < greatestKey) return last + 1;

@@ -88,8 +88,8 @@ class ServiceStore {
   /// Adds or updates these services and removes all others. Keys run from 1 on, in the order of `services`.
   ServiceChanges renew(const std::vector<Service>& services);
 
-  /// @return its key: the next one, or the smallest free key once `greatestKey` was used. `merge` assigns keys the same
-  /// way.
+  /// Adds a service. @return its key: the next one, or the smallest free key once `greatestKey` was assigned. `merge`
+  /// assigns keys in the same way.
   ServiceKey add(const Service& service);
   /// @return false when there is no such service. All methods below that return bool do the same.
   bool remove(ServiceKey key);

@@ -28,7 +28,7 @@ class ServiceTables {
   void insert(std::span<const KeyedService> services);
   /// Adds one service. @param key  a free key.
   void insert(ServiceKey key, const Service& service);
-  /// @return false when there was none.
+  /// @return false when there was no such service.
   bool remove(ServiceKey key);
   /// Removes all services and resets the keys.
   void clear();
