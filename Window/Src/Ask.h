@@ -41,7 +41,7 @@ bool Reach(Call call) {
   });
 }
 
-/// Result of a failed call. Not for calls that fail with 0 only.
+/// Result of a failed call. Not for calls whose only failure is 0, since -1 would mean success there.
 inline constexpr int kFailed = -1;
 
 /// The result of `call` on an interface; -1 when the interface is missing or the call throws.

@@ -17,10 +17,11 @@ namespace kel {
 /// How a text parameter is read.
 enum class Parse {
   none,  ///< the command has no such parameter
-  dec,   ///< the decimal number at the front, behind white space and a sign; 0 for garbage, clamped to `int`
+  dec,   ///< the decimal number at the start, after optional white space and an optional sign; clamped to `int`; 0 when
+         ///< there is no number
   num,   ///< the whole text as a decimal number with an optional sign; otherwise not parsed, and the preset applies
-  u64,   ///< unsigned 64-bit at the front, behind white space and a sign, decimal, 0x hexadecimal or 0 octal; -1 is all
-         ///< ones, and so is a number beyond the range; 0 for garbage
+  u64,   ///< the unsigned 64-bit number at the start, after optional white space and sign: decimal, 0x hexadecimal or 0
+         ///< octal; all bits set for -1 and for a number out of range; 0 when there is no number
   text,  ///< the text unchanged
 };
 
@@ -54,14 +55,14 @@ struct Run {
 struct Command {
   std::string_view name;
   std::array<Parameter, kParameters> parameters;
-  /// Runs the row: calls the worker, answers, and returns the result code. A negative result code is answered as a
-  /// number, unless stated otherwise at the handler.
+  /// Runs the row: calls the worker, writes the reply, and returns the result code. The reply for a negative result
+  /// code is that number, unless the handler states otherwise.
   int (*run)(const Run& run);
-  int preset = 0;    ///< default for the number that is answered, if the worker does not write it
-  int refusal = -1;  ///< answer and result code when a required parameter does not parse
+  int preset = 0;    ///< the number in the reply, if the worker does not write it
+  int refusal = -1;  ///< reply and result code when a required parameter does not parse
 };
 
-/// The row with this name; null when there is none. Of several rows with one name the first counts.
+/// The row with this name; null when there is none. If several rows have the name, the first one counts.
 const Command* FindCommand(std::string_view name);
 
 /// All rows, in comparison order.

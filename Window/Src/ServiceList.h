@@ -23,7 +23,7 @@ struct ServiceList {
 
 /// Appends a record for each service that meets the criteria, in any TV mode. The caller deletes the records, even
 /// after a failure. Null pointers in place of records are dropped, so they affect neither counts nor positions.
-/// @return the result of the set, greater than 0 on success; -1 without a navigation or when the call throws.
+/// @return the result of the call, greater than 0 on success; -1 when `navigation` is null or the call throws.
 inline int ListServices(IServiceNavigation* navigation, TCCriteriaHelper& criteria,
                         std::list<TCServiceData*>& services) {
   const int result = Ask(

@@ -9,7 +9,7 @@
 
 namespace kel {
 
-/// The source of each window as applications number it, and the one before it.
+/// The current and the previous source of each window, in the numbers that applications use.
 inline constexpr const char* kMainSource = "db/emp/mainsource";
 inline constexpr const char* kPreviousMainSource = "db/emp/previousmainsource";
 inline constexpr const char* kPipSource = "db/emp/pipsource";
@@ -21,7 +21,7 @@ inline constexpr const char* kPublishedSource = "db/kel/current_source_type";
 /// What the main window shows, as the platform records it: a text. The plug-in only reads it.
 inline constexpr const char* kLastService = "db/boot/last_service";
 
-/// Each function returns false when the store fails or throws.
+/// Read and write a key. @return false when the store fails or throws.
 inline bool ReadKey(const char* key, int& value) {
   return Try(kFailed, [&] { return vconf_get_int(key, &value); }) == 0;
 }

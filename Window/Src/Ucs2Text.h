@@ -10,7 +10,7 @@ namespace kel {
 inline constexpr std::size_t kUtf16Room = 512;
 inline constexpr std::size_t kUtf8Room = 514;
 
-/// Converts UCS-2 text to UTF-16 in host order behind a byte-order mark.
+/// Converts UCS-2 text to UTF-16 in host order, after a byte-order mark.
 /// @param out  room for 512 bytes; no terminator is added. The text is cut at the end of the room, and before the first
 /// unit that can't be converted, such as a surrogate. A cut is logged.
 /// @param in       the text.

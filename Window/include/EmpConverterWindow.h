@@ -4,8 +4,8 @@
 #include "tvservice/TVServiceTypes.h"
 
 /// @file
-/// The plug-in's own numbers (PL values), as web applications use them, and their translation. Where a number's meaning
-/// has no name, the type has no enumerator for it.
+/// The plug-in's own numbers (PL values), as web applications use them, and their translation. A number whose meaning
+/// has no known name has no enumerator.
 
 /// A window that shows live broadcast.
 enum _PL_WINDOW_WINDOW : int { PL_WINDOW_WINDOW_MAIN = 0, PL_WINDOW_WINDOW_PIP = 1 };
@@ -78,7 +78,7 @@ class CEmpConverterWindow {
   static int GetPLValue(int tcValue, _PL_WINDOW_MAPPING_TABLE_ID id);
   /// @}
 
-  /// The PL value of a TV mode; 0 for an antenna that has none.
+  /// The PL value of a TV mode; 0 when its antenna has no PL value.
   static _PL_WINDOW_TV_MODE GetPLTVModeValue(TSTvMode mode);
 
   /// The TV mode of a PL value; (-1, -1) for a value without meaning. A value that names only the antenna gets the

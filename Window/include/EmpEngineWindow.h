@@ -37,7 +37,7 @@ class CEmpEngineWindow : public CEmpEngineBase {
   bool ExecuteWithParamList(std::string& ret, const std::string& cmd, const ParamList& params) override;
 
  private:
-  CEmpTaskWindow* m_pEmpTaskWindow;  ///< owned; null only when it could not be made
+  CEmpTaskWindow* m_pEmpTaskWindow;  ///< owned; null only when it could not be created
 };
 
 }  // namespace kel

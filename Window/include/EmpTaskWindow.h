@@ -136,7 +136,7 @@ class CEmpTaskWindow {
   int GetScreenCropRect(Rect& crop, Rect& display, int plane);
   /// Raises (1) or, for any other number, lowers the picture's plane. @return 1 or -1.
   int SetScreenZorder(PL_WINDOW_ZORDER eZorder);
-  /// Hides (0 and 2) or shows (1 and 3) the picture. @return 1; -1 for any other type, too.
+  /// Hides (0 and 2) or shows (1 and 3) the picture. @return 1; -1 on failure, and for any other type.
   int Show(_PL_WINDOW_SHOW_TYPE eShowType);
   /// Hides or shows the picture. @return 1 or -1.
   int MuteVideo(bool mute);
@@ -157,7 +157,7 @@ class CEmpTaskWindow {
   /// the TV service fails, in which case any records that it returned are kept; -1 without a navigation proxy, in which
   /// case the list is unchanged.
   int FindChannel(_PL_WINDOW_CHANNEL_TYPE type, _PL_WINDOW_TV_MODE mode);
-  /// The window's TV mode, as a `_PL_WINDOW_TV_MODE`. `pnMode` is not checked.
+  /// The window's TV mode, as a `_PL_WINDOW_TV_MODE`. `pnMode` must not be null.
   /// @return the TV service's own positive number, 0 or -1.
   int GetTVMode(int* pnMode);
   /// Puts the window into a TV mode. @return 1; 0 without a navigation proxy, -1 when the TV service refuses.
@@ -187,8 +187,8 @@ class CEmpTaskWindow {
   int GetChannel_ServiceName(int index, unsigned short* ptwServiceName);
   /// @}
 
-  /// The channel's service id as decimal text into 32 bytes, terminated; all bits set when it is absent.
-  /// `pszServiceId` is not checked.
+  /// The channel's service id as decimal text into 32 bytes, terminated; the number with all bits set when it is
+  /// absent. `pszServiceId` must not be null.
   int GetChannel_ServiceId(int index, char* pszServiceId);
   /// Length of the found-channel list. @return 1; 0 for a null pointer.
   int GetChannel_Size(int* pnSize);
@@ -207,7 +207,7 @@ class CEmpTaskWindow {
   /// @}
 
   /// The same for the channel that the set starts with. Absent major and minor numbers read as -1. The service id needs
-  /// no lookup; its pointer is not checked, and a failure returns 0.
+  /// no lookup: a failure returns 0, and `pszServiceId` must not be null.
   /// @{
   int GetStartChannel_Type(_PL_WINDOW_CHANNEL_TYPE* peChannelType);
   int GetStartChannel_Major(int* pnMajor);
@@ -249,14 +249,14 @@ class CEmpTaskWindow {
   /// @param type         only 0 is supported.
   /// @return 1; 0 for an invalid description and when no such service can be tuned to; -1 without a satellite manager,
   /// including when its creation throws. An exception while looking up the transponder, or finding or tuning to the
-  /// service, gives 0. An unknown transponder does not matter.
+  /// service, gives 0. An unknown transponder is not a failure.
   int SetDVBSIChannelDirectEx(const std::string& channelInfo, int type);
 
   // EmpTaskWindow_Tuning: finding a channel by its numbers
 
   /// Id of the first service, in service-id order, with these numbers and this channel type, as decimal text into 32
   /// bytes. A type that maps outside 1 to 9 is ignored. A type that maps to 9 also requires the antenna of the window's
-  /// TV mode, if that can be read. `pszServiceId` is not checked.
+  /// TV mode, if that can be read. `pszServiceId` must not be null.
   /// @return 1, 0 when there is none, -1 without a service proxy.
   int GetChannel_ServiceId(int nMajor, int nMinor, _PL_WINDOW_CHANNEL_TYPE eChannelType, char* pszServiceId);
 
@@ -282,8 +282,8 @@ class CEmpTaskWindow {
   /// Adds a service to a favourite group or removes it. @param group  0 to 255, as unsigned 8 bits.
   /// @return 1; 0 without a service proxy, -1 when the TV service refuses.
   int UpdateFavorites(unsigned long long serviceId, bool value, char group);
-  /// The document of a service's groups, each under the first digit of its number. Of several groups with one first
-  /// digit the greatest counts. @return 1; 0 without a service proxy, -1 when the TV service fails.
+  /// The document of a service's groups, each under the first digit of its number. If several groups have the same
+  /// first digit, the greatest one counts. @return 1; 0 without a service proxy, -1 when the TV service fails.
   int GetFavorites(unsigned long long& serviceId, std::string& strFavorites);
 
   // EmpTaskWindow_Audio: the audio tracks of what is on screen
@@ -291,8 +291,9 @@ class CEmpTaskWindow {
   // On the ISP source these operations use the secondary stack, whichever window is selected. Any failure is then 0,
   // but a document is still written. A failure that the stack numbers 1 counts as success.
 
-  /// The document of all tracks. Tracks that can't be read are left out; a number of tracks that can't be read counts
-  /// as 0. @return 1; 0 without the service on screen or a proxy, -1 when an exception leaves no document.
+  /// The document of all tracks. Tracks that can't be read are left out. If the number of tracks can't be read, there
+  /// are none. @return 1; 0 when the service on screen can't be read or a proxy is missing, -1 when an exception leaves
+  /// no document.
   int GetMultiAudioInfo(std::string& strInfo);
   /// The document of the track in use. @return 1; 0 without a proxy, -1 when something can't be read. The document is
   /// still written then, unless the service on screen can't be read or an exception was the reason.
@@ -417,7 +418,7 @@ class CEmpTaskWindow {
   /// The document of the secondary stack's picture, all 0 when the stack fails. Its frequencies are always 0.
   /// @return 1 or -1.
   int GetResolutionDetail_D2TV(std::string& strDetail);
-  /// Translates a resolution; 20 for one that has no number here.
+  /// Translates a resolution; 20 when it has no number in the plug-in.
   static _PL_WINDOW_RESOLUTION t_getPLResolution(EResolution eResolution);
 
   // EmpTaskWindow_Channel

@@ -45,7 +45,7 @@ class CD2tvMgrProxy {
   /// Numbers of DVB subtitle tracks, of teletext pages and of teletext subtitle pages.
   virtual int GetTotalNumOfSubtitle(unsigned int* subtitles, unsigned int* teletext,
                                     unsigned int* teletextSubtitles) = 0;
-  /// The entry at `position` of the three kinds taken together, in that order.
+  /// The entry at `position`, counted from 0 through all three kinds, in the order above.
   virtual int GetDVBSubtitleInfo(DVBSubtitleInfo* subtitle, int position) = 0;
   /// Language code of the subtitle in use.
   virtual int GetCurrentSubtitle(int* language) = 0;

@@ -41,7 +41,7 @@ class CEmpAppBase {
   /// Closes every engine.
   virtual void Destroy();
 
-  /// The first four, under a number.
+  /// The operations above except `Destroy`, for an engine that is opened under a number.
   /// @{
   virtual bool Open(int id, const std::string& appId, const std::string& widgetId, const std::string& profile);
   virtual bool Close(int id);

@@ -50,8 +50,7 @@ class CEmpEngineBase {
   std::string GetAppInfo(eAPP_INFO_TYPE type);
 
  protected:
-  /// The result encoders: each replaces `ret` with the encoded value. Called by a command's row when its result is
-  /// known.
+  /// The result encoders: each replaces `ret` with the encoded value. Called once a command's result is known.
   void SetReturnValueInteger(std::string& ret, int value);
   /// @param text  zero-terminated bytes; null counts as the empty text.
   /// @{

@@ -9,7 +9,7 @@
 class TCNavigationModeHelper {
  public:
   /// Selects the services of a navigation mode in a TV mode.
-  /// @param serviceId  all ones here, which means none.
+  /// @param serviceId  all bits set here, which means no service.
   static int GetNavigationCriteria(ENavigationMode navigationMode, TSTvMode tvMode, TCCriteriaHelper& criteria,
                                    unsigned long long serviceId);
   /// The same with the TV mode as the first argument.

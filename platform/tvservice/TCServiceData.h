@@ -96,12 +96,12 @@ class TCServiceData : public TCMarshalable {
 
   /// Creates a record with this content, in one block of memory. The caller deletes it like any other record.
   static TCServiceData* New(const Content& content);
-  /// Allocate a record, followed by the room that `New` requests.
+  /// Allocate and free the memory of a record, which is larger than the class if `New` created it.
   /// @{
   static void* operator new(std::size_t size);
   static void operator delete(void* record);
   /// @}
-  /// Replaces the record's content by a copy of this, which must not be its own.
+  /// Replaces the record's content with a copy of `content`, which must not be a view of this record.
   void Assign(const Content& content);
   /// Adds or replaces a field.
   /// @{
@@ -137,5 +137,5 @@ class TCServiceData : public TCMarshalable {
   int m_fieldRoom = 0;
   int m_unitCount = 0;
   int m_unitRoom = 0;
-  unsigned long long m_ids = 0;  ///< for each field, the bit with the number of its id modulo 64
+  unsigned long long m_ids = 0;  ///< bit n is set if a field whose id is n modulo 64 was added
 };

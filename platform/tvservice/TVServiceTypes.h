@@ -4,8 +4,8 @@
 #include "tvservice/TCMarshalable.h"
 
 /// @file
-/// Codes and records of the TV service. Only the numbers of codes are fixed; if a number has no name here, the type has
-/// no enumerator for it, and the number is used unchanged.
+/// Codes and records of the TV service. Only the numbers of codes are fixed. A number without a known name has no
+/// enumerator, and is used unchanged.
 
 /// The window of an interface.
 enum EProfile : int {

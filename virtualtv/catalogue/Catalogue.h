@@ -91,10 +91,10 @@ class Catalogue {
 
 /// The built-in catalogue: docs/commands.json. It lives as long as the program.
 const Catalogue& catalogue();
-/// A copy of it, for callers that need little of it for a short time.
+/// Reads the built-in catalogue anew, for callers that need it for a short time only.
 Catalogue readCatalogue();
 
-/// The names of its commands, in order, followed by those that take a parameter list.
+/// The names of the built-in catalogue's commands, in order, and the names of its commands that take a parameter list.
 std::vector<std::string> commandNames();
 std::vector<std::string> listCommandNames();
 

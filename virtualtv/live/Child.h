@@ -24,8 +24,9 @@ class Descriptor {
   int number_;
 };
 
-/// A child process, started without a shell. It ends with this object and with the thread that started it, so also when
-/// this process is killed. Its standard input is empty. It inherits no descriptors except those below.
+/// A child process, started without a shell. It is killed when this object is destroyed or when the thread that started
+/// it ends, and so also when this process is killed. Its standard input is empty. It inherits no descriptors except
+/// those below.
 class Child {
  public:
   /// @param program  its absolute path. @param input  becomes its descriptor 3; -1 for none.

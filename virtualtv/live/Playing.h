@@ -23,12 +23,12 @@ struct Playing {
   bool operator==(const Playing&) const = default;
 };
 
-/// Says why a window has no recording on its screen.
+/// A window shows no recording. The message says why.
 struct NothingPlays : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// @throws NothingPlays when there is none, StoreError when the service can't be read.
+/// What a window plays. @throws NothingPlays when it shows no recording, StoreError when the service can't be read.
 Playing playingOn(Tv& tv, WindowId window);
 
 }  // namespace virtualtv::live

@@ -18,7 +18,8 @@ namespace virtualtv::program {
 /// Prints on standard error what went wrong, in one line.
 void complain(const std::string& what);
 
-/// The program's directory beneath the path in an environment variable, else beneath HOME; nothing when neither is set.
+/// The program's directory beneath the path in the environment variable `variable`, or else at `beneathHome` in HOME;
+/// nothing when neither variable is set.
 std::optional<std::filesystem::path> ownDirectory(const char* variable, const char* beneathHome);
 
 /// The set that the arguments of the program request, and a session on it.

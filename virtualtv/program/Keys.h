@@ -12,7 +12,7 @@ namespace virtualtv::program {
 
 /// Reads the keys that a person types, for a line editor, and handles the signals that arrive meanwhile. A signal that
 /// ends or stops the program has its default effect, after the terminal settings were restored. When the program is
-/// resumed, the line is shown again. When no shell could resume the program, the system does not stop it, and reading
+/// resumed, the line is shown again. If no shell could resume the program, the system does not stop it, and reading
 /// continues.
 class Keys {
  public:
@@ -55,7 +55,7 @@ class Keys {
 
   EditLine* editor_;
   int end_;
-  termios before_{};   ///< the terminal's settings when this was made
+  termios before_{};   ///< the terminal's settings when this object was created
   int signals_ = -1;   ///< descriptor for reading signals
   std::string bytes_;  ///< bytes of an incomplete character
 };
