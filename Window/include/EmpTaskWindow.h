@@ -86,9 +86,9 @@ class CEmpTaskWindow {
   // EmpTaskWindow_Switch: switching the source
 
   /// Switches the window to a source and records it in the source keys. If the source is already shown, only corrects
-  /// keys that differ. In the picture-in-picture window, recording fails after the switch. For the seeks 6, 8 and 9
-  /// `eSource` is ignored and the source stored as previous is used. @return 1; 0 on failure, -1 without a
-  /// source-control proxy, which is not created here.
+  /// keys that differ. In the picture-in-picture window the source is switched, but recording it fails, so the result
+  /// is 0. For the seeks 6, 8 and 9 `eSource` is ignored and the source stored as previous is used. @return 1; 0 on
+  /// failure, -1 without a source-control proxy, which is not created here.
   int SetSource(_PL_WINDOW_Source eSource, _PL_WINDOW_SEEK nSeek);
   /// The same without a seek, but also switches to the first channel with a major number. A negative number means no
   /// channel. If the source is already shown, the channel does not change. The navigation proxy is not created here
@@ -122,8 +122,8 @@ class CEmpTaskWindow {
   /// Not supported. @return -1.
   int SetScreenRect_PosSizeMode(_PL_WINDOW_POSITION_MODE ePosMode, _PL_WINDOW_RECT_SIZE_MODE eSizeMode);
   /// Whether the window shows something: 0 no source, 1 a source, 3 no signal, 4 anything else. A missing source
-  /// control is created as by `SetWindow`, together with the source keys. @return 1; 0 when the source control can't be
-  /// created, -1 when the state can't be read, or -3.
+  /// control is created as by `SetWindow`, which also activates the window's source keys. @return 1; 0 when the source
+  /// control can't be created, -1 when the state can't be read, or -3.
   int GetState_Show(_PL_WINDOW_SHOW_STATE* peShowState);
 
   // EmpTaskWindow_Picture: what is done to the picture

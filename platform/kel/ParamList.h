@@ -11,7 +11,7 @@ namespace kel {
 class ParamList {
  public:
   ParamList();
-  /// A list of these.
+  /// A list with these parameters.
   explicit ParamList(std::vector<std::string> parameters);
 
   /// Number of parameters that the caller gave.

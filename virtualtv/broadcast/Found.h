@@ -23,7 +23,7 @@ struct FoundService {
   std::optional<ChannelNumber> number;
   Delivery delivery;
   bool isScrambled = false;
-  bool isCarried = false;  ///< carried in this stream; other services are only mentioned and have no tracks
+  bool isCarried = false;  ///< carried by a scanned stream; other services are only mentioned and have no tracks
   std::size_t file = 0;    ///< number of the stream with its tracks, counted from 1; 0 for none
   int video = 0;           ///< PID of its video there; 0 for none
   int videoType = 0;       ///< stream type of the video

@@ -42,8 +42,7 @@ struct FaultGone {
   bool withSet = false;  ///< it was removed because the set was switched off
 };
 
-/// A session has run a command. The happenings that it caused come before, with the same engine and number as the
-/// caller.
+/// A session has run a command. The happenings that the command caused were reported before, with the same caller.
 struct CommandRun {
   std::string session;              ///< its name
   std::string engine;               ///< the session's name for it

@@ -28,7 +28,7 @@ struct Fault {
   std::string engine;  ///< the key of the calling engine; empty for any
   Way way = Way::outputs;
   std::string result;                          ///< a number, or a text if the operation returns one
-  std::map<std::string, std::string> outputs;  ///< texts of the outputs to overwrite
+  std::map<std::string, std::string> outputs;  ///< the outputs to overwrite, as texts by name
   std::uint64_t nth = 1;                       ///< the first call to hit, counted from when the fault was set
   std::optional<std::uint64_t> times = 1;      ///< number of calls to hit; empty for all
   std::uint64_t seen = 0;                      ///< matching calls since the fault was set

@@ -14,7 +14,8 @@ namespace virtualtv {
 /// Describes a field to a person: `field 2 (PTC)`, `field 1003 (picture_width)`, `field 200`.
 std::string describeField(int fieldId);
 
-/// Checks that a field can have this number. @throws std::invalid_argument with the valid numbers when none can.
+/// Checks the number of a field. @throws std::invalid_argument, with the valid numbers, when no field can have this
+/// number.
 void requireFieldId(std::string_view written);
 
 bool takesNumber(int fieldId);

@@ -12,7 +12,7 @@ namespace virtualtv {
 /// The interfaces that the set has created, owned on behalf of the engines that requested them.
 class Interfaces {
  public:
-  /// Number of the next interface of a kind, counted from 1.
+  /// Assigns the number of the next interface of a kind, counted from 1.
   int next(const std::string& kind) { return ++made_[kind]; }
 
   /// Takes ownership of an interface until `owner` is released. @return the interface.

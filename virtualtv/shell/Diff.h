@@ -7,7 +7,7 @@
 
 namespace virtualtv::shell {
 
-/// A line of two texts laid side by side.
+/// A line of the comparison of two texts.
 struct DiffLine {
   enum class Kind : char { same = ' ', removed = '-', added = '+' };
   Kind kind;

@@ -10,7 +10,8 @@
 
 namespace virtualtv::shell {
 
-/// The files that a session can use. A failure throws std::runtime_error `cannot read NAME: REASON`, or `write`.
+/// The files that a session can use. On failure, `read` and `readBlocks` throw std::runtime_error `cannot read NAME:
+/// REASON`, and `save` throws `cannot write NAME: REASON`.
 class FileAccess {
  public:
   FileAccess() = default;

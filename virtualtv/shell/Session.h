@@ -66,8 +66,8 @@ class Session {
   /// Runs a plug-in command as `device::Session::execute` does. When there are too many parameters, and the command
   /// takes a list, the error says how to pass one.
   bool execute(const std::vector<std::string>& words, bool list, std::string& ret);
-  /// The last command that ran, from any source, in the form in which it is typed. Empty when none has run yet, or when
-  /// the device no longer holds it.
+  /// The last command that this session has run, as an input or for a client's call, in the form in which it is typed.
+  /// Empty when none has run yet, or when the device no longer holds it.
   const std::string& lastCommand();
   const device::Deed& lastDeed();
   bool trace = false;       ///< print the calls of each step
