@@ -31,8 +31,8 @@ Result Try(Result failed, Call call, int level = kFailure) {
   return failed;
 }
 
-/// Makes a call after whose ordinary failure the caller continues. @return false when the call throws: the caller must
-/// then fail.
+/// Makes a call for a caller that continues after an ordinary failure of the call. @return false when the call throws:
+/// the caller must then fail.
 template <typename Call>
 bool Reach(Call call) {
   return Try(false, [&] {

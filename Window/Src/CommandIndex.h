@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 
-// Finding a command's row by its name without looking at the others. Used by the command table.
+// Finds a command's row by its name, without a walk through the table. Used by the command table.
 
 namespace kel {
 

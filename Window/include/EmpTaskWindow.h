@@ -99,7 +99,7 @@ class CEmpTaskWindow {
   /// Leaves the window without a source of the TV service, and records 43. @return true on success.
   bool DisconnectSource();
 
-  // EmpTaskWindow_Screen: where the picture stands
+  // EmpTaskWindow_Screen: where the picture is
   //
   // Applications use the plug-in's space of 960 x 540; the TV service uses the base screen.
 

@@ -13,7 +13,7 @@ struct MVPDAudio {
 
 /// One subtitle or teletext page of what the secondary TV stack shows.
 struct DVBSubtitleInfo {
-  unsigned int index;  ///< position among those of its kind
+  unsigned int index;  ///< position, from 0, through all three kinds
   unsigned int lang;   ///< language code
 };
 

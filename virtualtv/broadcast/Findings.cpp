@@ -220,7 +220,7 @@ std::map<int, StreamId> Findings::idsOfStreams() const {
   return ids;
 }
 
-/// How a stream is sent. If no table says so, its antenna is that of another stream.
+/// How a stream is sent. If no table says, its antenna is the one that a network has given last.
 Delivery Findings::deliveryOf(const ServiceName& name) const {
   const auto sent = streams_.find(name.stream);
   if (sent != streams_.end() && sent->second.delivery) return *sent->second.delivery;

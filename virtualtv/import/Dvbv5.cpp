@@ -20,7 +20,7 @@ namespace virtualtv::import {
 
 namespace {
 
-/// Keys of which the last value in a section counts.
+/// Keys with one value in a section. If a key is repeated, its last value counts.
 enum Key : std::size_t {
   CHANNEL,
   SERVICE_ID,

@@ -154,7 +154,7 @@ struct Grammar {
     exec = program.add_subcommand("exec", "run one plug-in command: exec [--raw] [--] NAME ARGS...");
     exec->add_flag("--raw", wishes.raw, "print the bare reply");
     exec->footer(execNotes);
-    exec->allow_extras();  // for an error message that says whose an unknown option is
+    exec->allow_extras();  // so that `wantCommand` reports an unknown option
     check = program.add_subcommand("check", "run transcripts on a fresh set in memory and compare");
     check->add_option("FILE", wishes.check.files, "transcripts")->required()->check(notEmpty("a file"));
     check->add_flag("--update", wishes.check.update, "write the actual output into the transcripts");

@@ -19,10 +19,10 @@ struct ServeWishes {
   std::string listen = "127.0.0.1:8090";
   std::vector<std::string> origins;
   std::vector<std::string> hosts;
-  std::string token;                    ///< the file that contains it; likewise below
-  std::string files;                    ///< the directory that clients may use
-  std::string snapshot;                 ///< file to start the set from
-  std::string record;                   ///< file to create and to record to
+  std::string token;                    ///< the file that contains the token; empty for none
+  std::string files;                    ///< the directory that clients may use; empty for none
+  std::string snapshot;                 ///< the snapshot to start the set from; empty for none
+  std::string record;                   ///< the file to create and record to; empty for none
   std::vector<std::string> recordings;  ///< recordings whose services the set starts with
   bool fresh = false;
   bool untilEof = false;

@@ -43,8 +43,8 @@ std::string print(Number value) {
   }
 }
 
-/// Called before each field of a record is set. @param before  the record so far. @param number  the number as written;
-/// nothing when the value is a text between double quotes. To refuse the field, it throws; `parse` passes the exception
+/// Called before each field of a record is set, with the record so far in `before`. `number` is the number as written,
+/// or nothing when the value is a text between double quotes. Throws to refuse the field; `parse` passes the exception
 /// on.
 using FieldCheck =
     std::function<void(const TCServiceData& before, int fieldId, std::optional<std::string_view> number)>;

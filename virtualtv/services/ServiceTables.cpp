@@ -211,7 +211,8 @@ ServiceTables::ServiceTables(Database& database)
       readFootage_(database, "SELECT path, video, type, trusted FROM recording WHERE service = ?", reading),
       readFavourites_(database, "SELECT number, member FROM favourite WHERE service = ?", "read favourites") {}
 
-/// Adds the rows of `service`, to which those of other tables refer. @return the services that have other fields too.
+/// Adds the rows of the table `service`, to which the rows of all other tables refer. @return the services that also
+/// have fields without a column.
 std::vector<KeyedService> ServiceTables::insertFields(std::span<const KeyedService> services) {
   std::vector<KeyedService> others;
   Batch rows(insert_, services.size());
