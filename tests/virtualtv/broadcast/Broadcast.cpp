@@ -147,7 +147,7 @@ Scan scan(const Blob& bytes, std::size_t block) {
   Scanner scanner;
   if (block == 0) block = bytes.size();
   for (std::size_t at = 0; at < bytes.size(); at += block) {
-    // A copy, so that the sanitizer sees who reads beyond it.
+    // Scan a copy of the block, so that the sanitizer reports a read beyond its end.
     const Blob part(bytes.begin() + static_cast<std::ptrdiff_t>(at),
                     bytes.begin() + static_cast<std::ptrdiff_t>(std::min(at + block, bytes.size())));
     scanner.feed(part);

@@ -21,13 +21,13 @@ Blob operator+(Blob front, const Blob& back);
 /// A number of that many bytes, the most significant one first.
 Blob number(std::uint64_t value, int bytes);
 Blob text(const std::string& text);
-/// Prefixes the bytes by their length in one byte.
+/// Prefixes the text with its length in one byte.
 Blob counted(const std::string& words);
 Blob descriptor(int tag, const Blob& body);
-/// Prefixes the bytes by their length in 12 bits.
+/// Prefixes the descriptors with their length in 12 bits.
 Blob loop(const Blob& descriptors);
 
-/// A whole section. @param length  overrides the length in its head.
+/// Fields in the header of a section.
 struct Head {
   int version = 0;
   int section = 0;
@@ -35,7 +35,7 @@ struct Head {
   bool isCurrent = true;
 };
 Blob section(int table, int extension, const Blob& body, const Head& head = {});
-/// A section with the right checksum.
+/// Appends the checksum to a section.
 Blob sealed(Blob content);
 
 Blob programs(int stream, const std::vector<std::pair<int, int>>& maps, const Head& head = {});
@@ -45,7 +45,7 @@ Blob described(int program, int type, const std::string& provider, const std::st
 Blob services(int stream, int network, const Blob& services, bool isActual = true, const Head& head = {});
 Blob sent(int stream, int network, const Blob& descriptors);
 Blob networkTable(const std::string& name, const Blob& streams, bool isActual = true);
-/// Events: section 0 has the present event, section 1 the following one.
+/// A section of an event table. @param place  0 for the section of the present event, 1 for that of the following one.
 Blob events(int program, int stream, int network, int place, const Blob& events);
 Blob language(const std::string& letters, int type);
 
@@ -57,10 +57,10 @@ class Stream {
 
   /// Appends the packets of a section.
   Stream& add(int pid, const Blob& section);
-  /// Appends a packet with this payload, which is filled up.
+  /// Appends a packet with this payload, padded to the packet's size.
   Stream& packet(int pid, Blob payload, bool starts, int scrambling = 0);
   Stream& filler(int count);
-  /// Advances the counter of a PID's next packet by this number.
+  /// Skips this number of packets in the counter of a PID.
   Stream& lose(int pid, int packets);
 
   Blob bytes;
@@ -80,7 +80,7 @@ virtualtv::broadcast::Scan scan(const Blob& bytes, std::size_t block = 0);
 virtualtv::broadcast::FoundService only(const Blob& bytes);
 /// `at: reason` of each problem.
 std::vector<std::string> problems(const virtualtv::broadcast::Scan& scan);
-/// The scan as a document in one line.
+/// The scan as a document on one line.
 std::string document(const virtualtv::broadcast::Scan& scan);
 
 }  // namespace broadcast_tests

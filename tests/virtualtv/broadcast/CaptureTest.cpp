@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Captures that are no part of this tree, read by the scanner, and compared with what programs that others wrote read
-// there.
+// Scans real captures and compares the services with those that third-party programs find in the same files. The
+// captures are not part of this tree.
 #include <gtest/gtest.h>
 #include <json/json.h>
 
@@ -19,7 +19,7 @@ namespace {
 using virtualtv::broadcast::FoundService;
 using virtualtv::broadcast::Scan;
 
-/// They lie beside the channel lists that people really have: the variable names the folder of those.
+/// Finds the captures in the folder `captures`, next to the folder of channel lists that the variable names.
 class RealCapture : public testing::Test {
  protected:
   void SetUp() override {
@@ -80,8 +80,8 @@ TEST_F(RealCapture, ThatIsDamagedIsReadAsFarAsItIsSound) {
   const Scan found = scan(bytes, 1000);
   EXPECT_GE(found.packets, 290U);
   EXPECT_GT(found.problems.count(), 0U);
-  EXPECT_EQ(found.services.size(), 0U);  // it has neither a table of programs nor of services
-  // What is put in front of it and behind it is found.
+  EXPECT_EQ(found.services.size(), 0U);  // it has neither a program table nor a service table
+  // A sound stream before or after the damaged one is found.
   const Blob sound = oneService().bytes;
   const Scan whole = scan(sound + bytes);
   ASSERT_EQ(whole.services.size(), 1U);

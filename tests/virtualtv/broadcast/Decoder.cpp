@@ -10,7 +10,7 @@
 
 extern "C" {
 #include <dvbpsi/dvbpsi.h>
-// The headers need the one above.
+// These headers rely on the one above.
 #include <dvbpsi/demux.h>
 #include <dvbpsi/descriptor.h>
 #include <dvbpsi/dr.h>
@@ -25,7 +25,7 @@ namespace broadcast_tests {
 
 namespace {
 
-using Key = std::pair<int, int>;  ///< transport stream, program
+using Key = std::pair<int, int>;  ///< transport stream and program
 
 struct Told {
   int network = -1;
@@ -56,7 +56,7 @@ void each(Item* first, Take take) {
   for (; first != nullptr; first = first->p_next) take(*first);
 }
 
-/// One decoder of the library for each PID with tables.
+/// The library's decoders, one for each PID with tables.
 class Library {
  public:
   Library() {
@@ -79,7 +79,7 @@ class Library {
   }
 
   std::map<Key, Told> told;
-  std::map<Key, int> numbers;  ///< under which viewers know them
+  std::map<Key, int> numbers;  ///< the numbers by which viewers know them
 
  private:
   dvbpsi_t* handle(int pid) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Streams that somebody made to harm: all of them are read, what is kept is bounded, and what is left out is told.
+// Streams made to do harm: the scanner reads all of them, limits what it keeps, and reports what it leaves out.
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -16,7 +16,7 @@ using virtualtv::broadcast::Scanner;
 constexpr int pidCount = 8192;
 constexpr std::size_t megabyte = 1'000'000;
 
-/// What a scanner has allocated after each of many parts; the blocks of the parts are not counted.
+/// Feeds a scanner and measures the memory that it holds after each part. The parts themselves are not counted.
 class Load {
  public:
   void feed(const Stream& stream) {
@@ -118,7 +118,7 @@ TEST(Hostile, DescriptorsThatRunOverHurtNothing) {
       Stream stream;
       stream.add(0x00, programs(2, {{1, 100}}));
       for (std::size_t length = 0; length < 90; ++length) stream.add(pid, section(table, 1, Blob(length, fill)));
-      EXPECT_GE(scan(stream.bytes).packets, 91U);  // the sanitizers see what goes beyond its end
+      EXPECT_GE(scan(stream.bytes).packets, 91U);  // the sanitizers report reads beyond the end
     }
   }
 }

@@ -20,7 +20,7 @@ std::string textOf(const Service& service, int field) {
   return found == service.texts.end() ? "" : virtualtv::text::toUtf8(found->second);
 }
 
-/// The numbers of services in a network that says this of them.
+/// The numbers of services in a network whose table holds these numbers.
 std::vector<std::uint64_t> numbersOf(const Blob& numbers) {
   Stream stream;
   stream.add(0x11, services(2, 3, described(1, 1, "", "A") + described(2, 1, "", "B") + described(3, 1, "", "C")));

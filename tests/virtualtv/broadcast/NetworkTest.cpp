@@ -9,7 +9,7 @@ namespace {
 using virtualtv::broadcast::Delivery;
 using virtualtv::broadcast::FoundService;
 
-/// The service in a network that says this of its stream.
+/// A service whose stream has these descriptors in the network's table.
 FoundService sentWith(const Blob& descriptors) {
   return only(oneService().add(0x10, networkTable("Coasts", sent(2, 3, descriptors))).bytes);
 }
@@ -42,7 +42,7 @@ TEST(Network, NumbersItsServicesByTheFirstOfTheListsOfTheNorth) {
   EXPECT_EQ(channel(sentWith(north + descriptor(0x87, first + second) + plain)), "30");
   EXPECT_EQ(channel(sentWith(north + plain + descriptor(0x87, {1, 0, 's', 'w', 'e', 0}))), "21");
   EXPECT_EQ(channel(sentWith(north + plain + descriptor(0x87, {1, 200, 's', 'w'}))), "21");
-  EXPECT_EQ(channel(sentWith(plain + descriptor(0x87, first))), "21");  // of whom, nobody says
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x87, first))), "21");  // no descriptor says whose list it is
   EXPECT_EQ(channel(sentWith(north + descriptor(0x87, {1, 0, 's', 'w', 'e', 4, 0, 1, 0x7C, 5}))), "5 hidden");
 }
 
@@ -52,11 +52,11 @@ TEST(Network, GivesProgramsInHighDefinitionTheNumbersOfTheirSimulcast) {
   EXPECT_EQ(channel(sentWith(plain + simulcast)), "1");
   EXPECT_EQ(channel(sentWith(simulcast + plain)), "1");
   EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 1, 0x7C, 1}))), "1 hidden");
-  EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 2, 0xFC, 1}))), "101");  // of another program
+  EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 2, 0xFC, 1}))), "101");  // for another program
   EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 1, 0xFC, 0}))), "101");  // no number
   EXPECT_EQ(channel(sentWith(plain + descriptor(0x88, {0, 1, 0xFC}))), "101");     // cut off
   const Blob north = descriptor(0x5F, {0, 0, 0, 0x29});
-  EXPECT_EQ(channel(sentWith(north + descriptor(0x83, {0, 1, 0xC0, 101}) + simulcast)), "101");  // means nothing there
+  EXPECT_EQ(channel(sentWith(north + descriptor(0x83, {0, 1, 0xC0, 101}) + simulcast)), "101");  // meaningless there
 }
 
 TEST(Network, SendsTerrestrially) {
@@ -130,7 +130,7 @@ TEST(Network, MayBeOnAPidOfItsOwn) {
   EXPECT_EQ(channel(only(stream.bytes)), "21");
 }
 
-// Numbers of American broadcasts.
+// Channel numbers of American broadcasts.
 
 Blob channelOf(const std::string& name, int major, int minor, int program, int flags, const Blob& descriptors = {}) {
   Blob units;

@@ -38,7 +38,7 @@ TEST(Packet, MayComeInBlocksOfAnySize) {
 TEST(Packet, IsFoundWhereverTheStreamStarts) {
   const Blob bytes = newsIn(Stream());
   for (std::size_t more = 1; more < 188; ++more) {
-    const Blob front = Blob(more, 0x47);  // bytes that look like starts of packets
+    const Blob front = Blob(more, 0x47);  // bytes that look like the starts of packets
     EXPECT_EQ(document(scan(front + bytes)), news) << more;
     EXPECT_EQ(document(scan(Blob(more, 0x00) + bytes, 100)), news) << more;
   }
@@ -78,7 +78,7 @@ TEST(Packet, WithTransmissionErrorsIsLeftOutAndTold) {
   Blob bytes = newsIn(Stream());
   for (const int at : {2, 4, 5}) bytes[static_cast<std::size_t>(at) * 188 + 1] |= 0x80;
   const auto found = scan(bytes);
-  EXPECT_EQ(found.services.front().name, "");  // it was in the third packet
+  EXPECT_EQ(found.services.front().name, "");  // the name was in the third packet
   EXPECT_EQ(problems(found),
             std::vector<std::string>{"packet 3: 3 packets with transmission errors, left out; the first one here"});
 }
@@ -86,7 +86,7 @@ TEST(Packet, WithTransmissionErrorsIsLeftOutAndTold) {
 TEST(Packet, ThatIsMissingIsTold) {
   Stream stream = oneService();
   stream.lose(101, 0).packet(101, {}, false).lose(101, 3).packet(101, {}, false).packet(101, {}, false);
-  stream.lose(102, 1).packet(102, {}, false);  // the first of a PID may count as it likes
+  stream.lose(102, 1).packet(102, {}, false);  // the counter of a PID may start anywhere
   EXPECT_EQ(problems(scan(stream.bytes)), std::vector<std::string>{"packet 5: PID 101: 1 gap between packets"});
 }
 

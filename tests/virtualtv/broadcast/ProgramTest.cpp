@@ -10,7 +10,7 @@ namespace {
 using virtualtv::textOf;
 using virtualtv::broadcast::FoundService;
 
-/// Program 1 with these streams, and no description.
+/// Program 1 with these streams, without an entry in a service table.
 FoundService with(const Blob& streams, const Blob& descriptors = {}) {
   return only(Stream().add(0x00, programs(2, {{1, 100}})).add(100, programMap(1, streams, descriptors)).bytes);
 }
@@ -53,7 +53,7 @@ TEST(Program, HasAudioForThoseWhoSeeOrHearLess) {
   EXPECT_EQ(audio(elementary(0x06, 300, descriptor(0x6A, {0x80, 0x10}) + language("eng", 0))), "300:eng:ac3:0:3");
   EXPECT_EQ(audio(elementary(0x06, 300, descriptor(0x7A, {0x80, 0x18}))), "300:und:eac3:0:2");
   EXPECT_EQ(audio(elementary(0x06, 300, descriptor(0x7A, {0x00, 0x18}))), "300:und:eac3:0:0");
-  // Supplementary audio: what it is for, then a language.
+  // Supplementary audio: its purpose, then a language.
   const Blob described = descriptor(0x7F, Blob{0x06, 0x01 << 2 | 0x83} + text("cym"));
   EXPECT_EQ(audio(elementary(0x0F, 300, described)), "300:cym:aac:0:3");
   EXPECT_EQ(audio(elementary(0x0F, 300, language("eng", 0) + described)), "300:eng:aac:0:3");

@@ -10,7 +10,7 @@ using virtualtv::broadcast::checksum;
 
 TEST(Section, HasTheChecksumOfItsStandard) {
   const Blob digits = text("123456789");
-  EXPECT_EQ(checksum(digits), 0x0376E6E7U);  // what tables of checksums give for CRC-32/MPEG-2
+  EXPECT_EQ(checksum(digits), 0x0376E6E7U);  // the published check value of CRC-32/MPEG-2
   EXPECT_EQ(checksum(sealed(digits)), 0U);
 }
 
@@ -65,7 +65,7 @@ TEST(Section, OfANewVersionCountsFromThenOn) {
 
 TEST(Section, WithALengthThatCannotBeIsLeftOutAndTold) {
   Stream stream = oneService();
-  const Blob inner{0, 2, 0xC1, 5, 4, 0, 3, 0xFF};  // section 5 of 4
+  const Blob inner{0, 2, 0xC1, 5, 4, 0, 3, 0xFF};  // section 5, where 4 is the last one
   stream.add(0x11, sealed(Blob{0x42} + number(0xB000 | (inner.size() + 4), 2) + inner));
   stream.add(0x11, Blob{0x42, 0xB0, 0x03, 1, 2, 3});
   EXPECT_EQ(

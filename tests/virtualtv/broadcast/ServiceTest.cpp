@@ -80,7 +80,7 @@ TEST(FoundService, WithoutADescriptionHasWhatItsTablesTell) {
 }
 
 TEST(FoundService, HasWhatIsOn) {
-  // 1993-10-13 12:45:00, one hour and a half: the example that every table of days has.
+  // 1993-10-13 12:45:00, for an hour and a half: the usual example of a modified Julian date.
   const Blob when{0xC0, 0x79, 0x12, 0x45, 0x00, 0x01, 0x30, 0x00};
   const auto event = [&](const std::string& name, const std::string& words) {
     return number(77, 2) + when + loop(descriptor(0x4D, text("eng") + counted(name) + counted(words)));

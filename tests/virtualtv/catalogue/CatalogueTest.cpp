@@ -96,7 +96,7 @@ TEST(Catalogue, CommandsThatTakeAListStandApart) {
   EXPECT_EQ(catalogue.findList("GetInput"), nullptr);
 }
 
-/// What a document is refused with; empty when it is not.
+/// The error for a document; empty when the document is accepted.
 std::string refusal(const std::string& document) {
   try {
     const Catalogue catalogue(document);
@@ -131,7 +131,7 @@ TEST(BuiltInCatalogue, KnowsTheCommandsOfThePlugIn) {
   EXPECT_EQ(catalogue.find("NoSuchCommand"), nullptr);
 }
 
-/// The commands that are built in, in all their forms.
+/// The built-in commands, with their parameter-list forms.
 std::vector<CatalogueCommand> allForms() {
   const Catalogue& catalogue = virtualtv::catalogue();
   std::vector<CatalogueCommand> all = catalogue.commands();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a list brings is given back by an export in the same format, and imported again as it was.
+// A list that is exported in its own format and imported again gives the same services.
 #include "channels/ExportList.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,8 @@ class Export : public ::testing::Test {
     tv.emplace(storage.emplace());
     return importServices(*tv, "list", content, {format == nullptr ? nullptr : import::formatNamed(format), ""});
   }
-  /// Writes the list in each format, and reads that: what is lost is lost once, and never without being told.
+  /// Exports the list in each format and imports the result. Whatever a format loses is reported, and a second export
+  /// loses nothing more.
   void holds(const std::string& list) {
     for (const char* format : {"vdr", "dvbv5", "m3u", "json"}) {
       import(list);
@@ -178,7 +179,7 @@ TEST_F(Export, OfEachRealListIsImportedAsItWas) {
   }
 }
 
-/// Lines of lists with random values.
+/// A list with random values, in a random format.
 std::string randomList(std::mt19937& random) {
   const auto below = [&](unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(random); };
   const auto text = [&](unsigned limit) { return std::to_string(below(limit)); };
@@ -228,7 +229,7 @@ TEST_F(Export, OfRandomListsIsImportedAsItWas) {
     for (int round = 0; round < 30 && !HasFailure(); ++round) {
       const std::string list = randomList(random);
       SCOPED_TRACE(list);
-      if (import::recognise(list) == nullptr) {  // its only lines are comments
+      if (import::recognise(list) == nullptr) {  // it consists of comments
         EXPECT_TRUE(list.starts_with('#'));
         continue;
       }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is told of an import: counts in words, problems, and what was wrong with it.
+// The report of an import: counts in words, problems, and errors.
 #include "channels/ImportList.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pages of services: what a query selects, in which order, and which part of that a page shows.
+// Pages of services: which services a query selects, in which order, and which of them a page shows.
 #include "channels/Search.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 
 class ServiceSearch : public ::testing::Test {
  protected:
-  /// Adds a service; list order is that of the ids.
+  /// Adds a service. The list is in the order of the ids.
   ServiceKey add(std::uint64_t id, std::u16string name, EAntennaMode antenna, ServiceKind kind) {
     Service service = serviceOf(id, static_cast<int>(id));
     service.texts[TCServiceData::CHANNEL_NAME] = std::move(name);

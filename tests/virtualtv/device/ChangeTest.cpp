@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every change of the set is an event that says what it was before and what it is behind it: whoever begins with a copy
-// of the set and does to it what the events say has the same set.
+// Every change of the set is an event with the old and the new value: a copy of the set that applies all events stays
+// equal to the set.
 #include <algorithm>
 #include <functional>
 #include <iterator>
@@ -18,7 +18,7 @@ namespace {
 
 class ChangeTest : public DeviceTest {
  protected:
-  /// Has the copy follow what has happened, and compares. @return how many changes there were.
+  /// Applies what has happened to the copy, and compares it with the set. @return the number of changes.
   std::size_t follow(const std::string& what) {
     std::size_t count = 0;
     for (const auto& happening : feed->take().happenings) {
@@ -31,10 +31,10 @@ class ChangeTest : public DeviceTest {
     return count;
   }
 
-  /// Makes the set one on which each verb changes something.
+  /// Prepares a set on which each verb changes something.
   void furnish() {
     device().reset();
-    follow("a reset");  // before the services change once more: the copy reads their list when it has become another
+    follow("a reset");  // the copy reads the services only now, so it has to follow before they change again
     tv().tune(WindowId::main, 1);
     tv().setAudioTracks(1, {{.pid = 1}, {.pid = 2}});
     tv().setSubtitleTracks(1, {{.pid = 3}});
@@ -50,7 +50,7 @@ class ChangeTest : public DeviceTest {
   Replica replica{tv()};
 };
 
-/// Two texts that a knob takes, by the words that say what it takes.
+/// Two valid texts for each kind of knob, by the knob's description of its values.
 const std::map<std::string, std::pair<std::string, std::string>> texts{
     {"number", {"1", "2"}},
     {"number or auto", {"4", "auto"}},
@@ -67,7 +67,7 @@ const std::map<std::string, std::pair<std::string, std::string>> texts{
     {"number, text or unset", {"1", "unset"}},
 };
 
-/// The name of a knob with something in place of its parts in capitals.
+/// Replaces the parts of a knob's name that are in capitals by examples.
 std::string filledIn(std::string name) {
   for (const auto& [part, value] : {std::pair("WINDOW", "pip"), std::pair("SOURCE", "13"), std::pair("FIELD", "major"),
                                     std::pair("ID", "#1"), std::pair("OPERATION", "IService::FindService")}) {
@@ -96,7 +96,7 @@ TEST_F(ChangeTest, EachKnobThatIsTurnedIsTold) {
 
 TEST_F(ChangeTest, EachFieldOfAServiceThatIsSetIsTold) {
   for (const KnownField& field : knownFields()) {
-    if (field.id == TCServiceData::SERVICE_ID) continue;  // by which windows show it
+    if (field.id == TCServiceData::SERVICE_ID) continue;  // windows refer to a service by its id
     const std::string name = field.name;
     const bool isText = field.kind == FieldKind::text;
     tv().setField(1, field.id, std::monostate());
@@ -127,7 +127,7 @@ TEST_F(ChangeTest, EachSettingsKeyThatIsSetOrRemovedIsTold) {
   }
 }
 
-/// A verb, and whether doing it again changes the set again.
+/// A verb, and whether repeating it changes the set again.
 struct Verb {
   const char* name;
   std::function<void(Tv&)> act;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a device tells its subscribers: each change, each engine, each fault; and nothing that nobody wants.
+// What a device tells its subscribers: each change, each engine, each fault; and nothing without subscribers.
 #include "virtualtv/device/DeviceTest.h"
 
 #include <algorithm>
@@ -97,7 +97,7 @@ TEST_F(DeviceTest, ARestartTellsWhatIsAnotherBehindItAndTheRevisionGoesOn) {
   EXPECT_GT(device().revision(), last);
 }
 
-// What is done from outside.
+// Actions from outside.
 
 TEST_F(DeviceTest, ActsAreToldToThoseWhoWantThemAsTheyWereAskedFor) {
   const auto acts = device().subscribe({.acts = true});

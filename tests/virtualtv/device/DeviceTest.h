@@ -23,7 +23,7 @@ class DeviceTest : public ::testing::Test {
   Device& device() { return television.device; }
   Tv& tv() { return television.tv(); }
 
-  /// What has happened since the last time, of one kind.
+  /// The events of one kind since the previous call; it drops the other events.
   template <typename Kind>
   std::vector<Kind> happened() {
     std::vector<Kind> found;
@@ -33,7 +33,7 @@ class DeviceTest : public ::testing::Test {
     return found;
   }
 
-  /// The reply of a command as a number.
+  /// Runs a command. @return its reply as a number.
   static int number(Session& session, std::vector<std::string> words);
 
   support::Assembly<kel::CEmpAppWindow> television;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The last commands: all that each did, and the set as it was behind it.
+// The last commands: everything that each of them did, and the set as it was after it.
 #include "device/History.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// A set as it was when a command had run.
+/// The set as it was after a command.
 struct Taken {
   Json::Value document;
   TvState state;
@@ -60,7 +60,7 @@ class HistoryTest : public DeviceTest {
   Session session{device(), "one"};
 };
 
-/// A list of so many services, whose names tell which list it is.
+/// A list of `count` services. Their names tell which list they are from.
 std::vector<Service> listOf(int count, const std::u16string& name) {
   std::vector<Service> services;
   for (int at = 1; at <= count; ++at) {
@@ -202,7 +202,7 @@ TEST_F(HistoryTest, HoldsNoCommandThatTakesMoreThanItsBytes) {
   EXPECT_EQ(history().bytes(), 0U);
 }
 
-/// It must not tell of services that it has lost.
+/// A history that went on would claim to know services that it has lost.
 TEST_F(HistoryTest, BeginsAnewWhereServicesCouldNotBeHeld) {
   device().remember();
   const std::uint64_t first = run(session, {"GetTVMode"});
@@ -232,7 +232,7 @@ TEST_F(HistoryTest, TellsOfTheCommandsOfAllSessionsInTheirOrder) {
   expectHeld(second, behindSecond);
 }
 
-/// Walks at random through commands of two sessions and whatever else can be done to a set.
+/// Runs random commands in two sessions, between other random actions on the set.
 class RandomHistory : public HistoryTest, public ::testing::WithParamInterface<unsigned> {
  protected:
   RandomHistory() { device().remember({.commands = 60}); }
@@ -302,7 +302,7 @@ class RandomHistory : public HistoryTest, public ::testing::WithParamInterface<u
     return *std::next(taken.begin(), below(static_cast<int>(taken.size())));
   }
 
-  /// Commands behind it run as on a set that was restored.
+  /// Goes back to a command. The commands after that have to answer as on a set restored from a snapshot.
   void goBack() {
     const auto& [number, then] = any();
     const std::uint64_t revision = device().revision();

@@ -12,7 +12,7 @@ namespace virtualtv::device {
 
 namespace {
 
-/// Puts one value in place of another. @return false when another stood there.
+/// Replaces a value. @return false when the old value was not the expected one.
 template <typename Value>
 bool replace(Value& held, const Value& before, const Value& after) {
   return std::exchange(held, after) == before;
@@ -57,7 +57,7 @@ bool turn(TvState& state, const KnobChanged& change) {
   if (change.name == "country") return replaceNumber(state.country, change);
   if (change.name == "tuner.fade") return replaceNumber(state.fade, change);
   if (change.name == "clock") return replaceNumber(state.clock, change);
-  return change.name.starts_with("latency.");  // which is no part of the state
+  return change.name.starts_with("latency.");  // latencies are not part of the state
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ class Replica {
  public:
   explicit Replica(Tv& tv);
 
-  /// Applies a change to the copy. @param tv  read for the services when their list was replaced. @return false when
-  /// the old value in the change differs from the copy.
+  /// Applies a change to the copy. @param tv  the set; its services are read when the whole list was replaced. @return
+  /// false when the old value in the change differs from the copy.
   bool apply(const Change& change, Tv& tv);
 
   /// The differences from the set, in words; empty when there are none.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Four clients on four threads share one device, with restarts and resets between their commands.
+// Four clients on four threads share one device. They send commands, restarts and resets.
 #include <atomic>
 #include <random>
 #include <thread>
@@ -13,7 +13,7 @@ namespace {
 constexpr int clients = 4;
 constexpr int steps = 150;
 
-/// What a client does, from a thread of its own.
+/// A client's actions, on a thread of its own.
 class Client {
  public:
   Client(Device& device, int number)
@@ -32,7 +32,7 @@ class Client {
     feed_.reset();
   }
 
-  int wrong = 0;      ///< replies that are none
+  int wrong = 0;      ///< replies that can't be decoded
   int backwards = 0;  ///< revisions that went back
 
  private:

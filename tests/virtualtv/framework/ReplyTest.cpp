@@ -22,7 +22,7 @@ Reply unicode(std::u16string units) {
   return {Kind::unicode, 0, {}, std::move(units)};
 }
 
-/// Undoes the escapes of one line of a block.
+/// Decodes the escapes in one line of a block.
 std::string unescaped(std::string_view line) {
   std::string text;
   for (std::size_t at = 0; at < line.size(); ++at) {
@@ -36,7 +36,7 @@ std::string unescaped(std::string_view line) {
   return text;
 }
 
-/// Reads an ascii reply back from what a transcript shows of it, following the description of `show`.
+/// Decodes an ascii reply from its form in a transcript, following the description of `show`.
 std::string readAscii(std::string_view shown) {
   if (shown == "ascii") return "";
   if (!shown.starts_with("ascii |\n")) return std::string(shown.substr(6));

@@ -30,7 +30,7 @@ std::vector<std::pair<int, int>> audio(const Service& service) {
   return tracks;
 }
 
-/// The problem of a section that is all right but for `more`.
+/// The problem of a section that is valid except for `more`.
 std::string problem(const std::string& more) {
   return problemOf("dvbv5", section("A", more));
 }

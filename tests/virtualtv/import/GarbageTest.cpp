@@ -11,7 +11,7 @@ namespace {
 void checkProblems(const virtualtv::import::Format& format, const virtualtv::import::Problems& problems) {
   int line = 0;
   for (const auto& problem : problems.kept()) {
-    if (!problem.line) {  // of a bouquet, or a list without lines
+    if (!problem.line) {  // the problem is in a bouquet, or the list has no lines
       EXPECT_TRUE(format.name == "lamedb" || format.name == "json") << format.name;
       continue;
     }
@@ -24,7 +24,7 @@ void checkProblems(const virtualtv::import::Format& format, const virtualtv::imp
   }
 }
 
-/// Reads it as any format, and checks what holds for every result.
+/// Reads the content in each format, and checks what holds for every result.
 void readAll(const std::string& content) {
   virtualtv::import::recognise(content);
   for (const auto& format : virtualtv::import::formats()) {
@@ -39,7 +39,7 @@ void readAll(const std::string& content) {
   }
 }
 
-/// A seed that stays the same, and a fresh one; either is shown when a test fails.
+/// A fixed seed and a random one. A failing test prints its seed.
 std::vector<unsigned> seeds() {
   return {20240229U, std::random_device{}()};
 }
@@ -48,7 +48,7 @@ std::size_t below(std::mt19937& random, std::size_t limit) {
   return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
 }
 
-/// A list of both formats' lines, with bytes changed, left out, doubled and cut.
+/// A list of random lines from all formats, with bytes changed, removed, repeated and cut off.
 std::string mutated(std::mt19937& random) {
   static const std::vector<std::string> pieces{
       VdrLine{}.text(),

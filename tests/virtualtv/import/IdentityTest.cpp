@@ -86,7 +86,7 @@ TEST(ServiceId, IsNeverZeroNorAllOnes) {
 }
 
 TEST(ChannelType, HasACounterpartForEveryAntennaAndKind) {
-  // The channel types of the TV service that web pages have a number for, and that a lookup by number compares.
+  // The channel types of the TV service that have a number for web pages, and that a lookup by number compares.
   const std::set<int> comparable{1, 2, 3, 4, 5, 6, 7, 8, 9};
   std::set<int> radioAndData;
   for (const EAntennaMode antenna : {ANTENNA_TERRESTRIAL, ANTENNA_CABLE, ANTENNA_SATELLITE}) {

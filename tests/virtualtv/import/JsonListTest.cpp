@@ -10,7 +10,7 @@ using virtualtv::Service;
 using Data = TCServiceData;
 using Strings = std::vector<std::string>;
 
-/// A service of a list; `more` members stand behind it.
+/// A service of a list, with the members `more` at its end.
 std::string service(const std::string& id, const std::string& more = "") {
   return "{\"numbers\": {\"id\": \"" + id + "\", \"antenna\": 1, \"lock\": 1}, \"texts\": {\"name\": \"News\"}" + more +
          "}";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lists whose names do not tell their encoding, in the languages whose names fit both ISO 6937 and ISO 8859-15.
+// Lists that don't name the encoding of their names, in languages whose names fit both ISO 6937 and ISO 8859-15.
 #include <gtest/gtest.h>
 
 #include <iconv.h>
@@ -19,7 +19,7 @@ using Names = std::vector<std::string>;  // in UTF-8
 constexpr const char* iso6937 = "ISO_6937";
 constexpr const char* iso8859 = "ISO-8859-15";
 
-/// Nothing when the encoding lacks a character of it.
+/// The name in an encoding; null when the encoding lacks one of its characters.
 std::optional<std::string> encoded(std::string name, const char* encoding) {
   const iconv_t converter = iconv_open(encoding, "UTF-8");
   std::string bytes(name.size() * 2, '\0');
@@ -37,7 +37,7 @@ bool isAscii(const std::string& name) {
   return std::all_of(name.begin(), name.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
-/// A language, and what may stand in names.
+/// A language, and typical names in it.
 struct Language {
   const char* name;
   Names names;
@@ -189,7 +189,7 @@ const std::vector<Language>& languages() {  // NOLINT(readability-function-size)
   return all;
 }
 
-/// The names as a VDR list, each also in a group of its own.
+/// The names as a VDR list, each of them also as the name of a group.
 std::string listOf(const std::vector<std::string>& names) {
   std::string list;
   int service = 0;
@@ -202,7 +202,7 @@ std::string listOf(const std::vector<std::string>& names) {
   return list;
 }
 
-/// The names of a list, in UTF-8.
+/// Reads a list of these names. @return their names as read, in UTF-8.
 Names readBack(const std::vector<std::string>& names) {
   Names read;
   for (const auto& service : readVdr(listOf(names)).services) {
@@ -212,7 +212,7 @@ Names readBack(const std::vector<std::string>& names) {
   return read;
 }
 
-/// Those that have something to tell and can be written so.
+/// The names that the encoding can express and that are not plain ASCII.
 Names writable(const Names& names, const char* encoding) {
   Names able;
   for (const std::string& name : names) {
@@ -221,7 +221,7 @@ Names writable(const Names& names, const char* encoding) {
   return able;
 }
 
-/// How many of `rounds` lists of `size` of the names are read otherwise than they were written.
+/// The number of lists, out of `rounds` random ones of `size` names, that are not read as they were written.
 int misread(const Names& names, const char* encoding, std::size_t size, int rounds, std::mt19937& random) {
   int wrong = 0;
   for (int round = 0; round < rounds; ++round) {
@@ -260,7 +260,7 @@ TEST(ListOfNames, OfManyLanguagesIsReadAsAWhole) {
   }
 }
 
-/// The names of a list of these bytes, in UTF-8.
+/// Reads a list with names of these bytes. @return the names, in UTF-8.
 Names read(std::initializer_list<std::string> names) {
   return readBack(names);
 }

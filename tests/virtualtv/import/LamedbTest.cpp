@@ -238,14 +238,14 @@ TEST(Bouquets, OfALamedbThatIsCutOffAreRead) {
     files["lamedb"].resize(files["lamedb"].find("end\nHave"));
     files["lamedb"] += news + part;
     const auto result = readAs("lamedb", joined(files));
-    EXPECT_EQ(result.problems.count(), part.empty() ? 2U : 0U);  // the radio is named twice
+    EXPECT_EQ(result.problems.count(), part.empty() ? 2U : 0U);  // both bouquets that name the missing radio service
     ASSERT_EQ(result.services.size(), part.empty() ? 1U : 2U) << part;
     EXPECT_EQ(result.services[0].group, "Die Ersten");
     EXPECT_EQ(result.services.back().group, part.empty() ? "Die Ersten" : "Second");
   }
 }
 
-/// The files that are asked for when an index names these.
+/// The files that an import asks for when an index names these files.
 Strings askedFor(const Strings& named) {
   std::string index;
   for (const std::string& file : named) index += "#SERVICE 1:7:1:0:0:0:0:0:0:0:FROM BOUQUET \"" + file + "\"\n";

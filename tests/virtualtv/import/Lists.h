@@ -51,7 +51,7 @@ virtualtv::Service only(const virtualtv::import::Result& result);
 virtualtv::Service vdr(const VdrLine& line);
 virtualtv::Service dvbv5(const std::string& content);
 
-/// A service without its list entry.
+/// Removes the service's list entry, which must be there.
 virtualtv::Service told(virtualtv::Service service);
 
 /// `LINE: reason` of each problem.

@@ -11,7 +11,8 @@ namespace {
 bool hasConverters = true;
 }
 
-// The linker puts the second of these in the place of the C library's function, and that under the first name.
+// The linker's `--wrap` directs calls of `iconv_open` to `__wrap_iconv_open`; `__real_iconv_open` is the C library's
+// function.
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 iconv_t __real_iconv_open(const char* to, const char* from);
@@ -27,7 +28,7 @@ iconv_t __wrap_iconv_open(const char* to, const char* from) {
 namespace import_tests {
 namespace {
 
-/// How both formats read the bytes of a name, which must be the same.
+/// Decodes a name of these bytes. A VDR list and a libdvbv5 list must give the same result.
 std::u16string decoded(const std::string& bytes) {
   VdrLine line;
   line.name = bytes;
@@ -57,9 +58,9 @@ TEST(Name, IsIso8859WhereItIsNoUtf8) {
                     "cole fran\xE7"
                     "aise"),
             u"École française");
-  EXPECT_EQ(decoded("\xCBL \xD6L"), u"ËL ÖL");  // not all of it makes sense in ISO 6937
+  EXPECT_EQ(decoded("\xCBL \xD6L"), u"ËL ÖL");  // only part of it is valid ISO 6937
   EXPECT_EQ(decoded("Caf\xE9 \xA4"), u"Café €");
-  EXPECT_EQ(decoded("\xC0\x80"), u"À");  // not an overlong NUL
+  EXPECT_EQ(decoded("\xC0\x80"), u"À");  // not an overlong encoding of NUL
 }
 
 TEST(Name, IsIso6937WhereItsAccentsMakeSense) {
@@ -152,7 +153,7 @@ TEST(Name, HasNoControlCharacters) {
   EXPECT_EQ(decoded("A\rB"), u"AB");
   EXPECT_EQ(decoded("\xEE\x82\x86"
                     "A\xEE\x82\x87"),
-            u"A");  // emphasis in tables of pairs
+            u"A");  // emphasis in tables of two-byte characters
   EXPECT_EQ(decoded("\xC2\x9B"
                     "A"),
             u"A");
@@ -169,7 +170,7 @@ TEST(Name, KeepsItsAsciiWhereTheSystemHasNoConverters) {
   EXPECT_EQ(plain, u"News");
 }
 
-/// The same of a name whose list is said to be in an encoding.
+/// The same for a list whose encoding is given.
 std::u16string decodedFrom(const std::string& encoding, const std::string& bytes) {
   VdrLine line;
   line.name = bytes;

@@ -12,7 +12,7 @@
 namespace import_tests {
 namespace {
 
-/// Lists that people really have. They are not part of this tree: the variable names the folder where they are.
+/// Real channel lists. They are not part of this tree: the variable names their folder.
 class RealList : public testing::Test {
  protected:
   void SetUp() override {

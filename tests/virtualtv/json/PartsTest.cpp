@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The parts of a JSON text, taken without making its values.
+// The parts of a JSON text, found without parsing their values.
 #include "json/Parts.h"
 
 #include <gtest/gtest.h>
@@ -16,8 +16,8 @@ namespace {
 
 using Members = std::vector<std::pair<std::string, std::string>>;
 
-/// Names and values of the parts; names are empty for items. Nothing stands behind the text, so that the sanitizer sees
-/// a step too far.
+/// Names and values of the parts; items have empty names. Copies the text to the end of a buffer, so that the sanitizer
+/// reports a read beyond it.
 Members partsOf(std::string_view text) {
   const std::vector<char> bytes(text.begin(), text.end());
   Members members;

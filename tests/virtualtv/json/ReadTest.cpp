@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// JSON texts: what is taken, what is refused, and what is said of it.
+// JSON texts: which ones are accepted, and what the errors say about the others.
 #include "json/Read.h"
 
 #include <gtest/gtest.h>
@@ -12,9 +12,9 @@
 namespace virtualtv::json {
 namespace {
 
-/// What is said of a text, "" where it is read.
+/// The error for a text, "" when it is accepted.
 std::string refusalOf(std::string_view text, const Limits& limits = {}, SameNames sameNames = SameNames::lastCounts) {
-  // Nothing stands behind the text, so that the sanitizer sees a step too far.
+  // Copy the text to the end of a buffer, so that the sanitizer reports a read beyond it.
   const std::vector<char> bytes(text.begin(), text.end());
   try {
     read({bytes.data(), bytes.size()}, limits, sameNames);

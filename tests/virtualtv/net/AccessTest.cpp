@@ -11,7 +11,7 @@
 namespace virtualtv::net {
 namespace {
 
-/// The value of a header; empty where it does not stand there.
+/// The value of a header; empty without one.
 std::string valueOf(const Headers& headers, std::string_view name) {
   for (const auto& [known, value] : headers) {
     if (known == name) return value;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a connection may cost: bytes, and time.
+// Limits on what a connection may use: bytes and time.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -22,7 +22,7 @@ Options limited(const Limits& limits) {
   return options;
 }
 
-/// A request with this many bytes, most of which are blanks.
+/// A request padded with blanks to this many bytes.
 std::string padded(int id, std::size_t size) {
   const std::string request = quick(id);
   return request + std::string(size - request.size(), ' ');
@@ -132,7 +132,7 @@ TEST(BoundsTest, ReadsNoFurtherWhereAClientDoesNotTakeItsReplies) {
   Served served(limited({.mostUnsent = 100'000}));
   Wire slow(served.port(), 4096);
   ASSERT_EQ(slow.upgrade().status, 101);
-  constexpr int calls = 400;  // more replies than the system keeps on their way
+  constexpr int calls = 400;  // more replies than the system's buffers hold
   std::string frames;
   for (int id = 1; id <= calls; ++id) frames += bytesOf(textFrame, requestOf(id, "window.GetFullChannelList"));
   frames += bytesOf(textFrame, requestOf(calls + 1, "tv.set", R"({"name":"region","value":"7"})"));
@@ -146,7 +146,7 @@ TEST(BoundsTest, ReadsNoFurtherWhereAClientDoesNotTakeItsReplies) {
   EXPECT_NE(other.call(quick(1)).find("\"7\""), std::string::npos);
 }
 
-/// A client that subscribes to everything and reads nothing, until more than may wait for it has happened.
+/// Subscribes a client to everything, then raises more events than may wait for it, while it reads nothing.
 void fallBehind(Served& served, Wire& slow) {
   ASSERT_EQ(slow.upgrade().status, 101);
   EXPECT_EQ(idOf(slow.call(requestOf(1, "events.subscribe", R"({"topics":["*"]})"))), 1);
@@ -163,7 +163,7 @@ TEST(BoundsTest, CutsASubscriberThatIsTooSlow) {
   Served served(limited({.closing = std::chrono::milliseconds(50)}));
   Wire slow(served.port(), 4096);
   fallBehind(served, slow);
-  EXPECT_LT(slow.readAll().size(), 20'000'000U);  // what the system had kept; all events are 24 MB
+  EXPECT_LT(slow.readAll().size(), 20'000'000U);  // what was in the system's buffers; all events together are 24 MB
   Wire other(served.port());
   EXPECT_EQ(idOf(other.ask(postOf(quick(9)), quick(9)).body), 9);
 }

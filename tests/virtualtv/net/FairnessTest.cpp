@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What others wait for while many large messages are ready at the same time.
+// How long others wait when many large messages are ready at the same time.
 #include <gtest/gtest.h>
 #include <json/json.h>
 
@@ -18,9 +18,9 @@ namespace {
 
 constexpr int many = 8;
 
-using Wires = std::map<int, std::unique_ptr<Wire>>;  ///< by the number of what they send
+using Wires = std::map<int, std::unique_ptr<Wire>>;  ///< by the number in what they send
 
-/// A large request, which leaves its number as the set's region.
+/// A large request that sets the region of the set to its number.
 std::string large(int number) {
   constexpr std::size_t size = 1'500'000;
   const std::string request =
@@ -43,7 +43,7 @@ class FairnessTest : public ::testing::Test {
     other.call(requestOf(1, "tv.set", R"({"name":"region","value":"0"})"));
   }
 
-  /// Does something while the server is busy: all that is sent then is ready at the same time.
+  /// Runs `work` while the server is busy, so that everything sent meanwhile is ready at the same time.
   void whileBusy(const std::function<void()>& work) {
     std::promise<void> begun;
     std::promise<void> over;
@@ -58,7 +58,7 @@ class FairnessTest : public ::testing::Test {
     over.set_value();
   }
 
-  /// A connection over which a large message came but for its end.
+  /// A connection over which all of a large message but its end has arrived.
   std::unique_ptr<Wire> almostSent(int number) {
     auto wire = std::make_unique<Wire>(served.port());
     EXPECT_EQ(wire->upgrade().status, 101);
@@ -67,12 +67,12 @@ class FairnessTest : public ::testing::Test {
     EXPECT_EQ(wire->frame().first, pongFrame);
     return wire;
   }
-  /// The same of a large request. @param more  lines of its head.
+  /// The same for a large POST request. @param more  additional lines of its header.
   std::unique_ptr<Wire> almostPosted(int number, const std::string& more = "") {
     auto wire = std::make_unique<Wire>(served.port());
     const std::string body = large(number);
     wire->sendRequest(postOf(body, more), body.substr(0, body.size() - 1));
-    for (int turn = 0; turn < 50; ++turn) other.call(quick(1));  // it is read meanwhile
+    for (int turn = 0; turn < 50; ++turn) other.call(quick(1));  // gives the server time to read it
     return wire;
   }
 

@@ -38,15 +38,15 @@ void append(Words& words, const Words& more) {
   words.insert(words.end(), more.begin(), more.end());
 }
 
-/// Numbers of a width in bytes, the greater ones first.
+/// A number as bytes, in big-endian order.
 std::string number(unsigned value, int bytes) {
   std::string text;
   while (bytes-- > 0) text += static_cast<char>(value >> (8U * static_cast<unsigned>(bytes)) & 0xFFU);
   return text;
 }
 
-/// Subtitles in the format of discs, which ffmpeg makes those of broadcasts of: a white field of 240 x 60 pixels at
-/// (360, 450) of 960 x 540, from the start on.
+/// Subtitles in the format of discs, which ffmpeg converts to the format of broadcasts: a white box of 240 x 60 pixels
+/// at (360, 450) in a picture of 960 x 540, from the start to the end.
 std::string subtitles() {
   const auto segment = [](unsigned kind, const std::string& body) {
     return "PG" + number(9000, 4) + number(0, 4) + number(kind, 1) + number(static_cast<unsigned>(body.size()), 2) +
@@ -118,7 +118,7 @@ std::string tracksOf(const std::string& mp4) {
 }
 
 double lengthOf(const std::string& mp4) {
-  // The head knows no length; the end of the last picture tells it.
+  // The header holds no duration; the end of the last picture gives it.
   const std::string times = outputOf(
       std::filesystem::path(live::ffmpeg()).replace_filename("ffprobe"),
       {"-v", "fatal", "-of", "csv=p=0", "-select_streams", "v", "-show_entries", "packet=pts_time", kept(mp4)});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Heads of requests that are not clear, or that the server can't read.
+// Request headers that are ambiguous, or that the server can't read.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -23,7 +23,7 @@ const std::string page = "GET / HTTP/1.1\nHost: localhost\n";
 
 class HeadTest : public ::testing::Test {
  protected:
-  /// Sends a request with another one in its body. @return the answer, behind which nothing may come.
+  /// Sends a request with another request hidden in its body. @return the answer, which must be the only one.
   HttpResponse askWithHidden(const std::string& lines) {
     Wire own(served.port());
     own.sendRequest(lines, "GET /nothing HTTP/1.1\r\nHost: localhost\r\n\r\n");
@@ -93,7 +93,7 @@ TEST_F(HeadTest, IgnoresAFewEmptyLinesBeforeARequest) {
   EXPECT_EQ(wire.response().status, 404);
   wire.send("\r\n");
   wire.send("\r");
-  EXPECT_EQ(Wire(served.port()).ask(page).status, 200);  // the line has come in two parts
+  EXPECT_EQ(Wire(served.port()).ask(page).status, 200);  // the line arrived in two parts
   wire.send("\nGET / HTTP/1.1\r\nHost: localhost\r\n\r\n\r\n\r\n");
   EXPECT_EQ(wire.response().status, 200);
   EXPECT_EQ(wire.ask(postOf(quick(1)), quick(1) + "\r\n").status, 200);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the server answers over HTTP, by requests as they stand on the wire.
+// The server's answers over HTTP, to requests written out as bytes.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -19,7 +19,7 @@ using Texts = std::vector<std::string>;
 
 const std::filesystem::path pageFolder = PAGE_FILES;
 
-/// A server that does not wait long for its clients when it ends.
+/// Options of a server that does not wait long for its clients when it ends.
 Options hasty() {
   Options options;
   options.limits.ending = std::chrono::milliseconds(20);
@@ -298,7 +298,7 @@ TEST_F(HttpTest, OneClientIsServedWhileAnotherIsHeldBack) {
   wire.sendRequest(postOf(heldBack(2), "Emp-Session: " + session + "\n"), heldBack(2));
   Wire other(served.port());
   for (int id = 1; id <= 20; ++id) EXPECT_EQ(idOf(other.ask(postOf(quick(id)), quick(id)).body), id);
-  EXPECT_EQ(served.log().size(), 22U);  // all but the one that is held back
+  EXPECT_EQ(served.log().size(), 22U);  // all requests but the one whose answer is held back
 }
 
 TEST_F(HttpTest, ACallRunsOnTheSessionThatItNames) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The recording on a window's screen, as clients watch it.
+// The recording on a window's screen, as clients receive it.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,7 +22,7 @@
 namespace virtualtv::net {
 namespace {
 
-/// Options of which one is another.
+/// Default options with one change.
 template <typename Change>
 Options with(Change change) {
   Options options;
@@ -30,8 +30,8 @@ Options with(Change change) {
   return options;
 }
 
-constexpr std::size_t some = 300'000;  // bytes, of which "One" has some 800,000 in two seconds
-constexpr std::size_t few = 25'000;    // of "Two", which does not move
+constexpr std::size_t some = 300'000;  // bytes; "One" has about 800,000 in two seconds
+constexpr std::size_t few = 25'000;    // bytes; "Two" has few, since its picture stands still
 
 class PlayTest : public ::testing::Test {
  protected:
@@ -47,7 +47,7 @@ class PlayTest : public ::testing::Test {
   void tune(WindowId window, ServiceKey key) {
     served.onDevice([&](device::Device& device) { EXPECT_TRUE(device.tv().tune(window, key)); });
   }
-  /// Has the picture-in-picture window show "Two".
+  /// Shows "Two" in the picture-in-picture window.
   void bringPip() {
     served.onDevice([](device::Device& device) { EXPECT_TRUE(device.tv().switchSource(WindowId::pip, SOURCE_TV, 2)); });
   }
@@ -58,12 +58,12 @@ class PlayTest : public ::testing::Test {
       device.tv().import({service}, true);
     });
   }
-  /// Another file with the same in it: the set trusts "One" to play from the first.
+  /// Copies the recording to another file. The set trusts "One" to play from the first file only.
   std::string copy() const {
     test::write(elsewhere / "copy.ts", test::contentOf(film()));
     return (elsewhere / "copy.ts").string();
   }
-  /// Why the main window's recording does not play.
+  /// The reason why the main window's recording does not play.
   std::string refusal() {
     const Viewer viewer(served.port());
     EXPECT_EQ(viewer.head.status, 503);
@@ -116,7 +116,7 @@ TEST_F(PlayTest, SubtitlesInUseAreDrawnIntoThePicture) {
   EXPECT_EQ(tracksOf(with), "h264|960|540\naac\n");
   EXPECT_GT(static_cast<unsigned char>(pixelIn(with, 480, 480)[0]), 220);
   EXPECT_LT(static_cast<unsigned char>(pixelIn(with, 480, 435)[0]), 220);
-  EXPECT_TRUE(viewer.ends());  // behind the last picture
+  EXPECT_TRUE(viewer.ends());  // after the last picture
 }
 
 TEST_F(PlayTest, EndsWhenTheWindowShowsAnotherServiceAndOnlyThen) {

@@ -14,7 +14,7 @@
 
 namespace virtualtv::net {
 
-/// A server on a separate port and thread, with a set in memory.
+/// A server on a port and a thread of its own, with a set in memory.
 class Served {
  public:
   explicit Served(Options options = {});
@@ -25,11 +25,11 @@ class Served {
 
   unsigned short port() const { return port_; }
   std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
-  /// Ends the server like a signal.
+  /// Ends the server as a signal does.
   void end();
   /// Waits until it has ended.
   void wait();
-  /// Runs something on the server's thread, and waits for it.
+  /// Runs `work` on the server's thread, and waits for it.
   void onDevice(const std::function<void(device::Device&)>& work);
 
   std::vector<std::string> complaints();

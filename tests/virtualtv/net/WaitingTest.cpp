@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Messages of a client over WebSocket that wait behind an answer that is held back.
+// Messages of a WebSocket client that wait until the answer to an earlier one, which is held back, is sent.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -37,13 +37,14 @@ class WaitingTest : public ::testing::Test {
     while (frame.first == pingFrame) frame = subscriber.frame();
     return frame.payload;
   }
-  /// Has messages wait: one that would change the set, and others. @param last  the id of the last one.
+  /// Sends messages that have to wait: one that would change the set, then harmless ones. @param last  id of the last
+  /// one.
   void fill(int last) {
     std::string frames = bytesOf(textFrame, requestOf(3, "tv.set", R"({"name":"region","value":"7"})"));
     for (int id = 4; id <= last; ++id) frames += bytesOf(textFrame, quick(id));
     client.send(frames);
   }
-  /// Expects that the client's session ends and that nothing of what waited has run.
+  /// Expects that the client's session ends and that no waiting message has run.
   void expectEnd() {
     const std::string event = nextEvent();
     EXPECT_NE(event.find(R"("closed")"), std::string::npos) << event;
@@ -90,7 +91,7 @@ TEST_F(WaitingTest, EndsWithWhatBreaksTheRules) {
   expectEnd();
 }
 
-/// More than is read ahead. @return what was taken until no more was.
+/// Sends more than the server reads ahead. @return the number of bytes that it took before it stopped reading.
 std::size_t overfill(Wire& client) {
   const std::string frame = bytesOf(textFrame, quick(4) + std::string(1000, ' '));
   std::size_t taken = 0;
@@ -117,8 +118,8 @@ TEST_F(WaitingTest, BeyondWhatIsReadAheadEndsWithABrokenConnection) {
   expectEnd();
 }
 
-/// All of it comes, but the last message is not read. That one is short: the end behind much that is unread could not
-/// come.
+/// All bytes arrive, but the server does not read the last message. That message is short: with many unread bytes
+/// before it, the end of the connection would not arrive.
 TEST_F(WaitingTest, BeyondWhatIsReadAheadEndsWithWhatTheClientSends) {
   client.sendFrame(textFrame, quick(4) + std::string(attentive().limits.mostAhead, ' '));
   client.sendFrame(textFrame, quick(5));
@@ -131,7 +132,7 @@ TEST(WaitingMessagesTest, AreAnsweredInTheirOrderOnceTheTimeIsOver) {
   Wire client(served.port());
   client.upgrade();
   client.call(requestOf(1, "tv.set", R"({"name":"latency.IServiceNavigation::GetTvMode","value":"30"})"));
-  constexpr int last = 2000;  // more than is read ahead
+  constexpr int last = 2000;  // more than the server reads ahead
   std::string frames = bytesOf(textFrame, heldBack(2));
   for (int id = 3; id < last; ++id) {
     frames += bytesOf(textFrame, id % 500 == 0 ? heldBack(id) : quick(id) + std::string(1000, ' '));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls over WebSocket, by frames as they stand on the wire.
+// Calls over WebSocket, with frames written out as bytes.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -22,7 +22,7 @@ class WebSocketTest : public ::testing::Test {
  protected:
   WebSocketTest() { EXPECT_EQ(wire.upgrade().status, 101); }
 
-  /// Expects that the connection is closed next, with this code, and ends once that is answered.
+  /// Expects that the server closes the connection with this code, and ends it once that is answered.
   static void expectClose(Wire& wire, int code) {
     const Frame frame = wire.frame();
     EXPECT_EQ(frame.first, closeFrame);
@@ -31,7 +31,7 @@ class WebSocketTest : public ::testing::Test {
     wire.endSending();
     EXPECT_TRUE(wire.isAtEnd());
   }
-  /// Sends frames on a connection of their own. @return the code that it is closed with.
+  /// Sends frames on a new connection. @return the code with which the server closes it.
   int codeFor(const std::vector<std::string>& frames) {
     Wire own(served.port());
     own.upgrade();
@@ -184,7 +184,7 @@ TEST_F(WebSocketTest, TakesAMessageOfTheGreatestSizeAndNoGreaterOne) {
   EXPECT_EQ(idOf(wire.call(request + std::string(most - request.size(), ' '))), 6);
   wire.trySend(bytesOf(textFrame, request + std::string(most + 1 - request.size(), ' ')));
   expectClose(wire, 1009);
-  // What comes in small parts is counted as a whole.
+  // The parts of a message count together.
   std::vector<std::string> parts(33, bytesOf(0x00, std::string(1024 * 1024, ' ')));
   parts.front() = bytesOf(0x01, std::string(1024 * 1024, ' '));
   EXPECT_EQ(codeFor(parts), 1009);

@@ -8,21 +8,21 @@
 #include <string>
 #include <string_view>
 
-// A client of the server at the level of bytes.
+// A client of the server that works on bytes.
 
 namespace virtualtv::net {
 
 struct HttpResponse {
   int status = 0;
-  std::map<std::string, std::string> headers;  ///< names in small letters
+  std::map<std::string, std::string> headers;  ///< names in lower case
   std::string body;
 };
 
 struct Frame {
-  int first = 0;  ///< its first byte: the end of a message, reserved bits, the kind
+  int first = 0;  ///< the first byte: the final flag, reserved bits, the opcode
   std::string payload;
 
-  /// The code of a close frame; 0 for none.
+  /// The code in a close frame; 0 if it has none.
   int code() const;
 };
 
@@ -32,7 +32,7 @@ inline constexpr int closeFrame = 0x88;
 inline constexpr int pingFrame = 0x89;
 inline constexpr int pongFrame = 0x8A;
 
-/// A client's bare connection. A missing answer fails the test after a while.
+/// A client's plain connection. If an answer does not come in time, the test fails.
 class Wire {
  public:
   /// @param buffer  size of the system's receive buffer in bytes; 0 for the default.
@@ -42,29 +42,29 @@ class Wire {
   ~Wire() { close(); }
 
   void send(std::string_view bytes);
-  /// Sends as much as the other side takes. @return false once it takes no more.
+  /// Sends as much as the peer takes. @return false once it takes no more.
   bool trySend(std::string_view bytes);
-  /// From now on sending stops when the other side has taken nothing for a short time.
+  /// From now on, stops sending when the peer has taken nothing for a short time.
   void sendImpatiently();
   void endSending();
   void close();
-  /// Breaks the connection with an error for the other side.
+  /// Resets the connection, which the peer sees as an error.
   void reset();
 
   /// The next bytes; fewer if the connection ends.
   std::string read(std::size_t count);
-  /// Everything up to and including a text.
+  /// Everything up to and including the text `end`.
   std::string readUntil(std::string_view end);
   /// Everything until the connection ends.
   std::string readAll();
-  /// True when the other side has ended it already.
+  /// True when the peer has already ended the connection.
   bool hasEnded() const;
-  /// True when the other side ends it and nothing else comes.
+  /// True when the peer ends the connection without sending anything more.
   bool isAtEnd() { return readAll().empty(); }
 
   /// An answer to a request. @param hasBody  false for the answer to a HEAD request.
   HttpResponse response(bool hasBody = true);
-  /// Sends a request. @param lines  the lines of its head, without the empty one, separated by `\n`.
+  /// Sends a request. @param lines  the header lines, separated by `\n`, without the empty line at their end.
   void sendRequest(const std::string& lines, const std::string& body = "");
   /// Sends a request, and reads its answer.
   HttpResponse ask(const std::string& lines, const std::string& body = "");
@@ -77,7 +77,7 @@ class Wire {
   /// Sends a frame, masked as clients must.
   void sendFrame(int first, std::string_view payload);
   Frame frame();
-  /// Sends a message, and reads the next one.
+  /// Sends a message, and reads the next one from the server.
   std::string call(const std::string& message);
 
  private:
@@ -90,15 +90,15 @@ class Wire {
 /// A frame's bytes. @param masked  true for frames of clients.
 std::string bytesOf(int first, std::string_view payload, bool masked = true);
 
-/// A request of JSON-RPC. @param parameters  a JSON text.
+/// A JSON-RPC request. @param parameters  a JSON text.
 std::string requestOf(int id, const std::string& method, const std::string& parameters = "[]");
-/// The lines of a POST request for it.
+/// The header lines of a POST with this body.
 std::string postOf(const std::string& body, const std::string& more = "");
 
-/// Makes the server delay each answer to `heldBack` by the maximum.
+/// A request that makes the server delay each answer to `heldBack` by the longest possible time.
 std::string holdBack();
 std::string heldBack(int id);
-/// A command that is answered at once.
+/// A command that the server answers at once.
 std::string quick(int id);
 /// The id of the request that a response is for; 0 when it is not a response.
 int idOf(const std::string& response);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `demo`, and recordings that play while the program is killed.
+// `demo`, and its recordings when the program is killed while they play.
 #include <unistd.h>
 
 #include <chrono>
@@ -20,9 +20,9 @@ namespace fs = std::filesystem;
 
 class DemoTest : public ProgramTest {
  protected:
-  DemoTest() { cache(); }  // rather than in the program's process
+  DemoTest() { cache(); }  // here, not first in the program's process
 
-  /// The recording is made once for all tests.
+  /// The folder of the recording, which is made once for all tests.
   static fs::path cache() {
     static const test::TemporaryDirectory made;
     return made.path();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the set's manual shows in tables, each row tried on the program.
+// The tables of the virtual TV's manual: each row is tried on the program.
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -20,7 +20,7 @@ namespace {
 
 using Row = std::vector<std::string>;
 
-/// The cells of a table's line.
+/// The cells in a line of a table.
 Row cellsOf(std::string_view line) {
   Row cells;
   std::string cell;
@@ -50,7 +50,7 @@ std::vector<Row> table(const std::string& headings) {
   return rows;
 }
 
-/// A cell that is nothing but code, without its marks; empty for other cells.
+/// A cell that consists of code only, without its backquotes; empty for other cells.
 std::string code(const std::string& cell) {
   const bool isCode = cell.size() > 2 && cell.front() == '`' && cell.find('`', 1) == cell.size() - 1;
   return isCode ? cell.substr(1, cell.size() - 2) : "";
@@ -115,7 +115,7 @@ TEST_F(ManualOfTheProgram, TellsTheMessageOfEachBadArgument) {
   EXPECT_EQ(tried, 18);
 }
 
-/// A set's files, and what can happen to them.
+/// The files of a set, and the ways in which they get damaged.
 class State {
  public:
   explicit State(const std::filesystem::path& folder) : database_(folder / "tv.db"), log_(folder / "tv.db-wal") {}
@@ -129,7 +129,7 @@ class State {
     std::filesystem::remove(database_);
     std::filesystem::create_directory(database_);
   }
-  /// The database of someone else.
+  /// Replaces the database by that of another program.
   void becomeOther(const char* sql) const {
     std::filesystem::remove(database_);
     tell(sql);
@@ -156,7 +156,7 @@ class State {
     ASSERT_GT(root, 0);
     test::overwrite(database_, static_cast<std::size_t>(root - 1) * page, std::string(page, '\x5a'));
   }
-  /// For as long as this lives.
+  /// Locks the database for the lifetime of this object.
   void lock() {
     held_ = open();
     EXPECT_EQ(sqlite3_exec(held_, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
@@ -208,7 +208,7 @@ TEST_F(ManualOfStates, TellsTheMessageOfEachStateThatCantBeRead) {
        [](State& kept) { kept.tell("UPDATE set_state SET value = '1:x' WHERE key = 'isp.audio'"); }},
   };
   for (const Row& row : table("| `tv.db` | Message |")) {
-    // Permissions are nothing to a test that runs as root; the database's own test asks for them as someone else.
+    // Permissions mean nothing to a test that runs as root; the test of the database tries them as another user.
     if (row[0] == "may not be read or written by the user") continue;
     std::filesystem::remove_all(state());
     ASSERT_EQ(runOnState({"SetChannel", "3", "0"}).status, 0);
@@ -228,14 +228,14 @@ TEST_F(ManualOfStates, TellsTheMessageOfEachStateThatCantBeRead) {
   EXPECT_TRUE(mishaps.empty()) << mishaps.begin()->first;
 }
 
-/// As the page says.
+/// Follows the steps on the page.
 TEST_F(ManualOfStates, TellsHowToGoOnWhenAStateCantBeRead) {
   const auto database = state() / "tv.db";
   const auto log = state() / "tv.db-wal";
   ASSERT_EQ(runOnState({"SetSource", "31"}).status, 0);
   ASSERT_FALSE(std::filesystem::exists(log));
   const std::string copy = test::contentOf(database);
-  // Another source is shown since; then the power goes, and the file is lost.
+  // The source is switched after the copy was made; then the power goes, and the file is lost.
   const std::string end = test::inChild([&]() -> std::string {
     constexpr const char* noSteps[] = {"", "", "", ""};
     Database later(database, noSteps);

@@ -23,7 +23,7 @@ namespace virtualtv::shell {
 
 namespace {
 
-constexpr int patience = 30000;  // milliseconds without a sign of life
+constexpr int patience = 30000;  // milliseconds without output
 
 [[noreturn]] void become(const std::string& program, const std::vector<std::string>& arguments) {
   std::vector<std::string> words{program};
@@ -36,13 +36,13 @@ constexpr int patience = 30000;  // milliseconds without a sign of life
   std::_Exit(127);
 }
 
-/// Has signals do what they do to a program that a person starts. In the background some shells have them ignored,
-/// which a child inherits.
+/// Restores the default actions of signals. Some shells ignore signals in background jobs, and a child inherits that.
 void heedSignals() {
   for (const int signal : {SIGINT, SIGQUIT, SIGHUP, SIGTERM}) ::signal(signal, SIG_DFL);
 }
 
-/// Waits for the end of a process. @param used  receives what it used. @return its status, -1 when a signal ended it.
+/// Waits until a process ends. @param used  receives the resources that it used. @return its exit status, -1 when a
+/// signal ended it.
 int statusOf(int process, rusage& used) {
   int status = 0;
   if (::wait4(process, &status, 0, &used) != process || !WIFEXITED(status)) return -1;
@@ -54,7 +54,7 @@ void open(const std::filesystem::path& file, int flags, int descriptor) {
   if (opened < 0 || ::dup2(opened, descriptor) < 0) std::_Exit(126);
 }
 
-/// Runs the program with its standard streams on files. @param prepare  is called in the new process.
+/// Runs the program with files as its standard streams. @param prepare  is called in the new process.
 Ending runWith(const std::filesystem::path& folder, const std::vector<std::string>& arguments,
                const std::filesystem::path& input, const std::function<void()>& prepare) {
   const int process = ::fork();

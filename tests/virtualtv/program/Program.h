@@ -29,26 +29,26 @@ void expectError(const Ending& run, const std::vector<std::string>& mentioned);
 /// Starts the program, `emp-window`, with a separate state directory.
 class ProgramTest : public ::testing::Test {
  protected:
-  /// Runs it to its end. @param input  its standard input.
+  /// Runs the program to its end. @param input  its standard input.
   Ending run(std::vector<std::string> arguments, const std::string& input = "");
-  /// Runs it with its standard input on a file.
+  /// Runs it with a file as its standard input.
   Ending runOn(const std::filesystem::path& input, std::vector<std::string> arguments);
-  /// Runs it with these environment variables, and no own state directory.
+  /// Runs it with these environment variables, and without a state directory of its own.
   Ending runIn(const std::vector<std::string>& environment, std::vector<std::string> arguments);
 
   /// Runs it with its standard output on a full disk.
   Ending runOnFullDisk(const std::vector<std::string>& arguments, const std::string& input);
-  /// Runs it with its standard streams of these numbers closed.
+  /// Runs it with the standard streams of these numbers closed.
   Ending runWithout(const std::vector<int>& streams, std::vector<std::string> arguments);
 
   std::filesystem::path state() const { return folder / "state"; }
-  /// A file in the test's folder. @return its path.
+  /// Writes a file into the test's folder. @return its path.
   std::string made(const std::string& name, const std::string& content) const;
 
   test::TemporaryDirectory folder;
 };
 
-/// The program while it runs beside the test, with pipes to its standard streams.
+/// The program, running beside the test, with pipes as its standard streams.
 class Running {
  public:
   /// @param prepare  called in the new process.
@@ -58,7 +58,7 @@ class Running {
   Running& operator=(const Running&) = delete;
   ~Running();
 
-  /// The next line of its output; empty if it ends before.
+  /// The next line of its output; empty if it ends first.
   std::string line();
   void send(int signal) const;
   /// Ends its standard input.
@@ -74,11 +74,11 @@ class Running {
   std::string unread_;
 };
 
-/// The program on a separate terminal, as for a person.
+/// The program on a terminal of its own, as a person starts it.
 class OnTerminal {
  public:
   /// @param columns  width of the terminal in characters.
-  /// @param program  another program to run instead.
+  /// @param program  a different program to run.
   explicit OnTerminal(const std::vector<std::string>& arguments, unsigned short columns = 200,
                       const std::string& program = EMP_WINDOW);
   OnTerminal(const OnTerminal&) = delete;
@@ -93,7 +93,7 @@ class OnTerminal {
   void widen(unsigned short columns) const;
   /// Sends the program a signal.
   void send(int signal) const;
-  /// Waits until the program has handled all signals sent to it, and waits for keys again.
+  /// Waits until the program has handled all signals sent to it and reads keys again.
   void settle() const;
   /// True when the terminal itself echoes what is typed, as it does unless a program reads keys.
   bool echoes() const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `serve`, as it is started by people, tests and service managers.
+// `serve`, as people, tests and service managers start it.
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -32,7 +32,7 @@ unsigned short portIn(const std::string& line) {
   return static_cast<unsigned short>(std::stoi(line.substr(colon + 1)));
 }
 
-/// What a method answers to a POST.
+/// The answer to a POST that calls a method.
 std::string called(unsigned short port, const std::string& method, const std::string& parameters = "[]") {
   const std::string body = net::requestOf(1, method, parameters);
   return Wire(port).ask(net::postOf(body), body).body;
@@ -40,12 +40,12 @@ std::string called(unsigned short port, const std::string& method, const std::st
 
 class ServeTest : public ProgramTest {
  protected:
-  /// Starts it on a free port, beside other arguments.
+  /// The arguments to serve on a free port, with `more` after them.
   static std::vector<std::string> words(std::vector<std::string> more = {"--fresh"}) {
     more.insert(more.begin(), {"serve", "--listen", "127.0.0.1:0"});
     return more;
   }
-  /// Expects that it can't be served: status 2, this line, and nothing else.
+  /// Expects that the server does not start: status 2, this line on standard error, and no other output.
   void expectRefusal(std::vector<std::string> arguments, const std::string& error) {
     arguments.insert(arguments.begin(), "serve");
     const Ending refused = run(arguments);
@@ -53,7 +53,7 @@ class ServeTest : public ProgramTest {
     EXPECT_EQ(refused.out, "");
     EXPECT_EQ(refused.status, 2);
   }
-  /// A file that its owner alone can read.
+  /// Writes a file that only its owner can read.
   std::string secret(const std::string& content) const {
     std::string file = made("token", content);
     fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
@@ -277,7 +277,7 @@ TEST_F(ServeTest, StartsFromASnapshot) {
   EXPECT_EQ(bad.status, 2);
 }
 
-/// What `check` says of a transcript that passes.
+/// What `check` prints for a transcript that passes.
 constexpr const char* allPassed = "transcripts: 1 passed, 0 failed\n";
 
 TEST_F(ServeTest, RecordsWhatIsDone) {
@@ -349,7 +349,7 @@ TEST_F(ServeTest, GoesOnWhereItCantRecordAnyMore) {
   const std::string file = (folder / "rec.txt").string();
   Running server(words({"--fresh", "--record", file}), [] {
     std::signal(SIGXFSZ, SIG_IGN);
-    ::setenv("LLVM_PROFILE_FILE", "/dev/null", 1);  // which a program that counts coverage could not write either
+    ::setenv("LLVM_PROFILE_FILE", "/dev/null", 1);  // the limit would stop a coverage build from writing it
     test::limitFileSize(400);
   });
   const unsigned short port = portIn(server.line());
@@ -402,7 +402,7 @@ TEST_F(ServeTest, RefusesMoreSessionsThanItMayHave) {
   EXPECT_EQ(refused.body, "as many sessions are open as may be\n");
 }
 
-/// A socket that listens on a free port. @param port  receives it.
+/// Makes a socket that listens on a free port. @param port  receives the port.
 int listening(in_addr_t address, unsigned short& port) {
   const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in place{};
@@ -416,7 +416,7 @@ int listening(in_addr_t address, unsigned short& port) {
   return socket;
 }
 
-/// In a new process: hands a socket over to the program that it becomes, as service managers do.
+/// In a new process: hands a socket to the program that the process becomes, as service managers do.
 void handOver(int socket, const std::string& process, const char* count = "1") {
   ::dup2(socket, 3);
   ::fcntl(3, F_SETFD, 0);
@@ -427,7 +427,7 @@ void handOver(int socket, const std::string& process, const char* count = "1") {
 TEST_F(ServeTest, ListensOnTheSocketThatItIsHandedOver) {
   unsigned short port = 0;
   const int socket = listening(INADDR_LOOPBACK, port);
-  Wire early(port);  // the socket takes clients before there is a server
+  Wire early(port);  // the socket accepts clients before the server starts
   Running server({"serve", "--fresh"}, [&] { handOver(socket, std::to_string(::getpid())); });
   ::close(socket);
   EXPECT_EQ(server.line(), "emp-window: http://127.0.0.1:" + std::to_string(port) + "/");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program makes of its standard streams: pipes, streams that are closed, and disks that are full.
+// The program's handling of its standard streams: pipes, closed streams, and full disks.
 #include <unistd.h>
 
 #include <filesystem>
@@ -101,7 +101,7 @@ TEST_F(ProgramTest, ALineOfAPipeMayBeAsLongAsItCanBeBetweenWhatIsNoPartOfIt) {
 TEST_F(ProgramTest, APipeWithoutALineBreakTakesLittleMemoryAndIsAnErrorInTheEnd) {
   const Ending ordinary = run({}, "GetSource 2\n");
   const std::string file = made("endless", "GetSource 2\n");
-  fs::resize_file(file, 300'000'000);  // zeros, which take no room on the disk
+  fs::resize_file(file, 300'000'000);  // a hole in the file, which takes no room on the disk
   const Ending endless = runOn(file, {});
   expectError(endless, {"emp-window: cannot read standard input:2: it has more than 256 MB\n"});
   EXPECT_EQ(endless.status, 2);
@@ -141,7 +141,7 @@ TEST_F(ProgramTest, OutputThatCantBeWrittenIsAnError) {
   }
 }
 
-// Standard streams that are closed: no file of the set may be taken for one.
+// Closed standard streams: the program must not mistake a file of the set for one of them.
 
 class ClosedStreamProgramTest : public ProgramTest {
  protected:
@@ -149,7 +149,7 @@ class ClosedStreamProgramTest : public ProgramTest {
     arguments.insert(arguments.begin(), {"--state", state().string()});
     return runWithout(closed, std::move(arguments));
   }
-  /// The number of the process that had it last is all that the lock holds.
+  /// The lock file holds nothing but the id of the process that had it last.
   void expectLockIntact() const {
     const std::string lock = test::contentOf(state() / "lock");
     EXPECT_GT(lock.size(), 1U);

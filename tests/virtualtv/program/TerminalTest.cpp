@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The shell as a person has it, on a terminal.
+// The shell on a terminal, as people use it.
 #include <algorithm>
 #include <csignal>
 #include <cstddef>
@@ -14,7 +14,7 @@ namespace {
 class TerminalTest : public ProgramTest {
  protected:
   std::vector<std::string> arguments() const { return {"--state", state().string(), "shell"}; }
-  /// Types a line on a terminal of its own. @return what it prints, up to the next prompt.
+  /// Types a line on a new terminal. @return the output, up to the next prompt.
   std::string answerTo(const std::string& line, unsigned short columns = 200) const {
     OnTerminal terminal(arguments(), columns);
     terminal.readUntil("> ");
@@ -108,7 +108,7 @@ TEST_F(TerminalTest, RemembersWhatWasTyped) {
   }
   OnTerminal terminal(arguments());
   terminal.readUntil("> ");
-  terminal.type("\x10\n");  // the line before
+  terminal.type("\x10\n");  // recalls the previous line
   const std::string shown = terminal.readUntil("int 0");
   EXPECT_NE(shown.find("GetSource 2"), std::string::npos) << shown;
 }
@@ -136,7 +136,7 @@ TEST_F(TerminalTest, QuitEndsIt) {
 TEST_F(TerminalTest, ControlDEndsItOnAnEmptyLineAndDeletesACharacterElsewhere) {
   OnTerminal terminal(arguments());
   terminal.readUntil("> ");
-  terminal.type(".xget country\x01\x06\x04\n");  // to the start of the line, over the full stop
+  terminal.type(".xget country\x01\x06\x04\n");  // to the start of the line, past the '.', and deletes 'x'
   EXPECT_TRUE(terminal.readUntil("\ncountry = 3\r\n> ").ends_with("country = 3\r\n> "));
   terminal.type("\x04");
   EXPECT_EQ(terminal.readUntil("nothing more"), "\r\n");
@@ -157,7 +157,7 @@ TEST_F(TerminalTest, ControlCTakesBackWhatWasTypedAndDoesNotEndIt) {
   EXPECT_EQ(terminal.wait(), 0);
 }
 
-// Signals. A terminal of a test has no shell that could resume the program; where one is wanted, it is started.
+// Signals. No shell runs on a test's terminal that could resume the program; tests that need one start it.
 
 TEST_F(TerminalTest, IsNotSuspendedWhereNoShellCouldResumeIt) {
   OnTerminal terminal(arguments());
@@ -249,7 +249,7 @@ TEST_F(TerminalTest, ALineGoesAsFarAsTheTerminalDoesWhenThatChanges) {
   EXPECT_EQ(terminal.readUntil("at first"), line);
 }
 
-// Lines that are no text.
+// Lines that are not valid text.
 
 TEST_F(TerminalTest, ALineThatIsNoTextIsNotRunAndACommentShowsIt) {
   EXPECT_EQ(answerTo("GetSource \xFC"), "# not a text in UTF-8: GetSource \\xFC\n");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A record of a service: what it holds, in which order, and that copies stand for themselves.
+// A record of a service: what it holds, in which order, and that copies are independent.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -30,7 +30,7 @@ unsigned long long numberOf(const TCServiceData& record, int fieldId, unsigned l
   return missing;
 }
 
-/// The text of a field, or one that no test sets.
+/// The text of a field; `missing` when it is absent.
 Units textOf(const TCServiceData& record, int fieldId) {
   Units units(static_cast<std::size_t>(record.GetLength(fieldId)));
   if (!record.Get(fieldId, units.data())) units.assign(1, 0xDEAD);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `tv.check`: transcripts over the wire, beside the set that is served.
+// `tv.check`: transcripts sent by clients, which run on a set of their own.
 #include <gtest/gtest.h>
 
 #include <chrono>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// JSON-RPC itself: what is a request, and what answers it.
+// JSON-RPC itself: what counts as a request, and which answer it gets.
 #include "virtualtv/rpc/RpcTest.h"
 
 namespace virtualtv::rpc {
@@ -7,7 +7,7 @@ namespace {
 
 class Envelope : public RpcTest {
  protected:
-  /// That none comes.
+  /// Expects no reply to a message.
   void expectSilence(const std::string& message) {
     client.say(message);
     EXPECT_EQ(client.takeTexts(), std::vector<std::string>()) << message;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Events: their order, their numbers, what is replayed, and delays.
+// Events: their order, their numbers, replays, and delays.
 #include "rpc/Events.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ class EventsTest : public RpcTest {
     for (const Json::Value& event : events) topics.push_back(event["topic"].asString());
     return topics;
   }
-  /// What a client is sent for a command, its reply included, as topics and "reply".
+  /// The messages that a client gets for a command, in order: the topics of the events, and "reply".
   static std::vector<std::string> order(Connected& client, const std::string& command) {
     client.say(R"({"jsonrpc":"2.0","id":"me","method":"window.)" + command + "}");
     std::vector<std::string> order;

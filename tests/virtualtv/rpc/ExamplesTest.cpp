@@ -79,8 +79,8 @@ class Fresh : public RpcTest {
   Connected client_{server};
 };
 
-/// A result without what differs from run to run, or with each change of a source: names of sessions, durations, and in
-/// messages addresses, threads and lines.
+/// A result in which everything that varies has a fixed value: ids of sessions, durations, and the addresses, threads
+/// and line numbers in messages.
 Json::Value steady(const Json::Value& result) {
   std::string text = virtualtv::json::write(result);
   for (const auto& [pattern, stead] :
@@ -92,14 +92,14 @@ Json::Value steady(const Json::Value& result) {
   return json(text);
 }
 
-/// A result as the file shows it.
+/// A result in the form that the file has.
 std::string shown(const Json::Value& result) {
   constexpr std::size_t widest = 120;
   const std::string line = virtualtv::json::write(result);
   return line.size() <= widest ? line + "\n" : Json::StyledWriter().write(result);
 }
 
-/// Where results differ, what the file should be lies in the folder for temporary files.
+/// When results differ, the corrected file is written to the folder for temporary files.
 TEST(MethodExamples, AnswerWhatTheySay) {
   std::unique_ptr<Fresh> fresh;
   std::string wanted;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What clients are told of commands that have run, and how they go back to them.
+// What clients learn about commands that have run, and how they go back to them.
 #include "device/History.h"
 
 #include <algorithm>
@@ -61,7 +61,7 @@ TEST_F(HistoryMethods, TellTheSameWhetherOrNotAnybodyListens) {
     Json::Value all = why(Json::UInt64{device().history()->last()});
     for (const char* const name : {"command", "duration"}) all.removeMember(name);
     for (Json::Value* const part : {&all, &all["opening"]}) {
-      for (Json::Value& line : (*part)["log"]) line.removeMember("text");  // which has addresses in it
+      for (Json::Value& line : (*part)["log"]) line.removeMember("text");  // it contains addresses
     }
     return all;
   };
@@ -100,7 +100,7 @@ TEST_F(HistoryMethods, TellWhatOpeningTheEngineDid) {
   EXPECT_FALSE(why(2).isMember("opening"));
 }
 
-/// The cause of a command's failure may lie there.
+/// The opening of the engine may be the cause of a command's failure.
 TEST_F(HistoryMethods, TellOfAFaultThatHitTheOpening) {
   client.result("tv.fault", json(R"({"operation": "TVServiceAPI::CreateTunerControl", "result": -1})"));
   EXPECT_EQ(client.run("GetSignalStrength"), -1);

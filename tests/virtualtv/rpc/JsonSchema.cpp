@@ -23,7 +23,7 @@ bool isOfType(const std::string& type, const Json::Value& value) {
   return type == "null" && value.isNull();
 }
 
-/// True when any of the texts that a member has, one or a list, is a type that the value has.
+/// True when the value has one of the types that a member names: a text, or a list of texts.
 bool hasType(const Json::Value& types, const Json::Value& value) {
   if (types.isString()) return isOfType(types.asString(), value);
   return std::any_of(types.begin(), types.end(),

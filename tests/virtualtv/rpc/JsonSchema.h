@@ -8,11 +8,10 @@
 
 namespace virtualtv::rpc {
 
-/// The part of JSON Schema that the server's OpenRPC document uses. Unknown parts of a schema are reported as findings,
-/// too.
+/// The subset of JSON Schema that the server's OpenRPC document uses. Keywords beyond it are reported as findings, too.
 class JsonSchema {
  public:
-  /// @param named  schemas that others refer to, by their names. It outlives this object.
+  /// @param named  schemas that others refer to, by their names. Must outlive this object.
   explicit JsonSchema(const Json::Value& named) : named_(named) {}
 
   /// The places where a value violates a schema, one line each: `windows.main.service: ...`.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What clients do, recorded and replayed.
+// Recording what clients do, and replaying it.
 #include "shell/Recording.h"
 
 #include <gtest/gtest.h>
@@ -34,13 +34,13 @@ constexpr const char* list =
     "no channel\n"
     "Zw\xC3\xB6lf;Net:474000:B8C23D12G4M64T8Y0:T:27500:201:202=deu@4:0:0:2:1:1:0\n";
 
-/// A set on which everything is recorded.
+/// A server on a set whose inputs are all recorded.
 class Recorded : public RpcTest {
  protected:
   explicit Recorded(Options options = {}) : RpcTest(std::move(options)) {}
 
   std::string file() const { return (folder / "session.txt").string(); }
-  /// Ends the recording. @return what it wrote.
+  /// Ends the recording. @return the content of its file.
   std::string ended() {
     recording.reset();
     return shell::readFile(file());
@@ -61,7 +61,7 @@ class Recorded : public RpcTest {
                                             [](const std::string& error) { ADD_FAILURE() << error; }};
 };
 
-/// Four clients that do anything, by chance.
+/// Four clients that send random requests of all kinds.
 class Crowd {
  public:
   Crowd(unsigned seed, Server& server, ManualClock& clock) : random_(seed), server_(server), clock_(clock) {
@@ -98,7 +98,7 @@ class Crowd {
         break;
       }
     }
-    clock_.advance(10h);  // replies that were held back
+    clock_.advance(10h);  // sends the replies that were held back
   }
 
   int wentBack = 0;  ///< how often the set has gone back to a command
@@ -114,7 +114,7 @@ class Crowd {
     return client().call(method, params);
   }
 
-  /// What people and programs may give anywhere.
+  /// Values that people and programs may pass anywhere.
   std::string word() {
     static const Words words{"0",  "1",        "2",        "3",     "13",        "-1",       "255",      "4097",
                              "",   "a b",      "it's",     "\"q\"", "back\\x41", "one\ntwo", "\t",       "\r\n",
@@ -172,7 +172,7 @@ class Crowd {
                              ".fault IServiceNavigation::GetTvMode engine=second nth=2 times=3 result=0"};
     call("tv.run", list(any(lines)));
   }
-  /// What it has found is gone then.
+  /// Closes an engine between a search and a query of its result, which is then gone.
   void closeEngine() {
     Connected& owner = client();
     for (const char* const line : {"FindChannel 0 1", below(2) == 0 ? ".close" : ".reopen", "GetChannel_Size"}) {
@@ -233,7 +233,7 @@ class Crowd {
   }
   void takeSnapshot() { snapshot_ = client().call("tv.snapshot")["result"]["snapshot"]; }
   void restore() { call("tv.restore", list(snapshot_)); }
-  /// To one of the last commands, or to one that has not run.
+  /// Goes back to one of the last commands, or to a command that has not run.
   void goBack() {
     const Json::Value last = client().call("tv.why")["result"]["command"];
     const std::uint64_t back = static_cast<std::uint64_t>(below(8));
@@ -273,7 +273,7 @@ class Crowd {
   Json::Value snapshot_;
 };
 
-/// What a person reads of the set, as a transcript that shows it.
+/// All values of the set that a person can read, in the form of a transcript.
 std::string shown(device::Device& device) {
   shell::Session session(device, std::filesystem::path());
   std::string text;
@@ -284,7 +284,7 @@ std::string shown(device::Device& device) {
   return text;
 }
 
-/// The same with engines as a recording calls them.
+/// The text with the engines named as in the recording.
 std::string asRecorded(std::string text, const std::string& recording) {
   const std::string before = "# Engines of session ";
   for (std::size_t at = 0; (at = recording.find(before, at)) != recording.npos; ++at) {
@@ -299,7 +299,7 @@ std::string asRecorded(std::string text, const std::string& recording) {
   return text;
 }
 
-/// Where replies stand in a transcript: the lines that inputs print.
+/// The indexes of the lines of a transcript that are output, not inputs or comments.
 std::vector<std::size_t> repliesIn(const shell::Lines& lines) {
   std::vector<std::size_t> replies;
   for (std::size_t at = 0; at < lines.size(); ++at) {

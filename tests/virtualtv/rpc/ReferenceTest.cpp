@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// docs/methods.md lists the methods and topics as the rows have them.
+// docs/methods.md lists the methods and topics as in the rows of their tables.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -68,7 +68,7 @@ std::string reference() {
   return page.str();
 }
 
-/// Where it differs, what the page should be lies beside it under another name.
+/// When the page differs, the corrected page is written to the folder for temporary files.
 TEST(Reference, IsWhatTheRowsSay) {
   const std::filesystem::path file = METHODS_PAGE;
   std::ifstream page(file);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is refused is told to the request that it belongs to, in words for a person.
+// A refusal answers the request that it belongs to, in words for a person.
 #include <string>
 
 #include "virtualtv/rpc/RpcTest.h"

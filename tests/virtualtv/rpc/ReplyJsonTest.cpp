@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What an engine made of a command, as a JSON value and as text.
+// The answer of an engine to a command, as a JSON value and as text.
 #include "rpc/ReplyJson.h"
 
 #include <gtest/gtest.h>

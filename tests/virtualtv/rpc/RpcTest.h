@@ -50,14 +50,14 @@ class Connected : public Outlet {
   Json::Value replyTo(const std::string& message);
   /// Sends a request. @return its whole response; null when there is none yet.
   Json::Value call(const std::string& method, const Json::Value& params = Json::nullValue);
-  /// The result of a request, which must have one.
+  /// Sends a request. @return its result; the test fails if it has none.
   Json::Value result(const std::string& method, const Json::Value& params = Json::nullValue);
   /// Runs a command. @return the value of its reply.
   Json::Value run(const std::string& command, const Json::Value& params = Json::nullValue);
-  /// The messages received since the last time, as text and parsed.
+  /// Takes the messages received since the last time, as text or parsed.
   std::vector<std::string> takeTexts() { return std::exchange(messages_, {}); }
   std::vector<Json::Value> take();
-  /// The events among these.
+  /// Takes them, too. @return only the events.
   std::vector<Json::Value> events();
 
   void end() { client_.reset(); }
@@ -79,7 +79,7 @@ class RpcTest : public ::testing::Test {
 
   device::Device& device() { return television.device; }
   Tv& tv() { return television.tv(); }
-  /// Answers a POST. @return nothing while there is no reply, or when it is refused for lack of a session.
+  /// Answers a POST. @return null while there is no reply, or when it is refused for lack of a session.
   std::optional<std::string> post(const std::string& body, const std::optional<std::string>& session = std::nullopt);
   Json::Value posted(const std::string& method, const Json::Value& params = Json::nullValue,
                      const std::optional<std::string>& session = std::nullopt);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `tv.scan`: recordings of broadcasts over the wire.
+// `tv.scan`: recordings of broadcasts, sent by clients.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -71,7 +71,7 @@ Json::Value partOf(const std::string& bytes, const std::string& part, bool impor
 }
 
 TEST_F(ScanMethod, ReadsARecordingThatComesInParts) {
-  const std::size_t cut = 100;  // within a packet
+  const std::size_t cut = 100;  // inside a packet
   Json::Value begun = client.result("tv.scan", partOf(news.substr(0, cut), "first"));
   EXPECT_EQ(begun["packets"], 0);
   EXPECT_EQ(begun["services"], Json::Value(Json::arrayValue));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What methods answer is what their schemas in the OpenRPC document say.
+// The results of methods match their schemas in the OpenRPC document.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,13 +25,13 @@ class Schemas : public RpcTest {
     ADD_FAILURE() << "there is no method " << name;
     return Json::Value::nullSingleton();
   }
-  /// Calls a method. @return its result, which fits.
+  /// Calls a method. @return its result, which must match the method's schema.
   Json::Value fitting(Connected& caller, const std::string& name, const std::string& params = "{}") {
     Json::Value result = caller.result(name, json(params));
     EXPECT_EQ(schema.findings(schemaOf(name), result), Findings()) << name << " " << params;
     return result;
   }
-  /// All that tells of the set.
+  /// Calls all methods that report on the set, and checks their results.
   void expectAllFit(Connected& caller) {
     for (const char* const name : {"tv.state", "tv.services", "tv.knobs", "tv.settings", "tv.sessions", "tv.faults",
                                    "tv.operations", "tv.why", "tv.history"}) {
@@ -39,7 +39,7 @@ class Schemas : public RpcTest {
     }
     fitting(caller, "events.subscribe", R"({"topics": ["*"], "after": 1, "server": "another"})");
   }
-  /// Runs a line of the shell, which must not fail.
+  /// Runs a line in the shell; it must not fail.
   void line(const std::string& text) {
     Json::Value params;
     params["line"] = text;
@@ -101,7 +101,7 @@ class EventSchemas : public Schemas {
   void letAllHappen();
 };
 
-/// Has something of every kind happen.
+/// Makes something of every kind happen.
 void EventSchemas::letAllHappen() {
   client.result("tv.fault", json(R"({"operation": "IServiceNavigation::GetTvMode", "result": 0})"));
   client.result("tv.fault", json(R"({"operation": "IServiceNavigation::GetTvMode", "nth": 9, "result": "throw"})"));
@@ -149,12 +149,12 @@ TEST_F(EventSchemas, FitEventsOfEveryKind) {
   EXPECT_EQ(seen, wanted);
 }
 
-/// So that a member that comes new is missed: every object that has members names all of them.
+/// Every object that has members names all of them, so that a missing new member is noticed.
 TEST_F(Schemas, LeaveNoMemberOut) {
   const Json::Value& named = document["components"]["schemas"];
   int count = 0;
   for (const std::string& name : named.getMemberNames()) {
-    if (name.starts_with("event.")) continue;  // one of several that are named
+    if (name.starts_with("event.")) continue;  // it is a choice of named schemas
     ++count;
     EXPECT_EQ(named[name]["additionalProperties"], false) << name;
     for (const std::string& member : named[name]["properties"].getMemberNames()) {

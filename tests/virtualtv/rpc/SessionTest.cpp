@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Sessions: of connections, of requests without one, and how long they last.
+// Sessions: those of connections, those opened by a request, and how long they live.
 #include "virtualtv/rpc/RpcTest.h"
 
 namespace virtualtv::rpc {
@@ -11,7 +11,7 @@ class Sessions : public RpcTest {
  protected:
   explicit Sessions(Options options = {}) : RpcTest(std::move(options)) {}
 
-  /// Opens one without a connection.
+  /// Opens a session without a connection.
   std::string open() { return posted("session.open")["result"]["session"].asString(); }
   std::size_t engines() { return device().host().engines().size(); }
 };
@@ -156,7 +156,7 @@ TEST_F(Sessions, GoOnAfterTheyWereClosedOnTheirConnection) {
   EXPECT_EQ(engines(), 1U);
 }
 
-/// What stands behind the call that ends a session in the same batch.
+/// A batch in which calls follow the one that ends the session.
 constexpr const char* closing = R"([{"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"},
     {"jsonrpc":"2.0","id":2,"method":"session.close"},
     {"jsonrpc":"2.0","id":"x","method":"window.GetTVMode"},

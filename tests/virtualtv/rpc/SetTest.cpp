@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The set through its methods: state, services, lists, knobs, settings, faults, and what describes them all.
+// The set through its methods: state, services, lists, knobs, settings, faults, and their descriptions.
 #include <set>
 
 #include "channels/EditList.h"

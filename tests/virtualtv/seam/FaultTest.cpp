@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which words make a fault, and what is said of others.
+// Which words make a fault, and what the errors for other words say.
 #include <gtest/gtest.h>
 
 #include "seam/Seam.h"
@@ -7,7 +7,7 @@
 namespace virtualtv::seam {
 namespace {
 
-/// What is said of the words, the operation's name first; empty when they make a fault.
+/// The error for the words, of which the first is the operation's name; empty when they make a fault.
 std::string refusal(const std::vector<std::string>& words) {
   try {
     parseFault(words);

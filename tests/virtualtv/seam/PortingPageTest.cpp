@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// docs/porting.md says of each operation of the set when it has succeeded.
+// docs/porting.md states the success result of each operation of the set.
 #include <gtest/gtest.h>
 
 #include <fstream>

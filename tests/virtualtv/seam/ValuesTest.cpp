@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the values of calls are written in a trace.
+// The form of values in a trace.
 #include "seam/Values.h"
 
 #include <gtest/gtest.h>
@@ -60,7 +60,7 @@ TEST(Values, AWrittenRecordReadsAsTheSame) {
   EXPECT_EQ(print(read), print(record));
 }
 
-/// The records that a text stands for, printed again; what can't be read is told.
+/// Parses records from a text, and prints them again.
 std::string readAgain(const std::string& text) {
   std::list<TCServiceData*> records;
   if (!parse(text, records)) return "can't be read";

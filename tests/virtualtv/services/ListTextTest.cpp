@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tracks and favourites as texts: what is written, what is read, and what a text that is none is told.
+// Tracks and favourites as texts: how they are written and read, and what the errors for invalid texts say.
 #include "services/ListText.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ LanguageCode language(const char* letters) {
   return letters[0] << 16 | letters[1] << 8 | letters[2];
 }
 
-/// What reading a text says, "" where it is read.
+/// The error for a text, "" when it is accepted.
 template <typename Read>
 std::string refusal(Read read, const std::string& text) {
   try {
@@ -184,7 +184,7 @@ TEST(FavouriteText, SaysWhichPieceIsWrongAndWhatIsWantedThere) {
   EXPECT_EQ(refusal(readFavourites, "1=1,2=1,1=1"), "favourite 3, '1=1': the group stands there already");
 }
 
-// Any list at all.
+// All lists.
 
 class Random {
  public:

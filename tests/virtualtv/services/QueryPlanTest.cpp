@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which index each of the plug-in's queries goes through, on a database without statistics of its own list.
+// The index that each of the plug-in's queries uses, on a database without statistics of its own list.
 #include <gtest/gtest.h>
 
 #include "store/Statement.h"
@@ -17,7 +17,7 @@ struct Question {
   std::vector<int> where;
   std::vector<QueryShape::Order> order;
   const char* index;
-  bool sorts;  ///< may sort the few rows that the index leaves
+  bool sorts;  ///< the query may sort the few rows that the index selects
   bool skipLocked = false;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Answers of the service database held against the same questions worked out on a plain list of services.
+// Compares answers of the service database with those of a simple search through a list of services.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -107,7 +107,7 @@ class Reference {
       if (current == entries_.end()) return false;
       return forwards ? current->place() < entry.place() : entry.place() < current->place();
     };
-    // The current service comes in question only when there is no other.
+    // The current service is considered only when there is no other.
     const auto behind = std::stable_partition(list.begin(), list.end(),
                                               [&](const Entry& entry) { return entry.number(Data::SERVICE_ID) != id; });
     std::stable_partition(list.begin(), behind, isBeyond);

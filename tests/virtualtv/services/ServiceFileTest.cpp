@@ -62,7 +62,7 @@ TEST_F(ServiceFile, KeepsEveryWriteWhenTheProcessDies) {
   expected[0].numbers[200] = 12;
   expected[0].audio.clear();
   expected[1] = serviceOf(1, 77);
-  expected[1].numbers[200] = 1;  // which no list tells
+  expected[1].numbers[200] = 1;  // the merged list does not have this field
   expected[2].favourites[5] = true;
   EXPECT_EQ(store.read(1), expected[0]);
   EXPECT_EQ(store.read(2), expected[1]);

@@ -18,7 +18,7 @@ inline TSTvMode modeOf(int antenna, int service) {
   return {static_cast<EAntennaMode>(antenna), static_cast<EServiceMode>(service)};
 }
 
-/// A store in memory, and the records of its lists.
+/// A service store on a database in memory.
 struct MemoryStore {
   MemoryStore() = default;
   MemoryStore(const MemoryStore&) = delete;
@@ -31,10 +31,10 @@ struct MemoryStore {
 /// A service with an id, on antenna 0, with a name made of its id.
 Service serviceOf(std::uint64_t id, int major, int minor = 0);
 
-/// The fields of a record in their order, as in `12=7 16="News"`. Units other than printable ASCII are written \uNNNN.
+/// The fields of a record in order, as in `12=7 16="News"`. Units other than printable ASCII are written \uNNNN.
 std::string describe(const TCServiceData& record);
 
-/// Criteria made in one expression.
+/// Criteria that can be built in one expression.
 struct Criteria : TCCriteriaHelper {
   Criteria& fetch(std::initializer_list<int> fields);
   Criteria& where(int field, int value);

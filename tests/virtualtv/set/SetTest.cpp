@@ -24,7 +24,7 @@ ISourceControl& sourceControl(WindowId window) {
   return *made;
 }
 
-/// The id in a record that a call has filled, where it answered a success.
+/// The id in a record that a call has filled; 0 when the call failed.
 std::uint64_t idIn(int result, const TCServiceData& record) {
   if (result < 1) return 0;
   unsigned long long id = 0;

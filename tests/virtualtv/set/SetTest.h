@@ -39,11 +39,11 @@ class SetTest : public ::testing::Test {
   SetTest() { tv.emplace(storage); }
   ~SetTest() override;
 
-  /// Switches the set off and on.
+  /// Switches the set off and on again.
   void restart();
 
   const WindowState& window(WindowId id = WindowId::main) const { return tv->state()[id]; }
-  /// Ids of the services on a window's screen, and on it before; 0 for none.
+  /// Ids of the services that a window shows and showed before; 0 for none.
   std::uint64_t current(WindowId id = WindowId::main) { return idOf(window(id).service); }
   std::uint64_t previous(WindowId id = WindowId::main) { return idOf(window(id).previousService); }
 
@@ -70,7 +70,7 @@ class SetTest : public ::testing::Test {
   void breakStore();
   void mendStore();
 
-  /// The last service, as the platform has recorded it.
+  /// The last service, as recorded by the platform.
   std::string lastService();
 
   /// Collects all changes in `events`, until the set is switched off.

@@ -22,7 +22,7 @@ class CheckTest : public ::testing::Test {
   std::string content(const std::string& name) { return test::contentOf(folder / name); }
 
   CheckedFile checked(const std::string& text) { return checkTranscript(app, made("t.txt", text), false); }
-  /// What an update makes of a transcript.
+  /// Updates a transcript. @return its new content.
   std::string updated(const std::string& text) {
     checkTranscript(app, made("t.txt", text), true);
     return content("t.txt");
@@ -228,7 +228,7 @@ TEST_F(CheckTest, PrintsDifferencesAndFindings) {
   EXPECT_NE(out.str().find("transcripts: 0 passed, 1 failed\n"), std::string::npos);
 }
 
-// The report for machines.
+// The JUnit report.
 
 /// What an XML parser reads in a report: a line for each element with its attributes, and the texts of failures.
 std::string parsed(const std::string& file) {

@@ -13,7 +13,7 @@ namespace {
 class CompletionTest : public SessionTest {
  protected:
   Lines complete(std::string_view line) { return completions(*session, line); }
-  /// The line as it stands once Tab was typed behind it.
+  /// The line after Tab was typed at its end.
   std::string completed(const std::string& line) { return line + restOf(line, complete(line)); }
 };
 

@@ -11,13 +11,13 @@
 namespace virtualtv::shell {
 namespace {
 
-/// The set's manual.
+/// The manual of the virtual TV.
 std::string manual() {
   std::ifstream file(VIRTUAL_TV_PAGE);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// A text as it stands in a cell of a table.
+/// A text as the cell of a table.
 std::string cell(std::string_view text) {
   std::string escaped;
   for (const char letter : text) escaped += letter == '|' ? std::string("\\|") : std::string(1, letter);

@@ -14,7 +14,7 @@ namespace {
 
 using DotCommandTest = SessionTest;
 
-// What opening and closing an engine calls.
+// The calls made when an engine is opened and closed.
 const std::string opening = "call vconf_get_int(key=\"opened\") value=0 -> -1";
 const std::string closing = "call vconf_get_int(key=\"closed\") value=0 -> -1";
 

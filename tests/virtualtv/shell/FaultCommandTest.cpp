@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `.fault`: calls that are made to fail, the list of faults, and what is said of those that never hit.
+// `.fault`: making calls fail, listing the faults, and reporting those that were never hit.
 #include "virtualtv/shell/Support.h"
 
 namespace virtualtv::shell {

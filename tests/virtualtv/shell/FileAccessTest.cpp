@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What sessions of clients reach of files: nothing, or regular files beneath a directory.
+// Which files the sessions of clients can reach: none, or the regular files beneath a directory.
 #include "shell/FileAccess.h"
 
 #include <gtest/gtest.h>

@@ -20,7 +20,7 @@ Lines namesIn(const fs::path& folder) {
   return names;
 }
 
-/// A file with this content.
+/// Writes a file. @return its path.
 fs::path made(const fs::path& file, const std::string& content) {
   test::write(file, content);
   return file;

@@ -73,7 +73,7 @@ TEST(Help, TellsOfACommandThatTakesAListBelowItsOtherForm) {
   EXPECT_TRUE(mentions(told, usage));
 }
 
-/// The commands of the catalogue in all their forms.
+/// The commands of the catalogue, with their parameter-list forms.
 std::vector<CatalogueCommand> allForms() {
   std::vector<CatalogueCommand> all = catalogue().commands();
   all.insert(all.end(), catalogue().listCommands().begin(), catalogue().listCommands().end());
@@ -164,7 +164,7 @@ TEST(HelpOnOperations, SaysJustWhatAFaultTakes) {
     const std::string told = ", " + waysToFail(operation) + ", ";
     const bool takesText = told.find(", TEXT, ") != std::string::npos;
     for (const auto& [name, word] : ways) {
-      if (takesText && name == "N") continue;  // a number is a text too
+      if (takesText && name == "N") continue;  // a number is also a valid text
       EXPECT_EQ(told.find(", " + name + ", ") != std::string::npos, accepted(operation, "result=" + std::string(word)))
           << operation.name << " " << name;
     }

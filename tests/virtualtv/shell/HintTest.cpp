@@ -12,7 +12,7 @@ const std::string unknown = "# no command has this name: '.help commands' lists 
 class HintTest : public SessionTest {
  protected:
   std::string hintOn(std::string_view line, const Lines& printed) { return shell::hintOn(*session, line, printed); }
-  /// What is said below a line that was run.
+  /// Runs a line. @return the hint below its output.
   std::string hintBelow(std::string_view line) { return hintOn(line, lines(line)); }
 };
 
@@ -95,7 +95,7 @@ TEST_F(HintTest, NamesNoKnobWhereTheNameIsRight) {
   EXPECT_EQ(hintBelow(".get main"), "");
   EXPECT_EQ(hintBelow(".set services 3"), "");
   EXPECT_EQ(hintBelow(".set main.source x"), "");
-  EXPECT_EQ(hintBelow(".set main.pictre 3"), "");  // which can only be read
+  EXPECT_EQ(hintBelow(".set main.pictre 3"), "");  // the meant knob can only be read
 }
 
 TEST_F(HintTest, NamesTheOperationThatWasMisspelt) {

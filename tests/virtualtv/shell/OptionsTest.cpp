@@ -12,7 +12,7 @@
 namespace virtualtv::shell {
 namespace {
 
-/// What the options have taken, as words.
+/// Collects what the options receive, as text.
 class OptionsTest : public testing::Test {
  protected:
   Option noting(const std::string& name, const std::string& value) {
@@ -34,7 +34,7 @@ class OptionsTest : public testing::Test {
     return all;
   }
 
-  /// What is taken of the words, or why nothing is.
+  /// What the options receive from the words, or the error.
   std::string read(const Lines& words) { return read(options(), words); }
   std::string read(const Options& options, const Lines& words) {
     taken.clear();

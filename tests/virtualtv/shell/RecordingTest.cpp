@@ -27,7 +27,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A set on which everything is recorded.
+/// A set whose inputs are all recorded.
 class RecordingTest : public ::testing::Test {
  protected:
   std::string file() const { return (folder / "rec.txt").string(); }
@@ -42,7 +42,7 @@ class RecordingTest : public ::testing::Test {
     return std::regex_replace(readFile(file()), std::regex("# \\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z\n"),
                               "");
   }
-  /// Checks what was recorded as `emp-window check` does.
+  /// Checks the recording as `emp-window check` does.
   CheckedFile checked() {
     const device::DeviceAside aside(television->app);
     return checkTranscript(television->app, file(), false);

@@ -271,7 +271,7 @@ TEST_F(SessionTest, ErrorsInAFileAreErrorsOfTheSession) {
   EXPECT_EQ(session->takeRemarks().errors.size(), 1U);
 }
 
-// What can't be taken for an input or a remark.
+// Output is never mistaken for an input or a remark.
 
 TEST_F(SessionTest, NothingThatIsPrintedReadsAsAnInputOrARemark) {
   run(".set service.#1.name '> x'");

@@ -3,7 +3,7 @@
 
 namespace virtualtv::shell {
 
-/// A channel list of two services and a line that can't be read, the second.
+/// A channel list of two services, with an invalid line between them.
 inline constexpr const char* smallList =
     "One;Net:474000:B8C23D12G4M64T8Y0:T:27500:101:102=eng@4:0:0:1:1:1:0\n"
     "no channel\n"

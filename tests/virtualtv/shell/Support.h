@@ -30,7 +30,7 @@ class TestApp : public kel::CEmpAppBase {
   TestApp();
   kel::CEmpEngineBase* CreateEmpEngine() override;
 
-  bool opens = true;  ///< false: no engine can be made
+  bool opens = true;  ///< false: engines can't be created
 };
 
 /// A session on a set in memory.
@@ -41,10 +41,10 @@ class SessionTest : public ::testing::Test {
 
   /// The output of an input, with line breaks between the lines.
   std::string run(std::string_view input);
-  /// The same as lines.
+  /// The same, as separate lines.
   Lines lines(std::string_view input) { return session->run(input); }
   Tv& tv() { return television.tv(); }
-  /// The findings of the inputs since the last time, which would fail a transcript.
+  /// The findings since the last time. They would make a transcript fail.
   Lines findings();
 
   TemporaryDirectory folder;

@@ -64,7 +64,7 @@ TEST_F(DatabaseCopy, OfAnImageHasTheRowsThatThereWereWhenItWasTaken) {
   EXPECT_EQ(count(another), things);
 }
 
-/// What is in the log of a file is in the image, which has none.
+/// The image contains the rows that are still in the file's log. It has no log of its own.
 TEST_F(DatabaseCopy, OfTheImageOfAFileHasItsRows) {
   const TemporaryDirectory directory;
   Database file(directory.path() / "file", schema, add);
@@ -96,7 +96,7 @@ TEST_F(DatabaseCopy, OfAnImageTellsThatThereIsNoMemory) {
                                              "memory: cannot open it: out of memory"}));
 }
 
-/// Wherever the memory ends, the reason is told, and the original is as it was.
+/// Wherever memory runs out, the copy reports the reason and the original is unchanged.
 TEST_F(DatabaseCopy, TellsThatThereIsNoMemory) {
   constexpr int step = 1024;
   std::set<std::string> failures;

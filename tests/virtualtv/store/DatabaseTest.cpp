@@ -38,7 +38,7 @@ class DatabaseFile : public testing::Test {
     for (int thing = 0; thing < things; ++thing) add(database, 1000);
   }
 
-  /// A process adds a row and dies, and its log stays.
+  /// A process adds a row and dies; its log stays.
   void leaveLog(Schema schema) {
     const std::string end = inChild([&]() -> std::string {
       Database database(file, schema);
@@ -52,7 +52,7 @@ class DatabaseFile : public testing::Test {
     return failureOf([&] { Database(file, oldSchema, {}, noPatience); });
   }
 
-  /// Names in the directory.
+  /// The names of the files in the directory.
   std::set<std::string> filesThere() const {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
@@ -99,7 +99,7 @@ TEST_F(DatabaseFile, KeepsNothingOfATransactionInWhichTheProcessDies) {
     Database database(file, oldSchema);
     add(database);
     Transaction transaction(database, "add things");
-    for (int thing = 0; thing < 50; ++thing) add(database, 1'000'000);  // more than the cache takes
+    for (int thing = 0; thing < 50; ++thing) add(database, 1'000'000);  // more than fits into the cache
     std::_Exit(0);
   });
   ASSERT_EQ(end, "");
@@ -148,7 +148,7 @@ TEST_F(DatabaseFile, OfAnotherProgramIsRefused) {
   EXPECT_EQ(contentOf(file), before);
 }
 
-/// It may have kept something once, which a new one in its place would hide.
+/// An empty file may be what is left of a state; a new database in its place would hide the loss.
 TEST_F(DatabaseFile, ThatIsEmptyIsRefusedAndLeftAlone) {
   for (const char* const content : {"", "x"}) {
     write(file, content);
@@ -176,7 +176,7 @@ TEST_F(DatabaseFile, ThatIsGoneWhileItsLogIsThereIsRefused) {
   EXPECT_EQ(contentOf(log), logBefore);
 }
 
-/// There is nothing in it that the file could have lost.
+/// The log is empty, so the missing file had no rows to lose.
 TEST_F(DatabaseFile, IsMadeBesideAnEmptyLog) {
   write(log, "");
   Database database(file, oldSchema);
@@ -192,7 +192,7 @@ TEST_F(DatabaseFile, WithoutATableIsRefused) {
   EXPECT_EQ(failureToOpen(), failure("open it: there is nothing in it"));
 }
 
-/// What is left when the power goes while it is being made.
+/// This is what a power loss during the creation leaves.
 TEST_F(DatabaseFile, ThatWasNeverMadeToTheEndIsMadeAnew) {
   for (const char* const content : {"", "x"}) {
     write(mark, "");
@@ -208,7 +208,7 @@ TEST_F(DatabaseFile, ThatWasNeverMadeToTheEndIsMadeAnew) {
   }
 }
 
-/// The mark may come back when the power goes, and takes nothing away.
+/// A power loss may bring the mark back. It must not cost any rows.
 TEST_F(DatabaseFile, KeepsItsRowsBesideAMarkThatItIsBeingMade) {
   make(3);
   write(mark, "");
@@ -331,7 +331,7 @@ TEST_F(DatabaseFile, ThatProvesDamagedIsLeftAloneTogetherWithTheLogOfAProcessTha
 
 TEST_F(DatabaseFile, ThatSomebodySwitchedToAnotherLogIsSwitchedBack) {
   make(3);
-  constexpr std::size_t formats = 18;  // in the header: a byte of reading, a byte of writing
+  constexpr std::size_t formats = 18;  // in the header, one byte each: the formats for reading and for writing
   ASSERT_EQ(contentOf(file).substr(formats, 2), "\2\2");
   overwrite(file, formats, "\1\1");
   {
@@ -371,7 +371,7 @@ TEST_F(DatabaseFile, ThatCantBeReadFails) {
   EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
 }
 
-/// Whether it is there can't be told.
+/// Without access to the directory, nobody can tell whether the file exists.
 TEST_F(DatabaseFile, InADirectoryThatCantBeLookedIntoFails) {
   const auto closed = directory / "closed";
   std::filesystem::create_directory(closed);
@@ -383,7 +383,7 @@ TEST_F(DatabaseFile, InADirectoryThatCantBeLookedIntoFails) {
   EXPECT_EQ(contentOf(closed / "a.db"), "something");
 }
 
-/// Of a directory that leads to itself, even the first user can't tell what is in it.
+/// In a loop of links, even root can't tell whether the file exists.
 TEST_F(DatabaseFile, BehindADirectoryThatLeadsNowhereFails) {
   std::filesystem::create_symlink("loop", directory / "loop");
   EXPECT_EQ(failureOf([&] { Database(directory / "loop/a.db", oldSchema); }),
@@ -433,7 +433,7 @@ TEST_F(DatabaseFile, LeavesNothingBehindWhenItCantBeFilled) {
   EXPECT_EQ(filesThere(), std::set<std::string>());
 }
 
-/// It was not this start that made it.
+/// The mark is from an earlier start, so this one must not remove it.
 TEST_F(DatabaseFile, LeavesTheMarkOfAnEarlierStartWhenItCantBeFilled) {
   write(mark, "");
   const auto fails = [](Database&) { throw StoreError("no first rows"); };
@@ -449,7 +449,7 @@ TEST_F(DatabaseFile, ThatIsEmptyAndClosedToTheUserIsRefusedAndNotMarked) {
   EXPECT_EQ(filesThere(), std::set<std::string>({"a.db"}));
 }
 
-/// All that stands beside it does so beside what the link leads to.
+/// The log and the mark are beside the target of the link, not beside the link.
 TEST_F(DatabaseFile, BehindALinkIsMadeWhereTheLinkLeads) {
   std::filesystem::create_directory(directory / "elsewhere");
   std::filesystem::create_symlink("elsewhere/b.db", file);

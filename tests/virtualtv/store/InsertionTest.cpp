@@ -36,7 +36,7 @@ TEST_F(InsertionTest, AddsOneRow) {
   EXPECT_EQ(all(), (ThingsByKey{{1, "one"}}));
 }
 
-/// What holds for small and for large batches.
+/// Runs with batches of several sizes, small and large.
 class Batches : public InsertionTest, public testing::WithParamInterface<std::size_t> {};
 
 INSTANTIATE_TEST_SUITE_P(Each, Batches, testing::Values(few, many - 1, many, 3 * many));

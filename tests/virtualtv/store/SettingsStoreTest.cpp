@@ -91,7 +91,7 @@ TEST_F(Settings, TheStateOfTheSetIsReplacedAsAWhole) {
   EXPECT_EQ(state.all(), State());
 }
 
-/// All states of three keys, one the start of another, each with one of two values or none.
+/// All states of three keys with one of two values or none. One of the keys is a prefix of another.
 std::vector<State> smallStates() {
   std::vector<State> states{{}};
   for (const char* key : {"a", "a.b", "b"}) {

@@ -19,10 +19,10 @@ class TransactionTest : public testing::Test {
     return static_cast<int>(rows.integer(0));
   }
 
-  /// From here on there is room for little more than what is there.
+  /// Leaves the database room for little more than it has now.
   void fillTheDisk() { database.execute("PRAGMA max_page_count = 3", "limit it"); }
 
-  /// SQLite undoes nothing for now, as when it has no memory to.
+  /// Makes SQLite refuse rollbacks, as it does when memory runs out.
   void refuseToUndo(bool refuse) {
     const auto answer = [](void*, int action, const char* what, const char*, const char*, const char*) {
       const bool undoes =
@@ -32,7 +32,7 @@ class TransactionTest : public testing::Test {
     sqlite3_set_authorizer(database.handle(), refuse ? +answer : nullptr, nullptr);
   }
 
-  /// A transaction that is given up and can't be undone.
+  /// Abandons a transaction whose rollback fails.
   void addWithoutUndoing() {
     const Transaction transaction(database, "add things");
     insert.run(1);
@@ -82,7 +82,7 @@ TEST_F(TransactionTest, AnInnerOneUndoesItsOwnPartOnly) {
   EXPECT_EQ(count(), 1);
 }
 
-/// Or a write would be acknowledged, and be undone with it.
+/// Otherwise the write would be acknowledged, and then be undone with the transaction.
 TEST_F(TransactionTest, ThatCouldNotBeUndoneIsUndoneBeforeTheNextStatement) {
   addWithoutUndoing();
   refuseToUndo(false);

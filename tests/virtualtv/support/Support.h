@@ -37,10 +37,10 @@ std::string answerOf(Database& database, const char* query);
 /// "died" when it did not end.
 std::string inChild(const std::function<std::string()>& body);
 
-/// The same as a user without privileges, for whom permissions count.
+/// The same as a user without privileges, whom permissions restrict.
 std::string inChildWithoutPrivileges(const std::function<std::string()>& body);
 
-/// Limits all files to `size` bytes from here on. Only for use in a child.
+/// Limits the size of all files to `size` bytes from now on. Only for use in a child.
 void limitFileSize(std::size_t size);
 
 /// The text of the `StoreError` that `body` throws; empty when it throws none.

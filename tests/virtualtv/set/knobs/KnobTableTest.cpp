@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What all knobs of the table have in common: each takes a value and shows it again, or refuses it with what it takes.
+// What all knobs have in common: each one takes a value and shows it again, or refuses it and says which values it
+// takes.
 #include "services/FieldNames.h"
 #include "set/Knobs.h"
 #include "set/SnapshotJson.h"
@@ -11,7 +12,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// Texts of which each is odd for most knobs.
+/// Values that are unusual for most knobs.
 const Texts values{"",
                    " ",
                    "x",
@@ -80,7 +81,7 @@ bool isNumber(const std::string& text) {
   return !digits.empty() && digits.find_first_not_of("0123456789") == digits.npos;
 }
 
-/// The names of the knobs that a row of the table stands for, those of one window, input, service and operation.
+/// The names of the knobs that a row of the table describes, for one window, input, service and operation.
 Texts namesOf(const Knob& knob) {
   std::string name(knob.name);
   for (const auto& [part, value] : {std::pair<std::string, const char*>("WINDOW", "pip"),
@@ -108,7 +109,7 @@ class KnobTable : public SetTest {
     EXPECT_EQ(said.find("a number"), said.find("a number from ")) << "of which range";
   }
 
-  /// What a knob shows of a value that it took is the value, and sets the same again.
+  /// A knob shows the value that it took, and takes what it shows.
   void expectTaken(const std::string& name, const std::string& value) {
     SCOPED_TRACE(name + " " + text::printable(value));
     const std::string shown = knob(name);
@@ -145,7 +146,7 @@ TEST_F(KnobTable, TakesAValueAsItIsOrRefusesItWithTheRange) {
   EXPECT_GT(refused, 1500);
 }
 
-/// A snapshot of a set takes what its knobs take.
+/// Snapshots accept every value that the knobs accept.
 TEST_F(KnobTable, TakesWhatASnapshotBringsBack) {
   for (const Knob& row : knobs()) {
     if (row.set == nullptr || row.name.starts_with("latency.")) continue;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The part of a plane that the picture's content fills: by hand for each format description and shape, and held against
-// exact fractions for planes of all sizes.
+// The part of a plane that the picture's content fills: computed by hand for each format description and shape, and
+// compared with exact fractions for planes of all sizes.
 #include <array>
 #include <climits>
 #include <cstdlib>
@@ -15,7 +15,7 @@ namespace {
 constexpr int wide = 0;
 constexpr int narrow = 1;
 
-/// A service with a picture of one shape and format description on screen, in a plane that moves.
+/// A service on screen whose picture has a given shape and format description, in a plane that tests move.
 class ActiveArea : public PictureTest {
  protected:
   ActiveArea() { tv->import({serviceOf(10, 0, 1)}, false); }
@@ -85,9 +85,9 @@ TEST_F(ActiveArea, OfAPlaneAtTheEdgeOfAllNumbersStaysThere) {
   EXPECT_EQ(shown(wide, 8), "-2147483648,-1677721600,2147483647x1207959551");
 }
 
-// By fractions.
+// With fractions.
 
-/// A number that is exact: `top` by `bottom`, which is positive.
+/// An exact fraction. `bottom` is positive.
 struct Fraction {
   std::int64_t top;
   std::int64_t bottom = 1;
@@ -103,7 +103,7 @@ std::int64_t cut(Fraction length) {
   return length.top / length.bottom;
 }
 
-/// In whole pixels.
+/// A size in whole pixels.
 struct Size {
   std::int64_t width;
   std::int64_t height;
@@ -111,7 +111,7 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
-/// The largest size of a ratio within another one, but for parts of a pixel.
+/// The largest size with a ratio that fits into another size, rounded down to whole pixels.
 Size within(const Size& outer, Fraction ratio) {
   const Fraction turned{ratio.bottom, ratio.top};
   const Fraction width{outer.width};
@@ -119,7 +119,7 @@ Size within(const Size& outer, Fraction ratio) {
   return {cut(least(width, height * ratio)), cut(least(height, width * turned))};
 }
 
-/// The size of the content of a picture that stands in a plane.
+/// The size of the picture's content in a plane.
 Size contentOf(const Size& plane, int shape, int format) {
   const Fraction sixteenNine{16, 9};
   const Fraction fourThree{4, 3};
@@ -130,7 +130,8 @@ Size contentOf(const Size& plane, int shape, int format) {
   return picture;
 }
 
-/// One length stands in the middle of the other one, but for an odd pixel of the picture and one of its content.
+/// True when the inner length is in the middle of the outer one. The picture and its content may each be off by an odd
+/// pixel.
 bool isCentred(std::int64_t outer, std::int64_t outerLength, std::int64_t inner, std::int64_t innerLength) {
   const std::int64_t before = inner - outer;
   const std::int64_t behind = outerLength - innerLength - before;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The knobs of pictures and planes: what they print, what they take and refuse, what a restart keeps of them.
+// The knobs of pictures and planes: what they print, take and refuse, and what survives a restart.
 #include "virtualtv/set/picture/PictureTest.h"
 
 namespace virtualtv::test {
@@ -7,7 +7,7 @@ namespace {
 
 class PictureKnobs : public PictureTest {
  protected:
-  /// The knobs of a window's plane and picture, in one line.
+  /// The knobs of a window's plane and picture, on one line.
   std::string all(const std::string& window) {
     std::string line;
     for (const char* name : {"picture", "resolution", "rect", "crop", "display", "active", "order", "muted"}) {

@@ -39,7 +39,7 @@ std::string textOf(const TSRectInfo& info) {
   return textOf(Rect{info.x, info.y, info.width, info.height});
 }
 
-/// A rectangle that a call told, or "none".
+/// A rectangle that a call returned; "none" when the call failed.
 std::string told(int result, const Rect& rect) {
   if (result >= 1) return textOf(rect);
   EXPECT_EQ(rect, (Rect{untouched, untouched, untouched, untouched}));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The planes of the windows: where they stand, what part of the picture they show, their order, whether they are
+// The planes of the windows: their position, the part of the picture that they show, their order, and whether they are
 // hidden.
 #include <climits>
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr WindowId pip = WindowId::pip;
 
-/// Rectangles that have nothing inside.
+/// Rectangles without content.
 std::vector<Rect> emptyRects() {
   std::vector<Rect> rects;
   for (const int side : {0, -1, INT_MIN}) {
@@ -21,7 +21,7 @@ std::vector<Rect> emptyRects() {
   return rects;
 }
 
-/// Odd ones that have something inside.
+/// Unusual rectangles with content.
 std::vector<Rect> oddRects() {
   return {{-300, -200, 1920, 1080},
           {5000, 4000, 10, 10},
@@ -35,7 +35,7 @@ class Planes : public PictureTest {
  protected:
   Planes() { noteEvents(); }
 
-  /// Checks that what just happened changed nothing and was told to nobody.
+  /// Checks that nothing has changed since then and that no change was reported.
   void expectNothingSince(const TvState& before, std::uint64_t revision) {
     EXPECT_EQ(tv->state(), before);
     EXPECT_EQ(tv->revision(), revision);
@@ -220,11 +220,11 @@ TEST_F(Planes, AHiddenPictureIsStillThere) {
   EXPECT_EQ(knob("main.picture"), "1920x1080@25");
 }
 
-// What is told and kept.
+// What is reported and persisted.
 
 TEST_F(Planes, EachChangeIsToldOnceWithItsWindow) {
   place({1, 2, 3, 4}, pip);
-  placeDefault();  // where it is
+  placeDefault();  // it is there already
   crop({1, 2, 3, 4}, {5, 6, 7, 8});
   placeDefault();
   order(2, pip);

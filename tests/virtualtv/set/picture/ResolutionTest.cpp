@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The resolution that the set tells of a window's picture, and that of the ISP source.
+// The resolution that the set reports for a window's picture, and for the ISP source.
 #include "d2tv/CD2tvMgrProxy.h"
 #include "d2tv/D2TVCAPI.h"
 #include "virtualtv/set/picture/PictureTest.h"
@@ -12,14 +12,14 @@ constexpr int unknown = 136;
 
 class Resolution : public PictureTest {
  protected:
-  /// What is told of an HDMI input with this picture.
+  /// The resolution reported for an HDMI input with this picture.
   std::optional<Told> of(const std::string& picture) {
     turn("input.13.picture", picture);
     switchTo(hdmi1);
     return resolution();
   }
 
-  /// Size of the ISP source's picture, as its manager tells it.
+  /// The size of the ISP source's picture, as its manager reports it.
   static std::string ofIsp() {
     unsigned width = 77;
     unsigned height = 78;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The picture that a window's source gives: of a service by its fields and its channel type, of an input by what comes
-// in, and none.
+// The picture of a window's source: that of a service follows from its fields and its channel type, that of an input
+// from the incoming signal. Some sources have none.
 #include "services/ChannelType.h"
 #include "virtualtv/set/picture/PictureTest.h"
 
@@ -17,7 +17,7 @@ class SourcePicture : public PictureTest {
  protected:
   /// Puts a service with these fields on the main window's screen.
   void show(std::map<int, std::uint64_t> fields) {
-    tv->removeServices();  // of which nothing shall stay
+    tv->removeServices();  // no field of the earlier service may stay
     tv->import({serviceOf(10, 0, 1, std::move(fields))}, false);
     ASSERT_GT(tune(10), 0);
   }

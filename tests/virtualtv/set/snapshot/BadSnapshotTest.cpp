@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Documents that are no snapshots: what is said of them.
+// Documents that are not valid snapshots, and what the errors say about them.
 #include <gtest/gtest.h>
 
 #include "set/SnapshotJson.h"
@@ -10,7 +10,7 @@
 namespace virtualtv::test {
 namespace {
 
-/// What reading says, "" where it is read.
+/// The error of reading, "" on success.
 template <typename Read>
 std::string refusal(Read read) {
   try {
@@ -27,7 +27,7 @@ std::string refusalOf(const Json::Value& document) {
   return refusal([&] { snapshotIn(document); });
 }
 
-/// The line of a text in which a part of it first stands, counted from 1.
+/// The line of a text that contains the first occurrence of a part, counted from 1.
 std::size_t lineOf(const std::string& text, const std::string& part) {
   const std::string before = text.substr(0, text.find(part));
   return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
@@ -159,7 +159,7 @@ TEST_F(BadSnapshot, SaysWhereAndWhatIsWanted) {
   }
 }
 
-/// What the knobs of the set refuse, a snapshot can't bring in either.
+/// A snapshot can't set what the knobs of the set refuse.
 TEST_F(BadSnapshot, HoldsNoFieldThatAKnobRefuses) {
   const std::string ofId =
       "a number from 1 to 18446744073709551615 (0 stands for no service), as a text beyond 53 bits,";
@@ -235,7 +235,7 @@ TEST_F(BadSnapshot, IsEachPartOfATextThatWasCutOff) {
   }
 }
 
-/// Puts other values in the place of each value, one at a time.
+/// Replaces each value of a document by other values, one at a time.
 class Spoiler {
  public:
   explicit Spoiler(Json::Value document) : document_(std::move(document)) {}
@@ -292,7 +292,7 @@ TEST_F(BadSnapshot, IsRefusedWhereAValueIsNone) {
   EXPECT_GT(spoiler.refused, 700);
 }
 
-/// Also the snapshots of sets that hold anything.
+/// The text is the snapshot of a random set.
 TEST(BadSnapshots, WithBytesInTheWrongPlaceAreReadOrRefusedWithOneLine) {
   std::mt19937 engine(7);
   std::string text;

@@ -55,7 +55,7 @@ int RandomSet::pid() {
   return oneOf<int>({0, 1, 256, 8190, 65535});
 }
 
-/// Whether a field gets a text.
+/// Decides whether a field gets a text.
 bool RandomSet::hasText(int field) {
   return takesText(field) && (!takesNumber(field) || in(2));
 }
@@ -150,7 +150,7 @@ void RandomSet::set(Tv& tv) {
   tv.removeSetting(bytes());
 }
 
-/// Most values are not for the knob, and refused.
+/// Most values don't suit the knob and are refused.
 void RandomSet::turn(Tv& tv) {
   const std::string value = oneOf<std::string>({"0", "1", "-1", "17", "on", "off", "255", "3,4", "640x480", "1x1@1",
                                                 "none", "7:eng,!8:deu:ac3:1:2", "5:und:dvb,6:eng:teletext-subtitle",

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Snapshots of sets that hold anything: what is restored is the same set.
+// Snapshots of random sets: restoring one gives the same set.
 #include "set/SnapshotJson.h"
 #include "store/StoreError.h"
 #include "virtualtv/set/SetTest.h"

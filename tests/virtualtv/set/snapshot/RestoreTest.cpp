@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What becomes of a set that a snapshot is put into.
+// What happens to a set when a snapshot is restored into it.
 #include "set/SnapshotJson.h"
 #include "store/Statement.h"
 #include "store/StoreError.h"
@@ -11,7 +11,7 @@ namespace {
 
 class Restore : public SetTest {
  protected:
-  /// A snapshot that differs from the built-in set in everything, which is there again afterwards.
+  /// Makes a snapshot that differs from the built-in set in many values, then resets the set.
   Snapshot other() {
     tv->import({serviceOf(10, 0, 1), serviceOf(20, 1, 2)}, false);
     tv->tune(WindowId::main, 2);
@@ -23,7 +23,7 @@ class Restore : public SetTest {
     return snapshot;
   }
 
-  /// The revision that all events have.
+  /// The revision of the events, which must all have the same one.
   std::uint64_t revisionOfEvents() {
     for (const Event& event : events) EXPECT_EQ(event.revision, events.front().revision);
     return events.empty() ? 0 : events.front().revision;
@@ -38,7 +38,7 @@ class Restore : public SetTest {
     return found;
   }
 
-  /// The set is as it was, and nobody heard of anything.
+  /// Checks that `body` changes nothing and that no change is reported.
   template <typename Body>
   void expectUnchangedBy(Body body) {
     const Snapshot before = tv->snapshot();
@@ -127,7 +127,7 @@ TEST_F(Restore, OfOneThatCannotBeKeptChangesNothing) {
   EXPECT_EQ(tv->snapshot(), snapshot);
 }
 
-/// When the state is to be kept, services and settings are written.
+/// The failure comes when the state is persisted: services and settings are written by then.
 TEST_F(Restore, ThatFailsMidwayChangesNothing) {
   const Snapshot snapshot = other();
   Statement(storage.parts().database,

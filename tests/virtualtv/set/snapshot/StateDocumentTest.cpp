@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The whole set as one document.
+// The state of the whole set as one document.
 #include "set/StateDocument.h"
 
 #include "virtualtv/set/SetTest.h"

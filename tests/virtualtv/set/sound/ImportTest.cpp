@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tracks that imported channel lists bring, as a client is told of them.
+// The tracks in imported channel lists, as clients read them.
 #include "import/Import.h"
 
 #include "virtualtv/set/sound/SoundTest.h"

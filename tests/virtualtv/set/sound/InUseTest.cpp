@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The audio track and the subtitle that a window has in use.
+// The audio track and the subtitle in use in a window.
 #include <climits>
 
 #include "virtualtv/set/sound/SoundTest.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tracks of the ISP source, as the manager of the secondary TV stack tells them.
+// The tracks of the ISP source, as the manager of the secondary TV stack reports them.
 #include <climits>
 
 #include "d2tv/CD2tvMgrProxy.h"
@@ -19,7 +19,7 @@ CD2tvMgrProxy& manager() {
   return *made;
 }
 
-/// What the manager tells, or "fails" where a call answers -1, which must have left the outputs alone.
+/// Checks a failed call: it must have answered -1 and left its outputs unchanged. @return "fails".
 std::string failed(int result, bool asItWas) {
   EXPECT_EQ(result, bad);
   EXPECT_TRUE(asItWas);
@@ -32,7 +32,7 @@ std::string audioCount() {
   return result == good ? std::to_string(count) : failed(result, count == 77);
 }
 
-/// Index, PID, language and the three codes.
+/// An audio track: its index, PID, language and three codes.
 std::string audioAt(unsigned position) {
   MVPDAudio audio{untouched, 0, 0, 0, 0, 0};
   const int result = manager().GetMultiAudioInfo(&audio, position);
@@ -51,7 +51,7 @@ std::string audioInUse() {
   return std::to_string(index) + " " + std::to_string(pid) + ":" + languageText(lang);
 }
 
-/// The numbers of the three kinds.
+/// The numbers of subtitles of the three kinds.
 std::string subtitleCounts() {
   unsigned dvb = 77;
   unsigned teletext = 77;
@@ -74,7 +74,7 @@ std::string subtitleInUse() {
   return result == good ? languageText(language) : failed(result, language == untouched);
 }
 
-/// The ISP source with tracks of each kind, shown.
+/// The ISP source on screen, with tracks of each kind.
 class Isp : public SoundTest {
  protected:
   Isp() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The knobs of tracks and favourites: what they print, what they take and refuse, what a restart keeps of them.
+// The knobs of tracks and favourites: what they print, take and refuse, and what survives a restart.
 #include <algorithm>
 
 #include "store/Statement.h"
@@ -13,14 +13,14 @@ class TrackKnobs : public SoundTest {
  protected:
   TrackKnobs() { tv->import({serviceOf(10, 0, 1), serviceOf(20, 0, 2)}, false); }
 
-  /// The knobs that are lists, with a text for each.
+  /// The knobs whose values are lists, with a value for each.
   const std::vector<std::pair<std::string, std::string>> lists{
       {"service.10.audio", "256:eng:aac:2:0,!257:deu:ac3:4:0"},
       {"service.10.subtitles", "259:eng:dvb,!260:und:teletext"},
       {"service.10.favourites", "1=1,12=0,255=1"},
       {"isp.audio", "256:eng:aac:2:0,!257:deu:ac3:4:0"},
       {"isp.subtitles", "1:eng:dvb,!2:deu:teletext,3:-1:teletext-subtitle"}};
-  /// The knobs that are positions.
+  /// The knobs whose values are positions.
   const std::vector<std::string> positions{"main.audio",   "main.subtitle",    "pip.audio",
                                            "pip.subtitle", "isp.audio_in_use", "isp.subtitle_in_use"};
 };

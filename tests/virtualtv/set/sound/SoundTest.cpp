@@ -38,7 +38,7 @@ IService& services() {
   return *made;
 }
 
-/// Numbers with colons between, behind a PID and a language.
+/// PID, language and codes, separated by colons.
 std::string textOf(int pid, int lang, std::initializer_list<int> codes) {
   std::string text = std::to_string(pid) + ":" + languageText(lang);
   for (const int code : codes) text += ":" + std::to_string(code);
@@ -51,7 +51,7 @@ std::string sizeText(int result, unsigned size) {
   return "fails";
 }
 
-/// A subtitle that a call told.
+/// A subtitle that a call returned.
 std::string told(int result, int lang, const TSHybridSBT& track) {
   if (result > 0) return textOf(track.pid, lang, {track.type});
   EXPECT_EQ(lang, untouched);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tracks of any service, by its id.
+// The tracks of any service, read by its id.
 #include <climits>
 
 #include "virtualtv/set/sound/SoundTest.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What an import leaves of what the user made of the set: by the ids of services, whatever the list puts around them.
+// What the user set up survives an import: it follows the ids of services, whatever else the new list says of them.
 #include "store/StoreError.h"
 #include "virtualtv/set/SetTest.h"
 
@@ -17,8 +17,8 @@ std::vector<Service> listOf(std::initializer_list<std::uint64_t> ids) {
   return services;
 }
 
-/// Services 10 to 50 of a list; 30 is on the main window's screen and 20 was, 40 and 50 on that of the other one; the
-/// set starts with 20, from another input.
+/// A list of services 10 to 50. The main window shows 30 and showed 20 before; the other window shows 40 and showed 50.
+/// The set starts with service 20 on another source.
 class Import : public SetTest {
  protected:
   Import() {
@@ -33,7 +33,7 @@ class Import : public SetTest {
     before = tv->state();
   }
 
-  /// That all is as the constructor left it.
+  /// Expects everything as the constructor left it.
   void expectNothingMoved() {
     EXPECT_EQ(current(), 30U);
     EXPECT_EQ(previous(), 20U);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The inputs of the set: switching between them, plugging, what the platform records, the secondary stack.
+// The inputs of the set: switching, plugging, what the platform records, and the secondary stack.
 #include "d2tv/D2TVCAPI.h"
 #include "virtualtv/set/SetTest.h"
 
@@ -8,7 +8,8 @@ namespace {
 
 class Inputs : public SetTest {
  protected:
-  /// The state and the sources that a window's source control tells; "none" for one that it can't.
+  /// The state, the current and the previous source that a window's source control reports; "none" for an unknown
+  /// source.
   std::string told(WindowId on = WindowId::main) {
     ISourceControl* control = nullptr;
     EXPECT_EQ(TVServiceAPI::CreateSourceControl(on == WindowId::main ? PROFILE_MAIN : PROFILE_PIP, 0, &control), 0);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a set keeps of its tuning when it is switched off, and what becomes of a change that it can't keep.
+// What a set persists of its tuning, and what happens to a change that can't be persisted.
 #include "d2tv/D2TVCAPI.h"
 #include "store/Statement.h"
 #include "virtualtv/set/SetTest.h"
@@ -8,7 +8,7 @@
 namespace virtualtv::test {
 namespace {
 
-/// What `changeEverything` leaves behind.
+/// Changes services, sources, inputs, modes, the tuner and the ISP source.
 void changeEverything(Tv& tv) {
   tv.import({serviceOf(10, 0, 1), serviceOf(20, 0, 2), serviceOf(40, 1, 3)}, false);
   tv.tune(WindowId::main, *tv.services().keyOf(20));
@@ -61,7 +61,7 @@ TEST(KeepingOnDisk, TheNextProcessFindsWhatTheLastOneLeft) {
   EXPECT_EQ(tv.state(), before);
 }
 
-/// Ends without switching anything off, as when the power goes.
+/// The child process ends without switching the set off, as when the power goes.
 TEST(KeepingOnDisk, WhatWasAnsweredIsKeptWhenThePowerGoes) {
   const TemporaryDirectory directory;
   const std::string answered = inChild([&] {
@@ -129,7 +129,7 @@ TEST_F(KeepingDamaged, ASwitchIsOnOrOff) {
   }
 }
 
-/// Each name, and no other is missing.
+/// Each value in turn is missing.
 TEST_F(KeepingDamaged, AnyValueThatIsGoneIsRefused) {
   const auto kept = storage.parts().state.all();
   ASSERT_GT(kept.size(), 30U);
@@ -139,7 +139,8 @@ TEST_F(KeepingDamaged, AnyValueThatIsGoneIsRefused) {
   }
 }
 
-/// Tracks in use, sizes of pictures, the ISP source and the tuner's loss came one after the other.
+/// Later versions added the tracks in use, the sizes of pictures, the ISP source and the tuner's loss, one after the
+/// other.
 TEST_F(KeepingDamaged, ASetThatWasKeptBeforeSomeValuesWereHasTheirDefaults) {
   tv->switchSource(WindowId::main, hdmi2);
   const TvState before = tv->state();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the shell says where memory is lacking: each allocation of an input fails once, one run after the other.
+// What the shell says when memory runs out: each allocation of an input fails in turn, one in each run.
 #include <string>
 
 #include "set/Knobs.h"
@@ -17,7 +17,8 @@ using support::FailingAllocations;
 
 class LackOfMemory : public SessionTest {
  protected:
-  /// Runs `body` with one allocation after the other failing, and `look` behind each that failed. @return how many did.
+  /// Runs `body` again and again, with a later allocation failing each time, and `look` after each failure. @return the
+  /// number of failures.
   template <typename Body, typename Look>
   static int sweep(const Body& body, const Look& look) {
     int hits = 0;
@@ -47,7 +48,7 @@ TEST_F(LackOfMemory, ForAnImportNamesTheFile) {
                            ASSERT_FALSE(printed.empty());
                            if (getKnob(tv(), "services") == before) ++unchanged;
                            run(".reset");
-                           if (printed.back().starts_with("imported 2 services")) return;  // it could do without
+                           if (printed.back().starts_with("imported 2 services")) return;  // it went on without
                            ++told;
                            if (printed.back() == unread) return;
                            EXPECT_EQ(printed.back(), "error: not enough memory to run '.import list'");
@@ -59,7 +60,7 @@ TEST_F(LackOfMemory, ForAnImportNamesTheFile) {
 
 TEST_F(LackOfMemory, ForATranscriptNamesTheFile) {
   session.reset();
-  const device::DeviceAside aside(app);  // a transcript has a set of its own
+  const device::DeviceAside aside(app);  // a transcript runs on a set of its own
   const std::string file = (folder / "t").string();
   test::write(file, "> .get region\nregion = 0\n");
   std::string error;
@@ -69,7 +70,7 @@ TEST_F(LackOfMemory, ForATranscriptNamesTheFile) {
         try {
           error = checkTranscript(app, file, false).error;
         } catch (const std::bad_alloc&) {
-          error.clear();  // it came too early for a name
+          error.clear();  // the failure came before the file's name was known
         }
       },
       [&] {
