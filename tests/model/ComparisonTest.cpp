@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The comparison itself: it finds what differs, makes a script short, and its scripts go everywhere.
+// The comparison itself: it finds differences, shrinks scripts, and its random scripts reach every answer.
 #include "support/comparison/Comparison.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ Script scriptOf(std::uint64_t seed) {
   return randomScript(seed, 160, set);
 }
 
-/// What is left of the first random script on which a spoilt model shows; empty when it shows on none.
+/// Shrinks the first random script that reveals a change of the model; empty when no script reveals it.
 Script shortest(const Spoil& spoil) {
   const auto fails = [&](const Script& script) { return compare(script, nullptr, spoil).has_value(); };
   for (std::uint64_t seed = 1; seed <= 60; ++seed) {
@@ -34,7 +34,7 @@ bool names(const Script& script, const std::string& command) {
                      [&](const std::string& line) { return line.substr(0, line.find(' ')) == command; });
 }
 
-/// Whether one of the answers has a text in it.
+/// True when one of the answers contains a text.
 bool anyHas(const std::set<std::string>& answers, const std::string& part) {
   return std::any_of(answers.begin(), answers.end(),
                      [&](const std::string& answer) { return answer.find(part) != std::string::npos; });
@@ -155,7 +155,7 @@ TEST(RandomScripts, HaveFaultsWhereTheyAreToHaveThem) {
   EXPECT_EQ(std::count_if(sound.begin(), sound.end(), isFault), 0);
 }
 
-/// Answers that random scripts are to bring, whole ones and pieces of them, by the commands' names.
+/// Whole answers that random scripts must produce, by command. Others are below as parts of answers.
 const Replies wanted{
     {"SetWindow", {"int 1"}},
     {"SetSource", {"int 1", "int 0", "int -1"}},
@@ -228,7 +228,7 @@ const Replies wantedPieces{
     {"GetFullChannelList", {"\"PROGRAM_NUMBER\" : 101"}},
 };
 
-/// What is wanted and has not come.
+/// The required answers that have not occurred.
 std::vector<std::string> missing(Replies replies) {
   for (const auto& [command, answers] : Replies(replies)) {
     const std::size_t field = command.find("Channel_");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the model has, as a transcript: it fails on a set that differs, and passes on one that does not.
+// What the model expects, as a transcript: it fails on a set that differs from the model, and passes on one that
+// agrees.
 #include "support/comparison/Expectation.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@
 namespace comparison {
 namespace {
 
-/// A difference of the model, and the line that makes the set differ in the same way.
+/// A change of the model, and the line that changes the set in the same way.
 struct Spoilt {
   const char* what;
   std::function<void(model::World&)> spoil;
@@ -80,7 +81,7 @@ const std::vector<Spoilt> all{
      {"GetSource"}},
 };
 
-/// How a transcript does on a fresh set.
+/// The result of a transcript on a fresh set.
 virtualtv::shell::CheckedFile checked(const std::string& transcript) {
   const virtualtv::test::TemporaryDirectory folder;
   virtualtv::test::write(folder / "expected.txt", transcript);
@@ -99,7 +100,7 @@ TEST(Expectation, FailsWhereTheSetDiffersAndPassesWhereItDoesNot) {
   }
 }
 
-/// The whole of a script, with all that can be asked for behind some of its lines.
+/// A random script as a transcript. After every few lines it also queries everything that can be queried.
 std::string wholeOf(std::uint64_t seed) {
   constexpr std::size_t lines = 120;
   constexpr std::size_t between = 15;
@@ -118,7 +119,7 @@ std::string wholeOf(std::uint64_t seed) {
   return transcript;
 }
 
-/// So a set that does as the model does passes whatever is asked for: calls with what they write, knobs and keys.
+/// A set that agrees with the model passes every query: calls with their outputs, knobs and settings keys.
 TEST(Expectation, PassesOnTheSetForAllThatTheModelHas) {
   for (std::uint64_t seed = 1; seed <= 20; ++seed) {
     const auto result = checked(wholeOf(seed));

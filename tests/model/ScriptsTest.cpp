@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Random sequences of commands and of changes from outside do what the model says they do, also where calls fail.
+// Random sequences of commands and of changes from outside do what the model says, also when calls fail.
 //
-// MODEL_SEED=N starts with another seed, MODEL_RUNS=N runs as many scripts, each with the next seed, MODEL_LINES=N
-// makes them longer. A failure prints the seed, and the script with all lines dropped that it does not need.
+// MODEL_SEED=N starts with another seed. MODEL_RUNS=N runs as many scripts, each with the next seed. MODEL_LINES=N sets
+// their length. A failure prints the seed and the shrunk script, which has no line that could be dropped.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -116,7 +116,7 @@ Lines withoutConditions(const Lines& calls) {
 }
 
 void furnish(Tv& tv, const std::vector<Service>& services) {
-  tv.removeServices();  // the built-in ones, which must not stay
+  tv.removeServices();  // removes the built-in services
   tv.import(services, false);
   tv.adjust([](virtualtv::TvState& state) {
     state.region = 0;

@@ -41,8 +41,8 @@ std::string head(const std::string& call);
 /// were requested and where they were used.
 Lines withoutConditions(const Lines& calls);
 
-/// A worker for the main window of a set that has the three services, in TV mode (0, 1), with 281 on screen, 282 before
-/// it, and 281 to start with. Calls and log lines so far are dropped.
+/// A worker for the main window of a set that has the three services, in TV mode (0, 1). The set shows 281, showed 282
+/// before, and starts with 281. Calls and log lines of the preparation are dropped.
 class ChannelTest : public support::WorkerTest {
  protected:
   void SetUp() override;
@@ -57,7 +57,7 @@ class ChannelEngineTest : public support::EngineTest {
  protected:
   void SetUp() override;
 
-  /// Returns the result code in the finish line of the last command, and drops the other log lines.
+  /// The result code in the finish line of the last command. Drops all log lines so far.
   std::string finished();
 };
 

@@ -23,7 +23,7 @@ struct Row {
 };
 
 /// Every command in the order in which names are compared, once in each of its forms. Apart from the command table,
-/// this is the only list of all names; what else needs one makes it from the table or from this.
+/// this is the only list of all names: derive any other list from one of these two.
 inline constexpr Row rows[] = {
     {"SetWindow", {"0"}, "int 0"},
     {"SetWindow", {"1"}, "int 0"},

@@ -23,7 +23,7 @@ Spy::~Spy() {
 
 }  // namespace converter
 
-// The names are the linker's. NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+// The linker requires these names. NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 
 iconv_t __real_iconv_open(const char* to, const char* from);

@@ -11,8 +11,8 @@
 
 namespace support {
 
-/// The files of a directory with a lamedb and bouquets, from the text that `joinedLists` makes of them. Of several
-/// files with one name it is the first.
+/// Splits the text that `joinedLists` makes of a directory with a lamedb and bouquets into its files again. If several
+/// files have the same name, the first one counts.
 inline std::map<std::string, std::string> listsApart(std::string_view joined) {
   using namespace virtualtv::import;
   const std::size_t start = startOfBouquets(joined);

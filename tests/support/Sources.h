@@ -31,7 +31,7 @@ class SourceTest : public support::WorkerTest {
   /// From now on the source control is missing and can't be created.
   void loseSourceControl();
 
-  /// Replaces the fault, and drops everything observed before.
+  /// Replaces all faults by this one, and drops everything observed before.
   void only(const std::string& words);
 };
 

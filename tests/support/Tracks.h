@@ -80,7 +80,7 @@ class TrackTest : public channels::ChannelTest {
     }
   }
 
-  /// Runs an operation under each fault. It logs `begun` first, and leaves `text` in the text that it writes.
+  /// Runs an operation under each fault. It must log `begun` first, and leave `left` in the text that it writes to.
   template <typename Operation>
   void expectEach(const Lines& begun, const std::vector<Outcome>& outcomes, Operation operation,
                   const std::string& left = untouched) {
@@ -114,7 +114,7 @@ class TrackTest : public channels::ChannelTest {
   static Lines withException(Lines lines, const std::string& factory);
 };
 
-/// The same with the operation under test, which writes a text.
+/// The same with the operation under test, which writes to a text.
 template <typename Base, int (kel::CEmpTaskWindow::*operation)(std::string&)>
 class Telling : public Base {
  protected:

@@ -169,7 +169,7 @@ void TvTest::setSetting(const std::string& key, const std::string& value) {
 }
 
 void TvTest::setServices(const std::vector<virtualtv::Service>& services) {
-  tv().removeServices();  // the built-in ones, which must not stay
+  tv().removeServices();  // removes the built-in services
   tv().import(services, false);
 }
 

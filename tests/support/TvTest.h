@@ -21,8 +21,8 @@
 #include "support/Assembly.h"
 #include "support/WorkerProbe.h"
 
-/// The basis of the plug-in's tests: a separate TV set with the plug-in on it, and everything that can be observed:
-/// replies, calls to the set, settings keys, log lines.
+/// The basis of the plug-in's tests: a TV set for each test with the plug-in on it, and everything that can be
+/// observed: replies, calls to the set, settings keys, log lines.
 namespace support {
 
 /// Lines in the order in which they were seen.
@@ -47,8 +47,8 @@ struct Answer {
 /// A service with these number fields and, unless it is empty, this name.
 virtualtv::Service service(std::map<int, std::uint64_t> numbers, std::u16string name = {});
 
-/// A separate set for each test: the embedded default, in memory, with all calls recorded and all log lines kept. No
-/// engine is open yet. Nothing outlives the test.
+/// A new set for each test: the embedded default, in memory. All calls and log lines are recorded. No engine is open
+/// yet. Nothing outlives the test.
 class TvTest : public ::testing::Test {
  protected:
   static constexpr const char* appId = "test.app";
@@ -89,9 +89,9 @@ class TvTest : public ::testing::Test {
   Lines logs();
   /// The same messages with all their data.
   std::vector<virtualtv::framework::LogLine> messages() { return std::exchange(lines_, {}); }
-  /// Drops both.
+  /// Drops the calls and the log messages so far.
   void forget();
-  /// Stops recording calls and log messages.
+  /// Stops recording calls and log messages for the rest of the test.
   void listenNoMore();
 
   /// Makes calls of an operation fail, in the words of `.fault`: "IService::FindService nth=2 result=0". Records may be

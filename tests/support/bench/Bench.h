@@ -39,7 +39,7 @@ class Bench {
 
   /// Resets to the initial set without open engines. This is much faster than creating another bench.
   void renew();
-  /// The same with engines left open.
+  /// The same, but engines stay open.
   void rest();
 
   virtualtv::Tv& tv() { return television_.tv(); }

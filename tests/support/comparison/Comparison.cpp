@@ -24,7 +24,7 @@ using model::Set;
 using model::Words;
 using virtualtv::framework::LogLine;
 
-/// True for a line that changes more of services than their fields.
+/// True for a line that changes more than the fields of a service.
 bool changesServices(const std::string& line) {
   if (line.starts_with("UpdateFavorites")) return true;
   if (!line.starts_with(".set service.")) return false;

@@ -41,7 +41,7 @@ struct Parts {
   bool services = false;  ///< lists of services
 };
 
-/// The plug-in on a separate set, and the model of both. There is one at a time.
+/// The plug-in on a set of its own, and the model of both. There is one at a time.
 class Pair {
  public:
   Pair();
@@ -61,17 +61,17 @@ class Pair {
 
   /// Runs a line, as `model::run` knows them, on both. @return what differs, empty when nothing does.
   std::string run(const std::string& line, Depth depth = Depth::settings);
-  // Of the last line.
+  // Results of the last line.
 
-  /// The answer of the engine and of the model; nothing when the line was not for an engine.
+  /// The answers of the engine and of the model; null when the line was not for an engine.
   const std::optional<Answer>& answer() const { return answer_; }
   const std::optional<Answer>& expected() const { return expected_; }
   const std::vector<virtualtv::seam::Call>& calls() const { return calls_; }
   const std::vector<virtualtv::framework::LogLine>& log() const { return log_; }
   const Parts& differing() const { return differing_; }
-  /// Keeps log lines, which take time to render.
+  /// Switches the recording of log lines, which takes time, on or off.
   void keepLog(bool keep);
-  /// Gives the model's calls their outputs, which also takes time.
+  /// Records the outputs of the model's calls as well, which also takes time.
   void noteOutputs(bool note) { notesOutputs_ = note; }
 
  private:
@@ -94,11 +94,11 @@ class Pair {
   virtualtv::notify::Subscription keepsLog_;
 };
 
-/// Where the two differ.
+/// Where plug-in and model differ.
 struct Difference {
-  std::size_t line;         ///< of the script, counted from 0
-  std::string expectation;  ///< the script so far as a transcript, by the model, which fails where it differs
-  std::string details;      ///< what differs, a line each
+  std::size_t line;         ///< number of the line in the script, counted from 0
+  std::string expectation;  ///< the script up to that line as a transcript of the model's results; it fails there
+  std::string details;      ///< what differs, one line each
 };
 
 /// The set that scripts start with, as the model's.

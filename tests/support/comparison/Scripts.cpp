@@ -14,20 +14,20 @@ using Data = TCServiceData;
 using virtualtv::CatalogueCommand;
 using Words = std::vector<std::string>;
 
-/// Joins pieces to one text. In a braced list all compilers evaluate them from left to right. Between plus signs the
-/// order is unspecified, so the same seed could give different scripts.
+/// Joins pieces to one text. Compilers evaluate the pieces of a braced list from left to right. The operands of a plus
+/// sign have no fixed order, so that a seed could give different scripts.
 std::string join(const Words& pieces) {
   std::string text;
   for (const std::string& piece : pieces) text += piece;
   return text;
 }
 
-/// Commands that ask, and take no parameter.
+/// Queries without parameters.
 bool isQuestion(const CatalogueCommand& command) {
   return command.name.starts_with("Get") && command.parameters.empty();
 }
 
-/// Commands that ask for a channel by its position in the list of those found, and take nothing else.
+/// Queries for a channel of the found list, whose only parameter is the position.
 bool asksForFound(const CatalogueCommand& command) {
   return command.name.starts_with("GetChannel_") && command.parameters.size() == 1;
 }
@@ -104,7 +104,7 @@ class Author {
     return script;
   }
 
-  /// Lines about the subject of the first one; random lines would rarely meet the same subject.
+  /// Lines about the same subject as the first one. Random lines would rarely hit it.
   Script following(const std::string& first) {
     if (first.starts_with("FindChannel")) return {askFound(), askFound(), askFound()};
     if (first.starts_with("SetSource 48")) return followed(".set " + ispTracks());
@@ -130,10 +130,10 @@ class Author {
 
   std::string seek() { return oneOf({"", "0", "2", "6", "7", "8", "9", "101", "-1", "x"}); }
 
-  /// Mostly one of few services, so that lines of a script often concern the same one.
+  /// Mostly one of a few services, so that the lines of a script often concern the same one.
   std::string service() { return oneIn(3) ? oneOf(keys_) : keys_[below(4)]; }
 
-  /// The number of a random service, sometimes one that no service has.
+  /// A field's value in a random service, sometimes a value that no service has.
   std::string fieldOfSome(int field) {
     if (oneIn(8)) return oneOf({"-1", "0", "7", "65535", "70000", "x"});
     const model::Service& service = set_.services.at(std::stoll(this->service().substr(1)));
@@ -193,7 +193,7 @@ class Author {
     }
   }
 
-  /// Whichever command, so that none is left out, with whichever parameters.
+  /// Any command with any parameters, so that no command is left out.
   std::string any() {
     const std::vector<CatalogueCommand>& all = virtualtv::catalogue().commands();
     const CatalogueCommand& command = all[below(all.size())];
@@ -254,7 +254,7 @@ class Author {
 
   // Pictures.
 
-  /// The length of a side of a rectangle, mostly a usual one.
+  /// The length of a rectangle's side, mostly a common one.
   std::string side() {
     static const Words odd{"-2147483648", "2147483647", "1073741824", "99999999999", "-5", "0", "0", "", "x"};
     return oneIn(8) ? "'" + oneOf(odd) + "'" : number(oneIn(3) ? 2000 : 60);
@@ -378,7 +378,7 @@ class Author {
 
   std::string subtitle(const Words& kinds) { return track(oneOf(kinds)); }
 
-  /// Up to three pieces, in the form of knob values.
+  /// Up to three pieces, as in the values of knobs.
   template <typename Piece>
   std::string list(Piece piece) {
     std::string text;

@@ -48,8 +48,8 @@ Words numbers(const Output& output) {
   return values;
 }
 
-/// A name longer than every buffer; a name that is not a text; attached texts that are broken, too deep, or not an
-/// object; the smallest and the greatest numbers of fields; and an empty record.
+/// Records with a name longer than every buffer, a name that is not valid text, attached texts that are broken, nested
+/// too deep or not an object, the smallest and the greatest numbers, and no fields at all.
 Words records() {
   return {"{}",
           "{12=282}",

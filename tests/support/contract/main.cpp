@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Compares the messages that the plug-in's tests log with the log contract: log_contract CONTRACT FOLDER PROGRAM...
 //
-// Empties FOLDER, and runs the test programs, which write their messages there. Every line of the contract must have
-// been logged, and no other message.
+// Empties FOLDER, then runs the test programs, which write their messages there. The tests must log every line of the
+// contract, and no other message.
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -23,11 +23,11 @@ using seam::op;
 using seam::Operation;
 using seam::out;
 
-/// Records from the set; nothing stands for a null pointer.
+/// Records from the set; null stands for a null pointer.
 using Records = std::vector<std::optional<TCServiceData>>;
 
-/// An interface that the set created for an engine: its window, and its number among interfaces of its kind. Without a
-/// number there is no interface.
+/// An interface that the set created for an engine: its window, and its number among interfaces of its kind. A number
+/// of 0 stands for no interface.
 struct Interface {
   std::string_view window{};  ///< "main", "pip" or "set"
   int number = 0;

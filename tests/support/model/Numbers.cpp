@@ -11,7 +11,7 @@ namespace {
 
 using Pair = std::pair<int, int>;
 
-// Pairs of PL and TC. In both directions the first matching pair counts.
+// Pairs of PL and TC. In both directions the first match counts.
 constexpr std::array sources{
     Pair{0, 0},   Pair{1, -1},  Pair{2, -1},  Pair{3, -1},  Pair{4, -1},   Pair{5, -1},  Pair{6, -1},  Pair{7, -1},
     Pair{11, -1}, Pair{12, -1}, Pair{13, -1}, Pair{14, -1}, Pair{15, 1},   Pair{16, 2},  Pair{17, 3},  Pair{19, 4},

@@ -12,8 +12,8 @@ using virtualtv::Crop;
 using virtualtv::Picture;
 using virtualtv::Rect;
 
-/// The picture that a window shows. Returns nothing when there is no source or signal, for radio and data services, and
-/// for a service whose fields give no valid picture.
+/// The picture that a window shows. Null when there is no source or signal, for radio and data services, and for a
+/// service whose fields give no valid picture.
 std::optional<Picture> pictureOn(const Set& set, WindowId id);
 /// The TV service's code for the size of a picture; 136 for a size without a code.
 int resolutionCode(const Picture& picture);

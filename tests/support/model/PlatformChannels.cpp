@@ -12,7 +12,7 @@ using Step = TCCriteriaHelper::Step;
 constexpr int noNumber = 0;  // value of the unnamed arguments
 const TSTvMode anyMode(ANTENNA_NONE, SERVICE_MODE_NONE);
 
-/// Units as records hold them.
+/// The text as units in the byte order of records.
 std::vector<unsigned short> bigEndian(const std::u16string& text) {
   std::vector<unsigned short> units;
   for (const char16_t unit : text) units.push_back(static_cast<unsigned short>((unit & 0xFF) << 8 | unit >> 8));
@@ -35,7 +35,7 @@ bool fetch(const Set& set, ServiceKey key, const TCCriteriaHelper& criteria, TCS
   return true;
 }
 
-/// Criteria order by service id or not at all.
+/// True when the criteria specify an order, which is always that of the service ids.
 bool isOrdered(const TCCriteriaHelper& criteria) {
   for (const Step& step : criteria.Steps()) {
     if (step.kind == Step::ORDER_BY) return true;

@@ -13,7 +13,7 @@ virtualtv::WindowState& windowBehind(const Platform& tv, Interface interface) {
   return tv.set.state[windowOf(interface)];
 }
 
-/// Fails for a window without a source.
+/// Reports a source. Fails for a window without one.
 int tell(int source, int& told) {
   if (source < 0) return 0;
   told = source;

@@ -14,8 +14,8 @@
 /// A model of the plug-in, with one function for each command: the answers, the calls to the set in their order, and
 /// the settings keys written, including under failures. The plug-in is compared with it; the two share no code.
 ///
-/// A call that throws fails the operation that makes it. The operation fails as after an ordinary failure of the call;
-/// if that would not fail it, in its other way to fail.
+/// A call that throws always fails the operation that made it. The operation fails as it does after an ordinary failure
+/// of that call. Where it carries on after an ordinary failure, it fails in its other way.
 namespace model {
 
 /// The command is accepted without a reply.

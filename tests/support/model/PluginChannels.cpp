@@ -66,7 +66,7 @@ std::optional<TCServiceData> askStart(const Command& command) {
   return findById(command, id, {16, 13, 14, 1, 12});
 }
 
-/// Fills the found list. @return whether the set has such channels.
+/// Fills the found list. @return true when the set has such channels.
 bool find(const Command& command) {
   const int type = command.decimal(0);
   const TSTvMode mode = modeOf(command, command.decimal(1));

@@ -19,12 +19,12 @@ std::string unsignedText(int number) {
   return std::to_string(static_cast<std::uint32_t>(number));
 }
 
-/// The list of the readable tracks. A list with only unreadable tracks differs from a list without tracks.
+/// The list of the readable tracks; `null` if there are tracks but none of them is readable.
 std::string listOf(const std::vector<Members>& elements, unsigned count) {
   return elements.empty() && count > 0 ? "null" : arrayOf(elements);
 }
 
-/// The engine's answer for a list: the written text, or the failure code if there is none for the ISP source.
+/// The engine's answer for a list: the written text. For the ISP source, an empty text becomes the failure code.
 Reply listed(const Command& command, const std::string& written) {
   if (showsIsp(command) && written.empty()) return -1;
   return written;
@@ -61,7 +61,8 @@ std::string audioList(const Command& command) {
   });
 }
 
-/// Position and language are those of the track in use, the PID is that of the service on screen at this position.
+/// Position and language are those of the track in use. The PID is that of the track at this position of the service on
+/// screen.
 std::optional<std::string> currentAudio(const Command& command) {
   using Text = std::optional<std::string>;
   if (!needAux(command) || !needAv(command)) return std::nullopt;
@@ -133,7 +134,7 @@ std::optional<std::string> ispCurrentAudio(const Command& command) {
   });
 }
 
-/// The result of a selecting call of the manager. A failure of 1 can't be distinguished from a success.
+/// Runs a call that selects something in the manager. A failure code of 1 can't be told from success.
 template <typename Call>
 int selected(const Command& command, Call call) {
   return attempt(-1, [&] {
@@ -199,7 +200,7 @@ int currentSubtitle(const Command& command) {
   });
 }
 
-/// The stack writes directly into the answer.
+/// The language stays -1 unless the manager writes another one, whatever the call returns.
 int ispCurrentSubtitle(const Command& command) {
   int lang = -1;
   attempt(-1, [&] { return command.tv.getInstance() ? command.tv.getCurrentSubtitle(lang) : -1; });

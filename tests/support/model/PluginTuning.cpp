@@ -11,7 +11,7 @@ namespace {
 
 using Data = TCServiceData;
 
-/// An empty id means that there is no application.
+/// An empty id means that no application is known.
 bool tuneDirectly(const Command& command, unsigned long long id, const std::string& appId) {
   const Interface navigation = command.engine.active.navigation;
   return navigation && command.tv.tuneService(navigation, id, appId) > 0;
@@ -42,7 +42,7 @@ int tuneToFound(const Command& command, const TCCriteriaHelper& criteria) {
   return tuneTo(command, service);
 }
 
-/// The service to start a step from, and the step.
+/// Steps to the next or the previous service in the list of the TV mode, and tunes to it.
 int seek(const Command& command) {
   const Interface navigation = command.engine.active.navigation;
   TSTvMode mode(ANTENNA_NONE, SERVICE_MODE_NONE);
@@ -165,7 +165,7 @@ Reply setChannelByServiceId(const Command& command) {
   return attempt(0, [&] { return tuneFor(command, command.identifier(0), application(command)) ? 1 : 0; });
 }
 
-/// The major number is compared with the channel type; the channel type parameter is not used.
+/// The criteria compare the channel type with the major number. The parameter for the channel type is not used.
 Reply setChannelDirect(const Command& command) {
   const auto ptc = command.number(0);
   const auto major = command.number(1);

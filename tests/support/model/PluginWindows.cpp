@@ -44,7 +44,7 @@ Proxies& ownProxies(const Command& command) {
   return isMain(command) ? command.engine.main : command.engine.pip;
 }
 
-/// Activates a window's own instance, creating it if it is missing. @return whether there is one. @throws Thrown
+/// Activates a window's own interface, creating it if it is missing. @return true when there is one. @throws Thrown
 bool select(const Command& command, Interface Proxies::*proxy, const Operation& factory) {
   Interface& own = ownProxies(command).*proxy;
   if (!own) own = make(command.tv.calls, factory, profileOf(command));
@@ -52,8 +52,8 @@ bool select(const Command& command, Interface Proxies::*proxy, const Operation& 
   return bool(own);
 }
 
-/// Activates the data control, which is created for the main window even for picture-in-picture. Failing to create it
-/// does not matter, except by an exception.
+/// Activates the data control. It is created for the main window even for picture-in-picture. An ordinary failure to
+/// create it is ignored; an exception is not.
 bool selectData(const Command& command) {
   Interface& own = ownProxies(command).data;
   command.engine.active.data = own;
@@ -89,7 +89,7 @@ Engine open(const Platform& tv, const std::string& appId, const std::string& wid
     engine.window = 0;
     seedSources({tv, engine, {}, {}});
   }
-  engine.appId = appId;  // the ids are set last
+  engine.appId = appId;  // set last
   engine.widgetId = widgetId;
   return engine;
 }

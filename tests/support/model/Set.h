@@ -45,11 +45,12 @@ std::optional<std::uint64_t> number(const Service& service, int field);
 /// Null when there is no such service.
 const Service* at(const Set& set, ServiceKey key);
 
-/// The services that meet all conditions, in list order: by major, then by minor number, those without a number last.
+/// The services that meet all conditions, in list order: by major, then by minor number. Services without numbers come
+/// last.
 std::vector<ServiceKey> listed(const Set& set, const Conditions& conditions);
 /// The first of them in list order.
 ServiceKey first(const Set& set, const Conditions& conditions);
-/// The first of them in the order of service ids, those without one last.
+/// The first of them in the order of service ids. Services without an id come last.
 ServiceKey firstById(const Set& set, const Conditions& conditions);
 /// The service with this id: the first in list order if several have it.
 ServiceKey keyOf(const Set& set, std::uint64_t id);

@@ -19,12 +19,12 @@ bool select(const std::vector<Track>& tracks, std::int64_t position, int& inUse)
 
 // Texts.
 
-/// The pieces between the commas; no pieces for `none`.
+/// The pieces between the commas. The text `none` has no pieces.
 Words piecesOf(const std::string& text) {
   return text == "none" ? Words() : split(text, ',');
 }
 
-/// A part of a track, given as a name or a number; 0 if left out.
+/// A part of a track, given as a name or a number; 0 if it is missing.
 int coded(const Words& parts, std::size_t index, const std::map<std::string, int>& names) {
   if (index >= parts.size()) return 0;
   const auto named = names.find(parts[index]);
@@ -39,7 +39,7 @@ int languageOf(const Words& parts) {
   return code;
 }
 
-/// The parts of a track. @param readable  set to false when there is a mark in front.
+/// The parts of a track. @param readable  set to false when the text starts with the mark `!`.
 Words trackParts(const std::string& piece, bool& readable) {
   readable = piece.front() != '!';
   return split(readable ? piece : piece.substr(1), ':');

@@ -25,11 +25,10 @@ struct World {
   std::map<std::string, std::pair<std::string, std::string>> applications;
 };
 
-/// Carries out a line, given as its words. Knows `.app`, `.engine`, `.reopen`, `.fault`, `.set` of what concerns
-/// sources, services, pictures, tracks and favourites, and `.vconf set`; services are named by their keys, as in
-/// `service.#3.lock`.
-/// @return the answer of a command; nothing for other lines. @throws std::invalid_argument for a line that the model
-/// does not support.
+/// Runs a line, given as its words. Supports `.app`, `.engine`, `.reopen`, `.fault`, `.vconf set`, and `.set` for
+/// sources, services, pictures, tracks and favourites. Services are named by their keys, as in `service.#3.lock`.
+/// @return the answer of a command; null for other lines. @throws std::invalid_argument for a line that the model does
+/// not support.
 std::optional<Reply> run(World& world, const Words& words);
 
 }  // namespace model

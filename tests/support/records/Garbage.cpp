@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // In a program that links this and wraps the constructors below, records of the TV service start with garbage in their
-// members, as those of a set's library may. So the plug-in must itself write everything that it passes to the set.
+// members, as records of a real set's library may. The plug-in must therefore write every value that it passes to the
+// set.
 #include <gtest/gtest.h>
 
 #include "tvservice/TVServiceTypes.h"
