@@ -50,7 +50,7 @@ class Redirected {
   std::streambuf* before_;
 };
 
-/// The working folder. The environment is set so that the program finds no user's state elsewhere.
+/// The working folder. The environment makes the program look for a user's state in it.
 struct Home {
   Home() {
     fs::current_path(folder.path());
@@ -71,7 +71,8 @@ struct Home {
   virtualtv::test::TemporaryDirectory folder;
 };
 
-/// True for words that name files elsewhere. These are not tried: such files may be endless, or belong to somebody.
+/// True for words that name files outside the folder. They are not tried: such files may be endless, or belong to
+/// somebody.
 bool leadsElsewhere(std::string_view text) {
   return text.find('/') != text.npos || text.find("..") != text.npos;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Directories with a lamedb and bouquets of any bytes: no file is read but what is named and in the directory, and none
-// twice; bouquets give services groups and favourites and change nothing else of them; every problem names a line, of
-// the lamedb or of a bouquet that was read.
+// Reads directories with a lamedb and bouquets of any bytes. The importer may read only files that are named and in the
+// directory, and each of them once. Bouquets may change only the groups and favourites of services. Every problem must
+// name a line of a file that was read.
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -25,7 +25,7 @@ using Files = std::map<std::string, std::string>;
 
 constexpr std::size_t longestReason = 400;
 
-/// What a directory holds, as one text.
+/// Joins the files of a directory to one text.
 std::string join(const Files& files) {
   std::set<std::string> asked;
   std::size_t most = 0;
@@ -76,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view content(reinterpret_cast<const char*>(data), size);
   Files files = support::listsApart(content);
   const std::string lamedb = files.at("lamedb");
-  if (size % 2 == 1) {  // it has either name
+  if (size % 2 == 1) {  // the file may have either name
     files.erase("lamedb");
     files["lamedb5"] = lamedb;
   }

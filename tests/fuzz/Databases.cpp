@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Opens, reads and writes a user's database that is damaged at any places. It must be refused with one line, or be what
-// the damaged file says. It must never turn into the built-in set, and a refused file must stay unchanged.
+// Opens, reads and writes a user's database that is damaged in some places. The set must refuse it with one line, or
+// report what the damaged file says. The built-in set must never replace it, and a refused file must stay unchanged.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -189,8 +189,8 @@ void demandUsersServices(const Kept& kept, const Kept& builtIn) {
   }
 }
 
-/// Requires that the set reports what its database holds. Of the state only undamaged values are compared: the set may
-/// write a damaged number in another form, and the state of an earlier version lacks names.
+/// Requires that the set reports what its database holds. Of the state, compares only undamaged values: the set may
+/// write a damaged number in another form, and the state of an earlier version lacks some names.
 void demandSame(const Kept& kept, const Kept& plain, const Kept& original) {
   const auto isAsItWas = [&](const auto& entry) {
     const auto before = original.find(entry.first);
@@ -274,7 +274,7 @@ class Attempt {
   const Kept& original_;  ///< before the damage
   const virtualtv::test::TemporaryDirectory plain_;
   const virtualtv::test::TemporaryDirectory folder_;
-  std::optional<Kept> plainly_;  ///< nothing if SQLite can't read the files
+  std::optional<Kept> plainly_;  ///< null if SQLite can't read the files
   bool isSound_ = false;         ///< the set could read everything, and it was valid
 };
 

@@ -30,7 +30,7 @@ using virtualtv::import::Result;
 
 constexpr std::size_t longestReason = 400;
 
-/// What to do with a list. Doing everything with each list would try only a tenth as many lists.
+/// The actions on a list. With all actions on each list, only a tenth as many lists could be tried.
 struct Choice {
   const Format& format;
   const char* encoding;

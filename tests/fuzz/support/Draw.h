@@ -14,7 +14,7 @@ namespace fuzz {
 /// Makes choices from the bytes of an input, starting at its front. After its end every choice is the first option.
 class Draw {
  public:
-  /// @param data  outlives the object.
+  /// @param data  must outlive this object.
   Draw(const std::uint8_t* data, std::size_t size) : data_(data), left_(size) {}
 
   bool isEmpty() const { return left_ == 0; }
@@ -30,7 +30,7 @@ class Draw {
 
   /// A number as text: small, at the border of a type, or any of 64 bits.
   std::string number();
-  /// The same of 32 bits.
+  /// The same within 32 bits.
   std::string number32();
   /// Any bytes: some bytes of the input, or one byte repeated many times.
   std::string text();

@@ -20,7 +20,7 @@ namespace fuzz {
 namespace {
 
 constexpr const char* absent = "-";
-/// Ids are stored with this bit inverted, so that signed numbers sort like them.
+/// The database stores unsigned ids as signed numbers with this bit inverted, which keeps their order.
 constexpr std::uint64_t turnedBit = std::uint64_t{1} << 63U;
 
 void appendByte(std::string& hex, unsigned byte) {

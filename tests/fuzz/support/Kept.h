@@ -16,8 +16,8 @@ using Kept = std::map<std::string, std::string>;
 /// What a set reports as persisted.
 Kept keptBy(virtualtv::Tv& tv);
 
-/// The content of a state directory's database, read by SQLite alone, without any code of the set. Returns nothing when
-/// SQLite finds damage, or when it is not a database of a set.
+/// The content of a state directory's database, read by SQLite alone, without any code of the set. Null when SQLite
+/// finds damage, or when the file is not the database of a set.
 std::optional<Kept> plainlyKeptIn(const std::filesystem::path& folder);
 
 }  // namespace fuzz

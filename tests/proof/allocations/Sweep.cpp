@@ -30,7 +30,7 @@ std::string nameOf(const Command& command, Stack stack) {
   return text + (stack == Stack::isp ? " (ISP)" : "");
 }
 
-/// Why an answer is wrong regardless of the failure; empty when it is not.
+/// Why an answer is wrong whatever allocation failed; empty when it is not.
 std::string wrongWith(const Command& command, const Outcome& outcome) {
   if (!command.list) return support::undocumented(command.name, outcome);
   return outcome.accepted && outcome.reply ? "" : "answers " + outcome.shown();

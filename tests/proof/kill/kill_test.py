@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tests that proof_kill.py compares everything that a set persists, in whatever table. kill_test.py PROGRAM"""
+"""Tests that proof_kill.py compares everything that a set persists, whatever the table. kill_test.py PROGRAM"""
 
 import json
 import re
@@ -17,7 +17,7 @@ from lists import KINDS, RECORDING, channel_list, write_list  # noqa: E402  (nee
 from proof_kill import SERVICES, columns_of, differences, kept_in, program_import  # noqa: E402
 
 PROGRAM = Path(sys.argv.pop()).resolve()
-# Another value of a column, by its type.
+# Changes a column to another value, by the type of the column.
 OTHER = {"INTEGER": "ifnull({0}, 0) + 1", "TEXT": "ifnull({0}, '') || 'x'", "ANY": "ifnull({0}, '') || 'x'",
          "BLOB": "CAST(ifnull({0}, '') || x'0041' AS BLOB)"}
 KEYS = {"setting": "key", "set_state": "key", "service": "key", "raw_field": "service, field", "audio_track":
@@ -26,7 +26,8 @@ KEYS = {"setting": "key", "set_state": "key", "service": "key", "raw_field": "se
 
 
 class Kept(unittest.TestCase):
-    """The stored data of a set that has opened an engine, with the built-in services and one service of a list."""
+    """The stored data of a set that has opened an engine, with the built-in services and a service from each of two
+    lists."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -50,7 +51,7 @@ class Kept(unittest.TestCase):
         return kept_in(self.state, self.folder)
 
     def changed(self, statement):
-        """True when a statement, which is undone afterwards, changes the compared data."""
+        """True when a statement changes the compared data. The statement is undone afterwards."""
         copy = (self.state / "tv.db").read_bytes()
         database = sqlite3.connect(self.state / "tv.db")
         try:
@@ -75,7 +76,7 @@ class Kept(unittest.TestCase):
             with self.subTest(f"{table}.{column}"):
                 row = f"({KEYS[table]}) = (SELECT {KEYS[table]} FROM {table} ORDER BY {KEYS[table]} DESC LIMIT 1)"
                 change = f"UPDATE {table} SET {column} = {OTHER[kind].format(column)} WHERE {row}"
-                # A row of another service's would be none of any service that there is.
+                # Deletes the row where another value would attach it to a service that does not exist.
                 self.assertTrue(self.changed(f"DELETE FROM {table} WHERE {row}" if column == "service" else change))
 
     def test_is_the_same_whichever_keys_services_have(self):

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""Channel lists of every format that is imported, and recordings: services with the numbers that are asked for.
+"""Channel lists in every format that can be imported, and recordings, of services with given numbers.
 
-`KINDS` has them by name, as functions from numbers to the bytes of a file, or to those of the files of a directory.
+`KINDS` holds functions by the name of the kind. Each turns numbers into the bytes of a file, or of a directory's files.
 """
 
 RECORDING = "recording"
@@ -19,7 +19,7 @@ FROM_LAMEDB = "#SERVICE 1:0:1:{0:X}:440:1:C00000:0:0:0:\n"
 
 
 def each(line, head="", between="", tail=""):
-    """A list that has a line for each service."""
+    """Makes a list with a line for each service."""
     return lambda numbers: (head + between.join(line.format(n=n) for n in numbers) + tail).encode()
 
 
@@ -41,7 +41,7 @@ def with_bouquets(numbers):
 
 
 def checksum(content):
-    """That of a section."""
+    """The checksum of a section."""
     rest = 0xFFFFFFFF
     for byte in content:
         rest ^= byte << 24
@@ -74,7 +74,7 @@ def number(value):
 
 
 def program_map(n):
-    """The map of a program with a picture and sound in English."""
+    """The table of a program with a picture and sound in English."""
     picture = b"\x1b" + number(0xE000 | 2000 + n) + b"\xf0\0"
     sound = b"\x03" + number(0xE000 | 3000 + n) + b"\xf0\x06\x0a\x04eng\0"
     return section(0x02, n, number(0xE000 | 2000 + n) + b"\xf0\0" + picture + sound)
@@ -121,7 +121,7 @@ KINDS = {
 
 
 def write_list(path, content):
-    """Writes what a function of `KINDS` gives."""
+    """Writes the result of a function in `KINDS`."""
     if isinstance(content, bytes):
         path.write_bytes(content)
         return

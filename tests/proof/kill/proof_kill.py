@@ -2,12 +2,13 @@
 # SPDX-License-Identifier: MIT
 """Kills sets at random moments and checks that nothing is lost.
 
-proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL: shells that
-switch sources and set a key, shells that import channel lists and recordings of all kinds, put them in place of the
-set's or add them, and mark and edit services between, and the program's own import and scan. After each, the database
-is copied and read: it must be whole, and hold all that had been answered, in every table; of what was under way a part
-that the order of writes allows, of an import all or nothing, as a set that nobody killed keeps it. The next one starts
-on the directory as it is. Prints figures; the status is 1 when something was lost, damaged or left locked.
+proof_kill.py PROGRAM [--kills N] [--seed N] starts PROGRAM on a state directory and kills it with SIGKILL. It kills
+shells that switch sources and set a key; shells that import channel lists and recordings of all kinds, which replace
+or add services, and mark and edit services in between; and the program's own import and scan. After each kill it
+copies and reads the database, which must be undamaged and hold everything acknowledged, in every table. Of the writes
+in progress it may hold as many as the order of writes allows; of an import all or nothing, as an undisturbed set
+stores it. The next set starts on the directory as it is. Prints figures; the exit status is 1 when something was lost,
+damaged or left locked.
 """
 
 import argparse
@@ -25,12 +26,13 @@ from pathlib import Path
 
 from lists import KINDS, RECORDING, write_list
 
-# Inputs: the plug-in's number of each, and the TV service's.
+# The sources, by the plug-in's number, with the numbers of the TV service.
 SOURCES = {0: 0, 15: 1, 31: 13, 32: 14, 35: 17}
-LINES = 400  # a set that is not killed is through with them after a second or so
-LONGEST = 0.12  # seconds that a set may live, but for the time that the first reply takes
-PATIENCE = 10  # seconds that the first reply may take
-# The lists of each kind: the second brings some services of the first again. The one in front shares none with any.
+LINES = 400  # a set that is not killed needs about a second for them
+LONGEST = 0.12  # seconds that a set lives at most, not counting the wait for its first reply
+PATIENCE = 10  # seconds to wait for the first reply
+# The services in the lists of each kind. The second list repeats some services of the first. The list that comes first
+# of all shares none with them.
 NUMBERS = {"a": range(1, 41), "b": [*range(1, 11), *range(101, 151)]}
 FRONT, FRONT_KIND, FRONT_NUMBERS = "front.m3u", "m3u", range(201, 206)
 
@@ -133,7 +135,7 @@ def tuned(kept, number, before):
 def switching(kept, chance):
     """Lines that switch sources and set a counter."""
     number = {shown: ours for ours, shown in SOURCES.items()}[int(kept[SOURCE])]
-    # The first command opens an engine, which puts the keys right.
+    # The first command opens an engine, which corrects the keys.
     yield Line("GetSource 0", True, ({MAIN: number}, {BEFORE: number}, {PIP: 0}))
     count = kept.get(COUNT) or 0
     for _ in range(LINES // 2):
@@ -146,7 +148,7 @@ def switching(kept, chance):
 
 
 def marking(service):
-    """Lines that give a service data that lists lack: favourite groups, subtitles, a field without a column."""
+    """Lines that give a service what lists can't contain: favourite groups, subtitles, a field without a column."""
     yield f".set service.{service}.favourites 1=1,2=0"
     yield f".set service.{service}.subtitles 70:eng:dvb,71:deu:teletext"
     yield f".set service.{service}.1003 720"
@@ -165,9 +167,9 @@ def line_of_import(name, add=False):
 
 
 def round_of_imports(kind, services):
-    """Lines that import lists of a kind that replace each other, add one list, and mark and edit services in between,
-    some of which are in the second list too. The first list shares no service with the others, so nothing remains from
-    the previous round. @param services  ids of the first list"""
+    """Lines that import lists of a kind in place of each other, and add one of them. In between, they mark and edit
+    services, some of which are in the second list, too. The first list shares no service with the others, so nothing
+    remains from the previous round. @param services  ids of the first list"""
     first, second = (f"{name}.{kind}" for name in NUMBERS)
     return [line_of_import(FRONT), line_of_import(first), *marking(services[0]), *marking(services[-1]), *editing(),
             line_of_import(second, add=True), line_of_import(second)]
@@ -196,7 +198,7 @@ def answered(lines, output):
         output = output[start + len(line.text) + 3:]
         if not line.replies or ("\n" in output and not output.startswith(">")):
             done = shown
-    # A line that prints nothing is through when the next one shows.
+    # A line without output has run once the next line is echoed.
     if done == shown and done > 0 and not lines[done - 1].replies:
         done -= 1
     return done, min(shown + 1, len(lines))
@@ -212,7 +214,7 @@ def states(kept, lines):
 
 
 class Deck:
-    """Deals some things, each as often as the others."""
+    """Deals things at random, each as often as the others."""
 
     def __init__(self, things, chance):
         self.things = list(things)
@@ -242,10 +244,10 @@ class Loop:
             for name, numbers in NUMBERS.items():
                 write_list(folder / f"{name}.{kind}", make(numbers))
         self.start(["exec", "GetSource", "0"])
-        self.rounds = {}  # by kind, those that were learned
+        self.rounds = {}  # the recorded rounds, by kind
         self.of_shells, self.of_program = Deck(KINDS, chance), Deck(KINDS, chance)
-        self.given = set()  # the kinds of lists that shells were given
-        self.killed = set()  # the kinds whose import by the program was killed
+        self.given = set()  # the kinds of lists that shells have imported
+        self.killed = set()  # the kinds whose import by the program has been killed
 
     def start(self, arguments, state=None, script=""):
         """Runs the program to a successful end, by default on the state directory. Returns its output."""
@@ -271,7 +273,7 @@ class Loop:
 
     def learn(self, kind):
         kept = self.unkilled(program_import(f"a.{kind}"))
-        # The table keeps unsigned numbers in signed columns, in their order.
+        # The table stores unsigned numbers in signed columns, in their order.
         services = sorted(dict(row[1:])["service_id"] + 2**63 for row in kept[SERVICES] if row[0] == "service")
         texts = round_of_imports(kind, services)
         for count, text in enumerate(texts, 1):
@@ -289,7 +291,7 @@ class Loop:
             arguments = program_import(f"{name}.{kind}", add)
             start = time.monotonic()
             lines = [Line(" ".join(arguments), True, (self.unkilled(arguments),))]
-            # It has one answer, its last word: most are killed before.
+            # The only answer is its last line, so most runs are killed before it.
             output = self.run_and_kill(arguments, answers=0.2, longest=1.2 * (time.monotonic() - start))
             done = int("imported " in output)
             self.judge(before, lines, done, 1)
@@ -305,8 +307,8 @@ class Loop:
         self.judge(before, lines, *answered(lines, output))
 
     def run_and_kill(self, arguments, script="", *, answers=0.8, longest=LONGEST):
-        """Kills a program at a random moment, in a share `answers` of cases after its first answer. Returns its
-        output."""
+        """Kills a program at a random moment; in the share `answers` of the runs, after its first answer. Returns
+        its output."""
         with subprocess.Popen([self.program, "--state", self.state, *arguments], cwd=self.folder, stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
             os.write(process.stdin.fileno(), script.encode())

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Clients that do what they should not, all at once, and what one that behaves notices of it.
+// Many clients that misbehave at the same time, and their effect on one that behaves.
 import {once} from 'node:events'
 import net from 'node:net'
 import {Worker} from 'node:worker_threads'
@@ -20,7 +20,7 @@ async function open(server) {
 const handshake = 'GET /rpc HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: Upgrade\r\nUpgrade: websocket\r\n' +
   'Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n'
 
-/** A WebSocket as bytes, the handshake done. */
+/** A raw connection after the handshake of WebSocket. */
 async function upgraded(server) {
   const socket = await open(server)
   socket.write(handshake)
@@ -37,7 +37,7 @@ async function slowReader(server) {
   return socket
 }
 
-/** Sends a request a byte at a time, for as long as the others are at work. */
+/** Sends a request byte by byte, slowly while the other clients are at work. */
 async function byteAtATime(server, isOver) {
   const socket = await open(server)
   const body = '{"jsonrpc":"2.0","id":1,"method":"window.GetTVMode"}'
@@ -53,7 +53,7 @@ async function byteAtATime(server, isOver) {
   return answer.includes('"accepted":true')
 }
 
-/** Sends a message of the greatest length that is taken. @return whether it is answered. */
+/** Sends a message of the greatest length that the server accepts. @return whether the server answers it. */
 async function largeMessage(server) {
   const socket = await upgraded(server)
   const head = '{"jsonrpc":"2.0","id":1,"method":"tv.state","params":{"more":"'
@@ -75,8 +75,8 @@ const isClosed = socket => new Promise(resolve => {
   setTimeout(() => resolve(false), 20_000)
 })
 
-/** @param messages  of the greatest length, all at once. @param lists  that are asked for while others read nothing: a
- *  subscriber that does not read is closed behind some 500. */
+/** @param messages  number of messages of the greatest length, all at once. @param lists  number of channel lists
+ *  requested while slow readers read nothing; after about 500 the server closes a subscriber that does not read. */
 export async function abuse(program, messages, lists) {
   const server = await Server.start(program)
   const good = new Worker(new URL('behaved.js', import.meta.url), {workerData: {port: server.port}})

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A client that behaves, on a thread of its own: calls one after another until it is told to end, and tells how many
-// milliseconds each took.
+// A client that behaves, on a thread of its own. It makes one call after another until it is told to end, then posts
+// the duration of each call in milliseconds.
 import {parentPort, workerData} from 'node:worker_threads'
 import {Client, wait} from './server.js'
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Very many connections at once, each with an engine, half of them subscribed to everything, while commands run.
+// A great many connections at once, each with an engine. Half of them subscribe to everything while commands run.
 import {Client, Server, until} from './server.js'
 
 const commands = 200
 const callers = 20
 
-/** How many events a subscriber has heard, and the number of the last; they count up by one. */
+/** Counts the events of a subscriber, and gaps in their numbers, which are consecutive. */
 class Listener {
   heard = 0
   last = 0

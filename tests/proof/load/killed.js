@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Servers that are killed while clients write: what was answered is kept.
+// Servers that are killed while clients write: every acknowledged write must have been persisted.
 import {mkdtempSync, rmSync} from 'node:fs'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
@@ -8,7 +8,7 @@ import {randomFrom} from './soak.js'
 
 const writers = 4
 
-/** Writes a key again and again, a greater number each time. @return the last number sent and the last answered. */
+/** Writes greater and greater numbers to a key. @return the last number sent and the last acknowledged. */
 async function write(server, key, from) {
   const done = {sent: from, answered: from}
   try {

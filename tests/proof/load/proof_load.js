@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Puts the server under load and prints figures of it. The status is 1 when something was lost or left behind.
+// Puts the server under load and prints figures. The exit status is 1 when something was lost or left behind.
 //
 // node proof_load.js PROGRAM [--connections N] [--messages N] [--lists N] [--calls N] [--kills N] [--seed N]
 import {parseArgs} from 'node:util'

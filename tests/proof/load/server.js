@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A server of the program under load, what it takes of the machine, and clients that are no more than a connection.
+// A server under load, the resources that it uses, and clients that consist of a connection only.
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'
 import {readdirSync, readFileSync} from 'node:fs'
@@ -10,8 +10,8 @@ export const kibibyte = 1024
 export const mebibyte = 1024 * kibibyte
 
 export class Server {
-  /** Starts the program and waits until clients can connect. `state` is the folder that it keeps its set in; without one
-   *  the set is in memory. */
+  /** Starts the program and waits until clients can connect. `state` is the folder where the set persists its state;
+   *  without it the set is in memory. */
   static async start(program, {state, options = []} = {}) {
     const server = new Server()
     const words = [...(state ? ['--state', state] : []), 'serve', '--listen', '127.0.0.1:0', '--until-eof']
@@ -21,7 +21,7 @@ export class Server {
     return server
   }
 
-  /** A figure of /proc/PID/status in bytes, as in VmRSS. */
+  /** A value of /proc/PID/status in bytes, such as VmRSS. */
   memory(name) {
     const status = readFileSync(`/proc/${this.process.pid}/status`, 'utf8')
     return Number(new RegExp(`^${name}:\\s+(\\d+) kB`, 'm').exec(status)[1]) * kibibyte
@@ -36,7 +36,7 @@ export class Server {
     await once(this.process, 'exit')
   }
 
-  /** Ends it as its owner would. @return its status. */
+  /** Ends the server as its owner does. @return its exit status. */
   async stop() {
     this.process.stdin.end()
     const [status] = await once(this.process, 'exit')
@@ -47,7 +47,7 @@ export class Server {
 export class Client {
   #calls = new Map()
   #last = 0
-  /** Is given the text of each message that answers no call. */
+  /** Called with the text of each message that is not an answer. */
   heard = () => {}
 
   static async connect(server) {
@@ -65,7 +65,7 @@ export class Client {
     return client
   }
 
-  /** The result of a call; rejects for an error, and when the connection breaks. */
+  /** The result of a call. The promise is rejected for an error, and when the connection breaks. */
   call(method, params = []) {
     const id = ++this.#last
     const answered = new Promise((resolve, reject) => this.#calls.set(id, {resolve, reject}))
@@ -90,7 +90,7 @@ export class Client {
 
 export const wait = milliseconds => new Promise(resolve => setTimeout(resolve, milliseconds))
 
-/** Waits until `isSo`, for half a minute at most. @return whether it came to that. */
+/** Waits until `isSo()` is true, for half a minute at most. @return whether it became true. */
 export async function until(isSo) {
   for (const end = Date.now() + 30_000; Date.now() < end; await wait(20)) if (await isSo()) return true
   return false

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Clients that connect, call, and connect again, for as many calls as are wanted: nothing of the server may grow.
+// Clients that connect, call, and connect again, for the given number of calls. Nothing in the server may grow.
 import {Client, Server, until} from './server.js'
 
 const clients = 100
-const warmUp = 0.2  // of the calls, after which memory is measured for the first time
+const warmUp = 0.2  // share of the calls before memory is measured for the first time
 
 const calls = [
   ['window.GetTVMode', []], ['window.SetChannel', [3, 0]], ['window.GetCurrentChannel_Name', []], ['window.SetSource', [31]],
@@ -11,7 +11,7 @@ const calls = [
   ['tv.run', ['GetSource']], ['events.subscribe', [['source', 'knob']]],
 ]
 
-/** Numbers below one, always the same for a seed. */
+/** Random numbers from 0 to 1, exclusive. The same seed gives the same numbers. */
 export function randomFrom(seed) {
   let state = seed >>> 0
   return () => {

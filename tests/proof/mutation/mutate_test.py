@@ -61,7 +61,7 @@ namespace kel { int Narrow(int value); }
 int main() { for (int value = 0; value < 8; ++value) std::printf("%d ", kel::Narrow(value)); }
 """
 
-# What the program prints: as it is, and with each change.
+# The output of the program without a mutant, and with each change.
 PLAIN = "6 1 6 7 8 9 2 11"
 CHANGES = {
     "4 -> 5": "6 1 7 8 9 10 2 12",
@@ -140,8 +140,8 @@ class ThePlugIn(unittest.TestCase):
 
 
 class FakeTrial:
-    """Returns given results for the attempts at each mutant, and records which programs run completely without a
-    mutant. The first such runs take too long."""
+    """Returns given results for the attempts at each mutant, and records which programs run to their end without a
+    mutant. The first of these runs take too long."""
 
     def __init__(self, outcomes, late_without_mutant=0):
         self.outcomes = outcomes
@@ -170,7 +170,7 @@ class FakeTrial:
 
 
 class Attempts(unittest.TestCase):
-    """A mutant that a test's failure kills differs from one that takes too long."""
+    """A mutant that makes a test fail is told apart from one that takes too long."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -221,7 +221,7 @@ class Attempts(unittest.TestCase):
         self.assertNotIn("percent killed in worker and engine", self.figures({2: ["suite"]}, tables=[2]))
 
 
-# Waits for a command.
+# A program that runs a command and waits for it.
 WAITING = """\
 import os, sys
 sys.dont_write_bytecode = True
@@ -287,7 +287,7 @@ class Running(ScratchTest):
         self.assert_gone(run)
 
     def test_ends_when_it_has_used_all_the_time_there_is(self):
-        """A process that left the run's process group can still use no more than a limited processor time."""
+        """Even a process that left the run's process group has only a limited processor time."""
         self.assertFalse(self.fails(["sh", "-c", f'ulimit -t >"{self.child}"'], seconds=7))
         self.assertEqual(int(self.child.read_text()), 7 * os.cpu_count() + 1)
 
@@ -315,7 +315,7 @@ class Digest(unittest.TestCase):
 
 
 class Arguments(unittest.TestCase):
-    """Senseless arguments are refused before anything is built."""
+    """Invalid arguments are refused before anything is built."""
 
     def test_are_refused(self):
         for arguments, why in ((["--sample", "0"], "a number from 1 on is wanted, not '0'"), (["--jobs", "-1"], "from 1 on"),

@@ -14,7 +14,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
 
 from scratch import TOP, ScratchTest  # noqa: E402  (needs the path above)
 
-# tools/mutate with two mutants and one program, a shell script that knows the mutant by its number.
+# tools/mutate with two mutants and one program: a shell script that learns the number of the mutant.
 STAND_IN = """\
 import runpy, sys
 from pathlib import Path
@@ -69,7 +69,7 @@ class RunTest(ScratchTest):
             return subprocess.CompletedProcess([], process.wait(60), *process.communicate())
 
     def kept(self):
-        """The stored results of mutants, in the order of their numbers: which program noticed each."""
+        """The stored results of the mutants, in the order of their numbers: the program that noticed each."""
         lines = self.results.read_text().splitlines() if self.results.exists() else []
         return [line.rpartition("\t")[2] for line in sorted(lines)]
 
@@ -91,7 +91,7 @@ class RunTest(ScratchTest):
         self.suite('test "$MUTANT" = 1 || exit 0\nsleep 300 &\necho $! >new\nmv new child\nwait\n')
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             (self.root / "child").unlink(missing_ok=True)
-            # However the tests themselves were started, the program hears these.
+            # The signals have effect however the tests themselves were started.
             with self.start(preexec_fn=lambda: [signal.signal(each, signal.SIG_DFL)
                                                 for each in (signal.SIGINT, signal.SIGHUP)]) as process:
                 child = self.await_file("child")
@@ -120,7 +120,7 @@ class RunTest(ScratchTest):
         self.assertEqual((done.returncode, self.kept()), (0, ["", "takes too long"]), done.stderr)
 
     def test_keeps_nothing_when_the_sources_change(self):
-        """Even if they change early: either version may have been built."""
+        """This holds even for early changes: either version may have been built."""
         for mutant in ("", "1"):
             self.suite(f'test "$MUTANT" != "{mutant}" || echo two >>Window/Src/a.cpp\ntest "$MUTANT" != 1\n')
             done = self.run_all()

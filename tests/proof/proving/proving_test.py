@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tests tools/proof on a scratch tree with its own steps: how it handles failing steps and programs."""
+"""Tests tools/proof on a scratch tree with steps of its own, in particular with failing steps and programs."""
 
 import os
 import signal

@@ -17,7 +17,7 @@ from proving import fuzz, log, suites, threads  # noqa: E402  (needs the path ab
 from proving.job import Outcome  # noqa: E402
 from scratch import load  # noqa: E402
 
-# What a fuzzer writes, but for the lines of its progress.
+# The output of a fuzzer, without the lines about its progress.
 SAID = """\
 INFO: Seed: 1
 INFO:        0 files found in /tmp/corpus
@@ -29,7 +29,7 @@ stat::number_of_executed_units: 899
 
 
 class Fuzzing(unittest.TestCase):
-    """A target passes if it ended well, started from all inputs, executed many more, and used its time."""
+    """A target passes if it exited successfully, started from all inputs, executed many more, and used its time."""
 
     def figure(self, said=SAID, inputs=5, trouble="", is_long=False):
         return fuzz.said("lists", inputs, Outcome("", said, trouble)).figure(is_long)
@@ -103,7 +103,7 @@ class LogContract(unittest.TestCase):
 
 
 class Threads(unittest.TestCase):
-    """Each report of the thread sanitizer fails, and so does a program that ran too few tests."""
+    """Each report of the thread sanitizer is a failure, and so is a program that ran too few tests."""
 
     RAN = "[==========] 99 tests from 3 test suites ran. (1 ms total)\n"
 
@@ -123,7 +123,7 @@ class Threads(unittest.TestCase):
 
 
 class Whole(unittest.TestCase):
-    """The whole proof is late by the clock, but fails only by its own processor time."""
+    """A proof that takes too long by the clock is only marked as late. It fails by its own processor time."""
 
     def test_is_reached_in_time(self):
         figure = load("proof").whole(1100, 1900)

@@ -14,10 +14,10 @@ namespace {
 
 using comparison::Script;
 
-/// The course of a script that runs on its own.
+/// The outcome of a script that runs alone.
 struct Course {
   std::optional<comparison::Difference> difference;
-  std::optional<std::string> exception;  ///< the exception that ends it, which no transcript can expect
+  std::optional<std::string> exception;  ///< the exception that ends it; a transcript can't expect one
 };
 
 Course courseOf(Simulation& simulation, const Script& script) {

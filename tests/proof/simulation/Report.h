@@ -17,10 +17,11 @@ struct Report {
   std::string inputs;      ///< a short script that ends in an exception; empty when none does
 };
 
-/// Writes the script that is about to run, with its seed, for the case that the program crashes.
+/// Writes the script that is about to run, with its seed, in case the program crashes.
 void leaveBehind(std::uint64_t seed, const comparison::Script& script, const std::filesystem::path& file);
 
-/// Writes a script into a directory, as SEED.txt: its lines as they are typed, for other sets to run.
+/// Writes a script to a directory, as SEED.txt, in the form in which its lines are typed, so that it can run on other
+/// sets.
 void keepScript(std::uint64_t seed, const comparison::Script& script, const std::filesystem::path& directory);
 
 /// Shortens the script of a failure. If it does not fail again, the text has the whole script.

@@ -36,7 +36,7 @@ struct Look {
   std::uint64_t log = 0;       ///< bytes of its log
 };
 
-/// A set on a state directory, with one engine that stays open.
+/// A set on a state directory, with an engine that stays open.
 class Soak {
  public:
   static constexpr std::uint64_t commandsADay = 500;
@@ -45,8 +45,8 @@ class Soak {
     if (!bench_.open()) throw std::runtime_error("no engine can be opened");
   }
 
-  /// Runs some hundred commands, every fifth on a failing set, and opens and closes another engine. Then measures, with
-  /// set and engine in the same state as after every other day. Days of the same number are identical.
+  /// Runs some hundred commands, every fifth on a failing set, and opens and closes another engine. Then brings set and
+  /// engine to the state that they have after every day, and measures. The same number gives the same day.
   Look day(std::uint64_t number) {
     random_.seed(seed_ + number);
     if (number % 2 == 1) bench_.showIsp();
@@ -102,14 +102,14 @@ class Soak {
   support::Bench bench_{{}, state_.path()};
 };
 
-/// Each round repeats the same days in the same order. Anything that is kept permanently, such as prepared statements,
-/// is in place after the first two rounds.
+/// Each round repeats the same days in the same order. Whatever is kept permanently, such as prepared statements,
+/// exists after the first two rounds.
 constexpr std::uint64_t rounds = 8;
 constexpr std::uint64_t roundsBefore = 2;
-/// Enough commands that SQLite empties its log once in a round.
+/// Enough commands for SQLite to empty its log once in each round.
 constexpr std::uint64_t leastCommands = rounds * 4 * Soak::commandsADay;
 
-/// The minimum over the days of a round, since the allocator's fragmentation differs slightly from day to day.
+/// The least of each value over the days of a round, since the allocator's fragmentation differs slightly between days.
 Look round(Soak& soak, std::uint64_t days) {
   Look least = soak.day(0);
   for (std::uint64_t day = 1; day < days; ++day) {

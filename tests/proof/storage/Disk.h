@@ -68,7 +68,7 @@ class Disk {
 
   /// An open file, even if its name was removed meanwhile.
   struct Handle {
-    sqlite3_file base;  ///< first, so that SQLite's pointer is one to this
+    sqlite3_file base;  ///< first, so that SQLite's pointer points to the handle, too
     Disk* disk;
     std::string* name;
     std::shared_ptr<std::string>* content;
@@ -87,7 +87,7 @@ class Disk {
   int unlock(Handle& handle, int level);
   int isReserved(const Handle& handle, int& answer);
   int remove(const char* name);
-  /// Like SQLite's real one, the existence check does not find an empty file.
+  /// As in SQLite's access to a real disk, a plain existence check does not find an empty file.
   int exists(const char* name, int question, int& answer);
   void random(char* bytes, std::size_t size);
 

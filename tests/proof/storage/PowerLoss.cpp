@@ -51,8 +51,8 @@ void tear(const Change& write, Content& content, std::mt19937& random) {
   }
 }
 
-/// Applies the creation, truncation and removal of files in order, up to some moment, and any subset of the writes
-/// before it.
+/// Applies creations, truncations and removals of files in order, up to a random moment, and a random subset of the
+/// writes before it.
 void carryOutSome(const std::vector<Change>& changes, Content& content, std::mt19937& random) {
   const std::size_t end = random() % (changes.size() + 1);
   for (std::size_t at = 0; at < end; ++at) {
@@ -84,7 +84,7 @@ void PowerLoss::apply(const Change& change) {
   if (isNew) syncRemovals();
 }
 
-/// Syncing a new file also syncs its directory, and so earlier removals.
+/// Syncing a new file also syncs its directory, and so all earlier removals.
 void PowerLoss::syncRemovals() {
   for (auto& [name, file] : files_) {
     const auto last = std::find_if(file.pending.rbegin(), file.pending.rend(), isRemoval);

@@ -14,8 +14,8 @@ namespace virtualtv::proof {
 /// How much unsynced data survives on a disk after a power cut.
 enum class Rest { none, some, all };
 
-/// A disk that is written to until a power cut. Synced data survives. Of the rest any part may survive: some writes
-/// without the ones before them, and some sectors of a write without others.
+/// A disk that is written to until a power cut. Synced data survives. Of all other data any part may survive: a write
+/// without the earlier ones, and some sectors of a write without the others.
 class PowerLoss {
  public:
   explicit PowerLoss(const Image& start);
@@ -28,7 +28,7 @@ class PowerLoss {
 
  private:
   struct File {
-    std::optional<std::string> synced;  ///< nothing while the file may be absent
+    std::optional<std::string> synced;  ///< null while the file may be absent
     std::vector<Change> pending;
   };
 

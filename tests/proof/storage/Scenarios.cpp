@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* inTheGuide = ".app com.example.guide guide";
 
-/// Small lists and recordings of all kinds, where the fuzzers start from.
+/// Small lists and recordings of all kinds, from which the fuzzers start.
 constexpr const char* lists = PROOF_SAMPLES "/lists";
 constexpr const char* broadcasts = PROOF_SAMPLES "/broadcasts/";
 constexpr const char* recordings[] = {"american-packets", "cable-packets", "dvb-packets", "satellite-packets",
@@ -39,7 +39,7 @@ std::string channelList(int first, int count) {
   return list;
 }
 
-/// The samples that bring services, by their names. @throws std::logic_error when there is none of some format.
+/// The samples that contain services, by their names. @throws std::logic_error when a format has none.
 std::map<std::string, std::string> listsOfAllFormats() {
   std::map<std::string, std::string> found;
   std::set<const import::Format*> formats;
@@ -54,7 +54,7 @@ std::map<std::string, std::string> listsOfAllFormats() {
   return found;
 }
 
-/// Lines that import these lists, and recordings. A lamedb with bouquets comes as one text and as a directory.
+/// Lines that import these lists and recordings. A lamedb with bouquets comes as one text and as a directory.
 Lines importsOfAllKinds(const fs::path& directory) {
   Lines lines;
   for (const auto& [name, list] : listsOfAllFormats()) {
@@ -130,7 +130,7 @@ std::vector<Scenario> makeScenarios(const fs::path& directory) {
       {".vconf unset db/emp/mainsource", 1},
       {"SetChannel 2 0", 1},
       {"SetSource 31 0", 3},         // the source and two keys
-      {"SetSource 48 0", 4},         // these, and the state of the secondary stack
+      {"SetSource 48 0", 4},         // the same, and the state of the secondary stack
       {"SetSourceAndTune 31 2", 3},  // as for SetSource
       {"SetPreviousSource", 0},
       {"SetTVMode 2", 1},

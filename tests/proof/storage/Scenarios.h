@@ -11,7 +11,7 @@
 
 namespace virtualtv::proof {
 
-/// Something that a set does with its storage, on a disk as left by another run.
+/// An action of a set on its storage. The disk has the state in which another run left it.
 struct Scenario {
   std::string name;
   Image disk;
@@ -20,7 +20,7 @@ struct Scenario {
   std::size_t writes;  ///< number of writes without faults: each is one atomic change of the storage
 };
 
-/// All of them. Their files lie in a directory, which gets the lists that they import.
+/// All scenarios. @param directory  for their files; the lists that they import are written there.
 std::vector<Scenario> makeScenarios(const std::filesystem::path& directory);
 
 /// A day in the life of a set, as a series of sessions, for power cuts. It covers everything that a set persists, and

@@ -17,7 +17,8 @@ namespace virtualtv::proof {
 
 using Lines = std::vector<std::string>;
 
-/// What a set persists: settings keys, state, and services with all that belongs to them, one line for each name.
+/// What a set persists: settings keys, state, and services with everything that belongs to them. One line for each
+/// name.
 using Content = std::map<std::string, std::string>;
 
 /// The difference between two of them, in words; empty when there is none.
@@ -37,13 +38,13 @@ class Television {
   /// Switches the set on. @throws StoreError when the state can't be read.
   explicit Television(const std::filesystem::path& directory);
 
-  /// Runs a line of the shell's.
+  /// Runs a line in the shell.
   Outcome run(const std::string& line);
 
   Content content();
   /// True when a line that restarts the set could not start it again.
   bool isOff();
-  /// True when the set's own report equals its storage.
+  /// True when the set reports what its storage holds.
   bool isOfOneMind();
 
   /// Calls `seen` wherever a write may have ended: after each change of the set and before each call to it.

@@ -6,7 +6,7 @@
 
 #include "services/Service.h"
 
-/// The input of the sweep: a set, the contexts of an engine on it, and the commands.
+/// The input of the sweep: a set, contexts for an engine on it, and commands.
 namespace sweep {
 
 /// The services of the set: three on the antenna, with tracks, favourites and attached texts, and one of a satellite.

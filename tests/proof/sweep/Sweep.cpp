@@ -113,7 +113,7 @@ void Sweep::command(const Context& context, const std::string& line, Pairs pairs
   }
 }
 
-/// The second fault must hit a call that follows the first one.
+/// The second fault hits a call after the first fault's.
 void Sweep::sweepPairs(std::size_t position, const std::string& first, const Calls& calls, Pairs pairs) {
   for (std::size_t next = position + 1; next < calls.size(); ++next) {
     const Operation& operation = *calls[next].operation;
@@ -144,7 +144,7 @@ Sweep::Calls Sweep::inject(const Faults& faults) {
   return calls;
 }
 
-/// After a deviation the model's state is wrong, so both start again.
+/// After a deviation the model's state is no longer that of the set, so both start again.
 void Sweep::note(const Faults& faults, const std::string& details) {
   ++figures_.deviations;
   if (reports_.size() < mostReports_) {

@@ -20,9 +20,10 @@ struct Figures {
   std::uint64_t deviations = 0;  ///< runs with an unexpected result
 };
 
-/// Makes each call of a command fail in each possible way, once and from then on, and in some ways two at a time. After
-/// each run the answer, the calls after the fault, the settings keys and the set must equal those of the model, and
-/// keys must be written in order. Without the fault, the command and a simple query must be answered as by the model.
+/// Makes each call of a command fail in each possible way, once and from then on, and tries some of these ways on pairs
+/// of calls. After each run the answer, the calls after the fault, the settings keys and the set must equal those of
+/// the model, and keys must have been written in order. Without the fault, the command and a simple query must then
+/// give the model's answers.
 class Sweep {
  public:
   /// @param reports  how many deviations are reported; all are counted.

@@ -65,7 +65,7 @@ TEST(SimulationReport, SaysThatATranscriptCantBeChecked) {
   EXPECT_TRUE(has(said, "not a text in UTF-8")) << said;
 }
 
-/// No knob shows the aspect ratio of an input's picture.
+/// The model's difference is the aspect ratio of an input's picture, which no knob shows.
 TEST(SimulationReport, SaysThatADifferenceCantBeAskedFor) {
   const virtualtv::test::TemporaryDirectory folder;
   const Report report =

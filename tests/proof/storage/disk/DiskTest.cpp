@@ -130,7 +130,7 @@ TEST_F(DiskTest, KeepsWhatWasSyncedWhenThePowerGoes) {
   EXPECT_EQ(SettingsStore(database).get("key"), Setting(5));
 }
 
-/// Its writes would not be safe from a power cut without a write-ahead log.
+/// Without a write-ahead log the writes would not survive a power cut.
 TEST_F(DiskTest, ADatabaseThatCantSwitchToItsWriteAheadLogIsRefused) {
   disk.fail({Access::sync, 1, false, SQLITE_IOERR});
   EXPECT_EQ(test::failureOf([&] { Database(file, schema); }), file + ": cannot open it: writing to the disk failed");
