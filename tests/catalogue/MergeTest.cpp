@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The catalogue is made of rows and help texts that fit together, and of no others.
+// The catalogue is made from the rows and the help texts, which must fit together.
 #include "Merge.h"
 
 #include <gtest/gtest.h>

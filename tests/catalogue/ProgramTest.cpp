@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program notices when the files that are kept differ from what it would write.
+// The program reports when the committed files differ from those that it would write.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -17,10 +17,10 @@ namespace fs = std::filesystem;
 
 struct Outcome {
   int status = -1;
-  std::string said;  ///< on standard output and standard error
+  std::string said;  ///< its standard output and standard error
 };
 
-/// A copy of the documentation's four files, with a blank in its path as people have them.
+/// Works on a copy of the four files of the documentation. The path has a blank, as people's paths do.
 class ProgramTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -43,7 +43,7 @@ class ProgramTest : public ::testing::Test {
   }
   void write(const std::string& name, const std::string& text) const { std::ofstream(path(name)) << text; }
 
-  /// Replaces a text that the file must hold.
+  /// Replaces a text in a file, which must contain it.
   void change(const std::string& name, const std::string& from, const std::string& to) const {
     std::string text = read(name);
     const std::size_t at = text.find(from);

@@ -36,7 +36,7 @@ function warningsOf(one) {
   return texts
 }
 
-/** The sessions of pages: neither the shared one nor this test's. */
+/** The sessions of pages, without the shared one and the test's own. */
 const sessions = async () => (await tv.sessions()).filter(({session, shared}) => !shared && session !== tv.session)
 
 test('the first line of an app calls the set', async () => {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The typings of commands are what their generator makes of the server's own description.
+// The typings of commands are what their generator makes of the server's description.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'
 import {after, test} from 'node:test'

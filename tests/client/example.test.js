@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The project in examples/guide, run as its CI runs it.
+// The example project in examples/guide, run as its CI does.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {cp, mkdir, mkdtemp, readFile, rm, symlink, writeFile} from 'node:fs/promises'
@@ -21,7 +21,7 @@ before(async () => {
 })
 after(() => rm(directory, {recursive: true}))
 
-/** Runs the project's CI by this Node. It is no part of the test that runs it. */
+/** Runs the project's CI with this Node, as a program of its own, not as a part of this test. */
 function ci() {
   const {NODE_TEST_CONTEXT, ...environment} = process.env
   const path = `${dirname(process.execPath)}:${environment.PATH}`
@@ -42,7 +42,7 @@ test('what docs/testing.md shows of it stands in it', async () => {
   const files = await Promise.all(['tests/guide.test.js', 'tests/page.test.js', 'ci.sh'].map(name => readFile(join(directory, name), 'utf8')))
   const lines = new Set(files.join('').split('\n').map(line => line.trim()))
   for (const [, , code] of blocks) {
-    // A name may be imported beside others that the page does not need.
+    // Lines that import guide.js are not compared: the file may import more names than the page shows.
     for (const line of code.split('\n').map(one => one.trim()).filter(one => !one.includes("'../guide.js'"))) assert.ok(lines.has(line), line)
   }
 })

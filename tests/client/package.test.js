@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the package is made: modules become a script, and what was compressed is inflated at once.
+// The making of the package: modules become one script, and compressed parts are inflated synchronously.
 import assert from 'node:assert/strict'
 import {randomBytes} from 'node:crypto'
 import {readFile} from 'node:fs/promises'

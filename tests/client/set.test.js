@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a client does with a set, here on a server; tests/tab runs the same cases on sets in memory.
+// What a client can do with a set, here on a server. tests/tab runs the same cases on sets in memory.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {installWindow} from '../../virtualtv/console/client/node.js'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How transcripts are read, run on a plug-in, and reported.
+// Reading transcripts, running them on a plug-in, and reporting the results.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {junitReport, readTranscript, runTranscript, splitWords} from '../../virtualtv/console/client/transcript.js'

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The typings: a sample app compiles strictly, and its mistakes do not; commands.d.ts is made from a description.
+// The typings: a sample app compiles strictly, and its deliberate mistakes don't. commands.d.ts is made from a
+// description.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {cp, mkdir, mkdtemp, rm, symlink, writeFile} from 'node:fs/promises'

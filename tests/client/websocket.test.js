@@ -58,7 +58,7 @@ const opened = socket => new Promise((resolve, reject) => {
 })
 const closed = socket => new Promise(resolve => socket.addEventListener('close', resolve))
 
-/** A frame of a server. */
+/** A frame as a server sends it. */
 function frame(first, payload, {length = payload.length} = {}) {
   const bytes = Buffer.from(payload)
   if (length < 126) return Buffer.concat([Buffer.from([first, length]), bytes])

@@ -103,7 +103,7 @@ test('a server that is not there yet is told on the console, and found by a late
   assert.equal(warnings().length, 1)
 })
 
-/** True if the error of a call says that the call may have run. */
+/** True when the error of a call says that the call may have run. */
 function sentBy(call) {
   try {
     call()

@@ -115,7 +115,8 @@ class Installed(unittest.TestCase):
         lists = {path.name: [line.split()[0] for line in path.read_text(encoding="utf-8").splitlines()]
                  for path in (TOP / "debian").glob("*.install")}
         self.assertEqual(set(lists), {"emp-window.install", "libemp-window-dev.install"})
-        # The packages have libraries in a folder of the architecture and no shared one, and the licence in the copyright file.
+        # In the packages, libraries are in a folder of the architecture and none is shared. The licence is in the
+        # copyright file.
         libraries = self.libraries.relative_to(self.root)
         for path in sorted(path.relative_to(self.root) for path in self.root.rglob("*") if path.is_file()):
             if path.suffix == ".so" or path.name == "LICENSE":

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tests that docs/porting.md counts correctly which commands make which calls to the set."""
+"""Tests that docs/porting.md states correctly how many commands make each call to the set."""
 
 import collections
 import os
@@ -15,7 +15,7 @@ START = "Start"  # no command: it only opens the engine
 
 
 def session_of(case_file):
-    """The lines of a file of cases, with the calls to the set traced, and each engine opened before its command."""
+    """The lines of a file of cases, with a trace of the calls to the set, and each engine opened before its command."""
     for line in case_file.read_text(encoding="utf-8").splitlines():
         if line.startswith(">"):
             yield line.removeprefix(">").strip()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The Python client on a virtual TV."""
+"""Tests the Python client on a virtual TV."""
 
 import ast
 import re

@@ -25,7 +25,7 @@ BUILT_IN = {"shouldbeequal": same, "shouldbeequalasintegers": lambda one, other:
 
 
 def cells(line):
-    """The parts of a line, separated by at least two blanks."""
+    """The parts of a line, which at least two blanks separate."""
     return re.split(" {2,}", line.strip())
 
 

@@ -29,7 +29,7 @@ class Peer:
     def __init__(self):
         self.calls = []
         self.headers = []
-        self.ends_behind = set()  # methods behind whose answer the connection ends
+        self.ends_behind = set()  # methods after whose answer the connection ends
         self.answers = {"session.open": {"session": "one"}, "session.close": {}}
         peer = self
 

@@ -67,7 +67,7 @@ class WireTest(ClientTest):
         self.peer.answers.update({"tv.knobs": {"knobs": []}, "tv.state": {}})
         self.peer.ends_behind = {"tv.knobs"}
         tv.knobs()
-        select.select([tv._http._connection.sock], [], [], 10)  # until the end is there
+        select.select([tv._http._connection.sock], [], [], 10)  # until the end of the connection has arrived
         self.assertEqual(tv.state(), {})
         self.assertEqual(self.peer.methods(), ["session.open", "tv.knobs", "tv.state"])
 

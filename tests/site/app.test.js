@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Apps in frames of the site's page call the set of its tab, synchronously.
+// Apps in frames of the site's page, which call the set in its tab synchronously.
 import assert from 'node:assert/strict'
 import {mkdirSync, writeFileSync} from 'node:fs'
 import {join} from 'node:path'
@@ -71,7 +71,7 @@ test('an engine ends with its frame', async () => {
   await page.getByText(/^0 engines,/).waitFor()
 })
 
-/** A page with an app, for a folder. */
+/** Writes a page with an app into a folder. */
 function writeApp(folder, script) {
   mkdirSync(folder, {recursive: true})
   writeFileSync(join(folder, 'index.html'), `<!doctype html><title>app</title><script src="${script}?name=myTv"></script>`)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The set that a browser stores for the site, while tabs are opened and closed.
+// The set that a browser persists for the site, while tabs are opened and closed.
 import assert from 'node:assert/strict'
 import {readFileSync} from 'node:fs'
 import {test} from 'node:test'
@@ -10,7 +10,7 @@ useVisits()
 
 const isKept = page => where(page).getByText('kept in this browser').waitFor()
 
-/** Changes the set, and loads the page anew at once. */
+/** Changes the set, and reloads the page at once. */
 const changeAndReload = (page, value) => Promise.all([page.waitForEvent('load'), page.evaluate(region => {
   const request = {jsonrpc: '2.0', id: 1, method: 'tv.set', params: {name: 'region', value: region}}
   globalThis[Symbol.for('emp-window/site')].post(JSON.stringify(request))
@@ -45,7 +45,7 @@ test('a set that is at work as its page is loaded anew comes back', async () => 
   assert.equal((await ask(page, 'tv.state')).region, 2)
 })
 
-/** Replaces the stored data, and reloads the page. */
+/** Replaces the persisted data, and reloads the page. */
 async function spoil(page, record) {
   await page.evaluate(async value => {
     const open = indexedDB.open('emp-window')

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A set as a link.
+// A set in a link.
 import assert from 'node:assert/strict'
 import {test} from 'node:test'
 import {deflateRawSync} from 'node:zlib'
@@ -9,7 +9,7 @@ useVisits()
 
 const packed = text => deflateRawSync(text).toString('base64url')
 
-/** What the button puts on the clipboard. */
+/** Presses the button. @return what it puts on the clipboard */
 async function copyLink(page) {
   await page.context().grantPermissions(['clipboard-read', 'clipboard-write'])
   await page.getByRole('tab', {name: 'Set', exact: true}).click()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The site: where it may lie, what it needs, what it keeps, how it is renewed.
+// The site: where it can be served, what it needs, what it persists, and how it is updated.
 import assert from 'node:assert/strict'
 import {appendFileSync, rmSync} from 'node:fs'
 import {join} from 'node:path'
@@ -75,7 +75,7 @@ test('a new version comes when no other tab needs the old one', async () => {
   }
   assert.equal(await renew(first), undefined)
   await second.close()
-  await until(async () => {  // the browser may hold a tab for there a moment after it was closed
+  await until(async () => {  // the browser may count a closed tab for a moment
     await first.reload()
     await ready(first)
     return first.evaluate(() => globalThis.isNew)
@@ -138,7 +138,7 @@ test('its policy lets nothing in from elsewhere and nothing from its own text', 
     add('img', {src: 'http://other.test/a.png'})
     add('iframe', {src: 'http://other.test/'})
     await fetch('http://other.test/').catch(() => {})
-    await new Promise(resolve => setTimeout(() => {  // what a test evaluates may, what the page does later may not
+    await new Promise(resolve => setTimeout(() => {  // a test may evaluate code, the page may not
       try {
         globalThis.eval('1')
       } catch {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The site's modules agree with each other, with the page and with the client: the compiler of TypeScript reads their types in comments.
+// The site's modules fit each other, the page and the client: TypeScript's compiler checks the types in their comments.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {test} from 'node:test'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// TVs in memory in a real browser: in the page, in a worker, and by the script.
+// TVs in memory in a real browser: in the page, in a worker, and through the script.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'
 import {after, before, test} from 'node:test'
@@ -41,7 +41,7 @@ test('the module is compiled while it comes, and from a server that does not say
   const body = await readFile(`${directory}/emp-window.wasm`)
   site.pages.set('/untyped', {headers: {'Content-Type': 'application/octet-stream'}, body})
   assert.equal(await modeOf('/untyped'), 1)
-  // What servers of one-page apps answer for files that they have not.
+  // Servers of single-page apps answer with a page when a file does not exist.
   site.pages.set('/fallback.wasm', '<!doctype html><title>app</title>')
   await assert.rejects(modeOf('/fallback.wasm'),
     /EmpTvError: the TV in memory: .* \(\/fallback.wasm\); that is no WebAssembly: the option module names where emp-window.wasm is/)

@@ -22,7 +22,7 @@ async function open(tab = page) {
   await tab.waitForFunction(() => globalThis.createTv)
 }
 
-/** Makes the kept TV of a page. @return nothing, or how that failed */
+/** Creates the persisted TV of a page. @return nothing, or the error */
 const make = (tab = page, options = {persist: 'living room'}) => tab.evaluate(async given => {
   try {
     globalThis.tv = await createTv(given)
@@ -34,7 +34,7 @@ const make = (tab = page, options = {persist: 'living room'}) => tab.evaluate(as
 
 const country = (tab = page) => tab.evaluate(() => tv.get('country'))
 
-/** Runs a function on what is kept, in a transaction. */
+/** Runs a function on the object store, in a transaction. */
 const onStore = (run, value) => page.evaluate(([source, given]) => new Promise((resolve, reject) => {
   const opening = indexedDB.open('emp-window', 1)
   opening.onupgradeneeded = () => opening.result.createObjectStore('sets')

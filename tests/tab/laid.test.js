@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The module in the package: in the state after its start, without the parts that only the start needs.
+// The module in the package: it has the state after its start, and lacks the parts that only the start needs.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'
 import {test} from 'node:test'
@@ -10,7 +10,7 @@ import {createTv, urlOf} from './support/package.js'
 const own = await readFile(new URL(urlOf('emp-window.wasm')))
 const text = word => [word.length, ...Buffer.from(word)]
 
-/** A module whose start calls a function of its host. */
+/** Makes a module that calls a function of its host when it starts. */
 const asking = name => moduleOf([
   {id: 1, body: Buffer.from([1, 0x60, 0, 0])},
   {id: 2, body: Buffer.from([2, ...text('host'), ...text(name), 0, 0, ...text('env'), ...text('memory'), 2, 0, 1])},

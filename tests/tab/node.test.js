@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// TVs in memory in Node: what any client does, what they start from, that they end.
+// TVs in memory in Node: they do what any client can do, start from various data, and end.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {readFile} from 'node:fs/promises'
@@ -31,7 +31,7 @@ test('a TV starts from a snapshot and a list', async () => {
   await both.close()
 })
 
-/** An object that has itself in it. */
+/** An object that contains itself. */
 function loop() {
   const object = {version: 1}
   object.state = object
@@ -89,7 +89,7 @@ test('the module is taken from where it is said to be: a path, an address, its b
   }
 })
 
-/** The module with another version in place of its own. */
+/** The bytes of the module with another version number. */
 async function moduleOf(version) {
   const bytes = await readFile(new URL(urlOf('emp-window.wasm')))
   const own = JSON.parse(await readFile(new URL(urlOf('package.json')))).version
@@ -130,7 +130,7 @@ test('a TV is there however long something else holds the process up', async con
   const {clientOf, makeSet} = await import(urlOf('memory.js'))
   const {load} = await import(urlOf('load.js'))
   const module = await load()
-  const due = new Set()  // the runner's own clock is enabled in another way by each version of Node
+  const due = new Set()  // not the test runner's mock timers: each version of Node enables them in its own way
   context.mock.method(globalThis, 'setTimeout', run => due.add(run) && run)
   context.mock.method(globalThis, 'clearTimeout', run => due.delete(run))
   const {tv, opened} = clientOf(makeSet(module, {}))

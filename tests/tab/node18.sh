@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# node18.sh DIR: puts Node 18 into DIR as DIR/node, beside whatever Node is installed. Debian's own can't be unpacked: it wants
-# files of other packages in /usr/share. Where there is none for the machine, DIR stays empty and the tests that want it are skipped.
+# node18.sh DIR: installs Node 18 as DIR/node, beside any other Node. Unpacking Debian's package would not do, since it
+# needs files of other packages in /usr/share. Where no Node 18 exists for the machine, DIR stays empty and the tests
+# that need it are skipped.
 # SPDX-License-Identifier: MIT
 set -euo pipefail
 version=18.20.8

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A TV in memory in Node 18, the oldest that can have one, and the tests of the client on a server there.
+// A TV in memory in Node 18, the oldest version that supports it, and the client's tests on a server there.
 import assert from 'node:assert/strict'
 import {execFileSync, spawnSync} from 'node:child_process'
 import {existsSync} from 'node:fs'
@@ -13,7 +13,8 @@ import {urlOf} from './support/package.js'
 const program = join(process.env.EMP_WINDOW_CLIENT_PACKAGES ?? '', 'node18', 'node')
 const skip = existsSync(program) ? false : 'there is no Node 18 for this machine'
 
-/** Runs a script from a file, as apps and tests are: what is given on the command line finds more there. @return what it prints */
+/** Runs a script from a file, like apps and tests: a script on the command line can use more of Node. @return its
+ *  output */
 async function run(script) {
   const folder = await mkdtemp(join(tmpdir(), 'tab-node18-'))
   try {

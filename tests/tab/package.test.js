@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The package as npm installs it, from one file and without a network, with the examples of its README.
+// The package as npm installs it from one file, without a network, and the examples of its README.
 import assert from 'node:assert/strict'
 import {execFileSync} from 'node:child_process'
 import {copyFile, mkdir, mkdtemp, readFile, readdir, rm, writeFile} from 'node:fs/promises'
@@ -54,7 +54,7 @@ test('the app of one line shows the channel and the next one', async () => {
   await copyFile(join(installed, 'tv.js'), join(project, 'tv.js'))
   await writeFile(join(project, 'app.html'), example('<!doctype html>'))
   assert.equal(scriptsOf(example('<!doctype html>')).source, 'tv.js')
-  // A module in a file is code of its page where it stands in the page itself.
+  // A page from a file can't load modules from files, but it can contain one.
   await page.goto(`file://${project}/app.html`)
   assert.equal(await page.textContent('#name'), 'Lighthouse One')
   await page.click('#next')
@@ -79,7 +79,7 @@ test('the test in the docs passes', async () => {
 })
 
 test('the test for Playwright passes', async () => {
-  // In place of the test runner: runs the test with a page, whose address is that of a development server.
+  // Replaces the test runner: runs the test with a page from a development server.
   const runner = join(project, 'node_modules', '@playwright', 'test')
   await mkdir(runner, {recursive: true})
   await writeFile(join(runner, 'package.json'), '{"type": "module", "exports": "./index.js"}')

@@ -19,6 +19,6 @@ shift
 "$here/../client/packages.sh" "$EMP_WINDOW_CLIENT_PACKAGES"
 "$here/node18.sh" "$EMP_WINDOW_CLIENT_PACKAGES/node18"
 if [[ $# -gt 0 ]]; then tests=("$@"); else tests=("$here"/*.test.js); fi
-limit=(--test-timeout=1800000) # for a file that hangs; which Node 18 does not have
+limit=(--test-timeout=1800000) # in case a file hangs; Node 18 lacks the option
 node "${limit[@]}" -e '' 2>/dev/null || limit=()
 exec node --test --test-concurrency=1 "${limit[@]}" "${tests[@]}"

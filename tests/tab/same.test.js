@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The set in memory does what the program does, to the last call and log message: transcripts, the cases of all commands,
-// lists, recordings, snapshots, and the scripts of the simulation, which the program runs against the model. In Node and in a browser.
-// EMP_WINDOW names the program, EMP_WINDOW_SIMULATION the simulation's, EMP_WINDOW_LISTS a folder of lists if there is one.
+// The set in memory does exactly what the program does, down to each call and log message: transcripts, the cases of
+// all commands, lists, recordings, snapshots, and the scripts of the simulation, which the program also compares with
+// the model. Runs in Node and in a browser. EMP_WINDOW names the program, EMP_WINDOW_SIMULATION that of the simulation,
+// and EMP_WINDOW_LISTS, if set, a folder of lists.
 import assert from 'node:assert/strict'
 import {execFileSync} from 'node:child_process'
 import {mkdtempSync, rmSync} from 'node:fs'
@@ -13,7 +14,7 @@ import {answersOf, differenceIn} from './support/answers.js'
 import {PackageSite, createTv, urlOf} from './support/package.js'
 import {cases, checks, lists, recordings, simulation, snapshots, transcripts} from './support/streams.js'
 
-const commands = 100_000  // of the simulation
+const commands = 100_000  // commands of the simulation
 const {EMP_WINDOW: program, EMP_WINDOW_SIMULATION: simulator, EMP_WINDOW_LISTS: listFolder} = process.env
 if (!program || !simulator) throw new Error('EMP_WINDOW and EMP_WINDOW_SIMULATION are to name the programs')
 const {launch} = await import(urlOf('launch.js'))
@@ -57,7 +58,7 @@ async function timed(where, answering) {
   return answers
 }
 
-/** Asks all three the same. @return what the program answers */
+/** Makes the same calls on the program, in Node and in the browser, and compares. @return the program's answers */
 async function compare({name, calls}) {
   const [wanted, here, there] = await Promise.all([timed('program', answersOn(launch, calls)),
     timed('node', answersOn(createTv, calls)), timed('browser', page.evaluate(given => globalThis.answer(given), calls))])

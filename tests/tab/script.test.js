@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The script tv.js: one line, and the app has its TV before its own first line, from a file too.
+// The script tv.js: one line gives an app its TV before the app's first line, even from a file.
 import assert from 'node:assert/strict'
 import {copyFile, mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
@@ -21,7 +21,7 @@ after(async () => {
   await rm(folder, {recursive: true})
 })
 
-/** Writes a page beside the script. @return its address */
+/** Writes a page next to the script. @return its address */
 async function file(name, html) {
   await writeFile(join(folder, name), html)
   return `file://${folder}/${name}`
@@ -30,7 +30,7 @@ async function file(name, html) {
 const app = line => `<!doctype html><title>app</title>${line}
   <script>document.title = tvWindow.Execute('GetCurrentChannel_Name')</script>`
 
-/** The errors of a page that no script has caught. */
+/** Collects the errors of a page that no script catches. */
 function errorsOf(one) {
   const errors = []
   one.on('pageerror', error => errors.push(`${error.name}: ${error.message}`))
@@ -119,7 +119,7 @@ test('where a policy forbids to compile, the error says what the page wants', as
 
 test('where a browser refuses to compile that much at once, the error says what to do', async () => {
   const errors = errorsOf(page)
-  // What browsers with such a limit do.
+  // Imitates the limit of some browsers.
   await page.addInitScript(() => {
     WebAssembly.Module = class {
       constructor(bytes) {

@@ -25,7 +25,7 @@ class BenchTest(ScratchTest):
         self.write("docs/performance.md", "as it was\n")
         self.write("bench/notes.md", "## Notes\n")
         self.asked = []
-        self.ratios = {}  # by number, 0.01 for those that are not here
+        self.ratios = {}  # by number; 0.01 for missing ones
         self.speed_rows = self.tool.speed_rows
         self.tool.speed_rows = self.rows_of("1", "2", "3", "4", "5", "6", "8", "10", "11", "12", *map(str, range(16, 21)), "23", "24")
         self.tool.memory_rows = self.rows_of("7", "14")
@@ -320,7 +320,7 @@ class SpeedTest(unittest.TestCase):
         self.assertAlmostEqual(ratio, 0.1)
 
     def measure_pairs(self, *pairs, **more):
-        """Measures a pair with these times of its runs."""
+        """Measures a pair of programs that report these times in their runs."""
         turns = [[said_once(one=one), said_once(other=other)] for one, other in pairs]
         self.program = Benchmarks(*(run for at, turn in enumerate(turns) for run in (turn if at % 2 else turn[::-1])))
         return speed.measure(self.program, "bench_speed",

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-""".ci/run on a scratch tree."""
+"""Tests .ci/run on a scratch tree."""
 
 import unittest
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tests how tools/instructions compares counts with a baseline. Valgrind counts."""
+"""Tests how tools/instructions compares counts with a baseline. Valgrind makes the counts."""
 
 import sys
 import unittest

@@ -92,7 +92,7 @@ class PackageTest(unittest.TestCase):
         needed = {word.strip() for word in field.split(",")} - {"debhelper-compat (= 13)"}
         lines = (TOP / "tools/packages.txt").read_text(encoding="utf-8").splitlines()
         groups = [line.split() for line in lines if not line.startswith("#")]
-        self.assertEqual(needed, {name for group, name in groups if group == "build"} - {"g++"})  # which each build has
+        self.assertEqual(needed, {name for group, name in groups if group == "build"} - {"g++"})  # every build has it
 
     def test_they_have_the_licence(self):
         ours = (TOP / "LICENSE").read_text(encoding="utf-8").partition("\n\n")[2]

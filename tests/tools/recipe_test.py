@@ -22,7 +22,8 @@ from scratch import TOP, run
 NAME = "GetTestCard"
 BUILD = Path(os.environ.get("EMP_WINDOW_BUILD", TOP / "build/debug"))
 
-# The steps of CONTRIBUTING.md: what is written into which file, before which text; at the end where there is none.
+# The steps of CONTRIBUTING.md: the file, the text before which to insert (None for the end of the file), the text to
+# insert.
 WORKER = [
     ("Window/include/EmpTaskWindow.h", "\n  // EmpTaskWindow_Picture: what is done",
      "  /// The number of the test card. @return 1.\n  int GetTestCard(int* pnCard);\n"),
@@ -50,11 +51,11 @@ TRANSCRIPT = ("tests/transcripts/test-card.txt", None, "> GetSource 0\nint 0\n> 
 
 
 class Copy:
-    """A copy of the sources, and what is compiled of it in place of what the build holds."""
+    """A copy of the sources, and objects compiled from it that replace those of the build."""
 
     def __init__(self, root):
         self.root = root
-        self.objects = {}  # by the name that the build has for them
+        self.objects = {}  # by their names in the build
         for folder in ("Window", "docs", "tests/support", "tests/window", "tests/transcripts"):
             shutil.copytree(TOP / folder, root / folder)
         (root / TYPINGS).parent.mkdir(parents=True)
@@ -64,14 +65,14 @@ class Copy:
         self.commands = {}
 
     def write(self, path, before, text):
-        """Adds a text to a file, before the first place where another one stands there, or at its end."""
+        """Inserts a text into a file, before the first occurrence of another one, or at its end."""
         file = self.root / path
         old = file.read_text() if file.exists() else ""
         at = len(old) if before is None else old.index(before)
         file.write_text(old[:at] + text + old[at:])
 
     def compile(self, source):
-        """Compiles a source of the copy, with those that the build compiles together with it."""
+        """Compiles a source of the copy, together with the sources that the build compiles in the same unit."""
         for entry in self.entries:
             file = Path(entry["file"])
             whole = file.read_text() if file.parent.name == "Unity" else f'#include "{file}"\n'
@@ -97,14 +98,14 @@ class Copy:
         return f'"{there if there.exists() else TOP / match[1]}"'
 
     def in_words(self, word):
-        """A word of a command; folders of the tree that the copy has, too, are the copy's."""
+        """A word of a command, in which folders that the copy has are those of the copy."""
         word = str(word)
         for folder in ("Window", "tests/window", "tests/support"):
             word = word.replace(f"{TOP / folder}", f"{self.root / folder}")
         return word
 
     def embed(self):
-        """Compiles the catalogue of commands as the set holds it, and the examples."""
+        """Compiles the catalogue of commands in the form that the set holds, and the examples."""
         for name, file in (("commandCatalogue", "commands.json"), ("examples", "examples.txt")):
             source = self.root / f"{name}.cpp"
             run("cmake", f"-DNAME={name}", f"-DFILE={self.root / 'docs' / file}", f"-DSOURCE={source}", "-P",
@@ -113,7 +114,7 @@ class Copy:
             run("c++", "-std=c++17", "-fPIC", "-c", source, "-o", self.objects[name])
 
     def link(self, target):
-        """Links a program of the build with what was compiled here. Returns the program."""
+        """Links a program of the build with the objects compiled here. Returns the program."""
         if target not in self.commands:
             said = run("ninja", "-t", "commands", target, cwd=BUILD).splitlines()[-1]
             self.commands[target] = [word for word in shlex.split(said) if word not in (":", "&&")]
@@ -125,7 +126,7 @@ class Copy:
         return program
 
     def needed_by(self, command):
-        """What was compiled here and belongs into a program: its own objects, and those of the archives that it has."""
+        """The objects compiled here that belong in a program: its own, and those in its archives."""
         for output, made in self.objects.items():
             folder = Path(output).parts[0]
             if output in command or folder == "Window" or len(Path(output).parts) == 1:
@@ -135,7 +136,7 @@ class Copy:
 
 
 def description(program):
-    """What the program's server tells of itself, as OpenRPC."""
+    """The OpenRPC document of the program's server."""
     with subprocess.Popen([program, "serve", "--fresh", "--listen", "127.0.0.1:0", "--until-eof"], stdin=subprocess.PIPE,
                           stdout=subprocess.PIPE, text=True) as server:
         address = re.search(r"http://[0-9.:]+", server.stdout.readline())[0]
@@ -151,7 +152,7 @@ class RecipeTest(unittest.TestCase):
         self.root = self.copy.root
 
     def tell(self, *command, **options):
-        """What a program says that is to fail."""
+        """The output of a program that must fail."""
         return run(*command, expected=1, **options)
 
     def test_a_command_is_added_and_each_step_left_out_is_told(self):
@@ -172,7 +173,7 @@ class RecipeTest(unittest.TestCase):
         run(make, "--check", root / "docs")
         copy.embed()
 
-        # The plug-in with its command: the example and the transcript show it.
+        # The plug-in with its new command, which the example and the transcript use.
         program = copy.link("emp-window")
         copy.write(*TRANSCRIPT)
         run(program, "check", root / "docs/examples.txt", root / "tests/transcripts/test-card.txt")
@@ -185,7 +186,7 @@ class RecipeTest(unittest.TestCase):
         self.assertIn(f"{NAME}()", (root / TYPINGS).read_text())
         run(*typings, "--check", input=described)
 
-        # Its cases, and what they log.
+        # The command's cases, and what they log.
         copy.compile("tests/window/cases/Files.cpp")
         cases = copy.link("tests/window_cases")
         only = f"--gtest_filter=*/{NAME}:AllCases.*"
@@ -199,13 +200,13 @@ class RecipeTest(unittest.TestCase):
         logging = root / "logging"
         logging.write_text(f"#!/bin/sh\nexec '{cases}' '{only}'\n")
         logging.chmod(0o755)
-        hold = [BUILD / "tests/log_contract", contract, root / "seen", logging]  # most of it is never printed
+        hold = [BUILD / "tests/log_contract", contract, root / "seen", logging]  # most of it is never logged here
         self.assertIn(f"not in the contract: {LOGS[2]}", said := self.tell(*hold))
         self.assertIn(f"{contract} is not", said)
         copy.write(*LOGS)
         self.assertNotIn("not in the contract: *pnCard", self.tell(*hold))
 
-        # The tests of all commands.
+        # The tests that cover all commands.
         copy.compile("tests/window/engine/TableTest.cpp")
         self.assertIn(CALLS[0], self.tell(copy.link("tests/window_engine"), "--gtest_filter=CommandTable.*"))
         copy.write(*CALLS)

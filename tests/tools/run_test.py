@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""./run, tools/build and tools/setup on a scratch tree."""
+"""Tests ./run, tools/build and tools/setup on a scratch tree."""
 
 import os
 import pty
@@ -44,7 +44,7 @@ class RunTest(ScratchTest):
 
     def on_terminal(self):
         """The output of a program on a separate terminal."""
-        self.call("./run")  # built, so that it says nothing of that
+        self.call("./run")  # builds now, so that the next call prints nothing about it
         ours, its = pty.openpty()
         done = subprocess.run([self.root / "run"], cwd=self.root, stdin=its, stdout=its, stderr=its)
         os.close(its)
@@ -93,8 +93,8 @@ class RunTest(ScratchTest):
         self.assertEqual([one.communicate()[0] for one in both], [f"{self.root}|a", f"{self.root}|b"])
 
 
-# Stand-ins for the system's package tools; apt-get notes what it is asked for, and knows packages only after an update
-# when the file `stale` exists.
+# Stand-ins for the system's package tools. apt-get records its arguments; when the file `stale` exists, it knows
+# packages only after an update.
 DPKG = """#!/bin/sh
 printf 'installed cmake, ,\\ninstalled pkgconf, pkg-config (= 1.8),\\nconfig-files python3, ,\\n'
 """

@@ -60,7 +60,7 @@ class ProcessTest(unittest.TestCase):
 
 class ScratchTest(ProcessTest):
     def setUp(self):
-        # A blank in the path, as people have them.
+        # The path has a blank, as people's paths do.
         folder = tempfile.TemporaryDirectory(prefix="scratch folder ")
         self.addCleanup(folder.cleanup)
         self.root = Path(folder.name).resolve()

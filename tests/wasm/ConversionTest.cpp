@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The iconv of the module against that of the C library here, over all encodings that it has.
+// Compares the module's iconv with that of the C library here, for all encodings that the module has.
 #include "iconv/Conversion.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@
 namespace wasm {
 namespace {
 
-/// What a call did.
+/// The result of a call.
 struct Outcome {
   int error = 0;
   std::size_t read = 0;
@@ -33,7 +33,7 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
              << testing::PrintToString(outcome.written);
 }
 
-/// A conversion by each of the two.
+/// A conversion by both implementations.
 class Pair {
  public:
   Pair(const std::string& to, const std::string& from)
@@ -48,11 +48,11 @@ class Pair {
     iconv(library_, nullptr, nullptr, nullptr, nullptr);
     ours_->reset();
   }
-  /// Converts on, by both.
+  /// Continues the conversion in both.
   std::pair<Outcome, Outcome> step(std::string_view bytes, std::size_t room) {
     return {libraryOutcome(bytes, room), ourOutcome(bytes, room)};
   }
-  /// True when both do the same with a text of its own.
+  /// Converts a text from the initial state. True when both give the same result.
   testing::AssertionResult agree(std::string_view bytes, std::size_t room) {
     reset();
     const auto [library, ours] = step(bytes, room);
@@ -101,7 +101,7 @@ std::vector<std::string> allNames() {
   return names;
 }
 
-/// A name for each table, and those without tables.
+/// A name of each encoding, with or without a table.
 std::vector<std::string> namesOfTables() {
   std::vector<std::string> names{"UTF-8", "UTF-16BE"};
   std::set<const Table*> seen;
@@ -111,7 +111,7 @@ std::vector<std::string> namesOfTables() {
   return names;
 }
 
-/// A text in which some bytes are more likely than by chance: such as come first in a character, or follow.
+/// A text in which bytes that can begin or continue a character are more likely than by chance.
 std::string someBytes(std::minstd_rand& random) {
   std::string bytes(random() % 12, '\0');
   for (char& byte : bytes) {
@@ -203,7 +203,7 @@ TEST(Conversion, WritesEachUnitAsTheLibraryDoes) {
   }
 }
 
-/// Reads random texts in pieces, each into little room, and goes on where the call before ended.
+/// Converts random texts in pieces, with little room for output, continuing where the previous call stopped.
 void convertInPieces(Pair& pair, std::minstd_rand& random) {
   pair.reset();
   std::string bytes = someBytes(random);

@@ -100,9 +100,9 @@ export async function mistakes(): Promise<void> {
   await tv.window.SetChanel(3, 0)
   // @ts-expect-error: it takes two parameters
   await tv.window.SetChannel(3, 0, 1)
-  // @ts-expect-error: a parameter is no object
+  // @ts-expect-error: a parameter can't be an object
   await tv.window.SetChannel({major: 3})
-  // @ts-expect-error: a command of a connected client answers a promise
+  // @ts-expect-error: a command of a connected client returns a promise
   const code: number = tv.window.SetChannel(3, 0)
   // @ts-expect-error: the state has no such member
   console.log((await tv.state()).windows.third)
@@ -110,7 +110,7 @@ export async function mistakes(): Promise<void> {
   tv.on('mood', () => {})
   // @ts-expect-error: an event of that topic has no such member
   tv.on('knob', event => console.log(event.state ? '' : event.window))
-  // @ts-expect-error: a TV that is kept nowhere is not saved
+  // @ts-expect-error: a TV without persistence has nothing to save
   await (await createTv()).saved()
   // @ts-expect-error: there is no such reason
   if (new EmpTvError().what === 'mood') return
@@ -118,7 +118,7 @@ export async function mistakes(): Promise<void> {
   installWindow(globalThis, {name: 'tvWindow'})
   // @ts-expect-error: the name is missing
   installWindow(globalThis, {address: 'http://127.0.0.1:8090'})
-  // @ts-expect-error: the app's object can't be given another function
+  // @ts-expect-error: the functions of the app's object can't be replaced
   tvWindow.SetChannel = () => 1
   console.log(code)
 }

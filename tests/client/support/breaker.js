@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A server on a separate thread, for calls that the test's thread waits for. It opens sessions, refuses lines of the
-// shell with the status in them, and breaks the connection on everything else.
+// A server on a thread of its own, for calls that block the test's thread. It opens sessions, answers a line of the
+// shell with the HTTP status that the line names, and breaks the connection on anything else.
 import {once} from 'node:events'
 import {Worker} from 'node:worker_threads'
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Cases for a client with any set, on a server or in memory; the same cases run with all of them, in Node and in
-// browsers. So a case uses only its arguments, and returns a document, which the caller compares.
+// Cases for a client of any set, on a server or in memory. The same cases run with all of them, in Node and in
+// browsers, so a case uses only its arguments. It returns a document, which the caller compares.
 //
-// A case is {name, run, expected}. `run` has {fresh, object}: `fresh(options)` makes a TV and connects to it, `object(tv, more)`
-// makes the synchronous object on it, with more options of installWindow. What it makes is closed behind it.
+// A case is {name, run, expected}. `run` gets {fresh, object}: `fresh(options)` makes a TV and connects to it;
+// `object(tv, more)` makes the synchronous object on it, with more options of installWindow. All of these are closed
+// after the case.
 
 const list = 'Grüße aus Köln 🌍;Test:11836:HC34M2O0S0:S19.2E:27500:101:102=deu:104:0:28106:1:1101:0\n'
 

@@ -10,7 +10,7 @@ if (!directory) throw new Error('EMP_WINDOW_CLIENT_PACKAGES is to name the folde
 const require = createRequire(join(directory, 'package.json'))
 export const ws = require('ws')
 export const typescript = join(directory, 'node_modules', 'typescript', 'bin', 'tsc')
-/** Loaded when a test asks for it: it is large. */
+/** Loaded only on demand, since it is large. */
 export const playwright = () => require('playwright-core')
-/** The source of axe-core, to be run in a page. */
+/** The source of axe-core, to run in a page. */
 export const axe = readFileSync(join(directory, 'node_modules', 'axe-core', 'axe.min.js'), 'utf8')

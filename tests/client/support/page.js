@@ -4,7 +4,7 @@ import {execFileSync} from 'node:child_process'
 import vm from 'node:vm'
 import {NodeWebSocket} from '../../../virtualtv/console/client/node-websocket.js'
 
-// Makes a request for the page, which waits: its arguments are the method, the address, the headers and the body.
+// Makes a synchronous request for the page. Arguments: the method, the address, the headers and the body.
 const requester = `
 const [method, address, headers, body] = process.argv.slice(1)
 const response = await fetch(address, {method, headers: JSON.parse(headers), body: body || undefined})

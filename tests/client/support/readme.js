@@ -6,7 +6,7 @@ import {readFile} from 'node:fs/promises'
 
 const text = await readFile(new URL('../../../virtualtv/console/client/README.md', import.meta.url), 'utf8')
 
-/** {language, code} of each. */
+/** The examples, each {language, code}. */
 export const blocks = [...text.matchAll(/^```(js|html)\n(.*?)^```$/gms)].map(([, language, code]) => ({language, code}))
 
 /** The example that contains a text. */

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// All transcripts of the tree, on TVs of some kind.
+// All transcripts of the tree, on TVs of one kind.
 import assert from 'node:assert/strict'
 import {readdir, readFile} from 'node:fs/promises'
 import {test} from 'node:test'
@@ -9,7 +9,7 @@ const directory = new URL('../../transcripts/', import.meta.url)
 
 export const transcript = name => readFile(new URL(name, directory), 'utf8')
 
-/** A test for each. @param make  makes a TV and connects to it */
+/** Adds a test for each transcript. @param make  makes a TV and connects to it */
 export async function testTranscripts(where, make) {
   for (const name of (await readdir(directory)).filter(file => file.endsWith('.txt'))) {
     test(`${name} passes ${where}`, async t => {

@@ -12,7 +12,7 @@ export async function until(condition, what = String(condition)) {
   throw new Error(`not within ten seconds: ${what}`)
 }
 
-/** Captures what is written with a method of the console. */
+/** Captures what is written by a method of the console. */
 export function silenced(method, context) {
   const mocked = context.mock.method(console, method, () => {})
   return () => mocked.mock.calls.map(call => call.arguments.join(' '))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A program of somebody else: a set in memory with the plug-in on it, from what is installed.
+// A program of another project: a set in memory with the plug-in on it, built on the installed files.
 #include <EmpAppWindow.h>
 #include <device/Device.h>
 #include <set/Tv.h>

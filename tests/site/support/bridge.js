@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
-// A client in the test for the set in a page of the site; its messages pass through the page.
+// A client in the test for the set in a page of the site. Its messages pass through the page.
 import {join} from 'node:path'
 import {FileServer} from './files.js'
 
 /** The site's folder, whose own client is used. */
 export const folder = process.env.EMP_WINDOW_SITE
-/** Whether tests of the page run on the site. */
+/** True when tests of the page run on the site. */
 export const onSite = folder !== undefined
 
-/** The headers that isolate a page, where its server sends them. */
+/** The headers of a server that isolate a page. */
 export const isolating = {'Cross-Origin-Opener-Policy': 'same-origin', 'Cross-Origin-Embedder-Policy': 'require-corp'}
 
-/** An option of tests that have no meaning on a site, with the reason: `test(name, {skip: elsewhere(reason)}, ...)`. */
+/** An option for tests that make no sense on a site, with the reason: `test(name, {skip: elsewhere(reason)}, ...)`. */
 export const elsewhere = reason => onSite && reason
 
-/** Serves the site, so that its page is isolated at once. @return as `serve`, and `pages` that can be added, by their paths */
+/** Serves the site with headers that isolate its page from the start. @return as `serve`, and `pages`, to which
+ *  pages can be added by path */
 export async function serveSite() {
   const server = await new FileServer({'/': folder}, isolating).listen()
   return {address: server.origin, port: server.port, pages: server.pages, kill: async () => server.close()}
@@ -22,7 +23,7 @@ export async function serveSite() {
 
 const load = name => import(join(folder, name))
 
-/** Serves a port in the page. Runs there. */
+/** Opens a port of the set. Runs in the page. */
 function openPort(id) {
   const port = globalThis[Symbol.for('emp-window/site')].port()
   port.onmessage = ({data}) => globalThis.tellTest(id, data)
@@ -30,7 +31,7 @@ function openPort(id) {
   globalThis.testPorts.set(id, port)
 }
 
-/** Clients of the set in a page. When the page is reloaded, they reconnect to its new set. */
+/** Clients of the set in a page. After a reload of the page they reconnect to its new set. */
 export class Bridge {
   #page
   #ports = new Map()
@@ -45,13 +46,13 @@ export class Bridge {
     return bridge
   }
 
-  /** Connects, as `connect` to a server. */
+  /** Connects to the set, as `connect` does to a server. */
   async connect(options = {}) {
     const [{connect}, {PortSocket}] = await Promise.all([load('client.js'), load('port.js')])
     return connect(async () => new PortSocket(await this.#port()), {firstPause: 50, ...options})
   }
 
-  /** What PortSocket wants, with the other end in the page. */
+  /** A port for PortSocket, whose other end is in the page. */
   async #port() {
     await this.#page.waitForFunction(() => globalThis[Symbol.for('emp-window/site')])
     const id = ++this.#count
@@ -60,11 +61,11 @@ export class Bridge {
       close: () => this.#ports.delete(id),
     }
     this.#ports.set(id, port)
-    setImmediate(() => this.#run(openPort, id))  // once somebody listens
+    setImmediate(() => this.#run(openPort, id))  // after PortSocket has started to listen
     return port
   }
 
-  /** Where the page is gone meanwhile, the connection ends by that. */
+  /** Errors are ignored: when the page is gone, the connection ends anyway. */
   #run(work, argument) {
     this.#page.evaluate(work, argument).catch(() => {})
   }

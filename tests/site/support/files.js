@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A plain server of static files, which only knows media types.
+// A server of static files that knows nothing but media types.
 import {once} from 'node:events'
 import {readFile} from 'node:fs/promises'
 import http from 'node:http'
@@ -11,16 +11,16 @@ const types = {
 }
 
 export class FileServer {
-  /** Paths that were asked for. */
+  /** The requested paths. */
   requests = []
-  /** Pages by their paths, which replace files. */
+  /** Pages that take precedence over files, by path. */
   pages = new Map()
-  /** Bytes of the bodies that were sent. */
+  /** Number of bytes sent in bodies. */
   bytes = 0
   #folders
   #headers
 
-  /** @param folders  by the path under which each lies, such as {'/tv/': folder}  @param headers  of all answers */
+  /** @param folders  folders by path, such as {'/tv/': folder} @param headers  headers of all answers */
   constructor(folders, headers = {}) {
     this.#folders = folders
     this.#headers = headers

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Visits of the site: pages in browsers of their own, as people have them, with service workers.
+// Visits to the site: pages in browsers of their own, with service workers, as visitors have them.
 import assert from 'node:assert/strict'
 import {cpSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs'
 import {createHash} from 'node:crypto'
@@ -11,7 +11,7 @@ import {until} from '../../client/support/wait.js'
 import {folder} from './bridge.js'
 import {FileServer} from './files.js'
 
-/** Where the site lies on its server. */
+/** The path of the site on its server. */
 export const base = '/some/where/tv/'
 
 let browser
@@ -20,7 +20,7 @@ let contexts = []
 const errors = []
 const folders = []
 
-/** Has one browser for all tests of a file, and each test a server of its own. */
+/** Starts one browser for all tests of a file; each test has a server of its own. */
 export function useVisits() {
   before(async () => { browser = await startBrowser() })
   after(() => browser?.close())
@@ -34,13 +34,13 @@ export function useVisits() {
   })
 }
 
-/** Serves the site. @param more  folders by the paths under which they lie beside it, or in its place */
+/** Serves the site. @param more  further folders by path, which may also replace the site */
 export async function serve(more = {}, port = 0) {
   server = await new FileServer({[base]: folder, ...more}).listen(port)
   return server
 }
 
-/** A copy of the site that can be changed; it is removed after the test. */
+/** Makes a copy of the site that can be changed. It is removed after the test. */
 export function copyOfSite() {
   const copy = mkdtempSync(join(tmpdir(), 'emp-window-site-'))
   folders.push(copy)
@@ -48,7 +48,8 @@ export function copyOfSite() {
   return copy
 }
 
-/** Changes a file of a site and lists it as tools/site does, so that it is another version. @param more  files beside, not listed */
+/** Makes another version of a site: changes a file and updates the list of files as tools/site does. @param more
+ *  further files, which are not listed */
 export function makeVersion(site, path, change, more = {}) {
   for (const [name, text] of Object.entries(more)) writeFileSync(join(site, name), text)
   const hash = bytes => createHash('sha256').update(bytes).digest('base64')
@@ -62,7 +63,8 @@ export function makeVersion(site, path, change, more = {}) {
   writeFileSync(list, next)
 }
 
-/** Opens an address of the site in a tab: a new browser's, or one beside another tab. @param how  `before` runs in the page before its first line */
+/** Opens an address of the site in a tab, in a new browser or beside another tab. `before` runs in the page before
+ *  its first line. */
 export async function open({address = `${server.origin}${base}`, beside, isReady = true, mayComplain = false, size, before} = {}) {
   const page = await browser.page(beside?.context())
   contexts.push(page.context())
@@ -77,12 +79,12 @@ export async function open({address = `${server.origin}${base}`, beside, isReady
   return page
 }
 
-/** Waits until the page shows its TV; on a first visit it is loaded anew on the way. */
+/** Waits until the page shows its TV. On a first visit the page reloads itself once. */
 export async function ready(page) {
   await page.getByRole('img', {name: 'App space'}).waitFor()
 }
 
-/** A call to the set in a page; its result. */
+/** Calls the set in a page. @return the result */
 export async function ask(page, method, params = {}) {
   const request = JSON.stringify({jsonrpc: '2.0', id: 1, method, params})
   const {result, error} = JSON.parse(await page.evaluate(text => globalThis[Symbol.for('emp-window/site')].post(text), request))
@@ -90,7 +92,7 @@ export async function ask(page, method, params = {}) {
   return result
 }
 
-/** Waits until the browser keeps a set whose document has a text in it. */
+/** Waits until the browser has persisted a set whose document contains a text. */
 export async function untilKept(page, text) {
   const isKept = () => page.evaluate(async wanted => {
     const open = indexedDB.open('emp-window')
@@ -103,7 +105,7 @@ export async function untilKept(page, text) {
   await until(isKept, `${text} is kept`)
 }
 
-/** Runs the zapper over the picture. @return its frame, in which `tvWindow` is the TV */
+/** Starts the zapper over the picture. @return its frame, where the TV is `tvWindow` */
 export async function startZapper(page) {
   await page.getByRole('tab', {name: 'App', exact: true}).click()
   await page.getByRole('button', {name: 'Zapper'}).click()
@@ -111,10 +113,10 @@ export async function startZapper(page) {
   return page.frames().find(frame => frame.url().includes('/zapper/'))
 }
 
-/** What the head says about where the set is. */
+/** The part of the page's head that says where the set is. */
 export const where = page => page.locator('.kept-in')
 
-/** What the pane Set says about it. */
+/** The part of the pane Set that says it. */
 export async function how(page) {
   await page.getByRole('tab', {name: 'Set', exact: true}).click()
   return page.locator('.kept-how')

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// main.js NATIVE [PAGE]: what a TV in memory costs, as a table. NATIVE is bench_posted, the reference; PAGE is a file to write
-// it to. The status is 1 if a target is missed. EMP_WINDOW_PACKAGE and EMP_WINDOW_CLIENT_PACKAGES are those of run.sh.
+// main.js NATIVE [PAGE]: measures a TV in memory and prints a table. NATIVE is bench_posted, the reference; PAGE is a
+// file to write the table to. The exit status is 1 if a target is missed. EMP_WINDOW_PACKAGE and
+// EMP_WINDOW_CLIENT_PACKAGES are those of run.sh.
 import {execFileSync} from 'node:child_process'
 import {readFile, writeFile} from 'node:fs/promises'
 import {cpus, loadavg} from 'node:os'
@@ -16,7 +17,7 @@ import {missed, tableOf} from './table.js'
 const mostKilobytes = 700
 const mostInNode = 60  // ms
 const mostInChromium = 150
-const mostOfCall = 8  // times what it takes natively
+const mostOfCall = 8  // times the native time
 const mostOfList = 4
 const mostGrowth = 1.2
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program that posts natively: the reference.
+// The program that handles the posts natively: the reference.
 import {spawn} from 'node:child_process'
 import {createInterface} from 'node:readline'
 

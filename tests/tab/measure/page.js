@@ -2,7 +2,7 @@
 // The page about the figures.
 import {tableOf} from './table.js'
 
-/** @param machine  that measured, in words */
+/** @param machine  the machine that was measured, in words */
 export function pageOf(rows, machine) {
   return `# What a TV in memory costs
 

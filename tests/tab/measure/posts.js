@@ -4,7 +4,7 @@ import {urlOf} from '../support/package.js'
 import {posterOf} from '../support/poster.js'
 import {nativePoster} from './native.js'
 
-const rounds = 7  // of both in turns
+const rounds = 7  // of both, alternately
 const services = 10_000
 
 const line = at => `Channel ${at};Net:578000:I999C23D0M64T8G4Y0:T:27500:101:102=eng:0:0:${at + 1}:9018:4100:0`

@@ -5,7 +5,7 @@ import {urlOf} from '../support/package.js'
 
 const tries = 12
 
-/** Runs in Node and in pages. */
+/** The measured code. Runs in Node and in pages. */
 const body = `
   const start = performance.now()
   const tv = await createTv()
@@ -36,7 +36,7 @@ const byScript = `<!doctype html>
     globalThis.time = performance.now() - start
   </script>`
 
-/** A page of a browser that is open, with nothing in its cache. */
+/** Measures in a new page of an open browser, with nothing in its cache. */
 async function shown(browser, site, html) {
   site.pages.set('/start', html)
   const page = await browser.page()
@@ -51,7 +51,7 @@ async function shown(browser, site, html) {
 
 const sorted = numbers => numbers.sort((left, right) => left - right)
 
-/** @return {time, median, processor} in milliseconds: the least and the median time, the least time of the processor */
+/** @return {time, median, processor} in milliseconds: the least and the median time, and the least processor time */
 async function several(run) {
   const all = []
   for (let at = 0; at < tries; ++at) all.push(await run())

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What TVs answer to calls, be they on a server or in memory, in Node or in a page.
+// The answers of TVs to calls, on a server or in memory, in Node or in a page.
 
-const atOnce = 500  // calls that are under way
+const atOnce = 500  // calls in flight
 
 /** An answer as a text: the result, or the error. */
 const answerOf = (tv, [method, params]) => tv.call(method, params).then(result => JSON.stringify(result),
   ({code, message, data}) => JSON.stringify({code, message, data}))
 
-/** @param calls  [method, parameters] of each  @return the answers, as texts */
+/** @param calls  [method, parameters] each  @return the answers, as texts */
 export async function answersOf(tv, calls) {
   const answers = []
   for (let at = 0; at < calls.length; at += atOnce) {
@@ -16,13 +16,13 @@ export async function answersOf(tv, calls) {
   return answers
 }
 
-// Each has words of its own for why it reaches no files.
+// Each of them explains in its own words why clients reach no files.
 const noFiles = 'clients reach no files unless the server is started with --files'
 const noFilesInMemory =
   'a TV in memory reaches no files; tv.import, tv.restore and tv.check take what is in one, tv.snapshot answers it'
 
 /**
- * Where a TV in memory does not do what the program does, for a person; undefined where it does.
+ * Where a TV in memory differs from the program, for a person; undefined if it does not.
  * @param wanted  the program's answers
  */
 export function differenceIn(calls, wanted, answers) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What runs in a page: the cases over each way to reach a set in memory.
+// Code that runs in a page: the cases, over each way to reach a set in memory.
 import {cases, runCase} from '/client/cases.js'
 import {connect, createTv, installWindow} from '/package/client.js'
 import {PortSocket} from '/package/port.js'
 
-/** A TV in a worker of its own. */
+/** Creates a TV in a worker of its own. */
 async function createTvInWorker({appId, ...options} = {}) {
   const worker = new Worker('/tab/worker.js', {type: 'module'})
   const {port1, port2} = new MessageChannel()
@@ -20,6 +20,6 @@ async function createTvInWorker({appId, ...options} = {}) {
 
 const makers = {createTv, worker: createTvInWorker, script: options => globalThis.empWindow.createTv(options)}
 
-/** Runs the case of a name. @param maker  one of `makers` */
+/** Runs a case by its name. @param maker  a name in `makers` */
 globalThis.runNamed = (name, maker) => runCase(cases.all.find(one => one.name === name), makers[maker],
   (target, tv, options) => (maker === 'script' ? globalThis.empWindow.installWindow : installWindow)(target, {tv, ...options}))

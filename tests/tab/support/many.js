@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Many TVs in memory, one after the other.
+// Many TVs in memory, one after another.
 import {createTv, installWindow} from './package.js'
 
-/** Makes, uses and closes TVs. @return the bytes that the process then takes */
+/** Creates, uses and closes TVs. @return the memory of the process afterwards, in bytes */
 export async function useMany(count) {
   for (let at = 0; at < count; ++at) {
     const tv = await createTv()

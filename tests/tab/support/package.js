@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The package that is tested, and a site that serves it.
+// The package under test, and a site that serves it.
 import {once} from 'node:events'
 import {readFile} from 'node:fs/promises'
 import http from 'node:http'
@@ -9,7 +9,7 @@ import {fileURLToPath, pathToFileURL} from 'node:url'
 export const directory = process.env.EMP_WINDOW_PACKAGE
 if (!directory) throw new Error('EMP_WINDOW_PACKAGE is to name the directory that tools/wasm has made')
 
-/** A file of the package, as what `import` takes. */
+/** A file of the package, in a form for `import`. */
 export const urlOf = name => pathToFileURL(join(directory, name)).href
 
 export const {EmpTvError, connect, createTv, forgetTv, installWindow} = await import(urlOf('client.js'))
@@ -23,7 +23,8 @@ const folders = {
   '/tab/': fileURLToPath(new URL('.', import.meta.url)),
 }
 
-/** Serves the package beneath /package/, what pages of tests load beneath /client/ and /tab/, and what a test says. */
+/** Serves the package beneath /package/, the modules for pages of tests beneath /client/ and /tab/, and pages added
+ *  by tests. */
 export class PackageSite {
   /** By path: a text, or {headers, body}. */
   pages = new Map([['/', '<!doctype html><title>app</title>']])
@@ -52,7 +53,7 @@ export class PackageSite {
     const [prefix, folder] = Object.entries(folders).find(([start]) => pathname.startsWith(start)) ?? []
     try {
       const bytes = await readFile(join(folder, normalize(`/${pathname.slice(prefix.length)}`)))
-      // Pages without an origin load modules as those of another one do.
+      // Loading a module from a page without an origin counts as a request across origins.
       response.writeHead(200, {'Content-Type': types[extname(pathname)] ?? 'text/plain', 'Access-Control-Allow-Origin': '*'}).end(bytes)
     } catch {
       response.writeHead(404).end()

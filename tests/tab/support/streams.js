@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is asked of a set to see whether it does what another one does: lists of calls.
+// Lists of calls that reveal whether a set does what another one does.
 import {readFileSync, readdirSync} from 'node:fs'
 import {join} from 'node:path'
 import {fileURLToPath} from 'node:url'
@@ -13,7 +13,7 @@ const filesIn = (folder, end) => readdirSync(folder).filter(name => name.endsWit
 const run = line => ['tv.run', {line}]
 const kept = [['tv.snapshot', {}]]
 
-/** The lines of a transcript, whatever stands in it as their output, with all that can be printed about them. */
+/** The lines of a transcript, without their expected output, and queries for everything that can be printed. */
 function callsOf(transcript) {
   const lines = transcript.split('\n').filter(line => line.startsWith('>')).map(line => line.replace(/^> ?/, ''))
   const calls = lines.flatMap((line, at) => [run(line), ...at % linesBetweenStates ? [] : [['tv.state', {}], ['tv.settings', {}]]])
@@ -22,14 +22,14 @@ function callsOf(transcript) {
 
 const streamOf = file => ({name: file.split('/').slice(-2).join('/'), calls: callsOf(readFileSync(file, 'utf8'))})
 
-/** What a file has, as a text: that of its UTF-8, else a character each byte. */
+/** The content of a file as a text: decoded as UTF-8 if it is valid, otherwise one character for each byte. */
 function textIn(file) {
   const bytes = readFileSync(file)
   const text = bytes.toString()
   return Buffer.from(text).equals(bytes) ? text : bytes.toString('latin1')
 }
 
-/** Imports a list in each of some ways, and looks at all that came of it. */
+/** Imports a list in several ways, and queries the result each time. */
 function importsOf(file, ways) {
   const content = textIn(file)
   return {
@@ -38,7 +38,7 @@ function importsOf(file, ways) {
   }
 }
 
-/** Scans a recording, whole and in parts, imports what is found, and writes that as each format. */
+/** Scans a recording, whole and in parts, imports the services found, and exports them in each format. */
 function scansOf(file) {
   const bytes = readFileSync(file)
   const scan = (part, from, to) => ['tv.scan', {content: bytes.subarray(from, to).toString('base64'), part}]
@@ -50,18 +50,18 @@ function scansOf(file) {
   }
 }
 
-/** Restores a document, and looks at what came of it. */
+/** Restores a document, and queries the result. */
 function restoresOf(file) {
   let snapshot = readFileSync(file, 'utf8')
   try {
     snapshot = JSON.parse(snapshot)
   } catch {
-    // the text is handed on as it is
+    // passes the text unparsed
   }
   return {name: `snapshots/${file.split('/').at(-1)}`, calls: [['tv.restore', {snapshot}], ['tv.state', {}], ...kept]}
 }
 
-/** Has a transcript checked, whatever it is. */
+/** Checks a transcript, valid or not. */
 const checkOf = file => ({name: `transcripts/${file.split('/').at(-1)}`, calls: [['tv.check', {transcript: textIn(file)}], ...kept]})
 
 export const transcripts = () => filesIn(join(tests, 'transcripts'), '.txt').map(streamOf)
@@ -72,8 +72,8 @@ export const recordings = () => filesIn(join(tests, 'fuzz/corpus/broadcasts'), '
 export const snapshots = () => filesIn(join(tests, 'fuzz/corpus/snapshots'), '').map(restoresOf)
 
 /**
- * Short lists as each format, in several encodings; long ones as what they are.
- * @param formats  names of those that lists may have  @param folder  of long lists, where there is one
+ * Short lists in each format and in several encodings; long lists only in their own format.
+ * @param formats  names of the formats  @param folder  folder of long lists, if any
  */
 export function lists(formats, folder) {
   const ways = [undefined, ...formats].flatMap(format => encodings.map(encoding => ({format, encoding})))

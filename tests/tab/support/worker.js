@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A worker that makes a TV from the options in its first message, and serves the port that comes along.
+// A worker that creates a TV from the options in its first message, and serves the port in that message.
 import {createTv} from '/package/client.js'
 import {servePort} from '/package/port.js'
 
