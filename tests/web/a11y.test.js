@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who can't see the page or use a mouse can use it all the same: axe-core finds nothing, in any pane, in light and dark.
+// People who can't see the page or use a mouse can use it: axe-core finds nothing in any pane, in light and dark.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {findings} from './support/axe.js'

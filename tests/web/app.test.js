@@ -11,9 +11,9 @@ import {until} from '../client/support/wait.js'
 import {elsewhere, onSite} from '../site/support/bridge.js'
 import {Console, useBrowser} from './support/console.js'
 
-/** A server of apps, whose origin is not that of the page. */
+/** A server of apps. Its origin is not that of the page. */
 let other
-/** The one that has the apps of a test. */
+/** The server that has the apps of a test. */
 let site
 let shown
 let pane
@@ -44,7 +44,7 @@ async function run(address) {
   await pane.getByRole('button', {name: 'Run', exact: true}).click()
 }
 
-/** An app of another origin, which notes the keys that its document gets. */
+/** Writes an app of another origin that records the keys that its document receives. */
 function writeApp(body = '') {
   site.pages.set('/app', `<!doctype html><title>app</title>
     <script src="${shown.server.address}/window.js?name=tvWindow"></script>
@@ -53,7 +53,7 @@ function writeApp(body = '') {
     </script>${body}`)
 }
 
-/** Starts a server that lets the site in, and its app. */
+/** Starts a TV server that admits the site's origin, and runs the site's app. */
 async function openApp(body) {
   await open({options: ['--allow-origin', site.address]})
   writeApp(body)
@@ -141,7 +141,7 @@ test('the apps that come with the page know what is on the TV when they are load
   await press('Blue')
   await until(async () => (await shown.tv.state()).windows.pip.source.number === -1, 'picture-in-picture is closed')
   await pane.getByRole('button', {name: 'Picture geometry'}).click()
-  await app().getByText('order behind the app, shown').waitFor()  // the pane may still tell of the other app
+  await app().getByText('order behind the app, shown').waitFor()  // the pane may still show the state of the other app
   await press('Yellow')
   await press('Green')
   await app().getByText('order in front of the app, hidden').waitFor()
@@ -207,7 +207,8 @@ test('with the focus in the app the keyboard does what it does on the page: to t
 test('an app ignores keys that are not the page\'s, and the page apps that are not the one that runs', async () => {
   await openApp()
   site.pages.set('/evil', '<!doctype html><title>evil</title>')
-  // From the app itself, whose origin is another one; and from a frame of its origin that is not the parent.
+  // These come from the app itself, whose origin is not the page's, and from a frame of its origin that is not the
+  // parent.
   await frame().evaluate(address => new Promise(resolve => {
     postMessage({type: 'emp-window/key', kind: 'keydown', key: 'Enter'}, '*')
     const inner = document.createElement('iframe')
@@ -221,7 +222,7 @@ test('an app ignores keys that are not the page\'s, and the page apps that are n
     }
     document.body.append(inner)
   }), `${site.address}/evil`)
-  // From the page, but no key.
+  // These come from the page, but are not keys.
   await shown.page.evaluate(address => {
     const {contentWindow} = document.querySelector('emp-app-frame iframe')
     for (const message of [null, 'x', {type: 'emp-window/key'}, {type: 'emp-window/key', kind: 'click', key: 'Enter'}, {type: 'emp-window/key', kind: 'keydown', key: 7}]) {

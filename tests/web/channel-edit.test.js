@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lists that are edited on the page: each change of a service, by mouse and by keyboard, and the list as a file.
+// Editing lists on the page: each change of a service, by mouse and by keyboard, and the list as a file.
 import assert from 'node:assert/strict'
 import {readFileSync} from 'node:fs'
 import {afterEach, test} from 'node:test'
@@ -15,10 +15,10 @@ const row = name => pane().getByRole('row').filter({hasText: name})
 const panel = () => pane().getByRole('region', {name: 'Edit channel'})
 const press = (...keys) => keys.reduce((before, key) => before.then(() => shown.page.keyboard.press(key)), Promise.resolve())
 const service = async name => (await shown.tv.services({text: name})).services[0]
-/** Waits until the row of a service tells its number. */
+/** Waits until the row of a service shows its number. */
 const hasNumber = (name, number) => row(name).getByText(number, {exact: true}).waitFor()
 
-/** Opens the panel of a service by its row's button. */
+/** Opens the panel of a service with the button in its row. */
 async function edit(name) {
   await row(name).hover()
   await row(name).getByRole('button', {name: `Edit ${name}`}).click()

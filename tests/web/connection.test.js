@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The page and its server: it says at once when the server is gone, comes back by itself, and knows what happened meanwhile.
+// The page and its server: the page shows at once when the server is gone, reconnects by itself, and learns what
+// happened meanwhile.
 import assert from 'node:assert/strict'
 import {mkdtemp, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
@@ -20,7 +21,7 @@ afterEach(async () => {
   shown = undefined
 })
 
-/** A server that lets in who knows a token. */
+/** Starts a server that requires a token. */
 async function serveWithToken(context, token = 's3cret') {
   const folder = await mkdtemp(join(tmpdir(), 'emp-window-'))
   context.after(() => rm(folder, {recursive: true}))
@@ -61,7 +62,7 @@ test('what is done, who comes and a server that goes move nothing', async () => 
   await page.getByText('11 engines, 12 clients').waitFor()
   assert.deepEqual(await places(), before)
   await Promise.all(others.map(other => other.close()))
-  if (onSite) return  // a tab has no server that goes
+  if (onSite) return  // a tab has no server that could go away
   await shown.server.kill()
   await page.getByText('Disconnected, reconnecting').waitFor()
   assert.deepEqual(await places(), before)
@@ -82,14 +83,14 @@ test('what is done without a connection fails at once and is not done later', {s
   assert.equal((await shown.tv.why(1)).name, 'SetTVMode')
 })
 
-/** Has the set answer nobody. @return what has it go on */
+/** Makes the set stop answering. @return a function that makes it continue */
 async function stopSet() {
   if (!onSite) {
     shown.server.signal('SIGSTOP')
     return () => shown.server.signal('SIGCONT')
   }
   await shown.page.workers()[0].evaluate(() => { setTimeout(() => Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, 5000)) })
-  return () => {}  // by itself
+  return () => {}  // it continues by itself
 }
 
 test('a deed without an answer is told', async () => {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Files dropped on the page or opened: lists are imported, transcripts checked, snapshots restored, all else is told of.
+// Files dropped on the page or opened: lists are imported, transcripts checked, snapshots restored, other files
+// reported.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {findings} from './support/axe.js'
@@ -17,7 +18,7 @@ const list = `Morning:538000:B8C23D0G4M64T8Y0:T:27500:256=2:257=eng@4:0:0:700:1:
 Wrong:538000:h
 `
 
-/** Drops a file on the page, as from a file manager: some content and as many tabs behind it. */
+/** Drops a file on the page, as from a file manager: the content, followed by this number of tab characters. */
 async function drop({name, content = '', tabs = 0}) {
   const data = await shown.page.evaluateHandle(([called, bytes, count]) => {
     const transfer = new DataTransfer()
@@ -228,7 +229,7 @@ test('a recording is known by its packets, whatever they stand in and the file i
 test('what is wrong with a recording is told by place, and one without services is not imported', async () => {
   shown = await Console.open()
   const bytes = recording(services, {fillers: 20})
-  bytes[188 + 100] ^= 1  // a section's checksum does not fit
+  bytes[188 + 100] ^= 1  // makes a section's checksum wrong
   await drop({name: 'damaged.ts', content: bytes})
   await panel().getByRole('columnheader', {name: 'Place'}).waitFor()
   assert.match((await cells()).at(-1).join(' '), /^packet 2 .*checksum/)
@@ -238,7 +239,7 @@ test('what is wrong with a recording is told by place, and one without services 
   assert.equal(await panel().getByRole('button', {name: 'Import'}).count(), 0)
 })
 
-/** Drops a recording of a hundred megabytes, which is made in the page. */
+/** Drops a recording of a hundred megabytes, which is created in the page. */
 const dropLong = () => shown.page.evaluate(() => {
   const block = new Uint8Array(188 * 5000)
   for (let at = 0; at < block.length; at += 188) block.set([0x47, 0x1f, 0xff, 0x10], at)

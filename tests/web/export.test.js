@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Commands of the timeline, exported as a transcript, as a test and as client code, each of which is run here.
+// Commands of the timeline, exported as a transcript, as a test and as client code, each of which the test then runs.
 import assert from 'node:assert/strict'
 import {execFile} from 'node:child_process'
 import {cp, mkdir, mkdtemp, readFile, rm, writeFile} from 'node:fs/promises'
@@ -24,7 +24,7 @@ afterEach(async () => {
   await rm(folder, {recursive: true})
 })
 
-/** Two apps, knobs, faults, keys, and texts of all kinds. */
+/** Uses two apps, knobs, faults, keys, and texts of all kinds. */
 async function play() {
   const [guide, zapper] = [await shown.connect({appId: 'com.example.guide'}), await shown.connect()]
   await shown.tv.set('service.#2.name', 'A "quoted" \\ <b>\u0007')
@@ -46,7 +46,7 @@ async function play() {
   await Promise.all([guide.close(), zapper.close()])
 }
 
-/** Exports what is shown, or commands by number, and keeps the files. @return their names */
+/** Exports what is shown, or commands by number, and saves the files. @return their names */
 async function exported(kind, [from, to] = []) {
   const {page} = shown
   await shown.caughtUp()
@@ -66,7 +66,7 @@ async function exported(kind, [from, to] = []) {
   return files.map(download => download.suggestedFilename())
 }
 
-/** The next files that the page saves, so many; a snapshot, which lies beside another, comes last. */
+/** The next `count` files that the page saves. A snapshot comes after the file that it belongs to. */
 async function downloads(count) {
   const files = []
   await new Promise(resolve => {
@@ -129,7 +129,8 @@ async function check(name) {
   return text
 }
 
-/** Runs an exported test. Playwright's own runner is not there: a stand-in gives its `test` and `expect(...).toBe` with Node's. */
+/** Runs an exported test with a stand-in for Playwright's runner, which gives it Node's `test` and an
+ *  `expect(...).toBe`. */
 async function runTest(name) {
   await install()
   await mkdir(join(folder, 'node_modules/@playwright/test'), {recursive: true})
@@ -152,7 +153,7 @@ test('engines opened anew, faults that have counted and knobs that are not persi
   await tv.window.SetWindow(1)
   await tv.window.FindChannel(0, 1)
   await tv.run('.reopen')
-  assert.equal(await tv.window.GetScreenRect(), 'x:0,y:0,w:960,h:540')  // 5: of the main window again
+  assert.equal(await tv.window.GetScreenRect(), 'x:0,y:0,w:960,h:540')  // 5: in the main window again
   assert.equal(await tv.window.GetChannel_Name(1), -1)
   await tv.fault('IServiceNavigation::GetTvMode', {nth: 2, times: 2, result: 0})
   for (const answer of [1, -1, -1, 1]) assert.equal(await tv.window.GetTVMode(), answer)  // 7 to 10
@@ -195,7 +196,7 @@ test('client code does the same on the TV that there is', async () => {
   await shown.tv.window.SetChannel(3, 0)
   await shown.tv.window.GetCurrentChannel_Name()
   const [name] = await exported('Client code')
-  const server = onSite ? await serve() : shown.server  // programs do not reach into a tab
+  const server = onSite ? await serve() : shown.server  // programs can't reach into a tab
   const tv = await connect(server.address)
   await tv.restore(fresh)
   assert.equal(await tv.window.GetCurrentChannel_Name(), 'Lighthouse One')

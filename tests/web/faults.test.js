@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Faults: a person makes calls of the plug-in to the set fail, one by one or by scenarios, and takes that away again.
+// Faults: a person makes calls of the plug-in to the set fail, one by one or by scenarios, and clears the faults again.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The head of the page: who is connected, the TV mode, and a search over all that has a name.
+// The head of the page: who is connected, the TV mode, and a search over everything with a name.
 import assert from 'node:assert/strict'
 import {mkdtemp, rm} from 'node:fs/promises'
 import {tmpdir} from 'node:os'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Names from elsewhere, in every pane: shown as text, and the layout holds.
+// Names from untrusted sources, in every pane: they are shown as text, and the layout stays intact.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {Console, useBrowser} from './support/console.js'

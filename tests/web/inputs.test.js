@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The inputs: what is plugged in, what comes in there, and which one is shown.
+// The inputs: what is plugged in, the signal on each of them, and which one is shown.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {Console, useBrowser} from './support/console.js'

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the page is laid out: its panes are regions or tabs, can be resized, and stay as a person left them.
+// The layout of the page: its panes are regions or tabs, can be resized, and stay as a person left them.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {Console, useBrowser} from './support/console.js'

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Recordings that play in place of the test card: the picture obeys the plane as the card does, the sound is the track in use.
+// Recordings that play in place of the test card: the picture obeys the plane as the card does, the sound is that of
+// the track in use.
 import assert from 'node:assert/strict'
 import {mkdtempSync, renameSync, rmSync} from 'node:fs'
 import {tmpdir} from 'node:os'
@@ -28,12 +29,12 @@ before(() => {
 after(() => rmSync(folder, {recursive: true}))
 afterEach(() => shown?.close())
 
-/** Shows the recording on a TV that has nothing else. */
+/** Shows the recording on a TV that has no other services. */
 async function open(how = {}) {
   ({shown, screen} = await openScreen({...how, server: await serveRecording(folder, recording)}))
 }
 
-/** The colour at a place of the app's space, as a picture of the page has it. */
+/** The colour at a position in the app's space, taken from a screenshot of the page. */
 async function colourAt(x, y) {
   const space = await screen.image('App space').boundingBox()
   const clip = {x: space.x + x / 960 * space.width - 1, y: space.y + y / 540 * space.height - 1, width: 2, height: 2}
@@ -47,7 +48,7 @@ async function colourAt(x, y) {
   }, picture)
 }
 
-/** Waits until what is looked at is right; fails with what was seen last. */
+/** Waits until `look` returns a value that `isRight` accepts; fails with the last value. */
 async function becomes(what, look, isRight, within = 60_000) {
   const end = performance.now() + within
   for (;;) {
@@ -57,7 +58,7 @@ async function becomes(what, look, isRight, within = 60_000) {
   }
 }
 
-/** Waits until a place has a colour, but for what its coding changes. */
+/** Waits until a position has a colour, except for the changes made by coding. */
 const isColoured = ([x, y], wanted) =>
   becomes(`${x}, ${y} is to be ${wanted}`, () => colourAt(x, y), seen => seen.every((part, at) => Math.abs(part - wanted[at]) < 48))
 
@@ -109,7 +110,7 @@ test('picture-in-picture plays its own service, over the main one', onServers, a
   await isColoured(left, red)
 })
 
-/** The loudest frequency of what the main window plays. */
+/** The loudest frequency in the sound of the main window; 0 for silence. */
 const loudest = () => shown.page.evaluate(async () => {
   const {video} = document.querySelector('emp-picture')
   globalThis.heard ??= (() => {
@@ -131,7 +132,7 @@ const sounds = tone => becomes(`${tone} Hz is to be heard`, loudest, heard => Ma
 test('the sound is that of the audio track in use, once a person wants to hear it', onServers, async () => {
   await open()
   await isColoured(left, red)
-  await loudest()  // listens from here on
+  await loudest()  // starts listening
   await shown.page.waitForTimeout(500)
   assert.equal(await loudest(), 0)
   await shown.page.getByRole('button', {name: 'Sound'}).press('Enter')
@@ -174,14 +175,14 @@ test('what can not be played is told on the test card, and why', onServers, asyn
   }
 })
 
-/** Six seconds as the server sends them, which end properly; ten pictures a second. */
+/** Writes a recording of six seconds as the server sends it, with a proper end and ten pictures a second. */
 function makeAnswer(path) {
   run('ffmpeg', ['-v', 'error', '-f', 'lavfi', '-i', 'color=c=0xff0000:s=320x180:r=10:d=6', '-f', 'lavfi', '-i', 'sine=440:d=6',
     ...['-c:v', 'libx264', '-profile:v', 'baseline', '-level', '3.0', '-pix_fmt', 'yuv420p', '-g', '10', '-c:a', 'aac'],
     ...['-movflags', 'frag_keyframe+empty_moov+default_base_moof', path]])
 }
 
-/** In the page: how far a recording has played and how often a picture of it was drawn, each time that it was opened. */
+/** Runs in the page: records how far each opened recording has played, and how often a picture of it was drawn. */
 function noteRounds() {
   globalThis.rounds = []
   const {fetch} = globalThis

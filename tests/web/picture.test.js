@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures on the page's screen: test cards and what stands in their place, what is black, what moves and how often.
+// Pictures on the page's screen: test cards and what replaces them, what is black, what moves and how often.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'
@@ -82,7 +82,7 @@ test('a crop shows that part of the picture where it was put', async () => {
   await open()
   await until(async () => await screen.colourAt(480, 270) !== 'black', 'a picture')
   await shown.tv.window.MuteVideo(0)
-  // The corner with the counter, twice as large as it was.
+  // Shows the corner with the counter at twice its size.
   await shown.tv.executeWithParamList('SetScreenCropRect', [0, 0, 480, 270, 480, 270, 960, 540])
   await screen.described('Main picture', 'cropped to 0,0 480x270, placed at 0,0 960x540')
   await screen.assertPlace('Main picture', [240, 135, 480, 270])
@@ -91,7 +91,7 @@ test('a crop shows that part of the picture where it was put', async () => {
   await shown.tv.window.SetScreenRect(-1, 0, 0, 0)
   await screen.described('Main picture', 'at 0,0 960x540')
   assert.equal(await until(async () => { const colour = await screen.colourAt(14, 20); return colour === ground && colour }, 'a picture'), ground)
-  // A part beyond the picture is black.
+  // Parts beyond the picture are black.
   await shown.tv.executeWithParamList('SetScreenCropRect', [-1920, 0, 3840, 1080, 0, 0, 1920, 1080])
   await until(async () => await screen.colourAt(200, 270) === 'black' && await screen.colourAt(700, 270) !== 'black', 'black on the left')
 })
@@ -152,7 +152,8 @@ test('rectangles, parts and rates as large or small as there are cost no more dr
   assert.ok(pixels <= 1920 * 1080, `a canvas of ${pixels} pixels`)
 })
 
-/** Counts the most calls to draw in a frame, and the pixels of the largest canvas drawn on, in `drawing` of the page. */
+/** Records in `drawing` of the page the most drawing calls in a frame, and the pixels of the largest canvas drawn
+ *  on. */
 async function countDrawing(page) {
   await page.evaluate(() => {
     const drawing = globalThis.drawing = {calls: 0, pixels: 0}
@@ -198,7 +199,7 @@ test('with reduced motion the mark rests, and counter and clock step once a seco
 test('a fading tuner covers its pictures with noise, not those of inputs', async () => {
   await open()
   await until(async () => await screen.colourAt(480, 270) !== 'black', 'a picture')
-  // How much neighbouring pixels of an even ground differ.
+  // The average difference between neighbouring pixels of an even background.
   const roughness = () => shown.page.evaluate(() => {
     const {canvas} = document.querySelector('emp-picture')
     const {data} = canvas.getContext('2d').getImageData(Math.floor(canvas.width * 0.7), Math.floor(canvas.height * 0.94), 40, 10)

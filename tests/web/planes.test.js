@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The inspector of planes: what it tells of them in both spaces, and how they are placed with it.
+// The inspector of planes: what it shows of them in both spaces, and placing them with it.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'
@@ -9,7 +9,7 @@ let shown
 useBrowser()
 afterEach(() => shown?.close())
 
-/** Opens the pane and answers the part about a window. */
+/** Opens the pane. @return its part about a window */
 async function openPlanes(name = 'Main picture', how = {}) {
   shown = await Console.open(how)
   const pane = await shown.show('Planes')
@@ -18,7 +18,7 @@ async function openPlanes(name = 'Main picture', how = {}) {
 
 const row = (part, name) => part.locator('tr').filter({has: shown.page.getByRole('rowheader', {name, exact: true})})
 const plane = async id => (await shown.tv.state()).windows[id].plane
-/** Waits until a row tells something. */
+/** Waits until a row contains a text. */
 const tells = (part, name, text) => row(part, name).filter({hasText: text}).waitFor()
 
 test('rectangles stand in both spaces, side by side, with what is lost between them', async () => {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the page loads: everything from its own server, and its policy lets nothing else in.
+// What the page loads: everything comes from its own server, and its policy forbids anything else.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {Console, useBrowser} from './support/console.js'

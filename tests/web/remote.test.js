@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The remote control: by mouse and keyboard, for the TV and for the app that has its keys.
+// The remote control: by mouse and keyboard, for the TV and for the app that receives its keys.
 import assert from 'node:assert/strict'
 import {readFile} from 'node:fs/promises'
 import {afterEach, test} from 'node:test'
@@ -102,7 +102,7 @@ test('a number that only another antenna has is not tuned to, and says which', a
 test('steps keep to the antenna on screen, in channel order, and go round at the ends', async () => {
   shown = await Console.open()
   await shown.page.keyboard.press('PageDown')
-  await says('Quay Street Community')  // without a number, so the last one
+  await says('Quay Street Community')  // it has no number, so it comes last
   await shown.page.keyboard.press('PageUp')
   await says('1 Lighthouse One')
   const {services} = await shown.tv.services({antenna: 'cable'})

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the page shows of the TV's picture: where it stands, what is on it, what lies over what, and what a person reads there.
+// The TV's picture on the page: its position, its content, the order of planes, and the texts for people.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {until} from '../client/support/wait.js'
@@ -150,7 +150,7 @@ test('over an app the pointer is the app\'s, unless positions are to be read', a
   await shown.page.locator('.app-layer iframe').waitFor()
   const line = shown.page.locator('.position')
   const {x, y, width} = await screen.image('App space').boundingBox()
-  // The pointer comes anew until the page, which may be drawing still, has told of it.
+  // Moves the pointer again and again, since the page may still be drawing when it is moved first.
   const reads = async text => {
     let by = 0
     await until(async () => {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The set: what it was built for, its knobs, latencies and settings keys, and keeping it.
+// The set: what it was built for, its knobs, latencies and settings keys, and saving it.
 import assert from 'node:assert/strict'
 import fs from 'node:fs/promises'
 import {afterEach, test} from 'node:test'
@@ -16,7 +16,7 @@ const open = async () => {
   shown = await Console.open()
   await shown.show('Set')
 }
-/** Types into a field as a person does who leaves it then. */
+/** Types into a field and leaves it, as a person does. */
 const type = async (name, text) => {
   await field(name).first().fill(text)
   await field(name).first().press('Tab')

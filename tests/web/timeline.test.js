@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The timeline: what clients and people do to the set, how it is filtered, and how it was behind a command.
+// The timeline: what clients and people do to the set, how it is filtered, and the set as it was after a command.
 import assert from 'node:assert/strict'
 import {afterEach, test} from 'node:test'
 import {connect} from '../../virtualtv/console/client/client.js'
@@ -112,7 +112,7 @@ test('filters by client, command, interface, level, text and kind keep what is l
   await line('SetChannel').waitFor()
   await page.getByRole('button', {name: 'Show all'}).click()
   await line('GetTVMode').waitFor()
-  await page.getByLabel('Log level', {exact: true}).selectOption('3')  // at which GetTVMode logs nothing
+  await page.getByLabel('Log level', {exact: true}).selectOption('3')  // GetTVMode logs nothing at this level
   await gone('GetTVMode')
   await line('SetChannel').waitFor()
   await page.getByRole('button', {name: 'Show all'}).click()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The page's modules agree with each other and with the client: the compiler of TypeScript reads their types in comments.
+// The page's modules fit each other and the client: TypeScript's compiler checks the types in their comments.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {test} from 'node:test'

@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
-// What drawing a test card costs, against a bare canvas of the same size that is filled as often.
+// The cost of drawing a test card, compared with a bare canvas of the same size that is filled as often.
 import {cpus} from 'node:os'
 
 const seconds = 4
 const rate = 25
 const size = {width: 960, height: 540}
 
-/** Processor time that the browser's drawing processes have used so far, ms. */
+/** Processor time used so far by the browser's processes for drawing, in ms. */
 async function used(session) {
   const {processInfo} = await session.send('SystemInfo.getProcessInfo')
   return processInfo.filter(({type}) => type === 'renderer' || type === 'GPU').reduce((sum, {cpuTime}) => sum + cpuTime * 1000, 0)
 }
 
-/** Shows one thing alone on the page for some seconds, 25 pictures a second; processor ms a second that it takes. */
+/** Shows one thing alone on the page for some seconds, at 25 pictures a second. @return processor time in ms a
+ *  second */
 async function costOf(page, session, kind) {
   await page.evaluate(async ([what, {width, height}, pictures]) => {
     document.body.replaceChildren()
@@ -45,9 +46,10 @@ async function costOf(page, session, kind) {
 }
 
 /**
- * The card and the reference in turns, in one browser, `times` each; the middle of each.
- * @param page  of a browser in which nothing else moves; it shows the TV's page at `address`
- * @return {Promise<{card: number, bare: number, nothing: number, ratio: number, processors: number}>} processor ms a second; the ratio of the two
+ * Measures the card and the reference alternately in one browser, `times` each.
+ * @param page  a page at `address` of the TV, in a browser where nothing else moves
+ * @return {Promise<{card: number, bare: number, nothing: number, ratio: number, processors: number}>} the medians of
+ * processor time in ms a second, and the ratio of card and canvas
  */
 export async function cardCost(page, address = new URL('.', page.url()).href, times = 3) {
   await page.emulateMedia({reducedMotion: 'no-preference'})
@@ -62,7 +64,7 @@ export async function cardCost(page, address = new URL('.', page.url()).href, ti
   const costs = {card: [], bare: [], nothing: []}
   for (let time = 0; time < times; ++time) {
     for (const kind of ['nothing', 'bare', 'card']) {
-      // A fresh document each time: what was shown before runs no more.
+      // A new document each time, so that nothing shown before continues to run.
       const state = await page.evaluate(() => globalThis.measuredState)
       await page.goto(address)
       await page.evaluate(given => { globalThis.measuredState = given }, state)

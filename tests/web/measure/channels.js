@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// What a list of 20,000 channels costs the page: tasks while it is scrolled and searched.
+// The cost of a list of 20,000 channels on the page: tasks while it is scrolled and searched.
 
 const count = 20_000
 
-/** A channel list of that many services. */
+/** A channel list of `count` services. */
 function list() {
   return Array.from({length: count}, (_, at) =>
     `Station ${at + 1}:${10714 + at % 1000}:HC56M2S0:S19.2E:22000:${at % 8000 + 32}:${at % 8000 + 33}=eng@3:0:0:${at + 1}:1:${at % 1000}:0`).join('\n')
 }
 
 /**
- * Imports the list, scrolls to its end and back and types a search of ten letters, a key a frame.
- * @param page  that shows the TV @param tv  a client of it
+ * Imports the list, scrolls to its end and back, and types a search of ten letters, one key in each frame.
+ * @param page  shows the TV @param tv  a client of it
  * @return {{tasks: {scrolling: number[], searching: number[]}, frames: {scrolling: number, searching: number}, found: number}} milliseconds: tasks longer
  *   than 50, the longest time between two frames, and how long after the last key what was found is shown
  */

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// How soon a recording is seen that a tune brings on screen.
+// The time from a tune until the picture of the recording is on screen.
 import {mkdtempSync, rmSync} from 'node:fs'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {Console} from '../support/console.js'
 import {blue, makeRecording, red, serveRecording} from '../support/film.js'
 
-/** In the page: waits until the left of the main picture has a colour, but for what its coding changes; the time then. */
+/** Runs in the page: waits until the left of the main picture has a colour, except for the changes made by coding.
+ *  @return the time then */
 function untilSeen(wanted) {
   return new Promise(resolve => {
     const look = () => {
@@ -19,7 +20,8 @@ function untilSeen(wanted) {
   })
 }
 
-/** Milliseconds from the command to the first picture of the service that it tunes to: the slowest of `times`. */
+/** The milliseconds from the command to the first picture of the service that it tunes to: the longest of `times`
+ *  runs. */
 export async function tuneDelay(times = 10) {
   const folder = mkdtempSync(join(tmpdir(), 'emp-window-measure-'))
   try {

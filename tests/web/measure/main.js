@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Prints what the page costs in a browser, as a table: figure, measured, wanted. Ends with status 1 where one is missed.
+// Prints the cost of the page in a browser as a table: figure, measured value, target. The exit status is 1 if a target
+// is missed.
 import {endServers} from '../../client/support/server.js'
 import {closeBrowser, Console, openBrowser} from '../support/console.js'
 import {cardCost} from './card.js'

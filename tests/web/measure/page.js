@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What loading the page costs, and how soon it shows what happens.
+// The cost of loading the page, and how soon it shows changes.
 import {connect} from '../../../virtualtv/console/client/client.js'
 
 const median = values => [...values].sort((one, other) => one - other)[Math.floor(values.length / 2)]
 
-/** Bytes that are transferred for the page, and milliseconds from the request until it shows the TV. */
+/** @return the bytes transferred for the page, and the median of milliseconds from the request until it shows the TV */
 export async function loadCost(page, address, times = 7) {
   const usable = []
   let bytes = 0
@@ -30,7 +30,8 @@ export async function loadCost(page, address, times = 7) {
   return {bytes, usable: median(usable)}
 }
 
-/** Milliseconds from a command to the page that shows what it changed, while 200 events a second arrive: the slowest of `times`. */
+/** The milliseconds from a command until the page shows its effect, while 200 events a second arrive: the longest of
+ *  `times` runs. */
 export async function eventDelay(page, address, times = 40) {
   await page.goto(address)
   await page.getByText(/\d+ clients?/).waitFor()

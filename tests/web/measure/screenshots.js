@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// screenshots.js DIR: writes pictures of the page in twelve states into DIR, which is made.
+// screenshots.js DIR: writes pictures of the page in twelve states into DIR, which it creates.
 import {mkdir} from 'node:fs/promises'
 import {join} from 'node:path'
 import {endServers} from '../../client/support/server.js'
@@ -25,7 +25,7 @@ async function someCommands({tv}) {
   await tv.window.GetTVMode()
 }
 
-/** Both: what the page is for, at a glance. */
+/** Both of these, to show at a glance what the page is for. */
 async function allAtOnce(shown) {
   await twoPictures(shown)
   await someCommands(shown)
@@ -84,7 +84,7 @@ async function takePicture({name, size, scheme, show, pane}) {
   const shown = await Console.open({size, scheme})
   await shown.show(pane)
   await show(shown)
-  await shown.page.waitForTimeout(700)  // the page may still flash, and an app draw
+  await shown.page.waitForTimeout(700)  // the page may still flash, and an app may still draw
   await shown.page.screenshot({path: join(directory, `${name}.png`)})
   await shown.close()
 }

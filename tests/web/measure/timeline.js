@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What the timeline costs with 10,000 entries: the longest tasks while it is scrolled and filtered, and while events arrive.
+// The cost of a timeline with 10,000 entries: the longest tasks while it is scrolled and filtered, and while events
+// arrive.
 
-/** Notes long tasks from now on. @return {Promise<() => Promise<number[]>>} ends it, and answers their durations in ms */
+/** Records long tasks from now on. @return {Promise<() => Promise<number[]>>} a function that ends this and returns
+ *  their durations in ms */
 async function longTasks(page) {
   await page.evaluate(() => {
     globalThis.longTasks = []
@@ -17,7 +19,7 @@ async function longTasks(page) {
 
 const frame = page => page.evaluate(() => new Promise(resolve => requestAnimationFrame(() => requestAnimationFrame(resolve))))
 
-/** Has 10,000 entries in the timeline of the page. */
+/** Fills the timeline of the page with 10,000 entries. */
 async function fill(page, tv) {
   const count = () => page.evaluate(async () => (await import('/page/timeline-log.js')).timeline.entries.length)
   while (await count() < 10_000) {
@@ -26,7 +28,7 @@ async function fill(page, tv) {
   }
 }
 
-/** @return the longest task of each, in ms, 0 where none took 50 */
+/** @return the longest task of each kind, in ms; 0 where none took 50 */
 export async function timelineCost(page, tv) {
   await fill(page, tv)
   const list = page.getByRole('listbox', {name: 'What has happened'})

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What axe-core finds wrong on a page, for people who can't see it or use a mouse.
+// The problems that axe-core finds on a page for people who can't see it or use a mouse.
 import {axe} from '../../client/support/packages.js'
 
-/** A line for each thing that is wrong. */
+/** A line for each problem. */
 export async function findings(page) {
   if (!await page.evaluate(() => globalThis.axe)) await page.evaluate(axe)
   const {violations} = await page.evaluate(() => globalThis.axe.run(document, {resultTypes: ['violations']}))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Recordings of broadcasts, written table by table: transport streams with services, their names and tracks.
+// Recordings of broadcasts, composed from tables: transport streams with services, their names and tracks.
 
 const packetSize = 188
 const network = 9018
@@ -18,7 +18,7 @@ function checksum(bytes) {
 const word = value => [value >> 8 & 0xff, value & 0xff]
 const text = value => [...Buffer.from(value)]
 const descriptor = (tag, ...bytes) => [tag, bytes.length, ...bytes]
-/** A text that says that it is UTF-8, with its length. */
+/** Prefixes bytes with their number. */
 const lengthAnd = bytes => [bytes.length, ...bytes]
 const name = value => lengthAnd(value === '' ? [] : [0x15, ...text(value)])
 
@@ -29,7 +29,7 @@ function section(table, extension, body) {
 
 /** The packets of a section. */
 function packets(pid, bytes) {
-  const whole = [0, ...bytes]  // starts at once
+  const whole = [0, ...bytes]  // the first byte says that the section starts at once
   const made = []
   for (let at = 0; at < whole.length; at += packetSize - 4) {
     const piece = whole.slice(at, at + packetSize - 4)
@@ -38,7 +38,7 @@ function packets(pid, bytes) {
   return made
 }
 
-/** The map of a program. */
+/** The table of a program. */
 function mapOf({program, audio = [], subtitles = []}) {
   const es = (type, pid, descriptors) => [type, ...word(0xe000 | pid), ...word(0xf000 | descriptors.length), ...descriptors]
   const tracks = [
@@ -50,10 +50,10 @@ function mapOf({program, audio = [], subtitles = []}) {
 const filler = [0x47, 0x1f, 0xff, 0x10, ...Array(packetSize - 4).fill(0xff)]
 
 /**
- * A recording.
+ * Makes a recording.
  * @param services  {program, name, kind (1: television, 2: radio), audio, subtitles (languages), isScrambled}
- * @param how  `front` and `behind` are bytes around each packet, `start` what stands before the first one, `fillers` how many
- *   empty packets follow
+ * @param how  numbers of bytes: `front` before and `behind` after each packet, `start` before the first one; and `fillers`,
+ *   the number of empty packets at the end
  */
 export function recording(services, {front = 0, behind = 0, start = 0, fillers = 8} = {}) {
   const programs = services.flatMap(({program}) => [...word(program), ...word(0xe000 | 0x100 + program)])

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The page in a browser, a TV of its own behind it, and a client beside it that tells what the page has done. With
+// The page in a browser, on a TV of its own, and a client beside it that sees what the page has done. With
 // EMP_WINDOW_SITE the page is that of the site in this folder, whose TV is in the tab.
 import assert from 'node:assert/strict'
 import {after, before} from 'node:test'
@@ -18,7 +18,7 @@ export async function closeBrowser() {
   await browser?.close()
 }
 
-/** Has one browser for all tests of a file, and ends the servers that they leave. */
+/** Starts one browser for all tests of a file, and ends the servers that they leave. */
 export function useBrowser() {
   before(openBrowser)
   after(async () => {
@@ -27,22 +27,22 @@ export function useBrowser() {
   })
 }
 
-/** What a browser complains of while a page has no server: each try to connect. */
+/** The complaint of a browser about each attempt to connect while the page has no server. */
 export const brokenConnection = /WebSocket connection to .* failed/
 
 /** A page that shows a TV. */
 export class Console {
-  /** What the page has complained of: errors on its console, uncaught ones, what its policy forbids. */
+  /** The complaints about the page: errors on its console, uncaught errors, and violations of its policy. */
   errors = []
-  /** What it may complain of; such a complaint may come late. @type {RegExp | undefined} */
+  /** Complaints that a test accepts, even late ones. @type {RegExp | undefined} */
   tolerated
   #bridge
 
   /**
    * @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any,
-   *   token?: string, isLetIn?: boolean, before?: () => void, prepare?: (page: any) => Promise<void>}} how  with a server it is
-   *   that one, else a new one with these options; `before` runs in the page before its first line, `prepare` here before it is
-   *   opened
+   *   token?: string, isLetIn?: boolean, before?: () => void, prepare?: (page: any) => Promise<void>}} how  `server`
+   *   is the server to use; without it a new one is started with `options`. `before` runs in the page before its first line,
+   *   `prepare` runs here before the page is opened
    */
   static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true, before, prepare} = {}) {
     const made = new Console()
@@ -58,26 +58,26 @@ export class Console {
     await made.page.goto(`${made.server.address}/${token ? `#token=${token}` : ''}`)
     if (isLetIn) {
       await made.page.getByText(/\d+ engines?, \d+ clients?/).waitFor()
-      await made.page.getByRole('img', {name: 'App space'}).waitFor()  // the state of the TV is known
+      await made.page.getByRole('img', {name: 'App space'}).waitFor()  // the page knows the TV's state now
       made.tv ??= await made.connect()
     }
     return made
   }
 
-  /** Another client of the TV that the page shows. */
+  /** Connects another client to the TV that the page shows. */
   async connect(options = {}) {
     if (!onSite) return connect(this.server.address, options)
     this.#bridge ??= await Bridge.to(this.page)
     return this.#bridge.connect(options)
   }
 
-  /** Has the set take a text as one request, of a client that only posts. */
+  /** Sends a text to the set as one request, as a client that only posts. */
   async post(text) {
     if (onSite) await this.page.evaluate(request => globalThis[Symbol.for('emp-window/site')].post(request), text)
     else await fetch(`${this.server.address}/rpc`, {method: 'POST', headers: {'Content-Type': 'application/json'}, body: text})
   }
 
-  /** Waits until the timeline shows all that has happened so far: its events come on another connection than a test's calls. */
+  /** Waits until the timeline shows everything so far. Its events come on another connection than a test's calls. */
   async caughtUp() {
     const {number} = await this.tv.call('events.subscribe', {topics: ['session']})
     await this.page.evaluate(async last => {
@@ -87,21 +87,21 @@ export class Console {
     }, number)
   }
 
-  /** A pane, by its name. */
+  /** A pane by its name. */
   pane(name) {
     return this.page.locator(`section[id="${name.toLowerCase().replace(' ', '-')}"]`)
   }
 
-  /** Brings a pane into sight. */
+  /** Shows a pane. */
   async show(name) {
     const tab = this.page.getByRole('tab', {name, exact: true})
     if (await tab.count() > 0) await tab.click()
     return this.pane(name)
   }
 
-  /** Closes page and TV. Fails where the page has complained. */
+  /** Closes page and TV. Fails if there were complaints about the page. */
   async close() {
-    if (onSite) await this.tv?.close()  // it is in the page
+    if (onSite) await this.tv?.close()  // its set is in the page
     await this.page.context().close()
     await this.tv?.close()
     await this.server.kill()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A recording that plays, and a server whose TV has its services and nothing else.
+// A recording that plays, and a server whose TV has the services of the recording only.
 import assert from 'node:assert/strict'
 import {spawnSync} from 'node:child_process'
 import {mkdtempSync} from 'node:fs'
@@ -16,7 +16,8 @@ export function run(command, args) {
   assert.equal(status, 0, `${command}: ${stderr}`)
 }
 
-/** Two services: red with green on its right, and two tones; blue, and another one. */
+/** Writes a recording of two services: one is red with green on its right and has two tones, the other is blue with
+ *  a third tone. */
 export function makeRecording(path) {
   const seconds = 6
   const input = source => ['-f', 'lavfi', '-i', `${source}:d=${seconds}`]
@@ -29,7 +30,7 @@ export function makeRecording(path) {
     ...['-program', 'title=Red:program_num=1:st=0:st=1:st=2', '-program', 'title=Blue:program_num=2:st=3:st=4', '-f', 'mpegts', path]])
 }
 
-/** A server whose TV has the services of a recording. @param folder  for its state */
+/** Starts a server whose TV has the services of a recording. @param folder  for its state */
 export function serveRecording(folder, recording) {
   const state = mkdtempSync(join(folder, 'state-'))
   run(program, ['--state', state, 'scan', '--import', recording])

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What tests look at on the page's screen.
+// What tests examine on the page's screen.
 import assert from 'node:assert/strict'
 import {Console} from './console.js'
 
-/** A page and its screen. @param how  as `Console.open` takes it */
+/** Opens a page. @param how  as for `Console.open` @return the page and its screen */
 export async function openScreen(how) {
   const shown = await Console.open(how)
   return {shown, screen: new Screen(shown.page)}
@@ -15,17 +15,17 @@ export class Screen {
     this.page = page
   }
 
-  /** An element of role img. */
+  /** An element with the role img. */
   image(name) {
     return this.page.getByRole('img', {name, exact: true})
   }
 
-  /** Waits until the description of an img tells something. */
+  /** Waits until the description of an img contains a text. */
   async described(name, text) {
     await this.page.locator(`[role=img][aria-label="${name}"][aria-description*="${text}"]`).waitFor({state: 'attached'})
   }
 
-  /** Fails unless an img stands in a place of the app's space. */
+  /** Fails unless an img is at a position in the app's space. */
   async assertPlace(name, [x, y, width, height]) {
     const space = await this.image('App space').boundingBox()
     const box = await this.image(name).boundingBox()
@@ -36,7 +36,7 @@ export class Screen {
     }
   }
 
-  /** The colour at a place of the app's space, as it is seen: 'black', or another one. */
+  /** The visible colour at a position in the app's space: 'black', or red, green and blue. */
   async colourAt(x, y) {
     return await this.page.evaluate(([left, top]) => {
       const frame = document.querySelector('.frame').getBoundingClientRect()
@@ -51,7 +51,7 @@ export class Screen {
     }, [x, y])
   }
 
-  /** What stands on a window's canvas, as a text. */
+  /** The content of a window's canvas, as a text. */
   drawing(id = 'main') {
     return this.page.evaluate(key => [...document.querySelectorAll('emp-picture')].find(picture => picture.shown.id === key).canvas.toDataURL(), id)
   }
