@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Memory that can't be had: while an engine is made, and while it runs a command.
+// Lack of memory, while an engine is made and while it runs a command.
 #include "support/allocation/Allocations.h"
 
 #include <cstdlib>
@@ -99,7 +99,7 @@ TEST_F(AllocationTest, WithoutMemoryForTheEngineThereIsNone) {
   EXPECT_EQ(failedAllocations(), 1U);
 }
 
-/// The log, the trace and the set allocate too; only the plug-in and the set are of interest here.
+/// Stops log and trace, which allocate too: these tests are about the allocations of the plug-in and the set.
 class SilentAllocationTest : public AllocationTest {
  protected:
   SilentAllocationTest() { listenNoMore(); }
@@ -145,8 +145,8 @@ TEST_F(SilentAllocationTest, ACommandSurvivesEachAllocationThatFails) {
   EXPECT_TRUE(answered) << "some of them failed";
 }
 
-/// Lets each allocation of a call of the set fail that is traced, on the way in, within, and on the way out. That
-/// nothing is lost, the address sanitizer tells.
+/// Each allocation of a traced call to the set fails in turn: before, within, and after the set's own part. The address
+/// sanitizer reports leaks.
 TEST_F(AllocationTest, ATextOfTheSetIsHandedOverOrTheCallLeavesWithAnException) {
   std::size_t tried = 0;
   std::size_t thrown = 0;
@@ -169,7 +169,7 @@ TEST_F(AllocationTest, ATextOfTheSetIsHandedOverOrTheCallLeavesWithAnException) 
   EXPECT_GT(thrown, 1U);
 }
 
-/// Else it would be taken for another operation's.
+/// Without its location, the message would be taken for one of another operation.
 TEST_F(AllocationTest, AMessageWhoseLocationThereIsNoMemoryForIsLostAndTheNextIsNot) {
   const auto log = [] {
     kel::CKELDebug::PrintLog(2, 0, "[KEL][%s(%d)] ", "SetDVBSIChannelDirectEx", 1);

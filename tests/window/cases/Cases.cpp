@@ -22,7 +22,7 @@ std::string placeOf(const std::string& file, const Step& step) {
   return file + ":" + std::to_string(step.line);
 }
 
-/// The title in a comment; empty in one that starts no case.
+/// The title in a comment; empty when the comment starts no case.
 std::string titleIn(const std::string& remark) {
   constexpr std::string_view mark = "# ";
   if (!remark.starts_with(mark)) return {};
@@ -31,7 +31,7 @@ std::string titleIn(const std::string& remark) {
   return remark.substr(mark.size());
 }
 
-/// Reads "success", "unparsed NAME", "missing NAME" or a number; false when it is none of these.
+/// Reads "success", "unparsed NAME", "missing NAME" or a number. @return false for any other text.
 bool readKind(const std::string& text, Case& read) {
   std::istringstream words(text);
   std::string kind;
@@ -46,7 +46,7 @@ bool readKind(const std::string& text, Case& read) {
   return !named && (kind == "success" || kel::StringToNumber(kind, read.result));
 }
 
-/// A case without steps. @param place  of its first step.
+/// A case without steps. @param place  the place of its first step, for errors.
 Case titled(const std::string& title, const std::string& place) {
   Case read;
   const std::size_t colon = title.find(": ");
@@ -59,7 +59,7 @@ Case titled(const std::string& title, const std::string& place) {
   return read;
 }
 
-/// The only title among remarks; empty when there is none.
+/// The title among remarks, of which at most one may be a title; empty when none is.
 std::string titleAmong(const Lines& remarks, const std::string& place) {
   std::string found;
   for (const std::string& remark : remarks) {

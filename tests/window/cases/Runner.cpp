@@ -79,7 +79,7 @@ Seen Runner::run(const Case& shown) {
   seen.words = virtualtv::shell::splitWords(session_.lastCommand());
   seen.finish = finishOf(session_.lastDeed());
   seen.calls = callsOf(session_.lastDeed());
-  session_.run(".fault clear");  // which notes faults that were never hit
+  session_.run(".fault clear");  // adds a finding for each fault that was never hit
   const auto remarks = session_.takeRemarks();
   const std::string place = placeOf(shown, shown.steps.back());
   for (const Lines& lines : {remarks.errors, remarks.complaints}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command table, row by row: each has all its cases, and they are true.
+// The command table, row by row: each row has all its cases, and they are true.
 #include <gtest/gtest.h>
 
 #include "window/cases/Files.h"

@@ -17,7 +17,8 @@ namespace {
 using virtualtv::Catalogue;
 using virtualtv::CatalogueCommand;
 
-/// True when the text parses. The empty one and garbage read as 0 where parsing can't fail; here they do not parse.
+/// True when the text parses. Where parsing can't fail, the empty text and garbage read as 0; this counts them as not
+/// parsed.
 bool parses(kel::Parse parse, const std::string& text) {
   const char* const start = text.c_str();
   char* end = nullptr;
@@ -47,7 +48,7 @@ bool alwaysFails(const CatalogueCommand& told) {
   return told.answerValues == "none";
 }
 
-/// True where the catalogue has a preset and does not say "never returned" of it.
+/// True where the catalogue has a preset and its help does not say that it is never returned.
 bool answersPreset(const CatalogueCommand& told) {
   return told.preset && told.presetMeans.find("ever returned") == std::string::npos;
 }
@@ -56,7 +57,7 @@ std::string textAt(const Lines& words, std::size_t parameter) {
   return parameter + 1 < words.size() ? words[parameter + 1] : "";
 }
 
-/// The number behind "reads as"; nothing where the catalogue says something else of a text that does not parse.
+/// The number after "reads as"; null where the catalogue says something else about a text that does not parse.
 std::optional<std::string> readsAs(const CatalogueCommand::Parameter& parameter) {
   constexpr std::string_view mark = "reads as ";
   if (!parameter.unparsed.starts_with(mark)) return std::nullopt;
@@ -64,7 +65,7 @@ std::optional<std::string> readsAs(const CatalogueCommand::Parameter& parameter)
   return rest.substr(0, rest.find_first_not_of("-0123456789"));
 }
 
-/// One row: what its cases show, and what is wrong with them.
+/// One row: what its cases show, and the errors in them.
 class Row {
  public:
   Row(const kel::Command& row, const CatalogueCommand& told, const Results& results, Runner& runner)
@@ -116,7 +117,7 @@ class Row {
     });
   }
 
-  /// Why a case does not show what it says; empty when it does.
+  /// Why a case does not show what its title says; empty when it does.
   std::string flaw(const Case& shown, const Seen& seen) {
     if (!seen.finish || seen.reply.empty()) return "the command did not finish";
     std::string reason = flawOfTexts(shown, seen.words);
@@ -133,7 +134,7 @@ class Row {
     return "a case of no kind";
   }
 
-  /// Of all parameters only the one that the case names may not parse. One that is not required may be left out.
+  /// Only the parameter that the case names may fail to parse. An optional parameter may be left out.
   std::string flawOfTexts(const Case& shown, const Lines& words) const {
     bool found = shown.parameter.empty();
     for (std::size_t at = 0; at < told_.parameters.size(); ++at) {
@@ -171,7 +172,7 @@ class Row {
     return "the catalogue tells of no failure " + std::to_string(*number);
   }
 
-  /// A text that does not parse is refused before the set is asked, or read as the number that the catalogue names.
+  /// A text that does not parse must be refused without a call to the set, or read as the number in the catalogue.
   std::string flawOfText(const Case& shown, const Seen& seen) {
     const std::size_t at = position(shown.parameter);
     const auto number = seen.number();
@@ -200,7 +201,7 @@ class Row {
   Lines complaints_;
   std::set<std::tuple<Case::Kind, std::string, int>> shown_;
   std::set<int> replied_;
-  std::set<int> failed_;  ///< those replied by cases that are no successes
+  std::set<int> failed_;  ///< those replied in cases other than successes
 };
 
 }  // namespace

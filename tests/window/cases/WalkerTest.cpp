@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The walker itself: what it must find.
+// The walker itself: the errors that it must find.
 #include "window/cases/Walker.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 namespace cases {
 namespace {
 
-/// A case with the inputs and outputs behind `.reset`.
+/// A case with these inputs and outputs after `.reset`.
 std::string piece(const std::string& title, const std::string& steps) {
   return "# " + title + "\n> .reset\n" + steps + "\n";
 }
@@ -27,11 +27,11 @@ const std::map<std::string, std::string> pieces{
 
 class WalkerTest : public ::testing::Test {
  protected:
-  /// What is wrong with these cases of a command.
+  /// The errors in these cases of a command.
   Lines walk(const std::string& command, const std::string& text) {
     return Walker(virtualtv::catalogue(), results).walk(*kel::FindCommand(command), readCases("t.txt", text));
   }
-  /// What is wrong with a complete set of cases where one is replaced.
+  /// The errors in a complete set of cases with one of them replaced.
   Lines walkWith(const std::string& name, const std::string& text) {
     std::map<std::string, std::string> changed = pieces;
     changed[name] = text;
@@ -39,7 +39,7 @@ class WalkerTest : public ::testing::Test {
     for (const auto& [key, part] : changed) whole += part;
     return walk("SetTVMode", whole);
   }
-  /// What is wrong with a complete set of cases and one more, which stands first: `.reset` is in line 2.
+  /// The errors in a complete set of cases with one more at its start, whose `.reset` is in line 2.
   Lines walkFirst(const std::string& title, const std::string& steps) { return walkWith("", piece(title, steps)); }
 
   std::map<std::string, Results> results{{"SetTVMode", {{-1, 0}, false}},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the help texts state beyond the codes of answers.
+// Statements of the help texts that go beyond the codes of answers.
 #include <gtest/gtest.h>
 
 #include "support/TvTest.h"
@@ -25,7 +25,7 @@ class StatementTest : public support::EngineTest {
   virtualtv::ServiceKey on(WindowId window) { return tv().state()[window].service; }
 };
 
-// The window selected.
+// The selected window.
 
 TEST_F(StatementTest, AConnectionThatFailedAtTheStartIsMadeForPictureInPictureUntilAWindowIsSelected) {
   startWithout("CreateVideoControl");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the catalogue says of a command is what the plug-in answers, also when the set fails.
+// The plug-in answers as the catalogue says, even when the set fails.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -33,7 +33,7 @@ bool isFailure(const CatalogueCommand& command, int code) {
                      [&](const auto& failure) { return failure.code == code; });
 }
 
-/// True where the catalogue leaves open which numbers are answered, or names this one.
+/// True where the catalogue names this number as an answer, or does not restrict the answers.
 bool isAnswer(const CatalogueCommand& command, int number) {
   if (command.answerKind == "code") return number == 1;
   if (command.preset == number) return true;
@@ -57,7 +57,7 @@ class TruthTest : public support::TvTest, public ::testing::WithParamInterface<F
     return GetParam().takesList ? askWithParamList(command().name, parameters) : ask(command().name, parameters);
   }
 
-  /// Sets of parameters that each command is tried with; a list has them several times over.
+  /// Parameters with which to try each command. The parameter-list form repeats them up to its length.
   std::vector<Lines> trials() const {
     std::vector<Lines> all;
     const std::vector<Lines> known{{"0", "1", "0", "0"}, {"1", "0", "28", "7"}, {"30000", "0", "0", "0"}};
@@ -71,7 +71,7 @@ class TruthTest : public support::TvTest, public ::testing::WithParamInterface<F
     return all;
   }
 
-  /// An engine that has found channels, unless the set can't tell them; calls so far are dropped.
+  /// Opens an engine that has found channels, unless the set can't report them. Drops the calls so far.
   void prepare() {
     close();
     open();

@@ -43,7 +43,7 @@ bool logsServiceId(const FieldQuery& query) {
   return query.family == Family::indexed && !query.isName() && query.name != "GetChannel_Major";
 }
 
-/// The error line that announces a failure; the queries for names have none.
+/// The error line that announces a failure. Queries for names have none.
 Lines error(const FieldQuery& query) {
   if (query.isName()) return {};
   return {banner(levelOf(query.family), query.name)};

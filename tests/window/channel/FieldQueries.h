@@ -13,9 +13,9 @@
 namespace channels {
 
 enum class Family {
-  indexed,  ///< at a position of the found-channel list
-  current,  ///< on screen
-  start,    ///< that the set starts with
+  indexed,  ///< the channel at a position of the found-channel list
+  current,  ///< the channel on screen
+  start,    ///< the channel that the set starts with
 };
 
 enum class Reading {
@@ -41,14 +41,14 @@ struct Output {
 };
 
 struct FieldQuery {
-  std::string name;  ///< of the operation and of its command
+  std::string name;  ///< name of the operation and of its command
   Family family;
   Reading reading;
   int field;
   std::string null;  ///< log message for a null output
   /// The lines logged at the end, separated by line breaks: `%1` is the number as read, `%2` the number returned.
   std::string end;
-  /// Calls the worker; without an output, with a null pointer.
+  /// Calls the worker. A missing output is passed as a null pointer.
   std::function<int(support::WorkerProbe& worker, Output* output)> ask;
 
   bool isName() const { return reading == Reading::name; }

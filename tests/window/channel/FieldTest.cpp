@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What all queries for a field of a channel have in common, and the numbers among them.
+// Properties that all queries for a field of a channel share, and the queries for numbers.
 #include <climits>
 #include <map>
 #include <string>
@@ -24,14 +24,14 @@ std::string text(int number) {
   return std::to_string(number);
 }
 
-/// A field in a record, and what it reads as.
+/// A field in a record, the number read from it, and the answer.
 struct Value {
   std::string stored;  ///< as in `13=7` without the id; empty for a missing field
   int read;
   int answered;
 };
 
-/// What a field reads as, by the kind of query.
+/// The values of fields for each kind of query.
 const std::map<Reading, std::vector<Value>>& values() {
   static const std::map<Reading, std::vector<Value>> all = [] {
     const std::vector<std::tuple<std::string, int, int>> numbers{{"", 65535, -1},
@@ -46,7 +46,7 @@ const std::map<Reading, std::vector<Value>>& values() {
                                                                  {"2147483647", 65535, INT_MAX},
                                                                  {"-2", 65534, -2},
                                                                  {"4294967296", 0, 0},
-                                                                 {"\"7\"", 65535, -1}};  // a text is no number
+                                                                 {"\"7\"", 65535, -1}};  // a text is not a number
     const std::vector<std::pair<int, int>> types{{-1, 0},  {0, 0},   {1, 2},   {2, 3},  {3, 4},   {4, 5},   {5, 12},
                                                  {6, 13},  {7, 8},   {8, 10},  {9, 28}, {10, 21}, {11, 23}, {12, 0},
                                                  {13, 19}, {19, 24}, {20, 25}, {99, 0}, {-2, 0}};

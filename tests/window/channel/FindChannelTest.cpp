@@ -31,7 +31,7 @@ const std::string criteriaCall =
     "criteria=CRITERIA -> 1";
 const std::string fetched = "fetch 12 16 41 15 18 1 2 6 37 4 13 14 110";
 
-/// The line of each of the three services; its program number is cut to 8 bits.
+/// The line of each of the three services. Program numbers are cut to 8 bits.
 const std::vector<std::string> serviceLogs{
     "3 SERVICE_ID = 281,FREQUENCY = 578000,PROGRAM_NUMBER= 44,CHANNEL_TYPE = 1,MAJOR = 7,MINOR = 0, "
     "TRANSPORT_STREAM_ID = 1051, ORIGINAL_NETWORK_ID = 8442",
@@ -56,13 +56,13 @@ class FindChannel : public ChannelTest {
   int findUnder(const std::string& words) {
     return under(words, [this] { return find(); });
   }
-  /// The list that the failures below start from.
+  /// Fills the list from which the failures below start.
   void findAll() {
     ASSERT_EQ(find(), 1);
     ASSERT_EQ(found(), Ids({281, 282, 283}));
     forget();
   }
-  /// Each position gives the list's own record, and the one behind the last gives none.
+  /// Each position gives the list's own record. The position after the last one gives none.
   void expectOwnRecords() {
     int at = 0;
     for (TCServiceData* record : worker.m_ChannelList) {
@@ -236,7 +236,7 @@ TEST_F(FindChannel, EachWorkerHasAListOfItsOwn) {
 }
 
 TEST_F(FindChannel, APositionGivesARecordOfTheListThatWasFoundLast) {
-  for (const auto type : {all, all, television, radio, all}) {  // as long as the one before, shorter, longer
+  for (const auto type : {all, all, television, radio, all}) {  // as long as the list before it, shorter, longer
     ASSERT_EQ(find(type), 1);
     calls();
     expectOwnRecords();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Looking up the channel on screen, the one before it and the one that the set starts with.
+// Looking up the channel on screen, the previous one, and the one that the set starts with.
 #include <cstring>
 #include <string>
 #include <utility>
@@ -21,14 +21,14 @@ const std::string tvMode = "IServiceNavigation::GetTvMode";
 const std::string startService = "IServiceNavigation::GetStartService";
 const std::string findService = "IService::FindService";
 
-/// A step of a lookup: the call that it makes, without outputs and result, what is logged when it fails, and what was
-/// logged before.
+/// A step of a lookup: its call without outputs and result, the line logged when it fails, and the lines logged before
+/// it.
 struct Step {
   std::string call;
   std::string failed;
   Lines before;
 
-  /// The operation that is called.
+  /// The called operation.
   std::string operation() const {
     const std::size_t bracket = call.find('[');
     return call.substr(0, bracket) + call.substr(call.find("::"), call.find('(') - call.find("::"));
@@ -38,7 +38,7 @@ struct Step {
 struct Lookup {
   std::string name;
   int (WorkerProbe::*run)(TCServiceData&);
-  std::string id;  ///< of the service that it finds
+  std::string id;  ///< id of the service that it finds
   Lines logged;
   std::vector<Step> steps;
 };

@@ -29,7 +29,7 @@ std::vector<FieldQuery> nameQueries() {
   return names;
 }
 
-/// What a query calls its output when there is no name; else all of them call it "ptwName".
+/// The name of a query's output in its message for a channel without a name. Elsewhere all queries call it "ptwName".
 std::string pointerOf(const FieldQuery& query) {
   return query.name.ends_with("ServiceName") ? "ptwServiceName" : "ptwName";
 }
@@ -38,7 +38,7 @@ std::string levelled(const FieldQuery& query, const std::string& text) {
   return std::to_string(channels::levelOf(query.family)) + " " + text;
 }
 
-/// The units written: the byte-order mark, the name, and the rest of the buffer as it was.
+/// The written units: the byte-order mark and the name. The rest of the buffer must be unchanged.
 std::u16string written(const Output& output) {
   const auto end = std::find(output.units.begin(), output.units.end(), 0);
   EXPECT_TRUE(std::all_of(end, output.units.end(), [](unsigned short unit) { return unit == 0; }));
@@ -49,13 +49,13 @@ std::u16string marked(std::u16string_view name) {
   return u"\uFEFF" + std::u16string(name);
 }
 
-/// The output as a log line shows it: its bytes up to the first that is 0.
+/// The output as a log line shows it: its bytes before the first zero.
 std::string bytesOf(std::u16string_view units) {
   const std::string bytes(reinterpret_cast<const char*>(units.data()), units.size() * sizeof(char16_t));
   return bytes.substr(0, bytes.find('\0'));
 }
 
-/// All lines of a query that answers this name, up to the conversion's own and behind them.
+/// The lines of a query for a name, before and after those of the conversion.
 Lines before(const FieldQuery& query) {
   return join({channels::begin(query), channels::lookup(query, "281", "5")});
 }
@@ -65,7 +65,7 @@ Lines success(const FieldQuery& query, std::u16string_view name) {
 
 class NameTest : public FieldTest {
  protected:
-  /// Asks for the name of a channel that has `name` and holds the answer against `answered`.
+  /// Expects that the query for the name of a channel with `name` returns `answered`.
   void expectName(const FieldQuery& query, std::u16string_view name, std::u16string_view answered,
                   const Lines& conversion) {
     SCOPED_TRACE(query.name);
@@ -93,7 +93,7 @@ TEST_F(NameTest, ThatJustFitsIsWhole) {
 TEST_F(NameTest, IsCutWhereTheRoomEnds) {
   const Lines full{"3 iconv failed: " + std::to_string(E2BIG)};
   for (const FieldQuery& query : nameQueries()) {
-    for (const char16_t letter : {u'a', u'Ж'}) {  // the bytes of the second have no zero that would end the log line
+    for (const char16_t letter : {u'a', u'Ж'}) {  // no byte of the second is 0, which would end the log line
       for (const std::size_t length : std::vector<std::size_t>{256, 257, 258, 300, 5000}) {
         SCOPED_TRACE(length);
         expectName(query, std::u16string(length, letter), std::u16string(255, letter), full);

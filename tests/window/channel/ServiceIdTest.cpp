@@ -79,7 +79,7 @@ TEST_F(ChannelServiceId, WithoutTheChannelAnswersMinus1) {
   EXPECT_EQ(logs(), join({begin, {prefix("GetChannel_ServiceId") + "[Idx:0] Failed to get data."}}));
 }
 
-/// The form with a major number, a minor number and a channel type.
+/// The variant of the command with a major number, a minor number and a channel type.
 class ServiceIdByNumbers : public ChannelTest {
  protected:
   int ask(int major, int minor, int channelType) {

@@ -16,7 +16,7 @@ using support::Lines;
 
 class GetTvMode : public ChannelTest {
  protected:
-  /// Result and mode of the operation.
+  /// The operation's result and the mode.
   std::pair<int, int> get() {
     int mode = -7;
     const int result = worker.GetTVMode(&mode);

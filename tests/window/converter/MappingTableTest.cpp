@@ -12,7 +12,7 @@ namespace {
 
 using Pairs = std::vector<std::pair<int, int>>;
 
-/// The converter with its tables within reach.
+/// The converter with access to its tables.
 struct Converter : kel::CEmpConverterWindow {
   using CEmpConverterWindow::m_stTable;
   using CEmpConverterWindow::m_stTableSize;
@@ -23,7 +23,7 @@ struct Table {
   const char* name;
   _PL_WINDOW_MAPPING_TABLE_ID id;
   int number;
-  Pairs pairs;  ///< PL, TC, in the order of the search
+  Pairs pairs;  ///< PL and TC, in the order of the search
 };
 
 const Pairs placeholder{{0, 0}};
@@ -77,7 +77,7 @@ const std::vector<Table>& tables() {
   return all;
 }
 
-/// What a search from the front finds.
+/// The result of a search from the front.
 int firstTc(const Pairs& pairs, int pl) {
   const auto found = std::find_if(pairs.begin(), pairs.end(), [&](const auto& pair) { return pair.first == pl; });
   return found == pairs.end() ? 0 : found->second;

@@ -27,7 +27,7 @@ Mode tcOf(int pl) {
 
 class TvModeTest : public support::TvTest {
  protected:
-  static constexpr int fixedRegion = 17;  ///< the region whose country does not matter
+  static constexpr int fixedRegion = 17;  ///< the region where the country does not matter
 
   void setPlace(int region, int country) {
     tv().adjust([&](virtualtv::TvState& state) {

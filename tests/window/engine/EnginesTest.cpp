@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The application object and its engines: who the plug-in says it is, opening and closing, several at a time.
+// The application object and its engines: the name and version of the plug-in, opening and closing, several engines at
+// a time.
 #include <algorithm>
 #include <memory>
 
@@ -24,13 +25,13 @@ class EnginesTest : public support::TvTest {
  protected:
   EnginesTest() { channels::furnish(tv()); }
 
-  /// Runs a command on the engine of this name.
+  /// Runs a command on the engine with this name.
   std::string on(const std::string& name, const std::string& command, const Lines& parameters = {}) {
     use(name);
     return execute(command, parameters);
   }
 
-  /// The same on the engine of this number.
+  /// The same on the engine with this number.
   std::string on(int id, const std::string& command) {
     std::string ret = "untouched";
     const bool accepted = app().Execute(ret, id, command, "", "", "", "");

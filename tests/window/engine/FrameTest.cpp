@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The frame around every command: what is logged in which order, what is refused, what stays untouched.
+// The frame around every command: which lines are logged in which order, which commands are refused, what stays
+// untouched.
 #include <pthread.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The index that finds a command's row, on tables of its own.
+// The index that finds a command's row, tested on small tables.
 #include <gtest/gtest.h>
 
 #include <cstddef>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command that takes its parameters as a list: both rectangles of a crop, and a plane.
+// The command with a parameter list: both rectangles of a crop, and a plane.
 #include "support/Channels.h"
 #include "support/Sources.h"
 
@@ -40,7 +40,7 @@ class ParamListTest : public channels::ChannelEngineTest {
     return executeWithParamList(command, parameters);
   }
 
-  /// A list that does not parse: the command counts as done, but nothing is called or answered.
+  /// Runs the command with a list that does not parse. It counts as done, but makes no call and writes no reply.
   void expectUnanswered(const Lines& parameters) {
     EXPECT_EQ(run(parameters), "empty") << ::testing::PrintToString(parameters);
     EXPECT_EQ(calls(), Lines()) << ::testing::PrintToString(parameters);

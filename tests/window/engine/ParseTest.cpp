@@ -26,7 +26,7 @@ class ParseTest : public channels::ChannelEngineTest {
   }
 };
 
-// Decimal digits at the front: garbage is 0, and what is too large stays too large.
+// Decimal digits at the front: garbage reads as 0, and numbers beyond the range are clamped.
 
 TEST_F(ParseTest, ADecimalParameterIsTheDigitsAtItsFrontAndZeroWithoutAny) {
   const std::map<std::string, Lines> majors{
@@ -40,7 +40,7 @@ TEST_F(ParseTest, ADecimalParameterIsTheDigitsAtItsFrontAndZeroWithoutAny) {
   }
 }
 
-/// Texts beyond the range of `int` that would be small numbers if only their low bits were kept.
+/// Numbers beyond the range of `int` whose low bits alone would be small numbers.
 const Lines tooLarge{"2147483648",          "4294967296",           "4294967297",           "18446744073709551617",
                      "9223372036854775807", "99999999999999999999", "123456789012345678901"};
 const Lines tooSmall{"-2147483649",          "-4294967295",           "-4294967296",
@@ -87,7 +87,7 @@ TEST_F(ParseTest, FindChannelClampsBothParameters) {
   EXPECT_TRUE(logged("3 nTCTVMode.antennaMode = -1, nTCTVMode.serviceMode = -1 !"));
 }
 
-// Whole numbers: what is none does not parse.
+// Whole numbers: any other text does not parse.
 
 const Lines noNumbers{"",     " ",           "abc", "6x",  " 6",         "6 ",          "0x6",
                       "6.0",  "+",           "-",   "--6", "2147483648", "6\n",         "6,",

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What each command answers, by the worker's result.
+// The reply of each command, by the worker's result.
 #include "support/Channels.h"
 #include "support/LogLines.h"
 
@@ -10,7 +10,7 @@ using support::Lines;
 struct Case {
   std::string command;
   Lines parameters;
-  std::string fault;  ///< none when empty
+  std::string fault;  ///< empty for none
   std::string reply;
   std::string result;  ///< in the finish line
 };

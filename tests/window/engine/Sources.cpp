@@ -11,7 +11,7 @@ namespace engine {
 
 namespace {
 
-/// A function or a class outside of which nothing stands but declarations: first to last line, counted from 1.
+/// The lines of a function or class definition at the outermost level, counted from 1.
 struct Block {
   int first = 0;
   int last = 0;
@@ -23,7 +23,7 @@ bool opensBlock(const std::string& line) {
          line.rfind("namespace", 0) != 0;
 }
 
-/// Adds the blocks of a file. A definition that is not indented ends with a brace that is not.
+/// Adds the blocks of a file. A definition that starts without indentation ends with a brace without indentation.
 void read(const std::filesystem::path& path, std::vector<Block>& blocks) {
   Block block;
   std::ifstream file(path);

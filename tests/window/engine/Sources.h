@@ -3,10 +3,10 @@
 
 #include <string_view>
 
-/// The plug-in's sources, parsed to find what is on a line.
+/// The plug-in's sources, parsed to find the function of a line.
 namespace engine {
 
-/// True for a line of the operation, which is a line of the function of that name.
+/// True when the line belongs to the function with the operation's name.
 bool isLineOf(std::string_view operation, int line);
 
 }  // namespace engine

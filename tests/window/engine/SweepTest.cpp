@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every platform call of every command failing in turn, in every way that it can, on both TV stacks; which lines of its
-// source the plug-in then tells; and what outputs of calls can be given.
+// Makes every platform call of every command fail in turn, in every possible way, on both TV stacks. Checks the source
+// lines that the plug-in logs, and the outputs that can be set for calls.
 #include <algorithm>
 #include <cctype>
 #include <iterator>
@@ -23,7 +23,7 @@ using virtualtv::seam::Operation;
 using virtualtv::seam::Output;
 using virtualtv::text::Range;
 
-/// A set on which every command has something to answer.
+/// A set on which every command succeeds.
 class EveryCommandTest : public channels::ChannelEngineTest {
  protected:
   void SetUp() override {
@@ -46,7 +46,7 @@ class EveryCommandTest : public channels::ChannelEngineTest {
     lastService_ = "isp-service";
   }
 
-  /// The set as it was at first with a found-channel list, an engine on it, and what the command answers there.
+  /// Restores the initial set, and opens an engine with a found-channel list. Drops everything observed so far.
   void prepare() {
     clearFaults();
     close();
@@ -62,26 +62,26 @@ class EveryCommandTest : public channels::ChannelEngineTest {
   std::string lastService_ = "tv-service";
 };
 
-/// Tells which lines of its source the plug-in logs.
+/// Checks the source lines that the plug-in logs.
 class LocationTest : public EveryCommandTest {
  protected:
-  /// Each message so far, and there are some, has a line of its operation.
+  /// Requires messages, each with a line of its operation.
   void expectLocations();
-  /// Runs an action, then again with each of the calls that it made throwing, and expects locations each time.
+  /// Runs an action, then again with each of its calls throwing, and checks the lines each time.
   template <typename Action>
   void sweepLocations(Action action);
 };
 
 class SweepTest : public LocationTest, public ::testing::WithParamInterface<std::size_t> {
  protected:
-  /// The words behind an operation that make it fail.
+  /// The words of faults that make an operation fail.
   static Lines ways(const Operation& operation) {
     Lines all{"result=throw"};
     for (const char* words : {"result=0", "result=-1", "result=1", "result=2", "result=null", "result=unwritten"}) {
       try {
         virtualtv::seam::parseFault({std::string(operation.name), words});
         all.emplace_back(words);
-      } catch (const std::invalid_argument&) {  // this operation can't
+      } catch (const std::invalid_argument&) {  // this operation can't fail in this way
       }
     }
     return all;
@@ -242,10 +242,10 @@ bool hasNumbers(const Operation& operation) {
   return !operation.written().empty() && operation.written().front().form == Form::numbers;
 }
 
-/// Calls fail, so that nothing is made of the outputs; a length of 4294967295 would be believed.
+/// The calls fail, so that the plug-in does not use the outputs: it would trust a length of 4294967295.
 class OutputTest : public EveryCommandTest {
  protected:
-  /// What the first call of an operation wrote under a fault, as the trace shows it.
+  /// What the first call that a fault hits wrote, as the trace shows it.
   std::string writtenUnder(const engine::Command& command, const Fault& fault) {
     prepare();
     device().addFault(fault);
@@ -261,7 +261,7 @@ class OutputTest : public EveryCommandTest {
     return {std::string(operation.name), "result=" + std::to_string(operation.failure())};
   }
 
-  /// The ends of each range are written as they were given.
+  /// Expects that the least and the greatest numbers are written unchanged.
   void expectEnds(const engine::Command& command, const Operation& operation, std::string (*end)(const Range&)) {
     Lines words = failing(operation);
     std::string expected;
@@ -273,7 +273,7 @@ class OutputTest : public EveryCommandTest {
     EXPECT_EQ(writtenUnder(command, virtualtv::seam::parseFault(words)), expected) << operation.name;
   }
 
-  /// Numbers beyond the ranges are refused, and there is no room for them either.
+  /// Expects that numbers beyond the ranges are refused, and that the outputs could not hold them either.
   void expectNoneBeyond(const engine::Command& command, const Operation& operation, const Output& output,
                         const Range& range) {
     Lines beyond;
@@ -291,7 +291,7 @@ class OutputTest : public EveryCommandTest {
     }
   }
 
-  /// Checks the operations that a command calls and that were not checked before.
+  /// Checks the operations that a command calls, unless they were checked before.
   void check(const engine::Command& command) {
     prepare();
     ask(command.name, command.parameters);

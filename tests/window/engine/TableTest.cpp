@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command table: which commands there are, and the order in which names are compared.
+// The command table: the commands that it has, and the order in which their names are compared.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -54,7 +54,7 @@ TEST(CommandTable, FindsEachRowByItsName) {
   for (std::size_t at = 0; at < count; ++at) EXPECT_EQ(kel::FindCommand(rows[at].name), &rows[at]) << rows[at].name;
 }
 
-/// Holds that a name has no row. The name lies at the end of a block of its own, where a sanitizer sees what is read
+/// Expects that a name has no row. The name is at the end of its memory block, so that a sanitizer reports a read
 /// beyond it.
 void expectNone(std::string_view name) {
   const std::vector<char> block(name.begin(), name.end());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The favourite groups of a service, read as a document and changed, where calls answer what they seldom do.
+// The favourite groups of a service, read as a document and changed, including rare answers of the set.
 #include "services/ServiceStore.h"
 #include "support/Tracks.h"
 #include "window/report/Documents.h"
@@ -67,7 +67,7 @@ TEST_F(GetFavourites, TheServiceIdIsPassedWholeAndLeftAsItIs) {
 
 class UpdateFavourites : public tracks::TrackTest {
  protected:
-  /// What is logged of an update, and what reaches the set.
+  /// The log line of an update, and the call that reaches the set.
   static std::string begun(const std::string& id, const std::string& value, const std::string& group) {
     return "3 serviceId == " + id + ", value = " + value + ", group = " + group;
   }
@@ -103,9 +103,9 @@ TEST_F(UpdateFavourites, TheServiceIdIsPassedWhole) {
   EXPECT_EQ(calls(), Lines{sent("18446744073709551615=0", "1") + " [fault]"});
 }
 
-// What the commands make of their parameters.
+// The commands' parameters.
 
-/// Texts that say which service is meant, and its id.
+/// Texts of ids, with the ids that they are read as.
 const std::vector<std::pair<std::string, std::string>> ids{{"0x119", "281"},
                                                            {"0431", "281"},
                                                            {" 281abc", "281"},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The ISP source: whether it is on screen, switching to it, and the manager of the stack that shows it.
+// The ISP source: checking whether it is on screen, switching to it, and the manager of the stack that shows it.
 #include <string>
 
 #include "store/SettingsStore.h"
@@ -22,7 +22,7 @@ std::string told(const std::string& service) {
 
 using IspTest = support::WorkerTest;
 
-// Whether it is on screen.
+// Checking whether it is on screen.
 
 TEST_F(IspTest, IsTheSourceWhenThePlatformsLastServiceSaysSoAndForNoOther) {
   setSetting(lastService, "isp-service");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Creating the worker: the proxies that it makes, and what it does when it can't.
+// Creating the worker: the proxies that it makes, and what it does when that fails.
 #include <algorithm>
 #include <map>
 
@@ -22,7 +22,7 @@ std::string end(int errors) {
   return "3 [CEmpTaskWindow::Create][*] end.[nError:" + std::to_string(errors) + "]";
 }
 
-/// What seeding the source keys asks of a set whose main window shows the TV source, and what it logs.
+/// The calls that seed the source keys on a set whose main window shows the TV source, and their log lines.
 const Lines seedCalls{"ISourceControl[main#1]::GetSourceState() state=2 -> 1",
                       "ISourceControl[main#1]::GetCurrentSourceInfo() source=0 -> 1",
                       "vconf_set_int(key=\"db/emp/mainsource\", value=0) -> 0",
@@ -39,7 +39,7 @@ const Lines seedLogs =
 
 const Lines screenLogs = leveled(3, {"resolution is RES_1920x1080", "[m_baseScrW = 1920,[m_baseScrH:1080]"});
 
-/// What `Create` logs of a factory that fails, in the order of the factories.
+/// The log line of `Create` for the failure of each factory, in the order of the factories.
 const Lines failureLogs{"0 CEmpTaskWindow::Create. svc_proxy create is FAIL!!",
                         "0 CEmpTaskWindow::Create. src_ctrl_proxy create is FAIL!!",
                         "0 CEmpTaskWindow::Create. svc_navi_proxy create is FAIL!!",
@@ -51,7 +51,7 @@ const Lines failureLogs{"0 CEmpTaskWindow::Create. svc_proxy create is FAIL!!",
 
 class CreateTest : public support::BareWorkerTest {
  protected:
-  /// The window that is driven, its keys, the base screen and the engine.
+  /// Checks the worker's window, and its keys, base screen and engine.
   void expectState(int window) {
     EXPECT_EQ(worker.t_eWindow, window);
     EXPECT_EQ(worker.m_SourceVconf, "db/emp/mainsource");
@@ -127,7 +127,7 @@ TEST_F(CreateTest, AgainAfterAFailureMakesOnlyTheSourceControlThatSeedingNeeds) 
   EXPECT_EQ(worker.src_ctrl_proxy_main, nullptr);
 }
 
-/// Which factory fails, by its position, and how.
+/// The position of the factory that fails, and how it fails.
 struct Failing {
   std::size_t factory;
   std::string way;
@@ -135,7 +135,8 @@ struct Failing {
 
 class CreateWithOneFactoryFailing : public support::BareWorkerTest, public ::testing::WithParamInterface<Failing> {
  protected:
-  /// Whether the proxies are there, in the order of the factories; the kept instance as the active one.
+  /// Which proxies exist, in the order of the factories. A proxy that is stored for the window counts as the active
+  /// one.
   std::vector<bool> held() const {
     const auto held = slots(worker);
     return {held.service,   held.active[1], held.active[0], held.active[3],

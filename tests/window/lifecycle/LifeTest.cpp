@@ -17,7 +17,7 @@ const Lines destroyed{"3 [CEmpTaskWindow::Destroy][*] begin.", "3 [CEmpTaskWindo
 const std::string endBegins = "3 [CEmpTaskWindow::~CEmpTaskWindow][*] begin.";
 const std::string endEnds = "3 [CEmpTaskWindow::~CEmpTaskWindow][*] end.";
 
-/// A record that tells when it is deleted.
+/// A record that counts its deletion.
 class Counted : public TCServiceData {
  public:
   explicit Counted(int& deleted) : deleted_(deleted) {}

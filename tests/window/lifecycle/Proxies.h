@@ -21,14 +21,14 @@ inline constexpr std::array factories{
     "TVServiceAPI::CreateTunerControl", "TVServiceAPI::CreateDataControl",
 };
 
-/// The ways in which a factory fails, as words of a fault. `ServiceDataAux` returns its pointer, so a number means
-/// nothing there.
+/// The ways in which a factory fails, as words of a fault. `ServiceDataAux` returns its pointer, so no number means
+/// failure.
 inline Lines failures(const std::string& factory) {
   if (factory == "TVServiceAPI::ServiceDataAux") return {"result=null", "result=throw"};
   return {"result=1", "result=-1", "result=null", "result=unwritten", "result=throw"};
 }
 
-/// The call of a factory that succeeds, as the trace writes it.
+/// The call of a factory that succeeds, as in a trace.
 inline std::string made(const std::string& factory, int profile) {
   const bool aux = factory == "TVServiceAPI::ServiceDataAux";
   const bool anyWindow = factory == "TVServiceAPI::CreateService";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Proxies that are made when an operation first needs them.
+// Proxies that are created when an operation first needs them.
 #include <algorithm>
 #include <functional>
 
@@ -14,11 +14,11 @@ using support::caught;
 using support::Lines;
 using support::WorkerProbe;
 
-/// One of the operations that make sure of a proxy.
+/// An operation that creates a missing proxy.
 struct Check {
   std::string name;
   std::string factory;
-  std::string missing;  ///< what is logged before the factory is called; the window's number follows
+  std::string missing;  ///< logged before the factory is called; the window's number follows
   std::string failed;
   bool (*run)(WorkerProbe& worker);
   bool (*there)(const WorkerProbe& worker);

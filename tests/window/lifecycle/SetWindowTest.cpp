@@ -27,7 +27,7 @@ const Lines pipCalls{made("TVServiceAPI::CreateServiceNavigation", 101), made("T
 using SetWindowTest = support::WorkerTest;
 using Proxies = std::vector<const void*>;
 
-/// The proxies of each kind: of a window, or those in use.
+/// The proxies of each kind: those in use, and those stored for each window.
 Proxies inUse(const support::WorkerProbe& w) {
   return {w.svc_navi_proxy, w.src_ctrl_proxy,        w.video_ctrl_proxy,
           w.av_ctrl_proxy,  w.servicedata_aux_proxy, w.svc_datacontrol_proxy};
@@ -98,11 +98,11 @@ TEST_F(SetWindowTest, ToAnyOtherNumberIsPictureInPicture) {
   }
 }
 
-/// A factory that stops the selection when it fails: its messages with each window, and how many of the proxies
-/// (navigation, source, video, AV, auxiliary, data) are active then.
+/// A factory whose failure stops the selection: its name in the messages for each window, and how many of the proxies
+/// (navigation, source, video, AV, auxiliary, data) are active afterwards.
 struct Stop {
   std::string factory;
-  std::string mainName;  ///< how the messages call it
+  std::string mainName;  ///< its name in messages for the main window
   std::string pipName;
   std::size_t active;
 };
@@ -118,7 +118,7 @@ const std::vector<Stop>& stops() {
   return all;
 }
 
-/// What the selection logs of the failure.
+/// The log lines of the selection for the failure.
 Lines reported(const Stop& stop, const std::string& way, bool pip) {
   const std::string name = pip ? stop.pipName : stop.mainName;
   const std::string null = "0 " + name + " returned NULL!!!";
@@ -134,7 +134,7 @@ struct Stopping {
   bool pip;
 };
 
-/// The worker has no proxy at all: it was never created.
+/// The worker was never created, so it has no proxies.
 class SetWindowStopped : public support::BareWorkerTest, public ::testing::WithParamInterface<Stopping> {};
 
 TEST_P(SetWindowStopped, KeepsWhatWasSelectedBeforeTheFailure) {
@@ -182,7 +182,7 @@ INSTANTIATE_TEST_SUITE_P(Each, SetWindowStopped, ::testing::ValuesIn(eachStop())
 
 const std::string dataControl = "TVServiceAPI::CreateDataControl";
 
-/// What the selection logs when it has no data control.
+/// The log line of the selection when there is no data control.
 std::string noDataControl(bool pip) {
   return pip ? "0 SetWindow svc_datacontrol_proxy_pip create is FAIL!!"
              : "0 SetWindow svc_datacontrol_proxy_main create is FAIL!!";

@@ -29,7 +29,7 @@ bool operator==(const Rect& rect, const std::vector<int>& values) {
   return std::vector<int>{rect.x, rect.y, rect.width, rect.height} == values;
 }
 
-/// Ways in which the source of the window can't be had, and what is logged of it after its first lines.
+/// Faults that hide the window's source, and the log lines after the first ones of reading it.
 struct NoSource {
   std::string words;
   Lines lines;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Raising and lowering the video plane, showing and hiding the picture.
+// Raising and lowering the video plane, and showing and hiding the picture.
 #include <climits>
 
 #include "Picture.h"

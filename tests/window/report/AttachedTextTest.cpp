@@ -79,7 +79,7 @@ TEST_F(AttachedText, HasNoLongestLength) {
 
 class OnTvJson : public ChannelTest {
  protected:
-  /// The found-channel list is one service with this attached text.
+  /// Sets the found-channel list to one service with this attached text.
   void give(std::u16string_view text) {
     worker.Destroy();
     worker.m_ChannelList.push_back(new TCServiceData());

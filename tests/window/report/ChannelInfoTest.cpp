@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The channel-information document, of a record and of the channels on screen and before.
+// The channel-information document, for a record, for the channel on screen and for the previous one.
 #include <cerrno>
 #include <string>
 #include <utility>
@@ -21,7 +21,7 @@ using support::Lines;
 constexpr int attached = TCServiceData::SERVICE_FIELD_110;
 constexpr int name = TCServiceData::CHANNEL_NAME;
 
-/// A record with all fields that the document knows, but for an attached text.
+/// A record with all fields of the document, but without an attached text.
 const std::string whole =
     "{12=281,16=\"News\\u002024\",41=8442,15=300,18=1051,1=9,2=34,6=6,37=4,4=578000,13=7,14=1,22=1}";
 
@@ -50,7 +50,7 @@ const std::string emptyDocument =
                        "serviceid":"18446744073709551615","sourceId":65535,"transportStreamId":65535,"tuneMode":-1,
                        "type":0})");
 
-/// What the three services' first and second give; the previous channel comes without its lock.
+/// The documents of the first two of the three services. That of the previous channel lacks the lock.
 const std::string newsDocument = with(wholeDocument, R"({"lock":0,"minor":0,"type":2})");
 const std::string radioDocument = with(
     wholeDocument, R"({"channelName":"Radio 5","frequency":586000,"lock":65535,"major":8,"minor":0,"programNumber":20,
@@ -59,13 +59,13 @@ const std::string radioDocument = with(
 class ChannelInfo : public ChannelTest {
  protected:
   std::string infoOf(TCServiceData service) { return worker.t_GetChannelInfo(&service); }
-  /// The document of a record that differs from the whole one by this text.
+  /// The document of the whole record with this text in place of a field's value.
   std::string infoWith(int field, std::u16string_view text) {
     TCServiceData service = record(whole);
     channels::setText(service, field, text);
     return infoOf(service);
   }
-  /// The document of a record that holds this number alone.
+  /// The document of a record with this number only.
   Json::Value documentWith(int field, const std::string& value) {
     return parsed(infoOf(record("{" + std::to_string(field) + "=" + value + "}")));
   }
@@ -226,7 +226,7 @@ TEST_F(ChannelInfo, ThatCanNotBeWrittenIsTheEmptyText) {
   EXPECT_EQ(logs(), Lines{reports::notWritten("t_GetChannelInfo")});
 }
 
-// The operations that look a channel up.
+// The operations that look up a channel.
 
 class CurrentChannelInfo : public ChannelTest {};
 class PreviousChannelInfo : public ChannelTest {};

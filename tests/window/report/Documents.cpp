@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-// The plug-in's writer is deprecated in favour of others, which write another layout.
+// The plug-in uses a deprecated writer, since the newer ones write another layout.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace reports {
@@ -56,7 +56,7 @@ std::string notWritten(const std::string& function) {
 
 }  // namespace reports
 
-// Under the names of the linker, which sends each call of the writer to the second and the library's own to the first.
+// The linker directs each call of the writer to the second of these functions. The first one is the library's own.
 std::string write(void* writer, const Json::Value& root) asm("__real__ZN4Json12StyledWriter5writeB5cxx11ERKNS_5ValueE");
 std::string writeUnlessArmed(void* writer,
                              const Json::Value& root) asm("__wrap__ZN4Json12StyledWriter5writeB5cxx11ERKNS_5ValueE");

@@ -13,10 +13,10 @@ namespace reports {
 /// Parses a document. Fails the test when the text is not JSON.
 Json::Value parsed(const std::string& text);
 
-/// A document as the JSON library writes it in one go.
+/// A document as the JSON library writes it as a whole.
 std::string written(const Json::Value& document);
 
-/// The same document with the members of another, both as texts.
+/// Adds the members of one document to another one, replacing existing members. Both are texts.
 std::string with(const std::string& document, const std::string& members);
 
 /// For its lifetime, makes the plug-in's writer of documents throw a std::runtime_error with the text "no document".
@@ -28,7 +28,7 @@ class WriterFault {
   WriterFault& operator=(const WriterFault&) = delete;
   ~WriterFault();
 
-  /// True once a document was not written.
+  /// True once the writer has thrown.
   bool hit() const;
 };
 

@@ -103,7 +103,7 @@ class FullChannelList : public ChannelTest {
     EXPECT_EQ(getUnder("IServiceNavigation::GetServiceList out.services=[" + records + "]"), 1);
     return list;
   }
-  /// Nothing was answered, and the last messages say why.
+  /// Expects a failure: no document was written, and these lines were logged.
   void expectNone(int result, const Lines& lines) {
     EXPECT_EQ(result, 0);
     EXPECT_EQ(list, "as it was");
@@ -225,7 +225,7 @@ TEST_F(FullChannelList, EachFailedCallAnswers0WithItsOwnLineAndLeavesTheTextAsIt
                                 {"IServiceNavigation::GetServiceList", {begun, asking}, "0 GetServiceList failed", 3}};
   for (const Step& step : steps) {
     for (const std::string way : {"result=0", "result=-1", "result=throw"}) {
-      if (step.call == criteria && way == "result=-1") continue;  // a success there
+      if (step.call == criteria && way == "result=-1") continue;  // this is a success of that call
       SCOPED_TRACE(step.call + " " + way);
       const Lines thrown = way == "result=throw" ? Lines{caught("GetFullChannelList", step.call)} : Lines{};
       expectNone(getUnder(step.call + " " + way), join({step.before, thrown, {step.line}}));
@@ -278,7 +278,7 @@ TEST_F(FullChannelList, OfThePictureInPictureHasItsModeButAsksTheMainWindowsNavi
   EXPECT_EQ(asked[2].find("IServiceNavigation[main#1]::GetServiceList"), 0U);
 }
 
-/// So many services, each with an id of its own and a name that looks like the document's own signs.
+/// This number of services, each with its own id and a name that resembles the syntax of the document.
 std::string manyServices(int count) {
   std::string records;
   for (int id = 1; id <= count; ++id) {

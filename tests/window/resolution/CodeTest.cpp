@@ -19,7 +19,7 @@ using virtualtv::WindowId;
 const std::string askResolution = "IAVControl[main#1]::GetResolution() ";
 const Lines failed{place("GetResolution"), banner(0, "GetResolution")};
 
-/// The codes that have a number of their own, and the number of all others.
+/// The numbers of codes that have one of their own, and the number of all other codes.
 constexpr int unknown = 20;
 const std::map<int, int> numbers{{-1, 21}, {0, 2},   {1, 5},   {2, 6},   {3, 7},    {4, 8},   {5, 9},
                                  {10, 10}, {11, 11}, {15, 14}, {16, 15}, {17, 16},  {18, 14}, {19, 17},

@@ -18,7 +18,7 @@ using support::join;
 using support::Lines;
 using virtualtv::WindowId;
 
-/// The document of these numbers: horizontal, vertical, frequency, horizontal frequency.
+/// The document with these numbers: horizontal, vertical, frequency, horizontal frequency.
 std::string document(const std::array<unsigned, 4>& numbers) {
   const auto member = [](const std::string& name, unsigned number) {
     return "   \"" + name + "\" : " + std::to_string(number);

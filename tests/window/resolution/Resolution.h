@@ -10,7 +10,8 @@ using support::Lines;
 
 inline constexpr const char* lastService = "db/boot/last_service";
 
-/// What the worker logs when the main window's AV control is missing and can't be made; and in that case in all.
+/// The log lines of the worker when the main window's AV control is missing and can't be created: the first one, and
+/// all.
 inline const std::string avMissing = "0 av_ctrl_proxy is NULL, t_eWindow =0";
 inline const Lines noAvControl{avMissing, "0 CEmpTaskWindow av_ctrl_proxy create is FAIL!!",
                                "0 AVControlproxy is NULL"};

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Tuning to a satellite service by a JSON description: what is asked of the set, and what failures make of it.
+// Tuning to a satellite service by a JSON description: the calls to the set, and the effects of failures.
 #include "Satellite.h"
 
 namespace satellite {
 
 namespace {
 
-// The way of a description that fits.
+// A description that matches a service.
 
 TEST_F(SatelliteTest, LooksTheTransponderUpThenFindsTheServiceThenTunesToIt) {
   const std::string text = description();
@@ -28,7 +28,7 @@ TEST_F(SatelliteTest, ReadsNoSourceSwitchesNoneAndWritesNoKey) {
   EXPECT_EQ(textSetting("db/kel/current_source_type"), std::nullopt);
 }
 
-// What the members mean.
+// The meaning of the members.
 
 TEST_F(SatelliteTest, TheModulationsThatCanBeSearchedFor) {
   const std::map<std::string, Lines> conditions{{"where 6=16, ", {"16", "65552", "-65520"}},

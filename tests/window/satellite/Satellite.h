@@ -14,20 +14,20 @@ using support::caught;
 using support::join;
 using support::Lines;
 
-/// Members of a description, as JSON writes their values.
+/// Members of a description, with their values as JSON texts.
 using Members = std::map<std::string, std::string>;
 
-/// The description of the set's service 900 with these members in place of its own; an empty value leaves one out.
+/// The description of the set's service 900 with these members replaced; an empty value removes the member.
 std::string description(const Members& changes = {});
 
 /// The log lines of a description up to its parsing, and up to its search.
 Lines understood(const std::string& text);
-/// The line with the text as it was given.
+/// The log line with the text that was passed.
 std::string given(const std::string& text);
 
 extern const std::string notParsed;
 
-/// The calls that a description makes, as traced: without arguments it is the one of the service 900.
+/// The calls that a description makes, as traced. The default arguments are those for service 900.
 extern const std::string createManager;
 std::string lookUp(const std::string& transponder = "65535,26,11727000,27000,1,-1", const std::string& result = "3");
 std::string find(const std::string& conditions =
@@ -45,7 +45,7 @@ class SatelliteTest : public support::WorkerTest {
 
   /// Shows the terrestrial service again, and drops everything observed so far.
   void restart();
-  /// Id of the service on the main window's screen, asked of the set itself.
+  /// Id of the service on the main window's screen, read from the set itself.
   unsigned long long onScreen();
 
   /// Expects that the text returns 0, makes only the expected calls, and changes nothing.

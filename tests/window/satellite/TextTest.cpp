@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Any text whatever as a description: it answers 0, or what the description in it says, and nothing else happens.
+// Any text as a description: the answer is 0, or that of the description in the text, and nothing else happens.
 #include <random>
 
 #include "Satellite.h"
@@ -18,7 +18,7 @@ std::string repeated(std::size_t count, const std::string& text) {
   return all;
 }
 
-// Texts that are not read at all.
+// Texts that are not parsed at all.
 
 TEST_F(SatelliteTest, ATextThatDoesNotBeginWithABraceIsNotEvenParsed) {
   for (const std::string& text :
@@ -75,11 +75,11 @@ TEST_F(SatelliteTest, ATypeOtherThanZeroIsRefusedOnceTheTextIsParsed) {
   }
 }
 
-// Values of another kind.
+// Values of other types.
 
 const std::string exception = "0 Exception Handled by SetDVBSIChannelDirectEx ";
 
-/// Values that are no number of 32 bits.
+/// Values that are not numbers of 32 bits.
 const Lines noNumbers{"\"9\"",
                       "\"\"",
                       "[]",
@@ -94,7 +94,7 @@ const Lines noNumbers{"\"9\"",
                       "-1e300",
                       "99999999999999999999999999999999"};
 
-/// The lines without what the JSON library says in an exception.
+/// The lines without the JSON library's text about an exception.
 Lines withoutReason(Lines lines) {
   if (!lines.empty() && lines.back().rfind(exception, 0) == 0) lines.back() = exception;
   return lines;
@@ -172,7 +172,7 @@ TEST_F(SatelliteTest, BracketsNestedTooDeepAreRefused) {
     expectRefused(text, {});
     EXPECT_EQ(withoutReason(logs()), (Lines{given(text), exception}));
   }
-  expectRefused(repeated(deep, "{"), {});  // is no JSON
+  expectRefused(repeated(deep, "{"), {});  // not JSON
 }
 
 TEST_F(SatelliteTest, ALargeTextIsReadLikeASmallOne) {
@@ -191,7 +191,7 @@ TEST_F(SatelliteTest, ALargeTextIsReadLikeASmallOne) {
 
 TEST_F(SatelliteTest, ADescriptionThatIsDamagedAnywhereAnswersZeroOrOne) {
   const std::string whole = description();
-  std::mt19937 random(20250114);  // the seed is fixed: a failure comes again
+  std::mt19937 random(20250114);  // a fixed seed, so that failures are reproducible
   const std::string alphabet = std::string("{}[]\",:/*\\u0159eE+-. \n\xff\xc3") + '\0';
   for (int round = 0; round < 3000; ++round) {
     std::string text = whole;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Random rectangles between the plug-in's space and the base screen, held against exact fractions.
+// Random rectangles between the plug-in's space and the base screen, compared with exact fractions.
 //
-// The rectangles of a run follow from its seed, which a failure prints; SCREEN_SEED=N runs those of a seed again.
+// The seed of a run determines its rectangles. A failure prints the seed; SCREEN_SEED=N repeats the run.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -18,16 +18,16 @@ using screen::lowest;
 using screen::numbers;
 using screen::Rect;
 
-/// A number, exactly: a fraction of integers that 64 bits hold.
+/// An exact fraction of 64-bit integers.
 struct Fraction {
   std::int64_t over;
-  std::int64_t under;  ///< above 0
+  std::int64_t under;  ///< greater than 0
 
   Fraction operator+(const Fraction& other) const {
     return {over * other.under + other.over * under, under * other.under};
   }
 
-  /// The integer part, as far as it fits an int.
+  /// The integer part, clamped to `int`.
   int cut() const {
     const bool negative = over < 0;
     const std::int64_t whole = ((negative ? -over : over) - (negative ? -over : over) % under) / under;
@@ -38,7 +38,7 @@ struct Fraction {
   }
 };
 
-/// One side of the two spaces.
+/// Corresponding lengths in the two spaces.
 struct Side {
   std::int64_t plugin;
   std::int64_t base;
@@ -97,7 +97,7 @@ class ConversionTest : public screen::ScreenTest, public ::testing::WithParamInt
   /// A number from `least` to `most`.
   int between(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
 
-  /// Any number, small ones and the ends of the range more often than by chance.
+  /// Any number. Small ones and the ends of the range are more likely than by chance.
   int any(int least = lowest) {
     switch (between(0, 3)) {
       case 0:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the operations that ask the video control have in common: which calls they make, in which order, and what each
-// call's failure comes to.
+// What all operations that use the video control have in common: their calls, the order of these, and the effect of
+// each call's failure.
 #include <array>
 #include <ostream>
 
@@ -34,16 +34,16 @@ int askRectangle(WorkerProbe& worker) {
   return worker.GetScreenRect(rect);
 }
 
-/// An operation: what it calls, what its failures come to, what it logs.
+/// An operation: its calls, the effects of their failures, and its log lines.
 struct Operation {
   std::string label;
-  std::string name;  ///< what it logs under
+  std::string name;  ///< its name in log lines
   std::string call;  ///< its call of the video control
   int (*run)(WorkerProbe& worker);
-  int failed;         ///< its result without a video control, and without a source
-  Lines begin;        ///< what it logs before it reads the source
-  Lines noSource;     ///< what it logs when there is none
-  Lines refused;      ///< what it logs behind a call that fails, without what it says before
+  int failed;         ///< its result without a video control or without a source
+  Lines begin;        ///< its log lines before it reads the source
+  Lines noSource;     ///< its log lines when there is no source
+  Lines refused;      ///< its log lines after a failed call, without those before
   std::string bound;  ///< the end of its call when it succeeds
   bool readsSource = true;
 };
@@ -99,7 +99,7 @@ class VideoOperation : public screen::ScreenTest, public ::testing::WithParamInt
   static std::string call() { return "IVideoControl::" + operation().call; }
   int run() { return operation().run(worker); }
 
-  /// What it logs up to its source, and up to its call.
+  /// Its log lines until it reads the source, and until its call.
   static Lines begun() { return join({{place(operation().name, 0)}, operation().begin}); }
   static Lines asked() {
     const Lines read = join({sources::currentLogs(5), sources::converted(5, 20)});
@@ -160,7 +160,7 @@ TEST_P(VideoOperation, FailsWhenItsCallAnswersLessThanOne) {
 INSTANTIATE_TEST_SUITE_P(Each, VideoOperation, ::testing::ValuesIn(operations),
                          [](const auto& test) { return test.param.label; });
 
-/// Operations that write into what the caller gives.
+/// Operations that write into a buffer of the caller.
 using OutputTest = screen::ScreenTest;
 
 TEST_F(OutputTest, ATextThatCannotBeHadLeavesTheBufferAsItIs) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Rectangles between the plug-in's space and the base screen: the values that stand out. ConversionTest has all others.
+// Rectangles between the plug-in's space and the base screen: special values. ConversionTest has all others.
 #include "Screen.h"
 
 namespace {
@@ -14,18 +14,18 @@ using screen::sizeOf;
 
 class RectTest : public screen::ScreenTest {
  protected:
-  /// What the size call gets for a rectangle in plug-in space, which the set accepts whatever it is.
+  /// The arguments of the size call for a rectangle in plug-in space. The set accepts every rectangle here.
   std::string sent(int x, int y, int w, int h) {
     EXPECT_EQ(under("IVideoControl::SetSize result=1", [&] { return worker.SetScreenRect(x, y, w, h); }), 1);
     const std::string call = calls().back();
     return call.substr(call.find('('), call.find(" -> ") - call.find('('));
   }
 
-  /// The text for these outputs of the size query, in the order in which it writes them.
+  /// The text for these outputs of the size query, in the order in which the query writes them.
   std::string text(int x, int y, int third, int fourth) {
     return under(sizeOf(x, y, third, fourth), [this] { return query(getScreenRect).text; });
   }
-  /// The rectangle for them.
+  /// The rectangle for these outputs.
   std::vector<int> rectangle(int x, int y, int third, int fourth) {
     Rect rect{};
     EXPECT_EQ(under(sizeOf(x, y, third, fourth), [&] { return worker.GetScreenRect(rect); }), 1);
@@ -78,7 +78,7 @@ TEST_F(RectTest, PlacesTheWindowDriven) {
   EXPECT_EQ(planeOf(), virtualtv::baseScreen);
 }
 
-// Telling where it is.
+// Reporting its place.
 
 TEST_F(RectTest, TheTextTakesTheThirdOutputForTheHeightAndTheRectangleForTheWidth) {
   EXPECT_EQ(text(100, 200, 400, 600), "x:50,y:100,w:300,h:200");

@@ -7,7 +7,7 @@
 
 #include "support/Sources.h"
 
-/// What the tests of the screen geometry share.
+/// Shared parts of the tests of the screen geometry.
 namespace screen {
 
 using sources::Lines;
@@ -19,30 +19,31 @@ inline constexpr int highest = std::numeric_limits<int>::max();
 /// An operation that writes a text into a buffer.
 using Query = int (kel::CEmpTaskWindow::*)(char*);
 
-/// A worker for the main window. Its set shows the source 5 (the plug-in's 20), on the whole base screen; its two
+/// A worker for the main window. Its set shows the source 5 (the plug-in's 20) on the whole base screen. The set's two
 /// inputs, 5 and 1, give pictures that fill a screen.
 class ScreenTest : public sources::SourceTest {
  protected:
   void SetUp() override;
 
-  /// What a query of a text answers: the result, and what it left in a buffer of 40 bytes that was all `#`.
+  /// The outcome of a query for a text: the result, and the content of a buffer of 40 bytes that was filled with `#`
+  /// before.
   struct Text {
     int result;
-    std::string text;  ///< up to the zero byte; all 40 where there is none
+    std::string text;  ///< up to the zero byte; all 40 bytes if there is none
   };
   Text query(Query operation);
 
-  /// The size of the base screen, as the worker believes it to be.
+  /// Sets the size of the base screen in the worker.
   void setBase(int width, int height);
 
-  /// From now on the video control is missing and can't be made.
+  /// From now on the video control is missing and can't be created.
   void loseVideoControl();
 
-  /// Drives the picture-in-picture window, which shows the source 1 (the plug-in's 15). What was seen before is
-  /// dropped.
+  /// Selects the picture-in-picture window, which shows the source 1 (the plug-in's 15). Drops everything observed so
+  /// far.
   void selectPip();
 
-  /// Where the set shows a window's picture.
+  /// The rectangle where the set shows a window's picture.
   virtualtv::Rect planeOf(virtualtv::WindowId window = virtualtv::WindowId::main) {
     return tv().state()[window].plane.rect;
   }
@@ -51,13 +52,13 @@ class ScreenTest : public sources::SourceTest {
 constexpr Query getScreenRect = &kel::CEmpTaskWindow::GetScreenRect;
 constexpr Query getAfd = &kel::CEmpTaskWindow::GetAFDGeometryRectSize;
 
-/// A buffer that nobody wrote.
+/// The buffer as it is before a query.
 extern const std::string untouched;
 
-/// Numbers in the order in which a rectangle holds them.
+/// The numbers of a rectangle, in its own order.
 std::vector<int> numbers(const Rect& rect);
 
-/// What the size query writes, as the words of a fault, in the order in which it writes it.
+/// A fault that makes the size query write these outputs, in its own order.
 std::string sizeOf(int x, int y, int third, int fourth);
 
 }  // namespace screen

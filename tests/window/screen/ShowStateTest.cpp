@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whether the window shows something, and the source control that asking makes.
+// Whether the window shows something, and the source control that this query creates.
 #include <map>
 
 #include "Screen.h"
@@ -29,7 +29,7 @@ class ShowStateTest : public screen::ScreenTest {
     return under(words, [this] { return ask(); });
   }
 
-  /// The window driven has lost its source control; its own slot too, if that is wanted. The keys are forgotten.
+  /// Removes the source control in use, and with `slot` the stored one of the window, too. Clears the keys.
   void lose(bool slot) {
     worker.src_ctrl_proxy = nullptr;
     if (slot) (worker.t_eWindow == 0 ? worker.src_ctrl_proxy_main : worker.src_ctrl_proxy_pip) = nullptr;
@@ -72,7 +72,7 @@ TEST_F(ShowStateTest, FailsWhenTheStateQueryAnswersZeroOrThrows) {
   EXPECT_EQ(state, 1);
 }
 
-// The source control that is missing, made as window selection makes it.
+// A missing source control is created as window selection creates it.
 
 TEST_F(ShowStateTest, UsesTheWindowsSourceControlAndSetsItsKeys) {
   auto* const mains = worker.src_ctrl_proxy_main;
@@ -122,7 +122,7 @@ TEST_F(ShowStateTest, MakesThePictureInPictureWindowsSourceControlForAnyOtherWin
   }
 }
 
-/// A source control that can't be made: how, and for which window.
+/// A fault that keeps the source control from being created, and the window.
 class ShowStateWithoutControl : public ShowStateTest,
                                 public ::testing::WithParamInterface<std::tuple<std::string, bool>> {};
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Choosing an audio track, by its PID or its position, on either TV stack, where calls answer what they seldom do.
+// Selecting an audio track by its PID or its position, on either TV stack, including rare answers of the set.
 #include <climits>
 
 #include "Sound.h"
@@ -10,7 +10,7 @@ using support::caught;
 using support::join;
 using support::Lines;
 
-/// The two ways to choose a track, on a stack.
+/// The two ways to select a track, on one of the stacks.
 template <typename Base>
 class ChangeAudio : public Base {
  protected:
@@ -32,7 +32,7 @@ std::string counted(const std::string& count) {
 std::string compared(const std::string& position, const std::string& trackPid, const std::string& pid) {
   return "3 k =" + position + ",audio.pid = " + trackPid + ",pid = " + pid + "!";
 }
-/// What is logged of a search up to the second track, which has the PID 257.
+/// The log lines of a search that ends at the second track, which has the PID 257, followed by `then`.
 Lines found(const Lines& then) {
   return join(
       {{counted("3"), compared("0", "256", "257"), compared("1", "257", "257"), "3 SetCurrentAudioByIndex begin!"},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The audio track in use, on either TV stack, where calls answer what they seldom do.
+// The audio track in use, on either TV stack, including rare answers of the set.
 #include "Sound.h"
 
 namespace {
@@ -19,7 +19,7 @@ const std::string operation = "GetCurrentAudioInfo";
 const std::string notKnown = "0 GetCurrentAudioInfo failed";
 const std::string notRead = "0 GetAudio failed";
 
-/// The PID's place in the line always holds -1.
+/// The line always shows the PID as -1.
 std::string told(const std::string& index, const std::string& lang) {
   return "3 GetCurrentAudioInfo =>pid:-1, index:" + index + " lang:" + lang;
 }
@@ -102,7 +102,7 @@ const std::string failureDocument = current("-1", "0", "-1");
 const std::string failed = sound::failed(variant);
 const Lines begunOnIsp{tracks::onIsp, "3 CEmpTaskWindow::GetCurrentAudioInfo_D2TV::Start of  GetCurrentAudioInfo \n "};
 
-/// What is logged of a track that the stack tells.
+/// The log lines for a track that the stack reports.
 Lines toldByIsp(const std::string& pid, const std::string& index, const std::string& lang) {
   return {begunOnIsp[0], begunOnIsp[1],
           "3 CEmpTaskWindow::GetCurrentAudioInfo_D2TV::GetCurrentAudioInfo =>pid:" + pid + ", index:" + index +

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The list of audio tracks, from either TV stack, where calls answer what they seldom do.
+// The list of audio tracks, from either TV stack, including rare answers of the set.
 #include "Sound.h"
 
 namespace {
@@ -171,7 +171,7 @@ TEST_F(IspAudioList, NothingOfTheTvServiceIsNeeded) {
   EXPECT_EQ(alone([this] { return tell(); }), 1);
 }
 
-// What the command answers where no document could be written.
+// The answer of the command when no document could be written.
 
 class AudioListCommand : public tracks::TrackCommand {};
 

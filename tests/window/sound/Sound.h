@@ -27,7 +27,7 @@ inline Members element(std::size_t index) {
                  std::to_string(track.audioMode), std::to_string(track.audioType), std::to_string(track.lang));
 }
 
-/// The list of a stack that counts so many tracks and can read these.
+/// The list of a stack that reports `count` tracks, of which these can be read.
 inline std::string list(int count, const std::vector<Members>& elements) {
   return tracks::document({{"NumOfAudio", std::to_string(count)}}, "items", elements);
 }
@@ -52,11 +52,11 @@ inline const Lines avMissing{"0 av_ctrl_proxy is NULL, t_eWindow =0", "0 CEmpTas
                              "0 AVControlproxy is NULL"};
 inline const Lines navigationMissing = support::join({channels::noNavigation(), {"0 ServiceNavigationproxy is NULL"}});
 
-/// What is logged when the service on screen can't be read.
+/// The log line when the service on screen can't be read.
 inline const std::string noMode = support::banner(0, "t_GetCurrentChannel");
 inline const std::string noService = "0 Fail to get current service data\n";
 
-/// A service on screen without an id, and the id that it is asked for by.
+/// A service on screen without an id, and the id with which its tracks are requested.
 inline const std::string nameless = "IServiceNavigation::GetCurrentService out.service={13=7}";
 inline const std::string greatest = "18446744073709551615";
 

@@ -10,7 +10,7 @@ using support::Lines;
 
 class ConvertTest : public sources::SourceTest {
  protected:
-  /// What a source comes to; nothing when it is refused.
+  /// The converted source; null when the conversion is refused.
   template <typename To, typename From>
   std::optional<int> converted(From from) {
     constexpr int untouched = -77;

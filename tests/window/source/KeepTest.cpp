@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The source keys: seeded at start, published to the middleware, brought up to date after a change.
+// The source keys: seeded at the start, published to the middleware, updated after a change.
 #include "support/Sources.h"
 
 namespace {
@@ -26,7 +26,8 @@ std::string written(const std::string& key, int value) {
   return "3 Set vconf " + key + " = " + std::to_string(value) + " success";
 }
 
-/// A call that fails, the keys that seeding writes and the middleware's afterwards, and what is logged.
+/// A failing call, the values afterwards of the keys that seeding writes and of the middleware's key, and the log
+/// lines.
 struct Failure {
   std::string fault;
   Lines keys;
@@ -40,7 +41,7 @@ class KeepTest : public sources::SourceTest {
     restart();
   }
 
-  /// Values that nobody writes, so that what is written shows.
+  /// Sets the keys to values that no operation writes, so that every write is visible.
   void restart() {
     clearFaults();
     for (const char* key : {mainKey, previousMainKey, pipKey}) setSetting(key, 77);
@@ -48,7 +49,7 @@ class KeepTest : public sources::SourceTest {
     forget();
   }
 
-  /// The three keys that seeding writes, in its order, and the middleware's where that is there.
+  /// The three keys that seeding writes, in that order, and the middleware's key if it exists.
   Lines keys() {
     Lines values;
     for (const char* key : {mainKey, previousMainKey, pipKey}) {
@@ -197,7 +198,7 @@ TEST_F(KeepTest, PublishingFailsWithoutAnAnswerOrAKeyThatCanBeWritten) {
       [this] { return worker.t_SetTVMWMainSourcevconf(mainKey, 20); });
 }
 
-// Bringing the keys up to date.
+// Updating the keys.
 
 TEST_F(KeepTest, UpdateWritesThePreviousSourceThenTheMiddlewaresThenTheCurrentOne) {
   EXPECT_TRUE(worker.t_UpdateSourceVconf(0, 20));

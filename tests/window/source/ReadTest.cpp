@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading a window's source, the one shown, the one before and its state, where calls answer what they seldom do.
+// Reading a window's source, its previous source and its state, including rare answers of the set.
 #include "support/Sources.h"
 
 namespace {
@@ -18,7 +18,7 @@ const Lines askedState{place("GetSource"), "3 This is t_GetCurrentSourceInfo", "
 const Lines askedSource = join({askedState, {"3 GetSourceState = 2"}});
 const Lines askedPrevious{place("GetPreviousSource"), "3 This is t_GetPreviousSourceInfo"};
 
-/// A fault, the result, and what the operation logs.
+/// A fault, the result and output of the operation, and its log lines.
 struct Outcome {
   std::string fault;
   int result;
@@ -28,7 +28,7 @@ struct Outcome {
 
 class ReadTest : public sources::SourceTest {
  protected:
-  /// The three operations; what they write goes to `output`.
+  /// The three operations. They write to `output`.
   int getSource(int seek = 0) {
     auto source = static_cast<_PL_WINDOW_Source>(output);
     const int result = worker.GetSource(&source, static_cast<_PL_WINDOW_SEEK>(seek));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Switching to a source and, of its services, to the first with a major number.
+// Switching to a source and to the first of its services with a major number.
 #include <climits>
 
 #include "Switching.h"
@@ -8,7 +8,7 @@ namespace switching {
 
 namespace {
 
-/// The log lines of a switch to the TV source, behind the request, as far as the search.
+/// The log lines of a switch to the TV source, from after the request up to the search.
 Lines searched(int major) {
   return join({other(0), translated(0, 0, major)});
 }

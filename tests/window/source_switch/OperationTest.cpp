@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The four operations that switch a source: what each does around the switch.
+// The four operations that switch a source: what each of them does before and after the switch.
 #include "Switching.h"
 #include "store/SettingsStore.h"
 

@@ -11,7 +11,7 @@ using sources::pipKey;
 using sources::previousPipKey;
 using virtualtv::WindowId;
 
-/// A worker for the picture-in-picture window, where the set shows the source 1, the plug-in's 15.
+/// A worker for the picture-in-picture window, where the set shows the source 1 (the plug-in's 15).
 class PictureInPictureTest : public SwitchTest {
  protected:
   void restart() override {
@@ -30,7 +30,7 @@ class PictureInPictureTest : public SwitchTest {
   }
 };
 
-/// What is logged behind the previous source.
+/// The log lines after the write of the previous source.
 Lines unpublished(int previous) {
   return {written(previousPipKey, previous), "3 This is t_SetCurrentSourcevconf",
           "0 in_key= db/emp/pipsource  is not equal to db/emp/mainsource", "0 t_SetTVMWMainSourcevconf failed"};

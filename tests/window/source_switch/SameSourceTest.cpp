@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Switching to the source that is shown already: nothing is switched, but keys that say otherwise are put right.
+// Switching to the source that is already on screen: nothing is switched, but keys that differ are corrected.
 #include "Switching.h"
 #include "store/SettingsStore.h"
 
@@ -51,7 +51,7 @@ TEST_F(SwitchTest, AKeyOfAnotherTypeCannotBeRead) {
   EXPECT_EQ(intSetting(previousMainKey), 77);
 }
 
-/// The main window's key says 24.
+/// The main window's key says 24, unlike the set.
 class DisagreeingTest : public SwitchTest {
  protected:
   void restart() override {
@@ -66,9 +66,9 @@ TEST_F(DisagreeingTest, PuttingTheKeysRightStopsAtTheFirstFailureAndKeepsWhatItW
   expectFailures(20, noMajor, {equal}, {{"vconf_get_int result=throw", {thrown}, {"24", "77", "0", "-", "-"}}});
 }
 
-// No source, asked for again.
+// Requesting no source once more.
 
-/// A window without a source, whose keys say that 20 is shown.
+/// A window without a source, while its keys say that it shows 20.
 class NoSourceTest : public SwitchTest {
  protected:
   void restart() override {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Switching to another source than the one shown.
+// Switching to a source that is not on screen.
 #include <climits>
 #include <map>
 
@@ -15,9 +15,9 @@ using sources::previousMainKey;
 constexpr int hdmi = 31;
 constexpr int hdmiTc = 13;
 
-/// The log lines of a switch to HDMI, behind the request, as far as the TV service's answer.
+/// The log lines of a switch to HDMI, from after the request up to the TV service's answer.
 const Lines toHdmi = join({other(hdmi), translated(hdmi, hdmiTc)});
-/// And of leaving the TV service, as far as the secondary stack's answer where that is asked.
+/// The same of a switch away from the TV service, up to the secondary stack's answer if that is asked.
 Lines away(int source) {
   const Lines toIsp{"3 [ISPSource] : SetSource to ISP Source : [48]",
                     support::place("SetSource_D2TV", 3, "Window/Src/EmpTaskWindow_D2TV"),
@@ -25,7 +25,7 @@ Lines away(int source) {
   return join({other(source), source == isp ? toIsp : Lines()});
 }
 
-/// A call that fails with each result that is no success, and with an exception that an operation tells.
+/// A call that fails with each result that is not a success, and with an exception that an operation logs.
 std::vector<Failure> refusals(const std::string& call, const std::string& function, const Lines& told) {
   return {{call + " result=0", told},
           {call + " result=-1", told},
@@ -119,7 +119,7 @@ TEST_F(SwitchTest, AnyPositiveResultIsASwitch) {
   }
 }
 
-/// A request whose source can't be read: what is logged is told with the failure.
+/// A request that can't read the current source. The lines about that come with the failure.
 class UnknownSourceTest : public SwitchTest {
  protected:
   Lines request(int source, int major) override {
@@ -156,7 +156,7 @@ TEST_F(SwitchTest, AStateThatCannotBeReadCountsAsNoSource) {
   }
 }
 
-// Who asks.
+// The application.
 
 TEST_F(SwitchTest, AnApplicationWithoutAnIdIsNoAppId) {
   for (const char* way : {"result=null", "result="}) {

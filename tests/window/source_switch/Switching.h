@@ -19,7 +19,7 @@ inline constexpr int noMajor = -1;
 inline constexpr int isp = 48;
 inline constexpr int none = 43;
 
-extern const Lines startKeys;  ///< the keys as the test starts
+extern const Lines startKeys;  ///< the keys at the start of a test
 
 /// A failing call, its log lines, and the keys and the set's own source afterwards.
 struct Failure {
@@ -52,28 +52,28 @@ class SwitchTest : public sources::SourceTest {
   /// The set's own number of the source that a window shows, -1 for none.
   int shown(virtualtv::WindowId window = virtualtv::WindowId::main);
 
-  /// The log lines of a request that has read what the window shows.
+  /// The log lines of a request up to the read of the window's source.
   virtual Lines request(int source, int major);
 };
 
 // Log lines.
 
-/// A request that has read what the main window shows, the plug-in's 20.
+/// A request that has read the main window's source, the plug-in's 20.
 Lines asked(int source, int major = noMajor);
-/// The source is another one than that.
+/// The requested source is a different one.
 Lines other(int source);
-/// It is one of the TV service.
+/// The requested source is one of the TV service.
 Lines translated(int source, int tc, int major = noMajor);
 std::string leaving(int source);
 std::string written(const std::string& key, int source);
 std::string unwritten(const std::string& key, int source);
 Lines published(int source);
-/// A switch of the main window is recorded.
+/// The main window's switch is recorded.
 Lines recorded(int source, int previous);
-/// Each way in which such a record fails, behind these lines, with the set on this source of its own.
+/// The ways in which recording fails, after the lines `begun`. @param shown  the set's own source of the window then.
 std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, int shown);
 
-/// The call that switches, as traced; with the id of a service where there is one.
+/// The call that switches, as traced, with the id of the service if there is one.
 std::string switchTo(int tc, const std::string& serviceId = {});
 
 }  // namespace switching

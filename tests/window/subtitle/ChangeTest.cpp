@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Choosing a subtitle by its position, on either TV stack, where calls answer what they seldom do.
+// Selecting a subtitle by its position, on either TV stack, including rare answers of the set.
 #include <climits>
 
 #include "Subtitle.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The subtitle in use, on either TV stack, where calls answer what they seldom do.
+// The subtitle in use, on either TV stack, including rare answers of the set.
 #include <climits>
 
 #include "Subtitle.h"
@@ -18,7 +18,7 @@ class CurrentSubtitle : public Base {
  protected:
   int tell() { return this->worker.GetCurrentSubtitle(&language); }
 
-  /// Reads the language under each fault; it is `left` then.
+  /// Reads the language under each fault. Afterwards it must be `left`.
   void expectLanguage(int left, const Lines& begun, const std::vector<Outcome>& outcomes) {
     this->expectEach(begun, outcomes, [&] {
       language = before;

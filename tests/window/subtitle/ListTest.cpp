@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The list of subtitles, from either TV stack, where calls answer what they seldom do.
+// The list of subtitles, from either TV stack, including rare answers of the set.
 #include "Subtitle.h"
 
 namespace {
@@ -23,7 +23,7 @@ const std::string idTold = "3 Current service Id = 281";
 const std::string noSize = "0 Get size of HybridSBT fails";
 const std::string sizeTold = "3 Size Of HybridSBT is 3.";
 
-/// Three tracks, of which these can be read.
+/// The list of a service with three tracks, of which these can be read.
 std::string ofThree(const std::vector<Members>& elements) {
   return document({{"NumOfSubtitle", "3"}}, "subtitle", elements);
 }
@@ -68,7 +68,7 @@ TEST_F(TvSubtitleList, AnyResultAboveZeroSucceeds) {
   for (const char* const words :
        {"ServiceDataAux::GetHybridSBT always result=2", "ServiceDataAux::GetHybridSBTSize result=2",
         "IServiceNavigation::GetCurrentServiceInfo result=2",
-        "TCNavigationModeHelper::GetNavigationCriteria result=-1"}) {  // of which zero alone is a failure
+        "TCNavigationModeHelper::GetNavigationCriteria result=-1"}) {  // fails with 0 only
     EXPECT_EQ(tellUnder(words), 1) << words;
     EXPECT_EQ(text, all) << words;
   }
@@ -93,7 +93,7 @@ TEST_F(TvSubtitleList, AFailureLeavesTheText) {
              {{"IServiceNavigation::GetTvMode",
                -1,
                {"0 GetTvMode failed."},
-               {"result=0", "result=-1", "result=2", "result=2147483647"}},  // a mode is told by 1 alone
+               {"result=0", "result=-1", "result=2", "result=2147483647"}},  // succeeds with 1 only
               {"TCNavigationModeHelper::GetNavigationCriteria result=0", -1, {"0 Get navigation criteria failed"}},
               {ask, -1, {"0 GetCurrentServiceInfo failed."}, below},
               {count + " out.size=2", -1, {idTold, noSize}, below}},
@@ -128,7 +128,7 @@ TEST_F(TvSubtitleList, ADocumentThatCannotBeWrittenAnswersMinusOneAndLeavesTheTe
 
 // From the secondary stack: a document on every path.
 
-/// Two subtitles, two teletext pages and one of teletext subtitles, unless others are said.
+/// The list of a stack with these numbers of subtitles, teletext pages and pages of teletext subtitles.
 std::string ofFive(const std::vector<Members>& elements, const std::string& subtitles = "2",
                    const std::string& teletext = "2", const std::string& teletextSubtitles = "1") {
   return document({{"NumOfSubtitle", subtitles}, {"NumOfTTX", teletext}, {"NumOfTTXSubtitle", teletextSubtitles}},
@@ -137,7 +137,7 @@ std::string ofFive(const std::vector<Members>& elements, const std::string& subt
 const std::string noEntries = ofFive({}, "0", "0", "0");
 const Lines begunOnIsp{tracks::onIsp, "3 GetSubtitleInfo Start!!"};
 
-/// What is logged of the counts.
+/// The log lines of the counts.
 Lines counted(const std::string& total, const std::string& subtitles, const std::string& teletext,
               const std::string& teletextSubtitles) {
   return {"3 CEmpTaskWindow::GetSubtitleInfo GetTotalNumOfSubtitle  sucessufully returned ::with  NumOfSubtitle =>[" +
@@ -232,7 +232,7 @@ TEST_F(IspSubtitleList, NothingOfTheTvServiceIsNeeded) {
   EXPECT_EQ(worker.servicedata_aux_proxy, nullptr);
 }
 
-// What the command answers where no document could be written.
+// The answer of the command when no document could be written.
 
 class SubtitleListCommand : public tracks::TrackCommand {};
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Conversion of the set's texts to what applications and documents want.
+// Conversion of the set's texts to the encodings of applications and of documents.
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,7 +15,7 @@ namespace {
 using support::Lines;
 
 constexpr char untouched = '\x55';
-constexpr std::size_t margin = 64;  // behind the room, to be left alone
+constexpr std::size_t margin = 64;  // behind the output's room; must stay untouched
 
 using Buffer = std::array<char, 514 + margin>;
 
@@ -39,7 +39,7 @@ std::string bigEndian(std::u16string_view units) {
   return bytes;
 }
 
-/// The bytes of UTF-16 with its byte-order mark, in the order of this machine.
+/// UTF-16 with its byte-order mark, as bytes in the order of this machine.
 std::string utf16(std::u16string_view units) {
   std::u16string marked = u"\uFEFF";
   marked += units;
@@ -54,8 +54,8 @@ std::string repeated(std::string_view text, std::size_t times) {
 
 class TextTest : public support::TvTest {
  protected:
-  /// Converts into an untouched buffer. @return what was written at its start; fails the test when anything is
-  /// written behind the first untouched byte or behind the room.
+  /// Converts into a buffer of untouched bytes. @return the output. Fails the test when anything is written after the
+  /// first untouched byte or beyond the room.
   std::string convert(const Conversion& conversion, const std::string& in) {
     Buffer buffer;
     buffer.fill(untouched);
@@ -74,7 +74,7 @@ std::string failed(int error) {
   return "3 iconv failed: " + std::to_string(error);
 }
 
-/// A text, what it comes to, and the error that ends it, in either conversion.
+/// A text, and its output and error in either conversion.
 struct Row {
   std::string in;
   std::u16string utf16;
@@ -110,8 +110,8 @@ std::vector<Row> rows() {
           cut(u'a', 2000, std::string(514, 'a'), E2BIG),
           cut(u'é', 257, repeated("é", 257), 0),
           cut(u'é', 258, repeated("é", 257), E2BIG),
-          cut(u'日', 256, repeated("日", 171), E2BIG),  // the 172nd does not fit whole
-          // Surrogates are no characters in UCS-2, neither alone nor in pairs.
+          cut(u'日', 256, repeated("日", 171), E2BIG),  // there is no room for all of the 172nd
+          // Surrogates are not characters in UCS-2, neither alone nor in pairs.
           lone(0xD800),
           lone(0xDBFF),
           lone(0xDC00),

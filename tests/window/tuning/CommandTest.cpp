@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tuning commands read as parameters.
+// The parameters of the tuning commands.
 #include "Tuning.h"
 
 namespace {
@@ -9,7 +9,7 @@ using support::noNumbers;
 
 class TuningCommand : public channels::ChannelEngineTest {
  protected:
-  /// The first log line of the worker behind that of its place: the parameters as it was given them.
+  /// The worker's first log line after that of its place: the parameters as the worker received them.
   std::string given(const std::string& command, const Lines& parameters) {
     forget();
     execute(command, parameters);
@@ -19,7 +19,7 @@ class TuningCommand : public channels::ChannelEngineTest {
   }
 };
 
-// Digits at the front of a parameter count; without any it is 0. An id is read in any of three bases.
+// Parameters are the digits at their front, and 0 without any. An id is read as decimal, hexadecimal or octal.
 TEST_F(TuningCommand, ReadsItsParametersInTheirOrder) {
   const std::string mostId = "18446744073709551615";
   const auto id = [](const std::string& read) { return "TCServiceId=[" + read + "]"; };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How each operation finds the service to tune to, and what keeps it from that.
+// How each operation finds the service to tune to, and how that can fail.
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -21,10 +21,10 @@ using tuning::place;
 
 using Data = TCServiceData;
 
-/// A proxy of the worker: how it is made, and what is logged where that fails.
+/// A proxy of the worker: its factory, and the log lines when it can't be created.
 struct Proxy {
   std::string factory;
-  Lines missing;  ///< ends in the operation's own line
+  Lines missing;  ///< ends with the operation's own line
   void (*lose)(support::WorkerProbe& worker);
 };
 
@@ -49,7 +49,7 @@ const std::map<std::string, Proxy>& proxies() {
 
 class LookupTest : public tuning::EachOperation {
  protected:
-  /// The line that stands before the proxies are asked for, where the operation has one.
+  /// The line logged before the proxies are checked, if the operation has one.
   Lines opening() const {
     const Lines first{place(operation().name)};
     return operation().logs.front() == first.front() ? first : Lines{};
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Each, LookupTest, ::testing::ValuesIn(operations()), tu
 
 class FindTest : public tuning::TuningTest {
  protected:
-  /// A service as the three have it, on another physical channel, type and number.
+  /// One of the three services with another id, physical channel, type and number.
   virtualtv::Service service(std::uint64_t id, std::uint64_t ptc, std::uint64_t type, std::uint64_t major,
                              std::uint64_t minor) {
     virtualtv::Service made = channels::threeServices().front();
@@ -181,7 +181,7 @@ TEST_F(FindTest, ByServiceIdNeedsNoNavigationForASwitch) {
   EXPECT_EQ(keys()[0], "0");
 }
 
-/// A record without the service's id reads as all ones, which is tuned to.
+/// The id of a record without one reads as all ones, and the operation tunes to that.
 TEST_F(FindTest, ARecordWithoutAnIdIsTunedToAllTheSame) {
   const std::string ones = "18446744073709551615";
   const std::vector<std::pair<std::string, int (*)(support::WorkerProbe&)>> finders{

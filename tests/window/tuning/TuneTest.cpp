@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The steps that all tuning shares: directly where the window shows TV, by a switch of its source where it does not.
+// The steps that all tuning operations share: a direct tune if the window shows TV, otherwise a switch of its source.
 #include <algorithm>
 
 #include "Tuning.h"
@@ -35,7 +35,7 @@ class TuneTest : public tuning::EachOperation {
   Lines switchCalls() const { return join({operation().calls, askSource(hdmi), {switchToTv("282")}}); }
   Lines switchLogs() const { return join({operation().logs, sourceLogs(hdmi, plHdmi), notTv()}); }
 
-  /// Back to HDMI with 281 behind it.
+  /// Returns to HDMI, with 281 as the service before.
   void again() {
     clearFaults();
     tv().tune(WindowId::main, *tv().services().keyOf(281));
@@ -182,7 +182,7 @@ TEST_P(TuneTest, AKeyThatTheSetReadsWithoutWritingItCountsAsMinus1) {
   EXPECT_EQ(keys(), (Lines{"0", "-1", "0", "-", "test.widget:0"}));
 }
 
-/// A write that fails, the log lines behind the switch, and the keys that stay.
+/// A failing write, the log lines after the switch, and the keys afterwards.
 struct Unwritten {
   std::string fault;
   Lines logs;
@@ -224,7 +224,7 @@ TEST_P(TuneTest, ARecordThatFailsAnswers0AndKeepsWhatItWrote) {
   }
 }
 
-// What counts as not showing TV.
+// What counts as another source than TV.
 
 TEST_P(TuneTest, ASourceThatCannotBeReadIsTakenForAnotherThanTv) {
   const std::vector<std::pair<std::string, Lines>> ways{

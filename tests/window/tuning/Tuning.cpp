@@ -44,7 +44,7 @@ const std::string findPtc =
 const std::string findDirect =
     "IService[set#1]::FindService(fetch 12, where 2=35, where 1=2, where 14=0, count=1) service={12=282} -> 1";
 
-/// The proxies that most of them need.
+/// The proxies that most operations need.
 const Lines serviceFirst{"service", "source control", "navigation"};
 
 Operation setChannel() {

@@ -17,27 +17,27 @@ using support::join;
 using support::Lines;
 using support::place;
 
-/// A call that an operation makes to find its service, and the result of its failure.
+/// A call with which an operation looks for its service, and the effect of its failure.
 struct Lookup {
-  std::string call;   ///< the operation of the set
+  std::string call;   ///< the result of the tuning operation
   int result = 0;     ///< what the tuning operation answers
-  std::size_t after;  ///< how many of its log lines stand before
-  Lines logs;         ///< those that follow
-  Lines before;       ///< calls made up to and with it
+  std::size_t after;  ///< the number of its log lines before the call
+  Lines logs;         ///< the log lines after it
+  Lines before;       ///< the calls up to and including this one
 };
 
-/// An operation that tunes, with 281 on screen, to 282.
+/// An operation that tunes from 281, the service on screen, to 282.
 struct Operation {
   std::string name;
   int (*run)(support::WorkerProbe& worker);
-  Lines calls;  ///< those that find the service and the application, as `withoutConditions` gives them
-  Lines logs;   ///< those before the window's source is asked for
-  std::vector<std::string> proxies;  ///< that it needs, in the order in which it asks for them
+  Lines calls;                       ///< the calls that find the service and the application, as in `withoutConditions`
+  Lines logs;                        ///< the log lines before it reads the window's source
+  std::vector<std::string> proxies;  ///< the proxies that it needs, in the order in which it checks them
   std::vector<Lookup> lookups;
-  bool tellsOfOtherSource = false;  ///< it logs that the window does not show TV
+  bool tellsOfOtherSource = false;  ///< it logs when the window does not show TV
 };
 
-/// What a failed test calls it.
+/// The operation's name in messages of failed tests.
 inline std::ostream& operator<<(std::ostream& out, const Operation& operation) {
   return out << operation.name;
 }
@@ -45,13 +45,13 @@ inline std::ostream& operator<<(std::ostream& out, const Operation& operation) {
 /// SetChannel, SetChannel_PTC, SetChannelDirect, SetChannelByServiceid, SetChannel_Seek.
 const std::vector<Operation>& operations();
 
-/// Calls as a trace shows them, with the conditions that the TV chose replaced by the word CONDITIONS.
+/// Calls as in a trace. The word CONDITIONS replaces the conditions that the TV chose.
 Lines withoutConditions(const Lines& calls);
 
 extern const std::string askApp;
-/// The window's source is asked for, on the main window's first source control: the TV service's number of it.
+/// The calls that read the main window's source. @param source  the TV service's number of it.
 Lines askSource(int source);
-/// Log lines of that.
+/// The log lines of these calls.
 Lines sourceLogs(int source, int plSource);
 
 std::string tune(const std::string& serviceId);
@@ -63,18 +63,18 @@ std::string written(const std::string& key, int value);
 extern const std::string onTv;     ///< log line: the window shows TV
 extern const std::string keyIsTv;  ///< log line: the key says so
 
-/// Calls and log lines of recording that TV replaced the plug-in's source `previous` in the main window.
+/// Calls and log lines of recording that TV has replaced the plug-in's source `previous` in the main window.
 Lines recordCalls(int previous);
 Lines recordLogs(int previous);
 
-/// A worker for the main window of a set with the three services 281 to 283, which shows 281 on TV; 282 was on screen
-/// before. The source keys say TV.
+/// A worker for the main window of a set with the three services 281 to 283. The window shows 281 on TV and showed 282
+/// before, and the source keys say TV.
 class TuningTest : public channels::ChannelTest {
  protected:
-  static constexpr int hdmi = 13;    ///< a source of the set, which
-  static constexpr int plHdmi = 31;  ///< is the plug-in's 31
+  static constexpr int hdmi = 13;    ///< the set's number of HDMI
+  static constexpr int plHdmi = 31;  ///< the plug-in's number of it
 
-  /// The window shows another source than TV, as the main window's keys say too.
+  /// Makes the window show HDMI, as the main window's keys say too.
   void showHdmi(virtualtv::WindowId window = virtualtv::WindowId::main);
   /// Selects the picture-in-picture window, which shows TV.
   void drivePictureInPicture();
@@ -107,7 +107,7 @@ class EachOperation : public TuningTest, public ::testing::WithParamInterface<Op
   int runUnder(const std::string& words) {
     return under(words, [&] { return run(); });
   }
-  /// The log line of the operation that has one when the window does not show TV.
+  /// The log line for a window that does not show TV, if the operation has one.
   Lines notTv() const;
 };
 
