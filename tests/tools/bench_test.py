@@ -37,6 +37,7 @@ class BenchTest(ScratchTest):
         self.tool.process_rows = self.rows_of("15")
         self.server_rows = self.tool.server_rows
         self.tool.server_rows = self.rows_of("21")
+        self.enterContext(mock.patch.object(self.tool.broadcasts, "capture", lambda: self.root / "a.ts"))
         self.broadcast_rows = self.tool.broadcast_rows
         self.tool.broadcast_rows = self.rows_of("22")
         self.tool.sizes.measure = lambda job, archive: [("text", "5 bytes")]
@@ -135,6 +136,12 @@ class BenchTest(ScratchTest):
         status, _, err = self.run_tool("--write")
         self.assertEqual((status, self.builds), (2, 0))
         self.assertRegex(err, r"^tools/bench: .*performance\.md can't be written\n$")
+
+        page.rmdir()
+        with mock.patch.object(self.tool.broadcasts, "capture", lambda: None):
+            status, _, err = self.run_tool("--write")
+        self.assertEqual((status, self.builds, page.exists()), (2, 0, False))
+        self.assertRegex(err, r"^tools/bench: row 22 wants a recording, ")
 
     def test_a_missing_page_is_made(self):
         (self.root / "docs/performance.md").unlink()

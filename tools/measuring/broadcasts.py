@@ -22,6 +22,13 @@ def capture():
     return path if path and path.is_file() else None
 
 
+def expect_capture():
+    """Returns the real recording; fails if there is none."""
+    if not (found := capture()):
+        raise Failed(f"row 22 wants a recording, {CAPTURE} beside the folder that EMP_WINDOW_LISTS names")
+    return found
+
+
 def repeated(content, path, size):
     """Writes a file of about that size that repeats the content."""
     with open(path, "wb") as file:
@@ -54,10 +61,7 @@ def scan(program, path):
 
 def measure(job, program):
     """Rows in the form of those of memory: times of the long file, measured alternately, and memory of both files."""
-    source = capture()
-    if source is None:
-        raise Failed(f"row 22 wants a recording, {CAPTURE} beside the folder that EMP_WINDOW_LISTS names")
-    content = source.read_bytes()
+    content = expect_capture().read_bytes()
     long_file = repeated(content, job.scratch / "long.ts", LONG)
     short_file = repeated(content, job.scratch / "short.ts", SHORT)
     program = str(program)
