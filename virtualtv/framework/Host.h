@@ -59,7 +59,8 @@ class Host {
 
   bool isOpen(const std::string& key) const { return engines_.count(key) > 0; }
 
-  /// Tells an engine which application calls it from now on. @return false when there is no such engine.
+  /// Tells an engine which application calls it from now on. Exceptions of the engine propagate. @return false when
+  /// there is no such engine.
   bool setClient(const std::string& key, const Client& client);
 
   /// Runs a command. Exceptions of the engine propagate. @return the result of the engine; false when there is no such

@@ -17,8 +17,8 @@ namespace virtualtv::framework {
 class Message {
  public:
   Message() = default;
-  /// Copies everything that the text needs. @param list  the arguments after `va_start`, one for each conversion;
-  /// consumed.
+  /// Copies everything that the text needs. @param list  the arguments after `va_start`, one for each conversion; stays
+  /// unchanged.
   Message(const char* format, va_list list);
 
   const std::string& format() const;

@@ -30,8 +30,8 @@ class TextDecoder {
   /// Takes a name into account. Call for all names of a list before decoding the first.
   void learn(std::string_view bytes);
 
-  /// @return 16-bit units, with U+FFFD for invalid bytes. Line breaks and tabs become blanks, and other control
-  /// characters are removed. Blanks at both ends are removed.
+  /// @return 16-bit units, with U+FFFD for invalid bytes. Tabs and the line breaks of broadcasts (0x8A) become blanks.
+  /// Other control characters are removed, and so are blanks at both ends.
   std::u16string decode(std::string_view bytes);
 
  private:

@@ -68,7 +68,8 @@ class Client {
 
   /// Handles a message: a request or a batch. The reply goes to the outlet; notifications have none. @param done
   /// called once the message is answered: before this returns, or later when the reply is delayed. Pass the next
-  /// message only after that. Not called when the client ends first.
+  /// message only after that. Not called when the client ends first. If the client has closed its session, its next
+  /// message opens another one.
   void take(std::string_view message, std::function<void()> done);
 
  private:
@@ -91,7 +92,7 @@ class Server {
 
   /// Connects a client. @param outlet  outlives the client.
   /// @param session  a session to take over, which a request without a connection has opened.
-  /// @throws NoSuchSession, TooManySessions.
+  /// @throws NoSuchSession, also when the session is already connected or is the shared one; TooManySessions.
   std::unique_ptr<Client> connect(Outlet& outlet, const std::optional<std::string>& session);
 
   /// Handles a request or a batch of a client that is not connected.

@@ -60,9 +60,10 @@ struct CheckOptions {
   std::optional<std::string> junit;  ///< file for the machine-readable report
 };
 
-/// Checks transcripts one after the other. Prints differences, a list of the failed transcripts when there are several,
-/// and a summary on `out`; prints errors on `err`. @return true when all passed. @throws std::runtime_error when the
-/// report can't be written. If it would overwrite one of the transcripts, this happens before anything is run.
+/// Checks transcripts one after the other. Prints differences and a summary on `out`, and errors on `err`. When several
+/// transcripts are checked, also lists the failed ones on `out`. @return true when all passed. @throws
+/// std::runtime_error when the report can't be written. If it would overwrite one of the transcripts, this happens
+/// before anything is run.
 bool check(kel::CEmpAppBase& app, const CheckOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace virtualtv::shell

@@ -20,7 +20,7 @@ Lines completions(Session& session, std::string_view line);
 
 /// All words that can follow the words before them, whether or not they continue what was typed. @param before  the
 /// words before it; empty for the first word. @param typed  the typed part of the word, used only to narrow large
-/// groups: files to a folder, knobs to a service.
+/// groups: files to a folder, knobs to a service, commands after a `+` to those that take a list.
 Lines wordsBehind(Session& session, const Lines& before, const std::string& typed);
 
 /// The text to append to a half-typed line so that its last word becomes the common start of `words`. If there is only

@@ -31,7 +31,7 @@ std::vector<std::string> splitWords(std::string_view line);
 struct HalfTyped {
   Lines words;          ///< the words before the last one
   std::string last;     ///< the typed part of the last word, as `splitWords` reads it; empty after a blank
-  char quote = '\0';    ///< the open quote in the last word
+  char quote = '\0';    ///< the open quote in the last word, `$` for `$'`; 0 for none
   bool escape = false;  ///< the line ends with a backslash that escapes the next character
 };
 
