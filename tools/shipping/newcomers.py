@@ -167,6 +167,6 @@ def try_lab(place, made):
         report = by_new_user(root, f"mkdir reports\n{start}\n{UNTIL_ALL_LISTEN}\n{run}", f"{HOME}/guide")
         seconds = time.monotonic() - begin
         expect("2 passed, 0 failed" in report, f"the transcripts over the lab: {report}")
-        cases = root.inside(f"{HOME}/guide/reports/lab.xml").read_text(encoding="utf-8").count("<testcase ")
-        expect_same(2, cases, "the tests in the report")
+        suites = root.inside(f"{HOME}/guide/reports/lab.xml").read_text(encoding="utf-8").count("<testsuite ")
+        expect_same(2, suites, "the transcripts in the report")
     return f"installed; a hundred sets started and answered in {seconds:.0f} s, {report.splitlines()[-1]}"
