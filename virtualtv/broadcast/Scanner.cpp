@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::size_t pidCount = 8192;
 constexpr int stuffingPid = 8191;
-/// The number of sections remembered so that they are read only once. Further sections are read each time.
+/// The most sections remembered for each table id, so that their repetitions are not read again. Beyond it, the
+/// sections of that table id are forgotten and read once more.
 constexpr std::size_t mostSeen = 65'536;
 
 // Where fields of a packet are.

@@ -20,7 +20,7 @@ Lines helpOn(const std::string& name, std::size_t columns = 0);
 /// The values that `result=` of a fault can have for an operation, as in "N, throw".
 std::string waysToFail(const seam::Operation& operation);
 
-/// The values that `out.NAME=` of a fault can have, as in "a number".
+/// The values that `out.NAME=` of a fault can have, as in "NUMBER"; empty for an output that a fault can't set.
 std::string takenBy(const seam::Output& output);
 
 }  // namespace virtualtv::shell
