@@ -10,17 +10,19 @@
 
 namespace catalogue {
 
-/// How the form of a command that takes a parameter list is told from the other one, behind the command's name.
+/// Follows a command's name to name its form that takes a parameter list.
 inline constexpr const char* withList = " with a parameter list";
 
-/// An example of each command, as a transcript shows it, by the command's name; with `withList` for that form.
+/// Examples as transcripts, by the name of their command; `withList` follows the name for the form with a parameter
+/// list.
 using Examples = std::map<std::string, std::string>;
 
-/// Reads the examples from a transcript's scenes.
+/// Reads the examples from the scenes of a transcript, each named after its command.
 ///
-/// Reports a command of the catalogue without an example, an example of what is no command, a command's second example,
-/// one that does not run its command, and a file that is no transcript.
-/// @param file  its name in problems.
+/// Adds to `problems`: a command of the catalogue without an example, an example of an unknown command, a second
+/// example of a command, and an example that does not run its command. If the text is not a transcript, adds that, and
+/// returns no examples.
+/// @param file  name of the file, for problems.
 Examples readExamples(const std::string& file, const std::string& text, const Json::Value& catalogue,
                       Problems& problems);
 

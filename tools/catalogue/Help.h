@@ -14,32 +14,32 @@ namespace catalogue {
 /// A member that an object of the help texts may have.
 struct Member {
   const char* name = "";
-  Json::ValueType type = Json::stringValue;  ///< a text is one line and not empty
+  Json::ValueType type = Json::stringValue;  ///< a text must be one line, and not empty
   bool required = true;
 };
 
-/// The help texts, a JSON document that is written by hand, and where in their file each thing stands.
+/// The help texts: a JSON document written by hand. Knows the line of each value, for problems.
 class Help {
  public:
-  /// Reads the document. What is no JSON is reported, and the document is empty then.
-  /// @param file      its name in problems.
-  /// @param problems  kept; outlives the help texts.
+  /// Parses the document. If the text is not a JSON object, adds a problem, and the document is empty.
+  /// @param file      name of the file, for problems.
+  /// @param problems  receives all problems; must outlive this object.
   Help(std::string file, std::string text, Problems& problems);
 
   /// The document.
   const Json::Value& root() const { return root_; }
 
-  /// True as long as nothing was reported.
+  /// True while `problems` is empty.
   bool isFaultless() const { return problems_.empty(); }
 
-  /// Reports something wrong with a value of the document.
+  /// Adds a problem, with the line of a value of the document.
   void report(const Json::Value& at, const std::string& what) const;
 
-  /// True when `object` is an object that has all of `members` that are required and no other than these; otherwise
-  /// what is wrong is reported. @param what  what the object describes, for a person.
+  /// Checks that `object` is an object, has all required `members` in their types, and has no other members. Adds a
+  /// problem for each violation. @param what  describes the object for a person. @return true if there was none.
   bool check(const Json::Value& object, const std::string& what, std::initializer_list<Member> members) const;
 
-  /// The same for an object or array all of whose elements are of one type.
+  /// Checks in the same way that all elements of an object or an array are of one type.
   bool checkAll(const Json::Value& collection, const std::string& what, Json::ValueType type) const;
 
  private:

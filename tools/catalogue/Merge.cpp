@@ -30,7 +30,7 @@ const char* nameOf(kel::Parse parse) {
 struct Kind {
   std::string_view name;
   const char* reply;       ///< how the reply is encoded when the command succeeds
-  bool (*lets)(int code);  ///< true for the failure codes that it can return
+  bool (*lets)(int code);  ///< true for the numbers that can be failure codes of this kind
 };
 
 bool isNegative(int code) {
@@ -93,12 +93,13 @@ class Merger {
   void checkUnused() const;
   bool checkEntry(const Form& form, const std::string& what, const Json::Value& entry) const;
   bool checkFailures(const Form& form, const Kind& kind, const std::string& what, const Json::Value& entry) const;
-  /// The kind of answer that is described; null, and reported, when the description is not sound.
+  /// The kind of the described answer; null, after reporting a problem, if the description is invalid.
   const Kind* kindOf(const Json::Value& described, const std::string& what) const;
 
   /// Marks a name of a section as used. @return false, after reporting a problem, when the section lacks the name.
   bool use(const char* section, const std::string& name, const std::string& user);
-  /// Checks that at most one of a type and a text describes the values of a part of a command; exactly one if needed.
+  /// Checks that not both a type and a text describe the values of a parameter or an answer; one of them must, if
+  /// needed.
   void useValues(const Json::Value& part, bool needed, const std::string& what);
 
   Json::Value command(const Group& group, const Form& form);
@@ -108,7 +109,7 @@ class Merger {
   static Json::Value failures(const Json::Value& described);
 
   const Help& help_;
-  std::set<std::pair<std::string, std::string>> used_;  ///< sections and names in them
+  std::set<std::pair<std::string, std::string>> used_;  ///< section and name of each used text
 };
 
 Json::Value Merger::run(const std::vector<Group>& groups) {

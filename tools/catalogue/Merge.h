@@ -13,24 +13,23 @@
 
 namespace catalogue {
 
-/// What the code states of a command in one of its forms: with the parameters of its row, or with a parameter list.
+/// What the code says about one form of a command: with the parameters of its row, or with a parameter list.
 struct Form {
   std::string_view name;
   std::vector<kel::Parameter> parameters;
-  int preset = 0;              ///< of the answer's value
-  std::optional<int> refusal;  ///< answer when a required parameter does not parse; without one there is no answer then
+  int preset = 0;              ///< default of the answered number
+  std::optional<int> refusal;  ///< answer when a required parameter does not parse; if absent, there is no answer then
 };
 
 /// The commands that take a parameter list. They have no row: the engine's entry for lists runs them itself. A test
-/// holds this against the engine.
+/// compares this list with the engine.
 const std::vector<Form>& listForms();
 
-/// Makes the catalogue: what the command table and `lists` say of each command together with what the help texts say of
-/// it, in their order.
+/// Makes the catalogue: for each command of `table` and then of `lists`, what the code and the help texts say about it.
 ///
-/// Reports, among what is wrong with the help texts themselves, each command without a help text, each help text
-/// without a command, and each command whose help describes another number of parameters than its row has. The
-/// catalogue is to be used only when nothing was reported.
+/// Reports problems to `help`: errors in the help texts, each command without a help text, each help text without a
+/// command, and each command whose help describes another number of parameters than the code has. Use the catalogue
+/// only if nothing was reported.
 Json::Value merge(std::span<const kel::Command> table, const std::vector<Form>& lists, const Help& help);
 
 }  // namespace catalogue

@@ -6,7 +6,7 @@
 
 namespace catalogue {
 
-/// Everything that is found wrong, a line for a person each: "FILE:LINE: what".
+/// The errors found, each a line for a person: "FILE:LINE: what".
 using Problems = std::vector<std::string>;
 
 }  // namespace catalogue

@@ -4,13 +4,14 @@
 
 #include <climits>
 
-/// Which mutant is active: the number in the environment's MUTANT, or none.
+/// The active mutant is the one with the number in the environment variable MUTANT; without it, none is active.
 namespace mutants {
 
-/// True for the active one. Notes that the place was reached.
+/// True for the active mutant. Records that the mutant's place was reached.
 bool active(unsigned number);
 
-/// A switch's value without one of its labels, for as long as this mutant is active.
+/// Removes a label from a switch while this mutant is active: returns `value`, or a value without a label if it equals
+/// `label`.
 template <typename Value, typename Label>
 Value without(unsigned number, Value value, Label label) {
   return active(number) && value == static_cast<Value>(label) ? static_cast<Value>(INT_MIN) : value;

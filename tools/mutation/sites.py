@@ -170,7 +170,7 @@ class Finder:
             self.need(part)
 
     def see_VarTemplateDecl(self, node):
-        # Its instances would be initialised at start in another order than in the source.
+        # Computed at start, its instances would be initialised in another order than in the source.
         self.needed.add(node["name"])
 
     def see_ClassTemplateDecl(self, node):

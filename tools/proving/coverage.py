@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: MIT
 """Measures how much of the code the tests reach: lines, branches and, for the plug-in, independent conditions (MC/DC).
 
-The tests run once, for this and for the checkers of memory. What the counts say of a template holds when any of its instances does it. A
-line that ends in `// not covered: REASON` is left out, with the branches and conditions that begin there.
+The tests run once, for this step and for the sanitizers. A line, branch or condition of a template counts as reached if
+any instance of the template reaches it. A line that ends in `// not covered: REASON` is left out, with the branches and
+conditions that begin there.
 """
 
 import json

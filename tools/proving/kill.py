@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
 """Kills sets at random moments: everything acknowledged must be stored, and an import must be complete or absent.
 
-The short form kills 100, the long one 1000: half of them shells that switch sources, the others shells that import and
-the program's own import and scan, of all kinds of lists and recordings. Each is held, all that it keeps, against what it
-had acknowledged.
+The short form kills 100 sets, the long one 1000. Half of them are shells that switch sources. The others are shells
+that import, and runs of the program's own import and scan, with all kinds of lists and recordings. After each kill,
+everything that the set has stored is compared with what it had acknowledged.
 """
 
 from proving.job import at_least, at_most

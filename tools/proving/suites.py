@@ -1,9 +1,10 @@
 # SPDX-License-Identifier: MIT
-"""All tests in the build that checks addresses and undefined behaviour and counts what of the code ran, run once for all
-steps that ask about them.
+"""Runs all tests once in the instrumented build, for all steps of the proof that need the results.
 
-The tests of a program run in one process, the others through ctest. What the plug-in prints in them stands in a folder
-for each program, a line of the log contract each; under `ctest` for all that ctest runs. What ran stands in `profiles`.
+That build checks addresses and undefined behaviour, and records which code runs. The tests of a program run in one
+process, all other tests through ctest. The messages that the plug-in logs meanwhile are stored as lines of the log
+contract, in a folder for each program; the folder `ctest` has those of all tests that ctest runs. The records of
+coverage are in `profiles`.
 """
 
 import os
@@ -15,20 +16,20 @@ from pathlib import Path
 from proving.job import MINUTE
 
 RUN = re.compile(r"^\[==========\] (\d+) tests? from .* ran[.]", re.MULTILINE)
-PROFILES = "%4m.profraw"  # four a program at most, to which its processes add
-CONTRACT = "log_contract"  # the test whose work the log step does with all programs
+PROFILES = "%4m.profraw"  # at most four files a program, into which all its processes merge their counts
+CONTRACT = "log_contract"  # excluded here: the log step does its work, for all programs
 
 
 @dataclass
 class Suites:
-    """What came of the tests."""
+    """The results of the tests."""
 
     messages: Path
     profiles: Path
     build: Path
-    counted: list = field(default_factory=list)  # how many tests each program ran; None where one ended badly
+    counted: list = field(default_factory=list)  # number of tests that each program ran; None for a failed program
     programs: list = field(default_factory=list)
-    contract: list = field(default_factory=list)  # the command of the test of the log contract
+    contract: list = field(default_factory=list)  # the command that runs the test of the log contract
     others: int = 0
     others_end_well: bool = False
 
@@ -43,7 +44,7 @@ _ran = {}  # by tree
 
 
 def run(job):
-    """The tests, as they went; the first step that asks runs them."""
+    """The results for the tree of a job. The first call runs the tests."""
     if job.top not in _ran:
         _ran[job.top] = run_all(job)
     return _ran[job.top]
@@ -65,7 +66,7 @@ def run_all(job):
 
 
 def attempt(job, suites, name, command):
-    """Runs a command that notes what the plug-in prints under a name."""
+    """Runs a command. The messages that the plug-in logs in it are stored in the folder of this name."""
     folder = suites.messages / name
     folder.mkdir(parents=True)
     noted = {"EMP_WINDOW_LOG_CONTRACT": str(folder), "LLVM_PROFILE_FILE": str(suites.profiles / PROFILES)}
@@ -73,12 +74,12 @@ def attempt(job, suites, name, command):
 
 
 def passed(job, suites, program):
-    """How many tests a program ran; nothing when it ended badly."""
+    """The number of tests that a program ran; None if it failed."""
     done = attempt(job, suites, Path(program).name, [program, "--gtest_brief=1"])
     return None if done.trouble else sum(map(int, RUN.findall(done.out)))
 
 
 def printed(suites, name):
-    """The lines of the log contract that a program printed."""
+    """The lines of the log contract for the messages logged under a name."""
     return {line for file in (suites.messages / name).glob("*.tsv")
             for line in file.read_text(encoding="utf-8", errors="replace").splitlines()}
