@@ -53,9 +53,9 @@ export class EmpConnectionError extends Error {
 /** A TV in memory can't be created, persisted or started. */
 export class EmpTvError extends Error {
   /**
-   * What is to blame: the module, the snapshot or the list that was given; there is not enough memory; it has broken down
-   * (`failed`). With `persist`: another tab or this page has the TV (`in use`), the browser can't keep it (`storage`), or what it
-   * keeps can't be used (`kept`).
+   * The cause: the given module, snapshot or list is invalid; there is not enough memory; or the TV has broken down
+   * (`failed`). With `persist`: another tab, or this page, already uses the key (`in use`); the browser can't store the
+   * TV (`storage`); or the stored data can't be used (`kept`).
    */
   readonly what: 'module' | 'snapshot' | 'list' | 'memory' | 'failed' | 'in use' | 'storage' | 'kept'
   /** The error in a snapshot, a list or stored data, and its place. */
@@ -209,9 +209,9 @@ export interface Tv {
   /** Calls any method of the server, and returns its whole result. */
   call(method: string, params?: object | unknown[]): Promise<any>
   /**
-   * Listens to a topic: the present state first, then each change. After a broken connection it goes on with the events
-   * that were missed. `after` is the number of an event: those behind it that the server holds are told, too, behind the
-   * present state. It counts for the first listener of a connection.
+   * Subscribes to a topic: the listener is called with the current state, then with each change. After a reconnect it
+   * receives the events that it missed. `after` is the number of an event: right after the state, the listener also
+   * receives the later events that the server still has. Only the first listener of a connection can use it.
    */
   on<Name extends Topic>(
     topic: Name, listener: (event: TvEvent<Given<Name>>) => void, options?: {after?: number}): Unsubscribe
@@ -256,7 +256,10 @@ export interface Tv {
   /** @param before  number of a command: the state right before it; by default the current state */
   snapshot(before?: number): Promise<Snapshot>
   restore(snapshot: Snapshot): Promise<Revision>
-  /** Returns everything about a command, given the number from its events; by default about the last one of this session. */
+  /**
+   * Returns everything about a command, given the number from its events; by default about the last command of this
+   * session.
+   */
   why(command?: number): Promise<Why>
   /** Returns the state right after a command, which is chosen as for `why`. */
   history(command?: number): Promise<State>
@@ -322,8 +325,9 @@ export interface KeptTv extends Tv {
  */
 export function createTv(options?: CreateTvOptions): Promise<Tv>
 /**
- * The same, kept in the browser's IndexedDB under a key, which one tab at a time has. What is there is what the TV starts
- * from; `snapshot` and `list` count where nothing is there yet.
+ * Creates a TV that is persisted in the browser's IndexedDB under a key. Only one tab at a time can use a key. The TV
+ * starts from the stored data; `snapshot` and `list` are used only if nothing is stored yet. It ends with `close()`.
+ * @throws EmpTvError
  */
 export function createTv(options: CreateTvOptions & {persist: string}): Promise<KeptTv>
 
@@ -333,9 +337,7 @@ export function forgetTv(key: string): Promise<void>
 /** The synchronous object that an app has on the set. Its calls throw EmpConnectionError when there is no TV. */
 export interface EmpWindow extends Readonly<Commands> {
   readonly isVirtual: true
-  /**
-   * Runs a command: a number, or a text. Where the engine refuses, what was written all the same, else undefined.
-   */
+  /** Runs a command. Returns its reply; if the engine refuses the command without a reply, undefined. */
   Execute(command: string, p1?: Parameter, p2?: Parameter, p3?: Parameter, p4?: Parameter): string | number | undefined
   /** Runs a line of the virtual TV's shell, and returns its output as lines. */
   run(line: string): string[]

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 /*
- * The client of the virtual TV: `connect` to one on a server and `createTv` in memory for tests and tools, `installWindow` for
- * apps that call the plug-in synchronously as on the set. The same file runs in browsers and in Node; what only Node needs is
- * in files of its own, which are loaded there alone.
+ * The client of the virtual TV. Tests and tools use `connect`, for a TV on a server, or `createTv`, for a TV in memory.
+ * Apps, which call the plug-in synchronously as on the set, use `installWindow`. This file runs in browsers and in
+ * Node; code for Node alone is in separate files, which only Node loads.
  */
 import {Tv} from './connected.js'
 import './window.js'
@@ -13,8 +13,8 @@ export {EmpConnectionError, EmpRpcError, EmpTvError}
 const workerPatience = 10_000  // ms until a worker must have started
 
 /**
- * Connects to a server at an http address, as in `await connect('http://127.0.0.1:8090')`, or through sockets of the caller's:
- * `place` is then a function that makes one, as Wire wants it.
+ * Connects to a server. `place` is its http address, as in `await connect('http://127.0.0.1:8090')`, or a function that
+ * creates a socket, like `dial` of Wire.
  */
 export async function connect(place, options = {}) {
   if (typeof place === 'function') return Tv.connect('', place, options)
@@ -45,7 +45,7 @@ export async function forgetTv(key) {
   return (await creation()).forgetTv(key)
 }
 
-/** For Node, which has no synchronous requests: a worker makes them while this thread waits. */
+/** The transport for Node, which has no synchronous requests: a worker makes them while this thread waits. */
 function workerTransport(base, token) {
   const threads = globalThis[Symbol.for('emp-window/threads')] ?? globalThis.process?.getBuiltinModule?.('node:worker_threads')
   if (!threads) throw new EmpConnectionError('installWindow wants a browser, or in Node before 20.16 the module node.js of this package')

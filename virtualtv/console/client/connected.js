@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * The connected client, whatever connects it: what `connect` and `createTv` answer.
+ * The connected client, which `connect` and `createTv` return, regardless of how it is connected.
  */
 import {Events, tell} from './events.js'
 import {Wire} from './wire.js'
@@ -40,8 +40,9 @@ export class Tv {
   #commands
 
   /**
-   * @param address  of the server, empty for a set in memory  @param dial  makes the socket, as for Wire
-   * @param options  those of `connect`
+   * @param address  of the server; empty for a set in memory
+   * @param dial  creates a socket, as for Wire
+   * @param options  as for `connect`
    */
   constructor(address, dial, options) {
     this.address = address
@@ -60,7 +61,10 @@ export class Tv {
     this.window = this.#windowCommands()
   }
 
-  /** Creates a client that is still connecting; calls wait for the connection. @return {tv, opened}; `opened` is a promise */
+  /**
+   * Creates a client that is still connecting; its calls wait for the connection.
+   * @return {tv, opened}; the promise `opened` is fulfilled when the client is connected
+   */
   static begin(address, dial, options) {
     const tv = new Tv(address, dial, options)
     const opened = tv.#wire.open().catch(error => {

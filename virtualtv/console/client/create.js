@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * Makes TVs in memory: finds the module, makes a set of it, keeps that where it is to be kept, and connects a client.
+ * Creates TVs in memory: loads the module, creates a set from it, persists the set if requested, and connects a client.
  */
 import {load} from './load.js'
 import {clientOf, makeSet, optionsOf} from './memory.js'

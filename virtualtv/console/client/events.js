@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * What a connected client's listeners are told.
+ * The subscriptions of a connected client.
  */
 import './window.js'
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Keeps a TV in memory in the browser's IndexedDB, under a key that one tab has at a time. What is there is only ever replaced
- * by what the set that started from it has become.
+ * Persists a TV in memory in the browser's IndexedDB, under a key that only one tab at a time can use. Stored data is
+ * overwritten only by the set that was started from it.
  */
 import './window.js'
 
@@ -27,8 +27,10 @@ const done = request => new Promise((resolve, reject) => {
 const own = new Set()  // keys locked by this page
 
 /**
- * Takes the key for this page. @param patience  ms for another page to give it back
- * @return what gives it back, fulfilled when others can have it @throws EmpTvError where another tab has it, or this page
+ * Locks the key for this page.
+ * @param patience  ms to wait for another page to release it
+ * @return a function that releases the key; its promise is fulfilled when other pages can lock it
+ * @throws EmpTvError if another tab, or this page itself, holds the key
  */
 async function lock(key, patience) {
   const {navigator} = globalThis
@@ -231,10 +233,12 @@ class Keeper {
 }
 
 /**
- * Makes the set that is kept under a key, a new one where there is none, and keeps it from then on.
- * @param make  makes a set from a snapshot, or from what the caller gives where that is undefined
- * @param patience  ms for another page to give the key back
- * @return {set, keeper}: `keeper.saved()` and `keeper.close()`, which comes before the set's
+ * Creates a set from the data stored under a key, or a new one if there is none, and persists it from then on.
+ * @param make  make(snapshot, unusable) creates the set from the stored snapshot, or a new set if that is undefined;
+ *   `unusable(error)` returns the error to throw when the snapshot can't be used
+ * @param patience  ms to wait for another page to release the key
+ * @return {set, keeper}: `keeper.saved()` saves all changes; `keeper.close()` does so and releases the key, and must be
+ *   called before `set.close()`
  */
 export async function keepSet(key, make, patience) {
   const shelf = await openShelf(key, patience)
@@ -248,7 +252,7 @@ export async function keepSet(key, make, patience) {
   }
 }
 
-/** Removes what is kept under a key. */
+/** Removes the data stored under a key. */
 export async function forget(key) {
   const shelf = await openShelf(key)
   try {

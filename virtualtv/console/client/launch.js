@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * A virtual TV of a test's own, for Node: starts emp-window on a free port and connects. The program ends with `close()`,
- * and with this process too, however that ends, since its standard input is a pipe from here.
+ * A separate virtual TV for a test, in Node: starts emp-window on a free port and connects to it. The program ends with
+ * `close()`, and also when this process ends in any way, since its standard input is a pipe from here.
  */
 import {spawn} from 'node:child_process'
 import {readFile} from 'node:fs/promises'
@@ -29,7 +29,11 @@ function isFile(snapshot) {
   return typeof snapshot === 'string' || snapshot instanceof URL
 }
 
-/** Starts the program. @return {child, address, ended, said}, the last being its errors so far. @throws Error with what it wrote on standard error */
+/**
+ * Starts the program, and waits for its address.
+ * @return {child, address, ended, said}; `said()` is its standard error so far
+ * @throws Error with its standard error
+ */
 function start(program, words) {
   const child = spawn(program, words, {stdio: ['pipe', 'pipe', 'pipe'], windowsHide: true})
   const ended = new Promise(resolve => child.on('close', (code, signal) => resolve({code, signal})))
@@ -91,11 +95,14 @@ async function prepare(tv, {list, snapshot}) {
 }
 
 /**
- * Starts a virtual TV of its own, fresh unless a state is given, and connects to it.
- * @param list  file of a channel list that it imports  @param state  directory of the set's state
- * @param snapshot  file, or what `tv.snapshot()` answered  @param program  emp-window's path
- * @param options  further words for `emp-window serve`  @param connection  options of `connect`: appId, widgetId and so on
- * @return the connected client, with `pid`; its `close()` ends the program too
+ * Starts a separate virtual TV, fresh unless a state is given, and connects to it.
+ * @param list  file of a channel list to import
+ * @param state  directory of the set's state
+ * @param snapshot  file, or a result of `tv.snapshot()`
+ * @param program  path of emp-window
+ * @param options  further arguments for `emp-window serve`
+ * @param connection  options of `connect`: appId, widgetId and so on
+ * @return the connected client, with `pid`; its `close()` also ends the program
  */
 export async function launch({program = process.env.EMP_WINDOW || 'emp-window', list, snapshot, state, options,
   ...connection} = {}) {

@@ -31,7 +31,10 @@ async function compileFrom(source) {
 
 let loading
 
-/** Returns the compiled module. @param given  a module, its bytes or its address; by default the module beside this file */
+/**
+ * Returns the compiled module.
+ * @param given  a module, its bytes or its address; by default the module beside this file
+ */
 export function load(given) {
   if (given !== undefined) return compileFrom(given)
   loading ??= compileFrom(own).catch(error => {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * A TV in memory: the set as WebAssembly, in this page or process, behind the client that also speaks to servers. Part of the
- * script tv.js too, so it loads nothing by itself.
+ * A TV in memory: the set as WebAssembly, in this page or process, with the same client as for servers. This file is
+ * also part of the script tv.js, so it loads nothing by itself.
  */
 import {Tv} from './connected.js'
 import {EmpModuleError, startSet} from './module.js'
@@ -23,7 +23,7 @@ function turns() {
 
 const later = turns()
 
-/** Converts a failure of the module to an EmpTvError. @param what  for failures that are not the module's own */
+/** Converts a failure of the module to an EmpTvError, or, if it was closed, to an EmpConnectionError. */
 function named(error) {
   if (!(error instanceof EmpModuleError)) return error
   if (error.code === 'closed') return new EmpConnectionError(`${memory} was closed`)
@@ -125,7 +125,7 @@ function importList(set, content) {
   throw new EmpTvError(isShort(error) ? 'memory' : 'list', `${memory}: list: ${reason}`, {reason})
 }
 
-/** Checks the options of `createTv`. @throws TypeError for an unknown option */
+/** The options of `createTv`, an empty object by default. @throws TypeError if they are not an object */
 export function optionsOf(options = {}) {
   if (typeof options === 'object' && options !== null && !Array.isArray(options)) return options
   throw new TypeError(`an object with the options of createTv is wanted, not '${String(options)}'`)
@@ -144,8 +144,9 @@ export function makeSet(module, options) {
 }
 
 /**
- * Connects a client to a set, which ends with the client.
- * @param before  called by the client's `close`, while set and client still exist  @return {tv, opened}, as Tv.begin
+ * Connects a client to a set. The client's `close` also closes the set.
+ * @param before  called by the client's `close` first, while set and client still exist; may return a promise
+ * @return {tv, opened}, as Tv.begin
  */
 export function clientOf(set, {appId, widgetId} = {}, before = () => {}) {
   const {tv, opened} = Tv.begin('', () => new SetSocket(set), {appId, widgetId})

@@ -7,36 +7,36 @@
  *   const module = await compile(new URL('./emp-window.wasm', import.meta.url))
  *   const set = startSet(module)
  *
- *   compile(source)      a promise of a WebAssembly.Module; source: a URL (text too), in Node a path, a Response, bytes, or
- *                        such a module. What is fetched is compiled while it arrives.
- *   compileNow(bytes)    the same at once. Browsers refuse this on a page's own thread for what is larger than some
- *                        kilobytes; the error then says what to do.
+ *   compile(source)      returns a promise of the WebAssembly.Module. The source is a URL, also as a text; in Node also
+ *                        a path; a Response; bytes; or a module. Fetched bytes are compiled while they arrive.
+ *   compileNow(bytes)    returns the module at once. On a page's own thread, some browsers refuse modules larger than
+ *                        some kilobytes; the error then says what to do.
  *   startSet(module, {snapshot, waits, maximumMemory, complain})
- *                        switches a set on: the built-in one, or that of a snapshot (the text or the document that
- *                        `tv.snapshot` answers). Each call is a set of its own; dropping all references frees it.
- *                          waits          false: replies are never held back by latencies (--no-wait of the server)
- *                          maximumMemory  bytes that the set may take; a call that needs more fails, the set goes on
- *                          complain(line) is told what the set could not read or keep; console.warn otherwise
+ *                        switches a set on: the built-in one, or that of a snapshot, a result of `tv.snapshot` as text
+ *                        or document. Each call creates a separate set, which is freed when nothing refers to it.
+ *                          waits          if false, latencies do not delay replies, as with --no-wait of the server
+ *                          maximumMemory  bytes that the set may use; a call that needs more fails, the set continues
+ *                          complain(line) receives what the set could not read or persist; console.warn by default
  *
  * A set:
- *   set.open(listener, session)  connects a client, as a WebSocket to the server does: `listener(text)` is given each
- *                        message to it, in order: replies and events. `session` takes over one that a post has opened.
- *                        Answers {send(text), close()}. The reply to what `send` is given has been given to the listener
- *                        when `send` returns, unless a latency holds it back; then a timer gives it later. A listener may
- *                        send, post and close; what it throws is reported as an uncaught error.
- *   set.post(text, session)  handles a request as POST /rpc does, with the header Emp-Session where `session` is given,
- *                        and returns the text of the reply ('' for notifications). It is synchronous: where a latency
- *                        holds the reply back it blocks the thread as long, as the call does on a set.
- *   set.close()          ends the set: clients are told nothing more, timers are stopped.
+ *   set.open(listener, session)  connects a client, as a WebSocket to the server does. `listener(text)` receives the
+ *                        messages to this client in order, replies and events. `session` names a session opened by a
+ *                        post, which the client takes over. Returns {send(text), close()}. Before `send` returns, the
+ *                        listener has received the reply, unless a latency delays it; then a timer delivers it. A
+ *                        listener may send, post and close; its exceptions are reported as uncaught errors.
+ *   set.post(text, session)  handles a request like POST /rpc, with `session` as the header Emp-Session if given, and
+ *                        returns the text of the reply, '' for notifications. It is synchronous: a latency that delays
+ *                        the reply blocks the thread, as the call does on a set.
+ *   set.close()          ends the set: clients receive nothing more, timers are stopped.
  *
- * Messages are those of the wire, to the letter. What fails in another way throws EmpModuleError with a `code`:
- *   'version'   the module is of another version than this file, or is none
- *   'compile'   it can't be compiled (here): the message says what to do
- *   'snapshot'  what the set was to start from is no snapshot; the message says what is wrong
+ * Messages are exactly those of the wire. All other failures throw EmpModuleError with a `code`:
+ *   'version'   the module has another version than this file, or is not the virtual TV's
+ *   'compile'   the module can't be compiled here; the message may say what to do
+ *   'snapshot'  the snapshot is invalid; the message says what is wrong
  *   'memory'    there is not enough memory; the set is as it was before the call
- *   'session'   `open` was given a session that is not there
+ *   'session'   the session given to `open` does not exist
  *   'closed'    the set or the client is closed
- *   'failed'    the set could not do it, or has broken down; then every later call says so
+ *   'failed'    the set could not carry out the call, or has broken down; then every later call fails in the same way
  */
 
 const version = '1.3.0'
@@ -62,9 +62,9 @@ function isNode() {
   return typeof process === 'object' && Boolean(process.versions?.node)
 }
 
-/** Where a text says that something is: an address, or in Node a path. */
+/** The URL for a text, which is an address, or in Node also a path. */
 async function addressOf(text) {
-  const isPath = isNode() && !/^[a-z][a-z\d+.-]+:/i.test(text)  // the letter of a drive is no scheme
+  const isPath = isNode() && !/^[a-z][a-z\d+.-]+:/i.test(text)  // a single letter is a drive, not a scheme
   return isPath ? (await import('node:url')).pathToFileURL(text) : new URL(text, globalThis.location?.href)
 }
 
@@ -126,7 +126,7 @@ export function startSet(module, options = {}) {
   return new ModuleSet(checked(module), options)
 }
 
-/** Calls a listener; what it throws is reported as an uncaught error and stops nothing here. */
+/** Calls a listener. Its exceptions are reported as uncaught errors, and do not stop the caller. */
 function tell(listener, text) {
   try {
     listener(text)

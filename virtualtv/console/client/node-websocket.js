@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * A WebSocket client (RFC 6455) over node:http, for Node 20, which has none of its own. It has the part of the standard's
- * interface that client.js uses. No extensions, no subprotocols. Messages are whole when they are told.
+ * A WebSocket client (RFC 6455) over node:http, for Node before 22, which has none of its own. It has the part of the
+ * standard interface that client.js uses, without extensions and subprotocols. Listeners receive only whole messages.
  */
 import {createHash, randomBytes} from 'node:crypto'
 import http from 'node:http'
@@ -198,7 +198,7 @@ export class NodeWebSocket extends EventTarget {
   #failure
   #timer
 
-  /** @param url  ws: or wss:  @param mostPayload  bytes of the longest message that is taken; longer ones end it */
+  /** @param url  ws: or wss:  @param mostPayload  bytes of the longest message; a longer one ends the connection */
   constructor(url, {mostPayload = 256 * 1024 * 1024} = {}) {
     super()
     this.url = String(url)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * The worker behind `installWindow` in Node: makes the requests that the main thread waits for, and holds the WebSocket
- * that keeps the session, which has to answer pings while the main thread is busy.
+ * The worker behind `installWindow` in Node. It makes the requests that the main thread waits for. It also holds the
+ * WebSocket that keeps the session alive, and answers its pings while the main thread is busy.
  */
 import http from 'node:http'
 import https from 'node:https'

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * The client in Node: client.js, and what it wants of Node at once. From 20.16 on Node hands that to modules that browsers load too;
- * before, only to modules that import it, as this one does.
+ * The client in Node: client.js, with the module that its synchronous calls need. From 20.16 on, client.js can load
+ * that module itself. In older versions only an import can, which browsers would refuse, so it is here.
  */
 import * as threads from 'node:worker_threads'
 

@@ -8,8 +8,8 @@ import './window.js'
 const {setOf} = globalThis[Symbol.for('emp-window/2')]
 
 /**
- * Serves a client at the other end of a port, until one of both closes it.
- * @param tv  made by createTv on this side
+ * Serves a client at the other end of a port, until either side closes the connection.
+ * @param tv  a result of `createTv` on this side
  */
 export function servePort(tv, port) {
   let connection

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 /*
- * Runs transcripts, the sessions with the plug-in that emp-window's shell prints and `emp-window check` replays, on anything
- * that has the plug-in's `Execute`: a virtual TV of client.js, an app's own object, or the object on a real set.
+ * Runs transcripts on anything that has the plug-in's `Execute`: a virtual TV of client.js, an app's own object, or the
+ * object on a real set. Transcripts are sessions that emp-window's shell prints and `emp-window check` replays.
  *
- * What `Execute` returns tells a number from a text, but not the two kinds of text from each other, so values are compared.
- * Lines that speak to the set run on a virtual TV; elsewhere they are skipped and listed.
+ * The result of `Execute` distinguishes numbers from texts, but not the two kinds of text, so only values are compared.
+ * Lines for the set run on a virtual TV; elsewhere they are skipped and listed.
  */
 
 const utf8 = new TextEncoder()
@@ -100,7 +100,7 @@ function showUnicode(text) {
   return [`unicode "${shown}"`]
 }
 
-/** A result of `Execute` as the shell prints it. @param like  the expected reply, which decides between the kinds of text */
+/** A result of `Execute` as the shell prints it. @param like  the expected reply, whose kind of text is assumed */
 function show(value, like) {
   if (value === undefined || value === null) return [like.isRefused ? 'refused' : 'empty']
   const text = String(value)
@@ -108,7 +108,7 @@ function show(value, like) {
   return like.isRefused ? [`refused ${shown[0]}`, ...shown.slice(1)] : shown
 }
 
-/** A reply as a transcript shows it, line by line. @param reply  what `window.execute` answers: {accepted, kind, value} */
+/** The lines of a reply in a transcript. @param reply  the result of `window.execute`: {accepted, kind, value} */
 export function replyLines({accepted, kind, value, units, bytes}) {
   if (kind === 'empty') return [accepted ? 'empty' : 'refused']
   const shown = kind === 'int' ? [`int ${value}`]
@@ -294,12 +294,13 @@ function wanted(step, isComplete) {
 }
 
 /**
- * Runs a transcript. Fresh sets answer as it says; skipped lines may leave a set in another state than it expects.
+ * Runs a transcript, which expects a fresh set. After skipped lines, the set may be in another state than the
+ * transcript expects.
  * @param plugin  has `Execute(name, p1, p2, p3, p4)`, which may be asynchronous
- * @param name  stands in the report
+ * @param name  the transcript's name in the report
  * @return {name, passed, steps: [{line, input, expected, printed, passed, skipped, failure, seconds}], skipped, findings,
  * diff, junit}
- * @throws SyntaxError when the text is no transcript
+ * @throws SyntaxError if the text is not a transcript
  */
 export async function runTranscript(text, plugin, {name = 'transcript'} = {}) {
   const {opening, steps: read} = readTranscript(text, name)

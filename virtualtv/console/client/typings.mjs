@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 /*
- * Makes commands.d.ts from the server's OpenRPC document:
+ * Generates commands.d.ts from the server's OpenRPC document:
  *
  *   emp-window serve --fresh &  curl -s http://127.0.0.1:8090/openrpc.json | node typings.mjs > commands.d.ts
  *
- * With --check it compares instead and says whether the file is up to date, with status 1 where it is not.
+ * With --check it only compares: the status is 1 if the file is not up to date.
  */
 import {readFileSync} from 'node:fs'
 import {pathToFileURL} from 'node:url'

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 /*
- * The synchronous object that a web application has on the set, here in front of the virtual TV. As a classic script in
- * the head of a page, served by the virtual TV itself, it puts the object under a name before the app's first line runs:
+ * The synchronous object that a web application has on the set, connected to the virtual TV. As a classic script in the
+ * head of a page, served by the virtual TV itself, it creates the object under a name before the app's first line runs:
  *
  *   <script src="http://127.0.0.1:8090/window.js?name=tvWindow"></script>
  *
- * The query names the object; it may also have appId, widgetId and token. client.js imports the same file and takes from
- * it what `installWindow` and `connect` share. So the file is neither a module nor needs to be one: it exports nothing,
- * imports nothing, and keeps what it defines under a symbol, where a second copy on the same page finds it.
+ * The query names the object; it may also have appId, widgetId and token. client.js imports the same file for the code
+ * that `installWindow` and `connect` share. The file must work as script and as module, so it has no imports and
+ * exports: its definitions are under a symbol of the global object, where a second copy on the same page finds them.
  */
 (() => {
   'use strict'
 
   /**
-   * The connection broke, could not be made, or was closed, or the server refused the request. `sent` is true when the TV
-   * may have run the call; it is never sent again then. False means that it has not run.
+   * The connection broke, could not be made, or was closed, or the server refused the request. If `sent` is true, the
+   * TV may have run the call, which is never sent again; if false, the call has not run.
    */
   class EmpConnectionError extends Error {
     constructor(message, {cause, status, sent = false} = {}) {
@@ -63,7 +63,7 @@
     return url.origin + url.pathname.replace(/\/+$/, '')
   }
 
-  /** The address of a server's WebSocket. Browsers can't send headers with it, so session and token are in the query. */
+  /** The address of a server's WebSocket. Browsers can't add headers to it, so session and token are in the query. */
   function socketUrl(base, {session, token} = {}) {
     const url = new URL(base.replace(/^http/, 'ws') + '/rpc')
     if (session !== undefined) url.searchParams.set('session', session)
@@ -308,8 +308,9 @@
   let remoteKeys = new Set()
 
   /**
-   * Passes keys of the keyboard that work the remote control to the page, which sends them where its keys go: the app gets
-   * them back as keys of a remote control, or not at all. So they do the same wherever the focus is.
+   * Passes keyboard keys that operate the remote control to the page. The page sends them where the remote control's
+   * keys go: either back to the app, as keys of a remote control, or to the TV. So they have the same effect wherever
+   * the focus is.
    */
   function passKeys(parent, origin) {
     const passed = new Set()
@@ -330,8 +331,8 @@
   const heard = new Set()
 
   /**
-   * In a frame of the virtual TV's own page: tells it that the app is there, and takes the keys of its remote control.
-   * Messages of others, and those of another origin, are left alone. With a TV in memory the page is one of the app's origin.
+   * In a frame of the virtual TV's page: reports to the page that the app is there, and receives keys of its remote
+   * control. Ignores messages from other windows and origins. With a TV in memory, the page must have the app's origin.
    */
   function listenToRemote(object, {address, tv}, name) {
     const {parent, document, location} = globalThis
@@ -355,9 +356,9 @@
   const installed = new WeakSet()
 
   /**
-   * Puts the object under a name into `target`, mostly `globalThis`, and returns it. Where the same name has one already,
-   * as after hot reload, that is returned, unless its TV was closed. A server that can't be reached yet is told on the
-   * console; the object is there all the same, and its next call tries again.
+   * Puts the object under a name into `target`, usually `globalThis`, and returns it. If the name already has such an
+   * object, as after hot reload, returns that one, unless its TV was closed. If the server can't be reached yet, prints
+   * a warning on the console; the next call of the object tries again.
    */
   function install(target, options) {
     const {name} = options

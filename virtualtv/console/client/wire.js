@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * What a connected client speaks through. What carries it is somebody else's: a WebSocket to a server, or anything that looks
- * like one to a set in the same process.
+ * Sends the calls of a connected client and receives events. The caller provides the socket: a WebSocket to a server,
+ * or an object with the same interface for a set in the same process.
  */
 import './window.js'
 
@@ -20,8 +20,8 @@ function objectIn(text) {
 }
 
 /**
- * Calls and events over a socket that is made anew when it breaks. It keeps the calls that were not answered; a call that
- * was sent once is never sent again.
+ * Calls and events over a socket, which is replaced by a new one when it breaks. Calls in flight then fail, since a
+ * call is never sent twice; calls made without a connection wait for the next one.
  */
 export class Wire {
   isClosed = false
@@ -39,12 +39,14 @@ export class Wire {
   #event
 
   /**
-   * @param dial  makes a socket, at once or as a promise: what Wire uses of a WebSocket, which is onopen, onmessage with a text
-   * as `data`, onerror, onclose, send(text), close(code, reason) and readyState. It opens in a later turn. One that `isNear` is not
-   * given up while it does not answer.
-   * @param base  what messages call its other end  @param patience  ms for which calls wait for a connection
-   * @param pauses  {first, longest}, ms before it is made anew: doubles with each try that fails
-   * @param welcome  called with each new connection, before any other call  @param lost  called when one breaks
+   * @param dial  returns a new socket, or a promise of one. It has the part of a WebSocket that Wire uses: onopen,
+   *   onmessage with a text as `data`, onerror, onclose, send(text), close(code, reason), readyState. It must open in
+   *   a later turn. With `isNear`, the connection attempt has no time limit.
+   * @param base  name of the other end in messages
+   * @param patience  ms for which calls wait for a connection
+   * @param pauses  {first, longest}: ms before reconnecting; doubles with each failed attempt
+   * @param welcome  called as welcome(ready, fail) when a socket has opened; other calls are sent after ready()
+   * @param lost  called with the reason when a connection breaks
    * @param event  called with the parameters of each event
    */
   constructor({dial, base, patience, pauses, welcome, lost, event}) {
@@ -61,7 +63,7 @@ export class Wire {
     return this.#isReady
   }
 
-  /** Connects. Fails when that is not possible. */
+  /** Connects, and sends the waiting calls. Rejects if that is not possible. */
   async open() {
     const socket = await this.#dial()
     await new Promise((resolve, reject) => this.#shakeHands(socket, resolve, reject))

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 /*
- * Puts modules into one classic script. It knows the imports and exports that these modules use, and refuses others.
+ * Bundles modules into one classic script. Supports only the forms of import and export that these modules use, and
+ * refuses any other.
  */
 
 const importLine = /^import (?:\{([^}]*)\} from )?'([^']*)';?$/gm
 const exportLine = /^export (?=(?:async )?(?:function\*?|class|const|let) (\w+))/gm
 
-/** A module as an expression that runs it and returns its exports. @param valueOf  returns the expression for an imported module */
+/**
+ * A module as an expression that runs it and returns its exports.
+ * @param valueOf  returns the expression for an imported module
+ */
 function expressionOf(path, text, valueOf) {
   const names = []
   const body = text

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * Inflates what `deflate` has made (RFC 1951), at once: browsers only do that asynchronously.
+ * Decompresses data in the format `deflate` (RFC 1951) synchronously, which browsers only do asynchronously.
  */
 
 const mostBits = 15  // longest code

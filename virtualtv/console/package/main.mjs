@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * main.mjs WASM DIRECTORY: makes the package that npm installs: the client, the set's module as emp-window.wasm, and the script
- * tv.js, which has all of it inside.
+ * main.mjs WASM DIRECTORY: builds the npm package in DIRECTORY: the client, the set's module as emp-window.wasm, and
+ * the script tv.js, which contains both.
  */
 import {execFileSync} from 'node:child_process'
 import {copyFileSync, mkdirSync, readFileSync, readdirSync, rmSync, statSync, writeFileSync} from 'node:fs'

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 /*
- * The script tv.js: a TV in memory, and the object of the set on it under a name, before the next script of the page runs.
+ * The script tv.js: creates a TV in memory, and under a name the object that apps have on a set, before the next script
+ * of the page runs.
  *
  *   <script src="tv.js" data-name="tvWindow"></script>
  *   <script src="tv.js?name=tvWindow"></script>
  *
- * The other attributes and words of the query are app-id (appId), widget-id (widgetId) and wait, which may be false. Without a
- * name the script gives the page `empWindow`, whose functions do the same step by step.
+ * Other attributes are data-app-id, data-widget-id and data-wait, which may be false; in the query they are appId,
+ * widgetId and wait. Without a name the script defines the global `empWindow`, whose functions do the same step by
+ * step.
  */
 import {inflate} from './inflate.js'
 import {clientOf, makeSet, optionsOf} from './memory.js'

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * Takes a module of WebAssembly apart into its sections and puts it together again.
+ * Splits a WebAssembly module into its sections, and joins sections to a module.
  */
 
 /** Reads a number in the module's format, seven bits per byte. @return {value, end} */

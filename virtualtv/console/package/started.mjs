@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Runs the start of a module and puts the memory that it leaves into the module in place of what it begins with. Whoever
- * loads that has a set which is made already: its services are in the database, the tables are read.
+ * Runs the start of a module, and replaces the module's initial memory with the memory after the start. A set from that
+ * module is complete when it is loaded: its services are in the database, and the tables are read.
  */
 import {moduleOf, numberAt, numberBytes, sectionsOf} from './sections.mjs'
 
@@ -13,8 +13,8 @@ const sections = {export: 7, global: 6, data: 11}
 const starting = ['_initialize', 'main', 'malloc', 'free', 'sbrk']  // exports used only by this file
 
 /**
- * What the start may ask: whether there are environment variables, and the time, which SQLite takes for its random numbers. They
- * stand in headers of journals, which are in memory here.
+ * The only system functions that the start may use: the environment, which it does not get, and the time, which is 0.
+ * SQLite seeds its random numbers with the time. It uses them in headers of journals, which are in memory here.
  */
 function answersFor(memory) {
   const well = 0

@@ -36,9 +36,9 @@ _GREATEST_JSON_INTEGER = 2**53 - 1
 _NO_SUCH_METHOD = -32601
 _BAD_VALUE = 1002
 _NO_SUCH_SESSION = 1003
-_START_PATIENCE = 10.0  # seconds until the program has to tell its address
-_END_PATIENCE = 5.0  # seconds until it is killed
-_MOST_OUTPUT = 64 * 1024  # characters of the program's output that are kept
+_START_PATIENCE = 10.0  # seconds until the program must print its address
+_END_PATIENCE = 5.0  # seconds until the program is killed
+_MOST_OUTPUT = 64 * 1024  # characters of the program's output to keep
 
 
 class EmpConnectionError(ConnectionError):
