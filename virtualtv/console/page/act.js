@@ -19,7 +19,7 @@ export function useTv(client) {
   connected = client
 }
 
-const patience = 1000  // ms until an action without an answer is shown
+const patience = 1000  // ms until an action is shown although it has no answer yet
 
 /**
  * Makes a call, and records it as the last action. Errors are shown, not thrown.

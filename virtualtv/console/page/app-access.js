@@ -12,7 +12,11 @@ export function scriptLine() {
   return `<script src="${location.origin}/window.js?name=tvWindow${hasToken ? '&token=TOKEN' : ''}"></script>`
 }
 
-/** What else an app of an origin needs: text, and what to copy. @param {string} origin @return {{text: string, name: string, copy: string} | undefined} */
+/**
+ * What an app of an origin needs besides the line: an explanation, and a text to copy; undefined if nothing.
+ * @param {string} origin
+ * @return {{text: string, name: string, copy: string} | undefined}
+ */
 export function need(origin) {
   return {text: 'Start the server so that it lets the origin of the app in:', name: 'option', copy: `emp-window serve --allow-origin '${origin}'`}
 }

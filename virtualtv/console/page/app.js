@@ -104,7 +104,7 @@ class App extends Part {
     ]
   }
 
-  /** The button disappears, so a keyboard user gets the focus on the apps to start. */
+  /** Closes the app. The button disappears, so for keyboard users the focus moves to the choice of apps. */
   #close = (/** @type {MouseEvent} */ {detail}) => {
     if (detail === 0) /** @type {HTMLElement} */ (this.querySelector('.app-choice button')).focus()
     appFrames.close()

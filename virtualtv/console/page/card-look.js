@@ -15,10 +15,10 @@ function numbersOf(seed) {
 
 /**
  * @typedef {object} Look
- * @property {string[]} tones  of the pattern, dark to light
- * @property {string} accent  of texts and hands on dark ground
- * @property {number} pattern  which it is
- * @property {() => number} next  further numbers for it
+ * @property {string[]} tones  colours of the pattern, dark to light
+ * @property {string} accent  colour of texts and hands on a dark ground
+ * @property {number} pattern  index in `patterns`
+ * @property {() => number} next  returns further numbers for the pattern
  */
 
 const secondHues = [40, 75, 150, 180, 210, 285, 320]

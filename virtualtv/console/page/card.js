@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
  * The test card, 540 units high, with a width according to its aspect ratio. The static part is drawn once, the moving
- * part again with each picture. Small texts are 40 units high, so that they are readable when the card is 240 x 135.
+ * part with each picture. Small texts are 40 units high, so that they are readable when the card is 240 x 135.
  */
 import {drawPattern, lookOf} from './card-look.js'
 
@@ -13,7 +13,7 @@ import {drawPattern, lookOf} from './card-look.js'
  * @typedef {object} Moment
  * @property {number | null} counter  pictures since the card came on screen; null in a picture of the past
  * @property {Date | null} time
- * @property {boolean} isCalm  the moving mark rests
+ * @property {boolean} isCalm  true if the mark must not move
  */
 
 export const cardHeight = 540
@@ -165,7 +165,10 @@ function drawDial(context, x) {
   }
 }
 
-/** @param {number} counter @param {number} width @param {number} rate @return {Rect} the moving mark crosses the card in two seconds */
+/**
+ * The moving mark, which crosses the card in two seconds.
+ * @param {number} counter @param {number} width @param {number} rate @return {Rect}
+ */
 function markAt(counter, width, rate) {
   const steps = Math.max(2, Math.min(2 * rate, width))
   return {x: Math.round(counter % steps / steps * (width - 40)), y: markTop + 4, width: 40, height: bandTop - markTop - 8}
@@ -173,12 +176,12 @@ function markAt(counter, width, rate) {
 
 /**
  * @typedef {object} Moving  a part of a card that changes
- * @property {string} state  what it shows; it is drawn again when that has changed
+ * @property {string} state  identifies its content; the part is redrawn when that has changed
  * @property {Rect} area
  * @property {(context: Context) => void} draw
  */
 
-/** @param {Card} card @return {string} the colour of what moves on it */
+/** @param {Card} card @return {string} the colour of its moving parts */
 export const accentOf = card => lookOf(card.seed).accent
 
 /**

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* Lines that a person types: a command with its parameters, after a `+` for a parameter list, or a line of the shell. */
+/* Lines that a person types: a command with its parameters, a leading `+` for a parameter list, or a shell line. */
 import {splitWords} from '../transcript.js'
 import {commandLine} from './deed.js'
 import {remember, remembered} from './memory.js'
@@ -7,7 +7,7 @@ import {store} from './store.js'
 
 /** @typedef {{kind: 'shell', line: string} | {kind: 'command', name: string, parameters: string[], isList: boolean}} Typed */
 
-/** @param {string} line @return {Typed | undefined} undefined where a quote is open, or the like */
+/** @param {string} line @return {Typed | undefined} undefined for an invalid line, such as one with an open quote */
 export function parse(line) {
   const text = line.replace(/^\s*>?\s*/, '')
   if (text.startsWith('.')) return {kind: 'shell', line: text}

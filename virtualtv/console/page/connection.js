@@ -41,7 +41,8 @@ async function adviceFor(address) {
 }
 
 /**
- * Connects once that is possible. @param {(connection: Connection) => void} tell  receives the reason for the delay
+ * Connects, and tries again until that succeeds.
+ * @param {(connection: Connection) => void} tell  receives the reason after each failed attempt
  * @return {Promise<import('../client.js').Tv>}
  */
 export async function open(tell) {
@@ -103,7 +104,7 @@ export function keeping(directory) {
  */
 export const given = ({address}) => ({name: address, address, remarks: []})
 
-/** Further content of the pane Set about the stored state: none. @return {import('./dom.js').Child} */
+/** What the pane Set shows about the stored state: nothing here. @return {import('./dom.js').Child} */
 export const besides = () => null
 
 /** The sessions to show: all of them. @param {any[]} sessions  as the set lists them */

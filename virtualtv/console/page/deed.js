@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /* A call on the wire, in the three notations that people use. */
 
-/** @param {unknown} value  a word of a transcript, quoted where it needs to be */
+/** Quotes a word for a transcript if needed. @param {unknown} value */
 export function word(value) {
   const text = String(value).replace(/[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/g, '\ufffd')
   if (/^[\w@%+=:,./-]+$/.test(text)) return text
@@ -9,7 +9,7 @@ export function word(value) {
   return `'${text.replaceAll("'", "'\\''").replaceAll('\\x', "\\''x")}'`
 }
 
-/** @param {string} unit  to write as escaped bytes of a transcript */
+/** A character as escaped bytes of a transcript. @param {string} unit */
 function bytesOf(unit) {
   return Array.from(new TextEncoder().encode(unit), byte => `\\x${byte.toString(16).toUpperCase().padStart(2, '0')}`).join('')
 }

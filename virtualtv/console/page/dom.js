@@ -4,8 +4,11 @@
  * changes only what differs, so that focus, selection and scroll positions stay. Texts are never parsed as markup.
  */
 
-/** @typedef {string | number | boolean | null | undefined | Description | Children} Child  nothing is drawn for null, undefined and booleans */
-/** @typedef {{[Symbol.iterator](): Iterator<Child>, map: any}} Children  a list of them */
+/**
+ * Null, undefined and booleans draw nothing.
+ * @typedef {string | number | boolean | null | undefined | Description | Children} Child
+ */
+/** @typedef {{[Symbol.iterator](): Iterator<Child>, map: any}} Children  a list of children */
 /** @typedef {{[name: string]: any, key?: string | number}} Properties */
 /** @typedef {{tag: string, key?: string | number, properties: Properties, children: (string | Description)[]}} Description */
 
@@ -16,13 +19,13 @@ const svgTags = new Set(['svg', 'path', 'rect', 'circle', 'line', 'g'])
 const drawn = new WeakMap()
 
 /**
- * Describes an element. Of its properties
- * - `key` tells it from its siblings when they change places;
- * - `onclick` and the like are listeners;
- * - `class` is a text, or a list of which those that are no texts are left out;
- * - `style` is an object of CSS properties, custom ones too;
- * - functions and objects, and `value`, `checked`, `selected` and `indeterminate`, are set as properties, all others as
- *   attributes; false, null and undefined take them away.
+ * Describes an element. The properties are
+ * - `key`, which identifies it among its siblings when they change places;
+ * - `onclick` and the like, which are listeners;
+ * - `class`, a text, or a list whose texts are joined; other items of the list are ignored;
+ * - `style`, an object of CSS properties, including custom ones;
+ * - any others: functions and objects, and `value`, `checked`, `selected` and `indeterminate`, are set as properties,
+ *   all others as attributes. The values false, null and undefined remove an attribute.
  * @param {string} tag @param {Properties?} [properties] @param {...Child} children @return {Description}
  */
 export function h(tag, properties, ...children) {

@@ -25,7 +25,12 @@ export class ExportDialog extends Part {
   /** The entries in the range selected in the list; empty if that is a single entry. @type {Entry[]} */
   #chosen = []
 
-  /** @param {import('./timeline-filter.js').TimelineFilter} filter @param {Entry | null} chosen @param {Entry[]} range  of entries that are chosen */
+  /**
+   * Opens the dialog.
+   * @param {import('./timeline-filter.js').TimelineFilter} filter
+   * @param {Entry | null} chosen  the selected entry
+   * @param {Entry[]} range  the selected range
+   */
   open(filter, chosen, range) {
     const isCommand = (/** @type {Entry} */ {topic, server}) => topic === 'command' && server === timeline.server
     this.#shown = filter.shown.filter(isCommand)

@@ -62,7 +62,7 @@ function ispLines(event) {
     'tracks.subtitleInUse': value => set('isp.subtitle_in_use', value)})
 }
 
-/** @param {any} event @param {Map<number, number>} faults  their numbers in what is written @return {string[]} */
+/** @param {any} event @param {Map<number, number>} faults  as for inputOf @return {string[]} */
 function faultLines({what, id, fault}, faults) {
   if (what === 'set') {
     faults.set(id, faults.size + 1)
@@ -72,7 +72,9 @@ function faultLines({what, id, fault}, faults) {
 }
 
 /**
- * @param {any} event @param {Map<number, number>} faults  numbers of faults, as they are written so far
+ * The lines that repeat a change from outside.
+ * @param {any} event
+ * @param {Map<number, number>} faults  for each fault set so far, its number in the export by its number on the set
  * @return {import('./export.js').Step[]}
  */
 export function inputOf(event, faults) {

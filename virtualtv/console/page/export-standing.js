@@ -87,7 +87,7 @@ function knobsBehind(entries) {
 
 /**
  * The steps that complete a restored snapshot to the state after some entries.
- * @param {Entry[]} entries @param {Map<number, number>} faults  their numbers in what is written
+ * @param {Entry[]} entries @param {Map<number, number>} faults  as for inputOf
  */
 export function standingSteps(entries, faults) {
   return [...knobsBehind(entries), ...[...faultsBehind(entries).values()].map(({event}) => event)].flatMap(event => inputOf(event, faults))

@@ -10,14 +10,17 @@ import {leftBy, standingSteps, startOf} from './export-standing.js'
 import {engineOf, timeline} from './timeline-log.js'
 
 /** @typedef {import('./timeline-log.js').Entry} Entry */
-/** @typedef {{client: string, entry?: Entry, reply?: any, line?: string, remark?: string}} Step  a command, or a line that speaks to the set */
+/**
+ * A command, a line for the set, or a remark.
+ * @typedef {{client: string, entry?: Entry, reply?: any, line?: string, remark?: string}} Step
+ */
 /** @typedef {{steps: Step[], first: number, clients: Map<string, {name: string, appId: string}>, remarks: string[]}} Story */
 
 /**
  * Collects the steps to export. Commands that the filter hides and that changed nothing are left out, unless a fault
  * may count their calls.
- * @param {Entry[]} entries  all @param {Entry} from @param {Entry} to @param {Set<Entry>} wanted
- * @param {(entry: Entry) => Promise<any>} replyOf  the whole reply @return {Promise<Story>}
+ * @param {Entry[]} entries  all entries @param {Entry} from @param {Entry} to  the last one @param {Set<Entry>} wanted
+ * @param {(entry: Entry) => Promise<any>} replyOf  returns the whole reply of an entry @return {Promise<Story>}
  */
 export async function collect(entries, from, to, wanted, replyOf) {
   const begin = startOf(entries, entries.indexOf(from))

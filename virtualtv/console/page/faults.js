@@ -58,7 +58,7 @@ class Faults extends Part {
     ]
   }
 
-  /** Removes a fault, or all. Its button disappears, so a keyboard user gets the focus on the next one. */
+  /** Removes a fault, or all. The button disappears, so for keyboard users the focus moves to the next one. */
   #remove = async (/** @type {MouseEvent} */ {detail, currentTarget}, /** @type {number | undefined} */ id = undefined) => {
     const buttons = /** @type {HTMLElement[]} */ ([...this.querySelectorAll('.fault-list button')])
     const at = buttons.indexOf(/** @type {HTMLElement} */ (currentTarget))

@@ -21,11 +21,15 @@ export const mostBytes = 32 * 1024 * 1024
  * @property {string} [note]
  */
 
-/** @typedef {(what: string, share?: number) => void} Tell  is told what happens, and how much of it is done, from 0 to 1 */
+/**
+ * Receives the current step, and the share that is done, 0 to 1.
+ * @typedef {(what: string, share?: number) => void} Tell
+ */
 
 /**
- * @param {File} file @param {Tell} tell @param {AbortSignal} signal  ends what may take long
- * @return {Promise<Outcome | undefined>} nothing where it was ended
+ * Recognises a file and uses it.
+ * @param {File} file @param {Tell} tell @param {AbortSignal} signal  aborts the scan of a recording
+ * @return {Promise<Outcome | undefined>} undefined if it was aborted
  */
 export async function take(file, tell, signal) {
   try {

@@ -24,7 +24,11 @@ class Foot extends Part {
     ]
   }
 
-  /** @param {string} word @param {string} what @param {() => string} textOf  a list may be long, so only when it is copied */
+  /**
+   * @param {string} word
+   * @param {string} what
+   * @param {() => string} textOf  called only for a copy, since a list may be long
+   */
   #copier(word, what, textOf) {
     return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy ${word}: the last deed as ${what}`, onclick: () => copy(textOf())}, `copy ${word}`)
   }

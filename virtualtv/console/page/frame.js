@@ -31,8 +31,9 @@ export function keyOf(name) {
 /**
  * The state of the app.
  * @typedef {object} AppState
- * @property {'none' | 'loading' | 'silent' | 'running' | 'refused'} what  `silent`: loaded, but nothing of it was heard
- * @property {string} [name]  under which the app has the TV
+ * @property {'none' | 'loading' | 'silent' | 'running' | 'refused'} what  `silent`: loaded, but the
+ *   app has not reported that it runs
+ * @property {string} [name]  the name under which the app has the TV
  * @property {string} [reason]
  */
 

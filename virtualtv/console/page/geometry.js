@@ -10,10 +10,13 @@ export const sides = /** @type {const} */ (['x', 'y', 'width', 'height'])
 export const appSpace = {x: 0, y: 0, width: 960, height: 540}
 export const baseScreen = {x: 0, y: 0, width: 1920, height: 1080}
 
-/** From the app's space to the base screen, which is exact. @param {number} length */
+/** Converts from the app's space to the base screen, which is exact. @param {number} length */
 export const toBase = length => length * basePerApp
 
-/** From the base screen to the app's space: adds half a pixel, then truncates towards 0. @param {number} length */
+/**
+ * Converts from the base screen to the app's space: adds half a pixel, then truncates towards 0.
+ * @param {number} length
+ */
 export const toApp = length => Math.trunc((length + 1) / basePerApp) + 0
 
 /**

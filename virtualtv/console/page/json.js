@@ -9,8 +9,8 @@ let count = 0
 const step = 200  // members of a list or an object shown at first
 
 /**
- * A document, folded and coloured. It is a tree: arrow keys move, open and close, Enter or Space opens and closes, C copies
- * the value. What is in `marked`, by paths such as `windows.main.source`, is marked, and opened.
+ * A document as a tree whose parts can be folded. Arrow keys move, open and close; Enter or Space opens and closes; C
+ * copies the value. The parts named in `marked`, by paths such as `windows.main.source`, are highlighted and visible.
  */
 export class JsonTree extends HTMLElement {
   /** @type {any} */

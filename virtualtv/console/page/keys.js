@@ -3,11 +3,11 @@
 
 /**
  * @typedef {object} Key
- * @property {string} name  as people and apps call it
- * @property {string} face  what stands on it
- * @property {string} [letter]  the letter of its face that works it, underlined there
- * @property {string[]} [keyboard]  other keys that work it, as `KeyboardEvent.key` names them
- * @property {string} [icon]  drawn before the face: a path in a square of 10, of which every other layer is filled
+ * @property {string} name  its name for people and apps
+ * @property {string} face  the text on the button
+ * @property {string} [letter]  the letter key that presses it; underlined in the face
+ * @property {string[]} [keyboard]  other keyboard keys that press it, as `KeyboardEvent.key` names them
+ * @property {string} [icon]  drawn before the face: an SVG path in a square of 10 x 10, filled by the rule evenodd
  * @property {string} [look]  a class of its button
  */
 

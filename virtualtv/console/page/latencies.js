@@ -4,7 +4,7 @@ import {h} from './dom.js'
 
 /**
  * @param {[string, string][]} all  names of the knobs and their values
- * @param {{[name: string]: string | undefined}} refused  why, by name of the knob
+ * @param {{[name: string]: string | undefined}} refused  why a value was refused, by name of the knob
  * @param {(name: string, value: string) => void} set
  */
 export function latencySection(all, refused, set) {

@@ -54,7 +54,7 @@ export class Live {
   #what = ''
   #ending = new AbortController()
 
-  /** @param {WindowId} id @param {() => void} onpicture  called with each picture, and when there is no more picture */
+  /** @param {WindowId} id @param {() => void} onpicture  called for each picture, and when there is none any more */
   constructor(id, onpicture) {
     this.#id = id
     this.#onpicture = onpicture

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* The noise that a lost signal shows. */
+/* The noise over the picture when the signal fades. */
 
 const size = 128
 /** @type {HTMLCanvasElement | undefined} */

@@ -20,7 +20,7 @@ const sources = [
   {set: 31, plugin: 53, name: 'USB', canBeShown: false},
 ]
 
-/** The source of a number of the TV service. @param {number} number @return {Source | undefined} */
+/** The source with a number of the TV service. @param {number} number @return {Source | undefined} */
 export function sourceOf(number) {
   return sources.find(source => source.set === number)
 }

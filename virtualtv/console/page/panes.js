@@ -16,7 +16,7 @@ export const panes = [
 
 /**
  * Shows a pane and moves the focus into it. Notifies the pane with the event `emp-show` of the window.
- * @param {string} name @param {object} [more]  what the pane must show, as in {command: 'SetSource'}
+ * @param {string} name @param {object} [more]  what to show in the pane, as in {command: 'SetSource'}
  */
 export function showPane(name, more = {}) {
   dispatchEvent(new CustomEvent('emp-show', {detail: {name, ...more}}))

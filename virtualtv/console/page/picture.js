@@ -156,7 +156,7 @@ export class Picture extends HTMLElement {
     this.#live.play(isPlayed ? recording : '')
   }
 
-  /** The tab was shown or hidden. */
+  /** Reacts when the tab is shown or hidden. */
   #turned = () => {
     if (this.#shown) this.#playOrEnd()
     this.#start()

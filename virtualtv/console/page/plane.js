@@ -9,31 +9,32 @@ import {numberOf, shownName} from './services.js'
 /** @typedef {'main' | 'pip'} WindowId */
 
 /**
- * @typedef {object} Card  what a test card tells
- * @property {'service' | 'input' | 'isp' | 'sound' | 'message'} kind  which of the cards it is
- * @property {string} seed  what its look is made from
+ * @typedef {object} Card  the content of a test card
+ * @property {'service' | 'input' | 'isp' | 'sound' | 'message'} kind
+ * @property {string} seed  the text that its look is derived from
  * @property {string} title
  * @property {string} number  empty for none
  * @property {string[]} lines
- * @property {number} rate  pictures a second; 0 where nothing moves
+ * @property {number} rate  pictures a second; 0 if nothing moves
  */
 
 /**
  * @typedef {object} Shown  what a window shows
  * @property {WindowId} id
  * @property {string} name  for people
- * @property {Card | null} card  null where there is nothing to be seen
- * @property {string} label  what it is, in a line
- * @property {any} picture  as the state tells it; null without one
- * @property {Rect} display  where the plane draws, base space
- * @property {Rect | null} seen  the part of it that is on the screen
- * @property {Rect} whole  where the whole picture would stand, base space
- * @property {Rect} content  where the content of the whole picture would stand
- * @property {Rect} active  what is not black
- * @property {Ratio} ratio  of the content
- * @property {any} plane  as the state tells it
- * @property {number} noise  how much of it the tuner loses, 0 to 255
- * @property {string} recording  what of a recording is played in place of the card: service and tracks; empty for nothing
+ * @property {Card | null} card  null if nothing is visible
+ * @property {string} label  describes the content in one line
+ * @property {any} picture  as in the state; null without one
+ * @property {Rect} display  the plane's display rectangle, on the base screen like all following rectangles
+ * @property {Rect | null} seen  the part of `display` that is on the screen; null for none
+ * @property {Rect} whole  where the whole picture would be without cropping
+ * @property {Rect} content  where the content of that whole picture would be
+ * @property {Rect} active  the part that is not black
+ * @property {Ratio} ratio  aspect ratio of the content
+ * @property {any} plane  as in the state
+ * @property {number} noise  how much of the signal is lost, 0 to 255
+ * @property {string} recording  identifies the service and the tracks of the recording that plays in place of the card;
+ *   empty for none
  */
 
 /** @type {{id: WindowId, name: string}[]} */
@@ -77,7 +78,7 @@ function tracksText({audio, audioInUse, subtitles, subtitleInUse}) {
 /** @param {Partial<Card>} card @return {Card} */
 const cardOf = card => ({kind: 'message', seed: '', title: '', number: '', lines: [], rate: 0, ...card})
 
-/** @param {any} window  of a state @param {string | undefined} kind  of its service, where it is known */
+/** @param {any} window  of a state @param {string | undefined} kind  of its service; undefined if unknown */
 function serviceCard({service, source, tvMode, tracks, picture}, kind) {
   const card = {
     seed: service.id ?? `#${service.key} ${service.name}`, title: shownName(service.name), number: numberOf(service),
@@ -152,7 +153,8 @@ function contentOf(whole, shape, ratio) {
 /**
  * What a window shows.
  * @param {any} state  a result of `tv.state` @param {{id: WindowId, name: string}} window
- * @param {(service: any) => string | undefined} kindOf  tells 'radio', 'data' or 'television', where it is known @return {Shown}
+ * @param {(service: any) => string | undefined} kindOf  returns 'radio', 'data' or 'television', undefined if unknown
+ * @return {Shown}
  */
 export function shownIn(state, {id, name}, kindOf) {
   const {plane, picture: told, source} = state.windows[id]

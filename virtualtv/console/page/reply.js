@@ -39,7 +39,11 @@ export function valueOf(reply) {
   return reply?.bytes !== undefined ? bytesShown(reply.bytes) : String(reply?.value ?? '')
 }
 
-/** The reply in one line, in the form of a transcript. @param {Reply} reply @param {number} [most]  characters of the value */
+/**
+ * The reply in one line, in the form of a transcript.
+ * @param {Reply} reply
+ * @param {number} [most]  maximum number of characters of the value
+ */
 export function replyShown(reply, most = 120) {
   if (!reply) return 'could not be run'
   if (reply.kind === 'empty') return reply.accepted ? 'empty' : 'refused'

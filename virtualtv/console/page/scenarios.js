@@ -7,15 +7,15 @@ import {transcriptLine} from './deed.js'
 
 /** @typedef {{method: string, params: any}} Step */
 /** @typedef {{id: number, fault: string}} Fault  as `tv.faults` lists it */
-/** @typedef {{state: any, faults: Fault[], latency: string}} Seen  what tells which scenarios are on */
+/** @typedef {{state: any, faults: Fault[], latency: string}} Seen  the data that shows which scenarios are active */
 /**
  * @typedef {object} Scenario
  * @property {string} name
- * @property {string} effect  what an app sees
+ * @property {string} effect  the effect on apps
  * @property {Step[]} steps
  * @property {(seen: Seen) => boolean} isOn
  * @property {(seen: Seen) => Step[]} undo
- * @property {Step[]} [behind]  what has to follow when its fault is set or goes
+ * @property {Step[]} [behind]  steps that must follow when its fault is set or removed
  */
 
 const slowCall = 'IServiceNavigation::TuneService'
@@ -31,7 +31,11 @@ function isSame({fault}, {operation, result, outputs}) {
   return fault === `${operation} always ${answer}`
 }
 
-/** A scenario that is a fault. @param {{operation: string, result?: any, outputs?: any}} fault @param {Step[]} behind  what follows */
+/**
+ * A scenario that sets a fault.
+ * @param {{operation: string, result?: any, outputs?: any}} fault
+ * @param {Step[]} behind
+ */
 const faulty = (fault, behind = []) => ({
   steps: [{method: 'tv.fault', params: {...fault, times: 'always'}}, ...behind],
   isOn: (/** @type {Seen} */ {faults}) => faults.some(one => isSame(one, fault)),

@@ -56,7 +56,7 @@ class Screen extends Part {
     ]
   }
 
-  /** The button disappears with the past state, so a keyboard user gets the focus on the screen. */
+  /** Leaves the past state. The button disappears with it, so for keyboard users the focus moves to the screen. */
   #toNow = (/** @type {MouseEvent} */ {detail}) => {
     if (detail === 0) /** @type {HTMLElement | null} */ (this.querySelector('.space'))?.focus()
     store.set('past', null)

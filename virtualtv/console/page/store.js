@@ -6,23 +6,25 @@
 
 /**
  * @typedef {object} Known
- * @property {{connected: boolean, reason?: string, advice?: string, since: number}} connection  advice is what a person can do
+ * @property {{connected: boolean, reason?: string, advice?: string, since: number}} connection  `advice`:
+ *   what a person can do
  * @property {any} state  the document of `tv.state`; null until it is known
- * @property {any} past  null, or what is looked back at: {command, entry, state}
- * @property {number} services  counts up when the list of services or their favourite groups change
- * @property {string | null | undefined} keptIn  directory in which the set keeps its state; null for one in memory
+ * @property {any} past  the past state that is shown: {command, entry, state}; null for none
+ * @property {number} services  increases when the list of services or their favourite groups change
+ * @property {string | null | undefined} keptIn  directory of the set's state; null for a set in memory
  * @property {any[]} sessions  as `tv.sessions` lists them
  * @property {any[]} faults  as `tv.faults` lists them
  * @property {any[]} settings  as `tv.settings` lists them
- * @property {any} knobs  as `tv.knobs` lists them; null until somebody wants them
+ * @property {any} knobs  as `tv.knobs` lists them; null until a pane needs them
  * @property {any[]} commands  the plug-in's commands: {name, help, answers, failures: [{value, description}], parameters: [{name, help, schema}]}
  * @property {any[]} operations  as `tv.operations` lists them
- * @property {number} timeline  counts up when the timeline changes
- * @property {any} deed  what the page did last: {method, params, error, data, isUnderWay}, where `data` is the error's
+ * @property {number} timeline  increases when the timeline changes
+ * @property {any} deed  the last action of the page: {method, params, result, error, data, isUnderWay}; `data` is the
+ *   error's
  * @property {{address: string, name: string} | null} app  the app that runs over the picture
- * @property {{main: string, pip: string}} live  why a window's recording is not played; empty where nothing is wrong
- * @property {boolean} sound  a person wants to hear what the main window plays
- * @property {'tv' | 'app'} keys  where the remote's keys go
+ * @property {{main: string, pip: string}} live  why a window's recording is not played; empty without a problem
+ * @property {boolean} sound  true if the sound of the main window is turned on
+ * @property {'tv' | 'app'} keys  where the keys of the remote control go
  */
 
 export class Store {

@@ -9,16 +9,16 @@ const mostEntries = 10_000
 
 /**
  * @typedef {object} Entry
- * @property {number} id  counts up over all entries
- * @property {string} topic  `command`, what happened from outside, or `resync`
+ * @property {number} id  increases with each entry
+ * @property {string} topic  `command`, the topic of an event outside of commands, or `resync`
  * @property {number} time  ms since 1970
  * @property {number} [command]  the command's number, for `tv.why` and the like
- * @property {string} server  whose number that is
- * @property {any} event  as it was told
- * @property {any[]} calls  the `call` events of the command, or of the engine that was opened
- * @property {any[]} changes  other events of it
- * @property {any[]} log  its log lines
- * @property {any} [whole]  what `tv.why` tells, once it was asked
+ * @property {string} server  the server's run to which that number belongs
+ * @property {any} event  the event itself
+ * @property {any[]} calls  the `call` events of the command, or of the opening of an engine
+ * @property {any[]} changes  the other events of it
+ * @property {any[]} log  its log messages
+ * @property {any} [whole]  the result of `tv.why`, once it was requested
  */
 
 /** The name of a command's engine, as in events of the topic `engine`. @param {any} event  of a command */

@@ -8,7 +8,10 @@ import {troubleOf} from './reply.js'
 import {store} from './store.js'
 import {main, onWindow, pip, tracksAreIsp} from './windows.js'
 
-/** @typedef {{name: string, title: string, on: string, knob: string, tracks: any, number?: number}} Place  where tracks are in use */
+/**
+ * A window, or the ISP source, whose tracks are listed.
+ * @typedef {{name: string, title: string, on: string, knob: string, tracks: any, number?: number}} Place
+ */
 
 /** Audio tracks and subtitles of the services on screen and of the ISP source. */
 class Tracks extends Part {

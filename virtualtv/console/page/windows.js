@@ -17,7 +17,7 @@ const selected = () => timeline.windows.get(`${tv().session}:main`) === 'pip' ? 
 /**
  * Runs commands on a window. All are sent at once, so that no other command comes between.
  * @param {number} window @param {...[string, ...(string | number)[]]} commands  name and parameters of each
- * @return {Promise<any[]>} their replies; undefined for those that failed on the way
+ * @return {Promise<any[]>} their replies; undefined for a call that failed
  */
 export function onWindow(window, ...commands) {
   return inWindow(window, () => Promise.all(commands.map(([name, ...parameters]) => command(name, ...parameters))))

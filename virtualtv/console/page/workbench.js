@@ -4,7 +4,7 @@ import {remember, remembered} from './memory.js'
 import {panes} from './panes.js'
 import {Part} from './part.js'
 
-/** Movable dividers: the size that each sets, and by how much that grows when moved to the right or down. */
+/** Movable dividers: the size that each one sets, and how it changes per pixel of a move to the right or down. */
 const dividers = {
   left: {label: 'Width of the remote control', property: '--left', grows: 1, least: 150, most: 480},
   right: {label: 'Width of the right pane', property: '--right', grows: -1, least: 220, most: 900},

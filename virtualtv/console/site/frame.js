@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * Stands in front of window.js on a site: an app in a frame of the TV's page calls the set of that page, by a function of it.
+ * Precedes the code of window.js on a site: defines how an app in a frame of the TV's page calls the set of that page.
  */
 (() => {
   'use strict'

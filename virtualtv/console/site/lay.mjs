@@ -1,6 +1,6 @@
-// SPDX-License-Identifier: MIT
-// node lay.mjs CONSOLE PACKAGE SITE: lays the site into a folder: the page, the package's client and module, and what stands
-// here. CONSOLE is the folder with page and site, PACKAGE what tools/wasm prints.
+// SPDX-License-Identifier: MIT node lay.mjs CONSOLE PACKAGE SITE: creates the site in the folder SITE from the page,
+// the package's client and module, and the files of this folder. CONSOLE is the folder that contains page and site,
+// PACKAGE the one that tools/wasm prints.
 import {createHash} from 'node:crypto'
 import {cpSync, mkdirSync, readdirSync, readFileSync, rmSync, writeFileSync} from 'node:fs'
 import {join} from 'node:path'

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 /*
- * Keeps the site's files, which tools/site lists in front of this as `files`: {path: integrity}. All of them are of one version.
- * It adds the headers to all answers that isolate the page, so that it can share memory with the set's worker.
+ * Caches the site's files, all of one version. tools/site puts their list before this code, as `files`: {path:
+ * integrity}. To all answers it adds the headers that isolate the page, so that the page can share memory with the
+ * set's worker.
  */
 /* global files */
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Which apps may run over the picture of a site's page, and how they reach its set: those of its origin, by its window.js. It
- * stands in place of the module for a page that comes from a server.
+ * Decides which apps may run over the picture on a site, and how they reach the set: apps of the site's origin, with
+ * its window.js. Replaces the module of the page that comes from a server.
  */
 import {whyHere} from './connection.js'
 import {h} from './dom.js'
@@ -13,7 +13,10 @@ export function scriptLine() {
   return `<script src="${site.pathname}window.js?name=tvWindow"></script>`
 }
 
-/** What else an app of an origin needs: nothing. @param {string} _origin @return {{text: string, name: string, copy: string} | undefined} */
+/**
+ * What an app of an origin needs besides the line: nothing.
+ * @param {string} _origin @return {{text: string, name: string, copy: string} | undefined}
+ */
 export function need(_origin) {
   return undefined
 }
@@ -26,7 +29,7 @@ export async function letIn() {
     : `${here} The set is on the page's own thread, so a long list stops the page while it is imported: the page shares no memory with a worker, since ${why}.`
 }
 
-/** Whether a page may stand in a frame of one that is isolated. @param {URL} url @return {Promise<boolean>} */
+/** True if browsers allow a page in a frame of an isolated page. @param {URL} url @return {Promise<boolean>} */
 async function isIsolating(url) {
   if (url.href.startsWith(site.href)) return true  // the service worker adds the headers
   const {headers} = await fetch(url, {method: 'HEAD'})

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * How the page of a site reaches its set: that runs in this tab. It stands in place of the module that connects to a server.
+ * Connects the page of a site to its set, which runs in this tab. Replaces the module that connects to a server.
  */
 import {connect} from '../client.js'
 import {forget} from '../kept.js'
@@ -14,7 +14,10 @@ import './leftover.js'
 
 /** @typedef {import('./store.js').Known['connection']} Connection */
 
-/** ms to wait for the stored set. Even on an idle machine a browser takes up to two seconds to end a busy worker. */
+/**
+ * ms to wait for the stored set: `last` after this tab used it, `stranger` otherwise. Even on an idle machine a browser
+ * takes up to two seconds to end a busy worker.
+ */
 const waits = {stranger: 1000, last: 10_000}
 
 const pauses = {patience: 0, firstPause: 50, longestPause: 1000}
@@ -28,10 +31,10 @@ const wantsOwnThread = new URLSearchParams(location.search).get('thread') === 'p
 
 /** @type {(why: string | undefined) => void} */
 let tellWhy
-/** Why the set is on the page's own thread, once that is known; undefined where it is in a worker. @type {Promise<string | undefined>} */
+/** Why the set is on the page's own thread; undefined if it is in a worker. @type {Promise<string | undefined>} */
 export const whyHere = new Promise(resolve => { tellWhy = resolve })
 
-/** How the set came about; undefined until it is there. @type {import('../set/tab-set.js').Keeping | undefined} */
+/** Where the set came from; undefined until it exists. @type {import('../set/tab-set.js').Keeping | undefined} */
 let kept
 
 /** @return {Promise<Tab>} */
@@ -52,7 +55,8 @@ function leave(tab) {
 }
 
 /**
- * Makes the set of this tab and connects to it. @param {(connection: Connection) => void} tell  is told why it can't
+ * Creates the set of this tab and connects to it.
+ * @param {(connection: Connection) => void} tell  receives the reason if that fails
  * @return {Promise<import('../client.js').Tv>}
  */
 export async function open(tell) {
@@ -82,7 +86,7 @@ function base64Of(blob) {
 }
 
 /**
- * Has a recording scanned, piece by piece, where the set is. What is found is kept for this page's session.
+ * Scans a recording on the set, piece by piece. The result is kept for this page's session.
  * @param {import('../client.js').Tv} tv @param {File} file
  * @param {{signal: AbortSignal, progress: (bytes: number) => void}} how @return {Promise<import('../client.js').Scan>}
  */
@@ -128,14 +132,17 @@ export function keeping() {
   return {where: `in this tab, ${few}`, isPath: false, title: all, isTrouble}
 }
 
-/** @return {{name: string, address: string, remarks: string[]}}  what is written of the set for others, as the page has it for a server's */
+/**
+ * The data of the set for exported code: its name, and an address for programs.
+ * @return {{name: string, address: string, remarks: string[]}}
+ */
 export const given = () => ({
   name: `the TV in a tab of ${page.href}`,
   address: 'http://127.0.0.1:8090',
   remarks: ['Programs can\'t reach into a tab. Start emp-window serve, and restore a snapshot of the tab\'s TV there.'],
 })
 
-/** What the pane Set says of keeping besides. @return {import('./dom.js').Child} */
+/** What the pane Set shows about the stored state. @return {import('./dom.js').Child} */
 export const besides = () => [
   h('p', {key: 'kept', class: ['set-said kept-how', said().isTrouble ? 'fail' : 'dim']}, said().all),
   kept?.as === 'unusable' && h('emp-leftover', {key: 'leftover', class: 'stack', what: leftoverOf(kept)}),
@@ -144,8 +151,8 @@ export const besides = () => [
 /** @param {import('../set/tab-set.js').Keeping} keeping */
 const leftoverOf = ({unusable}) => ({content: unusable, remove: () => forget(page.pathname)})
 
-/** The sessions of others, and this page's own: not the one by which the set is kept. @param {any[]} sessions  as the set lists them */
+/** The sessions to show: all except the one that persists the set. @param {any[]} sessions  as the set lists them */
 export const people = sessions => sessions.filter(({session}) => session !== kept?.session)
 
-/** Makes a link that brings a set to others. @type {((snapshot: any) => Promise<string>) | undefined} */
+/** Creates a link that contains a set. @type {((snapshot: any) => Promise<string>) | undefined} */
 export const linkTo = snapshot => linkOf(snapshot, page.href)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Calls to the set that the caller waits for, without a turn of its event loop: the request goes as a message to the set's
- * worker, the answer comes through memory that both share. A page's own thread may not sleep, so it looks again and again.
+ * Synchronous calls to the set, during which the caller's event loop does not run: the request is a message to the
+ * set's worker, the answer comes through shared memory. The thread of a page may not sleep, so it polls that memory.
  */
 
 // Values of the first number in the shared memory. The second number is the size of the following text in bytes.
@@ -63,7 +63,7 @@ export class Caller {
     }
   }
 
-  /** @param {object} message @param {number} end  of the caller's patience @return {number} how it ended */
+  /** @param {object} message @param {number} end  time of the timeout @return {number} the final status */
   #ask(message, end) {
     const buffer = this.#buffer
     Atomics.store(headOf(buffer), 0, sent)
@@ -95,7 +95,10 @@ export class Answerer {
     this.#post = post
   }
 
-  /** @param {{call?: {text: string, session?: string}, buffer: SharedArrayBuffer}} message  without a call the rest is wanted */
+  /**
+   * Answers a message of the caller; one without a call requests the last answer again, with more memory.
+   * @param {{call?: {text: string, session?: string}, buffer: SharedArrayBuffer}} message
+   */
   take({call, buffer}) {
     const numbers = headOf(buffer)
     if (Atomics.compareExchange(numbers, 0, sent, taken) !== sent) return

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /*
- * Lets the page share memory with the set's worker, on any static server: the site's service worker adds the headers that
- * browsers want for that, once it serves the page. It also keeps the site's files, and brings new ones.
+ * Lets the page share memory with the set's worker, on any static server: once the site's service worker serves the
+ * page, it adds the headers that browsers require for that. It also caches the site's files, and fetches new versions.
  */
 
 import {isNoted, note} from './notes.js'
@@ -17,7 +17,10 @@ function reload() {
   return new Promise(() => {})
 }
 
-/** Asks whether this is the site's only page; if so, what is new takes over. @param {ServiceWorker} worker @return {Promise<boolean>} */
+/**
+ * Asks a waiting service worker to take over. It does so only if this is the site's only page.
+ * @param {ServiceWorker} worker @return {Promise<boolean>}  whether it does
+ */
 function takesOver(worker) {
   return new Promise(resolve => {
     const {port1, port2} = new MessageChannel()
@@ -47,16 +50,16 @@ function installed({installing, waiting, active}) {
 /** @return {Promise<ServiceWorkerRegistration>} */
 const register = () => navigator.serviceWorker.register(new URL('../service-worker.js', import.meta.url))
 
-/** Briefly creates a client of the version that serves the page. */
+/** Creates a short-lived client of the version that serves the page. */
 function visit() {
   const visitor = new Worker(new URL('notes.js', import.meta.url), {type: 'module'})
   setTimeout(() => visitor.terminate(), visits / 2)
 }
 
 /**
- * Has a new version of the site take over that waits, if no other page needs the old one. Chromium at times forgets that it
- * may, until a client of the old one goes.
- * @param {ServiceWorkerRegistration} registration @return {Promise<boolean>} whether it has
+ * Lets a waiting new version of the site take over, if no other page needs the old one. Chromium sometimes delays this
+ * until a client of the old version ends, hence the visits.
+ * @param {ServiceWorkerRegistration} registration @return {Promise<boolean>} true if a new version has taken over
  */
 async function renewed({waiting}) {
   if (!waiting) return false
@@ -70,7 +73,8 @@ async function renewed({waiting}) {
 }
 
 /**
- * Makes the page isolated where the browser can. Loads it anew where that takes a load more, or a new version is there.
+ * Isolates the page if the browser can do that. Reloads the page if isolation requires it, or if a new version took
+ * over.
  * @return {Promise<string | undefined>} why the page is not isolated
  */
 export async function isolate() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * A set as a link: its snapshot, compressed, behind the `#` of the page's address. What stands there is not sent to servers.
+ * A set as a link: its compressed snapshot follows the `#` of the page's address. That part is not sent to servers.
  */
 
 const front = '#state='
@@ -58,8 +58,9 @@ async function unpacked(text) {
 }
 
 /**
- * What the part of an address behind `#` brings.
- * @param {string} hash @return {Promise<{snapshot?: any, problem?: string}>} empty where it brings no set; `problem` says why it can't be read
+ * Reads the set from the part of an address from `#` on.
+ * @param {string} hash
+ * @return {Promise<{snapshot?: any, problem?: string}>} empty if it has no set; `problem` says why it can't be read
  */
 export async function stateIn(hash) {
   if (!hash.startsWith(front)) return {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /*
- * The set of a tab, on the thread on which it runs: makes it, from what this browser keeps or from a link, and serves clients.
+ * The set of a tab, on the thread where it runs: creates it, from stored data or a link, and serves clients.
  */
 import {keepSet} from '../kept.js'
 import {load} from '../load.js'
@@ -11,21 +11,21 @@ import '../window.js'
 const {sets} = /** @type {any} */ (globalThis)[Symbol.for('emp-window/2')]
 
 /**
- * How the set came about and whether it is kept.
+ * Where the set came from, and whether it is persisted.
  * @typedef {object} Keeping
  * @property {'kept' | 'link' | 'broken link' | 'in use' | 'storage' | 'unusable'} as
- * @property {string} [reason]
- * @property {string} [session]  by which it is kept
- * @property {any} [unusable]  what is kept and can't be used
+ * @property {string} [reason]  why it is not persisted
+ * @property {string} [session]  the session that persists it
+ * @property {any} [unusable]  stored data that can't be used
  */
 
 /**
- * What a set is made from.
+ * What a set is created from.
  * @typedef {object} From
- * @property {string} key  under which the set is kept
- * @property {number} patience  ms for another page to give that back
- * @property {any} [snapshot]  a link's
- * @property {string} [problem]  what is wrong with the link
+ * @property {string} key  the key of the stored set
+ * @property {number} patience  ms to wait for another page to release the key
+ * @property {any} [snapshot]  the snapshot in the link
+ * @property {string} [problem]  why the link can't be read
  */
 
 /** @typedef {{set: any, keeping: Keeping, keeper?: {close: () => Promise<void>}}} Made */
@@ -42,7 +42,7 @@ function fromLink(module, snapshot) {
 /** @param {any} error */
 const reasonOf = error => error.reason ?? error.message
 
-/** How a set is, by what failed as it was to be kept. @type {{[what: string]: Keeping['as']}} */
+/** What becomes of the set, by the error that kept it from being persisted. @type {{[what: string]: Keeping['as']}} */
 const ways = {'in use': 'in use', storage: 'storage', kept: 'unusable'}
 
 /** @param {WebAssembly.Module} module @param {From} from @return {Promise<Made>} */

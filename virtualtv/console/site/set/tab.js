@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 /*
- * The set of this tab, as the page has it: in a worker where the browser lets both share memory, else on the page's own thread.
- * Apps in frames of the same origin find it under a symbol on the page's window, and call it synchronously.
+ * The set of this tab, as the page sees it. It runs in a worker if the browser lets page and worker share memory,
+ * otherwise on the page's own thread. Apps in frames of the same origin find it under a symbol on the page's window,
+ * and call it synchronously.
  */
 import {Caller} from './calls.js'
 import {TabSet} from './tab-set.js'
@@ -92,8 +93,9 @@ export class Tab {
   }
 
   /**
-   * Makes the set, in a worker unless the page is told to have it, or its thread can't share memory with one.
-   * @param {import('./tab-set.js').From} from  @param {{here: boolean}} how
+   * Creates the set.
+   * @param {import('./tab-set.js').From} from
+   * @param {{here: boolean}} how  `here`: on the page's own thread, otherwise in a worker
    */
   static async start(from, {here}) {
     return new Tab(await (here ? startHere(from) : startWorker(from)))
@@ -142,8 +144,8 @@ export class Tab {
   }
 
   /**
-   * Keeps a session until the caller lets it go, or its window.
-   * @param {string} session @param {Window} window  the caller's  @return {() => void} lets it go
+   * Keeps a session alive until the caller releases it, or leaves its page.
+   * @param {string} session @param {Window} window  the caller's @return {() => void} releases the session
    */
   hold(session, window) {
     const number = ++this.#held
