@@ -27,7 +27,7 @@ export async function letIn() {
   return allowed?.length ? `Let in now: ${allowed.join(', ')}` : 'No origin is let in now but that of this page.'
 }
 
-/** Why an address can't run; null where it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
+/** Why an address can't run; null if it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
 export async function problemOf(url) {
   const allowed = await allowedOrigins()
   if (url.origin === location.origin) {

@@ -36,7 +36,7 @@ async function isIsolating(url) {
   return headers.has('Cross-Origin-Embedder-Policy')
 }
 
-/** Why an address can't run; null where it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
+/** Why an address can't run; null if it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
 export async function problemOf(url) {
   if (url.origin !== site.origin) return `Only apps of ${site.origin} can run here: this page has no server that lets others in. They can use tv.js, or emp-window serve.`
   if (url.pathname === site.pathname || url.pathname === `${site.pathname}index.html`) return 'This is the page itself.'
