@@ -1,6 +1,7 @@
-// SPDX-License-Identifier: MIT node lay.mjs CONSOLE PACKAGE SITE: creates the site in the folder SITE from the page,
-// the package's client and module, and the files of this folder. CONSOLE is the folder that contains page and site,
-// PACKAGE the one that tools/wasm prints.
+// SPDX-License-Identifier: MIT
+// node lay.mjs CONSOLE PACKAGE SITE: creates the site in the folder SITE from the page, the package's client and module,
+// and the files of this folder. CONSOLE is the folder that contains page and site, PACKAGE the one that tools/wasm
+// prints.
 import {createHash} from 'node:crypto'
 import {cpSync, mkdirSync, readdirSync, readFileSync, rmSync, writeFileSync} from 'node:fs'
 import {join} from 'node:path'
