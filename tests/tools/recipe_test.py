@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""A command can be added as CONTRIBUTING.md says, and each step that is left out is told with the file that lacks it.
+"""Adds a command as CONTRIBUTING.md says. Each step that is left out must be reported with the file that lacks it.
 
-The command is added to a copy of the sources. Only what it changes is compiled, and linked with what the build of this
-tree holds, which EMP_WINDOW_BUILD names.
+Works on a copy of the sources. Compiles only what the command changes, and links it with the objects of this tree's
+build, which EMP_WINDOW_BUILD names.
 """
 
 import fnmatch

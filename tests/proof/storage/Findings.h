@@ -6,7 +6,7 @@
 
 namespace virtualtv::proof {
 
-/// Counts, and failures, of which the first are printed.
+/// Counts the results of runs, and prints the first failures.
 class Findings {
  public:
   std::uint64_t faults = 0;   ///< faults that hit, each in its own run

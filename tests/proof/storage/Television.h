@@ -32,7 +32,7 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-/// A set with the plug-in on it, on a state directory whose database lies on the disk in memory.
+/// A set with the plug-in on it, on a state directory whose database is on the disk in memory.
 class Television {
  public:
   /// Switches the set on. @throws StoreError when the state can't be read.

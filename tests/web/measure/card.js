@@ -49,7 +49,7 @@ async function costOf(page, session, kind) {
  * Measures the card and the reference alternately in one browser, `times` each.
  * @param page  a page at `address` of the TV, in a browser where nothing else moves
  * @return {Promise<{card: number, bare: number, nothing: number, ratio: number, processors: number}>} the medians of
- * processor time in ms a second, and the ratio of card and canvas
+ *   processor time in ms a second, and the ratio of card and canvas
  */
 export async function cardCost(page, address = new URL('.', page.url()).href, times = 3) {
   await page.emulateMedia({reducedMotion: 'no-preference'})

@@ -13,7 +13,7 @@ function list() {
  * Imports the list, scrolls to its end and back, and types a search of ten letters, one key in each frame.
  * @param page  shows the TV @param tv  a client of it
  * @return {{tasks: {scrolling: number[], searching: number[]}, frames: {scrolling: number, searching: number}, found: number}} milliseconds: tasks longer
- *   than 50, the longest time between two frames, and how long after the last key what was found is shown
+ *   than 50, the longest time between two frames, and the time from the last key until the result is shown
  */
 export async function channelsCost(page, tv) {
   await tv.import(list(), {format: 'vdr'})

@@ -52,8 +52,8 @@ const filler = [0x47, 0x1f, 0xff, 0x10, ...Array(packetSize - 4).fill(0xff)]
 /**
  * Makes a recording.
  * @param services  {program, name, kind (1: television, 2: radio), audio, subtitles (languages), isScrambled}
- * @param how  numbers of bytes: `front` before and `behind` after each packet, `start` before the first one; and `fillers`,
- *   the number of empty packets at the end
+ * @param how  numbers of bytes: `front` before and `behind` after each packet, `start` before the first one; and
+ *   `fillers`, the number of empty packets at the end
  */
 export function recording(services, {front = 0, behind = 0, start = 0, fillers = 8} = {}) {
   const programs = services.flatMap(({program}) => [...word(program), ...word(0xe000 | 0x100 + program)])

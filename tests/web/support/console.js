@@ -41,8 +41,8 @@ export class Console {
   /**
    * @param {{options?: string[], size?: {width: number, height: number}, scheme?: 'light' | 'dark', server?: any,
    *   token?: string, isLetIn?: boolean, before?: () => void, prepare?: (page: any) => Promise<void>}} how  `server`
-   *   is the server to use; without it a new one is started with `options`. `before` runs in the page before its first line,
-   *   `prepare` runs here before the page is opened
+   *   is the server to use; without it a new one is started with `options`. `before` runs in the page before its first
+   *   line, `prepare` runs here before the page is opened
    */
   static async open({options = [], size = {width: 1280, height: 720}, scheme = 'light', server, token, isLetIn = true, before, prepare} = {}) {
     const made = new Console()
