@@ -174,9 +174,9 @@ TEST_F(FullChannelList, ProgramNumbersKeepTheirLowest8Bits) {
 }
 
 TEST_F(FullChannelList, NamesBeyondAsciiAreEscaped) {
-  const std::string list = listOf("{16=\"Новости\"}");
-  EXPECT_EQ(parsed(list)["TCServiceData"][0]["SERVICE_NAME"], Json::Value("Новости"));
-  EXPECT_NE(list.find(R"("SERVICE_NAME" : "\u041d\u043e\u0432\u043e\u0441\u0442\u0438")"), std::string::npos);
+  const std::string text = listOf("{16=\"Новости\"}");
+  EXPECT_EQ(parsed(text)["TCServiceData"][0]["SERVICE_NAME"], Json::Value("Новости"));
+  EXPECT_NE(text.find(R"("SERVICE_NAME" : "\u041d\u043e\u0432\u043e\u0441\u0442\u0438")"), std::string::npos);
 }
 
 TEST_F(FullChannelList, LongNamesAreCutWhereTheRoomOfTheConversionEnds) {
@@ -291,9 +291,9 @@ std::string manyServices(int count) {
 TEST_F(FullChannelList, IsTheSameDocumentHoweverManyServicesThereAre) {
   for (const int count : {1, 2, 63, 64, 65, 127, 128, 129, 300}) {
     SCOPED_TRACE(count);
-    const std::string list = listOf(manyServices(count));
-    const Json::Value document = parsed(list);
-    EXPECT_EQ(reports::written(document), list);
+    const std::string text = listOf(manyServices(count));
+    const Json::Value document = parsed(text);
+    EXPECT_EQ(reports::written(document), text);
     const Json::Value& elements = document["TCServiceData"];
     ASSERT_EQ(elements.size(), static_cast<Json::ArrayIndex>(count));
     for (int id = 1; id <= count; ++id) {

@@ -103,15 +103,16 @@ std::vector<Failure> unrecorded(const Lines& begun, int source, int previous, in
   const Lines told = join({begun, {written(previousMainKey, previous)}, published(source)});
   const Lines untold{"0 set the vconf for emptvsmw failed!!!", "0 t_SetTVMWMainSourcevconf failed"};
   const std::string thrown = caught("t_SetSource", "vconf_set_int");
-  Lines none = startKeys;
-  none[0] = previous == 20 ? none[0] : was;
-  Lines first = none;
+  Lines unwrittenKeys = startKeys;
+  unwrittenKeys[0] = previous == 20 ? unwrittenKeys[0] : was;
+  Lines first = unwrittenKeys;
   first[1] = was;
   Lines second = first;
   second[4] = "test.widget:" + std::to_string(source);
-  return {{"vconf_set_int result=-1", join({begun, {unwritten(previousMainKey, previous)}}), none, shown},
-          {"vconf_set_int result=1", join({begun, {unwritten(previousMainKey, previous)}}), none, shown},
-          {"vconf_set_int result=throw", join({begun, {thrown, unwritten(previousMainKey, previous)}}), none, shown},
+  return {{"vconf_set_int result=-1", join({begun, {unwritten(previousMainKey, previous)}}), unwrittenKeys, shown},
+          {"vconf_set_int result=1", join({begun, {unwritten(previousMainKey, previous)}}), unwrittenKeys, shown},
+          {"vconf_set_int result=throw", join({begun, {thrown, unwritten(previousMainKey, previous)}}), unwrittenKeys,
+           shown},
           {"vconf_set_str result=-1", join({told, untold}), first, shown},
           {"vconf_set_str result=throw", join({told, {caught("t_SetTVMWMainSourcevconf", "vconf_set_str")}, untold}),
            first, shown},
