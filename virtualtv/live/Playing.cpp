@@ -11,6 +11,7 @@ namespace virtualtv::live {
 
 Playing playingOn(Tv& tv, WindowId window) {
   const WindowState& shown = tv.state()[window];
+  if (shown.source != SOURCE_TV) throw NothingPlays("an input is on the screen");
   const std::optional<Service> service = tv.services().read(shown.service);
   if (!pictureOn(tv.state(), window, service)) throw NothingPlays("no service with a picture is on the screen");
   if (!service || !service->footage) throw NothingPlays("the service on the screen comes from no recording");

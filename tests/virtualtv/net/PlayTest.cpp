@@ -32,6 +32,7 @@ Options with(Change change) {
 
 constexpr std::size_t some = 300'000;  // bytes; "One" has about 800,000 in two seconds
 constexpr std::size_t few = 25'000;    // bytes; "Two" has few, since its picture stands still
+constexpr int hdmi = 31;
 
 class PlayTest : public ::testing::Test {
  protected:
@@ -191,6 +192,16 @@ TEST_F(PlayTest, AnswersHeadAndOlderClients) {
   EXPECT_EQ(old.read(8).substr(4), "ftyp");
   tune(WindowId::main, 2);
   old.readAll();
+}
+
+TEST_F(PlayTest, EndsWhenTheWindowShowsAnInput) {
+  Viewer viewer(served.port());
+  EXPECT_EQ(viewer.head.status, 200);
+  served.onDevice([](device::Device& device) { EXPECT_TRUE(device.tv().switchSource(WindowId::main, hdmi)); });
+  EXPECT_TRUE(viewer.ends());
+  const Viewer after(served.port());
+  EXPECT_EQ(after.head.status, 404);
+  EXPECT_EQ(after.head.body, "an input is on the screen\n");
 }
 
 TEST_F(PlayTest, TellsWhenThereIsNothingToPlay) {
