@@ -383,7 +383,7 @@ Json::Value Core::revision() const {
 
 void Core::deliver(Event& event) {
   for (const auto& [id, seat] : seats_) {
-    if (haveTopic(seat->topics, event.topic)) send(*seat, event);
+    if (seat->topics.contains(event.topic)) send(*seat, event);
   }
 }
 

@@ -32,7 +32,7 @@ struct Seat {
   std::string id;
   shell::Session shell;
   Outlet* outlet = nullptr;                ///< null while it is not connected
-  std::set<std::string> topics;            ///< topics of its subscriptions
+  TopicNames topics;                       ///< topics of its subscriptions
   std::deque<std::shared_ptr<Job>> queue;  ///< waiting messages, the current one first
   bool isAtWork = false;                   ///< the first message is being handled
   bool isHeld = false;                     ///< the first message waits for a delay

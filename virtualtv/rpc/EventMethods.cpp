@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Subscriptions to events.
-#include <algorithm>
 #include <array>
-#include <set>
 #include <string>
 
 #include "rpc/Core.h"
@@ -16,16 +14,19 @@ namespace {
 
 constexpr std::string_view topicList = R"({"type": "array", "items": {"type": "string"}})";
 
-/// The topics that a call names.
-std::set<std::string> topicsIn(const Context& context) {
+/// The topics that a call names. The name * means all of them.
+TopicNames topicsIn(const Context& context) {
   return context.params.read("topics", [](const JsonPart& list) {
-    std::set<std::string> names;
+    TopicNames names;
     list.eachItem([&](const JsonPart& item) {
       const std::string name = item.text();
-      const auto isIt = [&](const Topic& topic) { return topic.name == name; };
-      const bool known = name == everyTopic || std::any_of(topics().begin(), topics().end(), isIt);
+      bool known = false;
+      for (const Topic& topic : topics()) {
+        if (name != "*" && name != topic.name) continue;
+        names.insert(topic.name);
+        known = true;
+      }
       if (!known) item.refuse("there is no topic '" + nameShown(name) + "'");
-      names.insert(name);
     });
     return names;
   });
@@ -37,13 +38,13 @@ void requireConnection(const Context& context) {
 
 /// Once the reply was sent, sends the kept events after a number, then every new event of the topics. Events of
 /// requests in the same batch are sent after the reply too, since they are among the kept events.
-void beginBehind(const Context& context, std::uint64_t after, const std::set<std::string>& topics) {
+void beginBehind(const Context& context, std::uint64_t after, const TopicNames& topics) {
   context.behind.emplace_back([&core = context.core, after, topics, id = context.seat.id] {
     const auto found = core.seats().find(id);
     if (found == core.seats().end()) return;
     Seat& seat = *found->second;
     core.events().replay(after, [&](Event& event) {
-      if (haveTopic(topics, event.topic) && !haveTopic(seat.topics, event.topic)) core.send(seat, event);
+      if (topics.contains(event.topic) && !seat.topics.contains(event.topic)) core.send(seat, event);
     });
     seat.topics.insert(topics.begin(), topics.end());
   });
@@ -52,7 +53,7 @@ void beginBehind(const Context& context, std::uint64_t after, const std::set<std
 Json::Value subscribe(const Context& context) {
   requireConnection(context);
   Core& core = context.core;
-  const std::set<std::string> topics = topicsIn(context);
+  const TopicNames topics = topicsIn(context);
   const bool goesOn = context.params.has("after");
   const auto after = static_cast<std::uint64_t>(context.params.number("after", notNegative, 0));
   const bool isThisServer = context.params.text("server", core.id()) == core.id();
@@ -95,10 +96,6 @@ const std::array eventRows{
 };
 
 }  // namespace
-
-bool haveTopic(const std::set<std::string>& chosen, std::string_view topic) {
-  return chosen.contains(std::string(everyTopic)) || chosen.contains(std::string(topic));
-}
 
 std::span<const Method> eventMethods() {
   return eventRows;

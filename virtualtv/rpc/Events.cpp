@@ -42,9 +42,9 @@ void Events::onWake(std::function<void()> wake) {
   listen();
 }
 
-void Events::hear(const std::set<std::string>& topics) {
-  const bool calls = wants_.calls || haveTopic(topics, "call");
-  const int level = haveTopic(topics, "log") ? device::allLevels : wants_.logLevel;
+void Events::hear(const TopicNames& topics) {
+  const bool calls = wants_.calls || topics.contains("call");
+  const int level = topics.contains("log") ? device::allLevels : wants_.logLevel;
   if (calls == wants_.calls && level == wants_.logLevel) return;
   tell(collect());
   wants_.calls = calls;

@@ -20,10 +20,8 @@
 
 namespace virtualtv::rpc {
 
-/// The name that means all topics.
-inline constexpr std::string_view everyTopic = "*";
-/// True when a client has chosen the topic.
-bool haveTopic(const std::set<std::string>& chosen, std::string_view topic);
+/// Names of topics, such as those that a client is subscribed to.
+using TopicNames = std::set<std::string, std::less<>>;
 
 /// An event for clients. Its text is created on first use.
 struct Event {
@@ -71,7 +69,7 @@ class Events {
   /// Sets the function that the device's loop calls when there may be something to collect.
   void onWake(std::function<void()> wake);
   /// Also subscribes to platform calls and log messages, if the topics include them.
-  void hear(const std::set<std::string>& topics);
+  void hear(const TopicNames& topics);
 
   /// Number of the last event.
   std::uint64_t number() const { return number_; }

@@ -186,6 +186,18 @@ TEST_F(EventsTest, AreToldToAllWhoWantThem) {
   EXPECT_EQ(other.takeTexts().size(), 1U);
 }
 
+TEST_F(EventsTest, OfATopicEndWithItsSubscriptionAlsoAmongAllTopics) {
+  subscribe(client, R"([["*"]])");
+  client.result("events.unsubscribe", json(R"([["knob"]])"));
+  client.result("tv.set", json(R"(["region", "8"])"));
+  EXPECT_TRUE(client.takeTexts().empty());
+  subscribe(client, R"([["knob"]])");
+  client.takeTexts();
+  client.result("events.unsubscribe", json(R"([["*"]])"));
+  client.result("tv.set", json(R"(["region", "9"])"));
+  EXPECT_TRUE(client.takeTexts().empty());
+}
+
 TEST_F(EventsTest, OfWhatOthersDoOnTheSetAreToldToo) {
   subscribe(client, R"([["knob", "command"]])");
   television.tv().adjust([](TvState& state) { state.region = 6; });
