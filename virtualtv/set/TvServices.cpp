@@ -115,8 +115,9 @@ bool Tv::removeService(ServiceKey service) {
     const std::vector<ServiceKey> left = store.keys();
     const ServiceKey first = left.empty() ? 0 : left.front();
     for (WindowState& window : next.windows) {
-      if (window.service == service) window.bring(first);
-      if (window.previousService == service) window.previousService = 0;
+      const ServiceKey previous = window.previousService == service ? 0 : window.previousService;
+      if (window.service == service && !follow(window, first)) window.bring(0);
+      window.previousService = previous;
     }
     if (const auto other = store.read(first); other && !store.keyOf(next.startServiceId)) {
       const auto id = other->numbers.find(TCServiceData::SERVICE_ID);

@@ -82,6 +82,19 @@ TEST_F(Edit, RemovesAServiceAndShowsTheFirstOfTheOthers) {
   EXPECT_EQ(tv.state()[WindowId::main].service, 0);
 }
 
+TEST_F(Edit, GivesTheWindowOfARemovedServiceTheModeOfTheOneItShowsThen) {
+  Service second = *tv.services().read(2);
+  second.numbers[TCServiceData::ANTENNA_MODE] = 1;
+  tv.import({second}, true);
+  tv.tune(WindowId::main, 3);
+  tv.tune(WindowId::main, 1);
+  ASSERT_EQ(tv.state()[WindowId::main].mode.antenna, 0);
+  editService(tv, "#1", "remove", "");
+  EXPECT_EQ(tv.state()[WindowId::main].service, 2);
+  EXPECT_EQ(tv.state()[WindowId::main].mode, (TvMode{1, 0}));
+  EXPECT_EQ(tv.state()[WindowId::main].previousService, 3);
+}
+
 TEST_F(Edit, RefusesWhatCantBeDone) {
   EXPECT_EQ(refusal("#9", "remove", ""), "there is no service #9");
   EXPECT_EQ(refusal("#1", "paint", "red"), "one of rename, renumber, move, hide, lock, remove is wanted, not 'paint'");
