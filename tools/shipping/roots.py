@@ -11,6 +11,9 @@ from shipping.packages import said
 SUITE = "bookworm"
 # The only variables of the caller's environment that programs in a root get: those for network access.
 PASSED = ("http_proxy", "https_proxy", "no_proxy", "HTTP_PROXY", "HTTPS_PROXY", "NO_PROXY")
+CERTIFICATES = "/etc/ssl/certs/ca-certificates.crt"  # those that this machine trusts
+BROUGHT = "/etc/ssl/machine-certificates.crt"  # the same file in a root
+TERMINALS = 'mount -t devpts -o newinstance,ptmxmode=0666 devpts /dev/pts && exec "$@"'  # for programs that need one
 ENVIRONMENT = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin", "LANG": "C.UTF-8",
                "DEBIAN_FRONTEND": "noninteractive"}
 
@@ -61,6 +64,8 @@ class Root:
         for file in ("/etc/resolv.conf", "/etc/hosts"):
             if Path(file).exists():
                 self.bring(file, file)
+        if Path(CERTIFICATES).exists():  # a proxy may have one of its own
+            self.bring(CERTIFICATES, BROUGHT)
         # If the machine uses a proxy, the root uses it too.
         lines = said("apt-config", "dump", "Acquire").splitlines()
         proxies = [line for line in lines if "::proxy" in line.partition(" ")[0].lower()]
@@ -72,12 +77,14 @@ class Root:
         return self.run("apt-get", "--quiet", "--yes", "--no-install-recommends", "install", *packages)
 
     def command(self, words, user="root", variables=None):
-        """The command that runs a program in the root, as this user, with separate processes and mounts."""
+        """The command that runs a program in the root, as this user, with separate processes, mounts and terminals."""
         passed = {name: os.environ[name] for name in PASSED if name in os.environ}
+        if self.inside(BROUGHT).exists():
+            passed["NODE_EXTRA_CA_CERTS"] = BROUGHT
         home = "/root" if user == "root" else f"/home/{user}"
         environment = {**ENVIRONMENT, **passed, "HOME": home, "USER": user, **(variables or {})}
         return ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", f"--root={self.folder}",
-                "--wd=/", "env", "-i", *(f"{name}={value}" for name, value in environment.items()),
+                "--wd=/", "sh", "-c", TERMINALS, "sh", "env", "-i", *(f"{name}={value}" for name, value in environment.items()),
                 *([] if user == "root" else ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups"]),
                 *map(str, words)]
 

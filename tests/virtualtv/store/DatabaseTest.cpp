@@ -353,6 +353,7 @@ TEST_F(DatabaseFile, ThatIsADirectoryFails) {
 }
 
 TEST_F(DatabaseFile, InADirectoryThatCantBeWrittenToFails) {
+  std::filesystem::permissions(directory.path(), std::filesystem::perms(0555));
   EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
   EXPECT_FALSE(std::filesystem::exists(file));
 }
@@ -367,7 +368,7 @@ TEST_F(DatabaseFile, ThatCantBeWrittenToFails) {
 
 TEST_F(DatabaseFile, ThatCantBeReadFails) {
   make(1);
-  std::filesystem::permissions(file, std::filesystem::perms(0600));
+  std::filesystem::permissions(file, std::filesystem::perms(0));
   EXPECT_EQ(inChildWithoutPrivileges([&] { return failureToOpen(); }), failure("open it: Permission denied"));
 }
 

@@ -114,11 +114,13 @@ TEST_F(StateDirectoryTest, CantBeAFile) {
 }
 
 TEST_F(StateDirectoryTest, CantBeMadeWithoutPermission) {
+  std::filesystem::permissions(directory.path(), std::filesystem::perms(0555));
   const std::string text = inChildWithoutPrivileges([&] { return failureOf([&] { StateDirectory state(path); }); });
   EXPECT_EQ(text, failure(path, "Permission denied"));
 }
 
 TEST_F(StateDirectoryTest, CantBeUsedWithoutPermissionToWrite) {
+  std::filesystem::permissions(directory.path(), std::filesystem::perms(0555));
   const std::string text =
       inChildWithoutPrivileges([&] { return failureOf([&] { StateDirectory state(directory.path()); }); });
   EXPECT_EQ(text, failure(directory.path(), "Permission denied"));
