@@ -13,7 +13,8 @@ SUITE = "bookworm"
 PASSED = ("http_proxy", "https_proxy", "no_proxy", "HTTP_PROXY", "HTTPS_PROXY", "NO_PROXY")
 CERTIFICATES = "/etc/ssl/certs/ca-certificates.crt"  # those that this machine trusts
 BROUGHT = "/etc/ssl/machine-certificates.crt"  # the same file in a root
-TERMINALS = 'mount -t devpts -o newinstance,ptmxmode=0666 devpts /dev/pts && exec "$@"'  # for programs that need one
+# Mounts the terminals of a root, which need not have a program for that, and runs the words behind it.
+TERMINALS = 'mount -t devpts -o newinstance,ptmxmode=0666 devpts "$0/dev/pts" && exec "$@"'
 ENVIRONMENT = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin", "LANG": "C.UTF-8",
                "DEBIAN_FRONTEND": "noninteractive"}
 
@@ -83,8 +84,9 @@ class Root:
             passed["NODE_EXTRA_CA_CERTS"] = BROUGHT
         home = "/root" if user == "root" else f"/home/{user}"
         environment = {**ENVIRONMENT, **passed, "HOME": home, "USER": user, **(variables or {})}
-        return ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", f"--root={self.folder}",
-                "--wd=/", "sh", "-c", TERMINALS, "sh", "env", "-i", *(f"{name}={value}" for name, value in environment.items()),
+        return ["unshare", "--mount", "sh", "-c", TERMINALS, self.folder,
+                "unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", f"--root={self.folder}",
+                "--wd=/", "env", "-i", *(f"{name}={value}" for name, value in environment.items()),
                 *([] if user == "root" else ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups"]),
                 *map(str, words)]
 
