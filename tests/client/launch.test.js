@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict'
 import {spawn} from 'node:child_process'
 import {once} from 'node:events'
-import {chmod, mkdtemp, rm, writeFile} from 'node:fs/promises'
+import {chmod, mkdtemp, readFile, rm, writeFile} from 'node:fs/promises'
 import {tmpdir} from 'node:os'
 import {join} from 'node:path'
 import {after, before, test} from 'node:test'
@@ -18,13 +18,10 @@ before(async () => {
 })
 after(() => rm(directory, {recursive: true}))
 
-function isRunning(pid) {
-  try {
-    process.kill(pid, 0)
-    return true
-  } catch {
-    return false
-  }
+/** Whether a process runs. One that has ended may still await its parent's wait. */
+async function isRunning(pid) {
+  const stat = await readFile(`/proc/${pid}/stat`, 'utf8').catch(() => ') X')
+  return !/\) [XZ]/.test(stat)
 }
 
 /** A program written as a shell script. */
@@ -44,7 +41,7 @@ test('each TV is fresh and its own, and ends with close', async () => {
   const start = performance.now()
   await Promise.all([one.close(), other.close()])
   assert.ok(performance.now() - start < 4000, 'they end by themselves, before they would be killed')
-  assert.deepEqual([isRunning(one.pid), isRunning(other.pid)], [false, false])
+  assert.deepEqual([await isRunning(one.pid), await isRunning(other.pid)], [false, false])
   await one.close()
 })
 
@@ -113,7 +110,7 @@ test('the TV ends when the process that launched it is killed', async () => {
     {stdio: ['ignore', 'pipe', 'inherit'], env: {...process.env, EMP_WINDOW: program}})
   const [line] = await once(parent.stdout.setEncoding('utf8'), 'data')
   const pid = Number(line)
-  assert.ok(isRunning(pid))
+  assert.ok(await isRunning(pid))
   parent.kill('SIGKILL')
-  await until(() => !isRunning(pid), 'the TV has ended')
+  await until(async () => !await isRunning(pid), 'the TV has ended')
 })
