@@ -61,7 +61,7 @@ async function openApp(body) {
   await isRunning()
 }
 
-test('the zapper is worked by the remote control: list, numbers, channel up, picture-in-picture', async () => {
+test('the zapper is operated with the remote control: list, numbers, channel up, picture-in-picture', async () => {
   await open()
   await pane.getByRole('button', {name: 'Zapper'}).click()
   await app().getByText('1 Lighthouse One').waitFor()
@@ -266,7 +266,7 @@ test('an app of the page\'s own origin gets keys from the page alone, and speaks
   assert.ok(await pane.getByText('Has the TV as tvWindow', {exact: true}).isVisible())
 })
 
-test('a page that an app goes to neither gets keys nor speaks for the app', {skip: elsewhere('its policy lets no frame of another origin in')}, async () => {
+test('a page that an app goes to neither gets keys nor speaks for the app', {skip: elsewhere('its policy allows no frames of another origin')}, async () => {
   await open({options: ['--allow-origin', 'http://127.0.0.1:*', '--allow-origin', 'http://localhost:*']})
   writeApp()
   await run(`${site.address}/app`)
@@ -321,10 +321,10 @@ test('the line for one\'s own app is copied; an origin that is not let in is tol
   await pane.getByText('Copied').waitFor()
   assert.equal(await shown.page.evaluate(() => navigator.clipboard.readText()), `<script src="${shown.server.address}/window.js?name=tvWindow"></script>`)
   await run(`${site.address}/<b>'"`)
-  await pane.getByRole('alert').filter({hasText: 'The server does not let pages of'}).waitFor()
+  await pane.getByRole('alert').filter({hasText: 'The server does not allow pages of'}).waitFor()
   assert.ok(await pane.getByText(`emp-window serve --allow-origin '${site.address}'`).isVisible())
   assert.equal(await shown.page.locator('iframe').count(), 0)
-  for (const [address, problem] of [['ftp://a/', 'An address such as'], ['', 'An address such as'], [shown.server.address, 'only the apps above']]) {
+  for (const [address, problem] of [['ftp://a/', 'An address such as'], ['', 'An address such as'], [shown.server.address, 'only the apps listed above']]) {
     await run(address)
     await pane.getByText(problem).waitFor()
   }
@@ -335,14 +335,14 @@ test('every port of a host is let in by one option', {skip: elsewhere('there is 
   writeApp()
   await run(`127.0.0.1:${site.port}/app`)
   await isRunning()
-  await pane.getByText('Let in now: http://127.0.0.1:*').waitFor()
+  await pane.getByText('Allowed now: http://127.0.0.1:*').waitFor()
 })
 
 test('an app that says nothing is told of, with the ways out', async () => {
   await open({options: ['--allow-origin', site.address]})
   site.pages.set('/mute', '<!doctype html><title>mute</title>')
   await run(`${site.address}/mute`)
-  await pane.getByText('Nothing was heard from the app.').waitFor()
+  await pane.getByText('The app has not reported that it runs.').waitFor()
   assert.equal(await pane.getByRole('link', {name: 'Open it in a tab'}).getAttribute('href'), `${site.address}/mute`)
 })
 

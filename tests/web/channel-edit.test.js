@@ -118,7 +118,7 @@ test('what others change shows at once, and a channel that they remove is told',
   await change('hide', 'on')
   await panel().getByRole('button', {name: 'Hidden', pressed: true}).waitFor()
   await change('remove')
-  await panel().getByText('This channel is not in the list any more.').waitFor()
+  await panel().getByText('This channel is no longer in the list.').waitFor()
   assert.equal(await shown.page.title(), 'emp-window')
 })
 

@@ -68,7 +68,7 @@ test('replies tell their kind, failures their meaning, refused ones that they ar
 test('a name of its own and more than four parameters go as a parameter list', async () => {
   shown = await Console.open()
   await run('SetScreenCropRect 1 2 3 4 5 6 7 8')
-  await replies().getByText('At most 4 parameters').waitFor()
+  await replies().getByText('A command takes at most 4 parameters').waitFor()
   await input().fill('SetScreenCropRect 0 0 960 540 0 0 480 270')
   await pane().getByLabel('Parameter list').check()
   assert.equal(await input().inputValue(), '+ SetScreenCropRect 0 0 960 540 0 0 480 270')

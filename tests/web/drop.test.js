@@ -77,9 +77,9 @@ test('a list without a service is not imported, and what is wrong with it is tol
 test('only lists may be in another encoding than UTF-8', async () => {
   shown = await Console.open()
   await drop({name: 'mine.txt', content: Buffer.from('> SetChannel \xe4 0\nint 0\n', 'latin1')})
-  await panel().getByRole('alert').filter({hasText: 'It is not UTF-8, which a transcript has to be.'}).waitFor()
+  await panel().getByRole('alert').filter({hasText: 'A transcript must be UTF-8; this file is not.'}).waitFor()
   await drop({name: 'mine.json', content: Buffer.from('{"version": 1, "state": "\xe4", "settings": [], "services": []}', 'latin1')})
-  await panel().getByRole('alert').filter({hasText: 'It is not UTF-8, which a snapshot has to be.'}).waitFor()
+  await panel().getByRole('alert').filter({hasText: 'A snapshot must be UTF-8; this file is not.'}).waitFor()
   await drop({name: 'letter.txt', content: Buffer.from('Stra\xdfe\n', 'latin1')})
   await panel().getByRole('alert').filter({hasText: 'not a channel list of a known format'}).waitFor()
   assert.equal(await panel().getByText('Names were read').count(), 0)
@@ -99,7 +99,7 @@ test('a transcript is checked on a set of its own, and its differences are colou
   assert.equal(await panel().locator('.added').textContent(), '+int 1')
   assert.equal((await shown.tv.state()).windows.main.service.name, 'Lighthouse One')
   await drop({name: 'mine.txt', content: '> GetTVMode\nint 1\n'})
-  await panel().getByText('It prints what it says.').waitFor()
+  await panel().getByText('All output is as expected.').waitFor()
 })
 
 test('a list that was exported as JSON is imported, with what is wrong in it', async () => {
@@ -134,7 +134,7 @@ test('all else is told what it is not, and changes nothing', async () => {
     [{name: 'a.png', content: '\x89PNG\0\0'}, 'It is neither a text nor a recording'],
     [{name: 'a.json', content: '{"version": 1, "state": {}}'}, 'it lacks settings, services'],
     [{name: 'a.json', content: '[1,\n2]'}, 'it is an array'],
-    [{name: 'a.json', content: '{"version": '}, 'It looks like JSON, but cannot be read as such'],
+    [{name: 'a.json', content: '{"version": '}, 'It looks like JSON but is invalid'],
     [{name: 'letter.txt', content: 'Dear all,\n'}, 'not a channel list of a known format'],
     [{name: 'empty.conf'}, 'It is empty'],
     [{name: 'huge.conf', tabs: 32 * 1024 * 1024 + 1}, 'the server takes at most 32 MiB'],
@@ -153,7 +153,7 @@ test('all else is told what it is not, and changes nothing', async () => {
 test('a file whose message is too long is refused before it is sent', async () => {
   shown = await Console.open()
   await drop({name: 'long.txt', content: '> ', tabs: 17 * 1024 * 1024})
-  await panel().getByText('As a message it has 34.0 MiB').waitFor()
+  await panel().getByText('The message would have 34.0 MiB').waitFor()
   assert.ok(shown.tv.connected)
 })
 
@@ -235,7 +235,7 @@ test('what is wrong with a recording is told by place, and one without services 
   assert.match((await cells()).at(-1).join(' '), /^packet 2 .*checksum/)
   await drop({name: 'empty.ts', content: recording([], {fillers: 20})})
   await panel().getByText('0 services found').waitFor()
-  await panel().getByText(/None of its 22 packets tells of a service/).waitFor()
+  await panel().getByText(/None of its 22 packets describes a service/).waitFor()
   assert.equal(await panel().getByRole('button', {name: 'Import'}).count(), 0)
 })
 

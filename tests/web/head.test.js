@@ -73,7 +73,7 @@ test('search goes to panes, by keys and by mouse', async () => {
 
 test('search says where nothing is found, and Escape ends it', async () => {
   await search().fill('nothing has this name')
-  await shown.page.getByText('Nothing has that in its name.').waitFor()
+  await shown.page.getByText('No match.').waitFor()
   await search().press('Escape')
-  await shown.page.getByText('Nothing has that in its name.').waitFor({state: 'hidden'})
+  await shown.page.getByText('No match.').waitFor({state: 'hidden'})
 })

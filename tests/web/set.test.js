@@ -79,7 +79,7 @@ test('a latency is set, told and removed', async () => {
   await field('latency.IServiceNavigation::GetTvMode').waitFor()
   assert.equal(await shown.tv.get('latency.IServiceNavigation::GetTvMode'), '250')
   await field('Remove latency.IServiceNavigation::GetTvMode').click()
-  await pane().getByText('Each call takes no time').waitFor()
+  await pane().getByText('No call has a latency').waitFor()
   assert.equal(await shown.tv.get('latency.IServiceNavigation::GetTvMode'), '0')
 })
 
@@ -119,7 +119,7 @@ test('a snapshot is saved as a file, and brings the set back', async () => {
   await field('Snapshot to restore').setInputFiles({name: 'no.json', mimeType: 'application/json', buffer: Buffer.from('{"version": 9}')})
   await pane().getByRole('status').filter({hasText: 'version'}).waitFor()
   await field('Snapshot to restore').setInputFiles({name: 'no.txt', mimeType: 'text/plain', buffer: Buffer.from('nothing')})
-  await pane().getByText('no.txt is no snapshot').waitFor()
+  await pane().getByText('no.txt is not a snapshot').waitFor()
 })
 
 test('a restart ends latencies', async () => {
@@ -139,6 +139,6 @@ test('a reset asks first', async () => {
   assert.equal((await shown.tv.state()).country, 9)
   await pane().getByRole('button', {name: 'Reset'}).click()
   await pane().getByRole('dialog').getByRole('button', {name: 'Reset'}).click()
-  await pane().getByText('This is the built-in set now').waitFor()
+  await pane().getByText('Reset to the built-in set').waitFor()
   assert.equal((await shown.tv.state()).country, 3)
 })

@@ -12,7 +12,7 @@ let shown
 useBrowser()
 afterEach(() => shown?.close())
 
-const list = () => shown.page.getByRole('listbox', {name: 'What has happened'})
+const list = () => shown.page.getByRole('listbox', {name: 'Timeline entries'})
 const line = text => list().getByRole('option').filter({hasText: text})
 const detail = () => shown.page.locator('emp-timeline-detail')
 const part = name => detail().getByRole('region', {name, exact: true})
@@ -127,7 +127,7 @@ test('filters by client, command, interface, level, text and kind keep what is l
   await gone('GetTVMode')
   await line('SetChannel').waitFor()
   await page.getByLabel('Filter by text').fill('no such thing')
-  await page.getByText('Nothing that happened is like that').waitFor()
+  await page.getByText('Nothing matches the filter').waitFor()
   await app.close()
 })
 
@@ -141,7 +141,7 @@ test('a text is looked for in what is shown, and in nothing else', async () => {
   await line('some/key').waitFor({state: 'detached'})
   await line('GetTVMode').waitFor()
   await page.getByLabel('Filter by text').fill('revision')
-  await page.getByText('Nothing that happened is like that').waitFor()
+  await page.getByText('Nothing matches the filter').waitFor()
 })
 
 test('an engine whose opening a fault hits is opened in one line, and a restored set closes engines in theirs', async () => {
@@ -199,7 +199,7 @@ test('a chosen command shows the state behind it and the past, until a person is
   await shown.tv.window.SetChannel(5, 0)
   await line('SetChannel 3 0').click()
   const past = () => shown.page.evaluate(async () => (await import('/page/store.js')).store.get('past'))
-  await part('State behind it').getByRole('tree', {name: 'State behind the command'}).waitFor()
+  await part('State after it').getByRole('tree', {name: 'State after the command'}).waitFor()
   assert.deepEqual((await past()).state, then)
   assert.equal((await past()).command, 1)
   await shown.page.keyboard.press('Escape')
@@ -212,7 +212,7 @@ test('who leaves the past by keyboard is on the list or on the screen then', asy
   const {page} = shown
   const focused = () => page.evaluate(() => document.activeElement.ariaLabel)
   await shown.tv.window.SetChannel(3, 0)
-  for (const [button, place] of [['Now', 'What has happened'], ['Back to now', 'App space']]) {
+  for (const [button, place] of [['Now', 'Timeline entries'], ['Back to now', 'App space']]) {
     await line('SetChannel 3 0').click()
     await page.getByRole('button', {name: button, exact: true}).press('Enter')
     await detail().waitFor({state: 'hidden'})
@@ -227,7 +227,7 @@ test('going back asks first, and makes the set what it was', async () => {
   await shown.tv.window.SetChannel(5, 0)
   await line('SetChannel 3 0').click()
   await detail().getByRole('button', {name: 'Go back to here'}).click()
-  const dialog = shown.page.getByRole('dialog', {name: 'Go back to behind command 1?'})
+  const dialog = shown.page.getByRole('dialog', {name: 'Go back to the state after command 1?'})
   await dialog.getByText('Engines of all clients are closed').waitFor()
   await dialog.getByRole('button', {name: 'Go back'}).click()
   await dialog.waitFor({state: 'hidden'})
@@ -244,7 +244,7 @@ test('a command that the server does not hold any more shows why it can not be g
   await list().focus()
   await shown.page.getByLabel('Filter by text').fill('SetChannel 3')
   await line('SetChannel 3 0').click()
-  await detail().getByText('does not hold it any more').waitFor()
+  await detail().getByText('The server no longer has it').waitFor()
   assert.ok(await detail().getByRole('button', {name: 'Go back to here'}).isDisabled())
 })
 
@@ -267,11 +267,11 @@ test('after another server has taken its place the timeline says so and goes on'
   await shown.server.kill('SIGKILL')
   shown.server = await serve({port})
   shown.tv = await shown.connect()
-  await line('The server was started anew').waitFor()
+  await line('The server was restarted').waitFor()
   await shown.tv.window.SetChannel(5, 0)
   await line('SetChannel 5 0').waitFor()
   await line('SetChannel 3 0').click()
-  await detail().getByText('The server was started anew since').waitFor()
+  await detail().getByText('The server was restarted since').waitFor()
   shown.tolerated = brokenConnection
 })
 

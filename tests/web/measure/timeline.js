@@ -31,7 +31,7 @@ async function fill(page, tv) {
 /** @return the longest task of each kind, in ms; 0 where none took 50 */
 export async function timelineCost(page, tv) {
   await fill(page, tv)
-  const list = page.getByRole('listbox', {name: 'What has happened'})
+  const list = page.getByRole('listbox', {name: 'Timeline entries'})
   const measured = async work => {
     const end = await longTasks(page)
     await work()

@@ -18,27 +18,27 @@ export function scriptLine() {
  * @return {{text: string, name: string, copy: string} | undefined}
  */
 export function need(origin) {
-  return {text: 'Start the server so that it lets the origin of the app in:', name: 'option', copy: `emp-window serve --allow-origin '${origin}'`}
+  return {text: 'To allow the app\'s origin, start the server with:', name: 'option', copy: `emp-window serve --allow-origin '${origin}'`}
 }
 
 /** Describes which apps the page allows. */
 export async function letIn() {
   const allowed = await allowedOrigins()
-  return allowed?.length ? `Let in now: ${allowed.join(', ')}` : 'No origin is let in now but that of this page.'
+  return allowed?.length ? `Allowed now: ${allowed.join(', ')}` : 'Only apps of this page\'s own origin are allowed now.'
 }
 
 /** Why an address can't run; null if it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
 export async function problemOf(url) {
   const allowed = await allowedOrigins()
   if (url.origin === location.origin) {
-    return url.pathname.startsWith(ownApps.pathname) ? null : 'Of the pages of this server only the apps above can run over the picture.'
+    return url.pathname.startsWith(ownApps.pathname) ? null : 'From this server, only the apps listed above can run over the picture.'
   }
   if (!allowed) return 'The server does not answer. Try again once the page is connected.'
   if (isAllowed(url, allowed)) return null
-  return [h('p', {class: 'fail'}, 'The server does not let pages of ', h('code', {class: 'name'}, url.origin), ' in.'),
-    h('p', null, 'Start it anew with the option below, then reload this page.')]
+  return [h('p', {class: 'fail'}, 'The server does not allow pages of ', h('code', {class: 'name'}, url.origin), '.'),
+    h('p', null, 'Restart it with the option below, then reload this page.')]
 }
 
 /** Why the policy of the page refused a frame. @param {string} address */
 export const refusal = address =>
-  `The policy of this page lets no frame of ${address} in. Was the server started anew with --allow-origin? Then reload this page.`
+  `This page does not allow frames of ${address}. Was the server restarted with --allow-origin? Then reload this page.`

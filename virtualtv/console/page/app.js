@@ -11,7 +11,7 @@ import {Part} from './part.js'
 import {store} from './store.js'
 
 const bundled = [
-  {name: 'Zapper', folder: 'zapper', what: 'Channel list, numbers, picture-in-picture, worked by the remote control.'},
+  {name: 'Zapper', folder: 'zapper', what: 'Channel list, numbers, picture-in-picture, operated with the remote control.'},
   {name: 'Picture geometry', folder: 'geometry', what: 'Place, crop, order and hide the picture, in both spaces.'},
 ]
 const example = 'http://localhost:5173'
@@ -52,7 +52,7 @@ class App extends Part {
 
   #bundled() {
     return [
-      h('h3', null, 'Apps that come with it'),
+      h('h3', null, 'Included apps'),
       bundled.map(({name, folder, what}) => h('div', {class: 'app-choice', key: folder},
         h('button', {onclick: () => this.#start(new URL(`${folder}/index.html`, ownApps), name)}, name),
         h('span', {class: 'dim'}, what))),
@@ -120,7 +120,7 @@ class App extends Part {
     const open = h('a', {href: address, target: '_blank', rel: 'noopener'}, 'Open it in a tab')
     if (what === 'loading') return [h('p', null, 'Loading. Does it take long? '), open]
     return [
-      h('p', {class: 'fail'}, 'Nothing was heard from the app.'),
+      h('p', {class: 'fail'}, 'The app has not reported that it runs.'),
       h('ul', null,
         h('li', null, 'Does its server answer? ', open),
         h('li', null, 'Is the line below in the head of its page?'),
@@ -132,7 +132,7 @@ class App extends Part {
     const close = () => this.querySelector('dialog')?.close()
     return h('dialog', {key: 'reset', 'aria-labelledby': 'app-reset-title'},
       h('h3', {id: 'app-reset-title'}, 'Reset the TV?'),
-      h('p', null, 'All that was done to the TV is lost: channels, settings, faults. The app is loaded anew.'),
+      h('p', null, 'All changes to the TV are lost: channels, settings, faults. The app is reloaded.'),
       h('div', {class: 'row'},
         h('button', {class: 'main', onclick: () => this.#reset(close)}, 'Reset and reload'),
         h('button', {onclick: close}, 'Cancel')))
@@ -157,7 +157,7 @@ class App extends Part {
   async #submit(event) {
     event.preventDefault()
     const url = addressOf(this.#address)
-    this.#problem = url ? await problemOf(url) : `An address such as ${example}/ is wanted.`
+    this.#problem = url ? await problemOf(url) : `Enter an address such as ${example}/.`
     if (url && !this.#problem) this.#start(url, url.host)
     this.changed()
     this.#ask()

@@ -38,7 +38,7 @@ class ChannelEdit extends Part {
       h('header', null,
         h('span', {class: 'mono dim'}, this.#service && numberOf(this.#service)), h('span', {class: 'grow channel-name'}, this.#service && nameOf(this.#service.name)),
         h('button', {'aria-label': 'Close the channel', onclick: () => this.onend('')}, 'Close')),
-      this.#service ? this.#forms(this.#service) : h('p', {class: 'dim', role: 'status'}, 'This channel is not in the list any more.'))
+      this.#service ? this.#forms(this.#service) : h('p', {class: 'dim', role: 'status'}, 'This channel is no longer in the list.'))
   }
 
   /** @param {any} service */
@@ -53,7 +53,7 @@ class ChannelEdit extends Part {
         h('button', {type: 'button', title: 'Puts it where that number is; the channels between move by one', onclick: this.#move}, 'Move there')),
       this.#problem('number'),
       h('div', {class: 'row'},
-        h('button', {'aria-pressed': String(hidden), title: 'Lists of the set leave it out', onclick: () => this.#change('rest', 'hide', hidden ? 'off' : 'on')}, 'Hidden'),
+        h('button', {'aria-pressed': String(hidden), title: 'Leaves it out of the set\'s lists', onclick: () => this.#change('rest', 'hide', hidden ? 'off' : 'on')}, 'Hidden'),
         h('button', {'aria-pressed': String(locked), title: 'The set asks for a code', onclick: () => this.#change('rest', 'lock', locked ? 'off' : 'on')}, 'Locked'),
         h('span', {class: 'grow'}),
         h('button', {class: this.#isSure && 'fail', onclick: () => this.#isSure ? this.#remove() : this.#beSure(true), onblur: () => this.#beSure(false)},

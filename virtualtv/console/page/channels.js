@@ -33,7 +33,7 @@ class Channels extends Part {
   #chosenKey
 
   view() {
-    if (!store.get('connection').connected && this.#pages.total === undefined) return h('p', {class: 'empty'}, 'Channels stand here once the TV is connected.')
+    if (!store.get('connection').connected && this.#pages.total === undefined) return h('p', {class: 'empty'}, 'Channels appear here once the TV is connected.')
     if (this.#version !== store.get('services')) this.#refresh()
     return [h('div', {class: 'channel-filters'}, this.#filters()), this.#list(), this.#panelBelow(), this.#foot()]
   }
@@ -123,7 +123,7 @@ class Channels extends Part {
   #empty() {
     return store.get('state')?.services === 0
       ? 'The set has no channels. Drop a channel list on the page (VDR\'s channels.conf, or one of libdvbv5) to import it.'
-      : 'No channel is like that. Search for a part of a name, or set the filters above to all.'
+      : 'No channel matches. Search for part of a name, or set all filters above to all.'
   }
 
   /** @param {number} at */
@@ -153,7 +153,7 @@ class Channels extends Part {
   #foot() {
     const {total, failure} = this.#pages
     const {text, failed} = this.#said
-    const count = total === undefined ? 'Channels are being fetched' : counted(total, 'channel')
+    const count = total === undefined ? 'Loading channels' : counted(total, 'channel')
     return h('div', {class: 'channel-foot'},
       failure ? h('span', {class: 'fail cut', title: failure}, failure) : h('span', {class: 'dim', role: 'status'}, count),
       h('span', {class: ['cut', 'grow', failed && 'fail'], role: 'status', title: text}, h('bdi', null, text)),

@@ -38,9 +38,9 @@ export class CommandResult extends Part {
   /** @param {string[]} lines */
   #shell(lines) {
     const shown = this.#isWhole ? lines : lines.slice(0, mostLines)
-    if (lines.length === 0) return h('p', {class: 'dim'}, 'It printed nothing.')
+    if (lines.length === 0) return h('p', {class: 'dim'}, 'No output.')
     return [
-      h('pre', {class: 'name', tabindex: 0, 'aria-label': 'What it printed'}, shown.map(line => [h('span', {class: line.startsWith('error: ') ? 'fail' : null}, visible(line.slice(0, 5000))), '\n'])),
+      h('pre', {class: 'name', tabindex: 0, 'aria-label': 'Output'}, shown.map(line => [h('span', {class: line.startsWith('error: ') ? 'fail' : null}, visible(line.slice(0, 5000))), '\n'])),
       lines.length > shown.length && h('button', {class: 'plain', onclick: () => { this.#isWhole = true; this.redraw() }}, `Show all ${lines.length} lines`),
     ]
   }

@@ -55,7 +55,7 @@ class Command extends Part {
             onchange: () => command && this.#change(lineOf(command.name, command.parameters, !command.isList))}), 'Parameter list')),
         command && command.name !== '' && this.#parameters(command)),
       h('div', {class: 'command-results', role: 'log', 'aria-label': 'Replies', tabindex: 0},
-        this.#outcomes.length === 0 && h('p', {class: 'empty'}, 'Type the name of a command, or a line of the shell such as .get main. Arrow up brings what was run before.'),
+        this.#outcomes.length === 0 && h('p', {class: 'empty'}, 'Type the name of a command, or a line of the shell such as .get main. Arrow up recalls earlier lines.'),
         this.#outcomes.map(({id, outcome}) => h('emp-command-result', {key: id, outcome}))),
     ]
   }
@@ -104,7 +104,7 @@ class Command extends Part {
     const most = isList ? count : Math.max(Math.min(count, mostParameters), parameters.length)
     return h('div', {class: 'parameters', role: 'group', 'aria-label': 'Parameters', tabindex: most > 0 ? null : 0},
       Array.from({length: most}, (_, at) => {
-        const {name: label, help} = known?.parameters[at] ?? {name: `parameter ${at + 1}`, help: at >= mostParameters && !isList ? 'Only a parameter list takes so many.' : ''}
+        const {name: label, help} = known?.parameters[at] ?? {name: `parameter ${at + 1}`, help: at >= mostParameters && !isList ? 'Only a parameter list can have this many.' : ''}
         return h('label', {key: at, class: 'parameter', title: help}, h('span', {class: 'parameter-name'}, label),
           h('input', {class: 'mono', value: parameters[at] ?? '', 'aria-label': label, 'aria-description': help, onkeydown: this.#entered,
             oninput: (/** @type {Event} */ event) => this.#fill(name, parameters, isList, at, /** @type {HTMLInputElement} */ (event.target).value)}),
@@ -213,14 +213,14 @@ customElements.define('emp-command', Command)
 /** Runs what was typed. @param {ReturnType<typeof parse>} typed @return {Promise<Partial<Outcome>>} */
 async function outcomeOf(typed) {
   if (!typed) return {error: 'A quote is not closed, or nothing follows a \\. Quote a text as in \'two words\'.'}
-  const failed = () => ({error: store.get('deed').error ?? 'It did not run.'})
+  const failed = () => ({error: store.get('deed').error ?? 'It was not run.'})
   if (typed.kind === 'shell') {
     const answer = await act('tv.run', {line: typed.line})
     return answer ? {lines: answer.lines} : failed()
   }
   const {name, parameters, isList} = typed
-  if (name === '') return {error: 'The name of a command is wanted, as in SetChannel 3 0.'}
-  if (!isList && parameters.length > mostParameters) return {error: `At most ${mostParameters} parameters are passed. Tick "Parameter list", or put + in front, to pass any number.`}
+  if (name === '') return {error: 'Enter the name of a command, as in SetChannel 3 0.'}
+  if (!isList && parameters.length > mostParameters) return {error: `A command takes at most ${mostParameters} parameters. Tick "Parameter list", or start with +, to pass any number.`}
   const known = commandNamed(name)
   const reply = isList ? await act('window.executeWithParamList', {name, parameters})
     : known && parameters.length <= known.parameters.length ? await act(`window.${name}`, parameters)

@@ -34,7 +34,7 @@ function decoded(text) {
 async function adviceFor(address) {
   try {
     const {status} = await fetch(`${address}openrpc.json`, {headers: {Authorization: `Bearer ${token() ?? ''}`}})
-    return status === 401 ? 'This server wants a token: add #token=TOKEN to the address of this page' : undefined
+    return status === 401 ? 'This server requires a token: add #token=TOKEN to the address of this page' : undefined
   } catch {
     return undefined
   }
@@ -94,7 +94,7 @@ export const disconnected = 'Disconnected, reconnecting'
  * @return {{where: string, isPath: boolean, title: string, isTrouble?: boolean}}
  */
 export function keeping(directory) {
-  return directory === null ? {where: 'in memory', isPath: false, title: 'The server was started with --fresh: nothing is kept when it ends.'}
+  return directory === null ? {where: 'in memory', isPath: false, title: 'The server was started with --fresh: nothing is stored when it ends.'}
     : {where: directory, isPath: true, title: directory}
 }
 

@@ -137,7 +137,7 @@ class Drop extends Part {
         canImport && h('button', {class: 'main', title: 'Replaces the services of the set', onclick: () => this.#import(false)}, 'Import'),
         canImport && h('button', {title: 'Keeps the services of the set and adds these', onclick: () => this.#import(true)}, 'Add'),
         h('button', {'aria-label': 'Close the result of the file', onclick: () => this.#close()}, 'Close')]),
-      h('div', {class: 'file-body', tabindex: 0, role: 'group', 'aria-label': 'What became of it'}, details(outcome)),
+      h('div', {class: 'file-body', tabindex: 0, role: 'group', 'aria-label': 'Result'}, details(outcome)),
     ]
   }
 

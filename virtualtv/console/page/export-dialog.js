@@ -11,7 +11,7 @@ import {timeline} from './timeline-log.js'
 /** @typedef {import('./timeline-log.js').Entry} Entry */
 
 const kinds = [['transcript', 'Transcript', 'for emp-window check; its snapshot lies beside it'], ['test', 'Playwright test', 'on a TV of its own; the snapshot lies beside it'],
-  ['code', 'Client code', 'JavaScript, on a TV that there is']]
+  ['code', 'Client code', 'JavaScript, on an existing TV']]
 
 /** Asks what to export, and in which form. */
 export class ExportDialog extends Part {
@@ -39,7 +39,7 @@ export class ExportDialog extends Part {
     else if (this.#range === 'chosen') this.#range = 'shown'
     this.#from = (chosen && isCommand(chosen) ? chosen : this.#shown[0])?.command ?? 0
     this.#to = this.#shown.at(-1)?.command ?? 0
-    this.#error = this.#shown.length > 0 ? '' : 'No command is shown. Show all, or run one.'
+    this.#error = this.#shown.length > 0 ? '' : 'No commands are visible. Remove the filters, or run a command.'
     this.redraw()
     this.#dialog.show()
   }
@@ -62,7 +62,7 @@ export class ExportDialog extends Part {
         radio('range', 'range', this.#range, value => this.#range = value, 'by number'),
         h('span', {class: 'row'}, number('from', this.#from, value => this.#from = value), number('to', this.#to, value => this.#to = value))),
       h('fieldset', null, h('legend', null, 'As'), kinds.map(([kind, label, help]) => radio('kind', kind, this.#kind, value => this.#kind = value, [label, h('span', {class: 'dim'}, ` ${help}`)]))),
-      h('p', {class: 'dim'}, 'Commands that are filtered out are left out where they changed nothing.'),
+      h('p', {class: 'dim'}, 'Hidden commands are left out if they changed nothing.'),
       h('p', {class: 'fail', role: 'alert'}, this.#error),
       h('div', {class: 'row'}, h('button', {class: 'main', disabled: length === 0, onclick: this.#export}, 'Export'), h('button', {onclick: () => this.#dialog.close()}, 'Cancel')))
   }

@@ -79,7 +79,7 @@ function faultLines({what, id, fault}, faults) {
  */
 export function inputOf(event, faults) {
   if (event.topic === 'services' && !event.field && !event.edit && (!event.started || /restore|back/.test(event.started))) {
-    throw new Error('A list was imported or a snapshot restored in between, which the timeline does not hold. Choose a shorter range.')
+    throw new Error('A list was imported or a snapshot restored in this range, and the timeline does not contain it. Select a shorter range.')
   }
   const lines = event.topic === 'fault' ? faultLines(event, faults) : writers[event.topic]?.(event) ?? []
   return lines.map(line => ({client: '', line}))

@@ -26,14 +26,14 @@ export async function collect(entries, from, to, wanted, replyOf) {
   const begin = startOf(entries, entries.indexOf(from))
   const part = entries.slice(begin, entries.indexOf(to) + 1)
   const start = part.findIndex(({topic}) => topic === 'command')
-  if (start < 0) throw new Error('There is no command in it.')
+  if (start < 0) throw new Error('The range contains no command.')
   const clients = new Map()
   const faults = new Map()
   const engines = new Engines()
   const steps = standingSteps(entries.slice(0, begin + start), faults)
   for (const entry of part.slice(start)) {
-    if (entry.topic === 'resync') throw new Error('Some events were missed in between. Choose a shorter range.')
-    if (entry === from && entry !== part[start]) steps.push({client: '', remark: 'What was chosen starts here; what it stands on is above.'})
+    if (entry.topic === 'resync') throw new Error('Events are missing in this range. Select a shorter one.')
+    if (entry === from && entry !== part[start]) steps.push({client: '', remark: 'The selection starts here; the lines above prepare the state that it needs.'})
     if (entry.topic !== 'command') {
       steps.push(...engines.take(entry), ...inputOf(entry.event, faults))
     } else if (entry.event.reply && (wanted.has(entry) || faults.size > 0 || entry.changes.length > 0 || leftBy(entry) || engines.isOpenedBy(entry))) {
@@ -42,7 +42,7 @@ export async function collect(entries, from, to, wanted, replyOf) {
       steps.push({client, entry, reply: await replyOf(entry)})
     }
   }
-  const remarks = begin < entries.indexOf(from) ? ['It starts earlier than what was chosen, with what that stands on: windows, found channels, planes, faults.'] : []
+  const remarks = begin < entries.indexOf(from) ? ['Starts before the selection, with the state that the selection needs: windows, found channels, planes, faults.'] : []
   return {steps, first: /** @type {number} */ (part[start].command), clients, remarks}
 }
 

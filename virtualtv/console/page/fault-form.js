@@ -34,7 +34,7 @@ class FaultForm extends Part {
       h('input', {id: 'fault-search', type: 'search', placeholder: 'Search calls and outputs', value: this.#search,
         oninput: (/** @type {Event} */ event) => this.#find(event)}),
       h('emp-long-list', {id: 'operations', class: 'operations', 'aria-label': 'Calls to the set'}),
-      this.#operation ? this.#form() : h('p', {class: 'dim'}, 'Choose a call above: the plug-in makes it to the set, and it can be made to fail.'),
+      this.#operation ? this.#form() : h('p', {class: 'dim'}, 'Choose a call from the plug-in to the set, to make it fail.'),
     ]
   }
 
@@ -96,7 +96,7 @@ class FaultForm extends Part {
       this.#select('window', 'Window', this.#fields.window, [['', 'both'], ['main', 'main'], ['pip', 'pip']], value => { this.#fields.window = value }),
       this.#select('session', 'Session', this.#fields.session, [['', 'all'], ...this.#sessions()], value => { this.#fields.session = value }),
       h('pre', {class: 'wide fault', 'aria-label': 'As a line of a transcript'}, transcriptLine('tv.fault', params)),
-      params.session && h('p', {class: 'wide dim'}, 'The line lacks the session: a transcript names engines instead.'),
+      params.session && h('p', {class: 'wide dim'}, 'The line does not include the session: transcripts name engines instead.'),
       h('p', {class: 'wide fail fault-problem', role: 'alert'}, this.#problem),
       h('div', {class: 'wide'}, h('button', {class: 'main'}, 'Set fault')))
   }

@@ -28,8 +28,8 @@ export function details({kind, problem, way, result, found, note}) {
     !problem && kind === 'recording' && result && h('p', null, changes(result)),
     kind === 'list' && result && problemTable(result.problems, 'Line', result.total),
     found && recording(found),
-    !problem && kind === 'transcript' && (result.passed ? h('p', null, 'It prints what it says.') : diff(result.diff)),
-    !problem && kind === 'snapshot' && h('p', null, 'The TV is what it says. Engines were closed; faults and latencies are gone.'),
+    !problem && kind === 'transcript' && (result.passed ? h('p', null, 'All output is as expected.') : diff(result.diff)),
+    !problem && kind === 'snapshot' && h('p', null, 'The snapshot was restored. Engines were closed; faults and latencies were removed.'),
   ]
 }
 
@@ -39,7 +39,7 @@ const changes = ({imported, added, changed, gone}) => `${counted(imported, 'serv
 /** @param {any} found  in a recording */
 function recording({packets, services, problems}) {
   return [
-    services.length === 0 && h('p', null, packets === 0 ? 'It has no packets of a transport stream.' : `None of its ${counted(packets, 'packet')} tells of a service.`),
+    services.length === 0 && h('p', null, packets === 0 ? 'It has no packets of a transport stream.' : `None of its ${counted(packets, 'packet')} describes a service.`),
     services.length > 0 && serviceTable(services),
     problemTable(problems, 'Place', problems.length),
   ]

@@ -71,7 +71,7 @@ async function takeText(file, tell) {
   const {text, isUnicode} = textOf(bytes)
   const outcome = await use({name, text, isUnicode, tell})
   return isUnicode || outcome.problem !== undefined ? outcome : {...outcome,
-    note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" tells encodings from each other.'}
+    note: 'It is not UTF-8. Names were read as ISO 8859-15. "emp-window import FILE" detects the encoding.'}
 }
 
 const wanted = 'Drop a channel list (VDR, libdvbv5, zap, lamedb, M3U, JSON), a recording, a transcript (lines that start with >) or a snapshot.'
@@ -105,7 +105,7 @@ async function use(content) {
 }
 
 /** @param {string} name @param {'snapshot' | 'transcript'} kind @return {Outcome} */
-const noUnicode = (name, kind) => ({name, kind, problem: `It is not UTF-8, which a ${kind} has to be.`})
+const noUnicode = (name, kind) => ({name, kind, problem: `A ${kind} must be UTF-8; this file is not.`})
 
 /** @param {Content} content @return {Promise<Outcome>} */
 async function useTranscript({name, text, isUnicode, tell}) {
@@ -128,7 +128,7 @@ async function useDocument(content) {
   try {
     snapshot = JSON.parse(text)
   } catch (error) {
-    return none(name, `It looks like JSON, but cannot be read as such: ${/** @type {Error} */ (error).message}`, wanted)
+    return none(name, `It looks like JSON but is invalid: ${/** @type {Error} */ (error).message}`, wanted)
   }
   const missing = ['version', 'state', 'settings', 'services'].filter(member => !(member in Object(snapshot)))
   if (missing.join() === 'version,state,settings') return useList(content)  // as exported in the format json
@@ -155,7 +155,7 @@ async function shownFirst(tell, what) {
 /** @param {Outcome} outcome @param {string} method @param {any} params @return {Promise<Outcome>} */
 async function called(outcome, method, params) {
   const size = new Blob([JSON.stringify(params)]).size + 200
-  if (size > mostBytes) return {...outcome, problem: `As a message it has ${megabytes(size)}; the server takes at most 32 MiB.`}
+  if (size > mostBytes) return {...outcome, problem: `The message would have ${megabytes(size)}; the server accepts at most 32 MiB.`}
   const result = await act(method, params)
   if (result !== undefined) return {...outcome, result}
   const {error, data} = store.get('deed')

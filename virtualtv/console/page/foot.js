@@ -11,7 +11,7 @@ class Foot extends Part {
 
   view() {
     const deed = store.get('deed')
-    if (!deed) return h('span', {class: 'dim'}, 'What you do here stands here afterwards, to be copied.')
+    if (!deed) return h('span', {class: 'dim'}, 'Your last action appears here, ready to copy.')
     const {method, params, error, isUnderWay} = deed
     const line = params && transcriptLine(method, params)
     return [
@@ -30,7 +30,7 @@ class Foot extends Part {
    * @param {() => string} textOf  called only for a copy, since a list may be long
    */
   #copier(word, what, textOf) {
-    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy ${word}: the last deed as ${what}`, onclick: () => copy(textOf())}, `copy ${word}`)
+    return h('button', {key: word, class: 'plain', title: `Copy as ${what}`, 'aria-label': `Copy ${word}: the last action as ${what}`, onclick: () => copy(textOf())}, `copy ${word}`)
   }
 }
 customElements.define('emp-foot', Foot)

@@ -19,7 +19,7 @@ class Inputs extends Part {
 
   view() {
     const state = store.get('state')
-    if (!state) return h('p', {class: 'empty'}, 'Inputs stand here once the TV is connected.')
+    if (!state) return h('p', {class: 'empty'}, 'Inputs appear here once the TV is connected.')
     return h('div', {class: 'inputs'},
       state.inputs.map((/** @type {any} */ input) => [this.#row(input, state.windows.main.source.number), input.source === this.#open && this.#form(input)]),
       this.#ispRow(state.isp),
@@ -35,7 +35,7 @@ class Inputs extends Part {
     return h('div', {key: source, class: 'input-row'},
       this.#switch(name, plugged, on => this.#set(`input.${source}.plugged`, on ? 'on' : 'off')),
       h('button', {class: 'plain input-name', disabled: !canBeShown, 'aria-pressed': String(source === shown),
-        title: canBeShown ? `Show ${name} on the main window: SetSource ${number}` : `${name} can only be told: no command switches to it`,
+        title: canBeShown ? `Show ${name} on the main window: SetSource ${number}` : `${name} is only reported: no command switches to it`,
         onclick: () => show(number ?? 0, name)}, h('code', {class: 'dim'}, String(number ?? '')), h('bdi', {class: 'name cut'}, name)),
       h('button', {class: 'plain mono', 'aria-label': `Picture of ${name}: ${size}`, 'aria-expanded': String(source === this.#open),
         title: `${size}: ${picture.width} x ${picture.height} pixels, ${picture.rate} frames a second, ${picture.shape}. Click to change.`,
@@ -46,7 +46,7 @@ class Inputs extends Part {
   #ispRow({present, shown, picture}) {
     return h('div', {key: 'isp', class: 'input-row'},
       this.#switch('ISP source', present, on => this.#set('isp.present', on ? 'on' : 'off')),
-      h('button', {class: 'plain input-name', 'aria-pressed': String(shown), title: `Have the second TV stack show its source: SetSource ${isp}`,
+      h('button', {class: 'plain input-name', 'aria-pressed': String(shown), title: `Show the source of the secondary TV stack: SetSource ${isp}`,
         onclick: () => show(isp, 'ISP source')}, h('code', {class: 'dim'}, isp), h('span', {class: 'cut'}, 'ISP')),
       h('span', {class: 'mono dim', title: 'Its size is the knob isp.picture'}, `${picture.width}x${picture.height}`))
   }

@@ -26,7 +26,7 @@ class Knobs extends Part {
     const known = store.get('knobs')
     if (!known) {
       this.#ask()
-      return h('p', {class: 'dim'}, 'Knobs are being fetched.')
+      return h('p', {class: 'dim'}, 'Loading knobs.')
     }
     if (this.#latenciesOf !== known) this.#readLatencies(known)
     const all = [...known.knobs, ...this.#hidden()]

@@ -11,7 +11,7 @@ export function latencySection(all, refused, set) {
   const turned = all.filter(([, value]) => value !== '0')
   return h('section', {class: 'latencies', 'aria-labelledby': 'latencies-title'},
     h('h3', {id: 'latencies-title'}, 'Latencies'),
-    turned.length === 0 && h('p', {class: 'dim'}, 'Each call takes no time. Choose one to make the set slow.'),
+    turned.length === 0 && h('p', {class: 'dim'}, 'No call has a latency. Choose one to make the set slow.'),
     h('ul', {key: 'list', class: 'knob-list'}, turned.map(([name, value]) => h('li', {key: name, class: 'latency'},
       h('code', {class: 'name'}, name.slice('latency.'.length)),
       h('input', {class: 'mono', 'aria-label': name, value, size: 6, inputmode: 'numeric',

@@ -30,7 +30,7 @@ function happens(target, name, signal) {
       then()
     }, {signal: heard.signal})
     on(target, name, resolve)
-    on(target, 'error', () => reject(new Refusal('What came is damaged.')))
+    on(target, 'error', () => reject(new Refusal('The received stream is damaged.')))
     on(signal, 'abort', () => reject(signal.reason))
     signal.throwIfAborted()
   })
@@ -138,7 +138,7 @@ export class Live {
   /** @param {SourceBuffer} buffer @param {Uint8Array<ArrayBuffer>} piece @param {AbortSignal} signal */
   async #append(buffer, piece, signal) {
     while (!this.video.error && this.#ahead(buffer) > mostAhead) await wait(patience, signal)
-    if (this.video.error) throw new Refusal('What came is damaged.')
+    if (this.video.error) throw new Refusal('The received stream is damaged.')
     buffer.appendBuffer(piece)
     await happens(buffer, 'updateend', signal)
     this.#start(buffer)

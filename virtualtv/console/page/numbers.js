@@ -48,7 +48,7 @@ export function tvModeOf({antenna, service}) {
 }
 
 /** @param {number} antenna */
-export const antennaName = antenna => antennas[antenna] ?? 'none that is known'
+export const antennaName = antenna => antennas[antenna] ?? 'unknown antenna'
 
 /** @type {Intl.DisplayNames | undefined} */
 let languages
@@ -76,7 +76,7 @@ export const subtitleTypes = /** @type {{[type: string]: string}} */ ({
   dvb: 'DVB subtitle', teletext: 'teletext page', 'teletext-subtitle': 'teletext subtitle'})
 
 /** @param {number} region */
-export const regionName = region => region === 17 ? 'service list 2, whatever the country' : 'the country tells the service list'
+export const regionName = region => region === 17 ? 'service list 2, whatever the country' : 'the country determines the service list'
 
 /** @param {number} country */
 export function countryName(country) {

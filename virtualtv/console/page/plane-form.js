@@ -33,7 +33,7 @@ class PlaneForm extends Part {
       h('fieldset', {disabled: isPast},
         h('legend', {class: 'unseen'}, `Change ${this.#name}`),
         this.#placeForm(plane), this.#cropForm(plane, picture), this.#switches(plane)),
-      h('p', {class: isPast ? 'dim' : 'fail', role: 'status'}, isPast ? 'This is a picture of the past: go back to now to change it.' : this.#failure),
+      h('p', {class: isPast ? 'dim' : 'fail', role: 'status'}, isPast ? 'This is a past state: go back to now to change anything.' : this.#failure),
     ]
   }
 

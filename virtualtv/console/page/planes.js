@@ -18,7 +18,7 @@ class Planes extends Part {
 
   view() {
     const state = store.get('past')?.state ?? store.get('state')
-    if (!state) return h('p', {class: 'empty'}, 'Planes are shown as soon as the TV is connected.')
+    if (!state) return h('p', {class: 'empty'}, 'Planes appear here once the TV is connected.')
     return h('div', {class: 'pane-body planes'},
       windows.map(({id, name}) => h('section', {key: id, 'aria-label': name}, h('h3', null, `${name} `, h('span', {class: 'mono'}, id)),
         this.#table(id, state.windows[id]), h('emp-plane-form', {'data-window': id}))))

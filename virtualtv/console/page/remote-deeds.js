@@ -116,7 +116,7 @@ async function togglePip() {
   const opening = [['SetSource', 0], ...!windows.pip.service && first?.id ? [/** @type {[string, string]} */ (['SetChannelByServiceid', first.id])] : []]
   await onWindow(pip, ...isOpen ? [/** @type {[string]} */ (['DisconnectSource'])] : opening)
   const now = (await tv().state()).windows.pip
-  if (isOpen === now.source.number >= 0) return failed(`The second window ${isOpen ? 'stays open' : 'does not open'}: the set refuses`)
+  if (isOpen === now.source.number >= 0) return failed(`Picture-in-picture ${isOpen ? 'stays open' : 'does not open'}: the set refuses`)
   return {text: isOpen ? 'Picture-in-picture closed' : `Picture-in-picture ${lineOf(now.service)}`}
 }
 

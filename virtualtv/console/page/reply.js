@@ -17,7 +17,7 @@ export function commandNamed(name) {
 
 /** Why a reply is a failure; undefined if it is not. @param {string} name @param {Reply} reply @return {string | undefined} */
 export function failureOf(name, reply) {
-  if (!reply) return 'It could not be run.'
+  if (!reply) return 'The command could not be run.'
   if (!reply.accepted) return 'The engine refused the command.'
   if (reply.kind !== 'int') return undefined
   return commandNamed(name)?.failures.find((/** @type {any} */ failure) => failure.value === reply.value)?.description

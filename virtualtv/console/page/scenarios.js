@@ -57,7 +57,7 @@ export const scenarios = [
     isOn: ({state}) => state?.isp?.present === false, undo: () => [turn('isp.present', 'on')],
   },
   {
-    name: 'Slow tunes', effect: 'Each change of the channel takes 3 seconds; its answer is held back as long.',
+    name: 'Slow tunes', effect: 'Each channel change takes 3 seconds, and its answer is delayed by that time.',
     steps: [turn(slowKnob, 3000)],
     isOn: ({latency}) => latency !== '0', undo: () => [turn(slowKnob, 0)],
   },

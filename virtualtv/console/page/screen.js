@@ -24,7 +24,7 @@ class Screen extends Part {
   view() {
     const past = store.get('past')
     const state = past?.state ?? store.get('state')
-    if (!state) return h('p', {class: 'empty'}, 'The picture comes with the connection to the TV.')
+    if (!state) return h('p', {class: 'empty'}, 'The picture appears once the TV is connected.')
     const all = windows.map(window => told(shownIn(state, window, service => kindOf(service, () => this.changed()))))
     return [
       h('div', {class: ['on-screen', past && 'is-past']}, past ? this.#past(past) : [all.filter(({card}) => card).map(caption), live && all[0].recording && soundSwitch()]),
@@ -51,7 +51,7 @@ class Screen extends Part {
   #past({command, entry}) {
     const {name, parameters = []} = entry?.event ?? {}
     return [
-      h('span', {class: 'cut', role: 'status'}, 'Frozen behind command ', h('code', null, [command, name, ...parameters].filter(word => word !== undefined).join(' '))),
+      h('span', {class: 'cut', role: 'status'}, 'State after command ', h('code', null, [command, name, ...parameters].filter(word => word !== undefined).join(' '))),
       h('button', {class: 'main', onclick: this.#toNow}, 'Back to now'),
     ]
   }

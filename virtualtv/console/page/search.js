@@ -54,7 +54,7 @@ class Search extends Part {
           key: finding.key, id: `search-${at}`, role: 'option', class: 'finding', 'aria-selected': String(at === this.#chosen),
           onmousedown: (/** @type {Event} */ event) => event.preventDefault(), onclick: () => this.#open(finding),
         }, h('span', {class: 'name cut grow'}, finding.name), h('span', {class: 'dim cut'}, finding.more), h('span', {class: 'dim'}, finding.kind)))),
-      h('p', {class: 'found empty', hidden: !this.#isOpen || findings.length > 0, role: 'status'}, this.#isOpen && findings.length === 0 ? 'Nothing has that in its name.' : ''),
+      h('p', {class: 'found empty', hidden: !this.#isOpen || findings.length > 0, role: 'status'}, this.#isOpen && findings.length === 0 ? 'No match.' : ''),
     ]
   }
 

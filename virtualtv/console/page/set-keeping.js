@@ -15,20 +15,20 @@ class SetKeeping extends Part {
   view() {
     const {text, failed} = this.#said
     return h('section', {'aria-labelledby': 'keeping-title'},
-      h('h3', {id: 'keeping-title'}, 'Keep and bring back'),
+      h('h3', {id: 'keeping-title'}, 'Save and restore'),
       besides(),
       h('div', {class: 'row'},
-        h('button', {title: 'Download all that the set keeps as a file', onclick: () => this.#save()}, 'Snapshot'),
-        linkTo && h('button', {title: 'Copy an address that brings this set to others', onclick: () => this.#copyLink()}, 'Copy link'),
-        h('button', {title: 'Make the set what a snapshot says', onclick: () => this.#field.click()}, 'Restore'),
-        h('button', {title: 'Switch the set off and on; faults and latencies go', onclick: () => this.#do('tv.restart', 'Restarted; faults and latencies are gone')}, 'Restart'),
+        h('button', {title: 'Download everything that the set stores, as a file', onclick: () => this.#save()}, 'Snapshot'),
+        linkTo && h('button', {title: 'Copy an address that contains this set', onclick: () => this.#copyLink()}, 'Copy link'),
+        h('button', {title: 'Restore the set from a snapshot', onclick: () => this.#field.click()}, 'Restore'),
+        h('button', {title: 'Switch the set off and on; removes faults and latencies', onclick: () => this.#do('tv.restart', 'Restarted; faults and latencies were removed')}, 'Restart'),
         h('button', {title: 'Go back to the built-in set', onclick: () => this.#dialog.showModal()}, 'Reset')),
       h('input', {type: 'file', hidden: true, accept: '.json,application/json', 'aria-label': 'Snapshot to restore', onchange: (/** @type {Event} */ event) => this.#restore(event)}),
       h('p', {class: ['set-said', failed ? 'fail' : 'dim'], role: 'status'}, text),
       h('dialog', {'aria-labelledby': 'reset-title', onclose: (/** @type {Event} */ event) => this.#closed(event)},
         h('form', {method: 'dialog', class: 'pane-body'},
           h('h3', {id: 'reset-title'}, 'Reset the set?'),
-          h('p', null, 'It becomes the built-in set. Its channels, favourites, settings keys, faults and latencies are lost. Save a snapshot first to keep them.'),
+          h('p', null, 'The set goes back to the built-in one. Its channels, favourites, settings keys, faults and latencies are lost; to keep them, save a snapshot first.'),
           h('div', {class: 'row'}, h('button', {value: 'cancel'}, 'Cancel'), h('button', {class: 'main', value: 'reset'}, 'Reset')))))
   }
 
@@ -47,7 +47,7 @@ class SetKeeping extends Part {
     const dialog = /** @type {HTMLDialogElement} */ (event.target)
     const answer = dialog.returnValue
     dialog.returnValue = ''
-    if (answer === 'reset') this.#do('tv.reset', 'This is the built-in set now')
+    if (answer === 'reset') this.#do('tv.reset', 'Reset to the built-in set')
   }
 
   /** @param {string} method @param {string} done @param {any} [params] */
@@ -84,7 +84,7 @@ class SetKeeping extends Part {
     try {
       await this.#do('tv.restore', `Restored from ${file.name}`, {snapshot: JSON.parse(await file.text())})
     } catch (error) {
-      this.#say(`${file.name} is no snapshot: ${/** @type {Error} */ (error).message}`, true)
+      this.#say(`${file.name} is not a snapshot: ${/** @type {Error} */ (error).message}`, true)
     }
     field.value = ''
   }

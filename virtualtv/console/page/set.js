@@ -18,7 +18,7 @@ class TheSet extends Part {
 
   view() {
     const state = store.get('state')
-    if (!state) return h('p', {class: 'empty'}, 'The set stands here once it is connected.')
+    if (!state) return h('p', {class: 'empty'}, 'The set appears here once the TV is connected.')
     return h('div', {class: 'pane-body set'},
       this.#mode(state.windows.main.tvMode),
       this.#number('Region', 'region', state.region, regionName(state.region)),
@@ -42,7 +42,7 @@ class TheSet extends Part {
       if (this.#refused.mode) field.value = now
     }}, tvModes.map(([label, modes]) => h('optgroup', {label: /** @type {string} */ (label)},
       /** @type {[number, string][]} */ (modes).map(([number, name]) => h('option', {value: String(number)}, `${number} ${name}`)))),
-    now === '0' && h('option', {value: '0'}, '0 none that is known')),
+    now === '0' && h('option', {value: '0'}, '0 unknown')),
     `${mode.antenna},${mode.service} ${antennaName(mode.antenna)}, service list ${mode.service}`)
   }
 
@@ -54,7 +54,7 @@ class TheSet extends Part {
   /** @param {number} fade */
   #fade(fade) {
     return this.#line('tuner.fade', 'Tuner fade', h('input', {type: 'range', 'aria-label': 'Tuner fade', min: 0, max: 255, value: String(fade),
-      onchange: (/** @type {Event} */ event) => this.#set('tuner.fade', event)}), `${fade} of 255: ${fade === 0 ? 'the whole signal comes in' : fade === 255 ? 'no signal is left' : 'so much is lost'}`)
+      onchange: (/** @type {Event} */ event) => this.#set('tuner.fade', event)}), `${fade} of 255 lost${fade === 0 ? ': the whole signal comes in' : fade === 255 ? ': no signal is left' : ''}`)
   }
 
   /** @param {{present: boolean, shown: boolean}} isp */

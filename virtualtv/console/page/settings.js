@@ -14,7 +14,7 @@ class Settings extends Part {
     const settings = store.get('settings')
     return h('section', {class: 'settings', 'aria-labelledby': 'settings-title'},
       h('h3', {id: 'settings-title'}, 'Settings keys'),
-      settings.length === 0 && h('p', {class: 'dim'}, 'No key is set. Set one below, or let a command do it.'),
+      settings.length === 0 && h('p', {class: 'dim'}, 'No keys are set. Set one below, or run a command that sets one.'),
       h('ul', {key: 'list', class: 'knob-list'}, settings.map(setting => this.#setting(setting))),
       this.#form())
   }

@@ -50,7 +50,7 @@ export class TimelineBar extends Part {
       }, kind))),
       h('button', {class: 'plain', disabled: !isFiltered, onclick: () => this.#replace(everything)}, 'Show all'),
       h('span', {class: 'dim tally', 'aria-live': this.#isAsked || this.#isTold ? 'polite' : 'off'}, this.count),
-      h('button', {title: 'Exports what is shown, or a range that is chosen: Shift with a click, or with arrow keys, in the list', onclick: this.onexport}, 'Export…'),
+      h('button', {title: 'Exports the visible commands, or a selected range: Shift with a click, or with arrow keys, in the list', onclick: this.onexport}, 'Export…'),
     ]
   }
 

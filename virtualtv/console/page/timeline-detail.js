@@ -41,14 +41,14 @@ export class TimelineDetail extends Part {
   async show(entry, told) {
     this.#entry = entry
     this.#state = this.#before = null
-    this.#reason = entry.topic === 'command' ? 'Asking the server…' : 'Only commands have a state behind them.'
+    this.#reason = entry.topic === 'command' ? 'Asking the server…' : 'Only commands have a stored state.'
     this.redraw()
     if (entry.topic !== 'command') {
       store.set('past', null)
       return told(false)
     }
     if (entry.server !== timeline.server) {
-      this.#reason = 'The server was started anew since, and does not hold it.'
+      this.#reason = 'The server was restarted since and no longer has this state.'
       store.set('past', null)
       this.redraw()
       return told(false)
@@ -70,7 +70,7 @@ export class TimelineDetail extends Part {
       store.set('past', {command, entry, state: this.#state})
     } else {
       const {code, message} = state.reason
-      this.#reason = code === 1002 ? 'The server does not hold it any more: it holds the last 1,000 commands.' : message
+      this.#reason = code === 1002 ? 'The server no longer has it: it keeps the last 1,000 commands.' : message
       told(false)
       store.set('past', null)
     }
@@ -87,7 +87,7 @@ export class TimelineDetail extends Part {
       h('div', {class: 'detail-body', tabindex: 0, role: 'group', 'aria-label': 'All about it'},
         entry.topic === 'command' ? this.#command(entry) : this.#outside(entry)),
       h('dialog', {'aria-labelledby': 'go-back-title'},
-        h('h2', {id: 'go-back-title'}, `Go back to behind command ${entry.command}?`),
+        h('h2', {id: 'go-back-title'}, `Go back to the state after command ${entry.command}?`),
         h('p', null, `The set becomes what it persisted at ${clock(entry.time)}: services, settings keys, sources and services on screen.`),
         h('p', null, 'Engines of all clients are closed and faults and latencies end, as when the set is switched off and on. The timeline stays; you can go forward again in the same way.'),
         h('div', {class: 'row'}, h('button', {class: 'main', onclick: this.#goBack}, 'Go back'), h('button', {onclick: this.#close}, 'Cancel'))),
@@ -138,9 +138,9 @@ export class TimelineDetail extends Part {
       this.#part('Changed keys', keys.length, this.#lines(keys, ({key, before, after}) => h('code', null, visible(`${key} ${valueShown(before)} -> ${valueShown(after)}`)))),
       this.#part('What changed', others.length, this.#lines(others, change => this.#change(change))),
       this.#part('Log', log.length, this.#lines(log, ({level, text}) => h('code', {class: text.includes('!!!!ERROR!!!!') ? 'fail' : null}, h('span', {class: 'dim'}, `${level} `), visible(plain(text))))),
-      this.#state && this.#part('State behind it', null, [
-        h('p', {class: 'dim'}, this.#before ? 'What differs from the command before is marked.' : 'The command before is not held, so nothing is marked.'),
-        h('emp-json', {key: `state-${entry.id}`, class: 'state', 'aria-label': 'State behind the command'})]),
+      this.#state && this.#part('State after it', null, [
+        h('p', {class: 'dim'}, this.#before ? 'Differences from the previous command are marked.' : 'The previous command is not available, so nothing is marked.'),
+        h('emp-json', {key: `state-${entry.id}`, class: 'state', 'aria-label': 'State after the command'})]),
     ]
   }
 

@@ -51,7 +51,7 @@ const titles = {
 
 /** An entry that is not a command, in one line. @param {any} event */
 export function titleOf(event) {
-  if (event.topic === 'resync') return event.isAnother ? 'The server was started anew. What was before is not held any more.' : 'Some events were missed here.'
+  if (event.topic === 'resync') return event.isAnother ? 'The server was restarted. Earlier data is no longer available.' : 'Some events were missed here.'
   const title = titles[event.topic]?.(event) ?? ''
   const isDocument = ['source', 'mode', 'plane', 'inputs', 'tracks'].includes(event.topic)
   const parts = isDocument ? differences(event.before, event.after).filter(([, , after]) => typeof after !== 'object') : []

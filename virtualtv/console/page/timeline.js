@@ -38,7 +38,7 @@ class Timeline extends Part {
       h('emp-timeline-bar', {onwanted: this.#want, onexport: this.#export}),
       h('div', {class: 'timeline-body'},
         h('div', {class: 'timeline-rows'},
-          h('emp-long-list', {id: 'timeline-list', ranges: true, 'aria-label': 'What has happened', row: this.#row, keyOf: this.#key, onchoose: this.#choose}),
+          h('emp-long-list', {id: 'timeline-list', ranges: true, 'aria-label': 'Timeline entries', row: this.#row, keyOf: this.#key, onchoose: this.#choose}),
           h('p', {class: 'empty', hidden: true})),
         h('emp-timeline-detail', {hidden: true, onleave: this.#leave})),
       h('emp-export-dialog', null),
@@ -109,7 +109,7 @@ class Timeline extends Part {
     const empty = /** @type {HTMLElement} */ (this.querySelector('.timeline-rows > .empty'))
     empty.hidden = !isDone || shown.length > 0
     if (!empty.hidden) draw(empty, timeline.entries.length > 0 && (wanted.text || wanted.client || wanted.command || wanted.interface || wanted.level || wanted.hidden.length > 0)
-      ? 'Nothing that happened is like that. Show all, or wait for it.'
+      ? 'Nothing matches the filter. Show all, or wait for new lines.'
       : 'Nothing has happened yet. Press a key of the remote control, or run a command.')
   }
 

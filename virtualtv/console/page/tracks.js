@@ -21,7 +21,7 @@ class Tracks extends Part {
 
   view() {
     const state = store.get('state')
-    if (!state) return h('p', {class: 'empty'}, 'Tracks stand here once the TV is connected.')
+    if (!state) return h('p', {class: 'empty'}, 'Tracks appear here once the TV is connected.')
     const {windows, isp} = state
     /** @type {Place[]} */
     const places = [
@@ -49,7 +49,7 @@ class Tracks extends Part {
     const isUnknown = inUse >= tracks.length || inUse < (none ? -1 : 0)
     return [
       h('h4', {class: 'dim'}, kind, tracks.length > 0 && isUnknown && ` (${inUse} in use: no such track)`),
-      tracks.length === 0 && h('p', {class: 'dim'}, `No ${kind.toLowerCase()}. The knob ${kind.toLowerCase()} of a service sets what it has.`),
+      tracks.length === 0 && h('p', {class: 'dim'}, `No ${kind.toLowerCase()}. Set the knob ${place.name === 'isp' ? `isp.${kind.toLowerCase()}` : `${kind.toLowerCase()} of the service`} to add some.`),
       h('div', {role: 'group', class: 'track-list', 'aria-label': `${kind} of ${place.title}`},
         none && tracks.length > 0 && this.#button(place, kind, -1, inUse, ['-1', none]),
         tracks.map((track, at) => this.#button(place, kind, at, inUse, [String(at), `${track.lang} ${languageName(track.lang)}`, ...facts(track)], track.readable))),
