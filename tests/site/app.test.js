@@ -58,7 +58,7 @@ test("an app whose set's worker has died is told so, and the page too", async ()
     }
   })
   assert.deepEqual(failed, ['EmpConnectionError', "the set's worker has not taken the call for 300 ms; reload the page", false, true])
-  await page.getByRole('alert').getByText('The TV of this tab is not there').waitFor()
+  await page.getByRole('alert').getByText('The TV of this tab is not running').waitFor()
 })
 
 test('an engine ends with its frame', async () => {
@@ -102,7 +102,7 @@ test('an app of one\'s own beneath the site runs; one beside it is told what it 
   const frame = page.frames().find(one => one.url() === `${origin}/mine/index.html`)
   assert.equal(await frame.evaluate(() => myTv.SetChannel(3, 0)), 1)
   await run(page, 'http://localhost:5173/')
-  await page.getByText('this page has no server that lets others in').waitFor()
+  await page.getByText('since no server allows others').waitFor()
 })
 
 test('an app in a tab of its own is told where its TV is', async () => {
@@ -114,5 +114,5 @@ test('an app in a tab of its own is told where its TV is', async () => {
     } catch (error) {
       return `${error.name}: ${error.message}`
     }
-  }), /^EmpConnectionError: there is no TV here: the set is in the tab of .*tv\.js gives an app a set of its own$/)
+  }), /^EmpConnectionError: no TV was found: the set is in the tab of .*tv\.js gives an app a set of its own$/)
 })

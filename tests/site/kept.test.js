@@ -8,7 +8,7 @@ import {ask, how, open, ready, serve, untilKept, useVisits, where} from './suppo
 
 useVisits()
 
-const isKept = page => where(page).getByText('kept in this browser').waitFor()
+const isKept = page => where(page).getByText('stored in this browser').waitFor()
 
 /** Changes the set, and reloads the page at once. */
 const changeAndReload = (page, value) => Promise.all([page.waitForEvent('load'), page.evaluate(region => {
@@ -66,13 +66,13 @@ for (const [what, record, reason] of [
     await serve()
     const page = await open()
     await spoil(page, record)
-    await where(page).getByText('not kept, see Set').waitFor()
-    await (await how(page)).getByText(`What this browser keeps can't be used: ${reason}`).waitFor()
+    await where(page).getByText('not stored, see Set').waitFor()
+    await (await how(page)).getByText(`What this browser stores can't be used: ${reason}`).waitFor()
     assert.deepEqual(await findings(page), [])
     const [download] = await Promise.all([page.waitForEvent('download'), page.getByRole('button', {name: 'Save it as a file'}).click()])
     assert.deepEqual(JSON.parse(readFileSync(await download.path())), record.snapshot ?? record)
     await page.getByRole('button', {name: 'Clear it', exact: true}).click()
-    const dialog = page.getByRole('dialog', {name: 'Clear what is kept?'})
+    const dialog = page.getByRole('dialog', {name: 'Clear the stored data?'})
     assert.deepEqual(await findings(page), [])
     await dialog.getByRole('button', {name: 'Cancel'}).click()
     await untilKept(page, JSON.stringify(record).slice(1, -1))

@@ -28,9 +28,9 @@ test('a link brings the set to another browser, where what is kept stays as it i
   const before = await ask(other, 'tv.snapshot')
   const brought = await open({address: link, beside: other})
   assert.equal((await ask(brought, 'tv.state')).region, 2)
-  await where(brought).getByText('State: in this tab, from a link, not kept').waitFor()
+  await where(brought).getByText('State: in this tab, from a link, not stored').waitFor()
   await other.reload()
-  await where(other).getByText('kept in this browser').waitFor()
+  await where(other).getByText('stored in this browser').waitFor()
   assert.deepEqual(await ask(other, 'tv.snapshot'), before)
 })
 
@@ -44,8 +44,8 @@ for (const [what, state, problem] of [
   test(`a link with ${what} is told, and the built-in set is there`, async () => {
     const {origin} = await serve()
     const page = await open({address: `${origin}${base}#state=${state}`})
-    await where(page).getByText('link unusable, not kept').waitFor()
+    await where(page).getByText('link unusable, not stored').waitFor()
     await (await how(page)).getByText(`The link can't be used: ${problem}`).waitFor()
-    await (await how(page)).getByText('This is the built-in set, not kept').waitFor()
+    await (await how(page)).getByText('This is the built-in set, not stored').waitFor()
   })
 }

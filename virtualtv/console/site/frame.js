@@ -22,7 +22,7 @@
     const failed = (message, more) => new globalThis[Symbol.for('emp-window/2')].EmpConnectionError(message, more)
     const found = () => {
       const there = tab()
-      if (!there) throw failed(`there is no TV here: the set is in the tab of ${base}/, and apps reach it in a frame of that page. tv.js gives an app a set of its own`)
+      if (!there) throw failed(`no TV was found: the set is in the tab of ${base}/, and only apps in a frame of that page can use it. tv.js gives an app a set of its own`)
       return there
     }
     return {

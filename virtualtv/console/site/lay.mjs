@@ -43,7 +43,7 @@ const notStarted = `<main class="not-started">
 <h1>emp-window</h1>
 <p>The TV has not started.</p>
 <p>Was this page opened as a file? Browsers load no modules from files. Put the folder on a web server, on your machine by <code>python3 -m http.server</code> in it.</p>
-<p>Does it come from a web server? Then one of its files did not come. Reload the page.</p>
+<p>Does it come from a web server? Then one of its files could not be loaded. Reload the page.</p>
 </main>
 `
 

@@ -38,17 +38,17 @@ async function isIsolating(url) {
 
 /** Why an address can't run; null if it can. @param {URL} url @return {Promise<import('./dom.js').Child>} */
 export async function problemOf(url) {
-  if (url.origin !== site.origin) return `Only apps of ${site.origin} can run here: this page has no server that lets others in. They can use tv.js, or emp-window serve.`
+  if (url.origin !== site.origin) return `Only apps of ${site.origin} can run here, since no server allows others. They can use tv.js, or emp-window serve.`
   if (url.pathname === site.pathname || url.pathname === `${site.pathname}index.html`) return 'This is the page itself.'
   try {
     if (!globalThis.crossOriginIsolated || await isIsolating(url)) return null
   } catch {
     return null  // The frame shows the server's answer.
   }
-  return [h('p', {class: 'fail'}, 'Browsers let pages outside of ', h('code', {class: 'name'}, site.pathname), ' in only with the header Cross-Origin-Embedder-Policy: require-corp.'),
+  return [h('p', {class: 'fail'}, 'Browsers allow pages outside of ', h('code', {class: 'name'}, site.pathname), ' here only with the header Cross-Origin-Embedder-Policy: require-corp.'),
     h('p', null, 'Put the app beneath that folder, have its server send the header, or ',
       h('a', {href: `${site.href}?thread=page`}, 'open this page with the set on its own thread'), '.')]
 }
 
 /** Why the policy of the page refused a frame. @param {string} address */
-export const refusal = address => `The policy of this page lets no frame of ${address} in: apps have to be of ${site.origin}.`
+export const refusal = address => `This page allows no frames of ${address}: apps must have the origin ${site.origin}.`

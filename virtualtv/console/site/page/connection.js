@@ -104,19 +104,19 @@ export async function scan(tv, file, {signal, progress}) {
 export const live = undefined
 
 /** What the page says while it is not connected. @type {string} */
-export const disconnected = 'The TV of this tab is not there. Reload the page'
+export const disconnected = 'The TV of this tab is not running. Reload the page'
 
 /**
  * By the origin of the set: a short text for the head, and a full one.
  * @type {{[as: string]: [string, (reason: string) => string]}}
  */
 const words = {
-  kept: ['kept in this browser', () => 'This set is kept in this browser: a reload, or another visit, goes on with it. Programs outside of the tab can\'t connect to it; emp-window serve is for them.'],
-  link: ['from a link, not kept', () => 'This set came with a link and is not kept. A reload makes it what the link says again. To keep it: Snapshot, open the page without the link, Restore.'],
-  'broken link': ['link unusable, not kept', reason => `The link can't be used: ${reason}. This is the built-in set, not kept. What this browser keeps is as it was: open the page without the link.`],
-  'in use': ['not kept, another tab\'s is', () => 'This set is not kept, since another tab has the one that is. Close that tab and reload this one to go on with it.'],
-  storage: ['not kept', reason => `This set is not kept, since this browser keeps nothing for this page: ${reason}. A snapshot or a link brings it back.`],
-  unusable: ['not kept, see Set', reason => `What this browser keeps can't be used: ${reason}. This is the built-in set, not kept.`],
+  kept: ['stored in this browser', () => 'This set is stored in this browser: a reload, or another visit, continues with it. Programs outside of the tab can\'t connect to it; emp-window serve is for them.'],
+  link: ['from a link, not stored', () => 'This set came with a link and is not stored. A reload restores what the link contains. To store it: Snapshot, open the page without the link, Restore.'],
+  'broken link': ['link unusable, not stored', reason => `The link can't be used: ${reason}. This is the built-in set, not stored. What this browser stores is as it was: open the page without the link.`],
+  'in use': ['not stored, another tab\'s is', () => 'This set is not stored, since another tab has the one that is. Close that tab and reload this one to continue with it.'],
+  storage: ['not stored', reason => `This set is not stored, since this browser stores nothing for this page: ${reason}. A snapshot or a link brings it back.`],
+  unusable: ['not stored, see Set', reason => `What this browser stores can't be used: ${reason}. This is the built-in set, not stored.`],
 }
 
 /** The short and the full text on the origin of this set. */

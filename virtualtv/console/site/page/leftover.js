@@ -25,8 +25,8 @@ class LeftoverPart extends Part {
       h('p', {class: 'set-said dim', role: 'status'}, this.#said),
       h('dialog', {'aria-labelledby': 'clear-title', onclose: () => this.#closed()},
         h('form', {method: 'dialog', class: 'pane-body'},
-          h('h3', {id: 'clear-title'}, 'Clear what is kept?'),
-          h('p', null, 'It is gone then, unless you saved it as a file. The page is loaded anew, and the built-in set is kept from then on.'),
+          h('h3', {id: 'clear-title'}, 'Clear the stored data?'),
+          h('p', null, 'It is lost unless you saved it as a file. The page then reloads with the built-in set, which is stored from then on.'),
           h('div', {class: 'row'}, h('button', {value: 'cancel'}, 'Cancel'), h('button', {class: 'main', value: 'clear'}, 'Clear')))),
     ]
   }
