@@ -25,6 +25,15 @@ install(TARGETS virtualtv LIBRARY COMPONENT program ARCHIVE COMPONENT developmen
 install(FILES LICENSE README.md CHANGELOG.md TYPE DOC COMPONENT program)
 install(DIRECTORY docs TYPE DOC COMPONENT program # includes the folder itself, so that links between pages work
   FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN *.svg PATTERN commands.json PATTERN man EXCLUDE PATTERN completion EXCLUDE)
+# The example project, and the files that the pages link to, in the same places beside them.
+install(DIRECTORY examples TYPE DOC COMPONENT program USE_SOURCE_PERMISSIONS
+  PATTERN node_modules EXCLUDE PATTERN package-lock.json EXCLUDE PATTERN reports EXCLUDE)
+foreach(file CONTRIBUTING.md data/README.md docs/examples.txt docs/examples.methods.txt tests/install/consumer/main.cpp
+             tests/window/cases/README.md tools/packages.txt virtualtv/console/client/README.md
+             virtualtv/console/python/README.md)
+  cmake_path(GET file PARENT_PATH folder)
+  install(FILES ${file} DESTINATION ${CMAKE_INSTALL_DOCDIR}/${folder} COMPONENT program)
+endforeach()
 install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 # The folders that shells search for completions.
 install(FILES docs/completion/emp-window.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
@@ -73,4 +82,4 @@ endforeach()
 # The clients.
 install(DIRECTORY virtualtv/console/client/ DESTINATION ${shared}/javascript COMPONENT javascript
   FILES_MATCHING PATTERN *.js PATTERN *.d.ts PATTERN package.json PATTERN README.md)
-install(FILES virtualtv/console/python/emp_window.py virtualtv/console/python/README.md DESTINATION ${shared}/python COMPONENT python)
+install(FILES virtualtv/console/python/emp_window.py DESTINATION ${shared}/python COMPONENT python)
