@@ -51,7 +51,7 @@ test('its transcripts and tests pass, and a report is there', async () => {
   const {status, said} = ci()
   assert.equal(status, 0, said)
   assert.match(said, /^transcripts: 2 passed, 0 failed$/m)
-  assert.match(said, /^(#|ℹ) pass 6$/m)
+  assert.match(said, /^(#|ℹ) pass 7$/m)
   assert.match(await readFile(join(directory, 'reports/transcripts.xml'), 'utf8'), /<testsuites[^>]* failures="0"/)
 })
 

@@ -51,12 +51,71 @@ class LabTest(unittest.TestCase):
         _, said = lab.run_transcripts(self.folder / "passing", addresses, [change] * 6)
         self.assertEqual(said, "transcripts: 6 passed, 0 failed")
         report = (self.folder / "passing/report.xml").read_text(encoding="utf-8")
-        self.assertEqual({name for name in re.findall(r'<testsuite name="change.txt on ([^"]+)"', report)}, set(addresses))
+        self.assertEqual({name for name in re.findall(r'<testsuite name="[^"]+/change.txt on ([^"]+)"', report)}, set(addresses))
         look = self.folder / "look.txt"
         look.write_text("> GetSource 0\nint 0\n> GetTVMode\nint 2\n", encoding="utf-8")
         with self.assertRaisesRegex(lab.Failed, r"-int 2\n\+int 1\n(.*\n)*transcripts: 0 passed, 2 failed"):
             lab.run_transcripts(self.folder / "failing", addresses, [look] * 2)
         self.assertIn('failures="2"', (self.folder / "failing/report.xml").read_text(encoding="utf-8"))
+
+    def lab(self, count, options=""):
+        """Starts sets. @return their addresses"""
+        sets = lab.Lab(PROGRAM, self.folder)
+        self.addCleanup(sets.end)
+        return [sets.address(sets.start(str(name), f"--listen 127.0.0.1:0 {options}")) for name in range(count)]
+
+    def transcript(self, name, text):
+        (self.folder / name).write_text(text, encoding="utf-8")
+        return self.folder / name
+
+    def report_of(self, name):
+        return (self.folder / name / "report.xml").read_text(encoding="utf-8")
+
+    def test_what_can_not_be_run_fails_and_the_rest_runs_on_sets_as_they_were(self):
+        addresses = self.lab(2)
+        missing, empty = self.folder / "missing.txt", self.transcript("empty.txt", "")
+        change = self.transcript("change.txt", "> GetSource 0\nint 0\n> SetSource 31 0\nint 1\n")
+        done = lab.run_script(self.folder / "lab", "report.xml", *addresses, "--", change, missing, empty, *[change] * 4)
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stdout, rf"(?m)^{missing} on http\S+: .*no such file")
+        self.assertRegex(done.stdout, rf"(?m)^{empty} on http\S+: ")
+        self.assertTrue(done.stdout.endswith("transcripts: 5 passed, 2 failed\n"), done.stdout)
+        self.assertEqual(self.report_of("lab").count("<testsuite "), 7)
+
+    def test_a_set_that_is_down_leaves_the_lab_and_the_others_run_all(self):
+        look = self.transcript("look.txt", "> GetSource 0\nint 0\n")
+        down = "http://127.0.0.1:9"
+        done = lab.run_script(self.folder / "lab", "report.xml", down, *self.lab(1), "--", *[look] * 3)
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stdout, rf"(?m)^{down}: ")
+        self.assertTrue(done.stdout.endswith("transcripts: 3 passed, 1 failed\n"), done.stdout)
+        done = lab.run_script(self.folder / "none", "report.xml", down, "--", look)
+        self.assertIn(f"{look}: no set is left to run it\n", done.stdout)
+        self.assertEqual(done.returncode, 1)
+
+    def test_sets_with_a_token_want_it(self):
+        look, token = self.transcript("look.txt", "> GetSource 0\nint 0\n"), self.transcript("token", "evening\n")
+        token.chmod(0o600)
+        addresses = self.lab(1, f"--token {token}")
+        done = lab.run_script(self.folder / "with", "report.xml", *addresses, "--", look, variables={"EMP_WINDOW_TOKEN": "evening"})
+        self.assertEqual((done.returncode, done.stdout), (0, "transcripts: 1 passed, 0 failed\n"))
+        done = lab.run_script(self.folder / "without", "report.xml", *addresses, "--", look)
+        self.assertRegex(done.stdout, "a token is wanted")
+        self.assertEqual(done.returncode, 1)
+
+    def test_what_starts_nothing_is_refused(self):
+        for at, words in enumerate([["a"], ["a", "--"], ["--", "a.txt"], ["a", "a.txt"], []]):
+            done = lab.run_script(self.folder / str(at), "report.xml", *words)
+            self.assertEqual((done.returncode, done.stdout), (2, "usage: node lab.js REPORT ADDRESS... -- TRANSCRIPT...\n"))
+            self.assertFalse((self.folder / str(at) / "report.xml").exists())
+        done = lab.run_script(self.folder / "unwritable", "none/report.xml", "http://127.0.0.1:9", "--", "a.txt")
+        self.assertEqual(done.returncode, 2)
+        self.assertRegex(done.stdout, "^ENOENT: .*none/report.xml'\n$")
+
+    def test_a_fault_that_was_never_hit_is_told_with_its_transcript(self):
+        idle = self.transcript("idle.txt", "> .fault IServiceNavigation::GetTvMode result=0\n> GetSource 0\nint 0\n")
+        done = lab.run_script(self.folder / "lab", "report.xml", *self.lab(1), "--", idle)
+        self.assertRegex(done.stdout, rf"(?m)^{idle} on http\S+: a fault was never hit: ")
 
 
 if __name__ == "__main__":

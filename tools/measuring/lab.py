@@ -111,15 +111,20 @@ def start_by_socket(lab):
     return statistics.median(times)
 
 
-def run_transcripts(folder, addresses, transcripts):
-    """Runs the transcripts on the sets with the example project's script. @return the seconds, and the summary line"""
+def run_script(folder, *words, variables=None):
+    """Runs the example project's script with these arguments in a new folder. @return the finished process"""
     (folder / "node_modules").mkdir(parents=True)
     (folder / "node_modules/emp-window").symlink_to(TOP / "virtualtv/console/client")
     (folder / "package.json").write_text('{"type": "module"}', encoding="utf-8")
     shutil.copy(TOP / "examples/guide/lab.js", folder)
+    return subprocess.run(["node", "lab.js", *map(str, words)], cwd=folder, text=True, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, env={**os.environ, **(variables or {})}, check=False)
+
+
+def run_transcripts(folder, addresses, transcripts):
+    """Runs the transcripts on the sets with the example project's script. @return the seconds, and the summary line"""
     begin = time.monotonic()
-    done = subprocess.run(["node", "lab.js", "report.xml", *addresses, "--", *map(str, transcripts)], cwd=folder, text=True,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    done = run_script(folder, "report.xml", *addresses, "--", *transcripts)
     seconds = time.monotonic() - begin
     if done.returncode or 'failures="0"' not in (folder / "report.xml").read_text(encoding="utf-8"):
         raise Failed(done.stdout)

@@ -21,6 +21,13 @@ test('it shows a channel of its list', () => {
   assert.equal(onScreen(tvWindow), 'Lighthouse News')
 })
 
+test('it tells that a channel can not be shown', async () => {
+  const news = channels(tvWindow).find(({name}) => name === 'Lighthouse News')
+  await tv.fault('IServiceNavigation::TuneService', {result: 0})
+  assert.equal(show(tvWindow, news), false)
+  assert.equal(onScreen(tvWindow), 'Lighthouse One')
+})
+
 test('it sees that somebody has chosen another input', async () => {
   await tv.set('main.source', 13)
   assert.equal(onScreen(tvWindow), 'Another input')

@@ -328,7 +328,7 @@ export async function runTranscript(text, plugin, {name = 'transcript'} = {}) {
     steps,
     skipped: steps.filter(step => step.skipped).map(({line, input, skipped}) => ({line, input, reason: skipped})),
     findings,
-    diff: unified(whole, name, `${name} (printed now)`) + findings.map(finding => `${finding}\n`).join(''),
+    diff: unified(whole, name, `${name} (printed now)`) + findings.map(finding => `${name}: ${finding}\n`).join(''),
   }
   return {...result, junit: junitReport([result])}
 }
