@@ -38,16 +38,21 @@ async function runOn(tv, name, file) {
 
 /** Runs waiting transcripts on a set until there are none, each over a connection of its own. */
 async function work(address) {
-  let name = address
-  try {
-    while (waiting.length > 0) {
-      const tv = await connect(address, {token})
+  while (waiting.length > 0) {
+    let name = address
+    let tv
+    try {
+      tv = await connect(address, {token})
       const file = waiting.shift()
-      if (file !== undefined) results.push(await runOn(tv, name = `${file} on ${address}`, file))
-      await tv.close()
+      if (file === undefined) return  // another set has taken the last one meanwhile
+      name = `${file} on ${address}`
+      results.push(await runOn(tv, name, file))
+    } catch (error) {
+      results.push(failure(name, error))
+      return
+    } finally {
+      await tv?.close()
     }
-  } catch (error) {
-    results.push(failure(name, error))
   }
 }
 

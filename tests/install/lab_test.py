@@ -1,11 +1,15 @@
 # SPDX-License-Identifier: MIT
 """A lab of many sets: tools/lab starts and measures it, and the example project's script runs transcripts over it."""
 
+import json
 import os
 import re
+import signal
 import sys
 import tempfile
+import time
 import unittest
+import urllib.request
 from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[2]
@@ -15,6 +19,22 @@ from measuring import lab  # noqa: E402  (needs the path above)
 from scratch import run  # noqa: E402
 
 PROGRAM = Path(os.environ["EMP_WINDOW_BUILD"]) / "emp-window"
+
+
+def source_of(address):
+    """The source of a set's main window, as its knob shows it."""
+    body = json.dumps({"jsonrpc": "2.0", "id": 1, "method": "tv.get", "params": ["main.source"]}).encode()
+    request = urllib.request.Request(f"{address}/rpc", body, {"Content-Type": "application/json"})
+    with urllib.request.urlopen(request, timeout=10) as response:
+        return str(json.load(response)["result"]["value"])
+
+
+def until(condition):
+    for _ in range(1000):
+        if condition():
+            return
+        time.sleep(0.01)
+    raise AssertionError("not within ten seconds")
 
 
 class LabTest(unittest.TestCase):
@@ -92,6 +112,19 @@ class LabTest(unittest.TestCase):
         done = lab.run_script(self.folder / "none", "report.xml", down, "--", look)
         self.assertIn(f"{look}: no set is left to run it\n", done.stdout)
         self.assertEqual(done.returncode, 1)
+
+    def test_an_interrupted_run_completes_what_runs_and_restores_the_sets(self):
+        [address] = self.lab(1)
+        slow = self.transcript("slow.txt", "> SetSource 31 0\nint 1\n> .set latency.IServiceNavigation::GetTvMode 2000\n"
+                                           "> GetTVMode\nint 1\n")
+        with lab.started_script(self.folder / "lab", "report.xml", address, "--", slow, slow) as running:
+            until(lambda: source_of(address) != "0")
+            running.send_signal(signal.SIGINT)
+            said, _ = running.communicate(timeout=60)
+        self.assertEqual(running.returncode, 1)
+        self.assertIn(f"{slow}: interrupted\n", said)
+        self.assertTrue(said.endswith("transcripts: 1 passed, 1 failed\n"), said)
+        self.assertEqual(source_of(address), "0")
 
     def test_sets_with_a_token_want_it(self):
         look, token = self.transcript("look.txt", "> GetSource 0\nint 0\n"), self.transcript("token", "evening\n")

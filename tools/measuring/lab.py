@@ -111,14 +111,21 @@ def start_by_socket(lab):
     return statistics.median(times)
 
 
-def run_script(folder, *words, variables=None):
-    """Runs the example project's script with these arguments in a new folder. @return the finished process"""
+def started_script(folder, *words, variables=None):
+    """Starts the example project's script with these arguments in a new folder. @return the process"""
     (folder / "node_modules").mkdir(parents=True)
     (folder / "node_modules/emp-window").symlink_to(TOP / "virtualtv/console/client")
     (folder / "package.json").write_text('{"type": "module"}', encoding="utf-8")
     shutil.copy(TOP / "examples/guide/lab.js", folder)
-    return subprocess.run(["node", "lab.js", *map(str, words)], cwd=folder, text=True, stdout=subprocess.PIPE,
-                          stderr=subprocess.STDOUT, env={**os.environ, **(variables or {})}, check=False)
+    return subprocess.Popen(["node", "lab.js", *map(str, words)], cwd=folder, text=True, stdout=subprocess.PIPE,
+                            stderr=subprocess.STDOUT, env={**os.environ, **(variables or {})})
+
+
+def run_script(folder, *words, variables=None):
+    """Runs the script, see `started_script`. @return its status and output"""
+    with started_script(folder, *words, variables=variables) as process:
+        said, _ = process.communicate()
+    return subprocess.CompletedProcess(process.args, process.returncode, said)
 
 
 def run_transcripts(folder, addresses, transcripts):

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The log is a contract: compares all messages that the plug-in logs in any test with the contract.
 
-All tests run under the sanitizers, including the transcripts and the small forms of the other steps. The plug-in's own
+All tests of programs run under the sanitizers, including the transcripts and the small forms of the other steps. The plug-in's own
 tests alone must log the whole contract.
 """
 

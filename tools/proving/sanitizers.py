@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""All tests under address, undefined-behaviour and leak checkers, the transcripts under memcheck, and a soak.
+"""All tests of programs under address, undefined-behaviour and leak checkers, the transcripts under memcheck, and a soak.
 
 The soak runs commands on one engine, with a set on a state directory that sometimes fails, and checks that memory in
 use, file descriptors and the set's files do not grow. The long form runs ten million commands.

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Runs all tests once in the instrumented build, for all steps of the proof that need the results.
+"""Runs all tests of programs once in the instrumented build, for all steps of the proof that need the results.
 
 That build checks addresses and undefined behaviour, and records which code runs. The tests of a program run in one
 process, all other tests through ctest. The messages that the plug-in logs meanwhile are stored as lines of the log
